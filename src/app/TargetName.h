@@ -1,0 +1,7 @@
+#pragma once
+
+#include "base/String.h"
+
+/// The name of the QSB file that a scene file is converted to: the last extension is replaced by
+/// ".qsb", or added where there is none. A dot at the very start is no extension.
+String MakeTargetName(const char* fileName);

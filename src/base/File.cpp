@@ -1,0 +1,255 @@
+#include "base/File.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include <windows.h>
+
+#include "base/FormatText.h"
+#include "platform/OpenFileStream.h"
+
+int32_t gOpenHandlesCount = 0;
+
+File::File()
+{
+    SetClassName("File");
+}
+
+File::~File()
+{
+    Close();
+}
+
+void File::Error(const char* format, ...)
+{
+    char message[kMessageSize];
+    va_list arguments;
+    va_start(arguments, format);
+    FormatTextV(message, sizeof message, format, arguments);
+    va_end(arguments);
+
+    ErrorClass::Error("%s: %s", fileName.c_str(), message);
+}
+
+bool File::Open(const char* name, bool readOnly, bool loadWhole, bool reportFailure)
+{
+    Close();
+    if (loadWhole && !readOnly) {
+        Error("LoadWholeFile requires ReadOnly");
+        return false;
+    }
+    fileName.Assign(name);
+    stream.reset(OpenFileStream(fileName.c_str(), readOnly ? "rb" : "r+b"));
+    if (!stream)
+        return OpenFailed("Open() failed: %s, file:'%s'", errno, fileName, reportFailure);
+
+    ++gOpenHandlesCount;
+    canRead = 1;
+    canWrite = readOnly ? 0 : 1;
+    const int seekResult = std::fseek(stream.get(), 0, SEEK_END);
+    if (seekResult != 0)
+        Error("fseek failed: %i", seekResult);
+    fileSize = MeasureStream(stream.get());
+    if (fileSize < 0) {
+        fileSize = 0;
+        return OpenFailed("Open() failed: %s, file:'%s'", EFBIG, fileName, reportFailure);
+    }
+    if (loadWhole)
+        LoadIntoMemory();
+    Seek(0);
+    return true;
+}
+
+bool File::Create(const char* name, bool writeOnly, bool reportFailure)
+{
+    Close();
+    String newName;
+    newName.Assign(name);
+    stream.reset(OpenFileStream(newName.c_str(), writeOnly ? "wb" : "w+b"));
+    if (!stream)
+        return OpenFailed("Create() failed: %s, file:'%s'", errno, newName, reportFailure);
+
+    ++gOpenHandlesCount;
+    fileName = std::move(newName);
+    canRead = writeOnly ? 0 : 1;
+    canWrite = 1;
+    position = 0;
+    return true;
+}
+
+bool File::OpenFailed(const char* format, int errorNumber, const String& name, bool reportFailure)
+{
+    Close();
+    if (reportFailure)
+        Warning(format, std::strerror(errorNumber), name.c_str());
+    return false;
+}
+
+void File::Close()
+{
+    if (FILE* closing = stream.release()) {
+        if (std::fclose(closing) != 0)
+            Warning("Could not close file: '%s' - %s", fileName.c_str(), std::strerror(errno));
+        else if (gOpenHandlesCount > 0)
+            --gOpenHandlesCount;
+        else
+            Warning("Invalid m_OpenHandlesCount !");
+    }
+    memoryData.reset();
+    canRead = 0;
+    canWrite = 0;
+    inMemory = 0;
+    lastTransfer = Transfer::none;
+}
+
+void File::LoadIntoMemory()
+{
+    inMemory = 1;
+    memoryData.reset(new (std::nothrow) uint8_t[static_cast<size_t>(fileSize)]);
+    const size_t wanted = static_cast<size_t>(fileSize);
+    if (!memoryData || std::fread(memoryData.get(), 1, wanted, stream.get()) != wanted) {
+        fileSize = 0;
+        Error("Error reading from file");
+    }
+}
+
+void File::Seek(int32_t newPosition)
+{
+    if (!inMemory) {
+        const int result = stream ? std::fseek(stream.get(), newPosition, SEEK_SET) : -1;
+        if (result != 0) {
+            Error("fseek failed: %i", result);
+            return;
+        }
+        lastTransfer = Transfer::none;
+    }
+    position = newPosition;
+}
+
+int32_t File::GetBytesLeft() const
+{
+    return position >= 0 && position < fileSize ? fileSize - position : 0;
+}
+
+int32_t File::GetFileTime() const
+{
+    if (!stream)
+        return -1;
+    const HANDLE handle =
+        CreateFileA(fileName.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, 0, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return -1;
+    BY_HANDLE_FILE_INFORMATION info = {};
+    const bool told = GetFileInformationByHandle(handle, &info) != 0;
+    CloseHandle(handle);
+    if (!told)
+        return -1;
+
+    // A file time counts steps of 100 ns from 1601, which lies 11,644,473,600 s before 1970.
+    const uint64_t steps =
+        (uint64_t{info.ftLastWriteTime.dwHighDateTime} << 32) | info.ftLastWriteTime.dwLowDateTime;
+    const int64_t seconds = static_cast<int64_t>(steps / 10000000) - 11644473600;
+    return static_cast<int32_t>(static_cast<uint32_t>(seconds));
+}
+
+bool File::Read(void* bufferOut, int32_t size)
+{
+    if (!canRead) {
+        Error("File is not readable");
+        return false;
+    }
+    if (size == 0)
+        return true;
+    if (inMemory)
+        return ReadFromMemory(bufferOut, size);
+
+    PrepareTransfer(Transfer::read);
+    if (size < 0 || std::fread(bufferOut, static_cast<size_t>(size), 1, stream.get()) != 1) {
+        TakeStreamPosition();
+        Error("Error reading from file");
+        return false;
+    }
+    position += size;
+    return true;
+}
+
+bool File::ReadFromMemory(void* bufferOut, int32_t size)
+{
+    if (size < 0 || size > GetBytesLeft()) {
+        Error("Error reading from file");
+        return false;
+    }
+    std::memcpy(bufferOut, memoryData.get() + position, static_cast<size_t>(size));
+    position += size;
+    return true;
+}
+
+bool File::ReadString(String* textOut)
+{
+    textOut->Clear();
+    int32_t size = 0;
+    if (!ReadInt32(&size))
+        return false;
+    if (size < 1)
+        return true;
+    if (size > GetBytesLeft()) {
+        Error("String of %i bytes exceeds the %i bytes left in file", size, GetBytesLeft());
+        return false;
+    }
+    textOut->Allocate(size);
+    if (Read(textOut->data.get(), size))
+        return true;
+    textOut->Clear();
+    return false;
+}
+
+bool File::Write(const void* buffer, int32_t size)
+{
+    if (!canWrite) {
+        Error("File is not writeable");
+        return false;
+    }
+    if (size == 0)
+        return true;
+    PrepareTransfer(Transfer::write);
+    // The position must stay within int32, as every offset that is stored in a file does.
+    if (size < 0 || size > INT32_MAX - position ||
+        std::fwrite(buffer, static_cast<size_t>(size), 1, stream.get()) != 1) {
+        TakeStreamPosition();
+        if (fileSize < position)
+            fileSize = position;
+        Error("Error writing to file");
+        return false;
+    }
+    position += size;
+    if (fileSize < position)
+        fileSize = position;
+    return true;
+}
+
+bool File::WriteString(const String& text)
+{
+    if (!WriteInt32(text.length))
+        return false;
+    return text.length < 1 || Write(text.data.get(), text.length);
+}
+
+void File::PrepareTransfer(Transfer next)
+{
+    // A stream that is open both ways wants a seek between reading and writing.
+    if (lastTransfer != Transfer::none && lastTransfer != next)
+        std::fseek(stream.get(), 0, SEEK_CUR);
+    lastTransfer = next;
+}
+
+void File::TakeStreamPosition()
+{
+    const long at = std::ftell(stream.get());
+    if (at >= 0)
+        position = static_cast<int32_t>(std::min<int64_t>(at, INT32_MAX));
+}

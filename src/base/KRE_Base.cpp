@@ -1,0 +1,82 @@
+#include "base/KRE_Base.h"
+
+#include <cstdarg>
+
+#include "base/FormatText.h"
+#include "base/Log.h"
+
+int32_t gKreBaseCount = 0;
+int32_t gKreWarningCount = 0;
+uint32_t gKreWarningRepeat = 0;
+char gKreLastWarning[1024] = "";
+KRE_Error gKreErrorRecord;
+
+static constexpr size_t kTextSize = 1024; // prefix, label and message
+
+static constinit const WarningState kWarnings = {gKreWarningCount, gKreWarningRepeat,
+                                                 gKreLastWarning, sizeof gKreLastWarning,
+                                                 "KRE_Base: Maximum number of warnings reached!"};
+
+static void FillRecord(const char* label, const char* format, va_list arguments)
+{
+    FormatTextV(gKreErrorRecord.message, sizeof gKreErrorRecord.message, format, arguments);
+    CopyText(gKreErrorRecord.source, sizeof gKreErrorRecord.source, label);
+}
+
+void KreFlushWarningRepeat()
+{
+    FlushWarningRepeat(gKreWarningRepeat);
+}
+
+KRE_Base::KRE_Base()
+{
+    ++gKreBaseCount;
+    SetClassName("Undefined");
+}
+
+KRE_Base::KRE_Base(const KRE_Base& other)
+    : lastResult(other.lastResult),
+      errorHappened(other.errorHappened)
+{
+    ++gKreBaseCount;
+    SetClassName(other.className);
+}
+
+KRE_Base::~KRE_Base()
+{
+    if (--gKreBaseCount <= 0)
+        KreFlushWarningRepeat();
+}
+
+void KRE_Base::SetClassName(const char* name)
+{
+    CopyText(className, sizeof className, name);
+}
+
+void KRE_Base::Error(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    FillRecord(className, format, arguments);
+    va_end(arguments);
+
+    char text[kTextSize];
+    FormatText(text, sizeof text, "Error:%s: %s", className, gKreErrorRecord.message);
+    errorHappened = 1;
+    LogWrite("%s", text);
+    throw KRE_Error(gKreErrorRecord);
+}
+
+void KRE_Base::Warning(const char* format, ...)
+{
+    if (gKreWarningCount >= kMaxWarnings)
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    FillRecord(className, format, arguments);
+    va_end(arguments);
+
+    char text[kTextSize];
+    FormatText(text, sizeof text, "Warning:%s: %s", className, gKreErrorRecord.message);
+    FilterWarning(kWarnings, text);
+}

@@ -1,0 +1,14 @@
+// The process entry of the headless host: builds the one command line and runs the program's own
+// entry, whose result is the exit status.
+
+#include "platform/headless/win32/JoinArguments.h"
+
+#include <windows.h>
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int showCommand);
+
+int main(int argc, char** argv)
+{
+    std::string commandLine = JoinArguments(argc - 1, argv + 1);
+    return WinMain(nullptr, nullptr, commandLine.data(), SW_SHOWNORMAL);
+}

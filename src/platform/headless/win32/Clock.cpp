@@ -1,0 +1,27 @@
+#include <windows.h>
+
+#include <ctime>
+#include <unistd.h>
+
+BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* frequencyOut)
+{
+    frequencyOut->QuadPart = 1000000000;
+    return TRUE;
+}
+
+BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* countOut)
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    countOut->QuadPart = static_cast<LONGLONG>(now.tv_sec) * 1000000000 + now.tv_nsec;
+    return TRUE;
+}
+
+void WINAPI GlobalMemoryStatus(MEMORYSTATUS* statusOut)
+{
+    const auto pageBytes = static_cast<SIZE_T>(sysconf(_SC_PAGESIZE));
+    *statusOut = {};
+    statusOut->dwLength = sizeof(MEMORYSTATUS);
+    statusOut->dwTotalPhys = static_cast<SIZE_T>(sysconf(_SC_PHYS_PAGES)) * pageBytes;
+    statusOut->dwAvailPhys = static_cast<SIZE_T>(sysconf(_SC_AVPHYS_PAGES)) * pageBytes;
+}

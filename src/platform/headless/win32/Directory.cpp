@@ -1,0 +1,238 @@
+#include "platform/headless/win32/DirectoryIndex.h"
+#include "platform/headless/win32/HostPath.h"
+#include "platform/headless/win32/LastError.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+/// What a search gives of one entry.
+struct FoundEntry {
+    std::string name;
+    DWORD attributes;
+    std::uint64_t sizeBytes;
+};
+
+/// A running search: the entries as they stood at its begin, and the next one to give. Nothing is
+/// looked up later, because the current directory may be another one by then.
+struct Search {
+    std::vector<FoundEntry> entries;
+    std::size_t next = 0;
+};
+
+/// A file or directory opened for its information only.
+struct InfoFile {
+    struct stat info;
+};
+
+DWORD AttributesOf(const char* name, const struct stat& info)
+{
+    DWORD attributes = 0;
+    const bool isDots = std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+    if (name[0] == '.' && !isDots)
+        attributes |= FILE_ATTRIBUTE_HIDDEN;
+    if (S_ISDIR(info.st_mode))
+        return attributes | FILE_ATTRIBUTE_DIRECTORY;
+    if ((info.st_mode & S_IWUSR) == 0)
+        attributes |= FILE_ATTRIBUTE_READONLY;
+    return attributes | FILE_ATTRIBUTE_ARCHIVE;
+}
+
+std::string LeafOf(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+/// Adds an entry unless it is a dangling link or has just gone.
+void AddEntry(Search& search, const std::string& directory, const std::string& name)
+{
+    struct stat info;
+    if (stat((directory + name).c_str(), &info) != 0)
+        return;
+    search.entries.push_back(
+        {name, AttributesOf(name.c_str(), info), static_cast<std::uint64_t>(info.st_size)});
+}
+
+/// Adds all entries that fit the pattern, "." and ".." first. False if the directory cannot be read.
+bool AddMatches(Search& search, const std::string& directory, const std::string& pattern)
+{
+    DIR* stream = opendir(directory.empty() ? "." : directory.c_str());
+    if (stream == nullptr)
+        return false;
+    while (const dirent* entry = readdir(stream)) {
+        if (MatchesWildcard(entry->d_name, pattern.c_str()))
+            AddEntry(search, directory, entry->d_name);
+    }
+    closedir(stream);
+    std::sort(search.entries.begin(), search.entries.end(),
+              [](const FoundEntry& a, const FoundEntry& b) {
+                  const bool aDots = a.name == "." || a.name == "..";
+                  const bool bDots = b.name == "." || b.name == "..";
+                  return aDots != bDots ? aDots : a.name < b.name;
+              });
+    return true;
+}
+
+BOOL GiveNextEntry(Search& search, WIN32_FIND_DATAA* dataOut)
+{
+    if (search.next == search.entries.size())
+        return FailWith(ERROR_NO_MORE_FILES);
+    const FoundEntry& entry = search.entries[search.next++];
+    *dataOut = {};
+    dataOut->dwFileAttributes = entry.attributes;
+    dataOut->nFileSizeLow = static_cast<DWORD>(entry.sizeBytes & 0xFFFFFFFF);
+    dataOut->nFileSizeHigh = static_cast<DWORD>(entry.sizeBytes >> 32);
+    static_assert(sizeof dataOut->cFileName > NAME_MAX);
+    std::memcpy(dataOut->cFileName, entry.name.c_str(), entry.name.size() + 1);
+    return TRUE;
+}
+
+} // namespace
+
+DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer)
+{
+    const std::unique_ptr<char, void (*)(void*)> path(getcwd(nullptr, 0), std::free);
+    // A directory that was removed has no path any more; the kernel then says "(unreachable)".
+    if (path == nullptr || path.get()[0] != '/') {
+        FailWith(ERROR_FILE_NOT_FOUND);
+        return 0;
+    }
+    const std::size_t length = std::strlen(path.get());
+    if (length >= size)
+        return static_cast<DWORD>(length + 1);
+    std::memcpy(buffer, path.get(), length + 1);
+    return static_cast<DWORD>(length);
+}
+
+BOOL WINAPI SetCurrentDirectoryA(LPCSTR path)
+{
+    return chdir(ResolveHostPath(path).c_str()) == 0 ? TRUE : FailWithErrno();
+}
+
+BOOL WINAPI CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES*)
+{
+    return mkdir(ResolveHostPath(path).c_str(), 0777) == 0 ? TRUE : FailWithErrno();
+}
+
+HANDLE WINAPI FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* dataOut)
+{
+    const std::string path = ResolveHostPath(pattern);
+    const std::string leaf = LeafOf(path);
+    const std::string directory = path.substr(0, path.size() - leaf.size());
+    if (leaf.empty() || leaf.size() > NAME_MAX) {
+        FailWith(ERROR_PATH_NOT_FOUND);
+        return INVALID_HANDLE_VALUE;
+    }
+    auto search = std::make_unique<Search>();
+    // A plain name means one file, and ResolveHostPath has found which.
+    if (!HasWildcard(leaf.c_str())) {
+        AddEntry(*search, directory, leaf);
+    } else if (!AddMatches(*search, directory, leaf)) {
+        FailWithErrno();
+        return INVALID_HANDLE_VALUE;
+    }
+    if (!GiveNextEntry(*search, dataOut)) {
+        FailWith(ERROR_FILE_NOT_FOUND);
+        return INVALID_HANDLE_VALUE;
+    }
+    return search.release();
+}
+
+BOOL WINAPI FindNextFileA(HANDLE search, WIN32_FIND_DATAA* dataOut)
+{
+    if (search == INVALID_HANDLE_VALUE || search == nullptr)
+        return FailWith(ERROR_INVALID_HANDLE);
+    return GiveNextEntry(*static_cast<Search*>(search), dataOut);
+}
+
+BOOL WINAPI FindClose(HANDLE search)
+{
+    if (search == INVALID_HANDLE_VALUE || search == nullptr)
+        return FailWith(ERROR_INVALID_HANDLE);
+    delete static_cast<Search*>(search);
+    return TRUE;
+}
+
+HANDLE WINAPI CreateFileA(LPCSTR path, DWORD access, DWORD, SECURITY_ATTRIBUTES*, DWORD disposition,
+                          DWORD, HANDLE)
+{
+    // UNMODELLED: reading and writing through handles; the engine opens them for information only.
+    if (access != 0 || disposition != OPEN_EXISTING) {
+        FailWith(ERROR_INVALID_PARAMETER);
+        return INVALID_HANDLE_VALUE;
+    }
+    auto file = std::make_unique<InfoFile>();
+    if (stat(ResolveHostPath(path).c_str(), &file->info) != 0) {
+        FailWithErrno();
+        return INVALID_HANDLE_VALUE;
+    }
+    return file.release();
+}
+
+BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* infoOut)
+{
+    if (file == INVALID_HANDLE_VALUE || file == nullptr)
+        return FailWith(ERROR_INVALID_HANDLE);
+    const struct stat& info = static_cast<InfoFile*>(file)->info;
+    *infoOut = {};
+    infoOut->dwFileAttributes = AttributesOf("", info);
+    infoOut->dwVolumeSerialNumber = static_cast<DWORD>(info.st_dev);
+    infoOut->nFileSizeHigh = static_cast<DWORD>(info.st_size >> 32);
+    infoOut->nFileSizeLow = static_cast<DWORD>(info.st_size & 0xFFFFFFFF);
+    infoOut->nNumberOfLinks = static_cast<DWORD>(info.st_nlink);
+    infoOut->nFileIndexHigh = static_cast<DWORD>(info.st_ino >> 32);
+    infoOut->nFileIndexLow = static_cast<DWORD>(info.st_ino & 0xFFFFFFFF);
+    return TRUE;
+}
+
+BOOL WINAPI CloseHandle(HANDLE file)
+{
+    if (file == INVALID_HANDLE_VALUE || file == nullptr)
+        return FailWith(ERROR_INVALID_HANDLE);
+    delete static_cast<InfoFile*>(file);
+    return TRUE;
+}
+
+DWORD WINAPI GetFileAttributesA(LPCSTR path)
+{
+    const std::string resolved = ResolveHostPath(path);
+    struct stat info;
+    if (stat(resolved.c_str(), &info) != 0) {
+        FailWithErrno();
+        return INVALID_FILE_ATTRIBUTES;
+    }
+    return AttributesOf(LeafOf(resolved).c_str(), info);
+}
+
+BOOL WINAPI DeleteFileA(LPCSTR path)
+{
+    const std::string resolved = ResolveHostPath(path);
+    if (unlink(resolved.c_str()) != 0)
+        return FailWithErrno();
+    NoteEntryChanged(resolved);
+    return TRUE;
+}
+
+BOOL WINAPI MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags)
+{
+    const std::string source = ResolveHostPath(from);
+    const std::string target = ResolveHostPath(to);
+    struct stat info;
+    if ((flags & MOVEFILE_REPLACE_EXISTING) == 0 && stat(target.c_str(), &info) == 0)
+        return FailWith(ERROR_ACCESS_DENIED);
+    if (std::rename(source.c_str(), target.c_str()) != 0)
+        return FailWithErrno();
+    NoteEntryChanged(source);
+    NoteEntryChanged(target);
+    return TRUE;
+}

@@ -1,0 +1,102 @@
+#include "platform/headless/win32/DirectoryIndex.h"
+
+#include <algorithm>
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unordered_map>
+
+namespace {
+
+/// Below this many entries reading the directory is as quick as keeping an index true.
+constexpr std::size_t kIndexThreshold = 1024;
+
+/// The entries of the one directory that was last found to be large, by folded name.
+struct DirectoryIndex {
+    dev_t device = 0;
+    ino_t inode = 0;
+    timespec changed = {};
+    std::unordered_map<std::string, std::string> entries;
+
+    bool IsOf(const struct stat& info) const
+    {
+        return !entries.empty() && device == info.st_dev && inode == info.st_ino;
+    }
+    bool IsCurrent(const struct stat& info) const
+    {
+        return IsOf(info) && changed.tv_sec == info.st_mtim.tv_sec &&
+               changed.tv_nsec == info.st_mtim.tv_nsec;
+    }
+};
+
+DirectoryIndex gIndex;
+
+std::string Folded(std::string name)
+{
+    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    return name;
+}
+
+void Insert(std::unordered_map<std::string, std::string>& entries, const std::string& name)
+{
+    const auto [place, isNew] = entries.emplace(Folded(name), name);
+    if (!isNew)
+        place->second = std::min(place->second, name);
+}
+
+std::string LookUp(const std::unordered_map<std::string, std::string>& entries,
+                   const std::string& name)
+{
+    const auto found = entries.find(Folded(name));
+    return found != entries.end() ? found->second : std::string();
+}
+
+bool ReadEntries(const std::string& directory,
+                 std::unordered_map<std::string, std::string>& entriesOut)
+{
+    DIR* stream = opendir(directory.c_str());
+    if (stream == nullptr)
+        return false;
+    while (const dirent* entry = readdir(stream))
+        Insert(entriesOut, entry->d_name);
+    closedir(stream);
+    return true;
+}
+
+} // namespace
+
+std::string FindEntryIgnoringCase(const std::string& directory, const std::string& name)
+{
+    const std::string path = directory.empty() ? "." : directory;
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0)
+        return {};
+    if (gIndex.IsCurrent(info))
+        return LookUp(gIndex.entries, name);
+
+    // The time of change is taken before the entries, so that a change in between is noticed.
+    std::unordered_map<std::string, std::string> entries;
+    if (!ReadEntries(path, entries))
+        return {};
+    std::string found = LookUp(entries, name);
+    if (entries.size() >= kIndexThreshold)
+        gIndex = {info.st_dev, info.st_ino, info.st_mtim, std::move(entries)};
+    return found;
+}
+
+void NoteEntryChanged(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    struct stat info;
+    if (gIndex.entries.empty() || stat(directory.c_str(), &info) != 0 || !gIndex.IsOf(info))
+        return;
+    const std::string leaf = slash == std::string::npos ? path : path.substr(slash + 1);
+    struct stat entry;
+    if (lstat(path.c_str(), &entry) == 0)
+        Insert(gIndex.entries, leaf);
+    else if (LookUp(gIndex.entries, leaf) == leaf)
+        gIndex.entries.erase(Folded(leaf));
+    gIndex.changed = info.st_mtim;
+}

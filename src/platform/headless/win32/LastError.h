@@ -1,0 +1,9 @@
+#pragma once
+
+#include <windows.h>
+
+/// Stores `code` for `GetLastError` and gives FALSE, for a failing call's return statement.
+BOOL FailWith(DWORD code);
+
+/// The same with the code that fits `errno`.
+BOOL FailWithErrno();

@@ -1,0 +1,29 @@
+#include "platform/headless/win32/HostPath.h"
+#include "platform/headless/win32/LastError.h"
+
+namespace {
+
+/// The libraries that this host stands in for; a probe for any other one fails.
+const char* const kBuiltInLibraries[] = {"d3d9.dll", "d3dx9_30.dll"};
+
+} // namespace
+
+HMODULE WINAPI GetModuleHandleA(LPCSTR)
+{
+    return nullptr;
+}
+
+HMODULE WINAPI LoadLibraryA(LPCSTR name)
+{
+    for (const char* const& library : kBuiltInLibraries) {
+        if (SameNameIgnoringCase(library, name))
+            return reinterpret_cast<HMODULE>(const_cast<char*>(library));
+    }
+    FailWith(ERROR_FILE_NOT_FOUND);
+    return nullptr;
+}
+
+BOOL WINAPI FreeLibrary(HMODULE module)
+{
+    return module != nullptr ? TRUE : FailWith(ERROR_INVALID_HANDLE);
+}

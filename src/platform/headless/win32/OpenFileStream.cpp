@@ -1,0 +1,27 @@
+#include "platform/OpenFileStream.h"
+
+#include "platform/headless/win32/DirectoryIndex.h"
+#include "platform/headless/win32/HostPath.h"
+
+#include <cerrno>
+#include <string>
+#include <sys/stat.h>
+
+FILE* OpenFileStream(const char* path, const char* mode)
+{
+    const std::string resolved = ResolveHostPath(path);
+    FILE* stream = std::fopen(resolved.c_str(), mode);
+    if (stream == nullptr)
+        return nullptr;
+
+    // Opening a directory for reading succeeds here and fails on Windows; reading it fails on both.
+    struct stat info;
+    if (fstat(fileno(stream), &info) == 0 && S_ISDIR(info.st_mode)) {
+        std::fclose(stream);
+        errno = EISDIR;
+        return nullptr;
+    }
+    if (mode[0] != 'r')
+        NoteEntryChanged(resolved);
+    return stream;
+}

@@ -1,0 +1,17 @@
+#include "tests/app/ScratchWalk.h"
+
+#include "app/Options.h"
+#include "app/ProcessDirectory.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+
+std::string Walk(const char* pattern, const char* options)
+{
+    ParseOptions(options);
+    std::snprintf(gFilePattern, sizeof gFilePattern, "%s", pattern);
+    testing::internal::CaptureStdout();
+    ProcessFilePattern();
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <string>
+
+inline constexpr char kWalkScene[] = "*3DSMAX_QSAEXPORT 200\n";
+
+/// What the walk over `pattern` prints under the given options, begun in the current directory.
+std::string Walk(const char* pattern, const char* options);

@@ -1,0 +1,92 @@
+#include "app/DefaultPaths.h"
+#include "app/MainWindow.h"
+#include "app/Options.h"
+#include "tests/support/BoxWatch.h"
+#include "tests/support/RegistryValues.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <gmock/gmock.h>
+#include <string>
+#include <windows.h>
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int showCommand);
+
+namespace {
+
+int RunMain(std::string commandLine)
+{
+    return WinMain(GetModuleHandleA(nullptr), nullptr, commandLine.data(), SW_SHOWNORMAL);
+}
+
+class WinMainTest : public testing::Test {
+protected:
+    void TearDown() override
+    {
+        DestroyWindow(gMainWindow);
+        gMainWindow = nullptr;
+        UnregisterClassA(gWindowClassName, gInstance);
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+            continue;
+    }
+
+    const ScratchDirectory scratch;
+};
+
+} // namespace
+
+TEST_F(WinMainTest, HelpSwitchesShowTheBoxAndDoNothingElse)
+{
+    scratch.Write("file.qsa", "*3DSMAX_QSAEXPORT 200\n");
+    for (const char* line : {"/h", "/HELP", "/?", "/Help file.qsa", "file.qsa /?"}) {
+        BoxWatch boxes;
+        EXPECT_EQ(RunMain(line), 1) << line;
+        EXPECT_THAT(boxes.Take(), testing::StartsWith("QSA to QSB converter v1.5\n"
+                                                      "Command: QSA2QSB <file.qsa> [Options] "))
+            << line;
+        EXPECT_EQ(gMainWindow, nullptr) << line;
+        EXPECT_FALSE(scratch.Has("file.qsb")) << line;
+    }
+}
+
+TEST_F(WinMainTest, CancelledOpenDialogEndsWithOneAndNoWindow)
+{
+    BoxWatch boxes;
+    EXPECT_EQ(RunMain(""), 1);
+    EXPECT_EQ(boxes.Take(), "");
+    EXPECT_EQ(gMainWindow, nullptr);
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
+    EXPECT_STREQ(gFilePattern, "");
+}
+
+TEST_F(WinMainTest, DefaultPathsComeFromTheRegistry)
+{
+    const RegistryValues registry(
+        {{"DefaultTexturePath", "C:\\Maps"}, {"DefaultBasePath", "D:\\"}});
+    EXPECT_EQ(RunMain("absent.qsa"), 1);
+    EXPECT_STREQ(gDefaultTexturePath, "C:\\Maps");
+    EXPECT_STREQ(gDefaultBasePath, "D:\\");
+}
+
+TEST_F(WinMainTest, MissingRegistryKeyLeavesThePathsEmpty)
+{
+    const RegistryValues registry({});
+    EXPECT_EQ(RunMain("absent.qsa"), 1);
+    EXPECT_STREQ(gDefaultTexturePath, "");
+    EXPECT_STREQ(gDefaultBasePath, "");
+}
+
+TEST_F(WinMainTest, RegistryValueBeyondTheBufferIsNotTaken)
+{
+    const RegistryValues registry({{"DefaultTexturePath", std::string(2000, 'x')}});
+    EXPECT_EQ(RunMain("absent.qsa"), 1);
+    EXPECT_STREQ(gDefaultTexturePath, "");
+}
+
+TEST_F(WinMainTest, UnknownAndIneffectiveOptionsAreSilent)
+{
+    BoxWatch boxes;
+    EXPECT_EQ(RunMain("absent.qsa /fps /close /bogus /x:1"), 1);
+    EXPECT_EQ(boxes.Take(), "");
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
+}

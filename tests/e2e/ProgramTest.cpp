@@ -1,0 +1,98 @@
+#include "tests/support/RunProgram.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+const char kScene[] = "*3DSMAX_QSAEXPORT 200\n*SCENE {\n\t*SCENE_LASTFRAME 100\n}\n";
+
+} // namespace
+
+TEST(Program, HelpBoxTellsEveryOptionThatUsersMaySee)
+{
+    const ScratchDirectory scratch;
+    const ProgramRun run = RunProgram({"/help"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    const std::string expected =
+        "QSA to QSB converter v1.5\n"
+        "Command: QSA2QSB <file.qsa> [Options] \n\nOptions: \n /?, /H /HELP      shows this window\n"
+        " /FULL                fullscreen presentation\n /FPS                  shows fps\n"
+        " /SCR:x              use adapter (screen) number x\n"
+        " /NOSPEC           disable specular lighting\n"
+        " /RESX:x             x display resolution (window x size)\n"
+        " /RESY:x             y display resolution (window y size)\n"
+        " /BPP:x               sets bits per pixel (fullscreen)\n /CAM:x              use camera x\n"
+        " /CLOSE              closes viewer at animation end\n"
+        " /NR                   disables window resizing\n"
+        " /NM                   disables menu\n /NL                   disables lightin\n"
+        " /ZN:x                 sets the near z clipping plane\n"
+        " /ZF:x                 sets the far z clipping plane\n"
+        " /ZBUF               use z-buffer instead of w-buffer\n"
+        " /VS:x                vsync (0,1,2,3 or 4)\n"
+        " /HV                   hardware vertex processing\n"
+        " /REF                 use reference rasterizer\n"
+        " /S\t\t\t\t\tinclude subdirectories\n /NO\t\t\t\t\tdo not overwrite existing files\n ";
+    EXPECT_EQ(run.err.substr(0, expected.size()), expected);
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
+}
+
+TEST(Program, WalksATreeInItsOrder)
+{
+    const ScratchDirectory scratch;
+    for (const char* name : {"b.qsa", "a.qsa", "deck/c.qsa", "deck/below/d.qsa", "hold/e.qsa"})
+        scratch.Write(name, kScene);
+    const ProgramRun run = RunProgram({"*.qsa", "/s"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n"
+                       "'d.qsa' converted\n'e.qsa' converted\n");
+    EXPECT_EQ(run.err, "");
+}
+
+TEST(Program, NameWithBlanksIsOneFile)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("my boat.qsa", kScene);
+    const ProgramRun run = RunProgram({"my boat.qsa"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "'my boat.qsa' converted\n");
+}
+
+TEST(Program, FurtherFileNamesAreIgnored)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("a.qsa", kScene);
+    scratch.Write("b.qsa", kScene);
+    EXPECT_EQ(RunProgram({"a.qsa", "b.qsa"}).out, "'a.qsa' converted\n");
+}
+
+TEST(Program, NoKeepsAnExistingTargetAndSaysConverted)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("a.qsa", kScene);
+    scratch.Write("a.qsb", "kept");
+    const ProgramRun run = RunProgram({"a.qsa", "/no"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "'a.qsa' converted\n");
+    EXPECT_EQ(scratch.Read("a.qsb"), "kept");
+}
+
+TEST(Program, NoArgumentsCancelledDialogEndsWithOne)
+{
+    const ScratchDirectory scratch;
+    const ProgramRun run = RunProgram({});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "");
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
+}
+
+TEST(Program, NameOf300BytesIsAnEmptyRun)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("a.qsa", kScene);
+    const ProgramRun run = RunProgram({std::string(296, 'n') + ".qsa"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+}

@@ -1,0 +1,53 @@
+#include "tests/support/RunProgram.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace {
+
+std::string TakeFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::filesystem::remove(path);
+    return bytes;
+}
+
+} // namespace
+
+ProgramRun RunProgram(const std::vector<std::string>& arguments)
+{
+    std::vector<char*> argv = {const_cast<char*>(QSA_PROGRAM_FILE)};
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+
+    const std::string base =
+        std::filesystem::temp_directory_path() / ("qsa2qsb-run-" + std::to_string(getpid()));
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, (base + ".out").c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, (base + ".err").c_str(), flags, 0600);
+
+    ProgramRun run;
+    pid_t child = 0;
+    if (posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
+        int status = 0;
+        waitpid(child, &status, 0);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    run.out = TakeFile(base + ".out");
+    run.err = TakeFile(base + ".err");
+    return run;
+}

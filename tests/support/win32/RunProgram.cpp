@@ -1,0 +1,71 @@
+#include "tests/support/RunProgram.h"
+
+#include "tools/win32/BoxAnswers.h"
+
+#include <fstream>
+#include <iterator>
+#include <windows.h>
+
+namespace {
+
+HANDLE CreateInheritedFile(const std::string& path)
+{
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    return CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0,
+                       nullptr);
+}
+
+std::string TakeTextFile(const std::string& path)
+{
+    std::string text;
+    {
+        std::ifstream file(path); // text mode: the line ends come as "\n"
+        text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+    DeleteFileA(path.c_str());
+    return text;
+}
+
+/// Arguments that hold blanks are quoted, as a shell would do it.
+std::string CommandLine(const std::vector<std::string>& arguments)
+{
+    std::string line = "\"" QSA_PROGRAM_FILE "\"";
+    for (const std::string& argument : arguments) {
+        const bool needsQuotes = argument.find(' ') != std::string::npos;
+        line += needsQuotes ? " \"" + argument + "\"" : " " + argument;
+    }
+    return line;
+}
+
+} // namespace
+
+ProgramRun RunProgram(const std::vector<std::string>& arguments)
+{
+    char folder[MAX_PATH] = "";
+    GetTempPathA(sizeof folder, folder);
+    const std::string outFile =
+        std::string(folder) + "qsa2qsb-run-" + std::to_string(GetCurrentProcessId());
+    const HANDLE out = CreateInheritedFile(outFile);
+
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = out;
+    startup.hStdError = out;
+    PROCESS_INFORMATION process = {};
+    std::string line = CommandLine(arguments);
+    ProgramRun run;
+    if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                       &process)) {
+        while (WaitForSingleObject(process.hProcess, 10) == WAIT_TIMEOUT)
+            run.err += AnswerOpenBoxes(process.dwProcessId);
+        DWORD status = 0;
+        GetExitCodeProcess(process.hProcess, &status);
+        run.status = static_cast<int>(status);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    CloseHandle(out);
+    run.out = TakeTextFile(outFile);
+    return run;
+}

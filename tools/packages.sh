@@ -1,0 +1,47 @@
+# Sourced by ./run and ./test: finds out which Debian packages are missing and installs them.
+# Nothing here touches the network when everything is in place.
+
+# need_packages NAME...: installs what is missing, as root or through sudo. Where neither is there it
+# prints the exact line to run and gives 2.
+need_packages() {
+    missing=$(missing_packages "$@")
+    [ -n "$missing" ] || return 0
+    line="apt-get update && apt-get install -y --no-install-recommends$missing"
+    if [ "$(id -u)" = 0 ]; then
+        as_root=env
+    elif command -v sudo >/dev/null 2>&1; then
+        as_root='sudo env'
+    else
+        printf 'These packages are missing. Run as root:\n  %s\n' "$line" >&2
+        return 2
+    fi
+    printf 'Installing:%s\n' "$missing" >&2
+    if ! { $as_root apt-get update -q &&
+           $as_root DEBIAN_FRONTEND=noninteractive apt-get install -q -y \
+               --no-install-recommends $missing; } >&2 </dev/null; then
+        printf 'Installing failed. Run as root:\n  %s\n' "$line" >&2
+        return 2
+    fi
+}
+
+# missing_packages NAME...: prints those that are not installed, each with a blank in front.
+missing_packages() {
+    installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null)
+    for name; do
+        case "
+$installed
+" in
+            *"
+installed $name
+"*) ;;
+            *) printf ' %s' "$name" ;;
+        esac
+    done
+}
+
+build_packages='g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libstb-dev'
+test_packages='googletest clang-format libbenchmark-dev'
+fuzz_packages='clang'
+win32_build_packages='g++-mingw-w64-x86-64-posix cmake ninja-build'
+win32_run_packages='wine64 xvfb'
+win32_test_packages='googletest xdotool imagemagick'
