@@ -1,0 +1,26 @@
+#pragma once
+
+// D3DX, the helper library of Direct3D 9: what the engine calls of it.
+
+#include "d3d9.h"
+
+#define D3DX_DEFAULT (static_cast<UINT>(-1))
+#define D3DX_DEFAULT_NONPOW2 (static_cast<UINT>(-2))
+#define D3DX_FROM_FILE (static_cast<UINT>(-3))
+
+#include "d3dx9core.h"
+#include "d3dx9effect.h"
+#include "d3dx9math.h"
+#include "d3dx9mesh.h"
+#include "d3dx9shader.h"
+#include "d3dx9tex.h"
+
+#define D3DXERR_CANNOTMODIFYINDEXBUFFER MAKE_D3DHRESULT(2900)
+#define D3DXERR_INVALIDMESH MAKE_D3DHRESULT(2901)
+#define D3DXERR_CANNOTATTRSORT MAKE_D3DHRESULT(2902)
+#define D3DXERR_SKINNINGNOTSUPPORTED MAKE_D3DHRESULT(2903)
+#define D3DXERR_TOOMANYINFLUENCES MAKE_D3DHRESULT(2904)
+#define D3DXERR_INVALIDDATA MAKE_D3DHRESULT(2905)
+#define D3DXERR_LOADEDMESHASNODATA MAKE_D3DHRESULT(2906)
+#define D3DXERR_DUPLICATENAMEDFRAGMENT MAKE_D3DHRESULT(2907)
+#define D3DXERR_CANNOTREMOVELASTITEM MAKE_D3DHRESULT(2908)
