@@ -126,8 +126,6 @@ template <class Make>
 int32_t DynaMem<T, N, kFlag>::Place(const T* item, Make make)
 {
     MakeArrays();
-    // The copy is made ahead of any growth: its source may be an element of this very list.
-    std::unique_ptr<T> element(make(item));
     if (count == capacity) {
         if (fixed > 0)
             Error("Can not expand fixed list");
@@ -140,8 +138,9 @@ int32_t DynaMem<T, N, kFlag>::Place(const T* item, Make make)
         Error("Maximum number of data elements reached: %i", capacity);
         return -1;
     }
-    // Without memory for the element the slot stays null and is counted all the same.
-    data[slot] = std::move(element);
+    // Growing moved pointers only, so an `item` of this very list is still where it was. Without
+    // memory for the element the slot stays null and is counted all the same.
+    data[slot].reset(make(item));
     ++count;
     firstFree = slot + 1;
     orderDirty = 1;

@@ -5,9 +5,8 @@
 #include <cstdarg>
 #include <cstring>
 #include <new>
+#include <sys/stat.h>
 #include <utility>
-
-#include <windows.h>
 
 #include "base/FormatText.h"
 #include "platform/OpenFileStream.h"
@@ -139,22 +138,11 @@ int32_t File::GetFileTime() const
 {
     if (!stream)
         return -1;
-    const HANDLE handle =
-        CreateFileA(fileName.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
+    // Asked of the stream and not of the name, which may lead elsewhere by now.
+    struct stat info;
+    if (fstat(fileno(stream.get()), &info) != 0)
         return -1;
-    BY_HANDLE_FILE_INFORMATION info = {};
-    const bool told = GetFileInformationByHandle(handle, &info) != 0;
-    CloseHandle(handle);
-    if (!told)
-        return -1;
-
-    // A file time counts steps of 100 ns from 1601, which lies 11,644,473,600 s before 1970.
-    const uint64_t steps =
-        (uint64_t{info.ftLastWriteTime.dwHighDateTime} << 32) | info.ftLastWriteTime.dwLowDateTime;
-    const int64_t seconds = static_cast<int64_t>(steps / 10000000) - 11644473600;
-    return static_cast<int32_t>(static_cast<uint32_t>(seconds));
+    return static_cast<int32_t>(static_cast<uint32_t>(info.st_mtime));
 }
 
 bool File::Read(void* bufferOut, int32_t size)

@@ -167,23 +167,27 @@ bool ParsePlain(const char* at, const char* end, double* valueOut)
     return true;
 }
 
-double ParseUnsigned(const char* at, const char* end)
+/// Behind the sign. False if there is no number.
+bool ParseUnsigned(const char* at, const char* end, double* valueOut)
 {
-    double value = 0.0;
-    if (ParsePlain(at, end, &value))
-        return value;
-    if (StartsWithNoCase(at, end, "0x") && ParseHex(at + 2, end, &value))
-        return value;
-    if (StartsWithNoCase(at, end, "inf"))
-        return std::numeric_limits<double>::infinity();
-    if (StartsWithNoCase(at, end, "nan"))
-        return std::numeric_limits<double>::quiet_NaN();
+    if (ParsePlain(at, end, valueOut))
+        return true;
+    if (StartsWithNoCase(at, end, "0x") && ParseHex(at + 2, end, valueOut))
+        return true;
+    if (StartsWithNoCase(at, end, "inf")) {
+        *valueOut = std::numeric_limits<double>::infinity();
+        return true;
+    }
+    if (StartsWithNoCase(at, end, "nan")) {
+        *valueOut = std::numeric_limits<double>::quiet_NaN();
+        return true;
+    }
     if (at == end || (!IsDigit(*at) && *at != '.'))
-        return 0.0; // a second sign is no number
-    const auto result = std::from_chars(at, end, value);
+        return false; // a second sign is no number
+    const auto result = std::from_chars(at, end, *valueOut);
     if (result.ec == std::errc::result_out_of_range)
-        return OutOfRange(at, end);
-    return result.ec == std::errc() ? value : 0.0;
+        *valueOut = OutOfRange(at, end);
+    return result.ec != std::errc::invalid_argument;
 }
 
 } // namespace
@@ -196,7 +200,9 @@ double ParseDouble(const char* begin, const char* end)
     if (begin != end && (*begin == '-' || *begin == '+'))
         ++begin;
 
-    const double value = ParseUnsigned(begin, end);
+    double value = 0.0;
+    if (!ParseUnsigned(begin, end, &value))
+        return 0.0; // a sign without a number gives no negative zero
     return negative ? -value : value;
 }
 

@@ -1,0 +1,405 @@
+#include "base/File.h"
+
+#include <ctime>
+#include <limits>
+#include <unistd.h>
+
+#include "tests/base/LogFixture.h"
+
+/// Reaches into a `File` for states that its operations do not leave it in.
+class FileTestAccess {
+public:
+    static void SetWriteable(File& file) { file.canWrite = 1; }
+    static void CloseBehindItsBack(File& file) { close(fileno(file.stream.get())); }
+    static void SetPosition(File& file, int32_t position) { file.position = position; }
+};
+
+namespace {
+
+class FileTest : public LogFixture {
+protected:
+    FileTest() { gOpenHandlesCount = 0; }
+
+    File file;
+};
+
+/// Both ways of reading: from the stream and from memory.
+class FileReading : public LogFixture, public testing::WithParamInterface<bool> {
+protected:
+    FileReading() { gOpenHandlesCount = 0; }
+
+    void Open(const std::string& bytes)
+    {
+        scratch.Write("in.bin", bytes);
+        ASSERT_TRUE(file.Open("in.bin", true, GetParam(), true));
+    }
+    File file;
+};
+
+INSTANTIATE_TEST_SUITE_P(StreamAndMemory, FileReading, testing::Bool(),
+                         [](const auto& row) { return row.param ? "Memory" : "Stream"; });
+
+TEST_P(FileReading, PrimitivesAreLittleEndianAndUnaligned)
+{
+    Open(std::string("\x01\x78\x56\x34\x12\xFE\xFF\x00\x00\x20\x41", 11));
+    int8_t byte = 0;
+    int32_t number = 0;
+    int16_t small = 0;
+    float real = 0;
+    EXPECT_TRUE(file.ReadInt8(&byte));
+    EXPECT_TRUE(file.ReadInt32(&number));
+    EXPECT_TRUE(file.ReadInt16(&small));
+    EXPECT_TRUE(file.ReadFloat32(&real));
+    EXPECT_EQ(byte, 1);
+    EXPECT_EQ(number, 0x12345678);
+    EXPECT_EQ(small, -2);
+    EXPECT_EQ(real, 10.0f); // 0x41200000: 1.25 * 2^3
+    EXPECT_EQ(file.GetPosition(), 11);
+    EXPECT_EQ(file.GetSize(), 11);
+    EXPECT_EQ(file.GetBytesLeft(), 0);
+}
+
+TEST_P(FileReading, PastTheEndIsAnError)
+{
+    Open("abc");
+    int32_t number = 0;
+    EXPECT_EQ(ErrorOf([&] { file.ReadInt32(&number); }), "in.bin: Error reading from file");
+    EXPECT_EQ(file.errorHappened, 1);
+    file.throwOnError = 0;
+    file.Seek(3);
+    EXPECT_FALSE(file.Read(&number, 1));
+    EXPECT_TRUE(file.Read(&number, 0));
+}
+
+TEST_P(FileReading, NegativeSizeIsAnError)
+{
+    Open("abc");
+    char buffer[4];
+    EXPECT_EQ(ErrorOf([&] { file.Read(buffer, -1); }), "in.bin: Error reading from file");
+    EXPECT_EQ(ErrorOf([&] { file.Read(buffer, std::numeric_limits<int32_t>::min()); }),
+              "in.bin: Error reading from file");
+}
+
+TEST_P(FileReading, SeekCountsFromTheStart)
+{
+    Open("abcdef");
+    char c = 0;
+    file.Seek(4);
+    EXPECT_EQ(file.GetBytesLeft(), 2);
+    EXPECT_TRUE(file.Read(&c, 1));
+    EXPECT_EQ(c, 'e');
+    file.Seek(0);
+    EXPECT_TRUE(file.Read(&c, 1));
+    EXPECT_EQ(c, 'a');
+}
+
+TEST_P(FileReading, StringsComeWithTheirLength)
+{
+    Open(std::string("\x04\0\0\0boat\0\0\0\0\xFF\xFF\xFF\xFFx", 17));
+    String text("old");
+    EXPECT_TRUE(file.ReadString(&text));
+    EXPECT_STREQ(text.c_str(), "boat");
+    EXPECT_EQ(text.length, 4);
+    EXPECT_TRUE(file.ReadString(&text)) << "length 0";
+    EXPECT_EQ(text.length, 0);
+    text.Assign("old");
+    EXPECT_TRUE(file.ReadString(&text)) << "negative length";
+    EXPECT_EQ(text.length, 0);
+    EXPECT_EQ(text.data, nullptr);
+    EXPECT_EQ(file.GetPosition(), 16);
+}
+
+TEST_P(FileReading, StringLongerThanWhatIsLeftIsAnErrorBeforeMemoryIsTaken)
+{
+    Open(std::string("\xFF\xFF\xFF\x7Fxyz", 7));
+    String text("old");
+    EXPECT_EQ(ErrorOf([&] { file.ReadString(&text); }),
+              "in.bin: String of 2147483647 bytes exceeds the 3 bytes left in file");
+    EXPECT_EQ(text.data, nullptr);
+}
+
+TEST_P(FileReading, EveryTruncationOfAStringFails)
+{
+    const std::string whole("\x04\0\0\0boat", 8);
+    for (size_t size = 0; size < whole.size(); ++size) {
+        Open(whole.substr(0, size));
+        String text;
+        EXPECT_NE(ErrorOf([&] { file.ReadString(&text); }), "no error") << size;
+        EXPECT_EQ(text.length, 0) << size;
+    }
+}
+
+TEST_P(FileReading, EmptyFileHasSizeZero)
+{
+    Open("");
+    EXPECT_EQ(file.GetSize(), 0);
+    char c = 0;
+    EXPECT_EQ(ErrorOf([&] { file.Read(&c, 1); }), "in.bin: Error reading from file");
+}
+
+TEST_P(FileReading, SeekOutsideTheFileIsSafe)
+{
+    Open("abc");
+    char c = 0;
+    for (const int32_t position : {-1, 4, std::numeric_limits<int32_t>::max()}) {
+        const std::string error = ErrorOf([&] {
+            file.Seek(position);
+            file.Read(&c, 1);
+        });
+        const bool seekFails = !GetParam() && position < 0;
+        EXPECT_EQ(error, seekFails ? "in.bin: fseek failed: -1" : "in.bin: Error reading from file")
+            << position;
+    }
+}
+
+TEST_F(FileTest, ReadOfNothingOnAClosedFileIsAnError)
+{
+    char c = 0;
+    EXPECT_EQ(ErrorOf([&] { file.Read(&c, 0); }), ": File is not readable");
+    EXPECT_EQ(ErrorOf([&] { file.Write(&c, 0); }), ": File is not writeable");
+    EXPECT_EQ(ErrorOf([&] { file.Seek(0); }), ": fseek failed: -1");
+    file.throwOnError = 0;
+    EXPECT_FALSE(file.Read(&c, 1));
+    EXPECT_FALSE(file.Write(&c, 1));
+    EXPECT_EQ(file.GetFileTime(), -1);
+    EXPECT_FALSE(file.IsOpen());
+}
+
+TEST_F(FileTest, LogLineHoldsLabelNameAndMessage)
+{
+    scratch.Write("in.bin", "");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    EXPECT_EQ(ErrorOf([&] { file.Write("x", 1); }), "in.bin: File is not writeable");
+    EXPECT_EQ(LogText(), Entry("Error:File: in.bin: File is not writeable"));
+}
+
+TEST_F(FileTest, WholeFileNeedsReadOnly)
+{
+    scratch.Write("in.bin", "abc");
+    EXPECT_EQ(ErrorOf([&] { file.Open("in.bin", false, true, true); }),
+              ": LoadWholeFile requires ReadOnly");
+    file.throwOnError = 0;
+    EXPECT_FALSE(file.Open("in.bin", false, true, true));
+}
+
+TEST_F(FileTest, MissingFileIsAWarningOnlyWhenAskedFor)
+{
+    EXPECT_FALSE(file.Open("none.bin", true, false, false));
+    EXPECT_EQ(LogText(), "");
+    EXPECT_FALSE(file.Open("none.bin", true, false, true));
+    EXPECT_EQ(LogText(), Entry("Warning:File: Open() failed: No such file or directory, "
+                               "file:'none.bin'"));
+    EXPECT_STREQ(file.GetFileName().c_str(), "none.bin");
+    EXPECT_FALSE(file.Open(nullptr, true, false, true)) << "null is the empty name";
+    EXPECT_EQ(gOpenHandlesCount, 0);
+}
+
+TEST_F(FileTest, DirectoryCannotBeOpened)
+{
+    scratch.Write("folder/inner.bin", "");
+    EXPECT_FALSE(file.Open("folder", true, false, true));
+    EXPECT_FALSE(file.Open("folder", true, true, true));
+    EXPECT_NE(LogText().find("Warning:File: Open() failed: "), std::string::npos);
+    EXPECT_EQ(gOpenHandlesCount, 0);
+}
+
+TEST_F(FileTest, CreateInAMissingDirectoryIsAWarning)
+{
+    EXPECT_FALSE(file.Create("none/out.bin", true, false));
+    EXPECT_EQ(LogText(), "");
+    EXPECT_FALSE(file.Create("none/out.bin", true, true));
+    EXPECT_EQ(LogText(), Entry("Warning:File: Create() failed: No such file or directory, "
+                               "file:'none/out.bin'"));
+    EXPECT_FALSE(file.IsOpen());
+}
+
+TEST_F(FileTest, WritesAreRawLittleEndianWithoutPadding)
+{
+    ASSERT_TRUE(file.Create("out.bin", true, true));
+    EXPECT_TRUE(file.WriteInt8(1));
+    EXPECT_TRUE(file.WriteInt32(0x12345678));
+    EXPECT_TRUE(file.WriteInt16(-2));
+    EXPECT_TRUE(file.WriteFloat32(10.0f));
+    EXPECT_TRUE(file.WriteString(String("boat")));
+    EXPECT_TRUE(file.WriteString(String()));
+    EXPECT_EQ(file.GetPosition(), 23);
+    EXPECT_EQ(file.GetSize(), 23);
+    file.Close();
+    EXPECT_EQ(scratch.Read("out.bin"),
+              std::string("\x01\x78\x56\x34\x12\xFE\xFF\0\0\x20\x41\x04\0\0\0boat\0\0\0\0", 23));
+}
+
+TEST_F(FileTest, WriteOnlyFileCannotBeRead)
+{
+    ASSERT_TRUE(file.Create("out.bin", true, true));
+    char c = 0;
+    EXPECT_EQ(ErrorOf([&] { file.Read(&c, 1); }), "out.bin: File is not readable");
+}
+
+TEST_F(FileTest, CreatedFileCanBeReadBack)
+{
+    ASSERT_TRUE(file.Create("both.bin", false, true));
+    EXPECT_TRUE(file.WriteInt32(1));
+    EXPECT_TRUE(file.WriteInt32(2));
+    file.Seek(0);
+    int32_t number = 0;
+    EXPECT_TRUE(file.ReadInt32(&number));
+    EXPECT_EQ(number, 1);
+    EXPECT_TRUE(file.WriteInt32(7)); // straight behind a read
+    file.Seek(4);
+    EXPECT_TRUE(file.ReadInt32(&number));
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(file.GetSize(), 8);
+}
+
+TEST_F(FileTest, OpenForBothKeepsTheContent)
+{
+    scratch.Write("both.bin", "abcdef");
+    ASSERT_TRUE(file.Open("both.bin", false, false, true));
+    file.Seek(2);
+    EXPECT_TRUE(file.Write("XY", 2));
+    file.Close();
+    EXPECT_EQ(scratch.Read("both.bin"), "abXYef");
+}
+
+TEST_F(FileTest, NameAndPositionStayAfterClose)
+{
+    scratch.Write("in.bin", "abcdef");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    file.Seek(4);
+    file.Close();
+    EXPECT_STREQ(file.GetFileName().c_str(), "in.bin");
+    EXPECT_EQ(file.GetPosition(), 4);
+    EXPECT_EQ(file.GetSize(), 6);
+    EXPECT_TRUE(file.Open(file.GetFileName().c_str(), true, false, true));
+    EXPECT_EQ(file.GetPosition(), 0);
+}
+
+TEST_F(FileTest, QuirkSizeOfTheFileBeforeStaysAsTheLeastSize)
+{
+    scratch.Write("long.bin", "0123456789");
+    ASSERT_TRUE(file.Open("long.bin", true, false, true));
+    ASSERT_TRUE(file.Create("short.bin", true, true));
+    EXPECT_TRUE(file.WriteInt32(1));
+    EXPECT_EQ(file.GetPosition(), 4);
+    EXPECT_EQ(file.GetSize(), 10);
+}
+
+TEST_F(FileTest, OpenHandlesAreCounted)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    EXPECT_EQ(gOpenHandlesCount, 1);
+    {
+        File other;
+        ASSERT_TRUE(other.Create("out.bin", true, true));
+        EXPECT_EQ(gOpenHandlesCount, 2);
+    }
+    EXPECT_EQ(gOpenHandlesCount, 1);
+    file.Close();
+    file.Close();
+    EXPECT_EQ(gOpenHandlesCount, 0);
+}
+
+TEST_F(FileTest, CloseWithNoHandleCountedIsAWarning)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, true, true));
+    gOpenHandlesCount = 0;
+    file.Close();
+    EXPECT_EQ(LogText(), Entry("Warning:File: Invalid m_OpenHandlesCount !"));
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(gOpenHandlesCount, 0);
+}
+
+TEST_F(FileTest, FailureToWriteIsAnError)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    FileTestAccess::SetWriteable(file); // the stream itself is open for reading only
+    EXPECT_EQ(ErrorOf([&] { file.WriteInt32(1); }), "in.bin: Error writing to file");
+}
+
+TEST_F(FileTest, FailuresGiveFalseWithThrowingOff)
+{
+    file.throwOnError = 0;
+    scratch.Write("in.bin", std::string("\x05\0\0\0boat", 8));
+    String text;
+    for (const bool inMemory : {false, true}) {
+        ASSERT_TRUE(file.Open("in.bin", true, inMemory, true));
+        EXPECT_FALSE(file.ReadString(&text)) << "longer than what is left";
+        EXPECT_FALSE(file.Write("x", 1));
+        EXPECT_FALSE(file.WriteString(String("x")));
+        file.Seek(6);
+        EXPECT_FALSE(file.ReadString(&text)) << "no whole length";
+        file.Seek(-1);
+        EXPECT_FALSE(file.Read(&text, -1));
+    }
+    FileTestAccess::SetWriteable(file);
+    EXPECT_FALSE(file.Write("x", -1));
+    EXPECT_TRUE(file.Write("x", 0));
+}
+
+TEST_F(FileTest, WriteThatLeavesTheRangeOfInt32IsAnError)
+{
+    ASSERT_TRUE(file.Create("out.bin", true, true));
+    FileTestAccess::SetPosition(file, std::numeric_limits<int32_t>::max() - 3);
+    EXPECT_EQ(ErrorOf([&] { file.WriteInt32(1); }), "out.bin: Error writing to file");
+    EXPECT_EQ(ErrorOf([&] { file.Write("x", -1); }), "out.bin: Error writing to file");
+}
+
+TEST_F(FileTest, FileThatDoesNotFitInt32IsNotOpened)
+{
+    scratch.Write("in.bin", "");
+    std::filesystem::resize_file(scratch.Path() / "in.bin", uint64_t{1} << 31);
+    EXPECT_FALSE(file.Open("in.bin", true, true, true));
+    EXPECT_EQ(LogText(), Entry("Warning:File: Open() failed: File too large, file:'in.bin'"));
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(gOpenHandlesCount, 0);
+}
+
+TEST_F(FileTest, NameThatIsTooLongForTheHostIsAWarning)
+{
+    const std::string name(300, 'n');
+    EXPECT_FALSE(file.Open(name.c_str(), true, false, true));
+    EXPECT_NE(LogText().find(", file:'" + name + "'"), std::string::npos);
+    EXPECT_STREQ(file.GetFileName().c_str(), name.c_str());
+}
+
+TEST_F(FileTest, FileTimeIsThatOfTheOpenFileWhereverItsNameLeads)
+{
+    scratch.Write("deeper/other.bin", "");
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    const int32_t modified = file.GetFileTime();
+    EXPECT_GT(modified, 0);
+    std::filesystem::current_path(scratch.Path() / "deeper");
+    EXPECT_EQ(file.GetFileTime(), modified);
+    std::filesystem::current_path(scratch.Path());
+}
+
+TEST_F(FileTest, FileTimeIsInSecondsSince1970)
+{
+    const std::time_t before = std::time(nullptr);
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    const int32_t modified = file.GetFileTime();
+    // File systems stamp with a coarse clock: allow two seconds.
+    EXPECT_GE(modified, before - 2);
+    EXPECT_LE(modified, std::time(nullptr) + 2);
+    file.Close();
+    EXPECT_EQ(file.GetFileTime(), -1);
+}
+
+TEST_F(FileTest, CloseThatFailsIsAWarning)
+{
+    ASSERT_TRUE(file.Create("out.bin", true, false));
+    FileTestAccess::CloseBehindItsBack(file);
+    file.Close();
+    EXPECT_EQ(LogText(), Entry("Warning:File: Could not close file: 'out.bin' - "
+                               "Bad file descriptor"));
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(gOpenHandlesCount, 1) << "a failed close does not count down";
+}
+
+} // namespace

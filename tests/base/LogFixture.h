@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "base/ErrorClass.h"
+#include "base/KRE_Base.h"
+#include "base/Log.h"
+#include "base/ResetLogForTests.h"
+#include "tests/support/ScratchDirectory.h"
+
+/// Runs a test in a directory of its own with a fresh log, a clock that stands still and 100 MiB of
+/// free memory, so that every entry ends in the same note.
+class LogFixture : public testing::Test {
+protected:
+    static constexpr const char* kNote = "(Time:0.00, free sysmem:100)\n";
+
+    LogFixture()
+    {
+        ResetLogForTests();
+        gLogClock = [] { return 50.0; };
+        gLogFreeMemory = [] { return uint64_t{100} << 20; };
+    }
+    ~LogFixture() override { ResetLogForTests(); }
+
+    /// The log with plain line ends; empty when there is none.
+    std::string LogText() const { return ReadLog("logfile.txt"); }
+    std::string ReadLog(const std::string& name) const
+    {
+        std::string text;
+        if (!scratch.Has(name))
+            return text;
+        for (const char c : scratch.Read(name)) {
+            if (c != '\r')
+                text += c;
+        }
+        return text;
+    }
+    /// One entry as it stands in the log.
+    static std::string Entry(const std::string& text) { return text + kNote; }
+
+    ScratchDirectory scratch;
+};
+
+/// The message of the error that `action` throws, or "no error".
+template <class Action>
+std::string ErrorOf(Action action)
+{
+    try {
+        action();
+    } catch (const ErrorMsg& error) {
+        return error.message;
+    } catch (const KRE_Error& error) {
+        return error.message;
+    }
+    return "no error";
+}
