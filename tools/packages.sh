@@ -39,7 +39,7 @@ installed $name
     done
 }
 
-build_packages='g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libstb-dev'
+build_packages='g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev'
 test_packages='googletest clang-format libbenchmark-dev'
 fuzz_packages='clang'
 win32_build_packages='g++-mingw-w64-x86-64-posix cmake ninja-build'

@@ -1,0 +1,31 @@
+// Any DDS file: its header, and each level that it claims to have, read to the last byte.
+
+#include "platform/headless/d3d9/PixelFormat.h"
+#include "platform/headless/d3dx/ImageDecoders.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    // The magic word is given, so that no time goes into finding it.
+    std::vector<std::uint8_t> bytes = {'D', 'D', 'S', ' '};
+    bytes.insert(bytes.end(), data, data + size);
+    DecodedImage image;
+    if (FAILED(DecodeDds(bytes, false, image)))
+        return 0;
+
+    const PixelFormat* layout = FindPixelFormat(image.format);
+    if (!layout || image.info.MipLevels > kMaxImageLevels)
+        std::abort();
+    for (UINT i = 0; i < image.info.MipLevels; ++i) {
+        const ImageLevel& level = image.levels[i];
+        std::vector<std::uint32_t> pixels(std::size_t{level.width} * level.height);
+        if (!UnpackImage(*layout, level.width, level.height, level.bits, level.pitchBytes,
+                         pixels.data()))
+            std::abort();
+    }
+    return 0;
+}

@@ -1,0 +1,128 @@
+#include "platform/headless/d3d9/Buffer.h"
+
+#include "platform/headless/d3d9/Device.h"
+
+#include <new>
+
+bool BufferBytes::Allocate(UINT sizeBytes)
+{
+    bytes = AllocateZeroed(sizeBytes);
+    size = bytes ? sizeBytes : 0;
+    return bytes != nullptr;
+}
+
+HRESULT BufferBytes::Lock(UINT offset, UINT lockSize, void** dataOut)
+{
+    if (const HRESULT ordered = OrderedResult("Lock"); FAILED(ordered))
+        return ordered;
+    if (!dataOut)
+        return D3DERR_INVALIDCALL;
+    *dataOut = nullptr;
+    if (offset >= size || lockSize > size - offset)
+        return D3DERR_INVALIDCALL;
+    ++lockCount;
+    *dataOut = bytes.get() + offset;
+    return D3D_OK;
+}
+
+HRESULT BufferBytes::Unlock()
+{
+    if (const HRESULT ordered = OrderedResult("Unlock"); FAILED(ordered))
+        return ordered;
+    if (lockCount == 0)
+        return D3DERR_INVALIDCALL;
+    --lockCount;
+    return D3D_OK;
+}
+
+HeadlessVertexBuffer::HeadlessVertexBuffer(HeadlessDevice& owner,
+                                           const D3DVERTEXBUFFER_DESC& bufferDesc)
+    : ResourceLife(owner, ObjectKind::VertexBuffer, bufferDesc.Pool),
+      desc(bufferDesc)
+{}
+
+HeadlessVertexBuffer* HeadlessVertexBuffer::Create(HeadlessDevice& device,
+                                                   const D3DVERTEXBUFFER_DESC& desc)
+{
+    std::unique_ptr<HeadlessVertexBuffer> buffer(new (std::nothrow)
+                                                     HeadlessVertexBuffer(device, desc));
+    return buffer && buffer->data.Allocate(desc.Size) ? buffer.release() : nullptr;
+}
+
+HRESULT HeadlessVertexBuffer::QueryInterface(REFIID iid, void** objectOut)
+{
+    if (!objectOut)
+        return E_POINTER;
+    *objectOut = nullptr;
+    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DVertexBuffer9}))
+        return E_NOINTERFACE;
+    AddRef();
+    *objectOut = static_cast<IDirect3DVertexBuffer9*>(this);
+    return S_OK;
+}
+
+HRESULT HeadlessVertexBuffer::Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut, DWORD)
+{
+    return data.Lock(offsetToLock, sizeToLock, dataOut);
+}
+
+HRESULT HeadlessVertexBuffer::Unlock()
+{
+    return data.Unlock();
+}
+
+HRESULT HeadlessVertexBuffer::GetDesc(D3DVERTEXBUFFER_DESC* descOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDesc"); FAILED(ordered))
+        return ordered;
+    if (!descOut)
+        return D3DERR_INVALIDCALL;
+    *descOut = desc;
+    return D3D_OK;
+}
+
+HeadlessIndexBuffer::HeadlessIndexBuffer(HeadlessDevice& owner,
+                                         const D3DINDEXBUFFER_DESC& bufferDesc)
+    : ResourceLife(owner, ObjectKind::IndexBuffer, bufferDesc.Pool),
+      desc(bufferDesc)
+{}
+
+HeadlessIndexBuffer* HeadlessIndexBuffer::Create(HeadlessDevice& device,
+                                                 const D3DINDEXBUFFER_DESC& desc)
+{
+    std::unique_ptr<HeadlessIndexBuffer> buffer(new (std::nothrow)
+                                                    HeadlessIndexBuffer(device, desc));
+    return buffer && buffer->data.Allocate(desc.Size) ? buffer.release() : nullptr;
+}
+
+HRESULT HeadlessIndexBuffer::QueryInterface(REFIID iid, void** objectOut)
+{
+    if (!objectOut)
+        return E_POINTER;
+    *objectOut = nullptr;
+    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DIndexBuffer9}))
+        return E_NOINTERFACE;
+    AddRef();
+    *objectOut = static_cast<IDirect3DIndexBuffer9*>(this);
+    return S_OK;
+}
+
+HRESULT HeadlessIndexBuffer::Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut, DWORD)
+{
+    return data.Lock(offsetToLock, sizeToLock, dataOut);
+}
+
+HRESULT HeadlessIndexBuffer::Unlock()
+{
+    return data.Unlock();
+}
+
+HRESULT HeadlessIndexBuffer::GetDesc(D3DINDEXBUFFER_DESC* descOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDesc"); FAILED(ordered))
+        return ordered;
+    if (!descOut)
+        return D3DERR_INVALIDCALL;
+    *descOut = desc;
+    return D3D_OK;
+}

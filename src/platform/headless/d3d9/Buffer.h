@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/headless/d3d9/Resource.h"
+#include "platform/headless/d3d9/ZeroedBytes.h"
+
+/// What vertex and index buffers share: bytes, and a count of locks, which may nest.
+struct BufferBytes {
+    ZeroedBytes bytes;
+    UINT size = 0;
+    UINT lockCount = 0;
+
+    /// Takes zeroed memory; false if there is none.
+    bool Allocate(UINT sizeBytes);
+    HRESULT Lock(UINT offset, UINT lockSize, void** dataOut);
+    HRESULT Unlock();
+};
+
+class HeadlessVertexBuffer final : public Resource<IDirect3DVertexBuffer9>, public ResourceLife {
+public:
+    /// The caller holds no reference yet. Null if there is no memory.
+    static HeadlessVertexBuffer* Create(HeadlessDevice& device, const D3DVERTEXBUFFER_DESC& desc);
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
+    ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
+    D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_VERTEXBUFFER; }
+    /// A size of 0 means up to the end. The range must lie inside the buffer.
+    HRESULT STDMETHODCALLTYPE Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut,
+                                   DWORD flags) override;
+    HRESULT STDMETHODCALLTYPE Unlock() override;
+    HRESULT STDMETHODCALLTYPE GetDesc(D3DVERTEXBUFFER_DESC* descOut) override;
+
+    const BufferBytes& Data() const { return data; }
+
+private:
+    HeadlessVertexBuffer(HeadlessDevice& owner, const D3DVERTEXBUFFER_DESC& bufferDesc);
+    HeadlessDevice& OwningDevice() const override { return Device(); }
+    D3DPOOL ResourcePool() const override { return desc.Pool; }
+
+    const D3DVERTEXBUFFER_DESC desc;
+    BufferBytes data;
+};
+
+class HeadlessIndexBuffer final : public Resource<IDirect3DIndexBuffer9>, public ResourceLife {
+public:
+    /// The caller holds no reference yet. Null if there is no memory.
+    static HeadlessIndexBuffer* Create(HeadlessDevice& device, const D3DINDEXBUFFER_DESC& desc);
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
+    ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
+    D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_INDEXBUFFER; }
+    /// A size of 0 means up to the end. The range must lie inside the buffer.
+    HRESULT STDMETHODCALLTYPE Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut,
+                                   DWORD flags) override;
+    HRESULT STDMETHODCALLTYPE Unlock() override;
+    HRESULT STDMETHODCALLTYPE GetDesc(D3DINDEXBUFFER_DESC* descOut) override;
+
+    const BufferBytes& Data() const { return data; }
+    const D3DINDEXBUFFER_DESC& Desc() const { return desc; }
+
+private:
+    HeadlessIndexBuffer(HeadlessDevice& owner, const D3DINDEXBUFFER_DESC& bufferDesc);
+    HeadlessDevice& OwningDevice() const override { return Device(); }
+    D3DPOOL ResourcePool() const override { return desc.Pool; }
+
+    const D3DINDEXBUFFER_DESC desc;
+    BufferBytes data;
+};

@@ -1,0 +1,55 @@
+#include "platform/headless/d3d9/CallControl.h"
+
+#include "platform/headless/d3d9/TestControl.h"
+
+#include <cstdio>
+#include <deque>
+#include <map>
+#include <utility>
+
+int gOrderedResultCount = 0;
+
+namespace {
+
+std::deque<std::pair<std::string, HRESULT>> gOrderedResults;
+std::map<std::string, int> gUnmodelledCalls;
+
+} // namespace
+
+HRESULT TakeOrderedResult(const char* name)
+{
+    for (auto order = gOrderedResults.begin(); order != gOrderedResults.end(); ++order) {
+        if (order->first != name)
+            continue;
+        const HRESULT result = order->second;
+        gOrderedResults.erase(order);
+        --gOrderedResultCount;
+        return result;
+    }
+    return D3D_OK;
+}
+
+HRESULT LogUnmodelled(const char* name, const std::string& arguments, HRESULT result)
+{
+    if (gUnmodelledCalls[name]++ == 0)
+        std::fprintf(stderr, "UNMODELLED %s(%s)\n", name, arguments.c_str());
+    return result;
+}
+
+void FailNextCall(const char* name, HRESULT result)
+{
+    gOrderedResults.emplace_back(name, result);
+    ++gOrderedResultCount;
+}
+
+int ClearFailNextCalls()
+{
+    gOrderedResults.clear();
+    return std::exchange(gOrderedResultCount, 0);
+}
+
+int UnmodelledCallCount(const char* name)
+{
+    const auto entry = gUnmodelledCalls.find(name);
+    return entry == gUnmodelledCalls.end() ? 0 : entry->second;
+}

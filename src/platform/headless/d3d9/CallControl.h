@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <d3d9.h>
+
+// What every entry point of the device passes through: results that a test ordered, and the log of
+// calls that the host does not model.
+
+/// Number of ordered results that wait; calls look no further while it is 0.
+extern int gOrderedResultCount;
+
+/// Takes the result ordered for the next call of `name` (see TestControl.h); `D3D_OK` if none is.
+HRESULT TakeOrderedResult(const char* name);
+
+inline HRESULT OrderedResult(const char* name)
+{
+    return gOrderedResultCount == 0 ? D3D_OK : TakeOrderedResult(name);
+}
+
+/// Writes "UNMODELLED name(arguments)" to standard error, the first time for each name, counts the
+/// call and gives `result` back.
+HRESULT LogUnmodelled(const char* name, const std::string& arguments, HRESULT result);
+
+inline std::string ArgumentText(const void* value)
+{
+    return value ? "pointer" : "null";
+}
+
+inline std::string ArgumentText(float value)
+{
+    return std::to_string(value);
+}
+
+inline std::string ArgumentText(std::int64_t value)
+{
+    return std::to_string(value);
+}
+
+template <typename T>
+std::string ArgumentText(T value) requires(std::is_integral_v<T> || std::is_enum_v<T>)
+{
+    return ArgumentText(static_cast<std::int64_t>(value));
+}
+
+/// The usual end of a call that the host does not model: `D3DERR_INVALIDCALL`, logged.
+template <typename... Arguments>
+HRESULT Unmodelled(const char* name, Arguments... arguments)
+{
+    std::string text;
+    ((text += (text.empty() ? "" : ", ") + ArgumentText(arguments)), ...);
+    return LogUnmodelled(name, text, D3DERR_INVALIDCALL);
+}

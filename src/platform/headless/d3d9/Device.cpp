@@ -1,0 +1,189 @@
+#include "platform/headless/d3d9/Device.h"
+
+#include "platform/headless/d3d9/Adapter.h"
+#include "platform/headless/d3d9/TestControl.h"
+
+#include <new>
+
+HeadlessDevice::HeadlessDevice(HeadlessDirect3D& owner,
+                               const D3DDEVICE_CREATION_PARAMETERS& creation)
+    : d3d(owner),
+      creationParameters(creation)
+{
+    d3d.DeviceReferenced();
+    gObjectCensus.Add(ObjectKind::Device);
+}
+
+HeadlessDevice::~HeadlessDevice()
+{
+    gObjectCensus.Remove(ObjectKind::Device);
+}
+
+HeadlessDevice* HeadlessDevice::Create(HeadlessDirect3D& owner,
+                                       const D3DDEVICE_CREATION_PARAMETERS& creation,
+                                       const D3DPRESENT_PARAMETERS& parameters)
+{
+    auto* device = new (std::nothrow) HeadlessDevice(owner, creation);
+    if (!device)
+        return nullptr;
+    if (SUCCEEDED(device->MakeImplicitSurfaces(parameters)))
+        return device;
+    device->Release();
+    return nullptr;
+}
+
+HRESULT HeadlessDevice::QueryInterface(REFIID iid, void** objectOut)
+{
+    if (!objectOut)
+        return E_POINTER;
+    *objectOut = nullptr;
+    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DDevice9}))
+        return E_NOINTERFACE;
+    AddRef();
+    *objectOut = static_cast<IDirect3DDevice9*>(this);
+    return S_OK;
+}
+
+ULONG HeadlessDevice::AddRef()
+{
+    return ++references + static_cast<ULONG>(heldChildren.Total());
+}
+
+ULONG HeadlessDevice::Release()
+{
+    if (references == 0)
+        return 0;
+    --references;
+    const ULONG left = references + static_cast<ULONG>(heldChildren.Total());
+    if (references == 0 && left > 0)
+        ReportLeak("IDirect3DDevice9", heldChildren);
+    if (left == 0) {
+        HeadlessDirect3D& owner = d3d;
+        delete this;
+        owner.DeviceUnreferenced();
+    }
+    return left;
+}
+
+void HeadlessDevice::ChildReferenced(ObjectKind kind)
+{
+    heldChildren.Add(kind);
+    gObjectCensus.Add(kind);
+}
+
+void HeadlessDevice::ChildUnreferenced(ObjectKind kind)
+{
+    heldChildren.Remove(kind);
+    gObjectCensus.Remove(kind);
+    if (references > 0 || heldChildren.Total() > 0)
+        return;
+    HeadlessDirect3D& owner = d3d;
+    delete this;
+    owner.DeviceUnreferenced();
+}
+
+HRESULT HeadlessDevice::TestCooperativeLevel()
+{
+    if (const HRESULT ordered = OrderedResult("TestCooperativeLevel"); FAILED(ordered))
+        return ordered;
+    if (cooperation == Cooperation::Lost)
+        return D3DERR_DEVICELOST;
+    return cooperation == Cooperation::NotReset ? D3DERR_DEVICENOTRESET : D3D_OK;
+}
+
+/// A round figure: memory is the host's, and callers use this as a hint only.
+UINT HeadlessDevice::GetAvailableTextureMem()
+{
+    return 512u << 20;
+}
+
+/// Managed resources have one copy here, so there is nothing to evict.
+HRESULT HeadlessDevice::EvictManagedResources()
+{
+    if (const HRESULT ordered = OrderedResult("EvictManagedResources"); FAILED(ordered))
+        return ordered;
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetDirect3D(IDirect3D9** d3dOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDirect3D"); FAILED(ordered))
+        return ordered;
+    if (!d3dOut)
+        return D3DERR_INVALIDCALL;
+    d3d.AddRef();
+    *d3dOut = &d3d;
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetDeviceCaps(D3DCAPS9* capsOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDeviceCaps"); FAILED(ordered))
+        return ordered;
+    if (!capsOut)
+        return D3DERR_INVALIDCALL;
+    *capsOut = AdapterCaps(creationParameters.DeviceType);
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetDisplayMode(UINT swapChain, D3DDISPLAYMODE* modeOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDisplayMode"); FAILED(ordered))
+        return ordered;
+    if (swapChain != 0 || !modeOut)
+        return D3DERR_INVALIDCALL;
+    *modeOut = DesktopMode();
+    if (!presentParameters.Windowed) {
+        modeOut->Width = presentParameters.BackBufferWidth;
+        modeOut->Height = presentParameters.BackBufferHeight;
+        modeOut->Format = presentParameters.BackBufferFormat == D3DFMT_A8R8G8B8
+                              ? D3DFMT_X8R8G8B8
+                              : presentParameters.BackBufferFormat;
+    }
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetCreationParameters(D3DDEVICE_CREATION_PARAMETERS* parametersOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetCreationParameters"); FAILED(ordered))
+        return ordered;
+    if (!parametersOut)
+        return D3DERR_INVALIDCALL;
+    *parametersOut = creationParameters;
+    return D3D_OK;
+}
+
+UINT HeadlessDevice::GetNumberOfSwapChains()
+{
+    return 1;
+}
+
+HRESULT HeadlessDevice::BeginScene()
+{
+    if (const HRESULT ordered = OrderedResult("BeginScene"); FAILED(ordered))
+        return ordered;
+    if (state.inScene)
+        return D3DERR_INVALIDCALL;
+    state.inScene = true;
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::EndScene()
+{
+    if (const HRESULT ordered = OrderedResult("EndScene"); FAILED(ordered))
+        return ordered;
+    if (!state.inScene)
+        return D3DERR_INVALIDCALL;
+    state.inScene = false;
+    return D3D_OK;
+}
+
+void SimulateDeviceLost(IDirect3DDevice9* device)
+{
+    static_cast<HeadlessDevice*>(device)->SetCooperation(Cooperation::Lost);
+}
+
+void SimulateDeviceRestorable(IDirect3DDevice9* device)
+{
+    static_cast<HeadlessDevice*>(device)->SetCooperation(Cooperation::NotReset);
+}

@@ -1,0 +1,143 @@
+// What is bound to the device: textures, vertex streams, indices, the target and its depth buffer.
+
+#include "platform/headless/d3d9/Device.h"
+
+namespace {
+
+/// Gives the bound object out with a reference, or null and `emptyResult` for an empty slot.
+template <typename Object, typename Interface>
+HRESULT GetBound(const Binding<Object>& slot, Interface** objectOut, HRESULT emptyResult)
+{
+    if (!objectOut)
+        return D3DERR_INVALIDCALL;
+    *objectOut = slot.Get();
+    if (!slot.Get())
+        return emptyResult;
+    slot.Get()->AddRef();
+    return D3D_OK;
+}
+
+} // namespace
+
+HRESULT HeadlessDevice::GetTexture(DWORD stage, IDirect3DBaseTexture9** textureOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetTexture"); FAILED(ordered))
+        return ordered;
+    return stage < kSamplerCount ? GetBound(state.textures[stage], textureOut, D3D_OK)
+                                 : D3DERR_INVALIDCALL;
+}
+
+/// Textures that a device cannot reach, in system or scratch memory, are refused. A depth buffer in a
+/// texture can be drawn into but not drawn from.
+HRESULT HeadlessDevice::SetTexture(DWORD stage, IDirect3DBaseTexture9* texture)
+{
+    if (const HRESULT ordered = OrderedResult("SetTexture"); FAILED(ordered))
+        return ordered;
+    if (stage >= kSamplerCount)
+        return D3DERR_INVALIDCALL;
+    auto* object = static_cast<HeadlessTexture*>(texture);
+    if (object && (object->Pool() == D3DPOOL_SCRATCH || object->Pool() == D3DPOOL_SYSTEMMEM))
+        return D3DERR_INVALIDCALL;
+    if (object && object->Level(0).Desc().Usage == D3DUSAGE_DEPTHSTENCIL)
+        return Unmodelled("SetTexture", stage, texture);
+    state.textures[stage].Set(object);
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::SetStreamSource(UINT streamNumber, IDirect3DVertexBuffer9* streamData,
+                                        UINT offsetBytes, UINT stride)
+{
+    if (const HRESULT ordered = OrderedResult("SetStreamSource"); FAILED(ordered))
+        return ordered;
+    if (streamNumber >= kStreamCount)
+        return D3DERR_INVALIDCALL;
+    StreamSlot& slot = state.streams[streamNumber];
+    slot.buffer.Set(static_cast<HeadlessVertexBuffer*>(streamData));
+    slot.offsetBytes = offsetBytes;
+    slot.strideBytes = stride;
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetStreamSource(UINT streamNumber, IDirect3DVertexBuffer9** streamDataOut,
+                                        UINT* offsetBytesOut, UINT* strideOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetStreamSource"); FAILED(ordered))
+        return ordered;
+    if (streamNumber >= kStreamCount || !offsetBytesOut || !strideOut)
+        return D3DERR_INVALIDCALL;
+    const StreamSlot& slot = state.streams[streamNumber];
+    *offsetBytesOut = slot.offsetBytes;
+    *strideOut = slot.strideBytes;
+    return GetBound(slot.buffer, streamDataOut, D3D_OK);
+}
+
+HRESULT HeadlessDevice::SetStreamSourceFreq(UINT streamNumber, UINT divider)
+{
+    if (const HRESULT ordered = OrderedResult("SetStreamSourceFreq"); FAILED(ordered))
+        return ordered;
+    if (streamNumber >= kStreamCount || divider != 1)
+        return Unmodelled("SetStreamSourceFreq", streamNumber, divider);
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetStreamSourceFreq(UINT streamNumber, UINT* dividerOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetStreamSourceFreq"); FAILED(ordered))
+        return ordered;
+    if (streamNumber >= kStreamCount || !dividerOut)
+        return D3DERR_INVALIDCALL;
+    *dividerOut = state.streams[streamNumber].divider;
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::SetIndices(IDirect3DIndexBuffer9* indexData)
+{
+    if (const HRESULT ordered = OrderedResult("SetIndices"); FAILED(ordered))
+        return ordered;
+    state.indices.Set(static_cast<HeadlessIndexBuffer*>(indexData));
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetIndices(IDirect3DIndexBuffer9** indexDataOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetIndices"); FAILED(ordered))
+        return ordered;
+    return GetBound(state.indices, indexDataOut, D3D_OK);
+}
+
+HRESULT HeadlessDevice::SetRenderTarget(DWORD index, IDirect3DSurface9* renderTarget)
+{
+    if (const HRESULT ordered = OrderedResult("SetRenderTarget"); FAILED(ordered))
+        return ordered;
+    auto* surface = static_cast<HeadlessSurface*>(renderTarget);
+    if (index != 0 || !surface || (surface->Desc().Usage & D3DUSAGE_RENDERTARGET) == 0)
+        return D3DERR_INVALIDCALL;
+    BindRenderTarget(*surface);
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetRenderTarget(DWORD index, IDirect3DSurface9** renderTargetOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetRenderTarget"); FAILED(ordered))
+        return ordered;
+    return index == 0 ? GetBound(state.renderTarget, renderTargetOut, D3DERR_NOTFOUND)
+                      : D3DERR_INVALIDCALL;
+}
+
+HRESULT HeadlessDevice::SetDepthStencilSurface(IDirect3DSurface9* surface)
+{
+    if (const HRESULT ordered = OrderedResult("SetDepthStencilSurface"); FAILED(ordered))
+        return ordered;
+    auto* depth = static_cast<HeadlessSurface*>(surface);
+    if (depth && (depth->Desc().Usage & D3DUSAGE_DEPTHSTENCIL) == 0)
+        return D3DERR_INVALIDCALL;
+    state.depthSurface.Set(depth);
+    return D3D_OK;
+}
+
+HRESULT HeadlessDevice::GetDepthStencilSurface(IDirect3DSurface9** surfaceOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDepthStencilSurface"); FAILED(ordered))
+        return ordered;
+    return GetBound(state.depthSurface, surfaceOut, D3DERR_NOTFOUND);
+}

@@ -1,0 +1,184 @@
+// Making textures, surfaces and buffers.
+
+#include "platform/headless/d3d9/Adapter.h"
+#include "platform/headless/d3d9/Device.h"
+#include "platform/headless/d3d9/VertexFormat.h"
+
+namespace {
+
+bool IsSizePossible(UINT width, UINT height)
+{
+    return width > 0 && height > 0 && width <= kMaxTextureSide && height <= kMaxTextureSide;
+}
+
+/// Compressed pictures that a device draws from are made of whole blocks.
+bool IsWholeBlocks(const PixelFormat& format, UINT width, UINT height)
+{
+    return width % format.UnitSide() == 0 && height % format.UnitSide() == 0;
+}
+
+/// What the pools allow: only the default pool can be drawn into, and managed memory is never
+/// dynamic. Scratch memory takes any format that the host knows.
+bool IsTexturePossible(const PixelFormat& format, UINT width, UINT height, DWORD usage,
+                       D3DPOOL pool)
+{
+    if (pool == D3DPOOL_SCRATCH)
+        return usage == 0;
+    if (usage & D3DUSAGE_DEPTHSTENCIL)
+        return pool == D3DPOOL_DEFAULT && usage == D3DUSAGE_DEPTHSTENCIL &&
+               IsDepthFormat(format.format);
+    if (pool != D3DPOOL_DEFAULT && (usage & D3DUSAGE_RENDERTARGET))
+        return false;
+    if (pool == D3DPOOL_MANAGED && (usage & D3DUSAGE_DYNAMIC))
+        return false;
+    if ((usage & D3DUSAGE_RENDERTARGET) && !IsRenderTargetFormat(format.format))
+        return false;
+    return IsTextureFormat(format.format) && IsWholeBlocks(format, width, height);
+}
+
+constexpr DWORD kTextureUsages = D3DUSAGE_RENDERTARGET | D3DUSAGE_DEPTHSTENCIL | D3DUSAGE_DYNAMIC;
+
+bool IsPool(D3DPOOL pool)
+{
+    return pool == D3DPOOL_DEFAULT || pool == D3DPOOL_MANAGED || pool == D3DPOOL_SYSTEMMEM ||
+           pool == D3DPOOL_SCRATCH;
+}
+
+bool IsBufferPossible(UINT length, DWORD usage, D3DPOOL pool)
+{
+    if (length == 0 || !IsPool(pool) || pool == D3DPOOL_SCRATCH)
+        return false;
+    if (pool == D3DPOOL_MANAGED && (usage & D3DUSAGE_DYNAMIC))
+        return false;
+    return (usage & (D3DUSAGE_RENDERTARGET | D3DUSAGE_DEPTHSTENCIL)) == 0;
+}
+
+/// Puts a fresh object, or null for want of memory, into the caller's hands.
+template <typename Object, typename Interface>
+HRESULT HandOut(Object* object, Interface** objectOut)
+{
+    if (!object)
+        return E_OUTOFMEMORY;
+    object->AddRef();
+    *objectOut = object;
+    return D3D_OK;
+}
+
+} // namespace
+
+HRESULT HeadlessDevice::CreateTexture(UINT width, UINT height, UINT levels, DWORD usage,
+                                      D3DFORMAT format, D3DPOOL pool,
+                                      IDirect3DTexture9** textureOut, HANDLE* sharedHandle)
+{
+    if (const HRESULT ordered = OrderedResult("CreateTexture"); FAILED(ordered))
+        return ordered;
+    if (!textureOut)
+        return D3DERR_INVALIDCALL;
+    *textureOut = nullptr;
+    const PixelFormat* row = FindPixelFormat(format);
+    if (sharedHandle || !row || !IsPool(pool) || !IsSizePossible(width, height) ||
+        levels > FullLevelCount(width, height) || (usage & ~kTextureUsages) ||
+        !IsTexturePossible(*row, width, height, usage, pool))
+        return D3DERR_INVALIDCALL;
+    const D3DSURFACE_DESC desc = {
+        format, D3DRTYPE_SURFACE, usage, pool, D3DMULTISAMPLE_NONE, 0, width, height};
+    const UINT levelCount = levels ? levels : FullLevelCount(width, height);
+    return HandOut(HeadlessTexture::Create(*this, desc, levelCount), textureOut);
+}
+
+/// The length must hold at least one vertex of `fvf`, if there is one.
+HRESULT HeadlessDevice::CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL pool,
+                                           IDirect3DVertexBuffer9** vertexBufferOut,
+                                           HANDLE* sharedHandle)
+{
+    if (const HRESULT ordered = OrderedResult("CreateVertexBuffer"); FAILED(ordered))
+        return ordered;
+    if (!vertexBufferOut)
+        return D3DERR_INVALIDCALL;
+    *vertexBufferOut = nullptr;
+    if (sharedHandle || !IsBufferPossible(length, usage, pool) || length < VertexSize(fvf))
+        return D3DERR_INVALIDCALL;
+    const D3DVERTEXBUFFER_DESC desc = {
+        D3DFMT_VERTEXDATA, D3DRTYPE_VERTEXBUFFER, usage, pool, length, fvf};
+    return HandOut(HeadlessVertexBuffer::Create(*this, desc), vertexBufferOut);
+}
+
+HRESULT HeadlessDevice::CreateIndexBuffer(UINT length, DWORD usage, D3DFORMAT format, D3DPOOL pool,
+                                          IDirect3DIndexBuffer9** indexBufferOut,
+                                          HANDLE* sharedHandle)
+{
+    if (const HRESULT ordered = OrderedResult("CreateIndexBuffer"); FAILED(ordered))
+        return ordered;
+    if (!indexBufferOut)
+        return D3DERR_INVALIDCALL;
+    *indexBufferOut = nullptr;
+    const bool isIndexFormat = format == D3DFMT_INDEX16 || format == D3DFMT_INDEX32;
+    if (sharedHandle || !isIndexFormat || !IsBufferPossible(length, usage, pool))
+        return D3DERR_INVALIDCALL;
+    const D3DINDEXBUFFER_DESC desc = {format, D3DRTYPE_INDEXBUFFER, usage, pool, length};
+    return HandOut(HeadlessIndexBuffer::Create(*this, desc), indexBufferOut);
+}
+
+HRESULT HeadlessDevice::CreateSurface(const D3DSURFACE_DESC& desc, bool lockable,
+                                      IDirect3DSurface9** surfaceOut)
+{
+    if (!IsSizePossible(desc.Width, desc.Height))
+        return D3DERR_INVALIDCALL;
+    return HandOut(HeadlessSurface::Create(*this, desc, lockable), surfaceOut);
+}
+
+HRESULT HeadlessDevice::CreateRenderTarget(UINT width, UINT height, D3DFORMAT format,
+                                           D3DMULTISAMPLE_TYPE multiSample, DWORD quality,
+                                           BOOL lockable, IDirect3DSurface9** surfaceOut,
+                                           HANDLE* sharedHandle)
+{
+    if (const HRESULT ordered = OrderedResult("CreateRenderTarget"); FAILED(ordered))
+        return ordered;
+    if (!surfaceOut)
+        return D3DERR_INVALIDCALL;
+    *surfaceOut = nullptr;
+    if (sharedHandle || multiSample != D3DMULTISAMPLE_NONE || quality != 0 ||
+        !IsRenderTargetFormat(format))
+        return D3DERR_INVALIDCALL;
+    return CreateSurface({format, D3DRTYPE_SURFACE, D3DUSAGE_RENDERTARGET, D3DPOOL_DEFAULT,
+                          D3DMULTISAMPLE_NONE, 0, width, height},
+                         lockable != 0, surfaceOut);
+}
+
+HRESULT HeadlessDevice::CreateDepthStencilSurface(UINT width, UINT height, D3DFORMAT format,
+                                                  D3DMULTISAMPLE_TYPE multiSample, DWORD quality,
+                                                  BOOL, IDirect3DSurface9** surfaceOut,
+                                                  HANDLE* sharedHandle)
+{
+    if (const HRESULT ordered = OrderedResult("CreateDepthStencilSurface"); FAILED(ordered))
+        return ordered;
+    if (!surfaceOut)
+        return D3DERR_INVALIDCALL;
+    *surfaceOut = nullptr;
+    if (sharedHandle || multiSample != D3DMULTISAMPLE_NONE || quality != 0 ||
+        !IsDepthFormat(format))
+        return D3DERR_INVALIDCALL;
+    return CreateSurface({format, D3DRTYPE_SURFACE, D3DUSAGE_DEPTHSTENCIL, D3DPOOL_DEFAULT,
+                          D3DMULTISAMPLE_NONE, 0, width, height},
+                         format == D3DFMT_D16_LOCKABLE, surfaceOut);
+}
+
+/// Managed memory is for textures and buffers only.
+HRESULT HeadlessDevice::CreateOffscreenPlainSurface(UINT width, UINT height, D3DFORMAT format,
+                                                    D3DPOOL pool, IDirect3DSurface9** surfaceOut,
+                                                    HANDLE* sharedHandle)
+{
+    if (const HRESULT ordered = OrderedResult("CreateOffscreenPlainSurface"); FAILED(ordered))
+        return ordered;
+    if (!surfaceOut)
+        return D3DERR_INVALIDCALL;
+    *surfaceOut = nullptr;
+    const PixelFormat* row = FindPixelFormat(format);
+    if (sharedHandle || !row || !IsPool(pool) || pool == D3DPOOL_MANAGED)
+        return D3DERR_INVALIDCALL;
+    if (pool != D3DPOOL_SCRATCH &&
+        (!IsTextureFormat(format) || !IsWholeBlocks(*row, width, height)))
+        return D3DERR_INVALIDCALL;
+    return CreateSurface({format, D3DRTYPE_SURFACE, 0, pool, D3DMULTISAMPLE_NONE, 0, width, height},
+                         true, surfaceOut);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/headless/d3d9/ObjectCensus.h"
+
+#include <d3d9.h>
+
+/// The entrance: tells about the one adapter and makes devices on it.
+class HeadlessDirect3D final : public IDirect3D9 {
+public:
+    /// The caller holds one reference.
+    HeadlessDirect3D();
+    ~HeadlessDirect3D();
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE RegisterSoftwareDevice(void* initialize) override;
+    UINT STDMETHODCALLTYPE GetAdapterCount() override;
+    HRESULT STDMETHODCALLTYPE GetAdapterIdentifier(UINT adapter, DWORD flags,
+                                                   D3DADAPTER_IDENTIFIER9* identifierOut) override;
+    UINT STDMETHODCALLTYPE GetAdapterModeCount(UINT adapter, D3DFORMAT format) override;
+    HRESULT STDMETHODCALLTYPE EnumAdapterModes(UINT adapter, D3DFORMAT format, UINT mode,
+                                               D3DDISPLAYMODE* modeOut) override;
+    HRESULT STDMETHODCALLTYPE GetAdapterDisplayMode(UINT adapter, D3DDISPLAYMODE* modeOut) override;
+    HRESULT STDMETHODCALLTYPE CheckDeviceType(UINT adapter, D3DDEVTYPE deviceType,
+                                              D3DFORMAT displayFormat, D3DFORMAT backBufferFormat,
+                                              BOOL windowed) override;
+    HRESULT STDMETHODCALLTYPE CheckDeviceFormat(UINT adapter, D3DDEVTYPE deviceType,
+                                                D3DFORMAT adapterFormat, DWORD usage,
+                                                D3DRESOURCETYPE resourceType,
+                                                D3DFORMAT checkFormat) override;
+    HRESULT STDMETHODCALLTYPE CheckDeviceMultiSampleType(UINT adapter, D3DDEVTYPE deviceType,
+                                                         D3DFORMAT surfaceFormat, BOOL windowed,
+                                                         D3DMULTISAMPLE_TYPE multiSampleType,
+                                                         DWORD* qualityLevelsOut) override;
+    HRESULT STDMETHODCALLTYPE CheckDepthStencilMatch(UINT adapter, D3DDEVTYPE deviceType,
+                                                     D3DFORMAT adapterFormat,
+                                                     D3DFORMAT renderTargetFormat,
+                                                     D3DFORMAT depthStencilFormat) override;
+    HRESULT STDMETHODCALLTYPE CheckDeviceFormatConversion(UINT adapter, D3DDEVTYPE deviceType,
+                                                          D3DFORMAT sourceFormat,
+                                                          D3DFORMAT targetFormat) override;
+    HRESULT STDMETHODCALLTYPE GetDeviceCaps(UINT adapter, D3DDEVTYPE deviceType,
+                                            D3DCAPS9* capsOut) override;
+    HMONITOR STDMETHODCALLTYPE GetAdapterMonitor(UINT adapter) override;
+    HRESULT STDMETHODCALLTYPE CreateDevice(UINT adapter, D3DDEVTYPE deviceType, HWND focusWindow,
+                                           DWORD behaviorFlags, D3DPRESENT_PARAMETERS* parameters,
+                                           IDirect3DDevice9** deviceOut) override;
+
+    /// A device that the caller holds began to live, or ended. Each keeps this alive; the second may
+    /// destroy it.
+    void DeviceReferenced();
+    void DeviceUnreferenced();
+
+private:
+    ULONG references = 1; ///< the caller's
+    ULONG devices = 0;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/headless/d3d9/PixelBuffer.h"
+
+#include <string>
+
+/// The file name of a frame: the title with `/`, `\` and control bytes turned into `_`, "frame" for an
+/// empty title, and ".png".
+std::string FrameFileName(const std::string& windowTitle);
+
+/// Writes the picture, opaque, into the directory that the environment variable `QSA2QSB_FRAMES`
+/// names, under the title of `window`. Without the variable nothing happens. A failure goes to
+/// standard error: a frame that cannot be kept does not stop the program.
+void WriteFrameFile(const PixelBuffer& picture, HWND window);

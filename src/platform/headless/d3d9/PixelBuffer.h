@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/headless/d3d9/PixelFormat.h"
+#include "platform/headless/d3d9/ZeroedBytes.h"
+
+/// The memory of one picture. Rows are padded to four bytes.
+struct PixelBuffer {
+    const PixelFormat* format = nullptr; ///< a row of the table
+    UINT width = 0;
+    UINT height = 0;
+    std::size_t pitchBytes = 0; ///< from one row of pixels, or of blocks, to the next
+    ZeroedBytes bytes;
+
+    /// Takes zeroed memory; false, and nothing held, if there is none.
+    bool Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight);
+
+    /// The pixel, or the block that holds it. The place must be inside the picture.
+    std::uint8_t* At(UINT x, UINT y);
+    const std::uint8_t* At(UINT x, UINT y) const;
+
+    RECT Bounds() const { return {0, 0, static_cast<LONG>(width), static_cast<LONG>(height)}; }
+};
+
+/// True if `rect` is not empty, lies inside the picture and, for compressed formats, begins and ends
+/// at borders of blocks or at the border of the picture.
+bool IsValidArea(const PixelBuffer& pixels, const RECT& rect);
+
+/// Copies an area of equal format, byte by byte. Both areas must be valid; source and destination may
+/// not be the same picture.
+void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x, UINT y);
+
+/// Scales and converts an area of colours into another; `linear` takes the four nearest pixels by
+/// distance, else the nearest one. Both formats must be plain colours.
+void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to, const RECT& toArea,
+                 bool linear);
+
+/// Writes one stored word to every pixel of a valid area of an uncompressed picture. Only the bits of
+/// `mask` change.
+void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::uint32_t mask);

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <d3d9.h>
+
+// The one table of pixel formats: sizes, channel layouts, and the ways between a stored pixel, an
+// 8-bit A8R8G8B8 colour and four floats. Loaders, surfaces and the rasterizer all convert here.
+
+/// A colour as the fixed-function pipeline sees it: 0..1, for signed formats -1..1.
+struct Float4 {
+    float r;
+    float g;
+    float b;
+    float a;
+};
+
+enum class PixelKind : std::uint8_t {
+    Colour,     ///< red, green, blue, perhaps alpha, each a run of bits in one word
+    Luminance,  ///< one grey channel, perhaps alpha
+    Signed,     ///< two's complement channels, for bump mapping
+    Compressed, ///< blocks of 4 by 4 pixels
+    Depth,      ///< depth, perhaps stencil
+};
+
+/// A run of `bits` bits that begins at bit `shift` of the little-endian pixel word; 0 bits: absent.
+struct PixelChannel {
+    std::uint8_t shift;
+    std::uint8_t bits;
+};
+
+/// One row of the table. For `Luminance` the grey channel is `r`; for `Depth`, `r` is the depth and
+/// `a` the stencil; for `Signed`, `r` and `g` are U and V.
+struct PixelFormat {
+    D3DFORMAT format;
+    const char* name; ///< public name, for messages
+    PixelKind kind;
+    std::uint8_t unitBytes; ///< bytes of one pixel, for `Compressed` of one block
+    PixelChannel a, r, g, b;
+
+    bool HasAlpha() const { return kind == PixelKind::Compressed || a.bits != 0; }
+    /// Side of the square that `unitBytes` covers: 4 for `Compressed`, else 1.
+    UINT UnitSide() const { return kind == PixelKind::Compressed ? 4 : 1; }
+};
+
+/// The row of `format`, or null if the host does not know the format.
+const PixelFormat* FindPixelFormat(D3DFORMAT format);
+
+/// Public name such as "D3DFMT_DXT1"; "D3DFMT_UNKNOWN" for formats that are not in the table.
+const char* PixelFormatName(D3DFORMAT format);
+
+/// Bytes of one row of pixels, or of one row of blocks, without padding.
+std::size_t RowBytes(const PixelFormat& format, UINT width);
+
+/// Rows of a picture in memory: `height`, or its number of block rows.
+UINT RowCount(const PixelFormat& format, UINT height);
+
+/// Bytes of a whole picture without padding. Cannot overflow for sides up to 65,535.
+std::size_t ImageBytes(const PixelFormat& format, UINT width, UINT height);
+
+/// One stored pixel as A8R8G8B8. Channels of n bits become round(value * 255 / (2^n - 1)); a missing
+/// alpha is 255; luminance goes to all three colours; negative signed values become 0.
+/// Not for `Compressed` or `Depth`: those give 0.
+std::uint32_t UnpackArgb(const PixelFormat& format, const void* pixel);
+
+/// The reverse: each channel round(value * (2^n - 1) / 255); luminance is the weighted sum
+/// 0.2125 red + 0.7154 green + 0.0721 blue; the bits that the format leaves unused (X) are stored as
+/// 1. Nothing is stored for `Compressed` and `Depth`.
+void PackArgb(const PixelFormat& format, std::uint32_t argb, void* pixelOut);
+
+/// As `UnpackArgb`, without the step over 8 bits.
+Float4 UnpackFloat4(const PixelFormat& format, const void* pixel);
+
+/// As `PackArgb`; values are clamped to the range of the channel, NaN counts as 0.
+void PackFloat4(const PixelFormat& format, const Float4& colour, void* pixelOut);
+
+/// A whole picture to tightly packed A8R8G8B8, compressed formats included. `pitchBytes` is the
+/// distance of two rows (of two rows of blocks) in `bits` and at least `RowBytes`. False, and nothing
+/// written, for `Depth`.
+bool UnpackImage(const PixelFormat& format, UINT width, UINT height, const void* bits,
+                 std::size_t pitchBytes, std::uint32_t* argbOut);
+
+/// The reverse. Blocks that stick out at the right and lower border repeat the last column and row.
+bool PackImage(const PixelFormat& format, UINT width, UINT height, const std::uint32_t* argb,
+               void* bitsOut, std::size_t pitchBytes);
+
+/// Depth 0..1 (clamped, NaN counts as 0) and stencil as the stored word of a `Depth` format; the
+/// depth is rounded to the nearest step. Formats without stencil ignore it.
+std::uint32_t PackDepth(const PixelFormat& format, float depth, std::uint32_t stencil);
+
+/// The depth of a stored word, 0..1.
+float UnpackDepth(const PixelFormat& format, std::uint32_t word);
+
+/// The bits of a stored word that hold depth, and those that hold stencil.
+std::uint32_t DepthMask(const PixelFormat& format);
+std::uint32_t StencilMask(const PixelFormat& format);
+
+/// One pixel's word, `unitBytes` long, from and to memory of any alignment.
+std::uint32_t LoadPixelWord(const PixelFormat& format, const void* pixel);
+void StorePixelWord(const PixelFormat& format, std::uint32_t word, void* pixelOut);

@@ -1,0 +1,62 @@
+#include "platform/headless/d3d9/Resource.h"
+
+#include "platform/headless/d3d9/Device.h"
+
+#include <algorithm>
+#include <cstring>
+
+ResourceLife::ResourceLife(HeadlessDevice& owningDevice, ObjectKind objectKind, D3DPOOL objectPool)
+    : device(owningDevice),
+      kind(objectKind),
+      pool(objectPool)
+{
+    device.AddChild(*this);
+}
+
+ResourceLife::~ResourceLife()
+{
+    device.RemoveChild(*this);
+}
+
+ULONG ResourceLife::AddReference()
+{
+    if (references++ == 0)
+        device.ChildReferenced(kind);
+    return references;
+}
+
+ULONG ResourceLife::RemoveReference()
+{
+    if (references == 0)
+        return 0; // a caller's Release too many must not destroy what the device still uses
+    const ULONG left = --references;
+    if (left > 0)
+        return left;
+    HeadlessDevice& owner = device;
+    const ObjectKind objectKind = kind;
+    if (bindings == 0)
+        delete this;
+    owner.ChildUnreferenced(objectKind);
+    return 0;
+}
+
+void ResourceLife::RemoveBinding()
+{
+    if (--bindings == 0 && references == 0)
+        delete this;
+}
+
+HRESULT DeviceOfResource(HeadlessDevice& device, IDirect3DDevice9** deviceOut)
+{
+    if (!deviceOut)
+        return D3DERR_INVALIDCALL;
+    device.AddRef();
+    *deviceOut = &device;
+    return D3D_OK;
+}
+
+bool IsOneOf(REFIID iid, std::initializer_list<const GUID*> candidates)
+{
+    const auto equal = [&iid](const GUID* id) { return std::memcmp(id, &iid, sizeof iid) == 0; };
+    return std::any_of(candidates.begin(), candidates.end(), equal);
+}

@@ -1,0 +1,154 @@
+#include "platform/headless/d3d9/Surface.h"
+
+#include "platform/headless/d3d9/Device.h"
+#include "platform/headless/d3d9/Texture.h"
+
+#include <new>
+
+class HeadlessSurface::OwnLife final : public ResourceLife {
+public:
+    OwnLife(HeadlessDevice& owner, D3DPOOL surfacePool,
+            std::unique_ptr<HeadlessSurface> ownedSurface)
+        : ResourceLife(owner, ObjectKind::Surface, surfacePool),
+          surface(std::move(ownedSurface))
+    {}
+
+private:
+    const std::unique_ptr<HeadlessSurface> surface;
+};
+
+HeadlessSurface::HeadlessSurface(const D3DSURFACE_DESC& surfaceDesc, bool isLockable)
+    : desc(surfaceDesc),
+      lockable(isLockable)
+{}
+
+HeadlessSurface::~HeadlessSurface() = default;
+
+HeadlessSurface* HeadlessSurface::Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+                                         bool lockable)
+{
+    std::unique_ptr<HeadlessSurface> surface(new (std::nothrow) HeadlessSurface(desc, lockable));
+    if (!surface ||
+        !surface->pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
+        return nullptr;
+    HeadlessSurface* result = surface.get();
+    result->ownLife = new (std::nothrow) OwnLife(device, desc.Pool, std::move(surface));
+    return result->ownLife ? result : nullptr;
+}
+
+std::unique_ptr<HeadlessSurface>
+HeadlessSurface::CreateLevel(HeadlessTexture& texture, const D3DSURFACE_DESC& desc, bool lockable)
+{
+    std::unique_ptr<HeadlessSurface> surface(new (std::nothrow) HeadlessSurface(desc, lockable));
+    if (!surface ||
+        !surface->pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
+        return nullptr;
+    surface->texture = &texture;
+    return surface;
+}
+
+ResourceLife& HeadlessSurface::Life() const
+{
+    if (texture)
+        return *texture;
+    return *ownLife;
+}
+
+HeadlessDevice& HeadlessSurface::OwningDevice() const
+{
+    return Life().Device();
+}
+
+HRESULT HeadlessSurface::QueryInterface(REFIID iid, void** objectOut)
+{
+    if (!objectOut)
+        return E_POINTER;
+    *objectOut = nullptr;
+    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DSurface9}))
+        return E_NOINTERFACE;
+    AddRef();
+    *objectOut = static_cast<IDirect3DSurface9*>(this);
+    return S_OK;
+}
+
+ULONG HeadlessSurface::AddRef()
+{
+    return Life().AddReference();
+}
+
+ULONG HeadlessSurface::Release()
+{
+    return Life().RemoveReference();
+}
+
+void HeadlessSurface::AddBinding()
+{
+    Life().AddBinding();
+}
+
+void HeadlessSurface::RemoveBinding()
+{
+    Life().RemoveBinding();
+}
+
+HRESULT HeadlessSurface::GetContainer(REFIID iid, void** containerOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetContainer"); FAILED(ordered))
+        return ordered;
+    if (!containerOut)
+        return D3DERR_INVALIDCALL;
+    if (texture)
+        return texture->QueryInterface(iid, containerOut);
+    return OwningDevice().QueryInterface(iid, containerOut);
+}
+
+HRESULT HeadlessSurface::GetDesc(D3DSURFACE_DESC* descOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetDesc"); FAILED(ordered))
+        return ordered;
+    if (!descOut)
+        return D3DERR_INVALIDCALL;
+    *descOut = desc;
+    return D3D_OK;
+}
+
+HRESULT HeadlessSurface::LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect, DWORD flags)
+{
+    if (const HRESULT ordered = OrderedResult("LockRect"); FAILED(ordered))
+        return ordered;
+    if (!lockedOut)
+        return D3DERR_INVALIDCALL;
+    *lockedOut = {};
+    constexpr DWORD kContradiction = D3DLOCK_READONLY | D3DLOCK_DISCARD;
+    if (!lockable || locked || (flags & kContradiction) == kContradiction)
+        return D3DERR_INVALIDCALL;
+    const RECT area = rect ? *rect : pixels.Bounds();
+    if (rect && !IsValidArea(pixels, area))
+        return D3DERR_INVALIDCALL;
+    locked = true;
+    if (texture && (flags & (D3DLOCK_READONLY | D3DLOCK_NO_DIRTY_UPDATE)) == 0)
+        texture->MarkDirty(*this, area);
+    lockedOut->Pitch = static_cast<INT>(pixels.pitchBytes);
+    lockedOut->pBits = pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(area.top));
+    return D3D_OK;
+}
+
+HRESULT HeadlessSurface::UnlockRect()
+{
+    if (const HRESULT ordered = OrderedResult("UnlockRect"); FAILED(ordered))
+        return ordered;
+    if (!locked)
+        return D3DERR_INVALIDCALL;
+    locked = false;
+    return D3D_OK;
+}
+
+HRESULT HeadlessSurface::GetDC(HDC* dcOut)
+{
+    return Unmodelled("GetDC", dcOut);
+}
+
+HRESULT HeadlessSurface::ReleaseDC(HDC dc)
+{
+    return Unmodelled("ReleaseDC", dc);
+}

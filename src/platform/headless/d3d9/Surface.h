@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/headless/d3d9/PixelBuffer.h"
+#include "platform/headless/d3d9/Resource.h"
+
+class HeadlessTexture;
+
+/// A picture of the device: a render target, a depth buffer, an off-screen surface or a level of a
+/// texture. A level has no life of its own: its references are the texture's.
+class HeadlessSurface final : public Resource<IDirect3DSurface9> {
+public:
+    /// A surface by itself. The caller holds no reference yet. `lockable` tells whether `LockRect`
+    /// is allowed. Null if there is no memory.
+    static HeadlessSurface* Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+                                   bool lockable);
+    /// A level, owned by `texture`. Null if there is no memory.
+    static std::unique_ptr<HeadlessSurface> CreateLevel(HeadlessTexture& texture,
+                                                        const D3DSURFACE_DESC& desc, bool lockable);
+    ~HeadlessSurface();
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_SURFACE; }
+    /// The texture of a level, else the device.
+    HRESULT STDMETHODCALLTYPE GetContainer(REFIID iid, void** containerOut) override;
+    HRESULT STDMETHODCALLTYPE GetDesc(D3DSURFACE_DESC* descOut) override;
+    HRESULT STDMETHODCALLTYPE LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect,
+                                       DWORD flags) override;
+    HRESULT STDMETHODCALLTYPE UnlockRect() override;
+    HRESULT STDMETHODCALLTYPE GetDC(HDC* dcOut) override;
+    HRESULT STDMETHODCALLTYPE ReleaseDC(HDC dc) override;
+
+    void AddBinding();
+    void RemoveBinding();
+
+    const D3DSURFACE_DESC& Desc() const { return desc; }
+    PixelBuffer& Pixels() { return pixels; }
+    bool IsLocked() const { return locked; }
+    bool IsTextureLevel() const { return texture != nullptr; }
+    HeadlessDevice& OwningDevice() const override;
+
+private:
+    HeadlessSurface(const D3DSURFACE_DESC& surfaceDesc, bool isLockable);
+    D3DPOOL ResourcePool() const override { return desc.Pool; }
+    ResourceLife& Life() const;
+
+    /// The life of a surface by itself; deletes the surface with itself.
+    class OwnLife;
+    OwnLife* ownLife = nullptr;         ///< owns this surface; null for a level
+    HeadlessTexture* texture = nullptr; ///< not owned, lives longer; null for a surface by itself
+    D3DSURFACE_DESC desc;
+    PixelBuffer pixels;
+    const bool lockable;
+    bool locked = false;
+};

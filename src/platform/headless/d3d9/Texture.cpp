@@ -1,0 +1,142 @@
+#include "platform/headless/d3d9/Texture.h"
+
+#include "platform/headless/d3d9/Device.h"
+
+#include <algorithm>
+#include <new>
+
+HeadlessTexture::HeadlessTexture(HeadlessDevice& owner, const D3DSURFACE_DESC& desc)
+    : ResourceLife(owner, ObjectKind::Texture, desc.Pool),
+      pool(desc.Pool),
+      dirty{0, 0, static_cast<LONG>(desc.Width), static_cast<LONG>(desc.Height)}
+{}
+
+HeadlessTexture* HeadlessTexture::Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+                                         UINT levels)
+{
+    std::unique_ptr<HeadlessTexture> texture(new (std::nothrow) HeadlessTexture(device, desc));
+    if (!texture)
+        return nullptr;
+    // What lives in the default pool is out of the caller's reach, unless it is dynamic.
+    const bool lockable = desc.Pool != D3DPOOL_DEFAULT || (desc.Usage & D3DUSAGE_DYNAMIC) != 0;
+    D3DSURFACE_DESC levelDesc = desc;
+    for (UINT i = 0; i < levels; ++i) {
+        auto level = HeadlessSurface::CreateLevel(*texture, levelDesc, lockable);
+        if (!level)
+            return nullptr;
+        texture->levels.push_back(std::move(level));
+        levelDesc.Width = std::max(1u, levelDesc.Width / 2);
+        levelDesc.Height = std::max(1u, levelDesc.Height / 2);
+    }
+    return texture.release();
+}
+
+HRESULT HeadlessTexture::QueryInterface(REFIID iid, void** objectOut)
+{
+    if (!objectOut)
+        return E_POINTER;
+    *objectOut = nullptr;
+    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DBaseTexture9,
+                       &IID_IDirect3DTexture9}))
+        return E_NOINTERFACE;
+    AddRef();
+    *objectOut = static_cast<IDirect3DTexture9*>(this);
+    return S_OK;
+}
+
+DWORD HeadlessTexture::SetLOD(DWORD newLod)
+{
+    const DWORD last = lod;
+    if (pool == D3DPOOL_MANAGED)
+        lod = std::min(newLod, GetLevelCount() - 1);
+    return last;
+}
+
+HRESULT HeadlessTexture::SetAutoGenFilterType(D3DTEXTUREFILTERTYPE filterType)
+{
+    return Unmodelled("SetAutoGenFilterType", filterType);
+}
+
+D3DTEXTUREFILTERTYPE HeadlessTexture::GetAutoGenFilterType()
+{
+    return D3DTEXF_NONE;
+}
+
+void HeadlessTexture::GenerateMipSubLevels()
+{
+    Unmodelled("GenerateMipSubLevels");
+}
+
+HRESULT HeadlessTexture::GetLevelDesc(UINT level, D3DSURFACE_DESC* descOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetLevelDesc"); FAILED(ordered))
+        return ordered;
+    if (level >= levels.size() || !descOut)
+        return D3DERR_INVALIDCALL;
+    *descOut = levels[level]->Desc();
+    return D3D_OK;
+}
+
+HRESULT HeadlessTexture::GetSurfaceLevel(UINT level, IDirect3DSurface9** surfaceLevelOut)
+{
+    if (const HRESULT ordered = OrderedResult("GetSurfaceLevel"); FAILED(ordered))
+        return ordered;
+    if (level >= levels.size() || !surfaceLevelOut)
+        return D3DERR_INVALIDCALL;
+    levels[level]->AddRef();
+    *surfaceLevelOut = levels[level].get();
+    return D3D_OK;
+}
+
+HRESULT HeadlessTexture::LockRect(UINT level, D3DLOCKED_RECT* lockedOut, const RECT* rect,
+                                  DWORD flags)
+{
+    if (level >= levels.size())
+        return D3DERR_INVALIDCALL;
+    return levels[level]->LockRect(lockedOut, rect, flags);
+}
+
+HRESULT HeadlessTexture::UnlockRect(UINT level)
+{
+    if (level >= levels.size())
+        return D3DERR_INVALIDCALL;
+    return levels[level]->UnlockRect();
+}
+
+HRESULT HeadlessTexture::AddDirtyRect(const RECT* dirtyRect)
+{
+    if (const HRESULT ordered = OrderedResult("AddDirtyRect"); FAILED(ordered))
+        return ordered;
+    const RECT area = dirtyRect ? *dirtyRect : levels[0]->Pixels().Bounds();
+    if (!IsValidArea(levels[0]->Pixels(), area))
+        return D3DERR_INVALIDCALL;
+    MarkDirty(*levels[0], area);
+    return D3D_OK;
+}
+
+void HeadlessTexture::MarkDirty(const HeadlessSurface& level, const RECT& area)
+{
+    if (&level != levels[0].get())
+        return;
+    if (dirty.left >= dirty.right) {
+        dirty = area;
+        return;
+    }
+    dirty = {std::min(dirty.left, area.left), std::min(dirty.top, area.top),
+             std::max(dirty.right, area.right), std::max(dirty.bottom, area.bottom)};
+}
+
+RECT HeadlessTexture::TakeDirtyArea()
+{
+    const RECT area = dirty;
+    dirty = {};
+    return area;
+}
+
+UINT FullLevelCount(UINT width, UINT height)
+{
+    UINT count = 1;
+    for (UINT side = std::max(width, height); side > 1; side /= 2)
+        ++count;
+    return count;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/headless/d3d9/Surface.h"
+
+#include <vector>
+
+/// A texture: its levels, each half the size of the one before, and the area of level 0 that has
+/// changed since the last `UpdateTexture`.
+class HeadlessTexture final : public Resource<IDirect3DTexture9>, public ResourceLife {
+public:
+    /// `desc` describes level 0; `levels` is not 0 and not above `FullLevelCount`. The caller holds no
+    /// reference yet. Null if there is no memory.
+    static HeadlessTexture* Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+                                   UINT levels);
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
+    ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
+    D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_TEXTURE; }
+    DWORD STDMETHODCALLTYPE SetLOD(DWORD newLod) override;
+    DWORD STDMETHODCALLTYPE GetLOD() override { return lod; }
+    DWORD STDMETHODCALLTYPE GetLevelCount() override { return static_cast<DWORD>(levels.size()); }
+    HRESULT STDMETHODCALLTYPE SetAutoGenFilterType(D3DTEXTUREFILTERTYPE filterType) override;
+    D3DTEXTUREFILTERTYPE STDMETHODCALLTYPE GetAutoGenFilterType() override;
+    void STDMETHODCALLTYPE GenerateMipSubLevels() override;
+    HRESULT STDMETHODCALLTYPE GetLevelDesc(UINT level, D3DSURFACE_DESC* descOut) override;
+    HRESULT STDMETHODCALLTYPE GetSurfaceLevel(UINT level,
+                                              IDirect3DSurface9** surfaceLevelOut) override;
+    HRESULT STDMETHODCALLTYPE LockRect(UINT level, D3DLOCKED_RECT* lockedOut, const RECT* rect,
+                                       DWORD flags) override;
+    HRESULT STDMETHODCALLTYPE UnlockRect(UINT level) override;
+    HRESULT STDMETHODCALLTYPE AddDirtyRect(const RECT* dirtyRect) override;
+
+    /// `level` must be below `GetLevelCount`.
+    HeadlessSurface& Level(UINT level) { return *levels[level]; }
+    D3DPOOL Pool() const { return pool; }
+
+    /// Widens the changed area by `area` of `level`; levels other than 0 leave it alone.
+    void MarkDirty(const HeadlessSurface& level, const RECT& area);
+    /// The changed area of level 0, or an empty one; clears it.
+    RECT TakeDirtyArea();
+
+private:
+    HeadlessTexture(HeadlessDevice& owner, const D3DSURFACE_DESC& desc);
+    HeadlessDevice& OwningDevice() const override { return Device(); }
+    D3DPOOL ResourcePool() const override { return pool; }
+
+    std::vector<std::unique_ptr<HeadlessSurface>> levels;
+    const D3DPOOL pool;
+    DWORD lod = 0;
+    RECT dirty = {};
+};
+
+/// Levels down to 1 by 1: 1 for a side of 1, 9 for 256.
+UINT FullLevelCount(UINT width, UINT height);

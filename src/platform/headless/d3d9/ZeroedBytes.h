@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+struct FreeBytes {
+    void operator()(std::uint8_t* bytes) const { std::free(bytes); }
+};
+
+/// Zeroed bytes, or null if there is no memory. They come from `calloc`, which hands out large blocks
+/// without touching them: a picture that is overwritten at once costs no pass of zeros.
+using ZeroedBytes = std::unique_ptr<std::uint8_t[], FreeBytes>;
+
+inline ZeroedBytes AllocateZeroed(std::size_t count)
+{
+    return ZeroedBytes(static_cast<std::uint8_t*>(std::calloc(count, 1)));
+}

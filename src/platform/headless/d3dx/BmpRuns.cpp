@@ -1,0 +1,112 @@
+#include "platform/headless/d3dx/BmpRuns.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Second bytes of the pairs that begin with 0; larger ones count the pixels that follow uncoded.
+enum BmpEscape { kEndOfRow = 0, kEndOfPicture = 1, kMove = 2 };
+
+class BmpRunReader {
+public:
+    BmpRunReader(ImageFile bytes, bool isFourBits, UINT pictureWidth, UINT pictureHeight,
+                 std::uint8_t* indices)
+        : coded(bytes),
+          fourBits(isFourBits),
+          width(pictureWidth),
+          height(pictureHeight),
+          out(indices)
+    {}
+
+    bool Run()
+    {
+        while (!ended && y < height) {
+            if (coded.size() - position < 2)
+                return y + 1 == height &&
+                       x >= width; // the end mark of a full picture may be missing
+            const unsigned first = coded[position];
+            const unsigned second = coded[position + 1];
+            position += 2;
+            if (!(first == 0 ? Escape(second) : Repeat(first, second)))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    // A run that sticks out of its row is cut there.
+    void Put(unsigned index)
+    {
+        if (x < width)
+            out[std::size_t{y} * width + x++] = static_cast<std::uint8_t>(index);
+    }
+
+    bool Repeat(unsigned count, unsigned value)
+    {
+        for (unsigned i = 0; i < count; ++i)
+            Put(fourBits ? (i % 2 == 0 ? value >> 4 : value & 15) : value);
+        return true;
+    }
+
+    bool Escape(unsigned code)
+    {
+        switch (code) {
+        case kEndOfRow:
+            x = 0;
+            ++y;
+            return true;
+        case kEndOfPicture:
+            ended = true;
+            return true;
+        case kMove:
+            return Move();
+        default:
+            return Literal(code);
+        }
+    }
+
+    bool Move()
+    {
+        if (coded.size() - position < 2)
+            return false;
+        x += coded[position];
+        y += coded[position + 1];
+        position += 2;
+        return x <= width && y <= height;
+    }
+
+    // Literals are padded to whole words.
+    bool Literal(unsigned count)
+    {
+        const std::size_t bytes = fourBits ? (count + 1) / 2 : count;
+        const std::size_t padded = (bytes + 1) / 2 * 2;
+        if (coded.size() - position < padded)
+            return false;
+        for (unsigned i = 0; i < count; ++i) {
+            const unsigned pair = coded[position + (fourBits ? i / 2 : i)];
+            Put(fourBits ? (i % 2 == 0 ? pair >> 4 : pair & 15) : pair);
+        }
+        position += padded;
+        return true;
+    }
+
+    ImageFile coded;
+    std::size_t position = 0;
+    bool fourBits;
+    bool ended = false;
+    UINT width;
+    UINT height;
+    UINT x = 0;
+    UINT y = 0;
+    std::uint8_t* out; // not owned
+};
+
+} // namespace
+
+bool UnpackBmpRuns(ImageFile coded, bool fourBits, UINT width, UINT height,
+                   std::uint8_t* indicesOut)
+{
+    std::memset(indicesOut, 0, std::size_t{width} * height);
+    return BmpRunReader(coded, fourBits, width, height, indicesOut).Run();
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <d3dx9.h>
+
+/// Fills the levels from `firstLevel` on, each from the one above it. `filter` has passed
+/// `CheckFilter`, `firstLevel` is at least 1.
+HRESULT FillLowerLevels(IDirect3DTexture9& texture, UINT firstLevel, DWORD filter);

@@ -1,0 +1,63 @@
+#include "platform/headless/d3dx/ImageCodec.h"
+
+#include "platform/headless/d3d9/PixelFormat.h"
+#include "platform/headless/d3dx/ImageDecoders.h"
+
+#include <new>
+
+namespace {
+
+struct ImageDecoder {
+    bool (*matches)(ImageFile file);
+    HRESULT (*decode)(ImageFile file, bool infoOnly, DecodedImage& imageOut);
+};
+
+// TGA stands last: any bytes may look like one.
+const ImageDecoder kDecoders[] = {
+    {IsPng, DecodePng}, {IsJpeg, DecodeJpeg}, {IsDds, DecodeDds},
+    {IsBmp, DecodeBmp}, {IsPnm, DecodePnm},   {IsTga, DecodeTga},
+};
+
+HRESULT Decode(ImageFile file, bool infoOnly, DecodedImage& imageOut)
+{
+    for (const ImageDecoder& decoder : kDecoders) {
+        if (decoder.matches(file))
+            return decoder.decode(file, infoOnly, imageOut);
+    }
+    return D3DXERR_INVALIDDATA;
+}
+
+} // namespace
+
+std::uint8_t* DecodedImage::Allocate(D3DFORMAT pixelFormat)
+{
+    const PixelFormat* layout = FindPixelFormat(pixelFormat);
+    if (!layout)
+        return nullptr;
+
+    const std::size_t size = ImageBytes(*layout, info.Width, info.Height);
+    memory.reset(new (std::nothrow) std::uint8_t[size]);
+    format = pixelFormat;
+    levels[0] = {info.Width, info.Height, RowBytes(*layout, info.Width), memory.get()};
+    return memory.get();
+}
+
+D3DXIMAGE_INFO PlainImageInfo(UINT width, UINT height, D3DFORMAT format,
+                              D3DXIMAGE_FILEFORMAT fileFormat)
+{
+    return {width, height, 1, 1, format, D3DRTYPE_TEXTURE, fileFormat};
+}
+
+HRESULT ReadImageInfo(ImageFile file, D3DXIMAGE_INFO& infoOut)
+{
+    DecodedImage image;
+    const HRESULT result = Decode(file, true, image);
+    if (SUCCEEDED(result))
+        infoOut = image.info;
+    return result;
+}
+
+HRESULT DecodeImage(ImageFile file, DecodedImage& imageOut)
+{
+    return Decode(file, false, imageOut);
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <d3d9.h>
+
+#include <cstring>
+
+/// True if the two interface ids are the same.
+inline bool IsSameId(REFIID a, REFIID b)
+{
+    return std::memcmp(&a, &b, sizeof(IID)) == 0;
+}

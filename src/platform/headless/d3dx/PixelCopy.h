@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+
+#include <d3dx9.h>
+
+#include "platform/headless/d3d9/PixelFormat.h"
+
+/// A picture in memory to read from. Neither pointer is owned.
+struct PixelSource {
+    const PixelFormat* format;
+    UINT width;
+    UINT height;
+    const void* bits;
+    std::size_t pitchBytes; ///< distance of two rows, or of two rows of blocks
+};
+
+/// A picture in memory to write to. Neither pointer is owned.
+struct PixelTarget {
+    const PixelFormat* format;
+    UINT width;
+    UINT height;
+    void* bits;
+    std::size_t pitchBytes;
+};
+
+/// Holds a filter argument against the published values. `D3DX_DEFAULT` becomes `fallback`. Unknown
+/// filters and flags, and the flags that this host does not model (sRGB, error diffusion), give
+/// `D3DERR_INVALIDCALL`.
+HRESULT CheckFilter(DWORD filter, DWORD fallback, DWORD& filterOut);
+
+/// Converts and scales a picture. `filter` has passed `CheckFilter`. A `colorKey` other than 0 turns
+/// the pixels that equal it in all four channels into transparent black, before they are scaled; the
+/// alpha of formats without it counts as 255. Where neither format nor size changes the bytes are
+/// copied as they are.
+HRESULT CopyPixels(const PixelTarget& target, const PixelSource& source, DWORD filter,
+                   D3DCOLOR colorKey);

@@ -1,0 +1,122 @@
+#include "platform/headless/d3dx/ImageDecoders.h"
+
+#include <algorithm>
+
+// The binary kinds of the portable maps: P5 is grey, P6 red, green, blue. Written here, like BMP and
+// TGA, because the small decoders at hand give a cut file as a picture with a made-up rest.
+
+namespace {
+
+constexpr std::uint32_t kMaxSample = 65535;
+
+bool IsBlank(std::uint8_t c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// Walks the text of the header. Numbers are parted by white space and comments.
+class PnmHeader {
+public:
+    explicit PnmHeader(ImageFile bytes) : file(bytes) {}
+
+    // False if there is no number, or one beyond `most`.
+    bool Number(std::uint32_t most, std::uint32_t& valueOut)
+    {
+        SkipBlanks();
+        const std::size_t start = position;
+        std::uint32_t value = 0;
+        for (; position < file.size() && file[position] >= '0' && file[position] <= '9';
+             ++position) {
+            value = value * 10 + (file[position] - '0');
+            if (value > most)
+                return false;
+        }
+        valueOut = value;
+        return position > start;
+    }
+
+    // One blank ends the header; what follows is samples, whatever it looks like.
+    bool End() { return position < file.size() && IsBlank(file[position++]); }
+
+    std::size_t Position() const { return position; }
+
+private:
+    void SkipBlanks()
+    {
+        bool inComment = false;
+        for (; position < file.size(); ++position) {
+            const std::uint8_t c = file[position];
+            if (c == '#')
+                inComment = true;
+            else if (c == '\n')
+                inComment = false;
+            else if (!inComment && !IsBlank(c))
+                return;
+        }
+    }
+
+    ImageFile file;
+    std::size_t position = 2;
+};
+
+// Samples above 255 take two bytes, the high one first.
+std::uint8_t ReadSample(const std::uint8_t* source, std::uint32_t most)
+{
+    const std::uint32_t value = most > 255 ? source[0] * 256u + source[1] : source[0];
+    return static_cast<std::uint8_t>((std::min(value, most) * 255 + most / 2) / most);
+}
+
+void ReadPixels(const std::uint8_t* source, std::size_t count, bool grey, std::uint32_t most,
+                std::uint8_t* out)
+{
+    const std::size_t sampleBytes = most > 255 ? 2 : 1;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (grey) {
+            *out++ = ReadSample(source, most);
+            source += sampleBytes;
+            continue;
+        }
+        *out++ = ReadSample(source + 2 * sampleBytes, most);
+        *out++ = ReadSample(source + sampleBytes, most);
+        *out++ = ReadSample(source, most);
+        *out++ = 0xFF;
+        source += 3 * sampleBytes;
+    }
+}
+
+} // namespace
+
+bool IsPnm(ImageFile file)
+{
+    return file.size() >= 3 && file[0] == 'P' && (file[1] == '5' || file[1] == '6') &&
+           (IsBlank(file[2]) || file[2] == '#');
+}
+
+HRESULT DecodePnm(ImageFile file, bool infoOnly, DecodedImage& imageOut)
+{
+    const bool grey = file[1] == '5';
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::uint32_t most = 0;
+    PnmHeader header(file);
+    if (!header.Number(kMaxImageSide, width) || !header.Number(kMaxImageSide, height) ||
+        !header.Number(kMaxSample, most) || !header.End() || !IsImageSize(width, height) ||
+        most == 0)
+        return D3DXERR_INVALIDDATA;
+
+    const std::size_t count = std::size_t{width} * height;
+    const std::size_t pixelBytes = (grey ? 1u : 3u) * (most > 255 ? 2u : 1u);
+    if (count * pixelBytes > file.size() - header.Position())
+        return D3DXERR_INVALIDDATA;
+
+    const D3DFORMAT format = grey ? D3DFMT_L8 : D3DFMT_X8R8G8B8;
+    imageOut.info = PlainImageInfo(width, height, format, D3DXIFF_PPM);
+    if (infoOnly)
+        return D3D_OK;
+
+    std::uint8_t* pixels = imageOut.Allocate(format);
+    if (!pixels)
+        return E_OUTOFMEMORY;
+    ReadPixels(file.data() + header.Position(), count, grey, most, pixels);
+    return D3D_OK;
+}

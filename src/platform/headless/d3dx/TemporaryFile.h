@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+/// A file that appears under its name only when it is complete: it is written under a temporary name
+/// in the same directory, and `Commit` renames it. Without `Commit` nothing is left behind.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const char* path);
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    /// Null, with `errno` set, if the file could not be made.
+    FILE* Stream() const { return stream; }
+
+    /// Flushes, closes and renames. False if any of these fails; the target is then untouched.
+    bool Commit();
+
+private:
+    std::string targetPath;
+    std::string temporaryPath;
+    FILE* stream; // owned, closed by `Commit` or the destructor
+};

@@ -1,0 +1,235 @@
+#include "platform/headless/d3dx/ImageDecoders.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace {
+
+constexpr std::size_t kHeaderSize = 18;
+
+enum TgaType { kPalette = 1, kColour = 2, kGrey = 3 };
+constexpr unsigned kRunLengthFlag = 8;
+
+constexpr unsigned kAlphaBitsMask = 0x0F;
+constexpr unsigned kRightToLeft = 0x10;
+constexpr unsigned kTopDown = 0x20;
+constexpr unsigned kReserved = 0xC0;
+
+struct TgaHeader {
+    unsigned idLength;
+    unsigned paletteType;
+    unsigned type; // without the run-length flag
+    bool runLength;
+    unsigned paletteFirst;
+    unsigned paletteCount;
+    unsigned paletteBits;
+    UINT width;
+    UINT height;
+    unsigned pixelBits;
+    unsigned descriptor;
+    D3DFORMAT format; // of the decoded pixels
+
+    unsigned PaletteEntryBytes() const { return (paletteBits + 7) / 8; }
+    unsigned PixelBytes() const { return (pixelBits + 7) / 8; }
+    std::size_t PaletteOffset() const { return kHeaderSize + idLength; }
+    std::size_t PixelOffset() const
+    {
+        const std::size_t paletteBytes = std::size_t{paletteCount} * PaletteEntryBytes();
+        return PaletteOffset() + (paletteType != 0 ? paletteBytes : 0);
+    }
+};
+
+struct TgaKind {
+    unsigned type;
+    unsigned pixelBits;
+    bool alphaBit; // of the descriptor, matters to 16 bits only
+    D3DFORMAT format;
+};
+
+// 32-bit files hold alpha whatever the descriptor says: many writers leave it 0.
+const TgaKind kKinds[] = {
+    {kPalette, 8, false, D3DFMT_A8R8G8B8}, {kPalette, 8, true, D3DFMT_A8R8G8B8},
+    {kColour, 15, false, D3DFMT_X1R5G5B5}, {kColour, 15, true, D3DFMT_X1R5G5B5},
+    {kColour, 16, false, D3DFMT_X1R5G5B5}, {kColour, 16, true, D3DFMT_A1R5G5B5},
+    {kColour, 24, false, D3DFMT_X8R8G8B8}, {kColour, 24, true, D3DFMT_X8R8G8B8},
+    {kColour, 32, false, D3DFMT_A8R8G8B8}, {kColour, 32, true, D3DFMT_A8R8G8B8},
+    {kGrey, 8, false, D3DFMT_L8},          {kGrey, 8, true, D3DFMT_L8},
+};
+
+D3DFORMAT FormatOf(const TgaHeader& header)
+{
+    const bool alphaBit = (header.descriptor & kAlphaBitsMask) != 0;
+    for (const TgaKind& kind : kKinds) {
+        if (kind.type == header.type && kind.pixelBits == header.pixelBits &&
+            kind.alphaBit == alphaBit)
+            return kind.format;
+    }
+    return D3DFMT_UNKNOWN;
+}
+
+bool IsPaletteValid(const TgaHeader& header)
+{
+    const bool knownBits = header.paletteBits == 15 || header.paletteBits == 16 ||
+                           header.paletteBits == 24 || header.paletteBits == 32;
+    if (header.paletteType == 0)
+        return header.type != kPalette;
+    return header.paletteType == 1 && knownBits && (header.type != kPalette || header.paletteCount);
+}
+
+bool ReadHeader(ImageFile file, TgaHeader& headerOut)
+{
+    if (file.size() < kHeaderSize)
+        return false;
+    headerOut.idLength = file[0];
+    headerOut.paletteType = file[1];
+    headerOut.type = file[2] & ~kRunLengthFlag;
+    headerOut.runLength = (file[2] & kRunLengthFlag) != 0;
+    headerOut.paletteFirst = ReadU16(file, 3);
+    headerOut.paletteCount = ReadU16(file, 5);
+    headerOut.paletteBits = file[7];
+    headerOut.width = ReadU16(file, 12);
+    headerOut.height = ReadU16(file, 14);
+    headerOut.pixelBits = file[16];
+    headerOut.descriptor = file[17];
+    headerOut.format = FormatOf(headerOut);
+    return headerOut.format != D3DFMT_UNKNOWN && IsPaletteValid(headerOut) &&
+           (headerOut.descriptor & kReserved) == 0 &&
+           IsImageSize(headerOut.width, headerOut.height);
+}
+
+// Packets may run over the ends of rows. False if the packets end before the picture does; a packet
+// that goes on after it is cut.
+bool UnpackRuns(ImageFile packets, std::size_t pixelBytes, std::size_t size, std::uint8_t* out)
+{
+    std::size_t position = 0;
+    std::size_t done = 0;
+    while (done < size) {
+        if (position >= packets.size())
+            return false;
+        const unsigned packet = packets[position++];
+        const std::size_t count = (packet & 0x7F) + 1;
+        const bool run = (packet & 0x80) != 0;
+        const std::size_t stored = (run ? 1 : count) * pixelBytes;
+        if (stored > packets.size() - position)
+            return false;
+
+        const std::size_t wanted = std::min(count * pixelBytes, size - done);
+        if (run) {
+            for (std::size_t i = 0; i < wanted; i += pixelBytes)
+                std::memcpy(out + done + i, packets.data() + position, pixelBytes);
+        } else {
+            std::memcpy(out + done, packets.data() + position, wanted);
+        }
+        position += stored;
+        done += wanted;
+    }
+    return true;
+}
+
+// Entries of 15 and 16 bits are opaque: few writers set their top bit.
+std::uint32_t ReadPaletteEntry(ImageFile file, std::size_t offset, unsigned bits)
+{
+    if (bits >= 24) {
+        const std::uint32_t alpha = bits == 32 ? file[offset + 3] : 0xFFu;
+        return alpha << 24 | file[offset + 2] * 0x10000u | ReadU16(file, offset);
+    }
+    const std::uint32_t word = ReadU16(file, offset);
+    return 0xFF000000u | WidenTo8Bits(word >> 10 & 31, 5) << 16 |
+           WidenTo8Bits(word >> 5 & 31, 5) << 8 | WidenTo8Bits(word & 31, 5);
+}
+
+// One row, in the file's own order of columns. False if a pixel names no palette entry.
+bool ConvertRow(ImageFile file, const TgaHeader& header, const std::uint8_t* source,
+                std::uint8_t* rowOut)
+{
+    if (header.type != kPalette && header.pixelBits != 24) {
+        std::memcpy(rowOut, source, std::size_t{header.width} * header.PixelBytes());
+        return true;
+    }
+    for (UINT x = 0; x < header.width; ++x) {
+        std::uint32_t pixel = 0;
+        if (header.type == kPalette) {
+            const unsigned index = source[x] - header.paletteFirst; // wraps below the first
+            if (index >= header.paletteCount)
+                return false;
+            pixel = ReadPaletteEntry(
+                file, header.PaletteOffset() + std::size_t{index} * header.PaletteEntryBytes(),
+                header.paletteBits);
+        } else {
+            const std::uint8_t* bgr = source + std::size_t{x} * 3;
+            pixel = 0xFF000000u | bgr[2] * 0x10000u | bgr[1] * 0x100u | bgr[0];
+        }
+        std::memcpy(rowOut + std::size_t{x} * 4, &pixel, 4);
+    }
+    return true;
+}
+
+void MirrorRow(std::uint8_t* row, std::size_t width, std::size_t pixelBytes)
+{
+    for (std::size_t left = 0, right = width - 1; left < right; ++left, --right)
+        std::swap_ranges(row + left * pixelBytes, row + (left + 1) * pixelBytes,
+                         row + right * pixelBytes);
+}
+
+bool ConvertPixels(ImageFile file, const TgaHeader& header, const std::uint8_t* source,
+                   std::uint8_t* pixelsOut, std::size_t pitchBytes)
+{
+    const std::size_t sourcePitch = std::size_t{header.width} * header.PixelBytes();
+    for (UINT y = 0; y < header.height; ++y) {
+        const UINT target = (header.descriptor & kTopDown) != 0 ? y : header.height - 1 - y;
+        std::uint8_t* row = pixelsOut + target * pitchBytes;
+        if (!ConvertRow(file, header, source + y * sourcePitch, row))
+            return false;
+        if ((header.descriptor & kRightToLeft) != 0)
+            MirrorRow(row, header.width, pitchBytes / header.width);
+    }
+    return true;
+}
+
+} // namespace
+
+bool IsTga(ImageFile file)
+{
+    TgaHeader header;
+    return ReadHeader(file, header);
+}
+
+HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut)
+{
+    TgaHeader header;
+    if (!ReadHeader(file, header) || header.PixelOffset() > file.size())
+        return D3DXERR_INVALIDDATA;
+
+    const std::size_t pixelBytes = header.PixelBytes();
+    const std::size_t rawSize = std::size_t{header.width} * header.height * pixelBytes;
+    const ImageFile stored = file.subspan(header.PixelOffset());
+    // A run-length packet of 1 + pixelBytes bytes stands for 128 pixels at most.
+    const std::size_t mostRaw =
+        header.runLength ? stored.size() / (1 + pixelBytes) * 128 * pixelBytes + 128 * pixelBytes
+                         : stored.size();
+    if (rawSize > mostRaw)
+        return D3DXERR_INVALIDDATA;
+
+    imageOut.info =
+        PlainImageInfo(header.width, header.height,
+                       header.type == kPalette ? D3DFMT_P8 : header.format, D3DXIFF_TGA);
+    if (infoOnly)
+        return D3D_OK;
+
+    std::unique_ptr<std::uint8_t[]> unpacked;
+    const std::uint8_t* source = stored.data();
+    if (header.runLength) {
+        unpacked.reset(new (std::nothrow) std::uint8_t[rawSize]);
+        if (!unpacked)
+            return E_OUTOFMEMORY;
+        if (!UnpackRuns(stored, pixelBytes, rawSize, unpacked.get()))
+            return D3DXERR_INVALIDDATA;
+        source = unpacked.get();
+    }
+    std::uint8_t* pixels = imageOut.Allocate(header.format);
+    if (!pixels)
+        return E_OUTOFMEMORY;
+    const bool whole = ConvertPixels(file, header, source, pixels, imageOut.levels[0].pitchBytes);
+    return whole ? D3D_OK : D3DXERR_INVALIDDATA;
+}

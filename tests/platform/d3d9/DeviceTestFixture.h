@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include <d3d9.h>
+#include <gtest/gtest.h>
+
+// A window and a device for tests of either host. Everything is released on every path out of a test:
+// a device that lives when the process ends can bring it down on the Windows host.
+
+/// Owns one reference to a reference-counted object.
+template <typename Interface>
+class Com {
+public:
+    Com() = default;
+    ~Com() { Release(); }
+    Com(Com&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+    Com& operator=(Com&& other) noexcept
+    {
+        std::swap(object, other.object);
+        return *this;
+    }
+
+    Interface* Get() const { return object; }
+    Interface* operator->() const { return object; }
+    explicit operator bool() const { return object != nullptr; }
+
+    /// For operations that hand a reference out; what was held is released first.
+    Interface** Out()
+    {
+        Release();
+        return &object;
+    }
+
+    /// Gives the reference back early; the count that is left.
+    ULONG Release()
+    {
+        Interface* last = std::exchange(object, nullptr);
+        return last ? last->Release() : 0;
+    }
+
+private:
+    Interface* object = nullptr;
+};
+
+/// The number of references, found by taking one more.
+template <typename Interface>
+ULONG ReferenceCount(Interface* object)
+{
+    object->AddRef();
+    return object->Release();
+}
+
+/// A hidden window that ends with the test.
+class TestWindow {
+public:
+    TestWindow(int width, int height, const char* title = "Device test");
+    ~TestWindow();
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+    HWND Get() const { return window; }
+
+private:
+    HWND window;
+};
+
+/// Windowed, 64 by 48 pixels of X8R8G8B8, with a 16-bit depth buffer.
+D3DPRESENT_PARAMETERS WindowedParameters(HWND window);
+
+/// A device with `WindowedParameters`. At the end of a test nothing may be left over it.
+class DeviceTest : public testing::Test {
+protected:
+    explicit DeviceTest(DWORD vertexProcessing = D3DCREATE_SOFTWARE_VERTEXPROCESSING);
+    void SetUp() override;
+    void TearDown() override;
+
+    /// A surface in system memory, filled row by row if `pixels` are given (32-bit formats only).
+    Com<IDirect3DSurface9> SystemSurface(UINT width, UINT height,
+                                         const std::vector<std::uint32_t>& pixels = {},
+                                         D3DFORMAT format = D3DFMT_A8R8G8B8);
+    /// A render target that is not lockable.
+    Com<IDirect3DSurface9> Target(UINT width, UINT height, D3DFORMAT format = D3DFMT_A8R8G8B8);
+    Com<IDirect3DTexture9> Texture(UINT width, UINT height, UINT levels, D3DPOOL pool,
+                                   DWORD usage = 0, D3DFORMAT format = D3DFMT_A8R8G8B8);
+    /// All pixels of a render target of a 32-bit format, row by row.
+    std::vector<std::uint32_t> Read(IDirect3DSurface9* target);
+    /// All pixels of the device's present target, without what the X byte holds.
+    std::vector<std::uint32_t> ReadBackBuffer();
+
+    TestWindow window{320, 240};
+    D3DPRESENT_PARAMETERS parameters = {};
+    Com<IDirect3D9> d3d;
+    Com<IDirect3DDevice9> device;
+
+private:
+    const DWORD behaviour;
+};

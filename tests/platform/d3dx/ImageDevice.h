@@ -1,0 +1,69 @@
+#pragma once
+
+#include <d3dx9.h>
+#include <windows.h>
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct Releaser {
+    template <typename Interface>
+    void operator()(Interface* object) const
+    {
+        object->Release();
+    }
+};
+
+template <typename Interface>
+using ComHandle = std::unique_ptr<Interface, Releaser>;
+
+using TextureHandle = ComHandle<IDirect3DTexture9>;
+
+/// What a test asks of a load; the defaults change nothing about the picture.
+struct LoadRequest {
+    UINT width = 0;
+    UINT height = 0;
+    UINT levels = 1;
+    DWORD usage = 0;
+    D3DFORMAT format = D3DFMT_UNKNOWN;
+    D3DPOOL pool = D3DPOOL_MANAGED;
+    DWORD filter = D3DX_FILTER_NONE;
+    DWORD mipFilter = D3DX_FILTER_BOX;
+    D3DCOLOR colorKey = 0;
+};
+
+/// A device of 64 by 64 pixels in a hidden window, both gone at the end of the test.
+class ImageDevice : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// Loads the bytes of an image file; null, and `resultOut`, when that fails.
+    TextureHandle Load(const std::string& file, const LoadRequest& request = {});
+
+    /// Fails the test if the file cannot be loaded.
+    std::vector<std::uint32_t> LoadArgb(const std::string& file, LoadRequest request = {});
+
+    /// Resets the device to what it was made with.
+    HRESULT Reset();
+
+    IDirect3DDevice9* device = nullptr; // owned, released by TearDown
+    HRESULT result = S_OK;              // of the last `Load`
+
+private:
+    D3DPRESENT_PARAMETERS Parameters() const;
+
+    ComHandle<IDirect3D9> d3d;
+    HWND window = nullptr;
+};
+
+D3DSURFACE_DESC DescOf(IDirect3DTexture9& texture, UINT level = 0);
+
+/// The bytes of one level without padding, `rowBytes` for each row of pixels or blocks.
+std::string LevelBytes(IDirect3DTexture9& texture, UINT level, std::size_t rowBytes, UINT rows);
+
+/// The pixels of one level of a texture with 32 bits a pixel.
+std::vector<std::uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level = 0);

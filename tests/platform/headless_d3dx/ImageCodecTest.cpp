@@ -1,0 +1,146 @@
+// What holds for every kind of image file, above all for damaged ones.
+
+#include "platform/headless/d3dx/ImageCodec.h"
+
+#include "platform/headless/d3dx/ImageFileBytes.h"
+#include "tests/platform/d3dx/ImageBytes.h"
+#include "tests/platform/d3dx/SampleImages.h"
+#include "tests/platform/headless_d3dx/DecodedPixels.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace {
+
+// The files of all hosts and those that only this one reads.
+std::vector<SampleImage> AllSamples()
+{
+    std::vector<SampleImage> samples = SampleImages();
+    samples.push_back({"PPM",
+                       "P6 2 1 255\n" + Bytes({1, 2, 3, 4, 5, 6}),
+                       D3DXIFF_PPM,
+                       D3DFMT_X8R8G8B8,
+                       2,
+                       1,
+                       {0xFF010203, 0xFF040506}});
+    samples.push_back({"PGM",
+                       "P5 2 1 255\n" + Bytes({1, 2}),
+                       D3DXIFF_PPM,
+                       D3DFMT_L8,
+                       2,
+                       1,
+                       {0xFF010101, 0xFF020202}});
+    PngParts interlaced = {2, 2, 8, PngColour::Grey, Bytes({0, 1, 0, 2, 0, 3, 4})};
+    interlaced.interlaced = true;
+    samples.push_back({"PNG, interlaced",
+                       PngFile(interlaced),
+                       D3DXIFF_PNG,
+                       D3DFMT_L8,
+                       2,
+                       2,
+                       {0xFF010101, 0xFF020202, 0xFF030303, 0xFF040404}});
+    BmpParts runs = {3, 2,
+                     8, Bytes({2, 1, 0, 0, 0, 3, 1, 0, 1, 0, 0, 1}),
+                     1, Bytes({0, 0, 255, 0, 0, 255, 0, 0}),
+                     2};
+    samples.push_back({"BMP, runs", BmpFile(runs), D3DXIFF_BMP, D3DFMT_P8, 3, 2, {}});
+    return samples;
+}
+
+// Reads header and pixels; the answer is one of three, and the pixels are all there.
+void DecodeAnything(const std::string& bytes)
+{
+    HRESULT result = S_OK;
+    const std::vector<std::uint32_t> pixels = DecodedPixels(bytes, &result);
+    if (SUCCEEDED(result)) {
+        EXPECT_FALSE(pixels.empty());
+        EXPECT_NE(ReportedFormat(bytes), D3DFMT_UNKNOWN);
+    } else {
+        EXPECT_TRUE(result == D3DXERR_INVALIDDATA || result == E_OUTOFMEMORY) << result;
+    }
+}
+
+} // namespace
+
+// A TGA has no signature, so what is cut from another kind may pass for one; none of these does.
+TEST(ImageCodec, RefusesEveryFileThatIsCutShort)
+{
+    for (const SampleImage& sample : AllSamples()) {
+        HRESULT result = S_OK;
+        DecodedPixels(sample.file, &result);
+        ASSERT_EQ(result, D3D_OK) << sample.what;
+        for (std::size_t size = 0; size < sample.file.size(); ++size) {
+            // The runs of this one fill the picture before their end mark, which may be missing.
+            if (std::string(sample.what) == "BMP, runs" && size + 2 >= sample.file.size())
+                continue;
+            DecodedPixels(sample.file.substr(0, size), &result);
+            EXPECT_EQ(result, D3DXERR_INVALIDDATA) << sample.what << ", " << size << " bytes";
+        }
+    }
+}
+
+TEST(ImageCodec, SurvivesEveryChangedByte)
+{
+    for (const SampleImage& sample : AllSamples()) {
+        for (std::size_t at = 0; at < sample.file.size(); ++at) {
+            for (const unsigned value : {0x00u, 0x01u, 0x7Fu, 0x80u, 0xFFu}) {
+                std::string damaged = sample.file;
+                damaged[at] = static_cast<char>(static_cast<std::uint8_t>(value));
+                DecodeAnything(damaged);
+            }
+        }
+    }
+}
+
+TEST(ImageCodec, IgnoresBytesBehindThePicture)
+{
+    for (const SampleImage& sample : AllSamples()) {
+        const std::vector<std::uint32_t> expected = DecodedPixels(sample.file);
+        EXPECT_EQ(DecodedPixels(sample.file + "and more"), expected) << sample.what;
+    }
+}
+
+TEST(ImageCodec, ReportsColourOf24BitsAsX8R8G8B8)
+{
+    EXPECT_EQ(ReportedFormat(PngFile({1, 1, 8, PngColour::Rgb, Bytes({1, 2, 3})})),
+              D3DFMT_X8R8G8B8);
+    EXPECT_EQ(ReportedFormat(TgaFile({2, 1, 1, 24, Bytes({1, 2, 3})})), D3DFMT_X8R8G8B8);
+    EXPECT_EQ(ReportedFormat(BmpFile({1, 1, 24, Bytes({1, 2, 3, 0})})), D3DFMT_X8R8G8B8);
+}
+
+TEST(ImageCodec, RefusesBytesOfNoKind)
+{
+    EXPECT_TRUE(IsRefused(""));
+    EXPECT_TRUE(IsRefused("G"));
+    EXPECT_TRUE(IsRefused("GIF89a" + Repeated(100, 1)));
+    EXPECT_TRUE(IsRefused("II*" + Repeated(100, 0)));
+    EXPECT_TRUE(IsRefused(Repeated(1000, 0)));
+    EXPECT_TRUE(IsRefused(Repeated(1000, 0xFF)));
+}
+
+TEST(ImageFileBytes, ReadsAWholeFile)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("Maps/A.bin", std::string("a\0\r\n\x1A"
+                                            "b",
+                                            6));
+    ImageFileBytes file;
+    ASSERT_EQ(file.Read("maps\\a.bin"), D3D_OK);
+    EXPECT_EQ(std::string(file.Bytes().begin(), file.Bytes().end()), std::string("a\0\r\n\x1A"
+                                                                                 "b",
+                                                                                 6));
+}
+
+TEST(ImageFileBytes, RefusesWhatIsNoFileOrTooLarge)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("empty", "");
+    scratch.Write("huge", "x");
+    std::filesystem::create_directory("folder");
+    std::filesystem::resize_file("huge", (1ull << 30) + 1); // sparse: takes no room
+    for (const char* name : {"empty", "huge", "folder", "missing", ""}) {
+        ImageFileBytes file;
+        EXPECT_EQ(file.Read(name), D3DXERR_INVALIDDATA) << name;
+    }
+}
