@@ -5,7 +5,9 @@
 
 #include "minwindef.h"
 
-#define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000001u)))
+// Widened as a signed number, as the public definition does.
+#define HKEY_CURRENT_USER                                                                          \
+    (reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(0x80000001u))))
 #define KEY_READ 0x20019
 #define REG_SZ 1
 

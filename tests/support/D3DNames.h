@@ -1,0 +1,67 @@
+#pragma once
+
+#include <d3d9.h>
+
+#include <span>
+#include <string>
+
+// Public names of Direct3D 9 values, for the lines of a recording. A value without a name is
+// printed as a number, so every value gives a text.
+
+struct NamedValue {
+    DWORD value;
+    const char* name;
+};
+
+/// The first name that fits `value`, else the number.
+std::string NameOf(std::span<const NamedValue> table, DWORD value);
+
+/// The names of all bits that are set, joined by `|` in the order of the table; bits without a name
+/// follow as one hexadecimal number. "0" for none.
+std::string FlagNames(std::span<const NamedValue> table, DWORD flags);
+
+/// At most six significant digits, without trailing zeros: 1, 0.5, 1e+10. The same on every host.
+std::string FloatText(float value);
+
+/// The float whose bits these are: how states carry floats.
+std::string FloatBitsText(DWORD bits);
+
+/// 0xAARRGGBB.
+std::string ColorText(D3DCOLOR color);
+
+/// 0x and at least one digit, no leading zeros.
+std::string HexText(DWORD value);
+
+std::string RenderStateName(D3DRENDERSTATETYPE state);
+/// By the state's kind: a name, 0 or 1, a float (fog, points, biases), a colour, a number, or a
+/// hexadecimal number (masks).
+std::string RenderStateValue(D3DRENDERSTATETYPE state, DWORD value);
+std::string TextureStageStateName(D3DTEXTURESTAGESTATETYPE type);
+std::string TextureStageStateValue(D3DTEXTURESTAGESTATETYPE type, DWORD value);
+std::string SamplerStateName(D3DSAMPLERSTATETYPE type);
+std::string SamplerStateValue(D3DSAMPLERSTATETYPE type, DWORD value);
+
+/// `D3DTS_VIEW`, ...; world matrices are `D3DTS_WORLDMATRIX(0)` to `D3DTS_WORLDMATRIX(255)`.
+std::string TransformName(D3DTRANSFORMSTATETYPE state);
+
+std::string BackBufferTypeName(D3DBACKBUFFER_TYPE type);
+std::string DeviceTypeName(D3DDEVTYPE type);
+std::string FilterName(D3DTEXTUREFILTERTYPE filter);
+std::string FormatName(D3DFORMAT format);
+std::string IntervalName(DWORD interval);
+std::string LightTypeName(D3DLIGHTTYPE type);
+std::string MultiSampleName(D3DMULTISAMPLE_TYPE type);
+std::string PoolName(D3DPOOL pool);
+std::string PrimitiveName(D3DPRIMITIVETYPE type);
+std::string QueryTypeName(D3DQUERYTYPE type);
+std::string ResourceTypeName(D3DRESOURCETYPE type);
+std::string StateBlockTypeName(D3DSTATEBLOCKTYPE type);
+std::string SwapEffectName(D3DSWAPEFFECT effect);
+
+std::string BehaviorFlags(DWORD flags);
+std::string ClearFlags(DWORD flags);
+/// The position's kind, then the other parts; the number of texture sets as `D3DFVF_TEX2`. Set
+/// sizes other than two coordinates follow as one hexadecimal number.
+std::string FvfFlags(DWORD fvf);
+std::string PresentFlags(DWORD flags);
+std::string UsageFlags(DWORD usage);

@@ -1,0 +1,168 @@
+#include "tests/support/StateTable.h"
+
+// Texture stage states, sampler states and transforms.
+
+namespace {
+
+constexpr NamedValue kTextureOps[] = {
+    {D3DTOP_DISABLE, "D3DTOP_DISABLE"},
+    {D3DTOP_SELECTARG1, "D3DTOP_SELECTARG1"},
+    {D3DTOP_SELECTARG2, "D3DTOP_SELECTARG2"},
+    {D3DTOP_MODULATE, "D3DTOP_MODULATE"},
+    {D3DTOP_MODULATE2X, "D3DTOP_MODULATE2X"},
+    {D3DTOP_MODULATE4X, "D3DTOP_MODULATE4X"},
+    {D3DTOP_ADD, "D3DTOP_ADD"},
+    {D3DTOP_ADDSIGNED, "D3DTOP_ADDSIGNED"},
+    {D3DTOP_ADDSIGNED2X, "D3DTOP_ADDSIGNED2X"},
+    {D3DTOP_SUBTRACT, "D3DTOP_SUBTRACT"},
+    {D3DTOP_ADDSMOOTH, "D3DTOP_ADDSMOOTH"},
+    {D3DTOP_BLENDDIFFUSEALPHA, "D3DTOP_BLENDDIFFUSEALPHA"},
+    {D3DTOP_BLENDTEXTUREALPHA, "D3DTOP_BLENDTEXTUREALPHA"},
+    {D3DTOP_BLENDFACTORALPHA, "D3DTOP_BLENDFACTORALPHA"},
+    {D3DTOP_BLENDTEXTUREALPHAPM, "D3DTOP_BLENDTEXTUREALPHAPM"},
+    {D3DTOP_BLENDCURRENTALPHA, "D3DTOP_BLENDCURRENTALPHA"},
+    {D3DTOP_PREMODULATE, "D3DTOP_PREMODULATE"},
+    {D3DTOP_MODULATEALPHA_ADDCOLOR, "D3DTOP_MODULATEALPHA_ADDCOLOR"},
+    {D3DTOP_MODULATECOLOR_ADDALPHA, "D3DTOP_MODULATECOLOR_ADDALPHA"},
+    {D3DTOP_MODULATEINVALPHA_ADDCOLOR, "D3DTOP_MODULATEINVALPHA_ADDCOLOR"},
+    {D3DTOP_MODULATEINVCOLOR_ADDALPHA, "D3DTOP_MODULATEINVCOLOR_ADDALPHA"},
+    {D3DTOP_BUMPENVMAP, "D3DTOP_BUMPENVMAP"},
+    {D3DTOP_BUMPENVMAPLUMINANCE, "D3DTOP_BUMPENVMAPLUMINANCE"},
+    {D3DTOP_DOTPRODUCT3, "D3DTOP_DOTPRODUCT3"},
+    {D3DTOP_MULTIPLYADD, "D3DTOP_MULTIPLYADD"},
+    {D3DTOP_LERP, "D3DTOP_LERP"},
+};
+
+constexpr NamedValue kAddresses[] = {
+    {D3DTADDRESS_WRAP, "D3DTADDRESS_WRAP"},
+    {D3DTADDRESS_MIRROR, "D3DTADDRESS_MIRROR"},
+    {D3DTADDRESS_CLAMP, "D3DTADDRESS_CLAMP"},
+    {D3DTADDRESS_BORDER, "D3DTADDRESS_BORDER"},
+    {D3DTADDRESS_MIRRORONCE, "D3DTADDRESS_MIRRORONCE"},
+};
+
+constexpr NamedValue kArguments[] = {
+    {D3DTA_DIFFUSE, "D3DTA_DIFFUSE"},   {D3DTA_CURRENT, "D3DTA_CURRENT"},
+    {D3DTA_TEXTURE, "D3DTA_TEXTURE"},   {D3DTA_TFACTOR, "D3DTA_TFACTOR"},
+    {D3DTA_SPECULAR, "D3DTA_SPECULAR"}, {D3DTA_TEMP, "D3DTA_TEMP"},
+    {D3DTA_CONSTANT, "D3DTA_CONSTANT"},
+};
+
+constexpr NamedValue kArgumentModifiers[] = {
+    {D3DTA_COMPLEMENT, "D3DTA_COMPLEMENT"},
+    {D3DTA_ALPHAREPLICATE, "D3DTA_ALPHAREPLICATE"},
+};
+
+constexpr NamedValue kCoordSources[] = {
+    {D3DTSS_TCI_CAMERASPACENORMAL, "D3DTSS_TCI_CAMERASPACENORMAL"},
+    {D3DTSS_TCI_CAMERASPACEPOSITION, "D3DTSS_TCI_CAMERASPACEPOSITION"},
+    {D3DTSS_TCI_CAMERASPACEREFLECTIONVECTOR, "D3DTSS_TCI_CAMERASPACEREFLECTIONVECTOR"},
+    {D3DTSS_TCI_SPHEREMAP, "D3DTSS_TCI_SPHEREMAP"},
+};
+
+constexpr NamedValue kTransformFlags[] = {
+    {D3DTTFF_DISABLE, "D3DTTFF_DISABLE"}, {D3DTTFF_COUNT1, "D3DTTFF_COUNT1"},
+    {D3DTTFF_COUNT2, "D3DTTFF_COUNT2"},   {D3DTTFF_COUNT3, "D3DTTFF_COUNT3"},
+    {D3DTTFF_COUNT4, "D3DTTFF_COUNT4"},
+};
+
+constexpr NamedValue kTransforms[] = {
+    {D3DTS_VIEW, "D3DTS_VIEW"},         {D3DTS_PROJECTION, "D3DTS_PROJECTION"},
+    {D3DTS_TEXTURE0, "D3DTS_TEXTURE0"}, {D3DTS_TEXTURE1, "D3DTS_TEXTURE1"},
+    {D3DTS_TEXTURE2, "D3DTS_TEXTURE2"}, {D3DTS_TEXTURE3, "D3DTS_TEXTURE3"},
+    {D3DTS_TEXTURE4, "D3DTS_TEXTURE4"}, {D3DTS_TEXTURE5, "D3DTS_TEXTURE5"},
+    {D3DTS_TEXTURE6, "D3DTS_TEXTURE6"}, {D3DTS_TEXTURE7, "D3DTS_TEXTURE7"},
+};
+
+std::string FilterText(DWORD value)
+{
+    return FilterName(static_cast<D3DTEXTUREFILTERTYPE>(value));
+}
+
+std::string ArgumentText(DWORD value)
+{
+    const DWORD modifiers = value & ~DWORD{D3DTA_SELECTMASK};
+    const std::string name = NameOf(kArguments, value & D3DTA_SELECTMASK);
+    return modifiers ? name + "|" + FlagNames(kArgumentModifiers, modifiers) : name;
+}
+
+// The lower half is the coordinate set, the upper half where the coordinates come from.
+std::string CoordIndexText(DWORD value)
+{
+    const DWORD source = value & 0xFFFF0000;
+    const std::string index = std::to_string(value & 0xFFFF);
+    return source ? index + "|" + NameOf(kCoordSources, source) : index;
+}
+
+std::string TransformFlagsText(DWORD value)
+{
+    const std::string count = NameOf(kTransformFlags, value & ~DWORD{D3DTTFF_PROJECTED});
+    return value & D3DTTFF_PROJECTED ? count + "|D3DTTFF_PROJECTED" : count;
+}
+
+constexpr StateRow kStageStates[] = {
+    {D3DTSS_COLOROP, "D3DTSS_COLOROP", NameIn<kTextureOps>},
+    {D3DTSS_COLORARG1, "D3DTSS_COLORARG1", ArgumentText},
+    {D3DTSS_COLORARG2, "D3DTSS_COLORARG2", ArgumentText},
+    {D3DTSS_ALPHAOP, "D3DTSS_ALPHAOP", NameIn<kTextureOps>},
+    {D3DTSS_ALPHAARG1, "D3DTSS_ALPHAARG1", ArgumentText},
+    {D3DTSS_ALPHAARG2, "D3DTSS_ALPHAARG2", ArgumentText},
+    {D3DTSS_BUMPENVMAT00, "D3DTSS_BUMPENVMAT00", FloatBitsText},
+    {D3DTSS_BUMPENVMAT01, "D3DTSS_BUMPENVMAT01", FloatBitsText},
+    {D3DTSS_BUMPENVMAT10, "D3DTSS_BUMPENVMAT10", FloatBitsText},
+    {D3DTSS_BUMPENVMAT11, "D3DTSS_BUMPENVMAT11", FloatBitsText},
+    {D3DTSS_TEXCOORDINDEX, "D3DTSS_TEXCOORDINDEX", CoordIndexText},
+    {D3DTSS_BUMPENVLSCALE, "D3DTSS_BUMPENVLSCALE", FloatBitsText},
+    {D3DTSS_BUMPENVLOFFSET, "D3DTSS_BUMPENVLOFFSET", FloatBitsText},
+    {D3DTSS_TEXTURETRANSFORMFLAGS, "D3DTSS_TEXTURETRANSFORMFLAGS", TransformFlagsText},
+    {D3DTSS_COLORARG0, "D3DTSS_COLORARG0", ArgumentText},
+    {D3DTSS_ALPHAARG0, "D3DTSS_ALPHAARG0", ArgumentText},
+    {D3DTSS_RESULTARG, "D3DTSS_RESULTARG", ArgumentText},
+    {D3DTSS_CONSTANT, "D3DTSS_CONSTANT", ColorText},
+};
+
+constexpr StateRow kSamplerStates[] = {
+    {D3DSAMP_ADDRESSU, "D3DSAMP_ADDRESSU", NameIn<kAddresses>},
+    {D3DSAMP_ADDRESSV, "D3DSAMP_ADDRESSV", NameIn<kAddresses>},
+    {D3DSAMP_ADDRESSW, "D3DSAMP_ADDRESSW", NameIn<kAddresses>},
+    {D3DSAMP_BORDERCOLOR, "D3DSAMP_BORDERCOLOR", ColorText},
+    {D3DSAMP_MAGFILTER, "D3DSAMP_MAGFILTER", FilterText},
+    {D3DSAMP_MINFILTER, "D3DSAMP_MINFILTER", FilterText},
+    {D3DSAMP_MIPFILTER, "D3DSAMP_MIPFILTER", FilterText},
+    {D3DSAMP_MIPMAPLODBIAS, "D3DSAMP_MIPMAPLODBIAS", FloatBitsText},
+    {D3DSAMP_MAXMIPLEVEL, "D3DSAMP_MAXMIPLEVEL", NumberText},
+    {D3DSAMP_MAXANISOTROPY, "D3DSAMP_MAXANISOTROPY", NumberText},
+    {D3DSAMP_SRGBTEXTURE, "D3DSAMP_SRGBTEXTURE", NumberText},
+    {D3DSAMP_ELEMENTINDEX, "D3DSAMP_ELEMENTINDEX", NumberText},
+    {D3DSAMP_DMAPOFFSET, "D3DSAMP_DMAPOFFSET", NumberText},
+};
+
+} // namespace
+
+std::string TextureStageStateName(D3DTEXTURESTAGESTATETYPE type)
+{
+    return NameOfState(kStageStates, type);
+}
+
+std::string TextureStageStateValue(D3DTEXTURESTAGESTATETYPE type, DWORD value)
+{
+    return ValueOfState(kStageStates, type, value);
+}
+
+std::string SamplerStateName(D3DSAMPLERSTATETYPE type)
+{
+    return NameOfState(kSamplerStates, type);
+}
+
+std::string SamplerStateValue(D3DSAMPLERSTATETYPE type, DWORD value)
+{
+    return ValueOfState(kSamplerStates, type, value);
+}
+
+std::string TransformName(D3DTRANSFORMSTATETYPE state)
+{
+    const DWORD number = static_cast<DWORD>(state);
+    if (number >= 256 && number < 512)
+        return "D3DTS_WORLDMATRIX(" + std::to_string(number - 256) + ")";
+    return NameOf(kTransforms, number);
+}
