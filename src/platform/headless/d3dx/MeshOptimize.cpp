@@ -1,0 +1,100 @@
+// Sorting the faces of a mesh by attribute.
+
+#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3dx/Mesh.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <numeric>
+#include <string>
+
+namespace {
+
+/// What sorting by attribute may be asked along with: splitting is what this never does.
+constexpr DWORD kSortFlags = D3DXMESHOPT_ATTRSORT | D3DXMESHOPT_DONOTSPLIT;
+
+/// Extends `range`, which has no vertices at first, by those of one face.
+template <typename Index>
+void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
+{
+    const std::uint64_t low = std::min({face[0], face[1], face[2]});
+    const std::uint64_t high = std::max({face[0], face[1], face[2]});
+    const bool isFirst = range.VertexCount == 0;
+    const std::uint64_t start = isFirst ? low : std::min<std::uint64_t>(low, range.VertexStart);
+    const std::uint64_t end =
+        std::max(high + 1, std::uint64_t{range.VertexStart} + range.VertexCount);
+    range.VertexStart = static_cast<DWORD>(start);
+    range.VertexCount = static_cast<DWORD>(std::min<std::uint64_t>(end - start, 0xFFFFFFFF));
+}
+
+} // namespace
+
+HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD* adjacencyOut,
+                                      DWORD* faceRemapOut, ID3DXBuffer** vertexRemapOut)
+{
+    if (const HRESULT ordered = OrderedResult("OptimizeInplace"); FAILED(ordered))
+        return ordered;
+    const bool isSort = (flags & D3DXMESHOPT_ATTRSORT) != 0 && (flags & ~kSortFlags) == 0;
+    if (!isSort || adjacencyOut != nullptr || vertexRemapOut != nullptr) {
+        const std::string text = ArgumentText(flags) + ", " + ArgumentText(adjacency) + ", " +
+                                 ArgumentText(adjacencyOut) + ", " + ArgumentText(faceRemapOut) +
+                                 ", " + ArgumentText(vertexRemapOut);
+        return LogUnmodelled("ID3DXMesh::OptimizeInplace", text, E_NOTIMPL);
+    }
+
+    const std::unique_ptr<DWORD[]> order(new (std::nothrow) DWORD[faceCount]);
+    if (!order)
+        return E_OUTOFMEMORY;
+    std::iota(order.get(), order.get() + faceCount, 0u);
+    std::stable_sort(order.get(), order.get() + faceCount,
+                     [&](DWORD a, DWORD b) { return attributes[a] < attributes[b]; });
+    if (const HRESULT result = SortFaces(order.get()); FAILED(result))
+        return result;
+    if (faceRemapOut != nullptr)
+        std::copy(order.get(), order.get() + faceCount, faceRemapOut);
+    return D3D_OK;
+}
+
+/// `order` tells for each place which face comes there. Indices and attributes move along.
+HRESULT HeadlessMesh::SortFaces(const DWORD* order)
+{
+    const std::size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
+    const std::unique_ptr<std::uint8_t[]> sorted(new (std::nothrow)
+                                                     std::uint8_t[faceBytes * faceCount]);
+    std::unique_ptr<DWORD[]> sortedAttributes(new (std::nothrow) DWORD[faceCount]);
+    if (!sorted || !sortedAttributes)
+        return E_OUTOFMEMORY;
+    void* indices = nullptr;
+    if (const HRESULT result = indexBuffer->Lock(0, 0, &indices, 0); FAILED(result))
+        return result;
+
+    const auto* faces = static_cast<const std::uint8_t*>(indices);
+    for (DWORD face = 0; face < faceCount; ++face) {
+        std::memcpy(&sorted[face * faceBytes], faces + order[face] * faceBytes, faceBytes);
+        sortedAttributes[face] = attributes[order[face]];
+    }
+    std::memcpy(indices, sorted.get(), faceBytes * faceCount);
+    // In place: the caller may hold a lock on the attributes.
+    std::copy(sortedAttributes.get(), sortedAttributes.get() + faceCount, attributes.get());
+    MakeAttributeTable(indices);
+    return indexBuffer->Unlock();
+}
+
+/// One entry for each attribute that occurs, of faces that are sorted.
+void HeadlessMesh::MakeAttributeTable(const void* indices)
+{
+    attributeTable.clear();
+    const bool isWide = (options & D3DXMESH_32BIT) != 0;
+    for (DWORD face = 0; face < faceCount; ++face) {
+        if (attributeTable.empty() || attributeTable.back().AttribId != attributes[face])
+            attributeTable.push_back({attributes[face], face, 0, 0, 0});
+        D3DXATTRIBUTERANGE& range = attributeTable.back();
+        ++range.FaceCount;
+        if (isWide)
+            TakeVertices(range, static_cast<const DWORD*>(indices) + std::size_t{face} * 3);
+        else
+            TakeVertices(range, static_cast<const WORD*>(indices) + std::size_t{face} * 3);
+    }
+}
