@@ -1,6 +1,6 @@
 #include "platform/headless/d3dx/FilterTexture.h"
 
-#include "platform/headless/d3dx/ComPointer.h"
+#include "platform/ComPointer.h"
 #include "platform/headless/d3dx/LevelLock.h"
 
 HRESULT FillLowerLevels(IDirect3DTexture9& texture, UINT firstLevel, DWORD filter)
@@ -35,6 +35,6 @@ HRESULT WINAPI D3DXFilterTexture(IDirect3DBaseTexture9* texture, const PALETTEEN
     void* object = nullptr;
     if (FAILED(texture->QueryInterface(IID_IDirect3DTexture9, &object)))
         return D3DERR_INVALIDCALL;
-    *flat.Receive() = static_cast<IDirect3DTexture9*>(object);
+    *flat.Out() = static_cast<IDirect3DTexture9*>(object);
     return FillLowerLevels(*flat.Get(), first + 1, checked);
 }

@@ -33,11 +33,11 @@ HRESULT LoadThroughStaging(IDirect3DSurface9& target, const D3DSURFACE_DESC& des
     ComPointer<IDirect3DDevice9> device;
     ComPointer<IDirect3DSurface9> staging;
     const RECT whole = {0, 0, rect.right - rect.left, rect.bottom - rect.top};
-    HRESULT result = target.GetDevice(device.Receive());
+    HRESULT result = target.GetDevice(device.Out());
     if (SUCCEEDED(result))
         result = device->CreateOffscreenPlainSurface(static_cast<UINT>(whole.right),
                                                      static_cast<UINT>(whole.bottom), desc.Format,
-                                                     D3DPOOL_SYSTEMMEM, staging.Receive(), nullptr);
+                                                     D3DPOOL_SYSTEMMEM, staging.Out(), nullptr);
     if (SUCCEEDED(result))
         result = LoadLockable(*staging.Get(), whole, source, filter, colorKey);
     if (FAILED(result))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3dx/ComPointer.h"
+#include "platform/ComPointer.h"
 
 #include <d3dx9.h>
 

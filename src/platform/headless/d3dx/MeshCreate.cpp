@@ -71,14 +71,14 @@ HeadlessMesh::HeadlessMesh(DWORD faces, DWORD vertices, DWORD meshOptions, DWORD
       options(meshOptions),
       fvf(format)
 {
-    device.Share(&owner);
+    device = decltype(device)::Share(&owner);
 }
 
 HeadlessMesh* HeadlessMesh::Create(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                    IDirect3DDevice9& device, HRESULT& resultOut)
 {
     ComPointer<HeadlessMesh> mesh;
-    *mesh.Receive() = new (std::nothrow) HeadlessMesh(faceCount, vertexCount, options, fvf, device);
+    *mesh.Out() = new (std::nothrow) HeadlessMesh(faceCount, vertexCount, options, fvf, device);
     resultOut = mesh ? mesh->MakeBuffers() : E_OUTOFMEMORY;
     return SUCCEEDED(resultOut) ? mesh.Detach() : nullptr;
 }
@@ -92,17 +92,15 @@ HRESULT HeadlessMesh::MakeBuffers()
     if (vertexBytes > kMostBytes || indexBytes > kMostBytes)
         return E_OUTOFMEMORY;
 
-    HRESULT result =
-        device->CreateVertexBuffer(static_cast<UINT>(vertexBytes), UsageOf(options, kVertexUsages),
-                                   fvf, PoolOf(options, D3DXMESH_VB_SYSTEMMEM, D3DXMESH_VB_MANAGED),
-                                   vertexBuffer.Receive(), nullptr);
+    HRESULT result = device->CreateVertexBuffer(
+        static_cast<UINT>(vertexBytes), UsageOf(options, kVertexUsages), fvf,
+        PoolOf(options, D3DXMESH_VB_SYSTEMMEM, D3DXMESH_VB_MANAGED), vertexBuffer.Out(), nullptr);
     if (FAILED(result))
         return result;
-    result =
-        device->CreateIndexBuffer(static_cast<UINT>(indexBytes), UsageOf(options, kIndexUsages),
-                                  isWide ? D3DFMT_INDEX32 : D3DFMT_INDEX16,
-                                  PoolOf(options, D3DXMESH_IB_SYSTEMMEM, D3DXMESH_IB_MANAGED),
-                                  indexBuffer.Receive(), nullptr);
+    result = device->CreateIndexBuffer(
+        static_cast<UINT>(indexBytes), UsageOf(options, kIndexUsages),
+        isWide ? D3DFMT_INDEX32 : D3DFMT_INDEX16,
+        PoolOf(options, D3DXMESH_IB_SYSTEMMEM, D3DXMESH_IB_MANAGED), indexBuffer.Out(), nullptr);
     if (FAILED(result))
         return result;
     attributes.reset(new (std::nothrow) DWORD[faceCount]());

@@ -1,7 +1,7 @@
 #include "platform/headless/d3dx/NearestFormat.h"
 
+#include "platform/ComPointer.h"
 #include "platform/headless/d3d9/PixelFormat.h"
-#include "platform/headless/d3dx/ComPointer.h"
 
 namespace {
 
@@ -64,7 +64,7 @@ public:
     bool Open(IDirect3DDevice9& device, DWORD textureUsage)
     {
         usage = textureUsage;
-        return SUCCEEDED(device.GetDirect3D(d3d.Receive())) &&
+        return SUCCEEDED(device.GetDirect3D(d3d.Out())) &&
                SUCCEEDED(device.GetCreationParameters(&creation)) &&
                SUCCEEDED(device.GetDisplayMode(0, &mode));
     }

@@ -1,7 +1,7 @@
 #include <d3dx9.h>
 
+#include "platform/ComPointer.h"
 #include "platform/headless/d3d9/CallControl.h"
-#include "platform/headless/d3dx/ComPointer.h"
 #include "platform/headless/d3dx/InterfaceId.h"
 
 #include <new>
@@ -15,7 +15,7 @@ class RenderToSurface final : public ID3DXRenderToSurface {
 public:
     RenderToSurface(IDirect3DDevice9& owner, const D3DXRTS_DESC& wanted) : desc(wanted)
     {
-        device.Share(&owner);
+        device = decltype(device)::Share(&owner);
     }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
@@ -142,7 +142,7 @@ HRESULT RenderToSurface::MakeDepthSurface()
     if (depthSurface)
         return D3D_OK;
     return device->CreateDepthStencilSurface(desc.Width, desc.Height, desc.DepthStencilFormat,
-                                             D3DMULTISAMPLE_NONE, 0, FALSE, depthSurface.Receive(),
+                                             D3DMULTISAMPLE_NONE, 0, FALSE, depthSurface.Out(),
                                              nullptr);
 }
 
@@ -159,8 +159,8 @@ HRESULT RenderToSurface::EndScene(DWORD)
 // A device without a depth surface answers "not found", and none is what is restored then.
 void RenderToSurface::Remember()
 {
-    device->GetRenderTarget(0, savedTarget.Receive());
-    device->GetDepthStencilSurface(savedDepth.Receive());
+    device->GetRenderTarget(0, savedTarget.Out());
+    device->GetDepthStencilSurface(savedDepth.Out());
     device->GetViewport(&savedViewport);
 }
 
@@ -170,16 +170,16 @@ void RenderToSurface::Restore()
         device->SetRenderTarget(0, savedTarget.Get());
     device->SetDepthStencilSurface(savedDepth.Get());
     device->SetViewport(&savedViewport);
-    savedTarget.Reset();
-    savedDepth.Reset();
+    savedTarget.Free();
+    savedDepth.Free();
 }
 
 HRESULT RenderToSurface::OnLostDevice()
 {
     inScene = false;
-    savedTarget.Reset();
-    savedDepth.Reset();
-    depthSurface.Reset();
+    savedTarget.Free();
+    savedDepth.Free();
+    depthSurface.Free();
     return D3D_OK;
 }
 

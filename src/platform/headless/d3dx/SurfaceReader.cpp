@@ -13,7 +13,7 @@ HRESULT SurfaceReader::Open(IDirect3DSurface9& surface)
         return D3DERR_INVALIDCALL;
     if (FAILED(surface.LockRect(&rect, nullptr, D3DLOCK_READONLY)))
         return OpenCopy(surface);
-    locked.Share(&surface);
+    locked = decltype(locked)::Share(&surface);
     return D3D_OK;
 }
 
@@ -21,16 +21,16 @@ HRESULT SurfaceReader::OpenCopy(IDirect3DSurface9& surface)
 {
     ComPointer<IDirect3DDevice9> device;
     ComPointer<IDirect3DSurface9> copy;
-    HRESULT result = surface.GetDevice(device.Receive());
+    HRESULT result = surface.GetDevice(device.Out());
     if (SUCCEEDED(result))
         result = device->CreateOffscreenPlainSurface(desc.Width, desc.Height, desc.Format,
-                                                     D3DPOOL_SYSTEMMEM, copy.Receive(), nullptr);
+                                                     D3DPOOL_SYSTEMMEM, copy.Out(), nullptr);
     if (SUCCEEDED(result))
         result = device->GetRenderTargetData(&surface, copy.Get());
     if (SUCCEEDED(result))
         result = copy->LockRect(&rect, nullptr, D3DLOCK_READONLY);
     if (SUCCEEDED(result))
-        locked.Share(copy.Get());
+        locked = decltype(locked)::Share(copy.Get());
     return result;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3dx/ComPointer.h"
+#include "platform/ComPointer.h"
 #include "platform/headless/d3dx/PixelCopy.h"
 
 /// Gives the pixels of a surface as long as this lives. What cannot be locked, such as a render

@@ -1,6 +1,6 @@
 #include <d3dx9.h>
 
-#include "platform/headless/d3dx/ComPointer.h"
+#include "platform/ComPointer.h"
 #include "platform/headless/d3dx/FilterTexture.h"
 #include "platform/headless/d3dx/ImageFileBytes.h"
 #include "platform/headless/d3dx/LevelLock.h"
@@ -111,7 +111,7 @@ HRESULT CreateFilled(IDirect3DDevice9& device, const DecodedImage& image,
 {
     HRESULT result =
         device.CreateTexture(request.width, request.height, request.levels, request.usage,
-                             request.format, request.pool, textureOut.Receive(), nullptr);
+                             request.format, request.pool, textureOut.Out(), nullptr);
     const bool isLockable =
         request.pool != D3DPOOL_DEFAULT || (request.usage & D3DUSAGE_DYNAMIC) != 0;
     if (FAILED(result) || isLockable)
@@ -119,7 +119,7 @@ HRESULT CreateFilled(IDirect3DDevice9& device, const DecodedImage& image,
 
     ComPointer<IDirect3DTexture9> staging;
     result = device.CreateTexture(request.width, request.height, textureOut->GetLevelCount(), 0,
-                                  request.format, D3DPOOL_SYSTEMMEM, staging.Receive(), nullptr);
+                                  request.format, D3DPOOL_SYSTEMMEM, staging.Out(), nullptr);
     if (SUCCEEDED(result))
         result = FillLevels(*staging.Get(), image, request);
     if (SUCCEEDED(result))
