@@ -1,7 +1,27 @@
 #pragma once
 
-/// Makes the engine object `gGfx`. Raises KRE_Error on failure.
-void StartGraphics();
+#include <cstdint>
 
-/// Frees the engine. May be called when nothing was started, and twice.
+#include <windows.h>
+
+/// What the engine is started with.
+struct GraphicsSettings {
+    HWND window = nullptr;
+    int32_t windowed = 1;
+    int32_t width = 640;          ///< pixels, full screen only
+    int32_t height = 480;         ///< pixels, full screen only
+    int32_t bitsPerPixel = 32;    ///< 32, anything else is 16; full screen only
+    int32_t adapter = 0;          ///< full screen only
+    int32_t vsync = 0;            ///< 0 to 4, full screen only
+    int32_t vertexProcessing = 0; ///< 0 software, 1 mixed, 2 hardware
+    int32_t deviceChoice = 0;     ///< 1 the reference device
+};
+
+/// What the options of the run ask for.
+GraphicsSettings SettingsFromOptions();
+
+/// Makes the engine object `gGfx` and its device. Raises KRE_Error on failure.
+void StartGraphics(const GraphicsSettings& settings = SettingsFromOptions());
+
+/// Frees the device and the engine. May be called when nothing was started, and twice.
 void ShutdownGraphics();

@@ -1,19 +1,398 @@
 #pragma once
 
+#include <memory>
+
+#include <d3d9.h>
+#include <d3dx9.h>
+
 #include "base/CFileValidator.h"
+#include "base/HeapArray.h"
 #include "base/KRE_Base.h"
 #include "base/String.h"
+#include "gfx/KRE_FogRecord.h"
+#include "gfx/KRE_PointRecord.h"
+#include "gfx/KRE_ResourceManager.h"
+#include "gfx/KRE_StateCache.h"
+#include "gfx/KRE_Surface.h"
+#include "gfx/KRE_Texture.h"
+#include "gfx/KRE_TextureCatalogue.h"
+#include "gfx/KRE_VertexListTemp.h"
+#include "gfx/KRE_VideoSource.h"
+#include "gfx/RandomGenerator.h"
+#include "platform/ComPointer.h"
+
+class KRE_ShaderEffect;
+struct KRE_TextureRequest;
+
+/// What the engine asks of the system before it has a device. Tests put their own in its place.
+struct KRE_GfxRuntime {
+    /// Whether a library of the installed runtime can be loaded.
+    bool (*hasLibrary)(const char* fileName);
+    /// The interface with one reference for the caller, or null.
+    IDirect3D9* (*createDirect3D)(UINT sdkVersion);
+    HRESULT(WINAPI* createEffectPool)(ID3DXEffectPool** poolOut) = D3DXCreateEffectPool;
+
+    static const KRE_GfxRuntime& System();
+};
 
 /// The one object of the graphics engine, reached through `gGfx`. Each topic of its operations has
-/// a source file of its own, named after it.
+/// a source file of its own, named at the topic's head. Every operation that calls the device keeps
+/// the result in `lastResult`; where nothing else is said a failure is an `Error` that names the
+/// call and the result.
 class KRE_Gfx : public KRE_Base {
 public:
-    KRE_Gfx();
+    /// Raises an `Error` if Direct3D 9 or its helper library is not installed.
+    explicit KRE_Gfx(const KRE_GfxRuntime& systemRuntime = KRE_GfxRuntime::System());
     ~KRE_Gfx() override;
     KRE_Gfx(const KRE_Gfx&) = delete;
     KRE_Gfx& operator=(const KRE_Gfx&) = delete;
 
-    // Paths: KRE_GfxPaths.cpp
+    // ---- Shared objects. They stand first: what holds their ids goes before them.
+
+    KRE_ResourceManager textureManager; ///< IDirect3DTexture9
+    KRE_ResourceManager surfaceManager; ///< IDirect3DSurface9
+    KRE_ResourceManager meshManager;    ///< ID3DXMesh
+    KRE_ResourceManager effectManager;  ///< ShaderEffectData
+    KRE_ResourceManager spareManager;   ///< nothing registers here
+
+    // ---- Device: KRE_GfxDevice.cpp, KRE_GfxDeviceDefaults.cpp, KRE_GfxPresentParameters.cpp
+
+    int32_t GetAdapterCount();
+    /// Takes the adapter for `FindDisplayMode` and `InitDevice`; one that is not there is an `Error`.
+    void SelectAdapter(int32_t index);
+    /// Whether the adapter has a mode of this size and format (A8R8G8B8 stands for X8R8G8B8). A
+    /// refresh rate of 0 becomes the highest one of that size, any other has to be there exactly.
+    bool FindDisplayMode(D3DDISPLAYMODE& mode);
+    /// Makes the device in the place of an earlier one, sets the defaults and builds the engine's own
+    /// lists. Gives 1. `mode` is taken in full screen only and may not be null there. `depthBits` is
+    /// 0 (no depth buffer), 16, 24 or 32; `vsyncMode` 0 (at once) or to each 1st to 4th refresh, full
+    /// screen only. `vertexProcessing` 0 is software, 1 mixed, 2 hardware, where the hardware can.
+    /// `deviceChoice` 1 is the reference device, 2 the adapter of a performance tool if it is there.
+    int32_t InitDevice(HWND windowHandle, int32_t isWindowed, const D3DDISPLAYMODE* mode,
+                       int32_t depthBits, int32_t vsyncMode, int32_t vertexProcessing,
+                       int32_t deviceChoice);
+    /// Fills `presentParams` from the members and looks at the client rectangle.
+    void BuildPresentParameters();
+    /// Takes hold of the device's render target, depth surface and back buffer.
+    void AcquireTargetSurfaces();
+    /// States that hold for all fixed-function drawing.
+    void FixedFunctionDefaults();
+    /// Releases everything of the device, the device and the interface. May be called twice.
+    void FreeDevice();
+
+    ComPointer<IDirect3D9> d3d;
+    ComPointer<IDirect3DDevice9> device;
+    D3DPRESENT_PARAMETERS presentParams{};
+    D3DCAPS9 caps{}; ///< of the device, once there is one
+    D3DDISPLAYMODE displayMode{};
+    D3DDEVTYPE deviceType = D3DDEVTYPE_HAL;
+    UINT adapter = 0;
+    HWND window = nullptr;
+    D3DFORMAT backBufferFormat = D3DFMT_UNKNOWN; ///< with alpha where the display has room for it
+    D3DFORMAT displayFormat = D3DFMT_UNKNOWN;    ///< without; the adapter format of format checks
+    int32_t windowed = 1;
+    int32_t deviceReady = 0;
+    int32_t zBits = 0;
+    int32_t vsync = 0;
+    int32_t hardwareVertexProcessing = 0; ///< the device was made with it
+    RECT clientRect{};                    ///< of the window at the last look, in pixels
+    ComPointer<IDirect3DSurface9> renderTarget;
+    ComPointer<IDirect3DSurface9> depthSurface; ///< null without a depth buffer
+    KRE_Surface backBuffer;
+    ComPointer<ID3DXEffectPool> effectPool;
+
+    // ---- Frame: KRE_GfxFrame.cpp
+
+    /// Presents the frame and gives 1. Gives 0 for a frame that was dropped for a reset: the window
+    /// has changed its size or the device is lost.
+    int32_t ShowFrame();
+    /// Frames per second over the last second. Not a number while fewer than two samples are there.
+    float GetFramesPerSecond() const;
+
+    struct FrameSample {
+        double time = 0.0; ///< seconds
+        int32_t frames = 0;
+    };
+    static constexpr int32_t kFrameSamples = 60;
+    double startTime = 0.0;     ///< seconds
+    double lastFrameTime = 0.0; ///< seconds
+    int32_t frameCount = 0;
+    FrameSample fpsRing[kFrameSamples];
+    int32_t fpsRingIndex = 0; ///< the oldest sample, written next
+
+    // ---- Reset: KRE_GfxReset.cpp
+
+    /// Waits until a lost device can be had again, and resets it: to `mode`, or with null to the
+    /// display mode as it was; in a window to the client area's size. Managed objects and vertex
+    /// lists live on, objects of the default pool are gone.
+    void ResetDevice(const D3DDISPLAYMODE* mode);
+    /// Sends the states that the engine keeps to a device that has forgotten them.
+    /// QUIRK: z enable is not among them; it stays what the device has after a reset.
+    void RestoreRenderStates();
+
+    // ---- Render states: KRE_GfxRenderState.cpp
+
+    /// Makes all shadows unknown, so that each next call reaches the device.
+    void ResetStateCache();
+    /// Always sends. Floats go by their bits.
+    void SetRenderState(D3DRENDERSTATETYPE state, DWORD value);
+    /// As above, for a float.
+    void SetRenderState(D3DRENDERSTATETYPE state, float value);
+    void SetClipping(int32_t on);
+    /// `on` 255 passes only an alpha equal to `reference`, any other value but 0 a greater one.
+    void SetAlphaTest(int32_t on, int32_t reference);
+    void SetPatchEdgeStyle(int32_t style);
+    void SetAlphaBlendEnable(int32_t on);
+    void SetNormalizeNormals(int32_t on);
+    void SetTextureFactor(D3DCOLOR color);
+    /// Replaces the alpha of the texture factor, 0 to 255.
+    void SetTextureFactorAlpha(int32_t alpha);
+    /// `mode` is a D3DFILLMODE. A record is kept for drawing in points, null keeps the last one.
+    void SetFillMode(int32_t mode, const KRE_PointRecord* record);
+    /// Culls counter-clockwise faces with -1, none with 0, clockwise ones with 1.
+    void SetCullMode(int32_t mode);
+    /// Null is the linear ramp. Gives 0 where the device has no ramp, else 1.
+    int32_t SetGammaRamp(const D3DGAMMARAMP* ramp, int32_t calibrate);
+    static D3DGAMMARAMP LinearGammaRamp();
+
+    KRE_StateCache cache;
+    int32_t clipping = 1;
+    int32_t alphaTest = 0;
+    int32_t alphaReference = 0;
+    int32_t patchEdgeStyle = D3DPATCHEDGE_DISCRETE;
+    D3DCOLOR textureFactor = 0xFFFFFFFF;
+    int32_t fillMode = D3DFILL_SOLID;
+    int32_t cullMode = -1;
+    D3DGAMMARAMP gammaRamp;
+    int32_t gammaCalibrate = 0;
+
+    // ---- Depth, clearing and the scene bracket: KRE_GfxDepth.cpp
+
+    /// `mode` is a D3DZBUFFERTYPE. W buffering becomes Z buffering where the hardware has none.
+    void SetZEnable(int32_t mode);
+    void SetZWrite(int32_t on);
+    /// These two are counted: the outermost pair switches.
+    void DisableZ();
+    void EnableZ();
+    /// Clears the target and, where there is one, the depth buffer to 1.0. `rect` null is all of it.
+    void Clear(D3DCOLOR color, const D3DRECT* rect = nullptr);
+    /// Clears the depth buffer alone. Without one it is an `Error`.
+    void ClearZ(D3DCOLOR color, const D3DRECT* rect = nullptr);
+    void BeginScene();
+    void EndScene();
+    void SetRenderTarget(IDirect3DSurface9* surface, DWORD index);
+
+    int32_t zEnable = D3DZB_TRUE;
+    int32_t zDisableCount = 0;
+    int32_t zWrite = 1;
+    int32_t inScene = 0;
+
+    // ---- Fog and points: KRE_GfxFog.cpp, KRE_GfxPoints.cpp
+
+    /// QUIRK: without the table flag the mode goes to table fog, with it to vertex fog by range.
+    void SetFog(const KRE_FogRecord& record);
+    void SetFogEnable(int32_t on);
+    /// Sends a record, each value if it is new. A maximum size above what can be drawn is lowered in
+    /// the record, with a warning. `sprites` tells that the hardware draws, whose limit is lower.
+    void SetPointParameters(KRE_PointRecord& record, int32_t sprites);
+
+    KRE_FogRecord fog;
+    int32_t fogEnable = 0;
+    KRE_PointRecord pointRecord; ///< of drawing in points
+
+    // ---- Light and material: KRE_GfxLight.cpp
+
+    /// With lighting off, surfaces show `color`, whose alpha is taken as 255; null is white.
+    void SetLighting(int32_t on, const D3DCOLOR* color);
+    void SetSpecular(int32_t on);
+    void SetAmbient(D3DCOLOR color);
+    /// Both take an index from 0 to 8; another one is an `Error`.
+    void SetLight(int32_t index, const D3DLIGHT9& light);
+    void LightEnable(int32_t index, int32_t on);
+    /// Keeps the material. While an effect draws, the device is not told.
+    void SetMaterial(const D3DMATERIAL9& newMaterial);
+
+    int32_t lighting = 0;
+    D3DCOLOR unlitColor = 0xFFFFFFFF; ///< of drawing without light
+    int32_t specular = 0;
+    D3DCOLOR ambientColor = 0xFFFFFFFF;
+    D3DLIGHT9 lights[KRE_StateCache::kLights]{}; ///< as last sent
+    D3DMATERIAL9 material;                       ///< as last set
+    D3DMATERIAL9 defaultMaterial;                ///< of meshes without materials
+
+    // ---- Texture stages and samplers: KRE_GfxTextureStage.cpp. Stages are 0 to 7.
+
+    /// These two always send.
+    void SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
+    void SetSamplerState(DWORD stage, D3DSAMPLERSTATETYPE type, DWORD value);
+    void SetColorOp(int32_t stage, DWORD value);
+    void SetColorArg1(int32_t stage, DWORD value);
+    void SetColorArg2(int32_t stage, DWORD value);
+    void SetColorArg0(int32_t stage, DWORD value);
+    void SetAlphaOp(int32_t stage, DWORD value);
+    void SetAlphaArg1(int32_t stage, DWORD value);
+    void SetAlphaArg2(int32_t stage, DWORD value);
+    void SetTexCoordIndex(int32_t stage, DWORD value);
+    void SetTextureTransformFlags(int32_t stage, DWORD value);
+    void SetConstant(int32_t stage, D3DCOLOR color);
+    /// `mode` is a D3DTEXTUREADDRESS. A failure is a warning.
+    void SetTextureAddressU(DWORD mode, int32_t stage);
+    void SetTextureAddressV(DWORD mode, int32_t stage);
+    void SetTextureAddress(DWORD mode, int32_t stage);
+    /// `mode` is a D3DTEXTUREFILTERTYPE from 0 to 2, between mip levels. Left out on a device
+    /// without mip maps.
+    void SetMipmapMode(int32_t mode, float bias, int32_t stage);
+    /// One setting by its number: magnification linear 1, point 2; minification linear 3, point 4,
+    /// anisotropic 5; magnification anisotropic 6; both addresses wrap 7, clamp 8, mirror 9; -1
+    /// nothing. Gives 1, or 0 for any other number.
+    int32_t SetTextureFilter(int32_t mode, int32_t stage);
+    /// What a stage shows: 1 or -1 the texture lit by the vertex colour, 2 the vertex colour, 3 the
+    /// constant `color`.
+    void SetRenderSource(int32_t source, int32_t stage, D3DCOLOR color);
+
+    static constexpr int32_t kStages = KRE_StateCache::kStages;
+    DWORD addressU[kStages];
+    DWORD addressV[kStages];
+    int32_t mipmapMode[kStages]{};
+    float lodBias[kStages]{};
+    int32_t stageSource[kStages];
+    /// What the device has on each stage; not owned. `UnknownTexture` differs from any texture.
+    IDirect3DBaseTexture9* boundTexture[kStages];
+    static IDirect3DBaseTexture9* UnknownTexture();
+
+    // ---- Blending: KRE_GfxBlendMode.cpp
+
+    /// How pixels meet what is there already: 1 or -1 not at all, 2 to 17 without 8 by the table in
+    /// the source. `value` is an alpha from 0 to 255.
+    void SetBlendMode(int32_t mode, int32_t value, int32_t stage);
+
+    int32_t materialStages = 2; ///< stages that a material may take; never changed
+    int32_t blendMode = 1;
+    int32_t blendValue = 255; ///< alpha of the material, 0 to 255
+    D3DCOLOR tintColor = 0;   ///< added to every textured surface; 0 is none
+
+    // ---- Transforms and viewport: KRE_GfxTransform.cpp
+
+    void SetTransform(D3DTRANSFORMSTATETYPE type, const D3DMATRIX& matrix);
+    /// Scaled so that w is the depth, as W buffering and fog want it, unless m34 is 0.
+    void SetProjectionMatrix(const D3DMATRIX& matrix);
+    void SetViewMatrix(const D3DMATRIX& matrix);
+    /// An index outside the palette of 256 is left out.
+    void SetWorldMatrix(const D3DMATRIX& matrix, int32_t index = 0);
+    void UpdateWorldViewProj();
+    /// Distances above 0, `fieldOfView` vertical in radians. An `aspect` of -1 is the viewport's.
+    void SetProjection(float nearZ, float farZ, float fieldOfView, float aspect);
+    /// Turns the picture left to right, faces included; a second call turns it back.
+    void MirrorScene();
+    /// The eye's position in the world.
+    void GetViewPosition(D3DXVECTOR3& positionOut);
+    /// For texture coordinates that are carried as (u, v, 1); null is none.
+    void SetTextureTransform(const D3DMATRIX* matrix, int32_t stage);
+    /// Corners in pixels, the second one outside. In a window a failure is a warning.
+    void SetViewport(DWORD x1, DWORD y1, DWORD x2, DWORD y2, float minZ, float maxZ);
+
+    static constexpr int32_t kWorldMatrices = 256;
+    D3DXMATRIX view;
+    D3DXMATRIX projection;
+    D3DXMATRIX world[kWorldMatrices];
+    D3DXMATRIX worldViewProj;
+    D3DXMATRIX textureMatrix[kStages];
+    D3DVIEWPORT9 viewport{};
+    float nearZ = 1.0f;
+    float farZ = 10000.0f;
+    float aspectFactor = 1.0f; ///< width of a pixel by its height
+    int32_t viewportChanged = 0;
+    int32_t matricesChanged = 0;
+
+    // ---- Vertices: KRE_GfxVertexInput.cpp, KRE_GfxVertexLists.cpp
+
+    void SetFVF(DWORD fvf);
+    /// QUIRK: the buffer always goes to stream 0, whatever `stream` says.
+    void SetStreamSource(UINT stream, IDirect3DVertexBuffer9* buffer, UINT stride);
+    void SetIndices(IDirect3DIndexBuffer9* buffer);
+    /// Only on a device made with hardware vertex processing.
+    void SetSoftwareVertexProcessing(int32_t on);
+    void SetVertexBlend(DWORD value);
+    /// Gives 0 and sets nothing where neither software nor hardware can blend by index, else 1.
+    int32_t SetIndexedVertexBlend(int32_t on);
+    /// Who can process such vertices: 0 software, 1 hardware, 2 the skinning effect. `boneIndex` is
+    /// the highest one used, below 0 for none. `forEffect` asks for the effect alone.
+    int32_t GetVertexProcessing(const VertexInfo& info, int32_t boneIndex, int32_t forEffect);
+    /// Makes the buffer of a list whose format is set; what it held goes. `usage` is of D3DUSAGE_ or
+    /// -1 for what the list's kind wants.
+    void CreateVertexList(KRE_VertexListBase* list, int32_t count, int32_t usage,
+                          int32_t systemMemory);
+
+    static constexpr int32_t kSkinningCapsIndexed = 1;  ///< the effect blends by bone index
+    static constexpr int32_t kSkinningCapsVertices = 2; ///< the effect processes plain vertices
+    DWORD currentFvf = 0;
+    UINT streamNumber = 0;
+    int32_t hardwareSkinning = 1;
+    int32_t hardwareSkinningLimit = 18; ///< bones of a palette; below 0 the device's limit alone
+    int32_t skinningEffectLimit = 26;   ///< matrices that the skinning effect takes
+    int32_t skinningEffectCaps = 0;     ///< of kSkinningCaps
+    int32_t quadBatchVertices = 32;
+    KRE_VertexListTemp<KRE_TLVertex> tlList;
+    KRE_VertexListTemp<KRE_LVertex> lList;
+    KRE_VertexListTemp<KRE_LVertex> lQuadList;
+    KRE_VertexListTemp<KRE_VertexPosTex> posTexList; ///< covers the screen in clip space
+    KRE_VertexListTemp<KRE_PointVertex> pointList;
+
+    // ---- Effects
+
+    KRE_ShaderEffect* materialEffect = nullptr; ///< not owned, lives in the material
+    KRE_ShaderEffect* sceneEffect = nullptr;    ///< not owned
+    KRE_ShaderEffect* skinningEffect = nullptr; ///< not owned
+    RandomGenerator random;
+
+    // ---- Textures: KRE_GfxTextures.cpp, KRE_GfxLoadTexture.cpp, KRE_GfxFrameList.cpp,
+    //      KRE_GfxVideoSources.cpp
+
+    /// Flags that may be added to a mode of `LoadTexture` from 0 to 3.
+    static constexpr int32_t kKeepTexture = 0x2000; ///< what the object holds is not freed first
+    static constexpr int32_t kNoStretch = 0x1000;   ///< the picture is not resampled
+
+    /// Loads a picture, a list of frames (".ifl") or a video source (">>Video" and its number) into
+    /// the current frame or slot. Files are shared by name and size. `mode` is -1, 0 or 2 for the
+    /// managed pool, 1 for the default pool, 3 for a render target. `format` is a D3DFORMAT or -1 to
+    /// choose by the file, `mipLevels` 0 the full chain. Whatever cannot be loaded is an `Error`.
+    void LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
+                     int32_t format, int32_t mipLevels);
+    /// Makes an empty picture in the current frame or slot. `mode` is -1 or 4 for the managed pool, 1
+    /// for the default pool, 2 for system memory, 3 for a render target. A `format` of -1 is the
+    /// back buffer's.
+    void CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
+                       int32_t format, int32_t mipLevels);
+    /// A small grey picture, in the place of one that is missing.
+    void MakePlaceholder(KRE_Texture* texture);
+    /// The name that a file is shared under: its leaf and its size, so that files of one name in two
+    /// directories stay apart. The leaf alone if it cannot be opened.
+    void MakeResourceName(String* nameOut, const char* file);
+    /// The format to load a picture in; unknown is the file's own.
+    D3DFORMAT ChooseTextureFormat(const D3DXIMAGE_INFO& info) const;
+    /// Whether textures can have a format, 1 or 0 with a warning. `mode` 3 asks for render targets,
+    /// 5 for depth surfaces, any other for plain textures.
+    int32_t CheckFormat(D3DFORMAT format, int32_t mode);
+    /// Compresses pictures from `minimumPixels` on: with `level` 1 or above. Level 1 asks for DXT1, 2
+    /// for DXT5 as well; a device without them is an `Error`.
+    void SetTextureCompression(int32_t level, int32_t minimumPixels);
+    /// Where a file is that a file of `directory` names. If there is none, false with the name.
+    bool FindTextureFile(String* pathOut, const char* name, const char* directory);
+    bool FindEffectFile(String* pathOut, const char* name, const char* directory);
+    /// Lets a video source fill its texture. A source that is not set up is an `Error`.
+    void UpdateVideoSource(int32_t source);
+    /// Frees the engine's own textures, the catalogue and the video sources' textures.
+    void FreeTextures();
+
+    static constexpr int32_t kVideoSources = 16;
+    KRE_VideoSource videoSources[kVideoSources]; ///< filled by who wants one; nothing here does
+    int32_t textureCompression = 0;              ///< of `SetTextureCompression`
+    int32_t pixelsForCompression = 65536;        ///< smaller pictures stay uncompressed
+    int32_t noTextures = 0;    ///< 1: every load gives the screen texture; nothing here sets it
+    KRE_Texture screenTexture; ///< made when first used
+    KRE_TextureCatalogue catalogue{*this};
+
+    // ---- Paths: KRE_GfxPaths.cpp
 
     /// Warns about a path that will not travel to another machine and gives false; callers go on
     /// with it. QUIRK: an apostrophe counts as absolute, one leading backslash does not.
@@ -27,9 +406,57 @@ public:
     String ResolveTexturePath(const char* name, const char* referrerDirectory);
     String ResolveEffectPath(const char* name, const char* referrerDirectory);
 
+    static constexpr int32_t kScratchBytes = 65536;
+    HeapArray<char> scratch{kScratchBytes}; ///< for one call at a time
+
 private:
+    /// Keeps a result; a failure is an `Error` with the result's name in the place of its one %s.
+    void Check(HRESULT result, const char* text);
+
+    void SetRenderStateOnce(D3DRENDERSTATETYPE state, DWORD value);
+    void SetRenderStateOnce(D3DRENDERSTATETYPE state, float value);
+    void SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
+    bool SetTextureAddressOnce(DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type);
+    bool CheckStage(int32_t stage);
+    void CheckLight(int32_t index);
+    void SetBlendColorOps(int32_t mode, int32_t stage);
+    bool CanBlendByIndex(int32_t boneIndex) const;
+    void ClearTarget(DWORD flags, D3DCOLOR color, const D3DRECT* rect);
+
+    void FreeDeviceObjects();
+    int32_t FindPerfHudAdapter();
+    void TakeDisplayMode(const D3DDISPLAYMODE* mode);
+    void SelectDeviceType(int32_t deviceChoice);
+    DWORD ChooseBehaviourFlags(int32_t vertexProcessing);
+    void SetDeviceDefaults();
+    void BuildVertexLists();
+    D3DFORMAT DepthFormat();
+    UINT PresentationInterval();
+
+    void WaitForLostDevice();
+    void ReleaseTargetSurfaces();
+    void ReleaseDefaultPoolObjects();
+    void SampleFrameRate(double now);
+
+    bool NeedsPowersOfTwo() const;
+    ComPointer<IDirect3DTexture9> MakeDeviceTexture(int32_t width, int32_t height,
+                                                    int32_t mipLevels, DWORD usage,
+                                                    D3DFORMAT format, D3DPOOL pool,
+                                                    const char* failureText);
+    void RegisterTexture(KRE_Texture& texture, ComPointer<IDirect3DTexture9> made,
+                         const char* name);
+    bool ShareTexture(KRE_Texture& texture, const char* name);
+    void ShareScreenTexture(KRE_Texture& texture);
+    void LoadImageFile(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
+    ComPointer<IDirect3DTexture9> CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
+                                                  const KRE_TextureRequest& request);
+    void LoadFrameList(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
+    void LoadVideoTexture(KRE_Texture& texture, const char* number, int32_t format);
+    void MakeVideoTexture(KRE_Texture& texture, const char* name, int32_t source, int32_t format);
+
     void RebuildSearchPaths();
 
+    const KRE_GfxRuntime runtime;
     String defaultTexturePath;
     String defaultBasePath;
     CFileValidator textureValidator;
@@ -38,3 +465,6 @@ private:
 
 /// Owned by graphics start-up and shutdown; null outside them.
 extern KRE_Gfx* gGfx;
+
+/// 1 from the end of graphics start-up to shutdown.
+extern int32_t gGraphicsStarted;

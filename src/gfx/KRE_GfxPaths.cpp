@@ -40,8 +40,6 @@ void KRE_Gfx::RebuildSearchPaths()
     if (!defaultTexturePath.IsEmpty())
         textureValidator.AddDirectory(defaultTexturePath.c_str(), true);
     // The compiled effect goes first: it wins over its source where the name itself is gone.
-    // QUIRK: the extensions come with the first default path, so an engine without any looks for
-    // effects by their own name only.
     effectValidator.AddExtension("fxo");
     effectValidator.AddExtension("fx");
 }

@@ -2,13 +2,14 @@
 
 #include "app/Options.h"
 #include "app/ProcessDirectory.h"
+#include "tests/app/ScratchEngine.h"
 
 #include <cstdio>
 #include <gtest/gtest.h>
 
 std::string Walk(const char* pattern, const char* options)
 {
-    ParseOptions(options);
+    const ScratchEngine engine(options);
     std::snprintf(gFilePattern, sizeof gFilePattern, "%s", pattern);
     testing::internal::CaptureStdout();
     ProcessFilePattern();

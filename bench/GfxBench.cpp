@@ -1,0 +1,81 @@
+#include "gfx/KRE_Gfx.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+/// A hidden window for the device, made once.
+HWND BenchWindow()
+{
+    static const HWND kWindow = [] {
+        WNDCLASSEXA windowClass = {};
+        windowClass.cbSize = sizeof windowClass;
+        windowClass.lpfnWndProc = DefWindowProcA;
+        windowClass.lpszClassName = "QSA2QSB_BENCH";
+        RegisterClassExA(&windowClass);
+        return CreateWindowExA(0, "QSA2QSB_BENCH", "bench", WS_POPUP, 0, 0, 640, 480, nullptr,
+                               nullptr, nullptr, nullptr);
+    }();
+    return kWindow;
+}
+
+void StartAndShutDown(benchmark::State& state)
+{
+    for (auto _ : state) {
+        KRE_Gfx engine;
+        engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+        engine.FreeDevice();
+    }
+}
+BENCHMARK(StartAndShutDown);
+
+void Reset(benchmark::State& state)
+{
+    KRE_Gfx engine;
+    engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+    for (auto _ : state)
+        engine.ResetDevice(nullptr);
+}
+BENCHMARK(Reset);
+
+/// A checked state that the device has already: one comparison.
+void UnchangedRenderState(benchmark::State& state)
+{
+    KRE_Gfx engine;
+    engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+    for (auto _ : state)
+        engine.SetSpecular(0);
+}
+BENCHMARK(UnchangedRenderState);
+
+void UnchangedStageState(benchmark::State& state)
+{
+    KRE_Gfx engine;
+    engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+    for (auto _ : state)
+        engine.SetColorOp(0, D3DTOP_MODULATE);
+}
+BENCHMARK(UnchangedStageState);
+
+/// The same state as `UnchangedRenderState`, through to the device.
+void SentRenderState(benchmark::State& state)
+{
+    KRE_Gfx engine;
+    engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+    for (auto _ : state)
+        engine.SetRenderState(D3DRS_SPECULARENABLE, DWORD{0});
+}
+BENCHMARK(SentRenderState);
+
+void FindAmongSharedNames(benchmark::State& state)
+{
+    KRE_ResourceManager manager;
+    int object = 0;
+    for (int64_t i = 0; i < state.range(0); ++i)
+        manager.Add(&object, ("texture_" + std::to_string(i) + ".bmp").c_str());
+    for (auto _ : state)
+        benchmark::DoNotOptimize(manager.Acquire("texture_0.bmp_"));
+}
+BENCHMARK(FindAmongSharedNames)->Arg(16)->Arg(4096);
+
+} // namespace

@@ -1,0 +1,104 @@
+// Any frame list, byte for byte: its lines, and the load of all of them in an empty directory.
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <unistd.h>
+
+#include "base/ErrorClass.h"
+#include "base/KRE_Base.h"
+#include "base/ResetLogForTests.h"
+#include "gfx/KRE_FrameList.h"
+#include "gfx/KRE_Gfx.h"
+
+namespace {
+
+/// An engine with a device, in a directory of its own that holds the list and the log.
+class Bench {
+public:
+    Bench()
+        : directory(std::filesystem::temp_directory_path() /
+                    ("qsa2qsb-ifl-" + std::to_string(getpid())))
+    {
+        std::filesystem::create_directory(directory);
+        WNDCLASSEXA windowClass = {};
+        windowClass.cbSize = sizeof windowClass;
+        windowClass.lpfnWndProc = DefWindowProcA;
+        windowClass.lpszClassName = "IFL_FUZZ";
+        RegisterClassExA(&windowClass);
+        const HWND window = CreateWindowExA(0, "IFL_FUZZ", "", WS_POPUP, 0, 0, 64, 64, nullptr,
+                                            nullptr, nullptr, nullptr);
+        engine = std::make_unique<KRE_Gfx>();
+        engine->InitDevice(window, 1, nullptr, 16, 0, 0, 0);
+        engine->videoSources[3].width = engine->videoSources[3].height = 2;
+    }
+    ~Bench()
+    {
+        engine.reset();
+        std::error_code ignored;
+        std::filesystem::remove_all(directory, ignored);
+    }
+    Bench(const Bench&) = delete;
+    Bench& operator=(const Bench&) = delete;
+
+    std::filesystem::path directory;
+    std::unique_ptr<KRE_Gfx> engine;
+};
+
+/// Works in a directory for as long as it lives: the fuzzer's own paths are relative.
+class InDirectory {
+public:
+    explicit InDirectory(const std::filesystem::path& directory)
+        : before(std::filesystem::current_path())
+    {
+        std::filesystem::current_path(directory);
+    }
+    ~InDirectory() { std::filesystem::current_path(before); }
+    InDirectory(const InDirectory&) = delete;
+    InDirectory& operator=(const InDirectory&) = delete;
+
+private:
+    std::filesystem::path before;
+};
+
+void CheckLines(std::string_view text)
+{
+    for (const std::string_view name : SplitFrameList(text)) {
+        const bool lies =
+            name.data() >= text.data() && name.data() + name.size() <= text.data() + text.size();
+        if (!lies || name.empty() || static_cast<unsigned char>(name[0]) <= ' ' ||
+            name.find_first_of("\r\n") != std::string_view::npos)
+            std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    CheckLines(text);
+
+    static const Bench bench;
+    KRE_Gfx& engine = *bench.engine;
+    const InDirectory inside(bench.directory);
+    ResetLogForTests();
+    std::ofstream("list.ifl", std::ios::binary) << text;
+    {
+        KRE_Texture texture;
+        try {
+            engine.LoadTexture(&texture, "list.ifl", 0, -1, -1, 1);
+            if (texture.sequenceCount < 1)
+                std::abort();
+        } catch (const KRE_Error&) {
+        } catch (const ErrorMsg&) {}
+    }
+    if (engine.textureManager.GetCount() != 0)
+        std::abort();
+    return 0;
+}

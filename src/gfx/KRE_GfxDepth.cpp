@@ -1,0 +1,69 @@
+#include "gfx/KRE_Gfx.h"
+
+void KRE_Gfx::SetZEnable(int32_t mode)
+{
+    const bool hasWBuffer = (caps.RasterCaps & D3DPRASTERCAPS_WBUFFER) != 0;
+    if (mode == D3DZB_USEW && !hasWBuffer)
+        mode = D3DZB_TRUE;
+    SetRenderState(D3DRS_ZENABLE, static_cast<DWORD>(mode));
+    zEnable = mode;
+    zDisableCount = 0;
+}
+
+void KRE_Gfx::SetZWrite(int32_t on)
+{
+    zWrite = on;
+    SetRenderStateOnce(D3DRS_ZWRITEENABLE, static_cast<DWORD>(on));
+}
+
+void KRE_Gfx::DisableZ()
+{
+    if (zDisableCount == 0)
+        SetRenderState(D3DRS_ZENABLE, DWORD{D3DZB_FALSE});
+    ++zDisableCount;
+}
+
+void KRE_Gfx::EnableZ()
+{
+    if (zDisableCount > 0)
+        --zDisableCount;
+    if (zDisableCount == 0 && zEnable != D3DZB_FALSE)
+        SetRenderState(D3DRS_ZENABLE, static_cast<DWORD>(zEnable));
+}
+
+void KRE_Gfx::Clear(D3DCOLOR color, const D3DRECT* rect)
+{
+    const bool hasDepth = zBits > 0 && depthSurface;
+    ClearTarget(D3DCLEAR_TARGET | (hasDepth ? D3DCLEAR_ZBUFFER : 0u), color, rect);
+}
+
+void KRE_Gfx::ClearZ(D3DCOLOR color, const D3DRECT* rect)
+{
+    if (!depthSurface)
+        Error("Render target has no zbuffer!");
+    ClearTarget(D3DCLEAR_ZBUFFER, color, rect);
+}
+
+void KRE_Gfx::ClearTarget(DWORD flags, D3DCOLOR color, const D3DRECT* rect)
+{
+    lastResult = device->Clear(rect ? 1 : 0, rect, flags, color, 1.0f, 0);
+    if (FAILED(lastResult))
+        Error("Clear failed!");
+}
+
+void KRE_Gfx::BeginScene()
+{
+    Check(device->BeginScene(), "BeginScene failed: %s");
+    inScene = 1;
+}
+
+void KRE_Gfx::EndScene()
+{
+    Check(device->EndScene(), "EndScene failed: %s");
+    inScene = 0;
+}
+
+void KRE_Gfx::SetRenderTarget(IDirect3DSurface9* surface, DWORD index)
+{
+    Check(device->SetRenderTarget(index, surface), "Can not set render target: %s");
+}

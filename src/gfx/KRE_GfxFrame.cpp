@@ -1,0 +1,74 @@
+#include "gfx/KRE_Gfx.h"
+
+#include "base/Clock.h"
+#include "gfx/DirectXErrorName.h"
+
+namespace {
+
+/// One sixtieth of a second, as a double that a float was widened to.
+constexpr double kSampleInterval = 0.01666666753590107;
+constexpr double kSampleWindow = 1.0; // seconds
+
+LONG Width(const RECT& rect)
+{
+    return rect.right - rect.left;
+}
+
+LONG Height(const RECT& rect)
+{
+    return rect.bottom - rect.top;
+}
+
+constexpr int32_t Before(int32_t index)
+{
+    return (index + KRE_Gfx::kFrameSamples - 1) % KRE_Gfx::kFrameSamples;
+}
+
+constexpr int32_t After(int32_t index)
+{
+    return (index + 1) % KRE_Gfx::kFrameSamples;
+}
+
+} // namespace
+
+int32_t KRE_Gfx::ShowFrame()
+{
+    if (windowed) {
+        const RECT before = clientRect;
+        GetClientRect(window, &clientRect);
+        if (Width(clientRect) != Width(before) || Height(clientRect) != Height(before)) {
+            ResetDevice(nullptr);
+            return 0;
+        }
+    }
+    const HRESULT result = device->Present(nullptr, nullptr, nullptr, nullptr);
+    lastResult = result;
+    SampleFrameRate(GetTimeSeconds());
+    if (SUCCEEDED(result))
+        return 1;
+    if (result != D3DERR_DEVICELOST)
+        Error("Present failed! %s", DirectXErrorName(result));
+    ResetDevice(nullptr);
+    return 0;
+}
+
+void KRE_Gfx::SampleFrameRate(double now)
+{
+    if (now - fpsRing[Before(fpsRingIndex)].time > kSampleInterval) {
+        fpsRing[fpsRingIndex] = {now, frameCount};
+        fpsRingIndex = After(fpsRingIndex);
+    }
+    lastFrameTime = now;
+    ++frameCount;
+}
+
+float KRE_Gfx::GetFramesPerSecond() const
+{
+    const int32_t newestIndex = Before(fpsRingIndex);
+    const FrameSample& newest = fpsRing[newestIndex];
+    int32_t oldest = fpsRingIndex;
+    while (oldest != newestIndex && newest.time - fpsRing[oldest].time > kSampleWindow)
+        oldest = After(oldest);
+    const int32_t frames = newest.frames - fpsRing[oldest].frames;
+    return static_cast<float>(frames / (newest.time - fpsRing[oldest].time));
+}

@@ -1,0 +1,81 @@
+#include "gfx/KRE_Gfx.h"
+
+#include "gfx/ShaderEffectData.h"
+
+namespace {
+
+/// Releases what lives in the default pool, which no reset succeeds beside. Its entry stays, with its
+/// users' counts, and holds nothing from then on.
+template <class Object, class GetDescription>
+void ReleaseDefaultPool(KRE_ResourceManager& manager, GetDescription getDescription)
+{
+    for (int32_t i = 0; i < manager.GetCount(); ++i) {
+        KRE_Resource* entry = manager.GetEntry(i);
+        auto* object = static_cast<Object*>(entry->pointer);
+        D3DSURFACE_DESC description{};
+        description.Pool = D3DPOOL_MANAGED;
+        if (!object || FAILED(getDescription(object, &description)))
+            continue;
+        if (description.Pool == D3DPOOL_DEFAULT) {
+            object->Release();
+            entry->pointer = nullptr;
+        }
+    }
+}
+
+/// Calls an operation of each loaded effect. The results are of no use: an effect without device
+/// objects of its own may well decline.
+void ForEachEffect(KRE_ResourceManager& manager, HRESULT (STDMETHODCALLTYPE ID3DXEffect::*call)())
+{
+    for (int32_t i = 0; i < manager.GetCount(); ++i) {
+        const auto* data = static_cast<const ShaderEffectData*>(manager.GetEntry(i)->pointer);
+        if (data && data->effect)
+            (data->effect.Get()->*call)();
+    }
+}
+
+} // namespace
+
+void KRE_Gfx::ResetDevice(const D3DDISPLAYMODE* mode)
+{
+    WaitForLostDevice();
+    ReleaseDefaultPoolObjects();
+    if (mode)
+        displayMode = *mode;
+    BuildPresentParameters();
+    Check(device->Reset(&presentParams), "Device Reset failed: %s");
+    ForEachEffect(effectManager, &ID3DXEffect::OnResetDevice);
+    AcquireTargetSurfaces();
+    ResetStateCache();
+    RestoreRenderStates();
+}
+
+/// The window stays alive meanwhile: its messages are handled here.
+void KRE_Gfx::WaitForLostDevice()
+{
+    for (;;) {
+        lastResult = device->TestCooperativeLevel();
+        if (lastResult != D3DERR_DEVICELOST)
+            return;
+        MSG message;
+        if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageA(&message);
+        }
+    }
+}
+
+void KRE_Gfx::ReleaseDefaultPoolObjects()
+{
+    backBuffer.Free();
+    ReleaseDefaultPool<IDirect3DSurface9>(
+        surfaceManager, [](IDirect3DSurface9* surface, D3DSURFACE_DESC* description) {
+            return surface->GetDesc(description);
+        });
+    ReleaseDefaultPool<IDirect3DTexture9>(
+        textureManager, [](IDirect3DTexture9* texture, D3DSURFACE_DESC* description) {
+            return texture->GetLevelDesc(0, description);
+        });
+    ForEachEffect(effectManager, &ID3DXEffect::OnLostDevice);
+    ReleaseTargetSurfaces();
+}

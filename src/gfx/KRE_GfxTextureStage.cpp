@@ -1,0 +1,191 @@
+#include "gfx/KRE_Gfx.h"
+
+#include "gfx/DirectXErrorName.h"
+
+#include <bit>
+
+bool KRE_Gfx::CheckStage(int32_t stage)
+{
+    const bool isStage = stage >= 0 && stage < kStages;
+    if (!isStage)
+        Error("Invalid stage: %i", stage);
+    return isStage;
+}
+
+void KRE_Gfx::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, DWORD value)
+{
+    lastResult = device->SetTextureStageState(stage, type, value);
+    if (FAILED(lastResult))
+        Error(" SetTextureStageState failed: %s (stage %i, type %i, value %i)",
+              DirectXErrorName(lastResult), static_cast<int>(stage), type, static_cast<int>(value));
+    if (stage < KRE_StateCache::kStages &&
+        static_cast<uint32_t>(type) < KRE_StateCache::kStageStates)
+        cache.stageState[stage][type] = static_cast<int32_t>(value);
+}
+
+void KRE_Gfx::SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value)
+{
+    if (CheckStage(stage) && cache.stageState[stage][type] != static_cast<int32_t>(value))
+        SetTextureStageState(static_cast<DWORD>(stage), type, value);
+}
+
+void KRE_Gfx::SetSamplerState(DWORD stage, D3DSAMPLERSTATETYPE type, DWORD value)
+{
+    lastResult = device->SetSamplerState(stage, type, value);
+    if (FAILED(lastResult))
+        Error(" SetSamplerState failed: %s (stage %i, type %i, value %i)",
+              DirectXErrorName(lastResult), static_cast<int>(stage), type, static_cast<int>(value));
+    if (stage < KRE_StateCache::kStages &&
+        static_cast<uint32_t>(type) < KRE_StateCache::kSamplerStates)
+        cache.samplerState[stage][type] = static_cast<int32_t>(value);
+}
+
+void KRE_Gfx::SetColorOp(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_COLOROP, value);
+}
+
+void KRE_Gfx::SetColorArg1(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_COLORARG1, value);
+}
+
+void KRE_Gfx::SetColorArg2(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_COLORARG2, value);
+}
+
+void KRE_Gfx::SetColorArg0(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_COLORARG0, value);
+}
+
+void KRE_Gfx::SetAlphaOp(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_ALPHAOP, value);
+}
+
+void KRE_Gfx::SetAlphaArg1(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_ALPHAARG1, value);
+}
+
+void KRE_Gfx::SetAlphaArg2(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_ALPHAARG2, value);
+}
+
+void KRE_Gfx::SetTexCoordIndex(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_TEXCOORDINDEX, value);
+}
+
+void KRE_Gfx::SetTextureTransformFlags(int32_t stage, DWORD value)
+{
+    SetTextureStageStateOnce(stage, D3DTSS_TEXTURETRANSFORMFLAGS, value);
+}
+
+void KRE_Gfx::SetConstant(int32_t stage, D3DCOLOR color)
+{
+    SetTextureStageState(static_cast<DWORD>(stage), D3DTSS_CONSTANT, color);
+}
+
+/// False when the device refused; the value stays unknown then.
+bool KRE_Gfx::SetTextureAddressOnce(DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type)
+{
+    int32_t& shadow = cache.samplerState[stage][type];
+    if (shadow == static_cast<int32_t>(mode))
+        return true;
+    lastResult = device->SetSamplerState(static_cast<DWORD>(stage), type, mode);
+    shadow = SUCCEEDED(lastResult) ? static_cast<int32_t>(mode) : KRE_StateCache::kUnknown;
+    return SUCCEEDED(lastResult);
+}
+
+void KRE_Gfx::SetTextureAddressU(DWORD mode, int32_t stage)
+{
+    CheckStage(stage);
+    addressU[stage] = mode;
+    if (!SetTextureAddressOnce(mode, stage, D3DSAMP_ADDRESSU))
+        Warning("Failed to set texture U-adress mode %i", static_cast<int>(mode));
+}
+
+void KRE_Gfx::SetTextureAddressV(DWORD mode, int32_t stage)
+{
+    CheckStage(stage);
+    addressV[stage] = mode;
+    if (!SetTextureAddressOnce(mode, stage, D3DSAMP_ADDRESSV))
+        Warning("Failed to set texture V-adress mode %i", static_cast<int>(mode));
+}
+
+void KRE_Gfx::SetTextureAddress(DWORD mode, int32_t stage)
+{
+    SetTextureAddressU(mode, stage);
+    SetTextureAddressV(mode, stage);
+}
+
+void KRE_Gfx::SetMipmapMode(int32_t mode, float bias, int32_t stage)
+{
+    CheckStage(stage);
+    mipmapMode[stage] = mode;
+    lodBias[stage] = bias;
+    if (!(caps.TextureCaps & D3DPTEXTURECAPS_MIPMAP))
+        return;
+    if (mode < D3DTEXF_NONE || mode > D3DTEXF_LINEAR)
+        Error("Wrong mipmap mode!");
+    const auto sampler = static_cast<DWORD>(stage);
+    SetSamplerState(sampler, D3DSAMP_MIPFILTER, static_cast<DWORD>(mode));
+    if (caps.RasterCaps & D3DPRASTERCAPS_MIPMAPLODBIAS)
+        SetSamplerState(sampler, D3DSAMP_MIPMAPLODBIAS, std::bit_cast<DWORD>(bias));
+}
+
+int32_t KRE_Gfx::SetTextureFilter(int32_t mode, int32_t stage)
+{
+    static constexpr struct {
+        D3DSAMPLERSTATETYPE state;
+        D3DTEXTUREFILTERTYPE filter;
+    } kFilters[] = {
+        // from mode 1
+        {D3DSAMP_MAGFILTER, D3DTEXF_LINEAR},      {D3DSAMP_MAGFILTER, D3DTEXF_POINT},
+        {D3DSAMP_MINFILTER, D3DTEXF_LINEAR},      {D3DSAMP_MINFILTER, D3DTEXF_POINT},
+        {D3DSAMP_MINFILTER, D3DTEXF_ANISOTROPIC}, {D3DSAMP_MAGFILTER, D3DTEXF_ANISOTROPIC},
+    };
+    static constexpr D3DTEXTUREADDRESS kAddresses[] = {// from mode 7
+                                                       D3DTADDRESS_WRAP, D3DTADDRESS_CLAMP,
+                                                       D3DTADDRESS_MIRROR};
+
+    if (mode == -1)
+        return 1;
+    if (mode < 1 || mode > 9)
+        return 0;
+    if (mode <= 6)
+        SetSamplerState(static_cast<DWORD>(stage), kFilters[mode - 1].state,
+                        kFilters[mode - 1].filter);
+    else
+        SetTextureAddress(kAddresses[mode - 7], stage);
+    return 1;
+}
+
+void KRE_Gfx::SetRenderSource(int32_t source, int32_t stage, D3DCOLOR color)
+{
+    CheckStage(stage);
+    switch (source) {
+    case -1:
+    case 1:
+        SetColorOp(stage, D3DTOP_MODULATE);
+        SetColorArg1(stage, D3DTA_TEXTURE);
+        SetColorArg2(stage, D3DTA_DIFFUSE);
+        break;
+    case 2:
+        SetColorOp(stage, D3DTOP_SELECTARG2);
+        SetColorArg2(stage, D3DTA_DIFFUSE);
+        break;
+    case 3:
+        SetColorOp(stage, D3DTOP_SELECTARG2);
+        SetColorArg2(stage, D3DTA_TFACTOR);
+        SetTextureFactor(color);
+        break;
+    default:
+        Error("Invalid render source selected");
+    }
+    stageSource[stage] = source;
+}

@@ -1,0 +1,56 @@
+#include "gfx/KRE_TextureCatalogue.h"
+
+#include "gfx/KRE_Gfx.h"
+
+static constexpr int32_t kFullMipChain = 0;
+
+KRE_TextureCatalogue::KRE_TextureCatalogue(KRE_Gfx& gfxIn) : gfx(gfxIn)
+{
+    SetClassName("KRE_TextureCatalogue");
+}
+
+bool KRE_TextureCatalogue::AddTexture(const char* name, const char* file, D3DCOLOR colorKey,
+                                      bool stretch)
+{
+    SearchTree<TextureData>::DataEntry* entry = textures.Insert(name);
+    if (!entry) {
+        Warning("Duplicate entry '%s' in file '%s'", name, file);
+        return false;
+    }
+    entry->data.file.Assign(file);
+    entry->data.colorKey = colorKey;
+    entry->data.stretch = stretch;
+    String path;
+    if (!gfx.FindTextureFile(&path, file, ""))
+        Warning("Texture file not found: '%s'", file);
+    return true;
+}
+
+KRE_Texture* KRE_TextureCatalogue::GetTexture(const char* name)
+{
+    SearchTree<TextureData>::DataEntry* entry = textures.Find(name);
+    if (!entry)
+        return nullptr;
+    TextureData& data = entry->data;
+    if (!data.texture)
+        data.texture = Load(data);
+    return data.texture.get();
+}
+
+std::unique_ptr<KRE_Texture> KRE_TextureCatalogue::Load(const TextureData& data)
+{
+    auto texture = std::make_unique<KRE_Texture>();
+    String path;
+    if (gfx.FindTextureFile(&path, data.file.c_str(), "")) {
+        const int32_t mode = data.stretch ? -1 : KRE_Gfx::kNoStretch;
+        gfx.LoadTexture(texture.get(), path.c_str(), data.colorKey, mode, -1, kFullMipChain);
+    } else {
+        gfx.MakePlaceholder(texture.get());
+    }
+    return texture;
+}
+
+void KRE_TextureCatalogue::Free()
+{
+    textures.Clear();
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+
+#include <d3d9.h>
+
+#include "base/KRE_Base.h"
+#include "base/SearchTree.h"
+#include "base/String.h"
+#include "gfx/KRE_Texture.h"
+
+class KRE_Gfx;
+
+/// Textures by name that load when they are first asked for. Names are printable ASCII; others are
+/// an `Error` of the tree.
+class KRE_TextureCatalogue : public KRE_Base {
+public:
+    /// `gfxIn` has to outlive the catalogue; it is not used before the first operation.
+    explicit KRE_TextureCatalogue(KRE_Gfx& gfxIn);
+
+    /// Adds an entry. A name that is there already is a warning and gives false: the first one
+    /// stays. A file that cannot be found is a warning only. `stretch` allows resampling.
+    bool AddTexture(const char* name, const char* file, D3DCOLOR colorKey, bool stretch);
+    /// The texture of a name, owned here until `Free`, or null for a name without an entry. A file
+    /// that cannot be found gives a small grey picture; one that cannot be read is an `Error`.
+    KRE_Texture* GetTexture(const char* name);
+    /// Forgets all entries and frees their textures.
+    void Free();
+
+private:
+    struct TextureData {
+        std::unique_ptr<KRE_Texture> texture; ///< owned; null until it is first asked for
+        String file;
+        D3DCOLOR colorKey = 0;
+        bool stretch = true;
+    };
+
+    std::unique_ptr<KRE_Texture> Load(const TextureData& data);
+
+    KRE_Gfx& gfx;
+    SearchTree<TextureData> textures;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+
+/// The engine's random numbers: a Mersenne twister's table.
+class RandomGenerator {
+public:
+    static constexpr int32_t kWords = 624;
+
+    /// Fills the table from one number, by the linear rule x * 69069 + 1.
+    void Seed(uint32_t seed);
+
+    uint32_t table[kWords] = {};
+};

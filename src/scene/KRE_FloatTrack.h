@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+
+#include "scene/KRE_ArrayTrack.h"
+
+/// A key of a float track as files hold it. Tangents point away from the key.
+struct KRE_FloatKey {
+    float time = 0.0f; ///< seconds
+    float value = 0.0f;
+    float inTangent = 0.0f;
+    float outTangent = 0.0f;
+};
+static_assert(sizeof(KRE_FloatKey) == 16);
+static_assert(offsetof(KRE_FloatKey, outTangent) == 12);
+
+/// A float that changes over time: the opacity of a material, a number of a texture matrix.
+class KRE_FloatTrack : public KRE_ArrayTrack<KRE_FloatKey> {
+public:
+    /// The value at a time in seconds; 0 without keys. A looping track may raise its `loopEnd`.
+    /// `derivativeOut`, if given, takes the change in a second, and is left alone by linear tracks
+    /// and where the first or last key holds.
+    float Evaluate(float time, float* derivativeOut = nullptr);
+};

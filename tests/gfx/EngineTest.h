@@ -1,0 +1,71 @@
+#pragma once
+
+#include "base/ErrorClass.h"
+#include "gfx/KRE_Gfx.h"
+#include "tests/support/RecordingDirect3D.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The message of the error that `work` raises, of either family; "no error" without one.
+template <class Work>
+std::string RaisedBy(Work work)
+{
+    try {
+        work();
+    } catch (const KRE_Error& error) {
+        return error.message;
+    } catch (const ErrorMsg& error) {
+        return error.message;
+    }
+    return "no error";
+}
+
+/// A hidden window without a frame, so that its client area is as large as the window.
+class HiddenWindow {
+public:
+    HiddenWindow(int width, int height);
+    ~HiddenWindow();
+    HiddenWindow(const HiddenWindow&) = delete;
+    HiddenWindow& operator=(const HiddenWindow&) = delete;
+
+    void Resize(int width, int height);
+    HWND Handle() const { return window; }
+
+private:
+    HWND window;
+};
+
+/// An engine over an interface that notes its calls. Unless a test says otherwise nothing real stands
+/// behind it.
+class EngineTest : public testing::Test {
+protected:
+    explicit EngineTest(ComHandle<RecordingDirect3D> direct3D = RecordingDirect3D::Standalone());
+
+    /// Makes the device, in the window unless a mode for full screen is given, and forgets the calls
+    /// so far.
+    void Start(const D3DDISPLAYMODE* fullScreen = nullptr, int32_t vertexProcessing = 2);
+
+    /// The calls since the last look.
+    std::vector<std::string> Calls();
+    /// The calls of one name since the last look, which this is not.
+    std::vector<std::string> CallsOf(const char* name) { return recorder->LinesOf(name); }
+
+    void FailNext(const char* name, HRESULT result = D3DERR_INVALIDCALL, const char* match = "")
+    {
+        recorder->FailNext(name, result, match);
+    }
+
+    /// The last warning since the last look, or empty.
+    std::string LastWarning();
+
+    const ScratchDirectory scratch; // the log is written here
+    HiddenWindow window{64, 48};
+    std::shared_ptr<CallRecorder> recorder;
+    RecordingDirect3D* d3d; // not owned, lives in the engine
+    std::unique_ptr<KRE_Gfx> engine;
+    KRE_Gfx& gfx;
+};

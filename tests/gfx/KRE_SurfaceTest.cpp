@@ -1,0 +1,367 @@
+#include "gfx/KRE_Surface.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+#include "gfx/KRE_ResourceManager.h"
+#include "tests/gfx/ErrorText.h"
+#include "tests/gfx/StubResources.h"
+
+namespace {
+
+/// A surface of the engine over pixels of a test's choice. `stub` lives as long as `surface` has it.
+struct SurfaceOverBytes {
+    SurfaceOverBytes(D3DFORMAT format, UINT width, UINT height, int pitch,
+                     std::vector<uint8_t> bytes)
+        : stub(new StubSurface(format, width, height, pitch, std::move(bytes)))
+    {
+        surface.SetSurface(ComPointer<IDirect3DSurface9>::Adopt(stub));
+    }
+
+    KRE_Surface surface;
+    StubSurface* stub;
+};
+
+std::vector<uint8_t> Bytes(std::initializer_list<DWORD> pixels)
+{
+    std::vector<uint8_t> bytes(pixels.size() * sizeof(DWORD));
+    std::memcpy(bytes.data(), pixels.begin(), bytes.size());
+    return bytes;
+}
+
+/// A square of A8R8G8B8 pixels, each with the alpha that `alphaAt(x, y)` gives.
+template <class AlphaAt>
+SurfaceOverBytes MakeAlphaPicture(int side, AlphaAt alphaAt)
+{
+    std::vector<uint8_t> bytes;
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+            const uint8_t alpha = static_cast<uint8_t>(alphaAt(x, y));
+            bytes.insert(bytes.end(), {0x30, 0x20, 0x10, alpha});
+        }
+    }
+    return {D3DFMT_A8R8G8B8, static_cast<UINT>(side), static_cast<UINT>(side), side * 4, bytes};
+}
+
+} // namespace
+
+TEST(KRE_Surface, TakesSizeAndFormatOfTheDescription)
+{
+    SurfaceOverBytes s(D3DFMT_R5G6B5, 3, 2, 8, std::vector<uint8_t>(16));
+    EXPECT_TRUE(s.surface.IsValid());
+    EXPECT_EQ(s.surface.format, D3DFMT_R5G6B5);
+    EXPECT_EQ(s.surface.bytesPerPixel, 2);
+    SIZE size = {};
+    s.surface.GetFullSize(&size);
+    EXPECT_EQ(size.cx, 3);
+    EXPECT_EQ(size.cy, 2);
+    RECT rect = {};
+    s.surface.GetRect(&rect);
+    EXPECT_EQ(rect.right, 3);
+    EXPECT_EQ(rect.bottom, 2);
+}
+
+TEST(KRE_Surface, WithoutASurfaceIsNotValidAndCannotBeLocked)
+{
+    KRE_Surface surface;
+    EXPECT_FALSE(surface.IsValid());
+    EXPECT_FALSE(surface.HasAlpha());
+    EXPECT_EQ(ErrorText([&] { surface.Lock(nullptr, 0); }), "LockRect failed: D3DERR_INVALIDCALL");
+}
+
+TEST(KRE_Surface, ReadsAndWritesPixelsOfTheLockedPicture)
+{
+    SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({0x11111111, 0x22222222, 3, 4}));
+    s.surface.Lock(nullptr, 0);
+    D3DCOLOR color = 0;
+    EXPECT_TRUE(s.surface.GetPixel(1, 0, &color));
+    EXPECT_EQ(color, 0x22222222u);
+    EXPECT_TRUE(s.surface.PutPixel(0, 1, 0xAABBCCDD));
+    EXPECT_EQ(s.stub->bytes, Bytes({0x11111111, 0x22222222, 0xAABBCCDD, 4}));
+    s.surface.Unlock();
+    EXPECT_EQ(s.surface.locked, 0);
+}
+
+TEST(KRE_Surface, WritesNoMoreThanThePixel)
+{
+    SurfaceOverBytes s(D3DFMT_R8G8B8, 2, 1, 6, {1, 2, 3, 4, 5, 6});
+    s.surface.Lock(nullptr, 0);
+    EXPECT_TRUE(s.surface.PutPixel(0, 0, 0xFF0A0B0C));
+    EXPECT_EQ(s.stub->bytes, (std::vector<uint8_t>{0x0C, 0x0B, 0x0A, 4, 5, 6}));
+    D3DCOLOR color = 0;
+    EXPECT_TRUE(s.surface.GetPixel(1, 0, &color));
+    EXPECT_EQ(color, 0x00060504u);
+}
+
+TEST(KRE_Surface, AReadOutsideTheLockedRectangleLeavesTheOutputAlone)
+{
+    SurfaceOverBytes s(D3DFMT_A8R8G8B8, 4, 4, 16, std::vector<uint8_t>(64, 0x77));
+    const RECT area = {1, 1, 3, 3};
+    s.surface.Lock(&area, 0);
+    static const struct {
+        const char* what;
+        int32_t x, y;
+    } cases[] = {{"left", 0, 1},  {"above", 1, 0},       {"right", 3, 1},
+                 {"below", 1, 3}, {"far below", 1, 400}, {"negative", -1, 2}};
+    for (const auto& c : cases) {
+        D3DCOLOR color = 0x12345678;
+        EXPECT_FALSE(s.surface.GetPixel(c.x, c.y, &color)) << c.what;
+        EXPECT_FALSE(s.surface.GetCompressedPix(c.x, c.y, &color)) << c.what;
+        EXPECT_FALSE(s.surface.PutPixel(c.x, c.y, 0)) << c.what;
+        EXPECT_EQ(color, 0x12345678u) << c.what;
+    }
+    EXPECT_EQ(s.stub->bytes, std::vector<uint8_t>(64, 0x77));
+}
+
+TEST(KRE_Surface, CoordinatesAreThoseOfThePictureAlsoWithARectangle)
+{
+    SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
+    const RECT area = {1, 1, 2, 2};
+    s.surface.Lock(&area, 0);
+    D3DCOLOR color = 0;
+    EXPECT_TRUE(s.surface.GetPixel(1, 1, &color));
+    EXPECT_EQ(color, 4u);
+}
+
+TEST(KRE_Surface, ARectangleBeyondThePictureEndsWithIt)
+{
+    SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
+    const RECT area = {0, 0, 100, 100};
+    s.surface.Lock(&area, 0);
+    D3DCOLOR color = 9;
+    EXPECT_FALSE(s.surface.GetPixel(2, 0, &color));
+    EXPECT_FALSE(s.surface.GetPixel(0, 2, &color));
+    EXPECT_EQ(color, 9u);
+}
+
+TEST(KRE_Surface, WithoutALockNothingIsRead)
+{
+    SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
+    D3DCOLOR color = 9;
+    EXPECT_FALSE(s.surface.GetPixel(0, 0, &color));
+    s.surface.Lock(nullptr, 0);
+    s.surface.Unlock();
+    EXPECT_FALSE(s.surface.GetPixel(0, 0, &color));
+    EXPECT_EQ(color, 9u);
+}
+
+TEST(KRE_Surface, FillGivesEveryPixelTheColourAndStaysLocked)
+{
+    // 3 pixels of 2 bytes in rows of 8: the last 2 bytes of a row belong to no pixel.
+    // 0xFFF89850 is 11111 100110 01010 = 0xFCCA.
+    SurfaceOverBytes s(D3DFMT_R5G6B5, 3, 2, 8, std::vector<uint8_t>(16, 0x55));
+    s.surface.Fill(0xFFF89850);
+    const std::vector<uint8_t> row = {0xCA, 0xFC, 0xCA, 0xFC, 0xCA, 0xFC, 0x55, 0x55};
+    std::vector<uint8_t> expected = row;
+    expected.insert(expected.end(), row.begin(), row.end());
+    EXPECT_EQ(s.stub->bytes, expected);
+    EXPECT_EQ(s.surface.locked, 1);
+}
+
+TEST(KRE_Surface, FillOfACompressedPictureIsAnError)
+{
+    SurfaceOverBytes s(D3DFMT_DXT1, 4, 4, 8, std::vector<uint8_t>(8));
+    EXPECT_EQ(ErrorText([&] { s.surface.Fill(0); }),
+              "Can not fill a picture of compressed format (827611204)"); // 'DXT1'
+}
+
+TEST(KRE_Surface, CompressedPixelsLieInBlocksOfFourByFour)
+{
+    // 8 by 8 pixels: two rows of two DXT1 blocks of one colour each: red, green, blue, black.
+    std::vector<uint8_t> bytes;
+    for (const int color : {0xF800, 0x07E0, 0x001F, 0x0000}) {
+        const uint8_t low = static_cast<uint8_t>(color & 0xFF);
+        const uint8_t high = static_cast<uint8_t>(color >> 8);
+        bytes.insert(bytes.end(), {low, high, 0, 0, 0, 0, 0, 0});
+    }
+    SurfaceOverBytes s(D3DFMT_DXT1, 8, 8, 16, bytes);
+    s.surface.Lock(nullptr, 0);
+    static const struct {
+        int32_t x, y;
+        D3DCOLOR color;
+    } cases[] = {{0, 0, 0xFFF80000}, {3, 3, 0xFFF80000}, {4, 0, 0xFF00FC00}, {7, 3, 0xFF00FC00},
+                 {0, 4, 0xFF0000F8}, {3, 7, 0xFF0000F8}, {4, 4, 0xFF000000}, {7, 7, 0xFF000000}};
+    for (const auto& c : cases) {
+        D3DCOLOR color = 1;
+        EXPECT_TRUE(s.surface.GetCompressedPix(c.x, c.y, &color));
+        EXPECT_EQ(color, c.color) << c.x << ", " << c.y;
+    }
+    D3DCOLOR color = 9;
+    EXPECT_FALSE(s.surface.GetCompressedPix(8, 0, &color));
+    EXPECT_FALSE(s.surface.GetPixel(0, 0, &color)) << "blocks have no plain pixels";
+    EXPECT_FALSE(s.surface.PutPixel(0, 0, 0));
+    EXPECT_EQ(color, 9u);
+}
+
+TEST(KRE_Surface, ADxt1BlockWithTheFirstColourBelowTheSecondDecodesAsFourColours)
+{
+    // c0 = 0x07E0 (green) below c1 = 0xF800 (red), all codes 3: a third of c0, two thirds of c1.
+    SurfaceOverBytes s(D3DFMT_DXT1, 4, 4, 8, {0xE0, 0x07, 0x00, 0xF8, 0xFF, 0xFF, 0xFF, 0xFF});
+    s.surface.Lock(nullptr, 0);
+    D3DCOLOR color = 0;
+    EXPECT_TRUE(s.surface.GetCompressedPix(2, 2, &color));
+    EXPECT_EQ(color, 0xFFA55400u);
+}
+
+TEST(KRE_Surface, CompressedPixelsOfDxt2To4AreAnError)
+{
+    for (const D3DFORMAT format : {D3DFMT_DXT2, D3DFMT_DXT3, D3DFMT_DXT4}) {
+        SurfaceOverBytes s(format, 4, 4, 16, std::vector<uint8_t>(16));
+        s.surface.Lock(nullptr, 0);
+        D3DCOLOR color = 9;
+        EXPECT_EQ(ErrorText([&] { s.surface.GetCompressedPix(0, 0, &color); }),
+                  "Unsupported texture compression format for GetCompressedPix()");
+        EXPECT_EQ(color, 9u);
+    }
+}
+
+TEST(KRE_Surface, CompressedPixelsOfAPlainFormatArePlainPixels)
+{
+    SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 1, 8, Bytes({1, 2}));
+    s.surface.Lock(nullptr, 0);
+    D3DCOLOR color = 0;
+    EXPECT_TRUE(s.surface.GetCompressedPix(1, 0, &color));
+    EXPECT_EQ(color, 2u);
+}
+
+TEST(KRE_Surface, CompressedFormatsLeaveTheBytesOfAPixelAsTheyWere)
+{
+    SurfaceOverBytes s(D3DFMT_R5G6B5, 4, 4, 8, std::vector<uint8_t>(32));
+    s.surface.SetSurface(ComPointer<IDirect3DSurface9>::Adopt(
+        new StubSurface(D3DFMT_DXT1, 4, 4, 8, std::vector<uint8_t>(8))));
+    EXPECT_EQ(s.surface.bytesPerPixel, 2);
+    EXPECT_EQ(s.surface.encodePixel(0x12345678), 0x12345678u);
+}
+
+TEST(KRE_Surface, FormatsThatTheEngineDoesNotReadAreAnError)
+{
+    KRE_Surface surface;
+    EXPECT_EQ(ErrorText([&] {
+                  surface.SetSurface(ComPointer<IDirect3DSurface9>::Adopt(
+                      new StubSurface(D3DFMT_X1R5G5B5, 4, 4, 8, std::vector<uint8_t>(32))));
+              }),
+              "Unsupported pixel format! (24)");
+}
+
+TEST(KRE_Surface, FailuresOfTheDeviceAreErrorsWithTheirNames)
+{
+    SurfaceOverBytes s(D3DFMT_L8, 1, 1, 4, std::vector<uint8_t>(4));
+    s.stub->lockResult = D3DERR_OUTOFVIDEOMEMORY;
+    EXPECT_EQ(ErrorText([&] { s.surface.Lock(nullptr, 0); }),
+              "LockRect failed: D3DERR_OUTOFVIDEOMEMORY");
+    EXPECT_EQ(s.surface.locked, 0);
+    s.stub->unlockResult = D3DERR_DEVICELOST;
+    EXPECT_EQ(ErrorText([&] { s.surface.Unlock(); }), "UnlockRect failed: D3DERR_DEVICELOST");
+
+    StubSurface* stub = new StubSurface(D3DFMT_L8, 1, 1, 4, std::vector<uint8_t>(4));
+    stub->descResult = D3DERR_INVALIDCALL;
+    EXPECT_EQ(ErrorText([&] { s.surface.SetSurface(ComPointer<IDirect3DSurface9>::Adopt(stub)); }),
+              "GetDesc failed: D3DERR_INVALIDCALL");
+}
+
+TEST(KRE_Surface, FreeReleasesWhatItIsTheLastUserOf)
+{
+    const int before = FakeObjectsAlive();
+    KRE_ResourceManager manager;
+    {
+        SurfaceOverBytes s(D3DFMT_L8, 1, 1, 4, std::vector<uint8_t>(4));
+        s.surface.manager = &manager;
+        EXPECT_EQ(FakeObjectsAlive(), before + 1);
+    }
+    EXPECT_EQ(FakeObjectsAlive(), before);
+}
+
+TEST(KRE_Surface, FreeLeavesASharedSurfaceToItsOtherUsers)
+{
+    const int before = FakeObjectsAlive();
+    KRE_ResourceManager manager;
+    SurfaceOverBytes s(D3DFMT_L8, 1, 1, 4, std::vector<uint8_t>(4));
+    s.surface.manager = &manager;
+    s.surface.resourceId = manager.Add(s.stub, "shared");
+    manager.Acquire(s.surface.resourceId);
+    s.surface.Free();
+    EXPECT_FALSE(s.surface.IsValid());
+    EXPECT_EQ(FakeObjectsAlive(), before + 1);
+    s.stub->Release();
+    EXPECT_EQ(FakeObjectsAlive(), before);
+}
+
+TEST(HasAlpha, FindsAnAlphaBetweenTheEnds)
+{
+    SurfaceOverBytes s = MakeAlphaPicture(8, [](int, int) { return 128; });
+    EXPECT_TRUE(s.surface.HasAlpha());
+    EXPECT_EQ(s.surface.alphaState, 1);
+    EXPECT_EQ(s.surface.locked, 0);
+}
+
+TEST(HasAlpha, QuirkAlphaOfOnly0And255IsNoAlpha)
+{
+    SurfaceOverBytes s = MakeAlphaPicture(8, [](int x, int y) { return (x + y) % 2 * 255; });
+    EXPECT_FALSE(s.surface.HasAlpha());
+    EXPECT_EQ(s.surface.alphaState, 0);
+}
+
+TEST(HasAlpha, LooksAtAGridOfSamples)
+{
+    // A side of 8: 8 / 16 = 0, so 4 samples with step 2; 8 mod 4 is 0, so they start at 1: 1, 3, 5, 7.
+    const auto isSample = [](int at) { return at % 2 == 1; };
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 8; ++x) {
+            SurfaceOverBytes s =
+                MakeAlphaPicture(8, [&](int px, int py) { return px == x && py == y ? 128 : 255; });
+            EXPECT_EQ(s.surface.HasAlpha(), isSample(x) && isSample(y)) << x << ", " << y;
+        }
+    }
+}
+
+TEST(HasAlpha, GridStartsAtHalfTheRest)
+{
+    // A side of 11: 4 samples with step 2, rest 3, start 1: 1, 3, 5, 7. A side of 3: 3 samples with
+    // step 1, no rest, start 0: all.
+    SurfaceOverBytes at9 =
+        MakeAlphaPicture(11, [](int x, int y) { return x == 9 && y == 1 ? 1 : 0; });
+    EXPECT_FALSE(at9.surface.HasAlpha());
+    SurfaceOverBytes at7 =
+        MakeAlphaPicture(11, [](int x, int y) { return x == 7 && y == 1 ? 1 : 0; });
+    EXPECT_TRUE(at7.surface.HasAlpha());
+    SurfaceOverBytes all =
+        MakeAlphaPicture(3, [](int x, int y) { return x == 2 && y == 0 ? 1 : 0; });
+    EXPECT_TRUE(all.surface.HasAlpha());
+}
+
+TEST(HasAlpha, WorksForEverySideFrom1To1100)
+{
+    // Every sample lies in the picture: a column of 0 beyond it would be an overrun.
+    for (UINT side = 1; side <= 1100; ++side) {
+        SurfaceOverBytes s(D3DFMT_A8R8G8B8, side, 1, static_cast<int>(side) * 4,
+                           std::vector<uint8_t>(side * 4, 0xFF));
+        EXPECT_FALSE(s.surface.HasAlpha()) << side;
+    }
+}
+
+TEST(HasAlpha, IsFoundOutOnce)
+{
+    SurfaceOverBytes s = MakeAlphaPicture(8, [](int, int) { return 255; });
+    EXPECT_FALSE(s.surface.HasAlpha());
+    std::fill(s.stub->bytes.begin(), s.stub->bytes.end(), uint8_t{128});
+    EXPECT_FALSE(s.surface.HasAlpha());
+}
+
+TEST(HasAlpha, OnlySomeFormatsAreLookedAt)
+{
+    static const struct {
+        const char* what;
+        D3DFORMAT format;
+        bool expected;
+    } cases[] = {
+        {"A4R4G4B4", D3DFMT_A4R4G4B4, true},  // 0x8888: alpha 0x80
+        {"DXT5", D3DFMT_DXT5, true},          // first alpha end point 0x88
+        {"X8R8G8B8", D3DFMT_X8R8G8B8, false}, // the byte is there, but is no alpha
+        {"A8L8", D3DFMT_A8L8, false},         {"DXT1", D3DFMT_DXT1, false},
+        {"DXT3", D3DFMT_DXT3, false},
+    };
+    for (const auto& c : cases) {
+        SurfaceOverBytes s(c.format, 4, 4, 16, std::vector<uint8_t>(64, 0x88));
+        EXPECT_EQ(s.surface.HasAlpha(), c.expected) << c.what;
+    }
+}

@@ -1,0 +1,92 @@
+#include "gfx/KRE_TextureCatalogue.h"
+
+#include "tests/gfx/TextureEngine.h"
+
+using Catalogue = TextureEngine;
+
+TEST_F(Catalogue, LoadsATextureWhenItIsFirstAskedFor)
+{
+    directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
+    EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true));
+    EXPECT_EQ(gfx->textureManager.GetCount(), 0);
+    KRE_Texture* texture = gfx->catalogue.GetTexture("Sky");
+    ASSERT_NE(texture, nullptr);
+    EXPECT_EQ(PixelOf(*texture, 0, 0) & 0xFFFFFF, 0x123456u);
+    EXPECT_EQ(texture->levelCount, 4); // the full chain: 8, 4, 2, 1
+    EXPECT_EQ(gfx->catalogue.GetTexture("Sky"), texture);
+    EXPECT_EQ(gfx->textureManager.GetCount(), 1);
+}
+
+TEST_F(Catalogue, ANameWithoutAnEntryGivesNull)
+{
+    EXPECT_EQ(gfx->catalogue.GetTexture("nothing"), nullptr);
+}
+
+TEST_F(Catalogue, ADuplicateNameWarnsAndKeepsTheFirst)
+{
+    directory.Write("one.bmp", PlainBmp(4, 4, 0x111111));
+    directory.Write("two.bmp", PlainBmp(4, 4, 0x222222));
+    EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "one.bmp", 0, true));
+    EXPECT_FALSE(gfx->catalogue.AddTexture("Sky", "two.bmp", 0, true));
+    EXPECT_EQ(Warnings(), "Duplicate entry 'Sky' in file 'two.bmp'");
+    EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("Sky"), 0, 0) & 0xFFFFFF, 0x111111u);
+}
+
+TEST_F(Catalogue, AMissingFileWarnsAndTurnsGrey)
+{
+    EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "gone.bmp", 0, true));
+    EXPECT_EQ(Warnings(), "Texture file not found: 'gone.bmp'");
+    KRE_Texture* texture = gfx->catalogue.GetTexture("Sky");
+    ASSERT_NE(texture, nullptr);
+    EXPECT_EQ(texture->width, 4);
+    EXPECT_EQ(PixelOf(*texture, 2, 2), 0xFF969696u);
+}
+
+TEST_F(Catalogue, FindsFilesInTheDefaultTexturePath)
+{
+    directory.Write("maps/sky.bmp", PlainBmp(4, 4, 0x111111));
+    gfx->SetDefaultTexturePath("maps");
+    gfx->catalogue.AddTexture("Sky", "C:\\work\\sky.bmp", 0, true);
+    EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("Sky"), 0, 0) & 0xFFFFFF, 0x111111u);
+}
+
+TEST_F(Catalogue, ColourKeyAndStretchGoToTheLoad)
+{
+    directory.Write("odd.bmp", Bmp24(12, 1, std::vector<DWORD>(12, 0xFF00FF)));
+    gfx->SetTextureCompression(1, 0);
+    gfx->catalogue.AddTexture("stretched", "odd.bmp", 0, true);
+    EXPECT_EQ(gfx->catalogue.GetTexture("stretched")->width, 16);
+    gfx->catalogue.Free();
+    gfx->catalogue.AddTexture("kept", "odd.bmp", 0, false);
+    EXPECT_EQ(gfx->catalogue.GetTexture("kept")->width, 12);
+    gfx->catalogue.Free();
+    gfx->SetTextureCompression(0, 0);
+    gfx->catalogue.AddTexture("keyed", "odd.bmp", 0xFFFF00FF, true);
+    EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("keyed"), 3, 0) >> 24, 0u);
+}
+
+TEST_F(Catalogue, AFileThatIsNoPictureIsAnErrorEachTime)
+{
+    directory.Write("bad.bmp", "no picture");
+    gfx->catalogue.AddTexture("Sky", "bad.bmp", 0, true);
+    EXPECT_NE(ErrorText([&] { gfx->catalogue.GetTexture("Sky"); }), "");
+    EXPECT_NE(ErrorText([&] { gfx->catalogue.GetTexture("Sky"); }), "");
+}
+
+TEST_F(Catalogue, FreeForgetsEntriesAndGivesTexturesBack)
+{
+    directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
+    gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true);
+    gfx->catalogue.GetTexture("Sky");
+    gfx->catalogue.Free();
+    EXPECT_EQ(gfx->catalogue.GetTexture("Sky"), nullptr);
+    EXPECT_EQ(gfx->textureManager.GetCount(), 0);
+    EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true));
+}
+
+TEST_F(Catalogue, NamesThatTheTreeCannotHoldAreErrors)
+{
+    EXPECT_EQ(ErrorText([&] { gfx->catalogue.AddTexture("", "a.bmp", 0, true); }),
+              "Empty name string");
+    EXPECT_NE(ErrorText([&] { gfx->catalogue.AddTexture("\xE4", "a.bmp", 0, true); }), "");
+}

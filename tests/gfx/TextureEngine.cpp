@@ -1,0 +1,120 @@
+#include "tests/gfx/TextureEngine.h"
+
+#include "base/ResetLogForTests.h"
+
+namespace {
+
+constexpr const char* kClassName = "QSA2QSB_TEXTURE_TEST";
+
+IDirect3D9* gOffered; // what the engine gets; not owned
+
+HWND MakeHiddenWindow()
+{
+    WNDCLASSEXA windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = DefWindowProcA;
+    windowClass.hInstance = GetModuleHandleA(nullptr);
+    windowClass.lpszClassName = kClassName;
+    RegisterClassExA(&windowClass);
+    return CreateWindowExA(0, kClassName, "textures", WS_POPUP, 0, 0, 64, 64, nullptr, nullptr,
+                           windowClass.hInstance, nullptr);
+}
+
+IDirect3D9* GiveOffered(UINT)
+{
+    gOffered->AddRef();
+    return gOffered;
+}
+
+constexpr KRE_GfxRuntime kRuntime = {[](const char*) { return true; }, GiveOffered};
+
+void AppendWord(std::string& bytes, uint32_t value)
+{
+    for (int shift = 0; shift < 16; shift += 8)
+        bytes += static_cast<char>(value >> shift & 0xFF);
+}
+
+void AppendLong(std::string& bytes, uint32_t value)
+{
+    AppendWord(bytes, value & 0xFFFF);
+    AppendWord(bytes, value >> 16);
+}
+
+} // namespace
+
+TextureEngine::TextureEngine() : window(MakeHiddenWindow())
+{
+    ResetLogForTests();
+    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
+    direct3D = RecordingDirect3D::Wrap(real.get());
+    gOffered = direct3D.get();
+    gfx = std::make_unique<KRE_Gfx>(kRuntime);
+    gfx->InitDevice(window, 1, nullptr, 16, 0, 0, 0);
+}
+
+TextureEngine::~TextureEngine()
+{
+    gfx.reset();
+    direct3D.reset();
+    DestroyWindow(window);
+    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
+    ResetLogForTests();
+}
+
+std::string TextureEngine::Warnings() const
+{
+    return gKreWarningCount > 0 ? gKreErrorRecord.message : "";
+}
+
+D3DCOLOR PixelOf(KRE_Texture& texture, int32_t x, int32_t y)
+{
+    D3DCOLOR color = 0;
+    texture.Lock(nullptr, D3DLOCK_READONLY);
+    EXPECT_TRUE(texture.GetPixel(x, y, &color));
+    texture.Unlock();
+    return color;
+}
+
+std::string Bmp24(int32_t width, int32_t height, const std::vector<DWORD>& pixels)
+{
+    std::string rows;
+    for (int32_t y = height - 1; y >= 0; --y) { // from the bottom
+        for (int32_t x = 0; x < width; ++x) {
+            const DWORD pixel = pixels[static_cast<size_t>(y * width + x)];
+            AppendWord(rows, pixel & 0xFFFF);
+            rows += static_cast<char>(pixel >> 16 & 0xFF);
+        }
+        rows.append(static_cast<size_t>(width % 4), '\0'); // 3 * width up to a multiple of 4
+    }
+    constexpr uint32_t kHeaders = 14 + 40;
+    std::string bytes = "BM";
+    AppendLong(bytes, kHeaders + static_cast<uint32_t>(rows.size()));
+    AppendLong(bytes, 0);
+    AppendLong(bytes, kHeaders);
+    AppendLong(bytes, 40);
+    AppendLong(bytes, static_cast<uint32_t>(width));
+    AppendLong(bytes, static_cast<uint32_t>(height));
+    AppendWord(bytes, 1);  // planes
+    AppendWord(bytes, 24); // bits
+    AppendLong(bytes, 0);  // not compressed
+    AppendLong(bytes, static_cast<uint32_t>(rows.size()));
+    for (int i = 0; i < 4; ++i) // resolution and palette
+        AppendLong(bytes, 0);
+    return bytes + rows;
+}
+
+std::string Tga32(int32_t width, int32_t height, const std::vector<DWORD>& pixels)
+{
+    std::string bytes("\0\0\2\0\0\0\0\0\0\0\0\0", 12); // true colour, no palette
+    AppendWord(bytes, static_cast<uint32_t>(width));
+    AppendWord(bytes, static_cast<uint32_t>(height));
+    bytes += "\x20\x28"; // 32 bits; 8 of them alpha, rows from the top
+    for (const DWORD pixel : pixels)
+        AppendLong(bytes, pixel);
+    return bytes;
+}
+
+std::string PlainBmp(int32_t width, int32_t height, DWORD color)
+{
+    return Bmp24(width, height, std::vector<DWORD>(static_cast<size_t>(width * height), color));
+}
