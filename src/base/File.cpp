@@ -88,10 +88,12 @@ bool File::OpenFailed(const char* format, int errorNumber, const String& name, b
     return false;
 }
 
-void File::Close()
+bool File::Close()
 {
+    bool closed = BringGathered();
     if (FILE* closing = stream.release()) {
-        if (std::fclose(closing) != 0)
+        closed = std::fclose(closing) == 0 && closed;
+        if (!closed)
             Warning("Could not close file: '%s' - %s", fileName.c_str(), std::strerror(errno));
         else if (gOpenHandlesCount > 0)
             --gOpenHandlesCount;
@@ -103,6 +105,21 @@ void File::Close()
     canWrite = 0;
     inMemory = 0;
     lastTransfer = Transfer::none;
+    aheadAt = aheadEnd = room = 0;
+    return closed;
+}
+
+bool File::Flush()
+{
+    if (!canWrite) {
+        Error("File is not writeable");
+        return false;
+    }
+    if (BringGathered() && std::fflush(stream.get()) == 0)
+        return true;
+    TakeStreamPosition();
+    Error("Error writing to file");
+    return false;
 }
 
 void File::LoadIntoMemory()
@@ -119,6 +136,11 @@ void File::LoadIntoMemory()
 void File::Seek(int32_t newPosition)
 {
     if (!inMemory) {
+        aheadAt = aheadEnd = 0;
+        if (!BringGathered()) {
+            Error("Error writing to file");
+            return;
+        }
         const int result = stream ? std::fseek(stream.get(), newPosition, SEEK_SET) : -1;
         if (result != 0) {
             Error("fseek failed: %i", result);
@@ -145,7 +167,8 @@ int32_t File::GetFileTime() const
     return static_cast<int32_t>(static_cast<uint32_t>(info.st_mtime));
 }
 
-bool File::Read(void* bufferOut, int32_t size)
+/// A read that the window does not serve.
+bool File::ReadOn(void* bufferOut, int32_t size)
 {
     if (!canRead) {
         Error("File is not readable");
@@ -157,12 +180,38 @@ bool File::Read(void* bufferOut, int32_t size)
         return ReadFromMemory(bufferOut, size);
 
     PrepareTransfer(Transfer::read);
-    if (size < 0 || std::fread(bufferOut, static_cast<size_t>(size), 1, stream.get()) != 1) {
+    if (size < 0 || !ReadFromStream(bufferOut, size)) {
+        aheadAt = aheadEnd = 0;
         TakeStreamPosition();
         Error("Error reading from file");
         return false;
     }
     position += size;
+    return true;
+}
+
+bool File::ReadFromStream(void* bufferOut, int32_t size)
+{
+    uint8_t* at = static_cast<uint8_t*>(bufferOut);
+    size_t left = static_cast<size_t>(size);
+    if (canWrite) // reading ahead would get in the way of a write
+        return std::fread(at, left, 1, stream.get()) == 1;
+
+    const size_t ahead = static_cast<size_t>(aheadEnd - aheadAt);
+    if (ahead > 0)
+        std::memcpy(at, window.get() + aheadAt, ahead);
+    at += ahead;
+    left -= ahead;
+    aheadAt = aheadEnd = 0;
+    if (left >= static_cast<size_t>(kWindowSize))
+        return std::fread(at, left, 1, stream.get()) == 1;
+    if (!window)
+        window.reset(new uint8_t[kWindowSize]);
+    aheadEnd = static_cast<int32_t>(std::fread(window.get(), 1, kWindowSize, stream.get()));
+    if (left > static_cast<size_t>(aheadEnd))
+        return false;
+    std::memcpy(at, window.get(), left);
+    aheadAt = static_cast<int32_t>(left);
     return true;
 }
 
@@ -196,7 +245,8 @@ bool File::ReadString(String* textOut)
     return false;
 }
 
-bool File::Write(const void* buffer, int32_t size)
+/// A write that the window does not take.
+bool File::WriteOn(const void* buffer, int32_t size)
 {
     if (!canWrite) {
         Error("File is not writeable");
@@ -206,18 +256,37 @@ bool File::Write(const void* buffer, int32_t size)
         return true;
     PrepareTransfer(Transfer::write);
     // The position must stay within int32, as every offset that is stored in a file does.
-    if (size < 0 || size > INT32_MAX - position ||
-        std::fwrite(buffer, static_cast<size_t>(size), 1, stream.get()) != 1) {
+    if (size < 0 || size > INT32_MAX - position || !WriteToStream(buffer, size)) {
         TakeStreamPosition();
         if (fileSize < position)
             fileSize = position;
         Error("Error writing to file");
         return false;
     }
-    position += size;
-    if (fileSize < position)
-        fileSize = position;
+    Advance(size);
     return true;
+}
+
+bool File::WriteToStream(const void* buffer, int32_t size)
+{
+    if (!BringGathered())
+        return false;
+    if (!canRead && !window)
+        window.reset(new uint8_t[kWindowSize]);
+    room = canRead ? 0 : kWindowSize;
+    if (size >= room)
+        return std::fwrite(buffer, static_cast<size_t>(size), 1, stream.get()) == 1;
+    std::memcpy(window.get(), buffer, static_cast<size_t>(size));
+    gathered = size;
+    return true;
+}
+
+/// Hands what was gathered to the stream. What that refuses is lost.
+bool File::BringGathered()
+{
+    const size_t size = static_cast<size_t>(gathered);
+    gathered = 0;
+    return size == 0 || std::fwrite(window.get(), size, 1, stream.get()) == 1;
 }
 
 bool File::WriteString(const String& text)

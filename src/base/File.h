@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 #include "base/ErrorClass.h"
@@ -29,8 +30,11 @@ public:
     /// Closes what is open and makes an empty file; not `writeOnly` allows reading back.
     /// QUIRK: the size of an earlier file of this object stays as the least size.
     bool Create(const char* name, bool writeOnly, bool reportFailure);
-    /// Name, size and position stay readable afterwards.
-    void Close();
+    /// Name, size and position stay readable afterwards. False with a `Warning` if what was written
+    /// could not be brought to the file.
+    bool Close();
+    /// Brings what was written to the file; a failure is the `Error` of a write.
+    bool Flush();
     bool IsOpen() const { return stream != nullptr; }
 
     /// Bytes from the start of the file. In memory any value is taken; the next read checks it.
@@ -44,7 +48,15 @@ public:
     int32_t GetFileTime() const;
 
     /// Reads exactly `size` bytes. Fewer left, or a negative size, is the `Error`.
-    bool Read(void* bufferOut, int32_t size);
+    bool Read(void* bufferOut, int32_t size)
+    {
+        if (size <= 0 || size > aheadEnd - aheadAt)
+            return ReadOn(bufferOut, size);
+        std::memcpy(bufferOut, window.get() + aheadAt, static_cast<size_t>(size));
+        aheadAt += size;
+        position += size;
+        return true;
+    }
     bool ReadInt32(int32_t* valueOut) { return Read(valueOut, 4); }
     bool ReadInt32(uint32_t* valueOut) { return Read(valueOut, 4); }
     bool ReadFloat32(float* valueOut) { return Read(valueOut, 4); }
@@ -56,7 +68,17 @@ public:
     /// bytes that are left is an `Error` before memory is taken.
     bool ReadString(String* textOut);
 
-    bool Write(const void* buffer, int32_t size);
+    /// Gathered and brought to the file in larger pieces, so that a failure may show at a later
+    /// write, at `Flush` or at `Close`.
+    bool Write(const void* buffer, int32_t size)
+    {
+        if (size <= 0 || size > room - gathered || size > INT32_MAX - position)
+            return WriteOn(buffer, size);
+        std::memcpy(window.get() + gathered, buffer, static_cast<size_t>(size));
+        gathered += size;
+        Advance(size);
+        return true;
+    }
     bool WriteInt32(int32_t value) { return Write(&value, 4); }
     bool WriteFloat32(float value) { return Write(&value, 4); }
     bool WriteInt16(int16_t value) { return Write(&value, 2); }
@@ -71,6 +93,17 @@ private:
 
     bool OpenFailed(const char* format, int errorNumber, const String& name, bool reportFailure);
     void LoadIntoMemory();
+    bool ReadOn(void* bufferOut, int32_t size);
+    bool ReadFromStream(void* bufferOut, int32_t size);
+    bool WriteOn(const void* buffer, int32_t size);
+    bool WriteToStream(const void* buffer, int32_t size);
+    bool BringGathered();
+    void Advance(int32_t size)
+    {
+        position += size;
+        if (fileSize < position)
+            fileSize = position;
+    }
     bool ReadFromMemory(void* bufferOut, int32_t size);
     void PrepareTransfer(Transfer next);
     void TakeStreamPosition();
@@ -84,4 +117,13 @@ private:
     int32_t inMemory = 0;                  ///< 1: the whole file lies in `memoryData`
     std::unique_ptr<uint8_t[]> memoryData; ///< owned; `fileSize` bytes, or null
     Transfer lastTransfer = Transfer::none;
+
+    // A stream that goes one way only passes through a window: a call of the library for each number
+    // would cost more than the number.
+    static constexpr int32_t kWindowSize = 65536;
+    std::unique_ptr<uint8_t[]> window; ///< owned; made by the first transfer
+    int32_t aheadAt = 0;               ///< of a reader: the next byte in the window
+    int32_t aheadEnd = 0;
+    int32_t gathered = 0; ///< of a writer: bytes in the window
+    int32_t room = 0;     ///< size of a writer's window; 0 for others
 };

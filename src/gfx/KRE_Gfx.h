@@ -21,8 +21,19 @@
 #include "gfx/RandomGenerator.h"
 #include "platform/ComPointer.h"
 
+class KRE_Camera;
+class KRE_3dScene;
+class KRE_Mesh;
 class KRE_ShaderEffect;
+class QSALoader;
+class File;
 struct KRE_TextureRequest;
+struct QSA_SceneHeader;
+
+/// Lets this header do without the importer's.
+struct QSALoaderDeleter {
+    void operator()(QSALoader* loader) const;
+};
 
 /// What the engine asks of the system before it has a device. Tests put their own in its place.
 struct KRE_GfxRuntime {
@@ -271,7 +282,7 @@ public:
     int32_t blendValue = 255; ///< alpha of the material, 0 to 255
     D3DCOLOR tintColor = 0;   ///< added to every textured surface; 0 is none
 
-    // ---- Transforms and viewport: KRE_GfxTransform.cpp
+    // ---- Transforms and viewport: KRE_GfxTransform.cpp, KRE_GfxCamera.cpp
 
     void SetTransform(D3DTRANSFORMSTATETYPE type, const D3DMATRIX& matrix);
     /// Scaled so that w is the depth, as W buffering and fog want it, unless m34 is 0.
@@ -282,6 +293,9 @@ public:
     void UpdateWorldViewProj();
     /// Distances above 0, `fieldOfView` vertical in radians. An `aspect` of -1 is the viewport's.
     void SetProjection(float nearZ, float farZ, float fieldOfView, float aspect);
+    /// Looks through a camera; `extraTM` carries it along and may be null. Near and far stay.
+    void SetCamera(const KRE_Camera& camera, const D3DXMATRIX* extraTM);
+    void SetLookAt(const D3DXVECTOR3& eye, const D3DXVECTOR3& at, const D3DXVECTOR3& up);
     /// Turns the picture left to right, faces included; a second call turns it back.
     void MirrorScene();
     /// The eye's position in the world.
@@ -337,6 +351,19 @@ public:
     KRE_VertexListTemp<KRE_LVertex> lQuadList;
     KRE_VertexListTemp<KRE_VertexPosTex> posTexList; ///< covers the screen in clip space
     KRE_VertexListTemp<KRE_PointVertex> pointList;
+
+    // ---- Meshes: scene/KRE_GfxMeshes.cpp
+
+    /// `CreateMesh`'s option for buffers in system memory.
+    static constexpr DWORD kMeshSystemMemory = 1;
+
+    /// Makes the device mesh of `mesh` with this layout, and its materials if it has none yet.
+    /// `options` is 0 for managed buffers, `kMeshSystemMemory`, or of D3DXMESH_; a mesh that the
+    /// hardware cannot blend gets buffers for software all the same. `boneCount` is the highest bone
+    /// index of a blended layout. Too many vertices, and a material count that differs from the
+    /// mesh's own, are `Error`s.
+    void CreateMesh(KRE_Mesh* mesh, int32_t faces, int32_t vertices, int32_t materialCount,
+                    DWORD fvf, DWORD options, int32_t boneCount);
 
     // ---- Effects
 
@@ -406,6 +433,18 @@ public:
     String ResolveTexturePath(const char* name, const char* referrerDirectory);
     String ResolveEffectPath(const char* name, const char* referrerDirectory);
 
+    // ---- Scene files: qsb/LoadScene.cpp, qsb/SaveScene.cpp
+
+    /// Empties `scene` and fills it from a QSB or QSA file, whichever the first bytes tell, and puts it
+    /// at its start time. `flags` are of `QSA_LoadFlag`; all bits set count as none. A file that is
+    /// not there or damaged is an `Error`, after which the scene can be reset or loaded again.
+    void LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags);
+    /// Writes a QSB file, with the header of the scene that was loaded last. The target is replaced
+    /// when the file is complete; a save that fails is an `Error` and leaves it as it was.
+    void SaveScene(KRE_3dScene& scene, const char* path);
+    /// What the file of the scene loaded last says of time and sound.
+    QSA_SceneHeader& SceneHeader();
+
     static constexpr int32_t kScratchBytes = 65536;
     HeapArray<char> scratch{kScratchBytes}; ///< for one call at a time
 
@@ -457,6 +496,10 @@ private:
     void RebuildSearchPaths();
 
     const KRE_GfxRuntime runtime;
+    QSALoader& SceneLoader();
+    void LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags);
+    std::unique_ptr<QSALoader, QSALoaderDeleter> sceneLoader; ///< made by the first load
+
     String defaultTexturePath;
     String defaultBasePath;
     CFileValidator textureValidator;

@@ -156,6 +156,7 @@ void KRE_Gfx::ReleaseTargetSurfaces()
 
 void KRE_Gfx::FreeDevice()
 {
+    sceneLoader.reset(); // may hold pictures of a load that an error has ended
     FreeDeviceObjects();
     d3d.Free();
 }

@@ -33,10 +33,9 @@ int32_t KRE_Gfx::GetVertexProcessing(const VertexInfo& info, int32_t boneIndex, 
 /// Whether the hardware's palette reaches to this bone.
 bool KRE_Gfx::CanBlendByIndex(int32_t boneIndex) const
 {
-    const int64_t matrices = int64_t{boneIndex} + 1;
-    if (matrices > caps.MaxVertexBlendMatrixIndex)
+    if (int64_t{boneIndex} + 1 > caps.MaxVertexBlendMatrixIndex)
         return false;
-    return hardwareSkinningLimit < 0 || matrices <= hardwareSkinningLimit;
+    return hardwareSkinningLimit < 0 || boneIndex <= hardwareSkinningLimit;
 }
 
 void KRE_Gfx::CreateVertexList(KRE_VertexListBase* list, int32_t count, int32_t usage,

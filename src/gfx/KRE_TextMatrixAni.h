@@ -16,6 +16,9 @@ public:
 
     /// The value of a track at a time in seconds, or its constant.
     float Evaluate(Track track, float time);
+    /// As in QSB files.
+    void Save(File& file) const;
+    void Load(File& file);
 
     KRE_FloatTrack tracks[kTrackCount];
     float constants[kTrackCount] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};

@@ -94,6 +94,13 @@ public:
     /// the picture's middle, turn by `angle` radians, scale. The set (0, 0, 1, 1, 0) is no matrix.
     void SetMatrixFromTrack(float offsetU, float offsetV, float tileU, float tileV, float angle);
 
+    // ---- Scene files: qsb/KRE_TextureFile.cpp
+
+    /// Slots and timing as in QSB files, for a texture that is new or freed. A load looks for the
+    /// pictures and loads them; one that is not found is a `Warning` and loses its name.
+    void Save(File& file) const;
+    void Load(File& file);
+
     // ---- Sprite rectangle
 
     /// Makes the quad on a device, or releases it for null.
@@ -153,6 +160,9 @@ public:
     uint32_t loadOptions = 0;     ///< of files; bit 0: one mip level
 
 private:
+    void LoadSlot(File& file, int32_t slot);
+    void SwapReflectionToFront();
+    void LoadPicture(File& file, int32_t slot);
     void CheckSlot(int32_t slot, const char* format);
     void ReadCurrent();
     void ReadSlots();

@@ -21,8 +21,8 @@ public:
     KRE_ArrayTrack& operator=(const KRE_ArrayTrack& other);
 
     int32_t GetKeyCount() const { return keyCount; }
-    /// Makes `count` empty keys in place of the old ones. Below 1, and when memory does not suffice,
-    /// the track has none.
+    /// Makes `count` empty keys in place of the old ones. Below 1, and when memory does not
+    /// suffice, the track has none.
     void SetKeyCount(int32_t count);
     /// Keeps the first keys, as many as fit; added ones are empty. Clears the second flag.
     void Resize(int32_t count);

@@ -18,13 +18,18 @@ static_assert(offsetof(KRE_ColorKey, value) == 4);
 static_assert(offsetof(KRE_ColorKey, inTangent) == 20);
 static_assert(offsetof(KRE_ColorKey, outTangent) == 36);
 
+class File;
+
 /// A colour of a material that changes over time.
 class KRE_ColorTrack : public KRE_ArrayTrack<KRE_ColorKey> {
 public:
-    /// The colour at a time in seconds; all 0 without keys. A looping track may raise its `loopEnd`.
-    /// `derivativeOut`, if given, takes the change of red, green and blue in a second, and is left
-    /// alone by linear tracks and where the first or last key holds.
+    /// The colour at a time in seconds; all 0 without keys. A looping track may raise its
+    /// `loopEnd`. `derivativeOut`, if given, takes the change of red, green and blue in a second,
+    /// and is left alone by linear tracks and where the first or last key holds.
     /// QUIRK: alpha is not weighted between keys. Bezier tracks sum both keys' alphas and tangents,
     /// so that the importer's 1 becomes 2; linear ones take the next key's alpha at once.
     D3DCOLORVALUE Evaluate(float time, D3DCOLORVALUE* derivativeOut = nullptr);
+    /// As in QSB files.
+    void Save(File& file) const;
+    void Load(File& file);
 };

@@ -14,6 +14,8 @@ struct KRE_FloatKey {
 static_assert(sizeof(KRE_FloatKey) == 16);
 static_assert(offsetof(KRE_FloatKey, outTangent) == 12);
 
+class File;
+
 /// A float that changes over time: the opacity of a material, a number of a texture matrix.
 class KRE_FloatTrack : public KRE_ArrayTrack<KRE_FloatKey> {
 public:
@@ -21,4 +23,7 @@ public:
     /// `derivativeOut`, if given, takes the change in a second, and is left alone by linear tracks
     /// and where the first or last key holds.
     float Evaluate(float time, float* derivativeOut = nullptr);
+    /// As in QSB files.
+    void Save(File& file) const;
+    void Load(File& file);
 };

@@ -391,6 +391,30 @@ TEST_F(FileTest, FileTimeIsInSecondsSince1970)
     EXPECT_EQ(file.GetFileTime(), -1);
 }
 
+TEST_F(FileTest, FlushBringsWhatWasWrittenToTheFile)
+{
+    ASSERT_TRUE(file.Create("out.bin", true, false));
+    file.Write("abc", 3);
+    EXPECT_TRUE(file.Flush());
+    EXPECT_EQ(scratch.Read("out.bin"), "abc");
+    EXPECT_TRUE(file.Close());
+}
+
+TEST_F(FileTest, FlushOfAFileThatIsNotOpenForWritingIsAnError)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    EXPECT_EQ(ErrorOf([&] { file.Flush(); }), "in.bin: File is not writeable");
+}
+
+TEST_F(FileTest, CloseTellsOfAFailure)
+{
+    ASSERT_TRUE(file.Create("out.bin", true, false));
+    FileTestAccess::CloseBehindItsBack(file);
+    EXPECT_FALSE(file.Close());
+    EXPECT_TRUE(file.Close()); // nothing is open any more
+}
+
 TEST_F(FileTest, CloseThatFailsIsAWarning)
 {
     ASSERT_TRUE(file.Create("out.bin", true, false));

@@ -1,0 +1,93 @@
+// Any text as a scene, loaded through windows of several sizes: a scene or a stated error, and the
+// same one every time.
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "base/KRE_Base.h"
+#include "base/Log.h"
+#include "gfx/KRE_Gfx.h"
+#include "qsa/QSALoader.h"
+#include "scene/KRE_3dScene.h"
+
+class QSALoaderTestAccess {
+public:
+    static void SetWindow(QSALoader& loader, int32_t bytes) { loader.windowBytes = bytes; }
+};
+
+namespace {
+
+/// An engine with a device, made once.
+class Engine {
+public:
+    Engine()
+    {
+        WNDCLASSEXA windowClass = {};
+        windowClass.cbSize = sizeof windowClass;
+        windowClass.lpfnWndProc = DefWindowProcA;
+        windowClass.hInstance = GetModuleHandleA(nullptr);
+        windowClass.lpszClassName = "SCENE_TEXT_FUZZ";
+        RegisterClassExA(&windowClass);
+        const HWND window = CreateWindowExA(0, "SCENE_TEXT_FUZZ", "fuzz", WS_POPUP, 0, 0, 64, 64,
+                                            nullptr, nullptr, windowClass.hInstance, nullptr);
+        gfx.InitDevice(window, 1, nullptr, 16, 0, 2, 0);
+        gGfx = &gfx;
+        gLogEntries = kMaxLogEntries; // nothing is written
+        std::snprintf(path, sizeof path, "scene_text_fuzz_%ld.qsa", static_cast<long>(getpid()));
+    }
+    ~Engine()
+    {
+        std::remove(path);
+        gGfx = nullptr;
+    }
+
+    /// What can be seen of the scene that a file becomes, or the error.
+    std::string Load(int32_t window)
+    {
+        QSALoader loader;
+        QSALoaderTestAccess::SetWindow(loader, window);
+        KRE_3dScene scene;
+        try {
+            loader.Load(scene, path, kLoadBumpMaps);
+        } catch (const ErrorMsg& error) {
+            return error.message;
+        } catch (const KRE_Error& error) {
+            return error.message;
+        }
+        std::string seen = std::to_string(scene.cameras.Count()) + ' ' +
+                           std::to_string(scene.lights.Count()) + ' ' +
+                           std::to_string(scene.backgroundColor);
+        for (const KRE_Mesh* mesh : scene.meshes)
+            seen += ' ' + std::to_string(mesh->vertexCount) + mesh->name.c_str();
+        for (const KRE_3dObject* object : scene.objects)
+            seen += ' ' + std::to_string(object->posKeyCount + object->rotKeyCount) +
+                    object->name.c_str();
+        return seen;
+    }
+
+    char path[64];
+
+private:
+    KRE_Gfx gfx;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static Engine engine;
+    std::FILE* file = std::fopen(engine.path, "wb");
+    if (!file)
+        return 0;
+    std::fwrite(data, 1, size, file);
+    std::fclose(file);
+
+    const std::string expected = engine.Load(256 * 1024);
+    if (engine.Load(1) != expected || engine.Load(300 + static_cast<int32_t>(size) / 3) != expected)
+        std::abort();
+    return 0;
+}

@@ -1,0 +1,159 @@
+// A file in use is held by a lock that ends with its process, so what nobody holds was left behind.
+
+#include "platform/ReplacementFile.h"
+
+#include "platform/headless/win32/DirectoryIndex.h"
+#include "platform/headless/win32/HostPath.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* kPrefix = ".qsa2qsb-";
+constexpr const char* kSuffix = ".tmp";
+constexpr int kMostAttempts = 1000;
+
+dev_t gClearedDevice; ///< of the directory that was cleared last
+ino_t gClearedDirectory;
+
+/// With its separator; empty for the current directory.
+std::string DirectoryOf(const std::string& path)
+{
+    return path.substr(0, path.find_last_of('/') + 1);
+}
+
+bool IsTemporaryName(const char* name)
+{
+    const std::size_t length = std::strlen(name);
+    const std::size_t suffix = std::strlen(kSuffix);
+    return std::strncmp(name, kPrefix, std::strlen(kPrefix)) == 0 && length > suffix &&
+           std::strcmp(name + length - suffix, kSuffix) == 0;
+}
+
+void RemoveIfAbandoned(const std::string& path)
+{
+    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (file < 0)
+        return;
+    if (flock(file, LOCK_EX | LOCK_NB) == 0 && unlink(path.c_str()) == 0)
+        NoteEntryChanged(path);
+    close(file);
+}
+
+/// Once for each directory in turn: a run over many files does not read it for each of them.
+void RemoveAbandoned(const std::string& directory)
+{
+    struct DirectoryCloser {
+        void operator()(DIR* opened) const { closedir(opened); }
+    };
+    const char* name = directory.empty() ? "." : directory.c_str();
+    struct stat info;
+    if (stat(name, &info) != 0 ||
+        (info.st_dev == gClearedDevice && info.st_ino == gClearedDirectory))
+        return;
+    const std::unique_ptr<DIR, DirectoryCloser> entries(opendir(name));
+    if (!entries)
+        return;
+    while (const dirent* entry = readdir(entries.get()))
+        if (IsTemporaryName(entry->d_name))
+            RemoveIfAbandoned(directory + entry->d_name);
+    gClearedDevice = info.st_dev;
+    gClearedDirectory = info.st_ino;
+}
+
+std::string NewName()
+{
+    static unsigned number = 0;
+    return kPrefix + std::to_string(getpid()) + '-' + std::to_string(number++) + kSuffix;
+}
+
+/// Where a link leads to, so that the link stays one.
+std::string FollowLinks(const std::string& path)
+{
+    const std::unique_ptr<char, void (*)(void*)> followed(realpath(path.c_str(), nullptr),
+                                                          std::free);
+    return followed ? followed.get() : path;
+}
+
+} // namespace
+
+ReplacementFile::~ReplacementFile()
+{
+    if (!path.empty() && !isInPlace && unlink(path.c_str()) == 0)
+        NoteEntryChanged(path);
+    if (claim >= 0)
+        close(claim);
+}
+
+bool ReplacementFile::Make(const char* targetPath)
+{
+    target = ResolveHostPath(targetPath);
+    struct stat info;
+    const bool isThere = stat(target.c_str(), &info) == 0;
+    if (isThere && S_ISDIR(info.st_mode)) {
+        errno = EISDIR;
+        return false;
+    }
+    if (isThere && access(target.c_str(), W_OK) != 0)
+        return false;
+    isInPlace = isThere && !S_ISREG(info.st_mode);
+    if (isInPlace) {
+        path = target;
+        return true;
+    }
+    if (isThere)
+        target = FollowLinks(target);
+    if (!MakeBeside())
+        return false;
+    if (isThere && fchmod(claim, info.st_mode & 07777) != 0)
+        errno = 0; // a file system without permissions has none to keep
+    return true;
+}
+
+bool ReplacementFile::MakeBeside()
+{
+    const std::string directory = DirectoryOf(target);
+    RemoveAbandoned(directory);
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        const std::string made = directory + NewName();
+        claim = open(made.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666);
+        if (claim < 0) {
+            if (errno != EEXIST)
+                return false;
+            continue;
+        }
+        // Another process may take it for abandoned before it is locked: it holds the lock then, or
+        // has removed the file already. Where there are no locks, nobody takes a file for abandoned.
+        struct stat info;
+        const bool isLost = flock(claim, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        if (!isLost && fstat(claim, &info) == 0 && info.st_nlink > 0) {
+            path = made;
+            return true;
+        }
+        close(claim);
+        claim = -1;
+    }
+    errno = EEXIST;
+    return false;
+}
+
+bool ReplacementFile::MoveOverTarget()
+{
+    if (isInPlace)
+        return true;
+    if (std::rename(path.c_str(), target.c_str()) != 0)
+        return false;
+    NoteEntryChanged(path);
+    NoteEntryChanged(target);
+    path.clear();
+    return true;
+}

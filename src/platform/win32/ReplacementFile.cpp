@@ -1,0 +1,160 @@
+// A file's name tells who made it; a file that is open cannot be removed by others in any case.
+
+#include "platform/ReplacementFile.h"
+
+#include <windows.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <io.h>
+
+namespace {
+
+constexpr const char* kPrefix = ".qsa2qsb-";
+constexpr const char* kSuffix = ".tmp";
+constexpr int kMostAttempts = 1000;
+
+std::string gClearedDirectory; ///< full path of the directory that was cleared last
+
+std::string FullPath(const std::string& path)
+{
+    char text[MAX_PATH * 4];
+    const DWORD length = GetFullPathNameA(path.c_str(), sizeof text, text, nullptr);
+    return length > 0 && length < sizeof text ? std::string(text, length) : path;
+}
+
+/// With its separator; empty for the current directory.
+std::string DirectoryOf(const std::string& path)
+{
+    return path.substr(0, path.find_last_of("\\/:") + 1);
+}
+
+/// Processes are known to one computer only.
+std::string ComputerPrefix()
+{
+    char name[MAX_COMPUTERNAME_LENGTH + 1] = "";
+    DWORD size = sizeof name;
+    GetComputerNameA(name, &size);
+    return std::string(kPrefix) + name + '-';
+}
+
+bool IsRunning(DWORD processId)
+{
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, processId);
+    if (!process)
+        return GetLastError() == ERROR_ACCESS_DENIED;
+    const bool runs = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+    CloseHandle(process);
+    return runs;
+}
+
+/// Once for each directory in turn: a run over many files does not read it for each of them.
+void RemoveAbandoned(const std::string& directory)
+{
+    const std::string full = FullPath(directory.empty() ? "." : directory);
+    if (full == gClearedDirectory)
+        return;
+    gClearedDirectory = full;
+    const std::string prefix = ComputerPrefix();
+    WIN32_FIND_DATAA found;
+    const HANDLE search = FindFirstFileA((directory + prefix + "*" + kSuffix).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return;
+    do {
+        const std::string name = found.cFileName;
+        if (name.size() <= prefix.size() || _strnicmp(name.c_str(), prefix.c_str(), prefix.size()))
+            continue; // a short name may fit the pattern, too
+        const unsigned long maker = std::strtoul(name.c_str() + prefix.size(), nullptr, 10);
+        if (!IsRunning(maker))
+            DeleteFileA((directory + name).c_str());
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
+}
+
+std::string NewName()
+{
+    static unsigned number = 0;
+    return ComputerPrefix() + std::to_string(GetCurrentProcessId()) + '-' +
+           std::to_string(number++) + kSuffix;
+}
+
+int ErrnoOf(DWORD error)
+{
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+        return ENOENT;
+    case ERROR_DISK_FULL:
+        return ENOSPC;
+    default:
+        return EACCES;
+    }
+}
+
+} // namespace
+
+ReplacementFile::~ReplacementFile()
+{
+    if (!path.empty() && !isInPlace)
+        DeleteFileA(path.c_str());
+}
+
+bool ReplacementFile::Make(const char* targetPath)
+{
+    target = targetPath ? targetPath : "";
+    const DWORD attributes = GetFileAttributesA(target.c_str());
+    const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+    // A run with all rights could open a write-protected file, but not replace it.
+    const bool isProtected =
+        isThere && (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0;
+    FILE* present = isProtected ? nullptr : std::fopen(target.c_str(), "r+b");
+    if (isThere && !present) {
+        errno = EACCES; // or it is in use
+        return false;
+    }
+    if (present) {
+        const intptr_t handle = _get_osfhandle(_fileno(present));
+        isInPlace = GetFileType(reinterpret_cast<HANDLE>(handle)) != FILE_TYPE_DISK;
+        std::fclose(present);
+    }
+    if (!isInPlace)
+        return MakeBeside();
+    path = target;
+    return true;
+}
+
+bool ReplacementFile::MakeBeside()
+{
+    const std::string directory = DirectoryOf(target);
+    RemoveAbandoned(directory);
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        const std::string made = directory + NewName();
+        const HANDLE file = CreateFileA(made.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file != INVALID_HANDLE_VALUE) {
+            CloseHandle(file);
+            path = made;
+            return true;
+        }
+        if (GetLastError() != ERROR_FILE_EXISTS) {
+            errno = ErrnoOf(GetLastError());
+            return false;
+        }
+    }
+    errno = EEXIST;
+    return false;
+}
+
+bool ReplacementFile::MoveOverTarget()
+{
+    if (isInPlace)
+        return true;
+    if (!MoveFileExA(path.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        errno = ErrnoOf(GetLastError());
+        return false;
+    }
+    path.clear();
+    return true;
+}

@@ -1,0 +1,231 @@
+#include <cmath>
+
+#include "qsa/QSALoader.h"
+#include "scene/KRE_3dObject.h"
+
+namespace {
+
+constexpr float kBeforeAllTimes = -89999998976.0f; // ticks
+
+// The constants of the format, as the floats that exporters compare with.
+constexpr double kHalfTurn = 3.141592f; // radians
+constexpr double kFullTurn = 6.283184f;
+
+constexpr int32_t kMaxKeyParts = 100000; // of one rotation key
+/// Of all keys of a file together, and one more for each few bytes of its text: a line of a rotation
+/// key is longer, so that turning wheels are never refused and a small file stays cheap.
+constexpr int64_t kMaxFileKeyParts = 400000;
+constexpr int32_t kBytesPerKeyPart = 8;
+
+bool IsFinite(const KRE_RotKeyData& key)
+{
+    return std::isfinite(key.time) && std::isfinite(key.angle) && std::isfinite(key.axis.x) &&
+           std::isfinite(key.axis.y) && std::isfinite(key.axis.z);
+}
+
+} // namespace
+
+int32_t QSALoader::ParseNodeAnimation(KRE_3dObject* object)
+{
+    for (;;) {
+        int32_t result = 0;
+        switch (NextToken()) {
+        case QSA_Token::BlockEnd:
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::ControlPos:
+            SkipTo('{');
+            result = ParsePositionKeys(object);
+            break;
+        case QSA_Token::ControlRot:
+            SkipTo('{');
+            result = ParseRotationKeys(object);
+            break;
+        case QSA_Token::ControlScale:
+            SkipTo('{');
+            result = ParseScaleKeys(object);
+            break;
+        default:
+            break;
+        }
+        if (result != 0)
+            return 1;
+    }
+}
+
+void QSALoader::ReadVector(QSA_TextCursor& text, D3DXVECTOR3* vectorOut)
+{
+    float values[3];
+    ReadVector(text, values);
+    *vectorOut = {values[0], values[1], values[2]};
+}
+
+int32_t QSALoader::ParsePositionKeys(KRE_3dObject* object)
+{
+    QSA_TextCursor text = Cursor();
+    for (;;) {
+        QSA_Token token = QSA_Token::BezierPosKey;
+        if (text.TakeKeyword("*CONTROL_POS_SAMPLE"))
+            token = QSA_Token::LinearPosKey;
+        else if (!text.TakeKeyword("*CONTROL_BEZIER_POS_KEY"))
+            token = NextToken(text);
+
+        if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
+            return token == QSA_Token::EndOfFile ? 1 : 0;
+        if (token != QSA_Token::LinearPosKey && token != QSA_Token::BezierPosKey)
+            continue;
+        KRE_PosKeyData key;
+        ReadFloat(text, &key.time);
+        ReadVector(text, &key.value);
+        if (token == QSA_Token::BezierPosKey) {
+            ReadVector(text, &key.inTangent);
+            ReadVector(text, &key.outTangent);
+            key.interpolation = kKeyBezier;
+        }
+        object->AddPosKey(key);
+    }
+}
+
+/// Mirroring is the node's affair, so the factors are stored without their sign. Tangents are not
+/// part of the format.
+int32_t QSALoader::ParseScaleKeys(KRE_3dObject* object)
+{
+    QSA_TextCursor text = Cursor();
+    for (;;) {
+        QSA_Token token = QSA_Token::BezierScaleKey;
+        if (text.TakeKeyword("*CONTROL_SCALE_SAMPLE"))
+            token = QSA_Token::LinearScaleKey;
+        else if (!text.TakeKeyword("*CONTROL_BEZIER_SCALE_KEY"))
+            token = NextToken(text);
+
+        if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
+            return token == QSA_Token::EndOfFile ? 1 : 0;
+        if (token != QSA_Token::LinearScaleKey && token != QSA_Token::BezierScaleKey)
+            continue;
+        KRE_ScaleKeyData key;
+        ReadFloat(text, &key.time);
+        ReadVector(text, &key.value);
+        key.value = {std::fabs(key.value.x), std::fabs(key.value.y), std::fabs(key.value.z)};
+        key.interpolation = token == QSA_Token::BezierScaleKey ? kKeyBezier : kKeyLinear;
+        object->AddScaleKey(key);
+    }
+}
+
+int32_t QSALoader::ParseRotationKeys(KRE_3dObject* object)
+{
+    float highestTime = kBeforeAllTimes;
+    QSA_TextCursor text = Cursor();
+    for (;;) {
+        QSA_Token token = QSA_Token::TcbRotKey;
+        if (text.TakeKeyword("*CONTROL_ROT_SAMPLE"))
+            token = QSA_Token::LinearRotKey;
+        else if (!text.TakeKeyword("*CONTROL_TCB_ROT_KEY"))
+            token = NextToken(text);
+
+        if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
+            return token == QSA_Token::EndOfFile ? 1 : 0;
+        if (token == QSA_Token::LinearRotKey || token == QSA_Token::TcbRotKey)
+            ParseRotationKey(text, token, object, &highestTime);
+    }
+}
+
+void QSALoader::ParseRotationKey(QSA_TextCursor& text, QSA_Token token, KRE_3dObject* object,
+                                 float* highestTime)
+{
+    KRE_RotKeyData key;
+    ReadFloat(text, &key.time);
+    if (key.time < *highestTime) {
+        Warning("Skipped wrong order rotation key in file: %s", fileName);
+        return;
+    }
+    *highestTime = key.time;
+    ReadVector(text, &key.axis);
+    key.axis = {-key.axis.x, -key.axis.y, -key.axis.z};
+    ReadFloat(text, &key.angle);
+    if (token == QSA_Token::TcbRotKey) {
+        key.interpolation = kKeyTcb;
+        for (float* value : {&key.tension, &key.continuity, &key.bias, &key.easeIn, &key.easeOut})
+            ReadFloat(text, value);
+    } else if (key.angle > kHalfTurn && key.angle < kFullTurn) {
+        key.angle = static_cast<float>(key.angle - kFullTurn);
+    }
+    if (!IsFinite(key))
+        Error("Object '%s' has a rotation key that is not finite: time %g, angle %g",
+              object->name.c_str(), static_cast<double>(key.time), static_cast<double>(key.angle));
+    AddSplitRotKey(object, key);
+}
+
+/// A turn between two keys goes the short way round, so one of half a circle or more becomes
+/// several keys. The way to a key is eased by its own numbers only at the last of them.
+void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
+{
+    const KRE_RotKeyData* last = object->GetLastRotKey();
+    if (!last) {
+        object->AddRotKey(key);
+        return;
+    }
+    const double turns = std::fabs(static_cast<double>(key.angle)) / kHalfTurn;
+    if (turns < kMaxKeyParts)
+        keyParts += static_cast<int64_t>(turns);
+    if (turns >= kMaxKeyParts || keyParts > kMaxFileKeyParts + textSize / kBytesPerKeyPart)
+        Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
+              static_cast<double>(key.angle));
+
+    const int32_t parts = 1 + static_cast<int32_t>(turns);
+    KRE_RotKeyData part = key;
+    part.angle = key.angle / static_cast<float>(parts);
+    const float step = (key.time - last->time) / static_cast<float>(parts);
+    part.time = last->time;
+    part.tension = part.continuity = part.bias = part.easeIn = part.easeOut = 0.0f;
+    for (int32_t i = 1; i <= parts; ++i) {
+        part.time += step;
+        if (i == parts) {
+            part.tension = key.tension;
+            part.continuity = key.continuity;
+            part.bias = key.bias;
+            part.easeIn = key.easeIn;
+            part.easeOut = key.easeOut;
+        }
+        object->AddRotKey(part);
+    }
+}
+
+float QSALoader::TicksToSeconds(float ticks) const
+{
+    return (ticks - static_cast<float>(firstFrame) * ticksPerFrame) * secondsPerTick;
+}
+
+/// Scales the tangents of a leading run of Bezier keys by the distance to their neighbours, still in
+/// ticks, and turns all times to seconds.
+template <class Key>
+void QSALoader::FinishKeyList(KRE_KeyList<Key>& keys)
+{
+    // One walk for both: the keys of a long animation do not fit the cache.
+    bool isLeadingRun = true;
+    float previousTicks = 0.0f;
+    for (Key* key = keys.Head(); key; key = key->next.get()) {
+        const float ticks = key->time;
+        isLeadingRun = isLeadingRun && key->interpolation == kKeyBezier;
+        if (isLeadingRun && key->prev)
+            key->inTangent *= ticks - previousTicks;
+        if (isLeadingRun && key->next)
+            key->outTangent *= key->next->time - ticks;
+        key->time = TicksToSeconds(ticks);
+        previousTicks = ticks;
+    }
+    keys.TimesChanged();
+}
+
+void QSALoader::FinishKeys(KRE_3dObject* object)
+{
+    FinishKeyList(object->posKeys);
+    FinishKeyList(object->scaleKeys);
+    for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next.get()) {
+        key->time = TicksToSeconds(key->time);
+        if (key->interpolation == kKeyTcb)
+            ComputeInnerControls(*key);
+    }
+    object->rotKeys.TimesChanged();
+    object->BuildKeyIndex();
+}

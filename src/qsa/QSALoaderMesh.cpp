@@ -1,0 +1,319 @@
+#include <algorithm>
+#include <limits>
+
+#include "qsa/QSALoader.h"
+#include "scene/KRE_Mesh.h"
+
+namespace {
+
+struct ListRules {
+    const char* what;
+    /// The fewest bytes that an entry takes: keyword, a delimiter, its index and values. A count
+    /// that needs more than the rest of the file cannot be true.
+    int32_t leastBytes;
+    const char* tooMany;
+    const char* wrongOrder;
+};
+
+constexpr ListRules kListRules[kMeshLists] = {
+    {"vertices", 17, "Too many vertices", "Wrong vertex list order!"}, // *MESH_VERTEX 0,,,
+    {"faces", 18, "Too many faces", "Wrong face list order!"},         // *MESH_FACE 0A:B:C:
+    {"texture vertices", 16, "Too many t-vertices", "Wrong vertex list order!"}, // *MESH_TVERT 0,,,
+    {"texture faces", 13, "Too many t-faces", "Wrong face list order!"},         // *MESH_TFACE 0
+};
+
+/// The place of entry `index` in a list that is filled in order: a new one at its end, or one that
+/// an earlier block of the same mesh gave.
+template <class T>
+T& EntryAt(std::vector<T>& list, int32_t index)
+{
+    const size_t at = static_cast<size_t>(index);
+    if (at == list.size())
+        return list.emplace_back();
+    return list[at];
+}
+
+} // namespace
+
+int32_t QSALoader::ParseMesh(KRE_Mesh* mesh)
+{
+    builder.Clear();
+    std::fill(std::begin(counts), std::end(counts), QSA_MeshCounts{});
+    smoothingCut = false;
+    mesh->ownGeometry = 0;
+    for (;;) {
+        const QSA_Token token = NextToken();
+        if (token == QSA_Token::BlockEnd)
+            return 0;
+        if (token == QSA_Token::EndOfFile || ParseMeshKeyword(token, mesh) != 0)
+            return 1;
+    }
+}
+
+int32_t QSALoader::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)
+{
+    switch (token) {
+    case QSA_Token::MeshNumVertices:
+        ReadCount(kVertexList, mesh);
+        return 0;
+    case QSA_Token::MeshNumFaces:
+        ReadCount(kFaceList, mesh);
+        return 0;
+    case QSA_Token::MeshNumTVertices:
+        ReadCount(kTVertexList, mesh);
+        return 0;
+    case QSA_Token::MeshNumTVFaces:
+        ReadCount(kTFaceList, mesh);
+        return 0;
+    case QSA_Token::MeshVertexList:
+        SkipTo('{');
+        return ParseVertexList(mesh);
+    case QSA_Token::MeshFaceList:
+        SkipTo('{');
+        return ParseFaceList(mesh);
+    case QSA_Token::MeshTVertList:
+        SkipTo('{');
+        return ParseTVertexList(mesh);
+    case QSA_Token::MeshTFaceList:
+        mesh->ownGeometry = 1;
+        builder.hasTextureFaces = true;
+        SkipTo('{');
+        return ParseTFaceList(mesh);
+    case QSA_Token::MeshWeights:
+        SkipTo('{');
+        return ParseWeights(mesh);
+    case QSA_Token::BoundingBoxMin:
+        ReadVector(&mesh->boxMin);
+        return 0;
+    case QSA_Token::BoundingBoxMax:
+        ReadVector(&mesh->boxMax);
+        return 0;
+    default:
+        return 0;
+    }
+}
+
+/// Takes a count and forgets the list that an earlier one announced.
+void QSALoader::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
+{
+    int32_t number = 0;
+    ReadInt(&number);
+    const ListRules& rules = kListRules[list];
+    if (number < 0 || number > BytesLeft() / rules.leastBytes)
+        Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
+    if (list == kFaceList) {
+        // Faces that are announced and never given are dropped one by one, with a warning each: held
+        // against the whole file, they cannot cost more than it.
+        announcedFaces += number;
+        if (announcedFaces > textSize)
+            Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
+    }
+    counts[list] = {number, true};
+
+    const size_t room = static_cast<size_t>(number);
+    switch (list) {
+    case kVertexList:
+        builder.vertices.clear();
+        builder.weights.clear(); // they belong to the vertices
+        builder.vertices.reserve(room);
+        break;
+    case kFaceList:
+        builder.faces.clear();
+        builder.faces.reserve(room);
+        break;
+    case kTVertexList:
+        builder.tVertices.clear();
+        builder.tVertices.reserve(room);
+        break;
+    default:
+        builder.tFaces.clear();
+        builder.tFaces.reserve(room);
+        break;
+    }
+}
+
+void QSALoader::CheckEntry(int32_t index, int32_t expected, QSA_MeshList list, const KRE_Mesh* mesh)
+{
+    const ListRules& rules = kListRules[list];
+    if (index == expected && index < counts[list].number)
+        return;
+    if (!counts[list].isKnown)
+        Error("Mesh '%s' has %s ahead of their count: %i", mesh->name.c_str(), rules.what, index);
+    if (index != expected)
+        Error("%s", rules.wrongOrder);
+    Error("%s", rules.tooMany);
+}
+
+int32_t QSALoader::ParseVertexList(const KRE_Mesh* mesh)
+{
+    QSA_TextCursor text = Cursor();
+    for (int32_t expected = 0;;) {
+        if (!text.TakeKeyword("*MESH_VERTEX")) {
+            const QSA_Token token = NextToken(text);
+            if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
+                return token == QSA_Token::EndOfFile ? 1 : 0;
+            if (token != QSA_Token::MeshVertex)
+                continue;
+        }
+        int32_t index = 0;
+        ReadInt(text, &index);
+        CheckEntry(index, expected, kVertexList, mesh);
+        ReadVector(text, EntryAt(builder.vertices, expected++).position);
+    }
+}
+
+int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
+{
+    QSA_TextCursor text = Cursor();
+    for (int32_t expected = 0;;) {
+        QSA_Token token = QSA_Token::MeshFace;
+        text.SkipLineRest();
+        if (text.TakeKeyword("*MESH_SMOOTHING"))
+            token = QSA_Token::MeshSmoothing;
+        else if (text.TakeKeyword("*MESH_MTLID"))
+            token = QSA_Token::MeshMaterialId;
+        else if (!text.TakeKeyword("*MESH_FACE"))
+            token = NextToken(text);
+
+        QSA_SourceFace* const last =
+            expected > 0 ? &builder.faces[static_cast<size_t>(expected - 1)] : nullptr;
+        switch (token) {
+        case QSA_Token::BlockEnd:
+        case QSA_Token::EndOfFile:
+            MoveTo(text);
+            return token == QSA_Token::EndOfFile ? 1 : 0;
+        case QSA_Token::MeshFace:
+            ParseFace(text, expected++, mesh);
+            break;
+        case QSA_Token::MeshSmoothing:
+            if (last)
+                ParseSmoothing(text, last, mesh);
+            break;
+        case QSA_Token::MeshMaterialId:
+            if (last)
+                ReadInt(text, &last->material);
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+/// A face's corners: each a letter, a colon and a vertex index. Edge flags behind them are skipped
+/// with the rest of the line.
+void QSALoader::ParseFace(QSA_TextCursor& text, int32_t expected, const KRE_Mesh* mesh)
+{
+    int32_t index = 0;
+    ReadInt(text, &index);
+    CheckEntry(index, expected, kFaceList, mesh);
+    QSA_SourceFace& face = EntryAt(builder.faces, expected);
+    for (size_t c = 0; c < 3; ++c) {
+        SkipTo(text, static_cast<char>('A' + c));
+        SkipTo(text, ':');
+        int32_t corner = 0;
+        ReadInt(text, &corner);
+        face.vertex[c] = static_cast<uint16_t>(corner);
+    }
+}
+
+/// Group numbers with commas between them, or nothing at all.
+void QSALoader::ParseSmoothing(QSA_TextCursor& text, QSA_SourceFace* face, const KRE_Mesh* mesh)
+{
+    face->smoothing.Clear();
+    if (PeekBehindSpace(text) == '*')
+        return;
+    for (int32_t number = 0;; ++number) {
+        int32_t group = 0;
+        ReadInt(text, &group);
+        if (number < kMaxSmoothingGroups) {
+            face->smoothing.Add(group);
+        } else if (!smoothingCut) {
+            smoothingCut = true;
+            Warning("More than %i smoothing groups on a face in mesh '%s'", kMaxSmoothingGroups,
+                    mesh->name.c_str());
+        }
+        if (PeekBehindSpace(text) != ',')
+            return;
+        ++text.at;
+    }
+}
+
+int32_t QSALoader::ParseTVertexList(const KRE_Mesh* mesh)
+{
+    QSA_TextCursor text = Cursor();
+    for (int32_t expected = 0;;) {
+        if (!text.TakeKeyword("*MESH_TVERT")) {
+            const QSA_Token token = NextToken(text);
+            if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
+                return token == QSA_Token::EndOfFile ? 1 : 0;
+            if (token != QSA_Token::MeshTVert)
+                continue;
+        }
+        int32_t index = 0;
+        ReadInt(text, &index);
+        CheckEntry(index, expected, kTVertexList, mesh);
+        float value[3];
+        ReadVector(text, value);
+        EntryAt(builder.tVertices, expected++) = {value[0], 1.0f - value[1], value[2]};
+    }
+}
+
+int32_t QSALoader::ParseTFaceList(const KRE_Mesh* mesh)
+{
+    QSA_TextCursor text = Cursor();
+    for (int32_t expected = 0;;) {
+        if (!text.TakeKeyword("*MESH_TFACE")) {
+            const QSA_Token token = NextToken(text);
+            if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
+                return token == QSA_Token::EndOfFile ? 1 : 0;
+            if (token != QSA_Token::MeshTFace)
+                continue;
+        }
+        int32_t index = 0;
+        ReadInt(text, &index);
+        CheckEntry(index, expected, kTFaceList, mesh);
+        QSA_TextureFace& face = EntryAt(builder.tFaces, expected++);
+        for (uint16_t& vertex : face.vertex) {
+            int32_t corner = 0;
+            ReadInt(text, &corner);
+            vertex = static_cast<uint16_t>(corner);
+        }
+    }
+}
+
+/// Fills the lists up to their counts with zeroed entries and holds every index against its list.
+void QSALoader::CheckLists(const KRE_Mesh* mesh)
+{
+    const int32_t faceNumber = counts[kFaceList].number;
+    if (faceNumber == 0)
+        return;
+    builder.faces.resize(static_cast<size_t>(faceNumber));
+    uint32_t highest = 0;
+    for (const QSA_SourceFace& face : builder.faces) {
+        for (const uint16_t vertex : face.vertex)
+            highest = std::max<uint32_t>(highest, vertex);
+    }
+    if (static_cast<int64_t>(highest) >= counts[kVertexList].number)
+        Error("Mesh '%s' has a face with vertex %u of %i", mesh->name.c_str(), highest,
+              counts[kVertexList].number);
+    if (builder.vertices.size() <= highest)
+        builder.vertices.resize(size_t{highest} + 1);
+    if (!builder.hasTextureFaces)
+        return;
+
+    if (counts[kTFaceList].number < faceNumber)
+        Error("Mesh '%s' has %i texture faces for %i faces", mesh->name.c_str(),
+              counts[kTFaceList].number, faceNumber);
+    if (builder.tFaces.size() < static_cast<size_t>(faceNumber))
+        builder.tFaces.resize(static_cast<size_t>(faceNumber));
+    highest = 0;
+    for (const QSA_TextureFace& face : builder.tFaces) {
+        for (const uint16_t vertex : face.vertex)
+            highest = std::max<uint32_t>(highest, vertex);
+    }
+    if (static_cast<int64_t>(highest) >= counts[kTVertexList].number)
+        Error("Mesh '%s' has a texture face with vertex %u of %i", mesh->name.c_str(), highest,
+              counts[kTVertexList].number);
+    if (builder.tVertices.size() <= highest)
+        builder.tVertices.resize(size_t{highest} + 1);
+}

@@ -1,0 +1,322 @@
+#include <cmath>
+
+#include "base/Ascii.h"
+#include "qsa/QSALoader.h"
+#include "scene/KRE_3dScene.h"
+
+namespace {
+
+constexpr double kRadiansPerDegree = 0.01745329238474369;
+constexpr float kUnlimitedRange = 1.8446600037686313e19f; // the square still fits a float
+
+struct LightTypeWord {
+    const char* word;
+    D3DLIGHTTYPE type;
+};
+
+constexpr LightTypeWord kLightTypes[] = {
+    {"Target", D3DLIGHT_SPOT},
+    {"TargetSpot", D3DLIGHT_SPOT},
+    {"Directional", D3DLIGHT_DIRECTIONAL},
+    {"Omni", D3DLIGHT_POINT},
+};
+
+/// The row in which a column of a matrix has its largest number; of equal ones the last.
+int LargestRow(const D3DXMATRIX& matrix, int column)
+{
+    const float a = std::fabs(matrix.m[0][column]);
+    const float b = std::fabs(matrix.m[1][column]);
+    const float c = std::fabs(matrix.m[2][column]);
+    if (b < a)
+        return c < a ? 0 : 2;
+    return c < b ? 1 : 2;
+}
+
+} // namespace
+
+/// What all nodes share. 1 if the file ended inside a block.
+int32_t QSALoader::ParseNodeKeyword(QSA_Token token, KRE_3dObject* object)
+{
+    switch (token) {
+    case QSA_Token::NodeName:
+        ReadQuoted(&object->name);
+        return 0;
+    case QSA_Token::NodeParent:
+        ReadQuoted(&object->parentName);
+        return 0;
+    case QSA_Token::NodeTM:
+        return ParseNodeTransform(object);
+    case QSA_Token::PivotTM:
+        return ParsePivot(object);
+    case QSA_Token::TMAnimation:
+        SkipTo('{');
+        return ParseNodeAnimation(object);
+    default:
+        return 0;
+    }
+}
+
+/// A bone, helper or target.
+int32_t QSALoader::ParseNode(int32_t kind)
+{
+    KRE_3dObject* object = AddTo(scene->objects);
+    object->objectKind = kind;
+    for (;;) {
+        const QSA_Token token = NextToken();
+        if (token == QSA_Token::BlockEnd)
+            return 0;
+        if (token == QSA_Token::EndOfFile || ParseNodeKeyword(token, object) != 0)
+            return 1;
+    }
+}
+
+int32_t QSALoader::ParseCamera()
+{
+    KRE_Camera* camera = AddTo(scene->cameras);
+    for (;;) {
+        const QSA_Token token = NextToken();
+        int32_t result = 0;
+        switch (token) {
+        case QSA_Token::BlockEnd:
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::TargetNode:
+            ReadQuoted(&camera->targetName);
+            break;
+        case QSA_Token::CameraSettings:
+            SkipTo('{');
+            result = ParseCameraSettings(camera);
+            break;
+        default:
+            result = ParseNodeKeyword(token, camera);
+            break;
+        }
+        if (result != 0)
+            return 1;
+    }
+}
+
+int32_t QSALoader::ParseCameraSettings(KRE_Camera* camera)
+{
+    for (;;) {
+        switch (NextToken()) {
+        case QSA_Token::BlockEnd:
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::CameraFieldOfView:
+            ReadFloat(&camera->fov);
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+int32_t QSALoader::ParseLight()
+{
+    KRE_Light* light = AddTo(scene->lights);
+    light->lightMode = 0;
+    light->light.Range = kUnlimitedRange;
+    float colour[3] = {};
+    TokenBuffer typeWord = "";
+    for (;;) {
+        const QSA_Token token = NextToken();
+        int32_t result = 0;
+        switch (token) {
+        case QSA_Token::BlockEnd:
+            FinishLight(light, typeWord);
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::LightType:
+            SkipSpace();
+            ReadWord(typeWord);
+            break;
+        case QSA_Token::LightUseLight: {
+            int32_t on = 0;
+            ReadInt(&on);
+            light->lightOn = on != 0 ? 1 : 0;
+            break;
+        }
+        case QSA_Token::LightSettings:
+            SkipTo('{');
+            result = ParseLightSettings(light, colour);
+            break;
+        default:
+            result = ParseNodeKeyword(token, light);
+            break;
+        }
+        if (result != 0)
+            return 1;
+    }
+}
+
+/// `colour` lives as long as the light's block: an intensity multiplies what is there.
+int32_t QSALoader::ParseLightSettings(KRE_Light* light, float (&colour)[3])
+{
+    float value = 0.0f;
+    for (;;) {
+        switch (NextToken()) {
+        case QSA_Token::BlockEnd:
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::LightColor:
+            ReadVector(colour);
+            break;
+        case QSA_Token::LightIntensity:
+            ReadFloat(&value);
+            for (float& part : colour)
+                part *= value;
+            light->light.Diffuse = {colour[0], colour[1], colour[2], 1.0f};
+            light->light.Specular = light->light.Diffuse;
+            light->light.Ambient = {0.0f, 0.0f, 0.0f, 0.0f};
+            break;
+        case QSA_Token::LightAspect:
+            ReadFloat(&value);
+            if (std::fabs(value) != 1.0f)
+                Warning("Light aspect other than 1");
+            break;
+        case QSA_Token::LightHotSpot:
+            ReadFloat(&value);
+            light->light.Theta = static_cast<float>(value * kRadiansPerDegree);
+            break;
+        case QSA_Token::LightFalloff:
+            ReadFloat(&value);
+            light->light.Phi = static_cast<float>(value * kRadiansPerDegree);
+            break;
+        case QSA_Token::LightTDist:
+            ReadFloat(&value);
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+void QSALoader::FinishLight(KRE_Light* light, const char* typeWord)
+{
+    light->light.Falloff = 1.0f;
+    light->light.Attenuation0 = 1.0f;
+    light->light.Attenuation1 = 0.0f;
+    light->light.Attenuation2 = 0.0f;
+    for (const LightTypeWord& known : kLightTypes) {
+        if (CompareNoCase(typeWord, known.word) == 0) {
+            light->light.Type = known.type;
+            return;
+        }
+    }
+    light->light.Type = D3DLIGHT_POINT;
+    Warning("Unknown light type changed to omni");
+}
+
+// --- transform blocks
+
+/// At the keyword: reads the block that follows. At its close the axes in which the node is
+/// mirrored are found; the scale itself has no sign.
+int32_t QSALoader::ParseTransform(Transform* transformOut)
+{
+    *transformOut = Transform();
+    SkipTo('{');
+    for (;;) {
+        const QSA_Token token = NextToken();
+        switch (token) {
+        case QSA_Token::BlockEnd:
+            FindMirroredAxes(transformOut);
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::TMRow0:
+            ReadMatrixRow(&transformOut->initTM, 0);
+            break;
+        case QSA_Token::TMRow1:
+            ReadMatrixRow(&transformOut->initTM, 1);
+            break;
+        case QSA_Token::TMRow2:
+            ReadMatrixRow(&transformOut->initTM, 2);
+            break;
+        case QSA_Token::TMRow3:
+            ReadMatrixRow(&transformOut->initTM, 3);
+            break;
+        case QSA_Token::TMPos:
+            ReadVector(&transformOut->position);
+            break;
+        case QSA_Token::TMScale:
+            ReadVector(&transformOut->scale);
+            break;
+        case QSA_Token::TMRotAngle:
+            ReadFloat(&transformOut->rotationAngle);
+            break;
+        case QSA_Token::TMRotAxis:
+            ReadVector(&transformOut->rotationAxis);
+            transformOut->rotationAxis = -transformOut->rotationAxis;
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+void QSALoader::ReadVector(D3DXVECTOR3* vectorOut)
+{
+    float values[3];
+    ReadVector(values);
+    *vectorOut = {values[0], values[1], values[2]};
+}
+
+void QSALoader::ReadMatrixRow(D3DXMATRIX* matrix, int row)
+{
+    float values[3];
+    ReadVector(values);
+    for (int i = 0; i < 3; ++i)
+        matrix->m[row][i] = values[i];
+    matrix->m[row][3] = row == 3 ? 1.0f : 0.0f;
+}
+
+/// A node is mirrored in an axis in which the file's matrix points against the one that follows from
+/// scale, rotation and position.
+void QSALoader::FindMirroredAxes(Transform* transform)
+{
+    D3DXMATRIX computed, rotation, translation;
+    D3DXMatrixScaling(&computed, transform->scale.x, transform->scale.y, transform->scale.z);
+    D3DXMatrixRotationAxis(&rotation, &transform->rotationAxis, transform->rotationAngle);
+    D3DXMatrixTranslation(&translation, transform->position.x, transform->position.y,
+                          transform->position.z);
+    D3DXMatrixMultiply(&computed, &computed, &rotation);
+    D3DXMatrixMultiply(&computed, &computed, &translation);
+
+    float* const mirror[3] = {&transform->mirror.x, &transform->mirror.y, &transform->mirror.z};
+    for (int column = 0; column < 3; ++column) {
+        const int row = LargestRow(computed, column);
+        const float inFile = transform->initTM.m[row][column];
+        if (inFile == 0.0f) {
+            Warning("Determinant in TM is zero.");
+            return;
+        }
+        if (computed.m[row][column] / inFile < 0.0f)
+            *mirror[column] = -1.0f;
+    }
+}
+
+int32_t QSALoader::ParseNodeTransform(KRE_3dObject* object)
+{
+    Transform transform;
+    const int32_t result = ParseTransform(&transform);
+    object->initTM = transform.initTM;
+    object->mirror = transform.mirror;
+    object->position = transform.position;
+    object->scale = transform.scale;
+    object->rotationAxis = transform.rotationAxis;
+    object->rotationAngle = transform.rotationAngle;
+    return result;
+}
+
+int32_t QSALoader::ParsePivot(KRE_3dObject* object)
+{
+    Transform transform;
+    const int32_t result = ParseTransform(&transform);
+    object->pivotTM = transform.initTM;
+    return result;
+}

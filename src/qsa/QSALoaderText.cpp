@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "platform/OpenFileStream.h"
+#include "qsa/QSALoader.h"
+
+namespace {
+
+/// White space apart, no value or word reaches further: the longest has 127 bytes and its end.
+constexpr int32_t kTokenReach = 256;
+
+} // namespace
+
+/// Opens the file and takes in its first bytes.
+void QSALoader::OpenText(const char* path)
+{
+    CloseText();
+    textFile.reset(OpenFileStream(path, "rb"));
+    if (!textFile)
+        Error("Can not open file %s", path);
+    std::setvbuf(textFile.get(), nullptr, _IONBF, 0);
+    std::fseek(textFile.get(), 0, SEEK_END);
+    const long end = std::ftell(textFile.get());
+    std::rewind(textFile.get());
+    if (end < 0 || end > INT32_MAX - kTextPadding)
+        Error("Error reading from file %s at %i", path, 0);
+
+    textSize = static_cast<int32_t>(end);
+    textStart = 0;
+    GrowWindow(std::min(textSize, windowBytes));
+    Reach(1);
+}
+
+void QSALoader::CloseText()
+{
+    FreeData();
+    textFile.reset();
+    windowCapacity = 0;
+}
+
+/// Gives the window room for `capacity` bytes and keeps the text in it.
+void QSALoader::GrowWindow(int32_t capacity)
+{
+    const size_t room = static_cast<size_t>(capacity) + kTextPadding;
+    std::unique_ptr<uint8_t[]> larger(new uint8_t[room]);
+    const int32_t kept = data ? size : 0;
+    if (kept > 0)
+        std::memcpy(larger.get(), data.get(), static_cast<size_t>(kept));
+    std::memset(larger.get() + kept, kTextSentinel, kTextPadding);
+    data = std::move(larger);
+    size = kept;
+    inMemory = 1;
+    windowCapacity = capacity;
+}
+
+/// Makes sure that at least `bytes` bytes behind the position are in the window, or all that the
+/// file has left. False if there is nothing left. Cursors are to be taken anew.
+bool QSALoader::Reach(int32_t bytes)
+{
+    const int32_t left = size - position;
+    const int32_t unread = textSize - textStart - size;
+    if (left >= bytes || unread == 0)
+        return left > 0;
+
+    std::memmove(data.get(), data.get() + position, static_cast<size_t>(left));
+    textStart += position;
+    position = 0;
+    size = left;
+    if (windowCapacity < bytes)
+        GrowWindow(std::min(std::max(bytes, kTokenReach), left + unread));
+
+    const int32_t wanted = std::min(windowCapacity - left, unread);
+    const size_t got =
+        std::fread(data.get() + left, 1, static_cast<size_t>(wanted), textFile.get());
+    size = left + static_cast<int32_t>(got);
+    std::memset(data.get() + size, kTextSentinel, kTextPadding);
+    if (static_cast<int32_t>(got) < wanted)
+        Error("Error reading from file %s at %i", fileName, textStart + size);
+    return size > 0;
+}
+
+int32_t QSALoader::SkipSpace()
+{
+    while (Reach(1)) {
+        if (TextDataFileReader::SkipSpace() == 0)
+            return 0;
+    }
+    atEnd = 1;
+    return 1;
+}
+
+int32_t QSALoader::SkipTo(char c)
+{
+    // QUIRK: the message names the byte that was read last and not the one that was missed; logs
+    // of broken files are compared by these texts.
+    char last = c;
+    while (Reach(1)) {
+        const uint8_t* const first = data.get() + position;
+        const size_t left = static_cast<size_t>(size - position);
+        if (const void* found = std::memchr(first, c, left)) {
+            position += static_cast<int32_t>(static_cast<const uint8_t*>(found) - first) + 1;
+            return 0;
+        }
+        last = static_cast<char>(first[left - 1]);
+        position = size;
+    }
+    atEnd = 1;
+    Error("'%c' not found", last);
+    return 1;
+}
+
+/// The first byte behind white space, which stays unread, or 0 at the end of the file.
+uint8_t QSALoader::PeekBehindSpace()
+{
+    return SkipSpace() == 0 ? data[static_cast<size_t>(position)] : uint8_t{0};
+}
+
+int32_t QSALoader::ReadWord(TokenBuffer& bufferOut)
+{
+    Reach(kTokenReach);
+    return TextDataFileReader::ReadWord(bufferOut);
+}
+
+int32_t QSALoader::ReadQuoted(TokenBuffer& bufferOut)
+{
+    SkipSpace();
+    Reach(kTokenReach);
+    return TextDataFileReader::ReadQuoted(bufferOut);
+}
+
+int32_t QSALoader::ReadQuoted(String* textOut)
+{
+    SkipSpace();
+    // A long text is taken into the window whole, however long it is.
+    for (int32_t reach = kTokenReach; Reach(reach);) {
+        const int32_t held = size - position;
+        const uint8_t* const first = data.get() + position;
+        const bool isClosed = std::memchr(first + 1, '"', static_cast<size_t>(held - 1)) != nullptr;
+        if (isClosed || *first != '"' || held == BytesLeft())
+            break;
+        reach = held + std::min(held, BytesLeft() - held);
+    }
+    return TextDataFileReader::ReadQuoted(textOut);
+}
+
+int32_t QSALoader::ReadInt(int32_t* valueOut)
+{
+    SkipSpace();
+    Reach(kTokenReach);
+    return TextDataFileReader::ReadInt(valueOut);
+}
+
+int32_t QSALoader::ReadFloat(float* valueOut)
+{
+    SkipSpace();
+    Reach(kTokenReach);
+    return TextDataFileReader::ReadFloat(valueOut);
+}
+
+int32_t QSALoader::ReadVector(float (&valuesOut)[3])
+{
+    int32_t result = ReadFloat(&valuesOut[0]);
+    for (size_t i = 1; i < 3; ++i) {
+        if (PeekBehindSpace() == ',')
+            ++position;
+        result |= ReadFloat(&valuesOut[i]);
+    }
+    return result;
+}
+
+// ---- For loops over lists, where the quick form did not do
+
+void QSALoader::SkipToSlowly(QSA_TextCursor& text, char c)
+{
+    MoveTo(text);
+    SkipTo(c);
+    text = Cursor();
+}
+
+uint8_t QSALoader::PeekSlowly(QSA_TextCursor& text)
+{
+    MoveTo(text);
+    const uint8_t next = PeekBehindSpace();
+    text = Cursor();
+    return next;
+}
+
+void QSALoader::ReadIntSlowly(QSA_TextCursor& text, int32_t* valueOut)
+{
+    MoveTo(text);
+    ReadInt(valueOut);
+    text = Cursor();
+}
+
+void QSALoader::ReadFloatSlowly(QSA_TextCursor& text, float* valueOut)
+{
+    MoveTo(text);
+    ReadFloat(valueOut);
+    text = Cursor();
+}

@@ -1,0 +1,142 @@
+#include <cstring>
+
+#include "qsa/QSALoader.h"
+#include "scene/KRE_Mesh.h"
+
+static constexpr float kLeastWeight = 0.1f;
+
+int32_t QSALoader::ParseWeights(KRE_Mesh* mesh)
+{
+    boneIndex.Clear();
+    for (int32_t i = 0; i < mesh->bones.Count(); ++i)
+        boneIndex.Add(HashName(mesh->bones.Get(i)->name, false), i);
+    int32_t result = 0;
+    for (bool isOpen = true; isOpen && result == 0;) {
+        switch (NextToken()) {
+        case QSA_Token::BlockEnd:
+            isOpen = false;
+            break;
+        case QSA_Token::EndOfFile:
+            result = 1;
+            break;
+        case QSA_Token::MeshInitTM:
+            result = ParseMeshInitTM(mesh);
+            break;
+        case QSA_Token::BoneWeight:
+            SkipTo('{');
+            result = ParseBoneWeight(mesh);
+            break;
+        default:
+            break;
+        }
+    }
+    mesh->AllocateBoneObjects();
+    return result;
+}
+
+/// The first bone stands for vertices that are carried by the mesh itself.
+int32_t QSALoader::ParseMeshInitTM(KRE_Mesh* mesh)
+{
+    Transform transform;
+    const int32_t result = ParseTransform(&transform);
+    meshInitTM = transform.initTM;
+    if (!FileVersionAtLeast(2, 11))
+        D3DXMatrixMultiply(&meshInitTM, &mesh->pivotTM, &meshInitTM);
+    if (mesh->bones.Count() == 0)
+        AddBone(mesh, KRE_BoneInfo(mesh->name.c_str()));
+    return result;
+}
+
+int32_t QSALoader::AddBone(KRE_Mesh* mesh, const KRE_BoneInfo& bone)
+{
+    const int32_t index = mesh->bones.Count();
+    mesh->bones.Add(&bone);
+    boneIndex.Add(HashName(bone.name, false), index);
+    return index;
+}
+
+int32_t QSALoader::FindOrAddBone(KRE_Mesh* mesh, const char* boneName, const D3DXMATRIX& boneInitTM)
+{
+    const int32_t found = boneIndex.Find(HashName(boneName, false), [&](int32_t i) {
+        return std::strcmp(mesh->bones.Get(i)->name, boneName) == 0;
+    });
+    return found >= 0 ? found : AddBone(mesh, KRE_BoneInfo(boneName, boneInitTM, meshInitTM));
+}
+
+int32_t QSALoader::ParseBoneWeight(KRE_Mesh* mesh)
+{
+    TokenBuffer boneName = "";
+    int32_t bone = 0;
+    QSA_TextCursor text = Cursor();
+    for (;;) {
+        QSA_Token token = QSA_Token::IndexWeight;
+        if (!text.TakeKeyword("*INDEX_WEIGHT"))
+            token = NextToken(text);
+        switch (token) {
+        case QSA_Token::BlockEnd:
+            return 0;
+        case QSA_Token::EndOfFile:
+            return 1;
+        case QSA_Token::BoneName:
+            MoveTo(text);
+            ReadQuoted(boneName);
+            text = Cursor();
+            break;
+        case QSA_Token::BoneInitTM: {
+            MoveTo(text);
+            Transform transform;
+            if (ParseTransform(&transform) != 0)
+                return 1;
+            bone = FindOrAddBone(mesh, boneName, transform.initTM);
+            text = Cursor();
+            break;
+        }
+        case QSA_Token::IndexWeight: {
+            int32_t vertex = 0;
+            float weight = 0.0f;
+            ReadInt(text, &vertex);
+            ReadFloat(text, &weight);
+            AddWeight(mesh, vertex, bone, weight);
+            break;
+        }
+        default:
+            break;
+        }
+    }
+}
+
+/// The place of the smallest weight, as exporters count it.
+static size_t SmallestWeight(const float (&weight)[kMaxVertexWeights])
+{
+    const size_t a = weight[1] <= weight[0] ? 1 : 0;
+    if (weight[3] <= weight[2])
+        return weight[3] <= weight[a] ? 3 : a;
+    return weight[a] <= weight[2] ? a : 2;
+}
+
+void QSALoader::AddWeight(KRE_Mesh* mesh, int32_t vertex, int32_t bone, float weight)
+{
+    if (vertex < 0 || vertex >= counts[kVertexList].number)
+        Error("Invalid weight index: %i", vertex);
+    if (weight < kLeastWeight)
+        return;
+    if (mesh->bones.Count() == 0)
+        Error("Mesh '%s' has a weight of vertex %i ahead of its bones", mesh->name.c_str(), vertex);
+    if (bone > UINT8_MAX)
+        Warning("Mesh '%s' has a weight of bone %i of at most 256", mesh->name.c_str(), bone);
+    const size_t at = static_cast<size_t>(vertex);
+    if (builder.weights.size() <= at)
+        builder.weights.resize(at + 1);
+    QSA_VertexWeights& entry = builder.weights[at];
+    size_t place = entry.weightCount;
+    if (place == kMaxVertexWeights) {
+        // QUIRK: the new weight takes the place of the smallest even where it is smaller itself.
+        place = SmallestWeight(entry.weight);
+        Warning("More than 4 bones in vertex of object '%s'", mesh->name.c_str());
+    } else {
+        ++entry.weightCount;
+        geometry.weightCount = std::max<int32_t>(geometry.weightCount, entry.weightCount);
+    }
+    entry.weight[place] = weight;
+    entry.bone[place] = static_cast<uint8_t>(bone);
+}

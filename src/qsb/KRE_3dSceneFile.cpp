@@ -1,0 +1,66 @@
+// A whole scene in QSB files, but for the file's header.
+
+#include "qsb/QSB_ReadContext.h"
+#include "qsb/QSB_Record.h"
+#include "scene/KRE_3dScene.h"
+
+template <class List>
+static void SaveAll(File& file, List& list)
+{
+    file.WriteInt32(list.Count());
+    for (auto* object : list)
+        object->Save(file);
+}
+
+template <class T, int32_t N>
+static void LoadAll(File& file, const char* what, int32_t leastBytes, DynaMem<T, N>& list)
+{
+    const int32_t count = gQsbReadContext.ReadCount(file, what, leastBytes);
+    if (count > list.Capacity())
+        list.SetSize(count);
+    for (int32_t i = 0; i < count; ++i) {
+        T* object = list.GetSlot(list.Add());
+        gQsbReadContext.CheckMemory(file, object);
+        object->Load(file);
+    }
+}
+
+void KRE_3dScene::Save(File& file)
+{
+    KRE_3dObject::Save(file);
+    KRE_ClipObject::Save(file);
+    file.WriteInt32(static_cast<int32_t>(ambientColor));
+    file.WriteInt32(static_cast<int32_t>(backgroundColor));
+    const bool hasBackground = backgroundTexture.IsValid();
+    file.WriteInt8(hasBackground ? 1 : 0);
+    if (hasBackground)
+        backgroundTexture.Save(file);
+    settings.Save(file);
+    SaveAll(file, meshes);
+    SaveAll(file, cameras);
+    SaveAll(file, objects);
+    SaveAll(file, lights);
+}
+
+void KRE_3dScene::Load(File& file)
+{
+    const QSB_ObjectInHand inHand(*this);
+    Reset();
+    KRE_3dObject::Load(file);
+    if (gQsbReadContext.version >= kQsbSceneBounds)
+        KRE_ClipObject::Load(file);
+    file.ReadInt32(&ambientColor);
+    file.ReadInt32(&backgroundColor);
+    uint8_t hasBackground = 0;
+    file.ReadInt8(&hasBackground);
+    backgroundTexture.CopyFrom(KRE_Texture());
+    if (hasBackground)
+        backgroundTexture.Load(file);
+    settings.Load(file);
+    LoadAll(file, "meshes", kQsbLeastMesh, meshes);
+    LoadAll(file, "cameras", kQsbLeastCamera, cameras);
+    LoadAll(file, "objects", kQsbLeastObject, objects);
+    LoadAll(file, "lights", kQsbLeastLight, lights);
+    PartitionMeshes();
+    LinkObjects(*this);
+}

@@ -1,0 +1,120 @@
+// Textures of materials in QSB files.
+
+#include <utility>
+
+#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_Texture.h"
+#include "qsb/QSB_ReadContext.h"
+#include "qsb/QSB_Record.h"
+
+namespace {
+
+constexpr int32_t kOldSlots = 8; // those past the fourth are dropped
+
+struct StoredTexture {
+    uint32_t word;
+    float sequenceStart;
+    float framePeriod;
+    int32_t sequenceMode;
+    float value;
+    uint32_t loadOptions;
+};
+static_assert(sizeof(StoredTexture) == 24);
+static_assert(sizeof(KRE_Texture::Slot) == 8);
+
+struct StoredSlot {
+    KRE_TextMatrixAni matrixAni;
+    String file;
+    KRE_Texture::Slot slot;
+};
+
+void LoadStoredSlot(File& file, StoredSlot* slotOut)
+{
+    slotOut->matrixAni.Load(file);
+    gQsbReadContext.ReadText(file, &slotOut->file);
+    ReadRecord(file, &slotOut->slot);
+}
+
+} // namespace
+
+void KRE_TextMatrixAni::Save(File& file) const
+{
+    for (const KRE_FloatTrack& track : tracks)
+        track.Save(file);
+    WriteRecord(file, constants);
+}
+
+void KRE_TextMatrixAni::Load(File& file)
+{
+    for (KRE_FloatTrack& track : tracks)
+        track.Load(file);
+    ReadRecord(file, &constants);
+}
+
+void KRE_Texture::Save(File& file) const
+{
+    WriteRecord(file, StoredTexture{textureWord, sequenceStart, framePeriod, sequenceMode,
+                                    textureValue, loadOptions});
+    for (int32_t slot = 0; slot < kSlots; ++slot) {
+        matrixAni[slot].Save(file);
+        WriteText(file, slotNames[slot]);
+        WriteRecord(file, slots[slot]);
+    }
+}
+
+void KRE_Texture::Load(File& file)
+{
+    StoredTexture stored;
+    ReadRecord(file, &stored);
+    textureWord = stored.word;
+    sequenceStart = stored.sequenceStart;
+    framePeriod = stored.framePeriod;
+    sequenceMode = stored.sequenceMode;
+    textureValue = stored.value;
+    loadOptions = stored.loadOptions;
+    for (int32_t slot = 0; slot < kSlots; ++slot)
+        LoadSlot(file, slot);
+    if (gQsbReadContext.version < kQsbFourSlots) {
+        StoredSlot dropped;
+        for (int32_t slot = kSlots; slot < kOldSlots; ++slot)
+            LoadStoredSlot(file, &dropped);
+    }
+    SwapReflectionToFront();
+    for (int32_t slot = 0; slot < kSlots; ++slot)
+        LoadPicture(file, slot);
+}
+
+void KRE_Texture::LoadSlot(File& file, int32_t slot)
+{
+    StoredSlot stored;
+    LoadStoredSlot(file, &stored);
+    matrixAni[slot] = stored.matrixAni;
+    slotNames[slot] = stored.file;
+    slots[slot] = stored.slot;
+}
+
+/// Stages can show a reflection in slot 0 only; old exporters put it behind the diffuse map.
+void KRE_Texture::SwapReflectionToFront()
+{
+    if (slots[1].type != StageReflection && slots[1].type != StageSphere)
+        return;
+    std::swap(matrixAni[0], matrixAni[1]);
+    std::swap(slotNames[0], slotNames[1]);
+    std::swap(slots[0], slots[1]);
+}
+
+void KRE_Texture::LoadPicture(File& file, int32_t slot)
+{
+    String& name = slotNames[slot];
+    if (name.IsEmpty() || (slots[slot].type == StageBump && !gQsbReadContext.bumpMaps))
+        return;
+    String path;
+    if (!gGfx->FindTextureFile(&path, name.c_str(), gQsbReadContext.directory.c_str())) {
+        Warning("File '%s': Can not open texture: %s", file.GetFileName().c_str(), name.c_str());
+        name.Clear();
+        return;
+    }
+    SelectStage(slot);
+    gGfx->LoadTexture(this, path.c_str(), 0, KRE_Gfx::kKeepTexture, -1,
+                      gQsbReadContext.singleMipLevel ? 1 : 0);
+}

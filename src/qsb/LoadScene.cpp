@@ -1,0 +1,108 @@
+#include <cstring>
+
+#include "base/Paths.h"
+#include "gfx/KRE_Gfx.h"
+#include "qsa/QSALoader.h"
+#include "qsb/QSB_ReadContext.h"
+#include "scene/KRE_3dScene.h"
+#include "scene/ResolveClones.h"
+
+namespace {
+
+constexpr uint32_t kNoFlags = ~uint32_t{0};
+
+QSA_SceneHeader ReadHeader(File& file)
+{
+    QSA_SceneHeader header;
+    file.ReadFloat32(&header.frameSpeed);
+    file.ReadFloat32(&header.firstFrame);
+    file.ReadFloat32(&header.lastFrame);
+    gQsbReadContext.ReadText(file, &header.soundFile);
+    gQsbReadContext.ReadText(file, &header.scriptFile);
+    return header;
+}
+
+QSB_ReadContext MakeContext(const File& file, int32_t version, uint32_t flags)
+{
+    QSB_ReadContext context;
+    context.version = version;
+    SplitDirectory(file.GetFileName().c_str(), &context.directory);
+    context.singleMipLevel = (flags & kLoadSingleMipLevel) != 0;
+    context.bumpMaps = (flags & kLoadBumpMaps) != 0;
+    context.vertexColors = (flags & kLoadVertexColors) != 0;
+    return context;
+}
+
+void SetToStartTime(KRE_3dScene& scene, const QSA_SceneHeader& header)
+{
+    const double frameSpeed = header.frameSpeed;
+    scene.Update(frameSpeed != 0.0 ? header.firstFrame / frameSpeed : 0.0, 1);
+}
+
+/// Resolving clones takes over what is known of the source's materials, but clones have their own.
+void OrderClones(KRE_3dScene& scene)
+{
+    for (KRE_Mesh* mesh : scene.meshes) {
+        if (!mesh->cloneSource.IsEmpty())
+            mesh->hasTransparency = -1;
+    }
+    scene.PartitionMeshes();
+}
+
+} // namespace
+
+void QSALoaderDeleter::operator()(QSALoader* loader) const
+{
+    delete loader;
+}
+
+QSALoader& KRE_Gfx::SceneLoader()
+{
+    if (!sceneLoader)
+        sceneLoader.reset(new QSALoader());
+    return *sceneLoader;
+}
+
+QSA_SceneHeader& KRE_Gfx::SceneHeader()
+{
+    return SceneLoader().header;
+}
+
+void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
+{
+    const String name(path);
+    CheckPath(name.c_str());
+    File file;
+    file.Open(name.c_str(), true, false, true);
+    uint8_t start[4];
+    file.Read(start, sizeof start);
+    if (std::memcmp(start, kQsbMagic, sizeof kQsbMagic) == 0) {
+        LoadQsbScene(scene, file, start[3], flags == kNoFlags ? 0 : flags);
+    } else {
+        SceneLoader().Load(scene, name.c_str(), flags);
+        SetToStartTime(scene, SceneHeader());
+    }
+    scene.fileTime = file.GetFileTime();
+    file.Close();
+    scene.name = name;
+}
+
+void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags)
+{
+    const String path = file.GetFileName();
+    if (version > kQsbCurrent)
+        Error("Unknown qsb file version: %i (%s)", version, path.c_str());
+    if (version < kQsbOldest)
+        Error("'%s': Obsolete qsb file version: %i", path.c_str(), version);
+
+    gQsbReadContext = MakeContext(file, version, flags);
+    const QSA_SceneHeader header = ReadHeader(file);
+    scene.Load(file);
+    scene.settings.clearBackground = 0;
+    ResolveClones(scene, file);
+    OrderClones(scene);
+    SceneHeader() = header;
+    SetToStartTime(scene, header);
+    if (version < kQsbSceneBounds)
+        scene.ComputeBounds();
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+
+// Numbers of the QSB format; docs/qsb-format.md tells what they are for.
+
+inline constexpr uint8_t kQsbMagic[3] = {'Q', 'S', 'B'};
+inline constexpr uint16_t kQsbObjectId = 0x1234; ///< first in each object, to notice a misread
+
+/// The first version of a file that holds each of these.
+enum QSB_Version : int32_t {
+    kQsbOldest = 100,
+    kQsbPackedVertices = 101, ///< before: vertices as they lay in memory
+    kQsbOptionalUV = 102,     ///< before: room for texture coordinates in every vertex
+    kQsbSceneBounds = 103,
+    kQsbEffectNames = 104, ///< and `KRE_SceneSettings::drawTransparentOnly`
+    kQsbEffectValues = 105,
+    kQsbFourSlots = 105, ///< before: eight slots in a texture
+    kQsbReflectionAmount = 106,
+    kQsbCurrent = 106,
+};
+
+/// The fewest bytes that a record of each kind takes in a file of any version. What a file counts is
+/// held against the bytes left by these before memory is taken.
+enum QSB_LeastBytes : int32_t {
+    kQsbLeastString = 4,
+    kQsbLeastObject = 2 + 4 + 116 + 48 + 2 * kQsbLeastString + 1 + 3 * 4 + 8,
+    kQsbLeastTarget = kQsbLeastObject + kQsbLeastString,
+    kQsbLeastCamera = kQsbLeastTarget + 4,
+    kQsbLeastLight = kQsbLeastTarget + 8 + 104,
+    kQsbLeastMesh = kQsbLeastObject + 44 + 16 + kQsbLeastString + 4 + 4,
+    kQsbLeastTrack = 4 + 4 + 2 + 4,
+    kQsbLeastMaterial = 80 + 4 + 5 * kQsbLeastTrack + 5 + 4,
+    kQsbLeastSlot = 5 * kQsbLeastTrack + 5 * 4 + kQsbLeastString + 8,
+    kQsbLeastTexture = 24 + 4 * kQsbLeastSlot,
+    kQsbLeastBone = kQsbLeastString + 2 * 64,
+};

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstdint>
+
+#include "gfx/KRE_ResourceBase.h"
+#include "scene/KRE_ObjectFields.h"
+
+class File;
+
+/// The node of a scene: a named object with a parent, a static transform, three tracks of keys, and
+/// the matrices that follow from them at a time. Vectors are rows, so products read in order of
+/// application: a node's own matrix is scale * rotation * translation.
+class KRE_3dObject : public KRE_ResourceBase, public KRE_ObjectFields {
+public:
+    KRE_3dObject();
+    /// Copies the node with keys of its own, not what it shares as a resource.
+    KRE_3dObject(const KRE_3dObject& other);
+    KRE_3dObject& operator=(const KRE_3dObject&) = delete; // `Assign` says what it copies
+    ~KRE_3dObject() override = default;
+
+    /// As in `KRE_Base`, with the object's name and ": " ahead of the message.
+    [[noreturn]] [[gnu::format(printf, 2, 3)]] void Error(const char* format, ...) override;
+    [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) override;
+    /// Write and read the object as in QSB files: `qsb/KRE_3dObjectFile.cpp` and its neighbours. A
+    /// load begins with a reset; what a file may not hold is an `Error`, after which the object is
+    /// in no particular state. Overrides begin with their base's.
+    virtual void Save(File& file);
+    virtual void Load(File& file);
+    virtual int32_t IsMesh() const { return 0; }
+
+    /// Computes the matrices at `time` in seconds; returns 1. A negative time counts as 0 unless
+    /// the object loops. Skipped for the time of the last evaluation unless `dirty` or `force` is
+    /// set. With `updateParent` the parent is evaluated first, at this object's time after looping.
+    /// Chains of any length are walked by a loop; a ring of parents or targets ends at the object
+    /// that is being evaluated already.
+    int32_t Evaluate(double time, int32_t updateParent, int32_t force);
+
+    /// Evaluations between two calls of this that find nothing changed in between are one pass: an
+    /// object that is reached again at the same time is left alone altogether. Callers that change
+    /// an object in the middle of a pass use `Evaluate`, which starts one of its own.
+    static void BeginPass();
+    /// `Evaluate` as part of the pass that runs.
+    int32_t EvaluateInPass(double time, int32_t updateParent, int32_t force);
+
+    /// Rebuilds the part matrices, `initTM` and `worldTM` from the static fields, without the
+    /// parent.
+    void RebuildInitTM();
+    /// Stores `position`. With `rebuild` rebuilds the matrices at once, else the next evaluation
+    /// does; returns 1.
+    int32_t SetPosition(float x, float y, float z, int32_t rebuild);
+    void SetLoop(int32_t flag) { loop = flag; }
+    void SetLoopEnd(float seconds) { loopEnd = seconds; }
+    /// The translation row of `worldTM`.
+    void GetWorldPosition(D3DXVECTOR3& positionOut) const;
+    /// What carries a camera's or light's vectors along with the pivot and with `extraTM`, which
+    /// may be null: inverse(W) * (P * W) * extraTM. A singular W counts as its own inverse's
+    /// identity.
+    D3DXMATRIX CorrectionTM(const D3DXMATRIX* extraTM) const;
+
+    /// Indexes the three tracks; a counter that does not agree with its list is an `Error`.
+    void BuildKeyIndex();
+    /// Destroys all keys and indexes, then `Reset`.
+    void ResetKeys();
+    /// Puts every field back to its default, the kind to plain, and leaves no keys.
+    void Reset();
+    /// Takes over all fields of another node and copies of its keys. The label and the shared
+    /// resource stay this object's own.
+    void Assign(const KRE_3dObject& other);
+    /// Gives `target` copies of all keys and a new index, or no keys at all when `deep` is 0.
+    void CloneKeys(KRE_3dObject& target, int32_t deep) const;
+
+protected:
+    // What kinds of objects add to an evaluation. None of these may evaluate another object itself:
+    // a file decides how long the chains are.
+
+    /// Comes first, also when the evaluation is skipped afterwards.
+    virtual void PrepareEvaluation([[maybe_unused]] double time, [[maybe_unused]] int32_t force) {}
+    /// An object that is to be evaluated, with its parents, before `FinishEvaluation`; or null.
+    virtual KRE_3dObject* EvaluationTarget() const { return nullptr; }
+    /// Comes last, also when the evaluation was skipped.
+    virtual void FinishEvaluation() {}
+
+private:
+    enum class VisitStage : uint8_t { kIdle, kOwnMatrix, kParentMatrix, kFinish };
+
+    /// The arguments and the state of an evaluation of this object: a frame of the walk, kept in
+    /// the object so that the walk needs neither stack nor memory.
+    struct Visit {
+        KRE_3dObject* caller = nullptr; ///< not owned; goes on when this one is done
+        double time = 0;
+        uint64_t stamp = 0; ///< `gEvaluationStamp` when the last visit ended
+        VisitStage stage = VisitStage::kIdle;
+        bool updateParent = false;
+        int32_t force = 0;
+    };
+
+    bool BeginVisit(KRE_3dObject* caller, double time, bool updateParent, int32_t force);
+    KRE_3dObject* StepVisit();
+    KRE_3dObject* VisitOwnMatrix();
+    KRE_3dObject* VisitTarget();
+    KRE_3dObject* EndVisit();
+    bool IsUnchangedSinceVisit(double time, int32_t force) const;
+    float LocalTime(double time) const;
+    void EvaluateTracks(float time);
+    void BuildScaling(const D3DXVECTOR3& factors);
+    D3DXMATRIX ProductOfParts() const;
+    void ApplyParent();
+    D3DXMATRIX PartlyInheritedTM() const;
+
+    Visit visit;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <d3dx9.h>
+
+class File;
+
+/// A bounding sphere and box, and which of them the frustum test uses.
+struct KRE_ClipObject {
+    void Reset() { *this = KRE_ClipObject(); }
+    /// Makes the box that of the box's own corners under `matrix`, and the sphere the one around
+    /// it.
+    void TransformBounds(const D3DXMATRIX& matrix);
+    /// As in QSB files.
+    void Save(File& file) const;
+    void Load(File& file);
+
+    int32_t clipMode = 0; ///< bit 0: sphere, bit 1: box; below 1 everything is visible
+    float radius = 0;
+    D3DXVECTOR3 center = {0, 0, 0};
+    D3DXVECTOR3 boxMin = {0, 0, 0};
+    D3DXVECTOR3 boxMax = {0, 0, 0};
+};
+static_assert(sizeof(KRE_ClipObject) == 44); // as it lies in the binary scene format
+static_assert(offsetof(KRE_ClipObject, radius) == 4 && offsetof(KRE_ClipObject, center) == 8);
+static_assert(offsetof(KRE_ClipObject, boxMin) == 20 && offsetof(KRE_ClipObject, boxMax) == 32);
+
+/// An axis-aligned box that grows around what is folded into it.
+struct KRE_GrowingBox {
+    /// An empty box: `limit` on each axis as its low end, -`limit` as its high end.
+    explicit KRE_GrowingBox(float limit) : low(limit, limit, limit), high(-limit, -limit, -limit) {}
+
+    void Add(const D3DXVECTOR3& point);
+    /// Adds the eight corners of a box as they lie under `matrix`.
+    void AddCorners(const D3DXVECTOR3& boxMin, const D3DXVECTOR3& boxMax, const D3DXMATRIX& matrix);
+    D3DXVECTOR3 Center() const { return (low + high) * 0.5f; }
+    /// Of the sphere around the box.
+    float Radius() const;
+
+    D3DXVECTOR3 low;
+    D3DXVECTOR3 high;
+};

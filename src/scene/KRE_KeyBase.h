@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+class File;
+
+/// How the way from a key to the next one is walked. Any other stored value reads as linear.
+enum KeyInterpolation : uint16_t {
+    kKeyLinear = 0, ///< for rotations: spherical linear
+    kKeyBezier = 1, ///< positions and scales
+    kKeyTcb = 2,    ///< rotations
+};
+
+/// A key as a node of the doubly linked list that `KRE_KeyList` keeps; `T` is the key's own class.
+/// A copy takes the values and no links.
+template <class T>
+class KRE_KeyBase {
+public:
+    KRE_KeyBase() = default;
+    KRE_KeyBase(const KRE_KeyBase& other) : time(other.time) {}
+    KRE_KeyBase& operator=(const KRE_KeyBase& other)
+    {
+        time = other.time;
+        return *this;
+    }
+
+    /// Takes all later keys along. In a loop: the number of keys is the file's, the stack is not.
+    ~KRE_KeyBase()
+    {
+        std::unique_ptr<T> rest = std::move(next);
+        while (rest)
+            rest = std::move(rest->next);
+    }
+
+    /// Writes this key and all later ones as in QSB files; gives their number.
+    int32_t Save(File& file) const;
+    /// Reads the values of one key; true if another one follows in the file.
+    bool Load(File& file);
+
+    float time = 0;          ///< seconds from the start of the scene; ticks during a text import
+    std::unique_ptr<T> next; ///< owned; the later key, null at the end
+    T* prev = nullptr;       ///< not owned, lives in the list; null at the head
+};

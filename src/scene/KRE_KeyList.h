@@ -1,0 +1,187 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+/// The keys of one track of an object, in time order, owned. `T` is a class of `KRE_KeyData.h`.
+/// Adding in time order takes constant time, any other order a logarithmic one.
+template <class T>
+class KRE_KeyList {
+public:
+    KRE_KeyList() = default;
+    KRE_KeyList(const KRE_KeyList& other) { CopyFrom(other); }
+    KRE_KeyList(KRE_KeyList&&) noexcept = default;
+    KRE_KeyList& operator=(KRE_KeyList&&) noexcept = default;
+    KRE_KeyList& operator=(const KRE_KeyList& other)
+    {
+        if (this != &other)
+            CopyFrom(other);
+        return *this;
+    }
+    ~KRE_KeyList() = default;
+
+    T* Head() const { return head.get(); }
+    T* Tail() const { return head ? tail : nullptr; }
+    explicit operator bool() const { return head != nullptr; }
+
+    /// Puts a copy of `key` before the first key that is later, or last; so of keys with equal
+    /// times the newest stands last. Gives the new key, owned here.
+    /// QUIRK: the head stays the head. A key before it is not kept, and the result is null; the
+    /// owner counts it all the same, and `BuildKeyIndex` then reports the difference.
+    T* Insert(const T& key);
+    /// Puts a copy of `key` last, whatever its time, and gives it.
+    T* Append(const T& key);
+    void Clear() { *this = KRE_KeyList(); }
+
+    /// The last key that is not after `time`, or the first; null in an empty list. Walks the list.
+    T* FindKey(float time) const;
+    /// Moves the window from `from` to `to` to time 0 and removes keys outside it, but for the one
+    /// to start from and the last. Gives the number of keys removed.
+    int32_t Trim(float from, float to);
+    /// To be called after the times were changed in place, before the next `Insert`.
+    void TimesChanged();
+
+private:
+    void CopyFrom(const KRE_KeyList& other);
+    T* Link(T* before, const T& key);
+    void Unlink(T* key);
+    T* FirstLaterKey(float time);
+    void NoteTime(T* key);
+
+    std::unique_ptr<T> head; ///< owned; owns the rest through `next`
+    T* tail = nullptr;       ///< valid while there is a head
+    float latest = 0;        ///< highest time in the list, valid while there is a head
+    /// The keys that are later than all keys before them, by time: the first key after a time is
+    /// always one of these. Made by the first key that comes out of order.
+    std::unique_ptr<std::map<float, T*>> laterKeys;
+};
+
+template <class T>
+T* KRE_KeyList<T>::Insert(const T& key)
+{
+    if (head && head->time > key.time)
+        return nullptr;
+    if (!head || !(latest > key.time))
+        return Append(key);
+    T* added = Link(FirstLaterKey(key.time), key);
+    NoteTime(added);
+    return added;
+}
+
+template <class T>
+T* KRE_KeyList<T>::Append(const T& key)
+{
+    if (!head)
+        latest = key.time;
+    T* added = Link(nullptr, key);
+    // A time that is no number is after nothing and nothing is after it.
+    if (key.time > latest || latest != latest)
+        latest = key.time;
+    NoteTime(added);
+    return added;
+}
+
+/// Makes a copy of `key` the one ahead of `before`, which is not the head; null stands for the end.
+template <class T>
+T* KRE_KeyList<T>::Link(T* before, const T& key)
+{
+    auto node = std::make_unique<T>(key);
+    T* added = node.get();
+    if (before) {
+        added->prev = before->prev;
+        added->next = std::move(before->prev->next);
+        before->prev = added;
+        added->prev->next = std::move(node);
+        return added;
+    }
+    added->prev = Tail();
+    (head ? tail->next : head) = std::move(node);
+    tail = added;
+    return added;
+}
+
+template <class T>
+void KRE_KeyList<T>::Unlink(T* key)
+{
+    if (key->next)
+        key->next->prev = key->prev;
+    else
+        tail = key->prev;
+    std::unique_ptr<T>& link = key->prev ? key->prev->next : head;
+    link = std::move(key->next);
+}
+
+template <class T>
+T* KRE_KeyList<T>::FirstLaterKey(float time)
+{
+    if (!laterKeys) {
+        laterKeys = std::make_unique<std::map<float, T*>>();
+        for (T* key = head.get(); key; key = key->next.get())
+            NoteTime(key);
+    }
+    const auto found = laterKeys->upper_bound(time);
+    return found == laterKeys->end() ? nullptr : found->second;
+}
+
+/// Keys come here in list order, or with no earlier key behind them; of equal times the first
+/// stays.
+template <class T>
+void KRE_KeyList<T>::NoteTime(T* key)
+{
+    if (!laterKeys || key->time != key->time)
+        return;
+    const auto after = laterKeys->upper_bound(key->time);
+    // A key that follows a later one is never the first one after any time.
+    if (after == laterKeys->end() || key->next.get() == after->second)
+        laterKeys->emplace_hint(after, key->time, key);
+}
+
+template <class T>
+T* KRE_KeyList<T>::FindKey(float time) const
+{
+    T* key = head.get();
+    while (key && key->next && !(key->next->time > time))
+        key = key->next.get();
+    return key;
+}
+
+template <class T>
+int32_t KRE_KeyList<T>::Trim(float from, float to)
+{
+    int32_t removed = 0;
+    T* key = head.get();
+    while (key) {
+        T* next = key->next.get();
+        const bool isBefore = key->time < from && next && !(next->time > from);
+        const bool isOutside = isBefore || key->time > to;
+        if (isOutside && next) {
+            Unlink(key);
+            ++removed;
+        } else {
+            key->time -= from;
+        }
+        key = next;
+    }
+    TimesChanged();
+    return removed;
+}
+
+template <class T>
+void KRE_KeyList<T>::TimesChanged()
+{
+    laterKeys.reset();
+    latest = head ? head->time : 0;
+    for (T* key = head.get(); key; key = key->next.get()) {
+        if (key->time > latest || latest != latest)
+            latest = key->time;
+    }
+}
+
+template <class T>
+void KRE_KeyList<T>::CopyFrom(const KRE_KeyList& other)
+{
+    Clear();
+    for (const T* key = other.Head(); key; key = key->next.get())
+        Append(*key);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "scene/KRE_Target3dObject.h"
+
+/// A light of the device that moves with a node.
+class KRE_Light : public KRE_Target3dObject {
+public:
+    KRE_Light();
+
+    void Save(File& file) override;
+    void Load(File& file) override;
+
+    /// Writes the world position and direction to `light`, carried along with the pivot and
+    /// `extraTM`, which may be null. The direction is not normalised; the device does that.
+    /// QUIRK: the direction is transformed as a point, so that a pivot's translation moves it too.
+    void UpdateLightData(const D3DXMATRIX* extraTM) override;
+    /// Makes this a directional light, all else of `light` cleared; returns 1. The alphas are
+    /// ignored and stay 0.
+    int32_t SetDirectional(float diffuseR, float diffuseG, float diffuseB, float diffuseA,
+                           float specularR, float specularG, float specularB, float specularA,
+                           float ambientR, float ambientG, float ambientB, float ambientA,
+                           float range);
+    void Reset();
+
+    int32_t lightMode = 1; ///< kept for the files; drawing does not read it
+    int32_t lightOn = 1;   ///< not 0: the scene draw enables the light
+    D3DLIGHT9 light = DefaultLight();
+
+private:
+    static D3DLIGHT9 DefaultLight();
+};
+static_assert(sizeof(D3DLIGHT9) == 104); // as it lies in the binary scene format

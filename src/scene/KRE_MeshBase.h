@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+
+#include <d3dx9.h>
+
+#include "base/HeapArray.h"
+#include "gfx/KRE_Texture.h"
+#include "gfx/KRE_VertexLayout.h"
+#include "platform/ComPointer.h"
+#include "scene/KRE_3dClipObject.h"
+#include "scene/KRE_MaterialInfo.h"
+
+/// An object with a device mesh, its vertex layout, and one material and one set of textures for
+/// each attribute. In `VertexInfo`, `processing` is how its vertices are blended: 0 by the device's
+/// software, 1 by indexed blending in hardware, 2 by an effect. Meshes, and so scenes, have to go
+/// before the engine that made them: `manager` points into it, and the device mesh holds its
+/// device.
+class KRE_MeshBase : public KRE_3dClipObject, public VertexInfo {
+public:
+    KRE_MeshBase();
+    ~KRE_MeshBase() override;
+
+    /// Clears the layout but for `processing` and derives it from a format code.
+    void SetVertexFormat(DWORD newFvf) { SetFVFInfo(newFvf); }
+
+    /// Index, vertex and attribute buffer, in this order; `flags` are of D3DLOCK_. A buffer that is
+    /// locked already keeps its pointer. All locks and unlocks give 1; what the device refuses is
+    /// an `Error`.
+    int32_t LockAll(DWORD flags);
+    int32_t LockIndexBuffer(DWORD flags);
+    int32_t LockVertexBuffer(DWORD flags);
+    int32_t LockAttributeBuffer(DWORD flags);
+    /// Attribute, vertex and index buffer. One that is not locked is left alone.
+    int32_t UnlockAll();
+    int32_t UnlockIndexBuffer();
+    int32_t UnlockVertexBuffer();
+    int32_t UnlockAttributeBuffer();
+
+    /// Parts of a vertex while the vertex buffer is locked; not checked, neither the number nor
+    /// that the layout has the part. The first texture set may hold less than two coordinates.
+    D3DXVECTOR3* Position(int32_t i) { return Element<D3DXVECTOR3>(i, 0); }
+    D3DXVECTOR3* Normal(int32_t i) { return Element<D3DXVECTOR3>(i, normalOffset); }
+    float* TexCoord(int32_t i) { return Element<float>(i, textureOffset); }
+    float* Weights(int32_t i) { return Element<float>(i, weightOffset); }
+    uint8_t* BlendIndices(int32_t i) { return Element<uint8_t>(i, matrixIndexOffset); }
+    /// The three indices of a face, and its attribute, while their buffers are locked; not checked.
+    uint16_t* Face(int32_t i) { return indexData + ptrdiff_t{3} * i; }
+    DWORD* Attribute(int32_t i) { return attributeData + i; }
+
+    /// QUIRK: `i` equal to `materialCount` passes and gives the place behind the array, for callers
+    /// that want its end. Above that it is an `Error`.
+    KRE_MaterialInfo* GetMaterial(int32_t i);
+    /// Makes `target` a copy of a texture and gives 1; 0 with a `Warning` if there are not that
+    /// many.
+    int32_t GetTexture(KRE_Texture& target, int32_t i);
+    /// Whether a material is drawn in the transparent pass. Looked for once: material animation
+    /// does not change it.
+    int32_t HasTransparency();
+    /// Sorts the faces by attribute, so that each one is a contiguous range.
+    void Optimize();
+
+    /// Makes `count` materials and textures in place of the old ones; below 1 none.
+    void AllocateMaterials(int32_t count);
+    /// Lets go of the device mesh as one of its users, unlocked.
+    void ReleaseDeviceMesh();
+    /// Lets go of the device mesh, materials, textures and keys.
+    void ReleaseMesh();
+    /// Puts the fields back to their defaults and lets go of everything.
+    void Reset();
+
+    int32_t indexLocked = 0;
+    int32_t vertexLocked = 0;
+    int32_t attributeLocked = 0;
+    HeapArray<KRE_Texture> textures;       ///< owned; `materialCount` of them
+    ComPointer<ID3DXMesh> mesh;            ///< null without geometry; clones share it
+    HeapArray<KRE_MaterialInfo> materials; ///< owned; `materialCount` of them
+    String cloneSource;                    ///< the mesh whose geometry this one shares; or empty
+    int32_t materialCount = 0;
+    int32_t hasTransparency = -1;   ///< -1 not looked for yet
+    int32_t vertexCount = 0;        ///< as created
+    int32_t faceCount = 0;          ///< as created
+    int32_t ownGeometry = 1;        ///< of files: whether the faces came with texture coordinates
+    uint16_t* indexData = nullptr;  ///< while locked
+    uint8_t* vertexData = nullptr;  ///< while locked
+    DWORD* attributeData = nullptr; ///< while locked
+    int32_t visible = 1;            ///< 0: neither animated nor drawn
+
+protected:
+    void PrepareEvaluation(double time, int32_t force) override;
+    void CopyMeshFields(const KRE_MeshBase& other);
+    void ShareDeviceMesh(KRE_MeshBase& other);
+
+private:
+    template <class T>
+    T* Element(int32_t i, int32_t offset)
+    {
+        return reinterpret_cast<T*>(vertexData + ptrdiff_t{stride} * i + offset);
+    }
+    int32_t CheckLock(HRESULT result, const char* text);
+    void ForgetLocks();
+};

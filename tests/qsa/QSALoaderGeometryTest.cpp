@@ -1,0 +1,359 @@
+#include <cmath>
+
+#include "tests/qsa/QSATesting.h"
+
+namespace {
+
+using Access = QSALoaderTestAccess;
+
+/// A map block of a file that is not there.
+std::string Map(const char* kind)
+{
+    return std::string("*MAP_") + kind + " { *BITMAP \"none.bmp\" }\n";
+}
+
+MeshText WithMaterial(MeshText mesh)
+{
+    mesh.more += "*MATERIAL_REF 0\n";
+    return mesh;
+}
+
+/// A mesh of so many triangles that have nothing in common.
+MeshText LooseTriangles(int number)
+{
+    MeshText mesh;
+    mesh.vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    mesh.faces.assign(static_cast<size_t>(number), {0, 1, 2, ""});
+    return mesh;
+}
+
+/// Triangles that all stand on vertices of their own.
+MeshText SeparateTriangles(int number)
+{
+    MeshText mesh;
+    for (int i = 0; i < number; ++i) {
+        mesh.vertices.push_back({double(i), 0, 0});
+        mesh.vertices.push_back({i + 0.5, 0, 0});
+        mesh.vertices.push_back({double(i), 1, 0});
+        mesh.faces.push_back({i * 3, i * 3 + 1, i * 3 + 2, "1"});
+    }
+    return mesh;
+}
+
+} // namespace
+
+TEST_F(QSALoaderTest, MeshWithoutFacesBecomesAPlainObject)
+{
+    MeshText mesh;
+    mesh.name = "Dot";
+    mesh.vertices = {{1, 2, 3}};
+    mesh.more = "*NODE_PARENT \"\" *MATERIAL_REF 7 *NODE_TM { *TM_POS 4 5 6 *TM_ROW3 4 5 6 }";
+    Load(mesh.Text());
+    EXPECT_EQ(scene.meshes.Count(), 0);
+    ASSERT_EQ(scene.objects.Count(), 1);
+    EXPECT_STREQ(Object(0).name.c_str(), "Dot");
+    EXPECT_EQ(Object(0).objectKind, 4);
+    ExpectVec3(Object(0).position, 4, 5, 6);
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the reference is not looked at
+}
+
+TEST_F(QSALoaderTest, CubeOfSixGroupsHas24VerticesAndReports16Duplicates)
+{
+    Load(Cube({"1", "2", "3", "4", "5", "6"}).Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 24);
+    EXPECT_EQ(Mesh(0).faceCount, 12);
+    EXPECT_EQ(Warnings("16 vertices duplicated in mesh 'Cube'"), 1);
+    // Each corner has the normal of its side.
+    const MeshContents cube = ReadMesh(Mesh(0));
+    for (size_t face = 0; face < 12; ++face) {
+        const D3DXVECTOR3& n = kCubeSides[face / 2];
+        for (size_t corner = 0; corner < 3; ++corner)
+            ExpectVec3(cube.Corner(face, corner).normal, n.x, n.y, n.z, std::to_string(face));
+    }
+}
+
+TEST_F(QSALoaderTest, CubeOfOneGroupHas8Vertices)
+{
+    Load(Cube({"1"}).Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 8);
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty());
+    // The three sides at a corner each add a right angle, in one triangle or two, so that the sum
+    // points along the diagonal: from the middle of the cube through the corner.
+    const float third = 1.0f / std::sqrt(3.0f);
+    for (const MeshContents::Vertex& vertex : ReadMesh(Mesh(0)).vertices) {
+        const D3DXVECTOR3& p = vertex.position;
+        ExpectVec3(vertex.normal, p.x > 0.5f ? third : -third, p.y > 0.5f ? third : -third,
+                   p.z > 0.5f ? third : -third);
+    }
+}
+
+TEST_F(QSALoaderTest, CubeOfEmptySmoothingSetsHas36Vertices)
+{
+    Load(Cube({""}).Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 36);
+    EXPECT_EQ(Warnings("28 vertices duplicated in mesh 'Cube'"), 1);
+}
+
+TEST_F(QSALoaderTest, CornersOfOtherTextureCoordinatesAreCopiesThatShareNormals)
+{
+    // Two triangles that meet at a right angle along the edge from (0,0,0) to (0,1,0), of one group.
+    MeshText mesh;
+    mesh.vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    mesh.faces = {{0, 1, 2, "1"}, {0, 2, 3, "1"}}; // normals +z and +x
+    mesh.tVertices = {{0, 0}, {1, 0}, {0, 1}, {0.5, 0.5}};
+    mesh.tFaces = {{0, 1, 2}, {3, 2, 1}}; // vertex 0 has other coordinates, vertex 2 the same
+    Load(mesh.Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 5);
+    EXPECT_EQ(Warnings("1 vertices duplicated in mesh 'Solid'"), 1);
+    const MeshContents contents = ReadMesh(Mesh(0));
+    // At vertex 0 both triangles have a right angle: the sum of z and x in equal parts.
+    const float half = std::sqrt(0.5f);
+    for (size_t face = 0; face < 2; ++face)
+        ExpectVec3(contents.Corner(face, 0).normal, half, 0, half, "shared");
+    EXPECT_EQ(contents.Corner(0, 0).u, 0.0f);
+    EXPECT_EQ(contents.Corner(0, 0).v, 1.0f); // 1 - 0
+    EXPECT_EQ(contents.Corner(1, 0).u, 0.5f);
+    EXPECT_EQ(contents.Corner(1, 0).v, 0.5f);
+    EXPECT_EQ(contents.faces[0][2], contents.faces[1][1]);
+}
+
+TEST_F(QSALoaderTest, FacesOfDifferentMaterialsNeverShareAVertex)
+{
+    MeshText mesh = WithMaterial(Cube({"1"}));
+    for (size_t i = 0; i < 2; ++i)
+        mesh.faces[i].material = 1; // one side, whose corners are then copies
+    Load(MaterialList({"*NUMSUBMTLS 2 *SUBMATERIAL 0 { } *SUBMATERIAL 1 { }"}) + mesh.Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 12);
+    EXPECT_EQ(Mesh(0).materialCount, 2);
+}
+
+TEST_F(QSALoaderTest, DegenerateFaceIsLeftOutOfTheMesh)
+{
+    MeshText mesh = Triangle();
+    mesh.faces.insert(mesh.faces.begin(), {0, 0, 1, "1"});
+    Load(mesh.Text());
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+    EXPECT_EQ(Mesh(0).vertexCount, 3);
+    EXPECT_EQ(Warnings("Invalid face 0 in mesh 'Triangle'"), 1);
+}
+
+TEST_F(QSALoaderTest, MeshOfDegenerateFacesOnlyIsAnError)
+{
+    MeshText mesh = Triangle();
+    mesh.faces[0].c = 1;
+    EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh without vertices: 'Triangle'");
+}
+
+TEST_F(QSALoaderTest, OppositeFacesOfOneGroupGiveAZeroNormalAndAWarning)
+{
+    MeshText mesh = Triangle();
+    mesh.faces.push_back({0, 2, 1, "1"}); // the same corners from behind: +z and -z cancel out
+    Load(mesh.Text());
+    ASSERT_EQ(Mesh(0).vertexCount, 3);
+    EXPECT_GE(Warnings("Zero normal sum in object Triangle!"), 1);
+    for (const MeshContents::Vertex& vertex : ReadMesh(Mesh(0)).vertices)
+        ExpectVec3(vertex.normal, 0, 0, 0);
+}
+
+TEST_F(QSALoaderTest, MostVerticesAre65535)
+{
+    Load(SeparateTriangles(21845).Text()); // 65535 of them
+    EXPECT_EQ(Mesh(0).vertexCount, 65535);
+    const MeshContents contents = ReadMesh(Mesh(0));
+    EXPECT_EQ(contents.Corner(21844, 0).position.x, 21844.0f);
+}
+
+TEST_F(QSALoaderTest, MoreThan65535VerticesAreAnError)
+{
+    // Corners without a group never join: 3 source vertices of 128 copies each are far too few, so
+    // the faces stand on 3 x 171 of them.
+    MeshText mesh = SeparateTriangles(171);
+    mesh.faces.clear();
+    for (int i = 0; i < 21846; ++i) // 65538 corners; the 128 copies of a vertex are not exceeded
+        mesh.faces.push_back({i % 171 * 3, i % 171 * 3 + 1, i % 171 * 3 + 2, ""});
+    EXPECT_THAT(LoadError(mesh.Text()),
+                testing::HasSubstr("Number of vertices too high: 65538 - only 65535 allowed"));
+}
+
+TEST_F(QSALoaderTest, HundredAndTwentyNineCopiesOfAVertexWarn)
+{
+    Load(LooseTriangles(129).Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 3 * 128);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(Warnings("Too many smoothing groups on vertex " + std::to_string(i) + "!"), 1);
+}
+
+TEST_F(QSALoaderTest, VertexFormatFollowsTheMaterialsMaps)
+{
+    const DWORD plain = D3DFVF_XYZ | D3DFVF_NORMAL;
+    const struct {
+        const char* what;
+        std::string material;
+        uint32_t flags;
+        DWORD expected;
+    } cases[] = {
+        {"none", "", 0, plain},
+        {"diffuse", Map("DIFFUSE"), 0, plain | D3DFVF_TEX1},
+        {"reflection", Map("REFLECT"), 0, plain | D3DFVF_TEX1},
+        {"both", Map("DIFFUSE") + Map("REFLECT"), 0, plain | D3DFVF_TEX2},
+        {"bump off", Map("BUMP"), 0, plain},
+        {"bump on", Map("BUMP"), kLoadBumpMaps, plain | D3DFVF_TEX1 | 0x40000},
+        {"diffuse and bump", Map("DIFFUSE") + Map("BUMP"), kLoadBumpMaps,
+         plain | D3DFVF_TEX2 | 0x40000},
+        {"colours", "", kLoadVertexColors, plain | D3DFVF_DIFFUSE | D3DFVF_SPECULAR},
+        {"child's diffuse", "*NUMSUBMTLS 1 *SUBMATERIAL 0 { " + Map("DIFFUSE") + "}", 0,
+         plain | D3DFVF_TEX1},
+        {"child's bump, off", "*NUMSUBMTLS 1 *SUBMATERIAL 0 { " + Map("BUMP") + "}", 0,
+         plain | D3DFVF_TEX1 | 0x40000},
+    };
+    for (const auto& c : cases) {
+        Load(MaterialList({c.material}) + WithMaterial(Triangle()).Text(), c.flags);
+        EXPECT_EQ(Mesh(0).fvf, c.expected) << c.what;
+    }
+}
+
+TEST_F(QSALoaderTest, QuirkThreeMapsGiveAFormatWithoutTextureCoordinates)
+{
+    MeshText mesh = WithMaterial(Triangle());
+    mesh.tVertices = {{0.5, 0.5}};
+    mesh.tFaces = {{0, 0, 0}};
+    Load(MaterialList({Map("DIFFUSE") + Map("REFLECT") + Map("BUMP")}) + mesh.Text(),
+         kLoadBumpMaps);
+    EXPECT_EQ(Mesh(0).fvf, DWORD{D3DFVF_XYZ | D3DFVF_NORMAL | 0x40000});
+    EXPECT_EQ(Mesh(0).stride, 24);
+}
+
+TEST_F(QSALoaderTest, TextureFacesWithoutMapsGiveOneSet)
+{
+    MeshText mesh = Triangle();
+    mesh.tVertices = {{0.25, 0.75}, {1, 0}};
+    mesh.tFaces = {{0, 1, 0}};
+    Load(mesh.Text());
+    EXPECT_EQ(Mesh(0).fvf, DWORD{D3DFVF_XYZ | D3DFVF_NORMAL | D3DFVF_TEX1});
+    EXPECT_EQ(Mesh(0).ownGeometry, 1);
+    const MeshContents contents = ReadMesh(Mesh(0));
+    EXPECT_EQ(contents.Corner(0, 0).u, 0.25f);
+    EXPECT_EQ(contents.Corner(0, 0).v, 0.25f);
+    EXPECT_EQ(contents.Corner(0, 1).v, 1.0f);
+    Load(Triangle().Text());
+    EXPECT_EQ(Mesh(0).ownGeometry, 0);
+}
+
+TEST_F(QSALoaderTest, WireColourIsTheMaterialOfAMeshWithoutOne)
+{
+    MeshText mesh = Triangle();
+    mesh.more = "*WIREFRAME_COLOR 0.25 0.5,1";
+    Load(mesh.Text());
+    const KRE_MaterialInfo& material = Mesh(0).materials[0];
+    ExpectColour(material.diffuse, 0.25f, 0.5f, 1, 1);
+    ExpectColour(material.ambient, 0.25f, 0.5f, 1, 1);
+    ExpectColour(material.specular, 0, 0, 0, 1);
+    ExpectColour(material.emissive, 0, 0, 0, 1);
+    EXPECT_EQ(Mesh(0).materialCount, 1);
+}
+
+TEST_F(QSALoaderTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
+{
+    MeshText mesh = WithMaterial(Triangle());
+    mesh.faces.push_back({0, 1, 2, "1", 3}); // 3 modulo 2 is 1
+    mesh.faces[0].material = 1;
+    mesh.faces.push_back({0, 1, 2, "1", -2}); // 0
+    const std::string list =
+        MaterialList({"*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 } *SUBMATERIAL 1 { "
+                      "*MATERIAL_DIFFUSE 0 1 0 }"});
+    Load(list + mesh.Text());
+    ASSERT_EQ(Mesh(0).materialCount, 2);
+    ExpectColour(Mesh(0).materials[0].diffuse, 0, 1, 0, 1, "submaterial 1 came first");
+    ExpectColour(Mesh(0).materials[1].diffuse, 1, 0, 0, 1);
+    EXPECT_THAT(ReadMesh(Mesh(0)).attributes, testing::ElementsAre(0u, 0u, 1u));
+}
+
+TEST_F(QSALoaderTest, MaterialBeyondTheListCountsAsNone)
+{
+    MeshText mesh = Triangle();
+    mesh.more = "*MATERIAL_REF 2 *WIREFRAME_COLOR 1 0 0";
+    Load(MaterialList({"*MATERIAL_DIFFUSE 0 0 1", ""}) + mesh.Text());
+    ExpectColour(Mesh(0).materials[0].diffuse, 1, 0, 0, 1);
+    EXPECT_EQ(Warnings("Mesh 'Triangle' has material 2 of 2"), 1);
+}
+
+TEST_F(QSALoaderTest, BoundsComeFromTheVerticesAndNotFromTheFile)
+{
+    MeshText mesh = Cube({"1"});
+    mesh.vertices[7] = {3, 2, 1}; // a far corner
+    std::string text = mesh.Text();
+    text.insert(text.find("*MESH_NUMVERTEX"), "*BOUNDINGBOX_MIN -9 -9 -9 *BOUNDINGBOX_MAX 9 9 9 ");
+    Load(text);
+    ExpectVec3(Mesh(0).boxMin, 0, 0, 0);
+    ExpectVec3(Mesh(0).boxMax, 3, 2, 1);
+    ExpectVec3(Mesh(0).center, 1.5f, 1, 0.5f);
+    // Both far corners of the box are vertices: sqrt(1.5^2 + 1^2 + 0.5^2).
+    EXPECT_FLOAT_EQ(Mesh(0).radius, std::sqrt(3.5f));
+    EXPECT_EQ(Mesh(0).clipMode, 3);
+}
+
+TEST_F(QSALoaderTest, VerticesThatNoFaceUsesDoNotCount)
+{
+    MeshText mesh = Triangle();
+    mesh.vertices.push_back({100, 100, 100});
+    Load(mesh.Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 3);
+    ExpectVec3(Mesh(0).boxMax, 1, 1, 0);
+}
+
+TEST_F(QSALoaderTest, VisibleIsAnythingButZero)
+{
+    for (const auto& [text, expected] : {std::pair{"0", 0}, {"1", 1}, {"-5", 1}, {"x", 0}}) {
+        MeshText mesh = Triangle();
+        mesh.more = std::string("*NODE_VISIBLE ") + text;
+        Load(mesh.Text());
+        EXPECT_EQ(Mesh(0).visible, expected) << text;
+    }
+}
+
+TEST_F(QSALoaderTest, MeshThatIsCutOffIsBuiltFromWhatIsThere)
+{
+    const std::string text = Triangle().Text();
+    Load(text.substr(0, text.rfind('}') - 4));
+    ASSERT_EQ(scene.meshes.Count(), 1);
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+}
+
+TEST_F(QSALoaderTest, ImpossibleNumberOfWeightsIsAnError)
+{
+    EXPECT_EQ(RaisedBy([&] { Access::ChooseVertexFormat(loader, 5); }),
+              "*nofile*: Invalid number of weightings: 5");
+    EXPECT_EQ(RaisedBy([&] { Access::ChooseVertexFormat(loader, -1); }),
+              "*nofile*: Invalid number of weightings: -1");
+    EXPECT_EQ(Access::ChooseVertexFormat(loader, 4), 0x101Cu);
+}
+
+TEST_F(QSALoaderTest, NameOutsideAsciiIsTheNameTreesError)
+{
+    for (const char* name : {"\xC3\xA4rger", "\xFF", "\tx"}) {
+        MeshText mesh = Triangle();
+        mesh.name = name;
+        EXPECT_EQ(LoadError(mesh.Text()), "Character in name string out of range: " +
+                                              std::to_string(static_cast<signed char>(name[0])));
+    }
+    MeshText mesh = Triangle();
+    mesh.name = "";
+    EXPECT_EQ(LoadError(mesh.Text()), "Empty name string");
+    // Other nodes are not in the tree.
+    Load(Helper("*NODE_NAME \"\xC3\xA4\""));
+    EXPECT_STREQ(Object(0).name.c_str(), "\xC3\xA4");
+    // Nor is what stands behind the first character.
+    mesh.name = "z\xC3\xA4";
+    Load(mesh.Text());
+    EXPECT_STREQ(Mesh(0).name.c_str(), "z\xC3\xA4");
+}
+
+TEST_F(QSALoaderTest, NotFiniteVerticesLoadAsTheyAre)
+{
+    MeshText mesh = Cube({"1"});
+    std::string text = mesh.Text();
+    text.replace(text.find("*MESH_VERTEX 1 1 0 0"), 20, "*MESH_VERTEX 1 inf nan -inf");
+    directory.Write("scene.qsa", text);
+    EXPECT_EQ(loader.Load(scene, "scene.qsa", 0), 1);
+    EXPECT_EQ(Mesh(0).faceCount, 12);
+}

@@ -1,0 +1,211 @@
+#include <cmath>
+
+#include "tests/qsa/QSATesting.h"
+
+namespace {
+
+std::string Clone(const std::string& name, const std::string& source, const std::string& more = "")
+{
+    return "*GEOMOBJECT { *NODE_NAME \"" + name + "\" *CLONE \"" + source + "\" " + more + " }\n";
+}
+
+std::string Named(const MeshText& mesh, const char* name, const std::string& more = "")
+{
+    MeshText named = mesh;
+    named.name = name;
+    named.more += more;
+    return named.Text();
+}
+
+const char* const kTwoParts =
+    "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 } *SUBMATERIAL 1 "
+    "{ *MATERIAL_DIFFUSE 0 1 0 }";
+
+} // namespace
+
+TEST_F(QSALoaderTest, ParentThatIsNotThereWarns)
+{
+    Load(Helper("*NODE_NAME \"a\" *NODE_PARENT \"none\"") +
+         Helper("*NODE_NAME \"b\" *NODE_PARENT \"a\""));
+    EXPECT_EQ(Object(0).parent, nullptr);
+    EXPECT_EQ(Object(1).parent, &Object(0));
+    EXPECT_THAT(LogText(), testing::HasSubstr("Parent object 'none' not found in scene"));
+}
+
+TEST_F(QSALoaderTest, CloneSharesTheGeometryOfItsSource)
+{
+    Load(Cube({"1"}).Text() + Clone("copy", "Cube",
+                                    "*WIREFRAME_COLOR 1 0 0 *NODE_VISIBLE 0 "
+                                    "*NODE_TM { *TM_POS 5 6 7 *TM_ROW3 5 6 7 }"));
+    ASSERT_EQ(scene.meshes.Count(), 2);
+    EXPECT_EQ(Mesh(1).mesh.Get(), Mesh(0).mesh.Get());
+    EXPECT_STREQ(Mesh(1).name.c_str(), "copy");
+    EXPECT_STREQ(Mesh(1).cloneSource.c_str(), "Cube");
+    EXPECT_EQ(Mesh(1).faceCount, 12);
+    EXPECT_EQ(Mesh(1).visible, 0);
+    ExpectVec3(Mesh(1).position, 5, 6, 7);
+    ExpectColour(Mesh(1).materials[0].diffuse, 1, 0, 0, 1, "its own wire colour");
+    ExpectColour(Mesh(0).materials[0].diffuse, 1, 1, 1, 1);
+    ExpectVec3(Mesh(1).boxMax, 1, 1, 1);
+}
+
+TEST_F(QSALoaderTest, SourceOfACloneMayStandLaterInTheFile)
+{
+    Load(Clone("copy", "Cube") + Cube({"1"}).Text());
+    EXPECT_EQ(Mesh(0).mesh.Get(), Mesh(1).mesh.Get());
+    EXPECT_EQ(Mesh(0).vertexCount, 8);
+}
+
+TEST_F(QSALoaderTest, CloneOfACloneIsResolvedAfterItsSource)
+{
+    Load(Clone("c", "b") + Clone("b", "Cube") + Cube({"1"}).Text());
+    EXPECT_EQ(Mesh(0).mesh.Get(), Mesh(2).mesh.Get());
+    EXPECT_EQ(Mesh(0).faceCount, 12);
+}
+
+TEST_F(QSALoaderTest, RingOfClonesIsAnError)
+{
+    EXPECT_EQ(LoadError(Clone("a", "b") + Clone("b", "a")), "scene.qsa: Clone Mesh 'b' not found");
+    EXPECT_EQ(LoadError(Clone("a", "a")), "scene.qsa: Clone Mesh 'a' not found");
+}
+
+TEST_F(QSALoaderTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
+{
+    EXPECT_EQ(LoadError(Clone("copy", "none")),
+              "scene.qsa: Internal error: no mesh info for mesh 'copy'");
+    // Records are found in any case, meshes are not.
+    EXPECT_EQ(LoadError(Cube({"1"}).Text() + Clone("copy", "CUBE")),
+              "scene.qsa: Clone Mesh 'CUBE' not found");
+}
+
+TEST_F(QSALoaderTest, MeshBlockBehindACloneKeywordIsSkipped)
+{
+    Load(Cube({"1"}).Text() + Clone("copy", "Cube", Triangle().MeshBlock()));
+    EXPECT_EQ(Mesh(1).faceCount, 12);
+}
+
+TEST_F(QSALoaderTest, CloneTakesItsOwnSubmaterials)
+{
+    MeshText mesh = Triangle();
+    mesh.faces[0].material = 1;
+    mesh.faces.push_back({0, 1, 2, "1", 0}); // attributes: submaterial 1, then 0
+    const std::string list =
+        MaterialList({kTwoParts,
+                      "*NUMSUBMTLS 1 *SUBMATERIAL 0 { "
+                      "*MATERIAL_DIFFUSE 0 0 1 }",
+                      "*MATERIAL_DIFFUSE 0.5 0.5 0.5",
+                      "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 0 1 1 } "
+                      "*SUBMATERIAL 1 { *MATERIAL_DIFFUSE 1 1 0 }"});
+    const std::string source = Named(mesh, "m", "*MATERIAL_REF 0");
+    // Clones without submaterials have one material, however many the source has.
+    directory.Write("scene.qsa", list + source + Clone("one", "m", "*MATERIAL_REF 1") +
+                                     Clone("plain", "m", "*MATERIAL_REF 2") +
+                                     Clone("two", "m", "*MATERIAL_REF 3") + Clone("none", "m"));
+    loader.Load(scene, "scene.qsa", 0);
+    ASSERT_EQ(Mesh(1).materialCount, 2);
+    ExpectColour(Mesh(1).materials[0].diffuse, 0, 0, 1, 1, "1 modulo 1");
+    ExpectColour(Mesh(1).materials[1].diffuse, 0, 0, 1, 1, "0 modulo 1");
+    ASSERT_EQ(Mesh(2).materialCount, 1);
+    ExpectColour(Mesh(2).materials[0].diffuse, 0.5f, 0.5f, 0.5f, 1);
+    ASSERT_EQ(Mesh(3).materialCount, 2);
+    ExpectColour(Mesh(3).materials[0].diffuse, 1, 1, 0, 1, "submaterial 1");
+    ExpectColour(Mesh(3).materials[1].diffuse, 0, 1, 1, 1, "submaterial 0");
+    EXPECT_EQ(Mesh(4).materialCount, 1);
+}
+
+TEST_F(QSALoaderTest, MaterialThatOnlyClonesUseLoadsNoFile)
+{
+    Load(MaterialList({"*MAP_DIFFUSE { *BITMAP \"none.bmp\" }"}) + Cube({"1"}).Text() +
+         Clone("copy", "Cube", "*MATERIAL_REF 0"));
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty());
+    EXPECT_FALSE(Mesh(1).textures[0].IsValid());
+}
+
+TEST_F(QSALoaderTest, CloneCopiesBoneRecordsAndPointers)
+{
+    MeshText mesh = Triangle();
+    mesh.weights =
+        "*MESH_INIT_TM { } *BONE_WEIGHT { *BONE_NAME \"b\" *BONE_INIT_TM { } *INDEX_WEIGHT "
+        "0 1 }";
+    Load("*3DSMAX_QSAEXPORT 211\n" + mesh.Text() + Clone("copy", "Triangle") +
+         "*BONEOBJECT { *NODE_NAME \"b\" }");
+    ASSERT_EQ(Mesh(1).bones.Count(), 2);
+    EXPECT_STREQ(Mesh(1).bones.Get(1)->name, "b");
+    EXPECT_EQ(Mesh(1).boneObjects[1], &Object(0));
+    EXPECT_EQ(Mesh(1).boneObjects[0], &Mesh(0)); // as it stands in the source
+}
+
+TEST_F(QSALoaderTest, TwoMeshesOfOneNameAreBothBuilt)
+{
+    Load(Named(Cube({"1"}), "m") + Named(Triangle(), "m") + Clone("copy", "m") +
+         Helper("*NODE_NAME \"h\" *NODE_PARENT \"m\""));
+    ASSERT_EQ(scene.meshes.Count(), 3);
+    EXPECT_EQ(Mesh(1).faceCount, 1);
+    EXPECT_EQ(Mesh(2).faceCount, 12); // clones and children find the first
+    EXPECT_EQ(Object(0).parent, &Mesh(0));
+}
+
+TEST_F(QSALoaderTest, PivotIsKeptForACloneOfAnOldFile)
+{
+    const std::string pivot = "*PIVOT_TM { *TM_ROW3 1 2 3 }";
+    Load("*3DSMAX_QSAEXPORT 199\n" + Named(Triangle(), "m", pivot) + Clone("copy", "m", pivot));
+    EXPECT_EQ(Mesh(0).pivotTM._41, 0.0f);
+    EXPECT_EQ(Mesh(1).pivotTM._41, 1.0f);
+}
+
+TEST_F(QSALoaderTest, BoundsInAnyCaseIsTakenAndASecondOneStays)
+{
+    const std::string moved =
+        "*NODE_TM { *TM_POS 10 0 0 *TM_SCALE 2 2 2 *TM_ROW0 2 0 0 *TM_ROW1 0 2 0 "
+        "*TM_ROW2 0 0 2 *TM_ROW3 10 0 0 }";
+    Load(Triangle().Text() + Named(Cube({"1"}), "bOUNDS", moved) + Named(Cube({"1"}), "Bounds"));
+    ASSERT_EQ(scene.meshes.Count(), 2);
+    EXPECT_STREQ(Mesh(1).name.c_str(), "Bounds");
+    EXPECT_EQ(scene.clipMode, 3);
+    // The unit cube, twice as large and moved by 10.
+    ExpectVec3(scene.boxMin, 10, 0, 0);
+    ExpectVec3(scene.boxMax, 12, 2, 2);
+    ExpectVec3(scene.center, 11, 1, 1);
+    EXPECT_FLOAT_EQ(scene.radius, std::sqrt(3.0f));
+}
+
+TEST_F(QSALoaderTest, ChildrenOfTheBoundsObjectLoseTheirParent)
+{
+    Load(Named(Cube({"1"}), "Bounds") + Helper("*NODE_NAME \"h\" *NODE_PARENT \"Bounds\""));
+    EXPECT_EQ(scene.meshes.Count(), 0);
+    EXPECT_EQ(Object(0).parent, nullptr);
+}
+
+TEST_F(QSALoaderTest, WithoutABoundsObjectTheSceneIsMeasured)
+{
+    Load("*SCENE { *SCENE_FIRSTFRAME 30 *SCENE_FRAMESPEED 30 }" +
+         Named(Cube({"1"}), "c",
+               "*TM_ANIMATION { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 4800 5 0 0 "
+               "*CONTROL_POS_SAMPLE 9600 7 0 0 } }"));
+    // The keys are seconds 0 and 1 behind the first frame; the scene is set to 30 / 30 seconds.
+    ExpectVec3(scene.boxMin, 7, 0, 0);
+    ExpectVec3(scene.boxMax, 8, 1, 1);
+    EXPECT_EQ(scene.clipMode, 0);
+}
+
+TEST_F(QSALoaderTest, SkinnedMeshWithABoundsObjectDoesNotWarn)
+{
+    MeshText mesh = Triangle();
+    mesh.weights =
+        "*MESH_INIT_TM { } *BONE_WEIGHT { *BONE_NAME \"b\" *BONE_INIT_TM { } *INDEX_WEIGHT "
+        "0 1 }";
+    const std::string skinned = "*BONEOBJECT { *NODE_NAME \"b\" }" + mesh.Text();
+    Load(skinned);
+    EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1);
+    Load(skinned + Named(Cube({"1"}), "Bounds"));
+    EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1); // no further one
+}
+
+TEST_F(QSALoaderTest, OpaqueMeshesComeFirst)
+{
+    const std::string list = MaterialList({"*MATERIAL_TRANSPARENCY 0.5", ""});
+    Load(list + Named(Triangle(), "glass", "*MATERIAL_REF 0") +
+         Named(Triangle(), "wall", "*MATERIAL_REF 1"));
+    EXPECT_EQ(scene.opaqueMeshCount, 1);
+    EXPECT_STREQ(scene.GetMesh(0)->name.c_str(), "wall");
+}

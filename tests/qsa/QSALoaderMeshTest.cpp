@@ -1,0 +1,215 @@
+#include "tests/qsa/QSATesting.h"
+
+namespace {
+
+std::string MeshOf(const std::string& inside)
+{
+    return "*GEOMOBJECT { *NODE_NAME \"m\" *MESH { " + inside + " } }";
+}
+
+/// Room for any small count.
+const std::string kPlenty(200, ' ');
+
+} // namespace
+
+TEST_F(QSALoaderTest, ListsMustBeInOrderAndWithinTheirCounts)
+{
+    const struct {
+        const char* what;
+        const char* lists;
+        const char* expected;
+    } cases[] = {
+        {"vertex order", "*MESH_NUMVERTEX 3 *MESH_VERTEX_LIST { *MESH_VERTEX 1 0 0 0 }",
+         "Wrong vertex list order!"},
+        {"vertex twice",
+         "*MESH_NUMVERTEX 3 *MESH_VERTEX_LIST { *MESH_VERTEX 0 0 0 0 *MESH_VERTEX 0 0 0 0 }",
+         "Wrong vertex list order!"},
+        {"too many vertices",
+         "*MESH_NUMVERTEX 1 *MESH_VERTEX_LIST { *MESH_VERTEX 0 0 0 0 *MESH_VERTEX 1 0 0 0 }",
+         "Too many vertices"},
+        {"face order", "*MESH_NUMFACES 3 *MESH_FACE_LIST { *MESH_FACE 1: A: 0 B: 0 C: 0 }",
+         "Wrong face list order!"},
+        {"too many faces",
+         "*MESH_NUMFACES 1 *MESH_FACE_LIST { *MESH_FACE 0: A: 0 B: 0 C: 0 *MESH_FACE 1: A: 0 B: 0 }",
+         "Too many faces"},
+        {"texture vertex order", "*MESH_NUMTVERTEX 3 *MESH_TVERTLIST { *MESH_TVERT 2 0 0 0 }",
+         "Wrong vertex list order!"},
+        {"too many texture vertices",
+         "*MESH_NUMTVERTEX 1 *MESH_TVERTLIST { *MESH_TVERT 0 0 0 0 *MESH_TVERT 1 0 0 0 }",
+         "Too many t-vertices"},
+        {"texture face order", "*MESH_NUMTVFACES 3 *MESH_TFACELIST { *MESH_TFACE -1 0 0 0 }",
+         "Wrong face list order!"},
+        {"too many texture faces",
+         "*MESH_NUMTVFACES 1 *MESH_TFACELIST { *MESH_TFACE 0 0 0 0 *MESH_TFACE 1 0 0 0 }",
+         "Too many t-faces"},
+        {"vertices ahead of their count", "*MESH_VERTEX_LIST { *MESH_VERTEX 0 0 0 0 }",
+         "Mesh 'm' has vertices ahead of their count: 0"},
+        {"faces ahead of their count", "*MESH_FACE_LIST { *MESH_FACE 0: A: 0 B: 0 C: 0 }",
+         "Mesh 'm' has faces ahead of their count: 0"},
+        {"texture vertices ahead of their count", "*MESH_TVERTLIST { *MESH_TVERT 0 0 0 0 }",
+         "Mesh 'm' has texture vertices ahead of their count: 0"},
+        {"texture faces ahead of their count", "*MESH_TFACELIST { *MESH_TFACE 0 0 0 0 }",
+         "Mesh 'm' has texture faces ahead of their count: 0"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(LoadError(MeshOf(c.lists) + kPlenty), std::string("scene.qsa: ") + c.expected)
+            << c.what;
+}
+
+TEST_F(QSALoaderTest, CountsThatCannotBeTrueAreErrors)
+{
+    const struct {
+        const char* keyword;
+        const char* what;
+        int32_t leastBytes; ///< of an entry: keyword, a delimiter, its index and values
+    } lists[] = {{"*MESH_NUMVERTEX ", "vertices", 17},
+                 {"*MESH_NUMFACES ", "faces", 18},
+                 {"*MESH_NUMTVERTEX ", "texture vertices", 16},
+                 {"*MESH_NUMTVFACES ", "texture faces", 13}};
+    for (const auto& list : lists) {
+        for (const char* number : {"-1", "-2147483648", "2147483647", "1000000"}) {
+            EXPECT_EQ(LoadError(MeshOf(list.keyword + std::string(number)) + kPlenty),
+                      std::string("scene.qsa: Mesh 'm' can not have ") + number + ' ' + list.what);
+        }
+        // Just enough bytes behind the number, and one too few.
+        const std::string head =
+            std::string("*GEOMOBJECT { *NODE_NAME \"m\" *MESH { ") + list.keyword + "3";
+        const size_t enough = static_cast<size_t>(3 * list.leastBytes);
+        EXPECT_THAT(LoadError(head + std::string(enough, ' ')),
+                    testing::Not(testing::HasSubstr("3")));
+        EXPECT_EQ(LoadError(head + std::string(enough - 1, ' ')),
+                  std::string("scene.qsa: Mesh 'm' can not have 3 ") + list.what);
+    }
+}
+
+TEST_F(QSALoaderTest, CornersOutsideTheirListsAreErrors)
+{
+    MeshText mesh = Triangle();
+    mesh.faces[0].b = 3;
+    EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh 'Triangle' has a face with vertex 3 of 3");
+    mesh.faces[0].b = -1; // 65535 in 16 bits
+    EXPECT_EQ(LoadError(mesh.Text()),
+              "scene.qsa: Mesh 'Triangle' has a face with vertex 65535 of 3");
+
+    mesh = Triangle();
+    mesh.tVertices = {{0, 0}};
+    mesh.tFaces = {{0, 0, 1}};
+    EXPECT_EQ(LoadError(mesh.Text()),
+              "scene.qsa: Mesh 'Triangle' has a texture face with vertex 1 of 1");
+    mesh.faces.push_back({0, 1, 2, "1"});
+    mesh.tFaces = {{0, 0, 0}};
+    EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh 'Triangle' has 1 texture faces for 2 faces");
+    mesh.faces.pop_back();
+    mesh.tFaces = {{0, 0, 0}, {0, 0, 9}}; // one that no face uses
+    EXPECT_EQ(LoadError(mesh.Text()),
+              "scene.qsa: Mesh 'Triangle' has a texture face with vertex 9 of 1");
+}
+
+TEST_F(QSALoaderTest, CornersAreCutTo16Bits)
+{
+    MeshText mesh = Triangle();
+    mesh.faces[0] = {65536, 65537 + 65536, -65534, "1"}; // 0, 1 and 2
+    Load(mesh.Text());
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+    EXPECT_EQ(Mesh(0).vertexCount, 3);
+}
+
+TEST_F(QSALoaderTest, AnnouncedFaceThatIsNeverGivenIsDegenerate)
+{
+    std::string text = Triangle().Text();
+    text.replace(text.find("*MESH_NUMFACES 1"), 16, "*MESH_NUMFACES 2");
+    Load(text);
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+    EXPECT_EQ(Warnings("Invalid face 1 in mesh 'Triangle'"), 1);
+}
+
+TEST_F(QSALoaderTest, AnnouncedVertexThatIsNeverGivenIsTheOrigin)
+{
+    MeshText mesh = Triangle();
+    mesh.vertices = {{1, 0, 0}, {0, 1, 0}, {7, 7, 7}};
+    std::string text = mesh.Text();
+    text.replace(text.find("*MESH_VERTEX 2 7 7 7"), 20, "*OTHER 2 7 7 7");
+    Load(text);
+    ExpectVec3(Mesh(0).boxMin, 0, 0, 0);
+    ExpectVec3(Mesh(0).boxMax, 1, 1, 0);
+}
+
+TEST_F(QSALoaderTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
+{
+    std::string text = Triangle().Text();
+    const size_t at = text.find("AB: 1");
+    text.insert(at,
+                "*MESH_EDGES { *MESH_FACE 5 } plain words that go on for longer than any line has "
+                "flags, and then some more of them ");
+    Load(text);
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+}
+
+TEST_F(QSALoaderTest, NinthSmoothingGroupIsDroppedWithOneWarningForEachMesh)
+{
+    // The first eight are held: group 8 joins, group 9 does not.
+    for (const auto& [second, vertices] : {std::pair{"8", 3}, {"9", 6}}) {
+        MeshText mesh = Triangle();
+        mesh.faces[0].smoothing = "1,2,3,4,5,6,7,8,9,10";
+        mesh.faces.push_back({0, 1, 2, second});
+        mesh.faces.push_back({0, 1, 2, "1,2,3,4,5,6,7,8,9"});
+        Load(mesh.Text());
+        EXPECT_EQ(Mesh(0).vertexCount, vertices) << second;
+    }
+    EXPECT_EQ(Warnings("More than 8 smoothing groups on a face in mesh 'Triangle'"), 2);
+}
+
+TEST_F(QSALoaderTest, SmoothingGroupsAreHeldModulo256)
+{
+    MeshText mesh = Triangle();
+    mesh.faces[0].smoothing = "3";
+    mesh.faces.push_back({0, 1, 2, "259"});
+    mesh.faces.push_back({0, 1, 2, "-253 , 7"});
+    Load(mesh.Text());
+    EXPECT_EQ(Mesh(0).vertexCount, 3);
+}
+
+TEST_F(QSALoaderTest, SmoothingAndMaterialBelongToTheLastFace)
+{
+    // Ahead of any face they mean nothing.
+    std::string text = Triangle().Text();
+    text.insert(text.find("*MESH_FACE 0"), "*MESH_SMOOTHING 1 *MESH_MTLID 4 ");
+    Load(text);
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+}
+
+TEST_F(QSALoaderTest, SecondMeshBlockTakesThePlaceOfTheFirst)
+{
+    std::string text =
+        "*GEOMOBJECT { *NODE_NAME \"m\" " + Cube({"1"}).MeshBlock() + Triangle().MeshBlock() + "}";
+    Load(text);
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+    EXPECT_EQ(Mesh(0).vertexCount, 3);
+}
+
+TEST_F(QSALoaderTest, NewCountForgetsTheListBefore)
+{
+    std::string text = Triangle().Text();
+    const size_t faces = text.find("*MESH_FACE_LIST");
+    text.insert(faces,
+                "*MESH_NUMVERTEX 3 *MESH_VERTEX_LIST { *MESH_VERTEX 0 5 0 0 *MESH_VERTEX 1 6 0 "
+                "0 *MESH_VERTEX 2 5 1 0 } ");
+    Load(text);
+    ExpectVec3(Mesh(0).boxMin, 5, 0, 0);
+}
+
+TEST_F(QSALoaderTest, NumberStylesOfExportersGiveTheSameMesh)
+{
+    const std::string plain = Triangle().Text();
+    Load(plain);
+    const MeshContents expected = ReadMesh(Mesh(0));
+    for (const char* number :
+         {"1.0000", "1.000000e+00", "1e0", "+1", "10.0E-1", "0x1", "1.", "\t1"}) {
+        std::string text = plain;
+        text.replace(text.find("*MESH_VERTEX 1 1"), 16, "*MESH_VERTEX 1 " + std::string(number));
+        Load(text);
+        const MeshContents contents = ReadMesh(Mesh(0));
+        for (size_t i = 0; i < 3; ++i)
+            EXPECT_EQ(contents.Corner(0, i).position.x, expected.Corner(0, i).position.x) << number;
+    }
+}

@@ -1,0 +1,130 @@
+#include "tests/qsa/QSATesting.h"
+
+namespace {
+
+using Access = QSALoaderTestAccess;
+
+std::string Scene(const std::string& inside)
+{
+    return "*SCENE {\n" + inside + "\n}\n";
+}
+
+/// A bitmap of 1 by 1 pixels.
+std::string OnePixel()
+{
+    std::string bytes("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
+    return bytes + std::string(24, '\0') + std::string("\x10\x20\x30\0", 4);
+}
+
+} // namespace
+
+TEST_F(QSALoaderTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
+{
+    // 0.5 * 255 is 127.5, of which 127 (0x7F) stays; 0.999 * 255 is 254.7.
+    Load(Scene("*SCENE_BACKGROUND_STATIC 0.5 1 0.999 *SCENE_AMBIENT_STATIC 0,0.25,0.5"));
+    EXPECT_EQ(scene.backgroundColor, 0xFF7FFFFEu);
+    EXPECT_EQ(scene.ambientColor, 0xFF003F7Fu); // 63.75 and 127.5
+}
+
+TEST_F(QSALoaderTest, QuirkColoursOutsideTheirRangeWrap)
+{
+    // 2 * 255 = 510 = 0x1FE; -1 * 255 = -255 = ...FF01; more than an int holds gives its end.
+    Load(Scene("*SCENE_BACKGROUND_STATIC 2 -1 1e30"));
+    EXPECT_EQ(scene.backgroundColor, 0xFFFE01FFu);
+    Load(Scene("*SCENE_BACKGROUND_STATIC nan inf -inf"));
+    EXPECT_EQ(scene.backgroundColor, 0xFF00FF00u);
+}
+
+TEST_F(QSALoaderTest, TimesFollowTheSceneBlock)
+{
+    Load(
+        Scene("*SCENE_FIRSTFRAME 10 *SCENE_LASTFRAME 60 *SCENE_FRAMESPEED 25 "
+              "*SCENE_TICKSPERFRAME 192 *SCENE_SOUNDFILE \"a b.wav\" *SCENE_SCRIPTFILE \"c.txt\""));
+    EXPECT_FLOAT_EQ(Access::SecondsPerTick(loader), 1.0f / 4800.0f); // 192 * 25
+    EXPECT_FLOAT_EQ(Access::Duration(loader), 2.0f);                 // 50 frames
+    EXPECT_EQ(loader.header.firstFrame, 10.0f);
+    EXPECT_EQ(loader.header.lastFrame, 60.0f);
+    EXPECT_EQ(loader.header.frameSpeed, 25.0f);
+    EXPECT_STREQ(loader.header.soundFile.c_str(), "a b.wav");
+    EXPECT_STREQ(loader.header.scriptFile.c_str(), "c.txt");
+    EXPECT_FLOAT_EQ(scene.loopEnd, 2.0f);
+}
+
+TEST_F(QSALoaderTest, WithoutASceneBlockTheDefaultsGiveTheTimes)
+{
+    Load(Helper("*NODE_NAME \"h\""));
+    EXPECT_FLOAT_EQ(Access::SecondsPerTick(loader), 1.0f / 4800.0f); // 160 * 30
+    EXPECT_FLOAT_EQ(Access::Duration(loader), 100.0f / 30.0f);
+    EXPECT_FLOAT_EQ(Object(0).loopEnd, 100.0f / 30.0f);
+}
+
+TEST_F(QSALoaderTest, SceneWithoutSpeedStandsStillWithOneWarning)
+{
+    const std::string keys =
+        Helper("*NODE_NAME \"h\" *TM_ANIMATION { *CONTROL_POS_TRACK { "
+               "*CONTROL_POS_SAMPLE 160 1 2 3 *CONTROL_POS_SAMPLE 320 4 5 6 } }");
+    Load(Scene("*SCENE_FRAMESPEED 0") + keys);
+    EXPECT_EQ(Access::SecondsPerTick(loader), 0.0f);
+    EXPECT_EQ(Access::Duration(loader), 0.0f);
+    EXPECT_EQ(Object(0).posKeys.Head()->time, 0.0f);
+    EXPECT_EQ(Warnings("Scene without speed: 0 frames a second, 160 ticks a frame"), 1);
+    Load(Scene("*SCENE_TICKSPERFRAME 0") + keys);
+    EXPECT_EQ(Access::SecondsPerTick(loader), 0.0f);
+    EXPECT_EQ(Access::Duration(loader), 0.0f);
+    EXPECT_EQ(Warnings("Scene without speed: 30 frames a second, 0 ticks a frame"), 1);
+}
+
+TEST_F(QSALoaderTest, LengthOfTheWholeRangeOfFramesDoesNotOverflow)
+{
+    Load(Scene("*SCENE_FIRSTFRAME -2147483648 *SCENE_LASTFRAME 2147483647"));
+    EXPECT_FLOAT_EQ(Access::Duration(loader), 4294967295.0f / 30.0f);
+}
+
+TEST_F(QSALoaderTest, FileThatEndsInTheSceneBlockKeepsWhatWasRead)
+{
+    Load("*SCENE { *SCENE_LASTFRAME 30 ");
+    EXPECT_FLOAT_EQ(Access::Duration(loader), 1.0f);
+    EXPECT_EQ(AllWarnings().size(), 1u);
+}
+
+TEST_F(QSALoaderTest, EnvironmentIsLoadedAndItsNameKept)
+{
+    directory.Write("sky.bmp", OnePixel());
+    Load(Scene("*SCENE_ENVMAP { *BITMAP \"sky.bmp\" }"));
+    EXPECT_TRUE(scene.backgroundTexture.IsValid());
+    EXPECT_STREQ(scene.backgroundTexture.slotNames[0].c_str(), "sky.bmp");
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty());
+}
+
+TEST_F(QSALoaderTest, MissingEnvironmentWarnsAndKeepsItsName)
+{
+    Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"));
+    EXPECT_FALSE(scene.backgroundTexture.IsValid());
+    EXPECT_STREQ(scene.backgroundTexture.slotNames[0].c_str(), "none.bmp");
+    EXPECT_EQ(Warnings("Can not open environment texture file none.bmp"), 1);
+}
+
+TEST_F(QSALoaderTest, EnvironmentIsNotLookedForWithoutTextures)
+{
+    Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"), kLoadNoTextures);
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty());
+}
+
+TEST_F(QSALoaderTest, FogBlockSwitchesFogOnAndItsColourBecomesTheBackground)
+{
+    Load("*ATMOSPHERIC { *OTHER { } *STDFOG { *FOG_COLOR 1 0.5 0 *FOG_NEAR 5 *FOG_FAR 6 "
+         "*FOG_DENSITY 7 } }");
+    EXPECT_EQ(scene.settings.useFog, 1);
+    EXPECT_EQ(scene.settings.fogColor, 0xFFFF7F00u);
+    EXPECT_EQ(scene.backgroundColor, 0xFFFF7F00u);
+    EXPECT_EQ(scene.settings.fogDensity, 0.008f);
+    EXPECT_EQ(scene.settings.fogStart, 0.0f); // near and far are not part of the import
+    EXPECT_EQ(scene.settings.fogEnd, 1.0f);
+}
+
+TEST_F(QSALoaderTest, FogIsOnAsSoonAsItsBlockOpens)
+{
+    Load("*ATMOSPHERIC { *STDFOG {");
+    EXPECT_EQ(scene.settings.useFog, 1);
+    EXPECT_EQ(scene.backgroundColor, 0u); // the colour was never given
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "scene/KRE_3dScene.h"
+#include "tests/gfx/ErrorText.h"
+#include "tests/support/CheckScene.h"
+#include "tests/support/QsbBytes.h"
+#include "tests/support/SceneEngine.h"
+
+/// Loads and saves scenes in a directory of its own.
+class SceneFileTest : public SceneEngineTest {
+protected:
+    /// Writes the bytes as "scene.qsb" and loads it.
+    void LoadBytes(KRE_3dScene& scene, const std::string& bytes, uint32_t flags = 0)
+    {
+        std::filesystem::remove("scene.qsb"); // writing over it would wait for the disk
+        directory.Write("scene.qsb", bytes);
+        gGfx->LoadScene(scene, "scene.qsb", flags);
+    }
+    void Load(KRE_3dScene& scene, const QsbFile& file, uint32_t flags = 0)
+    {
+        LoadBytes(scene, MakeQsb(file).bytes, flags);
+        EXPECT_EQ(CheckScene(scene), "");
+    }
+    /// What a load of the bytes ends in; "" for a load that comes through.
+    std::string LoadError(const std::string& bytes, uint32_t flags = 0)
+    {
+        KRE_3dScene scene;
+        return ErrorText([&] { LoadBytes(scene, bytes, flags); });
+    }
+    /// The bytes that a scene is saved as.
+    std::string Saved(KRE_3dScene& scene)
+    {
+        gGfx->SaveScene(scene, "saved.qsb");
+        return directory.Read("saved.qsb");
+    }
+    /// The bytes after a load and a save.
+    std::string Resaved(const std::string& bytes, uint32_t flags = 0)
+    {
+        KRE_3dScene scene;
+        LoadBytes(scene, bytes, flags);
+        EXPECT_EQ(CheckScene(scene), "");
+        return Saved(scene);
+    }
+};

@@ -1,0 +1,64 @@
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "scene/KRE_3dScene.h"
+#include "tests/scene/SceneTesting.h"
+
+// The whole test program allocates through these, so that a test can count. Inlined, they would
+// look like mismatched pairs to the compiler.
+static std::atomic<int> gAllocations = 0;
+
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    ++gAllocations;
+    return std::malloc(size ? size : 1);
+}
+
+[[gnu::noinline]] void* operator new(std::size_t size)
+{
+    if (void* memory = operator new(size, std::nothrow))
+        return memory;
+    throw std::bad_alloc();
+}
+
+[[gnu::noinline]] void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept
+{
+    std::free(memory);
+}
+
+TEST(Evaluate, TakesNoMemory)
+{
+    KRE_3dScene scene;
+    KRE_3dObject* parent = nullptr;
+    for (int i = 0; i < 50; ++i) {
+        KRE_3dObject* object = scene.objects.GetSlot(scene.objects.Add());
+        for (int k = 0; k < 5; ++k) {
+            object->AddPosKey(PosKey(static_cast<float>(k), 1));
+            object->AddScaleKey(ScaleKey(static_cast<float>(k), 1, 2, 3));
+            object->AddRotKey(RotKey(static_cast<float>(k), 1));
+        }
+        object->BuildKeyIndex();
+        object->parent = parent;
+        parent = object;
+    }
+    scene.AddLight(KRE_Light())->parent = parent;
+    scene.cameras.GetSlot(scene.cameras.Add())->target = parent;
+    scene.Update(0, 1); // the order of the lists is made once after a change
+
+    const int before = gAllocations;
+    ASSERT_GT(before, 0) << "allocations are counted";
+    for (const double time : {0.5, 1.0, 1.0, 9.0})
+        scene.Update(time, 1);
+    EXPECT_EQ(gAllocations - before, 0);
+}

@@ -1,0 +1,104 @@
+#include "scene/KRE_Light.h"
+
+#include <cstring>
+
+#include "tests/scene/SceneTesting.h"
+
+TEST(KRE_Light, StartsClearedButForTheFalloff)
+{
+    const KRE_Light light;
+    EXPECT_EQ(light.objectKind, 32);
+    EXPECT_EQ(light.lightMode, 1);
+    EXPECT_EQ(light.lightOn, 1);
+    D3DLIGHT9 expected;
+    std::memset(&expected, 0, sizeof expected);
+    expected.Falloff = 1.0f;
+    EXPECT_EQ(std::memcmp(&light.light, &expected, sizeof expected), 0);
+}
+
+TEST(KRE_Light, SetDirectionalIgnoresTheAlphas)
+{
+    KRE_Light light;
+    light.light.Theta = 5;
+    EXPECT_EQ(light.SetDirectional(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13), 1);
+    D3DLIGHT9 expected;
+    std::memset(&expected, 0, sizeof expected);
+    expected.Type = D3DLIGHT_DIRECTIONAL;
+    expected.Diffuse = {1, 2, 3, 0};
+    expected.Specular = {5, 6, 7, 0};
+    expected.Ambient = {9, 10, 11, 0};
+    expected.Range = 13;
+    EXPECT_EQ(std::memcmp(&light.light, &expected, sizeof expected), 0);
+    EXPECT_EQ(light.lightMode, 0);
+}
+
+TEST(KRE_Light, AnEvaluationWritesAChangedPosition)
+{
+    KRE_Light light;
+    light.position = {1, 2, 3};
+    light.Evaluate(1, 1, 0);
+    ExpectVector(light.light.Position, 1, 2, 3);
+    ExpectVector(light.light.Direction, 0, 0, -1);
+    light.position = {4, 5, 6}; // no call tells of this
+    light.Evaluate(2, 1, 0);
+    ExpectVector(light.light.Position, 4, 5, 6);
+}
+
+TEST(KRE_Light, SettersWriteTheLightAtOnce)
+{
+    KRE_Light light;
+    light.SetPosition(1, 2, 3);
+    light.SetDirection(0, 0, 5);
+    ExpectVector(light.light.Position, 1, 2, 3);
+    ExpectVector(light.light.Direction, 0, 0, 1);
+}
+
+TEST(KRE_Light, QuirkAPivotMovesTheDirectionAsAPoint)
+{
+    // inverse(W) * P * W with a W that only moves and a P that moves by (0, 0, 2) is that move; it
+    // is added to the position and to the direction (0, 0, -1) alike.
+    KRE_Light light;
+    light.pivotTM._43 = 2;
+    light.position = {1, 2, 3};
+    light.Evaluate(1, 1, 0);
+    ExpectVector(light.light.Position, 1, 2, 5);
+    ExpectVector(light.light.Direction, 0, 0, 1);
+}
+
+TEST(KRE_Light, TheExtraMatrixCarriesBothVectors)
+{
+    KRE_Light light;
+    light.SetPosition(1, 2, 3);
+    light.SetDirection(0, 1, 0);
+    D3DXMATRIX extra;
+    D3DXMatrixScaling(&extra, 2, 3, 4);
+    light.UpdateLightData(&extra);
+    ExpectVector(light.light.Position, 2, 6, 12);
+    ExpectVector(light.light.Direction, 0, 3, 0);
+}
+
+TEST(KRE_Light, TheDirectionToATargetIsNotNormalised)
+{
+    KRE_3dObject target;
+    target.position = {0, 0, 8};
+    KRE_Light light;
+    light.target = &target;
+    light.Evaluate(1, 1, 0);
+    ExpectVector(light.light.Direction, 0, 0, 8);
+}
+
+TEST(KRE_Light, ResetPutsItsFieldsBack)
+{
+    KRE_Light light;
+    light.SetDirectional(1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1);
+    light.lightOn = 0;
+    light.objectKind = 3;
+    light.Reset();
+    EXPECT_EQ(light.objectKind, 32);
+    EXPECT_EQ(light.lightMode, 1);
+    EXPECT_EQ(light.lightOn, 1);
+    EXPECT_EQ(light.light.Diffuse.r, 0.0f);
+    EXPECT_EQ(light.light.Falloff, 1.0f);
+    // The reset ends by writing the vectors: the default direction is +Y.
+    ExpectVector(light.light.Direction, 0, 1, 0);
+}

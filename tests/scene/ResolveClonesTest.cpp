@@ -1,0 +1,138 @@
+#include "scene/ResolveClones.h"
+
+#include "tests/gfx/ErrorText.h"
+#include "tests/scene/SceneTesting.h"
+#include "tests/support/SceneEngine.h"
+#include "tests/support/TestMesh.h"
+
+namespace {
+
+class ResolveClonesTest : public SceneEngineTest {
+protected:
+    std::string Resolve()
+    {
+        return ErrorText([&] { ResolveClones(scene, reporter); });
+    }
+
+    struct Reporter : ErrorClassSimple {};
+    Reporter reporter;
+    KRE_3dScene scene;
+};
+
+} // namespace
+
+TEST_F(ResolveClonesTest, ACloneGetsTheGeometryAndKeepsItsOwnFields)
+{
+    KRE_3dObject parent;
+    KRE_Mesh& source = AddStrip(scene, "Oar", 4, 2);
+    source.visible = 0;
+    KRE_Mesh& clone = AddClone(scene, "Oar2", "Oar", 3);
+    clone.position = {1, 2, 3};
+    clone.AddPosKey(PosKey(0, 5));
+    clone.parent = &parent;
+    clone.parentName = "Boat";
+    clone.materials[1].power = 8;
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(clone.mesh.Get(), source.mesh.Get());
+    EXPECT_EQ(clone.vertexCount, 6);
+    EXPECT_EQ(clone.boxMax.x, 5.0f);
+    EXPECT_STREQ(clone.name.c_str(), "Oar2");
+    EXPECT_EQ(clone.visible, 1);
+    EXPECT_STREQ(clone.cloneSource.c_str(), "Oar");
+    EXPECT_EQ(clone.position.y, 2.0f);
+    EXPECT_EQ(clone.posKeyCount, 1);
+    EXPECT_EQ(clone.parent, &parent);
+    EXPECT_STREQ(clone.parentName.c_str(), "Boat");
+    EXPECT_EQ(clone.materialCount, 3);
+    EXPECT_EQ(clone.materials[1].power, 8.0f);
+    EXPECT_TRUE(source.cloneSource.IsEmpty());
+}
+
+TEST_F(ResolveClonesTest, ASourceMayStandLaterThanTheClone)
+{
+    const KRE_Mesh& clone = AddClone(scene, "Oar2", "Oar");
+    const KRE_Mesh& source = AddStrip(scene, "Oar");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(clone.mesh.Get(), source.mesh.Get());
+}
+
+TEST_F(ResolveClonesTest, ACloneOfACloneComesAfterItsSource)
+{
+    KRE_Mesh& third = AddClone(scene, "c", "b");
+    KRE_Mesh& second = AddClone(scene, "b", "a");
+    const KRE_Mesh& first = AddStrip(scene, "a");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(third.mesh.Get(), first.mesh.Get());
+    EXPECT_EQ(second.mesh.Get(), first.mesh.Get());
+    EXPECT_STREQ(third.cloneSource.c_str(), "b");
+    EXPECT_EQ(gGfx->meshManager.GetEntry(0)->useCount, 3);
+}
+
+TEST_F(ResolveClonesTest, OfSeveralSourcesOfOneNameTheFirstIsTaken)
+{
+    const KRE_Mesh& clone = AddClone(scene, "Oar2", "Oar");
+    for (int i = 0; i < 20; ++i)
+        AddStrip(scene, "Oar", 4 + i);
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(clone.faceCount, 4);
+    EXPECT_EQ(clone.mesh.Get(), scene.FindMesh("Oar", 0)->mesh.Get());
+}
+
+TEST_F(ResolveClonesTest, AMissingSourceIsAnError)
+{
+    AddStrip(scene, "oar"); // names are compared exactly
+    AddClone(scene, "Oar2", "Oar");
+    EXPECT_EQ(Resolve(), "Clone Mesh 'Oar' not found");
+}
+
+TEST_F(ResolveClonesTest, ClonesInARingAreAnError)
+{
+    AddClone(scene, "a", "c");
+    AddClone(scene, "b", "a");
+    AddClone(scene, "c", "b");
+    EXPECT_EQ(Resolve(), "Clone Mesh 'c' not found");
+}
+
+TEST_F(ResolveClonesTest, ACloneOfItselfIsAnError)
+{
+    AddClone(scene, "a", "a");
+    EXPECT_EQ(Resolve(), "Clone Mesh 'a' not found");
+}
+
+TEST_F(ResolveClonesTest, ASourceWithoutGeometryLeavesTheNameVisibilityAndSource)
+{
+    KRE_Mesh& source = AddClone(scene, "Oar", "");
+    KRE_Mesh& clone = AddClone(scene, "Oar2", "Oar");
+    source.visible = 1;
+    clone.visible = 0;
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_STREQ(clone.name.c_str(), "Oar2");
+    EXPECT_EQ(clone.visible, 0);
+    EXPECT_STREQ(clone.cloneSource.c_str(), "Oar");
+    EXPECT_FALSE(clone.mesh);
+}
+
+TEST_F(ResolveClonesTest, AChainOfAnyLengthIsWalkedByALoop)
+{
+    constexpr int32_t kClones = 20000;
+    String name, source;
+    for (int32_t i = kClones; i > 0; --i) {
+        name.Format("m%i", i);
+        source.Format("m%i", i - 1);
+        AddClone(scene, name.c_str(), source.c_str(), 0);
+    }
+    const KRE_Mesh& first = AddStrip(scene, "m0");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(scene.FindMesh("m20000", 0)->mesh.Get(), first.mesh.Get());
+    EXPECT_EQ(gGfx->meshManager.GetEntry(0)->useCount, kClones + 1);
+}
+
+TEST_F(ResolveClonesTest, ResolvingTwiceGivesTheSame)
+{
+    const KRE_Mesh& source = AddStrip(scene, "Oar");
+    const KRE_Mesh& clone = AddClone(scene, "Oar2", "Oar");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(clone.mesh.Get(), source.mesh.Get());
+    EXPECT_EQ(gGfx->meshManager.GetEntry(0)->useCount, 2);
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+
+/// The device objects that are still alive, and those that outlived their device since the last
+/// call; empty if there are none, and on a host that does not keep count.
+std::string TakeLiveObjects();

@@ -1,0 +1,93 @@
+#include "tests/support/SceneEngine.h"
+
+#include "base/ResetLogForTests.h"
+#include "tests/support/LiveObjects.h"
+
+namespace {
+
+constexpr const char* kClassName = "QSA2QSB_SCENE_ENGINE";
+constexpr int kWindowSize = 64;
+
+IDirect3D9* gOffered; // what the next engine gets; not owned
+
+IDirect3D9* GiveOffered(UINT)
+{
+    gOffered->AddRef();
+    return gOffered;
+}
+
+constexpr KRE_GfxRuntime kOfferedRuntime = {[](const char*) { return true; }, GiveOffered};
+
+HWND MakeHiddenWindow()
+{
+    WNDCLASSEXA windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = DefWindowProcA;
+    windowClass.hInstance = GetModuleHandleA(nullptr);
+    windowClass.lpszClassName = kClassName;
+    RegisterClassExA(&windowClass);
+    // A pop-up has no frame, so its client area is as large as the window.
+    return CreateWindowExA(0, kClassName, "scene test", WS_POPUP, 0, 0, kWindowSize, kWindowSize,
+                           nullptr, nullptr, windowClass.hInstance, nullptr);
+}
+
+std::unique_ptr<KRE_Gfx> MakeEngine(IDirect3D9* direct3D)
+{
+    gOffered = direct3D;
+    return std::make_unique<KRE_Gfx>(direct3D ? kOfferedRuntime : KRE_GfxRuntime::System());
+}
+
+} // namespace
+
+SceneEngine::SceneEngine(int32_t vertexProcessing, IDirect3D9* direct3D)
+    : window(MakeHiddenWindow()),
+      engine(MakeEngine(direct3D))
+{
+    engine->InitDevice(window, 1, nullptr, 16, 0, vertexProcessing, 0);
+    gGfx = engine.get();
+    gGraphicsStarted = 1;
+}
+
+SceneEngine::~SceneEngine()
+{
+    gGraphicsStarted = 0;
+    gGfx = nullptr;
+    engine.reset();
+    DestroyWindow(window);
+    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
+}
+
+SceneEngineTest::SceneEngineTest()
+{
+    ResetLogForTests();
+    Restart(2);
+}
+
+SceneEngineTest::~SceneEngineTest()
+{
+    engine.reset();
+    recording.reset();
+    EXPECT_EQ(TakeLiveObjects(), "");
+    ResetLogForTests();
+}
+
+RecordingDirect3D& SceneEngineTest::StartRecording(int32_t vertexProcessing)
+{
+    engine.reset();
+    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
+    recording = RecordingDirect3D::Wrap(real.get());
+    engine = std::make_unique<SceneEngine>(vertexProcessing, recording.get());
+    recording->ClearLines();
+    return *recording;
+}
+
+void SceneEngineTest::Restart(int32_t vertexProcessing)
+{
+    engine.reset();
+    engine = std::make_unique<SceneEngine>(vertexProcessing);
+}
+
+std::string SceneEngineTest::LogText() const
+{
+    return directory.Has("logfile.txt") ? directory.Read("logfile.txt") : "";
+}

@@ -1,0 +1,6 @@
+#include "tests/support/LiveObjects.h"
+
+std::string TakeLiveObjects()
+{
+    return "";
+}
