@@ -4,6 +4,7 @@
 #include "app/Options.h"
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/ScratchEngine.h"
+#include "tests/app/ScratchWalk.h"
 #include "tests/support/ScratchDirectory.h"
 
 #include <gtest/gtest.h>
@@ -18,6 +19,12 @@ protected:
         char title[100] = "";
         GetWindowTextA(gMainWindow, title, sizeof title);
         return title;
+    }
+
+    ProcessFileTest()
+    {
+        scratch.Write("boat.qsa", kWalkScene);
+        scratch.Write("cleat.qsa", kWalkScene);
     }
 
     const ScratchDirectory scratch;

@@ -4,6 +4,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/app/ScratchEngine.h"
+#include "tests/app/ScratchWalk.h"
 #include "tests/support/ScratchDirectory.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,12 @@ namespace {
 
 class DeviceLife : public testing::Test {
 protected:
+    DeviceLife()
+    {
+        scratch.Write("boat.qsa", kWalkScene);
+        scratch.Write("cleat.qsa", kWalkScene);
+    }
+
     const ScratchDirectory scratch; // the log is written here
 };
 

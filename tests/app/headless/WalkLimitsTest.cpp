@@ -61,11 +61,13 @@ TEST(ProcessDirectory, TreeDeeperThanAPathMayBeIsWalked)
     for (int depth = 0; depth < 60; ++depth) {
         std::FILE* file = std::fopen("n.qsa", "wb");
         ASSERT_NE(file, nullptr);
+        std::fputs(kWalkScene, file);
         std::fclose(file);
         expected += "'n.qsa' converted\n";
         ASSERT_TRUE(fs::create_directory("z"));
         file = std::fopen("z/back.qsa", "wb");
         ASSERT_NE(file, nullptr);
+        std::fputs(kWalkScene, file);
         std::fclose(file);
         onTheWayBack += "'back.qsa' converted\n";
         ASSERT_TRUE(fs::create_directory(level));

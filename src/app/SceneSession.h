@@ -1,0 +1,37 @@
+#pragma once
+
+#include "base/String.h"
+#include "scene/KRE_3dScene.h"
+
+/// The scene that is being shown. Stale between files: only what runs while a file is being
+/// processed may look at it.
+extern KRE_3dScene* gCurrentScene;
+
+/// The stay of one scene file in the program: everything of it lives and dies here. All operations
+/// let failures through.
+class SceneSession {
+public:
+    /// Loads the scene and fits settings, projection, camera and lights to it. What is added goes
+    /// into the target file too.
+    void Load(const char* fileName);
+    /// Writes the scene as QSB.
+    void Save(const char* targetName);
+    /// Draws the scene at the time that has been reached, and presents the frame.
+    void ShowFrame();
+
+private:
+    void PrepareSettings();
+    void PrepareView();
+    void ChooseCamera();
+    void AddDefaultLights();
+    double FrameTime(double now) const;
+
+    // In this order, so that the scene goes first.
+    KRE_Light light;   ///< template of the default lights
+    KRE_Camera camera; ///< looks at the scene where it has no camera of its own
+    KRE_3dScene scene;
+    int cameraIndex = -1;    ///< the scene's camera in use, -1 for the free one
+    float sceneEnd = 100.0f; ///< seconds
+    double t0 = 0.0;         ///< seconds on the clock, when the scene was ready
+    double startTime = 0.0;  ///< seconds in the scene
+};
