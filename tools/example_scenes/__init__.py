@@ -1,0 +1,1 @@
+"""What tools/make-examples builds the example scenes from."""
