@@ -28,6 +28,7 @@ TEST(Adapter, SupportsWBuffersAndIndexedBlendingButNoShaders)
 {
     const D3DCAPS9 caps = AdapterCaps(D3DDEVTYPE_HAL);
     EXPECT_TRUE(caps.RasterCaps & D3DPRASTERCAPS_WBUFFER);
+    EXPECT_EQ(caps.StencilCaps, 0u) << "drawing refuses stencil tests";
     EXPECT_EQ(caps.MaxVertexBlendMatrixIndex, 255u);
     EXPECT_EQ(caps.MaxVertexBlendMatrices, 4u);
     EXPECT_EQ(caps.MaxPointSize, 256.0f);

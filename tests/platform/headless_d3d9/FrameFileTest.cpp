@@ -24,6 +24,26 @@ protected:
 
     HRESULT Present() { return device->Present(nullptr, nullptr, nullptr, nullptr); }
 
+    /// The pixel at the lower right of a picture file.
+    std::uint32_t LastPixel(const std::string& path)
+    {
+        Com<IDirect3DTexture9> texture;
+        D3DXIMAGE_INFO info = {};
+        EXPECT_EQ(D3DXCreateTextureFromFileExA(device.Get(), path.c_str(), D3DX_DEFAULT_NONPOW2,
+                                               D3DX_DEFAULT_NONPOW2, 1, 0, D3DFMT_A8R8G8B8,
+                                               D3DPOOL_MANAGED, D3DX_FILTER_NONE, D3DX_FILTER_NONE,
+                                               0, &info, nullptr, texture.Out()),
+                  D3D_OK);
+        D3DLOCKED_RECT locked = {};
+        const RECT last = {static_cast<LONG>(info.Width) - 1, static_cast<LONG>(info.Height) - 1,
+                           static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
+        if (!texture || FAILED(texture->LockRect(0, &locked, &last, D3DLOCK_READONLY)))
+            return 0;
+        const std::uint32_t pixel = *static_cast<const std::uint32_t*>(locked.pBits);
+        EXPECT_EQ(texture->UnlockRect(0), D3D_OK);
+        return pixel;
+    }
+
     ScratchDirectory scratch;
 };
 
@@ -52,16 +72,25 @@ TEST_F(FrameFileTest, APresentedFrameIsKeptUnderTheWindowsTitle)
     EXPECT_EQ(info.ImageFileFormat, D3DXIFF_PNG);
     EXPECT_EQ(info.Format, D3DFMT_X8R8G8B8) << "frames are opaque";
 
-    Com<IDirect3DTexture9> texture;
-    ASSERT_EQ(D3DXCreateTextureFromFileExA(device.Get(), path.c_str(), 64, 48, 1, 0,
-                                           D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, D3DX_FILTER_NONE,
-                                           D3DX_FILTER_NONE, 0, nullptr, nullptr, texture.Out()),
-              D3D_OK);
-    D3DLOCKED_RECT locked = {};
-    const RECT last = {63, 47, 64, 48};
-    ASSERT_EQ(texture->LockRect(0, &locked, &last, D3DLOCK_READONLY), D3D_OK);
-    EXPECT_EQ(*static_cast<const std::uint32_t*>(locked.pBits), 0xFF204060u);
-    EXPECT_EQ(texture->UnlockRect(0), D3D_OK);
+    EXPECT_EQ(LastPixel(path), 0xFF204060u);
+}
+
+/// A ramp turned upside down: 0xFF - 0x20, 0xFF - 0x40, 0xFF - 0x60. The picture stays as it is.
+TEST_F(FrameFileTest, FullScreenFramesGoThroughTheGammaRamp)
+{
+    parameters.Windowed = FALSE;
+    parameters.BackBufferWidth = 640;
+    parameters.BackBufferHeight = 480;
+    ASSERT_EQ(device->Reset(&parameters), D3D_OK);
+    D3DGAMMARAMP ramp = {};
+    for (WORD i = 0; i < 256; ++i)
+        ramp.red[i] = ramp.green[i] = ramp.blue[i] = static_cast<WORD>(65535 - i * 257);
+    device->SetGammaRamp(0, D3DSGR_NO_CALIBRATION, &ramp);
+    SetWindowTextA(window.Get(), "ramp");
+    ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0x00204060, 1.0f, 0), D3D_OK);
+    ASSERT_EQ(Present(), D3D_OK);
+    EXPECT_EQ(LastPixel((scratch.Path() / "ramp.png").string()), 0xFFDFBF9Fu);
+    EXPECT_EQ(ReadBackBuffer().back(), 0x204060u);
 }
 
 TEST_F(FrameFileTest, WithoutTheVariableNothingIsWritten)

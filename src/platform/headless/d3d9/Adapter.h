@@ -6,6 +6,7 @@
 
 constexpr UINT kMaxTextureSide = 8192;
 constexpr UINT kRefreshRate = 60;
+constexpr float kMaxPointSize = 256.0f;
 
 /// The desktop's mode: 1024 x 768, X8R8G8B8, 60 Hz.
 D3DDISPLAYMODE DesktopMode();

@@ -2,7 +2,9 @@
 
 #include "platform/headless/d3d9/DeviceState.h"
 #include "platform/headless/d3d9/Direct3D.h"
+#include "platform/headless/d3d9/Rasterizer.h"
 
+#include <memory>
 #include <unordered_set>
 
 /// What `TestCooperativeLevel` tells.
@@ -242,6 +244,8 @@ private:
                           IDirect3DSurface9** surfaceOut);
     void BindRenderTarget(HeadlessSurface& surface);
     RECT ClearArea() const;
+    HRESULT Draw(const DrawRequest& request, const VertexLayout& layout);
+    void ForgetStream();
     HWND PresentWindow() const;
 
     HeadlessDirect3D& d3d; ///< not owned, kept alive by `DeviceReferenced`
@@ -256,4 +260,5 @@ private:
     Binding<HeadlessSurface> autoDepth; ///< empty without an automatic depth buffer
     PixelBuffer frontBuffer;            ///< the last presented picture, in the back buffer's format
     DeviceState state;
+    std::unique_ptr<Rasterizer> rasterizer; ///< made by the first draw
 };

@@ -117,7 +117,9 @@ HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND d
         return Unmodelled("Present", srcRect, dstRect, dstWindowOverride, dirtyRegion);
     const PixelBuffer& picture = backBuffer.Get()->Pixels();
     std::memcpy(frontBuffer.bytes.get(), picture.bytes.get(), picture.pitchBytes * picture.height);
-    WriteFrameFile(frontBuffer, dstWindowOverride ? dstWindowOverride : PresentWindow());
+    // A window shows through the desktop's ramp; only full screen has one of its own.
+    WriteFrameFile(frontBuffer, dstWindowOverride ? dstWindowOverride : PresentWindow(),
+                   presentParameters.Windowed ? nullptr : &state.gammaRamp);
     return D3D_OK;
 }
 
@@ -159,7 +161,7 @@ HRESULT HeadlessDevice::GetFrontBufferData(UINT swapChain, IDirect3DSurface9* de
     return D3D_OK;
 }
 
-/// Kept and given back; a picture in memory has no display that it could bend.
+/// Bends what is shown, not the picture in memory.
 void HeadlessDevice::SetGammaRamp(UINT swapChain, DWORD, const D3DGAMMARAMP* ramp)
 {
     if (swapChain == 0 && ramp)

@@ -15,6 +15,20 @@ std::string WindowTitle(HWND window)
     return title;
 }
 
+/// The ramp's 16 bits as the nearest of 256 steps; a straight ramp changes nothing.
+std::uint32_t RampByte(const WORD (&channel)[256], std::uint32_t byte)
+{
+    return (channel[byte] + 128u) / 257u;
+}
+
+void ApplyRamp(const D3DGAMMARAMP& ramp, std::uint32_t* argb, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        argb[i] = (argb[i] & 0xFF000000) | RampByte(ramp.red, argb[i] >> 16 & 0xFF) << 16 |
+                  RampByte(ramp.green, argb[i] >> 8 & 0xFF) << 8 |
+                  RampByte(ramp.blue, argb[i] & 0xFF);
+}
+
 } // namespace
 
 std::string FrameFileName(const std::string& windowTitle)
@@ -26,7 +40,7 @@ std::string FrameFileName(const std::string& windowTitle)
     return name + ".png";
 }
 
-void WriteFrameFile(const PixelBuffer& picture, HWND window)
+void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp)
 {
     const char* directory = std::getenv("QSA2QSB_FRAMES");
     if (!directory || !*directory)
@@ -34,12 +48,12 @@ void WriteFrameFile(const PixelBuffer& picture, HWND window)
     const std::string path = std::string(directory) + "/" + FrameFileName(WindowTitle(window));
     const std::size_t count = std::size_t{picture.width} * picture.height;
     const std::unique_ptr<std::uint32_t[]> argb(new (std::nothrow) std::uint32_t[count]);
+    const bool isRead = argb && UnpackImage(*picture.format, picture.width, picture.height,
+                                            picture.bytes.get(), picture.pitchBytes, argb.get());
+    if (isRead && ramp)
+        ApplyRamp(*ramp, argb.get(), count);
     std::string reason = "out of memory";
-    const bool written = argb &&
-                         UnpackImage(*picture.format, picture.width, picture.height,
-                                     picture.bytes.get(), picture.pitchBytes, argb.get()) &&
-                         WritePngFile(path.c_str(), static_cast<int>(picture.width),
-                                      static_cast<int>(picture.height), argb.get(), false, reason);
-    if (!written)
+    if (!isRead || !WritePngFile(path.c_str(), static_cast<int>(picture.width),
+                                 static_cast<int>(picture.height), argb.get(), false, reason))
         std::fprintf(stderr, "Frame not written to '%s': %s\n", path.c_str(), reason.c_str());
 }

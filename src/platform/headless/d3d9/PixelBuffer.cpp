@@ -98,6 +98,7 @@ void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x
     const auto left = static_cast<UINT>(area.left);
     const auto top = static_cast<UINT>(area.top);
     const std::size_t rowBytes = RowBytes(*from.format, static_cast<UINT>(area.right) - left);
+    ++to.changes;
     for (UINT row = 0; row < static_cast<UINT>(area.bottom) - top; row += side)
         std::memcpy(to.At(x, y + row), from.At(left, top + row), rowBytes);
 }
@@ -105,6 +106,7 @@ void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x
 void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to, const RECT& toArea,
                  bool linear)
 {
+    ++to.changes;
     const LONG fromWidth = fromArea.right - fromArea.left;
     const LONG fromHeight = fromArea.bottom - fromArea.top;
     const LONG toWidth = toArea.right - toArea.left;
@@ -122,6 +124,7 @@ void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to,
 
 void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::uint32_t mask)
 {
+    ++pixels.changes;
     const PixelFormat& format = *pixels.format;
     const auto columns = static_cast<UINT>(area.right - area.left);
     for (LONG y = area.top; y < area.bottom; ++y) {

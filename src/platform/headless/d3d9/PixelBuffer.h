@@ -10,6 +10,8 @@ struct PixelBuffer {
     UINT height = 0;
     std::size_t pitchBytes = 0; ///< from one row of pixels, or of blocks, to the next
     ZeroedBytes bytes;
+    /// Goes up with every change of the contents, so that copies made of them know when they are old.
+    std::uint32_t changes = 0;
 
     /// Takes zeroed memory; false, and nothing held, if there is none.
     bool Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight);
@@ -19,6 +21,27 @@ struct PixelBuffer {
     const std::uint8_t* At(UINT x, UINT y) const;
 
     RECT Bounds() const { return {0, 0, static_cast<LONG>(width), static_cast<LONG>(height)}; }
+};
+
+/// Where the pixels of an uncompressed picture are, for loops that touch many of them.
+struct PixelRows {
+    std::uint8_t* bytes = nullptr; ///< not owned
+    std::size_t pitchBytes = 0;
+    std::size_t pixelBytes = 0;
+
+    PixelRows() = default;
+    explicit PixelRows(PixelBuffer& pixels)
+        : bytes(pixels.bytes.get()),
+          pitchBytes(pixels.pitchBytes),
+          pixelBytes(pixels.format->unitBytes)
+    {}
+
+    /// The place must be inside the picture.
+    std::uint8_t* At(int x, int y) const
+    {
+        return bytes + static_cast<std::size_t>(y) * pitchBytes +
+               static_cast<std::size_t>(x) * pixelBytes;
+    }
 };
 
 /// True if `rect` is not empty, lies inside the picture and, for compressed formats, begins and ends

@@ -126,6 +126,8 @@ HRESULT HeadlessSurface::LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect, D
     if (rect && !IsValidArea(pixels, area))
         return D3DERR_INVALIDCALL;
     locked = true;
+    writesWhileLocked = (flags & D3DLOCK_READONLY) == 0;
+    pixels.changes += writesWhileLocked ? 1 : 0;
     if (texture && (flags & (D3DLOCK_READONLY | D3DLOCK_NO_DIRTY_UPDATE)) == 0)
         texture->MarkDirty(*this, area);
     lockedOut->Pitch = static_cast<INT>(pixels.pitchBytes);
@@ -140,6 +142,7 @@ HRESULT HeadlessSurface::UnlockRect()
     if (!locked)
         return D3DERR_INVALIDCALL;
     locked = false;
+    pixels.changes += writesWhileLocked ? 1 : 0;
     return D3D_OK;
 }
 

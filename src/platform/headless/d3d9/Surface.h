@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3d9/PixelBuffer.h"
 #include "platform/headless/d3d9/Resource.h"
+#include "platform/headless/d3d9/TexelCache.h"
 
 class HeadlessTexture;
 
@@ -36,6 +37,8 @@ public:
 
     const D3DSURFACE_DESC& Desc() const { return desc; }
     PixelBuffer& Pixels() { return pixels; }
+    /// The picture for the sampler; false if there is no memory.
+    bool ReadTexels(Texels& texelsOut) { return texels.Read(pixels, texelsOut); }
     bool IsLocked() const { return locked; }
     bool IsTextureLevel() const { return texture != nullptr; }
     HeadlessDevice& OwningDevice() const override;
@@ -52,5 +55,7 @@ private:
     D3DSURFACE_DESC desc;
     PixelBuffer pixels;
     const bool lockable;
+    TexelCache texels;
     bool locked = false;
+    bool writesWhileLocked = false;
 };

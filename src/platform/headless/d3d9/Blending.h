@@ -1,0 +1,8 @@
+#pragma once
+
+#include "platform/headless/d3d9/OutputMerger.h"
+
+/// Resolves a pair of D3DBLEND values and a D3DBLENDOP; fails for numbers that name none.
+HRESULT MakeBlendHalf(DWORD source, DWORD target, DWORD operation, BlendHalf& halfOut);
+
+Rgba4 BlendConstant(D3DCOLOR colour);

@@ -1,0 +1,162 @@
+#include "platform/headless/d3d9/DepthTest.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+IntLanes AllOrNone(bool all)
+{
+    return _mm_set1_epi32(all ? -1 : 0);
+}
+
+/// 32 bits of depth do not fit a signed number: the lowest is moved to 0x80000000 before comparing.
+std::int32_t Signed(std::uint32_t steps, int bits)
+{
+    return static_cast<std::int32_t>(bits == 32 ? steps ^ 0x80000000u : steps);
+}
+
+/// The words of up to four pixels; those beyond `count` read as 0. What is not four whole pixels may
+/// end at the border of the picture.
+IntLanes LoadWords(const std::uint8_t* at, int count)
+{
+    if (count == 4)
+        return _mm_loadu_si128(reinterpret_cast<const IntLanes*>(at));
+    int words[3] = {};
+    for (int i = 0; i < count; ++i)
+        std::memcpy(&words[i], at + i * 4, 4);
+    return _mm_set_epi32(0, words[2], words[1], words[0]);
+}
+
+IntLanes LoadHalves(const std::uint8_t* at, int count)
+{
+    if (count == 4)
+        return _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const IntLanes*>(at)),
+                                  _mm_setzero_si128());
+    std::uint16_t halves[3] = {};
+    for (int i = 0; i < count; ++i)
+        std::memcpy(&halves[i], at + i * 2, 2);
+    return _mm_set_epi32(0, halves[2], halves[1], halves[0]);
+}
+
+IntLanes LoadSteps(const DepthTest& test, int x, int y, int count)
+{
+    const std::uint8_t* at = test.rows.At(x, y);
+    if (test.depthBits == 16)
+        return LoadHalves(at, count);
+    const IntLanes words = LoadWords(at, count);
+    if (test.depthBits == 24)
+        return _mm_srli_epi32(words, 8);
+    return _mm_xor_si128(words, _mm_set1_epi32(static_cast<int>(0x80000000u)));
+}
+
+void StoreSteps(int depthBits, std::uint32_t steps, std::uint8_t* at)
+{
+    if (depthBits == 16) {
+        const auto half = static_cast<std::uint16_t>(steps);
+        std::memcpy(at, &half, 2);
+        return;
+    }
+    const std::uint32_t word = depthBits == 24 ? steps << 8 | *at : steps ^ 0x80000000u;
+    std::memcpy(at, &word, 4);
+}
+
+/// The range that a W buffer spreads its steps over, from the published formula for a projection; a
+/// projection without perspective has none.
+bool FindWRange(const D3DMATRIX& m, float& nearOut, float& farOut)
+{
+    if (m._33 == 0.0f || m._34 == 0.0f || m._33 == m._34)
+        return false;
+    nearOut = m._44 - m._43 / m._33 * m._34;
+    farOut = (m._44 - m._43) / (m._33 - m._34) * m._34 + m._44;
+    // A far plane so far that the division cannot tell it from infinity leaves the sign to chance.
+    return std::isfinite(nearOut) && std::isfinite(farOut) && farOut > nearOut;
+}
+
+} // namespace
+
+Comparison::Comparison() : Comparison(D3DCMP_ALWAYS)
+{}
+
+/// The numbers of the functions are made of bits: less 1, equal 2, greater 4, all plus one.
+Comparison::Comparison(D3DCMPFUNC function)
+    : less(AllOrNone(((function - 1) & 1) != 0)),
+      equal(AllOrNone(((function - 1) & 2) != 0)),
+      greater(AllOrNone(((function - 1) & 4) != 0))
+{}
+
+IntLanes Comparison::Passes(IntLanes a, IntLanes b) const
+{
+    const IntLanes passed = _mm_or_si128(_mm_and_si128(_mm_cmplt_epi32(a, b), less),
+                                         _mm_and_si128(_mm_cmpgt_epi32(a, b), greater));
+    return _mm_or_si128(passed, _mm_and_si128(_mm_cmpeq_epi32(a, b), equal));
+}
+
+DepthTest MakeDepthTest(const DeviceState& state)
+{
+    DepthTest test;
+    HeadlessSurface* surface = state.depthSurface.Get();
+    const DWORD mode = state.Render(D3DRS_ZENABLE);
+    if (!surface || mode == D3DZB_FALSE)
+        return test;
+    const auto function = static_cast<D3DCMPFUNC>(state.Render(D3DRS_ZFUNC));
+    test.comparison = Comparison(function);
+    test.writes = state.Render(D3DRS_ZWRITEENABLE) != 0;
+    test.isOn = test.writes || function != D3DCMP_ALWAYS;
+    test.buffer = &surface->Pixels();
+    test.rows = PixelRows(surface->Pixels());
+    test.depthBits = test.buffer->format->r.bits;
+    float farW = 1.0f;
+    test.usesW = mode == D3DZB_USEW && FindWRange(state.projection, test.nearW, farW);
+    test.scaleW = test.usesW ? 1.0f / (farW - test.nearW) : 1.0f;
+    test.bias = state.RenderFloat(D3DRS_DEPTHBIAS);
+    test.slopeBias = state.RenderFloat(D3DRS_SLOPESCALEDEPTHBIAS);
+    return test;
+}
+
+Lanes BiasedDepth(const DepthTest& test, const Planes& planes, Lanes depth)
+{
+    const float steepest = std::max(std::fabs(planes.depth.dx), std::fabs(planes.depth.dy));
+    return Saturate(_mm_add_ps(depth, Splat(test.bias + test.slopeBias * steepest)));
+}
+
+IntLanes DepthSteps(const DepthTest& test, Lanes depth, Lanes w)
+{
+    const Lanes share =
+        test.usesW ? Saturate(_mm_mul_ps(_mm_sub_ps(w, Splat(test.nearW)), Splat(test.scaleW)))
+                   : depth;
+    if (test.depthBits == 16)
+        return _mm_cvtps_epi32(_mm_mul_ps(share, Splat(65535.0f)));
+    if (test.depthBits == 24)
+        return _mm_cvtps_epi32(_mm_mul_ps(share, Splat(16777215.0f)));
+    alignas(16) float shares[4];
+    alignas(16) std::int32_t steps[4];
+    _mm_store_ps(shares, share);
+    for (int i = 0; i < 4; ++i)
+        steps[i] =
+            Signed(static_cast<std::uint32_t>(static_cast<double>(shares[i]) * 4294967295.0), 32);
+    return _mm_load_si128(reinterpret_cast<const IntLanes*>(steps));
+}
+
+int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, int lanes)
+{
+    const IntLanes passed = test.comparison.Passes(steps, LoadSteps(test, x, y, count));
+    return LaneBits(_mm_castsi128_ps(passed)) & lanes;
+}
+
+void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes)
+{
+    std::uint8_t* at = test.rows.At(x, y);
+    if (lanes == 15 && test.depthBits == 24) { // the low byte holds the stencil
+        auto* words = reinterpret_cast<IntLanes*>(at);
+        const IntLanes stencil = _mm_and_si128(_mm_loadu_si128(words), _mm_set1_epi32(0xFF));
+        _mm_storeu_si128(words, _mm_or_si128(stencil, _mm_slli_epi32(steps, 8)));
+        return;
+    }
+    alignas(16) std::uint32_t values[4];
+    _mm_store_si128(reinterpret_cast<IntLanes*>(values), steps);
+    for (unsigned i = 0; i < 4; ++i, at += test.rows.pixelBytes)
+        if ((lanes >> i & 1) != 0)
+            StoreSteps(test.depthBits, values[i], at);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/headless/d3d9/DepthTest.h"
+
+/// What the factors of blending are made of.
+struct BlendInput {
+    const Rgba4* source;
+    const Rgba4* target;
+    const Rgba4* constant; ///< D3DRS_BLENDFACTOR
+};
+
+using BlendFactor = void (*)(const BlendInput& input, Rgba4& factorOut);
+using BlendOperation = Lanes (*)(Lanes source, Lanes sourceFactor, Lanes target,
+                                 Lanes targetFactor);
+
+/// One way to blend: for colours, or for alpha.
+struct BlendHalf {
+    BlendFactor source = nullptr;
+    BlendFactor target = nullptr;
+    BlendOperation operation = nullptr;
+};
+
+/// How four pixels of a target are read and stored.
+struct TargetFormat {
+    D3DFORMAT format;
+    Rgba4 (*load)(const std::uint8_t* pixels, int count);
+    void (*store)(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes);
+};
+
+/// The last step of a draw: alpha test, blending, and writing.
+struct OutputMerger {
+    bool testsAlpha = false;
+    Comparison alphaComparison;
+    IntLanes alphaReference;
+
+    bool blends = false;
+    bool blendsAlphaApart = false;
+    BlendHalf colour;
+    BlendHalf alpha;
+    Rgba4 blendConstant;
+
+    const TargetFormat* format = nullptr;
+    PixelBuffer* target = nullptr; ///< not owned
+    PixelRows rows;
+    std::uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
+};
+
+/// Fails for values that name no factor, operation or function, and for targets it cannot write.
+HRESULT MakeOutputMerger(const DeviceState& state, OutputMerger& mergerOut);
+
+/// The lanes whose alpha, as one of 256 steps, passes.
+int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes);
+
+/// Blends and writes `lanes` of up to `count` pixels from (x, y) on.
+void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
+                 int lanes);

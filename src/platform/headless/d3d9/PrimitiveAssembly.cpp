@@ -1,0 +1,69 @@
+#include "platform/headless/d3d9/PrimitiveAssembly.h"
+
+#include <cstring>
+
+namespace {
+
+/// How primitive i of a type begins, and how many vertices the whole takes: i * step, and
+/// count * step + extra.
+struct Shape {
+    D3DPRIMITIVETYPE type;
+    int corners;
+    UINT step;
+    UINT extra;
+};
+
+constexpr Shape kShapes[] = {
+    {D3DPT_POINTLIST, 1, 1, 0},    {D3DPT_LINELIST, 2, 2, 0},      {D3DPT_LINESTRIP, 2, 1, 1},
+    {D3DPT_TRIANGLELIST, 3, 3, 0}, {D3DPT_TRIANGLESTRIP, 3, 1, 2}, {D3DPT_TRIANGLEFAN, 3, 1, 2},
+};
+
+const Shape* FindShape(D3DPRIMITIVETYPE type)
+{
+    for (const Shape& shape : kShapes)
+        if (shape.type == type)
+            return &shape;
+    return nullptr;
+}
+
+} // namespace
+
+std::int64_t IndexSource::Vertex(UINT i) const
+{
+    const std::uint64_t place = std::uint64_t{first} + i;
+    if (!bytes)
+        return static_cast<std::int64_t>(place);
+    std::uint32_t index = 0;
+    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian, like all of this
+    return std::int64_t{index} + base;
+}
+
+int CornerCount(D3DPRIMITIVETYPE type)
+{
+    const Shape* shape = FindShape(type);
+    return shape ? shape->corners : 0;
+}
+
+std::uint64_t VertexCountOf(D3DPRIMITIVETYPE type, UINT count)
+{
+    const Shape* shape = FindShape(type);
+    return shape ? std::uint64_t{count} * shape->step + shape->extra : 0;
+}
+
+void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3])
+{
+    const Shape* shape = FindShape(type);
+    const UINT start = shape ? i * shape->step : 0;
+    placesOut[0] = start;
+    placesOut[1] = start + 1;
+    placesOut[2] = start + 2;
+    if (type == D3DPT_TRIANGLESTRIP && i % 2 == 1) { // every second one would turn the other way
+        placesOut[1] = start + 2;
+        placesOut[2] = start + 1;
+    }
+    if (type == D3DPT_TRIANGLEFAN) { // the shared vertex comes last
+        placesOut[0] = start + 1;
+        placesOut[1] = start + 2;
+        placesOut[2] = 0;
+    }
+}

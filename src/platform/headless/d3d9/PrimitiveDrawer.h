@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/headless/d3d9/Clip.h"
+#include "platform/headless/d3d9/PixelProgram.h"
+
+/// From homogeneous space to the target: place = clip / w * scale + offset.
+struct ScreenMap {
+    float scaleX = 1.0f, offsetX = 0.0f;
+    float scaleY = 1.0f, offsetY = 0.0f;
+    float scaleZ = 1.0f, offsetZ = 0.0f;
+};
+
+/// Clips shaded vertices, brings them to the target and fills the pixels of their primitive.
+class PrimitiveDrawer {
+public:
+    /// `program` outlives this draw. `isTransformed` tells that vertices hold places on the target.
+    void Prepare(const DeviceState& state, const PixelProgram& program, bool isTransformed);
+
+    void DrawPoint(const ShadedVertex& vertex);
+    void DrawLine(const ShadedVertex& a, const ShadedVertex& b, bool drawsEnd);
+    /// The first corner gives the colours of flat shading.
+    void DrawTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
+
+private:
+    Corner ToCorner(const ShadedVertex& vertex) const;
+    void CopyFlatColours(const ShadedVertex& from, ShadedVertex& to) const;
+    bool IsCulled(bool isClockwise) const;
+    bool IsClockwise(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c) const;
+    void FillTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
+    void FillClipped(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c,
+                     DWORD codes);
+    void DrawOutline(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
+    void FillSquare(const ShadedVertex& vertex, float side, bool isSprite);
+
+    const PixelProgram* program = nullptr; ///< not owned
+    ScreenMap map;
+    ClipRules clip;
+    D3DCULL cull = D3DCULL_CCW;
+    D3DFILLMODE fill = D3DFILL_SOLID;
+    bool isFlat = false;
+    bool drawsSprites = false;
+    Planes planes = {};
+};

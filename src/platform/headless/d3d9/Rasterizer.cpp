@@ -1,0 +1,65 @@
+#include "platform/headless/d3d9/Rasterizer.h"
+
+namespace {
+
+bool AllVerticesExist(const DrawRequest& request)
+{
+    const std::uint64_t places = VertexCountOf(request.type, request.primitiveCount);
+    const auto exists = [&request](std::int64_t vertex) {
+        return vertex >= 0 && vertex < std::int64_t{request.stream.count};
+    };
+    if (places == 0 || places > 0xFFFFFFFF)
+        return false;
+    if (!request.indices.bytes) // straight on: the last one is the highest
+        return exists(request.indices.Vertex(static_cast<UINT>(places) - 1));
+    for (UINT i = 0; i < places; ++i)
+        if (!exists(request.indices.Vertex(i)))
+            return false;
+    return true;
+}
+
+bool IsEmpty(const PixelArea& area)
+{
+    return area.left >= area.right || area.top >= area.bottom;
+}
+
+} // namespace
+
+HRESULT Rasterizer::Draw(const DeviceState& state, const VertexLayout& layout,
+                         const DrawRequest& request)
+{
+    if (!AllVerticesExist(request))
+        return D3DERR_INVALIDCALL;
+    if (const HRESULT result = MakePixelProgram(state, program); FAILED(result))
+        return result;
+    if (IsEmpty(program.area))
+        return D3D_OK;
+    vertices.Prepare(state, layout, request.stream, program.varyings,
+                     request.type == D3DPT_POINTLIST);
+    drawer.Prepare(state, program, layout.isTransformed);
+    const bool drawsLastPixel = state.Render(D3DRS_LASTPIXEL) != 0;
+    for (UINT i = 0; i < request.primitiveCount; ++i)
+        DrawPrimitive(request, i, drawsLastPixel);
+    ++program.output.target->changes;
+    return D3D_OK;
+}
+
+void Rasterizer::DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel)
+{
+    UINT places[3];
+    CornersOf(request.type, index, places);
+    const int count = CornerCount(request.type);
+    UINT corners[3] = {};
+    const ShadedVertex* shaded[3] = {};
+    for (int i = 0; i < count; ++i)
+        corners[i] = static_cast<UINT>(request.indices.Vertex(places[i]));
+    vertices.Shade(corners, count, shaded);
+    // Within a strip the end of a line is the beginning of the next one.
+    const bool isLast = request.type == D3DPT_LINELIST || index + 1 == request.primitiveCount;
+    if (count == 1)
+        drawer.DrawPoint(*shaded[0]);
+    else if (count == 2)
+        drawer.DrawLine(*shaded[0], *shaded[1], drawsLastPixel && isLast);
+    else
+        drawer.DrawTriangle(*shaded[0], *shaded[1], *shaded[2]);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/headless/d3d9/PrimitiveAssembly.h"
+#include "platform/headless/d3d9/PrimitiveDrawer.h"
+#include "platform/headless/d3d9/VertexPipeline.h"
+
+/// One draw call: primitives of a type, over vertices in memory.
+struct DrawRequest {
+    D3DPRIMITIVETYPE type;
+    UINT primitiveCount;
+    IndexSource indices; ///< all its places are in memory
+    VertexStream stream;
+};
+
+/// Draws. Holds the working memory of a draw, so that no draw takes any; some 250 kilobytes.
+class Rasterizer {
+public:
+    /// Draws nothing and fails if a vertex lies outside of the stream, or a state is not modelled.
+    HRESULT Draw(const DeviceState& state, const VertexLayout& layout, const DrawRequest& request);
+
+private:
+    void DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel);
+
+    VertexPipeline vertices;
+    PixelProgram program;
+    PrimitiveDrawer drawer;
+};

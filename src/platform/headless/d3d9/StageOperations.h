@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/headless/d3d9/TextureStages.h"
+
+/// What an operation needs and does, one row for each D3DTEXTUREOP.
+struct OperationRow {
+    DWORD operation;
+    StageFunction colour;   ///< red, green and blue
+    StageFunction alpha;    ///< alpha
+    std::uint8_t arguments; ///< bits 0 to 2: reads argument 0 to 2
+    int shareFrom;          ///< register whose alpha it mixes by, or -1
+};
+
+/// Null for a number that is no operation, and for D3DTOP_DISABLE.
+const OperationRow* FindOperation(DWORD operation);

@@ -1,0 +1,54 @@
+#include "platform/headless/d3d9/TexelCache.h"
+
+#include <algorithm>
+
+namespace {
+
+/// UnpackArgb cuts negative values off, so signed formats take a way of their own. The lowest value
+/// of all means the same as the one above it.
+std::uint32_t SignedWord(const PixelFormat& format, const std::uint8_t* pixel)
+{
+    const std::uint32_t word = LoadPixelWord(format, pixel);
+    const auto biased = [word](PixelChannel channel) {
+        const std::uint32_t byte = (word >> channel.shift & 0xFF) ^ 0x80;
+        return std::max(byte, 1u);
+    };
+    return 0xFF0000FF | biased(format.r) << 16 | biased(format.g) << 8;
+}
+
+void Unpack(const PixelBuffer& pixels, std::uint32_t* wordsOut)
+{
+    if (pixels.format->kind != PixelKind::Signed) {
+        UnpackImage(*pixels.format, pixels.width, pixels.height, pixels.bytes.get(),
+                    pixels.pitchBytes, wordsOut);
+        return;
+    }
+    for (UINT y = 0; y < pixels.height; ++y)
+        for (UINT x = 0; x < pixels.width; ++x)
+            *wordsOut++ = SignedWord(*pixels.format, pixels.At(x, y));
+}
+
+} // namespace
+
+bool TexelCache::Read(const PixelBuffer& pixels, Texels& texelsOut)
+{
+    texelsOut.width = static_cast<int>(pixels.width);
+    texelsOut.height = static_cast<int>(pixels.height);
+    const D3DFORMAT format = pixels.format->format;
+    if (format == D3DFMT_A8R8G8B8 || format == D3DFMT_X8R8G8B8) {
+        texelsOut.words = reinterpret_cast<const std::uint32_t*>(pixels.bytes.get());
+        texelsOut.pitch = static_cast<int>(pixels.pitchBytes / 4);
+        return true;
+    }
+    if (!words || changes != pixels.changes) {
+        if (!words)
+            words = AllocateZeroed(std::size_t{pixels.width} * pixels.height * 4);
+        if (!words)
+            return false;
+        Unpack(pixels, reinterpret_cast<std::uint32_t*>(words.get()));
+        changes = pixels.changes;
+    }
+    texelsOut.words = reinterpret_cast<const std::uint32_t*>(words.get());
+    texelsOut.pitch = texelsOut.width;
+    return true;
+}

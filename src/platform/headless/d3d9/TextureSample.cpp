@@ -1,0 +1,311 @@
+#include "platform/headless/d3d9/TextureSample.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace {
+
+/// Where to read along one axis: two neighbouring texels and the share of the second in 1/256. -1 is
+/// a place that shows the border colour.
+struct alignas(16) Taps {
+    std::int32_t first[4];
+    std::int32_t second[4];
+    IntLanes share;
+};
+
+/// A coordinate folded into 0..1 of the picture; for borders it may leave it.
+template <D3DTEXTUREADDRESS Mode>
+Lanes Fold(Lanes value)
+{
+    const Lanes one = Splat(1.0f);
+    switch (Mode) {
+    case D3DTADDRESS_WRAP:
+        return _mm_sub_ps(value, Floor(value));
+    case D3DTADDRESS_MIRROR: {
+        const Lanes half = _mm_mul_ps(value, Splat(0.5f));
+        const Lanes pair = _mm_sub_ps(half, Floor(half)); // 0..1 over a picture and its mirror
+        return _mm_sub_ps(one, Absolute(_mm_sub_ps(one, _mm_add_ps(pair, pair))));
+    }
+    case D3DTADDRESS_MIRRORONCE:
+        return Absolute(value);
+    default:
+        return value;
+    }
+}
+
+/// The texels that hold the coordinates.
+template <D3DTEXTUREADDRESS Mode>
+void NearestTaps(Lanes value, int size, Taps& tapsOut)
+{
+    const float last = static_cast<float>(size - 1);
+    const Lanes place = Floor(_mm_mul_ps(Fold<Mode>(value), Splat(static_cast<float>(size))));
+    IntLanes texel = _mm_cvttps_epi32(ClampLanes(place, _mm_setzero_ps(), Splat(last)));
+    if (Mode == D3DTADDRESS_BORDER) {
+        const Lanes outside =
+            _mm_or_ps(_mm_cmplt_ps(place, _mm_setzero_ps()), _mm_cmpgt_ps(place, Splat(last)));
+        texel = _mm_or_si128(texel, _mm_castps_si128(outside)); // all bits set: -1
+    }
+    _mm_store_si128(reinterpret_cast<IntLanes*>(tapsOut.first), texel);
+}
+
+/// Texels before the first or behind the last one become `before` and `behind`.
+IntLanes Settle(IntLanes texel, IntLanes lastTexel, int before, int behind)
+{
+    const IntLanes isBefore = _mm_cmplt_epi32(texel, _mm_setzero_si128());
+    const IntLanes isBehind = _mm_cmpgt_epi32(texel, lastTexel);
+    texel = SelectInt(isBefore, _mm_set1_epi32(before), texel);
+    return SelectInt(isBehind, _mm_set1_epi32(behind), texel);
+}
+
+/// The two texels whose centres are left and right of the coordinates.
+template <D3DTEXTUREADDRESS Mode>
+void LinearTaps(Lanes value, int size, Taps& tapsOut)
+{
+    constexpr bool hasBorder = Mode == D3DTADDRESS_BORDER;
+    const float extent = static_cast<float>(size);
+    const Lanes scaled = _mm_mul_ps(Fold<Mode>(value), Splat(extent));
+    const Lanes place =
+        ClampLanes(_mm_sub_ps(scaled, Splat(0.5f)), Splat(hasBorder ? -1.0f : -0.5f),
+                   Splat(hasBorder ? extent : extent - 0.5f));
+    const Lanes whole = FloorSmall(place);
+    IntLanes first = _mm_cvttps_epi32(whole);
+    IntLanes second = _mm_add_epi32(first, _mm_set1_epi32(1));
+    const IntLanes lastTexel = _mm_set1_epi32(size - 1);
+    const IntLanes isOut = _mm_or_si128(_mm_cmplt_epi32(first, _mm_setzero_si128()),
+                                        _mm_cmpgt_epi32(second, lastTexel));
+    if (LaneBits(_mm_castsi128_ps(isOut)) != 0) {
+        // Beyond the ends wrapping reads the other end, all else the end itself; borders stay outside.
+        constexpr bool wraps = Mode == D3DTADDRESS_WRAP;
+        const int before = hasBorder ? -1 : (wraps ? size - 1 : 0);
+        const int behind = hasBorder ? -1 : (wraps ? 0 : size - 1);
+        first = Settle(first, lastTexel, before, behind);
+        second = Settle(second, lastTexel, before, behind);
+    }
+    const Lanes share = _mm_mul_ps(_mm_sub_ps(place, whole), Splat(256.0f));
+    _mm_store_si128(reinterpret_cast<IntLanes*>(tapsOut.first), first);
+    _mm_store_si128(reinterpret_cast<IntLanes*>(tapsOut.second), second);
+    tapsOut.share = _mm_cvtps_epi32(share);
+}
+
+using TapFunction = void (*)(Lanes value, int size, Taps& tapsOut);
+
+/// By address mode, from D3DTADDRESS_WRAP on.
+constexpr TapFunction kNearestTaps[] = {
+    NearestTaps<D3DTADDRESS_WRAP>, NearestTaps<D3DTADDRESS_MIRROR>, NearestTaps<D3DTADDRESS_CLAMP>,
+    NearestTaps<D3DTADDRESS_BORDER>, NearestTaps<D3DTADDRESS_MIRRORONCE>};
+constexpr TapFunction kLinearTaps[] = {
+    LinearTaps<D3DTADDRESS_WRAP>, LinearTaps<D3DTADDRESS_MIRROR>, LinearTaps<D3DTADDRESS_CLAMP>,
+    LinearTaps<D3DTADDRESS_BORDER>, LinearTaps<D3DTADDRESS_MIRRORONCE>};
+
+/// One texel for each of the four pixels.
+template <bool HasBorder>
+IntLanes Gather(const Texels& level, const std::int32_t (&x)[4], const std::int32_t (&y)[4],
+                std::uint32_t border)
+{
+    const auto texel = [&](int lane) {
+        if (HasBorder && (x[lane] | y[lane]) < 0)
+            return static_cast<int>(border);
+        return static_cast<int>(level.words[std::ptrdiff_t{y[lane]} * level.pitch + x[lane]]);
+    };
+    return _mm_set_epi32(texel(3), texel(2), texel(1), texel(0));
+}
+
+/// Mixes eight channels of 8 bits in lanes of 16; 255 * 256 just fits. `shareOfB` is 0..256.
+IntLanes MixChannels(IntLanes a, IntLanes b, IntLanes shareOfA, IntLanes shareOfB)
+{
+    const IntLanes sum = _mm_add_epi16(_mm_mullo_epi16(a, shareOfA), _mm_mullo_epi16(b, shareOfB));
+    return _mm_srli_epi16(_mm_add_epi16(sum, _mm_set1_epi16(128)), 8);
+}
+
+/// Mixes two texels of each pixel by the pixel's own share: even bytes, then odd ones.
+IntLanes MixTexels(IntLanes a, IntLanes b, IntLanes share)
+{
+    const IntLanes ofB = _mm_or_si128(share, _mm_slli_epi32(share, 16));
+    const IntLanes ofA = _mm_sub_epi16(_mm_set1_epi16(256), ofB);
+    const IntLanes low = _mm_set1_epi16(0xFF);
+    const IntLanes even = MixChannels(_mm_and_si128(a, low), _mm_and_si128(b, low), ofA, ofB);
+    const IntLanes odd = MixChannels(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8), ofA, ofB);
+    return _mm_or_si128(even, _mm_slli_epi16(odd, 8));
+}
+
+template <bool HasBorder>
+IntLanes SampleLinear(const Sampler& sampler, const Texels& level, Lanes u, Lanes v)
+{
+    Taps x, y;
+    kLinearTaps[sampler.addressU - D3DTADDRESS_WRAP](u, level.width, x);
+    kLinearTaps[sampler.addressV - D3DTADDRESS_WRAP](v, level.height, y);
+    const IntLanes top =
+        MixTexels(Gather<HasBorder>(level, x.first, y.first, sampler.border),
+                  Gather<HasBorder>(level, x.second, y.first, sampler.border), x.share);
+    const IntLanes bottom =
+        MixTexels(Gather<HasBorder>(level, x.first, y.second, sampler.border),
+                  Gather<HasBorder>(level, x.second, y.second, sampler.border), x.share);
+    return MixTexels(top, bottom, y.share);
+}
+
+IntLanes SampleLevel(const Sampler& sampler, int levelIndex, bool isLinear, Lanes u, Lanes v)
+{
+    const Texels& level = sampler.levels[levelIndex];
+    const bool hasBorder =
+        sampler.addressU == D3DTADDRESS_BORDER || sampler.addressV == D3DTADDRESS_BORDER;
+    if (isLinear)
+        return hasBorder ? SampleLinear<true>(sampler, level, u, v)
+                         : SampleLinear<false>(sampler, level, u, v);
+    Taps x, y;
+    kNearestTaps[sampler.addressU - D3DTADDRESS_WRAP](u, level.width, x);
+    kNearestTaps[sampler.addressV - D3DTADDRESS_WRAP](v, level.height, y);
+    return hasBorder ? Gather<true>(level, x.first, y.first, sampler.border)
+                     : Gather<false>(level, x.first, y.first, sampler.border);
+}
+
+Rgba4 ToColours(const Sampler& sampler, IntLanes words)
+{
+    words = _mm_or_si128(words, _mm_set1_epi32(static_cast<int>(sampler.opaque)));
+    Rgba4 colours = UnpackColours(words);
+    if (sampler.isSigned)
+        for (int c = 0; c < 2; ++c)
+            colours.c[c] = _mm_div_ps(
+                _mm_sub_ps(_mm_mul_ps(colours.c[c], Splat(255.0f)), Splat(128.0f)), Splat(127.0f));
+    return colours;
+}
+
+/// What each pixel reads: level * 2, and 1 for the linear filter.
+struct alignas(16) Choice {
+    std::int32_t key[4];
+};
+
+/// Samples each level and filter that occurs among the lanes once.
+Rgba4 SampleChosen(const Sampler& sampler, Lanes u, Lanes v, const Choice& choice, int lanes)
+{
+    const IntLanes keys = _mm_load_si128(reinterpret_cast<const IntLanes*>(choice.key));
+    IntLanes words = _mm_setzero_si128();
+    while (lanes != 0) {
+        const int key = choice.key[std::countr_zero(static_cast<unsigned>(lanes))];
+        const IntLanes same = _mm_cmpeq_epi32(keys, _mm_set1_epi32(key));
+        words = SelectInt(same, SampleLevel(sampler, key / 2, key % 2 != 0, u, v), words);
+        lanes &= ~LaneBits(_mm_castsi128_ps(same));
+    }
+    return ToColours(sampler, words);
+}
+
+Choice ChooseLevels(const Sampler& sampler, Lanes wanted, bool isMagnified, const int isSmall[4])
+{
+    alignas(16) float level[4];
+    _mm_store_ps(level, wanted);
+    Choice choice;
+    for (int lane = 0; lane < 4; ++lane) {
+        const bool linear = isSmall[lane] ? sampler.minifiesLinear : sampler.magnifiesLinear;
+        const int index =
+            isSmall[lane] && !isMagnified
+                ? std::clamp(static_cast<int>(level[lane]), sampler.firstLevel, sampler.lastLevel)
+                : sampler.firstLevel;
+        choice.key[lane] = index * 2 + (linear ? 1 : 0);
+    }
+    return choice;
+}
+
+/// Binary logarithm of numbers above 0: the exponent, and a polynomial for the rest that is right to
+/// 0.0013, far below what can be seen of a level.
+Lanes Log2(Lanes value)
+{
+    const IntLanes bits = _mm_castps_si128(value);
+    const Lanes exponent =
+        _mm_cvtepi32_ps(_mm_sub_epi32(_mm_srli_epi32(bits, 23), _mm_set1_epi32(127)));
+    const Lanes m = _mm_castsi128_ps(
+        _mm_or_si128(_mm_and_si128(bits, _mm_set1_epi32(0x7FFFFF)), _mm_set1_epi32(0x3F800000)));
+    // Through the true values at 1, 4/3, 5/3 and 2.
+    Lanes p = Splat(0.15397072f);
+    p = _mm_add_ps(_mm_mul_ps(p, m), Splat(-1.0348752f));
+    p = _mm_add_ps(_mm_mul_ps(p, m), Splat(3.0268306f));
+    p = _mm_add_ps(_mm_mul_ps(p, m), Splat(-2.1459261f));
+    return _mm_add_ps(exponent, p);
+}
+
+bool IsLinear(DWORD filter)
+{
+    return filter == D3DTEXF_LINEAR || filter == D3DTEXF_ANISOTROPIC;
+}
+
+} // namespace
+
+bool Sampler::NeedsLevel() const
+{
+    return magnifiesLinear != minifiesLinear ||
+           (mipFilter != D3DTEXF_NONE && lastLevel > firstLevel);
+}
+
+HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut)
+{
+    const auto& states = state.sampler[stage];
+    for (const D3DSAMPLERSTATETYPE type : {D3DSAMP_ADDRESSU, D3DSAMP_ADDRESSV})
+        if (states[type] < D3DTADDRESS_WRAP || states[type] > D3DTADDRESS_MIRRORONCE)
+            return Unmodelled("D3DSAMP_ADDRESS", states[type]);
+    for (const D3DSAMPLERSTATETYPE type : {D3DSAMP_MAGFILTER, D3DSAMP_MINFILTER, D3DSAMP_MIPFILTER})
+        if (states[type] > D3DTEXF_ANISOTROPIC)
+            return Unmodelled("D3DSAMP_FILTER", states[type]);
+    // UNMODELLED: colours in sRGB.
+    if (states[D3DSAMP_SRGBTEXTURE] != 0)
+        return Unmodelled("D3DSAMP_SRGBTEXTURE", states[D3DSAMP_SRGBTEXTURE]);
+    HeadlessTexture& texture = *state.textures[stage].Get();
+    samplerOut.addressU = static_cast<D3DTEXTUREADDRESS>(states[D3DSAMP_ADDRESSU]);
+    samplerOut.addressV = static_cast<D3DTEXTUREADDRESS>(states[D3DSAMP_ADDRESSV]);
+    samplerOut.magnifiesLinear = IsLinear(states[D3DSAMP_MAGFILTER]);
+    samplerOut.minifiesLinear = IsLinear(states[D3DSAMP_MINFILTER]);
+    samplerOut.mipFilter = static_cast<D3DTEXTUREFILTERTYPE>(states[D3DSAMP_MIPFILTER]);
+    samplerOut.levelBias = std::bit_cast<float>(states[D3DSAMP_MIPMAPLODBIAS]);
+    samplerOut.border = states[D3DSAMP_BORDERCOLOR];
+    samplerOut.lastLevel =
+        static_cast<int>(std::min<DWORD>(texture.GetLevelCount(), kMaxLevels)) - 1;
+    samplerOut.firstLevel =
+        static_cast<int>(std::min(std::max(states[D3DSAMP_MAXMIPLEVEL], texture.GetLOD()),
+                                  static_cast<DWORD>(samplerOut.lastLevel)));
+    const PixelFormat& format = *texture.Level(0).Pixels().format;
+    samplerOut.opaque = format.HasAlpha() ? 0 : 0xFF000000;
+    samplerOut.isSigned = format.kind == PixelKind::Signed;
+    for (int i = 0; i <= samplerOut.lastLevel; ++i)
+        if (!texture.Level(static_cast<UINT>(i)).ReadTexels(samplerOut.levels[i]))
+            return E_OUTOFMEMORY;
+    return D3D_OK;
+}
+
+Lanes LevelOfDetail(const Sampler& sampler, const CoordinateSlopes& slopes)
+{
+    const Lanes width = Splat(static_cast<float>(sampler.levels[0].width));
+    const Lanes height = Splat(static_cast<float>(sampler.levels[0].height));
+    const auto squared = [&](Lanes u, Lanes v) {
+        const Lanes s = _mm_mul_ps(u, width), t = _mm_mul_ps(v, height);
+        return _mm_add_ps(_mm_mul_ps(s, s), _mm_mul_ps(t, t));
+    };
+    const Lanes longer = _mm_max_ps(squared(slopes.ux, slopes.vx), squared(slopes.uy, slopes.vy));
+    const Lanes usable = ClampLanes(longer, Splat(1e-20f), Splat(1e20f)); // NaN too
+    return _mm_add_ps(_mm_mul_ps(Log2(usable), Splat(0.5f)), Splat(sampler.levelBias));
+}
+
+Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes)
+{
+    if (!sampler.NeedsLevel())
+        return ToColours(sampler,
+                         SampleLevel(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v));
+
+    const int small = LaneBits(_mm_cmpgt_ps(level, _mm_setzero_ps()));
+    const int isSmall[4] = {small & 1, small & 2, small & 4, small & 8};
+    // Wide enough for every level there is, and safe to turn into a whole number.
+    const Lanes bounded = ClampLanes(level, _mm_setzero_ps(), Splat(100.0f));
+    if (sampler.mipFilter == D3DTEXF_NONE)
+        return SampleChosen(sampler, u, v, ChooseLevels(sampler, bounded, true, isSmall), lanes);
+    if (!IsLinear(sampler.mipFilter)) {
+        const Lanes nearest = _mm_add_ps(bounded, Splat(0.5f));
+        return SampleChosen(sampler, u, v, ChooseLevels(sampler, nearest, false, isSmall), lanes);
+    }
+    const Lanes share = _mm_sub_ps(bounded, FloorSmall(bounded));
+    const Rgba4 fine =
+        SampleChosen(sampler, u, v, ChooseLevels(sampler, bounded, false, isSmall), lanes);
+    const Lanes next = _mm_add_ps(bounded, Splat(1.0f));
+    // Magnified pixels mix two times the same.
+    const Rgba4 coarse =
+        SampleChosen(sampler, u, v, ChooseLevels(sampler, next, false, isSmall), lanes);
+    Rgba4 mixed;
+    for (int c = 0; c < 4; ++c)
+        mixed.c[c] = _mm_add_ps(fine.c[c], _mm_mul_ps(_mm_sub_ps(coarse.c[c], fine.c[c]), share));
+    return mixed;
+}

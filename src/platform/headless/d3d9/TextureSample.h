@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/headless/d3d9/DeviceState.h"
+#include "platform/headless/d3d9/Lanes.h"
+
+/// Levels of a texture of the largest size, down to 1 by 1.
+constexpr int kMaxLevels = 14;
+
+/// One texture and its sampler states, resolved for a draw.
+struct Sampler {
+    Texels levels[kMaxLevels];
+    int firstLevel = 0; ///< the most detailed one that may be read
+    int lastLevel = 0;
+    D3DTEXTUREADDRESS addressU = D3DTADDRESS_WRAP;
+    D3DTEXTUREADDRESS addressV = D3DTADDRESS_WRAP;
+    bool magnifiesLinear = false;
+    bool minifiesLinear = false;
+    D3DTEXTUREFILTERTYPE mipFilter = D3DTEXF_NONE;
+    float levelBias = 0.0f;
+    std::uint32_t border = 0;
+    std::uint32_t opaque = 0; ///< bits to set in each texel: the alpha of formats without it
+    bool isSigned = false;
+
+    /// Whether the size of a pixel on the texture matters at all.
+    bool NeedsLevel() const;
+};
+
+/// Resolves `state`'s texture and sampler of a stage, which has a texture. Fails for want of memory and
+/// for values that name nothing.
+HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut);
+
+/// How the coordinates change from a pixel to its right and lower neighbours.
+struct CoordinateSlopes {
+    Lanes ux, vx, uy, vy;
+};
+
+/// The level that fits the size of a pixel on the texture: the binary logarithm of its longer side in
+/// texels, and the bias. 0 and below means that the texture is magnified.
+Lanes LevelOfDetail(const Sampler& sampler, const CoordinateSlopes& slopes);
+
+/// Samples four pixels. Only those with a bit in `lanes` need to come out right. `level` is read if the
+/// sampler needs it. Coordinates may be anything, numbers or not.
+Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes);

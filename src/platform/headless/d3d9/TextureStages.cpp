@@ -1,0 +1,251 @@
+#include "platform/headless/d3d9/TextureStages.h"
+
+#include "platform/headless/d3d9/StageOperations.h"
+
+#include <bit>
+
+namespace {
+
+constexpr D3DTEXTURESTAGESTATETYPE kColourArguments[] = {D3DTSS_COLORARG0, D3DTSS_COLORARG1,
+                                                         D3DTSS_COLORARG2};
+constexpr D3DTEXTURESTAGESTATETYPE kAlphaArguments[] = {D3DTSS_ALPHAARG0, D3DTSS_ALPHAARG1,
+                                                        D3DTSS_ALPHAARG2};
+
+using StageStates = std::array<DWORD, kStageStateCount>;
+
+Rgba4 SplatArgb(D3DCOLOR colour)
+{
+    const auto part = [colour](int shift) {
+        return static_cast<float>(colour >> shift & 0xFF) / 255.0f;
+    };
+    return SplatColour(part(16), part(8), part(0), part(24));
+}
+
+bool IsBump(DWORD operation)
+{
+    return operation == D3DTOP_BUMPENVMAP || operation == D3DTOP_BUMPENVMAPLUMINANCE;
+}
+
+/// What one operation of a stage reads.
+struct Reads {
+    bool diffuse = false;
+    bool specular = false;
+    bool texture = false;
+
+    void Add(int source)
+    {
+        diffuse |= source == D3DTA_DIFFUSE;
+        specular |= source == D3DTA_SPECULAR;
+        texture |= source == D3DTA_TEXTURE;
+    }
+};
+
+/// Resolves the colour or the alpha half of a stage.
+HRESULT MakeOperation(const StageStates& states, bool isAlpha, bool hasTexture,
+                      StageOperation& operationOut, Reads& readsInOut)
+{
+    const DWORD number = states[isAlpha ? D3DTSS_ALPHAOP : D3DTSS_COLOROP];
+    operationOut = {};
+    if (number == D3DTOP_DISABLE)
+        return D3D_OK;
+    const OperationRow* row = FindOperation(number);
+    if (!row)
+        return Unmodelled(isAlpha ? "D3DTSS_ALPHAOP" : "D3DTSS_COLOROP", number);
+    Reads reads;
+    StageOperation operation;
+    operation.run = isAlpha ? row->alpha : row->colour;
+    for (std::size_t i = 0; i < 3; ++i) {
+        if ((row->arguments >> i & 1) == 0)
+            continue;
+        const DWORD value = states[isAlpha ? kAlphaArguments[i] : kColourArguments[i]];
+        const DWORD source = value & D3DTA_SELECTMASK;
+        if (source > D3DTA_CONSTANT)
+            return Unmodelled(isAlpha ? "D3DTSS_ALPHAARG" : "D3DTSS_COLORARG", value);
+        operation.arguments[i] = {static_cast<std::uint8_t>(source),
+                                  (value & D3DTA_COMPLEMENT) != 0,
+                                  (value & D3DTA_ALPHAREPLICATE) != 0};
+        reads.Add(static_cast<int>(source));
+    }
+    if (reads.texture && !hasTexture)
+        return D3D_OK; // passes the current value on
+    if (row->shareFrom >= 0) {
+        operation.shareFrom = static_cast<std::uint8_t>(row->shareFrom);
+        reads.Add(row->shareFrom);
+    }
+    operationOut = operation;
+    readsInOut.diffuse |= reads.diffuse;
+    readsInOut.specular |= reads.specular;
+    readsInOut.texture |= reads.texture;
+    return D3D_OK;
+}
+
+void MakeBump(const StageStates& states, bool hasTexture, StageProgram& stage)
+{
+    if (!IsBump(states[D3DTSS_COLOROP]) || !hasTexture)
+        return;
+    stage.bump = states[D3DTSS_COLOROP] == D3DTOP_BUMPENVMAP ? BumpKind::Offsets
+                                                             : BumpKind::OffsetsAndLuminance;
+    const auto number = [&states](D3DTEXTURESTAGESTATETYPE type) {
+        return std::bit_cast<float>(states[type]);
+    };
+    stage.bumpMatrix[0][0] = number(D3DTSS_BUMPENVMAT00);
+    stage.bumpMatrix[0][1] = number(D3DTSS_BUMPENVMAT01);
+    stage.bumpMatrix[1][0] = number(D3DTSS_BUMPENVMAT10);
+    stage.bumpMatrix[1][1] = number(D3DTSS_BUMPENVMAT11);
+    stage.luminanceScale = number(D3DTSS_BUMPENVLSCALE);
+    stage.luminanceOffset = number(D3DTSS_BUMPENVLOFFSET);
+}
+
+/// Draws into a picture that they also read have no defined result.
+bool ReadsTarget(const DeviceState& state, UINT stage)
+{
+    HeadlessTexture& texture = *state.textures[stage].Get();
+    for (UINT level = 0; level < texture.GetLevelCount(); ++level)
+        if (&texture.Level(level) == state.renderTarget.Get())
+            return true;
+    return false;
+}
+
+/// Where coordinates come from and what is done to them; asked only for stages that sample.
+HRESULT CheckCoordinates(const StageStates& states)
+{
+    const DWORD index = states[D3DTSS_TEXCOORDINDEX];
+    if (index >> 16 > D3DTSS_TCI_SPHEREMAP >> 16 || (index & 0xFFFF) >= D3DDP_MAXTEXCOORD)
+        return Unmodelled("D3DTSS_TEXCOORDINDEX", index);
+    const DWORD flags = states[D3DTSS_TEXTURETRANSFORMFLAGS];
+    if ((flags & ~static_cast<DWORD>(D3DTTFF_PROJECTED)) > D3DTTFF_COUNT4)
+        return Unmodelled("D3DTSS_TEXTURETRANSFORMFLAGS", flags);
+    return D3D_OK;
+}
+
+HRESULT MakeStage(const DeviceState& state, UINT index, StagePrograms& programs)
+{
+    const StageStates& states = state.stage[index];
+    StageProgram& stage = programs.stages[index];
+    const bool hasTexture = state.textures[index].Get() != nullptr;
+    Reads reads;
+    HRESULT result = MakeOperation(states, false, hasTexture, stage.colour, reads);
+    if (SUCCEEDED(result))
+        result = MakeOperation(states, true, hasTexture, stage.alpha, reads);
+    const DWORD resultRegister = states[D3DTSS_RESULTARG];
+    if (SUCCEEDED(result) && resultRegister != D3DTA_CURRENT && resultRegister != D3DTA_TEMP)
+        result = Unmodelled("D3DTSS_RESULTARG", resultRegister);
+    if (FAILED(result))
+        return result;
+    stage.bump = BumpKind::None;
+    MakeBump(states, hasTexture, stage);
+    stage.doublesAsAlpha = states[D3DTSS_COLOROP] == D3DTOP_DOTPRODUCT3 && stage.colour.run;
+    const bool isPremodulated = index > 0 && programs.stages[index - 1].isModulatedByNext;
+    stage.isPremodulated = isPremodulated && hasTexture;
+    stage.isModulatedByNext = states[D3DTSS_COLOROP] == D3DTOP_PREMODULATE;
+    stage.writesTemp = resultRegister == D3DTA_TEMP;
+    stage.constant = SplatArgb(states[D3DTSS_CONSTANT]);
+    stage.samples = hasTexture && (reads.texture || stage.bump != BumpKind::None || isPremodulated);
+    stage.isProjected = (states[D3DTSS_TEXTURETRANSFORMFLAGS] & D3DTTFF_PROJECTED) != 0;
+    programs.readsDiffuse |= reads.diffuse;
+    programs.readsSpecular |= reads.specular;
+    if (!stage.samples)
+        return D3D_OK;
+    if (ReadsTarget(state, index))
+        return Unmodelled("A texture that is the render target", index);
+    result = CheckCoordinates(states);
+    if (SUCCEEDED(result))
+        result = MakeSampler(state, index, stage.sampler);
+    stage.needsLevel = stage.sampler.NeedsLevel();
+    return result;
+}
+
+/// The register of an argument, or `scratch` with the argument worked out.
+const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
+                     const StageArgument& argument, Rgba4& scratch)
+{
+    const Rgba4* value =
+        argument.source == D3DTA_CONSTANT ? &stage.constant : &registers.values[argument.source];
+    if (!argument.isComplement && !argument.isAlphaReplicate)
+        return value;
+    for (int c = 0; c < 4; ++c) {
+        const Lanes channel = value->c[argument.isAlphaReplicate ? 3 : c];
+        scratch.c[c] = argument.isComplement ? _mm_sub_ps(Splat(1.0f), channel) : channel;
+    }
+    return &scratch;
+}
+
+void RunOperation(const StageProgram& stage, const StageOperation& operation,
+                  const StageRegisters& registers, Rgba4& out)
+{
+    Rgba4 scratch[3];
+    const OperationInput input = {Resolve(stage, registers, operation.arguments[0], scratch[0]),
+                                  Resolve(stage, registers, operation.arguments[1], scratch[1]),
+                                  Resolve(stage, registers, operation.arguments[2], scratch[2]),
+                                  registers.values[operation.shareFrom].c[3]};
+    operation.run(input, out);
+}
+
+void MakeBumpResult(const StageProgram& stage, const Rgba4& texture, BumpResult& out)
+{
+    const auto along = [&](int row) {
+        return _mm_add_ps(_mm_mul_ps(texture.c[0], Splat(stage.bumpMatrix[row][0])),
+                          _mm_mul_ps(texture.c[1], Splat(stage.bumpMatrix[row][1])));
+    };
+    out.isSet = true;
+    out.u = along(0);
+    out.v = along(1);
+    out.hasLuminance = stage.bump == BumpKind::OffsetsAndLuminance;
+    out.luminance = Saturate(_mm_add_ps(_mm_mul_ps(texture.c[2], Splat(stage.luminanceScale)),
+                                        Splat(stage.luminanceOffset)));
+}
+
+/// Samples the stage's texture, moved and darkened by the bump map of the stage before.
+void Sample(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
+            const BumpResult& bump, Rgba4& out)
+{
+    Lanes u = coordinates.u, v = coordinates.v;
+    if (bump.isSet) {
+        u = _mm_add_ps(u, bump.u);
+        v = _mm_add_ps(v, bump.v);
+    }
+    out = SampleTexture(stage.sampler, u, v, coordinates.level, lanes);
+    for (int c = 0; bump.isSet && bump.hasLuminance && c < 3; ++c)
+        out.c[c] = _mm_mul_ps(out.c[c], bump.luminance);
+}
+
+} // namespace
+
+HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut)
+{
+    programsOut.count = 0;
+    programsOut.readsDiffuse = true; // the first stage's current colour
+    programsOut.readsSpecular = false;
+    programsOut.factor = SplatArgb(state.Render(D3DRS_TEXTUREFACTOR));
+    for (UINT i = 0; i < kStageCount; ++i) {
+        if (state.stage[i][D3DTSS_COLOROP] == D3DTOP_DISABLE)
+            break;
+        if (const HRESULT result = MakeStage(state, i, programsOut); FAILED(result))
+            return result;
+        programsOut.count = static_cast<int>(i) + 1;
+    }
+    return D3D_OK;
+}
+
+void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
+              StageRegisters& registers, BumpResult& bumpInOut)
+{
+    Rgba4& texture = registers.values[D3DTA_TEXTURE];
+    if (stage.samples)
+        Sample(stage, coordinates, lanes, bumpInOut, texture);
+    else
+        texture = SplatColour(0.0f, 0.0f, 0.0f, 1.0f);
+    bumpInOut.isSet = false;
+    if (stage.bump != BumpKind::None)
+        MakeBumpResult(stage, texture, bumpInOut);
+
+    Rgba4& current = registers.values[D3DTA_CURRENT];
+    for (int c = 0; stage.isPremodulated && c < 4; ++c)
+        current.c[c] = _mm_mul_ps(current.c[c], texture.c[c]);
+    Rgba4 result = current;
+    if (stage.colour.run)
+        RunOperation(stage, stage.colour, registers, result);
+    if (stage.alpha.run && !stage.doublesAsAlpha)
+        RunOperation(stage, stage.alpha, registers, result);
+    registers.values[stage.writesTemp ? D3DTA_TEMP : D3DTA_CURRENT] = result;
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "platform/headless/d3d9/DrawVertex.h"
+#include "platform/headless/d3d9/TextureSample.h"
+
+#include <cstdint>
+
+/// The colours that stages work on, by the numbers of D3DTA_*.
+struct StageRegisters {
+    Rgba4 values[D3DTA_CONSTANT + 1];
+};
+
+/// One argument of an operation: a register, and what is done to it before use.
+struct StageArgument {
+    std::uint8_t source = D3DTA_CURRENT;
+    bool isComplement = false;
+    bool isAlphaReplicate = false;
+};
+
+/// The arguments of an operation for four pixels, and the alpha that the blending ones mix by.
+struct OperationInput {
+    const Rgba4* arg0;
+    const Rgba4* arg1;
+    const Rgba4* arg2;
+    Lanes share;
+};
+
+/// Writes its channels of `out`, within 0..1. `out` is none of the arguments.
+using StageFunction = void (*)(const OperationInput& input, Rgba4& out);
+
+struct StageOperation {
+    StageFunction run = nullptr; ///< null to pass the current value on
+    StageArgument arguments[3];
+    std::uint8_t shareFrom = D3DTA_CURRENT; ///< the register whose alpha is the share
+};
+
+enum class BumpKind : std::uint8_t { None, Offsets, OffsetsAndLuminance };
+
+struct StageProgram {
+    bool samples = false;
+    bool doublesAsAlpha = false;    ///< the colour operation writes alpha too
+    bool isModulatedByNext = false; ///< D3DTOP_PREMODULATE
+    bool isPremodulated = false;    ///< the stage before is so, and there is a texture here
+    bool writesTemp = false;
+    BumpKind bump = BumpKind::None;
+    int coordinates = -1; ///< place among the varyings
+    bool isProjected = false;
+    bool needsLevel = false;
+    StageOperation colour;
+    StageOperation alpha;
+    Rgba4 constant;
+    float bumpMatrix[2][2] = {};
+    float luminanceScale = 0.0f;
+    float luminanceOffset = 0.0f;
+    Sampler sampler;
+};
+
+/// The stages of a draw, and what of a vertex they read.
+struct StagePrograms {
+    int count = 0;
+    bool readsDiffuse = false;
+    bool readsSpecular = false;
+    Rgba4 factor;
+    StageProgram stages[kStageCount];
+};
+
+/// Resolves all stages up to the first one that is disabled. An operation that reads a texture where
+/// none is set passes the current colour on instead, which is also what makes an untextured draw show
+/// its vertex colours. Fails for numbers that name no operation or argument, and for want of memory.
+HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut);
+
+/// Coordinates of a stage for four pixels.
+struct StageCoordinates {
+    Lanes u, v, level;
+};
+
+/// Runs one stage. `bumpInOut` carries a bump map's result from a stage to the next one.
+struct BumpResult {
+    bool isSet = false;
+    Lanes u, v;
+    bool hasLuminance = false;
+    Lanes luminance;
+};
+
+void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
+              StageRegisters& registers, BumpResult& bumpInOut);

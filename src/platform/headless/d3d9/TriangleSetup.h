@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/headless/d3d9/Planes.h"
+
+#include <cstdint>
+
+/// Twice the area in square sub-pixels, above 0 for corners that turn clockwise on the screen.
+std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c);
+
+/// The planes through three corners; `twiceArea` is theirs and not 0.
+void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, std::int64_t twiceArea,
+                   int varyingCount, Planes& planesOut);
+
+/// The pixels of a target that may be written: left <= x < right, top <= y < bottom.
+struct PixelArea {
+    int left, top, right, bottom;
+};
+
+/// Walks the rows of a triangle and tells which pixels have their centre inside. A centre on an edge
+/// belongs to the triangle whose upper or left edge it is, so that neighbours share no pixel and leave
+/// none out. All arithmetic is whole numbers, so this holds to the last bit.
+class TriangleRows {
+public:
+    /// Corners in clockwise order, within 2^15 pixels of the origin.
+    TriangleRows(const Corner& a, const Corner& b, const Corner& c, const PixelArea& area);
+
+    /// The next row and the run of pixels in it, which may be empty (left >= right); false at the end.
+    bool Next(int& yOut, int& leftOut, int& rightOut);
+
+private:
+    /// The border that one edge sets to the pixels of a row, stepped from row to row without division:
+    /// floor(value / divisor) and what is left of it.
+    struct Border {
+        std::int64_t divisor;
+        std::int64_t rest, restStep;
+        std::int64_t place, placeStep;
+
+        void Step()
+        {
+            place += placeStep;
+            rest += restStep;
+            if (rest >= divisor) {
+                rest -= divisor;
+                ++place;
+            }
+        }
+    };
+
+    void AddEdge(const Corner& from, const Corner& to, int firstRow);
+
+    PixelArea area;
+    int y = 0;
+    int lastRow = -1;
+    Border lefts[2], rights[2];
+    int leftCount = 0, rightCount = 0;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/headless/d3d9/VertexTransform.h"
+
+// Fog and the size of points, both by the distance of a vertex.
+
+/// The three published curves of fog over distance.
+struct FogCurve {
+    D3DFOGMODE mode = D3DFOG_NONE;
+    float start = 0.0f;
+    float end = 1.0f;
+    float density = 1.0f;
+
+    FogCurve() = default;
+    FogCurve(const DeviceState& state, D3DFOGMODE fogMode);
+    /// 1 for no fog, 0 for nothing but fog. Where start and end are the same, all is fog.
+    float Factor(float distance) const;
+};
+
+/// Fog worked out for each vertex, by depth or by true distance.
+struct VertexFog {
+    FogCurve curve;
+    bool isFromSpecular = false; ///< no mode is set, or the vertex came transformed
+    bool isRange = false;
+
+    VertexFog() = default;
+    VertexFog(const DeviceState& state, const VertexLayout& layout);
+    float Factor(const CameraVertex& vertex, float specularAlpha) const;
+};
+
+/// The side of a point in pixels.
+struct PointSize {
+    bool isStored = false; ///< in the vertex
+    bool isScaled = false;
+    float size = 1.0f, least = 1.0f, most = 64.0f;
+    float scale[3] = {1.0f, 0.0f, 0.0f};
+    float viewportHeight = 0.0f;
+
+    PointSize() = default;
+    PointSize(const DeviceState& state, const VertexLayout& layout);
+    float Of(const SourceVertex& source, const CameraVertex& vertex) const;
+};

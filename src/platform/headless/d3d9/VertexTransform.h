@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/headless/d3d9/DrawVertex.h"
+#include "platform/headless/d3d9/Vector3.h"
+#include "platform/headless/d3d9/VertexFetch.h"
+
+#include <bitset>
+
+/// A vertex in camera space: the eye is at the origin and looks along z.
+struct CameraVertex {
+    float position[4];
+    Vector3 normal;
+};
+
+/// The matrices of a draw: world times view for each matrix that vertices blend, made when a vertex
+/// first asks for it, and the projection.
+class VertexTransform {
+public:
+    /// `state` is read again by `ToCamera` and must not change before the last call of that.
+    void Prepare(const DeviceState& state, const VertexLayout& layout);
+
+    /// Blends with up to three stored weights, the last weight being what is missing from 1.
+    void ToCamera(const SourceVertex& source, CameraVertex& vertexOut);
+    void ToClip(const CameraVertex& vertex, float (&clipOut)[4]) const;
+
+private:
+    /// A matrix from model to camera, and the one that carries normals: the inverse, transposed.
+    struct Pair {
+        D3DMATRIX position;
+        float normal[3][3];
+    };
+
+    const Pair& Matrix(UINT index);
+
+    const DeviceState* state = nullptr; ///< not owned
+    int weightCount = 0;                ///< stored weights that count; there is one matrix more
+    bool isBlended = false;
+    bool isIndexed = false;
+    bool hasNormal = false;
+    bool normalises = false;
+    std::bitset<kWorldMatrixCount> made;
+    Pair pairs[kWorldMatrixCount];
+};
+
+/// The inverse, or false for a matrix that has none.
+bool InvertMatrix(const D3DMATRIX& matrix, D3DMATRIX& inverseOut);

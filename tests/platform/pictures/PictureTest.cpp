@@ -1,0 +1,74 @@
+// Draws every picture program and holds the result against the stored picture, which is what the
+// system's Direct3D drew. With the environment variable PICTURES set to a directory all pictures are
+// also written there, as NAME.argb without a header. QSA_ACCEPT_PICTURES=1 makes what is drawn the
+// stored pictures, on the Windows host only: a picture of this project's own rasterizer would prove
+// nothing about it.
+
+#include "tests/platform/pictures/PictureProgram.h"
+#include "tests/support/HostKind.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string GoldenPath(const PictureProgram& program)
+{
+    return std::string(QSA_SOURCE_DIR "/tests/platform/pictures/golden/") + program.name + ".png";
+}
+
+/// Leaves what came out and how it differs, so that it can be looked at.
+void KeepPictures(PictureStage& stage, const PictureProgram& program, const Picture& actual,
+                  const Picture& expected)
+{
+    const std::filesystem::path directory = QSA_BUILD_DIR "/picture-differences";
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    const std::string start = (directory / program.name).string();
+    WritePngPicture(stage.Device(), start + ".actual.png", actual);
+    if (expected.pixels.size() != actual.pixels.size())
+        return;
+    WritePngPicture(stage.Device(), start + ".expected.png", expected);
+    WritePngPicture(stage.Device(), start + ".difference.png", DifferencePicture(actual, expected));
+}
+
+class PictureTest : public testing::TestWithParam<PictureProgram> {};
+
+} // namespace
+
+TEST_P(PictureTest, LooksAsStored)
+{
+    const PictureProgram& program = GetParam();
+    PictureStage stage;
+    ASSERT_TRUE(stage.IsUsable());
+    const Picture actual = stage.Draw(program.draw);
+    if (const char* directory = std::getenv("PICTURES")) {
+        EXPECT_TRUE(WriteRawPicture(std::string(directory) + "/" + program.name + ".argb", actual));
+    }
+    if (std::getenv("QSA_ACCEPT_PICTURES")) {
+        ASSERT_FALSE(IsHeadlessHost()) << "stored pictures come from the system's Direct3D";
+        EXPECT_TRUE(WritePngPicture(stage.Device(), GoldenPath(program), actual));
+        return;
+    }
+    const Picture expected = ReadPngPicture(stage.Device(), GoldenPath(program));
+    const PictureDifference difference = ComparePictures(actual, expected, program.allowedStep);
+    EXPECT_LE(difference.pixels, program.allowedPixels)
+        << "largest step " << difference.largestStep;
+    if (difference.pixels > program.allowedPixels)
+        KeepPictures(stage, program, actual, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PictureTest, testing::ValuesIn(AllPicturePrograms()),
+                         [](const testing::TestParamInfo<PictureProgram>& row) {
+                             return std::string(row.param.name);
+                         });
+
+std::vector<PictureProgram> AllPicturePrograms()
+{
+    std::vector<PictureProgram> all;
+    for (const auto* topic : {&kPrimitivePictures, &kTexturePictures, &kStagePictures,
+                              &kVertexPictures, &kOutputPictures})
+        all.insert(all.end(), topic->begin(), topic->end());
+    return all;
+}

@@ -1,0 +1,6 @@
+#include "tests/support/HostKind.h"
+
+bool IsHeadlessHost()
+{
+    return false;
+}

@@ -1,0 +1,107 @@
+#include "tools/frames/FrameComparison.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr std::uint32_t kBlack = 0xFF000000, kWhite = 0xFFFFFFFF;
+
+/// 10 by 10 pixels, so that a pixel is one percent.
+Frame Black()
+{
+    return {10, 10, std::vector<std::uint32_t>(100, kBlack)};
+}
+
+Frame WithColumn(std::size_t x)
+{
+    Frame frame = Black();
+    for (std::size_t y = 0; y < 10; ++y)
+        frame.pixels[y * 10 + x] = kWhite;
+    return frame;
+}
+
+TEST(CompareFrames, AStepWithinTheToleranceDoesNotCount)
+{
+    Frame other = Black();
+    other.pixels[0] = 0xFF000400; // one channel by 4
+    const FrameDifference within = CompareFrames(Black(), other, 4);
+    EXPECT_EQ(within.displaced + within.wrong, 0u);
+    EXPECT_EQ(within.largestStep, 4);
+    EXPECT_EQ(CompareFrames(Black(), other, 3).wrong, 1u);
+}
+
+TEST(CompareFrames, AlphaIsNotCompared)
+{
+    Frame other = Black();
+    other.pixels[5] = 0x00000000;
+    const FrameDifference difference = CompareFrames(Black(), other, 0);
+    EXPECT_EQ(difference.displaced + difference.wrong, 0u);
+    EXPECT_EQ(difference.largestStep, 0);
+}
+
+/// The line's pixels differ at both of its places: 20 pixels.
+TEST(CompareFrames, ALineOnePixelAsideIsDisplaced)
+{
+    const FrameDifference difference = CompareFrames(WithColumn(4), WithColumn(5), 4);
+    EXPECT_EQ(difference.displaced, 20u);
+    EXPECT_EQ(difference.wrong, 0u);
+}
+
+TEST(CompareFrames, ALineTwoPixelsAsideIsWrong)
+{
+    const FrameDifference difference = CompareFrames(WithColumn(4), WithColumn(6), 4);
+    EXPECT_EQ(difference.displaced, 0u);
+    EXPECT_EQ(difference.wrong, 20u);
+}
+
+TEST(CompareFrames, AMissingLineIsWrongWhicheverFrameLacksIt)
+{
+    EXPECT_EQ(CompareFrames(WithColumn(4), Black(), 4).wrong, 10u);
+    EXPECT_EQ(CompareFrames(Black(), WithColumn(4), 4).wrong, 10u);
+}
+
+TEST(CompareFrames, NeighboursStopAtTheBorder)
+{
+    // Column 9 and column 0 of the next row are neighbours in memory only.
+    const FrameDifference difference = CompareFrames(WithColumn(0), WithColumn(9), 4);
+    EXPECT_EQ(difference.displaced, 0u);
+    EXPECT_EQ(difference.wrong, 20u);
+}
+
+TEST(CompareFrames, SizesMustBeTheSame)
+{
+    const Frame wide = {20, 5, std::vector<std::uint32_t>(100, kBlack)};
+    const FrameDifference difference = CompareFrames(Black(), wide, 4);
+    EXPECT_FALSE(difference.isSameSize);
+    EXPECT_FALSE(IsWithin(difference, {255, 100.0, 100.0}));
+}
+
+TEST(IsWithin, EachShareHasItsOwnLimit)
+{
+    static const struct {
+        const char* what;
+        std::size_t displaced, wrong;
+        bool expected;
+    } cases[] = {
+        {"alike", 0, 0, true},
+        {"displaced up to the limit", 20, 0, true},
+        {"displaced above the limit", 21, 0, false},
+        {"wrong up to the limit", 0, 1, true},
+        {"wrong above the limit", 0, 2, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(IsWithin({true, 1000, c.displaced, c.wrong, 255}, {4, 2.0, 0.1}), c.expected)
+            << c.what;
+}
+
+TEST(DifferenceFrame, ShowsWhereAndHow)
+{
+    Frame a = WithColumn(4), b = WithColumn(5);
+    b.pixels[0] = kWhite;
+    const Frame frame = DifferenceFrame(a, b, 4);
+    EXPECT_EQ(frame.pixels[0], 0xFFFF0000u) << "wrong";
+    EXPECT_EQ(frame.pixels[4], 0xFFFFFF00u) << "displaced";
+    EXPECT_EQ(frame.pixels[8], 0xFF000000u) << "alike, dimmed black";
+}
+
+} // namespace

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// A frame as 0xAARRGGBB, row by row from the top. Alpha takes no part in comparing.
+struct Frame {
+    std::size_t width = 0;
+    std::size_t height = 0;
+    std::vector<std::uint32_t> pixels;
+};
+
+/// How far two frames may be apart and still show the same.
+struct FrameTolerance {
+    /// Difference of a channel, 0..255, that does not count: rasterizers round at different places.
+    int step = 4;
+    /// Percent of the pixels that may be displaced: lines, silhouettes and borders of texels, where the
+    /// rules leave open which of two neighbours is drawn.
+    double displacedPercent = 2.0;
+    /// Percent of the pixels that may be neither alike nor displaced.
+    double wrongPercent = 0.1;
+};
+
+/// What comparing found, in pixels.
+struct FrameDifference {
+    bool isSameSize = false;
+    std::size_t count = 0;     ///< all pixels
+    std::size_t displaced = 0; ///< differ, but each is found within one pixel in the other frame
+    std::size_t wrong = 0;     ///< differ, and at least one is not found near its place
+    int largestStep = 0;       ///< of any channel of any pixel
+};
+
+/// Frames of different sizes are not compared further.
+FrameDifference CompareFrames(const Frame& a, const Frame& b, int step);
+
+/// True if the frames have one size and both shares are within the tolerance.
+bool IsWithin(const FrameDifference& difference, const FrameTolerance& tolerance);
+
+/// Where the frames, of one size, are alike a dimmed `a`; yellow where displaced, red where wrong.
+Frame DifferenceFrame(const Frame& a, const Frame& b, int step);
