@@ -67,6 +67,45 @@ void SentRenderState(benchmark::State& state)
 }
 BENCHMARK(SentRenderState);
 
+/// A reflection with a diffuse map over it, blended: the most states that a material has.
+void MakeMaterial(KRE_Gfx& engine, KRE_Texture& texture)
+{
+    for (const int32_t slot : {0, 1}) {
+        texture.SelectStage(slot);
+        engine.CreateTexture(&texture, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
+        texture.SetStage(slot, slot == 0 ? StageReflection : StageDiffuse, 1.0f);
+    }
+    engine.SetBlendMode(7, 128, 0);
+}
+
+/// All states are there already: what the binding itself costs, and one texture factor.
+void BindMaterialAgain(benchmark::State& state)
+{
+    KRE_Gfx engine;
+    engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+    KRE_Texture texture;
+    MakeMaterial(engine, texture);
+    for (auto _ : state)
+        engine.SetTexture(&texture);
+}
+BENCHMARK(BindMaterialAgain);
+
+/// Every binding changes the pictures and most of the states.
+void BindTwoMaterialsInTurn(benchmark::State& state)
+{
+    KRE_Gfx engine;
+    engine.InitDevice(BenchWindow(), 1, nullptr, 16, 0, 1, 0);
+    KRE_Texture reflecting;
+    KRE_Texture plain;
+    MakeMaterial(engine, reflecting);
+    engine.CreateTexture(&plain, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
+    for (auto _ : state) {
+        engine.SetTexture(&reflecting);
+        engine.SetTexture(&plain);
+    }
+}
+BENCHMARK(BindTwoMaterialsInTurn);
+
 void FindAmongSharedNames(benchmark::State& state)
 {
     KRE_ResourceManager manager;

@@ -2,11 +2,19 @@
 
 #include "app/MainWindow.h"
 #include "app/Options.h"
+#include "gfx/KRE_Font.h"
 #include "gfx/KRE_Gfx.h"
 
 namespace {
 
 constexpr int32_t kDepthBits = 16;
+
+// A letter's colours at its top left and its bottom right, and how text is drawn until it is told.
+constexpr D3DCOLOR kFontTopColor = 0xFF96DCFF;
+constexpr D3DCOLOR kFontBottomColor = 0xFF006473;
+constexpr float kTextScale = 4.0f;
+constexpr D3DCOLOR kTextColor = 0xFFFFFFFF;
+constexpr float kTextLineFactor = 0.6666f;
 
 D3DDISPLAYMODE WantedMode(const GraphicsSettings& settings)
 {
@@ -20,6 +28,25 @@ void SeedRandomNumbers()
     LARGE_INTEGER counter{};
     QueryPerformanceCounter(&counter);
     gGfx->random.Seed(static_cast<uint32_t>(counter.QuadPart));
+}
+
+void MakeFont()
+{
+    gGfx->BuildFont(*gFont, kFontTopColor, kFontBottomColor);
+    gGfx->SetFont(gFont, 0.0f, 0); // scale and colour as they are
+    gFont->SetMetrics(kTextScale, kTextColor, KRE_Font::kKeep, KRE_Font::kKeep, kTextLineFactor);
+}
+
+void FreeFont()
+{
+    if (gGfx) {
+        gGfx->currentFont = nullptr;
+        gGfx->currentTexture = nullptr; // it may be the font's
+    }
+    if (gFont)
+        gFont->Free();
+    delete gFont;
+    gFont = nullptr;
 }
 
 } // namespace
@@ -42,6 +69,7 @@ GraphicsSettings SettingsFromOptions()
 void StartGraphics(const GraphicsSettings& settings)
 {
     gGfx = new KRE_Gfx;
+    gFont = new KRE_Font;
     D3DDISPLAYMODE mode = WantedMode(settings);
     if (!settings.windowed) {
         gGfx->SelectAdapter(settings.adapter);
@@ -51,12 +79,14 @@ void StartGraphics(const GraphicsSettings& settings)
     gGfx->InitDevice(settings.window, settings.windowed, settings.windowed ? nullptr : &mode,
                      kDepthBits, settings.vsync, settings.vertexProcessing, settings.deviceChoice);
     SeedRandomNumbers();
+    MakeFont();
     gGraphicsStarted = 1;
 }
 
 void ShutdownGraphics()
 {
     gGraphicsStarted = 0;
+    FreeFont(); // its sheet is the engine's to share
     if (!gGfx)
         return;
     gGfx->FreeDevice();

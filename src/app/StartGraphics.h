@@ -20,8 +20,8 @@ struct GraphicsSettings {
 /// What the options of the run ask for.
 GraphicsSettings SettingsFromOptions();
 
-/// Makes the engine object `gGfx` and its device. Raises KRE_Error on failure.
+/// Makes the engine object `gGfx`, its device and the font `gFont`. Raises KRE_Error on failure.
 void StartGraphics(const GraphicsSettings& settings = SettingsFromOptions());
 
-/// Frees the device and the engine. May be called when nothing was started, and twice.
+/// Frees the font, the device and the engine. May be called when nothing was started, and twice.
 void ShutdownGraphics();

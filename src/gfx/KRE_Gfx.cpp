@@ -51,7 +51,7 @@ KRE_Gfx::KRE_Gfx(const KRE_GfxRuntime& systemRuntime)
     std::fill(std::begin(addressU), std::end(addressU), D3DTADDRESS_WRAP);
     std::fill(std::begin(addressV), std::end(addressV), D3DTADDRESS_WRAP);
     std::fill(std::begin(stageSource), std::end(stageSource), -1);
-    for (D3DXMATRIX* matrix : {&view, &projection, &worldViewProj})
+    for (D3DXMATRIX* matrix : {&view, &projection, &worldViewProj, &environmentTM})
         D3DXMatrixIdentity(matrix);
     for (D3DXMATRIX& matrix : world)
         D3DXMatrixIdentity(&matrix);
@@ -65,6 +65,7 @@ KRE_Gfx::KRE_Gfx(const KRE_GfxRuntime& systemRuntime)
     d3d = ComPointer<IDirect3D9>::Adopt(runtime.createDirect3D(D3D_SDK_VERSION));
     if (!d3d)
         Error("Direct3DCreate9 failed!");
+    printf.SetGfx(this);
 }
 
 KRE_Gfx::~KRE_Gfx()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 
 #include <d3d9.h>
 #include <d3dx9.h>
@@ -11,7 +12,9 @@
 #include "base/String.h"
 #include "gfx/KRE_FogRecord.h"
 #include "gfx/KRE_PointRecord.h"
+#include "gfx/KRE_PrintfContainer.h"
 #include "gfx/KRE_ResourceManager.h"
+#include "gfx/KRE_StageProgram.h"
 #include "gfx/KRE_StateCache.h"
 #include "gfx/KRE_Surface.h"
 #include "gfx/KRE_Texture.h"
@@ -21,8 +24,10 @@
 #include "gfx/RandomGenerator.h"
 #include "platform/ComPointer.h"
 
-class KRE_Camera;
 class KRE_3dScene;
+class KRE_Camera;
+class KRE_Font;
+class KRE_MaterialInfo;
 class KRE_Mesh;
 class KRE_ShaderEffect;
 class QSALoader;
@@ -282,6 +287,32 @@ public:
     int32_t blendValue = 255; ///< alpha of the material, 0 to 255
     D3DCOLOR tintColor = 0;   ///< added to every textured surface; 0 is none
 
+    // ---- Materials: KRE_GfxMaterialBinding.cpp, KRE_GfxMapStages.cpp, KRE_GfxMaterialStates.cpp
+
+    /// Binds a material's maps with all their stage states, or with null the vertex colour alone.
+    /// A `stage` from 0 to 7 takes nothing but the texture's current picture, null for none; stage
+    /// states stay. Either way a video source is updated, the alpha test follows the picture, and
+    /// the texture is kept as `currentTexture`.
+    void SetTexture(KRE_Texture* texture, int32_t stage = -1);
+    /// Makes the second argument, or the zeroth one, of a stage's colour the surface's own colour:
+    /// that of the vertices, or without light `unlitColor` through the texture factor.
+    void SetStageDiffuseArg(int32_t stage);
+    void SetStageDiffuseArg0(int32_t stage);
+    /// Blending, depth writes and addressing of one material. `hasImage` tells whether its texture
+    /// has a picture; `mode` and `alpha` (0 to 255) are what an opaque material is drawn with. A
+    /// transparency type that does not exist is an `Error`.
+    void ApplyMaterialBlend(const KRE_MaterialInfo& info, bool hasImage, int32_t mode, float alpha);
+    /// Sets the colours and the reflection's strength of a material. `white` takes effect with
+    /// `reflectionWithDiffuse` alone: the diffuse colour goes to `keptDiffuse`, white in its place.
+    void SetMaterialReflect(const KRE_MaterialInfo& info, bool white);
+
+    float reflectionAmount = 1.0f;     ///< of the current material; from 0.995 on it is full
+    int32_t reflectionWithDiffuse = 0; ///< nothing here sets it
+    D3DCOLORVALUE keptDiffuse{};       ///< of `SetMaterialReflect`
+    int32_t diffuseStage = 0;          ///< the stage that has the diffuse map after a binding
+    /// The last one bound, null for none. Not owned: who frees a texture binds another one.
+    KRE_Texture* currentTexture = nullptr;
+
     // ---- Transforms and viewport: KRE_GfxTransform.cpp, KRE_GfxCamera.cpp
 
     void SetTransform(D3DTRANSFORMSTATETYPE type, const D3DMATRIX& matrix);
@@ -310,6 +341,7 @@ public:
     D3DXMATRIX projection;
     D3DXMATRIX world[kWorldMatrices];
     D3DXMATRIX worldViewProj;
+    D3DXMATRIX environmentTM; ///< carries what reflections show into the world; identity
     D3DXMATRIX textureMatrix[kStages];
     D3DVIEWPORT9 viewport{};
     float nearZ = 1.0f;
@@ -364,6 +396,53 @@ public:
     /// mesh's own, are `Error`s.
     void CreateMesh(KRE_Mesh* mesh, int32_t faces, int32_t vertices, int32_t materialCount,
                     DWORD fvf, DWORD options, int32_t boneCount);
+
+    // ---- Drawing: KRE_GfxDrawing.cpp
+
+    /// Draws the first `count` primitives of a list; -1 is all of them, and none is no error. More
+    /// than there are is an `Error`. `listTM` takes the vertices into the world; null for those
+    /// that are there.
+    void DrawTriangleList(KRE_VertexListBase& list, const D3DMATRIX* listTM = nullptr,
+                          int32_t count = -1);
+    /// Draws `faces` faces from `firstFace` on; 0 draws nothing. `info` is the format of the mesh.
+    /// Faces that the mesh does not have are an `Error`.
+    void DrawMesh(ID3DXMesh& mesh, const VertexInfo& info, DWORD firstFace, DWORD faces);
+    /// Chooses who processes the next vertices: software for a `processing` of 0.
+    void SetVertexProcessingFor(int32_t processing);
+
+    uint8_t drawDisabled = 0; ///< 1: all is set, but nothing is drawn
+
+    // ---- Sprites: KRE_GfxSprites.cpp. They draw `currentTexture`; without one it is an `Error`.
+
+    /// Draws the texture in its source size, scaled, with the point (`hotX`, `hotY`) of the picture
+    /// at (`x`, `y`) and turned about it, clockwise by radians. All but the angle in pixels; `z` is
+    /// the depth from 0 to 1.
+    void DrawSprite(float x, float y, float angle, float scaleX, float scaleY, float hotX = 0.0f,
+                    float hotY = 0.0f, D3DCOLOR color = 0xFFFFFFFF, float z = 0.0f);
+    /// Draws the texture into a rectangle of the screen. Colours are those of the corners at the
+    /// bottom left, top left, bottom right and top right.
+    void DrawSpriteRect(float left, float top, float right, float bottom,
+                        const D3DCOLOR (&colors)[4], float z = 0.0f);
+    /// Draws the texture's quad as it was filled last.
+    void DrawLastTexture();
+
+    int32_t spriteUsesZ = 0; ///< not 0: sprites are hidden by what is in front of them
+
+    // ---- Text: KRE_GfxFont.cpp, KRE_GfxPrintf.cpp
+
+    /// Makes the engine's own font, capitals of 5 x 5 pixels, whose letters fade from `first` at
+    /// the top left to `second`. Small letters are blanks.
+    void BuildFont(KRE_Font& font, D3DCOLOR first, D3DCOLOR second);
+    /// Takes the font that texts begin with; it has to outlive its use. A `scale` other than 0 and a
+    /// `color` with an alpha go into the font. Null, or a font that is not ready, is an `Error`.
+    void SetFont(KRE_Font* font, float scale, D3DCOLOR color);
+    /// Draws formatted text with its top left corner at (`x`, `y`), in pixels of the screen. Cut at
+    /// 65535 characters, with a warning. `|` begins a command (KRE_PrintfMarkup.h). The arguments
+    /// may not point into `scratch`.
+    [[gnu::format(printf, 4, 5)]] void Printf(int32_t x, int32_t y, const char* format, ...);
+
+    KRE_Font* currentFont = nullptr; ///< not owned, lives with graphics start-up
+    KRE_PrintfContainer printf;
 
     // ---- Effects
 
@@ -457,6 +536,39 @@ private:
     void SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
     bool SetTextureAddressOnce(DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type);
     bool CheckStage(int32_t stage);
+
+    void BindMaterial(KRE_Texture* texture);
+    void BindVertexColor();
+    void BindFrame(KRE_Texture& texture);
+    void BindSlots(KRE_Texture& texture);
+    void BindStageTexture(int32_t stage, IDirect3DBaseTexture9* texture);
+    void BindSlotMatrix(const KRE_Texture& texture, int32_t slot, int32_t stage);
+    int32_t SetMapStages(KRE_Texture& texture, int32_t slot, int32_t stage);
+    void SetEmptyStage(int32_t stage);
+    int32_t SetBaseDiffuse(bool hasNext);
+    int32_t SetUpperDiffuse(int32_t baseType, int32_t stage);
+    void SetSecondDiffuse(int32_t stage);
+    int32_t SetReflectedDiffuse(int32_t stage);
+    void SetReflection(int32_t stage, bool hasNext);
+    DWORD SetReflectionAmount(int32_t stage);
+    void SetSphere(KRE_Texture& texture, int32_t slot, int32_t stage);
+    void SetStageStates(int32_t stage, std::span<const KRE_StageState> states);
+    bool IsLitStage(int32_t stage) const;
+    bool UsesUnlitColor();
+    void SetTintFactor();
+    void BlendImage(const KRE_MaterialInfo& info, int32_t mode, float alpha);
+
+    /// Makes one call that draws, unless drawing is switched off.
+    template <class Call>
+    void Draw(const Call& call, const char* failureText)
+    {
+        if (!drawDisabled)
+            Check(call(), failureText);
+    }
+    void FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across, const D3DXVECTOR2& down,
+                  const D3DCOLOR (&colors)[4], float z);
+    void CheckCurrentTexture();
+
     void CheckLight(int32_t index);
     void SetBlendColorOps(int32_t mode, int32_t stage);
     bool CanBlendByIndex(int32_t boneIndex) const;
@@ -495,6 +607,8 @@ private:
 
     void RebuildSearchPaths();
 
+    KRE_StageProgram stageProgram; ///< of the material that is being bound
+    bool collectsStages = false;   ///< stage states go into `stageProgram`
     const KRE_GfxRuntime runtime;
     QSALoader& SceneLoader();
     void LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags);

@@ -80,6 +80,7 @@ int32_t KRE_Gfx::InitDevice(HWND windowHandle, int32_t isWindowed, const D3DDISP
     startTime = GetTimeSeconds();
     lastFrameTime = startTime;
     BuildVertexLists();
+    printf.BuildList(this);
     FixedFunctionDefaults();
     SetCullMode(-1);
     SetFog(fog);
@@ -166,6 +167,7 @@ void KRE_Gfx::FreeDeviceObjects()
 {
     effectPool.Free();
     FreeTextures();
+    printf.Free();
     tlList.Free();
     lList.Free();
     lQuadList.Free();

@@ -25,7 +25,10 @@ void KRE_Gfx::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, D
 
 void KRE_Gfx::SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value)
 {
-    if (CheckStage(stage) && cache.stageState[stage][type] != static_cast<int32_t>(value))
+    CheckStage(stage);
+    if (collectsStages)
+        stageProgram.Put(stage, type, value);
+    else if (cache.stageState[stage][type] != static_cast<int32_t>(value))
         SetTextureStageState(static_cast<DWORD>(stage), type, value);
 }
 

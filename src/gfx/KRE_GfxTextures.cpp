@@ -166,6 +166,7 @@ void KRE_Gfx::MakePlaceholder(KRE_Texture* texture)
 
 void KRE_Gfx::FreeTextures()
 {
+    currentTexture = nullptr;
     catalogue.Free();
     screenTexture.Free();
     for (KRE_VideoSource& source : videoSources)

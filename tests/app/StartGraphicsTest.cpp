@@ -3,12 +3,15 @@
 #include "app/GuardedRun.h"
 #include "app/MainWindow.h"
 #include "app/Options.h"
+#include "gfx/KRE_Font.h"
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/ScratchEngine.h"
 #include "tests/support/BoxWatch.h"
 #include "tests/support/ScratchDirectory.h"
 
 #include <gtest/gtest.h>
+
+#include <bit>
 
 namespace {
 
@@ -68,6 +71,41 @@ TEST_F(StartGraphicsTest, EngineIsStartedAndShutDown)
     ShutdownGraphics();
 }
 
+TEST_F(StartGraphicsTest, FontIsBuiltAndSetUpForText)
+{
+    const ScratchEngine engine("");
+    ASSERT_NE(gFont, nullptr);
+    EXPECT_EQ(gFont->ready, 1);
+    EXPECT_EQ(gGfx->currentFont, gFont);
+    EXPECT_EQ(gFont->scale, 4.0f);
+    EXPECT_EQ(gFont->color, 0xFFFFFFFFu);
+    EXPECT_EQ(gFont->charSpacing, 1.0f) << "kept";
+    EXPECT_EQ(gFont->lineSpacing, 1.0f) << "kept";
+    EXPECT_EQ(std::bit_cast<uint32_t>(gFont->lineSpacingFactor), 0x3F2AA64Cu);
+    // E's cell is at (96, 6): the first colour in its corner, the second in the one opposite.
+    D3DCOLOR first = 0;
+    D3DCOLOR second = 0;
+    gFont->texture->Lock(nullptr, D3DLOCK_READONLY);
+    EXPECT_TRUE(gFont->texture->GetPixel(96, 6, &first));
+    EXPECT_TRUE(gFont->texture->GetPixel(100, 10, &second));
+    gFont->texture->Unlock();
+    EXPECT_EQ(first, 0xFF96DCFFu);
+    EXPECT_EQ(second, 0xFF006473u);
+}
+
+TEST_F(StartGraphicsTest, FontGoesBeforeTheEngine)
+{
+    {
+        const ScratchEngine engine("");
+        gGfx->drawDisabled = 1;
+        gGfx->Printf(1, 1, "A"); // binds the font's texture
+        ShutdownGraphics();
+        EXPECT_EQ(gFont, nullptr);
+        EXPECT_EQ(gGfx, nullptr);
+    }
+    EXPECT_EQ(gFont, nullptr);
+}
+
 TEST_F(StartGraphicsTest, AdapterSettingIsIgnoredInAWindow)
 {
     const ScratchEngine engine("");
@@ -111,6 +149,7 @@ TEST_F(StartGraphicsTest, UnknownDisplayModeEndsTheRun)
     EXPECT_EQ(BoxOfStart(), "KRE Error (DirectX9)\nKRE_Gfx: Display mode not supported by your "
                             "video card!\n");
     EXPECT_EQ(gGfx, nullptr);
+    EXPECT_EQ(gFont, nullptr);
 }
 
 TEST_F(StartGraphicsTest, UnknownAdapterEndsTheRunInFullScreen)
