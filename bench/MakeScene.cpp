@@ -1,4 +1,5 @@
-// make_scene KIND MEGABYTES FILE   writes a QSA scene of about that size for the benchmarks.
+// make_scene KIND MEGABYTES FILE [ASE_FILE]   writes a QSA scene of about that size for the benchmarks,
+// and on demand the same geometry as an ASE text, which differs by its first line only.
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -68,9 +69,13 @@ public:
     long long bytes = 0;
 };
 
-void WriteHead(SceneWriter& out)
+constexpr const char* kQsaStart = "*3DSMAX_QSAEXPORT\t211\n";
+constexpr const char* kAseStart = "*3DSMAX_ASCIIEXPORT\t200\n";
+
+void WriteHead(SceneWriter& out, const char* start)
 {
-    out.Text("*3DSMAX_QSAEXPORT\t211\n*SCENE {\n\t*SCENE_FIRSTFRAME 0\n\t*SCENE_LASTFRAME 100\n"
+    out.Text("%s", start);
+    out.Text("*SCENE {\n\t*SCENE_FIRSTFRAME 0\n\t*SCENE_LASTFRAME 100\n"
              "\t*SCENE_FRAMESPEED 30\n\t*SCENE_TICKSPERFRAME 160\n}\n");
     out.Text("*MATERIAL_LIST {\n\t*MATERIAL_COUNT 1\n\t*MATERIAL 0 {\n\t\t*MATERIAL_NAME \"all\"\n"
              "\t\t*NUMSUBMTLS 4\n");
@@ -166,30 +171,44 @@ void WriteKeys(SceneWriter& out, int number, int keys)
     out.Text("\t\t}\n\t}\n}\n");
 }
 
+/// Writes objects until the text has `wantedBytes`, or `count` of them if that is not 0. Gives their
+/// number, 0 if the file cannot be written.
+int WriteScene(const SceneKind& kind, const char* path, const char* start, long long wantedBytes,
+               int count)
+{
+    std::FILE* file = std::fopen(path, "wb");
+    if (!file)
+        return 0;
+    SceneWriter out(file, kind.style);
+    WriteHead(out, start);
+    int number = 0;
+    for (; count > 0 ? number < count : out.bytes < wantedBytes; ++number) {
+        if (kind.keysPerObject > 0)
+            WriteKeys(out, number, kind.keysPerObject);
+        else
+            WriteMesh(out, number, kind.gridSide);
+    }
+    return std::fclose(file) == 0 ? number : 0;
+}
+
 } // namespace
 
 int main(int count, char** arguments)
 {
     const SceneKind* kind = nullptr;
     for (const SceneKind& candidate : kKinds) {
-        if (count == 4 && std::strcmp(arguments[1], candidate.name) == 0)
+        if (count >= 4 && std::strcmp(arguments[1], candidate.name) == 0)
             kind = &candidate;
     }
-    std::FILE* file = kind ? std::fopen(arguments[3], "wb") : nullptr;
-    if (!file) {
-        std::fprintf(stderr, "make_scene KIND MEGABYTES FILE, KIND one of\n");
+    if (!kind || count > 5) {
+        std::fprintf(stderr, "make_scene KIND MEGABYTES FILE [ASE_FILE], KIND one of\n");
         for (const SceneKind& candidate : kKinds)
             std::fprintf(stderr, "  %-10s%s\n", candidate.name, candidate.what);
         return 2;
     }
     const long long wanted = static_cast<long long>(std::atof(arguments[2]) * 1e6);
-    SceneWriter out(file, kind->style);
-    WriteHead(out);
-    for (int i = 0; out.bytes < wanted; ++i) {
-        if (kind->keysPerObject > 0)
-            WriteKeys(out, i, kind->keysPerObject);
-        else
-            WriteMesh(out, i, kind->gridSide);
-    }
-    return std::fclose(file) == 0 ? 0 : 1;
+    const int objects = WriteScene(*kind, arguments[3], kQsaStart, wanted, 0);
+    if (objects == 0 || count < 5)
+        return objects > 0 ? 0 : 1;
+    return WriteScene(*kind, arguments[4], kAseStart, wanted, objects) == objects ? 0 : 1;
 }

@@ -1,5 +1,5 @@
 // Any text as a scene, loaded through windows of several sizes: a scene or a stated error, and the
-// same one every time.
+// same one every time. What loads is sound.
 
 #include <unistd.h>
 
@@ -13,6 +13,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
+#include "tests/qsa/SceneFaultsOf.h"
 
 class QSALoaderTestAccess {
 public:
@@ -57,6 +58,11 @@ public:
             return error.message;
         } catch (const KRE_Error& error) {
             return error.message;
+        }
+        const std::string faults = FaultsOf(scene, true);
+        if (!faults.empty()) {
+            std::fprintf(stderr, "%s", faults.c_str());
+            std::abort();
         }
         std::string seen = std::to_string(scene.cameras.Count()) + ' ' +
                            std::to_string(scene.lights.Count()) + ' ' +

@@ -1,10 +1,40 @@
 #include "app/ProcessFile.h"
 
+#include "app/MainWindow.h"
 #include "app/Options.h"
 #include "app/SceneSession.h"
 #include "app/TargetName.h"
 #include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
+
+namespace {
+
+/// Gives the window its turn between two files.
+void HandleMessages()
+{
+    if (gNoKey || gEscOff)
+        return;
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+}
+
+/// A program that is minimised or behind another one goes on when it is back.
+void WaitUntilShown()
+{
+    if (gWindowDestroyed)
+        return;
+    while (!gWindowShown || !gAppActive) {
+        MSG message = {}; // a queue that is gone leaves it as it is
+        GetMessageA(&message, nullptr, 0, 0);
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+}
+
+} // namespace
 
 void ProcessFile(const char* fileName, int overwrite)
 {
@@ -12,10 +42,15 @@ void ProcessFile(const char* fileName, int overwrite)
     const String targetName = MakeTargetName(fileName);
     if (!overwrite && FileExists(targetName.c_str()))
         return;
+    char banner[kBannerSize];
+    ReadBanner(banner);
     gGfx->SetLighting(gLightingOn, nullptr);
     gGfx->SetSpecular(gSpecularOn);
     session.Load(fileName);
     session.Save(targetName.c_str());
-    if (gViewEnabled)
-        session.ShowFrame();
+    if (!gViewEnabled)
+        return;
+    session.ShowFrame(banner);
+    HandleMessages();
+    WaitUntilShown();
 }

@@ -12,7 +12,6 @@ namespace {
 constexpr uint32_t kLoadFlags = 1;                        // one mip level: a texture is seen once
 constexpr float kFieldOfView = 0.7854f;                   // radians
 constexpr float kUnlimitedRange = 1.8446600037686313e19f; // its square still fits a float
-constexpr D3DCOLOR kBackground = 0xFF000000;
 
 } // namespace
 
@@ -77,6 +76,8 @@ void SceneSession::ChooseCamera()
     scene.SetCamera(cameraIndex);
 }
 
+/// QUIRK: the directions go into the file, but like those of all lights they are taken from the
+/// node at each evaluation, so that in the frame both lights shine straight down.
 void SceneSession::AddDefaultLights()
 {
     light.SetDirectional(2.0f, 2.0f, 2.0f, 0.0f, 0.6f, 0.6f, 0.6f, 0.0f, 0.3f, 0.3f, 0.3f, 0.0f,
@@ -103,14 +104,24 @@ double SceneSession::FrameTime(double now) const
     return std::max(time, 0.0);
 }
 
-void SceneSession::ShowFrame()
+/// One frame since the scene was ready. QUIRK: a rate is told only once a second has gone by; before
+/// that it is 0.
+double SceneSession::FramesPerSecond(double now) const
 {
-    scene.Update(FrameTime(GetTimeSeconds()), 1);
+    const double elapsed = now - t0;
+    return elapsed > 1.0 ? static_cast<float>(1.0 / elapsed) : 0.0;
+}
+
+void SceneSession::ShowFrame(const char (&banner)[kBannerSize])
+{
+    const double now = GetTimeSeconds();
+    scene.Update(FrameTime(now), 1);
     if (cameraIndex == -1)
         gGfx->SetCamera(camera, nullptr);
     gGfx->SetFillMode(D3DFILL_SOLID, nullptr);
     gGfx->BeginScene();
-    gGfx->Clear(kBackground);
+    gGfx->DrawScene(&scene, 0, 0);
+    DrawBanner(banner, FramesPerSecond(now));
     gGfx->EndScene();
     gGfx->ShowFrame();
 }

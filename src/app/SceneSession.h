@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/String.h"
+#include "app/Banner.h"
 #include "scene/KRE_3dScene.h"
 
 /// The scene that is being shown. Stale between files: only what runs while a file is being
@@ -16,8 +16,9 @@ public:
     void Load(const char* fileName);
     /// Writes the scene as QSB.
     void Save(const char* targetName);
-    /// Draws the scene at the time that has been reached, and presents the frame.
-    void ShowFrame();
+    /// Draws the scene at the time that has been reached, with `banner` over it, and presents the
+    /// frame.
+    void ShowFrame(const char (&banner)[kBannerSize]);
 
 private:
     void PrepareSettings();
@@ -25,6 +26,7 @@ private:
     void ChooseCamera();
     void AddDefaultLights();
     double FrameTime(double now) const;
+    double FramesPerSecond(double now) const;
 
     // In this order, so that the scene goes first.
     KRE_Light light;   ///< template of the default lights

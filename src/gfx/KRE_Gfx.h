@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <span>
+#include <vector>
 
 #include <d3d9.h>
 #include <d3dx9.h>
@@ -11,6 +12,7 @@
 #include "base/KRE_Base.h"
 #include "base/String.h"
 #include "gfx/KRE_FogRecord.h"
+#include "gfx/KRE_Frustum.h"
 #include "gfx/KRE_PointRecord.h"
 #include "gfx/KRE_PrintfContainer.h"
 #include "gfx/KRE_ResourceManager.h"
@@ -29,6 +31,8 @@ class KRE_Camera;
 class KRE_Font;
 class KRE_MaterialInfo;
 class KRE_Mesh;
+class KRE_VertexList;
+struct KRE_ClipObject;
 class KRE_ShaderEffect;
 class QSALoader;
 class File;
@@ -383,6 +387,7 @@ public:
     KRE_VertexListTemp<KRE_LVertex> lQuadList;
     KRE_VertexListTemp<KRE_VertexPosTex> posTexList; ///< covers the screen in clip space
     KRE_VertexListTemp<KRE_PointVertex> pointList;
+    KRE_VertexListTemp<KRE_PointVertex> lineList; ///< two ends
 
     // ---- Meshes: scene/KRE_GfxMeshes.cpp
 
@@ -404,6 +409,8 @@ public:
     /// that are there.
     void DrawTriangleList(KRE_VertexListBase& list, const D3DMATRIX* listTM = nullptr,
                           int32_t count = -1);
+    /// As above, with the list's own matrix: render/KRE_VertexList.cpp
+    void DrawTriangleList(KRE_VertexList& list, int32_t count = -1);
     /// Draws `faces` faces from `firstFace` on; 0 draws nothing. `info` is the format of the mesh.
     /// Faces that the mesh does not have are an `Error`.
     void DrawMesh(ID3DXMesh& mesh, const VertexInfo& info, DWORD firstFace, DWORD faces);
@@ -411,6 +418,35 @@ public:
     void SetVertexProcessingFor(int32_t processing);
 
     uint8_t drawDisabled = 0; ///< 1: all is set, but nothing is drawn
+
+    // ---- Scenes: render/KRE_GfxDrawScene.cpp, KRE_GfxDrawMesh.cpp, KRE_GfxDrawSubset.cpp,
+    //      KRE_GfxFrustum.cpp, KRE_GfxMarkers.cpp. Inside the scene bracket.
+
+    /// Draws a scene as it was evaluated last, through its active camera or, without one, through the
+    /// view that is set. Gives 1, or 0 for null and for a scene that the view does not show. Any
+    /// flag but 0 makes a plain pass, which neither clears nor lights nor sorts and has no markers.
+    int32_t DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials);
+    /// Draws a mesh with its materials and leaves states as they were. `parentTM` carries it along,
+    /// `overrideMaterial` is combined with each material; both may be null. `singleStage` binds
+    /// just the current picture of each texture, `noMaterials` nothing at all. Gives 1, or 0 for
+    /// null and for a mesh that the view does not show.
+    int32_t DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
+                     const KRE_MaterialInfo* overrideMaterial, int32_t singleStage,
+                     int32_t noMaterials);
+    /// Draws one attribute of a mesh that has a device mesh, with the states that are set. Computes
+    /// the coordinates of a reflection map, in the vertex buffer. Gives 1.
+    int32_t DrawSubset(KRE_Mesh& mesh, int32_t subset);
+    /// Whether the view may show something of these bounds, carried along by `matrix`. Bounds just
+    /// outside a corner of the view may count as shown.
+    bool IsVisible(const KRE_ClipObject& clip, const D3DXMATRIX& matrix);
+    /// In world space, unlit, with the depth test that is set.
+    void DrawLine(const D3DXVECTOR3& a, const D3DXVECTOR3& b, D3DCOLOR color);
+    void DrawPoint(const D3DXVECTOR3& p, D3DCOLOR color);
+
+    int32_t frameNumber = 0;    ///< of `ShowFrame`
+    int32_t subFrameNumber = 0; ///< of `DrawScene`, and of what is drawn between two of them
+    int32_t drawnMeshes = 0;    ///< since the engine was made
+    int32_t isDrawingScene = 0; ///< 1 inside `DrawScene`
 
     // ---- Sprites: KRE_GfxSprites.cpp. They draw `currentTexture`; without one it is an `Error`.
 
@@ -565,6 +601,48 @@ private:
         if (!drawDisabled)
             Check(call(), failureText);
     }
+    /// What `DrawMesh` changes from material to material.
+    struct MeshDrawStates {
+        int32_t blendMode;
+        int32_t blendValue;
+        int32_t cullMode;
+        int32_t zWrite;
+        DWORD addressU;
+        DWORD addressV;
+    };
+    struct MeshDraw {
+        KRE_Mesh& mesh;
+        const KRE_MaterialInfo* overrideMaterial;
+        bool singleStage;
+        bool noMaterials;
+        const MeshDrawStates& before;
+    };
+    struct SortedMesh {
+        int32_t index; ///< into the scene's meshes
+        float depth;   ///< of its origin in the view
+    };
+    void DrawBackground(KRE_3dScene& scene);
+    void SetSceneStates(KRE_3dScene& scene);
+    void ClearSceneStates(KRE_3dScene& scene);
+    void SetPointDrawing();
+    void DrawMeshes(KRE_3dScene& scene, int32_t singleStage, int32_t noMaterials);
+    void SortMeshes(KRE_3dScene& scene, int32_t first);
+    void PutBack(const MeshDrawStates& states);
+    int32_t CullModeUnder(const D3DXMATRIX& matrix);
+    void DrawRigidMesh(const MeshDraw& draw, const D3DXMATRIX& extraTM);
+    void DrawSkinnedMesh(const MeshDraw& draw, const D3DXMATRIX& extraTM);
+    void DrawMaterials(const MeshDraw& draw, int32_t meshCullMode);
+    void DrawMaterial(const MeshDraw& draw, int32_t index, int32_t meshCullMode);
+    void DrawMaterialAs(const KRE_MaterialInfo& info, const MeshDraw& draw, int32_t index,
+                        int32_t meshCullMode);
+    D3DXATTRIBUTERANGE FindAttributeRange(KRE_Mesh& mesh, int32_t subset);
+    void WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE& range, int32_t reflectionSet);
+    template <class FillList>
+    void DrawMarkerList(KRE_VertexListTemp<KRE_PointVertex>& list, const FillList& fill);
+    void DrawMarkers(KRE_3dScene& scene);
+    void DrawHierarchy(KRE_3dScene& scene);
+    void DrawObjectMarkers(KRE_3dScene& scene);
+    void DrawLightMarkers(KRE_3dScene& scene);
     void FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across, const D3DXVECTOR2& down,
                   const D3DCOLOR (&colors)[4], float z);
     void CheckCurrentTexture();
@@ -607,6 +685,9 @@ private:
 
     void RebuildSearchPaths();
 
+    KRE_Frustum frustum;
+    std::vector<SortedMesh> sortedMeshes; ///< of one frame; kept for its memory, as is the next
+    std::vector<D3DXATTRIBUTERANGE> attributeTable;
     KRE_StageProgram stageProgram; ///< of the material that is being bound
     bool collectsStages = false;   ///< stage states go into `stageProgram`
     const KRE_GfxRuntime runtime;

@@ -173,6 +173,7 @@ void KRE_Gfx::FreeDeviceObjects()
     lQuadList.Free();
     posTexList.Free();
     pointList.Free();
+    lineList.Free();
     backBuffer.Free();
     ReleaseTargetSurfaces();
     device.Free();

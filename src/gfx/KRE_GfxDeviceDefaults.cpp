@@ -104,6 +104,8 @@ void KRE_Gfx::BuildVertexLists()
     CreateVertexList(&pointList, 1, -1, 1);
     pointList.SetPrimitiveType(D3DPT_POINTLIST);
     pointList.points = KRE_PointRecord();
+    CreateVertexList(&lineList, 2, -1, 1);
+    lineList.SetPrimitiveType(D3DPT_LINELIST);
 
     CreateVertexList(&posTexList, std::size(kScreenCorners), -1, 1);
     posTexList.SetPrimitiveType(D3DPT_TRIANGLEFAN);

@@ -33,6 +33,7 @@ constexpr int32_t After(int32_t index)
 
 int32_t KRE_Gfx::ShowFrame()
 {
+    ++frameNumber;
     if (windowed) {
         const RECT before = clientRect;
         GetClientRect(window, &clientRect);

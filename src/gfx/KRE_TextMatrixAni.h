@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/HeapArray.h"
 #include "base/KRE_Base.h"
 #include "scene/KRE_FloatTrack.h"
 
@@ -22,4 +23,26 @@ public:
 
     KRE_FloatTrack tracks[kTrackCount];
     float constants[kTrackCount] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};
+};
+
+/// The animations of a texture's map slots. Most textures stand still, and scenes hold very many of
+/// them: memory is taken only when one is asked for that may be changed.
+class KRE_SlotAnimations {
+public:
+    static constexpr int32_t kSlots = 4;
+
+    KRE_SlotAnimations() = default;
+    KRE_SlotAnimations(const KRE_SlotAnimations& other) { *this = other; }
+    KRE_SlotAnimations& operator=(const KRE_SlotAnimations& other);
+
+    /// Whether any were asked for; else all slots stand still at the defaults.
+    explicit operator bool() const { return static_cast<bool>(all); }
+    /// Not checked: 0 <= slot < kSlots, and without the right to change it, that there are any.
+    const KRE_TextMatrixAni& operator[](int32_t slot) const { return all[slot]; }
+    KRE_TextMatrixAni& operator[](int32_t slot) { return *(begin() + slot); }
+    KRE_TextMatrixAni* begin();
+    KRE_TextMatrixAni* end() { return begin() + kSlots; }
+
+private:
+    HeapArray<KRE_TextMatrixAni> all; ///< owned; `kSlots` of them, or none
 };

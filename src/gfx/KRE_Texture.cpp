@@ -270,7 +270,7 @@ void KRE_Texture::CopySettings(const KRE_Texture& other)
 {
     std::copy_n(other.slots, kSlots, slots);
     std::copy_n(other.slotDefaultPool, kSlots, slotDefaultPool);
-    std::copy_n(other.matrixAni, kSlots, matrixAni);
+    matrixAni = other.matrixAni;
     std::copy_n(other.slotMatrices, kSlots, slotMatrices);
     std::copy_n(other.slotMatrixSet, kSlots, slotMatrixSet);
     std::copy_n(other.slotFileInfo, kSlots, slotFileInfo);

@@ -29,7 +29,7 @@ enum KRE_SequenceMode : int32_t { kSequenceLoop = 0, kSequencePingPong = 1, kSeq
 /// use back when it goes, and releases what it was the last user of.
 class KRE_Texture : public KRE_SurfaceBase {
 public:
-    static constexpr int32_t kSlots = 4;
+    static constexpr int32_t kSlots = KRE_SlotAnimations::kSlots;
 
     struct Slot {
         int32_t type = StageDiffuse; ///< a KRE_StageType; files may hold any value
@@ -144,7 +144,7 @@ public:
     IDirect3DTexture9* slotTextures[kSlots]{}; ///< the uses are in `slotIds`
     IDirect3DTexture9* current = nullptr;      ///< the selected one of the frames or slots
     D3DSURFACE_DESC slotDescs[kSlots]{};
-    KRE_TextMatrixAni matrixAni[kSlots];
+    KRE_SlotAnimations matrixAni;
     int32_t currentSlot = 0;
     ComPointer<IDirect3DVertexBuffer9> quad; ///< owned; four KRE_TLVertex
     IDirect3DDevice9* device = nullptr;      ///< not owned, lives in KRE_Gfx

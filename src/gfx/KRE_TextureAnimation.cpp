@@ -19,6 +19,10 @@ void KRE_Texture::Evaluate(float time)
     const int32_t first = hasSequence ? 0 : currentSlot;
     const int32_t last = hasSequence ? kSlots - 1 : currentSlot;
     for (int32_t slot = first; slot <= last; ++slot) {
+        if (!matrixAni) {
+            slotMatrixSet[slot] = 0;
+            continue;
+        }
         float values[KRE_TextMatrixAni::kTrackCount];
         for (int32_t i = 0; i < KRE_TextMatrixAni::kTrackCount; ++i)
             values[i] = matrixAni[slot].Evaluate(static_cast<KRE_TextMatrixAni::Track>(i), time);

@@ -1,60 +1,10 @@
 #include "qsa/QSA_MeshBuilder.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "qsa/QSA_FaceAngles.h"
 
 namespace {
-
-struct Vec3 {
-    float x, y, z;
-};
-
-inline Vec3 Load(const float (&v)[3])
-{
-    return {v[0], v[1], v[2]};
-}
-
-inline Vec3 operator-(const Vec3& a, const Vec3& b)
-{
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-inline Vec3 operator-(const Vec3& a)
-{
-    return {-a.x, -a.y, -a.z};
-}
-
-inline float Dot(const Vec3& a, const Vec3& b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-inline Vec3 Cross(const Vec3& a, const Vec3& b)
-{
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-inline float Length(const Vec3& a)
-{
-    return std::sqrt(Dot(a, a));
-}
-
-/// A length of 0 gives the zero vector.
-inline Vec3 Normalize(const Vec3& a)
-{
-    const float length = Length(a);
-    if (length == 0.0f)
-        return {0.0f, 0.0f, 0.0f};
-    return {a.x / length, a.y / length, a.z / length};
-}
-
-/// Radians between two unit vectors.
-inline float AngleBetween(const Vec3& a, const Vec3& b)
-{
-    // Rounding may carry the product of two unit vectors beyond 1, where there is no arc cosine.
-    const float cosine = std::clamp(Dot(a, b), -1.0f, 1.0f);
-    return static_cast<float>(std::acos(static_cast<double>(cosine)));
-}
 
 /// The remainder that is never negative.
 int32_t Modulo(int32_t value, int32_t divisor)
@@ -123,23 +73,19 @@ void QSA_MeshBuilder::BuildFace(size_t index, const char* meshName, int32_t subM
     QSA_SourceFace& face = faces[index];
     face.material = subMaterials > 0 ? Modulo(face.material, subMaterials) : 0;
 
-    const Vec3 corner[3] = {Load(vertices[face.vertex[0]].position),
-                            Load(vertices[face.vertex[1]].position),
-                            Load(vertices[face.vertex[2]].position)};
-    const Vec3 across = Cross(corner[1] - corner[0], corner[2] - corner[0]);
-    if (Length(across) == 0.0f) {
+    const QSA_FaceAngles angles =
+        MeasureFace(vertices[face.vertex[0]].position, vertices[face.vertex[1]].position,
+                    vertices[face.vertex[2]].position);
+    if (!angles.isFace) {
         report.Warning("Invalid face %i in mesh '%s'", static_cast<int32_t>(index), meshName);
         ++invalidFaceCount;
         face.attribute = -1;
         return;
     }
-    const Vec3 normal = Normalize(across);
-    const Vec3 edge[3] = {Normalize(corner[1] - corner[0]), Normalize(corner[2] - corner[1]),
-                          Normalize(corner[0] - corner[2])};
-
     for (size_t c = 0; c < 3; ++c) {
-        const float angle = AngleBetween(edge[c], -edge[(c + 2) % 3]);
-        const float cornerNormal[3] = {normal.x * angle, normal.y * angle, normal.z * angle};
+        const float cornerNormal[3] = {angles.normal[0] * angles.angle[c],
+                                       angles.normal[1] * angles.angle[c],
+                                       angles.normal[2] * angles.angle[c]};
         const QSA_TextureVertex* tVertex =
             hasTextureFaces ? &tVertices[tFaces[index].vertex[c]] : nullptr;
         const uint32_t vertex =

@@ -153,7 +153,6 @@ void KRE_Mesh::Load(File& file)
     file.ReadInt32(&ownGeometry);
     file.ReadInt32(&visible);
     file.ReadInt32(&hasTransparency);
-    hasTransparency = std::clamp(hasTransparency, -1, 1);
     LoadMaterials(file);
     const bool hasBumpMap = HasBumpMap();
     gQsbReadContext.ReadText(file, &cloneSource);

@@ -55,8 +55,9 @@ void KRE_Texture::Save(File& file) const
 {
     WriteRecord(file, StoredTexture{textureWord, sequenceStart, framePeriod, sequenceMode,
                                     textureValue, loadOptions});
+    const KRE_TextMatrixAni still;
     for (int32_t slot = 0; slot < kSlots; ++slot) {
-        matrixAni[slot].Save(file);
+        (matrixAni ? matrixAni[slot] : still).Save(file);
         WriteText(file, slotNames[slot]);
         WriteRecord(file, slots[slot]);
     }

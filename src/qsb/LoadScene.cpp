@@ -39,16 +39,6 @@ void SetToStartTime(KRE_3dScene& scene, const QSA_SceneHeader& header)
     scene.Update(frameSpeed != 0.0 ? header.firstFrame / frameSpeed : 0.0, 1);
 }
 
-/// Resolving clones takes over what is known of the source's materials, but clones have their own.
-void OrderClones(KRE_3dScene& scene)
-{
-    for (KRE_Mesh* mesh : scene.meshes) {
-        if (!mesh->cloneSource.IsEmpty())
-            mesh->hasTransparency = -1;
-    }
-    scene.PartitionMeshes();
-}
-
 } // namespace
 
 void QSALoaderDeleter::operator()(QSALoader* loader) const
@@ -100,7 +90,6 @@ void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint
     scene.Load(file);
     scene.settings.clearBackground = 0;
     ResolveClones(scene, file);
-    OrderClones(scene);
     SceneHeader() = header;
     SetToStartTime(scene, header);
     if (version < kQsbSceneBounds)

@@ -3,10 +3,28 @@
 #include "scene/HermiteWeights.h"
 #include "scene/KRE_KeyMath.h"
 
+namespace {
+
 template <class T>
-static const T& KeyAt(const KRE_KeyList<T>& keys, const KRE_KeyIndex<T>& index, float time)
+struct Segment {
+    const T* key;
+    const T* next; ///< null behind the last key
+};
+
+} // namespace
+
+/// The key for `time` and the one behind it. An index gives both at once, so that a long track does
+/// not wait for the first key's memory to learn where the second one is.
+template <class T>
+static Segment<T> SegmentAt(const KRE_KeyList<T>& keys, const KRE_KeyIndex<T>& index, float time)
 {
-    return index ? *FindKey(time, index.Entries(), index.Count()) : *keys.FindKey(time);
+    if (!index) {
+        const T* key = keys.FindKey(time);
+        return {key, key->next.get()};
+    }
+    const KRE_KeyIndexEntry<T>* entries = index.Entries();
+    const int32_t place = FindEntry(time, entries, index.Count());
+    return {entries[place].key, place + 1 < index.Count() ? entries[place + 1].key : nullptr};
 }
 
 template <class T>
@@ -20,12 +38,13 @@ template <class T>
 static D3DXVECTOR3 EvaluateVectorKeys(const KRE_KeyList<T>& keys, const KRE_KeyIndex<T>& index,
                                       float time, const KRE_KeyLoop& loop)
 {
-    const T& key = KeyAt(keys, index, time);
-    const T* next = key.next ? key.next.get() : loop.loop ? keys.Head() : nullptr;
+    const Segment<T> segment = SegmentAt(keys, index, time);
+    const T& key = *segment.key;
+    const T* next = segment.next ? segment.next : loop.loop ? keys.Head() : nullptr;
     if (time < key.time || !next)
         return key.value;
 
-    const float u = SegmentRatio(time, key.time, key.next ? next->time : loop.loopEnd);
+    const float u = SegmentRatio(time, key.time, segment.next ? next->time : loop.loopEnd);
     if (key.interpolation == kKeyBezier)
         return Hermite(key, *next, u);
     return key.value + (next->value - key.value) * u;
@@ -65,14 +84,15 @@ D3DXQUATERNION EvaluateKeys(const KRE_KeyList<KRE_RotKeyData>& keys,
                             const KRE_KeyIndex<KRE_RotKeyData>& index, float time,
                             const KRE_KeyLoop& loop)
 {
-    const KRE_RotKeyData& key = KeyAt(keys, index, time);
+    const Segment<KRE_RotKeyData> segment = SegmentAt(keys, index, time);
+    const KRE_RotKeyData& key = *segment.key;
     if (time < key.time)
         return RelativeRotation(key);
-    if (key.next) {
-        const float u = SegmentRatio(time, key.time, key.next->time);
+    if (const KRE_RotKeyData* next = segment.next) {
+        const float u = SegmentRatio(time, key.time, next->time);
         if (key.interpolation == kKeyTcb)
-            return EvaluateTcbSegment(key, *key.next, u);
-        return Slerp(key.rotation, key.next->rotation, u);
+            return EvaluateTcbSegment(key, *next, u);
+        return Slerp(key.rotation, next->rotation, u);
     }
     if (loop.loop) {
         const float u = SegmentRatio(time, key.time, loop.loopEnd);

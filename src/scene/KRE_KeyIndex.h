@@ -11,10 +11,10 @@ struct KRE_KeyIndexEntry {
     float time = 0;   ///< seconds, the key's
 };
 
-/// Bisects an index for the last key that is not after `time`, or the first one. `count` is above
-/// 0; the search begins at entry `low`.
+/// Bisects an index for the place of the last key that is not after `time`, or of the first one.
+/// `count` is above 0; the search begins at entry `low`.
 template <class T>
-T* FindKey(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t low = 0)
+int32_t FindEntry(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t low = 0)
 {
     int32_t high = count;
     while (high - 1 > low) {
@@ -24,7 +24,14 @@ T* FindKey(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t
         else
             high = mid;
     }
-    return index[low].key;
+    return low;
+}
+
+/// The key at that place.
+template <class T>
+T* FindKey(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t low = 0)
+{
+    return index[FindEntry(time, index, count, low)].key;
 }
 
 /// The keys of a list as a flat array, so that finding one is no walk. Holds pointers into the list

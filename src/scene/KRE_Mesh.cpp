@@ -42,7 +42,6 @@ int32_t KRE_Mesh::CopyGeometryTo(KRE_Mesh& dest, int32_t keepObject, int32_t kee
     HeapArray<KRE_MaterialInfo> keptMaterials;
     HeapArray<KRE_Texture> keptTextures;
     int32_t keptCount = 0;
-    const int32_t keptTransparency = dest.hasTransparency;
     if (keepMaterials) {
         keptMaterials = std::move(dest.materials);
         keptTextures = std::move(dest.textures);
@@ -68,7 +67,6 @@ int32_t KRE_Mesh::CopyGeometryTo(KRE_Mesh& dest, int32_t keepObject, int32_t kee
         dest.materials = std::move(keptMaterials);
         dest.textures = std::move(keptTextures);
         dest.materialCount = keptCount;
-        dest.hasTransparency = keptTransparency;
     } else {
         dest.AllocateMaterials(materialCount);
         for (int32_t i = 0; i < materialCount; ++i) {

@@ -25,9 +25,9 @@ public:
     void SetVertexBlendFlags();
     /// Makes `dest` a second user of this geometry and gives 1; gives 0, with `dest` reset, if
     /// there is none. `keepObject` leaves its node (name, pose, parent, keys) as it was,
-    /// `keepMaterials` its materials, what is known of their transparency, and textures; otherwise
-    /// it gets copies of this mesh's. Everything else comes from this mesh, links to bones
-    /// included.
+    /// `keepMaterials` its materials and textures; otherwise it gets copies of this mesh's.
+    /// Everything else comes from this mesh, links to bones included.
+    /// QUIRK: so does what is known of the transparency, whichever materials it has.
     int32_t CopyGeometryTo(KRE_Mesh& dest, int32_t keepObject, int32_t keepMaterials);
     /// Puts all fields back to their defaults and lets go of everything.
     void Reset();

@@ -220,17 +220,18 @@ TEST_F(KRE_GfxDevice, WindowedDeviceIsMadeAndSetUpInOrder)
         "SetTextureStageState 0 D3DTSS_COLOROP D3DTOP_MODULATE",
         "SetTextureStageState 0 D3DTSS_COLORARG1 D3DTA_TEXTURE",
         "SetTextureStageState 0 D3DTSS_COLORARG2 D3DTA_DIFFUSE",
-        // The lists: 1 * 16, 4 * 20, 32 * 32, 32 * 28 and 4 * 28 bytes; text's 1536 * 32.
+        // The lists: 1 * 16, 2 * 16, 4 * 20, 32 * 32, 32 * 28 and 4 * 28 bytes; text's 1536 * 32.
         "CreateVertexBuffer 16 0 D3DFVF_XYZ|D3DFVF_DIFFUSE D3DPOOL_SYSTEMMEM -> vertexbuffer#1",
-        "CreateVertexBuffer 80 0 D3DFVF_XYZ|D3DFVF_TEX1 D3DPOOL_SYSTEMMEM -> vertexbuffer#2",
+        "CreateVertexBuffer 32 0 D3DFVF_XYZ|D3DFVF_DIFFUSE D3DPOOL_SYSTEMMEM -> vertexbuffer#2",
+        "CreateVertexBuffer 80 0 D3DFVF_XYZ|D3DFVF_TEX1 D3DPOOL_SYSTEMMEM -> vertexbuffer#3",
         "CreateVertexBuffer 1024 0 D3DFVF_XYZRHW|D3DFVF_DIFFUSE|D3DFVF_SPECULAR|D3DFVF_TEX1 "
-        "D3DPOOL_SYSTEMMEM -> vertexbuffer#3",
-        "CreateVertexBuffer 896 0 D3DFVF_XYZ|D3DFVF_DIFFUSE|D3DFVF_SPECULAR|D3DFVF_TEX1 "
         "D3DPOOL_SYSTEMMEM -> vertexbuffer#4",
+        "CreateVertexBuffer 896 0 D3DFVF_XYZ|D3DFVF_DIFFUSE|D3DFVF_SPECULAR|D3DFVF_TEX1 "
+        "D3DPOOL_SYSTEMMEM -> vertexbuffer#5",
         "CreateVertexBuffer 112 0 D3DFVF_XYZ|D3DFVF_DIFFUSE|D3DFVF_SPECULAR|D3DFVF_TEX1 "
-        "D3DPOOL_MANAGED -> vertexbuffer#5",
+        "D3DPOOL_MANAGED -> vertexbuffer#6",
         "CreateVertexBuffer 49152 0 D3DFVF_XYZRHW|D3DFVF_DIFFUSE|D3DFVF_SPECULAR|D3DFVF_TEX1 "
-        "D3DPOOL_SYSTEMMEM -> vertexbuffer#6",
+        "D3DPOOL_SYSTEMMEM -> vertexbuffer#7",
         "SetRenderState D3DRS_NORMALIZENORMALS 1",
         "SetSoftwareVertexProcessing 0",
         "SetSamplerState 0 D3DSAMP_MAGFILTER D3DTEXF_LINEAR",

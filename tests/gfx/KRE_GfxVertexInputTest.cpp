@@ -24,7 +24,7 @@ TEST_F(VertexInput, FormatIsKept)
 TEST_F(VertexInput, QuirkStreamNumberIsKeptButStreamZeroIsSet)
 {
     gfx.SetStreamSource(3, gfx.tlList.buffer.Get(), 32);
-    EXPECT_THAT(Calls(), ElementsAre("SetStreamSource 0 vertexbuffer#3 0 32"));
+    EXPECT_THAT(Calls(), ElementsAre("SetStreamSource 0 vertexbuffer#4 0 32"));
     EXPECT_EQ(gfx.streamNumber, 3u);
     FailNext("SetStreamSource");
     EXPECT_EQ(RaisedBy([&] { gfx.SetStreamSource(0, nullptr, 0); }),

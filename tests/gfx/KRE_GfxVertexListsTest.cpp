@@ -31,14 +31,14 @@ TEST_F(VertexLists, ListIsMadeWithPoolAndUsage)
 {
     gfx.CreateVertexList(&list, 10, -1, 0);
     EXPECT_THAT(Calls(), ElementsAre("CreateVertexBuffer 160 0 D3DFVF_XYZ|D3DFVF_DIFFUSE "
-                                     "D3DPOOL_MANAGED -> vertexbuffer#7"));
+                                     "D3DPOOL_MANAGED -> vertexbuffer#8"));
     EXPECT_EQ(list.vertexCount, 10);
     EXPECT_EQ(list.primitiveCount, 3);
     EXPECT_EQ(list.info.processing, 1);
     gfx.CreateVertexList(&list, 2, D3DUSAGE_WRITEONLY, 1);
     EXPECT_THAT(Calls(), ElementsAre("CreateVertexBuffer 32 D3DUSAGE_WRITEONLY "
                                      "D3DFVF_XYZ|D3DFVF_DIFFUSE D3DPOOL_SYSTEMMEM "
-                                     "-> vertexbuffer#8"));
+                                     "-> vertexbuffer#9"));
     EXPECT_EQ(list.primitiveCount, 0);
 }
 

@@ -127,6 +127,24 @@ TEST(TextureEvaluate, SetsTheMatrixOfTheCurrentSlotOnly)
     EXPECT_EQ(texture.currentTime, 3.0f);
 }
 
+// The defaults of all tracks are no matrix, whether a slot has tracks or none.
+TEST(TextureEvaluate, SlotWithoutAnimationHasNoMatrix)
+{
+    KRE_Texture texture;
+    texture.slotMatrixSet[0] = 1;
+    texture.Evaluate(0.0f);
+    EXPECT_EQ(texture.slotMatrixSet[0], 0);
+    EXPECT_FALSE(texture.matrixAni);
+    texture.matrixAni[2].constants[Ani::kTileU] = 3.0f;
+    texture.slotMatrixSet[0] = 1;
+    texture.Evaluate(0.0f);
+    EXPECT_EQ(texture.slotMatrixSet[0], 0);
+    KRE_SlotAnimations copy = texture.matrixAni;
+    EXPECT_EQ(copy[2].constants[Ani::kTileU], 3.0f);
+    copy = KRE_SlotAnimations();
+    EXPECT_FALSE(copy);
+}
+
 TEST(TextureEvaluate, SetsAllFourMatricesOfASequence)
 {
     KRE_Texture texture;

@@ -232,11 +232,12 @@ TEST_F(QSALoaderTest, WindowOfAnySizeGivesTheSameScene)
     };
     Load(text);
     const std::string expected = contents();
-    // A window grows to 256 bytes at the first word, so that the smaller ones are all alike; those
-    // up to 700 put a boundary at every place of the text.
+    // A window grows to 256 bytes at the first word, so that the smaller ones are all alike. Each
+    // later window begins where the one before left off, so that sizes three apart put boundaries at
+    // all places of the text.
     const int32_t size = static_cast<int32_t>(text.size());
     for (int32_t window = 1; window < size + 40; window += window < 2     ? 250
-                                                           : window < 700 ? 1
+                                                           : window < 700 ? 3
                                                                           : 37) {
         Access::SetWindow(loader, window);
         directory.Write("scene.qsa", text);

@@ -102,52 +102,6 @@ MeshContents ReadMesh(KRE_Mesh& mesh)
     return contents;
 }
 
-/// A fault is told in one line, and names from files may hold any byte.
-template <class List>
-static void FlattenNames(List& list)
-{
-    for (auto* object : list) {
-        for (char* c = object->name.data.get(); c && *c; ++c)
-            *c = *c == '\n' ? ' ' : *c;
-    }
-}
-
-/// Whether a format has sizes of coordinate sets that it does not have itself, as those of materials
-/// with a bump map may: the host's library forgets such bits.
-static bool HasSizesOfUnusedSets(const KRE_Mesh& mesh)
-{
-    const int32_t firstUnused = 16 + 2 * mesh.textureCount;
-    return firstUnused < 32 && (mesh.fvf >> firstUnused) != 0;
-}
-
-std::string FaultsOf(KRE_3dScene& scene, bool isBadInput)
-{
-    bool hasUnusedSizes = false;
-    for (const KRE_Mesh* mesh : scene.meshes)
-        hasUnusedSizes = hasUnusedSizes || HasSizesOfUnusedSets(*mesh);
-    FlattenNames(scene.meshes);
-    FlattenNames(scene.objects);
-    FlattenNames(scene.cameras);
-    FlattenNames(scene.lights);
-    bool hasClones = false;
-    for (const KRE_Mesh* mesh : scene.meshes)
-        hasClones = hasClones || !mesh->cloneSource.IsEmpty();
-    std::string faults;
-    std::istringstream lines(CheckScene(scene));
-    for (std::string line; std::getline(lines, line);) {
-        const bool isCloneAttribute =
-            hasClones && line.find(" has the attribute ") != std::string::npos;
-        const bool isLength =
-            isBadInput && line.find(" a rotation key has the length ") != std::string::npos;
-        const bool isUnusedSize =
-            hasUnusedSizes &&
-            line.find("or the format are not the device mesh's") != std::string::npos;
-        if (!isCloneAttribute && !isLength && !isUnusedSize)
-            faults += line + '\n';
-    }
-    return faults;
-}
-
 void QSALoaderTest::Load(const std::string& text, uint32_t flags)
 {
     directory.Write("scene.qsa", text);

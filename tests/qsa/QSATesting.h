@@ -10,7 +10,7 @@
 #include "base/KRE_Base.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
-#include "tests/support/CheckScene.h"
+#include "tests/qsa/SceneFaultsOf.h"
 #include "tests/support/SceneEngine.h"
 
 /// What a text meets that is read by the operations of the loader, and the loader's own settings.
@@ -142,11 +142,6 @@ std::string RaisedBy(Work work)
     }
     return "no error";
 }
-
-/// What is wrong with a loaded scene; empty for a sound one. A clone whose own material has no parts
-/// has one material, however many attributes the shared geometry has: that is no fault.
-/// Of bad input, rotations are not held to be unit ones: an axis may have been (0, 0, 0).
-std::string FaultsOf(KRE_3dScene& scene, bool isBadInput = false);
 
 /// An engine, a loader and a scene. Every scene that loads is checked.
 class QSALoaderTest : public SceneEngineTest {

@@ -202,7 +202,6 @@ TEST_F(CheckSceneTest, FindsAWrongOrderOfMeshes)
         {"Boat: 5 opaque meshes of 4", [](auto& s) { s.opaqueMeshCount = 5; }},
         {"Glass: transparent among the opaque meshes", [](auto& s) { s.opaqueMeshCount = 4; }},
         {"Skin: opaque behind the opaque meshes", [](auto& s) { s.opaqueMeshCount = 2; }},
-        {"Skin: the transparency is 2", [](auto& s) { MeshOf(s, "Skin").hasTransparency = 2; }},
         {"Skin: a mesh of the kind 2", [](auto& s) { MeshOf(s, "Skin").objectKind = kObjectBone; }},
     });
 }

@@ -187,7 +187,8 @@ void CheckOrder(KRE_3dScene& scene, SceneFaults& faults)
     for (int32_t i = 0; i < scene.meshes.Count(); ++i) {
         KRE_Mesh* mesh = scene.meshes.Get(i);
         const bool isBehind = i >= scene.opaqueMeshCount;
-        if ((mesh->HasTransparency() != 0) != isBehind)
+        // A clone has the flag of its source after a load, and the place of its own.
+        if (mesh->cloneSource.IsEmpty() && (mesh->HasTransparency() != 0) != isBehind)
             faults.Add(mesh->name.c_str(), isBehind ? "opaque behind the opaque meshes"
                                                     : "transparent among the opaque meshes");
     }

@@ -68,8 +68,6 @@ private:
             CheckMaterial(mesh.name.c_str(), mesh.materials[i], faults);
             CheckTexture(mesh.name.c_str(), mesh.textures[i], faults);
         }
-        if (mesh.hasTransparency < -1 || mesh.hasTransparency > 1)
-            Fault("the transparency is %i", mesh.hasTransparency);
     }
 
     void CheckShare()

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -36,7 +35,12 @@ std::string ScratchDirectory::Read(const std::string& name) const
 {
     std::ifstream file(path / name, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << name;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string bytes;
+    if (file.is_open())
+        bytes.resize(static_cast<size_t>(fs::file_size(path / name)));
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    EXPECT_EQ(static_cast<size_t>(file.gcount()), bytes.size()) << name;
+    return bytes;
 }
 
 bool ScratchDirectory::Has(const std::string& name) const

@@ -100,11 +100,18 @@ D3DXQUATERNION* WINAPI D3DXQuaternionSlerp(D3DXQUATERNION* quaternionOut,
     }
     // Below some 2.6 degrees the quotient of sines loses its digits and the chord is as good.
     constexpr float kNear = 0.001f;
-    if (1 - cosine > kNear) {
+    // A quotient of a sine with itself is exactly 1, and that of 0 is 0: the weights are that already
+    // at t = 1, and one of them at t = -1. Sines are odd, so one serves for both at t = 1/2. Curves
+    // without tension ask for little else, and the functions are most of their cost.
+    if (t != 1 && 1 - cosine > kNear) {
+        const float fromPart = fromWeight;
         const float angle = RoundedAcos(cosine);
         const float sine = RoundedSin(angle);
-        fromWeight = RoundedSin(angle * fromWeight) / sine;
-        toWeight = RoundedSin(angle * toWeight) / sine;
+        fromWeight = RoundedSin(angle * fromPart) / sine;
+        if (std::fabs(toWeight) == fromPart)
+            toWeight = std::copysign(fromWeight, toWeight);
+        else if (std::fabs(toWeight) != 1)
+            toWeight = RoundedSin(angle * toWeight) / sine;
     }
     *quaternionOut = D3DXQUATERNION(
         fromWeight * from->x + toWeight * to->x, fromWeight * from->y + toWeight * to->y,

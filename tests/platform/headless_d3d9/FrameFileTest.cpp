@@ -5,8 +5,13 @@
 
 #include <cstdlib>
 #include <d3dx9.h>
+#include <filesystem>
+#include <unistd.h>
 
 namespace {
+
+/// The current directory before any test left it.
+const std::filesystem::path kStartOfTests = std::filesystem::current_path();
 
 class FrameFileTest : public DeviceTest {
 protected:
@@ -103,9 +108,29 @@ TEST_F(FrameFileTest, WithoutTheVariableNothingIsWritten)
     EXPECT_FALSE(scratch.Has("Device test.png"));
 }
 
+TEST_F(FrameFileTest, ADirectoryThatIsMissingIsMade)
+{
+    setenv("QSA2QSB_FRAMES", (scratch.Path() / "some" / "frames").c_str(), 1);
+    EXPECT_EQ(Present(), D3D_OK);
+    EXPECT_TRUE(scratch.Has("some/frames/Device test.png"));
+}
+
+TEST_F(FrameFileTest, ARelativeDirectoryIsBesideTheStartOfTheProgram)
+{
+    // The test has gone to its scratch folder since.
+    const std::string name = "frames-of-" + std::to_string(getpid());
+    setenv("QSA2QSB_FRAMES", name.c_str(), 1);
+    EXPECT_EQ(Present(), D3D_OK);
+    EXPECT_FALSE(scratch.Has(name));
+    const std::filesystem::path made = kStartOfTests / name;
+    EXPECT_TRUE(std::filesystem::exists(made / "Device test.png"));
+    std::filesystem::remove_all(made);
+}
+
 TEST_F(FrameFileTest, AFrameThatCannotBeWrittenDoesNotStopTheProgram)
 {
-    setenv("QSA2QSB_FRAMES", (scratch.Path() / "missing").c_str(), 1);
+    scratch.Write("file", "in the way");
+    setenv("QSA2QSB_FRAMES", (scratch.Path() / "file").c_str(), 1);
     testing::internal::CaptureStderr();
     EXPECT_EQ(Present(), D3D_OK);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("Frame not written to '"),

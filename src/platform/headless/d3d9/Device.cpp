@@ -65,15 +65,17 @@ ULONG HeadlessDevice::Release()
     return left;
 }
 
-void HeadlessDevice::ChildReferenced(ObjectKind kind)
+void HeadlessDevice::ChildReferenced(ObjectKind kind, D3DPOOL pool)
 {
     heldChildren.Add(kind);
+    heldInDefaultPool += pool == D3DPOOL_DEFAULT ? 1 : 0;
     gObjectCensus.Add(kind);
 }
 
-void HeadlessDevice::ChildUnreferenced(ObjectKind kind)
+void HeadlessDevice::ChildUnreferenced(ObjectKind kind, D3DPOOL pool)
 {
     heldChildren.Remove(kind);
+    heldInDefaultPool -= pool == D3DPOOL_DEFAULT ? 1 : 0;
     gObjectCensus.Remove(kind);
     if (references > 0 || heldChildren.Total() > 0)
         return;

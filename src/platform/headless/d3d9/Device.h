@@ -4,13 +4,13 @@
 #include "platform/headless/d3d9/Direct3D.h"
 #include "platform/headless/d3d9/Rasterizer.h"
 
+#include <cstdint>
 #include <memory>
-#include <unordered_set>
 
 /// What `TestCooperativeLevel` tells.
 enum class Cooperation { Ok, Lost, NotReset };
 
-/// The device: state, implicit surfaces and the register of its children. Its operations are split by
+/// The device: state, implicit surfaces and the count of its children. Its operations are split by
 /// topic over the files Device*.cpp; those that the host does not model are in DeviceUnmodelled.cpp.
 class HeadlessDevice final : public IDirect3DDevice9 {
 public:
@@ -225,11 +225,10 @@ public:
     HRESULT STDMETHODCALLTYPE DeletePatch(UINT handle) override;
     HRESULT STDMETHODCALLTYPE CreateQuery(D3DQUERYTYPE type, IDirect3DQuery9** queryOut) override;
 
-    void AddChild(ResourceLife& child) { children.insert(&child); }
-    void RemoveChild(ResourceLife& child) { children.erase(&child); }
-    void ChildReferenced(ObjectKind kind);
-    /// May destroy this.
-    void ChildUnreferenced(ObjectKind kind);
+    /// The caller took its first reference of a child.
+    void ChildReferenced(ObjectKind kind, D3DPOOL pool);
+    /// The caller gave its last one back. May destroy this.
+    void ChildUnreferenced(ObjectKind kind, D3DPOOL pool);
 
     void SetCooperation(Cooperation next) { cooperation = next; }
     const DeviceState& State() const { return state; }
@@ -239,7 +238,6 @@ private:
     ~HeadlessDevice();
 
     HRESULT MakeImplicitSurfaces(const D3DPRESENT_PARAMETERS& parameters);
-    bool AnythingBlocksReset() const;
     HRESULT CreateSurface(const D3DSURFACE_DESC& desc, bool lockable,
                           IDirect3DSurface9** surfaceOut);
     void BindRenderTarget(HeadlessSurface& surface);
@@ -252,9 +250,9 @@ private:
     const D3DDEVICE_CREATION_PARAMETERS creationParameters;
     D3DPRESENT_PARAMETERS presentParameters = {};
     Cooperation cooperation = Cooperation::Ok;
-    ULONG references = 1;      ///< the caller's
-    ObjectCensus heldChildren; ///< children that the caller holds; each keeps the device alive
-    std::unordered_set<ResourceLife*> children; ///< not owned; goes last, as all below are children
+    ULONG references = 1;          ///< the caller's
+    ObjectCensus heldChildren;     ///< children that the caller holds; each keeps the device alive
+    int64_t heldInDefaultPool = 0; ///< those of them that a reset waits for
 
     Binding<HeadlessSurface> backBuffer;
     Binding<HeadlessSurface> autoDepth; ///< empty without an automatic depth buffer

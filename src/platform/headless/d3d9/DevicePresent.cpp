@@ -67,12 +67,6 @@ void HeadlessDevice::BindRenderTarget(HeadlessSurface& surface)
     state.scissor = surface.Pixels().Bounds();
 }
 
-bool HeadlessDevice::AnythingBlocksReset() const
-{
-    return std::any_of(children.begin(), children.end(),
-                       [](const ResourceLife* child) { return child->BlocksReset(); });
-}
-
 /// After a failure the device stays unusable until a reset succeeds.
 HRESULT HeadlessDevice::Reset(D3DPRESENT_PARAMETERS* parameters)
 {
@@ -87,7 +81,7 @@ HRESULT HeadlessDevice::Reset(D3DPRESENT_PARAMETERS* parameters)
     const HRESULT result = CompletePresentParameters(complete, creationParameters.hFocusWindow);
     if (FAILED(result))
         return result;
-    if (AnythingBlocksReset())
+    if (heldInDefaultPool > 0) // the caller's own must be gone before a reset
         return D3DERR_INVALIDCALL;
     if (const HRESULT made = MakeImplicitSurfaces(complete); FAILED(made))
         return made;

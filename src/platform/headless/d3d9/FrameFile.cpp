@@ -4,9 +4,22 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <new>
+#include <system_error>
+
+namespace fs = std::filesystem;
 
 namespace {
+
+fs::path StartDirectory()
+{
+    std::error_code error;
+    return fs::current_path(error);
+}
+
+/// The program goes from folder to folder; the directory of frames is where its user began.
+const fs::path kStartDirectory = StartDirectory();
 
 std::string WindowTitle(HWND window)
 {
@@ -42,10 +55,13 @@ std::string FrameFileName(const std::string& windowTitle)
 
 void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp)
 {
-    const char* directory = std::getenv("QSA2QSB_FRAMES");
-    if (!directory || !*directory)
+    const char* wanted = std::getenv("QSA2QSB_FRAMES");
+    if (!wanted || !*wanted)
         return;
-    const std::string path = std::string(directory) + "/" + FrameFileName(WindowTitle(window));
+    const fs::path directory = kStartDirectory / wanted;
+    std::error_code ignored; // the file says what is wrong
+    fs::create_directories(directory, ignored);
+    const std::string path = (directory / FrameFileName(WindowTitle(window))).string();
     const std::size_t count = std::size_t{picture.width} * picture.height;
     const std::unique_ptr<std::uint32_t[]> argb(new (std::nothrow) std::uint32_t[count]);
     const bool isRead = argb && UnpackImage(*picture.format, picture.width, picture.height,

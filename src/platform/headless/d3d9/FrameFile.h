@@ -9,7 +9,8 @@
 std::string FrameFileName(const std::string& windowTitle);
 
 /// Writes the picture, opaque, into the directory that the environment variable `QSA2QSB_FRAMES`
-/// names, under the title of `window`. Without the variable nothing happens. A failure goes to
+/// names, under the title of `window`. A directory that is missing is made; a relative one is taken
+/// from where the program was started. Without the variable nothing happens. A failure goes to
 /// standard error: a frame that cannot be kept does not stop the program. With a `ramp` each colour is
 /// looked up there, as a display would.
 void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp);

@@ -9,19 +9,14 @@ ResourceLife::ResourceLife(HeadlessDevice& owningDevice, ObjectKind objectKind, 
     : device(owningDevice),
       kind(objectKind),
       pool(objectPool)
-{
-    device.AddChild(*this);
-}
+{}
 
-ResourceLife::~ResourceLife()
-{
-    device.RemoveChild(*this);
-}
+ResourceLife::~ResourceLife() = default;
 
 ULONG ResourceLife::AddReference()
 {
     if (references++ == 0)
-        device.ChildReferenced(kind);
+        device.ChildReferenced(kind, pool);
     return references;
 }
 
@@ -34,9 +29,10 @@ ULONG ResourceLife::RemoveReference()
         return left;
     HeadlessDevice& owner = device;
     const ObjectKind objectKind = kind;
+    const D3DPOOL objectPool = pool;
     if (bindings == 0)
         delete this;
-    owner.ChildUnreferenced(objectKind);
+    owner.ChildUnreferenced(objectKind, objectPool);
     return 0;
 }
 

@@ -27,8 +27,6 @@ public:
     void RemoveBinding();
 
     HeadlessDevice& Device() const { return device; }
-    /// What the caller holds in the default pool must be gone before a reset.
-    bool BlocksReset() const { return references > 0 && pool == D3DPOOL_DEFAULT; }
 
 private:
     HeadlessDevice& device;

@@ -1,0 +1,105 @@
+// The scenes of examples/, each converted as a user would: what their README promises of warnings.
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/RunProgram.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Scenes whose warnings are wanted.
+constexpr const char* kOddScenes[] = {"oddities.qsa", "effect.qsa"};
+
+bool IsOddScene(const fs::path& file)
+{
+    for (const char* name : kOddScenes) {
+        if (file.filename() == name)
+            return true;
+    }
+    return false;
+}
+
+/// Copies the examples with their pictures below the directory `target`, and gives the scenes, sorted
+/// by name.
+std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes)
+{
+    const fs::path source = fs::path(QSA_SOURCE_DIR) / "examples";
+    std::vector<std::string> scenes;
+    for (const auto& entry : fs::recursive_directory_iterator(source)) {
+        if (!entry.is_regular_file() || (IsOddScene(entry.path()) && !withOddScenes))
+            continue;
+        const fs::path name = entry.path().lexically_relative(source);
+        fs::create_directories((target / name).parent_path());
+        fs::copy_file(entry.path(), target / name);
+        if (name.extension() == ".qsa")
+            scenes.push_back(name.generic_string());
+    }
+    std::sort(scenes.begin(), scenes.end());
+    return scenes;
+}
+
+/// The entries of a log, without its notes of time and memory. An entry ends with its note.
+std::vector<std::string> LogEntries(const std::string& log)
+{
+    std::vector<std::string> entries;
+    for (size_t at = 0; at < log.size();) {
+        const size_t note = log.find("(Time:", at);
+        entries.push_back(log.substr(at, note - at));
+        at = note == std::string::npos ? log.size() : log.find(')', note) + 1;
+        while (at < log.size() && (log[at] == '\n' || log[at] == '\r'))
+            ++at;
+    }
+    return entries;
+}
+
+} // namespace
+
+TEST(Examples, AllButTheOddOnesLoadWithoutAnyWarning)
+{
+    const ScratchDirectory scratch;
+    const std::vector<std::string> scenes = CopyExamples(scratch.Path(), false);
+    ASSERT_GE(scenes.size(), 8u);
+    const ProgramRun run = RunProgram({"*.qsa", "/s"});
+    EXPECT_EQ(run.err, "");
+    std::string converted;
+    for (const std::string& scene : scenes)
+        converted += "'" + scene + "' converted\n";
+    EXPECT_EQ(run.out, converted);
+    // The log begins with the first thing that is reported.
+    EXPECT_FALSE(scratch.Has("logfile.txt")) << scratch.Read("logfile.txt");
+    for (const std::string& scene : scenes)
+        EXPECT_TRUE(scratch.Has(scene.substr(0, scene.size() - 1) + "b")) << scene;
+}
+
+// The scene was made so that each of its objects goes wrong in one way; its warnings come in the order
+// of the work: materials are read ahead of lights and meshes, maps are looked for when the mesh that
+// uses them is built, parents are linked and bounds are measured after the last byte.
+TEST(Examples, OdditiesRaiseExactlyTheListedWarnings)
+{
+    const ScratchDirectory scratch;
+    CopyExamples(scratch.Path(), true);
+    const ProgramRun run = RunProgram({"oddities.qsa"});
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out, "'oddities.qsa' converted\n");
+    ASSERT_TRUE(scratch.Has("logfile.txt"));
+    const std::string loader = "Warning:QSALoader: oddities.qsa: ";
+    EXPECT_THAT(
+        LogEntries(scratch.Read("logfile.txt")),
+        testing::ElementsAre(
+            loader + "Unknown end condition for map time parameter",
+            loader + "Light aspect other than 1", loader + "Unknown light type changed to omni",
+            loader + "16 vertices duplicated in mesh 'SplitVertices'",
+            loader + "Invalid face 12 in mesh 'FaceWithoutArea'",
+            loader + "Can not open diffuse map 'not_there.png'",
+            loader + "Skipped wrong order rotation key in file: oddities.qsa",
+            loader + "Only one bone in object OneBoneOnly",
+            testing::AllOf(testing::HasSubstr("Parent object 'Nobody' not found in scene '"),
+                           testing::EndsWith("'. Child: 'NoSuchParent'")),
+            loader + "Skinned meshes without 'Bounds' object"));
+}
