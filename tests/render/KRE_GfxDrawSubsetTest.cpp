@@ -191,7 +191,7 @@ TEST_F(SubsetDraw, WorldMatrixPlacesVertexAndNormal)
 {
     KRE_Mesh& mesh = AddMirror(0);
     // A quarter of a turn about z takes x to y; three times as large and five away.
-    gGfx->SetWorldMatrix({0, 3, 0, 0, -3, 0, 0, 0, 0, 0, 3, 0, 0, 0, 5, 1});
+    gGfx->SetWorldMatrix(D3DXMATRIX(0, 3, 0, 0, -3, 0, 0, 0, 0, 0, 3, 0, 0, 0, 5, 1));
     const D3DXVECTOR2 actual = Reflect(mesh, {0, 0, 0}, {1, 0, -1});
     EXPECT_NEAR(actual.x, 0.5f, 1e-6f);
     EXPECT_NEAR(actual.y, Coordinate(1, 0), 1e-6f);
