@@ -101,6 +101,11 @@ static_assert(sizeof(D3DXMACRO) == 16);
 static_assert(offsetof(D3DXMACRO, Name) == 0);
 static_assert(offsetof(D3DXMACRO, Definition) == 8);
 
+static_assert(sizeof(D3DXINCLUDE_TYPE) == 4);
+static_assert(D3DXINC_LOCAL == 0);
+static_assert(D3DXINC_SYSTEM == 1);
+static_assert(D3DXINC_FORCE_DWORD == 0x7FFFFFFF);
+
 static_assert(sizeof(D3DXPARAMETER_CLASS) == 4);
 static_assert(D3DXPC_SCALAR == 0);
 static_assert(D3DXPC_VECTOR == 1);

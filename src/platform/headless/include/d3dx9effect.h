@@ -3,6 +3,7 @@
 // Effects: the interfaces in the published order of their operations.
 
 #include "d3d9.h"
+#include "d3dx9core.h"
 #include "d3dx9math.h"
 #include "d3dx9shader.h"
 
@@ -221,4 +222,29 @@ extern "C" {
 /// Gives a pool by which effects share parameters; the caller releases it.
 HRESULT WINAPI D3DXCreateEffectPool(ID3DXEffectPool** poolOut);
 
+/// Makes an effect of a text in memory. `defines` ends in a record of nulls, null for none. Without
+/// `include` the text cannot include files. On failure `errorsOut` takes the compiler's text, null
+/// where there is none; the caller releases it.
+HRESULT WINAPI D3DXCreateEffect(IDirect3DDevice9* device, const void* data, UINT sizeBytes,
+                                const D3DXMACRO* defines, ID3DXInclude* include, DWORD flags,
+                                ID3DXEffectPool* pool, ID3DXEffect** effectOut,
+                                ID3DXBuffer** errorsOut);
+
+/// The same of a file. Without `include` the files that it includes are looked for beside the one
+/// that names them. `D3DXERR_INVALIDDATA` for a file that is missing or holds no effect.
+HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
+                                         const D3DXMACRO* defines, ID3DXInclude* include,
+                                         DWORD flags, ID3DXEffectPool* pool,
+                                         ID3DXEffect** effectOut, ID3DXBuffer** errorsOut);
+
 } // extern "C"
+
+// The system's header maps this name by macro.
+inline HRESULT D3DXCreateEffectFromFile(IDirect3DDevice9* device, LPCSTR path,
+                                        const D3DXMACRO* defines, ID3DXInclude* include,
+                                        DWORD flags, ID3DXEffectPool* pool, ID3DXEffect** effectOut,
+                                        ID3DXBuffer** errorsOut)
+{
+    return D3DXCreateEffectFromFileA(device, path, defines, include, flags, pool, effectOut,
+                                     errorsOut);
+}

@@ -45,3 +45,15 @@ enum D3DXPARAMETER_TYPE {
     D3DXPT_UNSUPPORTED,
     D3DXPT_FORCE_DWORD = 0x7FFFFFFF
 };
+
+enum D3DXINCLUDE_TYPE { D3DXINC_LOCAL, D3DXINC_SYSTEM, D3DXINC_FORCE_DWORD = 0x7fffffff };
+
+/// Answers the `#include` lines of an effect. The data stays the handler's until `Close`.
+struct ID3DXInclude {
+    virtual HRESULT STDMETHODCALLTYPE Open(D3DXINCLUDE_TYPE includeType, const char* fileName,
+                                           const void* parentData, const void** dataOut,
+                                           UINT* bytesOut) = 0;
+    virtual HRESULT STDMETHODCALLTYPE Close(const void* data) = 0;
+};
+
+using LPD3DXINCLUDE = ID3DXInclude*;

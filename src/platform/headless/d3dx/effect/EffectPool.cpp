@@ -1,0 +1,81 @@
+#include "platform/headless/d3dx/effect/EffectPool.h"
+
+#include <new>
+
+#include "platform/headless/d3dx/InterfaceId.h"
+
+namespace {
+
+constexpr IID kEffectPoolId = {
+    0x9537AB04, 0x3250, 0x412E, {0x82, 0x13, 0xFC, 0xD2, 0xF8, 0x67, 0x79, 0x33}};
+
+/// Everything that two declarations must have in common. Structs lie in one another to a limited
+/// depth, so this ends.
+std::string DescribeType(const FxParameter& parameter)
+{
+    std::string text = std::to_string(parameter.kind) + ' ' + std::to_string(parameter.type) + ' ' +
+                       std::to_string(parameter.rows) + ' ' + std::to_string(parameter.columns) +
+                       ' ' + std::to_string(parameter.elements) + ' ' + parameter.semantic;
+    if (parameter.IsArray())
+        return parameter.kind == D3DXPC_STRUCT ? text + DescribeType(*parameter.parts[0]) : text;
+    for (const auto& part : parameter.parts)
+        text += '{' + part->name + ' ' + DescribeType(*part) + '}';
+    return text;
+}
+
+void Adopt(FxParameter& parameter, const std::shared_ptr<FxStorage>& storage)
+{
+    parameter.storage = storage;
+    for (const auto& part : parameter.parts)
+        Adopt(*part, storage);
+}
+
+} // namespace
+
+HRESULT EffectPool::QueryInterface(REFIID iid, void** objectOut)
+{
+    if (!objectOut)
+        return E_POINTER;
+    *objectOut = nullptr;
+    if (!IsSameId(iid, IID_IUnknown) && !IsSameId(iid, kEffectPoolId))
+        return E_NOINTERFACE;
+    AddRef();
+    *objectOut = this;
+    return S_OK;
+}
+
+ULONG EffectPool::AddRef()
+{
+    return ++references;
+}
+
+ULONG EffectPool::Release()
+{
+    const ULONG left = --references;
+    if (left == 0)
+        delete this;
+    return left;
+}
+
+bool EffectPool::Share(FxParameter& parameter)
+{
+    Entry& entry = entries[parameter.name];
+    const std::string type = DescribeType(parameter);
+    const std::shared_ptr<FxStorage> known = entry.storage.lock();
+    if (!known) {
+        entry = {parameter.storage, type};
+        return true;
+    }
+    if (entry.type != type)
+        return false;
+    Adopt(parameter, known);
+    return true;
+}
+
+HRESULT WINAPI D3DXCreateEffectPool(ID3DXEffectPool** poolOut)
+{
+    if (!poolOut)
+        return D3DERR_INVALIDCALL;
+    *poolOut = new (std::nothrow) EffectPool;
+    return *poolOut ? S_OK : E_OUTOFMEMORY;
+}

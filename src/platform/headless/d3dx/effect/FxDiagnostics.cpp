@@ -1,0 +1,30 @@
+#include "platform/headless/d3dx/effect/FxDiagnostics.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// A name or a message with words of a file is cut here.
+constexpr std::size_t kMaxQuotedBytes = 512;
+
+} // namespace
+
+std::uint32_t FxDiagnostics::AddFile(std::string name)
+{
+    files.push_back(std::move(name));
+    return static_cast<std::uint32_t>(files.size() - 1);
+}
+
+bool FxDiagnostics::Fail(FxPlace place, FxError error, const std::string& what)
+{
+    if (Failed())
+        return false;
+    text = place.file < files.size() ? files[place.file].substr(0, kMaxQuotedBytes) : "effect";
+    text += '(' + std::to_string(place.line) + ',' + std::to_string(place.column) + "): error X" +
+            std::to_string(static_cast<int>(error)) + ": " + what.substr(0, kMaxQuotedBytes);
+    // The text reaches its reader with a terminator: no byte of a file may end it early.
+    std::replace(text.begin(), text.end(), '\0', '?');
+    text += '\n';
+    return false;
+}

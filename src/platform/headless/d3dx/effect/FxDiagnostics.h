@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// A place in one of the files of an effect. Lines and columns count from 1, columns in bytes.
+struct FxPlace {
+    std::uint32_t file = 0; ///< index given by `FxDiagnostics::AddFile`
+    std::uint32_t line = 1;
+    std::uint32_t column = 1;
+};
+
+/// The numbers that errors carry, by kind: 1xxx reading and macros, 3xxx language, 4xxx limits.
+enum class FxError {
+    UnreadableInclude = 1001,
+    BadDirective = 1002,
+    UnbalancedCondition = 1003,
+    BadCondition = 1004,
+    BadMacro = 1005,
+    BadMacroCall = 1006,
+    ErrorDirective = 1007,
+    BadText = 1008,
+    CompiledEffect = 1009,
+    Syntax = 3000,
+    UnknownName = 3001,
+    Redefinition = 3002,
+    UnknownType = 3003,
+    TypeMismatch = 3004,
+    BadInitializer = 3005,
+    BadIndex = 3006,
+    BadComponent = 3007,
+    UnknownState = 3008,
+    BadNumber = 3009,
+    SharedMismatch = 3010,
+    Unsupported = 3011,
+    Limit = 4000,
+};
+
+/// The first error of an effect; everything stops there.
+class FxDiagnostics {
+public:
+    /// The index under which places name the file.
+    std::uint32_t AddFile(std::string name);
+    const std::string& FileName(std::uint32_t file) const { return files[file]; }
+
+    /// Keeps "file(line,column): error X1234: text" unless there is an error already. Always false,
+    /// so that a reader can leave by it.
+    bool Fail(FxPlace place, FxError error, const std::string& what);
+
+    bool Failed() const { return !text.empty(); }
+    const std::string& Text() const { return text; }
+
+private:
+    std::vector<std::string> files;
+    std::string text;
+};

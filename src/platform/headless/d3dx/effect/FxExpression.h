@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxIntrinsics.h"
+#include "platform/headless/d3dx/effect/FxNumber.h"
+
+struct FxParameter;
+
+enum class FxOperation : std::uint8_t {
+    Literal,
+    Parameter,
+    Element, ///< of an array parameter; the index is on the stack
+    Negate,
+    Not,
+    Complement,
+    Or,
+    And,
+    BitOr,
+    BitXor,
+    BitAnd,
+    Equal,
+    NotEqual,
+    Less,
+    LessEqual,
+    Greater,
+    GreaterEqual,
+    ShiftLeft,
+    ShiftRight,
+    Add,
+    Subtract,
+    Multiply,
+    Divide,
+    Modulo,
+    Choose,     ///< condition, value if true, value if false
+    Convert,    ///< to the step's shape; a scalar fills it, a larger value is cut
+    Construct,  ///< the cells of `count` values in a row
+    Components, ///< the cells that `components` names
+    Row,        ///< of a vector or matrix; the index is on the stack
+    Call,
+};
+
+/// One step of an expression in postfix order.
+struct FxStep {
+    FxOperation operation = FxOperation::Literal;
+    FxShape shape;           ///< of the result
+    std::uint32_t count = 0; ///< literal number, count of values
+    std::array<std::uint8_t, 4> components = {};
+    const FxParameter* parameter = nullptr; ///< not owned, lives in the effect
+    const FxIntrinsic* intrinsic = nullptr; ///< not owned, lives in its table
+};
+
+/// What an assignment computes, checked when the effect was made: to evaluate it cannot fail.
+class FxExpression {
+public:
+    FxShape Shape() const { return steps.empty() ? FxShape() : steps.back().shape; }
+    bool IsEmpty() const { return steps.empty(); }
+
+    void Add(const FxStep& step) { steps.push_back(step); }
+    void AddLiteral(const FxNumber& number);
+    /// Whether no parameter is read, so that the value never changes.
+    bool IsConstant() const;
+    void Clear();
+    /// Computes `other` behind what is there.
+    void Append(const FxExpression& other);
+
+    /// `scratch` is working memory, kept by the caller between calls.
+    FxNumber Evaluate(std::vector<FxNumber>& scratch) const;
+
+    /// Whether `parameter` lies in `root`, of which a step reads a part.
+    bool Reads(const FxParameter& parameter) const;
+    /// The newest change of a parameter that is read; 0 if none is.
+    std::uint64_t Newest() const;
+
+private:
+    std::vector<FxStep> steps;
+    std::vector<FxNumber> literals;
+};

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/headless/d3dx/effect/FxParameter.h"
+#include "platform/headless/d3dx/effect/FxTypes.h"
+#include "platform/headless/d3dx/effect/FxWords.h"
+
+/// Reads expressions and checks their types, so that to evaluate them cannot fail.
+class FxExpressionReader {
+public:
+    FxExpressionReader(FxWords& text, const FxNames& known) : words(text), names(known) {}
+
+    /// The words of a state's values, which go before parameters of the same name; null for none.
+    void SetStateWords(const FxStateWords* table) { stateWords = table; }
+    /// In angle brackets parameters go before words, and `>` ends the expression.
+    void SetInAngles(bool value) { inAngles = value; }
+
+    bool Read(FxExpression& expressionOut);
+    /// One number with the values that parameters have now, such as the size of an array.
+    bool ReadConstant(std::int32_t& valueOut);
+    /// A parameter or a part of it: `a`, `a.b`, `a[2]`. What stands in brackets and is not known now ends
+    /// up in `indexOut`, for the array that is given out. Objects and numbers alike.
+    bool ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut);
+
+private:
+    struct Level;
+
+    bool Choice(FxExpression& out);
+    bool Binary(int lowestRank, FxExpression& out);
+    bool Unary(FxExpression& out);
+    bool Postfix(FxExpression& out);
+    bool Primary(FxExpression& out);
+    bool Name(FxExpression& out);
+    bool StateWord(const FxToken& word, FxExpression& out);
+    bool Literal(FxExpression& out);
+    bool Cast(FxExpression& out);
+    bool Construct(const FxType& type, FxExpression& out);
+    bool Call(const FxIntrinsic& intrinsic, FxExpression& out);
+    bool Arguments(FxExpression& out, std::vector<FxShape>& shapesOut);
+    bool LoadParameter(FxExpression& out);
+    bool Component(FxExpression& out);
+    bool MatrixComponents(std::string_view text, const FxShape& shape, FxStep& stepOut);
+    bool VectorComponents(std::string_view text, const FxShape& shape, FxStep& stepOut);
+    bool Index(FxExpression& out);
+    bool AddBinary(const FxToken& sign, FxOperation operation, FxShape left, FxExpression& out);
+    bool IsInAngles() const { return inAngles && brackets == 0; }
+    bool StopsHere() const;
+
+    FxWords& words;
+    const FxNames& names;
+    const FxStateWords* stateWords = nullptr;
+    bool inAngles = false;
+    int brackets = 0;
+    int depth = 0;
+    std::vector<FxNumber> scratch;
+};
+
+/// Adds what makes the value one of `target`: a scalar fills it, more rows or columns are cut. False if
+/// there is too little.
+bool FxAddConversion(FxExpression& expressionInOut, const FxShape& target);

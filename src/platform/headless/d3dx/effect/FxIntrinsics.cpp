@@ -1,0 +1,261 @@
+#include "platform/headless/d3dx/effect/FxIntrinsics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+using Shapes = std::span<const FxShape>;
+using Numbers = std::span<const FxNumber>;
+
+// ---- By component
+
+/// All arguments of one form; scalars go with any.
+bool SameForm(Shapes arguments, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_FLOAT, 1, 1};
+    for (const FxShape& shape : arguments) {
+        if (shape.IsScalar())
+            continue;
+        if (!resultOut.IsScalar() && !resultOut.HasSameForm(shape))
+            return false;
+        resultOut.rows = shape.rows;
+        resultOut.columns = shape.columns;
+    }
+    return true;
+}
+
+void ByComponent(const FxIntrinsic& self, Numbers arguments, FxNumber& resultInOut)
+{
+    const auto value = [&](std::size_t argument, UINT i) {
+        return argument < arguments.size() ? static_cast<double>(arguments[argument].Float(i))
+                                           : 0.0;
+    };
+    for (UINT i = 0; i < resultInOut.shape.Count(); ++i)
+        resultInOut.SetFloat(
+            i, static_cast<float>(self.component(value(0, i), value(1, i), value(2, i))));
+}
+
+double Saturate(double a)
+{
+    return std::min(std::max(a, 0.0), 1.0);
+}
+
+double SmoothStep(double low, double high, double x)
+{
+    const double t = Saturate((x - low) / (high - low));
+    return t * t * (3.0 - 2.0 * t);
+}
+
+double Sign(double a)
+{
+    return a > 0.0 ? 1.0 : a < 0.0 ? -1.0 : 0.0;
+}
+
+constexpr double kDegrees = 180.0 / std::numbers::pi;
+
+// ---- Vectors and matrices
+
+bool IsVector(const FxShape& shape)
+{
+    return shape.rows == 1;
+}
+
+double Dot(const FxNumber& a, const FxNumber& b)
+{
+    double sum = 0.0;
+    for (UINT i = 0; i < std::max(a.shape.Count(), b.shape.Count()); ++i)
+        sum += static_cast<double>(a.Float(i)) * static_cast<double>(b.Float(i));
+    return sum;
+}
+
+bool ScalarOfVectors(Shapes arguments, FxShape& resultOut)
+{
+    const bool fits = SameForm(arguments, resultOut) && IsVector(resultOut);
+    resultOut = {D3DXPT_FLOAT, 1, 1};
+    return fits;
+}
+
+void RunDot(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    resultInOut.SetFloat(0, static_cast<float>(Dot(arguments[0], arguments[1])));
+}
+
+void RunLength(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    resultInOut.SetFloat(0, static_cast<float>(std::sqrt(Dot(arguments[0], arguments[0]))));
+}
+
+void RunDistance(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const UINT count = std::max(arguments[0].shape.Count(), arguments[1].shape.Count());
+    double sum = 0.0;
+    for (UINT i = 0; i < count; ++i) {
+        const double step =
+            static_cast<double>(arguments[0].Float(i)) - static_cast<double>(arguments[1].Float(i));
+        sum += step * step;
+    }
+    resultInOut.SetFloat(0, static_cast<float>(std::sqrt(sum)));
+}
+
+bool SameVector(Shapes arguments, FxShape& resultOut)
+{
+    return SameForm(arguments, resultOut) && IsVector(resultOut);
+}
+
+/// A vector without a length stays as it is.
+void RunNormalize(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const double length = std::sqrt(Dot(arguments[0], arguments[0]));
+    for (UINT i = 0; i < resultInOut.shape.Count(); ++i) {
+        const double value = static_cast<double>(arguments[0].Float(i));
+        resultInOut.SetFloat(i, static_cast<float>(length > 0.0 ? value / length : value));
+    }
+}
+
+bool CrossShape(Shapes arguments, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_FLOAT, 1, 3};
+    return arguments[0].HasSameForm(resultOut) && arguments[1].HasSameForm(resultOut);
+}
+
+void RunCross(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const auto a = [&](UINT i) { return static_cast<double>(arguments[0].Float(i % 3)); };
+    const auto b = [&](UINT i) { return static_cast<double>(arguments[1].Float(i % 3)); };
+    for (UINT i = 0; i < 3; ++i)
+        resultInOut.SetFloat(i, static_cast<float>(a(i + 1) * b(i + 2) - a(i + 2) * b(i + 1)));
+}
+
+bool TransposeShape(Shapes arguments, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_FLOAT, arguments[0].columns, arguments[0].rows};
+    return !IsVector(arguments[0]);
+}
+
+void RunTranspose(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const FxShape& from = arguments[0].shape;
+    for (UINT row = 0; row < from.rows; ++row)
+        for (UINT column = 0; column < from.columns; ++column)
+            resultInOut.SetFloat(column * from.rows + row,
+                                 arguments[0].Float(row * from.columns + column));
+}
+
+/// A vector on the left is a row, on the right a column; a scalar scales; two vectors give their dot
+/// product.
+bool MulShape(Shapes arguments, FxShape& resultOut)
+{
+    const FxShape& a = arguments[0];
+    const FxShape& b = arguments[1];
+    if (a.IsScalar() || b.IsScalar())
+        return SameForm(arguments, resultOut);
+    if (IsVector(a) && IsVector(b))
+        return ScalarOfVectors(arguments, resultOut);
+    resultOut = {D3DXPT_FLOAT, a.rows, b.columns};
+    if (!IsVector(b))
+        return a.columns == b.rows;
+    resultOut = {D3DXPT_FLOAT, 1, a.rows};
+    return a.columns == b.columns;
+}
+
+void RunMul(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const FxNumber& a = arguments[0];
+    const FxNumber& b = arguments[1];
+    if (a.shape.IsScalar() || b.shape.IsScalar()) {
+        for (UINT i = 0; i < resultInOut.shape.Count(); ++i)
+            resultInOut.SetFloat(i, a.Float(i) * b.Float(i));
+        return;
+    }
+    if (IsVector(a.shape) && IsVector(b.shape)) {
+        resultInOut.SetFloat(0, static_cast<float>(Dot(a, b)));
+        return;
+    }
+    const bool isColumn = IsVector(b.shape);
+    const UINT columns = isColumn ? 1 : b.shape.columns;
+    for (UINT row = 0; row < a.shape.rows; ++row) {
+        for (UINT column = 0; column < columns; ++column) {
+            double sum = 0.0;
+            for (UINT i = 0; i < a.shape.columns; ++i)
+                sum += static_cast<double>(a.Float(row * a.shape.columns + i)) *
+                       static_cast<double>(b.Float(isColumn ? i : i * columns + column));
+            resultInOut.SetFloat(row * columns + column, static_cast<float>(sum));
+        }
+    }
+}
+
+bool TruthShape(Shapes, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_BOOL, 1, 1};
+    return true;
+}
+
+void RunAny(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    for (UINT i = 0; i < arguments[0].shape.Count(); ++i)
+        resultInOut.cells[0] |= arguments[0].Bool(i) ? 1u : 0u;
+}
+
+void RunAll(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    resultInOut.cells[0] = 1;
+    for (UINT i = 0; i < arguments[0].shape.Count(); ++i)
+        resultInOut.cells[0] &= arguments[0].Bool(i) ? 1u : 0u;
+}
+
+using D = double;
+
+constexpr FxIntrinsic kIntrinsics[] = {
+    {"abs", 1, SameForm, ByComponent, [](D a, D, D) { return std::fabs(a); }},
+    {"acos", 1, SameForm, ByComponent, [](D a, D, D) { return std::acos(a); }},
+    {"asin", 1, SameForm, ByComponent, [](D a, D, D) { return std::asin(a); }},
+    {"atan", 1, SameForm, ByComponent, [](D a, D, D) { return std::atan(a); }},
+    {"atan2", 2, SameForm, ByComponent, [](D a, D b, D) { return std::atan2(a, b); }},
+    {"ceil", 1, SameForm, ByComponent, [](D a, D, D) { return std::ceil(a); }},
+    {"clamp", 3, SameForm, ByComponent, [](D a, D b, D c) { return std::min(std::max(a, b), c); }},
+    {"cos", 1, SameForm, ByComponent, [](D a, D, D) { return std::cos(a); }},
+    {"degrees", 1, SameForm, ByComponent, [](D a, D, D) { return a * kDegrees; }},
+    {"exp", 1, SameForm, ByComponent, [](D a, D, D) { return std::exp(a); }},
+    {"exp2", 1, SameForm, ByComponent, [](D a, D, D) { return std::exp2(a); }},
+    {"floor", 1, SameForm, ByComponent, [](D a, D, D) { return std::floor(a); }},
+    {"fmod", 2, SameForm, ByComponent, [](D a, D b, D) { return std::fmod(a, b); }},
+    {"frac", 1, SameForm, ByComponent, [](D a, D, D) { return a - std::floor(a); }},
+    {"lerp", 3, SameForm, ByComponent, [](D a, D b, D c) { return a + c * (b - a); }},
+    {"log", 1, SameForm, ByComponent, [](D a, D, D) { return std::log(a); }},
+    {"log2", 1, SameForm, ByComponent, [](D a, D, D) { return std::log2(a); }},
+    {"log10", 1, SameForm, ByComponent, [](D a, D, D) { return std::log10(a); }},
+    {"max", 2, SameForm, ByComponent, [](D a, D b, D) { return std::max(a, b); }},
+    {"min", 2, SameForm, ByComponent, [](D a, D b, D) { return std::min(a, b); }},
+    {"pow", 2, SameForm, ByComponent, [](D a, D b, D) { return std::pow(a, b); }},
+    {"radians", 1, SameForm, ByComponent, [](D a, D, D) { return a / kDegrees; }},
+    {"round", 1, SameForm, ByComponent, [](D a, D, D) { return std::nearbyint(a); }},
+    {"rsqrt", 1, SameForm, ByComponent, [](D a, D, D) { return 1.0 / std::sqrt(a); }},
+    {"saturate", 1, SameForm, ByComponent, [](D a, D, D) { return Saturate(a); }},
+    {"sign", 1, SameForm, ByComponent, [](D a, D, D) { return Sign(a); }},
+    {"sin", 1, SameForm, ByComponent, [](D a, D, D) { return std::sin(a); }},
+    {"smoothstep", 3, SameForm, ByComponent, [](D a, D b, D c) { return SmoothStep(a, b, c); }},
+    {"sqrt", 1, SameForm, ByComponent, [](D a, D, D) { return std::sqrt(a); }},
+    {"step", 2, SameForm, ByComponent, [](D a, D b, D) { return b >= a ? 1.0 : 0.0; }},
+    {"tan", 1, SameForm, ByComponent, [](D a, D, D) { return std::tan(a); }},
+    {"all", 1, TruthShape, RunAll, nullptr},
+    {"any", 1, TruthShape, RunAny, nullptr},
+    {"cross", 2, CrossShape, RunCross, nullptr},
+    {"distance", 2, ScalarOfVectors, RunDistance, nullptr},
+    {"dot", 2, ScalarOfVectors, RunDot, nullptr},
+    {"length", 1, ScalarOfVectors, RunLength, nullptr},
+    {"mul", 2, MulShape, RunMul, nullptr},
+    {"normalize", 1, SameVector, RunNormalize, nullptr},
+    {"transpose", 1, TransposeShape, RunTranspose, nullptr},
+};
+
+} // namespace
+
+const FxIntrinsic* FxFindIntrinsic(std::string_view name)
+{
+    for (const FxIntrinsic& intrinsic : kIntrinsics)
+        if (intrinsic.name == name)
+            return &intrinsic;
+    return nullptr;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "platform/headless/d3dx/effect/FxNumber.h"
+
+/// A function that expressions can call. Floats go in and come out; each component is computed in
+/// double precision and rounded once.
+struct FxIntrinsic {
+    std::string_view name;
+    UINT arguments;
+    /// The form of the result, false if the arguments do not fit.
+    bool (*shape)(std::span<const FxShape> arguments, FxShape& resultOut);
+    /// `arguments` have the number and forms that `shape` accepted. `resultInOut` has its shape.
+    void (*run)(const FxIntrinsic& self, std::span<const FxNumber> arguments,
+                FxNumber& resultInOut);
+    double (*component)(double a, double b, double c); ///< for those that go by component
+};
+
+/// Null if there is none of the name.
+const FxIntrinsic* FxFindIntrinsic(std::string_view name);

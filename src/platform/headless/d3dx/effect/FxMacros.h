@@ -1,0 +1,50 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxSources.h"
+
+/// `#define`: its parameters and what stands for a call.
+struct FxMacro {
+    bool takesArguments = false;
+    std::vector<std::string_view> parameters;
+    std::vector<FxToken> body;
+    int active = 0; ///< expansions under way; while there are any, its name is an ordinary word
+};
+
+/// The macros of an effect and their expansion.
+class FxMacros {
+public:
+    FxMacros(FxSources& textSources, FxDiagnostics& log) : sources(textSources), diagnostics(log) {}
+
+    /// The words behind `#define`. A definition that differs from one before replaces it.
+    bool Define(std::span<const FxToken> words, FxPlace place);
+    void Undefine(std::string_view name) { macros.erase(name); }
+    bool IsDefined(std::string_view name) const;
+
+    /// Appends `words` with all macros replaced. Texts that macros make have the place of the call.
+    /// The sum of all that is made is limited, as are calls in arguments of calls.
+    bool Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut);
+
+private:
+    class Expansion;
+    using Arguments = std::vector<std::vector<FxToken>>;
+
+    bool ReadParameters(std::span<const FxToken> words, std::size_t& positionInOut,
+                        FxMacro& macroOut);
+    bool Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut, int depth);
+    bool Substitute(const FxMacro& macro, const Arguments& arguments, const FxToken& call,
+                    int depth, std::vector<FxToken>& wordsOut);
+    bool Join(FxToken& leftInOut, const FxToken& right);
+    bool MakeString(const std::vector<FxToken>& words, const FxToken& call, FxToken& stringOut);
+    bool MakeBuiltIn(FxToken& wordInOut);
+    bool Spend(FxPlace place);
+
+    FxSources& sources;
+    FxDiagnostics& diagnostics;
+    std::unordered_map<std::string_view, FxMacro> macros;
+    std::size_t spent = 0;
+};

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <d3dx9.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/ComPointer.h"
+#include "platform/headless/d3dx/effect/FxDiagnostics.h"
+#include "platform/headless/d3dx/effect/FxExpression.h"
+#include "platform/headless/d3dx/effect/FxStates.h"
+
+struct FxParameter;
+
+/// A texture, sampler or shader that an assignment names.
+struct FxObject {
+    const FxParameter* parameter = nullptr; ///< null for NULL; not owned, lives in the effect
+    FxExpression index;                     ///< of an array; empty for none
+
+    /// The parameter, or the element of the array that the index tells, the nearest if it is outside.
+    const FxParameter* Resolve(std::vector<FxNumber>& scratch) const;
+};
+
+/// `State[index] = value;` in a pass or a sampler.
+struct FxAssignment {
+    const FxState* state = nullptr; ///< not owned, lives in its table
+    UINT index = 0;
+    FxExpression value; ///< empty for objects
+    FxObject object;
+
+    bool Reads(const FxParameter& parameter) const;
+    std::uint64_t Newest() const;
+};
+
+/// The values of a parameter with all its elements and members. Effects of a pool share it.
+struct FxStorage {
+    std::vector<FxCell> cells;
+    std::vector<std::string> strings;
+    std::vector<ComPointer<IDirect3DBaseTexture9>> textures;
+    std::uint64_t changed = 0; ///< by `FxStamp`
+
+    /// Notes a change.
+    void Touch();
+};
+
+/// Rises with every change of any parameter.
+std::uint64_t FxStamp();
+
+struct FxType;
+
+/// A parameter, one of its elements, members or annotations. Its address is its handle.
+struct FxParameter {
+    std::string name;
+    std::string semantic;
+    bool hasSemantic = false;
+    D3DXPARAMETER_CLASS kind = D3DXPC_SCALAR;
+    D3DXPARAMETER_TYPE type = D3DXPT_FLOAT;
+    UINT rows = 0;
+    UINT columns = 0;
+    UINT elements = 0; ///< 0 for no array
+    DWORD flags = 0;
+    std::shared_ptr<FxStorage> storage;
+    std::size_t first = 0; ///< its first cell, string or texture in `storage`
+    std::vector<std::unique_ptr<FxParameter>>
+        parts; ///< an array's elements, else a struct's members
+    std::vector<std::unique_ptr<FxParameter>> annotations;
+    std::vector<FxAssignment> samplerStates; ///< of a sampler that is no array
+    DWORD shaderVersion = 0; ///< of a shader parameter, as in compiled code; 0 for NULL
+
+    bool IsArray() const { return elements > 0; }
+    bool IsNumeric() const { return kind <= D3DXPC_MATRIX_COLUMNS; }
+    bool IsTexture() const { return type >= D3DXPT_TEXTURE && type <= D3DXPT_TEXTURECUBE; }
+    bool IsSampler() const { return type >= D3DXPT_SAMPLER && type <= D3DXPT_SAMPLERCUBE; }
+    bool IsShader() const { return type == D3DXPT_PIXELSHADER || type == D3DXPT_VERTEXSHADER; }
+    FxShape Shape() const { return {type, rows, columns}; }
+    /// Cells of one element.
+    UINT CellCount() const { return rows * columns; }
+    /// Cells, or objects, with all elements; 0 for a struct.
+    std::size_t ValueCount() const;
+    /// What `D3DXPARAMETER_DESC` tells as its size.
+    UINT ByteCount() const;
+
+    FxCell* Cells() { return storage->cells.data() + first; }
+    const FxCell* Cells() const { return storage->cells.data() + first; }
+};
+
+/// The part, element or annotation of the name; null if there is none.
+FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,
+                          std::string_view name);

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/headless/d3dx/effect/EffectPool.h"
+#include "platform/headless/d3dx/effect/FxExpressionReader.h"
+#include "platform/headless/d3dx/effect/FxModel.h"
+
+/// Reads an effect's words into a model. What it cannot read is an error of `diagnostics`.
+class FxParser {
+public:
+    /// `pool` may be null. All of them outlive this.
+    FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
+             FxModel& target);
+
+    bool Run();
+
+private:
+    /// What stands before a declared name.
+    struct Declaration {
+        FxType type;
+        DWORD flags = 0;
+        bool isStatic = false;
+        bool isColumnMajor = false;
+    };
+    using List = std::vector<std::unique_ptr<FxParameter>>;
+
+    // FxParserDeclarations.cpp
+    bool TopLevel();
+    bool Modifiers(Declaration& declarationOut);
+    bool Type(FxType& typeOut);
+    bool TemplateType(bool isMatrix, FxType& typeOut);
+    bool Struct(FxType& typeOut);
+    bool Members(FxStruct& structure);
+    bool AddMember(FxStruct& structure, FxMember member, FxPlace place);
+    bool TypeDefinition();
+    bool Variables();
+    bool Variable(const Declaration& declaration, const FxToken& name);
+    bool Function(const FxToken& name);
+    bool Elements(UINT& elementsOut);
+    bool Semantic(std::string& semanticOut, bool& hasSemanticOut);
+    bool Annotations(List& annotationsOut);
+    bool Annotation(List& annotationsOut);
+
+    // FxParserValues.cpp
+    std::unique_ptr<FxParameter> Make(const FxType& type, UINT elements, FxPlace place);
+    void Build(FxParameter& parameter, const FxType& type, UINT elements);
+    bool Value(FxParameter& parameter);
+    bool Numbers(FxParameter& parameter);
+    bool NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETER_TYPE>& types);
+    bool ObjectList(FxParameter& parameter);
+    bool Object(FxParameter& parameter);
+    bool String(FxParameter& parameter);
+    bool Sampler(FxParameter& parameter);
+    bool Shader(bool isVertex, DWORD& versionOut);
+    bool ShaderVersion(bool isVertex, const FxToken& profile, DWORD& versionOut);
+    bool IsNull() const;
+
+    // FxParserTechniques.cpp
+    bool Technique();
+    bool Pass(FxTechnique& technique);
+    bool Assignment(const FxState& state, FxAssignment& assignmentOut);
+    bool StateIndex(const FxState& state, UINT& indexOut);
+    bool StateValue(const FxState& state, FxAssignment& assignmentOut);
+    bool CheckValue(const FxState& state, FxPlace place, FxExpression& value);
+    bool ObjectValue(const FxState& state, FxAssignment& assignmentOut);
+    bool PassState(FxPass& pass);
+    bool PassShader(const FxState& state, FxPass& pass);
+    bool ShaderConstant(FxPass& pass);
+
+    FxDiagnostics& diagnostics;
+    EffectPool* pool; ///< not owned
+    FxModel& model;
+    FxWords words;
+    FxExpressionReader expressions;
+    std::vector<FxNumber> scratch;
+    bool isInStruct = false;
+    std::size_t nodes = 0;
+    std::size_t cells = 0;
+};

@@ -1,0 +1,357 @@
+// Everything at the outer level of an effect but its techniques: types, parameters, functions.
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/headless/d3dx/effect/FxLimits.h"
+#include "platform/headless/d3dx/effect/FxParser.h"
+
+FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
+                   FxModel& target)
+    : diagnostics(log),
+      pool(effectPool),
+      model(target),
+      words(std::move(text), log),
+      expressions(words, target.names)
+{}
+
+bool FxParser::Run()
+{
+    while (!words.AtEnd())
+        if (!TopLevel())
+            return false;
+    return true;
+}
+
+bool FxParser::TopLevel()
+{
+    if (words.Accept(";"))
+        return true;
+    if (words.AcceptWord("technique"))
+        return Technique();
+    if (words.Accept("typedef"))
+        return TypeDefinition();
+    return Variables();
+}
+
+// ---- Types
+
+bool FxParser::Modifiers(Declaration& declarationOut)
+{
+    static constexpr struct {
+        std::string_view word;
+        DWORD flag;
+    } kModifiers[] = {
+        {"shared", D3DX_PARAMETER_SHARED},
+        {"const", D3DX_PARAMETER_LITERAL},
+        {"static", 0},
+        {"uniform", 0},
+        {"extern", 0},
+        {"volatile", 0},
+        {"inline", 0},
+        {"row_major", 0},
+        {"column_major", 0},
+        {"unsigned", 0},
+    };
+    for (bool isModifier = true; isModifier;) {
+        isModifier = false;
+        for (const auto& modifier : kModifiers) {
+            if (!words.Accept(modifier.word))
+                continue;
+            isModifier = true;
+            declarationOut.flags |= modifier.flag;
+            declarationOut.isStatic |= modifier.word == "static";
+            declarationOut.isColumnMajor |= modifier.word == "column_major";
+        }
+    }
+    return Type(declarationOut.type);
+}
+
+bool FxParser::Type(FxType& typeOut)
+{
+    const FxToken word = words.Peek();
+    if (words.Accept("struct"))
+        return Struct(typeOut);
+    if (word.kind != FxTokenKind::Identifier)
+        return words.Unexpected("a declaration");
+    if (!model.names.FindType(word.text, typeOut))
+        return words.Fail(FxError::UnknownType, "there is no type " + FxDescribe(word));
+    words.Next();
+    const bool isTemplate = (word.Is("vector") || word.Is("matrix")) && words.Is("<");
+    return !isTemplate || TemplateType(word.Is("matrix"), typeOut);
+}
+
+/// `vector<float, 3>`, `matrix<float, 4, 4>`.
+bool FxParser::TemplateType(bool isMatrix, FxType& typeOut)
+{
+    words.Next();
+    const FxToken word = words.Next();
+    FxType element;
+    if (!model.names.FindType(word.text, element) || element.kind != D3DXPC_SCALAR)
+        return words.FailAt(word.place, FxError::UnknownType,
+                            FxDescribe(word) + " is no type of a number");
+    UINT extents[2] = {1, 1};
+    for (int i = isMatrix ? 0 : 1; i < 2; ++i) {
+        if (!words.Expect(","))
+            return false;
+        const FxToken extent = words.Next();
+        FxNumber number;
+        if (extent.kind != FxTokenKind::Number || !FxParseNumber(extent.text, number) ||
+            number.Int(0) < 1 || number.Int(0) > 4)
+            return words.FailAt(extent.place, FxError::BadIndex, "1 to 4 is expected");
+        extents[i] = static_cast<UINT>(number.Int(0));
+    }
+    typeOut = FxType::Of(element.type, extents[0], extents[1], isMatrix);
+    return words.AcceptClosingAngle() || words.Unexpected("'>'");
+}
+
+bool FxParser::Struct(FxType& typeOut)
+{
+    const FxToken name = words.Peek();
+    if (name.kind == FxTokenKind::Identifier && !words.Peek(1).Is("{")) {
+        words.Next();
+        return model.names.FindType(name.text, typeOut) ||
+               words.FailAt(name.place, FxError::UnknownType,
+                            "there is no type " + FxDescribe(name));
+    }
+    const bool isNamed = name.kind == FxTokenKind::Identifier;
+    if (isNamed && model.names.types.contains(name.text))
+        return words.Fail(FxError::Redefinition,
+                          "there is a type " + FxDescribe(name) + " already");
+    // A struct within a struct has to be declared before it, so that this never calls itself.
+    if (isInStruct)
+        return words.Fail(FxError::Unsupported, "a struct is declared inside a struct");
+    if (isNamed)
+        words.Next();
+    FxStruct& structure = *model.names.structs.emplace_back(std::make_unique<FxStruct>());
+    typeOut = {D3DXPC_STRUCT, D3DXPT_VOID, 0, 0, &structure};
+    isInStruct = true;
+    const bool isRead = Members(structure);
+    isInStruct = false;
+    if (!isRead)
+        return false;
+    if (isNamed)
+        model.names.types.emplace(name.text, typeOut);
+    return true;
+}
+
+bool FxParser::Members(FxStruct& structure)
+{
+    if (!words.Expect("{"))
+        return false;
+    while (!words.Accept("}")) {
+        Declaration declaration;
+        // Interpolation means something to shaders alone.
+        while (words.Accept("centroid") || words.Accept("linear") ||
+               words.Accept("nointerpolation"))
+            continue;
+        if (!Modifiers(declaration))
+            return false;
+        do {
+            FxMember member;
+            member.type = declaration.type;
+            const FxPlace place = words.Peek().place;
+            if (!words.ExpectName(member.name) || !Elements(member.elements))
+                return false;
+            while (words.Is(":"))
+                if (!Semantic(member.semantic, member.hasSemantic))
+                    return false;
+            if (!AddMember(structure, std::move(member), place))
+                return false;
+        } while (words.Accept(","));
+        if (!words.Expect(";"))
+            return false;
+    }
+    return true;
+}
+
+bool FxParser::AddMember(FxStruct& structure, FxMember member, FxPlace place)
+{
+    for (const FxMember& other : structure.members)
+        if (other.name == member.name)
+            return words.FailAt(place, FxError::Redefinition,
+                                "the struct has a member '" + member.name + "' already");
+    const std::size_t count = std::max(member.elements, 1u);
+    std::size_t ownNodes = member.elements; // an element is a node, its parts come on top
+    if (const FxStruct* inner = member.type.structure) {
+        structure.depth = std::max(structure.depth, inner->depth + 1);
+        ownNodes += inner->nodes * count;
+        structure.cells += inner->cells * count;
+    } else {
+        structure.cells += count * member.type.rows * member.type.columns;
+    }
+    structure.nodes += ownNodes + 1;
+    if (structure.depth > kFxMaxStructDepth || structure.nodes > kFxMaxNodes ||
+        structure.cells > kFxMaxCells)
+        return words.FailAt(place, FxError::Limit, "the struct becomes too large");
+    if (member.type.IsVoid())
+        return words.FailAt(place, FxError::UnknownType, "a member cannot be void");
+    structure.members.push_back(std::move(member));
+    return true;
+}
+
+bool FxParser::TypeDefinition()
+{
+    Declaration declaration;
+    std::string name;
+    if (!Modifiers(declaration))
+        return false;
+    const FxPlace place = words.Peek().place;
+    if (!words.ExpectName(name))
+        return false;
+    if (!model.names.types.emplace(name, declaration.type).second)
+        return words.FailAt(place, FxError::Redefinition, "there is a type '" + name + "' already");
+    return words.Expect(";");
+}
+
+// ---- Parameters and functions
+
+bool FxParser::Variables()
+{
+    Declaration declaration;
+    if (!Modifiers(declaration))
+        return false;
+    if (declaration.type.kind == D3DXPC_STRUCT && words.Accept(";"))
+        return true;
+    const FxToken first = words.Peek();
+    std::string name;
+    if (!words.ExpectName(name))
+        return false;
+    if (words.Is("("))
+        return Function(first);
+    if (!Variable(declaration, first))
+        return false;
+    while (words.Accept(",")) {
+        const FxToken next = words.Peek();
+        if (!words.ExpectName(name) || !Variable(declaration, next))
+            return false;
+    }
+    return words.Expect(";");
+}
+
+/// What a function does matters to shaders alone: its text is passed over.
+bool FxParser::Function(const FxToken& name)
+{
+    if (!words.SkipBrackets("(", ")"))
+        return false;
+    std::string semantic;
+    bool hasSemantic = false;
+    if (words.Is(":") && !Semantic(semantic, hasSemantic))
+        return false;
+    model.names.functions.emplace(name.text);
+    if (words.Accept(";"))
+        return true;
+    return words.Is("{") ? words.SkipBrackets("{", "}") : words.Unexpected("'{'");
+}
+
+bool FxParser::Elements(UINT& elementsOut)
+{
+    elementsOut = 0;
+    if (!words.Accept("["))
+        return true;
+    const FxPlace place = words.Peek().place;
+    std::int32_t count = 0;
+    if (!expressions.ReadConstant(count) || !words.Expect("]"))
+        return false;
+    if (count < 1 || static_cast<std::size_t>(count) > kFxMaxElements)
+        return words.FailAt(place, FxError::BadIndex,
+                            "an array cannot have " + std::to_string(count) + " elements");
+    if (words.Is("["))
+        return words.Fail(FxError::Unsupported, "arrays of arrays are not supported");
+    elementsOut = static_cast<UINT>(count);
+    return true;
+}
+
+/// Also `: register(c0)` and `: packoffset(c0)`, which matter to shaders alone.
+bool FxParser::Semantic(std::string& semanticOut, bool& hasSemanticOut)
+{
+    words.Next();
+    if ((words.Is("register") || words.Is("packoffset")) && words.Peek(1).Is("(")) {
+        words.Next();
+        return words.SkipBrackets("(", ")");
+    }
+    hasSemanticOut = true;
+    return words.ExpectName(semanticOut);
+}
+
+bool FxParser::Variable(const Declaration& declaration, const FxToken& name)
+{
+    UINT elements = 0;
+    if (declaration.type.IsVoid())
+        return words.FailAt(name.place, FxError::UnknownType, "a parameter cannot be void");
+    if (model.names.parameters.contains(name.text))
+        return words.FailAt(name.place, FxError::Redefinition,
+                            "there is a parameter " + FxDescribe(name) + " already");
+    if (!Elements(elements))
+        return false;
+    std::unique_ptr<FxParameter> made = Make(declaration.type, elements, name.place);
+    if (!made)
+        return false;
+    FxParameter& parameter = *made;
+    parameter.name = name.text;
+    parameter.flags = declaration.flags;
+    if (declaration.isColumnMajor && parameter.kind == D3DXPC_MATRIX_ROWS)
+        parameter.kind = D3DXPC_MATRIX_COLUMNS;
+    while (words.Is(":"))
+        if (!Semantic(parameter.semantic, parameter.hasSemantic))
+            return false;
+    if (words.Is("<") && !Annotations(parameter.annotations))
+        return false;
+    if (words.Accept("=") && !Value(parameter))
+        return false;
+    for (const auto& element : parameter.parts) {
+        if (!parameter.IsArray())
+            break;
+        element->name = parameter.name;
+        element->semantic = parameter.semantic;
+        element->hasSemantic = parameter.hasSemantic;
+        element->kind = parameter.kind;
+    }
+    const bool isShared = (parameter.flags & D3DX_PARAMETER_SHARED) != 0 && !declaration.isStatic;
+    if (isShared && pool && !pool->Share(parameter))
+        return words.FailAt(name.place, FxError::SharedMismatch,
+                            "another effect of the pool shares " + FxDescribe(name) +
+                                " as another type");
+    model.names.parameters.emplace(name.text, &parameter);
+    (declaration.isStatic ? model.constants : model.parameters).push_back(std::move(made));
+    return true;
+}
+
+bool FxParser::Annotations(List& annotationsOut)
+{
+    words.Next();
+    while (!words.AcceptClosingAngle())
+        if (!Annotation(annotationsOut))
+            return false;
+    return true;
+}
+
+bool FxParser::Annotation(List& annotationsOut)
+{
+    Declaration declaration;
+    if (words.Is("struct") || !Modifiers(declaration))
+        return words.Unexpected("an annotation");
+    const FxToken name = words.Peek();
+    std::string text;
+    UINT elements = 0;
+    if (!words.ExpectName(text) || !Elements(elements))
+        return false;
+    const bool isPossible = declaration.type.IsNumeric() || declaration.type.type == D3DXPT_STRING;
+    if (!isPossible)
+        return words.FailAt(name.place, FxError::UnknownType,
+                            "an annotation is a number or a string");
+    if (FxFindByName(annotationsOut, text))
+        return words.FailAt(name.place, FxError::Redefinition,
+                            "there is an annotation '" + text + "' already");
+    std::unique_ptr<FxParameter> annotation = Make(declaration.type, elements, name.place);
+    if (!annotation)
+        return false;
+    annotation->name = text;
+    annotation->flags = D3DX_PARAMETER_ANNOTATION;
+    for (const auto& element : annotation->parts)
+        element->name = text;
+    if (!words.Expect("=") || !Value(*annotation) || !words.Expect(";"))
+        return false;
+    annotationsOut.push_back(std::move(annotation));
+    return true;
+}

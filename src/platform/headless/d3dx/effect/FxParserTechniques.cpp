@@ -1,0 +1,247 @@
+// Techniques, passes and the states that they assign.
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/headless/d3dx/effect/FxLimits.h"
+#include "platform/headless/d3dx/effect/FxParser.h"
+
+namespace {
+
+void AddKeys(const FxParameter& sampler, UINT index, std::vector<FxStateKey>& keysOut)
+{
+    keysOut.push_back({FxStateKind::Texture, index, 0});
+    for (const FxAssignment& assignment : sampler.samplerStates)
+        if (assignment.state->kind == FxStateKind::Sampler)
+            keysOut.push_back({FxStateKind::Sampler, index, assignment.state->number});
+}
+
+/// Records are saved as a whole.
+void AddKeys(const FxAssignment& assignment, std::vector<FxStateKey>& keysOut)
+{
+    const FxState& state = *assignment.state;
+    const FxParameter* object = assignment.object.parameter;
+    switch (state.kind) {
+    case FxStateKind::Transform:
+        keysOut.push_back({state.kind, 0, state.number + assignment.index});
+        break;
+    case FxStateKind::Material:
+    case FxStateKind::Light:
+        keysOut.push_back({state.kind, assignment.index, 0});
+        break;
+    case FxStateKind::SamplerObject:
+        keysOut.push_back({FxStateKind::Texture, assignment.index, 0});
+        if (object)
+            AddKeys(*object, assignment.index, keysOut);
+        for (std::size_t i = 0; object && i < object->parts.size(); ++i)
+            AddKeys(*object->parts[i], assignment.index, keysOut);
+        break;
+    case FxStateKind::ShaderConstant:
+        break;
+    default:
+        keysOut.push_back({state.kind, assignment.index, state.number});
+        break;
+    }
+}
+
+} // namespace
+
+bool FxTechnique::IsValid() const
+{
+    return std::none_of(passes.begin(), passes.end(),
+                        [](const auto& pass) { return pass->needsShader; });
+}
+
+bool FxParser::Technique()
+{
+    auto technique = std::make_unique<FxTechnique>();
+    if (words.Peek().kind == FxTokenKind::Identifier)
+        technique->name = words.Next().text;
+    if (words.Is("<") && !Annotations(technique->annotations))
+        return false;
+    if (!words.Expect("{"))
+        return false;
+    while (!words.Accept("}"))
+        if (!Pass(*technique))
+            return false;
+    std::vector<FxStateKey>& keys = technique->touched;
+    for (const auto& pass : technique->passes)
+        for (const FxAssignment& assignment : pass->states)
+            AddKeys(assignment, keys);
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    model.techniques.push_back(std::move(technique));
+    return true;
+}
+
+bool FxParser::Pass(FxTechnique& technique)
+{
+    if (!words.AcceptWord("pass"))
+        return words.Unexpected("a pass or '}'");
+    if (++nodes > kFxMaxNodes)
+        return words.Fail(FxError::Limit, "the effect has too many passes");
+    FxPass& pass = *technique.passes.emplace_back(std::make_unique<FxPass>());
+    if (words.Peek().kind == FxTokenKind::Identifier)
+        pass.name = words.Next().text;
+    if (words.Is("<") && !Annotations(pass.annotations))
+        return false;
+    if (!words.Expect("{"))
+        return false;
+    while (!words.Accept("}"))
+        if (!PassState(pass))
+            return false;
+    return true;
+}
+
+bool FxParser::PassState(FxPass& pass)
+{
+    const FxToken name = words.Peek();
+    if (name.kind != FxTokenKind::Identifier)
+        return words.Unexpected("a state or '}'");
+    const FxState* state = FxFindPassState(name.text);
+    if (!state)
+        return words.Fail(FxError::UnknownState, "there is no state " + FxDescribe(name));
+    words.Next();
+    if (state->kind == FxStateKind::ShaderConstant)
+        return ShaderConstant(pass);
+    if (state->kind == FxStateKind::VertexShader || state->kind == FxStateKind::PixelShader)
+        return PassShader(*state, pass);
+    FxAssignment assignment;
+    if (!Assignment(*state, assignment))
+        return false;
+    pass.states.push_back(std::move(assignment));
+    return true;
+}
+
+/// A constant reaches shaders alone, so its value is passed over.
+bool FxParser::ShaderConstant(FxPass& pass)
+{
+    pass.needsShader = true;
+    while (!words.AtEnd() && !words.Is(";") && !words.Is("}")) {
+        if (!words.Is("{"))
+            words.Next();
+        else if (!words.SkipBrackets("{", "}"))
+            return false;
+    }
+    return words.Expect(";");
+}
+
+bool FxParser::PassShader(const FxState& state, FxPass& pass)
+{
+    const bool isVertex = state.kind == FxStateKind::VertexShader;
+    DWORD version = 0;
+    FxAssignment assignment;
+    assignment.state = &state;
+    if (!words.Expect("="))
+        return false;
+    const bool isParameter =
+        words.Is("<") || words.Is("(") || model.names.parameters.contains(words.Peek().text);
+    if (isParameter) {
+        if (!ObjectValue(state, assignment))
+            return false;
+        const FxParameter& shader = *assignment.object.parameter;
+        version = shader.shaderVersion;
+        for (const auto& element : shader.parts)
+            version = std::max(version, element->shaderVersion);
+    } else if (!Shader(isVertex, version)) {
+        return false;
+    }
+    (isVertex ? pass.vertexFunction : pass.pixelFunction)[0] = version;
+    pass.needsShader = pass.needsShader || version != 0;
+    pass.states.push_back(std::move(assignment));
+    return words.Expect(";");
+}
+
+// ---- One assignment
+
+bool FxParser::StateIndex(const FxState& state, UINT& indexOut)
+{
+    indexOut = 0;
+    if (!words.Accept("["))
+        return true;
+    const FxPlace place = words.Peek().place;
+    std::int32_t index = 0;
+    expressions.SetStateWords(nullptr);
+    if (!expressions.ReadConstant(index) || !words.Expect("]"))
+        return false;
+    if (index < 0 || static_cast<UINT>(index) >= state.places)
+        return words.FailAt(place, FxError::BadIndex,
+                            "the state '" + std::string(state.name) + "' has no place " +
+                                std::to_string(index));
+    indexOut = static_cast<UINT>(index);
+    return true;
+}
+
+/// From behind the state's name to behind the semicolon.
+bool FxParser::Assignment(const FxState& state, FxAssignment& assignmentOut)
+{
+    assignmentOut.state = &state;
+    if (!StateIndex(state, assignmentOut.index) || !words.Expect("="))
+        return false;
+    const bool isRead = state.value == FxStateValue::Object ? ObjectValue(state, assignmentOut)
+                                                            : StateValue(state, assignmentOut);
+    return isRead && words.Expect(";");
+}
+
+bool FxParser::StateValue(const FxState& state, FxAssignment& assignmentOut)
+{
+    const bool inAngles = words.Accept("<");
+    const FxPlace place = words.Peek().place;
+    expressions.SetStateWords(state.words);
+    expressions.SetInAngles(inAngles);
+    const bool isRead = expressions.Read(assignmentOut.value);
+    expressions.SetStateWords(nullptr);
+    expressions.SetInAngles(false);
+    if (!isRead || !CheckValue(state, place, assignmentOut.value))
+        return false;
+    return !inAngles || words.AcceptClosingAngle() || words.Unexpected("'>'");
+}
+
+bool FxParser::CheckValue(const FxState& state, FxPlace place, FxExpression& value)
+{
+    const FxShape shape = value.Shape();
+    const auto fail = [&](const std::string& wanted) {
+        return words.FailAt(place, FxError::TypeMismatch,
+                            "the state '" + std::string(state.name) + "' takes " + wanted);
+    };
+    switch (state.value) {
+    case FxStateValue::Matrix:
+        return (shape.rows == 4 && shape.columns == 4) || fail("a matrix of 4 by 4");
+    case FxStateValue::Floats:
+        return FxAddConversion(value, {D3DXPT_FLOAT, 1, state.floats}) ||
+               fail(std::to_string(state.floats) + " numbers");
+    case FxStateValue::Color:
+        return shape.IsScalar() || (shape.rows == 1 && shape.columns >= 3) ||
+               fail("a colour: a packed number, or 3 or 4 floats");
+    default:
+        return shape.IsScalar() || fail("one number");
+    }
+}
+
+/// `NULL`, or a parameter as it is, in round brackets or in angle brackets.
+bool FxParser::ObjectValue(const FxState& state, FxAssignment& assignmentOut)
+{
+    if (IsNull()) {
+        words.Next();
+        return true;
+    }
+    const bool inAngles = words.Accept("<");
+    const bool inBrackets = !inAngles && words.Accept("(");
+    const FxToken name = words.Peek();
+    FxObject& object = assignmentOut.object;
+    if (!expressions.ReadParameter(object.parameter, object.index))
+        return false;
+    const FxParameter& parameter = *object.parameter;
+    const bool fits = state.kind == FxStateKind::Texture         ? parameter.IsTexture()
+                      : state.kind == FxStateKind::SamplerObject ? parameter.IsSampler()
+                      : state.kind == FxStateKind::VertexShader
+                          ? parameter.type == D3DXPT_VERTEXSHADER
+                          : parameter.type == D3DXPT_PIXELSHADER;
+    if (!fits || (parameter.IsArray() && object.index.IsEmpty()))
+        return words.FailAt(name.place, FxError::TypeMismatch,
+                            FxDescribe(name) + " does not fit the state '" +
+                                std::string(state.name) + "'");
+    if (inAngles)
+        return words.AcceptClosingAngle() || words.Unexpected("'>'");
+    return !inBrackets || words.Expect(")");
+}

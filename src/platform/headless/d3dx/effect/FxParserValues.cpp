@@ -1,0 +1,296 @@
+// Parameters and their initial values.
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/headless/d3dx/effect/FxLimits.h"
+#include "platform/headless/d3dx/effect/FxParser.h"
+
+namespace {
+
+/// The type of each cell, in their order. Structs lie in one another to a limited depth.
+void ListCellTypes(const FxParameter& parameter, std::vector<D3DXPARAMETER_TYPE>& typesOut)
+{
+    if (parameter.IsNumeric())
+        typesOut.insert(typesOut.end(), parameter.ValueCount(), parameter.type);
+    else
+        for (const auto& part : parameter.parts)
+            ListCellTypes(*part, typesOut);
+}
+
+bool HasOnlyNumbers(const FxParameter& parameter)
+{
+    if (parameter.kind != D3DXPC_STRUCT)
+        return parameter.IsNumeric();
+    return std::all_of(parameter.parts.begin(), parameter.parts.end(),
+                       [](const auto& part) { return HasOnlyNumbers(*part); });
+}
+
+std::string Unquote(std::string_view text)
+{
+    static constexpr std::pair<char, char> kEscapes[] = {
+        {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'0', '\0'}};
+    std::string result;
+    for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+        char c = text[i];
+        if (c == '\\' && i + 2 < text.size()) {
+            c = text[++i];
+            for (const auto& [letter, meaning] : kEscapes)
+                c = c == letter ? meaning : c;
+        }
+        result += c;
+    }
+    return result;
+}
+
+} // namespace
+
+// ---- Making
+
+std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, FxPlace place)
+{
+    const std::size_t count = std::max(elements, 1u);
+    const FxStruct* structure = type.structure;
+    const std::size_t inner = structure ? structure->nodes : 0;
+    nodes += 1 + elements + inner * count;
+    cells += count * (structure ? structure->cells : std::size_t{type.rows} * type.columns);
+    if (nodes > kFxMaxNodes || cells > kFxMaxCells) {
+        words.FailAt(place, FxError::Limit, "the effect has too many parameters");
+        return nullptr;
+    }
+    auto parameter = std::make_unique<FxParameter>();
+    parameter->storage = std::make_shared<FxStorage>();
+    Build(*parameter, type, elements);
+    return parameter;
+}
+
+/// Takes its place in the storage; parts have theirs in that of the whole. The depth is that of structs,
+/// which is limited.
+void FxParser::Build(FxParameter& parameter, const FxType& type, UINT elements)
+{
+    parameter.kind = type.kind;
+    parameter.type = type.type;
+    parameter.rows = type.rows;
+    parameter.columns = type.columns;
+    parameter.elements = elements;
+    FxStorage& storage = *parameter.storage;
+    parameter.first = type.IsNumeric()             ? storage.cells.size()
+                      : type.type == D3DXPT_STRING ? storage.strings.size()
+                      : type.kind == D3DXPC_STRUCT ? storage.cells.size()
+                                                   : storage.textures.size();
+    const auto add = [&](const FxType& partType, UINT partElements) -> FxParameter& {
+        FxParameter& part = *parameter.parts.emplace_back(std::make_unique<FxParameter>());
+        part.storage = parameter.storage;
+        Build(part, partType, partElements);
+        return part;
+    };
+    for (UINT i = 0; i < elements; ++i)
+        add(type, 0);
+    if (elements > 0)
+        return;
+    if (type.IsNumeric())
+        storage.cells.resize(storage.cells.size() + type.Shape().Count());
+    else if (type.type == D3DXPT_STRING)
+        storage.strings.emplace_back();
+    else if (parameter.IsTexture())
+        storage.textures.emplace_back();
+    if (!type.structure)
+        return;
+    for (const FxMember& member : type.structure->members) {
+        FxParameter& part = add(member.type, member.elements);
+        part.name = member.name;
+        part.semantic = member.semantic;
+        part.hasSemantic = member.hasSemantic;
+        for (const auto& element : part.parts)
+            if (part.IsArray())
+                element->name = member.name;
+    }
+}
+
+// ---- Initial values
+
+bool FxParser::Value(FxParameter& parameter)
+{
+    if (HasOnlyNumbers(parameter))
+        return Numbers(parameter);
+    if (parameter.kind == D3DXPC_STRUCT)
+        return words.Fail(FxError::Unsupported,
+                          "a struct with textures or strings cannot have a value here");
+    return ObjectList(parameter);
+}
+
+bool FxParser::Numbers(FxParameter& parameter)
+{
+    if (words.Is("{")) {
+        std::vector<D3DXPARAMETER_TYPE> types;
+        ListCellTypes(parameter, types);
+        return NumberList(parameter, types);
+    }
+    const FxPlace place = words.Peek().place;
+    FxExpression expression;
+    if (!expressions.Read(expression))
+        return false;
+    if (!parameter.IsNumeric() || parameter.IsArray())
+        return words.FailAt(place, FxError::BadInitializer, "the values must stand in braces");
+    if (!FxAddConversion(expression, parameter.Shape()))
+        return words.FailAt(place, FxError::TypeMismatch, "the value is too small");
+    const FxNumber number = expression.Evaluate(scratch);
+    std::copy_n(number.cells.begin(), parameter.CellCount(), parameter.Cells());
+    return true;
+}
+
+/// Braces inside the list only group: what counts is the number of values.
+bool FxParser::NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETER_TYPE>& types)
+{
+    const FxPlace place = words.Peek().place;
+    FxCell* cell = parameter.storage->cells.data() + parameter.first;
+    std::size_t count = 0;
+    std::size_t depth = 0;
+    do {
+        if (words.Accept("{")) {
+            ++depth;
+            continue;
+        }
+        if (words.Accept("}")) {
+            --depth;
+            if (depth > 0 && !words.Accept(",") && !words.Is("}"))
+                return words.Unexpected("'}'");
+            continue;
+        }
+        FxExpression expression;
+        const FxPlace at = words.Peek().place;
+        if (!expressions.Read(expression))
+            return false;
+        const FxNumber number = expression.Evaluate(scratch);
+        for (UINT i = 0; i < number.shape.Count(); ++i) {
+            if (count == types.size())
+                return words.FailAt(at, FxError::BadInitializer,
+                                    "there are more than " + std::to_string(count) + " values");
+            cell[count] = FxConvert(number.cells[i], number.shape.type, types[count]);
+            ++count;
+        }
+        if (!words.Accept(",") && !words.Is("}"))
+            return words.Unexpected("',' or '}'");
+    } while (depth > 0);
+    return count == types.size() ||
+           words.FailAt(place, FxError::BadInitializer,
+                        "there are " + std::to_string(count) + " values, not " +
+                            std::to_string(types.size()));
+}
+
+bool FxParser::ObjectList(FxParameter& parameter)
+{
+    if (!parameter.IsArray())
+        return Object(parameter);
+    const FxPlace place = words.Peek().place;
+    if (!words.Expect("{"))
+        return false;
+    std::size_t count = 0;
+    while (!words.Accept("}")) {
+        if (count == parameter.parts.size())
+            return words.Fail(FxError::BadInitializer,
+                              "there are more than " + std::to_string(count) + " values");
+        if (!Object(*parameter.parts[count++]))
+            return false;
+        if (!words.Accept(",") && !words.Is("}"))
+            return words.Unexpected("',' or '}'");
+    }
+    return count == parameter.parts.size() ||
+           words.FailAt(place, FxError::BadInitializer,
+                        "there are " + std::to_string(count) + " values, not " +
+                            std::to_string(parameter.parts.size()));
+}
+
+bool FxParser::IsNull() const
+{
+    return words.Peek().IsWord("NULL") ||
+           (words.Peek().kind == FxTokenKind::Number && words.Peek().text == "0");
+}
+
+bool FxParser::Object(FxParameter& parameter)
+{
+    if (parameter.type == D3DXPT_STRING)
+        return String(parameter);
+    if (parameter.IsSampler())
+        return Sampler(parameter);
+    if (parameter.IsShader())
+        return Shader(parameter.type == D3DXPT_VERTEXSHADER, parameter.shaderVersion);
+    if (!IsNull())
+        return words.Unexpected("NULL");
+    words.Next();
+    return true;
+}
+
+/// Strings behind one another are one.
+bool FxParser::String(FxParameter& parameter)
+{
+    if (words.Peek().kind != FxTokenKind::String)
+        return words.Unexpected("a string");
+    std::string& text = parameter.storage->strings[parameter.first];
+    while (words.Peek().kind == FxTokenKind::String)
+        text += Unquote(words.Next().text);
+    return true;
+}
+
+bool FxParser::Sampler(FxParameter& parameter)
+{
+    if (!words.AcceptWord("sampler_state"))
+        return words.Unexpected("sampler_state");
+    if (!words.Expect("{"))
+        return false;
+    while (!words.Accept("}")) {
+        const FxToken name = words.Peek();
+        const FxState* state = FxFindSamplerState(name.text);
+        if (name.kind != FxTokenKind::Identifier || !state)
+            return words.Fail(FxError::UnknownState,
+                              "there is no state " + FxDescribe(name) + " of samplers");
+        words.Next();
+        FxAssignment assignment;
+        if (!Assignment(*state, assignment))
+            return false;
+        parameter.samplerStates.push_back(std::move(assignment));
+    }
+    return true;
+}
+
+// ---- Shaders, which this host does not compile
+
+/// `vs_1_1`, `ps_2_0`, `vs_2_a`: the version as it stands first in compiled code.
+bool FxParser::ShaderVersion(bool isVertex, const FxToken& profile, DWORD& versionOut)
+{
+    const std::string_view text = profile.text;
+    const bool fits = text.size() == 6 && text.starts_with(isVertex ? "vs_" : "ps_") &&
+                      text[3] >= '1' && text[3] <= '3' && text[4] == '_';
+    if (!fits)
+        return words.FailAt(profile.place, FxError::Unsupported,
+                            "there is no profile " + FxDescribe(profile) + " for this shader");
+    const DWORD major = static_cast<DWORD>(text[3] - '0');
+    const DWORD minor = text[5] >= '0' && text[5] <= '4' ? static_cast<DWORD>(text[5] - '0') : 1;
+    versionOut = isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
+    return true;
+}
+
+bool FxParser::Shader(bool isVertex, DWORD& versionOut)
+{
+    versionOut = 0;
+    if (IsNull()) {
+        words.Next();
+        return true;
+    }
+    if (words.AcceptWord("asm")) {
+        const FxToken profile = words.Peek(1);
+        return words.Is("{")
+                   ? ShaderVersion(isVertex, profile, versionOut) && words.SkipBrackets("{", "}")
+                   : words.Unexpected("'{'");
+    }
+    if (!words.AcceptWord("compile"))
+        return words.Unexpected("NULL, compile or asm");
+    const FxToken profile = words.Next();
+    if (!ShaderVersion(isVertex, profile, versionOut))
+        return false;
+    const FxToken name = words.Next();
+    if (name.kind != FxTokenKind::Identifier || !model.names.functions.contains(name.text))
+        return words.FailAt(name.place, FxError::UnknownName,
+                            "there is no function " + FxDescribe(name));
+    return words.Is("(") ? words.SkipBrackets("(", ")") : words.Unexpected("'('");
+}

@@ -1,0 +1,182 @@
+#include "platform/headless/d3dx/effect/FxPassStates.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace {
+
+/// What a light that nobody has set yet begins with: white, along the z axis.
+D3DLIGHT9 FirstLight()
+{
+    D3DLIGHT9 light = {};
+    light.Type = D3DLIGHT_DIRECTIONAL;
+    light.Diffuse = {1.0f, 1.0f, 1.0f, 0.0f};
+    light.Direction = {0.0f, 0.0f, 1.0f};
+    return light;
+}
+
+bool IsRecord(FxStateKind kind)
+{
+    return kind == FxStateKind::Material || kind == FxStateKind::Light;
+}
+
+void Keep(HRESULT result, HRESULT& firstInOut)
+{
+    if (FAILED(result) && SUCCEEDED(firstInOut))
+        firstInOut = result;
+}
+
+} // namespace
+
+HRESULT FxPassStates::Apply(IDirect3DDevice9& device, const FxPass& pass,
+                            std::uint64_t changedAfter)
+{
+    HRESULT first = D3D_OK;
+    sentRecords.clear();
+    for (const FxAssignment& assignment : pass.states) {
+        if (changedAfter != 0 && assignment.Newest() <= changedAfter)
+            continue;
+        Keep(IsRecord(assignment.state->kind) ? ApplyRecord(device, pass, assignment)
+                                              : ApplyOne(device, assignment),
+             first);
+    }
+    return first;
+}
+
+DWORD FxPassStates::Word(const FxState& state, const FxExpression& value)
+{
+    const FxNumber number = value.Evaluate(scratch);
+    switch (state.value) {
+    case FxStateValue::Truth:
+        return number.Bool(0) ? 1 : 0;
+    case FxStateValue::Float:
+        return std::bit_cast<DWORD>(number.Float(0));
+    case FxStateValue::Color: {
+        if (number.shape.IsScalar())
+            break;
+        const float color[] = {number.Float(0), number.Float(1), number.Float(2),
+                               number.shape.columns > 3 ? number.Float(3) : 0.0f};
+        return FxPackColor(color, number.shape.columns);
+    }
+    default:
+        break;
+    }
+    return static_cast<DWORD>(number.Int(0));
+}
+
+D3DMATRIX FxPassStates::Matrix(const FxExpression& value)
+{
+    const FxNumber number = value.Evaluate(scratch);
+    D3DMATRIX matrix = {};
+    for (UINT i = 0; i < 16; ++i)
+        matrix.m[i / 4][i % 4] = number.Float(i);
+    return matrix;
+}
+
+HRESULT FxPassStates::ApplyTexture(IDirect3DDevice9& device, UINT stage, const FxObject& object)
+{
+    const FxParameter* parameter = object.Resolve(scratch);
+    return device.SetTexture(stage, parameter ? parameter->storage->textures[parameter->first].Get()
+                                              : nullptr);
+}
+
+HRESULT FxPassStates::ApplySampler(IDirect3DDevice9& device, const FxAssignment& assignment)
+{
+    const FxParameter* sampler = assignment.object.Resolve(scratch);
+    HRESULT first = D3D_OK;
+    if (!sampler)
+        return device.SetTexture(assignment.index, nullptr);
+    for (const FxAssignment& inner : sampler->samplerStates) {
+        const FxState& state = *inner.state;
+        Keep(state.kind == FxStateKind::Texture
+                 ? ApplyTexture(device, assignment.index, inner.object)
+                 : device.SetSamplerState(assignment.index,
+                                          static_cast<D3DSAMPLERSTATETYPE>(state.number),
+                                          Word(state, inner.value)),
+             first);
+    }
+    return first;
+}
+
+/// A pass with a shader is never applied, so the shaders that arrive here are none.
+HRESULT FxPassStates::ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment)
+{
+    const FxState& state = *assignment.state;
+    const UINT index = assignment.index;
+    switch (state.kind) {
+    case FxStateKind::Render:
+        return device.SetRenderState(static_cast<D3DRENDERSTATETYPE>(state.number),
+                                     Word(state, assignment.value));
+    case FxStateKind::Stage:
+        return device.SetTextureStageState(index,
+                                           static_cast<D3DTEXTURESTAGESTATETYPE>(state.number),
+                                           Word(state, assignment.value));
+    case FxStateKind::Sampler:
+        return device.SetSamplerState(index, static_cast<D3DSAMPLERSTATETYPE>(state.number),
+                                      Word(state, assignment.value));
+    case FxStateKind::Transform: {
+        const D3DMATRIX matrix = Matrix(assignment.value);
+        return device.SetTransform(static_cast<D3DTRANSFORMSTATETYPE>(state.number + index),
+                                   &matrix);
+    }
+    case FxStateKind::LightEnable:
+        return device.LightEnable(index, Word(state, assignment.value) != 0);
+    case FxStateKind::Texture:
+        return ApplyTexture(device, index, assignment.object);
+    case FxStateKind::SamplerObject:
+        return ApplySampler(device, assignment);
+    case FxStateKind::VertexShader:
+        return device.SetVertexShader(nullptr);
+    case FxStateKind::PixelShader:
+        return device.SetPixelShader(nullptr);
+    case FxStateKind::VertexFormat:
+        return device.SetFVF(Word(state, assignment.value));
+    case FxStateKind::PatchSegments:
+        return device.SetNPatchMode(std::bit_cast<float>(Word(state, assignment.value)));
+    default:
+        return D3D_OK;
+    }
+}
+
+// ---- The material and the lights, which the device takes as a whole
+
+/// All fields of one record that the pass assigns, in their order.
+void FxPassStates::PutFields(const FxPass& pass, const FxAssignment& first, void* recordOut)
+{
+    auto* bytes = static_cast<unsigned char*>(recordOut);
+    for (const FxAssignment& assignment : pass.states) {
+        const FxState& state = *assignment.state;
+        if (state.kind != first.state->kind || assignment.index != first.index)
+            continue;
+        unsigned char* field = bytes + std::size_t{state.number} * sizeof(float);
+        if (state.value == FxStateValue::Floats) {
+            const FxNumber number = assignment.value.Evaluate(scratch);
+            std::memcpy(field, number.cells.data(), state.floats * sizeof(float));
+        } else {
+            // The only such field is a light's type, whose enumeration has 31 bits.
+            const DWORD word = Word(state, assignment.value) & D3DLIGHT_FORCE_DWORD;
+            std::memcpy(field, &word, sizeof word);
+        }
+    }
+}
+
+HRESULT FxPassStates::ApplyRecord(IDirect3DDevice9& device, const FxPass& pass,
+                                  const FxAssignment& first)
+{
+    const FxStateKey key = {first.state->kind, first.index, 0};
+    if (std::find(sentRecords.begin(), sentRecords.end(), key) != sentRecords.end())
+        return D3D_OK;
+    sentRecords.push_back(key);
+    if (key.kind == FxStateKind::Material) {
+        D3DMATERIAL9 material = {};
+        const HRESULT result = device.GetMaterial(&material);
+        PutFields(pass, first, &material);
+        return FAILED(result) ? result : device.SetMaterial(&material);
+    }
+    D3DLIGHT9 light = {};
+    if (FAILED(device.GetLight(key.index, &light)))
+        light = FirstLight();
+    PutFields(pass, first, &light);
+    return device.SetLight(key.index, &light);
+}

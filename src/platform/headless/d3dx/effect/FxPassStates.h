@@ -1,0 +1,28 @@
+#pragma once
+
+#include <d3dx9.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxModel.h"
+
+/// Sends the states of passes to a device.
+class FxPassStates {
+public:
+    /// Those states that read a parameter changed after the stamp `changedAfter`, all for 0. The first
+    /// failure, after all have been tried.
+    HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, std::uint64_t changedAfter);
+
+private:
+    HRESULT ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment);
+    HRESULT ApplySampler(IDirect3DDevice9& device, const FxAssignment& assignment);
+    HRESULT ApplyTexture(IDirect3DDevice9& device, UINT stage, const FxObject& object);
+    HRESULT ApplyRecord(IDirect3DDevice9& device, const FxPass& pass, const FxAssignment& first);
+    DWORD Word(const FxState& state, const FxExpression& value);
+    void PutFields(const FxPass& pass, const FxAssignment& first, void* recordOut);
+    D3DMATRIX Matrix(const FxExpression& value);
+
+    std::vector<FxNumber> scratch;
+    std::vector<FxStateKey> sentRecords;
+};

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <d3dx9.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxMacros.h"
+
+/// An effect's text with includes brought in, conditions settled and macros replaced.
+class FxPreprocessor {
+public:
+    FxPreprocessor(FxSources& textSources, FxDiagnostics& log);
+
+    /// `macros` end in a record of nulls; null for none.
+    bool Define(const D3DXMACRO* macros);
+    /// Appends the words of `bytes`, known as `path`, to `wordsOut`.
+    bool Run(const std::string& path, std::string_view bytes, std::vector<FxToken>& wordsOut);
+
+private:
+    struct Source {
+        std::string path;
+        const void* data = nullptr;
+        std::vector<FxToken> words;
+        std::size_t position = 0;
+        std::size_t conditions = 0;  ///< open when the file began
+        std::uint32_t file = 0;      ///< the name that places carry
+        std::uint32_t lineShift = 0; ///< by `#line`, wrapping round
+    };
+    struct Condition {
+        FxPlace place;
+        bool isActive;
+        bool wasActive; ///< one of its branches was taken
+        bool isOuterActive;
+        bool sawElse;
+    };
+    using Words = std::span<const FxToken>;
+
+    bool Push(const std::string& path, const FxSourceText& text, const void* data, FxPlace place);
+    bool FinishSource();
+    bool IsActive() const { return conditions.empty() || conditions.back().isActive; }
+    std::vector<FxToken> TakeText();
+    std::vector<FxToken> TakeLine();
+    bool Directive(Words line);
+    bool ConditionDirective(std::string_view name, Words line, bool& wasOneOut);
+    bool Begin(bool isActive, FxPlace place);
+    bool BeginIfDefined(std::string_view name, Words line);
+    bool ElseIf(Words line);
+    bool Else(FxPlace place);
+    bool EndIf(FxPlace place);
+    bool Evaluate(Words line, bool& valueOut);
+    bool DefineDirective(Words line);
+    bool Undefine(Words line);
+    bool Include(Words line);
+    bool SetLine(Words line);
+    bool RaiseError(Words line);
+
+    FxSources& sources;
+    FxDiagnostics& diagnostics;
+    FxMacros macros;
+    std::vector<Source> stack;
+    std::vector<Condition> conditions;
+    std::size_t includes = 0;
+    std::size_t tokensRead = 0;
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <d3dx9.h>
+
+#include <string>
+
+/// A buffer with a terminated text, of which the caller holds one reference. Null if there is no memory.
+ID3DXBuffer* FxMakeTextBuffer(const std::string& text);

@@ -1,0 +1,101 @@
+#include "platform/headless/d3dx/effect/FxTypes.h"
+
+#include "platform/headless/d3dx/effect/FxToken.h"
+
+namespace {
+
+struct NamedType {
+    std::string_view name;
+    D3DXPARAMETER_TYPE type;
+};
+
+/// Letter case matters. `half` and `double` are kept as floats, as the public interface has no others.
+constexpr NamedType kNumbers[] = {
+    {"bool", D3DXPT_BOOL},  {"int", D3DXPT_INT},      {"uint", D3DXPT_INT},
+    {"dword", D3DXPT_INT},  {"DWORD", D3DXPT_INT},    {"float", D3DXPT_FLOAT},
+    {"half", D3DXPT_FLOAT}, {"double", D3DXPT_FLOAT},
+};
+
+/// Letter case does not matter.
+constexpr NamedType kObjects[] = {
+    {"void", D3DXPT_VOID},
+    {"string", D3DXPT_STRING},
+    {"texture", D3DXPT_TEXTURE},
+    {"texture1D", D3DXPT_TEXTURE1D},
+    {"texture2D", D3DXPT_TEXTURE2D},
+    {"texture3D", D3DXPT_TEXTURE3D},
+    {"textureCUBE", D3DXPT_TEXTURECUBE},
+    {"sampler", D3DXPT_SAMPLER},
+    {"sampler1D", D3DXPT_SAMPLER1D},
+    {"sampler2D", D3DXPT_SAMPLER2D},
+    {"sampler3D", D3DXPT_SAMPLER3D},
+    {"samplerCUBE", D3DXPT_SAMPLERCUBE},
+    {"pixelshader", D3DXPT_PIXELSHADER},
+    {"vertexshader", D3DXPT_VERTEXSHADER},
+};
+
+/// 1 to 4, or 0 for any other text.
+UINT Extent(std::string_view text)
+{
+    return text.size() == 1 && text[0] >= '1' && text[0] <= '4' ? static_cast<UINT>(text[0] - '0')
+                                                                : 0;
+}
+
+bool FindNumeric(D3DXPARAMETER_TYPE type, std::string_view extents, FxType& typeOut)
+{
+    if (extents.empty()) {
+        typeOut = FxType::Of(type, 1, 1, false);
+        return true;
+    }
+    const bool isMatrix = extents.size() == 3 && extents[1] == 'x';
+    const UINT rows = isMatrix ? Extent(extents.substr(0, 1)) : 1;
+    const UINT columns = Extent(isMatrix ? extents.substr(2) : extents);
+    typeOut = FxType::Of(type, rows, columns, isMatrix);
+    return rows > 0 && columns > 0;
+}
+
+} // namespace
+
+FxType FxType::Of(D3DXPARAMETER_TYPE type, UINT rows, UINT columns, bool isMatrix)
+{
+    FxType result;
+    result.kind = isMatrix ? D3DXPC_MATRIX_ROWS : columns > 1 ? D3DXPC_VECTOR : D3DXPC_SCALAR;
+    result.type = type;
+    result.rows = rows;
+    result.columns = columns;
+    return result;
+}
+
+FxType FxType::Object(D3DXPARAMETER_TYPE type)
+{
+    return {D3DXPC_OBJECT, type, 0, 0, nullptr};
+}
+
+bool FxFindBuiltInType(std::string_view name, FxType& typeOut)
+{
+    for (const NamedType& object : kObjects) {
+        if (FxSameWord(object.name, name)) {
+            typeOut = FxType::Object(object.type);
+            return true;
+        }
+    }
+    for (const NamedType& number : kNumbers)
+        if (name.starts_with(number.name) &&
+            FindNumeric(number.type, name.substr(number.name.size()), typeOut))
+            return true;
+    const bool isMatrix = name == "matrix";
+    if (isMatrix || name == "vector") {
+        typeOut = FxType::Of(D3DXPT_FLOAT, isMatrix ? 4 : 1, 4, isMatrix);
+        return true;
+    }
+    return false;
+}
+
+bool FxNames::FindType(std::string_view name, FxType& typeOut) const
+{
+    const auto known = types.find(name);
+    if (known == types.end())
+        return FxFindBuiltInType(name, typeOut);
+    typeOut = known->second;
+    return true;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <d3dx9.h>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxNumber.h"
+
+struct FxParameter;
+struct FxStruct;
+
+/// What a parameter can be declared as.
+struct FxType {
+    D3DXPARAMETER_CLASS kind = D3DXPC_SCALAR;
+    D3DXPARAMETER_TYPE type = D3DXPT_FLOAT;
+    UINT rows = 1; ///< 0 with `columns` for objects and structs
+    UINT columns = 1;
+    const FxStruct* structure = nullptr; ///< not owned, lives in `FxNames`
+
+    bool IsNumeric() const { return kind <= D3DXPC_MATRIX_COLUMNS; }
+    bool IsVoid() const { return kind == D3DXPC_OBJECT && type == D3DXPT_VOID; }
+    FxShape Shape() const { return {type, rows, columns}; }
+
+    static FxType Of(D3DXPARAMETER_TYPE type, UINT rows, UINT columns, bool isMatrix);
+    static FxType Object(D3DXPARAMETER_TYPE type);
+};
+
+struct FxMember {
+    FxType type;
+    std::string name;
+    std::string semantic;
+    bool hasSemantic = false;
+    UINT elements = 0;
+};
+
+struct FxStruct {
+    std::vector<FxMember> members;
+    int depth = 1;         ///< structs inside one another, this one counted
+    std::size_t nodes = 0; ///< parameters that one value takes, itself not counted
+    std::size_t cells = 0;
+};
+
+/// A built-in type: `float`, `int3`, `half4x4`, `texture2D`, `sampler`, `string`, `void`... False for
+/// any other word.
+bool FxFindBuiltInType(std::string_view name, FxType& typeOut);
+
+/// What the names of an effect's text mean, so far.
+struct FxNames {
+    std::map<std::string, FxParameter*, std::less<>> parameters; ///< not owned, live in the effect
+    std::map<std::string, FxType, std::less<>> types;            ///< structs and `typedef`
+    std::set<std::string, std::less<>> functions;
+    std::vector<std::unique_ptr<FxStruct>> structs;
+
+    bool FindType(std::string_view name, FxType& typeOut) const;
+};

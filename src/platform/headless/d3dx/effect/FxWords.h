@@ -1,0 +1,100 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxToken.h"
+
+/// The words of an effect as its reader goes over them.
+class FxWords {
+public:
+    FxWords(std::vector<FxToken> all, FxDiagnostics& log) : words(std::move(all)), diagnostics(log)
+    {
+        end.place = words.empty() ? FxPlace() : words.back().place;
+    }
+
+    bool AtEnd() const { return position >= words.size(); }
+    /// A word of the kind `End`, with the place of the last word, behind the last one.
+    const FxToken& Peek(std::size_t ahead = 0) const
+    {
+        return position + ahead < words.size() ? words[position + ahead] : end;
+    }
+    FxToken Next()
+    {
+        FxToken word = Peek();
+        position += AtEnd() ? 0 : 1;
+        return word;
+    }
+    bool Is(std::string_view sign) const { return Peek().Is(sign); }
+    bool Accept(std::string_view sign)
+    {
+        const bool fits = Is(sign);
+        position += fits ? 1 : 0;
+        return fits;
+    }
+    bool AcceptWord(std::string_view word)
+    {
+        const bool fits = Peek().IsWord(word);
+        position += fits ? 1 : 0;
+        return fits;
+    }
+    bool Expect(std::string_view sign)
+    {
+        return Accept(sign) || Unexpected("'" + std::string(sign) + "'");
+    }
+    bool ExpectName(std::string& nameOut)
+    {
+        if (Peek().kind != FxTokenKind::Identifier)
+            return Unexpected("a name");
+        nameOut = Next().text;
+        return true;
+    }
+    /// The end of angle brackets, also where it is written together with a sign that follows.
+    bool AcceptClosingAngle()
+    {
+        if (Accept(">"))
+            return true;
+        if (!Is(">=") && !Is(">>") && !Is(">>="))
+            return false;
+        words[position].text.remove_prefix(1);
+        ++words[position].place.column;
+        return true;
+    }
+    /// Skips from an opening bracket to behind the one that closes it.
+    bool SkipBrackets(std::string_view open, std::string_view close)
+    {
+        const FxToken first = Peek();
+        std::size_t depth = 0;
+        do {
+            if (AtEnd())
+                return diagnostics.Fail(first.place, FxError::Syntax,
+                                        FxDescribe(first) + " is not closed");
+            const FxToken word = Next();
+            depth += word.Is(open) ? 1 : 0;
+            depth -= word.Is(close) ? 1 : 0;
+        } while (depth > 0);
+        return true;
+    }
+
+    /// The error that something else should stand here.
+    bool Unexpected(const std::string& wanted)
+    {
+        return Fail(FxError::Syntax, wanted + " is expected, not " + FxDescribe(Peek()));
+    }
+    /// An error at the next word.
+    bool Fail(FxError error, const std::string& what)
+    {
+        return diagnostics.Fail(Peek().place, error, what);
+    }
+    bool FailAt(FxPlace place, FxError error, const std::string& what)
+    {
+        return diagnostics.Fail(place, error, what);
+    }
+
+private:
+    std::vector<FxToken> words;
+    FxToken end;
+    std::size_t position = 0;
+    FxDiagnostics& diagnostics;
+};

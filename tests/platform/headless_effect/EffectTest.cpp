@@ -1,0 +1,114 @@
+#include "tests/platform/headless_effect/EffectTest.h"
+
+namespace {
+
+std::string TextOf(ID3DXBuffer* buffer)
+{
+    return buffer ? static_cast<const char*>(buffer->GetBufferPointer()) : "";
+}
+
+} // namespace
+
+Com<ID3DXEffect> EffectTest::Make(const std::string& text, ID3DXEffectPool* pool)
+{
+    Com<ID3DXEffect> effect;
+    Com<ID3DXBuffer> errors;
+    EXPECT_EQ(D3DXCreateEffect(device.Get(), text.data(), static_cast<UINT>(text.size()), nullptr,
+                               nullptr, 0, pool, effect.Out(), errors.Out()),
+              D3D_OK)
+        << TextOf(errors.Get()) << text;
+    return effect;
+}
+
+std::string EffectTest::ErrorOf(const std::string& text, const D3DXMACRO* defines,
+                                ID3DXInclude* include)
+{
+    Com<ID3DXEffect> effect;
+    Com<ID3DXBuffer> errors;
+    const HRESULT result =
+        D3DXCreateEffect(device.Get(), text.data(), static_cast<UINT>(text.size()), defines,
+                         include, 0, nullptr, effect.Out(), errors.Out());
+    EXPECT_EQ(result, errors ? D3DXERR_INVALIDDATA : D3D_OK);
+    EXPECT_EQ(static_cast<bool>(effect), !errors);
+    return TextOf(errors.Get());
+}
+
+std::string EffectTest::ErrorOfFile(const char* path)
+{
+    Com<ID3DXEffect> effect;
+    Com<ID3DXBuffer> errors;
+    const HRESULT result = D3DXCreateEffectFromFileA(device.Get(), path, nullptr, nullptr, 0,
+                                                     nullptr, effect.Out(), errors.Out());
+    EXPECT_EQ(result, errors ? D3DXERR_INVALIDDATA : D3D_OK);
+    return TextOf(errors.Get());
+}
+
+DWORD EffectTest::Render(D3DRENDERSTATETYPE state)
+{
+    DWORD value = 0;
+    EXPECT_EQ(device->GetRenderState(state, &value), D3D_OK);
+    return value;
+}
+
+DWORD EffectTest::Stage(DWORD stage, D3DTEXTURESTAGESTATETYPE type)
+{
+    DWORD value = 0;
+    EXPECT_EQ(device->GetTextureStageState(stage, type, &value), D3D_OK);
+    return value;
+}
+
+DWORD EffectTest::Sampler(DWORD sampler, D3DSAMPLERSTATETYPE type)
+{
+    DWORD value = 0;
+    EXPECT_EQ(device->GetSamplerState(sampler, type, &value), D3D_OK);
+    return value;
+}
+
+D3DMATRIX EffectTest::Transform(D3DTRANSFORMSTATETYPE type)
+{
+    D3DMATRIX matrix = {};
+    EXPECT_EQ(device->GetTransform(type, &matrix), D3D_OK);
+    return matrix;
+}
+
+IDirect3DBaseTexture9* EffectTest::BoundTexture(DWORD stage)
+{
+    Com<IDirect3DBaseTexture9> texture;
+    EXPECT_EQ(device->GetTexture(stage, texture.Out()), D3D_OK);
+    return texture.Get();
+}
+
+void EffectTest::BeginFirstPass(ID3DXEffect* effect, DWORD flags)
+{
+    UINT passes = 0;
+    ASSERT_EQ(effect->Begin(&passes, flags), D3D_OK);
+    ASSERT_GT(passes, 0u);
+    ASSERT_EQ(effect->BeginPass(0), D3D_OK);
+}
+
+void EffectTest::EndPassAndEffect(ID3DXEffect* effect)
+{
+    EXPECT_EQ(effect->EndPass(), D3D_OK);
+    EXPECT_EQ(effect->End(), D3D_OK);
+}
+
+float FloatOf(ID3DXEffect* effect, const char* name)
+{
+    float value = 0.0f;
+    EXPECT_EQ(effect->GetFloat(name, &value), D3D_OK) << name;
+    return value;
+}
+
+int IntOf(ID3DXEffect* effect, const char* name)
+{
+    int value = 0;
+    EXPECT_EQ(effect->GetInt(name, &value), D3D_OK) << name;
+    return value;
+}
+
+std::string StringOf(ID3DXEffect* effect, const char* name)
+{
+    const char* text = "";
+    EXPECT_EQ(effect->GetString(name, &text), D3D_OK) << name;
+    return text;
+}
