@@ -112,7 +112,7 @@ double SceneSession::FramesPerSecond(double now) const
     return elapsed > 1.0 ? static_cast<float>(1.0 / elapsed) : 0.0;
 }
 
-void SceneSession::ShowFrame(const char (&banner)[kBannerSize])
+void SceneSession::DrawFrame(const char (&banner)[kBannerSize])
 {
     const double now = GetTimeSeconds();
     scene.Update(FrameTime(now), 1);
@@ -123,5 +123,10 @@ void SceneSession::ShowFrame(const char (&banner)[kBannerSize])
     gGfx->DrawScene(&scene, 0, 0);
     DrawBanner(banner, FramesPerSecond(now));
     gGfx->EndScene();
+}
+
+void SceneSession::ShowFrame(const char (&banner)[kBannerSize])
+{
+    DrawFrame(banner);
     gGfx->ShowFrame();
 }

@@ -16,8 +16,10 @@ public:
     void Load(const char* fileName);
     /// Writes the scene as QSB.
     void Save(const char* targetName);
-    /// Draws the scene at the time that has been reached, with `banner` over it, and presents the
-    /// frame.
+    /// Draws the scene at the time that has been reached, with `banner` over it, into the back
+    /// buffer.
+    void DrawFrame(const char (&banner)[kBannerSize]);
+    /// Draws the frame and presents it.
     void ShowFrame(const char (&banner)[kBannerSize]);
 
 private:

@@ -16,6 +16,7 @@
 #include "gfx/KRE_PointRecord.h"
 #include "gfx/KRE_PrintfContainer.h"
 #include "gfx/KRE_ResourceManager.h"
+#include "gfx/KRE_ShaderEffect.h"
 #include "gfx/KRE_StageProgram.h"
 #include "gfx/KRE_StateCache.h"
 #include "gfx/KRE_Surface.h"
@@ -24,6 +25,7 @@
 #include "gfx/KRE_VertexListTemp.h"
 #include "gfx/KRE_VideoSource.h"
 #include "gfx/RandomGenerator.h"
+#include "gfx/ShaderEffectData.h"
 #include "platform/ComPointer.h"
 
 class KRE_3dScene;
@@ -33,7 +35,6 @@ class KRE_MaterialInfo;
 class KRE_Mesh;
 class KRE_VertexList;
 struct KRE_ClipObject;
-class KRE_ShaderEffect;
 class QSALoader;
 class File;
 struct KRE_TextureRequest;
@@ -51,6 +52,10 @@ struct KRE_GfxRuntime {
     /// The interface with one reference for the caller, or null.
     IDirect3D9* (*createDirect3D)(UINT sdkVersion);
     HRESULT(WINAPI* createEffectPool)(ID3DXEffectPool** poolOut) = D3DXCreateEffectPool;
+    HRESULT(WINAPI* createEffect)
+    (IDirect3DDevice9* device, LPCSTR file, const D3DXMACRO* defines, ID3DXInclude* include,
+     DWORD flags, ID3DXEffectPool* pool, ID3DXEffect** effectOut,
+     ID3DXBuffer** errorsOut) = D3DXCreateEffectFromFileA;
 
     static const KRE_GfxRuntime& System();
 };
@@ -480,12 +485,61 @@ public:
     KRE_Font* currentFont = nullptr; ///< not owned, lives with graphics start-up
     KRE_PrintfContainer printf;
 
-    // ---- Effects
+    // ---- Effects: KRE_GfxEffects.cpp, KRE_GfxEffectFrame.cpp, render/KRE_GfxSceneEffects.cpp
 
-    KRE_ShaderEffect* materialEffect = nullptr; ///< not owned, lives in the material
-    KRE_ShaderEffect* sceneEffect = nullptr;    ///< not owned
-    KRE_ShaderEffect* skinningEffect = nullptr; ///< not owned
+    /// Loads and compiles an effect file, or shares it with those that have it, and gives 1. A file
+    /// that is not there is an `Error` or, without `fatalIfMissing`, a warning and 0. What does not
+    /// compile is an `Error`; what does not run on this device is a warning. `flags` are of D3DX.
+    int32_t LoadEffect(KRE_ShaderEffect* effect, const char* file, bool usePool, DWORD flags,
+                       bool fatalIfMissing);
+    /// Loads the effects of all materials of a scene. A file that cannot be found is a warning. An
+    /// effect that reads the screen switches the scene's clearing off.
+    void LoadSceneEffects(KRE_3dScene& scene, const char* directory, const char* sceneName);
+    /// Draws with a material's effect from now on, and hands it the material's values. Null and an
+    /// effect that cannot be used stand for none.
+    void SelectEffect(KRE_ShaderEffect* effect);
+    /// The effect that draws vertices of this format now, or null for fixed-function drawing.
+    KRE_ShaderEffect* GetActiveEffect(const VertexInfo& info);
+    /// Tells an effect all that it asks for. `mesh` may be null; `materialIndex` is its material.
+    void PrepareEffect(KRE_ShaderEffect& effect, KRE_Mesh* mesh, int32_t materialIndex);
+    void UpdateEffectFrame(KRE_ShaderEffect& effect);
+    void UpdateEffectObject(KRE_ShaderEffect& effect, KRE_Mesh& mesh, int32_t materialIndex);
+    /// Once in a frame for each file, while `effectCacheOn` is set.
+    void UpdateEffectLights(KRE_ShaderEffect& effect);
+    /// Makes the target of a pass the render target; what was it is kept in `savedRenderTarget`.
+    void SelectPassTarget(const EffectPassTarget& target);
+
+    KRE_ShaderEffect* materialEffect = nullptr;      ///< not owned, lives in the material
+    KRE_ShaderEffect* sceneEffect = nullptr;         ///< not owned
+    KRE_ShaderEffect* skinningEffect = nullptr;      ///< not owned
+    ComPointer<IDirect3DSurface9> savedRenderTarget; ///< replaced by that of a pass; or null
+    uint8_t loadsSceneEffects = 1; ///< 0: scenes are loaded without the effects that they name
+    uint8_t effectCacheOn = 0; ///< 1: lights and screen copies are brought up to date once a frame
+    float (*getGameTime)() = nullptr; ///< seconds, for effects; null: the time since the start
     RandomGenerator random;
+
+    // ---- Screen buffers: KRE_GfxScreenBuffers.cpp
+
+    static constexpr int32_t kQuarterBuffer = 1; ///< kinds of `GetScreenBufferTexture`
+    static constexpr int32_t kFullBuffer = 2;
+    /// A render target of the back buffer's size or a quarter of both sides, made when first asked
+    /// for; owned here, until the next reset. `index` is 0 or 1, of quarter buffers 0 to 2. Null for
+    /// any other kind or index.
+    IDirect3DTexture9* GetScreenBufferTexture(int32_t kind, int32_t index);
+    /// A copy of the render target as it is now; owned here, until the next reset.
+    IDirect3DTexture9* GetScreenCopyTexture();
+    /// Makes what `drawToPostTexture` needs, and gives 1.
+    int32_t InitPostRenderEffects();
+    void FreePostRenderEffects();
+
+    ComPointer<IDirect3DTexture9> screenBuffers[ShaderEffectData::kScreenBuffers];
+    ComPointer<IDirect3DTexture9> screenQuarterBuffers[ShaderEffectData::kScreenQuarterBuffers];
+    ComPointer<IDirect3DTexture9> screenCopy;
+    ComPointer<IDirect3DTexture9> postTexture;
+    ComPointer<IDirect3DSurface9> postSurface; ///< level 0 of `postTexture`
+    ComPointer<ID3DXRenderToSurface> renderToSurface;
+    uint8_t postEffectsReady = 0;
+    int32_t drawToPostTexture = 0; ///< not 0: `BeginScene` and `EndScene` draw into `postTexture`
 
     // ---- Textures: KRE_GfxTextures.cpp, KRE_GfxLoadTexture.cpp, KRE_GfxFrameList.cpp,
     //      KRE_GfxVideoSources.cpp
@@ -594,6 +648,19 @@ private:
     void SetTintFactor();
     void BlendImage(const KRE_MaterialInfo& info, int32_t mode, float alpha);
 
+    ComPointer<ID3DXEffect> CompileEffect(const char* file, bool usePool, DWORD flags);
+    void LoadMaterialEffect(KRE_3dScene& scene, KRE_MaterialInfo& info, const char* directory,
+                            const char* sceneName);
+    IDirect3DBaseTexture9* TextureOnStage(int32_t stage);
+    void UpdateEffectMatrices(KRE_ShaderEffect& effect);
+    void UpdateEffectTimes(KRE_ShaderEffect& effect);
+    void UpdateEffectTextures(KRE_ShaderEffect& effect);
+    void SetResourceTexture(KRE_ShaderEffect& effect, int32_t index);
+    void CopyScreen();
+    void FreeScreenBuffers();
+    int32_t copiedFrame = -1; ///< numbers of the frame that `screenCopy` shows
+    int32_t copiedSubFrame = -1;
+
     /// Makes one call that draws, unless drawing is switched off.
     template <class Call>
     void Draw(const Call& call, const char* failureText)
@@ -643,6 +710,22 @@ private:
     void DrawHierarchy(KRE_3dScene& scene);
     void DrawObjectMarkers(KRE_3dScene& scene);
     void DrawLightMarkers(KRE_3dScene& scene);
+    /// The same in each pass of an effect, or once without one.
+    template <class Call>
+    void DrawWith(KRE_ShaderEffect* effect, const Call& call, const char* failureText)
+    {
+        if (!effect) {
+            Draw(call, failureText);
+            return;
+        }
+        const UINT passes = effect->Begin();
+        for (UINT pass = 0; pass < passes; ++pass) {
+            effect->BeginPass(pass);
+            Draw(call, failureText);
+            effect->EndPass();
+        }
+        effect->End();
+    }
     void FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across, const D3DXVECTOR2& down,
                   const D3DCOLOR (&colors)[4], float z);
     void CheckCurrentTexture();

@@ -53,13 +53,25 @@ void KRE_Gfx::ClearTarget(DWORD flags, D3DCOLOR color, const D3DRECT* rect)
 
 void KRE_Gfx::BeginScene()
 {
-    Check(device->BeginScene(), "BeginScene failed: %s");
+    if (drawToPostTexture) {
+        Check(renderToSurface ? renderToSurface->BeginScene(postSurface.Get(), &viewport)
+                              : D3DERR_INVALIDCALL,
+              "BeginScene (post effect) failed: %s");
+        Check(device->SetDepthStencilSurface(depthSurface.Get()),
+              "SetDepthStencilSurface failed: %s");
+    } else {
+        Check(device->BeginScene(), "BeginScene failed: %s");
+    }
     inScene = 1;
 }
 
 void KRE_Gfx::EndScene()
 {
-    Check(device->EndScene(), "EndScene failed: %s");
+    if (drawToPostTexture)
+        Check(renderToSurface ? renderToSurface->EndScene(1) : D3DERR_INVALIDCALL,
+              "EndScene (post effect) failed: %s");
+    else
+        Check(device->EndScene(), "EndScene failed: %s");
     inScene = 0;
 }
 

@@ -151,6 +151,7 @@ void KRE_Gfx::AcquireTargetSurfaces()
 
 void KRE_Gfx::ReleaseTargetSurfaces()
 {
+    FreeScreenBuffers();
     renderTarget.Free();
     depthSurface.Free();
 }
@@ -175,6 +176,7 @@ void KRE_Gfx::FreeDeviceObjects()
     pointList.Free();
     lineList.Free();
     backBuffer.Free();
+    FreePostRenderEffects();
     ReleaseTargetSurfaces();
     device.Free();
     deviceReady = 0;

@@ -26,8 +26,12 @@ void KRE_Gfx::DrawTriangleList(KRE_VertexListBase& list, const D3DMATRIX* listTM
           "SetStreamSource in DrawVertexList failed: %s");
     SetFVF(info.fvf);
     const auto type = static_cast<D3DPRIMITIVETYPE>(list.primitiveType);
-    Draw([&] { return device->DrawPrimitive(type, 0, static_cast<UINT>(count)); },
-         "DrawPrimitive in DrawTriangleList failed: %s");
+    KRE_ShaderEffect* const effect = GetActiveEffect(info);
+    if (effect)
+        PrepareEffect(*effect, nullptr, -1);
+    DrawWith(
+        effect, [&] { return device->DrawPrimitive(type, 0, static_cast<UINT>(count)); },
+        "DrawPrimitive in DrawTriangleList failed: %s");
 }
 
 void KRE_Gfx::DrawMesh(ID3DXMesh& mesh, const VertexInfo& info, DWORD firstFace, DWORD faces)
@@ -51,5 +55,8 @@ void KRE_Gfx::DrawMesh(ID3DXMesh& mesh, const VertexInfo& info, DWORD firstFace,
         return device->DrawIndexedPrimitive(D3DPT_TRIANGLELIST, 0, 0, mesh.GetNumVertices(),
                                             firstFace * 3, faces);
     };
-    Draw(drawFaces, kDrawFailed);
+    KRE_ShaderEffect* const effect = GetActiveEffect(info);
+    if (effect)
+        PrepareEffect(*effect, nullptr, -1);
+    DrawWith(effect, drawFaces, kDrawFailed);
 }

@@ -43,11 +43,15 @@ void KRE_Gfx::ResetDevice(const D3DDISPLAYMODE* mode)
     if (mode)
         displayMode = *mode;
     BuildPresentParameters();
+    const bool hadPostEffects = postEffectsReady != 0;
+    FreePostRenderEffects();
     Check(device->Reset(&presentParams), "Device Reset failed: %s");
     ForEachEffect(effectManager, &ID3DXEffect::OnResetDevice);
     AcquireTargetSurfaces();
     ResetStateCache();
     RestoreRenderStates();
+    if (hadPostEffects)
+        InitPostRenderEffects();
 }
 
 /// The window stays alive meanwhile: its messages are handled here.

@@ -90,8 +90,12 @@ void KRE_Gfx::DrawLastTexture()
         DisableZ();
     SetTextureAddress(currentTexture->clampFlag ? D3DTADDRESS_WRAP : D3DTADDRESS_CLAMP, 0);
     SetFVF(KRE_TLVertex::kFvf);
-    Draw([&] { return device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, kQuadPrimitives); },
-         " DrawPrimitive in DrawLastTexture failed: %s");
+    KRE_ShaderEffect* const effect = sceneEffect && sceneEffect->IsUsable() ? sceneEffect : nullptr;
+    if (effect)
+        PrepareEffect(*effect, nullptr, -1);
+    DrawWith(
+        effect, [&] { return device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, kQuadPrimitives); },
+        " DrawPrimitive in DrawLastTexture failed: %s");
     cache.samplerState[0][D3DSAMP_ADDRESSU] = kUnsetAddress;
     cache.samplerState[0][D3DSAMP_ADDRESSV] = kUnsetAddress;
     // QUIRK: with `spriteUsesZ` there is no `DisableZ` to match, so a sprite that is drawn while

@@ -10,5 +10,9 @@ public:
     /// Fills the table from one number, by the linear rule x * 69069 + 1.
     void Seed(uint32_t seed);
 
+    /// The next number of the sequence, from 0 to below 1.
+    float NextFloat();
+
     uint32_t table[kWords] = {};
+    int32_t next = kWords; ///< word that is given next; at the end the table is made anew
 };

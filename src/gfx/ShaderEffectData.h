@@ -1,10 +1,99 @@
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include <d3dx9.h>
 
 #include "platform/ComPointer.h"
 
-/// What all users of one effect file share. Registered with the engine's effect manager.
+/// What an effect file may ask the engine for, by the semantic of a parameter.
+enum class EffectSemantic : int32_t {
+    kWorldViewProjection,
+    kWorldView,
+    kWorld,
+    kWorldInverseTranspose,
+    kView,
+    kViewInverse,
+    kProjection,
+    kViewProjection,
+    kViewPosition,
+    kDiffuseMap,
+    kNormalMap,
+    kTime,
+    kElapsedTime,
+    kGameTime,
+    kRandom,
+    kFogStartEnd,
+    kInvViewPortDim,
+    kTextureMatrix,
+    kOpacity,
+    kScreenCopy,
+    kNumBlendWeights,
+    kWorldMatrixArray,
+    kReflectionMapType,
+    kReflectionMap,
+    kTransformReflectionMap,
+    kDiffuseMaterial,
+    kAmbientMaterial,
+    kSpecularMaterial,
+    kSpecularPower,
+    kEmissiveMaterial,
+    kNumDirectionalLights,
+    kNumOmniLights,
+    kOmniLightPosition,
+    kOmniLightDiffCol,
+    kOmniLightSpecCol,
+    kOmniLightAmbiCol,
+    kOmniLightAttenuation,
+    kDirectionalLightDirection,
+    kDirectionalLightDiffCol,
+    kDirectionalLightSpecCol,
+    kAmbientColor,
+    kCount
+};
+
+enum class EffectTargetKind : int32_t { kNone, kScreenQuarterBuffer, kScreenBuffer, kInitial };
+
+/// Where a pass draws to.
+struct EffectPassTarget {
+    EffectTargetKind kind = EffectTargetKind::kNone;
+    int32_t index = 0; ///< of the buffer, from 0
+};
+
+struct EffectTechnique {
+    int32_t passCount = 0;
+    D3DXHANDLE handle = nullptr;
+    std::vector<EffectPassTarget> passTargets; ///< `passCount` of them
+    bool hasVertexShader = false;              ///< in any pass
+};
+
+/// What all users of one effect file share. Registered with the engine's effect manager. Handles
+/// belong to the effect; null is a parameter that it does not have.
 struct ShaderEffectData {
+    static constexpr int32_t kResources = 16;
+    static constexpr int32_t kParams = 8;
+    static constexpr int32_t kScreenBuffers = 2;
+    static constexpr int32_t kScreenQuarterBuffers = 3;
+
     ComPointer<ID3DXEffect> effect;
+    D3DXHANDLE semantics[static_cast<int32_t>(EffectSemantic::kCount)]{};
+    D3DXHANDLE screenBuffers[kScreenBuffers]{};
+    D3DXHANDLE screenQuarterBuffers[kScreenQuarterBuffers]{};
+    D3DXHANDLE fParams[kParams]{};
+    D3DXHANDLE vParams[kParams]{};
+    D3DXHANDLE resourceParams[kResources]{}; ///< textures that the effect names itself
+    D3DXHANDLE resourceNames[kResources]{};  ///< their "ResourceName" annotations
+    int32_t resourceCount = 0;
+    int32_t parameterCount = 0;
+    int32_t techniqueCount = 0;
+    int32_t technique = -1;   ///< the one that was chosen for all users
+    int32_t lightsFrame = -1; ///< number of the frame that the lights were set for
+    bool invalid = false;     ///< no technique runs on this device
+    std::vector<EffectTechnique> techniques;
+
+    D3DXHANDLE Handle(EffectSemantic semantic) const
+    {
+        return semantics[static_cast<int32_t>(semantic)];
+    }
 };

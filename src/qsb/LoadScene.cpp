@@ -75,6 +75,11 @@ void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     scene.fileTime = file.GetFileTime();
     file.Close();
     scene.name = name;
+    if (!loadsSceneEffects)
+        return;
+    String directory;
+    SplitDirectory(name.c_str(), &directory);
+    LoadSceneEffects(scene, directory.c_str(), name.c_str());
 }
 
 void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags)

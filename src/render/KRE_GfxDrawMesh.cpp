@@ -29,6 +29,7 @@ int32_t KRE_Gfx::DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
         DrawRigidMesh(draw, extraTM);
     else
         DrawSkinnedMesh(draw, extraTM);
+    SelectEffect(nullptr);
     PutBack(before);
     return 1;
 }
@@ -116,6 +117,7 @@ void KRE_Gfx::DrawMaterialAs(const KRE_MaterialInfo& info, const MeshDraw& draw,
     const KRE_MaterialInfo& own = draw.mesh.materials[index];
     KRE_Texture& texture = draw.mesh.textures[index];
     if (!draw.noMaterials) {
+        SelectEffect(own.effect.get());
         SetMaterialReflect(info, own.reflectionSet >= 0);
         if (draw.singleStage) {
             SetTexture(nullptr, 1);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_ShaderEffect.h"
 #include "scene/KRE_Mesh.h"
 
 namespace {
@@ -71,6 +72,13 @@ D3DXVECTOR2 SphereCoordinates(const D3DXVECTOR3& eye, const D3DXVECTOR3& positio
 
 int32_t KRE_Gfx::DrawSubset(KRE_Mesh& mesh, int32_t subset)
 {
+    if (KRE_ShaderEffect* effect = GetActiveEffect(mesh)) {
+        PrepareEffect(*effect, &mesh, subset);
+        DrawWith(
+            effect, [&] { return mesh.mesh->DrawSubset(static_cast<DWORD>(subset)); },
+            "DrawSubset failed: %s");
+        return 1;
+    }
     const bool hasMaterial = subset >= 0 && subset < mesh.materialCount;
     const int32_t reflectionSet = hasMaterial ? mesh.materials[subset].reflectionSet : -1;
     if (reflectionSet == -1) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include <d3d9.h>
 
@@ -15,6 +16,8 @@ enum KRE_TransparencyType : int32_t {
     kTransparencyAdditive = 1,
     kTransparencySubtractive = 2,
 };
+
+class KRE_ShaderEffect;
 
 /// The material of one attribute of a mesh. It begins as a `D3DMATERIAL9`.
 class KRE_MaterialInfo {
@@ -42,6 +45,7 @@ public:
     KRE_ColorTrack selfIllumTrack;
     KRE_FloatTrack opacityTrack; ///< of `transparency`, in spite of its name
     KRE_EffectParams effectParams;
+    std::shared_ptr<KRE_ShaderEffect> effect; ///< loaded from it, shared by copies; or null
 
     /// Colours and exponent of a mesh that was just created.
     void SetDrawingDefaults();

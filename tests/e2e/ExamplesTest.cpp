@@ -34,6 +34,8 @@ std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes
     for (const auto& entry : fs::recursive_directory_iterator(source)) {
         if (!entry.is_regular_file() || (IsOddScene(entry.path()) && !withOddScenes))
             continue;
+        if (entry.path().extension() == ".qsb" || entry.path().filename() == "logfile.txt")
+            continue; // left by somebody who tried them
         const fs::path name = entry.path().lexically_relative(source);
         fs::create_directories((target / name).parent_path());
         fs::copy_file(entry.path(), target / name);

@@ -1,6 +1,7 @@
 #include "tests/gfx/EngineTest.h"
 
 #include "base/ResetLogForTests.h"
+#include "tests/support/ScriptedEffect.h"
 
 #include <utility>
 
@@ -16,6 +17,8 @@ std::unique_ptr<KRE_Gfx> MakeEngine(RecordingDirect3D* direct3D)
     static const KRE_GfxRuntime kRuntime = {
         [](const char*) { return true; },
         [](UINT) { return std::exchange(gNextDirect3D, nullptr); },
+        D3DXCreateEffectPool,
+        CreateScriptedEffect,
     };
     return std::make_unique<KRE_Gfx>(kRuntime);
 }

@@ -1,7 +1,7 @@
 #include "tests/gfx/EngineTest.h"
 
 #include "gfx/ShaderEffectData.h"
-#include "tests/gfx/FakeEffect.h"
+#include "tests/support/FakeEffect.h"
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;

@@ -1,6 +1,8 @@
 #include "gfx/RandomGenerator.h"
 
 #include <gtest/gtest.h>
+#include <random>
+#include <sstream>
 
 TEST(RandomGenerator, TableTakesTheHighHalvesOfTwoStepsAWord)
 {
@@ -40,4 +42,45 @@ TEST(RandomGenerator, SeedsDiffer)
     one.Seed(1);
     two.Seed(2);
     EXPECT_NE(one.table[623], two.table[623]);
+}
+
+TEST(RandomGenerator, NumbersAreThoseOfTheStandardsGeneratorFromTheSameTable)
+{
+    // The library's own generator takes its state from a text: 624 words, and libstdc++ wants the
+    // position behind them. 1500 numbers make the table anew twice.
+    RandomGenerator random;
+    random.Seed(1234);
+    std::stringstream state;
+    for (uint32_t word : random.table)
+        state << word << ' ';
+    state << RandomGenerator::kWords;
+    std::mt19937 standard;
+    state >> standard;
+    ASSERT_FALSE(state.fail());
+    for (int i = 0; i < 1500; ++i) {
+        // The upper 24 bits, which a float holds exactly, over 2^24.
+        const float expected = static_cast<float>(standard() >> 8) / 16777216.0f;
+        ASSERT_EQ(random.NextFloat(), expected) << i;
+    }
+}
+
+TEST(RandomGenerator, NumbersAreFromZeroToBelowOne)
+{
+    RandomGenerator random;
+    random.Seed(77);
+    for (int i = 0; i < 10000; ++i) {
+        const float number = random.NextFloat();
+        ASSERT_GE(number, 0.0f);
+        ASSERT_LT(number, 1.0f);
+    }
+}
+
+TEST(RandomGenerator, SeedBeginsTheSequenceAnew)
+{
+    RandomGenerator random;
+    random.Seed(9);
+    const float first = random.NextFloat();
+    random.NextFloat();
+    random.Seed(9);
+    EXPECT_EQ(random.NextFloat(), first);
 }

@@ -233,3 +233,19 @@ TEST_F(LoadSceneTest, NothingIsHeldAfterALoad)
     EXPECT_EQ(gOpenHandlesCount, 0);
     EXPECT_EQ(gQsbReadContext.object, nullptr);
 }
+
+TEST_F(LoadSceneTest, MaterialsGetTheirEffectsUnlessTheEngineLoadsNone)
+{
+    QsbFile file;
+    file.scene.meshes.push_back(QsbTriangle("Hull"));
+    file.scene.meshes[0].materials[0].effect = "lost.fx";
+    KRE_3dScene scene;
+    gGfx->loadsSceneEffects = 0;
+    Load(scene, file);
+    EXPECT_EQ(LogText().find("lost.fx"), std::string::npos);
+    scene.Reset();
+    gGfx->loadsSceneEffects = 1;
+    Load(scene, file);
+    EXPECT_THAT(LogText(), HasSubstr("DirectX shader effect 'lost.fx' not found (for scene "
+                                     "'scene.qsb')"));
+}

@@ -2,6 +2,7 @@
 
 #include "base/ResetLogForTests.h"
 #include "tests/support/LiveObjects.h"
+#include "tests/support/ScriptedEffect.h"
 
 namespace {
 
@@ -16,7 +17,8 @@ IDirect3D9* GiveOffered(UINT)
     return gOffered;
 }
 
-constexpr KRE_GfxRuntime kOfferedRuntime = {[](const char*) { return true; }, GiveOffered};
+constexpr KRE_GfxRuntime kOfferedRuntime = {[](const char*) { return true; }, GiveOffered,
+                                            D3DXCreateEffectPool, CreateScriptedEffect};
 
 HWND MakeHiddenWindow()
 {

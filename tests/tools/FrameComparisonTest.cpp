@@ -1,5 +1,6 @@
 #include "tools/frames/FrameComparison.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -92,6 +93,50 @@ TEST(IsWithin, EachShareHasItsOwnLimit)
     for (const auto& c : cases)
         EXPECT_EQ(IsWithin({true, 1000, c.displaced, c.wrong, 255}, {4, 2.0, 0.1}), c.expected)
             << c.what;
+}
+
+TEST(CompareSceneFrames, RoundingOfTwoStepsIsWithinWhereverItIs)
+{
+    Frame other = Black();
+    std::fill(other.pixels.begin(), other.pixels.end(), 0xFF020202);
+    EXPECT_TRUE(CompareSceneFrames(Black(), other).IsWithin());
+}
+
+TEST(CompareSceneFrames, OnePercentMayDifferByMore)
+{
+    Frame other = Black();
+    other.pixels[44] = 0xFF100000; // 16 steps are not large
+    EXPECT_TRUE(CompareSceneFrames(Black(), other).IsWithin());
+    other.pixels[77] = 0xFF000003;
+    EXPECT_FALSE(CompareSceneFrames(Black(), other).IsWithin());
+}
+
+// 1,000 pixels, of which a spot of one differs by 17.
+TEST(CompareSceneFrames, NothingAwayFromEdgesMayBeOffByMoreThanSixteen)
+{
+    const Frame black = {100, 10, std::vector<std::uint32_t>(1000, kBlack)};
+    Frame spot = black, moved = black;
+    spot.pixels[505] = 0xFF110000;
+    EXPECT_FALSE(CompareSceneFrames(black, spot).IsWithin());
+    moved.pixels[506] = 0xFF110000;
+    EXPECT_TRUE(CompareSceneFrames(spot, moved).IsWithin()) << "one pixel aside";
+}
+
+// 0.001 % of 200,000 pixels.
+TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayBe)
+{
+    const Frame black = {500, 400, std::vector<std::uint32_t>(200000, kBlack)};
+    Frame spots = black;
+    spots.pixels[50250] = spots.pixels[100250] = kWhite;
+    EXPECT_TRUE(CompareSceneFrames(black, spots).IsWithin());
+    spots.pixels[150250] = kWhite;
+    EXPECT_FALSE(CompareSceneFrames(black, spots).IsWithin());
+}
+
+TEST(CompareSceneFrames, SizesMustBeTheSame)
+{
+    const Frame wide = {20, 5, std::vector<std::uint32_t>(100, kBlack)};
+    EXPECT_FALSE(CompareSceneFrames(Black(), wide).IsWithin());
 }
 
 TEST(DifferenceFrame, ShowsWhereAndHow)

@@ -5,12 +5,15 @@
 #include "platform/headless/d3dx/ImageFileBytes.h"
 #include "platform/headless/d3dx/PngWriter.h"
 #include "tools/frames/FrameComparison.h"
+#include "tools/frames/FrameExceptions.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 
@@ -24,6 +27,7 @@ struct Options {
     FrameTolerance tolerance;
     std::size_t rawWidth = 0; ///< of .argb files; 0 for square ones
     fs::path differences;     ///< a directory, or empty
+    fs::path exceptions;      ///< a file: the frames are of scenes, with these exceptions
     fs::path sides[2];
 };
 
@@ -66,13 +70,14 @@ bool ReadFrame(const fs::path& path, const Options& options, Frame& frameOut)
     return false;
 }
 
-void KeepDifference(const Options& options, const fs::path& name, const Frame& a, const Frame& b)
+void KeepDifference(const Options& options, const fs::path& name, const Frame& a, const Frame& b,
+                    int step)
 {
     if (options.differences.empty())
         return;
     std::error_code error;
     fs::create_directories(options.differences, error);
-    const Frame frame = DifferenceFrame(a, b, options.tolerance.step);
+    const Frame frame = DifferenceFrame(a, b, step);
     const std::string path = (options.differences / name.stem()).string() + ".png";
     std::string reason;
     if (!WritePngFile(path.c_str(), static_cast<int>(frame.width), static_cast<int>(frame.height),
@@ -80,11 +85,35 @@ void KeepDifference(const Options& options, const fs::path& name, const Frame& a
         std::printf("%s: not written: %s\n", path.c_str(), reason.c_str());
 }
 
+/// One line of the table of scenes.
+ExitStatus CompareScene(const Options& options, const fs::path& pathA, Frame& a, Frame& b)
+{
+    const std::string scene = pathA.stem().string();
+    const auto exceptions = ReadFrameExceptions(options.exceptions.string());
+    BlankExceptions(a, exceptions, scene);
+    BlankExceptions(b, exceptions, scene);
+    const SceneDifference found = CompareSceneFrames(a, b);
+    const std::size_t differing = found.rounding.displaced + found.rounding.wrong;
+    std::printf("%-16s %8.3f %% %9zu %9zu %9d  %s\n", scene.c_str(),
+                static_cast<double>(differing) * 100.0 /
+                    static_cast<double>(std::max<std::size_t>(found.rounding.count, 1)),
+                found.large.displaced, found.large.wrong, found.large.largestStep,
+                found.IsWithin() ? "alike" : "DIFFERENT");
+    for (const FrameException& exception : exceptions)
+        if (exception.scene == scene)
+            std::printf("    left out: %s\n", exception.reason.c_str());
+    if (differing > 0)
+        KeepDifference(options, pathA.filename(), a, b, SceneDifference::kRounding);
+    return found.IsWithin() ? kAlike : kDifferent;
+}
+
 ExitStatus ComparePair(const Options& options, const fs::path& pathA, const fs::path& pathB)
 {
     Frame a, b;
     if (!ReadFrame(pathA, options, a) || !ReadFrame(pathB, options, b))
         return kUnusable;
+    if (!options.exceptions.empty())
+        return CompareScene(options, pathA, a, b);
     const FrameDifference found = CompareFrames(a, b, options.tolerance.step);
     const bool isWithin = IsWithin(found, options.tolerance);
     const char* verdict = isWithin ? "alike" : "DIFFERENT";
@@ -99,7 +128,7 @@ ExitStatus ComparePair(const Options& options, const fs::path& pathA, const fs::
                 static_cast<double>(found.displaced) * percent, found.wrong,
                 static_cast<double>(found.wrong) * percent, found.largestStep);
     if (!isWithin)
-        KeepDifference(options, pathA.filename(), a, b);
+        KeepDifference(options, pathA.filename(), a, b, options.tolerance.step);
     return isWithin ? kAlike : kDifferent;
 }
 
@@ -113,6 +142,9 @@ ExitStatus CompareDirectories(const Options& options)
                 names.insert(entry.path().filename());
     ExitStatus worst = names.empty() ? kUnusable : kAlike;
     std::size_t alike = 0;
+    if (!options.exceptions.empty())
+        std::printf("%-16s %10s %9s %9s %9s\n", "scene", "over 2", "16: edges", "elsewhere",
+                    "largest");
     for (const fs::path& name : names) {
         const ExitStatus status =
             ComparePair(options, options.sides[0] / name, options.sides[1] / name);
@@ -141,8 +173,8 @@ bool ReadOption(const std::string& name, const char* value, Options& options)
         return ReadNumber(value, options.tolerance.wrongPercent);
     if (name == "--width")
         return ReadNumber(value, options.rawWidth);
-    options.differences = value;
-    return name == "--differences";
+    (name == "--scenes" ? options.exceptions : options.differences) = value;
+    return name == "--scenes" || name == "--differences";
 }
 
 bool ReadArguments(int count, char** values, Options& options)
@@ -169,7 +201,8 @@ int main(int argumentCount, char** arguments)
     Options options;
     if (!ReadArguments(argumentCount, arguments, options)) {
         std::fputs("Usage: compareframes [--step N] [--displaced PERCENT] [--wrong PERCENT] "
-                   "[--width PIXELS] [--differences DIRECTORY] A B\n",
+                   "[--width PIXELS] [--scenes EXCEPTIONS] [--differences DIRECTORY] "
+                   "A B\n",
                    stderr);
         return kUnusable;
     }

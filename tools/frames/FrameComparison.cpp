@@ -69,6 +69,18 @@ bool IsWithin(const FrameDifference& difference, const FrameTolerance& tolerance
            IsShareWithin(difference.wrong, difference.count, tolerance.wrongPercent);
 }
 
+SceneDifference CompareSceneFrames(const Frame& a, const Frame& b)
+{
+    return {CompareFrames(a, b, SceneDifference::kRounding),
+            CompareFrames(a, b, SceneDifference::kLarge)};
+}
+
+bool SceneDifference::IsWithin() const
+{
+    return rounding.isSameSize && IsShareWithin(large.wrong, large.count, kLonePercent) &&
+           IsShareWithin(rounding.displaced + rounding.wrong, rounding.count, kDifferingPercent);
+}
+
 Frame DifferenceFrame(const Frame& a, const Frame& b, int step)
 {
     constexpr std::uint32_t kYellow = 0xFFFFFF00, kRed = 0xFFFF0000;

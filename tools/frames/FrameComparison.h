@@ -37,5 +37,22 @@ FrameDifference CompareFrames(const Frame& a, const Frame& b, int step);
 /// True if the frames have one size and both shares are within the tolerance.
 bool IsWithin(const FrameDifference& difference, const FrameTolerance& tolerance);
 
+/// How a frame of a scene differs between two hosts that both draw it right: rounding nearly
+/// everywhere, and more only at edges.
+struct SceneDifference {
+    static constexpr int kRounding = 2; ///< steps of a channel
+    static constexpr int kLarge = 16;   ///< steps of a channel
+    static constexpr double kDifferingPercent =
+        1.0; ///< of the pixels may differ by more than rounding
+    /// Where two edges cross, a pixel may have a colour that is near in neither frame.
+    static constexpr double kLonePercent = 0.001;
+    FrameDifference rounding; ///< of more than `kRounding`
+    FrameDifference large;    ///< of more than `kLarge`; displaced are those at edges
+    /// False for frames of different sizes, too.
+    bool IsWithin() const;
+};
+
+SceneDifference CompareSceneFrames(const Frame& a, const Frame& b);
+
 /// Where the frames, of one size, are alike a dimmed `a`; yellow where displaced, red where wrong.
 Frame DifferenceFrame(const Frame& a, const Frame& b, int step);

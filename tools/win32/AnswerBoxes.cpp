@@ -1,12 +1,15 @@
-// answerboxes PROGRAM.exe [ARGUMENT...]
+// answerboxes [--hold FILE] PROGRAM.exe [ARGUMENT...]
 // Runs a Windows program where nobody can click: its message boxes are written to standard error,
 // title, line end, text and line end, and answered with OK; its file dialogs are cancelled. This is
 // what the headless program does with the same calls. Ends with the program's exit status.
+// With --hold its first frame stays on the screen, and FILE tells where, until FILE is removed.
 
 #include "tools/win32/BoxAnswers.h"
+#include "tools/win32/FrameHold.h"
 
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -23,12 +26,17 @@ char* SkipFirstArgument(char* line)
 
 } // namespace
 
-int main()
+int main(int argumentCount, char** arguments)
 {
     STARTUPINFOA startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
     char* command = SkipFirstArgument(GetCommandLineA());
+    std::optional<FrameHold> hold;
+    if (argumentCount > 2 && std::strcmp(arguments[1], "--hold") == 0) {
+        hold.emplace(arguments[2]);
+        command = SkipFirstArgument(SkipFirstArgument(command));
+    }
     if (!CreateProcessA(nullptr, command, nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                         &process)) {
         std::fprintf(stderr, "cannot start %s\n", command);
@@ -37,6 +45,8 @@ int main()
     while (WaitForSingleObject(process.hProcess, 10) == WAIT_TIMEOUT) {
         const std::string report = AnswerOpenBoxes(process.dwProcessId);
         std::fputs(report.c_str(), stderr);
+        if (hold)
+            hold->Step(process.dwProcessId);
     }
     DWORD status = 0;
     GetExitCodeProcess(process.hProcess, &status);

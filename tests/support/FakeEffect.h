@@ -4,11 +4,13 @@
 
 /// An effect that counts the two calls around a reset and does nothing else: every other operation
 /// fails. Like an effect of Wine's library it declines `OnResetDevice`.
-class FakeEffect final : public ID3DXEffect {
+class FakeEffect : public ID3DXEffect {
 public:
     int lostCalls = 0;
     int resetCalls = 0;
     ULONG references = 1; // the object is its maker's; the last reference does not delete it
+
+    virtual ~FakeEffect() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }

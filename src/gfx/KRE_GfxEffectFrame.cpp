@@ -1,0 +1,253 @@
+// What an effect is told before it draws: matrices, times, textures and lights.
+
+#include "gfx/KRE_Gfx.h"
+
+#include <algorithm>
+#include <string>
+
+#include "base/Clock.h"
+#include "gfx/KRE_ShaderEffect.h"
+
+namespace {
+
+constexpr int32_t kOmniLights = 6;
+constexpr int32_t kDirectionalLights = 2;
+constexpr int32_t kLightSlots = 8;
+
+D3DXVECTOR4 ToVector(const D3DCOLORVALUE& color)
+{
+    return {color.r, color.g, color.b, color.a};
+}
+
+D3DXVECTOR4 ToVector(const D3DVECTOR& vector, float w)
+{
+    return {vector.x, vector.y, vector.z, w};
+}
+
+float Channel(D3DCOLOR color, int shift)
+{
+    return static_cast<float>(color >> shift & 0xFF) / 255.0f;
+}
+
+D3DXVECTOR4 ToVector(D3DCOLOR color)
+{
+    return {Channel(color, 16), Channel(color, 8), Channel(color, 0), 1.0f};
+}
+
+/// Identity for a matrix without an inverse.
+D3DXMATRIX InverseOf(const D3DXMATRIX& matrix)
+{
+    D3DXMATRIX inverse;
+    if (!D3DXMatrixInverse(&inverse, nullptr, &matrix))
+        D3DXMatrixIdentity(&inverse);
+    return inverse;
+}
+
+/// The lights that effects can take, in their order. Zeros stand behind the last one.
+struct EffectLights {
+    int32_t omniCount = 0;
+    D3DXVECTOR4 omniPosition[kOmniLights];
+    D3DXVECTOR4 omniDiffuse[kOmniLights];
+    D3DXVECTOR4 omniSpecular[kOmniLights];
+    D3DXVECTOR4 omniAmbient[kOmniLights];
+    D3DXVECTOR4 omniAttenuation[kOmniLights];
+    int32_t directionalCount = 0;
+    D3DXVECTOR4 direction[kDirectionalLights];
+    D3DXVECTOR4 directionalDiffuse[kDirectionalLights];
+    D3DXVECTOR4 directionalSpecular[kDirectionalLights];
+    D3DXVECTOR4 ambient;
+
+    /// A vector of D3DX begins with no value of its own.
+    explicit EffectLights(const D3DXVECTOR4& ambientBase) : ambient(ambientBase)
+    {
+        const D3DXVECTOR4 zero(0.0f, 0.0f, 0.0f, 0.0f);
+        for (D3DXVECTOR4* vectors :
+             {omniPosition, omniDiffuse, omniSpecular, omniAmbient, omniAttenuation})
+            std::fill_n(vectors, kOmniLights, zero);
+        for (D3DXVECTOR4* vectors : {direction, directionalDiffuse, directionalSpecular})
+            std::fill_n(vectors, kDirectionalLights, zero);
+    }
+
+    void Add(const D3DLIGHT9& light)
+    {
+        if (light.Type == D3DLIGHT_POINT || light.Type == D3DLIGHT_SPOT)
+            AddOmni(light);
+        else if (light.Type == D3DLIGHT_DIRECTIONAL)
+            AddDirectional(light);
+    }
+
+private:
+    void AddOmni(const D3DLIGHT9& light)
+    {
+        if (omniCount == kOmniLights)
+            return;
+        omniPosition[omniCount] = ToVector(light.Position, 1.0f);
+        omniDiffuse[omniCount] = ToVector(light.Diffuse);
+        omniSpecular[omniCount] = ToVector(light.Specular);
+        omniAmbient[omniCount] = ToVector(light.Ambient);
+        omniAttenuation[omniCount] = {light.Attenuation0, light.Attenuation1, light.Attenuation2,
+                                      0.0f};
+        ++omniCount;
+    }
+
+    void AddDirectional(const D3DLIGHT9& light)
+    {
+        if (directionalCount == kDirectionalLights)
+            return;
+        direction[directionalCount] = ToVector(light.Direction, 1.0f);
+        directionalDiffuse[directionalCount] = ToVector(light.Diffuse);
+        directionalSpecular[directionalCount] = ToVector(light.Specular);
+        ambient += ToVector(light.Ambient);
+        ++directionalCount;
+    }
+};
+
+} // namespace
+
+/// What the device has on a stage, null for none and for what is not known.
+IDirect3DBaseTexture9* KRE_Gfx::TextureOnStage(int32_t stage)
+{
+    if (stage < 0 || stage >= kStages || boundTexture[stage] == UnknownTexture())
+        return nullptr;
+    return boundTexture[stage];
+}
+
+void KRE_Gfx::UpdateEffectFrame(KRE_ShaderEffect& effect)
+{
+    UpdateEffectMatrices(effect);
+    UpdateEffectTimes(effect);
+    UpdateEffectTextures(effect);
+    const ShaderEffectData& data = *effect.data;
+    using enum EffectSemantic;
+    effect.SetVectorParameter(data.Handle(kFogStartEnd), fog.start, fog.end, 0.0f, 0.0f);
+    effect.SetVectorParameter(data.Handle(kInvViewPortDim),
+                              1.0f / static_cast<float>(viewport.Width),
+                              1.0f / static_cast<float>(viewport.Height), 0.0f, 0.0f);
+    effect.SetMatrixParameter(data.Handle(kTextureMatrix), textureMatrix[0]);
+    effect.SetFloatParameter(data.Handle(kOpacity), static_cast<float>(blendValue) / 255.0f);
+}
+
+void KRE_Gfx::UpdateEffectMatrices(KRE_ShaderEffect& effect)
+{
+    const ShaderEffectData& data = *effect.data;
+    const auto set = [&](EffectSemantic semantic, const auto& compute) {
+        if (const D3DXHANDLE handle = data.Handle(semantic))
+            effect.SetMatrixParameter(handle, compute());
+    };
+    using enum EffectSemantic;
+    set(kWorldViewProjection, [&] { return world[0] * view * projection; });
+    set(kWorldView, [&] { return world[0] * view; });
+    set(kWorld, [&] { return world[0]; });
+    set(kWorldInverseTranspose, [&] {
+        D3DXMATRIX transposed;
+        const D3DXMATRIX inverse = InverseOf(world[0]);
+        return *D3DXMatrixTranspose(&transposed, &inverse);
+    });
+    set(kView, [&] { return view; });
+    set(kViewInverse, [&] { return InverseOf(view); });
+    set(kProjection, [&] { return projection; });
+    set(kViewProjection, [&] { return view * projection; });
+    if (const D3DXHANDLE handle = data.Handle(kViewPosition)) {
+        const D3DXMATRIX inverse = InverseOf(view);
+        effect.SetVectorParameter(handle, inverse._41, inverse._42, inverse._43, inverse._44);
+    }
+}
+
+void KRE_Gfx::UpdateEffectTimes(KRE_ShaderEffect& effect)
+{
+    const ShaderEffectData& data = *effect.data;
+    using enum EffectSemantic;
+    const auto seconds = static_cast<float>(GetTimeSeconds() - startTime);
+    effect.SetFloatParameter(data.Handle(kTime), seconds);
+    effect.SetFloatParameter(data.Handle(kElapsedTime), 1.0f / GetFramesPerSecond());
+    effect.SetFloatParameter(data.Handle(kGameTime), getGameTime ? getGameTime() : seconds);
+    if (const D3DXHANDLE handle = data.Handle(kRandom))
+        effect.SetFloatParameter(handle, random.NextFloat());
+}
+
+void KRE_Gfx::UpdateEffectTextures(KRE_ShaderEffect& effect)
+{
+    const ShaderEffectData& data = *effect.data;
+    using enum EffectSemantic;
+    effect.SetTextureParameter(data.Handle(kDiffuseMap), TextureOnStage(diffuseStage));
+    effect.SetTextureParameter(data.Handle(kNormalMap), TextureOnStage(diffuseStage + 1));
+    if (const D3DXHANDLE handle = data.Handle(kScreenCopy))
+        effect.SetTextureParameter(handle, GetScreenCopyTexture());
+    for (int32_t i = 0; i < ShaderEffectData::kScreenBuffers; ++i) {
+        if (data.screenBuffers[i])
+            effect.SetTextureParameter(data.screenBuffers[i],
+                                       GetScreenBufferTexture(kFullBuffer, i));
+    }
+    for (int32_t i = 0; i < ShaderEffectData::kScreenQuarterBuffers; ++i) {
+        if (data.screenQuarterBuffers[i])
+            effect.SetTextureParameter(data.screenQuarterBuffers[i],
+                                       GetScreenBufferTexture(kQuarterBuffer, i));
+    }
+    for (int32_t i = 0; i < data.resourceCount; ++i)
+        SetResourceTexture(effect, i);
+}
+
+/// A texture that the effect names itself is kept in the catalogue, under a name that no scene uses.
+void KRE_Gfx::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
+{
+    const ShaderEffectData& data = *effect.data;
+    LPCSTR file = nullptr;
+    if (FAILED(data.effect->GetString(data.resourceNames[index], &file)) || !file)
+        return;
+    std::string name(file);
+    for (char& c : name) {
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 'a' + 'A');
+        if (c < 0x20 || c > 0x60)
+            c = '_';
+    }
+    name += "_FX_";
+    KRE_Texture* texture = catalogue.GetTexture(name.c_str());
+    if (!texture) {
+        catalogue.AddTexture(name.c_str(), file, 0, true);
+        texture = catalogue.GetTexture(name.c_str());
+    }
+    if (texture)
+        effect.SetTextureParameter(data.resourceParams[index], texture->current);
+}
+
+void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
+{
+    ShaderEffectData& data = *effect.data;
+    if (effectCacheOn && data.lightsFrame == frameNumber)
+        return;
+    data.lightsFrame = frameNumber;
+
+    using enum EffectSemantic;
+    const auto setColor = [&](EffectSemantic semantic, const D3DXVECTOR4& color) {
+        effect.SetVectorParameter(data.Handle(semantic), color.x, color.y, color.z, color.w);
+    };
+    setColor(kDiffuseMaterial, ToVector(material.Diffuse));
+    setColor(kAmbientMaterial, ToVector(material.Ambient));
+    setColor(kSpecularMaterial, ToVector(material.Specular));
+    effect.SetFloatParameter(data.Handle(kSpecularPower), material.Power);
+    D3DXVECTOR4 emissive = ToVector(material.Emissive) + ToVector(tintColor);
+    emissive.w = 1.0f;
+    setColor(kEmissiveMaterial, emissive);
+
+    EffectLights taken(ToVector(lighting ? ambientColor : unlitColor));
+    for (int32_t i = 0; lighting && i < kLightSlots; ++i) {
+        if (cache.lightEnable[i] == 1)
+            taken.Add(lights[i]);
+    }
+    effect.SetIntParameter(data.Handle(kNumDirectionalLights), taken.directionalCount);
+    effect.SetIntParameter(data.Handle(kNumOmniLights), taken.omniCount);
+    const auto setArray = [&](EffectSemantic semantic, const auto& vectors) {
+        effect.SetVectorArrayParameter(data.Handle(semantic), vectors,
+                                       static_cast<UINT>(std::size(vectors)));
+    };
+    setArray(kOmniLightPosition, taken.omniPosition);
+    setArray(kOmniLightDiffCol, taken.omniDiffuse);
+    setArray(kOmniLightSpecCol, taken.omniSpecular);
+    setArray(kOmniLightAmbiCol, taken.omniAmbient);
+    setArray(kOmniLightAttenuation, taken.omniAttenuation);
+    setArray(kDirectionalLightDirection, taken.direction);
+    setArray(kDirectionalLightDiffCol, taken.directionalDiffuse);
+    setArray(kDirectionalLightSpecCol, taken.directionalSpecular);
+    setColor(kAmbientColor, taken.ambient);
+}

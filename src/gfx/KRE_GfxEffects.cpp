@@ -1,0 +1,116 @@
+// Effect files: loading, sharing, which one draws, and where its passes draw to.
+
+#include "gfx/KRE_Gfx.h"
+
+#include <memory>
+#include <string>
+
+#include "base/Paths.h"
+#include "gfx/DirectXErrorName.h"
+#include "gfx/KRE_ShaderEffect.h"
+
+int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool usePool, DWORD flags,
+                            bool fatalIfMissing)
+{
+    effect->Free();
+    effect->gfx = this;
+    effect->manager = &effectManager;
+    String name;
+    MakeResourceName(&name, file);
+    const int32_t id = effectManager.Acquire(name.c_str());
+    if (id != -1) {
+        effect->resourceId = id;
+        effect->data = static_cast<ShaderEffectData*>(effectManager.GetPointer(id));
+        effect->technique = effect->data->technique;
+        return 1;
+    }
+    if (!FileExists(file)) {
+        static constexpr const char* kMissing = "Shader effect file '%s' not found";
+        if (fatalIfMissing)
+            Error(kMissing, file);
+        Warning(kMissing, file);
+        return 0;
+    }
+    auto data = std::make_unique<ShaderEffectData>();
+    data->effect = CompileEffect(file, usePool, flags);
+    effect->resourceId = effectManager.Add(data.get(), name.c_str());
+    effect->data = data.release();
+    effect->Initialise(file);
+    if (!effect->IsUsable())
+        Warning("Shader could not be validated for this GPU: '%s'", file);
+    return 1;
+}
+
+ComPointer<ID3DXEffect> KRE_Gfx::CompileEffect(const char* file, bool usePool, DWORD flags)
+{
+    ComPointer<ID3DXEffect> effect;
+    ComPointer<ID3DXBuffer> errors;
+    lastResult =
+        runtime.createEffect(device.Get(), file, nullptr, nullptr, flags,
+                             usePool ? effectPool.Get() : nullptr, effect.Out(), errors.Out());
+    if (SUCCEEDED(lastResult))
+        return effect;
+    const char* result = DirectXErrorName(lastResult);
+    if (errors && errors->GetBufferSize() > 1) {
+        const std::string text(static_cast<const char*>(errors->GetBufferPointer()),
+                               errors->GetBufferSize());
+        Error("Could not compile effect from file '%s': '%s'\n\n%s", file, result, text.c_str());
+    }
+    Error("Could not compile effect from file '%s': '%s'", file, result);
+    return {};
+}
+
+void KRE_Gfx::SelectEffect(KRE_ShaderEffect* effect)
+{
+    materialEffect = effect && effect->IsUsable() ? effect : nullptr;
+    if (materialEffect)
+        materialEffect->SendParams();
+}
+
+KRE_ShaderEffect* KRE_Gfx::GetActiveEffect(const VertexInfo& info)
+{
+    if (materialEffect && materialEffect->IsUsable())
+        return materialEffect;
+    if (sceneEffect && sceneEffect->IsUsable())
+        return sceneEffect;
+    return info.processing == 2 ? skinningEffect : nullptr;
+}
+
+void KRE_Gfx::PrepareEffect(KRE_ShaderEffect& effect, KRE_Mesh* mesh, int32_t materialIndex)
+{
+    static constexpr int32_t kIndexedStages = 6;
+    static constexpr int32_t kTransformedStages = 4;
+    if (effect.needsStageIndices) {
+        for (int32_t stage = 0; stage < kIndexedStages; ++stage)
+            SetTexCoordIndex(stage, static_cast<DWORD>(stage));
+    }
+    if (effect.TechniqueHasVertexShader()) {
+        for (int32_t stage = 0; stage < kTransformedStages; ++stage)
+            SetTextureTransformFlags(stage, D3DTTFF_DISABLE);
+    }
+    UpdateEffectFrame(effect);
+    if (mesh)
+        UpdateEffectObject(effect, *mesh, materialIndex);
+    if (effect.needsLights)
+        UpdateEffectLights(effect);
+}
+
+void KRE_Gfx::SelectPassTarget(const EffectPassTarget& target)
+{
+    if (target.kind == EffectTargetKind::kNone)
+        return;
+    if (target.kind == EffectTargetKind::kInitial) {
+        if (savedRenderTarget)
+            SetRenderTarget(savedRenderTarget.Get(), 0);
+        return;
+    }
+    if (!savedRenderTarget)
+        Check(device->GetRenderTarget(0, savedRenderTarget.Out()),
+              "Can not retrieve render target: %s");
+    IDirect3DTexture9* const buffer =
+        GetScreenBufferTexture(static_cast<int32_t>(target.kind), target.index);
+    ComPointer<IDirect3DSurface9> surface;
+    Check(buffer->GetSurfaceLevel(0, surface.Out()), "Can not set render target: %s");
+    SetRenderTarget(surface.Get(), 0);
+    ++subFrameNumber;
+}

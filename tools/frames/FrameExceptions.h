@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tools/frames/FrameComparison.h"
+
+#include <string>
+#include <vector>
+
+/// A part of a scene's frame that a host is known to draw wrong. Pixels, below 0 from the far side;
+/// 0 on the right or at the bottom is the far side itself.
+struct FrameException {
+    std::string scene; ///< "*" is all
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+    std::string reason;
+};
+
+/// Reads lines of scene, four numbers and a reason; lines that begin with # are notes. Other lines
+/// are left out. Empty if there is no such file.
+std::vector<FrameException> ReadFrameExceptions(const std::string& path);
+
+/// Blackens the scene's exceptions, as far as they lie in the frame.
+void BlankExceptions(Frame& frame, const std::vector<FrameException>& exceptions,
+                     const std::string& scene);
