@@ -1,49 +1,15 @@
 // What a frame costs before the device has anything to do: a scene of 1,000 meshes of 4 materials
 // over a device that does nothing.
 
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
-#include <new>
 
 #include <benchmark/benchmark.h>
 
+#include "tests/support/CountedAllocations.h"
 #include "tests/support/FakeDirect3D.h"
 #include "tests/support/RecordingDirect3D.h"
 #include "tests/support/SceneEngine.h"
 #include "tests/support/TestMesh.h"
-
-// All memory is taken through these, so that a frame's can be counted. Inlined, they would look like
-// mismatched pairs to the compiler.
-static std::atomic<int64_t> gAllocations = 0;
-
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    ++gAllocations;
-    return std::malloc(size ? size : 1);
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    if (void* memory = operator new(size, std::nothrow))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    std::free(memory);
-}
 
 namespace {
 

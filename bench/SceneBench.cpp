@@ -1,48 +1,14 @@
 // Evaluation of animated objects: what one costs as its tracks grow, and what a frame of a large
 // hierarchy costs.
 
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
 #include <ctime>
-#include <new>
 #include <random>
 
 #include <benchmark/benchmark.h>
 
 #include "scene/KRE_3dScene.h"
-
-// The whole program allocates through these, so that a benchmark can count. Inlined, they would
-// look like mismatched pairs to the compiler.
-static std::atomic<int64_t> gAllocations = 0;
-
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    ++gAllocations;
-    return std::malloc(size ? size : 1);
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    if (void* memory = operator new(size, std::nothrow))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    std::free(memory);
-}
+#include "tests/support/CountedAllocations.h"
 
 namespace {
 

@@ -190,6 +190,8 @@ void KRE_Texture::FreeSlot(int32_t slot)
 
 void KRE_Texture::ReleaseUse(IDirect3DTexture9*& texture, int32_t& id)
 {
+    if (id == -1 && !texture)
+        return; // a texture that holds nothing may outlive its manager
     // The manager knows of textures that a reset has taken away; the pointer here is stale then.
     IDirect3DTexture9* const object =
         manager && id != -1 ? static_cast<IDirect3DTexture9*>(manager->GetPointer(id)) : texture;

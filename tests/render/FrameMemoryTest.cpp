@@ -1,42 +1,7 @@
 #include "tests/render/SceneDrawing.h"
 
+#include "tests/support/CountedAllocations.h"
 #include "tests/support/FakeDirect3D.h"
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
-// The whole test program allocates through these, so that a test can count. Inlined, they would
-// look like mismatched pairs to the compiler.
-static std::atomic<int> gAllocations = 0;
-
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    ++gAllocations;
-    return std::malloc(size ? size : 1);
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    if (void* memory = operator new(size, std::nothrow))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    std::free(memory);
-}
 
 namespace {
 
@@ -104,7 +69,7 @@ TEST(Frame, TakesNoMemoryAfterTheFirst)
     KRE_3dScene scene;
     FillScene(scene);
 
-    int before = 0;
+    int64_t before = 0;
     for (int frame = 0; frame < 4; ++frame) {
         if (frame == 1)
             before = gAllocations;

@@ -3,6 +3,7 @@
 #include "platform/ComPointer.h"
 #include "tests/support/CallRecorder.h"
 #include "tests/support/FakeObject.h"
+#include "tests/support/RefusingMesh.h"
 
 #include <d3dx9.h>
 
@@ -16,7 +17,7 @@
 /// A device mesh of vertices and an attribute table that a test puts in. It notes drawing, locks and
 /// look-ups of the table among the device's calls, as `Mesh::DrawSubset name 0`, and fails what is
 /// planned there; what drawing does not need fails. Without a recorder it is silent.
-class NotedMesh final : public FakeObject<ID3DXMesh> {
+class NotedMesh final : public RefusingMesh<FakeObject<ID3DXMesh>> {
 public:
     NotedMesh(std::shared_ptr<CallRecorder> recorder, std::string meshName)
         : calls(std::move(recorder)),
@@ -66,50 +67,6 @@ public:
     }
     DWORD STDMETHODCALLTYPE GetNumFaces() override { return faceCount; }
     DWORD STDMETHODCALLTYPE GetNumVertices() override { return vertexCount; }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    DWORD STDMETHODCALLTYPE GetFVF() override { return 0; }
-    HRESULT STDMETHODCALLTYPE GetDeclaration(D3DVERTEXELEMENT9*) override { return E_NOTIMPL; }
-    DWORD STDMETHODCALLTYPE GetNumBytesPerVertex() override { return 0; }
-    DWORD STDMETHODCALLTYPE GetOptions() override { return 0; }
-    HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CloneMeshFVF(DWORD, DWORD, IDirect3DDevice9*, ID3DXMesh**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CloneMesh(DWORD, const D3DVERTEXELEMENT9*, IDirect3DDevice9*,
-                                        ID3DXMesh**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE LockIndexBuffer(DWORD, void**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE UnlockIndexBuffer() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE LockAttributeBuffer(DWORD, DWORD**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE UnlockAttributeBuffer() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE ConvertPointRepsToAdjacency(const DWORD*, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ConvertAdjacencyToPointReps(const DWORD*, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GenerateAdjacency(FLOAT, DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE UpdateSemantics(D3DVERTEXELEMENT9*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Optimize(DWORD, const DWORD*, DWORD*, DWORD*, ID3DXBuffer**,
-                                       ID3DXMesh**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE OptimizeInplace(DWORD, const DWORD*, DWORD*, DWORD*,
-                                              ID3DXBuffer**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetAttributeTable(const D3DXATTRIBUTERANGE*, DWORD) override
-    {
-        return E_NOTIMPL;
-    }
 
 private:
     HRESULT Note(const char* call, const std::string& argument)

@@ -1,41 +1,7 @@
-#include <atomic>
-#include <cstdlib>
-#include <new>
 
 #include "scene/KRE_3dScene.h"
 #include "tests/scene/SceneTesting.h"
-
-// The whole test program allocates through these, so that a test can count. Inlined, they would
-// look like mismatched pairs to the compiler.
-static std::atomic<int> gAllocations = 0;
-
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    ++gAllocations;
-    return std::malloc(size ? size : 1);
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    if (void* memory = operator new(size, std::nothrow))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    std::free(memory);
-}
+#include "tests/support/CountedAllocations.h"
 
 TEST(Evaluate, TakesNoMemory)
 {
@@ -56,7 +22,7 @@ TEST(Evaluate, TakesNoMemory)
     scene.cameras.GetSlot(scene.cameras.Add())->target = parent;
     scene.Update(0, 1); // the order of the lists is made once after a change
 
-    const int before = gAllocations;
+    const int64_t before = gAllocations;
     ASSERT_GT(before, 0) << "allocations are counted";
     for (const double time : {0.5, 1.0, 1.0, 9.0})
         scene.Update(time, 1);
