@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "app/MenuCommand.h"
 #include "app/Options.h"
 #include "app/resource.h"
 
@@ -55,7 +56,7 @@ void RegisterMainWindowClass(HINSTANCE instance)
     windowClass.lpfnWndProc = MainWindowProc;
     windowClass.hInstance = instance;
     windowClass.hIcon = LoadIconA(instance, MAKEINTRESOURCEA(RESOURCE_ICON_MAIN));
-    windowClass.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512)); // IDC_ARROW
+    windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
     windowClass.hbrBackground = SystemColorBrush(COLOR_WINDOW);
     windowClass.lpszMenuName = hasMenu ? MAKEINTRESOURCEA(RESOURCE_MENU) : nullptr;
     windowClass.lpszClassName = gWindowClassName;
@@ -114,7 +115,12 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_EXITSIZEMOVE:
         gPaused = 0;
         return 0;
+    case WM_COMMAND:
+        if (DoMenuCommand(window, LOWORD(wParam)))
+            return 0;
+        break;
     default:
-        return DefWindowProcA(window, message, wParam, lParam);
+        break;
     }
+    return DefWindowProcA(window, message, wParam, lParam);
 }

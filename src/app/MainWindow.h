@@ -31,4 +31,6 @@ int CreateMainWindow(HINSTANCE instance, int showCommand);
 /// Takes the client area's size into gClientWidth and gClientHeight.
 void UpdateClientSize();
 
+/// Everything that the window does. It reads neither keyboard nor mouse: they and all else go to the
+/// system, which also destroys the window when it is closed.
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

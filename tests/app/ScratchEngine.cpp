@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "app/Options.h"
 #include "app/StartGraphics.h"
+#include "tests/app/ScratchWindow.h"
 
 ScratchEngine::ScratchEngine(const char* options)
 {
@@ -18,11 +19,5 @@ ScratchEngine::ScratchEngine(const char* options)
 ScratchEngine::~ScratchEngine()
 {
     ShutdownGraphics();
-    DestroyWindow(gMainWindow);
-    gMainWindow = nullptr;
-    UnregisterClassA(gWindowClassName, gInstance);
-    MSG message; // WM_DESTROY has left a WM_QUIT behind
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-        continue;
-    gWindowDestroyed = 0;
+    RemoveMainWindow();
 }

@@ -10,9 +10,20 @@
 std::string Walk(const char* pattern, const char* options)
 {
     const ScratchEngine engine(options);
+    return WalkOn(pattern);
+}
+
+std::string WalkOn(const char* pattern)
+{
     std::snprintf(gFilePattern, sizeof gFilePattern, "%s", pattern);
     testing::internal::CaptureStdout();
-    ProcessFilePattern();
+    try {
+        ProcessFilePattern();
+    } catch (...) {
+        std::fflush(stdout);
+        testing::internal::GetCapturedStdout();
+        throw;
+    }
     std::fflush(stdout);
     return testing::internal::GetCapturedStdout();
 }

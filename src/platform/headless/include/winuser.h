@@ -30,6 +30,8 @@
 #define WM_QUIT 0x0012
 #define WM_ACTIVATEAPP 0x001C
 #define WM_KEYDOWN 0x0100
+#define WM_KEYUP 0x0101
+#define WM_CHAR 0x0102
 #define WM_INITDIALOG 0x0110
 #define WM_COMMAND 0x0111
 #define WM_ENTERMENULOOP 0x0211
@@ -54,11 +56,28 @@
 #define IDOK 1
 #define IDCANCEL 2
 
+#define VK_CANCEL 0x03
+#define VK_SHIFT 0x10
+#define VK_CONTROL 0x11
+#define VK_ESCAPE 0x1B
+#define VK_PRIOR 0x21
+#define VK_NEXT 0x22
+#define VK_LEFT 0x25
+#define VK_UP 0x26
+#define VK_RIGHT 0x27
+#define VK_DOWN 0x28
+#define VK_SNAPSHOT 0x2C
+#define VK_MULTIPLY 0x6A
+#define VK_ADD 0x6B
+#define VK_SUBTRACT 0x6D
+#define VK_DIVIDE 0x6F
+
 #define MAKEINTRESOURCEA(id)                                                                       \
     (reinterpret_cast<LPSTR>(static_cast<ULONG_PTR>(static_cast<WORD>(id))))
 #define IDC_ARROW MAKEINTRESOURCEA(32512)
 
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
 struct WNDCLASSEXA {
     UINT cbSize;
@@ -132,6 +151,13 @@ LRESULT WINAPI DispatchMessageA(const MSG* message);
 
 /// Writes title, line end, text and line end to standard error and gives `IDOK` at once.
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT type);
+
+/// Nobody can answer a dialog here: it is set up (`WM_INITDIALOG`) and cancelled at once. The resource
+/// is not looked at. Gives what `EndDialog` was told, or -1 if the procedure never ends it.
+INT_PTR WINAPI DialogBoxParamA(HINSTANCE instance, LPCSTR name, HWND owner, DLGPROC procedure,
+                               LPARAM parameter);
+/// Refuses everything but a dialog that is being shown.
+BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
 
 int WINAPI LoadStringA(HINSTANCE instance, UINT id, LPSTR buffer, int size);
 HICON WINAPI LoadIconA(HINSTANCE instance, LPCSTR name);

@@ -1,0 +1,53 @@
+#include "platform/headless/win32/LastError.h"
+
+#include <windows.h>
+
+#include <optional>
+
+namespace {
+
+/// A dialog on its way through its procedure; its address is its handle.
+struct ShownDialog {
+    ShownDialog* outer; // dialogs may be shown from dialogs
+    std::optional<INT_PTR> result;
+};
+
+ShownDialog* gInnermost = nullptr;
+
+/// Takes the dialog off the list on every way out: the procedure may throw.
+class DialogScope {
+public:
+    DialogScope() { gInnermost = &dialog; }
+    ~DialogScope() { gInnermost = dialog.outer; }
+    DialogScope(const DialogScope&) = delete;
+    DialogScope& operator=(const DialogScope&) = delete;
+
+    ShownDialog dialog{gInnermost, std::nullopt};
+};
+
+} // namespace
+
+INT_PTR WINAPI DialogBoxParamA(HINSTANCE, LPCSTR, HWND, DLGPROC procedure, LPARAM parameter)
+{
+    if (procedure == nullptr) {
+        FailWith(ERROR_INVALID_PARAMETER);
+        return -1;
+    }
+    DialogScope scope;
+    const auto handle = reinterpret_cast<HWND>(&scope.dialog);
+    procedure(handle, WM_INITDIALOG, 0, parameter);
+    if (!scope.dialog.result)
+        procedure(handle, WM_COMMAND, IDCANCEL, 0);
+    return scope.dialog.result.value_or(-1);
+}
+
+BOOL WINAPI EndDialog(HWND dialog, INT_PTR result)
+{
+    for (ShownDialog* shown = gInnermost; shown != nullptr; shown = shown->outer) {
+        if (reinterpret_cast<HWND>(shown) != dialog)
+            continue;
+        shown->result = result;
+        return TRUE;
+    }
+    return FailWith(ERROR_INVALID_HANDLE);
+}

@@ -1,0 +1,35 @@
+#include "app/InfoDialog.h"
+
+#include <gtest/gtest.h>
+
+// Without a dialog behind the handle, ending it is refused by the system; what is pinned here is
+// which messages the procedure takes for itself.
+
+TEST(InfoDialogProc, TakesItsSetUp)
+{
+    EXPECT_EQ(InfoDialogProc(nullptr, WM_INITDIALOG, 0, 0), TRUE);
+}
+
+TEST(InfoDialogProc, TakesOnlyOkAndCancelAmongTheCommands)
+{
+    static const struct {
+        const char* what;
+        WPARAM wParam;
+        INT_PTR expected;
+    } cases[] = {
+        {"OK", IDOK, TRUE},
+        {"Esc and the close box", IDCANCEL, TRUE},
+        {"only the low word counts", WPARAM{IDOK} | WPARAM{3} << 16, TRUE},
+        {"a static control", 0xFFFF, FALSE},
+        {"the icon", 0, FALSE},
+        {"another button", 3, FALSE},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(InfoDialogProc(nullptr, WM_COMMAND, c.wParam, 0), c.expected) << c.what;
+}
+
+TEST(InfoDialogProc, LeavesAllOtherMessagesToTheSystem)
+{
+    for (UINT message : {WM_NULL, WM_CLOSE, WM_PAINT, WM_KEYDOWN, WM_CHAR, WM_USER})
+        EXPECT_EQ(InfoDialogProc(nullptr, message, IDOK, 0), FALSE) << message;
+}
