@@ -40,9 +40,9 @@ installed $name
 }
 
 build_packages='g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev'
-test_packages='googletest clang-format libbenchmark-dev'
+test_packages='googletest clang-format libbenchmark-dev ccache'
 fuzz_packages='clang'
 bench_packages='assimp-utils'
 win32_build_packages='g++-mingw-w64-x86-64-posix cmake ninja-build'
 win32_run_packages='wine64 xvfb'
-win32_test_packages='googletest xdotool imagemagick'
+win32_test_packages='googletest xdotool imagemagick ccache'

@@ -8,6 +8,7 @@
 #include "tests/support/HostKind.h"
 #include "tests/support/Picture.h"
 #include "tests/support/ScratchDirectory.h"
+#include "tests/support/TreePaths.h"
 #include "tools/frames/FrameExceptions.h"
 #include "tools/frames/FrameStage.h"
 
@@ -25,8 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kExamples = fs::path(QSA_SOURCE_DIR) / "examples";
-const fs::path kAccepted = fs::path(QSA_SOURCE_DIR) / "tests/app/example_frames";
+const fs::path kExamples = SourcePath("examples");
+const fs::path kAccepted = SourcePath("tests/app/example_frames");
 
 class ExampleFrames : public testing::TestWithParam<ExampleFrame> {};
 
@@ -59,7 +60,7 @@ TEST_P(ExampleFrames, LooksAsAccepted)
         return;
     }
     Frame expected = ReadAccepted(accepted);
-    const auto exceptions = ReadFrameExceptions(QSA_SOURCE_DIR "/tools/frames/exceptions.txt");
+    const auto exceptions = ReadFrameExceptions(SourcePath("tools/frames/exceptions.txt"));
     ASSERT_FALSE(exceptions.empty());
     BlankExceptions(frame, exceptions, example.name);
     BlankExceptions(expected, exceptions, example.name);

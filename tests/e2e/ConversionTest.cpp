@@ -4,6 +4,7 @@
 #include "tests/support/QsbWalk.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
+#include "tests/support/TreePaths.h"
 
 #include <algorithm>
 #include <bit>
@@ -205,7 +206,7 @@ TEST_F(Conversion, DefaultLightsAreOrdinaryOnesInTheNextRun)
 TEST_F(Conversion, EveryExampleIsConvertedAndConvertedAgain)
 {
     std::vector<std::string> stems;
-    for (const auto& entry : fs::directory_iterator(QSA_SOURCE_DIR "/examples")) {
+    for (const auto& entry : fs::directory_iterator(SourcePath("examples"))) {
         fs::copy(entry.path(), entry.path().filename(), fs::copy_options::recursive);
         if (entry.path().extension() == ".qsa")
             stems.push_back(entry.path().stem().string());

@@ -6,6 +6,7 @@
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
+#include "tests/support/TreePaths.h"
 
 #include <gmock/gmock.h>
 
@@ -29,7 +30,7 @@ bool IsOddScene(const fs::path& file)
 /// by name.
 std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes)
 {
-    const fs::path source = fs::path(QSA_SOURCE_DIR) / "examples";
+    const fs::path source = SourcePath("examples");
     std::vector<std::string> scenes;
     for (const auto& entry : fs::recursive_directory_iterator(source)) {
         if (!entry.is_regular_file() || (IsOddScene(entry.path()) && !withOddScenes))

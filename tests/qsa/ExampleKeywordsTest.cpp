@@ -8,15 +8,11 @@
 #include "base/Ascii.h"
 #include "base/File.h"
 #include "qsa/QSA_Keywords.h"
+#include "tests/support/TreePaths.h"
 
 namespace {
 
 using Words = std::set<std::string>;
-
-std::filesystem::path SourceFile(const char* name)
-{
-    return std::filesystem::path(QSA_SOURCE_DIR) / name;
-}
 
 std::string ReadAll(const std::filesystem::path& path)
 {
@@ -69,7 +65,7 @@ TEST(ExampleKeywords, ExamplesTogetherHoldEveryKeyword)
     Words found;
     int scenes = 0;
     for (const auto& entry :
-         std::filesystem::recursive_directory_iterator(SourceFile("examples"))) {
+         std::filesystem::recursive_directory_iterator(SourcePath("examples"))) {
         if (entry.path().extension() != ".qsa")
             continue;
         ++scenes;
@@ -81,10 +77,10 @@ TEST(ExampleKeywords, ExamplesTogetherHoldEveryKeyword)
 
 TEST(ExampleKeywords, KeywordSceneAloneHoldsEveryKeyword)
 {
-    EXPECT_THAT(KeywordsIn(ReadAll(SourceFile("examples/keywords.qsa"))), HasEveryKeyword());
+    EXPECT_THAT(KeywordsIn(ReadAll(SourcePath("examples/keywords.qsa"))), HasEveryKeyword());
 }
 
 TEST(ExampleKeywords, FormatGuideNamesEveryKeyword)
 {
-    EXPECT_THAT(KeywordsIn(ReadAll(SourceFile("docs/qsa-format.md"))), HasEveryKeyword());
+    EXPECT_THAT(KeywordsIn(ReadAll(SourcePath("docs/qsa-format.md"))), HasEveryKeyword());
 }

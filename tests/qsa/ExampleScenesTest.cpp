@@ -11,6 +11,7 @@
 
 #include "base/Log.h"
 #include "tests/qsa/QSATesting.h"
+#include "tests/support/TreePaths.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ constexpr int kChangedTexts = 25; ///< of each example
 
 fs::path ExampleDirectory()
 {
-    return fs::path(QSA_SOURCE_DIR) / "examples";
+    return SourcePath("examples");
 }
 
 std::vector<fs::path> ExampleScenes()
@@ -149,7 +150,7 @@ TEST_F(ExampleScenesTest, ChangedBytesLoadOrEndInAnError)
 
 TEST_F(ExampleScenesTest, CompleteFileOfTheFormatGuideLoadsWithoutAWarning)
 {
-    const std::string guide = ReadText(fs::path(QSA_SOURCE_DIR) / "docs/qsa-format.md");
+    const std::string guide = ReadText(SourcePath("docs/qsa-format.md"));
     const size_t head = guide.find("## A complete file");
     const size_t first = guide.find("*3DSMAX_QSAEXPORT", head);
     const size_t last = guide.find("```", first);

@@ -3,6 +3,7 @@
 
 #include "qsa/QSA_SceneHeader.h"
 #include "tests/qsb/SceneFileTest.h"
+#include "tests/support/TreePaths.h"
 
 namespace {
 
@@ -12,7 +13,7 @@ using FormatDocumentTest = SceneFileTest;
 /// end where the remark begins in column 54.
 std::string DumpOf(const std::string& name)
 {
-    std::ifstream document(QSA_SOURCE_DIR "/docs/qsb-format.md");
+    std::ifstream document(SourcePath("docs/qsb-format.md"));
     std::string bytes;
     std::string line;
     bool isInside = false;

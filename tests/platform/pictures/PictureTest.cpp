@@ -6,6 +6,7 @@
 
 #include "tests/platform/pictures/PictureProgram.h"
 #include "tests/support/HostKind.h"
+#include "tests/support/TreePaths.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -15,14 +16,14 @@ namespace {
 
 std::string GoldenPath(const PictureProgram& program)
 {
-    return std::string(QSA_SOURCE_DIR "/tests/platform/pictures/golden/") + program.name + ".png";
+    return SourcePath("tests/platform/pictures/golden/") + program.name + ".png";
 }
 
 /// Leaves what came out and how it differs, so that it can be looked at.
 void KeepPictures(PictureStage& stage, const PictureProgram& program, const Picture& actual,
                   const Picture& expected)
 {
-    const std::filesystem::path directory = QSA_BUILD_DIR "/picture-differences";
+    const std::filesystem::path directory = BuildPath("picture-differences");
     std::error_code error;
     std::filesystem::create_directories(directory, error);
     const std::string start = (directory / program.name).string();

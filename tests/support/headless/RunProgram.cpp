@@ -1,4 +1,5 @@
 #include "tests/support/RunProgram.h"
+#include "tests/support/TreePaths.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -26,7 +27,7 @@ std::string TakeFile(const std::string& path)
 
 ProgramRun RunProgram(const std::vector<std::string>& arguments)
 {
-    std::vector<char*> argv = {const_cast<char*>(QSA_PROGRAM_FILE)};
+    std::vector<char*> argv = {const_cast<char*>(ProgramPath())};
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);

@@ -1,4 +1,5 @@
 #include "tests/support/RunProgram.h"
+#include "tests/support/TreePaths.h"
 
 #include "tools/win32/BoxAnswers.h"
 
@@ -29,7 +30,7 @@ std::string TakeTextFile(const std::string& path)
 /// Arguments that hold blanks are quoted, as a shell would do it.
 std::string CommandLine(const std::vector<std::string>& arguments)
 {
-    std::string line = "\"" QSA_PROGRAM_FILE "\"";
+    std::string line = std::string("\"") + ProgramPath() + "\"";
     for (const std::string& argument : arguments) {
         const bool needsQuotes = argument.find(' ') != std::string::npos;
         line += needsQuotes ? " \"" + argument + "\"" : " " + argument;

@@ -1,0 +1,16 @@
+#include "tests/support/TreePaths.h"
+
+std::string SourcePath(const std::string& name)
+{
+    return QSA_SOURCE_DIR "/" + name;
+}
+
+std::string BuildPath(const std::string& name)
+{
+    return QSA_BUILD_DIR "/" + name;
+}
+
+const char* ProgramPath()
+{
+    return QSA_PROGRAM_FILE;
+}
