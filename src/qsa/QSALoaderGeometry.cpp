@@ -13,6 +13,7 @@ int32_t QSALoader::ParseGeomObject()
     const int32_t slot = scene->meshes.Add();
     KRE_Mesh* mesh = CheckMemory(scene->meshes.GetSlot(slot));
     geometry = QSA_NodeGeometry();
+    std::fill(std::begin(counts), std::end(counts), QSA_MeshCounts{});
     builder.Clear();
     int32_t result = 0;
     for (bool isOpen = true; isOpen && result == 0;) {
@@ -80,7 +81,7 @@ int32_t QSALoader::ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh)
 
 void QSALoader::FinishMesh(KRE_Mesh* mesh)
 {
-    if (geometry.isClone) {
+    if (!mesh->cloneSource.IsEmpty()) { // a clone of no name has geometry of its own, or none
         KeepMeshInfo(mesh);
         return;
     }

@@ -216,10 +216,12 @@ bool QSALoader::LoadMapTexture(const QSA_Map& map, KRE_Texture* texture, const c
 {
     String path;
     const bool isFound = gGfx->FindTextureFile(&path, map.bitmap.c_str(), fileDirectory.c_str());
-    if (isFound)
+    if (isFound) {
         gGfx->LoadTexture(texture, path.c_str(), 0, -1, -1, MipLevels());
-    else
+        texture->loadOptions = loadFlags & kLoadSingleMipLevel; // only a load leaves its options
+    } else {
         Warning(text, map.bitmap.c_str());
+    }
     texture->slotNames[texture->currentSlot] = map.bitmap;
     return isFound;
 }
@@ -266,7 +268,6 @@ void QSALoader::LoadOwnTextures(QSA_Material* material)
     if (!hasMaps || !loadTextures)
         return;
     material->texture = std::make_unique<KRE_Texture>();
-    material->texture->loadOptions = loadFlags & kLoadSingleMipLevel;
     int32_t slot = 0;
     if (material->HasMap(kMapReflect))
         LoadReflectionMap(material, &slot);

@@ -84,6 +84,14 @@ TEST_F(QSALoaderTest, MeshBlockBehindACloneKeywordIsSkipped)
     EXPECT_EQ(Mesh(1).faceCount, 12);
 }
 
+TEST_F(QSALoaderTest, CloneOfNoNameIsAMeshOfItsOwn)
+{
+    Load("*GEOMOBJECT { *NODE_NAME \"m\" " + Triangle().MeshBlock() + " *CLONE \"\" }");
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+    EXPECT_EQ(LoadError(Triangle().Text() + Clone("empty", "")),
+              "scene.qsa: Mesh without vertices: 'empty'");
+}
+
 TEST_F(QSALoaderTest, CloneTakesItsOwnSubmaterials)
 {
     MeshText mesh = Triangle();

@@ -108,6 +108,7 @@ TEST_F(MapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
     ExpectColour(Material().diffuse, 1, 1, 1, 1);
     ExpectColour(Material().ambient, 1, 1, 1, 1);
     EXPECT_EQ(Material().reflectionSet, -1);
+    EXPECT_EQ(Texture().loadOptions, 0u) << "they come with a load";
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
