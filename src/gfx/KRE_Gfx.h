@@ -56,6 +56,9 @@ struct KRE_GfxRuntime {
     (IDirect3DDevice9* device, LPCSTR file, const D3DXMACRO* defines, ID3DXInclude* include,
      DWORD flags, ID3DXEffectPool* pool, ID3DXEffect** effectOut,
      ID3DXBuffer** errorsOut) = D3DXCreateEffectFromFileA;
+    HRESULT(WINAPI* createRenderToSurface)
+    (IDirect3DDevice9* device, UINT width, UINT height, D3DFORMAT format, BOOL depthStencil,
+     D3DFORMAT depthStencilFormat, ID3DXRenderToSurface** surfaceOut) = D3DXCreateRenderToSurface;
 
     static const KRE_GfxRuntime& System();
 };

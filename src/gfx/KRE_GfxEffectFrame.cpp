@@ -211,6 +211,8 @@ void KRE_Gfx::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
         effect.SetTextureParameter(data.resourceParams[index], texture->current);
 }
 
+/// QUIRK: with the cache the first user of an effect file sets the material's colours for all users
+/// within a frame. What counts on the cache draws such materials with files of their own.
 void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
 {
     ShaderEffectData& data = *effect.data;

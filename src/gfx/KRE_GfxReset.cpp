@@ -34,6 +34,26 @@ void ForEachEffect(KRE_ResourceManager& manager, HRESULT (STDMETHODCALLTYPE ID3D
     }
 }
 
+/// An effect keeps the textures that it was told, and no reset succeeds beside those of the screen's
+/// size. They are told anew before it draws again.
+void DropScreenTextures(KRE_ResourceManager& manager)
+{
+    for (int32_t i = 0; i < manager.GetCount(); ++i) {
+        const auto* data = static_cast<const ShaderEffectData*>(manager.GetEntry(i)->pointer);
+        if (!data || !data->effect)
+            continue;
+        const auto drop = [&](D3DXHANDLE handle) {
+            if (handle)
+                data->effect->SetTexture(handle, nullptr);
+        };
+        drop(data->Handle(EffectSemantic::kScreenCopy));
+        for (const D3DXHANDLE handle : data->screenBuffers)
+            drop(handle);
+        for (const D3DXHANDLE handle : data->screenQuarterBuffers)
+            drop(handle);
+    }
+}
+
 } // namespace
 
 void KRE_Gfx::ResetDevice(const D3DDISPLAYMODE* mode)
@@ -80,6 +100,7 @@ void KRE_Gfx::ReleaseDefaultPoolObjects()
         textureManager, [](IDirect3DTexture9* texture, D3DSURFACE_DESC* description) {
             return texture->GetLevelDesc(0, description);
         });
+    DropScreenTextures(effectManager);
     ForEachEffect(effectManager, &ID3DXEffect::OnLostDevice);
     ReleaseTargetSurfaces();
 }

@@ -72,9 +72,9 @@ int32_t KRE_Gfx::InitPostRenderEffects()
     D3DSURFACE_DESC description{};
     Check(postTexture->GetSurfaceLevel(0, postSurface.Out()), kNoTarget);
     Check(postSurface->GetDesc(&description), kNoTarget);
-    Check(D3DXCreateRenderToSurface(device.Get(), description.Width, description.Height,
-                                    description.Format, FALSE, D3DFMT_UNKNOWN,
-                                    renderToSurface.Out()),
+    Check(runtime.createRenderToSurface(device.Get(), description.Width, description.Height,
+                                        description.Format, FALSE, D3DFMT_UNKNOWN,
+                                        renderToSurface.Out()),
           kNoTarget);
     postEffectsReady = 1;
     return 1;

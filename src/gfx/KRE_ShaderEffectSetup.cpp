@@ -3,11 +3,12 @@
 #include "gfx/KRE_ShaderEffect.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+
+#include "base/Paths.h"
 
 namespace {
 
@@ -75,10 +76,7 @@ void BindNumbered(ID3DXEffect& effect, const char* format, D3DXHANDLE (&handlesO
 /// 0 for a text without a number.
 int32_t RoundedNumber(const char* text)
 {
-    static constexpr double kMost = 1e6; // far above any number of buffers
-    const double value = std::strtod(text, nullptr);
-    return std::isnan(value) ? 0
-                             : static_cast<int32_t>(std::lrint(std::clamp(value, -kMost, kMost)));
+    return RoundToInt(static_cast<float>(std::strtod(text, nullptr)));
 }
 
 } // namespace

@@ -11,6 +11,19 @@ constexpr const char* kClassName = "QSA2QSB_ENGINE_TEST";
 
 IDirect3D9* gNextDirect3D = nullptr;
 
+HRESULT gRenderToSurfaceResult = D3D_OK;
+
+HRESULT WINAPI CreateRenderToSurface(IDirect3DDevice9* device, UINT width, UINT height,
+                                     D3DFORMAT format, BOOL depthStencil,
+                                     D3DFORMAT depthStencilFormat,
+                                     ID3DXRenderToSurface** surfaceOut)
+{
+    const HRESULT ordered = std::exchange(gRenderToSurfaceResult, D3D_OK);
+    return FAILED(ordered) ? ordered
+                           : D3DXCreateRenderToSurface(device, width, height, format, depthStencil,
+                                                       depthStencilFormat, surfaceOut);
+}
+
 std::unique_ptr<KRE_Gfx> MakeEngine(RecordingDirect3D* direct3D)
 {
     gNextDirect3D = direct3D;
@@ -19,6 +32,7 @@ std::unique_ptr<KRE_Gfx> MakeEngine(RecordingDirect3D* direct3D)
         [](UINT) { return std::exchange(gNextDirect3D, nullptr); },
         D3DXCreateEffectPool,
         CreateScriptedEffect,
+        CreateRenderToSurface,
     };
     return std::make_unique<KRE_Gfx>(kRuntime);
 }
@@ -55,6 +69,7 @@ EngineTest::EngineTest(ComHandle<RecordingDirect3D> direct3D)
       gfx(*engine)
 {
     ResetLogForTests();
+    gRenderToSurfaceResult = D3D_OK;
     gKreErrorRecord = {};
 }
 
@@ -62,6 +77,11 @@ void EngineTest::Start(const D3DDISPLAYMODE* fullScreen, int32_t vertexProcessin
 {
     gfx.InitDevice(window.Handle(), fullScreen ? 0 : 1, fullScreen, 16, 0, vertexProcessing, 0);
     recorder->ClearLines();
+}
+
+void EngineTest::FailNextRenderToSurface(HRESULT result)
+{
+    gRenderToSurfaceResult = result;
 }
 
 std::vector<std::string> EngineTest::Calls()

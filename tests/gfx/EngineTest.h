@@ -59,6 +59,9 @@ protected:
         recorder->FailNext(name, result, match);
     }
 
+    /// The next `ID3DXRenderToSurface` is not made: D3DX does that without the device.
+    static void FailNextRenderToSurface(HRESULT result);
+
     /// The last warning since the last look, or empty.
     std::string LastWarning();
 

@@ -81,6 +81,23 @@ TEST_F(EffectFrame, MaterialIsTheCurrentOneAndEmissionTakesTheTint)
     EXPECT_EQ(Vector("EmissiveMaterial"), D3DXVECTOR4(1.25f, 0.5f, 0.75f + 0.2f, 1.0f));
 }
 
+TEST_F(EffectFrame, QuirkCacheKeepsTheFirstMaterialOfAFrame)
+{
+    file.AddParameter("SpecularPower");
+    Load();
+    gfx.effectCacheOn = 1;
+    D3DMATERIAL9 material{};
+    for (const float power : {3.0f, 4.0f}) {
+        material.Power = power;
+        gfx.SetMaterial(material);
+        gfx.UpdateEffectLights(effect);
+        EXPECT_EQ(file.floats["SpecularPower"], 3.0f);
+    }
+    ++gfx.frameNumber;
+    gfx.UpdateEffectLights(effect);
+    EXPECT_EQ(file.floats["SpecularPower"], 4.0f);
+}
+
 TEST_F(EffectLights, ZeroToNineLightsOfMixedKindsArePacked)
 {
     Load();

@@ -275,6 +275,17 @@ TEST_F(ScreenBuffers, SecondTryIsWithoutRenderTargetUsage)
     EXPECT_FALSE(gfx.postEffectsReady);
 }
 
+TEST_F(ScreenBuffers, SurfaceThatCannotBeMadeIsAnError)
+{
+    FailNextRenderToSurface(E_OUTOFMEMORY);
+    EXPECT_EQ(RaisedBy([&] { gfx.InitPostRenderEffects(); }),
+              "InitPostRenderEffects failed - error creating D3DXRenderToSurface: E_OUTOFMEMORY");
+    EXPECT_FALSE(gfx.postEffectsReady);
+    EXPECT_FALSE(gfx.renderToSurface);
+    EXPECT_EQ(gfx.InitPostRenderEffects(), 1) << "the next try begins anew";
+    EXPECT_TRUE(gfx.renderToSurface);
+}
+
 TEST_F(PostScene, GoesThroughTheSurface)
 {
     gfx.BeginScene();

@@ -50,6 +50,8 @@ TEST_F(EffectLoad, TargetsAreNumberedFromOne)
         {"below zero is none", "ScreenBuffer-1", {}},
         {"rounded up", "ScreenBuffer1.6", {kScreenBuffer, 1}},
         {"rounded down", "ScreenBuffer2.4", {kScreenBuffer, 1}},
+        {"half rounded up", "ScreenBuffer0.5", {kScreenBuffer, 0}},
+        {"less than half is none", "ScreenBuffer0.4", {}},
         {"first quarter", "ScreenQuarterBuffer1", {kScreenQuarterBuffer, 0}},
         {"last quarter", "ScreenQuarterBuffer3", {kScreenQuarterBuffer, 2}},
         {"quarter zero", "ScreenQuarterBuffer0", {}},
@@ -74,7 +76,8 @@ TEST_F(EffectLoad, ScreenBufferThreeIsAnErrorAndQuarterBufferThreeIsNot)
 TEST_F(EffectLoad, QuarterBufferFourIsAnError)
 {
     for (const char* text :
-         {"ScreenQuarterBuffer4", "ScreenQuarterBuffer1e30", "ScreenQuarterBufferinf"})
+         {"ScreenQuarterBuffer4", "ScreenQuarterBuffer3.5", "ScreenQuarterBuffer1e30",
+          "ScreenQuarterBuffer1e300", "ScreenQuarterBufferinf"})
         EXPECT_EQ(RaisedBy([&] { TargetOf(text); }), "Not more than 3 ScreenBuffer supported")
             << text;
 }

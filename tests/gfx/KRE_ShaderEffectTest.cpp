@@ -247,6 +247,23 @@ TEST_F(EffectLoad, MaterialsEffectComesBeforeTheScenesAndTheSkinningOne)
 
 // ---- Reset
 
+TEST_F(EffectLoad, HoldsNoTextureOfTheScreenOverAReset)
+{
+    file.AddTechnique();
+    file.AddParameters({"SCREENCOPY", "SCREENBUFFER2", "SCREENQUARTERBUFFER3"});
+    Load(effect);
+    gfx.UpdateEffectFrame(effect);
+    for (const auto& [semantic, texture] : file.textures)
+        EXPECT_NE(texture, nullptr) << semantic;
+    gfx.ResetDevice(nullptr);
+    EXPECT_EQ(file.textures.size(), 3u);
+    for (const auto& [semantic, texture] : file.textures)
+        EXPECT_EQ(texture, nullptr) << semantic;
+    gfx.UpdateEffectFrame(effect);
+    EXPECT_EQ(file.textures["SCREENCOPY"], gfx.screenCopy.Get());
+    EXPECT_NE(gfx.screenCopy.Get(), nullptr);
+}
+
 TEST_F(EffectLoad, LivesThroughAReset)
 {
     file.AddTechnique();

@@ -154,6 +154,73 @@ TEST_F(SceneEffects, MaterialsValuesReachTheEffect)
     EXPECT_EQ(file.vectors["vParam8"].at(0), D3DXVECTOR4(1, 2, 3, 0));
 }
 
+// ---- Which effect draws a subset
+
+TEST_F(SceneEffects, ScenesEffectDrawsSubsetsWithoutOneOfTheirOwn)
+{
+    ScriptedEffect own(recorder);
+    own.AddTechnique({{}, {}});
+    script.effects["own.fx"] = &own;
+    scratch.Write("scenes/own.fx", "text");
+    KRE_Mesh& mesh = AddMesh("mesh", 2);
+    mesh.materials[1].effectParams.name = "own.fx";
+    Load();
+    KRE_ShaderEffect ofScene;
+    gGfx->LoadEffect(&ofScene, "scenes/glow.fx", false, 0, true);
+    gGfx->sceneEffect = &ofScene;
+    Calls();
+    Draw(mesh);
+    EXPECT_THAT(DrawingCalls(),
+                ElementsAre("Begin 0", "BeginPass 0", "Mesh::DrawSubset mesh 0", "EndPass", "End",
+                            "Begin 0", "BeginPass 0", "Mesh::DrawSubset mesh 1", "EndPass",
+                            "BeginPass 1", "Mesh::DrawSubset mesh 1", "EndPass", "End"));
+    gGfx->sceneEffect = nullptr;
+    scene.Reset();
+}
+
+TEST_F(SceneEffects, SkinningEffectDrawsMeshesThatItBlends)
+{
+    KRE_Mesh& mesh = AddMesh("mesh");
+    KRE_ShaderEffect ofSkin;
+    gGfx->LoadEffect(&ofSkin, "scenes/glow.fx", false, 0, true);
+    gGfx->skinningEffect = &ofSkin;
+    Calls();
+    gGfx->DrawSubset(mesh, 0);
+    EXPECT_THAT(DrawingCalls(), ElementsAre("Mesh::DrawSubset mesh 0"));
+    mesh.processing = 2;
+    gGfx->DrawSubset(mesh, 0);
+    EXPECT_THAT(DrawingCalls(),
+                ElementsAre("Begin 0", "BeginPass 0", "Mesh::DrawSubset mesh 0", "EndPass", "End"));
+}
+
+TEST_F(SceneEffects, EffectOfASubsetIsUpdatedWhereDrawingIsSwitchedOff)
+{
+    file.AddParameters({"WORLD", "NUMBLENDWEIGHTS", "NumOmniLights"});
+    KRE_Mesh& mesh = AddGlowing("mesh");
+    Load();
+    gGfx->drawDisabled = 1;
+    Draw(mesh);
+    EXPECT_THAT(DrawingCalls(), ElementsAre("Begin 0", "BeginPass 0", "EndPass", "End"));
+    EXPECT_EQ(file.matrices.count("WORLD"), 1u);
+    EXPECT_EQ(file.ints.count("NUMBLENDWEIGHTS"), 1u);
+    EXPECT_EQ(file.ints.count("NumOmniLights"), 1u);
+}
+
+TEST_F(SceneEffects, EffectTakesTheReflectionInItsOwnHands)
+{
+    KRE_Mesh& mesh = AddGlowing("mesh");
+    mesh.materials[0].reflectionSet = 0;
+    Load();
+    gGfx->SelectEffect(mesh.materials[0].effect.get());
+    Calls();
+    EXPECT_EQ(gGfx->DrawSubset(mesh, 0), 1);
+    const std::vector<std::string> calls = Calls();
+    EXPECT_THAT(calls, testing::Contains("Mesh::DrawSubset mesh 0"));
+    EXPECT_THAT(calls, testing::Not(testing::Contains(StartsWith("Mesh::GetAttributeTable"))));
+    EXPECT_THAT(calls, testing::Not(testing::Contains(StartsWith("Mesh::LockVertexBuffer"))));
+    gGfx->SelectEffect(nullptr);
+}
+
 // ---- What belongs to a mesh
 
 TEST_F(SceneEffects, MeshTellsItsWeightsAndMatrices)
@@ -172,6 +239,20 @@ TEST_F(SceneEffects, MeshTellsItsWeightsAndMatrices)
     gGfx->skinningEffectLimit = 2;
     gGfx->UpdateEffectObject(effect, mesh, 0);
     EXPECT_THAT(file.matrices["WORLDMATRIXARRAY"], ElementsAre(Shift(0, 0, 0), Shift(1, 0, 0)));
+}
+
+TEST_F(SceneEffects, MeshOfThirtyBonesSendsTwentySixMatrices)
+{
+    file.AddParameter("WORLDMATRIXARRAY");
+    KRE_Mesh& mesh = AddGlowing("mesh", 1, kBlendedFormat);
+    SetBones(mesh, {nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr});
+    ASSERT_EQ(mesh.bones.Count(), 30);
+    Load();
+    gGfx->UpdateEffectObject(*mesh.materials[0].effect, mesh, 0);
+    EXPECT_THAT(file.matrices["WORLDMATRIXARRAY"], testing::SizeIs(26));
 }
 
 TEST_F(SceneEffects, MeshWithoutBonesSendsNoMatrices)
@@ -201,6 +282,9 @@ TEST_F(SceneEffects, ReflectionIsToldByTheMaterial)
     EXPECT_EQ(file.matrices["TransformReflectionMap"].at(0), Shift(0, 0, 0));
     gGfx->UpdateEffectObject(effect, mesh, 1);
     EXPECT_EQ(file.ints["REFLECTIONMAPTYPE"], 1);
+    gGfx->environmentTM = Shift(4, 5, 6);
+    gGfx->UpdateEffectObject(effect, mesh, 1);
+    EXPECT_EQ(file.matrices["TransformReflectionMap"].at(0), Shift(4, 5, 6));
     gGfx->UpdateEffectObject(effect, mesh, 2); // no material of the mesh
     EXPECT_EQ(file.ints["REFLECTIONMAPTYPE"], 0);
     gGfx->boundTexture[0] = nullptr;

@@ -58,6 +58,11 @@ void ScriptedEffect::AddTechnique(std::vector<Pass> passes, bool isValid)
     added.passes = std::move(passes);
 }
 
+void ScriptedEffect::AddTechnique()
+{
+    AddTechnique({Pass()});
+}
+
 HRESULT ScriptedEffect::Note(const char* name, std::initializer_list<std::string> arguments)
 {
     return recorder ? recorder->Note(name, arguments).failure.value_or(D3D_OK) : D3D_OK;

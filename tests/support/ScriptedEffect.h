@@ -28,7 +28,9 @@ public:
     void AddParameter(const std::string& semantic, const char* resourceName = nullptr);
     void AddParameters(std::initializer_list<const char*> semantics);
     /// Adds a technique; one that is not valid runs on no device.
-    void AddTechnique(std::vector<Pass> passes = {{}}, bool isValid = true);
+    void AddTechnique(std::vector<Pass> passes, bool isValid = true);
+    /// One of a single plain pass.
+    void AddTechnique();
 
     /// What was set last, by semantic. Vectors and matrices are one after the other.
     std::map<std::string, float> floats;

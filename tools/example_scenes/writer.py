@@ -17,13 +17,18 @@ def numbers(values, digits=4):
 
 
 class Scene:
-    """The text of one scene in the making. Times are frames; the text has ticks."""
+    """The text of one scene in the making. Times are frames; the text has ticks.
+
+    A setting `unit` makes nodes and meshes that many times as large, tracks apart: the steps of a
+    16-bit depth buffer are too coarse for small scenes whose surfaces meet at flat angles.
+    """
 
     TICKS = 160
 
     def __init__(self, last_frame=100, version=211, **settings):
         self.lines, self.depth = [], 0
         self.names, self.last_frame = set(), last_frame
+        self.unit = settings.get("unit", 1)
         self.line(f"3DSMAX_QSAEXPORT\t{version}")
         with self.block("SCENE"):
             self.values("SCENE_BACKGROUND_STATIC", settings.get("background", (0.1, 0.12, 0.16)))
@@ -69,9 +74,11 @@ class Scene:
     def transform_block(self, keyword, pose):
         axis, angle = axis_and_angle(pose.rotation)
         with self.block(keyword):
-            for r, row in enumerate(pose.matrix()):
-                self.values(f"TM_ROW{r}", row[:3], 6)
-            self.values("TM_POS", pose.position, 6)
+            rows = [row[:3] for row in pose.matrix()]
+            rows[3] = scaled(rows[3], self.unit)
+            for r, row in enumerate(rows):
+                self.values(f"TM_ROW{r}", row, 6)
+            self.values("TM_POS", scaled(pose.position, self.unit), 6)
             # The format turns the other way round about its axes than these scenes do.
             self.values("TM_ROTAXIS", scaled(axis, -1), 6)
             self.value("TM_ROTANGLE", angle, 6)
@@ -113,13 +120,13 @@ class Scene:
 
     def geometry(self, shape, options):
         low, high = shape.bounds()
-        self.values("BOUNDINGBOX_MIN", low)
-        self.values("BOUNDINGBOX_MAX", high)
+        self.values("BOUNDINGBOX_MIN", scaled(low, self.unit))
+        self.values("BOUNDINGBOX_MAX", scaled(high, self.unit))
         self.line(f"MESH_NUMVERTEX {len(shape.points)}")
         self.line(f"MESH_NUMFACES {len(shape.faces)}")
         with self.block("MESH_VERTEX_LIST"):
             for i, point in enumerate(shape.points):
-                self.line(f"MESH_VERTEX {i}\t{numbers(point, 3)}")
+                self.line(f"MESH_VERTEX {i}\t{numbers(scaled(point, self.unit), 3)}")
         with self.block("MESH_FACE_LIST"):
             edges = "\tAB: 1 BC: 1 CA: 0" if options["edges"] else ""
             for i, (a, b, c, material) in enumerate(shape.faces):

@@ -132,6 +132,22 @@ ExitStatus ComparePair(const Options& options, const fs::path& pathA, const fs::
     return isWithin ? kAlike : kDifferent;
 }
 
+/// Whether a scene is left out as a whole, and one side has no frame of it.
+bool IsLeftOut(const Options& options, const fs::path& name)
+{
+    if (options.exceptions.empty() ||
+        (fs::exists(options.sides[0] / name) && fs::exists(options.sides[1] / name)))
+        return false;
+    const std::string scene = name.stem().string();
+    for (const FrameException& exception : ReadFrameExceptions(options.exceptions.string())) {
+        if (exception.scene == scene && exception.IsWholeFrame()) {
+            std::printf("%-16s left out: %s\n", scene.c_str(), exception.reason.c_str());
+            return true;
+        }
+    }
+    return false;
+}
+
 /// The names of both sides; a picture that one of them lacks is found missing when it is read.
 ExitStatus CompareDirectories(const Options& options)
 {
@@ -145,13 +161,17 @@ ExitStatus CompareDirectories(const Options& options)
     if (!options.exceptions.empty())
         std::printf("%-16s %10s %9s %9s %9s\n", "scene", "over 2", "16: edges", "elsewhere",
                     "largest");
+    std::size_t compared = 0;
     for (const fs::path& name : names) {
+        if (IsLeftOut(options, name))
+            continue;
         const ExitStatus status =
             ComparePair(options, options.sides[0] / name, options.sides[1] / name);
         worst = std::max(worst, status);
         alike += status == kAlike;
+        ++compared;
     }
-    std::printf("%zu of %zu pictures alike\n", alike, names.size());
+    std::printf("%zu of %zu pictures alike\n", alike, compared);
     return worst;
 }
 

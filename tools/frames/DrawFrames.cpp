@@ -2,7 +2,7 @@
 // Draws each scene as the program does at the start of its animation and writes the back buffer to
 // DIRECTORY/NAME.png. Prints the time of each frame in milliseconds, until it could be read back. With
 // --times each frame is drawn so often and the shortest time is told. The directory has to be there.
-// Ends with 0 if all is drawn, else with 1.
+// Ends with 0 if all is drawn, else with 1. Scenes with effects that the host does not read are left out.
 
 #include "tools/frames/FrameStage.h"
 
@@ -14,6 +14,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
 #include <vector>
 #include <windows.h>
 
@@ -48,6 +51,22 @@ bool ReadArguments(int count, char** values, Options& options)
     return options.width > 0 && options.height > 0 && options.times > 0 && !options.scenes.empty();
 }
 
+/// Whether a material names an effect file in text form that is there.
+bool HasEffectText(const fs::path& scene)
+{
+    std::ifstream file(scene, std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(file)),
+                           std::istreambuf_iterator<char>());
+    static constexpr std::string_view kKey = "shader='";
+    for (size_t at = text.find(kKey); at != std::string::npos; at = text.find(kKey, at)) {
+        at += kKey.size();
+        const fs::path name = text.substr(at, text.find('\'', at) - at);
+        if (name.extension() == ".fx" && fs::exists(scene.parent_path() / name))
+            return true;
+    }
+    return false;
+}
+
 /// Scenes look for their pictures from their own folder. Each has an engine of its own: states that one
 /// scene leaves behind would be seen in the next. The first frame is kept.
 bool DrawScene(const Options& options, const fs::path& scene)
@@ -55,6 +74,11 @@ bool DrawScene(const Options& options, const fs::path& scene)
     fs::current_path(scene.parent_path());
     FrameStage stage(options.width, options.height);
     const std::string name = scene.filename().string();
+    if (!FrameStage::ReadsEffectTexts() && HasEffectText(scene)) {
+        std::printf("%-16s left out: this host reads no effect texts\n",
+                    scene.stem().string().c_str());
+        return true;
+    }
     const Frame frame = stage.Draw(name.c_str());
     double seconds = stage.DrawSeconds();
     for (int i = 1; i < options.times; ++i) {

@@ -14,6 +14,8 @@ struct FrameException {
     int right = 0;
     int bottom = 0;
     std::string reason;
+
+    bool IsWholeFrame() const { return left == 0 && top == 0 && right == 0 && bottom == 0; }
 };
 
 /// Reads lines of scene, four numbers and a reason; lines that begin with # are notes. Other lines

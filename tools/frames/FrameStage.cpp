@@ -72,6 +72,16 @@ FrameStage::FrameStage(int width, int height)
     CreateMainWindow(instance, SW_HIDE);
     FitClientArea(width, height);
     StartGraphics();
+    gGfx->getGameTime = [] { return 0.0f; };
+}
+
+bool FrameStage::ReadsEffectTexts()
+{
+    static constexpr char kText[] = "technique t { pass p { CullMode = NONE; } }";
+    ComPointer<ID3DXEffect> effect;
+    ComPointer<ID3DXBuffer> errors;
+    return SUCCEEDED(D3DXCreateEffect(gGfx->device.Get(), kText, sizeof kText - 1, nullptr, nullptr,
+                                      0, nullptr, effect.Out(), errors.Out()));
 }
 
 FrameStage::~FrameStage()

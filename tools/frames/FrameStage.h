@@ -5,7 +5,8 @@
 #include <string>
 
 /// A program that has come through its start-up, with a hidden window whose client area has the size
-/// of the frame, whatever border the host gives it. The clock stands at the beginning. Everything is
+/// of the frame, whatever border the host gives it. The clock stands at the
+/// beginning, that of effects too. Everything is
 /// gone again with it, so that no process ends with a live device. One at a time.
 class FrameStage {
 public:
@@ -21,6 +22,9 @@ public:
     Frame Draw(const char* fileName);
     /// Seconds that drawing the last frame took, until it could be read back.
     double DrawSeconds() const { return drawSeconds; }
+
+    /// Whether the host's D3DX reads effect files in text form. Wine's does not.
+    static bool ReadsEffectTexts();
 
 private:
     double drawSeconds = 0.0;

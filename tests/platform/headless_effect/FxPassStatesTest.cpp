@@ -51,6 +51,9 @@ TEST_F(FxPassStatesTest, RenderStatesArriveInEveryWayOfWriting)
         {"Ambient = 0x80102030;", D3DRS_AMBIENT, 0x80102030},
         {"Ambient = float4(1, 0.5, 0, 0.2);", D3DRS_AMBIENT, 0x33FF8000}, // 127.5 + 0.5 = 0x80
         {"FogColor = float3(0, 0, 1);", D3DRS_FOGCOLOR, 0x000000FF},
+        {"FogColor = {1, 0.5, 0, 0.2};", D3DRS_FOGCOLOR, 0x33FF8000},
+        {"CullMode = {CW};", D3DRS_CULLMODE, D3DCULL_CW},
+        {"FogStart = {half2.y * 5};", D3DRS_FOGSTART, 0x40200000},
         {"TextureFactor = <color * 0.5>;", D3DRS_TEXTUREFACTOR, 0x80800000},
         {"DiffuseMaterialSource = COLOR2;", D3DRS_DIFFUSEMATERIALSOURCE, D3DMCS_COLOR2},
         {"CCW_StencilFail = INVERT;", D3DRS_CCW_STENCILFAIL, D3DSTENCILOP_INVERT},

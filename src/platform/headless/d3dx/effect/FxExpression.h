@@ -51,6 +51,14 @@ struct FxStep {
     const FxIntrinsic* intrinsic = nullptr; ///< not owned, lives in its table
 };
 
+inline FxStep FxStepOf(FxOperation operation, const FxShape& shape)
+{
+    FxStep step;
+    step.operation = operation;
+    step.shape = shape;
+    return step;
+}
+
 /// What an assignment computes, checked when the effect was made: to evaluate it cannot fail.
 class FxExpression {
 public:

@@ -15,6 +15,8 @@ public:
     void SetInAngles(bool value) { inAngles = value; }
 
     bool Read(FxExpression& expressionOut);
+    /// As many numbers in braces as `target` has, row by row.
+    bool ReadList(const FxShape& target, FxExpression& expressionOut);
     /// One number with the values that parameters have now, such as the size of an array.
     bool ReadConstant(std::int32_t& valueOut);
     /// A parameter or a part of it: `a`, `a.b`, `a[2]`. What stands in brackets and is not known now ends

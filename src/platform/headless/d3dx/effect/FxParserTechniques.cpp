@@ -16,6 +16,23 @@ void AddKeys(const FxParameter& sampler, UINT index, std::vector<FxStateKey>& ke
             keysOut.push_back({FxStateKind::Sampler, index, assignment.state->number});
 }
 
+/// How many numbers a list in braces has for a state.
+FxShape ListShape(const FxState& state)
+{
+    switch (state.value) {
+    case FxStateValue::Matrix:
+        return {D3DXPT_FLOAT, 4, 4};
+    case FxStateValue::Color:
+        return {D3DXPT_FLOAT, 1, 4};
+    case FxStateValue::Floats:
+        return {D3DXPT_FLOAT, 1, state.floats};
+    case FxStateValue::Float:
+        return {D3DXPT_FLOAT, 1, 1};
+    default:
+        return {D3DXPT_INT, 1, 1};
+    }
+}
+
 /// Records are saved as a whole.
 void AddKeys(const FxAssignment& assignment, std::vector<FxStateKey>& keysOut)
 {
@@ -189,7 +206,8 @@ bool FxParser::StateValue(const FxState& state, FxAssignment& assignmentOut)
     const FxPlace place = words.Peek().place;
     expressions.SetStateWords(state.words);
     expressions.SetInAngles(inAngles);
-    const bool isRead = expressions.Read(assignmentOut.value);
+    const bool isRead = words.Is("{") ? expressions.ReadList(ListShape(state), assignmentOut.value)
+                                      : expressions.Read(assignmentOut.value);
     expressions.SetStateWords(nullptr);
     expressions.SetInAngles(false);
     if (!isRead || !CheckValue(state, place, assignmentOut.value))

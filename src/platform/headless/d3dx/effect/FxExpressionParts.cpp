@@ -1,0 +1,139 @@
+// Parameters in expressions, and parts of values: members, elements, rows, components.
+
+#include "platform/headless/d3dx/effect/FxExpressionReader.h"
+
+// Kept whole: one loop over the parts of a path, whose order is what matters.
+bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut)
+{
+    const FxToken name = words.Peek();
+    const auto known = names.parameters.find(name.text);
+    if (name.kind != FxTokenKind::Identifier || known == names.parameters.end())
+        return words.Fail(FxError::UnknownName, FxDescribe(name) + " is no parameter");
+    words.Next();
+    parameterOut = known->second;
+    for (;;) {
+        if (parameterOut->IsArray() && indexOut.IsEmpty() && words.Is("[")) {
+            const FxPlace place = words.Next().place;
+            ++brackets;
+            const bool isRead = Choice(indexOut);
+            --brackets;
+            if (!isRead || !words.Expect("]"))
+                return false;
+            if (!indexOut.Shape().IsScalar())
+                return words.FailAt(place, FxError::BadIndex, "an index is one number");
+            if (indexOut.IsConstant()) {
+                const std::int32_t index = indexOut.Evaluate(scratch).Int(0);
+                if (index < 0 || static_cast<UINT>(index) >= parameterOut->elements)
+                    return words.FailAt(place, FxError::BadIndex,
+                                        "the index " + std::to_string(index) + " is outside of " +
+                                            FxDescribe(name));
+                parameterOut = parameterOut->parts[static_cast<std::size_t>(index)].get();
+                indexOut.Clear();
+            }
+        } else if (!parameterOut->IsArray() && parameterOut->kind == D3DXPC_STRUCT &&
+                   words.Is(".")) {
+            words.Next();
+            const FxToken member = words.Next();
+            parameterOut = FxFindByName(parameterOut->parts, member.text);
+            if (!parameterOut)
+                return words.FailAt(member.place, FxError::UnknownName,
+                                    FxDescribe(name) + " has no member " + FxDescribe(member));
+        } else {
+            return true;
+        }
+    }
+}
+
+bool FxExpressionReader::LoadParameter(FxExpression& out)
+{
+    const FxToken name = words.Peek();
+    const FxParameter* parameter = nullptr;
+    FxExpression index;
+    if (!ReadParameter(parameter, index))
+        return false;
+    const bool isElement = !index.IsEmpty();
+    if (!parameter->IsNumeric() || (parameter->IsArray() && !isElement))
+        return words.FailAt(name.place, FxError::TypeMismatch, FxDescribe(name) + " is no number");
+    FxStep step =
+        FxStepOf(isElement ? FxOperation::Element : FxOperation::Parameter, parameter->Shape());
+    step.parameter = parameter;
+    if (isElement)
+        out.Append(index);
+    out.Add(step);
+    return true;
+}
+
+bool FxExpressionReader::Index(FxExpression& out)
+{
+    const FxPlace place = words.Next().place;
+    const FxShape whole = out.Shape();
+    FxExpression index;
+    ++brackets;
+    const bool isRead = Choice(index);
+    --brackets;
+    if (!isRead || !words.Expect("]"))
+        return false;
+    const bool isVector = whole.rows == 1;
+    const UINT count = isVector ? whole.columns : whole.rows;
+    const bool isKnown = index.IsConstant() && index.Shape().IsScalar();
+    const bool isOutside =
+        isKnown && static_cast<UINT>(index.Evaluate(scratch).Int(0)) >= count; // negative ones too
+    if (whole.IsScalar() || !index.Shape().IsScalar() || isOutside)
+        return words.FailAt(place, FxError::BadIndex, "the index does not fit the value before it");
+    out.Append(index);
+    out.Add(FxStepOf(FxOperation::Row, {whole.type, 1, isVector ? 1 : whole.columns}));
+    return true;
+}
+
+bool FxExpressionReader::Component(FxExpression& out)
+{
+    words.Next();
+    const FxToken name = words.Next();
+    const FxShape whole = out.Shape();
+    FxStep step = FxStepOf(FxOperation::Components, {whole.type, 1, 0});
+    const bool fits = name.kind == FxTokenKind::Identifier &&
+                      (name.text.starts_with('_') ? MatrixComponents(name.text, whole, step)
+                                                  : VectorComponents(name.text, whole, step));
+    if (!fits)
+        return words.FailAt(name.place, FxError::BadComponent,
+                            "the value has no component " + FxDescribe(name));
+    out.Add(step);
+    return true;
+}
+
+/// `xyzw` or `rgba`, one to four of one set.
+bool FxExpressionReader::VectorComponents(std::string_view text, const FxShape& shape,
+                                          FxStep& stepOut)
+{
+    for (const std::string_view set : {"xyzw", "rgba"}) {
+        stepOut.shape.columns = 0;
+        for (const char c : text.substr(0, 5)) {
+            const std::size_t component = set.find(c);
+            if (component >= shape.columns || stepOut.shape.columns == 4)
+                break;
+            stepOut.components[stepOut.shape.columns++] = static_cast<std::uint8_t>(component);
+        }
+        if (stepOut.shape.columns == text.size() && shape.rows == 1)
+            return true;
+    }
+    return false;
+}
+
+/// `_11` counts from 1, `_m00` from 0; one to four behind one another.
+bool FxExpressionReader::MatrixComponents(std::string_view text, const FxShape& shape,
+                                          FxStep& stepOut)
+{
+    const bool fromZero = text.starts_with("_m");
+    const std::size_t length = fromZero ? 4 : 3;
+    for (; text.size() >= length && text.starts_with(fromZero ? "_m" : "_");
+         text.remove_prefix(length)) {
+        const int base = fromZero ? '0' : '1';
+        const UINT row = static_cast<UINT>(text[length - 2] - base);
+        const UINT column = static_cast<UINT>(text[length - 1] - base);
+        if (row >= shape.rows || column >= shape.columns || stepOut.shape.columns == 4)
+            return false;
+        stepOut.components[stepOut.shape.columns++] =
+            static_cast<std::uint8_t>(row * shape.columns + column);
+    }
+    return text.empty() && stepOut.shape.columns > 0;
+}
