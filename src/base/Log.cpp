@@ -60,24 +60,17 @@ int32_t gLogEntries = 0;
 double gLogStartTime = 0.0;
 constinit String& gLogDirectory = directory.text;
 uint8_t gLogWithTime = 1;
+void (*gLogSink)(const char* entry) = nullptr;
 double (*gLogClock)() = GetTimeSeconds;
 uint64_t (*gLogFreeMemory)() = FreePhysicalMemory;
 
-void LogWrite(const char* format, ...)
+static void WriteEntry(const char* text)
 {
-    if (gLogEntries >= kMaxLogEntries)
-        return;
     if (gLogEntries == 0)
         gLogStartTime = gLogClock();
     const uint64_t freeBytes = gLogWithTime ? gLogFreeMemory() : 0;
     if (gLogDirectory.IsEmpty())
         TakeLogDirectory();
-
-    char text[kLogTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatTextV(text, sizeof text, format, arguments);
-    va_end(arguments);
 
     // Opened and closed for every entry, so that a crash loses nothing.
     const FileStream stream = OpenLog();
@@ -93,4 +86,19 @@ void LogWrite(const char* format, ...)
     const char* limit =
         gLogEntries == kMaxLogEntries ? "Maximum number of log entries reached!\n" : "";
     std::fprintf(stream.get(), "%s%s%s", text, note, limit);
+}
+
+void LogWrite(const char* format, ...)
+{
+    if (!gLogSink && gLogEntries >= kMaxLogEntries)
+        return;
+    char text[kLogTextSize];
+    va_list arguments;
+    va_start(arguments, format);
+    FormatTextV(text, sizeof text, format, arguments);
+    va_end(arguments);
+    if (gLogSink)
+        gLogSink(text);
+    else
+        WriteEntry(text);
 }

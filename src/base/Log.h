@@ -14,6 +14,10 @@ extern double gLogStartTime;  ///< seconds on `gLogClock` at the first entry
 extern String& gLogDirectory; ///< current directory at the first entry; outlives every destructor
 extern uint8_t gLogWithTime;  ///< 1: each entry carries the note of time and free memory
 
+/// Takes every entry, cut at 1023 bytes and without a note, in place of the file. Null: the file.
+/// For programs that may not write: nothing is counted, limited or left out as a repeat then.
+extern void (*gLogSink)(const char* entry);
+
 /// Where the note takes its figures from. Tests put their own in place.
 extern double (*gLogClock)();        ///< seconds
 extern uint64_t (*gLogFreeMemory)(); ///< bytes of free physical memory

@@ -14,6 +14,7 @@ void ResetLogForTests()
     gLogStartTime = 0.0;
     gLogDirectory.Clear();
     gLogWithTime = 1;
+    gLogSink = nullptr;
     gLogClock = kLogClock;
     gLogFreeMemory = kLogFreeMemory;
 

@@ -7,6 +7,10 @@
 
 void FilterWarning(const WarningState& state, const char* text)
 {
+    if (gLogSink) { // it has its own way with repeats
+        LogWrite("%s", text);
+        return;
+    }
     // QUIRK: a text longer than the memory for it was cut when it was stored, so it equals nothing
     // that is stored and each of its repeats is logged.
     if (std::strcmp(text, state.lastText) == 0) {

@@ -21,8 +21,7 @@ void ProductColumn(const D3DXMATRIX& a, const D3DXMATRIX& b, int column, double 
 /// plane there, whose coefficients are a sum of columns of the matrix.
 void KRE_Frustum::Update(const D3DXMATRIX& view, const D3DXMATRIX& projection)
 {
-    if (hasPlanes && std::memcmp(&view, &ofView, sizeof ofView) == 0 &&
-        std::memcmp(&projection, &ofProjection, sizeof ofProjection) == 0)
+    if (hasPlanes && view == ofView && projection == ofProjection)
         return;
     hasPlanes = true;
     ofView = view;

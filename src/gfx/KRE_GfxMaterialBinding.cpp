@@ -124,10 +124,12 @@ void KRE_Gfx::BindSlotMatrix(const KRE_Texture& texture, int32_t slot, int32_t s
 {
     const bool hasMatrix = texture.slotMatrixSet[slot] != 0;
     const D3DMATRIX& matrix = texture.slotMatrices[slot];
+    // NOLINTBEGIN(bugprone-suspicious-memory-comparison): the same bits make the same state.
     const bool isThere =
         hasMatrix &&
         cache.stageState[stage][D3DTSS_TEXTURETRANSFORMFLAGS] == int32_t{D3DTTFF_COUNT3} &&
         std::memcmp(&textureMatrix[stage], &matrix, sizeof matrix) == 0;
+    // NOLINTEND(bugprone-suspicious-memory-comparison)
     if (!isThere)
         SetTextureTransform(hasMatrix ? &matrix : nullptr, stage);
 }

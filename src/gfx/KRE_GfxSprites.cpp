@@ -67,6 +67,7 @@ void KRE_Gfx::FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across,
     auto* vertices = static_cast<KRE_TLVertex*>(bytes);
     const D3DXVECTOR2 corners[] = {corner + down, corner, corner + across + down, corner + across};
     for (size_t i = 0; i < std::size(corners); ++i) {
+        // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): without a lock Check has thrown.
         KRE_TLVertex& vertex = vertices[i];
         vertex.x = corners[i].x;
         vertex.y = corners[i].y;

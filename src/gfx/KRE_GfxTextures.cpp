@@ -4,6 +4,9 @@
 
 #include "base/Paths.h"
 #include "gfx/DirectXErrorName.h"
+#include "gfx/TextureSearchSink.h"
+
+void (*gTextureSearchSink)(const char* name, const char* path) = nullptr;
 
 namespace {
 
@@ -75,6 +78,8 @@ D3DFORMAT KRE_Gfx::ChooseTextureFormat(const D3DXIMAGE_INFO& info) const
 bool KRE_Gfx::FindTextureFile(String* pathOut, const char* name, const char* directory)
 {
     *pathOut = ResolveTexturePath(name, directory);
+    if (gTextureSearchSink)
+        gTextureSearchSink(name, pathOut->c_str());
     const bool found = !pathOut->IsEmpty();
     if (!found)
         pathOut->Assign(name);

@@ -92,13 +92,13 @@ bool QSALoader::CountTrackKey(int32_t* number)
 
 /// Puts `number` keys into the track, the first of them from `keys`, the others empty.
 template <class Track, class Key>
-static void FillTrack(Track* track, const std::vector<Key>& keys, int32_t number, bool isLinear)
+static void FillTrack(Track& track, const std::vector<Key>& keys, int32_t number, bool isLinear)
 {
-    track->SetKeyCount(number);
-    if (track->Keys())
-        std::copy(keys.begin(), keys.end(), track->Keys());
-    track->interpolation = isLinear ? Track::kLinear : Track::kBezier;
-    track->secondFlag = 0;
+    track.SetKeyCount(number);
+    if (track.Keys())
+        std::copy(keys.begin(), keys.end(), track.Keys());
+    track.interpolation = isLinear ? Track::kLinear : Track::kBezier;
+    track.secondFlag = 0;
 }
 
 int32_t QSALoader::ParseColourTrack(KRE_ColorTrack* track)
@@ -136,7 +136,7 @@ int32_t QSALoader::ParseColourTrack(KRE_ColorTrack* track)
             break;
         }
     }
-    FillTrack(track, keys, number, isLinear);
+    FillTrack(*track, keys, number, isLinear);
     return result;
 }
 
@@ -180,7 +180,7 @@ int32_t QSALoader::ParseFloatTrack(KRE_FloatTrack* track, bool invert)
             break;
         }
     }
-    FillTrack(track, keys, number, isLinear);
+    FillTrack(*track, keys, number, isLinear);
     return result;
 }
 

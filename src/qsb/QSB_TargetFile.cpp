@@ -19,6 +19,7 @@ void QSB_TargetFile::Error(const char* format, ...)
     FormatTextV(message, sizeof message, format, arguments);
     va_end(arguments);
 
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): File's own names the temporary file.
     ErrorClass::Error("%s: %s", targetName.c_str(), message);
 }
 

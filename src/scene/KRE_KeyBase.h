@@ -20,6 +20,7 @@ class KRE_KeyBase {
 public:
     KRE_KeyBase() = default;
     KRE_KeyBase(const KRE_KeyBase& other) : time(other.time) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the links are not copied.
     KRE_KeyBase& operator=(const KRE_KeyBase& other)
     {
         time = other.time;

@@ -1,6 +1,8 @@
 #include "base/Log.h"
 
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 #include <windows.h>
 
@@ -211,6 +213,35 @@ TEST_F(Log, PercentSignsInTheTextAreNoFormat)
 {
     LogWrite("%s", "100%s");
     EXPECT_EQ(LogText(), Entry("100%s"));
+}
+
+std::vector<std::string> gTaken;
+
+TEST_F(Log, ASinkTakesEveryEntryInPlaceOfTheFile)
+{
+    gTaken.clear();
+    gLogSink = [](const char* entry) { gTaken.push_back(entry); };
+    gLogEntries = kMaxLogEntries; // of no account then
+    LogWrite("Loading %s", "boat");
+    LogWrite("%s", std::string(2000, 'x').c_str());
+    gLogEntries = 0;
+    EXPECT_EQ(gTaken, (std::vector<std::string>{"Loading boat", std::string(1023, 'x')}));
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
+    gLogSink = nullptr;
+    LogWrite("back");
+    EXPECT_EQ(LogText(), Entry("back"));
+}
+
+TEST_F(Log, ASinkGetsRepeatsOfAWarningAsTheyCome)
+{
+    struct : ErrorClassSimple {
+    } reporter;
+    gTaken.clear();
+    gLogSink = [](const char* entry) { gTaken.push_back(entry); };
+    for (int i = 0; i < 3; ++i)
+        reporter.Warning("thin ice");
+    EXPECT_EQ(gTaken, std::vector<std::string>(3, "Warning:ErrorClassSimple: thin ice"));
+    EXPECT_EQ(gWarningCount, 0);
 }
 
 } // namespace

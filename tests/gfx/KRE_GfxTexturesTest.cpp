@@ -1,3 +1,4 @@
+#include "gfx/TextureSearchSink.h"
 #include "tests/gfx/TextureEngine.h"
 
 using Textures = TextureEngine;
@@ -107,6 +108,21 @@ TEST_F(Textures, CompressionNeedsItsFormats)
               "Texture compression DXT1 not supported by hardware");
     gfx->SetTextureCompression(0, 1);
     EXPECT_EQ(gfx->textureCompression, 0);
+}
+
+TEST_F(Textures, ASinkIsToldOfEachSearchForATexture)
+{
+    static std::vector<std::string> told;
+    told.clear();
+    gTextureSearchSink = [](const char* name, const char* path) {
+        told.push_back(std::string(name) + ">" + path);
+    };
+    String path;
+    EXPECT_FALSE(gfx->FindTextureFile(&path, "gone.png", ""));
+    EXPECT_FALSE(gfx->FindEffectFile(&path, "gone.fx", ""));
+    gTextureSearchSink = nullptr;
+    EXPECT_FALSE(gfx->FindTextureFile(&path, "gone too.png", ""));
+    EXPECT_EQ(told, std::vector<std::string>{"gone.png>"});
 }
 
 TEST_F(Textures, FindTextureFileLooksInItsPlacesInOrder)

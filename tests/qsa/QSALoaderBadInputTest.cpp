@@ -164,7 +164,7 @@ namespace {
 constexpr size_t kHostileBytes = 1 << 20;
 // Where the clock counts all time and not the processor's, as on Windows, and in instrumented code only
 // hanging shows.
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(QSA_COVERAGE)
 constexpr bool kClockTellsTheCost = false;
 #else
 constexpr bool kClockTellsTheCost = CLOCKS_PER_SEC == 1000000;

@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "tests/support/CheckScene.h"
+#include "check/CheckScene.h"
 
 /// What a bad file is free to say.
 static constexpr const char* kFreeOfBadInput[] = {

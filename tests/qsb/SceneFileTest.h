@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <string>
 
+#include "check/CheckScene.h"
 #include "scene/KRE_3dScene.h"
 #include "tests/gfx/ErrorText.h"
-#include "tests/support/CheckScene.h"
 #include "tests/support/QsbBytes.h"
 #include "tests/support/SceneEngine.h"
 

@@ -14,3 +14,8 @@ const char* ProgramPath()
 {
     return QSA_PROGRAM_FILE;
 }
+
+const char* InfoProgramPath()
+{
+    return QSA_INFO_PROGRAM_FILE;
+}

@@ -11,5 +11,8 @@ std::string SourcePath(const std::string& name);
 /// The same in the build directory.
 std::string BuildPath(const std::string& name);
 
-/// The built program.
+/// The built converter.
 const char* ProgramPath();
+
+/// The built program that tells of scene files.
+const char* InfoProgramPath();

@@ -82,6 +82,32 @@ TEST_F(SurfaceTransfer, TakesAndFillsRectangles)
     EXPECT_EQ(Read(*target), (Pixels{kFour[1], 0x11111111, kFour[3], 0x11111111}));
 }
 
+TEST_F(SurfaceTransfer, FillsWhatCannotBeLocked)
+{
+    IDirect3DSurface9* raw = nullptr;
+    ASSERT_EQ(device->CreateRenderTarget(4, 3, D3DFMT_A8R8G8B8, D3DMULTISAMPLE_NONE, 0, FALSE, &raw,
+                                         nullptr),
+              D3D_OK);
+    const SurfaceHandle target(raw);
+    D3DLOCKED_RECT locked = {};
+    ASSERT_NE(target->LockRect(&locked, nullptr, 0), D3D_OK) << "it could be locked after all";
+    ASSERT_EQ(device->ColorFill(target.get(), nullptr, 0xFF202020), D3D_OK);
+
+    const RECT whole = {0, 0, 2, 2};
+    const RECT place = {1, 1, 3, 3};
+    ASSERT_EQ(D3DXLoadSurfaceFromMemory(target.get(), nullptr, &place, kFour.data(),
+                                        D3DFMT_A8R8G8B8, 8, nullptr, &whole, D3DX_FILTER_NONE, 0),
+              D3D_OK);
+    const SurfaceHandle copy = Plain(4, 3);
+    ASSERT_EQ(device->GetRenderTargetData(target.get(), copy.get()), D3D_OK);
+    // The four pixels in the columns 1 and 2 of the rows 1 and 2, and what was there around them.
+    const std::uint32_t old = 0xFF202020;
+    const Pixels expected = {old, old,      old,      old, //
+                             old, kFour[0], kFour[1], old, //
+                             old, kFour[2], kFour[3], old};
+    EXPECT_EQ(Read(*copy), expected);
+}
+
 TEST_F(SurfaceTransfer, StretchesToTheNearestPixel)
 {
     const SurfaceHandle source = Filled(2, 1, {kFour[0], kFour[1]});

@@ -27,7 +27,12 @@ std::string TakeFile(const std::string& path)
 
 ProgramRun RunProgram(const std::vector<std::string>& arguments)
 {
-    std::vector<char*> argv = {const_cast<char*>(ProgramPath())};
+    return RunProgramFile(ProgramPath(), arguments);
+}
+
+ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string>& arguments)
+{
+    std::vector<char*> argv = {const_cast<char*>(file.c_str())};
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);

@@ -28,9 +28,9 @@ std::string TakeTextFile(const std::string& path)
 }
 
 /// Arguments that hold blanks are quoted, as a shell would do it.
-std::string CommandLine(const std::vector<std::string>& arguments)
+std::string CommandLine(const std::string& file, const std::vector<std::string>& arguments)
 {
-    std::string line = std::string("\"") + ProgramPath() + "\"";
+    std::string line = '"' + file + '"';
     for (const std::string& argument : arguments) {
         const bool needsQuotes = argument.find(' ') != std::string::npos;
         line += needsQuotes ? " \"" + argument + "\"" : " " + argument;
@@ -42,19 +42,26 @@ std::string CommandLine(const std::vector<std::string>& arguments)
 
 ProgramRun RunProgram(const std::vector<std::string>& arguments)
 {
+    return RunProgramFile(ProgramPath(), arguments);
+}
+
+ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string>& arguments)
+{
     char folder[MAX_PATH] = "";
     GetTempPathA(sizeof folder, folder);
     const std::string outFile =
         std::string(folder) + "qsa2qsb-run-" + std::to_string(GetCurrentProcessId());
+    const std::string errFile = outFile + ".err";
     const HANDLE out = CreateInheritedFile(outFile);
+    const HANDLE err = CreateInheritedFile(errFile);
 
     STARTUPINFOA startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = out;
-    startup.hStdError = out;
+    startup.hStdError = err;
     PROCESS_INFORMATION process = {};
-    std::string line = CommandLine(arguments);
+    std::string line = CommandLine(file, arguments);
     ProgramRun run;
     if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                        &process)) {
@@ -67,6 +74,8 @@ ProgramRun RunProgram(const std::vector<std::string>& arguments)
         CloseHandle(process.hProcess);
     }
     CloseHandle(out);
+    CloseHandle(err);
     run.out = TakeTextFile(outFile);
+    run.err += TakeTextFile(errFile);
     return run;
 }

@@ -99,7 +99,7 @@ std::uint32_t FromFloat(float value, PixelChannel channel)
 /// Two's complement: both -2^(n-1) and the step above it mean -1.
 float ToSignedFloat(std::uint32_t word, PixelChannel channel)
 {
-    const int half = 1 << (channel.bits - 1);
+    const int half = (1 << channel.bits) / 2;
     int value = static_cast<int>(Field(word, channel));
     if (value >= half)
         value -= 2 * half;
@@ -108,7 +108,8 @@ float ToSignedFloat(std::uint32_t word, PixelChannel channel)
 
 std::uint32_t FromSignedFloat(float value, PixelChannel channel)
 {
-    const double steps = (1 << (channel.bits - 1)) - 1;
+    const int half = (1 << channel.bits) / 2;
+    const double steps = half - 1;
     const double rounded = std::floor(static_cast<double>(ClampUnit(value, -1.0f)) * steps + 0.5);
     const auto field = static_cast<std::uint32_t>(static_cast<std::int32_t>(rounded));
     return (field & MaxOf(channel)) << channel.shift;

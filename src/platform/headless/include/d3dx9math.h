@@ -42,9 +42,14 @@ using LPD3DXVECTOR2 = D3DXVECTOR2*;
 
 struct D3DXVECTOR3 : D3DVECTOR {
     D3DXVECTOR3() {}
-    D3DXVECTOR3(const FLOAT* values) : D3DVECTOR{values[0], values[1], values[2]} {}
+    D3DXVECTOR3(const FLOAT* values) : D3DXVECTOR3(values[0], values[1], values[2]) {}
     D3DXVECTOR3(const D3DVECTOR& vector) : D3DVECTOR(vector) {}
-    D3DXVECTOR3(FLOAT xValue, FLOAT yValue, FLOAT zValue) : D3DVECTOR{xValue, yValue, zValue} {}
+    D3DXVECTOR3(FLOAT xValue, FLOAT yValue, FLOAT zValue)
+    {
+        x = xValue; // one by one: the analyzer does not see into a base that is a plain record
+        y = yValue;
+        z = zValue;
+    }
 
     operator FLOAT*() { return &x; }
     operator const FLOAT*() const { return &x; }

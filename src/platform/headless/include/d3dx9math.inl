@@ -58,6 +58,7 @@ inline D3DXMATRIX D3DXMATRIX::operator*(const D3DXMATRIX& other) const
 
 inline BOOL D3DXMATRIX::operator==(const D3DXMATRIX& other) const
 {
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits are meant.
     return std::memcmp(m, other.m, sizeof m) == 0;
 }
 

@@ -44,9 +44,11 @@ using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using PLONG = LONG*;
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type's name takes none.
 #define DECLARE_HANDLE(name)                                                                       \
     struct name##__;                                                                               \
     using name = name##__*
+// NOLINTEND(bugprone-macro-parentheses)
 
 using HANDLE = void*;
 DECLARE_HANDLE(HINSTANCE);

@@ -16,15 +16,12 @@ std::uint32_t FxDiagnostics::AddFile(std::string name)
     return static_cast<std::uint32_t>(files.size() - 1);
 }
 
-bool FxDiagnostics::Fail(FxPlace place, FxError error, const std::string& what)
+void FxDiagnostics::Keep(FxPlace place, FxError error, const std::string& what)
 {
-    if (Failed())
-        return false;
     text = place.file < files.size() ? files[place.file].substr(0, kMaxQuotedBytes) : "effect";
     text += '(' + std::to_string(place.line) + ',' + std::to_string(place.column) + "): error X" +
             std::to_string(static_cast<int>(error)) + ": " + what.substr(0, kMaxQuotedBytes);
     // The text reaches its reader with a terminator: no byte of a file may end it early.
     std::replace(text.begin(), text.end(), '\0', '?');
     text += '\n';
-    return false;
 }

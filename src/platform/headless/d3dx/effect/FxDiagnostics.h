@@ -46,12 +46,19 @@ public:
 
     /// Keeps "file(line,column): error X1234: text" unless there is an error already. Always false,
     /// so that a reader can leave by it.
-    bool Fail(FxPlace place, FxError error, const std::string& what);
+    bool Fail(FxPlace place, FxError error, const std::string& what)
+    {
+        if (!Failed())
+            Keep(place, error, what);
+        return false;
+    }
 
     bool Failed() const { return !text.empty(); }
     const std::string& Text() const { return text; }
 
 private:
+    void Keep(FxPlace place, FxError error, const std::string& what);
+
     std::vector<std::string> files;
     std::string text;
 };

@@ -72,6 +72,7 @@ struct FxStateKey {
     DWORD index;
     DWORD number;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the comparison with 0 is the compiler's own.
     auto operator<=>(const FxStateKey&) const = default;
 };
 

@@ -1,17 +1,17 @@
-#include "tests/support/CheckScene.h"
+#include "check/CheckScene.h"
 
 #include <cmath>
 #include <cstdarg>
-#include <cstdio>
 #include <cstring>
+#include <map>
 #include <set>
+#include <string_view>
 #include <vector>
 
-#include "tests/support/SceneFaults.h"
+#include "base/FormatText.h"
 
 namespace {
 
-constexpr int kMostLines = 200;
 constexpr double kUnitTolerance = 1e-3;
 
 template <class List>
@@ -84,6 +84,8 @@ class NodeChecker {
 public:
     NodeChecker(KRE_3dScene& sceneIn, SceneFaults& faultsIn) : scene(sceneIn), faults(faultsIn)
     {
+        for (KRE_Mesh* mesh : scene.meshes)
+            meshesByName.emplace(mesh->name.c_str(), mesh); // the first of a name stays
         AddAll(scene.meshes);
         AddAll(scene.cameras);
         AddAll(scene.objects);
@@ -97,7 +99,9 @@ public:
             CheckNode(*mesh);
             if (mesh->objectKind != kObjectMesh)
                 faults.Add(mesh->name.c_str(), "a mesh of the kind %i", mesh->objectKind);
-            CheckMesh(*mesh, faults);
+            const bool isShared =
+                !mesh->cloneSource.IsEmpty() && !seen.insert(mesh->mesh.Get()).second;
+            CheckMesh(*mesh, isShared ? MeshCheck::kWithoutGeometry : MeshCheck::kAll, faults);
             CheckBoneObjects(*mesh);
             CheckClone(*mesh);
         }
@@ -107,14 +111,17 @@ public:
             CheckNode(*object);
         for (KRE_Light* light : scene.lights)
             CheckTarget(*light);
+        CheckAncestors();
     }
 
 private:
     template <class List>
     void AddAll(List& list)
     {
-        for (const KRE_3dObject* object : list)
-            inside.insert(object);
+        for (const KRE_3dObject* object : list) {
+            if (inside.insert(object).second)
+                inOrder.push_back(object);
+        }
     }
 
     void CheckNode(const KRE_3dObject& node)
@@ -162,18 +169,37 @@ private:
     {
         if (clone.cloneSource.IsEmpty())
             return;
-        const KRE_Mesh* source = scene.FindMesh(clone.cloneSource.c_str(), 0);
-        if (!source)
+        const auto source = meshesByName.find(clone.cloneSource.c_str());
+        if (source == meshesByName.end())
             faults.Add(clone.name.c_str(), "no mesh '%s' to be a clone of",
                        clone.cloneSource.c_str());
-        else if (source->mesh.Get() != clone.mesh.Get())
+        else if (source->second->mesh.Get() != clone.mesh.Get())
             faults.Add(clone.name.c_str(), "a clone with another geometry than '%s'",
                        clone.cloneSource.c_str());
+    }
+
+    /// Each object is walked over once: a walk ends where an earlier one has been.
+    void CheckAncestors()
+    {
+        std::map<const KRE_3dObject*, size_t> walks; // the walk that came by each object
+        size_t walk = 0;
+        for (const KRE_3dObject* object : inOrder) {
+            ++walk;
+            const KRE_3dObject* at = object;
+            while (inside.count(at) && walks.emplace(at, walk).second)
+                at = at->parent;
+            // An object that is its own parent is told with its links.
+            if (inside.count(at) && walks[at] == walk && at->parent != at)
+                faults.Add(at->name.c_str(), "an ancestor is the object itself");
+        }
     }
 
     KRE_3dScene& scene;
     SceneFaults& faults;
     std::set<const KRE_3dObject*> inside;
+    std::vector<const KRE_3dObject*> inOrder;                 ///< the same, as the lists have them
+    std::map<std::string_view, const KRE_Mesh*> meshesByName; ///< not owned, live in the scene
+    std::set<const ID3DXMesh*> seen;                          ///< geometry that was looked over
 };
 
 void CheckOrder(KRE_3dScene& scene, SceneFaults& faults)
@@ -198,32 +224,45 @@ void CheckOrder(KRE_3dScene& scene, SceneFaults& faults)
 
 void SceneFaults::Add(const char* object, const char* format, ...)
 {
-    if (++lines > kMostLines)
+    if (++count > kMostKept)
         return;
-    char line[512];
+    char what[512];
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(line, sizeof line, format, arguments);
+    FormatTextV(what, sizeof what, format, arguments);
     va_end(arguments);
-    text += std::string(object) + ": " + line + "\n";
+    kept.push_back({object, what});
+}
+
+std::string SceneFaults::Text() const
+{
+    std::string text;
+    for (const SceneFault& fault : kept)
+        text += fault.object + ": " + fault.what + "\n";
+    return text;
+}
+
+void FindSceneFaults(KRE_3dScene& scene, SceneFaults& faults)
+{
+    CheckList("meshes", scene.meshes, faults);
+    CheckList("cameras", scene.cameras, faults);
+    CheckList("objects", scene.objects, faults);
+    CheckList("lights", scene.lights, faults);
+    if (faults.Count() > 0)
+        return; // walking the objects would go astray
+    for (KRE_Mesh* mesh : scene.meshes)
+        CheckList(mesh->name.c_str(), mesh->bones, faults);
+    if (faults.Count() > 0)
+        return;
+    NodeChecker(scene, faults).CheckAll();
+    CheckOrder(scene, faults);
+    CheckMaterial("override material", scene.overrideMaterial, faults);
+    CheckTexture("background", scene.backgroundTexture, faults);
 }
 
 std::string CheckScene(KRE_3dScene& scene)
 {
     SceneFaults faults;
-    CheckList("meshes", scene.meshes, faults);
-    CheckList("cameras", scene.cameras, faults);
-    CheckList("objects", scene.objects, faults);
-    CheckList("lights", scene.lights, faults);
-    if (!faults.Text().empty())
-        return faults.Text(); // walking the objects would go astray
-    for (KRE_Mesh* mesh : scene.meshes)
-        CheckList(mesh->name.c_str(), mesh->bones, faults);
-    if (!faults.Text().empty())
-        return faults.Text();
-    NodeChecker(scene, faults).CheckAll();
-    CheckOrder(scene, faults);
-    CheckMaterial("override material", scene.overrideMaterial, faults);
-    CheckTexture("background", scene.backgroundTexture, faults);
+    FindSceneFaults(scene, faults);
     return faults.Text();
 }

@@ -1,4 +1,4 @@
-#include "tests/support/CheckScene.h"
+#include "check/CheckScene.h"
 
 #include <cmath>
 #include <functional>
@@ -313,4 +313,40 @@ TEST_F(CheckSceneTest, FindsASelectedSlotThatIsNotThere)
                                                           std::to_string(wrong) + " is selected"));
     }
     slot = 0; // a texture goes by it when it lets go of its pictures
+}
+
+TEST_F(CheckSceneTest, FindsObjectsThatAreTheirOwnAncestors)
+{
+    KRE_3dScene scene;
+    MakeSoundScene(scene);
+    for (const char* name : {"A", "B", "C"})
+        scene.objects.GetSlot(scene.objects.Add())->name = name;
+    KRE_3dObject* ring[] = {scene.objects.Get(1), scene.objects.Get(2), scene.objects.Get(3)};
+    for (int i = 0; i < 3; ++i) {
+        ring[i]->parent = ring[(i + 1) % 3];
+        ring[i]->parentName = ring[i]->parent->name;
+    }
+    scene.objects.Get(0)->parent = ring[1]; // hangs on the ring and is no part of it
+    scene.objects.Get(0)->parentName = "B";
+    EXPECT_EQ(CheckScene(scene), "B: an ancestor is the object itself\n");
+}
+
+TEST_F(CheckSceneTest, ACloneMayHaveFewerMaterialsThanTheGeometryHasAttributes)
+{
+    KRE_3dScene scene;
+    MakeSoundScene(scene);
+    MeshOf(scene, "Hull2").AllocateMaterials(1); // the geometry has two
+    EXPECT_EQ(CheckScene(scene), "");
+}
+
+TEST_F(CheckSceneTest, OfVeryManyFaultsTheRestIsCounted)
+{
+    SceneFaults faults;
+    for (int i = 0; i < 300; ++i)
+        faults.Add("Hull", "fault %i", i);
+    EXPECT_EQ(faults.Count(), 300);
+    ASSERT_EQ(faults.Kept().size(), 200u);
+    EXPECT_EQ(faults.Kept()[199].object, "Hull");
+    EXPECT_EQ(faults.Kept()[199].what, "fault 199");
+    EXPECT_EQ(faults.Text().substr(0, 28), "Hull: fault 0\nHull: fault 1\n");
 }

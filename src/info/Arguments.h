@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "info/SceneDiff.h"
+
+enum class InfoMode { kReport, kTree, kJson, kCheck, kDiff, kHelp, kVersion };
+
+/// What the command line asks for.
+struct InfoArguments {
+    InfoMode mode = InfoMode::kReport;
+    bool all = false;
+    double tolerance = 0;
+    std::vector<std::string> files; ///< one; two for a comparison
+    std::string error;              ///< what is wrong with the line; empty for a good one
+};
+
+/// Reads the arguments behind the program's name. Options may stand anywhere; behind "--" everything
+/// is a file.
+InfoArguments ReadArguments(const std::vector<std::string>& arguments);
+
+extern const char* const kInfoUsage;   ///< the short form, one line a call
+extern const char* const kInfoHelp;    ///< with all options
+extern const char* const kInfoVersion; ///< a line

@@ -1,0 +1,24 @@
+#include "info/Arguments.h"
+
+const char* const kInfoUsage = "Usage: qsbinfo [--tree | --json | --check] [--all] FILE\n"
+                               "       qsbinfo diff [--tolerance T] [--all] FILE FILE\n"
+                               "       qsbinfo --help | --version\n";
+
+const char* const kInfoHelp =
+    "\n"
+    "Tells what a QSA or QSB scene file holds. Nothing is written or changed.\n"
+    "\n"
+    "  FILE             counts, bounds, animation, materials, textures, warnings\n"
+    "  --tree           the objects by their parents\n"
+    "  --json           everything but vertices, faces and keys, as JSON\n"
+    "  --check          looks for damage: exit status 0 for a sound file, else 1\n"
+    "  diff A B         what differs, a line each: PATH: VALUE IN A | VALUE IN B\n"
+    "  --tolerance T    numbers that differ by no more than T are the same (0)\n"
+    "  --all            lists and comparisons in full length\n"
+    "  --               all that follows are files\n"
+    "  --help           this text\n"
+    "  --version        the program's version\n"
+    "\n"
+    "Exit status: 0 well, 1 a fault (--check) or a difference (diff), 2 trouble.\n";
+
+const char* const kInfoVersion = "qsbinfo " QSA_VERSION "\n";

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include <windows.h>
+
+#include "gfx/KRE_Gfx.h"
+
+/// The engine as the converter starts it, as `gGfx`, with a small hidden window. Reports go nowhere
+/// while it starts. Scenes have to go before it.
+class InfoEngine {
+public:
+    /// Raises KRE_Error where there is no device.
+    InfoEngine();
+    ~InfoEngine();
+    InfoEngine(const InfoEngine&) = delete;
+    InfoEngine& operator=(const InfoEngine&) = delete;
+
+private:
+    void Stop();
+
+    HWND window = nullptr; // owned
+    std::unique_ptr<KRE_Gfx> engine;
+};

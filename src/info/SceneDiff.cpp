@@ -1,0 +1,301 @@
+#include "info/SceneDiff.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <vector>
+
+#include "info/NameText.h"
+#include "info/SceneFields.h"
+
+// ---- Values
+
+/// Two that are no numbers are the same, as are equal infinities.
+bool SceneDiff::IsSame(const Field& first, const Field& second, int32_t i) const
+{
+    const double a = first.numbers[static_cast<size_t>(i)];
+    const double b = second.numbers[static_cast<size_t>(i)];
+    if (a == b || (std::isnan(a) && std::isnan(b)))
+        return true;
+    const bool isExact = first.IsWhole() || first.kind == FieldKind::kBits;
+    return !isExact && std::fabs(a - b) <= options.tolerance && std::isfinite(a) &&
+           std::isfinite(b);
+}
+
+void SceneDiff::Tell(const std::string& path, const std::string& first, const std::string& second)
+{
+    ++differences;
+    if (linesLeft-- > 0)
+        output.Line({path, ": ", first, " | ", second});
+}
+
+void SceneDiff::CompareFields(const std::string& path, const Field& first, const Field& second)
+{
+    if (first.kind == FieldKind::kText) {
+        if (first.text != second.text)
+            Tell(path, first.PartText(0), second.PartText(0));
+        return;
+    }
+    const int32_t both = std::min(first.count, second.count);
+    for (int32_t i = 0; i < std::max(first.count, second.count); ++i) {
+        if (i >= both)
+            Tell(path + (i < first.count ? first : second).PartName(i),
+                 i < first.count ? first.PartText(i) : "-",
+                 i < second.count ? second.PartText(i) : "-");
+        else if (!IsSame(first, second, i))
+            Tell(path + first.PartName(i), first.PartText(i), second.PartText(i));
+    }
+}
+
+static std::string WholeText(const Field& field)
+{
+    return field.IsList() ? "present" : field.PartText(0);
+}
+
+/// Fields that only one of both has are those of layouts and effects that differ.
+void SceneDiff::CompareFieldLists(const std::string& path)
+{
+    const auto& all = firstFields.All();
+    for (size_t i = 0; i < all.size(); ++i) {
+        // Nearly always the fields are the same ones, in the same order.
+        const Field* other = i < secondFields.All().size() ? &secondFields.All()[i] : nullptr;
+        if (!other || other->name != all[i].name)
+            other = secondFields.Find(all[i].name);
+        if (other)
+            CompareFields(path + all[i].name, all[i], *other);
+        else
+            Tell(path + all[i].name, WholeText(all[i]), "-");
+    }
+    for (const Field& field : secondFields.All()) {
+        if (!firstFields.Find(field.name))
+            Tell(path + field.name, "-", WholeText(field));
+    }
+}
+
+// ---- Records and arrays
+
+template <class Record, class AddFields>
+void SceneDiff::CompareRecords(const std::string& path, const Record& first, const Record& second,
+                               AddFields add)
+{
+    firstFields.Clear();
+    secondFields.Clear();
+    add(first, firstFields);
+    add(second, secondFields);
+    CompareFieldLists(path);
+}
+
+template <class AddFields>
+void SceneDiff::CompareArray(const std::string& path, int64_t count, AddFields add)
+{
+    linesLeft = options.all ? INT64_MAX : kMostLines;
+    for (int64_t i = 0; i < count; ++i) {
+        firstFields.Clear();
+        secondFields.Clear();
+        add(false, i, firstFields);
+        add(true, i, secondFields);
+        CompareFieldLists(path + '[' + std::to_string(i) + "].");
+    }
+    if (linesLeft < 0)
+        output.Line({path, ": ", CountOf(-linesLeft, "difference", "differences"), " more"});
+    linesLeft = INT64_MAX;
+}
+
+template <class Key>
+void SceneDiff::CompareKeyList(const std::string& path, const KRE_KeyList<Key>& first,
+                               const KRE_KeyList<Key>& second)
+{
+    const Key* keys[] = {first.Head(), second.Head()};
+    int64_t count = 0; // the counters of the objects are compared with their other fields
+    for (const Key *a = keys[0], *b = keys[1]; a && b; a = a->next.get(), b = b->next.get())
+        ++count;
+    CompareArray(path, count, [&keys](bool isSecond, int64_t, FieldList& fields) {
+        const Key*& key = keys[isSecond ? 1 : 0];
+        AddKeyFields(*key, fields);
+        key = key->next.get();
+    });
+}
+
+template <class Track>
+void SceneDiff::CompareTrack(const std::string& path, const Track& first, const Track& second)
+{
+    CompareRecords(path + '.', first, second,
+                   [](const Track& track, FieldList& fields) { AddTrackFields(track, fields); });
+    const int32_t count = std::min(first.GetKeyCount(), second.GetKeyCount());
+    CompareArray(path + ".keys", count, [&](bool isSecond, int64_t i, FieldList& fields) {
+        AddKeyFields((isSecond ? second : first).Key(static_cast<int32_t>(i)), fields);
+    });
+}
+
+// ---- Parts of objects
+
+void SceneDiff::CompareKeys(const std::string& path, const KRE_3dObject& first,
+                            const KRE_3dObject& second)
+{
+    CompareKeyList(path + "posKeys", first.posKeys, second.posKeys);
+    CompareKeyList(path + "rotKeys", first.rotKeys, second.rotKeys);
+    CompareKeyList(path + "scaleKeys", first.scaleKeys, second.scaleKeys);
+}
+
+void SceneDiff::CompareMaterials(const std::string& path, const KRE_MaterialInfo& first,
+                                 const KRE_MaterialInfo& second)
+{
+    CompareRecords(path + '.', first, second, AddMaterialFields);
+    for (const NamedColorTrack& named : kColorTracks)
+        CompareTrack(path + '.' + named.name, first.*named.track, second.*named.track);
+    CompareTrack(path + ".opacityTrack", first.opacityTrack, second.opacityTrack);
+}
+
+void SceneDiff::CompareTextures(const std::string& path, const KRE_Texture& first,
+                                const KRE_Texture& second)
+{
+    CompareRecords(path + '.', first, second, AddTextureFields);
+    for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot) {
+        const std::string slotPath = path + ".slots[" + std::to_string(slot) + ']';
+        CompareRecords(slotPath + '.', first, second,
+                       [slot](const KRE_Texture& texture, FieldList& fields) {
+                           AddSlotFields(texture, slot, fields);
+                       });
+        for (int32_t track = 0; track < KRE_TextMatrixAni::kTrackCount; ++track)
+            CompareTrack(slotPath + '.' + kSlotTracks[track] + "Track",
+                         SlotTrack(first, slot, track), SlotTrack(second, slot, track));
+    }
+}
+
+void SceneDiff::CompareGeometry(const std::string& path, KRE_Mesh& first, KRE_Mesh& second)
+{
+    const bool isStored = first.cloneSource.IsEmpty() || second.cloneSource.IsEmpty();
+    if (!isStored || !first.mesh || !second.mesh)
+        return;
+    first.LockAll(D3DLOCK_READONLY);
+    second.LockAll(D3DLOCK_READONLY);
+    CompareArray(path + "vertices", std::min(first.vertexCount, second.vertexCount),
+                 [&](bool isSecond, int64_t i, FieldList& fields) {
+                     AddVertexFields(isSecond ? second : first, static_cast<int32_t>(i), fields);
+                 });
+    CompareArray(path + "faces", std::min(first.faceCount, second.faceCount),
+                 [&](bool isSecond, int64_t i, FieldList& fields) {
+                     AddFaceFields(isSecond ? second : first, static_cast<int32_t>(i), fields);
+                 });
+    second.UnlockAll();
+    first.UnlockAll();
+}
+
+void SceneDiff::CompareMeshes(const std::string& path, KRE_Mesh& first, KRE_Mesh& second)
+{
+    CompareRecords(path, first, second, AddMeshFields);
+    CompareKeys(path, first, second);
+    const int32_t materials = std::min(first.materialCount, second.materialCount);
+    for (int32_t i = 0; i < materials; ++i) {
+        const std::string place = '[' + std::to_string(i) + ']';
+        CompareMaterials(path + "materials" + place, first.materials[i], second.materials[i]);
+        CompareTextures(path + "textures" + place, first.textures[i], second.textures[i]);
+    }
+    CompareArray(path + "bones", std::min(first.bones.Count(), second.bones.Count()),
+                 [&](bool isSecond, int64_t i, FieldList& fields) {
+                     AddBoneFields(*(isSecond ? second : first).bones.Get(static_cast<int32_t>(i)),
+                                   fields);
+                 });
+    CompareGeometry(path, first, second);
+}
+
+// ---- Lists of objects
+
+namespace {
+
+/// The objects of one list by name, those of one name in their order.
+template <class List>
+auto ByName(List& list)
+{
+    using Object = std::remove_reference_t<decltype(**list.begin())>;
+    std::map<std::string, std::vector<Object*>> objects;
+    for (Object* object : list)
+        objects[object->name.c_str()].push_back(object);
+    return objects;
+}
+
+std::string PathOf(const char* listName, const std::string& name, size_t place)
+{
+    std::string path = std::string(listName) + '/' + ShownName(name);
+    return place > 0 ? path + '#' + std::to_string(place + 1) : path;
+}
+
+/// The names of a list in its order.
+template <class List>
+std::vector<const char*> NamesOf(List& list)
+{
+    std::vector<const char*> names;
+    for (const auto* object : list)
+        names.push_back(object->name.c_str());
+    return names;
+}
+
+} // namespace
+
+template <class List, class ComparePair>
+void SceneDiff::CompareLists(const char* listName, List& first, List& second,
+                             ComparePair comparePair)
+{
+    const auto firstByName = ByName(first);
+    const auto secondByName = ByName(second);
+    bool areAllPaired = first.Count() == second.Count();
+    std::map<std::string, size_t> met;
+    for (auto* object : first) {
+        const std::string name = object->name.c_str();
+        const size_t place = met[name]++;
+        const std::string path = PathOf(listName, name, place);
+        const auto others = secondByName.find(name);
+        if (others != secondByName.end() && place < others->second.size()) {
+            comparePair(path + '/', *object, *others->second[place]);
+            continue;
+        }
+        Tell(path, "present", "-");
+        areAllPaired = false;
+    }
+    met.clear();
+    for (auto* object : second) {
+        const std::string name = object->name.c_str();
+        const size_t place = met[name]++;
+        const auto others = firstByName.find(name);
+        if (others == firstByName.end() || place >= others->second.size())
+            Tell(PathOf(listName, name, place), "-", "present");
+    }
+    if (!areAllPaired)
+        return;
+    // All are there: their order is one more thing that a file stores.
+    const std::vector<const char*> names[] = {NamesOf(first), NamesOf(second)};
+    CompareArray(std::string(listName) + "/order", first.Count(),
+                 [&names](bool isSecond, int64_t i, FieldList& fields) {
+                     fields.Text("name", names[isSecond ? 1 : 0][static_cast<size_t>(i)]);
+                 });
+}
+
+int64_t SceneDiff::Compare(LoadedScene& firstFile, LoadedScene& secondFile)
+{
+    KRE_3dScene& first = firstFile.scene;
+    KRE_3dScene& second = secondFile.scene;
+    CompareRecords("header/", firstFile.header, secondFile.header, AddHeaderFields);
+    CompareRecords("scene/", first, second, AddSceneFields);
+    CompareKeys("scene/", first, second);
+    CompareRecords("settings/", first.settings, second.settings, AddSettingsFields);
+    CompareTextures("background", first.backgroundTexture, second.backgroundTexture);
+    CompareLists(
+        "meshes", first.meshes, second.meshes,
+        [this](const std::string& path, KRE_Mesh& a, KRE_Mesh& b) { CompareMeshes(path, a, b); });
+    CompareLists("cameras", first.cameras, second.cameras,
+                 [this](const std::string& path, KRE_Camera& a, KRE_Camera& b) {
+                     CompareRecords(path, a, b, AddCameraFields);
+                     CompareKeys(path, a, b);
+                 });
+    CompareLists("objects", first.objects, second.objects,
+                 [this](const std::string& path, KRE_3dObject& a, KRE_3dObject& b) {
+                     CompareRecords(path, a, b, AddNodeFields);
+                     CompareKeys(path, a, b);
+                 });
+    CompareLists("lights", first.lights, second.lights,
+                 [this](const std::string& path, KRE_Light& a, KRE_Light& b) {
+                     CompareRecords(path, a, b, AddLightFields);
+                     CompareKeys(path, a, b);
+                 });
+    return differences;
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "info/FieldList.h"
+#include "info/LoadedScene.h"
+#include "info/Output.h"
+
+struct DiffOptions {
+    double tolerance =
+        0;            ///< floats that differ by no more are the same; whole numbers have to agree
+    bool all = false; ///< every line of an array, not only the first ones
+};
+
+/// Tells what differs between two scenes, a line "<path>: <first> | <second>" each.
+class SceneDiff {
+public:
+    static constexpr int64_t kMostLines = 10; ///< of one array
+
+    SceneDiff(const DiffOptions& optionsIn, Output& outputIn) : options(optionsIn), output(outputIn)
+    {}
+    SceneDiff(const SceneDiff&) = delete;
+    SceneDiff& operator=(const SceneDiff&) = delete;
+
+    /// Compares everything that files store but for the scene's name, which is that of its file.
+    /// Objects are paired by list and name, those of one name by their order. Gives the number of
+    /// differences.
+    int64_t Compare(LoadedScene& first, LoadedScene& second);
+
+private:
+    template <class List, class ComparePair>
+    void CompareLists(const char* listName, List& first, List& second, ComparePair comparePair);
+    void CompareMeshes(const std::string& path, KRE_Mesh& first, KRE_Mesh& second);
+    void CompareGeometry(const std::string& path, KRE_Mesh& first, KRE_Mesh& second);
+    void CompareKeys(const std::string& path, const KRE_3dObject& first,
+                     const KRE_3dObject& second);
+    void CompareMaterials(const std::string& path, const KRE_MaterialInfo& first,
+                          const KRE_MaterialInfo& second);
+    void CompareTextures(const std::string& path, const KRE_Texture& first,
+                         const KRE_Texture& second);
+    template <class Key>
+    void CompareKeyList(const std::string& path, const KRE_KeyList<Key>& first,
+                        const KRE_KeyList<Key>& second);
+    template <class Track>
+    void CompareTrack(const std::string& path, const Track& first, const Track& second);
+
+    /// `add(record, fields)` names the fields of both records.
+    template <class Record, class AddFields>
+    void CompareRecords(const std::string& path, const Record& first, const Record& second,
+                        AddFields add);
+    /// The elements that both arrays have; `add(isSecond, i, fields)` names the fields of one.
+    template <class AddFields>
+    void CompareArray(const std::string& path, int64_t count, AddFields add);
+    void CompareFieldLists(const std::string& path);
+    void CompareFields(const std::string& path, const Field& first, const Field& second);
+    bool IsSame(const Field& first, const Field& second, int32_t i) const;
+    void Tell(const std::string& path, const std::string& first, const std::string& second);
+
+    const DiffOptions options;
+    Output& output;
+    FieldList firstFields;
+    FieldList secondFields;
+    int64_t differences = 0;
+    int64_t linesLeft = INT64_MAX; ///< of the array in hand
+};

@@ -1,0 +1,221 @@
+// Whole runs of the built program.
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "tests/info/InfoTesting.h"
+#include "tests/info/JsonGrammar.h"
+#include "tests/support/RunProgram.h"
+#include "tests/support/ScratchDirectory.h"
+#include "tests/support/TreePaths.h"
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+namespace {
+
+ProgramRun Info(const std::vector<std::string>& arguments)
+{
+    return RunProgramFile(InfoProgramPath(), arguments);
+}
+
+/// Names and sizes of all files below the current directory.
+std::vector<std::string> Listing()
+{
+    std::vector<std::string> names;
+    for (const auto& entry : fs::recursive_directory_iterator(".")) {
+        if (entry.is_regular_file())
+            names.push_back(entry.path().string() + " " + std::to_string(entry.file_size()));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void CopyExamples()
+{
+    const fs::path source = SourcePath("examples");
+    for (const auto& entry : fs::recursive_directory_iterator(source)) {
+        const fs::path name = entry.path().lexically_relative(source);
+        const bool isLeft = name.extension() == ".qsb" || name.filename() == "logfile.txt";
+        if (!entry.is_regular_file() || isLeft) // left by somebody who tried the examples
+            continue;
+        if (name.has_parent_path())
+            fs::create_directories(name.parent_path());
+        fs::copy_file(entry.path(), name);
+    }
+}
+
+class InfoProgram : public testing::Test {
+protected:
+    const ScratchDirectory scratch;
+};
+
+} // namespace
+
+TEST_F(InfoProgram, HelpAndVersionGoToStandardOutput)
+{
+    const ProgramRun help = Info({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.out, StartsWith("Usage: qsbinfo "));
+    for (const char* option :
+         {"--tree", "--json", "--check", "diff", "--tolerance", "--all", "--help", "--version"})
+        EXPECT_THAT(help.out, HasSubstr(option));
+    EXPECT_EQ(help.err, "");
+    const ProgramRun version = Info({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out, "qsbinfo 1.5\n");
+}
+
+TEST_F(InfoProgram, WrongCallsEndWithTwoAndTheUsage)
+{
+    static const struct {
+        std::vector<std::string> arguments;
+        const char* expected;
+    } cases[] = {
+        {{}, "qsbinfo: a file is needed\nUsage: "},
+        {{"--tee", "a.qsb"}, "qsbinfo: unknown option '--tee'\nUsage: "},
+        {{"a.qsb", "b.qsb"}, "qsbinfo: one file too many: 'b.qsb'\nUsage: "},
+        {{"diff", "a.qsb"}, "qsbinfo: two files are needed\nUsage: "},
+    };
+    for (const auto& c : cases) {
+        const ProgramRun run = Info(c.arguments);
+        EXPECT_EQ(run.status, 2) << c.expected;
+        EXPECT_EQ(run.out, "");
+        EXPECT_THAT(run.err, StartsWith(c.expected));
+    }
+}
+
+TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
+{
+    scratch.Write("bad.qsb", "QSB\x6A");
+    scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
+    for (const char* file : {"bad.qsb", "nothing.qsb", "nowhere/a.qsb"}) {
+        for (const char* option : {"--all", "--tree", "--json"}) {
+            const ProgramRun run = Info({option, file});
+            EXPECT_EQ(run.status, 2) << option << ' ' << file;
+            EXPECT_EQ(run.out, "") << option << ' ' << file;
+            EXPECT_THAT(run.err, StartsWith("qsbinfo: " + std::string(file) + ": ")) << option;
+        }
+        EXPECT_EQ(Info({"--check", file}).status, 1) << file;
+        EXPECT_EQ(Info({"diff", "good.qsb", file}).status, 2) << file;
+        EXPECT_EQ(Info({"diff", file, "good.qsb"}).status, 2) << file;
+    }
+    EXPECT_EQ(Info({"bad.qsb"}).err, "qsbinfo: bad.qsb: bad.qsb: Error reading from file\n");
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
+}
+
+TEST_F(InfoProgram, CheckTellsSoundFromDamaged)
+{
+    scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
+    QsbFile file = InfoBoat();
+    file.scene.meshes[0].clip.mode = 1; // a sphere of radius 0, which leaves out two vertices
+    scratch.Write("bad.qsb", MakeQsb(file).bytes);
+    const ProgramRun good = Info({"--check", "good.qsb"});
+    EXPECT_EQ(good.status, 0);
+    EXPECT_EQ(good.out, "good.qsb: sound\n");
+    const ProgramRun bad = Info({"--check", "bad.qsb"});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_THAT(bad.out, EndsWith("bad.qsb: 2 faults\n"));
+}
+
+TEST_F(InfoProgram, DiffEndsWithZeroOrOne)
+{
+    scratch.Write("a.qsb", MakeQsb(InfoBoat()).bytes);
+    QsbFile file = InfoBoat();
+    file.scene.meshes[0].vertices[1].position[0] = 1.25f;
+    scratch.Write("deck/b.qsb", MakeQsb(file).bytes);
+    EXPECT_EQ(Info({"diff", "a.qsb", "a.qsb"}).status, 0);
+    const ProgramRun run = Info({"diff", "a.qsb", "deck/b.qsb"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "meshes/Hull/vertices[1].position.x: 1 | 1.25\n");
+    const ProgramRun tolerant = Info({"diff", "--tolerance", "0.25", "a.qsb", "deck/b.qsb"});
+    EXPECT_EQ(tolerant.status, 0);
+    EXPECT_EQ(tolerant.out, "");
+}
+
+TEST_F(InfoProgram, AllExamplesAreSoundAndNothingIsWritten)
+{
+    CopyExamples();
+    const std::vector<std::string> before = Listing();
+    int scenes = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(".")) {
+        if (entry.path().extension() != ".qsa")
+            continue;
+        ++scenes;
+        const std::string name = entry.path().generic_string();
+        EXPECT_EQ(Info({"--check", name}).status, 0) << name;
+        const ProgramRun report = Info({name});
+        EXPECT_EQ(report.status, 0) << name;
+        EXPECT_THAT(report.out, AllOf(StartsWith(name + "\n  Format      QSA text, "),
+                                      HasSubstr("  Textures    ")));
+        EXPECT_EQ(report.err, "");
+        EXPECT_EQ(Info({"--tree", name}).status, 0) << name;
+        const ProgramRun json = Info({"--json", name});
+        EXPECT_EQ(json.status, 0) << name;
+        EXPECT_TRUE(JsonGrammar::IsValid(json.out)) << name;
+    }
+    EXPECT_GE(scenes, 10);
+    EXPECT_EQ(Listing(), before);
+}
+
+TEST_F(InfoProgram, ASceneDiffersFromItsConversionByRoundingAndWhatTheConverterAdds)
+{
+    CopyExamples();
+    ASSERT_EQ(RunProgram({"lights.qsa"}).status, 1);
+    // Normals are cut to multiples of 1 / 32767, so they lose less than that; the converter draws
+    // through a mirrored view.
+    const ProgramRun run = Info({"diff", "--tolerance", "0.0000306", "lights.qsa", "lights.qsb"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "settings/mirrorView: 0 | 1\n");
+    const ProgramRun exact = Info({"diff", "lights.qsa", "lights.qsb"});
+    EXPECT_THAT(exact.out, HasSubstr("/vertices[0].normal."));
+    EXPECT_THAT(exact.out, HasSubstr(" differences more\n"));
+}
+
+TEST_F(InfoProgram, AFileWithoutLightsGetsTwoByTheConversion)
+{
+    CopyExamples();
+    ASSERT_EQ(RunProgram({"empty.qsa"}).status, 1);
+    EXPECT_EQ(Info({"diff", "empty.qsa", "empty.qsb"}).out, "settings/mirrorView: 0 | 1\n"
+                                                            "settings/showObjects: -2 | -1\n"
+                                                            "settings/showHierarchy: 0 | 1\n"
+                                                            "lights/*undefined*: - | present\n"
+                                                            "lights/*undefined*#2: - | present\n");
+}
+
+TEST_F(InfoProgram, EveryTruncationOfAFileEndsWithTwo)
+{
+    const std::string bytes = MakeQsb(InfoBoat()).bytes;
+    for (size_t size = 0; size < bytes.size(); size += 97) {
+        scratch.Write("cut.qsb", bytes.substr(0, size));
+        const ProgramRun run = Info({"cut.qsb"});
+        EXPECT_EQ(run.status, 2) << size;
+        EXPECT_EQ(run.out, "") << size;
+    }
+}
+
+TEST_F(InfoProgram, ChainOfTenThousandObjectsAndCirclesAreFine)
+{
+    QsbFile file;
+    for (int i = 0; i < 10000; ++i)
+        file.scene.objects.push_back(InfoHelper(
+            "n" + std::to_string(i), i == 0 ? std::string() : "n" + std::to_string(i - 1)));
+    scratch.Write("chain.qsb", MakeQsb(file).bytes);
+    file.scene.objects[0].parentName = "n9999";
+    scratch.Write("circle.qsb", MakeQsb(file).bytes);
+    for (const char* option : {"--tree", "--json", "--all"}) {
+        EXPECT_EQ(Info({option, "chain.qsb"}).status, 0) << option;
+        EXPECT_EQ(Info({option, "circle.qsb"}).status, 0) << option;
+    }
+    EXPECT_EQ(Info({"--check", "chain.qsb"}).status, 0);
+    EXPECT_EQ(Info({"--check", "circle.qsb"}).status, 1);
+    EXPECT_EQ(Info({"diff", "chain.qsb", "circle.qsb"}).out,
+              "objects/n0/parentName: \"\" | \"n9999\"\n");
+}
