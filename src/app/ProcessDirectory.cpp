@@ -4,6 +4,7 @@
 #include "app/Options.h"
 #include "app/ProcessFile.h"
 #include "base/Paths.h"
+#include "gfx/KRE_Gfx.h"
 
 #include <cstdio>
 #include <memory>
@@ -16,6 +17,8 @@ constexpr DWORD kSkippedFile =
     FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY;
 constexpr DWORD kSkippedDirectory = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
+constexpr int32_t kPixelsWorthCompressing = 0x10000; // 256 x 256
+
 /// One directory on the way down, while its subdirectories are walked.
 struct WalkLevel {
     DirectorySearch subdirectories{"*.*"};
@@ -26,8 +29,11 @@ struct WalkLevel {
 /// The walk is a loop over this stack, so that deep trees cost no stack of the process.
 using WalkStack = std::vector<std::unique_ptr<WalkLevel>>;
 
+/// The files of one directory. Each directory starts with textures as their files have them, whatever
+/// the one before it asked for.
 void ConvertMatches()
 {
+    gGfx->SetTextureCompression(0, kPixelsWorthCompressing);
     const int overwrite = gNoOverwrite ? 0 : 1;
     DirectorySearch matches(gFilePattern);
     for (; !matches.IsAtEnd(); matches.Next()) {

@@ -274,9 +274,9 @@ int32_t TextDataFileReader::OpenQuote()
 
 int32_t TextDataFileReader::ReadQuoted(TokenBuffer& bufferOut)
 {
-    bufferOut[0] = 0;
     if (OpenQuote() != 0)
-        return 1;
+        return 1; // the old text stays
+    bufferOut[0] = 0;
     int32_t length = 0;
     uint8_t byte = 0;
     while (NextByte(&byte)) {
@@ -294,9 +294,8 @@ int32_t TextDataFileReader::ReadQuoted(TokenBuffer& bufferOut)
 
 int32_t TextDataFileReader::ReadQuoted(String* textOut)
 {
-    textOut->Clear();
     if (OpenQuote() != 0)
-        return 1;
+        return 1; // the old text stays
     if (!inMemory)
         return ReadQuotedFromStream(textOut);
 

@@ -54,8 +54,9 @@ public:
     /// byte in first place is taken and is the word. 1 if nothing was left. More than 127 bytes are
     /// an `Error`.
     int32_t ReadWord(TokenBuffer& bufferOut);
-    /// Reads a text in double quotes behind optional white space. Any other first byte is lost and
-    /// gives a `Warning` and 1; a text that is not closed gives 1. More than 127 bytes are an `Error`.
+    /// Reads a text in double quotes behind optional white space. Any other first byte is lost, gives
+    /// a `Warning` and 1, and the old text stays; a text that is not closed gives 1. More than 127
+    /// bytes are an `Error`.
     int32_t ReadQuoted(TokenBuffer& bufferOut);
     /// The same without a limit of length.
     int32_t ReadQuoted(String* textOut);

@@ -130,9 +130,9 @@ bool LoadedScene::Load(const std::string& pathIn)
     try {
         LoadFromDirectory(path.substr(leafAt));
     } catch (const KRE_Error& error) {
-        return Fail(error.message);
+        return Fail(std::string(WithoutFileName(error.message)));
     } catch (const ErrorMsg& error) {
-        return Fail(error.message);
+        return Fail(std::string(WithoutFileName(error.message)));
     } catch (const std::bad_alloc&) {
         return Fail("not enough memory");
     }

@@ -61,9 +61,9 @@ public:
     WarningList warnings;
     /// Names that were looked for and not found; of very many some are missing.
     std::set<std::string> lostTextures;
-    std::string errorText;
+    std::string errorText; ///< why Load failed
 
-    /// A warning without the file's name in front of it, which the importer puts there.
+    /// A message without the file's name in front of it, which the readers put there.
     std::string_view WithoutFileName(std::string_view text) const;
     bool IsQsb() const { return version >= 0; }
     /// Seconds from the first frame to the last; 0 where the file has no frame rate.

@@ -23,7 +23,6 @@ QSALoader::QSALoader()
 {
     SetClassName("QSALoader");
     SetFileName("*nofile*");
-    D3DXMatrixIdentity(&meshInitTM);
 }
 
 QSALoader::~QSALoader() = default;
@@ -67,7 +66,7 @@ void QSALoader::ResetForLoad(uint32_t flags)
     fileMinor = 0;
     hasSkinnedMesh = false;
     header = QSA_SceneHeader();
-    environment.Clear();
+    D3DXMatrixIdentity(&meshInitTM); // it goes from mesh to mesh, and no further than the file
     announcedFaces = 0;
     keyParts = 0;
 }
@@ -107,7 +106,6 @@ int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token)
     case QSA_Token::Scene:
         SkipTo('{');
         result = ParseScene();
-        LoadEnvironment();
         UpdateTimeScale();
         return result;
     case QSA_Token::MaterialList:

@@ -169,7 +169,7 @@ private:
     int32_t ParseScene();
     void UpdateTimeScale();
     int32_t ParseEnvMap();
-    void LoadEnvironment();
+    void LoadEnvironment(const char* name);
     int32_t ParseAtmospheric();
     int32_t ParseStdFog();
     void ReadColour(uint32_t* colour);
@@ -298,7 +298,6 @@ private:
     KRE_3dScene* scene = nullptr; ///< not owned, the one in hand
     uint32_t loadFlags = 0;       ///< `QSA_LoadFlag`s
     bool loadTextures = true;
-    String environment;   ///< picture that the scene block in hand names
     String fileDirectory; ///< of the file in hand; where its textures are looked for first
 
     uint8_t fileMajor = 1;

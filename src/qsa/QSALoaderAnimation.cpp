@@ -14,7 +14,7 @@ constexpr double kFullTurn = 6.283184f;
 constexpr int32_t kMaxKeyParts = 100000; // of one rotation key
 /// Of all keys of a file together, and one more for each few bytes of its text: a line of a rotation
 /// key is longer, so that turning wheels are never refused and a small file stays cheap.
-constexpr int64_t kMaxFileKeyParts = 400000;
+constexpr int64_t kMaxFileKeyParts = 1000000;
 constexpr int32_t kBytesPerKeyPart = 8;
 
 bool IsFinite(const KRE_RotKeyData& key)
@@ -166,11 +166,13 @@ void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
         return;
     }
     const double turns = std::fabs(static_cast<double>(key.angle)) / kHalfTurn;
-    if (turns < kMaxKeyParts)
-        keyParts += static_cast<int64_t>(turns);
-    if (turns >= kMaxKeyParts || keyParts > kMaxFileKeyParts + textSize / kBytesPerKeyPart)
+    if (turns >= kMaxKeyParts)
         Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
               static_cast<double>(key.angle));
+    keyParts += static_cast<int64_t>(turns);
+    if (keyParts > kMaxFileKeyParts + textSize / kBytesPerKeyPart)
+        Error("Object '%s' turns too far: %lli rotation keys in one file", object->name.c_str(),
+              static_cast<long long>(keyParts));
 
     const int32_t parts = 1 + static_cast<int32_t>(turns);
     KRE_RotKeyData part = key;

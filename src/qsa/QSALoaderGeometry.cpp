@@ -124,6 +124,8 @@ void QSALoader::BuildMesh(KRE_Mesh* mesh)
     QSA_Material* material = FindMaterial(geometry.materialRef, mesh);
     const DWORD fvf = ChooseVertexFormat(mesh, material);
     if (geometry.weightCount > 0)
+        builder.weights.resize(builder.vertices.size());
+    if (mesh->bones.Count() > 0)
         NormalizeWeights();
     builder.Build(name, material ? static_cast<int32_t>(material->subMaterials.size()) : 0);
     if (builder.built.empty())
@@ -188,7 +190,6 @@ DWORD QSALoader::ChooseVertexFormat(const KRE_Mesh* mesh, const QSA_Material* ma
 /// A vertex that lost all its weights is carried by the mesh itself.
 void QSALoader::NormalizeWeights()
 {
-    builder.weights.resize(builder.vertices.size());
     for (QSA_VertexWeights& entry : builder.weights) {
         float sum = 0.0f;
         for (int32_t i = 0; i < geometry.weightCount; ++i)

@@ -82,9 +82,10 @@ int32_t QSALoader::ParseMapKeyword(QSA_Token token, QSA_Map* map, KRE_MaterialIn
     switch (token) {
     case QSA_Token::Bitmap: {
         TokenBuffer name;
-        const int32_t result = ReadQuoted(name);
+        if (ReadQuoted(name) != 0)
+            return 1;
         map->bitmap.Assign(name);
-        return result;
+        return 0;
     }
     case QSA_Token::MapAmount:
         return ReadFloat(&map->amount);
@@ -157,7 +158,7 @@ int32_t QSALoader::ParseMapAnimation(QSA_MapAnimation* animation)
         case QSA_Token::EndOfFile:
             return 1;
         case QSA_Token::MapAttribute: {
-            TokenBuffer name;
+            TokenBuffer name = "";
             ReadQuoted(name);
             for (size_t i = 0; i < kMapTracks; ++i) {
                 if (std::strcmp(name, kMapTrackNames[i]) == 0)
@@ -275,6 +276,9 @@ void QSALoader::LoadOwnTextures(QSA_Material* material)
         LoadDiffuseMap(material, &slot);
     if (material->HasMap(kMapBump))
         LoadBumpMap(material, slot);
+    // A map without a picture was selected last; it must not hide those that the material has.
+    if (!material->texture->IsValid() && slot > 0)
+        material->texture->SelectStage(slot - 1);
 }
 
 void QSALoader::LoadReflectionMap(QSA_Material* material, int32_t* slot)

@@ -133,7 +133,8 @@ int32_t QSALoader::ParseMaterialKeyword(QSA_Token token, QSA_Material* material)
 void QSALoader::ReadMaterialName(QSA_Material* material)
 {
     TokenBuffer name;
-    ReadQuoted(name);
+    if (ReadQuoted(name) != 0)
+        return;
     material->name.Assign(name);
     ParseEffectAttributes(name, &material->render.effectParams);
 }

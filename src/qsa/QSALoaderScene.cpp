@@ -81,32 +81,25 @@ void QSALoader::UpdateTimeScale()
     duration = static_cast<float>(int64_t{lastFrame} - firstFrame) / frameSpeed;
 }
 
+/// Looks for the picture once for each block, however often the block names one.
 int32_t QSALoader::ParseEnvMap()
 {
+    TokenBuffer name;
+    bool isNamed = false;
     for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
-        case QSA_Token::Bitmap: {
-            TokenBuffer name;
-            ReadQuoted(name);
-            environment.Assign(name);
-            break;
-        }
-        default:
-            break;
-        }
+        const QSA_Token token = NextToken();
+        if (token == QSA_Token::Bitmap && ReadQuoted(name) == 0)
+            isNamed = true;
+        if (token != QSA_Token::BlockEnd && token != QSA_Token::EndOfFile)
+            continue;
+        if (isNamed && loadTextures)
+            LoadEnvironment(name);
+        return token == QSA_Token::BlockEnd ? 0 : 1;
     }
 }
 
-/// Looks for the picture once for each scene block, however often the block names one.
-void QSALoader::LoadEnvironment()
+void QSALoader::LoadEnvironment(const char* name)
 {
-    if (!loadTextures || environment.IsEmpty())
-        return;
-    const char* const name = environment.c_str();
     KRE_Texture& texture = scene->backgroundTexture;
     String path;
     if (gGfx->FindTextureFile(&path, name, fileDirectory.c_str()))
@@ -114,7 +107,6 @@ void QSALoader::LoadEnvironment()
     else
         Warning("Can not open environment texture file %s", name);
     texture.slotNames[texture.currentSlot].Assign(name);
-    environment.Clear();
 }
 
 int32_t QSALoader::ParseAtmospheric()

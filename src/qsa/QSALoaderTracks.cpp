@@ -35,7 +35,7 @@ int32_t QSALoader::ParseMaterialAnimation(QSA_Material* material)
         case QSA_Token::EndOfFile:
             return 1;
         case QSA_Token::MaterialAttribute: {
-            TokenBuffer name;
+            TokenBuffer name = "";
             ReadQuoted(name);
             colours = FindColourTrack(name, &render);
             isOpacity = CompareNoCase(name, "Opacity") == 0;

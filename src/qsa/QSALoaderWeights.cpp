@@ -120,8 +120,6 @@ void QSALoader::AddWeight(KRE_Mesh* mesh, int32_t vertex, int32_t bone, float we
         Error("Invalid weight index: %i", vertex);
     if (weight < kLeastWeight)
         return;
-    if (mesh->bones.Count() == 0)
-        Error("Mesh '%s' has a weight of vertex %i ahead of its bones", mesh->name.c_str(), vertex);
     if (bone > UINT8_MAX)
         Warning("Mesh '%s' has a weight of bone %i of at most 256", mesh->name.c_str(), bone);
     const size_t at = static_cast<size_t>(vertex);

@@ -41,14 +41,14 @@ unsigned PlanesPassed(const KRE_Frustum& frustum, const D3DXVECTOR3& point)
 {
     unsigned passed = 0;
     for (int i = 0; i < KRE_Frustum::kPlanes; ++i) {
-        if (!(frustum.Distance(i, point) <= 0.0))
+        if (frustum.Distance(i, point) > 0.0)
             passed |= 1u << i;
     }
     return passed;
 }
 
 /// Seen unless all corners are outside one and the same plane. Of a large box no corner need be
-/// inside.
+/// inside. A distance that is no number is outside of nothing.
 bool IsBoxVisible(const KRE_Frustum& frustum, const KRE_ClipObject& clip, const D3DXMATRIX& matrix)
 {
     static constexpr int kOrder[kCorners] = {7, 0, 1, 2, 3, 4, 5, 6};

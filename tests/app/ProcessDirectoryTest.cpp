@@ -2,6 +2,8 @@
 
 #include "app/DirectorySearch.h"
 #include "app/Options.h"
+#include "gfx/KRE_Gfx.h"
+#include "tests/app/ScratchEngine.h"
 #include "tests/app/ScratchWalk.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -45,6 +47,26 @@ TEST(ProcessDirectory, DirectoryOfThePatternIsEnteredAndLeft)
     for (const char* pattern : {"x/y/*.qsa", "x\\y\\*.qsa", "x/y\\b.qsa"})
         EXPECT_EQ(Walk(pattern, ""), "'b.qsa' converted\n") << pattern;
     EXPECT_STREQ(gFilePattern, "b.qsa");
+    EXPECT_EQ(fs::current_path(), scratch.Path());
+}
+
+TEST(ProcessDirectory, EachDirectoryStartsWithoutTextureCompression)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("a.qsa", kWalkScene);
+    const ScratchEngine engine("");
+    gGfx->textureCompression = 1;
+    gGfx->pixelsForCompression = 7;
+    EXPECT_EQ(WalkOn("*.qsa"), "'a.qsa' converted\n");
+    EXPECT_EQ(gGfx->textureCompression, 0);
+    EXPECT_EQ(gGfx->pixelsForCompression, 0x10000);
+}
+
+TEST(ProcessDirectory, ANameBehindALoneSeparatorIsLookedForInTheRoot)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("of_this_directory.qsa", kWalkScene);
+    EXPECT_EQ(Walk("\\of_this_directory.qsa", ""), "");
     EXPECT_EQ(fs::current_path(), scratch.Path());
 }
 

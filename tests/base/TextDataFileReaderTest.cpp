@@ -309,16 +309,16 @@ TEST_P(TextDataFileReaderTest, QuotedTextsKeepAllBytesUpToTheClosingQuote)
     EXPECT_EQ(LogText(), "");
 }
 
-TEST_P(TextDataFileReaderTest, WithoutAQuoteTheByteIsLostAndWarnedOf)
+TEST_P(TextDataFileReaderTest, WithoutAQuoteTheByteIsLostAndWarnedOfAndTheOldTextStays)
 {
     Open(" boat");
     TokenBuffer text = "old";
     EXPECT_EQ(reader.ReadQuoted(text), 1);
-    EXPECT_STREQ(text, "");
+    EXPECT_STREQ(text, "old");
     EXPECT_EQ(reader.ReadChar(), 'o');
     String heapText("old");
     EXPECT_EQ(reader.ReadQuoted(&heapText), 1);
-    EXPECT_STREQ(heapText.c_str(), "");
+    EXPECT_STREQ(heapText.c_str(), "old");
     EXPECT_EQ(reader.ReadChar(), 't');
     EXPECT_EQ(reader.ReadQuoted(text), 1) << "at the end";
     const std::string line = "Warning:TextDataFileReader: in.qsa: No text string found";

@@ -1,6 +1,7 @@
 #include "tests/gfx/EngineTest.h"
 
 #include <climits>
+#include <cmath>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -98,6 +99,7 @@ TEST_F(Transform, MirrorTurnsXAndTheFacesAndBack)
     gfx.MirrorScene();
     EXPECT_EQ(gfx.projection._11, -m11);
     EXPECT_EQ(gfx.projection._22, m22);
+    EXPECT_FALSE(std::signbit(gfx.projection._21)) << "a sum of products with 0 is +0";
     EXPECT_EQ(gfx.cullMode, 1);
     gfx.MirrorScene();
     EXPECT_EQ(gfx.projection._11, m11);

@@ -131,7 +131,7 @@ TEST_F(LoadedSceneTest, FilesThatCannotBeLoadedSayWhy)
         {"short.qsb", "too short for a scene file, or not readable"},
         {"new.qsb", "Unknown qsb file version: 107 (new.qsb)"},
         {"old.qsb", "'old.qsb': Obsolete qsb file version: 99"},
-        {"cut.qsb", "cut.qsb: Error reading from file"},
+        {"cut.qsb", "Error reading from file"},
     };
     for (const auto& c : cases) {
         LoadedScene loaded;

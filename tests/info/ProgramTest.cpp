@@ -107,7 +107,7 @@ TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
         EXPECT_EQ(Info({"diff", "good.qsb", file}).status, 2) << file;
         EXPECT_EQ(Info({"diff", file, "good.qsb"}).status, 2) << file;
     }
-    EXPECT_EQ(Info({"bad.qsb"}).err, "qsbinfo: bad.qsb: bad.qsb: Error reading from file\n");
+    EXPECT_EQ(Info({"bad.qsb"}).err, "qsbinfo: bad.qsb: Error reading from file\n");
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 

@@ -235,10 +235,11 @@ TEST_F(AnimationTest, RotationThatWouldBeTooManyKeysIsAnError)
 TEST_F(AnimationTest, ManyLongTurnsOfASmallFileAreAnError)
 {
     std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 11; ++i)
         keys += "*CONTROL_ROT_SAMPLE 100 0 0 1 300000 ";
+    // 300000 / 3.141592 are 95,492 whole half turns; eleven times that is above a million.
     EXPECT_EQ(AnimationError(Rotations(keys)),
-              "scene.qsa: Object 'n' turns too far in one rotation key: 300000");
+              "scene.qsa: Object 'n' turns too far: 1050412 rotation keys in one file");
 }
 
 TEST_F(AnimationTest, RotationKeyThatIsNotFiniteIsAnError)

@@ -171,6 +171,29 @@ TEST_F(MapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_EQ(Texture().slots[1].type, StageBump);
 }
 
+TEST_F(MapsTest, AMapWithoutAPictureDoesNotHideTheOthers)
+{
+    const std::string diffuse = Map("DIFFUSE", "*BITMAP \"d.bmp\"");
+    const std::string reflection = Map("REFLECT", "*BITMAP \"r.bmp\"");
+    const struct {
+        const char* what;
+        std::string maps;
+        int32_t selected;
+    } cases[] = {
+        {"a bump map that is only named", diffuse + Map("BUMP", "*BITMAP \"b.bmp\""), 0},
+        {"the same behind two", diffuse + reflection + Map("BUMP", "*BITMAP \"b.bmp\""), 1},
+        {"a missing diffuse map", reflection + Map("DIFFUSE", "*BITMAP \"none.bmp\""), 0},
+        {"both maps there", diffuse + reflection, 1},
+    };
+    for (const auto& c : cases) {
+        LoadMaterial(c.maps);
+        EXPECT_EQ(Texture().currentSlot, c.selected) << c.what;
+        EXPECT_TRUE(Texture().IsValid()) << c.what;
+    }
+    LoadMaterial(Map("BUMP", "*BITMAP \"b.bmp\""));
+    EXPECT_FALSE(Texture().IsValid());
+}
+
 TEST_F(MapsTest, MissingMapsWarnAndKeepTheirNames)
 {
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"no\\d.bmp\""));

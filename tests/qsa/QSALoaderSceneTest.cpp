@@ -104,6 +104,26 @@ TEST_F(QSALoaderTest, MissingEnvironmentWarnsAndKeepsItsName)
     EXPECT_EQ(Warnings("Can not open environment texture file none.bmp"), 1);
 }
 
+TEST_F(QSALoaderTest, EachEnvironmentBlockLooksForItsLastName)
+{
+    directory.Write("sky.bmp", OnePixel());
+    Load(Scene("*SCENE_ENVMAP { *BITMAP \"sky.bmp\" } "
+               "*SCENE_ENVMAP { *BITMAP \"first.bmp\" *BITMAP \"second.bmp\" } "
+               "*SCENE_ENVMAP { *BITMAP unquoted } *SCENE_ENVMAP { } "
+               "*SCENE_ENVMAP { *BITMAP \"third.bmp\" }"));
+    EXPECT_TRUE(scene.backgroundTexture.IsValid()) << "the picture that was found stays";
+    EXPECT_STREQ(scene.backgroundTexture.slotNames[0].c_str(), "third.bmp");
+    EXPECT_EQ(Warnings("Can not open environment texture file first.bmp"), 0);
+    EXPECT_EQ(Warnings("Can not open environment texture file second.bmp"), 1);
+    EXPECT_EQ(Warnings("Can not open environment texture file third.bmp"), 1);
+}
+
+TEST_F(QSALoaderTest, EmptyEnvironmentNameIsLookedForAndNotFound)
+{
+    Load(Scene("*SCENE_ENVMAP { *BITMAP \"\" }"));
+    EXPECT_EQ(Warnings("Can not open environment texture file "), 1);
+}
+
 TEST_F(QSALoaderTest, EnvironmentIsNotLookedForWithoutTextures)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"), kLoadNoTextures);

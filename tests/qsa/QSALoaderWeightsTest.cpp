@@ -182,8 +182,30 @@ TEST_F(QSALoaderTest, WeightsThatPointNowhereAreErrors)
         EXPECT_EQ(
             LoadError(Skinned(Init() + Bone("a", std::string("*INDEX_WEIGHT ") + index + " 1"))),
             std::string("scene.qsa: Invalid weight index: ") + index);
-    EXPECT_EQ(LoadError(Skinned("*BONE_WEIGHT { *INDEX_WEIGHT 2 1 }")),
-              "scene.qsa: Mesh 'Triangle' has a weight of vertex 2 ahead of its bones");
+}
+
+TEST_F(QSALoaderTest, WeightsOfAMeshWithoutBonesStayAsTheyAre)
+{
+    Load(Skinned("*BONE_WEIGHT { *INDEX_WEIGHT 2 0.5 *INDEX_WEIGHT 2 0.25 }"));
+    EXPECT_EQ(Mesh(0).bones.Count(), 0);
+    EXPECT_EQ(Mesh(0).fvf, 0x1018u);
+    const MeshContents contents = ReadMesh(Mesh(0));
+    EXPECT_THAT(contents.Corner(0, 2).weights, ElementsAre(FloatEq(0.5f)));
+    EXPECT_THAT(contents.Corner(0, 0).weights, ElementsAre(FloatEq(0.0f)));
+    EXPECT_EQ(contents.Corner(0, 2).bones, (Bones{0, 0, 0, 0}));
+    EXPECT_EQ(Mesh(0).clipMode, 3) << "only bones make a mesh a skinned one";
+}
+
+TEST_F(QSALoaderTest, TheMeshMatrixGoesFromMeshToMeshOfAFileOnly)
+{
+    const std::string moved = "*MESH_INIT_TM { *TM_ROW3 5 6 7 }\n";
+    const std::string text = Skinned(moved + Bone("a", Weight(0, "1")));
+    MeshText second = Triangle();
+    second.weights = Bone("a", Weight(0, "1"));
+    Load(text + second.Text());
+    EXPECT_EQ(Mesh(1).bones.Get(0)->meshInitTM._41, 5.0f);
+    Load(Skinned(Bone("a", Weight(0, "1"))));
+    EXPECT_EQ(Mesh(0).bones.Get(0)->meshInitTM._41, 0.0f);
 }
 
 TEST_F(QSALoaderTest, BoneBeyondAByteWarns)

@@ -304,13 +304,12 @@ TEST_F(Visibility, ChangedViewAndProjectionAreTakenIntoAccount)
     EXPECT_TRUE(IsVisible(clip));
 }
 
-// A scene of radius 0 gives a projection that divides by 0; whatever the answer is, there is one.
-TEST_F(Visibility, ViewThatIsNoViewGivesAnAnswer)
+// A scene of radius 0 gives a projection that divides by 0: the distances from the near and the far
+// plane are no numbers, and nothing is outside of those planes.
+TEST_F(Visibility, NothingIsOutsideOfAPlaneThatIsNone)
 {
     gGfx->SetProjection(0.0f, 0.0f, 0.7854f, 1.0f);
     KRE_ClipObject clip = Sphere({0, 0, 0}, 0.0f);
-    for (clip.clipMode = 1; clip.clipMode < 4; ++clip.clipMode)
-        IsVisible(clip);
-    clip.clipMode = 0;
-    EXPECT_TRUE(IsVisible(clip));
+    for (clip.clipMode = 0; clip.clipMode < 4; ++clip.clipMode)
+        EXPECT_TRUE(IsVisible(clip)) << clip.clipMode;
 }
