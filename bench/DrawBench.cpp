@@ -1,12 +1,12 @@
 // Drawing 100,000 triangles of 50 pixels each at 640 x 480, the figures of a full scene.
 
+#include "tests/support/HiddenWindow.h"
+
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <d3d9.h>
 #include <vector>
-#include <windows.h>
 
 namespace {
 
@@ -28,21 +28,10 @@ void Check(HRESULT result, const char* what)
     std::exit(1);
 }
 
-HWND MakeWindow()
-{
-    WNDCLASSEXA record = {};
-    record.cbSize = sizeof record;
-    record.lpfnWndProc = DefWindowProcA;
-    record.lpszClassName = "DrawBench";
-    RegisterClassExA(&record); // fails harmlessly for the second scene
-    return CreateWindowExA(0, "DrawBench", "", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr,
-                           nullptr, nullptr);
-}
-
 /// A device with a buffer of triangles spread over the target, each a corner of 10 by 10 pixels.
 class Scene {
 public:
-    Scene() : window(MakeWindow()), d3d(Direct3DCreate9(D3D_SDK_VERSION))
+    Scene() : d3d(Direct3DCreate9(D3D_SDK_VERSION))
     {
         D3DPRESENT_PARAMETERS parameters = {};
         parameters.BackBufferWidth = kWidth;
@@ -50,12 +39,12 @@ public:
         parameters.BackBufferFormat = D3DFMT_X8R8G8B8;
         parameters.BackBufferCount = 1;
         parameters.SwapEffect = D3DSWAPEFFECT_DISCARD;
-        parameters.hDeviceWindow = window;
+        parameters.hDeviceWindow = window.Handle();
         parameters.Windowed = TRUE;
         parameters.EnableAutoDepthStencil = TRUE;
         parameters.AutoDepthStencilFormat = D3DFMT_D24X8;
-        Check(d3d->CreateDevice(0, D3DDEVTYPE_HAL, window, D3DCREATE_SOFTWARE_VERTEXPROCESSING,
-                                &parameters, &device),
+        Check(d3d->CreateDevice(0, D3DDEVTYPE_HAL, window.Handle(),
+                                D3DCREATE_SOFTWARE_VERTEXPROCESSING, &parameters, &device),
               "CreateDevice");
         MakeTriangles();
         for (DWORD stage = 0; stage < 2; ++stage)
@@ -73,7 +62,6 @@ public:
         }
         device->Release();
         d3d->Release();
-        DestroyWindow(window);
     }
 
     void Draw()
@@ -146,7 +134,7 @@ private:
         }
     }
 
-    HWND window;
+    HiddenWindow window{kWidth, kHeight};
     IDirect3D9* d3d;
     IDirect3DDevice9* device = nullptr;
     IDirect3DVertexBuffer9* vertices = nullptr;

@@ -1,8 +1,6 @@
 // What a frame costs before the device has anything to do: a scene of 1,000 meshes of 4 materials
 // over a device that does nothing.
 
-#include <cmath>
-
 #include <benchmark/benchmark.h>
 
 #include "tests/support/CountedAllocations.h"

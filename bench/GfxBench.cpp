@@ -1,4 +1,5 @@
 #include "gfx/KRE_Gfx.h"
+#include "tests/support/HiddenWindow.h"
 
 #include <benchmark/benchmark.h>
 
@@ -7,16 +8,8 @@ namespace {
 /// A hidden window for the device, made once.
 HWND BenchWindow()
 {
-    static const HWND kWindow = [] {
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.lpszClassName = "QSA2QSB_BENCH";
-        RegisterClassExA(&windowClass);
-        return CreateWindowExA(0, "QSA2QSB_BENCH", "bench", WS_POPUP, 0, 0, 640, 480, nullptr,
-                               nullptr, nullptr, nullptr);
-    }();
-    return kWindow;
+    static const HiddenWindow kWindow(640, 480);
+    return kWindow.Handle();
 }
 
 void StartAndShutDown(benchmark::State& state)

@@ -19,6 +19,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
+#include "tests/support/HiddenWindow.h"
 
 namespace {
 
@@ -127,16 +128,9 @@ void Compare(const char* path)
 int main(int count, char** arguments)
 {
     gLogEntries = kMaxLogEntries; // nothing is written
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = "IMPORT_COST";
-    RegisterClassExA(&windowClass);
-    const HWND window = CreateWindowExA(0, "IMPORT_COST", "import", WS_POPUP, 0, 0, 64, 64, nullptr,
-                                        nullptr, windowClass.hInstance, nullptr);
+    const HiddenWindow window(64, 64);
     KRE_Gfx engine;
-    engine.InitDevice(window, 1, nullptr, 16, 0, 2, 0);
+    engine.InitDevice(window.Handle(), 1, nullptr, 16, 0, 2, 0);
     gGfx = &engine;
     std::printf("%-18s %8s %8s %8s %8s %10s %10s %10s\n", "scene", "MB", "scan MB/s", "MB/s",
                 "ratio", "peak MiB", "goal MiB", "ns/face");

@@ -1,13 +1,13 @@
 // Meshes at the sizes of large scenes: what one costs to make, to evaluate, to clone, to link.
 
 #include <memory>
-#include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "gfx/KRE_Gfx.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
+#include "tests/support/HiddenWindow.h"
 
 namespace {
 
@@ -20,30 +20,20 @@ class Engine {
 public:
     Engine() : engine(std::make_unique<KRE_Gfx>())
     {
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = "QSA2QSB_MESH_BENCH";
-        RegisterClassExA(&windowClass);
-        window = CreateWindowExA(0, windowClass.lpszClassName, "bench", WS_POPUP, 0, 0, 64, 64,
-                                 nullptr, nullptr, windowClass.hInstance, nullptr);
-        engine->InitDevice(window, 1, nullptr, 16, 0, 2, 0);
+        engine->InitDevice(window.Handle(), 1, nullptr, 16, 0, 2, 0);
         gGfx = engine.get();
     }
     ~Engine()
     {
         gGfx = nullptr;
         engine.reset();
-        DestroyWindow(window);
-        UnregisterClassA("QSA2QSB_MESH_BENCH", GetModuleHandleA(nullptr));
     }
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
 private:
+    HiddenWindow window{64, 64};
     std::unique_ptr<KRE_Gfx> engine;
-    HWND window = nullptr;
 };
 
 void AddMeshes(KRE_3dScene& scene, int32_t count, int32_t materials)

@@ -2,16 +2,15 @@
 // `LoadScene` and `ReadBytes` of one kind are to be compared, `SaveScene` and `WriteBytes` likewise.
 
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "gfx/KRE_Gfx.h"
 #include "scene/KRE_3dScene.h"
+#include "tests/support/HiddenWindow.h"
 
 namespace {
 
@@ -29,15 +28,8 @@ public:
     {
         std::filesystem::create_directory(directory);
         std::filesystem::current_path(directory);
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.lpszClassName = "SceneFileBench";
-        RegisterClassExA(&windowClass);
-        window = CreateWindowExA(0, "SceneFileBench", "", WS_POPUP, 0, 0, 16, 16, nullptr, nullptr,
-                                 nullptr, nullptr);
         engine = std::make_unique<KRE_Gfx>();
-        engine->InitDevice(window, 1, nullptr, 16, 0, 2, 0);
+        engine->InitDevice(window.Handle(), 1, nullptr, 16, 0, 2, 0);
         gGfx = engine.get();
         KRE_3dScene scene;
         FillScene(scene, kind);
@@ -47,8 +39,6 @@ public:
     {
         gGfx = nullptr;
         engine.reset();
-        DestroyWindow(window);
-        UnregisterClassA("SceneFileBench", nullptr);
         std::filesystem::current_path(before);
         std::filesystem::remove_all(directory);
     }
@@ -117,7 +107,7 @@ private:
 
     std::filesystem::path before;
     std::filesystem::path directory;
-    HWND window;
+    HiddenWindow window{16, 16};
     std::unique_ptr<KRE_Gfx> engine;
 };
 

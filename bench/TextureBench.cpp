@@ -1,9 +1,9 @@
 // Loading textures, held against the bare decode or read of the same file in the same process. The
 // counter `ratio` is the time of the whole load divided by that of the bare one.
 
-#include "platform/headless/d3dx/ImageCodec.h"
 #include "platform/headless/d3dx/ImageFileBytes.h"
 #include "platform/headless/d3dx/PngWriter.h"
+#include "tests/support/HiddenWindow.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -14,7 +14,6 @@
 #include <filesystem>
 #include <png.h>
 #include <vector>
-#include <windows.h>
 
 namespace {
 
@@ -103,20 +102,14 @@ const BenchFiles& Files()
 
 IDirect3DDevice9* MakeDevice()
 {
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.lpszClassName = "TextureBench";
-    RegisterClassExA(&windowClass);
-    const HWND window = CreateWindowExA(0, "TextureBench", "", WS_OVERLAPPEDWINDOW, 0, 0, 64, 64,
-                                        nullptr, nullptr, nullptr, nullptr);
+    static const HiddenWindow kWindow(64, 64);
     static IDirect3D9* const d3d = Direct3DCreate9(D3D_SDK_VERSION);
     D3DPRESENT_PARAMETERS parameters = {};
     parameters.SwapEffect = D3DSWAPEFFECT_DISCARD;
-    parameters.hDeviceWindow = window;
+    parameters.hDeviceWindow = kWindow.Handle();
     parameters.Windowed = TRUE;
     IDirect3DDevice9* device = nullptr;
-    if (FAILED(d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, window,
+    if (FAILED(d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, kWindow.Handle(),
                                  D3DCREATE_SOFTWARE_VERTEXPROCESSING, &parameters, &device)))
         Fail("no device");
     return device;

@@ -2,10 +2,10 @@
 
 #include "platform/headless/d3d9/PrimitiveAssembly.h"
 #include "platform/headless/d3d9/VertexFormat.h"
+#include "tests/support/HiddenWindow.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <d3d9.h>
@@ -44,17 +44,11 @@ class Target {
 public:
     Target()
     {
-        WNDCLASSEXA record = {};
-        record.cbSize = sizeof record;
-        record.lpfnWndProc = DefWindowProcA;
-        record.lpszClassName = "DrawFuzz";
-        RegisterClassExA(&record);
         parameters.BackBufferWidth = parameters.BackBufferHeight = kSide;
         parameters.BackBufferFormat = D3DFMT_A8R8G8B8;
         parameters.BackBufferCount = 1;
         parameters.SwapEffect = D3DSWAPEFFECT_DISCARD;
-        parameters.hDeviceWindow = CreateWindowExA(0, "DrawFuzz", "", WS_POPUP, 0, 0, kSide, kSide,
-                                                   nullptr, nullptr, nullptr, nullptr);
+        parameters.hDeviceWindow = window.Handle();
         parameters.Windowed = TRUE;
         parameters.EnableAutoDepthStencil = TRUE;
         parameters.AutoDepthStencilFormat = D3DFMT_D24S8;
@@ -85,6 +79,7 @@ public:
 
 private:
     static constexpr UINT kTextures = 6;
+    HiddenWindow window{kSide, kSide};
     D3DPRESENT_PARAMETERS parameters = {};
     IDirect3DTexture9* textures[kTextures] = {};
 };

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "platform/ComPointer.h"
+#include "tests/support/HiddenWindow.h"
 
 namespace {
 
@@ -16,19 +17,11 @@ class Device {
 public:
     Device()
     {
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = "EFFECT_TEXT_FUZZ";
-        RegisterClassExA(&windowClass);
         D3DPRESENT_PARAMETERS parameters = {};
         parameters.BackBufferFormat = D3DFMT_X8R8G8B8;
         parameters.SwapEffect = D3DSWAPEFFECT_DISCARD;
         parameters.Windowed = TRUE;
-        parameters.hDeviceWindow =
-            CreateWindowExA(0, "EFFECT_TEXT_FUZZ", "fuzz", WS_POPUP, 0, 0, 64, 64, nullptr, nullptr,
-                            windowClass.hInstance, nullptr);
+        parameters.hDeviceWindow = window.Handle();
         *d3d.Out() = Direct3DCreate9(D3D_SDK_VERSION);
         d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, parameters.hDeviceWindow,
                           D3DCREATE_SOFTWARE_VERTEXPROCESSING, &parameters, device.Out());
@@ -36,6 +29,7 @@ public:
     IDirect3DDevice9* Get() const { return device.Get(); }
 
 private:
+    HiddenWindow window{64, 64};
     ComPointer<IDirect3D9> d3d;
     ComPointer<IDirect3DDevice9> device;
 };

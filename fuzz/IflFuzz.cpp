@@ -15,6 +15,7 @@
 #include "base/ResetLogForTests.h"
 #include "gfx/KRE_FrameList.h"
 #include "gfx/KRE_Gfx.h"
+#include "tests/support/HiddenWindow.h"
 
 namespace {
 
@@ -26,15 +27,8 @@ public:
                     ("qsa2qsb-ifl-" + std::to_string(getpid())))
     {
         std::filesystem::create_directory(directory);
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.lpszClassName = "IFL_FUZZ";
-        RegisterClassExA(&windowClass);
-        const HWND window = CreateWindowExA(0, "IFL_FUZZ", "", WS_POPUP, 0, 0, 64, 64, nullptr,
-                                            nullptr, nullptr, nullptr);
         engine = std::make_unique<KRE_Gfx>();
-        engine->InitDevice(window, 1, nullptr, 16, 0, 0, 0);
+        engine->InitDevice(window.Handle(), 1, nullptr, 16, 0, 0, 0);
         engine->videoSources[3].width = engine->videoSources[3].height = 2;
     }
     ~Bench()
@@ -47,6 +41,7 @@ public:
     Bench& operator=(const Bench&) = delete;
 
     std::filesystem::path directory;
+    HiddenWindow window{64, 64};
     std::unique_ptr<KRE_Gfx> engine;
 };
 

@@ -16,6 +16,7 @@
 #include "base/Log.h"
 #include "gfx/KRE_Gfx.h"
 #include "scene/KRE_3dScene.h"
+#include "tests/support/HiddenWindow.h"
 
 namespace {
 
@@ -27,15 +28,8 @@ public:
                     ("qsa2qsb-fuzz-" + std::to_string(getpid())))
     {
         std::filesystem::create_directory(directory);
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.lpszClassName = "SceneFileFuzz";
-        RegisterClassExA(&windowClass);
-        const HWND window = CreateWindowExA(0, "SceneFileFuzz", "", WS_POPUP, 0, 0, 16, 16, nullptr,
-                                            nullptr, nullptr, nullptr);
         engine = std::make_unique<KRE_Gfx>();
-        engine->InitDevice(window, 1, nullptr, 16, 0, 2, 0);
+        engine->InitDevice(window.Handle(), 1, nullptr, 16, 0, 2, 0);
         gGfx = engine.get();
     }
     ~Stage()
@@ -49,6 +43,7 @@ public:
 
 private:
     std::filesystem::path directory;
+    HiddenWindow window{16, 16};
     std::unique_ptr<KRE_Gfx> engine;
 };
 

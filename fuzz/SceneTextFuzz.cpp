@@ -14,6 +14,7 @@
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
 #include "tests/qsa/SceneFaultsOf.h"
+#include "tests/support/HiddenWindow.h"
 
 class QSALoaderTestAccess {
 public:
@@ -27,15 +28,7 @@ class Engine {
 public:
     Engine()
     {
-        WNDCLASSEXA windowClass = {};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = DefWindowProcA;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = "SCENE_TEXT_FUZZ";
-        RegisterClassExA(&windowClass);
-        const HWND window = CreateWindowExA(0, "SCENE_TEXT_FUZZ", "fuzz", WS_POPUP, 0, 0, 64, 64,
-                                            nullptr, nullptr, windowClass.hInstance, nullptr);
-        gfx.InitDevice(window, 1, nullptr, 16, 0, 2, 0);
+        gfx.InitDevice(hidden.Handle(), 1, nullptr, 16, 0, 2, 0);
         gGfx = &gfx;
         gLogEntries = kMaxLogEntries; // nothing is written
         std::snprintf(path, sizeof path, "scene_text_fuzz_%ld.qsa", static_cast<long>(getpid()));
@@ -78,6 +71,7 @@ public:
     char path[64];
 
 private:
+    HiddenWindow hidden{64, 64};
     KRE_Gfx gfx;
 };
 

@@ -1,5 +1,7 @@
 #include "base/ErrorClass.h"
 
+#include <cstdarg>
+
 #include "base/FormatText.h"
 #include "base/Log.h"
 
@@ -88,17 +90,6 @@ void ErrorClass::Error(const char* format, ...)
     va_start(arguments, format);
     LogError(className, format, arguments);
     va_end(arguments);
-    FinishError();
-}
-
-void ErrorClass::ErrorV(const char* format, va_list arguments)
-{
-    LogError(className, format, arguments);
-    FinishError();
-}
-
-void ErrorClass::FinishError()
-{
     errorHappened = 1;
     if (throwOnError)
         throw ErrorMsg(gErrorRecord);
@@ -110,9 +101,4 @@ void ErrorClass::Warning(const char* format, ...)
     va_start(arguments, format);
     LogWarning(className, format, arguments);
     va_end(arguments);
-}
-
-void ErrorClass::WarningV(const char* format, va_list arguments)
-{
-    LogWarning(className, format, arguments);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 
@@ -53,11 +52,4 @@ public:
 
 protected:
     ErrorClass();
-
-    /// What `Error` and `Warning` do, for overrides that put more in front of the message.
-    void ErrorV(const char* format, va_list arguments);
-    void WarningV(const char* format, va_list arguments);
-
-private:
-    void FinishError();
 };

@@ -1,7 +1,6 @@
 #include "base/String.h"
 
 #include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 

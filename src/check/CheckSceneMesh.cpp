@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <cstdarg>
 #include <cstring>
 #include <vector>
@@ -85,7 +84,7 @@ private:
         for (const KRE_BoneInfo* bone : mesh.bones) {
             D3DXMATRIX bind;
             D3DXMatrixMultiply(&bind, &bone->meshInitTM, &bone->boneInitTM);
-            if (std::memcmp(&bind, &bone->bindTM, sizeof bind) != 0)
+            if (!(bind == bone->bindTM))
                 Fault("the matrices of bone %i do not agree", i);
             if (!std::memchr(bone->name, 0, sizeof bone->name))
                 Fault("the name of bone %i has no end", i);

@@ -1,7 +1,5 @@
 #include "gfx/KRE_Gfx.h"
 
-#include <iterator>
-
 namespace {
 
 constexpr int32_t kKeep = -1; // a state that the mode does not set

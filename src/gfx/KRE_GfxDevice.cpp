@@ -1,7 +1,6 @@
 #include "gfx/KRE_Gfx.h"
 
 #include "base/Clock.h"
-#include "gfx/DirectXErrorName.h"
 
 #include <cstring>
 #include <utility>

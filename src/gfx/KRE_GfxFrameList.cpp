@@ -2,9 +2,6 @@
 
 #include "gfx/KRE_Gfx.h"
 
-#include <string_view>
-#include <vector>
-
 #include "base/File.h"
 #include "base/HeapArray.h"
 #include "base/Paths.h"

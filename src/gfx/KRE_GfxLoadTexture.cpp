@@ -4,7 +4,6 @@
 
 #include "base/Ascii.h"
 #include "base/File.h"
-#include "base/FormatText.h"
 #include "base/Paths.h"
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_TextureRequest.h"

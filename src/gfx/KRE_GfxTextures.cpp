@@ -3,7 +3,6 @@
 #include "gfx/KRE_Gfx.h"
 
 #include "base/Paths.h"
-#include "gfx/DirectXErrorName.h"
 #include "gfx/TextureSearchSink.h"
 
 void (*gTextureSearchSink)(const char* name, const char* path) = nullptr;

@@ -1,7 +1,6 @@
 #include "gfx/KRE_PrintfContainer.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"

@@ -163,7 +163,6 @@ private:
     void LoadSlot(File& file, int32_t slot);
     void SwapReflectionToFront();
     void LoadPicture(File& file, int32_t slot);
-    void CheckSlot(int32_t slot, const char* format);
     void ReadCurrent();
     void ReadSlots();
     void ReleaseUse(IDirect3DTexture9*& texture, int32_t& id);

@@ -126,13 +126,6 @@ void AppendFormatted(std::string& text, const char* format, char32_t code)
 
 } // namespace
 
-std::string NameAsUtf8(std::string_view bytes)
-{
-    std::string text;
-    VisitCharacters(bytes, [&text](char32_t code) { AppendUtf8(text, code); });
-    return text;
-}
-
 std::string ShownName(std::string_view bytes)
 {
     if (IsPlain(bytes))

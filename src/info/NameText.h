@@ -7,9 +7,6 @@
 // Names in scene files are bytes. Newer tools write UTF-8, the exporter wrote the code page of the
 // artist's machine: a name that is no UTF-8 is read as Windows-1252.
 
-/// A name as valid UTF-8, whatever its bytes are.
-std::string NameAsUtf8(std::string_view bytes);
-
 /// A name in one line of text for people: UTF-8 with each control character, and each character that
 /// turns the direction of writing, as `\x0A` or `\u202E`. A backslash stays as it is, since paths
 /// are full of them.

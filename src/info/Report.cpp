@@ -149,6 +149,7 @@ void PrintMaterials(KRE_3dScene& scene, const SceneCounts& counts, bool all, Out
             ++uses[MaterialText(mesh->materials[i], mesh->textures[i])];
     }
     std::vector<std::pair<int64_t, std::string>> rows;
+    rows.reserve(uses.size());
     for (const auto& [material, count] : uses)
         rows.emplace_back(count, material);
     std::stable_sort(rows.begin(), rows.end(),

@@ -1,6 +1,5 @@
 #include "info/RunInfo.h"
 
-#include <memory>
 #include <new>
 
 #include "base/ErrorClass.h"

@@ -186,10 +186,12 @@ void SceneDiff::CompareMeshes(const std::string& path, KRE_Mesh& first, KRE_Mesh
     CompareRecords(path, first, second, AddMeshFields);
     CompareKeys(path, first, second);
     const int32_t materials = std::min(first.materialCount, second.materialCount);
+    const std::string material = path + "materials[";
+    const std::string texture = path + "textures[";
     for (int32_t i = 0; i < materials; ++i) {
-        const std::string place = '[' + std::to_string(i) + ']';
-        CompareMaterials(path + "materials" + place, first.materials[i], second.materials[i]);
-        CompareTextures(path + "textures" + place, first.textures[i], second.textures[i]);
+        const std::string place = std::to_string(i) + ']';
+        CompareMaterials(material + place, first.materials[i], second.materials[i]);
+        CompareTextures(texture + place, first.textures[i], second.textures[i]);
     }
     CompareArray(path + "bones", std::min(first.bones.Count(), second.bones.Count()),
                  [&](bool isSecond, int64_t i, FieldList& fields) {

@@ -164,6 +164,10 @@ private:
     QSA_Token NextToken();
     QSA_Token NextToken(QSA_TextCursor& text);
     bool FileVersionAtLeast(int32_t major, int32_t minor) const;
+    /// Hands the tokens of the block in hand to `take(token)` up to the block's close, or until it
+    /// gives something else than 0.
+    template <class Take>
+    int32_t ParseBlock(Take take);
 
     // --- scene and atmosphere: QSALoaderScene.cpp
     int32_t ParseScene();
@@ -332,6 +336,18 @@ T* QSALoader::CheckMemory(T* object)
     if (!object)
         Error("Not enough memory for the scene");
     return object;
+}
+
+template <class Take>
+int32_t QSALoader::ParseBlock(Take take)
+{
+    for (;;) {
+        const QSA_Token token = NextToken();
+        if (token == QSA_Token::BlockEnd)
+            return 0;
+        if (token == QSA_Token::EndOfFile || take(token) != 0)
+            return 1;
+    }
 }
 
 /// Adds an object to a list of the scene, which owns it.

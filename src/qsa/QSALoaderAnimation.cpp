@@ -27,31 +27,21 @@ bool IsFinite(const KRE_RotKeyData& key)
 
 int32_t QSALoader::ParseNodeAnimation(KRE_3dObject* object)
 {
-    for (;;) {
-        int32_t result = 0;
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
+    return ParseBlock([&](QSA_Token token) {
+        switch (token) {
         case QSA_Token::ControlPos:
             SkipTo('{');
-            result = ParsePositionKeys(object);
-            break;
+            return ParsePositionKeys(object);
         case QSA_Token::ControlRot:
             SkipTo('{');
-            result = ParseRotationKeys(object);
-            break;
+            return ParseRotationKeys(object);
         case QSA_Token::ControlScale:
             SkipTo('{');
-            result = ParseScaleKeys(object);
-            break;
+            return ParseScaleKeys(object);
         default:
-            break;
+            return 0;
         }
-        if (result != 0)
-            return 1;
-    }
+    });
 }
 
 void QSALoader::ReadVector(QSA_TextCursor& text, D3DXVECTOR3* vectorOut)

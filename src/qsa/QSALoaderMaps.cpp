@@ -60,13 +60,10 @@ int32_t QSALoader::ParseMap(QSA_MapKind kind, QSA_Material* material)
     std::copy_n(QSA_MapAnimation().constants, size_t{kMapTracks}, constants);
 
     SkipTo('{');
-    for (;;) {
-        const QSA_Token token = NextToken();
-        if (token == QSA_Token::BlockEnd)
-            break;
-        if (token == QSA_Token::EndOfFile || ParseMapKeyword(token, &map, &material->render) != 0)
-            return 1;
-    }
+    const int32_t result = ParseBlock(
+        [&](QSA_Token token) { return ParseMapKeyword(token, &map, &material->render); });
+    if (result != 0)
+        return result;
     if (material->render.mirrorU)
         MirrorAxis(map.animation, kMapTileU, kMapOffsetU);
     if (material->render.mirrorV)
@@ -151,12 +148,8 @@ int32_t QSALoader::ReadEndCondition(int32_t* conditionOut)
 int32_t QSALoader::ParseMapAnimation(QSA_MapAnimation* animation)
 {
     size_t selected = kMapTracks;
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
+    return ParseBlock([&](QSA_Token token) {
+        switch (token) {
         case QSA_Token::MapAttribute: {
             TokenBuffer name = "";
             ReadQuoted(name);
@@ -164,44 +157,34 @@ int32_t QSALoader::ParseMapAnimation(QSA_MapAnimation* animation)
                 if (std::strcmp(name, kMapTrackNames[i]) == 0)
                     selected = i;
             }
-            break;
+            return 0;
         }
         case QSA_Token::ControlFloatBezier:
             if (selected == kMapTracks)
-                break;
+                return 0;
             SkipTo('{');
-            if (ParseMapKeys(&animation->keys[selected]) != 0)
-                return 1;
-            break;
+            return ParseMapKeys(&animation->keys[selected]);
         default:
-            break;
+            return 0;
         }
-    }
+    });
 }
 
 int32_t QSALoader::ParseMapKeys(std::vector<KRE_FloatKey>* keysOut)
 {
     keysOut->clear();
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
+    return ParseBlock([&](QSA_Token token) {
+        if (token != QSA_Token::ControlBezierFloatKey)
             return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
-        case QSA_Token::ControlBezierFloatKey: {
-            if (keysOut->size() == kMaxMapKeys)
-                break; // was told when the last one was read
-            KRE_FloatKey& key = keysOut->emplace_back();
-            for (float* value : {&key.time, &key.value, &key.inTangent, &key.outTangent})
-                ReadFloat(value);
-            if (keysOut->size() == kMaxMapKeys)
-                Warning("More than 1024 float bezier keys");
-            break;
-        }
-        default:
-            break;
-        }
-    }
+        if (keysOut->size() == kMaxMapKeys)
+            return 0; // was told when the last one was read
+        KRE_FloatKey& key = keysOut->emplace_back();
+        for (float* value : {&key.time, &key.value, &key.inTangent, &key.outTangent})
+            ReadFloat(value);
+        if (keysOut->size() == kMaxMapKeys)
+            Warning("More than 1024 float bezier keys");
+        return 0;
+    });
 }
 
 // ---- Loading the pictures

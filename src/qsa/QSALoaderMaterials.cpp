@@ -5,19 +5,12 @@
 int32_t QSALoader::ParseMaterialList()
 {
     int32_t number = 0;
-    int32_t result = 0;
-    for (bool isOpen = true; isOpen && result == 0;) {
+    return ParseBlock([&](QSA_Token token) {
         int32_t value = 0;
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            isOpen = false;
-            break;
-        case QSA_Token::EndOfFile:
-            result = 1;
-            break;
+        switch (token) {
         case QSA_Token::MaterialCount:
             ReadInt(&value);
-            break;
+            return 0;
         case QSA_Token::Material: {
             QSA_Material* material = AddMaterial();
             topMaterials.push_back(material);
@@ -25,14 +18,12 @@ int32_t QSALoader::ParseMaterialList()
             if (value != number++)
                 Error("Material in wrong order!");
             SkipTo('{');
-            result = ParseMaterial(material);
-            break;
+            return ParseMaterial(material);
         }
         default:
-            break;
+            return 0;
         }
-    }
-    return result;
+    });
 }
 
 QSA_Material* QSALoader::AddMaterial()

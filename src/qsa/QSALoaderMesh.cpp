@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <limits>
 
 #include "qsa/QSALoader.h"
 #include "scene/KRE_Mesh.h"
@@ -41,13 +40,7 @@ int32_t QSALoader::ParseMesh(KRE_Mesh* mesh)
     std::fill(std::begin(counts), std::end(counts), QSA_MeshCounts{});
     smoothingCut = false;
     mesh->ownGeometry = 0;
-    for (;;) {
-        const QSA_Token token = NextToken();
-        if (token == QSA_Token::BlockEnd)
-            return 0;
-        if (token == QSA_Token::EndOfFile || ParseMeshKeyword(token, mesh) != 0)
-            return 1;
-    }
+    return ParseBlock([&](QSA_Token token) { return ParseMeshKeyword(token, mesh); });
 }
 
 int32_t QSALoader::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)

@@ -61,57 +61,33 @@ int32_t QSALoader::ParseNode(int32_t kind)
 {
     KRE_3dObject* object = AddTo(scene->objects);
     object->objectKind = kind;
-    for (;;) {
-        const QSA_Token token = NextToken();
-        if (token == QSA_Token::BlockEnd)
-            return 0;
-        if (token == QSA_Token::EndOfFile || ParseNodeKeyword(token, object) != 0)
-            return 1;
-    }
+    return ParseBlock([&](QSA_Token token) { return ParseNodeKeyword(token, object); });
 }
 
 int32_t QSALoader::ParseCamera()
 {
     KRE_Camera* camera = AddTo(scene->cameras);
-    for (;;) {
-        const QSA_Token token = NextToken();
-        int32_t result = 0;
+    return ParseBlock([&](QSA_Token token) {
         switch (token) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
         case QSA_Token::TargetNode:
             ReadQuoted(&camera->targetName);
-            break;
+            return 0;
         case QSA_Token::CameraSettings:
             SkipTo('{');
-            result = ParseCameraSettings(camera);
-            break;
+            return ParseCameraSettings(camera);
         default:
-            result = ParseNodeKeyword(token, camera);
-            break;
+            return ParseNodeKeyword(token, camera);
         }
-        if (result != 0)
-            return 1;
-    }
+    });
 }
 
 int32_t QSALoader::ParseCameraSettings(KRE_Camera* camera)
 {
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
-        case QSA_Token::CameraFieldOfView:
+    return ParseBlock([&](QSA_Token token) {
+        if (token == QSA_Token::CameraFieldOfView)
             ReadFloat(&camera->fov);
-            break;
-        default:
-            break;
-        }
-    }
+        return 0;
+    });
 }
 
 int32_t QSALoader::ParseLight()
@@ -121,48 +97,36 @@ int32_t QSALoader::ParseLight()
     light->light.Range = kUnlimitedRange;
     float colour[3] = {};
     TokenBuffer typeWord = "";
-    for (;;) {
-        const QSA_Token token = NextToken();
-        int32_t result = 0;
+    const int32_t result = ParseBlock([&](QSA_Token token) {
         switch (token) {
-        case QSA_Token::BlockEnd:
-            FinishLight(light, typeWord);
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
         case QSA_Token::LightType:
             SkipSpace();
             ReadWord(typeWord);
-            break;
+            return 0;
         case QSA_Token::LightUseLight: {
             int32_t on = 0;
             ReadInt(&on);
             light->lightOn = on != 0 ? 1 : 0;
-            break;
+            return 0;
         }
         case QSA_Token::LightSettings:
             SkipTo('{');
-            result = ParseLightSettings(light, colour);
-            break;
+            return ParseLightSettings(light, colour);
         default:
-            result = ParseNodeKeyword(token, light);
-            break;
+            return ParseNodeKeyword(token, light);
         }
-        if (result != 0)
-            return 1;
-    }
+    });
+    if (result == 0)
+        FinishLight(light, typeWord);
+    return result;
 }
 
 /// `colour` lives as long as the light's block: an intensity multiplies what is there.
 int32_t QSALoader::ParseLightSettings(KRE_Light* light, float (&colour)[3])
 {
     float value = 0.0f;
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
+    return ParseBlock([&](QSA_Token token) {
+        switch (token) {
         case QSA_Token::LightColor:
             ReadVector(colour);
             break;
@@ -193,7 +157,8 @@ int32_t QSALoader::ParseLightSettings(KRE_Light* light, float (&colour)[3])
         default:
             break;
         }
-    }
+        return 0;
+    });
 }
 
 void QSALoader::FinishLight(KRE_Light* light, const char* typeWord)
@@ -220,14 +185,8 @@ int32_t QSALoader::ParseTransform(Transform* transformOut)
 {
     *transformOut = Transform();
     SkipTo('{');
-    for (;;) {
-        const QSA_Token token = NextToken();
+    const int32_t result = ParseBlock([&](QSA_Token token) {
         switch (token) {
-        case QSA_Token::BlockEnd:
-            FindMirroredAxes(transformOut);
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
         case QSA_Token::TMRow0:
             ReadMatrixRow(&transformOut->initTM, 0);
             break;
@@ -256,7 +215,11 @@ int32_t QSALoader::ParseTransform(Transform* transformOut)
         default:
             break;
         }
-    }
+        return 0;
+    });
+    if (result == 0)
+        FindMirroredAxes(transformOut);
+    return result;
 }
 
 void QSALoader::ReadVector(D3DXVECTOR3* vectorOut)

@@ -25,12 +25,8 @@ void QSALoader::ReadColour(uint32_t* colour)
 
 int32_t QSALoader::ParseScene()
 {
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
+    return ParseBlock([&](QSA_Token token) {
+        switch (token) {
         case QSA_Token::SceneBackgroundStatic:
             ReadColour(&scene->backgroundColor);
             break;
@@ -52,9 +48,7 @@ int32_t QSALoader::ParseScene()
             break;
         case QSA_Token::SceneEnvMap:
             SkipTo('{');
-            if (ParseEnvMap() != 0)
-                return 1;
-            break;
+            return ParseEnvMap();
         case QSA_Token::SceneSoundFile:
             ReadQuoted(&header.soundFile);
             break;
@@ -64,7 +58,8 @@ int32_t QSALoader::ParseScene()
         default:
             break;
         }
-    }
+        return 0;
+    });
 }
 
 /// To be called when the time scale is read: a scene without speed stands still.
@@ -86,16 +81,14 @@ int32_t QSALoader::ParseEnvMap()
 {
     TokenBuffer name;
     bool isNamed = false;
-    for (;;) {
-        const QSA_Token token = NextToken();
+    const int32_t result = ParseBlock([&](QSA_Token token) {
         if (token == QSA_Token::Bitmap && ReadQuoted(name) == 0)
             isNamed = true;
-        if (token != QSA_Token::BlockEnd && token != QSA_Token::EndOfFile)
-            continue;
-        if (isNamed && loadTextures)
-            LoadEnvironment(name);
-        return token == QSA_Token::BlockEnd ? 0 : 1;
-    }
+        return 0;
+    });
+    if (isNamed && loadTextures)
+        LoadEnvironment(name);
+    return result;
 }
 
 void QSALoader::LoadEnvironment(const char* name)
@@ -111,38 +104,22 @@ void QSALoader::LoadEnvironment(const char* name)
 
 int32_t QSALoader::ParseAtmospheric()
 {
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
+    return ParseBlock([&](QSA_Token token) {
+        if (token != QSA_Token::StdFog)
             return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
-        case QSA_Token::StdFog:
-            SkipTo('{');
-            if (ParseStdFog() != 0)
-                return 1;
-            break;
-        default:
-            break;
-        }
-    }
+        SkipTo('{');
+        return ParseStdFog();
+    });
 }
 
 int32_t QSALoader::ParseStdFog()
 {
     scene->settings.useFog = 1;
-    for (;;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
-        case QSA_Token::FogColor:
+    return ParseBlock([&](QSA_Token token) {
+        if (token == QSA_Token::FogColor) {
             scene->settings.fogColor = 0xFF000000;
             ReadColour(&scene->settings.fogColor);
-            break;
-        default:
-            break;
         }
-    }
+        return 0;
+    });
 }

@@ -27,40 +27,31 @@ int32_t QSALoader::ParseMaterialAnimation(QSA_Material* material)
     KRE_MaterialInfo& render = material->render;
     KRE_ColorTrack* colours = nullptr;
     bool isOpacity = false;
-    for (;;) {
-        int32_t result = 0;
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            return 0;
-        case QSA_Token::EndOfFile:
-            return 1;
+    return ParseBlock([&](QSA_Token token) {
+        switch (token) {
         case QSA_Token::MaterialAttribute: {
             TokenBuffer name = "";
             ReadQuoted(name);
             colours = FindColourTrack(name, &render);
             isOpacity = CompareNoCase(name, "Opacity") == 0;
-            break;
+            return 0;
         }
         case QSA_Token::ControlColorBezier:
         case QSA_Token::ControlColorLinear:
-            if (colours) {
-                SkipTo('{');
-                result = ParseColourTrack(colours);
-            }
-            break;
+            if (!colours)
+                return 0;
+            SkipTo('{');
+            return ParseColourTrack(colours);
         case QSA_Token::ControlFloatBezier:
         case QSA_Token::ControlFloatLinear:
-            if (isOpacity) {
-                SkipTo('{');
-                result = ParseFloatTrack(&render.opacityTrack, true);
-            }
-            break;
+            if (!isOpacity)
+                return 0;
+            SkipTo('{');
+            return ParseFloatTrack(&render.opacityTrack, true);
         default:
-            break;
+            return 0;
         }
-        if (result != 0)
-            return 1;
-    }
+    });
 }
 
 KRE_ColorTrack* QSALoader::FindColourTrack(const char* name, KRE_MaterialInfo* render)
@@ -106,36 +97,24 @@ int32_t QSALoader::ParseColourTrack(KRE_ColorTrack* track)
     std::vector<KRE_ColorKey> keys;
     int32_t number = 0;
     bool isLinear = false;
-    int32_t result = -1;
-    while (result < 0) {
-        const QSA_Token token = NextToken();
-        switch (token) {
-        case QSA_Token::BlockEnd:
-            result = 0;
-            break;
-        case QSA_Token::EndOfFile:
-            result = 1;
-            break;
-        case QSA_Token::ControlPoint3Key:
-        case QSA_Token::ControlBezierPoint3Key: {
-            if (!CountTrackKey(&number))
-                break;
-            KRE_ColorKey& key = keys.emplace_back();
-            ReadFloat(&key.time);
-            ReadMaterialColour(&key.value);
-            if (token == QSA_Token::ControlPoint3Key) {
-                isLinear = true; // one such key makes the whole track linear
-                break;
-            }
-            ReadMaterialColour(&key.inTangent);
-            ReadMaterialColour(&key.outTangent);
-            key.inTangent.a = key.outTangent.a = 0.0f;
-            break;
+    const int32_t result = ParseBlock([&](QSA_Token token) {
+        const bool isLinearKey = token == QSA_Token::ControlPoint3Key;
+        if (!isLinearKey && token != QSA_Token::ControlBezierPoint3Key)
+            return 0;
+        if (!CountTrackKey(&number))
+            return 0;
+        KRE_ColorKey& key = keys.emplace_back();
+        ReadFloat(&key.time);
+        ReadMaterialColour(&key.value);
+        if (isLinearKey) {
+            isLinear = true; // one such key makes the whole track linear
+            return 0;
         }
-        default:
-            break;
-        }
-    }
+        ReadMaterialColour(&key.inTangent);
+        ReadMaterialColour(&key.outTangent);
+        key.inTangent.a = key.outTangent.a = 0.0f;
+        return 0;
+    });
     FillTrack(*track, keys, number, isLinear);
     return result;
 }
@@ -146,40 +125,28 @@ int32_t QSALoader::ParseFloatTrack(KRE_FloatTrack* track, bool invert)
     std::vector<KRE_FloatKey> keys;
     int32_t number = 0;
     bool isLinear = false;
-    int32_t result = -1;
-    while (result < 0) {
-        const QSA_Token token = NextToken();
-        switch (token) {
-        case QSA_Token::BlockEnd:
-            result = 0;
-            break;
-        case QSA_Token::EndOfFile:
-            result = 1;
-            break;
-        case QSA_Token::ControlFloatKey:
-        case QSA_Token::ControlBezierFloatKey: {
-            if (!CountTrackKey(&number))
-                break;
-            KRE_FloatKey& key = keys.emplace_back();
-            ReadFloat(&key.time);
-            ReadFloat(&key.value);
-            if (token == QSA_Token::ControlFloatKey) {
-                isLinear = true;
-            } else {
-                const float sign = invert ? -1.0f : 1.0f;
-                ReadFloat(&key.inTangent);
-                ReadFloat(&key.outTangent);
-                key.inTangent *= sign;
-                key.outTangent *= sign;
-            }
-            if (invert)
-                key.value = 1.0f - key.value;
-            break;
+    const int32_t result = ParseBlock([&](QSA_Token token) {
+        const bool isLinearKey = token == QSA_Token::ControlFloatKey;
+        if (!isLinearKey && token != QSA_Token::ControlBezierFloatKey)
+            return 0;
+        if (!CountTrackKey(&number))
+            return 0;
+        KRE_FloatKey& key = keys.emplace_back();
+        ReadFloat(&key.time);
+        ReadFloat(&key.value);
+        if (isLinearKey) {
+            isLinear = true;
+        } else {
+            const float sign = invert ? -1.0f : 1.0f;
+            ReadFloat(&key.inTangent);
+            ReadFloat(&key.outTangent);
+            key.inTangent *= sign;
+            key.outTangent *= sign;
         }
-        default:
-            break;
-        }
-    }
+        if (invert)
+            key.value = 1.0f - key.value;
+        return 0;
+    });
     FillTrack(*track, keys, number, isLinear);
     return result;
 }

@@ -10,26 +10,17 @@ int32_t QSALoader::ParseWeights(KRE_Mesh* mesh)
     boneIndex.Clear();
     for (int32_t i = 0; i < mesh->bones.Count(); ++i)
         boneIndex.Add(HashName(mesh->bones.Get(i)->name, false), i);
-    int32_t result = 0;
-    for (bool isOpen = true; isOpen && result == 0;) {
-        switch (NextToken()) {
-        case QSA_Token::BlockEnd:
-            isOpen = false;
-            break;
-        case QSA_Token::EndOfFile:
-            result = 1;
-            break;
+    const int32_t result = ParseBlock([&](QSA_Token token) {
+        switch (token) {
         case QSA_Token::MeshInitTM:
-            result = ParseMeshInitTM(mesh);
-            break;
+            return ParseMeshInitTM(mesh);
         case QSA_Token::BoneWeight:
             SkipTo('{');
-            result = ParseBoneWeight(mesh);
-            break;
+            return ParseBoneWeight(mesh);
         default:
-            break;
+            return 0;
         }
-    }
+    });
     mesh->AllocateBoneObjects();
     return result;
 }

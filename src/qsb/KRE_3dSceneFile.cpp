@@ -1,7 +1,6 @@
 // A whole scene in QSB files, but for the file's header.
 
 #include "qsb/QSB_ReadContext.h"
-#include "qsb/QSB_Record.h"
 #include "scene/KRE_3dScene.h"
 
 template <class List>

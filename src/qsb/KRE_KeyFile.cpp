@@ -1,6 +1,7 @@
 // Keys of tracks in QSB files. The chain has as many links as the file says, so it is walked by loops.
 
 #include <cstring>
+#include <type_traits>
 
 #include "base/File.h"
 #include "scene/KRE_KeyData.h"
@@ -24,62 +25,24 @@ constexpr int32_t kKeyBytes = kDataAt + kDataBytes<T> + 1;
 
 /// Hands the data of a key in the order of files to `visit(field)`.
 template <class Key, class Visit>
-void VisitVectorKey(Key& key, Visit visit)
+void VisitData(Key& key, Visit visit)
 {
-    visit(key.value);
-    visit(key.inTangent);
-    visit(key.outTangent);
-}
-
-template <class Visit>
-void VisitData(const KRE_PosKeyData& key, Visit visit)
-{
-    VisitVectorKey(key, visit);
-}
-
-template <class Visit>
-void VisitData(KRE_PosKeyData& key, Visit visit)
-{
-    VisitVectorKey(key, visit);
-}
-
-template <class Visit>
-void VisitData(const KRE_ScaleKeyData& key, Visit visit)
-{
-    VisitVectorKey(key, visit);
-}
-
-template <class Visit>
-void VisitData(KRE_ScaleKeyData& key, Visit visit)
-{
-    VisitVectorKey(key, visit);
-}
-
-template <class Key, class Visit>
-void VisitRotKey(Key& key, Visit visit)
-{
-    visit(key.axis);
-    visit(key.angle);
-    visit(key.tension);
-    visit(key.continuity);
-    visit(key.bias);
-    visit(key.easeIn);
-    visit(key.easeOut);
-    visit(key.rotation);
-    visit(key.inControl);
-    visit(key.outControl);
-}
-
-template <class Visit>
-void VisitData(const KRE_RotKeyData& key, Visit visit)
-{
-    VisitRotKey(key, visit);
-}
-
-template <class Visit>
-void VisitData(KRE_RotKeyData& key, Visit visit)
-{
-    VisitRotKey(key, visit);
+    if constexpr (std::is_same_v<std::remove_const_t<Key>, KRE_RotKeyData>) {
+        visit(key.axis);
+        visit(key.angle);
+        visit(key.tension);
+        visit(key.continuity);
+        visit(key.bias);
+        visit(key.easeIn);
+        visit(key.easeOut);
+        visit(key.rotation);
+        visit(key.inControl);
+        visit(key.outControl);
+    } else {
+        visit(key.value);
+        visit(key.inTangent);
+        visit(key.outTangent);
+    }
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 // The plain records of objects and scenes in QSB files.
 
-#include <cstring>
-
 #include "qsb/QSB_ReadContext.h"
 #include "qsb/QSB_Record.h"
 #include "scene/KRE_BoneInfo.h"

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 
-#include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_ShaderEffect.h"
 #include "scene/KRE_3dScene.h"

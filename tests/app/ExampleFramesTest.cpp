@@ -14,7 +14,6 @@
 #include "tools/frames/FrameExceptions.h"
 #include "tools/frames/FrameStage.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>

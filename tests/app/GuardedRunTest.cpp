@@ -1,6 +1,5 @@
 #include "app/GuardedRun.h"
 
-#include "app/StartGraphics.h"
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 #include "gfx/KRE_Gfx.h"

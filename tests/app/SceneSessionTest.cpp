@@ -13,8 +13,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <limits>
 #include <memory>
 #include <string>
 #include <thread>

@@ -291,7 +291,7 @@ TEST_F(ConfigFileReaderTest, BrokenBlocksAreErrorsWithFileAndLine)
         {"brace in the line of the entry", "#a {\n}\n", "no error"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(ErrorOf([&] { Load(c.bytes); }), c.expected) << c.what;
+        EXPECT_EQ(RaisedBy([&] { Load(c.bytes); }), c.expected) << c.what;
 }
 
 TEST_F(ConfigFileReaderTest, BrokenBlocksAreReadOverWithThrowingOff)
@@ -305,7 +305,7 @@ TEST_F(ConfigFileReaderTest, BrokenBlocksAreReadOverWithThrowingOff)
 
 TEST_F(ConfigFileReaderTest, QuirkBlockLeftOpenInAMiddleEntryGoesUnnoticed)
 {
-    EXPECT_EQ(ErrorOf([&] { Load("#a\n{\n{\n#b\nx\n"); }), "no error");
+    EXPECT_EQ(RaisedBy([&] { Load("#a\n{\n{\n#b\nx\n"); }), "no error");
     EXPECT_EQ(reader.GetBlockLevel(3), 0);
 }
 
@@ -319,7 +319,7 @@ TEST_F(ConfigFileReaderTest, EntriesAreFoundByName)
     EXPECT_EQ(reader.FindEntry("Pier"), 3);
     EXPECT_EQ(reader.FindEntry("none"), -1);
     EXPECT_EQ(LogText(), "");
-    EXPECT_EQ(ErrorOf([&] { reader.FindEntry(""); }), "Empty name string");
+    EXPECT_EQ(RaisedBy([&] { reader.FindEntry(""); }), "Empty name string");
 }
 
 TEST_F(ConfigFileReaderTest, WithoutADescKeyNoNamesAreIndexed)
@@ -345,8 +345,8 @@ TEST_F(ConfigFileReaderTest, EntriesWithoutANameOrWithATakenOneAreWarnings)
 TEST_F(ConfigFileReaderTest, NameThatNoTreeHoldsEndsTheLoad)
 {
     reader.SetDescKey("desc");
-    EXPECT_EQ(ErrorOf([&] { Load("#a\ndesc \"\"\n"); }), "Empty name string");
-    EXPECT_EQ(ErrorOf([&] { Load("#a\ndesc \"\xC4rger\"\n"); }),
+    EXPECT_EQ(RaisedBy([&] { Load("#a\ndesc \"\"\n"); }), "Empty name string");
+    EXPECT_EQ(RaisedBy([&] { Load("#a\ndesc \"\xC4rger\"\n"); }),
               "Character in name string out of range: -60"); // 0xC4 - 256
     EXPECT_FALSE(reader.IsLoaded());
 }
@@ -410,7 +410,7 @@ TEST_F(ConfigFileReaderTest, EveryTruncationOfAFileIsReadOrRefused)
     for (size_t size = 0; size <= whole.size(); ++size) {
         // Only a cut inside the block leaves it open; an empty name never arises.
         const bool isOpen = size > firstBrace && size <= lastBrace;
-        EXPECT_EQ(ErrorOf([&] { Load(whole.substr(0, size)); }),
+        EXPECT_EQ(RaisedBy([&] { Load(whole.substr(0, size)); }),
                   isOpen ? "Unfinished block in file 'in.cfg'" : "no error")
             << size;
     }

@@ -67,7 +67,7 @@ TEST_F(DynaMemTest, AddGivesTheSlotAndADefaultElement)
 TEST_F(DynaMemTest, AddOfNullIsAnError)
 {
     IntList list;
-    EXPECT_EQ(ErrorOf([&] { list.Add(nullptr); }), "Null pointer added !");
+    EXPECT_EQ(RaisedBy([&] { list.Add(nullptr); }), "Null pointer added !");
     EXPECT_EQ(list.Count(), 0);
     EXPECT_EQ(LogText(), Entry("Error:ErrorClassSimple: Null pointer added !"));
 }
@@ -127,8 +127,8 @@ TEST_F(DynaMemTest, SetSizeBelowTheCountIsAnError)
 {
     IntList list;
     Fill(list, 5);
-    EXPECT_EQ(ErrorOf([&] { list.SetSize(4); }), "New size too small");
-    EXPECT_EQ(ErrorOf([&] { list.SetSize(-2); }), "New size too small");
+    EXPECT_EQ(RaisedBy([&] { list.SetSize(4); }), "New size too small");
+    EXPECT_EQ(RaisedBy([&] { list.SetSize(-2); }), "New size too small");
     list.SetSize(5);
     EXPECT_EQ(list.Capacity(), 5);
 }
@@ -162,7 +162,7 @@ TEST_F(DynaMemTest, DeletingWhatIsNotThereIsAnErrorWithItsNumber)
     };
     for (const auto& c : cases) {
         const auto deleteIt = [&] { c.bySlot ? list.DeleteSlot(c.number) : list.Delete(c.number); };
-        EXPECT_EQ(ErrorOf(deleteIt), c.expected) << c.what;
+        EXPECT_EQ(RaisedBy(deleteIt), c.expected) << c.what;
     }
     EXPECT_EQ(list.Count(), 2);
 }
@@ -172,8 +172,8 @@ TEST_F(DynaMemTest, FixedListMayNotGrow)
     IntList list;
     Fill(list, 8);
     list.SetFixed(true);
-    EXPECT_EQ(ErrorOf([&] { list.Add(); }), "Can not expand fixed list");
-    EXPECT_EQ(ErrorOf([&] { list.SetSize(20); }), "Can not SetSize() of fixed list");
+    EXPECT_EQ(RaisedBy([&] { list.Add(); }), "Can not expand fixed list");
+    EXPECT_EQ(RaisedBy([&] { list.SetSize(20); }), "Can not SetSize() of fixed list");
     EXPECT_EQ(list.Count(), 8);
     list.SetFixed(false);
     EXPECT_EQ(list.Add(), 8);
@@ -189,7 +189,7 @@ TEST_F(DynaMemTest, FullFixedListMakesNoElementAheadOfTheError)
     DynaMem<Counted, 1> list;
     list.Add();
     list.SetFixed(true);
-    EXPECT_EQ(ErrorOf([&] { list.Add(); }), "Can not expand fixed list");
+    EXPECT_EQ(RaisedBy([&] { list.Add(); }), "Can not expand fixed list");
     EXPECT_EQ(made, 1);
 }
 
@@ -211,7 +211,7 @@ TEST_F(DynaMemTest, SearchThatFindsNoFreeSlotIsAnErrorWithTheCapacity)
     IntList list;
     Fill(list, 3);
     list.firstFree = 8; // no operation leaves it like this
-    EXPECT_EQ(ErrorOf([&] { list.Add(); }), "Maximum number of data elements reached: 8");
+    EXPECT_EQ(RaisedBy([&] { list.Add(); }), "Maximum number of data elements reached: 8");
 }
 
 TEST_F(DynaMemTest, ClearDestroysInSlotOrderAndKeepsTheArrays)

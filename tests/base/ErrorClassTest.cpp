@@ -42,7 +42,7 @@ TEST_F(ErrorClassTest, ErrorLogsAndThrowsLabelAndMessage)
 TEST_F(ErrorClassTest, ErrorReturnsWithThrowOnErrorOff)
 {
     object.throwOnError = 0;
-    EXPECT_EQ(ErrorOf([&] { object.Error("soft"); }), "no error");
+    EXPECT_EQ(RaisedBy([&] { object.Error("soft"); }), "no error");
     EXPECT_EQ(object.errorHappened, 1);
     EXPECT_EQ(LogText(), Entry("Error:Boat: soft"));
 }
@@ -83,9 +83,9 @@ TEST_F(ErrorClassTest, LabelIsCutAt31Bytes)
 TEST_F(ErrorClassTest, MessageIsCutAt1023Bytes)
 {
     const std::string longText(3000, 'm');
-    EXPECT_EQ(ErrorOf([&] { object.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
+    EXPECT_EQ(RaisedBy([&] { object.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
     Simple simple;
-    EXPECT_EQ(ErrorOf([&] { simple.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
+    EXPECT_EQ(RaisedBy([&] { simple.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
     // The log cuts the whole text, prefix included.
     EXPECT_EQ(LogText(), Entry("Error:Boat: " + std::string(1011, 'm')) +
                              Entry("Error:ErrorClassSimple: " + std::string(999, 'm')));

@@ -63,7 +63,7 @@ TEST_P(FileReading, PastTheEndIsAnError)
 {
     Open("abc");
     int32_t number = 0;
-    EXPECT_EQ(ErrorOf([&] { file.ReadInt32(&number); }), "in.bin: Error reading from file");
+    EXPECT_EQ(RaisedBy([&] { file.ReadInt32(&number); }), "in.bin: Error reading from file");
     EXPECT_EQ(file.errorHappened, 1);
     file.throwOnError = 0;
     file.Seek(3);
@@ -75,8 +75,8 @@ TEST_P(FileReading, NegativeSizeIsAnError)
 {
     Open("abc");
     char buffer[4];
-    EXPECT_EQ(ErrorOf([&] { file.Read(buffer, -1); }), "in.bin: Error reading from file");
-    EXPECT_EQ(ErrorOf([&] { file.Read(buffer, std::numeric_limits<int32_t>::min()); }),
+    EXPECT_EQ(RaisedBy([&] { file.Read(buffer, -1); }), "in.bin: Error reading from file");
+    EXPECT_EQ(RaisedBy([&] { file.Read(buffer, std::numeric_limits<int32_t>::min()); }),
               "in.bin: Error reading from file");
 }
 
@@ -113,7 +113,7 @@ TEST_P(FileReading, StringLongerThanWhatIsLeftIsAnErrorBeforeMemoryIsTaken)
 {
     Open(std::string("\xFF\xFF\xFF\x7Fxyz", 7));
     String text("old");
-    EXPECT_EQ(ErrorOf([&] { file.ReadString(&text); }),
+    EXPECT_EQ(RaisedBy([&] { file.ReadString(&text); }),
               "in.bin: String of 2147483647 bytes exceeds the 3 bytes left in file");
     EXPECT_EQ(text.data, nullptr);
 }
@@ -124,7 +124,7 @@ TEST_P(FileReading, EveryTruncationOfAStringFails)
     for (size_t size = 0; size < whole.size(); ++size) {
         Open(whole.substr(0, size));
         String text;
-        EXPECT_NE(ErrorOf([&] { file.ReadString(&text); }), "no error") << size;
+        EXPECT_NE(RaisedBy([&] { file.ReadString(&text); }), "no error") << size;
         EXPECT_EQ(text.length, 0) << size;
     }
 }
@@ -134,7 +134,7 @@ TEST_P(FileReading, EmptyFileHasSizeZero)
     Open("");
     EXPECT_EQ(file.GetSize(), 0);
     char c = 0;
-    EXPECT_EQ(ErrorOf([&] { file.Read(&c, 1); }), "in.bin: Error reading from file");
+    EXPECT_EQ(RaisedBy([&] { file.Read(&c, 1); }), "in.bin: Error reading from file");
 }
 
 TEST_P(FileReading, SeekOutsideTheFileIsSafe)
@@ -142,7 +142,7 @@ TEST_P(FileReading, SeekOutsideTheFileIsSafe)
     Open("abc");
     char c = 0;
     for (const int32_t position : {-1, 4, std::numeric_limits<int32_t>::max()}) {
-        const std::string error = ErrorOf([&] {
+        const std::string error = RaisedBy([&] {
             file.Seek(position);
             file.Read(&c, 1);
         });
@@ -155,9 +155,9 @@ TEST_P(FileReading, SeekOutsideTheFileIsSafe)
 TEST_F(FileTest, ReadOfNothingOnAClosedFileIsAnError)
 {
     char c = 0;
-    EXPECT_EQ(ErrorOf([&] { file.Read(&c, 0); }), ": File is not readable");
-    EXPECT_EQ(ErrorOf([&] { file.Write(&c, 0); }), ": File is not writeable");
-    EXPECT_EQ(ErrorOf([&] { file.Seek(0); }), ": fseek failed: -1");
+    EXPECT_EQ(RaisedBy([&] { file.Read(&c, 0); }), ": File is not readable");
+    EXPECT_EQ(RaisedBy([&] { file.Write(&c, 0); }), ": File is not writeable");
+    EXPECT_EQ(RaisedBy([&] { file.Seek(0); }), ": fseek failed: -1");
     file.throwOnError = 0;
     EXPECT_FALSE(file.Read(&c, 1));
     EXPECT_FALSE(file.Write(&c, 1));
@@ -169,14 +169,14 @@ TEST_F(FileTest, LogLineHoldsLabelNameAndMessage)
 {
     scratch.Write("in.bin", "");
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
-    EXPECT_EQ(ErrorOf([&] { file.Write("x", 1); }), "in.bin: File is not writeable");
+    EXPECT_EQ(RaisedBy([&] { file.Write("x", 1); }), "in.bin: File is not writeable");
     EXPECT_EQ(LogText(), Entry("Error:File: in.bin: File is not writeable"));
 }
 
 TEST_F(FileTest, WholeFileNeedsReadOnly)
 {
     scratch.Write("in.bin", "abc");
-    EXPECT_EQ(ErrorOf([&] { file.Open("in.bin", false, true, true); }),
+    EXPECT_EQ(RaisedBy([&] { file.Open("in.bin", false, true, true); }),
               ": LoadWholeFile requires ReadOnly");
     file.throwOnError = 0;
     EXPECT_FALSE(file.Open("in.bin", false, true, true));
@@ -233,7 +233,7 @@ TEST_F(FileTest, WriteOnlyFileCannotBeRead)
 {
     ASSERT_TRUE(file.Create("out.bin", true, true));
     char c = 0;
-    EXPECT_EQ(ErrorOf([&] { file.Read(&c, 1); }), "out.bin: File is not readable");
+    EXPECT_EQ(RaisedBy([&] { file.Read(&c, 1); }), "out.bin: File is not readable");
 }
 
 TEST_F(FileTest, CreatedFileCanBeReadBack)
@@ -317,7 +317,7 @@ TEST_F(FileTest, FailureToWriteIsAnError)
     scratch.Write("in.bin", "abc");
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
     FileTestAccess::SetWriteable(file); // the stream itself is open for reading only
-    EXPECT_EQ(ErrorOf([&] { file.WriteInt32(1); }), "in.bin: Error writing to file");
+    EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "in.bin: Error writing to file");
 }
 
 TEST_F(FileTest, FailuresGiveFalseWithThrowingOff)
@@ -344,8 +344,8 @@ TEST_F(FileTest, WriteThatLeavesTheRangeOfInt32IsAnError)
 {
     ASSERT_TRUE(file.Create("out.bin", true, true));
     FileTestAccess::SetPosition(file, std::numeric_limits<int32_t>::max() - 3);
-    EXPECT_EQ(ErrorOf([&] { file.WriteInt32(1); }), "out.bin: Error writing to file");
-    EXPECT_EQ(ErrorOf([&] { file.Write("x", -1); }), "out.bin: Error writing to file");
+    EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "out.bin: Error writing to file");
+    EXPECT_EQ(RaisedBy([&] { file.Write("x", -1); }), "out.bin: Error writing to file");
 }
 
 TEST_F(FileTest, FileThatDoesNotFitInt32IsNotOpened)
@@ -404,7 +404,7 @@ TEST_F(FileTest, FlushOfAFileThatIsNotOpenForWritingIsAnError)
 {
     scratch.Write("in.bin", "abc");
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
-    EXPECT_EQ(ErrorOf([&] { file.Flush(); }), "in.bin: File is not writeable");
+    EXPECT_EQ(RaisedBy([&] { file.Flush(); }), "in.bin: File is not writeable");
 }
 
 TEST_F(FileTest, CloseTellsOfAFailure)

@@ -8,6 +8,7 @@
 #include "base/KRE_Base.h"
 #include "base/Log.h"
 #include "base/ResetLogForTests.h"
+#include "tests/support/RaisedBy.h"
 #include "tests/support/ScratchDirectory.h"
 
 /// Runs a test in a directory of its own with a fresh log, a clock that stands still and 100 MiB of
@@ -42,17 +43,3 @@ protected:
 
     ScratchDirectory scratch;
 };
-
-/// The message of the error that `action` throws, or "no error".
-template <class Action>
-std::string ErrorOf(Action action)
-{
-    try {
-        action();
-    } catch (const ErrorMsg& error) {
-        return error.message;
-    } catch (const KRE_Error& error) {
-        return error.message;
-    }
-    return "no error";
-}

@@ -56,10 +56,10 @@ TEST_F(SearchTreeTest, NamesOfOneCharacterAreStoredInTheirBucket)
 
 TEST_F(SearchTreeTest, EmptyNameIsAnErrorOfBothOperations)
 {
-    EXPECT_EQ(ErrorOf([&] { tree.Insert(""); }), "Empty name string");
-    EXPECT_EQ(ErrorOf([&] { tree.Find(""); }), "Empty name string");
-    EXPECT_EQ(ErrorOf([&] { tree.Find(String()); }), "Empty name string");
-    EXPECT_EQ(ErrorOf([&] { tree.Insert(static_cast<const char*>(nullptr)); }),
+    EXPECT_EQ(RaisedBy([&] { tree.Insert(""); }), "Empty name string");
+    EXPECT_EQ(RaisedBy([&] { tree.Find(""); }), "Empty name string");
+    EXPECT_EQ(RaisedBy([&] { tree.Find(String()); }), "Empty name string");
+    EXPECT_EQ(RaisedBy([&] { tree.Insert(static_cast<const char*>(nullptr)); }),
               "Empty name string");
     EXPECT_EQ(LogText().substr(0, 37), "Error:SearchTree: Empty name string(T");
 }
@@ -79,9 +79,9 @@ TEST_F(SearchTreeTest, CharacterOutsideTheRangeIsAnErrorWithItsCode)
         {"behind the levels", "x\t", "no error"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(ErrorOf([&] { tree.Find(c.name); }), c.expected) << c.what << ", empty tree";
-        EXPECT_EQ(ErrorOf([&] { tree.Insert(c.name); }), c.expected) << c.what;
-        EXPECT_EQ(ErrorOf([&] { tree.Find(c.name); }), c.expected) << c.what;
+        EXPECT_EQ(RaisedBy([&] { tree.Find(c.name); }), c.expected) << c.what << ", empty tree";
+        EXPECT_EQ(RaisedBy([&] { tree.Insert(c.name); }), c.expected) << c.what;
+        EXPECT_EQ(RaisedBy([&] { tree.Find(c.name); }), c.expected) << c.what;
     }
 }
 
@@ -98,7 +98,7 @@ TEST_F(SearchTreeTest, DeeperTreesStoreShortNamesOnTheWay)
     EXPECT_EQ(Number("ABCD"), 3);
     EXPECT_EQ(Number("abcf"), -1);
     EXPECT_EQ(Number("abcde"), -1);
-    EXPECT_EQ(ErrorOf([&] { tree.Find("ab\tx"); }), "Character in name string out of range: 9");
+    EXPECT_EQ(RaisedBy([&] { tree.Find("ab\tx"); }), "Character in name string out of range: 9");
 }
 
 TEST_F(SearchTreeTest, OneLevelStoresAllInTheRoot)
@@ -112,7 +112,7 @@ TEST_F(SearchTreeTest, OneLevelStoresAllInTheRoot)
 TEST_F(SearchTreeTest, NarrowRangesHoldNothingOutside)
 {
     tree.SetCharRange('A', 26);
-    EXPECT_EQ(ErrorOf([&] { tree.Insert("a"); }), "Character in name string out of range: 97");
+    EXPECT_EQ(RaisedBy([&] { tree.Insert("a"); }), "Character in name string out of range: 97");
     EXPECT_TRUE(Insert("B", 1));
     EXPECT_EQ(Number("B"), 1);
 }
@@ -122,9 +122,9 @@ TEST_F(SearchTreeTest, QuirkFindLooksUnderTheLowerCaseLetterSecond)
     // In a range of small letters the folded letter has no bucket: inserting is an error, and the
     // search goes on to the bucket of the small letter, where nothing can be.
     tree.SetCharRange('a', 26);
-    EXPECT_EQ(ErrorOf([&] { tree.Insert("x"); }), "Character in name string out of range: 120");
+    EXPECT_EQ(RaisedBy([&] { tree.Insert("x"); }), "Character in name string out of range: 120");
     EXPECT_EQ(tree.Find("x"), nullptr);
-    EXPECT_EQ(ErrorOf([&] { tree.Find("X"); }), "Character in name string out of range: 88");
+    EXPECT_EQ(RaisedBy([&] { tree.Find("X"); }), "Character in name string out of range: 88");
 }
 
 TEST_F(SearchTreeTest, ClearForgetsAllNames)

@@ -106,7 +106,7 @@ TEST_P(TextDataFileReaderTest, SkipToTakesTheByteItLooksFor)
 TEST_P(TextDataFileReaderTest, SkipToTheEndIsAnError)
 {
     Open("ab");
-    EXPECT_EQ(ErrorOf([&] { reader.SkipTo('}'); }), "in.qsa: 'b' not found");
+    EXPECT_EQ(RaisedBy([&] { reader.SkipTo('}'); }), "in.qsa: 'b' not found");
     EXPECT_EQ(LogText(), Entry("Error:TextDataFileReader: in.qsa: 'b' not found"));
     reader.throwOnError = 0;
     EXPECT_EQ(reader.SkipTo('}'), 1);
@@ -115,8 +115,8 @@ TEST_P(TextDataFileReaderTest, SkipToTheEndIsAnError)
 TEST_P(TextDataFileReaderTest, QuirkMissingByteIsReportedByTheLastOneThatWasRead)
 {
     Open("xyz");
-    EXPECT_EQ(ErrorOf([&] { reader.SkipTo('{'); }), "in.qsa: 'z' not found");
-    EXPECT_EQ(ErrorOf([&] { reader.SkipTo('{'); }), "in.qsa: '{' not found") << "nothing was read";
+    EXPECT_EQ(RaisedBy([&] { reader.SkipTo('{'); }), "in.qsa: 'z' not found");
+    EXPECT_EQ(RaisedBy([&] { reader.SkipTo('{'); }), "in.qsa: '{' not found") << "nothing was read";
 }
 
 TEST_P(TextDataFileReaderTest, SkipSpaceStopsAtTheFirstOtherByte)
@@ -252,16 +252,16 @@ TEST_P(TextDataFileReaderTest, TokenOf128BytesIsAnError)
     int32_t number = 0;
     for (const char* tail : {"", " ", "1111"}) {
         Open(tooLong + tail);
-        EXPECT_EQ(ErrorOf([&] { reader.ReadWord(text); }), expected);
+        EXPECT_EQ(RaisedBy([&] { reader.ReadWord(text); }), expected);
         Open(tooLong + tail);
-        EXPECT_EQ(ErrorOf([&] { reader.ReadNumberText(text); }), expected);
+        EXPECT_EQ(RaisedBy([&] { reader.ReadNumberText(text); }), expected);
         Open(tooLong + tail);
-        EXPECT_EQ(ErrorOf([&] { reader.ReadInt(&number); }), expected);
+        EXPECT_EQ(RaisedBy([&] { reader.ReadInt(&number); }), expected);
         Open(tooLong + tail);
-        EXPECT_EQ(ErrorOf([&] { reader.ReadFloat(&real); }), expected);
+        EXPECT_EQ(RaisedBy([&] { reader.ReadFloat(&real); }), expected);
     }
     Open("\"" + tooLong + "\"");
-    EXPECT_EQ(ErrorOf([&] { reader.ReadQuoted(text); }), expected);
+    EXPECT_EQ(RaisedBy([&] { reader.ReadQuoted(text); }), expected);
     EXPECT_EQ(LogText().rfind("Error:TextDataFileReader: in.qsa: String too long (>127)(T", 0), 0u);
 }
 
@@ -468,7 +468,7 @@ TEST_F(TextDataFileReaderNames, MessagesBeginWithTheNameCutAt255Bytes)
     TextDataFileReader reader;
     const std::string name(300, 'n');
     reader.SetFileName(name.c_str());
-    EXPECT_EQ(ErrorOf([&] { reader.Error("bad %i", 1); }), name.substr(0, 255) + ": bad 1");
+    EXPECT_EQ(RaisedBy([&] { reader.Error("bad %i", 1); }), name.substr(0, 255) + ": bad 1");
     reader.Warning("odd %i", 2);
     EXPECT_EQ(LogText(),
               Entry("Error:TextDataFileReader: " + name.substr(0, 255) + ": bad 1") +

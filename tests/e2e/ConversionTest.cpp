@@ -11,7 +11,6 @@
 #include <cmath>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <iterator>
 
 using testing::EndsWith;
 using testing::HasSubstr;

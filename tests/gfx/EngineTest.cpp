@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr const char* kClassName = "QSA2QSB_ENGINE_TEST";
-
 IDirect3D9* gNextDirect3D = nullptr;
 
 HRESULT gRenderToSurfaceResult = D3D_OK;
@@ -38,29 +36,6 @@ std::unique_ptr<KRE_Gfx> MakeEngine(RecordingDirect3D* direct3D)
 }
 
 } // namespace
-
-HiddenWindow::HiddenWindow(int width, int height)
-{
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = kClassName;
-    RegisterClassExA(&windowClass);
-    window = CreateWindowExA(0, kClassName, "engine test", WS_POPUP, 0, 0, width, height, nullptr,
-                             nullptr, windowClass.hInstance, nullptr);
-}
-
-HiddenWindow::~HiddenWindow()
-{
-    DestroyWindow(window);
-    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
-}
-
-void HiddenWindow::Resize(int width, int height)
-{
-    MoveWindow(window, 0, 0, width, height, FALSE);
-}
 
 EngineTest::EngineTest(ComHandle<RecordingDirect3D> direct3D)
     : recorder(direct3D->Recorder()),

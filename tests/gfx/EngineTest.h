@@ -2,6 +2,8 @@
 
 #include "base/ErrorClass.h"
 #include "gfx/KRE_Gfx.h"
+#include "tests/support/HiddenWindow.h"
+#include "tests/support/RaisedBy.h"
 #include "tests/support/RecordingDirect3D.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -9,35 +11,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-/// The message of the error that `work` raises, of either family; "no error" without one.
-template <class Work>
-std::string RaisedBy(Work work)
-{
-    try {
-        work();
-    } catch (const KRE_Error& error) {
-        return error.message;
-    } catch (const ErrorMsg& error) {
-        return error.message;
-    }
-    return "no error";
-}
-
-/// A hidden window without a frame, so that its client area is as large as the window.
-class HiddenWindow {
-public:
-    HiddenWindow(int width, int height);
-    ~HiddenWindow();
-    HiddenWindow(const HiddenWindow&) = delete;
-    HiddenWindow& operator=(const HiddenWindow&) = delete;
-
-    void Resize(int width, int height);
-    HWND Handle() const { return window; }
-
-private:
-    HWND window;
-};
 
 /// An engine over an interface that notes its calls. Unless a test says otherwise nothing real stands
 /// behind it.

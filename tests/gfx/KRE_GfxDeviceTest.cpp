@@ -2,7 +2,6 @@
 #include "tests/support/FakeDevice.h"
 
 #include <bit>
-#include <cmath>
 
 using testing::ElementsAre;
 using testing::HasSubstr;

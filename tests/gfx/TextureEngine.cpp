@@ -4,21 +4,7 @@
 
 namespace {
 
-constexpr const char* kClassName = "QSA2QSB_TEXTURE_TEST";
-
 IDirect3D9* gOffered; // what the engine gets; not owned
-
-HWND MakeHiddenWindow()
-{
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = kClassName;
-    RegisterClassExA(&windowClass);
-    return CreateWindowExA(0, kClassName, "textures", WS_POPUP, 0, 0, 64, 64, nullptr, nullptr,
-                           windowClass.hInstance, nullptr);
-}
 
 IDirect3D9* GiveOffered(UINT)
 {
@@ -42,22 +28,20 @@ void AppendLong(std::string& bytes, uint32_t value)
 
 } // namespace
 
-TextureEngine::TextureEngine() : window(MakeHiddenWindow())
+TextureEngine::TextureEngine()
 {
     ResetLogForTests();
     const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
     direct3D = RecordingDirect3D::Wrap(real.get());
     gOffered = direct3D.get();
     gfx = std::make_unique<KRE_Gfx>(kRuntime);
-    gfx->InitDevice(window, 1, nullptr, 16, 0, 0, 0);
+    gfx->InitDevice(window.Handle(), 1, nullptr, 16, 0, 0, 0);
 }
 
 TextureEngine::~TextureEngine()
 {
     gfx.reset();
     direct3D.reset();
-    DestroyWindow(window);
-    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
     ResetLogForTests();
 }
 

@@ -7,6 +7,7 @@
 
 #include "gfx/KRE_Gfx.h"
 #include "tests/gfx/ErrorText.h"
+#include "tests/support/HiddenWindow.h"
 #include "tests/support/RecordingDirect3D.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -31,7 +32,7 @@ protected:
     std::string Warnings() const;
 
     ScratchDirectory directory;
-    HWND window;
+    HiddenWindow window{64, 64};
     ComHandle<RecordingDirect3D> direct3D;
     std::unique_ptr<KRE_Gfx> gfx;
 };

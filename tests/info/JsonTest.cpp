@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "info/JsonWriter.h"
-#include "info/NameText.h"
 #include "info/Report.h"
 #include "tests/info/InfoTesting.h"
 #include "tests/info/JsonGrammar.h"

@@ -1,4 +1,3 @@
-#include <cmath>
 #include <sstream>
 
 #include "tests/qsa/QSATesting.h"

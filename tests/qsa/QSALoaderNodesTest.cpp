@@ -1,5 +1,4 @@
 #include <bit>
-#include <cmath>
 
 #include "tests/qsa/QSATesting.h"
 

@@ -11,6 +11,7 @@
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
 #include "tests/qsa/SceneFaultsOf.h"
+#include "tests/support/RaisedBy.h"
 #include "tests/support/SceneEngine.h"
 
 /// What a text meets that is read by the operations of the loader, and the loader's own settings.
@@ -128,20 +129,6 @@ struct MeshContents {
     const Vertex& Corner(size_t face, size_t corner) const { return vertices[faces[face][corner]]; }
 };
 MeshContents ReadMesh(KRE_Mesh& mesh);
-
-/// The message of the error that `work` raises, of either family; "no error" without one.
-template <class Work>
-std::string RaisedBy(Work work)
-{
-    try {
-        work();
-    } catch (const KRE_Error& error) {
-        return error.message;
-    } catch (const ErrorMsg& error) {
-        return error.message;
-    }
-    return "no error";
-}
 
 /// An engine, a loader and a scene. Every scene that loads is checked.
 class QSALoaderTest : public SceneEngineTest {

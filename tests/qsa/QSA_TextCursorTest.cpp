@@ -1,7 +1,6 @@
 #include "qsa/QSA_TextCursor.h"
 
 #include <bit>
-#include <cmath>
 #include <memory>
 #include <random>
 #include <string>

@@ -1,5 +1,4 @@
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <random>

@@ -2,6 +2,7 @@
 
 #include "scene/KRE_3dScene.h"
 #include "tests/render/NotedMesh.h"
+#include "tests/support/RaisedBy.h"
 #include "tests/support/RecordingDirect3D.h"
 #include "tests/support/SceneEngine.h"
 
@@ -11,19 +12,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-/// The message of the error that `work` raises, without an object's name ahead of it as meshes put
-/// it; "no error" without one.
-template <class Work>
-std::string RaisedBy(Work work)
-{
-    try {
-        work();
-    } catch (const KRE_Error& error) {
-        return error.message;
-    }
-    return "no error";
-}
 
 D3DXMATRIX Shift(float x, float y, float z);
 D3DXMATRIX Scale(float x, float y, float z);

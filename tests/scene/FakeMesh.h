@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/FakeObject.h"
+#include "tests/support/RefusingMesh.h"
 
 #include <d3dx9.h>
 
@@ -10,7 +11,7 @@
 
 /// A device mesh that notes locks, unlocks and sorting by name, and fails those that a test names.
 /// Every other operation fails. Its locks give addresses in `bytes`.
-class FakeMesh final : public FakeObject<ID3DXMesh> {
+class FakeMesh final : public RefusingMesh<FakeObject<ID3DXMesh>> {
 public:
     std::vector<std::string> calls;
     std::map<std::string, HRESULT> failures; ///< by the operation's name
@@ -44,53 +45,6 @@ public:
                                               ID3DXBuffer**) override
     {
         return Note("OptimizeInplace", flags);
-    }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    HRESULT STDMETHODCALLTYPE DrawSubset(DWORD) override { return E_NOTIMPL; }
-    DWORD STDMETHODCALLTYPE GetNumFaces() override { return 0; }
-    DWORD STDMETHODCALLTYPE GetNumVertices() override { return 0; }
-    DWORD STDMETHODCALLTYPE GetFVF() override { return 0; }
-    HRESULT STDMETHODCALLTYPE GetDeclaration(D3DVERTEXELEMENT9*) override { return E_NOTIMPL; }
-    DWORD STDMETHODCALLTYPE GetNumBytesPerVertex() override { return 0; }
-    DWORD STDMETHODCALLTYPE GetOptions() override { return 0; }
-    HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CloneMeshFVF(DWORD, DWORD, IDirect3DDevice9*, ID3DXMesh**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CloneMesh(DWORD, const D3DVERTEXELEMENT9*, IDirect3DDevice9*,
-                                        ID3DXMesh**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetVertexBuffer(IDirect3DVertexBuffer9**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetIndexBuffer(IDirect3DIndexBuffer9**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetAttributeTable(D3DXATTRIBUTERANGE*, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ConvertPointRepsToAdjacency(const DWORD*, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ConvertAdjacencyToPointReps(const DWORD*, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GenerateAdjacency(FLOAT, DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE UpdateSemantics(D3DVERTEXELEMENT9*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Optimize(DWORD, const DWORD*, DWORD*, DWORD*, ID3DXBuffer**,
-                                       ID3DXMesh**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetAttributeTable(const D3DXATTRIBUTERANGE*, DWORD) override
-    {
-        return E_NOTIMPL;
     }
 
 private:

@@ -51,7 +51,7 @@ TEST(KRE_3dObject, ErrorsAndWarningsBearItsName)
     const LogScope log;
     KRE_3dObject object;
     object.name = "Mast";
-    EXPECT_EQ(ErrorOf([&] { object.Error("too high: %i", 7); }), "Mast: too high: 7");
+    EXPECT_EQ(RaisedBy([&] { object.Error("too high: %i", 7); }), "Mast: too high: 7");
     EXPECT_EQ(object.errorHappened, 1);
     object.Warning("wobbles");
     EXPECT_THAT(log.Text(), testing::HasSubstr("Error:KRE_3dObject: Mast: too high: 7"));
@@ -63,7 +63,7 @@ TEST(KRE_3dObject, APercentSignInTheNameIsText)
     const LogScope log;
     KRE_3dObject object;
     object.name = "100%s";
-    EXPECT_EQ(ErrorOf([&] { object.Error("bad"); }), "100%s: bad");
+    EXPECT_EQ(RaisedBy([&] { object.Error("bad"); }), "100%s: bad");
 }
 
 TEST(KRE_3dObject, ARotationKeyBeforeTheHeadEndsInTheCountCheck)
@@ -73,7 +73,8 @@ TEST(KRE_3dObject, ARotationKeyBeforeTheHeadEndsInTheCountCheck)
     object.name = "Boom";
     object.AddRotKey(RotKey(2, 1));
     object.AddRotKey(RotKey(1, 1));
-    EXPECT_EQ(ErrorOf([&] { object.BuildKeyIndex(); }), "Boom: Check: Rot key numbers don't match");
+    EXPECT_EQ(RaisedBy([&] { object.BuildKeyIndex(); }),
+              "Boom: Check: Rot key numbers don't match");
 }
 
 TEST(KRE_3dObject, EachTrackHasItsCountCheck)
@@ -82,12 +83,12 @@ TEST(KRE_3dObject, EachTrackHasItsCountCheck)
     KRE_3dObject position;
     position.AddPosKey(PosKey(2, 0));
     position.AddPosKey(PosKey(1, 0));
-    EXPECT_EQ(ErrorOf([&] { position.BuildKeyIndex(); }),
+    EXPECT_EQ(RaisedBy([&] { position.BuildKeyIndex(); }),
               "*undefined*: Check: Pos key numbers don't match");
     KRE_3dObject scaled;
     scaled.AddScaleKey(ScaleKey(2, 1, 1, 1));
     scaled.AddScaleKey(ScaleKey(1, 1, 1, 1));
-    EXPECT_EQ(ErrorOf([&] { scaled.BuildKeyIndex(); }),
+    EXPECT_EQ(RaisedBy([&] { scaled.BuildKeyIndex(); }),
               "*undefined*: Check: Scale key numbers don't match");
 }
 
@@ -98,13 +99,13 @@ TEST(KRE_3dObject, TheCountChecksComeInTheOrderPositionRotationScale)
     object.posKeyCount = 1;
     object.rotKeyCount = 1;
     object.scaleKeyCount = 1;
-    EXPECT_THAT(ErrorOf([&] { object.BuildKeyIndex(); }), testing::HasSubstr("Pos"));
+    EXPECT_THAT(RaisedBy([&] { object.BuildKeyIndex(); }), testing::HasSubstr("Pos"));
     object.posKeyCount = 0;
-    EXPECT_THAT(ErrorOf([&] { object.BuildKeyIndex(); }), testing::HasSubstr("Rot"));
+    EXPECT_THAT(RaisedBy([&] { object.BuildKeyIndex(); }), testing::HasSubstr("Rot"));
     object.rotKeyCount = 0;
-    EXPECT_THAT(ErrorOf([&] { object.BuildKeyIndex(); }), testing::HasSubstr("Scale"));
+    EXPECT_THAT(RaisedBy([&] { object.BuildKeyIndex(); }), testing::HasSubstr("Scale"));
     object.scaleKeyCount = 0;
-    EXPECT_EQ(ErrorOf([&] { object.BuildKeyIndex(); }), "no error");
+    EXPECT_EQ(RaisedBy([&] { object.BuildKeyIndex(); }), "no error");
 }
 
 TEST(KRE_3dObject, RebuildInitTMMultipliesScaleRotationTranslation)
@@ -221,7 +222,7 @@ TEST(KRE_3dObject, CloneKeysChecksTheCounters)
     source.AddPosKey(PosKey(0, 1));
     source.posKeyCount = 5;
     KRE_3dObject target;
-    EXPECT_EQ(ErrorOf([&] { source.CloneKeys(target, 1); }),
+    EXPECT_EQ(RaisedBy([&] { source.CloneKeys(target, 1); }),
               "*undefined*: Check: Pos key numbers don't match");
 }
 

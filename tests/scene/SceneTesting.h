@@ -8,21 +8,10 @@
 #include "base/KRE_Base.h"
 #include "base/ResetLogForTests.h"
 #include "scene/KRE_3dObject.h"
+#include "tests/support/RaisedBy.h"
 #include "tests/support/ScratchDirectory.h"
 
 inline constexpr float kPi = 3.14159265f;
-
-/// The message of the error that `action` raises, or "no error".
-template <class Action>
-std::string ErrorOf(Action action)
-{
-    try {
-        action();
-    } catch (const KRE_Error& error) {
-        return error.message;
-    }
-    return "no error";
-}
 
 /// A fresh log for one test.
 class LogScope {

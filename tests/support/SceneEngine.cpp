@@ -6,9 +6,6 @@
 
 namespace {
 
-constexpr const char* kClassName = "QSA2QSB_SCENE_ENGINE";
-constexpr int kWindowSize = 64;
-
 IDirect3D9* gOffered; // what the next engine gets; not owned
 
 IDirect3D9* GiveOffered(UINT)
@@ -20,19 +17,6 @@ IDirect3D9* GiveOffered(UINT)
 constexpr KRE_GfxRuntime kOfferedRuntime = {[](const char*) { return true; }, GiveOffered,
                                             D3DXCreateEffectPool, CreateScriptedEffect};
 
-HWND MakeHiddenWindow()
-{
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = kClassName;
-    RegisterClassExA(&windowClass);
-    // A pop-up has no frame, so its client area is as large as the window.
-    return CreateWindowExA(0, kClassName, "scene test", WS_POPUP, 0, 0, kWindowSize, kWindowSize,
-                           nullptr, nullptr, windowClass.hInstance, nullptr);
-}
-
 std::unique_ptr<KRE_Gfx> MakeEngine(IDirect3D9* direct3D)
 {
     gOffered = direct3D;
@@ -42,10 +26,9 @@ std::unique_ptr<KRE_Gfx> MakeEngine(IDirect3D9* direct3D)
 } // namespace
 
 SceneEngine::SceneEngine(int32_t vertexProcessing, IDirect3D9* direct3D)
-    : window(MakeHiddenWindow()),
-      engine(MakeEngine(direct3D))
+    : engine(MakeEngine(direct3D))
 {
-    engine->InitDevice(window, 1, nullptr, 16, 0, vertexProcessing, 0);
+    engine->InitDevice(window.Handle(), 1, nullptr, 16, 0, vertexProcessing, 0);
     gGfx = engine.get();
     gGraphicsStarted = 1;
 }
@@ -55,8 +38,6 @@ SceneEngine::~SceneEngine()
     gGraphicsStarted = 0;
     gGfx = nullptr;
     engine.reset();
-    DestroyWindow(window);
-    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
 }
 
 SceneEngineTest::SceneEngineTest()

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "gfx/KRE_Gfx.h"
+#include "tests/support/HiddenWindow.h"
 #include "tests/support/RecordingDirect3D.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -21,7 +22,7 @@ public:
     SceneEngine& operator=(const SceneEngine&) = delete;
 
 private:
-    HWND window; // owned
+    HiddenWindow window{64, 64};
     std::unique_ptr<KRE_Gfx> engine;
 };
 

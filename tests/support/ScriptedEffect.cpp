@@ -1,6 +1,5 @@
 #include "tests/support/ScriptedEffect.h"
 
-#include "tests/support/D3DNames.h"
 #include "tests/support/FakeObject.h"
 
 #include <cstring>

@@ -3,28 +3,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-namespace {
-
-constexpr const char* kClassName = "QSA2QSB_TEST_DEVICE";
-
-HWND CreateHiddenWindow(UINT width, UINT height)
-{
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = kClassName;
-    RegisterClassExA(&windowClass); // fails harmlessly while another test device lives
-    // A pop-up has no frame, so its client area is as large as the window.
-    return CreateWindowExA(0, kClassName, "test device", WS_POPUP, 0, 0, static_cast<int>(width),
-                           static_cast<int>(height), nullptr, nullptr, windowClass.hInstance,
-                           nullptr);
-}
-
-} // namespace
-
 TestDevice::TestDevice(UINT width, UINT height, DWORD behaviorFlags)
-    : window(CreateHiddenWindow(width, height)),
+    : window(static_cast<int>(width), static_cast<int>(height)),
       d3d(Direct3DCreate9(D3D_SDK_VERSION))
 {
     parameters.BackBufferWidth = width;
@@ -32,25 +12,16 @@ TestDevice::TestDevice(UINT width, UINT height, DWORD behaviorFlags)
     parameters.BackBufferFormat = D3DFMT_X8R8G8B8;
     parameters.BackBufferCount = 1;
     parameters.SwapEffect = D3DSWAPEFFECT_DISCARD;
-    parameters.hDeviceWindow = window;
+    parameters.hDeviceWindow = window.Handle();
     parameters.Windowed = TRUE;
     parameters.EnableAutoDepthStencil = TRUE;
     parameters.AutoDepthStencilFormat = D3DFMT_D16;
     IDirect3DDevice9* made = nullptr;
-    if (window && d3d)
-        d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, window, behaviorFlags, &parameters,
-                          &made);
+    if (window.Handle() && d3d)
+        d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, window.Handle(), behaviorFlags,
+                          &parameters, &made);
     device.reset(made);
     EXPECT_TRUE(device) << "no test device";
-}
-
-TestDevice::~TestDevice()
-{
-    device.reset();
-    d3d.reset();
-    if (window)
-        DestroyWindow(window);
-    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
 }
 
 std::vector<DWORD> TestDevice::ReadBackBuffer() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/ComHandle.h"
+#include "tests/support/HiddenWindow.h"
 
 #include <d3d9.h>
 
@@ -15,11 +16,8 @@ public:
     /// Sizes are those of the back buffer in pixels. Fails the test if there is no device.
     explicit TestDevice(UINT width = 64, UINT height = 64,
                         DWORD behaviorFlags = D3DCREATE_HARDWARE_VERTEXPROCESSING);
-    ~TestDevice();
-    TestDevice(const TestDevice&) = delete;
-    TestDevice& operator=(const TestDevice&) = delete;
 
-    HWND Window() const { return window; }
+    HWND Window() const { return window.Handle(); }
     /// Null if the constructor failed, as are the other two.
     IDirect3D9* Direct3D() const { return d3d.get(); }
     IDirect3DDevice9* Device() const { return device.get(); }
@@ -34,7 +32,7 @@ public:
     std::vector<DWORD> ReadBackBuffer() const;
 
 private:
-    HWND window = nullptr; // owned
+    HiddenWindow window; // goes last
     ComHandle<IDirect3D9> d3d;
     ComHandle<IDirect3DDevice9> device;
     D3DPRESENT_PARAMETERS parameters = {};

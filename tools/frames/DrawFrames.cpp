@@ -6,7 +6,6 @@
 
 #include "tools/frames/FrameStage.h"
 
-#include "app/StartGraphics.h"
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 

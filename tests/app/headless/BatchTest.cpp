@@ -1,4 +1,3 @@
-#include "app/Options.h"
 #include "app/ProcessFile.h"
 #include "tests/app/ScratchEngine.h"
 #include "tests/support/HostCost.h"

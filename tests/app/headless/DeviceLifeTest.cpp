@@ -1,4 +1,3 @@
-#include "app/MainWindow.h"
 #include "app/ProcessFile.h"
 #include "app/StartGraphics.h"
 #include "gfx/KRE_Gfx.h"

@@ -1,6 +1,5 @@
 #include "tests/support/RecordingDirect3D.h"
 
-#include <cstring>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;

@@ -2,28 +2,12 @@
 
 #include <cstring>
 
-namespace {
-
-constexpr char kClassName[] = "ImageDeviceTest";
-
-} // namespace
-
 void ImageDevice::SetUp()
 {
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcA;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = kClassName;
-    RegisterClassExA(&windowClass);
-    window = CreateWindowExA(0, kClassName, "", WS_OVERLAPPEDWINDOW, 0, 0, 200, 200, nullptr,
-                             nullptr, windowClass.hInstance, nullptr);
-    ASSERT_NE(window, nullptr);
-
     d3d.reset(Direct3DCreate9(D3D_SDK_VERSION));
     ASSERT_TRUE(d3d);
     D3DPRESENT_PARAMETERS parameters = Parameters();
-    ASSERT_EQ(d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, window,
+    ASSERT_EQ(d3d->CreateDevice(D3DADAPTER_DEFAULT, D3DDEVTYPE_HAL, window.Handle(),
                                 D3DCREATE_SOFTWARE_VERTEXPROCESSING, &parameters, &device),
               D3D_OK);
 }
@@ -35,7 +19,7 @@ D3DPRESENT_PARAMETERS ImageDevice::Parameters() const
     parameters.BackBufferHeight = 64;
     parameters.BackBufferFormat = D3DFMT_X8R8G8B8;
     parameters.SwapEffect = D3DSWAPEFFECT_DISCARD;
-    parameters.hDeviceWindow = window;
+    parameters.hDeviceWindow = window.Handle();
     parameters.Windowed = TRUE;
     parameters.EnableAutoDepthStencil = TRUE;
     parameters.AutoDepthStencilFormat = D3DFMT_D16;
@@ -54,8 +38,6 @@ void ImageDevice::TearDown()
         EXPECT_EQ(device->Release(), 0u) << "the test left an object alive";
     }
     d3d.reset();
-    DestroyWindow(window);
-    UnregisterClassA(kClassName, GetModuleHandleA(nullptr));
 }
 
 TextureHandle ImageDevice::Load(const std::string& file, const LoadRequest& request)

@@ -1,24 +1,15 @@
 #pragma once
 
+#include "tests/support/ComHandle.h"
+#include "tests/support/HiddenWindow.h"
+
 #include <d3dx9.h>
-#include <windows.h>
 
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <vector>
-
-struct Releaser {
-    template <typename Interface>
-    void operator()(Interface* object) const
-    {
-        object->Release();
-    }
-};
-
-template <typename Interface>
-using ComHandle = std::unique_ptr<Interface, Releaser>;
 
 using TextureHandle = ComHandle<IDirect3DTexture9>;
 
@@ -56,8 +47,8 @@ protected:
 private:
     D3DPRESENT_PARAMETERS Parameters() const;
 
+    HiddenWindow window{200, 200};
     ComHandle<IDirect3D9> d3d;
-    HWND window = nullptr;
 };
 
 D3DSURFACE_DESC DescOf(IDirect3DTexture9& texture, UINT level = 0);

@@ -1,6 +1,5 @@
 // Pixels into surfaces from memory and from other surfaces, and out of them into files.
 
-#include "tests/platform/d3dx/ImageBytes.h"
 #include "tests/platform/d3dx/ImageDevice.h"
 #include "tests/support/ScratchDirectory.h"
 

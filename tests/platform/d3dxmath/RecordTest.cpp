@@ -1,6 +1,5 @@
 // The records, their operators and the functions that the header itself defines.
 
-#include <cmath>
 #include <cstddef>
 #include <d3dx9.h>
 #include <gtest/gtest.h>

@@ -3,8 +3,6 @@
 
 #include "tests/platform/headless_d3d9/DrawFixture.h"
 
-#include <bit>
-
 namespace {
 
 struct LitVertex {

@@ -1,6 +1,7 @@
 #include "platform/headless/d3dx/PixelCopy.h"
 
 #include "platform/headless/d3d9/TestControl.h"
+#include "tests/support/D3DNames.h"
 
 #include <gtest/gtest.h>
 #include <vector>
@@ -96,7 +97,7 @@ TEST(PixelCopy, LargePicturesAreStoredLikeSmallOnes)
         for (std::size_t i = 0; i < from.size(); ++i) {
             std::uint16_t word = 0;
             PackArgb(*FindPixelFormat(format), from[i], &word);
-            ASSERT_EQ(large[i], word) << PixelFormatName(format) << std::hex << ", " << from[i];
+            ASSERT_EQ(large[i], word) << FormatName(format) << std::hex << ", " << from[i];
         }
     }
 }
@@ -114,7 +115,7 @@ TEST(PixelCopy, LargePicturesAreReadLikeSmallOnes)
                   D3D_OK);
         for (std::size_t i = 0; i < from.size(); ++i)
             ASSERT_EQ(large[i], UnpackArgb(*FindPixelFormat(format), &from[i]))
-                << PixelFormatName(format) << std::hex << ", " << from[i];
+                << FormatName(format) << std::hex << ", " << from[i];
     }
 }
 

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <cstring>
 
 #include "tests/platform/headless_effect/EffectTest.h"
 

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <limits>
 
 #include "tests/platform/headless_effect/EffectTest.h"
 

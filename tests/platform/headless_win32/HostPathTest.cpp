@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <memory>
 #include <windows.h>
 
 TEST(MatchesWildcard, FollowsTheWindowsRules)

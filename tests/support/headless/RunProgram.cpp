@@ -2,7 +2,6 @@
 #include "tests/support/TreePaths.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>

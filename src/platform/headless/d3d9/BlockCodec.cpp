@@ -1,7 +1,6 @@
 #include "platform/headless/d3d9/BlockCodec.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace {
 

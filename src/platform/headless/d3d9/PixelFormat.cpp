@@ -15,34 +15,34 @@ constexpr PixelKind kBlocks = PixelKind::Compressed;
 constexpr PixelKind kDepth = PixelKind::Depth;
 
 constexpr PixelFormat kFormats[] = {
-    // format, name, kind, bytes, alpha or stencil, red or grey or depth or U, green or V, blue
-    {D3DFMT_R8G8B8, "D3DFMT_R8G8B8", kColour, 3, {0, 0}, {16, 8}, {8, 8}, {0, 8}},
-    {D3DFMT_A8R8G8B8, "D3DFMT_A8R8G8B8", kColour, 4, {24, 8}, {16, 8}, {8, 8}, {0, 8}},
-    {D3DFMT_X8R8G8B8, "D3DFMT_X8R8G8B8", kColour, 4, {0, 0}, {16, 8}, {8, 8}, {0, 8}},
-    {D3DFMT_A8B8G8R8, "D3DFMT_A8B8G8R8", kColour, 4, {24, 8}, {0, 8}, {8, 8}, {16, 8}},
-    {D3DFMT_X8B8G8R8, "D3DFMT_X8B8G8R8", kColour, 4, {0, 0}, {0, 8}, {8, 8}, {16, 8}},
-    {D3DFMT_R5G6B5, "D3DFMT_R5G6B5", kColour, 2, {0, 0}, {11, 5}, {5, 6}, {0, 5}},
-    {D3DFMT_X1R5G5B5, "D3DFMT_X1R5G5B5", kColour, 2, {0, 0}, {10, 5}, {5, 5}, {0, 5}},
-    {D3DFMT_A1R5G5B5, "D3DFMT_A1R5G5B5", kColour, 2, {15, 1}, {10, 5}, {5, 5}, {0, 5}},
-    {D3DFMT_A4R4G4B4, "D3DFMT_A4R4G4B4", kColour, 2, {12, 4}, {8, 4}, {4, 4}, {0, 4}},
-    {D3DFMT_X4R4G4B4, "D3DFMT_X4R4G4B4", kColour, 2, {0, 0}, {8, 4}, {4, 4}, {0, 4}},
-    {D3DFMT_R3G3B2, "D3DFMT_R3G3B2", kColour, 1, {0, 0}, {5, 3}, {2, 3}, {0, 2}},
-    {D3DFMT_A8R3G3B2, "D3DFMT_A8R3G3B2", kColour, 2, {8, 8}, {5, 3}, {2, 3}, {0, 2}},
-    {D3DFMT_A8, "D3DFMT_A8", kColour, 1, {0, 8}, {0, 0}, {0, 0}, {0, 0}},
-    {D3DFMT_L8, "D3DFMT_L8", kGrey, 1, {0, 0}, {0, 8}, {0, 0}, {0, 0}},
-    {D3DFMT_A8L8, "D3DFMT_A8L8", kGrey, 2, {8, 8}, {0, 8}, {0, 0}, {0, 0}},
-    {D3DFMT_A4L4, "D3DFMT_A4L4", kGrey, 1, {4, 4}, {0, 4}, {0, 0}, {0, 0}},
-    {D3DFMT_V8U8, "D3DFMT_V8U8", kSigned, 2, {0, 0}, {0, 8}, {8, 8}, {0, 0}},
-    {D3DFMT_DXT1, "D3DFMT_DXT1", kBlocks, 8, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
-    {D3DFMT_DXT2, "D3DFMT_DXT2", kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
-    {D3DFMT_DXT3, "D3DFMT_DXT3", kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
-    {D3DFMT_DXT4, "D3DFMT_DXT4", kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
-    {D3DFMT_DXT5, "D3DFMT_DXT5", kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
-    {D3DFMT_D16, "D3DFMT_D16", kDepth, 2, {0, 0}, {0, 16}, {0, 0}, {0, 0}},
-    {D3DFMT_D16_LOCKABLE, "D3DFMT_D16_LOCKABLE", kDepth, 2, {0, 0}, {0, 16}, {0, 0}, {0, 0}},
-    {D3DFMT_D24S8, "D3DFMT_D24S8", kDepth, 4, {0, 8}, {8, 24}, {0, 0}, {0, 0}},
-    {D3DFMT_D24X8, "D3DFMT_D24X8", kDepth, 4, {0, 0}, {8, 24}, {0, 0}, {0, 0}},
-    {D3DFMT_D32, "D3DFMT_D32", kDepth, 4, {0, 0}, {0, 32}, {0, 0}, {0, 0}},
+    // format, kind, bytes, alpha or stencil, red or grey or depth or U, green or V, blue
+    {D3DFMT_R8G8B8, kColour, 3, {0, 0}, {16, 8}, {8, 8}, {0, 8}},
+    {D3DFMT_A8R8G8B8, kColour, 4, {24, 8}, {16, 8}, {8, 8}, {0, 8}},
+    {D3DFMT_X8R8G8B8, kColour, 4, {0, 0}, {16, 8}, {8, 8}, {0, 8}},
+    {D3DFMT_A8B8G8R8, kColour, 4, {24, 8}, {0, 8}, {8, 8}, {16, 8}},
+    {D3DFMT_X8B8G8R8, kColour, 4, {0, 0}, {0, 8}, {8, 8}, {16, 8}},
+    {D3DFMT_R5G6B5, kColour, 2, {0, 0}, {11, 5}, {5, 6}, {0, 5}},
+    {D3DFMT_X1R5G5B5, kColour, 2, {0, 0}, {10, 5}, {5, 5}, {0, 5}},
+    {D3DFMT_A1R5G5B5, kColour, 2, {15, 1}, {10, 5}, {5, 5}, {0, 5}},
+    {D3DFMT_A4R4G4B4, kColour, 2, {12, 4}, {8, 4}, {4, 4}, {0, 4}},
+    {D3DFMT_X4R4G4B4, kColour, 2, {0, 0}, {8, 4}, {4, 4}, {0, 4}},
+    {D3DFMT_R3G3B2, kColour, 1, {0, 0}, {5, 3}, {2, 3}, {0, 2}},
+    {D3DFMT_A8R3G3B2, kColour, 2, {8, 8}, {5, 3}, {2, 3}, {0, 2}},
+    {D3DFMT_A8, kColour, 1, {0, 8}, {0, 0}, {0, 0}, {0, 0}},
+    {D3DFMT_L8, kGrey, 1, {0, 0}, {0, 8}, {0, 0}, {0, 0}},
+    {D3DFMT_A8L8, kGrey, 2, {8, 8}, {0, 8}, {0, 0}, {0, 0}},
+    {D3DFMT_A4L4, kGrey, 1, {4, 4}, {0, 4}, {0, 0}, {0, 0}},
+    {D3DFMT_V8U8, kSigned, 2, {0, 0}, {0, 8}, {8, 8}, {0, 0}},
+    {D3DFMT_DXT1, kBlocks, 8, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
+    {D3DFMT_DXT2, kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
+    {D3DFMT_DXT3, kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
+    {D3DFMT_DXT4, kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
+    {D3DFMT_DXT5, kBlocks, 16, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
+    {D3DFMT_D16, kDepth, 2, {0, 0}, {0, 16}, {0, 0}, {0, 0}},
+    {D3DFMT_D16_LOCKABLE, kDepth, 2, {0, 0}, {0, 16}, {0, 0}, {0, 0}},
+    {D3DFMT_D24S8, kDepth, 4, {0, 8}, {8, 24}, {0, 0}, {0, 0}},
+    {D3DFMT_D24X8, kDepth, 4, {0, 0}, {8, 24}, {0, 0}, {0, 0}},
+    {D3DFMT_D32, kDepth, 4, {0, 0}, {0, 32}, {0, 0}, {0, 0}},
 };
 
 constexpr std::uint32_t MaxOf(PixelChannel channel)
@@ -174,12 +174,6 @@ const PixelFormat* FindPixelFormat(D3DFORMAT format)
         if (row.format == format)
             return &row;
     return nullptr;
-}
-
-const char* PixelFormatName(D3DFORMAT format)
-{
-    const PixelFormat* row = FindPixelFormat(format);
-    return row ? row->name : "D3DFMT_UNKNOWN";
 }
 
 std::size_t RowBytes(const PixelFormat& format, UINT width)
@@ -326,11 +320,6 @@ bool PackImage(const PixelFormat& format, UINT width, UINT height, const std::ui
 std::uint32_t PackDepth(const PixelFormat& format, float depth, std::uint32_t stencil)
 {
     return FromFloat(depth, format.r) | ((stencil & MaxOf(format.a)) << format.a.shift);
-}
-
-float UnpackDepth(const PixelFormat& format, std::uint32_t word)
-{
-    return ToFloat(word, format.r, 0.0f);
 }
 
 std::uint32_t DepthMask(const PixelFormat& format)

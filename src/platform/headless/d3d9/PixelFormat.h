@@ -34,7 +34,6 @@ struct PixelChannel {
 /// `a` the stencil; for `Signed`, `r` and `g` are U and V.
 struct PixelFormat {
     D3DFORMAT format;
-    const char* name; ///< public name, for messages
     PixelKind kind;
     std::uint8_t unitBytes; ///< bytes of one pixel, for `Compressed` of one block
     PixelChannel a, r, g, b;
@@ -46,9 +45,6 @@ struct PixelFormat {
 
 /// The row of `format`, or null if the host does not know the format.
 const PixelFormat* FindPixelFormat(D3DFORMAT format);
-
-/// Public name such as "D3DFMT_DXT1"; "D3DFMT_UNKNOWN" for formats that are not in the table.
-const char* PixelFormatName(D3DFORMAT format);
 
 /// Bytes of one row of pixels, or of one row of blocks, without padding.
 std::size_t RowBytes(const PixelFormat& format, UINT width);
@@ -88,9 +84,6 @@ bool PackImage(const PixelFormat& format, UINT width, UINT height, const std::ui
 /// Depth 0..1 (clamped, NaN counts as 0) and stencil as the stored word of a `Depth` format; the
 /// depth is rounded to the nearest step. Formats without stencil ignore it.
 std::uint32_t PackDepth(const PixelFormat& format, float depth, std::uint32_t stencil);
-
-/// The depth of a stored word, 0..1.
-float UnpackDepth(const PixelFormat& format, std::uint32_t word);
 
 /// The bits of a stored word that hold depth, and those that hold stencil.
 std::uint32_t DepthMask(const PixelFormat& format);

@@ -1,7 +1,6 @@
 #include "platform/headless/d3d9/VertexTexGen.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 

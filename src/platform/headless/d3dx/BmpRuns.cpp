@@ -1,6 +1,5 @@
 #include "platform/headless/d3dx/BmpRuns.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {

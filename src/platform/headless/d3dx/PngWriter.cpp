@@ -1,6 +1,5 @@
 #include "platform/headless/d3dx/PngWriter.h"
 
-#include "platform/OpenFileStream.h"
 #include "platform/headless/d3dx/TemporaryFile.h"
 
 #include <cerrno>

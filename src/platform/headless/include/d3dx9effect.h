@@ -238,13 +238,3 @@ HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
                                          ID3DXEffect** effectOut, ID3DXBuffer** errorsOut);
 
 } // extern "C"
-
-// The system's header maps this name by macro.
-inline HRESULT D3DXCreateEffectFromFile(IDirect3DDevice9* device, LPCSTR path,
-                                        const D3DXMACRO* defines, ID3DXInclude* include,
-                                        DWORD flags, ID3DXEffectPool* pool, ID3DXEffect** effectOut,
-                                        ID3DXBuffer** errorsOut)
-{
-    return D3DXCreateEffectFromFileA(device, path, defines, include, flags, pool, effectOut,
-                                     errorsOut);
-}

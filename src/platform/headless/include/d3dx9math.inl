@@ -121,23 +121,11 @@ inline FLOAT D3DXVec3Length(const D3DXVECTOR3* vector)
     return std::sqrt(D3DXVec3LengthSq(vector));
 }
 
-inline D3DXVECTOR3* D3DXVec3Add(D3DXVECTOR3* sumOut, const D3DXVECTOR3* a, const D3DXVECTOR3* b)
-{
-    *sumOut = *a + *b;
-    return sumOut;
-}
-
 inline D3DXVECTOR3* D3DXVec3Subtract(D3DXVECTOR3* differenceOut, const D3DXVECTOR3* a,
                                      const D3DXVECTOR3* b)
 {
     *differenceOut = *a - *b;
     return differenceOut;
-}
-
-inline D3DXVECTOR3* D3DXVec3Scale(D3DXVECTOR3* vectorOut, const D3DXVECTOR3* vector, FLOAT factor)
-{
-    *vectorOut = *vector * factor;
-    return vectorOut;
 }
 
 inline D3DXVECTOR3* D3DXVec3Cross(D3DXVECTOR3* productOut, const D3DXVECTOR3* a,

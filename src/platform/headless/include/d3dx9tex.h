@@ -103,31 +103,8 @@ HRESULT WINAPI D3DXSaveSurfaceToFileA(LPCSTR path, D3DXIMAGE_FILEFORMAT format,
 
 } // extern "C"
 
-// The system's header maps these names by macro.
+// The system's header maps this name by macro.
 inline HRESULT D3DXGetImageInfoFromFile(LPCSTR path, D3DXIMAGE_INFO* infoOut)
 {
     return D3DXGetImageInfoFromFileA(path, infoOut);
-}
-
-inline HRESULT D3DXCreateTextureFromFile(IDirect3DDevice9* device, LPCSTR path,
-                                         IDirect3DTexture9** textureOut)
-{
-    return D3DXCreateTextureFromFileA(device, path, textureOut);
-}
-
-inline HRESULT D3DXCreateTextureFromFileEx(IDirect3DDevice9* device, LPCSTR path, UINT width,
-                                           UINT height, UINT levels, DWORD usage, D3DFORMAT format,
-                                           D3DPOOL pool, DWORD filter, DWORD mipFilter,
-                                           D3DCOLOR colorKey, D3DXIMAGE_INFO* infoOut,
-                                           PALETTEENTRY* palette, IDirect3DTexture9** textureOut)
-{
-    return D3DXCreateTextureFromFileExA(device, path, width, height, levels, usage, format, pool,
-                                        filter, mipFilter, colorKey, infoOut, palette, textureOut);
-}
-
-inline HRESULT D3DXSaveSurfaceToFile(LPCSTR path, D3DXIMAGE_FILEFORMAT format,
-                                     IDirect3DSurface9* surface, const PALETTEENTRY* palette,
-                                     const RECT* rect)
-{
-    return D3DXSaveSurfaceToFileA(path, format, surface, palette, rect);
 }

@@ -3,7 +3,6 @@
 #include "platform/headless/win32/LastError.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>

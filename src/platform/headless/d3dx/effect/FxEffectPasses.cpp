@@ -1,7 +1,5 @@
 // Techniques and passes at work, and the device's reset.
 
-#include <algorithm>
-
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 

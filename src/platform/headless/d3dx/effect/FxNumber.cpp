@@ -116,15 +116,6 @@ void FxNumber::SetFloat(UINT index, float value)
     cells[index] = std::bit_cast<FxCell>(value);
 }
 
-FxNumber FxNumber::As(D3DXPARAMETER_TYPE type) const
-{
-    FxNumber result = *this;
-    result.shape.type = type;
-    for (UINT i = 0; i < shape.Count(); ++i)
-        result.cells[i] = FxConvert(cells[i], shape.type, type);
-    return result;
-}
-
 bool FxParseNumber(std::string_view text, FxNumber& numberOut)
 {
     const bool isHex = text.starts_with("0x") || text.starts_with("0X");

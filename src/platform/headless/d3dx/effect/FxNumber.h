@@ -36,8 +36,6 @@ struct FxNumber {
     bool Bool(UINT index) const;
     void SetFloat(UINT index, float value);
     void SetInt(UINT index, std::int32_t value) { cells[index] = static_cast<FxCell>(value); }
-    /// The same form in another type.
-    FxNumber As(D3DXPARAMETER_TYPE type) const;
 };
 
 /// Float to integer drops the fraction and stops at the ends of the range, NaN is 0; anything but 0 is
