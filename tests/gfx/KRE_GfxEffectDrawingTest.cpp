@@ -24,12 +24,7 @@ protected:
         gfx.LoadEffect(&effect, "twice.fx", false, 0, true);
         gfx.LoadEffect(&unusable, "broken.fx", false, 0, true);
 
-        gfx.device->CreateVertexBuffer(120, 0, KRE_VertexPosTex::kFvf, D3DPOOL_MANAGED,
-                                       mesh.vertices.Out(), nullptr);
-        gfx.device->CreateIndexBuffer(60, 0, D3DFMT_INDEX16, D3DPOOL_MANAGED, mesh.indices.Out(),
-                                      nullptr);
-        mesh.vertexCount = 6;
-        mesh.faceCount = 10;
+        mesh.Make(gfx.device.Get());
         info.SetFVFInfo(KRE_VertexPosTex::kFvf);
         info.processing = 1;
 

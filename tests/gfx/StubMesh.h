@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gfx/KRE_VertexLayout.h"
 #include "platform/ComPointer.h"
 #include "tests/support/RefusingMesh.h"
 
@@ -15,6 +16,18 @@ public:
     DWORD faceCount = 0;
     HRESULT vertexBufferResult = D3D_OK;
     HRESULT indexBufferResult = D3D_OK;
+
+    /// Six vertices of the format KRE_VertexPosTex and ten faces, in buffers of the device.
+    void Make(IDirect3DDevice9* device)
+    {
+        vertexCount = 6;
+        faceCount = 10;
+        device->CreateVertexBuffer(vertexCount * sizeof(KRE_VertexPosTex), 0,
+                                   KRE_VertexPosTex::kFvf, D3DPOOL_MANAGED, vertices.Out(),
+                                   nullptr);
+        device->CreateIndexBuffer(faceCount * 3 * sizeof(WORD), 0, D3DFMT_INDEX16, D3DPOOL_MANAGED,
+                                  indices.Out(), nullptr);
+    }
 
     ULONG STDMETHODCALLTYPE AddRef() override { return 2; } // the object is its maker's
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
