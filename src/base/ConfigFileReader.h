@@ -80,6 +80,8 @@ private:
     int32_t caseSensitive = 0;
     int32_t foundInBase = 0;
     HeapArray<ConfigEntry> entries;    ///< owned; `entryCount` of them
-    HeapArray<int32_t> lineBlockLevel; ///< owned; block depth at the start of each line
+    /// Owned; block depth at the start of each line. A search is never limited to a block, so there
+    /// is neither a block filter nor a first line of one.
+    HeapArray<int32_t> lineBlockLevel;
     int32_t entryCount = 0;
 };

@@ -142,13 +142,11 @@ void File::Seek(int32_t newPosition)
             return;
         }
         const int result = stream ? std::fseek(stream.get(), newPosition, SEEK_SET) : -1;
-        if (result != 0) {
-            Error("fseek failed: %i", result);
-            return;
-        }
         lastTransfer = Transfer::none;
+        if (result != 0)
+            Error("fseek failed: %i", result);
     }
-    position = newPosition;
+    position = newPosition; // also after a failed seek that does not throw
 }
 
 int32_t File::GetBytesLeft() const

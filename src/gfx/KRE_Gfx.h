@@ -234,7 +234,8 @@ public:
     void SetLighting(int32_t on, const D3DCOLOR* color);
     void SetSpecular(int32_t on);
     void SetAmbient(D3DCOLOR color);
-    /// Both take an index from 0 to 8; another one is an `Error`.
+    /// Both take an index from 0 to 8; another one is an `Error`. `SetLight` takes the record and not
+    /// the light object, as scene drawing leaves out a light that is off and has its record at hand.
     void SetLight(int32_t index, const D3DLIGHT9& light);
     void LightEnable(int32_t index, int32_t on);
     /// Keeps the material. While an effect draws, the device is not told.
@@ -275,7 +276,7 @@ public:
     /// nothing. Gives 1, or 0 for any other number.
     int32_t SetTextureFilter(int32_t mode, int32_t stage);
     /// What a stage shows: 1 or -1 the texture lit by the vertex colour, 2 the vertex colour, 3 the
-    /// constant `color`.
+    /// constant `color`. A post effect draws its texture back through the same operation.
     void SetRenderSource(int32_t source, int32_t stage, D3DCOLOR color);
 
     static constexpr int32_t kStages = KRE_StateCache::kStages;
@@ -374,7 +375,8 @@ public:
     /// Gives 0 and sets nothing where neither software nor hardware can blend by index, else 1.
     int32_t SetIndexedVertexBlend(int32_t on);
     /// Who can process such vertices: 0 software, 1 hardware, 2 the skinning effect. `boneIndex` is
-    /// the highest one used, below 0 for none. `forEffect` asks for the effect alone.
+    /// the highest one used, below 0 for none. `forEffect` asks for the effect alone. Meshes and
+    /// lists ask the same question, so there is no second operation for the blending of meshes.
     int32_t GetVertexProcessing(const VertexInfo& info, int32_t boneIndex, int32_t forEffect);
     /// Makes the buffer of a list whose format is set; what it held goes. `usage` is of D3DUSAGE_ or
     /// -1 for what the list's kind wants.
@@ -399,13 +401,15 @@ public:
 
     // ---- Meshes: scene/KRE_GfxMeshes.cpp
 
-    /// `CreateMesh`'s option for buffers in system memory.
+    /// `CreateMesh`'s option for buffers in system memory. As a flag, 1 is D3DXMESH_32BIT, which
+    /// meshes with indices of 16 bits never want.
     static constexpr DWORD kMeshSystemMemory = 1;
 
     /// Makes the device mesh of `mesh` with this layout, and its materials if it has none yet.
     /// `options` is 0 for managed buffers, `kMeshSystemMemory`, or of D3DXMESH_; a mesh that the
     /// hardware cannot blend gets buffers for software all the same. `boneCount` is the highest bone
-    /// index of a blended layout. Too many vertices, and a material count that differs from the
+    /// index of a blended layout. A reflection map needs no argument of its own: its texture set is
+    /// part of `fvf`. Too many vertices, and a material count that differs from the
     /// mesh's own, are `Error`s.
     void CreateMesh(KRE_Mesh* mesh, int32_t faces, int32_t vertices, int32_t materialCount,
                     DWORD fvf, DWORD options, int32_t boneCount);

@@ -11,7 +11,8 @@
 
 class KRE_Gfx;
 
-/// Textures by name that load when they are first asked for. Names are printable ASCII; others are
+/// Textures by name that load when they are first asked for. The embedding program fills it by
+/// `AddTexture`; there is no file format for catalogues. Names are printable ASCII; others are
 /// an `Error` of the tree.
 class KRE_TextureCatalogue : public KRE_Base {
 public:

@@ -23,7 +23,8 @@ public:
     [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) override;
     /// Write and read the object as in QSB files: `qsb/KRE_3dObjectFile.cpp` and its neighbours. A
     /// load begins with a reset; what a file may not hold is an `Error`, after which the object is
-    /// in no particular state. Overrides begin with their base's.
+    /// in no particular state. Overrides begin with their base's; a mesh and a scene override `Load`
+    /// as the others do, although nothing calls it through a base.
     virtual void Save(File& file);
     virtual void Load(File& file);
     virtual int32_t IsMesh() const { return 0; }
@@ -32,7 +33,8 @@ public:
     /// the object loops. Skipped for the time of the last evaluation unless `dirty` or `force` is
     /// set. With `updateParent` the parent is evaluated first, at this object's time after looping.
     /// Chains of any length are walked by a loop; a ring of parents or targets ends at the object
-    /// that is being evaluated already.
+    /// that is being evaluated already. For the loop's sake this is not virtual: what a kind of object
+    /// adds stands in the three hooks below.
     int32_t Evaluate(double time, int32_t updateParent, int32_t force);
 
     /// Evaluations between two calls of this that find nothing changed in between are one pass: an

@@ -152,6 +152,20 @@ TEST_P(FileReading, SeekOutsideTheFileIsSafe)
     }
 }
 
+TEST_F(FileTest, FailedSeekThatDoesNotThrowStoresThePlace)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    file.throwOnError = 0;
+    file.Seek(-5);
+    EXPECT_EQ(file.GetPosition(), -5);
+    EXPECT_EQ(LogText(), Entry("Error:File: in.bin: fseek failed: -1"));
+    file.Seek(1);
+    char c = 0;
+    EXPECT_TRUE(file.Read(&c, 1));
+    EXPECT_EQ(c, 'b');
+}
+
 TEST_F(FileTest, ReadOfNothingOnAClosedFileIsAnError)
 {
     char c = 0;
