@@ -255,6 +255,7 @@ void KRE_Texture::CopyFrom(const KRE_Texture& other)
         return;
     Free();
     std::copy_n(other.slotNames, kSlots, slotNames);
+    std::copy_n(other.slots, kSlots, slots);
     textureWord = other.textureWord;
     textureValue = other.textureValue;
     loadOptions = other.loadOptions;
@@ -270,7 +271,6 @@ void KRE_Texture::CopyFrom(const KRE_Texture& other)
 
 void KRE_Texture::CopySettings(const KRE_Texture& other)
 {
-    std::copy_n(other.slots, kSlots, slots);
     std::copy_n(other.slotDefaultPool, kSlots, slotDefaultPool);
     matrixAni = other.matrixAni;
     std::copy_n(other.slotMatrices, kSlots, slotMatrices);

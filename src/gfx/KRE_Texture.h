@@ -77,7 +77,8 @@ public:
     /// Gives all pictures back, and the quad. Names, slot types, timing and tracks stay.
     void Free();
     /// Frees this one and takes over the other's pictures as one more user, with all settings.
-    /// QUIRK: of one that never had a picture only the names and the stored words are taken.
+    /// QUIRK: of one that never had a picture only the names, the types and amounts of the slots, and
+    /// the stored words are taken. The types tell what the names are for when a file is loaded again.
     void CopyFrom(const KRE_Texture& other);
     /// Takes over a device texture into the current frame or slot, as user of `id` in `newManager`.
     /// What is there is given back.

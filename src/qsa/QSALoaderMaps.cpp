@@ -303,9 +303,10 @@ void QSALoader::LoadBumpMap(QSA_Material* material, int32_t slot)
     const QSA_Map& map = *material->maps[kMapBump];
     KRE_Texture* texture = material->texture.get();
     texture->SelectStage(slot);
+    // Also without a picture: a file that is saved from here must not show it as a colour map.
+    texture->SetStage(slot, StageBump, texture->slots[slot].param);
     if ((loadFlags & kLoadBumpMaps) == 0) {
         texture->slotNames[slot] = map.bitmap;
-        texture->SetStage(slot, StageBump, texture->slots[slot].param);
         return;
     }
     if (!LoadMapTexture(map, texture, "Can not open bump map '%s'"))

@@ -165,6 +165,58 @@ TEST_F(Conversion, ASceneWithALightGetsNoOther)
     ExpectFile("boat.qsb", expected);
 }
 
+// ---- Bump maps
+
+namespace {
+
+/// A triangle whose material has these maps.
+std::string TriangleWith(const std::string& maps)
+{
+    return kHead + ("*MATERIAL_LIST {\n*MATERIAL_COUNT 1\n*MATERIAL 0 {\n" + maps + "}\n}\n") +
+           "*GEOMOBJECT {\n*NODE_NAME \"Hull\"\n*MESH {\n"
+           "*MESH_NUMVERTEX 3\n*MESH_NUMFACES 1\n*MESH_VERTEX_LIST {\n"
+           "*MESH_VERTEX 0 0 0 0\n*MESH_VERTEX 1 1 0 0\n*MESH_VERTEX 2 0 1 0\n}\n"
+           "*MESH_FACE_LIST {\n*MESH_FACE 0: A: 0 B: 1 C: 2 *MESH_MTLID 0\n}\n}\n"
+           "*MATERIAL_REF 0\n}\n";
+}
+
+const std::string kBumpMap = "*MAP_BUMP {\n*BITMAP \"bump.bmp\"\n}\n";
+
+/// How a slot with the picture "bump.bmp" is stored: the name's length and the name, type 2, amount 1.
+const std::string kBumpSlot("\x08\0\0\0bump.bmp\x02\0\0\0\0\0\x80\x3F", 20);
+
+/// A bitmap of one pixel.
+std::string OnePixel()
+{
+    const std::string head("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0",
+                           30);
+    return head + std::string(24, '\0') + std::string("\x10\x20\x30\0", 4);
+}
+
+} // namespace
+
+TEST_F(Conversion, ABumpMapIsStoredAsOneWhateverElseTheMaterialHas)
+{
+    static const struct {
+        const char* what;
+        std::string maps;
+    } cases[] = {
+        {"alone", kBumpMap},
+        {"a missing diffuse map", "*MAP_DIFFUSE {\n*BITMAP \"no.bmp\"\n}\n" + kBumpMap},
+        {"a missing reflection", "*MAP_REFLECT {\n*BITMAP \"no.bmp\"\n}\n" + kBumpMap},
+        {"a diffuse map", "*MAP_DIFFUSE {\n*BITMAP \"wood.bmp\"\n}\n" + kBumpMap},
+    };
+    scratch.Write("bump.bmp", OnePixel());
+    scratch.Write("wood.bmp", OnePixel());
+    for (const auto& c : cases) {
+        scratch.Write("boat.qsa", TriangleWith(c.maps));
+        ExpectConverted({"boat.qsa"}, "'boat.qsa' converted\n");
+        EXPECT_THAT(scratch.Read("boat.qsb"), HasSubstr(kBumpSlot)) << c.what;
+        ExpectConverted({"boat.qsb"}, "'boat.qsb' converted\n");
+        EXPECT_THAT(scratch.Read("boat.qsb"), HasSubstr(kBumpSlot)) << c.what << ", a reload";
+    }
+}
+
 // ---- Files that are their own target
 
 TEST_F(Conversion, AFileIsWrittenOverItselfWithTheCurrentVersion)

@@ -426,19 +426,29 @@ TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)
     EXPECT_EQ(manager.GetEntry(1)->useCount, 2);
 }
 
-TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesTheNamesOnly)
+TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlots)
 {
     KRE_Texture texture;
     texture.slotNames[2].Assign("lost.bmp");
     texture.SetStage(2, StageBump, 0.25f);
+    texture.matrixAni[2].constants[KRE_TextMatrixAni::kTileU] = 7.0f;
+    texture.SetSequenceTiming(0.5f, 2.0f, kSequenceOnce);
     texture.textureWord = 5;
     texture.loadOptions = 1;
     KRE_Texture copy;
+    copy.SetStage(0, StageAdd, 0.5f);
     copy.CopyFrom(texture);
     EXPECT_STREQ(copy.slotNames[2].c_str(), "lost.bmp");
-    EXPECT_EQ(copy.slots[2].type, 1);
+    EXPECT_EQ(copy.slots[2].type, StageBump);
+    EXPECT_EQ(copy.slots[2].param, 0.25f);
+    EXPECT_EQ(copy.slots[0].type, StageDiffuse) << "as in a new texture";
+    EXPECT_EQ(copy.slots[0].param, 1.0f);
     EXPECT_EQ(copy.textureWord, 5u);
     EXPECT_EQ(copy.loadOptions, 1u);
+    // Tracks and timing belong to pictures and stay as in a new texture.
+    EXPECT_EQ(copy.matrixAni[2].constants[KRE_TextMatrixAni::kTileU], 1.0f);
+    EXPECT_EQ(copy.framePeriod, 0.2f);
+    EXPECT_EQ(copy.manager, nullptr);
 }
 
 TEST(KRE_Texture, CopyOfItselfChangesNothing)

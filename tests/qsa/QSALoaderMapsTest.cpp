@@ -170,6 +170,28 @@ TEST_F(MapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_EQ(Texture().slots[1].type, StageBump);
 }
 
+TEST_F(MapsTest, ABumpMapIsOneAlsoWhereNoPictureWasLoaded)
+{
+    const std::string bump = Map("BUMP", "*BITMAP \"none.bmp\"");
+    const struct {
+        const char* what;
+        std::string maps;
+        uint32_t flags;
+    } cases[] = {
+        {"alone", bump, 0},
+        {"behind a missing diffuse map", Map("DIFFUSE", "*BITMAP \"no.bmp\"") + bump, 0},
+        {"behind a missing reflection", Map("REFLECT", "*BITMAP \"no.bmp\"") + bump, 0},
+        {"wanted and missing itself", bump, kLoadBumpMaps},
+    };
+    for (const auto& c : cases) {
+        LoadMaterial(c.maps, c.flags);
+        EXPECT_STREQ(Texture().slotNames[0].c_str(), "none.bmp") << c.what;
+        EXPECT_EQ(Texture().slots[0].type, StageBump) << c.what;
+        EXPECT_EQ(Texture().slots[0].param, 1.0f) << c.what;
+        EXPECT_EQ(Texture().slots[1].type, StageDiffuse) << c.what;
+    }
+}
+
 TEST_F(MapsTest, AMapWithoutAPictureDoesNotHideTheOthers)
 {
     const std::string diffuse = Map("DIFFUSE", "*BITMAP \"d.bmp\"");
