@@ -56,6 +56,7 @@ KRE_Gfx::KRE_Gfx(const KRE_GfxRuntime& systemRuntime)
     for (D3DXMATRIX& matrix : world)
         D3DXMatrixIdentity(&matrix);
     ResetStateCache();
+    RebuildSearchPaths();
 
     if (!runtime.hasLibrary("d3d9.dll"))
         Error("At least DirectX 9.0 required!");

@@ -1,5 +1,6 @@
 #include "base/CFileValidator.h"
 
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -109,9 +110,20 @@ TEST_F(CFileValidatorTest, AbsoluteNameFindsACopyOfItsLeafWhereThatIsAllowed)
 
 TEST_F(CFileValidatorTest, AbsoluteNameWithoutADirectoryIsTriedAsItIsOnly)
 {
-    scratch.Write("leaf/q.png", "");
+    // A colon makes a name absolute, and without a separator the leaf is all of it. Where there are
+    // drives such a name is a file of the drive's current directory, elsewhere a file like any other.
+    const std::string drive = std::filesystem::current_path().root_name().string();
+    const std::string name = (drive.empty() ? "Q:" : drive) + "q.png";
+    validator.SetBasePath("scene");
     validator.AddDirectory("leaf", true);
-    EXPECT_EQ(Resolve("Q:q.png"), "") << "a colon makes it absolute, and the leaf is all of it";
+    for (const char* directory : {"scene/", "leaf/"}) {
+        scratch.Write(std::string(directory) + "q.png", "");
+        if (drive.empty())
+            scratch.Write(directory + name, "");
+    }
+    EXPECT_EQ(Resolve(name), "") << "neither beside the scene nor in a search directory";
+    scratch.Write(drive.empty() ? name : "q.png", "");
+    EXPECT_EQ(Resolve(name), name) << "as it is where it exists";
 }
 
 TEST_F(CFileValidatorTest, AlternativeExtensionsAreTriedInEachPlace)

@@ -92,7 +92,6 @@ TEST_F(KRE_GfxPathsTest, EffectsAreNotSearchedInTheTexturePath)
 
 TEST_F(KRE_GfxPathsTest, CompiledEffectWinsOverItsSourceWhereTheNameItselfIsGone)
 {
-    gfx.SetDefaultBasePath("base"); // extensions come with the first default path
     scratch.Write("scene/shiny.fx", "");
     scratch.Write("scene/shiny.fxo", "");
     EXPECT_EQ(Effect("shiny.fx"), "scene\\shiny.fx") << "the name as given is tried first";
@@ -107,12 +106,13 @@ TEST_F(KRE_GfxPathsTest, CompiledEffectWinsOverItsSourceWhereTheNameItselfIsGone
     EXPECT_EQ(Effect("shiny"), "scene\\shiny") << "the bare name is tried first";
 }
 
-TEST_F(KRE_GfxPathsTest, QuirkExtensionsOfEffectsComeWithTheFirstDefaultPath)
+TEST_F(KRE_GfxPathsTest, ExtensionsOfEffectsNeedNoDefaultPath)
 {
     scratch.Write("scene/shiny.fxo", "");
-    EXPECT_EQ(Effect("shiny.fx"), "");
-    gfx.SetDefaultTexturePath("");
     EXPECT_EQ(Effect("shiny.fx"), "scene\\shiny.fxo");
+    EXPECT_EQ(Effect("shiny"), "scene\\shiny.fxo");
+    gfx.SetDefaultTexturePath("textures");
+    EXPECT_EQ(Effect("shiny.fx"), "scene\\shiny.fxo") << "and they stay with one";
 }
 
 TEST_F(KRE_GfxPathsTest, TexturesHaveNoAlternativeExtensions)

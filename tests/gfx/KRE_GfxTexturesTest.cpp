@@ -159,7 +159,6 @@ TEST_F(Textures, FindTextureFileLooksInItsPlacesInOrder)
 TEST_F(Textures, FindEffectFileTriesTheExtensionsOfEffects)
 {
     directory.Write("scene/shiny.fxo", "");
-    gfx->SetDefaultBasePath("");
     String path;
     EXPECT_TRUE(gfx->FindEffectFile(&path, "shiny.fx", "scene"));
     EXPECT_STREQ(path.c_str(), "scene\\shiny.fxo");
