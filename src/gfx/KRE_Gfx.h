@@ -1,7 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <d3d9.h>
@@ -579,7 +582,8 @@ public:
     /// Compresses pictures from `minimumPixels` on: with `level` 1 or above. Level 1 asks for DXT1, 2
     /// for DXT5 as well; a device without them is an `Error`.
     void SetTextureCompression(int32_t level, int32_t minimumPixels);
-    /// Where a file is that a file of `directory` names. If there is none, false with the name.
+    /// Where a file is that a file of `directory` names. If there is none, false with the name. A
+    /// texture that is only found by its leaf in `directory` is warned of, once in each scene.
     bool FindTextureFile(String* pathOut, const char* name, const char* directory);
     bool FindEffectFile(String* pathOut, const char* name, const char* directory);
     /// Lets a video source fill its texture. A source that is not set up is an `Error`.
@@ -591,6 +595,10 @@ public:
     KRE_VideoSource videoSources[kVideoSources]; ///< filled by who wants one; nothing here does
     int32_t textureCompression = 0;              ///< of `SetTextureCompression`
     int32_t pixelsForCompression = 65536;        ///< smaller pictures stay uncompressed
+    /// As `ResolveTexturePath`, and then by the leaf of `name` in `referrerDirectory` itself.
+    /// `byLeafOut` tells whether it was found so.
+    String LocateTexture(const char* name, const char* referrerDirectory,
+                         bool* byLeafOut = nullptr);
     int32_t noTextures = 0;    ///< 1: every load gives the screen texture; nothing here sets it
     KRE_Texture screenTexture; ///< made when first used
     KRE_TextureCatalogue catalogue{*this};
@@ -757,6 +765,7 @@ private:
     void ReleaseDefaultPoolObjects();
     void SampleFrameRate(double now);
 
+    void TellOfLeaf(const char* name, const char* path);
     bool NeedsPowersOfTwo() const;
     ComPointer<IDirect3DTexture9> MakeDeviceTexture(int32_t width, int32_t height,
                                                     int32_t mipLevels, DWORD usage,
@@ -772,6 +781,8 @@ private:
     void LoadFrameList(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     void LoadVideoTexture(KRE_Texture& texture, const char* number, int32_t format);
     void MakeVideoTexture(KRE_Texture& texture, const char* name, int32_t source, int32_t format);
+    /// Textures of the scene in hand that were found by their leaves: names and paths.
+    std::set<std::pair<std::string, std::string>> toldLeaves;
 
     void RebuildSearchPaths();
 

@@ -1,3 +1,4 @@
+#include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
 
 bool KRE_Gfx::CheckPath(const char* path)
@@ -48,6 +49,37 @@ String KRE_Gfx::ResolveTexturePath(const char* name, const char* referrerDirecto
 {
     textureValidator.SetBasePath(referrerDirectory);
     return textureValidator.Resolve(name);
+}
+
+/// Scenes carry the directories of the machine that they were made on; what came along with them
+/// mostly lies in one directory.
+static String LeafBeside(const char* name, const char* directory)
+{
+    String leaf;
+    SplitLeaf(name, &leaf);
+    String path(directory);
+    EnsureTrailingSlash(&path);
+    path.Append(leaf.c_str());
+    if (!FileExists(path.c_str()))
+        path.Clear();
+    return path;
+}
+
+String KRE_Gfx::LocateTexture(const char* name, const char* referrerDirectory, bool* byLeafOut)
+{
+    String path = ResolveTexturePath(name, referrerDirectory);
+    const bool isResolved = !path.IsEmpty();
+    if (!isResolved)
+        path = LeafBeside(name, referrerDirectory);
+    if (byLeafOut)
+        *byLeafOut = !isResolved && !path.IsEmpty();
+    return path;
+}
+
+void KRE_Gfx::TellOfLeaf(const char* name, const char* path)
+{
+    if (toldLeaves.emplace(name, path).second)
+        Warning("Texture '%s' is not in its place, taken from beside the scene: '%s'", name, path);
 }
 
 String KRE_Gfx::ResolveEffectPath(const char* name, const char* referrerDirectory)

@@ -76,7 +76,10 @@ D3DFORMAT KRE_Gfx::ChooseTextureFormat(const D3DXIMAGE_INFO& info) const
 
 bool KRE_Gfx::FindTextureFile(String* pathOut, const char* name, const char* directory)
 {
-    *pathOut = ResolveTexturePath(name, directory);
+    bool isByLeaf = false;
+    *pathOut = LocateTexture(name, directory, &isByLeaf);
+    if (isByLeaf)
+        TellOfLeaf(name, pathOut->c_str());
     if (gTextureSearchSink)
         gTextureSearchSink(name, pathOut->c_str());
     const bool found = !pathOut->IsEmpty();

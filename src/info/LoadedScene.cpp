@@ -191,7 +191,7 @@ double LoadedScene::Seconds() const
 std::string LoadedScene::FindTexture(const char* name) const
 {
     const DirectoryVisit visit(directory);
-    return Joined(directory, gGfx->ResolveTexturePath(name, ""));
+    return Joined(directory, gGfx->LocateTexture(name, ""));
 }
 
 std::string LoadedScene::FindEffect(const char* name) const

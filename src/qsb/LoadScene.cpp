@@ -61,6 +61,7 @@ QSA_SceneHeader& KRE_Gfx::SceneHeader()
 void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
     const String name(path);
+    toldLeaves.clear();
     CheckPath(name.c_str());
     File file;
     file.Open(name.c_str(), true, false, true);

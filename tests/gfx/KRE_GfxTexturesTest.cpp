@@ -156,6 +156,93 @@ TEST_F(Textures, FindTextureFileLooksInItsPlacesInOrder)
     }
 }
 
+TEST_F(Textures, ALeafBesideTheSceneIsTakenWhenAllPlacesFail)
+{
+    for (const char* name : {"scene/p.bmp", "scene/q.bmp", "base/maps/q.bmp", "maps/r.bmp",
+                             "scene/r.bmp", "scene/s.fx"})
+        directory.Write(name, "");
+    gfx->SetDefaultBasePath("base");
+    gfx->SetDefaultTexturePath("maps");
+    static const struct {
+        const char* what;
+        const char* name;
+        const char* directory;
+        const char* path; // empty: not found
+    } cases[] = {
+        {"drive", "C:\\art\\p.bmp", "scene", "scene\\p.bmp"},
+        {"from the root", "/nowhere/p.bmp", "scene/", "scene/p.bmp"},
+        {"directory", "art/p.bmp", "scene", "scene\\p.bmp"},
+        {"directory above", "..\\art\\p.bmp", "scene", "scene\\p.bmp"},
+        {"the base path goes first", "maps\\q.bmp", "scene", "base\\maps\\q.bmp"},
+        {"the texture path goes first", "art\\r.bmp", "scene", "maps\\r.bmp"},
+        {"another leaf", "C:\\art\\t.bmp", "scene", ""},
+        {"no other extension", "C:\\art\\s.fxo", "scene", ""},
+        {"no leaf", "C:\\art\\", "scene", ""},
+        {"a drive without a directory", "C:s.fx", "scene", ""},
+        {"nothing", "", "scene", ""},
+        {"in the current directory", "C:\\art\\here.bmp", "", "here.bmp"},
+    };
+    directory.Write("here.bmp", "");
+    for (const auto& c : cases) {
+        String path;
+        const bool isFound = c.path[0] != 0;
+        EXPECT_EQ(gfx->FindTextureFile(&path, c.name, c.directory), isFound) << c.what;
+        EXPECT_STREQ(path.c_str(), isFound ? c.path : c.name) << c.what;
+        EXPECT_STREQ(gfx->LocateTexture(c.name, c.directory).c_str(), c.path) << c.what;
+    }
+    EXPECT_TRUE(gfx->ResolveTexturePath("C:\\art\\p.bmp", "scene").IsEmpty()) << "as it was";
+}
+
+TEST_F(Textures, EffectsAreNotTakenByTheirLeaves)
+{
+    directory.Write("scene/s.fx", "");
+    String path;
+    EXPECT_FALSE(gfx->FindEffectFile(&path, "C:\\art\\s.fx", "scene"));
+    EXPECT_STREQ(path.c_str(), "C:\\art\\s.fx");
+}
+
+TEST_F(Textures, EachTextureThatIsTakenByItsLeafIsToldOnce)
+{
+    directory.Write("scene/p.bmp", "");
+    directory.Write("scene/q.bmp", "");
+    directory.Write("other/p.bmp", "");
+    String path;
+    for (int time = 0; time < 3; ++time) {
+        gfx->FindTextureFile(&path, "C:\\art\\p.bmp", "scene");
+        gfx->FindTextureFile(&path, "art\\q.bmp", "scene");
+        gfx->FindTextureFile(&path, "p.bmp", "scene"); // found in its place
+        gfx->FindTextureFile(&path, "C:\\art\\gone.bmp", "scene");
+    }
+    gfx->FindTextureFile(&path, "C:\\art\\p.bmp", "other");
+    std::string log = directory.Read("logfile.txt");
+    for (const char* told : {"'C:\\art\\p.bmp' is not in its place, taken from beside the scene: "
+                             "'scene\\p.bmp'",
+                             "'art\\q.bmp' is not in its place, taken from beside the scene: "
+                             "'scene\\q.bmp'",
+                             "'C:\\art\\p.bmp' is not in its place, taken from beside the scene: "
+                             "'other\\p.bmp'"}) {
+        const std::string warning = std::string("Warning:KRE_Gfx: Texture ") + told;
+        const size_t at = log.find(warning);
+        ASSERT_NE(at, std::string::npos) << told << "\n" << log;
+        EXPECT_EQ(log.find(warning, at + 1), std::string::npos) << told;
+    }
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 3) << log;
+}
+
+TEST_F(Textures, ASinkIsToldOfTheLeafThatIsTaken)
+{
+    static std::vector<std::string> told;
+    told.clear();
+    gTextureSearchSink = [](const char* name, const char* path) {
+        told.push_back(std::string(name) + ">" + path);
+    };
+    directory.Write("p.bmp", "");
+    String path;
+    EXPECT_TRUE(gfx->FindTextureFile(&path, "C:\\art\\p.bmp", ""));
+    gTextureSearchSink = nullptr;
+    EXPECT_EQ(told, std::vector<std::string>{"C:\\art\\p.bmp>p.bmp"});
+}
+
 TEST_F(Textures, FindEffectFileTriesTheExtensionsOfEffects)
 {
     directory.Write("scene/shiny.fxo", "");

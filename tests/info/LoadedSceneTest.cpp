@@ -183,6 +183,21 @@ TEST_F(LoadedSceneTest, TexturesThatTheLoadDropsAreRemembered)
     EXPECT_THAT(loaded.warnings.Kept()[0].text, HasSubstr("Can not open texture: b.png"));
 }
 
+TEST_F(LoadedSceneTest, TexturesOfAnotherMachineAreFoundBesideTheScene)
+{
+    fs::create_directory("deck");
+    fs::copy_file(SourcePath("examples/stone.png"), "deck/stone.png");
+    directory.Write("deck/boat.qsb", MakeQsb(TexturedFile({"Q:\\art\\stone.png"})).bytes);
+    LoadedScene loaded;
+    ASSERT_TRUE(loaded.Load("deck/boat.qsb"));
+    EXPECT_TRUE(loaded.lostTextures.empty());
+    EXPECT_EQ(loaded.FindTexture("Q:\\art\\stone.png"), "deck/stone.png");
+    EXPECT_EQ(loaded.FindTexture("Q:\\art\\gone.png"), "");
+    ASSERT_EQ(loaded.warnings.Kept().size(), 1u);
+    EXPECT_EQ(loaded.warnings.Kept()[0].text, "Texture 'Q:\\art\\stone.png' is not in its place, "
+                                              "taken from beside the scene: 'stone.png'");
+}
+
 TEST_F(LoadedSceneTest, PicturesOfOneNameInTwoDirectoriesAreTwo)
 {
     fs::create_directory("a");

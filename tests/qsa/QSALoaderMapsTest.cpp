@@ -217,14 +217,32 @@ TEST_F(MapsTest, AMapWithoutAPictureDoesNotHideTheOthers)
 
 TEST_F(MapsTest, MissingMapsWarnAndKeepTheirNames)
 {
-    LoadMaterial(Map("DIFFUSE", "*BITMAP \"no\\d.bmp\""));
-    EXPECT_EQ(Warnings("Can not open diffuse map 'no\\d.bmp'"), 1);
-    EXPECT_STREQ(Texture().slotNames[0].c_str(), "no\\d.bmp");
+    LoadMaterial(Map("DIFFUSE", "*BITMAP \"no\\e.bmp\""));
+    EXPECT_EQ(Warnings("Can not open diffuse map 'no\\e.bmp'"), 1);
+    EXPECT_STREQ(Texture().slotNames[0].c_str(), "no\\e.bmp");
     EXPECT_FALSE(Texture().IsValid());
     LoadMaterial(Map("REFLECT", "*BITMAP \"none.bmp\""));
     EXPECT_EQ(Warnings("Can not open reflection map 'none.bmp'"), 1);
     EXPECT_STREQ(Texture().slotNames[0].c_str(), "none.bmp");
     EXPECT_EQ(Material().reflectionSet, -1);
+}
+
+TEST_F(MapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene)
+{
+    LoadMaterial(Map("DIFFUSE", "*BITMAP \"Q:\\art\\d.bmp\"") +
+                 Map("REFLECT", "*BITMAP \"..\\maps\\r.bmp\""));
+    EXPECT_NE(Texture().slotTextures[0], nullptr);
+    EXPECT_NE(Texture().slotTextures[1], nullptr);
+    EXPECT_STREQ(Texture().slotNames[0].c_str(), "..\\maps\\r.bmp") << "stored as it was given";
+    EXPECT_STREQ(Texture().slotNames[1].c_str(), "Q:\\art\\d.bmp");
+    EXPECT_THAT(LogText(), testing::HasSubstr(
+                               "Texture 'Q:\\art\\d.bmp' is not in its place, taken from beside "
+                               "the scene: 'd.bmp'"));
+    EXPECT_THAT(LogText(),
+                testing::HasSubstr("Texture '..\\maps\\r.bmp' is not in its place, taken from "
+                                   "beside the scene: 'r.bmp'"));
+    LoadMaterial(Map("DIFFUSE", "*BITMAP \"Q:\\art\\none.bmp\""));
+    EXPECT_EQ(Warnings("Can not open diffuse map 'Q:\\art\\none.bmp'"), 1) << "as ever";
 }
 
 TEST_F(MapsTest, PictureThatCannotBeDecodedIsAnError)

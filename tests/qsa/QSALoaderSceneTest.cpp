@@ -96,6 +96,15 @@ TEST_F(QSALoaderTest, EnvironmentIsLoadedAndItsNameKept)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
+TEST_F(QSALoaderTest, EnvironmentOfAnotherMachineIsTakenFromBesideTheScene)
+{
+    directory.Write("sky.bmp", OnePixel());
+    Load(Scene("*SCENE_ENVMAP { *BITMAP \"Q:\\art\\sky.bmp\" }"));
+    EXPECT_TRUE(scene.backgroundTexture.IsValid());
+    EXPECT_STREQ(scene.backgroundTexture.slotNames[0].c_str(), "Q:\\art\\sky.bmp");
+    EXPECT_THAT(LogText(), testing::HasSubstr("Texture 'Q:\\art\\sky.bmp' is not in its place"));
+}
+
 TEST_F(QSALoaderTest, MissingEnvironmentWarnsAndKeepsItsName)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"));

@@ -169,6 +169,47 @@ TEST_F(TextureFileTest, AMissingPictureIsAWarningAndLosesItsName)
     EXPECT_THAT(LogText(), HasSubstr("File 'scene.qsb': Can not open texture: none.bmp"));
 }
 
+TEST_F(TextureFileTest, APictureOfAnotherMachineIsTakenFromBesideTheFile)
+{
+    directory.Write("deck/map.bmp", Bmp(2));
+    QsbFile file = FileWith(TextureOf("Q:\\art\\map.bmp"));
+    file.scene.object.name = "deck/scene.qsb";
+    file.scene.backgroundTexture = {TextureOf("old\\map.bmp")};
+    directory.Write("deck/scene.qsb", MakeQsb(file).bytes);
+    gGfx->LoadScene(scene, "deck/scene.qsb", 0);
+    EXPECT_EQ(CheckScene(scene), "");
+    EXPECT_EQ(scene.meshes.Get(0)->textures[0].slotDescs[0].Width, 2u);
+    EXPECT_TRUE(scene.backgroundTexture.IsValid());
+    EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(file).bytes), "") << "names are kept";
+    EXPECT_THAT(LogText(), HasSubstr("Texture 'Q:\\art\\map.bmp' is not in its place, taken from "
+                                     "beside the scene: 'deck\\map.bmp'"));
+    EXPECT_THAT(LogText(), HasSubstr("Texture 'old\\map.bmp' is not in its place, taken from "
+                                     "beside the scene: 'deck\\map.bmp'"));
+}
+
+TEST_F(TextureFileTest, APictureOfAnotherMachineIsToldOnceForEachScene)
+{
+    directory.Write("a.bmp", Bmp(2));
+    directory.Write("b.bmp", Bmp(2));
+    QsbTexture texture = TextureOf("Q:\\art\\a.bmp");
+    texture.slots[1].file = "Q:\\art\\b.bmp";
+    QsbFile file = FileWith(texture);
+    file.scene.meshes.push_back(file.scene.meshes[0]);
+    file.scene.meshes[1].object.name = "Deck";
+    const auto told = [&] {
+        size_t count = 0;
+        const std::string log = LogText();
+        for (size_t at = log.find("is not in its place"); at != std::string::npos;
+             at = log.find("is not in its place", at + 1))
+            ++count;
+        return count;
+    };
+    Load(scene, file);
+    EXPECT_EQ(told(), 2u) << "two names, though two meshes have them";
+    Load(scene, file);
+    EXPECT_EQ(told(), 4u) << "the next load tells of them again";
+}
+
 TEST_F(TextureFileTest, BumpMapsAreLoadedOnlyIfTheyAreWanted)
 {
     directory.Write("map.bmp", Bmp(2));
