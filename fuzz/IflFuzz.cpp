@@ -61,14 +61,24 @@ private:
     std::filesystem::path before;
 };
 
+/// Whether a part of `text` is one that a line may give: within it, trimmed, of one line.
+bool IsTrimmedPart(std::string_view part, std::string_view text)
+{
+    const auto isBlank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+    return !part.empty() && part.data() >= text.data() &&
+           part.data() + part.size() <= text.data() + text.size() && !isBlank(part.front()) &&
+           !isBlank(part.back()) && part.find_first_of("\r\n") == std::string_view::npos;
+}
+
 void CheckLines(std::string_view text)
 {
-    for (const std::string_view name : SplitFrameList(text)) {
-        const bool lies =
-            name.data() >= text.data() && name.data() + name.size() <= text.data() + text.size();
-        if (!lies || name.empty() || static_cast<unsigned char>(name[0]) <= ' ' ||
-            name.find_first_of("\r\n") != std::string_view::npos)
+    int32_t before = 0;
+    for (const KRE_FrameLine& line : SplitFrameList(text)) {
+        const KRE_FrameRun run = SplitFrameCount(line.text);
+        if (!IsTrimmedPart(line.text, text) || !IsTrimmedPart(run.name, line.text) ||
+            line.number <= before || run.count < 1 || run.count > kMostFrames + 1)
             std::abort();
+        before = line.number;
     }
 }
 

@@ -23,32 +23,103 @@ static HeapArray<char> ReadWhole(const String& name, int32_t* sizeOut)
     return bytes;
 }
 
+namespace {
+
+/// A line of a list with the place of its picture.
+struct PlacedRun {
+    KRE_FrameLine line;
+    String name;
+    String path;
+    int32_t count = 1;
+    bool isThere = false;
+};
+
+/// Where the picture of a name is: as it is named, or else beside the list.
+bool PlaceFrame(const String& directory, std::string_view name, PlacedRun* runOut)
+{
+    runOut->name.Assign(name.data(), static_cast<int32_t>(name.size()));
+    runOut->path = runOut->name;
+    if (FileExists(runOut->path.c_str()))
+        return true;
+    runOut->path = directory;
+    runOut->path.Append(runOut->name.c_str());
+    return FileExists(runOut->path.c_str()) || IsVideoName(runOut->path);
+}
+
+/// The name may hold blanks and end in a number, so the whole line is tried before its last word
+/// counts as a number of frames.
+PlacedRun PlaceLine(const String& directory, const KRE_FrameLine& line)
+{
+    PlacedRun run;
+    run.line = line;
+    run.isThere = PlaceFrame(directory, line.text, &run);
+    if (run.isThere)
+        return run;
+    const KRE_FrameRun counted = SplitFrameCount(line.text);
+    run.count = counted.count;
+    if (counted.name.size() < line.text.size())
+        run.isThere = PlaceFrame(directory, counted.name, &run);
+    return run;
+}
+
+/// All runs of a list, of `*countOut` frames; stops when these are more than kMostFrames.
+std::vector<PlacedRun> PlaceLines(const String& file, const std::vector<KRE_FrameLine>& lines,
+                                  int32_t* countOut)
+{
+    String directory;
+    SplitDirectory(file.c_str(), &directory);
+    EnsureTrailingSlash(&directory);
+    std::vector<PlacedRun> runs;
+    *countOut = 0;
+    for (const KRE_FrameLine& line : lines) {
+        runs.push_back(PlaceLine(directory, line));
+        *countOut += runs.back().count;
+        if (*countOut > kMostFrames)
+            break;
+    }
+    return runs;
+}
+
+/// Shows the picture of the current frame in further frames, as one more user each.
+void RepeatFrame(KRE_Texture& texture, int32_t times)
+{
+    const int32_t first = texture.frameIndex;
+    KRE_ResourceManager* manager = texture.manager;
+    for (int32_t i = 1; i <= times; ++i) {
+        texture.SelectFrame(first + i);
+        texture.PutTexture(manager, manager->Acquire(texture.frameIds[first]),
+                           texture.frames[first]);
+    }
+}
+
+} // namespace
+
 void KRE_Gfx::LoadFrameList(KRE_Texture& texture, const String& file,
                             const KRE_TextureRequest& request)
 {
     int32_t size = 0;
     const HeapArray<char> text = ReadWhole(file, &size);
-    const auto names = SplitFrameList({text.Get(), static_cast<size_t>(size)});
-    if (names.empty())
+    const auto lines = SplitFrameList({text.Get(), static_cast<size_t>(size)});
+    if (lines.empty())
         Error("Empty texture file list");
-    String directory;
-    SplitDirectory(file.c_str(), &directory);
-    EnsureTrailingSlash(&directory);
-    texture.CreateSequence(static_cast<int32_t>(names.size()), false);
-    for (size_t i = 0; i < names.size(); ++i) {
-        String name;
-        name.Assign(names[i].data(), static_cast<int32_t>(names[i].size()));
+    int32_t count = 0;
+    const auto runs = PlaceLines(file, lines, &count);
+    if (count > kMostFrames)
+        Error("Texture file list %s has more than %i frames", file.c_str(), kMostFrames);
+    texture.CreateSequence(count, false);
+    int32_t frame = 0;
+    for (const PlacedRun& run : runs) {
         // A list in a list would take over the sequence that is being filled, and a list in itself
         // would never end.
-        if (name.EndsWith(kFrameListExtension))
-            Error("Texture file list %s names another list: %s", file.c_str(), name.c_str());
-        texture.SelectFrame(static_cast<int32_t>(i));
-        String path(name);
-        if (!FileExists(path.c_str())) {
-            path = directory;
-            path.Append(name.c_str());
-        }
-        LoadTexture(&texture, path.c_str(), request.colorKey, request.mode, request.format,
+        if (run.name.EndsWith(kFrameListExtension))
+            Error("Texture file list %s names another list: %s", file.c_str(), run.name.c_str());
+        if (!run.isThere)
+            Warning("Texture file list %s, line %i: no picture '%.*s'", file.c_str(),
+                    run.line.number, static_cast<int>(run.line.text.size()), run.line.text.data());
+        texture.SelectFrame(frame);
+        LoadTexture(&texture, run.path.c_str(), request.colorKey, request.mode, request.format,
                     request.mipLevels);
+        RepeatFrame(texture, run.count - 1);
+        frame += run.count;
     }
 }

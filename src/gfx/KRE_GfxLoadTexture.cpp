@@ -35,12 +35,12 @@ const LoadMode* FindLoadMode(int32_t mode)
     return nullptr;
 }
 
+} // namespace
+
 bool IsVideoName(const String& name)
 {
     return CompareNoCase(name.c_str(), kVideoPrefix, kVideoPrefixLength) == 0;
 }
-
-} // namespace
 
 void KRE_Gfx::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
                           int32_t format, int32_t mipLevels)

@@ -4,6 +4,8 @@
 
 #include <d3d9.h>
 
+#include "base/String.h"
+
 /// A load of a texture whose flags have been read.
 struct KRE_TextureRequest {
     D3DCOLOR colorKey = 0; ///< made transparent; 0 is none
@@ -14,6 +16,9 @@ struct KRE_TextureRequest {
     int32_t format = -1;   ///< a D3DFORMAT, -1 to choose by the file
     int32_t mipLevels = 1; ///< 0 is the full chain
 };
+
+/// Whether a name stands for a video source and not for a file.
+bool IsVideoName(const String& name);
 
 /// What tells a list of frames from a picture.
 inline constexpr const char* kFrameListExtension = ".ifl";

@@ -11,27 +11,60 @@ static std::string Repeat(const std::string& line, int count)
     return text;
 }
 
-TEST(SplitFrameList, TakesTheLinesWithoutTheirLeadingBlanks)
+TEST(SplitFrameList, TakesTheLinesWithoutTheBlanksAtBothEnds)
 {
     static const struct {
         const char* what;
         std::string text;
-        std::vector<std::string> expected;
+        std::vector<std::string> expected; // each behind the number of its line
     } cases[] = {
         {"nothing", "", {}},
-        {"one line", "a.bmp", {"a.bmp"}},
-        {"line ends of all kinds", "a\nb\rc\r\nd\r\n", {"a", "b", "c", "d"}},
+        {"one line", "a.bmp", {"1:a.bmp"}},
+        {"line ends of all kinds", "a\nb\rc\r\nd\r\n", {"1:a", "2:b", "3:c", "4:d"}},
+        {"LF and CR are two ends", "a\n\rb", {"1:a", "3:b"}},
         {"blank lines", "\n\n  \n\t\r\n \n", {}},
-        {"leading blanks and control bytes", " \t\x01 a.bmp\n\x1F z.bmp", {"a.bmp", "z.bmp"}},
-        {"blanks inside and behind stay", "  two words  \n", {"two words  "}},
-        {"bytes from 128 on are letters", "\xE4.bmp\n", {"\xE4.bmp"}},
-        {"NUL is a control byte", std::string("\0a\n", 3), {"a"}},
+        {"blank lines are counted", "\r\n \n\na\r\n\r\nb", {"4:a", "6:b"}},
+        {"blanks and control bytes", " \t\x01 a.bmp \t\n\x1F z.bmp\x1F", {"1:a.bmp", "2:z.bmp"}},
+        {"blanks inside stay", "  two  words 3  \n", {"1:two  words 3"}},
+        {"bytes from 128 on are letters", "\xE4.bm\xE4\n", {"1:\xE4.bm\xE4"}},
+        {"NUL is a control byte", std::string("\0a\0\n", 4), {"1:a"}},
     };
     for (const auto& c : cases) {
-        const auto names = SplitFrameList(c.text);
-        ASSERT_EQ(names.size(), c.expected.size()) << c.what;
-        for (size_t i = 0; i < names.size(); ++i)
-            EXPECT_EQ(names[i], c.expected[i]) << c.what;
+        std::vector<std::string> lines;
+        for (const KRE_FrameLine& line : SplitFrameList(c.text))
+            lines.push_back(std::to_string(line.number) + ":" + std::string(line.text));
+        EXPECT_EQ(lines, c.expected) << c.what;
+    }
+}
+
+TEST(SplitFrameCount, TakesALastWordOfDigits)
+{
+    static const struct {
+        const char* what;
+        const char* line;
+        const char* name;
+        int32_t count;
+    } cases[] = {
+        {"no count", "a.bmp", "a.bmp", 1},
+        {"a count", "a.bmp 12", "a.bmp", 12},
+        {"blanks between", "a.bmp \t  7", "a.bmp", 7},
+        {"blanks in the name", "two words 2", "two words", 2},
+        {"the last word only", "a.bmp 3 4", "a.bmp 3", 4},
+        {"leading zeros", "a.bmp 010", "a.bmp", 10},
+        {"counts begin at 1", "a.bmp 0", "a.bmp 0", 1},
+        {"no number", "a.bmp 2x", "a.bmp 2x", 1},
+        {"no sign", "a.bmp -2", "a.bmp -2", 1},
+        {"no name", "12", "12", 1},
+        {"digits of the name", "a12", "a12", 1},
+        {"as many as there may be", "a.bmp 4096", "a.bmp", 4096},
+        {"one too many", "a.bmp 4097", "a.bmp", 4097},
+        {"far too many", "a.bmp 99999999999999999999", "a.bmp", 4097},
+        {"nothing", "", "", 1},
+    };
+    for (const auto& c : cases) {
+        const KRE_FrameRun run = SplitFrameCount(c.line);
+        EXPECT_EQ(run.name, c.name) << c.what;
+        EXPECT_EQ(run.count, c.count) << c.what;
     }
 }
 
@@ -97,10 +130,58 @@ TEST_F(LoadFrameList, QuirkFramesDoNotShareThePicturesOfEachOther)
     EXPECT_STREQ(gfx->textureManager.GetEntry(0)->name, "red.bmp");
 }
 
+TEST_F(LoadFrameList, ANumberBehindTheNameRepeatsItsPicture)
+{
+    directory.Write("maps/red.bmp", PlainBmp(4, 4, 0xFF0000));
+    directory.Write("blue sky.bmp", PlainBmp(2, 2, 0x0000FF));
+    directory.Write("maps/flash.ifl", "red.bmp 3\r\nblue sky.bmp\t2 \r\n");
+    KRE_Texture texture;
+    Load(texture, "maps/flash.ifl");
+    ASSERT_EQ(texture.sequenceCount, 5);
+    EXPECT_EQ(texture.frames[1], texture.frames[0]);
+    EXPECT_EQ(texture.frames[2], texture.frames[0]);
+    EXPECT_NE(texture.frames[3], texture.frames[0]);
+    EXPECT_EQ(texture.frames[4], texture.frames[3]);
+    EXPECT_EQ(texture.current, texture.frames[4]);
+    ASSERT_EQ(gfx->textureManager.GetCount(), 2) << "repeats share one picture";
+    EXPECT_EQ(gfx->textureManager.GetEntry(0)->useCount, 3);
+    EXPECT_EQ(gfx->textureManager.GetEntry(1)->useCount, 2);
+    for (int32_t frame = 0; frame < 5; ++frame) {
+        texture.SelectFrame(frame);
+        texture.Refresh();
+        EXPECT_EQ(PixelOf(texture, 0, 0) & 0xFFFFFF, frame < 3 ? 0xFF0000u : 0x0000FFu) << frame;
+    }
+}
+
+TEST_F(LoadFrameList, ALineThatIsANameAsItStandsIsNoCount)
+{
+    directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
+    directory.Write("red.bmp 3", PlainBmp(8, 8, 0xFF0000));
+    directory.Write("maps/red.bmp 2", PlainBmp(2, 2, 0xFF0000));
+    directory.Write("maps/flash.ifl", " red.bmp 3 \nred.bmp 2\n");
+    KRE_Texture texture;
+    Load(texture, "maps/flash.ifl");
+    ASSERT_EQ(texture.sequenceCount, 2);
+    EXPECT_EQ(texture.width, 2) << "beside the list, though red.bmp itself is found as it is named";
+    texture.SelectFrame(0);
+    texture.Refresh();
+    EXPECT_EQ(texture.width, 8);
+}
+
+TEST_F(LoadFrameList, AVideoSourceIsANameAsItStands)
+{
+    gfx->videoSources[5].width = gfx->videoSources[5].height = 1;
+    directory.Write("film.ifl", ">>Video 5\n");
+    KRE_Texture texture;
+    Load(texture, "film.ifl");
+    EXPECT_EQ(texture.sequenceCount, 1);
+    EXPECT_EQ(texture.videoSource, 5);
+}
+
 TEST_F(LoadFrameList, AllFramesAreGivenBack)
 {
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
-    directory.Write("flash.ifl", "red.bmp\nred.bmp\nred.bmp\n");
+    directory.Write("flash.ifl", "red.bmp\nred.bmp 20\nred.bmp\n");
     {
         KRE_Texture texture;
         Load(texture, "flash.ifl");
@@ -122,9 +203,37 @@ TEST_F(LoadFrameList, AListWithOnlyBlankLinesIsAnError)
 
 TEST_F(LoadFrameList, AMissingFrameIsAnErrorThatNamesIt)
 {
+    KRE_Texture texture;
     directory.Write("maps/flash.ifl", "gone.bmp\n");
+    EXPECT_EQ(LoadError(texture, "maps/flash.ifl"), "Can not open file maps\\gone.bmp");
+    directory.Write("maps/flash.ifl", "gone.bmp 12\n");
+    EXPECT_EQ(LoadError(texture, "maps/flash.ifl"), "Can not open file maps\\gone.bmp");
+    directory.Write("maps/flash.ifl", "gone.bmp 1.5\n");
+    EXPECT_EQ(LoadError(texture, "maps/flash.ifl"), "Can not open file maps\\gone.bmp 1.5");
+}
+
+TEST_F(LoadFrameList, AWarningAheadOfTheErrorNamesListAndLine)
+{
+    directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
+    directory.Write("maps/flash.ifl", "red.bmp\r\n\r\n gone.bmp 12 \r\nlost.bmp\r\n");
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, "maps/flash.ifl"), "Can not open file maps\\gone.bmp");
+    const std::string log = directory.Read("logfile.txt");
+    const size_t warningAt = log.find(
+        "Warning:KRE_Gfx: Texture file list maps/flash.ifl, line 3: no picture 'gone.bmp 12'");
+    ASSERT_NE(warningAt, std::string::npos) << log;
+    EXPECT_LT(warningAt, log.find("Error:KRE_Gfx: Can not open file maps\\gone.bmp"));
+    EXPECT_EQ(log.find("lost"), std::string::npos) << "the first one ends the load";
+}
+
+TEST_F(LoadFrameList, ListsThatLoadWarnOfNothing)
+{
+    gfx->videoSources[5].width = gfx->videoSources[5].height = 1;
+    directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
+    directory.Write("flash.ifl", "red.bmp\n>>Video5\nred.bmp 3\n");
+    KRE_Texture texture;
+    Load(texture, "flash.ifl");
+    EXPECT_FALSE(directory.Has("logfile.txt"));
 }
 
 TEST_F(LoadFrameList, AListInItselfIsAnErrorThatNamesIt)
@@ -143,10 +252,47 @@ TEST_F(LoadFrameList, TwoListsInEachOtherAreAnError)
     EXPECT_EQ(LoadError(texture, "a.ifl"), "Texture file list a.ifl names another list: b.IFL");
 }
 
-TEST_F(LoadFrameList, AListOf10000FramesIsMoreThanTheEngineHolds)
+TEST_F(LoadFrameList, ACountedListInAListIsAnErrorToo)
+{
+    directory.Write("a.ifl", "b.ifl 2\n");
+    KRE_Texture texture;
+    EXPECT_EQ(LoadError(texture, "a.ifl"), "Texture file list a.ifl names another list: b.ifl");
+}
+
+TEST_F(LoadFrameList, MoreThan4096FramesInAllAreAnError)
+{
+    static const struct {
+        const char* what;
+        std::string text;
+        bool isTooLong;
+    } cases[] = {
+        {"lines", Repeat(">>Video5\n", 4096), false},
+        {"a line more", Repeat(">>Video5\n", 4097), true},
+        {"a count", "dot.bmp 4096", false},
+        {"a higher count", "dot.bmp 4097", true},
+        {"a count and lines", "dot.bmp 4094\n>>Video5\n>>Video5\n", false},
+        {"a count and a line more", "dot.bmp 4094\n>>Video5\n>>Video5\n>>Video5\n", true},
+        {"a count that no number holds", "dot.bmp 4294967297", true},
+        {"many high counts", Repeat("dot.bmp 999999999\n", 3000), true},
+        {"of a picture that is not there", "gone.bmp 5000", true},
+    };
+    gfx->videoSources[5].width = gfx->videoSources[5].height = 1;
+    directory.Write("dot.bmp", PlainBmp(1, 1, 0));
+    for (const auto& c : cases) {
+        directory.Write("long.ifl", c.text);
+        KRE_Texture texture;
+        EXPECT_EQ(LoadError(texture, "long.ifl"),
+                  c.isTooLong ? "Texture file list long.ifl has more than 4096 frames" : "")
+            << c.what;
+        EXPECT_EQ(texture.sequenceCount, c.isTooLong ? 0 : 4096) << c.what;
+    }
+    EXPECT_EQ(gfx->textureManager.GetCount(), 0);
+}
+
+TEST_F(LoadFrameList, AListOfMorePicturesThanTheEngineHasRoomForIsAnError)
 {
     directory.Write("dot.bmp", PlainBmp(1, 1, 0));
-    directory.Write("long.ifl", Repeat("dot.bmp\n", 10000));
+    directory.Write("long.ifl", Repeat("dot.bmp\n", 10));
     // Most of the table is taken, so that the picture need not be read 4096 times.
     constexpr int32_t kTaken = KRE_ResourceManager::kCapacity - 3;
     for (int32_t i = 0; i < kTaken; ++i)
@@ -156,17 +302,6 @@ TEST_F(LoadFrameList, AListOf10000FramesIsMoreThanTheEngineHolds)
         EXPECT_EQ(LoadError(texture, "long.ifl"), "Can not expand fixed list");
     }
     EXPECT_EQ(gfx->textureManager.GetCount(), kTaken);
-}
-
-TEST_F(LoadFrameList, AListOf10000SharedFramesLoads)
-{
-    gfx->videoSources[5].width = gfx->videoSources[5].height = 1;
-    directory.Write("long.ifl", Repeat(">>Video5\n", 10000));
-    KRE_Texture texture;
-    Load(texture, "long.ifl");
-    ASSERT_EQ(texture.sequenceCount, 10000);
-    EXPECT_EQ(texture.frames[0], texture.frames[9999]);
-    EXPECT_EQ(gfx->textureManager.GetEntry(0)->useCount, 10000);
 }
 
 TEST_F(LoadFrameList, ADirectoryIsNoList)
