@@ -202,6 +202,7 @@ private:
     void AttachMapAnimation(const QSA_Map& map, KRE_Texture* texture, int32_t slot);
     void LoadMaterialTextures(QSA_Material* material);
     void LoadOwnTextures(QSA_Material* material);
+    void SelectSlotOf(const QSA_Map& map, QSA_Material* material, int32_t slot);
     void LoadReflectionMap(QSA_Material* material, int32_t* slot);
     void LoadDiffuseMap(QSA_Material* material, int32_t* slot);
     void LoadBumpMap(QSA_Material* material, int32_t slot);

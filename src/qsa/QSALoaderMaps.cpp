@@ -264,6 +264,16 @@ void QSALoader::LoadOwnTextures(QSA_Material* material)
         material->texture->SelectStage(slot - 1);
 }
 
+/// Selects the slot of a map. A list of frames takes up all of a texture, so that a further map is an
+/// error, which can name neither the file nor the material.
+void QSALoader::SelectSlotOf(const QSA_Map& map, QSA_Material* material, int32_t slot)
+{
+    if (material->texture->sequenceCount > 0)
+        Warning("Material '%s' has a frame list and another map: %s", material->name.c_str(),
+                map.bitmap.c_str());
+    material->texture->SelectStage(slot);
+}
+
 void QSALoader::LoadReflectionMap(QSA_Material* material, int32_t* slot)
 {
     const QSA_Map& map = *material->maps[kMapReflect];
@@ -283,7 +293,7 @@ void QSALoader::LoadDiffuseMap(QSA_Material* material, int32_t* slot)
     const QSA_Map& map = *material->maps[kMapDiffuse];
     KRE_Texture* texture = material->texture.get();
     KRE_MaterialInfo& render = material->render;
-    texture->SelectStage(*slot);
+    SelectSlotOf(map, material, *slot);
     if (!LoadMapTexture(map, texture, "Can not open diffuse map '%s'"))
         return;
     texture->SetSequenceTiming(1.0f / (map.playbackRate * frameSpeed), map.startFrame / frameSpeed,
@@ -302,7 +312,7 @@ void QSALoader::LoadBumpMap(QSA_Material* material, int32_t slot)
 {
     const QSA_Map& map = *material->maps[kMapBump];
     KRE_Texture* texture = material->texture.get();
-    texture->SelectStage(slot);
+    SelectSlotOf(map, material, slot);
     // Also without a picture: a file that is saved from here must not show it as a colour map.
     texture->SetStage(slot, StageBump, texture->slots[slot].param);
     if ((loadFlags & kLoadBumpMaps) == 0) {

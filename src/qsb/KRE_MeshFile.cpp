@@ -173,8 +173,11 @@ void KRE_Mesh::LoadMaterials(File& file)
     AllocateMaterials(count);
     for (int32_t i = 0; i < count; ++i)
         materials[i].Load(file);
-    for (int32_t i = 0; i < count; ++i)
+    for (int32_t i = 0; i < count; ++i) {
+        gQsbReadContext.material = i;
         textures[i].Load(file);
+    }
+    gQsbReadContext.material = -1;
 }
 
 /// Whether vertices need room for what a bump map wants. Leaves slot 0 of the textures selected.

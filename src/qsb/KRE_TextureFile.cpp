@@ -6,6 +6,7 @@
 #include "gfx/KRE_Texture.h"
 #include "qsb/QSB_ReadContext.h"
 #include "qsb/QSB_Record.h"
+#include "scene/KRE_3dObject.h"
 
 namespace {
 
@@ -33,6 +34,20 @@ void LoadStoredSlot(File& file, StoredSlot* slotOut)
     slotOut->matrixAni.Load(file);
     gQsbReadContext.ReadText(file, &slotOut->file);
     ReadRecord(file, &slotOut->slot);
+}
+
+/// A list of frames takes up all of a texture, so that the load of a further map is an error, which
+/// can name neither the file nor the material.
+void TellOfMapBesideList(KRE_Texture& texture, const File& file, const String& map)
+{
+    const String path = file.GetFileName();
+    const int32_t material = gQsbReadContext.material;
+    if (material < 0 || !gQsbReadContext.object)
+        texture.Warning("File '%s': Background has a frame list and another map: %s", path.c_str(),
+                        map.c_str());
+    else
+        texture.Warning("File '%s': Material %i of '%s' has a frame list and another map: %s",
+                        path.c_str(), material, gQsbReadContext.object->name.c_str(), map.c_str());
 }
 
 } // namespace
@@ -115,6 +130,8 @@ void KRE_Texture::LoadPicture(File& file, int32_t slot)
         name.Clear();
         return;
     }
+    if (sequenceCount > 0)
+        TellOfMapBesideList(*this, file, name);
     SelectStage(slot);
     gGfx->LoadTexture(this, path.c_str(), 0, KRE_Gfx::kKeepTexture, -1,
                       gQsbReadContext.singleMipLevel ? 1 : 0);

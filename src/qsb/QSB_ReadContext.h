@@ -20,6 +20,7 @@ struct QSB_ReadContext {
     bool bumpMaps = false;          ///< bump maps are loaded, and vertices get room for them
     bool vertexColors = false;      ///< vertices get diffuse and specular colours
     KRE_3dObject* object = nullptr; ///< not owned; the one in hand, for messages
+    int32_t material = -1; ///< of that object, whose texture is in hand; -1: its background
 
     /// An `Error` of the object in hand that names the file.
     [[noreturn]] [[gnu::format(printf, 3, 4)]] void Fail(const File& file, const char* format,

@@ -245,6 +245,44 @@ TEST_F(MapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene)
     EXPECT_EQ(Warnings("Can not open diffuse map 'Q:\\art\\none.bmp'"), 1) << "as ever";
 }
 
+TEST_F(MapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+{
+    directory.Write("run.ifl", "d.bmp\nr.bmp\n");
+    const std::string list = "*BITMAP \"run.ifl\"";
+    const struct {
+        const char* what;
+        std::string maps;
+        const char* second;
+    } cases[] = {
+        {"bump", Map("DIFFUSE", list) + Map("BUMP", "*BITMAP \"b.bmp\""), "b.bmp"},
+        {"diffuse", Map("REFLECT", list) + Map("DIFFUSE", "*BITMAP \"d.bmp\""), "d.bmp"},
+        {"missing diffuse", Map("REFLECT", list) + Map("DIFFUSE", "*BITMAP \"no.bmp\""), "no.bmp"},
+        {"bump behind a reflection", Map("REFLECT", list) + Map("BUMP", "*BITMAP \"c.bmp\""),
+         "c.bmp"},
+    };
+    MeshText mesh = Triangle();
+    mesh.more = "*MATERIAL_REF 0";
+    for (const auto& c : cases) {
+        EXPECT_EQ(LoadError(MaterialList({"*MATERIAL_NAME \"Flame\" " + c.maps}) + mesh.Text()),
+                  "No stages with texture sequence allowed")
+            << c.what;
+        const std::string log = LogText();
+        const std::string warning =
+            "Warning:QSALoader: scene.qsa: Material 'Flame' has a frame list and another map: ";
+        EXPECT_LT(log.rfind(warning + c.second), log.rfind("Error:KRE_Texture: No stages with"))
+            << c.what << "\n"
+            << log;
+    }
+}
+
+TEST_F(MapsTest, AFrameListAloneWarnsOfNothing)
+{
+    directory.Write("run.ifl", "d.bmp 2\nr.bmp\n");
+    LoadMaterial(Map("DIFFUSE", "*BITMAP \"run.ifl\""));
+    EXPECT_EQ(Texture().sequenceCount, 3);
+    EXPECT_EQ(LogText(), "");
+}
+
 TEST_F(MapsTest, PictureThatCannotBeDecodedIsAnError)
 {
     directory.Write("bad.bmp", "no picture");

@@ -248,6 +248,32 @@ TEST_F(TextureFileTest, AFrameListKeepsItsTiming)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(stored)).bytes), "");
 }
 
+TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+{
+    directory.Write("a.bmp", Bmp(2));
+    directory.Write("run.ifl", "a.bmp\n");
+    QsbTexture both = TextureOf("run.ifl");
+    both.slots[1].file = "a.bmp";
+    QsbFile file = FileWith(TextureOf("a.bmp"));
+    file.scene.meshes[0].materials.resize(2);
+    file.scene.meshes[0].textures.push_back(both);
+    EXPECT_EQ(LoadError(MakeQsb(file).bytes), "No stages with texture sequence allowed");
+    std::string log = LogText();
+    size_t at = log.find("Warning:KRE_Texture: File 'scene.qsb': Material 1 of 'Hull' has a frame "
+                         "list and another map: a.bmp");
+    ASSERT_NE(at, std::string::npos) << log;
+    EXPECT_LT(at, log.find("Error:KRE_Texture: No stages with texture sequence allowed"));
+
+    QsbFile background;
+    background.scene.backgroundTexture = {both};
+    EXPECT_EQ(LoadError(MakeQsb(background).bytes), "No stages with texture sequence allowed");
+    log = LogText();
+    at = log.find("Warning:KRE_Texture: File 'scene.qsb': Background has a frame list and another "
+                  "map: a.bmp");
+    ASSERT_NE(at, std::string::npos) << log;
+    EXPECT_LT(at, log.rfind("Error:KRE_Texture: No stages with texture sequence allowed"));
+}
+
 TEST_F(TextureFileTest, TheBackgroundIsStoredOnlyIfItHoldsAPicture)
 {
     directory.Write("map.bmp", Bmp(2));
