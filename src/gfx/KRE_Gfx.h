@@ -16,6 +16,7 @@
 #include "base/String.h"
 #include "gfx/KRE_FogRecord.h"
 #include "gfx/KRE_Frustum.h"
+#include "gfx/KRE_GfxRuntime.h"
 #include "gfx/KRE_PointRecord.h"
 #include "gfx/KRE_PrintfContainer.h"
 #include "gfx/KRE_ResourceManager.h"
@@ -46,24 +47,6 @@ struct QSA_SceneHeader;
 /// Lets this header do without the importer's.
 struct QSALoaderDeleter {
     void operator()(QSALoader* loader) const;
-};
-
-/// What the engine asks of the system before it has a device. Tests put their own in its place.
-struct KRE_GfxRuntime {
-    /// Whether a library of the installed runtime can be loaded.
-    bool (*hasLibrary)(const char* fileName);
-    /// The interface with one reference for the caller, or null.
-    IDirect3D9* (*createDirect3D)(UINT sdkVersion);
-    HRESULT(WINAPI* createEffectPool)(ID3DXEffectPool** poolOut) = D3DXCreateEffectPool;
-    HRESULT(WINAPI* createEffect)
-    (IDirect3DDevice9* device, LPCSTR file, const D3DXMACRO* defines, ID3DXInclude* include,
-     DWORD flags, ID3DXEffectPool* pool, ID3DXEffect** effectOut,
-     ID3DXBuffer** errorsOut) = D3DXCreateEffectFromFileA;
-    HRESULT(WINAPI* createRenderToSurface)
-    (IDirect3DDevice9* device, UINT width, UINT height, D3DFORMAT format, BOOL depthStencil,
-     D3DFORMAT depthStencilFormat, ID3DXRenderToSurface** surfaceOut) = D3DXCreateRenderToSurface;
-
-    static const KRE_GfxRuntime& System();
 };
 
 /// The one object of the graphics engine, reached through `gGfx`. Each topic of its operations has
@@ -595,10 +578,6 @@ public:
     KRE_VideoSource videoSources[kVideoSources]; ///< filled by who wants one; nothing here does
     int32_t textureCompression = 0;              ///< of `SetTextureCompression`
     int32_t pixelsForCompression = 65536;        ///< smaller pictures stay uncompressed
-    /// As `ResolveTexturePath`, and then by the leaf of `name` in `referrerDirectory` itself.
-    /// `byLeafOut` tells whether it was found so.
-    String LocateTexture(const char* name, const char* referrerDirectory,
-                         bool* byLeafOut = nullptr);
     int32_t noTextures = 0;    ///< 1: every load gives the screen texture; nothing here sets it
     KRE_Texture screenTexture; ///< made when first used
     KRE_TextureCatalogue catalogue{*this};
@@ -616,6 +595,10 @@ public:
     /// The file that `name` stands for in a file of `referrerDirectory`, or empty.
     String ResolveTexturePath(const char* name, const char* referrerDirectory);
     String ResolveEffectPath(const char* name, const char* referrerDirectory);
+    /// As `ResolveTexturePath`, and then by the leaf of `name` in `referrerDirectory` itself.
+    /// `byLeafOut` tells whether it was found so.
+    String LocateTexture(const char* name, const char* referrerDirectory,
+                         bool* byLeafOut = nullptr);
 
     // ---- Scene files: qsb/LoadScene.cpp, qsb/SaveScene.cpp
 
@@ -765,7 +748,6 @@ private:
     void ReleaseDefaultPoolObjects();
     void SampleFrameRate(double now);
 
-    void TellOfLeaf(const char* name, const char* path);
     bool NeedsPowersOfTwo() const;
     ComPointer<IDirect3DTexture9> MakeDeviceTexture(int32_t width, int32_t height,
                                                     int32_t mipLevels, DWORD usage,
@@ -781,10 +763,9 @@ private:
     void LoadFrameList(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     void LoadVideoTexture(KRE_Texture& texture, const char* number, int32_t format);
     void MakeVideoTexture(KRE_Texture& texture, const char* name, int32_t source, int32_t format);
-    /// Textures of the scene in hand that were found by their leaves: names and paths.
-    std::set<std::pair<std::string, std::string>> toldLeaves;
 
     void RebuildSearchPaths();
+    void TellOfLeaf(const char* name, const char* path);
 
     KRE_Frustum frustum;
     std::vector<SortedMesh> sortedMeshes; ///< of one frame; kept for its memory, as is the next
@@ -800,6 +781,8 @@ private:
     String defaultBasePath;
     CFileValidator textureValidator;
     CFileValidator effectValidator;
+    /// Textures of the scene in hand that were found by their leaves: names and paths.
+    std::set<std::pair<std::string, std::string>> toldLeaves;
 };
 
 /// Owned by graphics start-up and shutdown; null outside them.

@@ -168,7 +168,7 @@ ComPointer<IDirect3DTexture9> KRE_Gfx::CreateFromImage(const String& file, D3DXI
         }
     }
     ComPointer<IDirect3DTexture9> made;
-    lastResult = D3DXCreateTextureFromFileExA(
+    lastResult = runtime.createTextureFromFile(
         device.Get(), file.c_str(), width, height, static_cast<UINT>(request.mipLevels),
         request.usage, format, request.pool,
         request.stretch ? D3DX_FILTER_LINEAR : D3DX_FILTER_NONE, mipFilter, request.colorKey, &info,

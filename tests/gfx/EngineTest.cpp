@@ -22,6 +22,18 @@ HRESULT WINAPI CreateRenderToSurface(IDirect3DDevice9* device, UINT width, UINT 
                                                        depthStencilFormat, surfaceOut);
 }
 
+DWORD gPictureFilter = 0;
+
+/// No file is read and no real device stands behind the engine, so that any texture will do.
+HRESULT WINAPI CreateTextureFromFile(IDirect3DDevice9* device, LPCSTR, UINT, UINT, UINT,
+                                     DWORD usage, D3DFORMAT, D3DPOOL pool, DWORD filter, DWORD,
+                                     D3DCOLOR, D3DXIMAGE_INFO*, PALETTEENTRY*,
+                                     IDirect3DTexture9** textureOut)
+{
+    gPictureFilter = filter;
+    return device->CreateTexture(4, 4, 1, usage, D3DFMT_X8R8G8B8, pool, textureOut, nullptr);
+}
+
 std::unique_ptr<KRE_Gfx> MakeEngine(RecordingDirect3D* direct3D)
 {
     gNextDirect3D = direct3D;
@@ -31,6 +43,7 @@ std::unique_ptr<KRE_Gfx> MakeEngine(RecordingDirect3D* direct3D)
         D3DXCreateEffectPool,
         CreateScriptedEffect,
         CreateRenderToSurface,
+        CreateTextureFromFile,
     };
     return std::make_unique<KRE_Gfx>(kRuntime);
 }
@@ -45,6 +58,7 @@ EngineTest::EngineTest(ComHandle<RecordingDirect3D> direct3D)
 {
     ResetLogForTests();
     gRenderToSurfaceResult = D3D_OK;
+    gPictureFilter = 0;
     gKreErrorRecord = {};
 }
 
@@ -52,6 +66,11 @@ void EngineTest::Start(const D3DDISPLAYMODE* fullScreen, int32_t vertexProcessin
 {
     gfx.InitDevice(window.Handle(), fullScreen ? 0 : 1, fullScreen, 16, 0, vertexProcessing, 0);
     recorder->ClearLines();
+}
+
+DWORD EngineTest::PictureFilter()
+{
+    return gPictureFilter;
 }
 
 void EngineTest::FailNextRenderToSurface(HRESULT result)

@@ -32,6 +32,9 @@ protected:
         recorder->FailNext(name, result, match);
     }
 
+    /// The filter with which the last picture was to be read. Files are looked at, but not read.
+    static DWORD PictureFilter();
+
     /// The next `ID3DXRenderToSurface` is not made: D3DX does that without the device.
     static void FailNextRenderToSurface(HRESULT result);
 

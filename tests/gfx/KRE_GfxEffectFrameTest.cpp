@@ -206,6 +206,25 @@ TEST_F(EffectFrame, NamedTextureIsKeptInTheCatalogueUnderItsOwnName)
     EXPECT_EQ(file.textures["any"], texture->current);
 }
 
+TEST_F(EffectFrame, NamedTextureKeepsTheCharactersFrom0x20To0x60)
+{
+    // 0x1F and 0x61 lie just outside; of 0x61 to 0x7A, letters, the capital ones are taken first.
+    file.AddParameter("any", "a`z{ \x1F.bmp");
+    UpdateFrame();
+    EXPECT_NE(gfx.catalogue.GetTexture("A`Z_ _.BMP_FX_"), nullptr);
+}
+
+TEST_F(EffectFrame, NamedTextureMayBeStretched)
+{
+    // A bitmap of 1 by 1 pixels.
+    std::string bytes("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
+    scratch.Write("pic.bmp", bytes + std::string(28, '\0'));
+    file.AddParameter("any", "pic.bmp");
+    UpdateFrame();
+    ASSERT_NE(gfx.catalogue.GetTexture("PIC.BMP_FX_"), nullptr);
+    EXPECT_EQ(PictureFilter(), DWORD{D3DX_FILTER_LINEAR});
+}
+
 // ---- Preparing
 
 TEST_F(EffectFrame, StagesTakeTheirOwnCoordinates)

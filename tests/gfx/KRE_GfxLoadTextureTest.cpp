@@ -356,6 +356,70 @@ TEST_F(LoadTexture, OneLevelOrAPlainFormatIsNeverStretched)
     EXPECT_EQ(plain.levelCount, 4); // 12, 6, 3, 1
 }
 
+TEST_F(LoadTexture, FiltersFollowFromSidesFormatAndStretch)
+{
+    constexpr int32_t kPlain = D3DFMT_X8R8G8B8;
+    constexpr int32_t kBlocks = D3DFMT_DXT1;
+    constexpr int32_t kStretch = -1;
+    constexpr int32_t kNoStretch = KRE_Gfx::kNoStretch;
+    static const struct {
+        const char* what;
+        const char* file;
+        bool onlyPowersOf2;
+        int32_t mode, format, mipLevels;
+        DWORD filter, mipFilter;
+        UINT width, height; // 0: the file's
+    } cases[] = {
+        {"powers of 2", "even.bmp", false, kStretch, kPlain, 0, D3DX_FILTER_LINEAR, D3DX_FILTER_BOX,
+         0, 0},
+        {"not stretched", "even.bmp", false, kNoStretch, kPlain, 0, D3DX_FILTER_NONE,
+         D3DX_FILTER_BOX, 0, 0},
+        {"an odd width", "wide.bmp", false, kStretch, kPlain, 0, D3DX_FILTER_LINEAR,
+         D3DX_FILTER_LINEAR, 0, 0},
+        {"an odd height", "high.bmp", false, kStretch, kPlain, 0, D3DX_FILTER_LINEAR,
+         D3DX_FILTER_LINEAR, 0, 0},
+        {"odd, not stretched", "wide.bmp", false, kNoStretch, kPlain, 0, D3DX_FILTER_NONE,
+         D3DX_FILTER_LINEAR, 0, 0},
+        {"odd, one level of blocks", "wide.bmp", false, kStretch, kBlocks, 1, D3DX_FILTER_LINEAR,
+         D3DX_FILTER_LINEAR, 0, 0},
+        {"odd, levels of blocks", "wide.bmp", false, kStretch, kBlocks, 0, D3DX_FILTER_LINEAR,
+         D3DX_FILTER_BOX, 16, 4},
+        {"the same, not stretched", "wide.bmp", false, kNoStretch, kBlocks, 0, D3DX_FILTER_NONE,
+         D3DX_FILTER_BOX, 0, 0},
+        {"odd on a device that rounds", "wide.bmp", true, kStretch, kPlain, 0, D3DX_FILTER_LINEAR,
+         D3DX_FILTER_BOX, 0, 0},
+    };
+    directory.Write("even.bmp", PlainBmp(8, 4, 0x123456));
+    directory.Write("wide.bmp", PlainBmp(12, 4, 0x123456));
+    directory.Write("high.bmp", PlainBmp(4, 12, 0x123456));
+    const DWORD others = gfx->caps.TextureCaps & ~DWORD{D3DPTEXTURECAPS_POW2};
+    for (const auto& c : cases) {
+        gfx->caps.TextureCaps = others | (c.onlyPowersOf2 ? D3DPTEXTURECAPS_POW2 : 0);
+        KRE_Texture texture;
+        Load(texture, c.file, c.mode, c.format, c.mipLevels);
+        EXPECT_EQ(LastCreation().filter, c.filter) << c.what;
+        EXPECT_EQ(LastCreation().mipFilter, c.mipFilter) << c.what;
+        EXPECT_EQ(LastCreation().width, c.width) << c.what;
+        EXPECT_EQ(LastCreation().height, c.height) << c.what;
+    }
+}
+
+TEST_F(LoadTexture, WithoutStretchTheRectangleIsOfTheFilesSize)
+{
+    directory.Write("odd.bmp", PlainBmp(12, 6, 0x123456));
+    KRE_Texture stretched;
+    Load(stretched, "odd.bmp", -1, D3DFMT_DXT1, 0); // 16 by 8
+    EXPECT_EQ(stretched.axisAU, (16.0f - 0.02f) / 16.0f);
+    EXPECT_EQ(stretched.axisBV, (8.0f - 0.02f) / 8.0f);
+    KRE_Texture plain;
+    Load(plain, "odd.bmp", KRE_Gfx::kNoStretch); // shares the picture of 16 by 8
+    ASSERT_EQ(plain.current, stretched.current);
+    EXPECT_EQ(plain.axisAU, (12.0f - 0.02f) / 16.0f);
+    EXPECT_EQ(plain.axisBV, (6.0f - 0.02f) / 8.0f);
+    EXPECT_EQ(plain.sourceWidth, 12.0f);
+    EXPECT_EQ(plain.sourceHeight, 6.0f);
+}
+
 TEST_F(LoadTexture, MipLevelsOf0AreTheFullChain)
 {
     directory.Write("a.bmp", PlainBmp(8, 2, 0));

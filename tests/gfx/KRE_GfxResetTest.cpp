@@ -17,13 +17,53 @@ protected:
 
 /// Counts how often a window has had a message.
 int gMessagesSeen = 0;
+/// The characters that keys have brought it.
+std::string gCharactersSeen;
 
 LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_USER)
         ++gMessagesSeen;
+    if (message == WM_CHAR)
+        gCharactersSeen += static_cast<char>(wParam);
     return DefWindowProcA(window, message, wParam, lParam);
 }
+
+/// A window with the procedure above. Subclassing is not in the headless host's subset, so it is of a
+/// class of its own. No message waits at first.
+class CountingWindow {
+public:
+    CountingWindow()
+    {
+        WNDCLASSEXA windowClass = {};
+        windowClass.cbSize = sizeof windowClass;
+        windowClass.lpfnWndProc = CountMessages;
+        windowClass.hInstance = instance;
+        windowClass.lpszClassName = kClass;
+        RegisterClassExA(&windowClass);
+        window = CreateWindowExA(0, kClass, "", WS_POPUP, 0, 0, 8, 8, nullptr, nullptr, instance,
+                                 nullptr);
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+            continue;
+        gMessagesSeen = 0;
+        gCharactersSeen.clear();
+    }
+    ~CountingWindow()
+    {
+        DestroyWindow(window);
+        UnregisterClassA(kClass, instance);
+    }
+    CountingWindow(const CountingWindow&) = delete;
+    CountingWindow& operator=(const CountingWindow&) = delete;
+
+    HWND Handle() const { return window; }
+
+private:
+    static constexpr const char* kClass = "QSA2QSB_MESSAGE_TEST";
+    const HINSTANCE instance = GetModuleHandleA(nullptr);
+    HWND window = nullptr;
+};
 
 /// A device texture registered with the engine, as a loader would.
 int32_t AddTexture(KRE_Gfx& gfx, D3DPOOL pool, const char* name)
@@ -177,21 +217,9 @@ TEST_F(Reset, FailureIsAnError)
 
 TEST_F(Reset, LostDeviceIsWaitedForWhileTheWindowHasItsMessages)
 {
-    // Subclassing is not in the headless host's subset, so the window is one with its own procedure.
-    WNDCLASSEXA windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = CountMessages;
-    windowClass.hInstance = GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = "QSA2QSB_MESSAGE_TEST";
-    RegisterClassExA(&windowClass);
-    const HWND counting = CreateWindowExA(0, "QSA2QSB_MESSAGE_TEST", "", WS_POPUP, 0, 0, 8, 8,
-                                          nullptr, nullptr, windowClass.hInstance, nullptr);
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-        continue;
-    gMessagesSeen = 0;
+    const CountingWindow counting;
     for (int i = 0; i < 3; ++i)
-        PostMessageA(counting, WM_USER, 0, 0);
+        PostMessageA(counting.Handle(), WM_USER, 0, 0);
     for (int i = 0; i < 5; ++i)
         FailNext("TestCooperativeLevel", D3DERR_DEVICELOST);
     FailNext("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
@@ -199,8 +227,17 @@ TEST_F(Reset, LostDeviceIsWaitedForWhileTheWindowHasItsMessages)
     EXPECT_THAT(CallsOf("TestCooperativeLevel"), SizeIs(6));
     EXPECT_THAT(CallsOf("Reset"), SizeIs(1));
     EXPECT_EQ(gMessagesSeen, 3);
-    DestroyWindow(counting);
-    UnregisterClassA("QSA2QSB_MESSAGE_TEST", windowClass.hInstance);
+}
+
+TEST_F(Reset, KeysAreTranslatedWhileTheDeviceIsLost)
+{
+    const CountingWindow counting;
+    // Pressed once; its scan code is 1, and its character 27 in every layout.
+    PostMessageA(counting.Handle(), WM_KEYDOWN, VK_ESCAPE, 0x00010001);
+    for (int i = 0; i < 8; ++i)
+        FailNext("TestCooperativeLevel", D3DERR_DEVICELOST);
+    gfx.ResetDevice(nullptr);
+    EXPECT_EQ(gCharactersSeen, "\x1B");
 }
 
 TEST_F(Reset, DefaultPoolObjectsGoAndTheirEntriesStay)

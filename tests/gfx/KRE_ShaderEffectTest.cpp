@@ -145,6 +145,23 @@ TEST_F(EffectLoad, NoOtherTechniqueIsTriedWhereOneWasAskedFor)
     EXPECT_FALSE(effect.IsUsable());
 }
 
+TEST_F(EffectLoad, ATechniqueThatTheFileDoesNotHaveIsNotAskedFor)
+{
+    file.AddTechnique({{}}, false);
+    file.AddTechnique();
+    for (const int32_t asked : {2, 3, -2}) {
+        effect.Free();
+        effect.technique = asked;
+        Calls();
+        Load(effect);
+        EXPECT_THAT(CallsOf("ValidateTechnique"),
+                    ElementsAre("ValidateTechnique 0", "ValidateTechnique 1"))
+            << asked;
+        EXPECT_EQ(effect.technique, 1) << asked;
+        EXPECT_TRUE(effect.IsUsable()) << asked;
+    }
+}
+
 TEST_F(EffectLoad, VertexShaderInAnyPassCounts)
 {
     file.AddTechnique({{}, {}});

@@ -329,6 +329,46 @@ TEST(HasAlpha, GridStartsAtHalfTheRest)
     EXPECT_TRUE(all.surface.HasAlpha());
 }
 
+/// The columns at which a picture of one row is looked at.
+static std::vector<UINT> SampledColumns(UINT side)
+{
+    std::vector<UINT> columns;
+    for (UINT x = 0; x < side; ++x) {
+        std::vector<uint8_t> bytes(side * 4, 0xFF);
+        bytes[x * 4 + 3] = 128;
+        SurfaceOverBytes s(D3DFMT_A8R8G8B8, side, 1, static_cast<int>(side) * 4, bytes);
+        if (s.surface.HasAlpha())
+            columns.push_back(x);
+    }
+    return columns;
+}
+
+TEST(HasAlpha, StepAndStartFollowFromTheSide)
+{
+    static const struct {
+        UINT side;
+        std::vector<UINT> columns;
+    } cases[] = {
+        {1, {0}},
+        {3, {0, 1, 2}},            // never more samples than pixels; step 1, start 1 / 2 = 0
+        {16, {2, 6, 10, 14}},      // 4 samples at least, though 16 / 16 is 1; no rest: start 4 / 2
+        {23, {1, 6, 11, 16}},      // step 5, rest 3: start 3 / 2
+        {81, {0, 16, 32, 48, 64}}, // 81 / 16 = 5 samples, step 16, rest 1: start 1 / 2
+        {95, {9, 28, 47, 66, 85}}, // 95 / 16 = 5 samples, step 19, no rest: start 19 / 2
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(SampledColumns(c.side), c.columns) << c.side;
+}
+
+TEST(HasAlpha, ALargeSideHas64Samples)
+{
+    // 1100 / 16 = 68 is cut to 64; step 1100 / 64 = 17, rest 1100 - 64 * 17 = 12, start 6.
+    const std::vector<UINT> columns = SampledColumns(1100);
+    ASSERT_EQ(columns.size(), 64u);
+    for (UINT i = 0; i < 64; ++i)
+        EXPECT_EQ(columns[i], 6 + 17 * i);
+}
+
 TEST(HasAlpha, WorksForEverySideFrom1To1100)
 {
     // Every sample lies in the picture: a column of 0 beyond it would be an overrun.

@@ -148,7 +148,9 @@ TEST(TextureEvaluate, SlotWithoutAnimationHasNoMatrix)
 TEST(TextureEvaluate, SetsAllFourMatricesOfASequence)
 {
     KRE_Texture texture;
+    texture.SelectStage(2); // whichever slot was current before there was a sequence
     WithFrames(texture, 2, 1.0f, 0.0f, kSequenceLoop);
+    ASSERT_EQ(texture.currentSlot, 2);
     for (int32_t i = 0; i < 4; ++i)
         texture.matrixAni[i].constants[Ani::kTileU] = static_cast<float>(i + 2);
     texture.Evaluate(0.0f);

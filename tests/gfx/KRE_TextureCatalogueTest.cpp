@@ -65,6 +65,18 @@ TEST_F(Catalogue, ColourKeyAndStretchGoToTheLoad)
     EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("keyed"), 3, 0) >> 24, 0u);
 }
 
+TEST_F(Catalogue, OnlyAStretchedEntryIsResampled)
+{
+    directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
+    gfx->catalogue.AddTexture("stretched", "sky.bmp", 0, true);
+    gfx->catalogue.GetTexture("stretched");
+    EXPECT_EQ(LastCreation().filter, DWORD{D3DX_FILTER_LINEAR});
+    gfx->catalogue.Free();
+    gfx->catalogue.AddTexture("kept", "sky.bmp", 0, false);
+    gfx->catalogue.GetTexture("kept");
+    EXPECT_EQ(LastCreation().filter, DWORD{D3DX_FILTER_NONE});
+}
+
 TEST_F(Catalogue, AFileThatIsNoPictureIsAnErrorEachTime)
 {
     directory.Write("bad.bmp", "no picture");

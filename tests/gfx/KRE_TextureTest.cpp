@@ -337,6 +337,18 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
     EXPECT_EQ(t.texture.sourceHeight, 0.0f);
 }
 
+TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
+{
+    TextureOverStub t(D3DFMT_L8, 64, 32);
+    t.texture.Refresh();
+    t.texture.SetRectFromPixels(3, 20, 10, 4, true, false); // 7 across; 16 down, from below
+    EXPECT_EQ(t.texture.sourceWidth, 7.0f);
+    EXPECT_EQ(t.texture.sourceHeight, 16.0f);
+    t.texture.SetRectFromPixels(0, 0, 64, 32, false, false);
+    EXPECT_EQ(t.texture.sourceWidth, 7.0f);
+    EXPECT_EQ(t.texture.sourceHeight, 16.0f);
+}
+
 TEST(KRE_Texture, SwapAxesTurnsTheRectangleOverItsDiagonal)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
@@ -379,6 +391,8 @@ TEST(KRE_Texture, CopyTakesPicturesSettingsAndTracks)
     texture.textureValue = 12.0f;
     texture.loadOptions = 1;
     texture.clampFlag = 1;
+    texture.mipShift = 1;
+    texture.currentTime = 1.5f;
 
     KRE_Texture copy;
     copy.slotNames[0].Assign("old.bmp");
@@ -402,6 +416,12 @@ TEST(KRE_Texture, CopyTakesPicturesSettingsAndTracks)
     EXPECT_EQ(copy.textureValue, 12.0f);
     EXPECT_EQ(copy.loadOptions, 1u);
     EXPECT_EQ(copy.clampFlag, 1);
+    EXPECT_EQ(copy.mipShift, 1);
+    EXPECT_EQ(copy.currentTime, 1.5f);
+    SIZE size = {};
+    copy.GetSize(&size);
+    EXPECT_EQ(size.cx, 4) << "the second level of 8 by 4";
+    EXPECT_EQ(size.cy, 2);
 }
 
 TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)

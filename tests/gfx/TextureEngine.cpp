@@ -12,7 +12,21 @@ IDirect3D9* GiveOffered(UINT)
     return gOffered;
 }
 
-constexpr KRE_GfxRuntime kRuntime = {[](const char*) { return true; }, GiveOffered};
+TextureCreation gLastCreation;
+
+HRESULT WINAPI NoteAndCreate(IDirect3DDevice9* device, LPCSTR file, UINT width, UINT height,
+                             UINT levels, DWORD usage, D3DFORMAT format, D3DPOOL pool, DWORD filter,
+                             DWORD mipFilter, D3DCOLOR colorKey, D3DXIMAGE_INFO* info,
+                             PALETTEENTRY* palette, IDirect3DTexture9** textureOut)
+{
+    gLastCreation = {width, height, filter, mipFilter};
+    return D3DXCreateTextureFromFileExA(device, file, width, height, levels, usage, format, pool,
+                                        filter, mipFilter, colorKey, info, palette, textureOut);
+}
+
+constexpr KRE_GfxRuntime kRuntime = {
+    [](const char*) { return true; }, GiveOffered,  D3DXCreateEffectPool, D3DXCreateEffectFromFileA,
+    D3DXCreateRenderToSurface,        NoteAndCreate};
 
 void AppendWord(std::string& bytes, uint32_t value)
 {
@@ -31,6 +45,7 @@ void AppendLong(std::string& bytes, uint32_t value)
 TextureEngine::TextureEngine()
 {
     ResetLogForTests();
+    gLastCreation = {};
     const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
     direct3D = RecordingDirect3D::Wrap(real.get());
     gOffered = direct3D.get();
@@ -43,6 +58,11 @@ TextureEngine::~TextureEngine()
     gfx.reset();
     direct3D.reset();
     ResetLogForTests();
+}
+
+const TextureCreation& TextureEngine::LastCreation()
+{
+    return gLastCreation;
 }
 
 std::string TextureEngine::Warnings() const

@@ -11,6 +11,14 @@
 #include "tests/support/RecordingDirect3D.h"
 #include "tests/support/ScratchDirectory.h"
 
+/// What D3DX was asked for when a picture was read.
+struct TextureCreation {
+    UINT width = 0;
+    UINT height = 0;
+    DWORD filter = 0;
+    DWORD mipFilter = 0;
+};
+
 /// An engine with a real device behind a recording one, in a new directory, with an empty log.
 class TextureEngine : public testing::Test {
 protected:
@@ -27,6 +35,8 @@ protected:
     {
         return ErrorText([&] { Load(texture, file, mode); });
     }
+
+    static const TextureCreation& LastCreation();
 
     /// The text of the last warning, if there has been one and no error since.
     std::string Warnings() const;

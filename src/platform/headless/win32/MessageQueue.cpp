@@ -34,9 +34,15 @@ BOOL WINAPI GetMessageA(MSG* messageOut, HWND window, UINT first, UINT last)
     return messageOut->message != WM_QUIT;
 }
 
-BOOL WINAPI TranslateMessage(const MSG*)
+/// UNMODELLED: layouts of keyboards. Only Escape, whose code is its character in each of them, gives
+/// a character.
+BOOL WINAPI TranslateMessage(const MSG* message)
 {
-    return FALSE;
+    if (message->message != WM_KEYDOWN)
+        return message->message == WM_KEYUP;
+    if (message->wParam == VK_ESCAPE)
+        PostMessageA(message->hwnd, WM_CHAR, message->wParam, message->lParam);
+    return TRUE;
 }
 
 LRESULT WINAPI DispatchMessageA(const MSG* message)
