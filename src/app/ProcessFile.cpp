@@ -4,8 +4,8 @@
 #include "app/Options.h"
 #include "app/SceneSession.h"
 #include "app/TargetName.h"
-#include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
+#include "platform/ReplacementFile.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ void ProcessFile(const char* fileName, int overwrite)
 {
     SceneSession session;
     const String targetName = MakeTargetName(fileName);
-    if (!overwrite && FileExists(targetName.c_str()))
+    if (!overwrite && ReplacementFile::IsTargetThere(targetName.c_str()))
         return;
     char banner[kBannerSize];
     ReadBanner(banner);

@@ -16,6 +16,10 @@ public:
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
+    /// Whether a target of this path is there, and is a file that can be opened for reading. Its name is
+    /// taken as it stands: where `Boat.qsb` and `boat.qsb` can be two files, one is not the other.
+    static bool IsTargetThere(const char* targetPath);
+
     /// Makes an empty file for a path as scene files give it. False with `errno` set where it cannot
     /// be made or the target is there and may not be written. A target that is a device is written
     /// in place.

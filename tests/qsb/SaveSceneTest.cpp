@@ -169,13 +169,13 @@ TEST_F(SaveSceneTest, ADirectoryIsNoTarget)
     EXPECT_THAT(LogText(), HasSubstr("Create() failed: "));
 }
 
-TEST_F(SaveSceneTest, TheTargetIsFoundInAnyLetterCase)
+TEST_F(SaveSceneTest, TheDirectoryOfATargetIsFoundInAnyLetterCase)
 {
-    directory.Write("Boat.QSB", "old");
+    directory.Write("Deck/other.txt", "");
     KRE_3dScene scene;
-    gGfx->SaveScene(scene, "boat.qsb");
+    gGfx->SaveScene(scene, "deck\\boat.qsb");
     EXPECT_EQ(CountEntries(directory.Path()), 1);
-    EXPECT_EQ(directory.Read("Boat.QSB"), MakeQsb(QsbFile()).bytes);
+    EXPECT_EQ(directory.Read("Deck/boat.qsb"), MakeQsb(QsbFile()).bytes);
 }
 
 TEST_F(SaveSceneTest, TheTargetMayLieInAnotherDirectory)

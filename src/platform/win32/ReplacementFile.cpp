@@ -101,6 +101,12 @@ ReplacementFile::~ReplacementFile()
         DeleteFileA(path.c_str());
 }
 
+bool ReplacementFile::IsTargetThere(const char* targetPath)
+{
+    FILE* file = targetPath && *targetPath ? std::fopen(targetPath, "rb") : nullptr;
+    return file && std::fclose(file) == 0;
+}
+
 bool ReplacementFile::Make(const char* targetPath)
 {
     target = targetPath ? targetPath : "";

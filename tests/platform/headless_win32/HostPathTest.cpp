@@ -1,6 +1,7 @@
 #include "platform/headless/win32/HostPath.h"
 
 #include "platform/OpenFileStream.h"
+#include "platform/ReplacementFile.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -101,14 +102,79 @@ TEST(OpenFileStream, RefusesDirectories)
     EXPECT_EQ(errno, EISDIR);
 }
 
-TEST(OpenFileStream, WritingTakesTheFileOfAnotherCase)
+TEST(ResolveTargetPath, DirectoriesIgnoreCaseAndTheLeafDoesNot)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("Maps/Hull/Boat.qsb", "x");
+    scratch.Write("Boat.qsb", "x");
+    static const struct {
+        const char* given;
+        const char* expected;
+    } cases[] = {
+        {"boat.qsb", "boat.qsb"},
+        {"maps\\hull\\boat.qsb", "Maps/Hull/boat.qsb"},
+        {"MAPS/Hull/Boat.qsb", "Maps/Hull/Boat.qsb"},
+        {"absent\\boat.qsb", "absent/boat.qsb"},
+        {"/boat.qsb", "/boat.qsb"},
+        {"", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ResolveTargetPath(c.given), c.expected) << c.given;
+}
+
+TEST(OpenFileStream, WritingMakesExactlyTheNameAskedFor)
+{
+    for (const char* mode : {"wb", "w+t", "a+t"}) {
+        const ScratchDirectory scratch;
+        scratch.Write("Deck/Boat.qsb", "old");
+        FILE* file = OpenFileStream("deck\\boat.QSB", mode);
+        ASSERT_NE(file, nullptr);
+        std::fputs("new", file);
+        std::fclose(file);
+        EXPECT_EQ(scratch.Read("Deck/boat.QSB"), "new") << mode;
+        EXPECT_EQ(scratch.Read("Deck/Boat.qsb"), "old") << mode;
+    }
+}
+
+TEST(OpenFileStream, FileThatIsThereMayBeWrittenInAnyCase)
 {
     const ScratchDirectory scratch;
     scratch.Write("Boat.qsb", "old");
-    FILE* file = OpenFileStream("boat.QSB", "wb");
+    FILE* file = OpenFileStream("boat.QSB", "r+b");
     ASSERT_NE(file, nullptr);
     std::fputs("new", file);
     std::fclose(file);
     EXPECT_EQ(scratch.Read("Boat.qsb"), "new");
-    EXPECT_FALSE(scratch.Has("boat.QSB"));
+}
+
+TEST(ReplacementFile, TargetOfAnotherCaseIsAnotherFile)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("Deck/Boat.qsb", "old");
+    EXPECT_TRUE(ReplacementFile::IsTargetThere("deck\\Boat.qsb"));
+    EXPECT_FALSE(ReplacementFile::IsTargetThere("Deck/boat.qsb"));
+    EXPECT_FALSE(ReplacementFile::IsTargetThere("Deck")) << "a directory is no target";
+    ReplacementFile file;
+    ASSERT_TRUE(file.Make("deck\\boat.qsb"));
+    ASSERT_TRUE(file.MoveOverTarget());
+    EXPECT_EQ(scratch.Read("Deck/Boat.qsb"), "old");
+    EXPECT_EQ(scratch.Read("Deck/boat.qsb"), "");
+}
+
+TEST(MoveFileExA, TargetGetsExactlyTheNameAskedFor)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("New", "new");
+    scratch.Write("Boat", "old");
+    EXPECT_TRUE(MoveFileExA("new", "boat", 0)) << "nothing is in the way";
+    EXPECT_EQ(scratch.Read("Boat"), "old");
+    EXPECT_EQ(scratch.Read("boat"), "new");
+}
+
+TEST(CreateDirectoryA, MakesExactlyTheNameAskedFor)
+{
+    const ScratchDirectory scratch;
+    std::filesystem::create_directory("Deck");
+    EXPECT_TRUE(CreateDirectoryA("deck", nullptr));
+    EXPECT_TRUE(scratch.Has("deck"));
 }

@@ -120,7 +120,7 @@ BOOL WINAPI SetCurrentDirectoryA(LPCSTR path)
 
 BOOL WINAPI CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES*)
 {
-    return mkdir(ResolveHostPath(path).c_str(), 0777) == 0 ? TRUE : FailWithErrno();
+    return mkdir(ResolveTargetPath(path).c_str(), 0777) == 0 ? TRUE : FailWithErrno();
 }
 
 HANDLE WINAPI FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* dataOut)
@@ -225,7 +225,7 @@ BOOL WINAPI DeleteFileA(LPCSTR path)
 BOOL WINAPI MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags)
 {
     const std::string source = ResolveHostPath(from);
-    const std::string target = ResolveHostPath(to);
+    const std::string target = ResolveTargetPath(to);
     struct stat info;
     if ((flags & MOVEFILE_REPLACE_EXISTING) == 0 && stat(target.c_str(), &info) == 0)
         return FailWith(ERROR_ACCESS_DENIED);

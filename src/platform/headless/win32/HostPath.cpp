@@ -89,3 +89,13 @@ std::string ResolveHostPath(const char* path)
     }
     return resolved;
 }
+
+std::string ResolveTargetPath(const char* path)
+{
+    std::string wanted = path != nullptr ? path : "";
+    std::replace(wanted.begin(), wanted.end(), '\\', '/');
+    const std::size_t leaf = wanted.find_last_of('/') + 1; // 0 where there is no directory
+    if (leaf == 0)
+        return wanted;
+    return ResolveHostPath(wanted.substr(0, leaf).c_str()) + wanted.substr(leaf);
+}

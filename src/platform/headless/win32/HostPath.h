@@ -8,6 +8,10 @@
 /// separator, so that a file of that name can be made.
 std::string ResolveHostPath(const char* path);
 
+/// The same for a file that is to be made, or an old one that it will replace: the directories above it
+/// ignore case, its own name is exactly what was asked for. So `Boat.qsb` and `boat.qsb` are two files.
+std::string ResolveTargetPath(const char* path);
+
 /// Compares two names as the Windows file system does, for the letters A to Z.
 bool SameNameIgnoringCase(const char* a, const char* b);
 

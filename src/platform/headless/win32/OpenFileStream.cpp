@@ -9,7 +9,8 @@
 
 FILE* OpenFileStream(const char* path, const char* mode)
 {
-    const std::string resolved = ResolveHostPath(path);
+    const bool mayMake = mode[0] != 'r';
+    const std::string resolved = mayMake ? ResolveTargetPath(path) : ResolveHostPath(path);
     FILE* stream = std::fopen(resolved.c_str(), mode);
     if (stream == nullptr)
         return nullptr;
@@ -21,7 +22,7 @@ FILE* OpenFileStream(const char* path, const char* mode)
         errno = EISDIR;
         return nullptr;
     }
-    if (mode[0] != 'r')
+    if (mayMake)
         NoteEntryChanged(resolved);
     return stream;
 }

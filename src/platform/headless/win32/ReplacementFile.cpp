@@ -94,9 +94,17 @@ ReplacementFile::~ReplacementFile()
         close(claim);
 }
 
+bool ReplacementFile::IsTargetThere(const char* targetPath)
+{
+    const std::string path = ResolveTargetPath(targetPath);
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+    struct stat info;
+    return file && fstat(fileno(file.get()), &info) == 0 && !S_ISDIR(info.st_mode);
+}
+
 bool ReplacementFile::Make(const char* targetPath)
 {
-    target = ResolveHostPath(targetPath);
+    target = ResolveTargetPath(targetPath);
     struct stat info;
     const bool isThere = stat(target.c_str(), &info) == 0;
     if (isThere && S_ISDIR(info.st_mode)) {
