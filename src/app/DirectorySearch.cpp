@@ -27,11 +27,34 @@ bool DirectorySearch::IsSubdirectory() const
            std::strcmp(Name(), "..") != 0;
 }
 
+bool DirectoryIdentity::IsNumbered() const
+{
+    constexpr DWORD kAllOnes = 0xFFFFFFFF;
+    const bool hasVolume = volume != 0 && volume != kAllOnes;
+    const bool isIndexZero = indexHigh == 0 && indexLow == 0;
+    const bool isIndexAllOnes = indexHigh == kAllOnes && indexLow == kAllOnes;
+    return hasVolume && !isIndexZero && !isIndexAllOnes;
+}
+
 bool DirectoryIdentity::operator==(const DirectoryIdentity& other) const
 {
-    const bool isKnown = volume != 0 || indexHigh != 0 || indexLow != 0;
-    return isKnown && volume == other.volume && indexHigh == other.indexHigh &&
-           indexLow == other.indexLow;
+    if (IsNumbered() && other.IsNumbered())
+        return volume == other.volume && indexHigh == other.indexHigh && indexLow == other.indexLow;
+    return !path.IsEmpty() && std::strcmp(path.c_str(), other.path.c_str()) == 0;
+}
+
+/// Empty if the system cannot tell it.
+static String ResolvedPath(HANDLE directory)
+{
+    String path;
+    const DWORD size = GetFinalPathNameByHandleA(directory, nullptr, 0, FILE_NAME_NORMALIZED);
+    if (size == 0)
+        return path;
+    char* buffer = path.GetBuffer(static_cast<int32_t>(size));
+    const DWORD length = GetFinalPathNameByHandleA(directory, buffer, size, FILE_NAME_NORMALIZED);
+    if (length == 0 || length >= size)
+        path.Clear();
+    return path;
 }
 
 DirectoryIdentity IdentifyDirectory(const char* path)
@@ -44,7 +67,9 @@ DirectoryIdentity IdentifyDirectory(const char* path)
         return identity;
     BY_HANDLE_FILE_INFORMATION info;
     if (GetFileInformationByHandle(directory, &info))
-        identity = {info.dwVolumeSerialNumber, info.nFileIndexHigh, info.nFileIndexLow};
+        identity = {info.dwVolumeSerialNumber, info.nFileIndexHigh, info.nFileIndexLow, String()};
+    if (!identity.IsNumbered())
+        identity.path = ResolvedPath(directory);
     CloseHandle(directory);
     return identity;
 }

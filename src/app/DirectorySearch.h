@@ -31,8 +31,12 @@ struct DirectoryIdentity {
     DWORD volume = 0;
     DWORD indexHigh = 0;
     DWORD indexLow = 0;
+    String path; // without links; only where the numbers say nothing
 
-    /// Two directories that could not be asked are not the same.
+    /// Some file systems have no numbers and report 0 or all ones for every directory.
+    bool IsNumbered() const;
+    /// By the numbers where both have them, otherwise by the paths. Two directories that could not
+    /// be asked are not the same.
     bool operator==(const DirectoryIdentity& other) const;
 };
 

@@ -128,6 +128,39 @@ TEST(DirectoryIdentity, TellsDirectoriesApartByMoreThanTheirNames)
     EXPECT_FALSE(IdentifyDirectory("absent") == IdentifyDirectory("absent"));
 }
 
+TEST(DirectoryIdentity, NumbersThatSayNothingGiveWayToThePath)
+{
+    constexpr DWORD kOnes = 0xFFFFFFFF;
+    static const struct {
+        const char* what;
+        DWORD volume, high, low;
+        bool isNumbered;
+    } cases[] = {
+        {"all there", 7, 1, 2, true},
+        {"high part 0", 7, 0, 2, true},
+        {"low part 0", 7, 1, 0, true},
+        {"high part all ones", 7, kOnes, 2, true},
+        {"low part all ones", 7, 0, kOnes, true},
+        {"volume 0", 0, 1, 2, false},
+        {"volume all ones", kOnes, 1, 2, false},
+        {"index 0", 7, 0, 0, false},
+        {"index all ones", 7, kOnes, kOnes, false},
+    };
+    for (const auto& c : cases) {
+        const DirectoryIdentity deck{c.volume, c.high, c.low, "/ship/deck"};
+        const DirectoryIdentity hold{c.volume, c.high, c.low, "/ship/hold"};
+        const DirectoryIdentity unknown{c.volume, c.high, c.low, ""};
+        EXPECT_EQ(deck.IsNumbered(), c.isNumbered) << c.what;
+        EXPECT_TRUE(deck == deck) << c.what;
+        EXPECT_EQ(deck == hold, c.isNumbered) << c.what;
+        EXPECT_EQ(unknown == unknown, c.isNumbered) << c.what;
+    }
+    const DirectoryIdentity numbered{7, 1, 2, ""};
+    for (const DirectoryIdentity& other :
+         {DirectoryIdentity{8, 1, 2, ""}, {7, 3, 2, ""}, {7, 1, 3, ""}, {7, 0, 0, "/ship/deck"}})
+        EXPECT_FALSE(numbered == other);
+}
+
 TEST(CurrentDirectory, IsTheWholePath)
 {
     const ScratchDirectory scratch;

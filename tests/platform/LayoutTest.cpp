@@ -63,6 +63,7 @@ static_assert(FILE_ATTRIBUTE_HIDDEN == 2);
 static_assert(FILE_ATTRIBUTE_SYSTEM == 4);
 static_assert(FILE_ATTRIBUTE_DIRECTORY == 0x10);
 static_assert(FILE_ATTRIBUTE_ARCHIVE == 0x20);
+static_assert(FILE_NAME_NORMALIZED == 0);
 static_assert(static_cast<DWORD>(INVALID_FILE_ATTRIBUTES) == 0xFFFFFFFF);
 
 static_assert(FILE_SHARE_READ == 1);

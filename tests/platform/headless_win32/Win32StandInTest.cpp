@@ -128,6 +128,24 @@ TEST(GetCurrentDirectoryA, RemovedDirectoryHasNoPath)
     fs::current_path(scratch.Path());
 }
 
+TEST(GetFinalPathNameByHandleA, IsThePathWithoutLinks)
+{
+    const ScratchDirectory scratch;
+    fs::create_directory("deck");
+    fs::create_directory_symlink("deck", "link");
+    const HANDLE file = CreateFileA("LINK", 0, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    const std::string expected = fs::canonical("deck").string();
+    const auto length = static_cast<DWORD>(expected.size());
+    EXPECT_EQ(GetFinalPathNameByHandleA(file, nullptr, 0, FILE_NAME_NORMALIZED), length + 1);
+    std::string buffer(expected.size() + 1, 'x');
+    EXPECT_EQ(GetFinalPathNameByHandleA(file, buffer.data(), length + 1, FILE_NAME_NORMALIZED),
+              length);
+    EXPECT_STREQ(buffer.c_str(), expected.c_str());
+    CloseHandle(file);
+    EXPECT_EQ(GetFinalPathNameByHandleA(INVALID_HANDLE_VALUE, nullptr, 0, 0), 0u);
+}
+
 TEST(MoveFileExA, ReplacesOnlyWhenAsked)
 {
     const ScratchDirectory scratch;

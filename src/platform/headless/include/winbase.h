@@ -16,6 +16,7 @@
 #define FILE_SHARE_DELETE 0x00000004
 #define OPEN_EXISTING 3
 #define FILE_FLAG_BACKUP_SEMANTICS 0x02000000
+#define FILE_NAME_NORMALIZED 0x0
 #define MOVEFILE_REPLACE_EXISTING 0x00000001
 
 struct WIN32_FIND_DATAA {
@@ -81,6 +82,9 @@ BOOL WINAPI FindClose(HANDLE search);
 HANDLE WINAPI CreateFileA(LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
                           DWORD disposition, DWORD flags, HANDLE templateFile);
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* infoOut);
+/// The path without links; `flags` are not looked at. Gives the length of the text, or the size needed,
+/// terminator included, if `size` is too small.
+DWORD WINAPI GetFinalPathNameByHandleA(HANDLE file, LPSTR buffer, DWORD size, DWORD flags);
 BOOL WINAPI CloseHandle(HANDLE file);
 
 DWORD WINAPI GetFileAttributesA(LPCSTR path);

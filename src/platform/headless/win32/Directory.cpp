@@ -1,12 +1,14 @@
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/LastError.h"
+#include "platform/headless/win32/SimulateFileIndex.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <memory>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,7 +33,22 @@ struct Search {
 /// A file or directory opened for its information only.
 struct InfoFile {
     struct stat info;
+    std::string path; // without links; empty if it cannot be told
 };
+
+std::optional<std::uint64_t> gReportedFileIndex;
+
+std::uint64_t FileIndexOf(const struct stat& info)
+{
+    return gReportedFileIndex.value_or(info.st_ino);
+}
+
+std::string PathWithoutLinks(const std::string& path)
+{
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr),
+                                                          std::free);
+    return resolved ? resolved.get() : "";
+}
 
 DWORD AttributesOf(const char* name, const struct stat& info)
 {
@@ -96,6 +113,16 @@ BOOL GiveNextEntry(Search& search, WIN32_FIND_DATAA* dataOut)
     return TRUE;
 }
 
+/// A text of the host for a call that takes a buffer and its size.
+DWORD GiveText(const std::string& text, DWORD size, LPSTR buffer)
+{
+    const auto length = static_cast<DWORD>(text.size());
+    if (length >= size)
+        return length + 1;
+    std::memcpy(buffer, text.c_str(), length + 1);
+    return length;
+}
+
 } // namespace
 
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer)
@@ -106,11 +133,7 @@ DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer)
         FailWith(ERROR_FILE_NOT_FOUND);
         return 0;
     }
-    const std::size_t length = std::strlen(path.get());
-    if (length >= size)
-        return static_cast<DWORD>(length + 1);
-    std::memcpy(buffer, path.get(), length + 1);
-    return static_cast<DWORD>(length);
+    return GiveText(path.get(), size, buffer);
 }
 
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path)
@@ -171,10 +194,12 @@ HANDLE WINAPI CreateFileA(LPCSTR path, DWORD access, DWORD, SECURITY_ATTRIBUTES*
         return INVALID_HANDLE_VALUE;
     }
     auto file = std::make_unique<InfoFile>();
-    if (stat(ResolveHostPath(path).c_str(), &file->info) != 0) {
+    const std::string resolved = ResolveHostPath(path);
+    if (stat(resolved.c_str(), &file->info) != 0) {
         FailWithErrno();
         return INVALID_HANDLE_VALUE;
     }
+    file->path = PathWithoutLinks(resolved);
     return file.release();
 }
 
@@ -183,15 +208,31 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* 
     if (file == INVALID_HANDLE_VALUE || file == nullptr)
         return FailWith(ERROR_INVALID_HANDLE);
     const struct stat& info = static_cast<InfoFile*>(file)->info;
+    const std::uint64_t index = FileIndexOf(info);
     *infoOut = {};
     infoOut->dwFileAttributes = AttributesOf("", info);
     infoOut->dwVolumeSerialNumber = static_cast<DWORD>(info.st_dev);
     infoOut->nFileSizeHigh = static_cast<DWORD>(info.st_size >> 32);
     infoOut->nFileSizeLow = static_cast<DWORD>(info.st_size & 0xFFFFFFFF);
     infoOut->nNumberOfLinks = static_cast<DWORD>(info.st_nlink);
-    infoOut->nFileIndexHigh = static_cast<DWORD>(info.st_ino >> 32);
-    infoOut->nFileIndexLow = static_cast<DWORD>(info.st_ino & 0xFFFFFFFF);
+    infoOut->nFileIndexHigh = static_cast<DWORD>(index >> 32);
+    infoOut->nFileIndexLow = static_cast<DWORD>(index & 0xFFFFFFFF);
     return TRUE;
+}
+
+void SimulateFileIndex(std::optional<std::uint64_t> index)
+{
+    gReportedFileIndex = index;
+}
+
+DWORD WINAPI GetFinalPathNameByHandleA(HANDLE file, LPSTR buffer, DWORD size, DWORD)
+{
+    if (file == INVALID_HANDLE_VALUE || file == nullptr ||
+        static_cast<InfoFile*>(file)->path.empty()) {
+        FailWith(ERROR_INVALID_HANDLE);
+        return 0;
+    }
+    return GiveText(static_cast<InfoFile*>(file)->path, size, buffer);
 }
 
 BOOL WINAPI CloseHandle(HANDLE file)
