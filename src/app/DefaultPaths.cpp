@@ -2,6 +2,7 @@
 
 #include "gfx/KRE_Gfx.h"
 
+#include <algorithm>
 #include <windows.h>
 
 char gDefaultTexturePath[1024];
@@ -18,13 +19,16 @@ bool ReadRegistryText(const char* name, char (&textOut)[1024])
     HKEY key = nullptr;
     if (RegOpenKeyExA(HKEY_CURRENT_USER, kRegistryKey, 0, KEY_READ, &key) != ERROR_SUCCESS)
         return false;
-    // A registry text need not end in a NUL, so one byte is kept back for it.
-    DWORD size = sizeof textOut - 1;
+    DWORD size = sizeof textOut;
     const LSTATUS result =
         RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(textOut), &size);
     RegCloseKey(key);
-    const bool isRead = result == ERROR_SUCCESS;
-    textOut[isRead ? size : 0] = '\0';
+    // A registry text need not end in a NUL. One that leaves no room for it would be cut, and name
+    // another directory.
+    const bool isCut =
+        size >= sizeof textOut && (size > sizeof textOut || textOut[size - 1] != '\0');
+    const bool isRead = result == ERROR_SUCCESS && !isCut;
+    textOut[isRead ? std::min<DWORD>(size, sizeof textOut - 1) : 0] = '\0';
     return isRead;
 }
 

@@ -7,5 +7,5 @@ extern char gDefaultTexturePath[1024];
 extern char gDefaultBasePath[1024];
 
 /// Reads both values and hands those that are there to the engine. A missing key or value, or one of
-/// 1024 bytes and more, leaves its path empty. The value's type is not looked at.
+/// more than 1023 bytes, leaves its path empty. The value's type is not looked at.
 void ReadDefaultPaths();

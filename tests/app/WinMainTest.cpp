@@ -5,7 +5,9 @@
 #include "tests/support/RegistryValues.h"
 #include "tests/support/ScratchDirectory.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
+#include <iterator>
 #include <string>
 #include <windows.h>
 
@@ -74,6 +76,18 @@ TEST_F(WinMainTest, MissingRegistryKeyLeavesThePathsEmpty)
     EXPECT_EQ(RunMain("absent.qsa"), 1);
     EXPECT_STREQ(gDefaultTexturePath, "");
     EXPECT_STREQ(gDefaultBasePath, "");
+}
+
+TEST_F(WinMainTest, RegistryValueThatFillsTheBufferIsTaken)
+{
+    // 1023 characters and the NUL behind them are the 1024 bytes of the buffer.
+    const std::string longest = std::string(1022, 'x') + "y";
+    const RegistryValues registry(
+        {{"DefaultTexturePath", longest}, {"DefaultBasePath", longest + "z"}});
+    std::fill(std::begin(gDefaultBasePath), std::end(gDefaultBasePath), '?');
+    EXPECT_EQ(RunMain("absent.qsa"), 1);
+    EXPECT_STREQ(gDefaultTexturePath, longest.c_str());
+    EXPECT_STREQ(gDefaultBasePath, "") << "one more has no room";
 }
 
 TEST_F(WinMainTest, RegistryValueBeyondTheBufferIsNotTaken)
