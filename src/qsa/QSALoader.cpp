@@ -1,6 +1,7 @@
 #include "qsa/QSALoader.h"
 
 #include "base/Paths.h"
+#include "platform/WalkedFile.h"
 #include "scene/KRE_3dScene.h"
 
 namespace {
@@ -40,6 +41,8 @@ int32_t QSALoader::Load(KRE_3dScene& target, const char* path, uint32_t flags)
     if (ParseTopLevel() == 0)
         Warning("Encountered unexpected end of file at pos %i", TextPosition());
     CloseText();
+    if (!hasKeyword)
+        ReportNoKeyword();
     LinkScene();
 
     if (target.cameras.Count() > 0)
@@ -65,6 +68,7 @@ void QSALoader::ResetForLoad(uint32_t flags)
     fileMajor = 1;
     fileMinor = 0;
     hasSkinnedMesh = false;
+    hasKeyword = false;
     header = QSA_SceneHeader();
     D3DXMatrixIdentity(&meshInitTM); // it goes from mesh to mesh, and no further than the file
     announcedFaces = 0;
@@ -91,6 +95,8 @@ int32_t QSALoader::ParseTopLevel()
         const QSA_Token token = NextToken();
         if (token == QSA_Token::EndOfFile)
             return 1;
+        if (token != QSA_Token::Unknown && token != QSA_Token::BlockEnd)
+            hasKeyword = true;
         if (ParseTopLevelKeyword(token) != 0)
             return 0;
     }

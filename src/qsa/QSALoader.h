@@ -315,6 +315,7 @@ private:
     int32_t lastFrame = 100;
 
     bool hasSkinnedMesh = false;
+    bool hasKeyword = false; ///< one of the format, outside of stray braces
 
     std::vector<std::unique_ptr<QSA_Material>> materials; ///< owned; all of the file, in its order
     std::vector<QSA_Material*> topMaterials;              ///< not owned, in `materials`

@@ -1,11 +1,47 @@
+#include "base/Log.h"
+#include "platform/headless/win32/SimulateFileIndex.h"
+#include "tests/app/ScratchEngine.h"
 #include "tests/app/ScratchWalk.h"
 #include "tests/support/ScratchDirectory.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+#include <string>
 #include <unistd.h>
+#include <windows.h>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kMoverClass[] = "QSA2QSB_MOVER";
+
+fs::path gMovedFrom;
+std::string gWarnings;
+
+/// Somebody else moves directories between two files: neither the path of `top/a` nor one step up
+/// from `b` leads back.
+LRESULT CALLBACK MoveDirectories(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_USER) {
+        fs::rename(gMovedFrom / "top" / "a" / "b", gMovedFrom / "b");
+        fs::rename(gMovedFrom / "top", gMovedFrom / "moved");
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+HWND CreateWindowThatMoves()
+{
+    WNDCLASSEXA windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = MoveDirectories;
+    windowClass.lpszClassName = kMoverClass;
+    RegisterClassExA(&windowClass);
+    return CreateWindowExA(0, kMoverClass, "mover", WS_POPUP, 0, 0, 8, 8, nullptr, nullptr, nullptr,
+                           nullptr);
+}
+
+} // namespace
 
 TEST(ProcessDirectory, LinkBackUpIsNotEntered)
 {
@@ -17,13 +53,54 @@ TEST(ProcessDirectory, LinkBackUpIsNotEntered)
     EXPECT_EQ(Walk("*.qsa", "/s"), "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n");
 }
 
-TEST(ProcessDirectory, LinkToAnotherDirectoryIsEntered)
+TEST(ProcessDirectory, LinkBackUpIsNotEnteredWhereFilesHaveNoIndex)
+{
+    for (const std::uint64_t index : {std::uint64_t{0}, ~std::uint64_t{0}}) {
+        const ScratchDirectory scratch;
+        scratch.Write("a.qsa", kWalkScene);
+        scratch.Write("x/b.qsa", kWalkScene);
+        scratch.Write("x/y/c.qsa", kWalkScene);
+        scratch.Write("z/d.qsa", kWalkScene);
+        fs::create_directory_symlink(scratch.Path(), scratch.Path() / "x" / "y" / "up");
+        SimulateFileIndex(index);
+        EXPECT_EQ(Walk("*.qsa", "/s"), "'a.qsa' converted\n'b.qsa' converted\n"
+                                       "'c.qsa' converted\n'd.qsa' converted\n")
+            << index;
+        SimulateFileIndex(std::nullopt);
+    }
+}
+
+TEST(ProcessDirectory, LinkToAnotherDirectoryIsEnteredAndLeftByItsOwnWay)
 {
     const ScratchDirectory scratch;
     scratch.Write("elsewhere/b.qsa", kWalkScene);
     scratch.Write("here/a.qsa", kWalkScene);
+    scratch.Write("here/z/c.qsa", kWalkScene);
+    scratch.Write("z/beside_elsewhere.qsa", kWalkScene); // one step up from where the link leads
     fs::create_directory_symlink(scratch.Path() / "elsewhere", scratch.Path() / "here" / "link");
-    EXPECT_EQ(Walk("here/*.qsa", "/s"), "'a.qsa' converted\n'b.qsa' converted\n");
+    EXPECT_EQ(Walk("here/*.qsa", "/s"),
+              "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n");
+}
+
+TEST(ProcessDirectory, WayBackThatIsGoneEndsTheWalkWithAWarning)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("top/a/b/first.qsa", kWalkScene);
+    scratch.Write("top/c/never.qsa", kWalkScene);
+    fs::current_path("top");
+    const ScratchEngine engine("/s");
+    const HWND mover = CreateWindowThatMoves();
+    PostMessageA(mover, WM_USER, 0, 0);
+    gMovedFrom = scratch.Path();
+    gWarnings.clear();
+    gLogSink = [](const char* entry) { gWarnings += entry; };
+    // The names below the directory that one step up leads to now are not those of the walk.
+    EXPECT_EQ(WalkOn("*.qsa"), "'first.qsa' converted\n");
+    gLogSink = nullptr;
+    EXPECT_THAT(gWarnings, testing::HasSubstr(
+                               "A directory was moved or removed: the search for '*.qsa' ended"));
+    DestroyWindow(mover);
+    UnregisterClassA(kMoverClass, nullptr);
 }
 
 TEST(ProcessDirectory, DirectoryThatCannotBeEnteredIsLeftOut)

@@ -1,5 +1,6 @@
 #include "platform/headless/d3d9/FrameFile.h"
 
+#include "platform/WalkedFile.h"
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -64,6 +65,13 @@ TEST(FrameFileName, HoldsNoSeparatorsAndNoControlBytes)
     EXPECT_EQ(FrameFileName(".."), "...png");
 }
 
+TEST(FramePath, KeepsDirectoriesAndNothingElseThatSeparates)
+{
+    EXPECT_EQ(FramePath("", "boat"), "boat.png");
+    EXPECT_EQ(FramePath("deck/below/", "boat"), "deck/below/boat.png");
+    EXPECT_EQ(FramePath("a\\b/c\n/", "x/y"), "a_b/c_/x_y.png");
+}
+
 TEST_F(FrameFileTest, APresentedFrameIsKeptUnderTheWindowsTitle)
 {
     SetWindowTextA(window.Get(), "scenes/boat.qsa");
@@ -106,6 +114,20 @@ TEST_F(FrameFileTest, WithoutTheVariableNothingIsWritten)
     setenv("QSA2QSB_FRAMES", "", 1);
     ASSERT_EQ(Present(), D3D_OK);
     EXPECT_FALSE(scratch.Has("Device test.png"));
+}
+
+TEST_F(FrameFileTest, TheFileInHandLendsItsDirectories)
+{
+    SetWindowTextA(window.Get(), "boat.qsa");
+    {
+        WalkedFile file("scenes/", "deck/below/", "boat.qsa");
+        ASSERT_EQ(Present(), D3D_OK);
+        file.Converted();
+    }
+    EXPECT_TRUE(scratch.Has("deck/below/boat.qsa.png"));
+    EXPECT_FALSE(scratch.Has("boat.qsa.png"));
+    ASSERT_EQ(Present(), D3D_OK);
+    EXPECT_TRUE(scratch.Has("boat.qsa.png")) << "no file is in hand any more";
 }
 
 TEST_F(FrameFileTest, ADirectoryThatIsMissingIsMade)

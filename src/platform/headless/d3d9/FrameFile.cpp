@@ -1,9 +1,11 @@
 #include "platform/headless/d3d9/FrameFile.h"
 
 #include "platform/headless/d3dx/PngWriter.h"
+#include "platform/headless/win32/FileInHand.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <new>
 #include <system_error>
@@ -42,15 +44,26 @@ void ApplyRamp(const D3DGAMMARAMP& ramp, std::uint32_t* argb, std::size_t count)
                   RampByte(ramp.blue, argb[i] & 0xFF);
 }
 
+/// With `_` for control bytes and for those of `separators`.
+std::string WithoutOddBytes(std::string name, const char* separators)
+{
+    for (char& c : name)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F || std::strchr(separators, c))
+            c = '_';
+    return name;
+}
+
 } // namespace
 
 std::string FrameFileName(const std::string& windowTitle)
 {
-    std::string name = windowTitle.empty() ? "frame" : windowTitle;
-    for (char& c : name)
-        if (c == '/' || c == '\\' || static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
-            c = '_';
-    return name + ".png";
+    const std::string name = windowTitle.empty() ? "frame" : windowTitle;
+    return WithoutOddBytes(name, "/\\") + ".png";
+}
+
+std::string FramePath(const std::string& below, const std::string& windowTitle)
+{
+    return WithoutOddBytes(below, "\\") + FrameFileName(windowTitle);
 }
 
 void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp)
@@ -58,10 +71,11 @@ void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP*
     const char* wanted = std::getenv("QSA2QSB_FRAMES");
     if (!wanted || !*wanted)
         return;
-    const fs::path directory = kStartDirectory / wanted;
+    const fs::path file =
+        kStartDirectory / wanted / FramePath(DirectoriesBelowPattern(), WindowTitle(window));
     std::error_code ignored; // the file says what is wrong
-    fs::create_directories(directory, ignored);
-    const std::string path = (directory / FrameFileName(WindowTitle(window))).string();
+    fs::create_directories(file.parent_path(), ignored);
+    const std::string path = file.string();
     const std::size_t count = std::size_t{picture.width} * picture.height;
     const std::unique_ptr<std::uint32_t[]> argb(new (std::nothrow) std::uint32_t[count]);
     const bool isRead = argb && UnpackImage(*picture.format, picture.width, picture.height,

@@ -8,9 +8,14 @@
 /// empty title, and ".png".
 std::string FrameFileName(const std::string& windowTitle);
 
+/// Where a frame is kept below the directory of frames: in the directories in which its scene lies
+/// below that of the pattern, so that scenes of equal names have a picture each. In `below` each name
+/// has a `/` behind it.
+std::string FramePath(const std::string& below, const std::string& windowTitle);
+
 /// Writes the picture, opaque, into the directory that the environment variable `QSA2QSB_FRAMES`
-/// names, under the title of `window`. A directory that is missing is made; a relative one is taken
-/// from where the program was started. Without the variable nothing happens. A failure goes to
-/// standard error: a frame that cannot be kept does not stop the program. With a `ramp` each colour is
-/// looked up there, as a display would.
+/// names, at `FramePath` with the title of `window`. A directory that is missing is made; a relative
+/// one is taken from where the program was started. Without the variable nothing happens. A failure
+/// goes to standard error: a frame that cannot be kept does not stop the program. With a `ramp` each
+/// colour is looked up there, as a display would.
 void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp);

@@ -1,0 +1,51 @@
+#include "platform/WalkedFile.h"
+
+#include "platform/headless/win32/FileInHand.h"
+
+#include <cstdio>
+
+namespace {
+
+/// Null outside of a conversion.
+struct FileInHand {
+    const char* directory;
+    const char* below;
+    const char* name;
+} gFile;
+
+void Say(const char* what)
+{
+    // What went to standard output before is seen before it.
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s%s%s: %s\n", gFile.directory, gFile.below, gFile.name, what);
+}
+
+} // namespace
+
+WalkedFile::WalkedFile(const char* directory, const char* below, const char* name)
+{
+    gFile = {directory, below, name};
+}
+
+WalkedFile::~WalkedFile()
+{
+    if (gFile.name != nullptr)
+        Say("not converted");
+    gFile = {};
+}
+
+void WalkedFile::Converted()
+{
+    gFile = {};
+}
+
+void ReportNoKeyword()
+{
+    if (gFile.name != nullptr)
+        Say("holds no scene (no keyword of the format found)");
+}
+
+std::string DirectoriesBelowPattern()
+{
+    return gFile.below != nullptr ? gFile.below : "";
+}
