@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <span>
@@ -708,6 +709,9 @@ private:
     void DrawHierarchy(KRE_3dScene& scene);
     void DrawObjectMarkers(KRE_3dScene& scene);
     void DrawLightMarkers(KRE_3dScene& scene);
+    /// Names what the device refuses to draw with, ahead of the error.
+    void WarnOfRefusedPass(const KRE_ShaderEffect& effect, UINT pass,
+                           const std::function<HRESULT()>& draw);
     /// The same in each pass of an effect, or once without one.
     template <class Call>
     void DrawWith(KRE_ShaderEffect* effect, const Call& call, const char* failureText)
@@ -719,7 +723,14 @@ private:
         const UINT passes = effect->Begin();
         for (UINT pass = 0; pass < passes; ++pass) {
             effect->BeginPass(pass);
-            Draw(call, failureText);
+            Draw(
+                [&] {
+                    const HRESULT result = call();
+                    if (FAILED(result))
+                        WarnOfRefusedPass(*effect, pass, call);
+                    return result;
+                },
+                failureText);
             effect->EndPass();
         }
         effect->End();

@@ -8,6 +8,7 @@
 #include "base/Paths.h"
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_ShaderEffect.h"
+#include "gfx/RefusedState.h"
 
 int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool usePool, DWORD flags,
                             bool fatalIfMissing)
@@ -33,6 +34,7 @@ int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool use
     }
     auto data = std::make_unique<ShaderEffectData>();
     data->effect = CompileEffect(file, usePool, flags);
+    data->file = file;
     effect->resourceId = effectManager.Add(data.get(), name.c_str());
     effect->data = data.release();
     effect->Initialise(file);
@@ -93,6 +95,15 @@ void KRE_Gfx::PrepareEffect(KRE_ShaderEffect& effect, KRE_Mesh* mesh, int32_t ma
         UpdateEffectObject(effect, *mesh, materialIndex);
     if (effect.needsLights)
         UpdateEffectLights(effect);
+}
+
+void KRE_Gfx::WarnOfRefusedPass(const KRE_ShaderEffect& effect, UINT pass,
+                                const std::function<HRESULT()>& draw)
+{
+    const std::string state = FindRefusedState(*device.Get(), currentFvf, draw);
+    if (!state.empty())
+        Warning("The device refuses %s in pass %u of technique %i of the effect '%s'",
+                state.c_str(), pass, effect.technique, effect.data->file.c_str());
 }
 
 void KRE_Gfx::SelectPassTarget(const EffectPassTarget& target)

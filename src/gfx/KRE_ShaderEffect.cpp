@@ -2,6 +2,7 @@
 
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_Gfx.h"
+#include "platform/EffectFault.h"
 #include "scene/KRE_MaterialInfo.h"
 
 KRE_ShaderEffect::KRE_ShaderEffect()
@@ -57,12 +58,28 @@ UINT KRE_ShaderEffect::Begin()
 
 void KRE_ShaderEffect::BeginPass(UINT pass)
 {
-    Check(data->effect->BeginPass(pass), "Can not begin pass of effect: %s");
+    const HRESULT result = data->effect->BeginPass(pass);
+    if (FAILED(result))
+        WarnOfFault();
+    Check(result, "Can not begin pass of effect: %s");
     if (technique < 0)
         return;
     const auto& targets = data->techniques[static_cast<size_t>(technique)].passTargets;
     if (pass < targets.size())
         gfx->SelectPassTarget(targets[pass]);
+}
+
+/// What the host knows of the reason why a pass cannot begin.
+void KRE_ShaderEffect::WarnOfFault()
+{
+    const bool isChosen = technique >= 0 && technique < data->techniqueCount;
+    if (!isChosen)
+        return;
+    const D3DXHANDLE handle = data->techniques[static_cast<size_t>(technique)].handle;
+    const std::string fault = EffectFault(*data->effect.Get(), handle);
+    if (!fault.empty())
+        Warning("Technique %i of the effect '%s' cannot be drawn: %s", technique,
+                data->file.c_str(), fault.c_str());
 }
 
 void KRE_ShaderEffect::EndPass()

@@ -72,6 +72,7 @@ public:
 
 private:
     void Check(HRESULT result, const char* text);
+    void WarnOfFault();
     void BindSemantics();
     void BindResources(const char* fileName);
     void ReadTechniques();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include <d3dx9.h>
@@ -77,6 +78,7 @@ struct ShaderEffectData {
     static constexpr int32_t kScreenQuarterBuffers = 3;
 
     ComPointer<ID3DXEffect> effect;
+    std::string file; ///< as it was loaded
     D3DXHANDLE semantics[static_cast<int32_t>(EffectSemantic::kCount)]{};
     D3DXHANDLE screenBuffers[kScreenBuffers]{};
     D3DXHANDLE screenQuarterBuffers[kScreenQuarterBuffers]{};

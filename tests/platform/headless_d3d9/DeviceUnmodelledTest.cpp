@@ -41,7 +41,6 @@ Interface* Untouchable()
 TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
 {
     UINT palette = 0;
-    DWORD passes = 0;
     D3DRASTER_STATUS raster = {};
     float floats[4] = {};
     int ints[4] = {};
@@ -50,7 +49,6 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
         {"SetCursorProperties", [&] { return device->SetCursorProperties(0, 0, nullptr); }},
         {"GetRasterStatus", [&] { return device->GetRasterStatus(0, &raster); }},
         {"SetDialogBoxMode", [&] { return device->SetDialogBoxMode(TRUE); }},
-        {"ValidateDevice", [&] { return device->ValidateDevice(&passes); }},
         {"SetPaletteEntries", [&] { return device->SetPaletteEntries(0, nullptr); }},
         {"GetPaletteEntries", [&] { return device->GetPaletteEntries(0, nullptr); }},
         {"SetCurrentTexturePalette", [&] { return device->SetCurrentTexturePalette(0); }},

@@ -78,7 +78,7 @@ TEST_F(FxErrorTest, ADeclarationErrorNamesItsPlace)
         {"twice", "float a;\nint a;", "memory(2,5): error X3002: "},
         {"array of none", "float a[0];", "memory(1,9): error X3006: "},
         {"array below none", "float a[-1];", "memory(1,9): error X3006: "},
-        {"array of arrays", "float a[2][2];", "memory(1,11): error X3011: "},
+        {"array of arrays of none", "float a[2][x];", "memory(1,12): error X3001: "},
         {"too many values", "float2 a = {1, 2, 3};", "memory(1,19): error X3005: "},
         {"too few values", "float2 a = {1};", "memory(1,12): error X3005: "},
         {"array without braces", "float a[2] = 1;", "memory(1,14): error X3005: "},
@@ -113,10 +113,10 @@ TEST_F(FxErrorTest, ADeclarationErrorNamesItsPlace)
         {"annotation twice", "float a < int b = 1; int b = 2; >;", "memory(1,26): error X3002: "},
         {"function left open", "float f() { if (1) { }", "memory(1,11): error X3000: "},
         {"member twice", "struct s { float a; float a; };", "memory(1,27): error X3002: "},
-        {"struct in a struct", "struct s { struct i { int a; } b; };",
-         "memory(1,19): error X3011: "},
-        {"struct behind const", "struct s { const struct { int a; } b; };",
-         "memory(1,25): error X3011: "},
+        {"struct in a struct", "struct s { struct i { int a;", "memory(1,21): error X3000: "},
+        {"type in a struct", "struct s { struct i { int a; } b; } x; j y;",
+         "memory(1,40): error X3003: "},
+        {"parameter of no type twice", "stateblock a; float a;", "memory(1,21): error X3002: "},
         {"unknown struct", "struct s a;", "memory(1,8): error X3003: "},
         {"member of a template", "vector<string, 3> a;", "memory(1,8): error X3003: "},
         {"extent of a template", "vector<float, 5> a;", "memory(1,15): error X3006: "},
@@ -151,10 +151,11 @@ TEST_F(FxErrorTest, APassErrorNamesItsPlace)
         {"list in brackets", "MaterialDiffuse = ({1, 2, 3, 4});", "memory(1,46): error X3000: "},
         {"unknown texture", "Texture[0] = <t>;", "memory(1,41): error X3001: "},
         {"angle left open", "ZEnable = <1;", "memory(1,39): error X3000: "},
-        {"unknown shader function", "VertexShader = compile vs_1_1 f();",
-         "memory(1,57): error X3001: "},
-        {"profile of the other kind", "VertexShader = compile ps_1_1 f();",
-         "memory(1,50): error X3011: "},
+        {"assembler left open", "VertexShader = asm { { { vs_1_1", "memory(1,46): error X3000: "},
+        {"assembler without a block", "VertexShader = asm vs_1_1;", "memory(1,46): error X3000: "},
+        {"nothing behind a shader", "VertexShader = compile vs_1_1 f() }",
+         "memory(1,61): error X3000: "},
+        {"state that nearly is one", "StateBlocks = 1;", "memory(1,27): error X3008: "},
         {"no shader", "PixelShader = 5;", "memory(1,41): error X3000: "},
     };
     for (const BadText& c : cases)
@@ -274,12 +275,15 @@ TEST_F(FxErrorTest, ALineDirectiveMovesThePlaces)
     EXPECT_EQ(ErrorOf("#line 100 \"other.fx\"\n\n bad a;").substr(0, 17), "other.fx(101,2): ");
 }
 
+// A file with such a byte is no text; one that it includes may hold it.
 TEST_F(FxErrorTest, NoByteOfAFileEndsTheTextEarly)
 {
-    const std::string name = std::string("#line 5 \"a\0b.fx\"\n", 17);
-    EXPECT_EQ(ErrorOf(name + "bad x;"), "a?b.fx(5,1): error X3003: there is no type 'bad'\n");
-    EXPECT_EQ(ErrorOf(std::string("float \0;", 8)),
-              "memory(1,7): error X3000: a name is expected, not '?'\n");
+    const ScratchDirectory folder;
+    folder.Write("main.fx", "#include \"name.fxh\"\n");
+    folder.Write("name.fxh", std::string("#line 5 \"a\0b.fx\"\nbad x;", 23));
+    EXPECT_EQ(ErrorOfFile("main.fx"), "a?b.fx(5,1): error X3003: there is no type 'bad'\n");
+    folder.Write("name.fxh", std::string("float \0;", 8));
+    EXPECT_EQ(ErrorOfFile("main.fx"), "name.fxh(1,7): error X3000: a name is expected, not '?'\n");
 }
 
 TEST_F(FxErrorTest, AContinuedLineKeepsThePlacesOfTheFile)
@@ -287,12 +291,6 @@ TEST_F(FxErrorTest, AContinuedLineKeepsThePlacesOfTheFile)
     // The backslash stands on line 1; "bad" begins line 2 at column 3.
     EXPECT_EQ(ErrorOf("float a; \\\n  bad b;").substr(0, 13), "memory(2,3): ");
     EXPECT_EQ(ErrorOf("\\\nbad b;").substr(0, 13), "memory(2,1): ");
-}
-
-TEST_F(FxErrorTest, ACompiledEffectIsRefusedByName)
-{
-    const std::string compiled("\x01\x09\xFF\xFE\0\0\0\0", 8);
-    EXPECT_EQ(ErrorOf(compiled).substr(0, 26), "memory(1,1): error X1009: ");
 }
 
 TEST_F(FxErrorTest, AMissingFileHasNoText)

@@ -13,6 +13,8 @@ namespace {
 
 std::deque<std::pair<std::string, HRESULT>> gOrderedResults;
 std::map<std::string, int> gUnmodelledCalls;
+std::string gLastRefusal;
+int gQuietCount = 0;
 
 } // namespace
 
@@ -31,9 +33,31 @@ HRESULT TakeOrderedResult(const char* name)
 
 HRESULT LogUnmodelled(const char* name, const std::string& arguments, HRESULT result)
 {
-    if (gUnmodelledCalls[name]++ == 0)
+    gLastRefusal = std::string(name) + '(' + arguments + ')';
+    if (gQuietCount == 0 && gUnmodelledCalls[name]++ == 0)
         std::fprintf(stderr, "UNMODELLED %s(%s)\n", name, arguments.c_str());
     return result;
+}
+
+void LogLack(const std::string& text)
+{
+    std::fprintf(stderr, "UNMODELLED %s\n", text.c_str());
+}
+
+QuietRefusals::QuietRefusals()
+{
+    ++gQuietCount;
+    gLastRefusal.clear();
+}
+
+QuietRefusals::~QuietRefusals()
+{
+    --gQuietCount;
+}
+
+const std::string& LastRefusal()
+{
+    return gLastRefusal;
 }
 
 void FailNextCall(const char* name, HRESULT result)

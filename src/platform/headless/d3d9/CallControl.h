@@ -19,6 +19,22 @@ inline HRESULT OrderedResult(const char* name)
     return gOrderedResultCount == 0 ? D3D_OK : TakeOrderedResult(name);
 }
 
+/// Writes "UNMODELLED text" to standard error: what a file asks for and the host does not have.
+void LogLack(const std::string& text);
+
+/// While one of these lives, refusals are neither written nor counted: they are the answer to a
+/// question. `LastRefusal` starts empty.
+class QuietRefusals {
+public:
+    QuietRefusals();
+    ~QuietRefusals();
+    QuietRefusals(const QuietRefusals&) = delete;
+    QuietRefusals& operator=(const QuietRefusals&) = delete;
+};
+
+/// "name(arguments)" of the last call or state that was not modelled.
+const std::string& LastRefusal();
+
 /// Writes "UNMODELLED name(arguments)" to standard error, the first time for each name, counts the
 /// call and gives `result` back.
 HRESULT LogUnmodelled(const char* name, const std::string& arguments, HRESULT result);

@@ -100,11 +100,6 @@ HRESULT HeadlessDevice::EndStateBlock(IDirect3DStateBlock9** blockOut)
     return Unmodelled("EndStateBlock", blockOut);
 }
 
-HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
-{
-    return Unmodelled("ValidateDevice", numPassesOut);
-}
-
 HRESULT HeadlessDevice::SetPaletteEntries(UINT palette, const PALETTEENTRY* entries)
 {
     return Unmodelled("SetPaletteEntries", palette, entries);

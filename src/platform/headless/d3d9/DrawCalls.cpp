@@ -1,4 +1,5 @@
-// The four draw calls: what they are given is checked here and handed to the rasterizer.
+// The four draw calls: what they are given is checked here and handed to the rasterizer. Also the
+// question whether they would be refused.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -54,6 +55,20 @@ HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& lay
     if (!rasterizer)
         rasterizer.reset(new (std::nothrow) Rasterizer());
     return rasterizer ? rasterizer->Draw(state, layout, request) : E_OUTOFMEMORY;
+}
+
+/// Whether a draw with these states is refused; whatever it is, it takes one pass.
+HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
+{
+    if (const HRESULT ordered = OrderedResult("ValidateDevice"); FAILED(ordered))
+        return ordered;
+    if (!numPassesOut)
+        return D3DERR_INVALIDCALL;
+    *numPassesOut = 1;
+    VertexLayout layout;
+    if (state.fvf != 0 && !MakeVertexLayout(state.fvf, layout)) // 0 is one that is still to be set
+        return Unmodelled("D3DFVF", state.fvf);
+    return CheckPixelStates(state);
 }
 
 void HeadlessDevice::ForgetStream()

@@ -96,6 +96,15 @@ PixelArea AreaOf(const DeviceState& state)
 
 } // namespace
 
+HRESULT CheckPixelStates(const DeviceState& state)
+{
+    OutputMerger output;
+    HRESULT result = CheckStates(state);
+    if (SUCCEEDED(result))
+        result = CheckStageStates(state);
+    return FAILED(result) ? result : MakeOutputMerger(state, output);
+}
+
 HRESULT MakePixelProgram(const DeviceState& state, PixelProgram& programOut)
 {
     HRESULT result = CheckStates(state);

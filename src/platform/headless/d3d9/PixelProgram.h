@@ -21,5 +21,9 @@ struct PixelProgram {
 /// want of memory.
 HRESULT MakePixelProgram(const DeviceState& state, PixelProgram& programOut);
 
+/// Whether `MakePixelProgram` would fail for the states alone, whatever textures are set later: those
+/// of samplers count where a stage would read a texture.
+HRESULT CheckPixelStates(const DeviceState& state);
+
 /// Shades and writes the pixels left <= x < right of a row, which must lie in the program's area.
 void ShadeSpan(const PixelProgram& program, const Planes& planes, int y, int left, int right);

@@ -234,7 +234,7 @@ bool Sampler::NeedsLevel() const
            (mipFilter != D3DTEXF_NONE && lastLevel > firstLevel);
 }
 
-HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut)
+HRESULT CheckSamplerStates(const DeviceState& state, UINT stage)
 {
     const auto& states = state.sampler[stage];
     for (const D3DSAMPLERSTATETYPE type : {D3DSAMP_ADDRESSU, D3DSAMP_ADDRESSV})
@@ -246,6 +246,14 @@ HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut)
     // UNMODELLED: colours in sRGB.
     if (states[D3DSAMP_SRGBTEXTURE] != 0)
         return Unmodelled("D3DSAMP_SRGBTEXTURE", states[D3DSAMP_SRGBTEXTURE]);
+    return D3D_OK;
+}
+
+HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut)
+{
+    if (const HRESULT result = CheckSamplerStates(state, stage); FAILED(result))
+        return result;
+    const auto& states = state.sampler[stage];
     HeadlessTexture& texture = *state.textures[stage].Get();
     samplerOut.addressU = static_cast<D3DTEXTUREADDRESS>(states[D3DSAMP_ADDRESSU]);
     samplerOut.addressV = static_cast<D3DTEXTUREADDRESS>(states[D3DSAMP_ADDRESSV]);

@@ -25,6 +25,9 @@ struct Sampler {
     bool NeedsLevel() const;
 };
 
+/// Fails for values that name nothing.
+HRESULT CheckSamplerStates(const DeviceState& state, UINT stage);
+
 /// Resolves `state`'s texture and sampler of a stage, which has a texture. Fails for want of memory and
 /// for values that name nothing.
 HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut);

@@ -118,18 +118,26 @@ HRESULT CheckCoordinates(const StageStates& states)
     return D3D_OK;
 }
 
+/// Both halves of a stage, and the register for their result.
+HRESULT MakeOperations(const StageStates& states, bool hasTexture, StageProgram& stage,
+                       Reads& reads)
+{
+    HRESULT result = MakeOperation(states, false, hasTexture, stage.colour, reads);
+    if (SUCCEEDED(result))
+        result = MakeOperation(states, true, hasTexture, stage.alpha, reads);
+    const DWORD target = states[D3DTSS_RESULTARG];
+    if (SUCCEEDED(result) && target != D3DTA_CURRENT && target != D3DTA_TEMP)
+        result = Unmodelled("D3DTSS_RESULTARG", target);
+    return result;
+}
+
 HRESULT MakeStage(const DeviceState& state, UINT index, StagePrograms& programs)
 {
     const StageStates& states = state.stage[index];
     StageProgram& stage = programs.stages[index];
     const bool hasTexture = state.textures[index].Get() != nullptr;
     Reads reads;
-    HRESULT result = MakeOperation(states, false, hasTexture, stage.colour, reads);
-    if (SUCCEEDED(result))
-        result = MakeOperation(states, true, hasTexture, stage.alpha, reads);
-    const DWORD resultRegister = states[D3DTSS_RESULTARG];
-    if (SUCCEEDED(result) && resultRegister != D3DTA_CURRENT && resultRegister != D3DTA_TEMP)
-        result = Unmodelled("D3DTSS_RESULTARG", resultRegister);
+    HRESULT result = MakeOperations(states, hasTexture, stage, reads);
     if (FAILED(result))
         return result;
     stage.bump = BumpKind::None;
@@ -138,7 +146,7 @@ HRESULT MakeStage(const DeviceState& state, UINT index, StagePrograms& programs)
     const bool isPremodulated = index > 0 && programs.stages[index - 1].isModulatedByNext;
     stage.isPremodulated = isPremodulated && hasTexture;
     stage.isModulatedByNext = states[D3DTSS_COLOROP] == D3DTOP_PREMODULATE;
-    stage.writesTemp = resultRegister == D3DTA_TEMP;
+    stage.writesTemp = states[D3DTSS_RESULTARG] == D3DTA_TEMP;
     stage.constant = SplatArgb(states[D3DTSS_CONSTANT]);
     stage.samples = hasTexture && (reads.texture || stage.bump != BumpKind::None || isPremodulated);
     stage.isProjected = (states[D3DTSS_TEXTURETRANSFORMFLAGS] & D3DTTFF_PROJECTED) != 0;
@@ -223,6 +231,28 @@ HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut)
         if (const HRESULT result = MakeStage(state, i, programsOut); FAILED(result))
             return result;
         programsOut.count = static_cast<int>(i) + 1;
+    }
+    return D3D_OK;
+}
+
+HRESULT CheckStageStates(const DeviceState& state)
+{
+    bool isPremodulated = false;
+    for (UINT i = 0; i < kStageCount; ++i) {
+        const StageStates& states = state.stage[i];
+        if (states[D3DTSS_COLOROP] == D3DTOP_DISABLE)
+            break;
+        StageProgram stage;
+        Reads reads;
+        HRESULT result = MakeOperations(states, true, stage, reads);
+        const bool samples = reads.texture || isPremodulated || IsBump(states[D3DTSS_COLOROP]);
+        if (SUCCEEDED(result) && samples)
+            result = CheckCoordinates(states);
+        if (SUCCEEDED(result) && samples)
+            result = CheckSamplerStates(state, i);
+        if (FAILED(result))
+            return result;
+        isPremodulated = states[D3DTSS_COLOROP] == D3DTOP_PREMODULATE;
     }
     return D3D_OK;
 }

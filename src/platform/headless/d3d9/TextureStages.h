@@ -69,6 +69,9 @@ struct StagePrograms {
 /// its vertex colours. Fails for numbers that name no operation or argument, and for want of memory.
 HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut);
 
+/// Whether `MakeStagePrograms` would fail for the states if each stage had a texture.
+HRESULT CheckStageStates(const DeviceState& state);
+
 /// Coordinates of a stage for four pixels.
 struct StageCoordinates {
     Lanes u, v, level;

@@ -1,5 +1,6 @@
 #include <d3dx9.h>
 
+#include <algorithm>
 #include <new>
 #include <string>
 
@@ -30,15 +31,26 @@ bool Prepare(const Request& request)
     return request.device && request.effectOut;
 }
 
-/// Compiled effects begin with this word, least byte first.
-constexpr std::string_view kCompiledMark("\x01\x09\xFF\xFE", 4);
+/// Whether the bytes are those of a compiled effect, cut or damaged ones included. Those begin with a
+/// byte of 1; texts have no control characters but blanks and the end mark of old editors.
+bool IsBinary(std::string_view bytes)
+{
+    const auto isStrange = [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte < 0x20 && !(byte >= '\t' && byte <= '\r') && byte != 0x1A;
+    };
+    return std::any_of(bytes.begin(), bytes.end(), isStrange);
+}
 
 bool Read(const Request& request, const std::string& path, std::string_view bytes, bool readsFiles,
           FxDiagnostics& diagnostics, FxModel& model)
 {
-    if (bytes.starts_with(kCompiledMark))
-        return diagnostics.Fail({diagnostics.AddFile(path), 1, 1}, FxError::CompiledEffect,
-                                "compiled effects are not read on this host, only their text");
+    if (IsBinary(bytes)) {
+        const FxPlace start = {diagnostics.AddFile(path), 1, 1};
+        model.lack = diagnostics.PlaceText(start) +
+                     ": compiled effects are not read on this host, only their text";
+        return true;
+    }
     FxSources sources(request.include, readsFiles);
     FxPreprocessor preprocessor(sources, diagnostics);
     std::vector<FxToken> words;
@@ -58,6 +70,8 @@ HRESULT Create(const Request& request, const std::string& path, std::string_view
             *request.errorsOut = FxMakeTextBuffer(diagnostics.Text());
         return D3DXERR_INVALIDDATA;
     }
+    if (!model->lack.empty())
+        LogLack(model->lack);
     *request.effectOut = new (std::nothrow)
         FxEffect(*request.device, static_cast<EffectPool*>(request.pool), std::move(model));
     return *request.effectOut ? D3D_OK : E_OUTOFMEMORY;
@@ -89,7 +103,8 @@ HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
     if (!Prepare(request) || !path)
         return D3DERR_INVALIDCALL;
     std::string bytes;
-    if (const HRESULT result = FxSources::ReadFile(path, bytes); FAILED(result))
+    const HRESULT result = FxSources::ReadFile(path, bytes);
+    if (FAILED(result) && !IsBinary(bytes)) // a compiled one may be of any length
         return result;
     return Create(request, path, bytes, true);
 }

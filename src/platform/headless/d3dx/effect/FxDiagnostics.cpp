@@ -16,11 +16,18 @@ std::uint32_t FxDiagnostics::AddFile(std::string name)
     return static_cast<std::uint32_t>(files.size() - 1);
 }
 
+std::string FxDiagnostics::PlaceText(FxPlace place) const
+{
+    std::string name =
+        place.file < files.size() ? files[place.file].substr(0, kMaxQuotedBytes) : "effect";
+    std::replace(name.begin(), name.end(), '\0', '?'); // a `#line` may have given it
+    return name + '(' + std::to_string(place.line) + ',' + std::to_string(place.column) + ')';
+}
+
 void FxDiagnostics::Keep(FxPlace place, FxError error, const std::string& what)
 {
-    text = place.file < files.size() ? files[place.file].substr(0, kMaxQuotedBytes) : "effect";
-    text += '(' + std::to_string(place.line) + ',' + std::to_string(place.column) + "): error X" +
-            std::to_string(static_cast<int>(error)) + ": " + what.substr(0, kMaxQuotedBytes);
+    text = PlaceText(place) + ": error X" + std::to_string(static_cast<int>(error)) + ": " +
+           what.substr(0, kMaxQuotedBytes);
     // The text reaches its reader with a terminator: no byte of a file may end it early.
     std::replace(text.begin(), text.end(), '\0', '?');
     text += '\n';

@@ -21,7 +21,6 @@ enum class FxError {
     BadMacroCall = 1006,
     ErrorDirective = 1007,
     BadText = 1008,
-    CompiledEffect = 1009,
     Syntax = 3000,
     UnknownName = 3001,
     Redefinition = 3002,
@@ -33,7 +32,6 @@ enum class FxError {
     UnknownState = 3008,
     BadNumber = 3009,
     SharedMismatch = 3010,
-    Unsupported = 3011,
     Limit = 4000,
 };
 
@@ -43,6 +41,8 @@ public:
     /// The index under which places name the file.
     std::uint32_t AddFile(std::string name);
     const std::string& FileName(std::uint32_t file) const { return files[file]; }
+    /// "file(line,column)". A name of a file is cut at 512 bytes.
+    std::string PlaceText(FxPlace place) const;
 
     /// Keeps "file(line,column): error X1234: text" unless there is an error already. Always false,
     /// so that a reader can leave by it.

@@ -3,6 +3,7 @@
 #include <d3dx9.h>
 
 #include <memory>
+#include <string>
 #include <unordered_set>
 
 #include "platform/headless/d3dx/effect/EffectPool.h"
@@ -133,6 +134,10 @@ public:
     HRESULT STDMETHODCALLTYPE SetRawValue(D3DXHANDLE parameter, const void* data, UINT offset,
                                           UINT bytes) override;
 
+    /// Why a technique cannot be drawn here, with file and place; for null why the whole effect cannot;
+    /// "" for no reason.
+    std::string Fault(D3DXHANDLE technique);
+
 private:
     using List = std::vector<std::unique_ptr<FxParameter>>;
 
@@ -145,6 +150,9 @@ private:
     const List* AnnotationsOf(D3DXHANDLE handle);
     FxParameter* FindPath(FxParameter* parent, std::string_view path);
     void DropDeviceTextures(const List& list);
+    HRESULT Validate(const FxTechnique& item, std::string& faultOut);
+    HRESULT ValidatePass(const FxPass& pass, std::string& faultOut);
+    void ReportOnce();
 
     ComPointer<IDirect3DDevice9> device;
     ComPointer<EffectPool> pool;
@@ -157,6 +165,7 @@ private:
     FxTechnique* technique = nullptr; ///< the current one; not owned, lives in `model`
     FxPass* activePass = nullptr;     ///< between `BeginPass` and `EndPass`
     bool isActive = false;            ///< between `Begin` and `End`
+    bool isReported = false;          ///< why nothing of it can be drawn
     std::uint64_t appliedStamp = 0;   ///< the newest change that the active pass knows
     FxPassStates passStates;
     FxSavedStates savedStates;

@@ -32,7 +32,8 @@ D3DXHANDLE FxEffect::GetCurrentTechnique()
     return reinterpret_cast<D3DXHANDLE>(technique);
 }
 
-/// `D3DXERR_INVALIDDATA` for a technique with a pass that needs a compiled shader.
+/// `D3DXERR_INVALIDDATA` for a technique with a pass that this host cannot read, else what the device
+/// says to the states of its passes, as they are with the parameters' present values.
 HRESULT FxEffect::ValidateTechnique(D3DXHANDLE handle)
 {
     if (const HRESULT ordered = OrderedResult("ID3DXEffect::ValidateTechnique"); FAILED(ordered))
@@ -40,20 +41,82 @@ HRESULT FxEffect::ValidateTechnique(D3DXHANDLE handle)
     const FxTechnique* found = Technique(handle);
     if (!found)
         return D3DERR_INVALIDCALL;
-    return found->IsValid() ? D3D_OK : D3DXERR_INVALIDDATA;
+    std::string fault;
+    const HRESULT result = Validate(*found, fault);
+    if (FAILED(result))
+        ReportOnce();
+    return result;
+}
+
+HRESULT FxEffect::Validate(const FxTechnique& item, std::string& faultOut)
+{
+    for (const auto& pass : item.passes) {
+        if (!pass->lack.empty()) {
+            faultOut = pass->lack;
+            return D3DXERR_INVALIDDATA;
+        }
+    }
+    const QuietRefusals quiet;
+    FxSavedStates before;
+    before.Save(*device.Get(), item.touched, 0);
+    HRESULT result = D3D_OK;
+    for (std::size_t i = 0; i < item.passes.size() && SUCCEEDED(result); ++i)
+        result = ValidatePass(*item.passes[i], faultOut);
+    before.Restore(*device.Get());
+    return result;
+}
+
+HRESULT FxEffect::ValidatePass(const FxPass& pass, std::string& faultOut)
+{
+    FxPassStates states;
+    DWORD passes = 0;
+    HRESULT result = states.Apply(*device.Get(), pass, 0);
+    std::string refused = states.Refused();
+    if (SUCCEEDED(result)) {
+        result = device->ValidateDevice(&passes);
+        refused = LastRefusal();
+    }
+    if (FAILED(result))
+        faultOut = pass.place + ": the device refuses the pass because of " +
+                   (refused.empty() ? "its states" : refused);
+    return result;
+}
+
+std::string FxEffect::Fault(D3DXHANDLE handle)
+{
+    std::string fault = model->lack;
+    if (const FxTechnique* found = Technique(handle))
+        Validate(*found, fault);
+    return fault;
+}
+
+/// Tells once why nothing of the effect can be drawn here: what is wrong with its first technique. An
+/// effect with a technique to fall back on is none to tell of.
+void FxEffect::ReportOnce()
+{
+    std::string first;
+    for (const auto& item : model->techniques) {
+        std::string fault;
+        if (isReported || SUCCEEDED(Validate(*item, fault)))
+            return;
+        first = first.empty() ? fault : first;
+    }
+    isReported = true;
+    LogLack(first);
 }
 
 /// Begins with the technique behind `handle`, with the first one for null. `S_FALSE` and null if none
 /// is left.
 HRESULT FxEffect::FindNextValidTechnique(D3DXHANDLE handle, D3DXHANDLE* nextOut)
 {
+    std::string fault;
     const FxTechnique* last = Technique(handle);
     if (!nextOut || (handle && !last))
         return D3DERR_INVALIDCALL;
     *nextOut = nullptr;
     bool isBehind = last == nullptr;
     for (const auto& item : model->techniques) {
-        if (isBehind && item->IsValid()) {
+        if (isBehind && SUCCEEDED(Validate(*item, fault))) {
             *nextOut = reinterpret_cast<D3DXHANDLE>(item.get());
             return D3D_OK;
         }
@@ -95,8 +158,8 @@ HRESULT FxEffect::BeginPass(UINT index)
     if (!isActive || activePass || index >= technique->passes.size())
         return D3DERR_INVALIDCALL;
     FxPass& pass = *technique->passes[index];
-    if (pass.needsShader)
-        return Unmodelled("ID3DXEffect::BeginPass with a shader", index);
+    if (!pass.lack.empty())
+        return Unmodelled("ID3DXEffect::BeginPass", index);
     appliedStamp = FxStamp();
     activePass = &pass;
     return passStates.Apply(*device.Get(), pass, 0);

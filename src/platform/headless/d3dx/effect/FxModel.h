@@ -17,7 +17,8 @@ struct FxPass {
     /// code, as there is none on this host. A version of 0 is no shader.
     std::array<DWORD, 2> vertexFunction = {0, 0x0000FFFF};
     std::array<DWORD, 2> pixelFunction = {0, 0x0000FFFF};
-    bool needsShader = false; ///< cannot be drawn on this host
+    std::string place; ///< in the text, as errors name it
+    std::string lack;  ///< why this host cannot draw it, with the place; "" for no reason
 };
 
 struct FxTechnique {
@@ -25,8 +26,6 @@ struct FxTechnique {
     std::vector<std::unique_ptr<FxParameter>> annotations;
     std::vector<std::unique_ptr<FxPass>> passes;
     std::vector<FxStateKey> touched; ///< every state that a pass may change, each once
-
-    bool IsValid() const;
 };
 
 /// Everything that the text of an effect declares.
@@ -35,4 +34,6 @@ struct FxModel {
     std::vector<std::unique_ptr<FxParameter>> parameters;
     std::vector<std::unique_ptr<FxParameter>> constants; ///< `static` ones, which nobody sees
     std::vector<std::unique_ptr<FxTechnique>> techniques;
+    std::string
+        lack; ///< why this host has no technique of it at all; "" where it has read the text
 };

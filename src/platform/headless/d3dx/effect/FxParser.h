@@ -29,13 +29,14 @@ private:
     bool Type(FxType& typeOut);
     bool TemplateType(bool isMatrix, FxType& typeOut);
     bool Struct(FxType& typeOut);
+    void NestedStruct(FxType& typeOut);
     bool Members(FxStruct& structure);
     bool AddMember(FxStruct& structure, FxMember member, FxPlace place);
     bool TypeDefinition();
     bool Variables();
     bool Variable(const Declaration& declaration, const FxToken& name);
     bool Function(const FxToken& name);
-    bool Elements(UINT& elementsOut);
+    bool Elements(UINT& elementsOut, bool& isModelledInOut);
     bool Semantic(std::string& semanticOut, bool& hasSemanticOut);
     bool Annotations(List& annotationsOut);
     bool Annotation(List& annotationsOut);
@@ -51,7 +52,8 @@ private:
     bool String(FxParameter& parameter);
     bool Sampler(FxParameter& parameter);
     bool Shader(bool isVertex, DWORD& versionOut);
-    bool ShaderVersion(bool isVertex, const FxToken& profile, DWORD& versionOut);
+    DWORD ShaderVersion(bool isVertex, std::size_t ahead) const;
+    bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
 
     // FxParserTechniques.cpp
@@ -63,8 +65,9 @@ private:
     bool CheckValue(const FxState& state, FxPlace place, FxExpression& value);
     bool ObjectValue(const FxState& state, FxAssignment& assignmentOut);
     bool PassState(FxPass& pass);
+    void KeepLack(FxPass& pass, const FxToken& word, const std::string& what) const;
+    bool IsUnmodelledPlace(const FxState& state) const;
     bool PassShader(const FxState& state, FxPass& pass);
-    bool ShaderConstant(FxPass& pass);
 
     FxDiagnostics& diagnostics;
     EffectPool* pool; ///< not owned

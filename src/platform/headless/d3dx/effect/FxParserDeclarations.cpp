@@ -74,7 +74,7 @@ bool FxParser::Type(FxType& typeOut)
         return Struct(typeOut);
     if (word.kind != FxTokenKind::Identifier)
         return words.Unexpected("a declaration");
-    if (!model.names.FindType(word.text, typeOut))
+    if (!model.names.FindDeclaredType(word.text, typeOut))
         return words.Fail(FxError::UnknownType, "there is no type " + FxDescribe(word));
     words.Next();
     const bool isTemplate = (word.Is("vector") || word.Is("matrix")) && words.Is("<");
@@ -87,7 +87,7 @@ bool FxParser::TemplateType(bool isMatrix, FxType& typeOut)
     words.Next();
     const FxToken word = words.Next();
     FxType element;
-    if (!model.names.FindType(word.text, element) || element.kind != D3DXPC_SCALAR)
+    if (!model.names.FindDeclaredType(word.text, element) || element.kind != D3DXPC_SCALAR)
         return words.FailAt(word.place, FxError::UnknownType,
                             FxDescribe(word) + " is no type of a number");
     UINT extents[2] = {1, 1};
@@ -102,6 +102,7 @@ bool FxParser::TemplateType(bool isMatrix, FxType& typeOut)
         extents[i] = static_cast<UINT>(number.Int(0));
     }
     typeOut = FxType::Of(element.type, extents[0], extents[1], isMatrix);
+    typeOut.isModelled = element.isModelled;
     return words.AcceptClosingAngle() || words.Unexpected("'>'");
 }
 
@@ -110,7 +111,7 @@ bool FxParser::Struct(FxType& typeOut)
     const FxToken name = words.Peek();
     if (name.kind == FxTokenKind::Identifier && !words.Peek(1).Is("{")) {
         words.Next();
-        return model.names.FindType(name.text, typeOut) ||
+        return model.names.FindDeclaredType(name.text, typeOut) ||
                words.FailAt(name.place, FxError::UnknownType,
                             "there is no type " + FxDescribe(name));
     }
@@ -118,21 +119,41 @@ bool FxParser::Struct(FxType& typeOut)
     if (isNamed && model.names.types.contains(name.text))
         return words.Fail(FxError::Redefinition,
                           "there is a type " + FxDescribe(name) + " already");
-    // A struct within a struct has to be declared before it, so that this never calls itself.
-    if (isInStruct)
-        return words.Fail(FxError::Unsupported, "a struct is declared inside a struct");
+    if (isInStruct) {
+        NestedStruct(typeOut);
+        return words.Is("{") ? words.SkipBrackets("{", "}") : words.Unexpected("'{'");
+    }
     if (isNamed)
         words.Next();
     FxStruct& structure = *model.names.structs.emplace_back(std::make_unique<FxStruct>());
-    typeOut = {D3DXPC_STRUCT, D3DXPT_VOID, 0, 0, &structure};
+    typeOut = {D3DXPC_STRUCT, D3DXPT_VOID, 0, 0, &structure, true};
     isInStruct = true;
     const bool isRead = Members(structure);
     isInStruct = false;
+    typeOut.isModelled = structure.isModelled;
     if (!isRead)
         return false;
     if (isNamed)
         model.names.types.emplace(name.text, typeOut);
     return true;
+}
+
+/// UNMODELLED: a struct that is declared inside a struct, so that this never calls itself. Its text is
+/// left to the caller; its name and those inside of it are kept.
+void FxParser::NestedStruct(FxType& typeOut)
+{
+    typeOut = FxType::Unmodelled();
+    if (!words.Is("{"))
+        model.names.types.emplace(words.Next().text, typeOut);
+    std::size_t depth = 0;
+    for (std::size_t ahead = 0; words.Peek(ahead).kind != FxTokenKind::End; ++ahead) {
+        depth += words.Peek(ahead).Is("{") ? 1 : 0;
+        if (words.Peek(ahead).Is("}") && --depth == 0)
+            return;
+        const bool isNamed = words.Peek(ahead).Is("struct") && words.Peek(ahead + 2).Is("{");
+        if (isNamed && words.Peek(ahead + 1).kind == FxTokenKind::Identifier)
+            model.names.types.emplace(words.Peek(ahead + 1).text, typeOut);
+    }
 }
 
 bool FxParser::Members(FxStruct& structure)
@@ -151,8 +172,10 @@ bool FxParser::Members(FxStruct& structure)
             FxMember member;
             member.type = declaration.type;
             const FxPlace place = words.Peek().place;
-            if (!words.ExpectName(member.name) || !Elements(member.elements))
+            bool isModelled = member.type.isModelled;
+            if (!words.ExpectName(member.name) || !Elements(member.elements, isModelled))
                 return false;
+            structure.isModelled = structure.isModelled && isModelled;
             while (words.Is(":"))
                 if (!Semantic(member.semantic, member.hasSemantic))
                     return false;
@@ -197,9 +220,12 @@ bool FxParser::TypeDefinition()
     if (!Modifiers(declaration))
         return false;
     const FxPlace place = words.Peek().place;
-    if (!words.ExpectName(name))
+    UINT elements = 0;
+    FxType& type = declaration.type;
+    if (!words.ExpectName(name) || !Elements(elements, type.isModelled))
         return false;
-    if (!model.names.types.emplace(name, declaration.type).second)
+    type.isModelled = type.isModelled && elements == 0; // UNMODELLED: names of arrays
+    if (!model.names.types.emplace(name, type).second)
         return words.FailAt(place, FxError::Redefinition, "there is a type '" + name + "' already");
     return words.Expect(";");
 }
@@ -244,7 +270,8 @@ bool FxParser::Function(const FxToken& name)
     return words.Is("{") ? words.SkipBrackets("{", "}") : words.Unexpected("'{'");
 }
 
-bool FxParser::Elements(UINT& elementsOut)
+/// UNMODELLED: arrays of arrays. All their extents are read.
+bool FxParser::Elements(UINT& elementsOut, bool& isModelledInOut)
 {
     elementsOut = 0;
     if (!words.Accept("["))
@@ -256,9 +283,12 @@ bool FxParser::Elements(UINT& elementsOut)
     if (count < 1 || static_cast<std::size_t>(count) > kFxMaxElements)
         return words.FailAt(place, FxError::BadIndex,
                             "an array cannot have " + std::to_string(count) + " elements");
-    if (words.Is("["))
-        return words.Fail(FxError::Unsupported, "arrays of arrays are not supported");
     elementsOut = static_cast<UINT>(count);
+    while (words.Accept("[")) {
+        isModelledInOut = false;
+        if (!expressions.ReadConstant(count) || !words.Expect("]"))
+            return false;
+    }
     return true;
 }
 
@@ -277,14 +307,17 @@ bool FxParser::Semantic(std::string& semanticOut, bool& hasSemanticOut)
 bool FxParser::Variable(const Declaration& declaration, const FxToken& name)
 {
     UINT elements = 0;
+    bool isModelled = declaration.type.isModelled;
     if (declaration.type.IsVoid())
         return words.FailAt(name.place, FxError::UnknownType, "a parameter cannot be void");
-    if (model.names.parameters.contains(name.text))
+    if (model.names.parameters.contains(name.text) || model.names.unmodelled.contains(name.text))
         return words.FailAt(name.place, FxError::Redefinition,
                             "there is a parameter " + FxDescribe(name) + " already");
-    if (!Elements(elements))
+    if (!Elements(elements, isModelled))
         return false;
-    std::unique_ptr<FxParameter> made = Make(declaration.type, elements, name.place);
+    // What this host cannot keep is read as a number, for what stands behind it.
+    std::unique_ptr<FxParameter> made =
+        isModelled ? Make(declaration.type, elements, name.place) : Make({}, 0, name.place);
     if (!made)
         return false;
     FxParameter& parameter = *made;
@@ -297,8 +330,15 @@ bool FxParser::Variable(const Declaration& declaration, const FxToken& name)
             return false;
     if (words.Is("<") && !Annotations(parameter.annotations))
         return false;
-    if (words.Accept("=") && !Value(parameter))
-        return false;
+    if (words.Accept("=")) {
+        isModelled = isModelled && !ReadsUnmodelled(parameter);
+        if (!(isModelled ? Value(parameter) : words.SkipValue()))
+            return false;
+    }
+    if (!isModelled) {
+        model.names.unmodelled.emplace(name.text);
+        return true;
+    }
     for (const auto& element : parameter.parts) {
         if (!parameter.IsArray())
             break;
@@ -334,8 +374,11 @@ bool FxParser::Annotation(List& annotationsOut)
     const FxToken name = words.Peek();
     std::string text;
     UINT elements = 0;
-    if (!words.ExpectName(text) || !Elements(elements))
+    bool isModelled = declaration.type.isModelled;
+    if (!words.ExpectName(text) || !Elements(elements, isModelled))
         return false;
+    if (!isModelled) // nobody can ask for its value
+        return words.Expect("=") && words.SkipValue() && words.Expect(";");
     const bool isPossible = declaration.type.IsNumeric() || declaration.type.type == D3DXPT_STRING;
     if (!isPossible)
         return words.FailAt(name.place, FxError::UnknownType,

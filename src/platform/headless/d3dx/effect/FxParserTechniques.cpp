@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr const char* kNoShaders = "this host does not compile shaders";
+
 void AddKeys(const FxParameter& sampler, UINT index, std::vector<FxStateKey>& keysOut)
 {
     keysOut.push_back({FxStateKind::Texture, index, 0});
@@ -63,12 +65,6 @@ void AddKeys(const FxAssignment& assignment, std::vector<FxStateKey>& keysOut)
 
 } // namespace
 
-bool FxTechnique::IsValid() const
-{
-    return std::none_of(passes.begin(), passes.end(),
-                        [](const auto& pass) { return pass->needsShader; });
-}
-
 bool FxParser::Technique()
 {
     auto technique = std::make_unique<FxTechnique>();
@@ -93,11 +89,13 @@ bool FxParser::Technique()
 
 bool FxParser::Pass(FxTechnique& technique)
 {
+    const FxPlace place = words.Peek().place;
     if (!words.AcceptWord("pass"))
         return words.Unexpected("a pass or '}'");
     if (++nodes > kFxMaxNodes)
         return words.Fail(FxError::Limit, "the effect has too many passes");
     FxPass& pass = *technique.passes.emplace_back(std::make_unique<FxPass>());
+    pass.place = diagnostics.PlaceText(place);
     if (words.Peek().kind == FxTokenKind::Identifier)
         pass.name = words.Next().text;
     if (words.Is("<") && !Annotations(pass.annotations))
@@ -116,13 +114,26 @@ bool FxParser::PassState(FxPass& pass)
     if (name.kind != FxTokenKind::Identifier)
         return words.Unexpected("a state or '}'");
     const FxState* state = FxFindPassState(name.text);
-    if (!state)
+    if (!state && !FxIsUnmodelledState(name.text))
         return words.Fail(FxError::UnknownState, "there is no state " + FxDescribe(name));
     words.Next();
-    if (state->kind == FxStateKind::ShaderConstant)
-        return ShaderConstant(pass);
+    const bool isConstant = state && state->kind == FxStateKind::ShaderConstant;
+    if (!state || isConstant || IsUnmodelledPlace(*state)) {
+        KeepLack(pass, name,
+                 isConstant ? std::string(kNoShaders)
+                            : "this host does not have the state " + FxDescribe(name));
+        return words.SkipStatement();
+    }
     if (state->kind == FxStateKind::VertexShader || state->kind == FxStateKind::PixelShader)
         return PassShader(*state, pass);
+    const FxToken* const unmodelled = words.FindInValue([this](const FxToken& word) {
+        return word.kind == FxTokenKind::Identifier && model.names.unmodelled.contains(word.text);
+    });
+    if (unmodelled) {
+        KeepLack(pass, *unmodelled,
+                 "this host does not have the type of " + FxDescribe(*unmodelled));
+        return words.SkipStatement();
+    }
     FxAssignment assignment;
     if (!Assignment(*state, assignment))
         return false;
@@ -130,17 +141,27 @@ bool FxParser::PassState(FxPass& pass)
     return true;
 }
 
-/// A constant reaches shaders alone, so its value is passed over.
-bool FxParser::ShaderConstant(FxPass& pass)
+/// Keeps the first reason why the pass cannot be drawn here.
+void FxParser::KeepLack(FxPass& pass, const FxToken& word, const std::string& what) const
 {
-    pass.needsShader = true;
-    while (!words.AtEnd() && !words.Is(";") && !words.Is("}")) {
-        if (!words.Is("{"))
-            words.Next();
-        else if (!words.SkipBrackets("{", "}"))
-            return false;
-    }
-    return words.Expect(";");
+    if (pass.lack.empty())
+        pass.lack = diagnostics.PlaceText(word.place) + ": " + what;
+}
+
+/// A light beyond those that effects have here, or a sampler of the vertex stages.
+bool FxParser::IsUnmodelledPlace(const FxState& state) const
+{
+    FxNumber number;
+    if (!words.Is("[") || words.Peek(1).kind != FxTokenKind::Number || !words.Peek(2).Is("]") ||
+        !FxParseNumber(words.Peek(1).text, number))
+        return false;
+    const std::int32_t index = number.Int(0);
+    if (state.kind == FxStateKind::Light || state.kind == FxStateKind::LightEnable)
+        return index >= static_cast<std::int32_t>(state.places);
+    const bool isSampler = state.kind == FxStateKind::Sampler ||
+                           state.kind == FxStateKind::SamplerObject ||
+                           state.kind == FxStateKind::Texture;
+    return isSampler && index >= D3DDMAPSAMPLER && index <= D3DVERTEXTEXTURESAMPLER3;
 }
 
 bool FxParser::PassShader(const FxState& state, FxPass& pass)
@@ -151,6 +172,11 @@ bool FxParser::PassShader(const FxState& state, FxPass& pass)
     assignment.state = &state;
     if (!words.Expect("="))
         return false;
+    const FxToken value = words.Peek();
+    if (model.names.unmodelled.contains(words.Peek(words.Is("<") || words.Is("(") ? 1 : 0).text)) {
+        KeepLack(pass, value, kNoShaders);
+        return words.SkipStatement();
+    }
     const bool isParameter =
         words.Is("<") || words.Is("(") || model.names.parameters.contains(words.Peek().text);
     if (isParameter) {
@@ -164,7 +190,8 @@ bool FxParser::PassShader(const FxState& state, FxPass& pass)
         return false;
     }
     (isVertex ? pass.vertexFunction : pass.pixelFunction)[0] = version;
-    pass.needsShader = pass.needsShader || version != 0;
+    if (version != 0)
+        KeepLack(pass, value, kNoShaders);
     pass.states.push_back(std::move(assignment));
     return words.Expect(";");
 }

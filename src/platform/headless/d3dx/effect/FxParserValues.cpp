@@ -111,12 +111,18 @@ void FxParser::Build(FxParameter& parameter, const FxType& type, UINT elements)
 
 bool FxParser::Value(FxParameter& parameter)
 {
-    if (HasOnlyNumbers(parameter))
-        return Numbers(parameter);
-    if (parameter.kind == D3DXPC_STRUCT)
-        return words.Fail(FxError::Unsupported,
-                          "a struct with textures or strings cannot have a value here");
-    return ObjectList(parameter);
+    return HasOnlyNumbers(parameter) ? Numbers(parameter) : ObjectList(parameter);
+}
+
+/// Whether an initial value is one that this host cannot keep: that of a struct with textures or
+/// strings, or one with a name that means nothing here.
+bool FxParser::ReadsUnmodelled(const FxParameter& parameter) const
+{
+    if (parameter.kind == D3DXPC_STRUCT && !HasOnlyNumbers(parameter))
+        return true;
+    return !parameter.IsShader() && words.FindInValue([this](const FxToken& word) {
+        return word.kind == FxTokenKind::Identifier && model.names.IsUnmodelled(word.text);
+    });
 }
 
 bool FxParser::Numbers(FxParameter& parameter)
@@ -255,21 +261,21 @@ bool FxParser::Sampler(FxParameter& parameter)
 
 // ---- Shaders, which this host does not compile
 
-/// `vs_1_1`, `ps_2_0`, `vs_2_a`: the version as it stands first in compiled code.
-bool FxParser::ShaderVersion(bool isVertex, const FxToken& profile, DWORD& versionOut)
+/// The version as it stands first in compiled code, from the profile `ahead` of the next word: `vs_1_1`,
+/// `vs.1.1`, `vs_2_a`. What is no profile is taken for 1.1, as the shader is not compiled anyway.
+DWORD FxParser::ShaderVersion(bool isVertex, std::size_t ahead) const
 {
-    const std::string_view text = profile.text;
-    const bool fits = text.size() == 6 && text.starts_with(isVertex ? "vs_" : "ps_") &&
-                      text[3] >= '1' && text[3] <= '3' && text[4] == '_';
-    if (!fits)
-        return words.FailAt(profile.place, FxError::Unsupported,
-                            "there is no profile " + FxDescribe(profile) + " for this shader");
-    const DWORD major = static_cast<DWORD>(text[3] - '0');
-    const DWORD minor = text[5] >= '0' && text[5] <= '4' ? static_cast<DWORD>(text[5] - '0') : 1;
-    versionOut = isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
-    return true;
+    std::string text(words.Peek(ahead).text);
+    if (text.size() == 2) // the dotted form is a word and a number
+        text += words.Peek(ahead + 1).text;
+    const bool isTold = text.size() >= 6 && text[3] >= '1' && text[3] <= '3';
+    const DWORD major = isTold ? static_cast<DWORD>(text[3] - '0') : 1;
+    const bool hasMinor = isTold && text[5] >= '0' && text[5] <= '4';
+    const DWORD minor = hasMinor ? static_cast<DWORD>(text[5] - '0') : 1;
+    return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
+/// Whatever stands inside `asm` and `compile` is passed over: it matters to shaders alone.
 bool FxParser::Shader(bool isVertex, DWORD& versionOut)
 {
     versionOut = 0;
@@ -277,20 +283,15 @@ bool FxParser::Shader(bool isVertex, DWORD& versionOut)
         words.Next();
         return true;
     }
-    if (words.AcceptWord("asm")) {
-        const FxToken profile = words.Peek(1);
-        return words.Is("{")
-                   ? ShaderVersion(isVertex, profile, versionOut) && words.SkipBrackets("{", "}")
-                   : words.Unexpected("'{'");
-    }
-    if (!words.AcceptWord("compile"))
+    const FxToken& kind = words.Peek();
+    const bool isAssembler = kind.IsWord("asm") || kind.IsWord("asm_fragment");
+    const bool isCall = kind.IsWord("compile") || kind.IsWord("compile_fragment");
+    if (!isAssembler && !isCall && !kind.IsWord("decl"))
         return words.Unexpected("NULL, compile or asm");
-    const FxToken profile = words.Next();
-    if (!ShaderVersion(isVertex, profile, versionOut))
-        return false;
-    const FxToken name = words.Next();
-    if (name.kind != FxTokenKind::Identifier || !model.names.functions.contains(name.text))
-        return words.FailAt(name.place, FxError::UnknownName,
-                            "there is no function " + FxDescribe(name));
-    return words.Is("(") ? words.SkipBrackets("(", ")") : words.Unexpected("'('");
+    if (isAssembler && !words.Peek(1).Is("{")) {
+        words.Next();
+        return words.Unexpected("'{'");
+    }
+    versionOut = ShaderVersion(isVertex, isAssembler ? 2 : 1);
+    return words.SkipValue();
 }

@@ -33,15 +33,28 @@ HRESULT FxPassStates::Apply(IDirect3DDevice9& device, const FxPass& pass,
                             std::uint64_t changedAfter)
 {
     HRESULT first = D3D_OK;
+    refused = nullptr;
     sentRecords.clear();
     for (const FxAssignment& assignment : pass.states) {
         if (changedAfter != 0 && assignment.Newest() <= changedAfter)
             continue;
-        Keep(IsRecord(assignment.state->kind) ? ApplyRecord(device, pass, assignment)
-                                              : ApplyOne(device, assignment),
-             first);
+        const HRESULT result = IsRecord(assignment.state->kind)
+                                   ? ApplyRecord(device, pass, assignment)
+                                   : ApplyOne(device, assignment);
+        if (FAILED(result) && !refused)
+            refused = &assignment;
+        Keep(result, first);
     }
     return first;
+}
+
+std::string FxPassStates::Refused() const
+{
+    if (!refused)
+        return "";
+    const FxState& state = *refused->state;
+    const std::string place = state.places > 1 ? "[" + std::to_string(refused->index) + "]" : "";
+    return std::string(state.name) + place;
 }
 
 DWORD FxPassStates::Word(const FxState& state, const FxExpression& value)

@@ -3,6 +3,7 @@
 #include <d3dx9.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "platform/headless/d3dx/effect/FxModel.h"
@@ -13,6 +14,8 @@ public:
     /// Those states that read a parameter changed after the stamp `changedAfter`, all for 0. The first
     /// failure, after all have been tried.
     HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, std::uint64_t changedAfter);
+    /// What the last `Apply` failed for, as "LightType[1]"; "" if it did not.
+    std::string Refused() const;
 
 private:
     HRESULT ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment);
@@ -25,4 +28,5 @@ private:
 
     std::vector<FxNumber> scratch;
     std::vector<FxStateKey> sentRecords;
+    const FxAssignment* refused = nullptr; ///< not owned, lives in the pass
 };

@@ -65,9 +65,9 @@ HRESULT FxSources::ReadFile(const char* path, std::string& bytesOut)
     bytesOut.clear();
     char block[16384];
     while (const std::size_t count = std::fread(block, 1, sizeof block, stream.get())) {
-        if (bytesOut.size() + count > kFxMaxFileBytes)
-            return D3DXERR_INVALIDDATA;
         bytesOut.append(block, count);
+        if (bytesOut.size() > kFxMaxFileBytes)
+            return D3DXERR_INVALIDDATA;
     }
     return std::ferror(stream.get()) != 0 ? D3DXERR_INVALIDDATA : D3D_OK;
 }

@@ -35,7 +35,7 @@ public:
     bool Include(const std::string& name, bool isSystem, const std::string& parentPath,
                  const void* parentData, Included& fileOut);
 
-    /// A whole file, at most `kFxMaxFileBytes`.
+    /// A whole file, at most `kFxMaxFileBytes`. What was read of a longer one is given as well.
     static HRESULT ReadFile(const char* path, std::string& bytesOut);
 
 private:

@@ -1,6 +1,8 @@
 #include "platform/headless/d3dx/effect/FxStates.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 #include "platform/headless/d3dx/effect/FxStateWords.h"
 #include "platform/headless/d3dx/effect/FxToken.h"
@@ -250,6 +252,14 @@ const FxStateWord* FxStateWords::Find(std::string_view name) const
         if (FxSameWord(word.name, name))
             return &word;
     return nullptr;
+}
+
+bool FxIsUnmodelledState(std::string_view name)
+{
+    static constexpr std::string_view kNames[] = {"StateBlock", "NPatchMode", "VertexFragment",
+                                                  "PixelFragment"};
+    return std::any_of(std::begin(kNames), std::end(kNames),
+                       [name](std::string_view row) { return FxSameWord(row, name); });
 }
 
 const FxState* FxFindPassState(std::string_view name)

@@ -61,6 +61,8 @@ struct FxState {
     UINT floats = 1;
 };
 
+/// Whether the published language has a state of the name that this host does not have.
+bool FxIsUnmodelledState(std::string_view name);
 /// Null if there is none of the name.
 const FxState* FxFindPassState(std::string_view name);
 /// The states within `sampler_state`, texture included.

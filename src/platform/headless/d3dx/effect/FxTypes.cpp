@@ -1,5 +1,8 @@
 #include "platform/headless/d3dx/effect/FxTypes.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "platform/headless/d3dx/effect/FxToken.h"
 
 namespace {
@@ -33,6 +36,19 @@ constexpr NamedType kObjects[] = {
     {"pixelshader", D3DXPT_PIXELSHADER},
     {"vertexshader", D3DXPT_VERTEXSHADER},
 };
+
+/// Types of the published language that this host does not have. Letter case does not matter.
+constexpr std::string_view kUnmodelledTypes[] = {"stateblock", "vertexfragment", "pixelfragment"};
+/// The same; here it does.
+constexpr std::string_view kUnmodelledNumbers[] = {"FLOAT", "VECTOR", "MATRIX"};
+
+bool IsUnmodelledType(std::string_view name)
+{
+    return std::any_of(std::begin(kUnmodelledTypes), std::end(kUnmodelledTypes),
+                       [name](std::string_view row) { return FxSameWord(row, name); }) ||
+           std::find(std::begin(kUnmodelledNumbers), std::end(kUnmodelledNumbers), name) !=
+               std::end(kUnmodelledNumbers);
+}
 
 /// 1 to 4, or 0 for any other text.
 UINT Extent(std::string_view text)
@@ -68,7 +84,14 @@ FxType FxType::Of(D3DXPARAMETER_TYPE type, UINT rows, UINT columns, bool isMatri
 
 FxType FxType::Object(D3DXPARAMETER_TYPE type)
 {
-    return {D3DXPC_OBJECT, type, 0, 0, nullptr};
+    return {D3DXPC_OBJECT, type, 0, 0, nullptr, true};
+}
+
+FxType FxType::Unmodelled()
+{
+    FxType result;
+    result.isModelled = false;
+    return result;
 }
 
 bool FxFindBuiltInType(std::string_view name, FxType& typeOut)
@@ -97,5 +120,26 @@ bool FxNames::FindType(std::string_view name, FxType& typeOut) const
     if (known == types.end())
         return FxFindBuiltInType(name, typeOut);
     typeOut = known->second;
-    return true;
+    return typeOut.isModelled;
+}
+
+bool FxNames::FindDeclaredType(std::string_view name, FxType& typeOut) const
+{
+    const auto known = types.find(name);
+    if (known != types.end()) {
+        typeOut = known->second;
+        return true;
+    }
+    if (FxFindBuiltInType(name, typeOut))
+        return true;
+    typeOut = FxType::Unmodelled();
+    return IsUnmodelledType(name);
+}
+
+bool FxNames::IsUnmodelled(std::string_view name) const
+{
+    FxType type;
+    if (parameters.contains(name))
+        return false;
+    return unmodelled.contains(name) || (FindDeclaredType(name, type) && !type.isModelled);
 }

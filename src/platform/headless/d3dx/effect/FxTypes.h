@@ -21,6 +21,9 @@ struct FxType {
     UINT rows = 1; ///< 0 with `columns` for objects and structs
     UINT columns = 1;
     const FxStruct* structure = nullptr; ///< not owned, lives in `FxNames`
+    /// False for a type of the published language that this host does not have. What is declared with
+    /// it keeps its name and nothing else.
+    bool isModelled = true;
 
     bool IsNumeric() const { return kind <= D3DXPC_MATRIX_COLUMNS; }
     bool IsVoid() const { return kind == D3DXPC_OBJECT && type == D3DXPT_VOID; }
@@ -28,6 +31,7 @@ struct FxType {
 
     static FxType Of(D3DXPARAMETER_TYPE type, UINT rows, UINT columns, bool isMatrix);
     static FxType Object(D3DXPARAMETER_TYPE type);
+    static FxType Unmodelled();
 };
 
 struct FxMember {
@@ -43,6 +47,7 @@ struct FxStruct {
     int depth = 1;         ///< structs inside one another, this one counted
     std::size_t nodes = 0; ///< parameters that one value takes, itself not counted
     std::size_t cells = 0;
+    bool isModelled = true; ///< all its members are
 };
 
 /// A built-in type: `float`, `int3`, `half4x4`, `texture2D`, `sampler`, `string`, `void`... False for
@@ -55,6 +60,12 @@ struct FxNames {
     std::map<std::string, FxType, std::less<>> types;            ///< structs and `typedef`
     std::set<std::string, std::less<>> functions;
     std::vector<std::unique_ptr<FxStruct>> structs;
+    std::set<std::string, std::less<>> unmodelled; ///< parameters that this host cannot keep
 
+    /// A type that values can have.
     bool FindType(std::string_view name, FxType& typeOut) const;
+    /// Also one of the published language that this host does not have.
+    bool FindDeclaredType(std::string_view name, FxType& typeOut) const;
+    /// Whether the name is that of a parameter or a type that this host does not have.
+    bool IsUnmodelled(std::string_view name) const;
 };

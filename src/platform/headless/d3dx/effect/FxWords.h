@@ -68,13 +68,38 @@ public:
         std::size_t depth = 0;
         do {
             if (AtEnd())
-                return diagnostics.Fail(first.place, FxError::Syntax,
-                                        FxDescribe(first) + " is not closed");
+                return NotClosed(first);
             const FxToken word = Next();
             depth += word.Is(open) ? 1 : 0;
             depth -= word.Is(close) ? 1 : 0;
         } while (depth > 0);
         return true;
+    }
+
+    /// Skips a block of assembler text from its opening bracket on. There a `;` begins a comment, in
+    /// which brackets mean nothing; but whoever writes the block in one line parts instructions by it,
+    /// so that a bracket counts if the statement, or a list, goes on behind it in that line.
+    bool SkipAssembler();
+    /// Skips a value of any kind, assembler text included: up to the `;`, `,` or closing bracket that
+    /// ends it.
+    bool SkipValue();
+    /// Skips the rest of a statement and its `;`.
+    bool SkipStatement();
+    /// The next word for which `fits` is true, ahead of what ends a value as `SkipValue` has it; null
+    /// without one.
+    template <typename Test>
+    const FxToken* FindInValue(const Test& fits) const
+    {
+        int depth = 0;
+        for (std::size_t ahead = 0; Peek(ahead).kind != FxTokenKind::End; ++ahead) {
+            const FxToken& word = Peek(ahead);
+            if (depth == 0 && EndsValue(word))
+                return nullptr;
+            if (fits(word))
+                return &word;
+            depth += IsOpening(word) ? 1 : IsClosing(word) ? -1 : 0;
+        }
+        return nullptr;
     }
 
     /// The error that something else should stand here.
@@ -93,6 +118,24 @@ public:
     }
 
 private:
+    static bool IsOpening(const FxToken& word)
+    {
+        return word.Is("{") || word.Is("(") || word.Is("[");
+    }
+    static bool IsClosing(const FxToken& word)
+    {
+        return word.Is("}") || word.Is(")") || word.Is("]");
+    }
+    static bool EndsValue(const FxToken& word)
+    {
+        return word.Is(";") || word.Is(",") || IsClosing(word);
+    }
+    bool NotClosed(const FxToken& opening)
+    {
+        return diagnostics.Fail(opening.place, FxError::Syntax,
+                                FxDescribe(opening) + " is not closed");
+    }
+
     std::vector<FxToken> words;
     FxToken end;
     std::size_t position = 0;

@@ -1,0 +1,9 @@
+#include "platform/EffectFault.h"
+
+#include "platform/headless/d3dx/effect/FxEffect.h"
+
+std::string EffectFault(ID3DXEffect& effect, D3DXHANDLE technique)
+{
+    auto* const own = dynamic_cast<FxEffect*>(&effect); // tests put others in its place
+    return own ? own->Fault(technique) : "";
+}
