@@ -10,8 +10,10 @@ struct ModeOption {
     InfoMode mode;
 };
 constexpr ModeOption kModes[] = {
-    {"--tree", InfoMode::kTree}, {"--json", InfoMode::kJson}, {"--check", InfoMode::kCheck},
-    {"--help", InfoMode::kHelp}, {"-h", InfoMode::kHelp},     {"--version", InfoMode::kVersion},
+    {"--tree", InfoMode::kTree},       {"--effects", InfoMode::kEffects},
+    {"--json", InfoMode::kJson},       {"--check", InfoMode::kCheck},
+    {"--help", InfoMode::kHelp},       {"-h", InfoMode::kHelp},
+    {"--version", InfoMode::kVersion},
 };
 
 constexpr std::string_view kTolerance = "--tolerance";

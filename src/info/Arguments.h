@@ -5,7 +5,7 @@
 
 #include "info/SceneDiff.h"
 
-enum class InfoMode { kReport, kTree, kJson, kCheck, kDiff, kHelp, kVersion };
+enum class InfoMode { kReport, kTree, kEffects, kJson, kCheck, kDiff, kHelp, kVersion };
 
 /// What the command line asks for.
 struct InfoArguments {

@@ -1,8 +1,9 @@
 #include "info/Arguments.h"
 
-const char* const kInfoUsage = "Usage: qsbinfo [--tree | --json | --check] [--all] FILE\n"
-                               "       qsbinfo diff [--tolerance T] [--all] FILE FILE\n"
-                               "       qsbinfo --help | --version\n";
+const char* const kInfoUsage =
+    "Usage: qsbinfo [--tree | --effects | --json | --check] [--all] FILE\n"
+    "       qsbinfo diff [--tolerance T] [--all] FILE FILE\n"
+    "       qsbinfo --help | --version\n";
 
 const char* const kInfoHelp =
     "\n"
@@ -10,6 +11,7 @@ const char* const kInfoHelp =
     "\n"
     "  FILE             counts, bounds, animation, materials, textures, warnings\n"
     "  --tree           the objects by their parents\n"
+    "  --effects        the technique of each material's effect, and why none before it\n"
     "  --json           everything but vertices, faces and keys, as JSON\n"
     "  --check          looks for damage: exit status 0 for a sound file, else 1\n"
     "  diff A B         what differs, a line each: PATH: VALUE IN A | VALUE IN B\n"

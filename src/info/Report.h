@@ -13,6 +13,10 @@ void PrintTree(LoadedScene& loaded, Output& output);
 /// The scene as one JSON document, described in docs/qsbinfo.md.
 void PrintJson(LoadedScene& loaded, Output& output);
 
+/// For each material with an effect the technique that it is drawn with, and why none of those before
+/// it. Loads the effects.
+void PrintEffects(LoadedScene& loaded, Output& output);
+
 /// What is wrong with the scene, a line each, or that nothing is; true then. The reader's warnings
 /// are told and are no fault.
 bool PrintCheck(LoadedScene& loaded, Output& output);

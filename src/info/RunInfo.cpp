@@ -40,6 +40,9 @@ int RunOnFile(const InfoArguments& arguments, Output& out, Output& err)
     case InfoMode::kTree:
         PrintTree(loaded, out);
         return kInfoWell;
+    case InfoMode::kEffects:
+        PrintEffects(loaded, out);
+        return kInfoWell;
     case InfoMode::kJson:
         PrintJson(loaded, out);
         return kInfoWell;

@@ -64,8 +64,8 @@ TEST_F(InfoProgram, HelpAndVersionGoToStandardOutput)
     const ProgramRun help = Info({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.out, StartsWith("Usage: qsbinfo "));
-    for (const char* option :
-         {"--tree", "--json", "--check", "diff", "--tolerance", "--all", "--help", "--version"})
+    for (const char* option : {"--tree", "--effects", "--json", "--check", "diff", "--tolerance",
+                               "--all", "--help", "--version"})
         EXPECT_THAT(help.out, HasSubstr(option));
     EXPECT_EQ(help.err, "");
     const ProgramRun version = Info({"--version"});
@@ -97,7 +97,7 @@ TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
     scratch.Write("bad.qsb", "QSB\x6A");
     scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
     for (const char* file : {"bad.qsb", "nothing.qsb", "nowhere/a.qsb"}) {
-        for (const char* option : {"--all", "--tree", "--json"}) {
+        for (const char* option : {"--all", "--tree", "--effects", "--json"}) {
             const ProgramRun run = Info({option, file});
             EXPECT_EQ(run.status, 2) << option << ' ' << file;
             EXPECT_EQ(run.out, "") << option << ' ' << file;
