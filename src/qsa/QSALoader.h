@@ -290,7 +290,10 @@ private:
     void FinishCloneMaterials(KRE_Mesh* mesh);
     void FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own,
                             const QSA_MeshLoadInfo& source, const QSA_Material* material);
+    void CheckCloneMaterials();
     bool TakeBoundsObject();
+    void PassOnGeometry(const String& takenMesh);
+    static void FillUpMaterials(KRE_Mesh* mesh);
 
     FileStream textFile;        ///< owned; open while its text is being read
     int32_t textSize = 0;       ///< bytes of the file

@@ -1,7 +1,28 @@
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 #include "base/Ascii.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
+
+namespace {
+
+/// The names of all meshes, with repeats. Sorted, not hashed: they come from files, and no choice of
+/// names makes a look-up slow.
+std::vector<std::string_view> SortedNames(KRE_3dScene& scene)
+{
+    std::vector<std::string_view> names;
+    for (const KRE_Mesh* mesh : scene.meshes)
+        names.push_back(mesh->name.c_str());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace
 
 void QSALoader::LinkScene()
 {
@@ -15,6 +36,7 @@ void QSALoader::LinkScene()
             FinishCloneMaterials(mesh);
     }
     ResolveClones(*scene, *this);
+    CheckCloneMaterials();
     if (!TakeBoundsObject()) {
         const double start = frameSpeed != 0.0f ? double{header.firstFrame} / frameSpeed : 0.0;
         scene->Update(start, 1);
@@ -74,6 +96,17 @@ void QSALoader::FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own,
     }
 }
 
+/// Faces of an attribute without a material are not drawn.
+void QSALoader::CheckCloneMaterials()
+{
+    for (KRE_Mesh* mesh : scene->meshes) {
+        const int32_t attributes = mesh->cloneSource.IsEmpty() ? 0 : mesh->AttributeCount();
+        if (mesh->materialCount < attributes)
+            Warning("Clone '%s' of '%s' has %i of %i materials", mesh->name.c_str(),
+                    mesh->cloneSource.c_str(), mesh->materialCount, attributes);
+    }
+}
+
 // ---- The object that stands for the scene's bounds
 
 /// Takes the first mesh named "Bounds" out of the scene and its box for the scene's bounds. False if
@@ -89,9 +122,56 @@ bool QSALoader::TakeBoundsObject()
         scene->boxMin = mesh->boxMin;
         scene->boxMax = mesh->boxMax;
         scene->TransformBounds(mesh->worldTM);
+        const String name = mesh->name;
         scene->ForgetObject(mesh);
         scene->meshes.Delete(i);
+        PassOnGeometry(name);
         return true;
     }
     return false;
+}
+
+/// Files do not hold the mesh that the bounds came from, so its clones need another source: the first
+/// of them becomes a mesh of its own and the source of the others. One whose name would not lead the
+/// others to it leaves that to the next.
+void QSALoader::PassOnGeometry(const String& takenMesh)
+{
+    const std::vector<std::string_view> names = SortedNames(*scene);
+    const String* source = nullptr; // the name by which later clones find the geometry
+    for (KRE_Mesh* mesh : scene->meshes) {
+        if (std::strcmp(mesh->cloneSource.c_str(), takenMesh.c_str()) != 0)
+            continue;
+        if (source) {
+            mesh->cloneSource = *source;
+            continue;
+        }
+        mesh->cloneSource.Clear();
+        FillUpMaterials(mesh);
+        Warning("Mesh '%s' keeps the geometry of '%s', which is taken out of the scene",
+                mesh->name.c_str(), takenMesh.c_str());
+        const auto [first, end] =
+            std::equal_range(names.begin(), names.end(), std::string_view(mesh->name.c_str()));
+        if (end - first == 1)
+            source = &mesh->name;
+    }
+}
+
+/// A clone may have fewer materials than its geometry has attributes, but no mesh of its own may. The
+/// faces that were not drawn get materials that are not seen.
+void QSALoader::FillUpMaterials(KRE_Mesh* mesh)
+{
+    const int32_t attributes = mesh->AttributeCount();
+    const int32_t count = mesh->materialCount;
+    if (attributes <= std::max(count, 1))
+        return;
+    const HeapArray<KRE_MaterialInfo> materials = std::move(mesh->materials);
+    const HeapArray<KRE_Texture> textures = std::move(mesh->textures);
+    mesh->AllocateMaterials(attributes);
+    for (int32_t i = 0; i < count; ++i) {
+        mesh->materials[i] = materials[i];
+        mesh->textures[i].CopyFrom(textures[i]);
+    }
+    // Without any material the first attribute is drawn as with a new one.
+    for (int32_t i = std::max(count, 1); i < attributes; ++i)
+        mesh->materials[i].transparency = 1.0f;
 }

@@ -1,5 +1,7 @@
 #include "scene/KRE_MeshBase.h"
 
+#include <vector>
+
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_Gfx.h"
 #include "scene/WrapTime.h"
@@ -133,6 +135,20 @@ void KRE_MeshBase::Optimize()
     lastResult = mesh->OptimizeInplace(D3DXMESHOPT_ATTRSORT, nullptr, nullptr, nullptr, nullptr);
     if (FAILED(lastResult))
         Error("OptimizeInplace failed: %s", DirectXErrorName(lastResult));
+}
+
+int32_t KRE_MeshBase::AttributeCount()
+{
+    if (!mesh)
+        return 0;
+    DWORD ranges = 0;
+    lastResult = mesh->GetAttributeTable(nullptr, &ranges);
+    std::vector<D3DXATTRIBUTERANGE> table(ranges);
+    if (SUCCEEDED(lastResult))
+        lastResult = mesh->GetAttributeTable(table.data(), &ranges);
+    if (FAILED(lastResult))
+        Error("GetAttributeTable failed: %s", DirectXErrorName(lastResult));
+    return table.empty() ? 0 : static_cast<int32_t>(table.back().AttribId) + 1;
 }
 
 void KRE_MeshBase::AllocateMaterials(int32_t count)

@@ -60,6 +60,9 @@ public:
     /// Sorts the faces by attribute, so that each one is a contiguous range.
     void Optimize();
 
+    /// One more than the highest attribute of the faces, which are sorted; 0 without a device mesh.
+    int32_t AttributeCount();
+
     /// Makes `count` materials and textures in place of the old ones; below 1 none.
     void AllocateMaterials(int32_t count);
     /// Lets go of the device mesh as one of its users, unlocked.

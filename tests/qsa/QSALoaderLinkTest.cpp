@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "gfx/KRE_Gfx.h"
 #include "tests/qsa/QSATesting.h"
 
 namespace {
@@ -16,6 +17,36 @@ std::string Named(const MeshText& mesh, const char* name, const std::string& mor
     named.more += more;
     return named.Text();
 }
+
+/// Saves what was loaded and loads it again.
+class BoundsClones : public QSALoaderTest {
+protected:
+    void Reload()
+    {
+        gGfx->SaveScene(scene, "saved.qsb");
+        gGfx->LoadScene(reloaded, "saved.qsb", 0);
+        EXPECT_EQ(FaultsOf(reloaded), "");
+    }
+    /// The meshes in their order, each with its source.
+    static std::string Sources(KRE_3dScene& of)
+    {
+        std::string all;
+        for (const KRE_Mesh* mesh : of.meshes) {
+            all += all.empty() ? "" : " ";
+            all += mesh->name.c_str();
+            all += mesh->cloneSource.IsEmpty() ? "" : "<";
+            all += mesh->cloneSource.c_str();
+        }
+        return all;
+    }
+    static std::string Kept(const std::string& clone, const std::string& source)
+    {
+        return "Mesh '" + clone + "' keeps the geometry of '" + source +
+               "', which is taken out of the scene";
+    }
+
+    KRE_3dScene reloaded;
+};
 
 const char* const kTwoParts =
     "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 } *SUBMATERIAL 1 "
@@ -90,6 +121,8 @@ TEST_F(QSALoaderTest, CloneOfNoNameIsAMeshOfItsOwn)
     EXPECT_EQ(Mesh(0).faceCount, 1);
     EXPECT_EQ(LoadError(Triangle().Text() + Clone("empty", "")),
               "scene.qsa: Mesh without vertices: 'empty'");
+    EXPECT_EQ(LoadError(Clone("late", "", Triangle().MeshBlock())),
+              "scene.qsa: Mesh without vertices: 'late'");
 }
 
 TEST_F(QSALoaderTest, CloneTakesItsOwnSubmaterials)
@@ -119,6 +152,21 @@ TEST_F(QSALoaderTest, CloneTakesItsOwnSubmaterials)
     ExpectColour(Mesh(3).materials[0].diffuse, 1, 1, 0, 1, "submaterial 1");
     ExpectColour(Mesh(3).materials[1].diffuse, 0, 1, 1, 1, "submaterial 0");
     EXPECT_EQ(Mesh(4).materialCount, 1);
+}
+
+TEST_F(QSALoaderTest, CloneWithFewerMaterialsThanItsGeometryHasAttributesWarns)
+{
+    MeshText mesh = Triangle();
+    mesh.faces.push_back({0, 2, 1, "1", 1}); // submaterials 0 and 1
+    Load(MaterialList({kTwoParts, "*MATERIAL_DIFFUSE 1 1 0"}) +
+         Named(mesh, "m", "*MATERIAL_REF 0") + Clone("one", "m", "*MATERIAL_REF 1") +
+         Clone("two", "m", "*MATERIAL_REF 0") + Clone("none", "two", "*MATERIAL_REF 0"));
+    EXPECT_EQ(Mesh(1).materialCount, 1);
+    EXPECT_EQ(Mesh(2).materialCount, 2);
+    EXPECT_EQ(Mesh(3).materialCount, 0) << "a clone has no submaterial numbers to repeat";
+    EXPECT_EQ(Warnings("Clone 'one' of 'm' has 1 of 2 materials"), 1);
+    EXPECT_EQ(Warnings("Clone 'none' of 'two' has 0 of 2 materials"), 1);
+    EXPECT_THAT(AllWarnings(), testing::Not(testing::Contains(testing::HasSubstr("'two' of 'm'"))));
 }
 
 TEST_F(QSALoaderTest, MaterialThatOnlyClonesUseLoadsNoFile)
@@ -182,6 +230,110 @@ TEST_F(QSALoaderTest, ChildrenOfTheBoundsObjectLoseTheirParent)
     Load(Named(Cube({"1"}), "Bounds") + Helper("*NODE_NAME \"h\" *NODE_PARENT \"Bounds\""));
     EXPECT_EQ(scene.meshes.Count(), 0);
     EXPECT_EQ(Object(0).parent, nullptr);
+}
+
+// ---- Clones of the object that stands for the bounds, which no file holds
+
+TEST_F(BoundsClones, TheFirstBecomesAMeshOfItsOwnAndTheSourceOfTheOthers)
+{
+    const std::string list = MaterialList({"*MATERIAL_DIFFUSE 1 0 0", "*MATERIAL_DIFFUSE 0 1 0"});
+    const std::string moved = "*NODE_TM { *TM_POS 5 6 7 *TM_ROW3 5 6 7 } ";
+    Load(list + Named(Cube({"1"}), "Bounds", "*MATERIAL_REF 0") +
+         Clone("a", "Bounds", moved + "*MATERIAL_REF 1") + Clone("b", "Bounds"));
+    EXPECT_EQ(Warnings(Kept("a", "Bounds")), 1);
+    EXPECT_EQ(AllWarnings().size(), 1u);
+    const auto check = [](KRE_3dScene& loaded) {
+        ASSERT_EQ(loaded.meshes.Count(), 2);
+        KRE_Mesh& own = *loaded.meshes.Get(0);
+        KRE_Mesh& clone = *loaded.meshes.Get(1);
+        EXPECT_STREQ(own.name.c_str(), "a");
+        EXPECT_TRUE(own.cloneSource.IsEmpty());
+        EXPECT_EQ(own.ownGeometry, 0) << "the cube has no texture faces";
+        EXPECT_EQ(own.faceCount, 12);
+        EXPECT_EQ(own.vertexCount, 8);
+        ExpectVec3(own.position, 5, 6, 7);
+        ASSERT_EQ(own.materialCount, 1);
+        ExpectColour(own.materials[0].diffuse, 0, 1, 0, 1);
+        EXPECT_STREQ(clone.name.c_str(), "b");
+        EXPECT_STREQ(clone.cloneSource.c_str(), "a");
+        EXPECT_EQ(clone.mesh.Get(), own.mesh.Get());
+        EXPECT_EQ(loaded.clipMode, 3);
+        ExpectVec3(loaded.boxMax, 1, 1, 1);
+    };
+    check(scene);
+    Reload();
+    check(reloaded);
+}
+
+TEST_F(BoundsClones, ANameOfSeveralMeshesLeadsNoCloneToItsSource)
+{
+    Load(Named(Triangle(), "a") + Named(Cube({"1"}), "Bounds") + Clone("a", "Bounds") +
+         Clone("c", "Bounds") + Clone("d", "Bounds"));
+    EXPECT_EQ(Warnings(Kept("a", "Bounds")), 1);
+    EXPECT_EQ(Warnings(Kept("c", "Bounds")), 1);
+    EXPECT_EQ(Warnings(Kept("d", "Bounds")), 0);
+    Reload();
+    EXPECT_EQ(Sources(reloaded), "a a c d<c");
+    EXPECT_EQ(reloaded.GetMesh(0)->faceCount, 1);
+    for (int32_t i = 1; i < 4; ++i)
+        EXPECT_EQ(reloaded.GetMesh(i)->faceCount, 12) << i;
+}
+
+TEST_F(BoundsClones, ASecondMeshOfThatNameIsNotTheirSource)
+{
+    const std::string second = Named(Triangle(), "Bounds");
+    Load(Named(Cube({"1"}), "Bounds") + second + Clone("a", "Bounds"));
+    EXPECT_EQ(Sources(scene), "Bounds a");
+    Reload();
+    EXPECT_EQ(reloaded.GetMesh(1)->faceCount, 12);
+    // The bounds are found in any case of letters, a source is not.
+    Load(Named(Cube({"1"}), "bOUNDS") + second + Clone("a", "Bounds"));
+    EXPECT_EQ(Sources(scene), "Bounds a<Bounds");
+    EXPECT_EQ(scene.GetMesh(1)->faceCount, 1);
+    EXPECT_EQ(Warnings(Kept("a", "bOUNDS")), 0);
+}
+
+TEST_F(BoundsClones, ClonesOfAClonedMeshStayItsClones)
+{
+    Load(Clone("a", "b") + Named(Cube({"1"}), "Bounds") + Clone("b", "Bounds") + Clone("c", "b"));
+    EXPECT_EQ(Sources(scene), "a<b b c<b");
+    Reload();
+    EXPECT_EQ(Sources(reloaded), "a<b b c<b");
+    EXPECT_EQ(reloaded.GetMesh(0)->faceCount, 12);
+    EXPECT_EQ(reloaded.GetMesh(0)->mesh.Get(), reloaded.GetMesh(2)->mesh.Get());
+}
+
+TEST_F(BoundsClones, BoundsMayThemselvesBeAClone)
+{
+    Load(Named(Cube({"1"}), "Box") + Clone("Bounds", "Box") + Clone("a", "Bounds"));
+    EXPECT_EQ(Sources(scene), "Box a");
+    Reload();
+    EXPECT_EQ(reloaded.GetMesh(1)->faceCount, 12);
+}
+
+// A file names materials that are there, and what was not drawn must not be drawn now.
+TEST_F(BoundsClones, FacesWithoutAMaterialOfTheirOwnGetOneThatIsNotSeen)
+{
+    MeshText parts = Triangle();
+    parts.faces.push_back({0, 2, 1, "1", 1}); // submaterials 0 and 1
+    Load(MaterialList({kTwoParts}) + Named(parts, "Bounds", "*MATERIAL_REF 0") +
+         Clone("a", "Bounds", "*WIREFRAME_COLOR 1 0 0"));
+    Reload();
+    KRE_Mesh* own = reloaded.GetMesh(0);
+    ASSERT_EQ(own->materialCount, 2);
+    ExpectColour(own->materials[0].diffuse, 1, 0, 0, 1);
+    EXPECT_EQ(own->materials[0].transparency, 0.0f);
+    EXPECT_EQ(own->materials[1].transparency, 1.0f);
+    EXPECT_EQ(own->materials[1].transparent, 0) << "the order of the meshes stays";
+
+    // The clone of a clone has no material at all: its first part is drawn as a new one.
+    Load(MaterialList({kTwoParts}) + Named(parts, "m", "*MATERIAL_REF 0") + Clone("Bounds", "m") +
+         Clone("a", "Bounds", "*MATERIAL_REF 0"));
+    Reload();
+    own = reloaded.GetMesh(1);
+    ASSERT_EQ(own->materialCount, 2);
+    EXPECT_EQ(own->materials[0].transparency, 0.0f);
+    EXPECT_EQ(own->materials[1].transparency, 1.0f);
 }
 
 TEST_F(QSALoaderTest, WithoutABoundsObjectTheSceneIsMeasured)
