@@ -22,7 +22,7 @@ class CloneLinks {
 public:
     static constexpr size_t kNone = SIZE_MAX;
 
-    explicit CloneLinks(KRE_3dScene& scene)
+    CloneLinks(KRE_3dScene& scene, ErrorClassSimple& reporter)
     {
         for (KRE_Mesh* mesh : scene.meshes)
             meshes.push_back(mesh);
@@ -32,11 +32,20 @@ public:
         std::stable_sort(names.begin(), names.end(), IsBefore);
 
         sources.assign(meshes.size(), kNone);
+        std::vector<bool> isTold(meshes.size(), false); // by the place of the source
         for (size_t i = 0; i < meshes.size(); ++i) {
             const NamedMesh wanted = {meshes[i]->cloneSource.c_str(), 0};
-            const auto found = std::lower_bound(names.begin(), names.end(), wanted, IsBefore);
-            if (found != names.end() && found->name == wanted.name)
-                sources[i] = found->place;
+            const auto [found, end] =
+                std::equal_range(names.begin(), names.end(), wanted, IsBefore);
+            if (wanted.name.empty() || found == end)
+                continue;
+            sources[i] = found->place;
+            // A saved scene has its transparent meshes last, so that another one may come first there.
+            if (end - found > 1 && !isTold[found->place])
+                reporter.Warning("%i meshes are named '%s', the source of clone '%s'",
+                                 static_cast<int>(end - found), meshes[i]->cloneSource.c_str(),
+                                 meshes[i]->name.c_str());
+            isTold[found->place] = true;
         }
     }
 
@@ -61,7 +70,7 @@ void ResolveClone(KRE_Mesh& clone, KRE_Mesh& source)
 void ResolveClones(KRE_3dScene& scene, ErrorClassSimple& reporter)
 {
     enum class State : uint8_t { kOpen, kWaiting, kDone };
-    const CloneLinks links(scene);
+    const CloneLinks links(scene, reporter);
     std::vector<State> states(links.meshes.size(), State::kOpen);
     std::vector<size_t> waiting; // clones whose sources are to be resolved first
     for (size_t i = 0; i < links.meshes.size(); ++i) {

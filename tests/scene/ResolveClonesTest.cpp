@@ -1,5 +1,12 @@
 #include "scene/ResolveClones.h"
 
+#include <cstdarg>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "base/FormatText.h"
 #include "tests/gfx/ErrorText.h"
 #include "tests/scene/SceneTesting.h"
 #include "tests/support/SceneEngine.h"
@@ -14,7 +21,18 @@ protected:
         return ErrorText([&] { ResolveClones(scene, reporter); });
     }
 
-    struct Reporter : ErrorClassSimple {};
+    struct Reporter : ErrorClassSimple {
+        [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) override
+        {
+            char text[1024];
+            va_list arguments;
+            va_start(arguments, format);
+            FormatTextV(text, sizeof text, format, arguments);
+            va_end(arguments);
+            warnings.push_back(text);
+        }
+        std::vector<std::string> warnings;
+    };
     Reporter reporter;
     KRE_3dScene scene;
 };
@@ -76,6 +94,36 @@ TEST_F(ResolveClonesTest, OfSeveralSourcesOfOneNameTheFirstIsTaken)
     EXPECT_EQ(Resolve(), "");
     EXPECT_EQ(clone.faceCount, 4);
     EXPECT_EQ(clone.mesh.Get(), scene.FindMesh("Oar", 0)->mesh.Get());
+}
+
+TEST_F(ResolveClonesTest, ASourceNameOfSeveralMeshesIsAWarningForAllItsClones)
+{
+    AddClone(scene, "Oar2", "Oar");
+    AddClone(scene, "Oar3", "Oar");
+    AddClone(scene, "Sail", "Sail2");
+    AddClone(scene, "Mast2", "Mast");
+    AddStrip(scene, "Oar");
+    AddStrip(scene, "Mast");
+    AddStrip(scene, "Oar");
+    AddStrip(scene, "Sail2");
+    AddStrip(scene, "Sail2");
+    AddStrip(scene, "Sail2");
+    AddStrip(scene, ""); // two that nothing is a clone of
+    AddStrip(scene, "");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_THAT(reporter.warnings,
+                testing::ElementsAre("2 meshes are named 'Oar', the source of clone 'Oar2'",
+                                     "3 meshes are named 'Sail2', the source of clone 'Sail'"));
+}
+
+TEST_F(ResolveClonesTest, ACloneMayBearTheNameOfItsSource)
+{
+    const KRE_Mesh& source = AddStrip(scene, "Oar");
+    const KRE_Mesh& clone = AddClone(scene, "Oar", "Oar");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(clone.mesh.Get(), source.mesh.Get());
+    EXPECT_THAT(reporter.warnings,
+                testing::ElementsAre("2 meshes are named 'Oar', the source of clone 'Oar'"));
 }
 
 TEST_F(ResolveClonesTest, AMissingSourceIsAnError)
