@@ -39,6 +39,16 @@ void SetToStartTime(KRE_3dScene& scene, const QSA_SceneHeader& header)
     scene.Update(frameSpeed != 0.0 ? header.firstFrame / frameSpeed : 0.0, 1);
 }
 
+/// A text that ends inside a light leaves it without a type; other types come from damaged files.
+void CheckLights(KRE_Gfx& engine, KRE_3dScene& scene, const char* path)
+{
+    for (const KRE_Light* light : scene.lights) {
+        if (!light->HasDeviceType())
+            engine.Warning("'%s': Light '%s' of type %i does not shine", path, light->name.c_str(),
+                           static_cast<int>(light->light.Type));
+    }
+}
+
 } // namespace
 
 void QSALoaderDeleter::operator()(QSALoader* loader) const
@@ -73,6 +83,7 @@ void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
         SceneLoader().Load(scene, name.c_str(), flags);
         SetToStartTime(scene, SceneHeader());
     }
+    CheckLights(*this, scene, name.c_str());
     scene.fileTime = file.GetFileTime();
     file.Close();
     scene.name = name;

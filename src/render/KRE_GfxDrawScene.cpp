@@ -21,6 +21,12 @@ KRE_FogRecord FogOf(const KRE_SceneSettings& settings)
     return fog;
 }
 
+/// The device would refuse a light of a type that it does not have.
+bool IsDrawn(const KRE_Light& light)
+{
+    return light.lightOn && light.HasDeviceType();
+}
+
 } // namespace
 
 int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials)
@@ -88,7 +94,7 @@ void KRE_Gfx::SetSceneStates(KRE_3dScene& scene)
         return;
     int32_t index = 0; // counts dark lights as well
     for (const KRE_Light* light : scene.lights) {
-        if (light->lightOn) {
+        if (IsDrawn(*light)) {
             SetLight(index, light->light);
             LightEnable(index, 1);
         }
@@ -105,7 +111,7 @@ void KRE_Gfx::ClearSceneStates(KRE_3dScene& scene)
         return;
     int32_t index = 0;
     for (const KRE_Light* light : scene.lights) {
-        if (light->lightOn)
+        if (IsDrawn(*light))
             LightEnable(index, 0);
         ++index;
     }

@@ -20,6 +20,11 @@ public:
                            float specularR, float specularG, float specularB, float specularA,
                            float ambientR, float ambientG, float ambientB, float ambientA,
                            float range);
+    /// Whether the device has such a light. A scene keeps others as they are; they do not shine.
+    bool HasDeviceType() const
+    {
+        return light.Type >= D3DLIGHT_POINT && light.Type <= D3DLIGHT_DIRECTIONAL;
+    }
     void Reset();
 
     int32_t lightMode = 1; ///< kept for the files; drawing does not read it

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -112,6 +113,39 @@ TEST_F(LoadSceneTest, ATextSceneStandsAtItsFirstFrame)
     KRE_3dScene scene;
     LoadBytes(scene, kText);
     EXPECT_EQ(scene.lastTime, 2.0); // frame 30 at 15 frames a second
+}
+
+TEST_F(LoadSceneTest, ALightOfNoTypeOfTheDeviceIsAWarningAndKeepsItsBytes)
+{
+    QsbFile file;
+    file.scene.lights.resize(5);
+    for (uint32_t type = 0; type < 5; ++type) {
+        QsbLight& light = file.scene.lights[type];
+        light.target.object.kind = 32;
+        light.target.object.name = "Lamp" + std::to_string(type);
+        light.type = type;
+    }
+    file.scene.lights[4].on = 0;
+    KRE_3dScene scene;
+    Load(scene, file);
+    EXPECT_THAT(LogText(), HasSubstr("'scene.qsb': Light 'Lamp0' of type 0 does not shine"));
+    EXPECT_THAT(LogText(), HasSubstr("'scene.qsb': Light 'Lamp4' of type 4 does not shine"));
+    for (const char* sound : {"Lamp1", "Lamp2", "Lamp3"})
+        EXPECT_THAT(LogText(), Not(HasSubstr(sound)));
+    Saved(scene);
+    KRE_3dScene again;
+    gGfx->LoadScene(again, "saved.qsb", 0);
+    for (int32_t type = 0; type < 5; ++type)
+        EXPECT_EQ(static_cast<int32_t>(again.lights.Get(type)->light.Type), type);
+}
+
+TEST_F(LoadSceneTest, ALightThatATextCutsOffIsAWarning)
+{
+    KRE_3dScene scene;
+    LoadBytes(scene, "*LIGHTOBJECT {\n *NODE_NAME \"Lamp\"\n *LIGHT_TYPE Omni\n");
+    ASSERT_EQ(scene.lights.Count(), 1);
+    EXPECT_EQ(static_cast<int32_t>(scene.lights.Get(0)->light.Type), 0) << "the block never ended";
+    EXPECT_THAT(LogText(), HasSubstr("'scene.qsb': Light 'Lamp' of type 0 does not shine"));
 }
 
 TEST_F(LoadSceneTest, ANetworkPathIsAWarning)

@@ -322,6 +322,38 @@ TEST_F(SceneDraw, DarkLightsAreLeftOutButCount)
                                                     "LightEnable 0 0", "LightEnable 2 0"));
 }
 
+// The types of the device are 1 to 3.
+TEST_F(SceneDraw, LightsOfNoTypeOfTheDeviceAreLeftOutButCount)
+{
+    for (const DWORD type : {0u, 1u, 4u, 3u, 7u, 0x7FFFFFFFu, 2u})
+        AddLight().light.Type = static_cast<D3DLIGHTTYPE>(type);
+    std::string enabled; // what effects take lights by
+    DeviceMesh(AddMesh("box")).onDraw = [&] {
+        for (const int32_t on : gGfx->cache.lightEnable)
+            enabled += on == 1 ? '1' : '-';
+    };
+    EXPECT_EQ(Draw(), 1);
+    EXPECT_THAT(CallsOf("SetLight"), ElementsAre(HasSubstr("SetLight 1 D3DLIGHT_POINT"),
+                                                 HasSubstr("SetLight 3 D3DLIGHT_DIRECTIONAL"),
+                                                 HasSubstr("SetLight 6 D3DLIGHT_SPOT")));
+    EXPECT_THAT(CallsOf("LightEnable"),
+                ElementsAre("LightEnable 1 1", "LightEnable 3 1", "LightEnable 6 1",
+                            "LightEnable 1 0", "LightEnable 3 0", "LightEnable 6 0"));
+    EXPECT_EQ(enabled, "-1-1--1--");
+}
+
+TEST_F(SceneDraw, LightOfNoTypeBehindTheNinthHarmsNothing)
+{
+    for (int i = 0; i < 9; ++i)
+        AddLight();
+    KRE_Light& tenth = AddLight();
+    tenth.light.Type = static_cast<D3DLIGHTTYPE>(0);
+    EXPECT_EQ(Draw(), 1);
+    EXPECT_EQ(CallsOf("SetLight").size(), 9u);
+    tenth.light.Type = D3DLIGHT_POINT;
+    EXPECT_EQ(RaisedBy([&] { Draw(); }), "Light index >8");
+}
+
 TEST_F(SceneDraw, LightsStayOutWithoutTheSetting)
 {
     AddLight();
