@@ -342,6 +342,24 @@ TEST_F(ConfigFileReaderTest, EntriesWithoutANameOrWithATakenOneAreWarnings)
     EXPECT_EQ(reader.FindEntry("boat"), 1);
 }
 
+// A name and its end take 1024 bytes.
+TEST_F(ConfigFileReaderTest, NamesAreToldApartByTheirFirst1023Bytes)
+{
+    const std::string fits(1022, 'x');
+    const std::string full(1023, 'y');
+    reader.SetDescKey("desc");
+    std::string text;
+    for (const std::string& name : {fits + 'a', fits + 'b', full + 'a', full + 'b'})
+        text += "#\ndesc \"" + name + "\"\n";
+    ASSERT_EQ(Load(text), kTextFileOk);
+    EXPECT_EQ(reader.FindEntry((fits + 'a').c_str()), 0);
+    EXPECT_EQ(reader.FindEntry((fits + 'b').c_str()), 1);
+    EXPECT_EQ(reader.FindEntry(full.c_str()), 2) << "cut, and the name of the next one with it";
+    EXPECT_EQ(reader.FindEntry((full + 'a').c_str()), -1);
+    EXPECT_NE(LogText().find("'desc' entry in 'in.cfg' (3) not unique: 'yyy"), std::string::npos);
+    EXPECT_EQ(LogText().find("(1) not unique"), std::string::npos);
+}
+
 TEST_F(ConfigFileReaderTest, NameThatNoTreeHoldsEndsTheLoad)
 {
     reader.SetDescKey("desc");

@@ -227,6 +227,29 @@ TEST_F(FileTest, CreateInAMissingDirectoryIsAWarning)
     EXPECT_FALSE(file.IsOpen());
 }
 
+TEST_F(FileTest, FailedCreateKeepsTheNameOfTheFileBefore)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    EXPECT_FALSE(file.Create("none/out.bin", true, false));
+    EXPECT_STREQ(file.GetFileName().c_str(), "in.bin");
+    ASSERT_TRUE(file.Create("out.bin", true, true));
+    EXPECT_STREQ(file.GetFileName().c_str(), "out.bin");
+}
+
+TEST_F(FileTest, CreatedFileStartsAtPositionZero)
+{
+    scratch.Write("in.bin", "abcdef");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    file.Seek(4);
+    EXPECT_FALSE(file.Create("none/out.bin", true, false));
+    EXPECT_EQ(file.GetPosition(), 4) << "nothing was created";
+    ASSERT_TRUE(file.Create("out.bin", true, true));
+    EXPECT_EQ(file.GetPosition(), 0);
+    EXPECT_TRUE(file.WriteInt32(1));
+    EXPECT_EQ(file.GetPosition(), 4);
+}
+
 TEST_F(FileTest, WritesAreRawLittleEndianWithoutPadding)
 {
     ASSERT_TRUE(file.Create("out.bin", true, true));
@@ -332,6 +355,28 @@ TEST_F(FileTest, FailureToWriteIsAnError)
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
     FileTestAccess::SetWriteable(file); // the stream itself is open for reading only
     EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "in.bin: Error writing to file");
+}
+
+TEST_F(FileTest, FailedWriteTakesThePositionOfTheStreamAndRaisesTheSizeToIt)
+{
+    scratch.Write("in.bin", "abc");
+    static const struct {
+        const char* what;
+        int32_t streamPosition, size;
+    } cases[] = {
+        {"inside the file", 1, 3},
+        {"at its end", 3, 3},
+        {"behind its end", 5, 5},
+    };
+    for (const auto& c : cases) {
+        ASSERT_TRUE(file.Open("in.bin", true, false, true));
+        FileTestAccess::SetWriteable(file); // the stream itself is open for reading only
+        file.Seek(c.streamPosition);
+        FileTestAccess::SetPosition(file, 7);
+        EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "in.bin: Error writing to file") << c.what;
+        EXPECT_EQ(file.GetPosition(), c.streamPosition) << c.what;
+        EXPECT_EQ(file.GetSize(), c.size) << c.what;
+    }
 }
 
 TEST_F(FileTest, FailuresGiveFalseWithThrowingOff)
