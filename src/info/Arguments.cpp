@@ -51,6 +51,10 @@ private:
             result.all = true;
             return;
         }
+        if (text == "--exact") {
+            SetTolerance(0);
+            return;
+        }
         if (text.compare(0, kTolerance.size(), kTolerance) == 0) {
             ReadTolerance(text);
             return;
@@ -79,11 +83,19 @@ private:
         else if (at + 1 < arguments.size())
             value = arguments[++at];
         const char* const end = value.data() + value.size();
-        const auto read = std::from_chars(value.data(), end, result.tolerance);
+        double tolerance = 0;
+        const auto read = std::from_chars(value.data(), end, tolerance);
         const bool isNumber = read.ec == std::errc() && read.ptr == end;
-        if (!isNumber || !std::isfinite(result.tolerance) || result.tolerance < 0)
+        if (!isNumber || !std::isfinite(tolerance) || tolerance < 0)
             return Fail("option '--tolerance' needs a number from 0 on");
-        hasTolerance = true;
+        SetTolerance(tolerance);
+    }
+
+    void SetTolerance(double tolerance)
+    {
+        if (result.tolerance)
+            return Fail("'--tolerance' and '--exact' are given only once, and not together");
+        result.tolerance = tolerance;
     }
 
     void CheckWhole()
@@ -95,13 +107,12 @@ private:
             Fail(wanted == 2 ? "two files are needed" : "a file is needed");
         else if (result.files.size() > wanted)
             Fail("one file too many: '" + result.files[wanted] + "'");
-        else if (hasTolerance && result.mode != InfoMode::kDiff)
-            Fail("option '--tolerance' goes with diff only");
+        else if (result.tolerance && result.mode != InfoMode::kDiff)
+            Fail("'--tolerance' and '--exact' go with diff only");
     }
 
     const std::vector<std::string>& arguments;
     size_t at = 0;
-    bool hasTolerance = false;
     InfoArguments result;
 };
 

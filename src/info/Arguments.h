@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,9 +12,9 @@ enum class InfoMode { kReport, kTree, kEffects, kJson, kCheck, kDiff, kHelp, kVe
 struct InfoArguments {
     InfoMode mode = InfoMode::kReport;
     bool all = false;
-    double tolerance = 0;
-    std::vector<std::string> files; ///< one; two for a comparison
-    std::string error;              ///< what is wrong with the line; empty for a good one
+    std::optional<double> tolerance; ///< 0 for --exact
+    std::vector<std::string> files;  ///< one; two for a comparison
+    std::string error;               ///< what is wrong with the line; empty for a good one
 };
 
 /// Reads the arguments behind the program's name. Options may stand anywhere; behind "--" everything

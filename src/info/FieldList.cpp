@@ -48,9 +48,15 @@ const Field* FieldList::Find(const char* name) const
     return found == fields.end() ? nullptr : &*found;
 }
 
+void FieldList::CutTo(double step)
+{
+    // What is read back is a float, which may lie half a unit in its last place further off.
+    fields.back().step = step + 0x1p-25;
+}
+
 Field& FieldList::Add(const char* name, FieldKind kind, int32_t count)
 {
-    return fields.emplace_back(Field{name, kind, count, {}, {}});
+    return fields.emplace_back(Field{name, kind, count, {}, {}, 0});
 }
 
 void FieldList::AddFloats(const char* name, FieldKind kind, const float* values, int32_t count)

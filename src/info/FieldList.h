@@ -32,6 +32,7 @@ struct Field {
     int32_t count; ///< of `numbers`
     std::array<double, kMostNumbers> numbers;
     std::string_view text; ///< of the record, and gone with it
+    double step = 0; ///< a file may change the numbers by as much; 0 where it stores them whole
 
     bool IsWhole() const { return kind == FieldKind::kWhole || kind == FieldKind::kWholes; }
     /// Whether the field is a list of numbers, of whatever length, and not a single value.
@@ -61,6 +62,8 @@ public:
     void Quaternion(const char* name, const D3DXQUATERNION& q);
     void Color(const char* name, const D3DCOLORVALUE& color);
     void Matrix(const char* name, const D3DXMATRIX& matrix);
+    /// Says of the field added last that files cut its numbers to multiples of `step`.
+    void CutTo(double step);
     /// At most `Field::kMostNumbers` whole numbers of any type.
     template <class T>
     void Wholes(const char* name, const T* values, int32_t count)

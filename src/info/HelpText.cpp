@@ -2,7 +2,7 @@
 
 const char* const kInfoUsage =
     "Usage: qsbinfo [--tree | --effects | --json | --check] [--all] FILE\n"
-    "       qsbinfo diff [--tolerance T] [--all] FILE FILE\n"
+    "       qsbinfo diff [--tolerance T | --exact] [--all] FILE FILE\n"
     "       qsbinfo --help | --version\n";
 
 const char* const kInfoHelp =
@@ -15,7 +15,9 @@ const char* const kInfoHelp =
     "  --json           everything but vertices, faces and keys, as JSON\n"
     "  --check          looks for damage: exit status 0 for a sound file, else 1\n"
     "  diff A B         what differs, a line each: PATH: VALUE IN A | VALUE IN B\n"
-    "  --tolerance T    numbers that differ by no more than T are the same (0)\n"
+    "  --tolerance T    numbers that differ by no more than T are the same; without it,\n"
+    "                   those that the QSB format rounds to the same\n"
+    "  --exact          only equal numbers are the same\n"
     "  --all            lists and comparisons in full length\n"
     "  --               all that follows are files\n"
     "  --help           this text\n"

@@ -18,8 +18,8 @@ bool SceneDiff::IsSame(const Field& first, const Field& second, int32_t i) const
     if (a == b || (std::isnan(a) && std::isnan(b)))
         return true;
     const bool isExact = first.IsWhole() || first.kind == FieldKind::kBits;
-    return !isExact && std::fabs(a - b) <= options.tolerance && std::isfinite(a) &&
-           std::isfinite(b);
+    const double tolerance = options.tolerance.value_or(first.step);
+    return !isExact && std::fabs(a - b) <= tolerance && std::isfinite(a) && std::isfinite(b);
 }
 
 void SceneDiff::Tell(const std::string& path, const std::string& first, const std::string& second)

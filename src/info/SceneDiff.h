@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "info/FieldList.h"
@@ -8,8 +9,9 @@
 #include "info/Output.h"
 
 struct DiffOptions {
-    double tolerance =
-        0;            ///< floats that differ by no more are the same; whole numbers have to agree
+    /// Floats that differ by no more are the same; without a value, those that the file format
+    /// rounds to the same number. Whole numbers have to agree.
+    std::optional<double> tolerance;
     bool all = false; ///< every line of an array, not only the first ones
 };
 

@@ -173,13 +173,17 @@ void AddVertexFields(KRE_Mesh& mesh, int32_t vertex, FieldList& fields)
     constexpr int32_t kNone = VertexInfo::kNoOffset;
     constexpr int32_t kUVBytes = 8; // a format may have less
     fields.Vector("position", *mesh.Position(vertex));
-    if (mesh.normalOffset != kNone)
+    if (mesh.normalOffset != kNone) {
         fields.Vector("normal", *mesh.Normal(vertex));
+        fields.CutTo(1.0 / 32767);
+    }
     if (mesh.textureOffset != kNone && mesh.textureOffset + kUVBytes <= mesh.stride)
         fields.Reals("uv", mesh.TexCoord(vertex), 2);
     // The last weight follows from the others and is not stored.
-    if (mesh.weightOffset != kNone && mesh.blendCount > 1)
+    if (mesh.weightOffset != kNone && mesh.blendCount > 1) {
         fields.Reals("weights", mesh.Weights(vertex), mesh.blendCount - 1);
+        fields.CutTo(1.0 / 65535);
+    }
     if (mesh.matrixIndexOffset != kNone)
         fields.Wholes("bones", mesh.BlendIndices(vertex), 4);
 }

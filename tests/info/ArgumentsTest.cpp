@@ -38,7 +38,8 @@ TEST(Arguments, ModesAndFiles)
 
 TEST(Arguments, ToleranceAndAll)
 {
-    EXPECT_EQ(ReadArguments({"diff", "a", "b"}).tolerance, 0);
+    EXPECT_EQ(ReadArguments({"diff", "a", "b"}).tolerance, std::nullopt);
+    EXPECT_EQ(ReadArguments({"diff", "a", "--exact", "b"}).tolerance, 0);
     EXPECT_EQ(ReadArguments({"diff", "--tolerance", "0.5", "a", "b"}).tolerance, 0.5);
     EXPECT_EQ(ReadArguments({"diff", "a", "b", "--tolerance=1e-3"}).tolerance, 0.001);
     EXPECT_TRUE(ReadArguments({"diff", "a", "--all", "b"}).all);
@@ -47,6 +48,7 @@ TEST(Arguments, ToleranceAndAll)
 
 TEST(Arguments, WhatIsWrongIsTold)
 {
+    static const char kOnce[] = "'--tolerance' and '--exact' are given only once, and not together";
     static const char kNumber[] = "option '--tolerance' needs a number from 0 on";
     static const struct {
         Words words;
@@ -62,7 +64,10 @@ TEST(Arguments, WhatIsWrongIsTold)
         {{"-j", "a"}, "unknown option '-j'"},
         {{"--tree", "--json", "a"}, "option '--json' does not go with the others"},
         {{"diff", "a", "b", "--check"}, "option '--check' does not go with the others"},
-        {{"--tolerance", "1", "a"}, "option '--tolerance' goes with diff only"},
+        {{"--tolerance", "1", "a"}, "'--tolerance' and '--exact' go with diff only"},
+        {{"--exact", "a"}, "'--tolerance' and '--exact' go with diff only"},
+        {{"diff", "a", "b", "--exact", "--tolerance=1"}, kOnce},
+        {{"diff", "a", "b", "--tolerance", "0", "--exact"}, kOnce},
         {{"--tolerances", "1", "a"}, "unknown option '--tolerances'"},
         {{"diff", "a", "b", "--tolerance"}, kNumber},
         {{"diff", "a", "b", "--tolerance="}, kNumber},

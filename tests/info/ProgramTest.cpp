@@ -65,7 +65,7 @@ TEST_F(InfoProgram, HelpAndVersionGoToStandardOutput)
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.out, StartsWith("Usage: qsbinfo "));
     for (const char* option : {"--tree", "--effects", "--json", "--check", "diff", "--tolerance",
-                               "--all", "--help", "--version"})
+                               "--exact", "--all", "--help", "--version"})
         EXPECT_THAT(help.out, HasSubstr(option));
     EXPECT_EQ(help.err, "");
     const ProgramRun version = Info({"--version"});
@@ -171,10 +171,10 @@ TEST_F(InfoProgram, ASceneDiffersFromItsConversionByRoundingAndWhatTheConverterA
     ASSERT_EQ(RunProgram({"lights.qsa"}).status, 1);
     // Normals are cut to multiples of 1 / 32767, so they lose less than that; the converter draws
     // through a mirrored view.
-    const ProgramRun run = Info({"diff", "--tolerance", "0.0000306", "lights.qsa", "lights.qsb"});
+    const ProgramRun run = Info({"diff", "lights.qsa", "lights.qsb"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "settings/mirrorView: 0 | 1\n");
-    const ProgramRun exact = Info({"diff", "lights.qsa", "lights.qsb"});
+    const ProgramRun exact = Info({"diff", "--exact", "lights.qsa", "lights.qsb"});
     EXPECT_THAT(exact.out, HasSubstr("/vertices[0].normal."));
     EXPECT_THAT(exact.out, HasSubstr(" differences more\n"));
 }

@@ -59,6 +59,34 @@ TEST_F(SceneDiffTest, ToleranceIsAbsoluteAndForFloatsOnly)
                                                "meshes/Skin/userTag: -1 | 0\n");
 }
 
+/// Files hold normals in steps of 1 / 32767 and weights in steps of 1 / 65535.
+TEST_F(SceneDiffTest, WhatTheFormatRoundsToOneNumberIsTheSameUnlessExactIsAskedFor)
+{
+    const QsbFile first = FullBoat();
+    QsbFile second = FullBoat();
+    auto& vertices = second.scene.meshes[1].vertices;
+    ASSERT_EQ(vertices[0].normal[2], 32767);
+    ASSERT_EQ(vertices[0].weights[0], 0);
+    vertices[0].normal[2] = 32766;
+    vertices[0].weights[0] = 1;
+    EXPECT_EQ(Diff(first, second), "");
+    EXPECT_EQ(Diff(first, second, {0, false}),
+              "meshes/Skin/vertices[0].normal.z: 1 | 0.9999695\n"         // 32766 / 32767
+              "meshes/Skin/vertices[0].weights[0]: 0 | 1.5259022e-05\n"); // 1 / 65535
+    vertices[0].normal[2] = 32765;
+    vertices[0].weights[0] = 2;
+    EXPECT_EQ(Diff(first, second), "meshes/Skin/vertices[0].normal.z: 1 | 0.99993896\n"
+                                   "meshes/Skin/vertices[0].weights[0]: 0 | 3.0518044e-05\n");
+}
+
+TEST_F(SceneDiffTest, PositionsAreNotRounded)
+{
+    const QsbFile first = FullBoat();
+    QsbFile second = FullBoat();
+    second.scene.meshes[0].vertices[2].position[1] = 1 + 0x1p-20f;
+    EXPECT_NE(Diff(first, second), "");
+}
+
 TEST_F(SceneDiffTest, NumbersThatAreNoneEqualEachOther)
 {
     QsbFile first;
