@@ -79,7 +79,7 @@ private:
     String descKey;
     int32_t caseSensitive = 0;
     int32_t foundInBase = 0;
-    HeapArray<ConfigEntry> entries;    ///< owned; `entryCount` of them
+    HeapArray<ConfigEntry> entries; ///< owned; `entryCount` of them
     /// Owned; block depth at the start of each line. A search is never limited to a block, so there
     /// is neither a block filter nor a first line of one.
     HeapArray<int32_t> lineBlockLevel;
