@@ -60,6 +60,8 @@ void KRE_3dScene::Load(File& file)
     LoadAll(file, "cameras", kQsbLeastCamera, cameras);
     LoadAll(file, "objects", kQsbLeastObject, objects);
     LoadAll(file, "lights", kQsbLeastLight, lights);
+    // QUIRK: an import links in the order of its text and sorts afterwards. Where several objects bear the name
+    // of a parent, a target or a bone, the first of another order is found here.
     PartitionMeshes();
     LinkObjects(*this);
 }

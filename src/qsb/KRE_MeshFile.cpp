@@ -181,6 +181,9 @@ void KRE_Mesh::LoadMaterials(File& file)
 }
 
 /// Whether vertices need room for what a bump map wants. Leaves slot 0 of the textures selected.
+/// QUIRK: the selected slot is the one whose map moves, and an import leaves the last one selected. So of a
+/// diffuse map over a reflection an import tiles and moves the diffuse map, and its binary scene the
+/// reflection: `KRE_Texture::Evaluate` looks at one slot.
 bool KRE_Mesh::HasBumpMap()
 {
     bool found = false;

@@ -1,5 +1,7 @@
-// Draws the frame of each example and holds it against the accepted one, which is what the system's
-// Direct3D drew and somebody has looked at. QSA_ACCEPT_PICTURES=1 makes what is drawn the accepted
+// Draws the frame of each example, from its text and from the binary scene that it becomes, and holds both
+// against the accepted one, which is what the system's Direct3D drew of the text and somebody has looked at,
+// and against each other. Each frame has an engine of its own, as in a process that draws nothing else.
+// QSA_ACCEPT_PICTURES=1 makes what is drawn the accepted
 // frames, on the Windows host only: a frame of this project's own rasterizer would prove nothing about
 // it. What Wine does not draw as documented, skinned meshes above all, is left out. Wine reads no effects
 // in text form: the frames of such examples come from this project's rasterizer all the same, and only
@@ -32,51 +34,93 @@ namespace fs = std::filesystem;
 const fs::path kExamples = SourcePath("examples");
 const fs::path kAccepted = SourcePath("tests/app/example_frames");
 
-class ExampleFrames : public testing::TestWithParam<ExampleFrame> {};
+constexpr int kRounding = 2; // steps of a channel: normals and weights have 16 bits in a binary
+constexpr size_t kPixels = 640 * 480; // of the frame
 
-Frame ReadAccepted(const fs::path& path)
-{
-    const Picture picture = ReadPngPicture(gGfx->device.Get(), path.string());
-    Frame frame = {picture.width, picture.height, {}};
-    for (const DWORD pixel : picture.pixels)
-        frame.pixels.push_back(static_cast<std::uint32_t>(pixel));
-    return frame;
-}
+/// A folder with the examples, to convert one of them.
+class ExampleFrames : public testing::TestWithParam<ExampleFrame> {
+protected:
+    ExampleFrames()
+    {
+        fs::copy(kExamples, scratch.Path() / "examples", fs::copy_options::recursive);
+        fs::current_path(scratch.Path() / "examples" /
+                         GetParam().folder); // the log is written there
+    }
+    ~ExampleFrames() override { fs::current_path(scratch.Path()); }
+
+    /// Draws the example's text and writes its binary scene. Empty where the host reads none of its
+    /// effects.
+    static Frame DrawText()
+    {
+        FrameStage stage(640, 480);
+        if (GetParam().hasEffectText && !FrameStage::ReadsEffectTexts())
+            return {};
+        return stage.Draw(Name(".qsa").c_str(), Name(".qsb").c_str());
+    }
+    /// Draws the binary scene, once it is there.
+    static Frame DrawBinary()
+    {
+        FrameStage stage(640, 480);
+        return stage.Draw(Name(".qsb").c_str());
+    }
+    static std::string Name(const char* extension)
+    {
+        return std::string(GetParam().name) + extension;
+    }
+
+    static Frame ReadAccepted()
+    {
+        const FrameStage stage(640, 480);
+        const Picture picture =
+            ReadPngPicture(gGfx->device.Get(), (kAccepted / Name(".png")).string());
+        Frame frame = {picture.width, picture.height, {}};
+        for (const DWORD pixel : picture.pixels)
+            frame.pixels.push_back(static_cast<std::uint32_t>(pixel));
+        return frame;
+    }
+    static void ExpectAccepted(Frame frame, const char* what)
+    {
+        Frame expected = ReadAccepted();
+        const auto exceptions = ReadFrameExceptions(SourcePath("tools/frames/exceptions.txt"));
+        ASSERT_FALSE(exceptions.empty());
+        // What is left out of comparing as a whole has only frames of one host.
+        const char* const scene = GetParam().hasEffectText ? "*" : GetParam().name;
+        BlankExceptions(frame, exceptions, scene);
+        BlankExceptions(expected, exceptions, scene);
+        const SceneDifference found = CompareSceneFrames(frame, expected);
+        EXPECT_TRUE(found.IsWithin())
+            << what << ": " << found.rounding.displaced + found.rounding.wrong
+            << " pixels off by more than 2, " << found.large.wrong
+            << " by more than 16 away from edges; largest step " << found.large.largestStep;
+    }
+
+private:
+    const WindowFlags flags;
+    const ScratchDirectory scratch;
+};
 
 } // namespace
 
-TEST_P(ExampleFrames, LooksAsAccepted)
+TEST_P(ExampleFrames, LookAsAcceptedFromTextAndBinary)
 {
-    const ExampleFrame& example = GetParam();
-    const WindowFlags flags;
-    const ScratchDirectory scratch;
-    fs::copy(kExamples, scratch.Path() / "examples", fs::copy_options::recursive);
-    FrameStage stage(640, 480);
-    if (example.hasEffectText && !FrameStage::ReadsEffectTexts())
+    const Frame text = DrawText();
+    if (text.pixels.empty() && GetParam().hasEffectText)
         GTEST_SKIP() << "this host reads no effect texts";
-    fs::current_path(scratch.Path() / "examples" / example.folder); // the log is written there
-    Frame frame = stage.Draw((std::string(example.name) + ".qsa").c_str());
-    fs::current_path(scratch.Path());
-    ASSERT_EQ(frame.pixels.size(), 307200u);
-    const fs::path accepted = kAccepted / (std::string(example.name) + ".png");
+    ASSERT_EQ(text.pixels.size(), kPixels);
     if (std::getenv("QSA_ACCEPT_PICTURES")) {
-        ASSERT_EQ(IsHeadlessHost(), example.hasEffectText)
+        ASSERT_EQ(IsHeadlessHost(), GetParam().hasEffectText)
             << "accepted frames come from the system's Direct3D";
-        EXPECT_TRUE(WriteFramePng(frame, accepted.string()));
+        const FrameStage stage(640, 480);
+        EXPECT_TRUE(WriteFramePng(text, (kAccepted / Name(".png")).string()));
         return;
     }
-    Frame expected = ReadAccepted(accepted);
-    const auto exceptions = ReadFrameExceptions(SourcePath("tools/frames/exceptions.txt"));
-    ASSERT_FALSE(exceptions.empty());
-    // What is left out of comparing as a whole has only frames of one host.
-    const char* const scene = example.hasEffectText ? "*" : example.name;
-    BlankExceptions(frame, exceptions, scene);
-    BlankExceptions(expected, exceptions, scene);
-    const SceneDifference found = CompareSceneFrames(frame, expected);
-    EXPECT_TRUE(found.IsWithin()) << found.rounding.displaced + found.rounding.wrong
-                                  << " pixels off by more than 2, " << found.large.wrong
-                                  << " by more than 16 away from edges; largest step "
-                                  << found.large.largestStep;
+    const Frame binary = DrawBinary();
+    ASSERT_EQ(binary.pixels.size(), kPixels);
+    ExpectAccepted(text, "text");
+    ExpectAccepted(binary, "binary");
+    const FrameDifference found = CompareFrames(text, binary, kRounding);
+    EXPECT_LE(found.displaced + found.wrong, kPixels / 1000)
+        << "largest step " << found.largestStep;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -32,35 +32,6 @@ void FitClientArea(int width, int height)
     UpdateClientSize();
 }
 
-/// The back buffer as it stands. Reading waits until everything is drawn.
-Frame ReadBackBuffer()
-{
-    ComPointer<IDirect3DSurface9> target;
-    D3DSURFACE_DESC desc = {};
-    if (FAILED(gGfx->device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, target.Out())) ||
-        FAILED(target->GetDesc(&desc)))
-        return {};
-    const ComPointer<IDirect3DSurface9> copy =
-        MakeMemorySurface(desc.Width, desc.Height, desc.Format);
-    D3DLOCKED_RECT locked = {};
-    const bool isFourBytes = desc.Format == D3DFMT_A8R8G8B8 || desc.Format == D3DFMT_X8R8G8B8;
-    if (!copy || !isFourBytes ||
-        FAILED(gGfx->device->GetRenderTargetData(target.Get(), copy.Get())) ||
-        FAILED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY)))
-        return {};
-    Frame frame = {desc.Width, desc.Height, {}};
-    frame.pixels.resize(frame.width * frame.height);
-    for (std::size_t y = 0; y < frame.height; ++y)
-        std::memcpy(&frame.pixels[y * frame.width],
-                    static_cast<const BYTE*>(locked.pBits) +
-                        static_cast<std::ptrdiff_t>(y) * locked.Pitch,
-                    frame.width * sizeof frame.pixels[0]);
-    copy->UnlockRect();
-    for (std::uint32_t& pixel : frame.pixels)
-        pixel |= 0xFF000000;
-    return frame;
-}
-
 } // namespace
 
 FrameStage::FrameStage(int width, int height)
@@ -96,7 +67,35 @@ FrameStage::~FrameStage()
     gWindowDestroyed = 0;
 }
 
-Frame FrameStage::Draw(const char* fileName)
+Frame FrameStage::BackBuffer()
+{
+    ComPointer<IDirect3DSurface9> target;
+    D3DSURFACE_DESC desc = {};
+    if (FAILED(gGfx->device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, target.Out())) ||
+        FAILED(target->GetDesc(&desc)))
+        return {};
+    const ComPointer<IDirect3DSurface9> copy =
+        MakeMemorySurface(desc.Width, desc.Height, desc.Format);
+    D3DLOCKED_RECT locked = {};
+    const bool isFourBytes = desc.Format == D3DFMT_A8R8G8B8 || desc.Format == D3DFMT_X8R8G8B8;
+    if (!copy || !isFourBytes ||
+        FAILED(gGfx->device->GetRenderTargetData(target.Get(), copy.Get())) ||
+        FAILED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY)))
+        return {};
+    Frame frame = {desc.Width, desc.Height, {}};
+    frame.pixels.resize(frame.width * frame.height);
+    for (std::size_t y = 0; y < frame.height; ++y)
+        std::memcpy(&frame.pixels[y * frame.width],
+                    static_cast<const BYTE*>(locked.pBits) +
+                        static_cast<std::ptrdiff_t>(y) * locked.Pitch,
+                    frame.width * sizeof frame.pixels[0]);
+    copy->UnlockRect();
+    for (std::uint32_t& pixel : frame.pixels)
+        pixel |= 0xFF000000;
+    return frame;
+}
+
+Frame FrameStage::Draw(const char* fileName, const char* targetName)
 {
     SceneSession session;
     char banner[kBannerSize];
@@ -104,9 +103,11 @@ Frame FrameStage::Draw(const char* fileName)
     gGfx->SetLighting(gLightingOn, nullptr);
     gGfx->SetSpecular(gSpecularOn);
     session.Load(fileName);
+    if (targetName)
+        session.Save(targetName);
     const double start = GetTimeSeconds();
     session.DrawFrame(banner);
-    Frame frame = ReadBackBuffer();
+    Frame frame = BackBuffer();
     drawSeconds = GetTimeSeconds() - start;
     return frame;
 }

@@ -17,9 +17,11 @@ public:
     FrameStage& operator=(const FrameStage&) = delete;
 
     /// Loads a scene of the current directory and draws it with the banner as a run would; nothing is
-    /// presented and no file is written. Empty if the frame can not be read back. Lets failures
-    /// through.
-    Frame Draw(const char* fileName);
+    /// presented, and no file is written but `targetName`, to which the scene is saved ahead of its
+    /// frame. Empty if the frame can not be read back. Lets failures through.
+    Frame Draw(const char* fileName, const char* targetName = nullptr);
+    /// The back buffer as it stands. Reading waits until everything is drawn.
+    static Frame BackBuffer();
     /// Seconds that drawing the last frame took, until it could be read back.
     double DrawSeconds() const { return drawSeconds; }
 
