@@ -64,6 +64,8 @@ int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMa
     return isVisible ? 1 : 0;
 }
 
+/// QUIRK: a picture stands in for clearing, with the blending that was set before. Where it has alpha, the
+/// frame before shows through it from the second file of a run on.
 void KRE_Gfx::DrawBackground(KRE_3dScene& scene)
 {
     if (!scene.backgroundTexture.IsValid()) {
