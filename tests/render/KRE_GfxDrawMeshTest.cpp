@@ -348,7 +348,7 @@ TEST_F(MeshDraw, EverythingIsPutBack)
     gGfx->SetBlendMode(7, 99, 0);
     gGfx->SetCullMode(1);
     gGfx->SetTextureAddressU(D3DTADDRESS_BORDER, 0);
-    gGfx->SetTextureAddressV(D3DTADDRESS_MIRROR, 0);
+    gGfx->SetTextureAddressV(D3DTADDRESS_CLAMP, 0); // neither is that of the last material
     for (const int32_t zWrite : {0, 1}) {
         gGfx->SetZWrite(zWrite);
         Draw(mesh);
@@ -357,7 +357,7 @@ TEST_F(MeshDraw, EverythingIsPutBack)
         EXPECT_EQ(gGfx->cullMode, 1);
         EXPECT_EQ(gGfx->zWrite, zWrite);
         EXPECT_EQ(gGfx->addressU[0], D3DTADDRESS_BORDER);
-        EXPECT_EQ(gGfx->addressV[0], D3DTADDRESS_MIRROR);
+        EXPECT_EQ(gGfx->addressV[0], D3DTADDRESS_CLAMP);
 
         // The device has them as well.
         DWORD value = 0;
@@ -370,7 +370,7 @@ TEST_F(MeshDraw, EverythingIsPutBack)
         gGfx->device->GetSamplerState(0, D3DSAMP_ADDRESSU, &value);
         EXPECT_EQ(value, DWORD{D3DTADDRESS_BORDER});
         gGfx->device->GetSamplerState(0, D3DSAMP_ADDRESSV, &value);
-        EXPECT_EQ(value, DWORD{D3DTADDRESS_MIRROR});
+        EXPECT_EQ(value, DWORD{D3DTADDRESS_CLAMP});
     }
 }
 

@@ -274,6 +274,22 @@ TEST_F(SceneDraw, PictureIsDrawnOverTheWholeScreenAndTheDepthBufferAloneIsCleare
     scene.backgroundTexture.quad->Unlock();
 }
 
+TEST_F(SceneDraw, PictureCoversTheViewportWhereverItLies)
+{
+    scene.settings.clearBackground = 1;
+    gGfx->CreateTexture(&scene.backgroundTexture, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
+    gGfx->SetViewport(10, 20, 40, 60, 0.0f, 1.0f);
+    Draw();
+    void* bytes = nullptr;
+    scene.backgroundTexture.quad->Lock(0, 0, &bytes, 0);
+    const auto* corners = static_cast<const KRE_TLVertex*>(bytes);
+    EXPECT_NEAR(corners[0].x, 10.0f, 0.3f);
+    EXPECT_NEAR(corners[0].y, 60.0f, 0.3f);
+    EXPECT_NEAR(corners[3].x, 40.0f, 0.3f);
+    EXPECT_NEAR(corners[3].y, 20.0f, 0.3f);
+    scene.backgroundTexture.quad->Unlock();
+}
+
 TEST_F(SceneDraw, PictureWithoutADepthBufferIsDrawnAsWell)
 {
     scene.settings.clearBackground = 1;
@@ -306,6 +322,17 @@ TEST_F(SceneDraw, FogGoesFromTheSettingsToTheDevice)
     EXPECT_TRUE(WasCalled("D3DRS_FOGSTART 5"));
     EXPECT_TRUE(WasCalled("D3DRS_FOGEND 50"));
     EXPECT_EQ(gGfx->fogEnable, 0) << "off again after the meshes";
+}
+
+TEST_F(SceneDraw, FogByDensityTakesTheDensityOfTheSettings)
+{
+    scene.settings.useFog = 1;
+    scene.settings.fogMode = D3DFOG_EXP2;
+    scene.settings.fogDensity = 0.25f;
+    Draw();
+    EXPECT_TRUE(WasCalled("D3DRS_FOGVERTEXMODE D3DFOG_EXP2"));
+    EXPECT_TRUE(WasCalled("D3DRS_FOGDENSITY 0.25"));
+    EXPECT_FALSE(WasCalled("D3DRS_FOGSTART"));
 }
 
 TEST_F(SceneDraw, DarkLightsAreLeftOutButCount)

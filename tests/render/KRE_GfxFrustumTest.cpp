@@ -263,6 +263,13 @@ TEST_F(Visibility, SphereWhoseCenterIsInsideNeedNoBoxHoweverLargeItIs)
     EXPECT_TRUE(IsVisible(clip));
 }
 
+/// Rows stay as long as they are.
+static D3DXMATRIX Turn45AboutZ()
+{
+    const float half = std::sqrt(0.5f);
+    return {half, half, 0, 0, -half, half, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+}
+
 // Its centre is 10 behind the near side, at 1.
 TEST_F(Visibility, RadiusGrowsByTheLargestScale)
 {
@@ -276,6 +283,10 @@ TEST_F(Visibility, RadiusGrowsByTheLargestScale)
         {"not enough", Scale(2.1f, 0, 2.1f), false},
         {"enough on one axis", Scale(1, 2.3f, 1), true},
         {"mirrored", Scale(1, 1, -2.3f), true},
+        // Scaled by 0.5, 2.3 and 1 and then turned by 45 degrees about z: the y axis becomes
+        // (-1.63, 1.63, 0) and is 2.3 long still, where no element and no column is above 1.67.
+        {"unequal and turned, enough on one axis", Scale(0.5f, 2.3f, 1) * Turn45AboutZ(), true},
+        {"unequal and turned, not enough", Scale(0.5f, 2.1f, 2.1f) * Turn45AboutZ(), false},
         // A turn about y does not lengthen its rows: (0, 0, -2.1), (2.1, 0, 0).
         {"turned", {0, 0, -2.1f, 0, 0, 1, 0, 0, 2.1f, 0, 0, 0, 0, 0, 0, 1}, false},
     };

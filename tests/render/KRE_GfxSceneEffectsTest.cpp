@@ -111,7 +111,20 @@ TEST_F(SceneEffects, MaterialIsDrawnInThePassesOfItsEffect)
     EXPECT_THAT(DrawingCalls(), ElementsAre("Begin 0", "BeginPass 0", "Mesh::DrawSubset mesh 0",
                                             "EndPass", "BeginPass 1", "Mesh::DrawSubset mesh 0",
                                             "EndPass", "End", "Mesh::DrawSubset mesh 1"));
-    EXPECT_EQ(gGfx->materialEffect, nullptr) << "the next mesh begins without one";
+    scene.Reset();
+}
+
+// A mesh without materials selects no effect of its own.
+TEST_F(SceneEffects, EffectOfTheLastMaterialDoesNotGoOnToTheNextMesh)
+{
+    KRE_Mesh& glowing = AddGlowing("glowing");
+    KRE_Mesh& bare = AddMesh("bare", 0);
+    Load();
+    Draw(glowing);
+    EXPECT_EQ(gGfx->materialEffect, nullptr);
+    Calls();
+    Draw(bare);
+    EXPECT_THAT(DrawingCalls(), ElementsAre("Mesh::DrawSubset bare 0"));
     scene.Reset();
 }
 
