@@ -10,8 +10,8 @@
 #include "tests/support/ScratchDirectory.h"
 #include "tools/frames/FrameStage.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
-
 #include <string>
 
 using namespace frame_scene;
@@ -126,6 +126,39 @@ TEST_F(QsbFrame, QuirkCameraWithATargetLeansFromBinaryAlone)
     EXPECT_EQ(text.across, "RRBB") << "upright";
     const Seen binary = DrawBinary();
     EXPECT_EQ(binary.down, "BBRR") << "+x is up";
+}
+
+// The camera's parent is turned by 90 degrees about z, and so is the camera itself after a second; of neither its
+// lean has anything, which is the y axis of its unturned self.
+TEST_F(QsbFrame, QuirkLeanOfACameraIsThatOfItsOwnMatrixAtSecondZero)
+{
+    scratch.Write(
+        "scene.qsa",
+        "*3DSMAX_QSAEXPORT 211\n*SCENE { *SCENE_FRAMESPEED 30 *SCENE_TICKSPERFRAME 160 }\n"
+        "*HELPEROBJECT { *NODE_NAME \"Arm\" *NODE_TM { *TM_ROW0 0 -1 0 *TM_ROW1 1 0 0 "
+        "*TM_ROW2 0 0 1 *TM_ROW3 0 0 0 *TM_POS 0 0 0 *TM_ROTAXIS 0 0 1 "
+        "*TM_ROTANGLE 1.570796 *TM_SCALE 1 1 1 } }\n"
+        "*TARGETOBJECT { *NODE_NAME \"Aim\" *NODE_TM { *TM_POS 0 0 -10 } }\n"
+        "*CAMERAOBJECT { *NODE_NAME \"Eye\" *NODE_PARENT \"Arm\" *TARGET_NODE \"Aim\"\n"
+        "*TM_ANIMATION { *CONTROL_ROT_TRACK { *CONTROL_ROT_SAMPLE 0 0 0 1 0 "
+        "*CONTROL_ROT_SAMPLE 4800 0 0 1 1.570796 } } }\n");
+    const ScratchEngine engine("");
+    KRE_3dScene text, binary;
+    gGfx->LoadScene(text, "scene.qsa", 1);
+    gGfx->SaveScene(text, "scene.qsb");
+    gGfx->LoadScene(binary, "scene.qsb", 1);
+    for (const double second : {0.0, 1.0}) {
+        text.Update(second, 1);
+        binary.Update(second, 1);
+        const D3DXVECTOR3& up = binary.cameras.Get(0)->up;
+        EXPECT_EQ(text.cameras.Get(0)->up, D3DXVECTOR3(0, 0, 1)) << second;
+        EXPECT_EQ(up, D3DXVECTOR3(0, 1, 0)) << second;
+        // By the parent's turn alone the camera's y axis lies along x, by both along y again.
+        const float alongY = std::abs(binary.cameras.Get(0)->worldTM._22);
+        EXPECT_NEAR(alongY, second == 0.0 ? 0.0f : 1.0f, 1e-5f) << second;
+    }
+    text.Reset();
+    binary.Reset();
 }
 
 namespace {

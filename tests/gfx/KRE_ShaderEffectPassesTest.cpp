@@ -150,6 +150,36 @@ TEST_F(EffectPasses, TargetIsReplacedForThePassAlone)
     EXPECT_EQ(after.Get(), before.Get());
 }
 
+// What is on the screen as an effect sees it is another picture then, so that its copy is made anew, even
+// where it is made once a frame.
+TEST_F(EffectPasses, PassIntoABufferIsASubFrameOfItsOwn)
+{
+    file.AddTechnique({{"ScreenBuffer2"}, {"Initial"}, {}, {"ScreenQuarterBuffer1"}});
+    gfx.effectCacheOn = 1;
+    const int32_t before = gfx.subFrameNumber;
+    Draw();
+    EXPECT_EQ(gfx.subFrameNumber, before + 2) << "the first and the last pass";
+
+    gfx.SelectEffect(&effect);
+    const auto copies = [&] {
+        gfx.GetScreenCopyTexture();
+        const size_t count = CallsOf("StretchRect").size();
+        Calls();
+        return count;
+    };
+    Calls();
+    EXPECT_EQ(copies(), 1u);
+    EXPECT_EQ(copies(), 0u);
+    effect.Begin();
+    effect.BeginPass(0);
+    EXPECT_EQ(copies(), 1u);
+    effect.EndPass();
+    effect.BeginPass(2);
+    EXPECT_EQ(copies(), 0u) << "a pass that draws where it is";
+    effect.EndPass();
+    effect.End();
+}
+
 TEST_F(EffectPasses, InitialPutsTheSavedTargetBack)
 {
     file.AddTechnique({{"ScreenBuffer1"}, {"Initial"}});
