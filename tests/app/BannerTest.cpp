@@ -5,15 +5,19 @@
 #include "gfx/KRE_Font.h"
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/ScratchEngine.h"
+#include "tests/support/RecordingDirect3D.h"
+#include "tests/support/SceneEngine.h"
 #include "tests/support/ScratchDirectory.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <bit>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -63,24 +67,137 @@ TEST(Banner, IsStoredOneAboveEachByte)
     EXPECT_EQ(kStoredBanner[38], 0);
 }
 
+namespace {
+
+DWORD DeviceState(D3DRENDERSTATETYPE state)
+{
+    DWORD value = 0xDEADBEEF;
+    gGfx->device->GetRenderState(state, &value);
+    return value;
+}
+
+/// The engine's font over a device that notes its calls.
+class BannerCalls : public testing::Test {
+protected:
+    BannerCalls()
+        : d3d(RecordingDirect3D::Standalone()),
+          recorder(d3d->Recorder()),
+          engine(2, d3d.get())
+    {
+        gGfx->BuildFont(font, 0xFF96DCFF, 0xFF006473);
+        gGfx->SetFont(&font, 0.0f, 0);
+        gFont = &font;
+        gWindowed = 1;
+        gClientWidth = 300; // so that the line begins at (50, 44) of the 64 by 64 that are there
+        gClientHeight = 64;
+        recorder->ClearLines();
+    }
+    ~BannerCalls() override
+    {
+        gGfx->currentFont = nullptr;
+        gGfx->currentTexture = nullptr; // the font's
+        font.Free();
+        gFont = fontBefore;
+        gClientWidth = widthBefore;
+        gClientHeight = heightBefore;
+    }
+
+    /// What was said of filters, blending, fill mode, depth and faces, and that something was drawn.
+    std::vector<std::string> StatesAndDrawing()
+    {
+        std::vector<std::string> kept;
+        for (const std::string& line : recorder->Lines()) {
+            for (const char* word : {"FILTER", "_SRCBLEND", "_DESTBLEND", "D3DRS_ALPHABLENDENABLE",
+                                     "D3DRS_FILLMODE", "D3DRS_ZENABLE", "D3DRS_CULLMODE"}) {
+                if (line.find(word) != std::string::npos)
+                    kept.push_back(line);
+            }
+            if (line.starts_with("DrawPrimitive"))
+                kept.emplace_back("drawn");
+        }
+        return kept;
+    }
+
+    const ScratchDirectory scratch; // the log is written here
+    ComHandle<RecordingDirect3D> d3d;
+    std::shared_ptr<CallRecorder> recorder;
+    SceneEngine engine;
+    KRE_Font font;
+    KRE_Font* const fontBefore = gFont;
+    const int widthBefore = gClientWidth, heightBefore = gClientHeight;
+};
+
+} // namespace
+
+// Point filter, mode 4, solid, no depth; what is printed turns the faces off and takes mode 9 for its letters;
+// then all is put right for the next frame. Depth goes off and on once: the printing only counts.
+TEST_F(BannerCalls, StatesAreSetAheadOfTheLettersAndPutRightBehindThem)
+{
+    char banner[kBannerSize];
+    ReadBanner(banner);
+    DrawBanner(banner, 0.0);
+    EXPECT_THAT(StatesAndDrawing(),
+                testing::ElementsAre("SetSamplerState 0 D3DSAMP_MAGFILTER D3DTEXF_POINT",
+                                     "SetRenderState D3DRS_ALPHABLENDENABLE 1",
+                                     "SetRenderState D3DRS_SRCBLEND D3DBLEND_INVDESTCOLOR",
+                                     "SetRenderState D3DRS_DESTBLEND D3DBLEND_INVSRCCOLOR",
+                                     "SetRenderState D3DRS_FILLMODE D3DFILL_SOLID",
+                                     "SetRenderState D3DRS_ZENABLE D3DZB_FALSE",
+                                     "SetRenderState D3DRS_CULLMODE D3DCULL_NONE",
+                                     "SetRenderState D3DRS_SRCBLEND D3DBLEND_SRCALPHA",
+                                     "SetRenderState D3DRS_DESTBLEND D3DBLEND_INVSRCALPHA", "drawn",
+                                     "SetRenderState D3DRS_CULLMODE D3DCULL_CCW",
+                                     "SetRenderState D3DRS_ZENABLE D3DZB_TRUE",
+                                     "SetSamplerState 0 D3DSAMP_MAGFILTER D3DTEXF_LINEAR"));
+}
+
+// The text's own mode is not set then.
+TEST_F(BannerCalls, BlendingIsLeftOnWhereTheLineIsOutsideOfTheView)
+{
+    gClientHeight = 0;
+    char banner[kBannerSize];
+    ReadBanner(banner);
+    DrawBanner(banner, 0.0);
+    const std::vector<std::string> calls = StatesAndDrawing();
+    EXPECT_THAT(calls, testing::Not(testing::Contains("drawn")));
+    EXPECT_THAT(calls, testing::Contains("SetRenderState D3DRS_SRCBLEND D3DBLEND_SRCALPHA"));
+    EXPECT_EQ(gGfx->blendMode, 9);
+}
+
+// The device is asked, and has been told otherwise before. Depth comes back as it was, on or off.
 TEST(Banner, DrawingLeavesTheStatesOfTheFrame)
 {
     const ScratchDirectory scratch;
     const ScratchEngine engine("");
     char banner[kBannerSize];
     ReadBanner(banner);
-    gGfx->drawDisabled = 1;
-    DrawBanner(banner, 0.0);
-    EXPECT_EQ(gFont->scale, 1.0f);
-    EXPECT_EQ(gFont->color, 0xFFFFFFFFu);
-    EXPECT_EQ(gFont->charSpacing, 1.0f);
-    EXPECT_EQ(gFont->lineSpacing, 1.0f);
-    EXPECT_EQ(std::bit_cast<uint32_t>(gFont->lineSpacingFactor), 0x3F2AA64Cu);
-    EXPECT_EQ(gGfx->blendMode, 9);
-    EXPECT_EQ(gGfx->zDisableCount, 0);
-    EXPECT_EQ(gGfx->fillMode, D3DFILL_SOLID);
-    EXPECT_EQ(gGfx->cache.samplerState[0][D3DSAMP_MAGFILTER], D3DTEXF_LINEAR);
-    EXPECT_EQ(gGfx->cache.renderState[D3DRS_ZENABLE], D3DZB_TRUE);
+    for (const D3DZBUFFERTYPE depth : {D3DZB_TRUE, D3DZB_FALSE}) {
+        gGfx->SetZEnable(depth);
+        gGfx->SetBlendMode(12, 100, 0);
+        gGfx->SetTextureFilter(2, 0);
+        gGfx->SetFillMode(D3DFILL_WIREFRAME, nullptr);
+        gGfx->SetCullMode(1);
+        gFont->SetMetrics(3.0f, 0xFF112233, 5.0f, 7.0f, 0.5f);
+        gGfx->BeginScene();
+        DrawBanner(banner, 0.0);
+        gGfx->EndScene();
+        DWORD filter = 0;
+        gGfx->device->GetSamplerState(0, D3DSAMP_MAGFILTER, &filter);
+        EXPECT_EQ(filter, DWORD{D3DTEXF_LINEAR});
+        EXPECT_EQ(gGfx->blendMode, 9);
+        EXPECT_EQ(DeviceState(D3DRS_ALPHABLENDENABLE), 1u);
+        EXPECT_EQ(DeviceState(D3DRS_SRCBLEND), DWORD{D3DBLEND_SRCALPHA});
+        EXPECT_EQ(DeviceState(D3DRS_DESTBLEND), DWORD{D3DBLEND_INVSRCALPHA});
+        EXPECT_EQ(DeviceState(D3DRS_FILLMODE), DWORD{D3DFILL_SOLID});
+        EXPECT_EQ(DeviceState(D3DRS_ZENABLE), DWORD{depth});
+        EXPECT_EQ(gGfx->zDisableCount, 0);
+        EXPECT_EQ(DeviceState(D3DRS_CULLMODE), DWORD{D3DCULL_CW}) << "as it was";
+        EXPECT_EQ(gFont->scale, 1.0f);
+        EXPECT_EQ(gFont->color, 0xFFFFFFFFu);
+        EXPECT_EQ(gFont->charSpacing, 5.0f) << "kept";
+        EXPECT_EQ(gFont->lineSpacing, 7.0f) << "kept";
+        EXPECT_EQ(std::bit_cast<uint32_t>(gFont->lineSpacingFactor), 0x3F2AA64Cu);
+    }
 }
 
 TEST(Banner, StandsAtTheBottomRight)
