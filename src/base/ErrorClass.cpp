@@ -3,6 +3,7 @@
 #include <cstdarg>
 
 #include "base/FormatText.h"
+#include "base/LoadInHand.h"
 #include "base/Log.h"
 
 int32_t gErrorClassCount = 0;
@@ -18,27 +19,42 @@ static constinit const WarningState kWarnings = {gWarningCount, gWarningRepeat, 
                                                  sizeof gLastWarning,
                                                  "ErrorClass: Maximum number of warnings reached!"};
 
-/// Fills the record and logs the error, without throwing.
-static void LogError(const char* label, const char* format, va_list arguments)
+static void FillRecord(const char* label, const char* message)
 {
-    FormatTextV(gErrorRecord.message, sizeof gErrorRecord.message, format, arguments);
+    CopyText(gErrorRecord.message, sizeof gErrorRecord.message, message);
     CopyText(gErrorRecord.source, sizeof gErrorRecord.source, label);
+}
 
+static void LogWarning(const char* label, const char* message)
+{
+    if (gWarningCount >= kMaxWarnings)
+        return;
+    FillRecord(label, message);
     char text[kTextSize];
-    FormatText(text, sizeof text, "Error:%s: %s", label, gErrorRecord.message);
-    LogWrite("%s", text);
+    FormatText(text, sizeof text, "Warning:%s: %s", label, gErrorRecord.message);
+    FilterWarning(kWarnings, text);
 }
 
 static void LogWarning(const char* label, const char* format, va_list arguments)
 {
-    if (gWarningCount >= kMaxWarnings)
-        return;
-    FormatTextV(gErrorRecord.message, sizeof gErrorRecord.message, format, arguments);
-    CopyText(gErrorRecord.source, sizeof gErrorRecord.source, label);
+    char message[kMessageSize];
+    FormatTextV(message, sizeof message, format, arguments);
+    LogWarning(label, message);
+}
 
+/// Fills the record and logs the error, without throwing.
+static void LogError(const char* label, const char* format, va_list arguments)
+{
+    char message[kMessageSize];
+    FormatTextV(message, sizeof message, format, arguments);
+    char load[kMessageSize];
+    if (DescribeLoad(message, load, sizeof load))
+        LogWarning(label, load);
+
+    FillRecord(label, message);
     char text[kTextSize];
-    FormatText(text, sizeof text, "Warning:%s: %s", label, gErrorRecord.message);
-    FilterWarning(kWarnings, text);
+    FormatText(text, sizeof text, "Error:%s: %s", label, gErrorRecord.message);
+    LogWrite("%s", text);
 }
 
 ErrorClassSimple::ErrorClassSimple()

@@ -23,7 +23,8 @@ extern ErrorMsg gErrorRecord;    ///< label and message of the last report
 /// warnings are logged and guarded against floods. Copies are counted as objects of their own.
 class ErrorClassSimple {
 public:
-    /// Logs and throws `ErrorMsg`. Messages are cut at 1023 bytes.
+    /// Logs and throws `ErrorMsg`. Messages are cut at 1023 bytes. While a file is being loaded that
+    /// the message does not name, a warning that does goes ahead (`LoadInHand.h`); here and below.
     [[gnu::format(printf, 2, 3)]] virtual void Error(const char* format, ...);
     /// Logs, unless the same text came last time, and returns.
     [[gnu::format(printf, 2, 3)]] virtual void Warning(const char* format, ...);

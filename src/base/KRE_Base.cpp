@@ -3,6 +3,7 @@
 #include <cstdarg>
 
 #include "base/FormatText.h"
+#include "base/LoadInHand.h"
 #include "base/Log.h"
 
 int32_t gKreBaseCount = 0;
@@ -17,9 +18,9 @@ static constinit const WarningState kWarnings = {gKreWarningCount, gKreWarningRe
                                                  gKreLastWarning, sizeof gKreLastWarning,
                                                  "KRE_Base: Maximum number of warnings reached!"};
 
-static void FillRecord(const char* label, const char* format, va_list arguments)
+static void FillRecord(const char* label, const char* message)
 {
-    FormatTextV(gKreErrorRecord.message, sizeof gKreErrorRecord.message, format, arguments);
+    CopyText(gKreErrorRecord.message, sizeof gKreErrorRecord.message, message);
     CopyText(gKreErrorRecord.source, sizeof gKreErrorRecord.source, label);
 }
 
@@ -55,11 +56,16 @@ void KRE_Base::SetClassName(const char* name)
 
 void KRE_Base::Error(const char* format, ...)
 {
+    char message[kMessageSize];
     va_list arguments;
     va_start(arguments, format);
-    FillRecord(className, format, arguments);
+    FormatTextV(message, sizeof message, format, arguments);
     va_end(arguments);
+    char load[kMessageSize];
+    if (DescribeLoad(message, load, sizeof load))
+        KRE_Base::Warning("%s", load);
 
+    FillRecord(className, message);
     char text[kTextSize];
     FormatText(text, sizeof text, "Error:%s: %s", className, gKreErrorRecord.message);
     errorHappened = 1;
@@ -71,11 +77,13 @@ void KRE_Base::Warning(const char* format, ...)
 {
     if (gKreWarningCount >= kMaxWarnings)
         return;
+    char message[kMessageSize];
     va_list arguments;
     va_start(arguments, format);
-    FillRecord(className, format, arguments);
+    FormatTextV(message, sizeof message, format, arguments);
     va_end(arguments);
 
+    FillRecord(className, message);
     char text[kTextSize];
     FormatText(text, sizeof text, "Warning:%s: %s", className, gKreErrorRecord.message);
     FilterWarning(kWarnings, text);

@@ -27,7 +27,8 @@ void KreFlushWarningRepeat();
 /// Root of the engine classes. Copies are counted as objects of their own.
 class KRE_Base {
 public:
-    /// Logs, sets `errorHappened` and throws `KRE_Error`; overrides must throw as well.
+    /// Logs, sets `errorHappened` and throws `KRE_Error`; overrides must throw as well. The file that
+    /// is being loaded is told ahead, as by `ErrorClass`.
     [[noreturn]] [[gnu::format(printf, 2, 3)]] virtual void Error(const char* format, ...);
     /// Logs, unless the same text came last time, and returns.
     [[gnu::format(printf, 2, 3)]] virtual void Warning(const char* format, ...);

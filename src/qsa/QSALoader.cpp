@@ -1,5 +1,6 @@
 #include "qsa/QSALoader.h"
 
+#include "base/LoadInHand.h"
 #include "base/Paths.h"
 #include "platform/WalkedFile.h"
 #include "scene/KRE_3dScene.h"
@@ -31,6 +32,7 @@ QSALoader::~QSALoader() = default;
 int32_t QSALoader::Load(KRE_3dScene& target, const char* path, uint32_t flags)
 {
     SetFileName(path);
+    const LoadScope inHand(path);
     scene = &target;
     const AtScopeEnd tidyUp{[this] { ForgetLoad(); }};
     ResetForLoad(flags == kNoFlags ? 0 : flags);

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "base/LoadInHand.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dObject.h"
 
@@ -211,6 +212,7 @@ void QSALoader::FinishKeyList(KRE_KeyList<Key>& keys)
 
 void QSALoader::FinishKeys(KRE_3dObject* object)
 {
+    const LoadScope inHand(object->name);
     FinishKeyList(object->posKeys);
     FinishKeyList(object->scaleKeys);
     for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next.get()) {

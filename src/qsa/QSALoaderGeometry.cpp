@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/LoadInHand.h"
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
@@ -81,6 +82,7 @@ int32_t QSALoader::ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh)
 
 void QSALoader::FinishMesh(KRE_Mesh* mesh)
 {
+    const LoadScope inHand(mesh->name);
     if (!mesh->cloneSource.IsEmpty()) { // a clone of no name has geometry of its own, or none
         KeepMeshInfo(mesh);
         return;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/Ascii.h"
+#include "base/LoadInHand.h"
 #include "qsa/QSALoader.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
@@ -64,6 +65,7 @@ void QSALoader::FinishAllKeys()
 /// Gives a clone materials of its own. Pictures that no other mesh has asked for are not loaded.
 void QSALoader::FinishCloneMaterials(KRE_Mesh* mesh)
 {
+    const LoadScope inHand(mesh->name);
     const auto* own = meshInfos.Find(mesh->name);
     const auto* source = meshInfos.Find(mesh->cloneSource);
     if (!own || !source)

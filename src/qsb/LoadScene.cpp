@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "base/LoadInHand.h"
 #include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSALoader.h"
@@ -102,6 +103,7 @@ void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint
     if (version < kQsbOldest)
         Error("'%s': Obsolete qsb file version: %i", path.c_str(), version);
 
+    const LoadScope inHand(path.c_str());
     gQsbReadContext = MakeContext(file, version, flags);
     const QSA_SceneHeader header = ReadHeader(file);
     scene.Load(file);

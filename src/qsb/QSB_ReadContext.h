@@ -3,10 +3,10 @@
 #include <cstdint>
 
 #include "base/File.h"
+#include "base/LoadInHand.h"
 #include "base/String.h"
 #include "qsb/QSB_Format.h"
-
-class KRE_3dObject;
+#include "scene/KRE_3dObject.h"
 
 /// What the `Load` operations of all scene classes ask while a QSB file is read. There is one of it,
 /// so one file is read at a time.
@@ -41,7 +41,9 @@ extern QSB_ReadContext gQsbReadContext;
 /// Makes an object the one in hand while this lives.
 class QSB_ObjectInHand {
 public:
-    explicit QSB_ObjectInHand(KRE_3dObject& object) : before(gQsbReadContext.object)
+    explicit QSB_ObjectInHand(KRE_3dObject& object)
+        : before(gQsbReadContext.object),
+          name(object.name)
     {
         gQsbReadContext.object = &object;
     }
@@ -51,4 +53,5 @@ public:
 
 private:
     KRE_3dObject* before; ///< not owned
+    LoadScope name;
 };

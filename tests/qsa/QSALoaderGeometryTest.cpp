@@ -173,6 +173,8 @@ TEST_F(QSALoaderTest, MoreThan65535VerticesAreAnError)
         mesh.faces.push_back({i % 171 * 3, i % 171 * 3 + 1, i % 171 * 3 + 2, ""});
     EXPECT_THAT(LoadError(mesh.Text()),
                 testing::HasSubstr("Number of vertices too high: 65538 - only 65535 allowed"));
+    EXPECT_EQ(Warnings("File 'scene.qsa', object 'Solid': cannot be loaded, the error follows"), 1);
+    EXPECT_LT(LogText().find("object 'Solid'"), LogText().find("Error:"));
 }
 
 TEST_F(QSALoaderTest, HundredAndTwentyNineCopiesOfAVertexWarn)
@@ -330,15 +332,20 @@ TEST_F(QSALoaderTest, ImpossibleNumberOfWeightsIsAnError)
 
 TEST_F(QSALoaderTest, NameOutsideAsciiIsTheNameTreesError)
 {
-    for (const char* name : {"\xC3\xA4rger", "\xFF", "\tx"}) {
+    for (const std::string name : {"\xC3\xA4rger", "\xFF", "\tx"}) {
         MeshText mesh = Triangle();
         mesh.name = name;
         EXPECT_EQ(LoadError(mesh.Text()), "Character in name string out of range: " +
                                               std::to_string(static_cast<signed char>(name[0])));
+        const size_t warning = LogText().find("Warning:SearchTree: File 'scene.qsa', object '" +
+                                              name + "': cannot be loaded, the error follows");
+        ASSERT_NE(warning, std::string::npos) << name;
+        EXPECT_EQ(LogText().find("Error:", warning), LogText().find('\n', warning) + 1) << name;
     }
     MeshText mesh = Triangle();
     mesh.name = "";
     EXPECT_EQ(LoadError(mesh.Text()), "Empty name string");
+    EXPECT_EQ(Warnings("File 'scene.qsa': cannot be loaded, the error follows"), 1);
     // Other nodes are not in the tree.
     Load(Helper("*NODE_NAME \"\xC3\xA4\""));
     EXPECT_STREQ(Object(0).name.c_str(), "\xC3\xA4");

@@ -320,6 +320,18 @@ TEST_F(MeshFileTest, GeometryThatTheDeviceRefusesIsAnError)
     EXPECT_EQ(LoadMesh(mesh).vertexCount, 65535);
 }
 
+TEST_F(MeshFileTest, AnErrorOfTheDeviceComesBehindTheNamesOfFileAndMesh)
+{
+    QsbMesh mesh = Triangle(0x12);
+    mesh.vertices.resize(65536);
+    EXPECT_EQ(ErrorOf(mesh), "Number of vertices too high: 65536 - only 65535 allowed");
+    const std::string log = LogText();
+    const size_t warning =
+        log.find("File 'scene.qsb', object 'Hull': cannot be loaded, the error follows");
+    ASSERT_NE(warning, std::string::npos);
+    EXPECT_EQ(log.find("Error:KRE_Gfx: Number of vertices"), log.find('\n', warning) + 1);
+}
+
 TEST_F(MeshFileTest, AnotherNumberOfMaterialsThanTheMeshHasIsAnError)
 {
     KRE_Mesh& mesh = LoadMesh(Triangle(0x12));
