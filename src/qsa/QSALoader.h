@@ -58,8 +58,10 @@ struct QSA_NodeGeometry {
 enum QSA_MeshList { kVertexList, kFaceList, kTVertexList, kTFaceList, kMeshLists };
 
 struct QSA_MeshCounts {
-    int32_t number = 0;   ///< entries that were announced
-    bool isKnown = false; ///< the count was there
+    int32_t number = 0;         ///< entries that were announced
+    bool isKnown = false;       ///< the count was there
+    int32_t wrappedCorners = 0; ///< corners that 16 bits do not hold
+    int32_t largestCorner = 0;  ///< of those, as the text gives it
 };
 
 /// Reads QSA texts into scenes: one pass over the file in memory, then the linking of what it held.
@@ -274,6 +276,8 @@ private:
     void ParseSmoothing(QSA_TextCursor& text, QSA_SourceFace* face, const KRE_Mesh* mesh);
     int32_t ParseTVertexList(const KRE_Mesh* mesh);
     int32_t ParseTFaceList(const KRE_Mesh* mesh);
+    uint16_t CutCorner(int32_t corner, QSA_MeshList list);
+    void WarnOfWrappedCorners(const KRE_Mesh* mesh);
     void CheckLists(const KRE_Mesh* mesh);
 
     // --- bone weights: QSALoaderWeights.cpp

@@ -120,6 +120,7 @@ QSA_Material* QSALoader::FindMaterial(int32_t index, const KRE_Mesh* mesh)
 /// Turns the lists of the file into the device mesh.
 void QSALoader::BuildMesh(KRE_Mesh* mesh)
 {
+    WarnOfWrappedCorners(mesh);
     CheckLists(mesh);
     QSA_MeshLoadInfo* const info = KeepMeshInfo(mesh);
     const char* name = mesh->name.c_str();

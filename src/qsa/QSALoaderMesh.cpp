@@ -205,7 +205,7 @@ void QSALoader::ParseFace(QSA_TextCursor& text, int32_t expected, const KRE_Mesh
         SkipTo(text, ':');
         int32_t corner = 0;
         ReadInt(text, &corner);
-        face.vertex[c] = static_cast<uint16_t>(corner);
+        face.vertex[c] = CutCorner(corner, kFaceList);
     }
 }
 
@@ -269,8 +269,32 @@ int32_t QSALoader::ParseTFaceList(const KRE_Mesh* mesh)
         for (uint16_t& vertex : face.vertex) {
             int32_t corner = 0;
             ReadInt(text, &corner);
-            vertex = static_cast<uint16_t>(corner);
+            vertex = CutCorner(corner, kTFaceList);
         }
+    }
+}
+
+/// Corners have 16 bits; what is cut off is counted.
+uint16_t QSALoader::CutCorner(int32_t corner, QSA_MeshList list)
+{
+    const auto cut = static_cast<uint16_t>(corner);
+    if (cut == corner)
+        return cut;
+    QSA_MeshCounts& count = counts[list];
+    count.largestCorner =
+        count.wrappedCorners == 0 ? corner : std::max(count.largestCorner, corner);
+    ++count.wrappedCorners;
+    return cut;
+}
+
+/// One line for each list, as a mesh that wraps does so in thousands of places.
+void QSALoader::WarnOfWrappedCorners(const KRE_Mesh* mesh)
+{
+    for (const QSA_MeshList list : {kFaceList, kTFaceList}) {
+        if (counts[list].wrappedCorners > 0)
+            Warning("Mesh '%s': %i corners of its %s wrap at 16 bits, the largest is %i",
+                    mesh->name.c_str(), counts[list].wrappedCorners, kListRules[list].what,
+                    counts[list].largestCorner);
     }
 }
 

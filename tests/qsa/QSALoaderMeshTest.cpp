@@ -112,6 +112,43 @@ TEST_F(QSALoaderTest, CornersAreCutTo16Bits)
     Load(mesh.Text());
     EXPECT_EQ(Mesh(0).faceCount, 1);
     EXPECT_EQ(Mesh(0).vertexCount, 3);
+    EXPECT_EQ(AllWarnings(),
+              std::vector<std::string>{"Mesh 'Triangle': 3 corners of its faces wrap at 16 "
+                                       "bits, the largest is 131073"});
+}
+
+TEST_F(QSALoaderTest, EachListThatWrapsIsToldOnce)
+{
+    const std::string start = "Mesh 'Triangle': ";
+    MeshText mesh = Triangle();
+    mesh.tVertices = {{0, 0}, {1, 0}, {0, 1}};
+    mesh.tFaces = {{65537, 2, 65536}}; // 1, 2 and 0
+    Load(mesh.Text());
+    EXPECT_EQ(AllWarnings(),
+              std::vector<std::string>{start + "2 corners of its texture faces wrap at 16 "
+                                               "bits, the largest is 65537"});
+    // Another mesh begins anew, and an index of 65535 fits.
+    mesh.name = "Square";
+    mesh.tFaces = {{0, 1, 2}};
+    mesh.faces[0].c = -65534; // 2
+    Load(mesh.Text());
+    EXPECT_EQ(
+        Warnings("Mesh 'Square': 1 corners of its faces wrap at 16 bits, the largest is -65534"),
+        1);
+    EXPECT_EQ(AllWarnings().size(), 2u);
+    mesh.faces[0].c = 65535;
+    EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh 'Square' has a face with vertex 65535 of 3");
+    EXPECT_EQ(AllWarnings().size(), 2u);
+}
+
+TEST_F(QSALoaderTest, AWrapIsToldAheadOfTheErrorThatItLeadsTo)
+{
+    MeshText mesh = Triangle();
+    mesh.faces[0].b = 65536 + 7;
+    EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh 'Triangle' has a face with vertex 7 of 3");
+    EXPECT_EQ(
+        Warnings("Mesh 'Triangle': 1 corners of its faces wrap at 16 bits, the largest is 65543"),
+        1);
 }
 
 TEST_F(QSALoaderTest, AnnouncedFaceThatIsNeverGivenIsDegenerate)
