@@ -56,6 +56,9 @@ void KRE_3dScene::Load(File& file)
     if (hasBackground)
         backgroundTexture.Load(file);
     settings.Load(file);
+    // Values that are not used may be any: they are kept and saved.
+    if (settings.useFog && (settings.fogMode < D3DFOG_NONE || settings.fogMode > D3DFOG_LINEAR))
+        gQsbReadContext.Fail(file, "Invalid fogMode: %i", settings.fogMode);
     LoadAll(file, "meshes", kQsbLeastMesh, meshes);
     LoadAll(file, "cameras", kQsbLeastCamera, cameras);
     LoadAll(file, "objects", kQsbLeastObject, objects);

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int32_t kOldSlots = 8; // those past the fourth are dropped
+constexpr int32_t kDrawnSlots = 2;
 
 struct StoredTexture {
     uint32_t word;
@@ -107,6 +108,11 @@ void KRE_Texture::LoadSlot(File& file, int32_t slot)
     matrixAni[slot] = stored.matrixAni;
     slotNames[slot] = stored.file;
     slots[slot] = stored.slot;
+    // Only the first two are ever drawn, and only with a picture.
+    const int32_t type = slots[slot].type;
+    if (slot < kDrawnSlots && !slotNames[slot].IsEmpty() &&
+        (type < StageDiffuse || type > StageSphere))
+        gQsbReadContext.Fail(file, "Invalid type of texture slot %i: %i", slot, type);
 }
 
 /// Stages can show a reflection in slot 0 only; old exporters put it behind the diffuse map.

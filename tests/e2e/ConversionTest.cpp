@@ -32,7 +32,9 @@ const char kSun[] = "*LIGHTOBJECT {\n\t*NODE_NAME \"Sun\"\n\t*LIGHT_TDIST 9\n}\n
 const float kUnlimited = std::bit_cast<float>(0x5F7FFF7Du);
 
 enum Setting { kClearBackground, kMirrorView, kReserved, kShowObjects, kShowLights, kUseAmbient };
+constexpr size_t kUseFog = 7;
 constexpr size_t kShowHierarchy = 9;
+constexpr size_t kFogMode = 11;
 constexpr size_t kFogDensity = 15;
 
 /// One of the two lights that a scene without any is given: white diffuse 2, specular 0.6, ambient
@@ -346,6 +348,13 @@ TEST_F(Conversion, ABadFileEndsTheRunAndStaysAsItIs)
     EXPECT_THAT(RunProgram({"boat.qsb"}).err,
                 HasSubstr("File 'boat.qsb': Invalid number of meshes: -1"));
     EXPECT_EQ(scratch.Read("boat.qsb"), other);
+    QsbFile foggy = FullQsb();
+    foggy.scene.settings[kUseFog] = 1;
+    foggy.scene.settings[kFogMode] = 9; // the draw would be refused, behind a file that is written
+    scratch.Write("boat.qsb", MakeQsb(foggy).bytes);
+    const ProgramRun run = RunProgram({"boat.qsb"});
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, HasSubstr("File 'boat.qsb': Invalid fogMode: 9"));
     for (const auto& entry : fs::directory_iterator("."))
         EXPECT_NE(entry.path().extension(), ".tmp") << entry.path();
 }

@@ -380,6 +380,7 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
         file.scene.settings[i] = static_cast<uint32_t>(i + 10);
     const float fog[] = {13.5f, 14.5f, 15.5f};
     std::memcpy(&file.scene.settings[13], fog, sizeof fog);
+    file.scene.settings[11] = 3; // fog is on, so its mode is held against 0 to 3
     file.scene.settings[16] = 26;
     Load(scene, file);
     EXPECT_EQ(scene.objectKind, kObjectPlain);
@@ -394,11 +395,41 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
     EXPECT_EQ(scene.settings.showObjects, 13);
     EXPECT_EQ(scene.settings.showHierarchy, 19);
     EXPECT_EQ(scene.settings.fogColor, 20u);
+    EXPECT_EQ(scene.settings.fogMode, 3);
     EXPECT_EQ(scene.settings.fogPerVertex, 22);
     EXPECT_EQ(scene.settings.fogStart, 13.5f);
     EXPECT_EQ(scene.settings.fogDensity, 15.5f);
     EXPECT_EQ(scene.settings.drawTransparentOnly, 26);
     EXPECT_EQ(scene.settings.disableLightsAfter, 1);
+}
+
+TEST_F(ObjectFileTest, AFogModeThatWouldBeUsedIsHeldAgainstThoseThereAre)
+{
+    constexpr size_t kUseFog = 7;
+    constexpr size_t kFogMode = 11;
+    static const struct {
+        const char* what;
+        uint32_t useFog, fogMode;
+        const char* error;
+    } cases[] = {
+        {"none", 1, 0, ""},
+        {"linear", 1, 3, ""},
+        {"one too many", 1, 4, "boat.qsa: File 'scene.qsb': Invalid fogMode: 4"},
+        {"negative", 5, 0xFFFFFFFF, "boat.qsa: File 'scene.qsb': Invalid fogMode: -1"},
+        {"not used", 0, 4, ""},
+    };
+    for (const auto& c : cases) {
+        QsbFile file;
+        file.scene.object.name = "boat.qsa";
+        file.scene.settings[kUseFog] = c.useFog;
+        file.scene.settings[kFogMode] = c.fogMode;
+        EXPECT_EQ(LoadError(MakeQsb(file).bytes), c.error) << c.what;
+    }
+    // What is not used is kept and saved.
+    QsbFile kept;
+    kept.scene.object.name = "scene.qsb";
+    kept.scene.settings[kFogMode] = 0x12345678;
+    EXPECT_EQ(QsbDifference(Resaved(MakeQsb(kept).bytes), MakeQsb(kept).bytes), "");
 }
 
 TEST_F(ObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)

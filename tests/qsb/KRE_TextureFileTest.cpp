@@ -151,6 +151,58 @@ TEST_F(TextureFileTest, OtherTypesInSlot1StayThere)
     EXPECT_EQ(LoadTexture(stored).slots[0].type, 3);
 }
 
+TEST_F(TextureFileTest, ATypeThatWouldBeDrawnIsHeldAgainstThoseThereAre)
+{
+    static const struct {
+        const char* what;
+        size_t slot;
+        int32_t type;
+        const char* error;
+    } cases[] = {
+        {"the first type", 0, 1, ""},
+        {"a bump map, which is not loaded here", 0, 2, ""},
+        {"the last type", 0, 6, ""},
+        {"0", 0, 0, "Hull: File 'scene.qsb': Invalid type of texture slot 0: 0"},
+        {"one too many", 1, 7, "Hull: File 'scene.qsb': Invalid type of texture slot 1: 7"},
+        {"negative", 1, -3, "Hull: File 'scene.qsb': Invalid type of texture slot 1: -3"},
+        {"slot 2 is never drawn", 2, 7, ""},
+        {"nor is slot 3", 3, 7, ""},
+    };
+    for (const auto& c : cases) {
+        QsbTexture stored;
+        stored.slots[c.slot].file = "none.bmp";
+        stored.slots[c.slot].type = c.type;
+        EXPECT_EQ(LoadError(MakeQsb(FileWith(stored)).bytes), c.error) << c.what;
+    }
+}
+
+TEST_F(TextureFileTest, TheTypeOfASlotOfTheFileIsToldAlsoIfSlotsChangePlaces)
+{
+    QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, behind the reflection
+    stored.slots[1].file = "sky.bmp";
+    stored.slots[1].type = 3;
+    EXPECT_EQ(LoadError(MakeQsb(FileWith(stored)).bytes),
+              "Hull: File 'scene.qsb': Invalid type of texture slot 0: 9");
+}
+
+TEST_F(TextureFileTest, TypesOfSlotsWithoutAFileAreKept)
+{
+    QsbTexture stored;
+    for (int i = 0; i < 4; ++i)
+        stored.slots[i].type = 100 + i;
+    const std::string bytes = MakeQsb(FileWith(stored)).bytes;
+    EXPECT_EQ(QsbDifference(Resaved(bytes), bytes), "");
+}
+
+TEST_F(TextureFileTest, ABackgroundOfUnknownTypeIsAnErrorOfTheScene)
+{
+    QsbFile file;
+    file.scene.object.name = "boat.qsa";
+    file.scene.backgroundTexture = {TextureOf("none.bmp", 8)};
+    EXPECT_EQ(LoadError(MakeQsb(file).bytes),
+              "boat.qsa: File 'scene.qsb': Invalid type of texture slot 0: 8");
+}
+
 TEST_F(TextureFileTest, PicturesAreFoundBesideTheFile)
 {
     directory.Write("deck/map.bmp", Bmp(2));
