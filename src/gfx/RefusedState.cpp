@@ -1,6 +1,5 @@
 #include "gfx/RefusedState.h"
 
-#include <utility>
 #include <vector>
 
 #include "platform/ComPointer.h"
@@ -131,7 +130,6 @@ struct Suspect {
     const NamedState* row; ///< null for textures and the vertex format
     DWORD place;           ///< stage or sampler
     DWORD value = 0;
-    ComPointer<IDirect3DBaseTexture9> texture{};
 };
 
 class Search {
@@ -153,14 +151,10 @@ public:
     {
         if (SUCCEEDED(draw()))
             return "";
-        for (const bool isAlone : {true, false}) {
-            for (const Suspect& suspect : suspects) {
-                Put(suspect, true);
-                if (SUCCEEDED(draw()))
-                    return TextOf(suspect);
-                if (isAlone)
-                    Put(suspect, false);
-            }
+        for (const Suspect& suspect : suspects) {
+            PutBack(suspect);
+            if (SUCCEEDED(draw()))
+                return TextOf(suspect);
         }
         return "";
     }
@@ -177,6 +171,7 @@ private:
     void Add(Kind kind, const NamedState* row, DWORD place)
     {
         Suspect suspect{kind, row, place};
+        ComPointer<IDirect3DBaseTexture9> texture;
         HRESULT result = D3D_OK;
         if (kind == Kind::kRender)
             result =
@@ -188,20 +183,20 @@ private:
             result = device.GetTextureStageState(
                 place, static_cast<D3DTEXTURESTAGESTATETYPE>(row->state), &suspect.value);
         else if (kind == Kind::kTexture)
-            result = device.GetTexture(place, suspect.texture.Out());
+            result = device.GetTexture(place, texture.Out());
         else
             result = device.GetFVF(&suspect.value);
         const bool isChanged = row                      ? suspect.value != row->start
-                               : kind == Kind::kTexture ? static_cast<bool>(suspect.texture)
+                               : kind == Kind::kTexture ? static_cast<bool>(texture)
                                                         : suspect.value != format;
         if (SUCCEEDED(result) && isChanged)
-            suspects.push_back(std::move(suspect));
+            suspects.push_back(suspect);
     }
 
-    void Put(const Suspect& suspect, bool back)
+    void PutBack(const Suspect& suspect)
     {
         const DWORD place = suspect.place;
-        const DWORD value = !back ? suspect.value : suspect.row ? suspect.row->start : format;
+        const DWORD value = suspect.row ? suspect.row->start : format;
         if (suspect.kind == Kind::kRender)
             device.SetRenderState(static_cast<D3DRENDERSTATETYPE>(suspect.row->state), value);
         else if (suspect.kind == Kind::kSampler)
@@ -211,7 +206,7 @@ private:
             device.SetTextureStageState(
                 place, static_cast<D3DTEXTURESTAGESTATETYPE>(suspect.row->state), value);
         else if (suspect.kind == Kind::kTexture)
-            device.SetTexture(place, back ? nullptr : suspect.texture.Get());
+            device.SetTexture(place, nullptr);
         else
             device.SetFVF(value);
     }
