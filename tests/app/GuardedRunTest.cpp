@@ -1,12 +1,15 @@
 #include "app/GuardedRun.h"
 
+#include "app/MainWindow.h"
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 #include "gfx/KRE_Gfx.h"
+#include "tests/app/WatchedWindow.h"
 #include "tests/support/BoxWatch.h"
 #include "tests/support/ScratchDirectory.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+#include <string>
 
 namespace {
 
@@ -19,6 +22,13 @@ class Engine : public KRE_Base {
 public:
     Engine() { SetClassName("Engine"); }
 };
+
+/// How often the cursor was shown, less how often it was hidden. Only the calls tell it.
+int CursorShowCount()
+{
+    ShowCursor(TRUE);
+    return ShowCursor(FALSE);
+}
 
 } // namespace
 
@@ -56,4 +66,42 @@ TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
         Foundation().Error("number %i", 7);
     });
     EXPECT_EQ(gGfx, nullptr);
+}
+
+// By the time the box takes the window's place, the engine is gone, the cursor is shown once more and the
+// window has been erased and painted.
+TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
+{
+    const ScratchDirectory scratch;
+    void (*const ends[])() = {[] { Foundation().Error("number %i", 7); },
+                              [] { Engine().Error("number %i", 7); }};
+    for (const auto& end : ends) {
+        const int before = CursorShowCount();
+        const WatchedWindow window([before] {
+            return (gGfx == nullptr ? "no engine, cursor " : "engine, cursor ") +
+                   std::to_string(CursorShowCount() - before);
+        });
+        gMainWindow = window.Handle();
+        gGfx = new KRE_Gfx;
+        {
+            const BoxWatch boxes;
+            EXPECT_EQ(RunGuarded(end), 0);
+        }
+        EXPECT_THAT(window.UntilDisabled(), testing::ElementsAre("erased: no engine, cursor 1",
+                                                                 "painted: no engine, cursor 1",
+                                                                 "disabled: no engine, cursor 1"));
+        gMainWindow = nullptr;
+        ShowCursor(FALSE);
+    }
+}
+
+TEST(RunGuarded, NormalEndLeavesCursorAndWindowAlone)
+{
+    const int before = CursorShowCount();
+    const WatchedWindow window;
+    gMainWindow = window.Handle();
+    EXPECT_EQ(RunGuarded([] {}), 1);
+    gMainWindow = nullptr;
+    EXPECT_EQ(CursorShowCount(), before);
+    EXPECT_THAT(window.UntilDisabled(), testing::IsEmpty());
 }

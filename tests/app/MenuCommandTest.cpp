@@ -8,6 +8,7 @@
 #include "tests/app/ScratchEngine.h"
 #include "tests/app/ScratchWalk.h"
 #include "tests/app/ScratchWindow.h"
+#include "tests/app/WatchedWindow.h"
 #include "tests/support/BoxWatch.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -38,7 +39,13 @@ protected:
 
 TEST_F(MenuCommand, InfoShowsTheDialogAndChangesNothing)
 {
-    EXPECT_EQ(Choose(ID_INFO), 0);
+    const WatchedWindow owner; // a dialog disables its owner while it is open
+    {
+        const BoxWatch boxes;
+        EXPECT_EQ(MainWindowProc(owner.Handle(), WM_COMMAND, ID_INFO, 0), 0);
+    }
+    EXPECT_EQ(owner.Count("disabled"), 1);
+    EXPECT_EQ(owner.Count("enabled"), 1);
     EXPECT_TRUE(IsWindow(gMainWindow));
     EXPECT_EQ(gPaused, 0);
     EXPECT_STREQ(gFilePattern, "*.qsa");

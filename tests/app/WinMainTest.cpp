@@ -6,6 +6,7 @@
 #include "tests/support/ScratchDirectory.h"
 
 #include <algorithm>
+#include <cstring>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <string>
@@ -73,6 +74,8 @@ TEST_F(WinMainTest, DefaultPathsComeFromTheRegistry)
 TEST_F(WinMainTest, MissingRegistryKeyLeavesThePathsEmpty)
 {
     const RegistryValues registry({});
+    std::strcpy(gDefaultTexturePath, "of a run before");
+    std::strcpy(gDefaultBasePath, "of a run before");
     EXPECT_EQ(RunMain("absent.qsa"), 1);
     EXPECT_STREQ(gDefaultTexturePath, "");
     EXPECT_STREQ(gDefaultBasePath, "");
@@ -92,9 +95,46 @@ TEST_F(WinMainTest, RegistryValueThatFillsTheBufferIsTaken)
 
 TEST_F(WinMainTest, RegistryValueBeyondTheBufferIsNotTaken)
 {
-    const RegistryValues registry({{"DefaultTexturePath", std::string(2000, 'x')}});
+    const RegistryValues registry(
+        {{"DefaultTexturePath", std::string(2000, 'x')}, {"DefaultBasePath", "D:\\"}});
+    std::strcpy(gDefaultTexturePath, "of a run before");
     EXPECT_EQ(RunMain("absent.qsa"), 1);
     EXPECT_STREQ(gDefaultTexturePath, "");
+    EXPECT_STREQ(gDefaultBasePath, "D:\\") << "the other one is taken all the same";
+}
+
+TEST_F(WinMainTest, ViewIsSwitchedOnAtTheStart)
+{
+    gViewEnabled = 0;
+    EXPECT_EQ(RunMain("absent.qsa"), 1);
+    EXPECT_EQ(gViewEnabled, 1);
+}
+
+namespace {
+
+LRESULT CALLBACK RefuseToBeMade(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return message == WM_CREATE ? -1 : DefWindowProcA(window, message, wParam, lParam);
+}
+
+} // namespace
+
+// A class of the program's name is there already, and its windows refuse to be made.
+TEST_F(WinMainTest, WithoutAWindowItEndsWithZeroAndConvertsNothing)
+{
+    WNDCLASSEXA windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = RefuseToBeMade;
+    windowClass.hInstance = GetModuleHandleA(nullptr);
+    windowClass.lpszClassName = "KRE_DEFAULT";
+    ASSERT_NE(RegisterClassExA(&windowClass), 0);
+    scratch.Write("a.qsa", "*3DSMAX_QSAEXPORT 200\n");
+    BoxWatch boxes;
+    EXPECT_EQ(RunMain("a.qsa"), 0);
+    EXPECT_EQ(gMainWindow, nullptr);
+    EXPECT_EQ(boxes.Take(), "");
+    EXPECT_FALSE(scratch.Has("a.qsb"));
+    EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
 TEST_F(WinMainTest, UnknownAndIneffectiveOptionsAreSilent)

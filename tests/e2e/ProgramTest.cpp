@@ -1,7 +1,13 @@
+#include "tests/support/RegistryValues.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
+#include "tests/support/TreePaths.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
+#include <string>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -86,6 +92,49 @@ TEST(Program, NoArgumentsCancelledDialogEndsWithOne)
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "");
     EXPECT_FALSE(scratch.Has("logfile.txt"));
+}
+
+namespace {
+
+/// Converts a scene with a map `picture` and tells whether it was found: one that was not is logged.
+bool FindsPicture(const ScratchDirectory& scratch, const std::string& picture)
+{
+    scratch.Write("a.qsa", std::string(kScene) +
+                               "*MATERIAL_LIST { *MATERIAL 0 { *MAP_DIFFUSE { *BITMAP \"" +
+                               picture +
+                               "\" } } }\n*GEOMOBJECT { *NODE_NAME \"box\" *MATERIAL_REF 0 *MESH { "
+                               "*MESH_NUMVERTEX 3 *MESH_NUMFACES 1 *MESH_VERTEX_LIST { "
+                               "*MESH_VERTEX 0 0 0 0 *MESH_VERTEX 1 1 0 0 *MESH_VERTEX 2 0 1 0 } "
+                               "*MESH_FACE_LIST { *MESH_FACE 0: A: 0 B: 1 C: 2 } } }\n");
+    EXPECT_EQ(RunProgram({"a.qsa"}).status, 1);
+    const std::string log = scratch.Has("logfile.txt") ? scratch.Read("logfile.txt") : "";
+    fs::remove("logfile.txt");
+    return log.find("Can not open diffuse map '" + picture + "'") == std::string::npos;
+}
+
+} // namespace
+
+// The folder of textures is searched for the leaf name, the base folder for the name as it stands.
+TEST(Program, DefaultPathsOfTheRegistryAreSearched)
+{
+    const ScratchDirectory scratch;
+    for (const char* folder : {"maps", "base/deep"}) {
+        fs::create_directories(folder);
+        fs::copy(SourcePath("examples/checker.png"), fs::path(folder) / "checker.png");
+    }
+    const std::string root = scratch.Path().string();
+    {
+        const RegistryValues none({});
+        EXPECT_FALSE(FindsPicture(scratch, "elsewhere/checker.png"));
+        EXPECT_FALSE(FindsPicture(scratch, "deep/checker.png"));
+    }
+    {
+        const RegistryValues registry({{"DefaultTexturePath", root + "/maps"}});
+        EXPECT_TRUE(FindsPicture(scratch, "elsewhere/checker.png"));
+    }
+    const RegistryValues registry({{"DefaultBasePath", root + "/base"}});
+    EXPECT_FALSE(FindsPicture(scratch, "elsewhere/checker.png"));
+    EXPECT_TRUE(FindsPicture(scratch, "deep/checker.png"));
 }
 
 TEST(Program, NameOf300BytesIsAnEmptyRun)

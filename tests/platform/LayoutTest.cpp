@@ -93,11 +93,14 @@ static_assert(SW_SHOWNORMAL == 1);
 static_assert(SW_SHOWDEFAULT == 10);
 
 static_assert(WM_NULL == 0);
+static_assert(WM_CREATE == 1);
 static_assert(WM_DESTROY == 2);
 static_assert(WM_SIZE == 5);
+static_assert(WM_ENABLE == 0xA);
 static_assert(WM_PAINT == 0xF);
 static_assert(WM_CLOSE == 0x10);
 static_assert(WM_QUIT == 0x12);
+static_assert(WM_ERASEBKGND == 0x14);
 static_assert(WM_ACTIVATEAPP == 0x1C);
 static_assert(WM_KEYDOWN == 0x100);
 static_assert(WM_KEYUP == 0x101);

@@ -23,11 +23,14 @@
 #define SW_SHOWDEFAULT 10
 
 #define WM_NULL 0x0000
+#define WM_CREATE 0x0001
 #define WM_DESTROY 0x0002
 #define WM_SIZE 0x0005
+#define WM_ENABLE 0x000A
 #define WM_PAINT 0x000F
 #define WM_CLOSE 0x0010
 #define WM_QUIT 0x0012
+#define WM_ERASEBKGND 0x0014
 #define WM_ACTIVATEAPP 0x001C
 #define WM_KEYDOWN 0x0100
 #define WM_KEYUP 0x0101
@@ -114,6 +117,7 @@ struct PAINTSTRUCT {
 
 ATOM WINAPI RegisterClassExA(const WNDCLASSEXA* windowClass);
 BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE instance);
+/// Sends `WM_CREATE` with an lParam of 0. Gives null if the procedure answers with -1.
 HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title, DWORD style, int x,
                             int y, int width, int height, HWND parent, HMENU menu,
                             HINSTANCE instance, LPVOID parameter);
@@ -130,6 +134,7 @@ int WINAPI GetWindowTextA(HWND window, LPSTR buffer, int size);
 /// `index` is `GWL_STYLE` or `GWL_EXSTYLE`.
 LONG WINAPI GetWindowLongA(HWND window, int index);
 HMENU WINAPI GetMenu(HWND window);
+/// With `RDW_UPDATENOW` a window that needs it is painted at once. There are no child windows.
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags);
 int WINAPI ShowCursor(BOOL show);
 #define GWL_STYLE (-16)
@@ -149,11 +154,12 @@ BOOL WINAPI GetMessageA(MSG* messageOut, HWND window, UINT first, UINT last);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageA(const MSG* message);
 
-/// Writes title, line end, text and line end to standard error and gives `IDOK` at once.
+/// Writes title, line end, text and line end to standard error and gives `IDOK` at once. The owner is
+/// disabled meanwhile, as its `WM_ENABLE` tells it.
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT type);
 
 /// Nobody can answer a dialog here: it is set up (`WM_INITDIALOG`) and cancelled at once. The resource
-/// is not looked at. Gives what `EndDialog` was told, or -1 if the procedure never ends it.
+/// is not looked at. The owner is disabled meanwhile. Gives what `EndDialog` was told, or -1 if the procedure never ends it.
 INT_PTR WINAPI DialogBoxParamA(HINSTANCE instance, LPCSTR name, HWND owner, DLGPROC procedure,
                                LPARAM parameter);
 /// Refuses everything but a dialog that is being shown.

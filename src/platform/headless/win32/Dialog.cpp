@@ -1,3 +1,4 @@
+#include "platform/headless/win32/DesktopControl.h"
 #include "platform/headless/win32/LastError.h"
 
 #include <windows.h>
@@ -13,6 +14,7 @@ struct ShownDialog {
 };
 
 ShownDialog* gInnermost = nullptr;
+WORD gLastResource = 0;
 
 /// Takes the dialog off the list on every way out: the procedure may throw.
 class DialogScope {
@@ -27,18 +29,27 @@ public:
 
 } // namespace
 
-INT_PTR WINAPI DialogBoxParamA(HINSTANCE, LPCSTR, HWND, DLGPROC procedure, LPARAM parameter)
+INT_PTR WINAPI DialogBoxParamA(HINSTANCE, LPCSTR name, HWND owner, DLGPROC procedure,
+                               LPARAM parameter)
 {
     if (procedure == nullptr) {
         FailWith(ERROR_INVALID_PARAMETER);
         return -1;
     }
+    gLastResource = LOWORD(reinterpret_cast<ULONG_PTR>(name));
+    SendMessageA(owner, WM_ENABLE, FALSE, 0);
     DialogScope scope;
     const auto handle = reinterpret_cast<HWND>(&scope.dialog);
     procedure(handle, WM_INITDIALOG, 0, parameter);
     if (!scope.dialog.result)
         procedure(handle, WM_COMMAND, IDCANCEL, 0);
+    SendMessageA(owner, WM_ENABLE, TRUE, 0);
     return scope.dialog.result.value_or(-1);
+}
+
+WORD LastDialogResource()
+{
+    return gLastResource;
 }
 
 BOOL WINAPI EndDialog(HWND dialog, INT_PTR result)

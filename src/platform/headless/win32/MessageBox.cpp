@@ -1,22 +1,31 @@
-#include <windows.h>
+#include "platform/headless/win32/DesktopControl.h"
 
-#include <commdlg.h>
 #include <cstdio>
+#include <utility>
 
-int WINAPI MessageBoxA(HWND, LPCSTR text, LPCSTR title, UINT)
+static FileDialogAnswer gFileDialogAnswer;
+
+void AnswerFileDialogs(FileDialogAnswer answer)
 {
+    gFileDialogAnswer = std::move(answer);
+}
+
+int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT)
+{
+    SendMessageA(owner, WM_ENABLE, FALSE, 0);
     // What went to standard output before the box is seen before it.
     std::fflush(stdout);
     std::fprintf(stderr, "%s\n%s\n", title, text);
+    SendMessageA(owner, WM_ENABLE, TRUE, 0);
     return IDOK;
 }
 
-BOOL WINAPI GetOpenFileNameA(OPENFILENAMEA*)
+BOOL WINAPI GetOpenFileNameA(OPENFILENAMEA* dialog)
 {
-    return FALSE;
+    return gFileDialogAnswer ? gFileDialogAnswer("GetOpenFileName", *dialog) : FALSE;
 }
 
-BOOL WINAPI GetSaveFileNameA(OPENFILENAMEA*)
+BOOL WINAPI GetSaveFileNameA(OPENFILENAMEA* dialog)
 {
-    return FALSE;
+    return gFileDialogAnswer ? gFileDialogAnswer("GetSaveFileName", *dialog) : FALSE;
 }

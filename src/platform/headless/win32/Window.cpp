@@ -1,3 +1,4 @@
+#include "platform/headless/win32/DesktopControl.h"
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/LastError.h"
 
@@ -5,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 // A window is a record. Handles are its address; the record outlives nothing but its own destruction,
@@ -18,6 +20,8 @@ struct HWND__ {
     DWORD extendedStyle;
     LONG width;
     LONG height;
+    bool needsPaint;
+    bool needsErase;
 };
 
 namespace {
@@ -34,6 +38,7 @@ struct WindowClass {
 std::vector<WindowClass> gClasses;
 std::vector<std::unique_ptr<HWND__>> gWindows;
 int gCursorShowCount = 0;
+UINT gLastRedrawFlags = 0;
 
 auto FindClass(const char* name)
 {
@@ -92,7 +97,12 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
     window->width = isDefaultSize ? kDefaultWidth : std::max(width, 0);
     window->height = isDefaultSize ? kDefaultHeight : std::max(height, 0);
     gWindows.push_back(std::move(window));
-    return gWindows.back().get();
+    const HWND handle = gWindows.back().get();
+    if (SendMessageA(handle, WM_CREATE, 0, 0) == -1) {
+        DestroyWindow(handle);
+        return nullptr;
+    }
+    return IsWindow(handle) ? handle : nullptr;
 }
 
 BOOL WINAPI DestroyWindow(HWND window)
@@ -121,9 +131,23 @@ BOOL WINAPI UpdateWindow(HWND window)
     return IsWindow(window) ? TRUE : FailWith(ERROR_INVALID_HANDLE);
 }
 
-BOOL WINAPI RedrawWindow(HWND window, const RECT*, HRGN, UINT)
+BOOL WINAPI RedrawWindow(HWND window, const RECT*, HRGN, UINT flags)
 {
-    return IsWindow(window) ? TRUE : FailWith(ERROR_INVALID_HANDLE);
+    gLastRedrawFlags = flags;
+    if (!IsWindow(window))
+        return FailWith(ERROR_INVALID_HANDLE);
+    if ((flags & RDW_INVALIDATE) != 0) {
+        window->needsPaint = true;
+        window->needsErase = window->needsErase || (flags & RDW_ERASE) != 0;
+    }
+    if ((flags & RDW_UPDATENOW) != 0 && window->needsPaint)
+        SendMessageA(window, WM_PAINT, 0, 0);
+    return TRUE;
+}
+
+UINT LastRedrawFlags()
+{
+    return gLastRedrawFlags;
 }
 
 BOOL WINAPI GetClientRect(HWND window, RECT* rectOut)
@@ -193,7 +217,11 @@ int WINAPI ShowCursor(BOOL show)
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paintOut)
 {
     *paintOut = {};
-    GetClientRect(window, &paintOut->rcPaint);
+    if (!GetClientRect(window, &paintOut->rcPaint))
+        return nullptr;
+    window->needsPaint = false;
+    if (std::exchange(window->needsErase, false))
+        SendMessageA(window, WM_ERASEBKGND, 0, 0);
     return nullptr;
 }
 
