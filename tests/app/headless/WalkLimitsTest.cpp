@@ -80,6 +80,8 @@ TEST(ProcessDirectory, LinkToAnotherDirectoryIsEnteredAndLeftByItsOwnWay)
     fs::create_directory_symlink(scratch.Path() / "elsewhere", scratch.Path() / "here" / "link");
     EXPECT_EQ(Walk("here/*.qsa", "/s"),
               "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n");
+    EXPECT_TRUE(scratch.Has("elsewhere/b.qsb"));
+    EXPECT_EQ(fs::current_path(), scratch.Path());
 }
 
 TEST(ProcessDirectory, WayBackThatIsGoneEndsTheWalkWithAWarning)
@@ -103,19 +105,47 @@ TEST(ProcessDirectory, WayBackThatIsGoneEndsTheWalkWithAWarning)
     UnregisterClassA(kMoverClass, nullptr);
 }
 
+namespace {
+
+/// Takes the rights of an administrator away from this process while it lives: such a one enters every
+/// directory, whatever its permissions say. Another user keeps what he has.
+class OrdinaryUser {
+public:
+    explicit OrdinaryUser(const fs::path& directory)
+    {
+        if (before != 0)
+            return;
+        EXPECT_EQ(chown(directory.c_str(), kNobody, static_cast<gid_t>(-1)), 0);
+        for (const auto& entry : fs::recursive_directory_iterator(directory))
+            EXPECT_EQ(chown(entry.path().c_str(), kNobody, static_cast<gid_t>(-1)), 0);
+        EXPECT_EQ(seteuid(kNobody), 0);
+    }
+    ~OrdinaryUser() { EXPECT_EQ(seteuid(before), 0); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    static constexpr uid_t kNobody = 65534;
+
+    const uid_t before = geteuid();
+};
+
+} // namespace
+
 TEST(ProcessDirectory, DirectoryThatCannotBeEnteredIsLeftOut)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kWalkScene);
     scratch.Write("locked/b.qsa", kWalkScene);
     scratch.Write("open/c.qsa", kWalkScene);
-    fs::permissions("locked", fs::perms::none);
-    // An administrator enters every directory, whatever its permissions say.
-    const bool isAdministrator = geteuid() == 0;
-    EXPECT_EQ(Walk("*.qsa", "/s"), isAdministrator ? "'a.qsa' converted\n'b.qsa' converted\n"
-                                                     "'c.qsa' converted\n"
-                                                   : "'a.qsa' converted\n'c.qsa' converted\n");
-    fs::permissions("locked", fs::perms::all);
+    {
+        const OrdinaryUser user(scratch.Path());
+        fs::permissions("locked", fs::perms::none);
+        EXPECT_EQ(Walk("*.qsa", "/s"), "'a.qsa' converted\n'c.qsa' converted\n");
+        fs::permissions("locked", fs::perms::all);
+    }
+    EXPECT_FALSE(scratch.Has("locked/b.qsb"));
+    EXPECT_TRUE(scratch.Has("open/c.qsb"));
 }
 
 TEST(ProcessDirectory, DirectoryRemovedBeforeTheRunIsAnEmptyRun)
