@@ -1,12 +1,17 @@
 // Damaged texts: none may end in anything but a scene or a stated error.
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <random>
+#include <utility>
 
 #include "base/Log.h"
+#include "gfx/KRE_Gfx.h"
 #include "tests/qsa/QSATesting.h"
+#include "tests/support/HostCost.h"
+#include "tests/support/TreePaths.h"
 
 namespace {
 
@@ -81,6 +86,13 @@ protected:
         EXPECT_EQ(FaultsOf(scene, true), "");
         return "";
     }
+    /// The bytes that the scene is saved as, in "saved.qsb".
+    std::string Saved()
+    {
+        std::filesystem::remove("saved.qsb"); // replacing it would wait for the disk
+        EXPECT_EQ(RaisedBy([&] { gGfx->SaveScene(scene, "saved.qsb"); }), "no error");
+        return directory.Read("saved.qsb");
+    }
 };
 
 } // namespace
@@ -117,12 +129,88 @@ TEST_F(BadInputTest, TruncationsLoadOrEndInAStatedError)
     EXPECT_GT(loaded, tried / 2);
 }
 
-TEST_F(BadInputTest, RandomChangesLoadOrEndInAnError)
+namespace {
+
+/// The errors of the text format that docs/diagnostics.md lists, each as the pieces between what
+/// stands for names and numbers.
+std::vector<std::vector<std::string>> StatedErrors()
+{
+    std::ifstream page(SourcePath("docs/diagnostics.md"));
+    std::vector<std::vector<std::string>> errors;
+    std::string line;
+    while (std::getline(page, line) && line.compare(0, 15, "## Text scenes ") != 0) {}
+    while (std::getline(page, line) && line.compare(0, 9, "Warnings:") != 0) {
+        if (line.compare(0, 3, "| `") != 0)
+            continue;
+        const std::string cell = line.substr(0, line.find('|', 1));
+        for (size_t at = cell.find('`'); at != std::string::npos;) {
+            const size_t end = cell.find('`', at + 1);
+            std::vector<std::string>& pieces = errors.emplace_back(1);
+            for (size_t i = at + 1; i < end; ++i) {
+                if (cell[i] != '%') {
+                    pieces.back() += cell[i];
+                    continue;
+                }
+                i = cell.find_first_of("cdfgisu", i); // the end of the place: %i, %lli
+                pieces.emplace_back();
+            }
+            at = cell.find('`', end + 1);
+        }
+    }
+    return errors;
+}
+
+bool HoldsInOrder(const std::string& text, const std::vector<std::string>& pieces)
+{
+    size_t at = 0;
+    for (const std::string& piece : pieces) {
+        at = text.find(piece, at);
+        if (at == std::string::npos)
+            return false;
+        at += piece.size();
+    }
+    return true;
+}
+
+/// The names of all objects of a scene, list by list; meshes in the order of their names, as a load
+/// puts opaque ones first.
+std::vector<std::string> NamesOf(const KRE_3dScene& scene)
+{
+    std::vector<std::string> names;
+    const auto add = [&names](const char* list, const auto& objects) {
+        names.emplace_back(list);
+        const auto first = static_cast<ptrdiff_t>(names.size());
+        for (const auto* object : objects)
+            names.emplace_back(object->name.c_str());
+        std::sort(names.begin() + first, names.end());
+    };
+    add("meshes", scene.meshes);
+    add("cameras", scene.cameras);
+    add("objects", scene.objects);
+    add("lights", scene.lights);
+    return names;
+}
+
+std::string gLastEntry; // of the log
+std::string gEntryBefore;
+
+} // namespace
+
+/// Each text gives a sound scene that can be saved and loaded again, or an error of the list in the
+/// documents that names the file, itself or in the warning ahead of it. And the same through a
+/// window of any size, byte for byte.
+TEST_F(BadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
 {
     const std::string text = Everything();
+    const auto stated = StatedErrors();
+    ASSERT_GT(stated.size(), 20u);
+    gLogSink = [](const char* entry) { gEntryBefore = std::exchange(gLastEntry, entry); };
+    const int rounds = 500 / std::min(kHostSlowness, 10);
+    int loaded = 0;
+    int refused = 0;
     std::mt19937 random(5);
     static constexpr char kBytes[] = "{}*\"0123456789.,-e \nAZ\0\x80\xFF";
-    for (int round = 0; round < 500; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         std::string changed = text;
         const size_t changes = 1 + random() % 8;
         for (size_t i = 0; i < changes; ++i) {
@@ -143,8 +231,34 @@ TEST_F(BadInputTest, RandomChangesLoadOrEndInAnError)
             }
         }
         Access::SetWindow(loader, 1 + static_cast<int32_t>(random() % 5000));
-        Try(changed);
+        const std::string error = Try(changed);
+        const std::string entry = gLastEntry;
+        const std::string ahead = gEntryBefore;
+        const std::string bytes = error.empty() ? Saved() : "";
+        Access::SetWindow(loader, 1 << 20);
+        ASSERT_EQ(Try(changed), error) << round << ", in one piece";
+        if (error.empty()) {
+            ++loaded;
+            ASSERT_TRUE(Saved() == bytes) << round << ", in one piece";
+            KRE_3dScene again;
+            ASSERT_EQ(RaisedBy([&] { gGfx->LoadScene(again, "saved.qsb", 0); }), "no error")
+                << round;
+            ASSERT_EQ(NamesOf(again), NamesOf(scene)) << round;
+            continue;
+        }
+        ++refused;
+        ASSERT_TRUE(std::any_of(stated.begin(), stated.end(),
+                                [&](const auto& pieces) { return HoldsInOrder(error, pieces); }))
+            << round << ' ' << error;
+        ASSERT_THAT(entry, testing::HasSubstr(error)) << round;
+        ASSERT_TRUE(error.find("scene.qsa") != std::string::npos ||
+                    ahead.find("File 'scene.qsa'") != std::string::npos)
+            << round << ' ' << ahead << entry;
     }
+    gLogSink = nullptr;
+    // Both come often, or the rounds show nothing.
+    EXPECT_GT(loaded, rounds / 5);
+    EXPECT_GT(refused, rounds / 10);
 }
 
 TEST_F(BadInputTest, StrangeBytesInTextsAreKeptOrRefused)
@@ -171,25 +285,8 @@ constexpr bool kClockTellsTheCost = CLOCKS_PER_SEC == 1000000;
 #endif
 constexpr double kMostSeconds = kClockTellsTheCost ? 1.0 : 30.0;
 
-/// Of what a load may take from the system at its peak. Instrumented code takes more.
-constexpr double kMostMiB = 128.0;
-
-/// A figure of the process in MiB as Linux tells it; 0 where there is no such file.
-double ProcessMiB(const char* figure)
-{
-    std::ifstream file("/proc/self/status");
-    for (std::string line; std::getline(file, line);) {
-        if (line.compare(0, std::strlen(figure), figure) == 0)
-            return std::atof(line.c_str() + std::strlen(figure)) / 1024.0;
-    }
-    return 0.0;
-}
-
-/// From here on the peak is counted anew.
-void ForgetPeakMemory()
-{
-    std::ofstream("/proc/self/clear_refs") << "5";
-}
+/// What a load may take from the system at its peak.
+constexpr int64_t kMostBytes = int64_t{128} << 20;
 
 /// Head, items up to 1 MiB with their numbers in place of each '#', tail; `close` for each item.
 std::string Hostile(const std::string& head, const std::string& item, const std::string& tail,
@@ -300,15 +397,12 @@ std::vector<std::pair<const char*, std::string>> HostileTexts()
 TEST_F(BadInputTest, TextsThatAskForMuchCostLittle)
 {
     const auto texts = HostileTexts();
-    const double ordinaryMiB = ProcessMiB("VmRSS:");
     for (const auto& [what, text] : texts) {
         ForgetPeakMemory();
         const std::clock_t before = std::clock();
         Try(text);
         const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
         EXPECT_LT(seconds, kMostSeconds) << what;
-        if (kClockTellsTheCost) {
-            EXPECT_LT(ProcessMiB("VmHWM:") - ordinaryMiB, kMostMiB) << what;
-        }
+        EXPECT_LT(PeakMemoryGrowth(), kMostBytes) << what; // -1 where nobody tells
     }
 }
