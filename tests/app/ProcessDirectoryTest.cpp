@@ -137,8 +137,8 @@ TEST(DirectoryIdentity, NumbersThatSayNothingGiveWayToThePath)
         bool isNumbered;
     } cases[] = {
         {"all there", 7, 1, 2, true},
-        {"high part 0", 7, 0, 2, true},
-        {"low part 0", 7, 1, 0, true},
+        {"upper half 0", 7, 0, 2, true},
+        {"lower half 0", 7, 1, 0, true},
         {"high part all ones", 7, kOnes, 2, true},
         {"low part all ones", 7, 0, kOnes, true},
         {"volume 0", 0, 1, 2, false},
