@@ -90,6 +90,15 @@ TEST(KRE_ColorTrack, DerivativeIsOfTheFirstThreeComponents)
     ExpectColor(derivative, -0.5f, 1.75f, -1.5f, -99.0f);
 }
 
+TEST(KRE_ColorTrack, DerivativeIsInASecondHoweverLongTheSegmentIs)
+{
+    KRE_ColorTrack track = MakeTrack(1);
+    track.Key(1).time = 5.0f; // four seconds after the first: a quarter of the slopes above
+    D3DCOLORVALUE derivative = {};
+    track.Evaluate(3.0f, &derivative);
+    ExpectColor(derivative, -0.125f, 0.4375f, -0.375f, 0.0f);
+}
+
 TEST(KRE_ColorTrack, LoopGoesFromTheLastKeyToTheFirst)
 {
     // The loop runs from 1 to 4; wrap(2, 3) = 2 gives the time 3, half way from the key at 2 to 4.
