@@ -45,11 +45,6 @@ class File;
 struct KRE_TextureRequest;
 struct QSA_SceneHeader;
 
-/// Lets this header do without the importer's.
-struct QSALoaderDeleter {
-    void operator()(QSALoader* loader) const;
-};
-
 /// The one object of the graphics engine, reached through `gGfx`. Each topic of its operations has
 /// a source file of its own, named at the topic's head. Every operation that calls the device keeps
 /// the result in `lastResult`; where nothing else is said a failure is an `Error` that names the
@@ -479,7 +474,7 @@ public:
     KRE_Font* currentFont = nullptr; ///< not owned, lives with graphics start-up
     KRE_PrintfContainer printf;
 
-    // ---- Effects: KRE_GfxEffects.cpp, KRE_GfxEffectFrame.cpp, render/KRE_GfxSceneEffects.cpp
+    // ---- Effects: KRE_GfxEffects.cpp, KRE_GfxEffectFrame.cpp, scene/KRE_GfxSceneEffects.cpp
 
     /// Loads and compiles an effect file, or shares it with those that have it, and gives 1. A file
     /// that is not there is an `Error` or, without `fatalIfMissing`, a warning and 0. What does not
@@ -786,7 +781,8 @@ private:
     const KRE_GfxRuntime runtime;
     QSALoader& SceneLoader();
     void LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags);
-    std::unique_ptr<QSALoader, QSALoaderDeleter> sceneLoader; ///< made by the first load
+    /// Made by the first load, which also says how to delete it: the engine does not know importers.
+    std::unique_ptr<QSALoader, void (*)(QSALoader*)> sceneLoader{nullptr, nullptr};
 
     String defaultTexturePath;
     String defaultBasePath;

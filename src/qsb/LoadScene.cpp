@@ -50,17 +50,17 @@ void CheckLights(KRE_Gfx& engine, KRE_3dScene& scene, const char* path)
     }
 }
 
-} // namespace
-
-void QSALoaderDeleter::operator()(QSALoader* loader) const
+void DeleteLoader(QSALoader* loader)
 {
     delete loader;
 }
 
+} // namespace
+
 QSALoader& KRE_Gfx::SceneLoader()
 {
     if (!sceneLoader)
-        sceneLoader.reset(new QSALoader());
+        sceneLoader = {new QSALoader(), DeleteLoader};
     return *sceneLoader;
 }
 
