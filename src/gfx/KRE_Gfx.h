@@ -282,7 +282,7 @@ public:
     int32_t blendValue = 255; ///< alpha of the material, 0 to 255
     D3DCOLOR tintColor = 0;   ///< added to every textured surface; 0 is none
 
-    // ---- Materials: KRE_GfxMaterialBinding.cpp, KRE_GfxMapStages.cpp, KRE_GfxMaterialStates.cpp
+    // ---- Materials: KRE_MaterialBinding.cpp, KRE_MaterialBindingMaps.cpp, KRE_MaterialBindingStates.cpp
 
     /// Binds a material's maps with all their stage states, or with null the vertex colour alone.
     /// A `stage` from 0 to 7 takes nothing but the texture's current picture, null for none; stage
@@ -413,8 +413,8 @@ public:
 
     uint8_t drawDisabled = 0; ///< 1: all is set, but nothing is drawn
 
-    // ---- Scenes: render/KRE_GfxDrawScene.cpp, KRE_GfxDrawMesh.cpp, KRE_GfxDrawSubset.cpp,
-    //      KRE_GfxFrustum.cpp, KRE_GfxMarkers.cpp. Inside the scene bracket.
+    // ---- Scenes: render/KRE_SceneDrawing.cpp, KRE_SceneDrawingMesh.cpp, KRE_SceneDrawingSubset.cpp,
+    //      KRE_SceneDrawingFrustum.cpp, KRE_SceneDrawingMarkers.cpp. Inside the scene bracket.
 
     /// Draws a scene as it was evaluated last, through its active camera or, without one, through the
     /// view that is set. Gives 1, or 0 for null and for a scene that the view does not show. Any
@@ -474,7 +474,7 @@ public:
     KRE_Font* currentFont = nullptr; ///< not owned, lives with graphics start-up
     KRE_PrintfContainer printf;
 
-    // ---- Effects: KRE_GfxEffects.cpp, KRE_GfxEffectFrame.cpp, scene/KRE_GfxSceneEffects.cpp
+    // ---- Effects: KRE_GfxEffects.cpp, KRE_EffectFeeding.cpp, scene/KRE_GfxSceneEffects.cpp
 
     /// Loads and compiles an effect file, or shares it with those that have it, and gives 1. A file
     /// that is not there is an `Error` or, without `fatalIfMissing`, a warning and 0. What does not
@@ -530,8 +530,8 @@ public:
     uint8_t postEffectsReady = 0;
     int32_t drawToPostTexture = 0; ///< not 0: `BeginScene` and `EndScene` draw into `postTexture`
 
-    // ---- Textures: KRE_GfxTextures.cpp, KRE_GfxLoadTexture.cpp, KRE_GfxFrameList.cpp,
-    //      KRE_GfxVideoSources.cpp
+    // ---- Textures: KRE_GfxTextures.cpp, KRE_TextureLoading.cpp, KRE_TextureLoadingFrameList.cpp,
+    //      KRE_TextureLoadingVideo.cpp
 
     /// Flags that may be added to a mode of `LoadTexture` from 0 to 3.
     static constexpr int32_t kKeepTexture = 0x2000; ///< what the object holds is not freed first

@@ -1,5 +1,5 @@
 // From the map slots of a material to the texture stages: who goes where. What each map does with
-// its stages is in KRE_GfxMapStages.cpp.
+// its stages is in KRE_MaterialBindingMaps.cpp.
 
 #include "gfx/KRE_Gfx.h"
 
