@@ -1,11 +1,12 @@
 // What an effect is told before it draws: matrices, times, textures and lights.
 
-#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_EffectFeeding.h"
 
 #include <algorithm>
 #include <string>
 
 #include "base/Clock.h"
+#include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_ShaderEffect.h"
 
 namespace {
@@ -104,30 +105,51 @@ private:
 
 } // namespace
 
-/// What the device has on a stage, null for none and for what is not known.
-IDirect3DBaseTexture9* KRE_Gfx::TextureOnStage(int32_t stage)
+void KRE_EffectFeeding::Prepare(KRE_ShaderEffect& effect, const KRE_Mesh* mesh,
+                                int32_t materialIndex)
 {
-    if (stage < 0 || stage >= kStages || boundTexture[stage] == UnknownTexture())
-        return nullptr;
-    return boundTexture[stage];
+    static constexpr int32_t kIndexedStages = 6;
+    static constexpr int32_t kTransformedStages = 4;
+    if (effect.needsStageIndices) {
+        for (int32_t stage = 0; stage < kIndexedStages; ++stage)
+            gfx.SetTexCoordIndex(stage, static_cast<DWORD>(stage));
+    }
+    if (effect.TechniqueHasVertexShader()) {
+        for (int32_t stage = 0; stage < kTransformedStages; ++stage)
+            gfx.SetTextureTransformFlags(stage, D3DTTFF_DISABLE);
+    }
+    UpdateFrame(effect);
+    if (mesh)
+        UpdateObject(effect, *mesh, materialIndex);
+    if (effect.needsLights)
+        UpdateLights(effect);
 }
 
-void KRE_Gfx::UpdateEffectFrame(KRE_ShaderEffect& effect)
+/// What the device has on a stage, null for none and for what is not known.
+IDirect3DBaseTexture9* KRE_EffectFeeding::TextureOnStage(int32_t stage) const
 {
-    UpdateEffectMatrices(effect);
-    UpdateEffectTimes(effect);
-    UpdateEffectTextures(effect);
+    if (stage < 0 || stage >= KRE_Gfx::kStages ||
+        gfx.boundTexture[stage] == KRE_Gfx::UnknownTexture())
+        return nullptr;
+    return gfx.boundTexture[stage];
+}
+
+void KRE_EffectFeeding::UpdateFrame(KRE_ShaderEffect& effect)
+{
+    UpdateMatrices(effect);
+    UpdateTimes(effect);
+    UpdateTextures(effect);
     const ShaderEffectData& data = *effect.data;
     using enum EffectSemantic;
-    effect.SetVectorParameter(data.Handle(kFogStartEnd), fog.start, fog.end, 0.0f, 0.0f);
+    effect.SetVectorParameter(data.Handle(kFogStartEnd), gfx.fog.start, gfx.fog.end, 0.0f, 0.0f);
     effect.SetVectorParameter(data.Handle(kInvViewPortDim),
-                              1.0f / static_cast<float>(viewport.Width),
-                              1.0f / static_cast<float>(viewport.Height), 0.0f, 0.0f);
-    effect.SetMatrixParameter(data.Handle(kTextureMatrix), textureMatrix[0]);
-    effect.SetFloatParameter(data.Handle(kOpacity), static_cast<float>(blendValue) / 255.0f);
+                              1.0f / static_cast<float>(gfx.viewport.Width),
+                              1.0f / static_cast<float>(gfx.viewport.Height), 0.0f, 0.0f);
+    effect.SetMatrixParameter(data.Handle(kTextureMatrix), gfx.textureMatrix[0]);
+    effect.SetFloatParameter(data.Handle(kOpacity), static_cast<float>(gfx.blendValue) / 255.0f);
 }
 
-void KRE_Gfx::UpdateEffectMatrices(KRE_ShaderEffect& effect)
+void KRE_EffectFeeding::UpdateMatrices(KRE_ShaderEffect& effect)
 {
     const ShaderEffectData& data = *effect.data;
     const auto set = [&](EffectSemantic semantic, const auto& compute) {
@@ -135,60 +157,60 @@ void KRE_Gfx::UpdateEffectMatrices(KRE_ShaderEffect& effect)
             effect.SetMatrixParameter(handle, compute());
     };
     using enum EffectSemantic;
-    set(kWorldViewProjection, [&] { return world[0] * view * projection; });
-    set(kWorldView, [&] { return world[0] * view; });
-    set(kWorld, [&] { return world[0]; });
+    set(kWorldViewProjection, [&] { return gfx.world[0] * gfx.view * gfx.projection; });
+    set(kWorldView, [&] { return gfx.world[0] * gfx.view; });
+    set(kWorld, [&] { return gfx.world[0]; });
     set(kWorldInverseTranspose, [&] {
         D3DXMATRIX transposed;
-        const D3DXMATRIX inverse = InverseOf(world[0]);
+        const D3DXMATRIX inverse = InverseOf(gfx.world[0]);
         return *D3DXMatrixTranspose(&transposed, &inverse);
     });
-    set(kView, [&] { return view; });
-    set(kViewInverse, [&] { return InverseOf(view); });
-    set(kProjection, [&] { return projection; });
-    set(kViewProjection, [&] { return view * projection; });
+    set(kView, [&] { return gfx.view; });
+    set(kViewInverse, [&] { return InverseOf(gfx.view); });
+    set(kProjection, [&] { return gfx.projection; });
+    set(kViewProjection, [&] { return gfx.view * gfx.projection; });
     if (const D3DXHANDLE handle = data.Handle(kViewPosition)) {
-        const D3DXMATRIX inverse = InverseOf(view);
+        const D3DXMATRIX inverse = InverseOf(gfx.view);
         effect.SetVectorParameter(handle, inverse._41, inverse._42, inverse._43, inverse._44);
     }
 }
 
-void KRE_Gfx::UpdateEffectTimes(KRE_ShaderEffect& effect)
+void KRE_EffectFeeding::UpdateTimes(KRE_ShaderEffect& effect)
 {
     const ShaderEffectData& data = *effect.data;
     using enum EffectSemantic;
-    const auto seconds = static_cast<float>(GetTimeSeconds() - startTime);
+    const auto seconds = static_cast<float>(GetTimeSeconds() - gfx.startTime);
     effect.SetFloatParameter(data.Handle(kTime), seconds);
-    effect.SetFloatParameter(data.Handle(kElapsedTime), 1.0f / GetFramesPerSecond());
-    effect.SetFloatParameter(data.Handle(kGameTime), getGameTime ? getGameTime() : seconds);
+    effect.SetFloatParameter(data.Handle(kElapsedTime), 1.0f / gfx.GetFramesPerSecond());
+    effect.SetFloatParameter(data.Handle(kGameTime), gfx.getGameTime ? gfx.getGameTime() : seconds);
     if (const D3DXHANDLE handle = data.Handle(kRandom))
-        effect.SetFloatParameter(handle, random.NextFloat());
+        effect.SetFloatParameter(handle, gfx.random.NextFloat());
 }
 
-void KRE_Gfx::UpdateEffectTextures(KRE_ShaderEffect& effect)
+void KRE_EffectFeeding::UpdateTextures(KRE_ShaderEffect& effect)
 {
     const ShaderEffectData& data = *effect.data;
     using enum EffectSemantic;
-    effect.SetTextureParameter(data.Handle(kDiffuseMap), TextureOnStage(diffuseStage));
-    effect.SetTextureParameter(data.Handle(kNormalMap), TextureOnStage(diffuseStage + 1));
+    effect.SetTextureParameter(data.Handle(kDiffuseMap), TextureOnStage(gfx.diffuseStage));
+    effect.SetTextureParameter(data.Handle(kNormalMap), TextureOnStage(gfx.diffuseStage + 1));
     if (const D3DXHANDLE handle = data.Handle(kScreenCopy))
-        effect.SetTextureParameter(handle, GetScreenCopyTexture());
-    for (int32_t i = 0; i < ShaderEffectData::kScreenBuffers; ++i) {
+        effect.SetTextureParameter(handle, gfx.GetScreenCopyTexture());
+    for (int32_t i = 0; i < kScreenBuffers; ++i) {
         if (data.screenBuffers[i])
             effect.SetTextureParameter(data.screenBuffers[i],
-                                       GetScreenBufferTexture(kFullBuffer, i));
+                                       gfx.GetScreenBufferTexture(KRE_Gfx::kFullBuffer, i));
     }
-    for (int32_t i = 0; i < ShaderEffectData::kScreenQuarterBuffers; ++i) {
+    for (int32_t i = 0; i < kScreenQuarterBuffers; ++i) {
         if (data.screenQuarterBuffers[i])
             effect.SetTextureParameter(data.screenQuarterBuffers[i],
-                                       GetScreenBufferTexture(kQuarterBuffer, i));
+                                       gfx.GetScreenBufferTexture(KRE_Gfx::kQuarterBuffer, i));
     }
     for (int32_t i = 0; i < data.resourceCount; ++i)
         SetResourceTexture(effect, i);
 }
 
 /// A texture that the effect names itself is kept in the catalogue, under a name that no scene uses.
-void KRE_Gfx::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
+void KRE_EffectFeeding::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
 {
     const ShaderEffectData& data = *effect.data;
     LPCSTR file = nullptr;
@@ -202,10 +224,10 @@ void KRE_Gfx::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
             c = '_';
     }
     name += "_FX_";
-    KRE_Texture* texture = catalogue.GetTexture(name.c_str());
+    KRE_Texture* texture = gfx.catalogue.GetTexture(name.c_str());
     if (!texture) {
-        catalogue.AddTexture(name.c_str(), file, 0, true);
-        texture = catalogue.GetTexture(name.c_str());
+        gfx.catalogue.AddTexture(name.c_str(), file, 0, true);
+        texture = gfx.catalogue.GetTexture(name.c_str());
     }
     if (texture)
         effect.SetTextureParameter(data.resourceParams[index], texture->current);
@@ -213,29 +235,29 @@ void KRE_Gfx::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
 
 /// QUIRK: with the cache the first user of an effect file sets the material's colours for all users
 /// within a frame. What counts on the cache draws such materials with files of their own.
-void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
+void KRE_EffectFeeding::UpdateLights(KRE_ShaderEffect& effect)
 {
     ShaderEffectData& data = *effect.data;
-    if (effectCacheOn && data.lightsFrame == frameNumber)
+    if (gfx.effectCacheOn && data.lightsFrame == gfx.frameNumber)
         return;
-    data.lightsFrame = frameNumber;
+    data.lightsFrame = gfx.frameNumber;
 
     using enum EffectSemantic;
     const auto setColor = [&](EffectSemantic semantic, const D3DXVECTOR4& color) {
         effect.SetVectorParameter(data.Handle(semantic), color.x, color.y, color.z, color.w);
     };
-    setColor(kDiffuseMaterial, ToVector(material.Diffuse));
-    setColor(kAmbientMaterial, ToVector(material.Ambient));
-    setColor(kSpecularMaterial, ToVector(material.Specular));
-    effect.SetFloatParameter(data.Handle(kSpecularPower), material.Power);
-    D3DXVECTOR4 emissive = ToVector(material.Emissive) + ToVector(tintColor);
+    setColor(kDiffuseMaterial, ToVector(gfx.material.Diffuse));
+    setColor(kAmbientMaterial, ToVector(gfx.material.Ambient));
+    setColor(kSpecularMaterial, ToVector(gfx.material.Specular));
+    effect.SetFloatParameter(data.Handle(kSpecularPower), gfx.material.Power);
+    D3DXVECTOR4 emissive = ToVector(gfx.material.Emissive) + ToVector(gfx.tintColor);
     emissive.w = 1.0f;
     setColor(kEmissiveMaterial, emissive);
 
-    EffectLights taken(ToVector(lighting ? ambientColor : unlitColor));
-    for (int32_t i = 0; lighting && i < kLightSlots; ++i) {
-        if (cache.lightEnable[i] == 1)
-            taken.Add(lights[i]);
+    EffectLights taken(ToVector(gfx.lighting ? gfx.ambientColor : gfx.unlitColor));
+    for (int32_t i = 0; gfx.lighting && i < kLightSlots; ++i) {
+        if (gfx.cache.lightEnable[i] == 1)
+            taken.Add(gfx.lights[i]);
     }
     effect.SetIntParameter(data.Handle(kNumDirectionalLights), taken.directionalCount);
     effect.SetIntParameter(data.Handle(kNumOmniLights), taken.omniCount);

@@ -1,9 +1,13 @@
 #include "gfx/KRE_Gfx.h"
 
-#include "gfx/DirectXErrorName.h"
-
 #include <algorithm>
 #include <iterator>
+
+#include "gfx/DirectXErrorName.h"
+#include "gfx/KRE_EffectFeeding.h"
+#include "gfx/KRE_MaterialBinding.h"
+#include "gfx/KRE_SearchPaths.h"
+#include "gfx/KRE_TextureLoading.h"
 
 KRE_Gfx* gGfx = nullptr;
 int32_t gGraphicsStarted = 0;
@@ -42,10 +46,14 @@ const KRE_GfxRuntime& KRE_GfxRuntime::System()
 }
 
 KRE_Gfx::KRE_Gfx(const KRE_GfxRuntime& systemRuntime)
-    : gammaRamp(LinearGammaRamp()),
+    : runtime(systemRuntime),
+      gammaRamp(LinearGammaRamp()),
       material(MakeDefaultMaterial()),
       defaultMaterial(material),
-      runtime(systemRuntime)
+      materialBinding(std::make_unique<KRE_MaterialBinding>(*this)),
+      effectFeeding(std::make_unique<KRE_EffectFeeding>(*this)),
+      textureLoading(std::make_unique<KRE_TextureLoading>(*this)),
+      searchPaths(std::make_unique<KRE_SearchPaths>(*this))
 {
     SetClassName("KRE_Gfx");
     std::fill(std::begin(addressU), std::end(addressU), D3DTADDRESS_WRAP);
@@ -56,7 +64,6 @@ KRE_Gfx::KRE_Gfx(const KRE_GfxRuntime& systemRuntime)
     for (D3DXMATRIX& matrix : world)
         D3DXMatrixIdentity(&matrix);
     ResetStateCache();
-    RebuildSearchPaths();
 
     if (!runtime.hasLibrary("d3d9.dll"))
         Error("At least DirectX 9.0 required!");

@@ -1,28 +1,19 @@
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <set>
-#include <span>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include <d3d9.h>
 #include <d3dx9.h>
 
-#include "base/CFileValidator.h"
 #include "base/HeapArray.h"
 #include "base/KRE_Base.h"
 #include "base/String.h"
+#include "gfx/EffectTarget.h"
 #include "gfx/KRE_FogRecord.h"
-#include "gfx/KRE_Frustum.h"
 #include "gfx/KRE_GfxRuntime.h"
 #include "gfx/KRE_PointRecord.h"
 #include "gfx/KRE_PrintfContainer.h"
 #include "gfx/KRE_ResourceManager.h"
-#include "gfx/KRE_ShaderEffect.h"
-#include "gfx/KRE_StageProgram.h"
 #include "gfx/KRE_StateCache.h"
 #include "gfx/KRE_Surface.h"
 #include "gfx/KRE_Texture.h"
@@ -30,19 +21,24 @@
 #include "gfx/KRE_VertexListTemp.h"
 #include "gfx/KRE_VideoSource.h"
 #include "gfx/RandomGenerator.h"
-#include "gfx/ShaderEffectData.h"
 #include "platform/ComPointer.h"
 
 class KRE_3dScene;
 class KRE_Camera;
+class KRE_EffectFeeding;
 class KRE_Font;
+class KRE_MaterialBinding;
 class KRE_MaterialInfo;
 class KRE_Mesh;
+class KRE_SceneDrawing;
+class KRE_SearchPaths;
+class KRE_ShaderEffect;
+class KRE_StageProgram;
+class KRE_TextureLoading;
 class KRE_VertexList;
 struct KRE_ClipObject;
 class QSALoader;
 class File;
-struct KRE_TextureRequest;
 struct QSA_SceneHeader;
 
 /// The one object of the graphics engine, reached through `gGfx`. Each topic of its operations has
@@ -57,7 +53,13 @@ public:
     KRE_Gfx(const KRE_Gfx&) = delete;
     KRE_Gfx& operator=(const KRE_Gfx&) = delete;
 
-    // ---- Shared objects. They stand first: what holds their ids goes before them.
+    /// Keeps the result of a device call as `lastResult`; a failure is an `Error` with the result's
+    /// name in the place of the one %s of `text`.
+    void Check(HRESULT result, const char* text);
+
+    const KRE_GfxRuntime runtime; ///< what the system is asked for
+
+    // ---- Shared objects. Declared first so that they outlive everything holding their ids.
 
     KRE_ResourceManager textureManager; ///< IDirect3DTexture9
     KRE_ResourceManager surfaceManager; ///< IDirect3DSurface9
@@ -233,6 +235,13 @@ public:
 
     // ---- Texture stages and samplers: KRE_GfxTextureStage.cpp. Stages are 0 to 7.
 
+    /// A stage that is not there is an `Error`.
+    void CheckStage(int32_t stage);
+    /// From here on stage states are put into `program`, until null sends them to the device again.
+    /// Not owned; textures, factors and samplers are sent all the same.
+    void CollectStageStates(KRE_StageProgram* program) { collectedStates = program; }
+    /// Sends a state that is new to the device, or collects it. What the wrappers below come to.
+    void SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
     /// These two always send.
     void SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
     void SetSamplerState(DWORD stage, D3DSAMPLERSTATETYPE type, DWORD value);
@@ -282,23 +291,12 @@ public:
     int32_t blendValue = 255; ///< alpha of the material, 0 to 255
     D3DCOLOR tintColor = 0;   ///< added to every textured surface; 0 is none
 
-    // ---- Materials: KRE_MaterialBinding.cpp, KRE_MaterialBindingMaps.cpp, KRE_MaterialBindingStates.cpp
+    // ---- Materials: what each does is told in KRE_MaterialBinding.h
 
-    /// Binds a material's maps with all their stage states, or with null the vertex colour alone.
-    /// A `stage` from 0 to 7 takes nothing but the texture's current picture, null for none; stage
-    /// states stay. Either way a video source is updated, the alpha test follows the picture, and
-    /// the texture is kept as `currentTexture`.
     void SetTexture(KRE_Texture* texture, int32_t stage = -1);
-    /// Makes the second argument, or the zeroth one, of a stage's colour the surface's own colour:
-    /// that of the vertices, or without light `unlitColor` through the texture factor.
     void SetStageDiffuseArg(int32_t stage);
     void SetStageDiffuseArg0(int32_t stage);
-    /// Blending, depth writes and addressing of one material. `hasImage` tells whether its texture
-    /// has a picture; `mode` and `alpha` (0 to 255) are what an opaque material is drawn with. A
-    /// transparency type that does not exist is an `Error`.
     void ApplyMaterialBlend(const KRE_MaterialInfo& info, bool hasImage, int32_t mode, float alpha);
-    /// Sets the colours and the reflection's strength of a material. `white` takes effect with
-    /// `reflectionWithDiffuse` alone: the diffuse colour goes to `keptDiffuse`, white in its place.
     void SetMaterialReflect(const KRE_MaterialInfo& info, bool white);
 
     float reflectionAmount = 1.0f;     ///< of the current material; from 0.995 on it is full
@@ -413,27 +411,14 @@ public:
 
     uint8_t drawDisabled = 0; ///< 1: all is set, but nothing is drawn
 
-    // ---- Scenes: render/KRE_SceneDrawing.cpp, KRE_SceneDrawingMesh.cpp, KRE_SceneDrawingSubset.cpp,
-    //      KRE_SceneDrawingFrustum.cpp, KRE_SceneDrawingMarkers.cpp. Inside the scene bracket.
+    // ---- Scenes: what each does is told in render/KRE_SceneDrawing.h
 
-    /// Draws a scene as it was evaluated last, through its active camera or, without one, through the
-    /// view that is set. Gives 1, or 0 for null and for a scene that the view does not show. Any
-    /// flag but 0 makes a plain pass, which neither clears nor lights nor sorts and has no markers.
     int32_t DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials);
-    /// Draws a mesh with its materials and leaves states as they were. `parentTM` carries it along,
-    /// `overrideMaterial` is combined with each material; both may be null. `singleStage` binds
-    /// just the current picture of each texture, `noMaterials` nothing at all. Gives 1, or 0 for
-    /// null and for a mesh that the view does not show.
     int32_t DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
                      const KRE_MaterialInfo* overrideMaterial, int32_t singleStage,
                      int32_t noMaterials);
-    /// Draws one attribute of a mesh that has a device mesh, with the states that are set. Computes
-    /// the coordinates of a reflection map, in the vertex buffer. Gives 1.
     int32_t DrawSubset(KRE_Mesh& mesh, int32_t subset);
-    /// Whether the view may show something of these bounds, carried along by `matrix`. Bounds just
-    /// outside a corner of the view may count as shown.
     bool IsVisible(const KRE_ClipObject& clip, const D3DXMATRIX& matrix);
-    /// In world space, unlit, with the depth test that is set.
     void DrawLine(const D3DXVECTOR3& a, const D3DXVECTOR3& b, D3DCOLOR color);
     void DrawPoint(const D3DXVECTOR3& p, D3DCOLOR color);
 
@@ -474,7 +459,8 @@ public:
     KRE_Font* currentFont = nullptr; ///< not owned, lives with graphics start-up
     KRE_PrintfContainer printf;
 
-    // ---- Effects: KRE_GfxEffects.cpp, KRE_EffectFeeding.cpp, scene/KRE_GfxSceneEffects.cpp
+    // ---- Effects: KRE_GfxEffects.cpp, scene/KRE_GfxSceneEffects.cpp; what an effect is told before
+    //      it draws, KRE_EffectFeeding.h
 
     /// Loads and compiles an effect file, or shares it with those that have it, and gives 1. A file
     /// that is not there is an `Error` or, without `fatalIfMissing`, a warning and 0. What does not
@@ -489,11 +475,9 @@ public:
     void SelectEffect(KRE_ShaderEffect* effect);
     /// The effect that draws vertices of this format now, or null for fixed-function drawing.
     KRE_ShaderEffect* GetActiveEffect(const VertexInfo& info);
-    /// Tells an effect all that it asks for. `mesh` may be null; `materialIndex` is its material.
     void PrepareEffect(KRE_ShaderEffect& effect, KRE_Mesh* mesh, int32_t materialIndex);
     void UpdateEffectFrame(KRE_ShaderEffect& effect);
     void UpdateEffectObject(KRE_ShaderEffect& effect, KRE_Mesh& mesh, int32_t materialIndex);
-    /// Once in a frame for each file, while `effectCacheOn` is set.
     void UpdateEffectLights(KRE_ShaderEffect& effect);
     /// Makes the target of a pass the render target; what was it is kept in `savedRenderTarget`.
     void SelectPassTarget(const EffectPassTarget& target);
@@ -521,8 +505,8 @@ public:
     int32_t InitPostRenderEffects();
     void FreePostRenderEffects();
 
-    ComPointer<IDirect3DTexture9> screenBuffers[ShaderEffectData::kScreenBuffers];
-    ComPointer<IDirect3DTexture9> screenQuarterBuffers[ShaderEffectData::kScreenQuarterBuffers];
+    ComPointer<IDirect3DTexture9> screenBuffers[kScreenBuffers];
+    ComPointer<IDirect3DTexture9> screenQuarterBuffers[kScreenQuarterBuffers];
     ComPointer<IDirect3DTexture9> screenCopy;
     ComPointer<IDirect3DTexture9> postTexture;
     ComPointer<IDirect3DSurface9> postSurface; ///< level 0 of `postTexture`
@@ -530,28 +514,17 @@ public:
     uint8_t postEffectsReady = 0;
     int32_t drawToPostTexture = 0; ///< not 0: `BeginScene` and `EndScene` draw into `postTexture`
 
-    // ---- Textures: KRE_GfxTextures.cpp, KRE_TextureLoading.cpp, KRE_TextureLoadingFrameList.cpp,
-    //      KRE_TextureLoadingVideo.cpp
+    // ---- Textures: KRE_GfxTextures.cpp; loading and making them, KRE_TextureLoading.h
 
     /// Flags that may be added to a mode of `LoadTexture` from 0 to 3.
     static constexpr int32_t kKeepTexture = 0x2000; ///< what the object holds is not freed first
     static constexpr int32_t kNoStretch = 0x1000;   ///< the picture is not resampled
 
-    /// Loads a picture, a list of frames (".ifl") or a video source (">>Video" and its number) into
-    /// the current frame or slot. Files are shared by name and size. `mode` is -1, 0 or 2 for the
-    /// managed pool, 1 for the default pool, 3 for a render target. `format` is a D3DFORMAT or -1 to
-    /// choose by the file, `mipLevels` 0 the full chain. Whatever cannot be loaded is an `Error`.
     void LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
                      int32_t format, int32_t mipLevels);
-    /// Makes an empty picture in the current frame or slot. `mode` is -1 or 4 for the managed pool, 1
-    /// for the default pool, 2 for system memory, 3 for a render target. A `format` of -1 is the
-    /// back buffer's.
     void CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
                        int32_t format, int32_t mipLevels);
-    /// A small grey picture, in the place of one that is missing.
     void MakePlaceholder(KRE_Texture* texture);
-    /// The name that a file is shared under: its leaf and its size, so that files of one name in two
-    /// directories stay apart. The leaf alone if it cannot be opened.
     void MakeResourceName(String* nameOut, const char* file);
     /// The format to load a picture in; unknown is the file's own.
     D3DFORMAT ChooseTextureFormat(const D3DXIMAGE_INFO& info) const;
@@ -561,40 +534,33 @@ public:
     /// Compresses pictures from `minimumPixels` on: with `level` 1 or above. Level 1 asks for DXT1, 2
     /// for DXT5 as well; a device without them is an `Error`.
     void SetTextureCompression(int32_t level, int32_t minimumPixels);
-    /// Where a file is that a file of `directory` names. If there is none, false with the name. A
-    /// texture that is only found by its leaf in `directory` is warned of, once in each scene.
-    bool FindTextureFile(String* pathOut, const char* name, const char* directory);
-    bool FindEffectFile(String* pathOut, const char* name, const char* directory);
-    /// Lets a video source fill its texture. A source that is not set up is an `Error`.
     void UpdateVideoSource(int32_t source);
     /// Frees the engine's own textures, the catalogue and the video sources' textures.
     void FreeTextures();
 
     static constexpr int32_t kVideoSources = 16;
-    KRE_VideoSource videoSources[kVideoSources]; ///< filled by who wants one; nothing here does
+    KRE_VideoSource videoSources[kVideoSources]; ///< set by the embedding program; unused here
     int32_t textureCompression = 0;              ///< of `SetTextureCompression`
     int32_t pixelsForCompression = 65536;        ///< smaller pictures stay uncompressed
-    int32_t noTextures = 0;    ///< 1: every load gives the screen texture; nothing here sets it
+    int32_t noTextures = 0;    ///< 1: every load gives the screen texture; unused here
     KRE_Texture screenTexture; ///< made when first used
     KRE_TextureCatalogue catalogue{*this};
 
-    // ---- Paths: KRE_GfxPaths.cpp
+    // ---- Paths: KRE_GfxPaths.cpp; how names are searched for, KRE_SearchPaths.h
 
     /// Warns about a path that will not travel to another machine and gives false; callers go on
     /// with it. QUIRK: an apostrophe counts as absolute, one leading backslash does not.
     bool CheckPath(const char* path);
-    /// Directories that are searched for what is not beside the scene; empty for none.
     void SetDefaultTexturePath(const char* path);
     void SetDefaultBasePath(const char* path);
-    const String& GetDefaultTexturePath() const { return defaultTexturePath; }
-    const String& GetDefaultBasePath() const { return defaultBasePath; }
-    /// The file that `name` stands for in a file of `referrerDirectory`, or empty.
+    const String& GetDefaultTexturePath() const;
+    const String& GetDefaultBasePath() const;
     String ResolveTexturePath(const char* name, const char* referrerDirectory);
     String ResolveEffectPath(const char* name, const char* referrerDirectory);
-    /// As `ResolveTexturePath`, and then by the leaf of `name` in `referrerDirectory` itself.
-    /// `byLeafOut` tells whether it was found so.
     String LocateTexture(const char* name, const char* referrerDirectory,
                          bool* byLeafOut = nullptr);
+    bool FindTextureFile(String* pathOut, const char* name, const char* directory);
+    bool FindEffectFile(String* pathOut, const char* name, const char* directory);
 
     // ---- Scene files: qsb/LoadScene.cpp, qsb/SaveScene.cpp
 
@@ -612,184 +578,32 @@ public:
     HeapArray<char> scratch{kScratchBytes}; ///< for one call at a time
 
 private:
-    /// Keeps a result; a failure is an `Error` with the result's name in the place of its one %s.
-    void Check(HRESULT result, const char* text);
-
     void SetRenderStateOnce(D3DRENDERSTATETYPE state, DWORD value);
     void SetRenderStateOnce(D3DRENDERSTATETYPE state, float value);
-    void SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
-    bool SetTextureAddressOnce(DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type);
-    bool CheckStage(int32_t stage);
 
-    void BindMaterial(KRE_Texture* texture);
-    void BindVertexColor();
-    void BindFrame(KRE_Texture& texture);
-    void BindSlots(KRE_Texture& texture);
-    void BindStageTexture(int32_t stage, IDirect3DBaseTexture9* texture);
-    void BindSlotMatrix(const KRE_Texture& texture, int32_t slot, int32_t stage);
-    int32_t SetMapStages(KRE_Texture& texture, int32_t slot, int32_t stage);
-    void SetEmptyStage(int32_t stage);
-    int32_t SetBaseDiffuse(bool hasNext);
-    int32_t SetUpperDiffuse(int32_t baseType, int32_t stage);
-    void SetSecondDiffuse(int32_t stage);
-    int32_t SetReflectedDiffuse(int32_t stage);
-    void SetReflection(int32_t stage, bool hasNext);
-    DWORD SetReflectionAmount(int32_t stage);
-    void SetSphere(KRE_Texture& texture, int32_t slot, int32_t stage);
-    void SetStageStates(int32_t stage, std::span<const KRE_StageState> states);
-    bool IsLitStage(int32_t stage) const;
-    bool UsesUnlitColor();
-    void SetTintFactor();
-    void BlendImage(const KRE_MaterialInfo& info, int32_t mode, float alpha);
-
-    ComPointer<ID3DXEffect> CompileEffect(const char* file, bool usePool, DWORD flags);
-    void LoadMaterialEffect(KRE_3dScene& scene, KRE_MaterialInfo& info, const char* directory,
-                            const char* sceneName);
-    IDirect3DBaseTexture9* TextureOnStage(int32_t stage);
-    void UpdateEffectMatrices(KRE_ShaderEffect& effect);
-    void UpdateEffectTimes(KRE_ShaderEffect& effect);
-    void UpdateEffectTextures(KRE_ShaderEffect& effect);
-    void SetResourceTexture(KRE_ShaderEffect& effect, int32_t index);
-    void CopyScreen();
+    void SetDeviceDefaults();
+    void BuildVertexLists();
+    void FreeDeviceObjects();
+    void ReleaseDefaultPoolObjects();
+    void ReleaseTargetSurfaces();
     void FreeScreenBuffers();
+    void CopyScreen();
     int32_t copiedFrame = -1; ///< numbers of the frame that `screenCopy` shows
     int32_t copiedSubFrame = -1;
 
-    /// Makes one call that draws, unless drawing is switched off.
-    template <class Call>
-    void Draw(const Call& call, const char* failureText)
-    {
-        if (!drawDisabled)
-            Check(call(), failureText);
-    }
-    /// What `DrawMesh` changes from material to material.
-    struct MeshDrawStates {
-        int32_t blendMode;
-        int32_t blendValue;
-        int32_t cullMode;
-        int32_t zWrite;
-        DWORD addressU;
-        DWORD addressV;
-    };
-    struct MeshDraw {
-        KRE_Mesh& mesh;
-        const KRE_MaterialInfo* overrideMaterial;
-        bool singleStage;
-        bool noMaterials;
-        const MeshDrawStates& before;
-    };
-    struct SortedMesh {
-        int32_t index; ///< into the scene's meshes
-        float depth;   ///< of its origin in the view
-    };
-    void DrawBackground(KRE_3dScene& scene);
-    void SetSceneStates(KRE_3dScene& scene);
-    void ClearSceneStates(KRE_3dScene& scene);
-    void SetPointDrawing();
-    void DrawMeshes(KRE_3dScene& scene, int32_t singleStage, int32_t noMaterials);
-    void SortMeshes(KRE_3dScene& scene, int32_t first);
-    void PutBack(const MeshDrawStates& states);
-    int32_t CullModeUnder(const D3DXMATRIX& matrix);
-    void DrawRigidMesh(const MeshDraw& draw, const D3DXMATRIX& extraTM);
-    void DrawSkinnedMesh(const MeshDraw& draw, const D3DXMATRIX& extraTM);
-    void DrawMaterials(const MeshDraw& draw, int32_t meshCullMode);
-    void DrawMaterial(const MeshDraw& draw, int32_t index, int32_t meshCullMode);
-    void DrawMaterialAs(const KRE_MaterialInfo& info, const MeshDraw& draw, int32_t index,
-                        int32_t meshCullMode);
-    D3DXATTRIBUTERANGE FindAttributeRange(KRE_Mesh& mesh, int32_t subset);
-    void WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE& range, int32_t reflectionSet);
-    template <class FillList>
-    void DrawMarkerList(KRE_VertexListTemp<KRE_PointVertex>& list, const FillList& fill);
-    void DrawMarkers(KRE_3dScene& scene);
-    void DrawHierarchy(KRE_3dScene& scene);
-    void DrawObjectMarkers(KRE_3dScene& scene);
-    void DrawLightMarkers(KRE_3dScene& scene);
-    /// Names what the device refuses to draw with, ahead of the error.
-    void WarnOfRefusedPass(const KRE_ShaderEffect& effect, UINT pass,
-                           const std::function<HRESULT()>& draw);
-    /// The same in each pass of an effect, or once without one.
-    template <class Call>
-    void DrawWith(KRE_ShaderEffect* effect, const Call& call, const char* failureText)
-    {
-        if (!effect) {
-            Draw(call, failureText);
-            return;
-        }
-        const UINT passes = effect->Begin();
-        for (UINT pass = 0; pass < passes; ++pass) {
-            effect->BeginPass(pass);
-            Draw(
-                [&] {
-                    const HRESULT result = call();
-                    if (FAILED(result))
-                        WarnOfRefusedPass(*effect, pass, call);
-                    return result;
-                },
-                failureText);
-            effect->EndPass();
-        }
-        effect->End();
-    }
-    void FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across, const D3DXVECTOR2& down,
-                  const D3DCOLOR (&colors)[4], float z);
-    void CheckCurrentTexture();
+    const std::unique_ptr<KRE_MaterialBinding> materialBinding;
+    const std::unique_ptr<KRE_EffectFeeding> effectFeeding;
+    const std::unique_ptr<KRE_TextureLoading> textureLoading;
+    const std::unique_ptr<KRE_SearchPaths> searchPaths;
+    KRE_StageProgram* collectedStates = nullptr; ///< of `CollectStageStates`
+    KRE_SceneDrawing& SceneDrawing();
+    /// Made by its first use, which also says how to delete it: the engine does not know drawing.
+    std::unique_ptr<KRE_SceneDrawing, void (*)(KRE_SceneDrawing*)> sceneDrawing{nullptr, nullptr};
 
-    void CheckLight(int32_t index);
-    void SetBlendColorOps(int32_t mode, int32_t stage);
-    bool CanBlendByIndex(int32_t boneIndex) const;
-    void ClearTarget(DWORD flags, D3DCOLOR color, const D3DRECT* rect);
-
-    void FreeDeviceObjects();
-    int32_t FindPerfHudAdapter();
-    void TakeDisplayMode(const D3DDISPLAYMODE* mode);
-    void SelectDeviceType(int32_t deviceChoice);
-    DWORD ChooseBehaviourFlags(int32_t vertexProcessing);
-    void SetDeviceDefaults();
-    void BuildVertexLists();
-    D3DFORMAT DepthFormat();
-    UINT PresentationInterval();
-
-    void WaitForLostDevice();
-    void ReleaseTargetSurfaces();
-    void ReleaseDefaultPoolObjects();
-    void SampleFrameRate(double now);
-
-    bool NeedsPowersOfTwo() const;
-    ComPointer<IDirect3DTexture9> MakeDeviceTexture(int32_t width, int32_t height,
-                                                    int32_t mipLevels, DWORD usage,
-                                                    D3DFORMAT format, D3DPOOL pool,
-                                                    const char* failureText);
-    void RegisterTexture(KRE_Texture& texture, ComPointer<IDirect3DTexture9> made,
-                         const char* name);
-    bool ShareTexture(KRE_Texture& texture, const char* name);
-    void ShareScreenTexture(KRE_Texture& texture);
-    void LoadImageFile(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
-    ComPointer<IDirect3DTexture9> CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
-                                                  const KRE_TextureRequest& request);
-    void LoadFrameList(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
-    void LoadVideoTexture(KRE_Texture& texture, const char* number, int32_t format);
-    void MakeVideoTexture(KRE_Texture& texture, const char* name, int32_t source, int32_t format);
-
-    void RebuildSearchPaths();
-    void TellOfLeaf(const char* name, const char* path);
-
-    KRE_Frustum frustum;
-    std::vector<SortedMesh> sortedMeshes; ///< of one frame; kept for its memory, as is the next
-    std::vector<D3DXATTRIBUTERANGE> attributeTable;
-    KRE_StageProgram stageProgram; ///< of the material that is being bound
-    bool collectsStages = false;   ///< stage states go into `stageProgram`
-    const KRE_GfxRuntime runtime;
     QSALoader& SceneLoader();
     void LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags);
     /// Made by the first load, which also says how to delete it: the engine does not know importers.
     std::unique_ptr<QSALoader, void (*)(QSALoader*)> sceneLoader{nullptr, nullptr};
-
-    String defaultTexturePath;
-    String defaultBasePath;
-    CFileValidator textureValidator;
-    CFileValidator effectValidator;
-    /// Textures of the scene in hand that were found by their leaves: names and paths.
-    std::set<std::pair<std::string, std::string>> toldLeaves;
 };
 
 /// Owned by graphics start-up and shutdown; null outside them.

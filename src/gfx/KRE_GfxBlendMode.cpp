@@ -73,6 +73,22 @@ int32_t NextBlendValue(Alpha rule, int32_t current, int32_t value)
     return current;
 }
 
+/// The colour operations that belong to some of the modes.
+void SetBlendColorOps(KRE_Gfx& gfx, int32_t mode, int32_t stage)
+{
+    if (mode == 15 || mode == 16) {
+        gfx.SetColorOp(stage, D3DTOP_SELECTARG1);
+        gfx.SetColorArg1(stage, D3DTA_TEXTURE);
+    }
+    if (mode == 12 && gfx.tintColor != 0) {
+        gfx.SetColorOp(stage, D3DTOP_MODULATE);
+        gfx.SetColorArg1(stage, D3DTA_TEXTURE);
+        gfx.SetColorArg2(stage, D3DTA_DIFFUSE);
+        if (stage + 1 < KRE_Gfx::kStages)
+            gfx.SetColorOp(stage + 1, D3DTOP_DISABLE);
+    }
+}
+
 } // namespace
 
 void KRE_Gfx::SetBlendMode(int32_t mode, int32_t value, int32_t stage)
@@ -105,23 +121,7 @@ void KRE_Gfx::SetBlendMode(int32_t mode, int32_t value, int32_t stage)
         SetTextureFactor(static_cast<D3DCOLOR>(value & 0xFF));
     SetRenderStateOnce(D3DRS_SRCBLEND, DWORD{row->source});
     SetRenderStateOnce(D3DRS_DESTBLEND, DWORD{row->destination});
-    SetBlendColorOps(mode, stage);
+    SetBlendColorOps(*this, mode, stage);
     if (stage + 1 < kStages)
         SetAlphaOp(stage + 1, D3DTOP_DISABLE);
-}
-
-/// The colour operations that belong to some of the modes.
-void KRE_Gfx::SetBlendColorOps(int32_t mode, int32_t stage)
-{
-    if (mode == 15 || mode == 16) {
-        SetColorOp(stage, D3DTOP_SELECTARG1);
-        SetColorArg1(stage, D3DTA_TEXTURE);
-    }
-    if (mode == 12 && tintColor != 0) {
-        SetColorOp(stage, D3DTOP_MODULATE);
-        SetColorArg1(stage, D3DTA_TEXTURE);
-        SetColorArg2(stage, D3DTA_DIFFUSE);
-        if (stage + 1 < kStages)
-            SetColorOp(stage + 1, D3DTOP_DISABLE);
-    }
 }

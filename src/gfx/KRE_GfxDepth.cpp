@@ -31,24 +31,24 @@ void KRE_Gfx::EnableZ()
         SetRenderState(D3DRS_ZENABLE, static_cast<DWORD>(zEnable));
 }
 
+static void ClearTarget(KRE_Gfx& gfx, DWORD flags, D3DCOLOR color, const D3DRECT* rect)
+{
+    gfx.lastResult = gfx.device->Clear(rect ? 1 : 0, rect, flags, color, 1.0f, 0);
+    if (FAILED(gfx.lastResult))
+        gfx.Error("Clear failed!");
+}
+
 void KRE_Gfx::Clear(D3DCOLOR color, const D3DRECT* rect)
 {
     const bool hasDepth = zBits > 0 && depthSurface;
-    ClearTarget(D3DCLEAR_TARGET | (hasDepth ? D3DCLEAR_ZBUFFER : 0u), color, rect);
+    ClearTarget(*this, D3DCLEAR_TARGET | (hasDepth ? D3DCLEAR_ZBUFFER : 0u), color, rect);
 }
 
 void KRE_Gfx::ClearZ(D3DCOLOR color, const D3DRECT* rect)
 {
     if (!depthSurface)
         Error("Render target has no zbuffer!");
-    ClearTarget(D3DCLEAR_ZBUFFER, color, rect);
-}
-
-void KRE_Gfx::ClearTarget(DWORD flags, D3DCOLOR color, const D3DRECT* rect)
-{
-    lastResult = device->Clear(rect ? 1 : 0, rect, flags, color, 1.0f, 0);
-    if (FAILED(lastResult))
-        Error("Clear failed!");
+    ClearTarget(*this, D3DCLEAR_ZBUFFER, color, rect);
 }
 
 void KRE_Gfx::BeginScene()

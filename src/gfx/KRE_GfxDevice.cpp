@@ -17,6 +17,54 @@ D3DFORMAT WithAlpha(D3DFORMAT format)
     return format == D3DFMT_X8R8G8B8 ? D3DFMT_A8R8G8B8 : format;
 }
 
+void TakeDisplayMode(KRE_Gfx& gfx, const D3DDISPLAYMODE* mode)
+{
+    if (gfx.windowed) {
+        gfx.Check(gfx.d3d->GetAdapterDisplayMode(gfx.adapter, &gfx.displayMode),
+                  "GetAdapterDisplayMode failed: %s");
+        return;
+    }
+    if (!mode)
+        gfx.Error("No displaymode specified!");
+    gfx.displayMode = *mode;
+}
+
+int32_t FindPerfHudAdapter(KRE_Gfx& gfx)
+{
+    for (int32_t i = 0; i < gfx.GetAdapterCount(); ++i) {
+        D3DADAPTER_IDENTIFIER9 identifier{};
+        gfx.lastResult = gfx.d3d->GetAdapterIdentifier(static_cast<UINT>(i), 0, &identifier);
+        if (std::strncmp(identifier.Description, "NVIDIA NVPerfHUD",
+                         sizeof identifier.Description) == 0)
+            return i;
+    }
+    return -1;
+}
+
+void SelectDeviceType(KRE_Gfx& gfx, int32_t deviceChoice)
+{
+    gfx.deviceType = deviceChoice == 1 ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
+    if (deviceChoice != 2)
+        return;
+    const int32_t toolAdapter = FindPerfHudAdapter(gfx);
+    if (toolAdapter < 0)
+        return;
+    gfx.adapter = static_cast<UINT>(toolAdapter);
+    gfx.deviceType = D3DDEVTYPE_REF;
+}
+
+DWORD ChooseBehaviourFlags(KRE_Gfx& gfx, int32_t vertexProcessing)
+{
+    gfx.caps = {};
+    gfx.lastResult = gfx.d3d->GetDeviceCaps(gfx.adapter, gfx.deviceType, &gfx.caps);
+    gfx.hardwareVertexProcessing =
+        vertexProcessing > 0 && (gfx.caps.DevCaps & D3DDEVCAPS_HWTRANSFORMANDLIGHT) != 0;
+    if (!gfx.hardwareVertexProcessing)
+        return D3DCREATE_SOFTWARE_VERTEXPROCESSING;
+    return vertexProcessing == 1 ? D3DCREATE_MIXED_VERTEXPROCESSING
+                                 : D3DCREATE_HARDWARE_VERTEXPROCESSING;
+}
+
 } // namespace
 
 int32_t KRE_Gfx::GetAdapterCount()
@@ -64,12 +112,12 @@ int32_t KRE_Gfx::InitDevice(HWND windowHandle, int32_t isWindowed, const D3DDISP
     windowed = isWindowed;
     zBits = depthBits;
     vsync = vsyncMode;
-    TakeDisplayMode(mode);
+    TakeDisplayMode(*this, mode);
     BuildPresentParameters();
     backBufferFormat = WithAlpha(displayMode.Format);
     displayFormat = WithoutAlpha(displayMode.Format);
-    SelectDeviceType(deviceChoice);
-    const DWORD flags = ChooseBehaviourFlags(vertexProcessing);
+    SelectDeviceType(*this, deviceChoice);
+    const DWORD flags = ChooseBehaviourFlags(*this, vertexProcessing);
     Check(d3d->CreateDevice(adapter, deviceType, window, flags, &presentParams, device.Out()),
           "CreateDevice failed: %s\n");
     lastResult = device->GetDeviceCaps(&caps);
@@ -85,54 +133,6 @@ int32_t KRE_Gfx::InitDevice(HWND windowHandle, int32_t isWindowed, const D3DDISP
     SetFog(fog);
     SetFogEnable(0);
     return 1;
-}
-
-void KRE_Gfx::TakeDisplayMode(const D3DDISPLAYMODE* mode)
-{
-    if (windowed) {
-        Check(d3d->GetAdapterDisplayMode(adapter, &displayMode),
-              "GetAdapterDisplayMode failed: %s");
-        return;
-    }
-    if (!mode)
-        Error("No displaymode specified!");
-    displayMode = *mode;
-}
-
-void KRE_Gfx::SelectDeviceType(int32_t deviceChoice)
-{
-    deviceType = deviceChoice == 1 ? D3DDEVTYPE_REF : D3DDEVTYPE_HAL;
-    if (deviceChoice != 2)
-        return;
-    const int32_t toolAdapter = FindPerfHudAdapter();
-    if (toolAdapter < 0)
-        return;
-    adapter = static_cast<UINT>(toolAdapter);
-    deviceType = D3DDEVTYPE_REF;
-}
-
-int32_t KRE_Gfx::FindPerfHudAdapter()
-{
-    for (int32_t i = 0; i < GetAdapterCount(); ++i) {
-        D3DADAPTER_IDENTIFIER9 identifier{};
-        lastResult = d3d->GetAdapterIdentifier(static_cast<UINT>(i), 0, &identifier);
-        if (std::strncmp(identifier.Description, "NVIDIA NVPerfHUD",
-                         sizeof identifier.Description) == 0)
-            return i;
-    }
-    return -1;
-}
-
-DWORD KRE_Gfx::ChooseBehaviourFlags(int32_t vertexProcessing)
-{
-    caps = {};
-    lastResult = d3d->GetDeviceCaps(adapter, deviceType, &caps);
-    hardwareVertexProcessing =
-        vertexProcessing > 0 && (caps.DevCaps & D3DDEVCAPS_HWTRANSFORMANDLIGHT) != 0;
-    if (!hardwareVertexProcessing)
-        return D3DCREATE_SOFTWARE_VERTEXPROCESSING;
-    return vertexProcessing == 1 ? D3DCREATE_MIXED_VERTEXPROCESSING
-                                 : D3DCREATE_HARDWARE_VERTEXPROCESSING;
 }
 
 void KRE_Gfx::AcquireTargetSurfaces()

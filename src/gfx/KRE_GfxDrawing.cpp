@@ -1,5 +1,6 @@
 #include "gfx/KRE_Gfx.h"
 
+#include "gfx/EffectPasses.h"
 #include "platform/ComPointer.h"
 
 void KRE_Gfx::SetVertexProcessingFor(int32_t processing)
@@ -29,8 +30,8 @@ void KRE_Gfx::DrawTriangleList(KRE_VertexListBase& list, const D3DMATRIX* listTM
     KRE_ShaderEffect* const effect = GetActiveEffect(info);
     if (effect)
         PrepareEffect(*effect, nullptr, -1);
-    DrawWith(
-        effect, [&] { return device->DrawPrimitive(type, 0, static_cast<UINT>(count)); },
+    DrawInPasses(
+        *this, effect, [&] { return device->DrawPrimitive(type, 0, static_cast<UINT>(count)); },
         "DrawPrimitive in DrawTriangleList failed: %s");
 }
 
@@ -58,5 +59,5 @@ void KRE_Gfx::DrawMesh(ID3DXMesh& mesh, const VertexInfo& info, DWORD firstFace,
     KRE_ShaderEffect* const effect = GetActiveEffect(info);
     if (effect)
         PrepareEffect(*effect, nullptr, -1);
-    DrawWith(effect, drawFaces, kDrawFailed);
+    DrawInPasses(*this, effect, drawFaces, kDrawFailed);
 }

@@ -7,8 +7,29 @@
 
 #include "base/Paths.h"
 #include "gfx/DirectXErrorName.h"
+#include "gfx/KRE_EffectFeeding.h"
 #include "gfx/KRE_ShaderEffect.h"
-#include "gfx/RefusedState.h"
+
+static ComPointer<ID3DXEffect> CompileEffect(KRE_Gfx& gfx, const char* file, bool usePool,
+                                             DWORD flags)
+{
+    ComPointer<ID3DXEffect> effect;
+    ComPointer<ID3DXBuffer> errors;
+    gfx.lastResult = gfx.runtime.createEffect(gfx.device.Get(), file, nullptr, nullptr, flags,
+                                              usePool ? gfx.effectPool.Get() : nullptr,
+                                              effect.Out(), errors.Out());
+    if (SUCCEEDED(gfx.lastResult))
+        return effect;
+    const char* result = DirectXErrorName(gfx.lastResult);
+    if (errors && errors->GetBufferSize() > 1) {
+        const std::string text(static_cast<const char*>(errors->GetBufferPointer()),
+                               errors->GetBufferSize());
+        gfx.Error("Could not compile effect from file '%s': '%s'\n\n%s", file, result,
+                  text.c_str());
+    }
+    gfx.Error("Could not compile effect from file '%s': '%s'", file, result);
+    return {};
+}
 
 int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool usePool, DWORD flags,
                             bool fatalIfMissing)
@@ -33,7 +54,7 @@ int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool use
         return 0;
     }
     auto data = std::make_unique<ShaderEffectData>();
-    data->effect = CompileEffect(file, usePool, flags);
+    data->effect = CompileEffect(*this, file, usePool, flags);
     data->file = file;
     effect->resourceId = effectManager.Add(data.get(), name.c_str());
     effect->data = data.release();
@@ -41,25 +62,6 @@ int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool use
     if (!effect->IsUsable())
         Warning("Shader could not be validated for this GPU: '%s'", file);
     return 1;
-}
-
-ComPointer<ID3DXEffect> KRE_Gfx::CompileEffect(const char* file, bool usePool, DWORD flags)
-{
-    ComPointer<ID3DXEffect> effect;
-    ComPointer<ID3DXBuffer> errors;
-    lastResult =
-        runtime.createEffect(device.Get(), file, nullptr, nullptr, flags,
-                             usePool ? effectPool.Get() : nullptr, effect.Out(), errors.Out());
-    if (SUCCEEDED(lastResult))
-        return effect;
-    const char* result = DirectXErrorName(lastResult);
-    if (errors && errors->GetBufferSize() > 1) {
-        const std::string text(static_cast<const char*>(errors->GetBufferPointer()),
-                               errors->GetBufferSize());
-        Error("Could not compile effect from file '%s': '%s'\n\n%s", file, result, text.c_str());
-    }
-    Error("Could not compile effect from file '%s': '%s'", file, result);
-    return {};
 }
 
 void KRE_Gfx::SelectEffect(KRE_ShaderEffect* effect)
@@ -80,30 +82,22 @@ KRE_ShaderEffect* KRE_Gfx::GetActiveEffect(const VertexInfo& info)
 
 void KRE_Gfx::PrepareEffect(KRE_ShaderEffect& effect, KRE_Mesh* mesh, int32_t materialIndex)
 {
-    static constexpr int32_t kIndexedStages = 6;
-    static constexpr int32_t kTransformedStages = 4;
-    if (effect.needsStageIndices) {
-        for (int32_t stage = 0; stage < kIndexedStages; ++stage)
-            SetTexCoordIndex(stage, static_cast<DWORD>(stage));
-    }
-    if (effect.TechniqueHasVertexShader()) {
-        for (int32_t stage = 0; stage < kTransformedStages; ++stage)
-            SetTextureTransformFlags(stage, D3DTTFF_DISABLE);
-    }
-    UpdateEffectFrame(effect);
-    if (mesh)
-        UpdateEffectObject(effect, *mesh, materialIndex);
-    if (effect.needsLights)
-        UpdateEffectLights(effect);
+    effectFeeding->Prepare(effect, mesh, materialIndex);
 }
 
-void KRE_Gfx::WarnOfRefusedPass(const KRE_ShaderEffect& effect, UINT pass,
-                                const std::function<HRESULT()>& draw)
+void KRE_Gfx::UpdateEffectFrame(KRE_ShaderEffect& effect)
 {
-    const std::string state = FindRefusedState(*device.Get(), currentFvf, draw);
-    if (!state.empty())
-        Warning("The device refuses %s in pass %u of technique %i of the effect '%s'",
-                state.c_str(), pass, effect.technique, effect.data->file.c_str());
+    effectFeeding->UpdateFrame(effect);
+}
+
+void KRE_Gfx::UpdateEffectObject(KRE_ShaderEffect& effect, KRE_Mesh& mesh, int32_t materialIndex)
+{
+    effectFeeding->UpdateObject(effect, mesh, materialIndex);
+}
+
+void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
+{
+    effectFeeding->UpdateLights(effect);
 }
 
 void KRE_Gfx::SelectPassTarget(const EffectPassTarget& target)

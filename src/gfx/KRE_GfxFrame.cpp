@@ -29,6 +29,16 @@ constexpr int32_t After(int32_t index)
     return (index + 1) % KRE_Gfx::kFrameSamples;
 }
 
+void SampleFrameRate(KRE_Gfx& gfx, double now)
+{
+    if (now - gfx.fpsRing[Before(gfx.fpsRingIndex)].time > kSampleInterval) {
+        gfx.fpsRing[gfx.fpsRingIndex] = {now, gfx.frameCount};
+        gfx.fpsRingIndex = After(gfx.fpsRingIndex);
+    }
+    gfx.lastFrameTime = now;
+    ++gfx.frameCount;
+}
+
 } // namespace
 
 int32_t KRE_Gfx::ShowFrame()
@@ -44,23 +54,13 @@ int32_t KRE_Gfx::ShowFrame()
     }
     const HRESULT result = device->Present(nullptr, nullptr, nullptr, nullptr);
     lastResult = result;
-    SampleFrameRate(GetTimeSeconds());
+    SampleFrameRate(*this, GetTimeSeconds());
     if (SUCCEEDED(result))
         return 1;
     if (result != D3DERR_DEVICELOST)
         Error("Present failed! %s", DirectXErrorName(result));
     ResetDevice(nullptr);
     return 0;
-}
-
-void KRE_Gfx::SampleFrameRate(double now)
-{
-    if (now - fpsRing[Before(fpsRingIndex)].time > kSampleInterval) {
-        fpsRing[fpsRingIndex] = {now, frameCount};
-        fpsRingIndex = After(fpsRingIndex);
-    }
-    lastFrameTime = now;
-    ++frameCount;
 }
 
 float KRE_Gfx::GetFramesPerSecond() const

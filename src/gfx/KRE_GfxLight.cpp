@@ -2,6 +2,12 @@
 
 static constexpr int32_t kHighestLight = KRE_StateCache::kLights - 1;
 
+static void CheckLight(KRE_Gfx& gfx, int32_t index)
+{
+    if (index < 0 || index > kHighestLight)
+        gfx.Error("Light index >%i", kHighestLight);
+}
+
 void KRE_Gfx::SetLighting(int32_t on, const D3DCOLOR* color)
 {
     lighting = on;
@@ -21,22 +27,16 @@ void KRE_Gfx::SetAmbient(D3DCOLOR color)
     SetRenderState(D3DRS_AMBIENT, color);
 }
 
-void KRE_Gfx::CheckLight(int32_t index)
-{
-    if (index < 0 || index > kHighestLight)
-        Error("Light index >%i", kHighestLight);
-}
-
 void KRE_Gfx::SetLight(int32_t index, const D3DLIGHT9& light)
 {
-    CheckLight(index);
+    CheckLight(*this, index);
     lights[index] = light;
     Check(device->SetLight(static_cast<DWORD>(index), &lights[index]), "SetLight failed: %s");
 }
 
 void KRE_Gfx::LightEnable(int32_t index, int32_t on)
 {
-    CheckLight(index);
+    CheckLight(*this, index);
     if (cache.lightEnable[index] == on)
         return;
     Check(device->LightEnable(static_cast<DWORD>(index), on), " LightEnable failed: %s");

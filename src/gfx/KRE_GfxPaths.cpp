@@ -1,5 +1,5 @@
-#include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_SearchPaths.h"
 
 bool KRE_Gfx::CheckPath(const char* path)
 {
@@ -20,70 +20,45 @@ bool KRE_Gfx::CheckPath(const char* path)
 
 void KRE_Gfx::SetDefaultTexturePath(const char* path)
 {
-    defaultTexturePath.Assign(path);
-    RebuildSearchPaths();
+    searchPaths->SetTexturePath(path);
 }
 
 void KRE_Gfx::SetDefaultBasePath(const char* path)
 {
-    defaultBasePath.Assign(path);
-    RebuildSearchPaths();
+    searchPaths->SetBasePath(path);
 }
 
-void KRE_Gfx::RebuildSearchPaths()
+const String& KRE_Gfx::GetDefaultTexturePath() const
 {
-    textureValidator.Clear();
-    effectValidator.Clear();
-    if (!defaultBasePath.IsEmpty()) {
-        effectValidator.AddDirectory(defaultBasePath.c_str(), false);
-        textureValidator.AddDirectory(defaultBasePath.c_str(), false);
-    }
-    if (!defaultTexturePath.IsEmpty())
-        textureValidator.AddDirectory(defaultTexturePath.c_str(), true);
-    // The compiled effect goes first: it wins over its source where the name itself is gone.
-    effectValidator.AddExtension("fxo");
-    effectValidator.AddExtension("fx");
+    return searchPaths->TexturePath();
+}
+
+const String& KRE_Gfx::GetDefaultBasePath() const
+{
+    return searchPaths->BasePath();
 }
 
 String KRE_Gfx::ResolveTexturePath(const char* name, const char* referrerDirectory)
 {
-    textureValidator.SetBasePath(referrerDirectory);
-    return textureValidator.Resolve(name);
-}
-
-/// Scenes carry the directories of the machine that they were made on; what came along with them
-/// mostly lies in one directory.
-static String LeafBeside(const char* name, const char* directory)
-{
-    String leaf;
-    SplitLeaf(name, &leaf);
-    String path(directory);
-    EnsureTrailingSlash(&path);
-    path.Append(leaf.c_str());
-    if (!FileExists(path.c_str()))
-        path.Clear();
-    return path;
-}
-
-String KRE_Gfx::LocateTexture(const char* name, const char* referrerDirectory, bool* byLeafOut)
-{
-    String path = ResolveTexturePath(name, referrerDirectory);
-    const bool isResolved = !path.IsEmpty();
-    if (!isResolved)
-        path = LeafBeside(name, referrerDirectory);
-    if (byLeafOut)
-        *byLeafOut = !isResolved && !path.IsEmpty();
-    return path;
-}
-
-void KRE_Gfx::TellOfLeaf(const char* name, const char* path)
-{
-    if (toldLeaves.emplace(name, path).second)
-        Warning("Texture '%s' is not in its place, taken from beside the scene: '%s'", name, path);
+    return searchPaths->ResolveTexture(name, referrerDirectory);
 }
 
 String KRE_Gfx::ResolveEffectPath(const char* name, const char* referrerDirectory)
 {
-    effectValidator.SetBasePath(referrerDirectory);
-    return effectValidator.Resolve(name);
+    return searchPaths->ResolveEffect(name, referrerDirectory);
+}
+
+String KRE_Gfx::LocateTexture(const char* name, const char* referrerDirectory, bool* byLeafOut)
+{
+    return searchPaths->LocateTexture(name, referrerDirectory, byLeafOut);
+}
+
+bool KRE_Gfx::FindTextureFile(String* pathOut, const char* name, const char* directory)
+{
+    return searchPaths->FindTexture(pathOut, name, directory);
+}
+
+bool KRE_Gfx::FindEffectFile(String* pathOut, const char* name, const char* directory)
+{
+    return searchPaths->FindEffect(pathOut, name, directory);
 }

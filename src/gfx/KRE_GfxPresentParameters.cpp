@@ -3,29 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-void KRE_Gfx::BuildPresentParameters()
-{
-    presentParams = {};
-    presentParams.SwapEffect = D3DSWAPEFFECT_FLIP;
-    presentParams.BackBufferCount = 1;
-    presentParams.BackBufferFormat = displayMode.Format;
-    presentParams.Windowed = windowed;
-    presentParams.EnableAutoDepthStencil = zBits != 0;
-    presentParams.AutoDepthStencilFormat = zBits != 0 ? DepthFormat() : D3DFMT_UNKNOWN;
-    if (windowed) {
-        // A size of 0 stands for the client area.
-        presentParams.hDeviceWindow = window;
-        presentParams.PresentationInterval = D3DPRESENT_INTERVAL_DEFAULT;
-    } else {
-        presentParams.BackBufferWidth = displayMode.Width;
-        presentParams.BackBufferHeight = displayMode.Height;
-        presentParams.FullScreen_RefreshRateInHz = displayMode.RefreshRate;
-        presentParams.PresentationInterval = PresentationInterval();
-    }
-    GetClientRect(window, &clientRect);
-}
+namespace {
 
-D3DFORMAT KRE_Gfx::DepthFormat()
+D3DFORMAT DepthFormat(KRE_Gfx& gfx)
 {
     // QUIRK: 24 bits come with a stencil in full screen and without one in a window.
     static constexpr struct {
@@ -37,18 +17,42 @@ D3DFORMAT KRE_Gfx::DepthFormat()
         {32, D3DFMT_D32, D3DFMT_D32},
     };
     const auto* row = std::find_if(std::begin(kFormats), std::end(kFormats),
-                                   [this](const auto& format) { return format.bits == zBits; });
+                                   [&](const auto& format) { return format.bits == gfx.zBits; });
     if (row == std::end(kFormats))
-        Error("Invalid Z-buffer: %i", zBits);
-    return windowed ? row->window : row->fullScreen;
+        gfx.Error("Invalid Z-buffer: %i", gfx.zBits);
+    return gfx.windowed ? row->window : row->fullScreen;
 }
 
-UINT KRE_Gfx::PresentationInterval()
+UINT PresentationInterval(KRE_Gfx& gfx)
 {
     static constexpr UINT kIntervals[] = {D3DPRESENT_INTERVAL_IMMEDIATE, D3DPRESENT_INTERVAL_ONE,
                                           D3DPRESENT_INTERVAL_TWO, D3DPRESENT_INTERVAL_THREE,
                                           D3DPRESENT_INTERVAL_FOUR};
-    if (vsync < 0 || vsync >= static_cast<int32_t>(std::size(kIntervals)))
-        Error("Wrong vsync parameter: %i", vsync);
-    return kIntervals[vsync];
+    if (gfx.vsync < 0 || gfx.vsync >= static_cast<int32_t>(std::size(kIntervals)))
+        gfx.Error("Wrong vsync parameter: %i", gfx.vsync);
+    return kIntervals[gfx.vsync];
+}
+
+} // namespace
+
+void KRE_Gfx::BuildPresentParameters()
+{
+    presentParams = {};
+    presentParams.SwapEffect = D3DSWAPEFFECT_FLIP;
+    presentParams.BackBufferCount = 1;
+    presentParams.BackBufferFormat = displayMode.Format;
+    presentParams.Windowed = windowed;
+    presentParams.EnableAutoDepthStencil = zBits != 0;
+    presentParams.AutoDepthStencilFormat = zBits != 0 ? DepthFormat(*this) : D3DFMT_UNKNOWN;
+    if (windowed) {
+        // A size of 0 stands for the client area.
+        presentParams.hDeviceWindow = window;
+        presentParams.PresentationInterval = D3DPRESENT_INTERVAL_DEFAULT;
+    } else {
+        presentParams.BackBufferWidth = displayMode.Width;
+        presentParams.BackBufferHeight = displayMode.Height;
+        presentParams.FullScreen_RefreshRateInHz = displayMode.RefreshRate;
+        presentParams.PresentationInterval = PresentationInterval(*this);
+    }
+    GetClientRect(window, &clientRect);
 }

@@ -54,11 +54,26 @@ void DropScreenTextures(KRE_ResourceManager& manager)
     }
 }
 
+/// The window stays alive meanwhile: its messages are handled here.
+void WaitForLostDevice(KRE_Gfx& gfx)
+{
+    for (;;) {
+        gfx.lastResult = gfx.device->TestCooperativeLevel();
+        if (gfx.lastResult != D3DERR_DEVICELOST)
+            return;
+        MSG message;
+        if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageA(&message);
+        }
+    }
+}
+
 } // namespace
 
 void KRE_Gfx::ResetDevice(const D3DDISPLAYMODE* mode)
 {
-    WaitForLostDevice();
+    WaitForLostDevice(*this);
     ReleaseDefaultPoolObjects();
     if (mode)
         displayMode = *mode;
@@ -72,21 +87,6 @@ void KRE_Gfx::ResetDevice(const D3DDISPLAYMODE* mode)
     RestoreRenderStates();
     if (hadPostEffects)
         InitPostRenderEffects();
-}
-
-/// The window stays alive meanwhile: its messages are handled here.
-void KRE_Gfx::WaitForLostDevice()
-{
-    for (;;) {
-        lastResult = device->TestCooperativeLevel();
-        if (lastResult != D3DERR_DEVICELOST)
-            return;
-        MSG message;
-        if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageA(&message);
-        }
-    }
 }
 
 void KRE_Gfx::ReleaseDefaultPoolObjects()

@@ -7,8 +7,7 @@ IDirect3DTexture9* KRE_Gfx::GetScreenBufferTexture(int32_t kind, int32_t index)
     static constexpr const char* kNoBuffer =
         "GetScreenBufferTexture failed - can not create texture buffer: %s";
     const bool isQuarter = kind == kQuarterBuffer;
-    const int32_t count =
-        isQuarter ? ShaderEffectData::kScreenQuarterBuffers : ShaderEffectData::kScreenBuffers;
+    const int32_t count = isQuarter ? kScreenQuarterBuffers : kScreenBuffers;
     // QUIRK: there is nothing to make for any other kind; the last result of the device decides.
     if ((!isQuarter && kind != kFullBuffer) || index < 0 || index >= count) {
         Check(lastResult, kNoBuffer);

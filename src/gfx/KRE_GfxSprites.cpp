@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "gfx/EffectPasses.h"
+
 namespace {
 
 constexpr float kCornerInset = 0.25f; // pixels, as with the texture rectangle
@@ -27,43 +29,19 @@ private:
     float cosine, sine;
 };
 
-} // namespace
-
-void KRE_Gfx::CheckCurrentTexture()
+void CheckCurrentTexture(KRE_Gfx& gfx)
 {
-    if (!currentTexture)
-        Error("No texture set");
-}
-
-void KRE_Gfx::DrawSprite(float x, float y, float angle, float scaleX, float scaleY, float hotX,
-                         float hotY, D3DCOLOR color, float z)
-{
-    CheckCurrentTexture();
-    const Turn turn(angle);
-    const D3DXVECTOR2 corner =
-        D3DXVECTOR2(x - kCornerInset, y - kCornerInset) + turn(-hotX * scaleX, -hotY * scaleY);
-    const D3DXVECTOR2 across = turn(currentTexture->sourceWidth * scaleX - kSideInset, 0.0f);
-    const D3DXVECTOR2 down = turn(0.0f, currentTexture->sourceHeight * scaleY - kSideInset);
-    FillQuad(corner, across, down, {color, color, color, color}, z);
-    DrawLastTexture();
-}
-
-void KRE_Gfx::DrawSpriteRect(float left, float top, float right, float bottom,
-                             const D3DCOLOR (&colors)[4], float z)
-{
-    CheckCurrentTexture();
-    FillQuad({left - kCornerInset, top - kCornerInset}, {right - left - kSideInset, 0.0f},
-             {0.0f, bottom - top - kSideInset}, colors, z);
-    DrawLastTexture();
+    if (!gfx.currentTexture)
+        gfx.Error("No texture set");
 }
 
 /// Writes all but the texture coordinates, which `KRE_Texture::UpdateQuad` keeps, in its order.
-void KRE_Gfx::FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across,
-                       const D3DXVECTOR2& down, const D3DCOLOR (&colors)[4], float z)
+void FillQuad(KRE_Gfx& gfx, const D3DXVECTOR2& corner, const D3DXVECTOR2& across,
+              const D3DXVECTOR2& down, const D3DCOLOR (&colors)[4], float z)
 {
-    IDirect3DVertexBuffer9* const quad = currentTexture->quad.Get();
+    IDirect3DVertexBuffer9* const quad = gfx.currentTexture->quad.Get();
     void* bytes = nullptr;
-    Check(quad ? quad->Lock(0, 0, &bytes, 0) : D3DERR_INVALIDCALL, " VB Lock failed: %s");
+    gfx.Check(quad ? quad->Lock(0, 0, &bytes, 0) : D3DERR_INVALIDCALL, " VB Lock failed: %s");
     auto* vertices = static_cast<KRE_TLVertex*>(bytes);
     const D3DXVECTOR2 corners[] = {corner + down, corner, corner + across + down, corner + across};
     for (size_t i = 0; i < std::size(corners); ++i) {
@@ -76,12 +54,36 @@ void KRE_Gfx::FillQuad(const D3DXVECTOR2& corner, const D3DXVECTOR2& across,
         vertex.diffuse = colors[i];
         vertex.specular = kNoSpecular;
     }
-    lastResult = quad->Unlock();
+    gfx.lastResult = quad->Unlock();
+}
+
+} // namespace
+
+void KRE_Gfx::DrawSprite(float x, float y, float angle, float scaleX, float scaleY, float hotX,
+                         float hotY, D3DCOLOR color, float z)
+{
+    CheckCurrentTexture(*this);
+    const Turn turn(angle);
+    const D3DXVECTOR2 corner =
+        D3DXVECTOR2(x - kCornerInset, y - kCornerInset) + turn(-hotX * scaleX, -hotY * scaleY);
+    const D3DXVECTOR2 across = turn(currentTexture->sourceWidth * scaleX - kSideInset, 0.0f);
+    const D3DXVECTOR2 down = turn(0.0f, currentTexture->sourceHeight * scaleY - kSideInset);
+    FillQuad(*this, corner, across, down, {color, color, color, color}, z);
+    DrawLastTexture();
+}
+
+void KRE_Gfx::DrawSpriteRect(float left, float top, float right, float bottom,
+                             const D3DCOLOR (&colors)[4], float z)
+{
+    CheckCurrentTexture(*this);
+    FillQuad(*this, {left - kCornerInset, top - kCornerInset}, {right - left - kSideInset, 0.0f},
+             {0.0f, bottom - top - kSideInset}, colors, z);
+    DrawLastTexture();
 }
 
 void KRE_Gfx::DrawLastTexture()
 {
-    CheckCurrentTexture();
+    CheckCurrentTexture(*this);
     SetSoftwareVertexProcessing(0);
     Check(device->SetStreamSource(0, currentTexture->quad.Get(), 0, sizeof(KRE_TLVertex)),
           " SetStreamSource in DrawLastTexture failed: %s");
@@ -94,8 +96,9 @@ void KRE_Gfx::DrawLastTexture()
     KRE_ShaderEffect* const effect = sceneEffect && sceneEffect->IsUsable() ? sceneEffect : nullptr;
     if (effect)
         PrepareEffect(*effect, nullptr, -1);
-    DrawWith(
-        effect, [&] { return device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, kQuadPrimitives); },
+    DrawInPasses(
+        *this, effect,
+        [&] { return device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, kQuadPrimitives); },
         " DrawPrimitive in DrawLastTexture failed: %s");
     cache.samplerState[0][D3DSAMP_ADDRESSU] = kUnsetAddress;
     cache.samplerState[0][D3DSAMP_ADDRESSV] = kUnsetAddress;

@@ -1,15 +1,14 @@
 #include "gfx/KRE_Gfx.h"
 
 #include "gfx/DirectXErrorName.h"
+#include "gfx/KRE_StageProgram.h"
 
 #include <bit>
 
-bool KRE_Gfx::CheckStage(int32_t stage)
+void KRE_Gfx::CheckStage(int32_t stage)
 {
-    const bool isStage = stage >= 0 && stage < kStages;
-    if (!isStage)
+    if (stage < 0 || stage >= kStages)
         Error("Invalid stage: %i", stage);
-    return isStage;
 }
 
 void KRE_Gfx::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, DWORD value)
@@ -26,8 +25,8 @@ void KRE_Gfx::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, D
 void KRE_Gfx::SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value)
 {
     CheckStage(stage);
-    if (collectsStages)
-        stageProgram.Put(stage, type, value);
+    if (collectedStates)
+        collectedStates->Put(stage, type, value);
     else if (cache.stageState[stage][type] != static_cast<int32_t>(value))
         SetTextureStageState(static_cast<DWORD>(stage), type, value);
 }
@@ -94,21 +93,21 @@ void KRE_Gfx::SetConstant(int32_t stage, D3DCOLOR color)
 }
 
 /// False when the device refused; the value stays unknown then.
-bool KRE_Gfx::SetTextureAddressOnce(DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type)
+static bool SendAddress(KRE_Gfx& gfx, DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type)
 {
-    int32_t& shadow = cache.samplerState[stage][type];
+    int32_t& shadow = gfx.cache.samplerState[stage][type];
     if (shadow == static_cast<int32_t>(mode))
         return true;
-    lastResult = device->SetSamplerState(static_cast<DWORD>(stage), type, mode);
-    shadow = SUCCEEDED(lastResult) ? static_cast<int32_t>(mode) : KRE_StateCache::kUnknown;
-    return SUCCEEDED(lastResult);
+    gfx.lastResult = gfx.device->SetSamplerState(static_cast<DWORD>(stage), type, mode);
+    shadow = SUCCEEDED(gfx.lastResult) ? static_cast<int32_t>(mode) : KRE_StateCache::kUnknown;
+    return SUCCEEDED(gfx.lastResult);
 }
 
 void KRE_Gfx::SetTextureAddressU(DWORD mode, int32_t stage)
 {
     CheckStage(stage);
     addressU[stage] = mode;
-    if (!SetTextureAddressOnce(mode, stage, D3DSAMP_ADDRESSU))
+    if (!SendAddress(*this, mode, stage, D3DSAMP_ADDRESSU))
         Warning("Failed to set texture U-adress mode %i", static_cast<int>(mode));
 }
 
@@ -116,7 +115,7 @@ void KRE_Gfx::SetTextureAddressV(DWORD mode, int32_t stage)
 {
     CheckStage(stage);
     addressV[stage] = mode;
-    if (!SetTextureAddressOnce(mode, stage, D3DSAMP_ADDRESSV))
+    if (!SendAddress(*this, mode, stage, D3DSAMP_ADDRESSV))
         Warning("Failed to set texture V-adress mode %i", static_cast<int>(mode));
 }
 

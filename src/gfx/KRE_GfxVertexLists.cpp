@@ -4,6 +4,14 @@
 
 #include <limits>
 
+/// Whether the hardware's palette reaches to this bone.
+static bool CanBlendByIndex(const KRE_Gfx& gfx, int32_t boneIndex)
+{
+    if (int64_t{boneIndex} + 1 > gfx.caps.MaxVertexBlendMatrixIndex)
+        return false;
+    return gfx.hardwareSkinningLimit < 0 || boneIndex <= gfx.hardwareSkinningLimit;
+}
+
 int32_t KRE_Gfx::GetVertexProcessing(const VertexInfo& info, int32_t boneIndex, int32_t forEffect)
 {
     int32_t answer = 1;
@@ -19,7 +27,7 @@ int32_t KRE_Gfx::GetVertexProcessing(const VertexInfo& info, int32_t boneIndex, 
             if (boneIndex > skinningEffectLimit)
                 return 0;
             answer = 2;
-        } else if (!CanBlendByIndex(boneIndex)) {
+        } else if (!CanBlendByIndex(*this, boneIndex)) {
             return 0;
         }
     } else if (static_cast<DWORD>(info.blendCount) > caps.MaxVertexBlendMatrices) {
@@ -28,14 +36,6 @@ int32_t KRE_Gfx::GetVertexProcessing(const VertexInfo& info, int32_t boneIndex, 
     if (info.pointSizeOffset != VertexInfo::kNoOffset && !(caps.MaxPointSize > 1.0f))
         return 0;
     return answer;
-}
-
-/// Whether the hardware's palette reaches to this bone.
-bool KRE_Gfx::CanBlendByIndex(int32_t boneIndex) const
-{
-    if (int64_t{boneIndex} + 1 > caps.MaxVertexBlendMatrixIndex)
-        return false;
-    return hardwareSkinningLimit < 0 || boneIndex <= hardwareSkinningLimit;
 }
 
 void KRE_Gfx::CreateVertexList(KRE_VertexListBase* list, int32_t count, int32_t usage,

@@ -1,23 +1,28 @@
 // From the map slots of a material to the texture stages: who goes where. What each map does with
 // its stages is in KRE_MaterialBindingMaps.cpp.
 
-#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_MaterialBinding.h"
 
 #include <algorithm>
 #include <cstring>
 
+#include "gfx/KRE_Gfx.h"
+
 namespace {
 
-/// Sets a flag for as long as it lives, which an `Error` ends as well.
-class RaisedFlag {
+/// Collects stage states for as long as it lives, which an `Error` ends as well.
+class StageCollection {
 public:
-    explicit RaisedFlag(bool& flagToRaise) : flag(flagToRaise) { flag = true; }
-    ~RaisedFlag() { flag = false; }
-    RaisedFlag(const RaisedFlag&) = delete;
-    RaisedFlag& operator=(const RaisedFlag&) = delete;
+    StageCollection(KRE_Gfx& engine, KRE_StageProgram& program) : gfx(engine)
+    {
+        gfx.CollectStageStates(&program);
+    }
+    ~StageCollection() { gfx.CollectStageStates(nullptr); }
+    StageCollection(const StageCollection&) = delete;
+    StageCollection& operator=(const StageCollection&) = delete;
 
 private:
-    bool& flag;
+    KRE_Gfx& gfx;
 };
 
 constexpr KRE_StageState kVertexAlpha[] = {
@@ -31,29 +36,29 @@ constexpr KRE_StageState kNothingAbove[] = {
 
 } // namespace
 
-void KRE_Gfx::SetTexture(KRE_Texture* texture, int32_t stage)
+void KRE_MaterialBinding::SetTexture(KRE_Texture* texture, int32_t stage)
 {
-    currentTexture = texture;
+    gfx.currentTexture = texture;
     const bool hasPicture = texture && texture->IsValid();
     if (hasPicture) {
         if (texture->videoSource >= 0)
-            UpdateVideoSource(texture->videoSource);
-        SetAlphaTest(texture->hasAlpha, alphaReference);
+            gfx.UpdateVideoSource(texture->videoSource);
+        gfx.SetAlphaTest(texture->hasAlpha, gfx.alphaReference);
     }
     if (stage == -1) {
         BindMaterial(hasPicture ? texture : nullptr);
         return;
     }
-    CheckStage(stage);
+    gfx.CheckStage(stage);
     BindStageTexture(stage, hasPicture ? texture->current : nullptr);
 }
 
-void KRE_Gfx::BindMaterial(KRE_Texture* texture)
+void KRE_MaterialBinding::BindMaterial(KRE_Texture* texture)
 {
-    diffuseStage = 0;
+    gfx.diffuseStage = 0;
     stageProgram.Clear();
     {
-        const RaisedFlag collecting(collectsStages);
+        const StageCollection collecting(gfx, stageProgram);
         if (!texture)
             BindVertexColor();
         else if (texture->sequenceCount > 0 && texture->frameIndex >= 0)
@@ -62,16 +67,16 @@ void KRE_Gfx::BindMaterial(KRE_Texture* texture)
             BindSlots(*texture);
     }
     for (const KRE_StageState& state : stageProgram)
-        SetTextureStageStateOnce(state.stage, state.type, state.value);
+        gfx.SetTextureStageStateOnce(state.stage, state.type, state.value);
 }
 
-void KRE_Gfx::BindVertexColor()
+void KRE_MaterialBinding::BindVertexColor()
 {
-    blendMode = -1;
-    blendValue = -1;
-    for (int32_t stage = 0; stage < materialStages; ++stage) {
+    gfx.blendMode = -1;
+    gfx.blendValue = -1;
+    for (int32_t stage = 0; stage < gfx.materialStages; ++stage) {
         BindStageTexture(stage, nullptr);
-        SetColorOp(stage, stage == 0 ? D3DTOP_SELECTARG2 : D3DTOP_DISABLE);
+        gfx.SetColorOp(stage, stage == 0 ? D3DTOP_SELECTARG2 : D3DTOP_DISABLE);
     }
     SetStageDiffuseArg(0);
     SetStageStates(0, kVertexAlpha);
@@ -79,23 +84,23 @@ void KRE_Gfx::BindVertexColor()
 
 /// QUIRK: only a render source of 1 shows the picture; -1, which other maps take for lit as well,
 /// shows the vertex colour here.
-void KRE_Gfx::BindFrame(KRE_Texture& texture)
+void KRE_MaterialBinding::BindFrame(KRE_Texture& texture)
 {
-    const bool isLit = stageSource[0] == 1;
-    SetColorOp(0, isLit ? D3DTOP_MODULATE : D3DTOP_SELECTARG2);
+    const bool isLit = gfx.stageSource[0] == 1;
+    gfx.SetColorOp(0, isLit ? D3DTOP_MODULATE : D3DTOP_SELECTARG2);
     if (isLit)
-        SetColorArg1(0, D3DTA_TEXTURE);
+        gfx.SetColorArg1(0, D3DTA_TEXTURE);
     SetStageDiffuseArg(0);
-    SetTexCoordIndex(0, 0);
-    SetBlendMode(blendMode, blendValue, 0);
+    gfx.SetTexCoordIndex(0, 0);
+    gfx.SetBlendMode(gfx.blendMode, gfx.blendValue, 0);
     BindSlotMatrix(texture, texture.currentSlot, 0);
     BindStageTexture(0, texture.current);
     BindStageTexture(1, nullptr);
 }
 
-void KRE_Gfx::BindSlots(KRE_Texture& texture)
+void KRE_MaterialBinding::BindSlots(KRE_Texture& texture)
 {
-    const int32_t slotCount = std::min(materialStages, KRE_Texture::kSlots);
+    const int32_t slotCount = std::min(gfx.materialStages, KRE_Texture::kSlots);
     int32_t stage = 0; // runs ahead of the slot behind one that takes two stages
     for (int32_t slot = 0; slot < slotCount; ++slot) {
         IDirect3DTexture9* const map = texture.slotTextures[slot];
@@ -112,24 +117,52 @@ void KRE_Gfx::BindSlots(KRE_Texture& texture)
     SetStageStates(stage, kNothingAbove);
 }
 
-void KRE_Gfx::BindStageTexture(int32_t stage, IDirect3DBaseTexture9* texture)
+void KRE_MaterialBinding::BindStageTexture(int32_t stage, IDirect3DBaseTexture9* texture)
 {
-    if (boundTexture[stage] == texture)
+    if (gfx.boundTexture[stage] == texture)
         return;
-    Check(device->SetTexture(static_cast<DWORD>(stage), texture), "SetTexture failed: %s");
-    boundTexture[stage] = texture;
+    gfx.Check(gfx.device->SetTexture(static_cast<DWORD>(stage), texture), "SetTexture failed: %s");
+    gfx.boundTexture[stage] = texture;
 }
 
-void KRE_Gfx::BindSlotMatrix(const KRE_Texture& texture, int32_t slot, int32_t stage)
+void KRE_MaterialBinding::BindSlotMatrix(const KRE_Texture& texture, int32_t slot, int32_t stage)
 {
     const bool hasMatrix = texture.slotMatrixSet[slot] != 0;
     const D3DMATRIX& matrix = texture.slotMatrices[slot];
     // NOLINTBEGIN(bugprone-suspicious-memory-comparison): the same bits make the same state.
     const bool isThere =
         hasMatrix &&
-        cache.stageState[stage][D3DTSS_TEXTURETRANSFORMFLAGS] == int32_t{D3DTTFF_COUNT3} &&
-        std::memcmp(&textureMatrix[stage], &matrix, sizeof matrix) == 0;
+        gfx.cache.stageState[stage][D3DTSS_TEXTURETRANSFORMFLAGS] == int32_t{D3DTTFF_COUNT3} &&
+        std::memcmp(&gfx.textureMatrix[stage], &matrix, sizeof matrix) == 0;
     // NOLINTEND(bugprone-suspicious-memory-comparison)
     if (!isThere)
-        SetTextureTransform(hasMatrix ? &matrix : nullptr, stage);
+        gfx.SetTextureTransform(hasMatrix ? &matrix : nullptr, stage);
+}
+
+// ---- The engine's face
+
+void KRE_Gfx::SetTexture(KRE_Texture* texture, int32_t stage)
+{
+    materialBinding->SetTexture(texture, stage);
+}
+
+void KRE_Gfx::SetStageDiffuseArg(int32_t stage)
+{
+    materialBinding->SetStageDiffuseArg(stage);
+}
+
+void KRE_Gfx::SetStageDiffuseArg0(int32_t stage)
+{
+    materialBinding->SetStageDiffuseArg0(stage);
+}
+
+void KRE_Gfx::ApplyMaterialBlend(const KRE_MaterialInfo& info, bool hasImage, int32_t mode,
+                                 float alpha)
+{
+    materialBinding->ApplyMaterialBlend(info, hasImage, mode, alpha);
+}
+
+void KRE_Gfx::SetMaterialReflect(const KRE_MaterialInfo& info, bool white)
+{
+    materialBinding->SetMaterialReflect(info, white);
 }

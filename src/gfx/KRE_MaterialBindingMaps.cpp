@@ -1,12 +1,13 @@
 // What each kind of map does with the texture stages. Colours go up from stage to stage as
 // D3DTA_CURRENT; a tint needs the texture factor, an own surface colour without light as well.
 
-#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_MaterialBinding.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "base/Paths.h"
+#include "gfx/KRE_Gfx.h"
 
 namespace {
 
@@ -110,83 +111,83 @@ D3DCOLOR WithAlpha(D3DCOLOR color, int32_t alpha)
 
 } // namespace
 
-void KRE_Gfx::SetStageStates(int32_t stage, std::span<const KRE_StageState> states)
+void KRE_MaterialBinding::SetStageStates(int32_t stage, std::span<const KRE_StageState> states)
 {
     for (const KRE_StageState& state : states)
-        SetTextureStageStateOnce(stage + state.stage, state.type, state.value);
+        gfx.SetTextureStageStateOnce(stage + state.stage, state.type, state.value);
 }
 
-bool KRE_Gfx::IsLitStage(int32_t stage) const
+bool KRE_MaterialBinding::IsLitStage(int32_t stage) const
 {
-    return stageSource[stage] == 1 || stageSource[stage] == -1;
+    return gfx.stageSource[stage] == 1 || gfx.stageSource[stage] == -1;
 }
 
 /// Whether surfaces show `unlitColor`, which goes into the texture factor then.
-bool KRE_Gfx::UsesUnlitColor()
+bool KRE_MaterialBinding::UsesUnlitColor()
 {
-    const bool isUsed = !lighting && unlitColor != 0xFFFFFFFF;
+    const bool isUsed = !gfx.lighting && gfx.unlitColor != 0xFFFFFFFF;
     if (isUsed)
-        SetTextureFactor(WithAlpha(unlitColor, blendValue));
+        gfx.SetTextureFactor(WithAlpha(gfx.unlitColor, gfx.blendValue));
     return isUsed;
 }
 
-void KRE_Gfx::SetStageDiffuseArg(int32_t stage)
+void KRE_MaterialBinding::SetStageDiffuseArg(int32_t stage)
 {
-    SetColorArg2(stage, UsesUnlitColor() ? D3DTA_TFACTOR : D3DTA_DIFFUSE);
+    gfx.SetColorArg2(stage, UsesUnlitColor() ? D3DTA_TFACTOR : D3DTA_DIFFUSE);
 }
 
-void KRE_Gfx::SetStageDiffuseArg0(int32_t stage)
+void KRE_MaterialBinding::SetStageDiffuseArg0(int32_t stage)
 {
-    SetColorArg0(stage, UsesUnlitColor() ? D3DTA_TFACTOR : D3DTA_DIFFUSE);
+    gfx.SetColorArg0(stage, UsesUnlitColor() ? D3DTA_TFACTOR : D3DTA_DIFFUSE);
 }
 
-void KRE_Gfx::SetTintFactor()
+void KRE_MaterialBinding::SetTintFactor()
 {
-    SetTextureFactor(WithAlpha(tintColor, blendValue));
+    gfx.SetTextureFactor(WithAlpha(gfx.tintColor, gfx.blendValue));
 }
 
 /// Sets what the map of a slot needs from `stage` on, and gives the number of stages it takes.
-int32_t KRE_Gfx::SetMapStages(KRE_Texture& texture, int32_t slot, int32_t stage)
+int32_t KRE_MaterialBinding::SetMapStages(KRE_Texture& texture, int32_t slot, int32_t stage)
 {
-    const bool hasNext = slot + 1 < materialStages && slot + 1 < KRE_Texture::kSlots &&
+    const bool hasNext = slot + 1 < gfx.materialStages && slot + 1 < KRE_Texture::kSlots &&
                          texture.slotTextures[slot + 1];
     const int32_t type = texture.slots[slot].type;
     switch (type) {
     case StageDiffuse:
         return stage == 0 ? SetBaseDiffuse(hasNext) : SetUpperDiffuse(texture.slots[0].type, stage);
     case StageBump:
-        SetColorOp(stage, D3DTOP_BUMPENVMAP);
+        gfx.SetColorOp(stage, D3DTOP_BUMPENVMAP);
         SetStageStates(stage, kCurrentWithMap);
         break;
     case StageReflection:
         SetReflection(stage, hasNext);
         break;
     case StageModulate:
-        SetColorOp(stage, D3DTOP_MODULATE);
+        gfx.SetColorOp(stage, D3DTOP_MODULATE);
         SetStageStates(stage, kCurrentWithMap);
         break;
     case StageAdd:
-        SetColorOp(stage, D3DTOP_ADD);
+        gfx.SetColorOp(stage, D3DTOP_ADD);
         SetStageStates(stage, kCurrentWithMap);
         break;
     case StageSphere:
         SetSphere(texture, slot, stage);
         break;
     default:
-        Error("Invalid type of texture stage %i: %i", slot, type);
+        gfx.Error("Invalid type of texture stage %i: %i", slot, type);
     }
     return 1;
 }
 
-void KRE_Gfx::SetEmptyStage(int32_t stage)
+void KRE_MaterialBinding::SetEmptyStage(int32_t stage)
 {
     if (stage > 0) {
-        SetColorOp(stage, D3DTOP_DISABLE);
-    } else if (tintColor == 0) {
-        SetColorOp(0, D3DTOP_SELECTARG2);
+        gfx.SetColorOp(stage, D3DTOP_DISABLE);
+    } else if (gfx.tintColor == 0) {
+        gfx.SetColorOp(0, D3DTOP_SELECTARG2);
         SetStageDiffuseArg(0);
     } else {
-        SetColorOp(0, D3DTOP_MULTIPLYADD);
+        gfx.SetColorOp(0, D3DTOP_MULTIPLYADD);
         SetStageDiffuseArg0(0);
         SetStageStates(0, kTintedEmpty);
         SetTintFactor();
@@ -195,49 +196,49 @@ void KRE_Gfx::SetEmptyStage(int32_t stage)
 
 /// A lit diffuse map with a tint is lit one stage higher. It takes that stage only if no map is to
 /// come there: such a map takes the place of the light.
-int32_t KRE_Gfx::SetBaseDiffuse(bool hasNext)
+int32_t KRE_MaterialBinding::SetBaseDiffuse(bool hasNext)
 {
     const bool isLit = IsLitStage(0);
-    diffuseStage = 0;
-    if (tintColor != 0) {
+    gfx.diffuseStage = 0;
+    if (gfx.tintColor != 0) {
         SetStageStates(0, isLit ? std::span<const KRE_StageState>(kTintedLit) : kTintedUnlit);
     } else {
-        SetColorOp(0, isLit ? D3DTOP_MODULATE : D3DTOP_SELECTARG2);
+        gfx.SetColorOp(0, isLit ? D3DTOP_MODULATE : D3DTOP_SELECTARG2);
         if (isLit)
-            SetColorArg1(0, D3DTA_TEXTURE);
+            gfx.SetColorArg1(0, D3DTA_TEXTURE);
         SetStageDiffuseArg(0);
     }
-    SetTexCoordIndex(0, 0);
-    SetBlendMode(blendMode, blendValue, 0);
-    if (tintColor != 0)
+    gfx.SetTexCoordIndex(0, 0);
+    gfx.SetBlendMode(gfx.blendMode, gfx.blendValue, 0);
+    if (gfx.tintColor != 0)
         SetTintFactor();
-    return tintColor != 0 && isLit && !hasNext ? 2 : 1;
+    return gfx.tintColor != 0 && isLit && !hasNext ? 2 : 1;
 }
 
-int32_t KRE_Gfx::SetUpperDiffuse(int32_t baseType, int32_t stage)
+int32_t KRE_MaterialBinding::SetUpperDiffuse(int32_t baseType, int32_t stage)
 {
     const bool isReflected = baseType == StageReflection || baseType == StageSphere;
     if (!isReflected && baseType != StageDiffuse)
-        Error("More than one diffuse map requires a diffuse map at stage 0");
-    diffuseStage = stage;
+        gfx.Error("More than one diffuse map requires a diffuse map at stage 0");
+    gfx.diffuseStage = stage;
     if (isReflected)
         return SetReflectedDiffuse(stage);
     SetSecondDiffuse(stage);
     return 2;
 }
 
-void KRE_Gfx::SetSecondDiffuse(int32_t stage)
+void KRE_MaterialBinding::SetSecondDiffuse(int32_t stage)
 {
     SetStageStates(0, kFirstOfTwoDiffuse);
     SetStageStates(stage, kSecondOfTwoDiffuse);
-    SetTexCoordIndex(stage + 1, static_cast<DWORD>(stage));
+    gfx.SetTexCoordIndex(stage + 1, static_cast<DWORD>(stage));
 }
 
 /// Gives the number of stages: two for a lit map with a tint, where the map comes second.
-int32_t KRE_Gfx::SetReflectedDiffuse(int32_t stage)
+int32_t KRE_MaterialBinding::SetReflectedDiffuse(int32_t stage)
 {
     const bool isLit = IsLitStage(stage);
-    const bool isTinted = tintColor != 0;
+    const bool isTinted = gfx.tintColor != 0;
     if (!isTinted) {
         SetStageStates(stage, isLit ? std::span<const KRE_StageState>(kMapOverReflection)
                                     : kColorOverReflection);
@@ -250,56 +251,56 @@ int32_t KRE_Gfx::SetReflectedDiffuse(int32_t stage)
         SetStageStates(stage + 1, kMapOverReflection);
         SetStageDiffuseArg(stage + 1);
         SetStageStates(stage + 1, kAlphaOfMap);
-        SetTexCoordIndex(stage + 1, 0);
-        ++diffuseStage;
+        gfx.SetTexCoordIndex(stage + 1, 0);
+        ++gfx.diffuseStage;
     } else {
         SetStageStates(stage, kTintOverReflectionUnlit);
     }
-    SetTexCoordIndex(stage, 0);
-    SetBlendMode(blendMode, blendValue, stage);
+    gfx.SetTexCoordIndex(stage, 0);
+    gfx.SetBlendMode(gfx.blendMode, gfx.blendValue, stage);
     if (isTinted)
         SetTintFactor();
     return isTinted && isLit ? 2 : 1;
 }
 
-void KRE_Gfx::SetReflection(int32_t stage, bool hasNext)
+void KRE_MaterialBinding::SetReflection(int32_t stage, bool hasNext)
 {
     if (stage > 0)
-        Error("Reflection map in stage other than zero!");
-    const bool isFull = reflectionAmount >= kFullReflection;
+        gfx.Error("Reflection map in stage other than zero!");
+    const bool isFull = gfx.reflectionAmount >= kFullReflection;
     if (hasNext) {
-        SetColorOp(stage, isFull ? D3DTOP_SELECTARG2 : D3DTOP_MODULATE);
+        gfx.SetColorOp(stage, isFull ? D3DTOP_SELECTARG2 : D3DTOP_MODULATE);
         if (!isFull)
-            SetColorArg1(stage, SetReflectionAmount(stage));
+            gfx.SetColorArg1(stage, SetReflectionAmount(stage));
         SetStageStates(stage, kReflectionBelowMap);
     } else if (isFull) {
         SetStageStates(stage, kFullReflectionAlone);
     } else {
         SetStageStates(stage, kPartReflectionAlone);
-        SetColorArg2(stage, SetReflectionAmount(stage));
+        gfx.SetColorArg2(stage, SetReflectionAmount(stage));
     }
 }
 
 /// Hands the strength to the device as a grey and gives the argument that reads it.
-DWORD KRE_Gfx::SetReflectionAmount(int32_t stage)
+DWORD KRE_MaterialBinding::SetReflectionAmount(int32_t stage)
 {
     const auto part =
-        static_cast<D3DCOLOR>(std::clamp(RoundToInt(reflectionAmount * 255.0f), 0, 255));
+        static_cast<D3DCOLOR>(std::clamp(RoundToInt(gfx.reflectionAmount * 255.0f), 0, 255));
     const D3DCOLOR grey = part << 16 | part << 8 | part;
-    if (!(caps.PrimitiveMiscCaps & D3DPMISCCAPS_PERSTAGECONSTANT)) {
-        SetTextureFactor(WithAlpha(grey, blendValue));
+    if (!(gfx.caps.PrimitiveMiscCaps & D3DPMISCCAPS_PERSTAGECONSTANT)) {
+        gfx.SetTextureFactor(WithAlpha(grey, gfx.blendValue));
         return D3DTA_TFACTOR;
     }
-    SetTextureStageStateOnce(stage, D3DTSS_CONSTANT, WithAlpha(grey, 0xFF));
+    gfx.SetTextureStageStateOnce(stage, D3DTSS_CONSTANT, WithAlpha(grey, 0xFF));
     return D3DTA_CONSTANT;
 }
 
 /// The picture is a panorama: one turn of the camera moves it by its width, looking from straight
 /// down to straight up by its height.
-void KRE_Gfx::SetSphere(KRE_Texture& texture, int32_t slot, int32_t stage)
+void KRE_MaterialBinding::SetSphere(KRE_Texture& texture, int32_t slot, int32_t stage)
 {
     D3DXMATRIX inverse;
-    if (!D3DXMatrixInverse(&inverse, nullptr, &view))
+    if (!D3DXMatrixInverse(&inverse, nullptr, &gfx.view))
         D3DXMatrixIdentity(&inverse);
     const D3DXVECTOR3 forward(0.0f, 0.0f, 1.0f);
     D3DXVECTOR3 d;
@@ -319,8 +320,8 @@ void KRE_Gfx::SetSphere(KRE_Texture& texture, int32_t slot, int32_t stage)
     texture.slotMatrices[slot] = matrix;
     texture.slotMatrixSet[slot] = 1;
 
-    SetColorOp(stage, stage == 0 ? D3DTOP_SELECTARG2 : D3DTOP_ADD);
-    SetColorArg1(stage, D3DTA_CURRENT);
-    SetColorArg2(stage, D3DTA_TEXTURE);
-    SetTexCoordIndex(stage, D3DTSS_TCI_CAMERASPACEREFLECTIONVECTOR);
+    gfx.SetColorOp(stage, stage == 0 ? D3DTOP_SELECTARG2 : D3DTOP_ADD);
+    gfx.SetColorArg1(stage, D3DTA_CURRENT);
+    gfx.SetColorArg2(stage, D3DTA_TEXTURE);
+    gfx.SetTexCoordIndex(stage, D3DTSS_TCI_CAMERASPACEREFLECTIONVECTOR);
 }

@@ -1,10 +1,11 @@
 // What a material's own record says: colours, reflection, transparency, addressing.
 
-#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_MaterialBinding.h"
 
 #include <bit>
 
 #include "base/Paths.h"
+#include "gfx/KRE_Gfx.h"
 #include "scene/KRE_MaterialInfo.h"
 
 namespace {
@@ -51,53 +52,53 @@ int32_t FadedAlpha(const KRE_MaterialInfo& info, float alpha)
 
 } // namespace
 
-void KRE_Gfx::ApplyMaterialBlend(const KRE_MaterialInfo& info, bool hasImage, int32_t mode,
-                                 float alpha)
+void KRE_MaterialBinding::ApplyMaterialBlend(const KRE_MaterialInfo& info, bool hasImage,
+                                             int32_t mode, float alpha)
 {
     if (!hasImage) {
         for (const PlainBlend& blend : kColorBlends) {
             if (blend.transparencyType == info.transparencyType)
-                SetBlendMode(blend.mode, FadedAlpha(info, alpha), 0);
+                gfx.SetBlendMode(blend.mode, FadedAlpha(info, alpha), 0);
         }
         return;
     }
     BlendImage(info, mode, alpha);
-    SetZWrite(info.transparencyType == kTransparencyFilter ? 1 : 0);
-    SetTextureAddressU(AddressMode(info.mirrorU != 0, info.tileU != 0), 0);
-    SetTextureAddressV(AddressMode(info.mirrorV != 0, info.tileV != 0), 0);
+    gfx.SetZWrite(info.transparencyType == kTransparencyFilter ? 1 : 0);
+    gfx.SetTextureAddressU(AddressMode(info.mirrorU != 0, info.tileU != 0), 0);
+    gfx.SetTextureAddressV(AddressMode(info.mirrorV != 0, info.tileV != 0), 0);
 }
 
-void KRE_Gfx::BlendImage(const KRE_MaterialInfo& info, int32_t mode, float alpha)
+void KRE_MaterialBinding::BlendImage(const KRE_MaterialInfo& info, int32_t mode, float alpha)
 {
     const bool isOpaque = info.transparency == 0.0f;
     const int32_t faded = FadedAlpha(info, alpha);
     switch (info.transparencyType) {
     case kTransparencyFilter:
         if (isOpaque)
-            SetBlendMode(mode, RoundToInt(alpha), 0);
+            gfx.SetBlendMode(mode, RoundToInt(alpha), 0);
         else
-            SetBlendMode(TransparentMode(mode), faded, 0);
+            gfx.SetBlendMode(TransparentMode(mode), faded, 0);
         break;
     case kTransparencyAdditive:
-        SetBlendMode(isOpaque ? 3 : 12, isOpaque ? 0 : faded, 0);
+        gfx.SetBlendMode(isOpaque ? 3 : 12, isOpaque ? 0 : faded, 0);
         break;
     case kTransparencySubtractive:
-        SetBlendMode(isOpaque ? 5 : 17, isOpaque ? 0 : faded, 0);
+        gfx.SetBlendMode(isOpaque ? 5 : 17, isOpaque ? 0 : faded, 0);
         break;
     default:
         // QUIRK: the number told is the first word of the record, the bits of its red; who looks
         // for such a message in old logs finds that.
-        Error("Unknown material blend mode: %i", std::bit_cast<int32_t>(info.diffuse.r));
+        gfx.Error("Unknown material blend mode: %i", std::bit_cast<int32_t>(info.diffuse.r));
     }
 }
 
-void KRE_Gfx::SetMaterialReflect(const KRE_MaterialInfo& info, bool white)
+void KRE_MaterialBinding::SetMaterialReflect(const KRE_MaterialInfo& info, bool white)
 {
-    reflectionAmount = info.reflectionAmount;
+    gfx.reflectionAmount = info.reflectionAmount;
     D3DMATERIAL9 colors = info.DeviceMaterial();
-    if (reflectionWithDiffuse && white) {
-        keptDiffuse = colors.Diffuse;
+    if (gfx.reflectionWithDiffuse && white) {
+        gfx.keptDiffuse = colors.Diffuse;
         colors.Diffuse = {1.0f, 1.0f, 1.0f, 1.0f};
     }
-    SetMaterial(colors);
+    gfx.SetMaterial(colors);
 }

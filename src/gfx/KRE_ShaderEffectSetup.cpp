@@ -159,13 +159,12 @@ EffectPassTarget KRE_ShaderEffect::ParseTarget(const char* text)
 {
     const std::string_view name(text);
     if (name.starts_with(kScreenBuffer)) {
-        const int32_t number =
-            ReadBufferNumber(text + kScreenBuffer.size(), ShaderEffectData::kScreenBuffers);
+        const int32_t number = ReadBufferNumber(text + kScreenBuffer.size(), kScreenBuffers);
         if (number > 0)
             return {EffectTargetKind::kScreenBuffer, number - 1};
     } else if (name.starts_with(kScreenQuarterBuffer)) {
-        const int32_t number = ReadBufferNumber(text + kScreenQuarterBuffer.size(),
-                                                ShaderEffectData::kScreenQuarterBuffers);
+        const int32_t number =
+            ReadBufferNumber(text + kScreenQuarterBuffer.size(), kScreenQuarterBuffers);
         if (number > 0)
             return {EffectTargetKind::kScreenQuarterBuffer, number - 1};
     } else if (name.starts_with(kInitial)) {

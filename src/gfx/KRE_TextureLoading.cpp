@@ -1,11 +1,12 @@
 // Pictures from files.
 
-#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_TextureLoading.h"
 
 #include "base/Ascii.h"
 #include "base/File.h"
 #include "base/Paths.h"
 #include "gfx/DirectXErrorName.h"
+#include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_TextureRequest.h"
 
 namespace {
@@ -42,15 +43,15 @@ bool IsVideoName(const String& name)
     return CompareNoCase(name.c_str(), kVideoPrefix, kVideoPrefixLength) == 0;
 }
 
-void KRE_Gfx::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
-                          int32_t format, int32_t mipLevels)
+void KRE_TextureLoading::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey,
+                                     int32_t mode, int32_t format, int32_t mipLevels)
 {
     if (!texture)
-        Error("KRE_Texture pointer in LoadTexture is NULL pointer!");
+        gfx.Error("KRE_Texture pointer in LoadTexture is NULL pointer!");
     const String name(file); // the text may live in what is freed below
     if (name.IsEmpty())
-        Error("Invalid file name in LoadTexture");
-    CheckPath(name.c_str());
+        gfx.Error("Invalid file name in LoadTexture");
+    gfx.CheckPath(name.c_str());
     if (IsVideoName(name)) {
         LoadVideoTexture(*texture, name.c_str() + kVideoPrefixLength, format);
         return;
@@ -58,39 +59,40 @@ void KRE_Gfx::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR color
 
     // The default's bits are no flags.
     const int32_t asked = mode == -1 ? 0 : mode;
-    if (!(asked & kKeepTexture))
+    if (!(asked & KRE_Gfx::kKeepTexture))
         texture->FreeCurrent();
-    texture->SetDevice(device.Get());
+    texture->SetDevice(gfx.device.Get());
     KRE_TextureRequest request;
     request.colorKey = colorKey;
-    request.stretch = !(asked & kNoStretch);
-    request.mode = asked & ~(kKeepTexture | kNoStretch);
+    request.stretch = !(asked & KRE_Gfx::kNoStretch);
+    request.mode = asked & ~(KRE_Gfx::kKeepTexture | KRE_Gfx::kNoStretch);
     request.format = format;
-    request.mipLevels = caps.TextureCaps & D3DPTEXTURECAPS_MIPMAP ? mipLevels : 0;
+    request.mipLevels = gfx.caps.TextureCaps & D3DPTEXTURECAPS_MIPMAP ? mipLevels : 0;
     const LoadMode* entry = FindLoadMode(request.mode);
     if (!entry)
-        Error("Wrong texture parameter in LoadTexture!");
+        gfx.Error("Wrong texture parameter in LoadTexture!");
     request.usage = entry->usage;
     request.pool = entry->pool;
 
     if (!FileExists(name.c_str()))
-        Error("Can not open file %s", name.c_str());
+        gfx.Error("Can not open file %s", name.c_str());
     if (name.EndsWith(kFrameListExtension))
         LoadFrameList(*texture, name, request);
-    else if (noTextures)
+    else if (gfx.noTextures)
         ShareScreenTexture(*texture);
     else
         LoadImageFile(*texture, name, request);
 }
 
-void KRE_Gfx::ShareScreenTexture(KRE_Texture& texture)
+void KRE_TextureLoading::ShareScreenTexture(KRE_Texture& texture)
 {
-    if (!screenTexture.IsValid())
-        MakePlaceholder(&screenTexture);
-    const int32_t id = textureManager.Acquire(screenTexture.slotIds[screenTexture.currentSlot]);
-    texture.PutTexture(&textureManager, id, screenTexture.current);
-    texture.sourceWidth = screenTexture.sourceWidth;
-    texture.sourceHeight = screenTexture.sourceHeight;
+    if (!gfx.screenTexture.IsValid())
+        MakePlaceholder(&gfx.screenTexture);
+    const int32_t id =
+        gfx.textureManager.Acquire(gfx.screenTexture.slotIds[gfx.screenTexture.currentSlot]);
+    texture.PutTexture(&gfx.textureManager, id, gfx.screenTexture.current);
+    texture.sourceWidth = gfx.screenTexture.sourceWidth;
+    texture.sourceHeight = gfx.screenTexture.sourceHeight;
     texture.Refresh();
 }
 
@@ -109,25 +111,25 @@ static String NameOfResource(const String& leaf, int32_t sizeBytes)
     return name;
 }
 
-void KRE_Gfx::MakeResourceName(String* nameOut, const char* file)
+void KRE_TextureLoading::MakeResourceName(String* nameOut, const char* file)
 {
     String leaf;
     SplitLeaf(file, &leaf);
     *nameOut = NameOfResource(leaf, MeasureFile(file));
 }
 
-void KRE_Gfx::LoadImageFile(KRE_Texture& texture, const String& file,
-                            const KRE_TextureRequest& request)
+void KRE_TextureLoading::LoadImageFile(KRE_Texture& texture, const String& file,
+                                       const KRE_TextureRequest& request)
 {
     String leaf;
     SplitLeaf(file.c_str(), &leaf);
     const int32_t sizeBytes = MeasureFile(file.c_str());
     const String resourceName = NameOfResource(leaf, sizeBytes);
     D3DXIMAGE_INFO info = {};
-    lastResult = D3DXGetImageInfoFromFile(file.c_str(), &info);
-    if (FAILED(lastResult))
-        Error(" D3DXGetImageInfoFromFile failed: %s (file:%s)", DirectXErrorName(lastResult),
-              file.c_str());
+    gfx.lastResult = D3DXGetImageInfoFromFile(file.c_str(), &info);
+    if (FAILED(gfx.lastResult))
+        gfx.Error(" D3DXGetImageInfoFromFile failed: %s (file:%s)",
+                  DirectXErrorName(gfx.lastResult), file.c_str());
     const bool isFrame = texture.sequenceCount > 0;
     // QUIRK: frames are kept under a name that no load looks for, so that frames share the pictures
     // of plain textures but not those of each other.
@@ -145,11 +147,12 @@ void KRE_Gfx::LoadImageFile(KRE_Texture& texture, const String& file,
     texture.SetRectFromPixels(0, 0, width, height, false, false);
 }
 
-ComPointer<IDirect3DTexture9> KRE_Gfx::CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
-                                                       const KRE_TextureRequest& request)
+ComPointer<IDirect3DTexture9> KRE_TextureLoading::CreateFromImage(const String& file,
+                                                                  D3DXIMAGE_INFO& info,
+                                                                  const KRE_TextureRequest& request)
 {
-    const D3DFORMAT format =
-        request.format == -1 ? ChooseTextureFormat(info) : static_cast<D3DFORMAT>(request.format);
+    const D3DFORMAT format = request.format == -1 ? gfx.ChooseTextureFormat(info)
+                                                  : static_cast<D3DFORMAT>(request.format);
     UINT width = 0; // the file's
     UINT height = 0;
     DWORD mipFilter = D3DX_FILTER_BOX;
@@ -162,19 +165,19 @@ ComPointer<IDirect3DTexture9> KRE_Gfx::CreateFromImage(const String& file, D3DXI
             height = NextPowerOfTwo(info.Height);
         } else {
             // QUIRK: the place of the name stays empty.
-            Warning(
+            gfx.Warning(
                 "Loading none-power of 2 texture '%s' with options: mipmaps+noStretch+compressed",
                 "");
         }
     }
     ComPointer<IDirect3DTexture9> made;
-    lastResult = runtime.createTextureFromFile(
-        device.Get(), file.c_str(), width, height, static_cast<UINT>(request.mipLevels),
+    gfx.lastResult = gfx.runtime.createTextureFromFile(
+        gfx.device.Get(), file.c_str(), width, height, static_cast<UINT>(request.mipLevels),
         request.usage, format, request.pool,
         request.stretch ? D3DX_FILTER_LINEAR : D3DX_FILTER_NONE, mipFilter, request.colorKey, &info,
         nullptr, made.Out());
-    if (FAILED(lastResult))
-        Error(" D3DXCreateTextureFromFileA failed: %s (file:%s)", DirectXErrorName(lastResult),
-              file.c_str());
+    if (FAILED(gfx.lastResult))
+        gfx.Error(" D3DXCreateTextureFromFileA failed: %s (file:%s)",
+                  DirectXErrorName(gfx.lastResult), file.c_str());
     return made;
 }

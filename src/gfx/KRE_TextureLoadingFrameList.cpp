@@ -1,11 +1,12 @@
 // Sequences of pictures: a text file that names one picture in each line.
 
-#include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_TextureLoading.h"
 
 #include "base/File.h"
 #include "base/HeapArray.h"
 #include "base/Paths.h"
 #include "gfx/KRE_FrameList.h"
+#include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_TextureRequest.h"
 
 /// All bytes of a file, `sizeOut` of them; none, with a warning, for one that cannot be opened.
@@ -94,28 +95,30 @@ void RepeatFrame(KRE_Texture& texture, int32_t times)
 
 } // namespace
 
-void KRE_Gfx::LoadFrameList(KRE_Texture& texture, const String& file,
-                            const KRE_TextureRequest& request)
+void KRE_TextureLoading::LoadFrameList(KRE_Texture& texture, const String& file,
+                                       const KRE_TextureRequest& request)
 {
     int32_t size = 0;
     const HeapArray<char> text = ReadWhole(file, &size);
     const auto lines = SplitFrameList({text.Get(), static_cast<size_t>(size)});
     if (lines.empty())
-        Error("Empty texture file list");
+        gfx.Error("Empty texture file list");
     int32_t count = 0;
     const auto runs = PlaceLines(file, lines, &count);
     if (count > kMostFrames)
-        Error("Texture file list %s has more than %i frames", file.c_str(), kMostFrames);
+        gfx.Error("Texture file list %s has more than %i frames", file.c_str(), kMostFrames);
     texture.CreateSequence(count, false);
     int32_t frame = 0;
     for (const PlacedRun& run : runs) {
         // A list in a list would take over the sequence that is being filled, and a list in itself
         // would never end.
         if (run.name.EndsWith(kFrameListExtension))
-            Error("Texture file list %s names another list: %s", file.c_str(), run.name.c_str());
+            gfx.Error("Texture file list %s names another list: %s", file.c_str(),
+                      run.name.c_str());
         if (!run.isThere)
-            Warning("Texture file list %s, line %i: no picture '%.*s'", file.c_str(),
-                    run.line.number, static_cast<int>(run.line.text.size()), run.line.text.data());
+            gfx.Warning("Texture file list %s, line %i: no picture '%.*s'", file.c_str(),
+                        run.line.number, static_cast<int>(run.line.text.size()),
+                        run.line.text.data());
         texture.SelectFrame(frame);
         LoadTexture(&texture, run.path.c_str(), request.colorKey, request.mode, request.format,
                     request.mipLevels);

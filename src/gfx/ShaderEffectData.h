@@ -6,6 +6,7 @@
 
 #include <d3dx9.h>
 
+#include "gfx/EffectTarget.h"
 #include "platform/ComPointer.h"
 
 /// What an effect file may ask the engine for, by the semantic of a parameter.
@@ -54,14 +55,6 @@ enum class EffectSemantic : int32_t {
     kCount
 };
 
-enum class EffectTargetKind : int32_t { kNone, kScreenQuarterBuffer, kScreenBuffer, kInitial };
-
-/// Where a pass draws to.
-struct EffectPassTarget {
-    EffectTargetKind kind = EffectTargetKind::kNone;
-    int32_t index = 0; ///< of the buffer, from 0
-};
-
 struct EffectTechnique {
     int32_t passCount = 0;
     D3DXHANDLE handle = nullptr;
@@ -74,8 +67,6 @@ struct EffectTechnique {
 struct ShaderEffectData {
     static constexpr int32_t kResources = 16;
     static constexpr int32_t kParams = 8;
-    static constexpr int32_t kScreenBuffers = 2;
-    static constexpr int32_t kScreenQuarterBuffers = 3;
 
     ComPointer<ID3DXEffect> effect;
     std::string file; ///< as it was loaded

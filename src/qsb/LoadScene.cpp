@@ -3,6 +3,7 @@
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
+#include "gfx/KRE_SearchPaths.h"
 #include "qsa/QSALoader.h"
 #include "qsb/QSB_ReadContext.h"
 #include "scene/KRE_3dScene.h"
@@ -72,7 +73,7 @@ QSA_SceneHeader& KRE_Gfx::SceneHeader()
 void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
     const String name(path);
-    toldLeaves.clear();
+    searchPaths->BeginScene();
     CheckPath(name.c_str());
     File file;
     file.Open(name.c_str(), true, false, true);

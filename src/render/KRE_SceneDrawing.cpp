@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "gfx/KRE_Gfx.h"
+#include "render/KRE_SceneDrawing.h"
 #include "scene/KRE_3dScene.h"
 
 namespace {
@@ -29,10 +30,10 @@ bool IsDrawn(const KRE_Light& light)
 
 } // namespace
 
-int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials)
+int32_t KRE_SceneDrawing::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials)
 {
     if (!scene) {
-        Warning("Pointer to 3dScene is zero");
+        gfx.Warning("Pointer to 3dScene is zero");
         return 0;
     }
     const bool isPlainPass = singleStage != 0 || noMaterials != 0;
@@ -40,15 +41,15 @@ int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMa
     const D3DXMATRIX& sceneTM = scene->worldTM;
 
     if (scene->activeCamera >= 0 && scene->activeCamera < scene->cameras.Count())
-        SetCamera(*scene->cameras.Get(scene->activeCamera), &sceneTM);
+        gfx.SetCamera(*scene->cameras.Get(scene->activeCamera), &sceneTM);
     if (settings.mirrorView)
-        MirrorScene();
+        gfx.MirrorScene();
     if (!isPlainPass && settings.clearBackground)
         DrawBackground(*scene);
     const bool isVisible = IsVisible(*scene, sceneTM);
     if (isVisible) {
-        ++subFrameNumber;
-        isDrawingScene = 1;
+        ++gfx.subFrameNumber;
+        gfx.isDrawingScene = 1;
         if (!isPlainPass)
             SetSceneStates(*scene);
         SetPointDrawing();
@@ -59,76 +60,76 @@ int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMa
         }
     }
     if (settings.mirrorView)
-        MirrorScene();
-    isDrawingScene = 0;
+        gfx.MirrorScene();
+    gfx.isDrawingScene = 0;
     return isVisible ? 1 : 0;
 }
 
 /// QUIRK: a picture stands in for clearing, with the blending that was set before. Where it has alpha, the
 /// frame before shows through it from the second file of a run on.
-void KRE_Gfx::DrawBackground(KRE_3dScene& scene)
+void KRE_SceneDrawing::DrawBackground(KRE_3dScene& scene)
 {
     if (!scene.backgroundTexture.IsValid()) {
-        Clear(scene.backgroundColor);
+        gfx.Clear(scene.backgroundColor);
         return;
     }
-    const auto left = static_cast<float>(viewport.X);
-    const auto top = static_cast<float>(viewport.Y);
+    const auto left = static_cast<float>(gfx.viewport.X);
+    const auto top = static_cast<float>(gfx.viewport.Y);
     const D3DCOLOR white[4] = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
-    SetTexture(&scene.backgroundTexture);
-    DrawSpriteRect(left, top, left + static_cast<float>(viewport.Width),
-                   top + static_cast<float>(viewport.Height), white);
-    if (depthSurface)
-        ClearZ(scene.backgroundColor);
+    gfx.SetTexture(&scene.backgroundTexture);
+    gfx.DrawSpriteRect(left, top, left + static_cast<float>(gfx.viewport.Width),
+                       top + static_cast<float>(gfx.viewport.Height), white);
+    if (gfx.depthSurface)
+        gfx.ClearZ(scene.backgroundColor);
 }
 
 /// What holds for all meshes of a scene.
-void KRE_Gfx::SetSceneStates(KRE_3dScene& scene)
+void KRE_SceneDrawing::SetSceneStates(KRE_3dScene& scene)
 {
     const KRE_SceneSettings& settings = scene.settings;
     if (settings.useAmbient)
-        SetAmbient(scene.ambientColor);
+        gfx.SetAmbient(scene.ambientColor);
     if (settings.useFog) {
-        SetFog(FogOf(settings));
-        SetFogEnable(1);
+        gfx.SetFog(FogOf(settings));
+        gfx.SetFogEnable(1);
     }
     if (!settings.useLights)
         return;
     int32_t index = 0; // counts dark lights as well
     for (const KRE_Light* light : scene.lights) {
         if (IsDrawn(*light)) {
-            SetLight(index, light->light);
-            LightEnable(index, 1);
+            gfx.SetLight(index, light->light);
+            gfx.LightEnable(index, 1);
         }
         ++index;
     }
 }
 
-void KRE_Gfx::ClearSceneStates(KRE_3dScene& scene)
+void KRE_SceneDrawing::ClearSceneStates(KRE_3dScene& scene)
 {
     const KRE_SceneSettings& settings = scene.settings;
     if (settings.useFog)
-        SetFogEnable(0);
+        gfx.SetFogEnable(0);
     if (!settings.useLights || !settings.disableLightsAfter)
         return;
     int32_t index = 0;
     for (const KRE_Light* light : scene.lights) {
         if (IsDrawn(*light))
-            LightEnable(index, 0);
+            gfx.LightEnable(index, 0);
         ++index;
     }
 }
 
-void KRE_Gfx::SetPointDrawing()
+void KRE_SceneDrawing::SetPointDrawing()
 {
-    if (fillMode != D3DFILL_POINT)
+    if (gfx.fillMode != D3DFILL_POINT)
         return;
-    pointRecord.scaleEnable = 0;
-    pointRecord.size = kPointSize;
-    SetPointParameters(pointRecord, hardwareVertexProcessing);
+    gfx.pointRecord.scaleEnable = 0;
+    gfx.pointRecord.size = kPointSize;
+    gfx.SetPointParameters(gfx.pointRecord, gfx.hardwareVertexProcessing);
 }
 
-void KRE_Gfx::DrawMeshes(KRE_3dScene& scene, int32_t singleStage, int32_t noMaterials)
+void KRE_SceneDrawing::DrawMeshes(KRE_3dScene& scene, int32_t singleStage, int32_t noMaterials)
 {
     const bool isPlainPass = singleStage != 0 || noMaterials != 0;
     if (!scene.settings.sortTransparent || isPlainPass) {
@@ -149,18 +150,64 @@ void KRE_Gfx::DrawMeshes(KRE_3dScene& scene, int32_t singleStage, int32_t noMate
 /// Lists the visible meshes from `first` on by the depth of their origins, the nearest one first.
 /// Equal depths go by the scene's order, so that a frame is the same on each run: of such meshes,
 /// as of all that are sorted, the last one is drawn first.
-void KRE_Gfx::SortMeshes(KRE_3dScene& scene, int32_t first)
+void KRE_SceneDrawing::SortMeshes(KRE_3dScene& scene, int32_t first)
 {
     sortedMeshes.clear();
     for (int32_t i = first; i < scene.meshes.Count(); ++i) {
         const KRE_Mesh& mesh = *scene.meshes.Get(i);
         if (!mesh.visible)
             continue;
-        const float depth = (mesh.worldTM * scene.worldTM * view)._43;
+        const float depth = (mesh.worldTM * scene.worldTM * gfx.view)._43;
         sortedMeshes.push_back({i, std::isnan(depth) ? std::numeric_limits<float>::max() : depth});
     }
     std::sort(sortedMeshes.begin(), sortedMeshes.end(),
               [](const SortedMesh& a, const SortedMesh& b) {
                   return a.depth < b.depth || (a.depth == b.depth && a.index < b.index);
               });
+}
+
+// ---- The engine's face
+
+static void DeleteDrawing(KRE_SceneDrawing* drawing)
+{
+    delete drawing;
+}
+
+KRE_SceneDrawing& KRE_Gfx::SceneDrawing()
+{
+    if (!sceneDrawing)
+        sceneDrawing = {new KRE_SceneDrawing(*this), DeleteDrawing};
+    return *sceneDrawing;
+}
+
+int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials)
+{
+    return SceneDrawing().DrawScene(scene, singleStage, noMaterials);
+}
+
+int32_t KRE_Gfx::DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
+                          const KRE_MaterialInfo* overrideMaterial, int32_t singleStage,
+                          int32_t noMaterials)
+{
+    return SceneDrawing().DrawMesh(mesh, parentTM, overrideMaterial, singleStage, noMaterials);
+}
+
+int32_t KRE_Gfx::DrawSubset(KRE_Mesh& mesh, int32_t subset)
+{
+    return SceneDrawing().DrawSubset(mesh, subset);
+}
+
+bool KRE_Gfx::IsVisible(const KRE_ClipObject& clip, const D3DXMATRIX& matrix)
+{
+    return SceneDrawing().IsVisible(clip, matrix);
+}
+
+void KRE_Gfx::DrawLine(const D3DXVECTOR3& a, const D3DXVECTOR3& b, D3DCOLOR color)
+{
+    SceneDrawing().DrawLine(a, b, color);
+}
+
+void KRE_Gfx::DrawPoint(const D3DXVECTOR3& p, D3DCOLOR color)
+{
+    SceneDrawing().DrawPoint(p, color);
 }

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "gfx/KRE_Gfx.h"
+#include "render/KRE_SceneDrawing.h"
 #include "scene/KRE_ClipObject.h"
 
 namespace {
@@ -69,11 +70,11 @@ bool IsBoxVisible(const KRE_Frustum& frustum, const KRE_ClipObject& clip, const 
 
 } // namespace
 
-bool KRE_Gfx::IsVisible(const KRE_ClipObject& clip, const D3DXMATRIX& matrix)
+bool KRE_SceneDrawing::IsVisible(const KRE_ClipObject& clip, const D3DXMATRIX& matrix)
 {
     if (clip.clipMode < 1)
         return true;
-    frustum.Update(view, projection);
+    frustum.Update(gfx.view, gfx.projection);
     if (clip.clipMode & kClipSphere) {
         D3DXVECTOR3 center;
         D3DXVec3TransformCoord(&center, &clip.center, &matrix);

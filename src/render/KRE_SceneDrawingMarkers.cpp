@@ -1,6 +1,7 @@
 // Points and lines that show where the objects of a scene are.
 
 #include "gfx/KRE_Gfx.h"
+#include "render/KRE_SceneDrawing.h"
 #include "scene/KRE_3dScene.h"
 
 namespace {
@@ -21,61 +22,62 @@ D3DXVECTOR3 PlaceOf(const KRE_3dObject& object, const D3DXMATRIX& sceneTM)
     return TranslationRow(object.worldTM * sceneTM);
 }
 
-void DrawLightMarker(KRE_Gfx& gfx, const KRE_Light& light)
+void DrawLightMarker(KRE_SceneDrawing& drawing, const KRE_Light& light)
 {
     D3DXVECTOR3 place;
     light.GetWorldPosition(place);
-    gfx.DrawPoint(place, light.lightOn ? kLitLightColor : kDarkLightColor);
+    drawing.DrawPoint(place, light.lightOn ? kLitLightColor : kDarkLightColor);
 }
 
 } // namespace
 
 template <class FillList>
-void KRE_Gfx::DrawMarkerList(KRE_VertexListTemp<KRE_PointVertex>& list, const FillList& fill)
+void KRE_SceneDrawing::DrawMarkerList(KRE_VertexListTemp<KRE_PointVertex>& list,
+                                      const FillList& fill)
 {
-    const int32_t oldLighting = lighting;
-    const D3DCOLOR oldColor = unlitColor;
+    const int32_t oldLighting = gfx.lighting;
+    const D3DCOLOR oldColor = gfx.unlitColor;
     fill(list.LockVertices(0, list.vertexCount, 0));
     list.Unlock();
-    SetTexture(nullptr);
-    SetLighting(0, nullptr);
-    DrawTriangleList(list);
-    SetLighting(oldLighting, &oldColor);
+    gfx.SetTexture(nullptr);
+    gfx.SetLighting(0, nullptr);
+    gfx.DrawTriangleList(list);
+    gfx.SetLighting(oldLighting, &oldColor);
 }
 
-void KRE_Gfx::DrawLine(const D3DXVECTOR3& a, const D3DXVECTOR3& b, D3DCOLOR color)
+void KRE_SceneDrawing::DrawLine(const D3DXVECTOR3& a, const D3DXVECTOR3& b, D3DCOLOR color)
 {
-    DrawMarkerList(lineList, [&](KRE_PointVertex* vertices) {
+    DrawMarkerList(gfx.lineList, [&](KRE_PointVertex* vertices) {
         vertices[0] = {a.x, a.y, a.z, color};
         vertices[1] = {b.x, b.y, b.z, color};
     });
 }
 
-void KRE_Gfx::DrawPoint(const D3DXVECTOR3& p, D3DCOLOR color)
+void KRE_SceneDrawing::DrawPoint(const D3DXVECTOR3& p, D3DCOLOR color)
 {
-    DrawMarkerList(pointList, [&](KRE_PointVertex* vertices) {
+    DrawMarkerList(gfx.pointList, [&](KRE_PointVertex* vertices) {
         vertices[0] = {p.x, p.y, p.z, color};
     });
 }
 
-void KRE_Gfx::DrawMarkers(KRE_3dScene& scene)
+void KRE_SceneDrawing::DrawMarkers(KRE_3dScene& scene)
 {
     const KRE_SceneSettings& settings = scene.settings;
     const bool drawsAny = settings.showHierarchy || settings.showObjects > kMarkersNone ||
                           settings.showLights > kMarkersNone;
     if (!drawsAny)
         return;
-    const int32_t oldLighting = lighting;
-    const D3DCOLOR oldColor = unlitColor;
-    SetLighting(0, nullptr);
+    const int32_t oldLighting = gfx.lighting;
+    const D3DCOLOR oldColor = gfx.unlitColor;
+    gfx.SetLighting(0, nullptr);
     if (settings.showHierarchy)
         DrawHierarchy(scene);
     DrawObjectMarkers(scene);
     DrawLightMarkers(scene);
-    SetLighting(oldLighting, &oldColor);
+    gfx.SetLighting(oldLighting, &oldColor);
 }
 
-void KRE_Gfx::DrawHierarchy(KRE_3dScene& scene)
+void KRE_SceneDrawing::DrawHierarchy(KRE_3dScene& scene)
 {
     const auto drawLink = [&](const KRE_3dObject& object) {
         if (object.parent)
@@ -90,7 +92,7 @@ void KRE_Gfx::DrawHierarchy(KRE_3dScene& scene)
         drawLink(*light);
 }
 
-void KRE_Gfx::DrawObjectMarkers(KRE_3dScene& scene)
+void KRE_SceneDrawing::DrawObjectMarkers(KRE_3dScene& scene)
 {
     const int32_t choice = scene.settings.showObjects;
     if (choice == kMarkersAll) {
@@ -102,7 +104,7 @@ void KRE_Gfx::DrawObjectMarkers(KRE_3dScene& scene)
 }
 
 /// QUIRK: lights stay where they are when the scene as a whole is moved.
-void KRE_Gfx::DrawLightMarkers(KRE_3dScene& scene)
+void KRE_SceneDrawing::DrawLightMarkers(KRE_3dScene& scene)
 {
     const int32_t choice = scene.settings.showLights;
     if (choice == kMarkersAll) {

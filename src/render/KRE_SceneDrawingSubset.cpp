@@ -4,8 +4,9 @@
 #include <cmath>
 #include <cstring>
 
+#include "gfx/EffectPasses.h"
 #include "gfx/KRE_Gfx.h"
-#include "gfx/KRE_ShaderEffect.h"
+#include "render/KRE_SceneDrawing.h"
 #include "scene/KRE_Mesh.h"
 
 namespace {
@@ -70,45 +71,46 @@ D3DXVECTOR2 SphereCoordinates(const D3DXVECTOR3& eye, const D3DXVECTOR3& positio
 
 } // namespace
 
-int32_t KRE_Gfx::DrawSubset(KRE_Mesh& mesh, int32_t subset)
+int32_t KRE_SceneDrawing::DrawSubset(KRE_Mesh& mesh, int32_t subset)
 {
-    if (KRE_ShaderEffect* effect = GetActiveEffect(mesh)) {
-        PrepareEffect(*effect, &mesh, subset);
-        DrawWith(
-            effect, [&] { return mesh.mesh->DrawSubset(static_cast<DWORD>(subset)); },
+    if (KRE_ShaderEffect* effect = gfx.GetActiveEffect(mesh)) {
+        gfx.PrepareEffect(*effect, &mesh, subset);
+        DrawInPasses(
+            gfx, effect, [&] { return mesh.mesh->DrawSubset(static_cast<DWORD>(subset)); },
             "DrawSubset failed: %s");
         return 1;
     }
     const bool hasMaterial = subset >= 0 && subset < mesh.materialCount;
     const int32_t reflectionSet = hasMaterial ? mesh.materials[subset].reflectionSet : -1;
     if (reflectionSet == -1) {
-        Draw([&] { return mesh.mesh->DrawSubset(static_cast<DWORD>(subset)); },
-             "DrawSubset failed: %s");
+        DrawOnce(
+            gfx, [&] { return mesh.mesh->DrawSubset(static_cast<DWORD>(subset)); },
+            "DrawSubset failed: %s");
         return 1;
     }
     const D3DXATTRIBUTERANGE range = FindAttributeRange(mesh, subset);
     if (reflectionSet >= 0)
         WriteReflection(mesh, range, reflectionSet);
-    DrawMesh(*mesh.mesh.Get(), mesh, range.FaceStart, range.FaceCount);
+    gfx.DrawMesh(*mesh.mesh.Get(), mesh, range.FaceStart, range.FaceCount);
     return 1;
 }
 
-D3DXATTRIBUTERANGE KRE_Gfx::FindAttributeRange(KRE_Mesh& mesh, int32_t subset)
+D3DXATTRIBUTERANGE KRE_SceneDrawing::FindAttributeRange(KRE_Mesh& mesh, int32_t subset)
 {
     static constexpr const char* kFailed = "GetAttributeTable failed: %s";
     DWORD count = 0;
-    Check(mesh.mesh->GetAttributeTable(nullptr, &count), kFailed);
+    gfx.Check(mesh.mesh->GetAttributeTable(nullptr, &count), kFailed);
     attributeTable.resize(count);
-    Check(mesh.mesh->GetAttributeTable(attributeTable.data(), &count), kFailed);
+    gfx.Check(mesh.mesh->GetAttributeTable(attributeTable.data(), &count), kFailed);
     const auto id = static_cast<DWORD>(subset);
     if (id >= count || attributeTable[id].AttribId != id)
-        Error("Attribute set for material %i in mesh '%s' with wrong ID", subset,
-              mesh.name.c_str());
+        gfx.Error("Attribute set for material %i in mesh '%s' with wrong ID", subset,
+                  mesh.name.c_str());
     return attributeTable[id];
 }
 
-void KRE_Gfx::WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE& range,
-                              int32_t reflectionSet)
+void KRE_SceneDrawing::WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE& range,
+                                       int32_t reflectionSet)
 {
     const int32_t offset = TexCoordOffset(mesh, reflectionSet);
     const bool isBlended = mesh.blendCount > 0;
@@ -117,9 +119,9 @@ void KRE_Gfx::WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE& range,
         return; // a layout that cannot hold them
     D3DXVECTOR3 viewPosition;
     D3DXVECTOR3 eye;
-    GetViewPosition(viewPosition);
-    D3DXVec3TransformCoord(&eye, &viewPosition, &environmentTM);
-    D3DXMATRIX matrix = world[0] * environmentTM;
+    gfx.GetViewPosition(viewPosition);
+    D3DXVec3TransformCoord(&eye, &viewPosition, &gfx.environmentTM);
+    D3DXMATRIX matrix = gfx.world[0] * gfx.environmentTM;
 
     mesh.LockVertexBuffer(0);
     const DWORD vertexCount = mesh.mesh->GetNumVertices();
@@ -127,7 +129,7 @@ void KRE_Gfx::WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE& range,
     const auto end = static_cast<int32_t>(first + std::min(range.VertexCount, vertexCount - first));
     for (auto i = static_cast<int32_t>(first); i < end; ++i) {
         if (isBlended)
-            matrix = BlendedMatrix(mesh, i, world);
+            matrix = BlendedMatrix(mesh, i, gfx.world);
         D3DXVECTOR3 position;
         D3DXVECTOR3 normal;
         D3DXVec3TransformCoord(&position, mesh.Position(i), &matrix);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gfx/KRE_ShaderEffect.h"
 #include "tests/gfx/EngineTest.h"
 #include "tests/support/ScriptedEffect.h"
 

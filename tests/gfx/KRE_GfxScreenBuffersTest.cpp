@@ -1,3 +1,4 @@
+#include "gfx/KRE_ShaderEffect.h"
 #include "tests/gfx/EngineTest.h"
 #include "tests/support/FakeObject.h"
 #include "tests/support/ScriptedEffect.h"
