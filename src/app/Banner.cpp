@@ -11,12 +11,8 @@ const char kStoredBanner[kBannerSize] = "RTB3RTC!W2/6!!!GSBNFT!QFS!TFDPOE!&6/2g"
 
 namespace {
 
-constexpr int32_t kFromRight = 250;   // pixels
-constexpr int32_t kFromBottom = 20;   // pixels
-constexpr int32_t kMagnifyLinear = 1; // of `SetTextureFilter`
-constexpr int32_t kMagnifyPoint = 2;
-constexpr int32_t kBlendSoft = 4; // of `SetBlendMode`
-constexpr int32_t kBlendAlpha = 9;
+constexpr int32_t kFromRight = 250; // pixels
+constexpr int32_t kFromBottom = 20; // pixels
 
 } // namespace
 
@@ -30,7 +26,7 @@ void ReadBanner(char (&bannerOut)[kBannerSize])
 void DrawBanner(const char (&banner)[kBannerSize], double framesPerSecond)
 {
     gGfx->SetTextureFilter(kMagnifyPoint, 0);
-    gGfx->SetBlendMode(kBlendSoft, 0, 0);
+    gGfx->SetBlendMode(kBlendExclude, 0, 0);
     gGfx->SetFillMode(D3DFILL_SOLID, nullptr);
     gGfx->DisableZ();
     gFont->SetMetrics(1.0f, 0xFFFFFFFF, KRE_Font::kKeep, KRE_Font::kKeep, KRE_Font::kDefaultFactor);

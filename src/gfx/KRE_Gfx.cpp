@@ -58,7 +58,7 @@ KRE_Gfx::KRE_Gfx(const KRE_GfxRuntime& systemRuntime)
     SetClassName("KRE_Gfx");
     std::fill(std::begin(addressU), std::end(addressU), D3DTADDRESS_WRAP);
     std::fill(std::begin(addressV), std::end(addressV), D3DTADDRESS_WRAP);
-    std::fill(std::begin(stageSource), std::end(stageSource), -1);
+    std::fill(std::begin(stageSource), std::end(stageSource), kSourceUnset);
     for (D3DXMATRIX* matrix : {&view, &projection, &worldViewProj, &environmentTM})
         D3DXMatrixIdentity(matrix);
     for (D3DXMATRIX& matrix : world)

@@ -9,6 +9,7 @@
 #include "base/KRE_Base.h"
 #include "base/String.h"
 #include "gfx/EffectTarget.h"
+#include "gfx/KRE_BlendMode.h"
 #include "gfx/KRE_FogRecord.h"
 #include "gfx/KRE_GfxRuntime.h"
 #include "gfx/KRE_PointRecord.h"
@@ -18,6 +19,7 @@
 #include "gfx/KRE_Surface.h"
 #include "gfx/KRE_Texture.h"
 #include "gfx/KRE_TextureCatalogue.h"
+#include "gfx/KRE_TextureModes.h"
 #include "gfx/KRE_VertexListTemp.h"
 #include "gfx/KRE_VideoSource.h"
 #include "gfx/RandomGenerator.h"
@@ -262,12 +264,11 @@ public:
     /// `mode` is a D3DTEXTUREFILTERTYPE from 0 to 2, between mip levels. Left out on a device
     /// without mip maps.
     void SetMipmapMode(int32_t mode, float bias, int32_t stage);
-    /// One setting by its number: magnification linear 1, point 2; minification linear 3, point 4,
-    /// anisotropic 5; magnification anisotropic 6; both addresses wrap 7, clamp 8, mirror 9; -1
-    /// nothing. Gives 1, or 0 for any other number.
+    /// Makes the one setting that `mode`, a KRE_FilterSetting, stands for. Gives 1, or 0 for any other
+    /// number.
     int32_t SetTextureFilter(int32_t mode, int32_t stage);
-    /// What a stage shows: 1 or -1 the texture lit by the vertex colour, 2 the vertex colour, 3 the
-    /// constant `color`. A post effect draws its texture back through the same operation.
+    /// Sets what a stage shows. `source` is a KRE_RenderSource, `color` that of `kSourceConstant`. A
+    /// post effect draws its texture back through the same operation.
     void SetRenderSource(int32_t source, int32_t stage, D3DCOLOR color);
 
     static constexpr int32_t kStages = KRE_StateCache::kStages;
@@ -275,19 +276,19 @@ public:
     DWORD addressV[kStages];
     int32_t mipmapMode[kStages]{};
     float lodBias[kStages]{};
-    int32_t stageSource[kStages];
+    int32_t stageSource[kStages]; ///< of KRE_RenderSource
     /// What the device has on each stage; not owned. `UnknownTexture` differs from any texture.
     IDirect3DBaseTexture9* boundTexture[kStages];
     static IDirect3DBaseTexture9* UnknownTexture();
 
     // ---- Blending: KRE_GfxBlendMode.cpp
 
-    /// How pixels meet what is there already: 1 or -1 not at all, 2 to 17 without 8 by the table in
-    /// the source. `value` is an alpha from 0 to 255.
+    /// `mode` is a KRE_BlendMode, whose states stand in a table of the source; any other number is an
+    /// `Error`. `value` is an alpha from 0 to 255.
     void SetBlendMode(int32_t mode, int32_t value, int32_t stage);
 
     int32_t materialStages = 2; ///< stages that a material may take; never changed
-    int32_t blendMode = 1;
+    int32_t blendMode = kBlendNone;
     int32_t blendValue = 255; ///< alpha of the material, 0 to 255
     D3DCOLOR tintColor = 0;   ///< added to every textured surface; 0 is none
 
@@ -528,8 +529,7 @@ public:
     void MakeResourceName(String* nameOut, const char* file);
     /// The format to load a picture in; unknown is the file's own.
     D3DFORMAT ChooseTextureFormat(const D3DXIMAGE_INFO& info) const;
-    /// Whether textures can have a format, 1 or 0 with a warning. `mode` 3 asks for render targets,
-    /// 5 for depth surfaces, any other for plain textures.
+    /// Whether textures can have a format, 1 or 0 with a warning. `mode` is a KRE_FormatUse.
     int32_t CheckFormat(D3DFORMAT format, int32_t mode);
     /// Compresses pictures from `minimumPixels` on: with `level` 1 or above. Level 1 asks for DXT1, 2
     /// for DXT5 as well; a device without them is an `Error`.

@@ -10,7 +10,7 @@ enum class Alpha { full, given, scaled, kept };
 enum class Factor { none, alpha, whole };
 
 struct BlendRow {
-    int32_t mode;
+    KRE_BlendMode mode;
     Alpha alpha;
     int32_t alphaOp, alphaArg1, alphaArg2;
     Factor factor;
@@ -18,35 +18,35 @@ struct BlendRow {
 };
 
 constexpr BlendRow kBlendRows[] = {
-    {2, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none, D3DBLEND_ONE,
+    {kBlendScreen, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none, D3DBLEND_ONE,
      D3DBLEND_INVSRCCOLOR},
-    {3, Alpha::full, D3DTOP_MODULATE, D3DTA_TEXTURE, D3DTA_DIFFUSE, Factor::none, D3DBLEND_SRCALPHA,
-     D3DBLEND_ONE},
-    {4, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none, D3DBLEND_INVDESTCOLOR,
-     D3DBLEND_INVSRCCOLOR},
-    {5, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, D3DTA_DIFFUSE, Factor::none, D3DBLEND_ZERO,
-     D3DBLEND_INVSRCCOLOR},
-    {6, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none, D3DBLEND_ZERO,
-     D3DBLEND_SRCCOLOR},
-    {7, Alpha::given, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha,
-     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
-    {9, Alpha::full, D3DTOP_MODULATE, D3DTA_TEXTURE, D3DTA_DIFFUSE, Factor::alpha,
-     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
-    {10, Alpha::scaled, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha,
-     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
-    {11, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none, D3DBLEND_ZERO,
-     D3DBLEND_INVSRCCOLOR},
-    {12, Alpha::given, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha,
+    {kBlendAdd, Alpha::full, D3DTOP_MODULATE, D3DTA_TEXTURE, D3DTA_DIFFUSE, Factor::none,
      D3DBLEND_SRCALPHA, D3DBLEND_ONE},
-    {13, Alpha::given, D3DTOP_SELECTARG1, D3DTA_TFACTOR, kKeep, Factor::alpha, D3DBLEND_SRCALPHA,
-     D3DBLEND_INVSRCALPHA},
-    {14, Alpha::kept, kKeep, kKeep, kKeep, Factor::none, D3DBLEND_ZERO, D3DBLEND_ONE},
-    {15, Alpha::kept, D3DTOP_SELECTARG1, D3DTA_TFACTOR, kKeep, Factor::alpha, D3DBLEND_ONE,
-     D3DBLEND_ZERO},
-    {16, Alpha::kept, D3DTOP_SELECTARG1, D3DTA_TFACTOR, kKeep, Factor::whole, D3DBLEND_ONE,
+    {kBlendExclude, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none,
+     D3DBLEND_INVDESTCOLOR, D3DBLEND_INVSRCCOLOR},
+    {kBlendSubtract, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, D3DTA_DIFFUSE, Factor::none,
+     D3DBLEND_ZERO, D3DBLEND_INVSRCCOLOR},
+    {kBlendMultiply, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none,
+     D3DBLEND_ZERO, D3DBLEND_SRCCOLOR},
+    {kBlendFaded, Alpha::given, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha,
+     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
+    {kBlendAlpha, Alpha::full, D3DTOP_MODULATE, D3DTA_TEXTURE, D3DTA_DIFFUSE, Factor::alpha,
+     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
+    {kBlendFadedTwice, Alpha::scaled, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha,
+     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
+    {kBlendSubtractByTexture, Alpha::full, D3DTOP_SELECTARG1, D3DTA_TEXTURE, kKeep, Factor::none,
+     D3DBLEND_ZERO, D3DBLEND_INVSRCCOLOR},
+    {kBlendAddFaded, Alpha::given, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha,
+     D3DBLEND_SRCALPHA, D3DBLEND_ONE},
+    {kBlendConstant, Alpha::given, D3DTOP_SELECTARG1, D3DTA_TFACTOR, kKeep, Factor::alpha,
+     D3DBLEND_SRCALPHA, D3DBLEND_INVSRCALPHA},
+    {kBlendKeepTarget, Alpha::kept, kKeep, kKeep, kKeep, Factor::none, D3DBLEND_ZERO, D3DBLEND_ONE},
+    {kBlendReplaceWith, Alpha::kept, D3DTOP_SELECTARG1, D3DTA_TFACTOR, kKeep, Factor::alpha,
+     D3DBLEND_ONE, D3DBLEND_ZERO},
+    {kBlendSum, Alpha::kept, D3DTOP_SELECTARG1, D3DTA_TFACTOR, kKeep, Factor::whole, D3DBLEND_ONE,
      D3DBLEND_ONE},
-    {17, Alpha::given, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE, Factor::alpha, D3DBLEND_ZERO,
-     D3DBLEND_INVSRCCOLOR},
+    {kBlendSubtractFaded, Alpha::given, D3DTOP_MODULATE, D3DTA_TFACTOR, D3DTA_TEXTURE,
+     Factor::alpha, D3DBLEND_ZERO, D3DBLEND_INVSRCCOLOR},
 };
 
 const BlendRow* FindRow(int32_t mode)
@@ -76,11 +76,11 @@ int32_t NextBlendValue(Alpha rule, int32_t current, int32_t value)
 /// The colour operations that belong to some of the modes.
 void SetBlendColorOps(KRE_Gfx& gfx, int32_t mode, int32_t stage)
 {
-    if (mode == 15 || mode == 16) {
+    if (mode == kBlendReplaceWith || mode == kBlendSum) {
         gfx.SetColorOp(stage, D3DTOP_SELECTARG1);
         gfx.SetColorArg1(stage, D3DTA_TEXTURE);
     }
-    if (mode == 12 && gfx.tintColor != 0) {
+    if (mode == kBlendAddFaded && gfx.tintColor != 0) {
         gfx.SetColorOp(stage, D3DTOP_MODULATE);
         gfx.SetColorArg1(stage, D3DTA_TEXTURE);
         gfx.SetColorArg2(stage, D3DTA_DIFFUSE);
@@ -94,8 +94,8 @@ void SetBlendColorOps(KRE_Gfx& gfx, int32_t mode, int32_t stage)
 void KRE_Gfx::SetBlendMode(int32_t mode, int32_t value, int32_t stage)
 {
     CheckStage(stage);
-    if (mode == -1 || mode == 1) {
-        blendMode = 1;
+    if (mode == kBlendUnset || mode == kBlendNone) {
+        blendMode = kBlendNone;
         blendValue = value;
         SetAlphaBlendEnable(0);
         return;
@@ -105,7 +105,7 @@ void KRE_Gfx::SetBlendMode(int32_t mode, int32_t value, int32_t stage)
         Error("Invalid Blending mode selected!");
 
     blendValue = NextBlendValue(row->alpha, blendValue, value);
-    blendMode = row->alpha == Alpha::scaled ? 7 : mode; // scaled once, it is plain alpha blending
+    blendMode = row->alpha == Alpha::scaled ? kBlendFaded : mode; // scaled once, it is faded
     const int32_t factorAlpha = row->alpha == Alpha::scaled ? blendValue : value;
 
     SetAlphaBlendEnable(1);

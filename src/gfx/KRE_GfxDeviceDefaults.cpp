@@ -58,11 +58,11 @@ void KRE_Gfx::SetDeviceDefaults()
     AcquireTargetSurfaces();
     SetLighting(1, nullptr);
     SetSpecular(0);
-    SetBlendMode(1, blendValue, 0);
+    SetBlendMode(kBlendNone, blendValue, 0);
     SetMipmapMode(D3DTEXF_NONE, 0.0f, 0);
     SetRenderState(D3DRS_DITHERENABLE, DWORD{1});
     SetTextureAddress(D3DTADDRESS_WRAP, 0);
-    SetRenderSource(1, 0, kWhite);
+    SetRenderSource(kSourceTexture, 0, kWhite);
 }
 
 void KRE_Gfx::FixedFunctionDefaults()
@@ -70,8 +70,8 @@ void KRE_Gfx::FixedFunctionDefaults()
     SetNormalizeNormals(1);
     SetSoftwareVertexProcessing(0);
     for (int32_t stage = 0; stage < 2; ++stage) {
-        SetTextureFilter(1, stage);
-        SetTextureFilter(3, stage);
+        SetTextureFilter(kMagnifyLinear, stage);
+        SetTextureFilter(kMinifyLinear, stage);
     }
 }
 

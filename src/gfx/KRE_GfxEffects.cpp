@@ -100,6 +100,11 @@ void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
     effectFeeding->UpdateLights(effect);
 }
 
+// The kinds of targets that name a buffer are those of `GetScreenBufferTexture`.
+static_assert(static_cast<int32_t>(EffectTargetKind::kScreenQuarterBuffer) ==
+              KRE_Gfx::kQuarterBuffer);
+static_assert(static_cast<int32_t>(EffectTargetKind::kScreenBuffer) == KRE_Gfx::kFullBuffer);
+
 void KRE_Gfx::SelectPassTarget(const EffectPassTarget& target)
 {
     if (target.kind == EffectTargetKind::kNone)

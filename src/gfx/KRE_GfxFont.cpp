@@ -57,8 +57,9 @@ void PaintGlyph(KRE_Texture& sheet, const KRE_Font::GlyphRect& cell, const char*
 void KRE_Gfx::BuildFont(KRE_Font& font, D3DCOLOR first, D3DCOLOR second)
 {
     font.Free();
-    const int32_t format = CheckFormat(D3DFMT_A8R8G8B8, 0) ? D3DFMT_A8R8G8B8 : D3DFMT_A4R4G4B4;
-    CreateTexture(font.texture.get(), kSheetWidth, kSheetHeight, 4, format, 1);
+    const int32_t format =
+        CheckFormat(D3DFMT_A8R8G8B8, kFormatOfTexture) ? D3DFMT_A8R8G8B8 : D3DFMT_A4R4G4B4;
+    CreateTexture(font.texture.get(), kSheetWidth, kSheetHeight, kCreateTextureManaged, format, 1);
     font.texture->Fill(0); // and locks it
     for (int32_t glyph = 0; glyph < kFontGlyphCount; ++glyph) {
         font.glyphRects[glyph] = CellOf(glyph);

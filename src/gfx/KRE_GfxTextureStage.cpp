@@ -143,45 +143,56 @@ void KRE_Gfx::SetMipmapMode(int32_t mode, float bias, int32_t stage)
 int32_t KRE_Gfx::SetTextureFilter(int32_t mode, int32_t stage)
 {
     static constexpr struct {
+        KRE_FilterSetting setting;
         D3DSAMPLERSTATETYPE state;
         D3DTEXTUREFILTERTYPE filter;
     } kFilters[] = {
-        // from mode 1
-        {D3DSAMP_MAGFILTER, D3DTEXF_LINEAR},      {D3DSAMP_MAGFILTER, D3DTEXF_POINT},
-        {D3DSAMP_MINFILTER, D3DTEXF_LINEAR},      {D3DSAMP_MINFILTER, D3DTEXF_POINT},
-        {D3DSAMP_MINFILTER, D3DTEXF_ANISOTROPIC}, {D3DSAMP_MAGFILTER, D3DTEXF_ANISOTROPIC},
+        {kMagnifyLinear, D3DSAMP_MAGFILTER, D3DTEXF_LINEAR},
+        {kMagnifyPoint, D3DSAMP_MAGFILTER, D3DTEXF_POINT},
+        {kMinifyLinear, D3DSAMP_MINFILTER, D3DTEXF_LINEAR},
+        {kMinifyPoint, D3DSAMP_MINFILTER, D3DTEXF_POINT},
+        {kMinifyAnisotropic, D3DSAMP_MINFILTER, D3DTEXF_ANISOTROPIC},
+        {kMagnifyAnisotropic, D3DSAMP_MAGFILTER, D3DTEXF_ANISOTROPIC},
     };
-    static constexpr D3DTEXTUREADDRESS kAddresses[] = {// from mode 7
-                                                       D3DTADDRESS_WRAP, D3DTADDRESS_CLAMP,
-                                                       D3DTADDRESS_MIRROR};
+    static constexpr struct {
+        KRE_FilterSetting setting;
+        D3DTEXTUREADDRESS address;
+    } kAddresses[] = {
+        {kAddressWrap, D3DTADDRESS_WRAP},
+        {kAddressClamp, D3DTADDRESS_CLAMP},
+        {kAddressMirror, D3DTADDRESS_MIRROR},
+    };
 
-    if (mode == -1)
-        return 1;
-    if (mode < 1 || mode > 9)
-        return 0;
-    if (mode <= 6)
-        SetSamplerState(static_cast<DWORD>(stage), kFilters[mode - 1].state,
-                        kFilters[mode - 1].filter);
-    else
-        SetTextureAddress(kAddresses[mode - 7], stage);
-    return 1;
+    for (const auto& row : kFilters) {
+        if (row.setting == mode) {
+            SetSamplerState(static_cast<DWORD>(stage), row.state, row.filter);
+            return 1;
+        }
+    }
+    for (const auto& row : kAddresses) {
+        if (row.setting == mode) {
+            SetTextureAddress(row.address, stage);
+            return 1;
+        }
+    }
+    return mode == kFilterUnchanged ? 1 : 0;
 }
 
 void KRE_Gfx::SetRenderSource(int32_t source, int32_t stage, D3DCOLOR color)
 {
     CheckStage(stage);
     switch (source) {
-    case -1:
-    case 1:
+    case kSourceUnset:
+    case kSourceTexture:
         SetColorOp(stage, D3DTOP_MODULATE);
         SetColorArg1(stage, D3DTA_TEXTURE);
         SetColorArg2(stage, D3DTA_DIFFUSE);
         break;
-    case 2:
+    case kSourceVertexColor:
         SetColorOp(stage, D3DTOP_SELECTARG2);
         SetColorArg2(stage, D3DTA_DIFFUSE);
         break;
-    case 3:
+    case kSourceConstant:
         SetColorOp(stage, D3DTOP_SELECTARG2);
         SetColorArg2(stage, D3DTA_TFACTOR);
         SetTextureFactor(color);

@@ -7,7 +7,9 @@
 
 int32_t KRE_Gfx::CheckFormat(D3DFORMAT format, int32_t mode)
 {
-    const DWORD usage = mode == 3 ? D3DUSAGE_RENDERTARGET : mode == 5 ? D3DUSAGE_DEPTHSTENCIL : 0;
+    const DWORD usage = mode == kFormatOfRenderTarget   ? D3DUSAGE_RENDERTARGET
+                        : mode == kFormatOfDepthSurface ? D3DUSAGE_DEPTHSTENCIL
+                                                        : 0;
     lastResult =
         d3d->CheckDeviceFormat(adapter, deviceType, displayFormat, usage, D3DRTYPE_TEXTURE, format);
     if (SUCCEEDED(lastResult))
@@ -18,9 +20,9 @@ int32_t KRE_Gfx::CheckFormat(D3DFORMAT format, int32_t mode)
 
 void KRE_Gfx::SetTextureCompression(int32_t level, int32_t minimumPixels)
 {
-    if (level > 0 && !CheckFormat(D3DFMT_DXT1, 0))
+    if (level > 0 && !CheckFormat(D3DFMT_DXT1, kFormatOfTexture))
         Error("Texture compression DXT1 not supported by hardware");
-    if (level > 1 && !CheckFormat(D3DFMT_DXT5, 0))
+    if (level > 1 && !CheckFormat(D3DFMT_DXT5, kFormatOfTexture))
         Error("Texture compression DXT5 not supported by hardware");
     textureCompression = level;
     pixelsForCompression = minimumPixels;

@@ -72,7 +72,7 @@ void KRE_MaterialBinding::BindMaterial(KRE_Texture* texture)
 
 void KRE_MaterialBinding::BindVertexColor()
 {
-    gfx.blendMode = -1;
+    gfx.blendMode = kBlendUnset;
     gfx.blendValue = -1;
     for (int32_t stage = 0; stage < gfx.materialStages; ++stage) {
         BindStageTexture(stage, nullptr);
@@ -82,11 +82,11 @@ void KRE_MaterialBinding::BindVertexColor()
     SetStageStates(0, kVertexAlpha);
 }
 
-/// QUIRK: only a render source of 1 shows the picture; -1, which other maps take for lit as well,
+/// QUIRK: only `kSourceTexture` shows the picture; `kSourceUnset`, which other maps take for lit as well,
 /// shows the vertex colour here.
 void KRE_MaterialBinding::BindFrame(KRE_Texture& texture)
 {
-    const bool isLit = gfx.stageSource[0] == 1;
+    const bool isLit = gfx.stageSource[0] == kSourceTexture;
     gfx.SetColorOp(0, isLit ? D3DTOP_MODULATE : D3DTOP_SELECTARG2);
     if (isLit)
         gfx.SetColorArg1(0, D3DTA_TEXTURE);

@@ -119,7 +119,7 @@ void KRE_MaterialBinding::SetStageStates(int32_t stage, std::span<const KRE_Stag
 
 bool KRE_MaterialBinding::IsLitStage(int32_t stage) const
 {
-    return gfx.stageSource[stage] == 1 || gfx.stageSource[stage] == -1;
+    return gfx.stageSource[stage] == kSourceTexture || gfx.stageSource[stage] == kSourceUnset;
 }
 
 /// Whether surfaces show `unlitColor`, which goes into the texture factor then.

@@ -11,30 +11,30 @@
 namespace {
 
 struct PlainBlend {
-    int32_t transparencyType;
-    int32_t mode;
+    KRE_TransparencyType transparencyType;
+    KRE_BlendMode mode;
 };
 
 /// A material without a picture, at any transparency.
 constexpr PlainBlend kColorBlends[] = {
-    {kTransparencyFilter, 13},
-    {kTransparencyAdditive, 12},
-    {kTransparencySubtractive, 17},
+    {kTransparencyFilter, kBlendConstant},
+    {kTransparencyAdditive, kBlendAddFaded},
+    {kTransparencySubtractive, kBlendSubtractFaded},
 };
 
 /// The mode of a transparent material that filters: it keeps adding or subtracting if the opaque
 /// one would.
-int32_t TransparentMode(int32_t opaqueMode)
+KRE_BlendMode TransparentMode(int32_t opaqueMode)
 {
     switch (opaqueMode) {
-    case 12:
-    case 3:
-        return 12;
-    case 17:
-    case 5:
-        return 17;
+    case kBlendAddFaded:
+    case kBlendAdd:
+        return kBlendAddFaded;
+    case kBlendSubtractFaded:
+    case kBlendSubtract:
+        return kBlendSubtractFaded;
     default:
-        return 7;
+        return kBlendFaded;
     }
 }
 
@@ -80,10 +80,10 @@ void KRE_MaterialBinding::BlendImage(const KRE_MaterialInfo& info, int32_t mode,
             gfx.SetBlendMode(TransparentMode(mode), faded, 0);
         break;
     case kTransparencyAdditive:
-        gfx.SetBlendMode(isOpaque ? 3 : 12, isOpaque ? 0 : faded, 0);
+        gfx.SetBlendMode(isOpaque ? kBlendAdd : kBlendAddFaded, isOpaque ? 0 : faded, 0);
         break;
     case kTransparencySubtractive:
-        gfx.SetBlendMode(isOpaque ? 5 : 17, isOpaque ? 0 : faded, 0);
+        gfx.SetBlendMode(isOpaque ? kBlendSubtract : kBlendSubtractFaded, isOpaque ? 0 : faded, 0);
         break;
     default:
         // QUIRK: the number told is the first word of the record, the bits of its red; who looks

@@ -83,7 +83,7 @@ KRE_Texture* KRE_PrintfContainer::LoadImageOf(const char* name)
 {
     const int32_t slot = images.Add();
     KRE_Texture* image = images.GetSlot(slot);
-    gfx->LoadTexture(image, name, 0, -1, -1, kOneMipLevel);
+    gfx->LoadTexture(image, name, 0, kLoadTextureUnset, -1, kOneMipLevel);
     image->slotNames[0].Assign(name);
     return image;
 }

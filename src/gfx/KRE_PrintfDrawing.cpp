@@ -7,9 +7,8 @@
 
 namespace {
 
-constexpr int32_t kTextBlendMode = 9; // by the alpha of texture and vertex
-constexpr int32_t kLeftMargin = 4;    // pixels that the clip box reaches left of the pen
-constexpr float kTexelInset = 0.01f;  // keeps a glyph from sampling its neighbour
+constexpr int32_t kLeftMargin = 4;   // pixels that the clip box reaches left of the pen
+constexpr float kTexelInset = 0.01f; // keeps a glyph from sampling its neighbour
 constexpr float kSizeInset = 0.02f;
 constexpr float kPixelCentre = 0.25f;
 constexpr float kShadowDrop = 0.1f; // of the letter's height
@@ -215,7 +214,7 @@ void KRE_PrintfContainer::Flush()
     if (writtenVertices == 0)
         return;
     quadList.Unlock();
-    gfx->SetBlendMode(kTextBlendMode, 255, 0);
+    gfx->SetBlendMode(kBlendAlpha, 255, 0);
     gfx->SetTexture(batchTexture);
     gfx->DrawTriangleList(quadList, nullptr, writtenVertices / 3);
     writtenVertices = 0;

@@ -42,7 +42,7 @@ std::unique_ptr<KRE_Texture> KRE_TextureCatalogue::Load(const TextureData& data)
     auto texture = std::make_unique<KRE_Texture>();
     String path;
     if (gfx.FindTextureFile(&path, data.file.c_str(), "")) {
-        const int32_t mode = data.stretch ? -1 : KRE_Gfx::kNoStretch;
+        const int32_t mode = data.stretch ? int32_t{kLoadTextureUnset} : KRE_Gfx::kNoStretch;
         gfx.LoadTexture(texture.get(), path.c_str(), data.colorKey, mode, -1, kFullMipChain);
     } else {
         gfx.MakePlaceholder(texture.get());

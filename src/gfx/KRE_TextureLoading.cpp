@@ -15,16 +15,16 @@ constexpr const char* kVideoPrefix = ">>Video";
 constexpr size_t kVideoPrefixLength = 7;
 
 struct LoadMode {
-    int32_t mode;
+    KRE_LoadMode mode;
     DWORD usage;
     D3DPOOL pool;
 };
 
 constexpr LoadMode kLoadModes[] = {
-    {0, 0, D3DPOOL_MANAGED},
-    {1, 0, D3DPOOL_DEFAULT},
-    {2, 0, D3DPOOL_MANAGED},
-    {3, D3DUSAGE_RENDERTARGET, D3DPOOL_DEFAULT},
+    {kLoadTextureManaged, 0, D3DPOOL_MANAGED},
+    {kLoadTextureDefaultPool, 0, D3DPOOL_DEFAULT},
+    {kLoadTextureManagedToo, 0, D3DPOOL_MANAGED},
+    {kLoadTextureRenderTarget, D3DUSAGE_RENDERTARGET, D3DPOOL_DEFAULT},
 };
 
 const LoadMode* FindLoadMode(int32_t mode)
@@ -58,7 +58,7 @@ void KRE_TextureLoading::LoadTexture(KRE_Texture* texture, const char* file, D3D
     }
 
     // The default's bits are no flags.
-    const int32_t asked = mode == -1 ? 0 : mode;
+    const int32_t asked = mode == kLoadTextureUnset ? kLoadTextureManaged : mode;
     if (!(asked & KRE_Gfx::kKeepTexture))
         texture->FreeCurrent();
     texture->SetDevice(gfx.device.Get());

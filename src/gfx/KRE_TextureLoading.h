@@ -20,14 +20,13 @@ public:
     explicit KRE_TextureLoading(KRE_Gfx& engine) : gfx(engine) {}
 
     /// Loads a picture, a list of frames (".ifl") or a video source (">>Video" and its number) into
-    /// the current frame or slot. Files are shared by name and size. `mode` is -1, 0 or 2 for the
-    /// managed pool, 1 for the default pool, 3 for a render target. `format` is a D3DFORMAT or -1 to
-    /// choose by the file, `mipLevels` 0 the full chain. Whatever cannot be loaded is an `Error`.
+    /// the current frame or slot. Files are shared by name and size. `mode` is a KRE_LoadMode, with
+    /// flags of `KRE_Gfx`. `format` is a D3DFORMAT or -1 to choose by the file, `mipLevels` 0 the full
+    /// chain. Whatever cannot be loaded is an `Error`.
     void LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
                      int32_t format, int32_t mipLevels);
-    /// Makes an empty picture in the current frame or slot. `mode` is -1 or 4 for the managed pool, 1
-    /// for the default pool, 2 for system memory, 3 for a render target. A `format` of -1 is the
-    /// back buffer's.
+    /// Makes an empty picture in the current frame or slot. `mode` is a KRE_CreateMode. A `format` of
+    /// -1 is the back buffer's.
     void CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
                        int32_t format, int32_t mipLevels);
     /// A small grey picture, in the place of one that is missing.

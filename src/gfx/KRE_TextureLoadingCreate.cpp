@@ -8,15 +8,17 @@
 namespace {
 
 struct CreateMode {
-    int32_t mode;
+    KRE_CreateMode mode;
     DWORD usage;
     D3DPOOL pool;
 };
 
 constexpr CreateMode kCreateModes[] = {
-    {-1, 0, D3DPOOL_MANAGED},  {1, 0, D3DPOOL_DEFAULT},
-    {2, 0, D3DPOOL_SYSTEMMEM}, {3, D3DUSAGE_RENDERTARGET, D3DPOOL_DEFAULT},
-    {4, 0, D3DPOOL_MANAGED},
+    {kCreateTextureUnset, 0, D3DPOOL_MANAGED},
+    {kCreateTextureDefaultPool, 0, D3DPOOL_DEFAULT},
+    {kCreateTextureSystemMemory, 0, D3DPOOL_SYSTEMMEM},
+    {kCreateTextureRenderTarget, D3DUSAGE_RENDERTARGET, D3DPOOL_DEFAULT},
+    {kCreateTextureManaged, 0, D3DPOOL_MANAGED},
 };
 
 constexpr int32_t kPlaceholderSide = 4;
@@ -102,7 +104,7 @@ bool KRE_TextureLoading::ShareTexture(KRE_Texture& texture, const char* name)
 
 void KRE_TextureLoading::MakePlaceholder(KRE_Texture* texture)
 {
-    CreateTexture(texture, kPlaceholderSide, kPlaceholderSide, -1, -1, 1);
+    CreateTexture(texture, kPlaceholderSide, kPlaceholderSide, kCreateTextureUnset, -1, 1);
     texture->Fill(kPlaceholderColor);
     texture->Unlock();
 }
