@@ -24,8 +24,10 @@ public:
     }
 
     /// Not checked, as with a pointer.
-    T& operator[](int32_t i) const { return items.get()[i]; }
-    T* Get() const { return items.get(); }
+    T& operator[](int32_t i) { return items.get()[i]; }
+    const T& operator[](int32_t i) const { return items.get()[i]; }
+    T* Get() { return items.get(); }
+    const T* Get() const { return items.get(); }
     explicit operator bool() const { return items != nullptr; }
     void Free() { items.reset(); }
 

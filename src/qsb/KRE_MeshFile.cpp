@@ -121,8 +121,8 @@ void KRE_Mesh::SaveGeometry(File& file)
         Error("Vertex format 0x%X can not be stored", static_cast<unsigned>(fvf));
     const int64_t vertexBytes = int64_t{QSB_VertexForm(*this, kQsbCurrent).size} * vertexCount;
     const int64_t faceBytes = int64_t{kFaceBytes + kAttributeBytes} * faceCount;
-    const HeapArray<uint8_t> vertices = TryBlock(*this, vertexBytes);
-    const HeapArray<uint8_t> faces = TryBlock(*this, faceBytes);
+    HeapArray<uint8_t> vertices = TryBlock(*this, vertexBytes);
+    HeapArray<uint8_t> faces = TryBlock(*this, faceBytes);
 
     LockAll(D3DLOCK_READONLY);
     const int32_t clamped = PackVertices(vertexData, *this, vertexCount, vertices.Get());

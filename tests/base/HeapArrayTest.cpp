@@ -1,6 +1,8 @@
 #include "base/HeapArray.h"
 
 #include <limits>
+#include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -19,11 +21,20 @@ TEST(HeapArray, StartsNullAndIsFreedAgain)
 
 TEST(HeapArray, ElementsStartValueInitialised)
 {
-    const HeapArray<int32_t> array(100);
+    HeapArray<int32_t> array(100);
     for (int32_t i = 0; i < 100; ++i)
         EXPECT_EQ(array[i], 0);
     array[7] = 5;
     EXPECT_EQ(array.Get()[7], 5);
+}
+
+TEST(HeapArray, ConstArrayDoesNotLendItsElementsForWriting)
+{
+    using Array = HeapArray<int32_t>;
+    using Element = decltype(std::declval<const Array&>()[0]);
+    using Elements = decltype(std::declval<const Array&>().Get());
+    EXPECT_TRUE((std::is_same_v<Element, const int32_t&>));
+    EXPECT_TRUE((std::is_same_v<Elements, const int32_t*>));
 }
 
 TEST(HeapArray, OfNoElementsIsNotNull)
