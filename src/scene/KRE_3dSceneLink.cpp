@@ -141,6 +141,7 @@ void KRE_3dScene::ForgetObject(const KRE_3dObject* object)
     ForgetTarget(cameras, object);
     ForgetTarget(lights, object);
     for (KRE_Mesh* mesh : meshes)
-        std::replace(mesh->boneObjects.Get(), mesh->boneObjects.Get() + mesh->boneObjectCount,
-                     const_cast<KRE_3dObject*>(object), static_cast<KRE_3dObject*>(nullptr));
+        std::replace_if(
+            mesh->boneObjects.Get(), mesh->boneObjects.Get() + mesh->boneObjectCount,
+            [&](const KRE_3dObject* bone) { return bone == object; }, nullptr);
 }
