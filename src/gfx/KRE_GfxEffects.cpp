@@ -42,7 +42,8 @@ int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool use
     const int32_t id = effectManager.Acquire(name.c_str());
     if (id != -1) {
         effect->resourceId = id;
-        effect->data = static_cast<ShaderEffectData*>(effectManager.GetPointer(id));
+        effect->data =
+            static_cast<ShaderEffectData*>(effectManager.GetPointer(id))->shared_from_this();
         effect->technique = effect->data->technique;
         return 1;
     }
@@ -53,11 +54,11 @@ int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool use
         Warning(kMissing, file);
         return 0;
     }
-    auto data = std::make_unique<ShaderEffectData>();
+    auto data = std::make_shared<ShaderEffectData>();
     data->effect = CompileEffect(*this, file, usePool, flags);
     data->file = file;
     effect->resourceId = effectManager.Add(data.get(), name.c_str());
-    effect->data = data.release();
+    effect->data = std::move(data);
     effect->Initialise(file);
     if (!effect->IsUsable())
         Warning("Shader could not be validated for this GPU: '%s'", file);

@@ -26,10 +26,9 @@ void KRE_ShaderEffect::Free()
     }
     if (!data)
         return; // a technique that was asked for ahead of the load stays
-    // What was never registered has no other user.
-    if (!manager || manager->Unacquire(resourceId))
-        delete data;
-    data = nullptr;
+    if (manager)
+        manager->Unacquire(resourceId);
+    data.reset();
     resourceId = -1;
     technique = -1;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include <d3dx9.h>
 
@@ -62,8 +63,8 @@ public:
         bool set = false;
     };
 
-    ShaderEffectData* data = nullptr; ///< shared; the manager counts its users
-    KRE_Gfx* gfx = nullptr;           ///< not owned
+    std::shared_ptr<ShaderEffectData> data; ///< the manager counts its users as well
+    KRE_Gfx* gfx = nullptr;                 ///< not owned
     int32_t technique = -1; ///< index of the chosen one; set ahead of the load, no other is tried
     bool needsLights = true;
     bool needsStageIndices = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -62,9 +63,9 @@ struct EffectTechnique {
     bool hasVertexShader = false;              ///< in any pass
 };
 
-/// What all users of one effect file share. Registered with the engine's effect manager. Handles
-/// belong to the effect; null is a parameter that it does not have.
-struct ShaderEffectData {
+/// What all users of one effect file share, and own together. Registered with the engine's effect
+/// manager. Handles belong to the effect; null is a parameter that it does not have.
+struct ShaderEffectData : std::enable_shared_from_this<ShaderEffectData> {
     static constexpr int32_t kResources = 16;
     static constexpr int32_t kParams = 8;
 
