@@ -1,11 +1,17 @@
 #include "app/StartGraphics.h"
 
+#include <memory>
+
 #include "app/MainWindow.h"
 #include "app/Options.h"
 #include "gfx/KRE_Font.h"
 #include "gfx/KRE_Gfx.h"
 
 namespace {
+
+// `gGfx` and `gFont` point at these.
+std::unique_ptr<KRE_Gfx> engine;
+std::unique_ptr<KRE_Font> font;
 
 constexpr int32_t kDepthBits = 16;
 
@@ -43,9 +49,9 @@ void FreeFont()
         gGfx->currentFont = nullptr;
         gGfx->currentTexture = nullptr; // it may be the font's
     }
-    if (gFont)
-        gFont->Free();
-    delete gFont;
+    if (font)
+        font->Free();
+    font.reset();
     gFont = nullptr;
 }
 
@@ -66,10 +72,17 @@ GraphicsSettings SettingsFromOptions()
     return settings;
 }
 
+void MakeEngine()
+{
+    engine = std::make_unique<KRE_Gfx>();
+    gGfx = engine.get();
+}
+
 void StartGraphics(const GraphicsSettings& settings)
 {
-    gGfx = new KRE_Gfx;
-    gFont = new KRE_Font;
+    MakeEngine();
+    font = std::make_unique<KRE_Font>();
+    gFont = font.get();
     D3DDISPLAYMODE mode = WantedMode(settings);
     if (!settings.windowed) {
         gGfx->SelectAdapter(settings.adapter);
@@ -90,6 +103,6 @@ void ShutdownGraphics()
     if (!gGfx)
         return;
     gGfx->FreeDevice();
-    delete gGfx;
+    engine.reset();
     gGfx = nullptr;
 }

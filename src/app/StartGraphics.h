@@ -20,6 +20,10 @@ struct GraphicsSettings {
 /// What the options of the run ask for.
 GraphicsSettings SettingsFromOptions();
 
+/// Makes the engine object `gGfx`, without a device. `StartGraphics` does so first; the object is
+/// owned here until `ShutdownGraphics`.
+void MakeEngine();
+
 /// Makes the engine object `gGfx`, its device and the font `gFont`. Raises KRE_Error on failure.
 void StartGraphics(const GraphicsSettings& settings = SettingsFromOptions());
 

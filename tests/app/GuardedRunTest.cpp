@@ -1,6 +1,7 @@
 #include "app/GuardedRun.h"
 
 #include "app/MainWindow.h"
+#include "app/StartGraphics.h"
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 #include "gfx/KRE_Gfx.h"
@@ -59,10 +60,10 @@ TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
-    RunGuarded([] { gGfx = new KRE_Gfx; });
+    RunGuarded(MakeEngine);
     EXPECT_EQ(gGfx, nullptr);
     RunGuarded([] {
-        gGfx = new KRE_Gfx;
+        MakeEngine();
         Foundation().Error("number %i", 7);
     });
     EXPECT_EQ(gGfx, nullptr);
@@ -82,7 +83,7 @@ TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
                    std::to_string(CursorShowCount() - before);
         });
         gMainWindow = window.Handle();
-        gGfx = new KRE_Gfx;
+        MakeEngine();
         {
             const BoxWatch boxes;
             EXPECT_EQ(RunGuarded(end), 0);
