@@ -63,7 +63,7 @@ void MakeQuads(benchmark::State& state)
 {
     const Engine engine;
     for (auto _ : state) {
-        const HeapArray<KRE_Texture> textures(kMeshes);
+        HeapArray<KRE_Texture> textures(kMeshes);
         for (int32_t i = 0; i < kMeshes; ++i)
             textures[i].SetDevice(gGfx->device.Get());
     }
@@ -74,7 +74,7 @@ BENCHMARK(MakeQuads)->Unit(benchmark::kMillisecond);
 void MakeTexturesWithoutQuads(benchmark::State& state)
 {
     for (auto _ : state) {
-        const HeapArray<KRE_Texture> textures(kMeshes);
+        HeapArray<KRE_Texture> textures(kMeshes);
         benchmark::DoNotOptimize(textures.Get());
     }
     state.SetItemsProcessed(state.iterations() * kMeshes);
