@@ -16,11 +16,6 @@
 #include "tests/qsa/SceneFaultsOf.h"
 #include "tests/support/HiddenWindow.h"
 
-class QSALoaderTestAccess {
-public:
-    static void SetWindow(QSALoader& loader, int32_t bytes) { loader.windowBytes = bytes; }
-};
-
 namespace {
 
 /// An engine with a device, made once.
@@ -43,7 +38,7 @@ public:
     std::string Load(int32_t window)
     {
         QSALoader loader;
-        QSALoaderTestAccess::SetWindow(loader, window);
+        loader.SetWindow(window);
         KRE_3dScene scene;
         try {
             loader.Load(scene, path, kLoadBumpMaps);

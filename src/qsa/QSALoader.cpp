@@ -36,13 +36,13 @@ int32_t QSALoader::Load(KRE_3dScene& target, const char* path, uint32_t flags)
     scene = &target;
     const AtScopeEnd tidyUp{[this] { ForgetLoad(); }};
     ResetForLoad(flags == kNoFlags ? 0 : flags);
-    SplitDirectory(path, &fileDirectory);
+    SplitDirectory(path, &options.directory);
     target.Reset();
 
-    OpenText(path);
+    Open(path);
     if (ParseTopLevel() == 0)
         Warning("Encountered unexpected end of file at pos %i", TextPosition());
-    CloseText();
+    Close();
     if (!hasKeyword)
         ReportNoKeyword();
     LinkScene();
@@ -60,15 +60,8 @@ int32_t QSALoader::Load(KRE_3dScene& target, const char* path, uint32_t flags)
 
 void QSALoader::ResetForLoad(uint32_t flags)
 {
-    loadFlags = flags;
-    loadTextures = (flags & kLoadNoTextures) == 0;
-    frameSpeed = 30.0f;
-    ticksPerFrame = 160.0f;
-    firstFrame = 0;
-    lastFrame = 100;
-    UpdateTimeScale();
-    fileMajor = 1;
-    fileMinor = 0;
+    options = QSA_LoadOptions{flags, String()};
+    time = QSA_TimeScale();
     hasSkinnedMesh = false;
     hasKeyword = false;
     header = QSA_SceneHeader();
@@ -80,7 +73,7 @@ void QSALoader::ResetForLoad(uint32_t flags)
 /// Frees what only the load in hand needed, whether it came to its end or not.
 void QSALoader::ForgetLoad()
 {
-    CloseText();
+    Close();
     scene = nullptr;
     meshInfos.Clear();
     topMaterials.clear();
@@ -114,7 +107,7 @@ int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token)
     case QSA_Token::Scene:
         SkipTo('{');
         result = ParseScene();
-        UpdateTimeScale();
+        UpdateTime();
         return result;
     case QSA_Token::MaterialList:
         SkipTo('{');
@@ -148,12 +141,4 @@ int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token)
     default:
         return 0;
     }
-}
-
-void QSALoader::ReadVersion()
-{
-    int32_t version = 0;
-    ReadInt(&version);
-    fileMajor = static_cast<uint8_t>(version / 100);
-    fileMinor = static_cast<uint8_t>(version % 100);
 }

@@ -10,12 +10,12 @@
 #include "base/DynaMem.h"
 #include "base/NameIndex.h"
 #include "base/SearchTree.h"
-#include "base/TextDataFileReader.h"
-#include "qsa/QSA_Keywords.h"
+#include "qsa/QSA_LoadOptions.h"
 #include "qsa/QSA_Material.h"
 #include "qsa/QSA_MeshBuilder.h"
 #include "qsa/QSA_SceneHeader.h"
-#include "qsa/QSA_TextCursor.h"
+#include "qsa/QSA_SceneText.h"
+#include "qsa/QSA_TimeScale.h"
 #include "scene/KRE_KeyList.h"
 #include "scene/KRE_ObjectFields.h"
 
@@ -26,15 +26,6 @@ class KRE_Light;
 class KRE_Mesh;
 class KRE_RotKeyData;
 struct KRE_BoneInfo;
-
-/// Options of a scene load, as bits.
-enum QSA_LoadFlag : uint32_t {
-    kLoadSingleMipLevel = 1, ///< textures get one mip level
-    kLoadBumpMaps = 2,       ///< bump maps are loaded, and vertices get room for them
-    kLoadNoTextures = 4,
-    kLoadVertexColors = 8,  ///< vertices get diffuse and specular colours
-    kLoadSystemMemory = 16, ///< mesh buffers stay in system memory
-};
 
 /// What the import keeps of a mesh or clone until the scene is linked.
 struct QSA_MeshLoadInfo {
@@ -67,7 +58,7 @@ struct QSA_MeshCounts {
 /// Reads QSA texts into scenes: one pass over the file in memory, then the linking of what it held.
 /// One loader serves all files, one at a time. Block parsers give 0 at the block's close and 1 when
 /// the file ended inside it.
-class QSALoader : public TextDataFileReader {
+class QSALoader : public QSA_SceneText {
 public:
     QSALoader();
     ~QSALoader() override;
@@ -76,6 +67,9 @@ public:
     /// as none. A damaged file is an `Error`; a file that ends early loads as far as it goes, with a
     /// `Warning`. Always 1.
     int32_t Load(KRE_3dScene& scene, const char* path, uint32_t flags);
+
+    /// Of the file loaded last.
+    const QSA_TimeScale& Time() const { return time; }
 
     /// Of the file loaded last, or of what a loader of another format left here.
     QSA_SceneHeader header;
@@ -98,87 +92,18 @@ private:
     void ForgetLoad();
     int32_t ParseTopLevel();
     int32_t ParseTopLevelKeyword(QSA_Token token);
-    void ReadVersion();
     template <class T>
     T* CheckMemory(T* object);
     template <class T, int32_t N>
     T* AddTo(DynaMem<T, N>& list);
 
-    // --- the text: QSALoaderText.cpp. A window moves over the file; the operations of the base see
-    // the window as the whole file, so each of these makes sure first that it reaches far enough.
-    void OpenText(const char* path);
-    void CloseText();
-    bool Reach(int32_t bytes);
-    void GrowWindow(int32_t capacity);
-    int32_t TextPosition() const { return textStart + position; }
-    int32_t BytesLeft() const { return textSize - TextPosition(); }
-    int32_t SkipSpace();
-    int32_t SkipTo(char c);
-    uint8_t PeekBehindSpace();
-    int32_t ReadWord(TokenBuffer& bufferOut);
-    int32_t ReadQuoted(TokenBuffer& bufferOut);
-    int32_t ReadQuoted(String* textOut);
-    int32_t ReadInt(int32_t* valueOut);
-    int32_t ReadFloat(float* valueOut);
-    int32_t ReadVector(float (&valuesOut)[3]);
-
-    // --- the same for loops over lists, which keep their place in a cursor
-    QSA_TextCursor Cursor() const { return {data.get() + position, data.get() + size}; }
-    void MoveTo(const QSA_TextCursor& text)
-    {
-        position = static_cast<int32_t>(text.at - data.get());
-    }
-    void SkipTo(QSA_TextCursor& text, char c)
-    {
-        if (!text.TakeThrough(c))
-            SkipToSlowly(text, c);
-    }
-    uint8_t PeekBehindSpace(QSA_TextCursor& text)
-    {
-        text.SkipSpace();
-        return text.at < text.end ? *text.at : PeekSlowly(text);
-    }
-    void ReadInt(QSA_TextCursor& text, int32_t* valueOut)
-    {
-        if (!text.TakeInt(valueOut))
-            ReadIntSlowly(text, valueOut);
-    }
-    void ReadFloat(QSA_TextCursor& text, float* valueOut)
-    {
-        if (!text.TakeFloat(valueOut))
-            ReadFloatSlowly(text, valueOut);
-    }
-    void ReadVector(QSA_TextCursor& text, float (&valuesOut)[3])
-    {
-        ReadFloat(text, &valuesOut[0]);
-        for (size_t i = 1; i < 3; ++i) {
-            if (PeekBehindSpace(text) == ',')
-                ++text.at;
-            ReadFloat(text, &valuesOut[i]);
-        }
-    }
-    void SkipToSlowly(QSA_TextCursor& text, char c);
-    uint8_t PeekSlowly(QSA_TextCursor& text);
-    void ReadIntSlowly(QSA_TextCursor& text, int32_t* valueOut);
-    void ReadFloatSlowly(QSA_TextCursor& text, float* valueOut);
-
-    // --- tokens: QSALoaderTokens.cpp
-    QSA_Token NextToken();
-    QSA_Token NextToken(QSA_TextCursor& text);
-    bool FileVersionAtLeast(int32_t major, int32_t minor) const;
-    /// Hands the tokens of the block in hand to `take(token)` up to the block's close, or until it
-    /// gives something else than 0.
-    template <class Take>
-    int32_t ParseBlock(Take take);
-
     // --- scene and atmosphere: QSALoaderScene.cpp
     int32_t ParseScene();
-    void UpdateTimeScale();
+    void UpdateTime();
     int32_t ParseEnvMap();
     void LoadEnvironment(const char* name);
     int32_t ParseAtmospheric();
     int32_t ParseStdFog();
-    void ReadColour(uint32_t* colour);
 
     // --- materials: QSALoaderMaterials.cpp
     int32_t ParseMaterialList();
@@ -187,7 +112,6 @@ private:
     void OpenMaterial(QSA_Material* material, std::vector<QSA_Material*>* open);
     int32_t ParseMaterialKeyword(QSA_Token token, QSA_Material* material);
     void ReadMaterialName(QSA_Material* material);
-    void ReadMaterialColour(D3DCOLORVALUE* colour);
     void ReadTransparencyType(KRE_MaterialInfo* render);
     void FinishMaterials();
     void FinishMaterial(QSA_Material* material);
@@ -199,7 +123,6 @@ private:
     int32_t ReadEndCondition(int32_t* conditionOut);
     int32_t ParseMapAnimation(QSA_MapAnimation* animation);
     int32_t ParseMapKeys(std::vector<KRE_FloatKey>* keysOut);
-    int32_t MipLevels() const;
     bool LoadMapTexture(const QSA_Map& map, KRE_Texture* texture, const char* text);
     void AttachMapAnimation(const QSA_Map& map, KRE_Texture* texture, int32_t slot);
     void LoadMaterialTextures(QSA_Material* material);
@@ -228,7 +151,6 @@ private:
     void FinishLight(KRE_Light* light, const char* typeWord);
     int32_t ParseTransform(Transform* transformOut);
     void ReadMatrixRow(D3DXMATRIX* matrix, int row);
-    void ReadVector(D3DXVECTOR3* vectorOut);
     void FindMirroredAxes(Transform* transform);
     int32_t ParseNodeTransform(KRE_3dObject* object);
     int32_t ParsePivot(KRE_3dObject* object);
@@ -241,8 +163,6 @@ private:
     void ParseRotationKey(QSA_TextCursor& text, QSA_Token token, KRE_3dObject* object,
                           float* highestTime);
     void AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key);
-    void ReadVector(QSA_TextCursor& text, D3DXVECTOR3* vectorOut);
-    float TicksToSeconds(float ticks) const;
     template <class Key>
     void FinishKeyList(KRE_KeyList<Key>& keys);
     void FinishKeys(KRE_3dObject* object);
@@ -299,27 +219,9 @@ private:
     void PassOnGeometry(const String& takenMesh);
     static void FillUpMaterials(KRE_Mesh* mesh);
 
-    FileStream textFile;        ///< owned; open while its text is being read
-    int32_t textSize = 0;       ///< bytes of the file
-    int32_t textStart = 0;      ///< where in the file the window begins
-    int32_t windowCapacity = 0; ///< bytes of text that `data` has room for
-    /// Of an ordinary window: it fits the processor's cache, so that text is read from there and not
-    /// from memory.
-    int32_t windowBytes = 256 * 1024;
-
     KRE_3dScene* scene = nullptr; ///< not owned, the one in hand
-    uint32_t loadFlags = 0;       ///< `QSA_LoadFlag`s
-    bool loadTextures = true;
-    String fileDirectory; ///< of the file in hand; where its textures are looked for first
-
-    uint8_t fileMajor = 1;
-    uint8_t fileMinor = 0;
-    float frameSpeed = 30.0f; ///< frames a second
-    float ticksPerFrame = 160.0f;
-    float secondsPerTick = 0.0f;
-    float duration = 0.0f; ///< seconds
-    int32_t firstFrame = 0;
-    int32_t lastFrame = 100;
+    QSA_LoadOptions options;      ///< of the load in hand
+    QSA_TimeScale time;           ///< of the file loaded last
 
     bool hasSkinnedMesh = false;
     bool hasKeyword = false; ///< one of the format, outside of stray braces
@@ -345,18 +247,6 @@ T* QSALoader::CheckMemory(T* object)
     if (!object)
         Error("Not enough memory for the scene");
     return object;
-}
-
-template <class Take>
-int32_t QSALoader::ParseBlock(Take take)
-{
-    for (;;) {
-        const QSA_Token token = NextToken();
-        if (token == QSA_Token::BlockEnd)
-            return 0;
-        if (token == QSA_Token::EndOfFile || take(token) != 0)
-            return 1;
-    }
 }
 
 /// Adds an object to a list of the scene, which owns it.

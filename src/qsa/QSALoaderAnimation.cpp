@@ -45,33 +45,26 @@ int32_t QSALoader::ParseNodeAnimation(KRE_3dObject* object)
     });
 }
 
-void QSALoader::ReadVector(QSA_TextCursor& text, D3DXVECTOR3* vectorOut)
-{
-    float values[3];
-    ReadVector(text, values);
-    *vectorOut = {values[0], values[1], values[2]};
-}
-
 int32_t QSALoader::ParsePositionKeys(KRE_3dObject* object)
 {
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::BezierPosKey;
-        if (text.TakeKeyword("*CONTROL_POS_SAMPLE"))
+        if (cursor.TakeKeyword("*CONTROL_POS_SAMPLE"))
             token = QSA_Token::LinearPosKey;
-        else if (!text.TakeKeyword("*CONTROL_BEZIER_POS_KEY"))
-            token = NextToken(text);
+        else if (!cursor.TakeKeyword("*CONTROL_BEZIER_POS_KEY"))
+            token = NextToken(cursor);
 
         if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
             return token == QSA_Token::EndOfFile ? 1 : 0;
         if (token != QSA_Token::LinearPosKey && token != QSA_Token::BezierPosKey)
             continue;
         KRE_PosKeyData key;
-        ReadFloat(text, &key.time);
-        ReadVector(text, &key.value);
+        ReadFloat(cursor, &key.time);
+        ReadVector(cursor, &key.value);
         if (token == QSA_Token::BezierPosKey) {
-            ReadVector(text, &key.inTangent);
-            ReadVector(text, &key.outTangent);
+            ReadVector(cursor, &key.inTangent);
+            ReadVector(cursor, &key.outTangent);
             key.interpolation = kKeyBezier;
         }
         object->AddPosKey(key);
@@ -82,21 +75,21 @@ int32_t QSALoader::ParsePositionKeys(KRE_3dObject* object)
 /// part of the format.
 int32_t QSALoader::ParseScaleKeys(KRE_3dObject* object)
 {
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::BezierScaleKey;
-        if (text.TakeKeyword("*CONTROL_SCALE_SAMPLE"))
+        if (cursor.TakeKeyword("*CONTROL_SCALE_SAMPLE"))
             token = QSA_Token::LinearScaleKey;
-        else if (!text.TakeKeyword("*CONTROL_BEZIER_SCALE_KEY"))
-            token = NextToken(text);
+        else if (!cursor.TakeKeyword("*CONTROL_BEZIER_SCALE_KEY"))
+            token = NextToken(cursor);
 
         if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
             return token == QSA_Token::EndOfFile ? 1 : 0;
         if (token != QSA_Token::LinearScaleKey && token != QSA_Token::BezierScaleKey)
             continue;
         KRE_ScaleKeyData key;
-        ReadFloat(text, &key.time);
-        ReadVector(text, &key.value);
+        ReadFloat(cursor, &key.time);
+        ReadVector(cursor, &key.value);
         key.value = {std::fabs(key.value.x), std::fabs(key.value.y), std::fabs(key.value.z)};
         key.interpolation = token == QSA_Token::BezierScaleKey ? kKeyBezier : kKeyLinear;
         object->AddScaleKey(key);
@@ -106,38 +99,38 @@ int32_t QSALoader::ParseScaleKeys(KRE_3dObject* object)
 int32_t QSALoader::ParseRotationKeys(KRE_3dObject* object)
 {
     float highestTime = kBeforeAllTimes;
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::TcbRotKey;
-        if (text.TakeKeyword("*CONTROL_ROT_SAMPLE"))
+        if (cursor.TakeKeyword("*CONTROL_ROT_SAMPLE"))
             token = QSA_Token::LinearRotKey;
-        else if (!text.TakeKeyword("*CONTROL_TCB_ROT_KEY"))
-            token = NextToken(text);
+        else if (!cursor.TakeKeyword("*CONTROL_TCB_ROT_KEY"))
+            token = NextToken(cursor);
 
         if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
             return token == QSA_Token::EndOfFile ? 1 : 0;
         if (token == QSA_Token::LinearRotKey || token == QSA_Token::TcbRotKey)
-            ParseRotationKey(text, token, object, &highestTime);
+            ParseRotationKey(cursor, token, object, &highestTime);
     }
 }
 
-void QSALoader::ParseRotationKey(QSA_TextCursor& text, QSA_Token token, KRE_3dObject* object,
+void QSALoader::ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, KRE_3dObject* object,
                                  float* highestTime)
 {
     KRE_RotKeyData key;
-    ReadFloat(text, &key.time);
+    ReadFloat(cursor, &key.time);
     if (key.time < *highestTime) {
         Warning("Skipped wrong order rotation key in file: %s", fileName);
         return;
     }
     *highestTime = key.time;
-    ReadVector(text, &key.axis);
+    ReadVector(cursor, &key.axis);
     key.axis = {-key.axis.x, -key.axis.y, -key.axis.z};
-    ReadFloat(text, &key.angle);
+    ReadFloat(cursor, &key.angle);
     if (token == QSA_Token::TcbRotKey) {
         key.interpolation = kKeyTcb;
         for (float* value : {&key.tension, &key.continuity, &key.bias, &key.easeIn, &key.easeOut})
-            ReadFloat(text, value);
+            ReadFloat(cursor, value);
     } else if (key.angle > kHalfTurn && key.angle < kFullTurn) {
         key.angle = static_cast<float>(key.angle - kFullTurn);
     }
@@ -161,7 +154,7 @@ void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
         Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
               static_cast<double>(key.angle));
     keyParts += static_cast<int64_t>(turns);
-    if (keyParts > kMaxFileKeyParts + textSize / kBytesPerKeyPart)
+    if (keyParts > kMaxFileKeyParts + TextSize() / kBytesPerKeyPart)
         Error("Object '%s' turns too far: %lli rotation keys in one file", object->name.c_str(),
               static_cast<long long>(keyParts));
 
@@ -184,11 +177,6 @@ void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
     }
 }
 
-float QSALoader::TicksToSeconds(float ticks) const
-{
-    return (ticks - static_cast<float>(firstFrame) * ticksPerFrame) * secondsPerTick;
-}
-
 /// Scales the tangents of a leading run of Bezier keys by the distance to their neighbours, still in
 /// ticks, and turns all times to seconds.
 template <class Key>
@@ -204,7 +192,7 @@ void QSALoader::FinishKeyList(KRE_KeyList<Key>& keys)
             key->inTangent *= ticks - previousTicks;
         if (isLeadingRun && key->next)
             key->outTangent *= key->next->time - ticks;
-        key->time = TicksToSeconds(ticks);
+        key->time = time.TicksToSeconds(ticks);
         previousTicks = ticks;
     }
     keys.TimesChanged();
@@ -216,7 +204,7 @@ void QSALoader::FinishKeys(KRE_3dObject* object)
     FinishKeyList(object->posKeys);
     FinishKeyList(object->scaleKeys);
     for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next.get()) {
-        key->time = TicksToSeconds(key->time);
+        key->time = time.TicksToSeconds(key->time);
         if (key->interpolation == kKeyTcb)
             ComputeInnerControls(*key);
     }

@@ -87,7 +87,7 @@ void QSALoader::FinishMesh(KRE_Mesh* mesh)
         KeepMeshInfo(mesh);
         return;
     }
-    if (fileMajor == 1)
+    if (FileMajor() == 1)
         D3DXMatrixIdentity(&mesh->pivotTM);
     BuildMesh(mesh);
     builder.Clear();
@@ -137,7 +137,7 @@ void QSALoader::BuildMesh(KRE_Mesh* mesh)
     const int32_t faces = static_cast<int32_t>(builder.faces.size()) - builder.invalidFaceCount;
     gGfx->CreateMesh(
         mesh, faces, static_cast<int32_t>(builder.built.size()), builder.attributeCount, fvf,
-        (loadFlags & kLoadSystemMemory) ? KRE_Gfx::kMeshSystemMemory : 0, mesh->bones.Count());
+        options.Has(kLoadSystemMemory) ? KRE_Gfx::kMeshSystemMemory : 0, mesh->bones.Count());
     ApplyMaterials(mesh, material);
     mesh->LockAll(0);
     WriteFaces(mesh);
@@ -169,7 +169,7 @@ DWORD QSALoader::ChooseVertexFormat(const KRE_Mesh* mesh, const QSA_Material* ma
         geometry.weightCount = 2;
     }
     DWORD fvf = kFormats[geometry.weightCount];
-    if (loadFlags & kLoadVertexColors)
+    if (options.Has(kLoadVertexColors))
         fvf |= D3DFVF_DIFFUSE | D3DFVF_SPECULAR;
 
     int32_t sets = 0;

@@ -27,10 +27,10 @@ std::vector<std::string_view> SortedNames(KRE_3dScene& scene)
 
 void QSALoader::LinkScene()
 {
-    header.firstFrame = static_cast<float>(firstFrame);
-    header.lastFrame = static_cast<float>(lastFrame);
+    header.firstFrame = static_cast<float>(time.firstFrame);
+    header.lastFrame = static_cast<float>(time.lastFrame);
     scene->LinkObjects(*scene);
-    scene->SetLoopEnd(duration);
+    scene->SetLoopEnd(time.Duration());
     FinishAllKeys();
     for (KRE_Mesh* mesh : scene->meshes) {
         if (!mesh->cloneSource.IsEmpty())
@@ -39,8 +39,7 @@ void QSALoader::LinkScene()
     ResolveClones(*scene, *this);
     CheckCloneMaterials();
     if (!TakeBoundsObject()) {
-        const double start = frameSpeed != 0.0f ? double{header.firstFrame} / frameSpeed : 0.0;
-        scene->Update(start, 1);
+        scene->Update(time.StartSeconds(), 1);
         scene->ComputeBounds();
         if (hasSkinnedMesh)
             Warning("Skinned meshes without 'Bounds' object");

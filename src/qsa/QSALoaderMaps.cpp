@@ -189,20 +189,17 @@ int32_t QSALoader::ParseMapKeys(std::vector<KRE_FloatKey>* keysOut)
 
 // ---- Loading the pictures
 
-int32_t QSALoader::MipLevels() const
-{
-    return (loadFlags & kLoadSingleMipLevel) != 0 ? 1 : 0;
-}
-
 /// Looks for a map's file and loads it into the current slot. False, with a warning, if there is no
 /// such file; `text` holds one %s for the name. The name stays in the slot either way.
 bool QSALoader::LoadMapTexture(const QSA_Map& map, KRE_Texture* texture, const char* text)
 {
     String path;
-    const bool isFound = gGfx->FindTextureFile(&path, map.bitmap.c_str(), fileDirectory.c_str());
+    const bool isFound =
+        gGfx->FindTextureFile(&path, map.bitmap.c_str(), options.directory.c_str());
     if (isFound) {
-        gGfx->LoadTexture(texture, path.c_str(), 0, -1, -1, MipLevels());
-        texture->loadOptions = loadFlags & kLoadSingleMipLevel; // only a load leaves its options
+        gGfx->LoadTexture(texture, path.c_str(), 0, -1, -1, options.MipLevels());
+        texture->loadOptions =
+            options.flags & kLoadSingleMipLevel; // only a load leaves its options
     } else {
         Warning(text, map.bitmap.c_str());
     }
@@ -249,7 +246,7 @@ void QSALoader::LoadOwnTextures(QSA_Material* material)
         render.transparent = 1;
     const bool hasMaps = material->HasMap(kMapReflect) || material->HasMap(kMapDiffuse) ||
                          material->HasMap(kMapBump);
-    if (!hasMaps || !loadTextures)
+    if (!hasMaps || options.Has(kLoadNoTextures))
         return;
     material->texture = std::make_unique<KRE_Texture>();
     int32_t slot = 0;
@@ -296,8 +293,8 @@ void QSALoader::LoadDiffuseMap(QSA_Material* material, int32_t* slot)
     SelectSlotOf(map, material, *slot);
     if (!LoadMapTexture(map, texture, "Can not open diffuse map '%s'"))
         return;
-    texture->SetSequenceTiming(1.0f / (map.playbackRate * frameSpeed), map.startFrame / frameSpeed,
-                               map.endCondition);
+    texture->SetSequenceTiming(1.0f / (map.playbackRate * time.frameSpeed),
+                               map.startFrame / time.frameSpeed, map.endCondition);
     if (render.transparent == 0)
         render.transparent = texture->HasAlpha() ? 1 : 0;
     texture->SetStage(*slot, StageDiffuse, 1.0f);
@@ -315,7 +312,7 @@ void QSALoader::LoadBumpMap(QSA_Material* material, int32_t slot)
     SelectSlotOf(map, material, slot);
     // Also without a picture: a file that is saved from here must not show it as a colour map.
     texture->SetStage(slot, StageBump, texture->slots[slot].param);
-    if ((loadFlags & kLoadBumpMaps) == 0) {
+    if (!options.Has(kLoadBumpMaps)) {
         texture->slotNames[slot] = map.bitmap;
         return;
     }

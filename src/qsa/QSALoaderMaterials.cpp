@@ -76,16 +76,16 @@ int32_t QSALoader::ParseMaterialKeyword(QSA_Token token, QSA_Material* material)
         ReadMaterialName(material);
         return 0;
     case QSA_Token::MaterialDiffuse:
-        ReadMaterialColour(&material->diffuse);
+        ReadColour(&material->diffuse);
         return 0;
     case QSA_Token::MaterialAmbient:
-        ReadMaterialColour(&material->ambient);
+        ReadColour(&material->ambient);
         return 0;
     case QSA_Token::MaterialSpecular:
-        ReadMaterialColour(&material->specular);
+        ReadColour(&material->specular);
         return 0;
     case QSA_Token::MaterialSelfIllumColor:
-        ReadMaterialColour(&material->selfIllum);
+        ReadColour(&material->selfIllum);
         return 0;
     case QSA_Token::MaterialShineStrength:
         ReadFloat(&material->shineStrength);
@@ -128,13 +128,6 @@ void QSALoader::ReadMaterialName(QSA_Material* material)
         return;
     material->name.Assign(name);
     ParseEffectAttributes(name, &material->render.effectParams);
-}
-
-void QSALoader::ReadMaterialColour(D3DCOLORVALUE* colour)
-{
-    float rgb[3];
-    ReadVector(rgb);
-    *colour = {rgb[0], rgb[1], rgb[2], 1.0f};
 }
 
 /// QUIRK: the type counts only behind a transparency above 0; exporters write it in that order.
@@ -181,7 +174,7 @@ void QSALoader::FinishMaterial(QSA_Material* material)
 
     material->hasDiffuse = material->HasMap(kMapDiffuse);
     material->hasReflect = material->HasMap(kMapReflect);
-    material->hasBump = material->HasMap(kMapBump) && (loadFlags & kLoadBumpMaps) != 0;
+    material->hasBump = material->HasMap(kMapBump) && options.Has(kLoadBumpMaps);
     for (const QSA_Material* child : material->subMaterials) {
         material->hasDiffuse = material->hasDiffuse || child->HasMap(kMapDiffuse);
         material->hasReflect = material->hasReflect || child->HasMap(kMapReflect);

@@ -98,7 +98,7 @@ void QSALoader::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
         // Faces that are announced and never given are dropped one by one, with a warning each: held
         // against the whole file, they cannot cost more than it.
         announcedFaces += number;
-        if (announcedFaces > textSize)
+        if (announcedFaces > TextSize())
             Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
     }
     counts[list] = {number, true};
@@ -139,52 +139,52 @@ void QSALoader::CheckEntry(int32_t index, int32_t expected, QSA_MeshList list, c
 
 int32_t QSALoader::ParseVertexList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (int32_t expected = 0;;) {
-        if (!text.TakeKeyword("*MESH_VERTEX")) {
-            const QSA_Token token = NextToken(text);
+        if (!cursor.TakeKeyword("*MESH_VERTEX")) {
+            const QSA_Token token = NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
                 return token == QSA_Token::EndOfFile ? 1 : 0;
             if (token != QSA_Token::MeshVertex)
                 continue;
         }
         int32_t index = 0;
-        ReadInt(text, &index);
+        ReadInt(cursor, &index);
         CheckEntry(index, expected, kVertexList, mesh);
-        ReadVector(text, EntryAt(builder.vertices, expected++).position);
+        ReadVector(cursor, EntryAt(builder.vertices, expected++).position);
     }
 }
 
 int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (int32_t expected = 0;;) {
         QSA_Token token = QSA_Token::MeshFace;
-        text.SkipLineRest();
-        if (text.TakeKeyword("*MESH_SMOOTHING"))
+        cursor.SkipLineRest();
+        if (cursor.TakeKeyword("*MESH_SMOOTHING"))
             token = QSA_Token::MeshSmoothing;
-        else if (text.TakeKeyword("*MESH_MTLID"))
+        else if (cursor.TakeKeyword("*MESH_MTLID"))
             token = QSA_Token::MeshMaterialId;
-        else if (!text.TakeKeyword("*MESH_FACE"))
-            token = NextToken(text);
+        else if (!cursor.TakeKeyword("*MESH_FACE"))
+            token = NextToken(cursor);
 
         QSA_SourceFace* const last =
             expected > 0 ? &builder.faces[static_cast<size_t>(expected - 1)] : nullptr;
         switch (token) {
         case QSA_Token::BlockEnd:
         case QSA_Token::EndOfFile:
-            MoveTo(text);
+            MoveTo(cursor);
             return token == QSA_Token::EndOfFile ? 1 : 0;
         case QSA_Token::MeshFace:
-            ParseFace(text, expected++, mesh);
+            ParseFace(cursor, expected++, mesh);
             break;
         case QSA_Token::MeshSmoothing:
             if (last)
-                ParseSmoothing(text, last, mesh);
+                ParseSmoothing(cursor, last, mesh);
             break;
         case QSA_Token::MeshMaterialId:
             if (last)
-                ReadInt(text, &last->material);
+                ReadInt(cursor, &last->material);
             break;
         default:
             break;
@@ -194,30 +194,30 @@ int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
 
 /// A face's corners: each a letter, a colon and a vertex index. Edge flags behind them are skipped
 /// with the rest of the line.
-void QSALoader::ParseFace(QSA_TextCursor& text, int32_t expected, const KRE_Mesh* mesh)
+void QSALoader::ParseFace(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh)
 {
     int32_t index = 0;
-    ReadInt(text, &index);
+    ReadInt(cursor, &index);
     CheckEntry(index, expected, kFaceList, mesh);
     QSA_SourceFace& face = EntryAt(builder.faces, expected);
     for (size_t c = 0; c < 3; ++c) {
-        SkipTo(text, static_cast<char>('A' + c));
-        SkipTo(text, ':');
+        SkipTo(cursor, static_cast<char>('A' + c));
+        SkipTo(cursor, ':');
         int32_t corner = 0;
-        ReadInt(text, &corner);
+        ReadInt(cursor, &corner);
         face.vertex[c] = CutCorner(corner, kFaceList);
     }
 }
 
 /// Group numbers with commas between them, or nothing at all.
-void QSALoader::ParseSmoothing(QSA_TextCursor& text, QSA_SourceFace* face, const KRE_Mesh* mesh)
+void QSALoader::ParseSmoothing(QSA_TextCursor& cursor, QSA_SourceFace* face, const KRE_Mesh* mesh)
 {
     face->smoothing.Clear();
-    if (PeekBehindSpace(text) == '*')
+    if (PeekBehindSpace(cursor) == '*')
         return;
     for (int32_t number = 0;; ++number) {
         int32_t group = 0;
-        ReadInt(text, &group);
+        ReadInt(cursor, &group);
         if (number < kMaxSmoothingGroups) {
             face->smoothing.Add(group);
         } else if (!smoothingCut) {
@@ -225,50 +225,50 @@ void QSALoader::ParseSmoothing(QSA_TextCursor& text, QSA_SourceFace* face, const
             Warning("More than %i smoothing groups on a face in mesh '%s'", kMaxSmoothingGroups,
                     mesh->name.c_str());
         }
-        if (PeekBehindSpace(text) != ',')
+        if (PeekBehindSpace(cursor) != ',')
             return;
-        ++text.at;
+        ++cursor.at;
     }
 }
 
 int32_t QSALoader::ParseTVertexList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (int32_t expected = 0;;) {
-        if (!text.TakeKeyword("*MESH_TVERT")) {
-            const QSA_Token token = NextToken(text);
+        if (!cursor.TakeKeyword("*MESH_TVERT")) {
+            const QSA_Token token = NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
                 return token == QSA_Token::EndOfFile ? 1 : 0;
             if (token != QSA_Token::MeshTVert)
                 continue;
         }
         int32_t index = 0;
-        ReadInt(text, &index);
+        ReadInt(cursor, &index);
         CheckEntry(index, expected, kTVertexList, mesh);
         float value[3];
-        ReadVector(text, value);
+        ReadVector(cursor, value);
         EntryAt(builder.tVertices, expected++) = {value[0], 1.0f - value[1], value[2]};
     }
 }
 
 int32_t QSALoader::ParseTFaceList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (int32_t expected = 0;;) {
-        if (!text.TakeKeyword("*MESH_TFACE")) {
-            const QSA_Token token = NextToken(text);
+        if (!cursor.TakeKeyword("*MESH_TFACE")) {
+            const QSA_Token token = NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
                 return token == QSA_Token::EndOfFile ? 1 : 0;
             if (token != QSA_Token::MeshTFace)
                 continue;
         }
         int32_t index = 0;
-        ReadInt(text, &index);
+        ReadInt(cursor, &index);
         CheckEntry(index, expected, kTFaceList, mesh);
         QSA_TextureFace& face = EntryAt(builder.tFaces, expected++);
         for (uint16_t& vertex : face.vertex) {
             int32_t corner = 0;
-            ReadInt(text, &corner);
+            ReadInt(cursor, &corner);
             vertex = CutCorner(corner, kTFaceList);
         }
     }

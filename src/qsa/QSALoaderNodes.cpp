@@ -222,13 +222,6 @@ int32_t QSALoader::ParseTransform(Transform* transformOut)
     return result;
 }
 
-void QSALoader::ReadVector(D3DXVECTOR3* vectorOut)
-{
-    float values[3];
-    ReadVector(values);
-    *vectorOut = {values[0], values[1], values[2]};
-}
-
 void QSALoader::ReadMatrixRow(D3DXMATRIX* matrix, int row)
 {
     float values[3];

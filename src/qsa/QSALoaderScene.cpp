@@ -12,39 +12,39 @@ uint32_t ColourByte(float part)
     return static_cast<uint32_t>(ToInt32(part * 255.0)) & 0xFF;
 }
 
-} // namespace
-
 /// Reads red, green and blue into a colour and leaves its alpha.
-void QSALoader::ReadColour(uint32_t* colour)
+void ReadPackedColour(QSA_SceneText& text, uint32_t* colour)
 {
     float parts[3];
-    ReadVector(parts);
+    text.ReadVector(parts);
     *colour = (*colour & 0xFF000000) | ColourByte(parts[0]) << 16 | ColourByte(parts[1]) << 8 |
               ColourByte(parts[2]);
 }
+
+} // namespace
 
 int32_t QSALoader::ParseScene()
 {
     return ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::SceneBackgroundStatic:
-            ReadColour(&scene->backgroundColor);
+            ReadPackedColour(*this, &scene->backgroundColor);
             break;
         case QSA_Token::SceneAmbientStatic:
-            ReadColour(&scene->ambientColor);
+            ReadPackedColour(*this, &scene->ambientColor);
             break;
         case QSA_Token::SceneFirstFrame:
-            ReadInt(&firstFrame);
+            ReadInt(&time.firstFrame);
             break;
         case QSA_Token::SceneLastFrame:
-            ReadInt(&lastFrame);
+            ReadInt(&time.lastFrame);
             break;
         case QSA_Token::SceneFrameSpeed:
-            ReadFloat(&frameSpeed);
-            header.frameSpeed = frameSpeed;
+            ReadFloat(&time.frameSpeed);
+            header.frameSpeed = time.frameSpeed;
             break;
         case QSA_Token::SceneTicksPerFrame:
-            ReadFloat(&ticksPerFrame);
+            ReadFloat(&time.ticksPerFrame);
             break;
         case QSA_Token::SceneEnvMap:
             SkipTo('{');
@@ -62,18 +62,11 @@ int32_t QSALoader::ParseScene()
     });
 }
 
-/// To be called when the time scale is read: a scene without speed stands still.
-void QSALoader::UpdateTimeScale()
+void QSALoader::UpdateTime()
 {
-    if (frameSpeed == 0.0f || ticksPerFrame == 0.0f) {
+    if (!time.Update())
         Warning("Scene without speed: %g frames a second, %g ticks a frame",
-                static_cast<double>(frameSpeed), static_cast<double>(ticksPerFrame));
-        secondsPerTick = 0.0f;
-        duration = 0.0f;
-        return;
-    }
-    secondsPerTick = 1.0f / (ticksPerFrame * frameSpeed);
-    duration = static_cast<float>(int64_t{lastFrame} - firstFrame) / frameSpeed;
+                static_cast<double>(time.frameSpeed), static_cast<double>(time.ticksPerFrame));
 }
 
 /// Looks for the picture once for each block, however often the block names one.
@@ -86,7 +79,7 @@ int32_t QSALoader::ParseEnvMap()
             isNamed = true;
         return 0;
     });
-    if (isNamed && loadTextures)
+    if (isNamed && !options.Has(kLoadNoTextures))
         LoadEnvironment(name);
     return result;
 }
@@ -95,8 +88,8 @@ void QSALoader::LoadEnvironment(const char* name)
 {
     KRE_Texture& texture = scene->backgroundTexture;
     String path;
-    if (gGfx->FindTextureFile(&path, name, fileDirectory.c_str()))
-        gGfx->LoadTexture(&texture, path.c_str(), 0, -1, -1, MipLevels());
+    if (gGfx->FindTextureFile(&path, name, options.directory.c_str()))
+        gGfx->LoadTexture(&texture, path.c_str(), 0, -1, -1, options.MipLevels());
     else
         Warning("Can not open environment texture file %s", name);
     texture.slotNames[texture.currentSlot].Assign(name);
@@ -118,7 +111,7 @@ int32_t QSALoader::ParseStdFog()
     return ParseBlock([&](QSA_Token token) {
         if (token == QSA_Token::FogColor) {
             scene->settings.fogColor = 0xFF000000;
-            ReadColour(&scene->settings.fogColor);
+            ReadPackedColour(*this, &scene->settings.fogColor);
         }
         return 0;
     });

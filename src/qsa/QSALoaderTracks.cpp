@@ -105,13 +105,13 @@ int32_t QSALoader::ParseColourTrack(KRE_ColorTrack* track)
             return 0;
         KRE_ColorKey& key = keys.emplace_back();
         ReadFloat(&key.time);
-        ReadMaterialColour(&key.value);
+        ReadColour(&key.value);
         if (isLinearKey) {
             isLinear = true; // one such key makes the whole track linear
             return 0;
         }
-        ReadMaterialColour(&key.inTangent);
-        ReadMaterialColour(&key.outTangent);
+        ReadColour(&key.inTangent);
+        ReadColour(&key.outTangent);
         key.inTangent.a = key.outTangent.a = 0.0f;
         return 0;
     });
@@ -164,7 +164,7 @@ void QSALoader::FinishTrack(KRE_ArrayTrack<Key>& track)
             Scale(track.Key(i).outTangent, track.Key(i + 1).time - track.Key(i).time);
     }
     for (int32_t i = 0; i < number; ++i)
-        track.Key(i).time = TicksToSeconds(track.Key(i).time);
+        track.Key(i).time = time.TicksToSeconds(track.Key(i).time);
 }
 
 template void QSALoader::FinishTrack(KRE_ArrayTrack<KRE_ColorKey>& track);

@@ -58,35 +58,35 @@ int32_t QSALoader::ParseBoneWeight(KRE_Mesh* mesh)
 {
     TokenBuffer boneName = "";
     int32_t bone = 0;
-    QSA_TextCursor text = Cursor();
+    QSA_TextCursor cursor = Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::IndexWeight;
-        if (!text.TakeKeyword("*INDEX_WEIGHT"))
-            token = NextToken(text);
+        if (!cursor.TakeKeyword("*INDEX_WEIGHT"))
+            token = NextToken(cursor);
         switch (token) {
         case QSA_Token::BlockEnd:
             return 0;
         case QSA_Token::EndOfFile:
             return 1;
         case QSA_Token::BoneName:
-            MoveTo(text);
+            MoveTo(cursor);
             ReadQuoted(boneName);
-            text = Cursor();
+            cursor = Cursor();
             break;
         case QSA_Token::BoneInitTM: {
-            MoveTo(text);
+            MoveTo(cursor);
             Transform transform;
             if (ParseTransform(&transform) != 0)
                 return 1;
             bone = FindOrAddBone(mesh, boneName, transform.initTM);
-            text = Cursor();
+            cursor = Cursor();
             break;
         }
         case QSA_Token::IndexWeight: {
             int32_t vertex = 0;
             float weight = 0.0f;
-            ReadInt(text, &vertex);
-            ReadFloat(text, &weight);
+            ReadInt(cursor, &vertex);
+            ReadFloat(cursor, &weight);
             AddWeight(mesh, vertex, bone, weight);
             break;
         }

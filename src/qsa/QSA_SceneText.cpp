@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/OpenFileStream.h"
-#include "qsa/QSALoader.h"
+#include "qsa/QSA_SceneText.h"
 
 namespace {
 
@@ -12,10 +12,16 @@ constexpr int32_t kTokenReach = 256;
 
 } // namespace
 
-/// Opens the file and takes in its first bytes.
-void QSALoader::OpenText(const char* path)
+QSA_SceneText::QSA_SceneText()
 {
-    CloseText();
+    SetClassName("QSA_SceneText");
+}
+
+QSA_SceneText::~QSA_SceneText() = default;
+
+void QSA_SceneText::Open(const char* path)
+{
+    Close();
     textFile.reset(OpenFileStream(path, "rb"));
     if (!textFile)
         Error("Can not open file %s", path);
@@ -28,11 +34,13 @@ void QSALoader::OpenText(const char* path)
 
     textSize = static_cast<int32_t>(end);
     textStart = 0;
+    fileMajor = 1;
+    fileMinor = 0;
     GrowWindow(std::min(textSize, windowBytes));
     Reach(1);
 }
 
-void QSALoader::CloseText()
+void QSA_SceneText::Close()
 {
     FreeData();
     textFile.reset();
@@ -40,7 +48,7 @@ void QSALoader::CloseText()
 }
 
 /// Gives the window room for `capacity` bytes and keeps the text in it.
-void QSALoader::GrowWindow(int32_t capacity)
+void QSA_SceneText::GrowWindow(int32_t capacity)
 {
     const size_t room = static_cast<size_t>(capacity) + kTextPadding;
     std::unique_ptr<uint8_t[]> larger(new uint8_t[room]);
@@ -56,7 +64,7 @@ void QSALoader::GrowWindow(int32_t capacity)
 
 /// Makes sure that at least `bytes` bytes behind the position are in the window, or all that the
 /// file has left. False if there is nothing left. Cursors are to be taken anew.
-bool QSALoader::Reach(int32_t bytes)
+bool QSA_SceneText::Reach(int32_t bytes)
 {
     const int32_t left = size - position;
     const int32_t unread = textSize - textStart - size;
@@ -80,7 +88,7 @@ bool QSALoader::Reach(int32_t bytes)
     return size > 0;
 }
 
-int32_t QSALoader::SkipSpace()
+int32_t QSA_SceneText::SkipSpace()
 {
     while (Reach(1)) {
         if (TextDataFileReader::SkipSpace() == 0)
@@ -90,7 +98,7 @@ int32_t QSALoader::SkipSpace()
     return 1;
 }
 
-int32_t QSALoader::SkipTo(char c)
+int32_t QSA_SceneText::SkipTo(char c)
 {
     // QUIRK: the message names the byte that was read last and not the one that was missed; logs
     // of broken files are compared by these texts.
@@ -110,26 +118,25 @@ int32_t QSALoader::SkipTo(char c)
     return 1;
 }
 
-/// The first byte behind white space, which stays unread, or 0 at the end of the file.
-uint8_t QSALoader::PeekBehindSpace()
+uint8_t QSA_SceneText::PeekBehindSpace()
 {
     return SkipSpace() == 0 ? data[static_cast<size_t>(position)] : uint8_t{0};
 }
 
-int32_t QSALoader::ReadWord(TokenBuffer& bufferOut)
+int32_t QSA_SceneText::ReadWord(TokenBuffer& bufferOut)
 {
     Reach(kTokenReach);
     return TextDataFileReader::ReadWord(bufferOut);
 }
 
-int32_t QSALoader::ReadQuoted(TokenBuffer& bufferOut)
+int32_t QSA_SceneText::ReadQuoted(TokenBuffer& bufferOut)
 {
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadQuoted(bufferOut);
 }
 
-int32_t QSALoader::ReadQuoted(String* textOut)
+int32_t QSA_SceneText::ReadQuoted(String* textOut)
 {
     SkipSpace();
     // A long text is taken into the window whole, however long it is.
@@ -144,21 +151,21 @@ int32_t QSALoader::ReadQuoted(String* textOut)
     return TextDataFileReader::ReadQuoted(textOut);
 }
 
-int32_t QSALoader::ReadInt(int32_t* valueOut)
+int32_t QSA_SceneText::ReadInt(int32_t* valueOut)
 {
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadInt(valueOut);
 }
 
-int32_t QSALoader::ReadFloat(float* valueOut)
+int32_t QSA_SceneText::ReadFloat(float* valueOut)
 {
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadFloat(valueOut);
 }
 
-int32_t QSALoader::ReadVector(float (&valuesOut)[3])
+int32_t QSA_SceneText::ReadVector(float (&valuesOut)[3])
 {
     int32_t result = ReadFloat(&valuesOut[0]);
     for (size_t i = 1; i < 3; ++i) {
@@ -169,33 +176,47 @@ int32_t QSALoader::ReadVector(float (&valuesOut)[3])
     return result;
 }
 
-// ---- For loops over lists, where the quick form did not do
-
-void QSALoader::SkipToSlowly(QSA_TextCursor& text, char c)
+void QSA_SceneText::ReadVector(D3DXVECTOR3* vectorOut)
 {
-    MoveTo(text);
-    SkipTo(c);
-    text = Cursor();
+    float values[3];
+    ReadVector(values);
+    *vectorOut = {values[0], values[1], values[2]};
 }
 
-uint8_t QSALoader::PeekSlowly(QSA_TextCursor& text)
+void QSA_SceneText::ReadColour(D3DCOLORVALUE* colourOut)
 {
-    MoveTo(text);
+    float rgb[3];
+    ReadVector(rgb);
+    *colourOut = {rgb[0], rgb[1], rgb[2], 1.0f};
+}
+
+// ---- For loops over lists, where the quick form did not do
+
+void QSA_SceneText::SkipToSlowly(QSA_TextCursor& cursor, char c)
+{
+    MoveTo(cursor);
+    SkipTo(c);
+    cursor = Cursor();
+}
+
+uint8_t QSA_SceneText::PeekSlowly(QSA_TextCursor& cursor)
+{
+    MoveTo(cursor);
     const uint8_t next = PeekBehindSpace();
-    text = Cursor();
+    cursor = Cursor();
     return next;
 }
 
-void QSALoader::ReadIntSlowly(QSA_TextCursor& text, int32_t* valueOut)
+void QSA_SceneText::ReadIntSlowly(QSA_TextCursor& cursor, int32_t* valueOut)
 {
-    MoveTo(text);
+    MoveTo(cursor);
     ReadInt(valueOut);
-    text = Cursor();
+    cursor = Cursor();
 }
 
-void QSALoader::ReadFloatSlowly(QSA_TextCursor& text, float* valueOut)
+void QSA_SceneText::ReadFloatSlowly(QSA_TextCursor& cursor, float* valueOut)
 {
-    MoveTo(text);
+    MoveTo(cursor);
     ReadFloat(valueOut);
-    text = Cursor();
+    cursor = Cursor();
 }

@@ -1,18 +1,18 @@
-#include "qsa/QSALoader.h"
+#include "qsa/QSA_SceneText.h"
 
-QSA_Token QSALoader::NextToken()
+QSA_Token QSA_SceneText::NextToken()
 {
     constexpr int32_t kReach = 256; // a keyword with its end fits easily
     int32_t depth = 0;
     while (Reach(1)) {
-        QSA_TextCursor text = Cursor();
-        text.SkipToStructure();
-        if (text.at >= text.end) {
+        QSA_TextCursor cursor = Cursor();
+        cursor.SkipToStructure();
+        if (cursor.at >= cursor.end) {
             position = size;
             continue;
         }
-        const uint8_t mark = *text.at++;
-        MoveTo(text);
+        const uint8_t mark = *cursor.at++;
+        MoveTo(cursor);
         if (mark == '{') {
             ++depth;
         } else if (mark == '}') {
@@ -30,15 +30,23 @@ QSA_Token QSALoader::NextToken()
     return QSA_Token::EndOfFile;
 }
 
-QSA_Token QSALoader::NextToken(QSA_TextCursor& text)
+QSA_Token QSA_SceneText::NextToken(QSA_TextCursor& cursor)
 {
-    MoveTo(text);
+    MoveTo(cursor);
     const QSA_Token token = NextToken();
-    text = Cursor();
+    cursor = Cursor();
     return token;
 }
 
-bool QSALoader::FileVersionAtLeast(int32_t major, int32_t minor) const
+void QSA_SceneText::ReadVersion()
+{
+    int32_t version = 0;
+    ReadInt(&version);
+    fileMajor = static_cast<uint8_t>(version / 100);
+    fileMinor = static_cast<uint8_t>(version % 100);
+}
+
+bool QSA_SceneText::FileVersionAtLeast(int32_t major, int32_t minor) const
 {
     return major * 256 + minor <= fileMajor * 256 + fileMinor;
 }

@@ -15,8 +15,6 @@
 
 namespace {
 
-using Access = QSALoaderTestAccess;
-
 /// A text that uses every keyword that anything acts on.
 std::string Everything()
 {
@@ -230,12 +228,12 @@ TEST_F(BadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
                 break;
             }
         }
-        Access::SetWindow(loader, 1 + static_cast<int32_t>(random() % 5000));
+        loader.SetWindow(1 + static_cast<int32_t>(random() % 5000));
         const std::string error = Try(changed);
         const std::string entry = gLastEntry;
         const std::string ahead = gEntryBefore;
         const std::string bytes = error.empty() ? Saved() : "";
-        Access::SetWindow(loader, 1 << 20);
+        loader.SetWindow(1 << 20);
         ASSERT_EQ(Try(changed), error) << round << ", in one piece";
         if (error.empty()) {
             ++loaded;

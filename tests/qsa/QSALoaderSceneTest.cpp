@@ -2,8 +2,6 @@
 
 namespace {
 
-using Access = QSALoaderTestAccess;
-
 std::string Scene(const std::string& inside)
 {
     return "*SCENE {\n" + inside + "\n}\n";
@@ -40,8 +38,8 @@ TEST_F(QSALoaderTest, TimesFollowTheSceneBlock)
     Load(
         Scene("*SCENE_FIRSTFRAME 10 *SCENE_LASTFRAME 60 *SCENE_FRAMESPEED 25 "
               "*SCENE_TICKSPERFRAME 192 *SCENE_SOUNDFILE \"a b.wav\" *SCENE_SCRIPTFILE \"c.txt\""));
-    EXPECT_FLOAT_EQ(Access::SecondsPerTick(loader), 1.0f / 4800.0f); // 192 * 25
-    EXPECT_FLOAT_EQ(Access::Duration(loader), 2.0f);                 // 50 frames
+    EXPECT_FLOAT_EQ(loader.Time().SecondsPerTick(), 1.0f / 4800.0f); // 192 * 25
+    EXPECT_FLOAT_EQ(loader.Time().Duration(), 2.0f);                 // 50 frames
     EXPECT_EQ(loader.header.firstFrame, 10.0f);
     EXPECT_EQ(loader.header.lastFrame, 60.0f);
     EXPECT_EQ(loader.header.frameSpeed, 25.0f);
@@ -53,8 +51,8 @@ TEST_F(QSALoaderTest, TimesFollowTheSceneBlock)
 TEST_F(QSALoaderTest, WithoutASceneBlockTheDefaultsGiveTheTimes)
 {
     Load(Helper("*NODE_NAME \"h\""));
-    EXPECT_FLOAT_EQ(Access::SecondsPerTick(loader), 1.0f / 4800.0f); // 160 * 30
-    EXPECT_FLOAT_EQ(Access::Duration(loader), 100.0f / 30.0f);
+    EXPECT_FLOAT_EQ(loader.Time().SecondsPerTick(), 1.0f / 4800.0f); // 160 * 30
+    EXPECT_FLOAT_EQ(loader.Time().Duration(), 100.0f / 30.0f);
     EXPECT_FLOAT_EQ(Object(0).loopEnd, 100.0f / 30.0f);
 }
 
@@ -64,26 +62,26 @@ TEST_F(QSALoaderTest, SceneWithoutSpeedStandsStillWithOneWarning)
         Helper("*NODE_NAME \"h\" *TM_ANIMATION { *CONTROL_POS_TRACK { "
                "*CONTROL_POS_SAMPLE 160 1 2 3 *CONTROL_POS_SAMPLE 320 4 5 6 } }");
     Load(Scene("*SCENE_FRAMESPEED 0") + keys);
-    EXPECT_EQ(Access::SecondsPerTick(loader), 0.0f);
-    EXPECT_EQ(Access::Duration(loader), 0.0f);
+    EXPECT_EQ(loader.Time().SecondsPerTick(), 0.0f);
+    EXPECT_EQ(loader.Time().Duration(), 0.0f);
     EXPECT_EQ(Object(0).posKeys.Head()->time, 0.0f);
     EXPECT_EQ(Warnings("Scene without speed: 0 frames a second, 160 ticks a frame"), 1);
     Load(Scene("*SCENE_TICKSPERFRAME 0") + keys);
-    EXPECT_EQ(Access::SecondsPerTick(loader), 0.0f);
-    EXPECT_EQ(Access::Duration(loader), 0.0f);
+    EXPECT_EQ(loader.Time().SecondsPerTick(), 0.0f);
+    EXPECT_EQ(loader.Time().Duration(), 0.0f);
     EXPECT_EQ(Warnings("Scene without speed: 30 frames a second, 0 ticks a frame"), 1);
 }
 
 TEST_F(QSALoaderTest, LengthOfTheWholeRangeOfFramesDoesNotOverflow)
 {
     Load(Scene("*SCENE_FIRSTFRAME -2147483648 *SCENE_LASTFRAME 2147483647"));
-    EXPECT_FLOAT_EQ(Access::Duration(loader), 4294967295.0f / 30.0f);
+    EXPECT_FLOAT_EQ(loader.Time().Duration(), 4294967295.0f / 30.0f);
 }
 
 TEST_F(QSALoaderTest, FileThatEndsInTheSceneBlockKeepsWhatWasRead)
 {
     Load("*SCENE { *SCENE_LASTFRAME 30 ");
-    EXPECT_FLOAT_EQ(Access::Duration(loader), 1.0f);
+    EXPECT_FLOAT_EQ(loader.Time().Duration(), 1.0f);
     EXPECT_EQ(AllWarnings().size(), 1u);
 }
 

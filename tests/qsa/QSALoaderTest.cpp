@@ -131,17 +131,6 @@ TEST_F(QSALoaderTest, FileThatCannotBeReadIsAnError)
                                "folder: Error reading from file folder at 0"));
 }
 
-TEST_F(QSALoaderTest, FileThatBecomesShorterIsAnErrorThatTellsHowFarItWent)
-{
-    Access::SetWindow(loader, 1000);
-    directory.Write("short", std::string(5000, ' ') + "*");
-    Access::Open(loader, "short");
-    std::filesystem::resize_file("short", 1500);
-    EXPECT_EQ(RaisedBy([&] { Access::NextToken(loader); }),
-              "short: Error reading from file short at 1500");
-    Access::Close(loader);
-}
-
 TEST_F(QSALoaderTest, LoadEmptiesTheSceneFirst)
 {
     Load(Named("a") + "*LIGHTOBJECT { }");
@@ -163,7 +152,7 @@ TEST_F(QSALoaderTest, NothingOfOneFileReachesTheNext)
     EXPECT_EQ(loader.header.frameSpeed, 30.0f);
     EXPECT_EQ(loader.header.firstFrame, 0.0f);
     EXPECT_EQ(loader.header.lastFrame, 100.0f);
-    EXPECT_FLOAT_EQ(Access::SecondsPerTick(loader), 1.0f / 4800.0f);
+    EXPECT_FLOAT_EQ(loader.Time().SecondsPerTick(), 1.0f / 4800.0f);
     MeshText mesh = Triangle();
     mesh.more = "*MATERIAL_REF 0 *PIVOT_TM { *TM_ROW0 2 0 0 }";
     Load(mesh.Text());
@@ -239,7 +228,7 @@ TEST_F(QSALoaderTest, WindowOfAnySizeGivesTheSameScene)
     for (int32_t window = 1; window < size + 40; window += window < 2     ? 250
                                                            : window < 700 ? 3
                                                                           : 37) {
-        Access::SetWindow(loader, window);
+        loader.SetWindow(window);
         directory.Write("scene.qsa", text);
         loader.Load(scene, "scene.qsa", 0);
         ASSERT_EQ(contents(), expected) << window;

@@ -14,58 +14,9 @@
 #include "tests/support/RaisedBy.h"
 #include "tests/support/SceneEngine.h"
 
-/// What a text meets that is read by the operations of the loader, and the loader's own settings.
+/// The state of a loader that no operation gives.
 class QSALoaderTestAccess {
 public:
-    /// Bytes of the window that moves over the text.
-    static void SetWindow(QSALoader& loader, int32_t bytes) { loader.windowBytes = bytes; }
-    static void Open(QSALoader& loader, const char* path)
-    {
-        loader.SetFileName(path);
-        loader.OpenText(path);
-    }
-    static void Close(QSALoader& loader) { loader.CloseText(); }
-    static int32_t Position(const QSALoader& loader) { return loader.TextPosition(); }
-    static int32_t AtEnd(const QSALoader& loader) { return loader.BytesLeft() == 0 ? 1 : 0; }
-
-    static QSA_Token NextToken(QSALoader& loader) { return loader.NextToken(); }
-    static int32_t ReadInt(QSALoader& loader, int32_t* value) { return loader.ReadInt(value); }
-    static int32_t ReadFloat(QSALoader& loader, float* value) { return loader.ReadFloat(value); }
-    static int32_t ReadVector(QSALoader& loader, float (&value)[3])
-    {
-        return loader.ReadVector(value);
-    }
-    static int32_t ReadWord(QSALoader& loader, TokenBuffer& word) { return loader.ReadWord(word); }
-    static int32_t ReadQuoted(QSALoader& loader, TokenBuffer& text)
-    {
-        return loader.ReadQuoted(text);
-    }
-    static int32_t ReadQuoted(QSALoader& loader, String* text) { return loader.ReadQuoted(text); }
-    static int32_t SkipSpace(QSALoader& loader) { return loader.SkipSpace(); }
-    static int32_t SkipTo(QSALoader& loader, char c) { return loader.SkipTo(c); }
-    static uint8_t PeekBehindSpace(QSALoader& loader) { return loader.PeekBehindSpace(); }
-    static int32_t ReadIntInList(QSALoader& loader)
-    {
-        int32_t value = 0;
-        QSA_TextCursor text = loader.Cursor();
-        loader.ReadInt(text, &value);
-        loader.MoveTo(text);
-        return value;
-    }
-    static float ReadFloatInList(QSALoader& loader)
-    {
-        float value = 0.0f;
-        QSA_TextCursor text = loader.Cursor();
-        loader.ReadFloat(text, &value);
-        loader.MoveTo(text);
-        return value;
-    }
-    static bool VersionAtLeast(QSALoader& loader, int32_t version, int32_t major, int32_t minor)
-    {
-        loader.fileMajor = static_cast<uint8_t>(version / 100);
-        loader.fileMinor = static_cast<uint8_t>(version % 100);
-        return loader.FileVersionAtLeast(major, minor);
-    }
     /// The format of a mesh with that many weights and without a material.
     static DWORD ChooseVertexFormat(QSALoader& loader, int32_t weightCount)
     {
@@ -73,13 +24,10 @@ public:
         loader.geometry.weightCount = weightCount;
         return loader.ChooseVertexFormat(&mesh, nullptr);
     }
-    static float SecondsPerTick(const QSALoader& loader) { return loader.secondsPerTick; }
-    static float Duration(const QSALoader& loader) { return loader.duration; }
     /// Whether anything is left of the last load that only it needed.
     static bool HoldsLoad(const QSALoader& loader)
     {
-        return loader.data || loader.textFile || !loader.materials.empty() ||
-               loader.builder.faces.capacity() > 0;
+        return loader.IsOpen() || !loader.materials.empty() || loader.builder.faces.capacity() > 0;
     }
 };
 

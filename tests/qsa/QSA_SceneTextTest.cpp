@@ -1,30 +1,52 @@
+#include "qsa/QSA_SceneText.h"
+
+#include <filesystem>
 #include <random>
 
-#include "tests/qsa/QSATesting.h"
+#include <gmock/gmock.h>
+
+#include "tests/support/RaisedBy.h"
+#include "tests/support/SceneEngine.h"
 
 namespace {
 
-using Access = QSALoaderTestAccess;
-
-/// Reads a text by the loader's operations.
-class QSALoaderTextTest : public QSALoaderTest {
+/// A text in a file named "text".
+class QSA_SceneTextTest : public SceneEngineTest {
 protected:
     void Open(const std::string& text)
     {
         directory.Write("text", text);
-        Access::Open(loader, "text");
+        reader.SetFileName("text");
+        reader.Open("text");
     }
     std::string Rest()
     {
-        std::string rest;
         const std::string text = directory.Read("text");
-        return text.substr(static_cast<size_t>(Access::Position(loader)));
+        return text.substr(static_cast<size_t>(reader.TextPosition()));
     }
+    int32_t ReadIntInList()
+    {
+        int32_t value = 0;
+        QSA_TextCursor cursor = reader.Cursor();
+        reader.ReadInt(cursor, &value);
+        reader.MoveTo(cursor);
+        return value;
+    }
+    float ReadFloatInList()
+    {
+        float value = 0.0f;
+        QSA_TextCursor cursor = reader.Cursor();
+        reader.ReadFloat(cursor, &value);
+        reader.MoveTo(cursor);
+        return value;
+    }
+
+    QSA_SceneText reader;
 };
 
 } // namespace
 
-TEST_F(QSALoaderTextTest, IntegerStopsAtAnyByteOutsideItsSet)
+TEST_F(QSA_SceneTextTest, IntegerStopsAtAnyByteOutsideItsSet)
 {
     const struct {
         const char* text;
@@ -47,13 +69,13 @@ TEST_F(QSALoaderTextTest, IntegerStopsAtAnyByteOutsideItsSet)
     for (const auto& c : cases) {
         Open(c.text);
         int32_t value = 77;
-        Access::ReadInt(loader, &value);
+        reader.ReadInt(&value);
         EXPECT_EQ(value, c.expected) << c.text;
         EXPECT_EQ(Rest(), c.rest) << c.text;
     }
 }
 
-TEST_F(QSALoaderTextTest, FloatTakesAWholeWord)
+TEST_F(QSA_SceneTextTest, FloatTakesAWholeWord)
 {
     const struct {
         const char* text;
@@ -76,137 +98,145 @@ TEST_F(QSALoaderTextTest, FloatTakesAWholeWord)
     for (const auto& c : cases) {
         Open(c.text);
         float value = 77.0f;
-        Access::ReadFloat(loader, &value);
+        reader.ReadFloat(&value);
         EXPECT_EQ(value, c.expected) << c.text;
         EXPECT_EQ(Rest(), c.rest) << c.text;
     }
 }
 
-TEST_F(QSALoaderTextTest, ThreeNumbersMayHaveBlanksOrCommasBetweenThem)
+TEST_F(QSA_SceneTextTest, ThreeNumbersMayHaveBlanksOrCommasBetweenThem)
 {
     for (const char* text : {"1,2,3", "1 2 3", "1 , 2 ,3", "\n1\t,2\n3", "1,\n2 3"}) {
         Open(text);
         float value[3] = {};
-        EXPECT_EQ(Access::ReadVector(loader, value), 0) << text;
+        EXPECT_EQ(reader.ReadVector(value), 0) << text;
         EXPECT_THAT(value, testing::ElementsAre(1.0f, 2.0f, 3.0f)) << text;
     }
 }
 
-TEST_F(QSALoaderTextTest, QuotedTextRunsToTheNextQuote)
+TEST_F(QSA_SceneTextTest, QuotedTextRunsToTheNextQuote)
 {
     Open("  \"a \\ \r\n* { }\" rest");
     TokenBuffer text;
-    EXPECT_EQ(Access::ReadQuoted(loader, text), 0);
+    EXPECT_EQ(reader.ReadQuoted(text), 0);
     EXPECT_STREQ(text, "a \\ \r\n* { }");
     EXPECT_EQ(Rest(), " rest");
 }
 
-TEST_F(QSALoaderTextTest, MissingQuoteCostsAByteAndWarns)
+TEST_F(QSA_SceneTextTest, MissingQuoteCostsAByteAndWarns)
 {
     Open(" abc");
     TokenBuffer text;
-    EXPECT_EQ(Access::ReadQuoted(loader, text), 1);
+    EXPECT_EQ(reader.ReadQuoted(text), 1);
     EXPECT_EQ(Rest(), "bc");
     EXPECT_THAT(LogText(), testing::HasSubstr("text: No text string found"));
 }
 
-TEST_F(QSALoaderTextTest, FixedTextsEndAt127Bytes)
+TEST_F(QSA_SceneTextTest, FixedTextsEndAt127Bytes)
 {
     const std::string longest(127, 'q');
     TokenBuffer text;
     Open('"' + longest + '"');
-    EXPECT_EQ(Access::ReadQuoted(loader, text), 0);
+    EXPECT_EQ(reader.ReadQuoted(text), 0);
     EXPECT_EQ(text, longest);
     Open('"' + longest + "q\"");
-    EXPECT_EQ(RaisedBy([&] { Access::ReadQuoted(loader, text); }), "text: String too long (>127)");
+    EXPECT_EQ(RaisedBy([&] { reader.ReadQuoted(text); }), "text: String too long (>127)");
 
     Open(longest + ' ');
-    EXPECT_EQ(Access::ReadWord(loader, text), 0);
+    EXPECT_EQ(reader.ReadWord(text), 0);
     EXPECT_EQ(text, longest);
     Open(longest + "q ");
-    EXPECT_EQ(RaisedBy([&] { Access::ReadWord(loader, text); }), "text: String too long (>127)");
+    EXPECT_EQ(RaisedBy([&] { reader.ReadWord(text); }), "text: String too long (>127)");
 }
 
-TEST_F(QSALoaderTextTest, NumberOfTenThousandDigitsIsAnError)
+TEST_F(QSA_SceneTextTest, NumberOfTenThousandDigitsIsAnError)
 {
     int32_t whole = 0;
     float real = 0.0f;
     Open(std::string(127, '0') + ' ');
-    EXPECT_EQ(Access::ReadInt(loader, &whole), 0);
+    EXPECT_EQ(reader.ReadInt(&whole), 0);
     for (const char digit : {'0', '9', '.', '-'}) {
         Open(std::string(10000, digit) + ' ');
-        EXPECT_EQ(RaisedBy([&] { Access::ReadInt(loader, &whole); }),
-                  "text: String too long (>127)");
+        EXPECT_EQ(RaisedBy([&] { reader.ReadInt(&whole); }), "text: String too long (>127)");
         Open(std::string(10000, digit) + ' ');
-        EXPECT_EQ(RaisedBy([&] { Access::ReadFloat(loader, &real); }),
-                  "text: String too long (>127)");
+        EXPECT_EQ(RaisedBy([&] { reader.ReadFloat(&real); }), "text: String too long (>127)");
         Open(std::string(10000, digit) + ' ');
-        EXPECT_EQ(RaisedBy([&] { Access::ReadIntInList(loader); }), "text: String too long (>127)");
+        EXPECT_EQ(RaisedBy([&] { ReadIntInList(); }), "text: String too long (>127)");
     }
 }
 
-TEST_F(QSALoaderTextTest, GrowingTextHasNoLimit)
+TEST_F(QSA_SceneTextTest, GrowingTextHasNoLimit)
 {
     for (const int32_t window : {1, 100, 4096, 256 * 1024}) {
-        Access::SetWindow(loader, window);
+        reader.SetWindow(window);
         for (const size_t length : {0u, 127u, 128u, 5000u, 300000u}) {
             const std::string text(length, 't');
             Open("  \"" + text + "\"rest");
             String read;
-            EXPECT_EQ(Access::ReadQuoted(loader, &read), 0) << length;
+            EXPECT_EQ(reader.ReadQuoted(&read), 0) << length;
             EXPECT_EQ(read.c_str(), text) << length;
             EXPECT_EQ(Rest(), "rest") << length;
         }
         Open("\"never closed " + std::string(5000, 'x'));
         String read;
-        EXPECT_EQ(Access::ReadQuoted(loader, &read), 1);
+        EXPECT_EQ(reader.ReadQuoted(&read), 1);
         EXPECT_EQ(read.TextLength(), 13 + 5000);
     }
 }
 
-TEST_F(QSALoaderTextTest, MissingCharacterIsAnErrorThatNamesTheLastByteRead)
+TEST_F(QSA_SceneTextTest, MissingCharacterIsAnErrorThatNamesTheLastByteRead)
 {
     Open("abc");
-    EXPECT_EQ(RaisedBy([&] { Access::SkipTo(loader, '{'); }), "text: 'c' not found");
+    EXPECT_EQ(RaisedBy([&] { reader.SkipTo('{'); }), "text: 'c' not found");
     Open("ab{c");
-    EXPECT_EQ(Access::SkipTo(loader, '{'), 0);
+    EXPECT_EQ(reader.SkipTo('{'), 0);
     EXPECT_EQ(Rest(), "c");
     // Across many windows.
-    Access::SetWindow(loader, 10);
+    reader.SetWindow(10);
     Open(std::string(1000, 'z') + "{y");
-    EXPECT_EQ(Access::SkipTo(loader, '{'), 0);
+    EXPECT_EQ(reader.SkipTo('{'), 0);
     EXPECT_EQ(Rest(), "y");
-    EXPECT_EQ(RaisedBy([&] { Access::SkipTo(loader, '{'); }), "text: 'y' not found");
+    EXPECT_EQ(RaisedBy([&] { reader.SkipTo('{'); }), "text: 'y' not found");
 }
 
-TEST_F(QSALoaderTextTest, PeekAtTheEndDoesNotMove)
+TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatTellsHowFarItWent)
+{
+    reader.SetWindow(1000);
+    Open(std::string(5000, ' ') + "*");
+    std::filesystem::resize_file("text", 1500);
+    EXPECT_EQ(RaisedBy([&] { reader.NextToken(); }), "text: Error reading from file text at 1500");
+    reader.Close();
+    EXPECT_FALSE(reader.IsOpen());
+}
+
+TEST_F(QSA_SceneTextTest, PeekAtTheEndDoesNotMove)
 {
     Open("a  ");
-    EXPECT_EQ(Access::PeekBehindSpace(loader), 'a');
-    EXPECT_EQ(Access::Position(loader), 0);
+    EXPECT_EQ(reader.PeekBehindSpace(), 'a');
+    EXPECT_EQ(reader.TextPosition(), 0);
     TokenBuffer word;
-    Access::ReadWord(loader, word);
-    EXPECT_EQ(Access::PeekBehindSpace(loader), 0);
-    EXPECT_EQ(Access::Position(loader), 3);
-    EXPECT_EQ(Access::PeekBehindSpace(loader), 0);
-    EXPECT_EQ(Access::Position(loader), 3);
+    reader.ReadWord(word);
+    EXPECT_EQ(reader.PeekBehindSpace(), 0);
+    EXPECT_EQ(reader.TextPosition(), 3);
+    EXPECT_EQ(reader.PeekBehindSpace(), 0);
+    EXPECT_EQ(reader.TextPosition(), 3);
 }
 
-TEST_F(QSALoaderTextTest, HighBytesAreNoWhiteSpace)
+TEST_F(QSA_SceneTextTest, HighBytesAreNoWhiteSpace)
 {
     Open("  \x80 x");
-    EXPECT_EQ(Access::SkipSpace(loader), 0);
-    EXPECT_EQ(Access::Position(loader), 2);
+    EXPECT_EQ(reader.SkipSpace(), 0);
+    EXPECT_EQ(reader.TextPosition(), 2);
 }
 
-TEST_F(QSALoaderTextTest, NulBytesAreWhiteSpaceAndEndWords)
+TEST_F(QSA_SceneTextTest, NulBytesAreWhiteSpaceAndEndWords)
 {
     Open(std::string("\0\0*MESH\0{", 9));
-    EXPECT_EQ(Access::NextToken(loader), QSA_Token::Mesh);
-    EXPECT_EQ(Access::Position(loader), 7);
+    EXPECT_EQ(reader.NextToken(), QSA_Token::Mesh);
+    EXPECT_EQ(reader.TextPosition(), 7);
 }
 
-TEST_F(QSALoaderTextTest, TokensOfTheScanner)
+TEST_F(QSA_SceneTextTest, TokensOfTheScanner)
 {
     const struct {
         const char* text;
@@ -232,49 +262,56 @@ TEST_F(QSALoaderTextTest, TokensOfTheScanner)
         {"*MESH", {0x23, -1}},
     };
     for (const int32_t window : {1, 256 * 1024}) {
-        Access::SetWindow(loader, window);
+        reader.SetWindow(window);
         for (const auto& c : cases) {
             Open(c.text);
             std::vector<int> tokens;
             while (tokens.size() < 9 && (tokens.empty() || tokens.back() != -1))
-                tokens.push_back(static_cast<int>(Access::NextToken(loader)));
+                tokens.push_back(static_cast<int>(reader.NextToken()));
             EXPECT_EQ(tokens, c.expected) << c.text;
         }
     }
 }
 
-TEST_F(QSALoaderTextTest, StarAndABlankIsAWordOfOneByte)
+TEST_F(QSA_SceneTextTest, StarAndABlankIsAWordOfOneByte)
 {
     Open("* {*MESH}");
-    EXPECT_EQ(Access::NextToken(loader), QSA_Token::Unknown);
+    EXPECT_EQ(reader.NextToken(), QSA_Token::Unknown);
     EXPECT_EQ(Rest(), "{*MESH}");
 }
 
-TEST_F(QSALoaderTextTest, KeywordOf128BytesIsAnErrorEvenIfItIsUnknown)
+TEST_F(QSA_SceneTextTest, KeywordOf128BytesIsAnErrorEvenIfItIsUnknown)
 {
     Open('*' + std::string(127, 'K') + " *MESH");
-    EXPECT_EQ(Access::NextToken(loader), QSA_Token::Unknown);
-    EXPECT_EQ(Access::NextToken(loader), QSA_Token::Mesh);
+    EXPECT_EQ(reader.NextToken(), QSA_Token::Unknown);
+    EXPECT_EQ(reader.NextToken(), QSA_Token::Mesh);
     Open('*' + std::string(128, 'K') + ' ');
-    EXPECT_EQ(RaisedBy([&] { Access::NextToken(loader); }), "text: String too long (>127)");
+    EXPECT_EQ(RaisedBy([&] { reader.NextToken(); }), "text: String too long (>127)");
     // In a block that is skipped nothing is a keyword.
     Open("{*" + std::string(500, 'K') + "} *MESH");
-    EXPECT_EQ(Access::NextToken(loader), QSA_Token::Mesh);
+    EXPECT_EQ(reader.NextToken(), QSA_Token::Mesh);
 }
 
-TEST_F(QSALoaderTextTest, VersionsCompareByMajorAndMinor)
+TEST_F(QSA_SceneTextTest, VersionsCompareByMajorAndMinor)
 {
     const struct {
         int32_t version, major, minor;
         bool expected;
     } cases[] = {{211, 2, 11, true}, {211, 2, 10, true},  {211, 2, 12, false}, {211, 3, 0, false},
                  {300, 2, 11, true}, {100, 2, 10, false}, {209, 2, 10, false}};
-    for (const auto& c : cases)
-        EXPECT_EQ(Access::VersionAtLeast(loader, c.version, c.major, c.minor), c.expected)
+    for (const auto& c : cases) {
+        Open("*3DSMAX_QSAEXPORT " + std::to_string(c.version));
+        ASSERT_EQ(reader.NextToken(), QSA_Token::QsaExport);
+        reader.ReadVersion();
+        EXPECT_EQ(reader.FileVersionAtLeast(c.major, c.minor), c.expected)
             << c.version << ' ' << c.major << '.' << c.minor;
+    }
+    Open("*3DSMAX_QSAEXPORT 211");
+    EXPECT_EQ(reader.FileMajor(), 1) << "as for each text until it gives its version";
+    EXPECT_FALSE(reader.FileVersionAtLeast(1, 1));
 }
 
-TEST_F(QSALoaderTextTest, ReadsInListsEqualTheOthersAtEveryWindow)
+TEST_F(QSA_SceneTextTest, ReadsInListsEqualTheOthersAtEveryWindow)
 {
     std::mt19937 random(11);
     static constexpr char kBytes[] = "0123456789012345..-+e \t\n,:{}*x";
@@ -283,21 +320,21 @@ TEST_F(QSALoaderTextTest, ReadsInListsEqualTheOthersAtEveryWindow)
         for (int i = 0; i < 300; ++i)
             text += kBytes[random() % (sizeof kBytes - 1)];
         const auto readAll = [&](int32_t window, bool inList) {
-            Access::SetWindow(loader, window);
+            reader.SetWindow(window);
             Open(text);
             std::string results;
-            while (Access::AtEnd(loader) == 0) {
+            while (reader.BytesLeft() > 0) {
                 int32_t whole = 0;
                 float real = 0.0f;
                 if (inList) {
-                    whole = Access::ReadIntInList(loader);
-                    real = Access::ReadFloatInList(loader);
+                    whole = ReadIntInList();
+                    real = ReadFloatInList();
                 } else {
-                    Access::ReadInt(loader, &whole);
-                    Access::ReadFloat(loader, &real);
+                    reader.ReadInt(&whole);
+                    reader.ReadFloat(&real);
                 }
                 results += std::to_string(whole) + ' ' + std::to_string(real) + '@' +
-                           std::to_string(Access::Position(loader)) + ' ';
+                           std::to_string(reader.TextPosition()) + ' ';
             }
             return results;
         };
@@ -306,4 +343,53 @@ TEST_F(QSALoaderTextTest, ReadsInListsEqualTheOthersAtEveryWindow)
         EXPECT_EQ(readAll(1, false), expected) << text;
         EXPECT_EQ(readAll(1 + round, true), expected) << text;
     }
+}
+
+TEST_F(QSA_SceneTextTest, BlockHandsOutItsOwnKeywordsUpToItsClose)
+{
+    const struct {
+        const char* text;
+        std::vector<QSA_Token> expected;
+        int32_t result;
+        const char* rest;
+    } cases[] = {
+        {"*MESH *FOO { *CLONE } *CLONE } *MESH",
+         {QSA_Token::Mesh, QSA_Token::Unknown, QSA_Token::Clone},
+         0,
+         " *MESH"},
+        {"}", {}, 0, ""},
+        {"*MESH {", {QSA_Token::Mesh}, 1, ""},
+    };
+    for (const auto& c : cases) {
+        Open(c.text);
+        std::vector<QSA_Token> taken;
+        const auto take = [&](QSA_Token token) {
+            taken.push_back(token);
+            return 0;
+        };
+        EXPECT_EQ(reader.ParseBlock(take), c.result) << c.text;
+        EXPECT_EQ(taken, c.expected) << c.text;
+        EXPECT_EQ(Rest(), c.rest) << c.text;
+    }
+}
+
+TEST_F(QSA_SceneTextTest, BlockEndsWhereAKeywordIsRefused)
+{
+    Open("*MESH *CLONE }");
+    EXPECT_EQ(reader.ParseBlock([](QSA_Token) { return 1; }), 1);
+    EXPECT_EQ(Rest(), " *CLONE }");
+}
+
+TEST_F(QSA_SceneTextTest, ColourIsOpaqueAndLinesOfCommasAreVectors)
+{
+    Open("0.25,0.5,1 4 5 6");
+    D3DCOLORVALUE colour = {};
+    reader.ReadColour(&colour);
+    EXPECT_EQ(colour.r, 0.25f);
+    EXPECT_EQ(colour.g, 0.5f);
+    EXPECT_EQ(colour.b, 1.0f);
+    EXPECT_EQ(colour.a, 1.0f);
+    D3DXVECTOR3 vector;
+    reader.ReadVector(&vector);
+    EXPECT_EQ(vector, D3DXVECTOR3(4.0f, 5.0f, 6.0f));
 }
