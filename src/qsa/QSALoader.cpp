@@ -3,6 +3,10 @@
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
 #include "platform/WalkedFile.h"
+#include "qsa/QSA_BoundsObject.h"
+#include "qsa/QSA_MaterialImport.h"
+#include "qsa/QSA_MeshImport.h"
+#include "qsa/QSA_NodeImport.h"
 #include "scene/KRE_3dScene.h"
 
 namespace {
@@ -10,16 +14,39 @@ namespace {
 constexpr uint32_t kNoFlags = ~uint32_t{0};
 constexpr float kFreshFogDensity = 0.008f;
 
-/// Does at the end of a scope what an error must not skip.
-template <class Action>
-struct AtScopeEnd {
-    Action action;
-    ~AtScopeEnd() { action(); }
+/// Closes a text when the scope ends, by an error or without one.
+struct TextClosing {
+    QSA_SceneText& text;
+    ~TextClosing() { text.Close(); }
 };
-template <class Action>
-AtScopeEnd(Action) -> AtScopeEnd<Action>;
 
 } // namespace
+
+/// The parts that read one file, and the scene that they fill. Made anew for each load, so that nothing
+/// of one file reaches the next.
+struct QSALoader::Import {
+    Import(QSALoader& loader, KRE_3dScene& target, uint32_t flags, const char* path)
+        : scene(target),
+          options(OptionsOf(flags, path)),
+          materials(loader, loader.time, options),
+          nodes(loader, target),
+          meshes(loader, materials, nodes, target, options)
+    {}
+
+    static QSA_LoadOptions OptionsOf(uint32_t flags, const char* path)
+    {
+        QSA_LoadOptions options{flags == kNoFlags ? 0 : flags, String()};
+        SplitDirectory(path, &options.directory);
+        return options;
+    }
+
+    KRE_3dScene& scene; ///< not owned, the caller's
+    const QSA_LoadOptions options;
+    QSA_MaterialImport materials;
+    QSA_NodeImport nodes;
+    QSA_MeshImport meshes;
+    bool hasKeyword = false; ///< one of the format, outside of stray braces
+};
 
 QSALoader::QSALoader()
 {
@@ -29,116 +56,105 @@ QSALoader::QSALoader()
 
 QSALoader::~QSALoader() = default;
 
-int32_t QSALoader::Load(KRE_3dScene& target, const char* path, uint32_t flags)
+int32_t QSALoader::Load(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
     SetFileName(path);
     const LoadScope inHand(path);
-    scene = &target;
-    const AtScopeEnd tidyUp{[this] { ForgetLoad(); }};
-    ResetForLoad(flags == kNoFlags ? 0 : flags);
-    SplitDirectory(path, &options.directory);
-    target.Reset();
+    const TextClosing closing{*this};
+    header = QSA_SceneHeader();
+    time = QSA_TimeScale();
+    Import import(*this, scene, flags, path);
+    scene.Reset();
 
     Open(path);
-    if (ParseTopLevel() == 0)
+    if (!ParseTopLevel(import))
         Warning("Encountered unexpected end of file at pos %i", TextPosition());
     Close();
-    if (!hasKeyword)
+    if (!import.hasKeyword)
         ReportNoKeyword();
-    LinkScene();
+    LinkScene(import);
 
-    if (target.cameras.Count() > 0)
-        target.SetCamera(0);
-    target.settings.useAmbient = 1;
-    target.settings.clearBackground = 0;
-    target.settings.fogMode = D3DFOG_EXP;
-    target.settings.fogDensity = kFreshFogDensity;
-    if (target.settings.useFog)
-        target.backgroundColor = target.settings.fogColor;
+    if (scene.cameras.Count() > 0)
+        scene.SetCamera(0);
+    scene.settings.useAmbient = 1;
+    scene.settings.clearBackground = 0;
+    scene.settings.fogMode = D3DFOG_EXP;
+    scene.settings.fogDensity = kFreshFogDensity;
+    if (scene.settings.useFog)
+        scene.backgroundColor = scene.settings.fogColor;
     return 1;
 }
 
-void QSALoader::ResetForLoad(uint32_t flags)
-{
-    options = QSA_LoadOptions{flags, String()};
-    time = QSA_TimeScale();
-    hasSkinnedMesh = false;
-    hasKeyword = false;
-    header = QSA_SceneHeader();
-    D3DXMatrixIdentity(&meshInitTM); // it goes from mesh to mesh, and no further than the file
-    announcedFaces = 0;
-    keyParts = 0;
-}
-
-/// Frees what only the load in hand needed, whether it came to its end or not.
-void QSALoader::ForgetLoad()
-{
-    Close();
-    scene = nullptr;
-    meshInfos.Clear();
-    topMaterials.clear();
-    materials.clear();
-    finishedMaterials = 0;
-    builder.Free();
-    boneIndex.Clear();
-}
-
-/// 1 at the end of the file, 0 if it came inside a block.
-int32_t QSALoader::ParseTopLevel()
+/// False if the file ended inside a block.
+bool QSALoader::ParseTopLevel(Import& import)
 {
     for (;;) {
         const QSA_Token token = NextToken();
         if (token == QSA_Token::EndOfFile)
-            return 1;
+            return true;
         if (token != QSA_Token::Unknown && token != QSA_Token::BlockEnd)
-            hasKeyword = true;
-        if (ParseTopLevelKeyword(token) != 0)
-            return 0;
+            import.hasKeyword = true;
+        if (ParseTopLevelKeyword(token, import) != 0)
+            return false;
     }
 }
 
-int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token)
+int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token, Import& import)
 {
-    int32_t result = 0;
     switch (token) {
     case QSA_Token::QsaExport:
         ReadVersion();
         return 0;
     case QSA_Token::Scene:
         SkipTo('{');
-        result = ParseScene();
-        UpdateTime();
-        return result;
+        return ParseScene(import.scene, import.options);
     case QSA_Token::MaterialList:
         SkipTo('{');
-        result = ParseMaterialList();
-        FinishMaterials();
-        return result;
+        return import.materials.ParseList();
     case QSA_Token::Group:
         // QUIRK: a group adds nothing: its closing brace is passed over like any stray one, and what
-        // stands behind it is read as if it stood inside.
+        // follows it is read as if it stood inside.
         SkipTo('{');
         return 0;
     case QSA_Token::GeomObject:
         SkipTo('{');
-        return ParseGeomObject();
+        return import.meshes.ParseGeomObject();
     case QSA_Token::CameraObject:
         SkipTo('{');
-        return ParseCamera();
+        return import.nodes.ParseCamera();
     case QSA_Token::BoneObject:
         SkipTo('{');
-        return ParseNode(kObjectBone);
+        return import.nodes.ParseNode(kObjectBone);
     case QSA_Token::HelperObject:
     case QSA_Token::TargetObject:
         SkipTo('{');
-        return ParseNode(kObjectHelper);
+        return import.nodes.ParseNode(kObjectHelper);
     case QSA_Token::LightObject:
         SkipTo('{');
-        return ParseLight();
+        return import.nodes.ParseLight();
     case QSA_Token::Atmospheric:
         SkipTo('{');
-        return ParseAtmospheric();
+        return ParseAtmospheric(import.scene);
     default:
         return 0;
     }
+}
+
+/// After the last byte.
+void QSALoader::LinkScene(Import& import)
+{
+    KRE_3dScene& scene = import.scene;
+    header.firstFrame = static_cast<float>(time.firstFrame);
+    header.lastFrame = static_cast<float>(time.lastFrame);
+    scene.LinkObjects(scene);
+    scene.SetLoopEnd(time.Duration());
+    import.nodes.FinishKeys(time);
+    import.meshes.FinishClones();
+    if (!TakeBoundsObject(scene, *this)) {
+        scene.Update(time.StartSeconds(), 1);
+        scene.ComputeBounds();
+        if (import.meshes.HasSkinnedMesh())
+            Warning("Skinned meshes without 'Bounds' object");
+    }
+    scene.PartitionMeshes();
 }

@@ -23,15 +23,15 @@ void ReadPackedColour(QSA_SceneText& text, uint32_t* colour)
 
 } // namespace
 
-int32_t QSALoader::ParseScene()
+int32_t QSALoader::ParseScene(KRE_3dScene& scene, const QSA_LoadOptions& options)
 {
-    return ParseBlock([&](QSA_Token token) {
+    const int32_t result = ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::SceneBackgroundStatic:
-            ReadPackedColour(*this, &scene->backgroundColor);
+            ReadPackedColour(*this, &scene.backgroundColor);
             break;
         case QSA_Token::SceneAmbientStatic:
-            ReadPackedColour(*this, &scene->ambientColor);
+            ReadPackedColour(*this, &scene.ambientColor);
             break;
         case QSA_Token::SceneFirstFrame:
             ReadInt(&time.firstFrame);
@@ -48,7 +48,7 @@ int32_t QSALoader::ParseScene()
             break;
         case QSA_Token::SceneEnvMap:
             SkipTo('{');
-            return ParseEnvMap();
+            return ParseEnvMap(scene, options);
         case QSA_Token::SceneSoundFile:
             ReadQuoted(&header.soundFile);
             break;
@@ -60,6 +60,8 @@ int32_t QSALoader::ParseScene()
         }
         return 0;
     });
+    UpdateTime();
+    return result;
 }
 
 void QSALoader::UpdateTime()
@@ -70,7 +72,7 @@ void QSALoader::UpdateTime()
 }
 
 /// Looks for the picture once for each block, however often the block names one.
-int32_t QSALoader::ParseEnvMap()
+int32_t QSALoader::ParseEnvMap(KRE_3dScene& scene, const QSA_LoadOptions& options)
 {
     TokenBuffer name;
     bool isNamed = false;
@@ -80,38 +82,38 @@ int32_t QSALoader::ParseEnvMap()
         return 0;
     });
     if (isNamed && !options.Has(kLoadNoTextures))
-        LoadEnvironment(name);
+        LoadEnvironment(name, &scene.backgroundTexture, options);
     return result;
 }
 
-void QSALoader::LoadEnvironment(const char* name)
+void QSALoader::LoadEnvironment(const char* name, KRE_Texture* texture,
+                                const QSA_LoadOptions& options)
 {
-    KRE_Texture& texture = scene->backgroundTexture;
     String path;
     if (gGfx->FindTextureFile(&path, name, options.directory.c_str()))
-        gGfx->LoadTexture(&texture, path.c_str(), 0, -1, -1, options.MipLevels());
+        gGfx->LoadTexture(texture, path.c_str(), 0, -1, -1, options.MipLevels());
     else
         Warning("Can not open environment texture file %s", name);
-    texture.slotNames[texture.currentSlot].Assign(name);
+    texture->slotNames[texture->currentSlot].Assign(name);
 }
 
-int32_t QSALoader::ParseAtmospheric()
+int32_t QSALoader::ParseAtmospheric(KRE_3dScene& scene)
 {
     return ParseBlock([&](QSA_Token token) {
         if (token != QSA_Token::StdFog)
             return 0;
         SkipTo('{');
-        return ParseStdFog();
+        return ParseStdFog(scene);
     });
 }
 
-int32_t QSALoader::ParseStdFog()
+int32_t QSALoader::ParseStdFog(KRE_3dScene& scene)
 {
-    scene->settings.useFog = 1;
+    scene.settings.useFog = 1;
     return ParseBlock([&](QSA_Token token) {
         if (token == QSA_Token::FogColor) {
-            scene->settings.fogColor = 0xFF000000;
-            ReadPackedColour(*this, &scene->settings.fogColor);
+            scene.settings.fogColor = 0xFF000000;
+            ReadPackedColour(*this, &scene.settings.fogColor);
         }
         return 0;
     });

@@ -49,7 +49,7 @@ struct QSA_Material {
     bool texturesLoaded = false;
     std::unique_ptr<QSA_Map> maps[kMapKinds]; ///< owned; null for none
     int32_t subMaterialCount = 0;             ///< as announced
-    std::vector<QSA_Material*> subMaterials;  ///< not owned, live in the loader's list
+    std::vector<QSA_Material*> subMaterials;  ///< not owned, live in the same list
     D3DCOLORVALUE diffuse = {1, 1, 1, 1};
     D3DCOLORVALUE ambient = {1, 1, 1, 1};
     D3DCOLORVALUE specular = {1, 1, 1, 1};

@@ -1,23 +1,38 @@
+#include "qsa/QSA_MaterialImport.h"
 #include "base/Ascii.h"
-#include "qsa/QSALoader.h"
+#include "qsa/QSA_FinishTrack.h"
 #include "qsa/QSA_NameAttributes.h"
 
-int32_t QSALoader::ParseMaterialList()
+QSA_MaterialImport::QSA_MaterialImport(QSA_SceneText& sceneText, const QSA_TimeScale& timeScale,
+                                       const QSA_LoadOptions& loadOptions)
+    : text(sceneText),
+      time(timeScale),
+      options(loadOptions)
+{}
+
+int32_t QSA_MaterialImport::ParseList()
+{
+    const int32_t result = ParseMaterials();
+    FinishMaterials();
+    return result;
+}
+
+int32_t QSA_MaterialImport::ParseMaterials()
 {
     int32_t number = 0;
-    return ParseBlock([&](QSA_Token token) {
+    return text.ParseBlock([&](QSA_Token token) {
         int32_t value = 0;
         switch (token) {
         case QSA_Token::MaterialCount:
-            ReadInt(&value);
+            text.ReadInt(&value);
             return 0;
         case QSA_Token::Material: {
             QSA_Material* material = AddMaterial();
             topMaterials.push_back(material);
-            ReadInt(&value);
+            text.ReadInt(&value);
             if (value != number++)
-                Error("Material in wrong order!");
-            SkipTo('{');
+                text.Error("Material in wrong order!");
+            text.SkipTo('{');
             return ParseMaterial(material);
         }
         default:
@@ -26,19 +41,30 @@ int32_t QSALoader::ParseMaterialList()
     });
 }
 
-QSA_Material* QSALoader::AddMaterial()
+QSA_Material* QSA_MaterialImport::Find(int32_t index, const char* meshName)
+{
+    if (index < 0)
+        return nullptr;
+    if (static_cast<size_t>(index) < topMaterials.size())
+        return topMaterials[static_cast<size_t>(index)];
+    text.Warning("Mesh '%s' has material %i of %i", meshName, index,
+                 static_cast<int32_t>(topMaterials.size()));
+    return nullptr;
+}
+
+QSA_Material* QSA_MaterialImport::AddMaterial()
 {
     return materials.emplace_back(std::make_unique<QSA_Material>()).get();
 }
 
 /// At a material's brace. Submaterials may stand inside each other to any depth, so the open ones
 /// are kept in a list and not on the stack.
-int32_t QSALoader::ParseMaterial(QSA_Material* material)
+int32_t QSA_MaterialImport::ParseMaterial(QSA_Material* material)
 {
     std::vector<QSA_Material*> open;
     OpenMaterial(material, &open);
     while (!open.empty()) {
-        const QSA_Token token = NextToken();
+        const QSA_Token token = text.NextToken();
         QSA_Material* const current = open.back();
         if (token == QSA_Token::EndOfFile)
             return 1;
@@ -46,12 +72,12 @@ int32_t QSALoader::ParseMaterial(QSA_Material* material)
             open.pop_back();
         } else if (token == QSA_Token::SubMaterial) {
             int32_t index = 0;
-            ReadInt(&index);
+            text.ReadInt(&index);
             if (index != static_cast<int32_t>(current->subMaterials.size()))
-                Error("Submaterial in wrong order!");
+                text.Error("Submaterial in wrong order!");
             QSA_Material* child = AddMaterial();
             current->subMaterials.push_back(child);
-            SkipTo('{');
+            text.SkipTo('{');
             OpenMaterial(child, &open);
         } else if (ParseMaterialKeyword(token, current) != 0) {
             return 1;
@@ -60,52 +86,52 @@ int32_t QSALoader::ParseMaterial(QSA_Material* material)
     return 0;
 }
 
-void QSALoader::OpenMaterial(QSA_Material* material, std::vector<QSA_Material*>* open)
+void QSA_MaterialImport::OpenMaterial(QSA_Material* material, std::vector<QSA_Material*>* open)
 {
     // Newer exporters always tell how a map is tiled.
-    if (FileVersionAtLeast(2, 10))
+    if (text.FileVersionAtLeast(2, 10))
         material->render.tileU = material->render.tileV = 0;
     open->push_back(material);
 }
 
-int32_t QSALoader::ParseMaterialKeyword(QSA_Token token, QSA_Material* material)
+int32_t QSA_MaterialImport::ParseMaterialKeyword(QSA_Token token, QSA_Material* material)
 {
     KRE_MaterialInfo& render = material->render;
     switch (token) {
     case QSA_Token::MaterialName:
-        ReadMaterialName(material);
+        ReadName(material);
         return 0;
     case QSA_Token::MaterialDiffuse:
-        ReadColour(&material->diffuse);
+        text.ReadColour(&material->diffuse);
         return 0;
     case QSA_Token::MaterialAmbient:
-        ReadColour(&material->ambient);
+        text.ReadColour(&material->ambient);
         return 0;
     case QSA_Token::MaterialSpecular:
-        ReadColour(&material->specular);
+        text.ReadColour(&material->specular);
         return 0;
     case QSA_Token::MaterialSelfIllumColor:
-        ReadColour(&material->selfIllum);
+        text.ReadColour(&material->selfIllum);
         return 0;
     case QSA_Token::MaterialShineStrength:
-        ReadFloat(&material->shineStrength);
+        text.ReadFloat(&material->shineStrength);
         return 0;
     case QSA_Token::MaterialShine:
-        ReadFloat(&material->shine);
+        text.ReadFloat(&material->shine);
         return 0;
     case QSA_Token::MaterialTransparency:
-        ReadFloat(&render.transparency);
+        text.ReadFloat(&render.transparency);
         return 0;
     case QSA_Token::MaterialTransparencyType:
         ReadTransparencyType(&render);
         return 0;
     case QSA_Token::MaterialTwoSided: {
         int32_t value = 0;
-        render.twoSided = ReadInt(&value) != 0 || value != 0 ? 1 : 0;
+        render.twoSided = text.ReadInt(&value) != 0 || value != 0 ? 1 : 0;
         return 0;
     }
     case QSA_Token::NumSubMaterials:
-        ReadInt(&material->subMaterialCount);
+        text.ReadInt(&material->subMaterialCount);
         return 0;
     case QSA_Token::MapDiffuse:
         return ParseMap(kMapDiffuse, material);
@@ -114,28 +140,28 @@ int32_t QSALoader::ParseMaterialKeyword(QSA_Token token, QSA_Material* material)
     case QSA_Token::MapBump:
         return ParseMap(kMapBump, material);
     case QSA_Token::MaterialAnimation:
-        SkipTo('{');
-        return ParseMaterialAnimation(material);
+        text.SkipTo('{');
+        return ParseAnimation(&material->render);
     default:
         return 0;
     }
 }
 
-void QSALoader::ReadMaterialName(QSA_Material* material)
+void QSA_MaterialImport::ReadName(QSA_Material* material)
 {
     TokenBuffer name;
-    if (ReadQuoted(name) != 0)
+    if (text.ReadQuoted(name) != 0)
         return;
     material->name.Assign(name);
     ParseEffectAttributes(name, &material->render.effectParams);
 }
 
-/// QUIRK: the type counts only behind a transparency above 0; exporters write it in that order.
-void QSALoader::ReadTransparencyType(KRE_MaterialInfo* render)
+/// QUIRK: the type counts only after a transparency above 0; exporters write it in that order.
+void QSA_MaterialImport::ReadTransparencyType(KRE_MaterialInfo* render)
 {
     TokenBuffer word;
-    SkipSpace();
-    ReadWord(word);
+    text.SkipSpace();
+    text.ReadWord(word);
     if (!(render->transparency > 0.0f))
         return;
     if (CompareNoCase(word, "Additive") == 0)
@@ -146,8 +172,8 @@ void QSALoader::ReadTransparencyType(KRE_MaterialInfo* render)
 
 // ---- The finishing step
 
-/// Finishes what was read since the last time. A list without any material gets a default one.
-void QSALoader::FinishMaterials()
+/// Finishes what was read since the last time.
+void QSA_MaterialImport::FinishMaterials()
 {
     if (topMaterials.empty())
         topMaterials.push_back(AddMaterial());
@@ -155,7 +181,7 @@ void QSALoader::FinishMaterials()
         FinishMaterial(materials[finishedMaterials].get());
 }
 
-void QSALoader::FinishMaterial(QSA_Material* material)
+void QSA_MaterialImport::FinishMaterial(QSA_Material* material)
 {
     KRE_MaterialInfo& render = material->render;
     const float strength = material->shineStrength;
@@ -167,8 +193,8 @@ void QSALoader::FinishMaterial(QSA_Material* material)
     render.power = material->shine * 100.0f;
     for (KRE_ColorTrack* track : {&render.diffuseTrack, &render.ambientTrack, &render.specularTrack,
                                   &render.selfIllumTrack})
-        FinishTrack(*track);
-    FinishTrack(render.opacityTrack);
+        FinishTrack(track, time);
+    FinishTrack(&render.opacityTrack, time);
     render.transparent =
         render.transparency > 0.0f || render.opacityTrack.GetKeyCount() > 0 ? 1 : 0;
 
@@ -183,6 +209,7 @@ void QSALoader::FinishMaterial(QSA_Material* material)
         material->hasBump = material->hasBump || child->HasMap(kMapBump);
     }
     if (static_cast<int64_t>(material->subMaterials.size()) != material->subMaterialCount)
-        Warning("Material '%s' announces %i submaterials and has %i", material->name.c_str(),
-                material->subMaterialCount, static_cast<int32_t>(material->subMaterials.size()));
+        text.Warning("Material '%s' announces %i submaterials and has %i", material->name.c_str(),
+                     material->subMaterialCount,
+                     static_cast<int32_t>(material->subMaterials.size()));
 }

@@ -1,60 +1,13 @@
 #include <algorithm>
 
 #include "base/Ascii.h"
-#include "qsa/QSALoader.h"
+#include "qsa/QSA_MaterialImport.h"
 
 namespace {
 
 constexpr int32_t kMaxTrackKeys = 1024;
 
-void Scale(D3DCOLORVALUE& tangent, float factor)
-{
-    tangent.r *= factor;
-    tangent.g *= factor;
-    tangent.b *= factor;
-    tangent.a *= factor;
-}
-
-void Scale(float& tangent, float factor)
-{
-    tangent *= factor;
-}
-
-} // namespace
-
-int32_t QSALoader::ParseMaterialAnimation(QSA_Material* material)
-{
-    KRE_MaterialInfo& render = material->render;
-    KRE_ColorTrack* colours = nullptr;
-    bool isOpacity = false;
-    return ParseBlock([&](QSA_Token token) {
-        switch (token) {
-        case QSA_Token::MaterialAttribute: {
-            TokenBuffer name = "";
-            ReadQuoted(name);
-            colours = FindColourTrack(name, &render);
-            isOpacity = CompareNoCase(name, "Opacity") == 0;
-            return 0;
-        }
-        case QSA_Token::ControlColorBezier:
-        case QSA_Token::ControlColorLinear:
-            if (!colours)
-                return 0;
-            SkipTo('{');
-            return ParseColourTrack(colours);
-        case QSA_Token::ControlFloatBezier:
-        case QSA_Token::ControlFloatLinear:
-            if (!isOpacity)
-                return 0;
-            SkipTo('{');
-            return ParseFloatTrack(&render.opacityTrack, true);
-        default:
-            return 0;
-        }
-    });
-}
-
-KRE_ColorTrack* QSALoader::FindColourTrack(const char* name, KRE_MaterialInfo* render)
+KRE_ColorTrack* FindColourTrack(const char* name, KRE_MaterialInfo* render)
 {
     const struct {
         const char* name;
@@ -70,102 +23,112 @@ KRE_ColorTrack* QSALoader::FindColourTrack(const char* name, KRE_MaterialInfo* r
     return nullptr;
 }
 
+// What the two kinds of tracks differ in: their keywords, and how the values of a key are read.
+
+template <class Key>
+constexpr QSA_Token kLinearKey = QSA_Token::ControlPoint3Key;
+template <class Key>
+constexpr QSA_Token kBezierKey = QSA_Token::ControlBezierPoint3Key;
+template <>
+constexpr QSA_Token kLinearKey<KRE_FloatKey> = QSA_Token::ControlFloatKey;
+template <>
+constexpr QSA_Token kBezierKey<KRE_FloatKey> = QSA_Token::ControlBezierFloatKey;
+
+void ReadKeyValue(QSA_SceneText& text, D3DCOLORVALUE* valueOut)
+{
+    text.ReadColour(valueOut);
+}
+
+void ReadKeyTangent(QSA_SceneText& text, D3DCOLORVALUE* tangentOut)
+{
+    text.ReadColour(tangentOut);
+    tangentOut->a = 0.0f;
+}
+
+/// The text gives opacities, the track holds transparencies.
+void ReadKeyValue(QSA_SceneText& text, float* valueOut)
+{
+    text.ReadFloat(valueOut);
+    *valueOut = 1.0f - *valueOut;
+}
+
+void ReadKeyTangent(QSA_SceneText& text, float* tangentOut)
+{
+    text.ReadFloat(tangentOut);
+    *tangentOut *= -1.0f;
+}
+
+} // namespace
+
+int32_t QSA_MaterialImport::ParseAnimation(KRE_MaterialInfo* render)
+{
+    KRE_ColorTrack* colours = nullptr;
+    bool isOpacity = false;
+    return text.ParseBlock([&](QSA_Token token) {
+        switch (token) {
+        case QSA_Token::MaterialAttribute: {
+            TokenBuffer name = "";
+            text.ReadQuoted(name);
+            colours = FindColourTrack(name, render);
+            isOpacity = CompareNoCase(name, "Opacity") == 0;
+            return 0;
+        }
+        case QSA_Token::ControlColorBezier:
+        case QSA_Token::ControlColorLinear:
+            if (!colours)
+                return 0;
+            text.SkipTo('{');
+            return ParseTrack(colours);
+        case QSA_Token::ControlFloatBezier:
+        case QSA_Token::ControlFloatLinear:
+            if (!isOpacity)
+                return 0;
+            text.SkipTo('{');
+            return ParseTrack(&render->opacityTrack);
+        default:
+            return 0;
+        }
+    });
+}
+
 /// Counts one more key of a track. False, with a warning, for one that finds no room.
-/// QUIRK: the count goes on behind the last key that fits, and the track is as long as the count;
+/// QUIRK: the count goes on after the last key that fits, and the track is as long as the count;
 /// what was not stored is empty.
-bool QSALoader::CountTrackKey(int32_t* number)
+bool QSA_MaterialImport::CountTrackKey(int32_t* number)
 {
     if (++*number < kMaxTrackKeys)
         return true;
-    Warning("Not more than 1024 float bezier keys allowed");
+    text.Warning("Not more than 1024 float bezier keys allowed");
     return false;
 }
 
-/// Puts `number` keys into the track, the first of them from `keys`, the others empty.
-template <class Track, class Key>
-static void FillTrack(Track& track, const std::vector<Key>& keys, int32_t number, bool isLinear)
+template <class Key>
+int32_t QSA_MaterialImport::ParseTrack(KRE_ArrayTrack<Key>* track)
 {
-    track.SetKeyCount(number);
-    if (track.Keys())
-        std::copy(keys.begin(), keys.end(), track.Keys());
-    track.interpolation = isLinear ? Track::kLinear : Track::kBezier;
-    track.secondFlag = 0;
-}
-
-int32_t QSALoader::ParseColourTrack(KRE_ColorTrack* track)
-{
-    std::vector<KRE_ColorKey> keys;
+    std::vector<Key> keys;
     int32_t number = 0;
-    bool isLinear = false;
-    const int32_t result = ParseBlock([&](QSA_Token token) {
-        const bool isLinearKey = token == QSA_Token::ControlPoint3Key;
-        if (!isLinearKey && token != QSA_Token::ControlBezierPoint3Key)
+    bool isLinear = false; // one linear key makes the whole track linear
+    const int32_t result = text.ParseBlock([&](QSA_Token token) {
+        const bool isLinearKey = token == kLinearKey<Key>;
+        if (!isLinearKey && token != kBezierKey<Key>)
             return 0;
         if (!CountTrackKey(&number))
             return 0;
-        KRE_ColorKey& key = keys.emplace_back();
-        ReadFloat(&key.time);
-        ReadColour(&key.value);
-        if (isLinearKey) {
-            isLinear = true; // one such key makes the whole track linear
-            return 0;
-        }
-        ReadColour(&key.inTangent);
-        ReadColour(&key.outTangent);
-        key.inTangent.a = key.outTangent.a = 0.0f;
-        return 0;
-    });
-    FillTrack(*track, keys, number, isLinear);
-    return result;
-}
-
-/// `invert` turns an opacity into a transparency.
-int32_t QSALoader::ParseFloatTrack(KRE_FloatTrack* track, bool invert)
-{
-    std::vector<KRE_FloatKey> keys;
-    int32_t number = 0;
-    bool isLinear = false;
-    const int32_t result = ParseBlock([&](QSA_Token token) {
-        const bool isLinearKey = token == QSA_Token::ControlFloatKey;
-        if (!isLinearKey && token != QSA_Token::ControlBezierFloatKey)
-            return 0;
-        if (!CountTrackKey(&number))
-            return 0;
-        KRE_FloatKey& key = keys.emplace_back();
-        ReadFloat(&key.time);
-        ReadFloat(&key.value);
+        Key& key = keys.emplace_back();
+        text.ReadFloat(&key.time);
+        ReadKeyValue(text, &key.value);
         if (isLinearKey) {
             isLinear = true;
-        } else {
-            const float sign = invert ? -1.0f : 1.0f;
-            ReadFloat(&key.inTangent);
-            ReadFloat(&key.outTangent);
-            key.inTangent *= sign;
-            key.outTangent *= sign;
+            return 0;
         }
-        if (invert)
-            key.value = 1.0f - key.value;
+        ReadKeyTangent(text, &key.inTangent);
+        ReadKeyTangent(text, &key.outTangent);
         return 0;
     });
-    FillTrack(*track, keys, number, isLinear);
+    track->SetKeyCount(number); // those without a key in the text stay empty
+    if (track->Keys())
+        std::copy(keys.begin(), keys.end(), track->Keys());
+    track->interpolation = isLinear ? KRE_ArrayTrack<Key>::kLinear : KRE_ArrayTrack<Key>::kBezier;
+    track->secondFlag = 0;
     return result;
 }
-
-/// Scales the tangents of a track by the distance to the neighbours, still in ticks, and turns its
-/// times to seconds.
-template <class Key>
-void QSALoader::FinishTrack(KRE_ArrayTrack<Key>& track)
-{
-    const int32_t number = track.GetKeyCount();
-    for (int32_t i = 0; i < number; ++i) {
-        if (i > 0)
-            Scale(track.Key(i).inTangent, track.Key(i).time - track.Key(i - 1).time);
-        if (i + 1 < number)
-            Scale(track.Key(i).outTangent, track.Key(i + 1).time - track.Key(i).time);
-    }
-    for (int32_t i = 0; i < number; ++i)
-        track.Key(i).time = time.TicksToSeconds(track.Key(i).time);
-}
-
-template void QSALoader::FinishTrack(KRE_ArrayTrack<KRE_ColorKey>& track);
-template void QSALoader::FinishTrack(KRE_ArrayTrack<KRE_FloatKey>& track);

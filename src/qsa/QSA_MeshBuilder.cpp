@@ -13,6 +13,13 @@ int32_t Modulo(int32_t value, int32_t divisor)
     return rest < 0 ? rest + divisor : rest;
 }
 
+void AddNormal(QSA_BuiltVertex* vertex, const float (&normal)[3])
+{
+    for (size_t i = 0; i < 3; ++i)
+        vertex->normalSum[i] += normal[i];
+    ++vertex->normalCount;
+}
+
 } // namespace
 
 void QSA_MeshBuilder::Clear()
@@ -29,24 +36,6 @@ void QSA_MeshBuilder::Clear()
     attributeCount = 0;
     duplicateCount = 0;
     invalidFaceCount = 0;
-}
-
-template <class T>
-static void FreeList(std::vector<T>& list)
-{
-    std::vector<T>().swap(list);
-}
-
-void QSA_MeshBuilder::Free()
-{
-    Clear();
-    FreeList(vertices);
-    FreeList(weights);
-    FreeList(faces);
-    FreeList(tVertices);
-    FreeList(tFaces);
-    FreeList(built);
-    FreeList(subMaterialMap);
 }
 
 void QSA_MeshBuilder::Build(const char* meshName, int32_t subMaterials)
@@ -111,13 +100,6 @@ int32_t QSA_MeshBuilder::AttributeOf(int32_t subMaterial, int32_t subMaterials)
     return attribute;
 }
 
-static void AddNormal(QSA_BuiltVertex& vertex, const float (&normal)[3])
-{
-    for (size_t i = 0; i < 3; ++i)
-        vertex.normalSum[i] += normal[i];
-    ++vertex.normalCount;
-}
-
 uint32_t QSA_MeshBuilder::AddBuiltVertex(uint32_t sourceVertex, const QSA_SmoothingSet& smoothing,
                                          const float (&normal)[3], int32_t material,
                                          const QSA_TextureVertex* tVertex)
@@ -133,7 +115,7 @@ uint32_t QSA_MeshBuilder::AddBuiltVertex(uint32_t sourceVertex, const QSA_Smooth
         if (common.IsEmpty())
             continue;
         vertex.smoothing = common;
-        AddNormal(vertex, normal);
+        AddNormal(&vertex, normal);
         return copy;
     }
 
@@ -144,7 +126,7 @@ uint32_t QSA_MeshBuilder::AddBuiltVertex(uint32_t sourceVertex, const QSA_Smooth
         // intersection that was tried last is empty, or it would have matched.
         QSA_BuiltVertex& first = built[source.firstCopy];
         first.smoothing.Clear();
-        AddNormal(first, normal);
+        AddNormal(&first, normal);
         return source.firstCopy;
     }
     if (built.size() >= capacity) {
@@ -157,7 +139,7 @@ uint32_t QSA_MeshBuilder::AddBuiltVertex(uint32_t sourceVertex, const QSA_Smooth
     vertex.source = sourceVertex;
     vertex.smoothing = smoothing;
     vertex.material = material;
-    AddNormal(vertex, normal);
+    AddNormal(&vertex, normal);
     if (source.copyCount > 0) {
         ++duplicateCount;
         built[source.lastCopy].nextCopy = added;

@@ -64,10 +64,8 @@ public:
     /// Reports go through `reporter`, which must outlive the builder.
     explicit QSA_MeshBuilder(ErrorClass& reporter) : report(reporter) {}
 
-    /// Forgets the last mesh.
+    /// Forgets the last mesh; the lists keep their memory.
     void Clear();
-    /// Forgets it and frees all memory.
-    void Free();
 
     /// Builds `built`, `subMaterialMap`, and the faces' `material`, `attribute` and `built`.
     /// Degenerate faces are dropped with a `Warning`. All corners must lie inside their arrays.

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "qsa/QSALoader.h"
+#include "qsa/QSA_MeshImport.h"
 #include "scene/KRE_Mesh.h"
 
 namespace {
@@ -34,16 +34,16 @@ T& EntryAt(std::vector<T>& list, int32_t index)
 
 } // namespace
 
-int32_t QSALoader::ParseMesh(KRE_Mesh* mesh)
+int32_t QSA_MeshImport::ParseMesh(KRE_Mesh* mesh)
 {
     builder.Clear();
     std::fill(std::begin(counts), std::end(counts), QSA_MeshCounts{});
     smoothingCut = false;
     mesh->ownGeometry = 0;
-    return ParseBlock([&](QSA_Token token) { return ParseMeshKeyword(token, mesh); });
+    return text.ParseBlock([&](QSA_Token token) { return ParseMeshKeyword(token, mesh); });
 }
 
-int32_t QSALoader::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)
+int32_t QSA_MeshImport::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)
 {
     switch (token) {
     case QSA_Token::MeshNumVertices:
@@ -59,27 +59,27 @@ int32_t QSALoader::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)
         ReadCount(kTFaceList, mesh);
         return 0;
     case QSA_Token::MeshVertexList:
-        SkipTo('{');
+        text.SkipTo('{');
         return ParseVertexList(mesh);
     case QSA_Token::MeshFaceList:
-        SkipTo('{');
+        text.SkipTo('{');
         return ParseFaceList(mesh);
     case QSA_Token::MeshTVertList:
-        SkipTo('{');
+        text.SkipTo('{');
         return ParseTVertexList(mesh);
     case QSA_Token::MeshTFaceList:
         mesh->ownGeometry = 1;
         builder.hasTextureFaces = true;
-        SkipTo('{');
+        text.SkipTo('{');
         return ParseTFaceList(mesh);
     case QSA_Token::MeshWeights:
-        SkipTo('{');
+        text.SkipTo('{');
         return ParseWeights(mesh);
     case QSA_Token::BoundingBoxMin:
-        ReadVector(&mesh->boxMin);
+        text.ReadVector(&mesh->boxMin);
         return 0;
     case QSA_Token::BoundingBoxMax:
-        ReadVector(&mesh->boxMax);
+        text.ReadVector(&mesh->boxMax);
         return 0;
     default:
         return 0;
@@ -87,19 +87,19 @@ int32_t QSALoader::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)
 }
 
 /// Takes a count and forgets the list that an earlier one announced.
-void QSALoader::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
+void QSA_MeshImport::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
 {
     int32_t number = 0;
-    ReadInt(&number);
+    text.ReadInt(&number);
     const ListRules& rules = kListRules[list];
-    if (number < 0 || number > BytesLeft() / rules.leastBytes)
-        Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
+    if (number < 0 || number > text.BytesLeft() / rules.leastBytes)
+        text.Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
     if (list == kFaceList) {
         // Faces that are announced and never given are dropped one by one, with a warning each: held
         // against the whole file, they cannot cost more than it.
         announcedFaces += number;
-        if (announcedFaces > TextSize())
-            Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
+        if (announcedFaces > text.TextSize())
+            text.Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
     }
     counts[list] = {number, true};
 
@@ -125,39 +125,41 @@ void QSALoader::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
     }
 }
 
-void QSALoader::CheckEntry(int32_t index, int32_t expected, QSA_MeshList list, const KRE_Mesh* mesh)
+void QSA_MeshImport::CheckEntry(int32_t index, int32_t expected, QSA_MeshList list,
+                                const KRE_Mesh* mesh)
 {
     const ListRules& rules = kListRules[list];
     if (index == expected && index < counts[list].number)
         return;
     if (!counts[list].isKnown)
-        Error("Mesh '%s' has %s ahead of their count: %i", mesh->name.c_str(), rules.what, index);
+        text.Error("Mesh '%s' has %s ahead of their count: %i", mesh->name.c_str(), rules.what,
+                   index);
     if (index != expected)
-        Error("%s", rules.wrongOrder);
-    Error("%s", rules.tooMany);
+        text.Error("%s", rules.wrongOrder);
+    text.Error("%s", rules.tooMany);
 }
 
-int32_t QSALoader::ParseVertexList(const KRE_Mesh* mesh)
+int32_t QSA_MeshImport::ParseVertexList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
         if (!cursor.TakeKeyword("*MESH_VERTEX")) {
-            const QSA_Token token = NextToken(cursor);
+            const QSA_Token token = text.NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
                 return token == QSA_Token::EndOfFile ? 1 : 0;
             if (token != QSA_Token::MeshVertex)
                 continue;
         }
         int32_t index = 0;
-        ReadInt(cursor, &index);
+        text.ReadInt(cursor, &index);
         CheckEntry(index, expected, kVertexList, mesh);
-        ReadVector(cursor, EntryAt(builder.vertices, expected++).position);
+        text.ReadVector(cursor, EntryAt(builder.vertices, expected++).position);
     }
 }
 
-int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
+int32_t QSA_MeshImport::ParseFaceList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
         QSA_Token token = QSA_Token::MeshFace;
         cursor.SkipLineRest();
@@ -166,14 +168,14 @@ int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
         else if (cursor.TakeKeyword("*MESH_MTLID"))
             token = QSA_Token::MeshMaterialId;
         else if (!cursor.TakeKeyword("*MESH_FACE"))
-            token = NextToken(cursor);
+            token = text.NextToken(cursor);
 
         QSA_SourceFace* const last =
             expected > 0 ? &builder.faces[static_cast<size_t>(expected - 1)] : nullptr;
         switch (token) {
         case QSA_Token::BlockEnd:
         case QSA_Token::EndOfFile:
-            MoveTo(cursor);
+            text.MoveTo(cursor);
             return token == QSA_Token::EndOfFile ? 1 : 0;
         case QSA_Token::MeshFace:
             ParseFace(cursor, expected++, mesh);
@@ -184,7 +186,7 @@ int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
             break;
         case QSA_Token::MeshMaterialId:
             if (last)
-                ReadInt(cursor, &last->material);
+                text.ReadInt(cursor, &last->material);
             break;
         default:
             break;
@@ -194,88 +196,89 @@ int32_t QSALoader::ParseFaceList(const KRE_Mesh* mesh)
 
 /// A face's corners: each a letter, a colon and a vertex index. Edge flags behind them are skipped
 /// with the rest of the line.
-void QSALoader::ParseFace(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh)
+void QSA_MeshImport::ParseFace(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh)
 {
     int32_t index = 0;
-    ReadInt(cursor, &index);
+    text.ReadInt(cursor, &index);
     CheckEntry(index, expected, kFaceList, mesh);
     QSA_SourceFace& face = EntryAt(builder.faces, expected);
     for (size_t c = 0; c < 3; ++c) {
-        SkipTo(cursor, static_cast<char>('A' + c));
-        SkipTo(cursor, ':');
+        text.SkipTo(cursor, static_cast<char>('A' + c));
+        text.SkipTo(cursor, ':');
         int32_t corner = 0;
-        ReadInt(cursor, &corner);
+        text.ReadInt(cursor, &corner);
         face.vertex[c] = CutCorner(corner, kFaceList);
     }
 }
 
 /// Group numbers with commas between them, or nothing at all.
-void QSALoader::ParseSmoothing(QSA_TextCursor& cursor, QSA_SourceFace* face, const KRE_Mesh* mesh)
+void QSA_MeshImport::ParseSmoothing(QSA_TextCursor& cursor, QSA_SourceFace* face,
+                                    const KRE_Mesh* mesh)
 {
     face->smoothing.Clear();
-    if (PeekBehindSpace(cursor) == '*')
+    if (text.PeekBehindSpace(cursor) == '*')
         return;
     for (int32_t number = 0;; ++number) {
         int32_t group = 0;
-        ReadInt(cursor, &group);
+        text.ReadInt(cursor, &group);
         if (number < kMaxSmoothingGroups) {
             face->smoothing.Add(group);
         } else if (!smoothingCut) {
             smoothingCut = true;
-            Warning("More than %i smoothing groups on a face in mesh '%s'", kMaxSmoothingGroups,
-                    mesh->name.c_str());
+            text.Warning("More than %i smoothing groups on a face in mesh '%s'",
+                         kMaxSmoothingGroups, mesh->name.c_str());
         }
-        if (PeekBehindSpace(cursor) != ',')
+        if (text.PeekBehindSpace(cursor) != ',')
             return;
         ++cursor.at;
     }
 }
 
-int32_t QSALoader::ParseTVertexList(const KRE_Mesh* mesh)
+int32_t QSA_MeshImport::ParseTVertexList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
         if (!cursor.TakeKeyword("*MESH_TVERT")) {
-            const QSA_Token token = NextToken(cursor);
+            const QSA_Token token = text.NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
                 return token == QSA_Token::EndOfFile ? 1 : 0;
             if (token != QSA_Token::MeshTVert)
                 continue;
         }
         int32_t index = 0;
-        ReadInt(cursor, &index);
+        text.ReadInt(cursor, &index);
         CheckEntry(index, expected, kTVertexList, mesh);
         float value[3];
-        ReadVector(cursor, value);
+        text.ReadVector(cursor, value);
         EntryAt(builder.tVertices, expected++) = {value[0], 1.0f - value[1], value[2]};
     }
 }
 
-int32_t QSALoader::ParseTFaceList(const KRE_Mesh* mesh)
+int32_t QSA_MeshImport::ParseTFaceList(const KRE_Mesh* mesh)
 {
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
         if (!cursor.TakeKeyword("*MESH_TFACE")) {
-            const QSA_Token token = NextToken(cursor);
+            const QSA_Token token = text.NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
                 return token == QSA_Token::EndOfFile ? 1 : 0;
             if (token != QSA_Token::MeshTFace)
                 continue;
         }
         int32_t index = 0;
-        ReadInt(cursor, &index);
+        text.ReadInt(cursor, &index);
         CheckEntry(index, expected, kTFaceList, mesh);
         QSA_TextureFace& face = EntryAt(builder.tFaces, expected++);
         for (uint16_t& vertex : face.vertex) {
             int32_t corner = 0;
-            ReadInt(cursor, &corner);
+            text.ReadInt(cursor, &corner);
             vertex = CutCorner(corner, kTFaceList);
         }
     }
 }
 
 /// Corners have 16 bits; what is cut off is counted.
-uint16_t QSALoader::CutCorner(int32_t corner, QSA_MeshList list)
+uint16_t QSA_MeshImport::CutCorner(int32_t corner, QSA_MeshList list)
 {
     const auto cut = static_cast<uint16_t>(corner);
     if (cut == corner)
@@ -288,18 +291,18 @@ uint16_t QSALoader::CutCorner(int32_t corner, QSA_MeshList list)
 }
 
 /// One line for each list, as a mesh that wraps does so in thousands of places.
-void QSALoader::WarnOfWrappedCorners(const KRE_Mesh* mesh)
+void QSA_MeshImport::WarnOfWrappedCorners(const KRE_Mesh* mesh)
 {
     for (const QSA_MeshList list : {kFaceList, kTFaceList}) {
         if (counts[list].wrappedCorners > 0)
-            Warning("Mesh '%s': %i corners of its %s wrap at 16 bits, the largest is %i",
-                    mesh->name.c_str(), counts[list].wrappedCorners, kListRules[list].what,
-                    counts[list].largestCorner);
+            text.Warning("Mesh '%s': %i corners of its %s wrap at 16 bits, the largest is %i",
+                         mesh->name.c_str(), counts[list].wrappedCorners, kListRules[list].what,
+                         counts[list].largestCorner);
     }
 }
 
 /// Fills the lists up to their counts with zeroed entries and holds every index against its list.
-void QSALoader::CheckLists(const KRE_Mesh* mesh)
+void QSA_MeshImport::CheckLists(const KRE_Mesh* mesh)
 {
     const int32_t faceNumber = counts[kFaceList].number;
     if (faceNumber == 0)
@@ -311,16 +314,16 @@ void QSALoader::CheckLists(const KRE_Mesh* mesh)
             highest = std::max<uint32_t>(highest, vertex);
     }
     if (static_cast<int64_t>(highest) >= counts[kVertexList].number)
-        Error("Mesh '%s' has a face with vertex %u of %i", mesh->name.c_str(), highest,
-              counts[kVertexList].number);
+        text.Error("Mesh '%s' has a face with vertex %u of %i", mesh->name.c_str(), highest,
+                   counts[kVertexList].number);
     if (builder.vertices.size() <= highest)
         builder.vertices.resize(size_t{highest} + 1);
     if (!builder.hasTextureFaces)
         return;
 
     if (counts[kTFaceList].number < faceNumber)
-        Error("Mesh '%s' has %i texture faces for %i faces", mesh->name.c_str(),
-              counts[kTFaceList].number, faceNumber);
+        text.Error("Mesh '%s' has %i texture faces for %i faces", mesh->name.c_str(),
+                   counts[kTFaceList].number, faceNumber);
     if (builder.tFaces.size() < static_cast<size_t>(faceNumber))
         builder.tFaces.resize(static_cast<size_t>(faceNumber));
     highest = 0;
@@ -329,8 +332,8 @@ void QSALoader::CheckLists(const KRE_Mesh* mesh)
             highest = std::max<uint32_t>(highest, vertex);
     }
     if (static_cast<int64_t>(highest) >= counts[kTVertexList].number)
-        Error("Mesh '%s' has a texture face with vertex %u of %i", mesh->name.c_str(), highest,
-              counts[kTVertexList].number);
+        text.Error("Mesh '%s' has a texture face with vertex %u of %i", mesh->name.c_str(), highest,
+                   counts[kTVertexList].number);
     if (builder.tVertices.size() <= highest)
         builder.tVertices.resize(size_t{highest} + 1);
 }

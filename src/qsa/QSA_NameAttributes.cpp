@@ -4,12 +4,16 @@
 
 #include "base/ParseNumber.h"
 
-static const char* SkipBlanks(const char* at)
+namespace {
+
+const char* SkipBlanks(const char* at)
 {
     while (*at == ' ' || *at == '\t')
         ++at;
     return at;
 }
+
+} // namespace
 
 String GetNameAttribute(const char* text, const char* key)
 {

@@ -1,7 +1,8 @@
 #include <cmath>
 
 #include "base/Ascii.h"
-#include "qsa/QSALoader.h"
+#include "qsa/QSA_NewObject.h"
+#include "qsa/QSA_NodeImport.h"
 #include "scene/KRE_3dScene.h"
 
 namespace {
@@ -34,46 +35,49 @@ int LargestRow(const D3DXMATRIX& matrix, int column)
 
 } // namespace
 
-/// What all nodes share. 1 if the file ended inside a block.
-int32_t QSALoader::ParseNodeKeyword(QSA_Token token, KRE_3dObject* object)
+QSA_NodeImport::QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target)
+    : text(sceneText),
+      scene(target)
+{}
+
+int32_t QSA_NodeImport::ParseNodeKeyword(QSA_Token token, KRE_3dObject* object)
 {
     switch (token) {
     case QSA_Token::NodeName:
-        ReadQuoted(&object->name);
+        text.ReadQuoted(&object->name);
         return 0;
     case QSA_Token::NodeParent:
-        ReadQuoted(&object->parentName);
+        text.ReadQuoted(&object->parentName);
         return 0;
     case QSA_Token::NodeTM:
         return ParseNodeTransform(object);
     case QSA_Token::PivotTM:
         return ParsePivot(object);
     case QSA_Token::TMAnimation:
-        SkipTo('{');
-        return ParseNodeAnimation(object);
+        text.SkipTo('{');
+        return ParseAnimation(object);
     default:
         return 0;
     }
 }
 
-/// A bone, helper or target.
-int32_t QSALoader::ParseNode(int32_t kind)
+int32_t QSA_NodeImport::ParseNode(int32_t kind)
 {
-    KRE_3dObject* object = AddTo(scene->objects);
+    KRE_3dObject* object = AddObject(&scene.objects, text);
     object->objectKind = kind;
-    return ParseBlock([&](QSA_Token token) { return ParseNodeKeyword(token, object); });
+    return text.ParseBlock([&](QSA_Token token) { return ParseNodeKeyword(token, object); });
 }
 
-int32_t QSALoader::ParseCamera()
+int32_t QSA_NodeImport::ParseCamera()
 {
-    KRE_Camera* camera = AddTo(scene->cameras);
-    return ParseBlock([&](QSA_Token token) {
+    KRE_Camera* camera = AddObject(&scene.cameras, text);
+    return text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::TargetNode:
-            ReadQuoted(&camera->targetName);
+            text.ReadQuoted(&camera->targetName);
             return 0;
         case QSA_Token::CameraSettings:
-            SkipTo('{');
+            text.SkipTo('{');
             return ParseCameraSettings(camera);
         default:
             return ParseNodeKeyword(token, camera);
@@ -81,36 +85,36 @@ int32_t QSALoader::ParseCamera()
     });
 }
 
-int32_t QSALoader::ParseCameraSettings(KRE_Camera* camera)
+int32_t QSA_NodeImport::ParseCameraSettings(KRE_Camera* camera)
 {
-    return ParseBlock([&](QSA_Token token) {
+    return text.ParseBlock([&](QSA_Token token) {
         if (token == QSA_Token::CameraFieldOfView)
-            ReadFloat(&camera->fov);
+            text.ReadFloat(&camera->fov);
         return 0;
     });
 }
 
-int32_t QSALoader::ParseLight()
+int32_t QSA_NodeImport::ParseLight()
 {
-    KRE_Light* light = AddTo(scene->lights);
+    KRE_Light* light = AddObject(&scene.lights, text);
     light->lightMode = 0;
     light->light.Range = kUnlimitedRange;
     float colour[3] = {};
     TokenBuffer typeWord = "";
-    const int32_t result = ParseBlock([&](QSA_Token token) {
+    const int32_t result = text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::LightType:
-            SkipSpace();
-            ReadWord(typeWord);
+            text.SkipSpace();
+            text.ReadWord(typeWord);
             return 0;
         case QSA_Token::LightUseLight: {
             int32_t on = 0;
-            ReadInt(&on);
+            text.ReadInt(&on);
             light->lightOn = on != 0 ? 1 : 0;
             return 0;
         }
         case QSA_Token::LightSettings:
-            SkipTo('{');
+            text.SkipTo('{');
             return ParseLightSettings(light, colour);
         default:
             return ParseNodeKeyword(token, light);
@@ -122,16 +126,16 @@ int32_t QSALoader::ParseLight()
 }
 
 /// `colour` lives as long as the light's block: an intensity multiplies what is there.
-int32_t QSALoader::ParseLightSettings(KRE_Light* light, float (&colour)[3])
+int32_t QSA_NodeImport::ParseLightSettings(KRE_Light* light, float (&colour)[3])
 {
     float value = 0.0f;
-    return ParseBlock([&](QSA_Token token) {
+    return text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::LightColor:
-            ReadVector(colour);
+            text.ReadVector(colour);
             break;
         case QSA_Token::LightIntensity:
-            ReadFloat(&value);
+            text.ReadFloat(&value);
             for (float& part : colour)
                 part *= value;
             light->light.Diffuse = {colour[0], colour[1], colour[2], 1.0f};
@@ -139,20 +143,20 @@ int32_t QSALoader::ParseLightSettings(KRE_Light* light, float (&colour)[3])
             light->light.Ambient = {0.0f, 0.0f, 0.0f, 0.0f};
             break;
         case QSA_Token::LightAspect:
-            ReadFloat(&value);
+            text.ReadFloat(&value);
             if (std::fabs(value) != 1.0f)
-                Warning("Light aspect other than 1");
+                text.Warning("Light aspect other than 1");
             break;
         case QSA_Token::LightHotSpot:
-            ReadFloat(&value);
+            text.ReadFloat(&value);
             light->light.Theta = static_cast<float>(value * kRadiansPerDegree);
             break;
         case QSA_Token::LightFalloff:
-            ReadFloat(&value);
+            text.ReadFloat(&value);
             light->light.Phi = static_cast<float>(value * kRadiansPerDegree);
             break;
         case QSA_Token::LightTDist:
-            ReadFloat(&value);
+            text.ReadFloat(&value);
             break;
         default:
             break;
@@ -161,7 +165,7 @@ int32_t QSALoader::ParseLightSettings(KRE_Light* light, float (&colour)[3])
     });
 }
 
-void QSALoader::FinishLight(KRE_Light* light, const char* typeWord)
+void QSA_NodeImport::FinishLight(KRE_Light* light, const char* typeWord)
 {
     light->light.Falloff = 1.0f;
     light->light.Attenuation0 = 1.0f;
@@ -174,18 +178,16 @@ void QSALoader::FinishLight(KRE_Light* light, const char* typeWord)
         }
     }
     light->light.Type = D3DLIGHT_POINT;
-    Warning("Unknown light type changed to omni");
+    text.Warning("Unknown light type changed to omni");
 }
 
 // --- transform blocks
 
-/// At the keyword: reads the block that follows. At its close the axes in which the node is
-/// mirrored are found; the scale itself has no sign.
-int32_t QSALoader::ParseTransform(Transform* transformOut)
+int32_t QSA_NodeImport::ParseTransform(QSA_Transform* transformOut)
 {
-    *transformOut = Transform();
-    SkipTo('{');
-    const int32_t result = ParseBlock([&](QSA_Token token) {
+    *transformOut = QSA_Transform();
+    text.SkipTo('{');
+    const int32_t result = text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::TMRow0:
             ReadMatrixRow(&transformOut->initTM, 0);
@@ -200,16 +202,16 @@ int32_t QSALoader::ParseTransform(Transform* transformOut)
             ReadMatrixRow(&transformOut->initTM, 3);
             break;
         case QSA_Token::TMPos:
-            ReadVector(&transformOut->position);
+            text.ReadVector(&transformOut->position);
             break;
         case QSA_Token::TMScale:
-            ReadVector(&transformOut->scale);
+            text.ReadVector(&transformOut->scale);
             break;
         case QSA_Token::TMRotAngle:
-            ReadFloat(&transformOut->rotationAngle);
+            text.ReadFloat(&transformOut->rotationAngle);
             break;
         case QSA_Token::TMRotAxis:
-            ReadVector(&transformOut->rotationAxis);
+            text.ReadVector(&transformOut->rotationAxis);
             transformOut->rotationAxis = -transformOut->rotationAxis;
             break;
         default:
@@ -222,10 +224,10 @@ int32_t QSALoader::ParseTransform(Transform* transformOut)
     return result;
 }
 
-void QSALoader::ReadMatrixRow(D3DXMATRIX* matrix, int row)
+void QSA_NodeImport::ReadMatrixRow(D3DXMATRIX* matrix, int row)
 {
     float values[3];
-    ReadVector(values);
+    text.ReadVector(values);
     for (int i = 0; i < 3; ++i)
         matrix->m[row][i] = values[i];
     matrix->m[row][3] = row == 3 ? 1.0f : 0.0f;
@@ -233,7 +235,7 @@ void QSALoader::ReadMatrixRow(D3DXMATRIX* matrix, int row)
 
 /// A node is mirrored in an axis in which the file's matrix points against the one that follows from
 /// scale, rotation and position.
-void QSALoader::FindMirroredAxes(Transform* transform)
+void QSA_NodeImport::FindMirroredAxes(QSA_Transform* transform)
 {
     D3DXMATRIX computed, rotation, translation;
     D3DXMatrixScaling(&computed, transform->scale.x, transform->scale.y, transform->scale.z);
@@ -248,7 +250,7 @@ void QSALoader::FindMirroredAxes(Transform* transform)
         const int row = LargestRow(computed, column);
         const float inFile = transform->initTM.m[row][column];
         if (inFile == 0.0f) {
-            Warning("Determinant in TM is zero.");
+            text.Warning("Determinant in TM is zero.");
             return;
         }
         if (computed.m[row][column] / inFile < 0.0f)
@@ -256,9 +258,9 @@ void QSALoader::FindMirroredAxes(Transform* transform)
     }
 }
 
-int32_t QSALoader::ParseNodeTransform(KRE_3dObject* object)
+int32_t QSA_NodeImport::ParseNodeTransform(KRE_3dObject* object)
 {
-    Transform transform;
+    QSA_Transform transform;
     const int32_t result = ParseTransform(&transform);
     object->initTM = transform.initTM;
     object->mirror = transform.mirror;
@@ -269,9 +271,9 @@ int32_t QSALoader::ParseNodeTransform(KRE_3dObject* object)
     return result;
 }
 
-int32_t QSALoader::ParsePivot(KRE_3dObject* object)
+int32_t QSA_NodeImport::ParsePivot(KRE_3dObject* object)
 {
-    Transform transform;
+    QSA_Transform transform;
     const int32_t result = ParseTransform(&transform);
     object->pivotTM = transform.initTM;
     return result;

@@ -1,8 +1,8 @@
 #include <cmath>
 
 #include "base/LoadInHand.h"
-#include "qsa/QSALoader.h"
-#include "scene/KRE_3dObject.h"
+#include "qsa/QSA_NodeImport.h"
+#include "scene/KRE_3dScene.h"
 
 namespace {
 
@@ -24,20 +24,55 @@ bool IsFinite(const KRE_RotKeyData& key)
            std::isfinite(key.axis.y) && std::isfinite(key.axis.z);
 }
 
+/// Scales the tangents of a leading run of Bezier keys by the distance to their neighbours, still in
+/// ticks, and turns all times to seconds.
+template <class Key>
+void FinishKeyList(KRE_KeyList<Key>* keys, const QSA_TimeScale& time)
+{
+    // One walk for both: the keys of a long animation do not fit the cache.
+    bool isLeadingRun = true;
+    float previousTicks = 0.0f;
+    for (Key* key = keys->Head(); key; key = key->next.get()) {
+        const float ticks = key->time;
+        isLeadingRun = isLeadingRun && key->interpolation == kKeyBezier;
+        if (isLeadingRun && key->prev)
+            key->inTangent *= ticks - previousTicks;
+        if (isLeadingRun && key->next)
+            key->outTangent *= key->next->time - ticks;
+        key->time = time.TicksToSeconds(ticks);
+        previousTicks = ticks;
+    }
+    keys->TimesChanged();
+}
+
+void FinishKeysOf(KRE_3dObject* object, const QSA_TimeScale& time)
+{
+    const LoadScope inHand(object->name);
+    FinishKeyList(&object->posKeys, time);
+    FinishKeyList(&object->scaleKeys, time);
+    for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next.get()) {
+        key->time = time.TicksToSeconds(key->time);
+        if (key->interpolation == kKeyTcb)
+            ComputeInnerControls(*key);
+    }
+    object->rotKeys.TimesChanged();
+    object->BuildKeyIndex();
+}
+
 } // namespace
 
-int32_t QSALoader::ParseNodeAnimation(KRE_3dObject* object)
+int32_t QSA_NodeImport::ParseAnimation(KRE_3dObject* object)
 {
-    return ParseBlock([&](QSA_Token token) {
+    return text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::ControlPos:
-            SkipTo('{');
+            text.SkipTo('{');
             return ParsePositionKeys(object);
         case QSA_Token::ControlRot:
-            SkipTo('{');
+            text.SkipTo('{');
             return ParseRotationKeys(object);
         case QSA_Token::ControlScale:
-            SkipTo('{');
+            text.SkipTo('{');
             return ParseScaleKeys(object);
         default:
             return 0;
@@ -45,67 +80,67 @@ int32_t QSALoader::ParseNodeAnimation(KRE_3dObject* object)
     });
 }
 
-int32_t QSALoader::ParsePositionKeys(KRE_3dObject* object)
+int32_t QSA_NodeImport::ParsePositionKeys(KRE_3dObject* object)
 {
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::BezierPosKey;
         if (cursor.TakeKeyword("*CONTROL_POS_SAMPLE"))
             token = QSA_Token::LinearPosKey;
         else if (!cursor.TakeKeyword("*CONTROL_BEZIER_POS_KEY"))
-            token = NextToken(cursor);
+            token = text.NextToken(cursor);
 
         if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
             return token == QSA_Token::EndOfFile ? 1 : 0;
         if (token != QSA_Token::LinearPosKey && token != QSA_Token::BezierPosKey)
             continue;
         KRE_PosKeyData key;
-        ReadFloat(cursor, &key.time);
-        ReadVector(cursor, &key.value);
+        text.ReadFloat(cursor, &key.time);
+        text.ReadVector(cursor, &key.value);
         if (token == QSA_Token::BezierPosKey) {
-            ReadVector(cursor, &key.inTangent);
-            ReadVector(cursor, &key.outTangent);
+            text.ReadVector(cursor, &key.inTangent);
+            text.ReadVector(cursor, &key.outTangent);
             key.interpolation = kKeyBezier;
         }
         object->AddPosKey(key);
     }
 }
 
-/// Mirroring is the node's affair, so the factors are stored without their sign. Tangents are not
+/// Mirroring belongs to the node, so the factors are stored without their sign. Tangents are not
 /// part of the format.
-int32_t QSALoader::ParseScaleKeys(KRE_3dObject* object)
+int32_t QSA_NodeImport::ParseScaleKeys(KRE_3dObject* object)
 {
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::BezierScaleKey;
         if (cursor.TakeKeyword("*CONTROL_SCALE_SAMPLE"))
             token = QSA_Token::LinearScaleKey;
         else if (!cursor.TakeKeyword("*CONTROL_BEZIER_SCALE_KEY"))
-            token = NextToken(cursor);
+            token = text.NextToken(cursor);
 
         if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
             return token == QSA_Token::EndOfFile ? 1 : 0;
         if (token != QSA_Token::LinearScaleKey && token != QSA_Token::BezierScaleKey)
             continue;
         KRE_ScaleKeyData key;
-        ReadFloat(cursor, &key.time);
-        ReadVector(cursor, &key.value);
+        text.ReadFloat(cursor, &key.time);
+        text.ReadVector(cursor, &key.value);
         key.value = {std::fabs(key.value.x), std::fabs(key.value.y), std::fabs(key.value.z)};
         key.interpolation = token == QSA_Token::BezierScaleKey ? kKeyBezier : kKeyLinear;
         object->AddScaleKey(key);
     }
 }
 
-int32_t QSALoader::ParseRotationKeys(KRE_3dObject* object)
+int32_t QSA_NodeImport::ParseRotationKeys(KRE_3dObject* object)
 {
     float highestTime = kBeforeAllTimes;
-    QSA_TextCursor cursor = Cursor();
+    QSA_TextCursor cursor = text.Cursor();
     for (;;) {
         QSA_Token token = QSA_Token::TcbRotKey;
         if (cursor.TakeKeyword("*CONTROL_ROT_SAMPLE"))
             token = QSA_Token::LinearRotKey;
         else if (!cursor.TakeKeyword("*CONTROL_TCB_ROT_KEY"))
-            token = NextToken(cursor);
+            token = text.NextToken(cursor);
 
         if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
             return token == QSA_Token::EndOfFile ? 1 : 0;
@@ -114,35 +149,36 @@ int32_t QSALoader::ParseRotationKeys(KRE_3dObject* object)
     }
 }
 
-void QSALoader::ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, KRE_3dObject* object,
-                                 float* highestTime)
+void QSA_NodeImport::ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, KRE_3dObject* object,
+                                      float* highestTime)
 {
     KRE_RotKeyData key;
-    ReadFloat(cursor, &key.time);
+    text.ReadFloat(cursor, &key.time);
     if (key.time < *highestTime) {
-        Warning("Skipped wrong order rotation key in file: %s", fileName);
+        text.Warning("Skipped wrong order rotation key in file: %s", text.FileName());
         return;
     }
     *highestTime = key.time;
-    ReadVector(cursor, &key.axis);
+    text.ReadVector(cursor, &key.axis);
     key.axis = {-key.axis.x, -key.axis.y, -key.axis.z};
-    ReadFloat(cursor, &key.angle);
+    text.ReadFloat(cursor, &key.angle);
     if (token == QSA_Token::TcbRotKey) {
         key.interpolation = kKeyTcb;
         for (float* value : {&key.tension, &key.continuity, &key.bias, &key.easeIn, &key.easeOut})
-            ReadFloat(cursor, value);
+            text.ReadFloat(cursor, value);
     } else if (key.angle > kHalfTurn && key.angle < kFullTurn) {
         key.angle = static_cast<float>(key.angle - kFullTurn);
     }
     if (!IsFinite(key))
-        Error("Object '%s' has a rotation key that is not finite: time %g, angle %g",
-              object->name.c_str(), static_cast<double>(key.time), static_cast<double>(key.angle));
+        text.Error("Object '%s' has a rotation key that is not finite: time %g, angle %g",
+                   object->name.c_str(), static_cast<double>(key.time),
+                   static_cast<double>(key.angle));
     AddSplitRotKey(object, key);
 }
 
 /// A turn between two keys goes the short way round, so one of half a circle or more becomes
 /// several keys. The way to a key is eased by its own numbers only at the last of them.
-void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
+void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
 {
     const KRE_RotKeyData* last = object->GetLastRotKey();
     if (!last) {
@@ -151,12 +187,12 @@ void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
     }
     const double turns = std::fabs(static_cast<double>(key.angle)) / kHalfTurn;
     if (turns >= kMaxKeyParts)
-        Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
-              static_cast<double>(key.angle));
+        text.Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
+                   static_cast<double>(key.angle));
     keyParts += static_cast<int64_t>(turns);
-    if (keyParts > kMaxFileKeyParts + TextSize() / kBytesPerKeyPart)
-        Error("Object '%s' turns too far: %lli rotation keys in one file", object->name.c_str(),
-              static_cast<long long>(keyParts));
+    if (keyParts > kMaxFileKeyParts + text.TextSize() / kBytesPerKeyPart)
+        text.Error("Object '%s' turns too far: %lli rotation keys in one file",
+                   object->name.c_str(), static_cast<long long>(keyParts));
 
     const int32_t parts = 1 + static_cast<int32_t>(turns);
     KRE_RotKeyData part = key;
@@ -177,37 +213,14 @@ void QSALoader::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
     }
 }
 
-/// Scales the tangents of a leading run of Bezier keys by the distance to their neighbours, still in
-/// ticks, and turns all times to seconds.
-template <class Key>
-void QSALoader::FinishKeyList(KRE_KeyList<Key>& keys)
+void QSA_NodeImport::FinishKeys(const QSA_TimeScale& time)
 {
-    // One walk for both: the keys of a long animation do not fit the cache.
-    bool isLeadingRun = true;
-    float previousTicks = 0.0f;
-    for (Key* key = keys.Head(); key; key = key->next.get()) {
-        const float ticks = key->time;
-        isLeadingRun = isLeadingRun && key->interpolation == kKeyBezier;
-        if (isLeadingRun && key->prev)
-            key->inTangent *= ticks - previousTicks;
-        if (isLeadingRun && key->next)
-            key->outTangent *= key->next->time - ticks;
-        key->time = time.TicksToSeconds(ticks);
-        previousTicks = ticks;
-    }
-    keys.TimesChanged();
-}
-
-void QSALoader::FinishKeys(KRE_3dObject* object)
-{
-    const LoadScope inHand(object->name);
-    FinishKeyList(object->posKeys);
-    FinishKeyList(object->scaleKeys);
-    for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next.get()) {
-        key->time = time.TicksToSeconds(key->time);
-        if (key->interpolation == kKeyTcb)
-            ComputeInnerControls(*key);
-    }
-    object->rotKeys.TimesChanged();
-    object->BuildKeyIndex();
+    for (KRE_Mesh* mesh : scene.meshes)
+        FinishKeysOf(mesh, time);
+    for (KRE_3dObject* object : scene.objects)
+        FinishKeysOf(object, time);
+    for (KRE_Camera* camera : scene.cameras)
+        FinishKeysOf(camera, time);
+    for (KRE_Light* light : scene.lights)
+        FinishKeysOf(light, time);
 }

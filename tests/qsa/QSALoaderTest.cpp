@@ -4,8 +4,6 @@
 
 namespace {
 
-using Access = QSALoaderTestAccess;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 const char* const kNamed = "*HELPEROBJECT { *NODE_NAME \"";
@@ -145,7 +143,7 @@ TEST_F(QSALoaderTest, NothingOfOneFileReachesTheNext)
          "*SCENE_FRAMESPEED 25 *SCENE_TICKSPERFRAME 192 *SCENE_SOUNDFILE \"s\" "
          "*SCENE_SCRIPTFILE \"t\" }" +
          MaterialList({"*MATERIAL_NAME \"m\""}) + Triangle().Text());
-    EXPECT_FALSE(Access::HoldsLoad(loader));
+    EXPECT_FALSE(loader.IsOpen());
     Load("none");
     EXPECT_STREQ(loader.header.soundFile.c_str(), "");
     EXPECT_STREQ(loader.header.scriptFile.c_str(), "");
@@ -163,7 +161,7 @@ TEST_F(QSALoaderTest, NothingOfOneFileReachesTheNext)
 TEST_F(QSALoaderTest, ErrorLeavesNothingBehind)
 {
     EXPECT_NE(LoadError(Triangle().Text() + "*MATERIAL_LIST { *MATERIAL 1 { } }"), "no error");
-    EXPECT_FALSE(Access::HoldsLoad(loader));
+    EXPECT_FALSE(loader.IsOpen());
     EXPECT_TRUE(std::filesystem::remove("scene.qsa")); // it is closed
     Load(Named("a"));
     EXPECT_EQ(scene.objects.Count(), 1);

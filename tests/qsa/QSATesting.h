@@ -14,23 +14,6 @@
 #include "tests/support/RaisedBy.h"
 #include "tests/support/SceneEngine.h"
 
-/// The state of a loader that no operation gives.
-class QSALoaderTestAccess {
-public:
-    /// The format of a mesh with that many weights and without a material.
-    static DWORD ChooseVertexFormat(QSALoader& loader, int32_t weightCount)
-    {
-        const KRE_Mesh mesh;
-        loader.geometry.weightCount = weightCount;
-        return loader.ChooseVertexFormat(&mesh, nullptr);
-    }
-    /// Whether anything is left of the last load that only it needed.
-    static bool HoldsLoad(const QSALoader& loader)
-    {
-        return loader.IsOpen() || !loader.materials.empty() || loader.builder.faces.capacity() > 0;
-    }
-};
-
 /// A GEOMOBJECT block from lists. Faces are given by their corners.
 struct MeshText {
     struct Face {

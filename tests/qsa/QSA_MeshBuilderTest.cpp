@@ -319,6 +319,4 @@ TEST_F(QSA_MeshBuilderTest, ClearForgetsTheMesh)
     EXPECT_TRUE(builder.vertices.empty());
     EXPECT_TRUE(builder.built.empty());
     EXPECT_EQ(builder.duplicateCount, 0);
-    builder.Free();
-    EXPECT_EQ(builder.faces.capacity(), 0u);
 }

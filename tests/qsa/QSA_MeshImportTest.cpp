@@ -4,8 +4,6 @@
 
 namespace {
 
-using Access = QSALoaderTestAccess;
-
 /// A map block of a file that is not there.
 std::string Map(const char* kind)
 {
@@ -319,15 +317,6 @@ TEST_F(QSALoaderTest, MeshThatIsCutOffIsBuiltFromWhatIsThere)
     Load(text.substr(0, text.rfind('}') - 4));
     ASSERT_EQ(scene.meshes.Count(), 1);
     EXPECT_EQ(Mesh(0).faceCount, 1);
-}
-
-TEST_F(QSALoaderTest, ImpossibleNumberOfWeightsIsAnError)
-{
-    EXPECT_EQ(RaisedBy([&] { Access::ChooseVertexFormat(loader, 5); }),
-              "*nofile*: Invalid number of weightings: 5");
-    EXPECT_EQ(RaisedBy([&] { Access::ChooseVertexFormat(loader, -1); }),
-              "*nofile*: Invalid number of weightings: -1");
-    EXPECT_EQ(Access::ChooseVertexFormat(loader, 4), 0x101Cu);
 }
 
 TEST_F(QSALoaderTest, NameOutsideAsciiIsTheNameTreesError)

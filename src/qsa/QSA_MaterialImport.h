@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "qsa/QSA_LoadOptions.h"
+#include "qsa/QSA_Material.h"
+#include "qsa/QSA_SceneText.h"
+#include "qsa/QSA_TimeScale.h"
+
+/// Reads the materials of a scene text with their maps and animations, and holds them until its
+/// meshes are made. Block parsers give 0 at the block's close and 1 when the file ended inside it.
+class QSA_MaterialImport {
+public:
+    /// All three must outlive the import. Times are turned to seconds by what `timeScale` is when a
+    /// list or a map is finished.
+    QSA_MaterialImport(QSA_SceneText& sceneText, const QSA_TimeScale& timeScale,
+                       const QSA_LoadOptions& loadOptions);
+
+    /// Reads a list behind its brace and finishes its materials, also if the file ends in it. A list
+    /// without any material gets a default one.
+    int32_t ParseList();
+    /// The top-level material of an index, or null for -1. One that is not there counts as none, with
+    /// a `Warning` that names the mesh. Owned by the import.
+    QSA_Material* Find(int32_t index, const char* meshName);
+    /// Loads the maps of a material and of all its submaterials, once.
+    void LoadTextures(QSA_Material* material);
+
+private:
+    // --- materials: QSA_MaterialImport.cpp
+    int32_t ParseMaterials();
+    QSA_Material* AddMaterial();
+    int32_t ParseMaterial(QSA_Material* material);
+    void OpenMaterial(QSA_Material* material, std::vector<QSA_Material*>* open);
+    int32_t ParseMaterialKeyword(QSA_Token token, QSA_Material* material);
+    void ReadName(QSA_Material* material);
+    void ReadTransparencyType(KRE_MaterialInfo* render);
+    void FinishMaterials();
+    void FinishMaterial(QSA_Material* material);
+
+    // --- maps: QSA_MaterialImportMaps.cpp
+    int32_t ParseMap(QSA_MapKind kind, QSA_Material* material);
+    int32_t ParseMapKeyword(QSA_Token token, QSA_Map* map, KRE_MaterialInfo* render);
+    int32_t ReadTiling(uint8_t* tileOut, uint8_t* mirrorOut);
+    int32_t ReadEndCondition(int32_t* conditionOut);
+    int32_t ParseMapAnimation(QSA_MapAnimation* animation);
+    int32_t ParseMapKeys(std::vector<KRE_FloatKey>* keysOut);
+
+    // --- the pictures of maps: QSA_MaterialImportTextures.cpp
+    void LoadOwnTextures(QSA_Material* material);
+    bool LoadMapTexture(const QSA_Map& map, KRE_Texture* texture, const char* warning);
+    void AttachMapAnimation(const QSA_Map& map, KRE_Texture* texture, int32_t slot);
+    void SelectSlotOf(const QSA_Map& map, QSA_Material* material, int32_t slot);
+    void LoadReflectionMap(QSA_Material* material, int32_t* slot);
+    void LoadDiffuseMap(QSA_Material* material, int32_t* slot);
+    void LoadBumpMap(QSA_Material* material, int32_t slot);
+
+    // --- animation: QSA_MaterialImportTracks.cpp
+    int32_t ParseAnimation(KRE_MaterialInfo* render);
+    bool CountTrackKey(int32_t* number);
+    template <class Key>
+    int32_t ParseTrack(KRE_ArrayTrack<Key>* track);
+
+    QSA_SceneText& text;                                  ///< not owned, the file in hand
+    const QSA_TimeScale& time;                            ///< not owned, of the file in hand
+    const QSA_LoadOptions& options;                       ///< not owned, of the load in hand
+    std::vector<std::unique_ptr<QSA_Material>> materials; ///< owned; all of the file, in its order
+    std::vector<QSA_Material*> topMaterials;              ///< not owned, in `materials`
+    size_t finishedMaterials = 0;                         ///< the first ones of `materials`
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+
+#include "qsa/QSA_SceneText.h"
+#include "qsa/QSA_TimeScale.h"
+#include "qsa/QSA_Transform.h"
+
+class KRE_3dObject;
+class KRE_3dScene;
+class KRE_Camera;
+class KRE_Light;
+class KRE_RotKeyData;
+
+/// Reads bones, helpers, cameras and lights into a scene, and of meshes what all nodes share. Block
+/// parsers begin behind the brace, give 0 at the block's close and 1 when the file ended inside it.
+class QSA_NodeImport {
+public:
+    /// Both must outlive the import.
+    QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target);
+
+    /// A bone, helper or target.
+    int32_t ParseNode(int32_t kind);
+    int32_t ParseCamera();
+    int32_t ParseLight();
+    /// A keyword that all nodes share; any other does nothing. 1 if the file ended in its block.
+    int32_t ParseNodeKeyword(QSA_Token token, KRE_3dObject* object);
+    /// At the keyword: reads the block that follows. At its close the axes in which the node is
+    /// mirrored are found; the scale itself has no sign.
+    int32_t ParseTransform(QSA_Transform* transformOut);
+
+    /// Once all nodes are read: turns the times of all keys in the scene to seconds.
+    void FinishKeys(const QSA_TimeScale& time);
+
+private:
+    // --- nodes: QSA_NodeImport.cpp
+    int32_t ParseCameraSettings(KRE_Camera* camera);
+    int32_t ParseLightSettings(KRE_Light* light, float (&colour)[3]);
+    void FinishLight(KRE_Light* light, const char* typeWord);
+    void ReadMatrixRow(D3DXMATRIX* matrix, int row);
+    void FindMirroredAxes(QSA_Transform* transform);
+    int32_t ParseNodeTransform(KRE_3dObject* object);
+    int32_t ParsePivot(KRE_3dObject* object);
+
+    // --- their keys: QSA_NodeImportKeys.cpp
+    int32_t ParseAnimation(KRE_3dObject* object);
+    int32_t ParsePositionKeys(KRE_3dObject* object);
+    int32_t ParseScaleKeys(KRE_3dObject* object);
+    int32_t ParseRotationKeys(KRE_3dObject* object);
+    void ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, KRE_3dObject* object,
+                          float* highestTime);
+    void AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key);
+
+    QSA_SceneText& text;  ///< not owned, the file in hand
+    KRE_3dScene& scene;   ///< not owned, the one in hand
+    int64_t keyParts = 0; ///< rotation keys that were made by splitting
+};
