@@ -72,7 +72,7 @@ std::string Everything()
            mesh.Text() + "*GEOMOBJECT { *NODE_NAME \"copy\" *CLONE \"Cube\" *MATERIAL_REF 1 }\n}\n";
 }
 
-class BadInputTest : public QSALoaderTest {
+class QSALoaderBadInputTest : public QSALoaderTest {
 protected:
     /// Loads a text that may be bad; what loads has to be sound. Gives the error, or an empty text.
     std::string Try(const std::string& text, uint32_t flags = 0)
@@ -95,7 +95,7 @@ protected:
 
 } // namespace
 
-TEST_F(BadInputTest, TheWholeTextLoadsWithoutAnError)
+TEST_F(QSALoaderBadInputTest, TheWholeTextLoadsWithoutAnError)
 {
     Load(Everything());
     EXPECT_EQ(scene.meshes.Count(), 2); // the bounds are gone
@@ -107,7 +107,7 @@ TEST_F(BadInputTest, TheWholeTextLoadsWithoutAnError)
 
 // One length of eleven in an ordinary run, which over the text's many lines comes to every place of a
 // line; with QSA_EVERY_TRUNCATION=1 in the environment every length.
-TEST_F(BadInputTest, TruncationsLoadOrEndInAStatedError)
+TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInAStatedError)
 {
     const std::string text = Everything();
     const char* wish = std::getenv("QSA_EVERY_TRUNCATION");
@@ -197,7 +197,7 @@ std::string gEntryBefore;
 /// Each text gives a sound scene that can be saved and loaded again, or an error of the list in the
 /// documents that names the file, itself or in the warning ahead of it. And the same through a
 /// window of any size, byte for byte.
-TEST_F(BadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
+TEST_F(QSALoaderBadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
 {
     const std::string text = Everything();
     const auto stated = StatedErrors();
@@ -259,7 +259,7 @@ TEST_F(BadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
     EXPECT_GT(refused, rounds / 10);
 }
 
-TEST_F(BadInputTest, StrangeBytesInTextsAreKeptOrRefused)
+TEST_F(QSALoaderBadInputTest, StrangeBytesInTextsAreKeptOrRefused)
 {
     EXPECT_EQ(Try(Helper("*NODE_NAME \"" + std::string("a\0b", 3) + "\"")), "");
     EXPECT_STREQ(Object(0).name.c_str(), "a");
@@ -392,7 +392,7 @@ std::vector<std::pair<const char*, std::string>> HostileTexts()
 
 } // namespace
 
-TEST_F(BadInputTest, TextsThatAskForMuchCostLittle)
+TEST_F(QSALoaderBadInputTest, TextsThatAskForMuchCostLittle)
 {
     const auto texts = HostileTexts();
     for (const auto& [what, text] : texts) {

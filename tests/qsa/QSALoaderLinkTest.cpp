@@ -5,56 +5,11 @@
 
 namespace {
 
-std::string Clone(const std::string& name, const std::string& source, const std::string& more = "")
-{
-    return "*GEOMOBJECT { *NODE_NAME \"" + name + "\" *CLONE \"" + source + "\" " + more + " }\n";
-}
-
-std::string Named(const MeshText& mesh, const char* name, const std::string& more = "")
-{
-    MeshText named = mesh;
-    named.name = name;
-    named.more += more;
-    return named.Text();
-}
-
-/// Saves what was loaded and loads it again.
-class BoundsClones : public QSALoaderTest {
-protected:
-    void Reload()
-    {
-        gGfx->SaveScene(scene, "saved.qsb");
-        gGfx->LoadScene(reloaded, "saved.qsb", 0);
-        EXPECT_EQ(FaultsOf(reloaded), "");
-    }
-    /// The meshes in their order, each with its source.
-    static std::string Sources(KRE_3dScene& of)
-    {
-        std::string all;
-        for (const KRE_Mesh* mesh : of.meshes) {
-            all += all.empty() ? "" : " ";
-            all += mesh->name.c_str();
-            all += mesh->cloneSource.IsEmpty() ? "" : "<";
-            all += mesh->cloneSource.c_str();
-        }
-        return all;
-    }
-    static std::string Kept(const std::string& clone, const std::string& source)
-    {
-        return "Mesh '" + clone + "' keeps the geometry of '" + source +
-               "', which is taken out of the scene";
-    }
-
-    KRE_3dScene reloaded;
-};
-
-const char* const kTwoParts =
-    "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 } *SUBMATERIAL 1 "
-    "{ *MATERIAL_DIFFUSE 0 1 0 }";
+using QSALoaderLinkTest = QSALoaderTest;
 
 } // namespace
 
-TEST_F(QSALoaderTest, ParentThatIsNotThereWarns)
+TEST_F(QSALoaderLinkTest, ParentThatIsNotThereWarns)
 {
     Load(Helper("*NODE_NAME \"a\" *NODE_PARENT \"none\"") +
          Helper("*NODE_NAME \"b\" *NODE_PARENT \"a\""));
@@ -63,7 +18,7 @@ TEST_F(QSALoaderTest, ParentThatIsNotThereWarns)
     EXPECT_THAT(LogText(), testing::HasSubstr("Parent object 'none' not found in scene"));
 }
 
-TEST_F(QSALoaderTest, CloneSharesTheGeometryOfItsSource)
+TEST_F(QSALoaderLinkTest, CloneSharesTheGeometryOfItsSource)
 {
     Load(Cube({"1"}).Text() + Clone("copy", "Cube",
                                     "*WIREFRAME_COLOR 1 0 0 *NODE_VISIBLE 0 "
@@ -80,27 +35,27 @@ TEST_F(QSALoaderTest, CloneSharesTheGeometryOfItsSource)
     ExpectVec3(Mesh(1).boxMax, 1, 1, 1);
 }
 
-TEST_F(QSALoaderTest, SourceOfACloneMayStandLaterInTheFile)
+TEST_F(QSALoaderLinkTest, SourceOfACloneMayStandLaterInTheFile)
 {
     Load(Clone("copy", "Cube") + Cube({"1"}).Text());
     EXPECT_EQ(Mesh(0).mesh.Get(), Mesh(1).mesh.Get());
     EXPECT_EQ(Mesh(0).vertexCount, 8);
 }
 
-TEST_F(QSALoaderTest, CloneOfACloneIsResolvedAfterItsSource)
+TEST_F(QSALoaderLinkTest, CloneOfACloneIsResolvedAfterItsSource)
 {
     Load(Clone("c", "b") + Clone("b", "Cube") + Cube({"1"}).Text());
     EXPECT_EQ(Mesh(0).mesh.Get(), Mesh(2).mesh.Get());
     EXPECT_EQ(Mesh(0).faceCount, 12);
 }
 
-TEST_F(QSALoaderTest, RingOfClonesIsAnError)
+TEST_F(QSALoaderLinkTest, RingOfClonesIsAnError)
 {
     EXPECT_EQ(LoadError(Clone("a", "b") + Clone("b", "a")), "scene.qsa: Clone Mesh 'b' not found");
     EXPECT_EQ(LoadError(Clone("a", "a")), "scene.qsa: Clone Mesh 'a' not found");
 }
 
-TEST_F(QSALoaderTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
+TEST_F(QSALoaderLinkTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
 {
     EXPECT_EQ(LoadError(Clone("copy", "none")),
               "scene.qsa: Internal error: no mesh info for mesh 'copy'");
@@ -109,13 +64,13 @@ TEST_F(QSALoaderTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
               "scene.qsa: Clone Mesh 'CUBE' not found");
 }
 
-TEST_F(QSALoaderTest, MeshBlockBehindACloneKeywordIsSkipped)
+TEST_F(QSALoaderLinkTest, MeshBlockBehindACloneKeywordIsSkipped)
 {
     Load(Cube({"1"}).Text() + Clone("copy", "Cube", Triangle().MeshBlock()));
     EXPECT_EQ(Mesh(1).faceCount, 12);
 }
 
-TEST_F(QSALoaderTest, CloneOfNoNameIsAMeshOfItsOwn)
+TEST_F(QSALoaderLinkTest, CloneOfNoNameIsAMeshOfItsOwn)
 {
     Load("*GEOMOBJECT { *NODE_NAME \"m\" " + Triangle().MeshBlock() + " *CLONE \"\" }");
     EXPECT_EQ(Mesh(0).faceCount, 1);
@@ -125,7 +80,7 @@ TEST_F(QSALoaderTest, CloneOfNoNameIsAMeshOfItsOwn)
               "scene.qsa: Mesh without vertices: 'late'");
 }
 
-TEST_F(QSALoaderTest, CloneTakesItsOwnSubmaterials)
+TEST_F(QSALoaderLinkTest, CloneTakesItsOwnSubmaterials)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].material = 1;
@@ -154,7 +109,7 @@ TEST_F(QSALoaderTest, CloneTakesItsOwnSubmaterials)
     EXPECT_EQ(Mesh(4).materialCount, 1);
 }
 
-TEST_F(QSALoaderTest, CloneWithFewerMaterialsThanItsGeometryHasAttributesWarns)
+TEST_F(QSALoaderLinkTest, CloneWithFewerMaterialsThanItsGeometryHasAttributesWarns)
 {
     MeshText mesh = Triangle();
     mesh.faces.push_back({0, 2, 1, "1", 1}); // submaterials 0 and 1
@@ -169,7 +124,7 @@ TEST_F(QSALoaderTest, CloneWithFewerMaterialsThanItsGeometryHasAttributesWarns)
     EXPECT_THAT(AllWarnings(), testing::Not(testing::Contains(testing::HasSubstr("'two' of 'm'"))));
 }
 
-TEST_F(QSALoaderTest, MaterialThatOnlyClonesUseLoadsNoFile)
+TEST_F(QSALoaderLinkTest, MaterialThatOnlyClonesUseLoadsNoFile)
 {
     Load(MaterialList({"*MAP_DIFFUSE { *BITMAP \"none.bmp\" }"}) + Cube({"1"}).Text() +
          Clone("copy", "Cube", "*MATERIAL_REF 0"));
@@ -177,7 +132,7 @@ TEST_F(QSALoaderTest, MaterialThatOnlyClonesUseLoadsNoFile)
     EXPECT_FALSE(Mesh(1).textures[0].IsValid());
 }
 
-TEST_F(QSALoaderTest, CloneCopiesBoneRecordsAndPointers)
+TEST_F(QSALoaderLinkTest, CloneCopiesBoneRecordsAndPointers)
 {
     MeshText mesh = Triangle();
     mesh.weights =
@@ -191,7 +146,7 @@ TEST_F(QSALoaderTest, CloneCopiesBoneRecordsAndPointers)
     EXPECT_EQ(Mesh(1).boneObjects[0], &Mesh(0)); // as it stands in the source
 }
 
-TEST_F(QSALoaderTest, TwoMeshesOfOneNameAreBothBuilt)
+TEST_F(QSALoaderLinkTest, TwoMeshesOfOneNameAreBothBuilt)
 {
     Load(Named(Cube({"1"}), "m") + Named(Triangle(), "m") + Clone("copy", "m") +
          Helper("*NODE_NAME \"h\" *NODE_PARENT \"m\""));
@@ -201,7 +156,7 @@ TEST_F(QSALoaderTest, TwoMeshesOfOneNameAreBothBuilt)
     EXPECT_EQ(Object(0).parent, &Mesh(0));
 }
 
-TEST_F(QSALoaderTest, PivotIsKeptForACloneOfAnOldFile)
+TEST_F(QSALoaderLinkTest, PivotIsKeptForACloneOfAnOldFile)
 {
     const std::string pivot = "*PIVOT_TM { *TM_ROW3 1 2 3 }";
     Load("*3DSMAX_QSAEXPORT 199\n" + Named(Triangle(), "m", pivot) + Clone("copy", "m", pivot));
@@ -209,134 +164,7 @@ TEST_F(QSALoaderTest, PivotIsKeptForACloneOfAnOldFile)
     EXPECT_EQ(Mesh(1).pivotTM._41, 1.0f);
 }
 
-TEST_F(QSALoaderTest, BoundsInAnyCaseIsTakenAndASecondOneStays)
-{
-    const std::string moved =
-        "*NODE_TM { *TM_POS 10 0 0 *TM_SCALE 2 2 2 *TM_ROW0 2 0 0 *TM_ROW1 0 2 0 "
-        "*TM_ROW2 0 0 2 *TM_ROW3 10 0 0 }";
-    Load(Triangle().Text() + Named(Cube({"1"}), "bOUNDS", moved) + Named(Cube({"1"}), "Bounds"));
-    ASSERT_EQ(scene.meshes.Count(), 2);
-    EXPECT_STREQ(Mesh(1).name.c_str(), "Bounds");
-    EXPECT_EQ(scene.clipMode, 3);
-    // The unit cube, twice as large and moved by 10.
-    ExpectVec3(scene.boxMin, 10, 0, 0);
-    ExpectVec3(scene.boxMax, 12, 2, 2);
-    ExpectVec3(scene.center, 11, 1, 1);
-    EXPECT_FLOAT_EQ(scene.radius, std::sqrt(3.0f));
-}
-
-TEST_F(QSALoaderTest, ChildrenOfTheBoundsObjectLoseTheirParent)
-{
-    Load(Named(Cube({"1"}), "Bounds") + Helper("*NODE_NAME \"h\" *NODE_PARENT \"Bounds\""));
-    EXPECT_EQ(scene.meshes.Count(), 0);
-    EXPECT_EQ(Object(0).parent, nullptr);
-}
-
-// ---- Clones of the object that stands for the bounds, which no file holds
-
-TEST_F(BoundsClones, TheFirstBecomesAMeshOfItsOwnAndTheSourceOfTheOthers)
-{
-    const std::string list = MaterialList({"*MATERIAL_DIFFUSE 1 0 0", "*MATERIAL_DIFFUSE 0 1 0"});
-    const std::string moved = "*NODE_TM { *TM_POS 5 6 7 *TM_ROW3 5 6 7 } ";
-    Load(list + Named(Cube({"1"}), "Bounds", "*MATERIAL_REF 0") +
-         Clone("a", "Bounds", moved + "*MATERIAL_REF 1") + Clone("b", "Bounds"));
-    EXPECT_EQ(Warnings(Kept("a", "Bounds")), 1);
-    EXPECT_EQ(AllWarnings().size(), 1u);
-    const auto check = [](KRE_3dScene& loaded) {
-        ASSERT_EQ(loaded.meshes.Count(), 2);
-        KRE_Mesh& own = *loaded.meshes.Get(0);
-        KRE_Mesh& clone = *loaded.meshes.Get(1);
-        EXPECT_STREQ(own.name.c_str(), "a");
-        EXPECT_TRUE(own.cloneSource.IsEmpty());
-        EXPECT_EQ(own.ownGeometry, 0) << "the cube has no texture faces";
-        EXPECT_EQ(own.faceCount, 12);
-        EXPECT_EQ(own.vertexCount, 8);
-        ExpectVec3(own.position, 5, 6, 7);
-        ASSERT_EQ(own.materialCount, 1);
-        ExpectColour(own.materials[0].diffuse, 0, 1, 0, 1);
-        EXPECT_STREQ(clone.name.c_str(), "b");
-        EXPECT_STREQ(clone.cloneSource.c_str(), "a");
-        EXPECT_EQ(clone.mesh.Get(), own.mesh.Get());
-        EXPECT_EQ(loaded.clipMode, 3);
-        ExpectVec3(loaded.boxMax, 1, 1, 1);
-    };
-    check(scene);
-    Reload();
-    check(reloaded);
-}
-
-TEST_F(BoundsClones, ANameOfSeveralMeshesLeadsNoCloneToItsSource)
-{
-    Load(Named(Triangle(), "a") + Named(Cube({"1"}), "Bounds") + Clone("a", "Bounds") +
-         Clone("c", "Bounds") + Clone("d", "Bounds"));
-    EXPECT_EQ(Warnings(Kept("a", "Bounds")), 1);
-    EXPECT_EQ(Warnings(Kept("c", "Bounds")), 1);
-    EXPECT_EQ(Warnings(Kept("d", "Bounds")), 0);
-    Reload();
-    EXPECT_EQ(Sources(reloaded), "a a c d<c");
-    EXPECT_EQ(reloaded.GetMesh(0)->faceCount, 1);
-    for (int32_t i = 1; i < 4; ++i)
-        EXPECT_EQ(reloaded.GetMesh(i)->faceCount, 12) << i;
-}
-
-TEST_F(BoundsClones, ASecondMeshOfThatNameIsNotTheirSource)
-{
-    const std::string second = Named(Triangle(), "Bounds");
-    Load(Named(Cube({"1"}), "Bounds") + second + Clone("a", "Bounds"));
-    EXPECT_EQ(Sources(scene), "Bounds a");
-    Reload();
-    EXPECT_EQ(reloaded.GetMesh(1)->faceCount, 12);
-    // The bounds are found in any case of letters, a source is not.
-    Load(Named(Cube({"1"}), "bOUNDS") + second + Clone("a", "Bounds"));
-    EXPECT_EQ(Sources(scene), "Bounds a<Bounds");
-    EXPECT_EQ(scene.GetMesh(1)->faceCount, 1);
-    EXPECT_EQ(Warnings(Kept("a", "bOUNDS")), 0);
-}
-
-TEST_F(BoundsClones, ClonesOfAClonedMeshStayItsClones)
-{
-    Load(Clone("a", "b") + Named(Cube({"1"}), "Bounds") + Clone("b", "Bounds") + Clone("c", "b"));
-    EXPECT_EQ(Sources(scene), "a<b b c<b");
-    Reload();
-    EXPECT_EQ(Sources(reloaded), "a<b b c<b");
-    EXPECT_EQ(reloaded.GetMesh(0)->faceCount, 12);
-    EXPECT_EQ(reloaded.GetMesh(0)->mesh.Get(), reloaded.GetMesh(2)->mesh.Get());
-}
-
-TEST_F(BoundsClones, BoundsMayThemselvesBeAClone)
-{
-    Load(Named(Cube({"1"}), "Box") + Clone("Bounds", "Box") + Clone("a", "Bounds"));
-    EXPECT_EQ(Sources(scene), "Box a");
-    Reload();
-    EXPECT_EQ(reloaded.GetMesh(1)->faceCount, 12);
-}
-
-// A file names materials that are there, and what was not drawn must not be drawn now.
-TEST_F(BoundsClones, FacesWithoutAMaterialOfTheirOwnGetOneThatIsNotSeen)
-{
-    MeshText parts = Triangle();
-    parts.faces.push_back({0, 2, 1, "1", 1}); // submaterials 0 and 1
-    Load(MaterialList({kTwoParts}) + Named(parts, "Bounds", "*MATERIAL_REF 0") +
-         Clone("a", "Bounds", "*WIREFRAME_COLOR 1 0 0"));
-    Reload();
-    KRE_Mesh* own = reloaded.GetMesh(0);
-    ASSERT_EQ(own->materialCount, 2);
-    ExpectColour(own->materials[0].diffuse, 1, 0, 0, 1);
-    EXPECT_EQ(own->materials[0].transparency, 0.0f);
-    EXPECT_EQ(own->materials[1].transparency, 1.0f);
-    EXPECT_EQ(own->materials[1].transparent, 0) << "the order of the meshes stays";
-
-    // The clone of a clone has no material at all: its first part is drawn as a new one.
-    Load(MaterialList({kTwoParts}) + Named(parts, "m", "*MATERIAL_REF 0") + Clone("Bounds", "m") +
-         Clone("a", "Bounds", "*MATERIAL_REF 0"));
-    Reload();
-    own = reloaded.GetMesh(1);
-    ASSERT_EQ(own->materialCount, 2);
-    EXPECT_EQ(own->materials[0].transparency, 0.0f);
-    EXPECT_EQ(own->materials[1].transparency, 1.0f);
-}
-
-TEST_F(QSALoaderTest, WithoutABoundsObjectTheSceneIsMeasured)
+TEST_F(QSALoaderLinkTest, WithoutABoundsObjectTheSceneIsMeasured)
 {
     Load("*SCENE { *SCENE_FIRSTFRAME 30 *SCENE_FRAMESPEED 30 }" +
          Named(Cube({"1"}), "c",
@@ -348,7 +176,7 @@ TEST_F(QSALoaderTest, WithoutABoundsObjectTheSceneIsMeasured)
     EXPECT_EQ(scene.clipMode, 0);
 }
 
-TEST_F(QSALoaderTest, SkinnedMeshWithABoundsObjectDoesNotWarn)
+TEST_F(QSALoaderLinkTest, SkinnedMeshWithABoundsObjectDoesNotWarn)
 {
     MeshText mesh = Triangle();
     mesh.weights =
@@ -361,7 +189,7 @@ TEST_F(QSALoaderTest, SkinnedMeshWithABoundsObjectDoesNotWarn)
     EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1); // no further one
 }
 
-TEST_F(QSALoaderTest, OpaqueMeshesComeFirst)
+TEST_F(QSALoaderLinkTest, OpaqueMeshesComeFirst)
 {
     const std::string list = MaterialList({"*MATERIAL_TRANSPARENCY 0.5", ""});
     Load(list + Named(Triangle(), "glass", "*MATERIAL_REF 0") +

@@ -14,9 +14,11 @@ std::string OnePixel()
     return bytes + std::string(24, '\0') + std::string("\x10\x20\x30\0", 4);
 }
 
+using QSALoaderSceneTest = QSALoaderTest;
+
 } // namespace
 
-TEST_F(QSALoaderTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
+TEST_F(QSALoaderSceneTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
 {
     // 0.5 * 255 is 127.5, of which 127 (0x7F) stays; 0.999 * 255 is 254.7.
     Load(Scene("*SCENE_BACKGROUND_STATIC 0.5 1 0.999 *SCENE_AMBIENT_STATIC 0,0.25,0.5"));
@@ -24,7 +26,7 @@ TEST_F(QSALoaderTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
     EXPECT_EQ(scene.ambientColor, 0xFF003F7Fu); // 63.75 and 127.5
 }
 
-TEST_F(QSALoaderTest, QuirkColoursOutsideTheirRangeWrap)
+TEST_F(QSALoaderSceneTest, QuirkColoursOutsideTheirRangeWrap)
 {
     // 2 * 255 = 510 = 0x1FE; -1 * 255 = -255 = ...FF01; more than an int holds gives its end.
     Load(Scene("*SCENE_BACKGROUND_STATIC 2 -1 1e30"));
@@ -33,7 +35,7 @@ TEST_F(QSALoaderTest, QuirkColoursOutsideTheirRangeWrap)
     EXPECT_EQ(scene.backgroundColor, 0xFF00FF00u);
 }
 
-TEST_F(QSALoaderTest, TimesFollowTheSceneBlock)
+TEST_F(QSALoaderSceneTest, TimesFollowTheSceneBlock)
 {
     Load(
         Scene("*SCENE_FIRSTFRAME 10 *SCENE_LASTFRAME 60 *SCENE_FRAMESPEED 25 "
@@ -48,7 +50,7 @@ TEST_F(QSALoaderTest, TimesFollowTheSceneBlock)
     EXPECT_FLOAT_EQ(scene.loopEnd, 2.0f);
 }
 
-TEST_F(QSALoaderTest, WithoutASceneBlockTheDefaultsGiveTheTimes)
+TEST_F(QSALoaderSceneTest, WithoutASceneBlockTheDefaultsGiveTheTimes)
 {
     Load(Helper("*NODE_NAME \"h\""));
     EXPECT_FLOAT_EQ(loader.Time().SecondsPerTick(), 1.0f / 4800.0f); // 160 * 30
@@ -56,7 +58,7 @@ TEST_F(QSALoaderTest, WithoutASceneBlockTheDefaultsGiveTheTimes)
     EXPECT_FLOAT_EQ(Object(0).loopEnd, 100.0f / 30.0f);
 }
 
-TEST_F(QSALoaderTest, SceneWithoutSpeedStandsStillWithOneWarning)
+TEST_F(QSALoaderSceneTest, SceneWithoutSpeedStandsStillWithOneWarning)
 {
     const std::string keys =
         Helper("*NODE_NAME \"h\" *TM_ANIMATION { *CONTROL_POS_TRACK { "
@@ -72,20 +74,20 @@ TEST_F(QSALoaderTest, SceneWithoutSpeedStandsStillWithOneWarning)
     EXPECT_EQ(Warnings("Scene without speed: 30 frames a second, 0 ticks a frame"), 1);
 }
 
-TEST_F(QSALoaderTest, LengthOfTheWholeRangeOfFramesDoesNotOverflow)
+TEST_F(QSALoaderSceneTest, LengthOfTheWholeRangeOfFramesDoesNotOverflow)
 {
     Load(Scene("*SCENE_FIRSTFRAME -2147483648 *SCENE_LASTFRAME 2147483647"));
     EXPECT_FLOAT_EQ(loader.Time().Duration(), 4294967295.0f / 30.0f);
 }
 
-TEST_F(QSALoaderTest, FileThatEndsInTheSceneBlockKeepsWhatWasRead)
+TEST_F(QSALoaderSceneTest, FileThatEndsInTheSceneBlockKeepsWhatWasRead)
 {
     Load("*SCENE { *SCENE_LASTFRAME 30 ");
     EXPECT_FLOAT_EQ(loader.Time().Duration(), 1.0f);
     EXPECT_EQ(AllWarnings().size(), 1u);
 }
 
-TEST_F(QSALoaderTest, EnvironmentIsLoadedAndItsNameKept)
+TEST_F(QSALoaderSceneTest, EnvironmentIsLoadedAndItsNameKept)
 {
     directory.Write("sky.bmp", OnePixel());
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"sky.bmp\" }"));
@@ -94,7 +96,7 @@ TEST_F(QSALoaderTest, EnvironmentIsLoadedAndItsNameKept)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(QSALoaderTest, EnvironmentOfAnotherMachineIsTakenFromBesideTheScene)
+TEST_F(QSALoaderSceneTest, EnvironmentOfAnotherMachineIsTakenFromBesideTheScene)
 {
     directory.Write("sky.bmp", OnePixel());
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"Q:\\art\\sky.bmp\" }"));
@@ -103,7 +105,7 @@ TEST_F(QSALoaderTest, EnvironmentOfAnotherMachineIsTakenFromBesideTheScene)
     EXPECT_THAT(LogText(), testing::HasSubstr("Texture 'Q:\\art\\sky.bmp' is not in its place"));
 }
 
-TEST_F(QSALoaderTest, MissingEnvironmentWarnsAndKeepsItsName)
+TEST_F(QSALoaderSceneTest, MissingEnvironmentWarnsAndKeepsItsName)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"));
     EXPECT_FALSE(scene.backgroundTexture.IsValid());
@@ -111,7 +113,7 @@ TEST_F(QSALoaderTest, MissingEnvironmentWarnsAndKeepsItsName)
     EXPECT_EQ(Warnings("Can not open environment texture file none.bmp"), 1);
 }
 
-TEST_F(QSALoaderTest, EachEnvironmentBlockLooksForItsLastName)
+TEST_F(QSALoaderSceneTest, EachEnvironmentBlockLooksForItsLastName)
 {
     directory.Write("sky.bmp", OnePixel());
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"sky.bmp\" } "
@@ -125,19 +127,19 @@ TEST_F(QSALoaderTest, EachEnvironmentBlockLooksForItsLastName)
     EXPECT_EQ(Warnings("Can not open environment texture file third.bmp"), 1);
 }
 
-TEST_F(QSALoaderTest, EmptyEnvironmentNameIsLookedForAndNotFound)
+TEST_F(QSALoaderSceneTest, EmptyEnvironmentNameIsLookedForAndNotFound)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"\" }"));
     EXPECT_EQ(Warnings("Can not open environment texture file "), 1);
 }
 
-TEST_F(QSALoaderTest, EnvironmentIsNotLookedForWithoutTextures)
+TEST_F(QSALoaderSceneTest, EnvironmentIsNotLookedForWithoutTextures)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"), kLoadNoTextures);
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(QSALoaderTest, FogBlockSwitchesFogOnAndItsColourBecomesTheBackground)
+TEST_F(QSALoaderSceneTest, FogBlockSwitchesFogOnAndItsColourBecomesTheBackground)
 {
     Load("*ATMOSPHERIC { *OTHER { } *STDFOG { *FOG_COLOR 1 0.5 0 *FOG_NEAR 5 *FOG_FAR 6 "
          "*FOG_DENSITY 7 } }");
@@ -149,7 +151,7 @@ TEST_F(QSALoaderTest, FogBlockSwitchesFogOnAndItsColourBecomesTheBackground)
     EXPECT_EQ(scene.settings.fogEnd, 1.0f);
 }
 
-TEST_F(QSALoaderTest, FogIsOnAsSoonAsItsBlockOpens)
+TEST_F(QSALoaderSceneTest, FogIsOnAsSoonAsItsBlockOpens)
 {
     Load("*ATMOSPHERIC { *STDFOG {");
     EXPECT_EQ(scene.settings.useFog, 1);

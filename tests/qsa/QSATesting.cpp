@@ -78,6 +78,23 @@ MeshText Triangle()
     return mesh;
 }
 
+std::string Named(const MeshText& mesh, const char* name, const std::string& more)
+{
+    MeshText named = mesh;
+    named.name = name;
+    named.more += more;
+    return named.Text();
+}
+
+std::string Clone(const std::string& name, const std::string& source, const std::string& more)
+{
+    return "*GEOMOBJECT { *NODE_NAME \"" + name + "\" *CLONE \"" + source + "\" " + more + " }\n";
+}
+
+const char* const kTwoParts =
+    "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 } *SUBMATERIAL 1 "
+    "{ *MATERIAL_DIFFUSE 0 1 0 }";
+
 MeshContents ReadMesh(KRE_Mesh& mesh)
 {
     MeshContents contents;

@@ -41,6 +41,12 @@ MeshText Cube(const std::vector<std::string>& smoothing);
 /// The outward normals of the sides of `Cube`, in its order.
 extern const std::array<D3DXVECTOR3, 6> kCubeSides;
 
+/// The text of a mesh under another name.
+std::string Named(const MeshText& mesh, const char* name, const std::string& more = "");
+std::string Clone(const std::string& name, const std::string& source, const std::string& more = "");
+/// The inside of a material with a red and a green submaterial.
+extern const char* const kTwoParts;
+
 /// One triangle in the plane z = 0, whose normal is +z.
 MeshText Triangle();
 

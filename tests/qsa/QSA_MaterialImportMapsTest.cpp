@@ -16,9 +16,9 @@ std::string Map(const char* kind, const std::string& inside)
     return std::string("*MAP_") + kind + " { " + inside + " }\n";
 }
 
-class MapsTest : public QSALoaderTest {
+class QSA_MaterialImportMapsTest : public QSALoaderTest {
 protected:
-    MapsTest()
+    QSA_MaterialImportMapsTest()
     {
         for (const char* name : {"d.bmp", "r.bmp", "b.bmp"})
             directory.Write(name, OnePixel());
@@ -51,7 +51,7 @@ protected:
 
 } // namespace
 
-TEST_F(MapsTest, CoordinatesBecomeTheConstantsOfTheMap)
+TEST_F(QSA_MaterialImportMapsTest, CoordinatesBecomeTheConstantsOfTheMap)
 {
     EXPECT_EQ(Constants(""), "0 0 1 1 0");
     EXPECT_EQ(Constants("*UVW_U_OFFSET 0.25 *UVW_V_OFFSET -0.5 *UVW_U_TILING 2 *UVW_V_TILING 3 "
@@ -59,7 +59,7 @@ TEST_F(MapsTest, CoordinatesBecomeTheConstantsOfTheMap)
               "0.25 -0.5 2 3 0.125");
 }
 
-TEST_F(MapsTest, MirroredTilingOfOneGivesTilingTwoAndOffsetMinusAQuarter)
+TEST_F(QSA_MaterialImportMapsTest, MirroredTilingOfOneGivesTilingTwoAndOffsetMinusAQuarter)
 {
     // Twice 1 is 2; half of a picture of 1 / 2 is 0.25.
     EXPECT_EQ(Constants("*UVW_TILE_U \"Mirror\""), "-0.25 0 2 1 0");
@@ -71,7 +71,7 @@ TEST_F(MapsTest, MirroredTilingOfOneGivesTilingTwoAndOffsetMinusAQuarter)
     EXPECT_EQ(Material().mirrorV, 1);
 }
 
-TEST_F(MapsTest, MirroringChangesTheKeysToo)
+TEST_F(QSA_MaterialImportMapsTest, MirroringChangesTheKeysToo)
 {
     const std::string animation =
         "*MAP_ANIMATION { *MAP_ATTRIBUTE \"TileU\" *CONTROL_FLOAT_BEZIER { "
@@ -87,7 +87,7 @@ TEST_F(MapsTest, MirroringChangesTheKeysToo)
     EXPECT_EQ(ani.tracks[KRE_TextMatrixAni::kTileV].Key(0).value, 3.0f); // the other axis
 }
 
-TEST_F(MapsTest, TileFlagsBelongToTheMaterialAndAreOnlyAdded)
+TEST_F(QSA_MaterialImportMapsTest, TileFlagsBelongToTheMaterialAndAreOnlyAdded)
 {
     LoadMaterial(Map("DIFFUSE", "*UVW_TILE_U \"Tile\" *UVW_TILE_V \"Other\"") +
                  Map("BUMP", "*UVW_TILE_V \"TILE\" *UVW_TILE_U \"None\""));
@@ -96,7 +96,7 @@ TEST_F(MapsTest, TileFlagsBelongToTheMaterialAndAreOnlyAdded)
     EXPECT_EQ(Material().mirrorU, 0);
 }
 
-TEST_F(MapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
+TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
 {
     LoadMaterial("*MATERIAL_DIFFUSE 0.5 0 0 *MATERIAL_AMBIENT 0 0.5 0 " +
                  Map("DIFFUSE", "*BITMAP \"d.bmp\""));
@@ -111,7 +111,7 @@ TEST_F(MapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(MapsTest, TimesOfASequenceFollowTheFrameSpeed)
+TEST_F(QSA_MaterialImportMapsTest, TimesOfASequenceFollowTheFrameSpeed)
 {
     // 25 frames a second: start 50 / 25, each picture 1 / (2 * 25).
     MeshText mesh = Triangle();
@@ -125,7 +125,7 @@ TEST_F(MapsTest, TimesOfASequenceFollowTheFrameSpeed)
     EXPECT_EQ(Texture().sequenceMode, 1);
 }
 
-TEST_F(MapsTest, UnknownEndConditionWarnsAndChangesNothing)
+TEST_F(QSA_MaterialImportMapsTest, UnknownEndConditionWarnsAndChangesNothing)
 {
     const std::string head = "*BITMAP \"d.bmp\" *TIME_ENDCONDITION \"hold\" ";
     LoadMaterial(Map("DIFFUSE", head));
@@ -137,7 +137,7 @@ TEST_F(MapsTest, UnknownEndConditionWarnsAndChangesNothing)
     EXPECT_EQ(Texture().sequenceMode, 0);
 }
 
-TEST_F(MapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapBehindIt)
+TEST_F(QSA_MaterialImportMapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapBehindIt)
 {
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\"") +
                  Map("REFLECT", "*BITMAP \"r.bmp\" *MAP_AMOUNT 0.25"));
@@ -152,7 +152,7 @@ TEST_F(MapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapBehindIt)
     EXPECT_EQ(Material().reflectionAmount, 1.0f);
 }
 
-TEST_F(MapsTest, BumpMapIsOnlyNamedWithoutItsOption)
+TEST_F(QSA_MaterialImportMapsTest, BumpMapIsOnlyNamedWithoutItsOption)
 {
     const std::string maps =
         Map("DIFFUSE", "*BITMAP \"d.bmp\"") + Map("BUMP", "*BITMAP \"none.bmp\"");
@@ -170,7 +170,7 @@ TEST_F(MapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_EQ(Texture().slots[1].type, StageBump);
 }
 
-TEST_F(MapsTest, ABumpMapIsOneAlsoWhereNoPictureWasLoaded)
+TEST_F(QSA_MaterialImportMapsTest, ABumpMapIsOneAlsoWhereNoPictureWasLoaded)
 {
     const std::string bump = Map("BUMP", "*BITMAP \"none.bmp\"");
     const struct {
@@ -192,7 +192,7 @@ TEST_F(MapsTest, ABumpMapIsOneAlsoWhereNoPictureWasLoaded)
     }
 }
 
-TEST_F(MapsTest, AMapWithoutAPictureDoesNotHideTheOthers)
+TEST_F(QSA_MaterialImportMapsTest, AMapWithoutAPictureDoesNotHideTheOthers)
 {
     const std::string diffuse = Map("DIFFUSE", "*BITMAP \"d.bmp\"");
     const std::string reflection = Map("REFLECT", "*BITMAP \"r.bmp\"");
@@ -215,7 +215,7 @@ TEST_F(MapsTest, AMapWithoutAPictureDoesNotHideTheOthers)
     EXPECT_FALSE(Texture().IsValid());
 }
 
-TEST_F(MapsTest, MissingMapsWarnAndKeepTheirNames)
+TEST_F(QSA_MaterialImportMapsTest, MissingMapsWarnAndKeepTheirNames)
 {
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"no\\e.bmp\""));
     EXPECT_EQ(Warnings("Can not open diffuse map 'no\\e.bmp'"), 1);
@@ -227,7 +227,7 @@ TEST_F(MapsTest, MissingMapsWarnAndKeepTheirNames)
     EXPECT_EQ(Material().reflectionSet, -1);
 }
 
-TEST_F(MapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene)
+TEST_F(QSA_MaterialImportMapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene)
 {
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"Q:\\art\\d.bmp\"") +
                  Map("REFLECT", "*BITMAP \"..\\maps\\r.bmp\""));
@@ -245,7 +245,7 @@ TEST_F(MapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene)
     EXPECT_EQ(Warnings("Can not open diffuse map 'Q:\\art\\none.bmp'"), 1) << "as ever";
 }
 
-TEST_F(MapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
 {
     directory.Write("run.ifl", "d.bmp\nr.bmp\n");
     const std::string list = "*BITMAP \"run.ifl\"";
@@ -275,7 +275,7 @@ TEST_F(MapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
     }
 }
 
-TEST_F(MapsTest, AFrameListAloneWarnsOfNothing)
+TEST_F(QSA_MaterialImportMapsTest, AFrameListAloneWarnsOfNothing)
 {
     directory.Write("run.ifl", "d.bmp 2\nr.bmp\n");
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"run.ifl\""));
@@ -283,7 +283,7 @@ TEST_F(MapsTest, AFrameListAloneWarnsOfNothing)
     EXPECT_EQ(LogText(), "");
 }
 
-TEST_F(MapsTest, PictureThatCannotBeDecodedIsAnError)
+TEST_F(QSA_MaterialImportMapsTest, PictureThatCannotBeDecodedIsAnError)
 {
     directory.Write("bad.bmp", "no picture");
     MeshText mesh = Triangle();
@@ -292,13 +292,13 @@ TEST_F(MapsTest, PictureThatCannotBeDecodedIsAnError)
                 testing::HasSubstr("D3DXGetImageInfoFromFile failed"));
 }
 
-TEST_F(MapsTest, MaterialThatNoMeshUsesLoadsNoFile)
+TEST_F(QSA_MaterialImportMapsTest, MaterialThatNoMeshUsesLoadsNoFile)
 {
     Load(MaterialList({Map("DIFFUSE", "*BITMAP \"none.bmp\"")}) + Triangle().Text());
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(MapsTest, NoMapIsLoadedWithoutTextures)
+TEST_F(QSA_MaterialImportMapsTest, NoMapIsLoadedWithoutTextures)
 {
     LoadMaterial("*MATERIAL_DIFFUSE 0.5 0.5 0.5 " + Map("DIFFUSE", "*BITMAP \"none.bmp\""),
                  kLoadNoTextures);
@@ -307,7 +307,7 @@ TEST_F(MapsTest, NoMapIsLoadedWithoutTextures)
     EXPECT_EQ(Mesh(0).fvf, DWORD{D3DFVF_XYZ | D3DFVF_NORMAL | D3DFVF_TEX1}); // room all the same
 }
 
-TEST_F(MapsTest, AllChildrenOfALoadedMaterialLoadTheirMaps)
+TEST_F(QSA_MaterialImportMapsTest, AllChildrenOfALoadedMaterialLoadTheirMaps)
 {
     // The faces use child 0 only.
     LoadMaterial("*NUMSUBMTLS 2 *SUBMATERIAL 0 { " + Map("DIFFUSE", "*BITMAP \"d.bmp\"") +
@@ -316,7 +316,7 @@ TEST_F(MapsTest, AllChildrenOfALoadedMaterialLoadTheirMaps)
     EXPECT_EQ(Warnings("Can not open diffuse map 'none.bmp'"), 1);
 }
 
-TEST_F(MapsTest, MapsOfAMaterialAreLoadedOnce)
+TEST_F(QSA_MaterialImportMapsTest, MapsOfAMaterialAreLoadedOnce)
 {
     const std::string list = MaterialList({Map("DIFFUSE", "*BITMAP \"none.bmp\"")});
     MeshText mesh = Triangle();
@@ -326,7 +326,7 @@ TEST_F(MapsTest, MapsOfAMaterialAreLoadedOnce)
     EXPECT_EQ(Warnings("Can not open diffuse map 'none.bmp'"), 1);
 }
 
-TEST_F(MapsTest, TracksOfAMapGetSecondsAndScaledTangents)
+TEST_F(QSA_MaterialImportMapsTest, TracksOfAMapGetSecondsAndScaledTangents)
 {
     // 4800 ticks a second; keys at 0 and 9600, 9600 apart.
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\" *MAP_ANIMATION { *MAP_ATTRIBUTE \"AngleW\" "
@@ -342,7 +342,7 @@ TEST_F(MapsTest, TracksOfAMapGetSecondsAndScaledTangents)
     EXPECT_EQ(track.Key(1).outTangent, 3.0f);
 }
 
-TEST_F(MapsTest, MapAttributeIsComparedExactlyAndAnotherOneKeepsTheLast)
+TEST_F(QSA_MaterialImportMapsTest, MapAttributeIsComparedExactlyAndAnotherOneKeepsTheLast)
 {
     const std::string key = " *CONTROL_FLOAT_BEZIER { *CONTROL_BEZIER_FLOAT_KEY 0 ";
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\" *MAP_ANIMATION {" + key + "9 0 0 } " +
@@ -355,7 +355,7 @@ TEST_F(MapsTest, MapAttributeIsComparedExactlyAndAnotherOneKeepsTheLast)
               2.0f); // the later one replaced it
 }
 
-TEST_F(MapsTest, MapTrackHolds1024KeysAndWarnsAtTheLast)
+TEST_F(QSA_MaterialImportMapsTest, MapTrackHolds1024KeysAndWarnsAtTheLast)
 {
     for (const auto& [number, kept, warnings] :
          {std::tuple{1023, 1023, 0}, {1024, 1024, 1}, {1030, 1024, 2}}) {
@@ -371,7 +371,7 @@ TEST_F(MapsTest, MapTrackHolds1024KeysAndWarnsAtTheLast)
     }
 }
 
-TEST_F(MapsTest, QuirkMissingValueEndsTheMapAndTheScene)
+TEST_F(QSA_MaterialImportMapsTest, QuirkMissingValueEndsTheMapAndTheScene)
 {
     const std::string rest = "*MATERIAL_SHINE 1 ";
     for (const char* value : {"*BITMAP none", "*UVW_TILE_U Tile", "*TIME_ENDCONDITION loop"}) {
@@ -385,7 +385,7 @@ TEST_F(MapsTest, QuirkMissingValueEndsTheMapAndTheScene)
     EXPECT_EQ(Material().power, 100.0f);
 }
 
-TEST_F(MapsTest, MapNameOf128BytesIsAnError)
+TEST_F(QSA_MaterialImportMapsTest, MapNameOf128BytesIsAnError)
 {
     EXPECT_EQ(LoadError(MaterialList({Map("DIFFUSE", "*BITMAP \"" + std::string(128, 'x') + '"')})),
               "scene.qsa: String too long (>127)");

@@ -11,7 +11,7 @@ std::string User(int reference = 0)
     return mesh.Text();
 }
 
-class MaterialsTest : public QSALoaderTest {
+class QSA_MaterialImportTest : public QSALoaderTest {
 protected:
     /// What becomes of a material with this text.
     const KRE_MaterialInfo& Finished(const std::string& text, const char* version = "211")
@@ -23,7 +23,7 @@ protected:
 
 } // namespace
 
-TEST_F(MaterialsTest, EmptyListGetsOneDefaultMaterial)
+TEST_F(QSA_MaterialImportTest, EmptyListGetsOneDefaultMaterial)
 {
     Load("*MATERIAL_LIST { *MATERIAL_COUNT 0 }" + User());
     const KRE_MaterialInfo& material = Mesh(0).materials[0];
@@ -35,7 +35,7 @@ TEST_F(MaterialsTest, EmptyListGetsOneDefaultMaterial)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(MaterialsTest, ValuesOfTheTextBecomeTheRenderMaterial)
+TEST_F(QSA_MaterialImportTest, ValuesOfTheTextBecomeTheRenderMaterial)
 {
     const KRE_MaterialInfo& material =
         Finished("*MATERIAL_NAME \"m\" *MATERIAL_DIFFUSE 0.1 0.2 0.3 *MATERIAL_AMBIENT 0.4,0.5,0.6 "
@@ -50,13 +50,13 @@ TEST_F(MaterialsTest, ValuesOfTheTextBecomeTheRenderMaterial)
     EXPECT_EQ(material.transparent, 0);
 }
 
-TEST_F(MaterialsTest, UnreadableTwoSidedIsOne)
+TEST_F(QSA_MaterialImportTest, UnreadableTwoSidedIsOne)
 {
     EXPECT_EQ(Finished("*MATERIAL_TWOSIDED 0").twoSided, 0);
     EXPECT_EQ(Finished("*MATERIAL_TWOSIDED *MATERIAL_SHINE 1").twoSided, 1);
 }
 
-TEST_F(MaterialsTest, TransparencyMakesTheMaterialTransparent)
+TEST_F(QSA_MaterialImportTest, TransparencyMakesTheMaterialTransparent)
 {
     const KRE_MaterialInfo& material = Finished("*MATERIAL_TRANSPARENCY 0.25");
     EXPECT_EQ(material.transparency, 0.25f);
@@ -65,7 +65,7 @@ TEST_F(MaterialsTest, TransparencyMakesTheMaterialTransparent)
     EXPECT_EQ(scene.opaqueMeshCount, 1);
 }
 
-TEST_F(MaterialsTest, QuirkTransparencyTypeAheadOfTheTransparencyIsLost)
+TEST_F(QSA_MaterialImportTest, QuirkTransparencyTypeAheadOfTheTransparencyIsLost)
 {
     EXPECT_EQ(Finished("*MATERIAL_TRANSPARENCY_TYPE Additive *MATERIAL_TRANSPARENCY 0.5")
                   .transparencyType,
@@ -79,7 +79,7 @@ TEST_F(MaterialsTest, QuirkTransparencyTypeAheadOfTheTransparencyIsLost)
               2);
 }
 
-TEST_F(MaterialsTest, TilingStartsAtNothingFromVersion210On)
+TEST_F(QSA_MaterialImportTest, TilingStartsAtNothingFromVersion210On)
 {
     EXPECT_EQ(Finished("", "209").tileU, 1);
     EXPECT_EQ(Finished("", "209").tileV, 1);
@@ -88,7 +88,7 @@ TEST_F(MaterialsTest, TilingStartsAtNothingFromVersion210On)
     EXPECT_EQ(Finished("", "210").mirrorU, 0);
 }
 
-TEST_F(MaterialsTest, MaterialsMustComeInOrder)
+TEST_F(QSA_MaterialImportTest, MaterialsMustComeInOrder)
 {
     EXPECT_EQ(LoadError("*MATERIAL_LIST { *MATERIAL 1 { } }"),
               "scene.qsa: Material in wrong order!");
@@ -98,7 +98,7 @@ TEST_F(MaterialsTest, MaterialsMustComeInOrder)
               "scene.qsa: Submaterial in wrong order!");
 }
 
-TEST_F(MaterialsTest, SecondListFinishesOnlyWhatItAdds)
+TEST_F(QSA_MaterialImportTest, SecondListFinishesOnlyWhatItAdds)
 {
     const std::string shiny = "*MATERIAL_SPECULAR 1 1 1 *MATERIAL_SHINESTRENGTH 0.5 "
                               "*MATERIAL_ANIMATION { *MATERIAL_ATTRIBUTE \"Opacity\" "
@@ -111,7 +111,7 @@ TEST_F(MaterialsTest, SecondListFinishesOnlyWhatItAdds)
     ExpectColour(scene.FindMesh("Triangle1", 0)->materials[0].diffuse, 1, 0, 0, 1);
 }
 
-TEST_F(MaterialsTest, SubmaterialBlocksThatAreThereCount)
+TEST_F(QSA_MaterialImportTest, SubmaterialBlocksThatAreThereCount)
 {
     Load(MaterialList(
              {"*MATERIAL_NAME \"m\" *NUMSUBMTLS 5 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 }"}) +
@@ -124,7 +124,7 @@ TEST_F(MaterialsTest, SubmaterialBlocksThatAreThereCount)
     EXPECT_EQ(Warnings("Material 'n' announces 0 submaterials and has 1"), 1);
 }
 
-TEST_F(MaterialsTest, SubmaterialsNestToAnyDepth)
+TEST_F(QSA_MaterialImportTest, SubmaterialsNestToAnyDepth)
 {
     std::string text = "*MATERIAL_LIST { *MATERIAL 0 { *MATERIAL_DIFFUSE 0 0 1 ";
     const int depth = 20000;
@@ -138,7 +138,7 @@ TEST_F(MaterialsTest, SubmaterialsNestToAnyDepth)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(MaterialsTest, ListThatIsCutOffEndsTheScene)
+TEST_F(QSA_MaterialImportTest, ListThatIsCutOffEndsTheScene)
 {
     const std::string text =
         "*MATERIAL_LIST { *MATERIAL 0 { *MATERIAL_NAME \"m\" *SUBMATERIAL 0 { ";
@@ -147,7 +147,7 @@ TEST_F(MaterialsTest, ListThatIsCutOffEndsTheScene)
               1);
 }
 
-TEST_F(MaterialsTest, EffectAndParametersComeFromTheName)
+TEST_F(QSA_MaterialImportTest, EffectAndParametersComeFromTheName)
 {
     const KRE_MaterialInfo& material =
         Finished("*MATERIAL_NAME \"sea shader='sea.fx' fParam2='0.5' vParam3='1,2,3'\"");
@@ -157,7 +157,7 @@ TEST_F(MaterialsTest, EffectAndParametersComeFromTheName)
     EXPECT_EQ(material.transparent, 1); // as every material with an effect
 }
 
-TEST_F(MaterialsTest, ShaderNameWithoutClosingQuoteEndsAtTheEndOfTheName)
+TEST_F(QSA_MaterialImportTest, ShaderNameWithoutClosingQuoteEndsAtTheEndOfTheName)
 {
     EXPECT_STREQ(Finished("*MATERIAL_NAME \"shader='sea.fx\"").effectParams.name.c_str(), "sea.fx");
 }

@@ -2,7 +2,7 @@
 
 namespace {
 
-class TracksTest : public QSALoaderTest {
+class QSA_MaterialImportTracksTest : public QSALoaderTest {
 protected:
     /// Loads a triangle whose material has such an animation block.
     KRE_MaterialInfo& Animated(const std::string& inside)
@@ -24,7 +24,7 @@ const char* const kFloatKey = "*CONTROL_FLOAT_LINEAR { *CONTROL_FLOAT_KEY 0 0.5 
 
 } // namespace
 
-TEST_F(TracksTest, AttributeSelectsTheTrackInAnyCase)
+TEST_F(QSA_MaterialImportTracksTest, AttributeSelectsTheTrackInAnyCase)
 {
     const struct {
         const char* name;
@@ -41,7 +41,7 @@ TEST_F(TracksTest, AttributeSelectsTheTrackInAnyCase)
     }
 }
 
-TEST_F(TracksTest, OtherAttributesSelectNothingAndTheirBlocksAreSkipped)
+TEST_F(QSA_MaterialImportTracksTest, OtherAttributesSelectNothingAndTheirBlocksAreSkipped)
 {
     KRE_MaterialInfo& material =
         Animated(std::string(kColourKey) + kFloatKey + Attribute("Opacity") + kColourKey +
@@ -51,7 +51,7 @@ TEST_F(TracksTest, OtherAttributesSelectNothingAndTheirBlocksAreSkipped)
     EXPECT_EQ(material.transparent, 0);
 }
 
-TEST_F(TracksTest, OpacityKeyOfAQuarterIsStoredAsThreeQuarters)
+TEST_F(QSA_MaterialImportTracksTest, OpacityKeyOfAQuarterIsStoredAsThreeQuarters)
 {
     KRE_MaterialInfo& material = Animated(
         Attribute("Opacity") + "*CONTROL_FLOAT_BEZIER { *CONTROL_BEZIER_FLOAT_KEY 0 0.25 2 3 }");
@@ -62,7 +62,7 @@ TEST_F(TracksTest, OpacityKeyOfAQuarterIsStoredAsThreeQuarters)
     EXPECT_EQ(material.transparent, 1); // it may become so at any time
 }
 
-TEST_F(TracksTest, KeysGetSecondsAndTangentsTheSpacing)
+TEST_F(QSA_MaterialImportTracksTest, KeysGetSecondsAndTangentsTheSpacing)
 {
     KRE_MaterialInfo& material =
         Animated(Attribute("Diffuse") +
@@ -81,7 +81,7 @@ TEST_F(TracksTest, KeysGetSecondsAndTangentsTheSpacing)
     ExpectColour(track.Key(1).value, 1, 1, 1, 1);
 }
 
-TEST_F(TracksTest, LinearColourKeyInABezierTrackMakesAllOfItLinear)
+TEST_F(QSA_MaterialImportTracksTest, LinearColourKeyInABezierTrackMakesAllOfItLinear)
 {
     KRE_MaterialInfo& material = Animated(
         Attribute("Diffuse") +
@@ -94,7 +94,7 @@ TEST_F(TracksTest, LinearColourKeyInABezierTrackMakesAllOfItLinear)
     EXPECT_EQ(material.opacityTrack.interpolation, 0);
 }
 
-TEST_F(TracksTest, QuirkTrackOf1024KeysReportsOnceAndEndsInAnEmptyKey)
+TEST_F(QSA_MaterialImportTracksTest, QuirkTrackOf1024KeysReportsOnceAndEndsInAnEmptyKey)
 {
     std::string colours = "*CONTROL_COLOR_LINEAR { ";
     std::string floats = "*CONTROL_FLOAT_LINEAR { ";
@@ -121,7 +121,7 @@ TEST_F(TracksTest, QuirkTrackOf1024KeysReportsOnceAndEndsInAnEmptyKey)
     EXPECT_EQ(material->opacityTrack.Key(1025).value, 0.0f);
 }
 
-TEST_F(TracksTest, TrackThatIsCutOffKeepsItsKeys)
+TEST_F(QSA_MaterialImportTracksTest, TrackThatIsCutOffKeepsItsKeys)
 {
     const std::string text = "*MATERIAL_LIST { *MATERIAL 0 { *MATERIAL_ANIMATION { ";
     Load(text + Attribute("Diffuse") + "*CONTROL_COLOR_LINEAR { *CONTROL_POINT3_KEY 0 1 2 3 ");

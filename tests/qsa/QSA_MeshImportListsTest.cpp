@@ -10,9 +10,11 @@ std::string MeshOf(const std::string& inside)
 /// Room for any small count.
 const std::string kPlenty(200, ' ');
 
+using QSA_MeshImportListsTest = QSALoaderTest;
+
 } // namespace
 
-TEST_F(QSALoaderTest, ListsMustBeInOrderAndWithinTheirCounts)
+TEST_F(QSA_MeshImportListsTest, ListsMustBeInOrderAndWithinTheirCounts)
 {
     const struct {
         const char* what;
@@ -56,7 +58,7 @@ TEST_F(QSALoaderTest, ListsMustBeInOrderAndWithinTheirCounts)
             << c.what;
 }
 
-TEST_F(QSALoaderTest, CountsThatCannotBeTrueAreErrors)
+TEST_F(QSA_MeshImportListsTest, CountsThatCannotBeTrueAreErrors)
 {
     const struct {
         const char* keyword;
@@ -82,7 +84,7 @@ TEST_F(QSALoaderTest, CountsThatCannotBeTrueAreErrors)
     }
 }
 
-TEST_F(QSALoaderTest, CornersOutsideTheirListsAreErrors)
+TEST_F(QSA_MeshImportListsTest, CornersOutsideTheirListsAreErrors)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].b = 3;
@@ -105,7 +107,7 @@ TEST_F(QSALoaderTest, CornersOutsideTheirListsAreErrors)
               "scene.qsa: Mesh 'Triangle' has a texture face with vertex 9 of 1");
 }
 
-TEST_F(QSALoaderTest, CornersAreCutTo16Bits)
+TEST_F(QSA_MeshImportListsTest, CornersAreCutTo16Bits)
 {
     MeshText mesh = Triangle();
     mesh.faces[0] = {65536, 65537 + 65536, -65534, "1"}; // 0, 1 and 2
@@ -117,7 +119,7 @@ TEST_F(QSALoaderTest, CornersAreCutTo16Bits)
                                        "bits, the largest is 131073"});
 }
 
-TEST_F(QSALoaderTest, EachListThatWrapsIsToldOnce)
+TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsToldOnce)
 {
     const std::string start = "Mesh 'Triangle': ";
     MeshText mesh = Triangle();
@@ -141,7 +143,7 @@ TEST_F(QSALoaderTest, EachListThatWrapsIsToldOnce)
     EXPECT_EQ(AllWarnings().size(), 2u);
 }
 
-TEST_F(QSALoaderTest, AWrapIsToldAheadOfTheErrorThatItLeadsTo)
+TEST_F(QSA_MeshImportListsTest, AWrapIsToldAheadOfTheErrorThatItLeadsTo)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].b = 65536 + 7;
@@ -151,7 +153,7 @@ TEST_F(QSALoaderTest, AWrapIsToldAheadOfTheErrorThatItLeadsTo)
         1);
 }
 
-TEST_F(QSALoaderTest, AnnouncedFaceThatIsNeverGivenIsDegenerate)
+TEST_F(QSA_MeshImportListsTest, AnnouncedFaceThatIsNeverGivenIsDegenerate)
 {
     std::string text = Triangle().Text();
     text.replace(text.find("*MESH_NUMFACES 1"), 16, "*MESH_NUMFACES 2");
@@ -160,7 +162,7 @@ TEST_F(QSALoaderTest, AnnouncedFaceThatIsNeverGivenIsDegenerate)
     EXPECT_EQ(Warnings("Invalid face 1 in mesh 'Triangle'"), 1);
 }
 
-TEST_F(QSALoaderTest, AnnouncedVertexThatIsNeverGivenIsTheOrigin)
+TEST_F(QSA_MeshImportListsTest, AnnouncedVertexThatIsNeverGivenIsTheOrigin)
 {
     MeshText mesh = Triangle();
     mesh.vertices = {{1, 0, 0}, {0, 1, 0}, {7, 7, 7}};
@@ -171,7 +173,7 @@ TEST_F(QSALoaderTest, AnnouncedVertexThatIsNeverGivenIsTheOrigin)
     ExpectVec3(Mesh(0).boxMax, 1, 1, 0);
 }
 
-TEST_F(QSALoaderTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
+TEST_F(QSA_MeshImportListsTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
 {
     std::string text = Triangle().Text();
     const size_t at = text.find("AB: 1");
@@ -182,7 +184,7 @@ TEST_F(QSALoaderTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
     EXPECT_EQ(Mesh(0).faceCount, 1);
 }
 
-TEST_F(QSALoaderTest, NinthSmoothingGroupIsDroppedWithOneWarningForEachMesh)
+TEST_F(QSA_MeshImportListsTest, NinthSmoothingGroupIsDroppedWithOneWarningForEachMesh)
 {
     // The first eight are held: group 8 joins, group 9 does not.
     for (const auto& [second, vertices] : {std::pair{"8", 3}, {"9", 6}}) {
@@ -196,7 +198,7 @@ TEST_F(QSALoaderTest, NinthSmoothingGroupIsDroppedWithOneWarningForEachMesh)
     EXPECT_EQ(Warnings("More than 8 smoothing groups on a face in mesh 'Triangle'"), 2);
 }
 
-TEST_F(QSALoaderTest, SmoothingGroupsAreHeldModulo256)
+TEST_F(QSA_MeshImportListsTest, SmoothingGroupsAreHeldModulo256)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].smoothing = "3";
@@ -206,7 +208,7 @@ TEST_F(QSALoaderTest, SmoothingGroupsAreHeldModulo256)
     EXPECT_EQ(Mesh(0).vertexCount, 3);
 }
 
-TEST_F(QSALoaderTest, SmoothingAndMaterialBelongToTheLastFace)
+TEST_F(QSA_MeshImportListsTest, SmoothingAndMaterialBelongToTheLastFace)
 {
     // Ahead of any face they mean nothing.
     std::string text = Triangle().Text();
@@ -215,7 +217,7 @@ TEST_F(QSALoaderTest, SmoothingAndMaterialBelongToTheLastFace)
     EXPECT_EQ(Mesh(0).faceCount, 1);
 }
 
-TEST_F(QSALoaderTest, SecondMeshBlockTakesThePlaceOfTheFirst)
+TEST_F(QSA_MeshImportListsTest, SecondMeshBlockTakesThePlaceOfTheFirst)
 {
     std::string text =
         "*GEOMOBJECT { *NODE_NAME \"m\" " + Cube({"1"}).MeshBlock() + Triangle().MeshBlock() + "}";
@@ -224,7 +226,7 @@ TEST_F(QSALoaderTest, SecondMeshBlockTakesThePlaceOfTheFirst)
     EXPECT_EQ(Mesh(0).vertexCount, 3);
 }
 
-TEST_F(QSALoaderTest, NewCountForgetsTheListBefore)
+TEST_F(QSA_MeshImportListsTest, NewCountForgetsTheListBefore)
 {
     std::string text = Triangle().Text();
     const size_t faces = text.find("*MESH_FACE_LIST");
@@ -235,7 +237,7 @@ TEST_F(QSALoaderTest, NewCountForgetsTheListBefore)
     ExpectVec3(Mesh(0).boxMin, 5, 0, 0);
 }
 
-TEST_F(QSALoaderTest, NumberStylesOfExportersGiveTheSameMesh)
+TEST_F(QSA_MeshImportListsTest, NumberStylesOfExportersGiveTheSameMesh)
 {
     const std::string plain = Triangle().Text();
     Load(plain);

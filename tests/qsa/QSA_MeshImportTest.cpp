@@ -38,9 +38,11 @@ MeshText SeparateTriangles(int number)
     return mesh;
 }
 
+using QSA_MeshImportTest = QSALoaderTest;
+
 } // namespace
 
-TEST_F(QSALoaderTest, MeshWithoutFacesBecomesAPlainObject)
+TEST_F(QSA_MeshImportTest, MeshWithoutFacesBecomesAPlainObject)
 {
     MeshText mesh;
     mesh.name = "Dot";
@@ -55,7 +57,7 @@ TEST_F(QSALoaderTest, MeshWithoutFacesBecomesAPlainObject)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the reference is not looked at
 }
 
-TEST_F(QSALoaderTest, CubeOfSixGroupsHas24VerticesAndReports16Duplicates)
+TEST_F(QSA_MeshImportTest, CubeOfSixGroupsHas24VerticesAndReports16Duplicates)
 {
     Load(Cube({"1", "2", "3", "4", "5", "6"}).Text());
     EXPECT_EQ(Mesh(0).vertexCount, 24);
@@ -70,7 +72,7 @@ TEST_F(QSALoaderTest, CubeOfSixGroupsHas24VerticesAndReports16Duplicates)
     }
 }
 
-TEST_F(QSALoaderTest, CubeOfOneGroupHas8Vertices)
+TEST_F(QSA_MeshImportTest, CubeOfOneGroupHas8Vertices)
 {
     Load(Cube({"1"}).Text());
     EXPECT_EQ(Mesh(0).vertexCount, 8);
@@ -85,14 +87,14 @@ TEST_F(QSALoaderTest, CubeOfOneGroupHas8Vertices)
     }
 }
 
-TEST_F(QSALoaderTest, CubeOfEmptySmoothingSetsHas36Vertices)
+TEST_F(QSA_MeshImportTest, CubeOfEmptySmoothingSetsHas36Vertices)
 {
     Load(Cube({""}).Text());
     EXPECT_EQ(Mesh(0).vertexCount, 36);
     EXPECT_EQ(Warnings("28 vertices duplicated in mesh 'Cube'"), 1);
 }
 
-TEST_F(QSALoaderTest, CornersOfOtherTextureCoordinatesAreCopiesThatShareNormals)
+TEST_F(QSA_MeshImportTest, CornersOfOtherTextureCoordinatesAreCopiesThatShareNormals)
 {
     // Two triangles that meet at a right angle along the edge from (0,0,0) to (0,1,0), of one group.
     MeshText mesh;
@@ -115,7 +117,7 @@ TEST_F(QSALoaderTest, CornersOfOtherTextureCoordinatesAreCopiesThatShareNormals)
     EXPECT_EQ(contents.faces[0][2], contents.faces[1][1]);
 }
 
-TEST_F(QSALoaderTest, FacesOfDifferentMaterialsNeverShareAVertex)
+TEST_F(QSA_MeshImportTest, FacesOfDifferentMaterialsNeverShareAVertex)
 {
     MeshText mesh = WithMaterial(Cube({"1"}));
     for (size_t i = 0; i < 2; ++i)
@@ -125,7 +127,7 @@ TEST_F(QSALoaderTest, FacesOfDifferentMaterialsNeverShareAVertex)
     EXPECT_EQ(Mesh(0).materialCount, 2);
 }
 
-TEST_F(QSALoaderTest, DegenerateFaceIsLeftOutOfTheMesh)
+TEST_F(QSA_MeshImportTest, DegenerateFaceIsLeftOutOfTheMesh)
 {
     MeshText mesh = Triangle();
     mesh.faces.insert(mesh.faces.begin(), {0, 0, 1, "1"});
@@ -135,14 +137,14 @@ TEST_F(QSALoaderTest, DegenerateFaceIsLeftOutOfTheMesh)
     EXPECT_EQ(Warnings("Invalid face 0 in mesh 'Triangle'"), 1);
 }
 
-TEST_F(QSALoaderTest, MeshOfDegenerateFacesOnlyIsAnError)
+TEST_F(QSA_MeshImportTest, MeshOfDegenerateFacesOnlyIsAnError)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].c = 1;
     EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh without vertices: 'Triangle'");
 }
 
-TEST_F(QSALoaderTest, OppositeFacesOfOneGroupGiveAZeroNormalAndAWarning)
+TEST_F(QSA_MeshImportTest, OppositeFacesOfOneGroupGiveAZeroNormalAndAWarning)
 {
     MeshText mesh = Triangle();
     mesh.faces.push_back({0, 2, 1, "1"}); // the same corners from behind: +z and -z cancel out
@@ -153,7 +155,7 @@ TEST_F(QSALoaderTest, OppositeFacesOfOneGroupGiveAZeroNormalAndAWarning)
         ExpectVec3(vertex.normal, 0, 0, 0);
 }
 
-TEST_F(QSALoaderTest, MostVerticesAre65535)
+TEST_F(QSA_MeshImportTest, MostVerticesAre65535)
 {
     Load(SeparateTriangles(21845).Text()); // 65535 of them
     EXPECT_EQ(Mesh(0).vertexCount, 65535);
@@ -161,7 +163,7 @@ TEST_F(QSALoaderTest, MostVerticesAre65535)
     EXPECT_EQ(contents.Corner(21844, 0).position.x, 21844.0f);
 }
 
-TEST_F(QSALoaderTest, MoreThan65535VerticesAreAnError)
+TEST_F(QSA_MeshImportTest, MoreThan65535VerticesAreAnError)
 {
     // Corners without a group never join: 3 source vertices of 128 copies each are far too few, so
     // the faces stand on 3 x 171 of them.
@@ -175,7 +177,7 @@ TEST_F(QSALoaderTest, MoreThan65535VerticesAreAnError)
     EXPECT_LT(LogText().find("object 'Solid'"), LogText().find("Error:"));
 }
 
-TEST_F(QSALoaderTest, HundredAndTwentyNineCopiesOfAVertexWarn)
+TEST_F(QSA_MeshImportTest, HundredAndTwentyNineCopiesOfAVertexWarn)
 {
     Load(LooseTriangles(129).Text());
     EXPECT_EQ(Mesh(0).vertexCount, 3 * 128);
@@ -183,7 +185,7 @@ TEST_F(QSALoaderTest, HundredAndTwentyNineCopiesOfAVertexWarn)
         EXPECT_EQ(Warnings("Too many smoothing groups on vertex " + std::to_string(i) + "!"), 1);
 }
 
-TEST_F(QSALoaderTest, VertexFormatFollowsTheMaterialsMaps)
+TEST_F(QSA_MeshImportTest, VertexFormatFollowsTheMaterialsMaps)
 {
     const DWORD plain = D3DFVF_XYZ | D3DFVF_NORMAL;
     const struct {
@@ -212,7 +214,7 @@ TEST_F(QSALoaderTest, VertexFormatFollowsTheMaterialsMaps)
     }
 }
 
-TEST_F(QSALoaderTest, QuirkThreeMapsGiveAFormatWithoutTextureCoordinates)
+TEST_F(QSA_MeshImportTest, QuirkThreeMapsGiveAFormatWithoutTextureCoordinates)
 {
     MeshText mesh = WithMaterial(Triangle());
     mesh.tVertices = {{0.5, 0.5}};
@@ -223,7 +225,7 @@ TEST_F(QSALoaderTest, QuirkThreeMapsGiveAFormatWithoutTextureCoordinates)
     EXPECT_EQ(Mesh(0).stride, 24);
 }
 
-TEST_F(QSALoaderTest, TextureFacesWithoutMapsGiveOneSet)
+TEST_F(QSA_MeshImportTest, TextureFacesWithoutMapsGiveOneSet)
 {
     MeshText mesh = Triangle();
     mesh.tVertices = {{0.25, 0.75}, {1, 0}};
@@ -239,7 +241,7 @@ TEST_F(QSALoaderTest, TextureFacesWithoutMapsGiveOneSet)
     EXPECT_EQ(Mesh(0).ownGeometry, 0);
 }
 
-TEST_F(QSALoaderTest, WireColourIsTheMaterialOfAMeshWithoutOne)
+TEST_F(QSA_MeshImportTest, WireColourIsTheMaterialOfAMeshWithoutOne)
 {
     MeshText mesh = Triangle();
     mesh.more = "*WIREFRAME_COLOR 0.25 0.5,1";
@@ -252,7 +254,7 @@ TEST_F(QSALoaderTest, WireColourIsTheMaterialOfAMeshWithoutOne)
     EXPECT_EQ(Mesh(0).materialCount, 1);
 }
 
-TEST_F(QSALoaderTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
+TEST_F(QSA_MeshImportTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
 {
     MeshText mesh = WithMaterial(Triangle());
     mesh.faces.push_back({0, 1, 2, "1", 3}); // 3 modulo 2 is 1
@@ -268,7 +270,7 @@ TEST_F(QSALoaderTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
     EXPECT_THAT(ReadMesh(Mesh(0)).attributes, testing::ElementsAre(0u, 0u, 1u));
 }
 
-TEST_F(QSALoaderTest, MaterialBeyondTheListCountsAsNone)
+TEST_F(QSA_MeshImportTest, MaterialBeyondTheListCountsAsNone)
 {
     MeshText mesh = Triangle();
     mesh.more = "*MATERIAL_REF 2 *WIREFRAME_COLOR 1 0 0";
@@ -277,7 +279,7 @@ TEST_F(QSALoaderTest, MaterialBeyondTheListCountsAsNone)
     EXPECT_EQ(Warnings("Mesh 'Triangle' has material 2 of 2"), 1);
 }
 
-TEST_F(QSALoaderTest, BoundsComeFromTheVerticesAndNotFromTheFile)
+TEST_F(QSA_MeshImportTest, BoundsComeFromTheVerticesAndNotFromTheFile)
 {
     MeshText mesh = Cube({"1"});
     mesh.vertices[7] = {3, 2, 1}; // a far corner
@@ -292,7 +294,7 @@ TEST_F(QSALoaderTest, BoundsComeFromTheVerticesAndNotFromTheFile)
     EXPECT_EQ(Mesh(0).clipMode, 3);
 }
 
-TEST_F(QSALoaderTest, VerticesThatNoFaceUsesDoNotCount)
+TEST_F(QSA_MeshImportTest, VerticesThatNoFaceUsesDoNotCount)
 {
     MeshText mesh = Triangle();
     mesh.vertices.push_back({100, 100, 100});
@@ -301,7 +303,7 @@ TEST_F(QSALoaderTest, VerticesThatNoFaceUsesDoNotCount)
     ExpectVec3(Mesh(0).boxMax, 1, 1, 0);
 }
 
-TEST_F(QSALoaderTest, VisibleIsAnythingButZero)
+TEST_F(QSA_MeshImportTest, VisibleIsAnythingButZero)
 {
     for (const auto& [text, expected] : {std::pair{"0", 0}, {"1", 1}, {"-5", 1}, {"x", 0}}) {
         MeshText mesh = Triangle();
@@ -311,7 +313,7 @@ TEST_F(QSALoaderTest, VisibleIsAnythingButZero)
     }
 }
 
-TEST_F(QSALoaderTest, MeshThatIsCutOffIsBuiltFromWhatIsThere)
+TEST_F(QSA_MeshImportTest, MeshThatIsCutOffIsBuiltFromWhatIsThere)
 {
     const std::string text = Triangle().Text();
     Load(text.substr(0, text.rfind('}') - 4));
@@ -319,7 +321,7 @@ TEST_F(QSALoaderTest, MeshThatIsCutOffIsBuiltFromWhatIsThere)
     EXPECT_EQ(Mesh(0).faceCount, 1);
 }
 
-TEST_F(QSALoaderTest, NameOutsideAsciiIsTheNameTreesError)
+TEST_F(QSA_MeshImportTest, NameOutsideAsciiIsTheNameTreesError)
 {
     for (const std::string name : {"\xC3\xA4rger", "\xFF", "\tx"}) {
         MeshText mesh = Triangle();
@@ -344,7 +346,7 @@ TEST_F(QSALoaderTest, NameOutsideAsciiIsTheNameTreesError)
     EXPECT_STREQ(Mesh(0).name.c_str(), "z\xC3\xA4");
 }
 
-TEST_F(QSALoaderTest, NotFiniteVerticesLoadAsTheyAre)
+TEST_F(QSA_MeshImportTest, NotFiniteVerticesLoadAsTheyAre)
 {
     MeshText mesh = Cube({"1"});
     std::string text = mesh.Text();

@@ -36,9 +36,11 @@ std::string Skinned(const std::string& weights, const char* version = "211")
     return text;
 }
 
+using QSA_MeshImportWeightsTest = QSALoaderTest;
+
 } // namespace
 
-TEST_F(QSALoaderTest, WeightsOfAVertexAreNormalised)
+TEST_F(QSA_MeshImportWeightsTest, WeightsOfAVertexAreNormalised)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.6") + Weight(1, "1") + Weight(2, "1")) +
                  Bone("b", Weight(0, "0.2"))));
@@ -52,7 +54,7 @@ TEST_F(QSALoaderTest, WeightsOfAVertexAreNormalised)
     EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1);
 }
 
-TEST_F(QSALoaderTest, FirstBoneStandsForTheMeshItself)
+TEST_F(QSA_MeshImportWeightsTest, FirstBoneStandsForTheMeshItself)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "1") + Weight(0, "1"))));
     ASSERT_EQ(Mesh(0).bones.Count(), 2);
@@ -62,14 +64,14 @@ TEST_F(QSALoaderTest, FirstBoneStandsForTheMeshItself)
     EXPECT_EQ(Mesh(0).bones.Capacity(), 2);
 }
 
-TEST_F(QSALoaderTest, OneWeightCountsAsTwoWithAWarning)
+TEST_F(QSA_MeshImportWeightsTest, OneWeightCountsAsTwoWithAWarning)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "1") + Weight(1, "0.5"))));
     EXPECT_EQ(Mesh(0).fvf, 0x1018u);
     EXPECT_EQ(Warnings("Only one bone in object Triangle"), 1);
 }
 
-TEST_F(QSALoaderTest, FormatFollowsTheMostWeightsOfAVertex)
+TEST_F(QSA_MeshImportWeightsTest, FormatFollowsTheMostWeightsOfAVertex)
 {
     std::string weights = Init();
     const DWORD formats[] = {0x1018, 0x1018, 0x101A, 0x101C};
@@ -81,7 +83,7 @@ TEST_F(QSALoaderTest, FormatFollowsTheMostWeightsOfAVertex)
     }
 }
 
-TEST_F(QSALoaderTest, FifthBoneTakesThePlaceOfTheSmallestWithOneWarning)
+TEST_F(QSA_MeshImportWeightsTest, FifthBoneTakesThePlaceOfTheSmallestWithOneWarning)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.4")) + Bone("b", Weight(0, "0.2")) +
                  Bone("c", Weight(0, "0.3")) + Bone("d", Weight(0, "0.5")) +
@@ -94,7 +96,7 @@ TEST_F(QSALoaderTest, FifthBoneTakesThePlaceOfTheSmallestWithOneWarning)
     EXPECT_EQ(Warnings("More than 4 bones in vertex of object 'Triangle'"), 1);
 }
 
-TEST_F(QSALoaderTest, SmallestWeightIsChosenAsExportersDo)
+TEST_F(QSA_MeshImportWeightsTest, SmallestWeightIsChosenAsExportersDo)
 {
     const struct {
         const char* what;
@@ -122,7 +124,7 @@ TEST_F(QSALoaderTest, SmallestWeightIsChosenAsExportersDo)
     }
 }
 
-TEST_F(QSALoaderTest, QuirkFifthWeightReplacesOneEvenIfItIsSmallerStill)
+TEST_F(QSA_MeshImportWeightsTest, QuirkFifthWeightReplacesOneEvenIfItIsSmallerStill)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.5")) + Bone("b", Weight(0, "0.5")) +
                  Bone("c", Weight(0, "0.5")) + Bone("d", Weight(0, "0.5")) +
@@ -130,7 +132,7 @@ TEST_F(QSALoaderTest, QuirkFifthWeightReplacesOneEvenIfItIsSmallerStill)
     EXPECT_EQ(ReadMesh(Mesh(0)).Corner(0, 0).bones, (Bones{1, 2, 3, 5}));
 }
 
-TEST_F(QSALoaderTest, WeightOfATenthIsKeptAndLessIsDropped)
+TEST_F(QSA_MeshImportWeightsTest, WeightOfATenthIsKeptAndLessIsDropped)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.1") + Weight(1, "0.09") + Weight(2, "0.5")) +
                  Bone("b", Weight(0, "0.3") + Weight(1, "0.05"))));
@@ -141,7 +143,7 @@ TEST_F(QSALoaderTest, WeightOfATenthIsKeptAndLessIsDropped)
     EXPECT_EQ(contents.Corner(0, 1).bones, (Bones{0, 0, 0, 0}));
 }
 
-TEST_F(QSALoaderTest, BoneIsFoundAgainByItsExactName)
+TEST_F(QSA_MeshImportWeightsTest, BoneIsFoundAgainByItsExactName)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.5")) + Bone("A", Weight(0, "0.25")) +
                  Bone("a", Weight(0, "0.25"))));
@@ -151,7 +153,7 @@ TEST_F(QSALoaderTest, BoneIsFoundAgainByItsExactName)
     EXPECT_THAT(LogText(), testing::HasSubstr("Bone 'A' not found in scene"));
 }
 
-TEST_F(QSALoaderTest, BoneMatricesAreMeshThenBone)
+TEST_F(QSA_MeshImportWeightsTest, BoneMatricesAreMeshThenBone)
 {
     MeshText mesh = Triangle();
     mesh.more.clear();
@@ -176,7 +178,7 @@ TEST_F(QSALoaderTest, BoneMatricesAreMeshThenBone)
     EXPECT_EQ(Mesh(0).bones.Get(1)->meshInitTM._41, 1.0f);
 }
 
-TEST_F(QSALoaderTest, WeightsThatPointNowhereAreErrors)
+TEST_F(QSA_MeshImportWeightsTest, WeightsThatPointNowhereAreErrors)
 {
     for (const char* index : {"3", "-1", "2147483647"})
         EXPECT_EQ(
@@ -184,7 +186,7 @@ TEST_F(QSALoaderTest, WeightsThatPointNowhereAreErrors)
             std::string("scene.qsa: Invalid weight index: ") + index);
 }
 
-TEST_F(QSALoaderTest, WeightsOfAMeshWithoutBonesStayAsTheyAre)
+TEST_F(QSA_MeshImportWeightsTest, WeightsOfAMeshWithoutBonesStayAsTheyAre)
 {
     Load(Skinned("*BONE_WEIGHT { *INDEX_WEIGHT 2 0.5 *INDEX_WEIGHT 2 0.25 }"));
     EXPECT_EQ(Mesh(0).bones.Count(), 0);
@@ -196,7 +198,7 @@ TEST_F(QSALoaderTest, WeightsOfAMeshWithoutBonesStayAsTheyAre)
     EXPECT_EQ(Mesh(0).clipMode, 3) << "only bones make a mesh a skinned one";
 }
 
-TEST_F(QSALoaderTest, TheMeshMatrixGoesFromMeshToMeshOfAFileOnly)
+TEST_F(QSA_MeshImportWeightsTest, TheMeshMatrixGoesFromMeshToMeshOfAFileOnly)
 {
     const std::string moved = "*MESH_INIT_TM { *TM_ROW3 5 6 7 }\n";
     const std::string text = Skinned(moved + Bone("a", Weight(0, "1")));
@@ -208,7 +210,7 @@ TEST_F(QSALoaderTest, TheMeshMatrixGoesFromMeshToMeshOfAFileOnly)
     EXPECT_EQ(Mesh(0).bones.Get(0)->meshInitTM._41, 0.0f);
 }
 
-TEST_F(QSALoaderTest, BoneBeyondAByteWarns)
+TEST_F(QSA_MeshImportWeightsTest, BoneBeyondAByteWarns)
 {
     std::string weights = Init();
     for (int i = 1; i <= 256; ++i)
@@ -218,7 +220,7 @@ TEST_F(QSALoaderTest, BoneBeyondAByteWarns)
     EXPECT_EQ(Warnings("Mesh 'Triangle' has a weight of bone 256 of at most 256"), 1);
 }
 
-TEST_F(QSALoaderTest, WeightsAreForgottenWithTheirVertices)
+TEST_F(QSA_MeshImportWeightsTest, WeightsAreForgottenWithTheirVertices)
 {
     std::string text = Skinned(Init() + Bone("a", Weight(0, "0.5")) + Bone("b", Weight(0, "0.5")));
     const size_t end = text.find("*BONE_WEIGHT { *BONE_NAME \"b\"");
@@ -229,7 +231,7 @@ TEST_F(QSALoaderTest, WeightsAreForgottenWithTheirVertices)
     EXPECT_EQ(ReadMesh(Mesh(0)).Corner(0, 0).bones, (Bones{2, 0, 0, 0}));
 }
 
-TEST_F(QSALoaderTest, NotFiniteWeightsLoad)
+TEST_F(QSA_MeshImportWeightsTest, NotFiniteWeightsLoad)
 {
     directory.Write("scene.qsa", Skinned(Init() + Bone("a", Weight(0, "inf") + Weight(1, "nan")) +
                                          Bone("b", Weight(0, "-inf") + Weight(1, "1"))));

@@ -8,7 +8,7 @@ namespace {
 // 160 ticks a frame at 30 frames a second.
 constexpr float kTicksPerSecond = 4800.0f;
 
-class AnimationTest : public QSALoaderTest {
+class QSA_NodeImportKeysTest : public QSALoaderTest {
 protected:
     /// A helper with such a block of animation.
     KRE_3dObject& Animated(const std::string& inside, const std::string& sceneBlock = "")
@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(AnimationTest, AllBlockKeywordsOpenTheirTracks)
+TEST_F(QSA_NodeImportKeysTest, AllBlockKeywordsOpenTheirTracks)
 {
     for (const char* block : {"POS_TRACK", "POS_BEZIER"}) {
         Animated(std::string("*CONTROL_") + block + " { *CONTROL_POS_SAMPLE 0 1 2 3 }");
@@ -55,7 +55,7 @@ TEST_F(AnimationTest, AllBlockKeywordsOpenTheirTracks)
     }
 }
 
-TEST_F(AnimationTest, PositionKeysTakeTheirTangents)
+TEST_F(QSA_NodeImportKeysTest, PositionKeysTakeTheirTangents)
 {
     KRE_3dObject& node =
         Animated("*CONTROL_POS_BEZIER { *CONTROL_BEZIER_POS_KEY 0 1 2 3 4 5 6 7 8 9 "
@@ -71,7 +71,7 @@ TEST_F(AnimationTest, PositionKeysTakeTheirTangents)
     ExpectVec3(second->outTangent, 2, 2, 2);
 }
 
-TEST_F(AnimationTest, TangentsAreScaledUpToTheFirstLinearKey)
+TEST_F(QSA_NodeImportKeysTest, TangentsAreScaledUpToTheFirstLinearKey)
 {
     KRE_3dObject& node =
         Animated("*CONTROL_POS_BEZIER { *CONTROL_BEZIER_POS_KEY 0 0 0 0 1 1 1 1 1 1 "
@@ -83,7 +83,7 @@ TEST_F(AnimationTest, TangentsAreScaledUpToTheFirstLinearKey)
     EXPECT_FLOAT_EQ(key->next->next->time, 30 / kTicksPerSecond);
 }
 
-TEST_F(AnimationTest, ScaleKeysLoseTheirSignAndHaveNoTangents)
+TEST_F(QSA_NodeImportKeysTest, ScaleKeysLoseTheirSignAndHaveNoTangents)
 {
     KRE_3dObject& node = Animated("*CONTROL_SCALE_BEZIER { *CONTROL_BEZIER_SCALE_KEY 0 -1 2 -3 "
                                   "*CONTROL_SCALE_SAMPLE 160 -4 -5 6 }");
@@ -95,7 +95,7 @@ TEST_F(AnimationTest, ScaleKeysLoseTheirSignAndHaveNoTangents)
     EXPECT_EQ(key->next->interpolation, 0);
 }
 
-TEST_F(AnimationTest, TimesAreSecondsFromTheFirstFrame)
+TEST_F(QSA_NodeImportKeysTest, TimesAreSecondsFromTheFirstFrame)
 {
     KRE_3dObject& node = Animated(
         "*CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 3200 0 0 0 *CONTROL_POS_SAMPLE 4000 0 0 0 }",
@@ -105,7 +105,7 @@ TEST_F(AnimationTest, TimesAreSecondsFromTheFirstFrame)
     EXPECT_FLOAT_EQ(node.posKeys.Tail()->time, 2080.0f / 4800.0f);
 }
 
-TEST_F(AnimationTest, PositionKeyAheadOfTheFirstOneIsTheCountsError)
+TEST_F(QSA_NodeImportKeysTest, PositionKeyAheadOfTheFirstOneIsTheCountsError)
 {
     EXPECT_EQ(AnimationError("*CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 10 0 0 0 "
                              "*CONTROL_POS_SAMPLE 5 0 0 0 }"),
@@ -119,7 +119,7 @@ TEST_F(AnimationTest, PositionKeyAheadOfTheFirstOneIsTheCountsError)
               "n: Check: Rot key numbers don't match");
 }
 
-TEST_F(AnimationTest, RotationKeyOutOfOrderIsSkippedWithAWarning)
+TEST_F(QSA_NodeImportKeysTest, RotationKeyOutOfOrderIsSkippedWithAWarning)
 {
     Animated(
         Rotations("*CONTROL_ROT_SAMPLE 10 0 0 1 1 *CONTROL_ROT_SAMPLE 9 0 0 1 1 "
@@ -128,7 +128,7 @@ TEST_F(AnimationTest, RotationKeyOutOfOrderIsSkippedWithAWarning)
     EXPECT_GE(Warnings("Skipped wrong order rotation key in file: scene.qsa"), 1);
 }
 
-TEST_F(AnimationTest, AxisIsNegatedAndTheAngleIsNot)
+TEST_F(QSA_NodeImportKeysTest, AxisIsNegatedAndTheAngleIsNot)
 {
     KRE_3dObject& node = Animated(Rotations("*CONTROL_ROT_SAMPLE 0 1 -2 3 -0.5"));
     ExpectVec3(node.rotKeys.Head()->axis, -1, 2, -3);
@@ -136,7 +136,7 @@ TEST_F(AnimationTest, AxisIsNegatedAndTheAngleIsNot)
     EXPECT_EQ(node.rotKeys.Head()->interpolation, 0);
 }
 
-TEST_F(AnimationTest, TurnsOfHalfACircleAndMoreAreSplit)
+TEST_F(QSA_NodeImportKeysTest, TurnsOfHalfACircleAndMoreAreSplit)
 {
     const struct {
         const char* what;
@@ -167,7 +167,7 @@ TEST_F(AnimationTest, TurnsOfHalfACircleAndMoreAreSplit)
     }
 }
 
-TEST_F(AnimationTest, FirstRotationKeyIsNeverSplit)
+TEST_F(QSA_NodeImportKeysTest, FirstRotationKeyIsNeverSplit)
 {
     Animated(Rotations("*CONTROL_ROT_SAMPLE 0 0 0 1 50"));
     EXPECT_EQ(Angles(), std::vector<float>{50.0f});
@@ -175,7 +175,7 @@ TEST_F(AnimationTest, FirstRotationKeyIsNeverSplit)
     EXPECT_NEAR(Angles()[0], -3.083184f, 1e-6f); // but it is turned round
 }
 
-TEST_F(AnimationTest, SplitKeysStandAtEqualDistances)
+TEST_F(QSA_NodeImportKeysTest, SplitKeysStandAtEqualDistances)
 {
     Animated(Rotations("*CONTROL_ROT_SAMPLE 0 0 0 1 1 *CONTROL_ROT_SAMPLE 4800 0 0 1 10"));
     float expected = 0.0f;
@@ -185,7 +185,7 @@ TEST_F(AnimationTest, SplitKeysStandAtEqualDistances)
     }
 }
 
-TEST_F(AnimationTest, TcbNumbersBelongToTheArrivalAtTheKey)
+TEST_F(QSA_NodeImportKeysTest, TcbNumbersBelongToTheArrivalAtTheKey)
 {
     Animated(
         "*CONTROL_ROT_TCB { *CONTROL_TCB_ROT_KEY 0 0 0 1 3.5 1 2 3 4 5 *CONTROL_TCB_ROT_KEY 100 "
@@ -209,7 +209,7 @@ TEST_F(AnimationTest, TcbNumbersBelongToTheArrivalAtTheKey)
     EXPECT_EQ(last->easeOut, 0.5f);
 }
 
-TEST_F(AnimationTest, OnlyTcbKeysHaveInnerControls)
+TEST_F(QSA_NodeImportKeysTest, OnlyTcbKeysHaveInnerControls)
 {
     Animated(Rotations("*CONTROL_ROT_SAMPLE 0 0 0 1 1 *CONTROL_TCB_ROT_KEY 10 0 0 1 1 0 0 0 0 0"));
     const KRE_RotKeyData* key = Object(0).rotKeys.Head();
@@ -220,7 +220,7 @@ TEST_F(AnimationTest, OnlyTcbKeysHaveInnerControls)
     EXPECT_NEAR(key->next->outControl.w, std::cos(1.0f), 1e-6f);
 }
 
-TEST_F(AnimationTest, RotationThatWouldBeTooManyKeysIsAnError)
+TEST_F(QSA_NodeImportKeysTest, RotationThatWouldBeTooManyKeysIsAnError)
 {
     const std::string head = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 *CONTROL_ROT_SAMPLE 100 0 0 1 ";
     // 99,999 half turns and a bit are 100,000 keys.
@@ -232,7 +232,7 @@ TEST_F(AnimationTest, RotationThatWouldBeTooManyKeysIsAnError)
               "scene.qsa: Object 'n' turns too far in one rotation key: -1e+30");
 }
 
-TEST_F(AnimationTest, ManyLongTurnsOfASmallFileAreAnError)
+TEST_F(QSA_NodeImportKeysTest, ManyLongTurnsOfASmallFileAreAnError)
 {
     std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
     for (int i = 0; i < 11; ++i)
@@ -242,7 +242,7 @@ TEST_F(AnimationTest, ManyLongTurnsOfASmallFileAreAnError)
               "scene.qsa: Object 'n' turns too far: 1050412 rotation keys in one file");
 }
 
-TEST_F(AnimationTest, RotationKeyThatIsNotFiniteIsAnError)
+TEST_F(QSA_NodeImportKeysTest, RotationKeyThatIsNotFiniteIsAnError)
 {
     for (const char* key : {"nan 0 0 1 1", "inf 0 0 1 1", "0 nan 0 1 1", "0 0 inf 1 1",
                             "0 0 0 -inf 1", "0 0 0 1 nan", "0 0 0 1 inf"})
@@ -252,7 +252,7 @@ TEST_F(AnimationTest, RotationKeyThatIsNotFiniteIsAnError)
             << key;
 }
 
-TEST_F(AnimationTest, OtherKeysThatAreNotFiniteLoadAsTheyAre)
+TEST_F(QSA_NodeImportKeysTest, OtherKeysThatAreNotFiniteLoadAsTheyAre)
 {
     KRE_3dObject& node = Animated(
         "*CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 0 nan inf -inf *CONTROL_POS_SAMPLE inf 0 0 0 "
@@ -262,7 +262,7 @@ TEST_F(AnimationTest, OtherKeysThatAreNotFiniteLoadAsTheyAre)
     EXPECT_TRUE(std::isinf(node.scaleKeys.Head()->value.x));
 }
 
-TEST_F(AnimationTest, KeysGoToTheNodeOfTheirBlock)
+TEST_F(QSA_NodeImportKeysTest, KeysGoToTheNodeOfTheirBlock)
 {
     const std::string block =
         "*TM_ANIMATION { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 0 1 2 3 } }";
@@ -277,7 +277,7 @@ TEST_F(AnimationTest, KeysGoToTheNodeOfTheirBlock)
     EXPECT_EQ(Object(0).posKeyCount, 1);
 }
 
-TEST_F(AnimationTest, OtherWordsInABlockArePassedOver)
+TEST_F(QSA_NodeImportKeysTest, OtherWordsInABlockArePassedOver)
 {
     KRE_3dObject& node = Animated("*OTHER { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 0 9 9 9 } } "
                                   "*CONTROL_POS_TRACK { *CONTROL_SCALE_SAMPLE 0 1 1 1 *FOO "

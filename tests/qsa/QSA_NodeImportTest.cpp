@@ -15,9 +15,11 @@ std::string Light(const std::string& inside)
     return "*LIGHTOBJECT { *NODE_NAME \"l\" " + inside + " }";
 }
 
+using QSA_NodeImportTest = QSALoaderTest;
+
 } // namespace
 
-TEST_F(QSALoaderTest, NodeBlocksMakeObjectsOfTheirKinds)
+TEST_F(QSA_NodeImportTest, NodeBlocksMakeObjectsOfTheirKinds)
 {
     Load("*BONEOBJECT { *NODE_NAME \"b\" *NODE_PARENT \"h\" } *HELPEROBJECT { *NODE_NAME \"h\" } "
          "*TARGETOBJECT { *NODE_NAME \"t\" } *CAMERAOBJECT { *NODE_NAME \"c\" } *LIGHTOBJECT { "
@@ -34,7 +36,7 @@ TEST_F(QSALoaderTest, NodeBlocksMakeObjectsOfTheirKinds)
     EXPECT_EQ(Object(0).parent, &Object(1));
 }
 
-TEST_F(QSALoaderTest, TransformBlockFillsTheNode)
+TEST_F(QSA_NodeImportTest, TransformBlockFillsTheNode)
 {
     // Turned by a quarter about -z as the file has it, which is z with the sign of this system.
     Load(WithTransform("*TM_ROW0 0 2 0 *TM_ROW1 -3 0 0 *TM_ROW2 0 0 4 *TM_ROW3 5,6,7 *TM_POS 5 6 7 "
@@ -52,7 +54,7 @@ TEST_F(QSALoaderTest, TransformBlockFillsTheNode)
     }
 }
 
-TEST_F(QSALoaderTest, TransformBlockLeavesWhatItDoesNotGiveAtTheDefaults)
+TEST_F(QSA_NodeImportTest, TransformBlockLeavesWhatItDoesNotGiveAtTheDefaults)
 {
     Load(WithTransform("*TM_POS 1 2 3"));
     ExpectVec3(Object(0).scale, 1, 1, 1);
@@ -62,7 +64,7 @@ TEST_F(QSALoaderTest, TransformBlockLeavesWhatItDoesNotGiveAtTheDefaults)
     EXPECT_EQ(Object(0).initTM._44, 1.0f);
 }
 
-TEST_F(QSALoaderTest, NegatedXAxisIsAMirror)
+TEST_F(QSA_NodeImportTest, NegatedXAxisIsAMirror)
 {
     Load(WithTransform(
         "*TM_ROW0 -2 0 0 *TM_ROW1 0 2 0 *TM_ROW2 0 0 2 *TM_ROW3 0 0 0 *TM_SCALE 2 2 2"));
@@ -71,7 +73,7 @@ TEST_F(QSALoaderTest, NegatedXAxisIsAMirror)
     EXPECT_EQ(Object(0).initTM._11, -2.0f);
 }
 
-TEST_F(QSALoaderTest, EachAxisIsComparedWhereTheComputedMatrixIsLargest)
+TEST_F(QSA_NodeImportTest, EachAxisIsComparedWhereTheComputedMatrixIsLargest)
 {
     const struct {
         const char* what;
@@ -91,7 +93,7 @@ TEST_F(QSALoaderTest, EachAxisIsComparedWhereTheComputedMatrixIsLargest)
     }
 }
 
-TEST_F(QSALoaderTest, OfEqualMagnitudesTheLaterRowIsCompared)
+TEST_F(QSA_NodeImportTest, OfEqualMagnitudesTheLaterRowIsCompared)
 {
     // Without scale the computed matrix is all zeros: every column is a tie, and row 2 is taken. Its
     // values divided by the file's are 0, never below 0; a zero there is the warning.
@@ -101,14 +103,14 @@ TEST_F(QSALoaderTest, OfEqualMagnitudesTheLaterRowIsCompared)
     EXPECT_EQ(Warnings("Determinant in TM is zero."), 1);
 }
 
-TEST_F(QSALoaderTest, ZeroRowWarnsAndLeavesTheSignsReadSoFar)
+TEST_F(QSA_NodeImportTest, ZeroRowWarnsAndLeavesTheSignsReadSoFar)
 {
     Load(WithTransform("*TM_ROW0 -1 0 0 *TM_ROW1 0 0 0 *TM_ROW2 0 0 -1"));
     ExpectVec3(Object(0).mirror, -1, 1, 1); // z was not looked at any more
     EXPECT_EQ(Warnings("Determinant in TM is zero."), 1);
 }
 
-TEST_F(QSALoaderTest, OnlyTheMatrixOfAPivotIsKept)
+TEST_F(QSA_NodeImportTest, OnlyTheMatrixOfAPivotIsKept)
 {
     Load(Helper("*NODE_NAME \"n\" *PIVOT_TM { *TM_ROW3 1 2 3 *TM_POS 4 5 6 *TM_SCALE 7 8 9 }"));
     EXPECT_EQ(Object(0).pivotTM._42, 2.0f);
@@ -117,14 +119,14 @@ TEST_F(QSALoaderTest, OnlyTheMatrixOfAPivotIsKept)
     EXPECT_EQ(Object(0).initTM._42, 0.0f);
 }
 
-TEST_F(QSALoaderTest, TransformThatIsCutOffEndsTheScene)
+TEST_F(QSA_NodeImportTest, TransformThatIsCutOffEndsTheScene)
 {
     Load("*HELPEROBJECT { *NODE_NAME \"n\" *NODE_TM { *TM_ROW0 -1 0 0 *TM_POS 1 2 3 ");
     ExpectVec3(Object(0).position, 1, 2, 3);
     ExpectVec3(Object(0).mirror, 1, 1, 1); // looked for at the close of the block only
 }
 
-TEST_F(QSALoaderTest, BlockWithoutABraceIsAnError)
+TEST_F(QSA_NodeImportTest, BlockWithoutABraceIsAnError)
 {
     for (const char* text : {"*HELPEROBJECT x", "*GEOMOBJECT x", "*MATERIAL_LIST x", "*SCENE x",
                              "*HELPEROBJECT { *NODE_TM x", "*HELPEROBJECT { *TM_ANIMATION x",
@@ -132,7 +134,7 @@ TEST_F(QSALoaderTest, BlockWithoutABraceIsAnError)
         EXPECT_EQ(LoadError(text), "scene.qsa: 'x' not found") << text;
 }
 
-TEST_F(QSALoaderTest, CameraTakesItsTargetAndTheLastFieldOfView)
+TEST_F(QSA_NodeImportTest, CameraTakesItsTargetAndTheLastFieldOfView)
 {
     Load("*CAMERAOBJECT { *NODE_NAME \"c\" *TARGET_NODE \"t\" *CAMERA_SETTINGS { *CAMERA_FOV 0.5 } "
          "*CAMERA_SETTINGS { *CAMERA_FOV 0.75 } *NODE_TM { *TM_POS 1 2 3 } } *TARGETOBJECT { "
@@ -144,7 +146,7 @@ TEST_F(QSALoaderTest, CameraTakesItsTargetAndTheLastFieldOfView)
     ExpectVec3(camera.position, 1, 2, 3);
 }
 
-TEST_F(QSALoaderTest, LightTypesAreWordsOfAnyCase)
+TEST_F(QSA_NodeImportTest, LightTypesAreWordsOfAnyCase)
 {
     const struct {
         const char* word;
@@ -162,7 +164,7 @@ TEST_F(QSALoaderTest, LightTypesAreWordsOfAnyCase)
     EXPECT_EQ(Warnings("Unknown light type changed to omni"), 1);
 }
 
-TEST_F(QSALoaderTest, LightTakesItsSettings)
+TEST_F(QSA_NodeImportTest, LightTakesItsSettings)
 {
     Load(
         Light("*LIGHT_TYPE Target *LIGHT_USELIGHT 0 *LIGHT_SETTINGS { *LIGHT_COLOR 1 0.5 0.25 "
@@ -182,7 +184,7 @@ TEST_F(QSALoaderTest, LightTakesItsSettings)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(QSALoaderTest, RangeOfEveryLightIsUnlimited)
+TEST_F(QSA_NodeImportTest, RangeOfEveryLightIsUnlimited)
 {
     for (const char* inside :
          {"*LIGHT_TYPE Omni", "*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_TDIST 5 }"}) {
@@ -191,13 +193,13 @@ TEST_F(QSALoaderTest, RangeOfEveryLightIsUnlimited)
     }
 }
 
-TEST_F(QSALoaderTest, LightWithoutIntensityStaysBlack)
+TEST_F(QSA_NodeImportTest, LightWithoutIntensityStaysBlack)
 {
     Load(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_COLOR 1 1 1 }"));
     ExpectColour(scene.lights.Get(0)->light.Diffuse, 0, 0, 0, 0);
 }
 
-TEST_F(QSALoaderTest, QuirkIntensityMultipliesTheColourSoFar)
+TEST_F(QSA_NodeImportTest, QuirkIntensityMultipliesTheColourSoFar)
 {
     Load(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_INTENS 5 *LIGHT_COLOR 1 1 1 }"));
     ExpectColour(scene.lights.Get(0)->light.Diffuse, 0, 0, 0, 1, "colour came too late");
@@ -206,13 +208,13 @@ TEST_F(QSALoaderTest, QuirkIntensityMultipliesTheColourSoFar)
     ExpectColour(scene.lights.Get(0)->light.Diffuse, 6, 6, 6, 1, "the colour outlives its block");
 }
 
-TEST_F(QSALoaderTest, AspectOtherThanOneWarns)
+TEST_F(QSA_NodeImportTest, AspectOtherThanOneWarns)
 {
     Load(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_ASPECT 1.5 }"));
     EXPECT_EQ(Warnings("Light aspect other than 1"), 1);
 }
 
-TEST_F(QSALoaderTest, LightThatIsCutOffIsNotFinished)
+TEST_F(QSA_NodeImportTest, LightThatIsCutOffIsNotFinished)
 {
     Load("*LIGHTOBJECT { *NODE_NAME \"l\" *LIGHT_TYPE Directional ");
     EXPECT_EQ(scene.lights.Get(0)->light.Attenuation0, 0.0f);
