@@ -132,6 +132,15 @@ std::string QSALoaderTest::LoadError(const std::string& text, uint32_t flags)
     return RaisedBy([&] { loader.Load(scene, "scene.qsa", flags); });
 }
 
+QSA_SceneText& QSALoaderTest::Opened(const std::string& text)
+{
+    opened.Close();
+    directory.Write("scene.qsa", text);
+    opened.SetFileName("scene.qsa");
+    opened.Open("scene.qsa");
+    return opened;
+}
+
 std::vector<std::string> QSALoaderTest::AllWarnings() const
 {
     std::vector<std::string> warnings;

@@ -82,8 +82,14 @@ protected:
     KRE_Mesh& Mesh(int32_t i) { return *scene.meshes.Get(i); }
     KRE_3dObject& Object(int32_t i) { return *scene.objects.Get(i); }
 
+    /// Opens a text under the same name, for a part of the importer that is tested alone.
+    QSA_SceneText& Opened(const std::string& text);
+
     KRE_3dScene scene;
     QSALoader loader;
+
+private:
+    QSA_SceneText opened;
 };
 
 /// The texts of material and node blocks that many tests need.

@@ -1,3 +1,5 @@
+#include "qsa/QSA_MaterialImport.h"
+
 #include "tests/qsa/QSATesting.h"
 
 namespace {
@@ -160,4 +162,35 @@ TEST_F(QSA_MaterialImportTest, EffectAndParametersComeFromTheName)
 TEST_F(QSA_MaterialImportTest, ShaderNameWithoutClosingQuoteEndsAtTheEndOfTheName)
 {
     EXPECT_STREQ(Finished("*MATERIAL_NAME \"shader='sea.fx\"").effectParams.name.c_str(), "sea.fx");
+}
+
+TEST_F(QSA_MaterialImportTest, MaterialsAreFoundByTheirPlaceInTheList)
+{
+    const QSA_TimeScale time;
+    const QSA_LoadOptions options;
+    QSA_SceneText& text =
+        Opened("*MATERIAL 0 { *MATERIAL_NAME \"a\" *NUMSUBMTLS 1 *SUBMATERIAL 0 { "
+               "*MATERIAL_NAME \"part\" } } *MATERIAL 1 { *MATERIAL_NAME \"b\" } } rest");
+    QSA_MaterialImport materials(text, time, options);
+    EXPECT_EQ(materials.ParseList(), 0);
+    EXPECT_EQ(text.BytesLeft(), 5); // " rest"
+    ASSERT_NE(materials.Find(0, "m"), nullptr);
+    EXPECT_STREQ(materials.Find(0, "m")->name.c_str(), "a");
+    ASSERT_EQ(materials.Find(0, "m")->subMaterials.size(), 1u);
+    EXPECT_STREQ(materials.Find(0, "m")->subMaterials[0]->name.c_str(), "part");
+    EXPECT_STREQ(materials.Find(1, "m")->name.c_str(), "b");
+    EXPECT_EQ(materials.Find(-1, "m"), nullptr);
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty());
+    EXPECT_EQ(materials.Find(2, "m"), nullptr);
+    EXPECT_EQ(Warnings("Mesh 'm' has material 2 of 2"), 1);
+}
+
+TEST_F(QSA_MaterialImportTest, ListThatTheFileCutsOffIsFinished)
+{
+    const QSA_TimeScale time;
+    const QSA_LoadOptions options;
+    QSA_MaterialImport materials(Opened("*MATERIAL 0 { *MATERIAL_SHINE 0.25"), time, options);
+    EXPECT_EQ(materials.ParseList(), 1);
+    ASSERT_NE(materials.Find(0, "m"), nullptr);
+    EXPECT_FLOAT_EQ(materials.Find(0, "m")->render.power, 25.0f); // a hundred times the shine
 }

@@ -1,3 +1,5 @@
+#include "qsa/QSA_MeshImport.h"
+
 #include <cmath>
 
 #include "tests/qsa/QSATesting.h"
@@ -354,4 +356,25 @@ TEST_F(QSA_MeshImportTest, NotFiniteVerticesLoadAsTheyAre)
     directory.Write("scene.qsa", text);
     EXPECT_EQ(loader.Load(scene, "scene.qsa", 0), 1);
     EXPECT_EQ(Mesh(0).faceCount, 12);
+}
+
+TEST_F(QSA_MeshImportTest, GeometryNodeBecomesAMeshOrAHelper)
+{
+    const QSA_TimeScale time;
+    const QSA_LoadOptions options;
+    const std::string node = Triangle().Text();
+    QSA_SceneText& text = Opened(node.substr(node.find('{') + 1) + "*NODE_NAME \"empty\" }");
+    QSA_MaterialImport materials(text, time, options);
+    QSA_NodeImport nodes(text, scene);
+    QSA_MeshImport meshes(text, materials, nodes, scene, options);
+    EXPECT_EQ(meshes.ParseGeomObject(), 0);
+    EXPECT_EQ(meshes.ParseGeomObject(), 0);
+    EXPECT_EQ(text.BytesLeft(), 0);
+    ASSERT_EQ(scene.meshes.Count(), 1);
+    EXPECT_STREQ(Mesh(0).name.c_str(), "Triangle");
+    EXPECT_EQ(Mesh(0).faceCount, 1);
+    ASSERT_EQ(scene.objects.Count(), 1);
+    EXPECT_STREQ(Object(0).name.c_str(), "empty");
+    EXPECT_EQ(Object(0).objectKind, kObjectHelper);
+    EXPECT_FALSE(meshes.HasSkinnedMesh());
 }

@@ -1,3 +1,5 @@
+#include "qsa/QSA_NodeImport.h"
+
 #include <bit>
 
 #include "tests/qsa/QSATesting.h"
@@ -219,4 +221,45 @@ TEST_F(QSA_NodeImportTest, LightThatIsCutOffIsNotFinished)
     Load("*LIGHTOBJECT { *NODE_NAME \"l\" *LIGHT_TYPE Directional ");
     EXPECT_EQ(scene.lights.Get(0)->light.Attenuation0, 0.0f);
     EXPECT_NE(scene.lights.Get(0)->light.Type, D3DLIGHT_DIRECTIONAL);
+}
+
+TEST_F(QSA_NodeImportTest, TransformBlockIsReadFromItsKeywordOn)
+{
+    QSA_SceneText& text =
+        Opened(" { *TM_ROW0 -2 0 0 *TM_ROW1 0 3 0 *TM_ROW2 0 0 4 *TM_ROW3 5 6 7 *TM_POS 5 6 7 "
+               "*TM_ROTAXIS 0 0 1 *TM_ROTANGLE 0 *TM_SCALE 2 3 4 } rest");
+    QSA_NodeImport nodes(text, scene);
+    QSA_Transform transform;
+    EXPECT_EQ(nodes.ParseTransform(&transform), 0);
+    EXPECT_EQ(text.BytesLeft(), 5); // " rest"
+    EXPECT_EQ(transform.initTM._11, -2.0f);
+    EXPECT_EQ(transform.initTM._43, 7.0f);
+    ExpectVec3(transform.mirror, -1, 1, 1); // row 0 points against its scale
+    ExpectVec3(transform.scale, 2, 3, 4);
+    ExpectVec3(transform.position, 5, 6, 7);
+    ExpectVec3(transform.rotationAxis, 0, 0, -1);
+}
+
+TEST_F(QSA_NodeImportTest, TransformThatTheFileCutsOffIsMirroredInNoAxis)
+{
+    QSA_NodeImport nodes(Opened("{ *TM_ROW0 -1 0 0 "), scene);
+    QSA_Transform transform;
+    EXPECT_EQ(nodes.ParseTransform(&transform), 1);
+    EXPECT_EQ(transform.initTM._11, -1.0f);
+    ExpectVec3(transform.mirror, 1, 1, 1);
+}
+
+TEST_F(QSA_NodeImportTest, TimesStayTicksUntilTheKeysAreFinished)
+{
+    QSA_NodeImport nodes(Opened("*TM_ANIMATION { *CONTROL_POS_TRACK { "
+                                "*CONTROL_POS_SAMPLE 4800 1 2 3 } } }"),
+                         scene);
+    EXPECT_EQ(nodes.ParseNode(kObjectHelper), 0);
+    ASSERT_EQ(scene.objects.Count(), 1);
+    ASSERT_NE(Object(0).posKeys.Head(), nullptr);
+    EXPECT_EQ(Object(0).posKeys.Head()->time, 4800.0f);
+    QSA_TimeScale time;
+    time.firstFrame = 15; // half a second at 30 frames a second
+    nodes.FinishKeys(time);
+    EXPECT_FLOAT_EQ(Object(0).posKeys.Head()->time, 0.5f);
 }
