@@ -1,6 +1,6 @@
 #pragma once
 
-#include <emmintrin.h>
+#include "platform/Simd.h"
 
 #include <array>
 #include <bit>
@@ -31,15 +31,14 @@ struct QSA_TextCursor {
     /// Skips to the next star or brace, or to the first sentinel.
     void SkipToStructure()
     {
-        const __m128i star = _mm_set1_epi8('*');
-        const __m128i open = _mm_set1_epi8('{');
-        const __m128i close = _mm_set1_epi8('}');
-        for (;; at += sizeof(__m128i)) {
-            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-            const __m128i braces =
-                _mm_or_si128(_mm_cmpeq_epi8(bytes, open), _mm_cmpeq_epi8(bytes, close));
-            const __m128i hits = _mm_or_si128(_mm_cmpeq_epi8(bytes, star), braces);
-            const uint32_t mask = static_cast<uint32_t>(_mm_movemask_epi8(hits));
+        const simd::Ints4 star = simd::SplatByte('*');
+        const simd::Ints4 open = simd::SplatByte('{');
+        const simd::Ints4 close = simd::SplatByte('}');
+        for (;; at += sizeof(simd::Ints4)) {
+            const simd::Ints4 bytes = simd::LoadInts(at);
+            const simd::Ints4 braces = AreBytesEqual(bytes, open) | AreBytesEqual(bytes, close);
+            const simd::Ints4 hits = AreBytesEqual(bytes, star) | braces;
+            const uint32_t mask = ByteBits(hits);
             if (mask != 0) {
                 at += std::countr_zero(mask);
                 return;

@@ -4,7 +4,7 @@ namespace {
 
 Lanes OneMinus(Lanes value)
 {
-    return _mm_sub_ps(Splat(1.0f), value);
+    return Splat(1.0f) - value;
 }
 
 Rgba4 Inverse(const Rgba4& colour)
@@ -20,7 +20,7 @@ Rgba4 Everywhere(Lanes value)
 
 void Zero(const BlendInput&, Rgba4& out)
 {
-    out = Everywhere(_mm_setzero_ps());
+    out = Everywhere(Splat(0.0f));
 }
 
 void One(const BlendInput&, Rgba4& out)
@@ -70,7 +70,7 @@ void InverseTargetColour(const BlendInput& in, Rgba4& out)
 
 void SaturatedSourceAlpha(const BlendInput& in, Rgba4& out)
 {
-    out = Everywhere(_mm_min_ps(in.source->c[3], OneMinus(in.target->c[3])));
+    out = Everywhere(Min(in.source->c[3], OneMinus(in.target->c[3])));
     out.c[3] = Splat(1.0f);
 }
 
@@ -107,27 +107,27 @@ constexpr FactorRow kFactors[] = {
 
 Lanes Add(Lanes s, Lanes sf, Lanes t, Lanes tf)
 {
-    return _mm_add_ps(_mm_mul_ps(s, sf), _mm_mul_ps(t, tf));
+    return s * sf + t * tf;
 }
 
 Lanes Subtract(Lanes s, Lanes sf, Lanes t, Lanes tf)
 {
-    return _mm_sub_ps(_mm_mul_ps(s, sf), _mm_mul_ps(t, tf));
+    return s * sf - t * tf;
 }
 
 Lanes SubtractReversed(Lanes s, Lanes sf, Lanes t, Lanes tf)
 {
-    return _mm_sub_ps(_mm_mul_ps(t, tf), _mm_mul_ps(s, sf));
+    return t * tf - s * sf;
 }
 
 Lanes Least(Lanes s, Lanes, Lanes t, Lanes)
 {
-    return _mm_min_ps(s, t);
+    return Min(s, t);
 }
 
 Lanes Most(Lanes s, Lanes, Lanes t, Lanes)
 {
-    return _mm_max_ps(s, t);
+    return Max(s, t);
 }
 
 constexpr BlendOperation kOperations[] = {Add, Subtract, SubtractReversed, Least, Most};

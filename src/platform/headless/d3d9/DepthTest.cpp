@@ -8,7 +8,7 @@ namespace {
 
 IntLanes AllOrNone(bool all)
 {
-    return _mm_set1_epi32(all ? -1 : 0);
+    return SplatInt(all ? -1 : 0);
 }
 
 /// 32 bits of depth do not fit a signed number: the lowest is moved to 0x80000000 before comparing.
@@ -22,22 +22,21 @@ std::int32_t Signed(std::uint32_t steps, int bits)
 IntLanes LoadWords(const std::uint8_t* at, int count)
 {
     if (count == 4)
-        return _mm_loadu_si128(reinterpret_cast<const IntLanes*>(at));
+        return LoadInts(at);
     int words[3] = {};
     for (int i = 0; i < count; ++i)
         std::memcpy(&words[i], at + i * 4, 4);
-    return _mm_set_epi32(0, words[2], words[1], words[0]);
+    return MakeInts(words[0], words[1], words[2], 0);
 }
 
 IntLanes LoadHalves(const std::uint8_t* at, int count)
 {
     if (count == 4)
-        return _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const IntLanes*>(at)),
-                                  _mm_setzero_si128());
+        return simd::LoadFourHalves(at);
     std::uint16_t halves[3] = {};
     for (int i = 0; i < count; ++i)
         std::memcpy(&halves[i], at + i * 2, 2);
-    return _mm_set_epi32(0, halves[2], halves[1], halves[0]);
+    return MakeInts(halves[0], halves[1], halves[2], 0);
 }
 
 IntLanes LoadSteps(const DepthTest& test, int x, int y, int count)
@@ -47,8 +46,8 @@ IntLanes LoadSteps(const DepthTest& test, int x, int y, int count)
         return LoadHalves(at, count);
     const IntLanes words = LoadWords(at, count);
     if (test.depthBits == 24)
-        return _mm_srli_epi32(words, 8);
-    return _mm_xor_si128(words, _mm_set1_epi32(static_cast<int>(0x80000000u)));
+        return ShiftRight(words, 8);
+    return words ^ SplatInt(static_cast<int>(0x80000000u));
 }
 
 void StoreSteps(int depthBits, std::uint32_t steps, std::uint8_t* at)
@@ -88,9 +87,8 @@ Comparison::Comparison(D3DCMPFUNC function)
 
 IntLanes Comparison::Passes(IntLanes a, IntLanes b) const
 {
-    const IntLanes passed = _mm_or_si128(_mm_and_si128(_mm_cmplt_epi32(a, b), less),
-                                         _mm_and_si128(_mm_cmpgt_epi32(a, b), greater));
-    return _mm_or_si128(passed, _mm_and_si128(_mm_cmpeq_epi32(a, b), equal));
+    const IntLanes passed = (IsLess(a, b) & less) | (IsGreater(a, b) & greater);
+    return passed | (IsEqual(a, b) & equal);
 }
 
 DepthTest MakeDepthTest(const DeviceState& state)
@@ -118,44 +116,41 @@ DepthTest MakeDepthTest(const DeviceState& state)
 Lanes BiasedDepth(const DepthTest& test, const Planes& planes, Lanes depth)
 {
     const float steepest = std::max(std::fabs(planes.depth.dx), std::fabs(planes.depth.dy));
-    return Saturate(_mm_add_ps(depth, Splat(test.bias + test.slopeBias * steepest)));
+    return Saturate(depth + Splat(test.bias + test.slopeBias * steepest));
 }
 
 IntLanes DepthSteps(const DepthTest& test, Lanes depth, Lanes w)
 {
-    const Lanes share =
-        test.usesW ? Saturate(_mm_mul_ps(_mm_sub_ps(w, Splat(test.nearW)), Splat(test.scaleW)))
-                   : depth;
+    const Lanes share = test.usesW ? Saturate((w - Splat(test.nearW)) * Splat(test.scaleW)) : depth;
     if (test.depthBits == 16)
-        return _mm_cvtps_epi32(_mm_mul_ps(share, Splat(65535.0f)));
+        return Round(share * Splat(65535.0f));
     if (test.depthBits == 24)
-        return _mm_cvtps_epi32(_mm_mul_ps(share, Splat(16777215.0f)));
+        return Round(share * Splat(16777215.0f));
     alignas(16) float shares[4];
     alignas(16) std::int32_t steps[4];
-    _mm_store_ps(shares, share);
+    StoreFloats(shares, share);
     for (int i = 0; i < 4; ++i)
         steps[i] =
             Signed(static_cast<std::uint32_t>(static_cast<double>(shares[i]) * 4294967295.0), 32);
-    return _mm_load_si128(reinterpret_cast<const IntLanes*>(steps));
+    return LoadInts(steps);
 }
 
 int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, int lanes)
 {
     const IntLanes passed = test.comparison.Passes(steps, LoadSteps(test, x, y, count));
-    return LaneBits(_mm_castsi128_ps(passed)) & lanes;
+    return LaneBits(passed) & lanes;
 }
 
 void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes)
 {
     std::uint8_t* at = test.rows.At(x, y);
     if (lanes == 15 && test.depthBits == 24) { // the low byte holds the stencil
-        auto* words = reinterpret_cast<IntLanes*>(at);
-        const IntLanes stencil = _mm_and_si128(_mm_loadu_si128(words), _mm_set1_epi32(0xFF));
-        _mm_storeu_si128(words, _mm_or_si128(stencil, _mm_slli_epi32(steps, 8)));
+        const IntLanes stencil = LoadInts(at) & SplatInt(0xFF);
+        StoreInts(at, stencil | ShiftLeft(steps, 8));
         return;
     }
     alignas(16) std::uint32_t values[4];
-    _mm_store_si128(reinterpret_cast<IntLanes*>(values), steps);
+    StoreInts(values, steps);
     for (unsigned i = 0; i < 4; ++i, at += test.rows.pixelBytes)
         if ((lanes >> i & 1) != 0)
             StoreSteps(test.depthBits, values[i], at);

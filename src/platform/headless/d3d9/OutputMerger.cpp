@@ -28,14 +28,14 @@ Rgba4 Load32(const std::uint8_t* pixels, int count, std::uint32_t opaque)
 {
     IntLanes words;
     if (count == 4) {
-        words = _mm_loadu_si128(reinterpret_cast<const IntLanes*>(pixels));
+        words = LoadInts(pixels);
     } else { // the end of the picture may be near
         int values[3] = {};
         for (int i = 0; i < count; ++i)
             std::memcpy(&values[i], pixels + i * 4, 4);
-        words = _mm_set_epi32(0, values[2], values[1], values[0]);
+        words = MakeInts(values[0], values[1], values[2], 0);
     }
-    return UnpackColours(_mm_or_si128(words, _mm_set1_epi32(static_cast<int>(opaque))));
+    return UnpackColours(words | SplatInt(static_cast<int>(opaque)));
 }
 
 Rgba4 LoadArgb(const std::uint8_t* pixels, int count)
@@ -51,11 +51,11 @@ Rgba4 LoadXrgb(const std::uint8_t* pixels, int count)
 void Store32(std::uint8_t* pixels, IntLanes words, std::uint32_t writeMask, int lanes)
 {
     if (lanes == 15 && writeMask == 0xFFFFFFFF) {
-        _mm_storeu_si128(reinterpret_cast<IntLanes*>(pixels), words);
+        StoreInts(pixels, words);
         return;
     }
     alignas(16) std::uint32_t values[4];
-    _mm_store_si128(reinterpret_cast<IntLanes*>(values), words);
+    StoreInts(values, words);
     for (int i = 0; i < 4; ++i, pixels += 4) {
         if ((lanes >> i & 1) == 0)
             continue;
@@ -68,43 +68,42 @@ void Store32(std::uint8_t* pixels, IntLanes words, std::uint32_t writeMask, int 
 
 IntLanes PackColours(const Rgba4& colour)
 {
-    const IntLanes red = _mm_slli_epi32(Quantise(colour.c[0], 255.0f), 16);
-    const IntLanes green = _mm_slli_epi32(Quantise(colour.c[1], 255.0f), 8);
-    return _mm_or_si128(_mm_or_si128(red, green), Quantise(colour.c[2], 255.0f));
+    const IntLanes red = ShiftLeft(Quantise(colour.c[0], 255.0f), 16);
+    const IntLanes green = ShiftLeft(Quantise(colour.c[1], 255.0f), 8);
+    return red | green | Quantise(colour.c[2], 255.0f);
 }
 
 void StoreArgb(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
 {
-    const IntLanes alpha = _mm_slli_epi32(Quantise(colour.c[3], 255.0f), 24);
-    Store32(pixels, _mm_or_si128(alpha, PackColours(colour)), writeMask, lanes);
+    const IntLanes alpha = ShiftLeft(Quantise(colour.c[3], 255.0f), 24);
+    Store32(pixels, alpha | PackColours(colour), writeMask, lanes);
 }
 
 /// The unused byte is filled with ones, like everywhere here.
 void StoreXrgb(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
 {
-    const IntLanes unused = _mm_set1_epi32(static_cast<int>(0xFF000000));
-    Store32(pixels, _mm_or_si128(unused, PackColours(colour)), writeMask, lanes);
+    const IntLanes unused = SplatInt(static_cast<int>(0xFF000000));
+    Store32(pixels, unused | PackColours(colour), writeMask, lanes);
 }
 
 Rgba4 Load565(const std::uint8_t* pixels, int count)
 {
     std::uint16_t halves[4] = {};
     std::memcpy(halves, pixels, static_cast<std::size_t>(count) * 2);
-    const IntLanes words = _mm_set_epi32(halves[3], halves[2], halves[1], halves[0]);
+    const IntLanes words = MakeInts(halves[0], halves[1], halves[2], halves[3]);
     const auto field = [words](int shift, int max) {
-        const IntLanes value = _mm_and_si128(_mm_srli_epi32(words, shift), _mm_set1_epi32(max));
-        return _mm_div_ps(_mm_cvtepi32_ps(value), Splat(static_cast<float>(max)));
+        const IntLanes value = ShiftRight(words, shift) & SplatInt(max);
+        return ToFloats(value) / Splat(static_cast<float>(max));
     };
     return {{field(11, 31), field(5, 63), field(0, 31), Splat(1.0f)}};
 }
 
 void Store565(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
 {
-    const IntLanes red = _mm_slli_epi32(Quantise(colour.c[0], 31.0f), 11);
-    const IntLanes green = _mm_slli_epi32(Quantise(colour.c[1], 63.0f), 5);
+    const IntLanes red = ShiftLeft(Quantise(colour.c[0], 31.0f), 11);
+    const IntLanes green = ShiftLeft(Quantise(colour.c[1], 63.0f), 5);
     alignas(16) std::uint32_t values[4];
-    _mm_store_si128(reinterpret_cast<IntLanes*>(values),
-                    _mm_or_si128(_mm_or_si128(red, green), Quantise(colour.c[2], 31.0f)));
+    StoreInts(values, red | green | Quantise(colour.c[2], 31.0f));
     for (int i = 0; i < 4; ++i, pixels += 2) {
         if ((lanes >> i & 1) == 0)
             continue;
@@ -176,8 +175,7 @@ HRESULT MakeOutputMerger(const DeviceState& state, OutputMerger& mergerOut)
     const auto function = static_cast<D3DCMPFUNC>(state.Render(D3DRS_ALPHAFUNC));
     mergerOut.testsAlpha = state.Render(D3DRS_ALPHATESTENABLE) != 0 && function != D3DCMP_ALWAYS;
     mergerOut.alphaComparison = Comparison(function);
-    mergerOut.alphaReference =
-        _mm_set1_epi32(static_cast<int>(state.Render(D3DRS_ALPHAREF) & 0xFF));
+    mergerOut.alphaReference = SplatInt(static_cast<int>(state.Render(D3DRS_ALPHAREF) & 0xFF));
     mergerOut.blends = state.Render(D3DRS_ALPHABLENDENABLE) != 0;
     return mergerOut.blends ? MakeBlending(state, mergerOut) : D3D_OK;
 }
@@ -186,7 +184,7 @@ int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes)
 {
     const IntLanes steps = Quantise(alpha, 255.0f);
     const IntLanes passed = merger.alphaComparison.Passes(steps, merger.alphaReference);
-    return LaneBits(_mm_castsi128_ps(passed)) & lanes;
+    return LaneBits(passed) & lanes;
 }
 
 void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,

@@ -36,20 +36,20 @@ Lanes FogFactors(const PixelFog& fog, Lanes depth, Lanes w)
 {
     const Lanes distance = fog.source == FogSource::Depth ? depth : w;
     if (fog.curve.mode == D3DFOG_LINEAR && fog.curve.start != fog.curve.end) {
-        const Lanes left = _mm_sub_ps(Splat(fog.curve.end), distance);
-        return Saturate(_mm_div_ps(left, Splat(fog.curve.end - fog.curve.start)));
+        const Lanes left = Splat(fog.curve.end) - distance;
+        return Saturate(left / Splat(fog.curve.end - fog.curve.start));
     }
     alignas(16) float values[4];
-    _mm_store_ps(values, distance);
+    StoreFloats(values, distance);
     for (float& value : values)
         value = fog.curve.Factor(value);
-    return _mm_load_ps(values);
+    return LoadFloats(values);
 }
 
 void ApplyFog(const PixelFog& fog, Lanes factor, Rgba4& colourInOut)
 {
     for (int c = 0; c < 3; ++c) {
-        const Lanes difference = _mm_sub_ps(colourInOut.c[c], fog.colour.c[c]);
-        colourInOut.c[c] = _mm_add_ps(fog.colour.c[c], _mm_mul_ps(difference, factor));
+        const Lanes difference = colourInOut.c[c] - fog.colour.c[c];
+        colourInOut.c[c] = fog.colour.c[c] + difference * factor;
     }
 }

@@ -32,23 +32,22 @@ RowStart StartRow(const PixelProgram& program, const Planes& planes, int y)
     row.reciprocalW = planes.reciprocalW.at + down * planes.reciprocalW.dy;
     const Lanes lanesDown = Splat(down);
     for (int i = 0; i < program.varyings.count; i += 4)
-        _mm_store_ps(row.varying + i,
-                     _mm_add_ps(_mm_load_ps(planes.at + i),
-                                _mm_mul_ps(_mm_load_ps(planes.dy + i), lanesDown)));
+        StoreFloats(row.varying + i,
+                    LoadFloats(planes.at + i) + LoadFloats(planes.dy + i) * lanesDown);
     return row;
 }
 
 /// A varying over w, as the planes give it.
 Lanes Linear(const RowStart& row, const Planes& planes, const PixelGroup& group, int i)
 {
-    return _mm_add_ps(Splat(row.varying[i]), _mm_mul_ps(group.fromOrigin, Splat(planes.dx[i])));
+    return Splat(row.varying[i]) + group.fromOrigin * Splat(planes.dx[i]);
 }
 
 Rgba4 Colour(const RowStart& row, const Planes& planes, const PixelGroup& group, int place)
 {
     Rgba4 colour;
     for (int c = 0; c < 4; ++c)
-        colour.c[c] = Saturate(_mm_mul_ps(Linear(row, planes, group, place + c), group.w));
+        colour.c[c] = Saturate(Linear(row, planes, group, place + c) * group.w);
     return colour;
 }
 
@@ -61,18 +60,18 @@ StageCoordinates Coordinates(const StageProgram& stage, const RowStart& row, con
     Lanes scale = group.w;
     float divisorDx = planes.reciprocalW.dx, divisorDy = planes.reciprocalW.dy;
     if (stage.isProjected) {
-        scale = _mm_div_ps(Splat(1.0f), Linear(row, planes, group, at + 2));
+        scale = Splat(1.0f) / Linear(row, planes, group, at + 2);
         divisorDx = planes.dx[at + 2];
         divisorDy = planes.dy[at + 2];
     }
     StageCoordinates result;
-    result.u = _mm_mul_ps(Linear(row, planes, group, at), scale);
-    result.v = _mm_mul_ps(Linear(row, planes, group, at + 1), scale);
-    result.level = _mm_setzero_ps();
+    result.u = Linear(row, planes, group, at) * scale;
+    result.v = Linear(row, planes, group, at + 1) * scale;
+    result.level = Splat(0.0f);
     if (!stage.needsLevel)
         return result;
     const auto slope = [scale](float ofValue, Lanes value, float ofDivisor) {
-        return _mm_mul_ps(_mm_sub_ps(Splat(ofValue), _mm_mul_ps(value, Splat(ofDivisor))), scale);
+        return (Splat(ofValue) - value * Splat(ofDivisor)) * scale;
     };
     const CoordinateSlopes slopes = {
         slope(planes.dx[at], result.u, divisorDx), slope(planes.dx[at + 1], result.v, divisorDx),
@@ -99,10 +98,9 @@ void RunStages(const PixelProgram& program, const RowStart& row, const Planes& p
 void AddFog(const PixelProgram& program, const RowStart& row, const Planes& planes,
             const PixelGroup& group, Rgba4& colour)
 {
-    const Lanes factor =
-        program.fog.source == FogSource::Vertex
-            ? Saturate(_mm_mul_ps(Linear(row, planes, group, program.varyings.fog), group.w))
-            : FogFactors(program.fog, group.depth, group.w);
+    const Lanes factor = program.fog.source == FogSource::Vertex
+                             ? Saturate(Linear(row, planes, group, program.varyings.fog) * group.w)
+                             : FogFactors(program.fog, group.depth, group.w);
     ApplyFog(program.fog, factor, colour);
 }
 
@@ -127,17 +125,16 @@ PixelGroup StartGroup(const PixelProgram& program, const RowStart& row, const Pl
     group.y = y;
     group.count = count;
     group.lanes = (1 << count) - 1;
-    group.fromOrigin = _mm_add_ps(Splat(static_cast<float>(x) - planes.originX),
-                                  _mm_set_ps(3.0f, 2.0f, 1.0f, 0.0f));
+    group.fromOrigin =
+        Splat(static_cast<float>(x) - planes.originX) + MakeFloats(0.0f, 1.0f, 2.0f, 3.0f);
     const auto value = [&group](float start, float slope) {
-        return _mm_add_ps(Splat(start), _mm_mul_ps(group.fromOrigin, Splat(slope)));
+        return Splat(start) + group.fromOrigin * Splat(slope);
     };
     group.depth = BiasedDepth(program.depth, planes, value(row.depth, planes.depth.dx));
     // Above 0 inside of a primitive; its lines and the lanes beyond its border may lie outside.
-    const Lanes reciprocal =
-        _mm_max_ps(value(row.reciprocalW, planes.reciprocalW.dx), Splat(1e-30f));
-    group.w = _mm_div_ps(Splat(1.0f), reciprocal);
-    group.depthSteps = _mm_setzero_si128();
+    const Lanes reciprocal = Max(value(row.reciprocalW, planes.reciprocalW.dx), Splat(1e-30f));
+    group.w = Splat(1.0f) / reciprocal;
+    group.depthSteps = SplatInt(0);
     return group;
 }
 
@@ -162,7 +159,7 @@ void ShadeGroup(const PixelProgram& program, const RowStart& row, const Planes& 
             WriteDepth(program.depth, group.x, group.y, group.depthSteps, group.lanes);
     }
     for (int c = 0; program.addsSpecular && c < 3; ++c)
-        colour.c[c] = Saturate(_mm_add_ps(colour.c[c], registers.values[D3DTA_SPECULAR].c[c]));
+        colour.c[c] = Saturate(colour.c[c] + registers.values[D3DTA_SPECULAR].c[c]);
     if (program.fog.source != FogSource::None)
         AddFog(program, row, planes, group, colour);
     WriteColour(program.output, group.x, group.y, group.count, colour, group.lanes);
@@ -175,8 +172,8 @@ void FetchAhead(const PixelProgram& program, int x, int y)
     if (y + 2 >= program.area.bottom)
         return;
     if (program.depth.isOn)
-        _mm_prefetch(reinterpret_cast<const char*>(program.depth.rows.At(x, y + 2)), _MM_HINT_T0);
-    _mm_prefetch(reinterpret_cast<const char*>(program.output.rows.At(x, y + 2)), _MM_HINT_T0);
+        __builtin_prefetch(program.depth.rows.At(x, y + 2));
+    __builtin_prefetch(program.output.rows.At(x, y + 2));
 }
 
 } // namespace

@@ -15,8 +15,8 @@ constexpr float kGuardBand = 16384.0f;
 /// planes make of them is held there too.
 int ToSubPixels(float pixels)
 {
-    const Lanes held = ClampLanes(_mm_set_ss(pixels), _mm_set_ss(-32000.0f), _mm_set_ss(32000.0f));
-    return _mm_cvtss_si32(_mm_mul_ss(held, _mm_set_ss(static_cast<float>(kSubPixels))));
+    const Lanes held = ClampLanes(Splat(pixels), Splat(-32000.0f), Splat(32000.0f));
+    return FirstLane(Round(held * Splat(static_cast<float>(kSubPixels))));
 }
 
 ScreenMap MapOf(const D3DVIEWPORT9& viewport)

@@ -13,12 +13,12 @@ struct Channel {
 
 Lanes OneMinus(Lanes value)
 {
-    return _mm_sub_ps(Splat(1.0f), value);
+    return Splat(1.0f) - value;
 }
 
 Lanes Mixed(Lanes share, Lanes a, Lanes b)
 {
-    return _mm_add_ps(_mm_mul_ps(a, share), _mm_mul_ps(b, OneMinus(share)));
+    return a * share + b * OneMinus(share);
 }
 
 Lanes SelectArg1(const Channel& in)
@@ -33,42 +33,42 @@ Lanes SelectArg2(const Channel& in)
 
 Lanes Modulate(const Channel& in)
 {
-    return _mm_mul_ps(in.a1, in.a2);
+    return in.a1 * in.a2;
 }
 
 Lanes Modulate2x(const Channel& in)
 {
-    return _mm_mul_ps(Modulate(in), Splat(2.0f));
+    return Modulate(in) * Splat(2.0f);
 }
 
 Lanes Modulate4x(const Channel& in)
 {
-    return _mm_mul_ps(Modulate(in), Splat(4.0f));
+    return Modulate(in) * Splat(4.0f);
 }
 
 Lanes Add(const Channel& in)
 {
-    return _mm_add_ps(in.a1, in.a2);
+    return in.a1 + in.a2;
 }
 
 Lanes AddSigned(const Channel& in)
 {
-    return _mm_sub_ps(Add(in), Splat(0.5f));
+    return Add(in) - Splat(0.5f);
 }
 
 Lanes AddSigned2x(const Channel& in)
 {
-    return _mm_mul_ps(AddSigned(in), Splat(2.0f));
+    return AddSigned(in) * Splat(2.0f);
 }
 
 Lanes Subtract(const Channel& in)
 {
-    return _mm_sub_ps(in.a1, in.a2);
+    return in.a1 - in.a2;
 }
 
 Lanes AddSmooth(const Channel& in)
 {
-    return _mm_sub_ps(Add(in), Modulate(in));
+    return Add(in) - Modulate(in);
 }
 
 Lanes Blend(const Channel& in)
@@ -79,32 +79,32 @@ Lanes Blend(const Channel& in)
 /// Argument 1 is multiplied by its alpha already.
 Lanes BlendPremultiplied(const Channel& in)
 {
-    return _mm_add_ps(in.a1, _mm_mul_ps(in.a2, OneMinus(in.share)));
+    return in.a1 + in.a2 * OneMinus(in.share);
 }
 
 Lanes ModulateAlphaAddColour(const Channel& in)
 {
-    return _mm_add_ps(in.a1, _mm_mul_ps(in.alpha1, in.a2));
+    return in.a1 + in.alpha1 * in.a2;
 }
 
 Lanes ModulateColourAddAlpha(const Channel& in)
 {
-    return _mm_add_ps(Modulate(in), in.alpha1);
+    return Modulate(in) + in.alpha1;
 }
 
 Lanes ModulateInverseAlphaAddColour(const Channel& in)
 {
-    return _mm_add_ps(in.a1, _mm_mul_ps(OneMinus(in.alpha1), in.a2));
+    return in.a1 + OneMinus(in.alpha1) * in.a2;
 }
 
 Lanes ModulateInverseColourAddAlpha(const Channel& in)
 {
-    return _mm_add_ps(_mm_mul_ps(OneMinus(in.a1), in.a2), in.alpha1);
+    return OneMinus(in.a1) * in.a2 + in.alpha1;
 }
 
 Lanes MultiplyAdd(const Channel& in)
 {
-    return _mm_add_ps(in.a0, Modulate(in));
+    return in.a0 + Modulate(in);
 }
 
 Lanes Interpolate(const Channel& in)
@@ -125,11 +125,10 @@ void RunChannels(const OperationInput& input, Rgba4& out)
 void DotProduct(const OperationInput& input, Rgba4& out)
 {
     const Lanes half = Splat(0.5f);
-    Lanes sum = _mm_setzero_ps();
+    Lanes sum = Splat(0.0f);
     for (int c = 0; c < 3; ++c)
-        sum = _mm_add_ps(sum, _mm_mul_ps(_mm_sub_ps(input.arg1->c[c], half),
-                                         _mm_sub_ps(input.arg2->c[c], half)));
-    const Lanes result = Saturate(_mm_mul_ps(sum, Splat(4.0f)));
+        sum = sum + (input.arg1->c[c] - half) * (input.arg2->c[c] - half);
+    const Lanes result = Saturate(sum * Splat(4.0f));
     for (Lanes& channel : out.c)
         channel = result;
 }

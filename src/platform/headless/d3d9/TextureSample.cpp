@@ -20,11 +20,11 @@ Lanes Fold(Lanes value)
     const Lanes one = Splat(1.0f);
     switch (Mode) {
     case D3DTADDRESS_WRAP:
-        return _mm_sub_ps(value, Floor(value));
+        return value - Floor(value);
     case D3DTADDRESS_MIRROR: {
-        const Lanes half = _mm_mul_ps(value, Splat(0.5f));
-        const Lanes pair = _mm_sub_ps(half, Floor(half)); // 0..1 over a picture and its mirror
-        return _mm_sub_ps(one, Absolute(_mm_sub_ps(one, _mm_add_ps(pair, pair))));
+        const Lanes half = value * Splat(0.5f);
+        const Lanes pair = half - Floor(half); // 0..1 over a picture and its mirror
+        return one - Absolute(one - (pair + pair));
     }
     case D3DTADDRESS_MIRRORONCE:
         return Absolute(value);
@@ -38,23 +38,22 @@ template <D3DTEXTUREADDRESS Mode>
 void NearestTaps(Lanes value, int size, Taps& tapsOut)
 {
     const float last = static_cast<float>(size - 1);
-    const Lanes place = Floor(_mm_mul_ps(Fold<Mode>(value), Splat(static_cast<float>(size))));
-    IntLanes texel = _mm_cvttps_epi32(ClampLanes(place, _mm_setzero_ps(), Splat(last)));
+    const Lanes place = Floor(Fold<Mode>(value) * Splat(static_cast<float>(size)));
+    IntLanes texel = Truncate(ClampLanes(place, Splat(0.0f), Splat(last)));
     if (Mode == D3DTADDRESS_BORDER) {
-        const Lanes outside =
-            _mm_or_ps(_mm_cmplt_ps(place, _mm_setzero_ps()), _mm_cmpgt_ps(place, Splat(last)));
-        texel = _mm_or_si128(texel, _mm_castps_si128(outside)); // all bits set: -1
+        const Lanes outside = IsLess(place, Splat(0.0f)) | IsGreater(place, Splat(last));
+        texel = texel | AsInts(outside); // all bits set: -1
     }
-    _mm_store_si128(reinterpret_cast<IntLanes*>(tapsOut.first), texel);
+    StoreInts(tapsOut.first, texel);
 }
 
 /// Texels before the first or behind the last one become `before` and `behind`.
 IntLanes Settle(IntLanes texel, IntLanes lastTexel, int before, int behind)
 {
-    const IntLanes isBefore = _mm_cmplt_epi32(texel, _mm_setzero_si128());
-    const IntLanes isBehind = _mm_cmpgt_epi32(texel, lastTexel);
-    texel = SelectInt(isBefore, _mm_set1_epi32(before), texel);
-    return SelectInt(isBehind, _mm_set1_epi32(behind), texel);
+    const IntLanes isBefore = IsLess(texel, SplatInt(0));
+    const IntLanes isBehind = IsGreater(texel, lastTexel);
+    texel = Select(isBefore, SplatInt(before), texel);
+    return Select(isBehind, SplatInt(behind), texel);
 }
 
 /// The two texels whose centres are left and right of the coordinates.
@@ -63,17 +62,15 @@ void LinearTaps(Lanes value, int size, Taps& tapsOut)
 {
     constexpr bool hasBorder = Mode == D3DTADDRESS_BORDER;
     const float extent = static_cast<float>(size);
-    const Lanes scaled = _mm_mul_ps(Fold<Mode>(value), Splat(extent));
-    const Lanes place =
-        ClampLanes(_mm_sub_ps(scaled, Splat(0.5f)), Splat(hasBorder ? -1.0f : -0.5f),
-                   Splat(hasBorder ? extent : extent - 0.5f));
+    const Lanes scaled = Fold<Mode>(value) * Splat(extent);
+    const Lanes place = ClampLanes(scaled - Splat(0.5f), Splat(hasBorder ? -1.0f : -0.5f),
+                                   Splat(hasBorder ? extent : extent - 0.5f));
     const Lanes whole = FloorSmall(place);
-    IntLanes first = _mm_cvttps_epi32(whole);
-    IntLanes second = _mm_add_epi32(first, _mm_set1_epi32(1));
-    const IntLanes lastTexel = _mm_set1_epi32(size - 1);
-    const IntLanes isOut = _mm_or_si128(_mm_cmplt_epi32(first, _mm_setzero_si128()),
-                                        _mm_cmpgt_epi32(second, lastTexel));
-    if (LaneBits(_mm_castsi128_ps(isOut)) != 0) {
+    IntLanes first = Truncate(whole);
+    IntLanes second = first + SplatInt(1);
+    const IntLanes lastTexel = SplatInt(size - 1);
+    const IntLanes isOut = IsLess(first, SplatInt(0)) | IsGreater(second, lastTexel);
+    if (LaneBits(isOut) != 0) {
         // Beyond the ends wrapping reads the other end, all else the end itself; borders stay outside.
         constexpr bool wraps = Mode == D3DTADDRESS_WRAP;
         const int before = hasBorder ? -1 : (wraps ? size - 1 : 0);
@@ -81,10 +78,10 @@ void LinearTaps(Lanes value, int size, Taps& tapsOut)
         first = Settle(first, lastTexel, before, behind);
         second = Settle(second, lastTexel, before, behind);
     }
-    const Lanes share = _mm_mul_ps(_mm_sub_ps(place, whole), Splat(256.0f));
-    _mm_store_si128(reinterpret_cast<IntLanes*>(tapsOut.first), first);
-    _mm_store_si128(reinterpret_cast<IntLanes*>(tapsOut.second), second);
-    tapsOut.share = _mm_cvtps_epi32(share);
+    const Lanes share = (place - whole) * Splat(256.0f);
+    StoreInts(tapsOut.first, first);
+    StoreInts(tapsOut.second, second);
+    tapsOut.share = Round(share);
 }
 
 using TapFunction = void (*)(Lanes value, int size, Taps& tapsOut);
@@ -107,25 +104,25 @@ IntLanes Gather(const Texels& level, const std::int32_t (&x)[4], const std::int3
             return static_cast<int>(border);
         return static_cast<int>(level.words[std::ptrdiff_t{y[lane]} * level.pitch + x[lane]]);
     };
-    return _mm_set_epi32(texel(3), texel(2), texel(1), texel(0));
+    return MakeInts(texel(0), texel(1), texel(2), texel(3));
 }
 
 /// Mixes eight channels of 8 bits in lanes of 16; 255 * 256 just fits. `shareOfB` is 0..256.
 IntLanes MixChannels(IntLanes a, IntLanes b, IntLanes shareOfA, IntLanes shareOfB)
 {
-    const IntLanes sum = _mm_add_epi16(_mm_mullo_epi16(a, shareOfA), _mm_mullo_epi16(b, shareOfB));
-    return _mm_srli_epi16(_mm_add_epi16(sum, _mm_set1_epi16(128)), 8);
+    const IntLanes sum = AddHalves(MultiplyHalves(a, shareOfA), MultiplyHalves(b, shareOfB));
+    return ShiftHalvesRight(AddHalves(sum, SplatHalf(128)), 8);
 }
 
 /// Mixes two texels of each pixel by the pixel's own share: even bytes, then odd ones.
 IntLanes MixTexels(IntLanes a, IntLanes b, IntLanes share)
 {
-    const IntLanes ofB = _mm_or_si128(share, _mm_slli_epi32(share, 16));
-    const IntLanes ofA = _mm_sub_epi16(_mm_set1_epi16(256), ofB);
-    const IntLanes low = _mm_set1_epi16(0xFF);
-    const IntLanes even = MixChannels(_mm_and_si128(a, low), _mm_and_si128(b, low), ofA, ofB);
-    const IntLanes odd = MixChannels(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8), ofA, ofB);
-    return _mm_or_si128(even, _mm_slli_epi16(odd, 8));
+    const IntLanes ofB = share | ShiftLeft(share, 16);
+    const IntLanes ofA = SubtractHalves(SplatHalf(256), ofB);
+    const IntLanes low = SplatHalf(0xFF);
+    const IntLanes even = MixChannels(a & low, b & low, ofA, ofB);
+    const IntLanes odd = MixChannels(ShiftHalvesRight(a, 8), ShiftHalvesRight(b, 8), ofA, ofB);
+    return even | ShiftHalvesLeft(odd, 8);
 }
 
 template <bool HasBorder>
@@ -160,12 +157,11 @@ IntLanes SampleLevel(const Sampler& sampler, int levelIndex, bool isLinear, Lane
 
 Rgba4 ToColours(const Sampler& sampler, IntLanes words)
 {
-    words = _mm_or_si128(words, _mm_set1_epi32(static_cast<int>(sampler.opaque)));
+    words = words | SplatInt(static_cast<int>(sampler.opaque));
     Rgba4 colours = UnpackColours(words);
     if (sampler.isSigned)
         for (int c = 0; c < 2; ++c)
-            colours.c[c] = _mm_div_ps(
-                _mm_sub_ps(_mm_mul_ps(colours.c[c], Splat(255.0f)), Splat(128.0f)), Splat(127.0f));
+            colours.c[c] = (colours.c[c] * Splat(255.0f) - Splat(128.0f)) / Splat(127.0f);
     return colours;
 }
 
@@ -177,13 +173,13 @@ struct alignas(16) Choice {
 /// Samples each level and filter that occurs among the lanes once.
 Rgba4 SampleChosen(const Sampler& sampler, Lanes u, Lanes v, const Choice& choice, int lanes)
 {
-    const IntLanes keys = _mm_load_si128(reinterpret_cast<const IntLanes*>(choice.key));
-    IntLanes words = _mm_setzero_si128();
+    const IntLanes keys = LoadInts(choice.key);
+    IntLanes words = SplatInt(0);
     while (lanes != 0) {
         const int key = choice.key[std::countr_zero(static_cast<unsigned>(lanes))];
-        const IntLanes same = _mm_cmpeq_epi32(keys, _mm_set1_epi32(key));
-        words = SelectInt(same, SampleLevel(sampler, key / 2, key % 2 != 0, u, v), words);
-        lanes &= ~LaneBits(_mm_castsi128_ps(same));
+        const IntLanes same = IsEqual(keys, SplatInt(key));
+        words = Select(same, SampleLevel(sampler, key / 2, key % 2 != 0, u, v), words);
+        lanes &= ~LaneBits(same);
     }
     return ToColours(sampler, words);
 }
@@ -191,7 +187,7 @@ Rgba4 SampleChosen(const Sampler& sampler, Lanes u, Lanes v, const Choice& choic
 Choice ChooseLevels(const Sampler& sampler, Lanes wanted, bool isMagnified, const int isSmall[4])
 {
     alignas(16) float level[4];
-    _mm_store_ps(level, wanted);
+    StoreFloats(level, wanted);
     Choice choice;
     for (int lane = 0; lane < 4; ++lane) {
         const bool linear = isSmall[lane] ? sampler.minifiesLinear : sampler.magnifiesLinear;
@@ -208,17 +204,15 @@ Choice ChooseLevels(const Sampler& sampler, Lanes wanted, bool isMagnified, cons
 /// 0.0013, far below what can be seen of a level.
 Lanes Log2(Lanes value)
 {
-    const IntLanes bits = _mm_castps_si128(value);
-    const Lanes exponent =
-        _mm_cvtepi32_ps(_mm_sub_epi32(_mm_srli_epi32(bits, 23), _mm_set1_epi32(127)));
-    const Lanes m = _mm_castsi128_ps(
-        _mm_or_si128(_mm_and_si128(bits, _mm_set1_epi32(0x7FFFFF)), _mm_set1_epi32(0x3F800000)));
+    const IntLanes bits = AsInts(value);
+    const Lanes exponent = ToFloats(ShiftRight(bits, 23) - SplatInt(127));
+    const Lanes m = AsFloats((bits & SplatInt(0x7FFFFF)) | SplatInt(0x3F800000));
     // Through the true values at 1, 4/3, 5/3 and 2.
     Lanes p = Splat(0.15397072f);
-    p = _mm_add_ps(_mm_mul_ps(p, m), Splat(-1.0348752f));
-    p = _mm_add_ps(_mm_mul_ps(p, m), Splat(3.0268306f));
-    p = _mm_add_ps(_mm_mul_ps(p, m), Splat(-2.1459261f));
-    return _mm_add_ps(exponent, p);
+    p = p * m + Splat(-1.0348752f);
+    p = p * m + Splat(3.0268306f);
+    p = p * m + Splat(-2.1459261f);
+    return exponent + p;
 }
 
 bool IsLinear(DWORD filter)
@@ -281,12 +275,12 @@ Lanes LevelOfDetail(const Sampler& sampler, const CoordinateSlopes& slopes)
     const Lanes width = Splat(static_cast<float>(sampler.levels[0].width));
     const Lanes height = Splat(static_cast<float>(sampler.levels[0].height));
     const auto squared = [&](Lanes u, Lanes v) {
-        const Lanes s = _mm_mul_ps(u, width), t = _mm_mul_ps(v, height);
-        return _mm_add_ps(_mm_mul_ps(s, s), _mm_mul_ps(t, t));
+        const Lanes s = u * width, t = v * height;
+        return s * s + t * t;
     };
-    const Lanes longer = _mm_max_ps(squared(slopes.ux, slopes.vx), squared(slopes.uy, slopes.vy));
+    const Lanes longer = Max(squared(slopes.ux, slopes.vx), squared(slopes.uy, slopes.vy));
     const Lanes usable = ClampLanes(longer, Splat(1e-20f), Splat(1e20f)); // NaN too
-    return _mm_add_ps(_mm_mul_ps(Log2(usable), Splat(0.5f)), Splat(sampler.levelBias));
+    return Log2(usable) * Splat(0.5f) + Splat(sampler.levelBias);
 }
 
 Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes)
@@ -295,25 +289,25 @@ Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int l
         return ToColours(sampler,
                          SampleLevel(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v));
 
-    const int small = LaneBits(_mm_cmpgt_ps(level, _mm_setzero_ps()));
+    const int small = LaneBits(IsGreater(level, Splat(0.0f)));
     const int isSmall[4] = {small & 1, small & 2, small & 4, small & 8};
     // Wide enough for every level there is, and safe to turn into a whole number.
-    const Lanes bounded = ClampLanes(level, _mm_setzero_ps(), Splat(100.0f));
+    const Lanes bounded = ClampLanes(level, Splat(0.0f), Splat(100.0f));
     if (sampler.mipFilter == D3DTEXF_NONE)
         return SampleChosen(sampler, u, v, ChooseLevels(sampler, bounded, true, isSmall), lanes);
     if (!IsLinear(sampler.mipFilter)) {
-        const Lanes nearest = _mm_add_ps(bounded, Splat(0.5f));
+        const Lanes nearest = bounded + Splat(0.5f);
         return SampleChosen(sampler, u, v, ChooseLevels(sampler, nearest, false, isSmall), lanes);
     }
-    const Lanes share = _mm_sub_ps(bounded, FloorSmall(bounded));
+    const Lanes share = bounded - FloorSmall(bounded);
     const Rgba4 fine =
         SampleChosen(sampler, u, v, ChooseLevels(sampler, bounded, false, isSmall), lanes);
-    const Lanes next = _mm_add_ps(bounded, Splat(1.0f));
+    const Lanes next = bounded + Splat(1.0f);
     // Magnified pixels mix two times the same.
     const Rgba4 coarse =
         SampleChosen(sampler, u, v, ChooseLevels(sampler, next, false, isSmall), lanes);
     Rgba4 mixed;
     for (int c = 0; c < 4; ++c)
-        mixed.c[c] = _mm_add_ps(fine.c[c], _mm_mul_ps(_mm_sub_ps(coarse.c[c], fine.c[c]), share));
+        mixed.c[c] = fine.c[c] + (coarse.c[c] - fine.c[c]) * share;
     return mixed;
 }

@@ -173,7 +173,7 @@ const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
         return value;
     for (int c = 0; c < 4; ++c) {
         const Lanes channel = value->c[argument.isAlphaReplicate ? 3 : c];
-        scratch.c[c] = argument.isComplement ? _mm_sub_ps(Splat(1.0f), channel) : channel;
+        scratch.c[c] = argument.isComplement ? Splat(1.0f) - channel : channel;
     }
     return &scratch;
 }
@@ -192,15 +192,15 @@ void RunOperation(const StageProgram& stage, const StageOperation& operation,
 void MakeBumpResult(const StageProgram& stage, const Rgba4& texture, BumpResult& out)
 {
     const auto along = [&](int row) {
-        return _mm_add_ps(_mm_mul_ps(texture.c[0], Splat(stage.bumpMatrix[row][0])),
-                          _mm_mul_ps(texture.c[1], Splat(stage.bumpMatrix[row][1])));
+        return texture.c[0] * Splat(stage.bumpMatrix[row][0]) +
+               texture.c[1] * Splat(stage.bumpMatrix[row][1]);
     };
     out.isSet = true;
     out.u = along(0);
     out.v = along(1);
     out.hasLuminance = stage.bump == BumpKind::OffsetsAndLuminance;
-    out.luminance = Saturate(_mm_add_ps(_mm_mul_ps(texture.c[2], Splat(stage.luminanceScale)),
-                                        Splat(stage.luminanceOffset)));
+    out.luminance =
+        Saturate(texture.c[2] * Splat(stage.luminanceScale) + Splat(stage.luminanceOffset));
 }
 
 /// Samples the stage's texture, moved and darkened by the bump map of the stage before.
@@ -209,12 +209,12 @@ void Sample(const StageProgram& stage, const StageCoordinates& coordinates, int 
 {
     Lanes u = coordinates.u, v = coordinates.v;
     if (bump.isSet) {
-        u = _mm_add_ps(u, bump.u);
-        v = _mm_add_ps(v, bump.v);
+        u = u + bump.u;
+        v = v + bump.v;
     }
     out = SampleTexture(stage.sampler, u, v, coordinates.level, lanes);
     for (int c = 0; bump.isSet && bump.hasLuminance && c < 3; ++c)
-        out.c[c] = _mm_mul_ps(out.c[c], bump.luminance);
+        out.c[c] = out.c[c] * bump.luminance;
 }
 
 } // namespace
@@ -271,7 +271,7 @@ void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, in
 
     Rgba4& current = registers.values[D3DTA_CURRENT];
     for (int c = 0; stage.isPremodulated && c < 4; ++c)
-        current.c[c] = _mm_mul_ps(current.c[c], texture.c[c]);
+        current.c[c] = current.c[c] * texture.c[c];
     Rgba4 result = current;
     if (stage.colour.run)
         RunOperation(stage, stage.colour, registers, result);

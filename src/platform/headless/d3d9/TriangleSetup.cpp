@@ -57,16 +57,14 @@ void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, std::int64
     const Lanes bx = Splat(slopes.bx), by = Splat(slopes.by), cx = Splat(slopes.cx),
                 cy = Splat(slopes.cy), scale = Splat(slopes.scale);
     for (int i = 0; i < varyingCount; i += 4) {
-        const Lanes at = _mm_mul_ps(_mm_load_ps(a.varying + i), Splat(a.reciprocalW));
-        const Lanes toB =
-            _mm_sub_ps(_mm_mul_ps(_mm_load_ps(b.varying + i), Splat(b.reciprocalW)), at);
-        const Lanes toC =
-            _mm_sub_ps(_mm_mul_ps(_mm_load_ps(c.varying + i), Splat(c.reciprocalW)), at);
-        const Lanes dx = _mm_sub_ps(_mm_mul_ps(toB, cy), _mm_mul_ps(toC, by));
-        const Lanes dy = _mm_sub_ps(_mm_mul_ps(toC, bx), _mm_mul_ps(toB, cx));
-        _mm_store_ps(planesOut.at + i, at);
-        _mm_store_ps(planesOut.dx + i, _mm_mul_ps(dx, scale));
-        _mm_store_ps(planesOut.dy + i, _mm_mul_ps(dy, scale));
+        const Lanes at = LoadFloats(a.varying + i) * Splat(a.reciprocalW);
+        const Lanes toB = LoadFloats(b.varying + i) * Splat(b.reciprocalW) - at;
+        const Lanes toC = LoadFloats(c.varying + i) * Splat(c.reciprocalW) - at;
+        const Lanes dx = toB * cy - toC * by;
+        const Lanes dy = toC * bx - toB * cx;
+        StoreFloats(planesOut.at + i, at);
+        StoreFloats(planesOut.dx + i, dx * scale);
+        StoreFloats(planesOut.dy + i, dy * scale);
     }
 }
 
