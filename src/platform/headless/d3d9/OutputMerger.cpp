@@ -48,7 +48,7 @@ Rgba4 LoadXrgb(const std::uint8_t* pixels, int count)
     return Load32(pixels, count, 0xFF000000);
 }
 
-void Store32(std::uint8_t* pixels, IntLanes words, std::uint32_t writeMask, int lanes)
+inline void Store32(std::uint8_t* pixels, IntLanes words, std::uint32_t writeMask, int lanes)
 {
     if (lanes == 15 && writeMask == 0xFFFFFFFF) {
         StoreInts(pixels, words);

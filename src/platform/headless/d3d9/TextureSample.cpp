@@ -108,14 +108,14 @@ IntLanes Gather(const Texels& level, const std::int32_t (&x)[4], const std::int3
 }
 
 /// Mixes eight channels of 8 bits in lanes of 16; 255 * 256 just fits. `shareOfB` is 0..256.
-IntLanes MixChannels(IntLanes a, IntLanes b, IntLanes shareOfA, IntLanes shareOfB)
+inline IntLanes MixChannels(IntLanes a, IntLanes b, IntLanes shareOfA, IntLanes shareOfB)
 {
     const IntLanes sum = AddHalves(MultiplyHalves(a, shareOfA), MultiplyHalves(b, shareOfB));
     return ShiftHalvesRight(AddHalves(sum, SplatHalf(128)), 8);
 }
 
 /// Mixes two texels of each pixel by the pixel's own share: even bytes, then odd ones.
-IntLanes MixTexels(IntLanes a, IntLanes b, IntLanes share)
+inline IntLanes MixTexels(IntLanes a, IntLanes b, IntLanes share)
 {
     const IntLanes ofB = share | ShiftLeft(share, 16);
     const IntLanes ofA = SubtractHalves(SplatHalf(256), ofB);

@@ -164,7 +164,7 @@ HRESULT MakeStage(const DeviceState& state, UINT index, StagePrograms& programs)
 }
 
 /// The register of an argument, or `scratch` with the argument worked out.
-const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
+inline const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
                      const StageArgument& argument, Rgba4& scratch)
 {
     const Rgba4* value =
