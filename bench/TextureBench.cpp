@@ -15,6 +15,8 @@
 #include <png.h>
 #include <vector>
 
+using namespace headless;
+
 namespace {
 
 constexpr UINT kSide = 2048;

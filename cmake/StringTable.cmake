@@ -18,7 +18,11 @@ file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/StringTable.cpp @ONLY CONTENT
 "// Made from src/app/qsa2qsb.rc by cmake/StringTable.cmake.
 #include \"platform/headless/win32/StringTable.h\"
 
+namespace headless {
+
 const StringResource kStringTable[] = {
 @rows@};
 const unsigned kStringTableCount = sizeof kStringTable / sizeof *kStringTable;
+
+} // namespace headless
 ")

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <vector>
 
+using namespace headless;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     // The magic word is given, so that no time goes into finding it.

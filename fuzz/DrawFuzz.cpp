@@ -11,6 +11,8 @@
 #include <d3d9.h>
 #include <vector>
 
+using namespace headless;
+
 namespace {
 
 constexpr UINT kSide = 32;

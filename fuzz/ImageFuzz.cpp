@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <vector>
 
+using namespace headless;
+
 namespace {
 
 // Keeps one input below a second and the process within its memory; larger pictures are as safe.

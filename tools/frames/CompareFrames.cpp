@@ -16,6 +16,8 @@
 #include <set>
 #include <string>
 
+using namespace headless;
+
 namespace {
 
 namespace fs = std::filesystem;

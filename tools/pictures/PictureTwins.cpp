@@ -11,6 +11,8 @@
 
 #include <unordered_map>
 
+using namespace headless;
+
 namespace {
 
 /// By picture the number of the name that gives it.

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <windows.h>
 
+using namespace headless;
+
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int showCommand);
 
 int main(int argc, char** argv)

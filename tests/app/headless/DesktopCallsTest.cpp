@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+using namespace headless;
+
 namespace {
 
 class Engine : public KRE_Base {

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace headless;
+
 namespace {
 
 class DeviceLife : public testing::Test {

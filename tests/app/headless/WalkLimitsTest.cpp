@@ -10,6 +10,8 @@
 #include <unistd.h>
 #include <windows.h>
 
+using namespace headless;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
+using namespace headless;
+
 TEST(Adapter, IsTheHeadlessReferenceRasterizer)
 {
     EXPECT_STREQ(AdapterIdentifier().Description, "Headless reference rasterizer");

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+using namespace headless;
+
 namespace {
 
 class CallControlTest : public DeviceTest {

@@ -2,6 +2,8 @@
 
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
+using namespace headless;
+
 namespace {
 
 class DeviceClearTest : public DeviceTest {

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+using namespace headless;
+
 namespace {
 
 using DeviceUnmodelledTest = DeviceTest;

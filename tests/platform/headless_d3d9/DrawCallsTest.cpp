@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+using namespace headless;
+
 namespace {
 
 class DrawCallsTest : public DrawTest {

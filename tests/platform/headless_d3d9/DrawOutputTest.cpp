@@ -4,6 +4,8 @@
 
 #include "tests/platform/headless_d3d9/DrawFixture.h"
 
+using namespace headless;
+
 namespace {
 
 class DrawDepthTest : public DrawTest {

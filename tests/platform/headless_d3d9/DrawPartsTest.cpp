@@ -9,6 +9,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
+using namespace headless;
+
 namespace {
 
 struct Places {

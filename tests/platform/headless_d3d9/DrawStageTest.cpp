@@ -5,6 +5,8 @@
 
 #include <bit>
 
+using namespace headless;
+
 namespace {
 
 class DrawStageTest : public DrawTest {

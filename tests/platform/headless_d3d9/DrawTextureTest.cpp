@@ -7,6 +7,8 @@
 #include <cstring>
 #include <limits>
 
+using namespace headless;
+
 namespace {
 
 class DrawTextureTest : public DrawTest {

@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <unistd.h>
 
+using namespace headless;
+
 namespace {
 
 /// The current directory before any test left it.

@@ -1,6 +1,8 @@
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
+using namespace headless;
+
 namespace {
 
 class LeakReportTest : public DeviceTest {

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+using namespace headless;
+
 namespace {
 
 const PixelFormat& Row(D3DFORMAT format)

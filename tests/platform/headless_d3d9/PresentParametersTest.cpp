@@ -2,6 +2,8 @@
 
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
+using namespace headless;
+
 namespace {
 
 D3DPRESENT_PARAMETERS FullScreen(UINT width, UINT height, D3DFORMAT format)

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace headless;
+
 TEST(VertexFormat, AddsUpTheParts)
 {
     static const struct {

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/PixelFormat.h"
 
+using namespace headless;
+
 std::vector<std::uint32_t> DecodedPixels(const std::string& bytes, HRESULT* resultOut)
 {
     DecodedImage image;

@@ -7,7 +7,7 @@
 #include <vector>
 
 /// The bytes of a test's file as the decoders take them.
-inline ImageFile AsFile(const std::string& bytes)
+inline headless::ImageFile AsFile(const std::string& bytes)
 {
     return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
 }

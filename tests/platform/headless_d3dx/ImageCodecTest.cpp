@@ -13,6 +13,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+using namespace headless;
+
 namespace {
 
 // The files of all hosts and those that only this one reads.

@@ -8,6 +8,8 @@
 
 #include <numeric>
 
+using namespace headless;
+
 namespace {
 
 using Pixels = std::vector<std::uint32_t>;

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+using namespace headless;
+
 namespace {
 
 using Pixels = std::vector<std::uint32_t>;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace headless;
+
 namespace {
 
 using Pixels = std::vector<std::uint32_t>;

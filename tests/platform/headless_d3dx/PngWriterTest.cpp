@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+using namespace headless;
+
 namespace {
 
 const std::uint32_t kPixels[] = {0x80010203, 0xFF040506, 0x00070809, 0xFFFFFFFF, 0, 0xFF000000};

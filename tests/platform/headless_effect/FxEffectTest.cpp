@@ -1,6 +1,8 @@
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/headless_effect/EffectTest.h"
 
+using namespace headless;
+
 namespace {
 
 using FxEffectTest = EffectTest;

@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/headless_effect/EffectTest.h"
 
+using namespace headless;
+
 // What passes do to the device, read back from it.
 
 namespace {

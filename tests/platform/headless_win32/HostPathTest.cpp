@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+using namespace headless;
+
 TEST(MatchesWildcard, FollowsTheWindowsRules)
 {
     static const struct {

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+using namespace headless;
+
 namespace fs = std::filesystem;
 
 TEST(JoinArguments, QuotesWhatTheProgramWouldMisread)

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/TestControl.h"
 
+using namespace headless;
+
 std::string TakeLiveObjects()
 {
     const std::string outlived = TakeLeakReport();

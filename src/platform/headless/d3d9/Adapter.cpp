@@ -6,6 +6,8 @@
 #include <cstring>
 #include <iterator>
 
+namespace headless {
+
 namespace {
 
 struct Size {
@@ -215,3 +217,5 @@ bool IsDepthFormat(D3DFORMAT format)
     const PixelFormat* row = FindPixelFormat(format);
     return row && row->kind == PixelKind::Depth;
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 // What the one adapter is and can do. The interface and the device answer from here.
 
 constexpr UINT kMaxTextureSide = 8192;
@@ -34,3 +36,5 @@ bool IsBackBufferFormat(D3DFORMAT displayFormat, D3DFORMAT backBufferFormat, boo
 bool IsTextureFormat(D3DFORMAT format);
 bool IsRenderTargetFormat(D3DFORMAT format);
 bool IsDepthFormat(D3DFORMAT format);
+
+} // namespace headless

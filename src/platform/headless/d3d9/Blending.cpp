@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/Blending.h"
 
+namespace headless {
+
 namespace {
 
 Lanes OneMinus(Lanes value)
@@ -167,3 +169,5 @@ Rgba4 BlendConstant(D3DCOLOR colour)
     };
     return SplatColour(part(16), part(8), part(0), part(24));
 }
+
+} // namespace headless

@@ -2,7 +2,11 @@
 
 #include "platform/headless/d3d9/OutputMerger.h"
 
+namespace headless {
+
 /// Resolves a pair of D3DBLEND values and a D3DBLENDOP; fails for numbers that name none.
 HRESULT MakeBlendHalf(DWORD source, DWORD target, DWORD operation, BlendHalf& halfOut);
 
 Rgba4 BlendConstant(D3DCOLOR colour);
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 struct Rgb {
@@ -384,3 +386,5 @@ void EncodeBlock(D3DFORMAT format, const std::uint32_t* argb, std::uint8_t* bloc
     else
         EncodeInterpolatedAlpha(argb, blockOut);
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 // The five DXT formats, one block of 4 by 4 pixels at a time. DXT2 and DXT4 are stored like DXT3 and
 // DXT5; that their colours are multiplied by alpha is the business of who draws them.
 
@@ -16,3 +18,5 @@ void DecodeBlock(D3DFORMAT format, const std::uint8_t* block, std::uint32_t* arg
 /// squares. DXT1 takes the three-colour mode when a pixel's alpha is below 128.
 /// The same input gives the same bytes on every machine.
 void EncodeBlock(D3DFORMAT format, const std::uint32_t* argb, std::uint8_t* blockOut);
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <new>
 
+namespace headless {
+
 bool BufferBytes::Allocate(UINT sizeBytes)
 {
     bytes = AllocateZeroed(sizeBytes);
@@ -126,3 +128,5 @@ HRESULT HeadlessIndexBuffer::GetDesc(D3DINDEXBUFFER_DESC* descOut)
     *descOut = desc;
     return D3D_OK;
 }
+
+} // namespace headless

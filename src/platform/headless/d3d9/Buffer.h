@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/Resource.h"
 #include "platform/headless/d3d9/ZeroedBytes.h"
 
+namespace headless {
+
 /// What vertex and index buffers share: bytes, and a count of locks, which may nest.
 struct BufferBytes {
     ZeroedBytes bytes;
@@ -67,3 +69,5 @@ private:
     const D3DINDEXBUFFER_DESC desc;
     BufferBytes data;
 };
+
+} // namespace headless

@@ -7,6 +7,8 @@
 #include <map>
 #include <utility>
 
+namespace headless {
+
 int gOrderedResultCount = 0;
 
 namespace {
@@ -77,3 +79,5 @@ int UnmodelledCallCount(const char* name)
     const auto entry = gUnmodelledCalls.find(name);
     return entry == gUnmodelledCalls.end() ? 0 : entry->second;
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 // What every entry point of the device passes through: results that a test ordered, and the log of
 // calls that the host does not model.
 
@@ -68,3 +70,5 @@ HRESULT Unmodelled(const char* name, Arguments... arguments)
     ((text += (text.empty() ? "" : ", ") + ArgumentText(arguments)), ...);
     return LogUnmodelled(name, text, D3DERR_INVALIDCALL);
 }
+
+} // namespace headless

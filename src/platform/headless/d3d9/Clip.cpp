@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace headless {
+
 namespace {
 
 /// In front of the eye: small enough to keep what a scene can show, large enough to divide by.
@@ -140,3 +142,5 @@ bool ClipLine(const ClipRules& rules, DWORD codes, ShadedVertex& a, ShadedVertex
     }
     return true;
 }
+
+} // namespace headless

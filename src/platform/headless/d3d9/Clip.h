@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/DrawVertex.h"
 
+namespace headless {
+
 /// What a draw is clipped against. The near and far planes and the user's go only where the caller
 /// asks for clipping; the eye's plane and the guard band always do, as they keep every later number
 /// in its range.
@@ -29,3 +31,5 @@ int ClipPolygon(const ClipRules& rules, DWORD codes, ShadedVertex (&corners)[kMa
 
 /// The same for a line; false if nothing is left.
 bool ClipLine(const ClipRules& rules, DWORD codes, ShadedVertex& a, ShadedVertex& b);
+
+} // namespace headless

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 IntLanes AllOrNone(bool all)
@@ -155,3 +157,5 @@ void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes)
         if ((lanes >> i & 1) != 0)
             StoreSteps(test.depthBits, values[i], at);
 }
+
+} // namespace headless

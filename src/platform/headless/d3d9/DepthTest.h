@@ -4,6 +4,8 @@
 #include "platform/headless/d3d9/Lanes.h"
 #include "platform/headless/d3d9/Planes.h"
 
+namespace headless {
+
 /// A comparison for four whole numbers at once: which of less, equal and greater pass.
 struct Comparison {
     IntLanes less, equal, greater;
@@ -44,3 +46,5 @@ int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, in
 
 /// Stores what passed.
 void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes);
+
+} // namespace headless

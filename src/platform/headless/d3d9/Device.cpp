@@ -5,6 +5,8 @@
 
 #include <new>
 
+namespace headless {
+
 HeadlessDevice::HeadlessDevice(HeadlessDirect3D& owner,
                                const D3DDEVICE_CREATION_PARAMETERS& creation)
     : d3d(owner),
@@ -189,3 +191,5 @@ void SimulateDeviceRestorable(IDirect3DDevice9* device)
 {
     static_cast<HeadlessDevice*>(device)->SetCooperation(Cooperation::NotReset);
 }
+
+} // namespace headless

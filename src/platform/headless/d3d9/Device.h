@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace headless {
+
 /// What `TestCooperativeLevel` tells.
 enum class Cooperation { Ok, Lost, NotReset };
 
@@ -260,3 +262,5 @@ private:
     DeviceState state;
     std::unique_ptr<Rasterizer> rasterizer; ///< made by the first draw
 };
+
+} // namespace headless

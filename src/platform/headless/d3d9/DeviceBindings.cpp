@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/Device.h"
 
+namespace headless {
+
 namespace {
 
 /// Gives the bound object out with a reference, or null and `emptyResult` for an empty slot.
@@ -141,3 +143,5 @@ HRESULT HeadlessDevice::GetDepthStencilSurface(IDirect3DSurface9** surfaceOut)
         return ordered;
     return GetBound(state.depthSurface, surfaceOut, D3DERR_NOTFOUND);
 }
+
+} // namespace headless

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 D3DSURFACE_DESC TargetDesc(const D3DPRESENT_PARAMETERS& parameters, D3DFORMAT format, DWORD usage)
@@ -167,3 +169,5 @@ void HeadlessDevice::GetGammaRamp(UINT swapChain, D3DGAMMARAMP* rampOut)
     if (swapChain == 0 && rampOut)
         *rampOut = state.gammaRamp;
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 #include "platform/headless/d3d9/Device.h"
 #include "platform/headless/d3d9/VertexFormat.h"
 
+namespace headless {
+
 namespace {
 
 bool IsSizePossible(UINT width, UINT height)
@@ -182,3 +184,5 @@ HRESULT HeadlessDevice::CreateOffscreenPlainSurface(UINT width, UINT height, D3D
     return CreateSurface({format, D3DRTYPE_SURFACE, 0, pool, D3DMULTISAMPLE_NONE, 0, width, height},
                          true, surfaceOut);
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <bit>
 
+namespace headless {
+
 namespace {
 
 struct StateDefault {
@@ -266,3 +268,5 @@ D3DMATRIX MultiplyMatrices(const D3DMATRIX& a, const D3DMATRIX& b)
                                      a.m[row][2] * b.m[2][column] + a.m[row][3] * b.m[3][column];
     return product;
 }
+
+} // namespace headless

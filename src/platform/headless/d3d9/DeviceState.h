@@ -6,6 +6,8 @@
 #include <array>
 #include <map>
 
+namespace headless {
+
 constexpr UINT kRenderStateCount = 210;
 constexpr UINT kStageCount = 8;
 constexpr UINT kStageStateCount = 33;
@@ -78,3 +80,5 @@ bool IsSamplerState(D3DSAMPLERSTATETYPE type);
 D3DMATRIX IdentityMatrix();
 /// Row vectors: first `a`, then `b`.
 D3DMATRIX MultiplyMatrices(const D3DMATRIX& a, const D3DMATRIX& b);
+
+} // namespace headless

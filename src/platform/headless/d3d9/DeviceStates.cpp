@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 template <typename T>
@@ -302,3 +304,5 @@ HRESULT HeadlessDevice::GetFVF(DWORD* fvfOut)
         return ordered;
     return Get(state.fvf, fvfOut);
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 HeadlessSurface& AsSurface(IDirect3DSurface9* surface)
@@ -240,3 +242,5 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
     }
     return D3D_OK;
 }
+
+} // namespace headless

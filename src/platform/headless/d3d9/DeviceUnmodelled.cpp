@@ -4,6 +4,8 @@
 
 #include "platform/headless/d3d9/Device.h"
 
+namespace headless {
+
 namespace {
 
 template <typename Interface>
@@ -270,3 +272,5 @@ HRESULT HeadlessDevice::CreateQuery(D3DQUERYTYPE type, IDirect3DQuery9** queryOu
         *queryOut = nullptr;
     return Unmodelled("CreateQuery", type, queryOut);
 }
+
+} // namespace headless

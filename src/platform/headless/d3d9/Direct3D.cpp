@@ -7,6 +7,8 @@
 #include <bit>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 bool IsAdapter(UINT adapter, D3DDEVTYPE deviceType)
@@ -256,6 +258,10 @@ HRESULT HeadlessDirect3D::CreateDevice(UINT adapter, D3DDEVTYPE deviceType, HWND
     *parameters = complete;
     return D3D_OK;
 }
+
+} // namespace headless
+
+using namespace headless;
 
 IDirect3D9* WINAPI Direct3DCreate9(UINT sdkVersion)
 {

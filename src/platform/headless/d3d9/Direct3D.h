@@ -4,6 +4,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 /// The entrance: tells about the one adapter and makes devices on it.
 class HeadlessDirect3D final : public IDirect3D9 {
 public:
@@ -56,3 +58,5 @@ private:
     ULONG references = 1; ///< the caller's
     ULONG devices = 0;
 };
+
+} // namespace headless

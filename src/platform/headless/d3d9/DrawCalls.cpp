@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 /// What all draw calls check first. Nothing to draw is no error.
@@ -157,3 +159,5 @@ HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, U
     state.indices.Set(nullptr);
     return result;
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/DeviceState.h"
 
+namespace headless {
+
 // What goes from vertex processing to the rasterizer.
 
 /// Two colours, a fog factor, and at most three numbers for each stage, rounded up to whole lanes.
@@ -29,3 +31,5 @@ struct alignas(16) ShadedVertex {
     float planeDistance[kClipPlaneCount];
     float pointSize; ///< side in pixels
 };
+
+} // namespace headless

@@ -10,6 +10,8 @@
 #include <new>
 #include <system_error>
 
+namespace headless {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -87,3 +89,5 @@ void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP*
                                  static_cast<int>(picture.height), argb.get(), false, reason))
         std::fprintf(stderr, "Frame not written to '%s': %s\n", path.c_str(), reason.c_str());
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace headless {
+
 /// The file name of a frame: the title with `/`, `\` and control bytes turned into `_`, "frame" for an
 /// empty title, and ".png".
 std::string FrameFileName(const std::string& windowTitle);
@@ -19,3 +21,5 @@ std::string FramePath(const std::string& below, const std::string& windowTitle);
 /// goes to standard error: a frame that cannot be kept does not stop the program. With a `ramp` each
 /// colour is looked up there, as a display would.
 void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp);
+
+} // namespace headless

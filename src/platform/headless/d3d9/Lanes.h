@@ -2,6 +2,8 @@
 
 #include "platform/Simd.h"
 
+namespace headless {
+
 // Four pixels at a time, by the operations of platform/Simd.h.
 
 using Lanes = simd::Floats4;  ///< a float of each of four pixels
@@ -68,3 +70,5 @@ inline IntLanes Quantise(Lanes value, float steps)
 {
     return Truncate(Saturate(value) * Splat(steps) + Splat(0.5f));
 }
+
+} // namespace headless

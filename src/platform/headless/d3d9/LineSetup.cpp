@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+namespace headless {
+
 namespace {
 
 constexpr float kPixel = 1.0f / static_cast<float>(kSubPixels);
@@ -99,3 +101,5 @@ bool LineRuns::Next(int& yOut, int& leftOut, int& rightOut)
     rightOut = next;
     return true;
 }
+
+} // namespace headless

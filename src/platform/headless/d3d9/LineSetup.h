@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/TriangleSetup.h"
 
+namespace headless {
+
 /// The planes of a line: values change along its longer axis only.
 void SetUpLine(const Corner& a, const Corner& b, int varyingCount, Planes& planesOut);
 
@@ -25,3 +27,5 @@ private:
     int next = 0;
     int end = 0; ///< pixels along the longer axis: next <= i < end
 };
+
+} // namespace headless

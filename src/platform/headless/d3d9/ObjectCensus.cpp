@@ -6,6 +6,8 @@
 #include <numeric>
 #include <utility>
 
+namespace headless {
+
 ObjectCensus gObjectCensus;
 
 namespace {
@@ -66,3 +68,5 @@ std::string LiveObjectReport()
 {
     return gObjectCensus.Report();
 }
+
+} // namespace headless

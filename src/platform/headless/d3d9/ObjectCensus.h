@@ -3,6 +3,8 @@
 #include <array>
 #include <string>
 
+namespace headless {
+
 // Who is alive. An object counts while the caller holds a reference to it.
 
 enum class ObjectKind { Interface, Device, Texture, Surface, VertexBuffer, IndexBuffer };
@@ -28,3 +30,5 @@ void ReportLeak(const char* what, const ObjectCensus& children);
 
 /// The text of the last report, once.
 std::string TakeLastLeak();
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 std::uint32_t Mask(PixelChannel channel)
@@ -201,3 +203,5 @@ void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba
     Blend(merger, merger.format->load(at, count), blended);
     merger.format->store(at, blended, merger.writeMask, lanes);
 }
+
+} // namespace headless

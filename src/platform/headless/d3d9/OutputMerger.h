@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/DepthTest.h"
 
+namespace headless {
+
 /// What the factors of blending are made of.
 struct BlendInput {
     const Rgba4* source;
@@ -54,3 +56,5 @@ int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes);
 /// Blends and writes `lanes` of up to `count` pixels from (x, y) on.
 void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
                  int lanes);
+
+} // namespace headless

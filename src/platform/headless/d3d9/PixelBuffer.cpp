@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 /// A sample position along one axis: two neighbours and the weight of the second.
@@ -137,3 +139,5 @@ void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::ui
             StorePixelWord(format, (LoadPixelWord(format, pixel) & ~mask) | (word & mask), pixel);
     }
 }
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3d9/ZeroedBytes.h"
 
+namespace headless {
+
 /// The memory of one picture. Rows are padded to four bytes.
 struct PixelBuffer {
     const PixelFormat* format = nullptr; ///< a row of the table
@@ -60,3 +62,5 @@ void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to,
 /// Writes one stored word to every pixel of a valid area of an uncompressed picture. Only the bits of
 /// `mask` change.
 void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::uint32_t mask);
+
+} // namespace headless

@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/PixelFog.h"
 
+namespace headless {
+
 namespace {
 
 /// The fourth column of a projection that does not look in perspective is 0, 0, 0, 1.
@@ -53,3 +55,5 @@ void ApplyFog(const PixelFog& fog, Lanes factor, Rgba4& colourInOut)
         colourInOut.c[c] = fog.colour.c[c] + difference * factor;
     }
 }
+
+} // namespace headless

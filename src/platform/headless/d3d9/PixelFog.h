@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/Lanes.h"
 #include "platform/headless/d3d9/VertexFog.h"
 
+namespace headless {
+
 enum class FogSource : std::uint8_t {
     None,
     Vertex, ///< a factor that comes with the vertices
@@ -26,3 +28,5 @@ Lanes FogFactors(const PixelFog& fog, Lanes depth, Lanes w);
 
 /// Mixes red, green and blue with the fog; a factor of 1 leaves them.
 void ApplyFog(const PixelFog& fog, Lanes factor, Rgba4& colourInOut);
+
+} // namespace headless

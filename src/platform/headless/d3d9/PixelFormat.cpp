@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 constexpr PixelKind kColour = PixelKind::Colour;
@@ -331,3 +333,5 @@ std::uint32_t StencilMask(const PixelFormat& format)
 {
     return MaskOf(format.a);
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 // The one table of pixel formats: sizes, channel layouts, and the ways between a stored pixel, an
 // 8-bit A8R8G8B8 colour and four floats. Loaders, surfaces and the rasterizer all convert here.
 
@@ -92,3 +94,5 @@ std::uint32_t StencilMask(const PixelFormat& format);
 /// One pixel's word, `unitBytes` long, from and to memory of any alignment.
 std::uint32_t LoadPixelWord(const PixelFormat& format, const void* pixel);
 void StorePixelWord(const PixelFormat& format, std::uint32_t word, void* pixelOut);
+
+} // namespace headless

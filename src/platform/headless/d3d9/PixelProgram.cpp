@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 /// Render states with the values that drawing knows.
@@ -125,3 +127,5 @@ HRESULT MakePixelProgram(const DeviceState& state, PixelProgram& programOut)
     programOut.varyings = LayOut(programOut);
     return D3D_OK;
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 #include "platform/headless/d3d9/TextureStages.h"
 #include "platform/headless/d3d9/TriangleSetup.h"
 
+namespace headless {
+
 /// Everything that is done to the pixels of a draw, resolved from the states once. It points into the
 /// pictures of the device and is good for that one draw.
 struct PixelProgram {
@@ -27,3 +29,5 @@ HRESULT CheckPixelStates(const DeviceState& state);
 
 /// Shades and writes the pixels left <= x < right of a row, which must lie in the program's area.
 void ShadeSpan(const PixelProgram& program, const Planes& planes, int y, int left, int right);
+
+} // namespace headless

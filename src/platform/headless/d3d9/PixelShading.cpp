@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 /// What a row of pixels starts from: all planes at x = 0 of the primitive's origin, at the row's y.
@@ -191,3 +193,5 @@ void ShadeSpan(const PixelProgram& program, const Planes& planes, int y, int lef
         ShadeGroup(program, row, planes, group, registers);
     }
 }
+
+} // namespace headless

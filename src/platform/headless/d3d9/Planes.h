@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/DrawVertex.h"
 
+namespace headless {
+
 /// A value that changes evenly over the target: at (x, y) it is at + (x - originX) * dx +
 /// (y - originY) * dy.
 struct Plane {
@@ -34,3 +36,5 @@ struct Corner {
 /// One step of `Corner::x` and `y` as a share of a pixel.
 constexpr int kSubPixels = 256;
 constexpr int kSubPixelBits = 8;
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 constexpr float kPixel = 1.0f / static_cast<float>(kSubPixels);
@@ -57,3 +59,5 @@ PixelArea PointArea(const Corner& centre, float side, const PixelArea& area)
             std::min(CeilPixel(left + whole), area.right),
             std::min(CeilPixel(top + whole), area.bottom)};
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/TriangleSetup.h"
 
+namespace headless {
+
 /// The planes of a point, which has one colour and depth all over. A sprite's coordinates run from 0 to
 /// 1 from its upper left to its lower right corner, in all stages.
 void SetUpPoint(const Corner& centre, float side, bool isSprite, const VaryingLayout& varyings,
@@ -9,3 +11,5 @@ void SetUpPoint(const Corner& centre, float side, bool isSprite, const VaryingLa
 
 /// The pixels whose centres a square around the point covers, cut to `area`; may be empty.
 PixelArea PointArea(const Corner& centre, float side, const PixelArea& area);
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/Adapter.h"
 
+namespace headless {
+
 namespace {
 
 bool IsKnownInterval(UINT interval, bool windowed)
@@ -82,3 +84,5 @@ HRESULT CompletePresentParameters(D3DPRESENT_PARAMETERS& parameters, HWND focusW
     return hasArea && width <= kMaxTextureSide && height <= kMaxTextureSide ? D3D_OK
                                                                             : D3DERR_INVALIDCALL;
 }
+
+} // namespace headless

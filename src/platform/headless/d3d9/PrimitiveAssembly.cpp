@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 /// How primitive i of a type begins, and how many vertices the whole takes: i * step, and
@@ -67,3 +69,5 @@ void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3])
         placesOut[2] = 0;
     }
 }
+
+} // namespace headless

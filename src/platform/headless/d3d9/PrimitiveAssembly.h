@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace headless {
+
 /// The order in which a draw takes its vertices: straight on, or through indices.
 struct IndexSource {
     const std::uint8_t* bytes = nullptr; ///< not owned; null to take vertices straight on
@@ -24,3 +26,5 @@ std::uint64_t VertexCountOf(D3DPRIMITIVETYPE type, UINT count);
 /// Places of the corners of primitive `i`, all triangles turning alike. The first corner is the one
 /// that gives its colour to flat shading.
 void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3]);
+
+} // namespace headless

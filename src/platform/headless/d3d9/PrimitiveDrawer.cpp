@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 /// How far from the middle of the viewport a corner may lie. With the largest target this stays within
@@ -203,3 +205,5 @@ void PrimitiveDrawer::FillSquare(const ShadedVertex& vertex, float side, bool is
     for (int y = square.top; y < square.bottom; ++y)
         ShadeSpan(*program, planes, y, square.left, square.right);
 }
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/Clip.h"
 #include "platform/headless/d3d9/PixelProgram.h"
 
+namespace headless {
+
 /// From homogeneous space to the target: place = clip / w * scale + offset.
 struct ScreenMap {
     float scaleX = 1.0f, offsetX = 0.0f;
@@ -41,3 +43,5 @@ private:
     bool drawsSprites = false;
     Planes planes = {};
 };
+
+} // namespace headless

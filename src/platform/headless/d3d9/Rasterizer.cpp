@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/Rasterizer.h"
 
+namespace headless {
+
 namespace {
 
 bool AllVerticesExist(const DrawRequest& request)
@@ -63,3 +65,5 @@ void Rasterizer::DrawPrimitive(const DrawRequest& request, UINT index, bool draw
     else
         drawer.DrawTriangle(*shaded[0], *shaded[1], *shaded[2]);
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 #include "platform/headless/d3d9/PrimitiveDrawer.h"
 #include "platform/headless/d3d9/VertexPipeline.h"
 
+namespace headless {
+
 /// One draw call: primitives of a type, over vertices in memory.
 struct DrawRequest {
     D3DPRIMITIVETYPE type;
@@ -25,3 +27,5 @@ private:
     PixelProgram program;
     PrimitiveDrawer drawer;
 };
+
+} // namespace headless

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace headless {
+
 ResourceLife::ResourceLife(HeadlessDevice& owningDevice, ObjectKind objectKind, D3DPOOL objectPool)
     : device(owningDevice),
       kind(objectKind),
@@ -56,3 +58,5 @@ bool IsOneOf(REFIID iid, std::initializer_list<const GUID*> candidates)
     const auto equal = [&iid](const GUID* id) { return std::memcmp(id, &iid, sizeof iid) == 0; };
     return std::any_of(candidates.begin(), candidates.end(), equal);
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 class HeadlessDevice;
 
 /// The lifetime of one child of a device. There are two counts: the caller's references, and the
@@ -112,3 +114,5 @@ private:
 
 /// True if `iid` is one of `candidates`.
 bool IsOneOf(REFIID iid, std::initializer_list<const GUID*> candidates);
+
+} // namespace headless

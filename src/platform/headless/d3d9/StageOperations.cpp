@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/StageOperations.h"
 
+namespace headless {
+
 namespace {
 
 /// One channel of the arguments, the alpha of argument 1, and the share that blends mix by.
@@ -180,3 +182,5 @@ const OperationRow* FindOperation(DWORD operation)
             return &row;
     return nullptr;
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/TextureStages.h"
 
+namespace headless {
+
 /// What an operation needs and does, one row for each D3DTEXTUREOP.
 struct OperationRow {
     DWORD operation;
@@ -13,3 +15,5 @@ struct OperationRow {
 
 /// Null for a number that is no operation, and for D3DTOP_DISABLE.
 const OperationRow* FindOperation(DWORD operation);
+
+} // namespace headless

@@ -5,6 +5,8 @@
 
 #include <new>
 
+namespace headless {
+
 class HeadlessSurface::OwnLife final : public ResourceLife {
 public:
     OwnLife(HeadlessDevice& owner, D3DPOOL surfacePool,
@@ -155,3 +157,5 @@ HRESULT HeadlessSurface::ReleaseDC(HDC dc)
 {
     return Unmodelled("ReleaseDC", dc);
 }
+
+} // namespace headless

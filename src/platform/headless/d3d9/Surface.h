@@ -4,6 +4,8 @@
 #include "platform/headless/d3d9/Resource.h"
 #include "platform/headless/d3d9/TexelCache.h"
 
+namespace headless {
+
 class HeadlessTexture;
 
 /// A picture of the device: a render target, a depth buffer, an off-screen surface or a level of a
@@ -59,3 +61,5 @@ private:
     bool locked = false;
     bool writesWhileLocked = false;
 };
+
+} // namespace headless

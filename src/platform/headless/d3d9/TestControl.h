@@ -4,6 +4,8 @@
 
 #include <d3d9.h>
 
+namespace headless {
+
 // For tests only: brings about what a real adapter does by itself, and tells what is alive.
 
 /// The device is lost, as by a switch to another full-screen program: `TestCooperativeLevel`,
@@ -30,3 +32,5 @@ std::string TakeLeakReport();
 
 /// How often the call `name` was made although the host does not model it.
 int UnmodelledCallCount(const char* name);
+
+} // namespace headless

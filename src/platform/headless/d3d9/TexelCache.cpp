@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 /// UnpackArgb cuts negative values off, so signed formats take a way of their own. The lowest value
@@ -52,3 +54,5 @@ bool TexelCache::Read(const PixelBuffer& pixels, Texels& texelsOut)
     texelsOut.pitch = texelsOut.width;
     return true;
 }
+
+} // namespace headless

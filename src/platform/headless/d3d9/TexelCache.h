@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/PixelBuffer.h"
 
+namespace headless {
+
 /// A picture as the sampler reads it: A8R8G8B8 words. Signed channels are kept as value * 127 + 128,
 /// so that they too can be mixed as bytes.
 struct Texels {
@@ -22,3 +24,5 @@ private:
     ZeroedBytes words;
     std::uint32_t changes = 0; ///< of the picture when it was unpacked
 };
+
+} // namespace headless

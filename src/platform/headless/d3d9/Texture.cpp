@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <new>
 
+namespace headless {
+
 HeadlessTexture::HeadlessTexture(HeadlessDevice& owner, const D3DSURFACE_DESC& desc)
     : ResourceLife(owner, ObjectKind::Texture, desc.Pool),
       pool(desc.Pool),
@@ -140,3 +142,5 @@ UINT FullLevelCount(UINT width, UINT height)
         ++count;
     return count;
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace headless {
+
 /// A texture: its levels, each half the size of the one before, and the area of level 0 that has
 /// changed since the last `UpdateTexture`.
 class HeadlessTexture final : public Resource<IDirect3DTexture9>, public ResourceLife {
@@ -53,3 +55,5 @@ private:
 
 /// Levels down to 1 by 1: 1 for a side of 1, 9 for 256.
 UINT FullLevelCount(UINT width, UINT height);
+
+} // namespace headless

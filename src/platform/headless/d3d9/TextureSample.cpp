@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace headless {
+
 namespace {
 
 /// Where to read along one axis: two neighbouring texels and the share of the second in 1/256. -1 is
@@ -311,3 +313,5 @@ Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int l
         mixed.c[c] = fine.c[c] + (coarse.c[c] - fine.c[c]) * share;
     return mixed;
 }
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/DeviceState.h"
 #include "platform/headless/d3d9/Lanes.h"
 
+namespace headless {
+
 /// Levels of a texture of the largest size, down to 1 by 1.
 constexpr int kMaxLevels = 14;
 
@@ -44,3 +46,5 @@ Lanes LevelOfDetail(const Sampler& sampler, const CoordinateSlopes& slopes);
 /// Samples four pixels. Only those with a bit in `lanes` need to come out right. `level` is read if the
 /// sampler needs it. Coordinates may be anything, numbers or not.
 Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes);
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <bit>
 
+namespace headless {
+
 namespace {
 
 constexpr D3DTEXTURESTAGESTATETYPE kColourArguments[] = {D3DTSS_COLORARG0, D3DTSS_COLORARG1,
@@ -165,7 +167,7 @@ HRESULT MakeStage(const DeviceState& state, UINT index, StagePrograms& programs)
 
 /// The register of an argument, or `scratch` with the argument worked out.
 inline const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
-                     const StageArgument& argument, Rgba4& scratch)
+                            const StageArgument& argument, Rgba4& scratch)
 {
     const Rgba4* value =
         argument.source == D3DTA_CONSTANT ? &stage.constant : &registers.values[argument.source];
@@ -279,3 +281,5 @@ void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, in
         RunOperation(stage, stage.alpha, registers, result);
     registers.values[stage.writesTemp ? D3DTA_TEMP : D3DTA_CURRENT] = result;
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace headless {
+
 /// The colours that stages work on, by the numbers of D3DTA_*.
 struct StageRegisters {
     Rgba4 values[D3DTA_CONSTANT + 1];
@@ -87,3 +89,5 @@ struct BumpResult {
 
 void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
               StageRegisters& registers, BumpResult& bumpInOut);
+
+} // namespace headless

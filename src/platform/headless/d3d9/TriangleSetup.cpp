@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 /// Whole pixels from the origin of a plane.
@@ -133,3 +135,5 @@ bool TriangleRows::Next(int& yOut, int& leftOut, int& rightOut)
     rightOut = static_cast<int>(std::max<std::int64_t>(right, area.left));
     return true;
 }
+
+} // namespace headless

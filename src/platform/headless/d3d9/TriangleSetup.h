@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace headless {
+
 /// Twice the area in square sub-pixels, above 0 for corners that turn clockwise on the screen.
 std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c);
 
@@ -54,3 +56,5 @@ private:
     Border lefts[2], rights[2];
     int leftCount = 0, rightCount = 0;
 };
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace headless {
+
 /// A direction or place in camera space.
 struct Vector3 {
     float x, y, z;
@@ -44,3 +46,5 @@ inline Vector3 Reflected(const Vector3& incoming, const Vector3& n)
 {
     return incoming - n * (2.0f * Dot(incoming, n));
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 struct PositionPart {
@@ -111,3 +113,5 @@ void FetchCoordinates(const VertexLayout& layout, const VertexStream& stream, UI
     if (floats < 4)
         coordinatesOut[floats] = 1.0f;
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace headless {
+
 /// Where the parts of a vertex are, in bytes from its start; -1 for a part that it does not have.
 struct VertexLayout {
     UINT sizeBytes = 0;
@@ -53,3 +55,5 @@ void FetchVertex(const VertexLayout& layout, const VertexStream& stream, UINT in
 /// format does not have is 0, 0 and so completed.
 void FetchCoordinates(const VertexLayout& layout, const VertexStream& stream, UINT index, UINT set,
                       float (&coordinatesOut)[4]);
+
+} // namespace headless

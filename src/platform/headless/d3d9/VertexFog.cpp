@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace headless {
+
 namespace {
 
 float Clamp01(float value)
@@ -72,3 +74,5 @@ float PointSize::Of(const SourceVertex& source, const CameraVertex& vertex) cons
     side = side < most ? side : most;
     return side > 0.0f ? std::min(side, kMaxPointSize) : 0.0f; // whatever the limits say, NaN too
 }
+
+} // namespace headless

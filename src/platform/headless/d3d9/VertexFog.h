@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/VertexTransform.h"
 
+namespace headless {
+
 // Fog and the size of points, both by the distance of a vertex.
 
 /// The three published curves of fog over distance.
@@ -40,3 +42,5 @@ struct PointSize {
     PointSize(const DeviceState& state, const VertexLayout& layout);
     float Of(const SourceVertex& source, const CameraVertex& vertex) const;
 };
+
+} // namespace headless

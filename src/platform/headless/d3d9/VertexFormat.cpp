@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/VertexFormat.h"
 
+namespace headless {
+
 namespace {
 
 struct PartSize {
@@ -34,3 +36,5 @@ UINT VertexSize(DWORD fvf)
         size += kSetFloats[fvf >> (16 + set * 2) & 3] * 4;
     return size;
 }
+
+} // namespace headless

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace headless {
+
 namespace {
 
 enum Source { kAmbient, kDiffuse, kSpecular, kEmissive };
@@ -169,3 +171,5 @@ VertexColours VertexLight::Colours(const SourceVertex& source, const CameraVerte
                         Clamp01(specular.b * sums.specular.b), colours.specular.a};
     return colours;
 }
+
+} // namespace headless

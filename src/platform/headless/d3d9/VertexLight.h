@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace headless {
+
 /// The two colours of a lit vertex, 0..1.
 struct VertexColours {
     Float4 diffuse;
@@ -52,3 +54,5 @@ private:
 };
 
 Float4 ColourOf(D3DCOLOR colour);
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace headless {
+
 namespace {
 
 void Store(float* out, const Float4& colour)
@@ -115,3 +117,5 @@ void VertexPipeline::Process(UINT index, ShadedVertex& out)
     if (drawsPoints)
         out.pointSize = pointSize.Of(source, camera);
 }
+
+} // namespace headless

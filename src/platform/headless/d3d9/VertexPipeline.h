@@ -4,6 +4,8 @@
 #include "platform/headless/d3d9/VertexLight.h"
 #include "platform/headless/d3d9/VertexTexGen.h"
 
+namespace headless {
+
 /// All vertex processing of one draw, with the vertices that were processed last: neighbours in a mesh
 /// share vertices, and each is worked on once.
 class VertexPipeline {
@@ -38,3 +40,5 @@ private:
     ShadedVertex kept[kKept] = {};
     ShadedVertex spare[3] = {}; ///< for corners of one primitive that want the same place
 };
+
+} // namespace headless

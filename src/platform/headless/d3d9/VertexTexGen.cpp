@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 namespace {
 
 constexpr DWORD kSetMask = 0xFFFF;
@@ -98,3 +100,5 @@ void VertexTexGen::Write(const VertexStream& stream, UINT index, const CameraVer
             out[2] = stage.divisor >= 0 ? moved[stage.divisor] : 1.0f;
     }
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3d9/VertexTransform.h"
 
+namespace headless {
+
 /// Where the texture coordinates of each stage come from and what is done to them.
 class VertexTexGen {
 public:
@@ -28,3 +30,5 @@ private:
     int stageCount = 0;
     Stage stages[kStageCount] = {};
 };
+
+} // namespace headless

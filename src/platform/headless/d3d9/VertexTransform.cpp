@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+namespace headless {
+
 namespace {
 
 /// The row vector times the matrix.
@@ -125,3 +127,5 @@ bool InvertMatrix(const D3DMATRIX& matrix, D3DMATRIX& inverseOut)
             inverseOut.m[row][column] = static_cast<float>(rows[row][4 + column]);
     return true;
 }
+
+} // namespace headless

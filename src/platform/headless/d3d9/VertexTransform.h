@@ -6,6 +6,8 @@
 
 #include <bitset>
 
+namespace headless {
+
 /// A vertex in camera space: the eye is at the origin and looks along z.
 struct CameraVertex {
     float position[4];
@@ -44,3 +46,5 @@ private:
 
 /// The inverse, or false for a matrix that has none.
 bool InvertMatrix(const D3DMATRIX& matrix, D3DMATRIX& inverseOut);
+
+} // namespace headless

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <memory>
 
+namespace headless {
+
 struct FreeBytes {
     void operator()(std::uint8_t* bytes) const { std::free(bytes); }
 };
@@ -16,3 +18,5 @@ inline ZeroedBytes AllocateZeroed(std::size_t count)
 {
     return ZeroedBytes(static_cast<std::uint8_t*>(std::calloc(count, 1)));
 }
+
+} // namespace headless

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 constexpr std::size_t kFileHeaderSize = 14;
@@ -322,3 +324,5 @@ HRESULT DecodeBmp(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     }
     return D3D_OK;
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace headless {
+
 namespace {
 
 // Second bytes of the pairs that begin with 0; larger ones count the pixels that follow uncoded.
@@ -109,3 +111,5 @@ bool UnpackBmpRuns(ImageFile coded, bool fourBits, UINT width, UINT height,
     std::memset(indicesOut, 0, std::size_t{width} * height);
     return BmpRunReader(coded, fourBits, width, height, indicesOut).Run();
 }
+
+} // namespace headless

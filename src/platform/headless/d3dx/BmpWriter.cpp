@@ -7,6 +7,8 @@
 #include <memory>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 constexpr std::size_t kHeaderSize = 54;
@@ -54,3 +56,5 @@ bool WriteBmpFile(const char* path, int width, int height, const std::uint32_t* 
     }
     return file.Commit();
 }
+
+} // namespace headless

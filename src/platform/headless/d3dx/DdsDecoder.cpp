@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace headless {
+
 namespace {
 
 constexpr std::size_t kHeaderEnd = 128; // magic word and header
@@ -172,3 +174,5 @@ HRESULT DecodeDds(ImageFile file, bool, DecodedImage& imageOut)
         return D3DXERR_INVALIDDATA;
     return D3D_OK;
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <d3dx9.h>
 
+namespace headless {
+
 namespace {
 
 struct ResultName {
@@ -79,6 +81,10 @@ const ResultName* FindResultName(HRESULT result)
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 LPCSTR WINAPI DXGetErrorString9A(HRESULT result)
 {

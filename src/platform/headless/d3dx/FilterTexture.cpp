@@ -3,6 +3,8 @@
 #include "platform/ComPointer.h"
 #include "platform/headless/d3dx/LevelLock.h"
 
+namespace headless {
+
 HRESULT FillLowerLevels(IDirect3DTexture9& texture, UINT firstLevel, DWORD filter)
 {
     const DWORD count = texture.GetLevelCount();
@@ -19,6 +21,10 @@ HRESULT FillLowerLevels(IDirect3DTexture9& texture, UINT firstLevel, DWORD filte
     }
     return D3D_OK;
 }
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXFilterTexture(IDirect3DBaseTexture9* texture, const PALETTEENTRY*,
                                  UINT sourceLevel, DWORD filter)

@@ -5,6 +5,8 @@
 
 #include <new>
 
+namespace headless {
+
 namespace {
 
 struct ImageDecoder {
@@ -61,3 +63,5 @@ HRESULT DecodeImage(ImageFile file, DecodedImage& imageOut)
 {
     return Decode(file, false, imageOut);
 }
+
+} // namespace headless

@@ -7,6 +7,8 @@
 
 #include <d3dx9.h>
 
+namespace headless {
+
 /// Longest side of a picture, in pixels. What claims to be larger is refused.
 inline constexpr UINT kMaxImageSide = 16384;
 
@@ -48,3 +50,5 @@ HRESULT ReadImageInfo(ImageFile file, D3DXIMAGE_INFO& infoOut);
 /// Reads header and pixels. A file that is cut short or damaged is refused with
 /// `D3DXERR_INVALIDDATA`, never shown in part; `E_OUTOFMEMORY` if the pixels do not fit in memory.
 HRESULT DecodeImage(ImageFile file, DecodedImage& imageOut);
+
+} // namespace headless

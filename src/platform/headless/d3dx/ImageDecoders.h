@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/ImageCodec.h"
 
+namespace headless {
+
 // One pair of functions for each kind of file. `Is...` looks at the first bytes only. `Decode...`
 // fills the info and, unless `infoOnly`, the pixels.
 
@@ -51,3 +53,5 @@ constexpr std::uint32_t WidenTo8Bits(std::uint32_t value, unsigned bits)
     const std::uint32_t most = (1u << bits) - 1;
     return (value * 255 + most / 2) / most;
 }
+
+} // namespace headless

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 constexpr long kMaxFileSize = 1L << 30;
@@ -30,3 +32,5 @@ HRESULT ImageFileBytes::Read(const char* path)
         return E_OUTOFMEMORY;
     return std::fread(bytes.get(), 1, size, stream.get()) == size ? D3D_OK : D3DXERR_INVALIDDATA;
 }
+
+} // namespace headless

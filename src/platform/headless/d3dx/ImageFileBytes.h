@@ -6,6 +6,8 @@
 
 #include "platform/headless/d3dx/ImageCodec.h"
 
+namespace headless {
+
 /// The bytes of a whole file, read in one go.
 class ImageFileBytes {
 public:
@@ -19,3 +21,5 @@ private:
     std::unique_ptr<std::uint8_t[]> bytes;
     std::size_t size = 0;
 };
+
+} // namespace headless

@@ -8,6 +8,8 @@
 
 #include <jerror.h>
 
+namespace headless {
+
 namespace {
 
 // A progressive file may repeat cheap passes over a large picture for ever; real ones have about ten.
@@ -144,3 +146,5 @@ HRESULT DecodeJpeg(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     jpeg_destroy_decompress(&state.jpeg);
     return result;
 }
+
+} // namespace headless

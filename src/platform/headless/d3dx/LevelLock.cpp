@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/LevelLock.h"
 
+namespace headless {
+
 LevelLock::LevelLock(IDirect3DTexture9& lockedTexture, UINT lockedLevel, DWORD flags)
     : texture(lockedTexture),
       level(lockedLevel),
@@ -28,3 +30,5 @@ PixelSource LevelLock::Source() const
     return {FindPixelFormat(desc.Format), desc.Width, desc.Height, locked.pBits,
             static_cast<std::size_t>(locked.Pitch)};
 }
+
+} // namespace headless

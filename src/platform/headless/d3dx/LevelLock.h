@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/PixelCopy.h"
 
+namespace headless {
+
 /// A level of a texture that is locked as long as this lives.
 class LevelLock {
 public:
@@ -23,3 +25,5 @@ private:
     D3DLOCKED_RECT locked = {};
     HRESULT result;
 };
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include "platform/headless/d3dx/PixelRect.h"
 #include "platform/headless/d3dx/SurfaceReader.h"
 
+namespace headless {
+
 namespace {
 
 // Fills a rectangle of a surface that can be locked.
@@ -66,6 +68,10 @@ HRESULT LoadSurface(IDirect3DSurface9& target, const RECT* targetRect, const Pix
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXLoadSurfaceFromMemory(IDirect3DSurface9* target, const PALETTEENTRY*,
                                          const RECT* targetRect, LPCVOID memory, D3DFORMAT format,

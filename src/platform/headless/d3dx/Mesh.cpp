@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <string>
 
+namespace headless {
+
 namespace {
 
 /// Hands out a further reference.
@@ -189,3 +191,5 @@ HRESULT HeadlessMesh::Optimize(DWORD flags, const DWORD* adjacency, DWORD* adjac
     return NotImplemented("ID3DXMesh::Optimize", flags, adjacency, adjacencyOut, faceRemapOut,
                           vertexRemapOut, meshOut);
 }
+
+} // namespace headless

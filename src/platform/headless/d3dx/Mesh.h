@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace headless {
+
 /// A mesh on any device: all it needs of one are the two buffers and the drawing calls.
 class HeadlessMesh final : public ID3DXMesh {
 public:
@@ -80,3 +82,5 @@ private:
     int attributeLocks = 0;
     std::vector<D3DXATTRIBUTERANGE> attributeTable;
 };
+
+} // namespace headless

@@ -8,6 +8,8 @@
 #include <limits>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 struct OptionUsage {
@@ -106,6 +108,10 @@ HRESULT HeadlessMesh::MakeBuffers()
     attributes.reset(new (std::nothrow) DWORD[faceCount]());
     return attributes ? D3D_OK : E_OUTOFMEMORY;
 }
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXCreateMeshFVF(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                  IDirect3DDevice9* device, ID3DXMesh** meshOut)

@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/Mesh.h"
 
+namespace headless {
+
 HRESULT HeadlessMesh::DrawSubset(DWORD attributeId)
 {
     if (const HRESULT ordered = OrderedResult("DrawSubset"); FAILED(ordered))
@@ -42,3 +44,5 @@ HRESULT HeadlessMesh::DrawUnsorted(DWORD attributeId)
     }
     return result;
 }
+
+} // namespace headless

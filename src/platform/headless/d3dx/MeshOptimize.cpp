@@ -10,6 +10,8 @@
 #include <numeric>
 #include <string>
 
+namespace headless {
+
 namespace {
 
 /// What sorting by attribute may be asked along with: splitting is what this never does.
@@ -98,3 +100,5 @@ void HeadlessMesh::MakeAttributeTable(const void* indices)
             TakeVertices(range, static_cast<const WORD*>(indices) + std::size_t{face} * 3);
     }
 }
+
+} // namespace headless

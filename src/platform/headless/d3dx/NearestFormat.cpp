@@ -3,6 +3,8 @@
 #include "platform/ComPointer.h"
 #include "platform/headless/d3d9/PixelFormat.h"
 
+namespace headless {
+
 namespace {
 
 // What a picture may be converted to, the usual ones first: among equals the first is taken.
@@ -111,3 +113,5 @@ D3DFORMAT NearestTextureFormat(IDirect3DDevice9& device, DWORD usage, D3DFORMAT 
     }
     return best;
 }
+
+} // namespace headless

@@ -9,6 +9,8 @@
 #include <new>
 #include <utility>
 
+namespace headless {
+
 namespace {
 
 using ArgbPixels = std::unique_ptr<std::uint32_t[]>;
@@ -265,3 +267,5 @@ HRESULT CopyPixels(const PixelTarget& target, const PixelSource& source, DWORD f
         DitherPixels(target, scaled.get());
     return StorePixels(target, keepSign, scaled.get()) ? D3D_OK : D3DERR_INVALIDCALL;
 }
+
+} // namespace headless

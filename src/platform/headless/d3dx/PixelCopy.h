@@ -6,6 +6,8 @@
 
 #include "platform/headless/d3d9/PixelFormat.h"
 
+namespace headless {
+
 /// A picture in memory to read from. Neither pointer is owned.
 struct PixelSource {
     const PixelFormat* format;
@@ -35,3 +37,5 @@ HRESULT CheckFilter(DWORD filter, DWORD fallback, DWORD& filterOut);
 /// copied as they are.
 HRESULT CopyPixels(const PixelTarget& target, const PixelSource& source, DWORD filter,
                    D3DCOLOR colorKey);
+
+} // namespace headless

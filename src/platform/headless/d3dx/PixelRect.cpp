@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/PixelRect.h"
 
+namespace headless {
+
 bool IsRectInside(const RECT& rect, UINT width, UINT height)
 {
     return rect.left >= 0 && rect.top >= 0 && rect.left < rect.right && rect.top < rect.bottom &&
@@ -23,3 +25,5 @@ bool CropSource(PixelSource& sourceInOut, const RECT& rect)
     sourceInOut.height = static_cast<UINT>(rect.bottom) - top;
     return true;
 }
+
+} // namespace headless

@@ -4,6 +4,8 @@
 
 #include <png.h>
 
+namespace headless {
+
 namespace {
 
 // Deflate shrinks 258 bytes to 2 bits at the very best.
@@ -149,3 +151,5 @@ HRESULT DecodePng(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     png_destroy_read_struct(&state.png, &state.info, nullptr);
     return result;
 }
+
+} // namespace headless

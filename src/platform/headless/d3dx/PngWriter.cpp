@@ -9,6 +9,8 @@
 
 #include <png.h>
 
+namespace headless {
+
 namespace {
 
 constexpr int kMaxSide = 16384;
@@ -113,3 +115,5 @@ bool WritePngFile(const char* path, int width, int height, const std::uint32_t* 
     }
     return true;
 }
+
+} // namespace headless

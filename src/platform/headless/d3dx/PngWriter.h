@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+namespace headless {
+
 /// Writes a picture as a PNG file: 32 bits a pixel with `withAlpha`, else 24 bits. `argb` holds
 /// `width` * `height` A8R8G8B8 pixels, row by row from the top, tightly packed; both sides lie in
 /// 1..16384. The same pixels always give the same bytes. The file is written under a temporary name
@@ -10,3 +12,5 @@
 /// failure gives false, leaves what was at `path` alone and says the reason in `errorOut`.
 bool WritePngFile(const char* path, int width, int height, const std::uint32_t* argb,
                   bool withAlpha, std::string& errorOut);
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless {
+
 // The binary kinds of the portable maps: P5 is grey, P6 red, green, blue. Written here, like BMP and
 // TGA, because the small decoders at hand give a cut file as a picture with a made-up rest.
 
@@ -120,3 +122,5 @@ HRESULT DecodePnm(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     ReadPixels(file.data() + header.Position(), count, grey, most, pixels);
     return D3D_OK;
 }
+
+} // namespace headless

@@ -6,6 +6,8 @@
 
 #include <new>
 
+namespace headless {
+
 namespace {
 
 constexpr IID kRenderToSurfaceId = {
@@ -189,6 +191,10 @@ HRESULT RenderToSurface::OnResetDevice()
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXCreateRenderToSurface(IDirect3DDevice9* device, UINT width, UINT height,
                                          D3DFORMAT format, BOOL depthStencil,

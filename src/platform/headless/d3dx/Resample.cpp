@@ -6,6 +6,8 @@
 #include <memory>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 struct Tap {
@@ -218,3 +220,5 @@ bool ResampleArgb(const std::uint32_t* source, UINT sourceWidth, UINT sourceHeig
     }
     return true;
 }
+
+} // namespace headless

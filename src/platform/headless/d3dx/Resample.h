@@ -5,6 +5,8 @@
 
 #include <d3dx9.h>
 
+namespace headless {
+
 /// Scales a picture of A8R8G8B8 pixels, both sides tightly packed and at least one pixel long.
 /// `filter` is one of
 /// - `D3DX_FILTER_NONE`: not scaled, the top left corners fall together, the rest becomes 0;
@@ -25,3 +27,5 @@ void HalveExactly(const void* source, std::size_t sourcePitchBytes, UINT targetW
 
 /// The part of a filter value that names the filter.
 inline constexpr DWORD kFilterKindMask = 0xFFFF;
+
+} // namespace headless

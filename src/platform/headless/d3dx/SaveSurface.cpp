@@ -10,6 +10,8 @@
 #include <memory>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 bool WriteFile(const char* path, D3DXIMAGE_FILEFORMAT format, const PixelSource& picture,
@@ -29,6 +31,10 @@ bool WriteFile(const char* path, D3DXIMAGE_FILEFORMAT format, const PixelSource&
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXSaveSurfaceToFileA(LPCSTR path, D3DXIMAGE_FILEFORMAT format,
                                       IDirect3DSurface9* surface, const PALETTEENTRY*,

@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/SurfaceReader.h"
 
+namespace headless {
+
 SurfaceReader::~SurfaceReader()
 {
     if (locked)
@@ -39,3 +41,5 @@ PixelSource SurfaceReader::Source() const
     return {FindPixelFormat(desc.Format), desc.Width, desc.Height, rect.pBits,
             static_cast<std::size_t>(rect.Pitch)};
 }
+
+} // namespace headless

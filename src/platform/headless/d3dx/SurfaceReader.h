@@ -3,6 +3,8 @@
 #include "platform/ComPointer.h"
 #include "platform/headless/d3dx/PixelCopy.h"
 
+namespace headless {
+
 /// Gives the pixels of a surface as long as this lives. What cannot be locked, such as a render
 /// target in the device's memory, is first copied to system memory.
 class SurfaceReader {
@@ -24,3 +26,5 @@ private:
     D3DSURFACE_DESC desc = {};
     D3DLOCKED_RECT rect = {};
 };
+
+} // namespace headless

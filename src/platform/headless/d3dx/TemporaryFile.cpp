@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+namespace headless {
+
 // The process id keeps two programs that write the same picture at once apart.
 TemporaryFile::TemporaryFile(const char* path)
     : targetPath(path),
@@ -34,3 +36,5 @@ bool TemporaryFile::Commit()
     DeleteFileA(temporaryPath.c_str());
     return false;
 }
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string>
 
+namespace headless {
+
 /// A file that appears under its name only when it is complete: it is written under a temporary name
 /// in the same directory, and `Commit` renames it. Without `Commit` nothing is left behind.
 class TemporaryFile {
@@ -23,3 +25,5 @@ private:
     std::string temporaryPath;
     FILE* stream; // owned, closed by `Commit` or the destructor
 };
+
+} // namespace headless

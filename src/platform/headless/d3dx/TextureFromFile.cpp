@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace headless {
+
 namespace {
 
 // The texture that a call asks for, first as given and then as the device can make it.
@@ -152,6 +154,10 @@ HRESULT CreateFromImage(IDirect3DDevice9* device, ImageFile file, TextureRequest
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXGetImageInfoFromFileInMemory(LPCVOID data, UINT sizeBytes,
                                                 D3DXIMAGE_INFO* infoOut)

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace headless {
+
 namespace {
 
 constexpr UINT kDefaultSide = 256;
@@ -55,6 +57,10 @@ UINT FitLevels(const D3DCAPS9& caps, DWORD usage, UINT width, UINT height, UINT 
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 HRESULT WINAPI D3DXCheckTextureRequirements(IDirect3DDevice9* device, UINT* widthInOut,
                                             UINT* heightInOut, UINT* levelsInOut, DWORD usage,

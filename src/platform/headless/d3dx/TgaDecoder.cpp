@@ -4,6 +4,8 @@
 #include <cstring>
 #include <new>
 
+namespace headless {
+
 namespace {
 
 constexpr std::size_t kHeaderSize = 18;
@@ -233,3 +235,5 @@ HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     const bool whole = ConvertPixels(file, header, source, pixels, imageOut.levels[0].pitchBytes);
     return whole ? D3D_OK : D3DXERR_INVALIDDATA;
 }
+
+} // namespace headless

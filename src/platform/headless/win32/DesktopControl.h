@@ -6,6 +6,8 @@
 
 #include <commdlg.h>
 
+namespace headless {
+
 // For tests only: answers what a user at a desktop would, and tells what the program asked for.
 
 /// The answer to a file dialog: fills `lpstrFile` and gives TRUE, or cancels with FALSE. `call` is the
@@ -20,3 +22,5 @@ WORD LastDialogResource();
 
 /// What the last `RedrawWindow` was told; 0 before the first one.
 UINT LastRedrawFlags();
+
+} // namespace headless

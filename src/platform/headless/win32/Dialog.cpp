@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace headless {
+
 namespace {
 
 /// A dialog on its way through its procedure; its address is its handle.
@@ -29,6 +31,10 @@ public:
 
 } // namespace
 
+} // namespace headless
+
+using namespace headless;
+
 INT_PTR WINAPI DialogBoxParamA(HINSTANCE, LPCSTR name, HWND owner, DLGPROC procedure,
                                LPARAM parameter)
 {
@@ -47,7 +53,7 @@ INT_PTR WINAPI DialogBoxParamA(HINSTANCE, LPCSTR name, HWND owner, DLGPROC proce
     return scope.dialog.result.value_or(-1);
 }
 
-WORD LastDialogResource()
+WORD headless::LastDialogResource()
 {
     return gLastResource;
 }

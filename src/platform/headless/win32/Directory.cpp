@@ -14,6 +14,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace headless {
+
 namespace {
 
 /// What a search gives of one entry.
@@ -125,6 +127,10 @@ DWORD GiveText(const std::string& text, DWORD size, LPSTR buffer)
 
 } // namespace
 
+} // namespace headless
+
+using namespace headless;
+
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer)
 {
     const std::unique_ptr<char, void (*)(void*)> path(getcwd(nullptr, 0), std::free);
@@ -220,7 +226,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* 
     return TRUE;
 }
 
-void SimulateFileIndex(std::optional<std::uint64_t> index)
+void headless::SimulateFileIndex(std::optional<std::uint64_t> index)
 {
     gReportedFileIndex = index;
 }

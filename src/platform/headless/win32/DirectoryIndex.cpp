@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unordered_map>
 
+namespace headless {
+
 namespace {
 
 /// Below this many entries reading the directory is as quick as keeping an index true.
@@ -100,3 +102,5 @@ void NoteEntryChanged(const std::string& path)
         gIndex.entries.erase(Folded(leaf));
     gIndex.changed = info.st_mtim;
 }
+
+} // namespace headless

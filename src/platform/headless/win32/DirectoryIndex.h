@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace headless {
+
 /// The entry of `directory` ("" is the current one) that equals `name` but for letter case: the
 /// first in byte order if there are several, empty if there is none.
 /// A large directory is indexed, so that a run over 100,000 files does not read it for each of them;
@@ -11,3 +13,5 @@ std::string FindEntryIgnoringCase(const std::string& directory, const std::strin
 /// Tells that this process has just made, replaced or removed the entry at `path`, which would
 /// otherwise look like somebody else's change and cost a new index.
 void NoteEntryChanged(const std::string& path);
+
+} // namespace headless

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <sys/stat.h>
 
+namespace headless {
+
 namespace {
 
 char FoldCase(char c)
@@ -99,3 +101,5 @@ std::string ResolveTargetPath(const char* path)
         return wanted;
     return ResolveHostPath(wanted.substr(0, leaf).c_str()) + wanted.substr(leaf);
 }
+
+} // namespace headless

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace headless {
+
 /// Turns a path with either separator and any letter case into one of this host's files.
 /// Where the exact name does not exist, each missing component takes the first entry, in byte order,
 /// that differs from it in letter case only. A path that matches nothing comes back with `/` as its
@@ -21,3 +23,5 @@ bool MatchesWildcard(const char* name, const char* pattern);
 
 /// True if the pattern holds a `*` or a `?`.
 bool HasWildcard(const char* pattern);
+
+} // namespace headless

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <sys/stat.h>
 
+namespace headless {
+
 namespace {
 
 bool IsPathRatherThanOption(const char* argument)
@@ -31,3 +33,5 @@ std::string JoinArguments(int count, const char* const* arguments)
     }
     return line;
 }
+
+} // namespace headless

@@ -2,7 +2,13 @@
 
 #include <cerrno>
 
+namespace headless {
+
 static DWORD gLastErrorCode = ERROR_SUCCESS;
+
+} // namespace headless
+
+using namespace headless;
 
 DWORD WINAPI GetLastError()
 {
@@ -13,6 +19,8 @@ void WINAPI SetLastError(DWORD code)
 {
     gLastErrorCode = code;
 }
+
+namespace headless {
 
 BOOL FailWith(DWORD code)
 {
@@ -31,3 +39,5 @@ BOOL FailWithErrno()
         return FailWith(ERROR_ACCESS_DENIED);
     }
 }
+
+} // namespace headless

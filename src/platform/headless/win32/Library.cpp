@@ -1,12 +1,18 @@
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/LastError.h"
 
+namespace headless {
+
 namespace {
 
 /// The libraries that this host stands in for; a probe for any other one fails.
 const char* const kBuiltInLibraries[] = {"d3d9.dll", "d3dx9_30.dll"};
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 HMODULE WINAPI GetModuleHandleA(LPCSTR)
 {

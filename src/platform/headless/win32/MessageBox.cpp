@@ -3,12 +3,18 @@
 #include <cstdio>
 #include <utility>
 
+namespace headless {
+
 static FileDialogAnswer gFileDialogAnswer;
 
 void AnswerFileDialogs(FileDialogAnswer answer)
 {
     gFileDialogAnswer = std::move(answer);
 }
+
+} // namespace headless
+
+using namespace headless;
 
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT)
 {

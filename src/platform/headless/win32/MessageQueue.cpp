@@ -2,7 +2,13 @@
 
 #include <deque>
 
+namespace headless {
+
 static std::deque<MSG> gQueue;
+
+} // namespace headless
+
+using namespace headless;
 
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {

@@ -7,6 +7,8 @@
 #include <string>
 #include <sys/stat.h>
 
+using namespace headless;
+
 FILE* OpenFileStream(const char* path, const char* mode)
 {
     const bool mayMake = mode[0] != 'r';

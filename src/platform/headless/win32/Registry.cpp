@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace headless {
+
 namespace {
 
 /// An opened key: the lines of its file.
@@ -39,6 +41,10 @@ std::string KeyFile(const char* subKey)
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD, DWORD access, HKEY* keyOut)
 {

@@ -16,6 +16,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace headless {
+
 namespace {
 
 constexpr const char* kPrefix = ".qsa2qsb-";
@@ -85,6 +87,10 @@ std::string FollowLinks(const std::string& path)
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 ReplacementFile::~ReplacementFile()
 {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace headless;
+
 int WINAPI LoadStringA(HINSTANCE, UINT id, LPSTR buffer, int size)
 {
     if (size <= 0)

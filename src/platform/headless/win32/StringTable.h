@@ -1,5 +1,7 @@
 #pragma once
 
+namespace headless {
+
 /// One row of the program's string table.
 struct StringResource {
     unsigned id;
@@ -8,3 +10,5 @@ struct StringResource {
 
 extern const StringResource kStringTable[];
 extern const unsigned kStringTableCount;
+
+} // namespace headless

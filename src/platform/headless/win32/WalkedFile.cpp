@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+namespace headless {
+
 namespace {
 
 /// Null outside of a conversion.
@@ -21,6 +23,10 @@ void Say(const char* what)
 }
 
 } // namespace
+
+} // namespace headless
+
+using namespace headless;
 
 WalkedFile::WalkedFile(const char* directory, const char* below, const char* name)
 {
@@ -45,7 +51,11 @@ void ReportNoKeyword()
         Say("holds no scene (no keyword of the format found)");
 }
 
+namespace headless {
+
 std::string DirectoriesBelowPattern()
 {
     return gFile.below != nullptr ? gFile.below : "";
 }
+
+} // namespace headless

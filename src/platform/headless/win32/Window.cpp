@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+using namespace headless;
+
 // A window is a record. Handles are its address; the record outlives nothing but its own destruction,
 // and a handle that is not in the list is refused as the real host refuses a stale one.
 
@@ -23,6 +25,8 @@ struct HWND__ {
     bool needsPaint;
     bool needsErase;
 };
+
+namespace headless {
 
 namespace {
 
@@ -54,6 +58,8 @@ auto FindWindowRecord(HWND window)
 }
 
 } // namespace
+
+} // namespace headless
 
 ATOM WINAPI RegisterClassExA(const WNDCLASSEXA* windowClass)
 {
@@ -145,7 +151,7 @@ BOOL WINAPI RedrawWindow(HWND window, const RECT*, HRGN, UINT flags)
     return TRUE;
 }
 
-UINT LastRedrawFlags()
+UINT headless::LastRedrawFlags()
 {
     return gLastRedrawFlags;
 }

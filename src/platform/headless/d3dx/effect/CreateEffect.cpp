@@ -10,6 +10,8 @@
 #include "platform/headless/d3dx/effect/FxPreprocessor.h"
 #include "platform/headless/d3dx/effect/FxTextBuffer.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// How a text comes to be: what the two ways to make an effect have in common.
@@ -78,6 +80,11 @@ HRESULT Create(const Request& request, const std::string& path, std::string_view
 }
 
 } // namespace
+
+} // namespace headless::fx
+
+using namespace headless;
+using namespace headless::fx;
 
 HRESULT WINAPI D3DXCreateEffect(IDirect3DDevice9* device, const void* data, UINT sizeBytes,
                                 const D3DXMACRO* defines, ID3DXInclude* include, DWORD,

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
+using namespace headless::fx;
+
 std::string EffectFault(ID3DXEffect& effect, D3DXHANDLE technique)
 {
     auto* const own = dynamic_cast<FxEffect*>(&effect); // tests put others in its place

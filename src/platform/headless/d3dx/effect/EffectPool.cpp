@@ -4,6 +4,8 @@
 
 #include "platform/headless/d3dx/InterfaceId.h"
 
+namespace headless::fx {
+
 namespace {
 
 constexpr IID kEffectPoolId = {
@@ -71,6 +73,10 @@ bool EffectPool::Share(FxParameter& parameter)
     Adopt(parameter, known);
     return true;
 }
+
+} // namespace headless::fx
+
+using namespace headless::fx;
 
 HRESULT WINAPI D3DXCreateEffectPool(ID3DXEffectPool** poolOut)
 {

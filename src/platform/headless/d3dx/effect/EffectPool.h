@@ -8,6 +8,8 @@
 
 #include "platform/headless/d3dx/effect/FxParameter.h"
 
+namespace headless::fx {
+
 /// Values of `shared` parameters, by name. A value lives as long as an effect of the pool uses it.
 class EffectPool final : public ID3DXEffectPool {
 public:
@@ -28,3 +30,5 @@ private:
     ULONG references = 1;
     std::map<std::string, Entry> entries;
 };
+
+} // namespace headless::fx

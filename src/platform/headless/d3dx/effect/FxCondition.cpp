@@ -4,6 +4,8 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 
+namespace headless::fx {
+
 namespace {
 
 using Value = std::uint64_t; // wraps round instead of overflowing; signed where it matters
@@ -232,3 +234,5 @@ bool FxEvaluateCondition(std::span<const FxToken> words, FxPlace place, FxDiagno
 {
     return Reader(words, place, diagnostics).Read(valueOut);
 }
+
+} // namespace headless::fx

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace headless::fx {
+
 namespace {
 
 /// A name or a message with words of a file is cut here.
@@ -32,3 +34,5 @@ void FxDiagnostics::Keep(FxPlace place, FxError error, const std::string& what)
     std::replace(text.begin(), text.end(), '\0', '?');
     text += '\n';
 }
+
+} // namespace headless::fx

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace headless::fx {
+
 /// A place in one of the files of an effect. Lines and columns count from 1, columns in bytes.
 struct FxPlace {
     std::uint32_t file = 0; ///< index given by `FxDiagnostics::AddFile`
@@ -62,3 +64,5 @@ private:
     std::vector<std::string> files;
     std::string text;
 };
+
+} // namespace headless::fx

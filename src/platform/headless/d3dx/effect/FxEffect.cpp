@@ -9,6 +9,8 @@
 #include "platform/headless/d3dx/InterfaceId.h"
 #include "platform/headless/d3dx/effect/FxToken.h"
 
+namespace headless::fx {
+
 namespace {
 
 constexpr IID kBaseEffectId = {
@@ -300,3 +302,5 @@ HRESULT FxEffect::GetPassDesc(D3DXHANDLE handle, D3DXPASS_DESC* descOut)
                 function(pass->vertexFunction), function(pass->pixelFunction)};
     return D3D_OK;
 }
+
+} // namespace headless::fx

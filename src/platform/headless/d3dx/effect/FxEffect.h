@@ -11,6 +11,8 @@
 #include "platform/headless/d3dx/effect/FxPassStates.h"
 #include "platform/headless/d3dx/effect/FxSavedStates.h"
 
+namespace headless::fx {
+
 /// An effect made of a text. Its operations are split by topic over the files FxEffect*.cpp; those that
 /// the host does not model are in FxEffectUnmodelled.cpp.
 ///
@@ -170,3 +172,5 @@ private:
     FxPassStates passStates;
     FxSavedStates savedStates;
 };
+
+} // namespace headless::fx

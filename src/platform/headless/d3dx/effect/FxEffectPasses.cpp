@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// Whether the texture lives in memory that a reset takes away. There are only flat ones on this host.
@@ -223,3 +225,5 @@ HRESULT FxEffect::OnResetDevice()
 {
     return OrderedResult("ID3DXEffect::OnResetDevice");
 }
+
+} // namespace headless::fx

@@ -4,6 +4,8 @@
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
+namespace headless::fx {
+
 HRESULT FxEffect::GetFunctionDesc(D3DXHANDLE shader, D3DXFUNCTION_DESC* descOut)
 {
     return Unmodelled("ID3DXEffect::GetFunctionDesc", shader, descOut);
@@ -77,3 +79,5 @@ HRESULT FxEffect::CloneEffect(IDirect3DDevice9* target, ID3DXEffect** effectOut)
         *effectOut = nullptr;
     return Unmodelled("ID3DXEffect::CloneEffect", target, effectOut);
 }
+
+} // namespace headless::fx

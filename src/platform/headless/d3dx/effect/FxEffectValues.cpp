@@ -4,6 +4,8 @@
 #include "platform/headless/d3dx/effect/FxEffect.h"
 #include "platform/headless/d3dx/effect/FxValues.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// A texture parameter that is no array, or null.
@@ -326,3 +328,5 @@ HRESULT FxEffect::GetTexture(D3DXHANDLE handle, IDirect3DBaseTexture9** textureO
     *textureOut = ComPointer<IDirect3DBaseTexture9>(*place).Detach();
     return D3D_OK;
 }
+
+} // namespace headless::fx

@@ -5,6 +5,8 @@
 
 #include "platform/headless/d3dx/effect/FxParameter.h"
 
+namespace headless::fx {
+
 namespace {
 
 FxNumber Load(const FxParameter& parameter, std::size_t firstCell, const FxShape& shape)
@@ -291,3 +293,5 @@ std::uint64_t FxExpression::Newest() const
             newest = std::max(newest, step.parameter->storage->changed);
     return newest;
 }
+
+} // namespace headless::fx

@@ -6,6 +6,8 @@
 #include "platform/headless/d3dx/effect/FxIntrinsics.h"
 #include "platform/headless/d3dx/effect/FxNumber.h"
 
+namespace headless::fx {
+
 struct FxParameter;
 
 enum class FxOperation : std::uint8_t {
@@ -85,3 +87,5 @@ private:
     std::vector<FxStep> steps;
     std::vector<FxNumber> literals;
 };
+
+} // namespace headless::fx

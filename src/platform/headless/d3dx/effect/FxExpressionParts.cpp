@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/effect/FxExpressionReader.h"
 
+namespace headless::fx {
+
 // Kept whole: one loop over the parts of a path, whose order is what matters.
 bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut)
 {
@@ -137,3 +139,5 @@ bool FxExpressionReader::MatrixComponents(std::string_view text, const FxShape& 
     }
     return text.empty() && stepOut.shape.columns > 0;
 }
+
+} // namespace headless::fx

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// What an operator's operands must be and what comes of them.
@@ -204,3 +206,5 @@ bool FxExpressionReader::Postfix(FxExpression& out)
             return true;
     }
 }
+
+} // namespace headless::fx

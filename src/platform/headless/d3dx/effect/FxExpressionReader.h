@@ -4,6 +4,8 @@
 #include "platform/headless/d3dx/effect/FxTypes.h"
 #include "platform/headless/d3dx/effect/FxWords.h"
 
+namespace headless::fx {
+
 /// Reads expressions and checks their types, so that to evaluate them cannot fail.
 class FxExpressionReader {
 public:
@@ -59,3 +61,5 @@ private:
 /// Adds what makes the value one of `target`: a scalar fills it, more rows or columns are cut. False if
 /// there is too little.
 bool FxAddConversion(FxExpression& expressionInOut, const FxShape& target);
+
+} // namespace headless::fx

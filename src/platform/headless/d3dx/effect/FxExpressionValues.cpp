@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/effect/FxExpressionReader.h"
 
+namespace headless::fx {
+
 bool FxExpressionReader::Literal(FxExpression& out)
 {
     const FxToken word = words.Next();
@@ -192,3 +194,5 @@ bool FxExpressionReader::ReadList(const FxShape& target, FxExpression& out)
     out.Add(step);
     return true;
 }
+
+} // namespace headless::fx

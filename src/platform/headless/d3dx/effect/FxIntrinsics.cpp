@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace headless::fx {
+
 namespace {
 
 using Shapes = std::span<const FxShape>;
@@ -259,3 +261,5 @@ const FxIntrinsic* FxFindIntrinsic(std::string_view name)
             return &intrinsic;
     return nullptr;
 }
+
+} // namespace headless::fx

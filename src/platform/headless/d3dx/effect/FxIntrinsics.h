@@ -5,6 +5,8 @@
 
 #include "platform/headless/d3dx/effect/FxNumber.h"
 
+namespace headless::fx {
+
 /// A function that expressions can call. Floats go in and come out; each component is computed in
 /// double precision and rounded once.
 struct FxIntrinsic {
@@ -20,3 +22,5 @@ struct FxIntrinsic {
 
 /// Null if there is none of the name.
 const FxIntrinsic* FxFindIntrinsic(std::string_view name);
+
+} // namespace headless::fx

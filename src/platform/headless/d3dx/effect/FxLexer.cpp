@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace headless::fx {
+
 namespace {
 
 bool IsDigit(char c)
@@ -255,3 +257,5 @@ bool FxLex(const FxSourceText& source, std::uint32_t file, std::size_t budget,
 {
     return Lexer(source, file, diagnostics).Run(budget, tokensOut);
 }
+
+} // namespace headless::fx

@@ -7,6 +7,8 @@
 
 #include "platform/headless/d3dx/effect/FxToken.h"
 
+namespace headless::fx {
+
 /// A file's text with its continued lines joined.
 struct FxSourceText {
     std::string text;
@@ -21,3 +23,5 @@ struct FxSourceText {
 /// conditions leave out need not be one of the language. `source` must outlive the tokens.
 bool FxLex(const FxSourceText& source, std::uint32_t file, std::size_t budget,
            FxDiagnostics& diagnostics, std::vector<FxToken>& tokensOut);
+
+} // namespace headless::fx

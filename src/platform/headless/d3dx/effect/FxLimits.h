@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace headless::fx {
+
 // What one effect may take. A text beyond any of these is refused by an error that names the place:
 // memory, time and the depth of calls never depend on what a file says.
 
@@ -24,3 +26,5 @@ inline constexpr std::size_t kFxMaxElements = std::size_t{1} << 15;
 inline constexpr std::size_t kFxMaxNodes = std::size_t{1} << 16;
 /// Numbers in the values of all parameters.
 inline constexpr std::size_t kFxMaxCells = std::size_t{1} << 20;
+
+} // namespace headless::fx

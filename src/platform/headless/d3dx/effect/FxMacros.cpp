@@ -5,6 +5,8 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 
+namespace headless::fx {
+
 namespace {
 
 FxToken WithPlaceOf(FxToken word, const FxToken& call)
@@ -290,3 +292,5 @@ bool FxMacros::Substitute(const FxMacro& macro, const Arguments& arguments, cons
     }
     return true;
 }
+
+} // namespace headless::fx

@@ -7,6 +7,8 @@
 
 #include "platform/headless/d3dx/effect/FxSources.h"
 
+namespace headless::fx {
+
 /// `#define`: its parameters and what stands for a call.
 struct FxMacro {
     bool takesArguments = false;
@@ -48,3 +50,5 @@ private:
     std::unordered_map<std::string_view, FxMacro> macros;
     std::size_t spent = 0;
 };
+
+} // namespace headless::fx

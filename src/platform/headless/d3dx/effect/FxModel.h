@@ -8,6 +8,8 @@
 #include "platform/headless/d3dx/effect/FxParameter.h"
 #include "platform/headless/d3dx/effect/FxTypes.h"
 
+namespace headless::fx {
+
 /// A pass. Its address is its handle, as that of a technique.
 struct FxPass {
     std::string name;
@@ -37,3 +39,5 @@ struct FxModel {
     std::string
         lack; ///< why this host has no technique of it at all; "" where it has read the text
 };
+
+} // namespace headless::fx

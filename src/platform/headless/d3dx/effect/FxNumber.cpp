@@ -5,6 +5,8 @@
 #include <charconv>
 #include <limits>
 
+namespace headless::fx {
+
 namespace {
 
 std::int32_t Truncate(float value)
@@ -132,3 +134,5 @@ bool FxParseNumber(std::string_view text, FxNumber& numberOut)
     numberOut.SetFloat(0, value);
     return error == std::errc() && end == last;
 }
+
+} // namespace headless::fx

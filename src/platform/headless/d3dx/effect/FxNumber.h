@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace headless::fx {
+
 // Numbers of effects. Each lies in a cell of four bytes: a BOOL of 0 or 1, a 32-bit integer, or the bits
 // of a float.
 
@@ -53,3 +55,5 @@ std::array<float, 4> FxUnpackColor(D3DCOLOR color);
 /// A number as it stands in a text: whole ones in base 8, 10 or 16 with U and L behind them, floats
 /// with F, H or L. False for anything else or what is out of range.
 bool FxParseNumber(std::string_view text, FxNumber& numberOut);
+
+} // namespace headless::fx

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace headless::fx {
+
 namespace {
 
 std::uint64_t gNewestStamp = 0;
@@ -101,3 +103,5 @@ FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,
             return parameter.get();
     return nullptr;
 }
+
+} // namespace headless::fx

@@ -12,6 +12,8 @@
 #include "platform/headless/d3dx/effect/FxExpression.h"
 #include "platform/headless/d3dx/effect/FxStates.h"
 
+namespace headless::fx {
+
 struct FxParameter;
 
 /// A texture, sampler or shader that an assignment names.
@@ -89,3 +91,5 @@ struct FxParameter {
 /// The part, element or annotation of the name; null if there is none.
 FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,
                           std::string_view name);
+
+} // namespace headless::fx

@@ -4,6 +4,8 @@
 #include "platform/headless/d3dx/effect/FxExpressionReader.h"
 #include "platform/headless/d3dx/effect/FxModel.h"
 
+namespace headless::fx {
+
 /// Reads an effect's words into a model. What it cannot read is an error of `diagnostics`.
 class FxParser {
 public:
@@ -79,3 +81,5 @@ private:
     std::size_t nodes = 0;
     std::size_t cells = 0;
 };
+
+} // namespace headless::fx

@@ -6,6 +6,8 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 
+namespace headless::fx {
+
 FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
                    FxModel& target)
     : diagnostics(log),
@@ -398,3 +400,5 @@ bool FxParser::Annotation(List& annotationsOut)
     annotationsOut.push_back(std::move(annotation));
     return true;
 }
+
+} // namespace headless::fx

@@ -6,6 +6,8 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 
+namespace headless::fx {
+
 namespace {
 
 constexpr const char* kNoShaders = "this host does not compile shaders";
@@ -290,3 +292,5 @@ bool FxParser::ObjectValue(const FxState& state, FxAssignment& assignmentOut)
         return words.AcceptClosingAngle() || words.Unexpected("'>'");
     return !inBrackets || words.Expect(")");
 }
+
+} // namespace headless::fx

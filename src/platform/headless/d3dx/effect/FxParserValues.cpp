@@ -6,6 +6,8 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// The type of each cell, in their order. Structs lie in one another to a limited depth.
@@ -295,3 +297,5 @@ bool FxParser::Shader(bool isVertex, DWORD& versionOut)
     versionOut = ShaderVersion(isVertex, isAssembler ? 2 : 1);
     return words.SkipValue();
 }
+
+} // namespace headless::fx

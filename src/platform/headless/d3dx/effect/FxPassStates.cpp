@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 
+namespace headless::fx {
+
 namespace {
 
 /// What a light that nobody has set yet begins with: white, along the z axis.
@@ -193,3 +195,5 @@ HRESULT FxPassStates::ApplyRecord(IDirect3DDevice9& device, const FxPass& pass,
     PutFields(pass, first, &light);
     return device.SetLight(key.index, &light);
 }
+
+} // namespace headless::fx

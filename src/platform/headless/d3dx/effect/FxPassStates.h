@@ -8,6 +8,8 @@
 
 #include "platform/headless/d3dx/effect/FxModel.h"
 
+namespace headless::fx {
+
 /// Sends the states of passes to a device.
 class FxPassStates {
 public:
@@ -30,3 +32,5 @@ private:
     std::vector<FxStateKey> sentRecords;
     const FxAssignment* refused = nullptr; ///< not owned, lives in the pass
 };
+
+} // namespace headless::fx

@@ -6,6 +6,8 @@
 #include "platform/headless/d3dx/effect/FxCondition.h"
 #include "platform/headless/d3dx/effect/FxLimits.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// What every effect can ask for.
@@ -304,3 +306,5 @@ bool FxPreprocessor::RaiseError(Words line)
         text += (word.spaceBefore && !text.empty() ? " " : "") + std::string(word.text);
     return diagnostics.Fail(line[0].place, FxError::ErrorDirective, text);
 }
+
+} // namespace headless::fx

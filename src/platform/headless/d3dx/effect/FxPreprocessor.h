@@ -7,6 +7,8 @@
 
 #include "platform/headless/d3dx/effect/FxMacros.h"
 
+namespace headless::fx {
+
 /// An effect's text with includes brought in, conditions settled and macros replaced.
 class FxPreprocessor {
 public:
@@ -63,3 +65,5 @@ private:
     std::size_t includes = 0;
     std::size_t tokensRead = 0;
 };
+
+} // namespace headless::fx

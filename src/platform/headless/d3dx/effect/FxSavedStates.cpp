@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/effect/FxSavedStates.h"
 
+namespace headless::fx {
+
 namespace {
 
 /// What the caller asked not to be saved.
@@ -137,3 +139,5 @@ void FxSavedStates::Drop()
     vertexShader.Free();
     pixelShader.Free();
 }
+
+} // namespace headless::fx

@@ -8,6 +8,8 @@
 #include "platform/ComPointer.h"
 #include "platform/headless/d3dx/effect/FxStates.h"
 
+namespace headless::fx {
+
 /// What the device's states were before a technique began. The device has no state blocks of its own,
 /// so this keeps just the states that the technique touches.
 class FxSavedStates {
@@ -38,3 +40,5 @@ private:
     ComPointer<IDirect3DVertexShader9> vertexShader;
     ComPointer<IDirect3DPixelShader9> pixelShader;
 };
+
+} // namespace headless::fx

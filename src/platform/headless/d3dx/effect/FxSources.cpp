@@ -7,6 +7,8 @@
 #include "platform/OpenFileStream.h"
 #include "platform/headless/d3dx/effect/FxLimits.h"
 
+namespace headless::fx {
+
 namespace {
 
 struct StreamCloser {
@@ -101,3 +103,5 @@ bool FxSources::IncludeByHandler(const std::string& name, bool isSystem, const v
     fileOut.text = Add({static_cast<const char*>(data), size});
     return fileOut.text != nullptr;
 }
+
+} // namespace headless::fx

@@ -10,6 +10,8 @@
 
 #include "platform/headless/d3dx/effect/FxLexer.h"
 
+namespace headless::fx {
+
 /// The texts of one effect: its files and what macros put together. Tokens point into them, so they
 /// live as long as any token.
 class FxSources {
@@ -50,3 +52,5 @@ private:
     std::size_t fileBytes = 0;
     std::size_t madeBytes = 0;
 };
+
+} // namespace headless::fx

@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/effect/FxStateWords.h"
 
+namespace headless::fx {
+
 namespace {
 
 constexpr FxStateWord kZBuffer[] = {
@@ -186,3 +188,5 @@ const FxStateWords kFxAddressWords = {"D3DTADDRESS_", kAddress};
 const FxStateWords kFxFilterWords = {"D3DTEXF_", kFilter};
 const FxStateWords kFxLightTypeWords = {"D3DLIGHT_", kLightType};
 const FxStateWords kFxVertexFormatWords = {"D3DFVF_", kVertexFormat};
+
+} // namespace headless::fx

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/effect/FxStates.h"
 
+namespace headless::fx {
+
 // The words that the values of states are written with, one table for each public enumeration.
 
 extern const FxStateWords kFxZBufferWords;
@@ -29,3 +31,5 @@ extern const FxStateWords kFxAddressWords;
 extern const FxStateWords kFxFilterWords;
 extern const FxStateWords kFxLightTypeWords;
 extern const FxStateWords kFxVertexFormatWords;
+
+} // namespace headless::fx

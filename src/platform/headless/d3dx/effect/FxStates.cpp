@@ -7,6 +7,8 @@
 #include "platform/headless/d3dx/effect/FxStateWords.h"
 #include "platform/headless/d3dx/effect/FxToken.h"
 
+namespace headless::fx {
+
 namespace {
 
 using Kind = FxStateKind;
@@ -276,3 +278,5 @@ const FxState* FxFindSamplerState(std::string_view name)
     const bool fits = state && (state->kind == Kind::Sampler || state->kind == Kind::Texture);
     return fits ? state : nullptr;
 }
+
+} // namespace headless::fx

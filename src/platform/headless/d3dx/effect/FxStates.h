@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+namespace headless::fx {
+
 /// Where a state lives in the device.
 enum class FxStateKind {
     Render,
@@ -81,3 +83,5 @@ struct FxStateKey {
 inline constexpr UINT kFxStageCount = 8;
 inline constexpr UINT kFxSamplerCount = 16;
 inline constexpr UINT kFxLightCount = 8;
+
+} // namespace headless::fx

@@ -5,6 +5,8 @@
 
 #include "platform/headless/d3dx/InterfaceId.h"
 
+namespace headless::fx {
+
 namespace {
 
 constexpr IID kBufferId = {
@@ -47,3 +49,5 @@ ID3DXBuffer* FxMakeTextBuffer(const std::string& text)
 {
     return new (std::nothrow) TextBuffer(text);
 }
+
+} // namespace headless::fx

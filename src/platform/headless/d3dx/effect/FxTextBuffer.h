@@ -4,5 +4,9 @@
 
 #include <string>
 
+namespace headless::fx {
+
 /// A buffer with a terminated text, of which the caller holds one reference. Null if there is no memory.
 ID3DXBuffer* FxMakeTextBuffer(const std::string& text);
+
+} // namespace headless::fx

@@ -6,6 +6,8 @@
 
 #include "platform/headless/d3dx/effect/FxDiagnostics.h"
 
+namespace headless::fx {
+
 enum class FxTokenKind : std::uint8_t {
     End,
     Identifier,
@@ -38,3 +40,5 @@ bool FxSameWord(std::string_view a, std::string_view b);
 
 /// The token as an error names it: its text in quotation marks, or "the end of the file".
 std::string FxDescribe(const FxToken& token);
+
+} // namespace headless::fx

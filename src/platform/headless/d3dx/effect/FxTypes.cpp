@@ -5,6 +5,8 @@
 
 #include "platform/headless/d3dx/effect/FxToken.h"
 
+namespace headless::fx {
+
 namespace {
 
 struct NamedType {
@@ -143,3 +145,5 @@ bool FxNames::IsUnmodelled(std::string_view name) const
         return false;
     return unmodelled.contains(name) || (FindDeclaredType(name, type) && !type.isModelled);
 }
+
+} // namespace headless::fx

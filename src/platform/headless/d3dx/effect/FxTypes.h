@@ -11,6 +11,8 @@
 
 #include "platform/headless/d3dx/effect/FxNumber.h"
 
+namespace headless::fx {
+
 struct FxParameter;
 struct FxStruct;
 
@@ -69,3 +71,5 @@ struct FxNames {
     /// Whether the name is that of a parameter or a type that this host does not have.
     bool IsUnmodelled(std::string_view name) const;
 };
+
+} // namespace headless::fx

@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 
+namespace headless::fx {
+
 namespace {
 
 bool IsOneNumber(const FxParameter& parameter)
@@ -237,3 +239,5 @@ HRESULT FxSetRawBytes(FxParameter& parameter, const void* data, UINT offset, UIN
     parameter.storage->Touch();
     return D3D_OK;
 }
+
+} // namespace headless::fx

@@ -2,6 +2,8 @@
 
 #include "platform/headless/d3dx/effect/FxParameter.h"
 
+namespace headless::fx {
+
 // Values of parameters in and out, converted between types as the public documentation says. Each
 // gives `D3DERR_INVALIDCALL` where form or kind of the parameter does not fit the call.
 
@@ -38,3 +40,5 @@ HRESULT FxSetBytes(FxParameter& parameter, const void* data, UINT bytes);
 HRESULT FxGetBytes(const FxParameter& parameter, void* dataOut, UINT bytes);
 /// Bytes of numbers from `offset` on.
 HRESULT FxSetRawBytes(FxParameter& parameter, const void* data, UINT offset, UINT bytes);
+
+} // namespace headless::fx

@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/effect/FxWords.h"
 
+namespace headless::fx {
+
 bool FxWords::SkipAssembler()
 {
     const FxToken first = Next();
@@ -45,3 +47,5 @@ bool FxWords::SkipStatement()
     }
     return true;
 }
+
+} // namespace headless::fx

@@ -6,6 +6,8 @@
 
 #include "platform/headless/d3dx/effect/FxToken.h"
 
+namespace headless::fx {
+
 /// The words of an effect as its reader goes over them.
 class FxWords {
 public:
@@ -141,3 +143,5 @@ private:
     std::size_t position = 0;
     FxDiagnostics& diagnostics;
 };
+
+} // namespace headless::fx
