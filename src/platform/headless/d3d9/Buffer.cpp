@@ -1,7 +1,5 @@
 #include "platform/headless/d3d9/Buffer.h"
 
-#include "platform/headless/d3d9/Device.h"
-
 #include <new>
 
 namespace headless {
@@ -37,17 +35,17 @@ HRESULT BufferBytes::Unlock()
     return D3D_OK;
 }
 
-HeadlessVertexBuffer::HeadlessVertexBuffer(HeadlessDevice& owner,
+HeadlessVertexBuffer::HeadlessVertexBuffer(ResourceOwner& bufferOwner,
                                            const D3DVERTEXBUFFER_DESC& bufferDesc)
-    : ResourceLife(owner, ObjectKind::VertexBuffer, bufferDesc.Pool),
+    : ResourceLife(bufferOwner, ObjectKind::VertexBuffer, bufferDesc.Pool),
       desc(bufferDesc)
 {}
 
-HeadlessVertexBuffer* HeadlessVertexBuffer::Create(HeadlessDevice& device,
+HeadlessVertexBuffer* HeadlessVertexBuffer::Create(ResourceOwner& owner,
                                                    const D3DVERTEXBUFFER_DESC& desc)
 {
     std::unique_ptr<HeadlessVertexBuffer> buffer(new (std::nothrow)
-                                                     HeadlessVertexBuffer(device, desc));
+                                                     HeadlessVertexBuffer(owner, desc));
     return buffer && buffer->data.Allocate(desc.Size) ? buffer.release() : nullptr;
 }
 
@@ -83,17 +81,17 @@ HRESULT HeadlessVertexBuffer::GetDesc(D3DVERTEXBUFFER_DESC* descOut)
     return D3D_OK;
 }
 
-HeadlessIndexBuffer::HeadlessIndexBuffer(HeadlessDevice& owner,
+HeadlessIndexBuffer::HeadlessIndexBuffer(ResourceOwner& bufferOwner,
                                          const D3DINDEXBUFFER_DESC& bufferDesc)
-    : ResourceLife(owner, ObjectKind::IndexBuffer, bufferDesc.Pool),
+    : ResourceLife(bufferOwner, ObjectKind::IndexBuffer, bufferDesc.Pool),
       desc(bufferDesc)
 {}
 
-HeadlessIndexBuffer* HeadlessIndexBuffer::Create(HeadlessDevice& device,
+HeadlessIndexBuffer* HeadlessIndexBuffer::Create(ResourceOwner& owner,
                                                  const D3DINDEXBUFFER_DESC& desc)
 {
     std::unique_ptr<HeadlessIndexBuffer> buffer(new (std::nothrow)
-                                                    HeadlessIndexBuffer(device, desc));
+                                                    HeadlessIndexBuffer(owner, desc));
     return buffer && buffer->data.Allocate(desc.Size) ? buffer.release() : nullptr;
 }
 

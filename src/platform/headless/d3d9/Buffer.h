@@ -20,7 +20,7 @@ struct BufferBytes {
 class HeadlessVertexBuffer final : public Resource<IDirect3DVertexBuffer9>, public ResourceLife {
 public:
     /// The caller holds no reference yet. Null if there is no memory.
-    static HeadlessVertexBuffer* Create(HeadlessDevice& device, const D3DVERTEXBUFFER_DESC& desc);
+    static HeadlessVertexBuffer* Create(ResourceOwner& owner, const D3DVERTEXBUFFER_DESC& desc);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
@@ -35,8 +35,8 @@ public:
     const BufferBytes& Data() const { return data; }
 
 private:
-    HeadlessVertexBuffer(HeadlessDevice& owner, const D3DVERTEXBUFFER_DESC& bufferDesc);
-    HeadlessDevice& OwningDevice() const override { return Device(); }
+    HeadlessVertexBuffer(ResourceOwner& bufferOwner, const D3DVERTEXBUFFER_DESC& bufferDesc);
+    ResourceOwner& GetOwner() const override { return Owner(); }
     D3DPOOL ResourcePool() const override { return desc.Pool; }
 
     const D3DVERTEXBUFFER_DESC desc;
@@ -46,7 +46,7 @@ private:
 class HeadlessIndexBuffer final : public Resource<IDirect3DIndexBuffer9>, public ResourceLife {
 public:
     /// The caller holds no reference yet. Null if there is no memory.
-    static HeadlessIndexBuffer* Create(HeadlessDevice& device, const D3DINDEXBUFFER_DESC& desc);
+    static HeadlessIndexBuffer* Create(ResourceOwner& owner, const D3DINDEXBUFFER_DESC& desc);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
@@ -62,8 +62,8 @@ public:
     const D3DINDEXBUFFER_DESC& Desc() const { return desc; }
 
 private:
-    HeadlessIndexBuffer(HeadlessDevice& owner, const D3DINDEXBUFFER_DESC& bufferDesc);
-    HeadlessDevice& OwningDevice() const override { return Device(); }
+    HeadlessIndexBuffer(ResourceOwner& bufferOwner, const D3DINDEXBUFFER_DESC& bufferDesc);
+    ResourceOwner& GetOwner() const override { return Owner(); }
     D3DPOOL ResourcePool() const override { return desc.Pool; }
 
     const D3DINDEXBUFFER_DESC desc;

@@ -14,7 +14,7 @@ enum class Cooperation { Ok, Lost, NotReset };
 
 /// The device: state, implicit surfaces and the count of its children. Its operations are split by
 /// topic over the files Device*.cpp; those that the host does not model are in DeviceUnmodelled.cpp.
-class HeadlessDevice final : public IDirect3DDevice9 {
+class HeadlessDevice final : public IDirect3DDevice9, public ResourceOwner {
 public:
     /// `parameters` are complete (see PresentParameters.h). The caller holds one reference. Null if
     /// there is no memory. `owner` lives longer than the device.
@@ -227,10 +227,9 @@ public:
     HRESULT STDMETHODCALLTYPE DeletePatch(UINT handle) override;
     HRESULT STDMETHODCALLTYPE CreateQuery(D3DQUERYTYPE type, IDirect3DQuery9** queryOut) override;
 
-    /// The caller took its first reference of a child.
-    void ChildReferenced(ObjectKind kind, D3DPOOL pool);
-    /// The caller gave its last one back. May destroy this.
-    void ChildUnreferenced(ObjectKind kind, D3DPOOL pool);
+    void ChildReferenced(ObjectKind kind, D3DPOOL pool) override;
+    void ChildUnreferenced(ObjectKind kind, D3DPOOL pool) override;
+    IDirect3DDevice9& DeviceInterface() override { return *this; }
 
     void SetCooperation(Cooperation next) { cooperation = next; }
     const DeviceState& State() const { return state; }

@@ -1,14 +1,12 @@
 #include "platform/headless/d3d9/Resource.h"
 
-#include "platform/headless/d3d9/Device.h"
-
 #include <algorithm>
 #include <cstring>
 
 namespace headless {
 
-ResourceLife::ResourceLife(HeadlessDevice& owningDevice, ObjectKind objectKind, D3DPOOL objectPool)
-    : device(owningDevice),
+ResourceLife::ResourceLife(ResourceOwner& resourceOwner, ObjectKind objectKind, D3DPOOL objectPool)
+    : owner(resourceOwner),
       kind(objectKind),
       pool(objectPool)
 {}
@@ -18,7 +16,7 @@ ResourceLife::~ResourceLife() = default;
 ULONG ResourceLife::AddReference()
 {
     if (references++ == 0)
-        device.ChildReferenced(kind, pool);
+        owner.ChildReferenced(kind, pool);
     return references;
 }
 
@@ -29,12 +27,12 @@ ULONG ResourceLife::RemoveReference()
     const ULONG left = --references;
     if (left > 0)
         return left;
-    HeadlessDevice& owner = device;
+    ResourceOwner& counted = owner;
     const ObjectKind objectKind = kind;
     const D3DPOOL objectPool = pool;
     if (bindings == 0)
         delete this;
-    owner.ChildUnreferenced(objectKind, objectPool);
+    counted.ChildUnreferenced(objectKind, objectPool);
     return 0;
 }
 
@@ -44,10 +42,11 @@ void ResourceLife::RemoveBinding()
         delete this;
 }
 
-HRESULT DeviceOfResource(HeadlessDevice& device, IDirect3DDevice9** deviceOut)
+HRESULT DeviceOfResource(ResourceOwner& owner, IDirect3DDevice9** deviceOut)
 {
     if (!deviceOut)
         return D3DERR_INVALIDCALL;
+    IDirect3DDevice9& device = owner.DeviceInterface();
     device.AddRef();
     *deviceOut = &device;
     return D3D_OK;

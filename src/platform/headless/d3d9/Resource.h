@@ -1,13 +1,11 @@
 #pragma once
 
 #include "platform/headless/d3d9/CallControl.h"
-#include "platform/headless/d3d9/ObjectCensus.h"
+#include "platform/headless/d3d9/ResourceOwner.h"
 
 #include <d3d9.h>
 
 namespace headless {
-
-class HeadlessDevice;
 
 /// The lifetime of one child of a device. There are two counts: the caller's references, and the
 /// bindings, which are the places in the device that use the object (a stage, a stream, a target).
@@ -15,8 +13,8 @@ class HeadlessDevice;
 /// the device alive only while the caller refers to it.
 class ResourceLife {
 public:
-    /// `device` is not owned and outlives this.
-    ResourceLife(HeadlessDevice& device, ObjectKind kind, D3DPOOL pool);
+    /// `owner` is not owned and outlives this.
+    ResourceLife(ResourceOwner& owner, ObjectKind kind, D3DPOOL pool);
     virtual ~ResourceLife();
     ResourceLife(const ResourceLife&) = delete;
     ResourceLife& operator=(const ResourceLife&) = delete;
@@ -28,10 +26,10 @@ public:
     /// May destroy this.
     void RemoveBinding();
 
-    HeadlessDevice& Device() const { return device; }
+    ResourceOwner& Owner() const { return owner; }
 
 private:
-    HeadlessDevice& device;
+    ResourceOwner& owner;
     const ObjectKind kind;
     const D3DPOOL pool;
     ULONG references = 0;
@@ -64,7 +62,7 @@ private:
     T* object = nullptr;
 };
 
-HRESULT DeviceOfResource(HeadlessDevice& device, IDirect3DDevice9** deviceOut);
+HRESULT DeviceOfResource(ResourceOwner& owner, IDirect3DDevice9** deviceOut);
 
 /// The operations that all resources share, over the interface they implement.
 template <typename Interface>
@@ -72,7 +70,7 @@ class Resource : public Interface {
 public:
     HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9** deviceOut) override
     {
-        return DeviceOfResource(OwningDevice(), deviceOut);
+        return DeviceOfResource(GetOwner(), deviceOut);
     }
 
     HRESULT STDMETHODCALLTYPE SetPrivateData(REFGUID, const void* data, DWORD size,
@@ -105,7 +103,7 @@ public:
 
 protected:
     ~Resource() = default;
-    virtual HeadlessDevice& OwningDevice() const = 0;
+    virtual ResourceOwner& GetOwner() const = 0;
     virtual D3DPOOL ResourcePool() const = 0;
 
 private:

@@ -1,6 +1,5 @@
 #include "platform/headless/d3d9/Surface.h"
 
-#include "platform/headless/d3d9/Device.h"
 #include "platform/headless/d3d9/Texture.h"
 
 #include <new>
@@ -9,9 +8,9 @@ namespace headless {
 
 class HeadlessSurface::OwnLife final : public ResourceLife {
 public:
-    OwnLife(HeadlessDevice& owner, D3DPOOL surfacePool,
+    OwnLife(ResourceOwner& surfaceOwner, D3DPOOL surfacePool,
             std::unique_ptr<HeadlessSurface> ownedSurface)
-        : ResourceLife(owner, ObjectKind::Surface, surfacePool),
+        : ResourceLife(surfaceOwner, ObjectKind::Surface, surfacePool),
           surface(std::move(ownedSurface))
     {}
 
@@ -26,7 +25,7 @@ HeadlessSurface::HeadlessSurface(const D3DSURFACE_DESC& surfaceDesc, bool isLock
 
 HeadlessSurface::~HeadlessSurface() = default;
 
-HeadlessSurface* HeadlessSurface::Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+HeadlessSurface* HeadlessSurface::Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc,
                                          bool lockable)
 {
     std::unique_ptr<HeadlessSurface> surface(new (std::nothrow) HeadlessSurface(desc, lockable));
@@ -34,7 +33,7 @@ HeadlessSurface* HeadlessSurface::Create(HeadlessDevice& device, const D3DSURFAC
         !surface->pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
         return nullptr;
     HeadlessSurface* result = surface.get();
-    result->ownLife = new (std::nothrow) OwnLife(device, desc.Pool, std::move(surface));
+    result->ownLife = new (std::nothrow) OwnLife(owner, desc.Pool, std::move(surface));
     return result->ownLife ? result : nullptr;
 }
 
@@ -56,9 +55,9 @@ ResourceLife& HeadlessSurface::Life() const
     return *ownLife;
 }
 
-HeadlessDevice& HeadlessSurface::OwningDevice() const
+ResourceOwner& HeadlessSurface::GetOwner() const
 {
-    return Life().Device();
+    return Life().Owner();
 }
 
 HRESULT HeadlessSurface::QueryInterface(REFIID iid, void** objectOut)
@@ -101,7 +100,7 @@ HRESULT HeadlessSurface::GetContainer(REFIID iid, void** containerOut)
         return D3DERR_INVALIDCALL;
     if (texture)
         return texture->QueryInterface(iid, containerOut);
-    return OwningDevice().QueryInterface(iid, containerOut);
+    return GetOwner().DeviceInterface().QueryInterface(iid, containerOut);
 }
 
 HRESULT HeadlessSurface::GetDesc(D3DSURFACE_DESC* descOut)

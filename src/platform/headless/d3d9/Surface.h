@@ -14,7 +14,7 @@ class HeadlessSurface final : public Resource<IDirect3DSurface9> {
 public:
     /// A surface by itself. The caller holds no reference yet. `lockable` tells whether `LockRect`
     /// is allowed. Null if there is no memory.
-    static HeadlessSurface* Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+    static HeadlessSurface* Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc,
                                    bool lockable);
     /// A level, owned by `texture`. Null if there is no memory.
     static std::unique_ptr<HeadlessSurface> CreateLevel(HeadlessTexture& texture,
@@ -43,10 +43,10 @@ public:
     bool ReadTexels(Texels& texelsOut) { return texels.Read(pixels, texelsOut); }
     bool IsLocked() const { return locked; }
     bool IsTextureLevel() const { return texture != nullptr; }
-    HeadlessDevice& OwningDevice() const override;
 
 private:
     HeadlessSurface(const D3DSURFACE_DESC& surfaceDesc, bool isLockable);
+    ResourceOwner& GetOwner() const override;
     D3DPOOL ResourcePool() const override { return desc.Pool; }
     ResourceLife& Life() const;
 

@@ -1,22 +1,20 @@
 #include "platform/headless/d3d9/Texture.h"
 
-#include "platform/headless/d3d9/Device.h"
-
 #include <algorithm>
 #include <new>
 
 namespace headless {
 
-HeadlessTexture::HeadlessTexture(HeadlessDevice& owner, const D3DSURFACE_DESC& desc)
-    : ResourceLife(owner, ObjectKind::Texture, desc.Pool),
+HeadlessTexture::HeadlessTexture(ResourceOwner& textureOwner, const D3DSURFACE_DESC& desc)
+    : ResourceLife(textureOwner, ObjectKind::Texture, desc.Pool),
       pool(desc.Pool),
       dirty{0, 0, static_cast<LONG>(desc.Width), static_cast<LONG>(desc.Height)}
 {}
 
-HeadlessTexture* HeadlessTexture::Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
+HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc,
                                          UINT levels)
 {
-    std::unique_ptr<HeadlessTexture> texture(new (std::nothrow) HeadlessTexture(device, desc));
+    std::unique_ptr<HeadlessTexture> texture(new (std::nothrow) HeadlessTexture(owner, desc));
     if (!texture)
         return nullptr;
     // What lives in the default pool is out of the caller's reach, unless it is dynamic.

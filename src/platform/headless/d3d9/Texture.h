@@ -12,8 +12,7 @@ class HeadlessTexture final : public Resource<IDirect3DTexture9>, public Resourc
 public:
     /// `desc` describes level 0; `levels` is not 0 and not above `FullLevelCount`. The caller holds no
     /// reference yet. Null if there is no memory.
-    static HeadlessTexture* Create(HeadlessDevice& device, const D3DSURFACE_DESC& desc,
-                                   UINT levels);
+    static HeadlessTexture* Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc, UINT levels);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
@@ -43,8 +42,8 @@ public:
     RECT TakeDirtyArea();
 
 private:
-    HeadlessTexture(HeadlessDevice& owner, const D3DSURFACE_DESC& desc);
-    HeadlessDevice& OwningDevice() const override { return Device(); }
+    HeadlessTexture(ResourceOwner& textureOwner, const D3DSURFACE_DESC& desc);
+    ResourceOwner& GetOwner() const override { return Owner(); }
     D3DPOOL ResourcePool() const override { return pool; }
 
     std::vector<std::unique_ptr<HeadlessSurface>> levels;
