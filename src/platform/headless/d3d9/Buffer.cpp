@@ -49,18 +49,6 @@ HeadlessVertexBuffer* HeadlessVertexBuffer::Create(ResourceOwner& owner,
     return buffer && buffer->data.Allocate(desc.Size) ? buffer.release() : nullptr;
 }
 
-HRESULT HeadlessVertexBuffer::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DVertexBuffer9}))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = static_cast<IDirect3DVertexBuffer9*>(this);
-    return S_OK;
-}
-
 HRESULT HeadlessVertexBuffer::Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut, DWORD)
 {
     return data.Lock(offsetToLock, sizeToLock, dataOut);
@@ -93,18 +81,6 @@ HeadlessIndexBuffer* HeadlessIndexBuffer::Create(ResourceOwner& owner,
     std::unique_ptr<HeadlessIndexBuffer> buffer(new (std::nothrow)
                                                     HeadlessIndexBuffer(owner, desc));
     return buffer && buffer->data.Allocate(desc.Size) ? buffer.release() : nullptr;
-}
-
-HRESULT HeadlessIndexBuffer::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DIndexBuffer9}))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = static_cast<IDirect3DIndexBuffer9*>(this);
-    return S_OK;
 }
 
 HRESULT HeadlessIndexBuffer::Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut, DWORD)

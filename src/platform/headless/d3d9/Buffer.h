@@ -17,12 +17,13 @@ struct BufferBytes {
     HRESULT Unlock();
 };
 
-class HeadlessVertexBuffer final : public Resource<IDirect3DVertexBuffer9>, public ResourceLife {
+class HeadlessVertexBuffer final
+    : public Resource<IDirect3DVertexBuffer9, IID_IDirect3DVertexBuffer9>,
+      public ResourceLife {
 public:
     /// The caller holds no reference yet. Null if there is no memory.
     static HeadlessVertexBuffer* Create(ResourceOwner& owner, const D3DVERTEXBUFFER_DESC& desc);
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
     ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_VERTEXBUFFER; }
@@ -43,12 +44,12 @@ private:
     BufferBytes data;
 };
 
-class HeadlessIndexBuffer final : public Resource<IDirect3DIndexBuffer9>, public ResourceLife {
+class HeadlessIndexBuffer final : public Resource<IDirect3DIndexBuffer9, IID_IDirect3DIndexBuffer9>,
+                                  public ResourceLife {
 public:
     /// The caller holds no reference yet. Null if there is no memory.
     static HeadlessIndexBuffer* Create(ResourceOwner& owner, const D3DINDEXBUFFER_DESC& desc);
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
     ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_INDEXBUFFER; }

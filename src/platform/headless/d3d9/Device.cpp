@@ -34,18 +34,6 @@ HeadlessDevice* HeadlessDevice::Create(HeadlessDirect3D& owner,
     return nullptr;
 }
 
-HRESULT HeadlessDevice::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DDevice9}))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = static_cast<IDirect3DDevice9*>(this);
-    return S_OK;
-}
-
 ULONG HeadlessDevice::AddRef()
 {
     return ++references + static_cast<ULONG>(heldChildren.Total());

@@ -14,7 +14,8 @@ enum class Cooperation { Ok, Lost, NotReset };
 
 /// The device: state, implicit surfaces and the count of its children. Its operations are split by
 /// topic over the files Device*.cpp; those that the host does not model are in DeviceUnmodelled.cpp.
-class HeadlessDevice final : public IDirect3DDevice9, public ResourceOwner {
+class HeadlessDevice final : public ComIdentity<IDirect3DDevice9, IID_IDirect3DDevice9>,
+                             public ResourceOwner {
 public:
     /// `parameters` are complete (see PresentParameters.h). The caller holds one reference. Null if
     /// there is no memory. `owner` lives longer than the device.
@@ -22,7 +23,6 @@ public:
                                   const D3DDEVICE_CREATION_PARAMETERS& creation,
                                   const D3DPRESENT_PARAMETERS& parameters);
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE TestCooperativeLevel() override;

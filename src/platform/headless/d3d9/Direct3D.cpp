@@ -58,18 +58,6 @@ HeadlessDirect3D::~HeadlessDirect3D()
     gObjectCensus.Remove(ObjectKind::Interface);
 }
 
-HRESULT HeadlessDirect3D::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3D9}))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = static_cast<IDirect3D9*>(this);
-    return S_OK;
-}
-
 ULONG HeadlessDirect3D::AddRef()
 {
     return ++references + devices;

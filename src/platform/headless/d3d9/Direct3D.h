@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/headless/d3d9/ComObject.h"
 #include "platform/headless/d3d9/ObjectCensus.h"
 
 #include <d3d9.h>
@@ -7,13 +8,12 @@
 namespace headless {
 
 /// The entrance: tells about the one adapter and makes devices on it.
-class HeadlessDirect3D final : public IDirect3D9 {
+class HeadlessDirect3D final : public ComIdentity<IDirect3D9, IID_IDirect3D9> {
 public:
     /// The caller holds one reference.
     HeadlessDirect3D();
     ~HeadlessDirect3D();
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE RegisterSoftwareDevice(void* initialize) override;

@@ -1,8 +1,5 @@
 #include "platform/headless/d3d9/Resource.h"
 
-#include <algorithm>
-#include <cstring>
-
 namespace headless {
 
 ResourceLife::ResourceLife(ResourceOwner& resourceOwner, ObjectKind objectKind, D3DPOOL objectPool)
@@ -50,12 +47,6 @@ HRESULT DeviceOfResource(ResourceOwner& owner, IDirect3DDevice9** deviceOut)
     device.AddRef();
     *deviceOut = &device;
     return D3D_OK;
-}
-
-bool IsOneOf(REFIID iid, std::initializer_list<const GUID*> candidates)
-{
-    const auto equal = [&iid](const GUID* id) { return std::memcmp(id, &iid, sizeof iid) == 0; };
-    return std::any_of(candidates.begin(), candidates.end(), equal);
 }
 
 } // namespace headless

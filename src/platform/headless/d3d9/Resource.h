@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/ComObject.h"
 #include "platform/headless/d3d9/ResourceOwner.h"
 
 #include <d3d9.h>
@@ -64,9 +65,10 @@ private:
 
 HRESULT DeviceOfResource(ResourceOwner& owner, IDirect3DDevice9** deviceOut);
 
-/// The operations that all resources share, over the interface they implement.
-template <typename Interface>
-class Resource : public Interface {
+/// The operations that all resources share, over the interface they implement. It answers to that of
+/// all resources and to `Ids`.
+template <typename Interface, const IID&... Ids>
+class Resource : public ComIdentity<Interface, IID_IDirect3DResource9, Ids...> {
 public:
     HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9** deviceOut) override
     {
@@ -109,8 +111,5 @@ protected:
 private:
     DWORD priority = 0;
 };
-
-/// True if `iid` is one of `candidates`.
-bool IsOneOf(REFIID iid, std::initializer_list<const GUID*> candidates);
 
 } // namespace headless

@@ -60,18 +60,6 @@ ResourceOwner& HeadlessSurface::GetOwner() const
     return Life().Owner();
 }
 
-HRESULT HeadlessSurface::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DSurface9}))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = static_cast<IDirect3DSurface9*>(this);
-    return S_OK;
-}
-
 ULONG HeadlessSurface::AddRef()
 {
     return Life().AddReference();

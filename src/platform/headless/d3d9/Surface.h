@@ -10,7 +10,7 @@ class HeadlessTexture;
 
 /// A picture of the device: a render target, a depth buffer, an off-screen surface or a level of a
 /// texture. A level has no life of its own: its references are the texture's.
-class HeadlessSurface final : public Resource<IDirect3DSurface9> {
+class HeadlessSurface final : public Resource<IDirect3DSurface9, IID_IDirect3DSurface9> {
 public:
     /// A surface by itself. The caller holds no reference yet. `lockable` tells whether `LockRect`
     /// is allowed. Null if there is no memory.
@@ -21,7 +21,6 @@ public:
                                                         const D3DSURFACE_DESC& desc, bool lockable);
     ~HeadlessSurface();
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_SURFACE; }

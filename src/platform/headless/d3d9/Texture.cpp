@@ -31,19 +31,6 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
     return texture.release();
 }
 
-HRESULT HeadlessTexture::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsOneOf(iid, {&IID_IUnknown, &IID_IDirect3DResource9, &IID_IDirect3DBaseTexture9,
-                       &IID_IDirect3DTexture9}))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = static_cast<IDirect3DTexture9*>(this);
-    return S_OK;
-}
-
 DWORD HeadlessTexture::SetLOD(DWORD newLod)
 {
     const DWORD last = lod;

@@ -8,13 +8,14 @@ namespace headless {
 
 /// A texture: its levels, each half the size of the one before, and the area of level 0 that has
 /// changed since the last `UpdateTexture`.
-class HeadlessTexture final : public Resource<IDirect3DTexture9>, public ResourceLife {
+class HeadlessTexture final
+    : public Resource<IDirect3DTexture9, IID_IDirect3DBaseTexture9, IID_IDirect3DTexture9>,
+      public ResourceLife {
 public:
     /// `desc` describes level 0; `levels` is not 0 and not above `FullLevelCount`. The caller holds no
     /// reference yet. Null if there is no memory.
     static HeadlessTexture* Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc, UINT levels);
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
     ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_TEXTURE; }

@@ -2,7 +2,6 @@
 
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3d9/VertexFormat.h"
-#include "platform/headless/d3dx/InterfaceId.h"
 
 #include <algorithm>
 #include <string>
@@ -33,27 +32,6 @@ HRESULT NotImplemented(const char* name, Arguments... arguments)
 }
 
 } // namespace
-
-HRESULT HeadlessMesh::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (objectOut == nullptr)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsSameId(iid, IID_IUnknown) && !IsSameId(iid, IID_ID3DXBaseMesh) &&
-        !IsSameId(iid, IID_ID3DXMesh))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = this;
-    return S_OK;
-}
-
-ULONG HeadlessMesh::Release()
-{
-    const ULONG left = --references;
-    if (left == 0)
-        delete this;
-    return left;
-}
 
 DWORD HeadlessMesh::GetNumBytesPerVertex()
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ComPointer.h"
+#include "platform/headless/d3d9/ComObject.h"
 
 #include <d3dx9.h>
 
@@ -10,16 +11,13 @@
 namespace headless {
 
 /// A mesh on any device: all it needs of one are the two buffers and the drawing calls.
-class HeadlessMesh final : public ID3DXMesh {
+class HeadlessMesh final : public ComObject<ID3DXMesh, IID_ID3DXBaseMesh, IID_ID3DXMesh> {
 public:
     /// Null if the buffers cannot be made, and then `resultOut` tells why. All arguments have been
     /// checked. The caller gets the first reference.
     static HeadlessMesh* Create(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                 IDirect3DDevice9& device, HRESULT& resultOut);
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE DrawSubset(DWORD attributeId) override;
     DWORD STDMETHODCALLTYPE GetNumFaces() override { return faceCount; }
     DWORD STDMETHODCALLTYPE GetNumVertices() override { return vertexCount; }
@@ -62,7 +60,7 @@ public:
 private:
     HeadlessMesh(DWORD faces, DWORD vertices, DWORD meshOptions, DWORD format,
                  IDirect3DDevice9& owner);
-    ~HeadlessMesh() = default;
+    ~HeadlessMesh() override = default;
 
     HRESULT MakeBuffers();
     HRESULT DrawRange(const D3DXATTRIBUTERANGE& range);
@@ -74,7 +72,6 @@ private:
     const DWORD vertexCount;
     const DWORD options;
     const DWORD fvf;
-    ULONG references = 1;
     ComPointer<IDirect3DDevice9> device;
     ComPointer<IDirect3DVertexBuffer9> vertexBuffer;
     ComPointer<IDirect3DIndexBuffer9> indexBuffer;

@@ -2,7 +2,7 @@
 
 #include "platform/ComPointer.h"
 #include "platform/headless/d3d9/CallControl.h"
-#include "platform/headless/d3dx/InterfaceId.h"
+#include "platform/headless/d3d9/ComObject.h"
 
 #include <new>
 
@@ -13,16 +13,13 @@ namespace {
 constexpr IID kRenderToSurfaceId = {
     0x6985F346, 0x2C3D, 0x43B3, {0xBE, 0x8B, 0xDA, 0xAE, 0x8A, 0x03, 0xD8, 0x94}};
 
-class RenderToSurface final : public ID3DXRenderToSurface {
+class RenderToSurface final : public ComObject<ID3DXRenderToSurface, kRenderToSurfaceId> {
 public:
     RenderToSurface(IDirect3DDevice9& owner, const D3DXRTS_DESC& wanted) : desc(wanted)
     {
         device = decltype(device)::Share(&owner);
     }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9** deviceOut) override;
     HRESULT STDMETHODCALLTYPE GetDesc(D3DXRTS_DESC* descOut) override;
     HRESULT STDMETHODCALLTYPE BeginScene(IDirect3DSurface9* surface,
@@ -40,7 +37,6 @@ private:
 
     ComPointer<IDirect3DDevice9> device;
     D3DXRTS_DESC desc;
-    ULONG references = 1;
     bool inScene = false;
     ComPointer<IDirect3DSurface9> depthSurface; // made when first drawn to, if one is wanted
 
@@ -49,26 +45,6 @@ private:
     ComPointer<IDirect3DSurface9> savedDepth;
     D3DVIEWPORT9 savedViewport = {};
 };
-
-HRESULT RenderToSurface::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsSameId(iid, IID_IUnknown) && !IsSameId(iid, kRenderToSurfaceId))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = this;
-    return S_OK;
-}
-
-ULONG RenderToSurface::Release()
-{
-    const ULONG left = --references;
-    if (left == 0)
-        delete this;
-    return left;
-}
 
 HRESULT RenderToSurface::GetDevice(IDirect3DDevice9** deviceOut)
 {

@@ -2,14 +2,9 @@
 
 #include <new>
 
-#include "platform/headless/d3dx/InterfaceId.h"
-
 namespace headless::fx {
 
 namespace {
-
-constexpr IID kEffectPoolId = {
-    0x9537AB04, 0x3250, 0x412E, {0x82, 0x13, 0xFC, 0xD2, 0xF8, 0x67, 0x79, 0x33}};
 
 /// Everything that two declarations must have in common. Structs lie in one another to a limited
 /// depth, so this ends.
@@ -33,31 +28,6 @@ void Adopt(FxParameter& parameter, const std::shared_ptr<FxStorage>& storage)
 }
 
 } // namespace
-
-HRESULT EffectPool::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsSameId(iid, IID_IUnknown) && !IsSameId(iid, kEffectPoolId))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = this;
-    return S_OK;
-}
-
-ULONG EffectPool::AddRef()
-{
-    return ++references;
-}
-
-ULONG EffectPool::Release()
-{
-    const ULONG left = --references;
-    if (left == 0)
-        delete this;
-    return left;
-}
 
 bool EffectPool::Share(FxParameter& parameter)
 {

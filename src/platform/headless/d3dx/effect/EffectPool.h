@@ -6,17 +6,17 @@
 #include <memory>
 #include <string>
 
+#include "platform/headless/d3d9/ComObject.h"
 #include "platform/headless/d3dx/effect/FxParameter.h"
 
 namespace headless::fx {
 
-/// Values of `shared` parameters, by name. A value lives as long as an effect of the pool uses it.
-class EffectPool final : public ID3DXEffectPool {
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
+inline constexpr IID kEffectPoolId = {
+    0x9537AB04, 0x3250, 0x412E, {0x82, 0x13, 0xFC, 0xD2, 0xF8, 0x67, 0x79, 0x33}};
 
+/// Values of `shared` parameters, by name. A value lives as long as an effect of the pool uses it.
+class EffectPool final : public ComObject<ID3DXEffectPool, kEffectPoolId> {
+public:
     /// Gives `parameter` the value that another effect of the pool has under its name, or keeps its own
     /// for those to come. False if the other is of another type.
     bool Share(FxParameter& parameter);
@@ -27,7 +27,6 @@ private:
         std::string type;
     };
 
-    ULONG references = 1;
     std::map<std::string, Entry> entries;
 };
 

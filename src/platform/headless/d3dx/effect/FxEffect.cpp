@@ -6,17 +6,11 @@
 #include <charconv>
 #include <utility>
 
-#include "platform/headless/d3dx/InterfaceId.h"
 #include "platform/headless/d3dx/effect/FxToken.h"
 
 namespace headless::fx {
 
 namespace {
-
-constexpr IID kBaseEffectId = {
-    0x017C18AC, 0x103F, 0x4417, {0x8C, 0x51, 0x6B, 0xF6, 0xEF, 0x1E, 0x56, 0xBE}};
-constexpr IID kEffectId = {
-    0xF6CEB4B3, 0x4E4C, 0x40DD, {0xB8, 0x83, 0x8D, 0x8D, 0xE5, 0xEA, 0x0C, 0xD5}};
 
 template <typename T>
 D3DXHANDLE HandleOf(const T* object)
@@ -68,31 +62,6 @@ void FxEffect::Register(const List& list)
         Register(parameter->parts);
         Register(parameter->annotations);
     }
-}
-
-HRESULT FxEffect::QueryInterface(REFIID iid, void** objectOut)
-{
-    if (!objectOut)
-        return E_POINTER;
-    *objectOut = nullptr;
-    if (!IsSameId(iid, IID_IUnknown) && !IsSameId(iid, kBaseEffectId) && !IsSameId(iid, kEffectId))
-        return E_NOINTERFACE;
-    AddRef();
-    *objectOut = this;
-    return S_OK;
-}
-
-ULONG FxEffect::AddRef()
-{
-    return ++references;
-}
-
-ULONG FxEffect::Release()
-{
-    const ULONG left = --references;
-    if (left == 0)
-        delete this;
-    return left;
 }
 
 HRESULT FxEffect::GetPool(ID3DXEffectPool** poolOut)

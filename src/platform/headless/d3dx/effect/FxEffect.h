@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_set>
 
+#include "platform/headless/d3d9/ComObject.h"
 #include "platform/headless/d3dx/effect/EffectPool.h"
 #include "platform/headless/d3dx/effect/FxModel.h"
 #include "platform/headless/d3dx/effect/FxPassStates.h"
@@ -13,19 +14,20 @@
 
 namespace headless::fx {
 
+inline constexpr IID kBaseEffectId = {
+    0x017C18AC, 0x103F, 0x4417, {0x8C, 0x51, 0x6B, 0xF6, 0xEF, 0x1E, 0x56, 0xBE}};
+inline constexpr IID kEffectId = {
+    0xF6CEB4B3, 0x4E4C, 0x40DD, {0xB8, 0x83, 0x8D, 0x8D, 0xE5, 0xEA, 0x0C, 0xD5}};
+
 /// An effect made of a text. Its operations are split by topic over the files FxEffect*.cpp; those that
 /// the host does not model are in FxEffectUnmodelled.cpp.
 ///
 /// A handle is the address of a parameter, technique or pass of this effect. Anything else that is
 /// given as one is taken for a name, as the public interface allows.
-class FxEffect final : public ID3DXEffect {
+class FxEffect final : public ComObject<ID3DXEffect, kBaseEffectId, kEffectId> {
 public:
     /// The caller holds one reference. `pool` may be null.
     FxEffect(IDirect3DDevice9& owner, EffectPool* effectPool, std::unique_ptr<FxModel> content);
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
 
     HRESULT STDMETHODCALLTYPE GetDesc(D3DXEFFECT_DESC* descOut) override;
     HRESULT STDMETHODCALLTYPE GetParameterDesc(D3DXHANDLE parameter,
@@ -143,7 +145,7 @@ public:
 private:
     using List = std::vector<std::unique_ptr<FxParameter>>;
 
-    ~FxEffect() = default;
+    ~FxEffect() override = default;
     void Register(const List& list);
     /// Null for a handle or name of nothing.
     FxParameter* Parameter(D3DXHANDLE handle);
@@ -162,7 +164,6 @@ private:
     std::unordered_set<const void*> parameterHandles;
     std::unordered_set<const void*> techniqueHandles;
     std::unordered_set<const void*> passHandles;
-    ULONG references = 1;
 
     FxTechnique* technique = nullptr; ///< the current one; not owned, lives in `model`
     FxPass* activePass = nullptr;     ///< between `BeginPass` and `EndPass`

@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/headless/d3dx/InterfaceId.h"
+#include "platform/headless/d3d9/ComObject.h"
 
 namespace headless::fx {
 
@@ -12,35 +12,15 @@ namespace {
 constexpr IID kBufferId = {
     0x8BA5FB08, 0x5195, 0x40E2, {0xAC, 0x58, 0x0D, 0x98, 0x9C, 0x3A, 0x01, 0x02}};
 
-class TextBuffer final : public ID3DXBuffer {
+class TextBuffer final : public ComObject<ID3DXBuffer, kBufferId> {
 public:
     explicit TextBuffer(std::string content) : text(std::move(content)) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override
-    {
-        if (!objectOut)
-            return E_POINTER;
-        *objectOut = nullptr;
-        if (!IsSameId(iid, IID_IUnknown) && !IsSameId(iid, kBufferId))
-            return E_NOINTERFACE;
-        AddRef();
-        *objectOut = this;
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override
-    {
-        const ULONG left = --references;
-        if (left == 0)
-            delete this;
-        return left;
-    }
     LPVOID STDMETHODCALLTYPE GetBufferPointer() override { return text.data(); }
     DWORD STDMETHODCALLTYPE GetBufferSize() override { return static_cast<DWORD>(text.size() + 1); }
 
 private:
     std::string text;
-    ULONG references = 1;
 };
 
 } // namespace
