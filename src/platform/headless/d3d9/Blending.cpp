@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/Blending.h"
 
+#include "platform/headless/d3d9/CallControl.h"
+
 namespace headless {
 
 namespace {

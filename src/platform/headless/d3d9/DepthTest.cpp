@@ -93,19 +93,18 @@ IntLanes Comparison::Passes(IntLanes a, IntLanes b) const
     return passed | (IsEqual(a, b) & equal);
 }
 
-DepthTest MakeDepthTest(const DeviceState& state)
+DepthTest MakeDepthTest(const DrawState& state)
 {
     DepthTest test;
-    HeadlessSurface* surface = state.depthSurface.Get();
     const DWORD mode = state.Render(D3DRS_ZENABLE);
-    if (!surface || mode == D3DZB_FALSE)
+    if (!state.depth || mode == D3DZB_FALSE)
         return test;
     const auto function = static_cast<D3DCMPFUNC>(state.Render(D3DRS_ZFUNC));
     test.comparison = Comparison(function);
     test.writes = state.Render(D3DRS_ZWRITEENABLE) != 0;
     test.isOn = test.writes || function != D3DCMP_ALWAYS;
-    test.buffer = &surface->Pixels();
-    test.rows = PixelRows(surface->Pixels());
+    test.buffer = state.depth;
+    test.rows = PixelRows(*state.depth);
     test.depthBits = test.buffer->format->r.bits;
     float farW = 1.0f;
     test.usesW = mode == D3DZB_USEW && FindWRange(state.projection, test.nearW, farW);

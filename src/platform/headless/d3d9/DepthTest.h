@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3d9/DeviceState.h"
+#include "platform/headless/d3d9/DrawState.h"
 #include "platform/headless/d3d9/Lanes.h"
 #include "platform/headless/d3d9/Planes.h"
 
@@ -33,7 +33,7 @@ struct DepthTest {
 };
 
 /// Off without a depth buffer, and when nothing would come of it.
-DepthTest MakeDepthTest(const DeviceState& state);
+DepthTest MakeDepthTest(const DrawState& state);
 
 /// Depth with the bias of `planes`' slope, within 0..1.
 Lanes BiasedDepth(const DepthTest& test, const Planes& planes, Lanes depth);

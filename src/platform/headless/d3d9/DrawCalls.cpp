@@ -56,7 +56,7 @@ HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& lay
 {
     if (!rasterizer)
         rasterizer.reset(new (std::nothrow) Rasterizer());
-    return rasterizer ? rasterizer->Draw(state, layout, request) : E_OUTOFMEMORY;
+    return rasterizer ? rasterizer->Draw(state.ForDrawing(), layout, request) : E_OUTOFMEMORY;
 }
 
 /// Whether a draw with these states is refused; whatever it is, it takes one pass.
@@ -70,7 +70,7 @@ HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
     VertexLayout layout;
     if (state.fvf != 0 && !MakeVertexLayout(state.fvf, layout)) // 0 is one that is still to be set
         return Unmodelled("D3DFVF", state.fvf);
-    return CheckPixelStates(state);
+    return CheckPixelStates(state.ForDrawing());
 }
 
 void HeadlessDevice::ForgetStream()

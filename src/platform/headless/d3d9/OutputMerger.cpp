@@ -1,6 +1,7 @@
 #include "platform/headless/d3d9/OutputMerger.h"
 
 #include "platform/headless/d3d9/Blending.h"
+#include "platform/headless/d3d9/CallControl.h"
 
 #include <cstring>
 
@@ -130,7 +131,7 @@ const TargetFormat* FindTarget(D3DFORMAT format)
     return nullptr;
 }
 
-HRESULT MakeBlending(const DeviceState& state, OutputMerger& merger)
+HRESULT MakeBlending(const DrawState& state, OutputMerger& merger)
 {
     const DWORD source = state.Render(D3DRS_SRCBLEND);
     const DWORD target = state.Render(D3DRS_DESTBLEND);
@@ -164,10 +165,10 @@ void Blend(const OutputMerger& merger, const Rgba4& target, Rgba4& colourInOut)
 
 } // namespace
 
-HRESULT MakeOutputMerger(const DeviceState& state, OutputMerger& mergerOut)
+HRESULT MakeOutputMerger(const DrawState& state, OutputMerger& mergerOut)
 {
     mergerOut = OutputMerger();
-    mergerOut.target = &state.renderTarget.Get()->Pixels();
+    mergerOut.target = state.target;
     mergerOut.rows = PixelRows(*mergerOut.target);
     const PixelFormat& format = *mergerOut.target->format;
     mergerOut.format = FindTarget(format.format);

@@ -48,7 +48,7 @@ struct OutputMerger {
 };
 
 /// Fails for values that name no factor, operation or function, and for targets it cannot write.
-HRESULT MakeOutputMerger(const DeviceState& state, OutputMerger& mergerOut);
+HRESULT MakeOutputMerger(const DrawState& state, OutputMerger& mergerOut);
 
 /// The lanes whose alpha, as one of 256 steps, passes.
 int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes);

@@ -10,7 +10,7 @@ bool IsPerspective(const D3DMATRIX& m)
     return m._14 != 0.0f || m._24 != 0.0f || m._34 != 0.0f || m._44 != 1.0f;
 }
 
-FogSource SourceOf(const DeviceState& state)
+FogSource SourceOf(const DrawState& state)
 {
     if (!state.Render(D3DRS_FOGENABLE))
         return FogSource::None;
@@ -21,7 +21,7 @@ FogSource SourceOf(const DeviceState& state)
 
 } // namespace
 
-PixelFog MakePixelFog(const DeviceState& state)
+PixelFog MakePixelFog(const DrawState& state)
 {
     PixelFog fog;
     fog.source = SourceOf(state);

@@ -21,7 +21,7 @@ struct PixelFog {
 
 /// A fog table goes before the vertices' fog. It runs over w if the projection is one in perspective,
 /// else over depth.
-PixelFog MakePixelFog(const DeviceState& state);
+PixelFog MakePixelFog(const DrawState& state);
 
 /// Fog factors of four pixels from their depth or w.
 Lanes FogFactors(const PixelFog& fog, Lanes depth, Lanes w);

@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/PixelProgram.h"
 
+#include "platform/headless/d3d9/CallControl.h"
+
 #include <algorithm>
 
 namespace headless {
@@ -36,7 +38,7 @@ constexpr KnownRange kKnown[] = {
     {D3DRS_WRAP7, "D3DRS_WRAP7", 0, 0},
 };
 
-HRESULT CheckStates(const DeviceState& state)
+HRESULT CheckStates(const DrawState& state)
 {
     for (const KnownRange& known : kKnown)
         if (const DWORD value = state.Render(known.state);
@@ -76,9 +78,9 @@ VaryingLayout LayOut(PixelProgram& program)
     return layout;
 }
 
-PixelArea AreaOf(const DeviceState& state)
+PixelArea AreaOf(const DrawState& state)
 {
-    const PixelBuffer& target = state.renderTarget.Get()->Pixels();
+    const PixelBuffer& target = *state.target;
     const D3DVIEWPORT9& viewport = state.viewport;
     // In 64 bits: the sums of a viewport's numbers may not fit 32.
     const auto clamp = [](std::int64_t value, UINT most) {
@@ -98,7 +100,7 @@ PixelArea AreaOf(const DeviceState& state)
 
 } // namespace
 
-HRESULT CheckPixelStates(const DeviceState& state)
+HRESULT CheckPixelStates(const DrawState& state)
 {
     OutputMerger output;
     HRESULT result = CheckStates(state);
@@ -107,7 +109,7 @@ HRESULT CheckPixelStates(const DeviceState& state)
     return FAILED(result) ? result : MakeOutputMerger(state, output);
 }
 
-HRESULT MakePixelProgram(const DeviceState& state, PixelProgram& programOut)
+HRESULT MakePixelProgram(const DrawState& state, PixelProgram& programOut)
 {
     HRESULT result = CheckStates(state);
     if (SUCCEEDED(result))

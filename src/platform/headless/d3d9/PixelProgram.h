@@ -21,11 +21,11 @@ struct PixelProgram {
 
 /// Fails for states that the host does not model or that name nothing, each logged by its name, and for
 /// want of memory.
-HRESULT MakePixelProgram(const DeviceState& state, PixelProgram& programOut);
+HRESULT MakePixelProgram(const DrawState& state, PixelProgram& programOut);
 
 /// Whether `MakePixelProgram` would fail for the states alone, whatever textures are set later: those
 /// of samplers count where a stage would read a texture.
-HRESULT CheckPixelStates(const DeviceState& state);
+HRESULT CheckPixelStates(const DrawState& state);
 
 /// Shades and writes the pixels left <= x < right of a row, which must lie in the program's area.
 void ShadeSpan(const PixelProgram& program, const Planes& planes, int y, int left, int right);

@@ -40,7 +40,7 @@ float GuardOf(float scale)
 
 } // namespace
 
-void PrimitiveDrawer::Prepare(const DeviceState& state, const PixelProgram& pixelProgram,
+void PrimitiveDrawer::Prepare(const DrawState& state, const PixelProgram& pixelProgram,
                               bool isTransformed)
 {
     program = &pixelProgram;

@@ -16,7 +16,7 @@ struct ScreenMap {
 class PrimitiveDrawer {
 public:
     /// `program` outlives this draw. `isTransformed` tells that vertices hold places on the target.
-    void Prepare(const DeviceState& state, const PixelProgram& program, bool isTransformed);
+    void Prepare(const DrawState& state, const PixelProgram& program, bool isTransformed);
 
     void DrawPoint(const ShadedVertex& vertex);
     void DrawLine(const ShadedVertex& a, const ShadedVertex& b, bool drawsEnd);

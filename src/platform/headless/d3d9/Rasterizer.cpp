@@ -27,7 +27,7 @@ bool IsEmpty(const PixelArea& area)
 
 } // namespace
 
-HRESULT Rasterizer::Draw(const DeviceState& state, const VertexLayout& layout,
+HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
                          const DrawRequest& request)
 {
     if (!AllVerticesExist(request))

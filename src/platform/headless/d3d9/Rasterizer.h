@@ -18,7 +18,7 @@ struct DrawRequest {
 class Rasterizer {
 public:
     /// Draws nothing and fails if a vertex lies outside of the stream, or a state is not modelled.
-    HRESULT Draw(const DeviceState& state, const VertexLayout& layout, const DrawRequest& request);
+    HRESULT Draw(const DrawState& state, const VertexLayout& layout, const DrawRequest& request);
 
 private:
     void DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel);

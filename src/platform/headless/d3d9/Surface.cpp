@@ -30,7 +30,7 @@ HeadlessSurface* HeadlessSurface::Create(ResourceOwner& owner, const D3DSURFACE_
 {
     std::unique_ptr<HeadlessSurface> surface(new (std::nothrow) HeadlessSurface(desc, lockable));
     if (!surface ||
-        !surface->pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
+        !surface->picture.pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
         return nullptr;
     HeadlessSurface* result = surface.get();
     result->ownLife = new (std::nothrow) OwnLife(owner, desc.Pool, std::move(surface));
@@ -42,7 +42,7 @@ HeadlessSurface::CreateLevel(HeadlessTexture& texture, const D3DSURFACE_DESC& de
 {
     std::unique_ptr<HeadlessSurface> surface(new (std::nothrow) HeadlessSurface(desc, lockable));
     if (!surface ||
-        !surface->pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
+        !surface->picture.pixels.Allocate(*FindPixelFormat(desc.Format), desc.Width, desc.Height))
         return nullptr;
     surface->texture = &texture;
     return surface;
@@ -111,16 +111,16 @@ HRESULT HeadlessSurface::LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect, D
     constexpr DWORD kContradiction = D3DLOCK_READONLY | D3DLOCK_DISCARD;
     if (!lockable || locked || (flags & kContradiction) == kContradiction)
         return D3DERR_INVALIDCALL;
-    const RECT area = rect ? *rect : pixels.Bounds();
-    if (rect && !IsValidArea(pixels, area))
+    const RECT area = rect ? *rect : picture.pixels.Bounds();
+    if (rect && !IsValidArea(picture.pixels, area))
         return D3DERR_INVALIDCALL;
     locked = true;
     writesWhileLocked = (flags & D3DLOCK_READONLY) == 0;
-    pixels.changes += writesWhileLocked ? 1 : 0;
+    picture.pixels.changes += writesWhileLocked ? 1 : 0;
     if (texture && (flags & (D3DLOCK_READONLY | D3DLOCK_NO_DIRTY_UPDATE)) == 0)
         texture->MarkDirty(*this, area);
-    lockedOut->Pitch = static_cast<INT>(pixels.pitchBytes);
-    lockedOut->pBits = pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(area.top));
+    lockedOut->Pitch = static_cast<INT>(picture.pixels.pitchBytes);
+    lockedOut->pBits = picture.pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(area.top));
     return D3D_OK;
 }
 
@@ -131,7 +131,7 @@ HRESULT HeadlessSurface::UnlockRect()
     if (!locked)
         return D3DERR_INVALIDCALL;
     locked = false;
-    pixels.changes += writesWhileLocked ? 1 : 0;
+    picture.pixels.changes += writesWhileLocked ? 1 : 0;
     return D3D_OK;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/headless/d3d9/PixelBuffer.h"
 #include "platform/headless/d3d9/Resource.h"
 #include "platform/headless/d3d9/TexelCache.h"
 
@@ -37,9 +36,8 @@ public:
     void RemoveBinding();
 
     const D3DSURFACE_DESC& Desc() const { return desc; }
-    PixelBuffer& Pixels() { return pixels; }
-    /// The picture for the sampler; false if there is no memory.
-    bool ReadTexels(Texels& texelsOut) { return texels.Read(pixels, texelsOut); }
+    PixelBuffer& Pixels() { return picture.pixels; }
+    SampledPicture& Picture() { return picture; }
     bool IsLocked() const { return locked; }
     bool IsTextureLevel() const { return texture != nullptr; }
 
@@ -54,9 +52,8 @@ private:
     OwnLife* ownLife = nullptr;         ///< owns this surface; null for a level
     HeadlessTexture* texture = nullptr; ///< not owned, lives longer; null for a surface by itself
     D3DSURFACE_DESC desc;
-    PixelBuffer pixels;
+    SampledPicture picture;
     const bool lockable;
-    TexelCache texels;
     bool locked = false;
     bool writesWhileLocked = false;
 };

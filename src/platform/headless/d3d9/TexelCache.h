@@ -25,4 +25,13 @@ private:
     std::uint32_t changes = 0; ///< of the picture when it was unpacked
 };
 
+/// A picture with its copy for the sampler.
+struct SampledPicture {
+    PixelBuffer pixels;
+    TexelCache texels;
+
+    /// False if there is no memory.
+    bool Read(Texels& texelsOut) { return texels.Read(pixels, texelsOut); }
+};
+
 } // namespace headless

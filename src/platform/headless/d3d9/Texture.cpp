@@ -24,6 +24,7 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
         auto level = HeadlessSurface::CreateLevel(*texture, levelDesc, lockable);
         if (!level)
             return nullptr;
+        texture->picture.levels.push_back(&level->Picture());
         texture->levels.push_back(std::move(level));
         levelDesc.Width = std::max(1u, levelDesc.Width / 2);
         levelDesc.Height = std::max(1u, levelDesc.Height / 2);
@@ -33,9 +34,9 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
 
 DWORD HeadlessTexture::SetLOD(DWORD newLod)
 {
-    const DWORD last = lod;
+    const DWORD last = picture.leastLevel;
     if (pool == D3DPOOL_MANAGED)
-        lod = std::min(newLod, GetLevelCount() - 1);
+        picture.leastLevel = std::min(newLod, GetLevelCount() - 1);
     return last;
 }
 

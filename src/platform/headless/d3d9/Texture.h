@@ -1,8 +1,7 @@
 #pragma once
 
+#include "platform/headless/d3d9/DrawState.h"
 #include "platform/headless/d3d9/Surface.h"
-
-#include <vector>
 
 namespace headless {
 
@@ -20,7 +19,7 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_TEXTURE; }
     DWORD STDMETHODCALLTYPE SetLOD(DWORD newLod) override;
-    DWORD STDMETHODCALLTYPE GetLOD() override { return lod; }
+    DWORD STDMETHODCALLTYPE GetLOD() override { return picture.leastLevel; }
     DWORD STDMETHODCALLTYPE GetLevelCount() override { return static_cast<DWORD>(levels.size()); }
     HRESULT STDMETHODCALLTYPE SetAutoGenFilterType(D3DTEXTUREFILTERTYPE filterType) override;
     D3DTEXTUREFILTERTYPE STDMETHODCALLTYPE GetAutoGenFilterType() override;
@@ -36,6 +35,7 @@ public:
     /// `level` must be below `GetLevelCount`.
     HeadlessSurface& Level(UINT level) { return *levels[level]; }
     D3DPOOL Pool() const { return pool; }
+    TexturePicture& Picture() { return picture; }
 
     /// Widens the changed area by `area` of `level`; levels other than 0 leave it alone.
     void MarkDirty(const HeadlessSurface& level, const RECT& area);
@@ -49,7 +49,7 @@ private:
 
     std::vector<std::unique_ptr<HeadlessSurface>> levels;
     const D3DPOOL pool;
-    DWORD lod = 0;
+    TexturePicture picture; ///< of the levels
     RECT dirty = {};
 };
 

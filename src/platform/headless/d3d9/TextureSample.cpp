@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/TextureSample.h"
 
+#include "platform/headless/d3d9/CallControl.h"
+
 #include <algorithm>
 #include <bit>
 
@@ -230,7 +232,7 @@ bool Sampler::NeedsLevel() const
            (mipFilter != D3DTEXF_NONE && lastLevel > firstLevel);
 }
 
-HRESULT CheckSamplerStates(const DeviceState& state, UINT stage)
+HRESULT CheckSamplerStates(const DrawState& state, UINT stage)
 {
     const auto& states = state.sampler[stage];
     for (const D3DSAMPLERSTATETYPE type : {D3DSAMP_ADDRESSU, D3DSAMP_ADDRESSV})
@@ -245,12 +247,12 @@ HRESULT CheckSamplerStates(const DeviceState& state, UINT stage)
     return D3D_OK;
 }
 
-HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut)
+HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
 {
     if (const HRESULT result = CheckSamplerStates(state, stage); FAILED(result))
         return result;
     const auto& states = state.sampler[stage];
-    HeadlessTexture& texture = *state.textures[stage].Get();
+    const TexturePicture& texture = *state.pictures[stage];
     samplerOut.addressU = static_cast<D3DTEXTUREADDRESS>(states[D3DSAMP_ADDRESSU]);
     samplerOut.addressV = static_cast<D3DTEXTUREADDRESS>(states[D3DSAMP_ADDRESSV]);
     samplerOut.magnifiesLinear = IsLinear(states[D3DSAMP_MAGFILTER]);
@@ -259,15 +261,15 @@ HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut)
     samplerOut.levelBias = std::bit_cast<float>(states[D3DSAMP_MIPMAPLODBIAS]);
     samplerOut.border = states[D3DSAMP_BORDERCOLOR];
     samplerOut.lastLevel =
-        static_cast<int>(std::min<DWORD>(texture.GetLevelCount(), kMaxLevels)) - 1;
+        static_cast<int>(std::min<std::size_t>(texture.levels.size(), kMaxLevels)) - 1;
     samplerOut.firstLevel =
-        static_cast<int>(std::min(std::max(states[D3DSAMP_MAXMIPLEVEL], texture.GetLOD()),
+        static_cast<int>(std::min(std::max(states[D3DSAMP_MAXMIPLEVEL], texture.leastLevel),
                                   static_cast<DWORD>(samplerOut.lastLevel)));
-    const PixelFormat& format = *texture.Level(0).Pixels().format;
+    const PixelFormat& format = *texture.levels[0]->pixels.format;
     samplerOut.opaque = format.HasAlpha() ? 0 : 0xFF000000;
     samplerOut.isSigned = format.kind == PixelKind::Signed;
     for (int i = 0; i <= samplerOut.lastLevel; ++i)
-        if (!texture.Level(static_cast<UINT>(i)).ReadTexels(samplerOut.levels[i]))
+        if (!texture.levels[static_cast<std::size_t>(i)]->Read(samplerOut.levels[i]))
             return E_OUTOFMEMORY;
     return D3D_OK;
 }

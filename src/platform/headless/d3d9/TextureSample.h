@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3d9/DeviceState.h"
+#include "platform/headless/d3d9/DrawState.h"
 #include "platform/headless/d3d9/Lanes.h"
 
 namespace headless {
@@ -28,11 +28,11 @@ struct Sampler {
 };
 
 /// Fails for values that name nothing.
-HRESULT CheckSamplerStates(const DeviceState& state, UINT stage);
+HRESULT CheckSamplerStates(const DrawState& state, UINT stage);
 
 /// Resolves `state`'s texture and sampler of a stage, which has a texture. Fails for want of memory and
 /// for values that name nothing.
-HRESULT MakeSampler(const DeviceState& state, UINT stage, Sampler& samplerOut);
+HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut);
 
 /// How the coordinates change from a pixel to its right and lower neighbours.
 struct CoordinateSlopes {

@@ -1,7 +1,9 @@
 #include "platform/headless/d3d9/TextureStages.h"
 
+#include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3d9/StageOperations.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace headless {
@@ -99,13 +101,13 @@ void MakeBump(const StageStates& states, bool hasTexture, StageProgram& stage)
 }
 
 /// Draws into a picture that they also read have no defined result.
-bool ReadsTarget(const DeviceState& state, UINT stage)
+bool ReadsTarget(const DrawState& state, UINT stage)
 {
-    HeadlessTexture& texture = *state.textures[stage].Get();
-    for (UINT level = 0; level < texture.GetLevelCount(); ++level)
-        if (&texture.Level(level) == state.renderTarget.Get())
-            return true;
-    return false;
+    const auto& levels = state.pictures[stage]->levels;
+    const auto isTarget = [&](const SampledPicture* level) {
+        return &level->pixels == state.target;
+    };
+    return std::any_of(levels.begin(), levels.end(), isTarget);
 }
 
 /// Where coordinates come from and what is done to them; asked only for stages that sample.
@@ -133,11 +135,11 @@ HRESULT MakeOperations(const StageStates& states, bool hasTexture, StageProgram&
     return result;
 }
 
-HRESULT MakeStage(const DeviceState& state, UINT index, StagePrograms& programs)
+HRESULT MakeStage(const DrawState& state, UINT index, StagePrograms& programs)
 {
     const StageStates& states = state.stage[index];
     StageProgram& stage = programs.stages[index];
-    const bool hasTexture = state.textures[index].Get() != nullptr;
+    const bool hasTexture = state.pictures[index] != nullptr;
     Reads reads;
     HRESULT result = MakeOperations(states, hasTexture, stage, reads);
     if (FAILED(result))
@@ -221,7 +223,7 @@ void Sample(const StageProgram& stage, const StageCoordinates& coordinates, int 
 
 } // namespace
 
-HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut)
+HRESULT MakeStagePrograms(const DrawState& state, StagePrograms& programsOut)
 {
     programsOut.count = 0;
     programsOut.readsDiffuse = true; // the first stage's current colour
@@ -237,7 +239,7 @@ HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut)
     return D3D_OK;
 }
 
-HRESULT CheckStageStates(const DeviceState& state)
+HRESULT CheckStageStates(const DrawState& state)
 {
     bool isPremodulated = false;
     for (UINT i = 0; i < kStageCount; ++i) {

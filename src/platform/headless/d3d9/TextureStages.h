@@ -69,10 +69,10 @@ struct StagePrograms {
 /// Resolves all stages up to the first one that is disabled. An operation that reads a texture where
 /// none is set passes the current colour on instead, which is also what makes an untextured draw show
 /// its vertex colours. Fails for numbers that name no operation or argument, and for want of memory.
-HRESULT MakeStagePrograms(const DeviceState& state, StagePrograms& programsOut);
+HRESULT MakeStagePrograms(const DrawState& state, StagePrograms& programsOut);
 
 /// Whether `MakeStagePrograms` would fail for the states if each stage had a texture.
-HRESULT CheckStageStates(const DeviceState& state);
+HRESULT CheckStageStates(const DrawState& state);
 
 /// Coordinates of a stage for four pixels.
 struct StageCoordinates {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3d9/DeviceState.h"
+#include "platform/headless/d3d9/DrawState.h"
 
 #include <cstdint>
 

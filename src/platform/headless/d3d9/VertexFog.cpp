@@ -21,7 +21,7 @@ Vector3 PlaceOf(const CameraVertex& vertex)
 
 } // namespace
 
-FogCurve::FogCurve(const DeviceState& state, D3DFOGMODE fogMode)
+FogCurve::FogCurve(const DrawState& state, D3DFOGMODE fogMode)
     : mode(fogMode),
       start(state.RenderFloat(D3DRS_FOGSTART)),
       end(state.RenderFloat(D3DRS_FOGEND)),
@@ -37,7 +37,7 @@ float FogCurve::Factor(float distance) const
     return Clamp01(static_cast<float>(std::exp(-exponent)));
 }
 
-VertexFog::VertexFog(const DeviceState& state, const VertexLayout& layout)
+VertexFog::VertexFog(const DrawState& state, const VertexLayout& layout)
     : curve(state, static_cast<D3DFOGMODE>(state.Render(D3DRS_FOGVERTEXMODE))),
       isFromSpecular(layout.isTransformed || curve.mode == D3DFOG_NONE),
       isRange(state.Render(D3DRS_RANGEFOGENABLE) != 0)
@@ -50,7 +50,7 @@ float VertexFog::Factor(const CameraVertex& vertex, float specularAlpha) const
     return curve.Factor(isRange ? Length(PlaceOf(vertex)) : std::fabs(vertex.position[2]));
 }
 
-PointSize::PointSize(const DeviceState& state, const VertexLayout& layout)
+PointSize::PointSize(const DrawState& state, const VertexLayout& layout)
     : isStored(layout.pointSize >= 0),
       isScaled(!layout.isTransformed && state.Render(D3DRS_POINTSCALEENABLE) != 0),
       size(state.RenderFloat(D3DRS_POINTSIZE)),

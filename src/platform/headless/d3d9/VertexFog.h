@@ -14,7 +14,7 @@ struct FogCurve {
     float density = 1.0f;
 
     FogCurve() = default;
-    FogCurve(const DeviceState& state, D3DFOGMODE fogMode);
+    FogCurve(const DrawState& state, D3DFOGMODE fogMode);
     /// 1 for no fog, 0 for nothing but fog. Where start and end are the same, all is fog.
     float Factor(float distance) const;
 };
@@ -26,7 +26,7 @@ struct VertexFog {
     bool isRange = false;
 
     VertexFog() = default;
-    VertexFog(const DeviceState& state, const VertexLayout& layout);
+    VertexFog(const DrawState& state, const VertexLayout& layout);
     float Factor(const CameraVertex& vertex, float specularAlpha) const;
 };
 
@@ -39,7 +39,7 @@ struct PointSize {
     float viewportHeight = 0.0f;
 
     PointSize() = default;
-    PointSize(const DeviceState& state, const VertexLayout& layout);
+    PointSize(const DrawState& state, const VertexLayout& layout);
     float Of(const SourceVertex& source, const CameraVertex& vertex) const;
 };
 

@@ -66,7 +66,7 @@ Float4 ColourOf(D3DCOLOR colour)
     return {part(16), part(8), part(0), part(24)};
 }
 
-void VertexLight::Prepare(const DeviceState& state, const VertexLayout& layout)
+void VertexLight::Prepare(const DrawState& state, const VertexLayout& layout)
 {
     lights.clear();
     isLit = state.Render(D3DRS_LIGHTING) != 0;

@@ -15,7 +15,7 @@ struct VertexColours {
 /// The lights and the material of a draw, in camera space.
 class VertexLight {
 public:
-    void Prepare(const DeviceState& state, const VertexLayout& layout);
+    void Prepare(const DrawState& state, const VertexLayout& layout);
 
     /// Lit colours, or with lighting off those of the vertex.
     VertexColours Colours(const SourceVertex& source, const CameraVertex& vertex) const;

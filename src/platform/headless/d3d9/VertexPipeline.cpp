@@ -16,7 +16,7 @@ void Store(float* out, const Float4& colour)
 }
 
 /// Clip planes are given in the world. A plane is carried by the inverse of what carries points.
-UINT CameraPlanes(const DeviceState& state, float (&planesOut)[kClipPlaneCount][4])
+UINT CameraPlanes(const DrawState& state, float (&planesOut)[kClipPlaneCount][4])
 {
     const DWORD enabled = state.Render(D3DRS_CLIPPLANEENABLE);
     D3DMATRIX inverse;
@@ -40,7 +40,7 @@ float WOf(float reciprocal)
 
 } // namespace
 
-void VertexPipeline::Prepare(const DeviceState& state, const VertexLayout& vertexLayout,
+void VertexPipeline::Prepare(const DrawState& state, const VertexLayout& vertexLayout,
                              const VertexStream& vertexStream, const VaryingLayout& wanted,
                              bool pointsAreDrawn)
 {

@@ -11,7 +11,7 @@ namespace headless {
 class VertexPipeline {
 public:
     /// `state` and `stream`'s bytes stay as they are until the draw ends.
-    void Prepare(const DeviceState& state, const VertexLayout& layout, const VertexStream& stream,
+    void Prepare(const DrawState& state, const VertexLayout& layout, const VertexStream& stream,
                  const VaryingLayout& varyings, bool drawsPoints);
 
     /// The vertices of one primitive, at most three; the indices are below the stream's count. The

@@ -53,7 +53,7 @@ void Generate(DWORD source, const CameraVertex& vertex, float (&out)[4])
 
 } // namespace
 
-void VertexTexGen::Prepare(const DeviceState& state, const VertexLayout& vertexLayout,
+void VertexTexGen::Prepare(const DrawState& state, const VertexLayout& vertexLayout,
                            const VaryingLayout& varyings)
 {
     layout = &vertexLayout;

@@ -7,8 +7,7 @@ namespace headless {
 /// Where the texture coordinates of each stage come from and what is done to them.
 class VertexTexGen {
 public:
-    void Prepare(const DeviceState& state, const VertexLayout& layout,
-                 const VaryingLayout& varyings);
+    void Prepare(const DrawState& state, const VertexLayout& layout, const VaryingLayout& varyings);
 
     /// Writes the coordinates of all stages that the draw samples. `vertex` is not read for vertices
     /// that came transformed.

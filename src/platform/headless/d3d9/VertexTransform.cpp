@@ -44,7 +44,7 @@ int BlendWeights(DWORD blend)
 
 } // namespace
 
-void VertexTransform::Prepare(const DeviceState& drawState, const VertexLayout& layout)
+void VertexTransform::Prepare(const DrawState& drawState, const VertexLayout& layout)
 {
     state = &drawState;
     const DWORD blend = drawState.Render(D3DRS_VERTEXBLEND);

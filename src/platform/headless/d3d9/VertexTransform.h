@@ -19,7 +19,7 @@ struct CameraVertex {
 class VertexTransform {
 public:
     /// `state` is read again by `ToCamera` and must not change before the last call of that.
-    void Prepare(const DeviceState& state, const VertexLayout& layout);
+    void Prepare(const DrawState& state, const VertexLayout& layout);
 
     /// Blends with up to three stored weights, the last weight being what is missing from 1.
     void ToCamera(const SourceVertex& source, CameraVertex& vertexOut);
@@ -34,8 +34,8 @@ private:
 
     const Pair& Matrix(UINT index);
 
-    const DeviceState* state = nullptr; ///< not owned
-    int weightCount = 0;                ///< stored weights that count; there is one matrix more
+    const DrawState* state = nullptr; ///< not owned
+    int weightCount = 0;              ///< stored weights that count; there is one matrix more
     bool isBlended = false;
     bool isIndexed = false;
     bool hasNormal = false;
