@@ -1,7 +1,7 @@
 // Entry of the program: options, window, graphics, the run over the named files, shutdown.
 
 #include "app/CommandLine.h"
-#include "app/DefaultPaths.h"
+#include "gfx/DefaultPaths.h"
 #include "app/GuardedRun.h"
 #include "app/MainWindow.h"
 #include "app/Options.h"

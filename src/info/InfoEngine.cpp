@@ -1,6 +1,6 @@
 #include "info/InfoEngine.h"
 
-#include "app/DefaultPaths.h"
+#include "gfx/DefaultPaths.h"
 #include "base/Log.h"
 
 namespace {

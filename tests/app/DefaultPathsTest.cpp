@@ -1,4 +1,4 @@
-#include "app/DefaultPaths.h"
+#include "gfx/DefaultPaths.h"
 
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/ScratchEngine.h"

@@ -1,4 +1,4 @@
-#include "app/DefaultPaths.h"
+#include "gfx/DefaultPaths.h"
 #include "app/MainWindow.h"
 #include "app/Options.h"
 #include "tests/support/BoxWatch.h"
