@@ -2,11 +2,13 @@
 #include "tests/support/TreePaths.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <spawn.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,6 +24,15 @@ std::string TakeFile(const std::string& path)
     return bytes;
 }
 
+/// The program and its options, divided by blanks, that runs what was built for another processor.
+/// The build hands it over in QSA_EMULATOR; empty where programs run by themselves.
+std::vector<std::string> EmulatorWords()
+{
+    const char* emulator = std::getenv("QSA_EMULATOR");
+    std::istringstream text(emulator ? emulator : "");
+    return {std::istream_iterator<std::string>(text), {}};
+}
+
 } // namespace
 
 ProgramRun RunProgram(const std::vector<std::string>& arguments)
@@ -31,9 +42,12 @@ ProgramRun RunProgram(const std::vector<std::string>& arguments)
 
 ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string>& arguments)
 {
-    std::vector<char*> argv = {const_cast<char*>(file.c_str())};
-    for (const std::string& argument : arguments)
-        argv.push_back(const_cast<char*>(argument.c_str()));
+    std::vector<std::string> words = EmulatorWords();
+    words.push_back(file);
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
     argv.push_back(nullptr);
 
     const std::string base =
@@ -46,7 +60,7 @@ ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string
 
     ProgramRun run;
     pid_t child = 0;
-    if (posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
+    if (posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
         int status = 0;
         waitpid(child, &status, 0);
         run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
