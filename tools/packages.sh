@@ -41,7 +41,7 @@ installed $name
 
 build_packages='g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev'
 test_packages='googletest clang-format libbenchmark-dev ccache'
-fuzz_packages='clang'
+sanitizer_packages='clang'
 coverage_packages='lcov'
 tidy_packages='clang-tidy'
 valgrind_packages='valgrind'
@@ -52,3 +52,4 @@ bench_packages='assimp-utils'
 win32_build_packages='g++-mingw-w64-x86-64-posix cmake ninja-build'
 win32_run_packages='wine64 xvfb'
 win32_test_packages='googletest xdotool imagemagick ccache'
+cross_packages='g++-aarch64-linux-gnu qemu-user-static'
