@@ -54,7 +54,7 @@ void KRE_Base::SetClassName(const char* name)
     CopyText(className, sizeof className, name);
 }
 
-void KRE_Base::Error(const char* format, ...)
+void KRE_Base::Error(const char* format, ...) const
 {
     char message[kMessageSize];
     va_list arguments;
@@ -73,7 +73,7 @@ void KRE_Base::Error(const char* format, ...)
     throw KRE_Error(gKreErrorRecord);
 }
 
-void KRE_Base::Warning(const char* format, ...)
+void KRE_Base::Warning(const char* format, ...) const
 {
     if (gKreWarningCount >= kMaxWarnings)
         return;

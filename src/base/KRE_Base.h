@@ -24,21 +24,22 @@ extern KRE_Error gKreErrorRecord;  ///< label and message of the last report
 /// Logs the repeats of the last warning that are still to be told.
 void KreFlushWarningRepeat();
 
-/// Root of the engine classes. Copies are counted as objects of their own.
+/// Root of the engine classes. Copies are counted as objects of their own. A report does not count as a
+/// change of the object.
 class KRE_Base {
 public:
     /// Logs, sets `errorHappened` and throws `KRE_Error`; overrides must throw as well. The file that
     /// is being loaded is told ahead, as by `ErrorClass`.
-    [[noreturn]] [[gnu::format(printf, 2, 3)]] virtual void Error(const char* format, ...);
+    [[noreturn]] [[gnu::format(printf, 2, 3)]] virtual void Error(const char* format, ...) const;
     /// Logs, unless the same text came last time, and returns.
-    [[gnu::format(printf, 2, 3)]] virtual void Warning(const char* format, ...);
+    [[gnu::format(printf, 2, 3)]] virtual void Warning(const char* format, ...) const;
     virtual ~KRE_Base();
 
     /// The label of all messages, cut at 31 bytes; null empties it.
     void SetClassName(const char* name);
 
-    HRESULT lastResult = S_OK; ///< of the last device call
-    int32_t errorHappened = 0; ///< set by `Error`
+    mutable HRESULT lastResult = S_OK; ///< of the last device call
+    mutable int32_t errorHappened = 0; ///< set by `Error`
     char className[kLabelSize];
 
 protected:

@@ -98,7 +98,7 @@ int32_t LoadTrack(File& file, const char* what, KRE_KeyList<T>& keys)
 
 } // namespace
 
-void KRE_3dObject::Save(File& file)
+void KRE_3dObject::Save(File& file) const
 {
     file.WriteInt16(static_cast<int16_t>(kQsbObjectId));
     file.WriteInt32(objectKind);

@@ -4,10 +4,10 @@
 #include "scene/KRE_3dScene.h"
 
 template <class List>
-static void SaveAll(File& file, List& list)
+static void SaveAll(File& file, const List& list)
 {
     file.WriteInt32(list.Count());
-    for (auto* object : list)
+    for (const auto* object : list)
         object->Save(file);
 }
 
@@ -24,7 +24,7 @@ static void LoadAll(File& file, const char* what, int32_t leastBytes, DynaMem<T,
     }
 }
 
-void KRE_3dScene::Save(File& file)
+void KRE_3dScene::Save(File& file) const
 {
     KRE_3dObject::Save(file);
     KRE_ClipObject::Save(file);

@@ -35,7 +35,7 @@ HeapArray<uint8_t> ReadBlock(File& file, int64_t size)
     return block;
 }
 
-HeapArray<uint8_t> TryBlock(KRE_Mesh& mesh, int64_t size)
+HeapArray<uint8_t> TryBlock(const KRE_Mesh& mesh, int64_t size)
 {
     HeapArray<uint8_t> block;
     if (size <= INT32_MAX)
@@ -94,7 +94,7 @@ void CheckFaceValues(const File& file, const char* what, const uint16_t* values,
 
 // ---- Saving
 
-void KRE_Mesh::Save(File& file)
+void KRE_Mesh::Save(File& file) const
 {
     KRE_3dObject::Save(file);
     KRE_ClipObject::Save(file);
@@ -115,7 +115,7 @@ void KRE_Mesh::Save(File& file)
         bone->Save(file);
 }
 
-void KRE_Mesh::SaveGeometry(File& file)
+void KRE_Mesh::SaveGeometry(File& file) const
 {
     if (!CanStoreFormat(fvf))
         Error("Vertex format 0x%X can not be stored", static_cast<unsigned>(fvf));

@@ -5,7 +5,7 @@
 #include "scene/KRE_Camera.h"
 #include "scene/KRE_Light.h"
 
-void KRE_Target3dObject::Save(File& file)
+void KRE_Target3dObject::Save(File& file) const
 {
     KRE_3dObject::Save(file);
     WriteText(file, targetName);
@@ -22,7 +22,7 @@ void KRE_Target3dObject::Load(File& file)
     gQsbReadContext.ReadText(file, &targetName);
 }
 
-void KRE_Camera::Save(File& file)
+void KRE_Camera::Save(File& file) const
 {
     KRE_Target3dObject::Save(file);
     file.WriteFloat32(fov);
@@ -36,7 +36,7 @@ void KRE_Camera::Load(File& file)
     file.ReadFloat32(&fov);
 }
 
-void KRE_Light::Save(File& file)
+void KRE_Light::Save(File& file) const
 {
     KRE_Target3dObject::Save(file);
     file.WriteInt32(lightOn);

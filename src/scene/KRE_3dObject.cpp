@@ -16,7 +16,7 @@ KRE_3dObject::KRE_3dObject(const KRE_3dObject& other) : KRE_ResourceBase(), KRE_
     SetClassName(other.className);
 }
 
-void KRE_3dObject::Error(const char* format, ...)
+void KRE_3dObject::Error(const char* format, ...) const
 {
     char text[kMessageSize];
     va_list arguments;
@@ -26,7 +26,7 @@ void KRE_3dObject::Error(const char* format, ...)
     KRE_Base::Error("%s: %s", name.c_str(), text);
 }
 
-void KRE_3dObject::Warning(const char* format, ...)
+void KRE_3dObject::Warning(const char* format, ...) const
 {
     char text[kMessageSize];
     va_list arguments;

@@ -19,13 +19,13 @@ public:
     ~KRE_3dObject() override = default;
 
     /// As in `KRE_Base`, with the object's name and ": " ahead of the message.
-    [[noreturn]] [[gnu::format(printf, 2, 3)]] void Error(const char* format, ...) override;
-    [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) override;
+    [[noreturn]] [[gnu::format(printf, 2, 3)]] void Error(const char* format, ...) const override;
+    [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) const override;
     /// Write and read the object as in QSB files: `qsb/KRE_3dObjectFile.cpp` and its neighbours. A
     /// load begins with a reset; what a file may not hold is an `Error`, after which the object is
     /// in no particular state. Overrides begin with their base's; a mesh and a scene override `Load`
     /// as the others do, although nothing calls it through a base.
-    virtual void Save(File& file);
+    virtual void Save(File& file) const;
     virtual void Load(File& file);
     virtual int32_t IsMesh() const { return 0; }
 

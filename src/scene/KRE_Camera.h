@@ -6,7 +6,7 @@ class KRE_Camera : public KRE_Target3dObject {
 public:
     KRE_Camera();
 
-    void Save(File& file) override;
+    void Save(File& file) const override;
     void Load(File& file) override;
     void Reset();
 

@@ -7,7 +7,7 @@ class KRE_Light : public KRE_Target3dObject {
 public:
     KRE_Light();
 
-    void Save(File& file) override;
+    void Save(File& file) const override;
     void Load(File& file) override;
 
     /// Writes the world position and direction to `light`, carried along with the pivot and

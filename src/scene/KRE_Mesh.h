@@ -11,7 +11,7 @@ public:
 
     /// QUIRK: of the blend weights of a vertex all but the last are stored, in 16 bits and rounded
     /// down, as are normals: a scene that is loaded and saved again and again loses by it.
-    void Save(File& file) override;
+    void Save(File& file) const override;
     void Load(File& file) override;
     int32_t IsMesh() const override { return 1; }
 
@@ -40,7 +40,7 @@ public:
 
 private:
     void CopyBones(const KRE_Mesh& other);
-    void SaveGeometry(File& file);
+    void SaveGeometry(File& file) const;
     void LoadMaterials(File& file);
     bool HasBumpMap();
     void LoadGeometry(File& file, int32_t boneCount, bool hasBumpMap);

@@ -18,14 +18,14 @@ KRE_MeshBase::~KRE_MeshBase()
 
 // ---- Locks
 
-int32_t KRE_MeshBase::LockAll(DWORD flags)
+int32_t KRE_MeshBase::LockAll(DWORD flags) const
 {
     LockIndexBuffer(flags);
     LockVertexBuffer(flags);
     return LockAttributeBuffer(flags);
 }
 
-int32_t KRE_MeshBase::UnlockAll()
+int32_t KRE_MeshBase::UnlockAll() const
 {
     UnlockAttributeBuffer();
     UnlockVertexBuffer();
@@ -33,7 +33,7 @@ int32_t KRE_MeshBase::UnlockAll()
 }
 
 /// `text` holds one %s for the name of a failure.
-int32_t KRE_MeshBase::CheckLock(HRESULT result, const char* text)
+int32_t KRE_MeshBase::CheckLock(HRESULT result, const char* text) const
 {
     lastResult = result;
     if (FAILED(result))
@@ -41,7 +41,7 @@ int32_t KRE_MeshBase::CheckLock(HRESULT result, const char* text)
     return 1;
 }
 
-int32_t KRE_MeshBase::LockIndexBuffer(DWORD flags)
+int32_t KRE_MeshBase::LockIndexBuffer(DWORD flags) const
 {
     if (indexLocked)
         return 1;
@@ -52,7 +52,7 @@ int32_t KRE_MeshBase::LockIndexBuffer(DWORD flags)
     return indexLocked = 1;
 }
 
-int32_t KRE_MeshBase::LockVertexBuffer(DWORD flags)
+int32_t KRE_MeshBase::LockVertexBuffer(DWORD flags) const
 {
     if (vertexLocked)
         return 1;
@@ -63,7 +63,7 @@ int32_t KRE_MeshBase::LockVertexBuffer(DWORD flags)
     return vertexLocked = 1;
 }
 
-int32_t KRE_MeshBase::LockAttributeBuffer(DWORD flags)
+int32_t KRE_MeshBase::LockAttributeBuffer(DWORD flags) const
 {
     if (attributeLocked)
         return 1;
@@ -72,7 +72,7 @@ int32_t KRE_MeshBase::LockAttributeBuffer(DWORD flags)
     return attributeLocked = 1;
 }
 
-int32_t KRE_MeshBase::UnlockIndexBuffer()
+int32_t KRE_MeshBase::UnlockIndexBuffer() const
 {
     if (!indexLocked)
         return 1;
@@ -81,7 +81,7 @@ int32_t KRE_MeshBase::UnlockIndexBuffer()
     return CheckLock(mesh->UnlockIndexBuffer(), "UnlockIndexBuffer failed: %s");
 }
 
-int32_t KRE_MeshBase::UnlockVertexBuffer()
+int32_t KRE_MeshBase::UnlockVertexBuffer() const
 {
     if (!vertexLocked)
         return 1;
@@ -90,7 +90,7 @@ int32_t KRE_MeshBase::UnlockVertexBuffer()
     return CheckLock(mesh->UnlockVertexBuffer(), "UnlockVertexBuffer failed: %s");
 }
 
-int32_t KRE_MeshBase::UnlockAttributeBuffer()
+int32_t KRE_MeshBase::UnlockAttributeBuffer() const
 {
     if (!attributeLocked)
         return 1;

@@ -26,16 +26,16 @@ public:
 
     /// Index, vertex and attribute buffer, in this order; `flags` are of D3DLOCK_. A buffer that is
     /// locked already keeps its pointer. All locks and unlocks give 1; what the device refuses is
-    /// an `Error`.
-    int32_t LockAll(DWORD flags);
-    int32_t LockIndexBuffer(DWORD flags);
-    int32_t LockVertexBuffer(DWORD flags);
-    int32_t LockAttributeBuffer(DWORD flags);
+    /// an `Error`. A mesh counts as unchanged by them.
+    int32_t LockAll(DWORD flags) const;
+    int32_t LockIndexBuffer(DWORD flags) const;
+    int32_t LockVertexBuffer(DWORD flags) const;
+    int32_t LockAttributeBuffer(DWORD flags) const;
     /// Attribute, vertex and index buffer. One that is not locked is left alone.
-    int32_t UnlockAll();
-    int32_t UnlockIndexBuffer();
-    int32_t UnlockVertexBuffer();
-    int32_t UnlockAttributeBuffer();
+    int32_t UnlockAll() const;
+    int32_t UnlockIndexBuffer() const;
+    int32_t UnlockVertexBuffer() const;
+    int32_t UnlockAttributeBuffer() const;
 
     /// Parts of a vertex while the vertex buffer is locked; not checked, neither the number nor
     /// that the layout has the part. The first texture set may hold less than two coordinates.
@@ -72,22 +72,22 @@ public:
     /// Puts the fields back to their defaults and lets go of everything.
     void Reset();
 
-    int32_t indexLocked = 0;
-    int32_t vertexLocked = 0;
-    int32_t attributeLocked = 0;
+    mutable int32_t indexLocked = 0;
+    mutable int32_t vertexLocked = 0;
+    mutable int32_t attributeLocked = 0;
     HeapArray<KRE_Texture> textures;       ///< owned; `materialCount` of them
     ComPointer<ID3DXMesh> mesh;            ///< null without geometry; clones share it
     HeapArray<KRE_MaterialInfo> materials; ///< owned; `materialCount` of them
     String cloneSource;                    ///< the mesh whose geometry this one shares; or empty
     int32_t materialCount = 0;
-    int32_t hasTransparency = -1;   ///< -1 not looked for yet
-    int32_t vertexCount = 0;        ///< as created
-    int32_t faceCount = 0;          ///< as created
-    int32_t ownGeometry = 1;        ///< of files: whether the faces came with texture coordinates
-    uint16_t* indexData = nullptr;  ///< while locked
-    uint8_t* vertexData = nullptr;  ///< while locked
-    DWORD* attributeData = nullptr; ///< while locked
-    int32_t visible = 1;            ///< 0: neither animated nor drawn
+    int32_t hasTransparency = -1; ///< -1 not looked for yet
+    int32_t vertexCount = 0;      ///< as created
+    int32_t faceCount = 0;        ///< as created
+    int32_t ownGeometry = 1;      ///< of files: whether the faces came with texture coordinates
+    mutable uint16_t* indexData = nullptr;  ///< while locked
+    mutable uint8_t* vertexData = nullptr;  ///< while locked
+    mutable DWORD* attributeData = nullptr; ///< while locked
+    int32_t visible = 1;                    ///< 0: neither animated nor drawn
 
 protected:
     void PrepareEvaluation(double time, int32_t force) override;
@@ -100,6 +100,6 @@ private:
     {
         return reinterpret_cast<T*>(vertexData + ptrdiff_t{stride} * i + offset);
     }
-    int32_t CheckLock(HRESULT result, const char* text);
+    int32_t CheckLock(HRESULT result, const char* text) const;
     void ForgetLocks();
 };

@@ -7,7 +7,7 @@ class KRE_Target3dObject : public KRE_3dObject {
 public:
     KRE_Target3dObject() { SetClassName("KRE_Target3dObject"); }
 
-    void Save(File& file) override;
+    void Save(File& file) const override;
     void Load(File& file) override;
 
     /// Comes after every change of the vectors below; `extraTM` may be null.
