@@ -1,6 +1,7 @@
 // The JSON document. docs/qsbinfo.md describes it: what is added here is added there, and what others
 // read is never renamed without a new number of the format.
 
+#include "info/FieldLister.h"
 #include "info/JsonWriter.h"
 #include "info/Report.h"
 #include "info/SceneFacts.h"
@@ -27,9 +28,9 @@ public:
         WriteCounts();
         WriteScene();
         WriteMeshes();
-        WriteTargets("cameras", loaded.scene.cameras, AddCameraFields);
+        WriteTargets("cameras", loaded.scene.cameras);
         WriteObjects();
-        WriteTargets("lights", loaded.scene.lights, AddLightFields);
+        WriteTargets("lights", loaded.scene.lights);
         WriteFiles("textures", facts.textures);
         WriteFiles("effects", facts.effects);
         WriteWarnings();
@@ -37,12 +38,11 @@ public:
     }
 
 private:
-    /// The members of a record that `add(record, fields)` names.
-    template <class Record, class AddFields>
-    void WriteFields(const Record& record, AddFields add)
+    template <class Record>
+    void WriteFields(const Record& record)
     {
         fields.Clear();
-        add(record, fields);
+        AddFields(record, fields);
         json.Fields(fields);
     }
 
@@ -62,7 +62,7 @@ private:
     void WriteHeader()
     {
         json.BeginObject("header");
-        WriteFields(loaded.header, AddHeaderFields);
+        WriteFields(loaded.header);
         json.Real("seconds", loaded.Seconds());
         json.EndObject();
     }
@@ -94,9 +94,9 @@ private:
     void WriteScene()
     {
         json.BeginObject("scene");
-        WriteFields(loaded.scene, AddSceneFields);
+        WriteFields(loaded.scene);
         json.BeginObject("settings");
-        WriteFields(loaded.scene.settings, AddSettingsFields);
+        WriteFields(loaded.scene.settings);
         json.EndObject();
         if (loaded.scene.backgroundTexture.IsValid())
             WriteTexture("background", loaded.scene.backgroundTexture);
@@ -119,7 +119,7 @@ private:
         for (const KRE_Mesh* mesh : loaded.scene.meshes) {
             json.BeginObject();
             WriteNodeStart(*mesh);
-            WriteFields(*mesh, AddMeshFields);
+            WriteFields(*mesh);
             json.BeginList("bones");
             for (const KRE_BoneInfo* bone : mesh->bones)
                 json.Text(nullptr, bone->name);
@@ -133,23 +133,19 @@ private:
         json.EndList();
     }
 
-    template <class Track>
-    void WriteTrack(const char* name, const Track& track)
+    void WriteTrack(const NamedTrack& named)
     {
-        json.BeginObject(name);
-        fields.Clear();
-        AddTrackFields(track, fields);
-        json.Fields(fields);
+        json.BeginObject(named.name);
+        std::visit([this](const auto* track) { WriteFields(*track); }, named.track);
         json.EndObject();
     }
 
     void WriteMaterial(const KRE_MaterialInfo& material, const KRE_Texture& texture)
     {
         json.BeginObject();
-        WriteFields(material, AddMaterialFields);
-        for (const NamedColorTrack& named : kColorTracks)
-            WriteTrack(named.name, material.*named.track);
-        WriteTrack("opacityTrack", material.opacityTrack);
+        WriteFields(material);
+        for (const NamedTrack& named : TracksOf(material))
+            WriteTrack(named);
         WriteTexture("texture", texture);
         json.EndObject();
     }
@@ -157,7 +153,7 @@ private:
     void WriteTexture(const char* key, const KRE_Texture& texture)
     {
         json.BeginObject(key);
-        WriteFields(texture, AddTextureFields);
+        WriteFields(texture);
         json.BeginList("slots");
         for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot) {
             if (texture.slotNames[slot].IsEmpty())
@@ -174,14 +170,14 @@ private:
         json.EndObject();
     }
 
-    template <class List, class AddFields>
-    void WriteTargets(const char* key, List& list, AddFields add)
+    template <class List>
+    void WriteTargets(const char* key, List& list)
     {
         json.BeginList(key);
         for (const auto* node : list) {
             json.BeginObject();
             WriteNodeStart(*node);
-            WriteFields(*node, add);
+            WriteFields(*node);
             json.Bool("hasTarget", node->target != nullptr);
             json.EndObject();
         }
@@ -194,7 +190,7 @@ private:
         for (const KRE_3dObject* object : loaded.scene.objects) {
             json.BeginObject();
             WriteNodeStart(*object);
-            WriteFields(*object, AddNodeFields);
+            WriteFields(*object);
             json.EndObject();
         }
         json.EndList();

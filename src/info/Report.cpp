@@ -125,10 +125,9 @@ std::string MaterialText(const KRE_MaterialInfo& material, const KRE_Texture& te
         text += " " + RoundedText(100.0 * material.transparency, 0) + "%";
     if (material.twoSided)
         text += ", two-sided";
-    bool isAnimated = material.opacityTrack.GetKeyCount() > 0;
-    for (const NamedColorTrack& named : kColorTracks)
-        isAnimated = isAnimated || (material.*named.track).GetKeyCount() > 0;
-    if (isAnimated)
+    const std::vector<NamedTrack> tracks = TracksOf(material);
+    if (std::any_of(tracks.begin(), tracks.end(),
+                    [](const NamedTrack& named) { return named.KeyCount() > 0; }))
         text += ", animated";
     if (!material.effectParams.name.IsEmpty())
         text += ", effect " + ShownName(material.effectParams.name.c_str());

@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "info/FieldLister.h"
 #include "info/NameText.h"
 #include "info/SceneFields.h"
 
@@ -74,19 +75,18 @@ void SceneDiff::CompareFieldLists(const std::string& path)
 
 // ---- Records and arrays
 
-template <class Record, class AddFields>
-void SceneDiff::CompareRecords(const std::string& path, const Record& first, const Record& second,
-                               AddFields add)
+template <class Record>
+void SceneDiff::CompareRecords(const std::string& path, const Record& first, const Record& second)
 {
     firstFields.Clear();
     secondFields.Clear();
-    add(first, firstFields);
-    add(second, secondFields);
+    AddFields(first, firstFields);
+    AddFields(second, secondFields);
     CompareFieldLists(path);
 }
 
-template <class AddFields>
-void SceneDiff::CompareArray(const std::string& path, int64_t count, AddFields add)
+template <class Add>
+void SceneDiff::CompareArray(const std::string& path, int64_t count, Add add)
 {
     linesLeft = options.all ? INT64_MAX : kMostLines;
     for (int64_t i = 0; i < count; ++i) {
@@ -111,7 +111,7 @@ void SceneDiff::CompareKeyList(const std::string& path, const KRE_KeyList<Key>& 
         ++count;
     CompareArray(path, count, [&keys](bool isSecond, int64_t, FieldList& fields) {
         const Key*& key = keys[isSecond ? 1 : 0];
-        AddKeyFields(*key, fields);
+        AddFields(*key, fields);
         key = key->next.get();
     });
 }
@@ -119,12 +119,22 @@ void SceneDiff::CompareKeyList(const std::string& path, const KRE_KeyList<Key>& 
 template <class Track>
 void SceneDiff::CompareTrack(const std::string& path, const Track& first, const Track& second)
 {
-    CompareRecords(path + '.', first, second,
-                   [](const Track& track, FieldList& fields) { AddTrackFields(track, fields); });
+    CompareRecords(path + '.', first, second);
     const int32_t count = std::min(first.GetKeyCount(), second.GetKeyCount());
     CompareArray(path + ".keys", count, [&](bool isSecond, int64_t i, FieldList& fields) {
-        AddKeyFields((isSecond ? second : first).Key(static_cast<int32_t>(i)), fields);
+        AddFields((isSecond ? second : first).Key(static_cast<int32_t>(i)), fields);
     });
+}
+
+void SceneDiff::CompareTracks(const std::string& path, const std::vector<NamedTrack>& first,
+                              const std::vector<NamedTrack>& second)
+{
+    for (size_t i = 0; i < first.size(); ++i) {
+        const auto compare = [&](const auto* track) {
+            CompareTrack(path + first[i].name, *track, *std::get<decltype(track)>(second[i].track));
+        };
+        std::visit(compare, first[i].track);
+    }
 }
 
 // ---- Parts of objects
@@ -140,25 +150,23 @@ void SceneDiff::CompareKeys(const std::string& path, const KRE_3dObject& first,
 void SceneDiff::CompareMaterials(const std::string& path, const KRE_MaterialInfo& first,
                                  const KRE_MaterialInfo& second)
 {
-    CompareRecords(path + '.', first, second, AddMaterialFields);
-    for (const NamedColorTrack& named : kColorTracks)
-        CompareTrack(path + '.' + named.name, first.*named.track, second.*named.track);
-    CompareTrack(path + ".opacityTrack", first.opacityTrack, second.opacityTrack);
+    CompareRecords(path + '.', first, second);
+    CompareTracks(path + '.', TracksOf(first), TracksOf(second));
 }
 
 void SceneDiff::CompareTextures(const std::string& path, const KRE_Texture& first,
                                 const KRE_Texture& second)
 {
-    CompareRecords(path + '.', first, second, AddTextureFields);
+    CompareRecords(path + '.', first, second);
     for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot) {
-        const std::string slotPath = path + ".slots[" + std::to_string(slot) + ']';
-        CompareRecords(slotPath + '.', first, second,
-                       [slot](const KRE_Texture& texture, FieldList& fields) {
-                           AddSlotFields(texture, slot, fields);
-                       });
-        for (int32_t track = 0; track < KRE_TextMatrixAni::kTrackCount; ++track)
-            CompareTrack(slotPath + '.' + kSlotTracks[track] + "Track",
-                         SlotTrack(first, slot, track), SlotTrack(second, slot, track));
+        const std::string slotPath = path + ".slots[" + std::to_string(slot) + "].";
+        firstFields.Clear();
+        secondFields.Clear();
+        AddSlotFields(first, slot, firstFields);
+        AddSlotFields(second, slot, secondFields);
+        CompareFieldLists(slotPath);
+        CompareTracks(slotPath, TracksOf(AnimationOf(first, slot)),
+                      TracksOf(AnimationOf(second, slot)));
     }
 }
 
@@ -183,7 +191,7 @@ void SceneDiff::CompareGeometry(const std::string& path, KRE_Mesh& first, KRE_Me
 
 void SceneDiff::CompareMeshes(const std::string& path, KRE_Mesh& first, KRE_Mesh& second)
 {
-    CompareRecords(path, first, second, AddMeshFields);
+    CompareRecords(path, first, second);
     CompareKeys(path, first, second);
     const int32_t materials = std::min(first.materialCount, second.materialCount);
     const std::string material = path + "materials[";
@@ -195,8 +203,8 @@ void SceneDiff::CompareMeshes(const std::string& path, KRE_Mesh& first, KRE_Mesh
     }
     CompareArray(path + "bones", std::min(first.bones.Count(), second.bones.Count()),
                  [&](bool isSecond, int64_t i, FieldList& fields) {
-                     AddBoneFields(*(isSecond ? second : first).bones.Get(static_cast<int32_t>(i)),
-                                   fields);
+                     AddFields(*(isSecond ? second : first).bones.Get(static_cast<int32_t>(i)),
+                               fields);
                  });
     CompareGeometry(path, first, second);
 }
@@ -276,27 +284,27 @@ int64_t SceneDiff::Compare(LoadedScene& firstFile, LoadedScene& secondFile)
 {
     KRE_3dScene& first = firstFile.scene;
     KRE_3dScene& second = secondFile.scene;
-    CompareRecords("header/", firstFile.header, secondFile.header, AddHeaderFields);
-    CompareRecords("scene/", first, second, AddSceneFields);
+    CompareRecords("header/", firstFile.header, secondFile.header);
+    CompareRecords("scene/", first, second);
     CompareKeys("scene/", first, second);
-    CompareRecords("settings/", first.settings, second.settings, AddSettingsFields);
+    CompareRecords("settings/", first.settings, second.settings);
     CompareTextures("background", first.backgroundTexture, second.backgroundTexture);
     CompareLists(
         "meshes", first.meshes, second.meshes,
         [this](const std::string& path, KRE_Mesh& a, KRE_Mesh& b) { CompareMeshes(path, a, b); });
     CompareLists("cameras", first.cameras, second.cameras,
                  [this](const std::string& path, KRE_Camera& a, KRE_Camera& b) {
-                     CompareRecords(path, a, b, AddCameraFields);
+                     CompareRecords(path, a, b);
                      CompareKeys(path, a, b);
                  });
     CompareLists("objects", first.objects, second.objects,
                  [this](const std::string& path, KRE_3dObject& a, KRE_3dObject& b) {
-                     CompareRecords(path, a, b, AddNodeFields);
+                     CompareRecords(path, a, b);
                      CompareKeys(path, a, b);
                  });
     CompareLists("lights", first.lights, second.lights,
                  [this](const std::string& path, KRE_Light& a, KRE_Light& b) {
-                     CompareRecords(path, a, b, AddLightFields);
+                     CompareRecords(path, a, b);
                      CompareKeys(path, a, b);
                  });
     return differences;

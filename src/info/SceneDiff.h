@@ -7,6 +7,7 @@
 #include "info/FieldList.h"
 #include "info/LoadedScene.h"
 #include "info/Output.h"
+#include "info/SceneFields.h"
 
 struct DiffOptions {
     /// Floats that differ by no more are the same; without a value, those that the file format
@@ -46,14 +47,14 @@ private:
                         const KRE_KeyList<Key>& second);
     template <class Track>
     void CompareTrack(const std::string& path, const Track& first, const Track& second);
+    void CompareTracks(const std::string& path, const std::vector<NamedTrack>& first,
+                       const std::vector<NamedTrack>& second);
 
-    /// `add(record, fields)` names the fields of both records.
-    template <class Record, class AddFields>
-    void CompareRecords(const std::string& path, const Record& first, const Record& second,
-                        AddFields add);
+    template <class Record>
+    void CompareRecords(const std::string& path, const Record& first, const Record& second);
     /// The elements that both arrays have; `add(isSecond, i, fields)` names the fields of one.
-    template <class AddFields>
-    void CompareArray(const std::string& path, int64_t count, AddFields add);
+    template <class Add>
+    void CompareArray(const std::string& path, int64_t count, Add add);
     void CompareFieldLists(const std::string& path);
     void CompareFields(const std::string& path, const Field& first, const Field& second);
     bool IsSame(const Field& first, const Field& second, int32_t i) const;

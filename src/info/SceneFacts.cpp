@@ -93,18 +93,21 @@ private:
     {
         ++facts.counts.materials;
         facts.counts.transparentMaterials += material.transparent != 0 ? 1 : 0;
-        for (const NamedColorTrack& named : kColorTracks)
-            facts.counts.materialKeys += (material.*named.track).GetKeyCount();
-        facts.counts.materialKeys += material.opacityTrack.GetKeyCount();
+        AddTracks(TracksOf(material));
         if (!material.effectParams.name.IsEmpty())
             effects.Meet(material.effectParams.name.c_str());
+    }
+
+    void AddTracks(const std::vector<NamedTrack>& tracks)
+    {
+        for (const NamedTrack& named : tracks)
+            facts.counts.materialKeys += named.KeyCount();
     }
 
     void AddTexture(const KRE_Texture& texture)
     {
         for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot) {
-            for (int32_t track = 0; track < KRE_TextMatrixAni::kTrackCount; ++track)
-                facts.counts.materialKeys += SlotTrack(texture, slot, track).GetKeyCount();
+            AddTracks(TracksOf(AnimationOf(texture, slot)));
             if (texture.slotNames[slot].IsEmpty())
                 continue;
             NamedFile& file = textures.Meet(texture.slotNames[slot].c_str());

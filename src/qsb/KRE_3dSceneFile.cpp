@@ -1,7 +1,6 @@
 // A whole scene in QSB files, but for the file's header.
 
-#include "qsb/QSB_ReadContext.h"
-#include "scene/KRE_3dScene.h"
+#include "qsb/QSB_SceneFields.h"
 
 template <class List>
 static void SaveAll(File& file, const List& list)
@@ -26,10 +25,7 @@ static void LoadAll(File& file, const char* what, int32_t leastBytes, DynaMem<T,
 
 void KRE_3dScene::Save(File& file) const
 {
-    KRE_3dObject::Save(file);
-    KRE_ClipObject::Save(file);
-    file.WriteInt32(static_cast<int32_t>(ambientColor));
-    file.WriteInt32(static_cast<int32_t>(backgroundColor));
+    SaveFields(file, *this);
     const bool hasBackground = backgroundTexture.IsValid();
     file.WriteInt8(hasBackground ? 1 : 0);
     if (hasBackground)
@@ -45,11 +41,7 @@ void KRE_3dScene::Load(File& file)
 {
     const QSB_ObjectInHand inHand(*this);
     Reset();
-    KRE_3dObject::Load(file);
-    if (gQsbReadContext.version >= kQsbSceneBounds)
-        KRE_ClipObject::Load(file);
-    file.ReadInt32(&ambientColor);
-    file.ReadInt32(&backgroundColor);
+    LoadFields(file, *this);
     uint8_t hasBackground = 0;
     file.ReadInt8(&hasBackground);
     backgroundTexture.CopyFrom(KRE_Texture());

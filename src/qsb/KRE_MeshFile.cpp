@@ -5,19 +5,10 @@
 #include <cstring>
 
 #include "gfx/KRE_Gfx.h"
-#include "qsb/QSB_ReadContext.h"
-#include "qsb/QSB_Record.h"
+#include "qsb/QSB_SceneFields.h"
 #include "qsb/QSB_Vertices.h"
-#include "scene/KRE_Mesh.h"
 
 namespace {
-
-struct StoredGeometry {
-    int32_t vertexCount;
-    int32_t faceCount;
-    uint32_t fvf;
-};
-static_assert(sizeof(StoredGeometry) == 12);
 
 constexpr int32_t kFaceBytes = 6;
 constexpr int32_t kAttributeBytes = 2;
@@ -90,105 +81,74 @@ void CheckFaceValues(const File& file, const char* what, const uint16_t* values,
                          static_cast<int>((bad - values) / perFace), *bad, limit);
 }
 
-} // namespace
-
 // ---- Saving
 
-void KRE_Mesh::Save(File& file) const
-{
-    KRE_3dObject::Save(file);
-    KRE_ClipObject::Save(file);
-    file.WriteInt32(ownGeometry);
-    file.WriteInt32(visible);
-    file.WriteInt32(hasTransparency);
-    file.WriteInt32(materialCount);
-    for (int32_t i = 0; i < materialCount; ++i)
-        materials[i].Save(file);
-    for (int32_t i = 0; i < materialCount; ++i)
-        textures[i].Save(file);
-    WriteText(file, cloneSource);
-    file.WriteInt32(bones.Count());
-    if (cloneSource.IsEmpty())
-        SaveGeometry(file);
-    file.WriteInt32(userTag);
-    for (const KRE_BoneInfo* bone : bones)
-        bone->Save(file);
-}
+class MeshSaver : public QSB_SaveArchive {
+public:
+    using QSB_SaveArchive::QSB_SaveArchive;
 
-void KRE_Mesh::SaveGeometry(File& file) const
-{
-    if (!CanStoreFormat(fvf))
-        Error("Vertex format 0x%X can not be stored", static_cast<unsigned>(fvf));
-    const int64_t vertexBytes = int64_t{QSB_VertexForm(*this, kQsbCurrent).size} * vertexCount;
-    const int64_t faceBytes = int64_t{kFaceBytes + kAttributeBytes} * faceCount;
-    HeapArray<uint8_t> vertices = TryBlock(*this, vertexBytes);
-    HeapArray<uint8_t> faces = TryBlock(*this, faceBytes);
+    void Materials(const char*, const KRE_Mesh& mesh)
+    {
+        file.WriteInt32(mesh.materialCount);
+        for (int32_t i = 0; i < mesh.materialCount; ++i)
+            mesh.materials[i].Save(file);
+        for (int32_t i = 0; i < mesh.materialCount; ++i)
+            mesh.textures[i].Save(file);
+    }
+    void BoneCount(const char*, const KRE_Mesh& mesh) { file.WriteInt32(mesh.bones.Count()); }
+    void Geometry(const KRE_Mesh& mesh)
+    {
+        if (mesh.cloneSource.IsEmpty())
+            SaveGeometry(mesh);
+    }
+    void Bones(const KRE_Mesh& mesh)
+    {
+        for (const KRE_BoneInfo* bone : mesh.bones)
+            bone->Save(file);
+    }
 
-    LockAll(D3DLOCK_READONLY);
-    const int32_t clamped = PackVertices(vertexData, *this, vertexCount, vertices.Get());
-    const size_t indexBytes = static_cast<size_t>(faceCount) * kFaceBytes;
-    std::memcpy(faces.Get(), indexData, indexBytes);
-    for (int32_t i = 0; i < faceCount; ++i) {
-        const auto attribute = static_cast<uint16_t>(attributeData[i]);
+private:
+    void SaveGeometry(const KRE_Mesh& mesh);
+};
+
+void MeshSaver::SaveGeometry(const KRE_Mesh& mesh)
+{
+    if (!CanStoreFormat(mesh.fvf))
+        mesh.Error("Vertex format 0x%X can not be stored", static_cast<unsigned>(mesh.fvf));
+    const int64_t vertexBytes = int64_t{QSB_VertexForm(mesh, kQsbCurrent).size} * mesh.vertexCount;
+    const int64_t faceBytes = int64_t{kFaceBytes + kAttributeBytes} * mesh.faceCount;
+    HeapArray<uint8_t> vertices = TryBlock(mesh, vertexBytes);
+    HeapArray<uint8_t> faces = TryBlock(mesh, faceBytes);
+
+    mesh.LockAll(D3DLOCK_READONLY);
+    const int32_t clamped = PackVertices(mesh.vertexData, mesh, mesh.vertexCount, vertices.Get());
+    const size_t indexBytes = static_cast<size_t>(mesh.faceCount) * kFaceBytes;
+    std::memcpy(faces.Get(), mesh.indexData, indexBytes);
+    for (int32_t i = 0; i < mesh.faceCount; ++i) {
+        const auto attribute = static_cast<uint16_t>(mesh.attributeData[i]);
         std::memcpy(faces.Get() + indexBytes + ptrdiff_t{kAttributeBytes} * i, &attribute,
                     sizeof attribute);
     }
-    UnlockAll();
+    mesh.UnlockAll();
 
     if (clamped > 0)
-        Warning("%i values of normals and weights exceed the file format", clamped);
-    WriteRecord(file, StoredGeometry{vertexCount, faceCount, fvf});
+        mesh.Warning("%i values of normals and weights exceed the file format", clamped);
+    Fields(*this, QSB_Geometry{mesh.vertexCount, mesh.faceCount, mesh.fvf});
     file.Write(vertices.Get(), static_cast<int32_t>(vertexBytes));
     file.Write(faces.Get(), static_cast<int32_t>(faceBytes));
 }
 
 // ---- Loading
 
-void KRE_Mesh::Load(File& file)
-{
-    const QSB_ObjectInHand inHand(*this);
-    Reset();
-    KRE_3dObject::Load(file);
-    KRE_ClipObject::Load(file);
-    file.ReadInt32(&ownGeometry);
-    file.ReadInt32(&visible);
-    file.ReadInt32(&hasTransparency);
-    LoadMaterials(file);
-    const bool hasBumpMap = HasBumpMap();
-    gQsbReadContext.ReadText(file, &cloneSource);
-    const int32_t boneCount = gQsbReadContext.ReadCount(file, "bones", kQsbLeastBone);
-    const bool hasGeometry = cloneSource.IsEmpty();
-    if (hasGeometry)
-        LoadGeometry(file, boneCount, hasBumpMap);
-    file.ReadInt32(&userTag);
-    LoadBones(file, boneCount);
-    if (hasGeometry)
-        Optimize();
-}
-
-void KRE_Mesh::LoadMaterials(File& file)
-{
-    const int32_t count =
-        gQsbReadContext.ReadCount(file, "materials", kQsbLeastMaterial + kQsbLeastTexture);
-    AllocateMaterials(count);
-    for (int32_t i = 0; i < count; ++i)
-        materials[i].Load(file);
-    for (int32_t i = 0; i < count; ++i) {
-        gQsbReadContext.material = i;
-        textures[i].Load(file);
-    }
-    gQsbReadContext.material = -1;
-}
-
 /// Whether vertices need room for what a bump map wants. Leaves slot 0 of the textures selected.
 /// QUIRK: the selected slot is the one whose map moves, and an import leaves the last one selected. So of a
 /// diffuse map over a reflection an import tiles and moves the diffuse map, and its binary scene the
 /// reflection: `KRE_Texture::Evaluate` looks at one slot.
-bool KRE_Mesh::HasBumpMap()
+bool HasBumpMap(KRE_Mesh& mesh)
 {
     bool found = false;
-    for (int32_t i = 0; i < materialCount; ++i) {
-        KRE_Texture& texture = textures[i];
+    for (int32_t i = 0; i < mesh.materialCount; ++i) {
+        KRE_Texture& texture = mesh.textures[i];
         if (texture.sequenceCount > 0)
             continue; // its slots cannot be selected
         for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot) {
@@ -201,10 +161,50 @@ bool KRE_Mesh::HasBumpMap()
     return found;
 }
 
-void KRE_Mesh::LoadGeometry(File& file, int32_t boneCount, bool hasBumpMap)
+class MeshLoader : public QSB_LoadArchive {
+public:
+    using QSB_LoadArchive::QSB_LoadArchive;
+
+    void Materials(const char*, KRE_Mesh& mesh);
+    void BoneCount(const char*, KRE_Mesh&)
+    {
+        boneCount = gQsbReadContext.ReadCount(file, "bones", kQsbLeastBone);
+    }
+    void Geometry(KRE_Mesh& mesh)
+    {
+        if (mesh.cloneSource.IsEmpty())
+            LoadGeometry(mesh);
+    }
+    void Bones(KRE_Mesh& mesh);
+
+private:
+    void LoadGeometry(KRE_Mesh& mesh);
+    void LoadVertices(KRE_Mesh& mesh, const VertexInfo& stored);
+    void LoadFaces(KRE_Mesh& mesh);
+
+    int32_t boneCount = 0;
+    bool hasBumpMap = false;
+};
+
+void MeshLoader::Materials(const char*, KRE_Mesh& mesh)
 {
-    StoredGeometry geometry;
-    ReadRecord(file, &geometry);
+    const int32_t count =
+        gQsbReadContext.ReadCount(file, "materials", kQsbLeastMaterial + kQsbLeastTexture);
+    mesh.AllocateMaterials(count);
+    for (int32_t i = 0; i < count; ++i)
+        mesh.materials[i].Load(file);
+    for (int32_t i = 0; i < count; ++i) {
+        gQsbReadContext.material = i;
+        mesh.textures[i].Load(file);
+    }
+    gQsbReadContext.material = -1;
+    hasBumpMap = HasBumpMap(mesh);
+}
+
+void MeshLoader::LoadGeometry(KRE_Mesh& mesh)
+{
+    QSB_Geometry geometry;
+    Fields(*this, geometry);
     if (!CanStoreFormat(geometry.fvf))
         gQsbReadContext.Fail(file, "Invalid vertex format: 0x%X",
                              static_cast<unsigned>(geometry.fvf));
@@ -219,53 +219,72 @@ void KRE_Mesh::LoadGeometry(File& file, int32_t boneCount, bool hasBumpMap)
         format |= kVertexColors;
     if (gQsbReadContext.bumpMaps && hasBumpMap) {
         if (stored.textureCount > 1)
-            Error("Multiple texture coords not supported");
+            mesh.Error("Multiple texture coords not supported");
         format = (format & ~DWORD{D3DFVF_TEX1}) | kBumpSets;
     }
-    gGfx->CreateMesh(this, geometry.faceCount, geometry.vertexCount, materialCount, format, 0,
+    gGfx->CreateMesh(&mesh, geometry.faceCount, geometry.vertexCount, mesh.materialCount, format, 0,
                      boneCount);
-    if (mesh->GetNumBytesPerVertex() != static_cast<DWORD>(stride))
+    if (mesh.mesh->GetNumBytesPerVertex() != static_cast<DWORD>(mesh.stride))
         gQsbReadContext.Fail(file, "Invalid vertex format: 0x%X", static_cast<unsigned>(format));
-    LoadVertices(file, stored, boneCount);
-    LoadFaces(file);
+    LoadVertices(mesh, stored);
+    LoadFaces(mesh);
 }
 
-void KRE_Mesh::LoadVertices(File& file, const VertexInfo& stored, int32_t boneCount)
+void MeshLoader::LoadVertices(KRE_Mesh& mesh, const VertexInfo& stored)
 {
     const QSB_VertexForm form(stored, gQsbReadContext.version);
-    const auto records = ReadBlock(file, int64_t{form.size} * vertexCount);
-    CheckFirstBones(*this, records, form, boneCount);
-    CheckBones(file, records, form, vertexCount, boneCount);
-    LockVertexBuffer(0);
-    UnpackVertices(records.Get(), form, stored, vertexCount, *this, vertexData);
-    UnlockVertexBuffer();
+    const auto records = ReadBlock(file, int64_t{form.size} * mesh.vertexCount);
+    CheckFirstBones(mesh, records, form, boneCount);
+    CheckBones(file, records, form, mesh.vertexCount, boneCount);
+    mesh.LockVertexBuffer(0);
+    UnpackVertices(records.Get(), form, stored, mesh.vertexCount, mesh, mesh.vertexData);
+    mesh.UnlockVertexBuffer();
 }
 
-void KRE_Mesh::LoadFaces(File& file)
+void MeshLoader::LoadFaces(KRE_Mesh& mesh)
 {
-    const auto block = ReadBlock(file, int64_t{kFaceBytes + kAttributeBytes} * faceCount);
+    const int32_t count = mesh.faceCount;
+    const auto block = ReadBlock(file, int64_t{kFaceBytes + kAttributeBytes} * count);
     const auto* indices = reinterpret_cast<const uint16_t*>(block.Get());
-    const uint16_t* attributes = indices + ptrdiff_t{3} * faceCount;
-    CheckFaceValues(file, "vertex", indices, 3 * faceCount, 3, vertexCount);
-    CheckFaceValues(file, "attribute", attributes, faceCount, 1, std::max(materialCount, 1));
-    LockIndexBuffer(0);
-    std::memcpy(indexData, indices, static_cast<size_t>(faceCount) * kFaceBytes);
-    UnlockIndexBuffer();
-    LockAttributeBuffer(0);
-    std::copy_n(attributes, faceCount, attributeData);
-    UnlockAttributeBuffer();
+    const uint16_t* attributes = indices + ptrdiff_t{3} * count;
+    CheckFaceValues(file, "vertex", indices, 3 * count, 3, mesh.vertexCount);
+    CheckFaceValues(file, "attribute", attributes, count, 1, std::max(mesh.materialCount, 1));
+    mesh.LockIndexBuffer(0);
+    std::memcpy(mesh.indexData, indices, static_cast<size_t>(count) * kFaceBytes);
+    mesh.UnlockIndexBuffer();
+    mesh.LockAttributeBuffer(0);
+    std::copy_n(attributes, count, mesh.attributeData);
+    mesh.UnlockAttributeBuffer();
 }
 
-void KRE_Mesh::LoadBones(File& file, int32_t boneCount)
+void MeshLoader::Bones(KRE_Mesh& mesh)
 {
     // Counted before the geometry, and held against the bytes left once more.
     gQsbReadContext.CheckCount(file, "bones", boneCount, kQsbLeastBone);
-    if (boneCount > bones.Capacity())
-        bones.SetSize(boneCount);
+    if (boneCount > mesh.bones.Capacity())
+        mesh.bones.SetSize(boneCount);
     for (int32_t i = 0; i < boneCount; ++i) {
-        KRE_BoneInfo* bone = bones.GetSlot(bones.Add());
+        KRE_BoneInfo* bone = mesh.bones.GetSlot(mesh.bones.Add());
         gQsbReadContext.CheckMemory(file, bone);
         bone->Load(file);
     }
-    AllocateBoneObjects();
+    mesh.AllocateBoneObjects();
+}
+
+} // namespace
+
+void KRE_Mesh::Save(File& file) const
+{
+    MeshSaver saver(file);
+    Fields(saver, *this);
+}
+
+void KRE_Mesh::Load(File& file)
+{
+    const QSB_ObjectInHand inHand(*this);
+    Reset();
+    MeshLoader loader(file);
+    Fields(loader, *this);
+    if (cloneSource.IsEmpty())
+        Optimize();
 }

@@ -1,14 +1,10 @@
 // Cameras and lights in QSB files.
 
-#include "qsb/QSB_ReadContext.h"
-#include "qsb/QSB_Record.h"
-#include "scene/KRE_Camera.h"
-#include "scene/KRE_Light.h"
+#include "qsb/QSB_SceneFields.h"
 
 void KRE_Target3dObject::Save(File& file) const
 {
-    KRE_3dObject::Save(file);
-    WriteText(file, targetName);
+    SaveFields(file, *this);
 }
 
 /// QUIRK: the object is evaluated while it has no target and no parent yet, so that `up` is its own y axis at
@@ -18,38 +14,29 @@ void KRE_Target3dObject::Load(File& file)
 {
     const QSB_ObjectInHand inHand(*this);
     KRE_Target3dObject::Reset();
-    KRE_3dObject::Load(file);
-    gQsbReadContext.ReadText(file, &targetName);
+    LoadFields(file, *this);
 }
 
 void KRE_Camera::Save(File& file) const
 {
-    KRE_Target3dObject::Save(file);
-    file.WriteFloat32(fov);
+    SaveFields(file, *this);
 }
 
 void KRE_Camera::Load(File& file)
 {
     const QSB_ObjectInHand inHand(*this);
     Reset();
-    KRE_Target3dObject::Load(file);
-    file.ReadFloat32(&fov);
+    LoadFields(file, *this);
 }
 
 void KRE_Light::Save(File& file) const
 {
-    KRE_Target3dObject::Save(file);
-    file.WriteInt32(lightOn);
-    file.WriteInt32(lightMode);
-    WriteRecord(file, light);
+    SaveFields(file, *this);
 }
 
 void KRE_Light::Load(File& file)
 {
     const QSB_ObjectInHand inHand(*this);
     Reset();
-    KRE_Target3dObject::Load(file);
-    file.ReadInt32(&lightOn);
-    file.ReadInt32(&lightMode);
-    ReadRecord(file, &light);
+    LoadFields(file, *this);
 }

@@ -3,26 +3,13 @@
 #include <utility>
 
 #include "gfx/KRE_Gfx.h"
-#include "gfx/KRE_Texture.h"
-#include "qsb/QSB_ReadContext.h"
-#include "qsb/QSB_Record.h"
+#include "qsb/QSB_MaterialFields.h"
 #include "scene/KRE_3dObject.h"
 
 namespace {
 
 constexpr int32_t kOldSlots = 8; // those past the fourth are dropped
 constexpr int32_t kDrawnSlots = 2;
-
-struct StoredTexture {
-    uint32_t word;
-    float sequenceStart;
-    float framePeriod;
-    int32_t sequenceMode;
-    float value;
-    uint32_t loadOptions;
-};
-static_assert(sizeof(StoredTexture) == 24);
-static_assert(sizeof(KRE_Texture::Slot) == 8);
 
 struct StoredSlot {
     KRE_TextMatrixAni matrixAni;
@@ -33,8 +20,8 @@ struct StoredSlot {
 void LoadStoredSlot(File& file, StoredSlot* slotOut)
 {
     slotOut->matrixAni.Load(file);
-    gQsbReadContext.ReadText(file, &slotOut->file);
-    ReadRecord(file, &slotOut->slot);
+    QSB_LoadArchive archive(file);
+    SlotFields(archive, slotOut->file, slotOut->slot);
 }
 
 /// A list of frames takes up all of a texture, so that the load of a further map is an error, which
@@ -55,40 +42,28 @@ void TellOfMapBesideList(KRE_Texture& texture, const File& file, const String& m
 
 void KRE_TextMatrixAni::Save(File& file) const
 {
-    for (const KRE_FloatTrack& track : tracks)
-        track.Save(file);
-    WriteRecord(file, constants);
+    SaveFields(file, *this);
 }
 
 void KRE_TextMatrixAni::Load(File& file)
 {
-    for (KRE_FloatTrack& track : tracks)
-        track.Load(file);
-    ReadRecord(file, &constants);
+    LoadFields(file, *this);
 }
 
 void KRE_Texture::Save(File& file) const
 {
-    WriteRecord(file, StoredTexture{textureWord, sequenceStart, framePeriod, sequenceMode,
-                                    textureValue, loadOptions});
+    QSB_SaveArchive archive(file);
+    Fields(archive, *this);
     const KRE_TextMatrixAni still;
     for (int32_t slot = 0; slot < kSlots; ++slot) {
         (matrixAni ? matrixAni[slot] : still).Save(file);
-        WriteText(file, slotNames[slot]);
-        WriteRecord(file, slots[slot]);
+        SlotFields(archive, slotNames[slot], slots[slot]);
     }
 }
 
 void KRE_Texture::Load(File& file)
 {
-    StoredTexture stored;
-    ReadRecord(file, &stored);
-    textureWord = stored.word;
-    sequenceStart = stored.sequenceStart;
-    framePeriod = stored.framePeriod;
-    sequenceMode = stored.sequenceMode;
-    textureValue = stored.value;
-    loadOptions = stored.loadOptions;
+    LoadFields(file, *this);
     for (int32_t slot = 0; slot < kSlots; ++slot)
         LoadSlot(file, slot);
     if (gQsbReadContext.version < kQsbFourSlots) {

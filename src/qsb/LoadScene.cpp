@@ -5,7 +5,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_SearchPaths.h"
 #include "qsa/QSALoader.h"
-#include "qsb/QSB_ReadContext.h"
+#include "qsb/QSB_HeaderFields.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
 
@@ -16,11 +16,7 @@ constexpr uint32_t kNoFlags = ~uint32_t{0};
 QSA_SceneHeader ReadHeader(File& file)
 {
     QSA_SceneHeader header;
-    file.ReadFloat32(&header.frameSpeed);
-    file.ReadFloat32(&header.firstFrame);
-    file.ReadFloat32(&header.lastFrame);
-    gQsbReadContext.ReadText(file, &header.soundFile);
-    gQsbReadContext.ReadText(file, &header.scriptFile);
+    LoadFields(file, header);
     return header;
 }
 

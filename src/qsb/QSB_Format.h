@@ -29,7 +29,10 @@ enum QSB_LeastBytes : int32_t {
     kQsbLeastCamera = kQsbLeastTarget + 4,
     kQsbLeastLight = kQsbLeastTarget + 8 + 104,
     kQsbLeastMesh = kQsbLeastObject + 44 + 16 + kQsbLeastString + 4 + 4,
+    kQsbLeastKey = 43, ///< of an object, with the byte that says whether another follows
     kQsbLeastTrack = 4 + 4 + 2 + 4,
+    kQsbLeastColorKey = 52,
+    kQsbLeastFloatKey = 16,
     kQsbLeastMaterial = 80 + 4 + 5 * kQsbLeastTrack + 5 + 4,
     kQsbLeastSlot = 5 * kQsbLeastTrack + 5 * 4 + kQsbLeastString + 8,
     kQsbLeastTexture = 24 + 4 * kQsbLeastSlot,

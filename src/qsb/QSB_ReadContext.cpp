@@ -3,7 +3,6 @@
 #include <cstdarg>
 
 #include "base/FormatText.h"
-#include "qsb/QSB_Record.h"
 #include "scene/KRE_3dObject.h"
 
 QSB_ReadContext gQsbReadContext;
@@ -57,11 +56,4 @@ void QSB_ReadContext::CheckMemory(const File& file, const void* memory) const
 {
     if (!memory)
         Fail(file, "Not enough memory for the scene");
-}
-
-void WriteText(File& file, const String& text)
-{
-    const int32_t length = text.TextLength();
-    file.WriteInt32(length);
-    file.Write(text.c_str(), length);
 }

@@ -34,7 +34,7 @@ public:
     const KeyData* Keys() const { return keys.Get(); }
 
 private:
-    int32_t keyCount = 0; ///< entries of `keys`; stands first, as in the file
+    int32_t keyCount = 0; ///< entries of `keys`
 
 public:
     int32_t interpolation = kBezier;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include <d3dx9.h>
@@ -23,9 +22,6 @@ struct KRE_ClipObject {
     D3DXVECTOR3 boxMin = {0, 0, 0};
     D3DXVECTOR3 boxMax = {0, 0, 0};
 };
-static_assert(sizeof(KRE_ClipObject) == 44); // as it lies in the binary scene format
-static_assert(offsetof(KRE_ClipObject, radius) == 4 && offsetof(KRE_ClipObject, center) == 8);
-static_assert(offsetof(KRE_ClipObject, boxMin) == 20 && offsetof(KRE_ClipObject, boxMax) == 32);
 
 /// An axis-aligned box that grows around what is folded into it.
 struct KRE_GrowingBox {

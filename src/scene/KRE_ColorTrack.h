@@ -1,22 +1,16 @@
 #pragma once
 
-#include <cstddef>
-
 #include <d3d9.h>
 
 #include "scene/KRE_ArrayTrack.h"
 
-/// A key of a colour track as files hold it. Tangents point away from the key.
+/// A key of a colour track. Tangents point away from the key.
 struct KRE_ColorKey {
     float time = 0.0f; ///< seconds
     D3DCOLORVALUE value{};
     D3DCOLORVALUE inTangent{};
     D3DCOLORVALUE outTangent{};
 };
-static_assert(sizeof(KRE_ColorKey) == 52);
-static_assert(offsetof(KRE_ColorKey, value) == 4);
-static_assert(offsetof(KRE_ColorKey, inTangent) == 20);
-static_assert(offsetof(KRE_ColorKey, outTangent) == 36);
 
 class File;
 

@@ -1,18 +1,14 @@
 #pragma once
 
-#include <cstddef>
-
 #include "scene/KRE_ArrayTrack.h"
 
-/// A key of a float track as files hold it. Tangents point away from the key.
+/// A key of a float track. Tangents point away from the key.
 struct KRE_FloatKey {
     float time = 0.0f; ///< seconds
     float value = 0.0f;
     float inTangent = 0.0f;
     float outTangent = 0.0f;
 };
-static_assert(sizeof(KRE_FloatKey) == 16);
-static_assert(offsetof(KRE_FloatKey, outTangent) == 12);
 
 class File;
 

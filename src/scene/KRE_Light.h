@@ -34,4 +34,3 @@ public:
 private:
     static D3DLIGHT9 DefaultLight();
 };
-static_assert(sizeof(D3DLIGHT9) == 104); // as it lies in the binary scene format

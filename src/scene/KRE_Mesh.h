@@ -40,11 +40,4 @@ public:
 
 private:
     void CopyBones(const KRE_Mesh& other);
-    void SaveGeometry(File& file) const;
-    void LoadMaterials(File& file);
-    bool HasBumpMap();
-    void LoadGeometry(File& file, int32_t boneCount, bool hasBumpMap);
-    void LoadVertices(File& file, const VertexInfo& stored, int32_t boneCount);
-    void LoadFaces(File& file);
-    void LoadBones(File& file, int32_t boneCount);
 };

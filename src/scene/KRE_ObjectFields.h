@@ -34,7 +34,7 @@ struct KRE_ObjectFields : KRE_KeyTracks {
     /// Not part of `worldTM`: object space to world is `pivotTM * worldTM`.
     D3DXMATRIX pivotTM = IdentityMatrix();
 
-    // From here to `rotationAngle` the fields lie as in the binary scene format.
+    // From here to `rotationAngle`: the pose.
     D3DXMATRIX initTM = IdentityMatrix(); ///< the pose of the file
     D3DXVECTOR3 mirror = {1, 1, 1};       ///< sign per axis
     D3DXVECTOR3 position = {0, 0, 0};     ///< where there are no position keys

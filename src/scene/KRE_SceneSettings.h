@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include <d3d9.h>
@@ -10,7 +9,7 @@ enum MarkerChoice : int32_t { kMarkersNone = -2, kMarkersAll = -1 };
 
 class File;
 
-/// The display switches of a scene. All but the last lie as in the binary scene format.
+/// The display switches of a scene.
 struct KRE_SceneSettings {
     int32_t clearBackground = 0; ///< clear or paint the background before drawing
     int32_t mirrorView = 0;      ///< draw through a view mirrored in X
@@ -29,14 +28,10 @@ struct KRE_SceneSettings {
     float fogEnd = 1.0f;
     float fogDensity = 0.5f;         ///< exponential fog
     int32_t drawTransparentOnly = 1; ///< the sorted pass leaves out the opaque meshes
-    int32_t disableLightsAfter = 1;  ///< switch the scene's lights off after drawing
+    int32_t disableLightsAfter = 1;  ///< switch the scene's lights off after drawing; not stored
 
     /// As in QSB files; a load leaves what the file does not hold at its default.
     void Save(File& file) const;
     void Load(File& file);
 };
-static_assert(offsetof(KRE_SceneSettings, fogColor) == 40);
-static_assert(offsetof(KRE_SceneSettings, drawTransparentOnly) == 64);
-static_assert(offsetof(KRE_SceneSettings, disableLightsAfter) == 68);
-static_assert(sizeof(KRE_SceneSettings) == 72);
 static_assert(D3DFOG_EXP == 1);

@@ -1,0 +1,270 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <initializer_list>
+#include <type_traits>
+
+#include "base/FormatText.h"
+#include "qsb/QSB_ReadContext.h"
+#include "scene/KRE_ArrayTrack.h"
+#include "scene/KRE_KeyList.h"
+#include "scene/KRE_ObjectFields.h"
+
+// Every stored record has one list of its fields, in the order of files: `Fields(archive, record)` in
+// QSB_SceneFields.h, QSB_MaterialFields.h and QSB_HeaderFields.h. An archive decides what happens to
+// the fields: the two below save and load them, `FieldList` of qsbinfo lists them with their names.
+// An operation that only one archive needs is empty in the others; steps that belong to saving or
+// loading alone, such as checks, stand in `Save` and `Load` around the list.
+
+/// A record as an archive handles it: only one that loads may change it.
+template <class Archive, class Record>
+using Stored = std::conditional_t<Archive::kLoads, Record, const Record>;
+
+/// The fields of a base class, which has a `Save` and a `Load` of its own.
+template <class Base, class Archive, class Record>
+void BaseFields(Archive& archive, Record& record)
+{
+    archive.Record(static_cast<Stored<Archive, Base>&>(record));
+}
+
+/// Writes the text up to its NUL; what was reserved behind it is not part of a file.
+void WriteText(File& file, const String& text);
+
+/// Values that files hold as memory does; `Archive::Bytes` transfers them.
+template <class Archive>
+class QSB_PlainValues {
+public:
+    /// A whole number of one to four bytes, or an enumerator; stored in the size of its type.
+    template <class T>
+    void Whole(const char*, T& value)
+    {
+        static_assert(std::is_integral_v<T> || std::is_enum_v<T>);
+        Transfer<sizeof(T)>(value);
+    }
+    template <class T>
+    void Real(const char*, T& value)
+    {
+        static_assert(std::is_same_v<std::remove_const_t<T>, float>);
+        Transfer<4>(value);
+    }
+    template <class T, size_t N>
+    void Reals(const char*, T (&values)[N])
+    {
+        static_assert(std::is_same_v<std::remove_const_t<T>, float>);
+        Transfer<4 * N>(values);
+    }
+    /// A colour 0xAARRGGBB, flags.
+    template <class T>
+    void Bits(const char*, T& bits)
+    {
+        Transfer<4>(bits);
+    }
+    template <class T>
+    void Vector(const char*, T& vector)
+    {
+        Transfer<12>(vector);
+    }
+    template <class T>
+    void Quaternion(const char*, T& quaternion)
+    {
+        Transfer<16>(quaternion);
+    }
+    template <class T>
+    void Color(const char*, T& color)
+    {
+        Transfer<16>(color);
+    }
+    template <class T>
+    void Matrix(const char*, T& matrix)
+    {
+        Transfer<64>(matrix);
+    }
+    /// A matrix whose fourth column is 0, 0, 0, 1 and is not stored.
+    template <class T>
+    void AffineMatrix(const char*, T& matrix)
+    {
+        if constexpr (Archive::kLoads)
+            matrix = IdentityMatrix();
+        for (auto& row : matrix.m)
+            static_cast<Archive*>(this)->Bytes(row, 3 * sizeof row[0]);
+    }
+
+private:
+    template <size_t kBytes, class T>
+    void Transfer(T& value)
+    {
+        static_assert(std::is_trivially_copyable_v<T> && sizeof(T) == kBytes);
+        static_cast<Archive*>(this)->Bytes(&value, kBytes);
+    }
+};
+
+/// Writes records in the current version.
+class QSB_SaveArchive : public QSB_PlainValues<QSB_SaveArchive> {
+public:
+    static constexpr bool kLoads = false;
+    struct Flag {
+        const char* name;
+        const int32_t& value;
+    };
+
+    explicit QSB_SaveArchive(File& fileIn) : file(fileIn) {}
+
+    /// Whether the file holds what came with a version.
+    bool Has(QSB_Version) const { return true; }
+    void Bytes(const void* bytes, size_t size) { file.Write(bytes, static_cast<int32_t>(size)); }
+    void Text(const char*, const String& text) { WriteText(file, text); }
+    template <size_t N>
+    void Text(const char*, const char (&text)[N])
+    {
+        const auto length = static_cast<int32_t>(strnlen(text, N));
+        file.WriteInt32(length);
+        file.Write(text, length);
+    }
+    /// The name of an object; lists show it apart from the fields.
+    void Name(const String& name) { WriteText(file, name); }
+    /// One byte, the first flag in bit 0.
+    void Flags(std::initializer_list<Flag> flags)
+    {
+        uint32_t byte = 0;
+        uint32_t bit = 1;
+        for (const Flag& flag : flags) {
+            byte |= flag.value ? bit : 0;
+            bit <<= 1;
+        }
+        file.WriteInt8(static_cast<int8_t>(byte));
+    }
+    /// A byte that says whether an optional value follows.
+    bool IsGiven(const uint8_t& isGiven)
+    {
+        file.WriteInt8(static_cast<int8_t>(isGiven));
+        return isGiven != 0;
+    }
+    /// The keys of an object, behind their number. A list without keys is stored as such, whatever its
+    /// counter says: a count without a chain behind it could not be read again. False if `count` is
+    /// not the number of keys.
+    template <class Key>
+    bool Keys(const char*, const char*, const KRE_KeyList<Key>& keys, int32_t count)
+    {
+        file.WriteInt32(keys ? count : 0);
+        return !keys || keys.Head()->Save(file) == count;
+    }
+    /// The keys of a material's track, whose number stands ahead of its other fields.
+    template <class Key>
+    void TrackKeys(const KRE_ArrayTrack<Key>& track, int32_t count, int32_t keyBytes)
+    {
+        if (int64_t{count} * keyBytes > INT32_MAX) {
+            file.Error("Error writing to file"); // as of any file that would grow too large
+            return;
+        }
+        for (int32_t i = 0; i < count; ++i)
+            Fields(*this, track.Key(i));
+    }
+    /// A part of the record whose fields count as the record's own.
+    template <class Part>
+    void Record(const Part& part)
+    {
+        part.Part::Save(file);
+    }
+    /// A part that lists show apart.
+    template <class Part>
+    void Track(const char*, const Part& track)
+    {
+        track.Save(file);
+    }
+
+protected:
+    File& file;
+};
+
+/// Reads records of the file that `gQsbReadContext` describes.
+class QSB_LoadArchive : public QSB_PlainValues<QSB_LoadArchive> {
+public:
+    static constexpr bool kLoads = true;
+    struct Flag {
+        const char* name;
+        int32_t& value;
+    };
+
+    explicit QSB_LoadArchive(File& fileIn) : file(fileIn) {}
+
+    bool Has(QSB_Version version) const { return gQsbReadContext.version >= version; }
+    void Bytes(void* bytesOut, size_t size) { file.Read(bytesOut, static_cast<int32_t>(size)); }
+    void Text(const char*, String& text) { gQsbReadContext.ReadText(file, &text); }
+    /// Cut to the room there is.
+    template <size_t N>
+    void Text(const char*, char (&text)[N])
+    {
+        String stored;
+        gQsbReadContext.ReadText(file, &stored);
+        CopyText(text, N, stored.c_str());
+    }
+    void Name(String& name) { gQsbReadContext.ReadText(file, &name); }
+    void Flags(std::initializer_list<Flag> flags)
+    {
+        uint8_t byte = 0;
+        file.ReadInt8(&byte);
+        uint32_t bit = 1;
+        for (const Flag& flag : flags) {
+            flag.value = byte & bit ? 1 : 0;
+            bit <<= 1;
+        }
+    }
+    bool IsGiven(uint8_t& isGiven)
+    {
+        file.ReadInt8(&isGiven);
+        return isGiven != 0;
+    }
+    /// The chain is as long as its keys say; `what` names them where the number is too large.
+    template <class Key>
+    bool Keys(const char*, const char* what, KRE_KeyList<Key>& keys, int32_t& count)
+    {
+        count = gQsbReadContext.ReadCount(file, what, kQsbLeastKey);
+        for (bool more = count > 0; more;) {
+            Key key;
+            more = key.Load(file);
+            keys.Append(key);
+        }
+        return true;
+    }
+    template <class Key>
+    void TrackKeys(KRE_ArrayTrack<Key>& track, int32_t count, int32_t keyBytes)
+    {
+        gQsbReadContext.CheckCount(file, "track keys", count, keyBytes);
+        track.SetKeyCount(count);
+        if (count == 0)
+            return;
+        gQsbReadContext.CheckMemory(file, track.Keys());
+        for (int32_t i = 0; i < count; ++i)
+            Fields(*this, track.Key(i));
+    }
+    template <class Part>
+    void Record(Part& part)
+    {
+        part.Part::Load(file);
+    }
+    template <class Part>
+    void Track(const char*, Part& track)
+    {
+        track.Load(file);
+    }
+
+protected:
+    File& file;
+};
+
+/// Save and load the fields of a record that needs nothing else.
+template <class Record>
+void SaveFields(File& file, const Record& record)
+{
+    QSB_SaveArchive archive(file);
+    Fields(archive, record);
+}
+
+template <class Record>
+void LoadFields(File& file, Record& record)
+{
+    QSB_LoadArchive archive(file);
+    Fields(archive, record);
+}
