@@ -39,7 +39,9 @@ installed $name
     done
 }
 
-build_packages='g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev'
+# Headers only, for both hosts: cmake/HeaderPackages.cmake.
+header_packages='nlohmann-json3-dev libcli11-dev'
+build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev $header_packages"
 test_packages='googletest clang-format libbenchmark-dev ccache'
 sanitizer_packages='clang'
 coverage_packages='lcov'
@@ -49,7 +51,7 @@ mutate_packages='python3 git'
 deb_packages='dpkg-dev file man-db'
 zip_packages='unzip'
 bench_packages='assimp-utils'
-win32_build_packages='g++-mingw-w64-x86-64-posix cmake ninja-build'
+win32_build_packages="g++-mingw-w64-x86-64-posix cmake ninja-build $header_packages"
 win32_run_packages='wine64 xvfb'
 win32_test_packages='googletest xdotool imagemagick ccache'
 cross_packages='g++-aarch64-linux-gnu qemu-user-static'

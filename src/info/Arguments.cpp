@@ -1,124 +1,180 @@
 #include "info/Arguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+
+#include <CLI/CLI.hpp>
 
 namespace {
 
 struct ModeOption {
-    const char* text;
+    const char* name;
     InfoMode mode;
+    const char* help;
 };
 constexpr ModeOption kModes[] = {
-    {"--tree", InfoMode::kTree},       {"--effects", InfoMode::kEffects},
-    {"--json", InfoMode::kJson},       {"--check", InfoMode::kCheck},
-    {"--help", InfoMode::kHelp},       {"-h", InfoMode::kHelp},
-    {"--version", InfoMode::kVersion},
+    {"--tree", InfoMode::kTree, "the objects by their parents"},
+    {"--effects", InfoMode::kEffects,
+     "the technique of each material's effect, and why none before it"},
+    {"--json", InfoMode::kJson, "everything but vertices, faces and keys, as JSON"},
+    {"--check", InfoMode::kCheck, "look for damage: exit status 0 for a sound file, else 1"},
+    {"--version", InfoMode::kVersion, "the program's version"},
 };
 
-constexpr std::string_view kTolerance = "--tolerance";
-
-class ArgumentReader {
+class InfoFormatter : public CLI::Formatter {
 public:
-    explicit ArgumentReader(const std::vector<std::string>& argumentsIn) : arguments(argumentsIn) {}
+    InfoFormatter() { column_width(22); }
+    /// It stands ahead of the description.
+    std::string make_usage(const CLI::App*, std::string) const override { return ""; }
+};
 
-    InfoArguments Read()
+/// The options. Files are what is left over: the library would take names in brackets for lists.
+class CommandLine {
+public:
+    CommandLine()
     {
-        bool areFiles = false;
-        for (at = 0; at < arguments.size() && result.error.empty(); ++at) {
-            const std::string& text = arguments[at];
-            const bool isOption = !areFiles && text.size() > 1 && text[0] == '-';
-            if (isOption && text == "--")
-                areFiles = true;
-            else if (isOption)
-                ReadOption(text);
-            else if (at == 0 && text == "diff")
-                result.mode = InfoMode::kDiff;
-            else
-                result.files.push_back(text);
-        }
-        if (result.error.empty())
-            CheckWhole();
-        return result;
+        app.description("Tells what a QSA or QSB scene file holds. Nothing is written or changed.");
+        app.formatter(std::make_shared<InfoFormatter>());
+        app.footer("Behind -- everything is a file."
+                   "\nExit status: 0 well, 1 a fault (--check) or a difference (diff), 2 trouble.");
+        app.allow_windows_style_options(false);
+        app.allow_extras();
+        app.set_help_flag("-h,--help", "this text");
+        for (const ModeOption& mode : kModes)
+            AddFlag(mode.name, mode.help);
+        AddFlag("--all", "lists and comparisons in full length");
+        app.add_option("--tolerance",
+                       "of diff: numbers that differ by no more than T are the same;\n"
+                       "without it, those that the QSB format rounds to the same")
+            ->type_name("T")
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+        AddFlag("--exact", "of diff: only equal numbers are the same");
     }
+
+    /// What is wrong with the line; empty for a good one.
+    std::string Read(std::vector<std::string> arguments, InfoArguments& readOut);
+    std::string Help() const { return app.help(); }
 
 private:
-    void Fail(const std::string& text) { result.error = text; }
-
-    void ReadOption(const std::string& text)
+    /// A flag that takes no value.
+    void AddFlag(const char* const name, const char* const help)
     {
-        if (text == "--all") {
-            result.all = true;
-            return;
-        }
-        if (text == "--exact") {
-            SetTolerance(0);
-            return;
-        }
-        if (text.compare(0, kTolerance.size(), kTolerance) == 0) {
-            ReadTolerance(text);
-            return;
-        }
-        for (const ModeOption& option : kModes) {
-            if (text != option.text)
-                continue;
-            const bool isFree = result.mode == InfoMode::kReport || result.mode == option.mode;
-            if (!isFree && option.mode != InfoMode::kHelp)
-                Fail("option '" + text + "' does not go with the others");
-            else
-                result.mode = option.mode;
-            return;
-        }
-        Fail("unknown option '" + text + "'");
+        app.add_flag(name, help)->disable_flag_override();
     }
+    std::string ReadMode(InfoArguments& readOut) const;
+    std::string ReadTolerance(InfoArguments& readOut) const;
+    std::string ReadFiles(InfoArguments& readOut) const;
 
-    /// "--tolerance T" or "--tolerance=T".
-    void ReadTolerance(const std::string& text)
-    {
-        std::string value;
-        if (text.size() > kTolerance.size() && text[kTolerance.size()] == '=')
-            value = text.substr(kTolerance.size() + 1);
-        else if (text.size() > kTolerance.size())
-            return Fail("unknown option '" + text + "'");
-        else if (at + 1 < arguments.size())
-            value = arguments[++at];
-        const char* const end = value.data() + value.size();
-        double tolerance = 0;
-        const auto read = std::from_chars(value.data(), end, tolerance);
-        const bool isNumber = read.ec == std::errc() && read.ptr == end;
-        if (!isNumber || !std::isfinite(tolerance) || tolerance < 0)
-            return Fail("option '--tolerance' needs a number from 0 on");
-        SetTolerance(tolerance);
-    }
-
-    void SetTolerance(double tolerance)
-    {
-        if (result.tolerance)
-            return Fail("'--tolerance' and '--exact' are given only once, and not together");
-        result.tolerance = tolerance;
-    }
-
-    void CheckWhole()
-    {
-        if (result.mode == InfoMode::kHelp || result.mode == InfoMode::kVersion)
-            return;
-        const size_t wanted = result.mode == InfoMode::kDiff ? 2 : 1;
-        if (result.files.size() < wanted)
-            Fail(wanted == 2 ? "two files are needed" : "a file is needed");
-        else if (result.files.size() > wanted)
-            Fail("one file too many: '" + result.files[wanted] + "'");
-        else if (result.tolerance && result.mode != InfoMode::kDiff)
-            Fail("'--tolerance' and '--exact' go with diff only");
-    }
-
-    const std::vector<std::string>& arguments;
-    size_t at = 0;
-    InfoArguments result;
+    CLI::App app{"", "qsbinfo"};
 };
+
+/// The one mode that is asked for, `diff` included.
+std::string CommandLine::ReadMode(InfoArguments& readOut) const
+{
+    for (const CLI::Option* option : app.parse_order()) {
+        const auto mode =
+            std::find_if(std::begin(kModes), std::end(kModes), [option](const ModeOption& known) {
+                return option->get_name() == known.name;
+            });
+        if (mode == std::end(kModes))
+            continue;
+        if (readOut.mode != InfoMode::kReport && readOut.mode != mode->mode)
+            return "option '" + option->get_name() + "' does not go with the others";
+        readOut.mode = mode->mode;
+    }
+    return "";
+}
+
+std::string CommandLine::ReadTolerance(InfoArguments& readOut) const
+{
+    const CLI::Option& given = *app.get_option("--tolerance");
+    const size_t exacts = app.get_option("--exact")->count();
+    if (given.count() + exacts > 1)
+        return "'--tolerance' and '--exact' are given only once, and not together";
+    if (exacts == 1)
+        readOut.tolerance = 0;
+    if (given.empty())
+        return "";
+    const std::string text = given.results().front();
+    const char* const end = text.data() + text.size();
+    double tolerance = 0;
+    const auto read = std::from_chars(text.data(), end, tolerance);
+    const bool isNumber = read.ec == std::errc() && read.ptr == end;
+    if (!isNumber || !std::isfinite(tolerance) || tolerance < 0)
+        return "option '--tolerance' needs a number from 0 on";
+    readOut.tolerance = tolerance;
+    return "";
+}
+
+std::string CommandLine::ReadFiles(InfoArguments& readOut) const
+{
+    bool areFiles = false;
+    for (const std::string& text : app.remaining()) {
+        const bool isOption = !areFiles && text.size() > 1 && text[0] == '-';
+        if (isOption && text != "--")
+            return "unknown option '" + text + "'";
+        if (isOption)
+            areFiles = true;
+        else
+            readOut.files.push_back(text);
+    }
+    return "";
+}
+
+std::string CommandLine::Read(std::vector<std::string> arguments, InfoArguments& readOut)
+{
+    std::reverse(arguments.begin(), arguments.end()); // the library wants the first one last
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        readOut.mode = InfoMode::kHelp;
+        return "";
+    } catch (const CLI::ArgumentMismatch&) { // only one option takes a value
+        return "option '--tolerance' needs a number from 0 on";
+    } catch (const CLI::ParseError& error) {
+        return error.what();
+    }
+    for (const std::string& error :
+         {ReadFiles(readOut), ReadMode(readOut), ReadTolerance(readOut)}) {
+        if (!error.empty())
+            return error;
+    }
+    readOut.all = app.get_option("--all")->count() > 0;
+    return "";
+}
+
+/// What is wrong with options and files that are good in themselves.
+std::string FaultOfWhole(const InfoArguments& read)
+{
+    if (read.mode == InfoMode::kHelp || read.mode == InfoMode::kVersion)
+        return "";
+    const size_t wanted = read.mode == InfoMode::kDiff ? 2 : 1;
+    if (read.files.size() < wanted)
+        return wanted == 2 ? "two files are needed" : "a file is needed";
+    if (read.files.size() > wanted)
+        return "one file too many: '" + read.files[wanted] + "'";
+    if (read.tolerance && read.mode != InfoMode::kDiff)
+        return "'--tolerance' and '--exact' go with diff only";
+    return "";
+}
 
 } // namespace
 
 InfoArguments ReadArguments(const std::vector<std::string>& arguments)
 {
-    return ArgumentReader(arguments).Read();
+    InfoArguments read;
+    const bool isDiff = !arguments.empty() && arguments[0] == "diff";
+    if (isDiff)
+        read.mode = InfoMode::kDiff;
+    read.error = CommandLine().Read({arguments.begin() + (isDiff ? 1 : 0), arguments.end()}, read);
+    if (read.error.empty())
+        read.error = FaultOfWhole(read);
+    return read;
+}
+
+std::string InfoHelp()
+{
+    return std::string(kInfoUsage) + "\n" + CommandLine().Help();
 }

@@ -18,9 +18,11 @@ struct InfoArguments {
 };
 
 /// Reads the arguments behind the program's name. Options may stand anywhere; behind "--" everything
-/// is a file.
+/// is a file. "diff" as the first argument asks for a comparison.
 InfoArguments ReadArguments(const std::vector<std::string>& arguments);
 
+/// The usage and all options.
+std::string InfoHelp();
+
 extern const char* const kInfoUsage;   ///< the short form, one line a call
-extern const char* const kInfoHelp;    ///< with all options
 extern const char* const kInfoVersion; ///< a line

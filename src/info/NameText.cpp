@@ -78,11 +78,11 @@ void AppendUtf8(std::string& text, char32_t code)
         text += static_cast<char>(0x80 | (code >> (6 * (length - 1)) & 0x3F));
 }
 
-/// Printable ASCII without what JSON escapes: nearly all names, and nothing is to be done about them.
+/// Printable ASCII: nearly all names, and nothing is to be done about them.
 bool IsPlain(std::string_view bytes)
 {
     for (const char byte : bytes) {
-        if (byte < ' ' || byte > '~' || byte == '"' || byte == '\\')
+        if (byte < ' ' || byte > '~')
             return false;
     }
     return true;
@@ -148,28 +148,18 @@ std::string QuotedName(std::string_view bytes)
     return text;
 }
 
-std::string JsonText(std::string_view bytes)
+std::string Utf8Name(std::string_view bytes)
 {
-    std::string text = "\"";
-    if (IsPlain(bytes)) {
-        text += bytes;
-        text += '"';
-        return text;
-    }
-    VisitCharacters(bytes, [&text](char32_t code) {
-        if (code == '"' || code == '\\') {
-            text += '\\';
-            text += static_cast<char>(code);
-        } else if (!IsHidden(code)) {
-            AppendUtf8(text, code);
-        } else if (code < 0x10000) {
-            AppendFormatted(text, "\\u%04X", code);
-        } else { // as the two halves that UTF-16 has for it
-            AppendFormatted(text, "\\u%04X", 0xD800 + ((code - 0x10000) >> 10));
-            AppendFormatted(text, "\\u%04X", 0xDC00 + ((code - 0x10000) & 0x3FF));
-        }
-    });
-    return text + '"';
+    std::string text;
+    VisitCharacters(bytes, [&text](char32_t code) { AppendUtf8(text, code); });
+    return text;
+}
+
+bool HasHiddenCharacters(std::string_view text)
+{
+    bool hasHidden = false;
+    VisitCharacters(text, [&hasHidden](char32_t code) { hasHidden = hasHidden || IsHidden(code); });
+    return hasHidden;
 }
 
 std::string ShortestText(float value)

@@ -15,9 +15,10 @@ std::string ShownName(std::string_view bytes);
 /// A name in double quotes, as `ShownName`.
 std::string QuotedName(std::string_view bytes);
 
-/// A name as a JSON text, with its quotes: UTF-8 with everything escaped that JSON or a terminal
-/// would stumble over.
-std::string JsonText(std::string_view bytes);
+/// A name as UTF-8, with every character that it has.
+std::string Utf8Name(std::string_view bytes);
+/// Whether a text holds characters that a line for people shows by their numbers.
+bool HasHiddenCharacters(std::string_view text);
 
 /// The shortest decimal number that gives the same float again; "nan", "inf", "-inf".
 std::string ShortestText(float value);

@@ -91,8 +91,7 @@ int RunInfo(const std::vector<std::string>& arguments, FILE* outStream, FILE* er
         return kInfoTrouble;
     }
     if (read.mode == InfoMode::kHelp) {
-        out.Add(kInfoUsage);
-        out.Add(kInfoHelp);
+        out.Add(InfoHelp());
     } else if (read.mode == InfoMode::kVersion) {
         out.Add(kInfoVersion);
     } else {

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "info/JsonWriter.h"
+#include "info/JsonDocument.h"
 #include "info/Report.h"
 #include "tests/info/InfoTesting.h"
 #include "tests/info/JsonGrammar.h"
@@ -19,22 +19,15 @@ TEST(JsonGrammar, TellsValidFromInvalid)
         EXPECT_FALSE(JsonGrammar::IsValid(bad)) << bad;
 }
 
-TEST(JsonWriter, NestsObjectsAndLists)
+TEST(JsonDocument, NestsObjectsAndLists)
 {
     Output output;
-    JsonWriter json(output);
-    json.BeginObject();
-    json.Whole("a", -1);
-    json.BeginList("b");
-    json.Text(nullptr, "x");
-    json.Bool(nullptr, true);
-    json.EndList();
-    json.BeginList("c");
-    json.EndList();
-    json.BeginObject("d");
-    json.Null("e");
-    json.EndObject();
-    json.EndObject();
+    JsonValue document;
+    document["a"] = -1;
+    document["b"] = {"x", true};
+    document["c"] = JsonValue::array();
+    document["d"]["e"] = nullptr;
+    PrintDocument(document, output);
     EXPECT_EQ(output.Text(), "{\n"
                              "  \"a\": -1,\n"
                              "  \"b\": [\n"
@@ -48,7 +41,7 @@ TEST(JsonWriter, NestsObjectsAndLists)
                              "}\n");
 }
 
-TEST(JsonWriter, NumbersThatJsonCannotSayAreNull)
+TEST(JsonDocument, NumbersThatJsonCannotSayAreNull)
 {
     FieldList fields;
     fields.Real("radius", NAN);
@@ -56,11 +49,10 @@ TEST(JsonWriter, NumbersThatJsonCannotSayAreNull)
     fields.Bits("color", 0xFF000000);
     fields.Whole("tag", -1);
     Output output;
-    JsonWriter json(output);
-    json.BeginObject();
-    json.Fields(fields);
-    json.Real("seconds", NAN);
-    json.EndObject();
+    JsonValue document;
+    AddJsonFields(fields, document);
+    document["seconds"] = JsonReal(double{NAN});
+    PrintDocument(document, output);
     EXPECT_EQ(output.Text(), "{\n"
                              "  \"radius\": null,\n"
                              "  \"center\": [null, 0.5, null],\n"
@@ -68,6 +60,44 @@ TEST(JsonWriter, NumbersThatJsonCannotSayAreNull)
                              "  \"tag\": -1,\n"
                              "  \"seconds\": null\n"
                              "}\n");
+}
+
+TEST(JsonDocument, FloatsAreTheShortestDecimalNumbers)
+{
+    static const struct {
+        float value;
+        const char* expected;
+    } cases[] = {
+        {0.1f, "0.1\n"}, {1.5f, "1.5\n"},   {-3, "-3\n"},       {16777216, "16777216\n"},
+        {0, "0\n"},      {-0.0f, "-0.0\n"}, {1e30f, "1e+30\n"}, {0.785f, "0.785\n"},
+    };
+    for (const auto& c : cases) {
+        Output output;
+        PrintDocument(JsonReal(c.value), output);
+        EXPECT_EQ(output.Text(), c.expected);
+    }
+}
+
+TEST(JsonDocument, TextsAreEscaped)
+{
+    static const struct {
+        const char* what;
+        std::string bytes;
+        const char* expected;
+    } cases[] = {
+        {"what JSON may not hold", "C:\\maps \"new\"", "\"C:\\\\maps \\\"new\\\"\"\n"},
+        {"control characters", "\x01\n\x7F", "\"\\u0001\\n\\u007f\"\n"},
+        {"what is not UTF-8", "B\xE4r", "\"B\xC3\xA4r\"\n"},
+        {"nothing", "", "\"\"\n"},
+        // U+E0041: 0xE0041 - 0x10000 = 0xD0041 = 0x340 * 0x400 + 0x41, so D800 + 340 and DC00 + 41.
+        {"two halves", "\xF3\xA0\x81\x81", "\"\\udb40\\udc41\"\n"},
+        {"the direction of writing", "\xC3\xA4\xE2\x80\xAE", "\"\\u00e4\\u202e\"\n"},
+    };
+    for (const auto& c : cases) {
+        Output output;
+        PrintDocument(JsonName(c.bytes), output);
+        EXPECT_EQ(output.Text(), c.expected) << c.what;
+    }
 }
 
 namespace {

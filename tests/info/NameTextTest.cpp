@@ -57,16 +57,6 @@ TEST(NameText, ShownNamesAreOneLineWithoutControlCharacters)
     EXPECT_EQ(QuotedName("a\nb"), "\"a\\x0Ab\"");
 }
 
-TEST(NameText, JsonTextEscapesWhatJsonMayNotHold)
-{
-    EXPECT_EQ(JsonText("C:\\maps \"new\""), "\"C:\\\\maps \\\"new\\\"\"");
-    EXPECT_EQ(JsonText("\x01\n\x7F"), "\"\\u0001\\u000A\\u007F\"");
-    EXPECT_EQ(JsonText("B\xE4r"), "\"B\xC3\xA4r\"");
-    EXPECT_EQ(JsonText(""), "\"\"");
-    // U+E0041: 0xE0041 - 0x10000 = 0xD0041 = 0x340 * 0x400 + 0x41, so D800 + 340 and DC00 + 41.
-    EXPECT_EQ(JsonText("\xF3\xA0\x81\x81"), "\"\\uDB40\\uDC41\"");
-}
-
 TEST(NameText, ShortestTextIsTheShortestThatGivesTheFloatAgain)
 {
     static const struct {

@@ -1,0 +1,21 @@
+# Packages of the system that are headers only. A cross compiler must not see /usr/include, which is the
+# builder's: each package is linked into a folder of the build, and that is the include path on all hosts.
+set(header_package_folder ${CMAKE_BINARY_DIR}/packages/include)
+
+# qsa_header_package(TARGET HEADER PACKAGE) makes the library TARGET, whose users include <HEADER> and its
+# neighbours from the Debian package PACKAGE.
+function(qsa_header_package target header package)
+    find_path(${target}_folder ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+    if(NOT ${target}_folder)
+        message(FATAL_ERROR "<${header}> is missing: install the package ${package}")
+    endif()
+    get_filename_component(name ${header} DIRECTORY)
+    file(MAKE_DIRECTORY ${header_package_folder})
+    file(CREATE_LINK ${${target}_folder}/${name} ${header_package_folder}/${name}
+        COPY_ON_ERROR SYMBOLIC)
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} SYSTEM INTERFACE ${header_package_folder})
+endfunction()
+
+qsa_header_package(json_package nlohmann/json.hpp nlohmann-json3-dev)
+qsa_header_package(arguments_package CLI/CLI.hpp libcli11-dev)

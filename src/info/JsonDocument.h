@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "info/FieldList.h"
+#include "info/Output.h"
+
+/// A document or a part of it; members keep the order in which they are added.
+using JsonValue = nlohmann::ordered_json;
+
+/// A name of any bytes as a text.
+JsonValue JsonName(std::string_view bytes);
+/// A number; null for what JSON cannot say. A float becomes the shortest decimal number that gives the
+/// same float again.
+JsonValue JsonReal(double value);
+JsonValue JsonReal(float value);
+/// Adds each field under its name; numbers that belong together as a list.
+void AddJsonFields(const FieldList& fields, JsonValue& objectOut);
+
+/// Prints a document, indented; lists of numbers in one line. Texts with characters that a terminal
+/// would stumble over are written in ASCII.
+void PrintDocument(const JsonValue& document, Output& output);
