@@ -127,13 +127,13 @@ public:
     /// One byte, the first flag in bit 0.
     void Flags(std::initializer_list<Flag> flags)
     {
-        uint32_t byte = 0;
+        uint32_t packed = 0;
         uint32_t bit = 1;
         for (const Flag& flag : flags) {
-            byte |= flag.value ? bit : 0;
+            packed |= flag.value ? bit : 0;
             bit <<= 1;
         }
-        file.WriteInt8(static_cast<int8_t>(byte));
+        file.WriteInt8(static_cast<int8_t>(packed));
     }
     /// A byte that says whether an optional value follows.
     bool IsGiven(const uint8_t& isGiven)
@@ -203,11 +203,11 @@ public:
     void Name(String& name) { gQsbReadContext.ReadText(file, &name); }
     void Flags(std::initializer_list<Flag> flags)
     {
-        uint8_t byte = 0;
-        file.ReadInt8(&byte);
+        uint8_t packed = 0;
+        file.ReadInt8(&packed);
         uint32_t bit = 1;
         for (const Flag& flag : flags) {
-            flag.value = byte & bit ? 1 : 0;
+            flag.value = packed & bit ? 1 : 0;
             bit <<= 1;
         }
     }
