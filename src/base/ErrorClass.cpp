@@ -5,6 +5,7 @@
 #include "base/FormatText.h"
 #include "base/LoadInHand.h"
 #include "base/Log.h"
+#include "base/ReportObserver.h"
 
 int32_t gErrorClassCount = 0;
 int32_t gWarningCount = 0;
@@ -30,6 +31,7 @@ static void LogWarning(const char* label, const char* message)
     if (gWarningCount >= kMaxWarnings)
         return;
     FillRecord(label, message);
+    TellObserver(ReportKind::kWarning, label, message);
     char text[kTextSize];
     FormatText(text, sizeof text, "Warning:%s: %s", label, gErrorRecord.message);
     FilterWarning(kWarnings, text);
@@ -52,6 +54,7 @@ static void LogError(const char* label, const char* format, va_list arguments)
         LogWarning(label, load);
 
     FillRecord(label, message);
+    TellObserver(ReportKind::kError, label, message);
     char text[kTextSize];
     FormatText(text, sizeof text, "Error:%s: %s", label, gErrorRecord.message);
     LogWrite("%s", text);

@@ -5,6 +5,7 @@
 #include "base/FormatText.h"
 #include "base/LoadInHand.h"
 #include "base/Log.h"
+#include "base/ReportObserver.h"
 
 int32_t gKreBaseCount = 0;
 int32_t gKreWarningCount = 0;
@@ -66,6 +67,7 @@ void KRE_Base::Error(const char* format, ...) const
         KRE_Base::Warning("%s", load);
 
     FillRecord(className, message);
+    TellObserver(ReportKind::kError, className, message);
     char text[kTextSize];
     FormatText(text, sizeof text, "Error:%s: %s", className, gKreErrorRecord.message);
     errorHappened = 1;
@@ -84,6 +86,7 @@ void KRE_Base::Warning(const char* format, ...) const
     va_end(arguments);
 
     FillRecord(className, message);
+    TellObserver(ReportKind::kWarning, className, message);
     char text[kTextSize];
     FormatText(text, sizeof text, "Warning:%s: %s", className, gKreErrorRecord.message);
     FilterWarning(kWarnings, text);

@@ -3,6 +3,7 @@
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 #include "base/Log.h"
+#include "base/ReportObserver.h"
 #include "base/String.h"
 
 static double (*const kLogClock)() = gLogClock;
@@ -15,6 +16,7 @@ void ResetLogForTests()
     gLogDirectory.Clear();
     gLogWithTime = 1;
     gLogSink = nullptr;
+    gReportObserver = nullptr;
     gLogClock = kLogClock;
     gLogFreeMemory = kLogFreeMemory;
 

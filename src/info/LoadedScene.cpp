@@ -21,14 +21,12 @@ namespace fs = std::filesystem;
 
 // ---- Warnings
 
-void WarningList::AddEntry(const char* entry)
+void WarningList::OnReport(ReportKind kind, const char* source, const char* text)
 {
-    static constexpr std::string_view kPrefix = "Warning:";
-    const std::string_view all = entry;
-    if (all.substr(0, kPrefix.size()) != kPrefix)
+    if (kind != ReportKind::kWarning)
         return;
     ++count;
-    const auto place = places.find(entry);
+    const auto place = places.find({source, text});
     if (place != places.end()) {
         ++kept[place->second].count;
         return;
@@ -37,12 +35,8 @@ void WarningList::AddEntry(const char* entry)
         ++leftOut;
         return;
     }
-    places.emplace(entry, kept.size());
-    const std::string_view rest = all.substr(kPrefix.size());
-    const size_t end = rest.find(": ");
-    const bool hasSource = end != std::string_view::npos;
-    kept.push_back({std::string(hasSource ? rest.substr(0, end) : ""),
-                    std::string(hasSource ? rest.substr(end + 2) : rest)});
+    places.emplace(std::pair(source, text), kept.size());
+    kept.push_back({source, text});
 }
 
 // ---- Loading
@@ -52,14 +46,15 @@ namespace {
 constexpr size_t kLeastBytes = 4;   // of a file that the reader takes
 constexpr size_t kStartBytes = 256; // where the mark of a text is looked for
 
-/// Takes everything that is reported and all searches for textures while it lives; the log file is
-/// not touched then. One at a time.
+/// Takes everything that is reported and all searches for textures while it lives; the log file is not
+/// touched from then on. One at a time.
 class ReportCatcher {
 public:
     explicit ReportCatcher(LoadedScene& target)
     {
         gTarget = &target;
-        gLogSink = [](const char* entry) { gTarget->warnings.AddEntry(entry); };
+        gLogSink = [](const char*) {};
+        gReportObserver = &target.warnings;
         gTextureSearchSink = [](const char* name, const char* path) {
             if (path[0] == 0 && gTarget->lostTextures.size() < WarningList::kMostKept)
                 gTarget->lostTextures.insert(name);
@@ -68,7 +63,7 @@ public:
     ~ReportCatcher()
     {
         gTextureSearchSink = nullptr;
-        gLogSink = [](const char*) {}; // what is reported later, as when objects go, is of no use
+        gReportObserver = nullptr; // what is reported later, as when objects go, is of no use
         gTarget = nullptr;
     }
     ReportCatcher(const ReportCatcher&) = delete;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ReportObserver.h"
 #include "qsa/QSA_SceneHeader.h"
 #include "scene/KRE_3dScene.h"
 
@@ -18,13 +19,12 @@ struct ReaderWarning {
 };
 
 /// What the reader had to say, each text once. Of very many different texts only the number is kept.
-class WarningList {
+class WarningList : public ReportObserver {
 public:
     static constexpr size_t kMostKept = 1000;
 
-    /// An entry as logs have it, "Warning:<source>: <text>". Anything else is left alone: errors come
-    /// as exceptions.
-    void AddEntry(const char* entry);
+    /// Takes warnings; errors come as exceptions.
+    void OnReport(ReportKind kind, const char* source, const char* text) override;
     const std::vector<ReaderWarning>& Kept() const { return kept; }
     /// Of all warnings, repeats and those not kept included.
     int64_t Count() const { return count; }
@@ -33,7 +33,7 @@ public:
 
 private:
     std::vector<ReaderWarning> kept;
-    std::map<std::string, size_t> places; ///< of the entries in `kept`
+    std::map<std::pair<std::string, std::string>, size_t> places; ///< in `kept`, by source and text
     int64_t count = 0;
     int64_t leftOut = 0;
 };

@@ -33,11 +33,11 @@ class LoadedSceneTest : public InfoTest {};
 TEST(WarningList, CountsRepeatsOfATextOnce)
 {
     WarningList list;
-    list.AddEntry("Warning:Loader: a");
-    list.AddEntry("Warning:Loader: b: c");
-    list.AddEntry("Warning:Loader: a");
-    list.AddEntry("Error:Loader: d");
-    list.AddEntry("Warning:no source");
+    list.OnReport(ReportKind::kWarning, "Loader", "a");
+    list.OnReport(ReportKind::kWarning, "Loader", "b: c");
+    list.OnReport(ReportKind::kWarning, "Loader", "a");
+    list.OnReport(ReportKind::kError, "Loader", "d");
+    list.OnReport(ReportKind::kWarning, "", "no source");
     ASSERT_EQ(list.Kept().size(), 3u);
     EXPECT_EQ(list.Kept()[0].source, "Loader");
     EXPECT_EQ(list.Kept()[0].text, "a");
@@ -53,8 +53,8 @@ TEST(WarningList, OfVeryManyOnlyTheNumberIsKept)
 {
     WarningList list;
     for (int i = 0; i < 1500; ++i)
-        list.AddEntry(("Warning:Loader: " + std::to_string(i)).c_str());
-    list.AddEntry("Warning:Loader: 3");
+        list.OnReport(ReportKind::kWarning, "Loader", std::to_string(i).c_str());
+    list.OnReport(ReportKind::kWarning, "Loader", "3");
     EXPECT_EQ(list.Kept().size(), 1000u);
     EXPECT_EQ(list.Count(), 1501);
     EXPECT_EQ(list.LeftOut(), 500);
