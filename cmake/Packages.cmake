@@ -40,11 +40,11 @@ endfunction()
 qsa_package(qsa2qsb)
 qsa_package(qsbinfo)
 
-# Documents for users; how the sources are kept is told with the sources. A conversion leaves files
-# beside the examples: only what they are made of goes in.
+# Documents for users; those about the sources stay with the sources. Conversions leave files beside the
+# examples, so the patterns name what belongs in.
 install(DIRECTORY docs/ DESTINATION ${document_folder} FILES_MATCHING PATTERN "*.md" PATTERN "*.png"
     PATTERN architecture.md EXCLUDE PATTERN extending.md EXCLUDE PATTERN packaging.md EXCLUDE
-    PATTERN testing.md EXCLUDE)
+    PATTERN testing.md EXCLUDE PATTERN where.md EXCLUDE PATTERN README.md EXCLUDE)
 install(DIRECTORY examples/ DESTINATION ${example_folder} FILES_MATCHING PATTERN "*.md"
     PATTERN "*.qsa" PATTERN "*.ifl" PATTERN "*.fx" PATTERN "*.png" PATTERN "*.tga" PATTERN "*.bmp"
     PATTERN "*.jpg" PATTERN "*.dds" PATTERN frames EXCLUDE)
