@@ -34,9 +34,9 @@ void DrawBanner(const char (&banner)[kBannerSize], double framesPerSecond)
     const int32_t height = gWindowed ? gClientHeight : gResY;
     gGfx->Printf(width - kFromRight, height - kFromBottom, banner, framesPerSecond);
     gGfx->EnableZ();
-    // QUIRK: a device starts without blending, and no file puts that back. So an opaque material whose picture
-    // has alpha of its own covers in the first frame of a run and blends in all later ones; frames that were
-    // accepted, each in a run of its own, are of the first kind.
+    // QUIRK: a device starts without blending, and files do not reset it. So an opaque material whose picture
+    // has alpha is opaque in the first frame of a run and blended in all later ones. The accepted frames,
+    // each from a run of its own, are first frames.
     gGfx->SetBlendMode(kBlendAlpha, 0, 0);
     gGfx->SetTextureFilter(kMagnifyLinear, 0);
 }

@@ -4,12 +4,12 @@
 
 constexpr int kBannerSize = 39; ///< bytes, with the NUL
 
-/// The banner as the program holds it: each byte is one above the letter's, so that the line can be
-/// neither read nor changed in the program's file.
+/// The banner as the program stores it: each byte is one above the letter's, so that the line cannot be
+/// read or changed in the program's file.
 extern const char kStoredBanner[kBannerSize];
 
 /// The banner, a format text with one double: frames per second.
 void ReadBanner(char (&bannerOut)[kBannerSize]);
 
-/// Draws it at the bottom right, over what is there, inside the scene bracket.
+/// Draws it at the bottom right, over the frame, between BeginScene and EndScene.
 void DrawBanner(const char (&banner)[kBannerSize], double framesPerSecond);

@@ -16,7 +16,7 @@ struct Token {
     std::size_t length;
 };
 
-/// The token at or behind `text`; its text is null at the end of the line.
+/// The token at or after `text`; its text is null at the end of the line.
 Token NextToken(const char* text)
 {
     while (*text == ' ')
@@ -40,7 +40,7 @@ bool StartsWith(const Token& token, const char* name, std::size_t nameLength)
 }
 
 /// The value part of the first token that begins with `name`; its text is null if there is no such
-/// token or no separator behind the name.
+/// token or no separator after the name.
 Token FindValue(const char* commandLine, const char* name)
 {
     const std::size_t nameLength = std::strlen(name);
@@ -135,7 +135,7 @@ int CmdFindFileToken(const char* commandLine, int n)
     int index = 0;
     for (Token token = FirstToken(commandLine); token.text != nullptr;
          token = NextToken(token.text + token.length), ++index) {
-        // Plain char may be unsigned elsewhere; the comparison is meant signed.
+        // Plain char may be unsigned elsewhere; the comparison must be signed.
         const auto first = static_cast<signed char>(token.text[0]);
         if (first > ' ' && first != '/' && --n == 0)
             return index;

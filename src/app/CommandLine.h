@@ -1,9 +1,9 @@
 #pragma once
 
-// The program's own view of its command line. The line is split at the blank character only: tabs
-// are ordinary characters, runs of blanks count once.
-// QUIRK: quotes do not hold a token together, so an option-looking word inside a quoted path counts
-// as that option; only CmdGetFileName reads through the blanks of a quoted name.
+// Reads the command line. It is split only at blanks: tabs are ordinary characters, and consecutive
+// blanks count as one.
+// QUIRK: quotes do not keep a token together, so a word inside a quoted path that looks like an option
+// counts as that option; only CmdGetFileName reads past the blanks of a quoted name.
 // All comparisons fold the letters a to z; lines and names are zero-terminated byte strings.
 
 /// Size of the buffer that CmdGetFileName writes to, the terminator included.
@@ -18,17 +18,17 @@ const char* CmdGetToken(int index, const char* commandLine);
 int CmdHasSwitch(const char* commandLine, const char* name);
 
 /// Reads `/name:v` or `/name=v`. 1 if a value was stored; `out` is untouched otherwise.
-/// Only the first token that begins with `name` is looked at, so `/test` hides a `/t:5` behind it.
+/// Only the first token that begins with `name` is read, so `/test` hides a `/t:5` after it.
 /// An empty value stores 0.
-/// QUIRK: characters are not checked to be digits, and only the last ten of them count, so a bad
-/// number gives nonsense and no error. Lengths are taken modulo 256.
+/// QUIRK: characters are not checked to be digits, and only the last ten of them are used, so a bad
+/// number gives a meaningless value and no error. Lengths are taken modulo 256.
 int CmdGetInt(const char* commandLine, const char* name, int* out);
 
-/// The same for a number in the C notation, whose first 31 characters count; trailing text is
+/// The same for a number in C notation; only its first 31 characters are used, trailing text is
 /// ignored.
 int CmdGetFloat(const char* commandLine, const char* name, float* out);
 
-/// Index of the n-th token (from 1) that is no option: its first character is above blank as a
+/// Index of the n-th token (from 1) that is not an option: its first character is above blank as a
 /// signed byte and is not `/`. -1 if there is none.
 int CmdFindFileToken(const char* commandLine, int n);
 

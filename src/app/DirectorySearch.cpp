@@ -43,7 +43,7 @@ bool DirectoryIdentity::operator==(const DirectoryIdentity& other) const
     return !path.IsEmpty() && std::strcmp(path.c_str(), other.path.c_str()) == 0;
 }
 
-/// Empty if the system cannot tell it.
+/// Empty if the system does not know it.
 static String ResolvedPath(HANDLE directory)
 {
     String path;

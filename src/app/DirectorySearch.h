@@ -4,8 +4,8 @@
 
 #include <windows.h>
 
-/// The entries of the current directory that fit a pattern, one after the other. Begins at the first
-/// one; a pattern without matches begins at its end.
+/// The entries of the current directory that match a pattern, one after the other. Begins at the first
+/// one; a pattern without matches begins at the end.
 class DirectorySearch {
 public:
     explicit DirectorySearch(const char* pattern);
@@ -26,21 +26,21 @@ private:
     WIN32_FIND_DATAA entry;
 };
 
-/// Tells directories apart however they are named. All zero if the directory cannot be asked.
+/// Identifies a directory, whatever its name. All zero if the system does not give its identity.
 struct DirectoryIdentity {
     DWORD volume = 0;
     DWORD indexHigh = 0;
     DWORD indexLow = 0;
-    String path; // without links; only where the numbers say nothing
+    String path; // without links; only if the numbers identify nothing
 
     /// Some file systems have no numbers and report 0 or all ones for every directory.
     bool IsNumbered() const;
-    /// By the numbers where both have them, otherwise by the paths. Two directories that could not
-    /// be asked are not the same.
+    /// By the numbers if both have them, otherwise by the paths. Two directories without identity are not
+    /// the same.
     bool operator==(const DirectoryIdentity& other) const;
 };
 
 DirectoryIdentity IdentifyDirectory(const char* path);
 
-/// Path of the current directory, whatever its length; empty if it has none any more.
+/// Path of the current directory, whatever its length; empty if it no longer exists.
 String CurrentDirectory();

@@ -18,10 +18,10 @@ struct WalkLevel {
     DirectorySearch subdirectories{"*.*"};
     DirectoryIdentity identity;
     String parent;           // where to return to; empty for the directory that the walk began in
-    int32_t belowLength = 0; // of the way to here
+    int32_t belowLength = 0; // of the path to here
 };
 
-/// The walk is a loop over a stack, so that deep trees cost no stack of the process.
+/// The walk is a loop over a stack of its own, so deep trees do not use the process's stack.
 class Walk {
 public:
     Walk(const char* patternDirectory, const DirectoryVisit& visitDirectory)
@@ -40,7 +40,7 @@ private:
     const char* directory;
     const DirectoryVisit& visit;
     std::vector<std::unique_ptr<WalkLevel>> levels;
-    String below; // the way to the lowest level
+    String below; // the path to the lowest level
 };
 
 bool Walk::Run()
@@ -91,8 +91,8 @@ bool Walk::EnterNextSubdirectory(const String& current)
     return false;
 }
 
-/// Goes back up. A path may have become too long to be named; then one step up must lead to the
-/// same directory, which it does unless the way down went through a link.
+/// Goes back up. If the path has become too long to be used, it tries one step up, which leads to the
+/// same directory unless the way down went through a link.
 bool ReturnTo(const String& directory, const DirectoryIdentity& identity)
 {
     if (SetCurrentDirectoryA(directory.c_str()))

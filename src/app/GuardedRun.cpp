@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <windows.h>
 
-/// Shuts graphics down and tells the user what ended the run.
+/// Shuts down the graphics and shows the user what ended the run.
 template <typename Record>
 static int EndByError(const Record& error, const char* title)
 {

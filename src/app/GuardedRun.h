@@ -4,6 +4,6 @@
 inline constexpr int kStatusNormal = 1;
 inline constexpr int kStatusFailed = 0;
 
-/// Runs `work`, shuts graphics down and gives the exit status. The only place that catches the two
-/// error records: one error ends the whole run with a message box, which names its source and text.
+/// Runs `work`, shuts down the graphics and returns the exit status. The only place that catches the two
+/// error records: an error ends the whole run with a message box that shows its source and text.
 int RunGuarded(void (*work)());

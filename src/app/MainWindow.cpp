@@ -27,7 +27,7 @@ HBRUSH SystemColorBrush(int color)
     return reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(color + 1));
 }
 
-/// The text is loaded here, not once for each message: nothing but the painting shows it.
+/// The text is loaded here, not for each message: only painting shows it.
 void PaintStartupText(HWND window)
 {
     char text[100] = "";

@@ -11,8 +11,8 @@ int gOpenRequested;
 
 namespace {
 
-/// Saves the scene that is being shown. Without the engine there is none: the box that reports an
-/// error handles messages too, and then both are gone.
+/// Saves the scene on show. Without the engine there is none: the box that reports an error also
+/// handles messages, and by then both are gone.
 void SaveCurrentScene()
 {
     if (gCurrentScene == nullptr || gGfx == nullptr)
@@ -21,7 +21,7 @@ void SaveCurrentScene()
         gGfx->SaveScene(*gCurrentScene, gFilePattern);
 }
 
-/// QUIRK: the choice is only noted. Nothing opens the file.
+/// QUIRK: the choice is only recorded. Nothing opens the file.
 void RequestOpen()
 {
     if (AskForSceneFile())

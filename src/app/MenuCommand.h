@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-extern int gOpenRequested; // 1 once a file was chosen to be opened; read by nothing
+extern int gOpenRequested; // 1 once a file was chosen to be opened; not used
 
-/// Does what a menu entry stands for. False for an id that nothing stands behind, which includes the
-/// entries for the default paths and the scene's information. Lets failures of a save through.
+/// Runs a menu command. False for an id without a command, such as the entries for the default paths
+/// and the scene's information. Errors of a save pass through.
 bool DoMenuCommand(HWND window, int id);

@@ -93,7 +93,7 @@ const char* const kHelpSwitches[] = {"/?", "/H", "/HELP"};
 
 const char kHelpTitle[] = "QSA to QSB converter v1.5";
 
-// The columns are those of the box's proportional font; the tabs of the last two lines are meant.
+// The columns suit the box's proportional font; the tabs of the last two lines are intended.
 // clang-format off
 const char kHelpText[] =
     "Command: QSA2QSB <file.qsa> [Options] \n\nOptions: \n"

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int32_t kPixelsWorthCompressing = 0x10000; // 256 x 256
 
-/// The files of one directory. Each directory starts with textures as their files have them, whatever
-/// the one before it asked for.
+/// The files of one directory. Each directory starts without texture compression, whatever the one
+/// before it used.
 void ConvertMatches(const char* directory, const char* below)
 {
     gGfx->SetTextureCompression(0, kPixelsWorthCompressing);

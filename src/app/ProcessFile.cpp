@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Gives the window its turn between two files.
+/// Handles the window's messages between two files.
 void HandleMessages()
 {
     if (gNoKey || gEscOff)
@@ -21,13 +21,13 @@ void HandleMessages()
     }
 }
 
-/// A program that is minimised or behind another one goes on when it is back.
+/// Waits while the program is minimised or behind another one.
 void WaitUntilShown()
 {
     if (gWindowDestroyed)
         return;
     while (!gWindowShown || !gAppActive) {
-        MSG message = {}; // a queue that is gone leaves it as it is
+        MSG message = {}; // without a queue it stays as it is
         GetMessageA(&message, nullptr, 0, 0);
         TranslateMessage(&message);
         DispatchMessageA(&message);

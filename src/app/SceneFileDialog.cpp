@@ -6,7 +6,7 @@
 
 #include <commdlg.h>
 
-/// A dialog that fills `gFilePattern`, which is cut to empty first.
+/// A dialog that fills `gFilePattern`, which is emptied first.
 static OPENFILENAMEA MakeFileDialog(const char* filter, DWORD flags)
 {
     gFilePattern[0] = '\0';

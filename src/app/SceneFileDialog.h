@@ -6,8 +6,8 @@
 /// pattern empty.
 bool AskForSceneFile();
 
-/// Asks under which name to save a scene, in `gFilePattern`; nothing is added to what the user types.
+/// Asks for the name to save a scene under, in `gFilePattern`; nothing is added to what the user types.
 /// False if the user cancels, which leaves the pattern empty.
-/// QUIRK: a walk under /s goes on with what stands in the pattern then, so that after a cancelled
-/// dialog it finds nothing more.
+/// QUIRK: a walk with /s continues with the changed pattern, so after a cancelled dialog it finds
+/// nothing more.
 bool AskForTargetFile();

@@ -51,7 +51,7 @@ void SceneSession::PrepareSettings()
     scene.settings.mirrorView = 1;
 }
 
-/// Near, far and a place from which all of the scene is seen.
+/// Near, far and a position from which the whole scene is visible.
 void SceneSession::PrepareView()
 {
     D3DXVECTOR3 center;
@@ -104,8 +104,7 @@ double SceneSession::FrameTime(double now) const
     return std::max(time, 0.0);
 }
 
-/// One frame since the scene was ready. QUIRK: a rate is told only once a second has gone by; before
-/// that it is 0.
+/// One frame since the scene was ready. QUIRK: the rate is 0 until a second has passed.
 double SceneSession::FramesPerSecond(double now) const
 {
     const double elapsed = now - t0;

@@ -3,21 +3,19 @@
 #include "app/Banner.h"
 #include "scene/KRE_3dScene.h"
 
-/// The scene that is being shown. Stale between files: only what runs while a file is being
-/// processed may look at it.
+/// The scene on show. Stale between files: use it only while a file is being processed.
 extern KRE_3dScene* gCurrentScene;
 
-/// The stay of one scene file in the program: everything of it lives and dies here. All operations
-/// let failures through.
+/// One scene file during its conversion; owns everything that belongs to it. Errors pass through all
+/// operations.
 class SceneSession {
 public:
-    /// Loads the scene and fits settings, projection, camera and lights to it. What is added goes
-    /// into the target file too.
+    /// Loads the scene and fits settings, projection, camera and lights to it. Added objects are stored
+    /// in the target file too.
     void Load(const char* fileName);
     /// Writes the scene as QSB.
     void Save(const char* targetName);
-    /// Draws the scene at the time that has been reached, with `banner` over it, into the back
-    /// buffer.
+    /// Draws the scene at the current time, with `banner` over it, into the back buffer.
     void DrawFrame(const char (&banner)[kBannerSize]);
     /// Draws the frame and presents it.
     void ShowFrame(const char (&banner)[kBannerSize]);
@@ -30,9 +28,9 @@ private:
     double FrameTime(double now) const;
     double FramesPerSecond(double now) const;
 
-    // In this order, so that the scene goes first.
+    // In this order, so that the scene is destroyed first.
     KRE_Light light;   ///< template of the default lights
-    KRE_Camera camera; ///< looks at the scene where it has no camera of its own
+    KRE_Camera camera; ///< looks at the scene if it has no camera of its own
     KRE_3dScene scene;
     int cameraIndex = -1;    ///< the scene's camera in use, -1 for the free one
     float sceneEnd = 100.0f; ///< seconds

@@ -28,7 +28,7 @@ D3DDISPLAYMODE WantedMode(const GraphicsSettings& settings)
     return {static_cast<UINT>(settings.width), static_cast<UINT>(settings.height), 0, format};
 }
 
-/// Takes the counter's low bits, so that no two runs draw the same numbers.
+/// Uses the counter's low bits, so that no two runs draw the same numbers.
 void SeedRandomNumbers()
 {
     LARGE_INTEGER counter{};

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-/// What the engine is started with.
+/// The engine's start-up settings.
 struct GraphicsSettings {
     HWND window = nullptr;
     int32_t windowed = 1;
@@ -17,15 +17,15 @@ struct GraphicsSettings {
     int32_t deviceChoice = 0;     ///< 1 the reference device
 };
 
-/// What the options of the run ask for.
+/// The settings from the options of the run.
 GraphicsSettings SettingsFromOptions();
 
-/// Makes the engine object `gGfx`, without a device. `StartGraphics` does so first; the object is
+/// Creates the engine object `gGfx` without a device. `StartGraphics` calls it first. The object is
 /// owned here until `ShutdownGraphics`.
 void MakeEngine();
 
-/// Makes the engine object `gGfx`, its device and the font `gFont`. Raises KRE_Error on failure.
+/// Creates the engine object `gGfx`, its device and the font `gFont`. Raises KRE_Error on failure.
 void StartGraphics(const GraphicsSettings& settings = SettingsFromOptions());
 
-/// Frees the font, the device and the engine. May be called when nothing was started, and twice.
+/// Frees the font, the device and the engine. May be called if nothing was started, and twice.
 void ShutdownGraphics();

@@ -1,6 +1,6 @@
 #pragma once
 
-// Numbers of the resources in qsa2qsb.rc, shared with the resource compiler: macros only.
+// Numbers of the resources in qsa2qsb.rc. The resource compiler reads this file, so it has only macros.
 
 #define RESOURCE_STRING_WINDOW_TITLE 103
 #define RESOURCE_STRING_STARTUP_TEXT 106

@@ -2,16 +2,16 @@
 
 #include <cstddef>
 
-// Case folding and comparison of `a` to `z` and `A` to `Z` only. The C library's own functions ask
+// Case folding and comparison of `a` to `z` and `A` to `Z` only. The C library's own functions depend on
 // the locale and the host; names in scene files must compare alike everywhere.
 
-/// Upper case of an ASCII letter; every other character is given back as it is.
+/// Upper case of an ASCII letter; returns every other character as it is.
 constexpr char ToUpperAscii(char c)
 {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Lower case of an ASCII letter; every other character is given back as it is.
+/// Lower case of an ASCII letter; returns every other character as it is.
 constexpr char ToLowerAscii(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

@@ -5,7 +5,7 @@
 #include "base/DynaMem.h"
 #include "base/String.h"
 
-/// Finds the file that a name in a scene stands for: beside the scene, then in a list of
+/// Finds the file for a name in a scene: beside the scene, then in a list of
 /// directories, with alternative extensions. Reports nothing.
 class CFileValidator {
 public:
@@ -23,11 +23,11 @@ public:
     /// The directory of the file that refers to the name; empty for the current one.
     void SetBasePath(const char* path);
 
-    /// Whether `name` exists, as it is or with one of the extensions; `pathOut` takes what was found
-    /// and is emptied otherwise.
+    /// Whether `name` exists, as it is or with one of the extensions; `pathOut` gets the path found
+    /// or becomes empty.
     bool Exists(const String& name, String* pathOut) const;
-    /// The path under which the file was found, or empty. The file beside the scene wins; an
-    /// absolute name that is gone is looked for by its leaf in the directories that allow it.
+    /// The path of the file found, or empty. The file beside the scene wins. If an absolute name does
+    /// not exist, its leaf is looked for in the directories that allow it.
     String Resolve(const String& name) const;
 
 private:

@@ -83,8 +83,8 @@ void ConfigFileReader::FindBlocks()
     lineBlockLevel = HeapArray<int32_t>(lineCount);
     int32_t depth = 0;
     for (int32_t entry = 0; entry < entryCount; ++entry) {
-        // QUIRK: every entry starts at depth 0 again, so a block left open in the one before goes
-        // unnoticed; only the last entry is held against it.
+        // QUIRK: every entry starts at depth 0 again, so an unclosed block in the previous one is not
+        // noticed; only the last entry is checked for it.
         depth = 0;
         const int32_t end = entries[entry].firstLine + entries[entry].lineCount;
         for (int32_t line = entries[entry].firstLine; line < end; ++line) {
@@ -224,7 +224,7 @@ int32_t ConfigFileReader::GetString(const char* key, char* bufferOut, int32_t si
     return CopyQuoted(line, FindKeyInLine(line, name.c_str()) + name.TextLength(), bufferOut, size);
 }
 
-/// Copies what stands between the first two double quotes of a line from `offset` on.
+/// Copies the text between the first two double quotes of a line from `offset` on.
 int32_t ConfigFileReader::CopyQuoted(int32_t line, int32_t offset, char* bufferOut,
                                      int32_t size) const
 {

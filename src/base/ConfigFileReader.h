@@ -14,8 +14,8 @@ inline constexpr int32_t kConfigNoEntry = 2;
 inline constexpr int32_t kConfigNoValue = 9;
 
 /// Reads configuration files. A line that begins with `#` starts an entry, one with `##` a child of
-/// the last entry without a parent; `;` begins a comment line; values stand in double quotes behind
-/// their key; `{` and `}` make blocks. Lines and entries count from 0. Broken blocks are `Error`s.
+/// the last entry without a parent; `;` begins a comment line; a value in double quotes follows its
+/// key; `{` and `}` make blocks. Lines and entries count from 0. Broken blocks are `Error`s.
 class ConfigFileReader : public TextFileReader {
 public:
     struct ConfigEntry {
@@ -28,7 +28,7 @@ public:
 
     /// The key of the line that names an entry, such as `desc`. Without one no names are indexed.
     void SetDescKey(const char* key) { descKey.Assign(key); }
-    /// Whether keys compare by case; they do not at first.
+    /// Whether keys compare by case; default off.
     void SetCaseSensitive(bool isSensitive) { caseSensitive = isSensitive ? 1 : 0; }
     /// A reader that is asked first by `GetString`; not owned, lives with the caller. Null for none.
     void SetBaseReader(ConfigFileReader* reader) { baseReader = reader; }
@@ -44,7 +44,7 @@ public:
     const ConfigEntry* GetEntry(int32_t entry) const;
     /// Lines of an entry, or of the file for -1; -1 for an entry out of range.
     int32_t GetEntryLineCount(int32_t entry) const;
-    /// Block depth at the start of a line; 0 in front of the first entry and out of range.
+    /// Block depth at the start of a line; 0 before the first entry and out of range.
     int32_t GetBlockLevel(int32_t line) const;
     /// Number of the entry with that name, or -1. An empty name is an `Error`.
     int32_t FindEntry(const char* name);
@@ -56,8 +56,8 @@ public:
     /// The first line with `key` in the entry, or in the whole file for -1. -1 when not found, -2
     /// for an entry out of range. QUIRK: an entry inherits from its parent, one level and no more.
     int32_t FindKeyLine(const char* key, int32_t entry) const;
-    /// Copies the value of a key, cut at `size` - 1 bytes; the buffer is left alone on failure. The
-    /// key is `key`, then `index1`, then `_` and `index2`, as far as these are 0 or above. Gives one
+    /// Copies the value of a key, truncated to `size` - 1 bytes; on failure the buffer is unchanged. The
+    /// key is `key`, then `index1`, then `_` and `index2`, if these are 0 or above. Returns one
     /// of the `kConfig` results.
     int32_t GetString(const char* key, char* bufferOut, int32_t size, int32_t entry,
                       int32_t index1 = -1, int32_t index2 = -1);

@@ -14,7 +14,7 @@
 template <class T, int32_t N, int32_t kFlag = 1>
 class DynaMem : public ErrorClassSimple {
 public:
-    /// Walks the live elements in slot order; gives pointers, not owned. Void after any change.
+    /// Visits the live elements in slot order, as pointers, not owned. Invalid after any change.
     template <class Element>
     class Iterator {
     public:
@@ -41,16 +41,16 @@ public:
     DynaMem(const DynaMem&) = delete;
     DynaMem& operator=(const DynaMem&) = delete;
 
-    /// Adds a default-constructed element and gives its slot.
+    /// Adds a default-constructed element and returns its slot.
     int32_t Add()
     {
         return Place(nullptr, [](const T*) { return new (std::nothrow) T(); });
     }
-    /// Adds a copy and gives its slot; null is an `Error`.
+    /// Adds a copy and returns its slot; null is an `Error`.
     int32_t Add(const T* item);
 
     /// The i-th live element, owned by the list. Not checked: 0 <= i < Count().
-    /// QUIRK: a fixed list keeps the order it had when it was fixed; null where that slot is empty.
+    /// QUIRK: a fixed list keeps the order it had when it was fixed; null if that slot is empty.
     T* Get(int32_t i)
     {
         UpdateOrder();
@@ -77,10 +77,10 @@ public:
     bool DeleteSlot(int32_t slot);
     /// Destroys all elements and keeps the arrays.
     void Clear();
-    /// Sets the capacity, which may not be below `Count()`; -1 trims it to `Count()`. Compacts: the
-    /// slots are renumbered without holes.
+    /// Sets the capacity, which must not be below `Count()`; -1 trims it to `Count()`. Compacts: the
+    /// slots are renumbered without gaps.
     void SetSize(int32_t newCapacity);
-    /// A fixed list may not grow.
+    /// A fixed list cannot grow.
     void SetFixed(bool isFixed) { fixed = isFixed ? 1 : 0; }
 
     mutable HeapArray<std::unique_ptr<T>> data; ///< owned slots, null where free
@@ -89,9 +89,9 @@ public:
     int32_t firstFree = 0;            ///< the search for a free slot starts here
     int32_t capacity = N;
     int32_t fixed = 0;              ///< above 0 the list may not grow
-    int32_t reserved = -1;          ///< no operation reads it
+    int32_t reserved = -1;          ///< not used
     mutable int32_t orderDirty = 1; ///< `order` must be rebuilt before use
-    int32_t flag = kFlag;           ///< no operation reads it
+    int32_t flag = kFlag;           ///< not used
 
 private:
     template <class Make>
@@ -138,8 +138,8 @@ int32_t DynaMem<T, N, kFlag>::Place(const T* item, Make make)
         Error("Maximum number of data elements reached: %i", capacity);
         return -1;
     }
-    // Growing moved pointers only, so an `item` of this very list is still where it was. Without
-    // memory for the element the slot stays null and is counted all the same.
+    // Growing moved only pointers, so an `item` of this list is still where it was. If there is no
+    // memory for the element, the slot stays null but is counted.
     data[slot].reset(make(item));
     ++count;
     firstFree = slot + 1;
@@ -248,7 +248,7 @@ void DynaMem<T, N, kFlag>::RebuildOrder() const
         else
             emptySlot = slot;
     }
-    // Fewer than `count` are met only when memory ran out for an element; then a slot was empty.
+    // Fewer than `count` are found only if there was no memory for an element; then a slot is empty.
     while (met < count)
         order[met++] = emptySlot;
     orderDirty = 0;

@@ -24,9 +24,9 @@ extern ErrorMsg gErrorRecord;    ///< label and message of the last report
 class ErrorClassSimple {
 public:
     /// Logs and throws `ErrorMsg`. Messages are cut at 1023 bytes. While a file is being loaded that
-    /// the message does not name, a warning that does goes ahead (`LoadInHand.h`); here and below.
+    /// the message does not name, a warning before it names the file (`LoadInHand.h`); here and below.
     [[gnu::format(printf, 2, 3)]] virtual void Error(const char* format, ...);
-    /// Logs, unless the same text came last time, and returns.
+    /// Logs, unless the text is the same as last time, and returns.
     [[gnu::format(printf, 2, 3)]] virtual void Warning(const char* format, ...);
     virtual ~ErrorClassSimple();
 
@@ -36,14 +36,14 @@ protected:
     ErrorClassSimple& operator=(const ErrorClassSimple&) = default;
 };
 
-/// Root of the foundation classes that report under a label. An `Error` on an object whose
-/// `throwOnError` is 0 returns: code behind a call of `Error` must cope with that.
+/// Root of the foundation classes that report under a label. If an object's `throwOnError` is 0, its
+/// `Error` returns: code after a call of `Error` must handle that.
 class ErrorClass : public ErrorClassSimple {
 public:
     /// Logs, sets `errorHappened` and throws `ErrorMsg` unless `throwOnError` is 0.
     [[gnu::format(printf, 2, 3)]] void Error(const char* format, ...) override;
     [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) override;
-    /// The label of all messages, cut at 31 bytes; null empties it.
+    /// The label of all messages, truncated to 31 bytes; null empties it.
     void SetClassName(const char* name);
 
     char className[kLabelSize];

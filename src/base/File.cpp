@@ -158,14 +158,14 @@ int32_t File::GetFileTime() const
 {
     if (!stream)
         return -1;
-    // Asked of the stream and not of the name, which may lead elsewhere by now.
+    // Queried from the stream, not from the name, which may mean another file by now.
     struct stat info;
     if (fstat(fileno(stream.get()), &info) != 0)
         return -1;
     return static_cast<int32_t>(static_cast<uint32_t>(info.st_mtime));
 }
 
-/// A read that the window does not serve.
+/// A read that bypasses the window.
 bool File::ReadOn(void* bufferOut, int32_t size)
 {
     if (!canRead) {
@@ -243,7 +243,7 @@ bool File::ReadString(String* textOut)
     return false;
 }
 
-/// A write that the window does not take.
+/// A write that bypasses the window.
 bool File::WriteOn(const void* buffer, int32_t size)
 {
     if (!canWrite) {
@@ -279,7 +279,7 @@ bool File::WriteToStream(const void* buffer, int32_t size)
     return true;
 }
 
-/// Hands what was gathered to the stream. What that refuses is lost.
+/// Writes the collected bytes to the stream. Bytes that it refuses are lost.
 bool File::BringGathered()
 {
     const size_t size = static_cast<size_t>(gathered);
@@ -296,7 +296,7 @@ bool File::WriteString(const String& text)
 
 void File::PrepareTransfer(Transfer next)
 {
-    // A stream that is open both ways wants a seek between reading and writing.
+    // A stream open for both needs a seek between reading and writing.
     if (lastTransfer != Transfer::none && lastTransfer != next)
         std::fseek(stream.get(), 0, SEEK_CUR);
     lastTransfer = next;

@@ -10,8 +10,8 @@
 
 extern int32_t gOpenHandlesCount; ///< files that are open in the process
 
-/// Binary file: raw little-endian numbers without padding. Failures of transfer are `Error`s that
-/// bear the file's name; a file that cannot be opened is a `Warning`. The `false` results behind an
+/// Binary file: raw little-endian numbers without padding. Failed reads and writes are `Error`s that
+/// name the file; a file that cannot be opened is a `Warning`. The `false` results after an
 /// `Error` are only reached with `throwOnError` 0.
 class File : public ErrorClass {
 public:
@@ -20,34 +20,34 @@ public:
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
-    /// Puts "name: " in front of the message.
+    /// Puts "name: " before the message.
     [[gnu::format(printf, 2, 3)]] void Error(const char* format, ...) override;
 
-    /// Closes what is open and opens an existing file, at its start. `loadWhole` takes it into
-    /// memory and needs `readOnly`. False with a `Warning` (if `reportFailure`) when it cannot be
+    /// Closes the open file and opens an existing file, at its start. `loadWhole` loads it into
+    /// memory and needs `readOnly`. False with a `Warning` (if `reportFailure`) if it cannot be
     /// opened or is larger than int32. A null name is the empty one.
     bool Open(const char* name, bool readOnly, bool loadWhole, bool reportFailure);
-    /// Closes what is open and makes an empty file; not `writeOnly` allows reading back.
-    /// QUIRK: the size of an earlier file of this object stays as the least size.
+    /// Closes the open file and creates an empty file; without `writeOnly` it can be read back.
+    /// QUIRK: the size of an earlier file of this object remains as the minimum size.
     bool Create(const char* name, bool writeOnly, bool reportFailure);
-    /// Name, size and position stay readable afterwards. False with a `Warning` if what was written
-    /// could not be brought to the file.
+    /// Name, size and position stay readable afterwards. False with a `Warning` if the written bytes
+    /// could not be stored.
     bool Close();
-    /// Brings what was written to the file; a failure is the `Error` of a write.
+    /// Stores the written bytes in the file; a failure is the `Error` of a write.
     bool Flush();
     bool IsOpen() const { return stream != nullptr; }
 
-    /// Bytes from the start of the file. In memory any value is taken; the next read checks it.
+    /// Bytes from the start of the file. In memory any value is accepted; the next read checks it.
     void Seek(int32_t newPosition);
     int32_t GetPosition() const { return position; }
     int32_t GetSize() const { return fileSize; }
-    /// Bytes from the position to the end; 0 when the position lies outside.
+    /// Bytes from the position to the end; 0 if the position is outside.
     int32_t GetBytesLeft() const;
     String GetFileName() const { return fileName; }
-    /// Modification time in seconds since 1970, cut to 32 bits; -1 when closed.
+    /// Modification time in seconds since 1970, truncated to 32 bits; -1 if closed.
     int32_t GetFileTime() const;
 
-    /// Reads exactly `size` bytes. Fewer left, or a negative size, is the `Error`.
+    /// Reads exactly `size` bytes. If fewer are left, or the size is negative, it is an `Error`.
     bool Read(void* bufferOut, int32_t size)
     {
         if (size <= 0 || size > aheadEnd - aheadAt)
@@ -65,10 +65,10 @@ public:
     bool ReadInt8(int8_t* valueOut) { return Read(valueOut, 1); }
     bool ReadInt8(uint8_t* valueOut) { return Read(valueOut, 1); }
     /// int32 length and that many bytes. A length below 1 gives the empty string; one above the
-    /// bytes that are left is an `Error` before memory is taken.
+    /// remaining bytes is an `Error` before memory is allocated.
     bool ReadString(String* textOut);
 
-    /// Gathered and brought to the file in larger pieces, so that a failure may show at a later
+    /// Collected and stored in larger pieces, so a failure may show only at a later
     /// write, at `Flush` or at `Close`.
     bool Write(const void* buffer, int32_t size)
     {
@@ -114,12 +114,12 @@ private:
     String fileName;                       ///< of the last file opened or created
     int32_t fileSize = 0;                  ///< bytes, kept up to date by writes
     int32_t position = 0;                  ///< bytes from the start
-    int32_t inMemory = 0;                  ///< 1: the whole file lies in `memoryData`
+    int32_t inMemory = 0;                  ///< 1: the whole file is in `memoryData`
     std::unique_ptr<uint8_t[]> memoryData; ///< owned; `fileSize` bytes, or null
     Transfer lastTransfer = Transfer::none;
 
-    // A stream that goes one way only passes through a window: a call of the library for each number
-    // would cost more than the number.
+    // A stream that is only read or only written uses a window: a library call for each number would cost
+    // more than the number.
     static constexpr int32_t kWindowSize = 65536;
     std::unique_ptr<uint8_t[]> window; ///< owned; made by the first transfer
     int32_t aheadAt = 0;               ///< of a reader: the next byte in the window

@@ -21,21 +21,21 @@ extern uint32_t gKreWarningRepeat; ///< repeats of the last warning that are not
 extern char gKreLastWarning[1024]; ///< text of the last warning
 extern KRE_Error gKreErrorRecord;  ///< label and message of the last report
 
-/// Logs the repeats of the last warning that are still to be told.
+/// Logs the count of repeats of the last warning, if it is not logged yet.
 void KreFlushWarningRepeat();
 
 /// Root of the engine classes. Copies are counted as objects of their own. A report does not count as a
 /// change of the object.
 class KRE_Base {
 public:
-    /// Logs, sets `errorHappened` and throws `KRE_Error`; overrides must throw as well. The file that
-    /// is being loaded is told ahead, as by `ErrorClass`.
+    /// Logs, sets `errorHappened` and throws `KRE_Error`; overrides must throw as well. A warning before
+    /// it names the file being loaded, as in `ErrorClass`.
     [[noreturn]] [[gnu::format(printf, 2, 3)]] virtual void Error(const char* format, ...) const;
-    /// Logs, unless the same text came last time, and returns.
+    /// Logs, unless the text is the same as last time, and returns.
     [[gnu::format(printf, 2, 3)]] virtual void Warning(const char* format, ...) const;
     virtual ~KRE_Base();
 
-    /// The label of all messages, cut at 31 bytes; null empties it.
+    /// The label of all messages, truncated to 31 bytes; null empties it.
     void SetClassName(const char* name);
 
     mutable HRESULT lastResult = S_OK; ///< of the last device call

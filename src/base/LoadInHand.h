@@ -4,16 +4,16 @@
 
 class String;
 
-/// What a loader is at work on. While a file is in hand, an `Error` whose text does not hold the
-/// file's name comes behind a `Warning` that tells file and object: lists, name trees and the device
-/// know neither.
+/// The file and object being loaded. Lists, name trees and the device know neither. So an `Error`
+/// whose text does not contain the file's name is preceded by a `Warning` that names file and object.
 struct LoadInHand {
-    const char* file = nullptr;     ///< not owned; null: nothing is being loaded
-    const String* object = nullptr; ///< not owned; name of the object in hand, may be empty yet
+    const char* file = nullptr; ///< not owned; null: nothing is being loaded
+    const String* object =
+        nullptr; ///< not owned; name of the object being loaded, may still be empty
 };
 extern LoadInHand gLoadInHand;
 
-/// Takes a file or an object in hand while it lives, and puts back what was there before.
+/// Sets the file or object being loaded while it lives, and then restores the previous one.
 class LoadScope {
 public:
     explicit LoadScope(const char* file) : before(gLoadInHand) { gLoadInHand = {file, nullptr}; }
@@ -29,6 +29,6 @@ private:
     const LoadInHand before;
 };
 
-/// The text of the `Warning` that is due ahead of an error's message. False if none is: nothing is
-/// in hand, or the message names the file itself.
+/// The text of the `Warning` that must precede an error's message. False if there is none: nothing is
+/// being loaded, or the message names the file itself.
 bool DescribeLoad(const char* message, char* textOut, std::size_t size);

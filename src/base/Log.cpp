@@ -30,7 +30,7 @@ uint64_t FreePhysicalMemory()
     return status.dwAvailPhys;
 }
 
-/// Stays empty if the current directory cannot be told; the log then goes by its bare name.
+/// Stays empty if the current directory is unknown; the log then has its bare name.
 void TakeLogDirectory()
 {
     const DWORD needed = GetCurrentDirectoryA(0, nullptr);

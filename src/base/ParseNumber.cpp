@@ -41,7 +41,7 @@ bool StartsWithNoCase(const char* at, const char* end, const char* lowerWord)
     return true;
 }
 
-/// The exponent behind an exponent letter at `at`, held within `kExponentLimit`; 0 without digits.
+/// The exponent after an exponent letter at `at`, limited to `kExponentLimit`; 0 without digits.
 int64_t ReadExponent(const char* at, const char* end)
 {
     const bool negative = at != end && *at == '-';
@@ -55,7 +55,7 @@ int64_t ReadExponent(const char* at, const char* end)
     return negative ? -exponent : exponent;
 }
 
-/// mantissa * 2^exponent, rounded once to nearest even; `sticky` tells of bits lost below.
+/// mantissa * 2^exponent, rounded once to nearest even; `sticky`: nonzero bits were lost below.
 double RoundBinary(uint64_t mantissa, int64_t exponent, bool sticky)
 {
     if (mantissa == 0)
@@ -79,7 +79,7 @@ double RoundBinary(uint64_t mantissa, int64_t exponent, bool sticky)
     return std::ldexp(static_cast<double>(mantissa), static_cast<int>(exponent));
 }
 
-/// Behind "0x". False if there is no digit; the number is then the 0 in front of the x.
+/// After "0x". False if there is no digit; the number is then the 0 before the x.
 bool ParseHex(const char* at, const char* end, double* valueOut)
 {
     uint64_t mantissa = 0;
@@ -116,7 +116,7 @@ bool ParseHex(const char* at, const char* end, double* valueOut)
 /// above or far below 1.
 double OutOfRange(const char* at, const char* end)
 {
-    int64_t magnitude = 0; // digits in front of the point, or minus the zeros behind it
+    int64_t magnitude = 0; // digits before the point, or minus the zeros after it
     bool seen = false;     // a digit other than 0
     bool behindPoint = false;
     for (; at != end; ++at) {
@@ -148,7 +148,7 @@ bool ParsePlain(const char* at, const char* end, double* valueOut)
         return false;
     uint64_t digits = 0;
     int64_t number = 0;
-    int64_t decimals = -1; // below 0 ahead of the point
+    int64_t decimals = -1; // below 0 before the point
     for (; at != end; ++at) {
         if (IsDigit(*at)) {
             digits = digits * 10 + static_cast<uint64_t>(*at - '0');
@@ -167,7 +167,7 @@ bool ParsePlain(const char* at, const char* end, double* valueOut)
     return true;
 }
 
-/// Behind the sign. False if there is no number.
+/// After the sign. False if there is no number.
 bool ParseUnsigned(const char* at, const char* end, double* valueOut)
 {
     if (ParsePlain(at, end, valueOut))
@@ -183,7 +183,7 @@ bool ParseUnsigned(const char* at, const char* end, double* valueOut)
         return true;
     }
     if (at == end || (!IsDigit(*at) && *at != '.'))
-        return false; // a second sign is no number
+        return false; // a second sign is not a number
     const auto result = std::from_chars(at, end, *valueOut);
     if (result.ec == std::errc::result_out_of_range)
         *valueOut = OutOfRange(at, end);

@@ -12,6 +12,6 @@
 /// The payload in `nan(...)` is ignored.
 double ParseDouble(const char* begin, const char* end);
 
-/// Cuts towards zero. A value outside the range of int32 gives the nearest end of the range; NaN
+/// Truncates towards zero. A value outside the range of int32 gives the nearest end of the range; NaN
 /// gives 0.
 int32_t ToInt32(double value);

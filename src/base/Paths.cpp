@@ -14,7 +14,7 @@ static bool IsSeparator(char c)
     return c == '\\' || c == '/';
 }
 
-/// The leaf within `path`; `path` itself where there is no separator.
+/// The leaf within `path`; `path` itself if there is no separator.
 static const char* FindLeaf(const char* path)
 {
     const char* leaf = path;
@@ -81,8 +81,7 @@ void TrimString(String* text)
     const char* begin = text->c_str();
     while (*begin && isBlank(*begin))
         ++begin;
-    // QUIRK: the end is looked for from the front, behind the first character, so an inner blank
-    // ends the text.
+    // QUIRK: the search for the end starts after the first character, so an inner blank ends the text.
     const char* end = begin;
     while (*end && (end == begin || !isBlank(*end)))
         ++end;

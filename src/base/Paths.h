@@ -4,27 +4,27 @@
 
 #include "base/String.h"
 
-// Paths as scene files carry them: `\` and `/` both separate, on every host.
+// Paths as scene files store them: `\` and `/` both separate, on every host.
 
 /// Whether the file can be opened for reading; false for null, empty and directories.
 bool FileExists(const char* path);
-/// What stands in front of the last separator; empty if there is none.
+/// The part before the last separator; empty if there is none.
 void SplitDirectory(const char* path, String* directoryOut);
-/// What stands behind the last separator; the whole if there is none.
+/// The part after the last separator; the whole path if there is none.
 void SplitLeaf(const char* path, String* leafOut);
 void GetLeafName(const String& path, String* leafOut);
-/// Makes `path` into `directory`, a backslash and the leaf of `path`; cut at 255 bytes.
+/// Sets `path` to `directory`, a backslash and the leaf of `path`; truncated to 255 bytes.
 void ReplaceDirectory(char (&path)[256], const char* directory);
 /// True with a `:` anywhere or a leading separator.
 bool IsAbsolutePath(const String& path);
-/// Replaces what stands behind the last dot of the leaf, or adds to a leaf without a dot.
-/// `extension` comes without its dot. `nameOut` may be `name`.
+/// Replaces the text after the last dot of the leaf, or adds an extension to a leaf without a dot.
+/// `extension` has no dot. `nameOut` may be `name`.
 void ChangeExtension(const String& name, String* nameOut, const char* extension);
 /// Adds a backslash unless the path is empty or ends in a separator.
 void EnsureTrailingSlash(String* path);
-/// Takes away the characters below 33 at the start and cuts at the first one behind them.
-/// QUIRK: an inner blank cuts as well ("a b" becomes "a"), and bytes from 128 upwards count as below
-/// 33. Texture catalogues rely on the cut.
+/// Removes the characters below 33 at the start and truncates at the next one.
+/// QUIRK: an inner blank truncates as well ("a b" becomes "a"), and bytes from 128 up count as below
+/// 33. Texture catalogues rely on it.
 void TrimString(String* text);
 
 /// Rounds halves away from zero, in single precision. Outside int32 the nearest end of its range,

@@ -11,7 +11,7 @@
 #include "base/NameIndex.h"
 #include "base/String.h"
 
-/// Finds records by name. Each node holds one child for each allowed character; with the defaults
+/// Finds records by name. Each node has one child for each allowed character; with the defaults
 /// the tree has one level of 96 buckets, keyed on the first character. An empty name, and one with a
 /// character outside the range, is an `Error` of `Insert` and `Find` alike.
 template <class T>
@@ -29,7 +29,7 @@ public:
     /// The entry of that name, owned by the tree, or null.
     DataEntry* Find(const char* name);
     DataEntry* Find(const String& name) { return Find(name.c_str()); }
-    /// A new entry, owned by the tree, or null when the name is there already: the first one stays.
+    /// A new entry, owned by the tree, or null if the name exists already: the first one stays.
     DataEntry* Insert(const char* name);
     DataEntry* Insert(const String& name) { return Insert(name.c_str()); }
     /// Destroys all entries; the settings stay.

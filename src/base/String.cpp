@@ -16,7 +16,7 @@ static int32_t LengthOf(const char* text)
     return length > INT32_MAX - 1 ? INT32_MAX - 1 : static_cast<int32_t>(length);
 }
 
-/// Zeroed, so that whatever part of it is not written yet reads as the end of the text.
+/// Zeroed, so that any part not yet written reads as the end of the text.
 static std::unique_ptr<char[]> MakeBuffer(int32_t size)
 {
     return std::make_unique<char[]>(static_cast<size_t>(size) + 1);
@@ -148,7 +148,7 @@ bool String::ParseFloats(float* valuesOut, int32_t count) const
 
 void String::Format(const char* format, ...)
 {
-    // Formatted aside first: the arguments may point into this string.
+    // Formatted into a buffer first: the arguments may point into this string.
     char text[kFormatLimit + 1];
     va_list arguments;
     va_start(arguments, format);

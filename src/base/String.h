@@ -18,7 +18,7 @@ public:
 
     /// Frees the buffer: `data` null, `length` 0.
     void Clear();
-    /// Frees the old buffer and takes one for `size` characters, with a NUL at its start and
+    /// Frees the old buffer and allocates one for `size` characters, with a NUL at its start and
     /// `length` = `size`. Below 0 the string stays empty, without a buffer.
     void Allocate(int32_t size);
     /// Takes over a copy of the source. Nothing happens if the source is this very buffer; a null or
@@ -32,8 +32,8 @@ public:
     bool IsEmpty() const { return c_str()[0] == 0; }
     /// Length of the text up to its NUL; less than `length` where `GetBuffer` reserved more.
     int32_t TextLength() const;
-    /// Makes sure of room for `size` characters and gives `data`, owned by this string. The text is
-    /// kept, `length` grows to `size` at need and never shrinks. Null only for a string without a
+    /// Makes room for `size` characters and returns `data`, owned by this string. The text is
+    /// kept, `length` grows to `size` if needed and never shrinks. Null only for a string without a
     /// buffer when `size` is below 0.
     char* GetBuffer(int32_t size);
     /// Whether the text ends in `text`, without regard to case. An empty or null one always matches.
@@ -44,10 +44,10 @@ public:
     /// Reads `count` floats separated by commas. False if a piece is empty or the text runs out
     /// before `count`; the values before that are stored. Does not depend on the locale.
     bool ParseFloats(float* valuesOut, int32_t count) const;
-    /// Replaces the content by formatted text, cut at 4095 characters. The arguments may point into
+    /// Replaces the content by formatted text, truncated to 4095 characters. The arguments may point into
     /// this string.
     [[gnu::format(printf, 2, 3)]] void Format(const char* format, ...);
-    /// Adds `text` behind the text; null adds nothing. `text` may lie inside this buffer.
+    /// Appends `text`; null adds nothing. `text` may lie inside this buffer.
     void Append(const char* text);
 
     std::unique_ptr<char[]> data; ///< owned; `length` + 1 bytes, or null

@@ -135,8 +135,8 @@ int32_t TextDataFileReader::SeekRelative(int32_t delta)
 
 int32_t TextDataFileReader::SkipTo(char c)
 {
-    // QUIRK: the message names the byte that was read last and not the one that was missed; logs
-    // of broken files are compared by these texts.
+    // QUIRK: the message names the last byte read, not the missing one; logs of broken files are
+    // compared by these texts.
     uint8_t byte = static_cast<uint8_t>(c);
     while (NextByte(&byte)) {
         if (byte == static_cast<uint8_t>(c))
@@ -181,7 +181,7 @@ char TextDataFileReader::ReadChar()
     return static_cast<char>(byte);
 }
 
-/// Takes bytes up to the first of `endClass`, which stays unread. Gives 1 if there is none to take.
+/// Takes bytes up to the first of `endClass`, which stays unread. Returns 1 if there is none to take.
 int32_t TextDataFileReader::ScanRun(uint8_t endClass, TokenView* tokenOut)
 {
     int32_t length = 0;

@@ -28,19 +28,19 @@ public:
 
     /// The name in messages; cut at 255 bytes.
     void SetFileName(const char* name);
-    /// Reads from `bytes` from now on, from the start; takes them over.
+    /// From now on reads from `bytes`, from the start; takes ownership of them.
     void SetData(std::unique_ptr<uint8_t[]> bytes, int32_t sizeBytes);
-    /// Reads from `newStream` from now on, whose next byte is the first of `sizeBytes`.
+    /// From now on reads from `newStream`, whose next byte is the first of `sizeBytes`.
     void SetStream(FileStream newStream, int32_t sizeBytes);
     /// Frees the data and closes the stream.
     void FreeData();
 
-    /// Gives the number of bytes read, cut to what is left. With nothing left `atEnd` is set.
+    /// Returns the number of bytes read, at most those left. If none are left, sets `atEnd`.
     int32_t ReadBytes(void* bufferOut, int32_t number);
     /// Moves the position, clamped to the file. 1, or 0 if it had to clamp.
     int32_t SeekRelative(int32_t delta);
     /// Reads up to and including the next `c`. The end of the file is an `Error`.
-    /// QUIRK: its text names the last byte that was read, and `c` only if there was none.
+    /// QUIRK: its text names the last byte read, and `c` only if there was none.
     int32_t SkipTo(char c);
     /// Skips bytes below 33, taken as unsigned; 1 at the end of the file.
     int32_t SkipSpace();
@@ -54,18 +54,18 @@ public:
     /// byte in first place is taken and is the word. 1 if nothing was left. More than 127 bytes are
     /// an `Error`.
     int32_t ReadWord(TokenBuffer& bufferOut);
-    /// Reads a text in double quotes behind optional white space. Any other first byte is lost, gives
-    /// a `Warning` and 1, and the old text stays; a text that is not closed gives 1. More than 127
+    /// Reads a text in double quotes after optional white space. Any other first byte is skipped with
+    /// a `Warning`, gives 1, and the old text stays; a text that is not closed gives 1. More than 127
     /// bytes are an `Error`.
     int32_t ReadQuoted(TokenBuffer& bufferOut);
     /// The same without a limit of length.
     int32_t ReadQuoted(String* textOut);
-    /// Skips white space, reads a number text and cuts it towards zero; 0 if nothing is there. Values
+    /// Skips white space, reads a number and truncates it towards zero; 0 if there is none. Values
     /// outside int32 give the nearest end of its range. An exponent is not part of an integer.
     int32_t ReadInt(int32_t* valueOut);
     /// Skips white space and reads a word as a number, converted as double and rounded to float.
     int32_t ReadFloat(float* valueOut);
-    /// Three floats, each of the first two with an optional comma behind it.
+    /// Three floats, with an optional comma after each of the first two.
     int32_t ReadVector(float (&valuesOut)[3]);
 
 protected:

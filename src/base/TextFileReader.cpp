@@ -16,7 +16,7 @@ static bool IsLineEnd(char c)
     return c == '\r' || c == '\n';
 }
 
-/// Whether a byte right behind a line end is left out of the next line.
+/// Whether a byte directly after a line end is not part of the next line.
 static bool IsSkippedControl(char c)
 {
     return static_cast<unsigned char>(c) < 32 && c != '\t' && !IsLineEnd(c);
@@ -121,7 +121,7 @@ int32_t TextFileReader::CountLines() const
     return ends + 1;
 }
 
-/// The offset behind the line end at `at`; `at` itself where there is none.
+/// The offset after the line end at `at`; `at` itself if there is none.
 int32_t TextFileReader::SkipLineEnd(int32_t at) const
 {
     if (at >= fileSize || !IsLineEnd(fileData[at]))

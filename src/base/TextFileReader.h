@@ -29,8 +29,8 @@ public:
     /// Takes a copy of `size` bytes as the file's content instead.
     void SetContent(const void* bytes, int32_t size);
     /// Finds the lines: 0, or the codes 3 (more than 65535 lines) and 4 (a line above 65535 bytes).
-    /// A line ends at CR, LF or CR LF. Control bytes but tabs right behind a line end are left out
-    /// of the next line.
+    /// A line ends at CR, LF or CR LF. Control bytes other than tabs directly after a line end are not
+    /// part of the next line.
     int32_t BuildLineIndex();
 
     /// Line `line` as a text that lives until the next call, or null with a text in `GetLastError`.

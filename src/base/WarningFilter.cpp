@@ -7,12 +7,12 @@
 
 void FilterWarning(const WarningState& state, const char* text)
 {
-    if (gLogSink) { // it has its own way with repeats
+    if (gLogSink) { // it handles repeats itself
         LogWrite("%s", text);
         return;
     }
-    // QUIRK: a text longer than the memory for it was cut when it was stored, so it equals nothing
-    // that is stored and each of its repeats is logged.
+    // QUIRK: a text that exceeds its buffer is truncated when it is stored, so it never equals the stored
+    // text and each of its repeats is logged.
     if (std::strcmp(text, state.lastText) == 0) {
         if (state.repeat < kMaxWarningRepeat)
             ++state.repeat;

@@ -6,6 +6,6 @@
 extern char gDefaultTexturePath[1024];
 extern char gDefaultBasePath[1024];
 
-/// Reads both values and hands those that are there to the engine. A missing key or value, or one of
-/// more than 1023 bytes, leaves its path empty. The value's type is not looked at.
+/// Reads both values and passes those that exist to the engine. If a key or value is missing, or has
+/// more than 1023 bytes, its path stays empty. The value's type is not checked.
 void ReadDefaultPaths();
