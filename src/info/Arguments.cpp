@@ -14,9 +14,9 @@ struct ModeOption {
     const char* help;
 };
 constexpr ModeOption kModes[] = {
-    {"--tree", InfoMode::kTree, "the objects by their parents"},
+    {"--tree", InfoMode::kTree, "the tree of objects"},
     {"--effects", InfoMode::kEffects,
-     "the technique of each material's effect, and why none before it"},
+     "the technique chosen for each material's effect, and why earlier ones failed"},
     {"--json", InfoMode::kJson, "everything but vertices, faces and keys, as JSON"},
     {"--check", InfoMode::kCheck, "look for damage: exit status 0 for a sound file, else 1"},
     {"--version", InfoMode::kVersion, "the program's version"},
@@ -36,21 +36,21 @@ public:
     {
         app.description("Tells what a QSA or QSB scene file holds. Nothing is written or changed.");
         app.formatter(std::make_shared<InfoFormatter>());
-        app.footer("Behind -- everything is a file."
-                   "\nExit status: 0 well, 1 a fault (--check) or a difference (diff), 2 trouble.");
+        app.footer(
+            "All arguments after -- are files."
+            "\nExit status: 0 success, 1 damage (--check) or a difference (diff), 2 an error.");
         app.allow_windows_style_options(false);
         app.allow_extras();
         app.set_help_flag("-h,--help", "this text");
         for (const ModeOption& mode : kModes)
             AddFlag(mode.name, mode.help);
-        AddFlag("--all", "lists and comparisons in full length");
-        app.add_option("--tolerance",
-                       "of diff: numbers that differ by no more than T are the same;\n"
-                       "without it, those that the QSB format rounds to the same")
+        AddFlag("--all", "do not shorten lists and comparisons");
+        app.add_option("--tolerance", "for diff: numbers that differ by at most T are equal;\n"
+                                      "by default, numbers that the QSB format rounds alike")
             ->type_name("T")
             ->expected(1)
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-        AddFlag("--exact", "of diff: only equal numbers are the same");
+        AddFlag("--exact", "for diff: compare numbers exactly");
     }
 
     /// What is wrong with the line; empty for a good one.
