@@ -30,6 +30,7 @@ TEST(InfoDialogProc, TakesOnlyOkAndCancelAmongTheCommands)
 
 TEST(InfoDialogProc, LeavesAllOtherMessagesToTheSystem)
 {
-    for (UINT message : {WM_NULL, WM_CLOSE, WM_PAINT, WM_KEYDOWN, WM_CHAR, WM_USER})
+    for (UINT message :
+         std::initializer_list<UINT>{WM_NULL, WM_CLOSE, WM_PAINT, WM_KEYDOWN, WM_CHAR, WM_USER})
         EXPECT_EQ(InfoDialogProc(nullptr, message, IDOK, 0), FALSE) << message;
 }

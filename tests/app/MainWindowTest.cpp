@@ -210,7 +210,7 @@ TEST_F(MainWindow, KeysOfTheListDoNothing)
 {
     Create("");
     const WindowState before;
-    for (UINT message : {WM_KEYDOWN, WM_CHAR, WM_KEYUP}) {
+    for (UINT message : std::initializer_list<UINT>{WM_KEYDOWN, WM_CHAR, WM_KEYUP}) {
         for (WPARAM key : kListedKeys)
             EXPECT_EQ(Send(message, key, 1), DefWindowProcA(gMainWindow, message, key, 1)) << key;
     }
@@ -224,7 +224,7 @@ TEST_F(MainWindow, OtherMessagesGoToTheSystem)
 {
     Create("");
     const WindowState before;
-    for (UINT message : {WM_NULL, WM_USER, WM_USER + 5})
+    for (UINT message : std::initializer_list<UINT>{WM_NULL, WM_USER, WM_USER + 5})
         EXPECT_EQ(Send(message, 3, 4), DefWindowProcA(gMainWindow, message, 3, 4)) << message;
     EXPECT_TRUE(WindowState() == before);
 }
