@@ -2,13 +2,13 @@
 
 #include <cstddef>
 
-/// What a scan met, so that no compiler takes it for useless.
+/// The results of a scan, so that no compiler removes it as unused.
 struct BareScanResult {
     size_t words = 0;
     size_t numbers = 0;
     double sum = 0.0; ///< of all finite numbers
 };
 
-/// The least that any reader of such a text has to do: every token is found, and every one that
-/// looks like a number goes through `std::from_chars`. Nothing is kept.
+/// The minimum work of any reader of such a text: it finds every token, and every one that
+/// looks like a number goes through `std::from_chars`. Nothing is stored.
 BareScanResult BareScan(const char* text, size_t size);

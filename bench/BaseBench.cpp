@@ -104,7 +104,7 @@ void DynaMemWalk(benchmark::State& state)
 }
 BENCHMARK(DynaMemWalk)->Unit(benchmark::kMicrosecond);
 
-/// Lines of three coordinates as scene files hold them, some 8 MB.
+/// Lines of three coordinates as in scene files, some 8 MB.
 std::string VertexText()
 {
     std::mt19937 random(1);
@@ -141,7 +141,7 @@ double ScanWithReader(TextDataFileReader& reader)
     return sum;
 }
 
-/// What the bare library needs for the same bytes: the yardstick.
+/// The time of the plain library for the same bytes, for comparison.
 double ScanWithLibrary(const std::string& text)
 {
     double sum = 0.0;

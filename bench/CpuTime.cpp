@@ -1,6 +1,6 @@
 // cpu_time REPETITIONS PROGRAM [ARGUMENT...]   runs a program without its output and prints the least
-// CPU time of a run in milliseconds and the largest resident memory in KiB. Scenes that a run left are
-// for the caller to remove.
+// CPU time of a run in milliseconds and the largest resident memory in KiB. The caller removes the scenes
+// that a run writes.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -20,7 +20,7 @@ double Milliseconds(const timeval& time)
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) * 1e-3;
 }
 
-/// False if the program could not be started or was ended by a signal.
+/// False if the program could not be started or was killed by a signal.
 bool Run(char** program, rusage* usageOut)
 {
     posix_spawn_file_actions_t actions;

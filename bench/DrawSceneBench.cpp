@@ -1,4 +1,4 @@
-// What a frame costs before the device has anything to do: a scene of 1,000 meshes of 4 materials
+// The cost of a frame without the device's work: a scene of 1,000 meshes with 4 materials
 // over a device that does nothing.
 
 #include <benchmark/benchmark.h>
@@ -36,7 +36,7 @@ void AddMesh(KRE_3dScene& scene, int32_t number, Kind kind)
 {
     KRE_Mesh& mesh = AddStrip(scene, ("mesh " + std::to_string(number)).c_str(), kMaterials * 2,
                               kMaterials, kind == kSkinned ? kBlendedFormat : kFormat);
-    // In rows and columns before the eye, or behind it.
+    // In rows and columns in front of the camera, or behind it.
     const float z = static_cast<float>(100 + number % 10);
     mesh.SetPosition(static_cast<float>(number / 10 % 10 - 5), static_cast<float>(number / 100 - 5),
                      kind == kOutside ? -z : z, 1);
@@ -81,7 +81,7 @@ void FreePictures()
         Pictures()[i].Free();
 }
 
-/// The device calls of one frame after the first; a device that notes them tells.
+/// The device calls of one frame after the first, counted by a recording device.
 double CallsOfAFrame(Kind kind)
 {
     const auto direct3D = RecordingDirect3D::Standalone();

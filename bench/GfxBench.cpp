@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A hidden window for the device, made once.
+/// A hidden window for the device, created once.
 HWND BenchWindow()
 {
     static const HiddenWindow kWindow(640, 480);
@@ -71,7 +71,7 @@ void MakeMaterial(KRE_Gfx& engine, KRE_Texture& texture)
     engine.SetBlendMode(7, 128, 0);
 }
 
-/// All states are there already: what the binding itself costs, and one texture factor.
+/// All states are set already: the cost of the binding itself, and one texture factor.
 void BindMaterialAgain(benchmark::State& state)
 {
     KRE_Gfx engine;

@@ -1,5 +1,5 @@
 // import_cost FILE...   compares the import of scenes with a bare scan of the same texts: CPU time of
-// each in one process, three times over, the best one counts; and the peak memory of an import.
+// each in one process, the best of three; and the peak memory of an import.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -35,7 +35,7 @@ double CpuSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// From here on the peak is counted anew.
+/// Resets the peak.
 void ForgetPeakMemory()
 {
     if (std::FILE* file = std::fopen("/proc/self/clear_refs", "w")) {

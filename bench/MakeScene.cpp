@@ -1,5 +1,5 @@
 // make_scene KIND MEGABYTES FILE [ASE_FILE]   writes a QSA scene of about that size for the benchmarks,
-// and on demand the same geometry as an ASE text, which differs by its first line only.
+// and on request the same geometry as an ASE text, which differs only in its first line.
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -171,7 +171,7 @@ void WriteKeys(SceneWriter& out, int number, int keys)
     out.Text("\t\t}\n\t}\n}\n");
 }
 
-/// Writes objects until the text has `wantedBytes`, or `count` of them if that is not 0. Gives their
+/// Writes objects until the text has `wantedBytes`, or `count` of them if that is not 0. Returns their
 /// number, 0 if the file cannot be written.
 int WriteScene(const SceneKind& kind, const char* path, const char* start, long long wantedBytes,
                int count)

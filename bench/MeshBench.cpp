@@ -1,4 +1,4 @@
-// Meshes at the sizes of large scenes: what one costs to make, to evaluate, to clone, to link.
+// Meshes at the sizes of large scenes: the cost of creating, evaluating, cloning and linking one.
 
 #include <memory>
 

@@ -1,5 +1,5 @@
-// Evaluation of animated objects: what one costs as its tracks grow, and what a frame of a large
-// hierarchy costs.
+// Evaluation of animated objects: the cost of one as its tracks grow, and of a frame of a large
+// hierarchy.
 
 #include <cmath>
 #include <ctime>
@@ -69,9 +69,9 @@ double SecondsSince(std::clock_t start)
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// One object at ever new times. `time_to_10_keys` is the cost of an evaluation by that with ten
-/// keys, as measured in the same run: it grows with the logarithm of the keys, and with what of
-/// them leaves the caches.
+/// One object, each time at a new time. `time_to_10_keys` is the cost of an evaluation divided by that
+/// with ten keys, measured in the same run: it grows with the logarithm of the number of keys, and with
+/// the keys that no longer fit in the caches.
 void EvaluateObject(benchmark::State& state)
 {
     const auto tracks = static_cast<int>(state.range(0));
@@ -121,7 +121,7 @@ void FillHierarchy(KRE_3dScene& scene, int32_t children)
     scene.SetLoopEnd(kKeysOfEach * kKeySeconds);
 }
 
-/// A frame at a new time. With one child each the objects are a chain, so deep as there are many.
+/// A frame at a new time. With one child each, the objects form one chain.
 void UpdateScene(benchmark::State& state)
 {
     KRE_3dScene scene;

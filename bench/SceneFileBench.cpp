@@ -1,5 +1,5 @@
 // Loading and saving QSB files against reading and writing the same bytes with the standard library.
-// `LoadScene` and `ReadBytes` of one kind are to be compared, `SaveScene` and `WriteBytes` likewise.
+// Compare `LoadScene` with `ReadBytes` of the same kind, and `SaveScene` with `WriteBytes`.
 
 #include <cstdio>
 #include <filesystem>
@@ -19,7 +19,7 @@ enum Kind : int64_t { kBigMeshes, kSkinnedMeshes, kSmallMeshes, kKeys };
 constexpr const char* kFile = "bench.qsb";
 constexpr const char* kCopy = "copy.qsb";
 
-/// An engine, and a file of a scene of one kind in a directory of its own.
+/// An engine, and a file of a scene of one kind in its own directory.
 class Stage {
 public:
     explicit Stage(int64_t kind)

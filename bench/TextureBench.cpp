@@ -1,4 +1,4 @@
-// Loading textures, held against the bare decode or read of the same file in the same process. The
+// Loading textures, compared with the bare decode or read of the same file in the same process. The
 // counter `ratio` is the time of the whole load divided by that of the bare one.
 
 #include "platform/headless/d3dx/ImageFileBytes.h"
@@ -29,7 +29,7 @@ using Seconds = std::chrono::duration<double>;
     std::exit(1);
 }
 
-// A picture that neither packs to nothing nor not at all: slopes with some noise.
+// A picture that compresses neither completely nor not at all: slopes with some noise.
 std::vector<std::uint32_t> TestPicture()
 {
     std::vector<std::uint32_t> pixels(std::size_t{kSide} * kSide);
@@ -50,7 +50,7 @@ void Put(std::vector<std::uint8_t>& bytes, std::size_t offset, std::uint32_t val
     std::memcpy(&bytes[offset], &value, 4);
 }
 
-// A DXT5 file of one level; which blocks it holds does not matter to the time.
+// A DXT5 file of one level; its contents do not affect the time.
 std::vector<std::uint8_t> DdsBytes()
 {
     std::vector<std::uint8_t> bytes(128 + std::size_t{kSide} * kSide, 0x5A);
@@ -67,7 +67,7 @@ std::vector<std::uint8_t> DdsBytes()
     return bytes;
 }
 
-// The files, in a directory of this process; gone at its end.
+// The files, in a directory of this process that is removed at its end.
 class BenchFiles {
 public:
     BenchFiles()
@@ -123,7 +123,7 @@ IDirect3DDevice9* Device()
     return device;
 }
 
-// The best of some runs: what the machine can do when nothing else disturbs it.
+// The best of some runs: the machine's speed when nothing else disturbs it.
 template <typename Work>
 double BestSeconds(const Work& work)
 {

@@ -1,5 +1,5 @@
-# What the packages hold: a .deb of the headless program, a zip of the Windows program. The presets
-# of CMakePresets.json choose: `cpack --preset deb`, `zip-x64`, `zip-x86`.
+# The contents of the packages: a .deb of the headless program, a zip of the Windows program. The presets
+# of CMakePresets.json choose one: `cpack --preset deb`, `zip-x64`, `zip-x86`.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY TRUE) # a package needs its programs, not the tests
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
     GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE) # whatever the umask
@@ -13,7 +13,7 @@ else()
     set(example_folder share/doc/qsa2qsb/examples)
 endif()
 
-# qsa_compress(FILE NAME FOLDER) installs FILE as FOLDER/NAME.gz. Without a time stamp in it, so that
+# qsa_compress(FILE NAME FOLDER) installs FILE as FOLDER/NAME.gz, without a time stamp, so that
 # the same sources give the same package.
 function(qsa_compress file name folder)
     set(compressed ${CMAKE_BINARY_DIR}/packaging/${name}.gz)
@@ -24,7 +24,7 @@ execute_process(COMMAND gzip -9nc \"${file}\" OUTPUT_FILE \"${compressed}\"
 endfunction()
 
 # qsa_package(NAME) puts the program NAME into the packages, on Linux with packaging/NAME.1 and, if
-# there is one, packaging/NAME.bash-completion. The program is built first: no package is stale.
+# it exists, packaging/NAME.bash-completion. It builds the program first, so no package is stale.
 function(qsa_package name)
     install(CODE "execute_process(COMMAND \"${CMAKE_COMMAND}\" --build \"${CMAKE_BINARY_DIR}\"
     --target ${name} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)")

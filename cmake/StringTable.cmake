@@ -1,4 +1,4 @@
-# The headless host has no resource compiler: the string table of the one resource file becomes a
+# The headless host has no resource compiler: this converts the string table of the resource file to a
 # C++ table, so that both hosts read the same texts.
 set(rc ${PROJECT_SOURCE_DIR}/src/app/qsa2qsb.rc)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${rc})

@@ -1,4 +1,4 @@
-# What both Windows cross-builds share: search rules, the static runtime, and Wine as the emulator.
+# Common to both Windows cross-builds: search rules, the static runtime, and Wine as the emulator.
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -1,4 +1,4 @@
-# Cross-build for 32-bit Windows: compiled and linked only, so that 32-bit sizes stay honest. SSE2
+# Cross-build for 32-bit Windows: only compiled and linked, to check 32-bit sizes. SSE2
 # keeps single-precision arithmetic to one rounding per step, which the x87 unit does not.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)

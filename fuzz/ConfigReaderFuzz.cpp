@@ -1,4 +1,4 @@
-// Any configuration file: lines, entries, blocks, names and every value that can be asked for.
+// Any configuration file: lines, entries, blocks, names and every value that can be read.
 
 #include "base/ConfigFileReader.h"
 
@@ -54,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         ReadAll(reader, data, size);
     } catch (const ErrorMsg&) {
-        // Broken blocks and names that no tree holds.
+        // Broken blocks, and names that a tree refuses.
     }
     return 0;
 }

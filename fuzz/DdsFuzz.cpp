@@ -1,4 +1,4 @@
-// Any DDS file: its header, and each level that it claims to have, read to the last byte.
+// Any DDS file: its header, and each level that it declares, read to the last byte.
 
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/ImageDecoders.h"
@@ -11,7 +11,7 @@ using namespace headless;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The magic word is given, so that no time goes into finding it.
+    // The magic word is fixed, so that no time is spent on finding it.
     std::vector<std::uint8_t> bytes = {'D', 'D', 'S', ' '};
     bytes.insert(bytes.end(), data, data + size);
     DecodedImage image;

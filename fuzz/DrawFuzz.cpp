@@ -1,4 +1,4 @@
-// Any states, matrices, lights and vertices: a draw may be refused, but never harm the process.
+// Any states, matrices, lights and vertices: a draw may be refused, but must not harm the process.
 
 #include "platform/headless/d3d9/PrimitiveAssembly.h"
 #include "platform/headless/d3d9/VertexFormat.h"
@@ -18,7 +18,7 @@ namespace {
 constexpr UINT kSide = 32;
 constexpr std::size_t kMaxSteps = 200; // keeps an input below a second
 
-/// Hands out the bytes of the input; zeros when there are no more.
+/// Returns the bytes of the input; zeros after its end.
 class Input {
 public:
     Input(const std::uint8_t* bytes, std::size_t count) : next(bytes), left(count) {}
@@ -41,7 +41,7 @@ private:
     std::size_t left;
 };
 
-/// One device for all inputs, back in its first state for each.
+/// One device for all inputs, reset to its initial state for each.
 class Target {
 public:
     Target()
@@ -138,7 +138,7 @@ void Step(Input& input, const Target& target)
     IDirect3DDevice9* device = target.device;
     switch (input.Take<std::uint8_t>() % 9) {
     case 0:
-        // Small values are the ones that mean something.
+        // Only small values have a meaning.
         device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(input.Take<std::uint8_t>()),
                                input.Take<std::uint8_t>());
         break;

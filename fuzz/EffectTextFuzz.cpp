@@ -1,5 +1,5 @@
-// Any text as an effect: a stated error, or an effect whose parameters can be told and set and whose
-// passes can be begun and ended. Afterwards the device is as it was.
+// Any text as an effect: a documented error, or an effect whose parameters can be read and set and whose
+// passes can begin and end. Afterwards the device is in its previous state.
 
 #include <d3dx9.h>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A device, made once.
+/// A device, created once.
 class Device {
 public:
     Device()
@@ -40,7 +40,7 @@ void Require(bool holds)
         std::abort();
 }
 
-/// "file(line,column): error X1234: text", with a line end behind it.
+/// "file(line,column): error X1234: text", followed by a line end.
 void CheckError(ID3DXBuffer& errors)
 {
     const auto* text = static_cast<const char*>(errors.GetBufferPointer());

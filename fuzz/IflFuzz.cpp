@@ -19,7 +19,7 @@
 
 namespace {
 
-/// An engine with a device, in a directory of its own that holds the list and the log.
+/// An engine with a device, in its own directory with the list and the log.
 class Bench {
 public:
     Bench()
@@ -61,7 +61,7 @@ private:
     std::filesystem::path before;
 };
 
-/// Whether a part of `text` is one that a line may give: within it, trimmed, of one line.
+/// Whether a part of `text` is a valid result for a line: within it, trimmed, on one line.
 bool IsTrimmedPart(std::string_view part, std::string_view text)
 {
     const auto isBlank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };

@@ -11,7 +11,7 @@ using namespace headless;
 
 namespace {
 
-// Keeps one input below a second and the process within its memory; larger pictures are as safe.
+// Keeps one input below a second and the process within its memory; larger pictures are no different.
 constexpr std::uint64_t kMaxPixels = 4u << 20;
 
 std::uint32_t BigU32(const std::uint8_t* bytes)
@@ -30,8 +30,8 @@ std::uint32_t Crc32(const std::uint8_t* bytes, std::size_t size)
     return ~crc;
 }
 
-// Nearly every change to a PNG file spoils a checksum and is refused for that alone. So the
-// sums are put right first.
+// Nearly every change to a PNG file breaks a checksum and is refused for that alone. So the
+// checksums are corrected first.
 void MendChecksums(std::vector<std::uint8_t>& file)
 {
     std::size_t at = 8; // of a chunk: length, name, data, checksum
@@ -61,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     if (image.info.Width != info.Width || image.info.Height != info.Height)
         std::abort();
-    // Reads each byte that the decoder says is there.
+    // Reads each byte that the decoder declares.
     std::vector<std::uint32_t> pixels(std::size_t{info.Width} * info.Height);
     const PixelFormat* layout = FindPixelFormat(image.format);
     if (!layout || !UnpackImage(*layout, info.Width, info.Height, image.levels[0].bits,

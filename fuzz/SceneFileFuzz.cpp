@@ -1,5 +1,5 @@
-// Any QSB file, with any load flags. What loads can be saved, what was saved can be loaded, and the
-// second save is that of the first but for numbers that lose by 16 bits: it has the same size.
+// Any QSB file, with any load flags. A scene that loads can be saved, a saved scene can be loaded, and the
+// second save equals the first except for numbers rounded to 16 bits: it has the same size.
 
 #include <cstdint>
 #include <cstdio>
@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     gLogEntries = kMaxLogEntries; // nothing is written
     if (size < 2)
         return 0;
-    // The last byte chooses the flags; the format itself does not look behind the last record.
+    // The last byte selects the flags; the format ignores bytes after the last record.
     const std::string input = stage.Path("input.qsb");
     if (FILE* file = std::fopen(input.c_str(), "wb")) {
         std::fwrite("QSB", 1, 3, file);

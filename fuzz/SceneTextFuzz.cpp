@@ -1,5 +1,5 @@
-// Any text as a scene, loaded through windows of several sizes: a scene or a stated error, and the
-// same one every time. What loads is sound.
+// Any text as a scene, loaded through windows of several sizes: a scene or a documented error, and the
+// same one every time. A scene that loads is sound.
 
 #include <unistd.h>
 
@@ -18,7 +18,7 @@
 
 namespace {
 
-/// An engine with a device, made once.
+/// An engine with a device, created once.
 class Engine {
 public:
     Engine()
@@ -34,7 +34,7 @@ public:
         gGfx = nullptr;
     }
 
-    /// What can be seen of the scene that a file becomes, or the error.
+    /// The visible state of the scene that a file gives, or the error.
     std::string Load(int32_t window)
     {
         QSALoader loader;

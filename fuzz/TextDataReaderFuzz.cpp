@@ -1,4 +1,4 @@
-// Any text, read by a sequence of operations that its first bytes choose: once from memory and once
+// Any text, read by a sequence of operations that its first bytes select: once from memory and once
 // from a stream, which must agree in every result, value and position.
 
 #include "base/TextDataFileReader.h"
@@ -17,7 +17,7 @@ constexpr std::size_t kMaxOperations = 64;
 
 class Reader : public TextDataFileReader {
 public:
-    /// Carries out one operation and tells all that can be seen of it.
+    /// Runs one operation and returns everything visible of it.
     std::string Do(std::uint8_t operation)
     {
         int32_t result = 0;

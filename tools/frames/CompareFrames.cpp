@@ -1,5 +1,5 @@
-// compareframes [OPTION...] A B: compares two pictures, or those of equal names in two directories.
-// tools/compare-frames builds and runs it and tells the options.
+// compareframes [OPTION...] A B: compares two pictures, or those with equal names in two directories.
+// tools/compare-frames builds and runs it and describes the options.
 
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/ImageFileBytes.h"
@@ -32,7 +32,7 @@ struct Options {
     fs::path sides[2];
 };
 
-/// Words without a header tell their number only.
+/// Without a header, the file gives only the number of words.
 bool ReadRaw(ImageFile bytes, std::size_t rawWidth, Frame& frameOut)
 {
     const std::size_t count = bytes.size() / 4;
@@ -133,7 +133,7 @@ ExitStatus ComparePair(const Options& options, const fs::path& pathA, const fs::
     return isWithin ? kAlike : kDifferent;
 }
 
-/// Whether a scene is left out as a whole, and one side has no frame of it.
+/// Whether the whole scene is an exception, and one side has no frame of it.
 bool IsLeftOut(const Options& options, const fs::path& name)
 {
     if (options.exceptions.empty() ||
@@ -149,7 +149,7 @@ bool IsLeftOut(const Options& options, const fs::path& name)
     return false;
 }
 
-/// The names of both sides; a picture that one of them lacks is found missing when it is read.
+/// The names of both sides; reading reports a picture that one of them lacks.
 ExitStatus CompareDirectories(const Options& options)
 {
     std::set<fs::path> names;

@@ -1,8 +1,8 @@
 // drawframes [--width PIXELS] [--height PIXELS] [--times N] DIRECTORY SCENE...
 // Draws each scene as the program does at the start of its animation and writes the back buffer to
 // DIRECTORY/NAME.png. Prints the time of each frame in milliseconds, until it could be read back. With
-// --times each frame is drawn so often and the shortest time is told. The directory has to be there.
-// Ends with 0 if all is drawn, else with 1. Scenes with effects that the host does not read are left out.
+// --times it draws each frame N times and prints the shortest time. The directory must exist.
+// Returns 0 if everything was drawn, otherwise 1. Scenes with effects that the host does not read are skipped.
 
 #include "tools/frames/FrameStage.h"
 
@@ -50,7 +50,7 @@ bool ReadArguments(int count, char** values, Options& options)
     return options.width > 0 && options.height > 0 && options.times > 0 && !options.scenes.empty();
 }
 
-/// Whether a material names an effect file in text form that is there.
+/// Whether a material names an existing effect file in text form.
 bool HasEffectText(const fs::path& scene)
 {
     std::ifstream file(scene, std::ios::binary);
@@ -66,8 +66,8 @@ bool HasEffectText(const fs::path& scene)
     return false;
 }
 
-/// Scenes look for their pictures from their own folder. Each has an engine of its own: states that one
-/// scene leaves behind would be seen in the next. The first frame is kept.
+/// Scenes look for their pictures from their own folder. Each has its own engine, because states left by
+/// one scene would show in the next. The first frame is saved.
 bool DrawScene(const Options& options, const fs::path& scene)
 {
     fs::current_path(scene.parent_path());

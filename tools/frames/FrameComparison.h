@@ -4,16 +4,16 @@
 #include <cstdint>
 #include <vector>
 
-/// A frame as 0xAARRGGBB, row by row from the top. Alpha takes no part in comparing.
+/// A frame as 0xAARRGGBB, row by row from the top. The comparison ignores alpha.
 struct Frame {
     std::size_t width = 0;
     std::size_t height = 0;
     std::vector<std::uint32_t> pixels;
 };
 
-/// How far two frames may be apart and still show the same.
+/// How much two frames may differ and still show the same.
 struct FrameTolerance {
-    /// Difference of a channel, 0..255, that does not count: rasterizers round at different places.
+    /// Difference of a channel, 0..255, that is ignored: rasterizers round at different steps.
     int step = 4;
     /// Percent of the pixels that may be displaced: lines, silhouettes and borders of texels, where the
     /// rules leave open which of two neighbours is drawn.
@@ -22,7 +22,7 @@ struct FrameTolerance {
     double wrongPercent = 0.1;
 };
 
-/// What comparing found, in pixels.
+/// Result of a comparison, in pixels.
 struct FrameDifference {
     bool isSameSize = false;
     std::size_t count = 0;     ///< all pixels
@@ -37,18 +37,18 @@ FrameDifference CompareFrames(const Frame& a, const Frame& b, int step);
 /// True if the frames have one size and both shares are within the tolerance.
 bool IsWithin(const FrameDifference& difference, const FrameTolerance& tolerance);
 
-/// How a frame of a scene differs between two hosts that both draw it right: rounding nearly
+/// How a frame of a scene differs between two hosts that both draw it correctly: rounding nearly
 /// everywhere, and more only at edges.
 struct SceneDifference {
     static constexpr int kRounding = 2; ///< steps of a channel
     static constexpr int kLarge = 16;   ///< steps of a channel
     static constexpr double kDifferingPercent =
         1.0; ///< of the pixels may differ by more than rounding
-    /// Where two edges cross, a pixel may have a colour that is near in neither frame.
+    /// Where two edges cross, a pixel may have a colour that is not nearby in either frame.
     static constexpr double kLonePercent = 0.001;
     FrameDifference rounding; ///< of more than `kRounding`
     FrameDifference large;    ///< of more than `kLarge`; displaced are those at edges
-    /// False for frames of different sizes, too.
+    /// Also false for frames of different sizes.
     bool IsWithin() const;
 };
 

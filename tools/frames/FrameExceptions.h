@@ -18,8 +18,8 @@ struct FrameException {
     bool IsWholeFrame() const { return left == 0 && top == 0 && right == 0 && bottom == 0; }
 };
 
-/// Reads lines of scene, four numbers and a reason; lines that begin with # are notes. Other lines
-/// are left out. Empty if there is no such file.
+/// Reads lines of scene, four numbers and a reason; lines that begin with # are comments. Other lines
+/// are ignored. Empty if the file does not exist.
 std::vector<FrameException> ReadFrameExceptions(const std::string& path);
 
 /// Blackens the scene's exceptions, as far as they lie in the frame.

@@ -56,7 +56,7 @@ def replayed(root, file):
 
 
 class Trial:
-    """Tries changes one at a time and counts what became of them."""
+    """Tries changes one at a time and counts the outcomes."""
 
     def __init__(self, workshop):
         self.workshop = workshop

@@ -35,14 +35,14 @@ class Change:
 
 
 def blanked(text):
-    """The text with comments and literals as blanks, so that nothing inside them is changed."""
+    """The text with comments and literals blanked, so that nothing inside them is changed."""
     def blank(match):
         return re.sub(r"[^\n]", "_" if match.group().startswith(('"', "'", "R")) else " ", match.group())
     return LITERAL.sub(blank, text)
 
 
 def other_number(text):
-    """Another value of the same kind: 0 and 1 change places, any other grows by one."""
+    """Another value of the same kind: 0 and 1 are swapped, any other is increased by one."""
     if text.lower().startswith("0x"):
         return hex(int(text, 16) ^ 1)
     if "." in text or "e" in text.lower():

@@ -36,7 +36,7 @@ class Workshop:
         self.unchanged = {}  # source: fingerprint of the object of the unchanged source
 
     def copy_sources(self):
-        """Brings the copy up to date. Only what differs is written, so that no more is built than need be."""
+        """Updates the copy. Only differing files are written, so that nothing is built needlessly."""
         listing = subprocess.run(["git", "ls-files", "-coz", "--exclude-standard"], cwd=self.root,
                                  capture_output=True, check=True).stdout
         wanted = {name for name in os.fsdecode(listing).split("\0") if name and (self.root / name).is_file()}
@@ -51,14 +51,14 @@ class Workshop:
                 shutil.copy(source, copy)
 
     def build_unchanged(self, programs):
-        """Builds the test programs from the unchanged copy and notes what its objects are."""
+        """Builds the test programs from the unchanged copy and records its objects."""
         self.make(programs)
         self._find_objects()
         built = [source for source, name in self.objects.items() if (self.build / name).exists()]
         self.unchanged = {source: self.fingerprint(source) for source in built}
 
     def make(self, targets, keep=True):
-        """Builds; with `keep` the compiler cache learns what was compiled."""
+        """Builds; with `keep` the compiler cache stores the result."""
         environment = os.environ if keep else {**os.environ, "CCACHE_READONLY": "1"}
         result = subprocess.run([self.tree / "tools" / "build", "headless", *targets], env=environment,
                                 text=True, capture_output=True)

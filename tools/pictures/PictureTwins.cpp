@@ -15,10 +15,10 @@ using namespace headless;
 
 namespace {
 
-/// By picture the number of the name that gives it.
+/// For each picture, the number of the name that gives it.
 using Givers = std::unordered_map<std::string, std::size_t>;
 
-/// Takes the options and the file name as the program does. False if it sees no name.
+/// Reads the options and the file name as the program does. False if it finds no name.
 bool TakeCommandLine(std::vector<std::string> arguments)
 {
     std::vector<const char*> texts;
@@ -36,7 +36,8 @@ bool IsDrawn(const DirectorySearch& match)
     return IsFileOfWalk(match.Attributes()) && !isKept;
 }
 
-/// Notes the pictures of one directory; the first that another name gives already goes to `twinsOut`.
+/// Records the pictures of one directory; the first one that another name already gives is stored in
+/// `twinsOut`.
 void NotePictures(const char* below, std::size_t name, Givers& givers,
                   std::optional<std::pair<std::string, std::size_t>>& twinOut)
 {

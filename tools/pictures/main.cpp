@@ -1,5 +1,5 @@
-// picturetwins OPTION... -- NAME...   ends with 1 and says which, if two of the names would give one
-// picture under QSA2QSB_FRAMES. Converts nothing.
+// picturetwins OPTION... -- NAME...   returns 1 and prints the picture if two of the names would write the
+// same picture with QSA2QSB_FRAMES. Converts nothing.
 
 #include "tools/pictures/PictureTwins.h"
 

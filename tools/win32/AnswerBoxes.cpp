@@ -1,8 +1,8 @@
 // answerboxes [--hold FILE] PROGRAM.exe [ARGUMENT...]
-// Runs a Windows program where nobody can click: its message boxes are written to standard error,
-// title, line end, text and line end, and answered with OK; its file dialogs are cancelled. This is
-// what the headless program does with the same calls. Ends with the program's exit status.
-// With --hold its first frame stays on the screen, and FILE tells where, until FILE is removed.
+// Runs a Windows program where nobody can click: writes its message boxes to standard error,
+// title, line end, text and line end, and answers them with OK; cancels its file dialogs. The headless
+// program does the same. Returns the program's exit status.
+// With --hold its first frame stays on the screen until FILE, which contains its position, is removed.
 
 #include "tools/win32/BoxAnswers.h"
 #include "tools/win32/FrameHold.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The rest of a command line behind its first argument, which may be quoted.
+/// The rest of a command line after its first argument, which may be quoted.
 char* SkipFirstArgument(char* line)
 {
     const bool isQuoted = *line == '"';

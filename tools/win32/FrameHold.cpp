@@ -16,7 +16,7 @@ std::string TitleOf(HWND window)
     return title;
 }
 
-/// A thread that answers is looking at its messages.
+/// A thread that answers is handling its messages.
 bool IsAnswering(HWND window)
 {
     DWORD_PTR ignored = 0;
@@ -66,7 +66,7 @@ void FrameHold::FindWindowOf(DWORD processId)
     }
 }
 
-/// The title turns into the scene's name once it is loaded; the messages come after its frame.
+/// The title becomes the scene's name once it is loaded; messages are handled after its frame.
 void FrameHold::WaitForFrame()
 {
     if (TitleOf(window) == startTitle || !IsAnswering(window))

@@ -3,15 +3,15 @@
 #include <string>
 #include <windows.h>
 
-/// Keeps the first frame of the program on the screen until somebody has taken a picture of it: a
-/// program that is behind another one waits after its frame, so its window is told that it is. What
-/// the program does with its files is not changed by that.
+/// Keeps the first frame of the program on the screen until somebody has taken a picture of it. A
+/// program behind another one waits after its frame, so this tells its window that it is. The
+/// conversion is not affected.
 class FrameHold {
 public:
-    /// When the frame is there, the window's rectangle on the screen is written to the file as
-    /// "WIDTHxHEIGHT+X+Y"; once the file is gone the program goes on.
+    /// When the frame is drawn, writes the window's rectangle on the screen to the file as
+    /// "WIDTHxHEIGHT+X+Y"; the program continues once the file is removed.
     explicit FrameHold(std::string placeFile);
-    /// Goes on if the time for the next step has come; to be called until the process has ended.
+    /// Takes the next step if it is time; call it until the process has ended.
     void Step(DWORD processId);
 
 private:
