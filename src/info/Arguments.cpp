@@ -11,15 +11,10 @@ namespace {
 struct ModeOption {
     const char* name;
     InfoMode mode;
-    const char* help;
 };
 constexpr ModeOption kModes[] = {
-    {"--tree", InfoMode::kTree, "the tree of objects"},
-    {"--effects", InfoMode::kEffects,
-     "the technique chosen for each material's effect, and why earlier ones failed"},
-    {"--json", InfoMode::kJson, "everything but vertices, faces and keys, as JSON"},
-    {"--check", InfoMode::kCheck, "look for damage: exit status 0 for a sound file, else 1"},
-    {"--version", InfoMode::kVersion, "the program's version"},
+    {"--tree", InfoMode::kTree},   {"--effects", InfoMode::kEffects}, {"--json", InfoMode::kJson},
+    {"--check", InfoMode::kCheck}, {"--version", InfoMode::kVersion},
 };
 
 class InfoFormatter : public CLI::Formatter {
@@ -34,23 +29,23 @@ class CommandLine {
 public:
     CommandLine()
     {
-        app.description("Tells what a QSA or QSB scene file holds. Nothing is written or changed.");
+        app.description(kInfoHelp.what);
         app.formatter(std::make_shared<InfoFormatter>());
-        app.footer(
-            "All arguments after -- are files."
-            "\nExit status: 0 success, 1 damage (--check) or a difference (diff), 2 an error.");
+        app.footer(kInfoHelp.end);
         app.allow_windows_style_options(false);
         app.allow_extras();
-        app.set_help_flag("-h,--help", "this text");
-        for (const ModeOption& mode : kModes)
-            AddFlag(mode.name, mode.help);
-        AddFlag("--all", "do not shorten lists and comparisons");
-        app.add_option("--tolerance", "for diff: numbers that differ by at most T are equal;\n"
-                                      "by default, numbers that the QSB format rounds alike")
+        app.set_help_flag("-h,--help", kInfoHelp.help);
+        AddFlag("--tree", kInfoHelp.tree);
+        AddFlag("--effects", kInfoHelp.effects);
+        AddFlag("--json", kInfoHelp.json);
+        AddFlag("--check", kInfoHelp.check);
+        AddFlag("--version", kInfoHelp.version);
+        AddFlag("--all", kInfoHelp.all);
+        app.add_option("--tolerance", kInfoHelp.tolerance)
             ->type_name("T")
             ->expected(1)
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-        AddFlag("--exact", "for diff: compare numbers exactly");
+        AddFlag("--exact", kInfoHelp.exact);
     }
 
     /// What is wrong with the line; empty for a good one.

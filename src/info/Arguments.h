@@ -24,5 +24,20 @@ InfoArguments ReadArguments(const std::vector<std::string>& arguments);
 /// The usage and all options.
 std::string InfoHelp();
 
+/// What the help says, and of each option.
+struct InfoHelpTexts {
+    const char* what;
+    const char* end;
+    const char* help;
+    const char* tree;
+    const char* effects;
+    const char* json;
+    const char* check;
+    const char* version;
+    const char* all;
+    const char* tolerance;
+    const char* exact;
+};
+extern const InfoHelpTexts kInfoHelp;
 extern const char* const kInfoUsage;   ///< the short form, one line a call
 extern const char* const kInfoVersion; ///< a line
