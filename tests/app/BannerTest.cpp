@@ -131,7 +131,7 @@ protected:
 
 // Point filter, mode 4, solid, no depth; what is printed turns the faces off and takes mode 9 for its letters;
 // then all is put right for the next frame. Depth goes off and on once: the printing only counts.
-TEST_F(BannerCalls, StatesAreSetAheadOfTheLettersAndPutRightBehindThem)
+TEST_F(BannerCalls, StatesAreSetBeforeTheLettersAndRestoredAfterThem)
 {
     char banner[kBannerSize];
     ReadBanner(banner);
@@ -152,7 +152,7 @@ TEST_F(BannerCalls, StatesAreSetAheadOfTheLettersAndPutRightBehindThem)
 }
 
 // The text's own mode is not set then.
-TEST_F(BannerCalls, BlendingIsLeftOnWhereTheLineIsOutsideOfTheView)
+TEST_F(BannerCalls, BlendingStaysOnIfTheLineIsOutsideTheView)
 {
     gClientHeight = 0;
     char banner[kBannerSize];
@@ -200,7 +200,7 @@ TEST(Banner, DrawingLeavesTheStatesOfTheFrame)
     }
 }
 
-TEST(Banner, StandsAtTheBottomRight)
+TEST(Banner, IsDrawnAtTheBottomRight)
 {
     const ScratchDirectory scratch;
     const ScratchEngine engine("");

@@ -159,7 +159,7 @@ TEST(CmdGetFloat, First31CharactersCount)
     EXPECT_EQ(value, 1e30f);
 }
 
-TEST(CmdFindFileToken, CountsTokensThatAreNoOptions)
+TEST(CmdFindFileToken, CountsTokensThatAreNotOptions)
 {
     EXPECT_EQ(CmdFindFileToken("/s a.qsa /no b.qsa", 1), 1);
     EXPECT_EQ(CmdFindFileToken("/s a.qsa /no b.qsa", 2), 3);

@@ -25,7 +25,7 @@ std::vector<std::string> VisitsOf(const char* pattern, int recurse)
 
 } // namespace
 
-TEST(FileWalk, TellsWhereItIs)
+TEST(FileWalk, ReportsItsDirectory)
 {
     const ScratchDirectory scratch;
     for (const char* directory : {"deck/bow/locker", "deck/stern", "hold"})
@@ -57,7 +57,7 @@ TEST(PatternDirectory, RootsKeepTheirSeparator)
         EXPECT_STREQ(PatternDirectory(c.pattern).c_str(), c.expected) << c.pattern;
 }
 
-TEST(FileWalk, HiddenAndSystemEntriesAreNoPartOfIt)
+TEST(FileWalk, SkipsHiddenAndSystemEntries)
 {
     static const struct {
         DWORD attributes;

@@ -50,7 +50,7 @@ constexpr WPARAM kListedKeys[] = {
 
 } // namespace
 
-TEST_F(MainWindow, BearsTheTextsOfTheStringTable)
+TEST_F(MainWindow, HasTheTextsOfTheStringTable)
 {
     Create("");
     EXPECT_STREQ(gWindowTitle, "ViewQSA");

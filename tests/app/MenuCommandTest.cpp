@@ -81,7 +81,7 @@ TEST_F(MenuCommand, QuirkCancelledOpenEmptiesThePattern)
     EXPECT_EQ(gOpenRequested, 0);
 }
 
-TEST_F(MenuCommand, EntriesWithoutAnythingBehindThemGoToTheSystem)
+TEST_F(MenuCommand, EntriesWithoutACommandGoToTheSystem)
 {
     static const WPARAM ids[] = {ID_TEXTURE_PATH, ID_BASE_PATH, ID_SCENE_INFO, 0, 1, 2, 103, 65535};
     for (WPARAM id : ids) {
@@ -92,7 +92,7 @@ TEST_F(MenuCommand, EntriesWithoutAnythingBehindThemGoToTheSystem)
     }
 }
 
-TEST_F(MenuCommand, OnlyTheLowWordTellsTheCommand)
+TEST_F(MenuCommand, OnlyTheLowWordIsTheCommand)
 {
     // The high word is 1 where the command comes from an accelerator.
     EXPECT_EQ(Choose(WPARAM{ID_EXIT} | WPARAM{1} << 16), 0);

@@ -23,7 +23,7 @@ TEST(ProcessDirectory, FilesOfALevelComeBeforeItsSubdirectories)
     EXPECT_EQ(Walk("*.qsa", ""), "'a.qsa' converted\n'b.qsa' converted\n");
 }
 
-TEST(ProcessDirectory, HiddenFilesAndDirectoriesAreLeftOut)
+TEST(ProcessDirectory, HiddenFilesAndDirectoriesAreSkipped)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"a.qsa", ".b.qsa", ".git/c.qsa", "d/.e.qsa", "d/f.qsa"})
@@ -31,7 +31,7 @@ TEST(ProcessDirectory, HiddenFilesAndDirectoriesAreLeftOut)
     EXPECT_EQ(Walk("*", "/s"), "'a.qsa' converted\n'f.qsa' converted\n");
 }
 
-TEST(ProcessDirectory, DirectoriesThatFitThePatternAreNoFiles)
+TEST(ProcessDirectory, DirectoriesThatMatchThePatternAreNotFiles)
 {
     const ScratchDirectory scratch;
     scratch.Write("folder.qsa/a.qsa", kWalkScene);
@@ -62,7 +62,7 @@ TEST(ProcessDirectory, EachDirectoryStartsWithoutTextureCompression)
     EXPECT_EQ(gGfx->pixelsForCompression, 0x10000);
 }
 
-TEST(ProcessDirectory, ANameBehindALoneSeparatorIsLookedForInTheRoot)
+TEST(ProcessDirectory, ANameAfterALoneSeparatorIsLookedForInTheRoot)
 {
     const ScratchDirectory scratch;
     scratch.Write("of_this_directory.qsa", kWalkScene);
@@ -118,7 +118,7 @@ TEST(ProcessDirectory, NoPrintsTheLineForSkippedFilesToo)
     EXPECT_EQ(scratch.Read("a.qsb"), "kept as it is");
 }
 
-TEST(DirectoryIdentity, TellsDirectoriesApartByMoreThanTheirNames)
+TEST(DirectoryIdentity, DistinguishesDirectoriesByMoreThanTheirNames)
 {
     const ScratchDirectory scratch;
     scratch.Write("x/a.qsa", kWalkScene);
@@ -128,7 +128,7 @@ TEST(DirectoryIdentity, TellsDirectoriesApartByMoreThanTheirNames)
     EXPECT_FALSE(IdentifyDirectory("absent") == IdentifyDirectory("absent"));
 }
 
-TEST(DirectoryIdentity, NumbersThatSayNothingGiveWayToThePath)
+TEST(DirectoryIdentity, ThePathCountsIfTheNumbersIdentifyNothing)
 {
     constexpr DWORD kOnes = 0xFFFFFFFF;
     static const struct {

@@ -110,7 +110,7 @@ TEST_F(ProcessFileTest, OptionsReachTheDevice)
     }
 }
 
-TEST_F(ProcessFileTest, WBufferingIsTakenWhereTheHardwareHasIt)
+TEST_F(ProcessFileTest, WBufferingIsUsedIfTheHardwareHasIt)
 {
     gWBuffer = 1;
     ProcessFile("boat.qsa", 1);
@@ -174,7 +174,7 @@ TEST_F(ProcessFileTest, TwoOptionsLeaveMessagesInTheQueue)
     EmptyQueue();
 }
 
-TEST_F(ProcessFileTest, QuitAmongTheMessagesIsNotLookedAt)
+TEST_F(ProcessFileTest, QuitAmongTheMessagesIsIgnored)
 {
     EmptyQueue();
     PostMessageA(gMainWindow, WM_QUIT, 0, 0);

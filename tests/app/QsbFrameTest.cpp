@@ -177,7 +177,7 @@ std::string Twin(const char* x, int material)
 
 // A text is linked in its own order and then sorted, opaque meshes first; a binary scene holds the sorted
 // order and is linked in that.
-TEST_F(QsbFrame, QuirkOfParentsWithOneNameEachFormatTakesTheFirstOfItsOwnOrder)
+TEST_F(QsbFrame, QuirkEachFormatTakesTheFirstParentOfANameInItsOwnOrder)
 {
     scratch.Write("scene.qsa",
                   "*3DSMAX_QSAEXPORT 211\n*MATERIAL_LIST { *MATERIAL_COUNT 2\n*MATERIAL 0 { "

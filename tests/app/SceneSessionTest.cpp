@@ -283,7 +283,7 @@ TEST_F(Session, QuirkInTheFrameDefaultLightsShineStraightDown)
         ExpectNear(gGfx->lights[i].Direction, 0, 0, -1, 1e-6, "of its node");
 }
 
-TEST_F(Session, DefaultLightsStandAtTheOrigin)
+TEST_F(Session, DefaultLightsAreAtTheOrigin)
 {
     Load(Helper("a", "1 2 3"));
     session->Save("scene.qsb");
@@ -332,7 +332,7 @@ TEST_F(Session, PausedClockDrawsAtTheStartTime)
     EXPECT_EQ(gStopTime, 0);
 }
 
-TEST_F(Session, EndIsHeldWhenTheClockIsStoppedToo)
+TEST_F(Session, TheTimeIsLimitedToTheEndWithAStoppedClockToo)
 {
     gStartTime = 50.0f;
     gStopTime = 1;

@@ -80,7 +80,7 @@ TEST_F(CFileValidatorTest, FileBesideTheSceneWinsThenTheDirectoriesInOrder)
     EXPECT_EQ(Resolve("c.png"), "scene/c.png");
 }
 
-TEST_F(CFileValidatorTest, LeafIsSearchedOnlyWhereItMayBe)
+TEST_F(CFileValidatorTest, LeafIsSearchedOnlyInDirectoriesThatAllowIt)
 {
     scratch.Write("base/boat.png", "");
     scratch.Write("leaf/boat.png", "");
@@ -94,7 +94,7 @@ TEST_F(CFileValidatorTest, LeafIsSearchedOnlyWhereItMayBe)
     EXPECT_EQ(Resolve("boat.png"), "base\\boat.png");
 }
 
-TEST_F(CFileValidatorTest, AbsoluteNameFindsACopyOfItsLeafWhereThatIsAllowed)
+TEST_F(CFileValidatorTest, AbsoluteNameFindsACopyOfItsLeafIfThatIsAllowed)
 {
     scratch.Write("base/boat.png", "");
     scratch.Write("leaf/boat.png", "");

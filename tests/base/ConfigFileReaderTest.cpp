@@ -95,7 +95,7 @@ TEST_F(ConfigFileReaderTest, EntriesMayLieAnywhereInTheFile)
     }
 }
 
-TEST_F(ConfigFileReaderTest, KeyMustBeAWordOfItsOwn)
+TEST_F(ConfigFileReaderTest, KeyMustBeAWholeWord)
 {
     static const struct {
         const char* what;
@@ -136,7 +136,7 @@ TEST_F(ConfigFileReaderTest, QuirkKeyBelowTheLettersMatchesAsAPrefix)
     EXPECT_EQ(reader.FindKeyInLine(1, "1"), 0);
 }
 
-TEST_F(ConfigFileReaderTest, CaseSensitiveReaderTellsCasesApart)
+TEST_F(ConfigFileReaderTest, CaseSensitiveReaderDistinguishesCase)
 {
     reader.SetCaseSensitive(true);
     ASSERT_EQ(Load("Key \"a\"\nkey \"b\""), kTextFileOk);
@@ -188,7 +188,7 @@ TEST_F(ConfigFileReaderTest, NumbersAreAddedToTheKey)
     EXPECT_EQ(Value("tex", 0), "code 1");
 }
 
-TEST_F(ConfigFileReaderTest, ValueStandsBetweenTheFirstTwoDoubleQuotes)
+TEST_F(ConfigFileReaderTest, ValueIsBetweenTheFirstTwoDoubleQuotes)
 {
     static const struct {
         const char* what;
@@ -214,7 +214,7 @@ TEST_F(ConfigFileReaderTest, ValueStandsBetweenTheFirstTwoDoubleQuotes)
     }
 }
 
-TEST_F(ConfigFileReaderTest, ValueIsCutToTheBuffer)
+TEST_F(ConfigFileReaderTest, ValueIsTruncatedToTheBuffer)
 {
     ASSERT_EQ(Load("key \"boats\""), kTextFileOk);
     char value[8] = "1234567";
@@ -343,7 +343,7 @@ TEST_F(ConfigFileReaderTest, EntriesWithoutANameOrWithATakenOneAreWarnings)
 }
 
 // A name and its end take 1024 bytes.
-TEST_F(ConfigFileReaderTest, NamesAreToldApartByTheirFirst1023Bytes)
+TEST_F(ConfigFileReaderTest, NamesDifferByTheirFirst1023Bytes)
 {
     const std::string fits(1022, 'x');
     const std::string full(1023, 'y');

@@ -142,7 +142,7 @@ TEST_F(DynaMemTest, ListTrimmedToNothingGrowsAgain)
     EXPECT_EQ(list.Capacity(), 8); // 0 + 0 / 4 + 8
 }
 
-TEST_F(DynaMemTest, DeletingWhatIsNotThereIsAnErrorWithItsNumber)
+TEST_F(DynaMemTest, DeletingAMissingElementIsAnErrorWithItsNumber)
 {
     IntList list;
     Fill(list, 3);
@@ -179,7 +179,7 @@ TEST_F(DynaMemTest, FixedListMayNotGrow)
     EXPECT_EQ(list.Add(), 8);
 }
 
-TEST_F(DynaMemTest, FullFixedListMakesNoElementAheadOfTheError)
+TEST_F(DynaMemTest, FullFixedListCreatesNoElementBeforeTheError)
 {
     static int made;
     struct Counted {

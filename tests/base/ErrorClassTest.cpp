@@ -47,7 +47,7 @@ TEST_F(ErrorClassTest, ErrorReturnsWithThrowOnErrorOff)
     EXPECT_EQ(LogText(), Entry("Error:Boat: soft"));
 }
 
-TEST_F(ErrorClassTest, SimpleErrorBearsTheFixedLabel)
+TEST_F(ErrorClassTest, SimpleErrorHasTheFixedLabel)
 {
     Simple simple;
     try {
@@ -72,7 +72,7 @@ TEST_F(ErrorClassTest, NewObjectsStartWithTheirDefaults)
     EXPECT_EQ(plain.throwOnError, 1);
 }
 
-TEST_F(ErrorClassTest, LabelIsCutAt31Bytes)
+TEST_F(ErrorClassTest, LabelIsTruncatedTo31Bytes)
 {
     object.SetClassName("0123456789012345678901234567890123456789");
     EXPECT_STREQ(object.className, "0123456789012345678901234567890");
@@ -80,7 +80,7 @@ TEST_F(ErrorClassTest, LabelIsCutAt31Bytes)
     EXPECT_STREQ(object.className, "");
 }
 
-TEST_F(ErrorClassTest, MessageIsCutAt1023Bytes)
+TEST_F(ErrorClassTest, MessageIsTruncatedTo1023Bytes)
 {
     const std::string longText(3000, 'm');
     EXPECT_EQ(RaisedBy([&] { object.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
@@ -104,7 +104,7 @@ TEST_F(ErrorClassTest, QuirkFirstWarningIsNeverRemembered)
     EXPECT_EQ(gWarningCount, 3);
 }
 
-TEST_F(ErrorClassTest, EqualTextsOfDifferentLabelsAreNoRepeat)
+TEST_F(ErrorClassTest, EqualTextsOfDifferentLabelsAreNotRepeats)
 {
     Labelled other;
     other.SetClassName("Car");
@@ -115,7 +115,7 @@ TEST_F(ErrorClassTest, EqualTextsOfDifferentLabelsAreNoRepeat)
               Entry("Warning:Boat: x") + Entry("Warning:Boat: y") + Entry("Warning:Car: y"));
 }
 
-TEST_F(ErrorClassTest, RepeatAtTheCapIsToldWithAGreaterSign)
+TEST_F(ErrorClassTest, RepeatAtTheCapIsLoggedWithAGreaterSign)
 {
     object.Warning("a");
     object.Warning("b");
@@ -130,7 +130,7 @@ TEST_F(ErrorClassTest, RepeatAtTheCapIsToldWithAGreaterSign)
                              Entry(RepeatLine(">268435455")) + Entry("Warning:Boat: c"));
 }
 
-TEST_F(ErrorClassTest, RepeatBelowTheCapIsToldPlain)
+TEST_F(ErrorClassTest, RepeatBelowTheCapIsLoggedPlain)
 {
     object.Warning("a");
     object.Warning("b");
@@ -174,7 +174,7 @@ TEST_F(ErrorClassTest, QuirkWarningsAbove255BytesNeverCountAsRepeats)
                              Entry(prefix + exceeds) + Entry(prefix + exceeds));
 }
 
-TEST_F(ErrorClassTest, WarningIsCutAt1023Bytes)
+TEST_F(ErrorClassTest, WarningIsTruncatedTo1023Bytes)
 {
     Simple().Warning("%s", std::string(5000, 'w').c_str());
     EXPECT_EQ(LogText(), Entry("Warning:ErrorClassSimple: " + std::string(997, 'w')));
@@ -197,7 +197,7 @@ TEST_F(ErrorClassTest, LiveObjectsAreCountedCopiesIncluded)
 
 class ErrorClassFlush : public LogFixture {};
 
-TEST_F(ErrorClassFlush, LastObjectOfTheFamilyTellsPendingRepeats)
+TEST_F(ErrorClassFlush, LastObjectOfTheFamilyLogsPendingRepeats)
 {
     ASSERT_EQ(gErrorClassCount, 0);
     auto first = std::make_unique<Labelled>();
@@ -212,7 +212,7 @@ TEST_F(ErrorClassFlush, LastObjectOfTheFamilyTellsPendingRepeats)
               Entry("Warning:Boat: w") + Entry("Warning:Boat: w") + Entry(RepeatLine("2")));
 }
 
-TEST_F(ErrorClassFlush, NothingIsToldWithoutRepeats)
+TEST_F(ErrorClassFlush, NothingIsLoggedWithoutRepeats)
 {
     ASSERT_EQ(gErrorClassCount, 0);
     std::make_unique<Labelled>()->Warning("w");

@@ -425,7 +425,7 @@ TEST_F(FileTest, NameThatIsTooLongForTheHostIsAWarning)
     EXPECT_STREQ(file.GetFileName().c_str(), name.c_str());
 }
 
-TEST_F(FileTest, FileTimeIsThatOfTheOpenFileWhereverItsNameLeads)
+TEST_F(FileTest, FileTimeIsThatOfTheOpenFileWhateverItsNameMeans)
 {
     scratch.Write("deeper/other.bin", "");
     scratch.Write("in.bin", "abc");
@@ -466,7 +466,7 @@ TEST_F(FileTest, FlushOfAFileThatIsNotOpenForWritingIsAnError)
     EXPECT_EQ(RaisedBy([&] { file.Flush(); }), "in.bin: File is not writeable");
 }
 
-TEST_F(FileTest, CloseTellsOfAFailure)
+TEST_F(FileTest, CloseReportsAFailure)
 {
     ASSERT_TRUE(file.Create("out.bin", true, false));
     FileTestAccess::CloseBehindItsBack(file);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(FormatText, CutsAndAlwaysEndsTheText)
+TEST(FormatText, TruncatesAndAlwaysEndsTheText)
 {
     char buffer[8];
     FormatText(buffer, sizeof buffer, "%s-%i", "abc", 12);
@@ -11,7 +11,7 @@ TEST(FormatText, CutsAndAlwaysEndsTheText)
     EXPECT_STREQ(buffer, "abcdef-");
 }
 
-TEST(CopyText, CutsAndTakesNullAsEmpty)
+TEST(CopyText, TruncatesAndTakesNullAsEmpty)
 {
     char buffer[4] = "xyz";
     CopyText(buffer, sizeof buffer, "abcdef");

@@ -38,7 +38,7 @@ TEST_F(KRE_BaseTest, NewObjectsStartWithTheirDefaults)
     EXPECT_EQ(plain.lastResult, S_OK);
 }
 
-TEST_F(KRE_BaseTest, LabelIsCutAt31Bytes)
+TEST_F(KRE_BaseTest, LabelIsTruncatedTo31Bytes)
 {
     object.SetClassName("0123456789012345678901234567890123456789");
     EXPECT_STREQ(object.className, "0123456789012345678901234567890");
@@ -53,7 +53,7 @@ TEST_F(KRE_BaseTest, QuirkFirstWarningIsNeverRemembered)
                              Entry("Warning Repeat: 1") + Entry("Warning:Engine: other"));
 }
 
-TEST_F(KRE_BaseTest, LongWarningsAreCutAndCountAsRepeats)
+TEST_F(KRE_BaseTest, LongWarningsAreTruncatedAndCountAsRepeats)
 {
     const std::string longText(2000, 'w');
     object.Warning("first");
@@ -86,7 +86,7 @@ TEST_F(KRE_BaseTest, FamiliesCountTheirWarningsApart)
     EXPECT_EQ(gKreWarningCount, 1);
 }
 
-TEST_F(KRE_BaseTest, KreFlushWarningRepeatTellsAPendingCountOnce)
+TEST_F(KRE_BaseTest, KreFlushWarningRepeatLogsAPendingCountOnce)
 {
     for (int i = 0; i < 5; ++i)
         object.Warning("w");
@@ -111,7 +111,7 @@ TEST_F(KRE_BaseTest, LiveObjectsAreCountedCopiesIncluded)
 
 class KRE_BaseFlush : public LogFixture {};
 
-TEST_F(KRE_BaseFlush, LastObjectOfTheFamilyTellsPendingRepeats)
+TEST_F(KRE_BaseFlush, LastObjectOfTheFamilyLogsPendingRepeats)
 {
     ASSERT_EQ(gKreBaseCount, 0);
     auto first = std::make_unique<Engine>();

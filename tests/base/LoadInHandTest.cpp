@@ -23,7 +23,7 @@ protected:
 
 } // namespace
 
-TEST_F(LoadInHandTest, AnErrorThatDoesNotNameItsFileHasAWarningAheadThatDoes)
+TEST_F(LoadInHandTest, AWarningNamesTheFileBeforeAnErrorThatDoesNot)
 {
     const String object("Hull");
     const LoadScope file("boat.qsa");
@@ -44,7 +44,7 @@ TEST_F(LoadInHandTest, AnErrorThatDoesNotNameItsFileHasAWarningAheadThatDoes)
             Entry("Error:Engine: failed: x"));
 }
 
-TEST_F(LoadInHandTest, AnErrorThatNamesTheFileStandsAlone)
+TEST_F(LoadInHandTest, AnErrorThatNamesTheFileHasNoWarningBeforeIt)
 {
     const LoadScope file("boat.qsa");
     RaisedBy([&] { list.Error("%s: cut off", "boat.qsa"); });

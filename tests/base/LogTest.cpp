@@ -84,7 +84,7 @@ TEST_F(Log, WithoutTimeTheEntryEndsInALineEndAlone)
     EXPECT_EQ(LogText(), "plain\n");
 }
 
-TEST_F(Log, MessageIsCutAt1023Bytes)
+TEST_F(Log, MessageIsTruncatedTo1023Bytes)
 {
     LogWrite("%s", std::string(1023, 'a').c_str());
     LogWrite("%s", std::string(1024, 'b').c_str());
@@ -112,7 +112,7 @@ TEST_F(Log, AllEntriesLandInTheDirectoryOfTheFirst)
     EXPECT_FALSE(scratch.Has("deeper/logfile.txt"));
 }
 
-TEST_F(Log, DirectoryOfTheFirstEntryIsHeldWhole)
+TEST_F(Log, DirectoryOfTheFirstEntryIsStoredWhole)
 {
     const std::string name(90, 'd');
     ASSERT_TRUE(CreateDirectoryA(name.c_str(), nullptr));
@@ -139,7 +139,7 @@ TEST_F(Log, FailureToOpenCountsNothingSoThatALaterSuccessTruncates)
     EXPECT_EQ(LogText(), Entry("kept"));
 }
 
-TEST_F(Log, LogThatADirectoryReplacesLosesEntriesAndGoesOnBehindIt)
+TEST_F(Log, LogReplacedByADirectoryLosesEntriesAndContinuesAfterIt)
 {
     LogWrite("one");
     std::filesystem::remove(scratch.Path() / "logfile.txt");
@@ -209,7 +209,7 @@ TEST_F(Log, LimitNoteFollowsTheLineEndWhenNotesAreOff)
     EXPECT_EQ(LogText(), "last\nMaximum number of log entries reached!\n");
 }
 
-TEST_F(Log, PercentSignsInTheTextAreNoFormat)
+TEST_F(Log, PercentSignsInTheTextAreNotAFormat)
 {
     LogWrite("%s", "100%s");
     EXPECT_EQ(LogText(), Entry("100%s"));

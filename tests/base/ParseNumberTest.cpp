@@ -93,7 +93,7 @@ TEST(ParseNumber, NanInAnyCaseWithOrWithoutPayload)
         EXPECT_TRUE(std::isnan(Parse(text))) << text;
 }
 
-TEST(ParseNumber, LooksAtNothingBehindTheEnd)
+TEST(ParseNumber, ReadsNothingAfterTheEnd)
 {
     const char text[] = "1234e5";
     EXPECT_EQ(ParseDouble(text, text + 2), 12.0);
@@ -161,7 +161,7 @@ TEST(ParseNumber, AgreesWithTheCLibraryOnRandomTexts)
     }
 }
 
-TEST(ParseNumber, ToInt32CutsTowardsZeroAndStaysInRange)
+TEST(ParseNumber, ToInt32TruncatesTowardsZeroAndStaysInRange)
 {
     static const struct {
         const char* what;

@@ -132,7 +132,7 @@ TEST(Paths, TrimStringTakesBlanksAtBothEnds)
     }
 }
 
-TEST(Paths, QuirkTrimStringCutsAtAnInnerBlank)
+TEST(Paths, QuirkTrimStringTruncatesAtAnInnerBlank)
 {
     String text("a b");
     TrimString(&text);

@@ -209,7 +209,7 @@ TEST(String, FormatMayUseItsOwnText)
     EXPECT_STREQ(text.c_str(), "boat.qsb");
 }
 
-TEST(String, FormatCutsAt4095Characters)
+TEST(String, FormatTruncatesTo4095Characters)
 {
     String text;
     text.Format("%s", std::string(5000, 'x').c_str());
@@ -217,7 +217,7 @@ TEST(String, FormatCutsAt4095Characters)
     EXPECT_EQ(text.TextLength(), 4095);
 }
 
-TEST(String, AppendAddsBehindTheText)
+TEST(String, AppendAddsAfterTheText)
 {
     String text;
     text.Append("a");

@@ -53,7 +53,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(MemoryAndStream, TextDataFileReaderTest, testing::Bool(),
                          [](const auto& row) { return row.param ? "Memory" : "Stream"; });
 
-TEST_P(TextDataFileReaderTest, ReadBytesCutsToWhatIsLeft)
+TEST_P(TextDataFileReaderTest, ReadBytesReadsAtMostTheRemainingBytes)
 {
     Open("abcdef");
     char bytes[8] = "-------";
@@ -265,7 +265,7 @@ TEST_P(TextDataFileReaderTest, TokenOf128BytesIsAnError)
     EXPECT_EQ(LogText().rfind("Error:TextDataFileReader: in.qsa: String too long (>127)(T", 0), 0u);
 }
 
-TEST_P(TextDataFileReaderTest, TooLongTokensAreCutWithThrowingOff)
+TEST_P(TextDataFileReaderTest, TooLongTokensAreTruncatedWithThrowingOff)
 {
     const std::string tooLong(200, '1');
     reader.throwOnError = 0;
@@ -339,7 +339,7 @@ TEST_P(TextDataFileReaderTest, LongTextsGoIntoStringsWhole)
     }
 }
 
-TEST_P(TextDataFileReaderTest, IntegersEndAtAnyByteThatIsNoNumber)
+TEST_P(TextDataFileReaderTest, IntegersEndAtAnyOtherByte)
 {
     static const struct {
         const char* what;
@@ -463,7 +463,7 @@ TEST_P(TextDataFileReaderTest, FreeDataLeavesAnEmptyReader)
 
 class TextDataFileReaderNames : public LogFixture {};
 
-TEST_F(TextDataFileReaderNames, MessagesBeginWithTheNameCutAt255Bytes)
+TEST_F(TextDataFileReaderNames, MessagesBeginWithTheNameTruncatedTo255Bytes)
 {
     TextDataFileReader reader;
     const std::string name(300, 'n');

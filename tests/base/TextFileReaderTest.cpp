@@ -90,7 +90,7 @@ TEST_F(TextFileReaderTest, SplitsLines)
     }
 }
 
-TEST_F(TextFileReaderTest, LineBehindTheLastDoesNotExist)
+TEST_F(TextFileReaderTest, LineAfterTheLastDoesNotExist)
 {
     Index("a\nb");
     EXPECT_EQ(reader.GetLine(2), nullptr);
@@ -177,7 +177,7 @@ TEST_F(TextFileReaderTest, FileThatDoesNotFitInt32CannotBeRead)
     EXPECT_EQ(reader.fileSize, 0);
 }
 
-TEST_F(TextFileReaderTest, FileNamesAreCutAt255Bytes)
+TEST_F(TextFileReaderTest, FileNamesAreTruncatedTo255Bytes)
 {
     const std::string name(300, 'n');
     reader.SetFileName(name.c_str());

@@ -26,7 +26,7 @@ TEST_F(WarningFilterTest, QuirkVeryFirstTextIsNotStored)
     EXPECT_EQ(LogText(), Entry("a") + Entry("a"));
 }
 
-TEST_F(WarningFilterTest, QuirkTextThatWasCutWhenStoredIsNeverARepeat)
+TEST_F(WarningFilterTest, QuirkTextTruncatedWhenStoredIsNeverARepeat)
 {
     FilterWarning(state, "first");
     FilterWarning(state, "0123456789abcde"); // 15 bytes fit
@@ -39,7 +39,7 @@ TEST_F(WarningFilterTest, QuirkTextThatWasCutWhenStoredIsNeverARepeat)
     EXPECT_STREQ(lastText, "0123456789abcde");
 }
 
-TEST_F(WarningFilterTest, RepeatsAreToldAheadOfTheNextText)
+TEST_F(WarningFilterTest, RepeatsAreLoggedBeforeTheNextText)
 {
     count = 1;
     for (const char* text : {"a", "a", "a", "b"})
@@ -47,14 +47,14 @@ TEST_F(WarningFilterTest, RepeatsAreToldAheadOfTheNextText)
     EXPECT_EQ(LogText(), Entry("a") + Entry("Warning Repeat: 2") + Entry("b"));
 }
 
-TEST_F(WarningFilterTest, LimitIsToldBehindTheLastWarning)
+TEST_F(WarningFilterTest, LimitIsLoggedAfterTheLastWarning)
 {
     count = kMaxWarnings - 1;
     FilterWarning(state, "last");
     EXPECT_EQ(LogText(), Entry("last") + Entry("That was the limit"));
 }
 
-TEST_F(WarningFilterTest, FlushTellsTheRepeatsOnceAndWithoutAGreaterSign)
+TEST_F(WarningFilterTest, FlushLogsTheRepeatsOnceAndWithoutAGreaterSign)
 {
     repeat = kMaxWarningRepeat;
     FlushWarningRepeat(repeat);

@@ -111,7 +111,7 @@ TEST_F(Conversion, ASceneWithoutAnyObjectGetsSettingsAndTwoLights)
     ExpectFile("boat.qsb", ExpectedFile("boat.qsa"));
 }
 
-TEST_F(Conversion, TheFreeCameraIsNoPartOfTheFile)
+TEST_F(Conversion, TheFreeCameraIsNotStored)
 {
     scratch.Write("boat.qsa", std::string(kHead) + kMast);
     ExpectConverted({"boat.qsa"}, "'boat.qsa' converted\n");
@@ -303,7 +303,7 @@ TEST_F(Conversion, OnlyTheLastExtensionIsReplaced)
     EXPECT_FALSE(scratch.Has("a.qsb"));
 }
 
-TEST_F(Conversion, TheDirectoryOfTheFileIsNoPartOfIt)
+TEST_F(Conversion, TheDirectoryOfTheFileIsNotStored)
 {
     scratch.Write("deck/boat.qsa", kHead);
     ExpectConverted({"deck\\boat.qsa"}, "'boat.qsa' converted\n");

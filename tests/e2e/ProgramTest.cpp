@@ -15,7 +15,7 @@ const char kScene[] = "*3DSMAX_QSAEXPORT 200\n*SCENE {\n\t*SCENE_LASTFRAME 100\n
 
 } // namespace
 
-TEST(Program, HelpBoxTellsEveryOptionThatUsersMaySee)
+TEST(Program, HelpBoxListsEveryPublicOption)
 {
     const ScratchDirectory scratch;
     const ProgramRun run = RunProgram({"/help"});
@@ -73,7 +73,7 @@ TEST(Program, FurtherFileNamesAreIgnored)
     EXPECT_EQ(RunProgram({"a.qsa", "b.qsa"}).out, "'a.qsa' converted\n");
 }
 
-TEST(Program, NoKeepsAnExistingTargetAndSaysConverted)
+TEST(Program, NoKeepsAnExistingTargetAndPrintsConverted)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kScene);

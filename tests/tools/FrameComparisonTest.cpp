@@ -95,7 +95,7 @@ TEST(IsWithin, EachShareHasItsOwnLimit)
             << c.what;
 }
 
-TEST(CompareSceneFrames, RoundingOfTwoStepsIsWithinWhereverItIs)
+TEST(CompareSceneFrames, RoundingOfTwoStepsIsWithinToleranceEverywhere)
 {
     Frame other = Black();
     std::fill(other.pixels.begin(), other.pixels.end(), 0xFF020202);

@@ -7,7 +7,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::SizeIs;
 
-TEST(FrameExceptions, LinesAreReadAndNotesAndOthersLeftOut)
+TEST(FrameExceptions, LinesAreReadAndCommentsAndOthersIgnored)
 {
     const ScratchDirectory scratch;
     scratch.Write("list.txt", "# a note\nlava 0 0 0 0 no frame of it\nhalf a line 1 2\n"

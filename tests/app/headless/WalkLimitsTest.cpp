@@ -55,7 +55,7 @@ TEST(ProcessDirectory, LinkBackUpIsNotEntered)
     EXPECT_EQ(Walk("*.qsa", "/s"), "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n");
 }
 
-TEST(ProcessDirectory, LinkBackUpIsNotEnteredWhereFilesHaveNoIndex)
+TEST(ProcessDirectory, LinkBackUpIsNotEnteredIfFilesHaveNoIndex)
 {
     for (const std::uint64_t index : {std::uint64_t{0}, ~std::uint64_t{0}}) {
         const ScratchDirectory scratch;
@@ -134,7 +134,7 @@ private:
 
 } // namespace
 
-TEST(ProcessDirectory, DirectoryThatCannotBeEnteredIsLeftOut)
+TEST(ProcessDirectory, DirectoryThatCannotBeEnteredIsSkipped)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kWalkScene);

@@ -85,7 +85,7 @@ TEST(WindowSize, MenuTakesItsHeightFromTheClientArea)
     EXPECT_LT(gClientHeight, 400);
 }
 
-TEST(StartUpText, StandsCentredInTheWindowWithItsEmptyLines)
+TEST(StartUpText, IsCentredInTheWindowWithItsEmptyLines)
 {
     const ScratchWindow window("/resx:500 /resy:400");
     InvalidateRect(gMainWindow, nullptr, TRUE);

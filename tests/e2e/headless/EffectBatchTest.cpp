@@ -161,7 +161,7 @@ TEST_F(EffectBatch, AnEffectThatThisHostCannotUseCostsNothingElse)
     }
 }
 
-TEST_F(EffectBatch, ATechniqueBehindThemIsDrawnWithoutAWord)
+TEST_F(EffectBatch, ALaterTechniqueIsDrawnWithoutAMessage)
 {
     const ProgramRun run =
         RunThree("glow.fx", "technique a { pass { VertexShader = asm { vs.1.1 }; } }\n"
@@ -230,7 +230,7 @@ TEST_F(EffectBatch, AMaterialWithSuchAnEffectIsDrawnAsIfItHadNone)
 }
 
 // The effect begins with a value that can be drawn, and the material gives another one.
-TEST_F(EffectBatch, AStateThatIsRefusedAllTheSameIsNamedAheadOfTheError)
+TEST_F(EffectBatch, AStateRefusedLaterIsNamedBeforeTheError)
 {
     static const struct {
         const char* state;

@@ -89,7 +89,7 @@ TEST(RunCommand, GoesOnAfterAFailureAndFails)
     EXPECT_EQ(RunNames({"nosuch.qsa", "c.qsa"}).status, 1);
 }
 
-TEST(RunCommand, OwnHelpOfTheProgramIsNoFailure)
+TEST(RunCommand, OwnHelpOfTheProgramIsNotAFailure)
 {
     const ScratchDirectory scratch;
     for (const char* option : {"/?", "/H", "/help"}) {
