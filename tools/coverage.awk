@@ -1,5 +1,5 @@
 # Reads a tracefile of lcov; prints for each folder below `root` its share of lines that were run, as a
-# sort key, a tab and a line of the table; one for all together comes last.
+# sort key, a tab and a line of the table; the last line is the total.
 BEGIN { split("base scene qsa qsb", names, " "); for (i in names) goal[names[i]] = 90 }
 /^SF:/ { folder = substr($0, 4 + length(root)); sub(/\/[^\/]*$/, "", folder) }
 /^LF:/ { lines[folder] += substr($0, 4); lines["all"] += substr($0, 4) }

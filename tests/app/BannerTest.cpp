@@ -76,7 +76,7 @@ DWORD DeviceState(D3DRENDERSTATETYPE state)
     return value;
 }
 
-/// The engine's font over a device that notes its calls.
+/// The engine's font over a recording device.
 class BannerCalls : public testing::Test {
 protected:
     BannerCalls()
@@ -102,7 +102,7 @@ protected:
         gClientHeight = heightBefore;
     }
 
-    /// What was said of filters, blending, fill mode, depth and faces, and that something was drawn.
+    /// The calls for filters, blending, fill mode, depth and faces, and whether something was drawn.
     std::vector<std::string> StatesAndDrawing()
     {
         std::vector<std::string> kept;
@@ -164,7 +164,7 @@ TEST_F(BannerCalls, BlendingStaysOnIfTheLineIsOutsideTheView)
     EXPECT_EQ(gGfx->blendMode, 9);
 }
 
-// The device is asked, and has been told otherwise before. Depth comes back as it was, on or off.
+// Reads the device's state, which was different before. Depth is restored, on or off.
 TEST(Banner, DrawingLeavesTheStatesOfTheFrame)
 {
     const ScratchDirectory scratch;

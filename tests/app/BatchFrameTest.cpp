@@ -1,4 +1,4 @@
-// What the frame of a file has from the files ahead of it in the same run.
+// What a frame takes over from earlier files of the same run.
 
 #include "app/Options.h"
 #include "tests/app/FrameScene.h"

@@ -1,4 +1,4 @@
-// What a damaged file left behind is drawn like any other scene.
+// A scene loaded from a damaged file is drawn like any other scene.
 
 #include "app/SceneSession.h"
 #include "base/ErrorClass.h"
@@ -133,7 +133,7 @@ bool EndsInALight(const std::string& text)
 
 enum class Outcome { RefusedAtLoad, FailedAtDraw, Drawn };
 
-/// Takes files through load, save and frame on one engine, and tells how far they came.
+/// Loads, saves and draws files on one engine, and counts how far they get.
 class DamagedSample : public DamagedScene {
 protected:
     DamagedSample()
@@ -165,7 +165,7 @@ protected:
         ++counts[static_cast<int>(outcome)];
         return outcome;
     }
-    /// An error ends a run, so what comes after it has an engine of its own.
+    /// An error ends a run, so the next file gets a new engine.
     void StartAnew()
     {
         stage.reset();

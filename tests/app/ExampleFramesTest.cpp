@@ -1,11 +1,10 @@
-// Draws the frame of each example, from its text and from the binary scene that it becomes, and holds both
-// against the accepted one, which is what the system's Direct3D drew of the text and somebody has looked at,
-// and against each other. Each frame has an engine of its own, as in a process that draws nothing else.
-// QSA_ACCEPT_PICTURES=1 makes what is drawn the accepted
-// frames, on the Windows host only: a frame of this project's own rasterizer would prove nothing about
-// it. What Wine does not draw as documented, skinned meshes above all, is left out. Wine reads no effects
-// in text form: the frames of such examples come from this project's rasterizer all the same, and only
-// tell that the looks have not changed.
+// Draws the frame of each example, from its text and from its binary scene, and compares both with each other
+// and with the accepted frame, which the system's Direct3D drew from the text and somebody has looked at.
+// Each frame has its own engine, as in a process that draws nothing else. QSA_ACCEPT_PICTURES=1 accepts the
+// drawn frames, on the Windows host only: a frame of this project's own rasterizer would prove nothing about
+// it. Parts that Wine does not draw as documented, mainly skinned meshes, are not compared. Wine does not read
+// effects in text form: the frames of such examples come from this project's rasterizer and only show that
+// the result has not changed.
 
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/WindowFlags.h"
@@ -48,7 +47,7 @@ protected:
     }
     ~ExampleFrames() override { fs::current_path(scratch.Path()); }
 
-    /// Draws the example's text and writes its binary scene. Empty where the host reads none of its
+    /// Draws the example's text and writes its binary scene. Empty if the host reads none of its
     /// effects.
     static Frame DrawText()
     {
@@ -57,7 +56,7 @@ protected:
             return {};
         return stage.Draw(Name(".qsa").c_str(), Name(".qsb").c_str());
     }
-    /// Draws the binary scene, once it is there.
+    /// Draws the binary scene, once it exists.
     static Frame DrawBinary()
     {
         FrameStage stage(640, 480);
@@ -83,7 +82,7 @@ protected:
         Frame expected = ReadAccepted();
         const auto exceptions = ReadFrameExceptions(SourcePath("tools/frames/exceptions.txt"));
         ASSERT_FALSE(exceptions.empty());
-        // What is left out of comparing as a whole has only frames of one host.
+        // A scene that is not compared at all has only frames of one host.
         const char* const scene = GetParam().hasEffectText ? "*" : GetParam().name;
         BlankExceptions(frame, exceptions, scene);
         BlankExceptions(expected, exceptions, scene);
@@ -148,7 +147,7 @@ Frame DrawEffectAt(FrameStage& stage, const char* scene, float seconds)
     return stage.Draw(scene);
 }
 
-/// How many pixels two frames have that differ by more than 16 in a channel.
+/// Number of pixels that differ by more than 16 in a channel.
 std::size_t Differing(const Frame& a, const Frame& b)
 {
     const FrameDifference found = CompareFrames(a, b, 16);

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The directories that a walk over `pattern` visits, as it tells of them.
+/// The directories that a walk over `pattern` visits, as it reports them.
 std::vector<std::string> VisitsOf(const char* pattern, int recurse)
 {
     std::vector<std::string> visits;

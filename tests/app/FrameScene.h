@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-/// Scenes whose frames can be told by hand. A wall of 20 by 20 stands in the plane of x and z with its middle
+/// Scenes whose frames can be computed by hand. A wall of 20 by 20 is in the plane of x and z with its middle
 /// at the origin; u goes from 0 at x = -10 to 1 at x = 10, and v from 0 at the top. The free camera looks at
 /// it along +y from some 40 away, so that in a frame of 160 by 120 a unit is some 3.6 pixels.
 namespace frame_scene {
@@ -18,7 +18,7 @@ std::string RedAndBlue();
 /// One of the maps of a material: `kind` is "DIFFUSE" or "REFLECT", `values` are further keywords of it.
 std::string Map(const char* kind, const char* picture, const char* values = "");
 
-/// The wall with a two-sided material of these maps, and the nodes. What stands in `scene` goes into the
+/// The wall with a two-sided material of these maps, and the nodes. `scene` is added to the
 /// block of the scene.
 std::string Wall(const std::string& maps, const std::string& nodes = "", const char* scene = "");
 

@@ -24,7 +24,7 @@ public:
     Engine() { SetClassName("Engine"); }
 };
 
-/// How often the cursor was shown, less how often it was hidden. Only the calls tell it.
+/// How often the cursor was shown, minus how often it was hidden, counted by the calls.
 int CursorShowCount()
 {
     ShowCursor(TRUE);
@@ -69,7 +69,7 @@ TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
     EXPECT_EQ(gGfx, nullptr);
 }
 
-// By the time the box takes the window's place, the engine is gone, the cursor is shown once more and the
+// When the box appears, the engine is destroyed, the cursor is shown again and the
 // window has been erased and painted.
 TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
 {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-// Without a dialog behind the handle, ending it is refused by the system; what is pinned here is
-// which messages the procedure takes for itself.
+// The handle has no dialog, so the system refuses to end it; the test checks which messages the
+// procedure handles itself.
 
 TEST(InfoDialogProc, TakesItsSetUp)
 {

@@ -139,7 +139,7 @@ TEST_F(MainWindow, SizeMessagesTakeTheClientSizeFromTheWindow)
     const int height = gClientHeight;
     gClientWidth = 0;
     gClientHeight = 0;
-    Send(WM_SIZE, SIZE_RESTORED, 7 << 16 | 9); // the size in the message is not looked at
+    Send(WM_SIZE, SIZE_RESTORED, 7 << 16 | 9); // the size in the message is ignored
     EXPECT_EQ(gClientWidth, width);
     EXPECT_EQ(gClientHeight, height);
 }

@@ -20,7 +20,7 @@
 namespace {
 
 /// The menu's commands as messages to a window. Dialogs that open are cancelled, or answered with OK
-/// where they have no name to fill in.
+/// if they have no name to fill in.
 class MenuCommand : public testing::Test {
 protected:
     MenuCommand() { std::snprintf(gFilePattern, sizeof gFilePattern, "*.qsa"); }
@@ -68,7 +68,7 @@ TEST_F(MenuCommand, SaveWithoutASceneDoesNotEvenAsk)
 TEST_F(MenuCommand, SaveAfterTheEngineHasGoneDoesNotEvenAsk)
 {
     KRE_3dScene* const stale = reinterpret_cast<KRE_3dScene*>(sizeof(KRE_3dScene));
-    gCurrentScene = stale; // as the box of an error finds it: nothing may look into it
+    gCurrentScene = stale; // as when the box of an error is open: it must not be used
     ASSERT_EQ(gGfx, nullptr);
     EXPECT_EQ(Choose(ID_SAVE_BINARY), 0);
     EXPECT_STREQ(gFilePattern, "*.qsa");
@@ -94,7 +94,7 @@ TEST_F(MenuCommand, EntriesWithoutACommandGoToTheSystem)
 
 TEST_F(MenuCommand, OnlyTheLowWordIsTheCommand)
 {
-    // The high word is 1 where the command comes from an accelerator.
+    // The high word is 1 if the command comes from an accelerator.
     EXPECT_EQ(Choose(WPARAM{ID_EXIT} | WPARAM{1} << 16), 0);
     EXPECT_FALSE(IsWindow(gMainWindow));
 }
@@ -116,10 +116,10 @@ TEST(SaveCommand, QuirkCancellingEmptiesThePatternAndSavesNothing)
 
 namespace {
 
-/// A walk with a command in the queue, which is taken after the first file.
+/// A walk with a command in the queue, which is handled after the first file.
 class MenuInAWalk : public testing::Test {
 protected:
-    /// The window is shown: behind a hidden one the program would wait to become active again.
+    /// The window is shown: with a hidden one the program would wait to become active again.
     std::string WalkWith(WPARAM command, const char* options)
     {
         for (const char* name : {"a.qsa", "b.qsa", "below/c.qsa"})

@@ -45,7 +45,7 @@ protected:
     {
         scratch.Write("boat.qsa", kWalkScene);
         scratch.Write("cleat.qsa", kWalkScene);
-        gGfx->drawDisabled = 1; // the states are looked at, not the picture
+        gGfx->drawDisabled = 1; // the test checks the states, not the picture
     }
 
     const ScratchDirectory scratch;
@@ -183,7 +183,7 @@ TEST_F(ProcessFileTest, QuitAmongTheMessagesIsIgnored)
     EXPECT_EQ(gPaused, 1);
 }
 
-// It waits in spite of the options, and messages are what ends the wait.
+// It waits despite the options, until messages end the wait.
 TEST_F(ProcessFileTest, ProgramBehindAnotherOneWaitsUntilItIsBack)
 {
     static const struct {

@@ -1,5 +1,5 @@
-// Where the frame of a binary scene is not that of the text that it was made from. All else of a frame is the
-// same from both: see ExampleFramesTest.cpp.
+// How the frame of a binary scene differs from that of the text it was converted from. Everything else is
+// the same: see ExampleFramesTest.cpp.
 
 #include "app/Options.h"
 #include "gfx/KRE_Gfx.h"
@@ -84,8 +84,8 @@ TEST_F(QsbFrame, TilingOfAMapAloneIsTheSameFromBoth)
     EXPECT_EQ(DrawBinary().across, "BRBR");
 }
 
-// The map of the reflection lies in slot 0, the diffuse map in slot 1. A text leaves the slot selected that it
-// filled last, a binary scene slot 0, and of a material without a list of frames the selected slot moves.
+// The reflection map is in slot 0, the diffuse map in slot 1. A text leaves the last filled slot selected,
+// a binary scene slot 0, and in a material without a frame list only the selected slot is transformed.
 TEST_F(QsbFrame, QuirkMapOverAReflectionIsTiledFromTextAlone)
 {
     scratch.Write("halves.tga", RedAndBlue());
@@ -128,8 +128,8 @@ TEST_F(QsbFrame, QuirkCameraWithATargetLeansFromBinaryAlone)
     EXPECT_EQ(binary.down, "BBRR") << "+x is up";
 }
 
-// The camera's parent is turned by 90 degrees about z, and so is the camera itself after a second; of neither its
-// lean has anything, which is the y axis of its unturned self.
+// The camera's parent is rotated by 90 degrees about z, and so is the camera itself after a second; neither
+// affects its tilt, which is the y axis of the unrotated camera.
 TEST_F(QsbFrame, QuirkLeanOfACameraIsThatOfItsOwnMatrixAtSecondZero)
 {
     scratch.Write(
@@ -163,7 +163,7 @@ TEST_F(QsbFrame, QuirkLeanOfACameraIsThatOfItsOwnMatrixAtSecondZero)
 
 namespace {
 
-/// A mesh of one face at `x`. With an opacity below 1 it is drawn behind the opaque ones.
+/// A mesh of one face at `x`. With an opacity below 1 it is drawn after the opaque ones.
 std::string Twin(const char* x, int material)
 {
     return std::string("*GEOMOBJECT { *NODE_NAME \"Twin\" *NODE_TM { *TM_POS ") + x +

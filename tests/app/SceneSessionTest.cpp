@@ -44,7 +44,7 @@ std::string Camera(const char* name, const char* place)
 
 class Session : public testing::Test {
 protected:
-    Session() { gGfx->drawDisabled = 1; }    // the states are looked at, not the picture
+    Session() { gGfx->drawDisabled = 1; }    // the tests check the states, not the picture
     ~Session() override { session.reset(); } // before the engine
 
     /// Loads a scene of these nodes as "scene.qsa".
@@ -340,7 +340,7 @@ TEST_F(Session, TheTimeIsLimitedToTheEndWithAStoppedClockToo)
     EXPECT_EQ(DrawnTime(), 10.0);
 }
 
-// What goes by between loading and drawing counts, times the speed: 20 ms at 100 are 2 seconds.
+// The time between loading and drawing counts, times the speed: 20 ms at 100 are 2 seconds.
 TEST_F(Session, RunningClockAddsWhatSavingTook)
 {
     gStartTime = 5.0f;
@@ -416,15 +416,15 @@ TEST_F(Session, EndIsThatOfTheSceneAsLoaded)
 
 // ---- Frame
 
-// The moments in between are the session's own, but each lies between two readings of the clock. What is
-// told is one frame over the time, with six decimals.
+// The session reads the clock itself, but each reading is between two of the test's. The printed rate is
+// one frame divided by the time, with six decimals.
 TEST_F(Session, RateIsZeroUntilASecondHasGoneBy)
 {
     const double beforeLoad = GetTimeSeconds();
     Load("");
     const double afterLoad = GetTimeSeconds();
     std::this_thread::sleep_for(std::chrono::milliseconds(900));
-    double last = 0.0; // the most that may have gone by at a frame of less than a second
+    double last = 0.0; // the longest possible time of a frame of less than a second
     for (double least = 0.0; least <= 1.05;) {
         least = GetTimeSeconds() - afterLoad;
         ShowFrame();

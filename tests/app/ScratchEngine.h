@@ -1,7 +1,7 @@
 #pragma once
 
-/// A program that has come through its start-up: options, window and graphics. Everything is gone
-/// again with it, so that no process ends with a live device.
+/// A started program: options, window and graphics. Its destructor removes everything, so that no process
+/// ends with a live device.
 class ScratchEngine {
 public:
     explicit ScratchEngine(const char* options);

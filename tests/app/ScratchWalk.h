@@ -4,8 +4,8 @@
 
 inline constexpr char kWalkScene[] = "*3DSMAX_QSAEXPORT 200\n";
 
-/// What the walk over `pattern` prints under the given options, begun in the current directory.
+/// The output of the walk over `pattern` with the given options, from the current directory.
 std::string Walk(const char* pattern, const char* options);
 
-/// The same with the engine and the window that are there already.
+/// The same with the existing engine and window.
 std::string WalkOn(const char* pattern);

@@ -25,7 +25,7 @@ void RemoveMainWindow()
     DestroyWindow(gMainWindow);
     gMainWindow = nullptr;
     UnregisterClassA(gWindowClassName, gInstance);
-    MSG message; // WM_DESTROY has left a WM_QUIT behind
+    MSG message; // WM_DESTROY has posted a WM_QUIT
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
         continue;
     gWindowShown = 1;

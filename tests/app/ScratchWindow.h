@@ -1,7 +1,7 @@
 #pragma once
 
-/// The program's window under given options, without an engine. The window, its class and the
-/// messages left for it go with this object, and the window's variables start afresh.
+/// The program's window with the given options, without an engine. The destructor removes the window, its
+/// class and its remaining messages, and resets the window's variables.
 class ScratchWindow {
 public:
     explicit ScratchWindow(const char* options);
@@ -10,5 +10,5 @@ public:
     ScratchWindow& operator=(const ScratchWindow&) = delete;
 };
 
-/// Takes the program's window and its class away, with all messages, and resets its variables.
+/// Removes the program's window and its class, with all messages, and resets its variables.
 void RemoveMainWindow();

@@ -20,7 +20,7 @@ protected:
     const ScratchDirectory scratch; // the log is written here
 };
 
-/// Starts the run's graphics and nothing else; gives the message box of a failed start.
+/// Starts only the run's graphics; returns the message box of a failed start.
 std::string BoxOfStart()
 {
     BoxWatch boxes;

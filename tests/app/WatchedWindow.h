@@ -5,11 +5,11 @@
 #include <vector>
 #include <windows.h>
 
-/// A shown window of the test's own that notes what the system tells it: "erased", "painted", and
+/// A visible window of the test that records its messages: "erased", "painted", and
 /// "disabled" and "enabled" by a box or dialog that it owns. One at a time.
 class WatchedWindow {
 public:
-    /// `whatIsSo` tells what holds at each message; it is noted behind it.
+    /// `whatIsSo` returns the state at each message; it is recorded after the message.
     explicit WatchedWindow(std::function<std::string()> whatIsSo = {});
     ~WatchedWindow();
     WatchedWindow(const WatchedWindow&) = delete;
@@ -17,10 +17,10 @@ public:
 
     HWND Handle() const { return window; }
 
-    /// What was noted up to the first "disabled", which is the last then; all if there is none. A box
-    /// that goes away may have what lay behind it painted anew.
+    /// The record up to and including the first "disabled"; all of it if there is none. A box that closes
+    /// may cause the window behind it to be painted again.
     std::vector<std::string> UntilDisabled() const;
-    /// How often a note begins with this word.
+    /// How many records begin with this word.
     int Count(const std::string& word) const;
 
 private:

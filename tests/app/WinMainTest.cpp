@@ -83,7 +83,7 @@ TEST_F(WinMainTest, MissingRegistryKeyLeavesThePathsEmpty)
 
 TEST_F(WinMainTest, RegistryValueThatFillsTheBufferIsTaken)
 {
-    // 1023 characters and the NUL behind them are the 1024 bytes of the buffer.
+    // 1023 characters and the NUL after them are the 1024 bytes of the buffer.
     const std::string longest = std::string(1022, 'x') + "y";
     const RegistryValues registry(
         {{"DefaultTexturePath", longest}, {"DefaultBasePath", longest + "z"}});
@@ -119,7 +119,7 @@ LRESULT CALLBACK RefuseToBeMade(HWND window, UINT message, WPARAM wParam, LPARAM
 
 } // namespace
 
-// A class of the program's name is there already, and its windows refuse to be made.
+// A class with the program's name exists already, and its windows refuse to be created.
 TEST_F(WinMainTest, WithoutAWindowItEndsWithZeroAndConvertsNothing)
 {
     WNDCLASSEXA windowClass = {};

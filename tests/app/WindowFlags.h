@@ -2,8 +2,8 @@
 
 #include "app/MainWindow.h"
 
-/// Puts the window's flags back at its end. Declared ahead of the window: one that goes away takes the
-/// focus with it, and the next file would wait for that.
+/// Resets the window's flags in its destructor. Declare it before the window: a destroyed window loses the
+/// focus, and the next file would wait for it.
 struct WindowFlags {
     WindowFlags() { Reset(); }
     ~WindowFlags() { Reset(); }

@@ -11,7 +11,7 @@
 #include "tests/support/RaisedBy.h"
 #include "tests/support/ScratchDirectory.h"
 
-/// Runs a test in a directory of its own with a fresh log, a clock that stands still and 100 MiB of
+/// Runs a test in its own directory with a fresh log, a stopped clock and 100 MiB of
 /// free memory, so that every entry ends in the same note.
 class LogFixture : public testing::Test {
 protected:
@@ -38,7 +38,7 @@ protected:
         }
         return text;
     }
-    /// One entry as it stands in the log.
+    /// One entry as it appears in the log.
     static std::string Entry(const std::string& text) { return text + kNote; }
 
     ScratchDirectory scratch;

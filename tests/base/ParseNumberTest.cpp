@@ -115,7 +115,7 @@ TEST(ParseNumber, EveryDoubleComesBackFromItsTexts)
             const auto end = std::to_chars(text, text + sizeof text, value, format).ptr;
             ASSERT_EQ(Bits(ParseDouble(text, end)), Bits(value)) << std::string(text, end);
         }
-        // The library leaves out "0x", which belongs between sign and digits.
+        // The library omits "0x", which belongs between sign and digits.
         const auto end =
             std::to_chars(text, text + sizeof text, std::fabs(value), std::chars_format::hex).ptr;
         const std::string hex = (std::signbit(value) ? "-0x" : "0x") + std::string(text, end);
@@ -155,7 +155,7 @@ TEST(ParseNumber, AgreesWithTheCLibraryOnRandomTexts)
             text += pieces[random() % std::size(pieces)];
         char* end = nullptr;
         const double converted = std::strtod(text.c_str(), &end);
-        // Where nothing was converted the C standard asks for zero; one library gives -0 for "-+".
+        // If nothing was converted the C standard requires zero; one library gives -0 for "-+".
         const double expected = end == text.c_str() ? 0.0 : converted;
         ASSERT_EQ(Bits(Parse(text)), Bits(expected)) << text;
     }

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Opens what only derived readers see.
+/// Gives access to what only derived readers see.
 class OpenReader : public TextDataFileReader {
 public:
     using TextDataFileReader::atEnd;
@@ -29,7 +29,7 @@ protected:
         if (GetParam()) {
             auto copy = std::make_unique<uint8_t[]>(bytes.size() + 1);
             std::memcpy(copy.get(), bytes.data(), bytes.size());
-            copy[bytes.size()] = '7'; // must never be seen: it lies behind the end
+            copy[bytes.size()] = '7'; // must never be read: it is after the end
             reader.SetData(std::move(copy), size);
         } else {
             reader.FreeData();

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Opens what only derived readers see.
+/// Gives access to what only derived readers see.
 class OpenTextFileReader : public TextFileReader {
 public:
     using TextFileReader::fileSize;

@@ -102,7 +102,7 @@ protected:
 
 } // namespace
 
-// ---- What the session puts into the file
+// ---- What the session adds to the file
 
 TEST_F(Conversion, ASceneWithoutAnyObjectGetsSettingsAndTwoLights)
 {

@@ -1,4 +1,4 @@
-// The scenes of examples/, each converted as a user would: what their README promises of warnings.
+// The scenes of examples/, each converted as a user would, with the warnings that their README promises.
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Scenes whose warnings are wanted.
+/// Scenes whose warnings are intended.
 constexpr const char* kOddScenes[] = {"oddities.qsa", "effect.qsa"};
 
 bool IsOddScene(const fs::path& file)
@@ -41,7 +41,7 @@ bool ReadsEffectTexts()
     return SUCCEEDED(result);
 }
 
-/// Copies the examples with their pictures below the directory `target`, and gives the scenes, sorted
+/// Copies the examples with their pictures below the directory `target`, and returns the scenes, sorted
 /// by name.
 std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes)
 {
@@ -89,7 +89,7 @@ TEST(Examples, AllButTheOddOnesLoadWithoutAnyWarning)
     ASSERT_GE(scenes.size(), 8u);
     const ProgramRun run = RunProgram({"*.qsa", "/s"});
     EXPECT_EQ(run.err, "");
-    // A directory's own files come ahead of those below it, and are named from where they lie.
+    // A directory's own files come before those below it, and are named relative to it.
     std::stable_partition(scenes.begin(), scenes.end(), [](const std::string& scene) {
         return scene.find('/') == std::string::npos;
     });
@@ -103,7 +103,7 @@ TEST(Examples, AllButTheOddOnesLoadWithoutAnyWarning)
         EXPECT_TRUE(scratch.Has(scene.substr(0, scene.size() - 1) + "b")) << scene;
 }
 
-// Effects are no reason to lose a scene silently where the host does not read them as texts.
+// A scene must not fail silently if the host does not read its effects as texts.
 TEST(Examples, EffectThatTheHostDoesNotReadIsAnErrorThatNamesTheFile)
 {
     if (ReadsEffectTexts())

@@ -96,7 +96,7 @@ TEST(Program, NoArgumentsCancelledDialogEndsWithOne)
 
 namespace {
 
-/// Converts a scene with a map `picture` and tells whether it was found: one that was not is logged.
+/// Converts a scene with a map `picture` and returns whether it was found: a missing one is logged.
 bool FindsPicture(const ScratchDirectory& scratch, const std::string& picture)
 {
     scratch.Write("a.qsa", std::string(kScene) +

@@ -61,7 +61,7 @@ FrameStage::~FrameStage()
     DestroyWindow(gMainWindow);
     gMainWindow = nullptr;
     UnregisterClassA(gWindowClassName, gInstance);
-    MSG message; // WM_DESTROY has left a WM_QUIT behind
+    MSG message; // WM_DESTROY has posted a WM_QUIT
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
         continue;
     gWindowDestroyed = 0;

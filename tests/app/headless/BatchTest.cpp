@@ -28,7 +28,7 @@ TEST(Batch, ThousandScenesTakeNoMoreMemoryThanTheFirst)
     const ScratchEngine engine("/resx:64 /resy:64");
     for (int i = 0; i < kFiles; ++i) {
         if (i == kFiles / 4)
-            ForgetPeakMemory(); // what is made once is there by now
+            ForgetPeakMemory(); // everything that is created once exists by now
         ProcessFile((std::to_string(i) + ".qsa").c_str(), 1);
     }
     EXPECT_LE(PeakMemoryGrowth(), int64_t{1} << 20);

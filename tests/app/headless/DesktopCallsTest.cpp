@@ -1,4 +1,4 @@
-// What the program asks of a desktop, where only this host tells.
+// What the program requests from a desktop, in cases that only this host shows.
 
 #include "app/GuardedRun.h"
 #include "app/InfoDialog.h"
@@ -29,7 +29,7 @@ struct Shown {
     std::string call;
     OPENFILENAMEA dialog = {};
     std::string filter; ///< with its NULs, without the last one
-    std::string name;   ///< what stood in the field for it
+    std::string name;   ///< the text in its name field
 };
 
 /// Shows a file dialog in which the user types `typed`; an empty text cancels.

@@ -23,7 +23,7 @@ protected:
     const ScratchDirectory scratch; // the log is written here
 };
 
-/// The window of the program that took the display away: its message gives it back.
+/// The window of the program that took the display: its message returns it.
 LRESULT CALLBACK GiveDisplayBack(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_USER)

@@ -1,5 +1,5 @@
-// What a user does who wants to know whether a scene has become what it was: the program writes the frames of
-// a text and of its binary scene, stopped at the start, each in a process that draws nothing else.
+// How a user checks a conversion: the program writes the frames of a text and of its binary scene, stopped
+// at the start, each in a process that draws nothing else.
 
 #include "tests/support/Picture.h"
 #include "tests/support/RunProgram.h"

@@ -109,8 +109,8 @@ TEST(ProcessDirectory, WayBackThatIsGoneEndsTheWalkWithAWarning)
 
 namespace {
 
-/// Takes the rights of an administrator away from this process while it lives: such a one enters every
-/// directory, whatever its permissions say. Another user keeps what he has.
+/// Removes administrator rights from this process while it lives: an administrator enters every
+/// directory, whatever its permissions. Other users keep their rights.
 class OrdinaryUser {
 public:
     explicit OrdinaryUser(const fs::path& directory)

@@ -1,4 +1,4 @@
-// Batches with an effect that cannot be used in their middle.
+// Batches with an unusable effect in the middle.
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
@@ -66,7 +66,7 @@ std::string Damaged(std::string bytes)
 
 class EffectBatch : public testing::Test {
 protected:
-    /// Converts three scenes, whose middle one names the effect. All have to arrive.
+    /// Converts three scenes; the middle one names the effect. All must be converted.
     ProgramRun RunThree(const std::string& effectName, const std::string& bytes)
     {
         scratch.Write("a.qsa", Scene("Plain"));

@@ -1,4 +1,4 @@
-// The door of the headless program: ./run, and the script that it ends in.
+// The entry to the headless program: ./run, and the script that it calls.
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
