@@ -1,13 +1,13 @@
 // Entry of the program: options, window, graphics, the run over the named files, shutdown.
 
 #include "app/CommandLine.h"
-#include "gfx/DefaultPaths.h"
 #include "app/GuardedRun.h"
 #include "app/MainWindow.h"
 #include "app/Options.h"
 #include "app/ProcessDirectory.h"
 #include "app/SceneFileDialog.h"
 #include "app/StartGraphics.h"
+#include "gfx/DefaultPaths.h"
 
 #include <windows.h>
 

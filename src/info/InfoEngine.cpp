@@ -1,7 +1,7 @@
 #include "info/InfoEngine.h"
 
-#include "gfx/DefaultPaths.h"
 #include "base/Log.h"
+#include "gfx/DefaultPaths.h"
 
 namespace {
 

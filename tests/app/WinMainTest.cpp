@@ -1,6 +1,6 @@
-#include "gfx/DefaultPaths.h"
 #include "app/MainWindow.h"
 #include "app/Options.h"
+#include "gfx/DefaultPaths.h"
 #include "tests/support/BoxWatch.h"
 #include "tests/support/RegistryValues.h"
 #include "tests/support/ScratchDirectory.h"
