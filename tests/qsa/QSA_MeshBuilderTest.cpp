@@ -139,12 +139,12 @@ TEST_F(QSA_MeshBuilderTest, TextureCoordinatesAreComparedWithoutTolerance)
 {
     Prepare(1, 9);
     const QSA_TextureVertex a = {0.5f, 0.25f, 0.0f};
-    const QSA_TextureVertex near = {std::nextafter(0.5f, 1.0f), 0.25f, 0.0f};
+    const QSA_TextureVertex next = {std::nextafter(0.5f, 1.0f), 0.25f, 0.0f};
     const QSA_TextureVertex otherW = {0.5f, 0.25f, 9.0f};
     const uint32_t first = Add(0, Groups({1}), kZ, 0, &a);
     builder.built[first].texCoord[0] = a.u;
     builder.built[first].texCoord[1] = a.v;
-    EXPECT_NE(Add(0, Groups({1}), kZ, 0, &near), first);
+    EXPECT_NE(Add(0, Groups({1}), kZ, 0, &next), first);
     EXPECT_EQ(Add(0, Groups({1}), kZ, 0, &otherW), first); // only u and v count
     EXPECT_EQ(Add(0, Groups({1}), kZ, 0, nullptr), first); // without any they are not compared
 }
