@@ -143,7 +143,7 @@ TEST_F(DrawCallsTest, ADrawNeedsAFormatAStreamAndIndices)
 
 TEST_F(DrawCallsTest, UnknownPrimitivesAreRefused)
 {
-    for (const int type : {0, 7, -1})
+    for (const int type : {0, 7, int{D3DPT_FORCE_DWORD}}) // the greatest that the type can hold
         EXPECT_EQ(device->DrawPrimitive(static_cast<D3DPRIMITIVETYPE>(type), 0, 1),
                   D3DERR_INVALIDCALL);
 }
