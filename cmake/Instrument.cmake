@@ -4,6 +4,7 @@ if(QSA_INSTRUMENT STREQUAL "asan")
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
                         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+    add_compile_definitions(__SANITIZE_ADDRESS__) # as g++ has it; clang tells by a feature test
     # Line numbers are enough for a report, and more optimisation doubles the compile time.
     set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -gline-tables-only")
 elseif(QSA_INSTRUMENT STREQUAL "coverage")
