@@ -42,6 +42,14 @@ protected:
     ConfigFileReader reader;
 };
 
+TEST_F(ConfigFileReaderTest, ResultsHaveTheNumbersThatCallersKnow)
+{
+    EXPECT_EQ(kConfigOk, 0);
+    EXPECT_EQ(kConfigKeyNotFound, 1);
+    EXPECT_EQ(kConfigNoEntry, 2);
+    EXPECT_EQ(kConfigNoValue, 9);
+}
+
 TEST_F(ConfigFileReaderTest, FindsEntriesWithTheirLinesAndParents)
 {
     ASSERT_EQ(Load(kSample), kTextFileOk);

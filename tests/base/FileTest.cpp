@@ -166,6 +166,42 @@ TEST_F(FileTest, FailedSeekThatDoesNotThrowStoresThePlace)
     EXPECT_EQ(c, 'b');
 }
 
+TEST_F(FileTest, ReadsMayCrossTheEndOfTheWindow)
+{
+    // The window holds 65,536 bytes. 251 is a prime, so that no two stretches are alike.
+    std::string bytes(200000, ' ');
+    for (size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<char>(i % 251);
+    scratch.Write("in.bin", bytes);
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    size_t place = 0;
+    // Up to 6 bytes before its end, across it, a piece larger than it with some of it left, the rest.
+    for (const size_t size : {100u, 65430u, 20u, 100000u, 34450u}) {
+        std::string piece(size, ' ');
+        EXPECT_TRUE(file.Read(piece.data(), static_cast<int32_t>(size)));
+        EXPECT_EQ(piece, bytes.substr(place, size)) << "from " << place;
+        place += size;
+        EXPECT_EQ(file.GetPosition(), static_cast<int32_t>(place));
+    }
+    EXPECT_EQ(file.GetBytesLeft(), 0);
+}
+
+TEST_F(FileTest, NoMoreIsReadAheadThanTheWindowUntilItIsAskedFor)
+{
+    // The window holds 65,536 bytes. It is used up to its last byte, and what lies behind it is
+    // replaced before that is read.
+    scratch.Write("in.bin", std::string(65536, 'a') + "old");
+    ASSERT_TRUE(file.Open("in.bin", true, false, true));
+    int8_t first = 0;
+    std::string rest(65535, ' ');
+    EXPECT_TRUE(file.ReadInt8(&first));
+    EXPECT_TRUE(file.Read(rest.data(), 65535));
+    scratch.Write("in.bin", std::string(65536, 'a') + "new");
+    std::string behind(3, ' ');
+    EXPECT_TRUE(file.Read(behind.data(), 3));
+    EXPECT_EQ(behind, "new");
+}
+
 TEST_F(FileTest, ReadOfNothingOnAClosedFileIsAnError)
 {
     char c = 0;

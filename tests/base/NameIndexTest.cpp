@@ -15,6 +15,15 @@ TEST(NameIndex, FindsWhatWasAddedThroughAllGrowth)
     }
 }
 
+TEST(NameIndex, NumberZeroKeepsItsPlaceBesideOthersOfItsHash)
+{
+    NameIndex index;
+    index.Add(5, 0);
+    index.Add(5, 1);
+    EXPECT_EQ(index.Find(5, [](int32_t number) { return number == 0; }), 0);
+    EXPECT_EQ(index.Find(5, [](int32_t number) { return number == 1; }), 1);
+}
+
 TEST(NameIndex, GivesMinusOneForWhatIsNotThere)
 {
     NameIndex index;

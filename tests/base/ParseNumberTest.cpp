@@ -25,6 +25,7 @@ uint64_t Bits(double value)
 TEST(ParseNumber, ConvertsWhatTheCLibraryConverts)
 {
     // The bit patterns are those of IEEE double: sign, 11 bits of exponent + 1023, 52 of fraction.
+    static const std::string kTiny = "0." + std::string(400, '0') + "1";
     static const struct {
         const char* what;
         const char* text;
@@ -57,6 +58,7 @@ TEST(ParseNumber, ConvertsWhatTheCLibraryConverts)
         {"far below keeps its sign", "-1e-400", 0x8000000000000000},
         {"zeros behind the point and far above", "0.0001e400", 0x7FF0000000000000}, // 1e396
         {"zeros behind the point and far below", "0.0001e-400", 0},
+        {"far below without an exponent", kTiny.c_str(), 0}, // 1e-401
         {"smallest normal", "2.2250738585072014e-308", 0x0010000000000000},
         {"zero with a huge exponent", "0e999999", 0},
         {"hexadecimal", "0x1F", 0x403F000000000000}, // 31 = 1.9375 * 2^4

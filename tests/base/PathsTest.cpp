@@ -124,6 +124,7 @@ TEST(Paths, TrimStringTakesBlanksAtBothEnds)
         {"only blanks", " \t ", ""},
         {"empty", "", ""},
         {"one character", " b ", "b"},
+        {"the first sign that is no blank", " !a! ", "!a!"},
     };
     for (const auto& c : cases) {
         String text(c.text);

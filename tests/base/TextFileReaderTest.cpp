@@ -46,6 +46,15 @@ TEST_F(TextFileReaderTest, StartsWithoutAFileAndWithNoError)
     EXPECT_EQ(reader.GetLine(0), nullptr);
 }
 
+TEST_F(TextFileReaderTest, ResultsHaveTheNumbersThatCallersKnow)
+{
+    EXPECT_EQ(kTextFileOk, 0);
+    EXPECT_EQ(kTextFileCannotOpen, 1);
+    EXPECT_EQ(kTextFileCannotRead, 2);
+    EXPECT_EQ(kTextFileTooManyLines, 3);
+    EXPECT_EQ(kTextFileLineTooLong, 4);
+}
+
 TEST_F(TextFileReaderTest, SplitsLines)
 {
     using List = std::vector<std::string>;
