@@ -43,6 +43,15 @@ TEST(KRE_3dScene, StartsWithItsDefaults)
     ExpectSceneDefaults(KRE_3dScene());
 }
 
+TEST(KRE_3dScene, ListsOfANewOneHaveRoomBeforeTheyGrow)
+{
+    const KRE_3dScene scene;
+    EXPECT_EQ(scene.meshes.Capacity(), 64);
+    EXPECT_EQ(scene.cameras.Capacity(), 16);
+    EXPECT_EQ(scene.objects.Capacity(), 128);
+    EXPECT_EQ(scene.lights.Capacity(), 64);
+}
+
 TEST(KRE_3dScene, ResetBringsItBackToEmpty)
 {
     KRE_3dScene scene;

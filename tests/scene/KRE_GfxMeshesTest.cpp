@@ -206,3 +206,15 @@ TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
     Create(mesh, kPlain);
     EXPECT_EQ(mesh.vertexBlendFlags, static_cast<DWORD>(D3DVBF_DISABLE));
 }
+
+TEST_F(CreateMesh, TakesTheLocksOfTheMeshBeforeAway)
+{
+    KRE_Mesh mesh;
+    Create(mesh);
+    mesh.LockAll(0);
+    Create(mesh);
+    EXPECT_EQ(mesh.indexLocked + mesh.vertexLocked + mesh.attributeLocked, 0);
+    EXPECT_EQ(mesh.vertexData, nullptr);
+    EXPECT_NE(ErrorText([&] { gGfx->CreateMesh(&mesh, 0, 4, 1, kPlain, 0, 0); }), "");
+    EXPECT_FALSE(mesh.mesh) << "the one before went first";
+}

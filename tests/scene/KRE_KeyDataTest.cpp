@@ -18,6 +18,34 @@ static void AddTcbKeys(KRE_KeyTracks& tracks, std::initializer_list<double> angl
     }
 }
 
+TEST(KRE_PosKeyData, StartsAsALinearKeyAtTheOriginWithoutTangents)
+{
+    const KRE_PosKeyData key;
+    for (const D3DXVECTOR3& vector : {key.value, key.inTangent, key.outTangent})
+        ExpectVector(vector, 0, 0, 0);
+    EXPECT_EQ(key.interpolation, kKeyLinear);
+}
+
+TEST(KRE_ScaleKeyData, StartsAsALinearKeyWithoutTangents)
+{
+    const KRE_ScaleKeyData key;
+    for (const D3DXVECTOR3& vector : {key.value, key.inTangent, key.outTangent})
+        ExpectVector(vector, 0, 0, 0);
+    EXPECT_EQ(key.interpolation, kKeyLinear);
+}
+
+TEST(KRE_RotKeyData, StartsAsALinearKeyWithoutAnyTurnOrBend)
+{
+    const KRE_RotKeyData key;
+    for (const float value :
+         {key.angle, key.tension, key.continuity, key.bias, key.easeIn, key.easeOut})
+        EXPECT_EQ(value, 0.0f);
+    ExpectVector(key.axis, 0, 0, 0);
+    for (const D3DXQUATERNION& turn : {key.rotation, key.inControl, key.outControl})
+        ExpectQuaternion(turn, 0, 0, 0, 0);
+    EXPECT_EQ(key.interpolation, kKeyLinear);
+}
+
 TEST(ComputeInnerControls, OfAKeyAloneAreItsRotation)
 {
     KRE_KeyTracks tracks;

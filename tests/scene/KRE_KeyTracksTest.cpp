@@ -78,6 +78,32 @@ TEST(KRE_KeyTracks, AnAddFreesTheIndexOfItsTrack)
     EXPECT_TRUE(tracks.scaleIndex);
 }
 
+TEST(KRE_KeyTracks, EachKindOfKeyFreesTheIndexOfItsOwnTrackOnly)
+{
+    const struct {
+        const char* what;
+        void (*add)(KRE_KeyTracks& tracks);
+        bool hasPos, hasScale, hasRot;
+    } cases[] = {
+        {"position", [](KRE_KeyTracks& t) { t.AddPosKey(PosKey(1, 1)); }, false, true, true},
+        {"scale", [](KRE_KeyTracks& t) { t.AddScaleKey(ScaleKey(1, 1, 1, 1)); }, true, false, true},
+        {"rotation", [](KRE_KeyTracks& t) { t.AddRotKey(RotKey(1, 1)); }, true, true, false},
+    };
+    for (const auto& c : cases) {
+        KRE_KeyTracks tracks;
+        tracks.AddPosKey(PosKey(0, 0));
+        tracks.AddScaleKey(ScaleKey(0, 1, 1, 1));
+        tracks.AddRotKey(RotKey(0, 0));
+        ASSERT_TRUE(tracks.posIndex.Build(tracks.posKeys, 1));
+        ASSERT_TRUE(tracks.scaleIndex.Build(tracks.scaleKeys, 1));
+        ASSERT_TRUE(tracks.rotIndex.Build(tracks.rotKeys, 1));
+        c.add(tracks);
+        EXPECT_EQ(static_cast<bool>(tracks.posIndex), c.hasPos) << c.what;
+        EXPECT_EQ(static_cast<bool>(tracks.scaleIndex), c.hasScale) << c.what;
+        EXPECT_EQ(static_cast<bool>(tracks.rotIndex), c.hasRot) << c.what;
+    }
+}
+
 TEST(KRE_KeyTracks, TrimKeysCutsAllThreeTracks)
 {
     KRE_KeyTracks tracks;
