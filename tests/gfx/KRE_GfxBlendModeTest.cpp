@@ -138,5 +138,8 @@ TEST_F(BlendMode, LastStageHasNoneAboveIt)
 {
     gfx.SetBlendMode(3, 255, 7);
     EXPECT_THAT(Calls(), testing::Not(testing::Contains(testing::HasSubstr("State 8"))));
+    gfx.tintColor = 0xFF404040; // with a tint the additive mode touches the next stage as well
+    gfx.SetBlendMode(12, 255, 7);
+    EXPECT_THAT(Calls(), testing::Not(testing::Contains(testing::HasSubstr("State 8"))));
     EXPECT_EQ(RaisedBy([&] { gfx.SetBlendMode(3, 255, 8); }), "Invalid stage: 8");
 }

@@ -457,3 +457,20 @@ TEST_F(KRE_GfxDevice, FreeDeviceLetsGoOfEverything)
     EXPECT_EQ(direct3D.Detach()->Release(), 0u);
     gfx.FreeDevice();
 }
+
+TEST_F(KRE_GfxDevice, FreeDeviceLetsGoOfTheBuiltInLists)
+{
+    Start();
+    const struct {
+        const char* what;
+        const KRE_VertexListBase& list;
+    } lists[] = {
+        {"points", gfx.pointList}, {"lines", gfx.lineList},  {"screen", gfx.posTexList},
+        {"quads", gfx.tlList},     {"lit quads", gfx.lList}, {"lit quad", gfx.lQuadList},
+    };
+    for (const auto& c : lists)
+        EXPECT_TRUE(c.list.buffer) << c.what;
+    gfx.FreeDevice();
+    for (const auto& c : lists)
+        EXPECT_FALSE(c.list.buffer) << c.what;
+}

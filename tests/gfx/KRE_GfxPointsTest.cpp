@@ -12,6 +12,20 @@ protected:
 
 } // namespace
 
+TEST(KRE_PointRecord, StartsWithPointsOfFourPixelsAndNothingInItsUnusedPart)
+{
+    const KRE_PointRecord record;
+    EXPECT_EQ(record.scaleA, 1.0f);
+    EXPECT_EQ(record.scaleB, 0.0f);
+    EXPECT_EQ(record.scaleC, 0.0f);
+    EXPECT_EQ(record.sizeMax, 64.0f);
+    EXPECT_EQ(record.sizeMin, 1.0f);
+    EXPECT_EQ(record.size, 4.0f);
+    EXPECT_EQ(record.spriteEnable, 0);
+    EXPECT_EQ(record.scaleEnable, 0);
+    EXPECT_EQ(record.pad, 0);
+}
+
 TEST_F(Points, EachValueIsSentIfItIsNew)
 {
     KRE_PointRecord record;

@@ -69,6 +69,31 @@ TEST_F(TextureStage, StagesOutsideTheEightAreErrors)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
+TEST_F(TextureStage, StatesOutsideTheTablesAreSentAndNotKept)
+{
+    // The number behind the last of a row's 14 or 33 states would be the next row's first one.
+    constexpr int32_t kKept = 5;
+    for (auto& row : gfx.cache.samplerState)
+        std::fill(std::begin(row), std::end(row), kKept);
+    for (auto& row : gfx.cache.stageState)
+        std::fill(std::begin(row), std::end(row), kKept);
+    std::fill(std::begin(gfx.cache.lightEnable), std::end(gfx.cache.lightEnable), kKept);
+    for (const DWORD stage : {0u, 7u, 8u}) {
+        gfx.SetSamplerState(stage, static_cast<D3DSAMPLERSTATETYPE>(14), 1);
+        gfx.SetTextureStageState(stage, static_cast<D3DTEXTURESTAGESTATETYPE>(33), 1);
+    }
+    EXPECT_EQ(Calls().size(), 6u);
+    for (const auto& row : gfx.cache.samplerState)
+        EXPECT_THAT(row, testing::Each(kKept));
+    for (const auto& row : gfx.cache.stageState)
+        EXPECT_THAT(row, testing::Each(kKept));
+    EXPECT_THAT(gfx.cache.lightEnable, testing::Each(kKept));
+    gfx.SetSamplerState(7, D3DSAMP_DMAPOFFSET, 1);   // 13, the last one
+    gfx.SetTextureStageState(7, D3DTSS_CONSTANT, 1); // 32
+    EXPECT_EQ(gfx.cache.samplerState[7][13], 1);
+    EXPECT_EQ(gfx.cache.stageState[7][32], 1);
+}
+
 TEST_F(TextureStage, ConstantIsAlwaysSent)
 {
     gfx.SetConstant(1, 0xFF010203);

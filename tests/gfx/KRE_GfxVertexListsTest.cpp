@@ -69,6 +69,19 @@ TEST_F(VertexLists, SoftwareProcessingIsPartOfTheUsage)
     EXPECT_EQ(list.info.processing, 0);
 }
 
+TEST_F(VertexLists, ListThatIsMadeAnewLosesItsVerticesAndTheirLock)
+{
+    gfx.CreateVertexList(&list, 3, -1, 1);
+    list.Lock(0, 3, 0);
+    gfx.CreateVertexList(&list, 2, -1, 1);
+    EXPECT_FALSE(list.IsLocked());
+    EXPECT_EQ(list.lockedVertices, nullptr);
+    EXPECT_EQ(list.vertexCount, 2);
+    FailNext("CreateVertexBuffer");
+    EXPECT_NE(RaisedBy([&] { gfx.CreateVertexList(&list, 2, -1, 1); }), "no error");
+    EXPECT_FALSE(list.buffer) << "the old one went first";
+}
+
 TEST_F(VertexLists, BadRequestsAreErrors)
 {
     EXPECT_EQ(RaisedBy([&] { gfx.CreateVertexList(nullptr, 1, -1, 1); }),

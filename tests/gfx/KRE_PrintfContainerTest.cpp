@@ -52,6 +52,34 @@ TEST_F(PrintfContainer, FreedOneIsMadeAnewWithTheDevice)
     EXPECT_TRUE(gfx.printf.quadList.buffer);
 }
 
+TEST_F(PrintfContainer, NewOrFreedOneHasNothingToDraw)
+{
+    KRE_PrintfContainer fresh;
+    fresh.Flush();
+    gfx.printf.SetFont(&font);
+    gfx.printf.AddCharacter('A', 1.0f);
+    gfx.printf.quadList.Unlock(); // its vertices are not drawn any more
+    gfx.printf.Free();
+    Calls();
+    gfx.printf.Flush();
+    EXPECT_THAT(Calls(), testing::IsEmpty());
+}
+
+TEST_F(PrintfContainer, TextIsOpaqueWhiteOnTheLeftUnlessItsOptionsSayOtherwise)
+{
+    const KRE_PrintfOptions fresh;
+    EXPECT_EQ(fresh.font, nullptr);
+    EXPECT_EQ(fresh.color, 0xFFFFFFFFu);
+    EXPECT_EQ(fresh.alpha, 1.0f);
+    EXPECT_EQ(fresh.scaleX, 1.0f);
+    EXPECT_EQ(fresh.scaleY, 1.0f);
+    EXPECT_EQ(fresh.alignment, 1);
+    EXPECT_EQ(fresh.tab, 0.0f);
+    EXPECT_EQ(fresh.background, 0u);
+    EXPECT_EQ(fresh.shadow, 0);
+    EXPECT_EQ(fresh.shadowColor, 0xFF000000u) << "black";
+}
+
 namespace {
 
 class Images : public TextureEngine {
@@ -107,6 +135,13 @@ TEST_F(Images, CatalogueComesBeforeFiles)
     EXPECT_EQ(image, gfx->catalogue.GetTexture("icon"));
 }
 
+TEST_F(Images, NameOfTheCatalogueMayHoldBlanks)
+{
+    directory.Write("other.bmp", PlainBmp(4, 4, 0x222222));
+    gfx->catalogue.AddTexture("my icon", "other.bmp", 0, true);
+    EXPECT_EQ(Lay("|i'my icon'").entities.Get(0)->image, gfx->catalogue.GetTexture("my icon"));
+}
+
 TEST_F(Images, NameThatNoCatalogueCanHoldIsLookedUpAsAFile)
 {
     EXPECT_STREQ(Lay("|i'\xE9'").entities.Get(0)->text.c_str(), "<not found:'\xE9'>");
@@ -141,4 +176,29 @@ TEST_F(Images, TallImageStandsOnTheBaseline)
     EXPECT_FLOAT_EQ(vertex->x, 17.75f);
     EXPECT_FLOAT_EQ(vertex->y, 24.75f);
     gfx->printf.quadList.Unlock();
+}
+
+TEST_F(Images, ImageIsDrawnAtItsOwnSizeTimesTheScale)
+{
+    // 4 x 16 pixels: half of it from the top, so that its foot stands on the baseline, 8 below the
+    // line's top; all but 0.02 of it. At scale 2 it is 32 high.
+    directory.Write("tall.bmp", PlainBmp(4, 16, 0x336699));
+    static const struct {
+        const char* text;
+        float right, bottom;
+    } cases[] = {
+        {"|s05|i'tall.bmp'", 9.75f + 2.0f - 0.02f, 19.75f + 8.0f - 0.02f},
+        {"|s20|i'tall.bmp'", 9.75f + 8.0f - 0.02f, 19.75f + 32.0f - 0.02f},
+    };
+    gfx->drawDisabled = 1;
+    for (const auto& c : cases) {
+        Lay(c.text);
+        gfx->printf.Draw(10.0f, 20.0f);
+        const KRE_TLVertex* vertex = gfx->printf.quadList.LockVertices(0, 6, D3DLOCK_READONLY);
+        EXPECT_FLOAT_EQ(vertex[0].x, 9.75f) << c.text;
+        EXPECT_FLOAT_EQ(vertex[0].y, 19.75f) << c.text;
+        EXPECT_FLOAT_EQ(vertex[5].x, c.right) << c.text;
+        EXPECT_FLOAT_EQ(vertex[5].y, c.bottom) << c.text;
+        gfx->printf.quadList.Unlock();
+    }
 }

@@ -193,6 +193,23 @@ TEST(KRE_Surface, CompressedPixelsLieInBlocksOfFourByFour)
     EXPECT_EQ(color, 9u);
 }
 
+TEST(KRE_Surface, RowsOfEachBlockAreCountedFromItsOwnTop)
+{
+    // 4 by 8 pixels: two DXT1 blocks of red and green, whose rows have the codes 0, 1, 0, 1, so red
+    // and green by turns, and red, red, green, red.
+    SurfaceOverBytes s(D3DFMT_DXT1, 4, 8, 8,
+                       {0x00, 0xF8, 0xE0, 0x07, 0x00, 0x55, 0x00, 0x55, //
+                        0x00, 0xF8, 0xE0, 0x07, 0x00, 0x00, 0x55, 0x00});
+    s.surface.Lock(nullptr, 0);
+    constexpr D3DCOLOR kRed = 0xFFF80000, kGreen = 0xFF00FC00;
+    const D3DCOLOR expected[8] = {kRed, kGreen, kRed, kGreen, kRed, kRed, kGreen, kRed};
+    for (int32_t y = 0; y < 8; ++y) {
+        D3DCOLOR color = 1;
+        EXPECT_TRUE(s.surface.GetCompressedPix(2, y, &color)) << y;
+        EXPECT_EQ(color, expected[y]) << y;
+    }
+}
+
 TEST(KRE_Surface, ADxt1BlockWithTheFirstColourBelowTheSecondDecodesAsFourColours)
 {
     // c0 = 0x07E0 (green) below c1 = 0xF800 (red), all codes 3: a third of c0, two thirds of c1.
@@ -403,5 +420,14 @@ TEST(HasAlpha, OnlySomeFormatsAreLookedAt)
     for (const auto& c : cases) {
         SurfaceOverBytes s(c.format, 4, 4, 16, std::vector<uint8_t>(64, 0x88));
         EXPECT_EQ(s.surface.HasAlpha(), c.expected) << c.what;
+    }
+}
+
+TEST(HasAlpha, PictureWithoutAnyPixelsStaysUndecided)
+{
+    for (const auto& [width, height] : {std::pair{0u, 4u}, {4u, 0u}, {0u, 0u}}) {
+        SurfaceOverBytes s(D3DFMT_A8R8G8B8, width, height, 16, std::vector<uint8_t>(64, 0x88));
+        EXPECT_FALSE(s.surface.HasAlpha()) << width << " x " << height;
+        EXPECT_EQ(s.surface.alphaState, -1) << width << " x " << height;
     }
 }

@@ -62,6 +62,50 @@ TEST(KRE_Texture, StartsWithItsDefaults)
     EXPECT_FALSE(texture.IsValid());
 }
 
+/// What tells of the picture of a texture that has none.
+static void ExpectNoPicture(const KRE_Texture& texture, const char* when)
+{
+    EXPECT_FALSE(texture.IsValid()) << when;
+    EXPECT_EQ(texture.width, 0) << when;
+    EXPECT_EQ(texture.height, 0) << when;
+    EXPECT_EQ(texture.levelCount, 0) << when;
+    EXPECT_EQ(texture.hasAlpha, 0) << when;
+    EXPECT_EQ(texture.sequenceCount, 0) << when;
+}
+
+TEST(KRE_Texture, HasNoSizeBeforeItHasAPictureAndNoneAfterItIsFreed)
+{
+    ExpectNoPicture(KRE_Texture(), "new");
+    TextureOverStub t(D3DFMT_A8R8G8B8, 8, 4);
+    t.texture.Refresh();
+    EXPECT_EQ(t.texture.width, 8);
+    EXPECT_EQ(t.texture.height, 4);
+    EXPECT_EQ(t.texture.levelCount, 1);
+    EXPECT_EQ(t.texture.hasAlpha, 1);
+    t.texture.Free();
+    ExpectNoPicture(t.texture, "freed");
+}
+
+TEST(KRE_Texture, StartsAtTheBeginningOfASequenceInSlotZero)
+{
+    const KRE_Texture texture;
+    EXPECT_EQ(texture.sequenceStart, 0.0f);
+    EXPECT_EQ(texture.sequenceMode, kSequenceLoop);
+    EXPECT_EQ(texture.currentTime, 0.0f);
+    EXPECT_EQ(texture.sourceWidth, 0.0f);
+    EXPECT_EQ(texture.sourceHeight, 0.0f);
+    EXPECT_EQ(texture.mipShift, 0);
+    EXPECT_EQ(texture.currentSlot, 0);
+    EXPECT_EQ(texture.clampFlag, 0);
+    EXPECT_EQ(texture.textureIsDynamic, 0);
+    for (const KRE_Texture::SlotFileInfo& info : texture.slotFileInfo) {
+        EXPECT_EQ(info.sizeBytes, 0);
+        EXPECT_EQ(info.isVideo, 0);
+    }
+    for (const int32_t pool : texture.slotDefaultPool)
+        EXPECT_EQ(pool, 0);
+}
+
 TEST(KRE_Texture, SetStageKeepsTypeAndParameter)
 {
     KRE_Texture texture;
@@ -79,6 +123,7 @@ TEST(KRE_Texture, SelectStageTakesTheSlotsPicture)
     EXPECT_FALSE(t.texture.IsValid());
     t.texture.SelectStage(0);
     EXPECT_TRUE(t.texture.IsValid());
+    t.texture.Refresh();
     EXPECT_EQ(t.texture.width, 8);
     EXPECT_EQ(t.texture.height, 4);
     EXPECT_EQ(ErrorText([&] { t.texture.SelectStage(4); }), "Invalid texture stage selected: 4");

@@ -34,6 +34,19 @@ TEST(VertexListCounts, PrimitivesFollowTypeAndVertices)
     }
 }
 
+TEST(VertexListCounts, NewListHasNoVerticesAndNoneAreLocked)
+{
+    PlainList list;
+    EXPECT_EQ(list.vertexCount, 0);
+    EXPECT_EQ(list.primitiveCount, 0);
+    EXPECT_EQ(list.primitiveType, D3DPT_TRIANGLELIST);
+    EXPECT_EQ(list.isPointSprite, 0);
+    EXPECT_FALSE(list.IsLocked());
+    EXPECT_EQ(list.lockedVertices, nullptr);
+    EXPECT_EQ(list.lockedCount, 0);
+    EXPECT_EQ(list.GetPosition(0), nullptr);
+}
+
 TEST(VertexListCounts, OtherTypesAreErrors)
 {
     const ScratchDirectory scratch;
