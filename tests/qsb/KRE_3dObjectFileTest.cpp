@@ -142,6 +142,39 @@ TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
     EXPECT_EQ(loaded.frozen, 0);
 }
 
+TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
+{
+    // The stored pose has no turn: the object looks along -z of its own, which is that of the world.
+    QsbFile file;
+    file.scene.cameras.resize(1);
+    const QsbImage image = MakeQsb(file);
+    directory.Write("object", image.bytes.substr(image.at.at("camera0.read id")));
+    File bytes;
+    bytes.Open("object", true, false, true);
+    gQsbReadContext = QSB_ReadContext();
+    KRE_Target3dObject loaded;
+    loaded.target = &scene;
+    loaded.targetName = "Buoy";
+    loaded.Load(bytes);
+    EXPECT_EQ(loaded.target, nullptr);
+    EXPECT_TRUE(loaded.targetName.IsEmpty());
+    EXPECT_EQ(loaded.direction, D3DXVECTOR3(0, 0, -1));
+    EXPECT_EQ(loaded.up, D3DXVECTOR3(0, 1, 0));
+}
+
+TEST_F(ObjectFileTest, KeysMayFillTheFileToItsEnd)
+{
+    // A key of a position takes 43 bytes: time, kind, nine floats and a byte that tells of another
+    // one. Of so many keys one byte more for each would be more than the file has.
+    QsbObject object;
+    for (int i = 0; i < 5000; ++i)
+        object.posKeys.push_back(QsbVectorKey(static_cast<float>(i), {1, 2, 3}));
+    const QsbImage image = MakeQsb(FileWith(object));
+    const size_t behindCount = image.at.at("object0.position count") + 4;
+    ASSERT_LT(image.bytes.size() - behindCount, size_t{5000} * 44);
+    EXPECT_EQ(LoadObject(object).posKeyCount, 5000);
+}
+
 TEST_F(ObjectFileTest, AWrongReadIdIsAnError)
 {
     QsbObject object;
