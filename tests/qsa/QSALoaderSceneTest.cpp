@@ -74,6 +74,14 @@ TEST_F(QSALoaderSceneTest, SceneWithoutSpeedStandsStillWithOneWarning)
     EXPECT_EQ(Warnings("Scene without speed: 30 frames a second, 0 ticks a frame"), 1);
 }
 
+TEST_F(QSALoaderSceneTest, SceneIsLeftAtItsFirstFrameAndWithoutSpeedAtItsStart)
+{
+    Load(Scene("*SCENE_FIRSTFRAME 60") + Helper("*NODE_NAME \"h\""));
+    EXPECT_EQ(Object(0).lastTime, 2.0) << "60 frames at 30 a second";
+    Load(Scene("*SCENE_FIRSTFRAME 60 *SCENE_FRAMESPEED 0") + Helper("*NODE_NAME \"h\""));
+    EXPECT_EQ(Object(0).lastTime, 0.0);
+}
+
 TEST_F(QSALoaderSceneTest, LengthOfTheWholeRangeOfFramesDoesNotOverflow)
 {
     Load(Scene("*SCENE_FIRSTFRAME -2147483648 *SCENE_LASTFRAME 2147483647"));

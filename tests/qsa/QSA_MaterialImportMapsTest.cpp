@@ -1,3 +1,5 @@
+#include "qsa/QSA_MaterialImport.h"
+
 #include <sstream>
 
 #include "tests/qsa/QSATesting.h"
@@ -57,6 +59,29 @@ TEST_F(QSA_MaterialImportMapsTest, CoordinatesBecomeTheConstantsOfTheMap)
     EXPECT_EQ(Constants("*UVW_U_OFFSET 0.25 *UVW_V_OFFSET -0.5 *UVW_U_TILING 2 *UVW_V_TILING 3 "
                         "*UVW_W_ANGLE 0.125 *UVW_U_ANGLE 7 *UVW_V_ANGLE 8"),
               "0.25 -0.5 2 3 0.125");
+}
+
+TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsTurnsAndScalesAboutTheMiddleOfThePicture)
+{
+    // (u, v, 1) is shifted by (-0.5 - 0.25, -0.5 + -0.5) = (-0.75, -1), turned by a right angle
+    // against the angle's sense, so that (x, y) becomes (y, -x), scaled by (2, 3), and shifted
+    // back by (0.5, 0.5). The rows are what becomes of (1, 0), of (0, 1), and of the shift:
+    // (0, -1) and (1, 0) scaled; (-1, 0.75) scaled is (-2, 2.25).
+    const QSA_TimeScale time;
+    const QSA_LoadOptions options;
+    QSA_MaterialImport materials(
+        Opened("*MATERIAL 0 { " +
+               Map("DIFFUSE", "*UVW_U_OFFSET 0.25 *UVW_V_OFFSET -0.5 *UVW_U_TILING 2 "
+                              "*UVW_V_TILING 3 *UVW_W_ANGLE 1.5707963") +
+               "} }"),
+        time, options);
+    ASSERT_EQ(materials.ParseList(), 0);
+    const D3DXMATRIX matrix = materials.Find(0, "m")->maps[kMapDiffuse]->matrix;
+    const float expected[4][4] = {{0, -3, 0, 0}, {2, 0, 0, 0}, {-1.5f, 2.75f, 1, 0}, {0, 0, 0, 1}};
+    for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 4; ++column)
+            EXPECT_NEAR(matrix.m[row][column], expected[row][column], 1e-6f)
+                << "row " << row << " column " << column;
 }
 
 TEST_F(QSA_MaterialImportMapsTest, MirroredTilingOfOneGivesTilingTwoAndOffsetMinusAQuarter)

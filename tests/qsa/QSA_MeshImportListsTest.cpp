@@ -217,6 +217,43 @@ TEST_F(QSA_MeshImportListsTest, SmoothingAndMaterialBelongToTheLastFace)
     EXPECT_EQ(Mesh(0).faceCount, 1);
 }
 
+TEST_F(QSA_MeshImportListsTest, SecondListOfSmoothingGroupsTakesThePlaceOfTheFirst)
+{
+    // Faces share their corners where their groups meet.
+    const struct {
+        const char* what;
+        const char* first;
+        const char* second; ///< of the face that comes next
+        int32_t vertices;
+    } cases[] = {
+        {"the last list counts", "1\n*MESH_SMOOTHING 2", "2", 3},
+        {"the first one does not", "1\n*MESH_SMOOTHING 2", "1", 6},
+        {"an empty one takes all away", "1\n*MESH_SMOOTHING", "1", 6},
+    };
+    for (const auto& c : cases) {
+        MeshText mesh = Triangle();
+        mesh.faces[0].smoothing = c.first;
+        mesh.faces.push_back({0, 1, 2, c.second});
+        Load(mesh.Text());
+        EXPECT_EQ(Mesh(0).vertexCount, c.vertices) << c.what;
+    }
+}
+
+TEST_F(QSA_MeshImportListsTest, AsManyFacesAsTheFileHasBytesMayBeAnnouncedInAll)
+{
+    // 20 times 1000 in a file of 20,000 bytes: each time 18,000 bytes for them are still to come.
+    const auto fileThatAnnounces = [](int32_t last) {
+        std::string text = "*GEOMOBJECT { *NODE_NAME \"m\" *MESH { ";
+        for (int i = 0; i < 19; ++i)
+            text += "*MESH_NUMFACES 1000 ";
+        text += "*MESH_NUMFACES " + std::to_string(last) + " *MESH_NUMFACES 0";
+        text.resize(19998, ' ');
+        return text + "}}";
+    };
+    EXPECT_EQ(LoadError(fileThatAnnounces(1000)), "no error");
+    EXPECT_EQ(LoadError(fileThatAnnounces(1001)), "scene.qsa: Mesh 'm' can not have 1001 faces");
+}
+
 TEST_F(QSA_MeshImportListsTest, SecondMeshBlockTakesThePlaceOfTheFirst)
 {
     std::string text =

@@ -256,6 +256,14 @@ TEST_F(QSA_MeshImportTest, WireColourIsTheMaterialOfAMeshWithoutOne)
     EXPECT_EQ(Mesh(0).materialCount, 1);
 }
 
+TEST_F(QSA_MeshImportTest, WireColourIsWhiteUnlessTheTextNamesOne)
+{
+    Load(Triangle().Text());
+    ExpectColour(Mesh(0).materials[0].diffuse, 1, 1, 1, 1);
+    ExpectColour(QSA_MeshLoadInfo().wireColour, 1, 1, 1, 1, "kept for the link");
+    ExpectColour(QSA_NodeGeometry().wireColour, 1, 1, 1, 1, "of the node in hand");
+}
+
 TEST_F(QSA_MeshImportTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
 {
     MeshText mesh = WithMaterial(Triangle());

@@ -54,6 +54,25 @@ TEST_F(QSA_MeshImportWeightsTest, WeightsOfAVertexAreNormalised)
     EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1);
 }
 
+TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedWhateverTheNumbersOfTheirBones)
+{
+    // The bones 1, 2, 128 and 63 in this order: their numbers, as the bytes of a float, are 1.0.
+    const auto name = [](int bone) { return "b" + std::to_string(bone); };
+    std::string weights = Init();
+    std::string objects;
+    for (int bone = 1; bone <= 128; ++bone) {
+        const bool hasWeight = bone == 1 || bone == 2 || bone == 128;
+        weights += Bone(name(bone), hasWeight ? Weight(0, "0.5") : "");
+        objects += "*BONEOBJECT { *NODE_NAME \"" + name(bone) + "\" }\n";
+    }
+    weights += Bone(name(63), Weight(0, "0.5"));
+    Load(Skinned(weights) + objects);
+    const MeshContents contents = ReadMesh(Mesh(0));
+    EXPECT_EQ(contents.Corner(0, 0).bones, (Bones{1, 2, 128, 63}));
+    EXPECT_THAT(contents.Corner(0, 0).weights,
+                ElementsAre(FloatEq(0.25f), FloatEq(0.25f), FloatEq(0.25f)));
+}
+
 TEST_F(QSA_MeshImportWeightsTest, FirstBoneStandsForTheMeshItself)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "1") + Weight(0, "1"))));

@@ -186,6 +186,13 @@ TEST_F(QSA_NodeImportTest, LightTakesItsSettings)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
+TEST_F(QSA_NodeImportTest, DistanceOfALightsTargetIsReadLikeAnyNumber)
+{
+    EXPECT_EQ(LoadError(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_TDIST " +
+                              std::string(128, '1') + " }")),
+              "scene.qsa: String too long (>127)");
+}
+
 TEST_F(QSA_NodeImportTest, RangeOfEveryLightIsUnlimited)
 {
     for (const char* inside :

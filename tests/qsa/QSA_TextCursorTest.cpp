@@ -117,6 +117,32 @@ TEST(QSA_TextCursor, OrdinaryNumbersAreTakenQuickly)
     }
 }
 
+TEST(QSA_TextCursor, OrdinaryIntegersAreTakenQuickly)
+{
+    const struct {
+        const char* text;
+        int32_t expected;
+    } cases[] = {
+        {"7 ", 7}, {" 12,", 12}, {"  \t\n-3}", -3}, {"\r\n5{", 5}, {" 123456789 ", 123456789},
+        {"-0:", 0}};
+    for (const auto& c : cases) {
+        const PaddedText text(c.text);
+        QSA_TextCursor cursor = text.Cursor();
+        int32_t value = 77;
+        ASSERT_TRUE(cursor.TakeInt(&value)) << c.text;
+        EXPECT_EQ(value, c.expected) << c.text;
+    }
+}
+
+TEST(QSA_TextCursor, KeywordsAreTakenBehindAnyWhiteSpace)
+{
+    for (const char* space : {"", " ", "  ", "\t", "\r\n", "\x01"}) {
+        const PaddedText text(std::string(space) + "*MESH_FACE 1");
+        QSA_TextCursor cursor = text.Cursor();
+        EXPECT_TRUE(cursor.TakeKeyword("*MESH_FACE")) << '"' << space << '"';
+    }
+}
+
 TEST(QSA_TextCursor, NumbersThatNeedCareAreLeftToTheReader)
 {
     for (const char* text : {"",
