@@ -128,6 +128,17 @@ TEST(CmdGetInt, QuirkTokenLengthIsTakenModulo256)
     EXPECT_EQ(value, 0);
 }
 
+TEST(CmdGetInt, QuirkNameLengthIsTakenModulo256)
+{
+    // A name of 256 characters has a length of 0, its token of 256 + 3 one of 3: behind the
+    // separator two characters are left.
+    const std::string name = "/" + std::string(255, 'r');
+    const std::string line = name + ":42";
+    int value = 77;
+    EXPECT_EQ(CmdGetInt(line.c_str(), name.c_str(), &value), 1);
+    EXPECT_EQ(value, 42);
+}
+
 TEST(CmdGetFloat, ReadsTheCNotation)
 {
     static const struct {
