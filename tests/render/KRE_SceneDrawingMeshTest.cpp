@@ -304,6 +304,17 @@ TEST_F(MeshDraw, MeshWithoutMaterialsTakesTheOverrideOrTheDefault)
     EXPECT_THAT(Drawn(), ElementsAre("bare 0"));
 }
 
+TEST_F(MeshDraw, MeshWithoutMaterialsShowsNoPictureOfTheOneBefore)
+{
+    KRE_Mesh& box = AddMesh("box");
+    PutPicture(box, 0);
+    KRE_Mesh& bare = AddMesh("bare", 0);
+    gGfx->DrawMesh(&box, nullptr, nullptr, 0, 0);
+    ASSERT_EQ(gGfx->currentTexture, &box.textures[0]);
+    gGfx->DrawMesh(&bare, nullptr, nullptr, 0, 0);
+    EXPECT_EQ(gGfx->currentTexture, nullptr);
+}
+
 TEST_F(MeshDraw, SingleStageBindsThePictureAlone)
 {
     KRE_Mesh& mesh = AddMesh("box");
