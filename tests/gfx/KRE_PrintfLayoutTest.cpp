@@ -100,6 +100,18 @@ TEST_F(Layout, JustifiedLineWidensItsBlanks)
     EXPECT_EQ(Line(0).width, 18.0f) << "no blank to widen";
 }
 
+TEST_F(Layout, PiecesOfAJustifiedLineGrowByTheirBlanks)
+{
+    // 9 characters are 54 pixels, 12 are 72: 18 for three blanks, 6 for each.
+    Lay("|JA B C|CFF0000DE|CFFFFFF F|NDDDDDDDDDDDD");
+    EXPECT_EQ(Line(0).width, 72.0f);
+    EXPECT_EQ(Piece(0, 0).width, 42.0f); // 30 and two blanks' 12
+    EXPECT_EQ(Piece(0, 1).x, 42.0f);
+    EXPECT_EQ(Piece(0, 1).width, 12.0f) << "without a blank";
+    EXPECT_EQ(Piece(0, 2).x, 54.0f);
+    EXPECT_EQ(Piece(0, 2).width, 18.0f); // 12 and one blank's 6
+}
+
 TEST_F(Layout, TabsGoToTheNextStop)
 {
     options.tab = 20.0f;
