@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cfenv>
 #include <cfloat>
 #include <limits>
 
@@ -235,9 +234,6 @@ TEST(Simd, BothFormsCalculateWithHalvesAndBytesAlike)
 
 TEST(Simd, BothFormsCalculateWithDoublesAlike)
 {
-    // On Windows a device that another test made leaves the x87 unit at single precision, in which the
-    // C library there takes the root.
-    std::fesetenv(FE_DFL_ENV);
     HoldDoubleNumbers("sum", [](auto a, auto b) { return a + b; });
     HoldDoubleNumbers("difference", [](auto a, auto b) { return a - b; });
     HoldDoubleNumbers("product", [](auto a, auto b) { return a * b; });
