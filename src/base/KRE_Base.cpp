@@ -13,13 +13,13 @@ uint32_t gKreWarningRepeat = 0;
 char gKreLastWarning[1024] = "";
 KRE_Error gKreErrorRecord;
 
-static constexpr size_t kTextSize = 1024; // prefix, label and message
+static constexpr size_t kKreTextSize = 1024; // prefix, label and message
 
-static constinit const WarningState kWarnings = {gKreWarningCount, gKreWarningRepeat,
-                                                 gKreLastWarning, sizeof gKreLastWarning,
-                                                 "KRE_Base: Maximum number of warnings reached!"};
+static constinit const WarningState kKreWarnings = {
+    gKreWarningCount, gKreWarningRepeat, gKreLastWarning, sizeof gKreLastWarning,
+    "KRE_Base: Maximum number of warnings reached!"};
 
-static void FillRecord(const char* label, const char* message)
+static void FillKreRecord(const char* label, const char* message)
 {
     CopyText(gKreErrorRecord.message, sizeof gKreErrorRecord.message, message);
     CopyText(gKreErrorRecord.source, sizeof gKreErrorRecord.source, label);
@@ -66,9 +66,9 @@ void KRE_Base::Error(const char* format, ...) const
     if (DescribeLoad(message, load, sizeof load))
         KRE_Base::Warning("%s", load);
 
-    FillRecord(className, message);
+    FillKreRecord(className, message);
     TellObserver(ReportKind::kError, className, message);
-    char text[kTextSize];
+    char text[kKreTextSize];
     FormatText(text, sizeof text, "Error:%s: %s", className, gKreErrorRecord.message);
     errorHappened = 1;
     LogWrite("%s", text);
@@ -85,9 +85,9 @@ void KRE_Base::Warning(const char* format, ...) const
     FormatTextV(message, sizeof message, format, arguments);
     va_end(arguments);
 
-    FillRecord(className, message);
+    FillKreRecord(className, message);
     TellObserver(ReportKind::kWarning, className, message);
-    char text[kTextSize];
+    char text[kKreTextSize];
     FormatText(text, sizeof text, "Warning:%s: %s", className, gKreErrorRecord.message);
-    FilterWarning(kWarnings, text);
+    FilterWarning(kKreWarnings, text);
 }

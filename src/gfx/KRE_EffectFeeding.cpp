@@ -25,14 +25,14 @@ D3DXVECTOR4 ToVector(const D3DVECTOR& vector, float w)
     return {vector.x, vector.y, vector.z, w};
 }
 
-float Channel(D3DCOLOR color, int shift)
+float ChannelAt(D3DCOLOR color, int shift)
 {
     return static_cast<float>(color >> shift & 0xFF) / 255.0f;
 }
 
 D3DXVECTOR4 ToVector(D3DCOLOR color)
 {
-    return {Channel(color, 16), Channel(color, 8), Channel(color, 0), 1.0f};
+    return {ChannelAt(color, 16), ChannelAt(color, 8), ChannelAt(color, 0), 1.0f};
 }
 
 /// Identity for a matrix without an inverse.

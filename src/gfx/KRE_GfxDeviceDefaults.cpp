@@ -10,7 +10,6 @@ constexpr float kDefaultFar = 10000.0f;
 constexpr float kDefaultFieldOfView = 0.7854f; // radians, an eighth of a turn
 constexpr float kAspectOfViewport = -1.0f;
 constexpr D3DCOLOR kWhite = 0xFFFFFFFF;
-constexpr D3DCOLOR kNoSpecular = 0xFF000000; // with full alpha, which is vertex fog's "no fog"
 
 constexpr KRE_VertexPosTex kScreenCorners[] = {
     {-1.0f, 1.0f, 0.0f, 0.0f, 0.0f},

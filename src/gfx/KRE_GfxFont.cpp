@@ -22,7 +22,7 @@ KRE_Font::GlyphRect CellOf(int32_t glyph)
     return {left, top, left + kFontGlyphSide, top + kFontGlyphSide};
 }
 
-float Channel(D3DCOLOR color, int32_t shift)
+float ChannelOf(D3DCOLOR color, int32_t shift)
 {
     return static_cast<float>(color >> shift & 0xFF);
 }
@@ -34,8 +34,8 @@ D3DCOLOR FadedColor(int32_t row, int32_t column, D3DCOLOR first, D3DCOLOR second
     const auto part = static_cast<float>(std::sqrt(static_cast<double>(distance)));
     D3DCOLOR color = kOpaque;
     for (int32_t shift : {16, 8, 0}) {
-        const float from = Channel(first, shift);
-        color |= static_cast<D3DCOLOR>((Channel(second, shift) - from) * part + from) << shift;
+        const float from = ChannelOf(first, shift);
+        color |= static_cast<D3DCOLOR>((ChannelOf(second, shift) - from) * part + from) << shift;
     }
     return color;
 }

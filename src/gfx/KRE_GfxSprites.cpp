@@ -8,7 +8,6 @@ namespace {
 
 constexpr float kCornerInset = 0.25f; // pixels, as with the texture rectangle
 constexpr float kSideInset = 0.02f;
-constexpr D3DCOLOR kNoSpecular = 0xFF000000;
 constexpr UINT kQuadPrimitives = 2;
 constexpr int32_t kUnsetAddress = 0; // no D3DTEXTUREADDRESS, so the next mode is sent
 

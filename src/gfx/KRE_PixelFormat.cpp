@@ -1,21 +1,21 @@
 #include "gfx/KRE_PixelFormat.h"
 
-static DWORD Alpha(D3DCOLOR color)
+static DWORD AlphaOf(D3DCOLOR color)
 {
     return color >> 24;
 }
 
-static DWORD Red(D3DCOLOR color)
+static DWORD RedOf(D3DCOLOR color)
 {
     return color >> 16 & 0xFF;
 }
 
-static DWORD Green(D3DCOLOR color)
+static DWORD GreenOf(D3DCOLOR color)
 {
     return color >> 8 & 0xFF;
 }
 
-static DWORD Blue(D3DCOLOR color)
+static DWORD BlueOf(D3DCOLOR color)
 {
     return color & 0xFF;
 }
@@ -32,7 +32,7 @@ static DWORD AsIs(DWORD bits)
 
 static DWORD Encode565(D3DCOLOR color)
 {
-    return Red(color) >> 3 << 11 | Green(color) >> 2 << 5 | Blue(color) >> 3;
+    return RedOf(color) >> 3 << 11 | GreenOf(color) >> 2 << 5 | BlueOf(color) >> 3;
 }
 
 static D3DCOLOR Decode565(DWORD pixel)
@@ -44,8 +44,8 @@ static D3DCOLOR Decode565(DWORD pixel)
 /// transparent or opaque by chance of that bit; 0 and 255 come out right.
 static DWORD Encode1555(D3DCOLOR color)
 {
-    return (Alpha(color) & 1) << 15 | Red(color) >> 3 << 10 | Green(color) >> 3 << 5 |
-           Blue(color) >> 3;
+    return (AlphaOf(color) & 1) << 15 | RedOf(color) >> 3 << 10 | GreenOf(color) >> 3 << 5 |
+           BlueOf(color) >> 3;
 }
 
 static D3DCOLOR Decode1555(DWORD pixel)
@@ -55,8 +55,8 @@ static D3DCOLOR Decode1555(DWORD pixel)
 
 static DWORD Encode4444(D3DCOLOR color)
 {
-    return Alpha(color) >> 4 << 12 | Red(color) >> 4 << 8 | Green(color) >> 4 << 4 |
-           Blue(color) >> 4;
+    return AlphaOf(color) >> 4 << 12 | RedOf(color) >> 4 << 8 | GreenOf(color) >> 4 << 4 |
+           BlueOf(color) >> 4;
 }
 
 static D3DCOLOR Decode4444(DWORD pixel)
@@ -66,7 +66,7 @@ static D3DCOLOR Decode4444(DWORD pixel)
 
 static DWORD EncodeGrey(D3DCOLOR color)
 {
-    return (Red(color) + Green(color) + Blue(color)) / 3;
+    return (RedOf(color) + GreenOf(color) + BlueOf(color)) / 3;
 }
 
 static D3DCOLOR DecodeGrey(DWORD pixel)
@@ -77,7 +77,7 @@ static D3DCOLOR DecodeGrey(DWORD pixel)
 
 static DWORD EncodeAlphaGrey(D3DCOLOR color)
 {
-    return Alpha(color) << 8 | EncodeGrey(color);
+    return AlphaOf(color) << 8 | EncodeGrey(color);
 }
 
 static D3DCOLOR DecodeAlphaGrey(DWORD pixel)

@@ -13,7 +13,6 @@ constexpr float kSizeInset = 0.02f;
 constexpr float kPixelCentre = 0.25f;
 constexpr float kShadowDrop = 0.1f; // of the letter's height
 constexpr float kDepth = 1.0f;
-constexpr D3DCOLOR kNoSpecular = 0xFF000000;
 
 D3DCOLOR WithAlpha(D3DCOLOR color, float alpha)
 {

@@ -29,6 +29,9 @@ struct VertexInfo {
     int32_t textureOffset = kNoOffset; ///< of the first set
 };
 
+/// The specular colour of a vertex without one. Its alpha is full: it is the vertex's share of fog, where full is "no fog".
+constexpr D3DCOLOR kNoSpecular = 0xFF000000;
+
 /// On the screen, lit: position in pixels, reciprocal w.
 struct KRE_TLVertex {
     static constexpr DWORD kFvf = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_SPECULAR | D3DFVF_TEX1;

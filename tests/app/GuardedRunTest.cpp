@@ -19,9 +19,9 @@ public:
     Foundation() { SetClassName("Foundation"); }
 };
 
-class Engine : public KRE_Base {
+class GuardedEngine : public KRE_Base {
 public:
-    Engine() { SetClassName("Engine"); }
+    GuardedEngine() { SetClassName("GuardedEngine"); }
 };
 
 /// How often the cursor was shown, minus how often it was hidden, counted by the calls.
@@ -52,7 +52,7 @@ TEST(RunGuarded, EngineErrorEndsTheRunWithItsBox)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
-    EXPECT_EQ(RunGuarded([] { Engine().Error("number %i", 7); }), 0);
+    EXPECT_EQ(RunGuarded([] { GuardedEngine().Error("number %i", 7); }), 0);
     EXPECT_EQ(boxes.Take(), "KRE Error (DirectX9)\nEngine: number 7\n");
 }
 
@@ -75,7 +75,7 @@ TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
 {
     const ScratchDirectory scratch;
     void (*const ends[])() = {[] { Foundation().Error("number %i", 7); },
-                              [] { Engine().Error("number %i", 7); }};
+                              [] { GuardedEngine().Error("number %i", 7); }};
     for (const auto& end : ends) {
         const int before = CursorShowCount();
         const WatchedWindow window([before] {

@@ -5,20 +5,20 @@
 
 namespace {
 
-class Labelled : public ErrorClass {
+class LoadingReporter : public ErrorClass {
 public:
-    Labelled() { SetClassName("List"); }
+    LoadingReporter() { SetClassName("List"); }
 };
 
-class Engine : public KRE_Base {
+class LoadingEngine : public KRE_Base {
 public:
-    Engine() { SetClassName("Engine"); }
+    LoadingEngine() { SetClassName("LoadingEngine"); }
 };
 
 class LoadInHandTest : public LogFixture {
 protected:
-    Labelled list;
-    Engine engine;
+    LoadingReporter list;
+    LoadingEngine engine;
 };
 
 } // namespace
@@ -34,14 +34,14 @@ TEST_F(LoadInHandTest, AWarningNamesTheFileBeforeAnErrorThatDoesNot)
         EXPECT_STREQ(gErrorRecord.message, "too long: 7");
     }
     EXPECT_EQ(RaisedBy([&] { engine.Error("failed: %s", "x"); }), "failed: x");
-    EXPECT_STREQ(gKreErrorRecord.source, "Engine");
+    EXPECT_STREQ(gKreErrorRecord.source, "LoadingEngine");
     EXPECT_STREQ(gKreErrorRecord.message, "failed: x");
     EXPECT_EQ(
         LogText(),
         Entry("Warning:List: File 'boat.qsa', object 'Hull': cannot be loaded, the error follows") +
             Entry("Error:List: too long: 7") +
-            Entry("Warning:Engine: File 'boat.qsa': cannot be loaded, the error follows") +
-            Entry("Error:Engine: failed: x"));
+            Entry("Warning:LoadingEngine: File 'boat.qsa': cannot be loaded, the error follows") +
+            Entry("Error:LoadingEngine: failed: x"));
 }
 
 TEST_F(LoadInHandTest, AnErrorThatNamesTheFileHasNoWarningBeforeIt)
@@ -50,7 +50,7 @@ TEST_F(LoadInHandTest, AnErrorThatNamesTheFileHasNoWarningBeforeIt)
     RaisedBy([&] { list.Error("%s: cut off", "boat.qsa"); });
     RaisedBy([&] { engine.Error("File '%s': cut off", "boat.qsa"); });
     EXPECT_EQ(LogText(), Entry("Error:List: boat.qsa: cut off") +
-                             Entry("Error:Engine: File 'boat.qsa': cut off"));
+                             Entry("Error:LoadingEngine: File 'boat.qsa': cut off"));
 }
 
 TEST_F(LoadInHandTest, WhatIsInHandEndsWithItsScope)

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char kScene[] = "*3DSMAX_QSAEXPORT 200\n*SCENE {\n\t*SCENE_LASTFRAME 100\n}\n";
+const char kTimedScene[] = "*3DSMAX_QSAEXPORT 200\n*SCENE {\n\t*SCENE_LASTFRAME 100\n}\n";
 
 } // namespace
 
@@ -48,7 +48,7 @@ TEST(Program, WalksATreeInItsOrder)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"b.qsa", "a.qsa", "deck/c.qsa", "deck/below/d.qsa", "hold/e.qsa"})
-        scratch.Write(name, kScene);
+        scratch.Write(name, kTimedScene);
     const ProgramRun run = RunProgram({"*.qsa", "/s"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n"
@@ -59,7 +59,7 @@ TEST(Program, WalksATreeInItsOrder)
 TEST(Program, NameWithBlanksIsOneFile)
 {
     const ScratchDirectory scratch;
-    scratch.Write("my boat.qsa", kScene);
+    scratch.Write("my boat.qsa", kTimedScene);
     const ProgramRun run = RunProgram({"my boat.qsa"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "'my boat.qsa' converted\n");
@@ -68,15 +68,15 @@ TEST(Program, NameWithBlanksIsOneFile)
 TEST(Program, FurtherFileNamesAreIgnored)
 {
     const ScratchDirectory scratch;
-    scratch.Write("a.qsa", kScene);
-    scratch.Write("b.qsa", kScene);
+    scratch.Write("a.qsa", kTimedScene);
+    scratch.Write("b.qsa", kTimedScene);
     EXPECT_EQ(RunProgram({"a.qsa", "b.qsa"}).out, "'a.qsa' converted\n");
 }
 
 TEST(Program, NoKeepsAnExistingTargetAndPrintsConverted)
 {
     const ScratchDirectory scratch;
-    scratch.Write("a.qsa", kScene);
+    scratch.Write("a.qsa", kTimedScene);
     scratch.Write("a.qsb", "kept");
     const ProgramRun run = RunProgram({"a.qsa", "/no"});
     EXPECT_EQ(run.status, 1);
@@ -99,7 +99,7 @@ namespace {
 /// Converts a scene with a map `picture` and returns whether it was found: a missing one is logged.
 bool FindsPicture(const ScratchDirectory& scratch, const std::string& picture)
 {
-    scratch.Write("a.qsa", std::string(kScene) +
+    scratch.Write("a.qsa", std::string(kTimedScene) +
                                "*MATERIAL_LIST { *MATERIAL 0 { *MAP_DIFFUSE { *BITMAP \"" +
                                picture +
                                "\" } } }\n*GEOMOBJECT { *NODE_NAME \"box\" *MATERIAL_REF 0 *MESH { "
@@ -140,7 +140,7 @@ TEST(Program, DefaultPathsOfTheRegistryAreSearched)
 TEST(Program, NameOf300BytesIsAnEmptyRun)
 {
     const ScratchDirectory scratch;
-    scratch.Write("a.qsa", kScene);
+    scratch.Write("a.qsa", kTimedScene);
     const ProgramRun run = RunProgram({std::string(296, 'n') + ".qsa"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "");

@@ -21,7 +21,7 @@ protected:
     }
 };
 
-struct BlendCase {
+struct BlendModeCase {
     int32_t mode;
     int32_t blendValue;
     const char* alphaOp; // empty for what is not sent
@@ -34,7 +34,7 @@ struct BlendCase {
 };
 
 // The value given is 100 (0x64); 204 * 100 / 255 is 80 (0x50).
-const BlendCase kBlendCases[] = {
+const BlendModeCase kBlendCases[] = {
     {2, 255, "SELECTARG1", "TEXTURE", "", "", "ONE", "INVSRCCOLOR", 2},
     {3, 255, "MODULATE", "TEXTURE", "DIFFUSE", "", "SRCALPHA", "ONE", 3},
     {4, 255, "SELECTARG1", "TEXTURE", "", "", "INVDESTCOLOR", "INVSRCCOLOR", 4},
@@ -57,7 +57,7 @@ std::string Stage(int stage, const char* state, const char* prefix, const char* 
     return "SetTextureStageState " + std::to_string(stage) + " " + state + " " + prefix + value;
 }
 
-std::vector<std::string> Expected(const BlendCase& c)
+std::vector<std::string> Expected(const BlendModeCase& c)
 {
     std::vector<std::string> lines = {"SetRenderState D3DRS_ALPHABLENDENABLE 1"};
     if (*c.alphaOp)
@@ -82,7 +82,7 @@ std::vector<std::string> Expected(const BlendCase& c)
 
 TEST_F(BlendMode, EachModeSendsItsRow)
 {
-    for (const BlendCase& c : kBlendCases) {
+    for (const BlendModeCase& c : kBlendCases) {
         EXPECT_THAT(CallsFor(c.mode, 100), ElementsAreArray(Expected(c))) << c.mode;
         EXPECT_EQ(gfx.blendValue, c.blendValue) << c.mode;
         EXPECT_EQ(gfx.blendMode, c.storedMode) << c.mode;

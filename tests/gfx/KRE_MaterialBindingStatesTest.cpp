@@ -13,7 +13,7 @@ protected:
     KRE_MaterialInfo info;
 };
 
-struct BlendCase {
+struct MaterialBlendCase {
     const char* what;
     int32_t type;
     float transparency;
@@ -105,7 +105,7 @@ constexpr const char* kMode17With150 = R"(
 
 // The alpha of a transparent material is round((1 - transparency) * alpha): 0.75 * 200 is 150. Modes
 // 3, 5 and 9 have an alpha of 255 of their own.
-const BlendCase kImageBlends[] = {
+const MaterialBlendCase kImageBlends[] = {
     {"filter, opaque: as given", kTransparencyFilter, 0.0f, 9, 200.0f, 9, 255, kMode9With200},
     {"filter, opaque, value rounded", kTransparencyFilter, 0.0f, 7, 199.6f, 7, 200, kMode7With200},
     {"filter, opaque, not blended", kTransparencyFilter, 0.0f, 1, 200.0f, 1, 200, kNoBlend},
@@ -122,7 +122,7 @@ const BlendCase kImageBlends[] = {
     {"subtractive", kTransparencySubtractive, 0.25f, 1, 200.0f, 17, 150, kMode17With150},
 };
 
-const BlendCase kColorBlends[] = {
+const MaterialBlendCase kColorBlends[] = {
     {"filter", kTransparencyFilter, 0.25f, 1, 200.0f, 13, 150, kMode13With150},
     {"filter, opaque", kTransparencyFilter, 0.0f, 1, 200.0f, 13, 200, kMode13With200},
     {"additive", kTransparencyAdditive, 0.25f, 1, 200.0f, 12, 150, kMode12With150},
@@ -133,7 +133,7 @@ const BlendCase kColorBlends[] = {
 
 TEST_F(MaterialStates, PictureIsBlendedByTypeAndTransparency)
 {
-    for (const BlendCase& c : kImageBlends) {
+    for (const MaterialBlendCase& c : kImageBlends) {
         info.transparencyType = c.type;
         info.transparency = c.transparency;
         std::vector<std::string> expected = Lines(c.blend);
@@ -152,7 +152,7 @@ TEST_F(MaterialStates, PictureIsBlendedByTypeAndTransparency)
 
 TEST_F(MaterialStates, ColorIsBlendedAndNothingElseIsTouched)
 {
-    for (const BlendCase& c : kColorBlends) {
+    for (const MaterialBlendCase& c : kColorBlends) {
         info.transparencyType = c.type;
         info.transparency = c.transparency;
         gfx.ResetStateCache();

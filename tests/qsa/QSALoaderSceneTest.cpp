@@ -7,13 +7,6 @@ std::string Scene(const std::string& inside)
     return "*SCENE {\n" + inside + "\n}\n";
 }
 
-/// A bitmap of 1 by 1 pixels.
-std::string OnePixel()
-{
-    std::string bytes("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
-    return bytes + std::string(24, '\0') + std::string("\x10\x20\x30\0", 4);
-}
-
 using QSALoaderSceneTest = QSALoaderTest;
 
 } // namespace
@@ -97,7 +90,7 @@ TEST_F(QSALoaderSceneTest, FileThatEndsInTheSceneBlockKeepsWhatWasRead)
 
 TEST_F(QSALoaderSceneTest, EnvironmentIsLoadedAndItsNameKept)
 {
-    directory.Write("sky.bmp", OnePixel());
+    directory.Write("sky.bmp", OnePixelBitmap());
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"sky.bmp\" }"));
     EXPECT_TRUE(scene.backgroundTexture.IsValid());
     EXPECT_STREQ(scene.backgroundTexture.slotNames[0].c_str(), "sky.bmp");
@@ -106,7 +99,7 @@ TEST_F(QSALoaderSceneTest, EnvironmentIsLoadedAndItsNameKept)
 
 TEST_F(QSALoaderSceneTest, EnvironmentOfAnotherMachineIsTakenFromBesideTheScene)
 {
-    directory.Write("sky.bmp", OnePixel());
+    directory.Write("sky.bmp", OnePixelBitmap());
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"Q:\\art\\sky.bmp\" }"));
     EXPECT_TRUE(scene.backgroundTexture.IsValid());
     EXPECT_STREQ(scene.backgroundTexture.slotNames[0].c_str(), "Q:\\art\\sky.bmp");
@@ -123,7 +116,7 @@ TEST_F(QSALoaderSceneTest, MissingEnvironmentWarnsAndKeepsItsName)
 
 TEST_F(QSALoaderSceneTest, EachEnvironmentBlockLooksForItsLastName)
 {
-    directory.Write("sky.bmp", OnePixel());
+    directory.Write("sky.bmp", OnePixelBitmap());
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"sky.bmp\" } "
                "*SCENE_ENVMAP { *BITMAP \"first.bmp\" *BITMAP \"second.bmp\" } "
                "*SCENE_ENVMAP { *BITMAP unquoted } *SCENE_ENVMAP { } "

@@ -180,3 +180,9 @@ std::string Helper(const std::string& inside)
 {
     return "*HELPEROBJECT {\n" + inside + "\n}\n";
 }
+
+std::string OnePixelBitmap()
+{
+    std::string bytes("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
+    return bytes + std::string(24, '\0') + std::string("\x10\x20\x30\0", 4);
+}

@@ -95,6 +95,8 @@ private:
 /// The texts of material and node blocks that many tests need.
 std::string MaterialList(const std::vector<std::string>& materials);
 std::string Helper(const std::string& inside);
+/// The bytes of a bitmap file of 1 by 1 pixels.
+std::string OnePixelBitmap();
 
 inline void ExpectVec3(const D3DXVECTOR3& actual, float x, float y, float z,
                        const std::string& what = "", float tolerance = 1e-6f)

@@ -6,13 +6,6 @@
 
 namespace {
 
-/// A bitmap of 1 by 1 pixels.
-std::string OnePixel()
-{
-    std::string bytes("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
-    return bytes + std::string(24, '\0') + std::string("\x10\x20\x30\0", 4);
-}
-
 std::string Map(const char* kind, const std::string& inside)
 {
     return std::string("*MAP_") + kind + " { " + inside + " }\n";
@@ -23,7 +16,7 @@ protected:
     QSA_MaterialImportMapsTest()
     {
         for (const char* name : {"d.bmp", "r.bmp", "b.bmp"})
-            directory.Write(name, OnePixel());
+            directory.Write(name, OnePixelBitmap());
     }
     /// Loads a triangle with such a material.
     void LoadMaterial(const std::string& text, uint32_t flags = 0, const char* version = "211")

@@ -9,7 +9,6 @@ using testing::HasSubstr;
 
 namespace {
 
-constexpr uint32_t kBumpMaps = 2;
 constexpr uint32_t kVertexColors = 8;
 
 class MeshFileTest : public SceneFileTest {

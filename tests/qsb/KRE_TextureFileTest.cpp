@@ -8,7 +8,6 @@ using testing::Not;
 namespace {
 
 constexpr uint32_t kSingleMipLevel = 1;
-constexpr uint32_t kBumpMaps = 2;
 
 class TextureFileTest : public SceneFileTest {
 protected:

@@ -9,6 +9,8 @@
 #include "tests/support/QsbBytes.h"
 #include "tests/support/SceneEngine.h"
 
+inline constexpr uint32_t kBumpMaps = 2; ///< a flag of `Load`
+
 /// Loads and saves scenes in a directory of its own.
 class SceneFileTest : public SceneEngineTest {
 protected:

@@ -1,5 +1,6 @@
 #include "scene/KRE_3dScene.h"
 
+#include "tests/scene/SceneObjects.h"
 #include "tests/scene/SceneTesting.h"
 #include "tests/support/SceneEngine.h"
 #include "tests/support/TestMesh.h"
@@ -15,13 +16,6 @@ KRE_Mesh& AddMesh(KRE_3dScene& scene, const char* name, int32_t transparent = 0)
     mesh->name = name;
     mesh->hasTransparency = transparent;
     return *mesh;
-}
-
-KRE_3dObject& AddObject(KRE_3dScene& scene, const char* name)
-{
-    KRE_3dObject* object = scene.objects.GetSlot(scene.objects.Add());
-    object->name = name;
-    return *object;
 }
 
 std::vector<std::string> Order(KRE_3dScene& scene)

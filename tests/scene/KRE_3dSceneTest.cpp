@@ -1,13 +1,7 @@
 #include "scene/KRE_3dScene.h"
 
+#include "tests/scene/SceneObjects.h"
 #include "tests/scene/SceneTesting.h"
-
-static KRE_3dObject& AddObject(KRE_3dScene& scene, const char* name)
-{
-    KRE_3dObject* object = scene.objects.GetSlot(scene.objects.Add());
-    object->name = name;
-    return *object;
-}
 
 static KRE_Camera& AddCamera(KRE_3dScene& scene, const char* name)
 {

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr DWORD kPlain = D3DFVF_XYZ | D3DFVF_NORMAL;
-constexpr DWORD kBlended = D3DFVF_XYZB3 | D3DFVF_LASTBETA_UBYTE4 | D3DFVF_NORMAL;
+constexpr DWORD kThreeWeights = D3DFVF_XYZB3 | D3DFVF_LASTBETA_UBYTE4 | D3DFVF_NORMAL;
 constexpr DWORD kManaged = 544;          // D3DXMESH_VB_MANAGED, D3DXMESH_IB_MANAGED
 constexpr DWORD kSystemMemory = 272;     // D3DXMESH_VB_SYSTEMMEM, D3DXMESH_IB_SYSTEMMEM
 constexpr DWORD kSoftwareSystem = 98576; // and D3DXMESH_SOFTWAREPROCESSING
@@ -69,10 +69,10 @@ TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
         DWORD options;
     } cases[] = {
         {"rigid", kPlain, 0, 1, 1, kManaged},
-        {"as many bones as configured", kBlended, 18, 1, 1, kManaged},
-        {"one bone more", kBlended, 19, 1, 0, kSoftwareSystem},
-        {"no bones known", kBlended, -1, 1, 0, kSoftwareSystem},
-        {"switched off", kBlended, 1, 0, 0, kSoftwareSystem},
+        {"as many bones as configured", kThreeWeights, 18, 1, 1, kManaged},
+        {"one bone more", kThreeWeights, 19, 1, 0, kSoftwareSystem},
+        {"no bones known", kThreeWeights, -1, 1, 0, kSoftwareSystem},
+        {"switched off", kThreeWeights, 1, 0, 0, kSoftwareSystem},
     };
     for (const auto& c : cases) {
         gGfx->hardwareSkinning = c.hardwareSkinning;
@@ -201,7 +201,7 @@ TEST_F(CreateMesh, ASecondCreationLeavesTheOtherUsersTheirMesh)
 TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
 {
     KRE_Mesh mesh;
-    Create(mesh, kBlended);
+    Create(mesh, kThreeWeights);
     EXPECT_EQ(mesh.vertexBlendFlags, static_cast<DWORD>(D3DVBF_2WEIGHTS));
     Create(mesh, kPlain);
     EXPECT_EQ(mesh.vertexBlendFlags, static_cast<DWORD>(D3DVBF_DISABLE));

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr DWORD kBlended = D3DFVF_XYZB2 | D3DFVF_LASTBETA_UBYTE4 | D3DFVF_NORMAL;
+constexpr DWORD kTwoWeights = D3DFVF_XYZB2 | D3DFVF_LASTBETA_UBYTE4 | D3DFVF_NORMAL;
 
 ULONG References(IUnknown* object)
 {
@@ -24,7 +24,7 @@ protected:
     {
         mesh.name = "Source";
         AddBones(mesh, {"Arm"});
-        MakeStrip(mesh, 4, 2, kBlended);
+        MakeStrip(mesh, 4, 2, kTwoWeights);
         mesh.AllocateBoneObjects();
         mesh.boneObjects[1] = bone;
         mesh.materials[0].power = 7;
@@ -60,7 +60,7 @@ void ExpectGeometryOf(const KRE_Mesh& source, const KRE_Mesh& copy, const std::s
     EXPECT_EQ(copy.resourceId, source.resourceId) << what;
     EXPECT_EQ(copy.vertexCount, 6) << what;
     EXPECT_EQ(copy.faceCount, 4) << what;
-    EXPECT_EQ(copy.fvf, kBlended) << what;
+    EXPECT_EQ(copy.fvf, kTwoWeights) << what;
     EXPECT_EQ(copy.stride, source.stride) << what;
     EXPECT_EQ(copy.processing, source.processing) << what;
     EXPECT_EQ(copy.vertexBlendFlags, static_cast<DWORD>(D3DVBF_1WEIGHTS)) << what;

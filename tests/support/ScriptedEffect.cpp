@@ -10,7 +10,7 @@ namespace {
 EffectScript* gScript = nullptr;
 constexpr DWORD kVertexShader[] = {0xFFFE0101, 0x0000FFFF};
 
-std::string NameIn(const std::string& path)
+std::string LeafOf(const std::string& path)
 {
     return path.substr(path.find_last_of("/\\") + 1);
 }
@@ -269,7 +269,7 @@ HRESULT WINAPI CreateScriptedEffect(IDirect3DDevice9* device, LPCSTR file, const
     *errorsOut = gScript->errors ? new TextBuffer(gScript->errors) : nullptr;
     if (FAILED(gScript->result))
         return gScript->result;
-    const auto found = gScript->effects.find(NameIn(file));
+    const auto found = gScript->effects.find(LeafOf(file));
     if (found == gScript->effects.end())
         return D3DXERR_INVALIDDATA;
     *effectOut = found->second;

@@ -19,9 +19,9 @@ using namespace headless;
 
 namespace {
 
-class Engine : public KRE_Base {
+class DesktopEngine : public KRE_Base {
 public:
-    Engine() { SetClassName("Engine"); }
+    DesktopEngine() { SetClassName("DesktopEngine"); }
 };
 
 /// A file dialog as the program showed it.
@@ -105,6 +105,6 @@ TEST(RedrawCall, WindowIsDrawnAnewWithItsChildrenBeforeTheBox)
 {
     const ScratchDirectory scratch;
     const BoxWatch boxes;
-    RunGuarded([] { Engine().Error("number %i", 7); });
+    RunGuarded([] { DesktopEngine().Error("number %i", 7); });
     EXPECT_EQ(LastRedrawFlags(), 0x185u);
 }

@@ -6,13 +6,13 @@
 
 namespace {
 
-const char kScene[] = "*3DSMAX_QSAEXPORT 200\n";
+const char kEmptyScene[] = "*3DSMAX_QSAEXPORT 200\n";
 const char kOtherFormat[] = "# a cube\no Cube\nv 1.0 1.0 -1.0\nf 1 5 7 3\n";
 
 /// A scene with one helper, whose name the target holds.
 std::string SceneWith(const std::string& helper)
 {
-    return std::string(kScene) + "*HELPEROBJECT {\n*NODE_NAME \"" + helper + "\"\n}\n";
+    return std::string(kEmptyScene) + "*HELPEROBJECT {\n*NODE_NAME \"" + helper + "\"\n}\n";
 }
 
 class FramesVariable {
@@ -28,7 +28,7 @@ public:
 TEST(HostMessages, AnErrorNamesItsFileAsWalked)
 {
     const ScratchDirectory scratch;
-    scratch.Write("deck/a.qsa", kScene);
+    scratch.Write("deck/a.qsa", kEmptyScene);
     scratch.Write("deck/below/bad.qsa", "abc"); // a scene has at least four bytes
     const ProgramRun run = RunProgram({"deck\\*.qsa", "/s"});
     EXPECT_EQ(run.status, 0);
@@ -40,7 +40,7 @@ TEST(HostMessages, FileWithoutAKeywordIsNamedAndConverted)
 {
     const ScratchDirectory scratch;
     scratch.Write("deck/a.qsa", kOtherFormat);
-    scratch.Write("deck/b.qsa", kScene);
+    scratch.Write("deck/b.qsa", kEmptyScene);
     scratch.Write("deck/c.qsa", std::string("\x01\x00\x7F\xFE*nothing {*SCENE}", 21));
     const ProgramRun run = RunProgram({"deck/*.qsa"});
     EXPECT_EQ(run.status, 1);
@@ -81,7 +81,7 @@ TEST(HostMessages, FramesKeepTheDirectoriesBelowThePattern)
     const ScratchDirectory scratch;
     const FramesVariable frames("frames");
     for (const char* name : {"ship/deck/a.qsa", "ship/deck/below/a.qsa", "ship/hold/b.qsa"})
-        scratch.Write(name, kScene);
+        scratch.Write(name, kEmptyScene);
     RunProgram({"ship/deck/*.qsa", "/s"});
     EXPECT_TRUE(scratch.Has("frames/a.qsa.png"));
     EXPECT_TRUE(scratch.Has("frames/below/a.qsa.png"));

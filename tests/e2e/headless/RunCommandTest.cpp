@@ -10,7 +10,7 @@
 
 namespace {
 
-const char kScene[] = "*3DSMAX_QSAEXPORT 200\n";
+const char kBareScene[] = "*3DSMAX_QSAEXPORT 200\n";
 
 ProgramRun RunNames(std::vector<std::string> arguments)
 {
@@ -36,8 +36,8 @@ TEST(RunCommand, HelpAndVersionGoToStandardOutput)
 TEST(RunCommand, NothingToConvertIsSaidAndFails)
 {
     const ScratchDirectory scratch;
-    scratch.Write("deck/a.qsa", kScene);
-    scratch.Write(".hidden.qsa", kScene);
+    scratch.Write("deck/a.qsa", kBareScene);
+    scratch.Write(".hidden.qsa", kBareScene);
     static const struct {
         const char* name;
         const char* expected;
@@ -64,7 +64,7 @@ TEST(RunCommand, EachNameIsConvertedWithAllOptions)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"a.qsa", "my b.qsa", "it's c.qsa", "deck/d.qsa", "deck/e/f.qsa"})
-        scratch.Write(name, kScene);
+        scratch.Write(name, kBareScene);
     const std::string absolute = (scratch.Path() / "deck" / "*.qsa").string();
     const ProgramRun run =
         RunNames({"a.qsa", "/stop", "my b.qsa", "it's c.qsa", absolute, "/s", ""});
@@ -77,9 +77,9 @@ TEST(RunCommand, EachNameIsConvertedWithAllOptions)
 TEST(RunCommand, GoesOnAfterAFailureAndFails)
 {
     const ScratchDirectory scratch;
-    scratch.Write("a.qsa", kScene);
+    scratch.Write("a.qsa", kBareScene);
     scratch.Write("bad.qsa", "abc"); // a scene has at least four bytes
-    scratch.Write("c.qsa", kScene);
+    scratch.Write("c.qsa", kBareScene);
     const ProgramRun run = RunNames({"a.qsa", "bad.qsa", "nosuch.qsa", "c.qsa"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "'a.qsa' converted\n'c.qsa' converted\n");
@@ -115,7 +115,7 @@ TEST(RunCommand, NamesThatGiveOnePictureAreRefusedBeforeTheFirstStarts)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"a/boat.qsa", "b/boat.qsa", "b/cleat.qsa"})
-        scratch.Write(name, kScene);
+        scratch.Write(name, kBareScene);
     setenv("QSA2QSB_FRAMES", "frames", 1);
     const ProgramRun refused = RunNames({"b/cleat.qsa", "a/boat.qsa", "b/boat.qsa"});
     const ProgramRun taken = RunNames({"a/boat.qsa", "b/cleat.qsa"});

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr DWORD kFormat = D3DFVF_XYZ | D3DFVF_NORMAL; // 24 bytes
+constexpr DWORD kMeshFormat = D3DFVF_XYZ | D3DFVF_NORMAL; // 24 bytes
 constexpr DWORD kEmptyId = 99;
 
 /// Six faces over eight vertices; those of attribute 1 use vertices 0 to 3, those of 3 and 7 the
@@ -33,7 +33,7 @@ class Mesh : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(device); }
 
-    HRESULT Create(DWORD faces, DWORD vertices, DWORD options, DWORD fvf = kFormat)
+    HRESULT Create(DWORD faces, DWORD vertices, DWORD options, DWORD fvf = kMeshFormat)
     {
         ID3DXMesh* made = nullptr;
         const HRESULT result =
@@ -113,7 +113,7 @@ const Lines kSortedTable = {"1: 0+3, 0+4", "3: 3+2, 4+4", "7: 5+1, 4+4"};
 
 TEST_F(Mesh, TellsWhatItWasMadeWith)
 {
-    ASSERT_EQ(Create(2, 4, D3DXMESH_MANAGED, kFormat | D3DFVF_TEX1), D3D_OK);
+    ASSERT_EQ(Create(2, 4, D3DXMESH_MANAGED, kMeshFormat | D3DFVF_TEX1), D3D_OK);
     EXPECT_EQ(mesh->GetNumFaces(), 2u);
     EXPECT_EQ(mesh->GetNumVertices(), 4u);
     EXPECT_EQ(mesh->GetOptions(), 0x220u);
@@ -159,7 +159,7 @@ TEST_F(Mesh, BuffersFollowTheOptions)
         EXPECT_EQ(vertexDesc.Pool, c.pool) << c.what;
         EXPECT_EQ(vertexDesc.Usage, c.usage) << c.what;
         EXPECT_EQ(vertexDesc.Size, 96u) << c.what;
-        EXPECT_EQ(vertexDesc.FVF, kFormat) << c.what;
+        EXPECT_EQ(vertexDesc.FVF, kMeshFormat) << c.what;
         EXPECT_EQ(indexDesc.Pool, c.pool) << c.what;
         EXPECT_EQ(indexDesc.Usage, c.usage) << c.what;
         EXPECT_EQ(indexDesc.Format, c.format) << c.what;
@@ -190,21 +190,21 @@ TEST_F(Mesh, RefusesWhatItCannotBe)
         const char* what;
         DWORD faces, vertices, options, fvf;
     } cases[] = {
-        {"no faces", 0, 4, 0x110, kFormat},
-        {"no vertices", 2, 0, 0x110, kFormat},
-        {"shared vertices", 2, 4, 0x1110, kFormat},
-        {"hardware alone", 2, 4, 0x2110, kFormat},
-        {"unknown option", 2, 4, 0x20110, kFormat},
-        {"reserved bit of the format", 2, 4, 0x110, kFormat | D3DFVF_RESERVED0},
-        {"reserved bits of the format", 2, 4, 0x110, kFormat | 0x2000},
+        {"no faces", 0, 4, 0x110, kMeshFormat},
+        {"no vertices", 2, 0, 0x110, kMeshFormat},
+        {"shared vertices", 2, 4, 0x1110, kMeshFormat},
+        {"hardware alone", 2, 4, 0x2110, kMeshFormat},
+        {"unknown option", 2, 4, 0x20110, kMeshFormat},
+        {"reserved bit of the format", 2, 4, 0x110, kMeshFormat | D3DFVF_RESERVED0},
+        {"reserved bits of the format", 2, 4, 0x110, kMeshFormat | 0x2000},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Create(c.faces, c.vertices, c.options, c.fvf), D3DERR_INVALIDCALL) << c.what;
     EXPECT_TRUE(FAILED(Create(2, 4, 0x110, 0))) << "a format of no bytes";
-    EXPECT_EQ(D3DXCreateMeshFVF(2, 4, 0x110, kFormat, device.Device(), nullptr),
+    EXPECT_EQ(D3DXCreateMeshFVF(2, 4, 0x110, kMeshFormat, device.Device(), nullptr),
               D3DERR_INVALIDCALL);
     ID3DXMesh* made = nullptr;
-    EXPECT_EQ(D3DXCreateMeshFVF(2, 4, 0x110, kFormat, nullptr, &made), D3DERR_INVALIDCALL);
+    EXPECT_EQ(D3DXCreateMeshFVF(2, 4, 0x110, kMeshFormat, nullptr, &made), D3DERR_INVALIDCALL);
 }
 
 TEST_F(Mesh, TakesAsManyVerticesAsIndicesCanName)
@@ -365,7 +365,8 @@ TEST_F(Mesh, DrawsASubsetOfASortedMeshByItsRange)
 {
     const ComHandle<RecordingDevice> recorder = RecordingDevice::Wrap(device.Device());
     ID3DXMesh* made = nullptr;
-    ASSERT_EQ(D3DXCreateMeshFVF(6, 8, D3DXMESH_MANAGED, kFormat, recorder.get(), &made), D3D_OK);
+    ASSERT_EQ(D3DXCreateMeshFVF(6, 8, D3DXMESH_MANAGED, kMeshFormat, recorder.get(), &made),
+              D3D_OK);
     mesh.reset(made);
     Fill(*mesh);
     ASSERT_EQ(Sort(), D3D_OK);

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr float kQuarter = D3DX_PI / 2;
-constexpr double kTolerance = 1e-6;
+constexpr double kMatrixTolerance = 1e-6;
 
 const D3DXVECTOR3 kX(1, 0, 0);
 const D3DXVECTOR3 kY(0, 1, 0);
@@ -39,7 +39,7 @@ TEST(D3DXMatrixRotation, QuarterTurnsFollowTheLeftHand)
         {"about z, z stays", kZ, z, kZ},
     };
     for (const auto& c : cases)
-        ExpectNear(Turn(c.from, c.matrix), c.to, kTolerance, c.what);
+        ExpectNear(Turn(c.from, c.matrix), c.to, kMatrixTolerance, c.what);
 }
 
 TEST(D3DXMatrixRotation, SineAndCosineStandInTheirPlaces)
@@ -56,9 +56,9 @@ TEST(D3DXMatrixRotationAxis, ThirdOfATurnAboutTheDiagonalSwapsTheAxes)
     const D3DXVECTOR3 diagonal(1, 1, 1);
     D3DXMATRIX matrix;
     D3DXMatrixRotationAxis(&matrix, &diagonal, 2 * D3DX_PI / 3);
-    ExpectNear(Turn(kX, matrix), kY, kTolerance);
-    ExpectNear(Turn(kY, matrix), kZ, kTolerance);
-    ExpectNear(Turn(kZ, matrix), kX, kTolerance);
+    ExpectNear(Turn(kX, matrix), kY, kMatrixTolerance);
+    ExpectNear(Turn(kY, matrix), kZ, kMatrixTolerance);
+    ExpectNear(Turn(kZ, matrix), kX, kMatrixTolerance);
 }
 
 TEST(D3DXMatrixRotationAxis, AgreesWithTheRotationsAboutTheAxes)
@@ -66,13 +66,13 @@ TEST(D3DXMatrixRotationAxis, AgreesWithTheRotationsAboutTheAxes)
     D3DXMATRIX about, expected;
     D3DXMatrixRotationAxis(&about, &kX, 0.7f);
     D3DXMatrixRotationX(&expected, 0.7f);
-    ExpectNear(about, expected, kTolerance);
+    ExpectNear(about, expected, kMatrixTolerance);
     D3DXMatrixRotationAxis(&about, &kY, -0.7f);
     D3DXMatrixRotationY(&expected, -0.7f);
-    ExpectNear(about, expected, kTolerance);
+    ExpectNear(about, expected, kMatrixTolerance);
     D3DXMatrixRotationAxis(&about, &kZ, 4.0f);
     D3DXMatrixRotationZ(&expected, 4.0f);
-    ExpectNear(about, expected, kTolerance);
+    ExpectNear(about, expected, kMatrixTolerance);
 }
 
 TEST(D3DXMatrixRotationAxis, LengthOfTheAxisDoesNotCount)
@@ -101,7 +101,7 @@ TEST(D3DXMatrixRotationQuaternion, TurnsAsTheAngleSays)
     D3DXMATRIX matrix;
     const D3DXQUATERNION aboutZ(0, 0, s, s);
     D3DXMatrixRotationQuaternion(&matrix, &aboutZ);
-    ExpectNear(Turn(kX, matrix), kY, kTolerance);
+    ExpectNear(Turn(kX, matrix), kY, kMatrixTolerance);
     const D3DXQUATERNION diagonal(0.5f, 0.5f, 0.5f, 0.5f); // a third of a turn about (1, 1, 1)
     D3DXMatrixRotationQuaternion(&matrix, &diagonal);
     EXPECT_TRUE(matrix == D3DXMATRIX(0, 1, 0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1));
@@ -123,5 +123,5 @@ TEST(D3DXMatrixRotationYawPitchRoll, RollsPitchesAndYaws)
     D3DXMatrixRotationZ(&roll, 2.0f);
     D3DXMatrixRotationX(&pitch, -0.8f);
     D3DXMatrixRotationY(&yaw, 0.3f);
-    ExpectNear(matrix, roll * pitch * yaw, kTolerance);
+    ExpectNear(matrix, roll * pitch * yaw, kMatrixTolerance);
 }

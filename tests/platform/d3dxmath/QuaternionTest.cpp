@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr double kTolerance = 1e-6;
+constexpr double kQuaternionTolerance = 1e-6;
 
 /// The turn about x by `angle`, from the double functions.
 D3DXQUATERNION AboutX(double angle)
@@ -54,10 +54,10 @@ TEST(D3DXQuaternionMultiply, AppliesTheFirstFactorFirst)
     const D3DXQUATERNION aboutX(s, 0, 0, s), aboutY(0, s, 0, s);
     D3DXQUATERNION product;
     D3DXQuaternionMultiply(&product, &aboutX, &aboutY);
-    ExpectNear(product, {0.5f, 0.5f, -0.5f, 0.5f}, kTolerance);
+    ExpectNear(product, {0.5f, 0.5f, -0.5f, 0.5f}, kQuaternionTolerance);
     D3DXMATRIX matrix;
     D3DXMatrixRotationQuaternion(&matrix, &product);
-    ExpectNear(matrix, {0, 0, -1, 0, 1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 0, 1}, kTolerance);
+    ExpectNear(matrix, {0, 0, -1, 0, 1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 0, 1}, kQuaternionTolerance);
     EXPECT_TRUE(aboutX * aboutY == product);
 }
 
@@ -88,7 +88,7 @@ TEST(D3DXQuaternionInverse, IsTheConjugateOverTheSquare)
     D3DXQuaternionInverse(&inverse, &q);
     EXPECT_TRUE(inverse == D3DXQUATERNION(0, 0, -3 / 25.0f, 4 / 25.0f));
     D3DXQuaternionMultiply(&product, &q, &inverse);
-    ExpectNear(product, {0, 0, 0, 1}, kTolerance);
+    ExpectNear(product, {0, 0, 0, 1}, kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionRotationAxis, TakesHalfTheAngle)
@@ -96,7 +96,7 @@ TEST(D3DXQuaternionRotationAxis, TakesHalfTheAngle)
     const D3DXVECTOR3 axis(0, 0, 2);
     D3DXQUATERNION q;
     D3DXQuaternionRotationAxis(&q, &axis, static_cast<float>(Degrees(60)));
-    ExpectNear(q, {0, 0, 0.5f, std::sqrt(0.75f)}, kTolerance);
+    ExpectNear(q, {0, 0, 0.5f, std::sqrt(0.75f)}, kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionRotationAxis, QuirkAxisOfLengthZeroKeepsTheCosine)
@@ -116,7 +116,7 @@ TEST(D3DXQuaternionRotationAxis, TurnsAsTheMatrixDoes)
         D3DXQuaternionRotationAxis(&q, &axis, angle);
         D3DXMatrixRotationQuaternion(&fromQuaternion, &q);
         D3DXMatrixRotationAxis(&fromAxis, &axis, angle);
-        ExpectNear(fromQuaternion, fromAxis, kTolerance, std::to_string(angle));
+        ExpectNear(fromQuaternion, fromAxis, kQuaternionTolerance, std::to_string(angle));
     }
 }
 
@@ -144,7 +144,7 @@ TEST(D3DXQuaternionRotationMatrix, UndoesTheMatrix)
         D3DXMatrixRotationQuaternion(&matrix, &c.q);
         D3DXQuaternionRotationMatrix(&q, &matrix);
         const float sign = D3DXQuaternionDot(&q, &c.q) < 0 ? -1.0f : 1.0f; // q and -q turn alike
-        ExpectNear(q * sign, c.q, kTolerance, c.what);
+        ExpectNear(q * sign, c.q, kQuaternionTolerance, c.what);
     }
 }
 
@@ -156,7 +156,7 @@ TEST(D3DXQuaternionRotationYawPitchRoll, RollsPitchesAndYaws)
     D3DXQuaternionRotationAxis(&roll, &z, 2.0f);
     D3DXQuaternionRotationAxis(&pitch, &x, -0.8f);
     D3DXQuaternionRotationAxis(&yaw, &y, 0.3f);
-    ExpectNear(q, roll * pitch * yaw, kTolerance);
+    ExpectNear(q, roll * pitch * yaw, kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionSlerp, GoesAlongTheArcAtAnEvenSpeed)
@@ -178,7 +178,7 @@ TEST(D3DXQuaternionSlerp, GoesAlongTheArcAtAnEvenSpeed)
         const D3DXQUATERNION from = AboutX(Degrees(c.from)), to = AboutX(Degrees(c.to));
         D3DXQUATERNION q;
         D3DXQuaternionSlerp(&q, &from, &to, c.t);
-        ExpectNear(q, AboutX(Degrees(c.expected)), kTolerance, c.what);
+        ExpectNear(q, AboutX(Degrees(c.expected)), kQuaternionTolerance, c.what);
     }
 }
 
@@ -188,7 +188,7 @@ TEST(D3DXQuaternionSlerp, TakesTheShorterArc)
     const D3DXQUATERNION from = AboutX(Degrees(10)), to = AboutX(Degrees(290));
     D3DXQUATERNION q;
     D3DXQuaternionSlerp(&q, &from, &to, 0.5f);
-    ExpectNear(q, AboutX(Degrees(-30)), kTolerance);
+    ExpectNear(q, AboutX(Degrees(-30)), kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionSlerp, QuirkEndOfATurnedArcIsTheNegativeTarget)
@@ -196,7 +196,7 @@ TEST(D3DXQuaternionSlerp, QuirkEndOfATurnedArcIsTheNegativeTarget)
     const D3DXQUATERNION from = AboutX(Degrees(10)), to = AboutX(Degrees(290));
     D3DXQUATERNION q;
     D3DXQuaternionSlerp(&q, &from, &to, 1);
-    ExpectNear(q, -to, kTolerance);
+    ExpectNear(q, -to, kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionSlerp, QuirkNearbyOrientationsTakeTheChord)
@@ -223,7 +223,7 @@ TEST(D3DXQuaternionSlerp, OppositeSignsOfOneOrientationStayThere)
     const D3DXQUATERNION from = AboutX(Degrees(50)), to = -from;
     D3DXQUATERNION q;
     D3DXQuaternionSlerp(&q, &from, &to, 0.25f);
-    ExpectNear(q, from, kTolerance);
+    ExpectNear(q, from, kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionSlerp, MayOverwriteItsInput)
@@ -231,7 +231,7 @@ TEST(D3DXQuaternionSlerp, MayOverwriteItsInput)
     D3DXQUATERNION q = AboutX(0);
     const D3DXQUATERNION to = AboutX(Degrees(90));
     D3DXQuaternionSlerp(&q, &q, &to, 0.5f);
-    ExpectNear(q, AboutX(Degrees(45)), kTolerance);
+    ExpectNear(q, AboutX(Degrees(45)), kQuaternionTolerance);
 }
 
 TEST(D3DXQuaternionToAxisAngle, GivesTheVectorAndTheWholeAngle)
@@ -241,5 +241,5 @@ TEST(D3DXQuaternionToAxisAngle, GivesTheVectorAndTheWholeAngle)
     float angle;
     D3DXQuaternionToAxisAngle(&q, &axis, &angle);
     EXPECT_TRUE(axis == D3DXVECTOR3(0, std::sqrt(0.75f), 0)); // sine of 60 degrees long
-    EXPECT_NEAR(angle, Degrees(120), kTolerance);
+    EXPECT_NEAR(angle, Degrees(120), kQuaternionTolerance);
 }

@@ -8,7 +8,8 @@ using namespace headless;
 
 namespace {
 
-constexpr D3DFORMAT kAll[] = {D3DFMT_DXT1, D3DFMT_DXT2, D3DFMT_DXT3, D3DFMT_DXT4, D3DFMT_DXT5};
+constexpr D3DFORMAT kBlockFormats[] = {D3DFMT_DXT1, D3DFMT_DXT2, D3DFMT_DXT3, D3DFMT_DXT4,
+                                       D3DFMT_DXT5};
 
 /// Sixteen pixels through a block and back.
 void RoundTrip(D3DFORMAT format, const std::uint32_t* argb, std::uint32_t* backOut)
@@ -136,7 +137,7 @@ TEST(BlockCodec, OneColourThatCanBeStoredComesBack)
          {0xFF000000u, 0xFFFFFFFFu, 0xFFFF0000u, 0xFF00FF00u, 0xFF848284u /* 16, 32, 16 */}) {
         std::uint32_t argb[16], back[16];
         std::fill_n(argb, 16, colour);
-        for (const D3DFORMAT format : kAll) {
+        for (const D3DFORMAT format : kBlockFormats) {
             RoundTrip(format, argb, back);
             EXPECT_TRUE(std::equal(argb, argb + 16, back)) << colour << " in " << format;
         }
@@ -148,7 +149,7 @@ TEST(BlockCodec, TwoColoursThatCanBeStoredComeBack)
     std::uint32_t argb[16], back[16];
     for (int i = 0; i < 16; ++i)
         argb[i] = i % 3 == 0 ? 0xFF0000FF : 0xFFFFFF00;
-    for (const D3DFORMAT format : kAll) {
+    for (const D3DFORMAT format : kBlockFormats) {
         RoundTrip(format, argb, back);
         EXPECT_TRUE(std::equal(argb, argb + 16, back)) << format;
     }
@@ -179,7 +180,7 @@ TEST(BlockCodec, OpaquePixelsStayOpaque)
         if (n % 4 == 0) // nearly one colour, where both ends may be stored alike
             for (std::uint32_t& pixel : argb)
                 pixel = argb[0] ^ (pixel & 0x00010101);
-        for (const D3DFORMAT format : kAll) {
+        for (const D3DFORMAT format : kBlockFormats) {
             RoundTrip(format, argb, back);
             for (const std::uint32_t pixel : back)
                 ASSERT_EQ(pixel >> 24, 255u) << format;

@@ -10,15 +10,16 @@ using namespace headless;
 namespace {
 
 constexpr UINT kSide = 8;
-constexpr std::uint32_t kRed = 0xFFFF0000, kGreen = 0xFF00FF00, kBlue = 0xFF0000FF;
-constexpr std::uint32_t kWhite = 0xFFFFFFFF;
+constexpr std::uint32_t kOpaqueRed = 0xFFFF0000, kOpaqueGreen = 0xFF00FF00,
+                        kOpaqueBlue = 0xFF0000FF;
+constexpr std::uint32_t kOpaqueWhite = 0xFFFFFFFF;
 
 struct PlacedVertex {
     float x, y, z, rhw;
     D3DCOLOR diffuse;
     float u, v;
 };
-constexpr DWORD kFormat = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_TEX1;
+constexpr DWORD kCornerFormat = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_TEX1;
 
 /// A target and a depth buffer of 8 by 8 pixels, and the states of a new device.
 class DrawWithoutDevice : public ::testing::Test {
@@ -42,7 +43,7 @@ protected:
                                         {l, b, z, 1, colour, 0, 1},
                                         {r, b, z, 1, colour, 1, 1}};
         VertexLayout layout;
-        EXPECT_TRUE(MakeVertexLayout(kFormat, layout));
+        EXPECT_TRUE(MakeVertexLayout(kCornerFormat, layout));
         const VertexStream stream = {reinterpret_cast<const std::uint8_t*>(corners),
                                      sizeof(PlacedVertex), 4};
         return rasterizer.Draw(state, layout, {D3DPT_TRIANGLESTRIP, 2, {}, stream});
@@ -64,16 +65,16 @@ protected:
 
 TEST_F(DrawWithoutDevice, FillsWhatAPrimitiveCoversAndNothingElse)
 {
-    ASSERT_EQ(DrawColumns(2, 5, 0.5f, kRed), D3D_OK);
+    ASSERT_EQ(DrawColumns(2, 5, 0.5f, kOpaqueRed), D3D_OK);
     for (UINT y = 0; y < kSide; ++y)
         for (UINT x = 0; x < kSide; ++x)
-            EXPECT_EQ(PixelAt(x, y), x >= 2 && x < 5 ? kRed : 0u) << x << ", " << y;
+            EXPECT_EQ(PixelAt(x, y), x >= 2 && x < 5 ? kOpaqueRed : 0u) << x << ", " << y;
 }
 
 TEST_F(DrawWithoutDevice, ADrawCountsAsAChangeOfTheTarget)
 {
     const std::uint32_t before = target.changes;
-    ASSERT_EQ(DrawColumns(0, 1, 0.5f, kRed), D3D_OK);
+    ASSERT_EQ(DrawColumns(0, 1, 0.5f, kOpaqueRed), D3D_OK);
     EXPECT_NE(target.changes, before);
 }
 
@@ -82,31 +83,31 @@ TEST_F(DrawWithoutDevice, TheNearerOneCoversTheOther)
     state.depth = &depth;
     state.render[D3DRS_ZENABLE] = D3DZB_TRUE;
     FillArea(depth, depth.Bounds(), 0xFFFFFFFF, 0xFFFFFFFF);
-    ASSERT_EQ(DrawColumns(0, 4, 0.25f, kRed), D3D_OK);
-    ASSERT_EQ(DrawColumns(2, 8, 0.75f, kGreen), D3D_OK);
-    EXPECT_EQ(PixelAt(3, 0), kRed);
-    EXPECT_EQ(PixelAt(4, 0), kGreen);
+    ASSERT_EQ(DrawColumns(0, 4, 0.25f, kOpaqueRed), D3D_OK);
+    ASSERT_EQ(DrawColumns(2, 8, 0.75f, kOpaqueGreen), D3D_OK);
+    EXPECT_EQ(PixelAt(3, 0), kOpaqueRed);
+    EXPECT_EQ(PixelAt(4, 0), kOpaqueGreen);
 }
 
 TEST_F(DrawWithoutDevice, ReadsATextureFromMemory)
 {
     SampledPicture picture;
     picture.pixels.Allocate(*FindPixelFormat(D3DFMT_A8R8G8B8), 2, 1);
-    const std::uint32_t texels[] = {kBlue, kGreen};
+    const std::uint32_t texels[] = {kOpaqueBlue, kOpaqueGreen};
     std::memcpy(picture.pixels.At(0, 0), texels, sizeof texels);
     TexturePicture texture = {{&picture}, 0};
     state.pictures[0] = &texture;
-    ASSERT_EQ(DrawColumns(0, 8, 0.5f, kWhite), D3D_OK);
-    EXPECT_EQ(PixelAt(0, 0), kBlue);
-    EXPECT_EQ(PixelAt(3, 7), kBlue);
-    EXPECT_EQ(PixelAt(4, 0), kGreen);
-    EXPECT_EQ(PixelAt(7, 7), kGreen);
+    ASSERT_EQ(DrawColumns(0, 8, 0.5f, kOpaqueWhite), D3D_OK);
+    EXPECT_EQ(PixelAt(0, 0), kOpaqueBlue);
+    EXPECT_EQ(PixelAt(3, 7), kOpaqueBlue);
+    EXPECT_EQ(PixelAt(4, 0), kOpaqueGreen);
+    EXPECT_EQ(PixelAt(7, 7), kOpaqueGreen);
 }
 
 TEST_F(DrawWithoutDevice, TheLeastLevelIsTheLargestThatIsRead)
 {
     SampledPicture levels[2];
-    const std::uint32_t colours[] = {kBlue, kGreen};
+    const std::uint32_t colours[] = {kOpaqueBlue, kOpaqueGreen};
     TexturePicture texture;
     for (int i = 0; i < 2; ++i) {
         levels[i].pixels.Allocate(*FindPixelFormat(D3DFMT_A8R8G8B8), i == 0 ? 2 : 1, 1);
@@ -116,8 +117,8 @@ TEST_F(DrawWithoutDevice, TheLeastLevelIsTheLargestThatIsRead)
     texture.leastLevel = 1;
     state.pictures[0] = &texture;
     state.sampler[0][D3DSAMP_MIPFILTER] = D3DTEXF_POINT;
-    ASSERT_EQ(DrawColumns(0, 8, 0.5f, kWhite), D3D_OK);
-    EXPECT_EQ(PixelAt(4, 4), kGreen);
+    ASSERT_EQ(DrawColumns(0, 8, 0.5f, kOpaqueWhite), D3D_OK);
+    EXPECT_EQ(PixelAt(4, 4), kOpaqueGreen);
 }
 
 TEST_F(DrawWithoutDevice, ATextureThatIsTheTargetIsRefused)
@@ -127,13 +128,13 @@ TEST_F(DrawWithoutDevice, ATextureThatIsTheTargetIsRefused)
     TexturePicture texture = {{&picture}, 0};
     state.pictures[0] = &texture;
     state.target = &picture.pixels;
-    EXPECT_EQ(DrawColumns(0, 8, 0.5f, kWhite), D3DERR_INVALIDCALL);
+    EXPECT_EQ(DrawColumns(0, 8, 0.5f, kOpaqueWhite), D3DERR_INVALIDCALL);
 }
 
 TEST_F(DrawWithoutDevice, AVertexOutsideOfTheStreamIsRefused)
 {
     VertexLayout layout;
-    ASSERT_TRUE(MakeVertexLayout(kFormat, layout));
+    ASSERT_TRUE(MakeVertexLayout(kCornerFormat, layout));
     const PlacedVertex corners[2] = {};
     const VertexStream stream = {reinterpret_cast<const std::uint8_t*>(corners),
                                  sizeof(PlacedVertex), 2};

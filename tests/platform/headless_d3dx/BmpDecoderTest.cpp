@@ -9,8 +9,8 @@ namespace {
 
 using Pixels = std::vector<std::uint32_t>;
 
-const std::uint32_t kRed = 0xFFFF0000;
-const std::uint32_t kGreen = 0xFF00FF00;
+const std::uint32_t kRedPixel = 0xFFFF0000;
+const std::uint32_t kGreenPixel = 0xFF00FF00;
 
 std::string RedAndGreen()
 {
@@ -40,24 +40,24 @@ TEST(BmpDecoder, ReadsEveryKindOfPixel)
         {"1 bit",
          {3, 1, 1, Bytes({0x40, 0, 0, 0}), 0, RedAndGreen(), 2},
          D3DFMT_P8,
-         {kRed, kGreen, kRed}},
+         {kRedPixel, kGreenPixel, kRedPixel}},
         {"4 bits",
          {3, 1, 4, Bytes({0x10, 0x10, 0, 0}), 0, RedAndGreen(), 2},
          D3DFMT_P8,
-         {kGreen, kRed, kGreen}},
+         {kGreenPixel, kRedPixel, kGreenPixel}},
         {"8 bits",
          {1, 2, 8, Bytes({0, 0, 0, 0, 1, 0, 0, 0}), 0, RedAndGreen(), 2},
          D3DFMT_P8,
-         {kGreen, kRed}},
-        {"16 bits", {1, 1, 16, U16(31 << 10) + U16(0)}, D3DFMT_X1R5G5B5, {kRed}},
+         {kGreenPixel, kRedPixel}},
+        {"16 bits", {1, 1, 16, U16(31 << 10) + U16(0)}, D3DFMT_X1R5G5B5, {kRedPixel}},
         {"16 bits by masks",
          {1, 1, 16, U16(63 << 5) + U16(0), 3, Masks(0xF800, 0x7E0, 0x1F)},
          D3DFMT_R5G6B5,
-         {kGreen}},
+         {kGreenPixel}},
         {"24 bits, top row first",
          {1, -2, 24, Bytes({0, 0, 255, 0, 0, 255, 0, 0})},
          D3DFMT_X8R8G8B8,
-         {kRed, kGreen}},
+         {kRedPixel, kGreenPixel}},
         {"32 bits with an unused byte",
          {1, 1, 32, Bytes({1, 2, 3, 0})},
          D3DFMT_X8R8G8B8,
@@ -74,7 +74,7 @@ TEST(BmpDecoder, ReadsEveryKindOfPixel)
         {"32 bits, 10 for a channel",
          {1, 1, 32, U32(1023u << 20), 3, Masks(1023u << 20, 1023u << 10, 1023)},
          D3DFMT_X8R8G8B8,
-         {kRed}},
+         {kRedPixel}},
         {"16 bits with alpha",
          {1, 1, 16, U16(0x8F00) + U16(0), 6, Masks(0xF00, 0xF0, 0xF) + U32(0xF000)},
          D3DFMT_A4R4G4B4,
@@ -92,7 +92,7 @@ TEST(BmpDecoder, ReadsTheOldHeader)
                              U16(1) + U16(1) + Bytes({0, 0, 255, 0, 255, 0}) +
                              Bytes({0x40, 0, 0, 0});
     // The palette of two entries of 3 bytes ends at 32.
-    EXPECT_EQ(DecodedPixels(file), (Pixels{kRed, kGreen}));
+    EXPECT_EQ(DecodedPixels(file), (Pixels{kRedPixel, kGreenPixel}));
 }
 
 TEST(BmpDecoder, UnpacksRuns)
@@ -104,16 +104,22 @@ TEST(BmpDecoder, UnpacksRuns)
     } cases[] = {
         {"8 bits: run, literal, end of row, end",
          Runs(8, 3, 2, Bytes({2, 1, 0, 0, 0, 3, 1, 0, 1, 0, 0, 1})), // the literal is padded
-         {kGreen, kRed, kGreen, kGreen, kGreen, kRed}},
-        {"4 bits: a run alternates", Runs(4, 3, 1, Bytes({3, 0x10, 0, 1})), {kGreen, kRed, kGreen}},
-        {"4 bits: literal", Runs(4, 3, 1, Bytes({0, 3, 0x01, 0x10, 0, 1})), {kRed, kGreen, kGreen}},
+         {kGreenPixel, kRedPixel, kGreenPixel, kGreenPixel, kGreenPixel, kRedPixel}},
+        {"4 bits: a run alternates",
+         Runs(4, 3, 1, Bytes({3, 0x10, 0, 1})),
+         {kGreenPixel, kRedPixel, kGreenPixel}},
+        {"4 bits: literal",
+         Runs(4, 3, 1, Bytes({0, 3, 0x01, 0x10, 0, 1})),
+         {kRedPixel, kGreenPixel, kGreenPixel}},
         {"a move leaves entry 0",
          Runs(8, 3, 1, Bytes({0, 2, 2, 0, 1, 1, 0, 1})),
-         {kRed, kRed, kGreen}},
-        {"a run that sticks out is cut", Runs(8, 2, 1, Bytes({200, 1, 0, 1})), {kGreen, kGreen}},
+         {kRedPixel, kRedPixel, kGreenPixel}},
+        {"a run that sticks out is cut",
+         Runs(8, 2, 1, Bytes({200, 1, 0, 1})),
+         {kGreenPixel, kGreenPixel}},
         {"the end may be missing behind a full picture",
          Runs(8, 2, 1, Bytes({2, 1})),
-         {kGreen, kGreen}},
+         {kGreenPixel, kGreenPixel}},
     };
     for (const auto& c : cases)
         EXPECT_EQ(DecodedPixels(BmpFile(c.parts)), c.expected) << c.what;

@@ -6,7 +6,7 @@ namespace {
 
 using FxEffectValueTest = EffectTest;
 
-const char kAll[] =
+const char kAllTypes[] =
     "bool b = true; int i = -3; float f = 2.5; float3 v3 = {1, 2, 3}; float4 v4 = 4;\n"
     "int4 iv = {1, 2, 3, 4}; float4x4 m = {1,2,3,4, 5,6,7,8, 9,10,11,12, 13,14,15,16};\n"
     "float3x2 m32 = {1,2, 3,4, 5,6}; float fa[3] = {1, 2, 3}; float4 va[2]; bool ba[2];\n"
@@ -16,7 +16,7 @@ const char kAll[] =
 
 TEST_F(FxEffectValueTest, OneNumberConvertsBetweenTypes)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     EXPECT_EQ(FloatOf(effect.Get(), "b"), 1.0f);
     EXPECT_EQ(FloatOf(effect.Get(), "i"), -3.0f);
     EXPECT_EQ(IntOf(effect.Get(), "f"), 2);
@@ -55,7 +55,7 @@ TEST_F(FxEffectValueTest, OneNumberConvertsBetweenTypes)
 /// 255 * 0.5 + 0.5 is 128 = 0x80.
 TEST_F(FxEffectValueTest, AVectorOfFloatsTakesAnIntegerAsAColour)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     ASSERT_EQ(effect->SetInt("v4", static_cast<int>(0x330000FFu)), D3D_OK);
     D3DXVECTOR4 color;
     ASSERT_EQ(effect->GetVector("v4", &color), D3D_OK);
@@ -73,7 +73,7 @@ TEST_F(FxEffectValueTest, AVectorOfFloatsTakesAnIntegerAsAColour)
 
 TEST_F(FxEffectValueTest, VectorsTakeWhatTheyHaveRoomFor)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     const D3DXVECTOR4 given = {1.5f, 2.5f, 3.5f, 4.5f};
     D3DXVECTOR4 taken = {9, 9, 9, 9};
     ASSERT_EQ(effect->SetVector("v3", &given), D3D_OK);
@@ -98,7 +98,7 @@ TEST_F(FxEffectValueTest, VectorsTakeWhatTheyHaveRoomFor)
 
 TEST_F(FxEffectValueTest, MatricesKeepTheirRows)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     D3DXMATRIX matrix;
     ASSERT_EQ(effect->GetMatrix("m", &matrix), D3D_OK);
     EXPECT_EQ(matrix._12, 2.0f);
@@ -130,7 +130,7 @@ TEST_F(FxEffectValueTest, MatricesKeepTheirRows)
 
 TEST_F(FxEffectValueTest, NumbersInARowGoAsFarAsBothSidesReach)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     const float five[] = {7, 8, 9, 10, 11};
     ASSERT_EQ(effect->SetFloatArray("fa", five, 5), D3D_OK);
     int back[5] = {0, 0, 0, 42, 0};
@@ -150,7 +150,7 @@ TEST_F(FxEffectValueTest, NumbersInARowGoAsFarAsBothSidesReach)
 
 TEST_F(FxEffectValueTest, BytesNeedRoomForTheWholeValue)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     float three[3] = {};
     ASSERT_EQ(effect->GetValue("v3", three, sizeof three), D3D_OK);
     EXPECT_EQ(three[1], 2.0f);
@@ -169,7 +169,7 @@ TEST_F(FxEffectValueTest, BytesNeedRoomForTheWholeValue)
 
 TEST_F(FxEffectValueTest, StringsAndTexturesAreKept)
 {
-    const Com<ID3DXEffect> effect = Make(kAll);
+    const Com<ID3DXEffect> effect = Make(kAllTypes);
     EXPECT_EQ(StringOf(effect.Get(), "s"), "ab\n");
     ASSERT_EQ(effect->SetString("s", "other"), D3D_OK);
     EXPECT_EQ(StringOf(effect.Get(), "s"), "other");

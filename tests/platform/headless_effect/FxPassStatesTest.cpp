@@ -11,7 +11,7 @@ namespace {
 
 using FxPassStatesTest = EffectTest;
 
-DWORD Bits(float value)
+DWORD BitsOfState(float value)
 {
     return std::bit_cast<DWORD>(value);
 }
@@ -209,13 +209,13 @@ TEST_F(FxPassStatesTest, ChangesArriveWhenTheyAreCommitted)
              "technique { pass { FogStart = <a * 2>; CullMode = NONE; Sampler[0] = <s>; } }");
     const Com<IDirect3DTexture9> texture = Texture(4, 4, 1, D3DPOOL_MANAGED);
     BeginFirstPass(effect.Get());
-    EXPECT_EQ(Render(D3DRS_FOGSTART), Bits(2.0f));
+    EXPECT_EQ(Render(D3DRS_FOGSTART), BitsOfState(2.0f));
     ASSERT_EQ(effect->SetFloat("a", 3.0f), D3D_OK);
     ASSERT_EQ(effect->SetTexture("t", texture.Get()), D3D_OK);
     ASSERT_EQ(device->SetRenderState(D3DRS_CULLMODE, D3DCULL_CW), D3D_OK);
-    EXPECT_EQ(Render(D3DRS_FOGSTART), Bits(2.0f));
+    EXPECT_EQ(Render(D3DRS_FOGSTART), BitsOfState(2.0f));
     EXPECT_EQ(effect->CommitChanges(), D3D_OK);
-    EXPECT_EQ(Render(D3DRS_FOGSTART), Bits(6.0f));
+    EXPECT_EQ(Render(D3DRS_FOGSTART), BitsOfState(6.0f));
     EXPECT_EQ(BoundTexture(0), texture.Get());
     EXPECT_EQ(Render(D3DRS_CULLMODE), static_cast<DWORD>(D3DCULL_CW)) << "it reads nothing new";
     EndPassAndEffect(effect.Get());

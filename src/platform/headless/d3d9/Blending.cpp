@@ -6,11 +6,6 @@ namespace headless {
 
 namespace {
 
-Lanes OneMinus(Lanes value)
-{
-    return Splat(1.0f) - value;
-}
-
 Rgba4 Inverse(const Rgba4& colour)
 {
     return {{OneMinus(colour.c[0]), OneMinus(colour.c[1]), OneMinus(colour.c[2]),
@@ -134,7 +129,7 @@ Lanes Most(Lanes s, Lanes, Lanes t, Lanes)
     return Max(s, t);
 }
 
-constexpr BlendOperation kOperations[] = {Add, Subtract, SubtractReversed, Least, Most};
+constexpr BlendOperation kBlendOperations[] = {Add, Subtract, SubtractReversed, Least, Most};
 
 BlendFactor FindFactor(DWORD blend)
 {
@@ -158,7 +153,8 @@ HRESULT MakeBlendHalf(DWORD source, DWORD target, DWORD operation, BlendHalf& ha
         source = D3DBLEND_INVSRCALPHA;
         target = D3DBLEND_SRCALPHA;
     }
-    halfOut = {FindFactor(source), FindFactor(target), kOperations[operation - D3DBLENDOP_ADD]};
+    halfOut = {FindFactor(source), FindFactor(target),
+               kBlendOperations[operation - D3DBLENDOP_ADD]};
     if (!halfOut.source)
         return Unmodelled("D3DRS_SRCBLEND", source);
     return halfOut.target ? D3D_OK : Unmodelled("D3DRS_DESTBLEND", target);

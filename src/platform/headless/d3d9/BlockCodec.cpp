@@ -130,7 +130,7 @@ double Dot(const Vec& a, const Vec& b)
     return a.r * b.r + a.g * b.g + a.b * b.b;
 }
 
-std::uint32_t Quantise(double value, int max)
+std::uint32_t QuantiseByte(double value, int max)
 {
     const double scaled = std::clamp(value, 0.0, 255.0) * max / 255.0;
     return static_cast<std::uint32_t>(scaled + 0.5);
@@ -138,7 +138,7 @@ std::uint32_t Quantise(double value, int max)
 
 std::uint32_t ToWord565(const Vec& c)
 {
-    return Quantise(c.r, 31) << 11 | Quantise(c.g, 63) << 5 | Quantise(c.b, 31);
+    return QuantiseByte(c.r, 31) << 11 | QuantiseByte(c.g, 63) << 5 | QuantiseByte(c.b, 31);
 }
 
 /// The colours of a block that count: those of opaque pixels in the three-colour mode, else all.

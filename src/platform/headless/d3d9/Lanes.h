@@ -65,6 +65,11 @@ inline Rgba4 UnpackColours(IntLanes argb)
              ToFloats(ShiftRight(argb, 24)) * scale}};
 }
 
+inline Lanes OneMinus(Lanes value)
+{
+    return Splat(1.0f) - value;
+}
+
 /// 0..1 to 0..`steps`, rounded to the nearest; anything else is clamped.
 inline IntLanes Quantise(Lanes value, float steps)
 {

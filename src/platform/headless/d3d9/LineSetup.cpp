@@ -7,8 +7,6 @@ namespace headless {
 
 namespace {
 
-constexpr float kPixel = 1.0f / static_cast<float>(kSubPixels);
-
 bool IsSteep(const Corner& a, const Corner& b)
 {
     return std::abs(b.y - a.y) > std::abs(b.x - a.x);
@@ -30,14 +28,15 @@ void SetUpLine(const Corner& a, const Corner& b, int varyingCount, Planes& plane
 {
     const bool isSteep = IsSteep(a, b);
     const int length = Major(b, isSteep) - Major(a, isSteep);
-    const float perPixel = length != 0 ? 1.0f / (static_cast<float>(length) * kPixel) : 0.0f;
+    const float perPixel =
+        length != 0 ? 1.0f / (static_cast<float>(length) * kPixelsPerSubPixel) : 0.0f;
     const float alongX = isSteep ? 0.0f : perPixel;
     const float alongY = isSteep ? perPixel : 0.0f;
     const auto through = [=](float from, float to) {
         return Plane{from, (to - from) * alongX, (to - from) * alongY};
     };
-    planesOut.originX = static_cast<float>(a.x) * kPixel;
-    planesOut.originY = static_cast<float>(a.y) * kPixel;
+    planesOut.originX = static_cast<float>(a.x) * kPixelsPerSubPixel;
+    planesOut.originY = static_cast<float>(a.y) * kPixelsPerSubPixel;
     planesOut.depth = through(a.depth, b.depth);
     planesOut.reciprocalW = through(a.reciprocalW, b.reciprocalW);
     for (int i = 0; i < varyingCount; ++i) {

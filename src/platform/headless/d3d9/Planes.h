@@ -33,8 +33,15 @@ struct Corner {
     const float* varying; ///< not owned
 };
 
-/// One step of `Corner::x` and `y` as a share of a pixel.
+/// Steps of `Corner::x` and `y` in a pixel.
 constexpr int kSubPixels = 256;
 constexpr int kSubPixelBits = 8;
+constexpr float kPixelsPerSubPixel = 1.0f / static_cast<float>(kSubPixels);
+
+/// The first whole pixel at or after a place.
+constexpr int CeilPixel(int subPixels)
+{
+    return (subPixels + kSubPixels - 1) >> kSubPixelBits;
+}
 
 } // namespace headless

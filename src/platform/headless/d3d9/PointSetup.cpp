@@ -6,13 +6,6 @@ namespace headless {
 
 namespace {
 
-constexpr float kPixel = 1.0f / static_cast<float>(kSubPixels);
-
-int CeilPixel(int subPixels)
-{
-    return (subPixels + kSubPixels - 1) >> kSubPixelBits;
-}
-
 int InSubPixels(float pixels)
 {
     return static_cast<int>(pixels * static_cast<float>(kSubPixels) + 0.5f);
@@ -36,8 +29,8 @@ void SetSpriteCoordinates(int place, bool isProjected, float reciprocalW, float 
 void SetUpPoint(const Corner& centre, float side, bool isSprite, const VaryingLayout& varyings,
                 Planes& planesOut)
 {
-    planesOut.originX = static_cast<float>(centre.x) * kPixel - side * 0.5f;
-    planesOut.originY = static_cast<float>(centre.y) * kPixel - side * 0.5f;
+    planesOut.originX = static_cast<float>(centre.x) * kPixelsPerSubPixel - side * 0.5f;
+    planesOut.originY = static_cast<float>(centre.y) * kPixelsPerSubPixel - side * 0.5f;
     planesOut.depth = {centre.depth, 0.0f, 0.0f};
     planesOut.reciprocalW = {centre.reciprocalW, 0.0f, 0.0f};
     for (int i = 0; i < varyings.count; ++i) {

@@ -13,11 +13,6 @@ struct Channel {
     Lanes share;
 };
 
-Lanes OneMinus(Lanes value)
-{
-    return Splat(1.0f) - value;
-}
-
 Lanes Mixed(Lanes share, Lanes a, Lanes b)
 {
     return a * share + b * OneMinus(share);
@@ -144,7 +139,7 @@ constexpr OperationRow Row(DWORD operation, std::uint8_t arguments, int shareFro
 
 constexpr std::uint8_t kArg1 = 2, kArg2 = 4, kBoth = 6, kAll = 7;
 
-constexpr OperationRow kOperations[] = {
+constexpr OperationRow kStageOperations[] = {
     Row<SelectArg1>(D3DTOP_SELECTARG1, kArg1),
     Row<SelectArg2>(D3DTOP_SELECTARG2, kArg2),
     Row<Modulate>(D3DTOP_MODULATE, kBoth),
@@ -177,7 +172,7 @@ constexpr OperationRow kOperations[] = {
 
 const OperationRow* FindOperation(DWORD operation)
 {
-    for (const OperationRow& row : kOperations)
+    for (const OperationRow& row : kStageOperations)
         if (row.operation == operation)
             return &row;
     return nullptr;

@@ -33,12 +33,6 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor)
     return value % divisor < 0 ? quotient - 1 : quotient;
 }
 
-/// The first whole pixel at or behind a place.
-int CeilPixel(int subPixels)
-{
-    return (subPixels + kSubPixels - 1) >> kSubPixelBits;
-}
-
 } // namespace
 
 std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 namespace headless {
@@ -32,6 +33,12 @@ inline float Dot(const Vector3& a, const Vector3& b)
 inline float Length(const Vector3& v)
 {
     return std::sqrt(Dot(v, v));
+}
+
+/// NaN gives 0.
+inline float Clamp01(float value)
+{
+    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
 }
 
 /// A vector without length stays as it is.

@@ -20,8 +20,6 @@ constexpr PositionPart kPositions[] = {
     {D3DFVF_XYZB3, 6, 3}, {D3DFVF_XYZB4, 7, 4},  {D3DFVF_XYZB5, 8, 5}, {D3DFVF_XYZW, 4, 0},
 };
 
-constexpr int kSetFloats[] = {2, 3, 4, 1}; ///< by the two bits of a set's format
-
 /// Hands out the places of the parts one after another.
 struct Places {
     int next = 0;
@@ -78,7 +76,7 @@ bool MakeVertexLayout(DWORD fvf, VertexLayout& layoutOut)
     layoutOut.specular = places.Take((fvf & D3DFVF_SPECULAR) != 0, 4);
     layoutOut.setCount = static_cast<int>(setCount);
     for (int set = 0; set < layoutOut.setCount; ++set) {
-        layoutOut.setFloats[set] = kSetFloats[fvf >> (16 + set * 2) & 3];
+        layoutOut.setFloats[set] = static_cast<int>(TextureSetFloats(fvf, static_cast<UINT>(set)));
         layoutOut.sets[set] = places.Take(true, layoutOut.setFloats[set] * 4);
     }
     layoutOut.sizeBytes = VertexSize(fvf);

@@ -9,11 +9,6 @@ namespace headless {
 
 namespace {
 
-float Clamp01(float value)
-{
-    return value > 0.0f ? std::min(value, 1.0f) : 0.0f; // NaN gives 0
-}
-
 Vector3 PlaceOf(const CameraVertex& vertex)
 {
     return {vertex.position[0], vertex.position[1], vertex.position[2]};

@@ -8,4 +8,11 @@ namespace headless {
 /// n floats, of which `D3DFVF_LASTBETA_UBYTE4` makes the last one four indices of the same size.
 UINT VertexSize(DWORD fvf);
 
+/// Floats of texture set `set` of the format.
+constexpr UINT TextureSetFloats(DWORD fvf, UINT set)
+{
+    constexpr UINT kFloats[] = {2, 3, 4, 1}; // by the two bits that the format keeps for a set
+    return kFloats[fvf >> (16 + set * 2) & 3];
+}
+
 } // namespace headless

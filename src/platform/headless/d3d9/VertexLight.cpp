@@ -26,11 +26,6 @@ void AddScaled(Float4& sum, const Float4& colour, float scale)
     sum.b += colour.b * scale;
 }
 
-float Clamp01(float value)
-{
-    return value > 0.0f ? std::min(value, 1.0f) : 0.0f; // NaN gives 0
-}
-
 /// Cosine of half an angle, in double and rounded once.
 float HalfCosine(float angleRadians)
 {

@@ -46,7 +46,7 @@ struct BmpMaskLayout {
 };
 
 // The layouts whose pixels are taken as they are; others are converted.
-const BmpMaskLayout kLayouts[] = {
+const BmpMaskLayout kMaskLayouts[] = {
     {16, {0x7C00, 0x03E0, 0x001F, 0}, D3DFMT_X1R5G5B5},
     {16, {0x7C00, 0x03E0, 0x001F, 0x8000}, D3DFMT_A1R5G5B5},
     {16, {0xF800, 0x07E0, 0x001F, 0}, D3DFMT_R5G6B5},
@@ -57,7 +57,7 @@ const BmpMaskLayout kLayouts[] = {
 
 const BmpMaskLayout* FindLayout(const BmpHeader& header)
 {
-    for (const BmpMaskLayout& layout : kLayouts) {
+    for (const BmpMaskLayout& layout : kMaskLayouts) {
         if (layout.bits == header.bits &&
             std::memcmp(layout.masks, header.masks, sizeof header.masks) == 0)
             return &layout;
@@ -126,7 +126,7 @@ bool AreMasksValid(const BmpHeader& header)
 bool ReadMasks(ImageFile file, BmpHeader& headerOut)
 {
     if (headerOut.compression == kPlain) {
-        const BmpMaskLayout& layout = kLayouts[headerOut.bits == 16 ? 0 : 4];
+        const BmpMaskLayout& layout = kMaskLayouts[headerOut.bits == 16 ? 0 : 4];
         std::memcpy(headerOut.masks, layout.masks, sizeof headerOut.masks);
         return true;
     }

@@ -11,7 +11,7 @@ namespace headless {
 
 namespace {
 
-constexpr std::size_t kHeaderSize = 54;
+constexpr std::size_t kBmpHeaderSize = 54;
 
 void StoreU32(std::uint8_t* out, std::size_t value)
 {
@@ -22,16 +22,16 @@ void StoreU32(std::uint8_t* out, std::size_t value)
 bool WriteHeader(FILE* stream, std::size_t width, std::size_t height, std::size_t pixelBytes,
                  std::size_t rowBytes)
 {
-    std::uint8_t header[kHeaderSize] = {'B', 'M'};
-    StoreU32(header + 2, kHeaderSize + rowBytes * height);
-    StoreU32(header + 10, kHeaderSize);
+    std::uint8_t header[kBmpHeaderSize] = {'B', 'M'};
+    StoreU32(header + 2, kBmpHeaderSize + rowBytes * height);
+    StoreU32(header + 10, kBmpHeaderSize);
     StoreU32(header + 14, 40);
     StoreU32(header + 18, width);
     StoreU32(header + 22, height);
     header[26] = 1; // planes
     header[28] = static_cast<std::uint8_t>(pixelBytes * 8);
     StoreU32(header + 34, rowBytes * height);
-    return std::fwrite(header, 1, kHeaderSize, stream) == kHeaderSize;
+    return std::fwrite(header, 1, kBmpHeaderSize, stream) == kBmpHeaderSize;
 }
 
 } // namespace

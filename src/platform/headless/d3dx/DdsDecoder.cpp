@@ -10,7 +10,7 @@ namespace headless {
 namespace {
 
 constexpr std::size_t kHeaderEnd = 128; // magic word and header
-constexpr std::uint32_t kHeaderSize = 124;
+constexpr std::uint32_t kDdsHeaderSize = 124;
 constexpr std::uint32_t kPixelFormatSize = 32;
 
 // Offsets from the start of the file.
@@ -51,7 +51,7 @@ struct DdsLayout {
     D3DFORMAT format;
 };
 
-const DdsLayout kLayouts[] = {
+const DdsLayout kDdsLayouts[] = {
     {kFormatColour, 24, {0xFF0000, 0xFF00, 0xFF, 0}, D3DFMT_R8G8B8},
     {kFormatColour, 32, {0xFF0000, 0xFF00, 0xFF, 0xFF000000}, D3DFMT_A8R8G8B8},
     {kFormatColour, 32, {0xFF0000, 0xFF00, 0xFF, 0}, D3DFMT_X8R8G8B8},
@@ -100,7 +100,7 @@ D3DFORMAT ReadFormat(ImageFile file)
         }
         return D3DFMT_UNKNOWN;
     }
-    for (const DdsLayout& layout : kLayouts) {
+    for (const DdsLayout& layout : kDdsLayouts) {
         if (FitsLayout(file, flags, layout))
             return layout.format;
     }
@@ -116,7 +116,7 @@ D3DRESOURCETYPE ReadType(std::uint32_t caps2)
 
 bool ReadInfo(ImageFile file, D3DXIMAGE_INFO& infoOut)
 {
-    if (file.size() < kHeaderEnd || ReadU32(file, kAtHeaderSize) != kHeaderSize ||
+    if (file.size() < kHeaderEnd || ReadU32(file, kAtHeaderSize) != kDdsHeaderSize ||
         ReadU32(file, kAtFormatSize) != kPixelFormatSize)
         return false;
 

@@ -39,7 +39,7 @@ JpegReadState& StateOf(j_common_ptr jpeg)
     return *static_cast<JpegReadState*>(jpeg->client_data);
 }
 
-[[noreturn]] void OnError(j_common_ptr jpeg)
+[[noreturn]] void OnJpegError(j_common_ptr jpeg)
 {
     std::longjmp(StateOf(jpeg).exit, 1);
 }
@@ -50,21 +50,21 @@ void OnMessage(j_common_ptr jpeg, int level)
         return;
     for (const int code : kDamage) {
         if (jpeg->err->msg_code == code)
-            OnError(jpeg);
+            OnJpegError(jpeg);
     }
 }
 
 void OnProgress(j_common_ptr jpeg)
 {
     if (StateOf(jpeg).jpeg.input_scan_number > kMaxScans)
-        OnError(jpeg);
+        OnJpegError(jpeg);
 }
 
 // libjpeg leaves by longjmp, so nothing in here has a destructor.
 bool ReadHeader(JpegReadState& state, const std::uint8_t* data, std::size_t size)
 {
     state.jpeg.err = jpeg_std_error(&state.errors);
-    state.errors.error_exit = OnError;
+    state.errors.error_exit = OnJpegError;
     state.errors.emit_message = OnMessage;
     state.progress.progress_monitor = OnProgress;
     if (setjmp(state.exit) != 0)

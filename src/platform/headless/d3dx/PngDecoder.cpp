@@ -26,12 +26,12 @@ struct PngReadState {
     int passes;
 };
 
-[[noreturn]] void OnError(png_structp png, png_const_charp)
+[[noreturn]] void OnReadError(png_structp png, png_const_charp)
 {
     png_longjmp(png, 1);
 }
 
-void OnWarning(png_structp, png_const_charp)
+void OnReadWarning(png_structp, png_const_charp)
 {}
 
 void OnRead(png_structp png, png_bytep bytesOut, std::size_t size)
@@ -47,7 +47,7 @@ void OnRead(png_structp png, png_bytep bytesOut, std::size_t size)
 // libpng leaves by longjmp, so nothing in here has a destructor.
 bool ReadHeader(PngReadState& state)
 {
-    state.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, OnError, OnWarning);
+    state.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, OnReadError, OnReadWarning);
     if (!state.png)
         return false;
     state.info = png_create_info_struct(state.png);

@@ -29,14 +29,14 @@ struct PngWriteState {
     char message[128];
 };
 
-void OnError(png_structp png, png_const_charp message)
+void OnWriteError(png_structp png, png_const_charp message)
 {
     auto* state = static_cast<PngWriteState*>(png_get_error_ptr(png));
     std::strncpy(state->message, message, sizeof state->message - 1);
     png_longjmp(png, 1);
 }
 
-void OnWarning(png_structp, png_const_charp)
+void OnWriteWarning(png_structp, png_const_charp)
 {}
 
 void PackRow(const std::uint32_t* pixels, int width, bool withAlpha, std::uint8_t* rowOut)
@@ -54,7 +54,8 @@ void PackRow(const std::uint32_t* pixels, int width, bool withAlpha, std::uint8_
 // libpng leaves by longjmp, so nothing in here has a destructor.
 bool Encode(PngWriteState& state)
 {
-    state.png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &state, OnError, OnWarning);
+    state.png =
+        png_create_write_struct(PNG_LIBPNG_VER_STRING, &state, OnWriteError, OnWriteWarning);
     if (!state.png)
         return false;
     state.info = png_create_info_struct(state.png);

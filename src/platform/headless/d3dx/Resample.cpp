@@ -10,7 +10,7 @@ namespace headless {
 
 namespace {
 
-struct Tap {
+struct WeightedTap {
     UINT index;
     float weight;
 };
@@ -20,8 +20,8 @@ class AxisTaps {
 public:
     bool Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize);
 
-    const Tap* Begin(UINT target) const { return taps.get() + std::size_t{target} * most; }
-    const Tap* End(UINT target) const { return Begin(target) + counts[target]; }
+    const WeightedTap* Begin(UINT target) const { return taps.get() + std::size_t{target} * most; }
+    const WeightedTap* End(UINT target) const { return Begin(target) + counts[target]; }
 
 private:
     void Add(UINT target, long index, float weight);
@@ -33,7 +33,7 @@ private:
     long size = 0;
     bool mirror = false;
     std::size_t most = 0; // room for each target pixel
-    std::unique_ptr<Tap[]> taps;
+    std::unique_ptr<WeightedTap[]> taps;
     std::unique_ptr<UINT[]> counts;
 };
 
@@ -43,7 +43,7 @@ bool AxisTaps::Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize
     size = static_cast<long>(sourceSize);
     mirror = mirrored;
     most = static_cast<std::size_t>(2 * std::max(scale, 1.0)) + 3;
-    taps.reset(new (std::nothrow) Tap[most * targetSize]);
+    taps.reset(new (std::nothrow) WeightedTap[most * targetSize]);
     counts.reset(new (std::nothrow) UINT[targetSize]());
     if (!taps || !counts)
         return false;
@@ -103,7 +103,7 @@ void AxisTaps::AddTriangle(UINT target, double scale, double halfWidth)
 
 void AxisTaps::Normalize(UINT target)
 {
-    Tap* begin = taps.get() + target * most;
+    WeightedTap* begin = taps.get() + target * most;
     float sum = 0.0f;
     for (UINT i = 0; i < counts[target]; ++i)
         sum += begin[i].weight;
@@ -135,7 +135,7 @@ std::uint32_t PixelOf(const Sums& sums)
 void SumRows(const std::uint32_t* source, UINT width, const AxisTaps& down, UINT y, Sums* rowOut)
 {
     std::memset(rowOut, 0, sizeof(Sums) * width);
-    for (const Tap* tap = down.Begin(y); tap != down.End(y); ++tap) {
+    for (const WeightedTap* tap = down.Begin(y); tap != down.End(y); ++tap) {
         const std::uint32_t* row = source + std::size_t{tap->index} * width;
         for (UINT x = 0; x < width; ++x)
             AddPixel(rowOut[x], row[x], tap->weight);
@@ -146,7 +146,7 @@ void SumColumns(const Sums* row, const AxisTaps& across, UINT targetWidth, std::
 {
     for (UINT x = 0; x < targetWidth; ++x) {
         Sums sums = {};
-        for (const Tap* tap = across.Begin(x); tap != across.End(x); ++tap) {
+        for (const WeightedTap* tap = across.Begin(x); tap != across.End(x); ++tap) {
             for (int i = 0; i < 4; ++i)
                 sums.channel[i] += tap->weight * row[tap->index].channel[i];
         }

@@ -8,9 +8,9 @@ namespace headless {
 
 namespace {
 
-constexpr std::size_t kHeaderSize = 18;
+constexpr std::size_t kTgaHeaderSize = 18;
 
-enum TgaType { kPalette = 1, kColour = 2, kGrey = 3 };
+enum TgaType { kTgaPalette = 1, kTgaColour = 2, kTgaGrey = 3 };
 constexpr unsigned kRunLengthFlag = 8;
 
 constexpr unsigned kAlphaBitsMask = 0x0F;
@@ -34,7 +34,7 @@ struct TgaHeader {
 
     unsigned PaletteEntryBytes() const { return (paletteBits + 7) / 8; }
     unsigned PixelBytes() const { return (pixelBits + 7) / 8; }
-    std::size_t PaletteOffset() const { return kHeaderSize + idLength; }
+    std::size_t PaletteOffset() const { return kTgaHeaderSize + idLength; }
     std::size_t PixelOffset() const
     {
         const std::size_t paletteBytes = std::size_t{paletteCount} * PaletteEntryBytes();
@@ -50,19 +50,19 @@ struct TgaKind {
 };
 
 // 32-bit files hold alpha whatever the descriptor says: many writers leave it 0.
-const TgaKind kKinds[] = {
-    {kPalette, 8, false, D3DFMT_A8R8G8B8}, {kPalette, 8, true, D3DFMT_A8R8G8B8},
-    {kColour, 15, false, D3DFMT_X1R5G5B5}, {kColour, 15, true, D3DFMT_X1R5G5B5},
-    {kColour, 16, false, D3DFMT_X1R5G5B5}, {kColour, 16, true, D3DFMT_A1R5G5B5},
-    {kColour, 24, false, D3DFMT_X8R8G8B8}, {kColour, 24, true, D3DFMT_X8R8G8B8},
-    {kColour, 32, false, D3DFMT_A8R8G8B8}, {kColour, 32, true, D3DFMT_A8R8G8B8},
-    {kGrey, 8, false, D3DFMT_L8},          {kGrey, 8, true, D3DFMT_L8},
+const TgaKind kTgaKinds[] = {
+    {kTgaPalette, 8, false, D3DFMT_A8R8G8B8}, {kTgaPalette, 8, true, D3DFMT_A8R8G8B8},
+    {kTgaColour, 15, false, D3DFMT_X1R5G5B5}, {kTgaColour, 15, true, D3DFMT_X1R5G5B5},
+    {kTgaColour, 16, false, D3DFMT_X1R5G5B5}, {kTgaColour, 16, true, D3DFMT_A1R5G5B5},
+    {kTgaColour, 24, false, D3DFMT_X8R8G8B8}, {kTgaColour, 24, true, D3DFMT_X8R8G8B8},
+    {kTgaColour, 32, false, D3DFMT_A8R8G8B8}, {kTgaColour, 32, true, D3DFMT_A8R8G8B8},
+    {kTgaGrey, 8, false, D3DFMT_L8},          {kTgaGrey, 8, true, D3DFMT_L8},
 };
 
 D3DFORMAT FormatOf(const TgaHeader& header)
 {
     const bool alphaBit = (header.descriptor & kAlphaBitsMask) != 0;
-    for (const TgaKind& kind : kKinds) {
+    for (const TgaKind& kind : kTgaKinds) {
         if (kind.type == header.type && kind.pixelBits == header.pixelBits &&
             kind.alphaBit == alphaBit)
             return kind.format;
@@ -75,13 +75,14 @@ bool IsPaletteValid(const TgaHeader& header)
     const bool knownBits = header.paletteBits == 15 || header.paletteBits == 16 ||
                            header.paletteBits == 24 || header.paletteBits == 32;
     if (header.paletteType == 0)
-        return header.type != kPalette;
-    return header.paletteType == 1 && knownBits && (header.type != kPalette || header.paletteCount);
+        return header.type != kTgaPalette;
+    return header.paletteType == 1 && knownBits &&
+           (header.type != kTgaPalette || header.paletteCount);
 }
 
 bool ReadHeader(ImageFile file, TgaHeader& headerOut)
 {
-    if (file.size() < kHeaderSize)
+    if (file.size() < kTgaHeaderSize)
         return false;
     headerOut.idLength = file[0];
     headerOut.paletteType = file[1];
@@ -145,13 +146,13 @@ std::uint32_t ReadPaletteEntry(ImageFile file, std::size_t offset, unsigned bits
 bool ConvertRow(ImageFile file, const TgaHeader& header, const std::uint8_t* source,
                 std::uint8_t* rowOut)
 {
-    if (header.type != kPalette && header.pixelBits != 24) {
+    if (header.type != kTgaPalette && header.pixelBits != 24) {
         std::memcpy(rowOut, source, std::size_t{header.width} * header.PixelBytes());
         return true;
     }
     for (UINT x = 0; x < header.width; ++x) {
         std::uint32_t pixel = 0;
-        if (header.type == kPalette) {
+        if (header.type == kTgaPalette) {
             const unsigned index = source[x] - header.paletteFirst; // wraps below the first
             if (index >= header.paletteCount)
                 return false;
@@ -215,7 +216,7 @@ HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut)
 
     imageOut.info =
         PlainImageInfo(header.width, header.height,
-                       header.type == kPalette ? D3DFMT_P8 : header.format, D3DXIFF_TGA);
+                       header.type == kTgaPalette ? D3DFMT_P8 : header.format, D3DXIFF_TGA);
     if (infoOnly)
         return D3D_OK;
 

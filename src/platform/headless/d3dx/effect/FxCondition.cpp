@@ -8,29 +8,29 @@ namespace headless::fx {
 
 namespace {
 
-using Value = std::uint64_t; // wraps round instead of overflowing; signed where it matters
+using ConditionValue = std::uint64_t; // wraps round instead of overflowing; signed where it matters
 
-std::int64_t Signed(Value value)
+std::int64_t Signed(ConditionValue value)
 {
     return static_cast<std::int64_t>(value);
 }
 
-struct Operator {
+struct ConditionOperator {
     std::string_view sign;
     int rank;
 };
 
-constexpr Operator kOperators[] = {{"||", 1}, {"&&", 2}, {"|", 3},  {"^", 4},  {"&", 5},
-                                   {"==", 6}, {"!=", 6}, {"<", 7},  {"<=", 7}, {">", 7},
-                                   {">=", 7}, {"<<", 8}, {">>", 8}, {"+", 9},  {"-", 9},
-                                   {"*", 10}, {"/", 10}, {"%", 10}};
+constexpr ConditionOperator kConditionOperators[] = {
+    {"||", 1}, {"&&", 2}, {"|", 3},  {"^", 4},  {"&", 5},  {"==", 6},
+    {"!=", 6}, {"<", 7},  {"<=", 7}, {">", 7},  {">=", 7}, {"<<", 8},
+    {">>", 8}, {"+", 9},  {"-", 9},  {"*", 10}, {"/", 10}, {"%", 10}};
 
-Value Truth(bool value)
+ConditionValue Truth(bool value)
 {
     return value ? 1 : 0;
 }
 
-Value Compare(std::string_view sign, std::int64_t a, std::int64_t b)
+ConditionValue Compare(std::string_view sign, std::int64_t a, std::int64_t b)
 {
     if (sign == "<" || sign == ">=")
         return Truth((a < b) == (sign == "<"));
@@ -47,7 +47,7 @@ public:
 
     bool Read(bool& valueOut)
     {
-        Value value = 0;
+        ConditionValue value = 0;
         if (!Choice(value))
             return false;
         if (position < words.size())
@@ -68,11 +68,11 @@ private:
         position += fits ? 1 : 0;
         return fits;
     }
-    bool Choice(Value& valueOut);
-    bool Binary(int lowestRank, Value& valueOut);
-    bool Unary(Value& valueOut);
-    bool Number(Value& valueOut);
-    bool Apply(std::string_view sign, Value right, Value& leftInOut);
+    bool Choice(ConditionValue& valueOut);
+    bool Binary(int lowestRank, ConditionValue& valueOut);
+    bool Unary(ConditionValue& valueOut);
+    bool Number(ConditionValue& valueOut);
+    bool Apply(std::string_view sign, ConditionValue right, ConditionValue& leftInOut);
 
     std::span<const FxToken> words;
     FxPlace place;
@@ -91,7 +91,7 @@ struct Level {
     int& depth;
 };
 
-bool Reader::Choice(Value& valueOut)
+bool Reader::Choice(ConditionValue& valueOut)
 {
     const Level level(depth);
     if (depth > kFxMaxNesting)
@@ -102,8 +102,8 @@ bool Reader::Choice(Value& valueOut)
         return true;
     const bool wasIgnored = isIgnored;
     const bool condition = valueOut != 0;
-    Value yes = 0;
-    Value no = 0;
+    ConditionValue yes = 0;
+    ConditionValue no = 0;
     isIgnored = wasIgnored || !condition;
     if (!Choice(yes))
         return false;
@@ -117,13 +117,13 @@ bool Reader::Choice(Value& valueOut)
     return true;
 }
 
-bool Reader::Binary(int lowestRank, Value& valueOut)
+bool Reader::Binary(int lowestRank, ConditionValue& valueOut)
 {
     if (!Unary(valueOut))
         return false;
     while (position < words.size()) {
-        const Operator* found = nullptr;
-        for (const Operator& candidate : kOperators)
+        const ConditionOperator* found = nullptr;
+        for (const ConditionOperator& candidate : kConditionOperators)
             if (words[position].Is(candidate.sign))
                 found = &candidate;
         if (!found || found->rank < lowestRank)
@@ -132,7 +132,7 @@ bool Reader::Binary(int lowestRank, Value& valueOut)
         const bool wasIgnored = isIgnored;
         if ((found->sign == "||" && valueOut != 0) || (found->sign == "&&" && valueOut == 0))
             isIgnored = true;
-        Value right = 0;
+        ConditionValue right = 0;
         if (!Binary(found->rank + 1, right) || !Apply(found->sign, right, valueOut))
             return false;
         isIgnored = wasIgnored;
@@ -140,7 +140,7 @@ bool Reader::Binary(int lowestRank, Value& valueOut)
     return true;
 }
 
-bool Reader::Unary(Value& valueOut)
+bool Reader::Unary(ConditionValue& valueOut)
 {
     const Level level(depth);
     if (depth > kFxMaxNesting)
@@ -165,7 +165,7 @@ bool Reader::Unary(Value& valueOut)
     return Accept(")") || Fail("a condition lacks ')'");
 }
 
-bool Reader::Number(Value& valueOut)
+bool Reader::Number(ConditionValue& valueOut)
 {
     valueOut = 0;
     if (position >= words.size())
@@ -195,26 +195,26 @@ bool Reader::Number(Value& valueOut)
     return true;
 }
 
-bool Reader::Apply(std::string_view sign, Value right, Value& leftInOut)
+bool Reader::Apply(std::string_view sign, ConditionValue right, ConditionValue& leftInOut)
 {
-    Value& left = leftInOut;
+    ConditionValue& left = leftInOut;
     const bool divides = sign == "/" || sign == "%";
     if (divides && right == 0) {
         left = 0;
         return isIgnored || Fail("a condition divides by 0");
     }
-    if (divides && right == ~Value{0}) // -1: the smallest number has no opposite
+    if (divides && right == ~ConditionValue{0}) // -1: the smallest number has no opposite
         left = sign == "/" ? 0 - left : 0;
     else if (divides)
-        left = static_cast<Value>(sign == "/" ? Signed(left) / Signed(right)
-                                              : Signed(left) % Signed(right));
+        left = static_cast<ConditionValue>(sign == "/" ? Signed(left) / Signed(right)
+                                                       : Signed(left) % Signed(right));
     else if (sign == "||" || sign == "&&")
         left = Truth(sign == "||" ? left != 0 || right != 0 : left != 0 && right != 0);
     else if (sign == "==" || sign == "!=")
         left = Truth((left == right) == (sign == "=="));
     else if (sign == "<<" || sign == ">>")
-        left =
-            sign == "<<" ? left << (right & 63) : static_cast<Value>(Signed(left) >> (right & 63));
+        left = sign == "<<" ? left << (right & 63)
+                            : static_cast<ConditionValue>(Signed(left) >> (right & 63));
     else if (sign[0] == '<' || sign[0] == '>')
         left = Compare(sign, Signed(left), Signed(right));
     else
