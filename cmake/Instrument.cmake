@@ -1,8 +1,8 @@
 # Compiler and linker flags of the instrumented presets.
 if(QSA_INSTRUMENT STREQUAL "asan")
-    # One build serves the tests and the fuzz targets, whose driver follows what the inputs reach.
-    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
-                        -fno-omit-frame-pointer)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    # One build serves the tests and the fuzz targets, whose driver follows what the inputs reach in src.
+    set(QSA_SOURCE_INSTRUMENTS -fsanitize=fuzzer-no-link)
     add_link_options(-fsanitize=address,undefined)
     add_compile_definitions(__SANITIZE_ADDRESS__) # as g++ has it; clang tells by a feature test
     # Line numbers are enough for a report, and more optimisation doubles the compile time.
