@@ -59,7 +59,7 @@ TEST_F(QSALoaderLinkTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
 {
     EXPECT_EQ(LoadError(Clone("copy", "none")),
               "scene.qsa: Internal error: no mesh info for mesh 'copy'");
-    // Records are found in any case, meshes are not.
+    // Records are found regardless of case, meshes are not.
     EXPECT_EQ(LoadError(Cube({"1"}).Text() + Clone("copy", "CUBE")),
               "scene.qsa: Clone Mesh 'CUBE' not found");
 }
@@ -93,7 +93,7 @@ TEST_F(QSALoaderLinkTest, CloneTakesItsOwnSubmaterials)
                       "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 0 1 1 } "
                       "*SUBMATERIAL 1 { *MATERIAL_DIFFUSE 1 1 0 }"});
     const std::string source = Named(mesh, "m", "*MATERIAL_REF 0");
-    // Clones without submaterials have one material, however many the source has.
+    // Clones without submaterials have one material, no matter how many the source has.
     directory.Write("scene.qsa", list + source + Clone("one", "m", "*MATERIAL_REF 1") +
                                      Clone("plain", "m", "*MATERIAL_REF 2") +
                                      Clone("two", "m", "*MATERIAL_REF 3") + Clone("none", "m"));
@@ -170,7 +170,7 @@ TEST_F(QSALoaderLinkTest, WithoutABoundsObjectTheSceneIsMeasured)
          Named(Cube({"1"}), "c",
                "*TM_ANIMATION { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 4800 5 0 0 "
                "*CONTROL_POS_SAMPLE 9600 7 0 0 } }"));
-    // The keys are seconds 0 and 1 behind the first frame; the scene is set to 30 / 30 seconds.
+    // The keys are at seconds 0 and 1 after the first frame; the scene is set to 30 / 30 seconds.
     ExpectVec3(scene.boxMin, 7, 0, 0);
     ExpectVec3(scene.boxMax, 8, 1, 1);
     EXPECT_EQ(scene.clipMode, 0);

@@ -36,7 +36,7 @@ protected:
     }
     KRE_Texture& Texture() { return Mesh(0).textures[0]; }
     KRE_MaterialInfo& Material() { return Mesh(0).materials[0]; }
-    /// The constants that a diffuse map with this text ends up with, as text.
+    /// The constants that a diffuse map with this text gets, as text.
     std::string Constants(const std::string& inside)
     {
         LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\" " + inside));
@@ -63,9 +63,9 @@ TEST_F(QSA_MaterialImportMapsTest, CoordinatesBecomeTheConstantsOfTheMap)
 
 TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsTurnsAndScalesAboutTheMiddleOfThePicture)
 {
-    // (u, v, 1) is shifted by (-0.5 - 0.25, -0.5 + -0.5) = (-0.75, -1), turned by a right angle
-    // against the angle's sense, so that (x, y) becomes (y, -x), scaled by (2, 3), and shifted
-    // back by (0.5, 0.5). The rows are what becomes of (1, 0), of (0, 1), and of the shift:
+    // (u, v, 1) is shifted by (-0.5 - 0.25, -0.5 + -0.5) = (-0.75, -1), rotated by a right angle in
+    // the opposite sense of the angle, so that (x, y) becomes (y, -x), scaled by (2, 3), and
+    // shifted back by (0.5, 0.5). The rows are the images of (1, 0), of (0, 1), and of the shift:
     // (0, -1) and (1, 0) scaled; (-1, 0.75) scaled is (-2, 2.25).
     const QSA_TimeScale time;
     const QSA_LoadOptions options;
@@ -86,11 +86,11 @@ TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsTurnsAndScalesAboutTheMiddl
 
 TEST_F(QSA_MaterialImportMapsTest, MirroredTilingOfOneGivesTilingTwoAndOffsetMinusAQuarter)
 {
-    // Twice 1 is 2; half of a picture of 1 / 2 is 0.25.
+    // Twice 1 is 2; half of a tile of 1 / 2 is 0.25.
     EXPECT_EQ(Constants("*UVW_TILE_U \"Mirror\""), "-0.25 0 2 1 0");
     EXPECT_EQ(Material().mirrorU, 1);
     EXPECT_EQ(Material().tileU, 0);
-    // Twice 4 is 8; 0.5 / 8 is 0.0625, taken from 0.5.
+    // Twice 4 is 8; 0.5 / 8 is 0.0625, subtracted from 0.5.
     EXPECT_EQ(Constants("*UVW_TILE_V \"mirror\" *UVW_V_TILING 4 *UVW_V_OFFSET 0.5"),
               "0 0.4375 1 8 0");
     EXPECT_EQ(Material().mirrorV, 1);
@@ -138,7 +138,7 @@ TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
 
 TEST_F(QSA_MaterialImportMapsTest, TimesOfASequenceFollowTheFrameSpeed)
 {
-    // 25 frames a second: start 50 / 25, each picture 1 / (2 * 25).
+    // 25 frames per second: start 50 / 25, each picture 1 / (2 * 25).
     MeshText mesh = Triangle();
     mesh.more = "*MATERIAL_REF 0";
     Load("*SCENE { *SCENE_FRAMESPEED 25 }" +
@@ -185,7 +185,7 @@ TEST_F(QSA_MaterialImportMapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_STREQ(Texture().slotNames[1].c_str(), "none.bmp");
     EXPECT_EQ(Texture().slots[1].type, StageBump);
     EXPECT_EQ(Texture().slotTextures[1], nullptr);
-    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the file is not looked for
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the file is not searched for
     LoadMaterial(maps, kLoadBumpMaps);
     EXPECT_EQ(Warnings("Can not open bump map 'none.bmp'"), 1);
     EXPECT_STREQ(Texture().slotNames[1].c_str(), "none.bmp");
@@ -353,7 +353,7 @@ TEST_F(QSA_MaterialImportMapsTest, MapsOfAMaterialAreLoadedOnce)
 
 TEST_F(QSA_MaterialImportMapsTest, TracksOfAMapGetSecondsAndScaledTangents)
 {
-    // 4800 ticks a second; keys at 0 and 9600, 9600 apart.
+    // 4800 ticks per second; keys at 0 and 9600, 9600 apart.
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\" *MAP_ANIMATION { *MAP_ATTRIBUTE \"AngleW\" "
                                 "*CONTROL_FLOAT_BEZIER { *CONTROL_BEZIER_FLOAT_KEY 0 1 0.5 0.25 "
                                 "*CONTROL_BEZIER_FLOAT_KEY 9600 2 0.125 3 } }"));
@@ -362,7 +362,7 @@ TEST_F(QSA_MaterialImportMapsTest, TracksOfAMapGetSecondsAndScaledTangents)
     EXPECT_EQ(track.Key(0).time, 0.0f);
     EXPECT_FLOAT_EQ(track.Key(1).time, 2.0f);
     EXPECT_FLOAT_EQ(track.Key(0).outTangent, 2400.0f);
-    EXPECT_EQ(track.Key(0).inTangent, 0.5f); // nothing stands before it
+    EXPECT_EQ(track.Key(0).inTangent, 0.5f); // nothing comes before it
     EXPECT_FLOAT_EQ(track.Key(1).inTangent, 1200.0f);
     EXPECT_EQ(track.Key(1).outTangent, 3.0f);
 }
@@ -391,8 +391,8 @@ TEST_F(QSA_MaterialImportMapsTest, MapTrackHolds1024KeysAndWarnsAtTheLast)
         LoadMaterial(Map("DIFFUSE", text + "} }") + "*MATERIAL_SHINE 1 ");
         EXPECT_EQ(Texture().matrixAni[0].tracks[KRE_TextMatrixAni::kTileV].GetKeyCount(), kept);
         EXPECT_EQ(Warnings("More than 1024 float bezier keys"), warnings);
-        EXPECT_EQ(Material().power, 100.0f); // the blocks around it are read on
-        Load(Helper("*NODE_NAME \"h\" *NODE_TM { *TM_ROW0 0 0 0 }")); // another warning between
+        EXPECT_EQ(Material().power, 100.0f); // the rest of the enclosing blocks is read
+        Load(Helper("*NODE_NAME \"h\" *NODE_TM { *TM_ROW0 0 0 0 }")); // another warning in between
     }
 }
 
@@ -405,7 +405,7 @@ TEST_F(QSA_MaterialImportMapsTest, QuirkMissingValueEndsTheMapAndTheScene)
         EXPECT_THAT(LogText(), testing::HasSubstr("No text string found")) << value;
         EXPECT_THAT(LogText(), testing::HasSubstr("Encountered unexpected end of file")) << value;
     }
-    // In a material's own block it is passed over.
+    // Directly in a material's block it is skipped.
     LoadMaterial("*MATERIAL_NAME none " + rest);
     EXPECT_EQ(Material().power, 100.0f);
 }
