@@ -40,7 +40,7 @@ protected:
     KRE_3dScene scene;
 };
 
-/// A picture of 24 bits and `size` by `size` pixels.
+/// A 24-bit picture of `size` by `size` pixels.
 std::string Bmp(uint8_t size)
 {
     std::string bytes("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
@@ -178,7 +178,7 @@ TEST_F(TextureFileTest, ATypeThatWouldBeDrawnIsHeldAgainstThoseThereAre)
 
 TEST_F(TextureFileTest, TheTypeOfASlotOfTheFileIsToldAlsoIfSlotsChangePlaces)
 {
-    QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, behind the reflection
+    QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, after the reflection
     stored.slots[1].file = "sky.bmp";
     stored.slots[1].type = 3;
     EXPECT_EQ(LoadError(MakeQsb(FileWith(stored)).bytes),

@@ -20,7 +20,7 @@ constexpr const char* kText = "*3DSMAX_QSAEXPORT 100\n"
                               "*SCENE {\n *SCENE_FIRSTFRAME 30\n *SCENE_LASTFRAME 90\n"
                               " *SCENE_FRAMESPEED 15\n *SCENE_TICKSPERFRAME 320\n}\n";
 
-/// An object that stands at x = `time` for times from 0 to 10 seconds.
+/// An object at x = `time` for times from 0 to 10 seconds.
 QsbObject Mover(const std::string& name)
 {
     QsbObject object;
@@ -112,7 +112,7 @@ TEST_F(LoadSceneTest, ATextSceneStandsAtItsFirstFrame)
 {
     KRE_3dScene scene;
     LoadBytes(scene, kText);
-    EXPECT_EQ(scene.lastTime, 2.0); // frame 30 at 15 frames a second
+    EXPECT_EQ(scene.lastTime, 2.0); // frame 30 at 15 frames per second
 }
 
 TEST_F(LoadSceneTest, ALightOfNoTypeOfTheDeviceIsAWarningAndKeepsItsBytes)
@@ -225,7 +225,7 @@ TEST_F(LoadSceneTest, AllFlagsSetCountAsNone)
     KRE_3dScene scene;
     Load(scene, file, kAllFlags);
     EXPECT_EQ(scene.meshes.Get(0)->fvf, 0x12u);
-    Load(scene, file, kAllFlags & ~1u); // any other set of flags counts
+    Load(scene, file, kAllFlags & ~1u); // any other set of flags is used as it is
     EXPECT_EQ(scene.meshes.Get(0)->fvf, 0xD2u);
 }
 
@@ -241,7 +241,7 @@ TEST_F(LoadSceneTest, FilesWithoutSceneBoundsGetThemComputed)
     Load(scene, file);
     EXPECT_EQ(scene.boxMin, D3DXVECTOR3(0, 0, 0));
     EXPECT_EQ(scene.boxMax, D3DXVECTOR3(1, 1, 4));
-    file.version = 103; // has them in the file: all zero
+    file.version = 103; // stored in the file: all zero
     Load(scene, file);
     EXPECT_EQ(scene.boxMax, D3DXVECTOR3(0, 0, 0));
 }

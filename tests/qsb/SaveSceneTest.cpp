@@ -35,7 +35,8 @@ TEST_F(SaveSceneTest, AnEmptySceneHasFourZeroCountsAndAllFixedRecords)
     const std::string bytes = Saved(scene);
     EXPECT_EQ(bytes.size(), kHeader + kScene);
     EXPECT_EQ(bytes.substr(bytes.size() - 16), std::string(16, '\0'));
-    // Field by field: a new scene and a new header are the defaults of the writer in this test.
+    // Compared field by field: a new scene and a new header have the defaults of this test's
+    // writer.
     EXPECT_EQ(QsbDifference(bytes, MakeQsb(QsbFile()).bytes), "");
 }
 
@@ -45,7 +46,7 @@ TEST_F(SaveSceneTest, AllRecordsComeOutAsTheyWentIn)
     QsbFile file = FullQsb();
     file.scene.object.name = "scene.qsb"; // the path of the load
     QsbFile expected = file;
-    expected.scene.meshes[1].hasTransparency = 1; // the clone's is its source's after a load
+    expected.scene.meshes[1].hasTransparency = 1; // after a load the clone's is its source's
     EXPECT_EQ(QsbDifference(Resaved(MakeQsb(file).bytes), MakeQsb(expected).bytes), "");
 }
 
