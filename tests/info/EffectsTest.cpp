@@ -35,7 +35,7 @@ TEST_F(EffectsTest, ASceneWithoutEffectsSaysSo)
 
 TEST_F(EffectsTest, AnEffectThatEndsAConversionIsToldWithItsError)
 {
-    directory.Write("glow.fx", "Colour = 1;\n"); // no text of the language on either host
+    directory.Write("glow.fx", "Colour = 1;\n"); // not a valid effect text on either host
     QsbFile file = InfoBoat();
     file.scene.meshes[0].materials[0].effect = "glow.fx";
     const std::string start = "scene.qsb\n  Hull materials[0]: glow.fx: ends a conversion: Could "

@@ -82,7 +82,7 @@ TEST_F(ReportTest, MaterialsTellWhatIsSpecial)
     material.transparent = 1;
     material.twoSided = 1;
     material.effect = "waves.fx";
-    material.opacityTrack.keys = {{0, 0.25f, 0, 0}}; // what the load sets the transparency to
+    material.opacityTrack.keys = {{0, 0.25f, 0, 0}}; // the load sets the transparency to this
     const std::string report = Report(file);
     EXPECT_THAT(report, HasSubstr("1x   #FF8000, transparent 25%, two-sided, animated, effect "
                                   "waves.fx\n"));

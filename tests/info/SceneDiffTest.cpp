@@ -59,7 +59,7 @@ TEST_F(SceneDiffTest, ToleranceIsAbsoluteAndForFloatsOnly)
                                                "meshes/Skin/userTag: -1 | 0\n");
 }
 
-/// Files hold normals in steps of 1 / 32767 and weights in steps of 1 / 65535.
+/// Files store normals in steps of 1 / 32767 and weights in steps of 1 / 65535.
 TEST_F(SceneDiffTest, WhatTheFormatRoundsToOneNumberIsTheSameUnlessExactIsAskedFor)
 {
     const QsbFile first = FullBoat();

@@ -1,4 +1,4 @@
-// Techniques of effects in text form, and this host's reasons to pass them over.
+// Techniques of effects in text form, and this host's reasons to reject them.
 
 #include "info/Report.h"
 
@@ -13,7 +13,8 @@ namespace {
 
 class EffectTechniques : public InfoTest {
 protected:
-    /// A boat whose hull has the effect, as its scene lies beside it in the folder "deck".
+    /// The effect's report for a boat whose hull has it; the effect is beside the scene in the
+    /// folder "deck".
     std::string Told(const std::string& effect)
     {
         QsbFile file = InfoBoat();
