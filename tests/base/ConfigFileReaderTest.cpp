@@ -350,7 +350,7 @@ TEST_F(ConfigFileReaderTest, EntriesWithoutANameOrWithATakenOneAreWarnings)
     EXPECT_EQ(reader.FindEntry("boat"), 1);
 }
 
-// A name and its end take 1024 bytes.
+// A name and its terminator take 1024 bytes.
 TEST_F(ConfigFileReaderTest, NamesDifferByTheirFirst1023Bytes)
 {
     const std::string fits(1022, 'x');
