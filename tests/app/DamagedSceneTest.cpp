@@ -59,7 +59,7 @@ protected:
 
 } // namespace
 
-TEST_F(DamagedScene, LooksLikeTheSceneOfWhatIsWhole)
+TEST_F(DamagedScene, LooksLikeTheSceneOfItsIntactParts)
 {
     const std::string both = kEye + Mesh(kLeftFace + kRightFace, 2);
     const std::string left = kEye + Mesh(kLeftFace, 1);
@@ -99,7 +99,7 @@ void SaveMarked(const char* name, int32_t objects, int32_t lights)
 
 } // namespace
 
-TEST_F(DamagedScene, MarkersOfWhatIsNotThereAreNotDrawn)
+TEST_F(DamagedScene, MarkersOfAnUnknownKindAreNotDrawn)
 {
     scratch.Write("scene.qsa",
                   kEye + Mesh(kLeftFace, 1) +

@@ -408,7 +408,7 @@ TEST_F(Session, LoopIsNeitherClampedNorStopped)
     EXPECT_NEAR(DrawnTime(), 7.0, 1e-5);
 }
 
-TEST_F(Session, EndIsThatOfTheSceneAsLoaded)
+TEST_F(Session, EndIsTheOneTheSceneWasLoadedWith)
 {
     gStartTime = 200.0f;
     Load("").loopEnd = 4.0f;

@@ -405,7 +405,7 @@ TEST_F(ConfigFileReaderTest, WithoutAnIndexOnlyTheBytesAreLoaded)
     EXPECT_EQ(reader.GetLineCount(), 3);
 }
 
-TEST_F(ConfigFileReaderTest, CodesOfTheLineIndexComeBackFromLoad)
+TEST_F(ConfigFileReaderTest, LoadReturnsTheCodesOfTheLineIndex)
 {
     scratch.Write("lines.cfg", std::string(65535, '\n'));
     EXPECT_EQ(reader.Load("lines.cfg", true), kTextFileTooManyLines);

@@ -187,7 +187,7 @@ TEST_F(FileTest, ReadsMayCrossTheEndOfTheWindow)
     EXPECT_EQ(file.GetBytesLeft(), 0);
 }
 
-TEST_F(FileTest, NoMoreIsReadAheadThanTheWindowUntilItIsAskedFor)
+TEST_F(FileTest, ReadsAheadNoFurtherThanTheWindow)
 {
     // The window holds 65,536 bytes. It is used up to its last byte, and what comes after it is
     // replaced before that is read.
@@ -416,7 +416,7 @@ TEST_F(FileTest, FailedWriteTakesThePositionOfTheStreamAndRaisesTheSizeToIt)
     }
 }
 
-TEST_F(FileTest, FailuresGiveFalseWithThrowingOff)
+TEST_F(FileTest, FailuresReturnFalseWithThrowingOff)
 {
     file.throwOnError = 0;
     scratch.Write("in.bin", std::string("\x05\0\0\0boat", 8));

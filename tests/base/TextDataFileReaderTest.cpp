@@ -94,7 +94,7 @@ TEST_P(TextDataFileReaderTest, SeekRelativeIsClampedToTheFile)
     EXPECT_EQ(reader.ReadChar(), 'a');
 }
 
-TEST_P(TextDataFileReaderTest, SkipToTakesTheByteItLooksFor)
+TEST_P(TextDataFileReaderTest, SkipToConsumesTheByteItSearchesFor)
 {
     Open("ab{c{");
     EXPECT_EQ(reader.SkipTo('{'), 0);
@@ -309,7 +309,7 @@ TEST_P(TextDataFileReaderTest, QuotedTextsKeepAllBytesUpToTheClosingQuote)
     EXPECT_EQ(LogText(), "");
 }
 
-TEST_P(TextDataFileReaderTest, WithoutAQuoteTheByteIsLostAndWarnedOfAndTheOldTextStays)
+TEST_P(TextDataFileReaderTest, MissingQuoteLosesTheByteWithAWarningAndKeepsTheOldText)
 {
     Open(" boat");
     TokenBuffer text = "old";

@@ -302,7 +302,7 @@ TEST_F(CheckSceneTest, FindsAPictureUnderAWrongId)
     texture.slotTextures[0] = picture;
 }
 
-TEST_F(CheckSceneTest, FindsASelectedSlotThatIsNotThere)
+TEST_F(CheckSceneTest, FindsASelectedSlotThatDoesNotExist)
 {
     KRE_3dScene scene;
     MakeSoundScene(scene);
@@ -339,7 +339,7 @@ TEST_F(CheckSceneTest, ACloneMayHaveFewerMaterialsThanTheGeometryHasAttributes)
     EXPECT_EQ(CheckScene(scene), "");
 }
 
-TEST_F(CheckSceneTest, OfVeryManyFaultsTheRestIsCounted)
+TEST_F(CheckSceneTest, FaultsBeyondTheLimitAreOnlyCounted)
 {
     SceneFaults faults;
     for (int i = 0; i < 300; ++i)

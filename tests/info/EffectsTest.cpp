@@ -17,7 +17,7 @@ protected:
 
 } // namespace
 
-TEST_F(EffectsTest, AnEffectThatIsNotThereIsToldForEachMaterial)
+TEST_F(EffectsTest, AMissingEffectIsReportedForEachMaterial)
 {
     QsbFile file = InfoBoat();
     file.scene.meshes.push_back(InfoTriangle("Mast"));
@@ -33,7 +33,7 @@ TEST_F(EffectsTest, ASceneWithoutEffectsSaysSo)
     EXPECT_EQ(Effects(InfoBoat()), "scene.qsb\n  no material names an effect\n");
 }
 
-TEST_F(EffectsTest, AnEffectThatEndsAConversionIsToldWithItsError)
+TEST_F(EffectsTest, AnEffectThatEndsAConversionIsReportedWithItsError)
 {
     directory.Write("glow.fx", "Colour = 1;\n"); // not a valid effect text on either host
     QsbFile file = InfoBoat();

@@ -49,7 +49,7 @@ TEST(WarningList, CountsRepeatsOfATextOnce)
     EXPECT_EQ(list.LeftOut(), 0);
 }
 
-TEST(WarningList, OfVeryManyOnlyTheNumberIsKept)
+TEST(WarningList, BeyondTheLimitOnlyTheNumberIsKept)
 {
     WarningList list;
     for (int i = 0; i < 1500; ++i)
@@ -60,7 +60,7 @@ TEST(WarningList, OfVeryManyOnlyTheNumberIsKept)
     EXPECT_EQ(list.LeftOut(), 500);
 }
 
-TEST_F(LoadedSceneTest, QsbAndQsaAreToldApartByTheirBytes)
+TEST_F(LoadedSceneTest, QsbAndQsaAreDistinguishedByTheirBytes)
 {
     LoadedScene qsb;
     Load(qsb, InfoBoat(), "boat.txt");
@@ -77,7 +77,7 @@ TEST_F(LoadedSceneTest, QsbAndQsaAreToldApartByTheirBytes)
     EXPECT_DOUBLE_EQ(qsa.Seconds(), 1.2); // 30 frames at 25 per second
 }
 
-TEST_F(LoadedSceneTest, OldVersionsAreTold)
+TEST_F(LoadedSceneTest, OldVersionsAreReported)
 {
     QsbFile file = InfoBoat();
     file.version = 103;
@@ -198,7 +198,7 @@ TEST_F(LoadedSceneTest, TexturesOfAnotherMachineAreFoundBesideTheScene)
                                               "taken from beside the scene: 'stone.png'");
 }
 
-TEST_F(LoadedSceneTest, PicturesOfOneNameInTwoDirectoriesAreTwo)
+TEST_F(LoadedSceneTest, PicturesOfTheSameNameInTwoDirectoriesAreDifferent)
 {
     fs::create_directory("a");
     fs::create_directory("b");

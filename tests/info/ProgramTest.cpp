@@ -111,7 +111,7 @@ TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
-TEST_F(InfoProgram, CheckTellsSoundFromDamaged)
+TEST_F(InfoProgram, CheckDistinguishesSoundFromDamaged)
 {
     scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
     QsbFile file = InfoBoat();

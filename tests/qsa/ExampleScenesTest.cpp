@@ -101,7 +101,7 @@ TEST_F(ExampleScenesTest, EveryExampleIsASoundSceneUnderAllOptions)
     }
 }
 
-TEST_F(ExampleScenesTest, TruncationsLoadOrEndInAStatedError)
+TEST_F(ExampleScenesTest, TruncationsLoadOrEndInADocumentedError)
 {
     for (const fs::path& path : ExampleScenes()) {
         const std::string text = ReadText(path);

@@ -9,7 +9,7 @@ using QSALoaderLinkTest = QSALoaderTest;
 
 } // namespace
 
-TEST_F(QSALoaderLinkTest, ParentThatIsNotThereWarns)
+TEST_F(QSALoaderLinkTest, MissingParentWarns)
 {
     Load(Helper("*NODE_NAME \"a\" *NODE_PARENT \"none\"") +
          Helper("*NODE_NAME \"b\" *NODE_PARENT \"a\""));
@@ -55,7 +55,7 @@ TEST_F(QSALoaderLinkTest, RingOfClonesIsAnError)
     EXPECT_EQ(LoadError(Clone("a", "a")), "scene.qsa: Clone Mesh 'a' not found");
 }
 
-TEST_F(QSALoaderLinkTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
+TEST_F(QSALoaderLinkTest, MissingSourceIsAnErrorThatNamesTheClone)
 {
     EXPECT_EQ(LoadError(Clone("copy", "none")),
               "scene.qsa: Internal error: no mesh info for mesh 'copy'");
@@ -64,13 +64,13 @@ TEST_F(QSALoaderLinkTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
               "scene.qsa: Clone Mesh 'CUBE' not found");
 }
 
-TEST_F(QSALoaderLinkTest, MeshBlockBehindACloneKeywordIsSkipped)
+TEST_F(QSALoaderLinkTest, MeshBlockAfterACloneKeywordIsSkipped)
 {
     Load(Cube({"1"}).Text() + Clone("copy", "Cube", Triangle().MeshBlock()));
     EXPECT_EQ(Mesh(1).faceCount, 12);
 }
 
-TEST_F(QSALoaderLinkTest, CloneOfNoNameIsAMeshOfItsOwn)
+TEST_F(QSALoaderLinkTest, CloneOfAnUnnamedSourceIsAMeshOfItsOwn)
 {
     Load("*GEOMOBJECT { *NODE_NAME \"m\" " + Triangle().MeshBlock() + " *CLONE \"\" }");
     EXPECT_EQ(Mesh(0).faceCount, 1);
@@ -146,7 +146,7 @@ TEST_F(QSALoaderLinkTest, CloneCopiesBoneRecordsAndPointers)
     EXPECT_EQ(Mesh(1).boneObjects[0], &Mesh(0)); // as it stands in the source
 }
 
-TEST_F(QSALoaderLinkTest, TwoMeshesOfOneNameAreBothBuilt)
+TEST_F(QSALoaderLinkTest, TwoMeshesOfTheSameNameAreBothBuilt)
 {
     Load(Named(Cube({"1"}), "m") + Named(Triangle(), "m") + Clone("copy", "m") +
          Helper("*NODE_NAME \"h\" *NODE_PARENT \"m\""));

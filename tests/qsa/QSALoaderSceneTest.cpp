@@ -136,13 +136,13 @@ TEST_F(QSALoaderSceneTest, EachEnvironmentBlockLooksForItsLastName)
     EXPECT_EQ(Warnings("Can not open environment texture file third.bmp"), 1);
 }
 
-TEST_F(QSALoaderSceneTest, EmptyEnvironmentNameIsLookedForAndNotFound)
+TEST_F(QSALoaderSceneTest, EmptyEnvironmentNameIsSearchedForAndNotFound)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"\" }"));
     EXPECT_EQ(Warnings("Can not open environment texture file "), 1);
 }
 
-TEST_F(QSALoaderSceneTest, EnvironmentIsNotLookedForWithoutTextures)
+TEST_F(QSALoaderSceneTest, EnvironmentIsNotSearchedForWithoutTextures)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"), kLoadNoTextures);
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());

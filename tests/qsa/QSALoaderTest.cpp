@@ -15,7 +15,7 @@ std::string Named(const std::string& name)
 
 } // namespace
 
-TEST_F(QSALoaderTest, StrayClosingBraceAtTheTopIsPassedOver)
+TEST_F(QSALoaderTest, StrayClosingBraceAtTheTopIsSkipped)
 {
     Load("} } " + Named("a") + "}" + Named("b"));
     ASSERT_EQ(scene.objects.Count(), 2);
@@ -61,7 +61,7 @@ TEST_F(QSALoaderTest, KeywordsInSmallLettersAreTheSame)
     EXPECT_STREQ(Object(0).name.c_str(), "Small");
 }
 
-TEST_F(QSALoaderTest, TextBehindTheLastBraceIsPassedOver)
+TEST_F(QSALoaderTest, TextAfterTheLastBraceIsIgnored)
 {
     Load(Named("a") + "the end \" , 5");
     EXPECT_EQ(scene.objects.Count(), 1);
@@ -90,7 +90,7 @@ TEST_F(QSALoaderTest, QuirkGroupAddsNothingAndDoesNotEndAtItsBrace)
     }
 }
 
-TEST_F(QSALoaderTest, MillionGroupsInsideEachOtherLoad)
+TEST_F(QSALoaderTest, MillionNestedGroupsLoad)
 {
     std::string text;
     for (int i = 0; i < 1000000; ++i)
@@ -137,7 +137,7 @@ TEST_F(QSALoaderTest, LoadEmptiesTheSceneFirst)
     EXPECT_EQ(scene.lights.Count(), 0);
 }
 
-TEST_F(QSALoaderTest, NothingOfOneFileReachesTheNext)
+TEST_F(QSALoaderTest, NoStateCarriesOverToTheNextFile)
 {
     Load("*3DSMAX_QSAEXPORT 211 *SCENE { *SCENE_FIRSTFRAME 10 *SCENE_LASTFRAME 20 "
          "*SCENE_FRAMESPEED 25 *SCENE_TICKSPERFRAME 192 *SCENE_SOUNDFILE \"s\" "

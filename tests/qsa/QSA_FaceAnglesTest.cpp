@@ -57,7 +57,7 @@ TEST(QSA_FaceAngles, RightTriangleOfThreeFourFive)
 }
 
 // The angles of a triangle add up to half a turn, and the normal is perpendicular to both edges.
-TEST(QSA_FaceAngles, AnglesMakeHalfATurnAndTheNormalIsSquareToTheEdges)
+TEST(QSA_FaceAngles, AnglesAddUpToHalfATurnAndTheNormalIsPerpendicularToTheEdges)
 {
     std::mt19937 random(3);
     const auto number = [&random] {
@@ -84,7 +84,7 @@ TEST(QSA_FaceAngles, AnglesMakeHalfATurnAndTheNormalIsSquareToTheEdges)
     }
 }
 
-TEST(QSA_FaceAngles, CornersOnALineAreNoFace)
+TEST(QSA_FaceAngles, CornersOnALineAreNotAFace)
 {
     EXPECT_FALSE(MeasureFace({0, 0, 0}, {1, 1, 1}, {2, 2, 2}).isFace);
     EXPECT_FALSE(MeasureFace({5, 5, 5}, {5, 5, 5}, {5, 5, 5}).isFace);
@@ -93,7 +93,7 @@ TEST(QSA_FaceAngles, CornersOnALineAreNoFace)
     EXPECT_FALSE(MeasureFace({0, 0, 0}, {1e-15f, 0, 0}, {0, 1e-15f, 0}).isFace);
 }
 
-TEST(QSA_FaceAngles, CornersThatAreNotFiniteGiveNoNumbers)
+TEST(QSA_FaceAngles, NonFiniteCornersGiveNonFiniteResults)
 {
     const QSA_FaceAngles face = MeasureFace({kNan, 0, 0}, {1, 0, 0}, {0, 1, 0});
     EXPECT_TRUE(face.isFace);

@@ -61,7 +61,7 @@ TEST_F(QSA_MaterialImportMapsTest, CoordinatesBecomeTheConstantsOfTheMap)
               "0.25 -0.5 2 3 0.125");
 }
 
-TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsTurnsAndScalesAboutTheMiddleOfThePicture)
+TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsRotatesAndScalesAboutTheCentreOfThePicture)
 {
     // (u, v, 1) is shifted by (-0.5 - 0.25, -0.5 + -0.5) = (-0.75, -1), rotated by a right angle in
     // the opposite sense of the angle, so that (x, y) becomes (y, -x), scaled by (2, 3), and
@@ -121,7 +121,7 @@ TEST_F(QSA_MaterialImportMapsTest, TileFlagsBelongToTheMaterialAndAreOnlyAdded)
     EXPECT_EQ(Material().mirrorU, 0);
 }
 
-TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
+TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndRemovesTheTint)
 {
     LoadMaterial("*MATERIAL_DIFFUSE 0.5 0 0 *MATERIAL_AMBIENT 0 0.5 0 " +
                  Map("DIFFUSE", "*BITMAP \"d.bmp\""));
@@ -162,7 +162,7 @@ TEST_F(QSA_MaterialImportMapsTest, UnknownEndConditionWarnsAndChangesNothing)
     EXPECT_EQ(Texture().sequenceMode, 0);
 }
 
-TEST_F(QSA_MaterialImportMapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapBehindIt)
+TEST_F(QSA_MaterialImportMapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapToSlotOne)
 {
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\"") +
                  Map("REFLECT", "*BITMAP \"r.bmp\" *MAP_AMOUNT 0.25"));
@@ -195,7 +195,7 @@ TEST_F(QSA_MaterialImportMapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_EQ(Texture().slots[1].type, StageBump);
 }
 
-TEST_F(QSA_MaterialImportMapsTest, ABumpMapIsOneAlsoWhereNoPictureWasLoaded)
+TEST_F(QSA_MaterialImportMapsTest, BumpMapKeepsItsTypeWithoutAPicture)
 {
     const std::string bump = Map("BUMP", "*BITMAP \"none.bmp\"");
     const struct {
@@ -270,7 +270,7 @@ TEST_F(QSA_MaterialImportMapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene
     EXPECT_EQ(Warnings("Can not open diffuse map 'Q:\\art\\none.bmp'"), 1) << "as ever";
 }
 
-TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBeforeIt)
 {
     directory.Write("run.ifl", "d.bmp\nr.bmp\n");
     const std::string list = "*BITMAP \"run.ifl\"";
@@ -300,7 +300,7 @@ TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAh
     }
 }
 
-TEST_F(QSA_MaterialImportMapsTest, AFrameListAloneWarnsOfNothing)
+TEST_F(QSA_MaterialImportMapsTest, AFrameListAloneGivesNoWarning)
 {
     directory.Write("run.ifl", "d.bmp 2\nr.bmp\n");
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"run.ifl\""));

@@ -119,7 +119,7 @@ TEST_F(QSA_MeshImportListsTest, CornersAreCutTo16Bits)
                                        "bits, the largest is 131073"});
 }
 
-TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsToldOnce)
+TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsReportedOnce)
 {
     const std::string start = "Mesh 'Triangle': ";
     MeshText mesh = Triangle();
@@ -143,7 +143,7 @@ TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsToldOnce)
     EXPECT_EQ(AllWarnings().size(), 2u);
 }
 
-TEST_F(QSA_MeshImportListsTest, AWrapIsToldAheadOfTheErrorThatItLeadsTo)
+TEST_F(QSA_MeshImportListsTest, WrapIsReportedBeforeTheErrorItLeadsTo)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].b = 65536 + 7;
@@ -173,7 +173,7 @@ TEST_F(QSA_MeshImportListsTest, AnnouncedVertexThatIsNeverGivenIsTheOrigin)
     ExpectVec3(Mesh(0).boxMax, 1, 1, 0);
 }
 
-TEST_F(QSA_MeshImportListsTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
+TEST_F(QSA_MeshImportListsTest, EdgeFlagsAndOtherWordsOfAFaceAreSkipped)
 {
     std::string text = Triangle().Text();
     const size_t at = text.find("AB: 1");
@@ -217,7 +217,7 @@ TEST_F(QSA_MeshImportListsTest, SmoothingAndMaterialBelongToTheLastFace)
     EXPECT_EQ(Mesh(0).faceCount, 1);
 }
 
-TEST_F(QSA_MeshImportListsTest, SecondListOfSmoothingGroupsTakesThePlaceOfTheFirst)
+TEST_F(QSA_MeshImportListsTest, SecondListOfSmoothingGroupsReplacesTheFirst)
 {
     // Faces share their corners where their groups meet.
     const struct {
@@ -254,7 +254,7 @@ TEST_F(QSA_MeshImportListsTest, AsManyFacesAsTheFileHasBytesMayBeAnnouncedInAll)
     EXPECT_EQ(LoadError(fileThatAnnounces(1001)), "scene.qsa: Mesh 'm' can not have 1001 faces");
 }
 
-TEST_F(QSA_MeshImportListsTest, SecondMeshBlockTakesThePlaceOfTheFirst)
+TEST_F(QSA_MeshImportListsTest, SecondMeshBlockReplacesTheFirst)
 {
     std::string text =
         "*GEOMOBJECT { *NODE_NAME \"m\" " + Cube({"1"}).MeshBlock() + Triangle().MeshBlock() + "}";
@@ -263,7 +263,7 @@ TEST_F(QSA_MeshImportListsTest, SecondMeshBlockTakesThePlaceOfTheFirst)
     EXPECT_EQ(Mesh(0).vertexCount, 3);
 }
 
-TEST_F(QSA_MeshImportListsTest, NewCountForgetsTheListBefore)
+TEST_F(QSA_MeshImportListsTest, NewCountDiscardsThePreviousList)
 {
     std::string text = Triangle().Text();
     const size_t faces = text.find("*MESH_FACE_LIST");

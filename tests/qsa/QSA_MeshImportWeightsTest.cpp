@@ -54,7 +54,7 @@ TEST_F(QSA_MeshImportWeightsTest, WeightsOfAVertexAreNormalised)
     EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1);
 }
 
-TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedWhateverTheNumbersOfTheirBones)
+TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedForAllBoneNumbers)
 {
     // The bones 1, 2, 128 and 63 in this order: as the bytes of a float, these numbers are 1.0.
     const auto name = [](int bone) { return "b" + std::to_string(bone); };
@@ -73,7 +73,7 @@ TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedWhateverTheNumbersOfTheirB
                 ElementsAre(FloatEq(0.25f), FloatEq(0.25f), FloatEq(0.25f)));
 }
 
-TEST_F(QSA_MeshImportWeightsTest, FirstBoneStandsForTheMeshItself)
+TEST_F(QSA_MeshImportWeightsTest, FirstBoneIsTheMeshItself)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "1") + Weight(0, "1"))));
     ASSERT_EQ(Mesh(0).bones.Count(), 2);
@@ -102,7 +102,7 @@ TEST_F(QSA_MeshImportWeightsTest, FormatFollowsTheMostWeightsOfAVertex)
     }
 }
 
-TEST_F(QSA_MeshImportWeightsTest, FifthBoneTakesThePlaceOfTheSmallestWithOneWarning)
+TEST_F(QSA_MeshImportWeightsTest, FifthBoneReplacesTheSmallestWithOneWarning)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.4")) + Bone("b", Weight(0, "0.2")) +
                  Bone("c", Weight(0, "0.3")) + Bone("d", Weight(0, "0.5")) +
@@ -239,7 +239,7 @@ TEST_F(QSA_MeshImportWeightsTest, BoneBeyondAByteWarns)
     EXPECT_EQ(Warnings("Mesh 'Triangle' has a weight of bone 256 of at most 256"), 1);
 }
 
-TEST_F(QSA_MeshImportWeightsTest, WeightsAreForgottenWithTheirVertices)
+TEST_F(QSA_MeshImportWeightsTest, WeightsAreDiscardedWithTheirVertices)
 {
     std::string text = Skinned(Init() + Bone("a", Weight(0, "0.5")) + Bone("b", Weight(0, "0.5")));
     const size_t end = text.find("*BONE_WEIGHT { *BONE_NAME \"b\"");

@@ -105,7 +105,7 @@ TEST_F(QSA_NodeImportKeysTest, TimesAreSecondsFromTheFirstFrame)
     EXPECT_FLOAT_EQ(node.posKeys.Tail()->time, 2080.0f / 4800.0f);
 }
 
-TEST_F(QSA_NodeImportKeysTest, PositionKeyAheadOfTheFirstOneIsTheCountsError)
+TEST_F(QSA_NodeImportKeysTest, KeyBeforeTheFirstOneIsACountMismatch)
 {
     EXPECT_EQ(AnimationError("*CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 10 0 0 0 "
                              "*CONTROL_POS_SAMPLE 5 0 0 0 }"),
@@ -277,7 +277,7 @@ TEST_F(QSA_NodeImportKeysTest, KeysGoToTheNodeOfTheirBlock)
     EXPECT_EQ(Object(0).posKeyCount, 1);
 }
 
-TEST_F(QSA_NodeImportKeysTest, OtherWordsInABlockArePassedOver)
+TEST_F(QSA_NodeImportKeysTest, OtherWordsInABlockAreSkipped)
 {
     KRE_3dObject& node = Animated("*OTHER { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 0 9 9 9 } } "
                                   "*CONTROL_POS_TRACK { *CONTROL_SCALE_SAMPLE 0 1 1 1 *FOO "

@@ -199,7 +199,7 @@ TEST_F(QSA_SceneTextTest, MissingCharacterIsAnErrorThatNamesTheLastByteRead)
     EXPECT_EQ(RaisedBy([&] { reader.SkipTo('{'); }), "text: 'y' not found");
 }
 
-TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatTellsHowFarItWent)
+TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatNamesThePosition)
 {
     reader.SetWindow(1000);
     Open(std::string(5000, ' ') + "*");
@@ -222,7 +222,7 @@ TEST_F(QSA_SceneTextTest, PeekAtTheEndDoesNotMove)
     EXPECT_EQ(reader.TextPosition(), 3);
 }
 
-TEST_F(QSA_SceneTextTest, HighBytesAreNoWhiteSpace)
+TEST_F(QSA_SceneTextTest, HighBytesAreNotWhiteSpace)
 {
     Open("  \x80 x");
     EXPECT_EQ(reader.SkipSpace(), 0);

@@ -135,7 +135,7 @@ TEST(QSA_TextCursor, OrdinaryIntegersAreTakenQuickly)
     }
 }
 
-TEST(QSA_TextCursor, KeywordsAreTakenBehindAnyWhiteSpace)
+TEST(QSA_TextCursor, KeywordsAreTakenAfterAnyWhiteSpace)
 {
     for (const char* space : {"", " ", "  ", "\t", "\r\n", "\x01"}) {
         const PaddedText text(std::string(space) + "*MESH_FACE 1");
@@ -144,7 +144,7 @@ TEST(QSA_TextCursor, KeywordsAreTakenBehindAnyWhiteSpace)
     }
 }
 
-TEST(QSA_TextCursor, NumbersThatNeedCareAreLeftToTheReader)
+TEST(QSA_TextCursor, NumbersOutsideTheFastFormAreLeftToTheReader)
 {
     for (const char* text : {"",
                              " ",
@@ -215,7 +215,7 @@ TEST(QSA_TextCursor, QuickFloatsRoundAsTheSlowOnes)
     }
 }
 
-TEST(QSA_TextCursor, KeywordIsTakenWithWhiteSpaceAheadOfIt)
+TEST(QSA_TextCursor, KeywordIsTakenWithTheWhiteSpaceBeforeIt)
 {
     const struct {
         const char* text;

@@ -245,7 +245,7 @@ TEST_F(ObjectFileTest, AnEndlessChainEndsWithTheFile)
     EXPECT_EQ(LoadError(bytes), "scene.qsb: Error reading from file");
 }
 
-TEST_F(ObjectFileTest, CountsOfKeysAreHeldAgainstTheBytesLeft)
+TEST_F(ObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
 {
     for (const char* track : {"position", "rotation", "scale"}) {
         const std::string field = std::string(track) + " count";
@@ -257,7 +257,7 @@ TEST_F(ObjectFileTest, CountsOfKeysAreHeldAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, LengthsOfTextsAreHeldAgainstTheBytesLeft)
+TEST_F(ObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
 {
     EXPECT_THAT(ErrorWith(QsbObject(), "name", 100000),
                 HasSubstr("File 'scene.qsb': Invalid text length: 100000, with "));
@@ -437,7 +437,7 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
     EXPECT_EQ(scene.settings.disableLightsAfter, 1);
 }
 
-TEST_F(ObjectFileTest, AFogModeThatWouldBeUsedIsHeldAgainstThoseThereAre)
+TEST_F(ObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
 {
     constexpr size_t kUseFog = 7;
     constexpr size_t kFogMode = 11;
@@ -498,7 +498,7 @@ TEST_F(ObjectFileTest, ListsKeepTheirOrder)
     EXPECT_STREQ(scene.meshes.Get(2)->name.c_str(), "bmesh");
 }
 
-TEST_F(ObjectFileTest, CountsOfListsAreHeldAgainstTheBytesLeft)
+TEST_F(ObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
 {
     const QsbImage image = MakeQsb(FullQsb());
     const struct {
@@ -517,14 +517,14 @@ TEST_F(ObjectFileTest, CountsOfListsAreHeldAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, AnExtraTrailingByteIsNotLookedAt)
+TEST_F(ObjectFileTest, AnExtraTrailingByteIsIgnored)
 {
     LoadBytes(scene, MakeQsb(FullQsb()).bytes + "x");
     EXPECT_EQ(CheckScene(scene), "");
     EXPECT_EQ(scene.lights.Count(), 1);
 }
 
-TEST_F(ObjectFileTest, NamesThatAreNotThereAreWarnings)
+TEST_F(ObjectFileTest, MissingNamesAreWarnings)
 {
     QsbObject object;
     object.parentName = "Deck";

@@ -231,7 +231,7 @@ TEST_F(MeshFileTest, ValuesOutside16BitsAreClampedWithOneWarning)
 
 // ---- Damaged geometry
 
-TEST_F(MeshFileTest, FormatsThatCannotBeHeldAreErrors)
+TEST_F(MeshFileTest, UnsupportedFormatsAreErrors)
 {
     const struct {
         const char* what;
@@ -257,7 +257,7 @@ TEST_F(MeshFileTest, FormatsThatCannotBeHeldAreErrors)
     }
 }
 
-TEST_F(MeshFileTest, CountsAreHeldAgainstTheBytesLeft)
+TEST_F(MeshFileTest, CountsAreCheckedAgainstTheBytesLeft)
 {
     const struct {
         const char* field;
@@ -320,7 +320,7 @@ TEST_F(MeshFileTest, GeometryThatTheDeviceRefusesIsAnError)
     EXPECT_EQ(LoadMesh(mesh).vertexCount, 65535);
 }
 
-TEST_F(MeshFileTest, AnErrorOfTheDeviceComesBehindTheNamesOfFileAndMesh)
+TEST_F(MeshFileTest, AnErrorOfTheDeviceComesAfterTheNamesOfFileAndMesh)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.vertices.resize(65536);
@@ -332,7 +332,7 @@ TEST_F(MeshFileTest, AnErrorOfTheDeviceComesBehindTheNamesOfFileAndMesh)
     EXPECT_EQ(log.find("Error:KRE_Gfx: Number of vertices"), log.find('\n', warning) + 1);
 }
 
-TEST_F(MeshFileTest, AnotherNumberOfMaterialsThanTheMeshHasIsAnError)
+TEST_F(MeshFileTest, ADifferentNumberOfMaterialsIsAnError)
 {
     KRE_Mesh& mesh = LoadMesh(Triangle(0x12));
     EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 1, 3, 2, 0x12, 0, 0); }),
@@ -386,7 +386,7 @@ TEST_F(MeshFileTest, ACloneHasMaterialsAndBonesAndNoGeometry)
     EXPECT_EQ(QsbDifference(Saved(scene), image.bytes), "");
 }
 
-TEST_F(MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshStandsBehindOnce)
+TEST_F(MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshIsSortedLastOnlyOnce)
 {
     QsbFile file = FileWith(Triangle(0x12));
     QsbMesh clone = Triangle(0x12);
@@ -520,7 +520,7 @@ static QsbMesh RawTriangle(uint32_t bones)
     return mesh;
 }
 
-TEST_F(MeshFileTest, TheOldestFilesHoldVerticesAsTheyLieInMemory)
+TEST_F(MeshFileTest, TheOldestFilesHoldVerticesAsInMemory)
 {
     QsbFile file = FileWith(RawTriangle(0x0001));
     file.version = 100;

@@ -118,7 +118,7 @@ TEST_F(TextureFileTest, SlotsPastTheFourthOfAnOldFileAreDropped)
     EXPECT_THAT(LogText(), Not(HasSubstr("none.bmp")));
 }
 
-TEST_F(TextureFileTest, AReflectionInSlot1ChangesPlacesWithSlot0)
+TEST_F(TextureFileTest, AReflectionInSlot1IsSwappedWithSlot0)
 {
     directory.Write("sky.bmp", Bmp(2));
     directory.Write("wood.bmp", Bmp(4));
@@ -151,7 +151,7 @@ TEST_F(TextureFileTest, OtherTypesInSlot1StayThere)
     EXPECT_EQ(LoadTexture(stored).slots[0].type, 3);
 }
 
-TEST_F(TextureFileTest, ATypeThatWouldBeDrawnIsHeldAgainstThoseThereAre)
+TEST_F(TextureFileTest, AnUnknownTypeOfADrawnSlotIsAnError)
 {
     static const struct {
         const char* what;
@@ -176,7 +176,7 @@ TEST_F(TextureFileTest, ATypeThatWouldBeDrawnIsHeldAgainstThoseThereAre)
     }
 }
 
-TEST_F(TextureFileTest, TheTypeOfASlotOfTheFileIsToldAlsoIfSlotsChangePlaces)
+TEST_F(TextureFileTest, TheErrorNamesTheFilesSlotEvenIfSlotsAreSwapped)
 {
     QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, after the reflection
     stored.slots[1].file = "sky.bmp";
@@ -239,7 +239,7 @@ TEST_F(TextureFileTest, APictureOfAnotherMachineIsTakenFromBesideTheFile)
                                      "beside the scene: 'deck\\map.bmp'"));
 }
 
-TEST_F(TextureFileTest, APictureOfAnotherMachineIsToldOnceForEachScene)
+TEST_F(TextureFileTest, APictureOfAnotherMachineIsReportedOncePerScene)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("b.bmp", Bmp(2));
@@ -300,7 +300,7 @@ TEST_F(TextureFileTest, AFrameListKeepsItsTiming)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(stored)).bytes), "");
 }
 
-TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBeforeIt)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("run.ifl", "a.bmp\n");
@@ -343,7 +343,7 @@ TEST_F(TextureFileTest, TheBackgroundIsStoredOnlyIfItHoldsAPicture)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(without).bytes), "");
 }
 
-TEST_F(TextureFileTest, AFileWithoutABackgroundTakesItAway)
+TEST_F(TextureFileTest, AFileWithoutABackgroundRemovesIt)
 {
     directory.Write("map.bmp", Bmp(2));
     QsbFile file;
@@ -354,7 +354,7 @@ TEST_F(TextureFileTest, AFileWithoutABackgroundTakesItAway)
     EXPECT_TRUE(scene.backgroundTexture.slotNames[0].IsEmpty());
 }
 
-TEST_F(TextureFileTest, NothingOfALoadThatFailedIsHeld)
+TEST_F(TextureFileTest, AFailedLoadHoldsNothing)
 {
     directory.Write("map.bmp", Bmp(2));
     const std::string bytes = MakeQsb(FileWith(TextureOf("map.bmp"))).bytes;

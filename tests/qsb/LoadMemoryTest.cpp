@@ -7,7 +7,7 @@ using LoadMemoryTest = SceneFileTest;
 
 } // namespace
 
-TEST_F(LoadMemoryTest, ABoneThatTheListOfANewMeshHasRoomForTakesNoOtherList)
+TEST_F(LoadMemoryTest, ABoneThatFitsTheNewMeshsListAllocatesNoOtherList)
 {
     // The list has room for 128. Each bone up to there costs the same as the one before it.
     const auto allocationsOf = [this](size_t bones) {

@@ -77,7 +77,7 @@ TEST_F(LoadSceneTest, AZeroLengthFileIsAnError)
     EXPECT_EQ(LoadError("QSB"), "scene.qsb: Error reading from file");
 }
 
-TEST_F(LoadSceneTest, AFileThatIsNotThereIsAWarningAndAnError)
+TEST_F(LoadSceneTest, AMissingFileIsAWarningAndAnError)
 {
     KRE_3dScene scene;
     EXPECT_EQ(ErrorText([&] { gGfx->LoadScene(scene, "none.qsb", 0); }),
@@ -96,7 +96,7 @@ TEST_F(LoadSceneTest, AFrameSpeedOf0StartsAtTime0)
     EXPECT_EQ(scene.objects.Get(0)->worldTM._41, 0);
 }
 
-TEST_F(LoadSceneTest, TheSceneStandsAtItsFirstFrame)
+TEST_F(LoadSceneTest, TheSceneIsAtItsFirstFrame)
 {
     QsbFile file;
     file.frameSpeed = 20;
@@ -108,7 +108,7 @@ TEST_F(LoadSceneTest, TheSceneStandsAtItsFirstFrame)
     EXPECT_EQ(scene.lastTime, 2.5);
 }
 
-TEST_F(LoadSceneTest, ATextSceneStandsAtItsFirstFrame)
+TEST_F(LoadSceneTest, ATextSceneIsAtItsFirstFrame)
 {
     KRE_3dScene scene;
     LoadBytes(scene, kText);
@@ -139,7 +139,7 @@ TEST_F(LoadSceneTest, ALightOfNoTypeOfTheDeviceIsAWarningAndKeepsItsBytes)
         EXPECT_EQ(static_cast<int32_t>(again.lights.Get(type)->light.Type), type);
 }
 
-TEST_F(LoadSceneTest, ALightThatATextCutsOffIsAWarning)
+TEST_F(LoadSceneTest, ATruncatedLightInATextIsAWarning)
 {
     KRE_3dScene scene;
     LoadBytes(scene, "*LIGHTOBJECT {\n *NODE_NAME \"Lamp\"\n *LIGHT_TYPE Omni\n");
@@ -174,7 +174,7 @@ TEST_F(LoadSceneTest, AnAbsolutePathOnlyWarns)
     EXPECT_THAT(LogText(), HasSubstr("Absolute file path"));
 }
 
-TEST_F(LoadSceneTest, TheSceneBearsItsPathAndTime)
+TEST_F(LoadSceneTest, TheSceneHasItsPathAndTime)
 {
     namespace fs = std::filesystem;
     directory.Write("deck/boat.qsb", MakeQsb(FullQsb()).bytes);

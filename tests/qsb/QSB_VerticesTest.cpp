@@ -57,7 +57,7 @@ TEST(PackVertices, CutsTowardsZero)
     }
 }
 
-TEST(UnpackVertices, WhatTheFileDoesNotHoldIsZero)
+TEST(UnpackVertices, PartsMissingFromTheFileAreZero)
 {
     VertexInfo stored;
     stored.SetFVFInfo(0x12);

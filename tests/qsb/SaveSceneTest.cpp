@@ -50,7 +50,7 @@ TEST_F(SaveSceneTest, AllRecordsComeOutAsTheyWentIn)
     EXPECT_EQ(QsbDifference(Resaved(MakeQsb(file).bytes), MakeQsb(expected).bytes), "");
 }
 
-TEST_F(SaveSceneTest, ASavedSceneAlwaysBearsVersion106)
+TEST_F(SaveSceneTest, ASavedSceneAlwaysHasVersion106)
 {
     for (int32_t version = 101; version <= 106; ++version) {
         const std::string bytes = Resaved(MakeQsb(FullQsb(version)).bytes);
@@ -85,7 +85,7 @@ TEST_F(SaveSceneTest, FacesOutOfOrderAreSortedByTheFirstLoad)
     EXPECT_EQ(QsbDifference(Resaved(first), first), "");
 }
 
-TEST_F(SaveSceneTest, TheHeaderOfTheLastLoadGoesAlong)
+TEST_F(SaveSceneTest, TheHeaderOfTheLastLoadIsSaved)
 {
     KRE_3dScene scene;
     Load(scene, FullQsb());
@@ -114,7 +114,7 @@ TEST_F(SaveSceneTest, ATextSceneIsSavedUnderItsPath)
     EXPECT_THAT(directory.Read("boat.qsb"), HasSubstr("boat.qsa"));
 }
 
-TEST_F(SaveSceneTest, ATextThatIsReservedAndNotFilledIsStoredToItsEnd)
+TEST_F(SaveSceneTest, APartlyFilledTextIsStoredUpToItsEnd)
 {
     KRE_3dScene scene;
     scene.name.Assign("boat");
@@ -151,7 +151,7 @@ TEST_F(SaveSceneTest, AFailedSaveLeavesTheOldTargetAndNoLitter)
     EXPECT_EQ(gOpenHandlesCount, 0);
 }
 
-TEST_F(SaveSceneTest, ATargetInADirectoryThatIsNotThereIsAWarningAndAnError)
+TEST_F(SaveSceneTest, ATargetInAMissingDirectoryIsAWarningAndAnError)
 {
     KRE_3dScene scene;
     EXPECT_EQ(ErrorText([&] { gGfx->SaveScene(scene, "none/boat.qsb"); }),
@@ -160,7 +160,7 @@ TEST_F(SaveSceneTest, ATargetInADirectoryThatIsNotThereIsAWarningAndAnError)
                 HasSubstr("Create() failed: No such file or directory, file:'none/boat.qsb'"));
 }
 
-TEST_F(SaveSceneTest, ADirectoryIsNoTarget)
+TEST_F(SaveSceneTest, ADirectoryIsNotATarget)
 {
     directory.Write("boat.qsb/inside", "kept");
     KRE_3dScene scene;
@@ -179,7 +179,7 @@ TEST_F(SaveSceneTest, TheDirectoryOfATargetIsFoundInAnyLetterCase)
     EXPECT_EQ(directory.Read("Deck/boat.qsb"), MakeQsb(QsbFile()).bytes);
 }
 
-TEST_F(SaveSceneTest, TheTargetMayLieInAnotherDirectory)
+TEST_F(SaveSceneTest, TheTargetMayBeInAnotherDirectory)
 {
     directory.Write("deck/other.txt", "");
     KRE_3dScene scene;

@@ -107,7 +107,7 @@ TEST_F(QSALoaderBadInputTest, TheWholeTextLoadsWithoutAnError)
 
 // An ordinary run tries one length in eleven, which over the text's many lines reaches every place
 // in a line; with QSA_EVERY_TRUNCATION=1 in the environment it tries every length.
-TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInAStatedError)
+TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInADocumentedError)
 {
     const std::string text = Everything();
     const char* wish = std::getenv("QSA_EVERY_TRUNCATION");
@@ -198,7 +198,7 @@ std::string gEntryBefore;
 /// Each text gives a sound scene that can be saved and loaded again, or a documented error that
 /// names the file, itself or in the warning before it. The result is the same, byte for byte,
 /// through a window of any size.
-TEST_F(QSALoaderBadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
+TEST_F(QSALoaderBadInputTest, RandomChangesGiveASoundSceneOrADocumentedError)
 {
     const std::string text = Everything();
     const auto stated = StatedErrors();

@@ -95,7 +95,7 @@ TEST_F(QSA_BoundsObjectTest, TheFirstBecomesAMeshOfItsOwnAndTheSourceOfTheOthers
     check(reloaded);
 }
 
-TEST_F(QSA_BoundsObjectTest, ANameOfSeveralMeshesLeadsNoCloneToItsSource)
+TEST_F(QSA_BoundsObjectTest, ACloneWhoseNameIsNotUniqueIsNotASource)
 {
     Load(Named(Triangle(), "a") + Named(Cube({"1"}), "Bounds") + Clone("a", "Bounds") +
          Clone("c", "Bounds") + Clone("d", "Bounds"));
@@ -142,7 +142,7 @@ TEST_F(QSA_BoundsObjectTest, BoundsMayThemselvesBeAClone)
 }
 
 // A file must only name materials that exist, and faces that were not drawn must stay invisible.
-TEST_F(QSA_BoundsObjectTest, FacesWithoutAMaterialOfTheirOwnGetOneThatIsNotSeen)
+TEST_F(QSA_BoundsObjectTest, FacesWithoutAMaterialGetAnInvisibleOne)
 {
     MeshText parts = Triangle();
     parts.faces.push_back({0, 2, 1, "1", 1}); // submaterials 0 and 1

@@ -41,14 +41,14 @@ TEST(CompareFrames, AlphaIsNotCompared)
 }
 
 /// The line's pixels differ at both its positions: 20 pixels.
-TEST(CompareFrames, ALineOnePixelAsideIsDisplaced)
+TEST(CompareFrames, ALineShiftedByOnePixelIsDisplaced)
 {
     const FrameDifference difference = CompareFrames(WithColumn(4), WithColumn(5), 4);
     EXPECT_EQ(difference.displaced, 20u);
     EXPECT_EQ(difference.wrong, 0u);
 }
 
-TEST(CompareFrames, ALineTwoPixelsAsideIsWrong)
+TEST(CompareFrames, ALineShiftedByTwoPixelsIsWrong)
 {
     const FrameDifference difference = CompareFrames(WithColumn(4), WithColumn(6), 4);
     EXPECT_EQ(difference.displaced, 0u);
@@ -112,7 +112,7 @@ TEST(CompareSceneFrames, OnePercentMayDifferByMore)
 }
 
 // 1,000 pixels, one of which differs by 17.
-TEST(CompareSceneFrames, NothingAwayFromEdgesMayBeOffByMoreThanSixteen)
+TEST(CompareSceneFrames, PixelsAwayFromEdgesMayDifferBySixteenAtMost)
 {
     const Frame black = {100, 10, std::vector<std::uint32_t>(1000, kBlack)};
     Frame spot = black, moved = black;
@@ -123,7 +123,7 @@ TEST(CompareSceneFrames, NothingAwayFromEdgesMayBeOffByMoreThanSixteen)
 }
 
 // 0.001 % of 200,000 pixels.
-TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayBe)
+TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayDifferByMore)
 {
     const Frame black = {500, 400, std::vector<std::uint32_t>(200000, kBlack)};
     Frame spots = black;

@@ -53,7 +53,7 @@ TEST_F(EffectTechniques, EachOneBeforeTheChosenOneHasItsReason)
             "D3DRS_STENCILENABLE(1)\n");
 }
 
-TEST_F(EffectTechniques, WithoutAUsableOneAllAreTold)
+TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)
 {
     EXPECT_EQ(
         Told("technique a { pass {\nStateBlock = <s>; } }"),
@@ -68,7 +68,7 @@ TEST_F(EffectTechniques, WithoutAUsableOneAllAreTold)
                   "text\n");
 }
 
-TEST_F(EffectTechniques, TheProgramTellsThemOnStandardOutput)
+TEST_F(EffectTechniques, TheProgramPrintsThemToStandardOutput)
 {
     directory.Write("glow.fx", "technique one { }");
     QsbFile file = InfoBoat();

@@ -213,7 +213,7 @@ TEST_F(InterruptedSaveTest, AbandonedFilesAreRemovedAndOthersAreNot)
     EXPECT_EQ(directory.Read("deck.qsb"), "kept");
 }
 
-TEST_F(InterruptedSaveTest, FilesOfProcessesThatRunAreLeftAlone)
+TEST_F(InterruptedSaveTest, FilesOfRunningProcessesAreLeftAlone)
 {
     directory.Write(kAbandoned, "half");
     const int held = open(kAbandoned, O_RDWR);
