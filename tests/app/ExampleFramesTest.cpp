@@ -1,10 +1,11 @@
-// Draws the frame of each example, from its text and from its binary scene, and compares both with each other
-// and with the accepted frame, which the system's Direct3D drew from the text and somebody has looked at.
-// Each frame has its own engine, as in a process that draws nothing else. QSA_ACCEPT_PICTURES=1 accepts the
-// drawn frames, on the Windows host only: a frame of this project's own rasterizer would prove nothing about
-// it. Parts that Wine does not draw as documented, mainly skinned meshes, are not compared. Wine does not read
-// effects in text form: the frames of such examples come from this project's rasterizer and only show that
-// the result has not changed.
+// Draws the frame of each example, from its text and from its binary scene, and compares both with
+// each other and with the accepted frame, which the system's Direct3D drew from the text and
+// somebody has looked at. Each frame has its own engine, as in a process that draws nothing else.
+// QSA_ACCEPT_PICTURES=1 accepts the drawn frames, on the Windows host only: a frame of this
+// project's own rasterizer would prove nothing about it. Parts that Wine does not draw as
+// documented, mainly skinned meshes, are not compared. Wine does not read effects in text form: the
+// frames of such examples come from this project's rasterizer and only show that the result has not
+// changed.
 
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/WindowFlags.h"
