@@ -28,7 +28,8 @@ void Check(HRESULT result, const char* what)
     std::exit(1);
 }
 
-/// A device with a buffer of triangles spread over the target, each a corner of 10 by 10 pixels.
+/// A device with a buffer of triangles spread over the target, each half of a square of 10 by 10
+/// pixels.
 class Scene {
 public:
     Scene() : d3d(Direct3DCreate9(D3D_SDK_VERSION))
@@ -143,7 +144,7 @@ private:
 
 void Run(benchmark::State& state, Scene& scene)
 {
-    scene.Draw(); // takes what is made by the first draw
+    scene.Draw(); // allocates what the first draw creates
     for (auto _ : state)
         scene.Draw();
     state.counters["triangles/s"] = benchmark::Counter(static_cast<double>(kTriangles) *

@@ -36,7 +36,7 @@ void AddMesh(KRE_3dScene& scene, int32_t number, Kind kind)
 {
     KRE_Mesh& mesh = AddStrip(scene, ("mesh " + std::to_string(number)).c_str(), kMaterials * 2,
                               kMaterials, kind == kSkinned ? kBlendedFormat : kFormat);
-    // In rows and columns in front of the camera, or behind it.
+    // In rows and columns in front of the camera, or behind the camera.
     const float z = static_cast<float>(100 + number % 10);
     mesh.SetPosition(static_cast<float>(number / 10 % 10 - 5), static_cast<float>(number / 100 - 5),
                      kind == kOutside ? -z : z, 1);

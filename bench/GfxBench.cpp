@@ -31,7 +31,7 @@ void Reset(benchmark::State& state)
 }
 BENCHMARK(Reset);
 
-/// A checked state that the device has already: one comparison.
+/// A checked state that the device already has: one comparison.
 void UnchangedRenderState(benchmark::State& state)
 {
     KRE_Gfx engine;
@@ -50,7 +50,7 @@ void UnchangedStageState(benchmark::State& state)
 }
 BENCHMARK(UnchangedStageState);
 
-/// The same state as `UnchangedRenderState`, through to the device.
+/// The same state as `UnchangedRenderState`, passed on to the device.
 void SentRenderState(benchmark::State& state)
 {
     KRE_Gfx engine;
@@ -60,7 +60,7 @@ void SentRenderState(benchmark::State& state)
 }
 BENCHMARK(SentRenderState);
 
-/// A reflection with a diffuse map over it, blended: the most states that a material has.
+/// A reflection with a diffuse map over it, blended: the most states that a material can have.
 void MakeMaterial(KRE_Gfx& engine, KRE_Texture& texture)
 {
     for (const int32_t slot : {0, 1}) {

@@ -63,7 +63,7 @@ void AddTcbKeys(KRE_3dObject& object, int32_t count)
         ComputeInnerControls(*key);
 }
 
-/// Of this processor's time: ratios hold on a busy machine, too.
+/// CPU time of this process: ratios hold on a busy machine, too.
 double SecondsSince(std::clock_t start)
 {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;

@@ -34,7 +34,7 @@ static void ReadAll(ConfigFileReader& reader, const std::uint8_t* data, std::siz
     }
     int32_t lines = 0;
     for (int32_t entry = -1; entry <= reader.GetEntryCount(); ++entry) {
-        if (entry < 64) // asking costs lines times entries
+        if (entry < 64) // the cost is lines times entries
             AskForValues(reader, entry);
         const ConfigFileReader::ConfigEntry* found = reader.GetEntry(entry);
         lines += found ? found->lineCount : 0;

@@ -79,13 +79,13 @@ void CheckRotation(const char* object, const char* what, const D3DXQUATERNION& q
         faults.Add(object, "%s has the length %g", what, length);
 }
 
-/// Looks over the nodes of one scene.
+/// Checks the nodes of one scene.
 class NodeChecker {
 public:
     NodeChecker(KRE_3dScene& sceneIn, SceneFaults& faultsIn) : scene(sceneIn), faults(faultsIn)
     {
         for (KRE_Mesh* mesh : scene.meshes)
-            meshesByName.emplace(mesh->name.c_str(), mesh); // the first of a name stays
+            meshesByName.emplace(mesh->name.c_str(), mesh); // the first of a name wins
         AddAll(scene.meshes);
         AddAll(scene.cameras);
         AddAll(scene.objects);
@@ -178,17 +178,17 @@ private:
                        clone.cloneSource.c_str());
     }
 
-    /// Each object is walked over once: a walk ends where an earlier one has been.
+    /// Visits each object once: a walk ends where an earlier one has been.
     void CheckAncestors()
     {
-        std::map<const KRE_3dObject*, size_t> walks; // the walk that came by each object
+        std::map<const KRE_3dObject*, size_t> walks; // the walk that visited each object
         size_t walk = 0;
         for (const KRE_3dObject* object : inOrder) {
             ++walk;
             const KRE_3dObject* at = object;
             while (inside.count(at) && walks.emplace(at, walk).second)
                 at = at->parent;
-            // An object that is its own parent is told with its links.
+            // An object that is its own parent is reported with its links.
             if (inside.count(at) && walks[at] == walk && at->parent != at)
                 faults.Add(at->name.c_str(), "an ancestor is the object itself");
         }
@@ -197,9 +197,9 @@ private:
     KRE_3dScene& scene;
     SceneFaults& faults;
     std::set<const KRE_3dObject*> inside;
-    std::vector<const KRE_3dObject*> inOrder;                 ///< the same, as the lists have them
+    std::vector<const KRE_3dObject*> inOrder;                 ///< the same, in list order
     std::map<std::string_view, const KRE_Mesh*> meshesByName; ///< not owned, live in the scene
-    std::set<const ID3DXMesh*> seen;                          ///< geometry that was looked over
+    std::set<const ID3DXMesh*> seen;                          ///< geometry checked so far
 };
 
 void CheckOrder(KRE_3dScene& scene, SceneFaults& faults)
@@ -213,7 +213,7 @@ void CheckOrder(KRE_3dScene& scene, SceneFaults& faults)
     for (int32_t i = 0; i < scene.meshes.Count(); ++i) {
         KRE_Mesh* mesh = scene.meshes.Get(i);
         const bool isBehind = i >= scene.opaqueMeshCount;
-        // A clone has the flag of its source after a load, and the place of its own.
+        // After a load a clone has the flag of its source but keeps the place of its own.
         if (mesh->cloneSource.IsEmpty() && (mesh->HasTransparency() != 0) != isBehind)
             faults.Add(mesh->name.c_str(), isBehind ? "opaque behind the opaque meshes"
                                                     : "transparent among the opaque meshes");
@@ -249,7 +249,7 @@ void FindSceneFaults(KRE_3dScene& scene, SceneFaults& faults)
     CheckList("objects", scene.objects, faults);
     CheckList("lights", scene.lights, faults);
     if (faults.Count() > 0)
-        return; // walking the objects would go astray
+        return; // walking damaged lists would go astray
     for (KRE_Mesh* mesh : scene.meshes)
         CheckList(mesh->name.c_str(), mesh->bones, faults);
     if (faults.Count() > 0)

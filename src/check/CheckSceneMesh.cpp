@@ -17,7 +17,7 @@ bool IsNear(float low, float value, float high, float tolerance)
     return value >= low - tolerance && value <= high + tolerance;
 }
 
-/// Looks over one mesh.
+/// Checks one mesh.
 class MeshChecker {
 public:
     MeshChecker(KRE_Mesh& meshIn, SceneFaults& faultsIn) : mesh(meshIn), faults(faultsIn) {}
@@ -122,7 +122,7 @@ private:
 
     void CheckFaces()
     {
-        // A clone may have fewer materials of its own than the geometry that it shares has attributes.
+        // A clone may have fewer materials of its own than its shared geometry has attributes.
         const bool isClone = !mesh.cloneSource.IsEmpty();
         const int32_t attributes = std::max(mesh.materialCount, 1);
         for (int32_t i = 0; i < mesh.faceCount; ++i) {
@@ -158,8 +158,8 @@ private:
         }
     }
 
-    /// Ranges in order of attributes, one behind the other, that cover all faces and their
-    /// vertices.
+    /// Ranges in attribute order, each directly after the one before, that cover all faces and
+    /// their vertices.
     void CheckAttributeTable()
     {
         DWORD count = 0;

@@ -7,21 +7,21 @@
 #include "scene/KRE_Mesh.h"
 
 struct SceneFault {
-    std::string object; ///< the name of the object, or of the list, that has it
-    std::string what;   ///< cut at 511 bytes
+    std::string object; ///< name of the object or list that has the fault
+    std::string what;   ///< truncated to 511 bytes
 };
 
-/// What a look over a scene has found so far. Of some hundred on only the number is kept.
+/// The faults found in a scene so far; beyond `kMostKept` they are only counted.
 class SceneFaults {
 public:
     static constexpr int64_t kMostKept = 200;
 
-    /// A fault of an object and what is wrong with it.
+    /// Adds a fault of an object, with what is wrong with it.
     [[gnu::format(printf, 3, 4)]] void Add(const char* object, const char* format, ...);
-    /// Those that are kept, in the order in which they were found.
+    /// The faults that are kept, in the order in which they were found.
     const std::vector<SceneFault>& Kept() const { return kept; }
     int64_t Count() const { return count; }
-    /// A line "<object>: <what is wrong>" for each that is kept.
+    /// One line "<object>: <what is wrong>" for each kept fault.
     std::string Text() const;
 
 private:
@@ -29,8 +29,8 @@ private:
     int64_t count = 0;
 };
 
-/// How much of a mesh is looked over. The vertices and faces of one that shares another's geometry
-/// are those of the other.
+/// How much of a mesh is checked. A mesh that shares another's geometry has that one's vertices and
+/// faces.
 enum class MeshCheck { kAll, kWithoutGeometry };
 
 /// Geometry, materials, textures and bones of one mesh.

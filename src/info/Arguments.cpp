@@ -20,11 +20,12 @@ constexpr ModeOption kModes[] = {
 class InfoFormatter : public CLI::Formatter {
 public:
     InfoFormatter() { column_width(22); }
-    /// It stands ahead of the description.
+    /// The usage is printed before the description instead.
     std::string make_usage(const CLI::App*, std::string) const override { return ""; }
 };
 
-/// The options. Files are what is left over: the library would take names in brackets for lists.
+/// The options. Files are whatever is left over: the library would take names in brackets for
+/// lists.
 class CommandLine {
 public:
     CommandLine()
@@ -48,7 +49,7 @@ public:
         AddFlag("--exact", kInfoHelp.exact);
     }
 
-    /// What is wrong with the line; empty for a good one.
+    /// Returns what is wrong with the command line; empty if nothing is.
     std::string Read(std::vector<std::string> arguments, InfoArguments& readOut);
     std::string Help() const { return app.help(); }
 
@@ -65,7 +66,7 @@ private:
     CLI::App app{"", "qsbinfo"};
 };
 
-/// The one mode that is asked for, `diff` included.
+/// The one requested mode, `diff` included.
 std::string CommandLine::ReadMode(InfoArguments& readOut) const
 {
     for (const CLI::Option* option : app.parse_order()) {
@@ -120,7 +121,7 @@ std::string CommandLine::ReadFiles(InfoArguments& readOut) const
 
 std::string CommandLine::Read(std::vector<std::string> arguments, InfoArguments& readOut)
 {
-    std::reverse(arguments.begin(), arguments.end()); // the library wants the first one last
+    std::reverse(arguments.begin(), arguments.end()); // the library wants them in reverse order
     try {
         app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {
@@ -140,7 +141,7 @@ std::string CommandLine::Read(std::vector<std::string> arguments, InfoArguments&
     return "";
 }
 
-/// What is wrong with options and files that are good in themselves.
+/// Returns what is wrong with options and files that are each valid on their own.
 std::string FaultOfWhole(const InfoArguments& read)
 {
     if (read.mode == InfoMode::kHelp || read.mode == InfoMode::kVersion)

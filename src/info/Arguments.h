@@ -8,23 +8,23 @@
 
 enum class InfoMode { kReport, kTree, kEffects, kJson, kCheck, kDiff, kHelp, kVersion };
 
-/// What the command line asks for.
+/// What the command line requests.
 struct InfoArguments {
     InfoMode mode = InfoMode::kReport;
     bool all = false;
     std::optional<double> tolerance; ///< 0 for --exact
     std::vector<std::string> files;  ///< one; two for a comparison
-    std::string error;               ///< what is wrong with the line; empty for a good one
+    std::string error;               ///< what is wrong with the command line; empty if nothing is
 };
 
-/// Reads the arguments behind the program's name. Options may stand anywhere; behind "--" everything
-/// is a file. "diff" as the first argument asks for a comparison.
+/// Reads the arguments after the program's name. Options may appear anywhere; after "--" everything
+/// is a file. "diff" as the first argument requests a comparison.
 InfoArguments ReadArguments(const std::vector<std::string>& arguments);
 
 /// The usage and all options.
 std::string InfoHelp();
 
-/// What the help says, and of each option.
+/// The texts of the help: the program's, and one for each option.
 struct InfoHelpTexts {
     const char* what;
     const char* end;
@@ -39,5 +39,5 @@ struct InfoHelpTexts {
     const char* exact;
 };
 extern const InfoHelpTexts kInfoHelp;
-extern const char* const kInfoUsage;   ///< the short form, one line a call
-extern const char* const kInfoVersion; ///< a line
+extern const char* const kInfoUsage;   ///< the short form, one line per call
+extern const char* const kInfoVersion; ///< one line

@@ -1,4 +1,4 @@
-// Which technique of an effect a material is drawn with, and what is wrong with those before it.
+// Which technique of an effect a material is drawn with, and why the ones before it do not run.
 
 #include <map>
 #include <memory>
@@ -48,7 +48,7 @@ std::string NameOf(ID3DXEffect& effect, D3DXHANDLE technique, int32_t index)
            (isNamed ? " " + QuotedName(description.Name) : "");
 }
 
-/// Why a technique does not run here.
+/// Returns why a technique does not run here.
 std::string FaultOf(ID3DXEffect& effect, const EffectTechnique& technique)
 {
     const std::string fault = EffectFault(effect, technique.handle);
@@ -62,7 +62,7 @@ std::string FaultOf(ID3DXEffect& effect, const EffectTechnique& technique)
 
 using Lines = std::vector<std::string>;
 
-/// What is said of an effect: the technique first, then why none of those before it.
+/// The lines about an effect: its technique first, then why each one before it does not run.
 Lines TellEffect(const KRE_ShaderEffect& effect)
 {
     const ShaderEffectData& data = *effect.data;
@@ -102,7 +102,7 @@ Lines LoadAndTell(const LoadedScene& loaded, const char* name)
 
 void PrintEffects(LoadedScene& loaded, Output& output)
 {
-    std::map<std::string, Lines> known; // by name: materials share their effects
+    std::map<std::string, Lines> known; // by name, since materials share their effects
     output.Line({ShownName(loaded.path)});
     for (KRE_Mesh* mesh : loaded.scene.meshes) {
         for (int32_t i = 0; i < mesh->materialCount; ++i) {

@@ -50,7 +50,7 @@ const Field* FieldList::Find(const char* name) const
 
 void FieldList::CutTo(double step)
 {
-    // What is read back is a float, which may lie half a unit in its last place further off.
+    // The value read back is a float, which may be off by another half unit in its last place.
     fields.back().step = step + 0x1p-25;
 }
 

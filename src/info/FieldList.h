@@ -9,12 +9,12 @@
 
 #include <d3dx9.h>
 
-/// What the numbers of a field are.
+/// The type of a field's numbers.
 enum class FieldKind : uint8_t {
     kWhole,      ///< one whole number
     kReal,       ///< one float
     kBits,       ///< 32 bits: a colour 0xAARRGGBB, flags
-    kText,       ///< no number, a text
+    kText,       ///< a text, no numbers
     kWholes,     ///< `count` whole numbers
     kReals,      ///< `count` floats
     kVector,     ///< x, y, z
@@ -31,25 +31,25 @@ struct Field {
     FieldKind kind;
     int32_t count; ///< of `numbers`
     std::array<double, kMostNumbers> numbers;
-    std::string_view text; ///< of the record, and gone with it
-    double step = 0; ///< a file may change the numbers by as much; 0 where it stores them whole
+    std::string_view text; ///< of the record; valid only as long as it
+    double step = 0; ///< a file may change the numbers by this much; 0 where it stores them exactly
 
     bool IsWhole() const { return kind == FieldKind::kWhole || kind == FieldKind::kWholes; }
-    /// Whether the field is a list of numbers, of whatever length, and not a single value.
+    /// Whether the field is a list of numbers, of any length, and not a single value.
     bool IsList() const { return kind >= FieldKind::kWholes; }
-    /// How a number is told apart behind the field's name: ".x", "[2]", "[3][1]"; "" for a single
-    /// one.
+    /// What to append to the field's name for one number: ".x", "[2]", "[3][1]"; "" for a single
+    /// value.
     std::string PartName(int32_t i) const;
     /// A number, or the text in quotes, for people.
     std::string PartText(int32_t i) const;
 };
 
-/// The stored fields of one record, in the order of files. Names are literals.
+/// The stored fields of one record, in file order. Names are literals.
 class FieldList {
 public:
     void Clear() { fields.clear(); }
     const std::vector<Field>& All() const { return fields; }
-    /// The field of a name, or null.
+    /// The field with this name, or null.
     const Field* Find(const char* name) const;
 
     void Whole(const char* name, int64_t value);
@@ -62,7 +62,7 @@ public:
     void Quaternion(const char* name, const D3DXQUATERNION& q);
     void Color(const char* name, const D3DCOLORVALUE& color);
     void Matrix(const char* name, const D3DXMATRIX& matrix);
-    /// Says of the field added last that files cut its numbers to multiples of `step`.
+    /// Notes for the field added last that files cut its numbers to multiples of `step`.
     void CutTo(double step);
     /// At most `Field::kMostNumbers` whole numbers of any type.
     template <class T>

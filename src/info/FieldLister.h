@@ -6,7 +6,7 @@
 #include "qsb/QSB_SceneFields.h"
 
 /// The archive that lists the fields of stored records: see qsb/QSB_Archive.h. It lists what the
-/// current version of files holds, but for the keys and parts that are listed on their own.
+/// current version of files has, except for the keys and parts that are listed separately.
 class FieldLister {
 public:
     static constexpr bool kLoads = false;
@@ -58,7 +58,7 @@ public:
     void Track(const char*, const Part&)
     {}
 
-    // Of meshes. The geometry of a clone is that of its source.
+    // For meshes. The geometry of a clone is that of its source.
     void Materials(const char* name, const KRE_Mesh& mesh)
     {
         fields.Whole(name, mesh.materialCount);

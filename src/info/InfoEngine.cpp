@@ -25,12 +25,12 @@ HWND MakeHiddenWindow()
 
 InfoEngine::InfoEngine()
 {
-    gLogSink = [](const char*) {}; // never a log file
+    gLogSink = [](const char*) {}; // never to a log file
     window = MakeHiddenWindow();
     try {
         engine = std::make_unique<KRE_Gfx>();
         engine->InitDevice(window, 1, nullptr, kDepthBits, 0, 0, 0);
-    } catch (...) { // no destructor runs for an engine that was not finished
+    } catch (...) { // the constructor failed, so no destructor runs
         Stop();
         throw;
     }

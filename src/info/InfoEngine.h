@@ -6,11 +6,11 @@
 
 #include "gfx/KRE_Gfx.h"
 
-/// The engine as the converter starts it, as `gGfx`, with a small hidden window. Reports go nowhere
-/// while it starts. Scenes have to go before it.
+/// The engine as the converter starts it, as `gGfx`, with a small hidden window. Reports during
+/// start-up are discarded. Scenes must be destroyed before it.
 class InfoEngine {
 public:
-    /// Raises KRE_Error where there is no device.
+    /// Throws KRE_Error if there is no device.
     InfoEngine();
     ~InfoEngine();
     InfoEngine(const InfoEngine&) = delete;

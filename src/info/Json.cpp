@@ -1,5 +1,5 @@
-// The JSON document. docs/qsbinfo.md describes it: what is added here is added there, and what others
-// read is never renamed without a new number of the format.
+// The JSON document. docs/qsbinfo.md describes it: additions here are also added there, and nothing
+// that others read is renamed without a new format number.
 
 #include "info/FieldLister.h"
 #include "info/JsonDocument.h"
@@ -98,7 +98,7 @@ JsonValue MaterialOf(const KRE_MaterialInfo& material, const KRE_Texture& textur
 
 // ---- Objects
 
-/// What all objects begin with, and the object's own fields.
+/// The members that all objects begin with, and the object's own fields.
 template <class Node>
 JsonValue NodeOf(const Node& node)
 {

@@ -19,7 +19,7 @@ JsonValue JsonReal(double value)
         return nullptr;
     const bool isMinusZero = value == 0 && std::signbit(value);
     if (std::trunc(value) == value && std::fabs(value) < kMostExactWhole && !isMinusZero)
-        return static_cast<int64_t>(value); // 8 and not 8.0
+        return static_cast<int64_t>(value); // prints 8, not 8.0
     return value;
 }
 
@@ -89,7 +89,7 @@ std::string RowText(const JsonValue& row)
     return "[" + text + "]";
 }
 
-/// A document is a few levels deep.
+/// A document is only a few levels deep.
 void PrintValue(const JsonValue& value, const std::string& indent, Output& output)
 {
     if (IsRow(value))

@@ -7,18 +7,18 @@
 #include "info/FieldList.h"
 #include "info/Output.h"
 
-/// A document or a part of it; members keep the order in which they are added.
+/// A document or a part of it; members keep the order in which they were added.
 using JsonValue = nlohmann::ordered_json;
 
-/// A name of any bytes as a text.
+/// A name of arbitrary bytes as a text.
 JsonValue JsonName(std::string_view bytes);
-/// A number; null for what JSON cannot say. A float becomes the shortest decimal number that gives the
-/// same float again.
+/// A number; null for what JSON cannot represent. A float becomes the shortest decimal number that
+/// reads back as the same float.
 JsonValue JsonReal(double value);
 JsonValue JsonReal(float value);
 /// Adds each field under its name; numbers that belong together as a list.
 void AddJsonFields(const FieldList& fields, JsonValue& objectOut);
 
-/// Prints a document, indented; lists of numbers in one line. Texts with characters that a terminal
-/// would stumble over are written in ASCII.
+/// Prints a document, indented, with lists of numbers on one line. Texts with characters that a
+/// terminal might not handle are escaped to ASCII.
 void PrintDocument(const JsonValue& document, Output& output);

@@ -43,11 +43,11 @@ void WarningList::OnReport(ReportKind kind, const char* source, const char* text
 
 namespace {
 
-constexpr size_t kLeastBytes = 4;   // of a file that the reader takes
-constexpr size_t kStartBytes = 256; // where the mark of a text is looked for
+constexpr size_t kLeastBytes = 4;   // the shortest file that the reader accepts
+constexpr size_t kStartBytes = 256; // where the mark of a text is searched for
 
-/// Takes everything that is reported and all searches for textures while it lives; the log file is not
-/// touched from then on. One at a time.
+/// Catches all reports and all searches for textures during its lifetime; from then on the log file
+/// is not touched. One at a time.
 class ReportCatcher {
 public:
     explicit ReportCatcher(LoadedScene& target)
@@ -63,7 +63,7 @@ public:
     ~ReportCatcher()
     {
         gTextureSearchSink = nullptr;
-        gReportObserver = nullptr; // what is reported later, as when objects go, is of no use
+        gReportObserver = nullptr; // later reports, as when objects are destroyed, are of no use
         gTarget = nullptr;
     }
     ReportCatcher(const ReportCatcher&) = delete;
@@ -75,7 +75,7 @@ private:
 
 LoadedScene* ReportCatcher::gTarget;
 
-/// Goes into a directory and comes back at the end.
+/// Changes into a directory and returns at the end.
 class DirectoryVisit {
 public:
     explicit DirectoryVisit(const std::string& directory) : before(fs::current_path(ignored))
@@ -93,15 +93,15 @@ private:
     fs::path before;
 };
 
-/// Textures are shared by leaf name and size. Those of one scene are not to be taken for those of
-/// another one, which lie in another directory.
+/// Textures are shared by leaf name and size. Textures of one scene must not be taken for those of
+/// another scene in another directory.
 void ForgetTextureNames()
 {
     for (int32_t i = 0; i < gGfx->textureManager.GetCount(); ++i)
         gGfx->textureManager.GetEntry(i)->name[0] = 0;
 }
 
-/// Where a path is seen from the current directory that is seen from `directory`.
+/// Makes a path relative to `directory` relative to the current directory.
 std::string Joined(const std::string& directory, const String& found)
 {
     if (found.IsEmpty() || IsAbsolutePath(found))
@@ -140,7 +140,7 @@ bool LoadedScene::Fail(const std::string& text)
     return false;
 }
 
-/// Size and version of the file, and whether it looks like one.
+/// Reads the file's size and version, and whether it looks like a scene file.
 bool LoadedScene::ReadStart()
 {
     const FileStream stream(OpenFileStream(path.substr(directory.size()).c_str(), "rb"));
@@ -163,7 +163,7 @@ bool LoadedScene::ReadStart()
 void LoadedScene::LoadFromDirectory(const std::string& leaf)
 {
     ForgetTextureNames();
-    gGfx->loadsSceneEffects = 0; // only the names are of interest
+    gGfx->loadsSceneEffects = 0; // only the names matter
     gGfx->LoadScene(scene, leaf.c_str(), kLoadSingleMipLevel);
     header = gGfx->SceneHeader();
 }

@@ -13,22 +13,22 @@
 
 /// A warning of the reader.
 struct ReaderWarning {
-    std::string source; ///< the label of the class that gave it
+    std::string source; ///< the label of the class that issued it
     std::string text;
-    int64_t count = 1; ///< how often it came
+    int64_t count = 1; ///< how often it was issued
 };
 
-/// What the reader had to say, each text once. Of very many different texts only the number is kept.
+/// The warnings of the reader, each text once; beyond `kMostKept` texts they are only counted.
 class WarningList : public ReportObserver {
 public:
     static constexpr size_t kMostKept = 1000;
 
-    /// Takes warnings; errors come as exceptions.
+    /// Keeps warnings; errors arrive as exceptions.
     void OnReport(ReportKind kind, const char* source, const char* text) override;
     const std::vector<ReaderWarning>& Kept() const { return kept; }
-    /// Of all warnings, repeats and those not kept included.
+    /// All warnings, including repeats and those not kept.
     int64_t Count() const { return count; }
-    /// Warnings whose text is not kept.
+    /// Warnings whose text was not kept.
     int64_t LeftOut() const { return leftOut; }
 
 private:
@@ -38,35 +38,35 @@ private:
     int64_t leftOut = 0;
 };
 
-/// A scene from a QSA or QSB file with everything that is known about the file. Has to go before the
-/// engine. Nothing is written anywhere.
+/// A scene from a QSA or QSB file with everything that is known about the file. Must be destroyed
+/// before the engine. Never writes to a file.
 class LoadedScene {
 public:
-    /// Loads a file as the converter does, from the file's own directory, and returns to the current
-    /// one. False, with `errorText`, for one that cannot be loaded.
+    /// Loads a file as the converter does, from the file's own directory, and returns to the
+    /// current directory. False, with `errorText`, if it cannot be loaded.
     bool Load(const std::string& pathIn);
 
-    /// Where a texture or an effect of the scene is: beside the scene, or in the default
-    /// directories; empty for nowhere.
+    /// The path of a texture or an effect of the scene: next to the scene, or in the default
+    /// directories; empty if not found.
     std::string FindTexture(const char* name) const;
     std::string FindEffect(const char* name) const;
 
     std::string path; ///< as given
     int64_t sizeBytes = 0;
     int32_t version = -1; ///< of a QSB file; -1 for QSA
-    /// Whether a text begins as exports do. The reader takes any file that is no QSB for a text.
+    /// Whether a text begins as exports do. The reader takes any file that is not QSB for a text.
     bool hasTextMark = false;
     QSA_SceneHeader header;
     KRE_3dScene scene;
     WarningList warnings;
-    /// Names that were looked for and not found; of very many some are missing.
+    /// Names that were searched for and not found; the number kept is limited.
     std::set<std::string> lostTextures;
     std::string errorText; ///< why Load failed
 
-    /// A message without the file's name in front of it, which the readers put there.
+    /// A message without the file name that readers put in front of it.
     std::string_view WithoutFileName(std::string_view text) const;
     bool IsQsb() const { return version >= 0; }
-    /// Seconds from the first frame to the last; 0 where the file has no frame rate.
+    /// Seconds from the first frame to the last; 0 if the file has no frame rate.
     double Seconds() const;
 
 private:

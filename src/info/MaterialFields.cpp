@@ -5,7 +5,7 @@
 
 namespace {
 
-/// The archive that takes the tracks of a record and leaves everything else.
+/// The archive that takes the tracks of a record and ignores everything else.
 class TrackGatherer {
 public:
     static constexpr bool kLoads = false;

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Code page 1252 from 0x80 to 0x9F; the five places without a character stand for themselves.
+/// Code page 1252 from 0x80 to 0x9F; its five undefined bytes map to themselves.
 constexpr char32_t kCodePage[32] = {
     0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -19,7 +19,7 @@ struct CodeRange {
     char32_t last;
 };
 
-/// Control characters, line ends of Unicode, and what turns the direction of writing.
+/// Control characters, Unicode line ends, and characters that change the writing direction.
 constexpr CodeRange kHidden[] = {
     {0, 0x1F},        {0x7F, 0x9F},     {0x061C, 0x061C}, {0x200B, 0x200F},   {0x2028, 0x202E},
     {0x2060, 0x2069}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F},
@@ -34,7 +34,7 @@ bool IsHidden(char32_t code)
     return false;
 }
 
-/// A lead byte of UTF-8: how long its character is, and the lowest code that may be written so.
+/// A lead byte of UTF-8: how long its character is, and the lowest code allowed at that length.
 struct Lead {
     unsigned mask, bits;
     size_t length;
@@ -43,7 +43,7 @@ struct Lead {
 constexpr Lead kLeads[] = {
     {0x80, 0x00, 1, 0}, {0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}};
 
-/// The character at a place, which is moved behind it; false where there is no valid one.
+/// Decodes the character at `at` and moves `at` past it; false if there is no valid one.
 bool TakeUtf8(std::string_view bytes, size_t& at, char32_t& codeOut)
 {
     const auto byteAt = [&](size_t i) { return static_cast<unsigned char>(bytes[i]); };
@@ -78,7 +78,7 @@ void AppendUtf8(std::string& text, char32_t code)
         text += static_cast<char>(0x80 | (code >> (6 * (length - 1)) & 0x3F));
 }
 
-/// Printable ASCII: nearly all names, and nothing is to be done about them.
+/// Printable ASCII: nearly all names, and nothing needs to be done for them.
 bool IsPlain(std::string_view bytes)
 {
     for (const char byte : bytes) {
@@ -103,7 +103,7 @@ char32_t CodeOfByte(unsigned char byte)
     return byte >= 0x80 && byte < 0xA0 ? kCodePage[byte - 0x80] : byte;
 }
 
-/// Hands each character to `visit(code)`.
+/// Passes each character to `visit(code)`.
 template <class Visit>
 void VisitCharacters(std::string_view bytes, Visit visit)
 {

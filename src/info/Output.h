@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// Text on its way to a stream, gathered into larger pieces; or kept, without a stream.
+/// Text on its way to a stream, gathered into larger pieces; without a stream it is kept.
 class Output {
 public:
     /// `streamIn` is not owned; null keeps the text.
@@ -14,15 +14,15 @@ public:
     Output& operator=(const Output&) = delete;
 
     void Add(std::string_view bytes);
-    /// The texts one behind the other, and a line end.
+    /// Writes the texts one after the other, and a line end.
     void Line(std::initializer_list<std::string_view> parts);
     /// False if any of the text could not be written.
     bool Flush();
-    /// What is kept.
+    /// The text that was kept.
     const std::string& Text() const { return text; }
 
 private:
-    FILE* stream; ///< not owned; or null
+    FILE* stream; ///< not owned; null keeps the text
     std::string text;
     bool hasFailed = false;
 };

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kMostLines = 20; ///< of a list, unless all is asked for
+constexpr size_t kMostLines = 20; ///< of a list, unless `all`
 constexpr size_t kLabelWidth = 12;
 constexpr size_t kMostNameWidth = 40;
 
@@ -23,7 +23,7 @@ void PrintItem(const std::string& text, Output& output)
     output.Line({std::string(kLabelWidth + 4, ' '), text});
 }
 
-/// How many of `count` lines are printed; the rest is told by `PrintRest`.
+/// How many of `count` lines are printed; `PrintRest` mentions the rest.
 size_t LinesOf(size_t count, bool all)
 {
     return all ? count : std::min(count, kMostLines);
@@ -60,7 +60,7 @@ void PrintCounts(const SceneCounts& counts, Output& output)
     PrintLabelled("Geometry", geometry, output);
 }
 
-/// Length in seconds and frames, and the keys.
+/// Prints the length in seconds and frames, and the keys.
 void PrintAnimation(const LoadedScene& loaded, const SceneCounts& counts, Output& output)
 {
     const QSA_SceneHeader& header = loaded.header;
@@ -115,7 +115,7 @@ std::string ColorText(const D3DCOLORVALUE& color)
     return text;
 }
 
-/// A material in a line: colour, what is special, maps.
+/// A material on one line: colour, special settings, maps.
 std::string MaterialText(const KRE_MaterialInfo& material, const KRE_Texture& texture)
 {
     std::string text = ColorText(material.diffuse);
@@ -139,7 +139,7 @@ std::string MaterialText(const KRE_MaterialInfo& material, const KRE_Texture& te
     return text;
 }
 
-/// Materials that look alike stand in one line, the most used first: files have a copy for each mesh.
+/// Materials that look alike share a line, the most used first: files have a copy for each mesh.
 void PrintMaterials(KRE_3dScene& scene, const SceneCounts& counts, bool all, Output& output)
 {
     std::map<std::string, int64_t> uses;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// False, with a line about it, for a file that cannot be loaded.
+/// False, with a line about it, if the file cannot be loaded.
 bool Load(LoadedScene& loaded, const std::string& file, Output& err)
 {
     if (loaded.Load(file))
@@ -61,7 +61,7 @@ int RunWithEngine(const InfoArguments& arguments, Output& out, Output& err)
                                              : RunOnFile(arguments, out, err);
 }
 
-/// The one place that what a load lets through comes to: an engine that does not start, a device that
+/// The one place that catches what a load does not: an engine that does not start, a device that
 /// refuses a lock.
 int RunGuarded(const InfoArguments& arguments, Output& out, Output& err)
 {

@@ -11,7 +11,7 @@
 
 // ---- Values
 
-/// Two that are no numbers are the same, as are equal infinities.
+/// Two NaNs are the same, as are equal infinities.
 bool SceneDiff::IsSame(const Field& first, const Field& second, int32_t i) const
 {
     const double a = first.numbers[static_cast<size_t>(i)];
@@ -53,12 +53,12 @@ static std::string WholeText(const Field& field)
     return field.IsList() ? "present" : field.PartText(0);
 }
 
-/// Fields that only one of both has are those of layouts and effects that differ.
+/// Fields that only one side has come from differing layouts and effects.
 void SceneDiff::CompareFieldLists(const std::string& path)
 {
     const auto& all = firstFields.All();
     for (size_t i = 0; i < all.size(); ++i) {
-        // Nearly always the fields are the same ones, in the same order.
+        // Nearly always both sides have the same fields in the same order.
         const Field* other = i < secondFields.All().size() ? &secondFields.All()[i] : nullptr;
         if (!other || other->name != all[i].name)
             other = secondFields.Find(all[i].name);
@@ -106,7 +106,7 @@ void SceneDiff::CompareKeyList(const std::string& path, const KRE_KeyList<Key>& 
                                const KRE_KeyList<Key>& second)
 {
     const Key* keys[] = {first.Head(), second.Head()};
-    int64_t count = 0; // the counters of the objects are compared with their other fields
+    int64_t count = 0; // the objects' counters are compared with their other fields
     for (const Key *a = keys[0], *b = keys[1]; a && b; a = a->next.get(), b = b->next.get())
         ++count;
     CompareArray(path, count, [&keys](bool isSecond, int64_t, FieldList& fields) {
@@ -213,7 +213,7 @@ void SceneDiff::CompareMeshes(const std::string& path, KRE_Mesh& first, KRE_Mesh
 
 namespace {
 
-/// The objects of one list by name, those of one name in their order.
+/// The objects of one list by name; objects of the same name in list order.
 template <class List>
 auto ByName(List& list)
 {
@@ -230,7 +230,7 @@ std::string PathOf(const char* listName, const std::string& name, size_t place)
     return place > 0 ? path + '#' + std::to_string(place + 1) : path;
 }
 
-/// The names of a list in its order.
+/// The names of a list in list order.
 template <class List>
 std::vector<const char*> NamesOf(List& list)
 {

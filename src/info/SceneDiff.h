@@ -10,13 +10,13 @@
 #include "info/SceneFields.h"
 
 struct DiffOptions {
-    /// Floats that differ by no more are the same; without a value, those that the file format
-    /// rounds to the same number. Whole numbers have to agree.
+    /// Floats that differ by no more than this are the same; without a value, floats that the file
+    /// format rounds to the same number. Integers must be equal.
     std::optional<double> tolerance;
     bool all = false; ///< every line of an array, not only the first ones
 };
 
-/// Tells what differs between two scenes, a line "<path>: <first> | <second>" each.
+/// Prints what differs between two scenes, one line "<path>: <first> | <second>" each.
 class SceneDiff {
 public:
     static constexpr int64_t kMostLines = 10; ///< of one array
@@ -26,9 +26,9 @@ public:
     SceneDiff(const SceneDiff&) = delete;
     SceneDiff& operator=(const SceneDiff&) = delete;
 
-    /// Compares everything that files store but for the scene's name, which is that of its file.
-    /// Objects are paired by list and name, those of one name by their order. Gives the number of
-    /// differences.
+    /// Compares everything that files store except the scene's name, which is that of its file.
+    /// Objects are paired by list and name; those of the same name by their order. Returns the
+    /// number of differences.
     int64_t Compare(LoadedScene& first, LoadedScene& second);
 
 private:
@@ -52,7 +52,8 @@ private:
 
     template <class Record>
     void CompareRecords(const std::string& path, const Record& first, const Record& second);
-    /// The elements that both arrays have; `add(isSecond, i, fields)` names the fields of one.
+    /// Compares the elements that both arrays have; `add(isSecond, i, fields)` adds the fields of
+    /// one.
     template <class Add>
     void CompareArray(const std::string& path, int64_t count, Add add);
     void CompareFieldLists(const std::string& path);
@@ -65,5 +66,5 @@ private:
     FieldList firstFields;
     FieldList secondFields;
     int64_t differences = 0;
-    int64_t linesLeft = INT64_MAX; ///< of the array in hand
+    int64_t linesLeft = INT64_MAX; ///< of the current array
 };

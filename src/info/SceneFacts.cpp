@@ -10,7 +10,7 @@ namespace {
 /// Gathers files by name.
 class FileGatherer {
 public:
-    /// The file of a name that is met once more.
+    /// The entry for a name, with one more use counted.
     NamedFile& Meet(const char* name)
     {
         NamedFile& file = files[name];
@@ -35,7 +35,7 @@ private:
     std::map<std::string, NamedFile> files;
 };
 
-/// Goes over a scene once.
+/// Walks a scene once.
 class FactGatherer {
 public:
     explicit FactGatherer(LoadedScene& loadedIn) : loaded(loadedIn) {}

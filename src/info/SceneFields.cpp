@@ -1,12 +1,12 @@
-// The vertices and faces of meshes, as they lie in memory.
+// The vertices and faces of meshes, as they are in memory.
 
 #include "info/SceneFields.h"
 
-/// Coordinates and texture coordinates, weights and bones; what the layout has not is left out.
+/// Adds coordinates, texture coordinates, weights and bones, as far as the layout has them.
 void AddVertexFields(KRE_Mesh& mesh, int32_t vertex, FieldList& fields)
 {
     constexpr int32_t kNone = VertexInfo::kNoOffset;
-    constexpr int32_t kUVBytes = 8; // a format may have less
+    constexpr int32_t kUVBytes = 8; // a format may have fewer
     fields.Vector("position", *mesh.Position(vertex));
     if (mesh.normalOffset != kNone) {
         fields.Vector("normal", *mesh.Normal(vertex));

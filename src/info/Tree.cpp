@@ -1,5 +1,5 @@
-// The hierarchy. A file decides how deep it is and whether it is one at all: it is walked by loops,
-// and every object is printed once.
+// The hierarchy. A file decides how deep it is and whether it is a tree at all: it is walked by
+// loops, and every object is printed once.
 
 #include <algorithm>
 #include <map>
@@ -11,7 +11,8 @@
 
 namespace {
 
-/// Deeper objects are not moved further in, or a chain of objects would take more blanks than text.
+/// Deeper objects are not indented further, or a chain of objects would print more blanks than
+/// text.
 constexpr size_t kMostIndent = 40;
 
 struct TreeNode {
@@ -19,7 +20,7 @@ struct TreeNode {
     std::string details;
     std::vector<size_t> children;
     size_t parent = SIZE_MAX;
-    size_t walk = 0; ///< the last walk up that came by; counted from 1
+    size_t walk = 0; ///< number of the last upward walk that visited this; counted from 1
     bool isPrinted = false;
 };
 
@@ -37,7 +38,7 @@ std::string MeshText(const KRE_Mesh& mesh)
                        CountOf(mesh.materialCount, "material", "materials");
     if (!mesh.cloneSource.IsEmpty())
         text += ", clone of " + QuotedName(mesh.cloneSource.c_str());
-    if (mesh.bones.Count() > 1) // the first one stands for the mesh itself
+    if (mesh.bones.Count() > 1) // the first one is for the mesh itself
         text += ", " + CountOf(mesh.bones.Count() - 1, "bone", "bones");
     if (!mesh.visible)
         text += ", hidden";
@@ -84,7 +85,7 @@ public:
             if (nodes[i].parent == SIZE_MAX)
                 PrintFrom(i, "", output);
         }
-        // What no root leads to hangs on a circle of parents.
+        // Whatever no root leads to hangs on a cycle of parents.
         for (size_t i = 0; i < nodes.size(); ++i) {
             if (!nodes[i].isPrinted)
                 PrintFrom(CircleAbove(i), " (its parents lead in a circle)", output);
@@ -98,7 +99,7 @@ private:
         nodes.push_back({&object, details, {}});
     }
 
-    /// A member of the circle that a node's parents lead to.
+    /// Returns a member of the cycle that a node's parents lead to.
     size_t CircleAbove(size_t node)
     {
         for (size_t start = node + 1; nodes[node].walk != start; node = nodes[node].parent)

@@ -1,4 +1,4 @@
-// Entry of qsbinfo, which tells what a scene file holds.
+// Entry point of qsbinfo, which shows what a scene file holds.
 
 #include "info/RunInfo.h"
 

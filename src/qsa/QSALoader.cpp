@@ -14,7 +14,7 @@ namespace {
 constexpr uint32_t kNoFlags = ~uint32_t{0};
 constexpr float kFreshFogDensity = 0.008f;
 
-/// Closes a text when the scope ends, by an error or without one.
+/// Closes a text at the end of the scope, also when an error ends it.
 struct TextClosing {
     QSA_SceneText& text;
     ~TextClosing() { text.Close(); }
@@ -22,8 +22,8 @@ struct TextClosing {
 
 } // namespace
 
-/// The parts that read one file, and the scene that they fill. Made anew for each load, so that nothing
-/// of one file reaches the next.
+/// The importers of one file and the scene that they fill. Created anew for each load, so no state
+/// carries over from one file to the next.
 struct QSALoader::Import {
     Import(QSALoader& loader, KRE_3dScene& target, uint32_t flags, const char* path)
         : scene(target),
@@ -45,7 +45,7 @@ struct QSALoader::Import {
     QSA_MaterialImport materials;
     QSA_NodeImport nodes;
     QSA_MeshImport meshes;
-    bool hasKeyword = false; ///< one of the format, outside of stray braces
+    bool hasKeyword = false; ///< a keyword of the format was read; stray braces do not count
 };
 
 QSALoader::QSALoader()
@@ -112,8 +112,8 @@ int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token, Import& import)
         SkipTo('{');
         return import.materials.ParseList();
     case QSA_Token::Group:
-        // QUIRK: a group adds nothing: its closing brace is passed over like any stray one, and what
-        // follows it is read as if it stood inside.
+        // QUIRK: a group adds nothing. Its closing brace is skipped like any stray one, and what
+        // follows it is read as if it were inside.
         SkipTo('{');
         return 0;
     case QSA_Token::GeomObject:
@@ -140,7 +140,7 @@ int32_t QSALoader::ParseTopLevelKeyword(QSA_Token token, Import& import)
     }
 }
 
-/// After the last byte.
+/// Called after the last byte has been read.
 void QSALoader::LinkScene(Import& import)
 {
     KRE_3dScene& scene = import.scene;

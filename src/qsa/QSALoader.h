@@ -10,34 +10,34 @@
 class KRE_3dScene;
 class KRE_Texture;
 
-/// Reads QSA texts into scenes: one pass over the text, then the linking of what it held. One loader
-/// serves all files, one at a time.
+/// Reads QSA texts into scenes: one pass over the text, then a linking pass. One loader reads all
+/// files, one at a time.
 class QSALoader : public QSA_SceneText {
 public:
     QSALoader();
     ~QSALoader() override;
 
-    /// Empties `scene` and fills it from the file. `flags` are `QSA_LoadFlag`s; all bits set count
-    /// as none. A damaged file is an `Error`; a file that ends early loads as far as it goes, with a
-    /// `Warning`. Always 1.
+    /// Clears `scene` and fills it from the file. `flags` are `QSA_LoadFlag`s; all bits set means
+    /// no flags. A damaged file is an `Error`; a file that ends early loads up to that point, with
+    /// a `Warning`. Always returns 1.
     int32_t Load(KRE_3dScene& scene, const char* path, uint32_t flags);
 
-    /// Of the file loaded last.
+    /// The times of the last file loaded.
     const QSA_TimeScale& Time() const { return time; }
 
-    /// Of the file loaded last, or of what a loader of another format left here.
+    /// The header of the last file loaded, or the one that a loader of another format stored here.
     QSA_SceneHeader header;
 
 private:
-    struct Import; // lives as long as the load of one file
+    struct Import; // lives for the load of one file
 
     // --- the file and its top level: QSALoader.cpp
     bool ParseTopLevel(Import& import);
     int32_t ParseTopLevelKeyword(QSA_Token token, Import& import);
     void LinkScene(Import& import);
 
-    // --- scene and atmosphere: QSALoaderScene.cpp. These give 0 at the block's close and 1 when the
-    // file ended inside it.
+    // --- scene and atmosphere: QSALoaderScene.cpp. These return 0 at the end of the block and 1 if
+    // the file ends inside it.
     int32_t ParseScene(KRE_3dScene& scene, const QSA_LoadOptions& options);
     void UpdateTime();
     int32_t ParseEnvMap(KRE_3dScene& scene, const QSA_LoadOptions& options);

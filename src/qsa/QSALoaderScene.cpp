@@ -5,14 +5,14 @@
 
 namespace {
 
-/// One colour part of 0 to 1 as a byte. QUIRK: parts outside that range wrap; exporters never write
-/// them, and scenes in use must not change their look.
+/// A colour component of 0 to 1 as a byte. QUIRK: components outside that range wrap; exporters
+/// never write them, and existing scenes must keep their look.
 uint32_t ColourByte(float part)
 {
     return static_cast<uint32_t>(ToInt32(part * 255.0)) & 0xFF;
 }
 
-/// Reads red, green and blue into a colour and leaves its alpha.
+/// Reads red, green and blue into a colour and keeps its alpha.
 void ReadPackedColour(QSA_SceneText& text, uint32_t* colour)
 {
     float parts[3];
@@ -71,7 +71,7 @@ void QSALoader::UpdateTime()
                 static_cast<double>(time.frameSpeed), static_cast<double>(time.ticksPerFrame));
 }
 
-/// Looks for the picture once for each block, however often the block names one.
+/// Looks the picture up once per block, however often the block names one.
 int32_t QSALoader::ParseEnvMap(KRE_3dScene& scene, const QSA_LoadOptions& options)
 {
     TokenBuffer name;

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The names of all meshes, with repeats. Sorted, not hashed: they come from files, and no choice of
-/// names makes a look-up slow.
+/// The names of all meshes, duplicates included. Sorted rather than hashed: the names come from
+/// files, and with sorting no choice of names can make look-ups slow.
 std::vector<std::string_view> SortedNames(KRE_3dScene& scene)
 {
     std::vector<std::string_view> names;
@@ -22,8 +22,8 @@ std::vector<std::string_view> SortedNames(KRE_3dScene& scene)
     return names;
 }
 
-/// A clone may have fewer materials than its geometry has attributes, but no mesh of its own may. The
-/// faces that were not drawn get materials that are not seen.
+/// A clone may have fewer materials than its geometry has attributes; a mesh with geometry of its
+/// own may not. Faces without a material were not drawn, so they get fully transparent ones.
 void FillUpMaterials(KRE_Mesh* mesh)
 {
     const int32_t attributes = mesh->AttributeCount();
@@ -37,14 +37,14 @@ void FillUpMaterials(KRE_Mesh* mesh)
         mesh->materials[i] = materials[i];
         mesh->textures[i].CopyFrom(textures[i]);
     }
-    // Without any material the first attribute is drawn as with a new one.
+    // A mesh without materials draws its first attribute with a default one.
     for (int32_t i = std::max(count, 1); i < attributes; ++i)
         mesh->materials[i].transparency = 1.0f;
 }
 
-/// Files do not hold the mesh that the bounds came from, so its clones need another source: the first
-/// of them becomes a mesh of its own and the source of the others. One whose name would not lead the
-/// others to it leaves that to the next.
+/// The mesh that gave the bounds is not saved, so its clones need another source: the first clone
+/// becomes a mesh of its own and the source of the others. A clone whose name is not unique cannot
+/// be a source, so the next one is tried.
 void PassOnGeometry(KRE_3dScene& scene, const String& takenMesh, ErrorClass& report)
 {
     const std::vector<std::string_view> names = SortedNames(scene);

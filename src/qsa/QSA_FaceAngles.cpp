@@ -16,9 +16,9 @@ Doubles2 Polynomial(Doubles2 x, const double (&c)[number])
     return sum;
 }
 
-/// Two arc cosines at once and without a branch, for the branches of a library's version are what
-/// costs: angles of a mesh are as good as random. For |x| up to 1/2 it is pi/2 - asin(x), above that
-/// 2 asin(sqrt((1 - |x|) / 2)), mirrored for negative x.
+/// Two arc cosines at once and without branches: the angles of a mesh are as good as random, so
+/// branches make up most of the cost of a library version. For |x| up to 1/2 it is pi/2 - asin(x),
+/// above that 2 asin(sqrt((1 - |x|) / 2)), mirrored for negative x.
 Doubles2 Acos(Doubles2 x)
 {
     // asin(s) = s + s * z * P(z) / Q(z) with z = s * s, for s up to 1/2: a rational minimax
@@ -58,7 +58,7 @@ Floats4 Dot(Floats4 ax, Floats4 ay, Floats4 az, Floats4 bx, Floats4 by, Floats4 
     return ax * bx + ay * by + az * bz;
 }
 
-/// The edge that ends where each of the first three begins.
+/// For each of the first three edges, the edge that ends where it begins.
 Floats4 EdgeBefore(Floats4 edges)
 {
     return TurnFirstThree(edges);
@@ -79,28 +79,28 @@ QSA_FaceAngles MeasureFace(const float (&a)[3], const float (&b)[3], const float
         ab[i] = b[i] - a[i];
         ac[i] = c[i] - a[i];
     }
-    // Lanes: the edges from a to b, b to c and c to a, and the product of two of them.
+    // Lanes: the edges from a to b, b to c and c to a, and the cross product of ab and ac.
     const Floats4 x = MakeFloats(ab[0], c[0] - b[0], a[0] - c[0], ab[1] * ac[2] - ab[2] * ac[1]);
     const Floats4 y = MakeFloats(ab[1], c[1] - b[1], a[1] - c[1], ab[2] * ac[0] - ab[0] * ac[2]);
     const Floats4 z = MakeFloats(ab[2], c[2] - b[2], a[2] - c[2], ab[0] * ac[1] - ab[1] * ac[0]);
     const Floats4 length = SquareRoot(Dot(x, y, z, x, y, z));
-    const Floats4 hasLength = IsUnequal(length, Splat(0.0f)); // no number has one
+    const Floats4 hasLength = IsUnequal(length, Splat(0.0f)); // true for NaN as well
 
     QSA_FaceAngles result;
     if ((LaneBits(hasLength) & 8) == 0)
         return result;
     result.isFace = true;
-    // An edge whose square is too small for a float stays the zero vector.
+    // An edge whose squared length underflows stays the zero vector.
     const Floats4 ux = (x / length) & hasLength;
     const Floats4 uy = (y / length) & hasLength;
     const Floats4 uz = (z / length) & hasLength;
 
-    // The way back along the edge before makes the corner's other side.
+    // The other side of each corner is the previous edge, reversed.
     const Floats4 kSign = Splat(-0.0f);
     const Floats4 product =
         Dot(ux, uy, uz, EdgeBefore(ux) ^ kSign, EdgeBefore(uy) ^ kSign, EdgeBefore(uz) ^ kSign);
-    // Rounding may carry the product of two unit vectors beyond 1, where there is no arc cosine. In
-    // this order of the operands what is no number stays none.
+    // Rounding can take the dot product of two unit vectors beyond 1, where the arc cosine is
+    // undefined. With the operands in this order NaN stays NaN.
     const Floats4 cosine = Min(Splat(1.0f), Max(Splat(-1.0f), product));
     alignas(16) float angles[4];
     StoreFloats(angles, Acos(cosine));

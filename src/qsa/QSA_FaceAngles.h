@@ -2,15 +2,15 @@
 
 /// The plane and the corners of a triangle.
 struct QSA_FaceAngles {
-    float normal[3] = {}; ///< unit, to the side from which the corners run counter-clockwise
+    float normal[3] = {}; ///< unit length, pointing to where the corners are seen counter-clockwise
     float angle[3] = {};  ///< at each corner, radians
-    bool isFace = false;  ///< false: the product of its edges has no length; the rest is zero then
+    bool isFace = false;  ///< false: the cross product of its edges is zero, and so is the rest
 };
 
-/// Measures a triangle. All is done in float, each sum from x to z, and only the arc cosines in
-/// double, rounded once. Corners that are not finite give numbers that are not finite either.
+/// Measures a triangle. Everything is computed in float, sums in the order x, y, z; only the arc
+/// cosines are computed in double, and rounded once. Non-finite corners give non-finite results.
 QSA_FaceAngles MeasureFace(const float (&a)[3], const float (&b)[3], const float (&c)[3]);
 
-/// The arc cosine in double, rounded to float: of every float from -1 to 1 the same as the C
-/// library's. Others give no number.
+/// The arc cosine, computed in double and rounded to float. For every float in [-1, 1] it equals
+/// the C library's; for others it is NaN.
 float QuickAcos(float cosine);

@@ -156,8 +156,8 @@ static_assert(std::size(kKeywords) == kKeywordNumber);
 constexpr int32_t kLongestKeyword = 26;
 constexpr int32_t kHeadSize = 8; ///< bytes that are compared at once
 
-/// What tells most words apart: the length and the first eight bytes, read as one little-endian
-/// number and filled up with zeros.
+/// Tells most keywords apart: the length and the first eight bytes, read as one little-endian
+/// number and padded with zeros.
 struct KeywordHead {
     uint64_t head = 0;
     int32_t length = 0;

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-/// What a keyword of a QSA text stands for. The low byte is the family of the block it belongs to;
-/// a member's code is that of its block plus a multiple of 0x100. Keywords with one meaning share
-/// one code.
+/// The meaning of a keyword of a QSA text. The low byte is the family of the block it belongs to; a
+/// member's code is that of its block plus a multiple of 0x100. Keywords with the same meaning
+/// share a code.
 enum class QSA_Token : int32_t {
     EndOfFile = -1,
     BlockEnd = -2,
@@ -166,6 +166,6 @@ enum class QSA_Token : int32_t {
 
 inline constexpr int32_t kKeywordNumber = 134;
 
-/// The code of the keyword [word, word + length), in capital or small letters; `Unknown` for any
-/// other word. A keyword matches as a whole.
+/// The code of the keyword [word, word + length), in upper or lower case; `Unknown` for any other
+/// word. A keyword matches only as a whole.
 QSA_Token ClassifyKeyword(const char* word, int32_t length);

@@ -16,9 +16,9 @@ enum QSA_LoadFlag : uint32_t {
 /// What the caller of a load asks for.
 struct QSA_LoadOptions {
     uint32_t flags = 0; ///< `QSA_LoadFlag`s
-    String directory;   ///< of the scene file; its textures are looked for here first
+    String directory;   ///< of the scene file; searched first for its textures
 
     bool Has(QSA_LoadFlag flag) const { return (flags & flag) != 0; }
-    /// Of the textures, as `KRE_Gfx::LoadTexture` takes them: 0 for all.
+    /// Mip levels of textures, as `KRE_Gfx::LoadTexture` takes them: 0 for all.
     int32_t MipLevels() const { return Has(kLoadSingleMipLevel) ? 1 : 0; }
 };

@@ -10,7 +10,7 @@
 #include "gfx/KRE_Texture.h"
 #include "scene/KRE_MaterialInfo.h"
 
-/// The animated numbers of a map, in the order in which the text names them.
+/// The animated values of a map, in the order of the text.
 enum QSA_MapTrack : size_t {
     kMapOffsetV,
     kMapOffsetU,
@@ -20,7 +20,7 @@ enum QSA_MapTrack : size_t {
     kMapTracks
 };
 
-/// Keys and constants of the five numbers of a map. Times in ticks.
+/// Keys and constants of the five values of a map. Times in ticks.
 struct QSA_MapAnimation {
     std::vector<KRE_FloatKey> keys[kMapTracks];
     float constants[kMapTracks] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};
@@ -31,7 +31,7 @@ struct QSA_Map {
     String bitmap; ///< as in the text; empty: the material has no such map
     float amount = 1.0f;
     QSA_MapAnimation animation;
-    D3DXMATRIX matrix; ///< of the map's coordinates at rest, which are carried as (u, v, 1)
+    D3DXMATRIX matrix; ///< transform of the map's coordinates at rest, which are (u, v, 1)
     float startFrame = 0.0f;
     float playbackRate = 1.0f;
     int32_t endCondition = kSequenceLoop; ///< a KRE_SequenceMode
@@ -39,16 +39,16 @@ struct QSA_Map {
     QSA_Map() { D3DXMatrixIdentity(&matrix); }
 };
 
-/// The kinds of maps that a material may have.
+/// The kinds of maps that a material can have.
 enum QSA_MapKind : size_t { kMapDiffuse, kMapReflect, kMapBump, kMapKinds };
 
-/// A material of the text, and what it becomes. Maps and texture are made where there are any: most
-/// materials have few, and a scene may hold very many.
+/// A material of the text, and the render material made from it. Maps and texture are allocated
+/// only where needed: most materials have few, and a scene can have very many materials.
 struct QSA_Material {
     String name;
     bool texturesLoaded = false;
     std::unique_ptr<QSA_Map> maps[kMapKinds]; ///< owned; null for none
-    int32_t subMaterialCount = 0;             ///< as announced
+    int32_t subMaterialCount = 0;             ///< as announced by the text
     std::vector<QSA_Material*> subMaterials;  ///< not owned, live in the same list
     D3DCOLORVALUE diffuse = {1, 1, 1, 1};
     D3DCOLORVALUE ambient = {1, 1, 1, 1};
@@ -56,11 +56,11 @@ struct QSA_Material {
     D3DCOLORVALUE selfIllum = {0, 0, 0, 1};
     float shineStrength = 0.0f;
     float shine = 0.0f;
-    bool hasDiffuse = false; ///< a map of its own or of a submaterial; set by the finishing step
+    bool hasDiffuse = false; ///< of its own or of a submaterial; set when finished
     bool hasReflect = false;
     bool hasBump = false;
-    KRE_MaterialInfo render;              ///< what meshes get; tracks in ticks until it is finished
-    std::unique_ptr<KRE_Texture> texture; ///< owned; made when the maps are loaded
+    KRE_MaterialInfo render; ///< what meshes are drawn with; tracks are in ticks until finished
+    std::unique_ptr<KRE_Texture> texture; ///< owned; created when the maps are loaded
 
     bool HasMap(QSA_MapKind kind) const { return maps[kind] && !maps[kind]->bitmap.IsEmpty(); }
 };

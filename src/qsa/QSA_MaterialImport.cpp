@@ -57,8 +57,8 @@ QSA_Material* QSA_MaterialImport::AddMaterial()
     return materials.emplace_back(std::make_unique<QSA_Material>()).get();
 }
 
-/// At a material's brace. Submaterials may stand inside each other to any depth, so the open ones
-/// are kept in a list and not on the stack.
+/// Starts at a material's opening brace. Submaterials can nest to any depth, so the open ones are
+/// kept in a list and not on the call stack.
 int32_t QSA_MaterialImport::ParseMaterial(QSA_Material* material)
 {
     std::vector<QSA_Material*> open;
@@ -88,7 +88,7 @@ int32_t QSA_MaterialImport::ParseMaterial(QSA_Material* material)
 
 void QSA_MaterialImport::OpenMaterial(QSA_Material* material, std::vector<QSA_Material*>* open)
 {
-    // Newer exporters always tell how a map is tiled.
+    // Newer exporters always write how a map is tiled.
     if (text.FileVersionAtLeast(2, 10))
         material->render.tileU = material->render.tileV = 0;
     open->push_back(material);
@@ -156,7 +156,8 @@ void QSA_MaterialImport::ReadName(QSA_Material* material)
     ParseEffectAttributes(name, &material->render.effectParams);
 }
 
-/// QUIRK: the type counts only after a transparency above 0; exporters write it in that order.
+/// QUIRK: the type takes effect only after a transparency above 0; exporters write them in that
+/// order.
 void QSA_MaterialImport::ReadTransparencyType(KRE_MaterialInfo* render)
 {
     TokenBuffer word;
@@ -172,7 +173,7 @@ void QSA_MaterialImport::ReadTransparencyType(KRE_MaterialInfo* render)
 
 // ---- The finishing step
 
-/// Finishes what was read since the last time.
+/// Finishes the materials read since the last call.
 void QSA_MaterialImport::FinishMaterials()
 {
     if (topMaterials.empty())
@@ -204,8 +205,8 @@ void QSA_MaterialImport::FinishMaterial(QSA_Material* material)
     for (const QSA_Material* child : material->subMaterials) {
         material->hasDiffuse = material->hasDiffuse || child->HasMap(kMapDiffuse);
         material->hasReflect = material->hasReflect || child->HasMap(kMapReflect);
-        // QUIRK: a submaterial's bump map makes room in the vertices even where bump maps are not
-        // loaded; the layout of converted meshes depends on it.
+        // QUIRK: a submaterial's bump map reserves room in the vertices even where bump maps are
+        // not loaded; the layout of converted meshes depends on it.
         material->hasBump = material->hasBump || child->HasMap(kMapBump);
     }
     if (static_cast<int64_t>(material->subMaterials.size()) != material->subMaterialCount)

@@ -9,20 +9,21 @@
 #include "qsa/QSA_SceneText.h"
 #include "qsa/QSA_TimeScale.h"
 
-/// Reads the materials of a scene text with their maps and animations, and holds them until its
-/// meshes are made. Block parsers give 0 at the block's close and 1 when the file ended inside it.
+/// Reads the materials of a scene text with their maps and animations, and keeps them until the
+/// meshes are built. Block parsers return 0 at the end of the block and 1 if the file ends inside
+/// it.
 class QSA_MaterialImport {
 public:
-    /// All three must outlive the import. Times are turned to seconds by what `timeScale` is when a
-    /// list or a map is finished.
+    /// All three must outlive the import. Times are converted to seconds with the values that
+    /// `timeScale` has when a list or a map is finished.
     QSA_MaterialImport(QSA_SceneText& sceneText, const QSA_TimeScale& timeScale,
                        const QSA_LoadOptions& loadOptions);
 
-    /// Reads a list behind its brace and finishes its materials, also if the file ends in it. A list
-    /// without any material gets a default one.
+    /// Reads a list from after its opening brace and finishes its materials, even if the file ends
+    /// inside it. An empty list gets a default material.
     int32_t ParseList();
-    /// The top-level material of an index, or null for -1. One that is not there counts as none, with
-    /// a `Warning` that names the mesh. Owned by the import.
+    /// The top-level material at `index`, or null for -1. A missing one is null too, with a
+    /// `Warning` that names the mesh. Owned by the import.
     QSA_Material* Find(int32_t index, const char* meshName);
     /// Loads the maps of a material and of all its submaterials, once.
     void LoadTextures(QSA_Material* material);
@@ -62,10 +63,10 @@ private:
     template <class Key>
     int32_t ParseTrack(KRE_ArrayTrack<Key>* track);
 
-    QSA_SceneText& text;                                  ///< not owned, the file in hand
-    const QSA_TimeScale& time;                            ///< not owned, of the file in hand
-    const QSA_LoadOptions& options;                       ///< not owned, of the load in hand
-    std::vector<std::unique_ptr<QSA_Material>> materials; ///< owned; all of the file, in its order
-    std::vector<QSA_Material*> topMaterials;              ///< not owned, in `materials`
-    size_t finishedMaterials = 0;                         ///< the first ones of `materials`
+    QSA_SceneText& text;                                  ///< not owned, the current file
+    const QSA_TimeScale& time;                            ///< not owned, of the current file
+    const QSA_LoadOptions& options;                       ///< not owned, of the current load
+    std::vector<std::unique_ptr<QSA_Material>> materials; ///< owned; all of the file, in file order
+    std::vector<QSA_Material*> topMaterials;              ///< not owned, live in `materials`
+    size_t finishedMaterials = 0; ///< how many of `materials`, from the first on
 };

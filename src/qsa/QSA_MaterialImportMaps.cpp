@@ -11,7 +11,8 @@ constexpr size_t kMaxMapKeys = 1024;
 constexpr const char* kMapTrackNames[kMapTracks] = {"OffsetV", "OffsetU", "TileV", "TileU",
                                                     "AngleW"};
 
-/// Mirrored tiles are two pictures wide: the map is drawn twice as dense and shifted by half of one.
+/// A mirrored tile is two pictures wide: the tiling is doubled and the map is shifted by half a
+/// tile.
 void MirrorAxis(QSA_MapAnimation* animation, QSA_MapTrack tileTrack, QSA_MapTrack offsetTrack)
 {
     float& tiling = animation->constants[tileTrack];
@@ -27,7 +28,7 @@ void MirrorAxis(QSA_MapAnimation* animation, QSA_MapTrack tileTrack, QSA_MapTrac
         key.value -= shift;
 }
 
-/// The map's shift, turn and scale about the middle of the picture.
+/// The map's offset, rotation and scale about the centre of the picture.
 D3DXMATRIX MapMatrix(const float (&constants)[kMapTracks])
 {
     const D3DXVECTOR3 kAcross(0.0f, 0.0f, 1.0f);
@@ -48,9 +49,9 @@ D3DXMATRIX MapMatrix(const float (&constants)[kMapTracks])
 
 } // namespace
 
-/// At the keyword of a map. The tile flags belong to the material: a later map adds to them.
-/// QUIRK: a value that is not there ends the map, and with it the scene, as the end of the file does;
-/// in all other blocks it is passed over. Kept so that such files end where they always did.
+/// Starts at the keyword of a map. The tile flags belong to the material; later maps add to them.
+/// QUIRK: a missing value ends the map, and with it the scene, just as the end of the file does;
+/// all other blocks skip it. Kept so that such files still end where they always did.
 int32_t QSA_MaterialImport::ParseMap(QSA_MapKind kind, QSA_Material* material)
 {
     if (!material->maps[kind])
@@ -177,7 +178,7 @@ int32_t QSA_MaterialImport::ParseMapKeys(std::vector<KRE_FloatKey>* keysOut)
         if (token != QSA_Token::ControlBezierFloatKey)
             return 0;
         if (keysOut->size() == kMaxMapKeys)
-            return 0; // was told when the last one was read
+            return 0; // the warning came with the last key that fits
         KRE_FloatKey& key = keysOut->emplace_back();
         for (float* value : {&key.time, &key.value, &key.inTangent, &key.outTangent})
             text.ReadFloat(value);

@@ -4,8 +4,8 @@
 #include "qsa/QSA_FinishTrack.h"
 #include "qsa/QSA_MaterialImport.h"
 
-/// Looks for a map's file and loads it into the current slot. False, with a warning, if there is no
-/// such file; `warning` holds one %s for the name. The name stays in the slot either way.
+/// Finds a map's file and loads it into the current slot. False, with a warning, if there is no
+/// such file; `warning` has one %s for the name. The slot gets the name either way.
 bool QSA_MaterialImport::LoadMapTexture(const QSA_Map& map, KRE_Texture* texture,
                                         const char* warning)
 {
@@ -14,8 +14,7 @@ bool QSA_MaterialImport::LoadMapTexture(const QSA_Map& map, KRE_Texture* texture
         gGfx->FindTextureFile(&path, map.bitmap.c_str(), options.directory.c_str());
     if (isFound) {
         gGfx->LoadTexture(texture, path.c_str(), 0, -1, -1, options.MipLevels());
-        texture->loadOptions =
-            options.flags & kLoadSingleMipLevel; // only a load leaves its options
+        texture->loadOptions = options.flags & kLoadSingleMipLevel; // set only by a load
     } else {
         text.Warning(warning, map.bitmap.c_str());
     }
@@ -49,7 +48,7 @@ void QSA_MaterialImport::LoadTextures(QSA_Material* material)
             continue;
         current->texturesLoaded = true;
         LoadOwnTextures(current);
-        // In reverse, so that the first one is taken next: files are loaded in their order.
+        // Pushed in reverse so that the first one is popped next: files load in their order.
         waiting.insert(waiting.end(), current->subMaterials.rbegin(), current->subMaterials.rend());
     }
 }
@@ -71,13 +70,13 @@ void QSA_MaterialImport::LoadOwnTextures(QSA_Material* material)
         LoadDiffuseMap(material, &slot);
     if (material->HasMap(kMapBump))
         LoadBumpMap(material, slot);
-    // A map without a picture was selected last; it must not hide those that the material has.
+    // The slot selected last has no picture; it must not hide the material's other pictures.
     if (!material->texture->IsValid() && slot > 0)
         material->texture->SelectStage(slot - 1);
 }
 
-/// Selects the slot of a map. A list of frames takes up all of a texture, so that a further map is an
-/// error, which can name neither the file nor the material.
+/// Selects the slot of a map. A frame list takes up the whole texture, so a further map is an
+/// error. The error can name neither the file nor the material; the warning here does.
 void QSA_MaterialImport::SelectSlotOf(const QSA_Map& map, QSA_Material* material, int32_t slot)
 {
     if (material->texture->sequenceCount > 0)
@@ -113,7 +112,7 @@ void QSA_MaterialImport::LoadDiffuseMap(QSA_Material* material, int32_t* slot)
     if (render.transparent == 0)
         render.transparent = texture->HasAlpha() ? 1 : 0;
     texture->SetStage(*slot, StageDiffuse, 1.0f);
-    // The picture is not to be tinted by the colour that stood for it.
+    // The colour that stood in for the picture must not tint it.
     render.diffuse.r = render.diffuse.g = render.diffuse.b = 1.0f;
     render.ambient.r = render.ambient.g = render.ambient.b = 1.0f;
     AttachMapAnimation(map, texture, *slot);
@@ -125,7 +124,7 @@ void QSA_MaterialImport::LoadBumpMap(QSA_Material* material, int32_t slot)
     const QSA_Map& map = *material->maps[kMapBump];
     KRE_Texture* texture = material->texture.get();
     SelectSlotOf(map, material, slot);
-    // Also without a picture: a file that is saved from here must not show it as a colour map.
+    // Set even without a picture: a file saved from here must not show it as a colour map.
     texture->SetStage(slot, StageBump, texture->slots[slot].param);
     if (!options.Has(kLoadBumpMaps)) {
         texture->slotNames[slot] = map.bitmap;

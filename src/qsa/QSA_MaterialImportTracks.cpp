@@ -23,7 +23,7 @@ KRE_ColorTrack* FindColourTrack(const char* name, KRE_MaterialInfo* render)
     return nullptr;
 }
 
-// What the two kinds of tracks differ in: their keywords, and how the values of a key are read.
+// How the two kinds of tracks differ: in their keywords, and in how the value of a key is read.
 
 template <class Key>
 constexpr QSA_Token kLinearKey = QSA_Token::ControlPoint3Key;
@@ -45,7 +45,7 @@ void ReadKeyTangent(QSA_SceneText& text, D3DCOLORVALUE* tangentOut)
     tangentOut->a = 0.0f;
 }
 
-/// The text gives opacities, the track holds transparencies.
+/// The text has opacities, the track stores transparencies.
 void ReadKeyValue(QSA_SceneText& text, float* valueOut)
 {
     text.ReadFloat(valueOut);
@@ -91,9 +91,9 @@ int32_t QSA_MaterialImport::ParseAnimation(KRE_MaterialInfo* render)
     });
 }
 
-/// Counts one more key of a track. False, with a warning, for one that finds no room.
-/// QUIRK: the count goes on after the last key that fits, and the track is as long as the count;
-/// what was not stored is empty.
+/// Counts another key of a track. False, with a warning, for a key that does not fit.
+/// QUIRK: keys that do not fit are counted too, and the track is as long as the count; the keys
+/// that were not stored are empty.
 bool QSA_MaterialImport::CountTrackKey(int32_t* number)
 {
     if (++*number < kMaxTrackKeys)
@@ -125,7 +125,7 @@ int32_t QSA_MaterialImport::ParseTrack(KRE_ArrayTrack<Key>* track)
         ReadKeyTangent(text, &key.outTangent);
         return 0;
     });
-    track->SetKeyCount(number); // those without a key in the text stay empty
+    track->SetKeyCount(number); // keys missing from the text stay empty
     if (track->Keys())
         std::copy(keys.begin(), keys.end(), track->Keys());
     track->interpolation = isLinear ? KRE_ArrayTrack<Key>::kLinear : KRE_ArrayTrack<Key>::kBezier;

@@ -89,7 +89,7 @@ void QSA_MeshBuilder::BuildFace(size_t index, const char* meshName, int32_t subM
     face.attribute = AttributeOf(face.material, subMaterials);
 }
 
-/// Attribute ids are handed out in the order in which submaterials are first used.
+/// Attribute ids are assigned in the order in which submaterials are first used.
 int32_t QSA_MeshBuilder::AttributeOf(int32_t subMaterial, int32_t subMaterials)
 {
     if (subMaterials <= 0)
@@ -122,8 +122,8 @@ uint32_t QSA_MeshBuilder::AddBuiltVertex(uint32_t sourceVertex, const QSA_Smooth
     if (source.copyCount >= kMaxVertexCopies) {
         report.Warning("Too many smoothing groups on vertex %i!",
                        static_cast<int32_t>(sourceVertex));
-        // What no copy matched is taken in by the first one, which then meets nothing any more: the
-        // intersection that was tried last is empty, or it would have matched.
+        // A corner that no copy matched goes to the first copy, whose smoothing groups become
+        // empty: the last intersection tried is empty, or it would have matched.
         QSA_BuiltVertex& first = built[source.firstCopy];
         first.smoothing.Clear();
         AddNormal(&first, normal);
@@ -159,8 +159,8 @@ void QSA_MeshBuilder::ShareNormals()
     }
 }
 
-/// Only the sums from before this step are shared: a copy that meets two others takes both, but
-/// those two take nothing of each other unless they meet too.
+/// Only sums from before this step are shared: a copy that meets two others adds both, but those
+/// two do not add each other unless they meet too.
 void QSA_MeshBuilder::ShareNormalsOf(const QSA_SourceVertex& vertex)
 {
     struct Sum {

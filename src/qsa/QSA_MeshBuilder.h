@@ -64,7 +64,7 @@ public:
     /// Reports go through `reporter`, which must outlive the builder.
     explicit QSA_MeshBuilder(ErrorClass& reporter) : report(reporter) {}
 
-    /// Forgets the last mesh; the lists keep their memory.
+    /// Discards the last mesh; the lists keep their memory.
     void Clear();
 
     /// Builds `built`, `subMaterialMap`, and the faces' `material`, `attribute` and `built`.
@@ -72,8 +72,9 @@ public:
     /// `subMaterials` is the number of submaterials of the mesh's material, 0 for none.
     void Build(const char* meshName, int32_t subMaterials);
 
-    /// Gives the built vertex of a corner: a copy of `sourceVertex` of the same material and texture
-    /// coordinate whose smoothing groups meet `smoothing`, or a new one. `tVertex` may be null.
+    /// Returns the built vertex of a corner: a copy of `sourceVertex` with the same material and
+    /// texture coordinate whose smoothing groups meet `smoothing`, or a new one. `tVertex` may be
+    /// null.
     uint32_t AddBuiltVertex(uint32_t sourceVertex, const QSA_SmoothingSet& smoothing,
                             const float (&normal)[3], int32_t material,
                             const QSA_TextureVertex* tVertex);
@@ -88,7 +89,7 @@ public:
     bool hasTextureFaces = false; ///< the mesh had a list of texture faces
 
     std::vector<QSA_BuiltVertex> built;
-    size_t capacity = 0;                 ///< most built vertices; three for each face
+    size_t capacity = 0;                 ///< most built vertices; three per face
     std::vector<int32_t> subMaterialMap; ///< attribute of each submaterial, or -1
     int32_t attributeCount = 0;
     int32_t duplicateCount = 0;

@@ -42,7 +42,7 @@ int32_t QSA_MeshImport::ParseGeomObject()
         FinishMesh(mesh);
         return result;
     }
-    // A node without faces is no mesh.
+    // A node without faces is not a mesh.
     KRE_3dObject* object = AddObject(&scene.objects, text);
     object->Assign(*mesh);
     object->objectKind = kObjectHelper;
@@ -87,7 +87,8 @@ int32_t QSA_MeshImport::ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh)
 void QSA_MeshImport::FinishMesh(KRE_Mesh* mesh)
 {
     const LoadScope inHand(mesh->name);
-    if (!mesh->cloneSource.IsEmpty()) { // a clone of no name has geometry of its own, or none
+    // A clone of an unnamed source has geometry of its own, or none.
+    if (!mesh->cloneSource.IsEmpty()) {
         KeepMeshInfo(mesh);
         return;
     }
@@ -97,7 +98,8 @@ void QSA_MeshImport::FinishMesh(KRE_Mesh* mesh)
     builder.Clear();
 }
 
-/// Makes the record of the mesh in hand. Of meshes with one name the first keeps it: then null.
+/// Creates the record of the current mesh. Of meshes with the same name the first keeps it; others
+/// get null.
 QSA_MeshLoadInfo* QSA_MeshImport::KeepMeshInfo(KRE_Mesh* mesh)
 {
     auto* entry = meshInfos.Insert(mesh->name);

@@ -27,7 +27,7 @@ struct QSA_MeshLoadInfo {
     KRE_Mesh* mesh = nullptr; ///< not owned, lives in the scene
 };
 
-/// What a GEOMOBJECT block says of its geometry.
+/// What a GEOMOBJECT block says about its geometry.
 struct QSA_NodeGeometry {
     bool hasGeometry = false;
     bool isClone = false;
@@ -40,14 +40,14 @@ struct QSA_NodeGeometry {
 enum QSA_MeshList { kVertexList, kFaceList, kTVertexList, kTFaceList, kMeshLists };
 
 struct QSA_MeshCounts {
-    int32_t number = 0;         ///< entries that were announced
-    bool isKnown = false;       ///< the count was there
-    int32_t wrappedCorners = 0; ///< corners that 16 bits do not hold
-    int32_t largestCorner = 0;  ///< of those, as the text gives it
+    int32_t number = 0;         ///< announced entries
+    bool isKnown = false;       ///< the count was given
+    int32_t wrappedCorners = 0; ///< corners that do not fit 16 bits
+    int32_t largestCorner = 0;  ///< of those, as in the text
 };
 
-/// Reads geometry nodes and makes their device meshes. Block parsers give 0 at the block's close and 1
-/// when the file ended inside it.
+/// Reads geometry nodes and builds their device meshes. Block parsers return 0 at the end of the
+/// block and 1 if the file ends inside it.
 class QSA_MeshImport {
 public:
     /// All must outlive the import.
@@ -55,10 +55,10 @@ public:
                    QSA_NodeImport& nodeImport, KRE_3dScene& target,
                    const QSA_LoadOptions& loadOptions);
 
-    /// At a GEOMOBJECT's brace: reads the node and, at its close as at the end of the file, builds
-    /// what it turned out to be: a mesh, a clone, or a helper without any geometry.
+    /// Starts at a GEOMOBJECT's opening brace. Reads the node and, at the end of the block or of
+    /// the file, builds what it turned out to be: a mesh, a clone, or a helper without geometry.
     int32_t ParseGeomObject();
-    /// Once all nodes are linked: gives the clones their geometry, and materials of their own.
+    /// Called once all nodes are linked: gives clones their geometry and materials of their own.
     void FinishClones();
     bool HasSkinnedMesh() const { return hasSkinnedMesh; }
 
@@ -100,19 +100,19 @@ private:
     void ApplyMaterials(KRE_Mesh* mesh, QSA_Material* material);
     void FinishCloneMaterials(KRE_Mesh* mesh);
 
-    QSA_SceneText& text;           ///< not owned, the file in hand
-    QSA_MaterialImport& materials; ///< not owned, of the load in hand; so are the next three
+    QSA_SceneText& text;           ///< not owned, the current file
+    QSA_MaterialImport& materials; ///< not owned, of the current load; so are the next three
     QSA_NodeImport& nodes;
     KRE_3dScene& scene;
     const QSA_LoadOptions& options;
 
     SearchTree<QSA_MeshLoadInfo> meshInfos; ///< by node name
     QSA_MeshBuilder builder;
-    QSA_NodeGeometry geometry;         ///< of the node in hand
-    QSA_MeshCounts counts[kMeshLists]; ///< of the MESH block in hand
-    bool smoothingCut = false;         ///< the mesh in hand had too many groups on a face
-    NameIndex boneIndex;               ///< bones of the mesh in hand by name
-    /// Of the mesh in hand; a mesh that gives none has that of the one before.
+    QSA_NodeGeometry geometry;         ///< of the current node
+    QSA_MeshCounts counts[kMeshLists]; ///< of the current MESH block
+    bool smoothingCut = false;         ///< a face of the current mesh had too many groups
+    NameIndex boneIndex;               ///< bones of the current mesh by name
+    /// Of the current mesh; a mesh without one keeps that of the mesh before it.
     D3DXMATRIX meshInitTM = IdentityMatrix();
     int64_t announcedFaces = 0; ///< by all meshes of the file so far
     bool hasSkinnedMesh = false;

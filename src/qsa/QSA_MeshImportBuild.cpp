@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A vertex that lost all its weights is carried by the mesh itself.
+/// A vertex without any weight left follows the mesh itself.
 void NormalizeWeights(std::vector<QSA_VertexWeights>* weights, int32_t weightCount)
 {
     for (QSA_VertexWeights& entry : *weights) {
@@ -40,7 +40,7 @@ void WriteFaces(const std::vector<QSA_SourceFace>& faces, KRE_Mesh* mesh)
 
 D3DXVECTOR3 FinishedNormal(const QSA_BuiltVertex& built, const KRE_Mesh* mesh, ErrorClass& report)
 {
-    // The count wraps, and only the direction matters.
+    // The count wraps to 0; only the direction matters.
     const float number = built.normalCount != 0 ? built.normalCount : 65536.0f;
     const D3DXVECTOR3 normal(built.normalSum[0] / number, built.normalSum[1] / number,
                              built.normalSum[2] / number);
@@ -52,7 +52,7 @@ D3DXVECTOR3 FinishedNormal(const QSA_BuiltVertex& built, const KRE_Mesh* mesh, E
     return {normal.x / length, normal.y / length, normal.z / length};
 }
 
-/// All four bone bytes and all weights but the last, which follows from the others.
+/// Writes all four bone indices and all weights but the last, which follows from the others.
 void WriteWeights(const QSA_VertexWeights& weights, int32_t weightCount, int32_t vertex,
                   KRE_Mesh* mesh)
 {
@@ -74,7 +74,7 @@ void SetBounds(const D3DXVECTOR3& low, const D3DXVECTOR3& high, KRE_Mesh* mesh)
 
 } // namespace
 
-/// Turns the lists of the file into the device mesh.
+/// Builds the device mesh from the file's lists.
 void QSA_MeshImport::BuildMesh(KRE_Mesh* mesh)
 {
     WarnOfWrappedCorners(mesh);
@@ -102,7 +102,7 @@ void QSA_MeshImport::BuildMesh(KRE_Mesh* mesh)
     mesh->UnlockAll();
     mesh->clipMode = 3;
     if (mesh->bones.Count() > 0) {
-        mesh->clipMode = 0; // bones carry vertices out of any box
+        mesh->clipMode = 0; // bones can move vertices out of any box
         hasSkinnedMesh = true;
     }
     mesh->Optimize();

@@ -8,7 +8,7 @@ namespace {
 struct ListRules {
     const char* what;
     /// The fewest bytes that an entry takes: keyword, a delimiter, its index and values. A count
-    /// that needs more than the rest of the file cannot be true.
+    /// that needs more than the rest of the file must be wrong.
     int32_t leastBytes;
     const char* tooMany;
     const char* wrongOrder;
@@ -21,8 +21,8 @@ constexpr ListRules kListRules[kMeshLists] = {
     {"texture faces", 13, "Too many t-faces", "Wrong face list order!"},         // *MESH_TFACE 0
 };
 
-/// The place of entry `index` in a list that is filled in order: a new one at its end, or one that
-/// an earlier block of the same mesh gave.
+/// Returns entry `index` of a list that is filled in order: a new one at the end, or one from an
+/// earlier block of the same mesh.
 template <class T>
 T& EntryAt(std::vector<T>& list, int32_t index)
 {
@@ -86,7 +86,7 @@ int32_t QSA_MeshImport::ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh)
     }
 }
 
-/// Takes a count and forgets the list that an earlier one announced.
+/// Reads a count and discards the list that an earlier count announced.
 void QSA_MeshImport::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
 {
     int32_t number = 0;
@@ -95,8 +95,8 @@ void QSA_MeshImport::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
     if (number < 0 || number > text.BytesLeft() / rules.leastBytes)
         text.Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
     if (list == kFaceList) {
-        // Faces that are announced and never given are dropped one by one, with a warning each: held
-        // against the whole file, they cannot cost more than it.
+        // Announced faces that are missing are dropped one by one, with a warning each. Limited by
+        // the size of the file, they cannot cost more than it.
         announcedFaces += number;
         if (announcedFaces > text.TextSize())
             text.Error("Mesh '%s' can not have %i %s", mesh->name.c_str(), number, rules.what);
@@ -194,7 +194,7 @@ int32_t QSA_MeshImport::ParseFaceList(const KRE_Mesh* mesh)
     }
 }
 
-/// A face's corners: each a letter, a colon and a vertex index. Edge flags behind them are skipped
+/// A face's corners: each a letter, a colon and a vertex index. Edge flags after them are skipped
 /// with the rest of the line.
 void QSA_MeshImport::ParseFace(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh)
 {
@@ -211,7 +211,7 @@ void QSA_MeshImport::ParseFace(QSA_TextCursor& cursor, int32_t expected, const K
     }
 }
 
-/// Group numbers with commas between them, or nothing at all.
+/// Group numbers separated by commas, or nothing at all.
 void QSA_MeshImport::ParseSmoothing(QSA_TextCursor& cursor, QSA_SourceFace* face,
                                     const KRE_Mesh* mesh)
 {
@@ -277,7 +277,7 @@ int32_t QSA_MeshImport::ParseTFaceList(const KRE_Mesh* mesh)
     }
 }
 
-/// Corners have 16 bits; what is cut off is counted.
+/// Corners have 16 bits; those that are truncated are counted.
 uint16_t QSA_MeshImport::CutCorner(int32_t corner, QSA_MeshList list)
 {
     const auto cut = static_cast<uint16_t>(corner);
@@ -290,7 +290,7 @@ uint16_t QSA_MeshImport::CutCorner(int32_t corner, QSA_MeshList list)
     return cut;
 }
 
-/// One line for each list, as a mesh that wraps does so in thousands of places.
+/// One line per list: a mesh whose corners wrap has thousands of them.
 void QSA_MeshImport::WarnOfWrappedCorners(const KRE_Mesh* mesh)
 {
     for (const QSA_MeshList list : {kFaceList, kTFaceList}) {
@@ -301,7 +301,7 @@ void QSA_MeshImport::WarnOfWrappedCorners(const KRE_Mesh* mesh)
     }
 }
 
-/// Fills the lists up to their counts with zeroed entries and holds every index against its list.
+/// Pads the lists to their counts with zeroed entries and checks every index against its list.
 void QSA_MeshImport::CheckLists(const KRE_Mesh* mesh)
 {
     const int32_t faceNumber = counts[kFaceList].number;

@@ -72,7 +72,8 @@ void QSA_MeshImport::ApplyMaterials(KRE_Mesh* mesh, QSA_Material* material)
     }
 }
 
-/// Gives a clone materials of its own. Pictures that no other mesh has asked for are not loaded.
+/// Gives a clone materials of its own. Loads no pictures: it has only those that other meshes
+/// loaded.
 void QSA_MeshImport::FinishCloneMaterials(KRE_Mesh* mesh)
 {
     const LoadScope inHand(mesh->name);

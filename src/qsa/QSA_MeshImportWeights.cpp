@@ -8,7 +8,7 @@ namespace {
 
 constexpr float kLeastWeight = 0.1f;
 
-/// The place of the smallest weight, as exporters count it.
+/// The index of the smallest weight; ties are resolved as exporters do.
 size_t SmallestWeight(const float (&weight)[kMaxVertexWeights])
 {
     const size_t a = weight[1] <= weight[0] ? 1 : 0;
@@ -39,7 +39,7 @@ int32_t QSA_MeshImport::ParseWeights(KRE_Mesh* mesh)
     return result;
 }
 
-/// The first bone stands for vertices that are carried by the mesh itself.
+/// The first bone is for vertices that follow the mesh itself.
 int32_t QSA_MeshImport::ParseMeshInitTM(KRE_Mesh* mesh)
 {
     QSA_Transform transform;
@@ -125,7 +125,7 @@ void QSA_MeshImport::AddWeight(KRE_Mesh* mesh, int32_t vertex, int32_t bone, flo
     QSA_VertexWeights& entry = builder.weights[at];
     size_t place = entry.weightCount;
     if (place == kMaxVertexWeights) {
-        // QUIRK: the new weight takes the place of the smallest even where it is smaller itself.
+        // QUIRK: the new weight replaces the smallest even if it is smaller still.
         place = SmallestWeight(entry.weight);
         text.Warning("More than 4 bones in vertex of object '%s'", mesh->name.c_str());
     } else {

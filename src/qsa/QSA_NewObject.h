@@ -3,7 +3,7 @@
 #include "base/DynaMem.h"
 #include "base/ErrorClass.h"
 
-/// Passes on an object that was just made. Null, which stands for a lack of memory, is an `Error`.
+/// Returns an object that was just created. Null, which means out of memory, is an `Error`.
 template <class T>
 T* CheckMemory(T* object, ErrorClass& report)
 {

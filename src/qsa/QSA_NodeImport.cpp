@@ -22,7 +22,7 @@ constexpr LightTypeWord kLightTypes[] = {
     {"Omni", D3DLIGHT_POINT},
 };
 
-/// The row in which a column of a matrix has its largest number; of equal ones the last.
+/// The row of the largest magnitude in a column of a matrix; the last of equal ones.
 int LargestRow(const D3DXMATRIX& matrix, int column)
 {
     const float a = std::fabs(matrix.m[0][column]);
@@ -125,7 +125,7 @@ int32_t QSA_NodeImport::ParseLight()
     return result;
 }
 
-/// `colour` lives as long as the light's block: an intensity multiplies what is there.
+/// `colour` lives for the whole light block: an intensity multiplies its current value.
 int32_t QSA_NodeImport::ParseLightSettings(KRE_Light* light, float (&colour)[3])
 {
     float value = 0.0f;
@@ -233,7 +233,7 @@ void QSA_NodeImport::ReadMatrixRow(D3DXMATRIX* matrix, int row)
     matrix->m[row][3] = row == 3 ? 1.0f : 0.0f;
 }
 
-/// A node is mirrored in an axis in which the file's matrix points against the one that follows from
+/// An axis is mirrored if the file's matrix points the opposite way along it to the matrix made of
 /// scale, rotation and position.
 void QSA_NodeImport::FindMirroredAxes(QSA_Transform* transform)
 {

@@ -12,8 +12,9 @@ class KRE_Camera;
 class KRE_Light;
 class KRE_RotKeyData;
 
-/// Reads bones, helpers, cameras and lights into a scene, and of meshes what all nodes share. Block
-/// parsers begin behind the brace, give 0 at the block's close and 1 when the file ended inside it.
+/// Reads bones, helpers, cameras and lights into a scene, and the part of meshes that all nodes
+/// share. Block parsers start after the opening brace and return 0 at the end of the block and 1 if
+/// the file ends inside it.
 class QSA_NodeImport {
 public:
     /// Both must outlive the import.
@@ -23,13 +24,14 @@ public:
     int32_t ParseNode(int32_t kind);
     int32_t ParseCamera();
     int32_t ParseLight();
-    /// A keyword that all nodes share; any other does nothing. 1 if the file ended in its block.
+    /// Reads a keyword that all nodes share and ignores any other. 1 if the file ended in its
+    /// block.
     int32_t ParseNodeKeyword(QSA_Token token, KRE_3dObject* object);
-    /// At the keyword: reads the block that follows. At its close the axes in which the node is
-    /// mirrored are found; the scale itself has no sign.
+    /// Starts at the keyword and reads the block that follows. The end of the block determines in
+    /// which axes the node is mirrored; the scale itself has no sign.
     int32_t ParseTransform(QSA_Transform* transformOut);
 
-    /// Once all nodes are read: turns the times of all keys in the scene to seconds.
+    /// Called once all nodes are read: converts the times of all keys in the scene to seconds.
     void FinishKeys(const QSA_TimeScale& time);
 
 private:
@@ -51,7 +53,7 @@ private:
                           float* highestTime);
     void AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key);
 
-    QSA_SceneText& text;  ///< not owned, the file in hand
-    KRE_3dScene& scene;   ///< not owned, the one in hand
+    QSA_SceneText& text;  ///< not owned, the current file
+    KRE_3dScene& scene;   ///< not owned, the current scene
     int64_t keyParts = 0; ///< rotation keys that were made by splitting
 };

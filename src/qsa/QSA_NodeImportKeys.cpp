@@ -13,8 +13,9 @@ constexpr double kHalfTurn = 3.141592f; // radians
 constexpr double kFullTurn = 6.283184f;
 
 constexpr int32_t kMaxKeyParts = 100000; // of one rotation key
-/// Of all keys of a file together, and one more for each few bytes of its text: a line of a rotation
-/// key is longer, so that turning wheels are never refused and a small file stays cheap.
+/// For all keys of a file together, and one more for each few bytes of its text. The line of a
+/// rotation key is longer than that, so turning wheels are never refused and a small file stays
+/// cheap.
 constexpr int64_t kMaxFileKeyParts = 1000000;
 constexpr int32_t kBytesPerKeyPart = 8;
 
@@ -24,12 +25,12 @@ bool IsFinite(const KRE_RotKeyData& key)
            std::isfinite(key.axis.y) && std::isfinite(key.axis.z);
 }
 
-/// Scales the tangents of a leading run of Bezier keys by the distance to their neighbours, still in
-/// ticks, and turns all times to seconds.
+/// Scales the tangents of a leading run of Bezier keys by the distance to their neighbours, still
+/// in ticks, and converts all times to seconds.
 template <class Key>
 void FinishKeyList(KRE_KeyList<Key>* keys, const QSA_TimeScale& time)
 {
-    // One walk for both: the keys of a long animation do not fit the cache.
+    // One pass for both: the keys of a long animation do not fit the cache.
     bool isLeadingRun = true;
     float previousTicks = 0.0f;
     for (Key* key = keys->Head(); key; key = key->next.get()) {
@@ -176,8 +177,8 @@ void QSA_NodeImport::ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, K
     AddSplitRotKey(object, key);
 }
 
-/// A turn between two keys goes the short way round, so one of half a circle or more becomes
-/// several keys. The way to a key is eased by its own numbers only at the last of them.
+/// Interpolation between two keys takes the shorter way round, so a turn of half a circle or more
+/// is split into several keys. Only the last of them eases with the key's own values.
 void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
 {
     const KRE_RotKeyData* last = object->GetLastRotKey();

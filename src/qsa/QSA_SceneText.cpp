@@ -7,7 +7,7 @@
 
 namespace {
 
-/// White space apart, no value or word reaches further: the longest has 127 bytes and its end.
+/// White space aside, no value or word is longer: the longest has 127 bytes and a terminator.
 constexpr int32_t kTokenReach = 256;
 
 } // namespace
@@ -47,7 +47,7 @@ void QSA_SceneText::Close()
     windowCapacity = 0;
 }
 
-/// Gives the window room for `capacity` bytes and keeps the text in it.
+/// Makes room for `capacity` bytes in the window and keeps its text.
 void QSA_SceneText::GrowWindow(int32_t capacity)
 {
     const size_t room = static_cast<size_t>(capacity) + kTextPadding;
@@ -62,8 +62,8 @@ void QSA_SceneText::GrowWindow(int32_t capacity)
     windowCapacity = capacity;
 }
 
-/// Makes sure that at least `bytes` bytes behind the position are in the window, or all that the
-/// file has left. False if there is nothing left. Cursors are to be taken anew.
+/// Makes sure that the window holds at least `bytes` bytes after the position, or all that the file
+/// has left. False if there is nothing left. Invalidates cursors.
 bool QSA_SceneText::Reach(int32_t bytes)
 {
     const int32_t left = size - position;
@@ -100,8 +100,8 @@ int32_t QSA_SceneText::SkipSpace()
 
 int32_t QSA_SceneText::SkipTo(char c)
 {
-    // QUIRK: the message names the byte that was read last and not the one that was missed; logs
-    // of broken files are compared by these texts.
+    // QUIRK: the message names the last byte read and not the one that was missing; logs of broken
+    // files are compared by these texts.
     char last = c;
     while (Reach(1)) {
         const uint8_t* const first = data.get() + position;
@@ -139,7 +139,7 @@ int32_t QSA_SceneText::ReadQuoted(TokenBuffer& bufferOut)
 int32_t QSA_SceneText::ReadQuoted(String* textOut)
 {
     SkipSpace();
-    // A long text is taken into the window whole, however long it is.
+    // A long text is read into the window whole, however long it is.
     for (int32_t reach = kTokenReach; Reach(reach);) {
         const int32_t held = size - position;
         const uint8_t* const first = data.get() + position;
@@ -190,7 +190,7 @@ void QSA_SceneText::ReadColour(D3DCOLORVALUE* colourOut)
     *colourOut = {rgb[0], rgb[1], rgb[2], 1.0f};
 }
 
-// ---- For loops over lists, where the quick form did not do
+// ---- For loops over lists, where the fast form did not apply
 
 void QSA_SceneText::SkipToSlowly(QSA_TextCursor& cursor, char c)
 {

@@ -8,19 +8,19 @@
 #include "qsa/QSA_Keywords.h"
 #include "qsa/QSA_TextCursor.h"
 
-/// The text of a scene file: values, and keywords as tokens. A window moves over the file; the reads
-/// of the base see the window as the whole file, so each read here makes sure first that it reaches
-/// far enough. Results are those of a file held whole.
+/// The text of a scene file: values, and keywords as tokens. A window moves over the file. The base
+/// class takes the window for the whole file, so each read here first makes sure that it reaches
+/// far enough. Results are the same as with the whole file in memory.
 class QSA_SceneText : public TextDataFileReader {
 public:
     QSA_SceneText();
     ~QSA_SceneText() override;
 
-    /// Bytes of text that are held at a time, from the next `Open` on. Any number will do: the window
-    /// grows to what a single value needs.
+    /// Bytes of text held at a time, from the next `Open` on. Any number works: the window grows to
+    /// what a single value needs.
     void SetWindow(int32_t bytes) { windowBytes = bytes; }
-    /// Opens the file and takes in its first bytes. A file that is not there or that cannot be read
-    /// is an `Error`. Messages name the file of `SetFileName`.
+    /// Opens the file and reads its first bytes. A missing or unreadable file is an `Error`.
+    /// Messages name the file set by `SetFileName`.
     void Open(const char* path);
     /// Closes the file and frees the window.
     void Close();
@@ -33,7 +33,7 @@ public:
     // --- values, as in the base
     int32_t SkipSpace();
     int32_t SkipTo(char c);
-    /// The first byte behind white space, which stays unread, or 0 at the end of the file.
+    /// The first byte after white space, without consuming it, or 0 at the end of the file.
     uint8_t PeekBehindSpace();
     int32_t ReadWord(TokenBuffer& bufferOut);
     int32_t ReadQuoted(TokenBuffer& bufferOut);
@@ -45,8 +45,8 @@ public:
     /// Red, green and blue; alpha becomes 1.
     void ReadColour(D3DCOLORVALUE* colourOut);
 
-    // --- the same for loops over lists, which keep their place in a cursor. All other reads move
-    // the window: the cursor goes back with `MoveTo` before them and is taken anew behind them.
+    // --- the same for loops over lists, which keep their position in a cursor. All other reads
+    // move the window: call `MoveTo` with the cursor before them and take a new cursor after them.
     QSA_TextCursor Cursor() const { return {data.get() + position, data.get() + size}; }
     void MoveTo(const QSA_TextCursor& cursor)
     {
@@ -89,17 +89,17 @@ public:
     }
 
     // --- tokens: QSA_SceneTextTokens.cpp
-    /// The next keyword, or the brace that closes the block in hand. The blocks of keywords that the
-    /// caller does not take are skipped.
+    /// The next keyword, or the brace that closes the current block. Blocks of keywords that the
+    /// caller does not handle are skipped.
     QSA_Token NextToken();
     QSA_Token NextToken(QSA_TextCursor& cursor);
-    /// Hands the tokens of the block in hand to `take(token)` up to the block's close, or until it
-    /// gives something else than 0. 0 at the block's close, otherwise 1.
+    /// Passes the tokens of the current block to `take(token)` until the block ends or `take`
+    /// returns something other than 0. Returns 0 at the end of the block, otherwise 1.
     template <class Take>
     int32_t ParseBlock(Take take);
 
     // --- the version of the format, which the text gives once; 1.0 until then
-    /// At the keyword of the version.
+    /// Called at the version keyword.
     void ReadVersion();
     int32_t FileMajor() const { return fileMajor; }
     bool FileVersionAtLeast(int32_t major, int32_t minor) const;
@@ -116,7 +116,7 @@ private:
     int32_t textSize = 0;       ///< bytes of the file
     int32_t textStart = 0;      ///< where in the file the window begins
     int32_t windowCapacity = 0; ///< bytes of text that `data` has room for
-    /// Of an ordinary window: it fits the processor's cache, so that text is read from there and not
+    /// Default size of a window: it fits the processor's cache, so text is read from there and not
     /// from memory.
     int32_t windowBytes = 256 * 1024;
     uint8_t fileMajor = 1;

@@ -2,7 +2,7 @@
 
 QSA_Token QSA_SceneText::NextToken()
 {
-    constexpr int32_t kReach = 256; // a keyword with its end fits easily
+    constexpr int32_t kReach = 256; // easily holds a keyword and its delimiter
     int32_t depth = 0;
     while (Reach(1)) {
         QSA_TextCursor cursor = Cursor();

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-/// Which smoothing groups a face or a built vertex belongs to. Only whether two sets meet ever
-/// counts, so a group that was given twice is held once.
+/// The smoothing groups of a face or a built vertex. Only whether two sets meet matters, so a
+/// repeated group is stored once.
 struct QSA_SmoothingSet {
-    uint64_t bits[4] = {}; ///< one for each group number modulo 256
+    uint64_t bits[4] = {}; ///< one bit per group number modulo 256
 
     void Clear() { *this = QSA_SmoothingSet{}; }
     void Add(int32_t group)

@@ -8,15 +8,15 @@
 #include <cstdint>
 #include <cstring>
 
-/// Bytes that stand behind a text in memory, all of them `kTextSentinel`: no loop below runs past
-/// them, and a keyword may be compared without asking how much of the text is left.
+/// Bytes after a text in memory, all of them `kTextSentinel`: no loop below runs past them, and a
+/// keyword can be compared without checking how much of the text is left.
 inline constexpr int32_t kTextPadding = 64;
 inline constexpr uint8_t kTextSentinel = '}';
 
-/// A place in a text in memory with the quick forms of the reads that make up most of a scene: plain
-/// numbers and keywords as exporters write them. A quick read either does exactly what
-/// TextDataFileReader would do, or leaves the place as it was and gives false; then the reader's own
-/// operation is to be called.
+/// A position in a text in memory, with fast versions of the reads that make up most of a scene:
+/// plain numbers and keywords as exporters write them. A fast read either does exactly what
+/// TextDataFileReader would do, or leaves the position unchanged and returns false; then the caller
+/// uses the reader's own operation.
 struct QSA_TextCursor {
     const uint8_t* at = nullptr;
     const uint8_t* end = nullptr; ///< of the text; `kTextPadding` sentinels follow
@@ -46,16 +46,16 @@ struct QSA_TextCursor {
         }
     }
 
-    /// The same within a line's length, byte by byte: where lines are alike the processor guesses
-    /// their length, and then nothing waits for the search.
+    /// The same within a line's length, byte by byte: where lines are alike the branch predictor
+    /// guesses their length, and nothing waits for the search.
     void SkipLineRest()
     {
-        constexpr int kReach = 48; // of a face line's edge flags; the padding is longer
+        constexpr int kReach = 48; // for a face line's edge flags; the padding is longer
         for (int i = 0; i < kReach && !IsStructure(*at); ++i)
             ++at;
     }
 
-    /// Takes white space and `keyword`, which begins with its star and has no end of its own.
+    /// Takes white space and `keyword`, which includes its star but not its delimiter.
     template <size_t size>
     bool TakeKeyword(const char (&keyword)[size])
     {
@@ -100,9 +100,9 @@ struct QSA_TextCursor {
         return true;
     }
 
-    /// Takes white space and a decimal number. Its digits make an integer that is exact in double
-    /// and its exponent a power of ten that is exact too, so that one multiplication or division
-    /// rounds it as the C library would; everything else is left to the slow and exact way.
+    /// Takes white space and a decimal number. Its digits form an integer that is exact in double
+    /// and its exponent a power of ten that is exact too, so one multiplication or division rounds
+    /// as the C library would; everything else is left to the slow, exact path.
     bool TakeFloat(float* valueOut)
     {
         const uint8_t* p = at;
@@ -140,12 +140,12 @@ struct QSA_TextCursor {
     static bool EndsWord(uint8_t c) { return (kClasses[c] & kEndsWord) != 0; }
     /// Digits, `-`, `+` and `.`.
     static bool IsNumber(uint8_t c) { return (kClasses[c] & kIsNumber) != 0; }
-    /// What means something between two keywords: the star and the braces.
+    /// Bytes that mean something between two keywords: the star and the braces.
     static bool IsStructure(uint8_t c) { return (kClasses[c] & kIsStructure) != 0; }
 
 private:
-    static constexpr std::ptrdiff_t kMostIntDigits = 9;       ///< that surely fit 31 bits
-    static constexpr std::ptrdiff_t kMostDigits = 19;         ///< that surely fit 64 bits
+    static constexpr std::ptrdiff_t kMostIntDigits = 9;       ///< always fit 31 bits
+    static constexpr std::ptrdiff_t kMostDigits = 19;         ///< always fit 64 bits
     static constexpr uint64_t kMostExact = uint64_t{1} << 53; ///< largest run of exact integers
     static constexpr std::ptrdiff_t kMostPower = 22;          ///< 10^22 is the last exact one
     static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
@@ -170,9 +170,9 @@ private:
     }
     static const std::array<uint8_t, 256> kClasses;
 
-    /// Puts the run of digits at `p` behind those in `digits` and gives its length. Of a run that is
-    /// too long for them only the length counts. A plain loop: the processor guesses lengths well,
-    /// and then nothing waits for the digits.
+    /// Appends the run of digits at `p` to those in `digits` and returns its length. If the run is
+    /// too long, only the length is meaningful. A plain loop: the branch predictor guesses lengths
+    /// well, and nothing waits for the digits.
     static std::ptrdiff_t TakeDigits(const uint8_t* p, uint64_t* digits)
     {
         const uint8_t* const first = p;
@@ -181,8 +181,8 @@ private:
         return p - first;
     }
 
-    /// At an exponent letter: adds one to three digits with an optional sign and gives the place
-    /// behind them. Any other form gives the letter's place, at which no word ends.
+    /// At an exponent letter: adds one to three digits with an optional sign and returns the
+    /// position after them. For any other form returns the letter's position, where no word ends.
     static const uint8_t* TakeExponent(const uint8_t* p, std::ptrdiff_t* exponent)
     {
         constexpr std::ptrdiff_t kDigits = 3;

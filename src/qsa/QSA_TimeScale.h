@@ -2,13 +2,13 @@
 
 #include <cstdint>
 
-/// The frames and ticks of a scene file, and what they are in seconds.
+/// The frames and ticks of a scene file, and their conversion to seconds.
 class QSA_TimeScale {
 public:
     QSA_TimeScale() { Update(); }
 
-    /// To be called once the four values have been read. False for a scene without speed: nothing
-    /// moves in it, since all its times become 0.
+    /// Call once the four values have been read. False for a scene without speed: all its times
+    /// become 0, so nothing moves.
     bool Update();
 
     /// The time of a key. Ticks count from frame 0, seconds from the first frame.
@@ -23,7 +23,7 @@ public:
     double StartSeconds() const;
 
     // As the text gives them.
-    float frameSpeed = 30.0f; ///< frames a second
+    float frameSpeed = 30.0f; ///< frames per second
     float ticksPerFrame = 160.0f;
     int32_t firstFrame = 0;
     int32_t lastFrame = 100;

@@ -24,8 +24,8 @@ DWORD ChooseVertexFormat(const QSA_VertexNeeds& needs, ErrorClass& report)
         }
         sets += material->hasReflect ? 1 : 0;
     }
-    // QUIRK: three sets add no count at all; meshes of materials with all three maps are drawn
-    // without their maps, and files are compared by that.
+    // QUIRK: three sets add no count at all, so meshes of materials with all three maps are drawn
+    // without their maps. Kept because converted files are compared.
     if (sets == 1 || (sets == 0 && needs.hasTextureFaces))
         fvf |= D3DFVF_TEX1;
     else if (sets == 2)

@@ -8,14 +8,13 @@
 
 struct QSA_Material;
 
-/// What decides on the vertex format of a mesh.
+/// What determines the vertex format of a mesh.
 struct QSA_VertexNeeds {
-    int32_t weightCount = 0; ///< most weights of one vertex; 0, or 2 to 4
+    int32_t weightCount = 0; ///< most weights per vertex; 0, or 2 to 4
     bool hasColours = false; ///< diffuse and specular
     bool hasTextureFaces = false;
     const QSA_Material* material = nullptr; ///< null for none
 };
 
-/// The format as flexible vertex format flags. A number of weights that there cannot be is an
-/// `Error`.
+/// The format as FVF flags. An impossible number of weights is an `Error`.
 DWORD ChooseVertexFormat(const QSA_VertexNeeds& needs, ErrorClass& report);

@@ -1,4 +1,4 @@
-// A whole scene in QSB files, but for the file's header.
+// A whole scene in QSB files, except for the file's header.
 
 #include "qsb/QSB_SceneFields.h"
 
@@ -48,15 +48,16 @@ void KRE_3dScene::Load(File& file)
     if (hasBackground)
         backgroundTexture.Load(file);
     settings.Load(file);
-    // Values that are not used may be any: they are kept and saved.
+    // Unused values may be anything: they are kept and saved.
     if (settings.useFog && (settings.fogMode < D3DFOG_NONE || settings.fogMode > D3DFOG_LINEAR))
         gQsbReadContext.Fail(file, "Invalid fogMode: %i", settings.fogMode);
     LoadAll(file, "meshes", kQsbLeastMesh, meshes);
     LoadAll(file, "cameras", kQsbLeastCamera, cameras);
     LoadAll(file, "objects", kQsbLeastObject, objects);
     LoadAll(file, "lights", kQsbLeastLight, lights);
-    // QUIRK: an import links in the order of its text and sorts afterwards. Where several objects bear the name
-    // of a parent, a target or a bone, the first of another order is found here.
+    // QUIRK: an import links in the order of its text and sorts afterwards. Where several objects
+    // have the name of a parent, a target or a bone, the first one found here is the first in a
+    // different order.
     PartitionMeshes();
     LinkObjects(*this);
 }

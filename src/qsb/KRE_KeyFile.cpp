@@ -1,4 +1,5 @@
-// Keys of tracks in QSB files. The chain has as many links as the file says, so it is walked by loops.
+// Keys of tracks in QSB files. The file decides how many links the chain has, so it is walked by
+// loops.
 
 #include "qsb/QSB_SceneFields.h"
 

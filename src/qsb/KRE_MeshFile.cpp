@@ -1,5 +1,5 @@
-// Meshes in QSB files. What is read goes through memory of its own and is checked there, so that no
-// buffer of the device is locked when an error is raised.
+// Meshes in QSB files. Data is first read into separate memory and checked there, so no device
+// buffer is locked when an error is raised.
 
 #include <algorithm>
 #include <cstring>
@@ -13,13 +13,13 @@ namespace {
 constexpr int32_t kFaceBytes = 6;
 constexpr int32_t kAttributeBytes = 2;
 constexpr DWORD kVertexColors = D3DFVF_DIFFUSE | D3DFVF_SPECULAR;
-/// Two sets of texture coordinates, three floats in the second: what a bump map moves along.
+/// Two sets of texture coordinates, the second with three floats: what bump maps use.
 constexpr DWORD kBumpSets = D3DFVF_TEX2 | D3DFVF_TEXCOORDSIZE3(1);
 static_assert(kVertexColors == 0xC0 && kBumpSets == 0x40200);
 
 HeapArray<uint8_t> ReadBlock(File& file, int64_t size)
 {
-    // The caller has held the size against the bytes left, so it is one of an int32.
+    // The caller has checked the size against the bytes left, so it fits an int32.
     auto block = HeapArray<uint8_t>::Try(static_cast<int32_t>(size));
     gQsbReadContext.CheckMemory(file, block.Get());
     file.Read(block.Get(), static_cast<int32_t>(size));
@@ -36,7 +36,7 @@ HeapArray<uint8_t> TryBlock(const KRE_Mesh& mesh, int64_t size)
     return block;
 }
 
-/// An index of a bone that a vertex uses and that is not there. A mesh without bones is moved by the
+/// Fails if a vertex uses a bone index that does not exist. A mesh without bones is moved by the
 /// object itself, whose index is 0.
 void CheckBones(const File& file, const HeapArray<uint8_t>& records, const QSB_VertexForm& form,
                 int32_t vertexCount, int32_t boneCount)
@@ -53,7 +53,7 @@ void CheckBones(const File& file, const HeapArray<uint8_t>& records, const QSB_V
     }
 }
 
-/// The route of the oldest files with colours has a test and a text of its own.
+/// The oldest files with colours have a check and a message of their own.
 void CheckFirstBones(KRE_Mesh& mesh, const HeapArray<uint8_t>& records, const QSB_VertexForm& form,
                      int32_t boneCount)
 {
@@ -66,7 +66,7 @@ void CheckFirstBones(KRE_Mesh& mesh, const HeapArray<uint8_t>& records, const QS
     }
 }
 
-/// `what` of a face, each below `limit`.
+/// Checks `what` of a face: each value must be below `limit`.
 void CheckFaceValues(const File& file, const char* what, const uint16_t* values, int32_t count,
                      int32_t perFace, int32_t limit)
 {
@@ -140,10 +140,10 @@ void MeshSaver::SaveGeometry(const KRE_Mesh& mesh)
 
 // ---- Loading
 
-/// Whether vertices need room for what a bump map wants. Leaves slot 0 of the textures selected.
-/// QUIRK: the selected slot is the one whose map moves, and an import leaves the last one selected. So of a
-/// diffuse map over a reflection an import tiles and moves the diffuse map, and its binary scene the
-/// reflection: `KRE_Texture::Evaluate` looks at one slot.
+/// Whether vertices need room for what a bump map uses. Leaves slot 0 of the textures selected.
+/// QUIRK: the map of the selected slot is the one that moves, and an import leaves the last slot
+/// selected. So for a diffuse map over a reflection, an import tiles and moves the diffuse map, but
+/// its binary scene moves the reflection: `KRE_Texture::Evaluate` looks at one slot only.
 bool HasBumpMap(KRE_Mesh& mesh)
 {
     bool found = false;
@@ -259,7 +259,7 @@ void MeshLoader::LoadFaces(KRE_Mesh& mesh)
 
 void MeshLoader::Bones(KRE_Mesh& mesh)
 {
-    // Counted before the geometry, and held against the bytes left once more.
+    // Counted before the geometry, so checked against the bytes left once more.
     gQsbReadContext.CheckCount(file, "bones", boneCount, kQsbLeastBone);
     if (boneCount > mesh.bones.Capacity())
         mesh.bones.SetSize(boneCount);

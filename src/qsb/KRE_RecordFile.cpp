@@ -1,4 +1,4 @@
-// The plain records of objects and scenes in QSB files.
+// Plain records of objects and scenes in QSB files.
 
 #include "qsb/QSB_SceneFields.h"
 

@@ -7,9 +7,9 @@ void KRE_Target3dObject::Save(File& file) const
     SaveFields(file, *this);
 }
 
-/// QUIRK: the object is evaluated while it has no target and no parent yet, so that `up` is its own y axis at
-/// second 0. That stays where a target is linked later, while an import leaves +z there: a camera that leans
-/// is upright from a text and leans from its binary scene.
+/// QUIRK: the object is evaluated before it has a target or parent, so `up` is its own y axis at
+/// second 0. A target linked later does not change that, while an import leaves +z there: a camera
+/// that leans is upright from a text and leans from its binary scene.
 void KRE_Target3dObject::Load(File& file)
 {
     const QSB_ObjectInHand inHand(*this);

@@ -24,8 +24,8 @@ void LoadStoredSlot(File& file, StoredSlot* slotOut)
     SlotFields(archive, slotOut->file, slotOut->slot);
 }
 
-/// A list of frames takes up all of a texture, so that the load of a further map is an error, which
-/// can name neither the file nor the material.
+/// A frame list takes up the whole texture, so loading a further map is an error. That error can
+/// name neither the file nor the material; this warning does.
 void TellOfMapBesideList(KRE_Texture& texture, const File& file, const String& map)
 {
     const String path = file.GetFileName();
@@ -83,14 +83,14 @@ void KRE_Texture::LoadSlot(File& file, int32_t slot)
     matrixAni[slot] = stored.matrixAni;
     slotNames[slot] = stored.file;
     slots[slot] = stored.slot;
-    // Only the first two are ever drawn, and only with a picture.
+    // Only the first two slots are ever drawn, and only with a picture.
     const int32_t type = slots[slot].type;
     if (slot < kDrawnSlots && !slotNames[slot].IsEmpty() &&
         (type < StageDiffuse || type > StageSphere))
         gQsbReadContext.Fail(file, "Invalid type of texture slot %i: %i", slot, type);
 }
 
-/// Stages can show a reflection in slot 0 only; old exporters put it behind the diffuse map.
+/// Stages can show a reflection in slot 0 only; old exporters put it after the diffuse map.
 void KRE_Texture::SwapReflectionToFront()
 {
     if (slots[1].type != StageReflection && slots[1].type != StageSphere)

@@ -12,13 +12,13 @@
 #include "scene/KRE_KeyList.h"
 #include "scene/KRE_ObjectFields.h"
 
-// Every stored record has one list of its fields, in the order of files: `Fields(archive, record)` in
-// QSB_SceneFields.h, QSB_MaterialFields.h and QSB_HeaderFields.h. An archive decides what happens to
-// the fields: the two below save and load them, `FieldList` of qsbinfo lists them with their names.
-// An operation that only one archive needs is empty in the others; steps that belong to saving or
-// loading alone, such as checks, stand in `Save` and `Load` around the list.
+// Every stored record has one list of its fields, in file order: `Fields(archive, record)` in
+// QSB_SceneFields.h, QSB_MaterialFields.h and QSB_HeaderFields.h. An archive decides what happens
+// to the fields: the two below save and load them, `FieldList` of qsbinfo lists them with their
+// names. An operation that only one archive needs is empty in the others; steps that belong only to
+// saving or only to loading, such as checks, are in `Save` and `Load` around the list.
 
-/// A record as an archive handles it: only one that loads may change it.
+/// A record as an archive sees it: only an archive that loads may change it.
 template <class Archive, class Record>
 using Stored = std::conditional_t<Archive::kLoads, Record, const Record>;
 
@@ -29,14 +29,14 @@ void BaseFields(Archive& archive, Record& record)
     archive.Record(static_cast<Stored<Archive, Base>&>(record));
 }
 
-/// Writes the text up to its NUL; what was reserved behind it is not part of a file.
+/// Writes the text up to its NUL; memory reserved after it is not part of a file.
 void WriteText(File& file, const String& text);
 
-/// Values that files hold as memory does; `Archive::Bytes` transfers them.
+/// Values stored in files as they are in memory; `Archive::Bytes` transfers them.
 template <class Archive>
 class QSB_PlainValues {
 public:
-    /// A whole number of one to four bytes, or an enumerator; stored in the size of its type.
+    /// An integer of one to four bytes, or an enumerator; stored in the size of its type.
     template <class T>
     void Whole(const char*, T& value)
     {
@@ -111,7 +111,7 @@ public:
 
     explicit QSB_SaveArchive(File& fileIn) : file(fileIn) {}
 
-    /// Whether the file holds what came with a version.
+    /// Whether the file has what a version introduced.
     bool Has(QSB_Version) const { return true; }
     void Bytes(const void* bytes, size_t size) { file.Write(bytes, static_cast<int32_t>(size)); }
     void Text(const char*, const String& text) { WriteText(file, text); }
@@ -141,33 +141,33 @@ public:
         file.WriteInt8(static_cast<int8_t>(isGiven));
         return isGiven != 0;
     }
-    /// The keys of an object, behind their number. A list without keys is stored as such, whatever its
-    /// counter says: a count without a chain behind it could not be read again. False if `count` is
-    /// not the number of keys.
+    /// The keys of an object, after their count. A list without keys is stored with count 0,
+    /// whatever its counter says: a count without a chain after it could not be read again. False
+    /// if `count` is not the number of keys.
     template <class Key>
     bool Keys(const char*, const char*, const KRE_KeyList<Key>& keys, int32_t count)
     {
         file.WriteInt32(keys ? count : 0);
         return !keys || keys.Head()->Save(file) == count;
     }
-    /// The keys of a material's track, whose number stands ahead of its other fields.
+    /// The keys of a material's track, whose count comes before its other fields.
     template <class Key>
     void TrackKeys(const KRE_ArrayTrack<Key>& track, int32_t count, int32_t keyBytes)
     {
         if (int64_t{count} * keyBytes > INT32_MAX) {
-            file.Error("Error writing to file"); // as of any file that would grow too large
+            file.Error("Error writing to file"); // as for any file that would grow too large
             return;
         }
         for (int32_t i = 0; i < count; ++i)
             Fields(*this, track.Key(i));
     }
-    /// A part of the record whose fields count as the record's own.
+    /// A part whose fields count as the record's own.
     template <class Part>
     void Record(const Part& part)
     {
         part.Part::Save(file);
     }
-    /// A part that lists show apart.
+    /// A part that lists show separately.
     template <class Part>
     void Track(const char*, const Part& track)
     {
@@ -192,7 +192,7 @@ public:
     bool Has(QSB_Version version) const { return gQsbReadContext.version >= version; }
     void Bytes(void* bytesOut, size_t size) { file.Read(bytesOut, static_cast<int32_t>(size)); }
     void Text(const char*, String& text) { gQsbReadContext.ReadText(file, &text); }
-    /// Cut to the room there is.
+    /// Truncated to the room available.
     template <size_t N>
     void Text(const char*, char (&text)[N])
     {
@@ -216,7 +216,8 @@ public:
         file.ReadInt8(&isGiven);
         return isGiven != 0;
     }
-    /// The chain is as long as its keys say; `what` names them where the number is too large.
+    /// The chain is as long as its keys say; `what` names them in the error if the count is too
+    /// large.
     template <class Key>
     bool Keys(const char*, const char* what, KRE_KeyList<Key>& keys, int32_t& count)
     {
@@ -254,7 +255,7 @@ protected:
     File& file;
 };
 
-/// Save and load the fields of a record that needs nothing else.
+/// Saves and loads the fields of a record that needs nothing else.
 template <class Record>
 void SaveFields(File& file, const Record& record)
 {

@@ -2,15 +2,15 @@
 
 #include <cstdint>
 
-// Numbers of the QSB format; docs/qsb-format.md tells what they are for.
+// Numbers of the QSB format; docs/qsb-format.md explains them.
 
 inline constexpr uint8_t kQsbMagic[3] = {'Q', 'S', 'B'};
-inline constexpr uint16_t kQsbObjectId = 0x1234; ///< first in each object, to notice a misread
+inline constexpr uint16_t kQsbObjectId = 0x1234; ///< first in each object, to detect a misread
 
 /// The first version of a file that holds each of these.
 enum QSB_Version : int32_t {
     kQsbOldest = 100,
-    kQsbPackedVertices = 101, ///< before: vertices as they lay in memory
+    kQsbPackedVertices = 101, ///< before: vertices as they were in memory
     kQsbOptionalUV = 102,     ///< before: room for texture coordinates in every vertex
     kQsbSceneBounds = 103,
     kQsbEffectNames = 104, ///< and `KRE_SceneSettings::drawTransparentOnly`
@@ -20,8 +20,8 @@ enum QSB_Version : int32_t {
     kQsbCurrent = 106,
 };
 
-/// The fewest bytes that a record of each kind takes in a file of any version. What a file counts is
-/// held against the bytes left by these before memory is taken.
+/// The fewest bytes that a record of each kind takes in a file of any version. Before memory is
+/// allocated, a file's counts times these are checked against the bytes left.
 enum QSB_LeastBytes : int32_t {
     kQsbLeastString = 4,
     kQsbLeastObject = 2 + 4 + 116 + 48 + 2 * kQsbLeastString + 1 + 3 * 4 + 8,

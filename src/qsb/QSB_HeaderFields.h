@@ -3,7 +3,7 @@
 #include "qsa/QSA_SceneHeader.h"
 #include "qsb/QSB_Archive.h"
 
-/// Of a file's header, behind magic and version.
+/// The header of a file, after magic and version.
 template <class Archive>
 void Fields(Archive& archive, Stored<Archive, QSA_SceneHeader>& header)
 {

@@ -4,8 +4,8 @@
 #include "qsb/QSB_Archive.h"
 #include "scene/KRE_MaterialInfo.h"
 
-// What files store of materials, their tracks and their textures: one list for each record, in the
-// order of files.
+// What files store for materials, their tracks and their textures: one list for each record, in
+// file order.
 
 // ---- Tracks
 
@@ -57,7 +57,7 @@ struct QSB_EffectParamNames {
     const char* number;
     const char* vector;
 };
-/// The values for the effect count from 1, as effects do.
+/// Effect parameters are numbered from 1, as in effects.
 inline constexpr QSB_EffectParamNames kEffectParamNames[KRE_EffectParams::kParams] = {
     {"float1", "vector1"}, {"float2", "vector2"}, {"float3", "vector3"}, {"float4", "vector4"},
     {"float5", "vector5"}, {"float6", "vector6"}, {"float7", "vector7"}, {"float8", "vector8"},
@@ -130,7 +130,7 @@ void Fields(Archive& archive, Stored<Archive, KRE_TextMatrixAni>& animation)
         archive.Real(kAnimationNames[i].constant, animation.constants[i]);
 }
 
-/// A map slot; its animation stands ahead of it.
+/// A map slot; its animation comes before it.
 template <class Archive>
 void SlotFields(Archive& archive, Stored<Archive, String>& file,
                 Stored<Archive, KRE_Texture::Slot>& slot)
@@ -140,7 +140,7 @@ void SlotFields(Archive& archive, Stored<Archive, String>& file,
     archive.Real("amount", slot.param);
 }
 
-/// Of a texture's sequence and its load; the slots follow.
+/// The sequence of a texture and how it was loaded; the slots follow.
 template <class Archive>
 void Fields(Archive& archive, Stored<Archive, KRE_Texture>& texture)
 {

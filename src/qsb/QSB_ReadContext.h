@@ -8,29 +8,29 @@
 #include "qsb/QSB_Format.h"
 #include "scene/KRE_3dObject.h"
 
-/// What the `Load` operations of all scene classes ask while a QSB file is read. There is one of it,
-/// so one file is read at a time.
+/// What the `Load` operations of all scene classes need to know while a QSB file is read. There is
+/// only one, so files are read one at a time.
 struct QSB_ReadContext {
     int32_t version = kQsbCurrent;
-    bool cutToWindow = false; ///< cut all keys to the window below; nothing here sets it
+    bool cutToWindow = false; ///< cut all keys to the window below; never set here
     float windowStart = 0;    ///< seconds
     float windowEnd = 0;
-    String directory;               ///< of the file; where its textures are looked for first
+    String directory;               ///< of the file; searched first for its textures
     bool singleMipLevel = false;    ///< textures get one mip level
     bool bumpMaps = false;          ///< bump maps are loaded, and vertices get room for them
     bool vertexColors = false;      ///< vertices get diffuse and specular colours
-    KRE_3dObject* object = nullptr; ///< not owned; the one in hand, for messages
-    int32_t material = -1; ///< of that object, whose texture is in hand; -1: its background
+    KRE_3dObject* object = nullptr; ///< not owned; the current one, for messages
+    int32_t material = -1; ///< of that object, whose texture is being read; -1: its background
 
-    /// An `Error` of the object in hand that names the file.
+    /// Raises an `Error` of the current object that names the file.
     [[noreturn]] [[gnu::format(printf, 3, 4)]] void Fail(const File& file, const char* format,
                                                          ...) const;
-    /// Reads the number of `what`; one below 0, or above what the bytes left can hold at
-    /// `leastBytes` for each, is an `Error`.
+    /// Reads the count of `what`. A count below 0, or above what the bytes left can hold at
+    /// `leastBytes` each, is an `Error`.
     int32_t ReadCount(File& file, const char* what, int32_t leastBytes) const;
-    /// The test of `ReadCount` for a number that is read already.
+    /// The check of `ReadCount` for a count that has been read already.
     void CheckCount(const File& file, const char* what, int32_t count, int64_t leastBytes) const;
-    /// Reads a text; a length above the bytes left is an `Error`, below 1 it is the empty one.
+    /// Reads a text. A length above the bytes left is an `Error`; below 1 it is the empty text.
     void ReadText(File& file, String* textOut) const;
     /// A null pointer is an `Error`.
     void CheckMemory(const File& file, const void* memory) const;
@@ -38,7 +38,7 @@ struct QSB_ReadContext {
 
 extern QSB_ReadContext gQsbReadContext;
 
-/// Makes an object the one in hand while this lives.
+/// Makes an object the current one for the lifetime of this.
 class QSB_ObjectInHand {
 public:
     explicit QSB_ObjectInHand(KRE_3dObject& object)

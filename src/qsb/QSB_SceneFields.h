@@ -3,7 +3,7 @@
 #include "qsb/QSB_Archive.h"
 #include "scene/KRE_3dScene.h"
 
-// What files store of scenes, objects and their keys: one list for each record, in the order of files.
+// What files store for scenes, objects and their keys: one list for each record, in file order.
 // docs/qsb-format.md describes the records; docs/extending.md says how to add a field.
 
 // ---- Keys of objects
@@ -133,7 +133,7 @@ void Fields(Archive& archive, Stored<Archive, KRE_BoneInfo>& bone)
     archive.Matrix("meshInitTM", bone.meshInitTM);
 }
 
-/// What stands ahead of a mesh's vertices and faces.
+/// What comes before a mesh's vertices and faces.
 struct QSB_Geometry {
     int32_t vertexCount = 0;
     int32_t faceCount = 0;
@@ -168,7 +168,7 @@ void Fields(Archive& archive, Stored<Archive, KRE_Mesh>& mesh)
 
 // ---- Scenes
 
-/// Of the scene itself: its background picture, settings and lists of objects follow.
+/// The scene itself: its background picture, settings and lists of objects follow.
 template <class Archive>
 void Fields(Archive& archive, Stored<Archive, KRE_3dScene>& scene)
 {

@@ -8,7 +8,7 @@
 
 QSB_TargetFile::~QSB_TargetFile()
 {
-    Close(); // ahead of the removal of a file that was not finished
+    Close(); // before an unfinished file is removed
 }
 
 void QSB_TargetFile::Error(const char* format, ...)

@@ -3,8 +3,8 @@
 #include "base/File.h"
 #include "platform/ReplacementFile.h"
 
-/// A file that is written beside its target and takes its place when it is complete. Whatever ends
-/// the writing before that leaves the target as it was. Messages name the target.
+/// A file that is written next to its target and replaces it once complete. If writing ends before
+/// that, for whatever reason, the target stays as it was. Messages name the target.
 class QSB_TargetFile : public File {
 public:
     QSB_TargetFile() = default;
@@ -12,8 +12,8 @@ public:
 
     [[gnu::format(printf, 2, 3)]] void Error(const char* format, ...) override;
 
-    /// Begins to write. False, with a `Warning`, if the target cannot be written; any write is an
-    /// `Error` then.
+    /// Starts writing. False, with a `Warning`, if the target cannot be written; any write is then
+    /// an `Error`.
     bool CreateFor(const char* targetPath);
     /// Puts the file in the target's place.
     void Finish();

@@ -18,7 +18,7 @@ constexpr DWORD kTwoTextureFloats = 0;
 constexpr DWORD kOneTextureFloat = 3;
 constexpr DWORD kFirstSetShift = 16;
 
-/// Cuts a product to a whole number of 16 bits; outside them it is clamped and counted.
+/// Truncates a product to a 16-bit integer; values out of range are clamped and counted.
 template <class Whole>
 Whole CutTo(double product, int32_t* clampedOut)
 {

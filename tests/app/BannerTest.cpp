@@ -88,7 +88,7 @@ protected:
         gGfx->SetFont(&font, 0.0f, 0);
         gFont = &font;
         gWindowed = 1;
-        gClientWidth = 300; // so that the line begins at (50, 44) of the 64 by 64 that are there
+        gClientWidth = 300; // so the line begins at (50, 44) of the 64 by 64 target
         gClientHeight = 64;
         recorder->ClearLines();
     }
@@ -129,8 +129,9 @@ protected:
 
 } // namespace
 
-// Point filter, mode 4, solid, no depth; what is printed turns the faces off and takes mode 9 for its letters;
-// then all is put right for the next frame. Depth goes off and on once: the printing only counts.
+// Point filter, mode 4, solid, no depth; printing disables face culling and sets mode 9 for its
+// letters; then everything is restored for the next frame. Depth is switched off and on once: the
+// printing only counts.
 TEST_F(BannerCalls, StatesAreSetBeforeTheLettersAndRestoredAfterThem)
 {
     char banner[kBannerSize];
@@ -151,7 +152,7 @@ TEST_F(BannerCalls, StatesAreSetBeforeTheLettersAndRestoredAfterThem)
                                      "SetSamplerState 0 D3DSAMP_MAGFILTER D3DTEXF_LINEAR"));
 }
 
-// The text's own mode is not set then.
+// The text's own mode is not set in this case.
 TEST_F(BannerCalls, BlendingStaysOnIfTheLineIsOutsideTheView)
 {
     gClientHeight = 0;
@@ -164,7 +165,7 @@ TEST_F(BannerCalls, BlendingStaysOnIfTheLineIsOutsideTheView)
     EXPECT_EQ(gGfx->blendMode, 9);
 }
 
-// Reads the device's state, which was different before. Depth is restored, on or off.
+// Reads back the device's state, which differed before. Depth is restored, on or off.
 TEST(Banner, DrawingLeavesTheStatesOfTheFrame)
 {
     const ScratchDirectory scratch;
@@ -213,7 +214,7 @@ TEST(Banner, IsDrawnAtTheBottomRight)
     EXPECT_FLOAT_EQ(first->y, static_cast<float>(gClientHeight - 20) - 0.25f);
     gGfx->printf.quadList.Unlock();
 
-    gWindowed = 0; // full screen goes by the options
+    gWindowed = 0; // in full screen the options decide
     gResX = 300;
     gResY = 200;
     DrawBanner(banner, 0.0);

@@ -47,8 +47,9 @@ protected:
 
 } // namespace
 
-// The device starts without blending; the banner of the first frame leaves it on. A picture's own alpha makes
-// no transparent material, so that it is drawn with what was there before. The background is black.
+// The device starts without blending; the banner of the first frame leaves it on. A picture's own
+// alpha does not make a material transparent, so it is drawn with whatever was set before. The
+// background is black.
 TEST_F(BatchFrame, QuirkAlphaOfAPictureBlendsFromTheSecondFileOn)
 {
     scratch.Write("thin.qsa", Wall(Map("DIFFUSE", "thin.tga")));

@@ -130,7 +130,7 @@ TEST(CmdGetInt, QuirkTokenLengthIsTakenModulo256)
 
 TEST(CmdGetInt, QuirkNameLengthIsTakenModulo256)
 {
-    // A name of 256 characters has a length of 0, its token of 256 + 3 one of 3: behind the
+    // A name of 256 characters has a length of 0, its token of 256 + 3 a length of 3: after the
     // separator two characters are left.
     const std::string name = "/" + std::string(255, 'r');
     const std::string line = name + ":42";
@@ -163,7 +163,7 @@ TEST(CmdGetFloat, ReadsTheCNotation)
 
 TEST(CmdGetFloat, First31CharactersCount)
 {
-    // 30 zeros behind "1" make 31 characters: 1e30. The 32nd would make it 1e31.
+    // 30 zeros after "1" make 31 characters: 1e30. The 32nd would make it 1e31.
     const std::string line = "/t:1" + std::string(31, '0');
     float value = 0.0f;
     EXPECT_EQ(CmdGetFloat(line.c_str(), "/t", &value), 1);

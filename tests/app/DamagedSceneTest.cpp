@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A camera that does not depend on what there is to see, and two triangles in its view.
+// A camera that does not depend on the scene's contents, and two triangles in its view.
 const std::string kEye = "*3DSMAX_QSAEXPORT 200\n*TARGETOBJECT { *NODE_NAME \"Aim\" }\n"
                          "*CAMERAOBJECT { *NODE_NAME \"Eye\" *TARGET_NODE \"Aim\" "
                          "*CAMERA_SETTINGS { *CAMERA_FOV 1 } *NODE_TM { *TM_POS 0 -10 1 } }\n";
@@ -59,7 +59,7 @@ protected:
 
 } // namespace
 
-TEST_F(DamagedScene, LooksLikeTheSceneOfWhatIsWhole)
+TEST_F(DamagedScene, LooksLikeTheSceneOfItsIntactParts)
 {
     const std::string both = kEye + Mesh(kLeftFace + kRightFace, 2);
     const std::string left = kEye + Mesh(kLeftFace, 1);
@@ -87,7 +87,7 @@ TEST_F(DamagedScene, LooksLikeTheSceneOfWhatIsWhole)
 
 namespace {
 
-/// Saves a helper and a mesh with these settings of what is marked.
+/// Saves a helper and a mesh with these settings for the markers.
 void SaveMarked(const char* name, int32_t objects, int32_t lights)
 {
     KRE_3dScene scene;
@@ -99,7 +99,7 @@ void SaveMarked(const char* name, int32_t objects, int32_t lights)
 
 } // namespace
 
-TEST_F(DamagedScene, MarkersOfWhatIsNotThereAreNotDrawn)
+TEST_F(DamagedScene, MarkersOfAnUnknownKindAreNotDrawn)
 {
     scratch.Write("scene.qsa",
                   kEye + Mesh(kLeftFace, 1) +
@@ -122,7 +122,7 @@ std::string ExampleText(const char* name)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// A light that is cut off has no type, which is for the tests of lights.
+/// A truncated light has no type; the tests of lights cover that.
 bool EndsInALight(const std::string& text)
 {
     const std::size_t light = text.rfind("*LIGHTOBJECT");

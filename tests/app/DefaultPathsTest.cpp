@@ -27,7 +27,7 @@ TEST_F(DefaultPaths, ValuesOfTheRegistryReachTheEngine)
     EXPECT_STREQ(gGfx->GetDefaultBasePath().c_str(), "D:\\Base");
 }
 
-TEST_F(DefaultPaths, ValueThatIsNotThereLeavesTheEnginesAlone)
+TEST_F(DefaultPaths, MissingValueLeavesTheEnginesUnchanged)
 {
     gGfx->SetDefaultTexturePath("as it was");
     gGfx->SetDefaultBasePath("as it was");

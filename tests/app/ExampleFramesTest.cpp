@@ -1,10 +1,11 @@
-// Draws the frame of each example, from its text and from its binary scene, and compares both with each other
-// and with the accepted frame, which the system's Direct3D drew from the text and somebody has looked at.
-// Each frame has its own engine, as in a process that draws nothing else. QSA_ACCEPT_PICTURES=1 accepts the
-// drawn frames, on the Windows host only: a frame of this project's own rasterizer would prove nothing about
-// it. Parts that Wine does not draw as documented, mainly skinned meshes, are not compared. Wine does not read
-// effects in text form: the frames of such examples come from this project's rasterizer and only show that
-// the result has not changed.
+// Draws the frame of each example, from its text and from its binary scene, and compares both with
+// each other and with the accepted frame, which the system's Direct3D drew from the text and
+// somebody has looked at. Each frame has its own engine, as in a process that draws nothing else.
+// QSA_ACCEPT_PICTURES=1 accepts the drawn frames, on the Windows host only: a frame of this
+// project's own rasterizer would prove nothing about it. Parts that Wine does not draw as
+// documented, mainly skinned meshes, are not compared. Wine does not read effects in text form: the
+// frames of such examples come from this project's rasterizer and only show that the result has not
+// changed.
 
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/WindowFlags.h"
@@ -156,10 +157,11 @@ std::size_t Differing(const Frame& a, const Frame& b)
 
 } // namespace
 
-// lava.qsa lets 0.12 of the picture's height go by in a second, the second layer half as much again.
-// After 2 / 0.12 seconds two and three heights have gone by and all is where it was; after half a height
-// the stream, which covers a tenth of the frame at least, looks otherwise. ripple.fx swings with
-// cos(3 * time): a period is 2 * pi / 3 seconds, and after half of it the waves are turned over.
+// lava.qsa moves the texture by 0.12 of the picture's height per second, the second layer 1.5 times
+// as fast. After 2 / 0.12 seconds the layers have moved by two and three heights and are back where
+// they were; after half a height the stream, which covers at least a tenth of the frame, looks
+// different. ripple.fx oscillates with cos(3 * time): a period is 2 * pi / 3 seconds, and after
+// half of it the waves are inverted.
 TEST(EffectExamples, MoveAndComeBackAfterTheirPeriod)
 {
     static constexpr struct {

@@ -40,7 +40,7 @@ struct WindowState {
     bool operator==(const WindowState&) const = default;
 };
 
-/// The keys of the Info dialog's list, and the letters that its menu shows behind Ctrl.
+/// The keys of the Info dialog's list, and the letters that its menu shows after Ctrl.
 constexpr WPARAM kListedKeys[] = {
     VK_ESCAPE, VK_ADD,   VK_SUBTRACT, VK_CANCEL,   VK_LEFT,     VK_RIGHT,  VK_UP,
     VK_DOWN,   VK_PRIOR, VK_NEXT,     VK_SHIFT,    VK_CONTROL,  'C',       'V',

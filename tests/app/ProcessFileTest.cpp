@@ -184,7 +184,7 @@ TEST_F(ProcessFileTest, QuitAmongTheMessagesIsIgnored)
 }
 
 // It waits despite the options, until messages end the wait.
-TEST_F(ProcessFileTest, ProgramBehindAnotherOneWaitsUntilItIsBack)
+TEST_F(ProcessFileTest, ProgramInTheBackgroundWaitsUntilItIsActiveAgain)
 {
     static const struct {
         const char* what;

@@ -18,8 +18,8 @@ using namespace frame_scene;
 
 namespace {
 
-/// The colours of a frame of 160 by 120 at places so many units beside the middle of the wall, as letters:
-/// R, B, K for black, ? for any other.
+/// The colours of a frame of 160 by 120 at these distances from the middle of the wall, in units,
+/// as letters: R, B, K for black, ? for any other.
 struct Seen {
     std::string across; ///< at x = -7.5, -2.5, 2.5 and 7.5 of an upright view
     std::string down;   ///< at z = 7.5, 2.5, -2.5 and -7.5 of an upright view
@@ -96,8 +96,8 @@ TEST_F(QsbFrame, QuirkMapOverAReflectionIsTiledFromTextAlone)
     EXPECT_EQ(DrawBinary().across, "RRBB");
 }
 
-// From straight ahead the ray to x goes back to the side where x is, so that a reflection's u is below 1/2 on
-// the left and above it on the right. Shifted by a half the two change places.
+// Seen from straight ahead, the ray to x is reflected to the side where x is, so a reflection's u
+// is below 1/2 on the left and above it on the right. Shifted by a half, the two swap.
 TEST_F(QsbFrame, QuirkReflectionBelowAMapIsShiftedFromBinaryAlone)
 {
     scratch.Write("halves.tga", RedAndBlue());
@@ -108,10 +108,11 @@ TEST_F(QsbFrame, QuirkReflectionBelowAMapIsShiftedFromBinaryAlone)
     EXPECT_EQ(DrawBinary().across, "BBRR");
 }
 
-// The camera looks along +y from (0, -40, 0) at its target and leans so that its own upper side points to +x:
-// its axes x, y, z are (0, 0, -1), (1, 0, 0), (0, -1, 0). That is a turn by 120 degrees about (1, 1, -1), whose
-// signs the format changes. A text leaves the upper side of a camera with a target at +z. A binary scene is
-// evaluated once while the target is not known yet, and what the camera's matrix at second 0 says stays.
+// The camera looks along +y from (0, -40, 0) at its target and leans so that its own up direction
+// is +x: its axes x, y, z are (0, 0, -1), (1, 0, 0), (0, -1, 0). That is a rotation by 120 degrees
+// about (1, 1, -1), whose signs the format changes. A text leaves the up direction of a camera with
+// a target at +z. A binary scene is evaluated once while the target is not known yet, and the up
+// direction of the camera's matrix at second 0 stays.
 TEST_F(QsbFrame, QuirkCameraWithATargetLeansFromBinaryAlone)
 {
     scratch.Write("halves.tga", RedAndBlue());
@@ -153,7 +154,8 @@ TEST_F(QsbFrame, QuirkLeanOfACameraIsThatOfItsOwnMatrixAtSecondZero)
         const D3DXVECTOR3& up = binary.cameras.Get(0)->up;
         EXPECT_EQ(text.cameras.Get(0)->up, D3DXVECTOR3(0, 0, 1)) << second;
         EXPECT_EQ(up, D3DXVECTOR3(0, 1, 0)) << second;
-        // By the parent's turn alone the camera's y axis lies along x, by both along y again.
+        // Rotated by its parent alone, the camera's y axis is along x; rotated by both, it is along
+        // y again.
         const float alongY = std::abs(binary.cameras.Get(0)->worldTM._22);
         EXPECT_NEAR(alongY, second == 0.0 ? 0.0f : 1.0f, 1e-5f) << second;
     }

@@ -23,7 +23,7 @@
 
 namespace {
 
-// 250 frames of 25 a second: it ends at 10 seconds.
+// 250 frames at 25 per second: it ends at 10 seconds.
 const std::string kHead =
     "*3DSMAX_QSAEXPORT 200\n*SCENE { *SCENE_FIRSTFRAME 0 *SCENE_LASTFRAME 250 "
     "*SCENE_FRAMESPEED 25 *SCENE_TICKSPERFRAME 192 }\n";
@@ -47,7 +47,7 @@ protected:
     Session() { gGfx->drawDisabled = 1; }    // the tests check the states, not the picture
     ~Session() override { session.reset(); } // before the engine
 
-    /// Loads a scene of these nodes as "scene.qsa".
+    /// Loads a scene with these nodes as "scene.qsa".
     KRE_3dScene& Load(const std::string& nodes)
     {
         scratch.Write("scene.qsa", kHead + nodes);
@@ -117,7 +117,7 @@ TEST_F(Session, SceneWithAMeshShowsNoHelpers)
 
 // ---- Load
 
-// A picture of 64x64 has seven levels in full.
+// The full chain of a 64x64 picture has seven levels.
 TEST_F(Session, PicturesAreLoadedWithOneLevelAndBumpMapsAreNot)
 {
     std::filesystem::copy(SourcePath("examples/checker.png"), "checker.png");
@@ -146,7 +146,7 @@ TEST_F(Session, PicturesAreLoadedWithOneLevelAndBumpMapsAreNot)
 // Helpers at (-3, 0, 0) and (3, 8, 0) span a box whose centre is (0, 4, 0) and half diagonal 5.
 TEST_F(Session, ViewFitsTheBounds)
 {
-    gNearZ = gFarZ = 3.0f; // no range of their own
+    gNearZ = gFarZ = 3.0f; // no range is given
     Load(Helper("a", "-3 0 0") + Helper("b", "3 8 0"));
     EXPECT_FLOAT_EQ(gGfx->farZ, 25.0f);
     EXPECT_FLOAT_EQ(gGfx->nearZ, 0.25f);
@@ -154,14 +154,15 @@ TEST_F(Session, ViewFitsTheBounds)
     EXPECT_NEAR(gGfx->projection._22, 1.0 / std::tan(0.3927), 1e-4);
     ShowFrame();
     ExpectNear(Eye(), 0, 4 - 2.8 * 5, 0, 1e-4, "in front of it, along y");
-    // Ahead is +y, up is +z.
+    // Forward is +y, up is +z.
     EXPECT_NEAR(gGfx->view._23, 1.0f, 1e-6f);
     EXPECT_NEAR(gGfx->view._32, 1.0f, 1e-6f);
 }
 
 // The angle of 0x3F490FF9 is 13176825 / 2^24 = 0.785399973392487 radians, and half of it has the
-// cotangent 2.41420738268. The floats next to it give 2.41420758618 and 2.41420717917. Floats of that
-// size are 2.384e-7 apart: one that is rounded once lies within half of it, and neither of the others does.
+// cotangent 2.41420738268. The neighbouring floats give 2.41420758618 and 2.41420717917. Floats of
+// that size are 2.384e-7 apart: a correctly rounded result is within half of that, and neither of
+// the others is.
 TEST_F(Session, FieldOfViewIsTheFloatOfTheFormat)
 {
     Load(Helper("a", "-3 0 0") + Helper("b", "3 8 0"));
@@ -266,7 +267,7 @@ TEST_F(Session, SceneWithoutLightsGetsTwoThatGoIntoTheFile)
     }
 }
 
-// (0, -0.5, -1) and (-1, 1, 0) at length 1.
+// (0, -0.5, -1) and (-1, 1, 0), normalised.
 TEST_F(Session, DefaultLightsAreDirectedUntilTheyAreEvaluated)
 {
     const KRE_3dScene& scene = Load("");
@@ -393,7 +394,7 @@ TEST_F(Session, TimeBeforeTheBeginningIsTheBeginning)
     EXPECT_EQ(gStopTime, 0);
 }
 
-// 25 seconds into a loop of 10.
+// 25 seconds into a loop of 10 seconds.
 TEST_F(Session, LoopIsNeitherClampedNorStopped)
 {
     gLoop = 1;
@@ -407,7 +408,7 @@ TEST_F(Session, LoopIsNeitherClampedNorStopped)
     EXPECT_NEAR(DrawnTime(), 7.0, 1e-5);
 }
 
-TEST_F(Session, EndIsThatOfTheSceneAsLoaded)
+TEST_F(Session, EndIsTheOneTheSceneWasLoadedWith)
 {
     gStartTime = 200.0f;
     Load("").loopEnd = 4.0f;

@@ -29,7 +29,7 @@ WatchedWindow::WatchedWindow(std::function<std::string()> whatIsSo) : state(std:
     window = CreateWindowExA(0, kClassName, "watched", WS_POPUP, 0, 0, 64, 64, nullptr, nullptr,
                              windowClass.hInstance, nullptr);
     ShowWindow(window, SW_SHOWNORMAL);
-    UpdateWindow(window); // nothing is left to be painted
+    UpdateWindow(window); // nothing is left to paint
     gWatched = this;
 }
 

@@ -110,8 +110,9 @@ TEST_F(CFileValidatorTest, AbsoluteNameFindsACopyOfItsLeafIfThatIsAllowed)
 
 TEST_F(CFileValidatorTest, AbsoluteNameWithoutADirectoryIsTriedAsItIsOnly)
 {
-    // A colon makes a name absolute, and without a separator the leaf is all of it. Where there are
-    // drives such a name is a file of the drive's current directory, elsewhere a file like any other.
+    // A colon makes a name absolute, and without a separator the whole name is the leaf. On hosts
+    // with drives such a name is a file in the drive's current directory; elsewhere it is a file
+    // like any other.
     const std::string drive = std::filesystem::current_path().root_name().string();
     const std::string name = (drive.empty() ? "Q:" : drive) + "q.png";
     validator.SetBasePath("scene");

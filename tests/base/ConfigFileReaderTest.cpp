@@ -350,7 +350,7 @@ TEST_F(ConfigFileReaderTest, EntriesWithoutANameOrWithATakenOneAreWarnings)
     EXPECT_EQ(reader.FindEntry("boat"), 1);
 }
 
-// A name and its end take 1024 bytes.
+// A name and its terminator take 1024 bytes.
 TEST_F(ConfigFileReaderTest, NamesDifferByTheirFirst1023Bytes)
 {
     const std::string fits(1022, 'x');
@@ -405,7 +405,7 @@ TEST_F(ConfigFileReaderTest, WithoutAnIndexOnlyTheBytesAreLoaded)
     EXPECT_EQ(reader.GetLineCount(), 3);
 }
 
-TEST_F(ConfigFileReaderTest, CodesOfTheLineIndexComeBackFromLoad)
+TEST_F(ConfigFileReaderTest, LoadReturnsTheCodesOfTheLineIndex)
 {
     scratch.Write("lines.cfg", std::string(65535, '\n'));
     EXPECT_EQ(reader.Load("lines.cfg", true), kTextFileTooManyLines);

@@ -210,7 +210,7 @@ TEST_F(DynaMemTest, SearchThatFindsNoFreeSlotIsAnErrorWithTheCapacity)
 {
     IntList list;
     Fill(list, 3);
-    list.firstFree = 8; // no operation leaves it like this
+    list.firstFree = 8; // no operation leaves it in this state
     EXPECT_EQ(RaisedBy([&] { list.Add(); }), "Maximum number of data elements reached: 8");
 }
 
@@ -251,7 +251,7 @@ TEST_F(DynaMemTest, CopyOfAnElementOfTheSameListSurvivesGrowth)
     EXPECT_EQ(*list.GetSlot(slot), 30);
 }
 
-/// An element for which memory can be made to run out.
+/// An element whose allocation can be made to fail.
 struct Scarce {
     static inline bool exhausted = false;
     int number = 1;
@@ -280,8 +280,8 @@ TEST_F(DynaMemTest, WithoutMemoryTheSlotStaysEmptyAndIsCounted)
     EXPECT_NE(list.Get(1), nullptr) << "the live elements come first";
     EXPECT_EQ(list.Get(2), nullptr) << "an empty slot stands for the missing one";
     list.Add(); // slot 3
-    // Growing compacts the live elements into slots 0 to 2; slot 3 takes the missing one, and the
-    // new element goes behind all that are counted.
+    // Growing compacts the live elements into slots 0 to 2; slot 3 gets the missing one, and the
+    // new element goes after all counted ones.
     EXPECT_EQ(list.Add(), 4);
     EXPECT_EQ(list.Count(), 5);
     EXPECT_EQ(list.GetSlot(3), nullptr);

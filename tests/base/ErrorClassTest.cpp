@@ -86,7 +86,7 @@ TEST_F(ErrorClassTest, MessageIsTruncatedTo1023Bytes)
     EXPECT_EQ(RaisedBy([&] { object.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
     Simple simple;
     EXPECT_EQ(RaisedBy([&] { simple.Error("%s", longText.c_str()); }), std::string(1023, 'm'));
-    // The log cuts the whole text, prefix included.
+    // The log truncates the whole text, prefix included.
     EXPECT_EQ(LogText(), Entry("Error:Boat: " + std::string(1011, 'm')) +
                              Entry("Error:ErrorClassSimple: " + std::string(999, 'm')));
 }
@@ -147,7 +147,7 @@ TEST_F(ErrorClassTest, Warning65536LogsTheLimitAndLaterOnesAreDropped)
     object.Warning("b");
     object.Warning("c");
     EXPECT_EQ(gWarningCount, 65536);
-    object.Warning("c"); // would be a repeat: the count stands still
+    object.Warning("c"); // would be a repeat: the count does not change
     object.Warning("d");
     Simple().Warning("of the other class of the family");
     EXPECT_EQ(gWarningRepeat, 0u);
@@ -161,7 +161,7 @@ TEST_F(ErrorClassTest, Warning65536LogsTheLimitAndLaterOnesAreDropped)
 TEST_F(ErrorClassTest, QuirkWarningsAbove255BytesNeverCountAsRepeats)
 {
     const std::string prefix = "Warning:Boat: ";
-    const std::string fits(255 - prefix.size(), 'f'); // fills the memory for the last text
+    const std::string fits(255 - prefix.size(), 'f'); // fills the buffer for the last text
     const std::string exceeds(256 - prefix.size(), 'e');
     object.Warning("first");
     object.Warning("%s", fits.c_str());

@@ -168,14 +168,15 @@ TEST_F(FileTest, FailedSeekThatDoesNotThrowStoresThePlace)
 
 TEST_F(FileTest, ReadsMayCrossTheEndOfTheWindow)
 {
-    // The window holds 65,536 bytes. 251 is a prime, so that no two stretches are alike.
+    // The window holds 65,536 bytes. 251 is prime, so no two stretches are alike.
     std::string bytes(200000, ' ');
     for (size_t i = 0; i < bytes.size(); ++i)
         bytes[i] = static_cast<char>(i % 251);
     scratch.Write("in.bin", bytes);
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
     size_t place = 0;
-    // Up to 6 bytes before its end, across it, a piece larger than it with some of it left, the rest.
+    // Up to 6 bytes before its end, across its end, a piece larger than it with some of it left,
+    // the rest.
     for (const size_t size : {100u, 65430u, 20u, 100000u, 34450u}) {
         std::string piece(size, ' ');
         EXPECT_TRUE(file.Read(piece.data(), static_cast<int32_t>(size)));
@@ -186,9 +187,9 @@ TEST_F(FileTest, ReadsMayCrossTheEndOfTheWindow)
     EXPECT_EQ(file.GetBytesLeft(), 0);
 }
 
-TEST_F(FileTest, NoMoreIsReadAheadThanTheWindowUntilItIsAskedFor)
+TEST_F(FileTest, ReadsAheadNoFurtherThanTheWindow)
 {
-    // The window holds 65,536 bytes. It is used up to its last byte, and what lies behind it is
+    // The window holds 65,536 bytes. It is used up to its last byte, and what comes after it is
     // replaced before that is read.
     scratch.Write("in.bin", std::string(65536, 'a') + "old");
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
@@ -318,7 +319,7 @@ TEST_F(FileTest, CreatedFileCanBeReadBack)
     int32_t number = 0;
     EXPECT_TRUE(file.ReadInt32(&number));
     EXPECT_EQ(number, 1);
-    EXPECT_TRUE(file.WriteInt32(7)); // straight behind a read
+    EXPECT_TRUE(file.WriteInt32(7)); // directly after a read
     file.Seek(4);
     EXPECT_TRUE(file.ReadInt32(&number));
     EXPECT_EQ(number, 7);
@@ -415,7 +416,7 @@ TEST_F(FileTest, FailedWriteTakesThePositionOfTheStreamAndRaisesTheSizeToIt)
     }
 }
 
-TEST_F(FileTest, FailuresGiveFalseWithThrowingOff)
+TEST_F(FileTest, FailuresReturnFalseWithThrowingOff)
 {
     file.throwOnError = 0;
     scratch.Write("in.bin", std::string("\x05\0\0\0boat", 8));
@@ -479,7 +480,7 @@ TEST_F(FileTest, FileTimeIsInSecondsSince1970)
     scratch.Write("in.bin", "abc");
     ASSERT_TRUE(file.Open("in.bin", true, false, true));
     const int32_t modified = file.GetFileTime();
-    // File systems stamp with a coarse clock: allow two seconds.
+    // File systems have coarse timestamps: allow two seconds.
     EXPECT_GE(modified, before - 2);
     EXPECT_LE(modified, std::time(nullptr) + 2);
     file.Close();

@@ -11,8 +11,8 @@
 #include "tests/support/RaisedBy.h"
 #include "tests/support/ScratchDirectory.h"
 
-/// Runs a test in its own directory with a fresh log, a stopped clock and 100 MiB of
-/// free memory, so that every entry ends in the same note.
+/// Runs a test in its own directory with an empty log, a stopped clock and 100 MiB of free memory,
+/// so every entry ends in the same note.
 class LogFixture : public testing::Test {
 protected:
     static constexpr const char* kNote = "(Time:0.00, free sysmem:100)\n";
@@ -25,7 +25,7 @@ protected:
     }
     ~LogFixture() override { ResetLogForTests(); }
 
-    /// The log with plain line ends; empty when there is none.
+    /// The log with plain line ends; empty if there is none.
     std::string LogText() const { return ReadLog("logfile.txt"); }
     std::string ReadLog(const std::string& name) const
     {

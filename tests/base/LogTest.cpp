@@ -118,7 +118,7 @@ TEST_F(Log, DirectoryOfTheFirstEntryIsStoredWhole)
     ASSERT_TRUE(CreateDirectoryA(name.c_str(), nullptr));
     ASSERT_TRUE(SetCurrentDirectoryA(name.c_str()));
     LogWrite("deep");
-    // The size needed counts the terminator.
+    // The required size includes the terminator.
     EXPECT_EQ(gLogDirectory.TextLength() + 1,
               static_cast<int32_t>(GetCurrentDirectoryA(0, nullptr)));
     EXPECT_TRUE(gLogDirectory.EndsWith(name.c_str()));
@@ -169,7 +169,7 @@ TEST_F(Log, CurrentDirectoryThatIsGoneTakesNoLog)
     const std::filesystem::path gone = scratch.Path() / "gone";
     std::filesystem::create_directory(gone);
     std::filesystem::current_path(gone);
-    std::error_code inUse; // a host may keep the current directory from being removed
+    std::error_code inUse; // some hosts do not let the current directory be removed
     const bool removed = std::filesystem::remove(gone, inUse) && !std::filesystem::exists(gone);
     LogWrite("x");
     EXPECT_EQ(gLogEntries, removed ? 0 : 1);
@@ -221,7 +221,7 @@ TEST_F(Log, ASinkTakesEveryEntryInPlaceOfTheFile)
 {
     gTaken.clear();
     gLogSink = [](const char* entry) { gTaken.push_back(entry); };
-    gLogEntries = kMaxLogEntries; // of no account then
+    gLogEntries = kMaxLogEntries; // has no effect in this case
     LogWrite("Loading %s", "boat");
     LogWrite("%s", std::string(2000, 'x').c_str());
     gLogEntries = 0;

@@ -146,7 +146,7 @@ TEST(ParseNumber, ShortDecimalsAreTheQuotientOfExactNumbers)
 
 TEST(ParseNumber, AgreesWithTheCLibraryOnRandomTexts)
 {
-    // Made of the pieces that numbers are made of, so that most texts are nearly numbers.
+    // Made of the pieces of numbers, so that most texts are nearly numbers.
     static const char* const pieces[] = {"0",  "1",  "7",   "42", "999", "12345678", ".",   ".5",
                                          "e",  "E-", "e+2", "-",  "+",   "0x",       "p3",  "p-2",
                                          "aF", "in", "inf", " ",  ",",   "000",      "e30", "}"};
@@ -157,7 +157,7 @@ TEST(ParseNumber, AgreesWithTheCLibraryOnRandomTexts)
             text += pieces[random() % std::size(pieces)];
         char* end = nullptr;
         const double converted = std::strtod(text.c_str(), &end);
-        // If nothing was converted the C standard requires zero; one library gives -0 for "-+".
+        // If nothing was converted, the C standard requires zero; one library returns -0 for "-+".
         const double expected = end == text.c_str() ? 0.0 : converted;
         ASSERT_EQ(Bits(Parse(text)), Bits(expected)) << text;
     }

@@ -39,7 +39,7 @@ TEST_F(ReportObserverTest, SeesEachReportBesideTheLog)
     gReportObserver = nullptr;
     engine.Warning("unseen");
 
-    // Of a log's 1023 characters "Warning:Engine: " takes 16.
+    // "Warning:Engine: " takes 16 of a log entry's 1023 characters.
     EXPECT_EQ(observer.seen,
               (std::vector<std::string>{"W ErrorClassSimple thin ice: 3", "W Engine mist",
                                         "W Engine mist", "W Engine mist", "E ErrorClassSimple sunk",

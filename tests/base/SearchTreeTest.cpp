@@ -103,7 +103,7 @@ TEST_F(SearchTreeTest, DeeperTreesStoreShortNamesOnTheWay)
 
 TEST_F(SearchTreeTest, OneLevelStoresAllInTheRoot)
 {
-    tree.SetMaxLevel(0); // taken as 1
+    tree.SetMaxLevel(0); // treated as 1
     EXPECT_TRUE(Insert("\tany", 1));
     EXPECT_FALSE(Insert("\tANY", 2));
     EXPECT_EQ(Number("\tAny"), 1);
@@ -120,7 +120,7 @@ TEST_F(SearchTreeTest, NarrowRangesHoldNothingOutside)
 TEST_F(SearchTreeTest, QuirkFindLooksUnderTheLowerCaseLetterSecond)
 {
     // In a range of small letters the folded letter has no bucket: inserting is an error, and the
-    // search goes on to the bucket of the small letter, where nothing can be.
+    // search goes on to the bucket of the small letter, which must be empty.
     tree.SetCharRange('a', 26);
     EXPECT_EQ(RaisedBy([&] { tree.Insert("x"); }), "Character in name string out of range: 120");
     EXPECT_EQ(tree.Find("x"), nullptr);
@@ -155,7 +155,7 @@ TEST_F(SearchTreeTest, DestructionCountsAllNodesDown)
     {
         SearchTree<int> local;
         local.Insert("abc");
-        // The root, 96 children and the list of entries of one of them.
+        // The root, 96 children, and the list of entries of one of them.
         EXPECT_EQ(gErrorClassCount, before + 98);
     }
     EXPECT_EQ(gErrorClassCount, before);

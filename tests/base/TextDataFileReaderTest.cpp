@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Gives access to what only derived readers see.
+/// Gives access to what only derived readers can see.
 class OpenReader : public TextDataFileReader {
 public:
     using TextDataFileReader::atEnd;
@@ -94,7 +94,7 @@ TEST_P(TextDataFileReaderTest, SeekRelativeIsClampedToTheFile)
     EXPECT_EQ(reader.ReadChar(), 'a');
 }
 
-TEST_P(TextDataFileReaderTest, SkipToTakesTheByteItLooksFor)
+TEST_P(TextDataFileReaderTest, SkipToConsumesTheByteItSearchesFor)
 {
     Open("ab{c{");
     EXPECT_EQ(reader.SkipTo('{'), 0);
@@ -309,7 +309,7 @@ TEST_P(TextDataFileReaderTest, QuotedTextsKeepAllBytesUpToTheClosingQuote)
     EXPECT_EQ(LogText(), "");
 }
 
-TEST_P(TextDataFileReaderTest, WithoutAQuoteTheByteIsLostAndWarnedOfAndTheOldTextStays)
+TEST_P(TextDataFileReaderTest, MissingQuoteLosesTheByteWithAWarningAndKeepsTheOldText)
 {
     Open(" boat");
     TokenBuffer text = "old";
@@ -440,7 +440,7 @@ TEST_P(TextDataFileReaderTest, EveryTruncationEndsInTheFile)
         size_t joined = 0;
         for (const std::string& word : Words())
             joined += word.size();
-        size_t solid = 0; // all bytes but white space come back in words
+        size_t solid = 0; // all bytes except white space are returned in words
         for (const char c : whole.substr(0, length))
             solid += c == ' ' ? 0 : 1;
         EXPECT_EQ(joined, solid) << length;

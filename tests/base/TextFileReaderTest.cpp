@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Gives access to what only derived readers see.
+/// Gives access to what only derived readers can see.
 class OpenTextFileReader : public TextFileReader {
 public:
     using TextFileReader::fileSize;
@@ -192,7 +192,7 @@ TEST_F(TextFileReaderTest, FileNamesAreTruncatedTo255Bytes)
     reader.SetFileName(name.c_str());
     EXPECT_EQ(reader.GetFileName(), name.substr(0, 255));
     EXPECT_EQ(reader.ReadFile(), kTextFileCannotOpen);
-    // "Can not open file " has 18 bytes; the text is held to 255.
+    // "Can not open file " has 18 bytes; the text is limited to 255.
     EXPECT_EQ(reader.GetLastError(), "Can not open file " + name.substr(0, 237));
 }
 

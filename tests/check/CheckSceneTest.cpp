@@ -21,7 +21,7 @@ KRE_RotKeyData UnitRotKey(float time)
     return key;
 }
 
-/// Meshes 0 to 3: "Hull" of two materials, its clone, "Skin" with one bone, and the transparent
+/// Meshes 0 to 3: "Hull" with two materials, its clone, "Skin" with one bone, and the transparent
 /// "Glass"; the object "Arm" with keys, the camera "Eye" that looks at it, the light "Sun" on it.
 void MakeSoundScene(KRE_3dScene& scene)
 {
@@ -60,7 +60,7 @@ KRE_Mesh& MeshOf(KRE_3dScene& scene, const char* name)
     return *scene.FindMesh(name, 0);
 }
 
-/// A mesh's buffers, locked for writing while this lives. The faces are sorted afterwards.
+/// A mesh's buffers, locked for writing during its lifetime. The faces are sorted afterwards.
 class Opened {
 public:
     explicit Opened(KRE_Mesh& meshIn) : mesh(meshIn) { mesh.LockAll(0); }
@@ -80,11 +80,11 @@ private:
 class CheckSceneTest : public SceneEngineTest {
 protected:
     struct Damage {
-        const char* expected; ///< in the text of the faults
+        const char* expected; ///< part of the faults' text
         std::function<void(KRE_3dScene&)> make;
     };
 
-    /// Each damage, done to a scene of its own, is found.
+    /// Applies each damage to a scene of its own and expects it to be found.
     static void ExpectFound(const std::vector<Damage>& damages)
     {
         for (const Damage& damage : damages) {
@@ -97,7 +97,7 @@ protected:
     }
 };
 
-KRE_3dObject gOutside; ///< an object that is of no scene
+KRE_3dObject gOutside; ///< an object that belongs to no scene
 
 } // namespace
 
@@ -302,7 +302,7 @@ TEST_F(CheckSceneTest, FindsAPictureUnderAWrongId)
     texture.slotTextures[0] = picture;
 }
 
-TEST_F(CheckSceneTest, FindsASelectedSlotThatIsNotThere)
+TEST_F(CheckSceneTest, FindsASelectedSlotThatDoesNotExist)
 {
     KRE_3dScene scene;
     MakeSoundScene(scene);
@@ -312,7 +312,7 @@ TEST_F(CheckSceneTest, FindsASelectedSlotThatIsNotThere)
         EXPECT_THAT(CheckScene(scene), testing::HasSubstr("Hull: texture slot " +
                                                           std::to_string(wrong) + " is selected"));
     }
-    slot = 0; // a texture goes by it when it lets go of its pictures
+    slot = 0; // a texture uses it when it releases its pictures
 }
 
 TEST_F(CheckSceneTest, FindsObjectsThatAreTheirOwnAncestors)
@@ -326,7 +326,7 @@ TEST_F(CheckSceneTest, FindsObjectsThatAreTheirOwnAncestors)
         ring[i]->parent = ring[(i + 1) % 3];
         ring[i]->parentName = ring[i]->parent->name;
     }
-    scene.objects.Get(0)->parent = ring[1]; // hangs on the ring and is no part of it
+    scene.objects.Get(0)->parent = ring[1]; // below the ring but not part of it
     scene.objects.Get(0)->parentName = "B";
     EXPECT_EQ(CheckScene(scene), "B: an ancestor is the object itself\n");
 }
@@ -339,7 +339,7 @@ TEST_F(CheckSceneTest, ACloneMayHaveFewerMaterialsThanTheGeometryHasAttributes)
     EXPECT_EQ(CheckScene(scene), "");
 }
 
-TEST_F(CheckSceneTest, OfVeryManyFaultsTheRestIsCounted)
+TEST_F(CheckSceneTest, FaultsBeyondTheLimitAreOnlyCounted)
 {
     SceneFaults faults;
     for (int i = 0; i < 300; ++i)

@@ -46,7 +46,7 @@ TEST(Arguments, ToleranceAndAll)
     EXPECT_TRUE(ReadArguments({"--all", "a"}).all);
 }
 
-TEST(Arguments, WhatIsWrongIsTold)
+TEST(Arguments, ErrorsAreReported)
 {
     static const char kOnce[] = "'--tolerance' and '--exact' are given only once, and not together";
     static const char kNumber[] = "option '--tolerance' needs a number from 0 on";

@@ -17,7 +17,7 @@ protected:
 
 } // namespace
 
-TEST_F(EffectsTest, AnEffectThatIsNotThereIsToldForEachMaterial)
+TEST_F(EffectsTest, AMissingEffectIsReportedForEachMaterial)
 {
     QsbFile file = InfoBoat();
     file.scene.meshes.push_back(InfoTriangle("Mast"));
@@ -33,9 +33,9 @@ TEST_F(EffectsTest, ASceneWithoutEffectsSaysSo)
     EXPECT_EQ(Effects(InfoBoat()), "scene.qsb\n  no material names an effect\n");
 }
 
-TEST_F(EffectsTest, AnEffectThatEndsAConversionIsToldWithItsError)
+TEST_F(EffectsTest, AnEffectThatEndsAConversionIsReportedWithItsError)
 {
-    directory.Write("glow.fx", "Colour = 1;\n"); // no text of the language on either host
+    directory.Write("glow.fx", "Colour = 1;\n"); // not a valid effect text on either host
     QsbFile file = InfoBoat();
     file.scene.meshes[0].materials[0].effect = "glow.fx";
     const std::string start = "scene.qsb\n  Hull materials[0]: glow.fx: ends a conversion: Could "

@@ -33,8 +33,8 @@ inline QsbObject InfoHelper(const std::string& name, const std::string& parent =
     return object;
 }
 
-/// A scene of each kind of object: the mesh "Hull" under the helper "Keel", the camera "Eye" that looks
-/// at the bone "Arm", the light "Sun".
+/// A scene with each kind of object: the mesh "Hull" below the helper "Keel", the camera "Eye" that
+/// looks at the bone "Arm", and the light "Sun".
 inline QsbFile InfoBoat()
 {
     QsbFile file;
@@ -52,12 +52,12 @@ inline QsbFile InfoBoat()
     return file;
 }
 
-/// Loads files from bytes, with an engine and a directory of its own.
+/// Loads files from bytes, with its own engine and directory.
 class InfoTest : public SceneEngineTest {
 protected:
     ~InfoTest() override
     {
-        // Nothing but what a test wrote itself may be in its directory.
+        // Its directory may only contain what a test wrote itself.
         EXPECT_FALSE(directory.Has("logfile.txt"));
     }
 
@@ -72,7 +72,7 @@ protected:
     {
         LoadBytes(loaded, MakeQsb(file).bytes, name);
     }
-    /// What `print(loaded, output)` prints of a file.
+    /// The output of `print(loaded, output)` for a file.
     template <class Print>
     std::string Printed(const QsbFile& file, Print print)
     {

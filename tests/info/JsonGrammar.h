@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// Whether a text is one JSON value by the grammar of RFC 8259, in UTF-8, and nothing else. Written for
-/// the tests alone, so that what prints JSON is held against a second reading of the rules.
+/// Whether a text is exactly one JSON value by the grammar of RFC 8259, in UTF-8. Written for the
+/// tests only, so that the JSON output is checked against an independent reading of the rules.
 class JsonGrammar {
 public:
     static bool IsValid(std::string_view text)

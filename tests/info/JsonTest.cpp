@@ -9,7 +9,7 @@
 
 using testing::HasSubstr;
 
-TEST(JsonGrammar, TellsValidFromInvalid)
+TEST(JsonGrammar, DistinguishesValidFromInvalid)
 {
     for (const char* good :
          {"{}", " [ ] ", "[1, -0.5e+10, null]", "{\"a\": [true]}", "\"\\u00e4\""})
@@ -41,7 +41,7 @@ TEST(JsonDocument, NestsObjectsAndLists)
                              "}\n");
 }
 
-TEST(JsonDocument, NumbersThatJsonCannotSayAreNull)
+TEST(JsonDocument, NumbersThatJsonCannotRepresentAreNull)
 {
     FieldList fields;
     fields.Real("radius", NAN);
@@ -109,7 +109,7 @@ protected:
 
 } // namespace
 
-TEST_F(JsonTest, DocumentTellsWhatTheFileHolds)
+TEST_F(JsonTest, DocumentHasTheContentsOfTheFile)
 {
     QsbFile file = InfoBoat();
     file.scene.meshes[0].materials[0].power = 8;

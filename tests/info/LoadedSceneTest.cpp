@@ -17,7 +17,7 @@ const char kText[] =
     "*3DSMAX_QSAEXPORT 211\n*SCENE {\n\t*SCENE_FIRSTFRAME 10\n\t*SCENE_LASTFRAME 40\n"
     "\t*SCENE_FRAMESPEED 25\n}\n*HELPEROBJECT {\n\t*NODE_NAME \"Mast\"\n}\n";
 
-/// A triangle whose one material names textures.
+/// A triangle whose only material names textures.
 QsbFile TexturedFile(const std::vector<std::string>& names)
 {
     QsbFile file = InfoBoat();
@@ -49,7 +49,7 @@ TEST(WarningList, CountsRepeatsOfATextOnce)
     EXPECT_EQ(list.LeftOut(), 0);
 }
 
-TEST(WarningList, OfVeryManyOnlyTheNumberIsKept)
+TEST(WarningList, BeyondTheLimitOnlyTheNumberIsKept)
 {
     WarningList list;
     for (int i = 0; i < 1500; ++i)
@@ -60,7 +60,7 @@ TEST(WarningList, OfVeryManyOnlyTheNumberIsKept)
     EXPECT_EQ(list.LeftOut(), 500);
 }
 
-TEST_F(LoadedSceneTest, QsbAndQsaAreToldApartByTheirBytes)
+TEST_F(LoadedSceneTest, QsbAndQsaAreDistinguishedByTheirBytes)
 {
     LoadedScene qsb;
     Load(qsb, InfoBoat(), "boat.txt");
@@ -74,10 +74,10 @@ TEST_F(LoadedSceneTest, QsbAndQsaAreToldApartByTheirBytes)
     EXPECT_FALSE(qsa.IsQsb());
     EXPECT_EQ(qsa.scene.objects.Count(), 1);
     EXPECT_EQ(qsa.header.firstFrame, 10.0f);
-    EXPECT_DOUBLE_EQ(qsa.Seconds(), 1.2); // 30 frames at 25 a second
+    EXPECT_DOUBLE_EQ(qsa.Seconds(), 1.2); // 30 frames at 25 per second
 }
 
-TEST_F(LoadedSceneTest, OldVersionsAreTold)
+TEST_F(LoadedSceneTest, OldVersionsAreReported)
 {
     QsbFile file = InfoBoat();
     file.version = 103;
@@ -151,7 +151,7 @@ TEST_F(LoadedSceneTest, WarningsAreTakenAndNoLogIsWritten)
     ASSERT_EQ(loaded.warnings.Kept().size(), 1u);
     EXPECT_THAT(loaded.warnings.Kept()[0].text, HasSubstr("Parent object 'Nobody' not found"));
 
-    LoadedScene again; // the same text once more is no repeat of the first file's
+    LoadedScene again; // in a second load the same text is not a repeat
     Load(again, file);
     EXPECT_EQ(again.warnings.Count(), 1);
 }
@@ -198,14 +198,14 @@ TEST_F(LoadedSceneTest, TexturesOfAnotherMachineAreFoundBesideTheScene)
                                               "taken from beside the scene: 'stone.png'");
 }
 
-TEST_F(LoadedSceneTest, PicturesOfOneNameInTwoDirectoriesAreTwo)
+TEST_F(LoadedSceneTest, PicturesOfTheSameNameInTwoDirectoriesAreDifferent)
 {
     fs::create_directory("a");
     fs::create_directory("b");
     const std::string source = SourcePath("examples/");
     fs::copy_file(source + "stone.png", "a/map.png");
     fs::copy_file(source + "crate.png", "b/map.png");
-    // Of one size in bytes: only then does the engine take them for one.
+    // Equal sizes in bytes: otherwise the engine would not take them for the same.
     const auto size = std::max(fs::file_size("a/map.png"), fs::file_size("b/map.png"));
     fs::resize_file("a/map.png", size);
     fs::resize_file("b/map.png", size);

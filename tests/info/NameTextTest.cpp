@@ -7,7 +7,7 @@
 
 using std::string_literals::operator""s;
 
-TEST(NameText, BytesThatAreNoUtf8AreReadAsCodePage1252)
+TEST(NameText, InvalidUtf8IsReadAsCodePage1252)
 {
     static const struct {
         const char* what;

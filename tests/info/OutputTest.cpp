@@ -41,7 +41,7 @@ TEST(Output, WritesEverythingToItsStreamInPieces)
     EXPECT_EQ(std::ftell(stream.get()), 100003);
 }
 
-TEST(Output, TellsThatAWriteFailed)
+TEST(Output, ReportsAFailedWrite)
 {
     const Stream stream(std::tmpfile());
     ASSERT_TRUE(stream);

@@ -26,7 +26,7 @@ ProgramRun Info(const std::vector<std::string>& arguments)
     return RunProgramFile(InfoProgramPath(), arguments);
 }
 
-/// Names and sizes of all files below the current directory.
+/// Names and sizes of all files in and below the current directory.
 std::vector<std::string> Listing()
 {
     std::vector<std::string> names;
@@ -44,7 +44,7 @@ void CopyExamples()
     for (const auto& entry : fs::recursive_directory_iterator(source)) {
         const fs::path name = entry.path().lexically_relative(source);
         const bool isLeft = name.extension() == ".qsb" || name.filename() == "logfile.txt";
-        if (!entry.is_regular_file() || isLeft) // left by somebody who tried the examples
+        if (!entry.is_regular_file() || isLeft) // left by someone who tried the examples
             continue;
         if (name.has_parent_path())
             fs::create_directories(name.parent_path());
@@ -111,11 +111,11 @@ TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
-TEST_F(InfoProgram, CheckTellsSoundFromDamaged)
+TEST_F(InfoProgram, CheckDistinguishesSoundFromDamaged)
 {
     scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
     QsbFile file = InfoBoat();
-    file.scene.meshes[0].clip.mode = 1; // a sphere of radius 0, which leaves out two vertices
+    file.scene.meshes[0].clip.mode = 1; // a sphere of radius 0, which excludes two vertices
     scratch.Write("bad.qsb", MakeQsb(file).bytes);
     const ProgramRun good = Info({"--check", "good.qsb"});
     EXPECT_EQ(good.status, 0);
@@ -169,8 +169,8 @@ TEST_F(InfoProgram, ASceneDiffersFromItsConversionByRoundingAndWhatTheConverterA
 {
     CopyExamples();
     ASSERT_EQ(RunProgram({"lights.qsa"}).status, 1);
-    // Normals are cut to multiples of 1 / 32767, so they lose less than that; the converter draws
-    // through a mirrored view.
+    // Normals are truncated to multiples of 1 / 32767, so they lose less than that; the converter
+    // draws through a mirrored view.
     const ProgramRun run = Info({"diff", "lights.qsa", "lights.qsb"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "settings/mirrorView: 0 | 1\n");

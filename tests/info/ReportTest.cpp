@@ -28,7 +28,7 @@ protected:
 
 } // namespace
 
-TEST_F(ReportTest, TellsWhatThereIs)
+TEST_F(ReportTest, ListsTheContents)
 {
     QsbFile file = InfoBoat();
     file.frameSpeed = 25;
@@ -72,7 +72,7 @@ TEST_F(ReportTest, TexturesAreFoundOrMissing)
     EXPECT_THAT(report, HasSubstr("Can not open texture: gone.png\n"));
 }
 
-TEST_F(ReportTest, MaterialsTellWhatIsSpecial)
+TEST_F(ReportTest, MaterialsShowTheirSpecialSettings)
 {
     QsbFile file = InfoBoat();
     QsbMaterial& material = file.scene.meshes[0].materials[0];
@@ -82,14 +82,14 @@ TEST_F(ReportTest, MaterialsTellWhatIsSpecial)
     material.transparent = 1;
     material.twoSided = 1;
     material.effect = "waves.fx";
-    material.opacityTrack.keys = {{0, 0.25f, 0, 0}}; // what the load sets the transparency to
+    material.opacityTrack.keys = {{0, 0.25f, 0, 0}}; // the load sets the transparency to this
     const std::string report = Report(file);
     EXPECT_THAT(report, HasSubstr("1x   #FF8000, transparent 25%, two-sided, animated, effect "
                                   "waves.fx\n"));
     EXPECT_THAT(report, HasSubstr("  Effects     1, 1 MISSING\n"));
 }
 
-TEST_F(ReportTest, LongListsAreCutUnlessAllIsAskedFor)
+TEST_F(ReportTest, LongListsAreCutUnlessAllIsRequested)
 {
     QsbFile file = InfoBoat();
     file.scene.meshes.clear();
@@ -115,7 +115,7 @@ TEST_F(ReportTest, NamesWithControlBytesStayInTheirLine)
     EXPECT_THAT(Report(file), HasSubstr("  Sound       a\\x0Ab\\x1B[2J\n"));
 }
 
-TEST_F(ReportTest, NumbersThatAreNoneAreShownAsSuch)
+TEST_F(ReportTest, NansAndInfinitiesAreShownAsSuch)
 {
     QsbFile file = InfoBoat();
     file.frameSpeed = NAN;
@@ -125,7 +125,7 @@ TEST_F(ReportTest, NumbersThatAreNoneAreShownAsSuch)
     EXPECT_THAT(report, HasSubstr("radius inf"));
 }
 
-TEST_F(ReportTest, FilesThatAreNoScenesSayThatTheyDoNotLookLikeOne)
+TEST_F(ReportTest, FilesThatDoNotLookLikeScenesSaySo)
 {
     LoadedScene readme;
     LoadBytes(readme, "Convert one with a click.\n", "readme.txt"); // 26 bytes
@@ -169,7 +169,7 @@ protected:
 
 } // namespace
 
-TEST_F(TreeTest, ChildrenStandUnderTheirParents)
+TEST_F(TreeTest, ChildrenAreListedUnderTheirParents)
 {
     QsbFile file = InfoBoat();
     file.scene.lights[0].target.object.parentName = "Arm";
@@ -183,7 +183,7 @@ TEST_F(TreeTest, ChildrenStandUnderTheirParents)
                           "  Eye  camera, looks at \"Arm\"\n");
 }
 
-TEST_F(TreeTest, CirclesArePrintedOnceAndTold)
+TEST_F(TreeTest, CyclesArePrintedOnceAndReported)
 {
     QsbFile file;
     file.scene.objects = {InfoHelper("A", "C"),    InfoHelper("B", "A"),       InfoHelper("C", "B"),
@@ -198,7 +198,7 @@ TEST_F(TreeTest, CirclesArePrintedOnceAndTold)
                     "  Self  helper (its parents lead in a circle)\n");
 }
 
-TEST_F(TreeTest, WhatHangsOnACircleStandsUnderIt)
+TEST_F(TreeTest, ObjectsBelowACycleAreListedUnderIt)
 {
     QsbFile file;
     file.scene.objects = {InfoHelper("Leaf", "Loop"), InfoHelper("Loop", "Loop")};
@@ -207,7 +207,7 @@ TEST_F(TreeTest, WhatHangsOnACircleStandsUnderIt)
                           "    Leaf  helper\n");
 }
 
-TEST_F(TreeTest, AParentThatIsNotThereIsTold)
+TEST_F(TreeTest, AMissingParentIsReported)
 {
     QsbFile file;
     file.scene.objects = {InfoHelper("A", "Nobody")};
@@ -254,7 +254,7 @@ TEST_F(CheckTest, SoundSceneSaysSo)
     EXPECT_EQ(Check(InfoBoat(), true), "scene.qsb: sound\n");
 }
 
-TEST_F(CheckTest, FaultsAreToldAndCounted)
+TEST_F(CheckTest, FaultsAreReportedAndCounted)
 {
     QsbFile file = InfoBoat();
     file.scene.meshes[0].clip = {3, 0.5f, {0, 0, 0}, {0, 0, 0}, {0.5f, 1, 0}};
@@ -265,7 +265,7 @@ TEST_F(CheckTest, FaultsAreToldAndCounted)
                                   "scene.qsb: 3 faults\n");
 }
 
-TEST_F(CheckTest, CircleOfParentsIsAFault)
+TEST_F(CheckTest, CycleOfParentsIsAFault)
 {
     QsbFile file;
     file.scene.objects = {InfoHelper("A", "B"), InfoHelper("B", "A")};
@@ -273,7 +273,7 @@ TEST_F(CheckTest, CircleOfParentsIsAFault)
                                   "scene.qsb: 1 fault\n");
 }
 
-TEST_F(CheckTest, OfVeryManyFaultsTheRestIsCounted)
+TEST_F(CheckTest, FaultsBeyondTheLimitAreOnlyCounted)
 {
     QsbFile file;
     for (int i = 0; i < 250; ++i) {
@@ -285,7 +285,7 @@ TEST_F(CheckTest, OfVeryManyFaultsTheRestIsCounted)
                                              "scene.qsb: 250 faults\n"));
 }
 
-TEST_F(CheckTest, WarningsAreToldAndAreNoFaults)
+TEST_F(CheckTest, WarningsAreReportedButAreNotFaults)
 {
     QsbFile file = InfoBoat();
     file.scene.meshes[0].textures[0].slots[0].file = "gone.png";

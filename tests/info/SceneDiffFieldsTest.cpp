@@ -1,4 +1,4 @@
-// Each stored field is changed in turn, and nothing but that field, and what follows from it, is told.
+// Each stored field is changed in turn; only that field and what follows from it must be reported.
 
 #include "info/SceneDiff.h"
 
@@ -9,7 +9,7 @@
 namespace {
 
 struct FieldCase {
-    const char* expected; ///< all of the text
+    const char* expected; ///< the complete text
     std::function<void(QsbFile&)> change;
 };
 
@@ -408,7 +408,7 @@ TEST_F(SceneDiffFields, CamerasObjectsAndLightsAreCompared)
     });
 }
 
-// A load puts it to 0, so that no file can tell it.
+// A load sets it to 0, so files cannot differ in it.
 TEST_F(SceneDiffFields, SettingThatALoadChangesIsComparedAsItIs)
 {
     LoadedScene first;

@@ -25,7 +25,7 @@ TEST_F(SceneDiffTest, ObjectsArePairedByNameAndNotByPlace)
     EXPECT_EQ(count, 2);
 }
 
-TEST_F(SceneDiffTest, ObjectsOfOneNameArePairedInTheirOrder)
+TEST_F(SceneDiffTest, ObjectsOfTheSameNameArePairedInOrder)
 {
     QsbFile first;
     first.scene.objects = {InfoHelper("A"), InfoHelper("A"), InfoHelper("A")};
@@ -36,7 +36,7 @@ TEST_F(SceneDiffTest, ObjectsOfOneNameArePairedInTheirOrder)
     EXPECT_EQ(Diff(second, first), "objects/A#2/loop: 1 | 0\nobjects/A#3: - | present\n");
 }
 
-TEST_F(SceneDiffTest, AnotherOrderOfTheSameObjectsIsADifference)
+TEST_F(SceneDiffTest, ADifferentOrderOfTheSameObjectsIsADifference)
 {
     QsbFile first;
     first.scene.objects = {InfoHelper("A"), InfoHelper("B"), InfoHelper("C")};
@@ -59,8 +59,8 @@ TEST_F(SceneDiffTest, ToleranceIsAbsoluteAndForFloatsOnly)
                                                "meshes/Skin/userTag: -1 | 0\n");
 }
 
-/// Files hold normals in steps of 1 / 32767 and weights in steps of 1 / 65535.
-TEST_F(SceneDiffTest, WhatTheFormatRoundsToOneNumberIsTheSameUnlessExactIsAskedFor)
+/// Files store normals in steps of 1 / 32767 and weights in steps of 1 / 65535.
+TEST_F(SceneDiffTest, NumbersThatTheFormatRoundsTheSameAreEqualUnlessExact)
 {
     const QsbFile first = FullBoat();
     QsbFile second = FullBoat();
@@ -87,7 +87,7 @@ TEST_F(SceneDiffTest, PositionsAreNotRounded)
     EXPECT_NE(Diff(first, second), "");
 }
 
-TEST_F(SceneDiffTest, NumbersThatAreNoneEqualEachOther)
+TEST_F(SceneDiffTest, NansAndEqualInfinitiesAreEqual)
 {
     QsbFile first;
     QsbFile second;
@@ -100,7 +100,7 @@ TEST_F(SceneDiffTest, NumbersThatAreNoneEqualEachOther)
                                                   "scene/center.x: inf | -inf\n");
 }
 
-TEST_F(SceneDiffTest, LongArraysAreCutUnlessAllIsAskedFor)
+TEST_F(SceneDiffTest, LongArraysAreCutUnlessAllIsRequested)
 {
     QsbFile first = InfoBoat();
     QsbMesh& mesh = first.scene.meshes[0];

@@ -8,7 +8,7 @@
 
 class SceneDiffTest : public InfoTest {
 protected:
-    /// What differs between two files.
+    /// The differences between two files.
     std::string Diff(const QsbFile& first, const QsbFile& second, const DiffOptions& options = {})
     {
         LoadedScene a;
@@ -39,12 +39,12 @@ inline void FillHull(QsbMesh& hull)
     hull.materials[0].values[2].hasFloat = true;
     hull.materials[0].values[3].hasVector = true;
     hull.textures[0].slots[1].tracks[4].keys = {std::vector<float>(4)};
-    hull.textures[0].slots[3].type = 2; // pictures of bump maps are not looked for
+    hull.textures[0].slots[3].type = 2; // pictures of bump maps are not searched for
     hull.textures[0].slots[3].file = "ripple.bmp";
 }
 
-/// A boat with something of everything: "Hull", "Skin" with bones, "Buoy", a clone of "Hull", and
-/// "Spare" of two materials.
+/// A boat with some of everything: "Hull", "Skin" with bones, "Buoy", which is a clone of "Hull",
+/// and "Spare" with two materials.
 inline QsbFile FullBoat()
 {
     QsbFile file = InfoBoat();

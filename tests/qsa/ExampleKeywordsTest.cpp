@@ -31,7 +31,7 @@ bool IsWordByte(char byte)
     return byte == '_' || (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z');
 }
 
-/// The keywords that stand behind an asterisk in `text`, in capital letters, each once.
+/// The keywords that follow an asterisk in `text`, in capital letters, each once.
 Words KeywordsIn(const std::string& text)
 {
     Words found;
@@ -45,8 +45,8 @@ Words KeywordsIn(const std::string& text)
     return found;
 }
 
-// Only words of the table are collected and each but once, so that nothing is missing when there
-// are as many of them as the table has.
+// Only words of the table are collected, each once, so nothing is missing if there are as many of
+// them as in the table.
 testing::Matcher<Words> HasEveryKeyword()
 {
     return testing::SizeIs(static_cast<size_t>(kKeywordNumber));

@@ -1,6 +1,6 @@
-// The scenes of examples/ through the loader: as they are, cut off, and with changed bytes.
-// A full run takes hours, so the tests take a sample; QSA_EVERY_TRUNCATION=1 in the environment has
-// them try every length of every example.
+// The scenes of examples/ through the loader: unchanged, truncated, and with changed bytes. A full
+// run takes hours, so the tests take a sample; with QSA_EVERY_TRUNCATION=1 in the environment they
+// try every length of every example.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -17,10 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Lengths of each example in an ordinary run: spread over all of it with a random distance, so that
-/// they fall on any byte of a line.
+/// Lengths of each example in an ordinary run: spread over the whole text at random distances, so
+/// they hit any byte of a line.
 constexpr size_t kSampledLengths = 60;
-constexpr int kChangedTexts = 25; ///< of each example
+constexpr int kChangedTexts = 25; ///< per example
 
 fs::path ExampleDirectory()
 {
@@ -46,7 +46,8 @@ std::string ReadText(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// The lengths to which a text is cut, longest first, so that one file can be cut again and again.
+/// The lengths to which a text is truncated, longest first, so that one file can be truncated
+/// repeatedly.
 std::vector<size_t> CutLengths(size_t size)
 {
     const char* wish = std::getenv("QSA_EVERY_TRUNCATION");
@@ -59,10 +60,10 @@ std::vector<size_t> CutLengths(size_t size)
     return lengths;
 }
 
-/// The errors that a text may end in that is good up to its end: a block without its brace, a list
-/// whose last index is cut, a mesh whose lists are longer than the rest of the file or whose faces
-/// all miss, a clone ahead of a source that is not there any more, a key ahead of the first one whose
-/// time lost its last digits.
+/// The errors that a valid text may end in when truncated: a block without its brace, a list whose
+/// last index is cut, a mesh whose lists are longer than the rest of the file or whose faces are
+/// all missing, a clone whose source is cut off, a key before the first one because its time lost
+/// its last digits.
 bool IsErrorOfACutText(const std::string& error)
 {
     static const std::regex kStated(
@@ -100,7 +101,7 @@ TEST_F(ExampleScenesTest, EveryExampleIsASoundSceneUnderAllOptions)
     }
 }
 
-TEST_F(ExampleScenesTest, TruncationsLoadOrEndInAStatedError)
+TEST_F(ExampleScenesTest, TruncationsLoadOrEndInADocumentedError)
 {
     for (const fs::path& path : ExampleScenes()) {
         const std::string text = ReadText(path);
@@ -130,7 +131,7 @@ TEST_F(ExampleScenesTest, ChangedBytesLoadOrEndInAnError)
     std::mt19937 random(11);
     for (const fs::path& path : ExampleScenes()) {
         const std::string text = ReadText(path);
-        // Of a large scene the beginning will do; its end is more of the same.
+        // The beginning of a large scene is enough; its end is more of the same.
         const std::string part = text.substr(0, 40000);
         for (int round = 0; round < kChangedTexts; ++round) {
             std::string changed = part;

@@ -9,7 +9,7 @@ using QSALoaderLinkTest = QSALoaderTest;
 
 } // namespace
 
-TEST_F(QSALoaderLinkTest, ParentThatIsNotThereWarns)
+TEST_F(QSALoaderLinkTest, MissingParentWarns)
 {
     Load(Helper("*NODE_NAME \"a\" *NODE_PARENT \"none\"") +
          Helper("*NODE_NAME \"b\" *NODE_PARENT \"a\""));
@@ -55,22 +55,22 @@ TEST_F(QSALoaderLinkTest, RingOfClonesIsAnError)
     EXPECT_EQ(LoadError(Clone("a", "a")), "scene.qsa: Clone Mesh 'a' not found");
 }
 
-TEST_F(QSALoaderLinkTest, SourceThatIsNotThereIsAnErrorThatNamesTheClone)
+TEST_F(QSALoaderLinkTest, MissingSourceIsAnErrorThatNamesTheClone)
 {
     EXPECT_EQ(LoadError(Clone("copy", "none")),
               "scene.qsa: Internal error: no mesh info for mesh 'copy'");
-    // Records are found in any case, meshes are not.
+    // Records are found regardless of case, meshes are not.
     EXPECT_EQ(LoadError(Cube({"1"}).Text() + Clone("copy", "CUBE")),
               "scene.qsa: Clone Mesh 'CUBE' not found");
 }
 
-TEST_F(QSALoaderLinkTest, MeshBlockBehindACloneKeywordIsSkipped)
+TEST_F(QSALoaderLinkTest, MeshBlockAfterACloneKeywordIsSkipped)
 {
     Load(Cube({"1"}).Text() + Clone("copy", "Cube", Triangle().MeshBlock()));
     EXPECT_EQ(Mesh(1).faceCount, 12);
 }
 
-TEST_F(QSALoaderLinkTest, CloneOfNoNameIsAMeshOfItsOwn)
+TEST_F(QSALoaderLinkTest, CloneOfAnUnnamedSourceIsAMeshOfItsOwn)
 {
     Load("*GEOMOBJECT { *NODE_NAME \"m\" " + Triangle().MeshBlock() + " *CLONE \"\" }");
     EXPECT_EQ(Mesh(0).faceCount, 1);
@@ -93,7 +93,7 @@ TEST_F(QSALoaderLinkTest, CloneTakesItsOwnSubmaterials)
                       "*NUMSUBMTLS 2 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 0 1 1 } "
                       "*SUBMATERIAL 1 { *MATERIAL_DIFFUSE 1 1 0 }"});
     const std::string source = Named(mesh, "m", "*MATERIAL_REF 0");
-    // Clones without submaterials have one material, however many the source has.
+    // Clones without submaterials have one material, no matter how many the source has.
     directory.Write("scene.qsa", list + source + Clone("one", "m", "*MATERIAL_REF 1") +
                                      Clone("plain", "m", "*MATERIAL_REF 2") +
                                      Clone("two", "m", "*MATERIAL_REF 3") + Clone("none", "m"));
@@ -146,7 +146,7 @@ TEST_F(QSALoaderLinkTest, CloneCopiesBoneRecordsAndPointers)
     EXPECT_EQ(Mesh(1).boneObjects[0], &Mesh(0)); // as it stands in the source
 }
 
-TEST_F(QSALoaderLinkTest, TwoMeshesOfOneNameAreBothBuilt)
+TEST_F(QSALoaderLinkTest, TwoMeshesOfTheSameNameAreBothBuilt)
 {
     Load(Named(Cube({"1"}), "m") + Named(Triangle(), "m") + Clone("copy", "m") +
          Helper("*NODE_NAME \"h\" *NODE_PARENT \"m\""));
@@ -170,7 +170,7 @@ TEST_F(QSALoaderLinkTest, WithoutABoundsObjectTheSceneIsMeasured)
          Named(Cube({"1"}), "c",
                "*TM_ANIMATION { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 4800 5 0 0 "
                "*CONTROL_POS_SAMPLE 9600 7 0 0 } }"));
-    // The keys are seconds 0 and 1 behind the first frame; the scene is set to 30 / 30 seconds.
+    // The keys are at seconds 0 and 1 after the first frame; the scene is set to 30 / 30 seconds.
     ExpectVec3(scene.boxMin, 7, 0, 0);
     ExpectVec3(scene.boxMax, 8, 1, 1);
     EXPECT_EQ(scene.clipMode, 0);

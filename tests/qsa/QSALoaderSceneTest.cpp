@@ -13,7 +13,7 @@ using QSALoaderSceneTest = QSALoaderTest;
 
 TEST_F(QSALoaderSceneTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
 {
-    // 0.5 * 255 is 127.5, of which 127 (0x7F) stays; 0.999 * 255 is 254.7.
+    // 0.5 * 255 is 127.5, truncated to 127 (0x7F); 0.999 * 255 is 254.7.
     Load(Scene("*SCENE_BACKGROUND_STATIC 0.5 1 0.999 *SCENE_AMBIENT_STATIC 0,0.25,0.5"));
     EXPECT_EQ(scene.backgroundColor, 0xFF7FFFFEu);
     EXPECT_EQ(scene.ambientColor, 0xFF003F7Fu); // 63.75 and 127.5
@@ -21,7 +21,8 @@ TEST_F(QSALoaderSceneTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
 
 TEST_F(QSALoaderSceneTest, QuirkColoursOutsideTheirRangeWrap)
 {
-    // 2 * 255 = 510 = 0x1FE; -1 * 255 = -255 = ...FF01; more than an int holds gives its end.
+    // 2 * 255 = 510 = 0x1FE; -1 * 255 = -255 = ...FF01; values beyond an int are clamped to its
+    // range.
     Load(Scene("*SCENE_BACKGROUND_STATIC 2 -1 1e30"));
     EXPECT_EQ(scene.backgroundColor, 0xFFFE01FFu);
     Load(Scene("*SCENE_BACKGROUND_STATIC nan inf -inf"));
@@ -128,13 +129,13 @@ TEST_F(QSALoaderSceneTest, EachEnvironmentBlockLooksForItsLastName)
     EXPECT_EQ(Warnings("Can not open environment texture file third.bmp"), 1);
 }
 
-TEST_F(QSALoaderSceneTest, EmptyEnvironmentNameIsLookedForAndNotFound)
+TEST_F(QSALoaderSceneTest, EmptyEnvironmentNameIsSearchedForAndNotFound)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"\" }"));
     EXPECT_EQ(Warnings("Can not open environment texture file "), 1);
 }
 
-TEST_F(QSALoaderSceneTest, EnvironmentIsNotLookedForWithoutTextures)
+TEST_F(QSALoaderSceneTest, EnvironmentIsNotSearchedForWithoutTextures)
 {
     Load(Scene("*SCENE_ENVMAP { *BITMAP \"none.bmp\" }"), kLoadNoTextures);
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());

@@ -15,7 +15,7 @@ std::string Named(const std::string& name)
 
 } // namespace
 
-TEST_F(QSALoaderTest, StrayClosingBraceAtTheTopIsPassedOver)
+TEST_F(QSALoaderTest, StrayClosingBraceAtTheTopIsSkipped)
 {
     Load("} } " + Named("a") + "}" + Named("b"));
     ASSERT_EQ(scene.objects.Count(), 2);
@@ -45,7 +45,7 @@ TEST_F(QSALoaderTest, EmptyFileIsAnEmptyScene)
 
 TEST_F(QSALoaderTest, FileWithoutItsFirstKeywordIsOfVersionOne)
 {
-    // A mesh of major version 1 loses its pivot.
+    // A mesh of major version 1 has its pivot reset.
     MeshText mesh = Triangle();
     mesh.more = "*PIVOT_TM { *TM_ROW0 2 0 0 *TM_ROW1 0 2 0 *TM_ROW2 0 0 2 }";
     Load(mesh.Text());
@@ -61,7 +61,7 @@ TEST_F(QSALoaderTest, KeywordsInSmallLettersAreTheSame)
     EXPECT_STREQ(Object(0).name.c_str(), "Small");
 }
 
-TEST_F(QSALoaderTest, TextBehindTheLastBraceIsPassedOver)
+TEST_F(QSALoaderTest, TextAfterTheLastBraceIsIgnored)
 {
     Load(Named("a") + "the end \" , 5");
     EXPECT_EQ(scene.objects.Count(), 1);
@@ -90,7 +90,7 @@ TEST_F(QSALoaderTest, QuirkGroupAddsNothingAndDoesNotEndAtItsBrace)
     }
 }
 
-TEST_F(QSALoaderTest, MillionGroupsInsideEachOtherLoad)
+TEST_F(QSALoaderTest, MillionNestedGroupsLoad)
 {
     std::string text;
     for (int i = 0; i < 1000000; ++i)
@@ -122,7 +122,7 @@ TEST_F(QSALoaderTest, MissingFileIsAnError)
 
 TEST_F(QSALoaderTest, FileThatCannotBeReadIsAnError)
 {
-    // A folder opens on some hosts, and has no bytes that could be read.
+    // Some hosts can open a folder, but it has no bytes that could be read.
     std::filesystem::create_directory("folder");
     EXPECT_THAT(RaisedBy([&] { loader.Load(scene, "folder", 0); }),
                 testing::AnyOf("folder: Can not open file folder",
@@ -137,7 +137,7 @@ TEST_F(QSALoaderTest, LoadEmptiesTheSceneFirst)
     EXPECT_EQ(scene.lights.Count(), 0);
 }
 
-TEST_F(QSALoaderTest, NothingOfOneFileReachesTheNext)
+TEST_F(QSALoaderTest, NoStateCarriesOverToTheNextFile)
 {
     Load("*3DSMAX_QSAEXPORT 211 *SCENE { *SCENE_FIRSTFRAME 10 *SCENE_LASTFRAME 20 "
          "*SCENE_FRAMESPEED 25 *SCENE_TICKSPERFRAME 192 *SCENE_SOUNDFILE \"s\" "
@@ -154,7 +154,7 @@ TEST_F(QSALoaderTest, NothingOfOneFileReachesTheNext)
     MeshText mesh = Triangle();
     mesh.more = "*MATERIAL_REF 0 *PIVOT_TM { *TM_ROW0 2 0 0 }";
     Load(mesh.Text());
-    EXPECT_EQ(Mesh(0).pivotTM._11, 1.0f); // of version 1 again
+    EXPECT_EQ(Mesh(0).pivotTM._11, 1.0f); // version 1 again
     EXPECT_EQ(Warnings("Mesh 'Triangle' has material 0 of 0"), 1);
 }
 
@@ -162,7 +162,7 @@ TEST_F(QSALoaderTest, ErrorLeavesNothingBehind)
 {
     EXPECT_NE(LoadError(Triangle().Text() + "*MATERIAL_LIST { *MATERIAL 1 { } }"), "no error");
     EXPECT_FALSE(loader.IsOpen());
-    EXPECT_TRUE(std::filesystem::remove("scene.qsa")); // it is closed
+    EXPECT_TRUE(std::filesystem::remove("scene.qsa")); // the file is closed
     Load(Named("a"));
     EXPECT_EQ(scene.objects.Count(), 1);
 }
@@ -219,9 +219,9 @@ TEST_F(QSALoaderTest, WindowOfAnySizeGivesTheSameScene)
     };
     Load(text);
     const std::string expected = contents();
-    // A window grows to 256 bytes at the first word, so that the smaller ones are all alike. Each
-    // later window begins where the one before left off, so that sizes three apart put boundaries at
-    // all places of the text.
+    // A window grows to 256 bytes at the first word, so all smaller sizes behave the same. Each
+    // window begins where the one before it stopped, so sizes three apart put boundaries at every
+    // place of the text.
     const int32_t size = static_cast<int32_t>(text.size());
     for (int32_t window = 1; window < size + 40; window += window < 2     ? 250
                                                            : window < 700 ? 3

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The corners of each side, round the side as seen from outside.
+/// The corners of each side, in order as seen from outside.
 constexpr int kSides[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
                               {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
 

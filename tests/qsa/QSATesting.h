@@ -18,7 +18,7 @@
 struct MeshText {
     struct Face {
         int32_t a, b, c;
-        std::string smoothing; ///< group numbers with commas between them; empty for none
+        std::string smoothing; ///< group numbers separated by commas; empty for none
         int32_t material = 0;
     };
 
@@ -26,25 +26,25 @@ struct MeshText {
     std::vector<std::array<double, 3>> vertices;
     std::vector<Face> faces;
     std::vector<std::array<double, 2>> tVertices;
-    std::vector<std::array<int32_t, 3>> tFaces; ///< none: no list of texture faces
-    std::string weights;                        ///< the inside of a MESH_WEIGHTS block
+    std::vector<std::array<int32_t, 3>> tFaces; ///< empty: no list of texture faces
+    std::string weights;                        ///< the contents of a MESH_WEIGHTS block
     std::string more;                           ///< further keywords of the node
 
     std::string Text() const;
     std::string MeshBlock() const; ///< without the node around it
 };
 
-/// The cube from (0, 0, 0) to (1, 1, 1): 8 vertices, whose indices have a bit each for x, y and z; two
-/// triangles for each of the sides -z, +z, -y, +y, -x, +x, all seen from outside. `smoothing` has a
-/// text for each side, or one for all.
+/// The cube from (0, 0, 0) to (1, 1, 1): 8 vertices, whose indices have one bit each for x, y and
+/// z; two triangles for each of the sides -z, +z, -y, +y, -x, +x, all facing outwards. `smoothing`
+/// has one text per side, or one for all.
 MeshText Cube(const std::vector<std::string>& smoothing);
 /// The outward normals of the sides of `Cube`, in its order.
 extern const std::array<D3DXVECTOR3, 6> kCubeSides;
 
-/// The text of a mesh under another name.
+/// The text of a mesh with another name.
 std::string Named(const MeshText& mesh, const char* name, const std::string& more = "");
 std::string Clone(const std::string& name, const std::string& source, const std::string& more = "");
-/// The inside of a material with a red and a green submaterial.
+/// The contents of a material with a red and a green submaterial.
 extern const char* const kTwoParts;
 
 /// One triangle in the plane z = 0, whose normal is +z.
@@ -55,9 +55,9 @@ struct MeshContents {
     struct Vertex {
         D3DXVECTOR3 position;
         D3DXVECTOR3 normal;
-        float u, v; ///< 0 without texture coordinates
+        float u, v; ///< 0 if there are no texture coordinates
         std::array<uint8_t, 4> bones;
-        std::vector<float> weights; ///< those that are stored, the last one is not
+        std::vector<float> weights; ///< only those that are stored: not the last one
     };
     std::vector<Vertex> vertices;
     std::vector<std::array<uint16_t, 3>> faces;
@@ -70,19 +70,19 @@ MeshContents ReadMesh(KRE_Mesh& mesh);
 /// An engine, a loader and a scene. Every scene that loads is checked.
 class QSALoaderTest : public SceneEngineTest {
 protected:
-    /// Loads a text under the name "scene.qsa".
+    /// Loads a text as "scene.qsa".
     void Load(const std::string& text, uint32_t flags = 0);
-    /// The message of the error that the load of a text ends in, or "no error".
+    /// The message of the error that loading a text ends in, or "no error".
     std::string LoadError(const std::string& text, uint32_t flags = 0);
-    /// How many warnings of the loader with this text were logged; repeats count once.
+    /// How many of the loader's warnings with this text were logged; repeats count once.
     int Warnings(const std::string& text) const;
-    /// All warnings so far, without what stands in front of each text.
+    /// All warnings so far, without the prefix of each text.
     std::vector<std::string> AllWarnings() const;
 
     KRE_Mesh& Mesh(int32_t i) { return *scene.meshes.Get(i); }
     KRE_3dObject& Object(int32_t i) { return *scene.objects.Get(i); }
 
-    /// Opens a text under the same name, for a part of the importer that is tested alone.
+    /// Opens a text under the same name, to test a part of the importer on its own.
     QSA_SceneText& Opened(const std::string& text);
 
     KRE_3dScene scene;

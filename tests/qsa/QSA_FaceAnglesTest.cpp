@@ -14,7 +14,7 @@ constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr uint32_t kOne = 0x3F800000; // the bits of 1.0f
 constexpr uint32_t kSign = 0x80000000;
 
-/// One cosine of this many in an ordinary run: a prime, so that all digits come up.
+/// An ordinary run tests one cosine of this many: a prime, so that all digits occur.
 constexpr uint32_t kCosineStep = 1009;
 
 } // namespace
@@ -42,8 +42,8 @@ TEST(QSA_FaceAngles, ArcCosineOfTheEndsAndTheMiddle)
     EXPECT_TRUE(std::isnan(QuickAcos(kNan)));
 }
 
-// Legs of 3 and 4 along x and y: the angles are a right one, atan(4 / 3) and atan(3 / 4), and the
-// normal is +z, as the corners run counter-clockwise from above.
+// Legs of 3 and 4 along x and y: the angles are a right angle, atan(4 / 3) and atan(3 / 4), and the
+// normal is +z, since the corners are counter-clockwise as seen from above.
 TEST(QSA_FaceAngles, RightTriangleOfThreeFourFive)
 {
     const QSA_FaceAngles face = MeasureFace({0, 0, 2}, {3, 0, 2}, {0, 4, 2});
@@ -56,8 +56,8 @@ TEST(QSA_FaceAngles, RightTriangleOfThreeFourFive)
     EXPECT_EQ(face.normal[2], 1.0f);
 }
 
-// The angles of a triangle make half a turn, and the normal is square to both edges.
-TEST(QSA_FaceAngles, AnglesMakeHalfATurnAndTheNormalIsSquareToTheEdges)
+// The angles of a triangle add up to half a turn, and the normal is perpendicular to both edges.
+TEST(QSA_FaceAngles, AnglesAddUpToHalfATurnAndTheNormalIsPerpendicularToTheEdges)
 {
     std::mt19937 random(3);
     const auto number = [&random] {
@@ -84,16 +84,16 @@ TEST(QSA_FaceAngles, AnglesMakeHalfATurnAndTheNormalIsSquareToTheEdges)
     }
 }
 
-TEST(QSA_FaceAngles, CornersOnALineAreNoFace)
+TEST(QSA_FaceAngles, CornersOnALineAreNotAFace)
 {
     EXPECT_FALSE(MeasureFace({0, 0, 0}, {1, 1, 1}, {2, 2, 2}).isFace);
     EXPECT_FALSE(MeasureFace({5, 5, 5}, {5, 5, 5}, {5, 5, 5}).isFace);
     EXPECT_FALSE(MeasureFace({0, 0, 0}, {1, 0, 0}, {0, 0, 0}).isFace);
-    // So small that the square of the product is 0 in float.
+    // So small that the squared length of the product is 0 in float.
     EXPECT_FALSE(MeasureFace({0, 0, 0}, {1e-15f, 0, 0}, {0, 1e-15f, 0}).isFace);
 }
 
-TEST(QSA_FaceAngles, CornersThatAreNotFiniteGiveNoNumbers)
+TEST(QSA_FaceAngles, NonFiniteCornersGiveNonFiniteResults)
 {
     const QSA_FaceAngles face = MeasureFace({kNan, 0, 0}, {1, 0, 0}, {0, 1, 0});
     EXPECT_TRUE(face.isFace);

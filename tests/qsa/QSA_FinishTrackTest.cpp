@@ -4,7 +4,7 @@
 
 namespace {
 
-/// 160 ticks a frame at 30 frames a second, from frame 30 on: 4800 ticks are second 0.
+/// 160 ticks per frame at 30 frames per second, starting at frame 30: tick 4800 is second 0.
 QSA_TimeScale FromSecondOne()
 {
     QSA_TimeScale time;

@@ -13,7 +13,8 @@ struct Row {
     int32_t code;
 };
 
-// The codes of the format, written as numbers: what a keyword means must not follow from its place.
+// The codes of the format, written as numbers: the meaning of a keyword must not depend on its
+// place.
 constexpr Row kRows[] = {
     {"3DSMAX_QSAEXPORT", 0x5F},
     {"SCENE", 0x1},
@@ -203,7 +204,8 @@ TEST(QSA_Keywords, OtherWordsAreUnknown)
                                  "MATERIAL-LIST"};
     for (const std::string& word : words)
         EXPECT_EQ(CodeOf(word), 0) << word;
-    // Only ASCII letters have capitals: the byte 0x80 below or above a letter is another one.
+    // Only ASCII letters have capitals: bytes that differ from a letter only in bit 0x80 are
+    // different.
     EXPECT_EQ(CodeOf("\xCD"
                      "ESH"),
               0);

@@ -29,7 +29,7 @@ protected:
     }
     KRE_Texture& Texture() { return Mesh(0).textures[0]; }
     KRE_MaterialInfo& Material() { return Mesh(0).materials[0]; }
-    /// The constants that a diffuse map with this text ends up with, as text.
+    /// The constants that a diffuse map with this text gets, as text.
     std::string Constants(const std::string& inside)
     {
         LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\" " + inside));
@@ -54,11 +54,11 @@ TEST_F(QSA_MaterialImportMapsTest, CoordinatesBecomeTheConstantsOfTheMap)
               "0.25 -0.5 2 3 0.125");
 }
 
-TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsTurnsAndScalesAboutTheMiddleOfThePicture)
+TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsRotatesAndScalesAboutTheCentreOfThePicture)
 {
-    // (u, v, 1) is shifted by (-0.5 - 0.25, -0.5 + -0.5) = (-0.75, -1), turned by a right angle
-    // against the angle's sense, so that (x, y) becomes (y, -x), scaled by (2, 3), and shifted
-    // back by (0.5, 0.5). The rows are what becomes of (1, 0), of (0, 1), and of the shift:
+    // (u, v, 1) is shifted by (-0.5 - 0.25, -0.5 + -0.5) = (-0.75, -1), rotated by a right angle in
+    // the opposite sense of the angle, so that (x, y) becomes (y, -x), scaled by (2, 3), and
+    // shifted back by (0.5, 0.5). The rows are the images of (1, 0), of (0, 1), and of the shift:
     // (0, -1) and (1, 0) scaled; (-1, 0.75) scaled is (-2, 2.25).
     const QSA_TimeScale time;
     const QSA_LoadOptions options;
@@ -79,11 +79,11 @@ TEST_F(QSA_MaterialImportMapsTest, MatrixOfAMapShiftsTurnsAndScalesAboutTheMiddl
 
 TEST_F(QSA_MaterialImportMapsTest, MirroredTilingOfOneGivesTilingTwoAndOffsetMinusAQuarter)
 {
-    // Twice 1 is 2; half of a picture of 1 / 2 is 0.25.
+    // Twice 1 is 2; half of a tile of 1 / 2 is 0.25.
     EXPECT_EQ(Constants("*UVW_TILE_U \"Mirror\""), "-0.25 0 2 1 0");
     EXPECT_EQ(Material().mirrorU, 1);
     EXPECT_EQ(Material().tileU, 0);
-    // Twice 4 is 8; 0.5 / 8 is 0.0625, taken from 0.5.
+    // Twice 4 is 8; 0.5 / 8 is 0.0625, subtracted from 0.5.
     EXPECT_EQ(Constants("*UVW_TILE_V \"mirror\" *UVW_V_TILING 4 *UVW_V_OFFSET 0.5"),
               "0 0.4375 1 8 0");
     EXPECT_EQ(Material().mirrorV, 1);
@@ -114,7 +114,7 @@ TEST_F(QSA_MaterialImportMapsTest, TileFlagsBelongToTheMaterialAndAreOnlyAdded)
     EXPECT_EQ(Material().mirrorU, 0);
 }
 
-TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
+TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndRemovesTheTint)
 {
     LoadMaterial("*MATERIAL_DIFFUSE 0.5 0 0 *MATERIAL_AMBIENT 0 0.5 0 " +
                  Map("DIFFUSE", "*BITMAP \"d.bmp\""));
@@ -131,7 +131,7 @@ TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndTakesTheTintAway)
 
 TEST_F(QSA_MaterialImportMapsTest, TimesOfASequenceFollowTheFrameSpeed)
 {
-    // 25 frames a second: start 50 / 25, each picture 1 / (2 * 25).
+    // 25 frames per second: start 50 / 25, each picture 1 / (2 * 25).
     MeshText mesh = Triangle();
     mesh.more = "*MATERIAL_REF 0";
     Load("*SCENE { *SCENE_FRAMESPEED 25 }" +
@@ -155,7 +155,7 @@ TEST_F(QSA_MaterialImportMapsTest, UnknownEndConditionWarnsAndChangesNothing)
     EXPECT_EQ(Texture().sequenceMode, 0);
 }
 
-TEST_F(QSA_MaterialImportMapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapBehindIt)
+TEST_F(QSA_MaterialImportMapsTest, ReflectionGoesToSlotZeroAndTheDiffuseMapToSlotOne)
 {
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\"") +
                  Map("REFLECT", "*BITMAP \"r.bmp\" *MAP_AMOUNT 0.25"));
@@ -178,7 +178,7 @@ TEST_F(QSA_MaterialImportMapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_STREQ(Texture().slotNames[1].c_str(), "none.bmp");
     EXPECT_EQ(Texture().slots[1].type, StageBump);
     EXPECT_EQ(Texture().slotTextures[1], nullptr);
-    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the file is not looked for
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the file is not searched for
     LoadMaterial(maps, kLoadBumpMaps);
     EXPECT_EQ(Warnings("Can not open bump map 'none.bmp'"), 1);
     EXPECT_STREQ(Texture().slotNames[1].c_str(), "none.bmp");
@@ -188,7 +188,7 @@ TEST_F(QSA_MaterialImportMapsTest, BumpMapIsOnlyNamedWithoutItsOption)
     EXPECT_EQ(Texture().slots[1].type, StageBump);
 }
 
-TEST_F(QSA_MaterialImportMapsTest, ABumpMapIsOneAlsoWhereNoPictureWasLoaded)
+TEST_F(QSA_MaterialImportMapsTest, BumpMapKeepsItsTypeWithoutAPicture)
 {
     const std::string bump = Map("BUMP", "*BITMAP \"none.bmp\"");
     const struct {
@@ -263,7 +263,7 @@ TEST_F(QSA_MaterialImportMapsTest, AMapOfAnotherMachineIsTakenFromBesideTheScene
     EXPECT_EQ(Warnings("Can not open diffuse map 'Q:\\art\\none.bmp'"), 1) << "as ever";
 }
 
-TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBeforeIt)
 {
     directory.Write("run.ifl", "d.bmp\nr.bmp\n");
     const std::string list = "*BITMAP \"run.ifl\"";
@@ -293,7 +293,7 @@ TEST_F(QSA_MaterialImportMapsTest, AMapBesideAFrameListIsAnErrorThatTheWarningAh
     }
 }
 
-TEST_F(QSA_MaterialImportMapsTest, AFrameListAloneWarnsOfNothing)
+TEST_F(QSA_MaterialImportMapsTest, AFrameListAloneGivesNoWarning)
 {
     directory.Write("run.ifl", "d.bmp 2\nr.bmp\n");
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"run.ifl\""));
@@ -346,7 +346,7 @@ TEST_F(QSA_MaterialImportMapsTest, MapsOfAMaterialAreLoadedOnce)
 
 TEST_F(QSA_MaterialImportMapsTest, TracksOfAMapGetSecondsAndScaledTangents)
 {
-    // 4800 ticks a second; keys at 0 and 9600, 9600 apart.
+    // 4800 ticks per second; keys at 0 and 9600, 9600 apart.
     LoadMaterial(Map("DIFFUSE", "*BITMAP \"d.bmp\" *MAP_ANIMATION { *MAP_ATTRIBUTE \"AngleW\" "
                                 "*CONTROL_FLOAT_BEZIER { *CONTROL_BEZIER_FLOAT_KEY 0 1 0.5 0.25 "
                                 "*CONTROL_BEZIER_FLOAT_KEY 9600 2 0.125 3 } }"));
@@ -355,7 +355,7 @@ TEST_F(QSA_MaterialImportMapsTest, TracksOfAMapGetSecondsAndScaledTangents)
     EXPECT_EQ(track.Key(0).time, 0.0f);
     EXPECT_FLOAT_EQ(track.Key(1).time, 2.0f);
     EXPECT_FLOAT_EQ(track.Key(0).outTangent, 2400.0f);
-    EXPECT_EQ(track.Key(0).inTangent, 0.5f); // nothing stands before it
+    EXPECT_EQ(track.Key(0).inTangent, 0.5f); // nothing comes before it
     EXPECT_FLOAT_EQ(track.Key(1).inTangent, 1200.0f);
     EXPECT_EQ(track.Key(1).outTangent, 3.0f);
 }
@@ -384,8 +384,8 @@ TEST_F(QSA_MaterialImportMapsTest, MapTrackHolds1024KeysAndWarnsAtTheLast)
         LoadMaterial(Map("DIFFUSE", text + "} }") + "*MATERIAL_SHINE 1 ");
         EXPECT_EQ(Texture().matrixAni[0].tracks[KRE_TextMatrixAni::kTileV].GetKeyCount(), kept);
         EXPECT_EQ(Warnings("More than 1024 float bezier keys"), warnings);
-        EXPECT_EQ(Material().power, 100.0f); // the blocks around it are read on
-        Load(Helper("*NODE_NAME \"h\" *NODE_TM { *TM_ROW0 0 0 0 }")); // another warning between
+        EXPECT_EQ(Material().power, 100.0f); // the rest of the enclosing blocks is read
+        Load(Helper("*NODE_NAME \"h\" *NODE_TM { *TM_ROW0 0 0 0 }")); // another warning in between
     }
 }
 
@@ -398,7 +398,7 @@ TEST_F(QSA_MaterialImportMapsTest, QuirkMissingValueEndsTheMapAndTheScene)
         EXPECT_THAT(LogText(), testing::HasSubstr("No text string found")) << value;
         EXPECT_THAT(LogText(), testing::HasSubstr("Encountered unexpected end of file")) << value;
     }
-    // In a material's own block it is passed over.
+    // Directly in a material's block it is skipped.
     LoadMaterial("*MATERIAL_NAME none " + rest);
     EXPECT_EQ(Material().power, 100.0f);
 }

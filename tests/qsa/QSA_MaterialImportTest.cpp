@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A triangle that uses top-level material `reference`, so that it can be looked at.
+/// A triangle that uses top-level material `reference`, so that it can be checked.
 std::string User(int reference = 0)
 {
     MeshText mesh = Triangle();
@@ -15,7 +15,7 @@ std::string User(int reference = 0)
 
 class QSA_MaterialImportTest : public QSALoaderTest {
 protected:
-    /// What becomes of a material with this text.
+    /// The finished material of this text.
     const KRE_MaterialInfo& Finished(const std::string& text, const char* version = "211")
     {
         Load("*3DSMAX_QSAEXPORT " + std::string(version) + "\n" + MaterialList({text}) + User());
@@ -156,7 +156,7 @@ TEST_F(QSA_MaterialImportTest, EffectAndParametersComeFromTheName)
     EXPECT_STREQ(material.effectParams.name.c_str(), "sea.fx");
     EXPECT_EQ(material.effectParams.params[1].floatValue, 0.5f);
     EXPECT_EQ(material.effectParams.params[2].vectorValue[2], 3.0f);
-    EXPECT_EQ(material.transparent, 1); // as every material with an effect
+    EXPECT_EQ(material.transparent, 1); // as for every material with an effect
 }
 
 TEST_F(QSA_MaterialImportTest, ShaderNameWithoutClosingQuoteEndsAtTheEndOfTheName)

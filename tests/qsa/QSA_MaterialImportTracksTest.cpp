@@ -4,7 +4,7 @@ namespace {
 
 class QSA_MaterialImportTracksTest : public QSALoaderTest {
 protected:
-    /// Loads a triangle whose material has such an animation block.
+    /// Loads a triangle whose material has this animation block.
     KRE_MaterialInfo& Animated(const std::string& inside)
     {
         MeshText mesh = Triangle();
@@ -59,7 +59,7 @@ TEST_F(QSA_MaterialImportTracksTest, OpacityKeyOfAQuarterIsStoredAsThreeQuarters
     EXPECT_EQ(material.opacityTrack.Key(0).value, 0.75f);
     EXPECT_EQ(material.opacityTrack.Key(0).inTangent, -2.0f);
     EXPECT_EQ(material.opacityTrack.Key(0).outTangent, -3.0f);
-    EXPECT_EQ(material.transparent, 1); // it may become so at any time
+    EXPECT_EQ(material.transparent, 1); // it may become transparent at any time
 }
 
 TEST_F(QSA_MaterialImportTracksTest, KeysGetSecondsAndTangentsTheSpacing)
@@ -113,7 +113,7 @@ TEST_F(QSA_MaterialImportTracksTest, QuirkTrackOf1024KeysReportsOnceAndEndsInAnE
     ExpectColour(material->diffuseTrack.Key(1023).value, 0, 0, 0, 0);
     EXPECT_EQ(Warnings(kText), 1);
 
-    // The count goes on behind what fits.
+    // Keys that do not fit are still counted.
     material = &Animated(Attribute("Opacity") + floats +
                          "*CONTROL_FLOAT_KEY 0 1 *CONTROL_FLOAT_KEY 0 1 *CONTROL_FLOAT_KEY 0 1 }");
     ASSERT_EQ(material->opacityTrack.GetKeyCount(), 1026);

@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Keeps warnings instead of logging them; errors throw as ever.
+/// Keeps warnings instead of logging them; errors throw as usual.
 class Reporter : public ErrorClass {
 public:
     [[gnu::format(printf, 2, 3)]] void Warning(const char* format, ...) override
@@ -45,7 +45,7 @@ constexpr float kX[3] = {1, 0, 0};
 constexpr float kY[3] = {0, 1, 0};
 constexpr float kZ[3] = {0, 0, 1};
 
-/// Vertices of a source and room for `corners` built ones.
+/// Source vertices and room for `corners` built ones.
 class QSA_MeshBuilderTest : public testing::Test {
 protected:
     void Prepare(size_t vertices, size_t corners)
@@ -145,8 +145,8 @@ TEST_F(QSA_MeshBuilderTest, TextureCoordinatesAreComparedWithoutTolerance)
     builder.built[first].texCoord[0] = a.u;
     builder.built[first].texCoord[1] = a.v;
     EXPECT_NE(Add(0, Groups({1}), kZ, 0, &next), first);
-    EXPECT_EQ(Add(0, Groups({1}), kZ, 0, &otherW), first); // only u and v count
-    EXPECT_EQ(Add(0, Groups({1}), kZ, 0, nullptr), first); // without any they are not compared
+    EXPECT_EQ(Add(0, Groups({1}), kZ, 0, &otherW), first); // only u and v are compared
+    EXPECT_EQ(Add(0, Groups({1}), kZ, 0, nullptr), first); // without coordinates only groups count
 }
 
 TEST_F(QSA_MeshBuilderTest, HundredAndTwentyNinthCopyGoesToTheFirstWithAWarning)
@@ -178,10 +178,10 @@ TEST_F(QSA_MeshBuilderTest, FullVertexBufferIsAnError)
 
 TEST_F(QSA_MeshBuilderTest, NormalsAreSharedWithTheSumsFromBefore)
 {
-    // Copy 0 meets 1 and 2, which do not meet each other: x gets y + z, y and z get x only.
+    // Copy 0 meets 1 and 2, which do not meet each other: x adds y + z, y and z add x only.
     Prepare(1, 3);
     Add(0, Groups({1, 2}), kX, 0);
-    Add(0, Groups({1}), kY, 1); // materials keep them apart
+    Add(0, Groups({1}), kY, 1); // different materials keep them separate
     Add(0, Groups({2}), kZ, 2);
     builder.ShareNormals();
     EXPECT_THAT(builder.built[0].normalSum, ElementsAre(1.0f, 1.0f, 1.0f));
@@ -194,7 +194,7 @@ TEST_F(QSA_MeshBuilderTest, NormalsAreSharedWithTheSumsFromBefore)
 
 TEST_F(QSA_MeshBuilderTest, CornerNormalIsWeightedByItsAngle)
 {
-    // A right triangle with legs 1: angles of a quarter and twice an eighth of a turn.
+    // A right triangle with legs of 1: angles of a quarter turn and twice an eighth of a turn.
     AddVertex(0, 0, 0);
     AddVertex(1, 0, 0);
     AddVertex(0, 1, 0);
@@ -219,7 +219,7 @@ TEST_F(QSA_MeshBuilderTest, NormalFollowsTheOrderOfTheCorners)
 
 TEST_F(QSA_MeshBuilderTest, AnglesOfANeedleAreClamped)
 {
-    // Rounding carries the product of unit vectors along such an edge beyond 1.
+    // Rounding takes the dot product of unit vectors along such an edge beyond 1.
     AddVertex(0, 0, 0);
     AddVertex(3.3333333f, 1.1111111f, 7.7777777f);
     AddVertex(3.3333335f, 1.1111112f, 7.7777782f);

@@ -73,7 +73,7 @@ TEST_F(QSA_MeshImportListsTest, CountsThatCannotBeTrueAreErrors)
             EXPECT_EQ(LoadError(MeshOf(list.keyword + std::string(number)) + kPlenty),
                       std::string("scene.qsa: Mesh 'm' can not have ") + number + ' ' + list.what);
         }
-        // Just enough bytes behind the number, and one too few.
+        // Exactly enough bytes after the number, and one too few.
         const std::string head =
             std::string("*GEOMOBJECT { *NODE_NAME \"m\" *MESH { ") + list.keyword + "3";
         const size_t enough = static_cast<size_t>(3 * list.leastBytes);
@@ -119,7 +119,7 @@ TEST_F(QSA_MeshImportListsTest, CornersAreCutTo16Bits)
                                        "bits, the largest is 131073"});
 }
 
-TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsToldOnce)
+TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsReportedOnce)
 {
     const std::string start = "Mesh 'Triangle': ";
     MeshText mesh = Triangle();
@@ -129,7 +129,7 @@ TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsToldOnce)
     EXPECT_EQ(AllWarnings(),
               std::vector<std::string>{start + "2 corners of its texture faces wrap at 16 "
                                                "bits, the largest is 65537"});
-    // Another mesh begins anew, and an index of 65535 fits.
+    // Another mesh starts afresh, and an index of 65535 fits.
     mesh.name = "Square";
     mesh.tFaces = {{0, 1, 2}};
     mesh.faces[0].c = -65534; // 2
@@ -143,7 +143,7 @@ TEST_F(QSA_MeshImportListsTest, EachListThatWrapsIsToldOnce)
     EXPECT_EQ(AllWarnings().size(), 2u);
 }
 
-TEST_F(QSA_MeshImportListsTest, AWrapIsToldAheadOfTheErrorThatItLeadsTo)
+TEST_F(QSA_MeshImportListsTest, WrapIsReportedBeforeTheErrorItLeadsTo)
 {
     MeshText mesh = Triangle();
     mesh.faces[0].b = 65536 + 7;
@@ -173,7 +173,7 @@ TEST_F(QSA_MeshImportListsTest, AnnouncedVertexThatIsNeverGivenIsTheOrigin)
     ExpectVec3(Mesh(0).boxMax, 1, 1, 0);
 }
 
-TEST_F(QSA_MeshImportListsTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
+TEST_F(QSA_MeshImportListsTest, EdgeFlagsAndOtherWordsOfAFaceAreSkipped)
 {
     std::string text = Triangle().Text();
     const size_t at = text.find("AB: 1");
@@ -186,7 +186,7 @@ TEST_F(QSA_MeshImportListsTest, EdgeFlagsAndOtherWordsOfAFaceArePassedOver)
 
 TEST_F(QSA_MeshImportListsTest, NinthSmoothingGroupIsDroppedWithOneWarningForEachMesh)
 {
-    // The first eight are held: group 8 joins, group 9 does not.
+    // Only the first eight are kept: group 8 joins, group 9 does not.
     for (const auto& [second, vertices] : {std::pair{"8", 3}, {"9", 6}}) {
         MeshText mesh = Triangle();
         mesh.faces[0].smoothing = "1,2,3,4,5,6,7,8,9,10";
@@ -210,20 +210,20 @@ TEST_F(QSA_MeshImportListsTest, SmoothingGroupsAreHeldModulo256)
 
 TEST_F(QSA_MeshImportListsTest, SmoothingAndMaterialBelongToTheLastFace)
 {
-    // Ahead of any face they mean nothing.
+    // Before any face they have no effect.
     std::string text = Triangle().Text();
     text.insert(text.find("*MESH_FACE 0"), "*MESH_SMOOTHING 1 *MESH_MTLID 4 ");
     Load(text);
     EXPECT_EQ(Mesh(0).faceCount, 1);
 }
 
-TEST_F(QSA_MeshImportListsTest, SecondListOfSmoothingGroupsTakesThePlaceOfTheFirst)
+TEST_F(QSA_MeshImportListsTest, SecondListOfSmoothingGroupsReplacesTheFirst)
 {
     // Faces share their corners where their groups meet.
     const struct {
         const char* what;
         const char* first;
-        const char* second; ///< of the face that comes next
+        const char* second; ///< of the next face
         int32_t vertices;
     } cases[] = {
         {"the last list counts", "1\n*MESH_SMOOTHING 2", "2", 3},
@@ -241,7 +241,7 @@ TEST_F(QSA_MeshImportListsTest, SecondListOfSmoothingGroupsTakesThePlaceOfTheFir
 
 TEST_F(QSA_MeshImportListsTest, AsManyFacesAsTheFileHasBytesMayBeAnnouncedInAll)
 {
-    // 20 times 1000 in a file of 20,000 bytes: each time 18,000 bytes for them are still to come.
+    // 20 times 1000 in a file of 20,000 bytes: each count has the 18,000 bytes it needs after it.
     const auto fileThatAnnounces = [](int32_t last) {
         std::string text = "*GEOMOBJECT { *NODE_NAME \"m\" *MESH { ";
         for (int i = 0; i < 19; ++i)
@@ -254,7 +254,7 @@ TEST_F(QSA_MeshImportListsTest, AsManyFacesAsTheFileHasBytesMayBeAnnouncedInAll)
     EXPECT_EQ(LoadError(fileThatAnnounces(1001)), "scene.qsa: Mesh 'm' can not have 1001 faces");
 }
 
-TEST_F(QSA_MeshImportListsTest, SecondMeshBlockTakesThePlaceOfTheFirst)
+TEST_F(QSA_MeshImportListsTest, SecondMeshBlockReplacesTheFirst)
 {
     std::string text =
         "*GEOMOBJECT { *NODE_NAME \"m\" " + Cube({"1"}).MeshBlock() + Triangle().MeshBlock() + "}";
@@ -263,7 +263,7 @@ TEST_F(QSA_MeshImportListsTest, SecondMeshBlockTakesThePlaceOfTheFirst)
     EXPECT_EQ(Mesh(0).vertexCount, 3);
 }
 
-TEST_F(QSA_MeshImportListsTest, NewCountForgetsTheListBefore)
+TEST_F(QSA_MeshImportListsTest, NewCountDiscardsThePreviousList)
 {
     std::string text = Triangle().Text();
     const size_t faces = text.find("*MESH_FACE_LIST");

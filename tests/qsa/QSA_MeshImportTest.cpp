@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A map block of a file that is not there.
+/// A map block with a file that does not exist.
 std::string Map(const char* kind)
 {
     return std::string("*MAP_") + kind + " { *BITMAP \"none.bmp\" }\n";
@@ -18,7 +18,7 @@ MeshText WithMaterial(MeshText mesh)
     return mesh;
 }
 
-/// A mesh of so many triangles that have nothing in common.
+/// A mesh of this many triangles that share nothing.
 MeshText LooseTriangles(int number)
 {
     MeshText mesh;
@@ -27,7 +27,7 @@ MeshText LooseTriangles(int number)
     return mesh;
 }
 
-/// Triangles that all stand on vertices of their own.
+/// Triangles that each have vertices of their own.
 MeshText SeparateTriangles(int number)
 {
     MeshText mesh;
@@ -56,7 +56,7 @@ TEST_F(QSA_MeshImportTest, MeshWithoutFacesBecomesAPlainObject)
     EXPECT_STREQ(Object(0).name.c_str(), "Dot");
     EXPECT_EQ(Object(0).objectKind, 4);
     ExpectVec3(Object(0).position, 4, 5, 6);
-    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the reference is not looked at
+    EXPECT_THAT(AllWarnings(), testing::IsEmpty()); // the reference is ignored
 }
 
 TEST_F(QSA_MeshImportTest, CubeOfSixGroupsHas24VerticesAndReports16Duplicates)
@@ -79,7 +79,7 @@ TEST_F(QSA_MeshImportTest, CubeOfOneGroupHas8Vertices)
     Load(Cube({"1"}).Text());
     EXPECT_EQ(Mesh(0).vertexCount, 8);
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
-    // The three sides at a corner each add a right angle, in one triangle or two, so that the sum
+    // Each of the three sides at a corner adds a right angle, in one or two triangles, so the sum
     // points along the diagonal: from the middle of the cube through the corner.
     const float third = 1.0f / std::sqrt(3.0f);
     for (const MeshContents::Vertex& vertex : ReadMesh(Mesh(0)).vertices) {
@@ -98,7 +98,7 @@ TEST_F(QSA_MeshImportTest, CubeOfEmptySmoothingSetsHas36Vertices)
 
 TEST_F(QSA_MeshImportTest, CornersOfOtherTextureCoordinatesAreCopiesThatShareNormals)
 {
-    // Two triangles that meet at a right angle along the edge from (0,0,0) to (0,1,0), of one group.
+    // Two triangles of one group that meet at a right angle along the edge from (0,0,0) to (0,1,0).
     MeshText mesh;
     mesh.vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
     mesh.faces = {{0, 1, 2, "1"}, {0, 2, 3, "1"}}; // normals +z and +x
@@ -108,7 +108,7 @@ TEST_F(QSA_MeshImportTest, CornersOfOtherTextureCoordinatesAreCopiesThatShareNor
     EXPECT_EQ(Mesh(0).vertexCount, 5);
     EXPECT_EQ(Warnings("1 vertices duplicated in mesh 'Solid'"), 1);
     const MeshContents contents = ReadMesh(Mesh(0));
-    // At vertex 0 both triangles have a right angle: the sum of z and x in equal parts.
+    // Both triangles have a right angle at vertex 0, so the sum has equal parts of z and x.
     const float half = std::sqrt(0.5f);
     for (size_t face = 0; face < 2; ++face)
         ExpectVec3(contents.Corner(face, 0).normal, half, 0, half, "shared");
@@ -149,7 +149,7 @@ TEST_F(QSA_MeshImportTest, MeshOfDegenerateFacesOnlyIsAnError)
 TEST_F(QSA_MeshImportTest, OppositeFacesOfOneGroupGiveAZeroNormalAndAWarning)
 {
     MeshText mesh = Triangle();
-    mesh.faces.push_back({0, 2, 1, "1"}); // the same corners from behind: +z and -z cancel out
+    mesh.faces.push_back({0, 2, 1, "1"}); // the same corners reversed: +z and -z cancel out
     Load(mesh.Text());
     ASSERT_EQ(Mesh(0).vertexCount, 3);
     EXPECT_GE(Warnings("Zero normal sum in object Triangle!"), 1);
@@ -167,8 +167,8 @@ TEST_F(QSA_MeshImportTest, MostVerticesAre65535)
 
 TEST_F(QSA_MeshImportTest, MoreThan65535VerticesAreAnError)
 {
-    // Corners without a group never join: 3 source vertices of 128 copies each are far too few, so
-    // the faces stand on 3 x 171 of them.
+    // Corners without a group never join: 3 source vertices with 128 copies each are far too few,
+    // so the faces are spread over 3 x 171 of them.
     MeshText mesh = SeparateTriangles(171);
     mesh.faces.clear();
     for (int i = 0; i < 21846; ++i) // 65538 corners; the 128 copies of a vertex are not exceeded
@@ -350,7 +350,7 @@ TEST_F(QSA_MeshImportTest, NameOutsideAsciiIsTheNameTreesError)
     // Other nodes are not in the tree.
     Load(Helper("*NODE_NAME \"\xC3\xA4\""));
     EXPECT_STREQ(Object(0).name.c_str(), "\xC3\xA4");
-    // Nor is what stands behind the first character.
+    // Nor is anything after the first character.
     mesh.name = "z\xC3\xA4";
     Load(mesh.Text());
     EXPECT_STREQ(Mesh(0).name.c_str(), "z\xC3\xA4");

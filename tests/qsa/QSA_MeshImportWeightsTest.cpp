@@ -8,7 +8,7 @@ using Bones = std::array<uint8_t, 4>;
 
 const char* const kIdentity = "*TM_ROW0 1 0 0 *TM_ROW1 0 1 0 *TM_ROW2 0 0 1 *TM_ROW3 0 0 0";
 
-/// The head of all weights: the mesh's own matrix, which makes bone 0.
+/// The start of all weights: the mesh's own matrix, which makes bone 0.
 std::string Init()
 {
     return std::string("*MESH_INIT_TM { ") + kIdentity + " }\n";
@@ -25,7 +25,7 @@ std::string Weight(int vertex, const char* weight)
     return "*INDEX_WEIGHT " + std::to_string(vertex) + ' ' + weight + ' ';
 }
 
-/// A triangle with weights and the bones it may name.
+/// A triangle with weights and the bones that they can name.
 std::string Skinned(const std::string& weights, const char* version = "211")
 {
     MeshText mesh = Triangle();
@@ -54,9 +54,9 @@ TEST_F(QSA_MeshImportWeightsTest, WeightsOfAVertexAreNormalised)
     EXPECT_EQ(Warnings("Skinned meshes without 'Bounds' object"), 1);
 }
 
-TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedWhateverTheNumbersOfTheirBones)
+TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedForAllBoneNumbers)
 {
-    // The bones 1, 2, 128 and 63 in this order: their numbers, as the bytes of a float, are 1.0.
+    // The bones 1, 2, 128 and 63 in this order: as the bytes of a float, these numbers are 1.0.
     const auto name = [](int bone) { return "b" + std::to_string(bone); };
     std::string weights = Init();
     std::string objects;
@@ -73,7 +73,7 @@ TEST_F(QSA_MeshImportWeightsTest, WeightsAreNormalisedWhateverTheNumbersOfTheirB
                 ElementsAre(FloatEq(0.25f), FloatEq(0.25f), FloatEq(0.25f)));
 }
 
-TEST_F(QSA_MeshImportWeightsTest, FirstBoneStandsForTheMeshItself)
+TEST_F(QSA_MeshImportWeightsTest, FirstBoneIsTheMeshItself)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "1") + Weight(0, "1"))));
     ASSERT_EQ(Mesh(0).bones.Count(), 2);
@@ -102,12 +102,12 @@ TEST_F(QSA_MeshImportWeightsTest, FormatFollowsTheMostWeightsOfAVertex)
     }
 }
 
-TEST_F(QSA_MeshImportWeightsTest, FifthBoneTakesThePlaceOfTheSmallestWithOneWarning)
+TEST_F(QSA_MeshImportWeightsTest, FifthBoneReplacesTheSmallestWithOneWarning)
 {
     Load(Skinned(Init() + Bone("a", Weight(0, "0.4")) + Bone("b", Weight(0, "0.2")) +
                  Bone("c", Weight(0, "0.3")) + Bone("d", Weight(0, "0.5")) +
                  Bone("e", Weight(0, "0.8"))));
-    // 0.8 takes the place of 0.2; the sum is 2.
+    // 0.8 replaces 0.2; the sum is 2.
     const MeshContents contents = ReadMesh(Mesh(0));
     EXPECT_EQ(contents.Corner(0, 0).bones, (Bones{1, 5, 3, 4}));
     EXPECT_THAT(contents.Corner(0, 0).weights,
@@ -157,7 +157,7 @@ TEST_F(QSA_MeshImportWeightsTest, WeightOfATenthIsKeptAndLessIsDropped)
                  Bone("b", Weight(0, "0.3") + Weight(1, "0.05"))));
     const MeshContents contents = ReadMesh(Mesh(0));
     EXPECT_THAT(contents.Corner(0, 0).weights, ElementsAre(FloatEq(0.25f)));
-    // All that vertex 1 had is gone, so bone 0 carries it whole.
+    // Vertex 1 has no weights left, so it follows bone 0 alone.
     EXPECT_THAT(contents.Corner(0, 1).weights, ElementsAre(FloatEq(1.0f)));
     EXPECT_EQ(contents.Corner(0, 1).bones, (Bones{0, 0, 0, 0}));
 }
@@ -179,19 +179,19 @@ TEST_F(QSA_MeshImportWeightsTest, BoneMatricesAreMeshThenBone)
     mesh.weights = "*MESH_INIT_TM { *TM_ROW3 1 0 0 } *BONE_WEIGHT { *BONE_NAME \"a\" "
                    "*BONE_INIT_TM { *TM_ROW0 2 0 0 *TM_ROW3 0 5 0 } *INDEX_WEIGHT 0 1 } ";
     std::string text = mesh.Text();
-    // The pivot stands ahead of the mesh, where exporters write it.
+    // The pivot comes before the mesh, where exporters write it.
     text.insert(text.find("*MESH {"), "*PIVOT_TM { *TM_ROW3 0 0 7 } ");
     const std::string bone = "*BONEOBJECT { *NODE_NAME \"a\" }";
     Load("*3DSMAX_QSAEXPORT 211\n" + text + bone);
     const KRE_BoneInfo& info = *Mesh(0).bones.Get(1);
-    // (x, y, z) goes to x + 1 first and then to 2 x, y + 5.
+    // (x, y, z) becomes (x + 1) first, then (2 x, y + 5).
     EXPECT_EQ(info.bindTM._11, 2.0f);
     EXPECT_EQ(info.bindTM._41, 2.0f);
     EXPECT_EQ(info.bindTM._42, 5.0f);
     EXPECT_EQ(info.meshInitTM._43, 0.0f);
     EXPECT_EQ(Mesh(0).bones.Get(0)->bindTM._41, 0.0f);
 
-    // Below version 2.11 the pivot goes first.
+    // Before version 2.11 the pivot comes first.
     Load("*3DSMAX_QSAEXPORT 210\n" + text + bone);
     EXPECT_EQ(Mesh(0).bones.Get(1)->meshInitTM._43, 7.0f);
     EXPECT_EQ(Mesh(0).bones.Get(1)->meshInitTM._41, 1.0f);
@@ -239,7 +239,7 @@ TEST_F(QSA_MeshImportWeightsTest, BoneBeyondAByteWarns)
     EXPECT_EQ(Warnings("Mesh 'Triangle' has a weight of bone 256 of at most 256"), 1);
 }
 
-TEST_F(QSA_MeshImportWeightsTest, WeightsAreForgottenWithTheirVertices)
+TEST_F(QSA_MeshImportWeightsTest, WeightsAreDiscardedWithTheirVertices)
 {
     std::string text = Skinned(Init() + Bone("a", Weight(0, "0.5")) + Bone("b", Weight(0, "0.5")));
     const size_t end = text.find("*BONE_WEIGHT { *BONE_NAME \"b\"");

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(QSA_NameAttributes, ValueStandsInSingleQuotesBehindAnEqualsSign)
+TEST(QSA_NameAttributes, ValueIsInSingleQuotesAfterAnEqualsSign)
 {
     const struct {
         const char* what;
@@ -56,7 +56,7 @@ TEST(QSA_NameAttributes, ParametersOneToEightAreRead)
     }
 }
 
-TEST(QSA_NameAttributes, NinthParameterIsNotLookedFor)
+TEST(QSA_NameAttributes, NinthParameterIsIgnored)
 {
     static_assert(KRE_EffectParams::kParams == 8);
     KRE_EffectParams params;

@@ -5,12 +5,12 @@
 
 namespace {
 
-// 160 ticks a frame at 30 frames a second.
+// 160 ticks per frame at 30 frames per second.
 constexpr float kTicksPerSecond = 4800.0f;
 
 class QSA_NodeImportKeysTest : public QSALoaderTest {
 protected:
-    /// A helper with such a block of animation.
+    /// A helper with this animation block.
     KRE_3dObject& Animated(const std::string& inside, const std::string& sceneBlock = "")
     {
         Load(sceneBlock + Node(inside));
@@ -26,7 +26,7 @@ protected:
     {
         return "*CONTROL_ROT_TRACK { " + keys + " }";
     }
-    /// Angles of the keys of the first object.
+    /// The angles of the first object's keys.
     std::vector<float> Angles()
     {
         std::vector<float> angles;
@@ -62,7 +62,7 @@ TEST_F(QSA_NodeImportKeysTest, PositionKeysTakeTheirTangents)
                  "*CONTROL_BEZIER_POS_KEY 2400 1 1 1 0.5 0.25 1 2 2 2 }");
     const KRE_PosKeyData* first = node.posKeys.Head();
     ExpectVec3(first->value, 1, 2, 3);
-    ExpectVec3(first->inTangent, 4, 5, 6); // nothing stands before it
+    ExpectVec3(first->inTangent, 4, 5, 6); // nothing comes before it
     ExpectVec3(first->outTangent, 16800, 19200, 21600);
     EXPECT_EQ(first->interpolation, 1);
     const KRE_PosKeyData* second = first->next.get();
@@ -79,7 +79,7 @@ TEST_F(QSA_NodeImportKeysTest, TangentsAreScaledUpToTheFirstLinearKey)
                  "1 1 1 1 }");
     const KRE_PosKeyData* key = node.posKeys.Head();
     ExpectVec3(key->outTangent, 10, 10, 10);
-    ExpectVec3(key->next->next->inTangent, 1, 1, 1); // behind a linear key
+    ExpectVec3(key->next->next->inTangent, 1, 1, 1); // after a linear key
     EXPECT_FLOAT_EQ(key->next->next->time, 30 / kTicksPerSecond);
 }
 
@@ -105,7 +105,7 @@ TEST_F(QSA_NodeImportKeysTest, TimesAreSecondsFromTheFirstFrame)
     EXPECT_FLOAT_EQ(node.posKeys.Tail()->time, 2080.0f / 4800.0f);
 }
 
-TEST_F(QSA_NodeImportKeysTest, PositionKeyAheadOfTheFirstOneIsTheCountsError)
+TEST_F(QSA_NodeImportKeysTest, KeyBeforeTheFirstOneIsACountMismatch)
 {
     EXPECT_EQ(AnimationError("*CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 10 0 0 0 "
                              "*CONTROL_POS_SAMPLE 5 0 0 0 }"),
@@ -113,7 +113,7 @@ TEST_F(QSA_NodeImportKeysTest, PositionKeyAheadOfTheFirstOneIsTheCountsError)
     EXPECT_EQ(AnimationError("*CONTROL_SCALE_TRACK { *CONTROL_SCALE_SAMPLE 10 0 0 0 "
                              "*CONTROL_SCALE_SAMPLE 5 0 0 0 }"),
               "n: Check: Scale key numbers don't match");
-    // Rotations are checked within a block; a second one starts anew.
+    // Rotations are checked within a block; a second block starts afresh.
     EXPECT_EQ(AnimationError(Rotations("*CONTROL_ROT_SAMPLE 10 0 0 1 1") +
                              Rotations("*CONTROL_ROT_SAMPLE 5 0 0 1 1")),
               "n: Check: Rot key numbers don't match");
@@ -141,7 +141,7 @@ TEST_F(QSA_NodeImportKeysTest, TurnsOfHalfACircleAndMoreAreSplit)
     const struct {
         const char* what;
         const char* angle;
-        std::vector<float> expected; ///< behind the first key
+        std::vector<float> expected; ///< after the first key
     } cases[] = {
         {"2.5 radians are one key", "2.5", {2.5f}},
         {"-2.5 too", "-2.5", {-2.5f}},
@@ -172,7 +172,7 @@ TEST_F(QSA_NodeImportKeysTest, FirstRotationKeyIsNeverSplit)
     Animated(Rotations("*CONTROL_ROT_SAMPLE 0 0 0 1 50"));
     EXPECT_EQ(Angles(), std::vector<float>{50.0f});
     Animated(Rotations("*CONTROL_ROT_KEY 0 0 0 1 3.2"));
-    EXPECT_NEAR(Angles()[0], -3.083184f, 1e-6f); // but it is turned round
+    EXPECT_NEAR(Angles()[0], -3.083184f, 1e-6f); // but it is reversed
 }
 
 TEST_F(QSA_NodeImportKeysTest, SplitKeysStandAtEqualDistances)
@@ -190,7 +190,7 @@ TEST_F(QSA_NodeImportKeysTest, TcbNumbersBelongToTheArrivalAtTheKey)
     Animated(
         "*CONTROL_ROT_TCB { *CONTROL_TCB_ROT_KEY 0 0 0 1 3.5 1 2 3 4 5 *CONTROL_TCB_ROT_KEY 100 "
         "0 0 1 3.5 0.1 0.2 0.3 0.4 0.5 }");
-    // 3.5 is not turned round in this form, and makes two keys of 1.75.
+    // This form does not reverse 3.5; it becomes two keys of 1.75.
     const std::vector<float> angles = Angles();
     EXPECT_EQ(angles, (std::vector<float>{3.5f, 1.75f, 1.75f}));
     const KRE_RotKeyData* first = Object(0).rotKeys.Head();
@@ -223,7 +223,7 @@ TEST_F(QSA_NodeImportKeysTest, OnlyTcbKeysHaveInnerControls)
 TEST_F(QSA_NodeImportKeysTest, RotationThatWouldBeTooManyKeysIsAnError)
 {
     const std::string head = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 *CONTROL_ROT_SAMPLE 100 0 0 1 ";
-    // 99,999 half turns and a bit are 100,000 keys.
+    // A little over 99,999 half turns are 100,000 keys.
     Animated(Rotations(head + "314157"));
     EXPECT_EQ(Object(0).rotKeyCount, 100001);
     EXPECT_EQ(AnimationError(Rotations(head + "314160")),
@@ -237,7 +237,7 @@ TEST_F(QSA_NodeImportKeysTest, ManyLongTurnsOfASmallFileAreAnError)
     std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
     for (int i = 0; i < 11; ++i)
         keys += "*CONTROL_ROT_SAMPLE 100 0 0 1 300000 ";
-    // 300000 / 3.141592 are 95,492 whole half turns; eleven times that is above a million.
+    // 300000 / 3.141592 are 95,492 complete half turns; eleven times that is more than a million.
     EXPECT_EQ(AnimationError(Rotations(keys)),
               "scene.qsa: Object 'n' turns too far: 1050412 rotation keys in one file");
 }
@@ -277,7 +277,7 @@ TEST_F(QSA_NodeImportKeysTest, KeysGoToTheNodeOfTheirBlock)
     EXPECT_EQ(Object(0).posKeyCount, 1);
 }
 
-TEST_F(QSA_NodeImportKeysTest, OtherWordsInABlockArePassedOver)
+TEST_F(QSA_NodeImportKeysTest, OtherWordsInABlockAreSkipped)
 {
     KRE_3dObject& node = Animated("*OTHER { *CONTROL_POS_TRACK { *CONTROL_POS_SAMPLE 0 9 9 9 } } "
                                   "*CONTROL_POS_TRACK { *CONTROL_SCALE_SAMPLE 0 1 1 1 *FOO "

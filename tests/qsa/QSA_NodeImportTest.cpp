@@ -40,7 +40,7 @@ TEST_F(QSA_NodeImportTest, NodeBlocksMakeObjectsOfTheirKinds)
 
 TEST_F(QSA_NodeImportTest, TransformBlockFillsTheNode)
 {
-    // Turned by a quarter about -z as the file has it, which is z with the sign of this system.
+    // Rotated by a quarter turn about -z in the file, which is +z with the signs of this system.
     Load(WithTransform("*TM_ROW0 0 2 0 *TM_ROW1 -3 0 0 *TM_ROW2 0 0 4 *TM_ROW3 5,6,7 *TM_POS 5 6 7 "
                        "*TM_ROTAXIS 0 0 -1 *TM_ROTANGLE 1.5707963 *TM_SCALE 2 3 4"));
     const KRE_3dObject& node = Object(0);
@@ -97,8 +97,8 @@ TEST_F(QSA_NodeImportTest, EachAxisIsComparedWhereTheComputedMatrixIsLargest)
 
 TEST_F(QSA_NodeImportTest, OfEqualMagnitudesTheLaterRowIsCompared)
 {
-    // Without scale the computed matrix is all zeros: every column is a tie, and row 2 is taken. Its
-    // values divided by the file's are 0, never below 0; a zero there is the warning.
+    // Without scale the computed matrix is all zeros: every column is a tie, and row 2 is used. Its
+    // values divided by the file's are 0, never below 0; a zero in the file gives the warning.
     Load(WithTransform("*TM_SCALE 0 0 0 *TM_ROW0 0 0 0 *TM_ROW1 0 0 0 *TM_ROW2 1 1 1"));
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
     Load(WithTransform("*TM_SCALE 0 0 0 *TM_ROW0 1 1 1 *TM_ROW1 1 1 1 *TM_ROW2 0 1 1"));
@@ -108,7 +108,7 @@ TEST_F(QSA_NodeImportTest, OfEqualMagnitudesTheLaterRowIsCompared)
 TEST_F(QSA_NodeImportTest, ZeroRowWarnsAndLeavesTheSignsReadSoFar)
 {
     Load(WithTransform("*TM_ROW0 -1 0 0 *TM_ROW1 0 0 0 *TM_ROW2 0 0 -1"));
-    ExpectVec3(Object(0).mirror, -1, 1, 1); // z was not looked at any more
+    ExpectVec3(Object(0).mirror, -1, 1, 1); // z was not checked any more
     EXPECT_EQ(Warnings("Determinant in TM is zero."), 1);
 }
 
@@ -125,7 +125,7 @@ TEST_F(QSA_NodeImportTest, TransformThatIsCutOffEndsTheScene)
 {
     Load("*HELPEROBJECT { *NODE_NAME \"n\" *NODE_TM { *TM_ROW0 -1 0 0 *TM_POS 1 2 3 ");
     ExpectVec3(Object(0).position, 1, 2, 3);
-    ExpectVec3(Object(0).mirror, 1, 1, 1); // looked for at the close of the block only
+    ExpectVec3(Object(0).mirror, 1, 1, 1); // checked only at the end of the block
 }
 
 TEST_F(QSA_NodeImportTest, BlockWithoutABraceIsAnError)
@@ -241,7 +241,7 @@ TEST_F(QSA_NodeImportTest, TransformBlockIsReadFromItsKeywordOn)
     EXPECT_EQ(text.BytesLeft(), 5); // " rest"
     EXPECT_EQ(transform.initTM._11, -2.0f);
     EXPECT_EQ(transform.initTM._43, 7.0f);
-    ExpectVec3(transform.mirror, -1, 1, 1); // row 0 points against its scale
+    ExpectVec3(transform.mirror, -1, 1, 1); // row 0 points in the opposite direction to its scale
     ExpectVec3(transform.scale, 2, 3, 4);
     ExpectVec3(transform.position, 5, 6, 7);
     ExpectVec3(transform.rotationAxis, 0, 0, -1);

@@ -199,7 +199,7 @@ TEST_F(QSA_SceneTextTest, MissingCharacterIsAnErrorThatNamesTheLastByteRead)
     EXPECT_EQ(RaisedBy([&] { reader.SkipTo('{'); }), "text: 'y' not found");
 }
 
-TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatTellsHowFarItWent)
+TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatNamesThePosition)
 {
     reader.SetWindow(1000);
     Open(std::string(5000, ' ') + "*");
@@ -222,7 +222,7 @@ TEST_F(QSA_SceneTextTest, PeekAtTheEndDoesNotMove)
     EXPECT_EQ(reader.TextPosition(), 3);
 }
 
-TEST_F(QSA_SceneTextTest, HighBytesAreNoWhiteSpace)
+TEST_F(QSA_SceneTextTest, HighBytesAreNotWhiteSpace)
 {
     Open("  \x80 x");
     EXPECT_EQ(reader.SkipSpace(), 0);
@@ -250,8 +250,8 @@ TEST_F(QSA_SceneTextTest, TokensOfTheScanner)
         {"} }", {-2, -2, -1}},
         {"{ *MESH } *CLONE", {0x43, -1}},
         {"{ { } *MESH", {-1}},
-        {"* *MESH", {0, 0x23, -1}},  // the word is the blank, which is taken
-        {"*} *MESH", {0, 0x23, -1}}, // the brace is the word and no structure
+        {"* *MESH", {0, 0x23, -1}},  // the word is the blank, which is consumed
+        {"*} *MESH", {0, 0x23, -1}}, // the brace is the word, not structure
         {"*{ *MESH }", {0, 0x23, -2, -1}},
         {"*\"*MESH", {0, 0x23, -1}},
         {"*MESH\"x\"", {0x23, -1}},
@@ -287,7 +287,7 @@ TEST_F(QSA_SceneTextTest, KeywordOf128BytesIsAnErrorEvenIfItIsUnknown)
     EXPECT_EQ(reader.NextToken(), QSA_Token::Mesh);
     Open('*' + std::string(128, 'K') + ' ');
     EXPECT_EQ(RaisedBy([&] { reader.NextToken(); }), "text: String too long (>127)");
-    // In a block that is skipped nothing is a keyword.
+    // Nothing in a skipped block is a keyword.
     Open("{*" + std::string(500, 'K') + "} *MESH");
     EXPECT_EQ(reader.NextToken(), QSA_Token::Mesh);
 }

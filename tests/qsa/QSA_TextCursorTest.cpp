@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A text with its sentinels behind it.
+/// A text followed by its sentinels.
 class PaddedText {
 public:
     explicit PaddedText(const std::string& text)
@@ -46,7 +46,8 @@ public:
     size_t Place() const { return static_cast<size_t>(position); }
 };
 
-/// A quick read either fails and leaves its place, or agrees with the slow one in value and place.
+/// A fast read either fails and leaves its position, or agrees with the slow one in value and
+/// position.
 void CompareInt(const std::string& text, bool* takenOut = nullptr)
 {
     const PaddedText padded(text);
@@ -134,7 +135,7 @@ TEST(QSA_TextCursor, OrdinaryIntegersAreTakenQuickly)
     }
 }
 
-TEST(QSA_TextCursor, KeywordsAreTakenBehindAnyWhiteSpace)
+TEST(QSA_TextCursor, KeywordsAreTakenAfterAnyWhiteSpace)
 {
     for (const char* space : {"", " ", "  ", "\t", "\r\n", "\x01"}) {
         const PaddedText text(std::string(space) + "*MESH_FACE 1");
@@ -143,7 +144,7 @@ TEST(QSA_TextCursor, KeywordsAreTakenBehindAnyWhiteSpace)
     }
 }
 
-TEST(QSA_TextCursor, NumbersThatNeedCareAreLeftToTheReader)
+TEST(QSA_TextCursor, NumbersOutsideTheFastFormAreLeftToTheReader)
 {
     for (const char* text : {"",
                              " ",
@@ -193,7 +194,7 @@ TEST(QSA_TextCursor, QuickReadsEqualTheSlowOnesOnRandomTexts)
         CompareFloat(text, &isTaken);
         takenFloats += isTaken;
     }
-    // Otherwise the comparison would say little.
+    // Otherwise the comparison would prove little.
     EXPECT_GT(takenInts, 10000);
     EXPECT_GT(takenFloats, 10000);
 }
@@ -214,7 +215,7 @@ TEST(QSA_TextCursor, QuickFloatsRoundAsTheSlowOnes)
     }
 }
 
-TEST(QSA_TextCursor, KeywordIsTakenWithWhiteSpaceAheadOfIt)
+TEST(QSA_TextCursor, KeywordIsTakenWithTheWhiteSpaceBeforeIt)
 {
     const struct {
         const char* text;
@@ -253,7 +254,7 @@ TEST(QSA_TextCursor, StructureIsFoundAtAnyDistance)
             cursor.SkipLineRest();
             EXPECT_EQ(padded.PlaceOf(cursor), std::min<size_t>(distance, 48));
         }
-        // Without any it stops at the first sentinel.
+        // Without structure it stops at the first sentinel.
         const PaddedText plain(std::string(distance, '\xFD'));
         QSA_TextCursor cursor = plain.Cursor();
         cursor.SkipToStructure();

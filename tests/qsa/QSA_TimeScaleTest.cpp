@@ -40,7 +40,7 @@ TEST(QSA_TimeScale, SceneWithoutSpeedStandsStill)
     EXPECT_FALSE(time.Update());
     EXPECT_EQ(time.TicksToSeconds(320.0f), 0.0f);
     EXPECT_EQ(time.Duration(), 0.0f);
-    EXPECT_EQ(time.StartSeconds(), 0.5); // its frames still have a speed
+    EXPECT_EQ(time.StartSeconds(), 0.5); // frames still have a speed
 
     time.ticksPerFrame = 160.0f;
     EXPECT_TRUE(time.Update());

@@ -4,18 +4,18 @@
 
 #include "check/CheckScene.h"
 
-/// What a bad file is free to say.
+/// What a bad file is allowed to contain.
 static constexpr const char* kFreeOfBadInput[] = {
     " rotation has the length ",     // an axis of (0, 0, 0)
     " rotation key has the length ", // the same
     " is the object itself",         // a parent or target
-    // Of two meshes of one name the first of the file is the source, and the drawing order may have
-    // put the other one ahead of it; and the bounds object leaves the scene after it was cloned.
+    // Of two meshes of the same name the first in the file is the source, but the drawing order may
+    // have put the other before it; and the bounds object leaves the scene after it was cloned.
     ": a clone with another geometry than ",
     " to be a clone of",
 };
 
-/// A fault is told in one line, and names from files may hold any byte.
+/// Replaces line ends in names: names from files may contain any byte, but a fault is one line.
 template <class List>
 static void FlattenNames(List& list)
 {
@@ -27,8 +27,8 @@ static void FlattenNames(List& list)
     }
 }
 
-/// Whether a format has sizes of coordinate sets that it does not have itself, as those of materials
-/// with a bump map may: the host's library forgets such bits.
+/// Whether a format has sizes for coordinate sets that it does not have, as formats of materials
+/// with a bump map may: the host's library drops such bits.
 static bool HasSizesOfUnusedSets(const KRE_Mesh& mesh)
 {
     const int32_t firstUnused = 16 + 2 * mesh.textureCount;

@@ -7,17 +7,17 @@
 
 namespace {
 
-/// Loads files that are cut or changed: each gives a sound scene or an error with a text.
+/// Loads files that are truncated or changed: each gives a sound scene or an error with a text.
 class DamagedFileTest : public SceneFileTest {
 protected:
-    /// Every how many places are tried: a sample, and a smaller one on a slow host. All of them with
-    /// `QSB_ALL_BYTES=1` in the environment, which is for the night.
+    /// The step between the tried places: a sample, and a smaller one on a slow host.
+    /// `QSB_ALL_BYTES=1` in the environment tries them all and is meant for a nightly run.
     static size_t Step(size_t sampled)
     {
         return std::getenv("QSB_ALL_BYTES") ? 1 : sampled * static_cast<size_t>(kHostSlowness);
     }
 
-    /// What is wrong with what came out of the bytes; empty if nothing is.
+    /// What is wrong with the scene loaded from the bytes; empty if nothing is.
     std::string Faults(const std::string& bytes, uint32_t flags = 0)
     {
         KRE_3dScene scene;
@@ -29,7 +29,7 @@ protected:
         if (!hasLoaded)
             return error.empty() ? "an error without a text\n" : "";
         std::string faults = Structural(CheckScene(scene));
-        // What was loaded can be saved, and what was saved can be loaded.
+        // What was loaded can be saved, and what was saved can be loaded again.
         std::filesystem::remove("saved.qsb"); // replacing it would wait for the disk
         faults += ErrorText([&] { gGfx->SaveScene(scene, "saved.qsb"); });
         KRE_3dScene again;
@@ -38,8 +38,8 @@ protected:
     }
 
 private:
-    /// Without what a file is free to say: kinds, bounds, rotations, who is whose parent, and format
-    /// bits of texture sets that are not there, which one host's device meshes leave out.
+    /// Removes what a file is allowed to contain: kinds, bounds, rotations, parent relations, and
+    /// format bits of texture sets that do not exist, which one host's device meshes drop.
     static std::string Structural(const std::string& faults)
     {
         static constexpr const char* kFree[] = {"a mesh of the kind",
@@ -121,13 +121,13 @@ TEST_F(DamagedFileTest, RandomChangesLoadOrAreErrors)
     }
 }
 
-// ---- Large files that are made to cost
+// ---- Large files built to be expensive
 
 namespace {
 
 constexpr size_t kLarge = 1 << 20;
 
-/// As many copies of an element as make a file of 1 MiB.
+/// As many copies of an element as fill a file of 1 MiB.
 template <class T>
 void Fill(std::vector<T>& list, const T& element, QsbFile& file)
 {
@@ -146,8 +146,8 @@ QsbObject PlainObject()
 
 } // namespace
 
-/// A file of 1 MiB costs at most 128 MiB and a moment, whatever it holds. Where the cost grows with the
-/// square of the file, the limit of a test run ends it.
+/// A file of 1 MiB costs at most 128 MiB and a moment, whatever it contains. If the cost grew with
+/// the square of the file, the time limit of a test run would end it.
 class LargeFileTest : public DamagedFileTest {
 protected:
     void Try(const QsbFile& file, const char* what)

@@ -10,7 +10,7 @@ namespace {
 using FormatDocumentTest = SceneFileTest;
 
 /// The bytes of a dump in the format's description: lines of an offset and up to 16 bytes, which
-/// end where the remark begins in column 54.
+/// end where the remark starts in column 54.
 std::string DumpOf(const std::string& name)
 {
     std::ifstream document(SourcePath("docs/qsb-format.md"));
@@ -46,7 +46,7 @@ TEST_F(FormatDocumentTest, TheWholeFileIsWhatTheProgramReadsAndWrites)
     EXPECT_EQ(CheckScene(scene), "");
     EXPECT_EQ(QsbDifference(Saved(scene), dump), "");
 
-    // What the remarks say, one of each kind.
+    // One example of each kind of remark.
     EXPECT_STREQ(gGfx->SceneHeader().soundFile.c_str(), "waves.wav");
     EXPECT_EQ(scene.backgroundColor, 0xFF204060u);
     ASSERT_EQ(scene.objects.Count(), 1);

@@ -11,7 +11,7 @@ namespace {
 
 class ObjectFileTest : public SceneFileTest {
 protected:
-    /// A file with one object, which is named "Mast".
+    /// A file with one object named "Mast".
     static QsbFile FileWith(QsbObject object)
     {
         QsbFile file;
@@ -24,7 +24,7 @@ protected:
         Load(scene, FileWith(object));
         return *scene.objects.Get(0);
     }
-    /// What a load ends in if the number at a field of the object is another one.
+    /// The error of a load if the number at a field of the object is replaced.
     std::string ErrorWith(const QsbObject& object, const std::string& field, int32_t value)
     {
         return LoadError(MakeQsb(FileWith(object)).WithInt32("object0." + field, value));
@@ -33,7 +33,7 @@ protected:
     KRE_3dScene scene;
 };
 
-/// Numbers 1 to `count` from `first` on, so that a misplaced one shows.
+/// `count` consecutive numbers from `first` on, so that a misplaced one is noticed.
 template <size_t kCount>
 std::array<float, kCount> Counting(float first)
 {
@@ -110,7 +110,7 @@ TEST_F(ObjectFileTest, EachInheritFlagIsABit)
 
 TEST_F(ObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
 {
-    // Read by itself, ahead of what a scene does afterwards.
+    // Read on its own, without what a scene does afterwards.
     QsbObject object;
     object.position = {1, 2, 3};
     const QsbImage image = MakeQsb(FileWith(object));
@@ -144,7 +144,8 @@ TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
 
 TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
 {
-    // The stored pose has no turn: the object looks along -z of its own, which is that of the world.
+    // The stored pose has no rotation: the object looks along its own -z, which is that of the
+    // world.
     QsbFile file;
     file.scene.cameras.resize(1);
     const QsbImage image = MakeQsb(file);
@@ -164,8 +165,8 @@ TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
 
 TEST_F(ObjectFileTest, KeysMayFillTheFileToItsEnd)
 {
-    // A key of a position takes 43 bytes: time, kind, nine floats and a byte that tells of another
-    // one. Of so many keys one byte more for each would be more than the file has.
+    // A position key takes 43 bytes: time, kind, nine floats and a byte that says whether another
+    // follows. With this many keys, one more byte each would exceed the file.
     QsbObject object;
     for (int i = 0; i < 5000; ++i)
         object.posKeys.push_back(QsbVectorKey(static_cast<float>(i), {1, 2, 3}));
@@ -244,7 +245,7 @@ TEST_F(ObjectFileTest, AnEndlessChainEndsWithTheFile)
     EXPECT_EQ(LoadError(bytes), "scene.qsb: Error reading from file");
 }
 
-TEST_F(ObjectFileTest, CountsOfKeysAreHeldAgainstTheBytesLeft)
+TEST_F(ObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
 {
     for (const char* track : {"position", "rotation", "scale"}) {
         const std::string field = std::string(track) + " count";
@@ -256,7 +257,7 @@ TEST_F(ObjectFileTest, CountsOfKeysAreHeldAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, LengthsOfTextsAreHeldAgainstTheBytesLeft)
+TEST_F(ObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
 {
     EXPECT_THAT(ErrorWith(QsbObject(), "name", 100000),
                 HasSubstr("File 'scene.qsb': Invalid text length: 100000, with "));
@@ -288,8 +289,8 @@ TEST_F(ObjectFileTest, AWindowCutsTheKeys)
     KRE_3dObject loaded;
     loaded.Load(file);
     gQsbReadContext = QSB_ReadContext();
-    // The key at 0 goes, as the next one is not after the start; of those behind the end the last
-    // one has no next and stays.
+    // The key at 0 is dropped, since the next one is not after the start; of those after the end,
+    // the last one has no next and stays.
     EXPECT_EQ(loaded.posKeyCount, 3);
     EXPECT_EQ(loaded.posKeys.Head()->value.x, 1);
     EXPECT_EQ(loaded.posKeys.Head()->time, 0);
@@ -322,7 +323,7 @@ TEST_F(ObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
 TEST_F(ObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
 {
     constexpr int32_t kKeys = 1000000;
-    constexpr int32_t kTurns = 100000; // of the other kind fewer, for the disk's sake
+    constexpr int32_t kTurns = 100000; // fewer of the other kind, to spare the disk
     auto* object = scene.objects.GetSlot(scene.objects.Add());
     KRE_PosKeyData key;
     KRE_RotKeyData turn;
@@ -336,7 +337,7 @@ TEST_F(ObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
     object->posKeyCount = kKeys;
     object->rotKeyCount = kTurns;
     const std::string bytes = Saved(scene);
-    // 43 and 91 bytes a key, behind an object without keys.
+    // 43 and 91 bytes per key, after an object without keys.
     EXPECT_EQ(bytes.size(), MakeQsb(FileWith(QsbObject())).bytes.size() + 7 + kKeys * size_t{43} +
                                 kTurns * size_t{91});
     KRE_3dScene again;
@@ -389,7 +390,7 @@ TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
     EXPECT_EQ(light.lightOn, 5);
     EXPECT_EQ(light.lightMode, 6);
     EXPECT_STREQ(light.targetName.c_str(), "Mast");
-    // Behind the type stand diffuse, specular and ambient with 4 numbers each, position and direction
+    // After the type come diffuse, specular and ambient with 4 numbers each, position and direction
     // with 3, range, falloff, three attenuations, theta, phi.
     EXPECT_EQ(light.light.Type, D3DLIGHT_SPOT);
     EXPECT_EQ(light.light.Diffuse.r, 1);
@@ -413,7 +414,7 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
         file.scene.settings[i] = static_cast<uint32_t>(i + 10);
     const float fog[] = {13.5f, 14.5f, 15.5f};
     std::memcpy(&file.scene.settings[13], fog, sizeof fog);
-    file.scene.settings[11] = 3; // fog is on, so its mode is held against 0 to 3
+    file.scene.settings[11] = 3; // fog is on, so its mode must be 0 to 3
     file.scene.settings[16] = 26;
     Load(scene, file);
     EXPECT_EQ(scene.objectKind, kObjectPlain);
@@ -436,7 +437,7 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
     EXPECT_EQ(scene.settings.disableLightsAfter, 1);
 }
 
-TEST_F(ObjectFileTest, AFogModeThatWouldBeUsedIsHeldAgainstThoseThereAre)
+TEST_F(ObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
 {
     constexpr size_t kUseFog = 7;
     constexpr size_t kFogMode = 11;
@@ -458,7 +459,7 @@ TEST_F(ObjectFileTest, AFogModeThatWouldBeUsedIsHeldAgainstThoseThereAre)
         file.scene.settings[kFogMode] = c.fogMode;
         EXPECT_EQ(LoadError(MakeQsb(file).bytes), c.error) << c.what;
     }
-    // What is not used is kept and saved.
+    // Unused values are kept and saved.
     QsbFile kept;
     kept.scene.object.name = "scene.qsb";
     kept.scene.settings[kFogMode] = 0x12345678;
@@ -497,7 +498,7 @@ TEST_F(ObjectFileTest, ListsKeepTheirOrder)
     EXPECT_STREQ(scene.meshes.Get(2)->name.c_str(), "bmesh");
 }
 
-TEST_F(ObjectFileTest, CountsOfListsAreHeldAgainstTheBytesLeft)
+TEST_F(ObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
 {
     const QsbImage image = MakeQsb(FullQsb());
     const struct {
@@ -516,14 +517,14 @@ TEST_F(ObjectFileTest, CountsOfListsAreHeldAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, AnExtraTrailingByteIsNotLookedAt)
+TEST_F(ObjectFileTest, AnExtraTrailingByteIsIgnored)
 {
     LoadBytes(scene, MakeQsb(FullQsb()).bytes + "x");
     EXPECT_EQ(CheckScene(scene), "");
     EXPECT_EQ(scene.lights.Count(), 1);
 }
 
-TEST_F(ObjectFileTest, NamesThatAreNotThereAreWarnings)
+TEST_F(ObjectFileTest, MissingNamesAreWarnings)
 {
     QsbObject object;
     object.parentName = "Deck";

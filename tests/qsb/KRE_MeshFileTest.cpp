@@ -37,7 +37,7 @@ protected:
     KRE_3dScene scene;
 };
 
-/// A triangle of the given format, with as many bones as asked for.
+/// A triangle of the given format, with this many bones.
 QsbMesh Triangle(uint32_t fvf, size_t bones = 0)
 {
     QsbMesh mesh = QsbTriangle("Hull");
@@ -48,7 +48,7 @@ QsbMesh Triangle(uint32_t fvf, size_t bones = 0)
     return mesh;
 }
 
-/// A picture of 24 bits and one pixel.
+/// A 24-bit picture with one pixel.
 std::string OnePixelBmp()
 {
     return std::string("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30) +
@@ -161,7 +161,7 @@ TEST_F(MeshFileTest, AWeightOfOneHalfIsStoredAs32767AndReadsSlightlyBelow)
     loaded.UnlockAll();
     const std::string bytes = Saved(scene);
     const QsbImage image = MakeQsb(FileWith(mesh));
-    uint16_t stored = 0; // behind position and normal
+    uint16_t stored = 0; // after position and normal
     std::memcpy(&stored, bytes.data() + image.at.at("mesh0.vertices") + 18, 2);
     EXPECT_EQ(stored, 32767); // 0.5 * 65535 = 32767.5, truncated
     LoadBytes(scene, bytes);
@@ -174,8 +174,8 @@ TEST_F(MeshFileTest, AWeightOfOneHalfIsStoredAs32767AndReadsSlightlyBelow)
 
 TEST_F(MeshFileTest, QuirkRepeatedSavesDriftDownward)
 {
-    // What a stored number becomes by one load and save: as a float it may lie a little below the
-    // quotient, and the product is cut then.
+    // What a stored number becomes after one load and save: as a float it may be slightly below the
+    // quotient, and the product is then truncated.
     const auto next = [](uint16_t number, double unit) {
         return static_cast<uint16_t>(static_cast<double>(static_cast<float>(number / unit)) * unit);
     };
@@ -213,7 +213,7 @@ TEST_F(MeshFileTest, ValuesOutside16BitsAreClampedWithOneWarning)
     KRE_Mesh& mesh = LoadMesh(Triangle(0x1018, 2));
     mesh.LockAll(0);
     *mesh.Normal(0) = {2, -2, NAN};
-    *mesh.Normal(1) = {1e30f, -1e30f, -1.00002f}; // -32767.66 still is one of 16 bits
+    *mesh.Normal(1) = {1e30f, -1e30f, -1.00002f}; // -32767.66 still fits 16 bits
     mesh.Weights(0)[0] = 1.5f;
     mesh.Weights(1)[0] = -1;
     mesh.Weights(2)[0] = NAN;
@@ -230,7 +230,7 @@ TEST_F(MeshFileTest, ValuesOutside16BitsAreClampedWithOneWarning)
 
 // ---- Damaged geometry
 
-TEST_F(MeshFileTest, FormatsThatCannotBeHeldAreErrors)
+TEST_F(MeshFileTest, UnsupportedFormatsAreErrors)
 {
     const struct {
         const char* what;
@@ -256,7 +256,7 @@ TEST_F(MeshFileTest, FormatsThatCannotBeHeldAreErrors)
     }
 }
 
-TEST_F(MeshFileTest, CountsAreHeldAgainstTheBytesLeft)
+TEST_F(MeshFileTest, CountsAreCheckedAgainstTheBytesLeft)
 {
     const struct {
         const char* field;
@@ -319,7 +319,7 @@ TEST_F(MeshFileTest, GeometryThatTheDeviceRefusesIsAnError)
     EXPECT_EQ(LoadMesh(mesh).vertexCount, 65535);
 }
 
-TEST_F(MeshFileTest, AnErrorOfTheDeviceComesBehindTheNamesOfFileAndMesh)
+TEST_F(MeshFileTest, AnErrorOfTheDeviceComesAfterTheNamesOfFileAndMesh)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.vertices.resize(65536);
@@ -331,7 +331,7 @@ TEST_F(MeshFileTest, AnErrorOfTheDeviceComesBehindTheNamesOfFileAndMesh)
     EXPECT_EQ(log.find("Error:KRE_Gfx: Number of vertices"), log.find('\n', warning) + 1);
 }
 
-TEST_F(MeshFileTest, AnotherNumberOfMaterialsThanTheMeshHasIsAnError)
+TEST_F(MeshFileTest, ADifferentNumberOfMaterialsIsAnError)
 {
     KRE_Mesh& mesh = LoadMesh(Triangle(0x12));
     EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 1, 3, 2, 0x12, 0, 0); }),
@@ -358,7 +358,7 @@ TEST_F(MeshFileTest, TransparencyIsWhatTheFileSaysUnlessItIsNegative)
     QsbMesh mesh = Triangle(0x12);
     mesh.hasTransparency = 99;
     EXPECT_EQ(LoadMesh(mesh).hasTransparency, 99);
-    mesh.hasTransparency = -99; // not looked for: the materials are asked
+    mesh.hasTransparency = -99; // not used: the materials decide
     EXPECT_EQ(LoadMesh(mesh).hasTransparency, 0);
 }
 
@@ -385,7 +385,7 @@ TEST_F(MeshFileTest, ACloneHasMaterialsAndBonesAndNoGeometry)
     EXPECT_EQ(QsbDifference(Saved(scene), image.bytes), "");
 }
 
-TEST_F(MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshStandsBehindOnce)
+TEST_F(MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshIsSortedLastOnlyOnce)
 {
     QsbFile file = FileWith(Triangle(0x12));
     QsbMesh clone = Triangle(0x12);
@@ -417,15 +417,15 @@ TEST_F(MeshFileTest, BonesComeFromTheirPlaces)
 {
     QsbMesh mesh = Triangle(0x1018, 2);
     mesh.bones[1].name = std::string(300, 'b');
-    mesh.bones[1].boneInit[12] = 2; // moves along x
-    mesh.bones[1].meshInit[0] = 5;  // stretches along x
+    mesh.bones[1].boneInit[12] = 2; // translates along x
+    mesh.bones[1].meshInit[0] = 5;  // scales along x
     mesh.bones[1].meshInit[12] = 3;
     const KRE_Mesh& loaded = LoadMesh(mesh);
     const KRE_BoneInfo& bone = *loaded.bones.Get(1);
     EXPECT_EQ(bone.name, std::string(255, 'b'));
     EXPECT_EQ(bone.boneInitTM._41, 2);
     EXPECT_EQ(bone.meshInitTM._11, 5);
-    // The mesh's matrix first: (x, y, z) goes to 5 x + 3, then 2 further.
+    // The mesh's matrix comes first: (x, y, z) becomes 5 x + 3, then 2 more.
     EXPECT_EQ(bone.bindTM._11, 5);
     EXPECT_EQ(bone.bindTM._41, 5);
     EXPECT_EQ(loaded.boneObjectCount, 2);
@@ -519,7 +519,7 @@ static QsbMesh RawTriangle(uint32_t bones)
     return mesh;
 }
 
-TEST_F(MeshFileTest, TheOldestFilesHoldVerticesAsTheyLieInMemory)
+TEST_F(MeshFileTest, TheOldestFilesHoldVerticesAsInMemory)
 {
     QsbFile file = FileWith(RawTriangle(0x0001));
     file.version = 100;

@@ -39,7 +39,7 @@ protected:
     KRE_3dScene scene;
 };
 
-/// A picture of 24 bits and `size` by `size` pixels.
+/// A 24-bit picture of `size` by `size` pixels.
 std::string Bmp(uint8_t size)
 {
     std::string bytes("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
@@ -117,7 +117,7 @@ TEST_F(TextureFileTest, SlotsPastTheFourthOfAnOldFileAreDropped)
     EXPECT_THAT(LogText(), Not(HasSubstr("none.bmp")));
 }
 
-TEST_F(TextureFileTest, AReflectionInSlot1ChangesPlacesWithSlot0)
+TEST_F(TextureFileTest, AReflectionInSlot1IsSwappedWithSlot0)
 {
     directory.Write("sky.bmp", Bmp(2));
     directory.Write("wood.bmp", Bmp(4));
@@ -150,7 +150,7 @@ TEST_F(TextureFileTest, OtherTypesInSlot1StayThere)
     EXPECT_EQ(LoadTexture(stored).slots[0].type, 3);
 }
 
-TEST_F(TextureFileTest, ATypeThatWouldBeDrawnIsHeldAgainstThoseThereAre)
+TEST_F(TextureFileTest, AnUnknownTypeOfADrawnSlotIsAnError)
 {
     static const struct {
         const char* what;
@@ -175,9 +175,9 @@ TEST_F(TextureFileTest, ATypeThatWouldBeDrawnIsHeldAgainstThoseThereAre)
     }
 }
 
-TEST_F(TextureFileTest, TheTypeOfASlotOfTheFileIsToldAlsoIfSlotsChangePlaces)
+TEST_F(TextureFileTest, TheErrorNamesTheFilesSlotEvenIfSlotsAreSwapped)
 {
-    QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, behind the reflection
+    QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, after the reflection
     stored.slots[1].file = "sky.bmp";
     stored.slots[1].type = 3;
     EXPECT_EQ(LoadError(MakeQsb(FileWith(stored)).bytes),
@@ -238,7 +238,7 @@ TEST_F(TextureFileTest, APictureOfAnotherMachineIsTakenFromBesideTheFile)
                                      "beside the scene: 'deck\\map.bmp'"));
 }
 
-TEST_F(TextureFileTest, APictureOfAnotherMachineIsToldOnceForEachScene)
+TEST_F(TextureFileTest, APictureOfAnotherMachineIsReportedOncePerScene)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("b.bmp", Bmp(2));
@@ -299,7 +299,7 @@ TEST_F(TextureFileTest, AFrameListKeepsItsTiming)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(stored)).bytes), "");
 }
 
-TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorThatTheWarningAheadExplains)
+TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBeforeIt)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("run.ifl", "a.bmp\n");
@@ -342,7 +342,7 @@ TEST_F(TextureFileTest, TheBackgroundIsStoredOnlyIfItHoldsAPicture)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(without).bytes), "");
 }
 
-TEST_F(TextureFileTest, AFileWithoutABackgroundTakesItAway)
+TEST_F(TextureFileTest, AFileWithoutABackgroundRemovesIt)
 {
     directory.Write("map.bmp", Bmp(2));
     QsbFile file;
@@ -353,7 +353,7 @@ TEST_F(TextureFileTest, AFileWithoutABackgroundTakesItAway)
     EXPECT_TRUE(scene.backgroundTexture.slotNames[0].IsEmpty());
 }
 
-TEST_F(TextureFileTest, NothingOfALoadThatFailedIsHeld)
+TEST_F(TextureFileTest, AFailedLoadHoldsNothing)
 {
     directory.Write("map.bmp", Bmp(2));
     const std::string bytes = MakeQsb(FileWith(TextureOf("map.bmp"))).bytes;

@@ -7,9 +7,9 @@ using LoadMemoryTest = SceneFileTest;
 
 } // namespace
 
-TEST_F(LoadMemoryTest, ABoneThatTheListOfANewMeshHasRoomForTakesNoOtherList)
+TEST_F(LoadMemoryTest, ABoneThatFitsTheNewMeshsListAllocatesNoOtherList)
 {
-    // The list has room for 128. Each bone up to there costs what the one before it did.
+    // The list has room for 128. Each bone up to there costs the same as the one before it.
     const auto allocationsOf = [this](size_t bones) {
         QsbFile file;
         file.scene.meshes = {QsbTriangle("Hull")};
@@ -21,7 +21,7 @@ TEST_F(LoadMemoryTest, ABoneThatTheListOfANewMeshHasRoomForTakesNoOtherList)
         LoadBytes(scene, bytes);
         return gAllocations - before;
     };
-    allocationsOf(126); // what is kept for further loads
+    allocationsOf(126); // allocates what is kept for later loads
     const int64_t most = allocationsOf(126);
     const int64_t oneBone = allocationsOf(127) - most;
     EXPECT_GT(oneBone, 0) << "allocations are counted";

@@ -20,7 +20,7 @@ constexpr const char* kText = "*3DSMAX_QSAEXPORT 100\n"
                               "*SCENE {\n *SCENE_FIRSTFRAME 30\n *SCENE_LASTFRAME 90\n"
                               " *SCENE_FRAMESPEED 15\n *SCENE_TICKSPERFRAME 320\n}\n";
 
-/// An object that stands at x = `time` for times from 0 to 10 seconds.
+/// An object at x = `time` for times from 0 to 10 seconds.
 QsbObject Mover(const std::string& name)
 {
     QsbObject object;
@@ -77,7 +77,7 @@ TEST_F(LoadSceneTest, AZeroLengthFileIsAnError)
     EXPECT_EQ(LoadError("QSB"), "scene.qsb: Error reading from file");
 }
 
-TEST_F(LoadSceneTest, AFileThatIsNotThereIsAWarningAndAnError)
+TEST_F(LoadSceneTest, AMissingFileIsAWarningAndAnError)
 {
     KRE_3dScene scene;
     EXPECT_EQ(ErrorText([&] { gGfx->LoadScene(scene, "none.qsb", 0); }),
@@ -96,7 +96,7 @@ TEST_F(LoadSceneTest, AFrameSpeedOf0StartsAtTime0)
     EXPECT_EQ(scene.objects.Get(0)->worldTM._41, 0);
 }
 
-TEST_F(LoadSceneTest, TheSceneStandsAtItsFirstFrame)
+TEST_F(LoadSceneTest, TheSceneIsAtItsFirstFrame)
 {
     QsbFile file;
     file.frameSpeed = 20;
@@ -108,11 +108,11 @@ TEST_F(LoadSceneTest, TheSceneStandsAtItsFirstFrame)
     EXPECT_EQ(scene.lastTime, 2.5);
 }
 
-TEST_F(LoadSceneTest, ATextSceneStandsAtItsFirstFrame)
+TEST_F(LoadSceneTest, ATextSceneIsAtItsFirstFrame)
 {
     KRE_3dScene scene;
     LoadBytes(scene, kText);
-    EXPECT_EQ(scene.lastTime, 2.0); // frame 30 at 15 frames a second
+    EXPECT_EQ(scene.lastTime, 2.0); // frame 30 at 15 frames per second
 }
 
 TEST_F(LoadSceneTest, ALightOfNoTypeOfTheDeviceIsAWarningAndKeepsItsBytes)
@@ -139,7 +139,7 @@ TEST_F(LoadSceneTest, ALightOfNoTypeOfTheDeviceIsAWarningAndKeepsItsBytes)
         EXPECT_EQ(static_cast<int32_t>(again.lights.Get(type)->light.Type), type);
 }
 
-TEST_F(LoadSceneTest, ALightThatATextCutsOffIsAWarning)
+TEST_F(LoadSceneTest, ATruncatedLightInATextIsAWarning)
 {
     KRE_3dScene scene;
     LoadBytes(scene, "*LIGHTOBJECT {\n *NODE_NAME \"Lamp\"\n *LIGHT_TYPE Omni\n");
@@ -174,7 +174,7 @@ TEST_F(LoadSceneTest, AnAbsolutePathOnlyWarns)
     EXPECT_THAT(LogText(), HasSubstr("Absolute file path"));
 }
 
-TEST_F(LoadSceneTest, TheSceneBearsItsPathAndTime)
+TEST_F(LoadSceneTest, TheSceneHasItsPathAndTime)
 {
     namespace fs = std::filesystem;
     directory.Write("deck/boat.qsb", MakeQsb(FullQsb()).bytes);
@@ -225,7 +225,7 @@ TEST_F(LoadSceneTest, AllFlagsSetCountAsNone)
     KRE_3dScene scene;
     Load(scene, file, kAllFlags);
     EXPECT_EQ(scene.meshes.Get(0)->fvf, 0x12u);
-    Load(scene, file, kAllFlags & ~1u); // any other set of flags counts
+    Load(scene, file, kAllFlags & ~1u); // any other set of flags is used as it is
     EXPECT_EQ(scene.meshes.Get(0)->fvf, 0xD2u);
 }
 
@@ -241,7 +241,7 @@ TEST_F(LoadSceneTest, FilesWithoutSceneBoundsGetThemComputed)
     Load(scene, file);
     EXPECT_EQ(scene.boxMin, D3DXVECTOR3(0, 0, 0));
     EXPECT_EQ(scene.boxMax, D3DXVECTOR3(1, 1, 4));
-    file.version = 103; // has them in the file: all zero
+    file.version = 103; // stored in the file: all zero
     Load(scene, file);
     EXPECT_EQ(scene.boxMax, D3DXVECTOR3(0, 0, 0));
 }

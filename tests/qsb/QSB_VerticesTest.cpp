@@ -36,7 +36,7 @@ TEST(QSB_VertexForm, SizesFollowFromFormatAndVersion)
 
 TEST(PackVertices, CutsTowardsZero)
 {
-    // 0.1 is a little above one tenth as a float: 3276.7 of 32767.
+    // As a float, 0.1 is slightly above one tenth: 3276.7 of 32767.
     const struct {
         float value;
         int16_t stored;
@@ -57,12 +57,12 @@ TEST(PackVertices, CutsTowardsZero)
     }
 }
 
-TEST(UnpackVertices, WhatTheFileDoesNotHoldIsZero)
+TEST(UnpackVertices, PartsMissingFromTheFileAreZero)
 {
     VertexInfo stored;
     stored.SetFVFInfo(0x12);
     VertexInfo info;
-    info.SetFVFInfo(0x402D2); // colours and two sets of coordinates more
+    info.SetFVFInfo(0x402D2); // plus colours and two sets of coordinates
     ASSERT_EQ(info.stride, 24 + 8 + 8 + 12);
     uint8_t record[18] = {};
     record[17] = 0x40; // half of a normal along z: 16384 / 32767

@@ -35,7 +35,8 @@ TEST_F(SaveSceneTest, AnEmptySceneHasFourZeroCountsAndAllFixedRecords)
     const std::string bytes = Saved(scene);
     EXPECT_EQ(bytes.size(), kHeader + kScene);
     EXPECT_EQ(bytes.substr(bytes.size() - 16), std::string(16, '\0'));
-    // Field by field: a new scene and a new header are the defaults of the writer in this test.
+    // Compared field by field: a new scene and a new header have the defaults of this test's
+    // writer.
     EXPECT_EQ(QsbDifference(bytes, MakeQsb(QsbFile()).bytes), "");
 }
 
@@ -45,11 +46,11 @@ TEST_F(SaveSceneTest, AllRecordsComeOutAsTheyWentIn)
     QsbFile file = FullQsb();
     file.scene.object.name = "scene.qsb"; // the path of the load
     QsbFile expected = file;
-    expected.scene.meshes[1].hasTransparency = 1; // the clone's is its source's after a load
+    expected.scene.meshes[1].hasTransparency = 1; // after a load the clone's is its source's
     EXPECT_EQ(QsbDifference(Resaved(MakeQsb(file).bytes), MakeQsb(expected).bytes), "");
 }
 
-TEST_F(SaveSceneTest, ASavedSceneAlwaysBearsVersion106)
+TEST_F(SaveSceneTest, ASavedSceneAlwaysHasVersion106)
 {
     for (int32_t version = 101; version <= 106; ++version) {
         const std::string bytes = Resaved(MakeQsb(FullQsb(version)).bytes);
@@ -84,7 +85,7 @@ TEST_F(SaveSceneTest, FacesOutOfOrderAreSortedByTheFirstLoad)
     EXPECT_EQ(QsbDifference(Resaved(first), first), "");
 }
 
-TEST_F(SaveSceneTest, TheHeaderOfTheLastLoadGoesAlong)
+TEST_F(SaveSceneTest, TheHeaderOfTheLastLoadIsSaved)
 {
     KRE_3dScene scene;
     Load(scene, FullQsb());
@@ -113,7 +114,7 @@ TEST_F(SaveSceneTest, ATextSceneIsSavedUnderItsPath)
     EXPECT_THAT(directory.Read("boat.qsb"), HasSubstr("boat.qsa"));
 }
 
-TEST_F(SaveSceneTest, ATextThatIsReservedAndNotFilledIsStoredToItsEnd)
+TEST_F(SaveSceneTest, APartlyFilledTextIsStoredUpToItsEnd)
 {
     KRE_3dScene scene;
     scene.name.Assign("boat");
@@ -150,7 +151,7 @@ TEST_F(SaveSceneTest, AFailedSaveLeavesTheOldTargetAndNoLitter)
     EXPECT_EQ(gOpenHandlesCount, 0);
 }
 
-TEST_F(SaveSceneTest, ATargetInADirectoryThatIsNotThereIsAWarningAndAnError)
+TEST_F(SaveSceneTest, ATargetInAMissingDirectoryIsAWarningAndAnError)
 {
     KRE_3dScene scene;
     EXPECT_EQ(ErrorText([&] { gGfx->SaveScene(scene, "none/boat.qsb"); }),
@@ -159,7 +160,7 @@ TEST_F(SaveSceneTest, ATargetInADirectoryThatIsNotThereIsAWarningAndAnError)
                 HasSubstr("Create() failed: No such file or directory, file:'none/boat.qsb'"));
 }
 
-TEST_F(SaveSceneTest, ADirectoryIsNoTarget)
+TEST_F(SaveSceneTest, ADirectoryIsNotATarget)
 {
     directory.Write("boat.qsb/inside", "kept");
     KRE_3dScene scene;
@@ -178,7 +179,7 @@ TEST_F(SaveSceneTest, TheDirectoryOfATargetIsFoundInAnyLetterCase)
     EXPECT_EQ(directory.Read("Deck/boat.qsb"), MakeQsb(QsbFile()).bytes);
 }
 
-TEST_F(SaveSceneTest, TheTargetMayLieInAnotherDirectory)
+TEST_F(SaveSceneTest, TheTargetMayBeInAnotherDirectory)
 {
     directory.Write("deck/other.txt", "");
     KRE_3dScene scene;

@@ -11,13 +11,13 @@
 
 inline constexpr uint32_t kBumpMaps = 2; ///< a flag of `Load`
 
-/// Loads and saves scenes in a directory of its own.
+/// Loads and saves scenes in its own directory.
 class SceneFileTest : public SceneEngineTest {
 protected:
     /// Writes the bytes as "scene.qsb" and loads it.
     void LoadBytes(KRE_3dScene& scene, const std::string& bytes, uint32_t flags = 0)
     {
-        std::filesystem::remove("scene.qsb"); // writing over it would wait for the disk
+        std::filesystem::remove("scene.qsb"); // overwriting it would wait for the disk
         directory.Write("scene.qsb", bytes);
         gGfx->LoadScene(scene, "scene.qsb", flags);
     }
@@ -26,13 +26,13 @@ protected:
         LoadBytes(scene, MakeQsb(file).bytes, flags);
         EXPECT_EQ(CheckScene(scene), "");
     }
-    /// What a load of the bytes ends in; "" for a load that comes through.
+    /// The error of a load of the bytes; "" if it succeeds.
     std::string LoadError(const std::string& bytes, uint32_t flags = 0)
     {
         KRE_3dScene scene;
         return ErrorText([&] { LoadBytes(scene, bytes, flags); });
     }
-    /// The bytes that a scene is saved as.
+    /// The bytes of the saved scene.
     std::string Saved(KRE_3dScene& scene)
     {
         gGfx->SaveScene(scene, "saved.qsb");

@@ -1,4 +1,4 @@
-// Damaged texts: none may end in anything but a scene or a stated error.
+// Damaged texts: each must end in a scene or a documented error.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -14,7 +14,7 @@
 
 namespace {
 
-/// A text that uses every keyword that anything acts on.
+/// A text with every keyword that has an effect.
 std::string Everything()
 {
     MeshText mesh = Cube({"1", "1,2", "", "3", "1", "300"});
@@ -53,7 +53,7 @@ std::string Everything()
         "*CONTROL_BEZIER_POINT3_KEY 0 1 1 1 0 0 0 0 0 0 *CONTROL_POINT3_KEY 160 1 1 1 } "
         "*MATERIAL_ATTRIBUTE \"Opacity\" *CONTROL_FLOAT_LINEAR { *CONTROL_FLOAT_KEY 0 1 "
         "*CONTROL_BEZIER_FLOAT_KEY 160 1 0 0 } } ";
-    // What is quick to load stands first, so that most truncations are.
+    // Whatever is quick to load comes first, so that most truncations are quick.
     return "*3DSMAX_QSAEXPORT 211\n*SCENE { *SCENE_BACKGROUND_STATIC 0 0 0 *SCENE_AMBIENT_STATIC 1 1 1 "
            "*SCENE_FIRSTFRAME 0 *SCENE_LASTFRAME 100 *SCENE_FRAMESPEED 30 *SCENE_TICKSPERFRAME 160 "
            "*SCENE_ENVMAP { *BITMAP \"none.bmp\" } *SCENE_SOUNDFILE \"s\" *SCENE_SCRIPTFILE \"t\" }\n"
@@ -73,7 +73,8 @@ std::string Everything()
 
 class QSALoaderBadInputTest : public QSALoaderTest {
 protected:
-    /// Loads a text that may be bad; what loads has to be sound. Gives the error, or an empty text.
+    /// Loads a text that may be bad; a scene that loads must be sound. Returns the error, or an
+    /// empty text.
     std::string Try(const std::string& text, uint32_t flags = 0)
     {
         gLogEntries = kMaxLogEntries; // thousands of warnings are of no interest here
@@ -83,7 +84,7 @@ protected:
         EXPECT_EQ(FaultsOf(scene, true), "");
         return "";
     }
-    /// The bytes that the scene is saved as, in "saved.qsb".
+    /// The bytes of the scene saved as "saved.qsb".
     std::string Saved()
     {
         std::filesystem::remove("saved.qsb"); // replacing it would wait for the disk
@@ -104,9 +105,9 @@ TEST_F(QSALoaderBadInputTest, TheWholeTextLoadsWithoutAnError)
     EXPECT_EQ(scene.clipMode, 3);
 }
 
-// One length of eleven in an ordinary run, which over the text's many lines comes to every place of a
-// line; with QSA_EVERY_TRUNCATION=1 in the environment every length.
-TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInAStatedError)
+// An ordinary run tries one length in eleven, which over the text's many lines reaches every place
+// in a line; with QSA_EVERY_TRUNCATION=1 in the environment it tries every length.
+TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInADocumentedError)
 {
     const std::string text = Everything();
     const char* wish = std::getenv("QSA_EVERY_TRUNCATION");
@@ -114,7 +115,7 @@ TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInAStatedError)
     int tried = 0;
     int loaded = 0;
     for (size_t length = 0; length < text.size(); length += step) {
-        // Looking for files takes most of the time, and is done for some lengths only.
+        // Searching for files takes most of the time, so it is done for some lengths only.
         const uint32_t flags = tried++ % 50 == 0 ? 0u : uint32_t{kLoadNoTextures};
         const std::string error = Try(text.substr(0, length), flags);
         loaded += error.empty() ? 1 : 0;
@@ -122,14 +123,15 @@ TEST_F(QSALoaderBadInputTest, TruncationsLoadOrEndInAStatedError)
                     error.find("name string") != std::string::npos)
             << length << ' ' << error;
     }
-    // A missing brace, a mesh without its faces, a clone without its source: the others load.
+    // A missing brace, a mesh without its faces and a clone without its source fail; the others
+    // load.
     EXPECT_GT(loaded, tried / 2);
 }
 
 namespace {
 
-/// The errors of the text format that docs/diagnostics.md lists, each as the pieces between what
-/// stands for names and numbers.
+/// The errors of the text format that docs/diagnostics.md lists, each split at the placeholders of
+/// names and numbers.
 std::vector<std::vector<std::string>> StatedErrors()
 {
     std::ifstream page(SourcePath("docs/diagnostics.md"));
@@ -148,7 +150,7 @@ std::vector<std::vector<std::string>> StatedErrors()
                     pieces.back() += cell[i];
                     continue;
                 }
-                i = cell.find_first_of("cdfgisu", i); // the end of the place: %i, %lli
+                i = cell.find_first_of("cdfgisu", i); // the end of the placeholder: %i, %lli
                 pieces.emplace_back();
             }
             at = cell.find('`', end + 1);
@@ -169,8 +171,8 @@ bool HoldsInOrder(const std::string& text, const std::vector<std::string>& piece
     return true;
 }
 
-/// The names of all objects of a scene, list by list; meshes in the order of their names, as a load
-/// puts opaque ones first.
+/// The names of all objects of a scene, list by list; meshes sorted by name, because a load moves
+/// opaque ones to the front.
 std::vector<std::string> NamesOf(const KRE_3dScene& scene)
 {
     std::vector<std::string> names;
@@ -193,10 +195,10 @@ std::string gEntryBefore;
 
 } // namespace
 
-/// Each text gives a sound scene that can be saved and loaded again, or an error of the list in the
-/// documents that names the file, itself or in the warning ahead of it. And the same through a
-/// window of any size, byte for byte.
-TEST_F(QSALoaderBadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
+/// Each text gives a sound scene that can be saved and loaded again, or a documented error that
+/// names the file, itself or in the warning before it. The result is the same, byte for byte,
+/// through a window of any size.
+TEST_F(QSALoaderBadInputTest, RandomChangesGiveASoundSceneOrADocumentedError)
 {
     const std::string text = Everything();
     const auto stated = StatedErrors();
@@ -253,7 +255,7 @@ TEST_F(QSALoaderBadInputTest, RandomChangesGiveASoundSceneOrAStatedError)
             << round << ' ' << ahead << entry;
     }
     gLogSink = nullptr;
-    // Both come often, or the rounds show nothing.
+    // Both must be frequent, or the rounds prove nothing.
     EXPECT_GT(loaded, rounds / 5);
     EXPECT_GT(refused, rounds / 10);
 }
@@ -273,10 +275,11 @@ TEST_F(QSALoaderBadInputTest, StrangeBytesInTextsAreKeptOrRefused)
 namespace {
 
 constexpr size_t kHostileBytes = 1 << 20;
-/// What a load may take from the system at its peak.
+/// The memory that a load may take from the system at its peak.
 constexpr int64_t kMostBytes = int64_t{128} << 20;
 
-/// Head, items up to 1 MiB with their numbers in place of each '#', tail; `close` for each item.
+/// Head, items up to 1 MiB with their numbers in place of each '#', tail; `close` once for each
+/// item.
 std::string Hostile(const std::string& head, const std::string& item, const std::string& tail,
                     const std::string& close = "")
 {
@@ -382,14 +385,14 @@ std::vector<std::pair<const char*, std::string>> HostileTexts()
 
 } // namespace
 
-// None takes more than a fraction of a second; where the cost grows with the square of the text, the
-// limit of a test run ends it.
+// None takes more than a fraction of a second; if the cost grew with the square of the text, the
+// time limit of a test run would end it.
 TEST_F(QSALoaderBadInputTest, TextsThatAskForMuchCostLittle)
 {
     const auto texts = HostileTexts();
     for (const auto& [what, text] : texts) {
         ForgetPeakMemory();
         Try(text);
-        EXPECT_LT(PeakMemoryGrowth(), kMostBytes) << what; // -1 where nobody tells
+        EXPECT_LT(PeakMemoryGrowth(), kMostBytes) << what; // -1 where the host does not report it
     }
 }

@@ -9,14 +9,14 @@ namespace {
 
 class QSA_BoundsObjectTest : public QSALoaderTest {
 protected:
-    /// Saves what was loaded and loads it again.
+    /// Saves the loaded scene and loads it again.
     void Reload()
     {
         gGfx->SaveScene(scene, "saved.qsb");
         gGfx->LoadScene(reloaded, "saved.qsb", 0);
         EXPECT_EQ(FaultsOf(reloaded), "");
     }
-    /// The meshes in their order, each with its source.
+    /// The meshes in list order, each with its source.
     static std::string Sources(KRE_3dScene& of)
     {
         std::string all;
@@ -48,7 +48,7 @@ TEST_F(QSA_BoundsObjectTest, BoundsInAnyCaseIsTakenAndASecondOneStays)
     ASSERT_EQ(scene.meshes.Count(), 2);
     EXPECT_STREQ(Mesh(1).name.c_str(), "Bounds");
     EXPECT_EQ(scene.clipMode, 3);
-    // The unit cube, twice as large and moved by 10.
+    // The unit cube, scaled by 2 and moved by 10.
     ExpectVec3(scene.boxMin, 10, 0, 0);
     ExpectVec3(scene.boxMax, 12, 2, 2);
     ExpectVec3(scene.center, 11, 1, 1);
@@ -62,7 +62,7 @@ TEST_F(QSA_BoundsObjectTest, ChildrenOfTheBoundsObjectLoseTheirParent)
     EXPECT_EQ(Object(0).parent, nullptr);
 }
 
-// ---- Clones of the object that stands for the bounds, which no file holds
+// ---- Clones of the object that gives the bounds, which is not saved
 
 TEST_F(QSA_BoundsObjectTest, TheFirstBecomesAMeshOfItsOwnAndTheSourceOfTheOthers)
 {
@@ -95,7 +95,7 @@ TEST_F(QSA_BoundsObjectTest, TheFirstBecomesAMeshOfItsOwnAndTheSourceOfTheOthers
     check(reloaded);
 }
 
-TEST_F(QSA_BoundsObjectTest, ANameOfSeveralMeshesLeadsNoCloneToItsSource)
+TEST_F(QSA_BoundsObjectTest, ACloneWhoseNameIsNotUniqueIsNotASource)
 {
     Load(Named(Triangle(), "a") + Named(Cube({"1"}), "Bounds") + Clone("a", "Bounds") +
          Clone("c", "Bounds") + Clone("d", "Bounds"));
@@ -116,7 +116,7 @@ TEST_F(QSA_BoundsObjectTest, ASecondMeshOfThatNameIsNotTheirSource)
     EXPECT_EQ(Sources(scene), "Bounds a");
     Reload();
     EXPECT_EQ(reloaded.GetMesh(1)->faceCount, 12);
-    // The bounds are found in any case of letters, a source is not.
+    // The bounds are found regardless of case, a source is not.
     Load(Named(Cube({"1"}), "bOUNDS") + second + Clone("a", "Bounds"));
     EXPECT_EQ(Sources(scene), "Bounds a<Bounds");
     EXPECT_EQ(scene.GetMesh(1)->faceCount, 1);
@@ -141,8 +141,8 @@ TEST_F(QSA_BoundsObjectTest, BoundsMayThemselvesBeAClone)
     EXPECT_EQ(reloaded.GetMesh(1)->faceCount, 12);
 }
 
-// A file names materials that are there, and what was not drawn must not be drawn now.
-TEST_F(QSA_BoundsObjectTest, FacesWithoutAMaterialOfTheirOwnGetOneThatIsNotSeen)
+// A file must only name materials that exist, and faces that were not drawn must stay invisible.
+TEST_F(QSA_BoundsObjectTest, FacesWithoutAMaterialGetAnInvisibleOne)
 {
     MeshText parts = Triangle();
     parts.faces.push_back({0, 2, 1, "1", 1}); // submaterials 0 and 1
@@ -156,7 +156,7 @@ TEST_F(QSA_BoundsObjectTest, FacesWithoutAMaterialOfTheirOwnGetOneThatIsNotSeen)
     EXPECT_EQ(own->materials[1].transparency, 1.0f);
     EXPECT_EQ(own->materials[1].transparent, 0) << "the order of the meshes stays";
 
-    // The clone of a clone has no material at all: its first part is drawn as a new one.
+    // The clone of a clone has no material at all: its first part is drawn with a default one.
     Load(MaterialList({kTwoParts}) + Named(parts, "m", "*MATERIAL_REF 0") + Clone("Bounds", "m") +
          Clone("a", "Bounds", "*MATERIAL_REF 0"));
     Reload();

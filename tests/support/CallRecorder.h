@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-/// The calls of a recording device and of the recording `IDirect3D9` that made it, in their order,
-/// and the failures that a test has planned for them. Tests share it with both, so it can be read
-/// when they are gone.
+/// The calls of a recording device and of the recording `IDirect3D9` that created it, in order, and
+/// the failures that a test has planned for them. Tests share ownership with both, so it can be
+/// read after they are gone.
 class CallRecorder {
 public:
     /// One line for each call: its name, then its arguments, separated by single blanks.
@@ -25,10 +25,10 @@ public:
 
     void ClearLines() { lines.clear(); }
 
-    /// The next call of this name gives `result` and does not reach the device; it is noted all the
-    /// same. Several orders for one name are met in their order, one by each call. With `match`,
-    /// only a call whose line has these words (whole words, in this order, side by side) counts.
-    /// Calls that give no HRESULT can not fail.
+    /// The next call of this name returns `result` and does not reach the device; it is recorded
+    /// all the same. Several orders for one name are used in order, one per call. With `match`,
+    /// only a call whose line has these words (whole, in this order, adjacent) counts. Calls that
+    /// do not return an HRESULT cannot fail.
     void FailNext(const char* name, HRESULT result, const char* match = "");
 
     /// The same for each such call until `ClearFailures`.
@@ -36,7 +36,7 @@ public:
 
     void ClearFailures() { failures.clear(); }
 
-    /// Orders of `FailNext` that no call has met yet: a test may want 0 at its end.
+    /// Orders of `FailNext` that no call has used yet; a test may expect 0 at its end.
     std::size_t FailuresLeft() const;
 
     // For the recording objects.
@@ -46,17 +46,17 @@ public:
         std::optional<HRESULT> failure; // the planned result, if one is due
     };
 
-    /// Empty arguments are left out.
+    /// Empty arguments are omitted.
     Noted Note(const char* name, std::initializer_list<std::string> arguments);
 
-    /// Appends " -> result" to a noted line, if it is still there.
+    /// Appends " -> result" to a recorded line, if it is still there.
     void NoteResult(std::size_t line, const std::string& result);
 
     /// `kind#1` for the first object of its kind that appears, then `kind#2`, ...; an object keeps
     /// its first name. "null" for null.
     std::string NameOfObject(const char* kind, const void* object);
 
-    /// A name not used before, for an object that was made just now: its address may be that of an
+    /// A name not used before, for an object that was just created: its address may be that of an
     /// object that is gone.
     std::string NameOfNewObject(const char* kind, const void* object);
 

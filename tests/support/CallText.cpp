@@ -4,7 +4,7 @@
 
 namespace {
 
-// Blanks between the values, brackets around them.
+// Blanks between the values, brackets around all of them.
 template <class Value, class Writer>
 std::string ListText(const Value* values, UINT count, Writer write)
 {

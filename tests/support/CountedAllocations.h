@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <new>
 
-// Replaces the program's allocation, so that it can be counted: to be included by one source file of
-// a program. Inlined, the operators would look like mismatched pairs to the compiler. The forms for
-// arrays are replaced too: a sanitizer's own would take memory that is not counted.
+// Replaces the program's allocation functions to count allocations; include it in exactly one
+// source file of a program. Not inlined, because the compiler would see mismatched pairs. The array
+// forms are replaced too: a sanitizer's own would not be counted.
 
-static std::atomic<int64_t> gAllocations = 0; ///< since the program began
+static std::atomic<int64_t> gAllocations = 0; ///< since the program started
 
 [[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {

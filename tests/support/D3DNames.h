@@ -6,24 +6,24 @@
 #include <string>
 
 // Public names of Direct3D 9 values, for the lines of a recording. A value without a name is
-// printed as a number, so every value gives a text.
+// written as a number, so every value has a text.
 
 struct NamedValue {
     DWORD value;
     const char* name;
 };
 
-/// The first name that fits `value`, else the number.
+/// The first name that matches `value`, otherwise the number.
 std::string NameOf(std::span<const NamedValue> table, DWORD value);
 
-/// The names of all bits that are set, joined by `|` in the order of the table; bits without a name
-/// follow as one hexadecimal number. "0" for none.
+/// The names of all set bits, joined by `|` in the order of the table, followed by bits without a
+/// name as one hexadecimal number. "0" if no bit is set.
 std::string FlagNames(std::span<const NamedValue> table, DWORD flags);
 
 /// At most six significant digits, without trailing zeros: 1, 0.5, 1e+10. The same on every host.
 std::string FloatText(float value);
 
-/// The float whose bits these are: how states carry floats.
+/// The float with these bits, which is how states hold floats.
 std::string FloatBitsText(DWORD bits);
 
 /// 0xAARRGGBB.
@@ -33,8 +33,8 @@ std::string ColorText(D3DCOLOR color);
 std::string HexText(DWORD value);
 
 std::string RenderStateName(D3DRENDERSTATETYPE state);
-/// By the state's kind: a name, 0 or 1, a float (fog, points, biases), a colour, a number, or a
-/// hexadecimal number (masks).
+/// Depends on the state's kind: a name, 0 or 1, a float (fog, points, biases), a colour, a number,
+/// or a hexadecimal number (masks).
 std::string RenderStateValue(D3DRENDERSTATETYPE state, DWORD value);
 std::string TextureStageStateName(D3DTEXTURESTAGESTATETYPE type);
 std::string TextureStageStateValue(D3DTEXTURESTAGESTATETYPE type, DWORD value);
@@ -60,8 +60,8 @@ std::string SwapEffectName(D3DSWAPEFFECT effect);
 
 std::string BehaviorFlags(DWORD flags);
 std::string ClearFlags(DWORD flags);
-/// The position's kind, then the other parts; the number of texture sets as `D3DFVF_TEX2`. Set
-/// sizes other than two coordinates follow as one hexadecimal number.
+/// The position's kind, then the other parts; the number of texture sets as `D3DFVF_TEX2`. Sizes of
+/// sets with other than two coordinates follow as one hexadecimal number.
 std::string FvfFlags(DWORD fvf);
 std::string PresentFlags(DWORD flags);
 std::string UsageFlags(DWORD usage);

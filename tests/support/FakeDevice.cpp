@@ -50,7 +50,7 @@ FakeDevice::~FakeDevice()
     DropImplicitSurfaces();
 }
 
-// A surface that somebody still holds lives on without its device.
+// A surface that is still referenced outlives its device.
 void FakeDevice::DropImplicitSurfaces()
 {
     renderTargets.clear();

@@ -5,26 +5,26 @@
 #include <map>
 #include <utility>
 
-/// What a fake device can do unless a test says otherwise: transform and lighting, eight texture
-/// stages, mipmaps with bias, every texture operation, point size 64, four blend matrices without
-/// indices; no W buffer, no power-of-two limit, no programs.
+/// The default capabilities of a fake device: transform and lighting, eight texture stages, mipmaps
+/// with bias, every texture operation, point size 64, four blend matrices without indices; no W
+/// buffer, no power-of-two limit, no programs.
 D3DCAPS9 FakeCaps();
 
-/// A device without a picture, for tests that look at calls only: the standalone form of
-/// RecordingDevice stands in front of one. States are stored and given back (0 or identity before
-/// they are set, but the viewport is the whole target); buffers, surfaces and two-dimensional
-/// textures have memory that can be locked; drawing, clearing, copying and presenting succeed and
-/// do nothing. Volume and cube textures, programs, declarations, state blocks, queries and swap
-/// chains fail. It checks hardly anything, never gets lost, and `Reset` asks nobody to release
-/// anything. Pointers must not be null.
+/// A device without a picture, for tests that only look at calls: the standalone form of
+/// RecordingDevice wraps one. States are stored and returned (0 or identity before they are set;
+/// the viewport starts as the whole target); buffers, surfaces and two-dimensional textures have
+/// lockable memory; drawing, clearing, copying and presenting succeed and do nothing. Volume and
+/// cube textures, programs, declarations, state blocks, queries and swap chains fail. It checks
+/// hardly anything, is never lost, and `Reset` does not require anything to be released. Pointers
+/// must not be null.
 class FakeDevice final : public FakeResourceHost {
 public:
-    /// `owner` may be null: then there is no GetDirect3D. Gives null if the back buffer can not be
-    /// made. A windowed size of 0 x 0 is the window's client size.
+    /// `owner` may be null: then GetDirect3D fails. Returns null if the back buffer cannot be
+    /// created. A windowed size of 0 x 0 means the window's client size.
     static ComHandle<FakeDevice> Create(const D3DDEVICE_CREATION_PARAMETERS& creation,
                                         const D3DPRESENT_PARAMETERS& parameters, IDirect3D9* owner);
 
-    /// What GetDeviceCaps gives.
+    /// What GetDeviceCaps returns.
     D3DCAPS9 caps = FakeCaps();
 
     void Unbind(const IUnknown* resource) override;
@@ -252,8 +252,8 @@ private:
     D3DPRESENT_PARAMETERS parameters = {};
     ComHandle<IDirect3D9> owner;
     ComHandle<FakeSurface> backBufferSurface;
-    ComHandle<FakeSurface> autoDepthSurface; // null without one
-    // What is bound is not owned: see Unbind.
+    ComHandle<FakeSurface> autoDepthSurface; // null if there is none
+    // Bound objects are not owned: see Unbind.
     std::map<DWORD, IDirect3DSurface9*> renderTargets;
     IDirect3DSurface9* depthStencil = nullptr;
     std::map<DWORD, DWORD> renderStates;

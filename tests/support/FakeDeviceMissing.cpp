@@ -1,6 +1,6 @@
 #include "tests/support/FakeDevice.h"
 
-// Calls that would have to give something that the fake does not have: they fail.
+// Calls that would have to return something that the fake does not have: they fail.
 
 HRESULT STDMETHODCALLTYPE FakeDevice::CreateAdditionalSwapChain(D3DPRESENT_PARAMETERS*,
                                                                 IDirect3DSwapChain9** swapChainOut)

@@ -1,6 +1,6 @@
 #include "tests/support/FakeDevice.h"
 
-// Calls that do nothing and succeed: presenting, drawing, copying, and states that are not kept.
+// Calls that do nothing and succeed: presenting, drawing, copying, and states that are not stored.
 
 HRESULT STDMETHODCALLTYPE FakeDevice::TestCooperativeLevel()
 {

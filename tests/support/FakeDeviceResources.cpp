@@ -1,10 +1,10 @@
 #include "tests/support/FakeDevice.h"
 
-// Resources: made with memory of their own and handed out.
+// Resources: created with their own memory and returned.
 
 namespace {
 
-// D3DERR_NOTFOUND and null where there is none, as the real device answers.
+// D3DERR_NOTFOUND and null if there is none, like the real device.
 HRESULT GiveSurface(IDirect3DSurface9* surface, IDirect3DSurface9** surfaceOut)
 {
     *surfaceOut = Shared(surface).release();

@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-// States: stored and given back, with no effect.
+// States: stored and returned, without any effect.
 
 namespace {
 

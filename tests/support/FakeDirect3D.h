@@ -5,18 +5,19 @@
 #include <string>
 #include <vector>
 
-/// An adapter as a test wants it.
+/// An adapter as a test defines it.
 struct FakeAdapter {
     std::string description = "Fake adapter";
     D3DDISPLAYMODE desktop = {1024, 768, 60, D3DFMT_X8R8G8B8};
-    /// In the order of their numbers; each format counts its own.
+    /// In the order of their numbers; modes are numbered per format.
     std::vector<D3DDISPLAYMODE> modes = {{640, 480, 60, D3DFMT_X8R8G8B8},
                                          {1024, 768, 60, D3DFMT_X8R8G8B8},
                                          {640, 480, 60, D3DFMT_R5G6B5},
                                          {1024, 768, 60, D3DFMT_R5G6B5}};
 };
 
-// What IDirect3D9 tells of such adapters; a number that there is not gives D3DERR_INVALIDCALL or 0.
+// What IDirect3D9 reports about such adapters; a number that does not exist gives
+// D3DERR_INVALIDCALL or 0.
 
 HRESULT IdentifierOfAdapter(const std::vector<FakeAdapter>& adapters, UINT adapter,
                             D3DADAPTER_IDENTIFIER9* identifierOut);
@@ -26,10 +27,10 @@ HRESULT ModeOfAdapter(const std::vector<FakeAdapter>& adapters, UINT adapter, D3
 HRESULT DesktopOfAdapter(const std::vector<FakeAdapter>& adapters, UINT adapter,
                          D3DDISPLAYMODE* modeOut);
 
-/// An `IDirect3D9` with one FakeAdapter that says yes to every format and makes FakeDevices.
+/// An `IDirect3D9` with one FakeAdapter that accepts every format and creates FakeDevices.
 class FakeDirect3D final : public FakeObject<IDirect3D9> {
 public:
-    /// What GetDeviceCaps gives here and on the devices made from now on.
+    /// What GetDeviceCaps returns here and on devices created from now on.
     D3DCAPS9 caps;
 
     FakeDirect3D();

@@ -3,12 +3,12 @@
 #include <d3dx9.h>
 
 /// An effect that counts the two calls around a reset and does nothing else: every other operation
-/// fails. Like an effect of Wine's library it declines `OnResetDevice`.
+/// fails. Like an effect of Wine's library it rejects `OnResetDevice`.
 class FakeEffect : public ID3DXEffect {
 public:
     int lostCalls = 0;
     int resetCalls = 0;
-    ULONG references = 1; // the object is its maker's; the last reference does not delete it
+    ULONG references = 1; // owned by its creator; the last release does not delete it
 
     virtual ~FakeEffect() = default;
 

@@ -4,13 +4,13 @@
 
 #include <d3d9.h>
 
-/// How many fake objects there are: a test that ends with more than it began with leaks.
+/// The number of live fake objects: a test that ends with more than it began with leaks.
 int FakeObjectsAlive();
 
-/// For the fakes only.
+/// Used by the fakes only.
 void CountFakeObject(int step);
 
-/// A further reference to `object`, which may be null.
+/// Another reference to `object`, which may be null.
 template <class Interface>
 ComHandle<Interface> Shared(Interface* object)
 {
@@ -19,7 +19,7 @@ ComHandle<Interface> Shared(Interface* object)
     return ComHandle<Interface>(object);
 }
 
-/// The reference count of the fakes. A new object has one reference, which the maker holds.
+/// The reference count of the fakes. A new object has one reference, which its creator holds.
 template <class Interface>
 class FakeObject : public Interface {
 public:

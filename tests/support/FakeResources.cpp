@@ -170,7 +170,7 @@ ComHandle<FakeTexture> FakeTexture::Create(FakeResourceHost* device, UINT width,
         if (level + 1 == levels || (levels == 0 && isSmallest))
             return texture;
         if (isSmallest)
-            return nullptr; // more levels than there are
+            return nullptr; // more levels than exist
         desc.Width = std::max(1u, desc.Width / 2);
         desc.Height = std::max(1u, desc.Height / 2);
     }

@@ -7,12 +7,12 @@
 /// The device as its resources see it.
 class FakeResourceHost : public FakeObject<IDirect3DDevice9> {
 public:
-    /// Forgets a resource that goes away. What is bound is not held, or device and resource would
-    /// keep each other alive.
+    /// Forgets a resource that is being destroyed. Bound resources are not referenced, or device
+    /// and resource would keep each other alive.
     virtual void Unbind(const IUnknown* resource) = 0;
 };
 
-/// What the fake resources have in common. Private data is not kept; priorities are 0.
+/// Common base of the fake resources. Private data is not stored; priorities are 0.
 template <class Interface>
 class FakeResource : public FakeObject<Interface> {
 public:
@@ -35,7 +35,7 @@ public:
     void STDMETHODCALLTYPE PreLoad() override {}
 
 protected:
-    /// A resource keeps its device alive, but for those that the device itself keeps.
+    /// A resource keeps its device alive, except for those that the device itself keeps.
     FakeResource(FakeResourceHost* deviceOfResource, bool keepsDevice)
         : device(deviceOfResource),
           kept(keepsDevice ? Shared(deviceOfResource) : nullptr)
@@ -52,7 +52,7 @@ private:
     ComHandle<FakeResourceHost> kept;
 };
 
-/// A surface with its own pixels, all zero at first.
+/// A surface with its own pixels, initially zero.
 class FakeSurface final : public FakeResource<IDirect3DSurface9> {
 public:
     /// Null for a format without a known size or a side outside 1 to 8192.
@@ -85,13 +85,13 @@ private:
     D3DSURFACE_DESC description;
     UINT pitch;
     std::vector<BYTE> bytes;
-    IUnknown* container; // not owned, owns this; null for a surface by itself
+    IUnknown* container; // not owned, owns this; null for a stand-alone surface
     bool isLocked = false;
 };
 
 class FakeTexture final : public FakeResource<IDirect3DTexture9> {
 public:
-    /// 0 levels are the full chain. Null for what FakeSurface refuses or too many levels.
+    /// 0 levels means the full chain. Null for what FakeSurface rejects, or too many levels.
     static ComHandle<FakeTexture> Create(FakeResourceHost* device, UINT width, UINT height,
                                          UINT levels, DWORD usage, D3DFORMAT format, D3DPOOL pool);
 
@@ -128,7 +128,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return description.Type; }
-    /// Sizes of 0 reach to the end. Fails outside the buffer; locks may nest.
+    /// A size of 0 extends to the end. Fails outside the buffer; locks may nest.
     HRESULT STDMETHODCALLTYPE Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut,
                                    DWORD flags) override;
     HRESULT STDMETHODCALLTYPE Unlock() override;

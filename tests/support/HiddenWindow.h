@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-/// A window that is never shown, for a device to be made on. It has no frame, so that its client area
-/// is as large as the window.
+/// A window that is never shown, to create a device on. It has no frame, so its client area is as
+/// large as the window.
 class HiddenWindow {
 public:
     HiddenWindow(int width, int height)
@@ -13,7 +13,7 @@ public:
         windowClass.lpfnWndProc = DefWindowProcA;
         windowClass.hInstance = GetModuleHandleA(nullptr);
         windowClass.lpszClassName = kClassName;
-        RegisterClassExA(&windowClass); // fails harmlessly while another hidden window lives
+        RegisterClassExA(&windowClass); // fails harmlessly while another hidden window exists
         window = CreateWindowExA(0, kClassName, "hidden", WS_POPUP, 0, 0, width, height, nullptr,
                                  nullptr, windowClass.hInstance, nullptr);
     }
@@ -26,7 +26,7 @@ public:
     HiddenWindow& operator=(const HiddenWindow&) = delete;
 
     void Resize(int width, int height) { MoveWindow(window, 0, 0, width, height, FALSE); }
-    /// Null if there is no window.
+    /// Null if the window could not be created.
     HWND Handle() const { return window; }
 
 private:

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-/// How many times fewer cases tests over many files take on this host: 1 where everything happens in
+/// By how much tests over many files reduce their cases on this host: 1 where everything happens in
 /// the process, more where each device object is the system's.
 extern const int kHostSlowness;
 
-/// Starts to watch the memory of the process anew.
+/// Restarts the measurement of the process's peak memory.
 void ForgetPeakMemory();
-/// The most bytes that were resident above what was at the last `ForgetPeakMemory`; -1 where the host
-/// does not tell, or where a sanitizer holds on to freed memory.
+/// The peak of resident memory in bytes above that at the last `ForgetPeakMemory`; -1 if the host
+/// does not report it, or if a sanitizer holds on to freed memory.
 int64_t PeakMemoryGrowth();

@@ -1,4 +1,4 @@
 #pragma once
 
-/// True on the host whose rasterizer is this project's own.
+/// True on the host that uses this project's own rasterizer.
 bool IsHeadlessHost();

@@ -4,8 +4,8 @@
 
 #include <initializer_list>
 
-// The ids by which the test objects answer QueryInterface. The system's own symbols for them live
-// in a library that the program does not link.
+// The ids that the test objects support in QueryInterface. The system's own symbols for them are in
+// a library that the program does not link.
 
 inline constexpr GUID kUnknownId = {
     0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
@@ -26,6 +26,6 @@ inline constexpr GUID kBaseTextureId = {
 inline constexpr GUID kTextureId = {
     0x85C31227, 0x3DE5, 0x4F00, {0x9B, 0x3A, 0xF1, 0x1A, 0xC3, 0x8C, 0x18, 0xB5}};
 
-/// Gives a reference to `object` if it answers to `iid`, else null and E_NOINTERFACE.
+/// Returns a reference to `object` if `iid` is one of `ids`, otherwise null and E_NOINTERFACE.
 HRESULT GiveInterface(IUnknown* object, REFIID iid, std::initializer_list<GUID> ids,
                       void** objectOut);

@@ -22,14 +22,14 @@ struct PictureDifference {
 
 PictureDifference ComparePictures(const Picture& a, const Picture& b, int allowedStep);
 
-/// Opaque, each channel the difference of the two, made eight times as strong. For equal sizes.
+/// Opaque, with the difference of each channel multiplied by eight. For pictures of equal size.
 Picture DifferencePicture(const Picture& a, const Picture& b);
 
-/// The words of all pixels without a header, little-endian. False if the file can not be written.
+/// Writes all pixels as little-endian words without a header. False if the file cannot be written.
 bool WriteRawPicture(const std::string& path, const Picture& picture);
 
-/// False if the file can not be written.
+/// False if the file cannot be written.
 bool WritePngPicture(IDirect3DDevice9* device, const std::string& path, const Picture& picture);
 
-/// Empty if there is no such file or it can not be read.
+/// Empty if there is no such file or it cannot be read.
 Picture ReadPngPicture(IDirect3DDevice9* device, const std::string& path);

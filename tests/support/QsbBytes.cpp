@@ -329,7 +329,7 @@ QsbMesh QsbTriangle(const std::string& name)
     QsbMesh mesh;
     mesh.object.name = name;
     mesh.object.kind = 1;
-    // The sphere about the middle of the box: its corner is the square root of 0.5 away.
+    // The sphere around the middle of the box, whose corner is the square root of 0.5 away.
     mesh.clip = {3, 0.70710678f, {0.5f, 0.5f, 0}, {0, 0, 0}, {1, 1, 0}};
     mesh.hasTransparency = 0;
     mesh.materials.resize(1);
@@ -374,7 +374,7 @@ static QsbMaterial AnimatedMaterial()
     material.transparency = 0.25f;
     material.flags = {1, 0, 0, 1, 0};
     material.transparencyType = 2;
-    // The tracks stand still at what the material is: a load evaluates them.
+    // The tracks are constant at the material's values: a load evaluates them.
     std::fill(material.colours.begin(), material.colours.begin() + 12, 0.5f);
     std::vector<float> key(13, 0.5f);
     for (size_t track = 0; track < 4; ++track) {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// QSB files from their parts, written by the rules of docs/qsb-format.md and not by the program. The
-// defaults are those of objects as they are made, so that a test names only what it is about.
+// QSB files from their parts, written by the rules of docs/qsb-format.md and not by the program.
+// The defaults are those of new objects, so that a test names only what it is about.
 
 using QsbMatrix = std::array<float, 16>;
 using QsbVector = std::array<float, 3>;
@@ -21,9 +21,9 @@ struct QsbKey {
     std::vector<float> data;
 };
 
-/// Key of a position or scale without tangents.
+/// Key of a position or scale, without tangents.
 QsbKey QsbVectorKey(float time, QsbVector value);
-/// Key of a rotation without a turn.
+/// Key of a rotation by 0.
 QsbKey QsbRotKey(float time);
 
 struct QsbObject {
@@ -126,12 +126,12 @@ struct QsbMesh {
     int32_t visible = 1;
     int32_t hasTransparency = -1;
     std::vector<QsbMaterial> materials;
-    std::vector<QsbTexture> textures; ///< as many as materials
+    std::vector<QsbTexture> textures; ///< one per material
     std::string cloneSource;
     std::vector<QsbBone> bones;
     uint32_t fvf = 0x12;
     std::vector<QsbVertex> vertices;
-    std::string rawVertices; ///< in their place in version 100
+    std::string rawVertices; ///< used instead in version 100
     int32_t rawCount = 0;
     std::vector<std::array<uint16_t, 3>> faces;
     std::vector<uint16_t> attributes; ///< missing ones are 0
@@ -153,7 +153,7 @@ struct QsbLight {
     uint32_t on = 1;
     uint32_t mode = 1;
     uint32_t type = 3;
-    /// The 25 floats behind the type; `Falloff`, the 20th of them, is 1.
+    /// The 25 floats after the type; `Falloff`, the 20th of them, is 1.
     std::array<float, 25> numbers = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
 };
 
@@ -182,13 +182,13 @@ struct QsbFile {
     QsbScene scene;
 };
 
-/// The bytes of a file and where its fields are. Fields are named "mesh count", "mesh0.vertex count";
-/// see the source for the names.
+/// The bytes of a file and the places of its fields. Fields are named like "mesh count" and
+/// "mesh0.vertex count"; see the source for all names.
 struct QsbImage {
     std::string bytes;
     std::map<std::string, size_t> at;
 
-    /// The bytes with other ones at a field.
+    /// The bytes with others at a field.
     std::string With(const std::string& field, const std::string& replacement) const;
     std::string WithInt32(const std::string& field, int32_t value) const;
     int32_t Int32At(const std::string& field) const;
@@ -196,10 +196,10 @@ struct QsbImage {
 
 QsbImage MakeQsb(const QsbFile& file);
 
-/// Where two files begin to differ and what stands there; empty for equal ones.
+/// Where two files begin to differ and what is there; empty if they are equal.
 std::string QsbDifference(const std::string& actual, const std::string& expected);
 
-/// A mesh of one face, (0,0,0) (1,0,0) (0,1,0), with one material, that fits its clip record.
+/// A mesh of one face, (0,0,0) (1,0,0) (0,1,0), with one material and a clip record that fits it.
 QsbMesh QsbTriangle(const std::string& name);
-/// A file that has something in every kind of record, without pictures. `version` 101 to 106.
+/// A file with some data in every kind of record, without pictures. `version` 101 to 106.
 QsbFile FullQsb(int32_t version = 106);

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Goes through a file record by record. After the first fault it stands still.
+/// Walks a file record by record. Stops after the first fault.
 class Walk {
 public:
     explicit Walk(std::string& bytesIn) : bytes(bytesIn) {}

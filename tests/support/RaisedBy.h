@@ -5,8 +5,8 @@
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 
-/// The message of the error that `work` raises, of either family and without the label of who raised
-/// it; "no error" without one.
+/// The message of the error that `work` throws, of either family, without the label of the class;
+/// "no error" if it throws none.
 template <class Work>
 std::string RaisedBy(Work work)
 {

@@ -12,7 +12,7 @@ constexpr NamedValue kGammaFlags[] = {
     {D3DSGR_CALIBRATE, "D3DSGR_CALIBRATE"},
 };
 
-// A plain Present, all of whose arguments are null, is written without them.
+// A plain Present, with all arguments null, is written without them.
 std::string PresentText(const RECT* srcRect, const RECT* dstRect, HWND window,
                         const RGNDATA* dirtyRegion)
 {

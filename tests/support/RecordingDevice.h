@@ -5,40 +5,41 @@
 
 #include <memory>
 
-/// A device that notes every call as a line of text and hands it on to a device that it wraps.
+/// A device that records every call as a line of text and forwards it to the device that it wraps.
 ///
 /// `SetRenderState D3DRS_ZENABLE D3DZB_TRUE`, `SetTexture 0 texture#1`, `SetTransform D3DTS_VIEW
 /// identity`, `Clear 0 rects D3DCLEAR_TARGET|D3DCLEAR_ZBUFFER 0xFF000000 1 0`, `CreateVertexBuffer
-/// 96 D3DUSAGE_WRITEONLY D3DFVF_XYZ D3DPOOL_MANAGED -> vertexbuffer#1`. Resources bear their kind
-/// and, within it, the number of their first appearance. The operations of IUnknown are not noted.
+/// 96 D3DUSAGE_WRITEONLY D3DFVF_XYZ D3DPOOL_MANAGED -> vertexbuffer#1`. Resources are named by
+/// their kind and numbered per kind in the order of first appearance. The operations of IUnknown
+/// are not recorded.
 ///
-/// Objects that the wrapped device makes are its own: their GetDevice gives that device, and what
-/// is called on them is not noted. Calls that D3DX makes on this device are.
+/// Objects that the wrapped device creates are its own: their GetDevice returns that device, and
+/// calls on them are not recorded. Calls that D3DX makes on this device are.
 class RecordingDevice final : public IDirect3DDevice9 {
 public:
-    /// Takes a reference to `device` of its own and drops it with its own last reference. `owner`,
-    /// which may be null, is what GetDirect3D gives in place of the device's.
+    /// Holds a reference to `device` until its own last reference is released. `owner`, which may
+    /// be null, is what GetDirect3D returns instead of the device's.
     static ComHandle<RecordingDevice>
     Wrap(IDirect3DDevice9* device,
          std::shared_ptr<CallRecorder> recorder = std::make_shared<CallRecorder>(),
          IDirect3D9* owner = nullptr);
 
-    /// Without a device: in front of a FakeDevice, see there.
+    /// Without a real device: wraps a FakeDevice, see there.
     static ComHandle<RecordingDevice> Standalone(UINT width = 640, UINT height = 480);
 
-    /// Shared with whoever wants to read the lines later than the device lives.
+    /// Shared so that the lines can be read after the device is gone.
     const std::shared_ptr<CallRecorder>& Recorder() const { return calls; }
     IDirect3DDevice9* Wrapped() const { return device.get(); }
 
-    /// What GetDeviceCaps gives from now on.
+    /// What GetDeviceCaps returns from now on.
     void OverrideCaps(const D3DCAPS9& caps);
 
-    // Short for the recorder's operations of the same names.
+    // Shortcuts for the recorder's operations of the same names.
 
     const std::vector<std::string>& Lines() const { return calls->Lines(); }
     std::string Joined() const { return calls->Joined(); }
     void ClearLines() { calls->ClearLines(); }
-    /// Out pointers to objects become null when a call fails by order.
+    /// Out pointers to objects become null when a call fails as planned.
     void FailNext(const char* name, HRESULT result, const char* match = "")
     {
         calls->FailNext(name, result, match);
@@ -261,7 +262,7 @@ private:
                     IDirect3D9* ownerOrNull);
     ~RecordingDevice() = default;
 
-    /// Notes the call and makes it, unless a failure is due.
+    /// Records the call and makes it, unless a failure is due.
     template <class Call>
     HRESULT Forward(const char* name, Arguments arguments, Call call)
     {
@@ -269,14 +270,14 @@ private:
         return noted.failure ? *noted.failure : call();
     }
 
-    /// The same for a call that gives an object, whose name goes to the end of the line.
+    /// The same for a call that returns an object, whose name is appended to the line.
     template <class Object, class Call>
     HRESULT Give(const char* name, Arguments arguments, const char* kind, Object** out, Call call)
     {
         return NoteObject(name, arguments, kind, out, call, false);
     }
 
-    /// The same for a call that makes an object.
+    /// The same for a call that creates an object.
     template <class Object, class Call>
     HRESULT Create(const char* name, Arguments arguments, const char* kind, Object** out, Call call)
     {
@@ -299,7 +300,7 @@ private:
 
     ComHandle<IDirect3DDevice9> device;
     std::shared_ptr<CallRecorder> calls;
-    ComHandle<IDirect3D9> owner; // null if the device was wrapped by itself
+    ComHandle<IDirect3D9> owner; // null if the device was wrapped on its own
     std::optional<D3DCAPS9> overriddenCaps;
     ULONG references = 1;
 };

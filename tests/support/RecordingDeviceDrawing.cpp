@@ -2,7 +2,7 @@
 #include "tests/support/D3DNames.h"
 #include "tests/support/RecordingDevice.h"
 
-// Scenes, draw calls and what feeds them: streams, declarations, programs.
+// Scenes, draw calls and their inputs: streams, declarations, programs.
 
 HRESULT STDMETHODCALLTYPE RecordingDevice::BeginScene()
 {

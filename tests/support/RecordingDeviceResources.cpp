@@ -2,7 +2,7 @@
 #include "tests/support/D3DNames.h"
 #include "tests/support/RecordingDevice.h"
 
-// Making resources, copying between them, and what is drawn into.
+// Creating resources, copying between them, and render targets.
 
 HRESULT STDMETHODCALLTYPE RecordingDevice::GetBackBuffer(UINT swapChain, UINT backBuffer,
                                                          D3DBACKBUFFER_TYPE type,

@@ -2,7 +2,7 @@
 #include "tests/support/D3DNames.h"
 #include "tests/support/RecordingDevice.h"
 
-// States of the pipeline up to the draw calls.
+// States of the pipeline before the draw calls.
 
 HRESULT STDMETHODCALLTYPE RecordingDevice::SetTransform(D3DTRANSFORMSTATETYPE state,
                                                         const D3DMATRIX* matrix)

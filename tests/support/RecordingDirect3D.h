@@ -3,29 +3,29 @@
 #include "tests/support/FakeDirect3D.h"
 #include "tests/support/RecordingDevice.h"
 
-/// An `IDirect3D9` that notes every call like RecordingDevice, hands it on to one that it wraps,
-/// and puts a RecordingDevice in front of each device that it makes. Both write into one recorder,
-/// so its lines are in the order of all calls.
+/// An `IDirect3D9` that records every call like RecordingDevice, forwards it to the one that it
+/// wraps, and puts a RecordingDevice in front of each device that it creates. Both write to one
+/// recorder, so its lines are in the order of all calls.
 class RecordingDirect3D final : public IDirect3D9 {
 public:
-    /// Takes a reference to `d3d` of its own and drops it with its own last reference.
+    /// Holds a reference to `d3d` until its own last reference is released.
     static ComHandle<RecordingDirect3D> Wrap(IDirect3D9* d3d);
 
-    /// In front of a FakeDirect3D, whose devices are FakeDevices.
+    /// Wraps a FakeDirect3D, whose devices are FakeDevices.
     static ComHandle<RecordingDirect3D> Standalone();
 
     const std::shared_ptr<CallRecorder>& Recorder() const { return calls; }
     IDirect3D9* Wrapped() const { return d3d.get(); }
 
-    /// What GetDeviceCaps gives from now on, here and on the devices made from now on; device type
+    /// What GetDeviceCaps returns from now on, here and on devices created from now on; device type
     /// and adapter are those of the call.
     void OverrideCaps(const D3DCAPS9& caps);
 
-    /// From now on there are these adapters. Calls that need a real one go to the wrapped object's
+    /// From now on these adapters exist. Calls that need a real one go to the wrapped object's
     /// default adapter, whichever of these they name.
     void OverrideAdapters(std::vector<FakeAdapter> adapters);
 
-    // Short for the recorder's operations of the same names.
+    // Shortcuts for the recorder's operations of the same names.
 
     const std::vector<std::string>& Lines() const { return calls->Lines(); }
     std::string Joined() const { return calls->Joined(); }
@@ -80,7 +80,7 @@ private:
     explicit RecordingDirect3D(ComHandle<IDirect3D9> wrapped);
     ~RecordingDirect3D() = default;
 
-    /// Notes the call and makes it, unless a failure is due.
+    /// Records the call and makes it, unless a failure is due.
     template <class Call>
     HRESULT Forward(const char* name, std::initializer_list<std::string> arguments, Call call)
     {
@@ -91,7 +91,7 @@ private:
     HRESULT MakeDevice(UINT adapter, D3DDEVTYPE deviceType, HWND focusWindow, DWORD behaviorFlags,
                        D3DPRESENT_PARAMETERS* parameters, IDirect3DDevice9** deviceOut);
 
-    /// The wrapped object's adapter for one of ours.
+    /// The wrapped object's adapter for one of these.
     UINT Real(UINT adapter) const;
 
     ComHandle<IDirect3D9> d3d;

@@ -2,8 +2,8 @@
 
 #include <d3dx9.h>
 
-/// All operations of a device mesh, each of which fails: a double overrides those that it has.
-/// `Object` is `ID3DXMesh` or a `FakeObject` of it.
+/// All operations of a device mesh, each of which fails: a test double overrides those that it
+/// supports. `Object` is `ID3DXMesh` or a `FakeObject` of it.
 template <class Object>
 class RefusingMesh : public Object {
 public:

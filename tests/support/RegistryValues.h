@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-/// Puts values under the program's registry key while this object lives; without any the key itself
+/// Puts values under the program's registry key during its lifetime; without values the key itself
 /// is absent. The destructor removes the key, so tests do not see each other's values.
 class RegistryValues {
 public:
@@ -13,5 +13,5 @@ public:
     RegistryValues& operator=(const RegistryValues&) = delete;
 
 private:
-    std::string before; // what the host needs to put things back
+    std::string before; // what the host needs to restore the previous state
 };

@@ -1,6 +1,6 @@
 #include "tests/support/StateTable.h"
 
-// Render states: each row tells how the state's value is written.
+// Render states: each row says how the state's value is written.
 
 namespace {
 

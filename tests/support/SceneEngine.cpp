@@ -6,7 +6,7 @@
 
 namespace {
 
-IDirect3D9* gOffered; // what the next engine gets; not owned
+IDirect3D9* gOffered; // given to the next engine; not owned
 
 IDirect3D9* GiveOffered(UINT)
 {

@@ -8,7 +8,8 @@ namespace fs = std::filesystem;
 
 ScratchDirectory::ScratchDirectory() : before(fs::current_path())
 {
-    // Test programs run side by side; the directory is new because making an old one fails.
+    // Test programs run in parallel; the directory is known to be new because creating an existing
+    // one fails.
     auto number = std::chrono::steady_clock::now().time_since_epoch().count();
     do
         path = fs::temp_directory_path() / ("qsa2qsb-" + std::to_string(number++));

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-/// A new empty directory that is the current one while this object lives. The destructor returns to
-/// the directory before and removes everything.
+/// A new empty directory that is the current one during this object's lifetime. The destructor
+/// returns to the previous directory and removes everything.
 class ScratchDirectory {
 public:
     ScratchDirectory();
@@ -14,7 +14,8 @@ public:
 
     const std::filesystem::path& Path() const { return path; }
 
-    /// Writes a file below this directory, making its folders, and closes it. Bytes are as given.
+    /// Writes a file below this directory, creating its folders, and closes it. Bytes are written
+    /// as given.
     void Write(const std::string& name, const std::string& bytes) const;
 
     /// All bytes of a file below this directory; fails the test if it cannot be read.

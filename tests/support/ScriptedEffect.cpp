@@ -23,7 +23,7 @@ public:
     void* STDMETHODCALLTYPE GetBufferPointer() override { return text.data(); }
     DWORD STDMETHODCALLTYPE GetBufferSize() override
     {
-        return static_cast<DWORD>(text.size()) + 1; // with the zero
+        return static_cast<DWORD>(text.size()) + 1; // with the terminator
     }
 
 private:
@@ -67,7 +67,7 @@ HRESULT ScriptedEffect::Note(const char* name, std::initializer_list<std::string
     return recorder ? recorder->Note(name, arguments).failure.value_or(D3D_OK) : D3D_OK;
 }
 
-// ---- What it has
+// ---- What the test defined
 
 HRESULT ScriptedEffect::GetDesc(D3DXEFFECT_DESC* descOut)
 {
@@ -161,7 +161,7 @@ HRESULT ScriptedEffect::GetPassDesc(D3DXHANDLE handle, D3DXPASS_DESC* descOut)
     return D3D_OK;
 }
 
-// ---- What it is told
+// ---- What the effect is told
 
 HRESULT ScriptedEffect::ValidateTechnique(D3DXHANDLE handle)
 {
@@ -243,7 +243,7 @@ HRESULT ScriptedEffect::SetTexture(D3DXHANDLE parameter, IDirect3DBaseTexture9* 
     return Note("SetTexture", {parameter});
 }
 
-// ---- In the place of the compiler
+// ---- In place of the compiler
 
 EffectScript::EffectScript()
 {

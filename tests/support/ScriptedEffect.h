@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-/// An effect that has what a test gives it, and keeps what it is told. Its calls of `Begin`,
-/// `BeginPass`, `EndPass`, `End`, `SetTechnique`, `ValidateTechnique` and of all setters are noted
-/// among the device's, setters with the semantic, and fail by the recorder's orders. Other
+/// An effect that has what a test defines, and stores what it is told. Its calls of `Begin`,
+/// `BeginPass`, `EndPass`, `End`, `SetTechnique`, `ValidateTechnique` and of all setters are
+/// recorded with the device's, setters with the semantic, and fail by the recorder's orders. Other
 /// operations fail.
 class ScriptedEffect final : public FakeEffect {
 public:
@@ -21,18 +21,18 @@ public:
         bool hasVertexShader = false;
     };
 
-    /// Without a recorder no call is noted.
+    /// Without a recorder no call is recorded.
     explicit ScriptedEffect(std::shared_ptr<CallRecorder> callRecorder = nullptr);
 
-    /// Adds a parameter; with a picture's file name also the annotation that names it.
+    /// Adds a parameter; if a picture's file name is given, also the annotation that holds it.
     void AddParameter(const std::string& semantic, const char* resourceName = nullptr);
     void AddParameters(std::initializer_list<const char*> semantics);
     /// Adds a technique; one that is not valid runs on no device.
     void AddTechnique(std::vector<Pass> passes, bool isValid = true);
-    /// One of a single plain pass.
+    /// Adds a technique with a single plain pass.
     void AddTechnique();
 
-    /// What was set last, by semantic. Vectors and matrices are one after the other.
+    /// The values set last, by semantic. Vectors and matrices are stored one after the other.
     std::map<std::string, float> floats;
     std::map<std::string, int> ints;
     std::map<std::string, std::vector<D3DXVECTOR4>> vectors;
@@ -87,11 +87,11 @@ private:
     const Pass* FindPass(D3DXHANDLE handle) const;
 
     std::shared_ptr<CallRecorder> recorder;
-    std::deque<Parameter> parameters; // handles stay
+    std::deque<Parameter> parameters; // a deque, so handles stay valid
     std::deque<Technique> techniques;
 };
 
-/// What the next effect files give, in the place of a compiler. While none of these lives effect
+/// What the next effect files give, in place of a compiler. While none of these exists, effect
 /// files go to the host's own.
 class EffectScript {
 public:
@@ -102,9 +102,9 @@ public:
 
     std::map<std::string, ScriptedEffect*> effects; ///< by file without directory, not owned
     HRESULT result = D3D_OK;                        ///< a failure gives no effect
-    const char* errors = nullptr;                   ///< text of the compiler; null for no buffer
+    const char* errors = nullptr;                   ///< the compiler's messages; null for no buffer
     int compiled = 0;
-    ID3DXEffectPool* pool = nullptr; ///< what was given last
+    ID3DXEffectPool* pool = nullptr; ///< what was passed last
     DWORD flags = 0;
 };
 

@@ -86,7 +86,7 @@ std::string ArgumentText(DWORD value)
     return modifiers ? name + "|" + FlagNames(kArgumentModifiers, modifiers) : name;
 }
 
-// The lower half is the coordinate set, the upper half where the coordinates come from.
+// The lower half is the coordinate set, the upper half the source of the coordinates.
 std::string CoordIndexText(DWORD value)
 {
     const DWORD source = value & 0xFFFF0000;

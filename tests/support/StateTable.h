@@ -26,5 +26,5 @@ std::string NameIn(DWORD value)
 /// The row's name, or the number of a state that is not in the table.
 std::string NameOfState(std::span<const StateRow> table, DWORD state);
 
-/// As the state's row writes it; a plain number for a state that is not in the table.
+/// As the state's row writes it; a plain number if the state is not in the table.
 std::string ValueOfState(std::span<const StateRow> table, DWORD state, DWORD value);

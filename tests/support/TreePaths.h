@@ -2,10 +2,10 @@
 
 #include <string>
 
-// Where the tests' tree lies. The paths are known to one source alone, so that the others compile to
-// the same in each clone.
+// Where the tests' tree is. Only one source knows the paths, so the others compile to the same
+// result in each clone.
 
-/// A file or directory of the source tree, absolute, by its name in it: "examples/harbour.qsa".
+/// The absolute path of a file or directory of the source tree, such as "examples/harbour.qsa".
 std::string SourcePath(const std::string& name);
 
 /// The same in the build directory.
@@ -14,5 +14,5 @@ std::string BuildPath(const std::string& name);
 /// The built converter.
 const char* ProgramPath();
 
-/// The built program that tells of scene files.
+/// The built program that describes scene files.
 const char* InfoProgramPath();

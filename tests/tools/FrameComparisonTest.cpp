@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::uint32_t kBlack = 0xFF000000, kWhite = 0xFFFFFFFF;
 
-/// 10 by 10 pixels, so that a pixel is one percent.
+/// 10 by 10 pixels, so one pixel is one percent.
 Frame Black()
 {
     return {10, 10, std::vector<std::uint32_t>(100, kBlack)};
@@ -40,15 +40,15 @@ TEST(CompareFrames, AlphaIsNotCompared)
     EXPECT_EQ(difference.largestStep, 0);
 }
 
-/// The line's pixels differ at both of its places: 20 pixels.
-TEST(CompareFrames, ALineOnePixelAsideIsDisplaced)
+/// The line's pixels differ at both its positions: 20 pixels.
+TEST(CompareFrames, ALineShiftedByOnePixelIsDisplaced)
 {
     const FrameDifference difference = CompareFrames(WithColumn(4), WithColumn(5), 4);
     EXPECT_EQ(difference.displaced, 20u);
     EXPECT_EQ(difference.wrong, 0u);
 }
 
-TEST(CompareFrames, ALineTwoPixelsAsideIsWrong)
+TEST(CompareFrames, ALineShiftedByTwoPixelsIsWrong)
 {
     const FrameDifference difference = CompareFrames(WithColumn(4), WithColumn(6), 4);
     EXPECT_EQ(difference.displaced, 0u);
@@ -105,14 +105,14 @@ TEST(CompareSceneFrames, RoundingOfTwoStepsIsWithinToleranceEverywhere)
 TEST(CompareSceneFrames, OnePercentMayDifferByMore)
 {
     Frame other = Black();
-    other.pixels[44] = 0xFF100000; // 16 steps are not large
+    other.pixels[44] = 0xFF100000; // 16 steps are not a large difference
     EXPECT_TRUE(CompareSceneFrames(Black(), other).IsWithin());
     other.pixels[77] = 0xFF000003;
     EXPECT_FALSE(CompareSceneFrames(Black(), other).IsWithin());
 }
 
-// 1,000 pixels, of which a spot of one differs by 17.
-TEST(CompareSceneFrames, NothingAwayFromEdgesMayBeOffByMoreThanSixteen)
+// 1,000 pixels, one of which differs by 17.
+TEST(CompareSceneFrames, PixelsAwayFromEdgesMayDifferBySixteenAtMost)
 {
     const Frame black = {100, 10, std::vector<std::uint32_t>(1000, kBlack)};
     Frame spot = black, moved = black;
@@ -123,7 +123,7 @@ TEST(CompareSceneFrames, NothingAwayFromEdgesMayBeOffByMoreThanSixteen)
 }
 
 // 0.001 % of 200,000 pixels.
-TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayBe)
+TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayDifferByMore)
 {
     const Frame black = {500, 400, std::vector<std::uint32_t>(200000, kBlack)};
     Frame spots = black;

@@ -22,7 +22,7 @@ TEST(FrameExceptions, LinesAreReadAndCommentsAndOthersIgnored)
     EXPECT_THAT(ReadFrameExceptions("no such.txt"), SizeIs(0));
 }
 
-// A frame of 4 x 1: from column 1 to the second from the right is column 1 alone.
+// A frame of 4 x 1: from column 1 to the second from the right is only column 1.
 TEST(FrameExceptions, PartsOfTheSceneAreBlackened)
 {
     constexpr std::uint32_t kWhite = 0xFFFFFFFF;

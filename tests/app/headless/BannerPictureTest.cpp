@@ -13,11 +13,11 @@
 
 namespace {
 
-/// Colours of pixels and how often each is there.
+/// Colours of pixels, and how often each occurs.
 using Colors = std::map<std::uint32_t, int>;
 
-/// One channel of a letter's pixel: from the font's first colour at its top left to the second one, reached
-/// at row 4, column 4, whose distance is the root of 32.
+/// One channel of a letter's pixel: from the font's first colour at its top left to the second,
+/// reached at row 4, column 4, whose distance is the square root of 32.
 std::uint32_t Faded(int row, int column, int first, int second)
 {
     const auto part = static_cast<float>(std::sqrt((row * row + column * column) / 32.0));
@@ -42,8 +42,8 @@ Colors ColorsOf(const std::string& line)
 
 } // namespace
 
-// A line alone on black, so that nothing but the letters has a colour. A linear filter would mix each texel with
-// its neighbours, as letters stand a quarter of a pixel aside.
+// A line alone on black, so that only the letters have a colour. A linear filter would mix each
+// texel with its neighbours, since letters are a quarter of a pixel off the grid.
 TEST(BannerPicture, EachTexelOfTheLettersIsOnePixel)
 {
     const WindowFlags flags;

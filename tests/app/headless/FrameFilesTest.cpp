@@ -40,8 +40,8 @@ protected:
 
 } // namespace
 
-// The scenes in the folders below have effects, whose clock /stop does not hold: two frames of one file
-// differ there as well.
+// Scenes in the subfolders have effects, whose clock /stop does not stop: even two frames of one
+// file differ there.
 TEST_F(FrameFiles, TextAndBinarySceneShowTheSameAloneInAProcess)
 {
     std::vector<std::string> scenes;

@@ -21,8 +21,8 @@ constexpr char kMoverClass[] = "QSA2QSB_MOVER";
 fs::path gMovedFrom;
 std::string gWarnings;
 
-/// Somebody else moves directories between two files: neither the path of `top/a` nor one step up
-/// from `b` leads back.
+/// Stands for another process that moves directories between two files: neither the path of `top/a`
+/// nor one step up from `b` leads back.
 LRESULT CALLBACK MoveDirectories(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_USER) {
@@ -98,7 +98,7 @@ TEST(ProcessDirectory, WayBackThatIsGoneEndsTheWalkWithAWarning)
     gMovedFrom = scratch.Path();
     gWarnings.clear();
     gLogSink = [](const char* entry) { gWarnings += entry; };
-    // The names below the directory that one step up leads to now are not those of the walk.
+    // The names below the directory that one step up now leads to are not part of the walk.
     EXPECT_EQ(WalkOn("*.qsa"), "'first.qsa' converted\n");
     gLogSink = nullptr;
     EXPECT_THAT(gWarnings, testing::HasSubstr(

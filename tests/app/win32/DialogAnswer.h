@@ -6,12 +6,12 @@
 #include <thread>
 #include <windows.h>
 
-/// Answers the first dialog that this process shows, from a thread of its own. `answer` is called in
-/// that thread with the dialog's window until it gives true.
+/// Answers the first dialog that this process shows, from a separate thread. `answer` is called in
+/// that thread with the dialog's window until it returns true.
 class DialogAnswer {
 public:
     explicit DialogAnswer(std::function<bool(HWND dialog)> answer);
-    /// Waits for the dialog, but no longer than some seconds; the test fails if there was none.
+    /// Waits some seconds for the dialog at most; the test fails if there was none.
     ~DialogAnswer();
     DialogAnswer(const DialogAnswer&) = delete;
     DialogAnswer& operator=(const DialogAnswer&) = delete;
@@ -21,5 +21,5 @@ private:
     std::thread watcher;
 };
 
-/// Types `path` as the name into a file dialog and confirms it.
+/// Types `path` into the name field of a file dialog and confirms it.
 bool ConfirmFileDialog(HWND dialog, const std::string& path);

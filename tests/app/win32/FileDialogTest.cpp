@@ -20,7 +20,7 @@ LRESULT Choose(WPARAM id, const std::string& path)
     return MainWindowProc(gMainWindow, WM_COMMAND, id, 0);
 }
 
-/// A scene on show, as a menu command finds it.
+/// A scene that is shown, as a menu command expects it.
 class FileDialog : public testing::Test {
 protected:
     FileDialog()

@@ -63,7 +63,7 @@ const Keys kBlocks[] = {
     },
 };
 
-/// The lines of a block: the key, tabs or blanks, what it is said to do.
+/// The lines of a block: the key, tabs or blanks, and its description.
 Keys ReadBlock(const std::string& text)
 {
     Keys keys;

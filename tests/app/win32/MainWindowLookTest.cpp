@@ -25,7 +25,7 @@ bool HasInk(HDC context, int y, int from, int to)
     return false;
 }
 
-/// Whether any of a text line's rows holds ink between two columns.
+/// Whether any row of a text line has ink between two columns.
 bool LineHasInk(HDC context, int line, int height, int from, int to)
 {
     for (int y = line * height; y < (line + 1) * height; ++y) {
@@ -57,7 +57,7 @@ TEST(WindowStyle, IsExact)
 {
     static const struct {
         const char* options;
-        LONG style; // WS_VISIBLE and WS_CLIPSIBLINGS come by themselves
+        LONG style; // WS_VISIBLE and WS_CLIPSIBLINGS are added by the system
     } cases[] = {
         {"", 0x00CF0000},
         {"/nr", 0x00CA0000},

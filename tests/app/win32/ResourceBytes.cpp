@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Reads the 16-bit words that dialog resources are made of; beyond the end it gives zeros.
+/// Reads the 16-bit words that dialog resources are made of; returns zeros beyond the end.
 class WordReader {
 public:
     explicit WordReader(std::vector<BYTE> all) : bytes(std::move(all)) {}
@@ -35,7 +35,7 @@ public:
         return text;
     }
 
-    /// A number behind 0xFFFF, or a text. Gives the number, or 0.
+    /// Reads a number after 0xFFFF, or a text. Returns the number, or 0 for a text.
     int NumberOrText(std::string& textOut)
     {
         const WORD first = Word();

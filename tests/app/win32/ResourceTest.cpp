@@ -29,7 +29,7 @@ struct IconImage {
     bool operator==(const IconImage&) const = default;
 };
 
-/// The pictures of an icon resource, in its order, as their own headers tell.
+/// The pictures of an icon resource, in its order, as described by their own headers.
 std::vector<IconImage> ImagesOf(int icon)
 {
     const std::vector<BYTE> group = ResourceBytes(MAKEINTRESOURCEA(14), icon); // RT_GROUP_ICON

@@ -1,4 +1,4 @@
-// Techniques of effects in text form, and this host's reasons to pass them over.
+// Techniques of effects in text form, and this host's reasons to reject them.
 
 #include "info/Report.h"
 
@@ -13,7 +13,8 @@ namespace {
 
 class EffectTechniques : public InfoTest {
 protected:
-    /// A boat whose hull has the effect, as its scene lies beside it in the folder "deck".
+    /// The effect's report for a boat whose hull has it; the effect is beside the scene in the
+    /// folder "deck".
     std::string Told(const std::string& effect)
     {
         QsbFile file = InfoBoat();
@@ -52,7 +53,7 @@ TEST_F(EffectTechniques, EachOneBeforeTheChosenOneHasItsReason)
             "D3DRS_STENCILENABLE(1)\n");
 }
 
-TEST_F(EffectTechniques, WithoutAUsableOneAllAreTold)
+TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)
 {
     EXPECT_EQ(
         Told("technique a { pass {\nStateBlock = <s>; } }"),
@@ -67,7 +68,7 @@ TEST_F(EffectTechniques, WithoutAUsableOneAllAreTold)
                   "text\n");
 }
 
-TEST_F(EffectTechniques, TheProgramTellsThemOnStandardOutput)
+TEST_F(EffectTechniques, TheProgramPrintsThemToStandardOutput)
 {
     directory.Write("glow.fx", "technique one { }");
     QsbFile file = InfoBoat();

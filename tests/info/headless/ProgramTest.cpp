@@ -1,4 +1,4 @@
-// What only a native process can do: other programs read the output.
+// What only a native process can do: have other programs read the output.
 
 #include <cstdlib>
 #include <filesystem>
@@ -37,7 +37,7 @@ TEST(InfoProgramOutput, JsonIsReadByAnotherProgram)
     file.scene.objects[0].name = "B\xE4r";
     file.scene.clip.radius = NAN;
     scratch.Write("odd.qsb", MakeQsb(file).bytes);
-    // Constants such as NaN are no JSON: the reader is told to fail on them.
+    // Constants such as NaN are not JSON: the reader is set to fail on them.
     scratch.Write(
         "read.py",
         "import json, sys\n"

@@ -23,7 +23,7 @@ namespace {
 
 constexpr const char* kAbandoned = ".qsa2qsb-1234-0.tmp";
 
-/// Saves over "boat.qsb" and looks what is left when that is interrupted.
+/// Saves over "boat.qsb" and checks what is left when that is interrupted.
 class InterruptedSaveTest : public SceneFileTest {
 protected:
     InterruptedSaveTest()
@@ -39,7 +39,7 @@ protected:
         directory.Write("boat.qsb", "old");
     }
 
-    /// Runs `action` in a process of its own, which ends without any clean-up.
+    /// Runs `action` in a separate process, which ends without any clean-up.
     static pid_t Fork(const std::function<void()>& action)
     {
         const pid_t child = fork();
@@ -59,8 +59,8 @@ protected:
         directory.Write("boat.qsb", "old");
     }
 
-    /// A run of the program that comes later: a directory is cleared when it is entered, which this
-    /// process has done already.
+    /// Saves as a later run of the program would: a directory is cleared when it is entered, which
+    /// this process has done already.
     void SaveInALaterRun()
     {
         fs::create_directory("other");
@@ -72,7 +72,7 @@ protected:
         fs::remove_all("other");
     }
 
-    /// Files beside "boat.qsb" and the log.
+    /// The number of files beside "boat.qsb" and the log.
     static int Litter()
     {
         int count = 0;
@@ -128,7 +128,7 @@ TEST_F(InterruptedSaveTest, AProcessKilledAtAnyByteLeavesTheOldTarget)
     for (rlim_t bytes = 0; bytes < complete.size(); bytes += 997) {
         const pid_t child = fork();
         if (child == 0) {
-            std::signal(SIGXFSZ, SIG_DFL); // the first write beyond ends the process
+            std::signal(SIGXFSZ, SIG_DFL); // the first write beyond the limit ends the process
             const rlimit none = {0, 0};
             setrlimit(RLIMIT_CORE, &none);
             LimitFiles(bytes);
@@ -163,7 +163,7 @@ TEST_F(InterruptedSaveTest, AProcessKilledAtAnySystemCallLeavesOldOrNew)
         waitpid(child, &status, 0);
         if (!WIFSTOPPED(status))
             GTEST_SKIP() << "processes cannot be traced here";
-        int stops = 0; // one ahead of each call and one behind it
+        int stops = 0; // one before each call and one after it
         while (stops < killAt && WIFSTOPPED(status)) {
             ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
             waitpid(child, &status, 0);
@@ -180,7 +180,7 @@ TEST_F(InterruptedSaveTest, AProcessKilledAtAnySystemCallLeavesOldOrNew)
         calls = killAt;
     }
     EXPECT_GT(calls, 20);
-    EXPECT_GE(countOfNew, 2); // behind the replacement there are calls, too
+    EXPECT_GE(countOfNew, 2); // there are calls after the replacement, too
     SaveInALaterRun();
     EXPECT_EQ(Litter(), 0);
 }
@@ -200,7 +200,7 @@ TEST_F(InterruptedSaveTest, AProcessKilledAtAnyTimeLeavesOldOrNew)
     EXPECT_GT(countOfNew, 0);
 }
 
-// ---- What others leave behind
+// ---- What other processes leave behind
 
 TEST_F(InterruptedSaveTest, AbandonedFilesAreRemovedAndOthersAreNot)
 {
@@ -213,7 +213,7 @@ TEST_F(InterruptedSaveTest, AbandonedFilesAreRemovedAndOthersAreNot)
     EXPECT_EQ(directory.Read("deck.qsb"), "kept");
 }
 
-TEST_F(InterruptedSaveTest, FilesOfProcessesThatRunAreLeftAlone)
+TEST_F(InterruptedSaveTest, FilesOfRunningProcessesAreLeftAlone)
 {
     directory.Write(kAbandoned, "half");
     const int held = open(kAbandoned, O_RDWR);
@@ -229,7 +229,8 @@ TEST_F(InterruptedSaveTest, ManyProcessesMaySaveInOneDirectory)
     for (int i = 0; i < 4; ++i) {
         children.push_back(Fork([&, i] {
             for (int round = 0; round < 30; ++round) {
-                // A directory is cleared when it is entered: the way out and back does so each time.
+                // A directory is cleared when it is entered: leaving and returning does so each
+                // time.
                 gGfx->SaveScene(scene, ("boat" + std::to_string(i) + ".qsb").c_str());
                 fs::create_directory("other" + std::to_string(i));
                 gGfx->SaveScene(scene, ("other" + std::to_string(i) + "/boat.qsb").c_str());

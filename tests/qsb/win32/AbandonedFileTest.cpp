@@ -21,7 +21,7 @@ std::string ThisComputer()
 
 } // namespace
 
-TEST_F(AbandonedFileTest, OnlyFilesOfProcessesThatAreGoneAreRemoved)
+TEST_F(AbandonedFileTest, OnlyFilesOfEndedProcessesAreRemoved)
 {
     constexpr DWORD kNoProcess = 0xFFFFFFF0;
     const std::string gone = NameOf(ThisComputer(), kNoProcess);

@@ -16,7 +16,7 @@ struct Closer {
 };
 using Stream = std::unique_ptr<FILE, Closer>;
 
-/// Bytes of a line of the process's state, "VmHWM:" or "VmRSS:".
+/// Bytes given by a line of the process's status, "VmHWM:" or "VmRSS:".
 int64_t StateBytes(const char* what)
 {
     const Stream file(std::fopen("/proc/self/status", "r"));

@@ -24,8 +24,8 @@ std::string TakeFile(const std::string& path)
     return bytes;
 }
 
-/// The program and its options, divided by blanks, that runs what was built for another processor.
-/// The build hands it over in QSA_EMULATOR; empty where programs run by themselves.
+/// The program that runs what was built for another processor, and its options, separated by
+/// blanks. The build passes it in QSA_EMULATOR; empty where programs run directly.
 std::vector<std::string> EmulatorWords()
 {
     const char* emulator = std::getenv("QSA_EMULATOR");

@@ -16,14 +16,14 @@ constexpr uint32_t kShaderCode = 0;  // usage of a resource
 constexpr uint32_t kCullMode = 0x08; // operations of states
 constexpr uint32_t kVertexShader = 0x92;
 constexpr uint32_t kPixelShader = 0x93;
-constexpr uint32_t kUnknownPixelShader = 0xFFFF0900; // there is no version 9
+constexpr uint32_t kUnknownPixelShader = 0xFFFF0900; // version 9 does not exist
 
 void Append(Words& target, const Words& words)
 {
     target.insert(target.end(), words.begin(), words.end());
 }
 
-/// Bytes filled up to four.
+/// Appends the bytes, padded to a multiple of four.
 void AppendBytes(Words& target, const std::string& bytes)
 {
     const size_t first = target.size();

@@ -8,22 +8,22 @@
 #include <vector>
 
 /// Writes a compiled effect (fx_2_0) as a compiler would: parameters, then techniques with their
-/// passes. The system's D3DX reads no texts under Wine.
+/// passes. Under Wine the system's D3DX cannot read effect texts.
 class CompiledEffect {
 public:
     struct Pass {
         const char* renderTarget = nullptr; ///< text of the annotation; null for none
-        DWORD cullMode = 0;                 ///< 0 leaves the state alone
+        DWORD cullMode = 0;                 ///< 0 leaves the state unchanged
         bool hasVertexShader = false;
-        bool hasUnknownShader = false; ///< a pixel shader of a version that no device has
+        bool hasUnknownShader = false; ///< a pixel shader of a version that no device supports
     };
 
-    /// Each has its semantic for its name as well.
+    /// Each has its semantic as its name, too.
     void AddFloat(const std::string& semantic, float value = 0.0f);
     void AddInt(const std::string& semantic, int32_t value = 0);
     void AddVector(const std::string& semantic, UINT elements = 0);
     void AddMatrix(const std::string& semantic, UINT elements = 0);
-    /// With a picture's file name also the annotation that names it.
+    /// If a picture's file name is given, also adds the annotation that holds it.
     void AddTexture(const std::string& semantic, const char* resourceName = nullptr);
     void AddTechnique(const std::vector<Pass>& passes);
 
@@ -47,12 +47,12 @@ private:
     void AddShaderState(Words& states, uint32_t operation, D3DXPARAMETER_TYPE type,
                         const Resource& resource);
 
-    Words pool = {0}; ///< begins with the empty name
+    Words pool = {0}; ///< starts with the empty name
     Words parameters;
     Words techniques;
     uint32_t parameterCount = 0;
     uint32_t techniqueCount = 0;
-    std::vector<std::string> strings; ///< of the objects from 1 on
-    std::vector<bool> hasString;      ///< shaders have resources in their place
+    std::vector<std::string> strings; ///< of the objects, from 1 on
+    std::vector<bool> hasString;      ///< shaders have resources instead
     std::vector<Resource> resources;
 };

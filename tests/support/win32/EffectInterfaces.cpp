@@ -1,5 +1,5 @@
-// The cross compiler's header forgets to declare these operations pure, so that deriving a double from
-// the interfaces asks for their definitions. Doubles override all of them.
+// The cross compiler's header does not declare these operations pure, so deriving a test double
+// from the interfaces requires definitions for them. Doubles override all of them.
 
 #include <d3dx9.h>
 

@@ -7,5 +7,5 @@ void ForgetPeakMemory()
 
 int64_t PeakMemoryGrowth()
 {
-    return -1; // the peak of a process is never forgotten
+    return -1; // the peak of a process cannot be reset
 }

@@ -20,14 +20,14 @@ std::string TakeTextFile(const std::string& path)
 {
     std::string text;
     {
-        std::ifstream file(path); // text mode: the line ends come as "\n"
+        std::ifstream file(path); // text mode: line ends are read as "\n"
         text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     }
     DeleteFileA(path.c_str());
     return text;
 }
 
-/// Arguments that hold blanks are quoted, as a shell would do it.
+/// Quotes arguments that contain blanks, as a shell would.
 std::string CommandLine(const std::string& file, const std::vector<std::string>& arguments)
 {
     std::string line = '"' + file + '"';

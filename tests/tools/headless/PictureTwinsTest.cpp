@@ -36,7 +36,7 @@ TEST_F(PictureTwinsTest, FilesOfOneNameAreTwins)
     EXPECT_EQ(std::filesystem::current_path(), scratch.Path());
 }
 
-TEST_F(PictureTwinsTest, OtherNamesAreNone)
+TEST_F(PictureTwinsTest, OtherNamesAreNotTwins)
 {
     EXPECT_EQ(Twins({}, {"a/boat.qsa", "b/cleat.qsa"}), "");
     EXPECT_EQ(Twins({}, {"a/boat.qsa", "d/Boat.qsa"}), "") << "two files where case tells";
