@@ -17,7 +17,7 @@ constexpr PartSize kPositions[] = {
 constexpr PartSize kParts[] = {
     {D3DFVF_NORMAL, 12}, {D3DFVF_PSIZE, 4}, {D3DFVF_DIFFUSE, 4}, {D3DFVF_SPECULAR, 4}};
 
-/// Floats of a texture set by the two bits of its format.
+/// Number of floats of a texture set, indexed by its two format bits.
 constexpr UINT kSetFloats[] = {2, 3, 4, 1};
 
 } // namespace
