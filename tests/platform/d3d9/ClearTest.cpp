@@ -4,14 +4,14 @@ namespace {
 
 class ClearTest : public DeviceTest {
 protected:
-    /// A back buffer that is all black.
+    /// An all-black back buffer.
     void SetUp() override
     {
         DeviceTest::SetUp();
         ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0), D3D_OK);
     }
 
-    /// Checks that the colour is inside `area` and black outside.
+    /// Expects the colour inside `area` and black outside.
     void ExpectOnly(const RECT& area, std::uint32_t colour)
     {
         const std::vector<std::uint32_t> pixels = ReadBackBuffer();

@@ -2,7 +2,7 @@
 
 namespace {
 
-/// The entrance alone, without a device.
+/// The Direct3D interface alone, without a device.
 class Direct3DTest : public testing::Test {
 protected:
     void SetUp() override

@@ -72,7 +72,7 @@ TEST_F(FakeDeviceTest, ResetForgetsStatesAndTakesTheNewSize)
     device->GetViewport(&viewport);
     EXPECT_EQ(viewport.Width, 100u);
     IDirect3DSurface9* depth = nullptr;
-    EXPECT_EQ(device->GetDepthStencilSurface(&depth), D3DERR_NOTFOUND); // not asked for
+    EXPECT_EQ(device->GetDepthStencilSurface(&depth), D3DERR_NOTFOUND); // not requested
     EXPECT_EQ(depth, nullptr);
 }
 
@@ -131,7 +131,7 @@ TEST_F(FakeDeviceTest, TextureLocksFollowFormatAndRectangle)
         const char* what;
         D3DFORMAT format;
         INT pitch;
-        std::ptrdiff_t offset; // of the rectangle whose corner is 4, 8
+        std::ptrdiff_t offset; // of the rectangle whose corner is at 4, 8
     } cases[] = {
         {"four bytes", D3DFMT_A8R8G8B8, 16 * 4, 8 * 64 + 4 * 4},
         {"two bytes", D3DFMT_R5G6B5, 16 * 2, 8 * 32 + 4 * 2},
@@ -169,7 +169,7 @@ TEST_F(FakeDeviceTest, ALevelSharesTheReferencesOfItsTexture)
     EXPECT_EQ(texture->Release(), 2u);
     texture.reset();
     D3DSURFACE_DESC desc = {};
-    EXPECT_EQ(level->GetDesc(&desc), D3D_OK); // the texture lives on
+    EXPECT_EQ(level->GetDesc(&desc), D3D_OK); // the texture still exists
     EXPECT_EQ(level->Release(), 0u);
 }
 

@@ -28,7 +28,7 @@ protected:
     DWORD RenderState(D3DRENDERSTATETYPE state)
     {
         DWORD value = 0;
-        device->Wrapped()->GetRenderState(state, &value); // not noted
+        device->Wrapped()->GetRenderState(state, &value); // not recorded
         return value;
     }
 
@@ -168,7 +168,7 @@ TEST_F(RecordingDeviceTest, NumbersResourcesByKind)
 TEST_F(RecordingDeviceTest, ANewObjectNeverBearsAnOldName)
 {
     for (int i = 0; i < 3; ++i)
-        MakeVertexBuffer(); // released at once, so the address may come again
+        MakeVertexBuffer(); // released at once, so the address may be reused
     EXPECT_THAT(device->Lines(), ElementsAre(testing::EndsWith("-> vertexbuffer#1"),
                                              testing::EndsWith("-> vertexbuffer#2"),
                                              testing::EndsWith("-> vertexbuffer#3")));
@@ -209,7 +209,7 @@ TEST_F(RecordingDeviceTest, FailNextFailsOneCallThatDoesNotReachTheDevice)
     EXPECT_EQ(RenderState(D3DRS_LIGHTING), 1u);
     EXPECT_EQ(device->SetRenderState(D3DRS_LIGHTING, 0), D3D_OK);
     EXPECT_EQ(RenderState(D3DRS_LIGHTING), 0u);
-    EXPECT_EQ(device->Recorder()->LinesOf("SetRenderState").size(), 3u); // the failed one too
+    EXPECT_EQ(device->Recorder()->LinesOf("SetRenderState").size(), 3u); // including the failed one
 }
 
 TEST_F(RecordingDeviceTest, FailNextMatchesWholeWords)

@@ -63,7 +63,7 @@ TEST_F(RecordingDirect3DTest, DevicesWriteIntoTheSameRecorder)
     EXPECT_EQ(maker, d3d.get());
     maker->Release();
     const auto recorder = d3d->Recorder();
-    d3d.reset(); // the device keeps it
+    d3d.reset(); // the device keeps it alive
     EXPECT_EQ(device->Release(), 0u);
     EXPECT_THAT(recorder->Lines(),
                 ElementsAre(StartsWith("CreateDevice 0 D3DDEVTYPE_HAL null "

@@ -50,7 +50,7 @@ TEST_F(SurfaceTest, ALockedRectangleBeginsAtItsCorner)
 
 TEST_F(SurfaceTest, RowsBeginAtMultiplesOfFourBytes)
 {
-    // 3 pixels of 2 bytes are 6 bytes, which go up to 8.
+    // 3 pixels of 2 bytes are 6 bytes, padded to 8.
     const Com<IDirect3DSurface9> surface = SystemSurface(3, 2, {}, D3DFMT_R5G6B5);
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(surface->LockRect(&locked, nullptr, 0), D3D_OK);

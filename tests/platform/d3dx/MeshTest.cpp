@@ -1,4 +1,4 @@
-// Meshes of D3DX on a real device.
+// D3DX meshes on a real device.
 
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestDevice.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr DWORD kFormat = D3DFVF_XYZ | D3DFVF_NORMAL; // 24 bytes
 constexpr DWORD kEmptyId = 99;
 
-/// Six faces over eight vertices; those of attribute 1 use vertices 0 to 3, those of 3 and 7 the
+/// Six faces over eight vertices; those of attribute 1 use vertices 0 to 3, those of 3 and 7 use
 /// vertices from 4 on.
 constexpr std::array<WORD, 18> kIndices = {4, 5, 6, 0, 1, 2, 5, 6, 7, 2, 3, 1, 7, 6, 4, 1, 2, 3};
 constexpr std::array<DWORD, 6> kAttributes = {3, 1, 3, 1, 7, 1};
@@ -371,7 +371,7 @@ TEST_F(Mesh, DrawsASubsetOfASortedMeshByItsRange)
     ASSERT_EQ(Sort(), D3D_OK);
     recorder->ClearLines();
     mesh->DrawSubset(3);
-    // Faces 3 and 4, so from index 9 on. The range of vertices is a hint that libraries give or not.
+    // Faces 3 and 4, so from index 9 on. The vertex range is a hint that not all libraries pass.
     const Lines draws = recorder->Recorder()->LinesOf("DrawIndexedPrimitive");
     ASSERT_EQ(draws.size(), 1u);
     EXPECT_THAT(draws[0], testing::StartsWith("DrawIndexedPrimitive D3DPT_TRIANGLELIST 0 "));

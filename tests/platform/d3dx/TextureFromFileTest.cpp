@@ -1,5 +1,5 @@
-// What holds on every host: the files, sizes, formats and failures of D3DXCreateTextureFromFileExA
-// and D3DXGetImageInfoFromFileA.
+// What D3DXCreateTextureFromFileExA and D3DXGetImageInfoFromFileA do on every host: files, sizes,
+// formats and failures.
 
 #include "tests/platform/d3dx/ImageBytes.h"
 #include "tests/platform/d3dx/ImageDevice.h"
@@ -36,7 +36,7 @@ void ExpectPixels(const std::vector<std::uint32_t>& actual, const SampleImage& s
 
 std::string Dxt5Chain()
 {
-    // Levels of 8, 4, 2 and 1 pixels: 4 blocks, then one each, told apart by their first colour.
+    // Levels of 8, 4, 2 and 1 pixels: 4 blocks, then one each, distinguished by their first colour.
     DdsParts parts = {8, 8, ""};
     parts.fourCC = "DXT5";
     parts.levels = 4;
@@ -63,7 +63,7 @@ TEST(ImageInfo, TellsKindAndSizeByTheContent)
     }
 }
 
-// Files of 24 bits are told apart here: some hosts report them as R8G8B8.
+// 24-bit files are tested separately: some hosts report them as R8G8B8.
 TEST(ImageInfo, ReportsThePixelFormatOfTheFile)
 {
     for (const SampleImage& sample : SampleImages()) {
@@ -288,7 +288,7 @@ TEST_F(TextureFromFile, ConvertsToTheFormatThatIsAskedFor)
     EXPECT_EQ(LevelBytes(*texture, 0, 2, 1), U16(31 << 11 | 32 << 5));
 }
 
-// What is cut out has alpha 0; hosts differ in the colour behind it.
+// Keyed pixels have alpha 0; hosts differ in the colour that remains.
 TEST_F(TextureFromFile, ColourKeyBecomesTransparent)
 {
     const std::string file =

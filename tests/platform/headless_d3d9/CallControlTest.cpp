@@ -23,7 +23,7 @@ struct OrderedCall {
 
 struct UnmodelledCall {
     const char* name;
-    const char* line; ///< what the log says the first time
+    const char* line; ///< what is logged the first time
     std::function<HRESULT()> call;
 };
 

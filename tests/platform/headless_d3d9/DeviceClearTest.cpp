@@ -61,7 +61,7 @@ TEST_F(DeviceClearTest, EveryDepthFormatCanBeCleared)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word; ///< of depth 1 over a zeroed buffer
+        std::uint32_t word; ///< of depth 1 in a zeroed buffer
     } cases[] = {{D3DFMT_D16, 0xFFFF},
                  {D3DFMT_D24X8, 0xFFFFFF00},
                  {D3DFMT_D24S8, 0xFFFFFF00},

@@ -85,7 +85,7 @@ TEST_F(DeviceResourcesTest, BufferLocksAreHeldAgainstTheLength)
         {0, 17, D3DERR_INVALIDCALL},
         {16, 0, D3DERR_INVALIDCALL},
         {1, 16, D3DERR_INVALIDCALL},
-        {8, 0xFFFFFFF8, D3DERR_INVALIDCALL}, // the sum wraps round to 0
+        {8, 0xFFFFFFF8, D3DERR_INVALIDCALL}, // the sum wraps to 0
     };
     for (const auto& c : cases) {
         void* data = nullptr;
@@ -172,18 +172,18 @@ TEST_F(DeviceResourcesTest, ObjectsAnswerForTheirInterfaces)
     EXPECT_EQ(other, nullptr);
 }
 
-#ifndef __SANITIZE_ADDRESS__ // which ends a process that is out of memory
+#ifndef __SANITIZE_ADDRESS__ // which ends a process that runs out of memory
 
 namespace {
 
-/// No more address space than the process has now, while this lives.
+/// Forbids the process to extend its address space during its lifetime.
 class FullMemory {
 public:
     FullMemory()
     {
         getrlimit(RLIMIT_AS, &before);
         rlimit limit = before;
-        limit.rlim_cur = 1; // what is there stays
+        limit.rlim_cur = 1; // existing memory is kept
         setrlimit(RLIMIT_AS, &limit);
     }
     ~FullMemory() { setrlimit(RLIMIT_AS, &before); }

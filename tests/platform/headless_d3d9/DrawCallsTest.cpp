@@ -1,4 +1,4 @@
-// What the four draw calls accept, and what they leave behind.
+// What the four draw calls accept, and what state they leave behind.
 
 #include "platform/headless/d3d9/TestControl.h"
 
@@ -143,7 +143,7 @@ TEST_F(DrawCallsTest, ADrawNeedsAFormatAStreamAndIndices)
 
 TEST_F(DrawCallsTest, UnknownPrimitivesAreRefused)
 {
-    for (const int type : {0, 7, int{D3DPT_FORCE_DWORD}}) // the greatest that the type can hold
+    for (const int type : {0, 7, int{D3DPT_FORCE_DWORD}}) // the largest value of the type
         EXPECT_EQ(device->DrawPrimitive(static_cast<D3DPRIMITIVETYPE>(type), 0, 1),
                   D3DERR_INVALIDCALL);
 }

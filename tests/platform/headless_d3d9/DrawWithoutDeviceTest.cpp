@@ -1,4 +1,4 @@
-// The rasterizer by itself: states, pictures and vertices in memory, and no device.
+// The rasterizer alone: states, pictures and vertices in memory, without a device.
 
 #include "platform/headless/d3d9/Rasterizer.h"
 

@@ -32,7 +32,7 @@ protected:
 
     HRESULT Present() { return device->Present(nullptr, nullptr, nullptr, nullptr); }
 
-    /// The pixel at the lower right of a picture file.
+    /// The lower right pixel of a picture file.
     std::uint32_t LastPixel(const std::string& path)
     {
         Com<IDirect3DTexture9> texture;
@@ -90,7 +90,7 @@ TEST_F(FrameFileTest, APresentedFrameIsKeptUnderTheWindowsTitle)
     EXPECT_EQ(LastPixel(path), 0xFF204060u);
 }
 
-/// A ramp turned upside down: 0xFF - 0x20, 0xFF - 0x40, 0xFF - 0x60. The picture stays as it is.
+/// An inverted ramp: 0xFF - 0x20, 0xFF - 0x40, 0xFF - 0x60. The picture itself does not change.
 TEST_F(FrameFileTest, FullScreenFramesGoThroughTheGammaRamp)
 {
     parameters.Windowed = FALSE;
@@ -141,7 +141,7 @@ TEST_F(FrameFileTest, ADirectoryThatIsMissingIsMade)
 
 TEST_F(FrameFileTest, ARelativeDirectoryIsBesideTheStartOfTheProgram)
 {
-    // The test has gone to its scratch folder since.
+    // By now the test has changed to its scratch folder.
     const std::string name = "frames-of-" + std::to_string(getpid());
     setenv("QSA2QSB_FRAMES", name.c_str(), 1);
     EXPECT_EQ(Present(), D3D_OK);

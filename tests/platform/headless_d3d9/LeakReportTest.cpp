@@ -13,7 +13,7 @@ protected:
         TakeLeakReport();
     }
 
-    /// Releases the device and gives what it wrote to standard error.
+    /// Releases the device and returns what it wrote to standard error.
     std::string ReleaseDevice()
     {
         testing::internal::CaptureStderr();

@@ -12,7 +12,7 @@ using namespace headless;
 
 namespace {
 
-/// Writes down what it is told.
+/// Records the calls it gets.
 class ListingOwner : public ResourceOwner {
 public:
     void ChildReferenced(ObjectKind kind, D3DPOOL pool) override { Note('+', kind, pool); }

@@ -102,7 +102,7 @@ TEST_F(FxEffectTest, EverythingCanHaveAnnotations)
 {
     const Com<ID3DXEffect> effect =
         Make("texture t < string ResourceName = \"wall.png\"; int2 size = {3, 4}; >;\n"
-             "float x < bool b = true; >= 2;\n" // the closing sign and the equals sign as one
+             "float x < bool b = true; >= 2;\n" // the closing sign and the equals sign joined
              "technique q < string Script = \"one\"; > {\n"
              "  pass p < string RenderTarget = \"ScreenBuffer1\"; float f = 1 + 1; > { } }");
     ID3DXEffect& e = *effect.Get();

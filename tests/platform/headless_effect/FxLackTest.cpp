@@ -1,4 +1,4 @@
-// What this host lacks: it costs the technique that needs it, and nothing else.
+// An unsupported feature disables the technique that needs it, and nothing else.
 
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/support/ScratchDirectory.h"
@@ -7,18 +7,19 @@
 
 namespace {
 
-/// Effects with a technique "lacks", whose first pass or shader this host cannot read, ahead of "works".
+/// Effects with two techniques: "lacks", whose first pass or shader this host cannot read, then
+/// "works".
 class FxLackTest : public EffectTest {
 protected:
-    /// A text with a pass of `states` behind `declarations`. `MinFilter` stands there so that what
-    /// stands behind a lack is known to be read.
+    /// A text with `declarations` and then a pass of `states`. `MinFilter` is there to show that
+    /// the text after the unsupported part is read.
     static std::string Text(const std::string& declarations, const std::string& states)
     {
         return declarations + "\ntechnique lacks { pass { " + states +
                " ZEnable = FALSE; } pass { MinFilter[1] = LINEAR; } }\n"
                "technique works { pass { CullMode = CW; } }\n";
     }
-    /// Only the second technique of the effect may be drawn.
+    /// Only the second technique of the effect may be drawable.
     void ExpectLack(const std::string& what, const std::string& text)
     {
         const Com<ID3DXEffect> effect = Make(text);
@@ -33,7 +34,7 @@ protected:
         EXPECT_EQ(Render(D3DRS_CULLMODE), static_cast<DWORD>(D3DCULL_CW)) << what;
         EndPassAndEffect(effect.Get());
     }
-    /// What the host writes while a technique is tried.
+    /// The host's output while a technique is validated.
     std::string LineOf(ID3DXEffect* effect, const char* technique)
     {
         testing::internal::CaptureStderr();
@@ -166,7 +167,7 @@ TEST_F(FxLackTest, AParameterOfATypeThatIsNotModelledCostsWhoUsesIt)
     }
 }
 
-// Each value is looked through once, and not for each name of a declaration again.
+// Each value is scanned once, not again for each name of a declaration.
 TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadInNoTime)
 {
     std::string text = "float y[1][1], x0 = 1";
@@ -175,7 +176,8 @@ TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadInNoTime)
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(ErrorOf(text + ";"), "");
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    EXPECT_LT(seconds.count(), 20.0); // of half a second; 60,000 times 240,000 words take minutes
+    EXPECT_LT(seconds.count(),
+              20.0); // takes half a second; 60,000 times 240,000 words take minutes
 }
 
 TEST_F(FxLackTest, AnAnnotationOfSuchATypeIsLeftOut)
@@ -187,7 +189,7 @@ TEST_F(FxLackTest, AnAnnotationOfSuchATypeIsLeftOut)
     EXPECT_EQ(IntOf(effect.Get(), effect->GetAnnotationByName("x", "b")), 5);
 }
 
-// The last 4 rows are cut or damaged forms of the first.
+// The last four are truncated or damaged forms of the first, and one that is too long for a text.
 TEST_F(FxLackTest, ABinaryIsAnEffectWithoutTechniques)
 {
     const std::string compiled("\x01\x09\xFF\xFE\x04\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
@@ -215,7 +217,7 @@ TEST_F(FxLackTest, TheHostTellsOnceWhyNothingOfAnEffectCanBeDrawn)
 {
     const ScratchDirectory folder;
     // The shader's value begins at column 36 of line 2.
-    folder.Write("fx/a.fx", "technique a { }\n"); // nothing is wrong with it
+    folder.Write("fx/a.fx", "technique a { }\n"); // a valid effect
     folder.Write("fx/b.fx", "float x;\ntechnique a { pass { PixelShader = asm { ps.1.1 }; } }\n"
                             "technique b { pass { StencilEnable = TRUE; } }\n");
     std::string line;
@@ -254,7 +256,8 @@ TEST_F(FxLackTest, ATechniqueThatTheDeviceRefusesDoesNotValidate)
         {"ColorOp[0] = 99;", "D3DTSS_COLOROP(99)"},
         {"ColorOp[1] = MODULATE; AlphaOp[1] = 27;", "D3DTSS_ALPHAOP(27)"},
         {"ResultArg[0] = DIFFUSE;", "D3DTSS_RESULTARG(0)"},
-        // Of a sampler only where a stage reads it, as the first one does from the start.
+        // A sampler state counts only if a stage reads the sampler, as the first one does by
+        // default.
         {"SRGBTexture[0] = TRUE;", "D3DSAMP_SRGBTEXTURE(1)"},
         {"AddressU[0] = 6;", "D3DSAMP_ADDRESS(6)"},
         {"TexCoordIndex[0] = 8;", "D3DTSS_TEXCOORDINDEX(8)"},

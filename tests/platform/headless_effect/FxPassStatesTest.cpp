@@ -5,7 +5,7 @@
 
 using namespace headless;
 
-// What passes do to the device, read back from it.
+// The effect of passes on the device, read back from it.
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-std::vector<WPARAM> gSeen; // wParam of each message, after the message's number
+std::vector<WPARAM> gSeen; // wParam of each message, after the message number
 INT_PTR gAnswer;           // 0: the procedure never ends its dialog
 
 INT_PTR CALLBACK NoteAndAnswer(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)

@@ -40,7 +40,7 @@ TEST(MatchesWildcard, FollowsTheWindowsRules)
 
 TEST(MatchesWildcard, ManyStarsTakeNoMoreThanTheirTime)
 {
-    // A backtracking matcher that recurses would need more than 10^20 steps for this.
+    // A recursive backtracking matcher would need more than 10^20 steps for this.
     const std::string name(200, 'a');
     std::string pattern;
     for (int i = 0; i < 60; ++i)
@@ -85,7 +85,7 @@ TEST(DirectoryIndex, LargeDirectoriesFollowTheirChanges)
     EXPECT_EQ(FindEntryIgnoringCase("", "FILE7"), "File7");
     EXPECT_EQ(FindEntryIgnoringCase("", "NEW"), "");
 
-    // What this process makes through the seam is known at once.
+    // Files that this process creates through OpenFileStream are found at once.
     std::fclose(OpenFileStream("New", "wb"));
     EXPECT_EQ(FindEntryIgnoringCase("", "NEW"), "New");
     MoveFileExA("New", "Newer", MOVEFILE_REPLACE_EXISTING);
