@@ -24,7 +24,7 @@ TEST(ComPointer, AdoptedReferenceIsReleasedOnce)
     EXPECT_EQ(object.references, 0);
 }
 
-TEST(ComPointer, SharedReferenceIsOneMore)
+TEST(ComPointer, SharingAddsAReference)
 {
     Counted object;
     {

@@ -267,13 +267,13 @@ TEST(Simd, BothFormsMakeAndLoadAlike)
               BitsOf(simd_plain::LoadFourHalves(bytes + 1)));
 }
 
-TEST(Simd, RoundsToTheEvenOneOfTwoAsNear)
+TEST(Simd, RoundsTiesToEven)
 {
     EXPECT_EQ(Lanes(Round(simd::MakeFloats(0.5f, 1.5f, 2.5f, -1.5f))), (IntArray{0, 2, 2, -2}));
     EXPECT_EQ(Lanes(Truncate(simd::MakeFloats(0.9f, 1.5f, -2.5f, -0.9f))), (IntArray{0, 1, -2, 0}));
 }
 
-TEST(Simd, WhatDoesNotFitBecomesTheLeastInteger)
+TEST(Simd, OutOfRangeBecomesTheLowestInteger)
 {
     const simd::Floats4 tooLarge = simd::MakeFloats(2147483648.0f, -2147483904.0f, kInfinity, kNaN);
     const IntArray least = {INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN};
@@ -282,7 +282,7 @@ TEST(Simd, WhatDoesNotFitBecomesTheLeastInteger)
     EXPECT_EQ(Lanes(Truncate(simd::Splat(2147483520.0f))), Lanes(simd::SplatInt(2147483520)));
 }
 
-TEST(Simd, TheSecondOfTwoWinsOverNaN)
+TEST(Simd, MinAndMaxReturnTheSecondForNaN)
 {
     EXPECT_EQ(Lanes(Min(simd::Splat(kNaN), simd::Splat(2.0f))), Lanes(simd::Splat(2.0f)));
     EXPECT_EQ(Lanes(Max(simd::Splat(kNaN), simd::Splat(2.0f))), Lanes(simd::Splat(2.0f)));

@@ -36,7 +36,7 @@ TEST_F(ClearTest, FillsTheTarget)
     ExpectOnly({0, 0, 64, 48}, 0x102030);
 }
 
-TEST_F(ClearTest, FillsTheRectanglesAlone)
+TEST_F(ClearTest, FillsOnlyTheRectangles)
 {
     const D3DRECT rects[] = {{4, 6, 10, 8}};
     EXPECT_EQ(device->Clear(1, rects, D3DCLEAR_TARGET, 0xFFFF0000, 1.0f, 0), D3D_OK);
@@ -60,7 +60,7 @@ TEST_F(ClearTest, ClipsRectanglesToTheViewport)
     ExpectOnly({8, 10, 12, 16}, 0x0000FF);
 }
 
-TEST_F(ClearTest, StaysInsideTheScissorRectangleWhereItIsOn)
+TEST_F(ClearTest, StaysInsideAnEnabledScissorRectangle)
 {
     const RECT scissor = {2, 3, 5, 7};
     ASSERT_EQ(device->SetScissorRect(&scissor), D3D_OK);

@@ -76,7 +76,7 @@ TEST_F(FakeDeviceTest, ResetForgetsStatesAndTakesTheNewSize)
     EXPECT_EQ(depth, nullptr);
 }
 
-TEST_F(FakeDeviceTest, BuffersKeepTheirBytesAndHoldTheirBounds)
+TEST_F(FakeDeviceTest, BuffersKeepTheirBytesAndCheckTheirBounds)
 {
     const auto buffer = Made<IDirect3DVertexBuffer9>([&](IDirect3DVertexBuffer9** out) {
         device->CreateVertexBuffer(12, 0, D3DFVF_XYZ, D3DPOOL_DEFAULT, out, nullptr);
@@ -94,7 +94,7 @@ TEST_F(FakeDeviceTest, BuffersKeepTheirBytesAndHoldTheirBounds)
     EXPECT_EQ(buffer->Lock(0xFFFFFFFF, 2, &data, 0), D3DERR_INVALIDCALL);
 }
 
-TEST_F(FakeDeviceTest, IndexBuffersTellWhatTheyAre)
+TEST_F(FakeDeviceTest, IndexBuffersDescribeThemselves)
 {
     const auto buffer = Made<IDirect3DIndexBuffer9>([&](IDirect3DIndexBuffer9** out) {
         device->CreateIndexBuffer(6, D3DUSAGE_DYNAMIC, D3DFMT_INDEX16, D3DPOOL_DEFAULT, out,
@@ -211,7 +211,7 @@ TEST_F(FakeDeviceTest, AResourceKeepsItsDevice)
     buffer.reset();
 }
 
-TEST_F(FakeDeviceTest, WhatItCannotGiveFails)
+TEST_F(FakeDeviceTest, UnsupportedRequestsFail)
 {
     IDirect3DQuery9* query = nullptr;
     EXPECT_EQ(device->CreateQuery(D3DQUERYTYPE_EVENT, &query), D3DERR_INVALIDCALL);

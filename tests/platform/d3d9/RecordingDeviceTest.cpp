@@ -165,7 +165,7 @@ TEST_F(RecordingDeviceTest, NumbersResourcesByKind)
                             "SetStreamSource 0 vertexbuffer#1 0 12"));
 }
 
-TEST_F(RecordingDeviceTest, ANewObjectNeverBearsAnOldName)
+TEST_F(RecordingDeviceTest, ANewObjectNeverReusesAName)
 {
     for (int i = 0; i < 3; ++i)
         MakeVertexBuffer(); // released at once, so the address may be reused
@@ -225,7 +225,7 @@ TEST_F(RecordingDeviceTest, FailNextMatchesWholeWords)
     EXPECT_EQ(device->Recorder()->FailuresLeft(), 0u);
 }
 
-TEST_F(RecordingDeviceTest, OrdersForOneNameAreMetInTheirOrder)
+TEST_F(RecordingDeviceTest, OrdersForOneNameAreServedInTurn)
 {
     device->FailNext("TestCooperativeLevel", D3DERR_DEVICELOST);
     device->FailNext("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
@@ -243,7 +243,7 @@ TEST_F(RecordingDeviceTest, FailAlwaysLastsUntilCleared)
     EXPECT_EQ(device->Present(nullptr, nullptr, nullptr, nullptr), D3D_OK);
 }
 
-TEST_F(RecordingDeviceTest, AFailedMakingGivesNull)
+TEST_F(RecordingDeviceTest, AFailedCreationGivesNull)
 {
     const auto other = MakeTexture();
     device->ClearLines();

@@ -32,7 +32,7 @@ protected:
 
 } // namespace
 
-TEST_F(RecordingDirect3DTest, NotesEveryQuestion)
+TEST_F(RecordingDirect3DTest, RecordsEveryQuery)
 {
     D3DDISPLAYMODE mode = {};
     D3DADAPTER_IDENTIFIER9 identifier = {};

@@ -8,7 +8,7 @@ using SurfaceTest = DeviceTest;
 
 } // namespace
 
-TEST_F(SurfaceTest, APlainSurfaceTellsWhatItIs)
+TEST_F(SurfaceTest, APlainSurfaceDescribesItself)
 {
     Com<IDirect3DSurface9> surface;
     ASSERT_EQ(device->CreateOffscreenPlainSurface(10, 6, D3DFMT_R5G6B5, D3DPOOL_SYSTEMMEM,
@@ -81,7 +81,7 @@ TEST_F(SurfaceTest, ADepthBufferCannotBeLocked)
     EXPECT_EQ(depth->LockRect(&locked, nullptr, 0), D3DERR_INVALIDCALL);
 }
 
-TEST_F(SurfaceTest, RefusesWhatCannotBe)
+TEST_F(SurfaceTest, RefusesInvalidArguments)
 {
     Com<IDirect3DSurface9> surface;
     EXPECT_TRUE(FAILED(device->CreateOffscreenPlainSurface(0, 4, D3DFMT_A8R8G8B8, D3DPOOL_SYSTEMMEM,

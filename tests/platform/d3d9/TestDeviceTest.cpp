@@ -176,7 +176,7 @@ TEST(RecordingFakeDirect3D, ItsDevicesServeD3DX)
     EXPECT_EQ(FakeObjectsAlive(), before);
 }
 
-TEST(RecordingRealDirect3D, MakesARecordingDeviceThatGoesClean)
+TEST(RecordingRealDirect3D, MakesARecordingDeviceThatLeavesNothingBehind)
 {
     const TestDevice frame; // for its window and parameters
     ASSERT_TRUE(frame);

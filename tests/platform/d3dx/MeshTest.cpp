@@ -111,7 +111,7 @@ const Lines kSortedTable = {"1: 0+3, 0+4", "3: 3+2, 4+4", "7: 5+1, 4+4"};
 
 } // namespace
 
-TEST_F(Mesh, TellsWhatItWasMadeWith)
+TEST_F(Mesh, ReportsItsCreationParameters)
 {
     ASSERT_EQ(Create(2, 4, D3DXMESH_MANAGED, kFormat | D3DFVF_TEX1), D3D_OK);
     EXPECT_EQ(mesh->GetNumFaces(), 2u);
@@ -184,7 +184,7 @@ TEST_F(Mesh, TakesTheFormatsOfSkinnedVertices)
     }
 }
 
-TEST_F(Mesh, RefusesWhatItCannotBe)
+TEST_F(Mesh, RefusesInvalidMeshes)
 {
     static const struct {
         const char* what;
@@ -207,7 +207,7 @@ TEST_F(Mesh, RefusesWhatItCannotBe)
     EXPECT_EQ(D3DXCreateMeshFVF(2, 4, 0x110, kFormat, nullptr, &made), D3DERR_INVALIDCALL);
 }
 
-TEST_F(Mesh, TakesAsManyVerticesAsIndicesCanName)
+TEST_F(Mesh, TakesAsManyVerticesAsIndicesCanAddress)
 {
     ASSERT_EQ(Create(1, 65536, D3DXMESH_SYSTEMMEM), D3D_OK);
     EXPECT_EQ(mesh->GetNumVertices(), 65536u);
@@ -232,7 +232,7 @@ TEST_F(Mesh, IsKnownByItsInterfaces)
     EXPECT_EQ(mesh->QueryInterface(kProgressiveMesh, &other), E_NOINTERFACE);
 }
 
-TEST_F(Mesh, HoldsItsDeviceAndLetsGo)
+TEST_F(Mesh, HoldsAndReleasesItsDevice)
 {
     device->AddRef();
     const ULONG before = device->Release();
@@ -328,7 +328,7 @@ TEST_F(Mesh, SortLeavesVerticesWhereTheyAre)
     ASSERT_EQ(mesh->UnlockVertexBuffer(), D3D_OK);
 }
 
-TEST_F(Mesh, SortOfASortedMeshChangesNothing)
+TEST_F(Mesh, SortingASortedMeshChangesNothing)
 {
     CreateFilled();
     ASSERT_EQ(Sort(), D3D_OK);
@@ -379,7 +379,7 @@ TEST_F(Mesh, DrawsASubsetOfASortedMeshByItsRange)
     mesh.reset();
 }
 
-TEST_F(Mesh, IdWithoutFacesDrawsNothingAndIsNoError)
+TEST_F(Mesh, IdWithoutFacesDrawsNothingWithoutError)
 {
     CreateFilled();
     EXPECT_EQ(mesh->DrawSubset(kEmptyId), D3D_OK) << "before the sort";

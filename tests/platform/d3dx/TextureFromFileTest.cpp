@@ -47,7 +47,7 @@ std::string Dxt5Chain()
 
 } // namespace
 
-TEST(ImageInfo, TellsKindAndSizeByTheContent)
+TEST(ImageInfo, RecognisesKindAndSizeByTheContent)
 {
     const ScratchDirectory scratch;
     for (const SampleImage& sample : SampleImages()) {
@@ -91,7 +91,7 @@ TEST(ImageInfo, CountsTheLevelsOfADdsFile)
     EXPECT_EQ(info.Format, D3DFMT_DXT5);
 }
 
-TEST(ImageInfo, RefusesWhatIsNoImage)
+TEST(ImageInfo, RefusesWhatIsNotAnImage)
 {
     const ScratchDirectory scratch;
     scratch.Write("empty.png", "");
@@ -163,7 +163,7 @@ TEST_F(TextureFromFile, RefusesArgumentsThatAreMissing)
     EXPECT_EQ(D3DXCreateTextureFromFileA(device, "a.png", nullptr), D3DERR_INVALIDCALL);
 }
 
-TEST_F(TextureFromFile, KeepsSidesThatAreNoPowersOfTwo)
+TEST_F(TextureFromFile, KeepsSidesThatAreNotPowersOfTwo)
 {
     const std::string file = PngFile({3, 5, 8, PngColour::Grey, Repeated(15, 9)});
     for (const UINT side : {0u, static_cast<UINT>(D3DX_DEFAULT_NONPOW2)}) {
@@ -176,7 +176,7 @@ TEST_F(TextureFromFile, KeepsSidesThatAreNoPowersOfTwo)
     }
 }
 
-TEST_F(TextureFromFile, DefaultSidesGoUpToPowersOfTwo)
+TEST_F(TextureFromFile, DefaultSidesAreRoundedUpToPowersOfTwo)
 {
     LoadRequest request;
     request.width = request.height = D3DX_DEFAULT;
@@ -266,7 +266,7 @@ TEST_F(TextureFromFile, CopiesTheBlocksAndLevelsOfADdsFile)
             << level;
 }
 
-TEST_F(TextureFromFile, CompressedSidesGoUpToWholeBlocks)
+TEST_F(TextureFromFile, CompressedSidesAreRoundedUpToWholeBlocks)
 {
     LoadRequest request;
     request.format = D3DFMT_DXT1;

@@ -67,7 +67,7 @@ TEST(D3DXMatrixMultiply, MayOverwriteEitherFactor)
     EXPECT_TRUE(second == product);
 }
 
-TEST(D3DXMatrixMultiplyTranspose, TurnsTheProduct)
+TEST(D3DXMatrixMultiplyTranspose, TransposesTheProduct)
 {
     const D3DXMATRIX a = Vandermonde();
     D3DXMATRIX shift, product;

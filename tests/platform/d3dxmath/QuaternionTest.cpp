@@ -40,7 +40,7 @@ TEST(RoundedFunctions, AreTheNearestFloats)
     }
 }
 
-TEST(RoundedFunctions, ArcCosineTakesWhatRoundingPushedOut)
+TEST(RoundedFunctions, ArcCosineAcceptsValuesThatRoundingPushedOut)
 {
     EXPECT_EQ(RoundedAcos(1.0000001f), 0.0f);
     EXPECT_EQ(RoundedAcos(-1.0000001f), static_cast<float>(Degrees(180)));
@@ -219,7 +219,7 @@ TEST(D3DXQuaternionSlerp, QuirkNearbyOrientationsTakeTheChord)
     }
 }
 
-TEST(D3DXQuaternionSlerp, OppositeSignsOfOneOrientationStayThere)
+TEST(D3DXQuaternionSlerp, OppositeSignsOfOneOrientationKeepIt)
 {
     const D3DXQUATERNION from = AboutX(Degrees(50)), to = -from;
     D3DXQUATERNION q;

@@ -52,7 +52,7 @@ TEST(D3DXVec3Transform, AddsTheTranslationAndKeepsW)
     EXPECT_TRUE(result == D3DXVECTOR4(14, 23, 33, 7));
 }
 
-TEST(D3DXVec4Transform, TakesTheTranslationWTimes)
+TEST(D3DXVec4Transform, ScalesTheTranslationByW)
 {
     D3DXVECTOR4 point(1, 2, 3, 2); // x = 4 + 20, y = 3 + 40, z = 3 + 60, w = 6 + 2
     D3DXVec4Transform(&point, &point, &kShear);

@@ -84,7 +84,7 @@ TEST(BlockCodec, DecodesThreeColoursAndTransparency)
     EXPECT_EQ(argb[3], 0x00000000u);
 }
 
-TEST(BlockCodec, TheOthersAlwaysHaveFourColours)
+TEST(BlockCodec, OtherFormatsAlwaysHaveFourColours)
 {
     std::uint8_t block[16] = {};
     const std::uint8_t colours[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};

@@ -29,7 +29,7 @@ struct UnmodelledCall {
 
 } // namespace
 
-TEST_F(CallControlTest, TheNextCallAloneFails)
+TEST_F(CallControlTest, OnlyTheNextCallFails)
 {
     FailNextCall("BeginScene", D3DERR_DRIVERINTERNALERROR);
     EXPECT_EQ(device->BeginScene(), D3DERR_DRIVERINTERNALERROR);

@@ -73,7 +73,7 @@ TEST_F(DeviceClearTest, EveryDepthFormatCanBeCleared)
     }
 }
 
-TEST_F(DeviceClearTest, RefusesWhatCannotBe)
+TEST_F(DeviceClearTest, RefusesInvalidArguments)
 {
     EXPECT_EQ(Clear(0, 1.0f, 0), D3DERR_INVALIDCALL) << "nothing to clear";
     EXPECT_EQ(Clear(8, 1.0f, 0), D3DERR_INVALIDCALL) << "an unknown flag";

@@ -45,7 +45,7 @@ TEST_F(DeviceResourcesTest, OnlyScratchTexturesTakeEveryKnownFormat)
     EXPECT_EQ(MakeTexture(4, 4, D3DFMT_DXT5, D3DPOOL_SYSTEMMEM), D3D_OK);
 }
 
-TEST_F(DeviceResourcesTest, ADepthTextureIsATargetButNoSource)
+TEST_F(DeviceResourcesTest, ADepthTextureIsATargetButNotASource)
 {
     const Com<IDirect3DTexture9> texture =
         Texture(64, 48, 1, D3DPOOL_DEFAULT, D3DUSAGE_DEPTHSTENCIL, D3DFMT_D24S8);
@@ -71,7 +71,7 @@ TEST_F(DeviceResourcesTest, SharedAndMultiSampledResourcesAreRefused)
               D3DERR_INVALIDCALL);
 }
 
-TEST_F(DeviceResourcesTest, BufferLocksAreHeldAgainstTheLength)
+TEST_F(DeviceResourcesTest, BufferLocksAreCheckedAgainstTheLength)
 {
     Com<IDirect3DVertexBuffer9> buffer;
     ASSERT_EQ(device->CreateVertexBuffer(16, 0, 0, D3DPOOL_MANAGED, buffer.Out(), nullptr), D3D_OK);
@@ -194,7 +194,7 @@ private:
 
 } // namespace
 
-TEST_F(DeviceResourcesTest, WantOfMemoryIsAResult)
+TEST_F(DeviceResourcesTest, RunningOutOfMemoryIsAResult)
 {
     HRESULT texture, vertices;
     {

@@ -36,7 +36,7 @@ TEST_F(DeviceTransfersTest, UpdateSurfaceChecksItsRectangle)
                   D3DERR_INVALIDCALL);
 }
 
-TEST_F(DeviceTransfersTest, UpdateTextureCopiesWhatHasChangedAlone)
+TEST_F(DeviceTransfersTest, UpdateTextureCopiesOnlyWhatChanged)
 {
     const Com<IDirect3DTexture9> source = Texture(4, 1, 1, D3DPOOL_SYSTEMMEM);
     const Com<IDirect3DTexture9> target = Texture(4, 1, 1, D3DPOOL_DEFAULT, D3DUSAGE_RENDERTARGET);
@@ -83,7 +83,7 @@ TEST_F(DeviceTransfersTest, UpdateTextureCopiesCompressedLevels)
     }
 }
 
-TEST_F(DeviceTransfersTest, UpdateTextureWantsMatchingTextures)
+TEST_F(DeviceTransfersTest, UpdateTextureNeedsMatchingTextures)
 {
     const Com<IDirect3DTexture9> source = Texture(4, 4, 1, D3DPOOL_SYSTEMMEM);
     const Com<IDirect3DTexture9> more = Texture(4, 4, 2, D3DPOOL_DEFAULT);
@@ -95,7 +95,7 @@ TEST_F(DeviceTransfersTest, UpdateTextureWantsMatchingTextures)
     EXPECT_EQ(device->UpdateTexture(nullptr, larger.Get()), D3DERR_INVALIDCALL);
 }
 
-TEST_F(DeviceTransfersTest, GetRenderTargetDataWantsEqualSizeAndFormatInSystemMemory)
+TEST_F(DeviceTransfersTest, GetRenderTargetDataNeedsEqualSizeAndFormatInSystemMemory)
 {
     const Com<IDirect3DSurface9> target = Target(4, 4);
     const Com<IDirect3DSurface9> smaller = SystemSurface(2, 2);
@@ -135,7 +135,7 @@ TEST_F(DeviceTransfersTest, StretchRectGrowsLinearly)
     EXPECT_EQ(Read(target.Get()), (Pixels{0xFF000000, 0xFF200000, 0xFF600000, 0xFF800000}));
 }
 
-TEST_F(DeviceTransfersTest, StretchRectRefusesWhatCannotBe)
+TEST_F(DeviceTransfersTest, StretchRectRefusesInvalidArguments)
 {
     const Com<IDirect3DSurface9> target = Target(4, 4);
     const Com<IDirect3DTexture9> texture = Texture(4, 4, 1, D3DPOOL_DEFAULT);

@@ -89,7 +89,7 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
         EXPECT_TRUE(FailsByName(c.name, c.call)) << c.name;
 }
 
-TEST_F(DeviceUnmodelledTest, WhatCannotBeMadeIsNull)
+TEST_F(DeviceUnmodelledTest, ObjectsThatCannotBeCreatedAreNull)
 {
     auto* chain = Untouchable<IDirect3DSwapChain9>();
     auto* volume = Untouchable<IDirect3DVolumeTexture9>();
@@ -125,7 +125,7 @@ TEST_F(DeviceUnmodelledTest, WhatCannotBeMadeIsNull)
     }
 }
 
-TEST_F(DeviceUnmodelledTest, ShadersAndDeclarationsCanBeTakenAwayAndAreNeverThere)
+TEST_F(DeviceUnmodelledTest, ShadersAndDeclarationsCanOnlyBeNull)
 {
     EXPECT_EQ(device->SetVertexDeclaration(nullptr), D3D_OK);
     EXPECT_EQ(device->SetVertexShader(nullptr), D3D_OK);

@@ -99,13 +99,13 @@ TEST_F(DrawCallsTest, OutsideOfASceneNothingIsDrawn)
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, NoPrimitivesAreNoError)
+TEST_F(DrawCallsTest, DrawingNoPrimitivesIsNotAnError)
 {
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, 0), D3D_OK);
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, VerticesBehindTheBufferAreRefused)
+TEST_F(DrawCallsTest, VerticesPastTheBufferAreRefused)
 {
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 1, 2), D3DERR_INVALIDCALL);
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0xFFFFFFFF, 2), D3DERR_INVALIDCALL);
@@ -113,7 +113,7 @@ TEST_F(DrawCallsTest, VerticesBehindTheBufferAreRefused)
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, AnIndexBehindTheBufferRefusesTheWholeDraw)
+TEST_F(DrawCallsTest, AnIndexPastTheBufferRefusesTheWholeDraw)
 {
     UseIndices({0, 1, 2, 2, 1, 4});
     EXPECT_EQ(DrawIndexed(0, 0, 2), D3DERR_INVALIDCALL);
@@ -122,7 +122,7 @@ TEST_F(DrawCallsTest, AnIndexBehindTheBufferRefusesTheWholeDraw)
     EXPECT_EQ(DrawIndexed(0, 0, 1), D3D_OK) << "the first three are good";
 }
 
-TEST_F(DrawCallsTest, PlacesBehindTheIndicesAreRefused)
+TEST_F(DrawCallsTest, PositionsPastTheIndicesAreRefused)
 {
     UseIndices({0, 1, 2});
     EXPECT_EQ(DrawIndexed(0, 1, 1), D3DERR_INVALIDCALL);

@@ -58,7 +58,7 @@ TEST_F(DrawCoverageTest, NeighboursLeaveNoGapAndNoOverlap)
     EXPECT_EQ(Pixels(), std::vector<std::uint32_t>(64, 0x01010101));
 }
 
-TEST_F(DrawCoverageTest, CullingTellsTheTurn)
+TEST_F(DrawCoverageTest, CullingFollowsTheWinding)
 {
     // On the screen, with y downwards, the first is clockwise, the second counterclockwise.
     const std::vector<ScreenVertex> clockwise = {{0, 0}, {4, 0}, {0, 4}};
@@ -83,7 +83,7 @@ TEST_F(DrawCoverageTest, CullingTellsTheTurn)
 }
 
 /// All triangles of a strip or fan must have the same winding, or half of them would be culled.
-TEST_F(DrawCoverageTest, StripsAndFansTurnAlike)
+TEST_F(DrawCoverageTest, StripsAndFansKeepTheirWinding)
 {
     State(D3DRS_CULLMODE, static_cast<DWORD>(D3DCULL_CCW));
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLESTRIP, 4,
@@ -115,7 +115,7 @@ TEST_F(DrawCoverageTest, APointIsASquareAroundItsPlace)
                           "........\n");
 }
 
-TEST_F(DrawCoverageTest, PointSizeIsHeldBetweenItsLimits)
+TEST_F(DrawCoverageTest, PointSizeIsClamped)
 {
     State(D3DRS_POINTSIZE_MIN, 2.0f);
     State(D3DRS_POINTSIZE_MAX, 4.0f);
@@ -133,7 +133,7 @@ TEST_F(DrawCoverageTest, PointSizeIsHeldBetweenItsLimits)
                           "....####\n");
 }
 
-TEST_F(DrawCoverageTest, TheLastPixelOfALineIsAChoice)
+TEST_F(DrawCoverageTest, TheLastPixelOfALineIsOptional)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_LINELIST, 1, {{1, 1}, {5, 1}}), D3D_OK);
     State(D3DRS_LASTPIXEL, static_cast<DWORD>(FALSE));
@@ -151,7 +151,7 @@ TEST_F(DrawCoverageTest, TheLastPixelOfALineIsAChoice)
 
 /// From (0, 0) to (6, 3) each step right is half a step down; the positions halfway, at y = 0.5,
 /// 1.5 and 2.5, go to the lower pixel.
-TEST_F(DrawCoverageTest, ALineHasOnePixelForEachStepOfItsLongerAxis)
+TEST_F(DrawCoverageTest, ALineHasOnePixelPerStepOfItsMajorAxis)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_LINELIST, 1, {{0, 0}, {6, 3}}), D3D_OK);
     EXPECT_EQ(Coverage(), "#.......\n"
@@ -178,7 +178,7 @@ TEST_F(DrawCoverageTest, LinesOfAStripMeetInOnePixel)
     EXPECT_EQ(Pixel(5, 5), 0x40404040u) << "the end of the strip";
 }
 
-TEST_F(DrawCoverageTest, WireframeDrawsTheEdgesAlone)
+TEST_F(DrawCoverageTest, WireframeDrawsOnlyTheEdges)
 {
     State(D3DRS_FILLMODE, static_cast<DWORD>(D3DFILL_WIREFRAME));
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLELIST, 1, {{0, 0}, {6, 0}, {0, 6}}), D3D_OK);
@@ -225,7 +225,7 @@ TEST_F(DrawCoverageTest, NothingLeavesTheViewportOrTheScissorRectangle)
                           "........\n");
 }
 
-TEST_F(DrawCoverageTest, PlacesThatAreNoNumbersDrawNothing)
+TEST_F(DrawCoverageTest, NonFinitePositionsDrawNothing)
 {
     const float bad[] = {std::numeric_limits<float>::quiet_NaN(),
                          std::numeric_limits<float>::infinity(),

@@ -54,7 +54,7 @@ TEST_F(DrawDepthTest, DepthIsStoredInStepsOfItsFormat)
     }
 }
 
-TEST_F(DrawDepthTest, EachFunctionComparesWithWhatIsStored)
+TEST_F(DrawDepthTest, EachFunctionComparesWithTheStoredDepth)
 {
     static const struct {
         D3DCMPFUNC function;
@@ -216,7 +216,7 @@ TEST_F(DrawBlendTest, EachOperationCombines)
     }
 }
 
-TEST_F(DrawBlendTest, OneSourceValueCanStandForBothFactors)
+TEST_F(DrawBlendTest, OneSourceValueCanSetBothFactors)
 {
     device->Clear(0, nullptr, D3DCLEAR_TARGET, 0xFF0000FF, 1.0f, 0);
     State(D3DRS_ALPHABLENDENABLE, static_cast<DWORD>(TRUE));
@@ -304,7 +304,7 @@ TEST_F(DrawFogTest, WithoutAModeSpecularAlphaIsTheFactor)
 
 /// With the identity as projection, table fog uses depth: from 0.25 to 0.75, 0.5 is half. (255 + 1)
 /// / 2 = 128.
-TEST_F(DrawFogTest, TableFogRunsOverDepthWithoutPerspective)
+TEST_F(DrawFogTest, TableFogUsesDepthWithoutPerspective)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_FOGCOLOR, static_cast<DWORD>(0x00010101));
@@ -319,7 +319,7 @@ TEST_F(DrawFogTest, TableFogRunsOverDepthWithoutPerspective)
 /// 0.25: exp(-1) = 0.3679 (93.8), exp(-1^2) is the same; with density 0.5: exp(-2) = 0.1353 (34.5),
 /// which could round either way, so 0.4: exp(-1.6) = 0.2019 (51.5), likewise, and exp(-2.56) =
 /// 0.0773 (19.7).
-TEST_F(DrawFogTest, TableFogRunsOverWInPerspective)
+TEST_F(DrawFogTest, TableFogUsesWInPerspective)
 {
     static const struct {
         const char* what;
@@ -349,7 +349,7 @@ TEST_F(DrawFogTest, TableFogRunsOverWInPerspective)
     }
 }
 
-TEST_F(DrawFogTest, WhereStartIsEndAllIsFog)
+TEST_F(DrawFogTest, WithStartEqualToEndAllIsFog)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_FOGCOLOR, static_cast<DWORD>(0x00102030));

@@ -61,7 +61,7 @@ TEST(PrimitiveAssembly, CountsVerticesOfEachType)
         EXPECT_EQ(VertexCountOf(c.type, c.count), c.vertices) << c.type;
 }
 
-TEST(PrimitiveAssembly, TrianglesOfAStripTurnAlikeAndBeginWithTheirOwnVertex)
+TEST(PrimitiveAssembly, TrianglesOfAStripShareAWindingAndBeginWithTheirOwnVertex)
 {
     EXPECT_EQ(CornersAt(D3DPT_TRIANGLELIST, 2), (Places{6, 7, 8}));
     EXPECT_EQ(CornersAt(D3DPT_TRIANGLESTRIP, 2), (Places{2, 3, 4}));

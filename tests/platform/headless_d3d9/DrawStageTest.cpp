@@ -83,7 +83,7 @@ TEST_F(DrawStageTest, EachOperationFollowsItsFormula)
 
 /// 192 + 96 - 127.5 = 160.5 lies between two steps, as does 200 + 100 - 127.5 = 172.5. Either
 /// neighbour is correct.
-TEST_F(DrawStageTest, AddSignedTakesAHalfAway)
+TEST_F(DrawStageTest, AddSignedSubtractsAHalf)
 {
     BindTexels(0, 1, 1, {0xFFC0C8FF});
     Operation(0, D3DTOP_ADDSIGNED, D3DTA_TEXTURE, D3DTA_DIFFUSE);
@@ -143,7 +143,7 @@ TEST_F(DrawStageTest, SpecularIsAnArgument)
 
 /// Without a texture an operation that reads one passes all four channels of the vertex colour
 /// through.
-TEST_F(DrawStageTest, AMissingTexturePassesTheCurrentColourOn)
+TEST_F(DrawStageTest, AMissingTexturePassesTheCurrentColourThrough)
 {
     EXPECT_EQ(Filled(0x80112233), 0x80112233u) << "the states of a new device";
     Operation(0, D3DTOP_ADD, D3DTA_TFACTOR, D3DTA_TEXTURE);
@@ -152,7 +152,7 @@ TEST_F(DrawStageTest, AMissingTexturePassesTheCurrentColourOn)
     EXPECT_EQ(Filled(0x80112233), 0x80FFFFFFu) << "argument 2 is not read";
 }
 
-TEST_F(DrawStageTest, TheFirstDisabledStageEndsTheRow)
+TEST_F(DrawStageTest, TheFirstDisabledStageEndsTheChain)
 {
     BindTexels(1, 1, 1, {0xFF00FF00});
     BindTexels(2, 1, 1, {0xFF0000FF});
@@ -162,7 +162,7 @@ TEST_F(DrawStageTest, TheFirstDisabledStageEndsTheRow)
     EXPECT_EQ(Filled(0xFF112233) & 0xFFFFFF, 0x0000FFu);
 }
 
-TEST_F(DrawStageTest, AResultCanBeKeptAside)
+TEST_F(DrawStageTest, AResultCanGoToTheTempRegister)
 {
     State(D3DRS_TEXTUREFACTOR, static_cast<DWORD>(0xFF404040));
     Operation(0, D3DTOP_SELECTARG1, D3DTA_TFACTOR, D3DTA_CURRENT);
@@ -182,7 +182,7 @@ TEST_F(DrawStageTest, AlphaHasAnOperationOfItsOwn)
 }
 
 /// PREMODULATE multiplies its result by the texture of the next stage: 128 * 128 / 255 = 64.25.
-TEST_F(DrawStageTest, PremodulateReachesForTheNextTexture)
+TEST_F(DrawStageTest, PremodulateUsesTheNextTexture)
 {
     State(D3DRS_TEXTUREFACTOR, static_cast<DWORD>(0xFF808080));
     BindTexels(1, 1, 1, {0xFF80FF00});
@@ -238,7 +238,7 @@ TEST_F(DrawStageTest, UnknownOperationsAndArgumentsAreRefused)
     EXPECT_EQ(Draw(D3DPT_TRIANGLELIST, 1, corners), D3DERR_INVALIDCALL);
 }
 
-TEST_F(DrawStageTest, ValuesThatNameNothingRefuseTheDrawByName)
+TEST_F(DrawStageTest, UnknownValuesRefuseTheDrawByName)
 {
     static const struct {
         D3DTEXTURESTAGESTATETYPE type;

@@ -107,7 +107,7 @@ TEST_F(DrawVertexTest, TheViewportMapsMinusOneToOne)
 }
 
 /// First world, then view, then projection: ((0 + 0.25) * 2 - 0.25) / 1 = 0.25, position 5.
-TEST_F(DrawVertexTest, TransformsGoOneAfterAnother)
+TEST_F(DrawVertexTest, TransformsApplyInOrder)
 {
     const D3DMATRIX world = Moved(0.25f, 0.0f, 0.0f);
     D3DMATRIX view = Identity();
@@ -120,7 +120,7 @@ TEST_F(DrawVertexTest, TransformsGoOneAfterAnother)
 }
 
 /// Weight 0.75 of a translation by 0 and the remaining 0.25 of one by 1: 0.25, position 5.
-TEST_F(DrawVertexTest, TheLastWeightIsWhatIsMissingFromOne)
+TEST_F(DrawVertexTest, TheLastWeightIsTheRemainderToOne)
 {
     struct Blended {
         float x, y, z, weight;
@@ -283,7 +283,7 @@ TEST_F(DrawLightTest, LightsAddUp)
 }
 
 /// Depth 0.5 in camera space between 0 and 1 is half: (255 + 1) / 2 = 128.
-TEST_F(DrawVertexTest, VertexFogRunsOverDepthOrDistance)
+TEST_F(DrawVertexTest, VertexFogUsesDepthOrDistance)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_FOGCOLOR, static_cast<DWORD>(0x00010101));
@@ -385,7 +385,7 @@ TEST_F(DrawVertexTest, TheNearPlaneClips)
 
 /// Behind the eye w is negative; only the part in front is drawn, and on the correct side. From (0,
 /// 0) at w = 1 towards x = 1 at w = -1 the line reaches x / w = 1 after a third.
-TEST_F(DrawVertexTest, WhatIsBehindTheEyeIsCutOff)
+TEST_F(DrawVertexTest, PartsBehindTheEyeAreCutOff)
 {
     D3DMATRIX projection = Identity();
     projection._44 = 0.0f;
@@ -400,7 +400,7 @@ TEST_F(DrawVertexTest, WhatIsBehindTheEyeIsCutOff)
 }
 
 /// x >= 0.125 in world space: position 4.5.
-TEST_F(DrawVertexTest, UserPlanesClipInTheWorld)
+TEST_F(DrawVertexTest, UserPlanesClipInWorldSpace)
 {
     const float plane[4] = {1.0f, 0.0f, 0.0f, -0.125f};
     ASSERT_EQ(device->SetClipPlane(2, plane), D3D_OK);

@@ -103,7 +103,7 @@ TEST_F(DrawWithoutDevice, ReadsATextureFromMemory)
     EXPECT_EQ(PixelAt(7, 7), kGreen);
 }
 
-TEST_F(DrawWithoutDevice, TheLeastLevelIsTheLargestThatIsRead)
+TEST_F(DrawWithoutDevice, LevelsLargerThanTheLeastLevelAreNotRead)
 {
     SampledPicture levels[2];
     const std::uint32_t colours[] = {kBlue, kGreen};

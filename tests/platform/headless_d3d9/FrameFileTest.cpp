@@ -67,7 +67,7 @@ TEST(FrameFileName, HoldsNoSeparatorsAndNoControlBytes)
     EXPECT_EQ(FrameFileName(".."), "...png");
 }
 
-TEST(FramePath, KeepsDirectoriesAndNothingElseThatSeparates)
+TEST(FramePath, KeepsDirectoriesAndNoOtherSeparators)
 {
     EXPECT_EQ(FramePath("", "boat"), "boat.png");
     EXPECT_EQ(FramePath("deck/below/", "boat"), "deck/below/boat.png");
@@ -118,7 +118,7 @@ TEST_F(FrameFileTest, WithoutTheVariableNothingIsWritten)
     EXPECT_FALSE(scratch.Has("Device test.png"));
 }
 
-TEST_F(FrameFileTest, TheFileInHandLendsItsDirectories)
+TEST_F(FrameFileTest, TheConvertedFileSetsTheDirectories)
 {
     SetWindowTextA(window.Get(), "boat.qsa");
     {
@@ -132,14 +132,14 @@ TEST_F(FrameFileTest, TheFileInHandLendsItsDirectories)
     EXPECT_TRUE(scratch.Has("boat.qsa.png")) << "no file is in hand any more";
 }
 
-TEST_F(FrameFileTest, ADirectoryThatIsMissingIsMade)
+TEST_F(FrameFileTest, AMissingDirectoryIsCreated)
 {
     setenv("QSA2QSB_FRAMES", (scratch.Path() / "some" / "frames").c_str(), 1);
     EXPECT_EQ(Present(), D3D_OK);
     EXPECT_TRUE(scratch.Has("some/frames/Device test.png"));
 }
 
-TEST_F(FrameFileTest, ARelativeDirectoryIsBesideTheStartOfTheProgram)
+TEST_F(FrameFileTest, ARelativeDirectoryStartsWhereTheProgramStarted)
 {
     // By now the test has changed to its scratch folder.
     const std::string name = "frames-of-" + std::to_string(getpid());

@@ -182,7 +182,7 @@ TEST(PixelFormat, ImagesThatEndInsideABlockAreClipped)
     EXPECT_EQ(back, argb);
 }
 
-TEST(PixelFormat, DepthIsNoPicture)
+TEST(PixelFormat, DepthIsNotAPicture)
 {
     std::uint32_t argb = 0, word = 0;
     EXPECT_FALSE(UnpackImage(Row(D3DFMT_D16), 1, 1, &word, 4, &argb));

@@ -38,7 +38,7 @@ std::string Told(char what, ObjectKind kind, D3DPOOL pool)
 
 } // namespace
 
-TEST(ResourceOwner, HearsOfTheFirstReferenceAndTheLast)
+TEST(ResourceOwner, IsToldOfTheFirstAndTheLastReference)
 {
     ListingOwner owner;
     HeadlessTexture* texture = HeadlessTexture::Create(owner, kSmall, 3);

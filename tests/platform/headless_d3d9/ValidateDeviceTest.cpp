@@ -33,7 +33,7 @@ protected:
 
 } // namespace
 
-TEST_F(ValidateDeviceTest, EveryStateIsAnsweredAsADrawWouldBe)
+TEST_F(ValidateDeviceTest, EveryStateIsValidatedLikeADraw)
 {
     const Com<IDirect3DTexture9> texture = Texture(4, 4, 1, D3DPOOL_MANAGED);
     for (DWORD stage = 0; stage < 8; ++stage)
@@ -89,7 +89,7 @@ TEST_F(ValidateDeviceTest, AVertexFormatThatCannotBeDrawnIsRefused)
     EXPECT_EQ(Validate(), D3D_OK);
 }
 
-TEST_F(ValidateDeviceTest, TheAnswerNeedsAPlaceAndCanBeOrdered)
+TEST_F(ValidateDeviceTest, ItNeedsAnOutputPointerAndCanBeOrderedToFail)
 {
     EXPECT_EQ(device->ValidateDevice(nullptr), D3DERR_INVALIDCALL);
     DWORD passes = 0;

@@ -104,7 +104,7 @@ TEST(DdsDecoder, ReadsEveryKindOfBlock)
     }
 }
 
-TEST(DdsDecoder, PlacesTheLevelsOneBehindTheOther)
+TEST(DdsDecoder, PlacesTheLevelsOneAfterAnother)
 {
     // 6 by 2 pixels, then 3 by 1 and 1 by 1, of one byte each.
     DdsParts parts = Masked(kDdsGrey, 8, 0xFF, 0, 0, 0, Repeated(16, 1));
@@ -128,7 +128,7 @@ TEST(DdsDecoder, PlacesTheLevelsOneBehindTheOther)
     }
 }
 
-TEST(DdsDecoder, TellsCubesAndVolumes)
+TEST(DdsDecoder, ReportsCubesAndVolumes)
 {
     D3DXIMAGE_INFO info = {};
     DdsParts cube = ArgbDds(1, 1, Repeated(24, 7));

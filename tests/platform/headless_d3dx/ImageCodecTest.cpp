@@ -88,7 +88,7 @@ void ExpectOneAnswer(const std::string& bytes, const std::string& what)
 } // namespace
 
 // TGA has no signature, so a truncated file of another kind may pass for one; none of these does.
-TEST(ImageCodec, RefusesEveryFileThatIsCutShort)
+TEST(ImageCodec, RefusesEveryTruncatedFile)
 {
     for (const SampleImage& sample : AllSamples()) {
         HRESULT result = S_OK;
@@ -118,7 +118,7 @@ TEST(ImageCodec, HeaderAndPixelsAgreeWhateverByteIsChanged)
 }
 
 // Uncompressed pixels at the end of their files: each byte belongs to one of them.
-TEST(ImageCodec, ChangedByteOfAPixelChangesThatChannelAlone)
+TEST(ImageCodec, ChangedByteOfAPixelChangesOnlyThatChannel)
 {
     static const struct {
         const char* what;
@@ -142,7 +142,7 @@ TEST(ImageCodec, ChangedByteOfAPixelChangesThatChannelAlone)
     }
 }
 
-TEST(ImageCodec, IgnoresBytesBehindThePicture)
+TEST(ImageCodec, IgnoresBytesAfterThePicture)
 {
     for (const SampleImage& sample : AllSamples()) {
         const std::vector<std::uint32_t> expected = DecodedPixels(sample.file);
@@ -158,7 +158,7 @@ TEST(ImageCodec, ReportsColourOf24BitsAsX8R8G8B8)
     EXPECT_EQ(ReportedFormat(BmpFile({1, 1, 24, Bytes({1, 2, 3, 0})})), D3DFMT_X8R8G8B8);
 }
 
-TEST(ImageCodec, RefusesBytesOfNoKind)
+TEST(ImageCodec, RefusesBytesOfUnknownKind)
 {
     EXPECT_TRUE(IsRefused(""));
     EXPECT_TRUE(IsRefused("G"));
@@ -181,7 +181,7 @@ TEST(ImageFileBytes, ReadsAWholeFile)
                                                                                  6));
 }
 
-TEST(ImageFileBytes, RefusesWhatIsNoFileOrTooLarge)
+TEST(ImageFileBytes, RefusesWhatIsNotAFileOrTooLarge)
 {
     const ScratchDirectory scratch;
     scratch.Write("empty", "");

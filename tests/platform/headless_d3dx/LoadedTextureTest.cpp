@@ -204,7 +204,7 @@ TEST_F(LoadedTexture, FilterTextureStartsAtTheGivenLevel)
     EXPECT_EQ(D3DXFilterTexture(nullptr, nullptr, 0, D3DX_FILTER_BOX), D3DERR_INVALIDCALL);
 }
 
-TEST_F(LoadedTexture, ASceneIntoWhatCannotBeDrawnToIsNotModelled)
+TEST_F(LoadedTexture, ASceneOnAnUndrawableSurfaceIsNotModelled)
 {
     ID3DXRenderToSurface* made = nullptr;
     ASSERT_EQ(

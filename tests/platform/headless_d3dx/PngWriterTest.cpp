@@ -52,7 +52,7 @@ TEST(PngWriter, EqualPicturesAreEqualFiles)
     EXPECT_EQ(FileCount(), 2u) << "no temporary file stays behind";
 }
 
-TEST(PngWriter, RefusesWhatIsNoPicture)
+TEST(PngWriter, RefusesWhatIsNotAPicture)
 {
     const ScratchDirectory scratch;
     const std::pair<int, int> sizes[] = {{0, 1}, {1, 0}, {-1, 1}, {16385, 1}, {1, 16385}};
@@ -108,7 +108,7 @@ TEST(TemporaryFile, LeavesNothingWithoutACommit)
     EXPECT_EQ(FileCount(), 1u);
 }
 
-TEST(TemporaryFile, TellsAFullDisk)
+TEST(TemporaryFile, ReportsAFullDisk)
 {
     // This device refuses all output for lack of space, at the latest when flushed.
     if (!std::filesystem::exists("/dev/full"))

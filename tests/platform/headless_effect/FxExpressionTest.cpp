@@ -10,7 +10,7 @@ using FxExpressionTest = EffectTest;
 
 } // namespace
 
-TEST_F(FxExpressionTest, OperatorsFollowTheirRanks)
+TEST_F(FxExpressionTest, OperatorsFollowTheirPrecedence)
 {
     static const struct {
         const char* text;

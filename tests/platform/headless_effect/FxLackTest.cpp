@@ -57,7 +57,7 @@ protected:
 
 } // namespace
 
-TEST_F(FxLackTest, AssemblerOfAnyKindCostsItsTechnique)
+TEST_F(FxLackTest, AssemblerDisablesItsTechnique)
 {
     static const struct {
         const char* what;
@@ -91,7 +91,7 @@ TEST_F(FxLackTest, AssemblerOfAnyKindCostsItsTechnique)
     }
 }
 
-TEST_F(FxLackTest, ACompiledFunctionOfAnyKindCostsItsTechnique)
+TEST_F(FxLackTest, ACompiledFunctionDisablesItsTechnique)
 {
     static const char* const kCalls[] = {
         "compile vs_1_1 f()",
@@ -115,7 +115,7 @@ TEST_F(FxLackTest, ACompiledFunctionOfAnyKindCostsItsTechnique)
     }
 }
 
-TEST_F(FxLackTest, AStateThatIsNotModelledCostsItsTechnique)
+TEST_F(FxLackTest, AnUnmodelledStateDisablesItsTechnique)
 {
     static const char* const kStates[] = {
         "StateBlock = <kept>;",
@@ -132,7 +132,7 @@ TEST_F(FxLackTest, AStateThatIsNotModelledCostsItsTechnique)
         ExpectLack(state, Text("", state));
 }
 
-TEST_F(FxLackTest, AParameterOfATypeThatIsNotModelledCostsWhoUsesIt)
+TEST_F(FxLackTest, AnUnmodelledTypeDisablesTheTechniquesThatUseIt)
 {
     static const struct {
         const char* what;
@@ -168,7 +168,7 @@ TEST_F(FxLackTest, AParameterOfATypeThatIsNotModelledCostsWhoUsesIt)
 }
 
 // Each value is scanned once, not again for each name of a declaration.
-TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadInNoTime)
+TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadQuickly)
 {
     std::string text = "float y[1][1], x0 = 1";
     for (int i = 1; i < 60000; ++i)
@@ -180,7 +180,7 @@ TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadInNoTime)
               20.0); // takes half a second; 60,000 times 240,000 words take minutes
 }
 
-TEST_F(FxLackTest, AnAnnotationOfSuchATypeIsLeftOut)
+TEST_F(FxLackTest, AnAnnotationOfAnUnmodelledTypeIsLeftOut)
 {
     const Com<ID3DXEffect> effect =
         Make("float x < int a[2][2] = { 1, 2, 3, 4 }; int b = 5; > = 1;");
@@ -189,7 +189,7 @@ TEST_F(FxLackTest, AnAnnotationOfSuchATypeIsLeftOut)
     EXPECT_EQ(IntOf(effect.Get(), effect->GetAnnotationByName("x", "b")), 5);
 }
 
-// The last four are truncated or damaged forms of the first, and one that is too long for a text.
+// The last four are truncated, damaged or extended forms of the first.
 TEST_F(FxLackTest, ABinaryIsAnEffectWithoutTechniques)
 {
     const std::string compiled("\x01\x09\xFF\xFE\x04\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
@@ -213,7 +213,7 @@ TEST_F(FxLackTest, ABinaryIsAnEffectWithoutTechniques)
     }
 }
 
-TEST_F(FxLackTest, TheHostTellsOnceWhyNothingOfAnEffectCanBeDrawn)
+TEST_F(FxLackTest, TheHostLogsOnceWhyAnEffectCannotBeDrawn)
 {
     const ScratchDirectory folder;
     // The shader's value begins at column 36 of line 2.
@@ -230,7 +230,7 @@ TEST_F(FxLackTest, TheHostTellsOnceWhyNothingOfAnEffectCanBeDrawn)
     EXPECT_EQ(LineOf(bad.Get(), "b"), "");
 }
 
-TEST_F(FxLackTest, ATechniqueToFallBackOnIsNoReasonToTellAnything)
+TEST_F(FxLackTest, AnEffectWithAFallbackTechniqueLogsNothing)
 {
     const Com<ID3DXEffect> effect = Make("technique a { pass { PixelShader = asm { ps.1.1 }; } }\n"
                                          "technique b { pass { StencilEnable = TRUE; } }\n"
@@ -279,7 +279,7 @@ TEST_F(FxLackTest, ATechniqueThatTheDeviceRefusesDoesNotValidate)
     }
 }
 
-TEST_F(FxLackTest, AskingTheDeviceLeavesItsStates)
+TEST_F(FxLackTest, ValidationKeepsTheDeviceStates)
 {
     const Com<ID3DXEffect> effect = Make(
         "texture t; technique a { pass { CullMode = NONE; ColorOp[1] = ADD; Texture[1] = <t>;\n"
@@ -299,7 +299,7 @@ TEST_F(FxLackTest, AskingTheDeviceLeavesItsStates)
     EXPECT_EQ(material.Power, 0.0f);
 }
 
-TEST_F(FxLackTest, AnEffectCanBeAskedWhileItIsDrawn)
+TEST_F(FxLackTest, AnEffectCanBeValidatedWhileItIsDrawn)
 {
     const Com<ID3DXEffect> effect =
         Make("technique a { pass { CullMode = NONE; } } technique b { pass { CullMode = CW; } }");
@@ -311,7 +311,7 @@ TEST_F(FxLackTest, AnEffectCanBeAskedWhileItIsDrawn)
     EXPECT_EQ(Render(D3DRS_CULLMODE), static_cast<DWORD>(D3DCULL_CCW));
 }
 
-TEST_F(FxLackTest, TheNextTechniqueThatValidatesIsFoundBehindRefusedOnes)
+TEST_F(FxLackTest, TheNextValidTechniqueIsFoundAfterRefusedOnes)
 {
     const Com<ID3DXEffect> effect = Make("technique a { pass { StencilEnable = TRUE; } }\n"
                                          "technique b { pass { Wrap0 = U; } }\n"
@@ -321,7 +321,7 @@ TEST_F(FxLackTest, TheNextTechniqueThatValidatesIsFoundBehindRefusedOnes)
     EXPECT_EQ(next, effect->GetTechniqueByName("c"));
 }
 
-TEST_F(FxLackTest, AParameterDecidesByTheValueThatItHas)
+TEST_F(FxLackTest, AParametersCurrentValueDecides)
 {
     const Com<ID3DXEffect> effect =
         Make("int mode = 1; technique a { pass { CullMode = <mode>; } }");

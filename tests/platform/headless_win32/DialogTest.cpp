@@ -62,7 +62,7 @@ TEST(DialogBoxParamA, ProcedureMayThrow)
     EXPECT_EQ(Show(NoteAndAnswer), 3) << "nothing is left of the one before";
 }
 
-TEST(EndDialog, RefusesWhatIsNoDialog)
+TEST(EndDialog, RefusesWhatIsNotADialog)
 {
     EXPECT_FALSE(EndDialog(nullptr, 1));
     int other = 0;

@@ -38,7 +38,7 @@ TEST(MatchesWildcard, FollowsTheWindowsRules)
         EXPECT_EQ(MatchesWildcard(c.name, c.pattern), c.expected) << c.what;
 }
 
-TEST(MatchesWildcard, ManyStarsTakeNoMoreThanTheirTime)
+TEST(MatchesWildcard, ManyStarsDoNotTakeExponentialTime)
 {
     // A recursive backtracking matcher would need more than 10^20 steps for this.
     const std::string name(200, 'a');
@@ -138,7 +138,7 @@ TEST(OpenFileStream, WritingMakesExactlyTheNameAskedFor)
     }
 }
 
-TEST(OpenFileStream, FileThatIsThereMayBeWrittenInAnyCase)
+TEST(OpenFileStream, ExistingFileMayBeWrittenInAnyCase)
 {
     const ScratchDirectory scratch;
     scratch.Write("Boat.qsb", "old");
