@@ -143,8 +143,7 @@ TEST(D3DXQuaternionRotationMatrix, UndoesTheMatrix)
         D3DXQUATERNION q;
         D3DXMatrixRotationQuaternion(&matrix, &c.q);
         D3DXQuaternionRotationMatrix(&q, &matrix);
-        const float sign =
-            D3DXQuaternionDot(&q, &c.q) < 0 ? -1.0f : 1.0f; // q and -q are the same rotation
+        const float sign = D3DXQuaternionDot(&q, &c.q) < 0 ? -1.0f : 1.0f; // -q rotates like q
         ExpectNear(q * sign, c.q, kTolerance, c.what);
     }
 }

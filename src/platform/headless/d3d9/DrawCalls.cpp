@@ -10,7 +10,7 @@ namespace headless {
 
 namespace {
 
-/// What all draw calls check first. Nothing to draw is no error.
+/// What all draw calls check first. Drawing nothing is not an error.
 bool IsPrimitive(D3DPRIMITIVETYPE type)
 {
     return CornerCount(type) != 0;

@@ -36,8 +36,7 @@ std::int64_t IndexSource::Vertex(UINT i) const
     if (!bytes)
         return static_cast<std::int64_t>(place);
     std::uint32_t index = 0;
-    std::memcpy(&index, bytes + place * sizeBytes,
-                sizeBytes); // little-endian, like the rest of this host
+    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian
     return std::int64_t{index} + base;
 }
 
@@ -60,8 +59,7 @@ void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3])
     placesOut[0] = start;
     placesOut[1] = start + 1;
     placesOut[2] = start + 2;
-    if (type == D3DPT_TRIANGLESTRIP &&
-        i % 2 == 1) { // every second triangle has the opposite winding
+    if (type == D3DPT_TRIANGLESTRIP && i % 2 == 1) { // these have the opposite winding
         placesOut[1] = start + 2;
         placesOut[2] = start + 1;
     }

@@ -49,9 +49,8 @@ private:
 
     /// The lifetime of a stand-alone surface; deletes the surface along with itself.
     class OwnLife;
-    OwnLife* ownLife = nullptr; ///< owns this surface; null for a level
-    HeadlessTexture* texture =
-        nullptr; ///< not owned, outlives this; null for a stand-alone surface
+    OwnLife* ownLife = nullptr;         ///< owns this surface; null for a level
+    HeadlessTexture* texture = nullptr; ///< not owned, outlives this; null if stand-alone
     D3DSURFACE_DESC desc;
     SampledPicture picture;
     const bool lockable;

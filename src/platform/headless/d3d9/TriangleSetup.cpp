@@ -76,8 +76,7 @@ TriangleRows::TriangleRows(const Corner& a, const Corner& b, const Corner& c,
 {
     const auto [top, bottom] = std::minmax({a.y, b.y, c.y});
     const int firstRow = std::max(CeilPixel(top), area.top);
-    lastRow =
-        std::min(CeilPixel(bottom), area.bottom) - 1; // a row through the lowest point is outside
+    lastRow = std::min(CeilPixel(bottom), area.bottom) - 1; // the lowest point is outside
     y = firstRow - 1;
     if (firstRow > lastRow)
         return;

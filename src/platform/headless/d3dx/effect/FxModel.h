@@ -34,8 +34,7 @@ struct FxTechnique {
 struct FxModel {
     FxNames names;
     std::vector<std::unique_ptr<FxParameter>> parameters;
-    std::vector<std::unique_ptr<FxParameter>>
-        constants; ///< `static` ones, which callers cannot see
+    std::vector<std::unique_ptr<FxParameter>> constants; ///< `static`: callers cannot see them
     std::vector<std::unique_ptr<FxTechnique>> techniques;
     std::string lack; ///< why no technique of it is usable on this host; "" if the text was read
 };
