@@ -4,7 +4,7 @@
 
 namespace headless::fx {
 
-// Not split: one loop over the parts of a path, whose order matters.
+// Kept whole: one loop over the parts of a path, whose order matters.
 bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut)
 {
     const FxToken name = words.Peek();

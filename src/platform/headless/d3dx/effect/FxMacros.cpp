@@ -137,7 +137,7 @@ bool FxMacros::MakeBuiltIn(FxToken& wordInOut)
     return true;
 }
 
-// Not split: one loop over the tokens, which also reads the arguments of calls.
+// Kept whole: one loop over the tokens, which also reads the arguments of calls.
 bool FxMacros::Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut, int depth)
 {
     if (depth > kFxMaxArgumentDepth)
