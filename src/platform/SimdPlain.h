@@ -6,19 +6,19 @@
 #include <cstdint>
 #include <cstring>
 
-// The operations of platform/Simd.h without instructions of any one processor. They give the bits
-// that SimdSse2.h gives, odd cases included; only the sign and the payload of a NaN that arithmetic
-// makes are left open, as IEEE leaves them.
+// The operations of platform/Simd.h without processor-specific instructions. They give the same
+// bits as SimdSse2.h, odd cases included; only the sign and payload of a NaN produced by arithmetic
+// are unspecified, as in IEEE.
 
 namespace simd_plain {
 
-/// Four floats. As a mask, a lane has all of its bits set or none.
+/// Four floats. As a mask, all bits of a lane are set or none.
 struct Floats4 {
     std::array<float, 4> lanes;
 };
 
-/// Four integers of 32 bits; also eight halves or sixteen bytes, where an operation says so. The
-/// first is at the lowest address.
+/// Four 32-bit integers; also eight halves or sixteen bytes, where an operation says so. The first
+/// is at the lowest address.
 struct Ints4 {
     std::array<std::int32_t, 4> lanes;
 };
@@ -32,7 +32,7 @@ using Bits2 = std::array<std::uint64_t, 2>;
 using Halves8 = std::array<std::uint16_t, 8>;
 using Bytes16 = std::array<std::uint8_t, 16>;
 
-/// Result, type of a lane, and number of lanes; `lane(i)` gives the lane.
+/// Builds a `Result` of `Number` lanes of type `Lane`; `lane(i)` returns lane i.
 template <typename Result, typename Lane, std::size_t Number, typename MakeLane>
 Result ForLanes(MakeLane lane)
 {
@@ -94,7 +94,7 @@ inline Floats4 MakeFloats(float first, float second, float third, float fourth)
     return {{first, second, third, fourth}};
 }
 
-/// The place is aligned to 16 bytes, also in StoreFloats.
+/// `aligned` is aligned to 16 bytes, also in StoreFloats.
 inline Floats4 LoadFloats(const float* aligned)
 {
     Floats4 a;
@@ -168,7 +168,7 @@ inline Floats4 Absolute(Floats4 a)
     return AndNot(Splat(-0.0f), a);
 }
 
-/// `b` where one of the two is NaN, and where both are zeros. Max is alike.
+/// Returns `b` if either is NaN or both are zero. So does Max.
 inline Floats4 Min(Floats4 a, Floats4 b)
 {
     return EachFloat(
@@ -186,7 +186,8 @@ inline Floats4 SquareRoot(Floats4 a)
     return EachFloat([&](std::size_t i) { return std::sqrt(a.lanes[i]); });
 }
 
-/// Comparisons give masks. NaN is neither less nor greater than anything, and unequal to all.
+/// Comparisons return masks. NaN is neither less nor greater than anything, and unequal to
+/// everything.
 inline Floats4 IsLess(Floats4 a, Floats4 b)
 {
     return EachBits<Floats4>([&](std::size_t i) { return MaskOf(a.lanes[i] < b.lanes[i]); });
@@ -202,20 +203,20 @@ inline Floats4 IsUnequal(Floats4 a, Floats4 b)
     return EachBits<Floats4>([&](std::size_t i) { return MaskOf(!(a.lanes[i] == b.lanes[i])); });
 }
 
-/// The highest bit of each lane, that of the first lane lowest.
+/// The highest bit of each lane; the first lane gives the lowest bit.
 inline int LaneBits(Floats4 mask)
 {
     const Bits4 x = std::bit_cast<Bits4>(mask);
     return static_cast<int>(x[0] >> 31 | x[1] >> 31 << 1 | x[2] >> 31 << 2 | x[3] >> 31 << 3);
 }
 
-/// The third lane, the first, the second, and the fourth where it was.
+/// Rotates the first three lanes to third, first, second; the fourth stays.
 inline Floats4 TurnFirstThree(Floats4 a)
 {
     return {{a.lanes[2], a.lanes[0], a.lanes[1], a.lanes[3]}};
 }
 
-// Integers of 32 bits. Sums and differences wrap.
+// 32-bit integers. Sums and differences wrap.
 
 inline Ints4 SplatInt(std::int32_t value)
 {
@@ -228,7 +229,7 @@ inline Ints4 MakeInts(std::int32_t first, std::int32_t second, std::int32_t thir
     return {{first, second, third, fourth}};
 }
 
-/// From any address, as StoreInts does.
+/// At any alignment, like StoreInts.
 inline Ints4 LoadInts(const void* at)
 {
     Ints4 a;
@@ -241,7 +242,7 @@ inline void StoreInts(void* at, Ints4 a)
     std::memcpy(at, &a, sizeof(a));
 }
 
-/// Four numbers of 16 bits without sign, from any address.
+/// Four unsigned 16-bit integers, at any alignment.
 inline Ints4 LoadFourHalves(const void* at)
 {
     std::array<std::uint16_t, 4> halves;
@@ -291,7 +292,7 @@ inline Ints4 Select(Ints4 mask, Ints4 a, Ints4 b)
     return EachBits<Ints4>([&](std::size_t i) { return (m[i] & x[i]) | (~m[i] & y[i]); });
 }
 
-/// By 0 to 31 bits. Zeros come in at either end; the highest bit is no sign here.
+/// By 0 to 31 bits. Shifts in zeros at either end; the highest bit is not a sign here.
 inline Ints4 ShiftLeft(Ints4 a, int bits)
 {
     const Bits4 x = std::bit_cast<Bits4>(a);
@@ -304,7 +305,7 @@ inline Ints4 ShiftRight(Ints4 a, int bits)
     return EachBits<Ints4>([&](std::size_t i) { return x[i] >> bits; });
 }
 
-/// With sign, as IsGreater.
+/// Signed, like IsGreater.
 inline Ints4 IsLess(Ints4 a, Ints4 b)
 {
     return EachBits<Ints4>([&](std::size_t i) { return MaskOf(a.lanes[i] < b.lanes[i]); });
@@ -332,7 +333,7 @@ inline Floats4 ToFloats(Ints4 a)
     return EachFloat([&](std::size_t i) { return static_cast<float>(a.lanes[i]); });
 }
 
-/// NaN and what does not fit become the least integer.
+/// NaN and out-of-range values become the lowest integer.
 inline std::int32_t WholeNumber(float value)
 {
     const bool fits = value >= -2147483648.0f && value < 2147483648.0f;
@@ -345,7 +346,7 @@ inline Ints4 Truncate(Floats4 a)
     return ForLanes<Ints4, std::int32_t, 4>([&](std::size_t i) { return WholeNumber(a.lanes[i]); });
 }
 
-/// To the nearest, and to the even one of two that are as near; see WholeNumber.
+/// To nearest, ties to even; see WholeNumber.
 inline Ints4 Round(Floats4 a)
 {
     return ForLanes<Ints4, std::int32_t, 4>(
@@ -363,7 +364,7 @@ inline Ints4 AsInts(Floats4 bits)
     return std::bit_cast<Ints4>(bits);
 }
 
-// Eight integers of 16 bits. All results keep their low 16 bits.
+// Eight 16-bit integers. All results keep their low 16 bits.
 
 inline Ints4 SplatHalf(std::int16_t value)
 {
@@ -390,7 +391,7 @@ inline Ints4 MultiplyHalves(Ints4 a, Ints4 b)
     });
 }
 
-/// By 0 to 15 bits; zeros come in.
+/// By 0 to 15 bits; shifts in zeros.
 inline Ints4 ShiftHalvesLeft(Ints4 a, int bits)
 {
     const Halves8 x = std::bit_cast<Halves8>(a);
@@ -417,7 +418,7 @@ inline Ints4 AreBytesEqual(Ints4 a, Ints4 b)
         [&](std::size_t i) { return static_cast<std::uint8_t>(x[i] == y[i] ? 0xFF : 0); });
 }
 
-/// The highest bit of each byte, that of the first byte lowest.
+/// The highest bit of each byte; the first byte gives the lowest bit.
 inline std::uint32_t ByteBits(Ints4 mask)
 {
     const Bytes16 x = std::bit_cast<Bytes16>(mask);
@@ -427,7 +428,7 @@ inline std::uint32_t ByteBits(Ints4 mask)
     return bits;
 }
 
-// Doubles. As a mask, a lane has all of its bits set or none.
+// Doubles. As a mask, all bits of a lane are set or none.
 
 inline Doubles2 SplatDouble(double value)
 {
@@ -503,7 +504,7 @@ inline Doubles2 LastTwo(Floats4 a)
     return {{a.lanes[2], a.lanes[3]}};
 }
 
-/// Rounded to the nearest float.
+/// Rounded to nearest.
 inline Floats4 ToFloats(Doubles2 firstTwo, Doubles2 lastTwo)
 {
     return {{static_cast<float>(firstTwo.lanes[0]), static_cast<float>(firstTwo.lanes[1]),

@@ -4,8 +4,7 @@
 
 #include <cstdint>
 
-// The operations of platform/Simd.h on processors of the x86 family. SimdPlain.h says what each of
-// them does.
+// The operations of platform/Simd.h on x86 processors. SimdPlain.h describes each of them.
 
 namespace simd_sse2 {
 

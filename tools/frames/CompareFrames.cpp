@@ -133,7 +133,7 @@ ExitStatus ComparePair(const Options& options, const fs::path& pathA, const fs::
     return isWithin ? kAlike : kDifferent;
 }
 
-/// Whether the whole scene is an exception, and one side has no frame of it.
+/// Whether the whole scene is an exception and one side lacks its frame.
 bool IsLeftOut(const Options& options, const fs::path& name)
 {
     if (options.exceptions.empty() ||
@@ -149,7 +149,7 @@ bool IsLeftOut(const Options& options, const fs::path& name)
     return false;
 }
 
-/// The names of both sides; reading reports a picture that one of them lacks.
+/// The names on both sides; a picture missing on one side is reported when read.
 ExitStatus CompareDirectories(const Options& options)
 {
     std::set<fs::path> names;

@@ -16,7 +16,7 @@ int StepBetween(std::uint32_t a, std::uint32_t b)
     return largest;
 }
 
-/// Checks the pixel and its eight neighbours, as far as they exist.
+/// Checks the pixel and its existing neighbours among the eight around it.
 bool IsNear(const Frame& frame, std::size_t x, std::size_t y, std::uint32_t pixel, int step)
 {
     const std::size_t right = std::min(x + 2, frame.width), bottom = std::min(y + 2, frame.height);
@@ -27,8 +27,8 @@ bool IsNear(const Frame& frame, std::size_t x, std::size_t y, std::uint32_t pixe
     return false;
 }
 
-/// Both ways: otherwise a line that one frame lacks would count as displaced, because its background
-/// is near in the frame that has it.
+/// Searches both ways: otherwise a line that one frame lacks would count as displaced, because its
+/// background is near in the frame that has it.
 Match MatchAt(const Frame& a, const Frame& b, std::size_t i, int step)
 {
     if (StepBetween(a.pixels[i], b.pixels[i]) <= step)

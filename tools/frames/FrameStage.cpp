@@ -21,7 +21,7 @@ ComPointer<IDirect3DSurface9> MakeMemorySurface(UINT width, UINT height, D3DFORM
     return surface;
 }
 
-/// Makes the client area as large as the frame; how wide the border is differs from host to host.
+/// Makes the client area as large as the frame; the border width differs between hosts.
 void FitClientArea(int width, int height)
 {
     RECT client = {}, outer = {};
@@ -36,7 +36,7 @@ void FitClientArea(int width, int height)
 
 FrameStage::FrameStage(int width, int height)
 {
-    ParseOptions("/stop /t:0 /zbuf"); // where one host has W buffering, the other may not
+    ParseOptions("/stop /t:0 /zbuf"); // only one host may have W buffering
     const HINSTANCE instance = GetModuleHandleA(nullptr);
     LoadWindowTexts(instance);
     RegisterMainWindowClass(instance);

@@ -2,8 +2,8 @@
 
 #include <bit>
 
-// The start values are those of the public reference of `D3DRENDERSTATETYPE`,
-// `D3DTEXTURESTAGESTATETYPE` and `D3DSAMPLERSTATETYPE`.
+// The defaults come from the public reference of `D3DRENDERSTATETYPE`, `D3DTEXTURESTAGESTATETYPE`
+// and `D3DSAMPLERSTATETYPE`.
 
 namespace {
 

@@ -71,8 +71,8 @@ TEST_F(DeviceTest, TransformsKeepEachElement)
     }
 }
 
-/// Scaling by 2 that goes before a move by 3 leaves the move as it is: the row vector (x, 1) becomes
-/// (2 x, 1) and then (2 x + 3, 1).
+/// Scaling by 2 before a translation by 3 leaves the translation unchanged: the row vector (x, 1)
+/// becomes (2 x, 1) and then (2 x + 3, 1).
 TEST_F(DeviceTest, AMultipliedTransformGoesFirst)
 {
     D3DMATRIX move = {}, scale = {};

@@ -1,6 +1,6 @@
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
-TEST_F(DeviceTest, TellsWhatItWasMadeWith)
+TEST_F(DeviceTest, ReportsItsCreationParameters)
 {
     D3DDEVICE_CREATION_PARAMETERS creation = {};
     ASSERT_EQ(device->GetCreationParameters(&creation), D3D_OK);
@@ -24,7 +24,7 @@ TEST_F(DeviceTest, IsCooperativeAndHasOneSwapChain)
     EXPECT_EQ(device->GetNumberOfSwapChains(), 1u);
 }
 
-TEST_F(DeviceTest, TellsTheDesktopsModeInAWindow)
+TEST_F(DeviceTest, ReportsTheDesktopModeInAWindow)
 {
     D3DDISPLAYMODE desktop = {}, mode = {};
     ASSERT_EQ(d3d->GetAdapterDisplayMode(0, &desktop), D3D_OK);

@@ -38,7 +38,7 @@ TEST_F(TextureTest, EachLevelHasHalfTheSize)
     EXPECT_EQ(texture->GetLevelDesc(5, &desc), D3DERR_INVALIDCALL);
 }
 
-TEST_F(TextureTest, RefusesWhatCannotBe)
+TEST_F(TextureTest, RefusesInvalidArguments)
 {
     static const struct {
         const char* what;

@@ -28,7 +28,7 @@ protected:
         ASSERT_EQ(texture->UnlockRect(level), D3D_OK);
     }
 
-    /// What a level of a texture in the default pool holds, by way of a render target.
+    /// The contents of a level of a texture in the default pool, read via a render target.
     Pixels ReadLevel(IDirect3DTexture9* texture, UINT level)
     {
         Com<IDirect3DSurface9> surface;
@@ -139,7 +139,7 @@ TEST_F(TransferTest, StretchRectScalesToTheNearestPixel)
               (Pixels{kA, kA, kB, kB, kA, kA, kB, kB, kC, kC, kD, kD, kC, kC, kD, kD}));
 }
 
-/// Halving with the linear filter puts the sample on the corner of four pixels: their mean.
+/// When halving, the linear filter samples at the corner of four pixels: their mean.
 TEST_F(TransferTest, StretchRectHalvesLinearlyToTheMean)
 {
     const Com<IDirect3DSurface9> source =

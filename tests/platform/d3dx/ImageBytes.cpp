@@ -14,7 +14,7 @@ std::string BigU32(std::uint32_t value)
     return BigU16(value >> 16) + BigU16(value);
 }
 
-// The checksums as the PNG and zlib descriptions define them, a bit or a byte at a time.
+// The checksums as defined by the PNG and zlib specifications, one bit or byte at a time.
 std::uint32_t Crc32(const std::string& data)
 {
     std::uint32_t crc = 0xFFFFFFFF;
@@ -37,7 +37,7 @@ std::uint32_t Adler32(const std::string& data)
     return b << 16 | a;
 }
 
-// A zlib stream of stored blocks.
+// A zlib stream of stored (uncompressed) blocks.
 std::string StoredStream(const std::string& data)
 {
     std::string stream = Bytes({0x78, 0x01});
@@ -61,7 +61,7 @@ std::string WithFilterBytes(const std::string& rows, unsigned height)
     return filtered;
 }
 
-// Writes bits, the highest first, and fills the last byte with ones.
+// Writes bits, highest first, and pads the last byte with ones.
 class BitWriter {
 public:
     void Put(unsigned value, int count)
@@ -85,7 +85,7 @@ private:
     {
         bytes += Bytes({last});
         if ((last & 0xFF) == 0xFF)
-            bytes += Bytes({0}); // a stuffed byte tells it from a marker
+            bytes += Bytes({0}); // a stuffed byte distinguishes it from a marker
         last = 0;
         used = 0;
     }
@@ -100,14 +100,14 @@ std::string JpegSegment(unsigned marker, const std::string& data)
     return Bytes({0xFF, marker}) + BigU16(static_cast<std::uint32_t>(data.size() + 2)) + data;
 }
 
-// One code of one bit, 0, that stands for `symbol`.
+// A table with a single one-bit code, 0, for `symbol`.
 std::string OneCodeTable(unsigned tableClass, unsigned symbol)
 {
     return JpegSegment(0xC4, Bytes({tableClass, 1}) + Repeated(15, 0) + Bytes({symbol}));
 }
 
-// For each component the code of 7 bits, its 7 bits, and, unless the file is progressive, the code
-// for the end of the block.
+// For each component its 7-bit code, its 7 bits, and, unless the file is progressive, the
+// end-of-block code.
 std::string JpegScan(const JpegParts& parts)
 {
     BitWriter bits;

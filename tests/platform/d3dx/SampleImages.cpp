@@ -44,8 +44,8 @@ std::vector<SampleImage> PngSamples()
     };
 }
 
-// Colour: Y 192, Cb 192, Cr 64 give by the JFIF formulas R = 192 - 1.402 * 64 = 102.3,
-// G = 192 - 0.34414 * 64 + 0.71414 * 64 = 215.7, B = 192 + 1.772 * 64 = 305.4, cut to 255.
+// Colour: by the JFIF formulas, Y 192, Cb 192, Cr 64 give R = 192 - 1.402 * 64 = 102.3, G = 192 -
+// 0.34414 * 64 + 0.71414 * 64 = 215.7, B = 192 + 1.772 * 64 = 305.4, clamped to 255.
 std::vector<SampleImage> JpegSamples()
 {
     const std::vector<std::uint32_t> grey(64, 0xFFC0C0C0);
@@ -83,7 +83,7 @@ std::vector<SampleImage> TgaSamples()
          2,
          1,
          {0xFF101010, 0xFFF0F0F0}},
-        {"TGA, runs", // four times red, then two literal pixels
+        {"TGA, runs", // one pixel four times in red, then two literal pixels
          TgaFile({10, 3, 2, 24, Bytes({0x83, 0, 0, 255, 0x01, 0, 255, 0, 255, 0, 0})}),
          D3DXIFF_TGA,
          D3DFMT_X8R8G8B8,

@@ -1,4 +1,4 @@
-// Pixels into surfaces from memory and from other surfaces, and out of them into files.
+// Loading surfaces from memory and from other surfaces, and saving them to files.
 
 #include "tests/platform/d3dx/ImageDevice.h"
 #include "tests/support/ScratchDirectory.h"
@@ -99,7 +99,7 @@ TEST_F(SurfaceTransfer, FillsWhatCannotBeLocked)
               D3D_OK);
     const SurfaceHandle copy = Plain(4, 3);
     ASSERT_EQ(device->GetRenderTargetData(target.get(), copy.get()), D3D_OK);
-    // The four pixels in the columns 1 and 2 of the rows 1 and 2, and what was there around them.
+    // The four pixels in columns 1 and 2 of rows 1 and 2, surrounded by the old contents.
     const std::uint32_t old = 0xFF202020;
     const Pixels expected = {old, old,      old,      old, //
                              old, kFour[0], kFour[1], old, //

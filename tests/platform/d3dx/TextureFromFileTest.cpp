@@ -1,5 +1,5 @@
-// What holds on every host: the files, sizes, formats and failures of D3DXCreateTextureFromFileExA
-// and D3DXGetImageInfoFromFileA.
+// What D3DXCreateTextureFromFileExA and D3DXGetImageInfoFromFileA do on every host: files, sizes,
+// formats and failures.
 
 #include "tests/platform/d3dx/ImageBytes.h"
 #include "tests/platform/d3dx/ImageDevice.h"
@@ -36,7 +36,7 @@ void ExpectPixels(const std::vector<std::uint32_t>& actual, const SampleImage& s
 
 std::string Dxt5Chain()
 {
-    // Levels of 8, 4, 2 and 1 pixels: 4 blocks, then one each, told apart by their first colour.
+    // Levels of 8, 4, 2 and 1 pixels: 4 blocks, then one each, distinguished by their first colour.
     DdsParts parts = {8, 8, ""};
     parts.fourCC = "DXT5";
     parts.levels = 4;
@@ -47,7 +47,7 @@ std::string Dxt5Chain()
 
 } // namespace
 
-TEST(ImageInfo, TellsKindAndSizeByTheContent)
+TEST(ImageInfo, RecognisesKindAndSizeByTheContent)
 {
     const ScratchDirectory scratch;
     for (const SampleImage& sample : SampleImages()) {
@@ -63,7 +63,7 @@ TEST(ImageInfo, TellsKindAndSizeByTheContent)
     }
 }
 
-// Files of 24 bits are told apart here: some hosts report them as R8G8B8.
+// 24-bit files are tested separately: some hosts report them as R8G8B8.
 TEST(ImageInfo, ReportsThePixelFormatOfTheFile)
 {
     for (const SampleImage& sample : SampleImages()) {
@@ -91,7 +91,7 @@ TEST(ImageInfo, CountsTheLevelsOfADdsFile)
     EXPECT_EQ(info.Format, D3DFMT_DXT5);
 }
 
-TEST(ImageInfo, RefusesWhatIsNoImage)
+TEST(ImageInfo, RefusesWhatIsNotAnImage)
 {
     const ScratchDirectory scratch;
     scratch.Write("empty.png", "");
@@ -163,7 +163,7 @@ TEST_F(TextureFromFile, RefusesArgumentsThatAreMissing)
     EXPECT_EQ(D3DXCreateTextureFromFileA(device, "a.png", nullptr), D3DERR_INVALIDCALL);
 }
 
-TEST_F(TextureFromFile, KeepsSidesThatAreNoPowersOfTwo)
+TEST_F(TextureFromFile, KeepsSidesThatAreNotPowersOfTwo)
 {
     const std::string file = PngFile({3, 5, 8, PngColour::Grey, Repeated(15, 9)});
     for (const UINT side : {0u, static_cast<UINT>(D3DX_DEFAULT_NONPOW2)}) {
@@ -176,7 +176,7 @@ TEST_F(TextureFromFile, KeepsSidesThatAreNoPowersOfTwo)
     }
 }
 
-TEST_F(TextureFromFile, DefaultSidesGoUpToPowersOfTwo)
+TEST_F(TextureFromFile, DefaultSidesAreRoundedUpToPowersOfTwo)
 {
     LoadRequest request;
     request.width = request.height = D3DX_DEFAULT;
@@ -266,7 +266,7 @@ TEST_F(TextureFromFile, CopiesTheBlocksAndLevelsOfADdsFile)
             << level;
 }
 
-TEST_F(TextureFromFile, CompressedSidesGoUpToWholeBlocks)
+TEST_F(TextureFromFile, CompressedSidesAreRoundedUpToWholeBlocks)
 {
     LoadRequest request;
     request.format = D3DFMT_DXT1;
@@ -288,7 +288,7 @@ TEST_F(TextureFromFile, ConvertsToTheFormatThatIsAskedFor)
     EXPECT_EQ(LevelBytes(*texture, 0, 2, 1), U16(31 << 11 | 32 << 5));
 }
 
-// What is cut out has alpha 0; hosts differ in the colour behind it.
+// Keyed pixels have alpha 0; hosts differ in the colour that remains.
 TEST_F(TextureFromFile, ColourKeyBecomesTransparent)
 {
     const std::string file =

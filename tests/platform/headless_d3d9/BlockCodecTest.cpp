@@ -11,7 +11,7 @@ namespace {
 constexpr D3DFORMAT kBlockFormats[] = {D3DFMT_DXT1, D3DFMT_DXT2, D3DFMT_DXT3, D3DFMT_DXT4,
                                        D3DFMT_DXT5};
 
-/// Sixteen pixels through a block and back.
+/// Encodes and decodes sixteen pixels.
 void RoundTrip(D3DFORMAT format, const std::uint32_t* argb, std::uint32_t* backOut)
 {
     std::uint8_t block[16] = {};
@@ -24,7 +24,7 @@ int Channel(std::uint32_t argb, int shift)
     return static_cast<int>(argb >> shift & 255);
 }
 
-/// The largest difference of one channel.
+/// The largest difference in one channel.
 int LargestError(const std::uint32_t* a, const std::uint32_t* b, int shift)
 {
     int largest = 0;
@@ -33,7 +33,7 @@ int LargestError(const std::uint32_t* a, const std::uint32_t* b, int shift)
     return largest;
 }
 
-/// A plain linear congruential sequence, so that a failure repeats.
+/// A simple linear congruential generator, so that failures are reproducible.
 class Numbers {
 public:
     std::uint32_t Next()
@@ -48,7 +48,7 @@ private:
 
 } // namespace
 
-/// Red above blue as numbers (0xF800 > 0x001F), so four colours: the third is
+/// As numbers red is greater than blue (0xF800 > 0x001F), so there are four colours: the third is
 /// (2 * 255 + 0 + 1) / 3 = 170 red and (0 + 255 + 1) / 3 = 85 blue.
 TEST(BlockCodec, DecodesFourColours)
 {
@@ -73,7 +73,7 @@ TEST(BlockCodec, RoundsTheColoursBetween)
     EXPECT_EQ(argb[3], 0xFF000000u | 90u << 16);
 }
 
-/// In the other order three colours: the third is the mean, the fourth transparent black.
+/// In the other order there are three colours: the third is the mean, the fourth transparent black.
 TEST(BlockCodec, DecodesThreeColoursAndTransparency)
 {
     const std::uint8_t block[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};
@@ -85,7 +85,7 @@ TEST(BlockCodec, DecodesThreeColoursAndTransparency)
     EXPECT_EQ(argb[3], 0x00000000u);
 }
 
-TEST(BlockCodec, TheOthersAlwaysHaveFourColours)
+TEST(BlockCodec, OtherFormatsAlwaysHaveFourColours)
 {
     std::uint8_t block[16] = {};
     const std::uint8_t colours[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};
@@ -109,9 +109,10 @@ TEST(BlockCodec, DecodesExplicitAlpha)
     }
 }
 
-/// Codes 2, 3, 7 in three bits each: 2 + 3 * 8 + 7 * 64 = 0x1DA. With 255 before 0 there are six steps
-/// between: (6 * 255 + 3) / 7 = 219, (5 * 255 + 3) / 7 = 182, (255 + 3) / 7 = 36. The other way round
-/// there are four and code 7 is 255: code 2 is (255 + 2) / 5 = 51, code 3 is (2 * 255 + 2) / 5 = 102.
+/// Codes 2, 3, 7 in three bits each: 2 + 3 * 8 + 7 * 64 = 0x1DA. With 255 before 0, six steps are
+/// interpolated: (6 * 255 + 3) / 7 = 219, (5 * 255 + 3) / 7 = 182, (255 + 3) / 7 = 36. In the other
+/// order there are four and code 7 is 255: code 2 is (255 + 2) / 5 = 51, code 3 is (2 * 255 + 2) /
+/// 5 = 102.
 TEST(BlockCodec, DecodesInterpolatedAlpha)
 {
     const std::uint8_t eight[16] = {255, 0, 0xDA, 0x01};
@@ -169,7 +170,7 @@ TEST(BlockCodec, TransparentPixelsComeBackTransparentAndBlack)
         EXPECT_EQ(pixel, 0u);
 }
 
-/// DXT1 tells transparency by the order of two numbers, so an order gone wrong shows as holes.
+/// DXT1 encodes transparency in the order of two numbers, so a wrong order shows as holes.
 TEST(BlockCodec, OpaquePixelsStayOpaque)
 {
     Numbers numbers;
@@ -177,7 +178,7 @@ TEST(BlockCodec, OpaquePixelsStayOpaque)
         std::uint32_t argb[16], back[16];
         for (std::uint32_t& pixel : argb)
             pixel = numbers.Next() | 0xFF000000;
-        if (n % 4 == 0) // nearly one colour, where both ends may be stored alike
+        if (n % 4 == 0) // nearly one colour: both ends may be stored as the same value
             for (std::uint32_t& pixel : argb)
                 pixel = argb[0] ^ (pixel & 0x00010101);
         for (const D3DFORMAT format : kBlockFormats) {
@@ -200,7 +201,7 @@ TEST(BlockCodec, ExplicitAlphaIsTheNearestStep)
     }
 }
 
-/// Two alphas are stored as the end points; 0 and 255 besides are codes of their own.
+/// Two alphas are stored as the end points; 0 and 255 also have codes of their own.
 TEST(BlockCodec, FewAlphasComeBackExactly)
 {
     std::uint32_t argb[16], back[16];
@@ -213,8 +214,8 @@ TEST(BlockCodec, FewAlphasComeBackExactly)
     }
 }
 
-/// Of a ramp from 0 to 255, eight alphas lie 255 / 7 = 36.4 apart: at most 19 off with rounding. Four
-/// greys lie 85 apart: at most 43 off, and 4 for the end points of 5 bits.
+/// For a ramp from 0 to 255, eight alphas are 255 / 7 = 36.4 apart: at most 19 off with rounding.
+/// Four greys are 85 apart: at most 43 off, plus 4 for the 5-bit end points.
 TEST(BlockCodec, ARampStaysWithinHalfAStep)
 {
     std::uint32_t argb[16], back[16];

@@ -23,13 +23,13 @@ struct OrderedCall {
 
 struct UnmodelledCall {
     const char* name;
-    const char* line; ///< what the log says the first time
+    const char* line; ///< what is logged the first time
     std::function<HRESULT()> call;
 };
 
 } // namespace
 
-TEST_F(CallControlTest, TheNextCallAloneFails)
+TEST_F(CallControlTest, OnlyTheNextCallFails)
 {
     FailNextCall("BeginScene", D3DERR_DRIVERINTERNALERROR);
     EXPECT_EQ(device->BeginScene(), D3DERR_DRIVERINTERNALERROR);

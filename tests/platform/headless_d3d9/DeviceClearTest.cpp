@@ -61,7 +61,7 @@ TEST_F(DeviceClearTest, EveryDepthFormatCanBeCleared)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word; ///< of depth 1 over a zeroed buffer
+        std::uint32_t word; ///< of depth 1 in a zeroed buffer
     } cases[] = {{D3DFMT_D16, 0xFFFF},
                  {D3DFMT_D24X8, 0xFFFFFF00},
                  {D3DFMT_D24S8, 0xFFFFFF00},
@@ -73,7 +73,7 @@ TEST_F(DeviceClearTest, EveryDepthFormatCanBeCleared)
     }
 }
 
-TEST_F(DeviceClearTest, RefusesWhatCannotBe)
+TEST_F(DeviceClearTest, RefusesInvalidArguments)
 {
     EXPECT_EQ(Clear(0, 1.0f, 0), D3DERR_INVALIDCALL) << "nothing to clear";
     EXPECT_EQ(Clear(8, 1.0f, 0), D3DERR_INVALIDCALL) << "an unknown flag";

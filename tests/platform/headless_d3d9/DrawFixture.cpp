@@ -46,7 +46,7 @@ void DrawTest::Sampler(DWORD stage, D3DSAMPLERSTATETYPE type, DWORD value)
 
 void DrawTest::Fill(float left, float top, float right, float bottom, D3DCOLOR colour, float z)
 {
-    // Centres of pixels lie at whole numbers, so the borders lie half a pixel before them.
+    // Pixel centres are at integers, so the edges are half a pixel before them.
     const float x0 = left - 0.5f, y0 = top - 0.5f, x1 = right - 0.5f, y1 = bottom - 0.5f;
     EXPECT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLESTRIP, 2,
                                  {{x0, y0, z, 1.0f, colour, 0, 0.0f, 0.0f},

@@ -1,4 +1,4 @@
-// The rasterizer by itself: states, pictures and vertices in memory, and no device.
+// The rasterizer alone: states, pictures and vertices in memory, without a device.
 
 #include "platform/headless/d3d9/Rasterizer.h"
 
@@ -104,7 +104,7 @@ TEST_F(DrawWithoutDevice, ReadsATextureFromMemory)
     EXPECT_EQ(PixelAt(7, 7), kOpaqueGreen);
 }
 
-TEST_F(DrawWithoutDevice, TheLeastLevelIsTheLargestThatIsRead)
+TEST_F(DrawWithoutDevice, LevelsLargerThanTheLeastLevelAreNotRead)
 {
     SampledPicture levels[2];
     const std::uint32_t colours[] = {kOpaqueBlue, kOpaqueGreen};

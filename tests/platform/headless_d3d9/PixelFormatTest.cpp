@@ -33,8 +33,8 @@ std::uint32_t Pack(D3DFORMAT format, std::uint32_t argb)
 
 } // namespace
 
-/// A field v of n bits is round(v * 255 / (2^n - 1)). Of 5 bits: 1 is 8.2, 16 is 131.6; of 6 bits: 1 is
-/// 4.0, 32 is 129.5; of 4 bits: v * 17; of 3 bits: 5 is 182.1; of 2 bits: v * 85.
+/// A field v of n bits is round(v * 255 / (2^n - 1)). For 5 bits: 1 is 8.2, 16 is 131.6; for 6
+/// bits: 1 is 4.0, 32 is 129.5; for 4 bits: v * 17; for 3 bits: 5 is 182.1; for 2 bits: v * 85.
 TEST(PixelFormat, WidensChannelsToEightBits)
 {
     static const struct {
@@ -64,8 +64,8 @@ TEST(PixelFormat, WidensChannelsToEightBits)
         EXPECT_EQ(Unpack(c.format, c.word), c.argb) << FormatName(c.format);
 }
 
-/// An 8-bit value v is round(v * (2^n - 1) / 255). 128: of 5 bits 15.6, of 6 bits 31.6, of 4 bits 7.5,
-/// of 1 bit 0.502; 127 of 1 bit is 0.498. Bits without a meaning are set.
+/// An 8-bit value v is round(v * (2^n - 1) / 255). 128 is 15.6 in 5 bits, 31.6 in 6 bits, 7.5 in 4
+/// bits, 0.502 in 1 bit; 127 is 0.498 in 1 bit. Unused bits are set.
 TEST(PixelFormat, NarrowsChannelsToTheirBits)
 {
     static const struct {
@@ -90,7 +90,7 @@ TEST(PixelFormat, NarrowsChannelsToTheirBits)
         EXPECT_EQ(Pack(c.format, c.argb), c.word) << FormatName(c.format);
 }
 
-/// Widening followed by narrowing is the identity for every format of at most 8 bits a channel.
+/// Widening then narrowing is the identity for every format of at most 8 bits per channel.
 TEST(PixelFormat, EveryStoredPixelComesBack)
 {
     for (const D3DFORMAT format :
@@ -124,7 +124,7 @@ TEST(PixelFormat, FloatsAreClampedAndRounded)
 {
     std::uint32_t word = 0;
     PackFloat4(Row(D3DFMT_A8R8G8B8), {0.5f, -3.0f, NAN, 7.0f}, &word);
-    EXPECT_EQ(word, 0xFF800000u); // 0.5 * 255 = 127.5 goes up
+    EXPECT_EQ(word, 0xFF800000u); // 0.5 * 255 = 127.5 rounds up
 }
 
 TEST(PixelFormat, CompressedRowsAndColumnsCountBlocks)
@@ -141,7 +141,7 @@ TEST(PixelFormat, CompressedRowsAndColumnsCountBlocks)
 
 TEST(PixelFormat, DepthIsRoundedToTheNearestStep)
 {
-    EXPECT_EQ(PackDepth(Row(D3DFMT_D16), 0.5f, 0), 32768u); // 32767.5 goes up
+    EXPECT_EQ(PackDepth(Row(D3DFMT_D16), 0.5f, 0), 32768u); // 32767.5 rounds up
     EXPECT_EQ(PackDepth(Row(D3DFMT_D16), 1.0f, 9), 65535u);
     EXPECT_EQ(PackDepth(Row(D3DFMT_D24S8), 1.0f, 0x112), 0xFFFFFF12u);
     EXPECT_EQ(PackDepth(Row(D3DFMT_D24X8), 1.0f, 0x12), 0xFFFFFF00u);
@@ -156,7 +156,7 @@ TEST(PixelFormat, DepthIsRoundedToTheNearestStep)
 
 TEST(PixelFormat, ImagesKeepTheirPadding)
 {
-    // Two rows of three 16-bit pixels; the two bytes of padding stay as they are.
+    // Two rows of three 16-bit pixels; the two padding bytes are unchanged.
     std::uint8_t bits[16];
     std::memset(bits, 0xEE, sizeof bits);
     const std::uint32_t argb[6] = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF,
@@ -182,7 +182,7 @@ TEST(PixelFormat, ImagesThatEndInsideABlockAreClipped)
     EXPECT_EQ(back, argb);
 }
 
-TEST(PixelFormat, DepthIsNoPicture)
+TEST(PixelFormat, DepthIsNotAPicture)
 {
     std::uint32_t argb = 0, word = 0;
     EXPECT_FALSE(UnpackImage(Row(D3DFMT_D16), 1, 1, &word, 4, &argb));

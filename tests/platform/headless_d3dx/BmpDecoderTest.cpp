@@ -91,7 +91,7 @@ TEST(BmpDecoder, ReadsTheOldHeader)
     const std::string file = "BM" + U32(0) + U32(0) + U32(26 + 6) + U32(12) + U16(2) + U16(1) +
                              U16(1) + U16(1) + Bytes({0, 0, 255, 0, 255, 0}) +
                              Bytes({0x40, 0, 0, 0});
-    // The palette of two entries of 3 bytes ends at 32.
+    // The palette of two 3-byte entries ends at 32.
     EXPECT_EQ(DecodedPixels(file), (Pixels{kRedPixel, kGreenPixel}));
 }
 

@@ -68,7 +68,7 @@ TEST(DdsDecoder, ReadsEveryLayout)
         {"A8L8", Masked(kDdsGrey | kDdsAlpha, 16, 0xFF, 0, 0, 0xFF00, Bytes({9, 8})), D3DFMT_A8L8,
          0x08090909},
         {"A8", Masked(0x2, 8, 0, 0, 0, 0xFF, Bytes({9})), D3DFMT_A8, 0x09000000},
-        // U is 127 of 127, V is negative and shows as 0.
+        // U is 127 of 127; V is negative and becomes 0.
         {"V8U8", Masked(kDdsSigned, 16, 0xFF, 0xFF00, 0, 0, Bytes({0x7F, 0x81})), D3DFMT_V8U8,
          0xFFFF00FF},
     };
@@ -80,7 +80,8 @@ TEST(DdsDecoder, ReadsEveryLayout)
 
 TEST(DdsDecoder, ReadsEveryKindOfBlock)
 {
-    // All codes 0: the first end point, red. Alpha: half of 15 is 8 * 17 = 0x88; 0x40 as it is.
+    // All codes are 0: the first end point, red. Alpha: half of 15 is 8 * 17 = 0x88; 0x40 is
+    // unchanged.
     const std::string red = ColourBlock(0xF800, 0, 0);
     const std::string explicitAlpha = Repeated(8, 0x88);
     const std::string interpolated = Bytes({0x40, 0x20, 0, 0, 0, 0, 0, 0});
@@ -103,7 +104,7 @@ TEST(DdsDecoder, ReadsEveryKindOfBlock)
     }
 }
 
-TEST(DdsDecoder, PlacesTheLevelsOneBehindTheOther)
+TEST(DdsDecoder, PlacesTheLevelsOneAfterAnother)
 {
     // 6 by 2 pixels, then 3 by 1 and 1 by 1, of one byte each.
     DdsParts parts = Masked(kDdsGrey, 8, 0xFF, 0, 0, 0, Repeated(16, 1));
@@ -127,7 +128,7 @@ TEST(DdsDecoder, PlacesTheLevelsOneBehindTheOther)
     }
 }
 
-TEST(DdsDecoder, TellsCubesAndVolumes)
+TEST(DdsDecoder, ReportsCubesAndVolumes)
 {
     D3DXIMAGE_INFO info = {};
     DdsParts cube = ArgbDds(1, 1, Repeated(24, 7));

@@ -1,4 +1,4 @@
-// What holds for every kind of image file, above all for damaged ones.
+// Rules for every kind of image file, especially damaged ones.
 
 #include "platform/headless/d3dx/ImageCodec.h"
 
@@ -17,7 +17,7 @@ using namespace headless;
 
 namespace {
 
-// The files of all hosts and those that only this one reads.
+// The files that all hosts read and those that only this one reads.
 std::vector<SampleImage> AllSamples()
 {
     std::vector<SampleImage> samples = SampleImages();
@@ -52,8 +52,9 @@ std::vector<SampleImage> AllSamples()
     return samples;
 }
 
-// Whatever a damaged file is taken for, it is one thing: what the header alone promises is what comes with the
-// pixels, and each of them lies in the file or in memory that was made for it.
+// However a damaged file is interpreted, the result must be consistent: reading the header alone
+// reports the same info as reading the pixels, and all levels lie in the file or in memory
+// allocated for them.
 void ExpectOneAnswer(const std::string& bytes, const std::string& what)
 {
     D3DXIMAGE_INFO info = {};
@@ -86,15 +87,15 @@ void ExpectOneAnswer(const std::string& bytes, const std::string& what)
 
 } // namespace
 
-// A TGA has no signature, so what is cut from another kind may pass for one; none of these does.
-TEST(ImageCodec, RefusesEveryFileThatIsCutShort)
+// TGA has no signature, so a truncated file of another kind may pass for one; none of these does.
+TEST(ImageCodec, RefusesEveryTruncatedFile)
 {
     for (const SampleImage& sample : AllSamples()) {
         HRESULT result = S_OK;
         DecodedPixels(sample.file, &result);
         ASSERT_EQ(result, D3D_OK) << sample.what;
         for (std::size_t size = 0; size < sample.file.size(); ++size) {
-            // The runs of this one fill the picture before their end mark, which may be missing.
+            // The runs of this sample fill the picture before the end mark, which may be missing.
             if (std::string(sample.what) == "BMP, runs" && size + 2 >= sample.file.size())
                 continue;
             DecodedPixels(sample.file.substr(0, size), &result);
@@ -116,13 +117,13 @@ TEST(ImageCodec, HeaderAndPixelsAgreeWhateverByteIsChanged)
     }
 }
 
-// Pixels that are stored as they are, the last ones of their files: each byte belongs to one of them.
-TEST(ImageCodec, ChangedByteOfAPixelChangesThatChannelAlone)
+// Uncompressed pixels at the end of their files: each byte belongs to one of them.
+TEST(ImageCodec, ChangedByteOfAPixelChangesOnlyThatChannel)
 {
     static const struct {
         const char* what;
-        std::string file; ///< two pixels, 01 02 03 and 04 05 06 in the order of the file
-        int shifts[3];    ///< where the three bytes of a pixel go to
+        std::string file; ///< two pixels, 01 02 03 and 04 05 06 in file order
+        int shifts[3];    ///< where each of the three bytes of a pixel goes
     } cases[] = {
         {"PPM: red, green, blue", "P6 2 1 255\n" + Bytes({1, 2, 3, 4, 5, 6}), {16, 8, 0}},
         {"TGA: blue, green, red", TgaFile({2, 2, 1, 24, Bytes({1, 2, 3, 4, 5, 6})}), {0, 8, 16}},
@@ -141,7 +142,7 @@ TEST(ImageCodec, ChangedByteOfAPixelChangesThatChannelAlone)
     }
 }
 
-TEST(ImageCodec, IgnoresBytesBehindThePicture)
+TEST(ImageCodec, IgnoresBytesAfterThePicture)
 {
     for (const SampleImage& sample : AllSamples()) {
         const std::vector<std::uint32_t> expected = DecodedPixels(sample.file);
@@ -157,7 +158,7 @@ TEST(ImageCodec, ReportsColourOf24BitsAsX8R8G8B8)
     EXPECT_EQ(ReportedFormat(BmpFile({1, 1, 24, Bytes({1, 2, 3, 0})})), D3DFMT_X8R8G8B8);
 }
 
-TEST(ImageCodec, RefusesBytesOfNoKind)
+TEST(ImageCodec, RefusesBytesOfUnknownKind)
 {
     EXPECT_TRUE(IsRefused(""));
     EXPECT_TRUE(IsRefused("G"));
@@ -180,13 +181,13 @@ TEST(ImageFileBytes, ReadsAWholeFile)
                                                                                  6));
 }
 
-TEST(ImageFileBytes, RefusesWhatIsNoFileOrTooLarge)
+TEST(ImageFileBytes, RefusesWhatIsNotAFileOrTooLarge)
 {
     const ScratchDirectory scratch;
     scratch.Write("empty", "");
     scratch.Write("huge", "x");
     std::filesystem::create_directory("folder");
-    std::filesystem::resize_file("huge", (1ull << 30) + 1); // sparse: takes no room
+    std::filesystem::resize_file("huge", (1ull << 30) + 1); // sparse: uses no disk space
     for (const char* name : {"empty", "huge", "folder", "missing", ""}) {
         ImageFileBytes file;
         EXPECT_EQ(file.Read(name), D3DXERR_INVALIDDATA) << name;

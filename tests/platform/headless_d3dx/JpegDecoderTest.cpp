@@ -9,7 +9,7 @@ namespace {
 
 using Pixels = std::vector<std::uint32_t>;
 
-// Replaces the first occurrence of a marker's segment head and what follows.
+// Overwrites bytes at `offset` from the first occurrence of `marker`.
 std::string WithBytesAt(std::string file, const std::string& marker, std::size_t offset,
                         const std::string& bytes)
 {
@@ -43,7 +43,7 @@ TEST(JpegDecoder, RefusesFourComponents)
 
 TEST(JpegDecoder, RefusesSidesOutOfRange)
 {
-    // Height and width stand 5 bytes behind the marker, the high byte first.
+    // Height and width are 5 bytes after the marker, high byte first.
     const std::string file = JpegFile({8, 8, {64}});
     EXPECT_TRUE(IsRefused(WithBytesAt(file, kFrame, 5, Bytes({0, 0, 0, 8}))));
     EXPECT_TRUE(IsRefused(WithBytesAt(file, kFrame, 5, Bytes({0, 8, 0, 0}))));
@@ -62,7 +62,7 @@ TEST(JpegDecoder, RefusesMoreBlocksThanTheFileHolds)
 
 TEST(JpegDecoder, RefusesAFileThatRepeatsItsScans)
 {
-    // A progressive file may go over its picture again and again; this one does so 1000 times.
+    // A progressive file may repeat its scans; this one does so 1000 times.
     const std::string file = JpegFile({8, 8, {64}, true});
     const std::size_t scan = file.find("\xFF\xDA");
     const std::string once = file.substr(scan, file.size() - 2 - scan);

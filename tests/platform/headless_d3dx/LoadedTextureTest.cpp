@@ -1,5 +1,5 @@
-// What this host does by the documentation where others take shortcuts: filtered levels, dithering,
-// formats without a counterpart, failures in the middle.
+// What this host does as documented where others take shortcuts: filtered levels, dithering,
+// formats without a counterpart, failures half-way.
 
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/d3dx/ImageBytes.h"
@@ -59,7 +59,8 @@ TEST_F(LoadedTexture, PointFilterTakesOnePixelForEachLevel)
     request.mipFilter = D3DX_FILTER_POINT;
     const TextureHandle texture = Load(PngFile({4, 1, 8, PngColour::Grey, Ramp(4)}), request);
     ASSERT_TRUE(texture);
-    // The centres of the two lie on the borders of the four: the right one of each pair.
+    // The centres of the two pixels fall on borders between the four: the right one of each pair is
+    // used.
     EXPECT_EQ(LevelBytes(*texture, 1, 2, 1), Bytes({10, 30}));
 }
 
@@ -94,7 +95,7 @@ TEST_F(LoadedTexture, LevelsOfADdsFileAreLeftOutWhenTheSizeChanges)
 
 TEST_F(LoadedTexture, CompressesAndFiltersInOneGo)
 {
-    // One colour that R5G6B5 holds exactly survives every step.
+    // One colour that R5G6B5 represents exactly survives every step.
     std::string rows;
     for (int i = 0; i < 64; ++i)
         rows += Bytes({0xFF, 0x00, 0xFF});
@@ -203,7 +204,7 @@ TEST_F(LoadedTexture, FilterTextureStartsAtTheGivenLevel)
     EXPECT_EQ(D3DXFilterTexture(nullptr, nullptr, 0, D3DX_FILTER_BOX), D3DERR_INVALIDCALL);
 }
 
-TEST_F(LoadedTexture, ASceneIntoWhatCannotBeDrawnToIsNotModelled)
+TEST_F(LoadedTexture, ASceneOnAnUndrawableSurfaceIsNotModelled)
 {
     ID3DXRenderToSurface* made = nullptr;
     ASSERT_EQ(

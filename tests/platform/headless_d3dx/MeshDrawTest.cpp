@@ -1,4 +1,4 @@
-// What a mesh calls of its device, what it does when a call fails, and what it refuses.
+// Which calls a mesh makes on its device, what it does when one fails, and what it refuses.
 
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/support/RecordingDevice.h"
@@ -16,7 +16,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// Six faces, of which 1, 2 and 5 have attribute 4, on a device that only notes calls.
+/// Six faces, of which 1, 2 and 5 have attribute 4, on a device that only records calls.
 class MeshDraw : public testing::Test {
 protected:
     void SetUp() override
@@ -62,8 +62,8 @@ TEST_F(MeshDraw, UnsortedMeshDrawsEachRunOverAllVertices)
 
 TEST_F(MeshDraw, SortedMeshDrawsOneRange)
 {
-    // Sorted: face 3 (0), faces 1, 2, 5 (4), faces 0, 4 (9). The indices run 1 to 7 and on from 1:
-    // face 1 has 4 5 6, face 2 has 7 1 2, face 5 has 2 3 4, so vertices 1 to 7.
+    // Sorted: face 3 (0), faces 1, 2, 5 (4), faces 0, 4 (9). The indices count from 1 to 7 and
+    // start over: face 1 has 4 5 6, face 2 has 7 1 2, face 5 has 2 3 4, so vertices 1 to 7.
     ASSERT_EQ(Sort(), D3D_OK);
     EXPECT_EQ(mesh->DrawSubset(4), D3D_OK);
     EXPECT_EQ(device->Lines(), (Lines{"SetStreamSource 0 vertexbuffer#1 0 12", "SetFVF D3DFVF_XYZ",
@@ -144,7 +144,7 @@ TEST_F(MeshDraw, IndicesBeyondTheVerticesDoNotUpsetTheSort)
 {
     void* indices = nullptr;
     ASSERT_EQ(mesh->LockIndexBuffer(0, &indices), D3D_OK);
-    static_cast<WORD*>(indices)[9] = 65535; // face 3, alone in attribute 0, has it and 4 and 5
+    static_cast<WORD*>(indices)[9] = 65535; // face 3, alone in attribute 0, now has 65535, 4 and 5
     ASSERT_EQ(mesh->UnlockIndexBuffer(), D3D_OK);
     ASSERT_EQ(Sort(), D3D_OK);
     D3DXATTRIBUTERANGE table[3] = {};

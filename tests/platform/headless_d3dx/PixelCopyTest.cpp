@@ -30,7 +30,7 @@ PixelTarget Target(D3DFORMAT format, UINT width, std::vector<Word>& words)
 
 TEST(PixelCopy, KeepsTheBytesWhereNothingChanges)
 {
-    // Unused bits are not touched, which a conversion would do.
+    // Unused bits stay unchanged; a conversion would set them.
     const Pixels from = {0x12345678, 0x00FFFFFF};
     Pixels to(2);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_X8R8G8B8, 2, to), Source(D3DFMT_X8R8G8B8, 2, from),
@@ -64,7 +64,7 @@ TEST(PixelCopy, ColourKeyBecomesTransparentBlack)
 
 TEST(PixelCopy, ColourKeyWorksBeforeScaling)
 {
-    // Half of the area is cut out: the mean of transparent black and opaque white.
+    // Half of the area is keyed: the mean of transparent black and opaque white.
     const Pixels from = {0xFFFF00FF, 0xFFFFFFFF};
     Pixels to(1);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_A8R8G8B8, 1, to), Source(D3DFMT_A8R8G8B8, 2, from),
@@ -86,7 +86,7 @@ TEST(PixelCopy, SignedPixelsAreScaledAroundTheirZero)
 
 TEST(PixelCopy, LargePicturesAreStoredLikeSmallOnes)
 {
-    // 128 by 64 pixels go another way than 16 by 1; every channel takes all its values.
+    // 128 by 64 pixels use other code than 16 by 1; every channel takes all its values.
     Pixels from(128 * 64);
     for (std::uint32_t i = 0; i < from.size(); ++i)
         from[i] = i * 0x01234567u;
@@ -106,7 +106,7 @@ TEST(PixelCopy, LargePicturesAreStoredLikeSmallOnes)
 
 TEST(PixelCopy, LargePicturesAreReadLikeSmallOnes)
 {
-    // Every word of 16 bits four times, and by itself.
+    // All 16-bit words, four times, and one at a time.
     std::vector<std::uint16_t> from(512 * 512);
     for (std::size_t i = 0; i < from.size(); ++i)
         from[i] = static_cast<std::uint16_t>(i);
@@ -136,7 +136,8 @@ TEST(PixelCopy, HalvesAnyOrderOfChannelsAndAnyPitch)
 
 TEST(PixelCopy, DitherSpreadsTheErrorOfFewerBits)
 {
-    // 4 of 255 is 0.486 of 31 steps: about half of the pixels of a 4 by 4 square show step 1.
+    // 4 of 255 is 0.486 of 31 steps: about half of the pixels of a 4 by 4 square are rounded up to
+    // 1.
     const Pixels from(16, 0xFF000004);
     std::vector<std::uint16_t> plain(16);
     std::vector<std::uint16_t> dithered(16);

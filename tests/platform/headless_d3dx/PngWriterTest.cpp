@@ -52,7 +52,7 @@ TEST(PngWriter, EqualPicturesAreEqualFiles)
     EXPECT_EQ(FileCount(), 2u) << "no temporary file stays behind";
 }
 
-TEST(PngWriter, RefusesWhatIsNoPicture)
+TEST(PngWriter, RefusesWhatIsNotAPicture)
 {
     const ScratchDirectory scratch;
     const std::pair<int, int> sizes[] = {{0, 1}, {1, 0}, {-1, 1}, {16385, 1}, {1, 16385}};
@@ -73,7 +73,7 @@ TEST(PngWriter, KeepsTheOldFileWhenItFails)
     EXPECT_FALSE(WritePngFile("no/such/folder/a.png", 1, 1, kPixels, true, error));
     EXPECT_FALSE(error.empty());
 
-    std::filesystem::create_directory("taken.png"); // cannot be replaced by a file
+    std::filesystem::create_directory("taken.png"); // a file cannot replace it
     error.clear();
     EXPECT_FALSE(WritePngFile("taken.png", 1, 1, kPixels, true, error));
     EXPECT_EQ(error, "the file cannot be written or renamed");
@@ -108,9 +108,9 @@ TEST(TemporaryFile, LeavesNothingWithoutACommit)
     EXPECT_EQ(FileCount(), 1u);
 }
 
-TEST(TemporaryFile, TellsAFullDisk)
+TEST(TemporaryFile, ReportsAFullDisk)
 {
-    // Everything written to this device is refused for want of room, at the flush at the latest.
+    // This device refuses all output for lack of space, at the latest when flushed.
     if (!std::filesystem::exists("/dev/full"))
         GTEST_SKIP() << "this machine has no full device";
     const ScratchDirectory scratch;

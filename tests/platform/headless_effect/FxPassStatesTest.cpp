@@ -5,7 +5,7 @@
 
 using namespace headless;
 
-// What passes do to the device, read back from it.
+// The effect of passes on the device, read back from it.
 
 namespace {
 
@@ -18,7 +18,7 @@ DWORD BitsOfState(float value)
 
 } // namespace
 
-TEST_F(FxPassStatesTest, RenderStatesArriveInEveryWayOfWriting)
+TEST_F(FxPassStatesTest, RenderStatesArriveInEveryNotation)
 {
     static const struct {
         const char* text;
@@ -170,7 +170,7 @@ TEST_F(FxPassStatesTest, TransformsMaterialAndLightsArriveWhole)
     EXPECT_EQ(fvf, 0u);
 }
 
-TEST_F(FxPassStatesTest, EndPutsBackWhatAnyPassChanged)
+TEST_F(FxPassStatesTest, EndRestoresWhatAnyPassChanged)
 {
     const Com<ID3DXEffect> effect = Make(
         "technique { pass { CullMode = NONE; } pass { Lighting = FALSE; MinFilter[0] = LINEAR; } }");
@@ -189,7 +189,7 @@ TEST_F(FxPassStatesTest, EndPutsBackWhatAnyPassChanged)
     EXPECT_EQ(Render(D3DRS_FOGENABLE), 1u) << "the caller's own change stays";
 }
 
-TEST_F(FxPassStatesTest, NothingIsPutBackThatTheCallerDoesNotWantSaved)
+TEST_F(FxPassStatesTest, StatesExcludedByTheCallerAreNotRestored)
 {
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; MinFilter[0] = LINEAR; } }");
@@ -222,7 +222,7 @@ TEST_F(FxPassStatesTest, ChangesArriveWhenTheyAreCommitted)
     EXPECT_EQ(BoundTexture(0), nullptr);
 }
 
-TEST_F(FxPassStatesTest, AFailureOfTheDeviceIsTold)
+TEST_F(FxPassStatesTest, ADeviceFailureIsReported)
 {
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; Lighting = FALSE; } }");
@@ -233,7 +233,7 @@ TEST_F(FxPassStatesTest, AFailureOfTheDeviceIsTold)
     EndPassAndEffect(effect.Get());
 }
 
-TEST_F(FxPassStatesTest, AResetBetweenBeginAndEndPutsNothingBack)
+TEST_F(FxPassStatesTest, AResetBetweenBeginAndEndRestoresNothing)
 {
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; Texture[0] = NULL; } }");

@@ -82,7 +82,7 @@ void PictureStage::World(const D3DXMATRIX& matrix)
 void PictureStage::Rectangle(float left, float top, float right, float bottom, D3DCOLOR colour,
                              float z, float repeats)
 {
-    // Half a pixel to the upper left, so that texels meet pixels and borders lie between centres.
+    // Half a pixel to the upper left, so that texels match pixels and edges lie between centres.
     const float x0 = left - 0.5f, y0 = top - 0.5f, x1 = right - 0.5f, y1 = bottom - 0.5f;
     DrawVertices<FlatVertex>(D3DPT_TRIANGLESTRIP, 2,
                              {{x0, y0, z, 1.0f, colour, 0.0f, 0.0f},

@@ -1,4 +1,4 @@
-// Our mathematics against that of the system's d3dx9_30.dll, over random arguments.
+// Compares our mathematics with that of the system's d3dx9_30.dll, over random arguments.
 
 #include <algorithm>
 #include <bit>
@@ -29,14 +29,14 @@ HMODULE SystemLibrary()
     return library.get();
 }
 
-/// The system's function of that name, in the form of ours; null if there is none.
+/// The system's function of that name, with our signature; null if there is none.
 template <class Function>
 Function System(Function, const char* name)
 {
     return std::bit_cast<Function>(GetProcAddress(SystemLibrary(), name));
 }
 
-/// What this program imports by name from `library`: the names in its import table.
+/// What this program imports by name from `library`, according to its import table.
 std::vector<std::string> ImportsFrom(const char* library)
 {
     const auto* image = std::bit_cast<const BYTE*>(GetModuleHandleA(nullptr));
@@ -63,7 +63,7 @@ std::vector<std::string> ImportsFrom(const char* library)
 using Range = std::pair<float, float>;
 constexpr Range kAngle{-20.0f, 20.0f};
 
-/// Random arguments by type, the same in each run. A float takes the next of the ranges.
+/// Random arguments by type, the same in each run. A float takes the next range.
 class Arguments {
 public:
     explicit Arguments(std::vector<Range> ranges) : floatRanges(std::move(ranges)) {}
@@ -91,7 +91,7 @@ private:
         return std::uniform_real_distribution<float>(low, high)(engine);
     }
 
-    /// By way of doubles, so that no function under test has a part in it.
+    /// In doubles, so that no function under test is used.
     static D3DXQUATERNION Unit(const D3DXQUATERNION& q)
     {
         const double x = q.x, y = q.y, z = q.z, w = q.w;
@@ -105,7 +105,7 @@ private:
     std::size_t nextRange = 0;
 };
 
-/// What a parameter is taken from: records are passed by pointer, floats by value.
+/// How a parameter is passed: records by pointer, floats by value.
 template <class Parameter>
 using Held = std::remove_const_t<std::remove_pointer_t<Parameter>>;
 
@@ -127,7 +127,8 @@ double LargestDifference(const float* a, const float* b, std::size_t count)
     return largest;
 }
 
-/// The largest difference of our results and the system's; infinite where there is no system one.
+/// The largest difference between our results and the system's; infinite if there is no system
+/// function.
 template <class Result, class... Parameters>
 double Difference(Result*(WINAPI* ours)(Result*, Parameters...), const char* name,
                   std::vector<Range> ranges = {kAngle})
@@ -153,8 +154,8 @@ double Difference(Result*(WINAPI* ours)(Result*, Parameters...), const char* nam
     return largest;
 }
 
-/// The sum of the absolute products of which the determinant of the elements left is made: the
-/// scale of what rounding can do to it. `skipRow` and `skipColumn` of 4 leave all.
+/// The sum of the absolute products in the determinant of the remaining elements: the scale of its
+/// possible rounding error. `skipRow` and `skipColumn` of 4 skip none.
 double SumOfProducts(const D3DXMATRIX& matrix, int skipRow = 4, int skipColumn = 4)
 {
     std::vector<int> columns;
@@ -224,8 +225,8 @@ TEST(SystemD3dx, ProjectionsWithoutAnglesAgreeToTheBit)
               0.0);
 }
 
-// All numbers of a rotation lie in [-1, 1] and are sums of such, so that 2 ulp means those of 1. The
-// system takes sines and cosines in float, ours are rounded from double.
+// All numbers of a rotation are in [-1, 1] and sums of such numbers, so 2 ulp means ulps of 1. The
+// system computes sine and cosine in float; ours are rounded from double.
 TEST(SystemD3dx, RotationsAgreeWithinTwoUlp)
 {
     EXPECT_LE(Difference(&D3DXMatrixRotationX, "D3DXMatrixRotationX"), 2 * kUlp);
@@ -272,8 +273,8 @@ TEST(SystemD3dx, AngleOfAQuaternionAgreesWithinTwoUlp)
     }
 }
 
-// An exception to 2 ulp: the system's float tangent is itself up to 2 ulp off in one case of eight,
-// and the quotient doubles that where it crosses a power of two.
+// An exception to 2 ulp: the system's float tangent is itself up to 2 ulp off in one case out of
+// eight, and the quotient doubles that if it crosses a power of two.
 TEST(SystemD3dx, PerspectiveFromAnAngleAgreesWithinFourUlp)
 {
     const auto theirs = System(&D3DXMatrixPerspectiveFovLH, "D3DXMatrixPerspectiveFovLH");
@@ -293,8 +294,8 @@ TEST(SystemD3dx, PerspectiveFromAnAngleAgreesWithinFourUlp)
     }
 }
 
-// Determinants are sums of products that may cancel, and the order of the sums is not laid down; so
-// the ulps are those of the sum of the absolute products.
+// Determinants are sums of products that may cancel, and the order of summation is not specified;
+// so the ulps are those of the sum of the absolute products.
 TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
 {
     const auto determinantOf = System(&D3DXMatrixDeterminant, "D3DXMatrixDeterminant");
@@ -307,7 +308,7 @@ TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
         const double products = SumOfProducts(matrix);
         ASSERT_NEAR(determinant, determinantOf(&matrix), 2 * kUlp * products) << round;
         if (std::fabs(determinant) < 100 * kUlp * products)
-            continue; // so near to singular that the quotient says nothing
+            continue; // too close to singular for the quotient to be meaningful
 
         D3DXMATRIX a, b;
         D3DXMatrixInverse(&a, nullptr, &matrix);

@@ -47,7 +47,7 @@ Rgb TwoThirds(const Rgb& near, const Rgb& far)
             (2 * near.b + far.b + 1) / 3};
 }
 
-/// The four colours of a block. In the three-colour mode the last is transparent black.
+/// The four colours of a block. In three-colour mode the last is transparent black.
 void MakePalette(std::uint32_t c0, std::uint32_t c1, bool threeColours, std::uint32_t* paletteOut)
 {
     const Rgb a = Expand565(c0);
@@ -63,7 +63,8 @@ void MakePalette(std::uint32_t c0, std::uint32_t c1, bool threeColours, std::uin
     }
 }
 
-/// The eight alphas of a DXT5 block: two given, then either six between, or four between, 0 and 255.
+/// The eight alphas of a DXT5 block: the two stored ones, then either six interpolated ones, or
+/// four interpolated ones, 0 and 255.
 void MakeAlphas(int a0, int a1, int* alphasOut)
 {
     alphasOut[0] = a0;
@@ -141,7 +142,7 @@ std::uint32_t ToWord565(const Vec& c)
     return QuantiseByte(c.r, 31) << 11 | QuantiseByte(c.g, 63) << 5 | QuantiseByte(c.b, 31);
 }
 
-/// The colours of a block that count: those of opaque pixels in the three-colour mode, else all.
+/// The colours of a block that matter: in three-colour mode those of opaque pixels, else all.
 struct ColourSet {
     Vec points[16];
     int count = 0;
@@ -155,8 +156,8 @@ Vec Mean(const ColourSet& set)
     return {sum.r / set.count, sum.g / set.count, sum.b / set.count};
 }
 
-/// The direction in which the colours spread most, by power iteration on their covariance. It begins
-/// at the row of the largest variance, so that it cannot begin at right angles to the answer.
+/// The direction in which the colours spread most, by power iteration on their covariance. Starts
+/// from the row with the largest variance, which cannot be perpendicular to the answer.
 Vec PrincipalAxis(const ColourSet& set, const Vec& mean)
 {
     Vec rows[3] = {};
@@ -226,8 +227,8 @@ double TotalError(const EndPoints& ends, bool threeColours, const ColourSet& set
     return total;
 }
 
-/// The end points that serve the chosen codes best: each pixel is w * c0 + (1 - w) * c1 with the
-/// weight w of its code; the normal equations of that least-squares problem are 2 by 2.
+/// The best end points for the chosen codes: each pixel is w * c0 + (1 - w) * c1 with the weight w
+/// of its code; the normal equations of that least-squares problem are 2 by 2.
 bool Refine(const ColourSet& set, const int* codes, bool threeColours, EndPoints* endsOut)
 {
     static constexpr double kFour[] = {1.0, 0.0, 2.0 / 3.0, 1.0 / 3.0};
@@ -254,8 +255,8 @@ bool Refine(const ColourSet& set, const int* codes, bool threeColours, EndPoints
     return true;
 }
 
-/// DXT1 tells its mode by the order of the end points: c0 > c1 means four colours. Where they are
-/// equal all pixels take code 0, which is the same colour in both modes.
+/// DXT1 encodes its mode in the order of the end points: c0 > c1 means four colours. If they are
+/// equal, all pixels take code 0, which is the same colour in both modes.
 EndPoints Ordered(const EndPoints& ends, bool threeColours)
 {
     const bool swap = threeColours ? ends.c0 > ends.c1 : ends.c0 < ends.c1;

@@ -7,10 +7,10 @@
 
 namespace headless {
 
-// What every entry point of the device passes through: results that a test ordered, and the log of
+// What every entry point of the device goes through: results ordered by a test, and the log of
 // calls that the host does not model.
 
-/// Number of ordered results that wait; calls look no further while it is 0.
+/// Number of ordered results still pending; while it is 0, calls skip the lookup.
 extern int gOrderedResultCount;
 
 /// Takes the result ordered for the next call of `name` (see TestControl.h); `D3D_OK` if none is.
@@ -21,11 +21,11 @@ inline HRESULT OrderedResult(const char* name)
     return gOrderedResultCount == 0 ? D3D_OK : TakeOrderedResult(name);
 }
 
-/// Writes "UNMODELLED text" to standard error: what a file asks for and the host does not have.
+/// Writes "UNMODELLED text" to standard error: a file asks for something that the host lacks.
 void LogLack(const std::string& text);
 
-/// While one of these lives, refusals are neither written nor counted: they are the answer to a
-/// question. `LastRefusal` starts empty.
+/// While one of these exists, refusals are neither logged nor counted: the caller only asks whether
+/// a call would be refused. `LastRefusal` starts empty.
 class QuietRefusals {
 public:
     QuietRefusals();
@@ -34,11 +34,11 @@ public:
     QuietRefusals& operator=(const QuietRefusals&) = delete;
 };
 
-/// "name(arguments)" of the last call or state that was not modelled.
+/// "name(arguments)" of the last unmodelled call or state.
 const std::string& LastRefusal();
 
-/// Writes "UNMODELLED name(arguments)" to standard error, the first time for each name, counts the
-/// call and gives `result` back.
+/// Writes "UNMODELLED name(arguments)" to standard error the first time for each name, counts the
+/// call and returns `result`.
 HRESULT LogUnmodelled(const char* name, const std::string& arguments, HRESULT result);
 
 inline std::string ArgumentText(const void* value)
@@ -62,7 +62,7 @@ std::string ArgumentText(T value) requires(std::is_integral_v<T> || std::is_enum
     return ArgumentText(static_cast<std::int64_t>(value));
 }
 
-/// The usual end of a call that the host does not model: `D3DERR_INVALIDCALL`, logged.
+/// The usual result of a call that the host does not model: `D3DERR_INVALIDCALL`, logged.
 template <typename... Arguments>
 HRESULT Unmodelled(const char* name, Arguments... arguments)
 {

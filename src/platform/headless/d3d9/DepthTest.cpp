@@ -13,14 +13,15 @@ IntLanes AllOrNone(bool all)
     return SplatInt(all ? -1 : 0);
 }
 
-/// 32 bits of depth do not fit a signed number: the lowest is moved to 0x80000000 before comparing.
+/// 32 bits of depth do not fit a signed integer, so the lowest value maps to 0x80000000 for
+/// comparisons.
 std::int32_t Signed(std::uint32_t steps, int bits)
 {
     return static_cast<std::int32_t>(bits == 32 ? steps ^ 0x80000000u : steps);
 }
 
-/// The words of up to four pixels; those beyond `count` read as 0. What is not four whole pixels may
-/// end at the border of the picture.
+/// The words of up to four pixels; those beyond `count` read as 0. Fewer than four pixels are
+/// copied one by one because the picture may end there.
 IntLanes LoadWords(const std::uint8_t* at, int count)
 {
     if (count == 4)
@@ -63,15 +64,15 @@ void StoreSteps(int depthBits, std::uint32_t steps, std::uint8_t* at)
     std::memcpy(at, &word, 4);
 }
 
-/// The range that a W buffer spreads its steps over, from the published formula for a projection; a
-/// projection without perspective has none.
+/// The w range that a W buffer spreads its steps over, from the published formula for a projection
+/// matrix. False for a projection without perspective.
 bool FindWRange(const D3DMATRIX& m, float& nearOut, float& farOut)
 {
     if (m._33 == 0.0f || m._34 == 0.0f || m._33 == m._34)
         return false;
     nearOut = m._44 - m._43 / m._33 * m._34;
     farOut = (m._44 - m._43) / (m._33 - m._34) * m._34 + m._44;
-    // A far plane so far that the division cannot tell it from infinity leaves the sign to chance.
+    // If the far plane is too far for the division to tell it from infinity, the sign is arbitrary.
     return std::isfinite(nearOut) && std::isfinite(farOut) && farOut > nearOut;
 }
 
@@ -80,7 +81,7 @@ bool FindWRange(const D3DMATRIX& m, float& nearOut, float& farOut)
 Comparison::Comparison() : Comparison(D3DCMP_ALWAYS)
 {}
 
-/// The numbers of the functions are made of bits: less 1, equal 2, greater 4, all plus one.
+/// The values of D3DCMPFUNC are bit sets plus one: less 1, equal 2, greater 4.
 Comparison::Comparison(D3DCMPFUNC function)
     : less(AllOrNone(((function - 1) & 1) != 0)),
       equal(AllOrNone(((function - 1) & 2) != 0)),

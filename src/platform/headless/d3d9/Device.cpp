@@ -83,7 +83,7 @@ HRESULT HeadlessDevice::TestCooperativeLevel()
     return cooperation == Cooperation::NotReset ? D3DERR_DEVICENOTRESET : D3D_OK;
 }
 
-/// A round figure: memory is the host's, and callers use this as a hint only.
+/// A round figure: resources use the host's memory, and callers treat the value as a hint.
 UINT HeadlessDevice::GetAvailableTextureMem()
 {
     return 512u << 20;

@@ -9,16 +9,17 @@
 
 namespace headless {
 
-/// What `TestCooperativeLevel` tells.
+/// The states that `TestCooperativeLevel` reports.
 enum class Cooperation { Ok, Lost, NotReset };
 
-/// The device: state, implicit surfaces and the count of its children. Its operations are split by
-/// topic over the files Device*.cpp; those that the host does not model are in DeviceUnmodelled.cpp.
+/// The device: its states, its implicit surfaces and the count of its children. Its operations are
+/// split by topic over the files Device*.cpp; those that the host does not model are in
+/// DeviceUnmodelled.cpp.
 class HeadlessDevice final : public ComIdentity<IDirect3DDevice9, IID_IDirect3DDevice9>,
                              public ResourceOwner {
 public:
     /// `parameters` are complete (see PresentParameters.h). The caller holds one reference. Null if
-    /// there is no memory. `owner` lives longer than the device.
+    /// memory runs out. `owner` outlives the device.
     static HeadlessDevice* Create(HeadlessDirect3D& owner,
                                   const D3DDEVICE_CREATION_PARAMETERS& creation,
                                   const D3DPRESENT_PARAMETERS& parameters);
@@ -253,7 +254,7 @@ private:
     Cooperation cooperation = Cooperation::Ok;
     ULONG references = 1;          ///< the caller's
     ObjectCensus heldChildren;     ///< children that the caller holds; each keeps the device alive
-    int64_t heldInDefaultPool = 0; ///< those of them that a reset waits for
+    int64_t heldInDefaultPool = 0; ///< those of them in the default pool, which block a reset
 
     Binding<HeadlessSurface> backBuffer;
     Binding<HeadlessSurface> autoDepth; ///< empty without an automatic depth buffer

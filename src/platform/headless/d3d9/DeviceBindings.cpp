@@ -1,4 +1,4 @@
-// What is bound to the device: textures, vertex streams, indices, the target and its depth buffer.
+// What is bound to the device: textures, vertex streams, indices, render target and depth buffer.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -6,7 +6,7 @@ namespace headless {
 
 namespace {
 
-/// Gives the bound object out with a reference, or null and `emptyResult` for an empty slot.
+/// Hands out the bound object with a reference, or null and `emptyResult` for an empty slot.
 template <typename Object, typename Interface>
 HRESULT GetBound(const Binding<Object>& slot, Interface** objectOut, HRESULT emptyResult)
 {
@@ -29,8 +29,8 @@ HRESULT HeadlessDevice::GetTexture(DWORD stage, IDirect3DBaseTexture9** textureO
                                  : D3DERR_INVALIDCALL;
 }
 
-/// Textures that a device cannot reach, in system or scratch memory, are refused. A depth buffer in a
-/// texture can be drawn into but not drawn from.
+/// Refuses textures in system or scratch memory, which a device cannot reach. A depth texture can
+/// be drawn into but not sampled.
 HRESULT HeadlessDevice::SetTexture(DWORD stage, IDirect3DBaseTexture9* texture)
 {
     if (const HRESULT ordered = OrderedResult("SetTexture"); FAILED(ordered))

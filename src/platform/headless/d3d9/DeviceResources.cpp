@@ -1,4 +1,4 @@
-// Making textures, surfaces and buffers.
+// Creating textures, surfaces and buffers.
 
 #include "platform/headless/d3d9/Adapter.h"
 #include "platform/headless/d3d9/Device.h"
@@ -13,14 +13,14 @@ bool IsSizePossible(UINT width, UINT height)
     return width > 0 && height > 0 && width <= kMaxTextureSide && height <= kMaxTextureSide;
 }
 
-/// Compressed pictures that a device draws from are made of whole blocks.
+/// Compressed textures that a device samples consist of whole blocks.
 bool IsWholeBlocks(const PixelFormat& format, UINT width, UINT height)
 {
     return width % format.UnitSide() == 0 && height % format.UnitSide() == 0;
 }
 
-/// What the pools allow: only the default pool can be drawn into, and managed memory is never
-/// dynamic. Scratch memory takes any format that the host knows.
+/// What the pools allow: only the default pool can be drawn into, and managed resources are never
+/// dynamic. The scratch pool takes any format that the host knows.
 bool IsTexturePossible(const PixelFormat& format, UINT width, UINT height, DWORD usage,
                        D3DPOOL pool)
 {
@@ -55,7 +55,7 @@ bool IsBufferPossible(UINT length, DWORD usage, D3DPOOL pool)
     return (usage & (D3DUSAGE_RENDERTARGET | D3DUSAGE_DEPTHSTENCIL)) == 0;
 }
 
-/// Puts a fresh object, or null for want of memory, into the caller's hands.
+/// Hands a new object to the caller with a reference; null means that memory ran out.
 template <typename Object, typename Interface>
 HRESULT HandOut(Object* object, Interface** objectOut)
 {
@@ -88,7 +88,7 @@ HRESULT HeadlessDevice::CreateTexture(UINT width, UINT height, UINT levels, DWOR
     return HandOut(HeadlessTexture::Create(*this, desc, levelCount), textureOut);
 }
 
-/// The length must hold at least one vertex of `fvf`, if there is one.
+/// `length` must hold at least one vertex of `fvf`, unless `fvf` is 0.
 HRESULT HeadlessDevice::CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL pool,
                                            IDirect3DVertexBuffer9** vertexBufferOut,
                                            HANDLE* sharedHandle)
@@ -165,7 +165,7 @@ HRESULT HeadlessDevice::CreateDepthStencilSurface(UINT width, UINT height, D3DFO
                          format == D3DFMT_D16_LOCKABLE, surfaceOut);
 }
 
-/// Managed memory is for textures and buffers only.
+/// The managed pool is for textures and buffers only.
 HRESULT HeadlessDevice::CreateOffscreenPlainSurface(UINT width, UINT height, D3DFORMAT format,
                                                     D3DPOOL pool, IDirect3DSurface9** surfaceOut,
                                                     HANDLE* sharedHandle)

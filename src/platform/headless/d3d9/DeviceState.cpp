@@ -18,7 +18,7 @@ void Unbind(DeviceState& state)
     state.depthSurface.Set(nullptr);
 }
 
-/// 8 bits to 16: 255 becomes 65,535.
+/// Widens 8 bits to 16: 255 becomes 65,535.
 void SetStraightRamp(D3DGAMMARAMP& rampOut)
 {
     for (WORD i = 0; i < 256; ++i)

@@ -1,5 +1,5 @@
-// Setters and getters of everything that a draw call reads. A value is kept as it is given; what
-// names no state, stage or slot is refused.
+// Setters and getters of everything that a draw call reads. A value is stored as given; an unknown
+// state, stage or slot is refused.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -27,7 +27,7 @@ HRESULT Set(const T* value, T& slotOut)
     return D3D_OK;
 }
 
-/// What an index that was only enabled shines with: white, along the z axis.
+/// The light of an index that was enabled but never set: white, along the z axis.
 D3DLIGHT9 DefaultLight()
 {
     D3DLIGHT9 light = {};
@@ -65,7 +65,7 @@ HRESULT HeadlessDevice::GetTransform(D3DTRANSFORMSTATETYPE type, D3DMATRIX* matr
     return slot ? Get(*slot, matrixOut) : D3DERR_INVALIDCALL;
 }
 
-/// The given matrix goes before the one that is set.
+/// The given matrix is applied before the current one.
 HRESULT HeadlessDevice::MultiplyTransform(D3DTRANSFORMSTATETYPE type, const D3DMATRIX* matrix)
 {
     if (const HRESULT ordered = OrderedResult("MultiplyTransform"); FAILED(ordered))
@@ -256,7 +256,7 @@ HRESULT HeadlessDevice::GetScissorRect(RECT* rectOut)
     return Get(state.scissor, rectOut);
 }
 
-/// Only a mixed device can change; the others accept what they are.
+/// Only a mixed device can switch; the others accept just the mode they have.
 HRESULT HeadlessDevice::SetSoftwareVertexProcessing(BOOL software)
 {
     if (const HRESULT ordered = OrderedResult("SetSoftwareVertexProcessing"); FAILED(ordered))
@@ -274,7 +274,7 @@ BOOL HeadlessDevice::GetSoftwareVertexProcessing()
     return state.softwareVertexProcessing ? TRUE : FALSE;
 }
 
-/// Kept only: the caps say that there are no N-patches, so nothing but 0 has a meaning.
+/// Stored only: the caps report no N-patches, so only 0 has a meaning.
 HRESULT HeadlessDevice::SetNPatchMode(float segments)
 {
     if (const HRESULT ordered = OrderedResult("SetNPatchMode"); FAILED(ordered))

@@ -1,4 +1,4 @@
-// Copies between pictures, and filling and clearing them.
+// Copying between pictures, filling and clearing them.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -34,14 +34,14 @@ bool IsPlainColour(const PixelBuffer& pixels)
     return pixels.format->kind != PixelKind::Compressed && pixels.format->kind != PixelKind::Depth;
 }
 
-/// A render target, or a surface by itself: what a device may draw or copy into. Levels of textures
-/// count only as render targets.
+/// Render targets and stand-alone surfaces: what a device may draw or copy into. Texture levels
+/// qualify only as render targets.
 bool IsDrawable(const HeadlessSurface& surface)
 {
     return (surface.Desc().Usage & D3DUSAGE_RENDERTARGET) != 0 || !surface.IsTextureLevel();
 }
 
-/// Copies the parts of one level that belong to a changed area of level 0, widened to whole blocks.
+/// Copies the part of one level that matches a changed area of level 0, widened to whole blocks.
 void CopyChangedLevel(const PixelBuffer& from, PixelBuffer& to, const RECT& changed, UINT shift)
 {
     const auto side = static_cast<LONG>(from.format->UnitSide());
@@ -69,7 +69,7 @@ HRESULT CopyDepth(HeadlessSurface& from, HeadlessSurface& to, const RECT& fromAr
 
 } // namespace
 
-/// From system memory into the default pool, in one format, without scaling.
+/// Copies from system memory to the default pool, same format, no scaling.
 HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT* srcRect,
                                       IDirect3DSurface9* dstSurface, const POINT* dstPoint)
 {
@@ -99,7 +99,8 @@ HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT*
     return D3D_OK;
 }
 
-/// Copies what has changed since the last time. A source with more levels gives its smaller ones.
+/// Copies what changed since the last call. From a source with more levels, the smaller ones are
+/// taken.
 HRESULT HeadlessDevice::UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
                                       IDirect3DBaseTexture9* destinationTexture)
 {
@@ -143,8 +144,8 @@ HRESULT HeadlessDevice::GetRenderTargetData(IDirect3DSurface9* renderTarget,
     return D3D_OK;
 }
 
-/// Between surfaces of the default pool, with scaling and conversion of colours. `D3DTEXF_NONE` scales
-/// like `D3DTEXF_POINT`.
+/// Copies between surfaces of the default pool, scaling and converting colours. `D3DTEXF_NONE`
+/// scales like `D3DTEXF_POINT`.
 HRESULT HeadlessDevice::StretchRect(IDirect3DSurface9* srcSurface, const RECT* srcRect,
                                     IDirect3DSurface9* dstSurface, const RECT* dstRect,
                                     D3DTEXTUREFILTERTYPE filter)
@@ -193,7 +194,8 @@ HRESULT HeadlessDevice::ColorFill(IDirect3DSurface9* surface, const RECT* rect, 
     return D3D_OK;
 }
 
-/// What a clear may touch: viewport, scissor rectangle where it is on, and the target.
+/// The area that a clear may touch: viewport, target and, if enabled, scissor rectangle
+/// intersected.
 RECT HeadlessDevice::ClearArea() const
 {
     const D3DVIEWPORT9& viewport = state.viewport;
@@ -205,7 +207,7 @@ RECT HeadlessDevice::ClearArea() const
     return Intersect(area, state.renderTarget.Get()->Pixels().Bounds());
 }
 
-/// Rectangles are clipped and may be empty; the colour write mask does not matter to a clear.
+/// Rectangles are clipped and may be empty; a clear ignores the colour write mask.
 HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags, D3DCOLOR color,
                               float z, DWORD stencil)
 {

@@ -1,6 +1,6 @@
 // UNMODELLED: shaders, declarations, queries, state blocks, patches, palettes, the cursor and swap
-// chains beyond the implicit one. Each call is logged by name and fails. To take a shader or a
-// declaration away is allowed, and to ask for it gives none: that is how the device always is.
+// chains beyond the implicit one. Each call is logged by name and fails. Setting a null shader or
+// declaration succeeds, and the getters return null, since none is ever set.
 
 #include "platform/headless/d3d9/Device.h"
 

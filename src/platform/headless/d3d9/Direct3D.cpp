@@ -16,7 +16,7 @@ bool IsAdapter(UINT adapter, D3DDEVTYPE deviceType)
     return adapter == D3DADAPTER_DEFAULT && HasDeviceType(deviceType);
 }
 
-/// Exactly one kind of vertex processing; a pure device does it in hardware.
+/// Exactly one kind of vertex processing; a pure device needs hardware processing.
 bool AreBehaviorFlagsPossible(DWORD flags)
 {
     constexpr DWORD kProcessing = D3DCREATE_SOFTWARE_VERTEXPROCESSING |
@@ -28,7 +28,7 @@ bool AreBehaviorFlagsPossible(DWORD flags)
     return (flags & D3DCREATE_PUREDEVICE) == 0 || processing == D3DCREATE_HARDWARE_VERTEXPROCESSING;
 }
 
-/// The query bits that a format can answer with yes.
+/// The query bits that a format can support.
 constexpr DWORD kPlainQueries =
     D3DUSAGE_DYNAMIC | D3DUSAGE_QUERY_FILTER | D3DUSAGE_QUERY_WRAPANDMIP |
     D3DUSAGE_QUERY_POSTPIXELSHADER_BLENDING | D3DUSAGE_QUERY_LEGACYBUMPMAP;

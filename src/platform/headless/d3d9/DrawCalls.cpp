@@ -1,5 +1,5 @@
-// The four draw calls: what they are given is checked here and handed to the rasterizer. Also the
-// question whether they would be refused.
+// The four draw calls: check their arguments and pass them to the rasterizer. Also
+// `ValidateDevice`, which answers whether they would be refused.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -10,13 +10,13 @@ namespace headless {
 
 namespace {
 
-/// What all draw calls check first. Nothing to draw is no error.
+/// What all draw calls check first. Drawing nothing is not an error.
 bool IsPrimitive(D3DPRIMITIVETYPE type)
 {
     return CornerCount(type) != 0;
 }
 
-/// The bound stream, with as many vertices as lie in it whole. False without one.
+/// The bound stream, with the number of whole vertices in it. False if none is bound.
 bool FindStream(const DeviceState& state, const VertexLayout& layout, VertexStream& streamOut)
 {
     const StreamSlot& slot = state.streams[0];
@@ -37,7 +37,7 @@ UINT IndexBytes(D3DFORMAT format)
     return format == D3DFMT_INDEX32 ? 4 : 2;
 }
 
-/// The bound indices, if all `count` from `first` on are there.
+/// The bound indices, if all `count` from `first` on exist.
 bool FindIndices(const DeviceState& state, UINT first, std::uint64_t count, IndexSource& indicesOut)
 {
     HeadlessIndexBuffer* buffer = state.indices.Get();
@@ -59,7 +59,7 @@ HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& lay
     return rasterizer ? rasterizer->Draw(state.ForDrawing(), layout, request) : E_OUTOFMEMORY;
 }
 
-/// Whether a draw with these states is refused; whatever it is, it takes one pass.
+/// Fails if a draw with these states would be refused; any draw takes one pass.
 HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
 {
     if (const HRESULT ordered = OrderedResult("ValidateDevice"); FAILED(ordered))
@@ -68,7 +68,7 @@ HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
         return D3DERR_INVALIDCALL;
     *numPassesOut = 1;
     VertexLayout layout;
-    if (state.fvf != 0 && !MakeVertexLayout(state.fvf, layout)) // 0 is one that is still to be set
+    if (state.fvf != 0 && !MakeVertexLayout(state.fvf, layout)) // 0: not set yet
         return Unmodelled("D3DFVF", state.fvf);
     return CheckPixelStates(state.ForDrawing());
 }
@@ -134,8 +134,8 @@ HRESULT HeadlessDevice::DrawPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT pri
     return result;
 }
 
-/// Leaves stream 0 and the indices empty afterwards, as published. The indices must lie in the range
-/// that the caller tells, as there is nothing else to hold them against.
+/// Leaves stream 0 and the indices empty afterwards, as published. The indices must lie in the
+/// range that the caller states: the data has no known size to check against.
 HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT minVertexIndex,
                                                UINT vertexCount, UINT primitiveCount,
                                                const void* indexData, D3DFORMAT indexFormat,

@@ -16,8 +16,8 @@ constexpr DWORD Bits(float value)
     return std::bit_cast<DWORD>(value);
 }
 
-/// Every render state there is, with its published start value. `D3DRS_ZENABLE` depends on whether
-/// there is a depth buffer.
+/// Every render state with its published default. That of `D3DRS_ZENABLE` depends on whether there
+/// is a depth buffer.
 constexpr StateDefault kRenderDefaults[] = {
     {D3DRS_ZENABLE, D3DZB_FALSE},
     {D3DRS_FILLMODE, D3DFILL_SOLID},

@@ -14,8 +14,8 @@ std::uint32_t Mask(PixelChannel channel)
     return ((1u << channel.bits) - 1) << channel.shift;
 }
 
-/// The bits that D3DRS_COLORWRITEENABLE lets through. Bits that a format leaves unused go along with
-/// red, so that a full mask covers the whole word.
+/// The bits that D3DRS_COLORWRITEENABLE lets through. Unused bits of a format follow red, so that a
+/// full mask covers the whole word.
 std::uint32_t WordMask(const PixelFormat& format, DWORD enabled)
 {
     const std::uint32_t all = Mask(format.r) | Mask(format.g) | Mask(format.b) | Mask(format.a);
@@ -32,7 +32,7 @@ Rgba4 Load32(const std::uint8_t* pixels, int count, std::uint32_t opaque)
     IntLanes words;
     if (count == 4) {
         words = LoadInts(pixels);
-    } else { // the end of the picture may be near
+    } else { // the picture may end here
         int values[3] = {};
         for (int i = 0; i < count; ++i)
             std::memcpy(&values[i], pixels + i * 4, 4);
@@ -82,7 +82,7 @@ void StoreArgb(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMas
     Store32(pixels, alpha | PackColours(colour), writeMask, lanes);
 }
 
-/// The unused byte is filled with ones, like everywhere here.
+/// Fills the unused byte with ones, as everywhere in this host.
 void StoreXrgb(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
 {
     const IntLanes unused = SplatInt(static_cast<int>(0xFF000000));
@@ -199,7 +199,7 @@ void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba
         return;
     }
     Rgba4 blended = colour;
-    for (Lanes& channel : blended.c) // what is blended is a stored colour, of 0..1
+    for (Lanes& channel : blended.c) // blending works on stored colours, 0..1
         channel = Saturate(channel);
     Blend(merger, merger.format->load(at, count), blended);
     merger.format->store(at, blended, merger.writeMask, lanes);

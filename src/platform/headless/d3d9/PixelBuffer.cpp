@@ -15,7 +15,7 @@ struct Tap {
     float weight;
 };
 
-/// The centre of target pixel `i` of `toSize`, carried over to `fromSize` source pixels.
+/// Maps the centre of target pixel `i` of `toSize` to a position among `fromSize` source pixels.
 Tap MakeTap(LONG i, LONG toSize, LONG fromStart, LONG fromSize, bool linear)
 {
     const double centre = (i + 0.5) * static_cast<double>(fromSize) / static_cast<double>(toSize);

@@ -62,14 +62,14 @@ std::uint32_t Field(std::uint32_t word, PixelChannel channel)
     return (word >> channel.shift) & MaxOf(channel);
 }
 
-/// A field of n bits widened to 0..255, rounded to nearest.
+/// Widens a field of n bits to 0..255, rounded to nearest.
 std::uint32_t To8Bits(std::uint32_t word, PixelChannel channel)
 {
     const std::uint32_t max = MaxOf(channel);
     return (Field(word, channel) * 255 * 2 + max) / (2 * max);
 }
 
-/// 0..255 narrowed to a field of n bits, in place; an absent channel gives no bits.
+/// Narrows 0..255 to a field of n bits, already shifted; an absent channel gives no bits.
 std::uint32_t From8Bits(std::uint32_t value, PixelChannel channel)
 {
     const std::uint32_t max = MaxOf(channel);
@@ -129,7 +129,7 @@ bool IsPlain(const PixelFormat& format)
     return format.kind != PixelKind::Compressed && format.kind != PixelKind::Depth;
 }
 
-/// The weights that the public documentation gives for making grey.
+/// The luminance weights from the public documentation.
 float Grey(const Float4& colour)
 {
     return 0.2125f * colour.r + 0.7154f * colour.g + 0.0721f * colour.b;
@@ -147,7 +147,7 @@ Float4 ArgbToFloat4(std::uint32_t argb)
             static_cast<float>(argb & 0xFF) / 255.0f, static_cast<float>(argb >> 24) / 255.0f};
 }
 
-/// The block at column `bx`, row `by` of a picture; beyond the border the last pixels repeat.
+/// The block at column `bx`, row `by` of a picture; past the edge the last pixels repeat.
 void GatherBlock(const std::uint32_t* argb, UINT width, UINT height, UINT bx, UINT by,
                  std::uint32_t* blockOut)
 {

@@ -6,8 +6,8 @@ namespace headless {
 
 namespace {
 
-/// How primitive i of a type begins, and how many vertices the whole takes: i * step, and
-/// count * step + extra.
+/// Where primitive i of a type begins (i * step), and how many vertices all take (count * step +
+/// extra).
 struct Shape {
     D3DPRIMITIVETYPE type;
     int corners;
@@ -36,7 +36,7 @@ std::int64_t IndexSource::Vertex(UINT i) const
     if (!bytes)
         return static_cast<std::int64_t>(place);
     std::uint32_t index = 0;
-    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian, like all of this
+    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian
     return std::int64_t{index} + base;
 }
 
@@ -59,7 +59,7 @@ void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3])
     placesOut[0] = start;
     placesOut[1] = start + 1;
     placesOut[2] = start + 2;
-    if (type == D3DPT_TRIANGLESTRIP && i % 2 == 1) { // every second one would turn the other way
+    if (type == D3DPT_TRIANGLESTRIP && i % 2 == 1) { // these have the opposite winding
         placesOut[1] = start + 2;
         placesOut[2] = start + 1;
     }

@@ -6,8 +6,8 @@ namespace headless {
 
 namespace {
 
-/// UnpackArgb cuts negative values off, so signed formats take a way of their own. The lowest value
-/// of all means the same as the one above it.
+/// Signed formats need their own conversion, because UnpackArgb clamps negative values to 0. The
+/// lowest value means the same as the next one above it.
 std::uint32_t SignedWord(const PixelFormat& format, const std::uint8_t* pixel)
 {
     const std::uint32_t word = LoadPixelWord(format, pixel);

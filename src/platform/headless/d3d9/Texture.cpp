@@ -17,7 +17,7 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
     std::unique_ptr<HeadlessTexture> texture(new (std::nothrow) HeadlessTexture(owner, desc));
     if (!texture)
         return nullptr;
-    // What lives in the default pool is out of the caller's reach, unless it is dynamic.
+    // Callers cannot access the default pool, except for dynamic textures.
     const bool lockable = desc.Pool != D3DPOOL_DEFAULT || (desc.Usage & D3DUSAGE_DYNAMIC) != 0;
     D3DSURFACE_DESC levelDesc = desc;
     for (UINT i = 0; i < levels; ++i) {

@@ -8,13 +8,13 @@ namespace headless {
 
 namespace {
 
-/// Whole pixels from the origin of a plane.
+/// Distance from the origin of a plane, in pixels.
 float InPixels(int subPixels)
 {
     return static_cast<float>(subPixels) * (1.0f / kSubPixels);
 }
 
-/// Weights that turn differences of values along two sides into slopes.
+/// Weights that turn value differences along two sides into slopes.
 struct Slopes {
     float bx, by; ///< side from the first to the second corner
     float cx, cy; ///< side from the first to the third
@@ -70,7 +70,7 @@ TriangleRows::TriangleRows(const Corner& a, const Corner& b, const Corner& c,
 {
     const auto [top, bottom] = std::minmax({a.y, b.y, c.y});
     const int firstRow = std::max(CeilPixel(top), area.top);
-    lastRow = std::min(CeilPixel(bottom), area.bottom) - 1; // a row on the lowest point is below it
+    lastRow = std::min(CeilPixel(bottom), area.bottom) - 1; // the lowest point is outside
     y = firstRow - 1;
     if (firstRow > lastRow)
         return;
@@ -79,8 +79,8 @@ TriangleRows::TriangleRows(const Corner& a, const Corner& b, const Corner& c,
     AddEdge(c, a, firstRow);
 }
 
-/// Inside of an edge is where slopeX * x + slopeY * y + constant >= 0, all in sub-pixels. A row's
-/// border is where that turns 0. Level edges set no border: the first and the last row do.
+/// The inside of an edge is where slopeX * x + slopeY * y + constant >= 0, all in sub-pixels. A
+/// row's border is where that becomes 0. Horizontal edges set no border: the first and last row do.
 void TriangleRows::AddEdge(const Corner& from, const Corner& to, int firstRow)
 {
     const std::int64_t slopeX = from.y - to.y;
@@ -98,7 +98,7 @@ void TriangleRows::AddEdge(const Corner& from, const Corner& to, int firstRow)
     border.rest = value - border.place * border.divisor;
     border.placeStep = FloorDivide(step, border.divisor);
     border.restStep = step - border.placeStep * border.divisor;
-    // The row before the first one, as each row begins with a step.
+    // Starts one row early, because each row begins with a step.
     border.place -= border.placeStep;
     border.rest -= border.restStep;
     if (border.rest < 0) {

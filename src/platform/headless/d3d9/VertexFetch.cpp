@@ -12,7 +12,7 @@ namespace {
 struct PositionPart {
     DWORD bits;
     int floats;
-    int betas; ///< of these, floats for blending
+    int betas; ///< how many of these are floats for blending
 };
 
 constexpr PositionPart kPositions[] = {
@@ -20,7 +20,7 @@ constexpr PositionPart kPositions[] = {
     {D3DFVF_XYZB3, 6, 3}, {D3DFVF_XYZB4, 7, 4},  {D3DFVF_XYZB5, 8, 5}, {D3DFVF_XYZW, 4, 0},
 };
 
-/// Hands out the places of the parts one after another.
+/// Assigns consecutive offsets to the parts.
 struct Places {
     int next = 0;
 

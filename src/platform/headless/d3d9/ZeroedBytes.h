@@ -10,8 +10,8 @@ struct FreeBytes {
     void operator()(std::uint8_t* bytes) const { std::free(bytes); }
 };
 
-/// Zeroed bytes, or null if there is no memory. They come from `calloc`, which hands out large blocks
-/// without touching them: a picture that is overwritten at once costs no pass of zeros.
+/// Zeroed bytes, or null if memory runs out. They come from `calloc`, which provides large blocks
+/// without touching them: a picture that is overwritten at once is not zeroed first.
 using ZeroedBytes = std::unique_ptr<std::uint8_t[], FreeBytes>;
 
 inline ZeroedBytes AllocateZeroed(std::size_t count)

@@ -16,7 +16,7 @@ constexpr std::uint32_t kInfoHeaderSize = 40;
 constexpr std::uint32_t kMaxHeaderSize = 124;
 constexpr std::uint32_t kMaxPalette = 256;
 
-// A run-length file may skip most of its pixels; beyond this growth it is taken for damaged.
+// A run-length file may skip most of its pixels; expansion beyond this factor counts as damage.
 constexpr std::uint64_t kMaxRunRatio = 1024;
 
 enum BmpCompression { kPlain = 0, kRuns8 = 1, kRuns4 = 2, kMasks = 3, kAlphaMasks = 6 };
@@ -45,7 +45,7 @@ struct BmpMaskLayout {
     D3DFORMAT format;
 };
 
-// The layouts whose pixels are taken as they are; others are converted.
+// The layouts whose pixels are used unchanged; others are converted.
 const BmpMaskLayout kMaskLayouts[] = {
     {16, {0x7C00, 0x03E0, 0x001F, 0}, D3DFMT_X1R5G5B5},
     {16, {0x7C00, 0x03E0, 0x001F, 0x8000}, D3DFMT_A1R5G5B5},
@@ -104,7 +104,7 @@ bool IsCodingValid(const BmpHeader& header)
     }
 }
 
-// A mask is one run of bits; only alpha may be missing.
+// A mask is one contiguous run of bits; only alpha may be missing.
 bool IsMaskValid(std::uint32_t mask, bool mayBeMissing)
 {
     if (mask == 0)
@@ -122,7 +122,8 @@ bool AreMasksValid(const BmpHeader& header)
     return true;
 }
 
-// The old header is followed by its masks, the longer ones hold them at the same place.
+// In a file with the old header the masks follow it; longer headers contain them at the same
+// offset.
 bool ReadMasks(ImageFile file, BmpHeader& headerOut)
 {
     if (headerOut.compression == kPlain) {
@@ -164,7 +165,7 @@ bool DoPixelsFit(ImageFile file, const BmpHeader& header)
     return header.RowBytes() * header.height <= left;
 }
 
-// Many writers leave the top byte of plain 32-bit pixels unused and 0; where it is used, it is alpha.
+// Many writers leave the top byte of plain 32-bit pixels 0; a non-zero one is alpha.
 bool HasUsedTopByte(ImageFile file, const BmpHeader& header)
 {
     const std::size_t count = std::size_t{header.width} * header.height;
@@ -248,7 +249,7 @@ void ConvertBgrRow(const BmpHeader& header, const std::uint8_t* source, std::uin
     }
 }
 
-// `bits` tells how densely the indices lie; unpacked runs take 8. False if one names no entry.
+// `bits` is the size of an index; unpacked runs take 8. False if an index has no palette entry.
 bool ConvertPaletteRow(ImageFile file, const BmpHeader& header, unsigned bits,
                        const std::uint8_t* source, std::uint8_t* rowOut)
 {

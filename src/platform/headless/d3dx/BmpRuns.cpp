@@ -6,7 +6,7 @@ namespace headless {
 
 namespace {
 
-// Second bytes of the pairs that begin with 0; larger ones count the pixels that follow uncoded.
+// Second bytes of pairs that begin with 0; larger values count the uncoded pixels that follow.
 enum BmpEscape { kEndOfRow = 0, kEndOfPicture = 1, kMove = 2 };
 
 class BmpRunReader {
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    // A run that sticks out of its row is cut there.
+    // A run that extends past its row is cut there.
     void Put(unsigned index)
     {
         if (x < width)
@@ -77,7 +77,7 @@ private:
         return x <= width && y <= height;
     }
 
-    // Literals are padded to whole words.
+    // Literals are padded to a multiple of two bytes.
     bool Literal(unsigned count)
     {
         const std::size_t bytes = fourBits ? (count + 1) / 2 : count;

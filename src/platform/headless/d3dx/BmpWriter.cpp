@@ -48,7 +48,7 @@ bool WriteBmpFile(const char* path, int width, int height, const std::uint32_t* 
     if (!row || !file.Stream() || !WriteHeader(file.Stream(), columns, rows, pixelBytes, rowBytes))
         return false;
 
-    for (std::size_t y = rows; y-- > 0;) { // the lowest row comes first
+    for (std::size_t y = rows; y-- > 0;) { // the bottom row comes first
         for (std::size_t x = 0; x < columns; ++x)
             std::memcpy(row.get() + x * pixelBytes, &argb[y * columns + x], pixelBytes);
         if (std::fwrite(row.get(), 1, rowBytes, file.Stream()) != rowBytes)

@@ -73,7 +73,7 @@ const DdsLayout kDdsLayouts[] = {
 
 const D3DFORMAT kFourCCs[] = {D3DFMT_DXT1, D3DFMT_DXT2, D3DFMT_DXT3, D3DFMT_DXT4, D3DFMT_DXT5};
 
-// Masks of channels that the flags do not announce are often left behind by writers.
+// Writers often leave masks behind for channels that the flags do not declare.
 bool FitsLayout(ImageFile file, std::uint32_t flags, const DdsLayout& layout)
 {
     if ((flags & kFormatKinds) != layout.kind || ReadU32(file, kAtBits) != layout.bits)
@@ -135,8 +135,8 @@ bool ReadInfo(ImageFile file, D3DXIMAGE_INFO& infoOut)
     return infoOut.MipLevels <= static_cast<UINT>(std::bit_width(longest));
 }
 
-// The pitch in the header is not used: levels lie in the file without padding, and writers disagree
-// about what to put there. False if the file ends before its levels do.
+// Ignores the pitch in the header: levels are stored without padding, and writers disagree about
+// its value. False if the file ends before its levels do.
 bool PlaceLevels(ImageFile file, const PixelFormat& layout, DecodedImage& imageOut)
 {
     std::uint64_t faceSize = 0;
@@ -162,8 +162,8 @@ bool IsDds(ImageFile file)
     return file.size() >= 4 && ReadU32(file, 0) == MAKEFOURCC('D', 'D', 'S', ' ');
 }
 
-// The levels point into the file, so there is nothing to do for the pixels. Of a cube the first face
-// is given, of a volume the first slice.
+// The levels point into the file, so no pixels need decoding. A cube gives its first face, a volume
+// its first slice.
 HRESULT DecodeDds(ImageFile file, bool, DecodedImage& imageOut)
 {
     if (!ReadInfo(file, imageOut.info))

@@ -14,7 +14,7 @@ struct ImageDecoder {
     HRESULT (*decode)(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 };
 
-// TGA stands last: any bytes may look like one.
+// TGA is last: any bytes may look like one.
 const ImageDecoder kDecoders[] = {
     {IsPng, DecodePng}, {IsJpeg, DecodeJpeg}, {IsDds, DecodeDds},
     {IsBmp, DecodeBmp}, {IsPnm, DecodePnm},   {IsTga, DecodeTga},

@@ -4,8 +4,8 @@
 
 namespace headless {
 
-// One pair of functions for each kind of file. `Is...` looks at the first bytes only. `Decode...`
-// fills the info and, unless `infoOnly`, the pixels.
+// One pair of functions per kind of file. `Is...` checks only the first bytes. `Decode...` fills
+// the info and, unless `infoOnly`, the pixels.
 
 bool IsPng(ImageFile file);
 HRESULT DecodePng(ImageFile file, bool infoOnly, DecodedImage& imageOut);
@@ -22,11 +22,11 @@ HRESULT DecodeBmp(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 bool IsPnm(ImageFile file);
 HRESULT DecodePnm(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 
-/// TGA has no signature: true if the header makes sense as one.
+/// TGA has no signature: true if the header is plausible.
 bool IsTga(ImageFile file);
 HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 
-/// True for sides that a picture may have.
+/// True if a picture may have these sides.
 constexpr bool IsImageSize(std::uint64_t width, std::uint64_t height)
 {
     return width >= 1 && height >= 1 && width <= kMaxImageSide && height <= kMaxImageSide;
@@ -36,7 +36,7 @@ constexpr bool IsImageSize(std::uint64_t width, std::uint64_t height)
 D3DXIMAGE_INFO PlainImageInfo(UINT width, UINT height, D3DFORMAT format,
                               D3DXIMAGE_FILEFORMAT fileFormat);
 
-/// Little-endian numbers at `offset`, which the caller has held against the size of the file.
+/// Little-endian numbers at `offset`, which the caller has checked against the file size.
 constexpr std::uint16_t ReadU16(ImageFile file, std::size_t offset)
 {
     return static_cast<std::uint16_t>(file[offset] | file[offset + 1] << 8);

@@ -12,21 +12,22 @@ namespace headless {
 
 namespace {
 
-// A progressive file may repeat cheap passes over a large picture for ever; real ones have about ten.
+// A progressive file may repeat cheap passes over a large picture endlessly; real ones have about
+// ten.
 constexpr int kMaxScans = 100;
 
-// The coefficients of a progressive picture are all kept until its last pass; beyond this many bytes
-// it is refused.
+// All coefficients of a progressive picture stay in memory until its last pass; a picture that
+// needs more than this many bytes is refused.
 constexpr long kMaxWorkingBytes = 1L << 30;
 
-// The warnings after which libjpeg goes on with made-up pixels.
+// The warnings after which libjpeg continues with invented pixels.
 const int kDamage[] = {
     JWRN_ARITH_BAD_CODE, JWRN_BOGUS_PROGRESSION, JWRN_HIT_MARKER,
     JWRN_HUFF_BAD_CODE,  JWRN_JPEG_EOF,          JWRN_MUST_RESYNC,
 };
 
-// All that the decoder touches while libjpeg may jump out of it. It lives with the caller, so that no
-// destructor is ever skipped.
+// Everything the decoder uses while libjpeg may longjmp out of it. The caller owns it, so that no
+// destructor is skipped.
 struct JpegReadState {
     jpeg_decompress_struct jpeg; // owned, destroyed by the caller
     jpeg_error_mgr errors;
@@ -60,7 +61,7 @@ void OnProgress(j_common_ptr jpeg)
         OnJpegError(jpeg);
 }
 
-// libjpeg leaves by longjmp, so nothing in here has a destructor.
+// libjpeg exits by longjmp, so nothing in here has a destructor.
 bool ReadHeader(JpegReadState& state, const std::uint8_t* data, std::size_t size)
 {
     state.jpeg.err = jpeg_std_error(&state.errors);

@@ -10,7 +10,7 @@ namespace headless {
 
 namespace {
 
-/// Hands out a further reference.
+/// Hands out another reference.
 template <typename Interface>
 HRESULT Share(const char* name, const ComPointer<Interface>& held, Interface** objectOut)
 {
@@ -88,7 +88,7 @@ HRESULT HeadlessMesh::LockAttributeBuffer(DWORD flags, DWORD** dataOut)
     if (dataOut == nullptr)
         return D3DERR_INVALIDCALL;
     if ((flags & D3DLOCK_READONLY) == 0)
-        attributeTable.clear(); // the caller may write what does not fit it
+        attributeTable.clear(); // the caller may write attributes that contradict it
     ++attributeLocks;
     *dataOut = attributes.get();
     return D3D_OK;

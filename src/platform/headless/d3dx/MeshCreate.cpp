@@ -1,4 +1,4 @@
-// New meshes, and what their options ask of the two buffers.
+// Creating meshes, and what their options require of the two buffers.
 
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3d9/VertexFormat.h"
@@ -37,8 +37,8 @@ constexpr OptionUsage kIndexUsages[] = {
     {D3DXMESH_IB_SOFTWAREPROCESSING, D3DUSAGE_SOFTWAREPROCESSING},
 };
 
-/// A mesh that shares another's vertices, or that asks for hardware alone, is made by cloning only;
-/// bits above the last option mean nothing.
+/// A mesh that shares another's vertices, or is for hardware only, can only come from cloning; bits
+/// above the last option have no meaning.
 constexpr DWORD kRefusedOptions = D3DXMESH_VB_SHARE | D3DXMESH_USEHWONLY | 0xFFFE0000;
 
 DWORD UsageOf(DWORD options, const OptionUsage (&usages)[7])

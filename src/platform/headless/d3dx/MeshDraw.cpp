@@ -29,7 +29,7 @@ HRESULT HeadlessMesh::DrawRange(const D3DXATTRIBUTERANGE& range)
                                         range.FaceStart * 3, range.FaceCount);
 }
 
-/// Without a table each run of equal attributes is drawn by itself, over all vertices.
+/// Without a table, draws each run of equal attributes separately, over all vertices.
 HRESULT HeadlessMesh::DrawUnsorted(DWORD attributeId)
 {
     HRESULT result = D3D_OK;

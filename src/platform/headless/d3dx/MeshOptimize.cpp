@@ -14,10 +14,10 @@ namespace headless {
 
 namespace {
 
-/// What sorting by attribute may be asked along with: splitting is what this never does.
+/// Flags allowed when sorting by attribute. DONOTSPLIT is accepted because nothing is ever split.
 constexpr DWORD kSortFlags = D3DXMESHOPT_ATTRSORT | D3DXMESHOPT_DONOTSPLIT;
 
-/// Extends `range`, which has no vertices at first, by those of one face.
+/// Extends `range`, initially without vertices, by those of one face.
 template <typename Index>
 void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
 {
@@ -59,7 +59,8 @@ HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD
     return D3D_OK;
 }
 
-/// `order` tells for each place which face comes there. Indices and attributes move along.
+/// `order` gives the old index of the face for each new position. Indices and attributes are
+/// reordered together.
 HRESULT HeadlessMesh::SortFaces(const DWORD* order)
 {
     const std::size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
@@ -84,7 +85,7 @@ HRESULT HeadlessMesh::SortFaces(const DWORD* order)
     return indexBuffer->Unlock();
 }
 
-/// One entry for each attribute that occurs, of faces that are sorted.
+/// One entry for each attribute in use. The faces must be sorted.
 void HeadlessMesh::MakeAttributeTable(const void* indices)
 {
     attributeTable.clear();

@@ -40,7 +40,7 @@ void CopyRows(const PixelTarget& target, const PixelSource& source)
         std::memcpy(to + y * target.pitchBytes, from + y * source.pitchBytes, rowBytes);
 }
 
-// Formats of four 8-bit channels need no unpacking to be halved.
+// Formats with four 8-bit channels are halved without unpacking.
 bool CanHalve(const PixelTarget& target, const PixelSource& source, DWORD filter)
 {
     return target.format == source.format && source.format->kind == PixelKind::Colour &&
@@ -48,8 +48,8 @@ bool CanHalve(const PixelTarget& target, const PixelSource& source, DWORD filter
            source.width == 2 * target.width && source.height == 2 * target.height;
 }
 
-// Two's complement channels are scaled as if their zero lay in the middle: turning the top bit of
-// each byte does that both ways.
+// Two's complement channels are scaled with their zero moved to the middle: flipping the top bit of
+// each byte converts in both directions.
 constexpr std::uint32_t kSignBits = 0x8080;
 
 void LoadOpaque(const PixelSource& source, std::uint32_t* argbOut)
@@ -62,7 +62,7 @@ void LoadOpaque(const PixelSource& source, std::uint32_t* argbOut)
     }
 }
 
-// From this size on it pays to convert each possible word once.
+// From this size on, converting each possible word once is faster.
 constexpr std::size_t kWordCount = 65536;
 constexpr std::size_t kPixelsForWordTable = 4 * kWordCount;
 
@@ -111,8 +111,8 @@ bool LoadPixels(const PixelSource& source, bool keepSign, std::uint32_t* argbOut
     return true;
 }
 
-// What each value of each channel becomes in a stored word: four look-ups in place of the sums. Pays
-// from some thousand pixels on.
+// The stored bits for each value of each channel: four look-ups instead of arithmetic. Faster from
+// some thousand pixels on.
 class PackTables {
 public:
     explicit PackTables(const PixelFormat& format)
@@ -147,7 +147,7 @@ void StoreByTables(const PixelTarget& target, const std::uint32_t* argb)
     const std::size_t pixelBytes = target.format->unitBytes;
     for (UINT y = 0; y < target.height; ++y) {
         auto* row = static_cast<std::uint8_t*>(target.bits) + y * target.pitchBytes;
-        if (pixelBytes == 2) { // the usual case, worth a store of its own
+        if (pixelBytes == 2) { // the common case: a fixed-size copy is faster
             for (UINT x = 0; x < target.width; ++x) {
                 const auto word = static_cast<std::uint16_t>(tables.Pack(*argb++));
                 std::memcpy(row + std::size_t{x} * 2, &word, 2);
@@ -185,14 +185,14 @@ void ApplyColorKey(std::uint32_t* pixels, std::size_t count, D3DCOLOR colorKey)
     }
 }
 
-// Brings one 8-bit channel to `bits` bits, up or down by its place in the pattern, and back to the
-// 8-bit value that stands for the result.
+// Quantises an 8-bit channel to `bits` bits, rounding by the threshold of its place in the pattern,
+// and widens the result back to 8 bits.
 std::uint32_t DitherChannel(std::uint32_t value, unsigned bits, std::uint32_t threshold)
 {
     if (bits == 0 || bits >= 8)
         return value;
     const std::uint32_t most = (1u << bits) - 1;
-    // The threshold runs over 1/32 .. 31/32 of a step.
+    // The threshold ranges over 1/32 .. 31/32 of a step.
     const std::uint32_t step = (value * most * 32 + (2 * threshold + 1) * 255) / (255 * 32);
     return (step * 255 + most / 2) / most;
 }

@@ -11,8 +11,8 @@ namespace {
 // Deflate shrinks 258 bytes to 2 bits at the very best.
 constexpr std::uint64_t kMaxDeflateRatio = 1032;
 
-// All that the decoder touches while libpng may jump out of it. It lives with the caller, so that no
-// destructor is ever skipped.
+// Everything the decoder uses while libpng may longjmp out of it. The caller owns it, so that no
+// destructor is skipped.
 struct PngReadState {
     const std::uint8_t* next; // not owned
     std::size_t left;
@@ -44,7 +44,7 @@ void OnRead(png_structp png, png_bytep bytesOut, std::size_t size)
     state->left -= size;
 }
 
-// libpng leaves by longjmp, so nothing in here has a destructor.
+// libpng exits by longjmp, so nothing in here has a destructor.
 bool ReadHeader(PngReadState& state)
 {
     state.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, OnReadError, OnReadWarning);
@@ -57,7 +57,7 @@ bool ReadHeader(PngReadState& state)
     png_set_read_fn(state.png, &state, OnRead);
     png_set_user_limits(state.png, kMaxImageSide, kMaxImageSide);
     png_set_crc_action(state.png, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
-    // Comments, profiles and the like can be large when they are unpacked, and nobody asks for them.
+    // Comments, profiles and the like can expand to large sizes, and are not needed.
     png_set_keep_unknown_chunks(state.png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_read_info(state.png, state.info);
     png_get_IHDR(state.png, state.info, &state.width, &state.height, &state.bitDepth,
@@ -71,7 +71,7 @@ bool IsPlainGrey(const PngReadState& state)
     return state.colourType == PNG_COLOR_TYPE_GRAY && !state.hasTransparency;
 }
 
-// Brings every kind to 8-bit grey, or to blue, green, red, alpha.
+// Converts every kind to 8-bit grey, or to blue, green, red, alpha.
 void SetTransforms(png_structp png, const PngReadState& state)
 {
     png_set_strip_16(png);
@@ -97,7 +97,7 @@ bool ReadPixels(PngReadState& state, std::uint8_t* pixelsOut, std::size_t pitchB
         for (png_uint_32 y = 0; y < state.height; ++y)
             png_read_row(state.png, pixelsOut + y * pitchBytes, nullptr);
     }
-    // Reads on to the end chunk: a file without it is cut short.
+    // Reads to the end chunk: a file without it is truncated.
     png_read_end(state.png, nullptr);
     return true;
 }

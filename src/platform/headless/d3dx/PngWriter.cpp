@@ -15,8 +15,8 @@ namespace {
 
 constexpr int kMaxSide = 16384;
 
-// All that the encoder touches while libpng may jump out of it. It lives with the caller, so that no
-// destructor is ever skipped.
+// Everything the encoder uses while libpng may longjmp out of it. The caller owns it, so that no
+// destructor is skipped.
 struct PngWriteState {
     FILE* stream;      // not owned
     png_structp png;   // owned, destroyed by the caller
@@ -51,7 +51,7 @@ void PackRow(const std::uint32_t* pixels, int width, bool withAlpha, std::uint8_
     }
 }
 
-// libpng leaves by longjmp, so nothing in here has a destructor.
+// libpng exits by longjmp, so nothing in here has a destructor.
 bool Encode(PngWriteState& state)
 {
     state.png =
@@ -63,8 +63,8 @@ bool Encode(PngWriteState& state)
         return false;
 
     png_init_io(state.png, state.stream);
-    // One filter and one level: frames are flat colours mostly, and the bytes must not depend on
-    // libpng's heuristics.
+    // One fixed filter and level: most frames consist of flat colours, and the bytes must not
+    // depend on libpng's heuristics.
     png_set_filter(state.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
     png_set_compression_level(state.png, 6);
     png_set_IHDR(state.png, state.info, static_cast<png_uint_32>(state.width),

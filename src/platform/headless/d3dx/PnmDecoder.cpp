@@ -4,8 +4,8 @@
 
 namespace headless {
 
-// The binary kinds of the portable maps: P5 is grey, P6 red, green, blue. Written here, like BMP and
-// TGA, because the small decoders at hand give a cut file as a picture with a made-up rest.
+// The binary portable maps: P5 is grey, P6 is red, green, blue. Written here, like BMP and TGA,
+// because the small decoders at hand complete a truncated file with invented pixels.
 
 namespace {
 
@@ -16,12 +16,12 @@ bool IsBlank(std::uint8_t c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// Walks the text of the header. Numbers are parted by white space and comments.
+// Walks the text of the header. White space and comments separate numbers.
 class PnmHeader {
 public:
     explicit PnmHeader(ImageFile bytes) : file(bytes) {}
 
-    // False if there is no number, or one beyond `most`.
+    // False if there is no number, or it exceeds `most`.
     bool Number(std::uint32_t most, std::uint32_t& valueOut)
     {
         SkipBlanks();
@@ -37,7 +37,7 @@ public:
         return position > start;
     }
 
-    // One blank ends the header; what follows is samples, whatever it looks like.
+    // One white space byte ends the header; everything after it is samples.
     bool End() { return position < file.size() && IsBlank(file[position++]); }
 
     std::size_t Position() const { return position; }

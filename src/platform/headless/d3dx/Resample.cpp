@@ -15,7 +15,7 @@ struct WeightedTap {
     float weight;
 };
 
-// Which source pixels, and how much of each, make up each target pixel along one axis.
+// Which source pixels contribute to each target pixel along one axis, and with what weight.
 class AxisTaps {
 public:
     bool Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize);
@@ -32,7 +32,7 @@ private:
 
     long size = 0;
     bool mirror = false;
-    std::size_t most = 0; // room for each target pixel
+    std::size_t most = 0; // capacity per target pixel
     std::unique_ptr<WeightedTap[]> taps;
     std::unique_ptr<UINT[]> counts;
 };
@@ -60,7 +60,7 @@ bool AxisTaps::Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize
     return true;
 }
 
-// An index beyond the border is folded back into the picture.
+// An index outside the picture wraps or is mirrored back into it.
 void AxisTaps::Add(UINT target, long index, float weight)
 {
     const long period = mirror ? 2 * size : size;
@@ -89,7 +89,7 @@ void AxisTaps::AddCovered(UINT target, double scale)
     }
 }
 
-// A weight that falls off in a straight line from the centre to 0 at `halfWidth` pixels.
+// A weight that falls linearly from the centre to 0 at `halfWidth` pixels.
 void AxisTaps::AddTriangle(UINT target, double scale, double halfWidth)
 {
     const double centre = (target + 0.5) * scale - 0.5;
@@ -131,7 +131,7 @@ std::uint32_t PixelOf(const Sums& sums)
     return pixel;
 }
 
-// The weighted sum of source rows that makes up one target row, not yet scaled across.
+// The weighted sum of source rows for one target row, not yet scaled horizontally.
 void SumRows(const std::uint32_t* source, UINT width, const AxisTaps& down, UINT y, Sums* rowOut)
 {
     std::memset(rowOut, 0, sizeof(Sums) * width);

@@ -45,7 +45,7 @@ struct TgaHeader {
 struct TgaKind {
     unsigned type;
     unsigned pixelBits;
-    bool alphaBit; // of the descriptor, matters to 16 bits only
+    bool alphaBit; // of the descriptor; used for 16-bit files only
     D3DFORMAT format;
 };
 
@@ -101,8 +101,8 @@ bool ReadHeader(ImageFile file, TgaHeader& headerOut)
            IsImageSize(headerOut.width, headerOut.height);
 }
 
-// Packets may run over the ends of rows. False if the packets end before the picture does; a packet
-// that goes on after it is cut.
+// Packets may continue across the ends of rows. False if the packets end before the picture does; a
+// packet that extends past the picture is cut.
 bool UnpackRuns(ImageFile packets, std::size_t pixelBytes, std::size_t size, std::uint8_t* out)
 {
     std::size_t position = 0;
@@ -142,7 +142,7 @@ std::uint32_t ReadPaletteEntry(ImageFile file, std::size_t offset, unsigned bits
            WidenTo8Bits(word >> 5 & 31, 5) << 8 | WidenTo8Bits(word & 31, 5);
 }
 
-// One row, in the file's own order of columns. False if a pixel names no palette entry.
+// Converts one row, in the file's column order. False if a pixel has no palette entry.
 bool ConvertRow(ImageFile file, const TgaHeader& header, const std::uint8_t* source,
                 std::uint8_t* rowOut)
 {
@@ -207,7 +207,7 @@ HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     const std::size_t pixelBytes = header.PixelBytes();
     const std::size_t rawSize = std::size_t{header.width} * header.height * pixelBytes;
     const ImageFile stored = file.subspan(header.PixelOffset());
-    // A run-length packet of 1 + pixelBytes bytes stands for 128 pixels at most.
+    // A run-length packet of 1 + pixelBytes bytes expands to at most 128 pixels.
     const std::size_t mostRaw =
         header.runLength ? stored.size() / (1 + pixelBytes) * 128 * pixelBytes + 128 * pixelBytes
                          : stored.size();

@@ -1,6 +1,6 @@
 #pragma once
 
-// Basic types. `long` has 8 bytes on this host and 4 on Windows, so the 32-bit names are fixed here.
+// Basic types. `long` is 8 bytes on this host and 4 on Windows, so the 32-bit names are fixed here.
 
 #include <cstddef>
 #include <cstdint>

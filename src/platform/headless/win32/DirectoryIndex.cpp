@@ -9,10 +9,10 @@ namespace headless {
 
 namespace {
 
-/// Below this many entries reading the directory is as quick as keeping an index true.
+/// With fewer entries, reading the directory is as fast as keeping an index up to date.
 constexpr std::size_t kIndexThreshold = 1024;
 
-/// The entries of the one directory that was last found to be large, by folded name.
+/// The entries of the most recent large directory, by folded name.
 struct DirectoryIndex {
     dev_t device = 0;
     ino_t inode = 0;
@@ -77,7 +77,7 @@ std::string FindEntryIgnoringCase(const std::string& directory, const std::strin
     if (gIndex.IsCurrent(info))
         return LookUp(gIndex.entries, name);
 
-    // The time of change is taken before the entries, so that a change in between is noticed.
+    // The modification time is read before the entries, so that a change in between is noticed.
     std::unordered_map<std::string, std::string> entries;
     if (!ReadEntries(path, entries))
         return {};

@@ -17,7 +17,7 @@ FILE* OpenFileStream(const char* path, const char* mode)
     if (stream == nullptr)
         return nullptr;
 
-    // Opening a directory for reading succeeds here and fails on Windows; reading it fails on both.
+    // On Windows opening a directory fails; here it succeeds for reading, and only reading fails.
     struct stat info;
     if (fstat(fileno(stream), &info) == 0 && S_ISDIR(info.st_mode)) {
         std::fclose(stream);

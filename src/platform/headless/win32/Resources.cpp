@@ -23,7 +23,7 @@ int WINAPI LoadStringA(HINSTANCE, UINT id, LPSTR buffer, int size)
     return 0;
 }
 
-// Nothing is drawn with icons and cursors here; they only have to be told apart from a failure.
+// Icons and cursors are never drawn here; they only must differ from the result of a failure.
 
 HICON WINAPI LoadIconA(HINSTANCE, LPCSTR name)
 {

@@ -14,7 +14,7 @@ namespace headless::fx {
 
 namespace {
 
-/// How a text comes to be: what the two ways to make an effect have in common.
+/// The arguments common to the two functions that create an effect.
 struct Request {
     IDirect3DDevice9* device;
     const D3DXMACRO* defines;
@@ -33,8 +33,8 @@ bool Prepare(const Request& request)
     return request.device && request.effectOut;
 }
 
-/// Whether the bytes are those of a compiled effect, cut or damaged ones included. Those begin with a
-/// byte of 1; texts have no control characters but blanks and the end mark of old editors.
+/// Whether the bytes are a compiled effect, even if truncated or damaged. Those begin with a byte
+/// of 1; texts contain no control characters except white space and the end mark of old editors.
 bool IsBinary(std::string_view bytes)
 {
     const auto isStrange = [](char c) {
@@ -111,7 +111,7 @@ HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
         return D3DERR_INVALIDCALL;
     std::string bytes;
     const HRESULT result = FxSources::ReadFile(path, bytes);
-    if (FAILED(result) && !IsBinary(bytes)) // a compiled one may be of any length
+    if (FAILED(result) && !IsBinary(bytes)) // compiled effects have no size limit
         return result;
     return Create(request, path, bytes, true);
 }

@@ -8,7 +8,8 @@ namespace headless::fx {
 
 namespace {
 
-using ConditionValue = std::uint64_t; // wraps round instead of overflowing; signed where it matters
+using ConditionValue =
+    std::uint64_t; // wraps instead of overflowing; treated as signed where it matters
 
 std::int64_t Signed(ConditionValue value)
 {
@@ -79,10 +80,10 @@ private:
     FxDiagnostics& diagnostics;
     std::size_t position = 0;
     int depth = 0;
-    bool isIgnored = false; ///< what is read has no say, so a division by 0 is no error
+    bool isIgnored = false; ///< the result does not matter, so a division by 0 is not an error
 };
 
-/// Counts one level of brackets or signs for as long as it lives.
+/// Counts one level of brackets or signs during its lifetime.
 struct Level {
     explicit Level(int& counter) : depth(counter) { ++depth; }
     ~Level() { --depth; }
@@ -203,7 +204,7 @@ bool Reader::Apply(std::string_view sign, ConditionValue right, ConditionValue& 
         left = 0;
         return isIgnored || Fail("a condition divides by 0");
     }
-    if (divides && right == ~ConditionValue{0}) // -1: the smallest number has no opposite
+    if (divides && right == ~ConditionValue{0}) // -1: the smallest number cannot be negated
         left = sign == "/" ? 0 - left : 0;
     else if (divides)
         left = static_cast<ConditionValue>(sign == "/" ? Signed(left) / Signed(right)

@@ -1,4 +1,4 @@
-// The life of an effect, and what it tells about its contents.
+// Lifetime of an effect, and queries about its contents.
 
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
@@ -54,7 +54,7 @@ FxEffect::FxEffect(IDirect3DDevice9& owner, EffectPool* effectPool,
         technique = model->techniques[0].get();
 }
 
-/// Parts lie in one another as structs do, to a limited depth.
+/// Parts nest like structs, so the depth is limited.
 void FxEffect::Register(const List& list)
 {
     for (const auto& parameter : list) {
@@ -119,7 +119,7 @@ const FxEffect::List* FxEffect::AnnotationsOf(D3DXHANDLE handle)
     return parameter ? &parameter->annotations : nullptr;
 }
 
-/// `name`, `name.member`, `name[2]`, each with `@annotation` behind it.
+/// `name`, `name.member`, `name[2]`, each optionally followed by `@annotation`.
 FxParameter* FxEffect::FindPath(FxParameter* parent, std::string_view path)
 {
     FxParameter* found = parent;

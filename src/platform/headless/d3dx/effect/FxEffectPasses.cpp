@@ -1,4 +1,4 @@
-// Techniques and passes at work, and the device's reset.
+// Applying techniques and passes, and handling the device's reset.
 
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
@@ -7,7 +7,7 @@ namespace headless::fx {
 
 namespace {
 
-/// Whether the texture lives in memory that a reset takes away. There are only flat ones on this host.
+/// Whether a reset would destroy the texture. This host has 2D textures only.
 bool IsInDeviceMemory(IDirect3DBaseTexture9* texture)
 {
     D3DSURFACE_DESC desc = {};
@@ -34,8 +34,8 @@ D3DXHANDLE FxEffect::GetCurrentTechnique()
     return reinterpret_cast<D3DXHANDLE>(technique);
 }
 
-/// `D3DXERR_INVALIDDATA` for a technique with a pass that this host cannot read, else what the device
-/// says to the states of its passes, as they are with the parameters' present values.
+/// `D3DXERR_INVALIDDATA` for a technique with a pass that this host cannot draw, else the device's
+/// verdict on the states of its passes with the current parameter values.
 HRESULT FxEffect::ValidateTechnique(D3DXHANDLE handle)
 {
     if (const HRESULT ordered = OrderedResult("ID3DXEffect::ValidateTechnique"); FAILED(ordered))
@@ -92,8 +92,8 @@ std::string FxEffect::Fault(D3DXHANDLE handle)
     return fault;
 }
 
-/// Tells once why nothing of the effect can be drawn here: what is wrong with its first technique. An
-/// effect with a technique to fall back on is none to tell of.
+/// Logs once why the effect cannot be drawn here: the fault of its first technique. An effect with
+/// another, valid technique is not reported.
 void FxEffect::ReportOnce()
 {
     std::string first;
@@ -107,8 +107,8 @@ void FxEffect::ReportOnce()
     LogLack(first);
 }
 
-/// Begins with the technique behind `handle`, with the first one for null. `S_FALSE` and null if none
-/// is left.
+/// Searches from the technique after `handle`, or from the first one for null. `S_FALSE` and null
+/// if none is left.
 HRESULT FxEffect::FindNextValidTechnique(D3DXHANDLE handle, D3DXHANDLE* nextOut)
 {
     std::string fault;
@@ -198,8 +198,8 @@ HRESULT FxEffect::End()
 
 // ---- Reset
 
-/// What lies in the device's own memory hinders a reset as long as anybody holds it. The caller sets
-/// such textures anew after it.
+/// A resource in device memory blocks a reset as long as anyone holds it. The caller sets such
+/// textures again afterwards.
 void FxEffect::DropDeviceTextures(const List& list)
 {
     for (const auto& parameter : list) {

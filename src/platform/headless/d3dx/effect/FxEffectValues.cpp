@@ -1,4 +1,4 @@
-// Values of parameters.
+// Getting and setting parameter values.
 
 #include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
@@ -8,21 +8,21 @@ namespace headless::fx {
 
 namespace {
 
-/// A texture parameter that is no array, or null.
+/// A texture parameter that is not an array, or null.
 ComPointer<IDirect3DBaseTexture9>* TextureOf(FxParameter* parameter)
 {
     const bool fits = parameter && parameter->IsTexture() && !parameter->IsArray();
     return fits ? &parameter->storage->textures[parameter->first] : nullptr;
 }
 
-/// A string parameter that is no array, or null.
+/// A string parameter that is not an array, or null.
 std::string* StringOf(FxParameter* parameter)
 {
     const bool fits = parameter && parameter->type == D3DXPT_STRING && !parameter->IsArray();
     return fits ? &parameter->storage->strings[parameter->first] : nullptr;
 }
 
-/// Elements that a call addresses, or null where the array is too short.
+/// The elements that a call addresses, or null if the array is too short.
 const std::unique_ptr<FxParameter>* Matrices(const FxParameter* parameter, UINT count)
 {
     return parameter && FxHoldsMatrices(*parameter, count) ? parameter->parts.data() : nullptr;
@@ -297,7 +297,7 @@ HRESULT FxEffect::SetString(D3DXHANDLE handle, const char* string)
     return D3D_OK;
 }
 
-/// The text is the effect's own, until the parameter changes.
+/// The effect owns the text, which is valid until the parameter changes.
 HRESULT FxEffect::GetString(D3DXHANDLE handle, const char** stringOut)
 {
     const std::string* place = StringOf(Parameter(handle));

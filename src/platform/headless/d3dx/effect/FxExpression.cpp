@@ -23,7 +23,7 @@ UINT Nearest(const FxNumber& index, UINT count)
     return static_cast<UINT>(std::clamp(index.Int(0), 0, static_cast<std::int32_t>(count) - 1));
 }
 
-/// Whole numbers wrap round; what divides by 0 gives 0.
+/// Integers wrap around; division by 0 gives 0.
 std::int32_t Whole(FxOperation operation, std::int32_t a, std::int32_t b)
 {
     const auto x = static_cast<std::uint32_t>(a);
@@ -125,7 +125,7 @@ void Unary(const FxStep& step, const FxNumber& a, FxNumber& resultOut)
     }
 }
 
-/// The upper left part where the value has more rows and columns than wanted.
+/// Takes the upper left part if the value has more rows or columns than wanted.
 void Convert(const FxStep& step, const FxNumber& a, FxNumber& resultOut)
 {
     const bool isFlat = a.shape.IsScalar() || a.shape.columns <= step.shape.columns;
@@ -156,7 +156,7 @@ void Row(const FxStep& step, const FxNumber& whole, const FxNumber& index, FxNum
     std::copy_n(whole.cells.begin() + first, step.shape.Count(), resultOut.cells.begin());
 }
 
-/// How many values a step takes from the stack.
+/// Number of values that a step pops from the stack.
 std::size_t Takes(const FxStep& step)
 {
     switch (step.operation) {
@@ -181,7 +181,7 @@ std::size_t Takes(const FxStep& step)
     }
 }
 
-/// `taken` are the values that the step takes, in their order.
+/// `taken` are the values popped by the step, in their order.
 void Run(const FxStep& step, const FxNumber* taken, FxNumber& resultOut)
 {
     switch (step.operation) {

@@ -4,7 +4,7 @@
 
 namespace headless::fx {
 
-// Kept whole: one loop over the parts of a path, whose order is what matters.
+// Kept whole: one loop over the parts of a path, whose order matters.
 bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut)
 {
     const FxToken name = words.Peek();
@@ -103,7 +103,7 @@ bool FxExpressionReader::Component(FxExpression& out)
     return true;
 }
 
-/// `xyzw` or `rgba`, one to four of one set.
+/// `xyzw` or `rgba`: one to four letters of one set.
 bool FxExpressionReader::VectorComponents(std::string_view text, const FxShape& shape,
                                           FxStep& stepOut)
 {
@@ -121,7 +121,7 @@ bool FxExpressionReader::VectorComponents(std::string_view text, const FxShape& 
     return false;
 }
 
-/// `_11` counts from 1, `_m00` from 0; one to four behind one another.
+/// `_11` counts from 1, `_m00` from 0; one to four of them concatenated.
 bool FxExpressionReader::MatrixComponents(std::string_view text, const FxShape& shape,
                                           FxStep& stepOut)
 {

@@ -1,4 +1,4 @@
-// What stands between the operators of an expression: numbers, words, calls, lists.
+// The operands of an expression: numbers, words, calls, lists.
 
 #include "platform/headless/d3dx/effect/FxExpressionReader.h"
 
@@ -15,7 +15,7 @@ bool FxExpressionReader::Literal(FxExpression& out)
     return true;
 }
 
-/// Some words of states begin with a digit.
+/// Some value names begin with a digit.
 bool FxExpressionReader::StateWord(const FxToken& word, FxExpression& out)
 {
     const FxStateWord* found = stateWords ? stateWords->Find(word.text) : nullptr;
@@ -152,7 +152,7 @@ bool FxExpressionReader::Call(const FxIntrinsic& intrinsic, FxExpression& out)
     return true;
 }
 
-/// Braces inside the list only group, as in the initial values of parameters.
+/// Braces inside the list only group, as in initial values of parameters.
 bool FxExpressionReader::ReadList(const FxShape& target, FxExpression& out)
 {
     out.Clear();

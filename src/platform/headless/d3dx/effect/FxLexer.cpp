@@ -75,7 +75,7 @@ private:
     bool sawSpace = false;
 };
 
-/// Lines are counted where the file has them: at its line ends and at the joints.
+/// Counts lines as in the file: at its line ends and at the joints.
 void Lexer::Advance(std::size_t bytes)
 {
     for (const std::size_t end = position + bytes; position < end;) {
@@ -137,7 +137,7 @@ std::size_t Lexer::WordLength() const
     return length;
 }
 
-/// As C takes them: a sign belongs to the number behind an exponent's letter.
+/// As in C: after an exponent letter, a sign belongs to the number.
 std::size_t Lexer::NumberLength() const
 {
     const bool isHex = At(0) == '0' && Lower(At(1)) == 'x';
@@ -153,7 +153,7 @@ std::size_t Lexer::NumberLength() const
     return length;
 }
 
-/// 0 for a string that its line does not end.
+/// 0 for a string that is not closed on its line.
 std::size_t Lexer::StringLength() const
 {
     for (std::size_t i = position + 1; i < text.size() && text[i] != '\n'; ++i) {

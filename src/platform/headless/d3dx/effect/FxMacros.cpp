@@ -32,7 +32,7 @@ bool FxMacros::Spend(FxPlace place)
 
 // ---- Definitions
 
-/// The bracket follows the name without a blank, or it belongs to what the macro stands for.
+/// The bracket must follow the name directly; otherwise it belongs to the replacement.
 bool FxMacros::ReadParameters(std::span<const FxToken> words, std::size_t& positionInOut,
                               FxMacro& macroOut)
 {
@@ -80,7 +80,7 @@ bool FxMacros::Define(std::span<const FxToken> words, FxPlace place)
 
 // ---- Expansion
 
-/// The words under expansion: a stack, because a macro's text is read before what follows its call.
+/// The tokens being expanded: a stack, because a macro's text is read before what follows its call.
 class FxMacros::Expansion {
 public:
     explicit Expansion(std::span<const FxToken> words)
@@ -88,7 +88,7 @@ public:
         frames.push_back({{words.begin(), words.end()}, 0, nullptr});
     }
 
-    /// The next word, null at the end. Macros whose text is used up can be called again.
+    /// The next token, null at the end. A macro whose text is used up can be called again.
     const FxToken* Peek()
     {
         while (frames.back().position == frames.back().words.size()) {
@@ -137,7 +137,7 @@ bool FxMacros::MakeBuiltIn(FxToken& wordInOut)
     return true;
 }
 
-// Kept whole: the one loop over the words, with the reading of a call's arguments in its place.
+// Kept whole: one loop over the tokens, which also reads the arguments of calls.
 bool FxMacros::Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut, int depth)
 {
     if (depth > kFxMaxArgumentDepth)

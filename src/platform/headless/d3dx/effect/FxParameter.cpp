@@ -56,7 +56,7 @@ const FxParameter* FxObject::Resolve(std::vector<FxNumber>& scratch) const
     return parameter->parts[static_cast<std::size_t>(std::clamp(wanted, 0, last))].get();
 }
 
-/// A sampler's states are read where the sampler is.
+/// An assignment that uses a sampler also reads what the sampler's states read.
 bool FxAssignment::Reads(const FxParameter& parameter) const
 {
     if (value.Reads(parameter) || ReadsObject(object, parameter))

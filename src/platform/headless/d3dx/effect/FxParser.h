@@ -6,17 +6,17 @@
 
 namespace headless::fx {
 
-/// Reads an effect's words into a model. What it cannot read is an error of `diagnostics`.
+/// Parses an effect's tokens into a model. Anything invalid becomes an error in `diagnostics`.
 class FxParser {
 public:
-    /// `pool` may be null. All of them outlive this.
+    /// `pool` may be null. All arguments outlive this.
     FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
              FxModel& target);
 
     bool Run();
 
 private:
-    /// What stands before a declared name.
+    /// What precedes a declared name.
     struct Declaration {
         FxType type;
         DWORD flags = 0;

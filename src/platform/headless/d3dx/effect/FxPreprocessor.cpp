@@ -10,7 +10,7 @@ namespace headless::fx {
 
 namespace {
 
-/// What every effect can ask for.
+/// Macros that every effect can test.
 constexpr char kPredefined[] = "#define D3DX 1\n"
                                "#define D3DX_VERSION 0x0902\n"
                                "#define DIRECT3D 1\n"
@@ -87,7 +87,7 @@ bool FxPreprocessor::FinishSource()
     return true;
 }
 
-/// Everything up to the next directive: a macro's arguments may go over several lines.
+/// Takes everything up to the next directive: a macro's arguments may span several lines.
 std::vector<FxToken> FxPreprocessor::TakeText()
 {
     Source& source = stack.back();
@@ -218,7 +218,7 @@ bool FxPreprocessor::EndIf(FxPlace place)
     return true;
 }
 
-/// `defined` is answered first: its name must not be replaced.
+/// Resolves `defined` first: its operand must not be expanded.
 bool FxPreprocessor::Evaluate(Words line, bool& valueOut)
 {
     std::vector<FxToken> words;
@@ -256,8 +256,8 @@ bool FxPreprocessor::Undefine(Words line)
     return true;
 }
 
-/// The name comes in quotation marks or angle brackets, also out of a macro. A name in brackets is
-/// put together from its words.
+/// The name is in quotation marks or angle brackets, possibly from a macro. In angle brackets it is
+/// assembled from its tokens.
 bool FxPreprocessor::Include(Words line)
 {
     std::vector<FxToken> words;
@@ -283,7 +283,7 @@ bool FxPreprocessor::Include(Words line)
     return Push(file.path, *file.text, file.data, place);
 }
 
-/// The next line gets the number given.
+/// `#line` numbers the line that follows.
 bool FxPreprocessor::SetLine(Words line)
 {
     Source& source = stack.back();
