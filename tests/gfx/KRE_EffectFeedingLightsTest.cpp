@@ -4,8 +4,8 @@ using testing::ElementsAre;
 
 namespace {
 
-/// Lights whose colours tell which they are: light n has the diffuse colour (n, 0, 0, 1), the
-/// specular one (0, n, 0, 1) and the ambient one (0.125, 0.25, 0.5, 0.0625) whatever n is.
+/// Lights that can be told apart by their colours: light n has the diffuse colour (n, 0, 0, 1), the
+/// specular one (0, n, 0, 1) and the ambient one (0.125, 0.25, 0.5, 0.0625) for any n.
 class EffectLights : public EffectFrame {
 protected:
     EffectLights()
@@ -48,7 +48,7 @@ protected:
         }
         gfx.UpdateEffectLights(effect);
     }
-    /// The numbers of the lights in an array of diffuse colours, 0 for a free place.
+    /// The numbers of the lights in an array of diffuse colours, 0 for an unused entry.
     std::string Taken(const char* semantic)
     {
         std::string numbers;

@@ -22,7 +22,7 @@ TEST(FontGlyphs, NoTwoAreAlikeAndTheBlankAloneIsEmpty)
 
 TEST(FontGlyphs, LettersStandAtTheirCharacters)
 {
-    // Shapes that a 5 x 5 capital can hardly have otherwise.
+    // Shapes that are nearly forced for a 5 x 5 capital.
     EXPECT_EQ(kFontGlyphs['L' - 0x20], std::string("X    "
                                                    "X    "
                                                    "X    "

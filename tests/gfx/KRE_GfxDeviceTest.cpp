@@ -13,7 +13,7 @@ using KRE_GfxDevice = EngineTest;
 
 const char* gMissingLibrary = nullptr;
 
-/// The error of an engine made on a system without `missing`, which also has no interface to give.
+/// The error from creating an engine on a system without `missing`, which also offers no interface.
 std::string ErrorWithout(const char* missing)
 {
     gMissingLibrary = missing;
@@ -24,7 +24,7 @@ std::string ErrorWithout(const char* missing)
     return RaisedBy([&] { const KRE_Gfx engine(runtime); });
 }
 
-IDirect3D9* gGivenDirect3D = nullptr; // the engine that is given it owns it
+IDirect3D9* gGivenDirect3D = nullptr; // owned by the engine that gets it
 
 HRESULT WINAPI RefuseEffectPool(ID3DXEffectPool**)
 {

@@ -24,7 +24,7 @@ protected:
         return RaisedBy([&] { gfx.DrawTriangleList(list, nullptr, count); });
     }
 
-    KRE_VertexListTemp<KRE_PointVertex> list; // triangles of 16 bytes a vertex
+    KRE_VertexListTemp<KRE_PointVertex> list; // triangles, 16 bytes per vertex
 };
 
 class MeshDrawing : public EngineTest {

@@ -39,7 +39,8 @@ TEST_F(FontBuilding, DeviceWithoutTheFormatGetsSixteenBits)
     gfx.BuildFont(font, kFirst, kSecond);
     EXPECT_THAT(CallsOf("CreateTexture").at(0), HasSubstr(" D3DFMT_A4R4G4B4 "));
     EXPECT_EQ(LastWarning(), "Texture format 21 mode 0 not supported by device");
-    // The corner of L, glyph 44 at ((44 mod 21) * 6, 12): the first colour cut to four bits each.
+    // The corner of L, glyph 44 at ((44 mod 21) * 6, 12): the first colour truncated to four bits
+    // per channel.
     EXPECT_EQ(Pixel(12, 12), 0xF090D0F0u);
 }
 
@@ -72,8 +73,8 @@ TEST_F(FontBuilding, PixelsFadeFromTheTopLeftCorner)
 {
     // E is glyph 37, at ((37 mod 21) * 6, 6) = (96, 6). Its rows are full, one, four, one and five
     // pixels long. At row r and column c the fade is f = sqrt((r * r + c * c) / 32), and each
-    // channel (second - first) * f + first, its fraction cut: red 150 to 0, green 220 to 100, blue
-    // 255 to 115.
+    // channel (second - first) * f + first, truncated: red 150 to 0, green 220 to 100, blue 255 to
+    // 115.
     static const struct {
         const char* what;
         int32_t row, column;
@@ -96,7 +97,7 @@ TEST_F(FontBuilding, PixelsFadeFromTheTopLeftCorner)
 TEST_F(FontBuilding, BlankAndTheGapsBetweenCellsAreClear)
 {
     for (int32_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(Pixel(i, i), 0u) << i; // the blank and its corner
+        EXPECT_EQ(Pixel(i, i), 0u) << i; // the space and its corner
         EXPECT_EQ(Pixel(101, 6 + i), 0u) << i << ", right of E";
         EXPECT_EQ(Pixel(96 + i, 11), 0u) << i << ", below E";
     }

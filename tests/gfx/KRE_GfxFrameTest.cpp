@@ -10,7 +10,8 @@ namespace {
 
 class Frame : public EngineTest {
 protected:
-    /// Fills the ring as frames at these times would, oldest first, the i-th as frame i * `step`.
+    /// Fills the ring as if frames were shown at these times, oldest first; the i-th is frame i *
+    /// `step`.
     void FillRing(const std::vector<double>& times, int32_t step)
     {
         for (size_t i = 0; i < times.size(); ++i)
@@ -99,7 +100,7 @@ TEST_F(Frame, RingTakesSixtySamplesAndStartsOver)
     Start();
     std::vector<double> times;
     for (int i = 0; i < 60; ++i)
-        times.push_back(0.001 * i); // all of them long ago, so that the next frame is a sample
+        times.push_back(0.001 * i); // all long ago, so the next frame is sampled
     FillRing(times, 1);
     EXPECT_EQ(gfx.fpsRingIndex, 0);
     gfx.frameCount = 777;
@@ -121,7 +122,7 @@ TEST_F(Frame, RateIsTakenOverTheLastSecond)
 
 TEST_F(Frame, RateOfASlowProgramIsTakenFromTheNewestSampleBack)
 {
-    // Samples two seconds apart leave no older one inside a second.
+    // With samples two seconds apart, no older one is within the last second.
     std::vector<double> times;
     for (int i = 0; i < 60; ++i)
         times.push_back(2.0 * i);

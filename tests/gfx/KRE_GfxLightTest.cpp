@@ -105,7 +105,7 @@ TEST_F(Light, MaterialIsSent)
 
 TEST_F(Light, MaterialUnderAnEffectIsOnlyKept)
 {
-    // The wrapper asks only whether there is an effect; it does not look into it.
+    // The wrapper only checks whether there is an effect; it does not use it.
     char place = 0;
     auto* const effect = reinterpret_cast<KRE_ShaderEffect*>(&place);
     D3DMATERIAL9 material{};

@@ -4,7 +4,7 @@ namespace {
 
 class PresentParameters : public EngineTest {
 protected:
-    /// Builds them for the given members over a display of 800 x 600 at 75 Hz.
+    /// Builds the parameters from the given members on a display of 800 x 600 at 75 Hz.
     std::string Build(int32_t windowed, int32_t zBits, int32_t vsync)
     {
         gfx.window = window.Handle();

@@ -12,7 +12,7 @@ protected:
     RenderState() { Start(); }
 };
 
-/// A call of a wrapper, what reaches the device, and what does when it is called again.
+/// A wrapper call, what reaches the device, and what reaches it when the call is repeated.
 struct WrapperCase {
     const char* what;
     void (*call)(KRE_Gfx&);

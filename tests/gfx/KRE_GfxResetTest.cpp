@@ -15,9 +15,9 @@ protected:
     Reset() { Start(); }
 };
 
-/// Counts how often a window has had a message.
+/// Counts the messages that a window received.
 int gMessagesSeen = 0;
-/// The characters that keys have brought it.
+/// The characters that it received from keys.
 std::string gCharactersSeen;
 
 LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -29,8 +29,8 @@ LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
-/// A window with the procedure above. Subclassing is not in the headless host's subset, so it is of a
-/// class of its own. No message waits at first.
+/// A window with the procedure above. The headless host does not support subclassing, so the window
+/// has its own class. Its queue is empty at first.
 class CountingWindow {
 public:
     CountingWindow()

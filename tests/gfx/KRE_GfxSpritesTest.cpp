@@ -59,8 +59,8 @@ constexpr float kQuarterTurn = std::numbers::pi_v<float> / 2;
 
 // ---- Corners
 
-// The first corner is 0.25 up and left of where it is wanted, sides are 0.02 shorter than the
-// picture: 15.98 by 7.98.
+// The first corner is 0.25 above and left of the requested place; the sides are 0.02 shorter than
+// the picture: 15.98 by 7.98.
 TEST_F(Sprites, StandsWithItsCornerAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 1.0f, 1.0f);
@@ -76,7 +76,7 @@ TEST_F(Sprites, ScalesItsSides)
                   "scaled");
 }
 
-// The hot spot (8, 4) is scaled too: the corner lies (16, 12) before the place.
+// The hot spot (8, 4) is scaled too: the corner is (16, 12) before the place.
 TEST_F(Sprites, StandsWithItsHotSpotAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 2.0f, 3.0f, 8.0f, 4.0f);
@@ -84,8 +84,8 @@ TEST_F(Sprites, StandsWithItsHotSpotAtThePlace)
                   "with a hot spot");
 }
 
-// A quarter of a turn clockwise takes right to down and down to left: (x, y) becomes (-y, x). The
-// corner offset (-8, -4) becomes (4, -8), across becomes (0, 15.98), down becomes (-7.98, 0).
+// A quarter turn clockwise takes right to down and down to left: (x, y) becomes (-y, x). The corner
+// offset (-8, -4) becomes (4, -8), across becomes (0, 15.98), down becomes (-7.98, 0).
 TEST_F(Sprites, TurnsClockwiseAboutItsHotSpot)
 {
     gfx.DrawSprite(100.0f, 50.0f, kQuarterTurn, 1.0f, 1.0f, 8.0f, 4.0f);

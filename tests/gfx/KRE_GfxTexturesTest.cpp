@@ -210,7 +210,7 @@ TEST_F(Textures, EachTextureThatIsTakenByItsLeafIsToldOnce)
     for (int time = 0; time < 3; ++time) {
         gfx->FindTextureFile(&path, "C:\\art\\p.bmp", "scene");
         gfx->FindTextureFile(&path, "art\\q.bmp", "scene");
-        gfx->FindTextureFile(&path, "p.bmp", "scene"); // found in its place
+        gfx->FindTextureFile(&path, "p.bmp", "scene"); // found at its path
         gfx->FindTextureFile(&path, "C:\\art\\gone.bmp", "scene");
     }
     gfx->FindTextureFile(&path, "C:\\art\\p.bmp", "other");

@@ -108,7 +108,7 @@ TEST_F(Transform, MirrorTurnsXAndTheFacesAndBack)
 
 TEST_F(Transform, ViewPositionIsTheInverseViewsFourthRow)
 {
-    // A view that only moves by (2, 3, 5) belongs to an eye at (-2, -3, -5).
+    // A view that only translates by (2, 3, 5) means an eye at (-2, -3, -5).
     gfx.SetViewMatrix(Moved());
     D3DXVECTOR3 position;
     gfx.GetViewPosition(position);
@@ -129,7 +129,7 @@ TEST_F(Transform, ViewPositionOfAViewWithoutInverseIsTheOrigin)
 
 TEST_F(Transform, WorldViewProjectionIsInOrderOfApplication)
 {
-    // x: doubled by the world, moved by 3 by the view, halved by the projection: 1 -> 2.5.
+    // x: doubled by the world, shifted by 3 by the view, halved by the projection: 1 -> 2.5.
     D3DXMATRIX matrix;
     D3DXMatrixIdentity(&matrix);
     matrix._11 = 2.0f;

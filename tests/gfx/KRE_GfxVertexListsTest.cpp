@@ -18,7 +18,7 @@ protected:
     }
 
     char place = 0;
-    /// Nothing looks into the effect: the engine keeps its abilities beside it.
+    /// The effect itself is never used: the engine stores its capabilities separately.
     KRE_ShaderEffect* const effect = reinterpret_cast<KRE_ShaderEffect*>(&place);
     KRE_VertexListTemp<KRE_PointVertex> list;
 };

@@ -53,7 +53,7 @@ TEST_F(MaterialBinding, TextureWithoutAPictureIsBoundAsNull)
     EXPECT_THAT(CallsOf("SetTexture"), ElementsAre("SetTexture 0 null"));
     EXPECT_EQ(gfx.blendMode, -1);
     EXPECT_EQ(gfx.currentTexture, &empty);
-    gfx.SetTexture(nullptr); // it goes before the engine
+    gfx.SetTexture(nullptr); // it is destroyed before the engine
 }
 
 TEST_F(MaterialBinding, BlendingAfterNullIsOffUntilItIsSet)

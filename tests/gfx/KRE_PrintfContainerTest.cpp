@@ -58,7 +58,7 @@ TEST_F(PrintfContainer, NewOrFreedOneHasNothingToDraw)
     fresh.Flush();
     gfx.printf.SetFont(&font);
     gfx.printf.AddCharacter('A', 1.0f);
-    gfx.printf.quadList.Unlock(); // its vertices are not drawn any more
+    gfx.printf.quadList.Unlock(); // its vertices are no longer drawn
     gfx.printf.Free();
     Calls();
     gfx.printf.Flush();
@@ -121,7 +121,7 @@ TEST_F(Images, FileOfTheNameIsLoadedOnce)
     EXPECT_EQ(PixelOf(*image.image, 0, 0) & 0xFFFFFF, 0x336699u);
     EXPECT_EQ(line.entities.Get(2)->x, 14.0f);
     EXPECT_EQ(line.entities.Get(3)->image, image.image);
-    const KRE_Texture* const used = image.image; // the next text takes the lines away
+    const KRE_Texture* const used = image.image; // the next text removes the lines
     EXPECT_EQ(Lay("|i'icon.bmp'").entities.Get(0)->image, used) << "used already";
     EXPECT_EQ(gfx->textureManager.GetCount(), 2) << "the font's and this one";
 }
@@ -170,7 +170,7 @@ TEST_F(Images, TallImageStandsOnTheBaseline)
                  [](const std::string& call) { return call.rfind("SetTexture 0 ", 0) == 0; });
     EXPECT_THAT(bound, ElementsAre("SetTexture 0 texture#1", "SetTexture 0 texture#2",
                                    "SetTexture 0 texture#1"));
-    // The last batch: B behind 6 pixels of A and 2 of the picture, its letter's top 3.333 above the
+    // The last batch: B after 6 pixels of A and 2 of the picture, its letter's top 3.333 above the
     // baseline at 20 + 8: 24.667, rounded 25.
     const KRE_TLVertex* vertex = gfx->printf.quadList.LockVertices(0, 6, D3DLOCK_READONLY);
     EXPECT_FLOAT_EQ(vertex->x, 17.75f);
@@ -180,7 +180,7 @@ TEST_F(Images, TallImageStandsOnTheBaseline)
 
 TEST_F(Images, ImageIsDrawnAtItsOwnSizeTimesTheScale)
 {
-    // 4 x 16 pixels: half of it from the top, so that its foot stands on the baseline, 8 below the
+    // 4 x 16 pixels: half of it from the top, so that its bottom is on the baseline, 8 below the
     // line's top; all but 0.02 of it. At scale 2 it is 32 high.
     directory.Write("tall.bmp", PlainBmp(4, 16, 0x336699));
     static const struct {

@@ -5,8 +5,8 @@ using testing::IsEmpty;
 
 using PrintfDrawing = TextTest;
 
-// The target is 64 x 48 pixels. Letters stand a quarter pixel left of and above the pen, so that the
-// centres of 5 x 5 pixels lie inside, and are 0.02 smaller.
+// The target is 64 x 48 pixels. Letters are a quarter pixel left of and above the pen, so that the
+// centres of 5 x 5 pixels are inside, and 0.02 smaller.
 
 TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
 {
@@ -20,7 +20,7 @@ TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
         EXPECT_FLOAT_EQ(quad.top, 19.75f);
         EXPECT_FLOAT_EQ(quad.right, 14.73f + shift); // 9.75 + 5 - 0.02
         EXPECT_FLOAT_EQ(quad.bottom, 24.73f);
-        // A is glyph 33, its cell at (72, 6); B stands beside it. The sheet is 128 x 32.
+        // A is glyph 33, its cell at (72, 6); B is next to it. The sheet is 128 x 32.
         EXPECT_FLOAT_EQ(quad.u, (72.01f + shift) / 128.0f);
         EXPECT_FLOAT_EQ(quad.v, 6.01f / 32.0f);
         EXPECT_FLOAT_EQ(quad.uEnd, (76.99f + shift) / 128.0f); // 72.01 + 5 - 0.02
@@ -318,7 +318,7 @@ TEST_F(PrintfDrawing, OtherFontIsABatchOfItsOwn)
         ViewCalls(),
         testing::IsSupersetOf({"SetTexture 0 texture#1", "DrawPrimitive D3DPT_TRIANGLELIST 0 4",
                                "SetTexture 0 texture#2", "DrawPrimitive D3DPT_TRIANGLELIST 0 6"}));
-    gfx.SetTexture(nullptr); // the second font goes
+    gfx.SetTexture(nullptr); // the second font is destroyed
 }
 
 TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
@@ -350,7 +350,7 @@ TEST_F(PrintfDrawing, CharacterWithoutAPictureOnlyMovesThePen)
     Calls();
     gfx.printf.Draw(0.0f, 0.0f);
     const std::vector<GlyphQuad> quads = Quads(3);
-    // No pixel's centre, at whole numbers, lies in a rectangle of -0.02 pixels at 5.75.
+    // No pixel centre, at whole numbers, is in a rectangle of -0.02 pixels at 5.75.
     EXPECT_FLOAT_EQ(quads[1].left, 5.75f);
     EXPECT_FLOAT_EQ(quads[1].right, 5.73f);
     EXPECT_FLOAT_EQ(quads[2].left, 6.75f); // 6 for A, 1 for the bar

@@ -87,14 +87,14 @@ TEST_F(Layout, AlignedLinesStandWithinTheMaximumWidth)
 
 TEST_F(Layout, JustifiedLineWidensItsBlanks)
 {
-    // 5 characters are 30 pixels, 8 are 48: 18 for two blanks.
+    // 5 characters are 30 pixels, 8 are 48: 18 for two spaces.
     Lay("|JA |CFF0000B C|NDDDDDDDD");
     EXPECT_EQ(Line(0).x, 0.0f);
     EXPECT_EQ(Line(0).width, 48.0f);
     EXPECT_EQ(Piece(0, 0).wordSpacing, 9.0f);
-    EXPECT_EQ(Piece(0, 0).width, 21.0f); // 12 and one blank's 9
+    EXPECT_EQ(Piece(0, 0).width, 21.0f); // 12 and 9 for one space
     EXPECT_EQ(Piece(0, 1).x, 21.0f);
-    EXPECT_EQ(Piece(0, 1).width, 27.0f); // 18 and one blank's 9
+    EXPECT_EQ(Piece(0, 1).width, 27.0f); // 18 and 9 for one space
     EXPECT_EQ(Piece(1, 0).wordSpacing, 0.0f) << "the last line";
     Lay("|JABC|NDDDDDDDD");
     EXPECT_EQ(Line(0).width, 18.0f) << "no blank to widen";
@@ -102,14 +102,14 @@ TEST_F(Layout, JustifiedLineWidensItsBlanks)
 
 TEST_F(Layout, PiecesOfAJustifiedLineGrowByTheirBlanks)
 {
-    // 9 characters are 54 pixels, 12 are 72: 18 for three blanks, 6 for each.
+    // 9 characters are 54 pixels, 12 are 72: 18 for three spaces, 6 for each.
     Lay("|JA B C|CFF0000DE|CFFFFFF F|NDDDDDDDDDDDD");
     EXPECT_EQ(Line(0).width, 72.0f);
-    EXPECT_EQ(Piece(0, 0).width, 42.0f); // 30 and two blanks' 12
+    EXPECT_EQ(Piece(0, 0).width, 42.0f); // 30 and 12 for two spaces
     EXPECT_EQ(Piece(0, 1).x, 42.0f);
     EXPECT_EQ(Piece(0, 1).width, 12.0f) << "without a blank";
     EXPECT_EQ(Piece(0, 2).x, 54.0f);
-    EXPECT_EQ(Piece(0, 2).width, 18.0f); // 12 and one blank's 6
+    EXPECT_EQ(Piece(0, 2).width, 18.0f); // 12 and 6 for one space
 }
 
 TEST_F(Layout, TabsGoToTheNextStop)

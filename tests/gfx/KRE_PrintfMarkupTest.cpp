@@ -49,7 +49,7 @@ protected:
 
 } // namespace
 
-// A letter takes 6 pixels. The bar has no picture: it takes the spacing, 1 pixel.
+// A letter takes 6 pixels. The bar has no glyph: it takes the spacing, 1 pixel.
 
 TEST_F(Markup, CommandsShapeThePieces)
 {

@@ -150,8 +150,8 @@ TEST_F(EffectPasses, TargetIsReplacedForThePassAlone)
     EXPECT_EQ(after.Get(), before.Get());
 }
 
-// What is on the screen as an effect sees it is another picture then, so that its copy is made anew, even
-// where it is made once a frame.
+// The screen as an effect sees it has changed then, so it is copied again, even if it is copied
+// once a frame.
 TEST_F(EffectPasses, PassIntoABufferIsASubFrameOfItsOwn)
 {
     file.AddTechnique({{"ScreenBuffer2"}, {"Initial"}, {}, {"ScreenQuarterBuffer1"}});
@@ -192,7 +192,7 @@ TEST_F(EffectPasses, InitialPutsTheSavedTargetBack)
     gfx.device->GetRenderTarget(0, inside.Out());
     EXPECT_NE(inside.Get(), before.Get());
     EXPECT_EQ(gfx.savedRenderTarget.Get(), before.Get());
-    effect.BeginPass(1); // without the end of the pass before
+    effect.BeginPass(1); // without ending the previous pass
     gfx.device->GetRenderTarget(0, inside.Out());
     EXPECT_EQ(inside.Get(), before.Get());
     effect.EndPass();

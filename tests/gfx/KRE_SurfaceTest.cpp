@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A surface of the engine over pixels of a test's choice. `stub` lives as long as `surface` has it.
+/// An engine surface over pixels chosen by a test. `stub` lives as long as `surface` holds it.
 struct SurfaceOverBytes {
     SurfaceOverBytes(D3DFORMAT format, UINT width, UINT height, int pitch,
                      std::vector<uint8_t> bytes)
@@ -29,7 +29,7 @@ std::vector<uint8_t> Bytes(std::initializer_list<DWORD> pixels)
     return bytes;
 }
 
-/// A square of A8R8G8B8 pixels, each with the alpha that `alphaAt(x, y)` gives.
+/// A square of A8R8G8B8 pixels with the alphas from `alphaAt(x, y)`.
 template <class AlphaAt>
 SurfaceOverBytes MakeAlphaPicture(int side, AlphaAt alphaAt)
 {
@@ -147,8 +147,8 @@ TEST(KRE_Surface, WithoutALockNothingIsRead)
 
 TEST(KRE_Surface, FillGivesEveryPixelTheColourAndStaysLocked)
 {
-    // 3 pixels of 2 bytes in rows of 8: the last 2 bytes of a row belong to no pixel.
-    // 0xFFF89850 is 11111 100110 01010 = 0xFCCA.
+    // 3 pixels of 2 bytes in rows of 8: the last 2 bytes of a row are padding. 0xFFF89850 is 11111
+    // 100110 01010 = 0xFCCA.
     SurfaceOverBytes s(D3DFMT_R5G6B5, 3, 2, 8, std::vector<uint8_t>(16, 0x55));
     s.surface.Fill(0xFFF89850);
     const std::vector<uint8_t> row = {0xCA, 0xFC, 0xCA, 0xFC, 0xCA, 0xFC, 0x55, 0x55};
@@ -196,7 +196,7 @@ TEST(KRE_Surface, CompressedPixelsLieInBlocksOfFourByFour)
 TEST(KRE_Surface, RowsOfEachBlockAreCountedFromItsOwnTop)
 {
     // 4 by 8 pixels: two DXT1 blocks of red and green, whose rows have the codes 0, 1, 0, 1, so red
-    // and green by turns, and red, red, green, red.
+    // and green alternate, and red, red, green, red.
     SurfaceOverBytes s(D3DFMT_DXT1, 4, 8, 8,
                        {0x00, 0xF8, 0xE0, 0x07, 0x00, 0x55, 0x00, 0x55, //
                         0x00, 0xF8, 0xE0, 0x07, 0x00, 0x00, 0x55, 0x00});
@@ -346,7 +346,7 @@ TEST(HasAlpha, GridStartsAtHalfTheRest)
     EXPECT_TRUE(all.surface.HasAlpha());
 }
 
-/// The columns at which a picture of one row is looked at.
+/// The columns at which a one-row picture is sampled.
 static std::vector<UINT> SampledColumns(UINT side)
 {
     std::vector<UINT> columns;
@@ -379,7 +379,7 @@ TEST(HasAlpha, StepAndStartFollowFromTheSide)
 
 TEST(HasAlpha, ALargeSideHas64Samples)
 {
-    // 1100 / 16 = 68 is cut to 64; step 1100 / 64 = 17, rest 1100 - 64 * 17 = 12, start 6.
+    // 1100 / 16 = 68 is limited to 64; step 1100 / 64 = 17, rest 1100 - 64 * 17 = 12, start 6.
     const std::vector<UINT> columns = SampledColumns(1100);
     ASSERT_EQ(columns.size(), 64u);
     for (UINT i = 0; i < 64; ++i)
@@ -388,7 +388,7 @@ TEST(HasAlpha, ALargeSideHas64Samples)
 
 TEST(HasAlpha, WorksForEverySideFrom1To1100)
 {
-    // Every sample lies in the picture: a column of 0 beyond it would be an overrun.
+    // Every sample is inside the picture: a column of 0 beyond it would be an overrun.
     for (UINT side = 1; side <= 1100; ++side) {
         SurfaceOverBytes s(D3DFMT_A8R8G8B8, side, 1, static_cast<int>(side) * 4,
                            std::vector<uint8_t>(side * 4, 0xFF));
@@ -413,7 +413,7 @@ TEST(HasAlpha, OnlySomeFormatsAreLookedAt)
     } cases[] = {
         {"A4R4G4B4", D3DFMT_A4R4G4B4, true},  // 0x8888: alpha 0x80
         {"DXT5", D3DFMT_DXT5, true},          // first alpha end point 0x88
-        {"X8R8G8B8", D3DFMT_X8R8G8B8, false}, // the byte is there, but is no alpha
+        {"X8R8G8B8", D3DFMT_X8R8G8B8, false}, // the byte exists, but is not an alpha
         {"A8L8", D3DFMT_A8L8, false},         {"DXT1", D3DFMT_DXT1, false},
         {"DXT3", D3DFMT_DXT3, false},
     };

@@ -16,7 +16,7 @@ TEST(SplitFrameList, TakesTheLinesWithoutTheBlanksAtBothEnds)
     static const struct {
         const char* what;
         std::string text;
-        std::vector<std::string> expected; // each behind the number of its line
+        std::vector<std::string> expected; // each after its line number
     } cases[] = {
         {"nothing", "", {}},
         {"one line", "a.bmp", {"1:a.bmp"}},
@@ -293,7 +293,7 @@ TEST_F(LoadFrameList, AListOfMorePicturesThanTheEngineHasRoomForIsAnError)
 {
     directory.Write("dot.bmp", PlainBmp(1, 1, 0));
     directory.Write("long.ifl", Repeat("dot.bmp\n", 10));
-    // Most of the table is taken, so that the picture need not be read 4096 times.
+    // Most of the table is filled, so that the picture need not be read 4096 times.
     constexpr int32_t kTaken = KRE_ResourceManager::kCapacity - 3;
     for (int32_t i = 0; i < kTaken; ++i)
         gfx->textureManager.Add(nullptr, "taken");

@@ -5,7 +5,8 @@ using LoadTexture = TextureEngine;
 
 namespace {
 
-/// What `LoadTexture` says of a picture that the picture library refuses, up to the result's name.
+/// The message of `LoadTexture` for a picture that the picture library refuses, up to the result's
+/// name.
 constexpr const char* kNoImage = " D3DXGetImageInfoFromFile failed: ";
 
 bool StartsWith(const std::string& text, const std::string& start)
@@ -430,7 +431,7 @@ TEST_F(LoadTexture, MipLevelsOf0AreTheFullChain)
 
 TEST_F(LoadTexture, ADeviceWithoutMipmapsIsAskedFor0Levels)
 {
-    // The real device below has them, so the 0 shows as the full chain.
+    // The real device below supports mip maps, so the 0 gives the full chain.
     directory.Write("a.bmp", PlainBmp(8, 2, 0));
     gfx->caps.TextureCaps &= ~DWORD{D3DPTEXTURECAPS_MIPMAP};
     KRE_Texture texture;

@@ -62,7 +62,7 @@ TEST(KRE_Texture, StartsWithItsDefaults)
     EXPECT_FALSE(texture.IsValid());
 }
 
-/// What tells of the picture of a texture that has none.
+/// Expects the fields of a texture without a picture.
 static void ExpectNoPicture(const KRE_Texture& texture, const char* when)
 {
     EXPECT_FALSE(texture.IsValid()) << when;
@@ -372,7 +372,7 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
-    // From x 40 to 8: (40 - 0.25) / 64 and (-32 + 0.02) / 64; from y 4 to 4 counts as backwards.
+    // x from 40 to 8: (40 - 0.25) / 64 and (-32 + 0.02) / 64; y from 4 to 4 counts as backwards.
     t.texture.SetRectFromPixels(40, 4, 8, 4, true, false);
     EXPECT_EQ(t.texture.originU, 39.75f / 64.0f);
     EXPECT_EQ(t.texture.axisAU, (-32.0f + 0.02f) / 64.0f);
@@ -510,7 +510,7 @@ TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlot
     EXPECT_EQ(copy.slots[0].param, 1.0f);
     EXPECT_EQ(copy.textureWord, 5u);
     EXPECT_EQ(copy.loadOptions, 1u);
-    // Tracks and timing belong to pictures and stay as in a new texture.
+    // Tracks and timing belong to pictures, so they stay as in a new texture.
     EXPECT_EQ(copy.matrixAni[2].constants[KRE_TextMatrixAni::kTileU], 1.0f);
     EXPECT_EQ(copy.framePeriod, 0.2f);
     EXPECT_EQ(copy.manager, nullptr);

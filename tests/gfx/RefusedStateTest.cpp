@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A device that refuses a draw as a test says.
+/// A device that refuses draws as a test chooses.
 class RefusedState : public testing::Test {
 protected:
     DWORD Render(D3DRENDERSTATETYPE state)
@@ -28,7 +28,7 @@ protected:
         device->GetSamplerState(sampler, state, &value);
         return value;
     }
-    /// What is found while draws are refused as long as `isRefused` is true.
+    /// The state found while draws fail as long as `isRefused` is true.
     template <class Test>
     std::string Found(const Test& isRefused)
     {

@@ -1,4 +1,4 @@
-// The engine with compiled effects that the system's D3DX loads, draws with and tells about.
+// The engine with compiled effects that the system's D3DX loads, draws with and describes.
 
 #include "tests/support/win32/CompiledEffect.h"
 
@@ -18,7 +18,7 @@ ComHandle<RecordingDirect3D> WrapRealDirect3D()
     return RecordingDirect3D::Wrap(real.get());
 }
 
-/// By value: D3DX compares bits, by which -0 is not 0.
+/// Compares by value: D3DX compares bits, where -0 differs from 0.
 bool SameValues(const D3DXMATRIX& a, const D3DXMATRIX& b)
 {
     const float* const first = &a._11;
@@ -141,7 +141,7 @@ TEST_F(CompiledEffectTest, MatricesReachTheirSemantics)
     using enum EffectSemantic;
     EXPECT_TRUE(SameValues(Matrix(kWorld), world));
     EXPECT_TRUE(SameValues(Matrix(kView), view));
-    // Translations add up, and the inverse goes back to where the camera stands.
+    // Translations add up, and the inverse leads back to the camera's position.
     D3DXMATRIX expected;
     D3DXMatrixTranslation(&expected, -9, -18, -27);
     EXPECT_TRUE(SameValues(Matrix(kWorldView), expected));
@@ -279,7 +279,8 @@ TEST_F(CompiledEffectTest, PassesSetTheirStatesAndTheEndPutsThemBack)
 
 TEST_F(CompiledEffectTest, ListIsDrawnWithTheStatesOfThePass)
 {
-    // One triangle over the whole screen: of the two ways to cull one hides it, the effect's does not.
+    // One triangle over the whole screen: one of the two culling modes hides it, the effect's does
+    // not.
     file.AddTechnique({{nullptr, D3DCULL_NONE}});
     Load(effect);
     KRE_VertexListTemp<KRE_PointVertex> list;
