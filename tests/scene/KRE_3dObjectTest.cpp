@@ -239,7 +239,8 @@ TEST(KRE_3dObject, CorrectionTMWithoutPivotAndExtraMatrixIsTheIdentity)
 
 TEST(KRE_3dObject, CorrectionTMCarriesThePivotThroughTheWorldMatrix)
 {
-    // W turns x to y, so inverse(W) * P * W with P a move by (1, 0, 0) is a move by (0, 1, 0).
+    // W turns x to y, so inverse(W) * P * W, with P a translation by (1, 0, 0), is a translation by
+    // (0, 1, 0).
     KRE_3dObject object;
     object.rotationAxis = {0, 0, 1};
     object.rotationAngle = kPi / 2;

@@ -107,7 +107,7 @@ TEST(PartitionMeshes, ASceneOfOnlyTransparentMeshesKeepsItsOrder)
 
 TEST(PartitionMeshes, EachTransparentMeshChangesPlacesWithTheNextOpaqueOne)
 {
-    // t1 o1 t2 o2: at 0, t1 and o1 change places; at 1, t1 and o2; at 2 no opaque one is behind.
+    // t1 o1 t2 o2: at 0, t1 and o1 swap places; at 1, t1 and o2; at 2 no opaque one is left.
     KRE_3dScene scene;
     AddMesh(scene, "t1", 1);
     AddMesh(scene, "o1");

@@ -154,8 +154,8 @@ TEST(KRE_FloatTrack, OfTwoKeysAtOneTimeTheLaterOneHolds)
 
 TEST(KRE_FloatTrack, LoopGoesFromTheLastKeyToTheFirst)
 {
-    // Loop from 1 to 5: the time 4 is folded from 1 to 5 seconds: 1 + wrap(4, 4) = 1.
-    // Time 3 stays: 1 + 3 = 4 lies between the key at 3 and the loop's end at 5, u = 0.5.
+    // Loop from 1 to 5: the time 4 is folded from 1 to 5 seconds: 1 + wrap(4, 4) = 1. Time 3 stays:
+    // 1 + 3 = 4 is between the key at 3 and the loop's end at 5, u = 0.5.
     KRE_FloatTrack track = MakeTrack(0, {{1.0f, 10.0f, 0.0f, 0.0f}, {3.0f, 20.0f, 0.0f, 0.0f}});
     track.loop = 1;
     track.loopEnd = 5.0f;
@@ -196,7 +196,7 @@ TEST(KRE_FloatTrack, OneLoopedKeyGoesFromItselfToItself)
     EXPECT_EQ(track.Evaluate(0.5f), 10.0f);
 }
 
-/// The bracket by a walk over all keys, and the line in it, as an independent rule.
+/// An independent reference: finds the segment by a walk over all keys and interpolates linearly.
 static float WalkLinear(const KRE_FloatTrack& track, float time)
 {
     int32_t i = 0;
@@ -216,7 +216,7 @@ TEST(KRE_FloatTrack, SearchFindsTheSegmentThatAWalkFinds)
         track.interpolation = 0;
         float time = 0.0f;
         for (int32_t i = 0; i < count; ++i) {
-            // Gaps from even to very uneven, which lead the guesses astray.
+            // Gaps from even to very uneven, which mislead the guesses.
             const float gap = static_cast<float>(random() % 1000 + 1);
             time += i % 7 == 0 ? gap * gap * 0.001f : gap * 0.01f;
             track.Key(i) = {time, static_cast<float>(random() % 100), 0.0f, 0.0f};
@@ -243,7 +243,7 @@ TEST(KRE_FloatTrack, AnyTimesOfAFileFindAKey)
         track.loop = static_cast<uint8_t>(random() % 2);
         track.loopEnd = odd[random() % 9];
         track.interpolation = 0;
-        // Between values of 1 a line gives 1, unless the place in it is no number.
+        // Between values of 1 a line gives 1, unless the position on it is NaN.
         const float value = track.Evaluate(odd[random() % 9]);
         EXPECT_TRUE(value == 1.0f || std::isnan(value)) << value;
     }

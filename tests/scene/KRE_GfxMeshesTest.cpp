@@ -77,7 +77,7 @@ TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
     for (const auto& c : cases) {
         gGfx->hardwareSkinning = c.hardwareSkinning;
         KRE_Mesh mesh;
-        mesh.processing = 2; // of before
+        mesh.processing = 2; // the old value
         Create(mesh, c.fvf, 0, c.bones);
         EXPECT_EQ(mesh.processing, c.path) << c.what;
         EXPECT_EQ(mesh.mesh->GetOptions(), c.options) << c.what;

@@ -71,7 +71,7 @@ TEST(KRE_KeyList, ATimeThatIsNoNumberGoesLastAndIsPassedOver)
     EXPECT_THAT(Values(odd), testing::ElementsAre(100.0f, -kInfinity, 1.0f, 2.0f, kInfinity));
 }
 
-/// The rule in its plainest form: walk past every key that is not later.
+/// The rule in its simplest form: walk past every key that is not later.
 static void InsertByWalk(std::vector<std::pair<float, float>>& keys, float time, float number)
 {
     size_t at = 0;
@@ -93,7 +93,7 @@ TEST(KRE_KeyList, InsertAgreesWithAPlainWalkOnRandomTimes)
             if (random() % 20 == 0)
                 time = kNaN;
             const float number = static_cast<float>(i);
-            // Some lists come from files as they are, in no order at all.
+            // Some lists come from files unchanged, in no order at all.
             if (round % 2 && i < 20) {
                 keys.Append(PosKey(time, number));
                 walked.push_back({time, number});

@@ -104,7 +104,7 @@ TEST(KRE_MaterialInfo, EachTrackWithKeysOverwritesAllFourComponentsOfItsField)
 
 TEST(KRE_MaterialInfo, TracksFollowTheTime)
 {
-    // Linear from 0 at 1 s to 8 at 5 s: 2 a second, so 4 at 3 s.
+    // Linear from 0 at 1 s to 8 at 5 s: 2 per second, so 4 at 3 s.
     KRE_MaterialInfo material;
     material.opacityTrack.SetKeyCount(2);
     material.opacityTrack.interpolation = KRE_FloatTrack::kLinear;

@@ -11,7 +11,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// A mesh over a device mesh that notes its calls.
+/// A mesh over a device mesh that records its calls.
 class FakedMesh : public testing::Test {
 protected:
     FakedMesh() : fake(new FakeMesh) { mesh.mesh = ComPointer<ID3DXMesh>::Share(fake.get()); }
@@ -238,7 +238,7 @@ TEST(KRE_MeshBase, OptimizeWithoutADeviceMeshDoesNothing)
 
 TEST_F(RealMesh, OptimizeMakesEachAttributeOneRange)
 {
-    // Six faces of the attributes 0 1 2 0 1 2 become the ranges of two faces each.
+    // Six faces with the attributes 0 1 2 0 1 2 become three ranges of two faces each.
     KRE_Mesh mesh;
     MakeStrip(mesh, 6, 3);
     D3DXATTRIBUTERANGE table[3] = {};
@@ -262,7 +262,7 @@ TEST_F(RealMesh, OptimizeMakesEachAttributeOneRange)
 namespace {
 
 /// A mesh with a material whose transparency is the time, from -10 to 10 seconds, and a node that
-/// moves along x by 1 in a second from 0 to 10.
+/// moves along x by 1 per second from 0 to 10.
 void Animate(KRE_Mesh& mesh)
 {
     mesh.AllocateMaterials(1);

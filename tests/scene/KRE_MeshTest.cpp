@@ -165,7 +165,7 @@ TEST(KRE_Mesh, AllocateBoneObjectsMakesANullPointerForEachBone)
 
 namespace {
 
-/// A mesh that stands at x = 1, with one bone. The bone's `bindTM` moves by 10 along x.
+/// A mesh at x = 1, with one bone. The bone's `bindTM` moves by 10 along x.
 class Skinned : public testing::Test {
 protected:
     Skinned()
@@ -324,7 +324,7 @@ TEST_F(Meshes, UsersOfADeviceMeshAreCountedAndTheLastOneLetsItGo)
     first->Reset();
     EXPECT_EQ(shared.GetEntry(0)->useCount, 1);
     EXPECT_EQ(References(second->mesh.Get()), 1u);
-    second->LockAll(D3DLOCK_READONLY); // it is alive
+    second->LockAll(D3DLOCK_READONLY); // it is still alive
     EXPECT_EQ(second->Face(3)[2], 5);
     second->UnlockAll();
     second.reset();

@@ -108,7 +108,7 @@ TEST_F(ResolveClonesTest, ASourceNameOfSeveralMeshesIsAWarningForAllItsClones)
     AddStrip(scene, "Sail2");
     AddStrip(scene, "Sail2");
     AddStrip(scene, "Sail2");
-    AddStrip(scene, ""); // two that nothing is a clone of
+    AddStrip(scene, ""); // two that are not clone sources
     AddStrip(scene, "");
     EXPECT_EQ(Resolve(), "");
     EXPECT_THAT(reporter.warnings,
