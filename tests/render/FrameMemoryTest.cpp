@@ -59,7 +59,7 @@ void FillScene(KRE_3dScene& scene)
 
 } // namespace
 
-// The device is one that notes nothing: notes take memory.
+// The device records nothing, because recording allocates memory.
 TEST(Frame, TakesNoMemoryAfterTheFirst)
 {
     const ScratchDirectory scratch;

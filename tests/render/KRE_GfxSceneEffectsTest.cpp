@@ -36,7 +36,7 @@ protected:
         gGfx->LoadSceneEffects(scene, directory, "scenes/one.qsa");
         Calls();
     }
-    /// Only the calls of drawing and of the effect.
+    /// Only the draw calls and the effect's calls.
     std::vector<std::string> DrawingCalls()
     {
         std::vector<std::string> kept;
@@ -298,7 +298,7 @@ TEST_F(SceneEffects, ReflectionIsToldByTheMaterial)
     gGfx->environmentTM = Shift(4, 5, 6);
     gGfx->UpdateEffectObject(effect, mesh, 1);
     EXPECT_EQ(file.matrices["TransformReflectionMap"].at(0), Shift(4, 5, 6));
-    gGfx->UpdateEffectObject(effect, mesh, 2); // no material of the mesh
+    gGfx->UpdateEffectObject(effect, mesh, 2); // not a material of the mesh
     EXPECT_EQ(file.ints["REFLECTIONMAPTYPE"], 0);
     gGfx->boundTexture[0] = nullptr;
 }

@@ -10,7 +10,7 @@ namespace {
 
 class MeshDraw : public SceneDrawing {
 protected:
-    /// The face that is culled when a mesh's materials are drawn, as a culling mode: first to last.
+    /// The culling modes with which a mesh's materials are drawn, first to last.
     std::vector<int32_t> CullModesOf(KRE_Mesh& mesh)
     {
         std::vector<int32_t> modes;
@@ -85,8 +85,9 @@ TEST_F(MeshDraw, ClipModeZeroIsDrawnWhereverItIs)
 
 // ---- Rigid meshes
 
-// With nothing known of the device each state is sent: blending by vertex, who processes, normals,
-// the place, colours, the culling of the material; at the end what the material does not touch.
+// With the device in an unknown state, each state is sent: vertex blending, vertex processing,
+// normals, the world matrix, colours, the material's culling; at the end the states that the
+// material does not touch.
 TEST_F(MeshDraw, RigidMeshSendsItsStatesInOrder)
 {
     KRE_Mesh& mesh = AddMesh("box");
@@ -102,7 +103,7 @@ TEST_F(MeshDraw, RigidMeshSendsItsStatesInOrder)
                             "SetRenderState D3DRS_ZWRITEENABLE 1"));
 }
 
-// Pivot: one to the right. Own matrix: doubled. Parent: five deeper. So x goes to 2 * (x + 1).
+// Pivot: one to the right. Own matrix: scaled by 2. Parent: five deeper. So x becomes 2 * (x + 1).
 TEST_F(MeshDraw, RigidMeshStandsAtPivotTimesWorldTimesParent)
 {
     KRE_Mesh& mesh = AddMesh("box");
@@ -331,7 +332,7 @@ TEST_F(MeshDraw, NoMaterialsBindsNothingAtAll)
 {
     KRE_Mesh& mesh = AddMesh("box", 2);
     PutPicture(mesh, 0);
-    mesh.materials[1].transparency = 1.0f; // is left out all the same
+    mesh.materials[1].transparency = 1.0f; // is skipped regardless
     mesh.materials[0].twoSided = 1;
     gGfx->ResetStateCache();
     gGfx->SetBlendMode(1, 255, 0);
@@ -387,7 +388,8 @@ TEST_F(MeshDraw, EverythingIsPutBack)
 
 // ---- Skinned meshes
 
-// Entry 1 shifts by bind and bone; entry 2 was not found. Parent: doubled. The pivot has no part.
+// Entry 1 shifts by bind and bone; entry 2 was not found. Parent: scaled by 2. The pivot is not
+// used.
 TEST_F(SkinDraw, PaletteGoesOutBetweenSwitchingOnAndOff)
 {
     KRE_3dObject& bone = AddObject(Shift(0, 3, 0));

@@ -55,7 +55,7 @@ TEST_F(SceneDraw, NullSceneIsAWarningAndGivesZero)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-// Camera, mirror, background, what holds for all meshes, the meshes, markers, and all of it back.
+// Camera, mirror, background, states for all meshes, the meshes, markers, and the states restored.
 TEST_F(SceneDraw, FrameSendsItsStepsInOrder)
 {
     AddMesh("box");
@@ -148,7 +148,7 @@ TEST_F(SceneDraw, ActiveCameraLooksThroughTheScenesOwnMatrix)
     gGfx->GetViewPosition(eye);
     EXPECT_NEAR(eye.x, 2.0f, 1e-5f);
     EXPECT_NEAR(eye.z, 50.0f, 1e-4f);
-    // cot(fov / 2), the field of view being 2
+    // cot(fov / 2) with a field of view of 2
     EXPECT_NEAR(gGfx->projection._22, 1.0f / std::tan(1.0f), 1e-5f);
 }
 
@@ -183,7 +183,7 @@ TEST_F(SceneDraw, MirroredViewTurnsXAndFacesForTheFrameAlone)
     EXPECT_EQ(gGfx->cullMode, -1);
 }
 
-// ---- What the view does not show
+// ---- Outside the view
 
 TEST_F(SceneDraw, SceneOutsideTheViewGivesZeroAndLeavesTheViewAsItWas)
 {
@@ -349,12 +349,12 @@ TEST_F(SceneDraw, DarkLightsAreLeftOutButCount)
                                                     "LightEnable 0 0", "LightEnable 2 0"));
 }
 
-// The types of the device are 1 to 3.
+// The device's light types are 1 to 3.
 TEST_F(SceneDraw, LightsOfNoTypeOfTheDeviceAreLeftOutButCount)
 {
     for (const DWORD type : {0u, 1u, 4u, 3u, 7u, 0x7FFFFFFFu, 2u})
         AddLight().light.Type = static_cast<D3DLIGHTTYPE>(type);
-    std::string enabled; // what effects take lights by
+    std::string enabled; // from which effects take their lights
     DeviceMesh(AddMesh("box")).onDraw = [&] {
         for (const int32_t on : gGfx->cache.lightEnable)
             enabled += on == 1 ? '1' : '-';
@@ -409,7 +409,7 @@ TEST_F(SceneDraw, NineLightsAreTheMostThatMayBeOn)
     EXPECT_EQ(Draw(), 1);
 }
 
-// ---- Drawing in points
+// ---- Point drawing
 
 TEST_F(SceneDraw, PointsAreTwoPixelsAtAnyDistance)
 {
@@ -504,7 +504,7 @@ TEST_F(SortedDraw, EqualDepthsHaveOneOrderHoweverManyThereAre)
     for (int i = 0; i < 100; ++i)
         AddMesh(std::to_string(i).c_str(), 1, i % 2 ? 10.0f : 20.0f);
     std::vector<std::string> expected;
-    for (const int odd : {0, 1}) { // the farther ones have even numbers; the last one comes first
+    for (const int odd : {0, 1}) { // the far ones have even numbers; the last one comes first
         for (int i = 98 + odd; i >= 0; i -= 2)
             expected.push_back(std::to_string(i));
     }
