@@ -114,7 +114,7 @@ bool FindsPicture(const ScratchDirectory& scratch, const std::string& picture)
 
 } // namespace
 
-// The folder of textures is searched for the leaf name, the base folder for the name as it stands.
+// The folder of textures is searched for the leaf name, the base folder for the name as given.
 TEST(Program, DefaultPathsOfTheRegistryAreSearched)
 {
     const ScratchDirectory scratch;
