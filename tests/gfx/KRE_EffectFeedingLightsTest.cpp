@@ -125,7 +125,7 @@ TEST_F(EffectLights, ZeroToNineLightsOfMixedKindsArePacked)
     }
 }
 
-TEST_F(EffectLights, SevenPointLightsLeaveTheSeventhOut)
+TEST_F(EffectLights, SeventhPointLightIsIgnored)
 {
     Load();
     Light("ppppppp");
@@ -133,7 +133,7 @@ TEST_F(EffectLights, SevenPointLightsLeaveTheSeventhOut)
     EXPECT_EQ(Taken("OmniLightDiffCol"), "123456");
 }
 
-TEST_F(EffectLights, NinthLightIsNotLookedAt)
+TEST_F(EffectLights, NinthLightIsIgnored)
 {
     Load();
     Add(8, D3DLIGHT_POINT);
@@ -141,7 +141,7 @@ TEST_F(EffectLights, NinthLightIsNotLookedAt)
     EXPECT_EQ(file.ints["NumOmniLights"], 0);
 }
 
-TEST_F(EffectLights, ValuesOfALightAndZerosBehindIt)
+TEST_F(EffectLights, ValuesOfALightAndZerosAfterIt)
 {
     Load();
     Light("-p-d");
@@ -187,7 +187,7 @@ TEST_F(EffectLights, LightingOffShowsTheUnlitColorAndTakesNoLight)
     EXPECT_EQ(Taken("OmniLightDiffCol"), "000000");
 }
 
-TEST_F(EffectLights, CacheLetsOneUpdateThroughInAFrame)
+TEST_F(EffectLights, CacheAllowsOneUpdatePerFrame)
 {
     Load();
     const auto updates = [&] {

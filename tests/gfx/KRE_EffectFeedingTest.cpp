@@ -143,7 +143,7 @@ TEST_F(EffectFrame, ParametersThatAreMissingAreNotSet)
     EXPECT_FALSE(gfx.screenQuarterBuffers[0]);
 }
 
-TEST_F(EffectFrame, NamesAreSpelledAsTheyAre)
+TEST_F(EffectFrame, NamesAreCaseSensitive)
 {
     file.AddParameters({"world", "OPACITY", "Time"});
     Load();

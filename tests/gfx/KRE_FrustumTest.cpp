@@ -87,7 +87,7 @@ TEST(Frustum, SidesAreThoseOfClipSpace)
 }
 
 // 90 degrees wide and high: the sides slope by 45 degrees. Near 1, far 100.
-TEST(Frustum, DistanceIsInUnitsOfTheWorld)
+TEST(Frustum, DistanceIsInWorldUnits)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -131,7 +131,7 @@ TEST(Frustum, FollowsBothMatrices)
 }
 
 // A new engine may reuse the memory of an earlier one, with that one's matrices still in it.
-TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotTakenForItsOwn)
+TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotReused)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -145,7 +145,7 @@ TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotTakenForItsOwn)
     }
 }
 
-TEST(Frustum, PlanesThatDoNotExistHaveEverythingOnThem)
+TEST(Frustum, PlanesThatDoNotExistContainEverything)
 {
     D3DXMATRIX view;
     D3DXMatrixIdentity(&view);
@@ -156,7 +156,7 @@ TEST(Frustum, PlanesThatDoNotExistHaveEverythingOnThem)
         EXPECT_EQ(frustum.Distance(side, {1, 2, 3}), 0.0);
 }
 
-TEST(Frustum, MatricesThatAreNoNumbersAreSurvived)
+TEST(Frustum, SurvivesMatricesThatAreNotNumbers)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);

@@ -47,7 +47,7 @@ TEST_F(KRE_GfxCameraTest, QuirkAPivotMovesTheDirectionAsAPoint)
     ExpectView({{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {-1, -2, -5, 1}});
 }
 
-TEST_F(KRE_GfxCameraTest, TheExtraMatrixCarriesTheCamera)
+TEST_F(KRE_GfxCameraTest, TheExtraMatrixMovesTheCamera)
 {
     // A move by (0, 0, 3): the eye from the origin to (0, 0, 3), the direction to (0, 0, 2).
     KRE_Camera camera;
@@ -58,7 +58,7 @@ TEST_F(KRE_GfxCameraTest, TheExtraMatrixCarriesTheCamera)
     ExpectView({{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, -3, 1}});
 }
 
-TEST_F(KRE_GfxCameraTest, SetCameraTakesItsFieldOfViewAndTheNearAndFarOfBefore)
+TEST_F(KRE_GfxCameraTest, SetCameraTakesItsFieldOfViewAndKeepsNearAndFar)
 {
     gfx.SetProjection(2, 50, 1, 1);
     gfx.viewport.Width = 640;

@@ -44,7 +44,7 @@ TEST_F(FontBuilding, DeviceWithoutTheFormatGetsSixteenBits)
     EXPECT_EQ(Pixel(12, 12), 0xF090D0F0u);
 }
 
-TEST_F(FontBuilding, CellsStandInRowsOfTwentyOne)
+TEST_F(FontBuilding, CellsAreInRowsOfTwentyOne)
 {
     static const struct {
         char what;
@@ -103,7 +103,7 @@ TEST_F(FontBuilding, BlankAndTheGapsBetweenCellsAreClear)
     }
 }
 
-TEST_F(FontBuilding, LettersOfTheSheetAreThoseOfTheirCells)
+TEST_F(FontBuilding, EachCellOfTheSheetHoldsItsLetter)
 {
     // H is glyph 40 at (114, 6): two posts and the bar in the third row.
     for (int32_t row = 0; row < 5; ++row) {
@@ -114,7 +114,7 @@ TEST_F(FontBuilding, LettersOfTheSheetAreThoseOfTheirCells)
     }
 }
 
-TEST_F(FontBuilding, SmallLettersTakeTheBlanksCell)
+TEST_F(FontBuilding, LowerCaseLettersUseTheBlankCell)
 {
     for (char c : {'^', '_', 'a', 'm', 'z', '{'}) {
         const KRE_Font::GlyphRect& rect = font.glyphRects[c - 0x20];
@@ -127,7 +127,7 @@ TEST_F(FontBuilding, SmallLettersTakeTheBlanksCell)
     EXPECT_EQ(font.glyphRects['|' - 0x20].right, 0) << "behind them there is nothing";
 }
 
-TEST_F(FontBuilding, MetricsAreTheFontsOwn)
+TEST_F(FontBuilding, BuildingResetsTheMetrics)
 {
     font.leftBearing[5] = 3.0f;
     font.rightBearing[7] = 3.0f;
@@ -145,7 +145,7 @@ TEST_F(FontBuilding, MetricsAreTheFontsOwn)
     EXPECT_EQ(font.rightBearing[7], 0.0f);
 }
 
-TEST_F(FontBuilding, FreedFontGivesTheSheetBack)
+TEST_F(FontBuilding, FreedFontReleasesTheSheet)
 {
     EXPECT_EQ(gfx.textureManager.GetCount(), 1);
     font.Free();
@@ -156,7 +156,7 @@ TEST_F(FontBuilding, FreedFontGivesTheSheetBack)
     font.Free();
 }
 
-TEST_F(FontBuilding, SheetLivesThroughAReset)
+TEST_F(FontBuilding, SheetSurvivesAReset)
 {
     IDirect3DTexture9* sheet = font.texture->current;
     gfx.ResetDevice(nullptr);
@@ -177,7 +177,7 @@ TEST_F(FontBuilding, CurrentFontTakesScaleAndColorIfTheyAreGiven)
     EXPECT_EQ(font.color, 0x80102030u) << "a colour without alpha";
 }
 
-TEST_F(FontBuilding, FontThatCannotBeDrawnWithIsAnError)
+TEST_F(FontBuilding, FontThatIsNotReadyIsAnError)
 {
     const KRE_Font* before = gfx.currentFont;
     EXPECT_EQ(RaisedBy([&] { gfx.SetFont(nullptr, 0.0f, 0); }), "Tried to set invalid font");

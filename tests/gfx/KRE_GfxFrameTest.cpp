@@ -54,7 +54,7 @@ TEST_F(Frame, HeightAloneCountsAsAResize)
     EXPECT_EQ(gfx.backBuffer.height, 47);
 }
 
-TEST_F(Frame, FullScreenDoesNotLookAtTheWindow)
+TEST_F(Frame, FullScreenIgnoresTheWindow)
 {
     const D3DDISPLAYMODE mode = {640, 480, 60, D3DFMT_X8R8G8B8};
     Start(&mode);
@@ -63,7 +63,7 @@ TEST_F(Frame, FullScreenDoesNotLookAtTheWindow)
     EXPECT_THAT(CallsOf("Reset"), IsEmpty());
 }
 
-TEST_F(Frame, LostDeviceIsNoErrorAndDropsTheFrame)
+TEST_F(Frame, LostDeviceDropsTheFrameWithoutAnError)
 {
     Start();
     FailNext("Present", D3DERR_DEVICELOST);
@@ -120,7 +120,7 @@ TEST_F(Frame, RateIsTakenOverTheLastSecond)
     EXPECT_EQ(gfx.GetFramesPerSecond(), 40.0f);
 }
 
-TEST_F(Frame, RateOfASlowProgramIsTakenFromTheNewestSampleBack)
+TEST_F(Frame, RateIsNotANumberWhenOnlyOneSampleIsRecent)
 {
     // With samples two seconds apart, no older one is within the last second.
     std::vector<double> times;

@@ -48,7 +48,7 @@ int Distance(D3DCOLOR a, D3DCOLOR b)
 
 } // namespace
 
-TEST_F(PrintfPicture, EachLetterStandsOnItsPixels)
+TEST_F(PrintfPicture, EachLetterCoversItsPixels)
 {
     // Every glyph at (3, 3) and one after it: inside the cell the sheet's pixels, or the background
     // where the sheet is clear; around it the background.
@@ -77,7 +77,7 @@ TEST_F(PrintfPicture, EachLetterStandsOnItsPixels)
     }
 }
 
-TEST_F(PrintfPicture, ClipBoxCutsLetters)
+TEST_F(PrintfPicture, ClipBoxClipsLetters)
 {
     gfx->printf.maxWidth = 3.0f;
     gfx->BeginScene();
@@ -91,7 +91,7 @@ TEST_F(PrintfPicture, ClipBoxCutsLetters)
     }
 }
 
-TEST_F(PrintfPicture, HalfClearTextLetsTheBackgroundThrough)
+TEST_F(PrintfPicture, HalfTransparentTextLetsTheBackgroundThrough)
 {
     gfx->BuildFont(font, 0xFFFFFFFF, 0xFFFFFFFF);
     font.color = 0x80FF0000;

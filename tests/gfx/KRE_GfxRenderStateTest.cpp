@@ -173,7 +173,7 @@ TEST_F(RenderState, CullModeReachesTheDeviceAgainAfterACacheReset)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(RenderState, CacheResetMakesEveryShadowUnknown)
+TEST_F(RenderState, CacheResetMakesEveryValueUnknown)
 {
     gfx.BeginScene();
     gfx.textureMatrix[3]._11 = 7.0f;

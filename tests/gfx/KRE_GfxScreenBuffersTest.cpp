@@ -202,7 +202,7 @@ TEST_F(ScreenBuffers, CopyThatCannotBeMadeIsAnError)
 
 // ---- Reset
 
-TEST_F(ScreenBuffers, ResetTakesAllOfThemAndTheyComeBackInTheNewSize)
+TEST_F(ScreenBuffers, ResetReleasesAllAndTheyAreRecreatedInTheNewSize)
 {
     gfx.effectCacheOn = 1;
     gfx.GetScreenCopyTexture();
@@ -224,7 +224,7 @@ TEST_F(ScreenBuffers, ResetTakesAllOfThemAndTheyComeBackInTheNewSize)
     EXPECT_EQ(DescriptionOf(copy).Width, 40u);
 }
 
-TEST_F(ScreenBuffers, ResetMakesPostEffectsAnewWhereTheyWereReady)
+TEST_F(ScreenBuffers, ResetRecreatesPostEffectsThatWereReady)
 {
     gfx.InitPostRenderEffects();
     window.Resize(40, 24);

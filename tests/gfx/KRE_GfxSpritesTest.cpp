@@ -61,7 +61,7 @@ constexpr float kQuarterTurn = std::numbers::pi_v<float> / 2;
 
 // The first corner is 0.25 above and left of the requested place; the sides are 0.02 shorter than
 // the picture: 15.98 by 7.98.
-TEST_F(Sprites, StandsWithItsCornerAtThePlace)
+TEST_F(Sprites, HasItsCornerAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 1.0f, 1.0f);
     ExpectCorners({{99.75f, 57.73f}, {99.75f, 49.75f}, {115.73f, 57.73f}, {115.73f, 49.75f}},
@@ -77,7 +77,7 @@ TEST_F(Sprites, ScalesItsSides)
 }
 
 // The hot spot (8, 4) is scaled too: the corner is (16, 12) before the place.
-TEST_F(Sprites, StandsWithItsHotSpotAtThePlace)
+TEST_F(Sprites, HasItsHotSpotAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 2.0f, 3.0f, 8.0f, 4.0f);
     ExpectCorners({{83.75f, 61.73f}, {83.75f, 37.75f}, {115.73f, 61.73f}, {115.73f, 37.75f}},
@@ -196,7 +196,7 @@ TEST_F(Sprites, QuirkKeptDepthIsSwitchedOnAfterwards)
     EXPECT_EQ(gfx.zDisableCount, 0);
 }
 
-TEST_F(Sprites, DisabledDrawingKeepsTheStateWork)
+TEST_F(Sprites, DisabledDrawingStillSetsStates)
 {
     gfx.drawDisabled = 1;
     gfx.DrawSprite(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);

@@ -69,7 +69,7 @@ TEST_F(VertexLists, SoftwareProcessingIsPartOfTheUsage)
     EXPECT_EQ(list.info.processing, 0);
 }
 
-TEST_F(VertexLists, ListThatIsMadeAnewLosesItsVerticesAndTheirLock)
+TEST_F(VertexLists, RecreatedListLosesItsVerticesAndTheirLock)
 {
     gfx.CreateVertexList(&list, 3, -1, 1);
     list.Lock(0, 3, 0);
@@ -154,7 +154,7 @@ TEST_F(VertexLists, SkinningEffectBlendsUpToItsLimit)
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(kBlended), 0, 0), 0) << "left to the hardware";
 }
 
-TEST_F(VertexLists, EffectAloneNeedsAnEffectThatCan)
+TEST_F(VertexLists, ForEffectNeedsACapableEffect)
 {
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZ), 0, 1), 0);
     gfx.skinningEffect = effect;

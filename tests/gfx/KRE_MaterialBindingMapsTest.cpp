@@ -426,7 +426,7 @@ TEST_F(MapStages, TintedAdditiveBlendTakesTheTintsStagesBack)
 
 // The blend is set on the stage of the tint and switches off the alpha of the stage above, which is
 // the map's: the map's alpha is not used.
-TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionTakesNoAlphaOfTheMap)
+TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionIgnoresTheMapsAlpha)
 {
     Put(StageReflection, StageDiffuse);
     gfx.tintColor = kTint;
@@ -460,7 +460,7 @@ TEST_F(MapStages, TypeThatDoesNotExistIsAnError)
     EXPECT_EQ(BindError(), "Invalid type of texture stage 0: -1");
 }
 
-TEST_F(MapStages, BadMaterialLeavesTheStatesWithTheDevice)
+TEST_F(MapStages, StatesReachTheDeviceAfterABadMaterial)
 {
     Put(StageDiffuse, StageReflection);
     BindError();
@@ -579,7 +579,7 @@ TEST_F(MapStages, ReflectionOf0995IsFullAndOf0994IsNot)
     EXPECT_EQ(gfx.cache.stageState[0][D3DTSS_COLOROP], int32_t{D3DTOP_MODULATE});
 }
 
-TEST_F(MapStages, OnlyTheSlotsThatAreWalkedCountAsAbove)
+TEST_F(MapStages, OnlySlotsThatAreBoundCountAsAbove)
 {
     Put(StageReflection, StageModulate);
     gfx.materialStages = 1;
@@ -706,7 +706,7 @@ TEST_F(MapStages, SphereUnderADiffuseMapJoinsAsAReflection)
     EXPECT_EQ(gfx.cache.stageState[1][D3DTSS_COLORARG0], D3DTA_CURRENT);
 }
 
-TEST_F(MapStages, SphereWithAViewThatHasNoInverseStandsStill)
+TEST_F(MapStages, SphereWithAViewThatHasNoInverseUsesTheIdentity)
 {
     gfx.SetViewMatrix(D3DXMATRIX(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
     Put(StageSphere, kNone);

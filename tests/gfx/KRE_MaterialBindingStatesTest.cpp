@@ -181,7 +181,7 @@ TEST_F(MaterialStates, BlendsOnStageZero)
                                        "SetTextureStageState 1 D3DTSS_ALPHAOP D3DTOP_DISABLE"}));
 }
 
-TEST_F(MaterialStates, QuirkUnknownTypeIsToldByTheFirstWordOfTheRecord)
+TEST_F(MaterialStates, QuirkUnknownTypeIsReportedAsTheFirstWordOfTheRecord)
 {
     info.transparencyType = 3;
     info.diffuse.r = 1.0f; // 0x3F800000

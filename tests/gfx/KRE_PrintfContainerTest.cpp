@@ -42,7 +42,7 @@ TEST_F(PrintfContainer, TextWithoutAFontIsAnError)
     EXPECT_EQ(gfx.printf.lines.Count(), 0);
 }
 
-TEST_F(PrintfContainer, FreedOneIsMadeAnewWithTheDevice)
+TEST_F(PrintfContainer, FreedOneIsRecreatedWithTheDevice)
 {
     Lay("A");
     gfx.printf.Free();
@@ -135,7 +135,7 @@ TEST_F(Images, CatalogueComesBeforeFiles)
     EXPECT_EQ(image, gfx->catalogue.GetTexture("icon"));
 }
 
-TEST_F(Images, NameOfTheCatalogueMayHoldBlanks)
+TEST_F(Images, CatalogueNameMayContainSpaces)
 {
     directory.Write("other.bmp", PlainBmp(4, 4, 0x222222));
     gfx->catalogue.AddTexture("my icon", "other.bmp", 0, true);
@@ -147,14 +147,14 @@ TEST_F(Images, NameThatNoCatalogueCanHoldIsLookedUpAsAFile)
     EXPECT_STREQ(Lay("|i'\xE9'").entities.Get(0)->text.c_str(), "<not found:'\xE9'>");
 }
 
-TEST_F(Images, FileThatIsNoPictureIsAnError)
+TEST_F(Images, FileThatIsNotAPictureIsAnError)
 {
     directory.Write("icon.bmp", "no picture");
     gfx->printf.PushOptions(options);
     EXPECT_NE(ErrorText([&] { gfx->printf.AddText("|i'icon.bmp'"); }), "");
 }
 
-TEST_F(Images, TallImageStandsOnTheBaseline)
+TEST_F(Images, TallImageIsOnTheBaseline)
 {
     directory.Write("tall.bmp", PlainBmp(4, 16, 0x336699));
     const PrintfLine& line = Lay("A|s05|i'tall.bmp'|RB");

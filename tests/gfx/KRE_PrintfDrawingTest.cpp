@@ -92,7 +92,7 @@ TEST_F(PrintfDrawing, LeftBearingMovesTheLetterAndBothNarrowIt)
     EXPECT_FLOAT_EQ(quads[1].left, 18.75f); // 10 + ((1 - 0.5 - 1) + 5) * 2 - 0.25
 }
 
-TEST_F(PrintfDrawing, SmallPieceStandsOnTheBaselineOfALargeOne)
+TEST_F(PrintfDrawing, SmallPieceIsOnTheBaselineOfALargeOne)
 {
     Lay("A|s20B");
     gfx.printf.Draw(0.0f, 10.0f);
@@ -123,7 +123,7 @@ TEST_F(PrintfDrawing, ColorTakesTheAlphaOfTheOptions)
     }
 }
 
-TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenPutBack)
+TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenRestored)
 {
     font.scale = 2.0f;
     options.shadow = 1;
@@ -140,7 +140,7 @@ TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenPutBack)
     EXPECT_FLOAT_EQ(quads[3].left, 21.75f) << "12 pixels further";
 }
 
-TEST_F(PrintfDrawing, ViewIsKeptAndPutBack)
+TEST_F(PrintfDrawing, ViewIsSavedAndRestored)
 {
     gfx.SetCullMode(1);
     gfx.SetViewport(8, 4, 40, 30, 0.25f, 0.75f);
@@ -303,7 +303,7 @@ TEST_F(PrintfDrawing, PiecesOfOneFontAreDrawnAtOnce)
                             "SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(PrintfDrawing, OtherFontIsABatchOfItsOwn)
+TEST_F(PrintfDrawing, AnotherFontStartsABatch)
 {
     KRE_Font second;
     gfx.BuildFont(second, 0xFFFFFFFF, 0xFF000000);
@@ -356,7 +356,7 @@ TEST_F(PrintfDrawing, CharacterWithoutAPictureOnlyMovesThePen)
     EXPECT_FLOAT_EQ(quads[2].left, 6.75f); // 6 for A, 1 for the bar
 }
 
-TEST_F(PrintfDrawing, BytesBehindTheFontTakeTheSpacing)
+TEST_F(PrintfDrawing, BytesBeyondTheFontTakeTheSpacing)
 {
     Lay("\x80\xFF"
         "A");
@@ -364,7 +364,7 @@ TEST_F(PrintfDrawing, BytesBehindTheFontTakeTheSpacing)
     EXPECT_FLOAT_EQ(Quads(3)[2].left, 1.75f); // 1 for each of the two
 }
 
-TEST_F(PrintfDrawing, ControlCharactersAreNotPut)
+TEST_F(PrintfDrawing, ControlCharactersAreNotDrawn)
 {
     gfx.printf.SetFont(&font);
     gfx.printf.penX = 5.0f;

@@ -12,7 +12,7 @@ protected:
 
 } // namespace
 
-TEST_F(Layout, LinesFollowInTheFontsStep)
+TEST_F(Layout, LinesFollowAtTheFontsLineSpacing)
 {
     const PrintfArea area = Lay("AB|NC|N");
     ASSERT_EQ(gfx.printf.lines.Count(), 3) << "a line feed at the end leaves an empty line";
@@ -30,7 +30,7 @@ TEST_F(Layout, LinesFollowInTheFontsStep)
     EXPECT_FLOAT_EQ(area.bottom, 18.0f);
 }
 
-TEST_F(Layout, TextsStandBelowEachOther)
+TEST_F(Layout, TextsAreBelowEachOther)
 {
     gfx.printf.PushOptions(options);
     gfx.printf.AddText("A|NB");
@@ -43,7 +43,7 @@ TEST_F(Layout, TextsStandBelowEachOther)
     EXPECT_FLOAT_EQ(Line(2).y, 12.0f);
 }
 
-TEST_F(Layout, LargestPieceMakesTheLinesHeight)
+TEST_F(Layout, LargestPieceSetsTheLineHeight)
 {
     Lay("A|s30B|RC|ND");
     EXPECT_FLOAT_EQ(Line(0).ascent, 9.999f);  // three times 0.6666 * 5
@@ -52,7 +52,7 @@ TEST_F(Layout, LargestPieceMakesTheLinesHeight)
     EXPECT_EQ(Piece(0, 2).x, 24.0f); // 6 and 18
 }
 
-TEST_F(Layout, AlignedLinesStandWithinTheWidest)
+TEST_F(Layout, AlignedLinesAreWithinTheWidest)
 {
     // The widest line is 24 pixels; one of 6 leaves 18.
     static const struct {
@@ -74,7 +74,7 @@ TEST_F(Layout, AlignedLinesStandWithinTheWidest)
     }
 }
 
-TEST_F(Layout, AlignedLinesStandWithinTheMaximumWidth)
+TEST_F(Layout, AlignedLinesAreWithinTheMaximumWidth)
 {
     gfx.printf.maxWidth = 100.0f;
     const PrintfArea area = Lay("|LAA|N|TB|N|LCCCCCCCCCCCCCCCCCCCC");
@@ -123,7 +123,7 @@ TEST_F(Layout, TabsGoToTheNextStop)
     EXPECT_STREQ(Piece(0, 3).text.c_str(), "G");
 }
 
-TEST_F(Layout, FontsScaleCountsForLayout)
+TEST_F(Layout, LayoutUsesTheFontsScale)
 {
     font.scale = 4.0f;
     Lay("AB|NC");

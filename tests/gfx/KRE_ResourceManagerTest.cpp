@@ -88,7 +88,7 @@ TEST_F(ResourceManagerTest, EmptyNameIsAnError)
     EXPECT_EQ(RaisedBy([&] { manager.Acquire(nullptr); }), "Invalid file name in Acquire!");
 }
 
-TEST_F(ResourceManagerTest, NamesAreCutAtTheirField)
+TEST_F(ResourceManagerTest, NamesAreTruncatedToTheirField)
 {
     manager.Add(&objects[0], std::string(300, 'n').c_str());
     EXPECT_EQ(manager.GetEntry(0)->name, std::string(255, 'n'));

@@ -128,7 +128,7 @@ TEST_F(EffectPasses, PassWithoutATargetDrawsWhereItIs)
                             "EndPass", "End"));
 }
 
-TEST_F(EffectPasses, TargetIsReplacedForThePassAlone)
+TEST_F(EffectPasses, TargetIsReplacedOnlyForThePass)
 {
     file.AddTechnique({{"ScreenBuffer2"}, {"Initial"}, {"ScreenQuarterBuffer1"}});
     ComPointer<IDirect3DSurface9> before;
@@ -152,7 +152,7 @@ TEST_F(EffectPasses, TargetIsReplacedForThePassAlone)
 
 // The screen as an effect sees it has changed then, so it is copied again, even if it is copied
 // once a frame.
-TEST_F(EffectPasses, PassIntoABufferIsASubFrameOfItsOwn)
+TEST_F(EffectPasses, PassIntoABufferStartsASubFrame)
 {
     file.AddTechnique({{"ScreenBuffer2"}, {"Initial"}, {}, {"ScreenQuarterBuffer1"}});
     gfx.effectCacheOn = 1;
@@ -180,7 +180,7 @@ TEST_F(EffectPasses, PassIntoABufferIsASubFrameOfItsOwn)
     effect.End();
 }
 
-TEST_F(EffectPasses, InitialPutsTheSavedTargetBack)
+TEST_F(EffectPasses, InitialRestoresTheSavedTarget)
 {
     file.AddTechnique({{"ScreenBuffer1"}, {"Initial"}});
     Load(effect);

@@ -113,7 +113,7 @@ TEST(KRE_Surface, AReadOutsideTheLockedRectangleLeavesTheOutputAlone)
     EXPECT_EQ(s.stub->bytes, std::vector<uint8_t>(64, 0x77));
 }
 
-TEST(KRE_Surface, CoordinatesAreThoseOfThePictureAlsoWithARectangle)
+TEST(KRE_Surface, CoordinatesAreThoseOfThePictureEvenWithARectangle)
 {
     SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
     const RECT area = {1, 1, 2, 2};
@@ -123,7 +123,7 @@ TEST(KRE_Surface, CoordinatesAreThoseOfThePictureAlsoWithARectangle)
     EXPECT_EQ(color, 4u);
 }
 
-TEST(KRE_Surface, ARectangleBeyondThePictureEndsWithIt)
+TEST(KRE_Surface, ARectangleBeyondThePictureIsClippedToIt)
 {
     SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
     const RECT area = {0, 0, 100, 100};
@@ -165,7 +165,7 @@ TEST(KRE_Surface, FillOfACompressedPictureIsAnError)
               "Can not fill a picture of compressed format (827611204)"); // 'DXT1'
 }
 
-TEST(KRE_Surface, CompressedPixelsLieInBlocksOfFourByFour)
+TEST(KRE_Surface, CompressedPixelsAreInBlocksOfFourByFour)
 {
     // 8 by 8 pixels: two rows of two DXT1 blocks of one colour each: red, green, blue, black.
     std::vector<uint8_t> bytes;
@@ -241,7 +241,7 @@ TEST(KRE_Surface, CompressedPixelsOfAPlainFormatArePlainPixels)
     EXPECT_EQ(color, 2u);
 }
 
-TEST(KRE_Surface, CompressedFormatsLeaveTheBytesOfAPixelAsTheyWere)
+TEST(KRE_Surface, CompressedFormatsLeaveTheBytesPerPixelUnchanged)
 {
     SurfaceOverBytes s(D3DFMT_R5G6B5, 4, 4, 8, std::vector<uint8_t>(32));
     s.surface.SetSurface(ComPointer<IDirect3DSurface9>::Adopt(
@@ -276,7 +276,7 @@ TEST(KRE_Surface, FailuresOfTheDeviceAreErrorsWithTheirNames)
               "GetDesc failed: D3DERR_INVALIDCALL");
 }
 
-TEST(KRE_Surface, FreeReleasesWhatItIsTheLastUserOf)
+TEST(KRE_Surface, FreeReleasesASurfaceAsItsLastUser)
 {
     const int before = FakeObjectsAlive();
     KRE_ResourceManager manager;
@@ -318,7 +318,7 @@ TEST(HasAlpha, QuirkAlphaOfOnly0And255IsNoAlpha)
     EXPECT_EQ(s.surface.alphaState, 0);
 }
 
-TEST(HasAlpha, LooksAtAGridOfSamples)
+TEST(HasAlpha, SamplesAGrid)
 {
     // A side of 8: 8 / 16 = 0, so 4 samples with step 2; 8 mod 4 is 0, so they start at 1: 1, 3, 5, 7.
     const auto isSample = [](int at) { return at % 2 == 1; };
@@ -396,7 +396,7 @@ TEST(HasAlpha, WorksForEverySideFrom1To1100)
     }
 }
 
-TEST(HasAlpha, IsFoundOutOnce)
+TEST(HasAlpha, IsDeterminedOnce)
 {
     SurfaceOverBytes s = MakeAlphaPicture(8, [](int, int) { return 255; });
     EXPECT_FALSE(s.surface.HasAlpha());
@@ -404,7 +404,7 @@ TEST(HasAlpha, IsFoundOutOnce)
     EXPECT_FALSE(s.surface.HasAlpha());
 }
 
-TEST(HasAlpha, OnlySomeFormatsAreLookedAt)
+TEST(HasAlpha, OnlySomeFormatsAreSampled)
 {
     static const struct {
         const char* what;

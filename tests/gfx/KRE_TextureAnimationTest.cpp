@@ -30,7 +30,7 @@ std::pair<float, float> Apply(const D3DMATRIX& m, float u, float v)
 
 } // namespace
 
-TEST(KRE_TextMatrixAni, TracksWithoutKeysStandAtTheirConstants)
+TEST(KRE_TextMatrixAni, TracksWithoutKeysStayAtTheirConstants)
 {
     Ani ani;
     const float expected[] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};
@@ -51,7 +51,7 @@ TEST(KRE_TextMatrixAni, TracksWithKeysLeaveTheirConstants)
     EXPECT_EQ(ani.Evaluate(Ani::kTileV, 0.5f), 3.0f);
 }
 
-TEST(SetMatrixFromTrack, TheSetThatChangesNothingIsNoMatrix)
+TEST(SetMatrixFromTrack, ValuesThatChangeNothingGiveNoMatrix)
 {
     KRE_Texture texture;
     texture.SetMatrixFromTrack(0.5f, 0.0f, 1.0f, 1.0f, 0.0f);

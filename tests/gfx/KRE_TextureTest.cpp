@@ -150,7 +150,7 @@ TEST(KRE_Texture, CreateSequenceGivesEmptyFrames)
     EXPECT_EQ(texture.frameIndex, -1);
 }
 
-TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessToldToKeepThem)
+TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessAskedToKeepThem)
 {
     const int before = FakeObjectsAlive();
     TextureOverStub t(D3DFMT_L8, 8, 4);
@@ -234,7 +234,7 @@ TEST(KRE_Texture, ASharedPictureIsReleasedByItsLastUser)
     EXPECT_EQ(manager.GetCount(), 0);
 }
 
-TEST(KRE_Texture, APictureThatAResetTookAwayIsNotReleasedAgain)
+TEST(KRE_Texture, APictureReleasedByAResetIsNotReleasedAgain)
 {
     KRE_ResourceManager manager;
     KRE_Texture texture;
@@ -246,7 +246,7 @@ TEST(KRE_Texture, APictureThatAResetTookAwayIsNotReleasedAgain)
     EXPECT_EQ(manager.GetCount(), 0);
 }
 
-TEST(KRE_Texture, PutTextureGivesBackWhatWasThere)
+TEST(KRE_Texture, PutTextureReleasesThePreviousPicture)
 {
     const int before = FakeObjectsAlive();
     TextureOverStub t(D3DFMT_L8, 8, 4);
@@ -299,7 +299,7 @@ TEST(KRE_Texture, APictureWithHardAlphaHasAlphaByFormatButNotBySamples)
     EXPECT_FALSE(t.texture.HasAlpha());
 }
 
-TEST(KRE_Texture, RefreshForgetsTheAlphaOfThePictureBefore)
+TEST(KRE_Texture, RefreshForgetsTheAlphaOfThePreviousPicture)
 {
     TextureOverStub t(D3DFMT_A8R8G8B8, 4, 4);
     t.texture.Refresh();
@@ -348,7 +348,7 @@ TEST(KRE_Texture, SizeIsThatOfTheChosenLevelAndAtLeastOne)
     EXPECT_EQ(full.cy, 1);
 }
 
-TEST(KRE_Texture, RectFromPixelsIsDrawnInALittle)
+TEST(KRE_Texture, RectFromPixelsIsInset)
 {
     TextureOverStub t(D3DFMT_L8, 256, 256);
     t.texture.Refresh();
@@ -382,7 +382,7 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
     EXPECT_EQ(t.texture.sourceHeight, 0.0f);
 }
 
-TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
+TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfAsked)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
@@ -394,7 +394,7 @@ TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
     EXPECT_EQ(t.texture.sourceHeight, 16.0f);
 }
 
-TEST(KRE_Texture, SwapAxesTurnsTheRectangleOverItsDiagonal)
+TEST(KRE_Texture, SwapAxesMirrorsTheRectangleOverItsDiagonal)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
@@ -491,7 +491,7 @@ TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)
     EXPECT_EQ(manager.GetEntry(1)->useCount, 2);
 }
 
-TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlots)
+TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureCopiesOnlyTheStoredSlotFields)
 {
     KRE_Texture texture;
     texture.slotNames[2].Assign("lost.bmp");

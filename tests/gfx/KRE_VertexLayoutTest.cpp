@@ -36,7 +36,7 @@ const LayoutCase kLayouts[] = {
 
 } // namespace
 
-TEST(VertexInfo, OffsetsAreTheRunningSumOfWhatComesBefore)
+TEST(VertexInfo, OffsetsAreTheRunningSumOfTheSizes)
 {
     for (const LayoutCase& c : kLayouts) {
         VertexInfo info;

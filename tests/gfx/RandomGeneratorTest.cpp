@@ -4,7 +4,7 @@
 #include <random>
 #include <sstream>
 
-TEST(RandomGenerator, TableTakesTheHighHalvesOfTwoStepsAWord)
+TEST(RandomGenerator, TableTakesTheHighHalvesOfTwoStepsPerWord)
 {
     // From seed 0 the rule x * 69069 + 1 gives 1, 69070 (0x00010DCE), 475628535 (0x1C5983F7) and
     // 3277404108 (0xC35937CC) modulo 2^32: each is computed from the previous one by hand.
@@ -75,7 +75,7 @@ TEST(RandomGenerator, NumbersAreFromZeroToBelowOne)
     }
 }
 
-TEST(RandomGenerator, SeedBeginsTheSequenceAnew)
+TEST(RandomGenerator, SeedRestartsTheSequence)
 {
     RandomGenerator random;
     random.Seed(9);

@@ -94,7 +94,7 @@ TEST_F(CompiledEffectTest, LoadsWithAndWithoutThePool)
     }
 }
 
-TEST_F(CompiledEffectTest, TextThatTheSystemRefusesIsAnErrorWithItsWords)
+TEST_F(CompiledEffectTest, TextThatTheSystemRefusesIsAnErrorWithItsMessage)
 {
     scratch.Write("bad.fx", "technique { pass { CullMode = SIDEWAYS; } }");
     EXPECT_THAT(RaisedBy([&] { gfx.LoadEffect(&effect, "bad.fx", false, 0, true); }),
@@ -239,7 +239,7 @@ TEST_F(CompiledEffectTest, NamedTexturesAreFoundByTheirAnnotation)
 
 // ---- Techniques and passes
 
-TEST_F(CompiledEffectTest, TechniqueThatDoesNotRunHereIsPassedOver)
+TEST_F(CompiledEffectTest, TechniqueThatDoesNotRunHereIsSkipped)
 {
     file.AddTechnique({{nullptr, 0, false, true}});
     file.AddTechnique({{}, {nullptr, 0, true, false}});
@@ -261,7 +261,7 @@ TEST_F(CompiledEffectTest, EffectWithoutATechniqueThatRunsWarnsAndIsUnusable)
     EXPECT_EQ(effect.technique, 0);
 }
 
-TEST_F(CompiledEffectTest, PassesSetTheirStatesAndTheEndPutsThemBack)
+TEST_F(CompiledEffectTest, PassesSetTheirStatesAndTheEndRestoresThem)
 {
     file.AddTechnique({{nullptr, D3DCULL_CW}, {nullptr, D3DCULL_NONE}});
     Load(effect);
@@ -331,13 +331,13 @@ TEST_F(CompiledEffectTest, PassesDrawIntoTheBuffersOfTheirAnnotations)
     gfx.EndScene();
 }
 
-TEST_F(CompiledEffectTest, TargetThatThereIsNotIsAnError)
+TEST_F(CompiledEffectTest, TargetThatDoesNotExistIsAnError)
 {
     file.AddTechnique({{"ScreenBuffer3"}});
     EXPECT_EQ(RaisedBy([&] { Load(effect); }), "Not more than 2 ScreenBuffer supported");
 }
 
-TEST_F(CompiledEffectTest, LivesThroughAResetWithItsBuffers)
+TEST_F(CompiledEffectTest, SurvivesAResetWithItsBuffers)
 {
     file.AddTexture("SCREENQUARTERBUFFER1");
     file.AddTechnique({{"ScreenQuarterBuffer1"}});
