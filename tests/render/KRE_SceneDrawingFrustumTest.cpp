@@ -129,7 +129,7 @@ protected:
 
 // ---- Against angles and lengths in double precision
 
-TEST_F(Visibility, SpheresAreThereUnlessTheyAreWhollyOutsideOneSide)
+TEST_F(Visibility, SpheresAreVisibleUnlessTheyAreWhollyOutsideOneSide)
 {
     int seen = 0, unseen = 0;
     for (int i = 0; i < 5000; ++i) {
@@ -148,7 +148,7 @@ TEST_F(Visibility, SpheresAreThereUnlessTheyAreWhollyOutsideOneSide)
 }
 
 // A box starts aligned to the axes and is then rotated, scaled and moved.
-TEST_F(Visibility, BoxesAreThereUnlessAllCornersAreOutsideOneSide)
+TEST_F(Visibility, BoxesAreVisibleUnlessAllCornersAreOutsideOneSide)
 {
     int seen = 0, unseen = 0, withoutACornerInside = 0;
     for (int i = 0; i < 5000; ++i) {
@@ -193,7 +193,7 @@ TEST_F(Visibility, BoxesAreThereUnlessAllCornersAreOutsideOneSide)
 }
 
 // Whatever the bounds hold, bounds with a point in the view must not be culled.
-TEST_F(Visibility, NothingThatIsSeenIsLeftOut)
+TEST_F(Visibility, NothingVisibleIsCulled)
 {
     int seen = 0;
     for (int i = 0; i < 2000; ++i) {
@@ -222,7 +222,7 @@ TEST_F(Visibility, NothingThatIsSeenIsLeftOut)
 // ---- What is tested
 
 // The view looks along +Z from the origin, from 1 to 10000.
-TEST_F(Visibility, ClipModeChoosesWhatIsLookedAt)
+TEST_F(Visibility, ClipModeChoosesWhatIsTested)
 {
     const D3DXVECTOR3 inside(0, 0, 100), outside(0, 0, -100), across(0, 0, -1);
     static const struct {
@@ -294,7 +294,7 @@ TEST_F(Visibility, RadiusGrowsByTheLargestScale)
         EXPECT_EQ(IsVisible(clip, c.scale * Shift(0, 0, -10)), c.expected) << c.what;
 }
 
-TEST_F(Visibility, BoxAroundTheWholeViewIsSeen)
+TEST_F(Visibility, BoxAroundTheWholeViewIsVisible)
 {
     const float large = 1e6f;
     EXPECT_TRUE(IsVisible(Box({-large, -large, -large}, {large, large, large})));
@@ -317,7 +317,7 @@ TEST_F(Visibility, ChangedViewAndProjectionAreTakenIntoAccount)
 
 // A scene of radius 0 gives a projection that divides by 0: the distances from the near and far
 // planes are NaN, and nothing is outside those planes.
-TEST_F(Visibility, NothingIsOutsideOfAPlaneThatIsNone)
+TEST_F(Visibility, NothingIsOutsideAnInvalidPlane)
 {
     gGfx->SetProjection(0.0f, 0.0f, 0.7854f, 1.0f);
     KRE_ClipObject clip = Sphere({0, 0, 0}, 0.0f);

@@ -85,7 +85,7 @@ TEST_F(Markers, TexturesAreUnbound)
     EXPECT_EQ(gGfx->currentTexture, nullptr);
 }
 
-TEST_F(Markers, LightingIsPutBackAsItWas)
+TEST_F(Markers, LightingIsRestored)
 {
     const D3DCOLOR grey = 0xFF808080;
     gGfx->SetLighting(0, &grey);
@@ -187,7 +187,7 @@ TEST_F(Markers, OneObjectIsAPointOfAnotherColor)
     ExpectPoint(1, 2, 3, 0xFFFF3737);
 }
 
-TEST_F(Markers, ObjectOrLightThatIsNotThereDrawsNothing)
+TEST_F(Markers, MissingObjectOrLightDrawsNothing)
 {
     AddObject(Shift(1, 2, 3));
     AddLight();
@@ -197,7 +197,7 @@ TEST_F(Markers, ObjectOrLightThatIsNotThereDrawsNothing)
     }
 }
 
-TEST_F(Markers, LightsArePointsByTheirSwitch)
+TEST_F(Markers, LightsArePointsWithTheColorOfTheirSwitch)
 {
     KRE_Light& light = AddLight();
     light.worldTM = Shift(1, 2, 3);

@@ -36,14 +36,14 @@ protected:
 
 // ---- Whether there is something to draw
 
-TEST_F(MeshDraw, NullMeshIsAWarningAndGivesZero)
+TEST_F(MeshDraw, NullMeshIsAWarningAndReturnsZero)
 {
     EXPECT_EQ(gGfx->DrawMesh(nullptr, nullptr, nullptr, 0, 0), 0);
     EXPECT_EQ(LastWarning(), "Pointer to mesh is zero");
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(MeshDraw, HiddenMeshAndMeshWithoutGeometryDrawNothingAndGiveOne)
+TEST_F(MeshDraw, HiddenMeshAndMeshWithoutGeometryDrawNothingAndReturnOne)
 {
     KRE_Mesh& hidden = AddMesh("hidden");
     hidden.visible = 0;
@@ -55,7 +55,7 @@ TEST_F(MeshDraw, HiddenMeshAndMeshWithoutGeometryDrawNothingAndGiveOne)
     EXPECT_EQ(gGfx->drawnMeshes, 0);
 }
 
-TEST_F(MeshDraw, MeshOutsideTheViewGivesZeroAndCostsNoStateChange)
+TEST_F(MeshDraw, MeshOutsideTheViewReturnsZeroAndChangesNoState)
 {
     KRE_Mesh& mesh = AddMesh("behind", 1, -10.0f);
     mesh.clipMode = 1;
@@ -65,7 +65,7 @@ TEST_F(MeshDraw, MeshOutsideTheViewGivesZeroAndCostsNoStateChange)
     EXPECT_EQ(gGfx->drawnMeshes, 0);
 }
 
-TEST_F(MeshDraw, FrustumTestTakesPivotWorldAndParent)
+TEST_F(MeshDraw, FrustumTestUsesPivotWorldAndParent)
 {
     KRE_Mesh& mesh = AddMesh("moved", 1, -10.0f);
     mesh.clipMode = 1;
@@ -104,7 +104,7 @@ TEST_F(MeshDraw, RigidMeshSendsItsStatesInOrder)
 }
 
 // Pivot: one to the right. Own matrix: scaled by 2. Parent: five deeper. So x becomes 2 * (x + 1).
-TEST_F(MeshDraw, RigidMeshStandsAtPivotTimesWorldTimesParent)
+TEST_F(MeshDraw, RigidMeshIsAtPivotTimesWorldTimesParent)
 {
     KRE_Mesh& mesh = AddMesh("box");
     mesh.pivotTM = Shift(1, 0, 0);
@@ -114,7 +114,7 @@ TEST_F(MeshDraw, RigidMeshStandsAtPivotTimesWorldTimesParent)
     EXPECT_TRUE(WasCalled("SetTransform D3DTS_WORLDMATRIX(0) [2 0 0 0 0 2 0 0 0 0 2 0 2 0 5 1]"));
 }
 
-TEST_F(MeshDraw, SoftwareProcessesWhatNobodyElseCan)
+TEST_F(MeshDraw, SoftwareProcessesWhatNothingElseCan)
 {
     static const struct {
         int32_t processing;
@@ -132,7 +132,7 @@ TEST_F(MeshDraw, SoftwareProcessesWhatNobodyElseCan)
     }
 }
 
-TEST_F(MeshDraw, PointSizesAreSetUpForAMeshWithoutAParentAlone)
+TEST_F(MeshDraw, PointSizesAreSetUpOnlyForAMeshWithoutAParent)
 {
     KRE_Mesh& mesh = AddMesh("box");
     gGfx->SetFillMode(D3DFILL_POINT, nullptr);
@@ -215,7 +215,7 @@ TEST_F(MeshDraw, MirroredMeshIsDrawnWithTheOtherFacesCulled)
     }
 }
 
-TEST_F(MeshDraw, TwoSidedMaterialIsNotCulledInAnyCase)
+TEST_F(MeshDraw, TwoSidedMaterialIsNeverCulled)
 {
     KRE_Mesh& mesh = AddMesh("box", 3);
     mesh.materials[1].twoSided = 1;
@@ -224,7 +224,7 @@ TEST_F(MeshDraw, TwoSidedMaterialIsNotCulledInAnyCase)
     EXPECT_THAT(CullModesOf(mesh), ElementsAre(1, 0, 1));
 }
 
-TEST_F(MeshDraw, OverrideDoesNotTouchTwoSides)
+TEST_F(MeshDraw, OverrideDoesNotChangeTwoSided)
 {
     KRE_Mesh& mesh = AddMesh("box", 2);
     mesh.materials[0].twoSided = 1;
@@ -268,7 +268,7 @@ TEST_F(MeshDraw, OpaquePictureIsDrawnWithTheBlendingThatWasSet)
 }
 
 // The material's own reflection counts, not that of the combination, which is the override's.
-TEST_F(MeshDraw, MaterialThatReflectsIsWhiteWhereReflectionsTakeTheDiffuseColor)
+TEST_F(MeshDraw, ReflectingMaterialIsWhiteIfReflectionsTakeTheDiffuseColor)
 {
     KRE_Mesh& mesh = AddMesh("box", 2);
     mesh.materials[0].diffuse = mesh.materials[1].diffuse = {0.5f, 0, 0, 1};
@@ -305,7 +305,7 @@ TEST_F(MeshDraw, MeshWithoutMaterialsTakesTheOverrideOrTheDefault)
     EXPECT_THAT(Drawn(), ElementsAre("bare 0"));
 }
 
-TEST_F(MeshDraw, MeshWithoutMaterialsShowsNoPictureOfTheOneBefore)
+TEST_F(MeshDraw, MeshWithoutMaterialsShowsNoPictureOfThePreviousMesh)
 {
     KRE_Mesh& box = AddMesh("box");
     PutPicture(box, 0);
@@ -346,7 +346,7 @@ TEST_F(MeshDraw, NoMaterialsBindsNothingAtAll)
     EXPECT_THAT(calls, Not(Contains("Mesh::DrawSubset box 1")));
 }
 
-TEST_F(MeshDraw, EverythingIsPutBack)
+TEST_F(MeshDraw, AllStatesAreRestored)
 {
     KRE_Mesh& mesh = AddMesh("all", 2);
     for (int32_t i = 0; i < 2; ++i)
@@ -390,7 +390,7 @@ TEST_F(MeshDraw, EverythingIsPutBack)
 
 // Entry 1 shifts by bind and bone; entry 2 was not found. Parent: scaled by 2. The pivot is not
 // used.
-TEST_F(SkinDraw, PaletteGoesOutBetweenSwitchingOnAndOff)
+TEST_F(SkinDraw, PaletteIsSentBetweenSwitchingOnAndOff)
 {
     KRE_3dObject& bone = AddObject(Shift(0, 3, 0));
     SetBones(skin, {nullptr, &bone, nullptr});
@@ -453,7 +453,7 @@ TEST_F(SkinDraw, TooManyBonesForTheHardwareAreAWarningAndDrawingGoesOn)
     }
 }
 
-TEST_F(SkinDraw, BlendingByIndexStaysOffWhereNobodyCan)
+TEST_F(SkinDraw, IndexedBlendingStaysOffWithoutSupport)
 {
     gGfx->caps.MaxVertexBlendMatrixIndex = 0;
     skin.processing = 1;
@@ -502,7 +502,7 @@ TEST_F(SkinDraw, FacesAreThoseOfTheBindPoseOfTheFirstBone)
     }
 }
 
-TEST_F(SkinDraw, SceneThatMirrorsTurnsTheFacesToo)
+TEST_F(SkinDraw, SceneThatMirrorsFlipsTheFacesToo)
 {
     SetBones(skin, {nullptr, nullptr});
     const D3DXMATRIX mirror = Scale(1, -1, 1);

@@ -165,7 +165,7 @@ TEST_F(SubsetDraw, OtherNegativeSetTakesTheTableAndNoCoordinates)
 
 // The eye is at the origin, the vertex five in front of it, so the ray to the eye is (0, 0, -1); it
 // is reflected at the normal.
-TEST_F(SubsetDraw, NormalMirrorsTheRayToTheEye)
+TEST_F(SubsetDraw, NormalReflectsTheRayToTheEye)
 {
     static const struct {
         const char* what;
@@ -208,7 +208,7 @@ TEST_F(SubsetDraw, EyeIsWhereTheViewLooksFrom)
 
 // Eye, vertex and normal rotate together, and so does the reflected ray: from (1, 0, 0) to (0, 1,
 // 0).
-TEST_F(SubsetDraw, EnvironmentCarriesEyeAndRigidMesh)
+TEST_F(SubsetDraw, EnvironmentMovesEyeAndRigidMesh)
 {
     KRE_Mesh& mesh = AddMirror(0);
     gGfx->environmentTM = {0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 9, 8, 7, 1};
@@ -219,7 +219,7 @@ TEST_F(SubsetDraw, EnvironmentCarriesEyeAndRigidMesh)
 
 // (0, 0, -1) and (0, 0, 1) both give the centre; the mirror ball's own formula has no limit for the
 // latter.
-TEST_F(SubsetDraw, QuirkWhatLiesBehindIsShownLikeWhatLiesInFront)
+TEST_F(SubsetDraw, QuirkWhatIsBehindIsShownLikeWhatIsInFront)
 {
     KRE_Mesh& mesh = AddMirror(0);
     const D3DXVECTOR2 front = Reflect(mesh, {0, 0, 5}, {0, 0, -1});
@@ -240,7 +240,7 @@ TEST_F(SubsetDraw, CoordinatesAreWrittenEachTimeTheSubsetIsDrawn)
 
 // ---- Where they are written
 
-TEST_F(SubsetDraw, VerticesOfTheEntryAloneAreWritten)
+TEST_F(SubsetDraw, OnlyTheVerticesOfTheEntryAreWritten)
 {
     static const struct {
         const char* what;
@@ -267,7 +267,7 @@ TEST_F(SubsetDraw, VerticesOfTheEntryAloneAreWritten)
 }
 
 // Position 12, normal 12, a first set of 4, 8, 12 or 16 bytes, then the set that is written.
-TEST_F(SubsetDraw, SetsAheadCountWithTheirSizes)
+TEST_F(SubsetDraw, PrecedingSetsCountWithTheirSizes)
 {
     static const struct {
         DWORD size;
@@ -373,7 +373,7 @@ TEST_F(SkinReflection, EveryBoneByteIsInsideThePalette)
 
 // The eye goes to (5, 0, 5), the vertex stays at (0, 0, 5): the ray to the eye is (1, 0, 0), and
 // reflected at the normal (1, 0, -1) it is (0, 0, -1).
-TEST_F(SkinReflection, QuirkEnvironmentCarriesTheEyeAlone)
+TEST_F(SkinReflection, QuirkEnvironmentMovesOnlyTheEye)
 {
     gGfx->environmentTM = Shift(5, 0, 5);
     KRE_Mesh& mesh = AddMirror(0, kBlendedFormat);
@@ -382,7 +382,7 @@ TEST_F(SkinReflection, QuirkEnvironmentCarriesTheEyeAlone)
     EXPECT_NEAR(actual.y, 0.5f, 1e-6f);
 }
 
-TEST_F(SkinReflection, NormalIsBlendedAndBroughtToLengthOne)
+TEST_F(SkinReflection, NormalIsBlendedAndNormalised)
 {
     // Half of a scaling by 2 and half of the identity: scaled by 1.5.
     gGfx->SetWorldMatrix(Scale(2, 2, 2), 1);
