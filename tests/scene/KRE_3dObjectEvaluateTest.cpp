@@ -41,7 +41,7 @@ TEST(Evaluate, WithoutKeysIsScaleRotationTranslationAtAnyTime)
     EXPECT_EQ(object.translationTM._42, 6.0f);
 }
 
-TEST(Evaluate, KeysTakeThePlaceOfTheStaticFieldsOneTrackAtATime)
+TEST(Evaluate, KeysReplaceTheStaticFieldsOneTrackAtATime)
 {
     KRE_3dObject object;
     Pose(object, {5, 6, 7}, {2, 2, 2}, {0, 0, 1}, kPi / 2);
@@ -260,7 +260,7 @@ TEST(Evaluate, ARingOfTargetsEnds)
     ExpectVector(own.direction, 0, 0, 0);
 }
 
-TEST(Evaluate, TimesWithoutANumberCountAsZero)
+TEST(Evaluate, TimesThatAreNotNumbersCountAsZero)
 {
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -289,7 +289,7 @@ TEST(Evaluate, TimesWithoutANumberCountAsZero)
     }
 }
 
-TEST(EvaluateInPass, SeesWhatChangedSinceThePassBefore)
+TEST(EvaluateInPass, SeesChangesSinceThePreviousPass)
 {
     KRE_3dObject object;
     KRE_3dObject parent;

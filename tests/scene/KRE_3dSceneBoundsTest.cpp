@@ -31,7 +31,7 @@ TEST(ComputeBounds, WithoutObjectsChangesNothing)
     EXPECT_EQ(scene.radius, 7.0f);
 }
 
-TEST(GetSphere, TakesCamerasInAndStoresNothing)
+TEST(GetSphere, IncludesCamerasAndStoresNothing)
 {
     KRE_3dScene scene;
     AddAt(scene, 0, 0, 0);

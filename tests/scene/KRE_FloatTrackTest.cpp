@@ -90,7 +90,7 @@ TEST(KRE_FloatTrack, OneKeyWithoutLoopHoldsAtEveryTime)
         EXPECT_EQ(track.Evaluate(time), 10.0f) << time;
 }
 
-TEST(KRE_FloatTrack, LinearGoesStraight)
+TEST(KRE_FloatTrack, LinearIsAStraightLine)
 {
     KRE_FloatTrack track = MakeTrack(0, {{1.0f, 10.0f, 7.0f, 7.0f}, {3.0f, 20.0f, 7.0f, 7.0f}});
     EXPECT_EQ(track.Evaluate(1.5f), 12.5f); // u = 0.25
@@ -110,7 +110,7 @@ TEST(KRE_FloatTrack, BezierWeighsTangentsThatPointAwayFromTheirKeys)
     EXPECT_EQ(track.Evaluate(2.0f), 16.5f);
 }
 
-TEST(KRE_FloatTrack, DerivativeIsTheSlopeInASecond)
+TEST(KRE_FloatTrack, DerivativeIsTheSlopePerSecond)
 {
     // u = 0.5: h00' = -1.5, h01' = 1.5, h10' = 0.75 - 2 + 1 = -0.25, h11' = 0.75 - 1 = -0.25.
     // (-0.25 * 8 - 1.5 * 10 + 0.25 * 4 + 1.5 * 20) / 2 seconds = (-2 - 15 + 1 + 30) / 2
@@ -141,7 +141,7 @@ TEST(KRE_FloatTrack, ATimeOnAKeyGivesItsValue)
         EXPECT_EQ(track.Evaluate(track.Key(i).time), track.Key(i).value) << i;
 }
 
-TEST(KRE_FloatTrack, OfTwoKeysAtOneTimeTheLaterOneHolds)
+TEST(KRE_FloatTrack, OfTwoKeysAtTheSameTimeTheLaterOneHolds)
 {
     KRE_FloatTrack track = MakeTrack(0, {{0.0f, 1.0f, 0.0f, 0.0f},
                                          {1.0f, 2.0f, 0.0f, 0.0f},
@@ -249,7 +249,7 @@ TEST(KRE_FloatTrack, AnyTimesOfAFileFindAKey)
     }
 }
 
-TEST(KRE_FloatTrack, ATimeThatIsNoNumberHoldsTheFirstKey)
+TEST(KRE_FloatTrack, ATimeThatIsNotANumberHoldsTheFirstKey)
 {
     KRE_FloatTrack track = MakeTrack(1, {{1.0f, 10.0f, 0.0f, 8.0f}, {3.0f, 20.0f, 4.0f, 0.0f}});
     EXPECT_EQ(track.Evaluate(std::numeric_limits<float>::quiet_NaN()), 10.0f);

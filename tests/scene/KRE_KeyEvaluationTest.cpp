@@ -232,7 +232,7 @@ TEST(RotationKeys, TcbSegmentIsEased)
     ExpectTurnAboutZ(RotAt(tracks, 0.25f), 0.125);
 }
 
-TEST(RotationKeys, BiasPlaysNoPart)
+TEST(RotationKeys, BiasHasNoEffect)
 {
     KRE_KeyTracks tracks = TcbPair(0.2, 0.7);
     const D3DXQUATERNION before = RotAt(tracks, 0.4f);
@@ -324,7 +324,7 @@ TEST(KeyEvaluation, AgreesWithAndWithoutAnIndexOnRandomLists)
     }
 }
 
-TEST(KeyEvaluation, TimesThatAreNoNumbersOrInfiniteComeToAnEnd)
+TEST(KeyEvaluation, TimesThatAreNotNumbersOrInfiniteTerminate)
 {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();

@@ -40,7 +40,7 @@ TEST(KRE_KeyList, InsertKeepsTimeOrder)
                 testing::ElementsAre(0.0f, 1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 9.0f));
 }
 
-TEST(KRE_KeyList, OfKeysWithEqualTimesTheNewestStandsLast)
+TEST(KRE_KeyList, OfKeysWithEqualTimesTheNewestIsLast)
 {
     PosKeys keys;
     float number = 0;
@@ -56,7 +56,7 @@ TEST(KRE_KeyList, QuirkAKeyBeforeTheHeadIsLost)
     EXPECT_THAT(Values(keys), testing::ElementsAre(2.0f, 3.0f));
 }
 
-TEST(KRE_KeyList, ATimeThatIsNoNumberGoesLastAndIsPassedOver)
+TEST(KRE_KeyList, ATimeThatIsNotANumberGoesLastAndIsSkipped)
 {
     PosKeys keys = Listed({0, 5});
     keys.Insert(PosKey(kNaN, 100));
@@ -174,7 +174,7 @@ TEST(KRE_KeyList, TrimKeepsTheWindowAndAKeyToStartFrom)
     }
 }
 
-TEST(KRE_KeyList, InsertKeepsToTimesChangedInPlace)
+TEST(KRE_KeyList, InsertFollowsTimesChangedInPlace)
 {
     PosKeys keys = Listed({0, 4, 2});
     for (KRE_PosKeyData* key = keys.Head(); key; key = key->next.get())

@@ -17,7 +17,7 @@ TEST(KRE_KeyTracks, AddsCountEveryKey)
     EXPECT_EQ(tracks.scaleKeys.Head()->value.z, 3.0f);
 }
 
-TEST(KRE_KeyTracks, QuirkAKeyBeforeTheHeadIsCountedAllTheSame)
+TEST(KRE_KeyTracks, QuirkAKeyBeforeTheHeadIsStillCounted)
 {
     KRE_KeyTracks tracks;
     tracks.AddRotKey(RotKey(2, 1));
@@ -37,7 +37,7 @@ TEST(KRE_KeyTracks, RotationsAreCumulative)
     ExpectTurnAboutZ(tracks.GetLastRotKey()->rotation, 1.75);
 }
 
-TEST(KRE_KeyTracks, TheTurnBeforeIsAppliedFirst)
+TEST(KRE_KeyTracks, ThePreviousTurnIsAppliedFirst)
 {
     // A quarter turn about z takes x to y; a quarter turn about x takes y to z. Together they take
     // x to z, so the product's matrix has (0, 0, 1) in its first row.

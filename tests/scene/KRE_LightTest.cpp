@@ -4,7 +4,7 @@
 
 #include "tests/scene/SceneTesting.h"
 
-TEST(KRE_Light, StartsClearedButForTheFalloff)
+TEST(KRE_Light, StartsClearedExceptForTheFalloff)
 {
     const KRE_Light light;
     EXPECT_EQ(light.objectKind, 32);
@@ -65,7 +65,7 @@ TEST(KRE_Light, QuirkAPivotMovesTheDirectionAsAPoint)
     ExpectVector(light.light.Direction, 0, 0, 1);
 }
 
-TEST(KRE_Light, TheExtraMatrixCarriesBothVectors)
+TEST(KRE_Light, TheExtraMatrixTransformsBothVectors)
 {
     KRE_Light light;
     light.SetPosition(1, 2, 3);
@@ -87,7 +87,7 @@ TEST(KRE_Light, TheDirectionToATargetIsNotNormalised)
     ExpectVector(light.light.Direction, 0, 0, 8);
 }
 
-TEST(KRE_Light, ResetPutsItsFieldsBack)
+TEST(KRE_Light, ResetRestoresItsFields)
 {
     KRE_Light light;
     light.SetDirectional(1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1);

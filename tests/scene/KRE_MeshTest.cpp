@@ -188,7 +188,7 @@ protected:
 
 } // namespace
 
-TEST_F(Skinned, ABoneCarriesByBindMatrixPoseAndExtraMatrixInThisOrder)
+TEST_F(Skinned, ABoneAppliesBindMatrixPoseAndExtraMatrixInThisOrder)
 {
     // (0, 0, 0) goes to 10, by the pose (times 3, plus 100) to 130, doubled to 260.
     KRE_3dObject bone;
@@ -300,7 +300,7 @@ TEST_F(Meshes, CopyGeometryToItselfChangesNothing)
 
 // ---- Shared device meshes
 
-TEST_F(Meshes, UsersOfADeviceMeshAreCountedAndTheLastOneLetsItGo)
+TEST_F(Meshes, UsersOfADeviceMeshAreCountedAndTheLastOneReleasesIt)
 {
     KRE_ResourceManager& shared = gGfx->meshManager;
     auto source = std::make_unique<KRE_Mesh>();
@@ -349,7 +349,7 @@ TEST_F(Meshes, TheCountSurvivesCopiesOverCopies)
     EXPECT_EQ(References(b.mesh.Get()), 2u);
 }
 
-TEST_F(Meshes, WithAFullTableMeshesAreSharedAllTheSame)
+TEST_F(Meshes, MeshesAreSharedEvenWithAFullTable)
 {
     KRE_ResourceManager& shared = gGfx->meshManager;
     KRE_Mesh source, copy;

@@ -99,7 +99,7 @@ TEST(KRE_Target3dObject, DirectionAndUpAreNormalised)
     EXPECT_EQ(object.extras.size(), 2u);
 }
 
-TEST(KRE_Target3dObject, EachChangeOfTheVectorsIsTold)
+TEST(KRE_Target3dObject, EachChangeOfTheVectorsIsReported)
 {
     NotingTarget object;
     object.Evaluate(1, 1, 0);
@@ -109,7 +109,7 @@ TEST(KRE_Target3dObject, EachChangeOfTheVectorsIsTold)
     EXPECT_THAT(object.extras, testing::ElementsAre(nullptr, nullptr, nullptr));
 }
 
-TEST(KRE_Target3dObject, ResetPutsItsOwnFieldsBack)
+TEST(KRE_Target3dObject, ResetRestoresItsOwnFields)
 {
     KRE_3dObject target;
     KRE_Target3dObject object;

@@ -64,7 +64,7 @@ TEST(LongChain, AMillionRotationKeysAccumulate)
     });
 }
 
-TEST(LongChain, AMillionKeysInTheWorstOrderAreSortedAllTheSame)
+TEST(LongChain, AMillionKeysInTheWorstOrderAreStillSorted)
 {
     RunOnSmallStack([] {
         // From both ends towards the middle, 0, n, 1, n - 1, 2, ...: far from the head and from the
