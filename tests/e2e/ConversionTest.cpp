@@ -121,7 +121,7 @@ TEST_F(Conversion, TheFreeCameraIsNotStored)
     ExpectFile("boat.qsb", expected);
 }
 
-TEST_F(Conversion, OptionsOfTheFrameLeaveTheFileAlone)
+TEST_F(Conversion, FrameOptionsDoNotChangeTheFile)
 {
     scratch.Write("boat.qsa", std::string(kHead) + kMast + kEye);
     ExpectConverted({"boat.qsa", "/cam:1", "/zn:3", "/zf:3", "/t:5", "/spd:2", "/stop", "/nospec",
@@ -147,7 +147,7 @@ TEST_F(Conversion, LoopIsStoredInAllObjectsButTheDefaultLights)
     ExpectFile("boat.qsb", expected);
 }
 
-TEST_F(Conversion, ASceneWithALightGetsNoOther)
+TEST_F(Conversion, ASceneWithALightGetsNoDefaultLights)
 {
     scratch.Write("boat.qsa", std::string(kHead) + kSun);
     ExpectConverted({"boat.qsa"}, "'boat.qsa' converted\n");
@@ -223,7 +223,7 @@ TEST_F(Conversion, ABumpMapIsStoredAsOneWhateverElseTheMaterialHas)
 
 // ---- Files that are their own target
 
-TEST_F(Conversion, AFileIsWrittenOverItselfWithTheCurrentVersion)
+TEST_F(Conversion, AFileIsOverwrittenWithTheCurrentVersion)
 {
     QsbFile file = FullQsb(106);
     scratch.Write("boat.qsb", MakeQsb(file).bytes);
@@ -313,7 +313,7 @@ TEST_F(Conversion, TheDirectoryOfTheFileIsNotStored)
     EXPECT_FALSE(scratch.Has("boat.qsb"));
 }
 
-TEST_F(Conversion, NoConvertsAFileWithoutATarget)
+TEST_F(Conversion, OptionNoConvertsAFileWithoutATarget)
 {
     scratch.Write("boat.qsa", kHead);
     ExpectConverted({"boat.qsa", "/no"}, "'boat.qsa' converted\n");
@@ -322,7 +322,7 @@ TEST_F(Conversion, NoConvertsAFileWithoutATarget)
 
 // ---- Bad files
 
-TEST_F(Conversion, ABadFileEndsTheRunAndStaysAsItIs)
+TEST_F(Conversion, ABadFileEndsTheRunAndIsNotChanged)
 {
     static const struct {
         const char* what;

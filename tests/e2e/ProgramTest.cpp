@@ -56,7 +56,7 @@ TEST(Program, WalksATreeInItsOrder)
     EXPECT_EQ(run.err, "");
 }
 
-TEST(Program, NameWithBlanksIsOneFile)
+TEST(Program, NameWithSpacesIsOneFile)
 {
     const ScratchDirectory scratch;
     scratch.Write("my boat.qsa", kScene);
@@ -73,7 +73,7 @@ TEST(Program, FurtherFileNamesAreIgnored)
     EXPECT_EQ(RunProgram({"a.qsa", "b.qsa"}).out, "'a.qsa' converted\n");
 }
 
-TEST(Program, NoKeepsAnExistingTargetAndPrintsConverted)
+TEST(Program, OptionNoKeepsAnExistingTargetAndPrintsConverted)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kScene);

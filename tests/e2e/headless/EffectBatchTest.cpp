@@ -95,7 +95,7 @@ constexpr const char* kBinary = "compiled effects are not read on this host, onl
 
 } // namespace
 
-TEST_F(EffectBatch, AnEffectThatThisHostCannotUseCostsNothingElse)
+TEST_F(EffectBatch, AnEffectThatThisHostCannotUseDoesNotEndTheBatch)
 {
     const std::string function = "float4 f() : POSITION { return 0; }\n";
     const struct {
@@ -173,7 +173,7 @@ TEST_F(EffectBatch, ALaterTechniqueIsDrawnWithoutAMessage)
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
-TEST_F(EffectBatch, AFaultOfTheTextEndsTheRun)
+TEST_F(EffectBatch, AnErrorInTheTextEndsTheRun)
 {
     static const struct {
         const char* text;
@@ -200,7 +200,7 @@ TEST_F(EffectBatch, AFaultOfTheTextEndsTheRun)
 }
 
 // The scene names the text form, which does not exist.
-TEST_F(EffectBatch, ACompiledEffectIsTakenInThePlaceOfItsText)
+TEST_F(EffectBatch, ACompiledEffectReplacesItsMissingText)
 {
     scratch.Write("config/Fenwhistle/QSAView.conf", "DefaultBasePath=nowhere\n");
     setenv("XDG_CONFIG_HOME", (scratch.Path() / "config").c_str(), 1);

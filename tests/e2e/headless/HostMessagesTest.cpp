@@ -65,7 +65,7 @@ TEST(HostMessages, NamesThatDifferInCaseAreTwoScenesAndTwoPictures)
     EXPECT_TRUE(scratch.Has("frames/boat.qsa.png"));
 }
 
-TEST(HostMessages, NoLooksForTheTargetsExactName)
+TEST(HostMessages, OptionNoLooksForTheTargetsExactName)
 {
     const ScratchDirectory scratch;
     scratch.Write("Boat.qsa", SceneWith("Mast"));
