@@ -101,7 +101,7 @@ void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
     effectFeeding->UpdateLights(effect);
 }
 
-// The kinds of targets that name a buffer are those of `GetScreenBufferTexture`.
+// The target kinds that name a buffer have the values of `GetScreenBufferTexture`'s kinds.
 static_assert(static_cast<int32_t>(EffectTargetKind::kScreenQuarterBuffer) ==
               KRE_Gfx::kQuarterBuffer);
 static_assert(static_cast<int32_t>(EffectTargetKind::kScreenBuffer) == KRE_Gfx::kFullBuffer);

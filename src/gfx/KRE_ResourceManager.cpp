@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The table may not grow, since ids are slots and growing renumbers them. It is fixed for the time
-/// of an addition only: a list that stays fixed no longer keeps its order of the used entries.
+/// The table must not grow, because ids are slots and growing renumbers them. It is fixed only
+/// during an addition: a list that stays fixed no longer keeps its order of the used entries.
 template <class List>
 class FixedForAddition {
 public:

@@ -4,13 +4,13 @@
 
 class File;
 
-/// A bone that moves vertices of a mesh. The first one of a mesh stands for the mesh itself.
+/// A bone that moves vertices of a mesh. The first one of a mesh represents the mesh itself.
 struct KRE_BoneInfo {
     static constexpr int kNameSize = 256;
 
-    char name[kNameSize] = ""; ///< of the object that moves it, cut at 255 bytes
-    D3DXMATRIX boneInitTM;     ///< into the bone's space, when the mesh was bound
-    D3DXMATRIX meshInitTM;     ///< out of the mesh's stored space, when it was bound
+    char name[kNameSize] = ""; ///< of the object that moves it, truncated at 255 bytes
+    D3DXMATRIX boneInitTM;     ///< into the bone's space, at bind time
+    D3DXMATRIX meshInitTM;     ///< out of the mesh's stored space, at bind time
     D3DXMATRIX bindTM;         ///< both: from the stored space into the bone's
 
     /// Identity matrices and a name, which may be null.

@@ -17,7 +17,7 @@ D3DXMATRIX Rows(const D3DXVECTOR4& a, const D3DXVECTOR4& b, const D3DXVECTOR4& c
     return {a.x, a.y, a.z, a.w, b.x, b.y, b.z, b.w, c.x, c.y, c.z, c.w, d.x, d.y, d.z, d.w};
 }
 
-/// By value: D3DX compares bits, by which -0 is not 0.
+/// Compares by value: D3DX compares bits, where -0 differs from 0.
 bool SameValues(const D3DXMATRIX& a, const D3DXMATRIX& b)
 {
     const float* const first = &a._11;
@@ -35,7 +35,7 @@ float SixYears()
 
 TEST_F(EffectFrame, MatricesOfAKnownCameraAndObject)
 {
-    // The object is scaled by 2, 4 and 8 and stands at (1, 2, 3); the camera is at (10, 20, 30) and
+    // The object is scaled by 2, 4 and 8 and is at (1, 2, 3); the camera is at (10, 20, 30) and
     // looks along Z; the projection scales x by 2 and y by 3 and divides by z, with its near plane
     // at 1. Products are of rows by columns.
     gfx.SetWorldMatrix(Rows({2, 0, 0, 0}, {0, 4, 0, 0}, {0, 0, 8, 0}, {1, 2, 3, 1}));
@@ -56,8 +56,7 @@ TEST_F(EffectFrame, MatricesOfAKnownCameraAndObject)
         // Last row: -10 * 2, -20 * 3, -30 - 1, -30.
         {"VIEWPROJECTION", Rows({2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 1, 1}, {-20, -60, -31, -30})},
         {"VIEWINVERSE", Rows({1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {10, 20, 30, 1})},
-        // The inverse scales by 1/2, 1/4, 1/8 and moves by -1/2, -2/4, -3/8; then rows and columns
-        // change places.
+        // The inverse scales by 1/2, 1/4, 1/8 and moves by -1/2, -2/4, -3/8; then it is transposed.
         {"WORLDINVERSETRANSPOSE",
          Rows({0.5f, 0, 0, -0.5f}, {0, 0.25f, 0, -0.5f}, {0, 0, 0.125f, -0.375f}, {0, 0, 0, 1})},
     };
@@ -144,7 +143,7 @@ TEST_F(EffectFrame, ParametersThatAreMissingAreNotSet)
     EXPECT_FALSE(gfx.screenQuarterBuffers[0]);
 }
 
-TEST_F(EffectFrame, NamesAreSpelledAsTheyAre)
+TEST_F(EffectFrame, NamesAreCaseSensitive)
 {
     file.AddParameters({"world", "OPACITY", "Time"});
     Load();
@@ -167,7 +166,7 @@ TEST_F(EffectFrame, MapsAreThoseOfTheDiffuseStageAndTheNext)
     UpdateFrame();
     EXPECT_EQ(file.textures["DIFFUSEMAP"], made[0].Get());
     EXPECT_EQ(file.textures["NORMALMAP"], made[1].Get());
-    gfx.ResetStateCache(); // what is bound is not known
+    gfx.ResetStateCache(); // the bound textures are unknown
     gfx.UpdateEffectFrame(effect);
     EXPECT_EQ(file.textures["DIFFUSEMAP"], nullptr);
     gfx.diffuseStage = KRE_Gfx::kStages - 1; // there is no next one
@@ -193,8 +192,8 @@ TEST_F(EffectFrame, ScreenTexturesAreThoseOfTheirNumbers)
 
 TEST_F(EffectFrame, NamedTextureIsKeptInTheCatalogueUnderItsOwnName)
 {
-    // A lower-case letter becomes a capital one; '~' and bytes from 0x80 on lie outside of 0x20 to
-    // 0x60. The file is not there: the catalogue has its placeholder for that.
+    // A lower-case letter becomes a capital; '~' and bytes from 0x80 on are outside 0x20 to 0x60.
+    // The file is missing, so the catalogue has a placeholder.
     file.AddParameter("any", "pic~1\xE4.bmp");
     UpdateFrame();
     KRE_Texture* texture = gfx.catalogue.GetTexture("PIC_1_.BMP_FX_");
@@ -208,7 +207,7 @@ TEST_F(EffectFrame, NamedTextureIsKeptInTheCatalogueUnderItsOwnName)
 
 TEST_F(EffectFrame, NamedTextureKeepsTheCharactersFrom0x20To0x60)
 {
-    // 0x1F and 0x61 lie just outside; of 0x61 to 0x7A, letters, the capital ones are taken first.
+    // 0x1F and 0x61 are just outside; the letters 0x61 to 0x7A are first turned into capitals.
     file.AddParameter("any", "a`z{ \x1F.bmp");
     UpdateFrame();
     EXPECT_NE(gfx.catalogue.GetTexture("A`Z_ _.BMP_FX_"), nullptr);

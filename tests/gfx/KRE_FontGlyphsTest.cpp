@@ -13,16 +13,16 @@ TEST(FontGlyphs, EachIsTwentyFiveMarks)
     }
 }
 
-TEST(FontGlyphs, NoTwoAreAlikeAndTheBlankAloneIsEmpty)
+TEST(FontGlyphs, NoTwoAreAlikeAndOnlyTheBlankIsEmpty)
 {
     const std::set<std::string> different(std::begin(kFontGlyphs), std::end(kFontGlyphs));
     EXPECT_EQ(different.size(), 62u);
     EXPECT_EQ(kFontGlyphs[0], std::string(25, ' '));
 }
 
-TEST(FontGlyphs, LettersStandAtTheirCharacters)
+TEST(FontGlyphs, LettersAreAtTheirCharacters)
 {
-    // Shapes that a 5 x 5 capital can hardly have otherwise.
+    // Shapes that are nearly forced for a 5 x 5 capital.
     EXPECT_EQ(kFontGlyphs['L' - 0x20], std::string("X    "
                                                    "X    "
                                                    "X    "

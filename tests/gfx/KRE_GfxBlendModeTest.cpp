@@ -9,8 +9,8 @@ class BlendMode : public EngineTest {
 protected:
     BlendMode() { Start(); }
 
-    /// What a mode sends on stage 2 to a device of which nothing is known; the current alpha is 204
-    /// and the texture factor 0xFF010203.
+    /// What a mode sends for stage 2 to a device of unknown state; the current alpha is 204 and the
+    /// texture factor 0xFF010203.
     std::vector<std::string> CallsFor(int32_t mode, int32_t value)
     {
         gfx.ResetStateCache();
@@ -24,7 +24,7 @@ protected:
 struct BlendModeCase {
     int32_t mode;
     int32_t blendValue;
-    const char* alphaOp; // empty for what is not sent
+    const char* alphaOp; // empty: not sent
     const char* alphaArg1;
     const char* alphaArg2;
     const char* factor;

@@ -34,7 +34,7 @@ TEST_F(Depth, OnlyTheOutermostPairSwitches)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_ZENABLE D3DZB_TRUE"));
 }
 
-TEST_F(Depth, SwitchedOffZStaysOffBehindAPair)
+TEST_F(Depth, SwitchedOffZStaysOffAfterAPair)
 {
     gfx.SetZEnable(0);
     Calls();
@@ -54,7 +54,7 @@ TEST_F(Depth, SetZEnableForgetsOpenPairs)
     EXPECT_EQ(gfx.zDisableCount, 1);
 }
 
-TEST_F(Depth, ClearTakesTheDepthBufferAlongWhereThereIsOne)
+TEST_F(Depth, ClearAlsoClearsADepthBuffer)
 {
     gfx.Clear(0xFF112233);
     EXPECT_THAT(Calls(),
@@ -69,7 +69,7 @@ TEST_F(Depth, ClearTakesTheDepthBufferAlongWhereThereIsOne)
     EXPECT_THAT(Calls(), ElementsAre("Clear 0 rects D3DCLEAR_TARGET 0x00000000 1 0"));
 }
 
-TEST_F(Depth, ClearZTakesTheDepthBufferAlone)
+TEST_F(Depth, ClearZClearsOnlyTheDepthBuffer)
 {
     gfx.ClearZ(0);
     const D3DRECT rect = {1, 2, 30, 40};

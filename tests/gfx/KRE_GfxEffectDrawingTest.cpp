@@ -119,7 +119,7 @@ TEST_F(EffectDrawing, MeshWithoutFacesDoesNotReachTheEffect)
     EXPECT_THAT(DrawingCalls([&] { gfx.DrawMesh(mesh, info, 4, 0); }), IsEmpty());
 }
 
-TEST_F(EffectDrawing, EffectOfAMeshIsUpdatedWhereDrawingIsSwitchedOff)
+TEST_F(EffectDrawing, EffectOfAMeshIsUpdatedWhileDrawingIsSwitchedOff)
 {
     gfx.SelectEffect(&effect);
     gfx.drawDisabled = 1;
@@ -152,7 +152,7 @@ TEST_F(EffectDrawing, SpriteTakesNoOtherEffect)
     EXPECT_THAT(SpriteCalls(), ElementsAre(kSpriteDraw));
 }
 
-TEST_F(EffectDrawing, SpritesEffectIsUpdatedWhereDrawingIsSwitchedOff)
+TEST_F(EffectDrawing, SpritesEffectIsUpdatedWhileDrawingIsSwitchedOff)
 {
     gfx.sceneEffect = &effect;
     gfx.drawDisabled = 1;
@@ -167,7 +167,7 @@ TEST_F(EffectDrawing, RefusedSpriteInAPassIsAnError)
               " DrawPrimitive in DrawLastTexture failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(EffectDrawing, StatesOfASpriteAreSetAheadOfItsEffect)
+TEST_F(EffectDrawing, StatesOfASpriteAreSetBeforeItsEffect)
 {
     gfx.SetCullMode(1);
     gfx.sceneEffect = &effect;

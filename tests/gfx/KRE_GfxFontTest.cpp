@@ -39,11 +39,12 @@ TEST_F(FontBuilding, DeviceWithoutTheFormatGetsSixteenBits)
     gfx.BuildFont(font, kFirst, kSecond);
     EXPECT_THAT(CallsOf("CreateTexture").at(0), HasSubstr(" D3DFMT_A4R4G4B4 "));
     EXPECT_EQ(LastWarning(), "Texture format 21 mode 0 not supported by device");
-    // The corner of L, glyph 44 at ((44 mod 21) * 6, 12): the first colour cut to four bits each.
+    // The corner of L, glyph 44 at ((44 mod 21) * 6, 12): the first colour truncated to four bits
+    // per channel.
     EXPECT_EQ(Pixel(12, 12), 0xF090D0F0u);
 }
 
-TEST_F(FontBuilding, CellsStandInRowsOfTwentyOne)
+TEST_F(FontBuilding, CellsAreInRowsOfTwentyOne)
 {
     static const struct {
         char what;
@@ -72,8 +73,8 @@ TEST_F(FontBuilding, PixelsFadeFromTheTopLeftCorner)
 {
     // E is glyph 37, at ((37 mod 21) * 6, 6) = (96, 6). Its rows are full, one, four, one and five
     // pixels long. At row r and column c the fade is f = sqrt((r * r + c * c) / 32), and each
-    // channel (second - first) * f + first, its fraction cut: red 150 to 0, green 220 to 100, blue
-    // 255 to 115.
+    // channel (second - first) * f + first, truncated: red 150 to 0, green 220 to 100, blue 255 to
+    // 115.
     static const struct {
         const char* what;
         int32_t row, column;
@@ -96,13 +97,13 @@ TEST_F(FontBuilding, PixelsFadeFromTheTopLeftCorner)
 TEST_F(FontBuilding, BlankAndTheGapsBetweenCellsAreClear)
 {
     for (int32_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(Pixel(i, i), 0u) << i; // the blank and its corner
+        EXPECT_EQ(Pixel(i, i), 0u) << i; // the space and its corner
         EXPECT_EQ(Pixel(101, 6 + i), 0u) << i << ", right of E";
         EXPECT_EQ(Pixel(96 + i, 11), 0u) << i << ", below E";
     }
 }
 
-TEST_F(FontBuilding, LettersOfTheSheetAreThoseOfTheirCells)
+TEST_F(FontBuilding, EachCellOfTheSheetHoldsItsLetter)
 {
     // H is glyph 40 at (114, 6): two posts and the bar in the third row.
     for (int32_t row = 0; row < 5; ++row) {
@@ -113,7 +114,7 @@ TEST_F(FontBuilding, LettersOfTheSheetAreThoseOfTheirCells)
     }
 }
 
-TEST_F(FontBuilding, SmallLettersTakeTheBlanksCell)
+TEST_F(FontBuilding, LowerCaseLettersUseTheBlankCell)
 {
     for (char c : {'^', '_', 'a', 'm', 'z', '{'}) {
         const KRE_Font::GlyphRect& rect = font.glyphRects[c - 0x20];
@@ -126,7 +127,7 @@ TEST_F(FontBuilding, SmallLettersTakeTheBlanksCell)
     EXPECT_EQ(font.glyphRects['|' - 0x20].right, 0) << "behind them there is nothing";
 }
 
-TEST_F(FontBuilding, MetricsAreTheFontsOwn)
+TEST_F(FontBuilding, BuildingResetsTheMetrics)
 {
     font.leftBearing[5] = 3.0f;
     font.rightBearing[7] = 3.0f;
@@ -144,7 +145,7 @@ TEST_F(FontBuilding, MetricsAreTheFontsOwn)
     EXPECT_EQ(font.rightBearing[7], 0.0f);
 }
 
-TEST_F(FontBuilding, FreedFontGivesTheSheetBack)
+TEST_F(FontBuilding, FreedFontReleasesTheSheet)
 {
     EXPECT_EQ(gfx.textureManager.GetCount(), 1);
     font.Free();
@@ -155,7 +156,7 @@ TEST_F(FontBuilding, FreedFontGivesTheSheetBack)
     font.Free();
 }
 
-TEST_F(FontBuilding, SheetLivesThroughAReset)
+TEST_F(FontBuilding, SheetSurvivesAReset)
 {
     IDirect3DTexture9* sheet = font.texture->current;
     gfx.ResetDevice(nullptr);
@@ -176,7 +177,7 @@ TEST_F(FontBuilding, CurrentFontTakesScaleAndColorIfTheyAreGiven)
     EXPECT_EQ(font.color, 0x80102030u) << "a colour without alpha";
 }
 
-TEST_F(FontBuilding, FontThatCannotBeDrawnWithIsAnError)
+TEST_F(FontBuilding, FontThatIsNotReadyIsAnError)
 {
     const KRE_Font* before = gfx.currentFont;
     EXPECT_EQ(RaisedBy([&] { gfx.SetFont(nullptr, 0.0f, 0); }), "Tried to set invalid font");

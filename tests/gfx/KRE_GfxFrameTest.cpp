@@ -10,7 +10,8 @@ namespace {
 
 class Frame : public EngineTest {
 protected:
-    /// Fills the ring as frames at these times would, oldest first, the i-th as frame i * `step`.
+    /// Fills the ring as if frames were shown at these times, oldest first; the i-th is frame i *
+    /// `step`.
     void FillRing(const std::vector<double>& times, int32_t step)
     {
         for (size_t i = 0; i < times.size(); ++i)
@@ -53,7 +54,7 @@ TEST_F(Frame, HeightAloneCountsAsAResize)
     EXPECT_EQ(gfx.backBuffer.height, 47);
 }
 
-TEST_F(Frame, FullScreenDoesNotLookAtTheWindow)
+TEST_F(Frame, FullScreenIgnoresTheWindow)
 {
     const D3DDISPLAYMODE mode = {640, 480, 60, D3DFMT_X8R8G8B8};
     Start(&mode);
@@ -62,7 +63,7 @@ TEST_F(Frame, FullScreenDoesNotLookAtTheWindow)
     EXPECT_THAT(CallsOf("Reset"), IsEmpty());
 }
 
-TEST_F(Frame, LostDeviceIsNoErrorAndDropsTheFrame)
+TEST_F(Frame, LostDeviceDropsTheFrameWithoutAnError)
 {
     Start();
     FailNext("Present", D3DERR_DEVICELOST);
@@ -99,7 +100,7 @@ TEST_F(Frame, RingTakesSixtySamplesAndStartsOver)
     Start();
     std::vector<double> times;
     for (int i = 0; i < 60; ++i)
-        times.push_back(0.001 * i); // all of them long ago, so that the next frame is a sample
+        times.push_back(0.001 * i); // all long ago, so the next frame is sampled
     FillRing(times, 1);
     EXPECT_EQ(gfx.fpsRingIndex, 0);
     gfx.frameCount = 777;
@@ -119,9 +120,9 @@ TEST_F(Frame, RateIsTakenOverTheLastSecond)
     EXPECT_EQ(gfx.GetFramesPerSecond(), 40.0f);
 }
 
-TEST_F(Frame, RateOfASlowProgramIsTakenFromTheNewestSampleBack)
+TEST_F(Frame, RateIsNotANumberWhenOnlyOneSampleIsRecent)
 {
-    // Samples two seconds apart leave no older one inside a second.
+    // With samples two seconds apart, no older one is within the last second.
     std::vector<double> times;
     for (int i = 0; i < 60; ++i)
         times.push_back(2.0 * i);

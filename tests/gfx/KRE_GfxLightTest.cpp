@@ -59,7 +59,7 @@ TEST_F(Light, FailedLightingIsAnError)
               " SetRenderState (state 137, value: 0 failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Light, LightIsKeptAndSent)
+TEST_F(Light, LightIsStoredAndSent)
 {
     gfx.SetLight(8, Sun());
     EXPECT_THAT(Calls(),
@@ -82,7 +82,7 @@ TEST_F(Light, IndexEightIsAcceptedAndNineIsAnError)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(Light, EachLightHasItsOwnShadow)
+TEST_F(Light, EachLightHasItsOwnCacheEntry)
 {
     gfx.LightEnable(0, 1);
     gfx.LightEnable(1, 1);
@@ -103,9 +103,9 @@ TEST_F(Light, MaterialIsSent)
               "SetMaterial failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Light, MaterialUnderAnEffectIsOnlyKept)
+TEST_F(Light, MaterialUnderAnEffectIsOnlyStored)
 {
-    // The wrapper asks only whether there is an effect; it does not look into it.
+    // The wrapper only checks whether there is an effect; it does not use it.
     char place = 0;
     auto* const effect = reinterpret_cast<KRE_ShaderEffect*>(&place);
     D3DMATERIAL9 material{};

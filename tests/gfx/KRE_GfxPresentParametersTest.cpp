@@ -4,7 +4,7 @@ namespace {
 
 class PresentParameters : public EngineTest {
 protected:
-    /// Builds them for the given members over a display of 800 x 600 at 75 Hz.
+    /// Builds the parameters from the given members on a display of 800 x 600 at 75 Hz.
     std::string Build(int32_t windowed, int32_t zBits, int32_t vsync)
     {
         gfx.window = window.Handle();
@@ -90,7 +90,7 @@ TEST_F(PresentParameters, VsyncPicksTheInterval)
     }
 }
 
-TEST_F(PresentParameters, WrongVsyncIsAnErrorInFullScreenAndUnseenInAWindow)
+TEST_F(PresentParameters, WrongVsyncIsAnErrorInFullScreenAndIgnoredInAWindow)
 {
     EXPECT_EQ(Build(kFullScreen, 16, 7), "Wrong vsync parameter: 7");
     EXPECT_EQ(Build(kFullScreen, 16, 5), "Wrong vsync parameter: 5");
@@ -99,7 +99,7 @@ TEST_F(PresentParameters, WrongVsyncIsAnErrorInFullScreenAndUnseenInAWindow)
     EXPECT_EQ(gfx.presentParams.PresentationInterval, 0u);
 }
 
-TEST_F(PresentParameters, ClientRectangleIsLookedAt)
+TEST_F(PresentParameters, ClientRectangleIsRead)
 {
     Build(kWindow, 16, 0);
     EXPECT_EQ(gfx.clientRect.right - gfx.clientRect.left, 64);

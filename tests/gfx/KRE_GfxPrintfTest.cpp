@@ -27,7 +27,7 @@ TEST_F(Printf, TakesColorAndAlphaOfTheCurrentFont)
     EXPECT_EQ(quads[2].color, 0x80112233u);
 }
 
-TEST_F(Printf, EachCallStandsForItself)
+TEST_F(Printf, EachCallIsIndependent)
 {
     gfx.Printf(0, 0, "|CFF0000|s20AAA");
     gfx.Printf(10, 0, "B");
@@ -52,7 +52,7 @@ TEST_F(Printf, TextOfMoreThan65535CharactersWarns)
         << "cut at 65535";
 }
 
-TEST_F(Printf, ManyLinesAreSeenByTheirPlaceAlone)
+TEST_F(Printf, LineFeedsAloneDrawNothing)
 {
     gfx.Printf(0, 0, "%s", std::string(65535, '\n').c_str());
     EXPECT_THAT(CallsOf("DrawPrimitive"), SizeIs(0));

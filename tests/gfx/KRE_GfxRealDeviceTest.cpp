@@ -4,7 +4,7 @@
 using testing::Each;
 using testing::SizeIs;
 
-// The engine on the host's own Direct3D: the documented rules of the device hold here.
+// The engine on the host's own Direct3D, where the device's documented rules apply.
 
 namespace {
 

@@ -12,7 +12,7 @@ protected:
     RenderState() { Start(); }
 };
 
-/// A call of a wrapper, what reaches the device, and what does when it is called again.
+/// A wrapper call, what reaches the device, and what reaches it when the call is repeated.
 struct WrapperCase {
     const char* what;
     void (*call)(KRE_Gfx&);
@@ -173,7 +173,7 @@ TEST_F(RenderState, CullModeReachesTheDeviceAgainAfterACacheReset)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(RenderState, CacheResetMakesEveryShadowUnknown)
+TEST_F(RenderState, CacheResetMakesEveryValueUnknown)
 {
     gfx.BeginScene();
     gfx.textureMatrix[3]._11 = 7.0f;

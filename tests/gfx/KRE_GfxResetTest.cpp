@@ -15,9 +15,9 @@ protected:
     Reset() { Start(); }
 };
 
-/// Counts how often a window has had a message.
+/// Counts the messages that a window received.
 int gMessagesSeen = 0;
-/// The characters that keys have brought it.
+/// The characters that it received from keys.
 std::string gCharactersSeen;
 
 LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -29,8 +29,8 @@ LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
-/// A window with the procedure above. Subclassing is not in the headless host's subset, so it is of a
-/// class of its own. No message waits at first.
+/// A window with the procedure above. The headless host does not support subclassing, so the window
+/// has its own class. Its queue is empty at first.
 class CountingWindow {
 public:
     CountingWindow()
@@ -130,7 +130,7 @@ TEST_F(Reset, GoesThroughItsStepsInOrder)
         EXPECT_EQ(calls[i], expected[i]) << i;
 }
 
-TEST_F(Reset, ChangedStatesComeBackWithTheirValues)
+TEST_F(Reset, ChangedStatesAreRestored)
 {
     const D3DCOLOR unlit = 0xFF445566;
     gfx.SetViewport(1, 2, 33, 34, 0.0f, 0.5f);
@@ -193,7 +193,7 @@ TEST_F(Reset, QuirkZEnableIsNotRestored)
     EXPECT_EQ(gfx.zEnable, 0);
 }
 
-TEST_F(Reset, GivenModeIsTaken)
+TEST_F(Reset, GivenModeIsUsed)
 {
     const D3DDISPLAYMODE start = {640, 480, 60, D3DFMT_X8R8G8B8};
     const D3DDISPLAYMODE other = {1024, 768, 60, D3DFMT_R5G6B5};
@@ -215,7 +215,7 @@ TEST_F(Reset, FailureIsAnError)
               "Device Reset failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Reset, LostDeviceIsWaitedForWhileTheWindowHasItsMessages)
+TEST_F(Reset, WaitsForALostDeviceWhileHandlingMessages)
 {
     const CountingWindow counting;
     for (int i = 0; i < 3; ++i)
@@ -240,7 +240,7 @@ TEST_F(Reset, KeysAreTranslatedWhileTheDeviceIsLost)
     EXPECT_EQ(gCharactersSeen, "\x1B");
 }
 
-TEST_F(Reset, DefaultPoolObjectsGoAndTheirEntriesStay)
+TEST_F(Reset, DefaultPoolObjectsAreReleasedAndTheirEntriesStay)
 {
     const int32_t lostTexture = AddTexture(gfx, D3DPOOL_DEFAULT, "lost.bmp");
     const int32_t keptTexture = AddTexture(gfx, D3DPOOL_MANAGED, "kept.bmp");
@@ -267,7 +267,7 @@ TEST_F(Reset, DefaultPoolObjectsGoAndTheirEntriesStay)
     EXPECT_EQ(keptToo->Release(), 0u);
 }
 
-TEST_F(Reset, EachEffectIsToldBeforeAndAfter)
+TEST_F(Reset, EachEffectIsNotifiedBeforeAndAfter)
 {
     FakeEffect effects[2];
     {
@@ -292,7 +292,7 @@ TEST_F(Reset, EachEffectIsToldBeforeAndAfter)
     }
 }
 
-TEST_F(Reset, EntriesWithoutAnEffectArePassedOver)
+TEST_F(Reset, EntriesWithoutAnEffectAreSkipped)
 {
     ShaderEffectData empty;
     gfx.effectManager.Add(&empty, "not compiled.fx");
@@ -301,7 +301,7 @@ TEST_F(Reset, EntriesWithoutAnEffectArePassedOver)
     EXPECT_EQ(gfx.effectManager.GetCount(), 2);
 }
 
-TEST_F(Reset, VertexListsLiveOn)
+TEST_F(Reset, VertexListsSurvive)
 {
     IDirect3DVertexBuffer9* const before = gfx.tlList.buffer.Get();
     gfx.ResetDevice(nullptr);

@@ -59,9 +59,9 @@ constexpr float kQuarterTurn = std::numbers::pi_v<float> / 2;
 
 // ---- Corners
 
-// The first corner is 0.25 up and left of where it is wanted, sides are 0.02 shorter than the
-// picture: 15.98 by 7.98.
-TEST_F(Sprites, StandsWithItsCornerAtThePlace)
+// The first corner is 0.25 above and left of the requested place; the sides are 0.02 shorter than
+// the picture: 15.98 by 7.98.
+TEST_F(Sprites, HasItsCornerAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 1.0f, 1.0f);
     ExpectCorners({{99.75f, 57.73f}, {99.75f, 49.75f}, {115.73f, 57.73f}, {115.73f, 49.75f}},
@@ -76,16 +76,16 @@ TEST_F(Sprites, ScalesItsSides)
                   "scaled");
 }
 
-// The hot spot (8, 4) is scaled too: the corner lies (16, 12) before the place.
-TEST_F(Sprites, StandsWithItsHotSpotAtThePlace)
+// The hot spot (8, 4) is scaled too: the corner is (16, 12) before the place.
+TEST_F(Sprites, HasItsHotSpotAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 2.0f, 3.0f, 8.0f, 4.0f);
     ExpectCorners({{83.75f, 61.73f}, {83.75f, 37.75f}, {115.73f, 61.73f}, {115.73f, 37.75f}},
                   "with a hot spot");
 }
 
-// A quarter of a turn clockwise takes right to down and down to left: (x, y) becomes (-y, x). The
-// corner offset (-8, -4) becomes (4, -8), across becomes (0, 15.98), down becomes (-7.98, 0).
+// A quarter turn clockwise takes right to down and down to left: (x, y) becomes (-y, x). The corner
+// offset (-8, -4) becomes (4, -8), across becomes (0, 15.98), down becomes (-7.98, 0).
 TEST_F(Sprites, TurnsClockwiseAboutItsHotSpot)
 {
     gfx.DrawSprite(100.0f, 50.0f, kQuarterTurn, 1.0f, 1.0f, 8.0f, 4.0f);
@@ -196,7 +196,7 @@ TEST_F(Sprites, QuirkKeptDepthIsSwitchedOnAfterwards)
     EXPECT_EQ(gfx.zDisableCount, 0);
 }
 
-TEST_F(Sprites, DisabledDrawingKeepsTheStateWork)
+TEST_F(Sprites, DisabledDrawingStillSetsStates)
 {
     gfx.drawDisabled = 1;
     gfx.DrawSprite(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);

@@ -20,7 +20,7 @@ using StageCall = void (*)(KRE_Gfx&, int32_t, DWORD);
 const struct {
     StageCall call;
     DWORD value;
-    const char* expected; // behind "SetTextureStageState 5 "
+    const char* expected; // after "SetTextureStageState 5 "
 } kStageCalls[] = {
     {[](KRE_Gfx& g, int32_t stage, DWORD value) { g.SetColorOp(stage, value); }, D3DTOP_ADD,
      "D3DTSS_COLOROP D3DTOP_ADD"},
@@ -71,7 +71,7 @@ TEST_F(TextureStage, StagesOutsideTheEightAreErrors)
 
 TEST_F(TextureStage, StatesOutsideTheTablesAreSentAndNotKept)
 {
-    // The number behind the last of a row's 14 or 33 states would be the next row's first one.
+    // The number after the last of a row's 14 or 33 states would be the first of the next row.
     constexpr int32_t kKept = 5;
     for (auto& row : gfx.cache.samplerState)
         std::fill(std::begin(row), std::end(row), kKept);

@@ -42,7 +42,7 @@ TEST_F(Transform, ViewAndWorldAreKeptAndSent)
     EXPECT_EQ(gfx.matricesChanged, 1);
 }
 
-TEST_F(Transform, WorldMatricesOutsideThePaletteAreLeftOut)
+TEST_F(Transform, WorldMatricesOutsideThePaletteAreIgnored)
 {
     for (int32_t index : {-1, 256, INT_MAX, INT_MIN})
         gfx.SetWorldMatrix(Moved(), index);
@@ -90,7 +90,7 @@ TEST_F(Transform, ProjectionTakesTheViewportsAspect)
     EXPECT_NEAR(gfx.projection._11, 0.25f, 1e-6f);
 }
 
-TEST_F(Transform, MirrorTurnsXAndTheFacesAndBack)
+TEST_F(Transform, MirrorFlipsXAndTheFacesAndBack)
 {
     gfx.SetProjection(1.0f, 10.0f, 1.0f, 2.0f);
     const float m11 = gfx.projection._11;
@@ -108,7 +108,7 @@ TEST_F(Transform, MirrorTurnsXAndTheFacesAndBack)
 
 TEST_F(Transform, ViewPositionIsTheInverseViewsFourthRow)
 {
-    // A view that only moves by (2, 3, 5) belongs to an eye at (-2, -3, -5).
+    // A view that only translates by (2, 3, 5) means an eye at (-2, -3, -5).
     gfx.SetViewMatrix(Moved());
     D3DXVECTOR3 position;
     gfx.GetViewPosition(position);
@@ -129,7 +129,7 @@ TEST_F(Transform, ViewPositionOfAViewWithoutInverseIsTheOrigin)
 
 TEST_F(Transform, WorldViewProjectionIsInOrderOfApplication)
 {
-    // x: doubled by the world, moved by 3 by the view, halved by the projection: 1 -> 2.5.
+    // x: doubled by the world, shifted by 3 by the view, halved by the projection: 1 -> 2.5.
     D3DXMATRIX matrix;
     D3DXMatrixIdentity(&matrix);
     matrix._11 = 2.0f;
@@ -145,7 +145,7 @@ TEST_F(Transform, WorldViewProjectionIsInOrderOfApplication)
     EXPECT_EQ(gfx.worldViewProj._41, 1.5f);
 }
 
-TEST_F(Transform, TextureMatrixIsSetWithItsFlagsAndNullTakesThemOff)
+TEST_F(Transform, TextureMatrixIsSetWithItsFlagsAndNullClearsThem)
 {
     const D3DXMATRIX matrix = Moved();
     gfx.SetTextureTransform(&matrix, 3);

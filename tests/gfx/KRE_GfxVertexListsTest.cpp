@@ -18,7 +18,7 @@ protected:
     }
 
     char place = 0;
-    /// Nothing looks into the effect: the engine keeps its abilities beside it.
+    /// The effect itself is never used: the engine stores its capabilities separately.
     KRE_ShaderEffect* const effect = reinterpret_cast<KRE_ShaderEffect*>(&place);
     KRE_VertexListTemp<KRE_PointVertex> list;
 };
@@ -69,7 +69,7 @@ TEST_F(VertexLists, SoftwareProcessingIsPartOfTheUsage)
     EXPECT_EQ(list.info.processing, 0);
 }
 
-TEST_F(VertexLists, ListThatIsMadeAnewLosesItsVerticesAndTheirLock)
+TEST_F(VertexLists, RecreatedListLosesItsVerticesAndTheirLock)
 {
     gfx.CreateVertexList(&list, 3, -1, 1);
     list.Lock(0, 3, 0);
@@ -154,7 +154,7 @@ TEST_F(VertexLists, SkinningEffectBlendsUpToItsLimit)
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(kBlended), 0, 0), 0) << "left to the hardware";
 }
 
-TEST_F(VertexLists, EffectAloneNeedsAnEffectThatCan)
+TEST_F(VertexLists, ForEffectNeedsACapableEffect)
 {
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZ), 0, 1), 0);
     gfx.skinningEffect = effect;

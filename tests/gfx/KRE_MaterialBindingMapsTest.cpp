@@ -15,7 +15,7 @@ class MapStages : public MaterialEngine {
 protected:
     void Put(int32_t firstType, int32_t secondType)
     {
-        texture.SetStage(0, StageDiffuse, 1.0f); // as an empty slot is
+        texture.SetStage(0, StageDiffuse, 1.0f); // like an empty slot
         if (secondType != kNone)
             PutMap(1, secondType);
         if (firstType != kNone)
@@ -28,9 +28,9 @@ protected:
     }
 };
 
-/// What one material sends; the alpha of blending is 128 (0x80), blending itself is off, and nothing
-/// is known of the device. Each stage that a slot takes has its texture transform switched off and
-/// the slot's picture bound, and the stage above the last one is switched off.
+/// What one material sends. The blend alpha is 128 (0x80), blending itself is off, and the device's
+/// state is unknown. Each stage that a slot takes gets its texture transform switched off and the
+/// slot's picture bound, and the stage above the last one is switched off.
 struct MapCase {
     const char* what;
     int32_t first, second; // types of the slots
@@ -40,7 +40,7 @@ struct MapCase {
     const char* tail;
 };
 
-/// The tail of one map on stage 0 and an empty slot, which takes stage 1.
+/// The final calls for one map on stage 0 and an empty slot, which takes stage 1.
 constexpr const char* kTailOfOne = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE first
@@ -49,7 +49,7 @@ constexpr const char* kTailOfOne = R"(
     1 TEXTURE null
     2 ALPHAOP DISABLE
     2 COLOROP DISABLE)";
-/// The tail of an empty slot and a map on stage 1.
+/// The final calls for an empty slot and a map on stage 1.
 constexpr const char* kTailOfSecond = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE null
@@ -57,7 +57,7 @@ constexpr const char* kTailOfSecond = R"(
     1 TEXTURE second
     2 ALPHAOP DISABLE
     2 COLOROP DISABLE)";
-/// The tail of two maps that take one stage each.
+/// The final calls for two maps that take one stage each.
 constexpr const char* kTailOfTwo = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE first
@@ -65,7 +65,7 @@ constexpr const char* kTailOfTwo = R"(
     1 TEXTURE second
     2 ALPHAOP DISABLE
     2 COLOROP DISABLE)";
-/// The same where the second one takes two stages.
+/// The same if the second one takes two stages.
 constexpr const char* kTailOfThree = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE first
@@ -424,9 +424,9 @@ TEST_F(MapStages, TintedAdditiveBlendTakesTheTintsStagesBack)
         3 COLOROP DISABLE)")));
 }
 
-// The blend belongs to the stage of the tint, and switches off the alpha of the one above, which is
-// the map's: the alpha of the map does not take part.
-TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionTakesNoAlphaOfTheMap)
+// The blend is set on the stage of the tint and switches off the alpha of the stage above, which is
+// the map's: the map's alpha is not used.
+TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionIgnoresTheMapsAlpha)
 {
     Put(StageReflection, StageDiffuse);
     gfx.tintColor = kTint;
@@ -438,7 +438,7 @@ TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionTakesNoAlphaOfTheMap)
     EXPECT_EQ(gfx.cache.stageState[2][D3DTSS_COLOROP], int32_t{D3DTOP_MULTIPLYADD});
 }
 
-// ---- Maps in places where they can not be
+// ---- Maps where they are not allowed
 
 TEST_F(MapStages, DiffuseInSlotOneOverABumpMapIsAnError)
 {
@@ -460,7 +460,7 @@ TEST_F(MapStages, TypeThatDoesNotExistIsAnError)
     EXPECT_EQ(BindError(), "Invalid type of texture stage 0: -1");
 }
 
-TEST_F(MapStages, BadMaterialLeavesTheStatesWithTheDevice)
+TEST_F(MapStages, StatesReachTheDeviceAfterABadMaterial)
 {
     Put(StageDiffuse, StageReflection);
     BindError();
@@ -480,7 +480,7 @@ struct ReflectionCase {
     const char* own; // states of stage 0
 };
 
-// 0.2 * 255 is 51, that is 0x33. The alpha of blending is 128, that is 0x80.
+// 0.2 * 255 is 51, that is 0x33. The blend alpha is 128, that is 0x80.
 const ReflectionCase kReflectionCases[] = {
     {"full, alone", 1.0f, true, false, R"(
         0 COLOROP SELECTARG2
@@ -543,7 +543,7 @@ const ReflectionCase kReflectionCases[] = {
         0 COLORARG2 CONSTANT)"},
 };
 
-/// A map above that needs neither light nor blending.
+/// A map above that needs neither lighting nor blending.
 constexpr const char* kMapAbove = R"(
     1 COLOROP MODULATE
     1 COLORARG1 CURRENT
@@ -579,7 +579,7 @@ TEST_F(MapStages, ReflectionOf0995IsFullAndOf0994IsNot)
     EXPECT_EQ(gfx.cache.stageState[0][D3DTSS_COLOROP], int32_t{D3DTOP_MODULATE});
 }
 
-TEST_F(MapStages, OnlyTheSlotsThatAreWalkedCountAsAbove)
+TEST_F(MapStages, OnlySlotsThatAreBoundCountAsAbove)
 {
     Put(StageReflection, StageModulate);
     gfx.materialStages = 1;
@@ -629,8 +629,8 @@ TEST_F(MapStages, UnlitMaterialShowsItsColor)
 
 namespace {
 
-/// A view whose inverse takes (0, 0, 1) to `forward`, which has one coordinate of 1 and no other.
-/// It only changes the axes over, so its inverse is its transpose and `forward` the third column.
+/// A view whose inverse takes (0, 0, 1) to `forward`, a unit vector along one axis. It only
+/// permutes the axes, so its inverse is its transpose and `forward` is the third column.
 D3DXMATRIX ViewAlong(const D3DXVECTOR3& forward)
 {
     return {forward.y, forward.z, forward.x, 0, //
@@ -672,8 +672,8 @@ TEST_F(MapStages, SphereAboveStageZeroIsAdded)
 
 TEST_F(MapStages, SphereFollowsTheCamera)
 {
-    // Along x: no turn, level. Along y: a quarter of a turn, which is 0.25 of the width. Along z:
-    // straight up, half of the height from the middle; the turn of nothing is 0.
+    // Along x: no turn, level. Along y: a quarter turn, which is 0.25 of the width. Along z:
+    // straight up, half the height from the centre; the turn of a zero vector is 0.
     static const struct {
         const char* what;
         D3DXVECTOR3 forward;
@@ -706,7 +706,7 @@ TEST_F(MapStages, SphereUnderADiffuseMapJoinsAsAReflection)
     EXPECT_EQ(gfx.cache.stageState[1][D3DTSS_COLORARG0], D3DTA_CURRENT);
 }
 
-TEST_F(MapStages, SphereWithAViewThatHasNoInverseStandsStill)
+TEST_F(MapStages, SphereWithAViewThatHasNoInverseUsesTheIdentity)
 {
     gfx.SetViewMatrix(D3DXMATRIX(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
     Put(StageSphere, kNone);

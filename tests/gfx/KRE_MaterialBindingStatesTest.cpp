@@ -103,8 +103,8 @@ constexpr const char* kMode17With150 = R"(
     DESTBLEND D3DBLEND_INVSRCCOLOR
     1 ALPHAOP DISABLE)";
 
-// The alpha of a transparent material is round((1 - transparency) * alpha): 0.75 * 200 is 150. Modes
-// 3, 5 and 9 have an alpha of 255 of their own.
+// The alpha of a transparent material is round((1 - transparency) * alpha): 0.75 * 200 is 150.
+// Modes 3, 5 and 9 always use an alpha of 255.
 const MaterialBlendCase kImageBlends[] = {
     {"filter, opaque: as given", kTransparencyFilter, 0.0f, 9, 200.0f, 9, 255, kMode9With200},
     {"filter, opaque, value rounded", kTransparencyFilter, 0.0f, 7, 199.6f, 7, 200, kMode7With200},
@@ -181,7 +181,7 @@ TEST_F(MaterialStates, BlendsOnStageZero)
                                        "SetTextureStageState 1 D3DTSS_ALPHAOP D3DTOP_DISABLE"}));
 }
 
-TEST_F(MaterialStates, QuirkUnknownTypeIsToldByTheFirstWordOfTheRecord)
+TEST_F(MaterialStates, QuirkUnknownTypeIsReportedAsTheFirstWordOfTheRecord)
 {
     info.transparencyType = 3;
     info.diffuse.r = 1.0f; // 0x3F800000

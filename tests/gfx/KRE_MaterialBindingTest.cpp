@@ -53,7 +53,7 @@ TEST_F(MaterialBinding, TextureWithoutAPictureIsBoundAsNull)
     EXPECT_THAT(CallsOf("SetTexture"), ElementsAre("SetTexture 0 null"));
     EXPECT_EQ(gfx.blendMode, -1);
     EXPECT_EQ(gfx.currentTexture, &empty);
-    gfx.SetTexture(nullptr); // it goes before the engine
+    gfx.SetTexture(nullptr); // it is destroyed before the engine
 }
 
 TEST_F(MaterialBinding, BlendingAfterNullIsOffUntilItIsSet)
@@ -235,7 +235,7 @@ TEST_F(MaterialBinding, SequenceTakesTheMatrixOfTheCurrentSlot)
     EXPECT_EQ(gfx.cache.stageState[0][D3DTSS_TEXTURETRANSFORMFLAGS], int32_t{D3DTTFF_COUNT3});
 }
 
-TEST_F(MaterialBinding, QuirkSequenceIsLitBySourceOneAlone)
+TEST_F(MaterialBinding, QuirkSequenceIsLitOnlyBySourceOne)
 {
     PutFrames();
     for (const int32_t source : {-1, 2, 3}) {
@@ -284,7 +284,7 @@ TEST_F(MaterialBinding, VideoSourceIsUpdatedByEveryBinding)
     EXPECT_EQ(gVideoUpdates, 30);
 }
 
-TEST_F(MaterialBinding, VideoSourceThatIsNotThereIsAnError)
+TEST_F(MaterialBinding, MissingVideoSourceIsAnError)
 {
     texture.videoSource = 16;
     EXPECT_EQ(RaisedBy([&] { gfx.SetTexture(&texture); }),

@@ -5,8 +5,8 @@ using testing::IsEmpty;
 
 using PrintfDrawing = TextTest;
 
-// The target is 64 x 48 pixels. Letters stand a quarter pixel left of and above the pen, so that the
-// centres of 5 x 5 pixels lie inside, and are 0.02 smaller.
+// The target is 64 x 48 pixels. Letters are a quarter pixel left of and above the pen, so that the
+// centres of 5 x 5 pixels are inside, and 0.02 smaller.
 
 TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
 {
@@ -20,7 +20,7 @@ TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
         EXPECT_FLOAT_EQ(quad.top, 19.75f);
         EXPECT_FLOAT_EQ(quad.right, 14.73f + shift); // 9.75 + 5 - 0.02
         EXPECT_FLOAT_EQ(quad.bottom, 24.73f);
-        // A is glyph 33, its cell at (72, 6); B stands beside it. The sheet is 128 x 32.
+        // A is glyph 33, its cell at (72, 6); B is next to it. The sheet is 128 x 32.
         EXPECT_FLOAT_EQ(quad.u, (72.01f + shift) / 128.0f);
         EXPECT_FLOAT_EQ(quad.v, 6.01f / 32.0f);
         EXPECT_FLOAT_EQ(quad.uEnd, (76.99f + shift) / 128.0f); // 72.01 + 5 - 0.02
@@ -92,7 +92,7 @@ TEST_F(PrintfDrawing, LeftBearingMovesTheLetterAndBothNarrowIt)
     EXPECT_FLOAT_EQ(quads[1].left, 18.75f); // 10 + ((1 - 0.5 - 1) + 5) * 2 - 0.25
 }
 
-TEST_F(PrintfDrawing, SmallPieceStandsOnTheBaselineOfALargeOne)
+TEST_F(PrintfDrawing, SmallPieceIsOnTheBaselineOfALargeOne)
 {
     Lay("A|s20B");
     gfx.printf.Draw(0.0f, 10.0f);
@@ -123,7 +123,7 @@ TEST_F(PrintfDrawing, ColorTakesTheAlphaOfTheOptions)
     }
 }
 
-TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenPutBack)
+TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenRestored)
 {
     font.scale = 2.0f;
     options.shadow = 1;
@@ -140,7 +140,7 @@ TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenPutBack)
     EXPECT_FLOAT_EQ(quads[3].left, 21.75f) << "12 pixels further";
 }
 
-TEST_F(PrintfDrawing, ViewIsKeptAndPutBack)
+TEST_F(PrintfDrawing, ViewIsSavedAndRestored)
 {
     gfx.SetCullMode(1);
     gfx.SetViewport(8, 4, 40, 30, 0.25f, 0.75f);
@@ -303,7 +303,7 @@ TEST_F(PrintfDrawing, PiecesOfOneFontAreDrawnAtOnce)
                             "SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(PrintfDrawing, OtherFontIsABatchOfItsOwn)
+TEST_F(PrintfDrawing, AnotherFontStartsABatch)
 {
     KRE_Font second;
     gfx.BuildFont(second, 0xFFFFFFFF, 0xFF000000);
@@ -318,7 +318,7 @@ TEST_F(PrintfDrawing, OtherFontIsABatchOfItsOwn)
         ViewCalls(),
         testing::IsSupersetOf({"SetTexture 0 texture#1", "DrawPrimitive D3DPT_TRIANGLELIST 0 4",
                                "SetTexture 0 texture#2", "DrawPrimitive D3DPT_TRIANGLELIST 0 6"}));
-    gfx.SetTexture(nullptr); // the second font goes
+    gfx.SetTexture(nullptr); // the second font is destroyed
 }
 
 TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
@@ -350,13 +350,13 @@ TEST_F(PrintfDrawing, CharacterWithoutAPictureOnlyMovesThePen)
     Calls();
     gfx.printf.Draw(0.0f, 0.0f);
     const std::vector<GlyphQuad> quads = Quads(3);
-    // No pixel's centre, at whole numbers, lies in a rectangle of -0.02 pixels at 5.75.
+    // No pixel centre, at whole numbers, is in a rectangle of -0.02 pixels at 5.75.
     EXPECT_FLOAT_EQ(quads[1].left, 5.75f);
     EXPECT_FLOAT_EQ(quads[1].right, 5.73f);
     EXPECT_FLOAT_EQ(quads[2].left, 6.75f); // 6 for A, 1 for the bar
 }
 
-TEST_F(PrintfDrawing, BytesBehindTheFontTakeTheSpacing)
+TEST_F(PrintfDrawing, BytesBeyondTheFontTakeTheSpacing)
 {
     Lay("\x80\xFF"
         "A");
@@ -364,7 +364,7 @@ TEST_F(PrintfDrawing, BytesBehindTheFontTakeTheSpacing)
     EXPECT_FLOAT_EQ(Quads(3)[2].left, 1.75f); // 1 for each of the two
 }
 
-TEST_F(PrintfDrawing, ControlCharactersAreNotPut)
+TEST_F(PrintfDrawing, ControlCharactersAreNotDrawn)
 {
     gfx.printf.SetFont(&font);
     gfx.printf.penX = 5.0f;

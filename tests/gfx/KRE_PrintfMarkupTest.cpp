@@ -49,7 +49,7 @@ protected:
 
 } // namespace
 
-// A letter takes 6 pixels. The bar has no picture: it takes the spacing, 1 pixel.
+// A letter takes 6 pixels. The bar has no glyph: it takes the spacing, 1 pixel.
 
 TEST_F(Markup, CommandsShapeThePieces)
 {
@@ -87,7 +87,7 @@ TEST_F(Markup, CommandsShapeThePieces)
         EXPECT_EQ(Scan(c.text), c.expected) << c.what;
 }
 
-TEST_F(Markup, WhatIsNoCommandIsText)
+TEST_F(Markup, AnythingButACommandIsText)
 {
     static const struct {
         const char* what;
@@ -117,7 +117,7 @@ TEST_F(Markup, EndInsideACommandEndsTheScan)
     }
 }
 
-TEST_F(Markup, AlignmentIsTheLines)
+TEST_F(Markup, AlignmentBelongsToTheLine)
 {
     static const struct {
         const char* text;
@@ -134,7 +134,7 @@ TEST_F(Markup, AlignmentIsTheLines)
     }
 }
 
-TEST_F(Markup, ResetGoesBackToWhatTheTextBeganWith)
+TEST_F(Markup, ResetRestoresTheInitialOptions)
 {
     options.color = 0x00123456;
     options.alpha = 0.25f;
@@ -163,20 +163,20 @@ TEST_F(Markup, EachTextBeginsWithScaleOne)
     EXPECT_EQ(Scan("A|s20B|RC"), "0:A;6:B*2,2;18:C");
 }
 
-TEST_F(Markup, LongNameIsNotCut)
+TEST_F(Markup, LongNameIsNotTruncated)
 {
     const std::string name(10000, 'N');
     EXPECT_EQ(Scan(("|i'" + name + "'").c_str()), "0:<not found:'" + name + "'>");
 }
 
-TEST_F(Markup, SwitchedOffAllIsText)
+TEST_F(Markup, SwitchedOffEverythingIsText)
 {
     EXPECT_EQ(gfx.printf.markup, 1) << "on at first";
     gfx.printf.markup = 0;
     EXPECT_EQ(Scan("|CFF0000A||B|NC\nD"), "0:|CFF0000A||B|NC/0:D");
 }
 
-TEST_F(Markup, ControlCharactersAreLeftOut)
+TEST_F(Markup, ControlCharactersAreIgnored)
 {
     EXPECT_EQ(Scan("A\r\x01\x1F"
                    "B"),

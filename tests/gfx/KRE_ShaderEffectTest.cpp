@@ -65,7 +65,7 @@ TEST_F(EffectLoad, SecondUserSharesTheCompiledEffectAndItsTechnique)
     EXPECT_EQ(file.references, 1u);
 }
 
-TEST_F(EffectLoad, LoadingAgainLetsGoOfTheFormerFile)
+TEST_F(EffectLoad, LoadingAgainReleasesTheFormerFile)
 {
     ScriptedEffect other;
     other.AddTechnique();
@@ -134,7 +134,7 @@ TEST_F(EffectLoad, EffectWithoutTechniquesIsUnusable)
     EXPECT_FALSE(effect.TechniqueHasVertexShader());
 }
 
-TEST_F(EffectLoad, NoOtherTechniqueIsTriedWhereOneWasAskedFor)
+TEST_F(EffectLoad, NoOtherTechniqueIsTriedIfOneWasRequested)
 {
     file.AddTechnique();
     file.AddTechnique({{}}, false);
@@ -145,7 +145,7 @@ TEST_F(EffectLoad, NoOtherTechniqueIsTriedWhereOneWasAskedFor)
     EXPECT_FALSE(effect.IsUsable());
 }
 
-TEST_F(EffectLoad, ATechniqueThatTheFileDoesNotHaveIsNotAskedFor)
+TEST_F(EffectLoad, ARequestForAMissingTechniqueIsIgnored)
 {
     file.AddTechnique({{}}, false);
     file.AddTechnique();
@@ -194,7 +194,7 @@ TEST_F(EffectLoad, RefusedParameterIsAnError)
               "Can not SetParameter :D3DERR_INVALIDCALL");
 }
 
-TEST_F(EffectLoad, NullHandleIsPassedOver)
+TEST_F(EffectLoad, NullHandleIsIgnored)
 {
     file.AddTechnique();
     Load(effect);
@@ -264,7 +264,7 @@ TEST_F(EffectLoad, MaterialsEffectComesBeforeTheScenesAndTheSkinningOne)
 
 // ---- Reset
 
-TEST_F(EffectLoad, HoldsNoTextureOfTheScreenOverAReset)
+TEST_F(EffectLoad, HoldsNoScreenTextureDuringAReset)
 {
     file.AddTechnique();
     file.AddParameters({"SCREENCOPY", "SCREENBUFFER2", "SCREENQUARTERBUFFER3"});
@@ -281,7 +281,7 @@ TEST_F(EffectLoad, HoldsNoTextureOfTheScreenOverAReset)
     EXPECT_NE(gfx.screenCopy.Get(), nullptr);
 }
 
-TEST_F(EffectLoad, LivesThroughAReset)
+TEST_F(EffectLoad, SurvivesAReset)
 {
     file.AddTechnique();
     Load(effect);

@@ -4,7 +4,7 @@
 
 using Catalogue = TextureEngine;
 
-TEST_F(Catalogue, LoadsATextureWhenItIsFirstAskedFor)
+TEST_F(Catalogue, LoadsATextureOnFirstUse)
 {
     directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
     EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true));
@@ -77,7 +77,7 @@ TEST_F(Catalogue, OnlyAStretchedEntryIsResampled)
     EXPECT_EQ(LastCreation().filter, DWORD{D3DX_FILTER_NONE});
 }
 
-TEST_F(Catalogue, AFileThatIsNoPictureIsAnErrorEachTime)
+TEST_F(Catalogue, AFileThatIsNotAPictureIsAnErrorEachTime)
 {
     directory.Write("bad.bmp", "no picture");
     gfx->catalogue.AddTexture("Sky", "bad.bmp", 0, true);
@@ -85,7 +85,7 @@ TEST_F(Catalogue, AFileThatIsNoPictureIsAnErrorEachTime)
     EXPECT_NE(ErrorText([&] { gfx->catalogue.GetTexture("Sky"); }), "");
 }
 
-TEST_F(Catalogue, FreeForgetsEntriesAndGivesTexturesBack)
+TEST_F(Catalogue, FreeForgetsEntriesAndReleasesTextures)
 {
     directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
     gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true);

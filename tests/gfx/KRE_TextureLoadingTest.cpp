@@ -5,7 +5,8 @@ using LoadTexture = TextureEngine;
 
 namespace {
 
-/// What `LoadTexture` says of a picture that the picture library refuses, up to the result's name.
+/// The message of `LoadTexture` for a picture that the picture library refuses, up to the result's
+/// name.
 constexpr const char* kNoImage = " D3DXGetImageInfoFromFile failed: ";
 
 bool StartsWith(const std::string& text, const std::string& start)
@@ -118,7 +119,7 @@ TEST_F(LoadTexture, WithoutReuseNothingIsShared)
     EXPECT_NE(first.current, second.current);
 }
 
-TEST_F(LoadTexture, APictureThatAResetTookAwayIsLoadedAgain)
+TEST_F(LoadTexture, APictureReleasedByAResetIsLoadedAgain)
 {
     directory.Write("wood.bmp", PlainBmp(4, 4, 0x111111));
     KRE_Texture first;
@@ -156,7 +157,7 @@ TEST_F(LoadTexture, AFailedLoadLeavesTheSlotEmptyUnlessItIsKept)
     EXPECT_EQ(gfx->textureManager.GetCount(), 0);
 }
 
-TEST_F(LoadTexture, AKeptSlotGivesItsPictureBackWhenTheNewOneArrives)
+TEST_F(LoadTexture, AKeptSlotReleasesItsPictureWhenTheNewOneArrives)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     directory.Write("b.bmp", PlainBmp(2, 2, 0));
@@ -223,14 +224,14 @@ TEST_F(LoadTexture, AMissingFileIsAnErrorThatNamesIt)
     EXPECT_EQ(LoadError(texture, "gone.bmp"), "Can not open file gone.bmp");
 }
 
-TEST_F(LoadTexture, ADirectoryIsNoFile)
+TEST_F(LoadTexture, ADirectoryIsNotAFile)
 {
     directory.Write("folder.bmp/inside.txt", "x");
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, "folder.bmp"), "Can not open file folder.bmp");
 }
 
-TEST_F(LoadTexture, AnAbsolutePathIsWarnedOf)
+TEST_F(LoadTexture, AnAbsolutePathCausesAWarning)
 {
     KRE_Texture texture;
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
@@ -238,7 +239,7 @@ TEST_F(LoadTexture, AnAbsolutePathIsWarnedOf)
     EXPECT_EQ(Warnings().rfind("Absolute file path: '", 0), 0u) << Warnings();
 }
 
-TEST_F(LoadTexture, APictureThatIsNoneIsAnErrorThatNamesIt)
+TEST_F(LoadTexture, AFileThatIsNotAPictureIsAnErrorThatNamesIt)
 {
     const std::string bmp = PlainBmp(8, 8, 0x123456);
     std::string noSides = bmp;
@@ -283,7 +284,7 @@ TEST_F(LoadTexture, APictureOf40000PixelsASideWithoutItsPixelsIsAnError)
     EXPECT_TRUE(EndsWith(LoadError(texture, "huge.bmp"), " (file:huge.bmp)"));
 }
 
-TEST_F(LoadTexture, EveryCutOfAPictureLoadsOrIsAnError)
+TEST_F(LoadTexture, EveryTruncatedPictureLoadsOrIsAnError)
 {
     for (const std::string& whole : {PlainBmp(5, 3, 0x123456), Tga32(3, 2, {1, 2, 3, 4, 5, 6})}) {
         for (size_t size = 0; size < whole.size(); ++size) {
@@ -306,7 +307,7 @@ TEST_F(LoadTexture, ATextureThatTheDeviceCannotMakeIsAnErrorThatNamesTheFile)
     EXPECT_EQ(gfx->textureManager.GetCount(), 0);
 }
 
-TEST_F(LoadTexture, AFileWithSidesThatAreNoPowersOf2LoadsAtItsOwnSize)
+TEST_F(LoadTexture, AFileWithSidesThatAreNotPowersOf2LoadsAtItsOwnSize)
 {
     directory.Write("odd.bmp", PlainBmp(6, 5, 0x123456));
     gfx->caps.TextureCaps &= ~DWORD{D3DPTEXTURECAPS_POW2};
@@ -320,7 +321,7 @@ TEST_F(LoadTexture, AFileWithSidesThatAreNoPowersOf2LoadsAtItsOwnSize)
     }
 }
 
-TEST_F(LoadTexture, CompressedWithMipmapsASideThatIsNoPowerOf2IsStretchedToOne)
+TEST_F(LoadTexture, CompressedWithMipmapsASideThatIsNotAPowerOf2IsStretchedToOne)
 {
     directory.Write("odd.bmp", PlainBmp(12, 4, 0x123456));
     KRE_Texture texture;
@@ -430,7 +431,7 @@ TEST_F(LoadTexture, MipLevelsOf0AreTheFullChain)
 
 TEST_F(LoadTexture, ADeviceWithoutMipmapsIsAskedFor0Levels)
 {
-    // The real device below has them, so the 0 shows as the full chain.
+    // The real device below supports mip maps, so the 0 gives the full chain.
     directory.Write("a.bmp", PlainBmp(8, 2, 0));
     gfx->caps.TextureCaps &= ~DWORD{D3DPTEXTURECAPS_MIPMAP};
     KRE_Texture texture;

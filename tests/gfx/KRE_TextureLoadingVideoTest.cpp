@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Gives each pixel the column in red, the row in green and the user word in blue.
+/// Fills each pixel with its column in red, its row in green and the user word in blue.
 void DrawGradient(KRE_Surface* surface, uint32_t userWord)
 {
     surface->Lock(nullptr, 0);

@@ -62,7 +62,7 @@ TEST(KRE_Texture, StartsWithItsDefaults)
     EXPECT_FALSE(texture.IsValid());
 }
 
-/// What tells of the picture of a texture that has none.
+/// Expects the fields of a texture without a picture.
 static void ExpectNoPicture(const KRE_Texture& texture, const char* when)
 {
     EXPECT_FALSE(texture.IsValid()) << when;
@@ -150,7 +150,7 @@ TEST(KRE_Texture, CreateSequenceGivesEmptyFrames)
     EXPECT_EQ(texture.frameIndex, -1);
 }
 
-TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessToldToKeepThem)
+TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessAskedToKeepThem)
 {
     const int before = FakeObjectsAlive();
     TextureOverStub t(D3DFMT_L8, 8, 4);
@@ -234,7 +234,7 @@ TEST(KRE_Texture, ASharedPictureIsReleasedByItsLastUser)
     EXPECT_EQ(manager.GetCount(), 0);
 }
 
-TEST(KRE_Texture, APictureThatAResetTookAwayIsNotReleasedAgain)
+TEST(KRE_Texture, APictureReleasedByAResetIsNotReleasedAgain)
 {
     KRE_ResourceManager manager;
     KRE_Texture texture;
@@ -246,7 +246,7 @@ TEST(KRE_Texture, APictureThatAResetTookAwayIsNotReleasedAgain)
     EXPECT_EQ(manager.GetCount(), 0);
 }
 
-TEST(KRE_Texture, PutTextureGivesBackWhatWasThere)
+TEST(KRE_Texture, PutTextureReleasesThePreviousPicture)
 {
     const int before = FakeObjectsAlive();
     TextureOverStub t(D3DFMT_L8, 8, 4);
@@ -299,7 +299,7 @@ TEST(KRE_Texture, APictureWithHardAlphaHasAlphaByFormatButNotBySamples)
     EXPECT_FALSE(t.texture.HasAlpha());
 }
 
-TEST(KRE_Texture, RefreshForgetsTheAlphaOfThePictureBefore)
+TEST(KRE_Texture, RefreshForgetsTheAlphaOfThePreviousPicture)
 {
     TextureOverStub t(D3DFMT_A8R8G8B8, 4, 4);
     t.texture.Refresh();
@@ -348,7 +348,7 @@ TEST(KRE_Texture, SizeIsThatOfTheChosenLevelAndAtLeastOne)
     EXPECT_EQ(full.cy, 1);
 }
 
-TEST(KRE_Texture, RectFromPixelsIsDrawnInALittle)
+TEST(KRE_Texture, RectFromPixelsIsInset)
 {
     TextureOverStub t(D3DFMT_L8, 256, 256);
     t.texture.Refresh();
@@ -372,7 +372,7 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
-    // From x 40 to 8: (40 - 0.25) / 64 and (-32 + 0.02) / 64; from y 4 to 4 counts as backwards.
+    // x from 40 to 8: (40 - 0.25) / 64 and (-32 + 0.02) / 64; y from 4 to 4 counts as backwards.
     t.texture.SetRectFromPixels(40, 4, 8, 4, true, false);
     EXPECT_EQ(t.texture.originU, 39.75f / 64.0f);
     EXPECT_EQ(t.texture.axisAU, (-32.0f + 0.02f) / 64.0f);
@@ -382,7 +382,7 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
     EXPECT_EQ(t.texture.sourceHeight, 0.0f);
 }
 
-TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
+TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfAsked)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
@@ -394,7 +394,7 @@ TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
     EXPECT_EQ(t.texture.sourceHeight, 16.0f);
 }
 
-TEST(KRE_Texture, SwapAxesTurnsTheRectangleOverItsDiagonal)
+TEST(KRE_Texture, SwapAxesMirrorsTheRectangleOverItsDiagonal)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
@@ -491,7 +491,7 @@ TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)
     EXPECT_EQ(manager.GetEntry(1)->useCount, 2);
 }
 
-TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlots)
+TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureCopiesOnlyTheStoredSlotFields)
 {
     KRE_Texture texture;
     texture.slotNames[2].Assign("lost.bmp");
@@ -510,7 +510,7 @@ TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlot
     EXPECT_EQ(copy.slots[0].param, 1.0f);
     EXPECT_EQ(copy.textureWord, 5u);
     EXPECT_EQ(copy.loadOptions, 1u);
-    // Tracks and timing belong to pictures and stay as in a new texture.
+    // Tracks and timing belong to pictures, so they stay as in a new texture.
     EXPECT_EQ(copy.matrixAni[2].constants[KRE_TextMatrixAni::kTileU], 1.0f);
     EXPECT_EQ(copy.framePeriod, 0.2f);
     EXPECT_EQ(copy.manager, nullptr);

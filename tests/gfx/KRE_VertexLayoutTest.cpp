@@ -36,7 +36,7 @@ const LayoutCase kLayouts[] = {
 
 } // namespace
 
-TEST(VertexInfo, OffsetsAreTheRunningSumOfWhatComesBefore)
+TEST(VertexInfo, OffsetsAreTheRunningSumOfTheSizes)
 {
     for (const LayoutCase& c : kLayouts) {
         VertexInfo info;
@@ -57,7 +57,8 @@ TEST(VertexInfo, OffsetsAreTheRunningSumOfWhatComesBefore)
 
 TEST(VertexInfo, QuirkBlendedPositionWithoutIndicesIsOneWeightShort)
 {
-    // Three weights need 12 + 3 * 4 bytes; the engine's vertices have an index word in the last place.
+    // Three weights need 12 + 3 * 4 bytes; the engine's vertices have an index word in place of the
+    // last one.
     VertexInfo info;
     info.SetFVFInfo(D3DFVF_XYZB3);
     EXPECT_EQ(info.stride, 20);

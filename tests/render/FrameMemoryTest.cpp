@@ -59,8 +59,8 @@ void FillScene(KRE_3dScene& scene)
 
 } // namespace
 
-// The device is one that notes nothing: notes take memory.
-TEST(Frame, TakesNoMemoryAfterTheFirst)
+// The device records nothing, because recording allocates memory.
+TEST(Frame, AllocatesNothingAfterTheFirst)
 {
     const ScratchDirectory scratch;
     const ComHandle<IDirect3D9> quiet(new FakeDirect3D);

@@ -36,7 +36,7 @@ protected:
         gGfx->LoadSceneEffects(scene, directory, "scenes/one.qsa");
         Calls();
     }
-    /// Only the calls of drawing and of the effect.
+    /// Only the draw calls and the effect's calls.
     std::vector<std::string> DrawingCalls()
     {
         std::vector<std::string> kept;
@@ -115,7 +115,7 @@ TEST_F(SceneEffects, MaterialIsDrawnInThePassesOfItsEffect)
 }
 
 // A mesh without materials selects no effect of its own.
-TEST_F(SceneEffects, EffectOfTheLastMaterialDoesNotGoOnToTheNextMesh)
+TEST_F(SceneEffects, EffectOfTheLastMaterialDoesNotCarryOverToTheNextMesh)
 {
     KRE_Mesh& glowing = AddGlowing("glowing");
     KRE_Mesh& bare = AddMesh("bare", 0);
@@ -206,7 +206,7 @@ TEST_F(SceneEffects, SkinningEffectDrawsMeshesThatItBlends)
                 ElementsAre("Begin 0", "BeginPass 0", "Mesh::DrawSubset mesh 0", "EndPass", "End"));
 }
 
-TEST_F(SceneEffects, EffectOfASubsetIsUpdatedWhereDrawingIsSwitchedOff)
+TEST_F(SceneEffects, EffectOfASubsetIsUpdatedWhileDrawingIsSwitchedOff)
 {
     file.AddParameters({"WORLD", "NUMBLENDWEIGHTS", "NumOmniLights"});
     KRE_Mesh& mesh = AddGlowing("mesh");
@@ -219,7 +219,7 @@ TEST_F(SceneEffects, EffectOfASubsetIsUpdatedWhereDrawingIsSwitchedOff)
     EXPECT_EQ(file.ints.count("NumOmniLights"), 1u);
 }
 
-TEST_F(SceneEffects, EffectTakesTheReflectionInItsOwnHands)
+TEST_F(SceneEffects, EffectHandlesTheReflectionItself)
 {
     KRE_Mesh& mesh = AddGlowing("mesh");
     mesh.materials[0].reflectionSet = 0;
@@ -236,7 +236,7 @@ TEST_F(SceneEffects, EffectTakesTheReflectionInItsOwnHands)
 
 // ---- What belongs to a mesh
 
-TEST_F(SceneEffects, MeshTellsItsWeightsAndMatrices)
+TEST_F(SceneEffects, MeshPassesItsWeightsAndMatrices)
 {
     file.AddParameters({"NUMBLENDWEIGHTS", "WORLDMATRIXARRAY"});
     KRE_Mesh& mesh = AddGlowing("mesh", 1, kBlendedFormat);
@@ -278,7 +278,7 @@ TEST_F(SceneEffects, MeshWithoutBonesSendsNoMatrices)
     EXPECT_THAT(file.matrices["WORLDMATRIXARRAY"], IsEmpty());
 }
 
-TEST_F(SceneEffects, ReflectionIsToldByTheMaterial)
+TEST_F(SceneEffects, ReflectionDependsOnTheMaterial)
 {
     file.AddParameters({"REFLECTIONMAPTYPE", "REFLECTIONMAP", "TransformReflectionMap"});
     KRE_Mesh& mesh = AddGlowing("mesh", 2);
@@ -298,7 +298,7 @@ TEST_F(SceneEffects, ReflectionIsToldByTheMaterial)
     gGfx->environmentTM = Shift(4, 5, 6);
     gGfx->UpdateEffectObject(effect, mesh, 1);
     EXPECT_EQ(file.matrices["TransformReflectionMap"].at(0), Shift(4, 5, 6));
-    gGfx->UpdateEffectObject(effect, mesh, 2); // no material of the mesh
+    gGfx->UpdateEffectObject(effect, mesh, 2); // not a material of the mesh
     EXPECT_EQ(file.ints["REFLECTIONMAPTYPE"], 0);
     gGfx->boundTexture[0] = nullptr;
 }

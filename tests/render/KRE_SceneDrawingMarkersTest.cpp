@@ -11,7 +11,7 @@ constexpr const char* kLine = "DrawPrimitive D3DPT_LINELIST 0 1";
 
 class Markers : public SceneDrawing {
 protected:
-    /// What a list of markers holds: that of the last one drawn.
+    /// The vertices of a marker list, from the last marker drawn.
     static std::vector<KRE_PointVertex> Read(KRE_VertexListTemp<KRE_PointVertex>& list)
     {
         const KRE_PointVertex* first = list.LockVertices(0, list.vertexCount, D3DLOCK_READONLY);
@@ -85,7 +85,7 @@ TEST_F(Markers, TexturesAreUnbound)
     EXPECT_EQ(gGfx->currentTexture, nullptr);
 }
 
-TEST_F(Markers, LightingIsPutBackAsItWas)
+TEST_F(Markers, LightingIsRestored)
 {
     const D3DCOLOR grey = 0xFF808080;
     gGfx->SetLighting(0, &grey);
@@ -131,7 +131,7 @@ TEST_F(Markers, WithoutMarkersLightingStays)
     EXPECT_THAT(CallsOf("DrawPrimitive"), IsEmpty());
 }
 
-// The child's own place is (1, 0, 0), its parent's (0, 2, 0); the scene moves both by (0, 0, 3).
+// The child's own position is (1, 0, 0), its parent's (0, 2, 0); the scene moves both by (0, 0, 3).
 TEST_F(Markers, HierarchyIsALineFromEachObjectToItsParent)
 {
     KRE_3dObject parent;
@@ -187,7 +187,7 @@ TEST_F(Markers, OneObjectIsAPointOfAnotherColor)
     ExpectPoint(1, 2, 3, 0xFFFF3737);
 }
 
-TEST_F(Markers, ObjectOrLightThatIsNotThereDrawsNothing)
+TEST_F(Markers, MissingObjectOrLightDrawsNothing)
 {
     AddObject(Shift(1, 2, 3));
     AddLight();
@@ -197,7 +197,7 @@ TEST_F(Markers, ObjectOrLightThatIsNotThereDrawsNothing)
     }
 }
 
-TEST_F(Markers, LightsArePointsByTheirSwitch)
+TEST_F(Markers, LightsArePointsWithTheColorOfTheirSwitch)
 {
     KRE_Light& light = AddLight();
     light.worldTM = Shift(1, 2, 3);

@@ -21,7 +21,7 @@ protected:
 
 } // namespace
 
-TEST_F(PlacedList, IsDrawnWhereItStands)
+TEST_F(PlacedList, IsDrawnAtItsPlace)
 {
     list.worldTM = Shift(1, 2, 3);
     gGfx->DrawTriangleList(list);

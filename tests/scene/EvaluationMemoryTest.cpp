@@ -3,7 +3,7 @@
 #include "tests/scene/SceneTesting.h"
 #include "tests/support/CountedAllocations.h"
 
-TEST(Evaluate, TakesNoMemory)
+TEST(Evaluate, AllocatesNothing)
 {
     KRE_3dScene scene;
     KRE_3dObject* parent = nullptr;
@@ -20,7 +20,7 @@ TEST(Evaluate, TakesNoMemory)
     }
     scene.AddLight(KRE_Light())->parent = parent;
     scene.cameras.GetSlot(scene.cameras.Add())->target = parent;
-    scene.Update(0, 1); // the order of the lists is made once after a change
+    scene.Update(0, 1); // the order of the lists is rebuilt once after a change
 
     const int64_t before = gAllocations;
     ASSERT_GT(before, 0) << "allocations are counted";

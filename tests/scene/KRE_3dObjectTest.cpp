@@ -32,7 +32,7 @@ TEST(KRE_3dObject, StartsWithItsDefaults)
     EXPECT_EQ(object.resourceId, -1);
 }
 
-TEST(KRE_3dObject, ThePoseFieldsLieInOneBlock)
+TEST(KRE_3dObject, ThePoseFieldsAreInOneBlock)
 {
     const KRE_3dObject object;
     const auto offset = [&object](const void* field) {
@@ -46,7 +46,7 @@ TEST(KRE_3dObject, ThePoseFieldsLieInOneBlock)
     EXPECT_EQ(offset(&object.rotationAngle + 1), static_cast<std::ptrdiff_t>(kStoredPoseSize));
 }
 
-TEST(KRE_3dObject, ErrorsAndWarningsBearItsName)
+TEST(KRE_3dObject, ErrorsAndWarningsCarryItsName)
 {
     const LogScope log;
     KRE_3dObject object;
@@ -142,7 +142,7 @@ TEST(KRE_3dObject, SetPositionRebuildsOrLeavesItToTheNextEvaluation)
     ExpectVector(where, 1, 2, 3, "rebuilt");
 }
 
-TEST(KRE_3dObject, ResetPutsEverythingBack)
+TEST(KRE_3dObject, ResetRestoresEverything)
 {
     KRE_3dObject object;
     KRE_3dObject parent;
@@ -237,9 +237,10 @@ TEST(KRE_3dObject, CorrectionTMWithoutPivotAndExtraMatrixIsTheIdentity)
     ExpectMatrix(object.CorrectionTM(nullptr), identity);
 }
 
-TEST(KRE_3dObject, CorrectionTMCarriesThePivotThroughTheWorldMatrix)
+TEST(KRE_3dObject, CorrectionTMAppliesThePivotThroughTheWorldMatrix)
 {
-    // W turns x to y, so inverse(W) * P * W with P a move by (1, 0, 0) is a move by (0, 1, 0).
+    // W turns x to y, so inverse(W) * P * W, with P a translation by (1, 0, 0), is a translation by
+    // (0, 1, 0).
     KRE_3dObject object;
     object.rotationAxis = {0, 0, 1};
     object.rotationAngle = kPi / 2;

@@ -77,14 +77,14 @@ TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
     for (const auto& c : cases) {
         gGfx->hardwareSkinning = c.hardwareSkinning;
         KRE_Mesh mesh;
-        mesh.processing = 2; // of before
+        mesh.processing = 2; // the old value
         Create(mesh, c.fvf, 0, c.bones);
         EXPECT_EQ(mesh.processing, c.path) << c.what;
         EXPECT_EQ(mesh.mesh->GetOptions(), c.options) << c.what;
     }
 }
 
-TEST_F(CreateMesh, OnADeviceThatProcessesInSoftwareEveryMeshDoes)
+TEST_F(CreateMesh, OnASoftwareDeviceEveryMeshIsProcessedInSoftware)
 {
     Restart(0);
     KRE_Mesh mesh;
@@ -114,7 +114,7 @@ TEST_F(CreateMesh, AFailedCreationIsAnErrorWithBlanksAroundIt)
     EXPECT_FALSE(mesh.mesh);
 }
 
-TEST_F(CreateMesh, CountsAndFormatsThatMakeNoMeshAreAFailedCreation)
+TEST_F(CreateMesh, InvalidCountsAndFormatsFailTheCreation)
 {
     static const struct {
         const char* what;
@@ -207,7 +207,7 @@ TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
     EXPECT_EQ(mesh.vertexBlendFlags, static_cast<DWORD>(D3DVBF_DISABLE));
 }
 
-TEST_F(CreateMesh, TakesTheLocksOfTheMeshBeforeAway)
+TEST_F(CreateMesh, ReleasesTheLocksOfThePreviousMesh)
 {
     KRE_Mesh mesh;
     Create(mesh);

@@ -104,7 +104,7 @@ TEST(KRE_MaterialInfo, EachTrackWithKeysOverwritesAllFourComponentsOfItsField)
 
 TEST(KRE_MaterialInfo, TracksFollowTheTime)
 {
-    // Linear from 0 at 1 s to 8 at 5 s: 2 a second, so 4 at 3 s.
+    // Linear from 0 at 1 s to 8 at 5 s: 2 per second, so 4 at 3 s.
     KRE_MaterialInfo material;
     material.opacityTrack.SetKeyCount(2);
     material.opacityTrack.interpolation = KRE_FloatTrack::kLinear;
@@ -115,7 +115,7 @@ TEST(KRE_MaterialInfo, TracksFollowTheTime)
     EXPECT_FLOAT_EQ(material.transparency, 4.0f);
 }
 
-TEST(KRE_MaterialInfo, OpacityTrackIsTakenAsTransparencyAsItStands)
+TEST(KRE_MaterialInfo, OpacityTrackIsUsedAsTransparencyUnchanged)
 {
     KRE_MaterialInfo material;
     material.opacityTrack.SetKeyCount(1);
@@ -189,7 +189,7 @@ TEST(KRE_MaterialInfo, CombineMultipliesColoursAndAddsUpTransparency)
     EXPECT_EQ(result.tileV, 0);
 }
 
-TEST(KRE_MaterialInfo, CombineMultipliesEmissiveWhereTheOverrideSaysSo)
+TEST(KRE_MaterialInfo, CombineMultipliesEmissiveIfTheOverrideSaysSo)
 {
     KRE_MaterialInfo own;
     own.emissive = {0.5f, 0.25f, 1, 0.5f};

@@ -33,7 +33,7 @@ TEST(RunCommand, HelpAndVersionGoToStandardOutput)
     EXPECT_THAT(run.out, testing::MatchesRegex("qsa2qsb [0-9]+[.][0-9]+\n"));
 }
 
-TEST(RunCommand, NothingToConvertIsSaidAndFails)
+TEST(RunCommand, NothingToConvertIsReportedAndFails)
 {
     const ScratchDirectory scratch;
     scratch.Write("deck/a.qsa", kBareScene);
@@ -89,7 +89,7 @@ TEST(RunCommand, GoesOnAfterAFailureAndFails)
     EXPECT_EQ(RunNames({"nosuch.qsa", "c.qsa"}).status, 1);
 }
 
-TEST(RunCommand, OwnHelpOfTheProgramIsNotAFailure)
+TEST(RunCommand, TheProgramsOwnHelpIsNotAFailure)
 {
     const ScratchDirectory scratch;
     for (const char* option : {"/?", "/H", "/help"}) {
@@ -111,7 +111,7 @@ TEST(RunCommand, ProgramThatBreaksOffIsAFailure)
     EXPECT_THAT(run.err, testing::HasSubstr("./run: a: the program broke off with status 137\n"));
 }
 
-TEST(RunCommand, NamesThatGiveOnePictureAreRefusedBeforeTheFirstStarts)
+TEST(RunCommand, NamesWithTheSamePictureAreRefusedBeforeTheFirstStarts)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"a/boat.qsa", "b/boat.qsa", "b/cleat.qsa"})
