@@ -57,7 +57,7 @@ D3DXMATRIX BlendedMatrix(KRE_Mesh& mesh, int32_t vertex, const D3DXMATRIX* palet
 }
 
 /// The point on a mirror ball that shows what a surface reflects into the eye. All arguments are in
-/// one space; the normal need not be normalised.
+/// one space; `normal` has length 1.
 D3DXVECTOR2 SphereCoordinates(const D3DXVECTOR3& eye, const D3DXVECTOR3& position,
                               const D3DXVECTOR3& normal)
 {
