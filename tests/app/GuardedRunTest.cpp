@@ -21,7 +21,7 @@ public:
 
 class GuardedEngine : public KRE_Base {
 public:
-    GuardedEngine() { SetClassName("GuardedEngine"); }
+    GuardedEngine() { SetClassName("Engine"); }
 };
 
 /// How often the cursor was shown, minus how often it was hidden, counted by the calls.
