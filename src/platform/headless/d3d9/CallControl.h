@@ -7,19 +7,7 @@
 
 namespace headless {
 
-// What every entry point of the device passes through: results that a test ordered, and the log of
-// calls that the host does not model.
-
-/// Number of ordered results that wait; calls look no further while it is 0.
-extern int gOrderedResultCount;
-
-/// Takes the result ordered for the next call of `name` (see TestControl.h); `D3D_OK` if none is.
-HRESULT TakeOrderedResult(const char* name);
-
-inline HRESULT OrderedResult(const char* name)
-{
-    return gOrderedResultCount == 0 ? D3D_OK : TakeOrderedResult(name);
-}
+// The log of calls that the host does not model.
 
 /// Writes "UNMODELLED text" to standard error: what a file asks for and the host does not have.
 void LogLack(const std::string& text);

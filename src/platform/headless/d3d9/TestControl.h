@@ -16,13 +16,6 @@ void SimulateDeviceLost(IDirect3DDevice9* device);
 /// works. `Present` still gives `D3DERR_DEVICELOST`.
 void SimulateDeviceRestorable(IDirect3DDevice9* device);
 
-/// The next call named `name`, on whatever object, gives `result` and does nothing. Names are those of
-/// the operations that give a result ("Reset", "LockRect", "CreateTexture"). Several orders for a name are served in turn.
-void FailNextCall(const char* name, HRESULT result);
-
-/// Forgets all orders that were not served; gives their number.
-int ClearFailNextCalls();
-
 /// All objects with references of the caller's, such as "1 interface, 1 device, 2 textures", or "".
 std::string LiveObjectReport();
 
