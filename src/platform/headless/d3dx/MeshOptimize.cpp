@@ -1,6 +1,6 @@
 // Sorting the faces of a mesh by attribute.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/Mesh.h"
 
 #include <algorithm>

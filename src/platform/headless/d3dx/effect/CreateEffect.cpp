@@ -4,7 +4,7 @@
 #include <new>
 #include <string>
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxPreprocessor.h"

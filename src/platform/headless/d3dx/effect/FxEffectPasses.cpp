@@ -1,6 +1,6 @@
 // Techniques and passes at work, and the device's reset.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
 namespace headless::fx {

@@ -1,4 +1,4 @@
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 #include "platform/headless/d3d9/TestControl.h"
 

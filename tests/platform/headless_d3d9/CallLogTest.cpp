@@ -7,7 +7,7 @@ using namespace headless;
 
 namespace {
 
-using CallControlTest = DeviceTest;
+using CallLogTest = DeviceTest;
 
 struct UnmodelledCall {
     const char* name;
@@ -17,7 +17,7 @@ struct UnmodelledCall {
 
 } // namespace
 
-TEST_F(CallControlTest, CallsThatAreNotModelledFailAndAreLoggedOnce)
+TEST_F(CallLogTest, CallsThatAreNotModelledFailAndAreLoggedOnce)
 {
     IDirect3DQuery9* query = nullptr;
     IDirect3DStateBlock9* block = nullptr;
@@ -57,19 +57,4 @@ TEST_F(CallControlTest, CallsThatAreNotModelledFailAndAreLoggedOnce)
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << c.name;
         EXPECT_EQ(UnmodelledCallCount(c.name), before + 2) << c.name;
     }
-}
-
-TEST_F(CallControlTest, StatesThatDoNotExistAreRefused)
-{
-    DWORD value = 0;
-    EXPECT_EQ(device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(1), 0), D3DERR_INVALIDCALL);
-    EXPECT_EQ(device->GetRenderState(static_cast<D3DRENDERSTATETYPE>(999), &value),
-              D3DERR_INVALIDCALL);
-    EXPECT_EQ(device->SetTextureStageState(8, D3DTSS_COLOROP, D3DTOP_ADD), D3DERR_INVALIDCALL);
-    EXPECT_EQ(device->SetSamplerState(16, D3DSAMP_MAGFILTER, D3DTEXF_POINT), D3DERR_INVALIDCALL);
-    EXPECT_EQ(device->GetSamplerState(0, static_cast<D3DSAMPLERSTATETYPE>(0), &value),
-              D3DERR_INVALIDCALL);
-    D3DMATRIX matrix = {};
-    EXPECT_EQ(device->SetTransform(static_cast<D3DTRANSFORMSTATETYPE>(512), &matrix),
-              D3DERR_INVALIDCALL);
 }
