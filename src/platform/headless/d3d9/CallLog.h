@@ -59,4 +59,13 @@ HRESULT Unmodelled(const char* name, Arguments... arguments)
     return LogUnmodelled(name, text, D3DERR_INVALIDCALL);
 }
 
+/// UNMODELLED: what RefusingDevice.h lists is logged by name and fails.
+struct LoggedRefusal {
+    template <typename... Arguments>
+    static HRESULT Refuse(const char* name, Arguments... arguments)
+    {
+        return Unmodelled(name, arguments...);
+    }
+};
+
 } // namespace headless
