@@ -128,6 +128,8 @@ HRESULT STDMETHODCALLTYPE FakeSurface::LockRect(D3DLOCKED_RECT* lockedOut, const
 {
     if (isLocked || (rect && !IsInside(*rect, description)))
         return D3DERR_INVALIDCALL;
+    if (device && FAILED(device->lockResult))
+        return device->lockResult;
     const PixelLayout& layout = *LayoutOf(description.Format);
     const UINT column = rect ? static_cast<UINT>(rect->left) / layout.blockSide : 0;
     const UINT row = rect ? static_cast<UINT>(rect->top) / layout.blockSide : 0;

@@ -60,6 +60,21 @@ TEST_F(DeviceStatesTest, SlotsEndWhereTheDeviceEnds)
               D3DERR_INVALIDCALL);
 }
 
+TEST_F(DeviceStatesTest, StatesThatDoNotExistAreRefused)
+{
+    DWORD value = 0;
+    EXPECT_EQ(device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(1), 0), D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->GetRenderState(static_cast<D3DRENDERSTATETYPE>(999), &value),
+              D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->SetTextureStageState(8, D3DTSS_COLOROP, D3DTOP_ADD), D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->SetSamplerState(16, D3DSAMP_MAGFILTER, D3DTEXF_POINT), D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->GetSamplerState(0, static_cast<D3DSAMPLERSTATETYPE>(0), &value),
+              D3DERR_INVALIDCALL);
+    D3DMATRIX matrix = {};
+    EXPECT_EQ(device->SetTransform(static_cast<D3DTRANSFORMSTATETYPE>(512), &matrix),
+              D3DERR_INVALIDCALL);
+}
+
 TEST_F(DeviceStatesTest, LightsWithNegativeRangeOrFallOffAreRefused)
 {
     D3DLIGHT9 light = {};

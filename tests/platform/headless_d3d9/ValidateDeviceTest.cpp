@@ -1,9 +1,6 @@
 // ValidateDevice agrees with an actual draw.
 
-#include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/d3d9/DeviceTestFixture.h"
-
-using namespace headless;
 
 namespace {
 
@@ -89,10 +86,7 @@ TEST_F(ValidateDeviceTest, AVertexFormatThatCannotBeDrawnIsRefused)
     EXPECT_EQ(Validate(), D3D_OK);
 }
 
-TEST_F(ValidateDeviceTest, ItNeedsAnOutputPointerAndCanBeOrderedToFail)
+TEST_F(ValidateDeviceTest, ItNeedsAnOutputPointer)
 {
     EXPECT_EQ(device->ValidateDevice(nullptr), D3DERR_INVALIDCALL);
-    DWORD passes = 0;
-    FailNextCall("ValidateDevice", D3DERR_CONFLICTINGRENDERSTATE);
-    EXPECT_EQ(device->ValidateDevice(&passes), D3DERR_CONFLICTINGRENDERSTATE);
 }

@@ -38,8 +38,6 @@ protected:
         device->ClearLines();
     }
 
-    void TearDown() override { EXPECT_EQ(ClearFailNextCalls(), 0); }
-
     HRESULT Sort()
     {
         return mesh->OptimizeInplace(D3DXMESHOPT_ATTRSORT, nullptr, nullptr, nullptr, nullptr);
@@ -80,44 +78,6 @@ TEST_F(MeshDraw, FailureOfTheDeviceEndsTheDrawing)
         ASSERT_FALSE(device->Lines().empty());
         EXPECT_EQ(device->Lines().back().rfind(name, 0), 0u) << name << " was not the last call";
     }
-}
-
-TEST_F(MeshDraw, OrderedResultsReachTheCaller)
-{
-    void* data = nullptr;
-    DWORD* attributes = nullptr;
-    IDirect3DVertexBuffer9* vertices = nullptr;
-    IDirect3DIndexBuffer9* indices = nullptr;
-    DWORD count = 0;
-    ID3DXMesh* other = nullptr;
-    const auto fail = [](const char* name) { FailNextCall(name, E_FAIL); };
-
-    fail("D3DXCreateMeshFVF");
-    EXPECT_EQ(D3DXCreateMeshFVF(1, 3, 0, D3DFVF_XYZ, device.get(), &other), E_FAIL);
-    fail("LockVertexBuffer");
-    EXPECT_EQ(mesh->LockVertexBuffer(0, &data), E_FAIL);
-    fail("UnlockVertexBuffer");
-    EXPECT_EQ(mesh->UnlockVertexBuffer(), E_FAIL);
-    fail("LockIndexBuffer");
-    EXPECT_EQ(mesh->LockIndexBuffer(0, &data), E_FAIL);
-    fail("UnlockIndexBuffer");
-    EXPECT_EQ(mesh->UnlockIndexBuffer(), E_FAIL);
-    fail("LockAttributeBuffer");
-    EXPECT_EQ(mesh->LockAttributeBuffer(0, &attributes), E_FAIL);
-    fail("UnlockAttributeBuffer");
-    EXPECT_EQ(mesh->UnlockAttributeBuffer(), E_FAIL);
-    fail("GetVertexBuffer");
-    EXPECT_EQ(mesh->GetVertexBuffer(&vertices), E_FAIL);
-    fail("GetIndexBuffer");
-    EXPECT_EQ(mesh->GetIndexBuffer(&indices), E_FAIL);
-    fail("GetAttributeTable");
-    EXPECT_EQ(mesh->GetAttributeTable(nullptr, &count), E_FAIL);
-    fail("SetAttributeTable");
-    EXPECT_EQ(mesh->SetAttributeTable(nullptr, 0), E_FAIL);
-    fail("OptimizeInplace");
-    EXPECT_EQ(Sort(), E_FAIL);
-    fail("DrawSubset");
-    EXPECT_EQ(mesh->DrawSubset(4), E_FAIL);
 }
 
 TEST_F(MeshDraw, FailureOfABufferMakesNoMesh)

@@ -316,13 +316,3 @@ TEST_F(FxEffectTest, ALostDeviceDropsOnlyItsOwnTextures)
     ASSERT_EQ(effect->GetTexture("b", left.Out()), D3D_OK);
     EXPECT_EQ(left.Get(), managed.Get());
 }
-
-TEST_F(FxEffectTest, AnyCallCanBeMadeToFail)
-{
-    const Com<ID3DXEffect> effect = Make("float x; technique { pass { } }");
-    FailNextCall("ID3DXEffect::SetFloat", D3DERR_DRIVERINTERNALERROR);
-    EXPECT_EQ(effect->SetFloat("x", 1.0f), D3DERR_DRIVERINTERNALERROR);
-    EXPECT_EQ(effect->SetFloat("x", 1.0f), D3D_OK);
-    FailNextCall("ID3DXEffect::Begin", E_OUTOFMEMORY);
-    EXPECT_EQ(effect->Begin(nullptr, 0), E_OUTOFMEMORY);
-}

@@ -1,9 +1,7 @@
 #include <bit>
 
-#include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/headless_effect/EffectTest.h"
-
-using namespace headless;
+#include "tests/support/RecordingDevice.h"
 
 // The effect of passes on the device, read back from it.
 
@@ -224,10 +222,12 @@ TEST_F(FxPassStatesTest, ChangesArriveWhenTheyAreCommitted)
 
 TEST_F(FxPassStatesTest, ADeviceFailureIsReported)
 {
+    RecordingDevice* const failing = RecordingDevice::Wrap(device.Get()).release();
+    *device.Out() = failing; // it holds the other one
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; Lighting = FALSE; } }");
     ASSERT_EQ(effect->Begin(nullptr, 0), D3D_OK);
-    FailNextCall("SetRenderState", D3DERR_DRIVERINTERNALERROR);
+    failing->FailNext("SetRenderState", D3DERR_DRIVERINTERNALERROR);
     EXPECT_EQ(effect->BeginPass(0), D3DERR_DRIVERINTERNALERROR);
     EXPECT_EQ(Render(D3DRS_LIGHTING), 0u) << "the other states are set all the same";
     EndPassAndEffect(effect.Get());

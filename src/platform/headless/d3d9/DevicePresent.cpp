@@ -72,8 +72,6 @@ void HeadlessDevice::BindRenderTarget(HeadlessSurface& surface)
 /// After a failed reset the device stays unusable until a reset succeeds.
 HRESULT HeadlessDevice::Reset(D3DPRESENT_PARAMETERS* parameters)
 {
-    if (const HRESULT ordered = OrderedResult("Reset"); FAILED(ordered))
-        return ordered;
     if (cooperation == Cooperation::Lost)
         return D3DERR_DEVICELOST;
     if (!parameters)
@@ -103,8 +101,6 @@ HWND HeadlessDevice::PresentWindow() const
 HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND dstWindowOverride,
                                 const RGNDATA* dirtyRegion)
 {
-    if (const HRESULT ordered = OrderedResult("Present"); FAILED(ordered))
-        return ordered;
     if (cooperation != Cooperation::Ok)
         return D3DERR_DEVICELOST;
     if (state.inScene)
@@ -122,8 +118,6 @@ HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND d
 HRESULT HeadlessDevice::GetBackBuffer(UINT swapChain, UINT bufferIndex, D3DBACKBUFFER_TYPE type,
                                       IDirect3DSurface9** backBufferOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetBackBuffer"); FAILED(ordered))
-        return ordered;
     if (!backBufferOut)
         return D3DERR_INVALIDCALL;
     *backBufferOut = nullptr;
@@ -137,8 +131,6 @@ HRESULT HeadlessDevice::GetBackBuffer(UINT swapChain, UINT bufferIndex, D3DBACKB
 /// The screen shows the last presented picture at its top left; the rest is black.
 HRESULT HeadlessDevice::GetFrontBufferData(UINT swapChain, IDirect3DSurface9* destSurface)
 {
-    if (const HRESULT ordered = OrderedResult("GetFrontBufferData"); FAILED(ordered))
-        return ordered;
     if (swapChain != 0 || !destSurface)
         return D3DERR_INVALIDCALL;
     if (cooperation != Cooperation::Ok)

@@ -72,8 +72,6 @@ HRESULT HeadlessDevice::CreateTexture(UINT width, UINT height, UINT levels, DWOR
                                       D3DFORMAT format, D3DPOOL pool,
                                       IDirect3DTexture9** textureOut, HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateTexture"); FAILED(ordered))
-        return ordered;
     if (!textureOut)
         return D3DERR_INVALIDCALL;
     *textureOut = nullptr;
@@ -93,8 +91,6 @@ HRESULT HeadlessDevice::CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, 
                                            IDirect3DVertexBuffer9** vertexBufferOut,
                                            HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateVertexBuffer"); FAILED(ordered))
-        return ordered;
     if (!vertexBufferOut)
         return D3DERR_INVALIDCALL;
     *vertexBufferOut = nullptr;
@@ -109,8 +105,6 @@ HRESULT HeadlessDevice::CreateIndexBuffer(UINT length, DWORD usage, D3DFORMAT fo
                                           IDirect3DIndexBuffer9** indexBufferOut,
                                           HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateIndexBuffer"); FAILED(ordered))
-        return ordered;
     if (!indexBufferOut)
         return D3DERR_INVALIDCALL;
     *indexBufferOut = nullptr;
@@ -134,8 +128,6 @@ HRESULT HeadlessDevice::CreateRenderTarget(UINT width, UINT height, D3DFORMAT fo
                                            BOOL lockable, IDirect3DSurface9** surfaceOut,
                                            HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateRenderTarget"); FAILED(ordered))
-        return ordered;
     if (!surfaceOut)
         return D3DERR_INVALIDCALL;
     *surfaceOut = nullptr;
@@ -152,8 +144,6 @@ HRESULT HeadlessDevice::CreateDepthStencilSurface(UINT width, UINT height, D3DFO
                                                   BOOL, IDirect3DSurface9** surfaceOut,
                                                   HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateDepthStencilSurface"); FAILED(ordered))
-        return ordered;
     if (!surfaceOut)
         return D3DERR_INVALIDCALL;
     *surfaceOut = nullptr;
@@ -170,8 +160,6 @@ HRESULT HeadlessDevice::CreateOffscreenPlainSurface(UINT width, UINT height, D3D
                                                     D3DPOOL pool, IDirect3DSurface9** surfaceOut,
                                                     HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateOffscreenPlainSurface"); FAILED(ordered))
-        return ordered;
     if (!surfaceOut)
         return D3DERR_INVALIDCALL;
     *surfaceOut = nullptr;

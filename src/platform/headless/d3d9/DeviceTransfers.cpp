@@ -73,8 +73,6 @@ HRESULT CopyDepth(HeadlessSurface& from, HeadlessSurface& to, const RECT& fromAr
 HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT* srcRect,
                                       IDirect3DSurface9* dstSurface, const POINT* dstPoint)
 {
-    if (const HRESULT ordered = OrderedResult("UpdateSurface"); FAILED(ordered))
-        return ordered;
     if (!srcSurface || !dstSurface)
         return D3DERR_INVALIDCALL;
     HeadlessSurface& from = AsSurface(srcSurface);
@@ -104,8 +102,6 @@ HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT*
 HRESULT HeadlessDevice::UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
                                       IDirect3DBaseTexture9* destinationTexture)
 {
-    if (const HRESULT ordered = OrderedResult("UpdateTexture"); FAILED(ordered))
-        return ordered;
     if (!sourceTexture || !destinationTexture)
         return D3DERR_INVALIDCALL;
     auto& from = static_cast<HeadlessTexture&>(*sourceTexture);
@@ -128,8 +124,6 @@ HRESULT HeadlessDevice::UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
 HRESULT HeadlessDevice::GetRenderTargetData(IDirect3DSurface9* renderTarget,
                                             IDirect3DSurface9* destSurface)
 {
-    if (const HRESULT ordered = OrderedResult("GetRenderTargetData"); FAILED(ordered))
-        return ordered;
     if (!renderTarget || !destSurface)
         return D3DERR_INVALIDCALL;
     if (cooperation != Cooperation::Ok)
@@ -150,8 +144,6 @@ HRESULT HeadlessDevice::StretchRect(IDirect3DSurface9* srcSurface, const RECT* s
                                     IDirect3DSurface9* dstSurface, const RECT* dstRect,
                                     D3DTEXTUREFILTERTYPE filter)
 {
-    if (const HRESULT ordered = OrderedResult("StretchRect"); FAILED(ordered))
-        return ordered;
     if (!srcSurface || !dstSurface || srcSurface == dstSurface || filter > D3DTEXF_LINEAR)
         return D3DERR_INVALIDCALL;
     HeadlessSurface& from = AsSurface(srcSurface);
@@ -179,8 +171,6 @@ HRESULT HeadlessDevice::StretchRect(IDirect3DSurface9* srcSurface, const RECT* s
 
 HRESULT HeadlessDevice::ColorFill(IDirect3DSurface9* surface, const RECT* rect, D3DCOLOR color)
 {
-    if (const HRESULT ordered = OrderedResult("ColorFill"); FAILED(ordered))
-        return ordered;
     if (!surface)
         return D3DERR_INVALIDCALL;
     HeadlessSurface& to = AsSurface(surface);
@@ -211,8 +201,6 @@ RECT HeadlessDevice::ClearArea() const
 HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags, D3DCOLOR color,
                               float z, DWORD stencil)
 {
-    if (const HRESULT ordered = OrderedResult("Clear"); FAILED(ordered))
-        return ordered;
     constexpr DWORD kKnown = D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER | D3DCLEAR_STENCIL;
     HeadlessSurface* depth = state.depthSurface.Get();
     if ((rectCount == 0) != (rects == nullptr) || flags == 0 || (flags & ~kKnown))

@@ -62,8 +62,6 @@ HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& lay
 /// Fails if a draw with these states would be refused; any draw takes one pass.
 HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
 {
-    if (const HRESULT ordered = OrderedResult("ValidateDevice"); FAILED(ordered))
-        return ordered;
     if (!numPassesOut)
         return D3DERR_INVALIDCALL;
     *numPassesOut = 1;
@@ -82,8 +80,6 @@ void HeadlessDevice::ForgetStream()
 HRESULT HeadlessDevice::DrawPrimitive(D3DPRIMITIVETYPE primitiveType, UINT startVertex,
                                       UINT primitiveCount)
 {
-    if (const HRESULT ordered = OrderedResult("DrawPrimitive"); FAILED(ordered))
-        return ordered;
     if (!state.inScene || !IsPrimitive(primitiveType))
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
@@ -99,8 +95,6 @@ HRESULT HeadlessDevice::DrawPrimitive(D3DPRIMITIVETYPE primitiveType, UINT start
 HRESULT HeadlessDevice::DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVertexIndex, UINT, UINT,
                                              UINT startIndex, UINT primitiveCount)
 {
-    if (const HRESULT ordered = OrderedResult("DrawIndexedPrimitive"); FAILED(ordered))
-        return ordered;
     if (!state.inScene || !IsPrimitive(type))
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
@@ -118,8 +112,6 @@ HRESULT HeadlessDevice::DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVert
 HRESULT HeadlessDevice::DrawPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT primitiveCount,
                                         const void* data, UINT stride)
 {
-    if (const HRESULT ordered = OrderedResult("DrawPrimitiveUP"); FAILED(ordered))
-        return ordered;
     VertexLayout layout;
     if (!state.inScene || !IsPrimitive(primitiveType) || !data || stride == 0 ||
         !MakeVertexLayout(state.fvf, layout))
@@ -141,8 +133,6 @@ HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, U
                                                const void* indexData, D3DFORMAT indexFormat,
                                                const void* data, UINT stride)
 {
-    if (const HRESULT ordered = OrderedResult("DrawIndexedPrimitiveUP"); FAILED(ordered))
-        return ordered;
     VertexLayout layout;
     if (!state.inScene || !IsPrimitive(primitiveType) || !indexData || !data || stride == 0 ||
         (indexFormat != D3DFMT_INDEX16 && indexFormat != D3DFMT_INDEX32) ||

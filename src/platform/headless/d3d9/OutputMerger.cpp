@@ -1,7 +1,7 @@
 #include "platform/headless/d3d9/OutputMerger.h"
 
 #include "platform/headless/d3d9/Blending.h"
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 #include <cstring>
 

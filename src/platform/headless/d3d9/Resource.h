@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/ComObject.h"
 #include "platform/headless/d3d9/ResourceOwner.h"
 

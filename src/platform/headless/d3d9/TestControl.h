@@ -16,14 +16,6 @@ void SimulateDeviceLost(IDirect3DDevice9* device);
 /// `Reset` works. `Present` still returns `D3DERR_DEVICELOST`.
 void SimulateDeviceRestorable(IDirect3DDevice9* device);
 
-/// The next call named `name`, on any object, returns `result` and does nothing. Names are those of
-/// the operations that return a result ("Reset", "LockRect", "CreateTexture"). Several orders for
-/// one name are served in turn.
-void FailNextCall(const char* name, HRESULT result);
-
-/// Drops all pending orders; returns their number.
-int ClearFailNextCalls();
-
 /// All objects that the caller holds references to, such as "1 interface, 1 device, 2 textures", or
 /// "".
 std::string LiveObjectReport();

@@ -1,6 +1,6 @@
 #include "platform/headless/d3d9/TextureSample.h"
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,6 +1,5 @@
 // Creating meshes, and what their options require of the two buffers.
 
-#include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3d9/VertexFormat.h"
 #include "platform/headless/d3dx/Mesh.h"
 
@@ -116,8 +115,6 @@ using namespace headless;
 HRESULT WINAPI D3DXCreateMeshFVF(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                  IDirect3DDevice9* device, ID3DXMesh** meshOut)
 {
-    if (const HRESULT ordered = OrderedResult("D3DXCreateMeshFVF"); FAILED(ordered))
-        return ordered;
     if (device == nullptr || meshOut == nullptr)
         return D3DERR_INVALIDCALL;
     *meshOut = nullptr;

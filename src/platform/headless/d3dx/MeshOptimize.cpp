@@ -1,6 +1,6 @@
 // Sorting the faces of a mesh by attribute.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/Mesh.h"
 
 #include <algorithm>
@@ -36,8 +36,6 @@ void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
 HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD* adjacencyOut,
                                       DWORD* faceRemapOut, ID3DXBuffer** vertexRemapOut)
 {
-    if (const HRESULT ordered = OrderedResult("OptimizeInplace"); FAILED(ordered))
-        return ordered;
     const bool isSort = (flags & D3DXMESHOPT_ATTRSORT) != 0 && (flags & ~kSortFlags) == 0;
     if (!isSort || adjacencyOut != nullptr || vertexRemapOut != nullptr) {
         const std::string text = ArgumentText(flags) + ", " + ArgumentText(adjacency) + ", " +

@@ -1,7 +1,7 @@
 #include <d3dx9.h>
 
 #include "platform/ComPointer.h"
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/ComObject.h"
 
 #include <new>

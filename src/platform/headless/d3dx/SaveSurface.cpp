@@ -1,6 +1,6 @@
 #include <d3dx9.h>
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/BmpWriter.h"
 #include "platform/headless/d3dx/PixelRect.h"
 #include "platform/headless/d3dx/PngWriter.h"

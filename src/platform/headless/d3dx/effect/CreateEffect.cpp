@@ -4,7 +4,7 @@
 #include <new>
 #include <string>
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxPreprocessor.h"
@@ -91,8 +91,6 @@ HRESULT WINAPI D3DXCreateEffect(IDirect3DDevice9* device, const void* data, UINT
                                 ID3DXEffectPool* pool, ID3DXEffect** effectOut,
                                 ID3DXBuffer** errorsOut)
 {
-    if (const HRESULT ordered = OrderedResult("D3DXCreateEffect"); FAILED(ordered))
-        return ordered;
     const Request request = {device, defines, include, pool, effectOut, errorsOut};
     if (!Prepare(request) || !data)
         return D3DERR_INVALIDCALL;
@@ -104,8 +102,6 @@ HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
                                          ID3DXEffectPool* pool, ID3DXEffect** effectOut,
                                          ID3DXBuffer** errorsOut)
 {
-    if (const HRESULT ordered = OrderedResult("D3DXCreateEffectFromFileA"); FAILED(ordered))
-        return ordered;
     const Request request = {device, defines, include, pool, effectOut, errorsOut};
     if (!Prepare(request) || !path)
         return D3DERR_INVALIDCALL;

@@ -1,6 +1,6 @@
 // Applying techniques and passes, and handling the device's reset.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
 namespace headless::fx {
@@ -20,8 +20,6 @@ bool IsInDeviceMemory(IDirect3DBaseTexture9* texture)
 
 HRESULT FxEffect::SetTechnique(D3DXHANDLE handle)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetTechnique"); FAILED(ordered))
-        return ordered;
     FxTechnique* found = Technique(handle);
     if (!found || isActive)
         return D3DERR_INVALIDCALL;
@@ -38,8 +36,6 @@ D3DXHANDLE FxEffect::GetCurrentTechnique()
 /// verdict on the states of its passes with the current parameter values.
 HRESULT FxEffect::ValidateTechnique(D3DXHANDLE handle)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::ValidateTechnique"); FAILED(ordered))
-        return ordered;
     const FxTechnique* found = Technique(handle);
     if (!found)
         return D3DERR_INVALIDCALL;
@@ -142,8 +138,6 @@ BOOL FxEffect::IsParameterUsed(D3DXHANDLE handle, D3DXHANDLE techniqueHandle)
 
 HRESULT FxEffect::Begin(UINT* passesOut, DWORD flags)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::Begin"); FAILED(ordered))
-        return ordered;
     if (!technique || isActive)
         return D3DERR_INVALIDCALL;
     savedStates.Save(*device.Get(), technique->touched, flags);
@@ -155,8 +149,6 @@ HRESULT FxEffect::Begin(UINT* passesOut, DWORD flags)
 
 HRESULT FxEffect::BeginPass(UINT index)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::BeginPass"); FAILED(ordered))
-        return ordered;
     if (!isActive || activePass || index >= technique->passes.size())
         return D3DERR_INVALIDCALL;
     FxPass& pass = *technique->passes[index];
@@ -178,8 +170,6 @@ HRESULT FxEffect::CommitChanges()
 
 HRESULT FxEffect::EndPass()
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::EndPass"); FAILED(ordered))
-        return ordered;
     if (!activePass)
         return D3DERR_INVALIDCALL;
     activePass = nullptr;
@@ -188,8 +178,6 @@ HRESULT FxEffect::EndPass()
 
 HRESULT FxEffect::End()
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::End"); FAILED(ordered))
-        return ordered;
     if (!isActive || activePass)
         return D3DERR_INVALIDCALL;
     isActive = false;
@@ -214,8 +202,6 @@ void FxEffect::DropDeviceTextures(const List& list)
 
 HRESULT FxEffect::OnLostDevice()
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::OnLostDevice"); FAILED(ordered))
-        return ordered;
     savedStates.Drop();
     DropDeviceTextures(model->parameters);
     return D3D_OK;
@@ -223,7 +209,7 @@ HRESULT FxEffect::OnLostDevice()
 
 HRESULT FxEffect::OnResetDevice()
 {
-    return OrderedResult("ID3DXEffect::OnResetDevice");
+    return D3D_OK;
 }
 
 } // namespace headless::fx

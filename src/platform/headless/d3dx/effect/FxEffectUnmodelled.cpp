@@ -1,7 +1,7 @@
 // UNMODELLED: shaders and their functions, state managers, parameter blocks, array ranges, clones.
 // Each call is logged by name and fails; those that return a handle return null.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
 namespace headless::fx {

@@ -7,19 +7,7 @@
 
 namespace headless {
 
-// What every entry point of the device goes through: results ordered by a test, and the log of
-// calls that the host does not model.
-
-/// Number of ordered results still pending; while it is 0, calls skip the lookup.
-extern int gOrderedResultCount;
-
-/// Takes the result ordered for the next call of `name` (see TestControl.h); `D3D_OK` if none is.
-HRESULT TakeOrderedResult(const char* name);
-
-inline HRESULT OrderedResult(const char* name)
-{
-    return gOrderedResultCount == 0 ? D3D_OK : TakeOrderedResult(name);
-}
+// The log of calls that the host does not model.
 
 /// Writes "UNMODELLED text" to standard error: a file asks for something that the host lacks.
 void LogLack(const std::string& text);
@@ -70,5 +58,14 @@ HRESULT Unmodelled(const char* name, Arguments... arguments)
     ((text += (text.empty() ? "" : ", ") + ArgumentText(arguments)), ...);
     return LogUnmodelled(name, text, D3DERR_INVALIDCALL);
 }
+
+/// UNMODELLED: what RefusingDevice.h lists is logged by name and fails.
+struct LoggedRefusal {
+    template <typename... Arguments>
+    static HRESULT Refuse(const char* name, Arguments... arguments)
+    {
+        return Unmodelled(name, arguments...);
+    }
+};
 
 } // namespace headless
