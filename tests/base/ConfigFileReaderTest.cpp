@@ -50,6 +50,16 @@ TEST_F(ConfigFileReaderTest, ResultsHaveTheNumbersThatCallersKnow)
     EXPECT_EQ(kConfigNoValue, 9);
 }
 
+TEST_F(ConfigFileReaderTest, NewReaderHasReadNothing)
+{
+    EXPECT_FALSE(reader.IsLoaded());
+    EXPECT_EQ(reader.GetLineCount(), 0);
+    EXPECT_EQ(reader.GetEntryCount(), 0);
+    EXPECT_EQ(reader.GetEntry(0), nullptr);
+    EXPECT_EQ(reader.GetBlockLevel(0), 0);
+    EXPECT_FALSE(reader.FoundInBase());
+}
+
 TEST_F(ConfigFileReaderTest, FindsEntriesWithTheirLinesAndParents)
 {
     ASSERT_EQ(Load(kSample), kTextFileOk);
