@@ -84,6 +84,17 @@ TEST(KRE_GfxProbes, InterfaceIsAskedForByItsVersion)
     EXPECT_EQ(asked, 32u);
 }
 
+TEST_F(KRE_GfxDevice, NewEngineHasDrawnAndChangedNothing)
+{
+    EXPECT_EQ(gfx.viewportChanged, 0);
+    EXPECT_EQ(gfx.matricesChanged, 0);
+    EXPECT_EQ(gfx.frameNumber, 0);
+    EXPECT_EQ(gfx.subFrameNumber, 0);
+    EXPECT_EQ(gfx.drawnMeshes, 0);
+    EXPECT_EQ(gfx.isDrawingScene, 0);
+    EXPECT_EQ(gfx.drawDisabled, 0);
+}
+
 TEST_F(KRE_GfxDevice, ConstructorDefaults)
 {
     EXPECT_EQ(gfx.fillMode, D3DFILL_SOLID);

@@ -337,6 +337,24 @@ TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
         << "a clear one";
 }
 
+TEST_F(PrintfDrawing, BackgroundIsAsHighAsTheLineAndHasNoPlaceOnTheSheet)
+{
+    options.background = 0x80204060;
+    Lay("AB");
+    FailNext("DrawPrimitive"); // the letters, which would take its place, are never put
+    EXPECT_NE(RaisedBy([&] { gfx.printf.Draw(10.0f, 20.0f); }), "no error");
+    const GlyphQuad quad = Quads(1)[0];
+    EXPECT_FLOAT_EQ(quad.left, 9.75f);
+    EXPECT_FLOAT_EQ(quad.top, 19.75f);
+    EXPECT_FLOAT_EQ(quad.right, 21.73f);  // 9.75 + 12 - 0.02
+    EXPECT_FLOAT_EQ(quad.bottom, 25.73f); // 19.75 + 6 - 0.02
+    EXPECT_EQ(quad.u, 0.0f);
+    EXPECT_EQ(quad.v, 0.0f);
+    EXPECT_EQ(quad.uEnd, 0.0f);
+    EXPECT_EQ(quad.vEnd, 0.0f);
+    EXPECT_EQ(quad.color, 0x80204060u);
+}
+
 TEST_F(PrintfDrawing, WidenedBlanksMoveWhatFollows)
 {
     Lay("|JA B|NDDDD"); // 18 and 24 pixels

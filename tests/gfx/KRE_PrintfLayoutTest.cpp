@@ -12,6 +12,18 @@ protected:
 
 } // namespace
 
+TEST(PrintfEntity, StartsAsATextWithoutLetters)
+{
+    const PrintfEntity entity;
+    EXPECT_EQ(entity.kind, PrintfEntity::kText);
+    EXPECT_TRUE(entity.text.IsEmpty());
+    EXPECT_EQ(entity.length, 0);
+    EXPECT_EQ(entity.x, 0.0f);
+    EXPECT_EQ(entity.width, 0.0f);
+    EXPECT_EQ(entity.wordSpacing, 0.0f);
+    EXPECT_EQ(entity.image, nullptr);
+}
+
 TEST_F(Layout, LinesFollowAtTheFontsLineSpacing)
 {
     const PrintfArea area = Lay("AB|NC|N");

@@ -6,6 +6,18 @@ using testing::IsEmpty;
 
 // ---- Loading
 
+TEST(ShaderEffectData, StartsWithNothingReadAndNothingChosen)
+{
+    const ShaderEffectData data;
+    EXPECT_FALSE(data.effect);
+    EXPECT_EQ(data.resourceCount, 0);
+    EXPECT_EQ(data.parameterCount, 0);
+    EXPECT_EQ(data.techniqueCount, 0);
+    EXPECT_EQ(data.technique, -1);
+    EXPECT_EQ(data.lightsFrame, -1) << "no frame has this number";
+    EXPECT_FALSE(data.invalid);
+}
+
 TEST_F(EffectLoad, MissingFileIsAnErrorOrAWarningByTheFlag)
 {
     EXPECT_EQ(LoadError("no.fx"), "Shader effect file 'no.fx' not found");

@@ -210,6 +210,28 @@ TEST(KRE_Surface, RowsOfEachBlockAreCountedFromItsOwnTop)
     }
 }
 
+TEST(KRE_Surface, CompressedPixelsOfALockedRectangleAreCountedFromItsOwnCorner)
+{
+    // The lower right block of 8 by 8 pixels. The rows of its codes are 0, 1, 1, 0: red, green,
+    // green, red. All other bytes are 0, which is black.
+    constexpr size_t kOfRectangle = 4 * 16 + 4 * 4; // where the stub's rectangle begins
+    std::vector<uint8_t> bytes(kOfRectangle + 256);
+    const uint8_t block[] = {0x00, 0xF8, 0xE0, 0x07, 0x00, 0x55, 0x55, 0x00};
+    std::copy(std::begin(block), std::end(block), bytes.begin() + kOfRectangle);
+    SurfaceOverBytes s(D3DFMT_DXT1, 8, 8, 16, bytes);
+    const RECT area = {4, 4, 8, 8};
+    s.surface.Lock(&area, 0);
+    constexpr D3DCOLOR kRed = 0xFFF80000, kGreen = 0xFF00FC00;
+    const D3DCOLOR expected[4] = {kRed, kGreen, kGreen, kRed};
+    for (int32_t y = 0; y < 4; ++y) {
+        for (int32_t x = 0; x < 4; ++x) {
+            D3DCOLOR color = 1;
+            EXPECT_TRUE(s.surface.GetCompressedPix(4 + x, 4 + y, &color)) << x << ", " << y;
+            EXPECT_EQ(color, expected[y]) << x << ", " << y;
+        }
+    }
+}
+
 TEST(KRE_Surface, ADxt1BlockWithTheFirstColourBelowTheSecondDecodesAsFourColours)
 {
     // c0 = 0x07E0 (green) below c1 = 0xF800 (red), all codes 3: a third of c0, two thirds of c1.

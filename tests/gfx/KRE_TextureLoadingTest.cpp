@@ -481,6 +481,14 @@ TEST_F(LoadTexture, ResourceNameIsTheLeafWithTheSize)
     EXPECT_STREQ(name.c_str(), "gone.bmp");
 }
 
+TEST_F(LoadTexture, ResourceNameOfAMissingFileIsMadeInSilence)
+{
+    String name;
+    gfx->MakeResourceName(&name, "gone.bmp");
+    const std::string log = directory.Has("logfile.txt") ? directory.Read("logfile.txt") : "";
+    EXPECT_EQ(log.find("gone.bmp"), std::string::npos) << log;
+}
+
 TEST_F(LoadTexture, ALongNameLoads)
 {
     const std::string name = std::string(200, 'n') + ".bmp";

@@ -150,6 +150,18 @@ TEST(KRE_Texture, CreateSequenceGivesEmptyFrames)
     EXPECT_EQ(texture.frameIndex, -1);
 }
 
+TEST(KRE_Texture, SequenceOfNoFramesHasNoLists)
+{
+    for (const int32_t count : {0, -1}) {
+        KRE_Texture texture;
+        texture.CreateSequence(2, false);
+        texture.CreateSequence(count, false);
+        EXPECT_EQ(texture.sequenceCount, 0) << count;
+        EXPECT_FALSE(texture.frameIds) << count;
+        EXPECT_FALSE(texture.frames) << count;
+    }
+}
+
 TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessAskedToKeepThem)
 {
     const int before = FakeObjectsAlive();
@@ -197,6 +209,22 @@ TEST(KRE_Texture, QuirkSlotsUpToSevenMayBeFreed)
         texture.FreeStage(i);
     EXPECT_EQ(ErrorText([&] { texture.FreeStage(8); }), "Invalid stage: 8");
     EXPECT_EQ(ErrorText([&] { texture.FreeStage(-1); }), "Invalid stage: -1");
+}
+
+TEST(KRE_Texture, FreeingASlotAboveTheFourthLeavesThePicturesAlone)
+{
+    const int before = FakeObjectsAlive();
+    {
+        TextureOverStub t(D3DFMT_L8, 8, 4);
+        const int alive = FakeObjectsAlive();
+        for (int32_t i = 4; i <= 7; ++i) {
+            t.texture.FreeStage(i);
+            ASSERT_EQ(t.texture.current, t.stub) << i;
+            ASSERT_EQ(t.texture.slotTextures[0], t.stub) << i;
+            ASSERT_EQ(FakeObjectsAlive(), alive) << i;
+        }
+    }
+    EXPECT_EQ(FakeObjectsAlive(), before);
 }
 
 TEST(KRE_Texture, FreeStageOfASequenceFreesAFrame)
@@ -342,6 +370,11 @@ TEST(KRE_Texture, SizeIsThatOfTheChosenLevelAndAtLeastOne)
     t.texture.GetSize(&size);
     EXPECT_EQ(size.cx, 2);
     EXPECT_EQ(size.cy, 1);
+    t.texture.mipShift = 4;
+    t.texture.GetSize(&size);
+    EXPECT_EQ(size.cx, 1);
+    EXPECT_EQ(size.cy, 1);
+    t.texture.mipShift = 2;
     SIZE full = {99, 99};
     t.texture.GetFullSize(&full);
     EXPECT_EQ(full.cx, 2);
@@ -467,6 +500,20 @@ TEST(KRE_Texture, CopyTakesPicturesSettingsAndTracks)
     copy.GetSize(&size);
     EXPECT_EQ(size.cx, 4) << "the second level of 8 by 4";
     EXPECT_EQ(size.cy, 2);
+}
+
+TEST(KRE_Texture, CopyTellsWhichPicturesLieInTheDefaultPool)
+{
+    KRE_ResourceManager manager;
+    KRE_Texture texture;
+    StubTexture* stub = new StubTexture(D3DFMT_L8, 4, 4, 4, std::vector<uint8_t>(16));
+    texture.SelectStage(2);
+    texture.PutTexture(&manager, manager.Add(stub, "a"), stub);
+    texture.slotDefaultPool[2] = 1;
+    KRE_Texture copy;
+    copy.CopyFrom(texture);
+    for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot)
+        EXPECT_EQ(copy.slotDefaultPool[slot], slot == 2 ? 1 : 0) << slot;
 }
 
 TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)

@@ -100,6 +100,13 @@ TEST_F(QSA_MaterialImportTest, MaterialsMustComeInOrder)
               "scene.qsa: Submaterial in wrong order!");
 }
 
+TEST_F(QSA_MaterialImportTest, CountOfMaterialsIsReadLikeAnyNumber)
+{
+    const std::string list = "*MATERIAL_LIST { *MATERIAL_COUNT ";
+    EXPECT_EQ(LoadError(list + std::string(127, '0') + " }"), "no error");
+    EXPECT_EQ(LoadError(list + std::string(128, '0') + " }"), "scene.qsa: String too long (>127)");
+}
+
 TEST_F(QSA_MaterialImportTest, SecondListFinishesOnlyWhatItAdds)
 {
     const std::string shiny = "*MATERIAL_SPECULAR 1 1 1 *MATERIAL_SHINESTRENGTH 0.5 "

@@ -216,6 +216,23 @@ TEST_F(QSA_MeshImportTest, VertexFormatFollowsTheMaterialsMaps)
     }
 }
 
+TEST_F(QSA_MeshImportTest, RoomForColoursIsZeroWhateverTheBufferHeldBefore)
+{
+    StartRecording();
+    static_cast<RecordingDevice*>(gGfx->device.Get())->FillNewVertexBuffers(0xCD);
+    Load(Triangle().Text(), kLoadVertexColors);
+    KRE_Mesh& mesh = Mesh(0);
+    ASSERT_EQ(mesh.vertexCount, 3);
+    ASSERT_EQ(mesh.stride, 32) << "position, normal and two colours";
+    mesh.LockAll(D3DLOCK_READONLY);
+    for (int32_t i = 0; i < 3; ++i) {
+        for (int32_t byte = 24; byte < 32; ++byte)
+            EXPECT_EQ(mesh.vertexData[mesh.stride * i + byte], 0) << i << ", " << byte;
+    }
+    mesh.UnlockAll();
+    scene.Reset(); // it goes before its device
+}
+
 TEST_F(QSA_MeshImportTest, QuirkThreeMapsGiveAFormatWithoutTextureCoordinates)
 {
     MeshText mesh = WithMaterial(Triangle());

@@ -1,6 +1,7 @@
 #include "qsa/QSA_SceneText.h"
 
 #include <filesystem>
+#include <functional>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -207,6 +208,47 @@ TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatNamesThePosition)
     EXPECT_EQ(RaisedBy([&] { reader.NextToken(); }), "text: Error reading from file text at 1500");
     reader.Close();
     EXPECT_FALSE(reader.IsOpen());
+}
+
+// A value and its end need no more; what stands behind may come later or, as here, never.
+TEST_F(QSA_SceneTextTest, ReadsNoFurtherThan256BytesAheadForAValue)
+{
+    const struct {
+        const char* what;
+        const char* start;
+        std::function<void()> read;
+    } cases[] = {
+        {"integer", "1 ",
+         [&] {
+             int32_t value = 0;
+             reader.ReadInt(&value);
+         }},
+        {"real", "1 ",
+         [&] {
+             float value = 0.0f;
+             reader.ReadFloat(&value);
+         }},
+        {"word", "w ",
+         [&] {
+             TokenBuffer word;
+             reader.ReadWord(word);
+         }},
+        {"quoted text", "\"q\" ",
+         [&] {
+             TokenBuffer text;
+             reader.ReadQuoted(text);
+         }},
+    };
+    reader.SetWindow(1);
+    for (const auto& c : cases) {
+        for (const auto& [bytesLeft, expected] :
+             {std::pair{256, "no error"}, {255, "text: Error reading from file text at 255"}}) {
+            Open(c.start + std::string(1000, ' '));
+            std::filesystem::resize_file("text", static_cast<uintmax_t>(bytesLeft));
+            EXPECT_EQ(RaisedBy(c.read), expected) << c.what;
+            reader.Close();
+        }
+    }
 }
 
 TEST_F(QSA_SceneTextTest, PeekAtTheEndDoesNotMove)

@@ -213,6 +213,18 @@ TEST_F(TextureFileTest, PicturesAreFoundBesideTheFile)
               scene.meshes.Get(0)->textures[0].slotTextures[0]);
 }
 
+TEST_F(TextureFileTest, MapsWithoutAFrameListLoadWithoutAnyWarning)
+{
+    directory.Write("map.bmp", Bmp(2));
+    directory.Write("other.bmp", Bmp(4));
+    QsbTexture stored = TextureOf("map.bmp");
+    stored.slots[1].file = "other.bmp";
+    const KRE_Texture& texture = LoadTexture(stored);
+    EXPECT_NE(texture.slotTextures[0], nullptr);
+    EXPECT_NE(texture.slotTextures[1], nullptr);
+    EXPECT_THAT(LogText(), Not(HasSubstr("Warning:")));
+}
+
 TEST_F(TextureFileTest, AMissingPictureIsAWarningAndLosesItsName)
 {
     const KRE_Texture& texture = LoadTexture(TextureOf("none.bmp"));

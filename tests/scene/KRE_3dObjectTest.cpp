@@ -17,6 +17,8 @@ TEST(KRE_3dObject, StartsWithItsDefaults)
     ExpectVector(object.mirror, 1, 1, 1);
     ExpectVector(object.position, 0, 0, 0);
     ExpectVector(object.scale, 1, 1, 1);
+    ExpectVector(object.rotationAxis, 0, 0, 0);
+    EXPECT_EQ(object.rotationAngle, 0.0f);
     ExpectVector(object.currentPosition, 0, 0, 0);
     ExpectVector(object.currentScale, 1, 1, 1);
     ExpectQuaternion(object.currentRotation, 0, 0, 0, 1);

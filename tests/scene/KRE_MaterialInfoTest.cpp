@@ -45,8 +45,12 @@ TEST(KRE_MaterialInfo, StartsWithItsDefaults)
                   material.opacityTrack.GetKeyCount(),
               0);
     EXPECT_TRUE(material.effectParams.name.IsEmpty());
-    for (const KRE_EffectParam& param : material.effectParams.params)
+    for (const KRE_EffectParam& param : material.effectParams.params) {
         EXPECT_EQ(param.hasFloat + param.hasVector, 0);
+        EXPECT_EQ(param.floatValue, 0.0f);
+        for (const float value : param.vectorValue)
+            EXPECT_EQ(value, 0.0f);
+    }
 }
 
 TEST(KRE_MaterialInfo, DrawingDefaultsAreLightGreyAndMatt)
