@@ -6,6 +6,7 @@
 #include "scene/KRE_ObjectFields.h"
 
 class File;
+class QSB_InputFile;
 
 /// A scene node: a named object with a parent, a static transform, three key tracks, and the
 /// matrices that they give at a time. Vectors are rows, so products read in order of application: a
@@ -26,7 +27,7 @@ public:
     /// unspecified. Overrides call their base's first; a mesh and a scene override `Load` like the
     /// others, although nothing calls it through a base.
     virtual void Save(File& file) const;
-    virtual void Load(File& file);
+    virtual void Load(QSB_InputFile& file);
     virtual int32_t IsMesh() const { return 0; }
 
     /// Computes the matrices at `time` in seconds; returns 1. A negative time counts as 0 unless

@@ -5,6 +5,7 @@
 #include <utility>
 
 class File;
+class QSB_InputFile;
 
 /// Interpolation from a key to the next one. Any other stored value is read as linear.
 enum KeyInterpolation : uint16_t {
@@ -39,7 +40,7 @@ public:
     /// Writes this key and all later ones as in QSB files; returns their number.
     int32_t Save(File& file) const;
     /// Reads the values of one key; true if another one follows in the file.
-    bool Load(File& file);
+    bool Load(QSB_InputFile& file);
 
     float time = 0;          ///< seconds from the start of the scene; ticks during a text import
     std::unique_ptr<T> next; ///< owned; the later key, null at the end

@@ -12,7 +12,7 @@ public:
     /// QUIRK: all blend weights of a vertex but the last are stored, in 16 bits and rounded down,
     /// as are normals: a scene that is loaded and saved repeatedly loses precision.
     void Save(File& file) const override;
-    void Load(File& file) override;
+    void Load(QSB_InputFile& file) override;
     int32_t IsMesh() const override { return 1; }
 
     /// Replaces the old pointers by one null pointer per bone.
