@@ -84,7 +84,7 @@ private:
         void* data = nullptr;
         Check(vertices->Lock(0, 0, &data, 0), "Lock");
         auto* out = static_cast<Vertex*>(data);
-        std::uint32_t noise = 1;
+        uint32_t noise = 1;
         const auto random = [&noise](float most) {
             noise = noise * 1664525 + 1013904223;
             return static_cast<float>(noise >> 8) * most / 16777216.0f;

@@ -25,7 +25,7 @@ constexpr KRE_LVertex kQuadCorners[] = {
 };
 
 /// Writes all vertices of a list from an array of the same length.
-template <class Vertex, std::size_t kCount>
+template <class Vertex, size_t kCount>
 void FillList(KRE_VertexListTemp<Vertex>& list, const Vertex (&vertices)[kCount])
 {
     std::copy_n(vertices, kCount, list.LockVertices(0, kCount, 0));

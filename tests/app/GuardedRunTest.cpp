@@ -33,14 +33,14 @@ int CursorShowCount()
 
 } // namespace
 
-TEST(RunGuarded, NormalEndIsOneWithoutABox)
+TEST(GuardedRun, NormalEndIsOneWithoutABox)
 {
     BoxWatch boxes;
     EXPECT_EQ(RunGuarded([] {}), 1);
     EXPECT_EQ(boxes.Take(), "");
 }
 
-TEST(RunGuarded, FoundationErrorEndsTheRunWithItsBox)
+TEST(GuardedRun, FoundationErrorEndsTheRunWithItsBox)
 {
     const ScratchDirectory scratch; // the log is written here
     BoxWatch boxes;
@@ -48,7 +48,7 @@ TEST(RunGuarded, FoundationErrorEndsTheRunWithItsBox)
     EXPECT_EQ(boxes.Take(), "Error\nFoundation: number 7\n");
 }
 
-TEST(RunGuarded, EngineErrorEndsTheRunWithItsBox)
+TEST(GuardedRun, EngineErrorEndsTheRunWithItsBox)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
@@ -56,7 +56,7 @@ TEST(RunGuarded, EngineErrorEndsTheRunWithItsBox)
     EXPECT_EQ(boxes.Take(), "KRE Error (DirectX9)\nEngine: number 7\n");
 }
 
-TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
+TEST(GuardedRun, GraphicsAreShutDownOnEveryWayOut)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
@@ -71,7 +71,7 @@ TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
 
 // When the box appears, the engine is destroyed, the cursor is shown again and the
 // window has been erased and painted.
-TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
+TEST(GuardedRun, BoxComesLastAndBelongsToTheWindow)
 {
     const ScratchDirectory scratch;
     void (*const ends[])() = {[] { Foundation().Error("number %i", 7); },
@@ -96,7 +96,7 @@ TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
     }
 }
 
-TEST(RunGuarded, NormalEndLeavesCursorAndWindowAlone)
+TEST(GuardedRun, NormalEndLeavesCursorAndWindowAlone)
 {
     const int before = CursorShowCount();
     const WatchedWindow window;

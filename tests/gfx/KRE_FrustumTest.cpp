@@ -52,7 +52,7 @@ struct ClipSpace {
 
 } // namespace
 
-TEST(Frustum, SidesAreThoseOfClipSpace)
+TEST(KRE_Frustum, SidesAreThoseOfClipSpace)
 {
     Random random;
     int inside = 0, outside = 0;
@@ -87,7 +87,7 @@ TEST(Frustum, SidesAreThoseOfClipSpace)
 }
 
 // 90 degrees wide and high: the sides slope by 45 degrees. Near 1, far 100.
-TEST(Frustum, DistanceIsInWorldUnits)
+TEST(KRE_Frustum, DistanceIsInWorldUnits)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -113,7 +113,7 @@ TEST(Frustum, DistanceIsInWorldUnits)
     }
 }
 
-TEST(Frustum, FollowsBothMatrices)
+TEST(KRE_Frustum, FollowsBothMatrices)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -131,7 +131,7 @@ TEST(Frustum, FollowsBothMatrices)
 }
 
 // A new engine may reuse the memory of an earlier one, with that one's matrices still in it.
-TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotReused)
+TEST(KRE_Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotReused)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -145,7 +145,7 @@ TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotReused)
     }
 }
 
-TEST(Frustum, PlanesThatDoNotExistContainEverything)
+TEST(KRE_Frustum, PlanesThatDoNotExistContainEverything)
 {
     D3DXMATRIX view;
     D3DXMatrixIdentity(&view);
@@ -156,7 +156,7 @@ TEST(Frustum, PlanesThatDoNotExistContainEverything)
         EXPECT_EQ(frustum.Distance(side, {1, 2, 3}), 0.0);
 }
 
-TEST(Frustum, SurvivesMatricesThatAreNotNumbers)
+TEST(KRE_Frustum, SurvivesMatricesThatAreNotNumbers)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);

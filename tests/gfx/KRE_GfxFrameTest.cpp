@@ -8,7 +8,7 @@ using testing::SizeIs;
 
 namespace {
 
-class Frame : public EngineTest {
+class KRE_GfxFrameTest : public EngineTest {
 protected:
     /// Fills the ring as if frames were shown at these times, oldest first; the i-th is frame i *
     /// `step`.
@@ -22,7 +22,7 @@ protected:
 
 } // namespace
 
-TEST_F(Frame, IsPresentedWhole)
+TEST_F(KRE_GfxFrameTest, IsPresentedWhole)
 {
     Start();
     EXPECT_EQ(gfx.ShowFrame(), 1);
@@ -31,7 +31,7 @@ TEST_F(Frame, IsPresentedWhole)
     EXPECT_GE(gfx.lastFrameTime, gfx.startTime);
 }
 
-TEST_F(Frame, ResizeByOnePixelDropsOneFrameAndResets)
+TEST_F(KRE_GfxFrameTest, ResizeByOnePixelDropsOneFrameAndResets)
 {
     Start();
     EXPECT_EQ(gfx.ShowFrame(), 1);
@@ -46,7 +46,7 @@ TEST_F(Frame, ResizeByOnePixelDropsOneFrameAndResets)
     EXPECT_THAT(CallsOf("Reset"), SizeIs(1));
 }
 
-TEST_F(Frame, HeightAloneCountsAsAResize)
+TEST_F(KRE_GfxFrameTest, HeightAloneCountsAsAResize)
 {
     Start();
     window.Resize(64, 47);
@@ -54,7 +54,7 @@ TEST_F(Frame, HeightAloneCountsAsAResize)
     EXPECT_EQ(gfx.backBuffer.height, 47);
 }
 
-TEST_F(Frame, FullScreenIgnoresTheWindow)
+TEST_F(KRE_GfxFrameTest, FullScreenIgnoresTheWindow)
 {
     const D3DDISPLAYMODE mode = {640, 480, 60, D3DFMT_X8R8G8B8};
     Start(&mode);
@@ -63,7 +63,7 @@ TEST_F(Frame, FullScreenIgnoresTheWindow)
     EXPECT_THAT(CallsOf("Reset"), IsEmpty());
 }
 
-TEST_F(Frame, LostDeviceDropsTheFrameWithoutAnError)
+TEST_F(KRE_GfxFrameTest, LostDeviceDropsTheFrameWithoutAnError)
 {
     Start();
     FailNext("Present", D3DERR_DEVICELOST);
@@ -73,7 +73,7 @@ TEST_F(Frame, LostDeviceDropsTheFrameWithoutAnError)
     EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
-TEST_F(Frame, AnyOtherFailureOfPresentIsAnError)
+TEST_F(KRE_GfxFrameTest, AnyOtherFailureOfPresentIsAnError)
 {
     Start();
     FailNext("Present", D3DERR_INVALIDCALL);
@@ -82,7 +82,7 @@ TEST_F(Frame, AnyOtherFailureOfPresentIsAnError)
     EXPECT_THAT(CallsOf("Reset"), IsEmpty());
 }
 
-TEST_F(Frame, SamplesAreMoreThanASixtiethOfASecondApart)
+TEST_F(KRE_GfxFrameTest, SamplesAreMoreThanASixtiethOfASecondApart)
 {
     Start();
     while (gfx.lastFrameTime - gfx.startTime < 0.1)
@@ -95,7 +95,7 @@ TEST_F(Frame, SamplesAreMoreThanASixtiethOfASecondApart)
     EXPECT_GT(gfx.frameCount, gfx.fpsRingIndex) << "most frames are no samples";
 }
 
-TEST_F(Frame, RingTakesSixtySamplesAndStartsOver)
+TEST_F(KRE_GfxFrameTest, RingTakesSixtySamplesAndStartsOver)
 {
     Start();
     std::vector<double> times;
@@ -110,7 +110,7 @@ TEST_F(Frame, RingTakesSixtySamplesAndStartsOver)
     EXPECT_EQ(gfx.fpsRing[0].time, gfx.lastFrameTime);
 }
 
-TEST_F(Frame, RateIsTakenOverTheLastSecond)
+TEST_F(KRE_GfxFrameTest, RateIsTakenOverTheLastSecond)
 {
     // Samples each 0.125 s, 5 frames apart: from 9.0 to 10.0 there are 40 frames in one second.
     std::vector<double> times;
@@ -120,7 +120,7 @@ TEST_F(Frame, RateIsTakenOverTheLastSecond)
     EXPECT_EQ(gfx.GetFramesPerSecond(), 40.0f);
 }
 
-TEST_F(Frame, RateIsNotANumberWhenOnlyOneSampleIsRecent)
+TEST_F(KRE_GfxFrameTest, RateIsNotANumberWhenOnlyOneSampleIsRecent)
 {
     // With samples two seconds apart, no older one is within the last second.
     std::vector<double> times;
@@ -130,7 +130,7 @@ TEST_F(Frame, RateIsNotANumberWhenOnlyOneSampleIsRecent)
     EXPECT_TRUE(std::isnan(gfx.GetFramesPerSecond())) << "0 frames in 0 seconds";
 }
 
-TEST_F(Frame, QuirkRateWithoutTwoSamplesIsNotANumber)
+TEST_F(KRE_GfxFrameTest, QuirkRateWithoutTwoSamplesIsNotANumber)
 {
     EXPECT_TRUE(std::isnan(gfx.GetFramesPerSecond()));
 }

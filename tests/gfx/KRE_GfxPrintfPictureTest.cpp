@@ -11,9 +11,9 @@
 
 namespace {
 
-class PrintfPicture : public TextureEngine {
+class KRE_GfxPrintfPictureTest : public TextureEngine {
 protected:
-    PrintfPicture()
+    KRE_GfxPrintfPictureTest()
     {
         gfx->BuildFont(font, 0xFF96DCFF, 0xFF006473);
         gfx->SetFont(&font, 0.0f, 0);
@@ -22,7 +22,7 @@ protected:
         gfx->SetTextureFilter(2, 0); // magnified: point
         gfx->SetTextureFilter(4, 0); // reduced: point
     }
-    ~PrintfPicture() override
+    ~KRE_GfxPrintfPictureTest() override
     {
         gfx->SetTexture(nullptr);
         font.Free();
@@ -48,7 +48,7 @@ int Distance(D3DCOLOR a, D3DCOLOR b)
 
 } // namespace
 
-TEST_F(PrintfPicture, EachLetterCoversItsPixels)
+TEST_F(KRE_GfxPrintfPictureTest, EachLetterCoversItsPixels)
 {
     // Every glyph at (3, 3) and one after it: inside the cell the sheet's pixels, or the background
     // where the sheet is clear; around it the background.
@@ -77,7 +77,7 @@ TEST_F(PrintfPicture, EachLetterCoversItsPixels)
     }
 }
 
-TEST_F(PrintfPicture, ClipBoxClipsLetters)
+TEST_F(KRE_GfxPrintfPictureTest, ClipBoxClipsLetters)
 {
     gfx->printf.maxWidth = 3.0f;
     gfx->BeginScene();
@@ -91,7 +91,7 @@ TEST_F(PrintfPicture, ClipBoxClipsLetters)
     }
 }
 
-TEST_F(PrintfPicture, HalfTransparentTextLetsTheBackgroundThrough)
+TEST_F(KRE_GfxPrintfPictureTest, HalfTransparentTextLetsTheBackgroundThrough)
 {
     gfx->BuildFont(font, 0xFFFFFFFF, 0xFFFFFFFF);
     font.color = 0x80FF0000;
@@ -105,7 +105,7 @@ TEST_F(PrintfPicture, HalfTransparentTextLetsTheBackgroundThrough)
     EXPECT_LE(Distance(pixel, 0xFF80007F), 1) << std::hex << pixel;
 }
 
-TEST_F(PrintfPicture, BackgroundIsPaintedBehindTheLetters)
+TEST_F(KRE_GfxPrintfPictureTest, BackgroundIsPaintedBehindTheLetters)
 {
     KRE_PrintfOptions options;
     options.font = &font;

@@ -10,9 +10,9 @@ using testing::SizeIs;
 
 namespace {
 
-class Reset : public EngineTest {
+class KRE_GfxResetTest : public EngineTest {
 protected:
-    Reset() { Start(); }
+    KRE_GfxResetTest() { Start(); }
 };
 
 /// Counts the messages that a window received.
@@ -82,13 +82,13 @@ int32_t AddSurface(KRE_Gfx& gfx, D3DPOOL pool, const char* name)
 
 } // namespace
 
-TEST_F(Reset, GoesThroughItsStepsInOrder)
+TEST_F(KRE_GfxResetTest, GoesThroughItsStepsInOrder)
 {
     gfx.ResetDevice(nullptr);
     const std::vector<std::string> calls = Calls();
     const std::vector<std::string> expected = {
         "TestCooperativeLevel",
-        "Reset BackBufferWidth=0 BackBufferHeight=0 BackBufferFormat=D3DFMT_X8R8G8B8 "
+        "KRE_GfxResetTest BackBufferWidth=0 BackBufferHeight=0 BackBufferFormat=D3DFMT_X8R8G8B8 "
         "BackBufferCount=1 MultiSampleType=D3DMULTISAMPLE_NONE MultiSampleQuality=0 "
         "SwapEffect=D3DSWAPEFFECT_FLIP hDeviceWindow=window Windowed=1 EnableAutoDepthStencil=1 "
         "AutoDepthStencilFormat=D3DFMT_D16 Flags=0 FullScreen_RefreshRateInHz=0 "
@@ -130,7 +130,7 @@ TEST_F(Reset, GoesThroughItsStepsInOrder)
         EXPECT_EQ(calls[i], expected[i]) << i;
 }
 
-TEST_F(Reset, ChangedStatesAreRestored)
+TEST_F(KRE_GfxResetTest, ChangedStatesAreRestored)
 {
     const D3DCOLOR unlit = 0xFF445566;
     gfx.SetViewport(1, 2, 33, 34, 0.0f, 0.5f);
@@ -184,7 +184,7 @@ TEST_F(Reset, ChangedStatesAreRestored)
     EXPECT_EQ(gfx.unlitColor, unlit);
 }
 
-TEST_F(Reset, QuirkZEnableIsNotRestored)
+TEST_F(KRE_GfxResetTest, QuirkZEnableIsNotRestored)
 {
     gfx.SetZEnable(0);
     Calls();
@@ -193,29 +193,29 @@ TEST_F(Reset, QuirkZEnableIsNotRestored)
     EXPECT_EQ(gfx.zEnable, 0);
 }
 
-TEST_F(Reset, GivenModeIsUsed)
+TEST_F(KRE_GfxResetTest, GivenModeIsUsed)
 {
     const D3DDISPLAYMODE start = {640, 480, 60, D3DFMT_X8R8G8B8};
     const D3DDISPLAYMODE other = {1024, 768, 60, D3DFMT_R5G6B5};
     Start(&start);
     gfx.ResetDevice(&other);
-    EXPECT_THAT(CallsOf("Reset").at(0),
+    EXPECT_THAT(CallsOf("KRE_GfxResetTest").at(0),
                 testing::HasSubstr("BackBufferWidth=1024 BackBufferHeight=768 "
                                    "BackBufferFormat=D3DFMT_R5G6B5"));
     Calls();
     gfx.ResetDevice(nullptr);
-    EXPECT_THAT(CallsOf("Reset").at(0), testing::HasSubstr("BackBufferWidth=1024"))
+    EXPECT_THAT(CallsOf("KRE_GfxResetTest").at(0), testing::HasSubstr("BackBufferWidth=1024"))
         << "null keeps the mode";
 }
 
-TEST_F(Reset, FailureIsAnError)
+TEST_F(KRE_GfxResetTest, FailureIsAnError)
 {
-    FailNext("Reset");
+    FailNext("KRE_GfxResetTest");
     EXPECT_EQ(RaisedBy([&] { gfx.ResetDevice(nullptr); }),
-              "Device Reset failed: D3DERR_INVALIDCALL");
+              "Device KRE_GfxResetTest failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Reset, WaitsForALostDeviceWhileHandlingMessages)
+TEST_F(KRE_GfxResetTest, WaitsForALostDeviceWhileHandlingMessages)
 {
     const CountingWindow counting;
     for (int i = 0; i < 3; ++i)
@@ -225,11 +225,11 @@ TEST_F(Reset, WaitsForALostDeviceWhileHandlingMessages)
     FailNext("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
     gfx.ResetDevice(nullptr);
     EXPECT_THAT(CallsOf("TestCooperativeLevel"), SizeIs(6));
-    EXPECT_THAT(CallsOf("Reset"), SizeIs(1));
+    EXPECT_THAT(CallsOf("KRE_GfxResetTest"), SizeIs(1));
     EXPECT_EQ(gMessagesSeen, 3);
 }
 
-TEST_F(Reset, KeysAreTranslatedWhileTheDeviceIsLost)
+TEST_F(KRE_GfxResetTest, KeysAreTranslatedWhileTheDeviceIsLost)
 {
     const CountingWindow counting;
     // Pressed once; its scan code is 1, and its character 27 in every layout.
@@ -240,7 +240,7 @@ TEST_F(Reset, KeysAreTranslatedWhileTheDeviceIsLost)
     EXPECT_EQ(gCharactersSeen, "\x1B");
 }
 
-TEST_F(Reset, DefaultPoolObjectsAreReleasedAndTheirEntriesStay)
+TEST_F(KRE_GfxResetTest, DefaultPoolObjectsAreReleasedAndTheirEntriesStay)
 {
     const int32_t lostTexture = AddTexture(gfx, D3DPOOL_DEFAULT, "lost.bmp");
     const int32_t keptTexture = AddTexture(gfx, D3DPOOL_MANAGED, "kept.bmp");
@@ -267,7 +267,7 @@ TEST_F(Reset, DefaultPoolObjectsAreReleasedAndTheirEntriesStay)
     EXPECT_EQ(keptToo->Release(), 0u);
 }
 
-TEST_F(Reset, EachEffectIsNotifiedBeforeAndAfter)
+TEST_F(KRE_GfxResetTest, EachEffectIsNotifiedBeforeAndAfter)
 {
     FakeEffect effects[2];
     {
@@ -276,9 +276,9 @@ TEST_F(Reset, EachEffectIsNotifiedBeforeAndAfter)
             data[i].effect = ComPointer<ID3DXEffect>::Share(&effects[i]);
             gfx.effectManager.Add(&data[i], "some.fx");
         }
-        FailNext("Reset");
+        FailNext("KRE_GfxResetTest");
         EXPECT_EQ(RaisedBy([&] { gfx.ResetDevice(nullptr); }),
-                  "Device Reset failed: D3DERR_INVALIDCALL");
+                  "Device KRE_GfxResetTest failed: D3DERR_INVALIDCALL");
         for (const FakeEffect& effect : effects) {
             EXPECT_EQ(effect.lostCalls, 1);
             EXPECT_EQ(effect.resetCalls, 0) << "the device is not there yet";
@@ -292,7 +292,7 @@ TEST_F(Reset, EachEffectIsNotifiedBeforeAndAfter)
     }
 }
 
-TEST_F(Reset, EntriesWithoutAnEffectAreSkipped)
+TEST_F(KRE_GfxResetTest, EntriesWithoutAnEffectAreSkipped)
 {
     ShaderEffectData empty;
     gfx.effectManager.Add(&empty, "not compiled.fx");
@@ -301,7 +301,7 @@ TEST_F(Reset, EntriesWithoutAnEffectAreSkipped)
     EXPECT_EQ(gfx.effectManager.GetCount(), 2);
 }
 
-TEST_F(Reset, VertexListsSurvive)
+TEST_F(KRE_GfxResetTest, VertexListsSurvive)
 {
     IDirect3DVertexBuffer9* const before = gfx.tlList.buffer.Get();
     gfx.ResetDevice(nullptr);
@@ -311,7 +311,7 @@ TEST_F(Reset, VertexListsSurvive)
     gfx.tlList.Unlock();
 }
 
-TEST_F(Reset, FirstBindAfterItReachesTheDevice)
+TEST_F(KRE_GfxResetTest, FirstBindAfterItReachesTheDevice)
 {
     gfx.boundTexture[0] = nullptr;
     gfx.BeginScene();

@@ -3,12 +3,12 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using PrintfDrawing = TextTest;
+using KRE_PrintfDrawingTest = TextTest;
 
 // The target is 64 x 48 pixels. Letters are a quarter pixel left of and above the pen, so that the
 // centres of 5 x 5 pixels are inside, and 0.02 smaller.
 
-TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
+TEST_F(KRE_PrintfDrawingTest, LettersAreRectanglesOfTheSheet)
 {
     Lay("AB");
     gfx.printf.Draw(10.0f, 20.0f);
@@ -29,7 +29,7 @@ TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
     }
 }
 
-TEST_F(PrintfDrawing, LetterIsTwoTriangles)
+TEST_F(KRE_PrintfDrawingTest, LetterIsTwoTriangles)
 {
     Lay("A");
     gfx.printf.Draw(0.0f, 0.0f);
@@ -48,7 +48,7 @@ TEST_F(PrintfDrawing, LetterIsTwoTriangles)
     gfx.printf.quadList.Unlock();
 }
 
-TEST_F(PrintfDrawing, LowerCaseDrawsAsSpacesOfTheRightWidth)
+TEST_F(KRE_PrintfDrawingTest, LowerCaseDrawsAsSpacesOfTheRightWidth)
 {
     Lay("aZ");
     gfx.printf.Draw(0.0f, 0.0f);
@@ -58,7 +58,7 @@ TEST_F(PrintfDrawing, LowerCaseDrawsAsSpacesOfTheRightWidth)
     EXPECT_FLOAT_EQ(quads[1].left, 5.75f) << "6 pixels further";
 }
 
-TEST_F(PrintfDrawing, ScaleIsTheFontsTimesTheTexts)
+TEST_F(KRE_PrintfDrawingTest, ScaleIsTheFontsTimesTheTexts)
 {
     font.scale = 2.0f;
     Lay("|S1510AB");
@@ -69,7 +69,7 @@ TEST_F(PrintfDrawing, ScaleIsTheFontsTimesTheTexts)
     EXPECT_FLOAT_EQ(quads[1].left, 27.75f);   // 6 * 3 further
 }
 
-TEST_F(PrintfDrawing, PenIsRoundedButMovesByTheWholeWidth)
+TEST_F(KRE_PrintfDrawingTest, PenIsRoundedButMovesByTheWholeWidth)
 {
     font.charSpacing = 0.4f; // 5.4 pixels a letter
     Lay("ABC");
@@ -80,7 +80,7 @@ TEST_F(PrintfDrawing, PenIsRoundedButMovesByTheWholeWidth)
     EXPECT_FLOAT_EQ(quads[2].left, 10.75f); // 10.8
 }
 
-TEST_F(PrintfDrawing, LeftBearingMovesTheLetterAndBothNarrowIt)
+TEST_F(KRE_PrintfDrawingTest, LeftBearingMovesTheLetterAndBothNarrowIt)
 {
     font.scale = 2.0f;
     font.leftBearing['A' - 0x20] = 1.0f;
@@ -92,7 +92,7 @@ TEST_F(PrintfDrawing, LeftBearingMovesTheLetterAndBothNarrowIt)
     EXPECT_FLOAT_EQ(quads[1].left, 18.75f); // 10 + ((1 - 0.5 - 1) + 5) * 2 - 0.25
 }
 
-TEST_F(PrintfDrawing, SmallPieceIsOnTheBaselineOfALargeOne)
+TEST_F(KRE_PrintfDrawingTest, SmallPieceIsOnTheBaselineOfALargeOne)
 {
     Lay("A|s20B");
     gfx.printf.Draw(0.0f, 10.0f);
@@ -103,7 +103,7 @@ TEST_F(PrintfDrawing, SmallPieceIsOnTheBaselineOfALargeOne)
     EXPECT_FLOAT_EQ(quads[1].bottom, 19.73f); // 9.75 + 10 - 0.02
 }
 
-TEST_F(PrintfDrawing, ColorTakesTheAlphaOfTheOptions)
+TEST_F(KRE_PrintfDrawingTest, ColorTakesTheAlphaOfTheOptions)
 {
     static const struct {
         float alpha;
@@ -123,7 +123,7 @@ TEST_F(PrintfDrawing, ColorTakesTheAlphaOfTheOptions)
     }
 }
 
-TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenRestored)
+TEST_F(KRE_PrintfDrawingTest, ShadowIsDrawnFirstAndThePenRestored)
 {
     font.scale = 2.0f;
     options.shadow = 1;
@@ -140,7 +140,7 @@ TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenRestored)
     EXPECT_FLOAT_EQ(quads[3].left, 21.75f) << "12 pixels further";
 }
 
-TEST_F(PrintfDrawing, ViewIsSavedAndRestored)
+TEST_F(KRE_PrintfDrawingTest, ViewIsSavedAndRestored)
 {
     gfx.SetCullMode(1);
     gfx.SetViewport(8, 4, 40, 30, 0.25f, 0.75f);
@@ -156,7 +156,7 @@ TEST_F(PrintfDrawing, ViewIsSavedAndRestored)
                     "SetRenderState D3DRS_CULLMODE D3DCULL_CW"));
 }
 
-TEST_F(PrintfDrawing, BlendsByAlpha)
+TEST_F(KRE_PrintfDrawingTest, BlendsByAlpha)
 {
     Lay("A");
     Calls();
@@ -172,7 +172,7 @@ TEST_F(PrintfDrawing, BlendsByAlpha)
         EXPECT_THAT(calls, testing::Contains(call));
 }
 
-TEST_F(PrintfDrawing, LimitsNarrowTheClipBox)
+TEST_F(KRE_PrintfDrawingTest, LimitsNarrowTheClipBox)
 {
     static const struct {
         const char* what;
@@ -198,7 +198,7 @@ TEST_F(PrintfDrawing, LimitsNarrowTheClipBox)
     }
 }
 
-TEST_F(PrintfDrawing, BoxOfZeroWidthDrawsNothingAndLeavesTheViewport)
+TEST_F(KRE_PrintfDrawingTest, BoxOfZeroWidthDrawsNothingAndLeavesTheViewport)
 {
     Lay("A");
     static const struct {
@@ -224,7 +224,7 @@ TEST_F(PrintfDrawing, BoxOfZeroWidthDrawsNothingAndLeavesTheViewport)
     EXPECT_EQ(gfx.viewport.Width, 64u);
 }
 
-TEST_F(PrintfDrawing, LinesOutsideTheBoxAreLeftOut)
+TEST_F(KRE_PrintfDrawingTest, LinesOutsideTheBoxAreLeftOut)
 {
     gfx.printf.maxHeight = 12.0f;
     gfx.printf.scrollY = 12.0f;
@@ -236,7 +236,7 @@ TEST_F(PrintfDrawing, LinesOutsideTheBoxAreLeftOut)
     EXPECT_FLOAT_EQ(Quads(1)[0].top, 19.75f);
 }
 
-TEST_F(PrintfDrawing, LinesThatReachIntoTheBoxAreDrawn)
+TEST_F(KRE_PrintfDrawingTest, LinesThatReachIntoTheBoxAreDrawn)
 {
     Lay("A|NBB|NCCC");
     struct {
@@ -260,7 +260,7 @@ TEST_F(PrintfDrawing, LinesThatReachIntoTheBoxAreDrawn)
     EXPECT_THAT(CallsOf("DrawPrimitive"), IsEmpty()) << "all lines are above";
 }
 
-TEST_F(PrintfDrawing, ScrollMovesTheText)
+TEST_F(KRE_PrintfDrawingTest, ScrollMovesTheText)
 {
     gfx.printf.scrollX = 3.0f;
     gfx.printf.scrollY = 2.0f;
@@ -270,7 +270,7 @@ TEST_F(PrintfDrawing, ScrollMovesTheText)
     EXPECT_FLOAT_EQ(Quads(1)[0].top, 17.75f);
 }
 
-TEST_F(PrintfDrawing, FullListIsDrawnBeforeTheNextCharacter)
+TEST_F(KRE_PrintfDrawingTest, FullListIsDrawnBeforeTheNextCharacter)
 {
     struct {
         size_t letters;
@@ -290,7 +290,7 @@ TEST_F(PrintfDrawing, FullListIsDrawnBeforeTheNextCharacter)
     }
 }
 
-TEST_F(PrintfDrawing, PiecesOfOneFontAreDrawnAtOnce)
+TEST_F(KRE_PrintfDrawingTest, PiecesOfOneFontAreDrawnAtOnce)
 {
     Lay("A|CFF0000B|NC|s20D");
     Calls();
@@ -303,7 +303,7 @@ TEST_F(PrintfDrawing, PiecesOfOneFontAreDrawnAtOnce)
                             "SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(PrintfDrawing, AnotherFontStartsABatch)
+TEST_F(KRE_PrintfDrawingTest, AnotherFontStartsABatch)
 {
     KRE_Font second;
     gfx.BuildFont(second, 0xFFFFFFFF, 0xFF000000);
@@ -321,7 +321,7 @@ TEST_F(PrintfDrawing, AnotherFontStartsABatch)
     gfx.SetTexture(nullptr); // the second font is destroyed
 }
 
-TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
+TEST_F(KRE_PrintfDrawingTest, BackgroundIsAPlainRectangleBehindThePiece)
 {
     options.background = 0x80204060;
     Lay("AB");
@@ -337,7 +337,7 @@ TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
         << "a clear one";
 }
 
-TEST_F(PrintfDrawing, BackgroundIsAsHighAsTheLineAndHasNoPlaceOnTheSheet)
+TEST_F(KRE_PrintfDrawingTest, BackgroundIsAsHighAsTheLineAndHasNoPlaceOnTheSheet)
 {
     options.background = 0x80204060;
     Lay("AB");
@@ -355,14 +355,14 @@ TEST_F(PrintfDrawing, BackgroundIsAsHighAsTheLineAndHasNoPlaceOnTheSheet)
     EXPECT_EQ(quad.color, 0x80204060u);
 }
 
-TEST_F(PrintfDrawing, WidenedBlanksMoveWhatFollows)
+TEST_F(KRE_PrintfDrawingTest, WidenedBlanksMoveWhatFollows)
 {
     Lay("|JA B|NDDDD"); // 18 and 24 pixels
     gfx.printf.Draw(0.0f, 0.0f);
     EXPECT_FLOAT_EQ(Quads(3)[2].left, 17.75f); // 12, 6 more, less a quarter
 }
 
-TEST_F(PrintfDrawing, CharacterWithoutAPictureOnlyMovesThePen)
+TEST_F(KRE_PrintfDrawingTest, CharacterWithoutAPictureOnlyMovesThePen)
 {
     Lay("A||B");
     Calls();
@@ -374,7 +374,7 @@ TEST_F(PrintfDrawing, CharacterWithoutAPictureOnlyMovesThePen)
     EXPECT_FLOAT_EQ(quads[2].left, 6.75f); // 6 for A, 1 for the bar
 }
 
-TEST_F(PrintfDrawing, BytesBeyondTheFontTakeTheSpacing)
+TEST_F(KRE_PrintfDrawingTest, BytesBeyondTheFontTakeTheSpacing)
 {
     Lay("\x80\xFF"
         "A");
@@ -382,7 +382,7 @@ TEST_F(PrintfDrawing, BytesBeyondTheFontTakeTheSpacing)
     EXPECT_FLOAT_EQ(Quads(3)[2].left, 1.75f); // 1 for each of the two
 }
 
-TEST_F(PrintfDrawing, ControlCharactersAreNotDrawn)
+TEST_F(KRE_PrintfDrawingTest, ControlCharactersAreNotDrawn)
 {
     gfx.printf.SetFont(&font);
     gfx.printf.penX = 5.0f;
@@ -393,7 +393,7 @@ TEST_F(PrintfDrawing, ControlCharactersAreNotDrawn)
     EXPECT_THAT(CallsOf("DrawPrimitive"), IsEmpty());
 }
 
-TEST_F(PrintfDrawing, FailuresOfTheDeviceAreErrors)
+TEST_F(KRE_PrintfDrawingTest, FailuresOfTheDeviceAreErrors)
 {
     Lay("A");
     FailNext("DrawPrimitive");

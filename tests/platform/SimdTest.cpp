@@ -13,8 +13,8 @@
 namespace {
 
 using FloatArray = std::array<float, 4>;
-using IntArray = std::array<std::int32_t, 4>;
-using Words = std::array<std::uint32_t, 4>;
+using IntArray = std::array<int32_t, 4>;
+using Words = std::array<uint32_t, 4>;
 using DoubleArray = std::array<double, 2>;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -26,10 +26,10 @@ constexpr float kFloats[] = {
     3.4e-20f, 1.1e19f,   2147483520.0f, 2147483648.0f, -2147483648.0f, -2147483904.0f, FLT_MAX,
     -FLT_MAX, kInfinity, -kInfinity,    kNaN};
 
-constexpr std::int32_t kInts[] = {0,          1,        -1,         2,          127,
-                                  128,        255,      256,        32767,      -32768,
-                                  65535,      65536,    0x00FF00FF, 0x7B2A7D2A, 0x12345678,
-                                  -559038737, 16777217, INT32_MAX,  INT32_MIN,  INT32_MIN + 1};
+constexpr int32_t kInts[] = {0,          1,        -1,         2,          127,
+                             128,        255,      256,        32767,      -32768,
+                             65535,      65536,    0x00FF00FF, 0x7B2A7D2A, 0x12345678,
+                             -559038737, 16777217, INT32_MAX,  INT32_MIN,  INT32_MIN + 1};
 
 constexpr double kDoubles[] = {0.0,
                                -0.0,
@@ -56,7 +56,7 @@ Words BitsOf(const Value& value)
     if constexpr (sizeof(Value) == sizeof(Words))
         return std::bit_cast<Words>(value);
     else
-        return {std::bit_cast<std::uint32_t>(value), 0, 0, 0};
+        return {std::bit_cast<uint32_t>(value), 0, 0, 0};
 }
 
 /// All NaNs count as equal when they come from arithmetic.
@@ -102,8 +102,8 @@ void HoldFloatNumbers(const char* what, Operation operation)
 template <typename Operation>
 void HoldInts(const char* what, Operation operation)
 {
-    for (const std::int32_t a : kInts)
-        for (const std::int32_t b : kInts) {
+    for (const int32_t a : kInts)
+        for (const int32_t b : kInts) {
             const IntArray first = {a, b, 77, a}, second = {b, a, a, -3};
             const auto chosen =
                 operation(std::bit_cast<simd::Ints4>(first), std::bit_cast<simd::Ints4>(second));

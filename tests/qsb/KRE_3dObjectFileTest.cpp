@@ -9,7 +9,7 @@ using testing::HasSubstr;
 
 namespace {
 
-class ObjectFileTest : public SceneFileTest {
+class KRE_3dObjectFileTest : public SceneFileTest {
 protected:
     /// A file with one object named "Mast".
     static QsbFile FileWith(QsbObject object)
@@ -45,7 +45,7 @@ std::array<float, kCount> Counting(float first)
 
 } // namespace
 
-TEST_F(ObjectFileTest, AllFieldsComeFromTheirPlaces)
+TEST_F(KRE_3dObjectFileTest, AllFieldsComeFromTheirPlaces)
 {
     QsbObject object;
     object.kind = 2;
@@ -83,7 +83,7 @@ TEST_F(ObjectFileTest, AllFieldsComeFromTheirPlaces)
     EXPECT_EQ(loaded.loopEnd, 7.5f);
 }
 
-TEST_F(ObjectFileTest, TheFourthColumnOfThePivotIsThatOfAnIdentity)
+TEST_F(KRE_3dObjectFileTest, TheFourthColumnOfThePivotIsThatOfAnIdentity)
 {
     const KRE_3dObject& loaded = LoadObject(QsbObject());
     EXPECT_EQ(loaded.pivotTM._14, 0);
@@ -92,7 +92,7 @@ TEST_F(ObjectFileTest, TheFourthColumnOfThePivotIsThatOfAnIdentity)
     EXPECT_EQ(loaded.pivotTM._44, 1);
 }
 
-TEST_F(ObjectFileTest, EachInheritFlagIsABit)
+TEST_F(KRE_3dObjectFileTest, EachInheritFlagIsABit)
 {
     for (uint8_t flags = 0; flags < 16; ++flags) {
         QsbObject object;
@@ -108,7 +108,7 @@ TEST_F(ObjectFileTest, EachInheritFlagIsABit)
     }
 }
 
-TEST_F(ObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
+TEST_F(KRE_3dObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
 {
     // Read on its own, without what a scene does afterwards.
     QsbObject object;
@@ -123,7 +123,7 @@ TEST_F(ObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
     EXPECT_EQ(loaded.dirty, 1);
 }
 
-TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
+TEST_F(KRE_3dObjectFileTest, AnObjectIsResetBeforeItIsRead)
 {
     const QsbImage image = MakeQsb(FileWith(QsbObject()));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
@@ -140,7 +140,7 @@ TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
     EXPECT_EQ(loaded.frozen, 0);
 }
 
-TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
+TEST_F(KRE_3dObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
 {
     // The stored pose has no rotation: the object looks along its own -z, which is that of the
     // world.
@@ -160,7 +160,7 @@ TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
     EXPECT_EQ(loaded.up, D3DXVECTOR3(0, 1, 0));
 }
 
-TEST_F(ObjectFileTest, KeysMayFillTheFileToItsEnd)
+TEST_F(KRE_3dObjectFileTest, KeysMayFillTheFileToItsEnd)
 {
     // A position key takes 43 bytes: time, kind, nine floats and a byte that says whether another
     // follows. With this many keys, one more byte each would exceed the file.
@@ -173,7 +173,7 @@ TEST_F(ObjectFileTest, KeysMayFillTheFileToItsEnd)
     EXPECT_EQ(LoadObject(object).posKeyCount, 5000);
 }
 
-TEST_F(ObjectFileTest, AWrongReadIdIsAnError)
+TEST_F(KRE_3dObjectFileTest, AWrongReadIdIsAnError)
 {
     QsbObject object;
     object.readId = 0x1235;
@@ -181,7 +181,7 @@ TEST_F(ObjectFileTest, AWrongReadIdIsAnError)
               "*undefined*: Invalid file read id, file: scene.qsb");
 }
 
-TEST_F(ObjectFileTest, KeysComeFromTheirPlaces)
+TEST_F(KRE_3dObjectFileTest, KeysComeFromTheirPlaces)
 {
     QsbObject object;
     object.posKeys = {QsbVectorKey(0.5f, {1, 2, 3}), QsbVectorKey(1.5f, {4, 5, 6})};
@@ -219,7 +219,7 @@ TEST_F(ObjectFileTest, KeysComeFromTheirPlaces)
     EXPECT_EQ(turn.outControl.w, 20);
 }
 
-TEST_F(ObjectFileTest, TheMoreByteEndsAChainWhateverTheCount)
+TEST_F(KRE_3dObjectFileTest, TheMoreByteEndsAChainWhateverTheCount)
 {
     QsbObject object;
     object.posKeys = {QsbVectorKey(0, {0, 0, 0}), QsbVectorKey(1, {0, 0, 0})};
@@ -230,7 +230,7 @@ TEST_F(ObjectFileTest, TheMoreByteEndsAChainWhateverTheCount)
     EXPECT_EQ(ErrorWith(object, "scale count", 1), "Mast: Check: Scale key numbers don't match");
 }
 
-TEST_F(ObjectFileTest, AnEndlessChainEndsWithTheFile)
+TEST_F(KRE_3dObjectFileTest, AnEndlessChainEndsWithTheFile)
 {
     QsbObject object;
     object.scaleKeys = {QsbVectorKey(0, {0, 0, 0})};
@@ -242,7 +242,7 @@ TEST_F(ObjectFileTest, AnEndlessChainEndsWithTheFile)
     EXPECT_EQ(LoadError(bytes), "scene.qsb: Error reading from file");
 }
 
-TEST_F(ObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_3dObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
 {
     for (const char* track : {"position", "rotation", "scale"}) {
         const std::string field = std::string(track) + " count";
@@ -254,7 +254,7 @@ TEST_F(ObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_3dObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
 {
     EXPECT_THAT(ErrorWith(QsbObject(), "name", 100000),
                 HasSubstr("File 'scene.qsb': Invalid text length: 100000, with "));
@@ -262,7 +262,7 @@ TEST_F(ObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
                 HasSubstr("Mast: File 'scene.qsb': Invalid text length: 2147483647, with "));
 }
 
-TEST_F(ObjectFileTest, ATextOfNegativeLengthIsEmptyAndTakesFourBytes)
+TEST_F(KRE_3dObjectFileTest, ATextOfNegativeLengthIsEmptyAndTakesFourBytes)
 {
     QsbObject object;
     const QsbImage image = MakeQsb(FileWith(object));
@@ -270,7 +270,7 @@ TEST_F(ObjectFileTest, ATextOfNegativeLengthIsEmptyAndTakesFourBytes)
     EXPECT_TRUE(scene.objects.Get(0)->parentName.IsEmpty());
 }
 
-TEST_F(ObjectFileTest, AWindowCutsTheKeys)
+TEST_F(KRE_3dObjectFileTest, AWindowCutsTheKeys)
 {
     QsbObject object;
     object.posKeys = {QsbVectorKey(0, {0, 0, 0}), QsbVectorKey(1, {1, 0, 0}),
@@ -293,7 +293,7 @@ TEST_F(ObjectFileTest, AWindowCutsTheKeys)
 
 // ---- Saving
 
-TEST_F(ObjectFileTest, CountersThatDoNotFitAreErrorsOfTheSave)
+TEST_F(KRE_3dObjectFileTest, CountersThatDoNotFitAreErrorsOfTheSave)
 {
     QsbObject object;
     object.posKeys = object.scaleKeys = {QsbVectorKey(0, {0, 0, 0}), QsbVectorKey(1, {0, 0, 0})};
@@ -307,7 +307,7 @@ TEST_F(ObjectFileTest, CountersThatDoNotFitAreErrorsOfTheSave)
     EXPECT_EQ(ErrorText([&] { Saved(scene); }), "Mast: numPosKey does not match actual size");
 }
 
-TEST_F(ObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
+TEST_F(KRE_3dObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
 {
     KRE_3dObject& loaded = LoadObject(QsbObject());
     const std::string before = Saved(scene);
@@ -315,7 +315,7 @@ TEST_F(ObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
     EXPECT_EQ(Saved(scene), before);
 }
 
-TEST_F(ObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
+TEST_F(KRE_3dObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
 {
     constexpr int32_t kKeys = 1000000;
     constexpr int32_t kTurns = 100000; // fewer of the other kind, to spare the disk
@@ -344,7 +344,7 @@ TEST_F(ObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
 
 // ---- Cameras and lights
 
-TEST_F(ObjectFileTest, ACameraComesFromItsPlaces)
+TEST_F(KRE_3dObjectFileTest, ACameraComesFromItsPlaces)
 {
     QsbFile file;
     file.scene.cameras.resize(1);
@@ -364,7 +364,7 @@ TEST_F(ObjectFileTest, ACameraComesFromItsPlaces)
     EXPECT_EQ(scene.activeCamera, -1);
 }
 
-TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
+TEST_F(KRE_3dObjectFileTest, ALightComesFromItsPlaces)
 {
     QsbFile file;
     file.scene.lights.resize(1);
@@ -401,7 +401,7 @@ TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
 
 // ---- The scene's own record
 
-TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
+TEST_F(KRE_3dObjectFileTest, ASceneComesFromItsPlaces)
 {
     QsbFile file = FullQsb();
     for (size_t i = 0; i < 13; ++i)
@@ -431,7 +431,7 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
     EXPECT_EQ(scene.settings.disableLightsAfter, 1);
 }
 
-TEST_F(ObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
+TEST_F(KRE_3dObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
 {
     constexpr size_t kUseFog = 7;
     constexpr size_t kFogMode = 11;
@@ -460,7 +460,7 @@ TEST_F(ObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
     EXPECT_EQ(QsbDifference(Resaved(MakeQsb(kept).bytes), MakeQsb(kept).bytes), "");
 }
 
-TEST_F(ObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)
+TEST_F(KRE_3dObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)
 {
     QsbFile file;
     file.scene.settings[16] = 0;
@@ -471,7 +471,7 @@ TEST_F(ObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)
     EXPECT_EQ(scene.settings.drawTransparentOnly, 1);
 }
 
-TEST_F(ObjectFileTest, ListsKeepTheirOrder)
+TEST_F(KRE_3dObjectFileTest, ListsKeepTheirOrder)
 {
     QsbFile file;
     for (const char* name : {"c", "a", "b"}) {
@@ -492,7 +492,7 @@ TEST_F(ObjectFileTest, ListsKeepTheirOrder)
     EXPECT_STREQ(scene.meshes.Get(2)->name.c_str(), "bmesh");
 }
 
-TEST_F(ObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_3dObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
 {
     const QsbImage image = MakeQsb(FullQsb());
     const struct {
@@ -511,14 +511,14 @@ TEST_F(ObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, AnExtraTrailingByteIsIgnored)
+TEST_F(KRE_3dObjectFileTest, AnExtraTrailingByteIsIgnored)
 {
     LoadBytes(scene, MakeQsb(FullQsb()).bytes + "x");
     EXPECT_EQ(CheckScene(scene), "");
     EXPECT_EQ(scene.lights.Count(), 1);
 }
 
-TEST_F(ObjectFileTest, MissingNamesAreWarnings)
+TEST_F(KRE_3dObjectFileTest, MissingNamesAreWarnings)
 {
     QsbObject object;
     object.parentName = "Deck";

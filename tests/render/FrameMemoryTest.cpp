@@ -60,7 +60,7 @@ void FillScene(KRE_3dScene& scene)
 } // namespace
 
 // The device records nothing, because recording allocates memory.
-TEST(Frame, AllocatesNothingAfterTheFirst)
+TEST(FrameMemory, AllocatesNothingAfterTheFirst)
 {
     const ScratchDirectory scratch;
     const ComHandle<IDirect3D9> quiet(new FakeDirect3D);

@@ -78,7 +78,7 @@ struct Pyramid {
 
 constexpr double kTooClose = 1e-3; // single precision may decide either way
 
-class Visibility : public SceneDrawing {
+class KRE_SceneDrawingFrustumTest : public SceneDrawing {
 protected:
     /// Sets a random view in the engine and returns its pyramid.
     Pyramid TakeView()
@@ -129,7 +129,7 @@ protected:
 
 // ---- Against angles and lengths in double precision
 
-TEST_F(Visibility, SpheresAreVisibleUnlessTheyAreWhollyOutsideOneSide)
+TEST_F(KRE_SceneDrawingFrustumTest, SpheresAreVisibleUnlessTheyAreWhollyOutsideOneSide)
 {
     int seen = 0, unseen = 0;
     for (int i = 0; i < 5000; ++i) {
@@ -148,7 +148,7 @@ TEST_F(Visibility, SpheresAreVisibleUnlessTheyAreWhollyOutsideOneSide)
 }
 
 // A box starts aligned to the axes and is then rotated, scaled and moved.
-TEST_F(Visibility, BoxesAreVisibleUnlessAllCornersAreOutsideOneSide)
+TEST_F(KRE_SceneDrawingFrustumTest, BoxesAreVisibleUnlessAllCornersAreOutsideOneSide)
 {
     int seen = 0, unseen = 0, withoutACornerInside = 0;
     for (int i = 0; i < 5000; ++i) {
@@ -193,7 +193,7 @@ TEST_F(Visibility, BoxesAreVisibleUnlessAllCornersAreOutsideOneSide)
 }
 
 // Whatever the bounds hold, bounds with a point in the view must not be culled.
-TEST_F(Visibility, NothingVisibleIsCulled)
+TEST_F(KRE_SceneDrawingFrustumTest, NothingVisibleIsCulled)
 {
     int seen = 0;
     for (int i = 0; i < 2000; ++i) {
@@ -222,7 +222,7 @@ TEST_F(Visibility, NothingVisibleIsCulled)
 // ---- What is tested
 
 // The view looks along +Z from the origin, from 1 to 10000.
-TEST_F(Visibility, ClipModeChoosesWhatIsTested)
+TEST_F(KRE_SceneDrawingFrustumTest, ClipModeChoosesWhatIsTested)
 {
     const D3DXVECTOR3 inside(0, 0, 100), outside(0, 0, -100), across(0, 0, -1);
     static const struct {
@@ -254,7 +254,7 @@ TEST_F(Visibility, ClipModeChoosesWhatIsTested)
     }
 }
 
-TEST_F(Visibility, SphereWhoseCenterIsInsideNeedNoBoxHoweverLargeItIs)
+TEST_F(KRE_SceneDrawingFrustumTest, SphereWhoseCenterIsInsideNeedNoBoxHoweverLargeItIs)
 {
     KRE_ClipObject clip = Sphere({0, 0, 5}, 1000.0f);
     clip.clipMode = 3;
@@ -271,7 +271,7 @@ static D3DXMATRIX Turn45AboutZ()
 }
 
 // Its centre is 10 behind the near plane, which is at 1.
-TEST_F(Visibility, RadiusGrowsByTheLargestScale)
+TEST_F(KRE_SceneDrawingFrustumTest, RadiusGrowsByTheLargestScale)
 {
     const KRE_ClipObject clip = Sphere({0, 0, 0}, 5.0f);
     static const struct {
@@ -294,13 +294,13 @@ TEST_F(Visibility, RadiusGrowsByTheLargestScale)
         EXPECT_EQ(IsVisible(clip, c.scale * Shift(0, 0, -10)), c.expected) << c.what;
 }
 
-TEST_F(Visibility, BoxAroundTheWholeViewIsVisible)
+TEST_F(KRE_SceneDrawingFrustumTest, BoxAroundTheWholeViewIsVisible)
 {
     const float large = 1e6f;
     EXPECT_TRUE(IsVisible(Box({-large, -large, -large}, {large, large, large})));
 }
 
-TEST_F(Visibility, ChangedViewAndProjectionAreTakenIntoAccount)
+TEST_F(KRE_SceneDrawingFrustumTest, ChangedViewAndProjectionAreTakenIntoAccount)
 {
     const KRE_ClipObject clip = Sphere({0, 0, 100}, 1.0f);
     EXPECT_TRUE(IsVisible(clip));
@@ -317,7 +317,7 @@ TEST_F(Visibility, ChangedViewAndProjectionAreTakenIntoAccount)
 
 // A scene of radius 0 gives a projection that divides by 0: the distances from the near and far
 // planes are NaN, and nothing is outside those planes.
-TEST_F(Visibility, NothingIsOutsideAnInvalidPlane)
+TEST_F(KRE_SceneDrawingFrustumTest, NothingIsOutsideAnInvalidPlane)
 {
     gGfx->SetProjection(0.0f, 0.0f, 0.7854f, 1.0f);
     KRE_ClipObject clip = Sphere({0, 0, 0}, 0.0f);

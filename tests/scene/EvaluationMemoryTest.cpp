@@ -3,7 +3,7 @@
 #include "tests/scene/SceneTesting.h"
 #include "tests/support/CountedAllocations.h"
 
-TEST(Evaluate, AllocatesNothing)
+TEST(EvaluationMemory, AllocatesNothing)
 {
     KRE_3dScene scene;
     KRE_3dObject* parent = nullptr;

@@ -45,7 +45,7 @@ TEST(KRE_3dObject, ThePoseFieldsAreInOneBlock)
     EXPECT_EQ(offset(&object.scale), 88);
     EXPECT_EQ(offset(&object.rotationAxis), 100);
     EXPECT_EQ(offset(&object.rotationAngle), 112);
-    EXPECT_EQ(offset(&object.rotationAngle + 1), static_cast<std::ptrdiff_t>(kStoredPoseSize));
+    EXPECT_EQ(offset(&object.rotationAngle + 1), static_cast<ptrdiff_t>(kStoredPoseSize));
 }
 
 TEST(KRE_3dObject, ErrorsAndWarningsCarryItsName)

@@ -14,20 +14,20 @@ constexpr DWORD kManaged = 544;          // D3DXMESH_VB_MANAGED, D3DXMESH_IB_MAN
 constexpr DWORD kSystemMemory = 272;     // D3DXMESH_VB_SYSTEMMEM, D3DXMESH_IB_SYSTEMMEM
 constexpr DWORD kSoftwareSystem = 98576; // and D3DXMESH_SOFTWAREPROCESSING
 
-class CreateMesh : public SceneEngineTest {
+class KRE_GfxMeshesTest : public SceneEngineTest {
 protected:
     static void Create(KRE_Mesh& mesh, DWORD fvf = kPlain, DWORD options = 0, int32_t bones = 0)
     {
-        gGfx->CreateMesh(&mesh, 2, 4, 1, fvf, options, bones);
+        gGfx->KRE_GfxMeshesTest(&mesh, 2, 4, 1, fvf, options, bones);
     }
 };
 
 } // namespace
 
-TEST_F(CreateMesh, MakesADeviceMeshOfTheCountsAndTheFormat)
+TEST_F(KRE_GfxMeshesTest, MakesADeviceMeshOfTheCountsAndTheFormat)
 {
     KRE_Mesh mesh;
-    gGfx->CreateMesh(&mesh, 7, 9, 2, kPlain | D3DFVF_TEX1, 0, 0);
+    gGfx->KRE_GfxMeshesTest(&mesh, 7, 9, 2, kPlain | D3DFVF_TEX1, 0, 0);
     ASSERT_TRUE(mesh.mesh);
     EXPECT_EQ(mesh.mesh->GetNumFaces(), 7u);
     EXPECT_EQ(mesh.mesh->GetNumVertices(), 9u);
@@ -39,7 +39,7 @@ TEST_F(CreateMesh, MakesADeviceMeshOfTheCountsAndTheFormat)
     EXPECT_EQ(mesh.materialCount, 2);
 }
 
-TEST_F(CreateMesh, OptionsAreManagedOrSystemMemoryOrTheCallersOwn)
+TEST_F(KRE_GfxMeshesTest, OptionsAreManagedOrSystemMemoryOrTheCallersOwn)
 {
     static const struct {
         const char* what;
@@ -58,7 +58,7 @@ TEST_F(CreateMesh, OptionsAreManagedOrSystemMemoryOrTheCallersOwn)
     }
 }
 
-TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
+TEST_F(KRE_GfxMeshesTest, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
 {
     gGfx->caps.MaxVertexBlendMatrixIndex = 100;
     gGfx->hardwareSkinningLimit = 18;
@@ -84,7 +84,7 @@ TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
     }
 }
 
-TEST_F(CreateMesh, OnASoftwareDeviceEveryMeshIsProcessedInSoftware)
+TEST_F(KRE_GfxMeshesTest, OnASoftwareDeviceEveryMeshIsProcessedInSoftware)
 {
     Restart(0);
     KRE_Mesh mesh;
@@ -93,17 +93,17 @@ TEST_F(CreateMesh, OnASoftwareDeviceEveryMeshIsProcessedInSoftware)
     EXPECT_EQ(mesh.mesh->GetOptions(), kSoftwareSystem);
 }
 
-TEST_F(CreateMesh, AVertexCountOfExactly65535IsAccepted)
+TEST_F(KRE_GfxMeshesTest, AVertexCountOfExactly65535IsAccepted)
 {
     KRE_Mesh mesh;
-    gGfx->CreateMesh(&mesh, 1, 65535, 0, kPlain, 0, 0);
+    gGfx->KRE_GfxMeshesTest(&mesh, 1, 65535, 0, kPlain, 0, 0);
     EXPECT_EQ(mesh.mesh->GetNumVertices(), 65535u);
-    EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 1, 65536, 0, kPlain, 0, 0); }),
+    EXPECT_EQ(ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, 1, 65536, 0, kPlain, 0, 0); }),
               "Number of vertices too high: 65536 - only 65535 allowed");
     EXPECT_EQ(mesh.vertexCount, 65535) << "the mesh is left as it was";
 }
 
-TEST_F(CreateMesh, AFailedCreationIsAnErrorWithBlanksAroundIt)
+TEST_F(KRE_GfxMeshesTest, AFailedCreationIsAnErrorWithBlanksAroundIt)
 {
     RecordingDirect3D& direct3D = StartRecording();
     direct3D.FailNext("CreateVertexBuffer", D3DERR_OUTOFVIDEOMEMORY);
@@ -114,7 +114,7 @@ TEST_F(CreateMesh, AFailedCreationIsAnErrorWithBlanksAroundIt)
     EXPECT_FALSE(mesh.mesh);
 }
 
-TEST_F(CreateMesh, InvalidCountsAndFormatsFailTheCreation)
+TEST_F(KRE_GfxMeshesTest, InvalidCountsAndFormatsFailTheCreation)
 {
     static const struct {
         const char* what;
@@ -132,13 +132,14 @@ TEST_F(CreateMesh, InvalidCountsAndFormatsFailTheCreation)
     };
     for (const auto& c : cases) {
         KRE_Mesh mesh;
-        EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, c.faces, c.vertices, 0, c.fvf, 0, 0); }),
-                  " D3DXCreateMeshFVF failed: D3DERR_INVALIDCALL ")
+        EXPECT_EQ(
+            ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, c.faces, c.vertices, 0, c.fvf, 0, 0); }),
+            " D3DXCreateMeshFVF failed: D3DERR_INVALIDCALL ")
             << c.what;
     }
 }
 
-TEST_F(CreateMesh, ADeviceVertexHoldsWhatTheLayoutSays)
+TEST_F(KRE_GfxMeshesTest, ADeviceVertexHoldsWhatTheLayoutSays)
 {
     for (DWORD position = D3DFVF_XYZ; position <= D3DFVF_XYZB5; position += 2) {
         for (const DWORD more :
@@ -154,10 +155,10 @@ TEST_F(CreateMesh, ADeviceVertexHoldsWhatTheLayoutSays)
     }
 }
 
-TEST_F(CreateMesh, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
+TEST_F(KRE_GfxMeshesTest, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
 {
     KRE_Mesh mesh;
-    gGfx->CreateMesh(&mesh, 2, 4, 2, kPlain, 0, 0);
+    gGfx->KRE_GfxMeshesTest(&mesh, 2, 4, 2, kPlain, 0, 0);
     for (int32_t i = 0; i < 2; ++i) {
         EXPECT_EQ(mesh.materials[i].diffuse.r, 0.9f);
         EXPECT_EQ(mesh.materials[i].ambient.g, 0.9f);
@@ -167,38 +168,38 @@ TEST_F(CreateMesh, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
     }
 }
 
-TEST_F(CreateMesh, ASecondCreationKeepsTheMaterials)
+TEST_F(KRE_GfxMeshesTest, ASecondCreationKeepsTheMaterials)
 {
     KRE_Mesh mesh;
     Create(mesh);
     mesh.materials[0].power = 3;
-    gGfx->CreateMesh(&mesh, 5, 6, 1, kPlain, 0, 0);
+    gGfx->KRE_GfxMeshesTest(&mesh, 5, 6, 1, kPlain, 0, 0);
     EXPECT_EQ(mesh.materials[0].power, 3.0f);
     EXPECT_EQ(mesh.mesh->GetNumFaces(), 5u);
 }
 
-TEST_F(CreateMesh, ASecondCreationWithADifferentMaterialCountIsAnError)
+TEST_F(KRE_GfxMeshesTest, ASecondCreationWithADifferentMaterialCountIsAnError)
 {
     KRE_Mesh mesh;
     Create(mesh);
-    EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 2, 4, 2, kPlain, 0, 0); }),
+    EXPECT_EQ(ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, 2, 4, 2, kPlain, 0, 0); }),
               "nrMat does not match!");
 }
 
-TEST_F(CreateMesh, ASecondCreationLeavesTheOtherUsersTheirMesh)
+TEST_F(KRE_GfxMeshesTest, ASecondCreationLeavesTheOtherUsersTheirMesh)
 {
     KRE_Mesh mesh, clone;
     MakeStrip(mesh, 4, 1);
     mesh.CopyGeometryTo(clone, 0, 0);
     mesh.LockAll(0);
-    gGfx->CreateMesh(&mesh, 7, 9, 1, kPlain, 0, 0);
+    gGfx->KRE_GfxMeshesTest(&mesh, 7, 9, 1, kPlain, 0, 0);
     EXPECT_EQ(mesh.vertexData, nullptr);
     EXPECT_EQ(mesh.resourceId, -1);
     EXPECT_EQ(clone.mesh->GetNumFaces(), 4u);
     EXPECT_EQ(gGfx->meshManager.GetEntry(0)->useCount, 1);
 }
 
-TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
+TEST_F(KRE_GfxMeshesTest, EndsBySettingTheBlendFlags)
 {
     KRE_Mesh mesh;
     Create(mesh, kThreeWeights);
@@ -207,7 +208,7 @@ TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
     EXPECT_EQ(mesh.vertexBlendFlags, static_cast<DWORD>(D3DVBF_DISABLE));
 }
 
-TEST_F(CreateMesh, ReleasesTheLocksOfThePreviousMesh)
+TEST_F(KRE_GfxMeshesTest, ReleasesTheLocksOfThePreviousMesh)
 {
     KRE_Mesh mesh;
     Create(mesh);
@@ -215,6 +216,6 @@ TEST_F(CreateMesh, ReleasesTheLocksOfThePreviousMesh)
     Create(mesh);
     EXPECT_EQ(mesh.indexLocked + mesh.vertexLocked + mesh.attributeLocked, 0);
     EXPECT_EQ(mesh.vertexData, nullptr);
-    EXPECT_NE(ErrorText([&] { gGfx->CreateMesh(&mesh, 0, 4, 1, kPlain, 0, 0); }), "");
+    EXPECT_NE(ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, 0, 4, 1, kPlain, 0, 0); }), "");
     EXPECT_FALSE(mesh.mesh) << "the one before went first";
 }

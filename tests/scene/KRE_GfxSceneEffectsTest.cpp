@@ -12,9 +12,9 @@ using testing::IsEmpty;
 namespace {
 
 /// An effect that takes the weights and matrices of a mesh.
-class EffectOfAMesh : public SceneEngineTest {
+class KRE_GfxSceneEffectsTest : public SceneEngineTest {
 protected:
-    EffectOfAMesh()
+    KRE_GfxSceneEffectsTest()
     {
         StartRecording();
         directory.Write("skin.fx", "text");
@@ -47,14 +47,14 @@ protected:
 
 } // namespace
 
-TEST_F(EffectOfAMesh, IsToldAMatrixForEachBone)
+TEST_F(KRE_GfxSceneEffectsTest, IsToldAMatrixForEachBone)
 {
     EXPECT_THAT(MatricesFor(2), ElementsAre(Shift(0), Shift(1)));
     EXPECT_THAT(MatricesFor(1), ElementsAre(Shift(0))) << "a single bone counts as well";
     EXPECT_THAT(MatricesFor(0), IsEmpty());
 }
 
-TEST_F(EffectOfAMesh, IsToldItsNumberOfWeights)
+TEST_F(KRE_GfxSceneEffectsTest, IsToldItsNumberOfWeights)
 {
     KRE_Mesh mesh;
     for (const DWORD format : {D3DFVF_XYZ, D3DFVF_XYZB3 | D3DFVF_LASTBETA_UBYTE4}) {

@@ -79,7 +79,7 @@ static void InsertByWalk(std::vector<std::pair<float, float>>& keys, float time,
         return;
     while (at < keys.size() && !(keys[at].first > time))
         ++at;
-    keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(at), {time, number});
+    keys.insert(keys.begin() + static_cast<ptrdiff_t>(at), {time, number});
 }
 
 TEST(KRE_KeyList, InsertAgreesWithAPlainWalkOnRandomTimes)

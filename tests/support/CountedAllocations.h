@@ -11,25 +11,25 @@
 
 static std::atomic<int64_t> gAllocations = 0; ///< since the program started
 
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new(size_t size, const std::nothrow_t&) noexcept
 {
     ++gAllocations;
     return std::malloc(size ? size : 1);
 }
 
-[[gnu::noinline]] void* operator new(std::size_t size)
+[[gnu::noinline]] void* operator new(size_t size)
 {
     if (void* memory = operator new(size, std::nothrow))
         return memory;
     throw std::bad_alloc();
 }
 
-[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new[](size_t size, const std::nothrow_t&) noexcept
 {
     return operator new(size, std::nothrow);
 }
 
-[[gnu::noinline]] void* operator new[](std::size_t size)
+[[gnu::noinline]] void* operator new[](size_t size)
 {
     return operator new(size);
 }
@@ -39,7 +39,7 @@ static std::atomic<int64_t> gAllocations = 0; ///< since the program started
     std::free(memory);
 }
 
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
+[[gnu::noinline]] void operator delete(void* memory, size_t) noexcept
 {
     std::free(memory);
 }
@@ -54,7 +54,7 @@ static std::atomic<int64_t> gAllocations = 0; ///< since the program started
     std::free(memory);
 }
 
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept
+[[gnu::noinline]] void operator delete[](void* memory, size_t) noexcept
 {
     std::free(memory);
 }

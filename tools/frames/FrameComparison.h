@@ -6,9 +6,9 @@
 
 /// A frame as 0xAARRGGBB, row by row from the top. The comparison ignores alpha.
 struct Frame {
-    std::size_t width = 0;
-    std::size_t height = 0;
-    std::vector<std::uint32_t> pixels;
+    size_t width = 0;
+    size_t height = 0;
+    std::vector<uint32_t> pixels;
 };
 
 /// How much two frames may differ and still count as equal.
@@ -25,10 +25,10 @@ struct FrameTolerance {
 /// Result of a comparison, in pixels.
 struct FrameDifference {
     bool isSameSize = false;
-    std::size_t count = 0;     ///< all pixels
-    std::size_t displaced = 0; ///< differ, but each is found within one pixel in the other frame
-    std::size_t wrong = 0;     ///< differ, and at least one is not found nearby
-    int largestStep = 0;       ///< of any channel of any pixel
+    size_t count = 0;     ///< all pixels
+    size_t displaced = 0; ///< differ, but each is found within one pixel in the other frame
+    size_t wrong = 0;     ///< differ, and at least one is not found nearby
+    int largestStep = 0;  ///< of any channel of any pixel
 };
 
 /// Frames of different sizes are not compared further.

@@ -11,7 +11,7 @@
 
 namespace {
 
-class EffectTechniques : public InfoTest {
+class EffectsTest : public InfoTest {
 protected:
     /// The effect's report for a boat whose hull has it; the effect is beside the scene in the
     /// folder "deck".
@@ -33,13 +33,13 @@ protected:
 
 } // namespace
 
-TEST_F(EffectTechniques, TheFirstOneIsChosenWithoutAReason)
+TEST_F(EffectsTest, TheFirstOneIsChosenWithoutAReason)
 {
     EXPECT_EQ(Told("technique one { } technique two { }"),
               std::string(kHead) + "technique 1 \"one\" of 2\n");
 }
 
-TEST_F(EffectTechniques, EachOneBeforeTheChosenOneHasItsReason)
+TEST_F(EffectsTest, EachOneBeforeTheChosenOneHasItsReason)
 {
     EXPECT_EQ(
         Told("technique waves { pass {\nPixelShader = asm { ps.1.1 }; } }\n"
@@ -53,7 +53,7 @@ TEST_F(EffectTechniques, EachOneBeforeTheChosenOneHasItsReason)
             "D3DRS_STENCILENABLE(1)\n");
 }
 
-TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)
+TEST_F(EffectsTest, WithoutAUsableOneAllAreReported)
 {
     EXPECT_EQ(
         Told("technique a { pass {\nStateBlock = <s>; } }"),
@@ -68,7 +68,7 @@ TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)
                   "text\n");
 }
 
-TEST_F(EffectTechniques, TheProgramPrintsThemToStandardOutput)
+TEST_F(EffectsTest, TheProgramPrintsThemToStandardOutput)
 {
     directory.Write("glow.fx", "technique one { }");
     QsbFile file = InfoBoat();

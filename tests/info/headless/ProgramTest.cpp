@@ -24,7 +24,7 @@ const std::string kProgram = InfoProgramPath();
 
 } // namespace
 
-TEST(InfoProgramOutput, JsonIsReadByAnotherProgram)
+TEST(Program, JsonIsReadByAnotherProgram)
 {
     if (Shell("python3 -c 'import json' 2>/dev/null") != 0)
         GTEST_SKIP() << "python3 is not there";
@@ -63,14 +63,14 @@ TEST(InfoProgramOutput, JsonIsReadByAnotherProgram)
     }
 }
 
-TEST(InfoProgramOutput, AFullDiskIsTrouble)
+TEST(Program, AFullDiskIsTrouble)
 {
     if (!fs::exists("/dev/full"))
         GTEST_SKIP() << "no /dev/full";
     EXPECT_EQ(Shell(kProgram + " --version > /dev/full 2>/dev/null"), 2);
 }
 
-TEST(InfoProgramOutput, NeedsNoDisplayAndNoHome)
+TEST(Program, NeedsNoDisplayAndNoHome)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsb", MakeQsb(InfoBoat()).bytes);

@@ -67,7 +67,7 @@ TEST_F(BufferTest, IndicesAreKept)
         device->CreateIndexBuffer(6, 0, D3DFMT_INDEX16, D3DPOOL_MANAGED, buffer.Out(), nullptr),
         D3D_OK);
     void* data = nullptr;
-    const std::uint16_t indices[3] = {7, 8, 9};
+    const uint16_t indices[3] = {7, 8, 9};
     ASSERT_EQ(buffer->Lock(0, 6, &data, 0), D3D_OK);
     std::memcpy(data, indices, sizeof indices);
     ASSERT_EQ(buffer->Unlock(), D3D_OK);

@@ -12,16 +12,16 @@ protected:
     }
 
     /// Expects the colour inside `area` and black outside.
-    void ExpectOnly(const RECT& area, std::uint32_t colour)
+    void ExpectOnly(const RECT& area, uint32_t colour)
     {
-        const std::vector<std::uint32_t> pixels = ReadBackBuffer();
+        const std::vector<uint32_t> pixels = ReadBackBuffer();
         int wrong = 0;
         for (LONG y = 0; y < 48; ++y)
             for (LONG x = 0; x < 64; ++x) {
                 const bool inside =
                     x >= area.left && x < area.right && y >= area.top && y < area.bottom;
-                const std::uint32_t expected = inside ? colour : 0;
-                wrong += pixels[static_cast<std::size_t>(y * 64 + x)] != expected;
+                const uint32_t expected = inside ? colour : 0;
+                wrong += pixels[static_cast<size_t>(y * 64 + x)] != expected;
             }
         EXPECT_EQ(wrong, 0) << "pixels differ";
     }

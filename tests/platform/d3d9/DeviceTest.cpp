@@ -47,7 +47,7 @@ TEST_F(DeviceTest, PresentsTheBackBufferAndKeepsIt)
 {
     ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0xFF336699, 1.0f, 0), D3D_OK);
     EXPECT_EQ(device->Present(nullptr, nullptr, nullptr, nullptr), D3D_OK);
-    EXPECT_EQ(ReadBackBuffer(), std::vector<std::uint32_t>(64 * 48, 0x336699));
+    EXPECT_EQ(ReadBackBuffer(), std::vector<uint32_t>(64 * 48, 0x336699));
 }
 
 TEST_F(DeviceTest, ABackBufferHasTheAskedSizeAndIsTheFirstTarget)

@@ -78,16 +78,16 @@ protected:
 
     /// A surface in system memory, filled row by row if `pixels` are given (32-bit formats only).
     Com<IDirect3DSurface9> SystemSurface(UINT width, UINT height,
-                                         const std::vector<std::uint32_t>& pixels = {},
+                                         const std::vector<uint32_t>& pixels = {},
                                          D3DFORMAT format = D3DFMT_A8R8G8B8);
     /// A render target that cannot be locked.
     Com<IDirect3DSurface9> Target(UINT width, UINT height, D3DFORMAT format = D3DFMT_A8R8G8B8);
     Com<IDirect3DTexture9> Texture(UINT width, UINT height, UINT levels, D3DPOOL pool,
                                    DWORD usage = 0, D3DFORMAT format = D3DFMT_A8R8G8B8);
     /// All pixels of a render target of a 32-bit format, row by row.
-    std::vector<std::uint32_t> Read(IDirect3DSurface9* target);
+    std::vector<uint32_t> Read(IDirect3DSurface9* target);
     /// All pixels of the device's current target, with the X byte masked out.
-    std::vector<std::uint32_t> ReadBackBuffer();
+    std::vector<uint32_t> ReadBackBuffer();
 
     TestWindow window{320, 240};
     D3DPRESENT_PARAMETERS parameters = {};

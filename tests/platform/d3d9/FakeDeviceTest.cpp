@@ -131,7 +131,7 @@ TEST_F(FakeDeviceTest, TextureLocksFollowFormatAndRectangle)
         const char* what;
         D3DFORMAT format;
         INT pitch;
-        std::ptrdiff_t offset; // of the rectangle whose corner is at 4, 8
+        ptrdiff_t offset; // of the rectangle whose corner is at 4, 8
     } cases[] = {
         {"four bytes", D3DFMT_A8R8G8B8, 16 * 4, 8 * 64 + 4 * 4},
         {"two bytes", D3DFMT_R5G6B5, 16 * 2, 8 * 32 + 4 * 2},

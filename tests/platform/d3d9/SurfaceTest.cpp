@@ -41,7 +41,7 @@ TEST_F(SurfaceTest, ALockedRectangleBeginsAtItsCorner)
     const RECT area = {2, 1, 4, 2};
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(surface->LockRect(&locked, &area, D3DLOCK_READONLY), D3D_OK);
-    std::uint32_t pixels[2] = {};
+    uint32_t pixels[2] = {};
     std::memcpy(pixels, locked.pBits, sizeof pixels);
     EXPECT_EQ(pixels[0], 6u);
     EXPECT_EQ(pixels[1], 7u);

@@ -11,11 +11,11 @@
 std::string Bytes(std::initializer_list<unsigned> values);
 
 /// `count` times the same byte.
-std::string Repeated(std::size_t count, unsigned value);
+std::string Repeated(size_t count, unsigned value);
 
 /// Little-endian numbers.
-std::string U16(std::uint32_t value);
-std::string U32(std::uint32_t value);
+std::string U16(uint32_t value);
+std::string U32(uint32_t value);
 
 enum class PngColour : unsigned { Grey = 0, Rgb = 2, Palette = 3, GreyAlpha = 4, Rgba = 6 };
 
@@ -84,9 +84,9 @@ struct DdsParts {
     std::string fourCC = ""; ///< or:
     unsigned formatFlags = 0;
     unsigned bits = 0;
-    std::uint32_t masks[4] = {}; ///< red, green, blue, alpha
-    unsigned levels = 0;         ///< 0: the header has no level count
-    std::uint32_t caps2 = 0;
+    uint32_t masks[4] = {}; ///< red, green, blue, alpha
+    unsigned levels = 0;    ///< 0: the header has no level count
+    uint32_t caps2 = 0;
     unsigned depth = 0;
 };
 
@@ -101,4 +101,4 @@ std::string DdsFile(const DdsParts& parts);
 DdsParts ArgbDds(unsigned width, unsigned height, const std::string& pixels);
 
 /// A DXT colour block: two R5G6B5 end points and sixteen 2-bit codes, the first in the lowest bits.
-std::string ColourBlock(unsigned c0, unsigned c1, std::uint32_t codes);
+std::string ColourBlock(unsigned c0, unsigned c1, uint32_t codes);

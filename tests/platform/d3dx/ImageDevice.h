@@ -36,7 +36,7 @@ protected:
     TextureHandle Load(const std::string& file, const LoadRequest& request = {});
 
     /// Fails the test if the file cannot be loaded.
-    std::vector<std::uint32_t> LoadArgb(const std::string& file, LoadRequest request = {});
+    std::vector<uint32_t> LoadArgb(const std::string& file, LoadRequest request = {});
 
     /// Resets the device with its original parameters.
     HRESULT Reset();
@@ -54,7 +54,7 @@ private:
 D3DSURFACE_DESC DescOf(IDirect3DTexture9& texture, UINT level = 0);
 
 /// The bytes of one level without padding, `rowBytes` per row of pixels or blocks.
-std::string LevelBytes(IDirect3DTexture9& texture, UINT level, std::size_t rowBytes, UINT rows);
+std::string LevelBytes(IDirect3DTexture9& texture, UINT level, size_t rowBytes, UINT rows);
 
 /// The pixels of one level of a texture with 32 bits per pixel.
-std::vector<std::uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level = 0);
+std::vector<uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level = 0);

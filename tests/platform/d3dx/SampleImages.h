@@ -14,7 +14,7 @@ struct SampleImage {
     D3DFORMAT textureFormat; ///< of a texture requested with `D3DFMT_UNKNOWN`
     UINT width;
     UINT height;
-    std::vector<std::uint32_t> argb;
+    std::vector<uint32_t> argb;
     int tolerance = 0; ///< per channel, JPEG only
 };
 

@@ -12,20 +12,20 @@ constexpr D3DFORMAT kBlockFormats[] = {D3DFMT_DXT1, D3DFMT_DXT2, D3DFMT_DXT3, D3
                                        D3DFMT_DXT5};
 
 /// Encodes and decodes sixteen pixels.
-void RoundTrip(D3DFORMAT format, const std::uint32_t* argb, std::uint32_t* backOut)
+void RoundTrip(D3DFORMAT format, const uint32_t* argb, uint32_t* backOut)
 {
-    std::uint8_t block[16] = {};
+    uint8_t block[16] = {};
     EncodeBlock(format, argb, block);
     DecodeBlock(format, block, backOut);
 }
 
-int Channel(std::uint32_t argb, int shift)
+int Channel(uint32_t argb, int shift)
 {
     return static_cast<int>(argb >> shift & 255);
 }
 
 /// The largest difference in one channel.
-int LargestError(const std::uint32_t* a, const std::uint32_t* b, int shift)
+int LargestError(const uint32_t* a, const uint32_t* b, int shift)
 {
     int largest = 0;
     for (int i = 0; i < 16; ++i)
@@ -36,14 +36,14 @@ int LargestError(const std::uint32_t* a, const std::uint32_t* b, int shift)
 /// A simple linear congruential generator, so that failures are reproducible.
 class Numbers {
 public:
-    std::uint32_t Next()
+    uint32_t Next()
     {
         state = state * 1664525u + 1013904223u;
         return state >> 8 << 16 ^ state >> 12;
     }
 
 private:
-    std::uint32_t state = 1;
+    uint32_t state = 1;
 };
 
 } // namespace
@@ -52,10 +52,10 @@ private:
 /// (2 * 255 + 0 + 1) / 3 = 170 red and (0 + 255 + 1) / 3 = 85 blue.
 TEST(BlockCodec, DecodesFourColours)
 {
-    const std::uint8_t block[8] = {0x00, 0xF8, 0x1F, 0x00, 0xE4, 0, 0, 0xE4};
-    std::uint32_t argb[16];
+    const uint8_t block[8] = {0x00, 0xF8, 0x1F, 0x00, 0xE4, 0, 0, 0xE4};
+    uint32_t argb[16];
     DecodeBlock(D3DFMT_DXT1, block, argb);
-    const std::uint32_t row[4] = {0xFFFF0000, 0xFF0000FF, 0xFFAA0055, 0xFF5500AA};
+    const uint32_t row[4] = {0xFFFF0000, 0xFF0000FF, 0xFFAA0055, 0xFF5500AA};
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(argb[i], row[i]);
         EXPECT_EQ(argb[4 + i], row[0]);
@@ -66,8 +66,8 @@ TEST(BlockCodec, DecodesFourColours)
 /// Reds of 31 and 1 widen to 255 and 8: (2 * 255 + 8) / 3 = 172.7 and (2 * 8 + 255) / 3 = 90.3.
 TEST(BlockCodec, RoundsTheColoursBetween)
 {
-    const std::uint8_t block[8] = {0x00, 0xF8, 0x00, 0x08, 0xE4, 0, 0, 0};
-    std::uint32_t argb[16];
+    const uint8_t block[8] = {0x00, 0xF8, 0x00, 0x08, 0xE4, 0, 0, 0};
+    uint32_t argb[16];
     DecodeBlock(D3DFMT_DXT1, block, argb);
     EXPECT_EQ(argb[2], 0xFF000000u | 173u << 16);
     EXPECT_EQ(argb[3], 0xFF000000u | 90u << 16);
@@ -76,8 +76,8 @@ TEST(BlockCodec, RoundsTheColoursBetween)
 /// In the other order there are three colours: the third is the mean, the fourth transparent black.
 TEST(BlockCodec, DecodesThreeColoursAndTransparency)
 {
-    const std::uint8_t block[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};
-    std::uint32_t argb[16];
+    const uint8_t block[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};
+    uint32_t argb[16];
     DecodeBlock(D3DFMT_DXT1, block, argb);
     EXPECT_EQ(argb[0], 0xFF0000FFu);
     EXPECT_EQ(argb[1], 0xFFFF0000u);
@@ -87,10 +87,10 @@ TEST(BlockCodec, DecodesThreeColoursAndTransparency)
 
 TEST(BlockCodec, OtherFormatsAlwaysHaveFourColours)
 {
-    std::uint8_t block[16] = {};
-    const std::uint8_t colours[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};
+    uint8_t block[16] = {};
+    const uint8_t colours[8] = {0x1F, 0x00, 0x00, 0xF8, 0xE4, 0, 0, 0};
     std::copy(colours, colours + 8, block + 8);
-    std::uint32_t argb[16];
+    uint32_t argb[16];
     DecodeBlock(D3DFMT_DXT3, block, argb);
     EXPECT_EQ(argb[2] & 0xFFFFFF, 0x5500AAu);
     EXPECT_EQ(argb[3] & 0xFFFFFF, 0xAA0055u);
@@ -98,8 +98,8 @@ TEST(BlockCodec, OtherFormatsAlwaysHaveFourColours)
 
 TEST(BlockCodec, DecodesExplicitAlpha)
 {
-    const std::uint8_t block[16] = {0xF0, 0x21};
-    std::uint32_t argb[16];
+    const uint8_t block[16] = {0xF0, 0x21};
+    uint32_t argb[16];
     for (const D3DFORMAT format : {D3DFMT_DXT2, D3DFMT_DXT3}) {
         DecodeBlock(format, block, argb);
         EXPECT_EQ(argb[0] >> 24, 0u);
@@ -115,9 +115,9 @@ TEST(BlockCodec, DecodesExplicitAlpha)
 /// 5 = 102.
 TEST(BlockCodec, DecodesInterpolatedAlpha)
 {
-    const std::uint8_t eight[16] = {255, 0, 0xDA, 0x01};
-    const std::uint8_t six[16] = {0, 255, 0xDA, 0x01};
-    std::uint32_t argb[16];
+    const uint8_t eight[16] = {255, 0, 0xDA, 0x01};
+    const uint8_t six[16] = {0, 255, 0xDA, 0x01};
+    uint32_t argb[16];
     for (const D3DFORMAT format : {D3DFMT_DXT4, D3DFMT_DXT5}) {
         DecodeBlock(format, eight, argb);
         EXPECT_EQ(argb[0] >> 24, 219u);
@@ -134,9 +134,9 @@ TEST(BlockCodec, DecodesInterpolatedAlpha)
 
 TEST(BlockCodec, OneColourThatCanBeStoredComesBack)
 {
-    for (const std::uint32_t colour :
+    for (const uint32_t colour :
          {0xFF000000u, 0xFFFFFFFFu, 0xFFFF0000u, 0xFF00FF00u, 0xFF848284u /* 16, 32, 16 */}) {
-        std::uint32_t argb[16], back[16];
+        uint32_t argb[16], back[16];
         std::fill_n(argb, 16, colour);
         for (const D3DFORMAT format : kBlockFormats) {
             RoundTrip(format, argb, back);
@@ -147,7 +147,7 @@ TEST(BlockCodec, OneColourThatCanBeStoredComesBack)
 
 TEST(BlockCodec, TwoColoursThatCanBeStoredComeBack)
 {
-    std::uint32_t argb[16], back[16];
+    uint32_t argb[16], back[16];
     for (int i = 0; i < 16; ++i)
         argb[i] = i % 3 == 0 ? 0xFF0000FF : 0xFFFFFF00;
     for (const D3DFORMAT format : kBlockFormats) {
@@ -158,7 +158,7 @@ TEST(BlockCodec, TwoColoursThatCanBeStoredComeBack)
 
 TEST(BlockCodec, TransparentPixelsComeBackTransparentAndBlack)
 {
-    std::uint32_t argb[16], back[16];
+    uint32_t argb[16], back[16];
     for (int i = 0; i < 16; ++i)
         argb[i] = i < 5 ? 0x7FFFFFFF : 0xFFFF0000;
     RoundTrip(D3DFMT_DXT1, argb, back);
@@ -166,7 +166,7 @@ TEST(BlockCodec, TransparentPixelsComeBackTransparentAndBlack)
         EXPECT_EQ(back[i], i < 5 ? 0u : 0xFFFF0000u) << i;
     std::fill_n(argb, 16, 0x00123456u);
     RoundTrip(D3DFMT_DXT1, argb, back);
-    for (const std::uint32_t pixel : back)
+    for (const uint32_t pixel : back)
         EXPECT_EQ(pixel, 0u);
 }
 
@@ -175,15 +175,15 @@ TEST(BlockCodec, OpaquePixelsStayOpaque)
 {
     Numbers numbers;
     for (int n = 0; n < 2000; ++n) {
-        std::uint32_t argb[16], back[16];
-        for (std::uint32_t& pixel : argb)
+        uint32_t argb[16], back[16];
+        for (uint32_t& pixel : argb)
             pixel = numbers.Next() | 0xFF000000;
         if (n % 4 == 0) // nearly one colour: both ends may be stored as the same value
-            for (std::uint32_t& pixel : argb)
+            for (uint32_t& pixel : argb)
                 pixel = argb[0] ^ (pixel & 0x00010101);
         for (const D3DFORMAT format : kBlockFormats) {
             RoundTrip(format, argb, back);
-            for (const std::uint32_t pixel : back)
+            for (const uint32_t pixel : back)
                 ASSERT_EQ(pixel >> 24, 255u) << format;
         }
     }
@@ -192,9 +192,9 @@ TEST(BlockCodec, OpaquePixelsStayOpaque)
 /// Explicit alpha has steps of 17, so the nearest is at most 8 away.
 TEST(BlockCodec, ExplicitAlphaIsTheNearestStep)
 {
-    std::uint32_t argb[16], back[16];
-    for (std::uint32_t first = 0; first < 256; first += 16) {
-        for (std::uint32_t i = 0; i < 16; ++i)
+    uint32_t argb[16], back[16];
+    for (uint32_t first = 0; first < 256; first += 16) {
+        for (uint32_t i = 0; i < 16; ++i)
             argb[i] = (first + i) << 24;
         RoundTrip(D3DFMT_DXT3, argb, back);
         EXPECT_LE(LargestError(argb, back, 24), 8) << first;
@@ -204,8 +204,8 @@ TEST(BlockCodec, ExplicitAlphaIsTheNearestStep)
 /// Two alphas are stored as the end points; 0 and 255 also have codes of their own.
 TEST(BlockCodec, FewAlphasComeBackExactly)
 {
-    std::uint32_t argb[16], back[16];
-    const std::uint32_t alphas[4] = {0, 255, 100, 150};
+    uint32_t argb[16], back[16];
+    const uint32_t alphas[4] = {0, 255, 100, 150};
     for (int count : {1, 2, 3, 4}) {
         for (int i = 0; i < 16; ++i)
             argb[i] = alphas[i % count] << 24;
@@ -218,8 +218,8 @@ TEST(BlockCodec, FewAlphasComeBackExactly)
 /// Four greys are 85 apart: at most 43 off, plus 4 for the 5-bit end points.
 TEST(BlockCodec, ARampStaysWithinHalfAStep)
 {
-    std::uint32_t argb[16], back[16];
-    for (std::uint32_t i = 0; i < 16; ++i)
+    uint32_t argb[16], back[16];
+    for (uint32_t i = 0; i < 16; ++i)
         argb[i] = i * 17 << 24 | i * 17 << 16 | i * 17 << 8 | i * 17;
     RoundTrip(D3DFMT_DXT5, argb, back);
     EXPECT_LE(LargestError(argb, back, 24), 19);

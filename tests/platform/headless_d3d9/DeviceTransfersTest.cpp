@@ -7,7 +7,7 @@
 namespace {
 
 using DeviceTransfersTest = DeviceTest;
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 } // namespace
 
@@ -76,7 +76,7 @@ TEST_F(DeviceTransfersTest, UpdateTextureCopiesCompressedLevels)
     for (UINT level = 0; level < 4; ++level) {
         D3DLOCKED_RECT locked = {};
         ASSERT_EQ(target->LockRect(level, &locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-        const auto* bytes = static_cast<const std::uint8_t*>(locked.pBits);
+        const auto* bytes = static_cast<const uint8_t*>(locked.pBits);
         EXPECT_EQ(bytes[0], level + 1);
         EXPECT_EQ(bytes[level == 0 ? 31 : 7], level + 1);
         ASSERT_EQ(target->UnlockRect(level), D3D_OK);
@@ -181,7 +181,7 @@ TEST_F(DeviceTransfersTest, TheScreenShowsThePresentedPictureAtItsCorner)
     ASSERT_EQ(device->GetFrontBufferData(0, screen.Get()), D3D_OK);
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(screen->LockRect(&locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-    const auto* pixels = static_cast<const std::uint32_t*>(locked.pBits);
+    const auto* pixels = static_cast<const uint32_t*>(locked.pBits);
     EXPECT_EQ(pixels[0], 0xFF112233u);
     EXPECT_EQ(pixels[47 * 1024 + 63], 0xFF112233u);
     EXPECT_EQ(pixels[64], 0xFF000000u);

@@ -55,7 +55,7 @@ TEST_F(DrawCoverageTest, NeighboursLeaveNoGapAndNoOverlap)
     for (ScreenVertex& vertex : fan)
         vertex.diffuse = 0x01010101;
     ASSERT_EQ(Draw(D3DPT_TRIANGLEFAN, 8, fan), D3D_OK);
-    EXPECT_EQ(Pixels(), std::vector<std::uint32_t>(64, 0x01010101));
+    EXPECT_EQ(Pixels(), std::vector<uint32_t>(64, 0x01010101));
 }
 
 TEST_F(DrawCoverageTest, CullingFollowsTheWinding)

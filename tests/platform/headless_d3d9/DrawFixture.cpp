@@ -61,22 +61,22 @@ void DrawTest::FillAll(D3DCOLOR colour, float z)
     Fill(0, 0, kSide, kSide, colour, z);
 }
 
-std::uint32_t DrawTest::Filled(D3DCOLOR colour)
+uint32_t DrawTest::Filled(D3DCOLOR colour)
 {
     FillAll(colour);
     return Pixel(3, 3);
 }
 
 IDirect3DTexture9* DrawTest::BindTexels(DWORD stage, UINT width, UINT height,
-                                        const std::vector<std::uint32_t>& texels)
+                                        const std::vector<uint32_t>& texels)
 {
     Com<IDirect3DTexture9> texture = Texture(width, height, 1, D3DPOOL_MANAGED);
     D3DLOCKED_RECT locked = {};
     EXPECT_EQ(texture->LockRect(0, &locked, nullptr, 0), D3D_OK);
     for (UINT y = 0; y < height; ++y)
-        std::memcpy(static_cast<std::uint8_t*>(locked.pBits) +
-                        std::size_t{y} * static_cast<UINT>(locked.Pitch),
-                    &texels[std::size_t{y} * width], width * 4);
+        std::memcpy(static_cast<uint8_t*>(locked.pBits) +
+                        size_t{y} * static_cast<UINT>(locked.Pitch),
+                    &texels[size_t{y} * width], width * 4);
     EXPECT_EQ(texture->UnlockRect(0), D3D_OK);
     EXPECT_EQ(device->SetTexture(stage, texture.Get()), D3D_OK);
     textures.push_back(std::move(texture));
@@ -85,7 +85,7 @@ IDirect3DTexture9* DrawTest::BindTexels(DWORD stage, UINT width, UINT height,
 
 std::string DrawTest::Coverage()
 {
-    const std::vector<std::uint32_t> pixels = Pixels();
+    const std::vector<uint32_t> pixels = Pixels();
     std::string text;
     for (UINT i = 0; i < kSide * kSide; ++i) {
         text += pixels[i] != 0 ? '#' : '.';

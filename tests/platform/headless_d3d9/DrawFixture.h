@@ -40,14 +40,14 @@ protected:
     /// Fills the whole target; the texture covers it once.
     void FillAll(D3DCOLOR colour = 0xFFFFFFFF, float z = 0.5f);
     /// One pixel of the target after filling it.
-    std::uint32_t Filled(D3DCOLOR colour = 0xFFFFFFFF);
+    uint32_t Filled(D3DCOLOR colour = 0xFFFFFFFF);
 
     /// A texture `width` texels wide, bound to `stage` and owned by the fixture.
     IDirect3DTexture9* BindTexels(DWORD stage, UINT width, UINT height,
-                                  const std::vector<std::uint32_t>& texels);
+                                  const std::vector<uint32_t>& texels);
 
-    std::vector<std::uint32_t> Pixels() { return Read(target.Get()); }
-    std::uint32_t Pixel(UINT x, UINT y) { return Pixels()[y * kSide + x]; }
+    std::vector<uint32_t> Pixels() { return Read(target.Get()); }
+    uint32_t Pixel(UINT x, UINT y) { return Pixels()[y * kSide + x]; }
     /// The target as rows of '#' for drawn pixels and '.' for others.
     std::string Coverage();
 

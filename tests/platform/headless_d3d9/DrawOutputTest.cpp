@@ -21,7 +21,7 @@ protected:
         State(D3DRS_ZENABLE, static_cast<DWORD>(D3DZB_TRUE));
     }
 
-    std::uint32_t DepthWord(UINT x, UINT y)
+    uint32_t DepthWord(UINT x, UINT y)
     {
         const auto& state = static_cast<HeadlessDevice*>(device.Get())->State();
         const PixelBuffer& pixels = state.depthSurface.Get()->Pixels();
@@ -40,7 +40,7 @@ TEST_F(DrawDepthTest, DepthIsStoredInStepsOfItsFormat)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word;
+        uint32_t word;
     } cases[] = {
         {D3DFMT_D16, 16384},
         {D3DFMT_D24X8, 4194304u << 8},
@@ -157,7 +157,7 @@ TEST_F(DrawBlendTest, EachFactorScales)
     static const struct {
         const char* what;
         D3DBLEND factor;
-        std::uint32_t ofSource; ///< source * factor
+        uint32_t ofSource; ///< source * factor
     } cases[] = {
         {"ZERO", D3DBLEND_ZERO, 0x00000000},
         {"ONE", D3DBLEND_ONE, 0x99CC6600},
@@ -199,7 +199,7 @@ TEST_F(DrawBlendTest, EachOperationCombines)
     static const struct {
         const char* what;
         D3DBLENDOP operation;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"add", D3DBLENDOP_ADD, 160},
         {"source - target", D3DBLENDOP_SUBTRACT, 40},
@@ -325,7 +325,7 @@ TEST_F(DrawFogTest, TableFogUsesWInPerspective)
         const char* what;
         D3DFOGMODE mode;
         float density;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"linear", D3DFOG_LINEAR, 0.0f, 128}, // 127.5 rounds up
         {"exp", D3DFOG_EXP, 0.25f, 94},

@@ -47,7 +47,7 @@ TEST(PrimitiveAssembly, CountsVerticesOfEachType)
     static const struct {
         D3DPRIMITIVETYPE type;
         UINT count;
-        std::uint64_t vertices;
+        uint64_t vertices;
     } cases[] = {
         {D3DPT_POINTLIST, 5, 5},
         {D3DPT_LINELIST, 5, 10},
@@ -111,7 +111,7 @@ TEST(FetchCoordinates, AOneFollowsTheStoredNumbers)
     for (const auto& c : cases) {
         VertexLayout layout;
         ASSERT_TRUE(MakeVertexLayout(D3DFVF_XYZ | D3DFVF_TEX1 | c.format, layout));
-        const VertexStream stream = {reinterpret_cast<const std::uint8_t*>(vertex), 28, 1};
+        const VertexStream stream = {reinterpret_cast<const uint8_t*>(vertex), 28, 1};
         float found[4];
         FetchCoordinates(layout, stream, 0, 0, found);
         for (int i = 0; i < 4; ++i)
@@ -126,12 +126,12 @@ TEST(FetchVertex, IndicesInAColourGoByItsChannels)
 {
     VertexLayout layout;
     ASSERT_TRUE(MakeVertexLayout(D3DFVF_XYZB1 | D3DFVF_LASTBETA_D3DCOLOR, layout));
-    std::uint8_t bytes[16] = {};
+    uint8_t bytes[16] = {};
     const D3DCOLOR indices = 0x04010203; // alpha 4, red 1, green 2, blue 3
     std::memcpy(bytes + 12, &indices, 4);
     SourceVertex vertex;
     FetchVertex(layout, {bytes, 16, 1}, 0, vertex);
-    for (std::uint8_t i = 0; i < 4; ++i)
+    for (uint8_t i = 0; i < 4; ++i)
         EXPECT_EQ(vertex.indices[i], i + 1);
 }
 
@@ -205,8 +205,8 @@ TEST(TriangleRows, SteppingNeverDrifts)
     int count = 0;
     while (rows.Next(y, from, to)) {
         const auto side = [y](const Corner& a, const Corner& b, int x) {
-            return (std::int64_t{b.x} - a.x) * (std::int64_t{y} * 256 - a.y) -
-                   (std::int64_t{b.y} - a.y) * (std::int64_t{x} * 256 - a.x);
+            return (int64_t{b.x} - a.x) * (int64_t{y} * 256 - a.y) -
+                   (int64_t{b.y} - a.y) * (int64_t{x} * 256 - a.x);
         };
         for (int x = from - 2; x < to + 2; ++x) {
             const bool isInside = side(left, top, x) >= 0 && side(top, right, x) > 0;

@@ -22,7 +22,7 @@ protected:
 struct OperationCase {
     const char* what;
     DWORD operation;
-    std::uint32_t expected; ///< red, green, blue
+    uint32_t expected; ///< red, green, blue
 };
 
 } // namespace
@@ -87,7 +87,7 @@ TEST_F(DrawStageTest, AddSignedSubtractsAHalf)
 {
     BindTexels(0, 1, 1, {0xFFC0C8FF});
     Operation(0, D3DTOP_ADDSIGNED, D3DTA_TEXTURE, D3DTA_DIFFUSE);
-    const std::uint32_t pixel = Filled(0xFF606400);
+    const uint32_t pixel = Filled(0xFF606400);
     EXPECT_NEAR(static_cast<double>(pixel >> 16 & 0xFF), 160.5, 0.5);
     EXPECT_NEAR(static_cast<double>(pixel >> 8 & 0xFF), 172.5, 0.5);
     EXPECT_NEAR(static_cast<double>(pixel & 0xFF), 127.5, 0.5);
@@ -111,7 +111,7 @@ TEST_F(DrawStageTest, ArgumentsAreModified)
     static const struct {
         const char* what;
         DWORD argument;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"factor", D3DTA_TFACTOR, 0x4080C0},
         {"complement", D3DTA_TFACTOR | D3DTA_COMPLEMENT, 0xBF7F3F},

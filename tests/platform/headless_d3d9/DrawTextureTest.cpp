@@ -27,7 +27,7 @@ protected:
     }
 
     /// The colour sampled at one point of the texture.
-    std::uint32_t At(float u, float v = 0.5f)
+    uint32_t At(float u, float v = 0.5f)
     {
         const D3DCOLOR white = 0xFFFFFFFF;
         EXPECT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLELIST, 1,
@@ -52,7 +52,7 @@ protected:
             ASSERT_EQ(texture->LockRect(level, &locked, nullptr, 0), D3D_OK);
             const UINT side = 16u >> level;
             for (UINT i = 0; i < side * side; ++i)
-                static_cast<std::uint32_t*>(locked.pBits)[i] = 0xFF000000 | (level + 1) * 16;
+                static_cast<uint32_t*>(locked.pBits)[i] = 0xFF000000 | (level + 1) * 16;
             ASSERT_EQ(texture->UnlockRect(level), D3D_OK);
         }
         ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
@@ -66,7 +66,7 @@ protected:
     }
 
     /// The blue of a pixel that covers `texels` texels of level 0.
-    std::uint32_t AtScale(float texels)
+    uint32_t AtScale(float texels)
     {
         const float extent = 8.0f * texels / 16.0f;
         const D3DCOLOR white = 0xFFFFFFFF;
@@ -87,8 +87,8 @@ protected:
 /// Eight texels over eight pixels: each pixel shows its texel.
 TEST_F(DrawTextureTest, PixelsMeetTexels)
 {
-    std::vector<std::uint32_t> texels;
-    for (std::uint32_t i = 0; i < 64; ++i)
+    std::vector<uint32_t> texels;
+    for (uint32_t i = 0; i < 64; ++i)
         texels.push_back(0xFF000000 | i * 3);
     BindTexels(0, 8, 8, texels);
     FillAll();
@@ -128,7 +128,7 @@ TEST_F(DrawTextureTest, AddressModesFoldCoordinates)
         const char* what;
         DWORD mode;
         float u;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"wrap", D3DTADDRESS_WRAP, 1.3f, 2},
         {"wrap below 0", D3DTADDRESS_WRAP, -0.1f, 4},
@@ -243,7 +243,7 @@ TEST_F(DrawTextureTest, FormatsWithoutAlphaAreOpaque)
     const Com<IDirect3DTexture9> texture = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_X8R8G8B8);
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(texture->LockRect(0, &locked, nullptr, 0), D3D_OK);
-    static_cast<std::uint32_t*>(locked.pBits)[0] = 0x00123456;
+    static_cast<uint32_t*>(locked.pBits)[0] = 0x00123456;
     ASSERT_EQ(texture->UnlockRect(0), D3D_OK);
     ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
     EXPECT_EQ(At(0.5f), 0xFF123456u);
@@ -256,8 +256,8 @@ TEST_F(DrawTextureTest, AChangedTextureIsSeen)
     const Com<IDirect3DTexture9> texture = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_R5G6B5);
     ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
     static const struct {
-        std::uint16_t word;
-        std::uint32_t expected;
+        uint16_t word;
+        uint32_t expected;
     } cases[] = {{0xF800, 0xFF0000}, {0x07E0, 0x00FF00}, {0x001F, 0x0000FF}};
     for (const auto& c : cases) {
         D3DLOCKED_RECT locked = {};

@@ -41,7 +41,7 @@ class DrawVertexTest : public DrawTest {
 protected:
     /// The centre pixel after drawing a vertex as a point that covers the target.
     template <typename Vertex>
-    std::uint32_t Shown(const Vertex& vertex)
+    uint32_t Shown(const Vertex& vertex)
     {
         State(D3DRS_POINTSIZE, 16.0f);
         EXPECT_EQ(Draw<Vertex>(D3DPT_POINTLIST, 1, {vertex}), D3D_OK);
@@ -55,7 +55,7 @@ protected:
         EXPECT_EQ(device->ColorFill(target.Get(), nullptr, 0), D3D_OK);
         State(D3DRS_POINTSIZE, 1.0f);
         EXPECT_EQ(Draw<Vertex>(D3DPT_POINTLIST, 1, {vertex}), D3D_OK);
-        const std::vector<std::uint32_t> pixels = Pixels();
+        const std::vector<uint32_t> pixels = Pixels();
         for (UINT i = 0; i < kSide * kSide; ++i)
             if (pixels[i] != 0)
                 return static_cast<int>(i % kSide + 10 * (i / kSide));
@@ -80,8 +80,8 @@ protected:
     }
 
     /// The colour of a vertex at (0, 0, 0.5), facing the eye or with the given normal.
-    std::uint32_t Lit(float nx = 0.0f, float ny = 0.0f, float nz = -1.0f,
-                      D3DCOLOR diffuse = 0xFFFFFFFF, D3DCOLOR specular = 0)
+    uint32_t Lit(float nx = 0.0f, float ny = 0.0f, float nz = -1.0f, D3DCOLOR diffuse = 0xFFFFFFFF,
+                 D3DCOLOR specular = 0)
     {
         EXPECT_EQ(device->SetMaterial(&material), D3D_OK);
         EXPECT_EQ(device->SetLight(0, &light), D3D_OK);
@@ -177,7 +177,7 @@ TEST_F(DrawLightTest, DirectionalLightFollowsTheCosine)
 {
     EXPECT_EQ(Lit(), 0x80FF8040u);
     // cos 60 degrees = 0.5: 127.5, 63.75, 31.875
-    const std::uint32_t half = Lit(0.8660254f, 0.0f, -0.5f);
+    const uint32_t half = Lit(0.8660254f, 0.0f, -0.5f);
     EXPECT_NEAR(static_cast<double>(half >> 16 & 0xFF), 127.5, 0.6);
     EXPECT_EQ(half & 0xFFFF, 0x4020u);
     EXPECT_EQ(Lit(0.0f, 0.0f, 1.0f) & 0xFFFFFF, 0u) << "turned away";
@@ -191,7 +191,7 @@ TEST_F(DrawLightTest, AmbientAndEmissiveShineFromEverywhere)
     material.Emissive = {0.0f, 0.0f, 0.4f, 0.0f};
     State(D3DRS_AMBIENT, static_cast<DWORD>(0x00666666)); // 0.4
     // (0.4 + 0.2) * 0.5 = 0.3 (76.5), 0.6 (153), emissive 0.4 (102)
-    const std::uint32_t pixel = Lit(0.0f, 0.0f, 1.0f);
+    const uint32_t pixel = Lit(0.0f, 0.0f, 1.0f);
     EXPECT_NEAR(static_cast<double>(pixel >> 16 & 0xFF), 76.5, 0.6);
     EXPECT_EQ(pixel & 0xFFFF, 0x9966u);
 }

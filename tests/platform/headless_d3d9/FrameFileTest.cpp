@@ -33,7 +33,7 @@ protected:
     HRESULT Present() { return device->Present(nullptr, nullptr, nullptr, nullptr); }
 
     /// The lower right pixel of a picture file.
-    std::uint32_t LastPixel(const std::string& path)
+    uint32_t LastPixel(const std::string& path)
     {
         Com<IDirect3DTexture9> texture;
         D3DXIMAGE_INFO info = {};
@@ -47,7 +47,7 @@ protected:
                            static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
         if (!texture || FAILED(texture->LockRect(0, &locked, &last, D3DLOCK_READONLY)))
             return 0;
-        const std::uint32_t pixel = *static_cast<const std::uint32_t*>(locked.pBits);
+        const uint32_t pixel = *static_cast<const uint32_t*>(locked.pBits);
         EXPECT_EQ(texture->UnlockRect(0), D3D_OK);
         return pixel;
     }

@@ -17,16 +17,16 @@ const PixelFormat& Row(D3DFORMAT format)
     return *row;
 }
 
-std::uint32_t Unpack(D3DFORMAT format, std::uint32_t word)
+uint32_t Unpack(D3DFORMAT format, uint32_t word)
 {
-    std::uint8_t pixel[4];
+    uint8_t pixel[4];
     std::memcpy(pixel, &word, sizeof pixel);
     return UnpackArgb(Row(format), pixel);
 }
 
-std::uint32_t Pack(D3DFORMAT format, std::uint32_t argb)
+uint32_t Pack(D3DFORMAT format, uint32_t argb)
 {
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     PackArgb(Row(format), argb, &word);
     return word;
 }
@@ -39,7 +39,7 @@ TEST(PixelFormat, WidensChannelsToEightBits)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word, argb;
+        uint32_t word, argb;
     } cases[] = {
         {D3DFMT_R8G8B8, 0x112233, 0xFF112233},
         {D3DFMT_A8R8G8B8, 0x11223344, 0x11223344},
@@ -70,7 +70,7 @@ TEST(PixelFormat, NarrowsChannelsToTheirBits)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t argb, word;
+        uint32_t argb, word;
     } cases[] = {
         {D3DFMT_R8G8B8, 0x44112233, 0x112233},
         {D3DFMT_X8R8G8B8, 0x00223344, 0xFF223344},
@@ -96,8 +96,8 @@ TEST(PixelFormat, EveryStoredPixelComesBack)
     for (const D3DFORMAT format :
          {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5, D3DFMT_A4R4G4B4, D3DFMT_R3G3B2, D3DFMT_A8R3G3B2,
           D3DFMT_A8, D3DFMT_L8, D3DFMT_A8L8, D3DFMT_A4L4}) {
-        const std::uint32_t count = Row(format).unitBytes == 2 ? 0x10000 : 0x100;
-        for (std::uint32_t word = 0; word < count; ++word)
+        const uint32_t count = Row(format).unitBytes == 2 ? 0x10000 : 0x100;
+        for (uint32_t word = 0; word < count; ++word)
             ASSERT_EQ(Pack(format, Unpack(format, word)), word) << FormatName(format);
     }
 }
@@ -106,7 +106,7 @@ TEST(PixelFormat, SignedChannelsReachFromMinusOneToOne)
 {
     const PixelFormat& format = Row(D3DFMT_V8U8);
     static const struct {
-        std::uint16_t word; ///< V in the high byte, U in the low one
+        uint16_t word; ///< V in the high byte, U in the low one
         float u, v;
     } cases[] = {
         {0x7F00, 0.0f, 1.0f}, {0x007F, 1.0f, 0.0f}, {0x0081, -1.0f, 0.0f}, {0x8000, 0.0f, -1.0f}};
@@ -115,14 +115,14 @@ TEST(PixelFormat, SignedChannelsReachFromMinusOneToOne)
         EXPECT_EQ(colour.r, c.u) << c.word;
         EXPECT_EQ(colour.g, c.v) << c.word;
     }
-    std::uint16_t word = 0;
+    uint16_t word = 0;
     PackFloat4(format, {-1.0f, 2.0f, 0.0f, 0.0f}, &word);
     EXPECT_EQ(word, 0x7F81); // V is clamped to 1
 }
 
 TEST(PixelFormat, FloatsAreClampedAndRounded)
 {
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     PackFloat4(Row(D3DFMT_A8R8G8B8), {0.5f, -3.0f, NAN, 7.0f}, &word);
     EXPECT_EQ(word, 0xFF800000u); // 0.5 * 255 = 127.5 rounds up
 }
@@ -157,25 +157,25 @@ TEST(PixelFormat, DepthIsRoundedToTheNearestStep)
 TEST(PixelFormat, ImagesKeepTheirPadding)
 {
     // Two rows of three 16-bit pixels; the two padding bytes are unchanged.
-    std::uint8_t bits[16];
+    uint8_t bits[16];
     std::memset(bits, 0xEE, sizeof bits);
-    const std::uint32_t argb[6] = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF,
-                                   0xFFFFFFFF, 0xFF000000, 0xFFFF00FF};
+    const uint32_t argb[6] = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF,
+                              0xFFFFFFFF, 0xFF000000, 0xFFFF00FF};
     ASSERT_TRUE(PackImage(Row(D3DFMT_R5G6B5), 3, 2, argb, bits, 8));
     EXPECT_EQ(bits[6], 0xEE);
     EXPECT_EQ(bits[7], 0xEE);
     EXPECT_EQ(bits[8], 0xFF);
-    std::uint32_t back[6] = {};
+    uint32_t back[6] = {};
     ASSERT_TRUE(UnpackImage(Row(D3DFMT_R5G6B5), 3, 2, bits, 8, back));
     EXPECT_EQ(std::memcmp(back, argb, sizeof argb), 0);
 }
 
 TEST(PixelFormat, ImagesThatEndInsideABlockAreClipped)
 {
-    const std::vector<std::uint32_t> argb(5 * 3, 0xFFFF0000);
-    std::vector<std::uint8_t> blocks(16);
+    const std::vector<uint32_t> argb(5 * 3, 0xFFFF0000);
+    std::vector<uint8_t> blocks(16);
     ASSERT_TRUE(PackImage(Row(D3DFMT_DXT1), 5, 3, argb.data(), blocks.data(), 16));
-    std::vector<std::uint32_t> back(5 * 3 + 1, 0x12345678);
+    std::vector<uint32_t> back(5 * 3 + 1, 0x12345678);
     ASSERT_TRUE(UnpackImage(Row(D3DFMT_DXT1), 5, 3, blocks.data(), 16, back.data()));
     EXPECT_EQ(back.back(), 0x12345678u) << "written beyond the picture";
     back.pop_back();
@@ -184,7 +184,7 @@ TEST(PixelFormat, ImagesThatEndInsideABlockAreClipped)
 
 TEST(PixelFormat, DepthIsNotAPicture)
 {
-    std::uint32_t argb = 0, word = 0;
+    uint32_t argb = 0, word = 0;
     EXPECT_FALSE(UnpackImage(Row(D3DFMT_D16), 1, 1, &word, 4, &argb));
     EXPECT_FALSE(PackImage(Row(D3DFMT_D16), 1, 1, &argb, &word, 4));
     EXPECT_EQ(FindPixelFormat(D3DFMT_UNKNOWN), nullptr);

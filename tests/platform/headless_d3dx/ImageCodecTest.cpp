@@ -80,8 +80,8 @@ void ExpectOneAnswer(const std::string& bytes, const std::string& what)
         level.bits >= file.data() &&
         level.bits + ImageBytes(*format, level.width, level.height) <= file.data() + file.size();
     EXPECT_TRUE(image.memory || isInFile) << what;
-    const std::vector<std::uint32_t> pixels = DecodedPixels(bytes);
-    EXPECT_EQ(pixels.size(), std::size_t{info.Width} * info.Height) << what;
+    const std::vector<uint32_t> pixels = DecodedPixels(bytes);
+    EXPECT_EQ(pixels.size(), size_t{info.Width} * info.Height) << what;
     EXPECT_EQ(DecodedPixels(bytes), pixels) << what << "it is the same each time";
 }
 
@@ -94,7 +94,7 @@ TEST(ImageCodec, RefusesEveryTruncatedFile)
         HRESULT result = S_OK;
         DecodedPixels(sample.file, &result);
         ASSERT_EQ(result, D3D_OK) << sample.what;
-        for (std::size_t size = 0; size < sample.file.size(); ++size) {
+        for (size_t size = 0; size < sample.file.size(); ++size) {
             // The runs of this sample fill the picture before the end mark, which may be missing.
             if (std::string(sample.what) == "BMP, runs" && size + 2 >= sample.file.size())
                 continue;
@@ -107,10 +107,10 @@ TEST(ImageCodec, RefusesEveryTruncatedFile)
 TEST(ImageCodec, HeaderAndPixelsAgreeWhateverByteIsChanged)
 {
     for (const SampleImage& sample : AllSamples()) {
-        for (std::size_t at = 0; at < sample.file.size(); ++at) {
+        for (size_t at = 0; at < sample.file.size(); ++at) {
             for (const unsigned value : {0x00u, 0x01u, 0x7Fu, 0x80u, 0xFFu}) {
                 std::string damaged = sample.file;
-                damaged[at] = static_cast<char>(static_cast<std::uint8_t>(value));
+                damaged[at] = static_cast<char>(static_cast<uint8_t>(value));
                 ExpectOneAnswer(damaged, sample.what + (", byte " + std::to_string(at)) + ": ");
             }
         }
@@ -129,12 +129,11 @@ TEST(ImageCodec, ChangedByteOfAPixelChangesOnlyThatChannel)
         {"TGA: blue, green, red", TgaFile({2, 2, 1, 24, Bytes({1, 2, 3, 4, 5, 6})}), {0, 8, 16}},
     };
     for (const auto& c : cases) {
-        const std::size_t start = c.file.size() - 6;
-        for (std::size_t i = 0; i < 6; ++i) {
-            std::vector<std::uint32_t> expected(2, 0xFF000000);
-            for (std::size_t j = 0; j < 6; ++j)
-                expected[j / 3] |= static_cast<std::uint32_t>(j == i ? 0x7F : j + 1)
-                                   << c.shifts[j % 3];
+        const size_t start = c.file.size() - 6;
+        for (size_t i = 0; i < 6; ++i) {
+            std::vector<uint32_t> expected(2, 0xFF000000);
+            for (size_t j = 0; j < 6; ++j)
+                expected[j / 3] |= static_cast<uint32_t>(j == i ? 0x7F : j + 1) << c.shifts[j % 3];
             std::string changed = c.file;
             changed[start + i] = 0x7F;
             EXPECT_EQ(DecodedPixels(changed), expected) << c.what << ", byte " << i;
@@ -145,7 +144,7 @@ TEST(ImageCodec, ChangedByteOfAPixelChangesOnlyThatChannel)
 TEST(ImageCodec, IgnoresBytesAfterThePicture)
 {
     for (const SampleImage& sample : AllSamples()) {
-        const std::vector<std::uint32_t> expected = DecodedPixels(sample.file);
+        const std::vector<uint32_t> expected = DecodedPixels(sample.file);
         EXPECT_EQ(DecodedPixels(sample.file + "and more"), expected) << sample.what;
     }
 }

@@ -15,7 +15,7 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 class LoadedTexture : public ImageDevice {};
 
@@ -137,7 +137,7 @@ TEST_F(LoadedTexture, FormatsWithoutACounterpartTakeTheNearest)
     static const struct {
         const char* what;
         unsigned flags, bits;
-        std::uint32_t masks[4];
+        uint32_t masks[4];
         D3DFORMAT expected;
     } cases[] = {
         {"24 bits", kDdsColour, 24, {0xFF0000, 0xFF00, 0xFF, 0}, D3DFMT_X8R8G8B8},
@@ -206,8 +206,8 @@ TEST_F(LoadedTexture, FilterTextureStartsAtTheGivenLevel)
     const TextureHandle texture(made);
     D3DLOCKED_RECT locked;
     ASSERT_EQ(texture->LockRect(1, &locked, nullptr, 0), D3D_OK);
-    static_cast<std::uint8_t*>(locked.pBits)[0] = 100;
-    static_cast<std::uint8_t*>(locked.pBits)[1] = 50;
+    static_cast<uint8_t*>(locked.pBits)[0] = 100;
+    static_cast<uint8_t*>(locked.pBits)[1] = 50;
     texture->UnlockRect(1);
     ASSERT_EQ(D3DXFilterTexture(made, nullptr, 1, D3DX_FILTER_BOX), D3D_OK);
     EXPECT_EQ(LevelBytes(*texture, 0, 4, 1), Bytes({0, 0, 0, 0}));

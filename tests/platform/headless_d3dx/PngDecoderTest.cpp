@@ -7,7 +7,7 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 const char kThreeColours[] = "\xFF\x00\x00\x00\xFF\x00\x00\x00\xFF"; // red, green, blue
 

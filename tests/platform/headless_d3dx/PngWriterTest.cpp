@@ -12,11 +12,11 @@ using namespace headless;
 
 namespace {
 
-const std::uint32_t kPixels[] = {0x80010203, 0xFF040506, 0x00070809, 0xFFFFFFFF, 0, 0xFF000000};
+const uint32_t kPixels[] = {0x80010203, 0xFF040506, 0x00070809, 0xFFFFFFFF, 0, 0xFF000000};
 
-std::size_t FileCount()
+size_t FileCount()
 {
-    std::size_t count = 0;
+    size_t count = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("."))
         ++count;
     return count;
@@ -30,7 +30,7 @@ TEST(PngWriter, WritesWhatTheDecoderReads)
     std::string error;
     ASSERT_TRUE(WritePngFile("a.png", 3, 2, kPixels, true, error)) << error;
     EXPECT_EQ(DecodedPixels(scratch.Read("a.png")),
-              std::vector<std::uint32_t>(std::begin(kPixels), std::end(kPixels)));
+              std::vector<uint32_t>(std::begin(kPixels), std::end(kPixels)));
 }
 
 TEST(PngWriter, LeavesTheAlphaOutWhenAsked)
@@ -39,7 +39,7 @@ TEST(PngWriter, LeavesTheAlphaOutWhenAsked)
     std::string error;
     ASSERT_TRUE(WritePngFile("a.png", 1, 1, kPixels, false, error)) << error;
     EXPECT_EQ(ReportedFormat(scratch.Read("a.png")), D3DFMT_X8R8G8B8);
-    EXPECT_EQ(DecodedPixels(scratch.Read("a.png")), std::vector<std::uint32_t>{0xFF010203});
+    EXPECT_EQ(DecodedPixels(scratch.Read("a.png")), std::vector<uint32_t>{0xFF010203});
 }
 
 TEST(PngWriter, EqualPicturesAreEqualFiles)

@@ -7,20 +7,20 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 // Grey pixels of the given values, opaque.
-Pixels Greys(std::initializer_list<std::uint32_t> values)
+Pixels Greys(std::initializer_list<uint32_t> values)
 {
     Pixels pixels;
-    for (const std::uint32_t value : values)
+    for (const uint32_t value : values)
         pixels.push_back(0xFF000000 | value * 0x10101);
     return pixels;
 }
 
 Pixels Scaled(const Pixels& source, UINT width, DWORD filter, UINT targetWidth, UINT targetHeight)
 {
-    Pixels target(std::size_t{targetWidth} * targetHeight, 0xDEADBEEF);
+    Pixels target(size_t{targetWidth} * targetHeight, 0xDEADBEEF);
     EXPECT_TRUE(ResampleArgb(source.data(), width, static_cast<UINT>(source.size()) / width, filter,
                              targetWidth, targetHeight, target.data()));
     return target;

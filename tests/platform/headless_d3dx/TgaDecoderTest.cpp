@@ -7,7 +7,7 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 TgaParts WithPalette(unsigned first, unsigned bits, const std::string& palette, unsigned count,
                      const std::string& indices)

@@ -252,7 +252,7 @@ TEST_F(FxErrorTest, EveryCutTextIsAnEffectOrAStatedError)
         "float f(float x) { return x; }\ntechnique q { pass p < int k = 2; > { CullMode = NONE;"
         " Sampler[0] = <s>; PixelShader = compile ps_2_0 f(); Ambient = a * 0.5 + a.wzyx; } }";
     EXPECT_EQ(ErrorOf(text), "");
-    for (std::size_t length = 0; length < text.size(); ++length) {
+    for (size_t length = 0; length < text.size(); ++length) {
         const std::string error = ErrorOf(text.substr(0, length));
         if (!error.empty()) {
             EXPECT_EQ(error.compare(0, 7, "memory("), 0) << error;

@@ -9,7 +9,7 @@ struct PictureProgram {
     /// How far a rasterizer may differ from the stored picture: the channel difference that is
     /// ignored, and the number of pixels with larger ones, at edges where the rules leave a choice.
     int allowedStep;
-    std::size_t allowedPixels;
+    size_t allowedPixels;
 };
 
 // Each topic has its own source file.

@@ -130,12 +130,11 @@ IDirect3DTexture9* PictureStage::Texture(UINT size,
     textures.emplace_back(made);
     D3DLOCKED_RECT locked = {};
     Check(made->LockRect(0, &locked, nullptr, 0));
-    const std::size_t bytes = format == D3DFMT_A8R8G8B8 || format == D3DFMT_X8R8G8B8 ? 4 : 2;
+    const size_t bytes = format == D3DFMT_A8R8G8B8 || format == D3DFMT_X8R8G8B8 ? 4 : 2;
     for (UINT y = 0; y < size; ++y)
         for (UINT x = 0; x < size; ++x) {
             const DWORD word = texel(x, y);
-            std::memcpy(static_cast<BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y +
-                            x * bytes,
+            std::memcpy(static_cast<BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y + x * bytes,
                         &word, bytes);
         }
     Check(made->UnlockRect(0));
@@ -165,8 +164,7 @@ IDirect3DTexture9* PictureStage::LevelColours()
         Check(made->LockRect(level, &locked, nullptr, 0));
         for (UINT y = 0; y < 64u >> level; ++y)
             for (UINT x = 0; x < 64u >> level; ++x)
-                std::memcpy(static_cast<BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y +
-                                x * 4,
+                std::memcpy(static_cast<BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y + x * 4,
                             &kColours[level], 4);
         Check(made->UnlockRect(level));
     }

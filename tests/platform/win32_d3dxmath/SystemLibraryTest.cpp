@@ -77,7 +77,7 @@ public:
         } else {
             Value value;
             auto* numbers = reinterpret_cast<float*>(&value);
-            for (std::size_t i = 0; i < sizeof value / sizeof(float); ++i)
+            for (size_t i = 0; i < sizeof value / sizeof(float); ++i)
                 numbers[i] = In(-10, 10);
             if constexpr (std::is_same_v<Value, D3DXQUATERNION>)
                 return Unit(value);
@@ -102,7 +102,7 @@ private:
 
     std::mt19937 engine{20060401};
     std::vector<Range> floatRanges;
-    std::size_t nextRange = 0;
+    size_t nextRange = 0;
 };
 
 /// How a parameter is passed: records by pointer, floats by value.
@@ -118,10 +118,10 @@ Parameter Pass(const Held<Parameter>& held)
         return held;
 }
 
-double LargestDifference(const float* a, const float* b, std::size_t count)
+double LargestDifference(const float* a, const float* b, size_t count)
 {
     double largest = 0;
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         if (std::bit_cast<unsigned>(a[i]) != std::bit_cast<unsigned>(b[i]))
             largest = std::max(largest, std::fabs(static_cast<double>(a[i]) - b[i]));
     return largest;
@@ -165,7 +165,7 @@ double SumOfProducts(const D3DXMATRIX& matrix, int skipRow = 4, int skipColumn =
     double sum = 0;
     do {
         double product = 1;
-        std::size_t next = 0;
+        size_t next = 0;
         for (int row = 0; row < 4; ++row)
             if (row != skipRow)
                 product *= std::fabs(static_cast<double>(matrix.m[row][columns[next++]]));
@@ -176,7 +176,7 @@ double SumOfProducts(const D3DXMATRIX& matrix, int skipRow = 4, int skipColumn =
 
 } // namespace
 
-TEST(SystemD3dx, NoMathematicsIsImported)
+TEST(SystemLibrary, NoMathematicsIsImported)
 {
     const std::vector<std::string> names = ImportsFrom("d3dx9_30.dll");
     for (const std::string& name : names)
@@ -185,7 +185,7 @@ TEST(SystemD3dx, NoMathematicsIsImported)
     EXPECT_FALSE(ImportsFrom("kernel32.dll").empty()) << "the table was not found";
 }
 
-TEST(SystemD3dx, PlainArithmeticAgreesToTheBit)
+TEST(SystemLibrary, PlainArithmeticAgreesToTheBit)
 {
     ASSERT_NE(SystemLibrary(), nullptr);
     EXPECT_EQ(Difference(&D3DXMatrixMultiply, "D3DXMatrixMultiply"), 0.0);
@@ -212,7 +212,7 @@ TEST(SystemD3dx, PlainArithmeticAgreesToTheBit)
     EXPECT_EQ(Difference(&D3DXQuaternionInverse, "D3DXQuaternionInverse"), 0.0);
 }
 
-TEST(SystemD3dx, ProjectionsWithoutAnglesAgreeToTheBit)
+TEST(SystemLibrary, ProjectionsWithoutAnglesAgreeToTheBit)
 {
     const Range size{0.1f, 4.0f}, below{-10.0f, -0.1f}, above{0.1f, 10.0f};
     const Range nearZ{0.01f, 10.0f}, farZ{20.0f, 1000.0f};
@@ -227,7 +227,7 @@ TEST(SystemD3dx, ProjectionsWithoutAnglesAgreeToTheBit)
 
 // All numbers of a rotation are in [-1, 1] and sums of such numbers, so 2 ulp means ulps of 1. The
 // system computes sine and cosine in float; ours are rounded from double.
-TEST(SystemD3dx, RotationsAgreeWithinTwoUlp)
+TEST(SystemLibrary, RotationsAgreeWithinTwoUlp)
 {
     EXPECT_LE(Difference(&D3DXMatrixRotationX, "D3DXMatrixRotationX"), 2 * kUlp);
     EXPECT_LE(Difference(&D3DXMatrixRotationY, "D3DXMatrixRotationY"), 2 * kUlp);
@@ -241,7 +241,7 @@ TEST(SystemD3dx, RotationsAgreeWithinTwoUlp)
     EXPECT_LE(Difference(&D3DXQuaternionSlerp, "D3DXQuaternionSlerp", {{-1.0f, 2.0f}}), 2 * kUlp);
 }
 
-TEST(SystemD3dx, QuaternionOfARotationAgreesWithinTwoUlp)
+TEST(SystemLibrary, QuaternionOfARotationAgreesWithinTwoUlp)
 {
     const auto theirs = System(&D3DXQuaternionRotationMatrix, "D3DXQuaternionRotationMatrix");
     ASSERT_NE(theirs, nullptr);
@@ -257,7 +257,7 @@ TEST(SystemD3dx, QuaternionOfARotationAgreesWithinTwoUlp)
     }
 }
 
-TEST(SystemD3dx, AngleOfAQuaternionAgreesWithinTwoUlp)
+TEST(SystemLibrary, AngleOfAQuaternionAgreesWithinTwoUlp)
 {
     const auto theirs = System(&D3DXQuaternionToAxisAngle, "D3DXQuaternionToAxisAngle");
     ASSERT_NE(theirs, nullptr);
@@ -275,7 +275,7 @@ TEST(SystemD3dx, AngleOfAQuaternionAgreesWithinTwoUlp)
 
 // An exception to 2 ulp: the system's float tangent is itself up to 2 ulp off in one case out of
 // eight, and the quotient doubles that if it crosses a power of two.
-TEST(SystemD3dx, PerspectiveFromAnAngleAgreesWithinFourUlp)
+TEST(SystemLibrary, PerspectiveFromAnAngleAgreesWithinFourUlp)
 {
     const auto theirs = System(&D3DXMatrixPerspectiveFovLH, "D3DXMatrixPerspectiveFovLH");
     ASSERT_NE(theirs, nullptr);
@@ -296,7 +296,7 @@ TEST(SystemD3dx, PerspectiveFromAnAngleAgreesWithinFourUlp)
 
 // Determinants are sums of products that may cancel, and the order of summation is not specified;
 // so the ulps are those of the sum of the absolute products.
-TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
+TEST(SystemLibrary, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
 {
     const auto determinantOf = System(&D3DXMatrixDeterminant, "D3DXMatrixDeterminant");
     const auto inverseOf = System(&D3DXMatrixInverse, "D3DXMatrixInverse");
@@ -324,7 +324,7 @@ TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
     }
 }
 
-TEST(SystemD3dx, SingularMatrixGivesNullAndWritesNothingThereToo)
+TEST(SystemLibrary, SingularMatrixGivesNullAndWritesNothingThereToo)
 {
     const auto theirs = System(&D3DXMatrixInverse, "D3DXMatrixInverse");
     ASSERT_NE(theirs, nullptr);
@@ -337,7 +337,7 @@ TEST(SystemD3dx, SingularMatrixGivesNullAndWritesNothingThereToo)
     EXPECT_EQ(determinant, 5.0f);
 }
 
-TEST(SystemD3dx, SlerpTakesTheChordAtTheSameDistance)
+TEST(SystemLibrary, SlerpTakesTheChordAtTheSameDistance)
 {
     const auto theirs = System(&D3DXQuaternionSlerp, "D3DXQuaternionSlerp");
     ASSERT_NE(theirs, nullptr);

@@ -26,13 +26,13 @@ constexpr D3DFORMAT kTextureFormats[] = {
 
 constexpr D3DFORMAT kTargetFormats[] = {D3DFMT_X8R8G8B8, D3DFMT_A8R8G8B8, D3DFMT_R5G6B5};
 
-template <std::size_t Count>
+template <size_t Count>
 bool Contains(const D3DFORMAT (&formats)[Count], D3DFORMAT format)
 {
     return std::find(std::begin(formats), std::end(formats), format) != std::end(formats);
 }
 
-template <std::size_t Count>
+template <size_t Count>
 void CopyText(char (&out)[Count], const char* text)
 {
     std::strncpy(out, text, Count - 1);

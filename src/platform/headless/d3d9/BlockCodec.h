@@ -12,11 +12,11 @@ namespace headless {
 /// Decodes one block into sixteen A8R8G8B8 pixels, row by row. The colours of a block are first
 /// widened to 8 bits; the two interpolated ones are (2 * near + far + 1) / 3, or in the
 /// three-colour mode of DXT1 (c0 + c1) / 2 and transparent black.
-void DecodeBlock(D3DFORMAT format, const std::uint8_t* block, std::uint32_t* argbOut);
+void DecodeBlock(D3DFORMAT format, const uint8_t* block, uint32_t* argbOut);
 
 /// Encodes a block, close to optimal: end points along the principal axis of the colours, refined
 /// once by least squares. DXT1 uses three-colour mode if any pixel's alpha is below 128.
 /// The same input gives the same bytes on every machine.
-void EncodeBlock(D3DFORMAT format, const std::uint32_t* argb, std::uint8_t* blockOut);
+void EncodeBlock(D3DFORMAT format, const uint32_t* argb, uint8_t* blockOut);
 
 } // namespace headless

@@ -39,7 +39,7 @@ inline std::string ArgumentText(float value)
     return std::to_string(value);
 }
 
-inline std::string ArgumentText(std::int64_t value)
+inline std::string ArgumentText(int64_t value)
 {
     return std::to_string(value);
 }
@@ -47,7 +47,7 @@ inline std::string ArgumentText(std::int64_t value)
 template <typename T>
 std::string ArgumentText(T value) requires(std::is_integral_v<T> || std::is_enum_v<T>)
 {
-    return ArgumentText(static_cast<std::int64_t>(value));
+    return ArgumentText(static_cast<int64_t>(value));
 }
 
 /// The usual result of a call that the host does not model: `D3DERR_INVALIDCALL`, logged.

@@ -29,7 +29,7 @@ void SetStraightRamp(D3DGAMMARAMP& rampOut)
 
 const DrawState& DeviceState::ForDrawing()
 {
-    for (std::size_t i = 0; i < textures.size(); ++i)
+    for (size_t i = 0; i < textures.size(); ++i)
         pictures[i] = textures[i].Get() ? &textures[i].Get()->Picture() : nullptr;
     target = renderTarget.Get() ? &renderTarget.Get()->Pixels() : nullptr;
     depth = depthSurface.Get() ? &depthSurface.Get()->Pixels() : nullptr;

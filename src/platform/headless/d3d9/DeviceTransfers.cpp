@@ -178,7 +178,7 @@ HRESULT HeadlessDevice::ColorFill(IDirect3DSurface9* surface, const RECT* rect, 
     if (to.Desc().Pool != D3DPOOL_DEFAULT || !IsDrawable(to) || !IsPlainColour(to.Pixels()) ||
         to.IsLocked() || !IsValidArea(to.Pixels(), area))
         return D3DERR_INVALIDCALL;
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     PackArgb(*to.Pixels().format, color, &word);
     FillArea(to.Pixels(), area, word, 0xFFFFFFFF);
     return D3D_OK;
@@ -213,7 +213,7 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
         return D3DERR_INVALIDCALL;
 
     PixelBuffer& target = state.renderTarget.Get()->Pixels();
-    std::uint32_t colourWord = 0;
+    uint32_t colourWord = 0;
     PackArgb(*target.format, color, &colourWord);
     const RECT limit = ClearArea();
     for (DWORD i = 0; i < std::max<DWORD>(rectCount, 1); ++i) {
@@ -225,8 +225,8 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
             continue;
         PixelBuffer& buffer = depth->Pixels();
         const RECT depthArea = Intersect(area, buffer.Bounds());
-        const std::uint32_t mask = (flags & D3DCLEAR_ZBUFFER ? DepthMask(*buffer.format) : 0) |
-                                   (flags & D3DCLEAR_STENCIL ? StencilMask(*buffer.format) : 0);
+        const uint32_t mask = (flags & D3DCLEAR_ZBUFFER ? DepthMask(*buffer.format) : 0) |
+                              (flags & D3DCLEAR_STENCIL ? StencilMask(*buffer.format) : 0);
         if (!IsEmpty(depthArea) && mask != 0)
             FillArea(buffer, depthArea, PackDepth(*buffer.format, z, stencil), mask);
     }

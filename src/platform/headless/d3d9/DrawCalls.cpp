@@ -38,7 +38,7 @@ UINT IndexBytes(D3DFORMAT format)
 }
 
 /// The bound indices, if all `count` from `first` on exist.
-bool FindIndices(const DeviceState& state, UINT first, std::uint64_t count, IndexSource& indicesOut)
+bool FindIndices(const DeviceState& state, UINT first, uint64_t count, IndexSource& indicesOut)
 {
     HeadlessIndexBuffer* buffer = state.indices.Get();
     if (!buffer)
@@ -118,9 +118,9 @@ HRESULT HeadlessDevice::DrawPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT pri
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
         return D3D_OK;
-    const std::uint64_t count = VertexCountOf(primitiveType, primitiveCount);
-    const VertexStream stream = {static_cast<const std::uint8_t*>(data), stride,
-                                 static_cast<UINT>(std::min<std::uint64_t>(count, 0xFFFFFFFF))};
+    const uint64_t count = VertexCountOf(primitiveType, primitiveCount);
+    const VertexStream stream = {static_cast<const uint8_t*>(data), stride,
+                                 static_cast<UINT>(std::min<uint64_t>(count, 0xFFFFFFFF))};
     const HRESULT result = Draw({primitiveType, primitiveCount, {}, stream}, layout);
     ForgetStream();
     return result;
@@ -140,9 +140,9 @@ HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, U
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
         return D3D_OK;
-    const IndexSource indices = {static_cast<const std::uint8_t*>(indexData),
-                                 IndexBytes(indexFormat), 0, 0};
-    const VertexStream stream = {static_cast<const std::uint8_t*>(data), stride,
+    const IndexSource indices = {static_cast<const uint8_t*>(indexData), IndexBytes(indexFormat), 0,
+                                 0};
+    const VertexStream stream = {static_cast<const uint8_t*>(data), stride,
                                  minVertexIndex + vertexCount};
     const HRESULT result = Draw({primitiveType, primitiveCount, indices, stream}, layout);
     ForgetStream();

@@ -152,7 +152,7 @@ constexpr StateDefault kSamplerDefaults[] = {
     {D3DSAMP_DMAPOFFSET, 0},
 };
 
-template <std::size_t Count>
+template <size_t Count>
 bool Names(const StateDefault (&rows)[Count], int state)
 {
     for (const StateDefault& row : rows)
@@ -161,11 +161,11 @@ bool Names(const StateDefault (&rows)[Count], int state)
     return false;
 }
 
-template <std::size_t Count, typename Values>
+template <size_t Count, typename Values>
 void Fill(const StateDefault (&rows)[Count], Values& valuesOut)
 {
     for (const StateDefault& row : rows)
-        valuesOut[static_cast<std::size_t>(row.state)] = row.value;
+        valuesOut[static_cast<size_t>(row.state)] = row.value;
 }
 
 void SetStageDefaults(DrawState& state)
@@ -209,10 +209,10 @@ D3DMATRIX* FindTransform(DrawState& state, D3DTRANSFORMSTATETYPE type)
     if (type == D3DTS_PROJECTION)
         return &state.projection;
     if (type >= D3DTS_TEXTURE0 && type <= D3DTS_TEXTURE7)
-        return &state.texture[static_cast<std::size_t>(type - D3DTS_TEXTURE0)];
+        return &state.texture[static_cast<size_t>(type - D3DTS_TEXTURE0)];
     const int world = type - D3DTS_WORLD;
     if (world >= 0 && world < static_cast<int>(kWorldMatrixCount))
-        return &state.world[static_cast<std::size_t>(world)];
+        return &state.world[static_cast<size_t>(world)];
     return nullptr;
 }
 

@@ -33,14 +33,14 @@ std::string WindowTitle(HWND window)
 }
 
 /// Looks a byte up in the ramp and rounds the 16 bits to 8; a straight ramp changes nothing.
-std::uint32_t RampByte(const WORD (&channel)[256], std::uint32_t byte)
+uint32_t RampByte(const WORD (&channel)[256], uint32_t byte)
 {
     return (channel[byte] + 128u) / 257u;
 }
 
-void ApplyRamp(const D3DGAMMARAMP& ramp, std::uint32_t* argb, std::size_t count)
+void ApplyRamp(const D3DGAMMARAMP& ramp, uint32_t* argb, size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         argb[i] = (argb[i] & 0xFF000000) | RampByte(ramp.red, argb[i] >> 16 & 0xFF) << 16 |
                   RampByte(ramp.green, argb[i] >> 8 & 0xFF) << 8 |
                   RampByte(ramp.blue, argb[i] & 0xFF);
@@ -78,8 +78,8 @@ void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP*
     std::error_code ignored; // opening the file reports the failure
     fs::create_directories(file.parent_path(), ignored);
     const std::string path = file.string();
-    const std::size_t count = std::size_t{picture.width} * picture.height;
-    const std::unique_ptr<std::uint32_t[]> argb(new (std::nothrow) std::uint32_t[count]);
+    const size_t count = size_t{picture.width} * picture.height;
+    const std::unique_ptr<uint32_t[]> argb(new (std::nothrow) uint32_t[count]);
     const bool isRead = argb && UnpackImage(*picture.format, picture.width, picture.height,
                                             picture.bytes.get(), picture.pitchBytes, argb.get());
     if (isRead && ramp)

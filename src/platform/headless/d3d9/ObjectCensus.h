@@ -12,8 +12,8 @@ constexpr int kObjectKindCount = 6;
 
 class ObjectCensus {
 public:
-    void Add(ObjectKind kind) { ++counts[static_cast<std::size_t>(kind)]; }
-    void Remove(ObjectKind kind) { --counts[static_cast<std::size_t>(kind)]; }
+    void Add(ObjectKind kind) { ++counts[static_cast<size_t>(kind)]; }
+    void Remove(ObjectKind kind) { --counts[static_cast<size_t>(kind)]; }
     int Total() const;
     /// "2 textures, 1 surface", in the order of the kinds; "" if there are none.
     std::string Report() const;

@@ -25,8 +25,8 @@ struct BlendHalf {
 /// How to load and store four pixels of a target.
 struct TargetFormat {
     D3DFORMAT format;
-    Rgba4 (*load)(const std::uint8_t* pixels, int count);
-    void (*store)(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes);
+    Rgba4 (*load)(const uint8_t* pixels, int count);
+    void (*store)(uint8_t* pixels, const Rgba4& colour, uint32_t writeMask, int lanes);
 };
 
 /// The last step of a draw: alpha test, blending, and writing.
@@ -44,7 +44,7 @@ struct OutputMerger {
     const TargetFormat* format = nullptr;
     PixelBuffer* target = nullptr; ///< not owned
     PixelRows rows;
-    std::uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
+    uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
 };
 
 /// Fails for unknown factors, operations or functions, and for targets it cannot write.

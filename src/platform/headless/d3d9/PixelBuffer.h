@@ -10,26 +10,26 @@ struct PixelBuffer {
     const PixelFormat* format = nullptr; ///< a row of the table
     UINT width = 0;
     UINT height = 0;
-    std::size_t pitchBytes = 0; ///< from one row of pixels, or of blocks, to the next
+    size_t pitchBytes = 0; ///< from one row of pixels, or of blocks, to the next
     ZeroedBytes bytes;
     /// Incremented whenever the contents change, so that copies know when they are stale.
-    std::uint32_t changes = 0;
+    uint32_t changes = 0;
 
     /// Allocates zeroed memory; on failure returns false and holds none.
     bool Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight);
 
     /// The pixel, or the block that contains it. The position must be inside the picture.
-    std::uint8_t* At(UINT x, UINT y);
-    const std::uint8_t* At(UINT x, UINT y) const;
+    uint8_t* At(UINT x, UINT y);
+    const uint8_t* At(UINT x, UINT y) const;
 
     RECT Bounds() const { return {0, 0, static_cast<LONG>(width), static_cast<LONG>(height)}; }
 };
 
 /// Fast access to the pixels of an uncompressed picture.
 struct PixelRows {
-    std::uint8_t* bytes = nullptr; ///< not owned
-    std::size_t pitchBytes = 0;
-    std::size_t pixelBytes = 0;
+    uint8_t* bytes = nullptr; ///< not owned
+    size_t pitchBytes = 0;
+    size_t pixelBytes = 0;
 
     PixelRows() = default;
     explicit PixelRows(PixelBuffer& pixels)
@@ -39,10 +39,9 @@ struct PixelRows {
     {}
 
     /// The position must be inside the picture.
-    std::uint8_t* At(int x, int y) const
+    uint8_t* At(int x, int y) const
     {
-        return bytes + static_cast<std::size_t>(y) * pitchBytes +
-               static_cast<std::size_t>(x) * pixelBytes;
+        return bytes + static_cast<size_t>(y) * pitchBytes + static_cast<size_t>(x) * pixelBytes;
     }
 };
 
@@ -61,6 +60,6 @@ void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to,
 
 /// Writes one stored word to every pixel of a valid area of an uncompressed picture. Only bits in
 /// `mask` change.
-void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::uint32_t mask);
+void FillArea(PixelBuffer& pixels, const RECT& area, uint32_t word, uint32_t mask);
 
 } // namespace headless

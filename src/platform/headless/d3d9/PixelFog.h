@@ -5,7 +5,7 @@
 
 namespace headless {
 
-enum class FogSource : std::uint8_t {
+enum class FogSource : uint8_t {
     None,
     Vertex, ///< a factor interpolated from the vertices
     Depth,  ///< the depth of the pixel, 0..1

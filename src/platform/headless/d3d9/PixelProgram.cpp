@@ -83,12 +83,12 @@ PixelArea AreaOf(const DrawState& state)
     const PixelBuffer& target = *state.target;
     const D3DVIEWPORT9& viewport = state.viewport;
     // In 64 bits, because the sums of viewport members may overflow 32.
-    const auto clamp = [](std::int64_t value, UINT most) {
-        return static_cast<int>(std::clamp<std::int64_t>(value, 0, most));
+    const auto clamp = [](int64_t value, UINT most) {
+        return static_cast<int>(std::clamp<int64_t>(value, 0, most));
     };
     PixelArea area = {clamp(viewport.X, target.width), clamp(viewport.Y, target.height),
-                      clamp(std::int64_t{viewport.X} + viewport.Width, target.width),
-                      clamp(std::int64_t{viewport.Y} + viewport.Height, target.height)};
+                      clamp(int64_t{viewport.X} + viewport.Width, target.width),
+                      clamp(int64_t{viewport.Y} + viewport.Height, target.height)};
     if (state.Render(D3DRS_SCISSORTESTENABLE)) {
         area.left = std::max(area.left, static_cast<int>(state.scissor.left));
         area.top = std::max(area.top, static_cast<int>(state.scissor.top));

@@ -100,7 +100,7 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
     const Corner a = ToCorner(va);
     Corner b = ToCorner(vb);
     Corner c = ToCorner(vc);
-    std::int64_t area = TwiceArea(a, b, c);
+    int64_t area = TwiceArea(a, b, c);
     if (area == 0 || IsCulled(area > 0))
         return;
     if (area < 0) {

@@ -6,9 +6,9 @@ namespace {
 
 bool AllVerticesExist(const DrawRequest& request)
 {
-    const std::uint64_t places = VertexCountOf(request.type, request.primitiveCount);
-    const auto exists = [&request](std::int64_t vertex) {
-        return vertex >= 0 && vertex < std::int64_t{request.stream.count};
+    const uint64_t places = VertexCountOf(request.type, request.primitiveCount);
+    const auto exists = [&request](int64_t vertex) {
+        return vertex >= 0 && vertex < int64_t{request.stream.count};
     };
     if (places == 0 || places > 0xFFFFFFFF)
         return false;

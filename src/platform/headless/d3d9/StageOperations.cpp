@@ -132,13 +132,13 @@ void DotProduct(const OperationInput& input, Rgba4& out)
 }
 
 template <Lanes (*Operation)(const Channel&)>
-constexpr OperationRow Row(DWORD operation, std::uint8_t arguments, int shareFrom = -1)
+constexpr OperationRow Row(DWORD operation, uint8_t arguments, int shareFrom = -1)
 {
     return {operation, RunChannels<Operation, 0, 3>, RunChannels<Operation, 3, 4>, arguments,
             shareFrom};
 }
 
-constexpr std::uint8_t kArg1 = 2, kArg2 = 4, kBoth = 6, kAll = 7;
+constexpr uint8_t kArg1 = 2, kArg2 = 4, kBoth = 6, kAll = 7;
 
 constexpr OperationRow kStageOperations[] = {
     Row<SelectArg1>(D3DTOP_SELECTARG1, kArg1),

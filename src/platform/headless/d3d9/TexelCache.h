@@ -7,7 +7,7 @@ namespace headless {
 /// A picture as the sampler reads it: A8R8G8B8 words. Signed channels are stored as value * 127 +
 /// 128, so that they too can be interpolated as bytes.
 struct Texels {
-    const std::uint32_t* words = nullptr; ///< not owned
+    const uint32_t* words = nullptr; ///< not owned
     int width = 0;
     int height = 0;
     int pitch = 0; ///< from row to row, in words
@@ -22,7 +22,7 @@ public:
 
 private:
     ZeroedBytes words;
-    std::uint32_t changes = 0; ///< of the picture when it was unpacked
+    uint32_t changes = 0; ///< of the picture when it was unpacked
 };
 
 /// A picture with its copy for the sampler.

@@ -12,8 +12,8 @@ namespace {
 /// Where to read along one axis: two adjacent texels and the weight of the second in 1/256. -1
 /// means the border colour.
 struct alignas(16) Taps {
-    std::int32_t first[4];
-    std::int32_t second[4];
+    int32_t first[4];
+    int32_t second[4];
     IntLanes share;
 };
 
@@ -102,13 +102,12 @@ constexpr TapFunction kLinearTaps[] = {
 
 /// One texel for each of the four pixels.
 template <bool HasBorder>
-IntLanes Gather(const Texels& level, const std::int32_t (&x)[4], const std::int32_t (&y)[4],
-                std::uint32_t border)
+IntLanes Gather(const Texels& level, const int32_t (&x)[4], const int32_t (&y)[4], uint32_t border)
 {
     const auto texel = [&](int lane) {
         if (HasBorder && (x[lane] | y[lane]) < 0)
             return static_cast<int>(border);
-        return static_cast<int>(level.words[std::ptrdiff_t{y[lane]} * level.pitch + x[lane]]);
+        return static_cast<int>(level.words[ptrdiff_t{y[lane]} * level.pitch + x[lane]]);
     };
     return MakeInts(texel(0), texel(1), texel(2), texel(3));
 }
@@ -173,7 +172,7 @@ Rgba4 ToColours(const Sampler& sampler, IntLanes words)
 
 /// What each pixel reads: level * 2, plus 1 for the linear filter.
 struct alignas(16) Choice {
-    std::int32_t key[4];
+    int32_t key[4];
 };
 
 /// Samples each combination of level and filter among the lanes once.
@@ -263,7 +262,7 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
     samplerOut.levelBias = std::bit_cast<float>(states[D3DSAMP_MIPMAPLODBIAS]);
     samplerOut.border = states[D3DSAMP_BORDERCOLOR];
     samplerOut.lastLevel =
-        static_cast<int>(std::min<std::size_t>(texture.levels.size(), kMaxLevels)) - 1;
+        static_cast<int>(std::min<size_t>(texture.levels.size(), kMaxLevels)) - 1;
     samplerOut.firstLevel =
         static_cast<int>(std::min(std::max(states[D3DSAMP_MAXMIPLEVEL], texture.leastLevel),
                                   static_cast<DWORD>(samplerOut.lastLevel)));
@@ -271,7 +270,7 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
     samplerOut.opaque = format.HasAlpha() ? 0 : 0xFF000000;
     samplerOut.isSigned = format.kind == PixelKind::Signed;
     for (int i = 0; i <= samplerOut.lastLevel; ++i)
-        if (!texture.levels[static_cast<std::size_t>(i)]->Read(samplerOut.levels[i]))
+        if (!texture.levels[static_cast<size_t>(i)]->Read(samplerOut.levels[i]))
             return E_OUTOFMEMORY;
     return D3D_OK;
 }

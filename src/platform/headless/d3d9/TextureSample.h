@@ -19,8 +19,8 @@ struct Sampler {
     bool minifiesLinear = false;
     D3DTEXTUREFILTERTYPE mipFilter = D3DTEXF_NONE;
     float levelBias = 0.0f;
-    std::uint32_t border = 0;
-    std::uint32_t opaque = 0; ///< bits to set in each texel: alpha of formats without it
+    uint32_t border = 0;
+    uint32_t opaque = 0; ///< bits to set in each texel: alpha of formats without it
     bool isSigned = false;
 
     /// Whether the footprint of a pixel on the texture matters at all.

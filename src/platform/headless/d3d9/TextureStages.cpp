@@ -58,22 +58,21 @@ HRESULT MakeOperation(const StageStates& states, bool isAlpha, bool hasTexture,
     Reads reads;
     StageOperation operation;
     operation.run = isAlpha ? row->alpha : row->colour;
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (size_t i = 0; i < 3; ++i) {
         if ((row->arguments >> i & 1) == 0)
             continue;
         const DWORD value = states[isAlpha ? kAlphaArguments[i] : kColourArguments[i]];
         const DWORD source = value & D3DTA_SELECTMASK;
         if (source > D3DTA_CONSTANT)
             return Unmodelled(isAlpha ? "D3DTSS_ALPHAARG" : "D3DTSS_COLORARG", value);
-        operation.arguments[i] = {static_cast<std::uint8_t>(source),
-                                  (value & D3DTA_COMPLEMENT) != 0,
+        operation.arguments[i] = {static_cast<uint8_t>(source), (value & D3DTA_COMPLEMENT) != 0,
                                   (value & D3DTA_ALPHAREPLICATE) != 0};
         reads.Add(static_cast<int>(source));
     }
     if (reads.texture && !hasTexture)
         return D3D_OK; // pass the current value through
     if (row->shareFrom >= 0) {
-        operation.shareFrom = static_cast<std::uint8_t>(row->shareFrom);
+        operation.shareFrom = static_cast<uint8_t>(row->shareFrom);
         reads.Add(row->shareFrom);
     }
     operationOut = operation;

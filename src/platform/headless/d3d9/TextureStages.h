@@ -14,7 +14,7 @@ struct StageRegisters {
 
 /// One argument of an operation: a register and its modifiers.
 struct StageArgument {
-    std::uint8_t source = D3DTA_CURRENT;
+    uint8_t source = D3DTA_CURRENT;
     bool isComplement = false;
     bool isAlphaReplicate = false;
 };
@@ -34,10 +34,10 @@ using StageFunction = void (*)(const OperationInput& input, Rgba4& out);
 struct StageOperation {
     StageFunction run = nullptr; ///< null to pass the current value through
     StageArgument arguments[3];
-    std::uint8_t shareFrom = D3DTA_CURRENT; ///< the register whose alpha is the blend weight
+    uint8_t shareFrom = D3DTA_CURRENT; ///< the register whose alpha is the blend weight
 };
 
-enum class BumpKind : std::uint8_t { None, Offsets, OffsetsAndLuminance };
+enum class BumpKind : uint8_t { None, Offsets, OffsetsAndLuminance };
 
 struct StageProgram {
     bool samples = false;

@@ -27,20 +27,20 @@ struct Slopes {
     }
 };
 
-std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor)
+int64_t FloorDivide(int64_t value, int64_t divisor)
 {
-    const std::int64_t quotient = value / divisor;
+    const int64_t quotient = value / divisor;
     return value % divisor < 0 ? quotient - 1 : quotient;
 }
 
 } // namespace
 
-std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c)
+int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c)
 {
-    return std::int64_t{b.x - a.x} * (c.y - a.y) - std::int64_t{c.x - a.x} * (b.y - a.y);
+    return int64_t{b.x - a.x} * (c.y - a.y) - int64_t{c.x - a.x} * (b.y - a.y);
 }
 
-void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, std::int64_t twiceArea,
+void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, int64_t twiceArea,
                    int varyingCount, Planes& planesOut)
 {
     constexpr float kUnit = static_cast<float>(kSubPixels) * static_cast<float>(kSubPixels);
@@ -83,15 +83,15 @@ TriangleRows::TriangleRows(const Corner& a, const Corner& b, const Corner& c,
 /// row's border is where that becomes 0. Horizontal edges set no border: the first and last row do.
 void TriangleRows::AddEdge(const Corner& from, const Corner& to, int firstRow)
 {
-    const std::int64_t slopeX = from.y - to.y;
-    const std::int64_t slopeY = to.x - from.x;
+    const int64_t slopeX = from.y - to.y;
+    const int64_t slopeY = to.x - from.x;
     if (slopeX == 0)
         return;
     const bool isLeft = slopeX > 0;
-    const std::int64_t onEdge = isLeft ? 0 : -1; // centres on a right edge are outside
-    const std::int64_t value =
-        slopeX * -from.x + slopeY * (std::int64_t{firstRow} * kSubPixels - from.y) + onEdge;
-    const std::int64_t step = slopeY * kSubPixels;
+    const int64_t onEdge = isLeft ? 0 : -1; // centres on a right edge are outside
+    const int64_t value =
+        slopeX * -from.x + slopeY * (int64_t{firstRow} * kSubPixels - from.y) + onEdge;
+    const int64_t step = slopeY * kSubPixels;
     Border border;
     border.divisor = (isLeft ? slopeX : -slopeX) * kSubPixels;
     border.place = FloorDivide(value, border.divisor);
@@ -115,7 +115,7 @@ bool TriangleRows::Next(int& yOut, int& leftOut, int& rightOut)
 {
     if (++y > lastRow)
         return false;
-    std::int64_t left = area.left, right = area.right;
+    int64_t left = area.left, right = area.right;
     for (int i = 0; i < leftCount; ++i) {
         lefts[i].Step();
         left = std::max(left, -lefts[i].place);
@@ -125,8 +125,8 @@ bool TriangleRows::Next(int& yOut, int& leftOut, int& rightOut)
         right = std::min(right, rights[i].place + 1);
     }
     yOut = y;
-    leftOut = static_cast<int>(std::min<std::int64_t>(left, area.right));
-    rightOut = static_cast<int>(std::max<std::int64_t>(right, area.left));
+    leftOut = static_cast<int>(std::min<int64_t>(left, area.right));
+    rightOut = static_cast<int>(std::max<int64_t>(right, area.left));
     return true;
 }
 

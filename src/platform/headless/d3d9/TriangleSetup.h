@@ -7,10 +7,10 @@
 namespace headless {
 
 /// Twice the area in square sub-pixels, positive for corners that are clockwise on the screen.
-std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c);
+int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c);
 
 /// The planes through three corners; `twiceArea` is theirs and must not be 0.
-void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, std::int64_t twiceArea,
+void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, int64_t twiceArea,
                    int varyingCount, Planes& planesOut);
 
 /// The pixels of a target that may be written: left <= x < right, top <= y < bottom.
@@ -33,9 +33,9 @@ private:
     /// The left or right border that an edge gives each row, stepped from row to row without
     /// division: floor(value / divisor) and the remainder.
     struct Border {
-        std::int64_t divisor;
-        std::int64_t rest, restStep;
-        std::int64_t place, placeStep;
+        int64_t divisor;
+        int64_t rest, restStep;
+        int64_t place, placeStep;
 
         void Step()
         {

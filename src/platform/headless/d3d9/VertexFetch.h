@@ -29,7 +29,7 @@ bool MakeVertexLayout(DWORD fvf, VertexLayout& layoutOut);
 
 /// The vertices of one draw. Vertex i is `bytes + i * strideBytes`; 0..count-1 are all in memory.
 struct VertexStream {
-    const std::uint8_t* bytes = nullptr; ///< not owned
+    const uint8_t* bytes = nullptr; ///< not owned
     UINT strideBytes = 0;
     UINT count = 0;
 };
@@ -39,7 +39,7 @@ struct VertexStream {
 struct SourceVertex {
     float position[4]; ///< the last is 1, W or RHW
     float weights[4];
-    std::uint8_t indices[4];
+    uint8_t indices[4];
     float normal[3];
     float pointSize;
     D3DCOLOR diffuse;

@@ -26,7 +26,7 @@ UINT CameraPlanes(const DrawState& state, float (&planesOut)[kClipPlaneCount][4]
     for (UINT plane = 0; plane < kClipPlaneCount; ++plane)
         for (int row = 0; row < 4; ++row) {
             float sum = 0.0f;
-            for (std::size_t i = 0; i < 4; ++i)
+            for (size_t i = 0; i < 4; ++i)
                 sum += inverse.m[row][i] * state.clipPlanes[plane][i];
             planesOut[plane][row] = (enabled >> plane & 1) != 0 ? sum : 0.0f;
         }

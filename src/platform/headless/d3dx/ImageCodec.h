@@ -15,14 +15,14 @@ inline constexpr UINT kMaxImageSide = 16384;
 /// Levels in the full chain of the largest picture.
 inline constexpr UINT kMaxImageLevels = 15;
 
-using ImageFile = std::span<const std::uint8_t>;
+using ImageFile = std::span<const uint8_t>;
 
 /// One mip level: `bits` is its first byte, `pitchBytes` the stride between rows (of blocks).
 struct ImageLevel {
     UINT width;
     UINT height;
-    std::size_t pitchBytes;
-    const std::uint8_t* bits; // not owned, in the file or in the picture's own memory
+    size_t pitchBytes;
+    const uint8_t* bits; // not owned, in the file or in the picture's own memory
 };
 
 /// A picture from a file. Its levels may point into the file's bytes, which must then outlive it.
@@ -32,11 +32,11 @@ struct DecodedImage {
     /// are already A8R8G8B8.
     D3DFORMAT format = D3DFMT_UNKNOWN;
     ImageLevel levels[kMaxImageLevels] = {};
-    std::unique_ptr<std::uint8_t[]> memory;
+    std::unique_ptr<uint8_t[]> memory;
 
     /// Allocates one level of the size in `info`, rows of `RowBytes` without padding,
     /// uninitialised. Null if memory runs out.
-    std::uint8_t* Allocate(D3DFORMAT pixelFormat);
+    uint8_t* Allocate(D3DFORMAT pixelFormat);
 };
 
 /// Reads the header of an image file. The content determines the kind: PNG, JPEG, DDS, BMP, binary

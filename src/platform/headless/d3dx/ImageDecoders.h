@@ -27,7 +27,7 @@ bool IsTga(ImageFile file);
 HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 
 /// True if a picture may have these sides.
-constexpr bool IsImageSize(std::uint64_t width, std::uint64_t height)
+constexpr bool IsImageSize(uint64_t width, uint64_t height)
 {
     return width >= 1 && height >= 1 && width <= kMaxImageSide && height <= kMaxImageSide;
 }
@@ -37,20 +37,20 @@ D3DXIMAGE_INFO PlainImageInfo(UINT width, UINT height, D3DFORMAT format,
                               D3DXIMAGE_FILEFORMAT fileFormat);
 
 /// Little-endian numbers at `offset`, which the caller has checked against the file size.
-constexpr std::uint16_t ReadU16(ImageFile file, std::size_t offset)
+constexpr uint16_t ReadU16(ImageFile file, size_t offset)
 {
-    return static_cast<std::uint16_t>(file[offset] | file[offset + 1] << 8);
+    return static_cast<uint16_t>(file[offset] | file[offset + 1] << 8);
 }
 
-constexpr std::uint32_t ReadU32(ImageFile file, std::size_t offset)
+constexpr uint32_t ReadU32(ImageFile file, size_t offset)
 {
-    return ReadU16(file, offset) | static_cast<std::uint32_t>(ReadU16(file, offset + 2)) << 16;
+    return ReadU16(file, offset) | static_cast<uint32_t>(ReadU16(file, offset + 2)) << 16;
 }
 
 /// Widens a channel of `bits` bits, at most 16, to 8 bits, rounded.
-constexpr std::uint32_t WidenTo8Bits(std::uint32_t value, unsigned bits)
+constexpr uint32_t WidenTo8Bits(uint32_t value, unsigned bits)
 {
-    const std::uint32_t most = (1u << bits) - 1;
+    const uint32_t most = (1u << bits) - 1;
     return (value * 255 + most / 2) / most;
 }
 

@@ -62,7 +62,7 @@ void OnProgress(j_common_ptr jpeg)
 }
 
 // libjpeg exits by longjmp, so nothing in here has a destructor.
-bool ReadHeader(JpegReadState& state, const std::uint8_t* data, std::size_t size)
+bool ReadHeader(JpegReadState& state, const uint8_t* data, size_t size)
 {
     state.jpeg.err = jpeg_std_error(&state.errors);
     state.errors.error_exit = OnJpegError;
@@ -85,7 +85,7 @@ bool ReadHeader(JpegReadState& state, const std::uint8_t* data, std::size_t size
     return grey || state.jpeg.num_components == 3;
 }
 
-bool ReadPixels(JpegReadState& state, std::uint8_t* pixelsOut, std::size_t pitchBytes)
+bool ReadPixels(JpegReadState& state, uint8_t* pixelsOut, size_t pitchBytes)
 {
     if (setjmp(state.exit) != 0)
         return false;
@@ -100,7 +100,7 @@ bool ReadPixels(JpegReadState& state, std::uint8_t* pixelsOut, std::size_t pitch
 }
 
 // Every coded unit takes at least one bit.
-bool FitsInFile(const jpeg_decompress_struct& jpeg, std::size_t fileSize)
+bool FitsInFile(const jpeg_decompress_struct& jpeg, size_t fileSize)
 {
     int unitWidth = DCTSIZE;
     int unitHeight = DCTSIZE;
@@ -108,9 +108,9 @@ bool FitsInFile(const jpeg_decompress_struct& jpeg, std::size_t fileSize)
         unitWidth = std::max(unitWidth, DCTSIZE * jpeg.comp_info[i].h_samp_factor);
         unitHeight = std::max(unitHeight, DCTSIZE * jpeg.comp_info[i].v_samp_factor);
     }
-    const std::uint64_t across = jpeg.image_width / static_cast<unsigned>(unitWidth);
-    const std::uint64_t down = jpeg.image_height / static_cast<unsigned>(unitHeight);
-    return across * down <= std::uint64_t(fileSize) * 8;
+    const uint64_t across = jpeg.image_width / static_cast<unsigned>(unitWidth);
+    const uint64_t down = jpeg.image_height / static_cast<unsigned>(unitHeight);
+    return across * down <= uint64_t(fileSize) * 8;
 }
 
 HRESULT DecodeWith(JpegReadState& state, ImageFile file, bool infoOnly, DecodedImage& imageOut)
@@ -127,7 +127,7 @@ HRESULT DecodeWith(JpegReadState& state, ImageFile file, bool infoOnly, DecodedI
     if (infoOnly)
         return D3D_OK;
 
-    std::uint8_t* pixels = imageOut.Allocate(format);
+    uint8_t* pixels = imageOut.Allocate(format);
     if (!pixels)
         return E_OUTOFMEMORY;
     return ReadPixels(state, pixels, imageOut.levels[0].pitchBytes) ? D3D_OK : D3DXERR_INVALIDDATA;

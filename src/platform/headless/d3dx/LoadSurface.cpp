@@ -19,10 +19,9 @@ HRESULT LoadLockable(IDirect3DSurface9& target, const RECT& rect, const PixelSou
     if (FAILED(result))
         return result;
 
-    const PixelTarget pixels = {FindPixelFormat(desc.Format),
-                                static_cast<UINT>(rect.right - rect.left),
-                                static_cast<UINT>(rect.bottom - rect.top), locked.pBits,
-                                static_cast<std::size_t>(locked.Pitch)};
+    const PixelTarget pixels = {
+        FindPixelFormat(desc.Format), static_cast<UINT>(rect.right - rect.left),
+        static_cast<UINT>(rect.bottom - rect.top), locked.pBits, static_cast<size_t>(locked.Pitch)};
     result = CopyPixels(pixels, source, filter, colorKey);
     target.UnlockRect();
     return result;

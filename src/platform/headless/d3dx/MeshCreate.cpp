@@ -87,9 +87,9 @@ HeadlessMesh* HeadlessMesh::Create(DWORD faceCount, DWORD vertexCount, DWORD opt
 HRESULT HeadlessMesh::MakeBuffers()
 {
     const bool isWide = (options & D3DXMESH_32BIT) != 0;
-    const std::uint64_t vertexBytes = std::uint64_t{vertexCount} * VertexSize(fvf);
-    const std::uint64_t indexBytes = std::uint64_t{faceCount} * 3 * (isWide ? 4 : 2);
-    constexpr std::uint64_t kMostBytes = std::numeric_limits<UINT>::max();
+    const uint64_t vertexBytes = uint64_t{vertexCount} * VertexSize(fvf);
+    const uint64_t indexBytes = uint64_t{faceCount} * 3 * (isWide ? 4 : 2);
+    constexpr uint64_t kMostBytes = std::numeric_limits<UINT>::max();
     if (vertexBytes > kMostBytes || indexBytes > kMostBytes)
         return E_OUTOFMEMORY;
 

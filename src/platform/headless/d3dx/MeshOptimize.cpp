@@ -21,14 +21,13 @@ constexpr DWORD kSortFlags = D3DXMESHOPT_ATTRSORT | D3DXMESHOPT_DONOTSPLIT;
 template <typename Index>
 void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
 {
-    const std::uint64_t low = std::min({face[0], face[1], face[2]});
-    const std::uint64_t high = std::max({face[0], face[1], face[2]});
+    const uint64_t low = std::min({face[0], face[1], face[2]});
+    const uint64_t high = std::max({face[0], face[1], face[2]});
     const bool isFirst = range.VertexCount == 0;
-    const std::uint64_t start = isFirst ? low : std::min<std::uint64_t>(low, range.VertexStart);
-    const std::uint64_t end =
-        std::max(high + 1, std::uint64_t{range.VertexStart} + range.VertexCount);
+    const uint64_t start = isFirst ? low : std::min<uint64_t>(low, range.VertexStart);
+    const uint64_t end = std::max(high + 1, uint64_t{range.VertexStart} + range.VertexCount);
     range.VertexStart = static_cast<DWORD>(start);
-    range.VertexCount = static_cast<DWORD>(std::min<std::uint64_t>(end - start, 0xFFFFFFFF));
+    range.VertexCount = static_cast<DWORD>(std::min<uint64_t>(end - start, 0xFFFFFFFF));
 }
 
 } // namespace
@@ -61,9 +60,8 @@ HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD
 /// reordered together.
 HRESULT HeadlessMesh::SortFaces(const DWORD* order)
 {
-    const std::size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
-    const std::unique_ptr<std::uint8_t[]> sorted(new (std::nothrow)
-                                                     std::uint8_t[faceBytes * faceCount]);
+    const size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
+    const std::unique_ptr<uint8_t[]> sorted(new (std::nothrow) uint8_t[faceBytes * faceCount]);
     std::unique_ptr<DWORD[]> sortedAttributes(new (std::nothrow) DWORD[faceCount]);
     if (!sorted || !sortedAttributes)
         return E_OUTOFMEMORY;
@@ -71,7 +69,7 @@ HRESULT HeadlessMesh::SortFaces(const DWORD* order)
     if (const HRESULT result = indexBuffer->Lock(0, 0, &indices, 0); FAILED(result))
         return result;
 
-    const auto* faces = static_cast<const std::uint8_t*>(indices);
+    const auto* faces = static_cast<const uint8_t*>(indices);
     for (DWORD face = 0; face < faceCount; ++face) {
         std::memcpy(&sorted[face * faceBytes], faces + order[face] * faceBytes, faceBytes);
         sortedAttributes[face] = attributes[order[face]];
@@ -94,9 +92,9 @@ void HeadlessMesh::MakeAttributeTable(const void* indices)
         D3DXATTRIBUTERANGE& range = attributeTable.back();
         ++range.FaceCount;
         if (isWide)
-            TakeVertices(range, static_cast<const DWORD*>(indices) + std::size_t{face} * 3);
+            TakeVertices(range, static_cast<const DWORD*>(indices) + size_t{face} * 3);
         else
-            TakeVertices(range, static_cast<const WORD*>(indices) + std::size_t{face} * 3);
+            TakeVertices(range, static_cast<const WORD*>(indices) + size_t{face} * 3);
     }
 }
 

@@ -14,7 +14,7 @@ struct PixelSource {
     UINT width;
     UINT height;
     const void* bits;
-    std::size_t pitchBytes; ///< stride between rows, or rows of blocks
+    size_t pitchBytes; ///< stride between rows, or rows of blocks
 };
 
 /// A picture in memory to write to. Neither pointer is owned.
@@ -23,7 +23,7 @@ struct PixelTarget {
     UINT width;
     UINT height;
     void* bits;
-    std::size_t pitchBytes;
+    size_t pitchBytes;
 };
 
 /// Checks a filter argument against the published values. `D3DX_DEFAULT` becomes `fallback`.

@@ -9,13 +9,13 @@ namespace headless {
 namespace {
 
 // Deflate shrinks 258 bytes to 2 bits at the very best.
-constexpr std::uint64_t kMaxDeflateRatio = 1032;
+constexpr uint64_t kMaxDeflateRatio = 1032;
 
 // Everything the decoder uses while libpng may longjmp out of it. The caller owns it, so that no
 // destructor is skipped.
 struct PngReadState {
-    const std::uint8_t* next; // not owned
-    std::size_t left;
+    const uint8_t* next; // not owned
+    size_t left;
     png_structp png; // owned, destroyed by the caller
     png_infop info;  // owned, destroyed with `png`
     png_uint_32 width;
@@ -34,7 +34,7 @@ struct PngReadState {
 void OnReadWarning(png_structp, png_const_charp)
 {}
 
-void OnRead(png_structp png, png_bytep bytesOut, std::size_t size)
+void OnRead(png_structp png, png_bytep bytesOut, size_t size)
 {
     auto* state = static_cast<PngReadState*>(png_get_io_ptr(png));
     if (size > state->left)
@@ -83,7 +83,7 @@ void SetTransforms(png_structp png, const PngReadState& state)
     }
 }
 
-bool ReadPixels(PngReadState& state, std::uint8_t* pixelsOut, std::size_t pitchBytes)
+bool ReadPixels(PngReadState& state, uint8_t* pixelsOut, size_t pitchBytes)
 {
     if (setjmp(png_jmpbuf(state.png)) != 0)
         return false;
@@ -102,9 +102,9 @@ bool ReadPixels(PngReadState& state, std::uint8_t* pixelsOut, std::size_t pitchB
     return true;
 }
 
-bool FitsInFile(const PngReadState& state, std::size_t fileSize)
+bool FitsInFile(const PngReadState& state, size_t fileSize)
 {
-    const std::uint64_t rowBytes = (png_get_rowbytes(state.png, state.info)) + 1;
+    const uint64_t rowBytes = (png_get_rowbytes(state.png, state.info)) + 1;
     return rowBytes * state.height <= kMaxDeflateRatio * fileSize;
 }
 
@@ -118,7 +118,7 @@ D3DFORMAT ReportedFormat(const PngReadState& state)
     return hasAlpha ? D3DFMT_A8R8G8B8 : D3DFMT_X8R8G8B8;
 }
 
-HRESULT DecodeWith(PngReadState& state, std::size_t fileSize, bool infoOnly, DecodedImage& imageOut)
+HRESULT DecodeWith(PngReadState& state, size_t fileSize, bool infoOnly, DecodedImage& imageOut)
 {
     if (!ReadHeader(state) || !IsImageSize(state.width, state.height) ||
         !FitsInFile(state, fileSize))
@@ -129,7 +129,7 @@ HRESULT DecodeWith(PngReadState& state, std::size_t fileSize, bool infoOnly, Dec
     if (infoOnly)
         return D3D_OK;
 
-    std::uint8_t* pixels = imageOut.Allocate(reported == D3DFMT_P8 ? D3DFMT_A8R8G8B8 : reported);
+    uint8_t* pixels = imageOut.Allocate(reported == D3DFMT_P8 ? D3DFMT_A8R8G8B8 : reported);
     if (!pixels)
         return E_OUTOFMEMORY;
     return ReadPixels(state, pixels, imageOut.levels[0].pitchBytes) ? D3D_OK : D3DXERR_INVALIDDATA;

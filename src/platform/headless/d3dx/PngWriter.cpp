@@ -18,11 +18,11 @@ constexpr int kMaxSide = 16384;
 // Everything the encoder uses while libpng may longjmp out of it. The caller owns it, so that no
 // destructor is skipped.
 struct PngWriteState {
-    FILE* stream;      // not owned
-    png_structp png;   // owned, destroyed by the caller
-    png_infop info;    // owned, destroyed with `png`
-    std::uint8_t* row; // not owned, one packed row
-    const std::uint32_t* argb;
+    FILE* stream;    // not owned
+    png_structp png; // owned, destroyed by the caller
+    png_infop info;  // owned, destroyed with `png`
+    uint8_t* row;    // not owned, one packed row
+    const uint32_t* argb;
     int width;
     int height;
     bool withAlpha;
@@ -39,15 +39,15 @@ void OnWriteError(png_structp png, png_const_charp message)
 void OnWriteWarning(png_structp, png_const_charp)
 {}
 
-void PackRow(const std::uint32_t* pixels, int width, bool withAlpha, std::uint8_t* rowOut)
+void PackRow(const uint32_t* pixels, int width, bool withAlpha, uint8_t* rowOut)
 {
     for (int x = 0; x < width; ++x) {
-        const std::uint32_t pixel = pixels[x];
-        *rowOut++ = static_cast<std::uint8_t>(pixel >> 16);
-        *rowOut++ = static_cast<std::uint8_t>(pixel >> 8);
-        *rowOut++ = static_cast<std::uint8_t>(pixel);
+        const uint32_t pixel = pixels[x];
+        *rowOut++ = static_cast<uint8_t>(pixel >> 16);
+        *rowOut++ = static_cast<uint8_t>(pixel >> 8);
+        *rowOut++ = static_cast<uint8_t>(pixel);
         if (withAlpha)
-            *rowOut++ = static_cast<std::uint8_t>(pixel >> 24);
+            *rowOut++ = static_cast<uint8_t>(pixel >> 24);
     }
 }
 
@@ -73,8 +73,8 @@ bool Encode(PngWriteState& state)
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_write_info(state.png, state.info);
     for (int y = 0; y < state.height; ++y) {
-        PackRow(state.argb + static_cast<std::size_t>(y) * static_cast<std::size_t>(state.width),
-                state.width, state.withAlpha, state.row);
+        PackRow(state.argb + static_cast<size_t>(y) * static_cast<size_t>(state.width), state.width,
+                state.withAlpha, state.row);
         png_write_row(state.png, state.row);
     }
     png_write_end(state.png, state.info);
@@ -83,15 +83,14 @@ bool Encode(PngWriteState& state)
 
 } // namespace
 
-bool WritePngFile(const char* path, int width, int height, const std::uint32_t* argb,
-                  bool withAlpha, std::string& errorOut)
+bool WritePngFile(const char* path, int width, int height, const uint32_t* argb, bool withAlpha,
+                  std::string& errorOut)
 {
     if (!path || !argb || width < 1 || height < 1 || width > kMaxSide || height > kMaxSide) {
         errorOut = "not a picture of 1 to 16384 pixels a side";
         return false;
     }
-    std::unique_ptr<std::uint8_t[]> row(new (std::nothrow)
-                                            std::uint8_t[static_cast<std::size_t>(width) * 4]);
+    std::unique_ptr<uint8_t[]> row(new (std::nothrow) uint8_t[static_cast<size_t>(width) * 4]);
     if (!row) {
         errorOut = "out of memory";
         return false;

@@ -10,7 +10,7 @@ namespace headless {
 /// 1..16384. The same pixels always give the same bytes. The file is written under a temporary name
 /// in the same directory and renamed when complete, so `path` never holds half a picture. On
 /// failure returns false, leaves the old file at `path` alone and stores the reason in `errorOut`.
-bool WritePngFile(const char* path, int width, int height, const std::uint32_t* argb,
-                  bool withAlpha, std::string& errorOut);
+bool WritePngFile(const char* path, int width, int height, const uint32_t* argb, bool withAlpha,
+                  std::string& errorOut);
 
 } // namespace headless

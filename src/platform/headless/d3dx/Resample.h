@@ -16,14 +16,14 @@ namespace headless {
 /// - `D3DX_FILTER_BOX`: the mean of the covered area, 2 by 2 pixels when halving.
 /// Outside the picture it repeats, or is mirrored with `D3DX_FILTER_MIRROR_U` and
 /// `D3DX_FILTER_MIRROR_V`. False if memory runs out.
-bool ResampleArgb(const std::uint32_t* source, UINT sourceWidth, UINT sourceHeight, DWORD filter,
-                  UINT targetWidth, UINT targetHeight, std::uint32_t* targetOut);
+bool ResampleArgb(const uint32_t* source, UINT sourceWidth, UINT sourceHeight, DWORD filter,
+                  UINT targetWidth, UINT targetHeight, uint32_t* targetOut);
 
 /// The usual step of a mip chain: `D3DX_FILTER_BOX` from exactly twice the size on both sides, in
 /// integer arithmetic. Gives the same result as the general code, many times faster, for any format
 /// of four 8-bit channels in any order. Pixels need no alignment.
-void HalveExactly(const void* source, std::size_t sourcePitchBytes, UINT targetWidth,
-                  UINT targetHeight, void* targetOut, std::size_t targetPitchBytes);
+void HalveExactly(const void* source, size_t sourcePitchBytes, UINT targetWidth, UINT targetHeight,
+                  void* targetOut, size_t targetPitchBytes);
 
 /// The bits of a filter value that select the filter.
 inline constexpr DWORD kFilterKindMask = 0xFFFF;

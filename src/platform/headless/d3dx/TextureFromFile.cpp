@@ -164,7 +164,7 @@ HRESULT WINAPI D3DXGetImageInfoFromFileInMemory(LPCVOID data, UINT sizeBytes,
     if (!data || sizeBytes == 0)
         return D3DERR_INVALIDCALL;
     D3DXIMAGE_INFO info;
-    const HRESULT result = ReadImageInfo({static_cast<const std::uint8_t*>(data), sizeBytes}, info);
+    const HRESULT result = ReadImageInfo({static_cast<const uint8_t*>(data), sizeBytes}, info);
     if (SUCCEEDED(result) && infoOut)
         *infoOut = info;
     return result;
@@ -193,8 +193,8 @@ HRESULT WINAPI D3DXCreateTextureFromFileInMemoryEx(IDirect3DDevice9* device, LPC
         return D3DERR_INVALIDCALL;
     TextureRequest request = {width, height, levels,    usage,   format,
                               pool,  filter, mipFilter, colorKey};
-    return CreateFromImage(device, {static_cast<const std::uint8_t*>(data), sizeBytes}, request,
-                           infoOut, textureOut);
+    return CreateFromImage(device, {static_cast<const uint8_t*>(data), sizeBytes}, request, infoOut,
+                           textureOut);
 }
 
 HRESULT WINAPI D3DXCreateTextureFromFileExA(IDirect3DDevice9* device, LPCSTR path, UINT width,

@@ -22,14 +22,14 @@ namespace {
 struct FoundEntry {
     std::string name;
     DWORD attributes;
-    std::uint64_t sizeBytes;
+    uint64_t sizeBytes;
 };
 
 /// A search in progress: the entries as they were at its start, and the next one to return. Nothing
 /// is looked up later, because the current directory may have changed by then.
 struct Search {
     std::vector<FoundEntry> entries;
-    std::size_t next = 0;
+    size_t next = 0;
 };
 
 /// A file or directory opened for its attributes only.
@@ -38,9 +38,9 @@ struct InfoFile {
     std::string path; // with links resolved; empty if not known
 };
 
-std::optional<std::uint64_t> gReportedFileIndex;
+std::optional<uint64_t> gReportedFileIndex;
 
-std::uint64_t FileIndexOf(const struct stat& info)
+uint64_t FileIndexOf(const struct stat& info)
 {
     return gReportedFileIndex.value_or(info.st_ino);
 }
@@ -67,7 +67,7 @@ DWORD AttributesOf(const char* name, const struct stat& info)
 
 std::string LeafOf(const std::string& path)
 {
-    const std::size_t slash = path.rfind('/');
+    const size_t slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
@@ -78,7 +78,7 @@ void AddEntry(Search& search, const std::string& directory, const std::string& n
     if (stat((directory + name).c_str(), &info) != 0)
         return;
     search.entries.push_back(
-        {name, AttributesOf(name.c_str(), info), static_cast<std::uint64_t>(info.st_size)});
+        {name, AttributesOf(name.c_str(), info), static_cast<uint64_t>(info.st_size)});
 }
 
 /// Adds all entries that match the pattern, "." and ".." first. False if the directory cannot be
@@ -216,7 +216,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* 
     if (file == INVALID_HANDLE_VALUE || file == nullptr)
         return FailWith(ERROR_INVALID_HANDLE);
     const struct stat& info = static_cast<InfoFile*>(file)->info;
-    const std::uint64_t index = FileIndexOf(info);
+    const uint64_t index = FileIndexOf(info);
     *infoOut = {};
     infoOut->dwFileAttributes = AttributesOf("", info);
     infoOut->dwVolumeSerialNumber = static_cast<DWORD>(info.st_dev);
@@ -228,7 +228,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* 
     return TRUE;
 }
 
-void headless::SimulateFileIndex(std::optional<std::uint64_t> index)
+void headless::SimulateFileIndex(std::optional<uint64_t> index)
 {
     gReportedFileIndex = index;
 }

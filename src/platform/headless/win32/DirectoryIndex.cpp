@@ -10,7 +10,7 @@ namespace headless {
 namespace {
 
 /// With fewer entries, reading the directory is as fast as keeping an index up to date.
-constexpr std::size_t kIndexThreshold = 1024;
+constexpr size_t kIndexThreshold = 1024;
 
 /// The entries of the most recent large directory, by folded name.
 struct DirectoryIndex {
@@ -89,7 +89,7 @@ std::string FindEntryIgnoringCase(const std::string& directory, const std::strin
 
 void NoteEntryChanged(const std::string& path)
 {
-    const std::size_t slash = path.rfind('/');
+    const size_t slash = path.rfind('/');
     const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
     struct stat info;
     if (gIndex.entries.empty() || stat(directory.c_str(), &info) != 0 || !gIndex.IsOf(info))

@@ -36,8 +36,8 @@ std::string DirectoryOf(const std::string& path)
 
 bool IsTemporaryName(const char* name)
 {
-    const std::size_t length = std::strlen(name);
-    const std::size_t suffix = std::strlen(kSuffix);
+    const size_t length = std::strlen(name);
+    const size_t suffix = std::strlen(kSuffix);
     return std::strncmp(name, kPrefix, std::strlen(kPrefix)) == 0 && length > suffix &&
            std::strcmp(name + length - suffix, kSuffix) == 0;
 }

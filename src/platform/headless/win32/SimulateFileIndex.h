@@ -7,6 +7,6 @@ namespace headless {
 
 /// For tests: all files and directories get this index, as on file systems without file indices. No
 /// value restores the real ones.
-void SimulateFileIndex(std::optional<std::uint64_t> index);
+void SimulateFileIndex(std::optional<uint64_t> index);
 
 } // namespace headless

@@ -192,7 +192,7 @@ int WINAPI GetWindowTextA(HWND window, LPSTR buffer, int size)
 {
     if (!IsWindow(window) || size <= 0)
         return 0;
-    const std::size_t length = std::min(window->title.size(), static_cast<std::size_t>(size) - 1);
+    const size_t length = std::min(window->title.size(), static_cast<size_t>(size) - 1);
     std::memcpy(buffer, window->title.data(), length);
     buffer[length] = '\0';
     return static_cast<int>(length);

@@ -8,12 +8,11 @@ namespace headless::fx {
 
 namespace {
 
-using ConditionValue =
-    std::uint64_t; // wraps instead of overflowing; treated as signed where it matters
+using ConditionValue = uint64_t; // wraps instead of overflowing; treated as signed where it matters
 
-std::int64_t Signed(ConditionValue value)
+int64_t Signed(ConditionValue value)
 {
-    return static_cast<std::int64_t>(value);
+    return static_cast<int64_t>(value);
 }
 
 struct ConditionOperator {
@@ -31,7 +30,7 @@ ConditionValue Truth(bool value)
     return value ? 1 : 0;
 }
 
-ConditionValue Compare(std::string_view sign, std::int64_t a, std::int64_t b)
+ConditionValue Compare(std::string_view sign, int64_t a, int64_t b)
 {
     if (sign == "<" || sign == ">=")
         return Truth((a < b) == (sign == "<"));
@@ -78,7 +77,7 @@ private:
     std::span<const FxToken> words;
     FxPlace place;
     FxDiagnostics& diagnostics;
-    std::size_t position = 0;
+    size_t position = 0;
     int depth = 0;
     bool isIgnored = false; ///< the result does not matter, so a division by 0 is not an error
 };

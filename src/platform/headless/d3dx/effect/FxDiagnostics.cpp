@@ -8,14 +8,14 @@ namespace headless::fx {
 namespace {
 
 /// Names and messages that quote a file are cut here.
-constexpr std::size_t kMaxQuotedBytes = 512;
+constexpr size_t kMaxQuotedBytes = 512;
 
 } // namespace
 
-std::uint32_t FxDiagnostics::AddFile(std::string name)
+uint32_t FxDiagnostics::AddFile(std::string name)
 {
     files.push_back(std::move(name));
-    return static_cast<std::uint32_t>(files.size() - 1);
+    return static_cast<uint32_t>(files.size() - 1);
 }
 
 std::string FxDiagnostics::PlaceText(FxPlace place) const

@@ -8,9 +8,9 @@ namespace headless::fx {
 
 /// A position in one of the files of an effect. Lines and columns count from 1, columns in bytes.
 struct FxPlace {
-    std::uint32_t file = 0; ///< index given by `FxDiagnostics::AddFile`
-    std::uint32_t line = 1;
-    std::uint32_t column = 1;
+    uint32_t file = 0; ///< index given by `FxDiagnostics::AddFile`
+    uint32_t line = 1;
+    uint32_t column = 1;
 };
 
 /// The error numbers, by kind: 1xxx reading and macros, 3xxx language, 4xxx limits.
@@ -41,8 +41,8 @@ enum class FxError {
 class FxDiagnostics {
 public:
     /// Returns the index that stands for the file in places.
-    std::uint32_t AddFile(std::string name);
-    const std::string& FileName(std::uint32_t file) const { return files[file]; }
+    uint32_t AddFile(std::string name);
+    const std::string& FileName(uint32_t file) const { return files[file]; }
     /// "file(line,column)". File names are cut at 512 bytes.
     std::string PlaceText(FxPlace place) const;
 

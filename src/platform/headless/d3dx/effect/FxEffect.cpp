@@ -124,14 +124,14 @@ FxParameter* FxEffect::FindPath(FxParameter* parent, std::string_view path)
 {
     FxParameter* found = parent;
     if (!parent || (!path.starts_with('.') && !path.starts_with('[') && !path.starts_with('@'))) {
-        const std::size_t end = std::min(path.find_first_of(".[@"), path.size());
+        const size_t end = std::min(path.find_first_of(".[@"), path.size());
         found = FxFindByName(parent ? parent->parts : model->parameters, path.substr(0, end));
         path.remove_prefix(end);
     }
     while (found && !path.empty()) {
         const char sign = path.front();
         path.remove_prefix(1);
-        const std::size_t end = std::min(path.find_first_of(".[@"), path.size());
+        const size_t end = std::min(path.find_first_of(".[@"), path.size());
         const std::string_view part = path.substr(0, end);
         path.remove_prefix(end);
         if (sign == '[') {

@@ -169,7 +169,7 @@ private:
     FxPass* activePass = nullptr;     ///< between `BeginPass` and `EndPass`
     bool isActive = false;            ///< between `Begin` and `End`
     bool isReported = false;          ///< why nothing of it can be drawn has been logged
-    std::uint64_t appliedStamp = 0;   ///< the newest change that the active pass has applied
+    uint64_t appliedStamp = 0;        ///< the newest change that the active pass has applied
     FxPassStates passStates;
     FxSavedStates savedStates;
 };

@@ -58,7 +58,7 @@ HRESULT FxEffect::Validate(const FxTechnique& item, std::string& faultOut)
     FxSavedStates before;
     before.Save(*device.Get(), item.touched, 0);
     HRESULT result = D3D_OK;
-    for (std::size_t i = 0; i < item.passes.size() && SUCCEEDED(result); ++i)
+    for (size_t i = 0; i < item.passes.size() && SUCCEEDED(result); ++i)
         result = ValidatePass(*item.passes[i], faultOut);
     before.Restore(*device.Get());
     return result;
@@ -163,7 +163,7 @@ HRESULT FxEffect::CommitChanges()
 {
     if (!activePass)
         return D3DERR_INVALIDCALL;
-    const std::uint64_t before = appliedStamp;
+    const uint64_t before = appliedStamp;
     appliedStamp = FxStamp();
     return passStates.Apply(*device.Get(), *activePass, before);
 }

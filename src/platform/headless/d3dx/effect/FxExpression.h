@@ -10,7 +10,7 @@ namespace headless::fx {
 
 struct FxParameter;
 
-enum class FxOperation : std::uint8_t {
+enum class FxOperation : uint8_t {
     Literal,
     Parameter,
     Element, ///< of an array parameter; the index is on the stack
@@ -46,9 +46,9 @@ enum class FxOperation : std::uint8_t {
 /// One step of an expression in postfix order.
 struct FxStep {
     FxOperation operation = FxOperation::Literal;
-    FxShape shape;           ///< of the result
-    std::uint32_t count = 0; ///< literal number, or number of values
-    std::array<std::uint8_t, 4> components = {};
+    FxShape shape;      ///< of the result
+    uint32_t count = 0; ///< literal number, or number of values
+    std::array<uint8_t, 4> components = {};
     const FxParameter* parameter = nullptr; ///< not owned, lives in the effect
     const FxIntrinsic* intrinsic = nullptr; ///< not owned, lives in its table
 };
@@ -82,7 +82,7 @@ public:
     /// Whether `parameter` lies in `root`, which a step reads in part.
     bool Reads(const FxParameter& parameter) const;
     /// The stamp of the newest change to a parameter that is read; 0 if none is.
-    std::uint64_t Newest() const;
+    uint64_t Newest() const;
 
 private:
     std::vector<FxStep> steps;

@@ -85,7 +85,7 @@ bool FxExpressionReader::Read(FxExpression& expressionOut)
     return Choice(expressionOut);
 }
 
-bool FxExpressionReader::ReadConstant(std::int32_t& valueOut)
+bool FxExpressionReader::ReadConstant(int32_t& valueOut)
 {
     const FxPlace place = words.Peek().place;
     FxExpression expression;

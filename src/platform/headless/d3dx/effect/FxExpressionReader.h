@@ -21,7 +21,7 @@ public:
     /// A list in braces of as many numbers as `target` has, row by row.
     bool ReadList(const FxShape& target, FxExpression& expressionOut);
     /// One number, evaluated with the current parameter values, such as an array size.
-    bool ReadConstant(std::int32_t& valueOut);
+    bool ReadConstant(int32_t& valueOut);
     /// A parameter or a part of it, number or object: `a`, `a.b`, `a[2]`. An index that is not
     /// known yet is returned in `indexOut`, together with the array.
     bool ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut);

@@ -132,7 +132,7 @@ bool FxExpressionReader::Construct(const FxType& type, FxExpression& out)
                             FxDescribe(name) + " takes " + std::to_string(target.Count()) +
                                 " numbers, not " + std::to_string(count));
     FxStep step = FxStepOf(FxOperation::Construct, target);
-    step.count = static_cast<std::uint32_t>(shapes.size());
+    step.count = static_cast<uint32_t>(shapes.size());
     out.Add(step);
     return true;
 }
@@ -159,8 +159,8 @@ bool FxExpressionReader::ReadList(const FxShape& target, FxExpression& out)
     brackets = 0;
     const FxPlace place = words.Peek().place;
     UINT count = 0;
-    std::uint32_t values = 0;
-    std::size_t level = 0;
+    uint32_t values = 0;
+    size_t level = 0;
     ++brackets;
     do {
         if (words.Accept("{")) {

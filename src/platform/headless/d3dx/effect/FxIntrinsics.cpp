@@ -30,7 +30,7 @@ bool SameForm(Shapes arguments, FxShape& resultOut)
 
 void ByComponent(const FxIntrinsic& self, Numbers arguments, FxNumber& resultInOut)
 {
-    const auto value = [&](std::size_t argument, UINT i) {
+    const auto value = [&](size_t argument, UINT i) {
         return argument < arguments.size() ? static_cast<double>(arguments[argument].Float(i))
                                            : 0.0;
     };

@@ -35,8 +35,7 @@ private:
     class Expansion;
     using Arguments = std::vector<std::vector<FxToken>>;
 
-    bool ReadParameters(std::span<const FxToken> words, std::size_t& positionInOut,
-                        FxMacro& macroOut);
+    bool ReadParameters(std::span<const FxToken> words, size_t& positionInOut, FxMacro& macroOut);
     bool Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut, int depth);
     bool Substitute(const FxMacro& macro, const Arguments& arguments, const FxToken& call,
                     int depth, std::vector<FxToken>& wordsOut);
@@ -48,7 +47,7 @@ private:
     FxSources& sources;
     FxDiagnostics& diagnostics;
     std::unordered_map<std::string_view, FxMacro> macros;
-    std::size_t spent = 0;
+    size_t spent = 0;
 };
 
 } // namespace headless::fx

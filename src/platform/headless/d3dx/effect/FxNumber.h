@@ -11,7 +11,7 @@ namespace headless::fx {
 // Numbers of effects. Each is stored in a four-byte cell: a BOOL of 0 or 1, a 32-bit integer, or
 // the bits of a float.
 
-using FxCell = std::uint32_t;
+using FxCell = uint32_t;
 
 /// A type and dimensions: 1 by 1 for a scalar, 1 by n for a vector, else a matrix.
 struct FxShape {
@@ -34,10 +34,10 @@ struct FxNumber {
 
     /// The cell converted. A scalar gives its value for every index.
     float Float(UINT index) const;
-    std::int32_t Int(UINT index) const;
+    int32_t Int(UINT index) const;
     bool Bool(UINT index) const;
     void SetFloat(UINT index, float value);
-    void SetInt(UINT index, std::int32_t value) { cells[index] = static_cast<FxCell>(value); }
+    void SetInt(UINT index, int32_t value) { cells[index] = static_cast<FxCell>(value); }
 };
 
 /// Float to integer truncates and saturates, NaN becomes 0; anything but 0 is true.

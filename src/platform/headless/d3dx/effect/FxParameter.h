@@ -33,7 +33,7 @@ struct FxAssignment {
     FxObject object;
 
     bool Reads(const FxParameter& parameter) const;
-    std::uint64_t Newest() const;
+    uint64_t Newest() const;
 };
 
 /// The values of a parameter with all its elements and members. Effects of a pool share it.
@@ -41,14 +41,14 @@ struct FxStorage {
     std::vector<FxCell> cells;
     std::vector<std::string> strings;
     std::vector<ComPointer<IDirect3DBaseTexture9>> textures;
-    std::uint64_t changed = 0; ///< by `FxStamp`
+    uint64_t changed = 0; ///< by `FxStamp`
 
     /// Records a change.
     void Touch();
 };
 
 /// A new stamp, rising with every change of any parameter.
-std::uint64_t FxStamp();
+uint64_t FxStamp();
 
 struct FxType;
 
@@ -64,7 +64,7 @@ struct FxParameter {
     UINT elements = 0; ///< 0 if not an array
     DWORD flags = 0;
     std::shared_ptr<FxStorage> storage;
-    std::size_t first = 0; ///< index of its first cell, string or texture in `storage`
+    size_t first = 0; ///< index of its first cell, string or texture in `storage`
     std::vector<std::unique_ptr<FxParameter>>
         parts; ///< an array's elements, else a struct's members
     std::vector<std::unique_ptr<FxParameter>> annotations;
@@ -80,7 +80,7 @@ struct FxParameter {
     /// Cells of one element.
     UINT CellCount() const { return rows * columns; }
     /// Number of cells, or objects, over all elements; 0 for a struct.
-    std::size_t ValueCount() const;
+    size_t ValueCount() const;
     /// The size that `D3DXPARAMETER_DESC` reports.
     UINT ByteCount() const;
 

@@ -54,7 +54,7 @@ private:
     bool String(FxParameter& parameter);
     bool Sampler(FxParameter& parameter);
     bool Shader(bool isVertex, DWORD& versionOut);
-    DWORD ShaderVersion(bool isVertex, std::size_t ahead) const;
+    DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
 
@@ -78,8 +78,8 @@ private:
     FxExpressionReader expressions;
     std::vector<FxNumber> scratch;
     bool isInStruct = false;
-    std::size_t nodes = 0;
-    std::size_t cells = 0;
+    size_t nodes = 0;
+    size_t cells = 0;
 };
 
 } // namespace headless::fx

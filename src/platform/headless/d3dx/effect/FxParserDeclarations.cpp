@@ -147,8 +147,8 @@ void FxParser::NestedStruct(FxType& typeOut)
     typeOut = FxType::Unmodelled();
     if (!words.Is("{"))
         model.names.types.emplace(words.Next().text, typeOut);
-    std::size_t depth = 0;
-    for (std::size_t ahead = 0; words.Peek(ahead).kind != FxTokenKind::End; ++ahead) {
+    size_t depth = 0;
+    for (size_t ahead = 0; words.Peek(ahead).kind != FxTokenKind::End; ++ahead) {
         depth += words.Peek(ahead).Is("{") ? 1 : 0;
         if (words.Peek(ahead).Is("}") && --depth == 0)
             return;
@@ -196,8 +196,8 @@ bool FxParser::AddMember(FxStruct& structure, FxMember member, FxPlace place)
         if (other.name == member.name)
             return words.FailAt(place, FxError::Redefinition,
                                 "the struct has a member '" + member.name + "' already");
-    const std::size_t count = std::max(member.elements, 1u);
-    std::size_t ownNodes = member.elements; // each element is a node; its parts are counted below
+    const size_t count = std::max(member.elements, 1u);
+    size_t ownNodes = member.elements; // each element is a node; its parts are counted below
     if (const FxStruct* inner = member.type.structure) {
         structure.depth = std::max(structure.depth, inner->depth + 1);
         ownNodes += inner->nodes * count;
@@ -279,10 +279,10 @@ bool FxParser::Elements(UINT& elementsOut, bool& isModelledInOut)
     if (!words.Accept("["))
         return true;
     const FxPlace place = words.Peek().place;
-    std::int32_t count = 0;
+    int32_t count = 0;
     if (!expressions.ReadConstant(count) || !words.Expect("]"))
         return false;
-    if (count < 1 || static_cast<std::size_t>(count) > kFxMaxElements)
+    if (count < 1 || static_cast<size_t>(count) > kFxMaxElements)
         return words.FailAt(place, FxError::BadIndex,
                             "an array cannot have " + std::to_string(count) + " elements");
     elementsOut = static_cast<UINT>(count);

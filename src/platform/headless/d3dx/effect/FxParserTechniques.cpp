@@ -54,7 +54,7 @@ void AddKeys(const FxAssignment& assignment, std::vector<FxStateKey>& keysOut)
         keysOut.push_back({FxStateKind::Texture, assignment.index, 0});
         if (object)
             AddKeys(*object, assignment.index, keysOut);
-        for (std::size_t i = 0; object && i < object->parts.size(); ++i)
+        for (size_t i = 0; object && i < object->parts.size(); ++i)
             AddKeys(*object->parts[i], assignment.index, keysOut);
         break;
     case FxStateKind::ShaderConstant:
@@ -157,9 +157,9 @@ bool FxParser::IsUnmodelledPlace(const FxState& state) const
     if (!words.Is("[") || words.Peek(1).kind != FxTokenKind::Number || !words.Peek(2).Is("]") ||
         !FxParseNumber(words.Peek(1).text, number))
         return false;
-    const std::int32_t index = number.Int(0);
+    const int32_t index = number.Int(0);
     if (state.kind == FxStateKind::Light || state.kind == FxStateKind::LightEnable)
-        return index >= static_cast<std::int32_t>(state.places);
+        return index >= static_cast<int32_t>(state.places);
     const bool isSampler = state.kind == FxStateKind::Sampler ||
                            state.kind == FxStateKind::SamplerObject ||
                            state.kind == FxStateKind::Texture;
@@ -206,7 +206,7 @@ bool FxParser::StateIndex(const FxState& state, UINT& indexOut)
     if (!words.Accept("["))
         return true;
     const FxPlace place = words.Peek().place;
-    std::int32_t index = 0;
+    int32_t index = 0;
     expressions.SetStateWords(nullptr);
     if (!expressions.ReadConstant(index) || !words.Expect("]"))
         return false;

@@ -33,7 +33,7 @@ std::string Unquote(std::string_view text)
     static constexpr std::pair<char, char> kEscapes[] = {
         {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'0', '\0'}};
     std::string result;
-    for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+    for (size_t i = 1; i + 1 < text.size(); ++i) {
         char c = text[i];
         if (c == '\\' && i + 2 < text.size()) {
             c = text[++i];
@@ -51,11 +51,11 @@ std::string Unquote(std::string_view text)
 
 std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, FxPlace place)
 {
-    const std::size_t count = std::max(elements, 1u);
+    const size_t count = std::max(elements, 1u);
     const FxStruct* structure = type.structure;
-    const std::size_t inner = structure ? structure->nodes : 0;
+    const size_t inner = structure ? structure->nodes : 0;
     nodes += 1 + elements + inner * count;
-    cells += count * (structure ? structure->cells : std::size_t{type.rows} * type.columns);
+    cells += count * (structure ? structure->cells : size_t{type.rows} * type.columns);
     if (nodes > kFxMaxNodes || cells > kFxMaxCells) {
         words.FailAt(place, FxError::Limit, "the effect has too many parameters");
         return nullptr;
@@ -152,8 +152,8 @@ bool FxParser::NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETE
 {
     const FxPlace place = words.Peek().place;
     FxCell* cell = parameter.storage->cells.data() + parameter.first;
-    std::size_t count = 0;
-    std::size_t depth = 0;
+    size_t count = 0;
+    size_t depth = 0;
     do {
         if (words.Accept("{")) {
             ++depth;
@@ -193,7 +193,7 @@ bool FxParser::ObjectList(FxParameter& parameter)
     const FxPlace place = words.Peek().place;
     if (!words.Expect("{"))
         return false;
-    std::size_t count = 0;
+    size_t count = 0;
     while (!words.Accept("}")) {
         if (count == parameter.parts.size())
             return words.Fail(FxError::BadInitializer,
@@ -265,7 +265,7 @@ bool FxParser::Sampler(FxParameter& parameter)
 
 /// The version token of compiled code for the profile `ahead` of the next token: `vs_1_1`,
 /// `vs.1.1`, `vs_2_a`. An invalid profile counts as 1.1, as the shader is not compiled anyway.
-DWORD FxParser::ShaderVersion(bool isVertex, std::size_t ahead) const
+DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
 {
     std::string text(words.Peek(ahead).text);
     if (text.size() == 2) // the dotted form is a word and a number

@@ -31,8 +31,7 @@ void Keep(HRESULT result, HRESULT& firstInOut)
 
 } // namespace
 
-HRESULT FxPassStates::Apply(IDirect3DDevice9& device, const FxPass& pass,
-                            std::uint64_t changedAfter)
+HRESULT FxPassStates::Apply(IDirect3DDevice9& device, const FxPass& pass, uint64_t changedAfter)
 {
     HRESULT first = D3D_OK;
     refused = nullptr;
@@ -164,7 +163,7 @@ void FxPassStates::PutFields(const FxPass& pass, const FxAssignment& first, void
         const FxState& state = *assignment.state;
         if (state.kind != first.state->kind || assignment.index != first.index)
             continue;
-        unsigned char* field = bytes + std::size_t{state.number} * sizeof(float);
+        unsigned char* field = bytes + size_t{state.number} * sizeof(float);
         if (state.value == FxStateValue::Floats) {
             const FxNumber number = assignment.value.Evaluate(scratch);
             std::memcpy(field, number.cells.data(), state.floats * sizeof(float));

@@ -15,7 +15,7 @@ class FxPassStates {
 public:
     /// Applies the states that read a parameter changed after the stamp `changedAfter`; all states
     /// if it is 0. Tries all of them and returns the first failure.
-    HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, std::uint64_t changedAfter);
+    HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, uint64_t changedAfter);
     /// The state that made the last `Apply` fail, such as "LightType[1]"; "" if it succeeded.
     std::string Refused() const;
 

@@ -222,12 +222,12 @@ bool FxPreprocessor::EndIf(FxPlace place)
 bool FxPreprocessor::Evaluate(Words line, bool& valueOut)
 {
     std::vector<FxToken> words;
-    for (std::size_t i = 2; i < line.size(); ++i) {
+    for (size_t i = 2; i < line.size(); ++i) {
         FxToken word = line[i];
         if (word.Is("defined")) {
             const bool hasBrackets =
                 i + 3 < line.size() && line[i + 1].Is("(") && line[i + 3].Is(")");
-            const std::size_t name = i + (hasBrackets ? 2 : 1);
+            const size_t name = i + (hasBrackets ? 2 : 1);
             if (name >= line.size() || line[name].kind != FxTokenKind::Identifier)
                 return diagnostics.Fail(word.place, FxError::BadCondition, "defined needs a name");
             word.kind = FxTokenKind::Number;
@@ -266,7 +266,7 @@ bool FxPreprocessor::Include(Words line)
     std::string name;
     const bool isSystem = !words.empty() && words[0].Is("<");
     if (isSystem) {
-        for (std::size_t i = 1; i < words.size() && !words[i].Is(">"); ++i)
+        for (size_t i = 1; i < words.size() && !words[i].Is(">"); ++i)
             name += (words[i].spaceBefore && i > 1 ? " " : "") + std::string(words[i].text);
     } else if (!words.empty() && words[0].kind == FxTokenKind::String) {
         name = words[0].text.substr(1, words[0].text.size() - 2);
@@ -287,7 +287,7 @@ bool FxPreprocessor::Include(Words line)
 bool FxPreprocessor::SetLine(Words line)
 {
     Source& source = stack.back();
-    std::uint32_t number = 0;
+    uint32_t number = 0;
     const std::string_view digits = line.size() > 2 ? line[2].text : std::string_view();
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (digits.empty() || error != std::errc() || end != digits.data() + digits.size())

@@ -24,10 +24,10 @@ private:
         std::string path;
         const void* data = nullptr;
         std::vector<FxToken> words;
-        std::size_t position = 0;
-        std::size_t conditions = 0;  ///< open when the file began
-        std::uint32_t file = 0;      ///< the file that places refer to
-        std::uint32_t lineShift = 0; ///< set by `#line`, modulo 2^32
+        size_t position = 0;
+        size_t conditions = 0;  ///< open when the file began
+        uint32_t file = 0;      ///< the file that places refer to
+        uint32_t lineShift = 0; ///< set by `#line`, modulo 2^32
     };
     struct Condition {
         FxPlace place;
@@ -62,8 +62,8 @@ private:
     FxMacros macros;
     std::vector<Source> stack;
     std::vector<Condition> conditions;
-    std::size_t includes = 0;
-    std::size_t tokensRead = 0;
+    size_t includes = 0;
+    size_t tokensRead = 0;
 };
 
 } // namespace headless::fx

@@ -14,7 +14,7 @@ bool IsLeftOut(FxStateKind kind, DWORD flags)
 }
 
 template <typename T>
-T* NewPlace(std::vector<T>& list, std::size_t& placeOut)
+T* NewPlace(std::vector<T>& list, size_t& placeOut)
 {
     placeOut = list.size();
     return &list.emplace_back();

@@ -25,7 +25,7 @@ private:
     struct Saved {
         FxStateKey key;
         DWORD value = 0;
-        std::size_t place = 0; ///< of a record or an object in its list
+        size_t place = 0; ///< of a record or an object in its list
     };
 
     bool SaveOne(IDirect3DDevice9& device, Saved& savedInOut);

@@ -50,8 +50,8 @@ private:
     std::vector<const void*> opened; ///< opened by the handler, to be closed
     std::deque<FxSourceText> files;
     std::deque<std::string> made;
-    std::size_t fileBytes = 0;
-    std::size_t madeBytes = 0;
+    size_t fileBytes = 0;
+    size_t madeBytes = 0;
 };
 
 } // namespace headless::fx

@@ -8,7 +8,7 @@
 
 namespace headless::fx {
 
-enum class FxTokenKind : std::uint8_t {
+enum class FxTokenKind : uint8_t {
     End,
     Identifier,
     Number,

@@ -46,9 +46,9 @@ struct FxMember {
 
 struct FxStruct {
     std::vector<FxMember> members;
-    int depth = 1;         ///< nesting of structs, including this one
-    std::size_t nodes = 0; ///< parameters that one value takes, excluding itself
-    std::size_t cells = 0;
+    int depth = 1;    ///< nesting of structs, including this one
+    size_t nodes = 0; ///< parameters that one value takes, excluding itself
+    size_t cells = 0;
     bool isModelled = true; ///< true if all members are
 };
 

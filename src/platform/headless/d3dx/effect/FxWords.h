@@ -18,7 +18,7 @@ public:
 
     bool AtEnd() const { return position >= words.size(); }
     /// Past the end: a token of kind `End` at the place of the last one.
-    const FxToken& Peek(std::size_t ahead = 0) const
+    const FxToken& Peek(size_t ahead = 0) const
     {
         return position + ahead < words.size() ? words[position + ahead] : end;
     }
@@ -67,7 +67,7 @@ public:
     bool SkipBrackets(std::string_view open, std::string_view close)
     {
         const FxToken first = Peek();
-        std::size_t depth = 0;
+        size_t depth = 0;
         do {
             if (AtEnd())
                 return NotClosed(first);
@@ -94,7 +94,7 @@ public:
     const FxToken* FindInValue(const Test& fits) const
     {
         int depth = 0;
-        for (std::size_t ahead = 0; Peek(ahead).kind != FxTokenKind::End; ++ahead) {
+        for (size_t ahead = 0; Peek(ahead).kind != FxTokenKind::End; ++ahead) {
             const FxToken& word = Peek(ahead);
             if (depth == 0 && EndsValue(word))
                 return nullptr;
@@ -141,7 +141,7 @@ private:
 
     std::vector<FxToken> words;
     FxToken end;
-    std::size_t position = 0;
+    size_t position = 0;
     FxDiagnostics& diagnostics;
 };
 
