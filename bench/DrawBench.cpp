@@ -175,7 +175,7 @@ void TwoTexturesBlended(benchmark::State& state)
     Run(state, scene);
 }
 
-void VertexColours(benchmark::State& state)
+void VertexColors(benchmark::State& state)
 {
     Scene scene;
     scene.Device()->SetRenderState(D3DRS_ZFUNC, D3DCMP_ALWAYS);
@@ -187,6 +187,6 @@ void VertexColours(benchmark::State& state)
 BENCHMARK(TwoTextures)->Unit(benchmark::kMillisecond);
 BENCHMARK(TwoTexturesInFront)->Unit(benchmark::kMillisecond);
 BENCHMARK(TwoTexturesBlended)->Unit(benchmark::kMillisecond);
-BENCHMARK(VertexColours)->Unit(benchmark::kMillisecond);
+BENCHMARK(VertexColors)->Unit(benchmark::kMillisecond);
 
 } // namespace

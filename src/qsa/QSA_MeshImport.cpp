@@ -77,7 +77,7 @@ int32_t QSA_MeshImport::ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh)
         text.ReadInt(&geometry.materialRef);
         return 0;
     case QSA_Token::WireframeColor:
-        text.ReadColour(&geometry.wireColour);
+        text.ReadColor(&geometry.wireColor);
         return 0;
     default:
         return nodes.ParseNodeKeyword(token, mesh);
@@ -106,7 +106,7 @@ QSA_MeshLoadInfo* QSA_MeshImport::KeepMeshInfo(KRE_Mesh* mesh)
     if (!entry)
         return nullptr;
     entry->data.materialRef = geometry.materialRef;
-    entry->data.wireColour = geometry.wireColour;
+    entry->data.wireColor = geometry.wireColor;
     entry->data.mesh = mesh;
     return &entry->data;
 }

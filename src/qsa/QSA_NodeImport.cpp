@@ -99,7 +99,7 @@ int32_t QSA_NodeImport::ParseLight()
     KRE_Light* light = AddObject(&scene.lights, text);
     light->lightMode = 0;
     light->light.Range = kUnlimitedRange;
-    float colour[3] = {};
+    float color[3] = {};
     TokenBuffer typeWord = "";
     const int32_t result = text.ParseBlock([&](QSA_Token token) {
         switch (token) {
@@ -115,7 +115,7 @@ int32_t QSA_NodeImport::ParseLight()
         }
         case QSA_Token::LightSettings:
             text.SkipTo('{');
-            return ParseLightSettings(light, colour);
+            return ParseLightSettings(light, color);
         default:
             return ParseNodeKeyword(token, light);
         }
@@ -125,20 +125,20 @@ int32_t QSA_NodeImport::ParseLight()
     return result;
 }
 
-/// `colour` lives for the whole light block: an intensity multiplies its current value.
-int32_t QSA_NodeImport::ParseLightSettings(KRE_Light* light, float (&colour)[3])
+/// `color` lives for the whole light block: an intensity multiplies its current value.
+int32_t QSA_NodeImport::ParseLightSettings(KRE_Light* light, float (&color)[3])
 {
     float value = 0.0f;
     return text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::LightColor:
-            text.ReadVector(colour);
+            text.ReadVector(color);
             break;
         case QSA_Token::LightIntensity:
             text.ReadFloat(&value);
-            for (float& part : colour)
+            for (float& part : color)
                 part *= value;
-            light->light.Diffuse = {colour[0], colour[1], colour[2], 1.0f};
+            light->light.Diffuse = {color[0], color[1], color[2], 1.0f};
             light->light.Specular = light->light.Diffuse;
             light->light.Ambient = {0.0f, 0.0f, 0.0f, 0.0f};
             break;

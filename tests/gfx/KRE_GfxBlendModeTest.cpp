@@ -116,7 +116,7 @@ TEST_F(KRE_GfxBlendModeTest, ModeTenTurnsIntoSeven)
     EXPECT_EQ(gfx.blendMode, 7);
 }
 
-TEST_F(KRE_GfxBlendModeTest, TintedAdditiveModeSetsTheColoursToo)
+TEST_F(KRE_GfxBlendModeTest, TintedAdditiveModeSetsTheColorsToo)
 {
     gfx.tintColor = 0xFF404040;
     EXPECT_THAT(CallsFor(12, 100),

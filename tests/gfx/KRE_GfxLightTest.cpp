@@ -22,7 +22,7 @@ D3DLIGHT9 Sun()
 
 } // namespace
 
-TEST_F(KRE_GfxLightTest, UnlitColourIsWhiteUnlessOneIsGivenWithLightingOff)
+TEST_F(KRE_GfxLightTest, UnlitColorIsWhiteUnlessOneIsGivenWithLightingOff)
 {
     static const struct {
         const char* what;
@@ -42,7 +42,7 @@ TEST_F(KRE_GfxLightTest, UnlitColourIsWhiteUnlessOneIsGivenWithLightingOff)
     }
 }
 
-TEST_F(KRE_GfxLightTest, ColourChangesWithoutADeviceCall)
+TEST_F(KRE_GfxLightTest, ColorChangesWithoutADeviceCall)
 {
     const D3DCOLOR color = 0x00102030;
     gfx.SetLighting(0, nullptr);

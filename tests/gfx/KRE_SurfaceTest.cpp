@@ -145,7 +145,7 @@ TEST(KRE_Surface, WithoutALockNothingIsRead)
     EXPECT_EQ(color, 9u);
 }
 
-TEST(KRE_Surface, FillGivesEveryPixelTheColourAndStaysLocked)
+TEST(KRE_Surface, FillGivesEveryPixelTheColorAndStaysLocked)
 {
     // 3 pixels of 2 bytes in rows of 8: the last 2 bytes of a row are padding. 0xFFF89850 is 11111
     // 100110 01010 = 0xFCCA.
@@ -232,7 +232,7 @@ TEST(KRE_Surface, CompressedPixelsOfALockedRectangleAreCountedFromItsOwnCorner)
     }
 }
 
-TEST(KRE_Surface, ADxt1BlockWithTheFirstColourBelowTheSecondDecodesAsFourColours)
+TEST(KRE_Surface, ADxt1BlockWithTheFirstColorBelowTheSecondDecodesAsFourColors)
 {
     // c0 = 0x07E0 (green) below c1 = 0xF800 (red), all codes 3: a third of c0, two thirds of c1.
     SurfaceOverBytes s(D3DFMT_DXT1, 4, 4, 8, {0xE0, 0x07, 0x00, 0xF8, 0xFF, 0xFF, 0xFF, 0xFF});

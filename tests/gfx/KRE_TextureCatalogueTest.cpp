@@ -50,7 +50,7 @@ TEST_F(KRE_TextureCatalogueTest, FindsFilesInTheDefaultTexturePath)
     EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("Sky"), 0, 0) & 0xFFFFFF, 0x111111u);
 }
 
-TEST_F(KRE_TextureCatalogueTest, ColourKeyAndStretchGoToTheLoad)
+TEST_F(KRE_TextureCatalogueTest, ColorKeyAndStretchGoToTheLoad)
 {
     directory.Write("odd.bmp", Bmp24(12, 1, std::vector<DWORD>(12, 0xFF00FF)));
     gfx->SetTextureCompression(1, 0);

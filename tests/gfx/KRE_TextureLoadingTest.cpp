@@ -72,7 +72,7 @@ TEST_F(KRE_TextureLoadingTest, FillsInSlotSizeAndRectangle)
     EXPECT_TRUE(texture.quad);
 }
 
-TEST_F(KRE_TextureLoadingTest, ColourKeyBecomesTransparent)
+TEST_F(KRE_TextureLoadingTest, ColorKeyBecomesTransparent)
 {
     directory.Write("key.bmp", Bmp24(2, 1, {0xFF00FF, 0x102030}));
     KRE_Texture texture;

@@ -36,7 +36,7 @@ TEST(QSA_FinishTrack, TangentsAreScaledByTheTicksToTheirNeighbours)
     EXPECT_FLOAT_EQ(track.Key(2).time, 4.0f);
 }
 
-TEST(QSA_FinishTrack, AllFourPartsOfAColourAreScaled)
+TEST(QSA_FinishTrack, AllFourPartsOfAColorAreScaled)
 {
     KRE_ColorTrack track;
     track.SetKeyCount(2);

@@ -422,15 +422,15 @@ TEST_F(QSA_SceneTextTest, BlockEndsWhereAKeywordIsRefused)
     EXPECT_EQ(Rest(), " *CLONE }");
 }
 
-TEST_F(QSA_SceneTextTest, ColourIsOpaqueAndLinesOfCommasAreVectors)
+TEST_F(QSA_SceneTextTest, ColorIsOpaqueAndLinesOfCommasAreVectors)
 {
     Open("0.25,0.5,1 4 5 6");
-    D3DCOLORVALUE colour = {};
-    reader.ReadColour(&colour);
-    EXPECT_EQ(colour.r, 0.25f);
-    EXPECT_EQ(colour.g, 0.5f);
-    EXPECT_EQ(colour.b, 1.0f);
-    EXPECT_EQ(colour.a, 1.0f);
+    D3DCOLORVALUE color = {};
+    reader.ReadColor(&color);
+    EXPECT_EQ(color.r, 0.25f);
+    EXPECT_EQ(color.g, 0.5f);
+    EXPECT_EQ(color.b, 1.0f);
+    EXPECT_EQ(color.a, 1.0f);
     D3DXVECTOR3 vector;
     reader.ReadVector(&vector);
     EXPECT_EQ(vector, D3DXVECTOR3(4.0f, 5.0f, 6.0f));

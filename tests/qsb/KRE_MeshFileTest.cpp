@@ -444,7 +444,7 @@ TEST_F(KRE_MeshFileTest, ABoneNamesAnObjectOfTheScene)
 
 // ---- Load flags
 
-TEST_F(KRE_MeshFileTest, Flag8AddsColours)
+TEST_F(KRE_MeshFileTest, Flag8AddsColors)
 {
     QsbMesh mesh = Triangle(0x1118, 2);
     mesh.vertices[0].bones = {1, 1, 1, 1};

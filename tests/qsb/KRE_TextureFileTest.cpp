@@ -379,7 +379,7 @@ TEST_F(KRE_TextureFileTest, AMaterialComesFromItsPlaces)
 {
     QsbMaterial stored;
     for (size_t i = 0; i < 16; ++i)
-        stored.colours[i] = static_cast<float>(i) + 1;
+        stored.colors[i] = static_cast<float>(i) + 1;
     stored.power = 20;
     stored.twoSided = 2;
     stored.transparent = 3;
@@ -421,7 +421,7 @@ TEST_F(KRE_TextureFileTest, TracksOfAMaterialComeInTheirOrder)
         std::vector<float> key(13);
         for (size_t n = 0; n < 13; ++n)
             key[n] = static_cast<float>(100 * i + n);
-        stored.colourTracks[i].keys = {key};
+        stored.colorTracks[i].keys = {key};
     }
     stored.opacityTrack.keys = {{1, 2, 3, 4}};
     const KRE_MaterialInfo& material = LoadMaterial(stored);
