@@ -13,10 +13,10 @@ void QSB_InputFile::Fail(const char* format, ...) const
     FormatTextV(text, sizeof text, format, arguments);
     va_end(arguments);
 
-    const String fileName = GetFileName();
+    const String path = GetFileName();
     if (object)
-        object->Error("File '%s': %s", fileName.c_str(), text);
-    KRE_3dObject().Error("File '%s': %s", fileName.c_str(), text);
+        object->Error("File '%s': %s", path.c_str(), text);
+    KRE_3dObject().Error("File '%s': %s", path.c_str(), text);
 }
 
 int32_t QSB_InputFile::ReadCount(const char* what, int32_t leastBytes)

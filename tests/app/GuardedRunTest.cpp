@@ -60,7 +60,7 @@ TEST(GuardedRun, GraphicsAreShutDownOnEveryWayOut)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
-    RunGuarded(MakeEngine);
+    RunGuarded([] { MakeEngine(); });
     EXPECT_EQ(gGfx, nullptr);
     RunGuarded([] {
         MakeEngine();

@@ -75,10 +75,10 @@ TEST_F(KRE_GfxLightTest, IndexEightIsAcceptedAndNineIsAnError)
 {
     gfx.LightEnable(8, 1);
     EXPECT_THAT(Calls(), ElementsAre("LightEnable 8 1"));
-    EXPECT_EQ(RaisedBy([&] { gfx.LightEnable(9, 1); }), "KRE_GfxLightTest index >8");
-    EXPECT_EQ(RaisedBy([&] { gfx.LightEnable(-1, 1); }), "KRE_GfxLightTest index >8");
-    EXPECT_EQ(RaisedBy([&] { gfx.SetLight(9, Sun()); }), "KRE_GfxLightTest index >8");
-    EXPECT_EQ(RaisedBy([&] { gfx.SetLight(-1, Sun()); }), "KRE_GfxLightTest index >8");
+    EXPECT_EQ(RaisedBy([&] { gfx.LightEnable(9, 1); }), "Light index >8");
+    EXPECT_EQ(RaisedBy([&] { gfx.LightEnable(-1, 1); }), "Light index >8");
+    EXPECT_EQ(RaisedBy([&] { gfx.SetLight(9, Sun()); }), "Light index >8");
+    EXPECT_EQ(RaisedBy([&] { gfx.SetLight(-1, Sun()); }), "Light index >8");
     EXPECT_THAT(Calls(), IsEmpty());
 }
 

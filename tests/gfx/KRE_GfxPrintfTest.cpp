@@ -7,7 +7,7 @@ using KRE_GfxPrintfTest = TextTest;
 
 TEST_F(KRE_GfxPrintfTest, FormatsAndDrawsAtThePoint)
 {
-    gfx.KRE_GfxPrintfTest(10, 20, "%c%d", 'A', 7);
+    gfx.Printf(10, 20, "%c%d", 'A', 7);
     EXPECT_THAT(CallsOf("DrawPrimitive"), ElementsAre("DrawPrimitive D3DPT_TRIANGLELIST 0 4"));
     const std::vector<GlyphQuad> quads = Quads(2);
     EXPECT_FLOAT_EQ(quads[0].left, 9.75f);
@@ -20,7 +20,7 @@ TEST_F(KRE_GfxPrintfTest, FormatsAndDrawsAtThePoint)
 TEST_F(KRE_GfxPrintfTest, TakesColorAndAlphaOfTheCurrentFont)
 {
     font.color = 0x80112233;
-    gfx.KRE_GfxPrintfTest(0, 0, "A|CFFFFFFB|RC");
+    gfx.Printf(0, 0, "A|CFFFFFFB|RC");
     const std::vector<GlyphQuad> quads = Quads(3);
     EXPECT_EQ(quads[0].color, 0x80112233u);
     EXPECT_EQ(quads[1].color, 0xFFFFFFFFu);
@@ -29,8 +29,8 @@ TEST_F(KRE_GfxPrintfTest, TakesColorAndAlphaOfTheCurrentFont)
 
 TEST_F(KRE_GfxPrintfTest, EachCallIsIndependent)
 {
-    gfx.KRE_GfxPrintfTest(0, 0, "|CFF0000|s20AAA");
-    gfx.KRE_GfxPrintfTest(10, 0, "B");
+    gfx.Printf(0, 0, "|CFF0000|s20AAA");
+    gfx.Printf(10, 0, "B");
     EXPECT_FLOAT_EQ(Quads(1)[0].left, 9.75f);
     EXPECT_FLOAT_EQ(Quads(1)[0].bottom, 4.73f);
     EXPECT_EQ(Quads(1)[0].color, 0xFFFFFFFFu);
@@ -39,14 +39,14 @@ TEST_F(KRE_GfxPrintfTest, EachCallIsIndependent)
 
 TEST_F(KRE_GfxPrintfTest, TextOfMoreThan65535CharactersWarns)
 {
-    gfx.KRE_GfxPrintfTest(0, 0, "%s", std::string(65535, 'A').c_str());
+    gfx.Printf(0, 0, "%s", std::string(65535, 'A').c_str());
     EXPECT_EQ(LastWarning(), "");
     // 255 full lists hold 65280 characters, 255 are left.
     EXPECT_THAT(CallsOf("DrawPrimitive"), SizeIs(256));
     EXPECT_EQ(CallsOf("DrawPrimitive").back(), "DrawPrimitive D3DPT_TRIANGLELIST 0 510");
     Calls();
-    gfx.KRE_GfxPrintfTest(0, 0, "%s", std::string(65536, 'A').c_str());
-    EXPECT_EQ(LastWarning(), "String too long for KRE_GfxPrintfTest()");
+    gfx.Printf(0, 0, "%s", std::string(65536, 'A').c_str());
+    EXPECT_EQ(LastWarning(), "String too long for Printf()");
     EXPECT_THAT(CallsOf("DrawPrimitive"), SizeIs(256));
     EXPECT_EQ(CallsOf("DrawPrimitive").back(), "DrawPrimitive D3DPT_TRIANGLELIST 0 510")
         << "cut at 65535";
@@ -54,7 +54,7 @@ TEST_F(KRE_GfxPrintfTest, TextOfMoreThan65535CharactersWarns)
 
 TEST_F(KRE_GfxPrintfTest, LineFeedsAloneDrawNothing)
 {
-    gfx.KRE_GfxPrintfTest(0, 0, "%s", std::string(65535, '\n').c_str());
+    gfx.Printf(0, 0, "%s", std::string(65535, '\n').c_str());
     EXPECT_THAT(CallsOf("DrawPrimitive"), SizeIs(0));
     EXPECT_EQ(LastWarning(), "");
 }
@@ -62,5 +62,5 @@ TEST_F(KRE_GfxPrintfTest, LineFeedsAloneDrawNothing)
 TEST_F(KRE_GfxPrintfTest, WithoutAFontItIsAnError)
 {
     gfx.currentFont = nullptr;
-    EXPECT_EQ(RaisedBy([&] { gfx.KRE_GfxPrintfTest(0, 0, "A"); }), "Tried to set invalid font");
+    EXPECT_EQ(RaisedBy([&] { gfx.Printf(0, 0, "A"); }), "Tried to set invalid font");
 }

@@ -88,7 +88,7 @@ TEST_F(KRE_GfxResetTest, GoesThroughItsStepsInOrder)
     const std::vector<std::string> calls = Calls();
     const std::vector<std::string> expected = {
         "TestCooperativeLevel",
-        "KRE_GfxResetTest BackBufferWidth=0 BackBufferHeight=0 BackBufferFormat=D3DFMT_X8R8G8B8 "
+        "Reset BackBufferWidth=0 BackBufferHeight=0 BackBufferFormat=D3DFMT_X8R8G8B8 "
         "BackBufferCount=1 MultiSampleType=D3DMULTISAMPLE_NONE MultiSampleQuality=0 "
         "SwapEffect=D3DSWAPEFFECT_FLIP hDeviceWindow=window Windowed=1 EnableAutoDepthStencil=1 "
         "AutoDepthStencilFormat=D3DFMT_D16 Flags=0 FullScreen_RefreshRateInHz=0 "
@@ -199,20 +199,20 @@ TEST_F(KRE_GfxResetTest, GivenModeIsUsed)
     const D3DDISPLAYMODE other = {1024, 768, 60, D3DFMT_R5G6B5};
     Start(&start);
     gfx.ResetDevice(&other);
-    EXPECT_THAT(CallsOf("KRE_GfxResetTest").at(0),
+    EXPECT_THAT(CallsOf("Reset").at(0),
                 testing::HasSubstr("BackBufferWidth=1024 BackBufferHeight=768 "
                                    "BackBufferFormat=D3DFMT_R5G6B5"));
     Calls();
     gfx.ResetDevice(nullptr);
-    EXPECT_THAT(CallsOf("KRE_GfxResetTest").at(0), testing::HasSubstr("BackBufferWidth=1024"))
+    EXPECT_THAT(CallsOf("Reset").at(0), testing::HasSubstr("BackBufferWidth=1024"))
         << "null keeps the mode";
 }
 
 TEST_F(KRE_GfxResetTest, FailureIsAnError)
 {
-    FailNext("KRE_GfxResetTest");
+    FailNext("Reset");
     EXPECT_EQ(RaisedBy([&] { gfx.ResetDevice(nullptr); }),
-              "Device KRE_GfxResetTest failed: D3DERR_INVALIDCALL");
+              "Device Reset failed: D3DERR_INVALIDCALL");
 }
 
 TEST_F(KRE_GfxResetTest, WaitsForALostDeviceWhileHandlingMessages)
@@ -225,7 +225,7 @@ TEST_F(KRE_GfxResetTest, WaitsForALostDeviceWhileHandlingMessages)
     FailNext("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
     gfx.ResetDevice(nullptr);
     EXPECT_THAT(CallsOf("TestCooperativeLevel"), SizeIs(6));
-    EXPECT_THAT(CallsOf("KRE_GfxResetTest"), SizeIs(1));
+    EXPECT_THAT(CallsOf("Reset"), SizeIs(1));
     EXPECT_EQ(gMessagesSeen, 3);
 }
 
@@ -276,9 +276,9 @@ TEST_F(KRE_GfxResetTest, EachEffectIsNotifiedBeforeAndAfter)
             data[i].effect = ComPointer<ID3DXEffect>::Share(&effects[i]);
             gfx.effectManager.Add(&data[i], "some.fx");
         }
-        FailNext("KRE_GfxResetTest");
+        FailNext("Reset");
         EXPECT_EQ(RaisedBy([&] { gfx.ResetDevice(nullptr); }),
-                  "Device KRE_GfxResetTest failed: D3DERR_INVALIDCALL");
+                  "Device Reset failed: D3DERR_INVALIDCALL");
         for (const FakeEffect& effect : effects) {
             EXPECT_EQ(effect.lostCalls, 1);
             EXPECT_EQ(effect.resetCalls, 0) << "the device is not there yet";

@@ -5,7 +5,7 @@ using KRE_TextureLoadingTest = TextureEngine;
 
 namespace {
 
-/// The message of `KRE_TextureLoadingTest` for a picture that the picture library refuses, up to the result's
+/// The message of `LoadTexture` for a picture that the picture library refuses, up to the result's
 /// name.
 constexpr const char* kNoImage = " D3DXGetImageInfoFromFile failed: ";
 
@@ -76,7 +76,7 @@ TEST_F(KRE_TextureLoadingTest, ColorKeyBecomesTransparent)
 {
     directory.Write("key.bmp", Bmp24(2, 1, {0xFF00FF, 0x102030}));
     KRE_Texture texture;
-    gfx->KRE_TextureLoadingTest(&texture, "key.bmp", 0xFFFF00FF, -1, -1, 1);
+    gfx->LoadTexture(&texture, "key.bmp", 0xFFFF00FF, -1, -1, 1);
     EXPECT_EQ(PixelOf(texture, 0, 0) >> 24, 0u);
     EXPECT_EQ(PixelOf(texture, 1, 0), 0xFF102030u);
 }
@@ -204,19 +204,18 @@ TEST_F(KRE_TextureLoadingTest, OtherModesAreAnError)
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     for (const int32_t mode : {4, 7, -2, 0x4000, 0x1004}) {
         KRE_Texture texture;
-        EXPECT_EQ(LoadError(texture, "a.bmp", mode),
-                  "Wrong texture parameter in KRE_TextureLoadingTest!")
+        EXPECT_EQ(LoadError(texture, "a.bmp", mode), "Wrong texture parameter in LoadTexture!")
             << mode;
     }
 }
 
 TEST_F(KRE_TextureLoadingTest, WithoutTextureOrNameIsAnError)
 {
-    EXPECT_EQ(ErrorText([&] { gfx->KRE_TextureLoadingTest(nullptr, "a.bmp", 0, -1, -1, 1); }),
-              "KRE_Texture pointer in KRE_TextureLoadingTest is NULL pointer!");
+    EXPECT_EQ(ErrorText([&] { gfx->LoadTexture(nullptr, "a.bmp", 0, -1, -1, 1); }),
+              "KRE_Texture pointer in LoadTexture is NULL pointer!");
     KRE_Texture texture;
-    EXPECT_EQ(LoadError(texture, ""), "Invalid file name in KRE_TextureLoadingTest");
-    EXPECT_EQ(LoadError(texture, nullptr), "Invalid file name in KRE_TextureLoadingTest");
+    EXPECT_EQ(LoadError(texture, ""), "Invalid file name in LoadTexture");
+    EXPECT_EQ(LoadError(texture, nullptr), "Invalid file name in LoadTexture");
 }
 
 TEST_F(KRE_TextureLoadingTest, AMissingFileIsAnErrorThatNamesIt)

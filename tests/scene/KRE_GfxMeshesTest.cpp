@@ -18,7 +18,7 @@ class KRE_GfxMeshesTest : public SceneEngineTest {
 protected:
     static void Create(KRE_Mesh& mesh, DWORD fvf = kPlain, DWORD options = 0, int32_t bones = 0)
     {
-        gGfx->KRE_GfxMeshesTest(&mesh, 2, 4, 1, fvf, options, bones);
+        gGfx->CreateMesh(&mesh, 2, 4, 1, fvf, options, bones);
     }
 };
 
@@ -27,7 +27,7 @@ protected:
 TEST_F(KRE_GfxMeshesTest, MakesADeviceMeshOfTheCountsAndTheFormat)
 {
     KRE_Mesh mesh;
-    gGfx->KRE_GfxMeshesTest(&mesh, 7, 9, 2, kPlain | D3DFVF_TEX1, 0, 0);
+    gGfx->CreateMesh(&mesh, 7, 9, 2, kPlain | D3DFVF_TEX1, 0, 0);
     ASSERT_TRUE(mesh.mesh);
     EXPECT_EQ(mesh.mesh->GetNumFaces(), 7u);
     EXPECT_EQ(mesh.mesh->GetNumVertices(), 9u);
@@ -96,9 +96,9 @@ TEST_F(KRE_GfxMeshesTest, OnASoftwareDeviceEveryMeshIsProcessedInSoftware)
 TEST_F(KRE_GfxMeshesTest, AVertexCountOfExactly65535IsAccepted)
 {
     KRE_Mesh mesh;
-    gGfx->KRE_GfxMeshesTest(&mesh, 1, 65535, 0, kPlain, 0, 0);
+    gGfx->CreateMesh(&mesh, 1, 65535, 0, kPlain, 0, 0);
     EXPECT_EQ(mesh.mesh->GetNumVertices(), 65535u);
-    EXPECT_EQ(ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, 1, 65536, 0, kPlain, 0, 0); }),
+    EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 1, 65536, 0, kPlain, 0, 0); }),
               "Number of vertices too high: 65536 - only 65535 allowed");
     EXPECT_EQ(mesh.vertexCount, 65535) << "the mesh is left as it was";
 }
@@ -132,9 +132,8 @@ TEST_F(KRE_GfxMeshesTest, InvalidCountsAndFormatsFailTheCreation)
     };
     for (const auto& c : cases) {
         KRE_Mesh mesh;
-        EXPECT_EQ(
-            ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, c.faces, c.vertices, 0, c.fvf, 0, 0); }),
-            " D3DXCreateMeshFVF failed: D3DERR_INVALIDCALL ")
+        EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, c.faces, c.vertices, 0, c.fvf, 0, 0); }),
+                  " D3DXCreateMeshFVF failed: D3DERR_INVALIDCALL ")
             << c.what;
     }
 }
@@ -158,7 +157,7 @@ TEST_F(KRE_GfxMeshesTest, ADeviceVertexHoldsWhatTheLayoutSays)
 TEST_F(KRE_GfxMeshesTest, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
 {
     KRE_Mesh mesh;
-    gGfx->KRE_GfxMeshesTest(&mesh, 2, 4, 2, kPlain, 0, 0);
+    gGfx->CreateMesh(&mesh, 2, 4, 2, kPlain, 0, 0);
     for (int32_t i = 0; i < 2; ++i) {
         EXPECT_EQ(mesh.materials[i].diffuse.r, 0.9f);
         EXPECT_EQ(mesh.materials[i].ambient.g, 0.9f);
@@ -173,7 +172,7 @@ TEST_F(KRE_GfxMeshesTest, ASecondCreationKeepsTheMaterials)
     KRE_Mesh mesh;
     Create(mesh);
     mesh.materials[0].power = 3;
-    gGfx->KRE_GfxMeshesTest(&mesh, 5, 6, 1, kPlain, 0, 0);
+    gGfx->CreateMesh(&mesh, 5, 6, 1, kPlain, 0, 0);
     EXPECT_EQ(mesh.materials[0].power, 3.0f);
     EXPECT_EQ(mesh.mesh->GetNumFaces(), 5u);
 }
@@ -182,7 +181,7 @@ TEST_F(KRE_GfxMeshesTest, ASecondCreationWithADifferentMaterialCountIsAnError)
 {
     KRE_Mesh mesh;
     Create(mesh);
-    EXPECT_EQ(ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, 2, 4, 2, kPlain, 0, 0); }),
+    EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 2, 4, 2, kPlain, 0, 0); }),
               "nrMat does not match!");
 }
 
@@ -192,7 +191,7 @@ TEST_F(KRE_GfxMeshesTest, ASecondCreationLeavesTheOtherUsersTheirMesh)
     MakeStrip(mesh, 4, 1);
     mesh.CopyGeometryTo(clone, 0, 0);
     mesh.LockAll(0);
-    gGfx->KRE_GfxMeshesTest(&mesh, 7, 9, 1, kPlain, 0, 0);
+    gGfx->CreateMesh(&mesh, 7, 9, 1, kPlain, 0, 0);
     EXPECT_EQ(mesh.vertexData, nullptr);
     EXPECT_EQ(mesh.resourceId, -1);
     EXPECT_EQ(clone.mesh->GetNumFaces(), 4u);
@@ -216,6 +215,6 @@ TEST_F(KRE_GfxMeshesTest, ReleasesTheLocksOfThePreviousMesh)
     Create(mesh);
     EXPECT_EQ(mesh.indexLocked + mesh.vertexLocked + mesh.attributeLocked, 0);
     EXPECT_EQ(mesh.vertexData, nullptr);
-    EXPECT_NE(ErrorText([&] { gGfx->KRE_GfxMeshesTest(&mesh, 0, 4, 1, kPlain, 0, 0); }), "");
+    EXPECT_NE(ErrorText([&] { gGfx->CreateMesh(&mesh, 0, 4, 1, kPlain, 0, 0); }), "");
     EXPECT_FALSE(mesh.mesh) << "the one before went first";
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-class EffectsTest : public InfoTest {
+class EffectTechniques : public InfoTest {
 protected:
     /// The effect's report for a boat whose hull has it; the effect is beside the scene in the
     /// folder "deck".
@@ -33,13 +33,13 @@ protected:
 
 } // namespace
 
-TEST_F(EffectsTest, TheFirstOneIsChosenWithoutAReason)
+TEST_F(EffectTechniques, TheFirstOneIsChosenWithoutAReason)
 {
     EXPECT_EQ(Told("technique one { } technique two { }"),
               std::string(kHead) + "technique 1 \"one\" of 2\n");
 }
 
-TEST_F(EffectsTest, EachOneBeforeTheChosenOneHasItsReason)
+TEST_F(EffectTechniques, EachOneBeforeTheChosenOneHasItsReason)
 {
     EXPECT_EQ(
         Told("technique waves { pass {\nPixelShader = asm { ps.1.1 }; } }\n"
@@ -53,7 +53,7 @@ TEST_F(EffectsTest, EachOneBeforeTheChosenOneHasItsReason)
             "D3DRS_STENCILENABLE(1)\n");
 }
 
-TEST_F(EffectsTest, WithoutAUsableOneAllAreReported)
+TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)
 {
     EXPECT_EQ(
         Told("technique a { pass {\nStateBlock = <s>; } }"),
@@ -68,7 +68,7 @@ TEST_F(EffectsTest, WithoutAUsableOneAllAreReported)
                   "text\n");
 }
 
-TEST_F(EffectsTest, TheProgramPrintsThemToStandardOutput)
+TEST_F(EffectTechniques, TheProgramPrintsThemToStandardOutput)
 {
     directory.Write("glow.fx", "technique one { }");
     QsbFile file = InfoBoat();
