@@ -56,6 +56,36 @@ TEST(GuardedRun, EngineErrorEndsTheRunWithItsBox)
     EXPECT_EQ(boxes.Take(), "KRE Error (DirectX9)\nEngine: number 7\n");
 }
 
+// Records hold labels of 31 and messages of 1023 bytes.
+TEST(GuardedRun, LongestLabelAndMessageAreShownWhole)
+{
+    const ScratchDirectory scratch;
+    static const std::string label = std::string(30, 'l') + '$';
+    static const std::string message = std::string(1022, 'm') + '$';
+    const struct {
+        const char* title;
+        void (*end)();
+    } cases[] = {
+        {"Error",
+         [] {
+             Foundation failing;
+             failing.SetClassName(label.c_str());
+             failing.Error("%s", message.c_str());
+         }},
+        {"KRE Error (DirectX9)",
+         [] {
+             GuardedEngine failing;
+             failing.SetClassName(label.c_str());
+             failing.Error("%s", message.c_str());
+         }},
+    };
+    for (const auto& c : cases) {
+        BoxWatch boxes;
+        EXPECT_EQ(RunGuarded(c.end), 0);
+        EXPECT_EQ(boxes.Take(), std::string(c.title) + "\n" + label + ": " + message + "\n");
+    }
+}
+
 TEST(GuardedRun, GraphicsAreShutDownOnEveryWayOut)
 {
     const ScratchDirectory scratch;
