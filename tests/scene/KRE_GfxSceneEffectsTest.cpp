@@ -57,7 +57,7 @@ TEST_F(KRE_GfxSceneEffectsTest, IsToldAMatrixForEachBone)
 TEST_F(KRE_GfxSceneEffectsTest, IsToldItsNumberOfWeights)
 {
     KRE_Mesh mesh;
-    for (const DWORD format : {D3DFVF_XYZ, D3DFVF_XYZB3 | D3DFVF_LASTBETA_UBYTE4}) {
+    for (const DWORD format : {DWORD{D3DFVF_XYZ}, DWORD{D3DFVF_XYZB3 | D3DFVF_LASTBETA_UBYTE4}}) {
         mesh.SetVertexFormat(format);
         file.ints.clear();
         gGfx->UpdateEffectObject(effect, mesh, 0);
