@@ -45,8 +45,7 @@ struct QSA_SceneHeader;
 
 /// The graphics engine: one object, reached through `gGfx`. Each group of operations has its own
 /// source file, named in the group's heading. Every operation that calls the device stores the
-/// result in `lastResult`; unless stated otherwise, a failure is an `Error` that names the call and
-/// the result.
+/// result in `lastResult`; unless stated otherwise, a failure is an `Error` with call and result.
 class KRE_Gfx : public KRE_Base {
 public:
     /// Raises an `Error` if Direct3D 9 or its helper library is not installed.
@@ -72,8 +71,7 @@ public:
     // ---- Device: KRE_GfxDevice.cpp, KRE_GfxDeviceDefaults.cpp, KRE_GfxPresentParameters.cpp
 
     int32_t GetAdapterCount();
-    /// Selects the adapter for `FindDisplayMode` and `InitDevice`; one that does not exist is an
-    /// `Error`.
+    /// Selects the adapter for `FindDisplayMode` and `InitDevice`. An unknown one is an `Error`.
     void SelectAdapter(int32_t index);
     /// Whether the adapter has a mode of this size and format (A8R8G8B8 counts as X8R8G8B8). A
     /// refresh rate of 0 becomes the highest one of that size; any other must match exactly.
@@ -155,8 +153,7 @@ public:
     /// As above, for a float.
     void SetRenderState(D3DRENDERSTATETYPE state, float value);
     void SetClipping(int32_t on);
-    /// With `on` 255, only an alpha equal to `reference` passes; with any other value but 0, only a
-    /// greater one.
+    /// With `on` 255, an alpha equal to `reference` passes; with other values but 0, a greater one.
     void SetAlphaTest(int32_t on, int32_t reference);
     void SetPatchEdgeStyle(int32_t style);
     void SetAlphaBlendEnable(int32_t on);
@@ -191,8 +188,7 @@ public:
     /// Calls of these two are counted: only the outermost pair switches.
     void DisableZ();
     void EnableZ();
-    /// Clears the target and, if there is one, the depth buffer to 1.0. A null `rect` means the
-    /// whole target.
+    /// Clears the target, and a depth buffer to 1.0. A null `rect` means the whole target.
     void Clear(D3DCOLOR color, const D3DRECT* rect = nullptr);
     /// Clears only the depth buffer. An `Error` if there is none.
     void ClearZ(D3DCOLOR color, const D3DRECT* rect = nullptr);
@@ -248,8 +244,7 @@ public:
     /// From now on, until a call with null, stage states are collected in `program` instead of
     /// being sent. Not owned; textures, factors and samplers are still sent.
     void CollectStageStates(KRE_StageProgram* program) { collectedStates = program; }
-    /// Sends a state if its value is new to the device, or collects it. The wrappers below call
-    /// this.
+    /// Sends a state if its value is new to the device, or collects it; called by those below.
     void SetTextureStageStateOnce(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
     /// These two always send.
     void SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
@@ -268,11 +263,9 @@ public:
     void SetTextureAddressU(DWORD mode, int32_t stage);
     void SetTextureAddressV(DWORD mode, int32_t stage);
     void SetTextureAddress(DWORD mode, int32_t stage);
-    /// `mode` is a D3DTEXTUREFILTERTYPE from 0 to 2, between mip levels. Ignored on a device
-    /// without mip maps.
+    /// Filter between mip levels, a D3DTEXTUREFILTERTYPE from 0 to 2; ignored without mip maps.
     void SetMipmapMode(int32_t mode, float bias, int32_t stage);
-    /// Makes the setting that `mode`, a KRE_FilterSetting, names. Returns 1, or 0 for any other
-    /// number.
+    /// Makes the setting that `mode`, a KRE_FilterSetting, names. Returns 1, else 0.
     int32_t SetTextureFilter(int32_t mode, int32_t stage);
     /// Sets what a stage shows. `source` is a KRE_RenderSource, `color` that of `kSourceConstant`.
     /// A post effect also draws its texture back through this operation.
@@ -611,8 +604,7 @@ private:
 
     QSALoader& SceneLoader();
     void LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t version, uint32_t flags);
-    /// Created by the first load, which also sets the deleter: the engine does not know the
-    /// importers.
+    /// Created by the first load, which also sets the deleter: the engine knows no importer.
     std::unique_ptr<QSALoader, void (*)(QSALoader*)> sceneLoader{nullptr, nullptr};
 };
 
