@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/info/InfoTesting.h"
+#include "tests/support/Emulator.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
 
@@ -20,7 +21,7 @@ int Shell(const std::string& command)
     return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
 }
 
-const std::string kProgram = InfoProgramPath();
+const std::string kProgram = EmulatorCommand() + " " + InfoProgramPath();
 
 } // namespace
 
