@@ -40,7 +40,7 @@ class KRE_TextureLoading;
 class KRE_VertexList;
 struct KRE_ClipObject;
 class QSALoader;
-class File;
+class QSB_InputFile;
 struct QSA_SceneHeader;
 
 /// The one object of the graphics engine, reached through `gGfx`. Each topic of its operations has
@@ -601,7 +601,7 @@ private:
     std::unique_ptr<KRE_SceneDrawing, void (*)(KRE_SceneDrawing*)> sceneDrawing{nullptr, nullptr};
 
     QSALoader& SceneLoader();
-    void LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags);
+    void LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t version, uint32_t flags);
     /// Made by the first load, which also says how to delete it: the engine does not know importers.
     std::unique_ptr<QSALoader, void (*)(QSALoader*)> sceneLoader{nullptr, nullptr};
 };

@@ -19,7 +19,7 @@ public:
     float Evaluate(Track track, float time);
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 
     KRE_FloatTrack tracks[kTrackCount];
     float constants[kTrackCount] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};

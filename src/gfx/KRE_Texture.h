@@ -100,7 +100,7 @@ public:
     /// Slots and timing as in QSB files, for a texture that is new or freed. A load looks for the
     /// pictures and loads them; one that is not found is a `Warning` and loses its name.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 
     // ---- Sprite rectangle
 
@@ -161,9 +161,9 @@ public:
     uint32_t loadOptions = 0;     ///< of files; bit 0: one mip level
 
 private:
-    void LoadSlot(File& file, int32_t slot);
+    void LoadSlot(QSB_InputFile& file, int32_t slot);
     void SwapReflectionToFront();
-    void LoadPicture(File& file, int32_t slot);
+    void LoadPicture(QSB_InputFile& file, int32_t slot);
     void ReadCurrent();
     void ReadSlots();
     void ReleaseUse(IDirect3DTexture9*& texture, int32_t& id);

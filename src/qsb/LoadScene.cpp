@@ -13,22 +13,20 @@ namespace {
 
 constexpr uint32_t kNoFlags = ~uint32_t{0};
 
-QSA_SceneHeader ReadHeader(File& file)
+QSA_SceneHeader ReadHeader(QSB_InputFile& file)
 {
     QSA_SceneHeader header;
     LoadFields(file, header);
     return header;
 }
 
-QSB_ReadContext MakeContext(const File& file, int32_t version, uint32_t flags)
+void SetUpInput(QSB_InputFile& file, int32_t version, uint32_t flags)
 {
-    QSB_ReadContext context;
-    context.version = version;
-    SplitDirectory(file.GetFileName().c_str(), &context.directory);
-    context.singleMipLevel = (flags & kLoadSingleMipLevel) != 0;
-    context.bumpMaps = (flags & kLoadBumpMaps) != 0;
-    context.vertexColors = (flags & kLoadVertexColors) != 0;
-    return context;
+    file.version = version;
+    SplitDirectory(file.GetFileName().c_str(), &file.directory);
+    file.singleMipLevel = (flags & kLoadSingleMipLevel) != 0;
+    file.bumpMaps = (flags & kLoadBumpMaps) != 0;
+    file.vertexColors = (flags & kLoadVertexColors) != 0;
 }
 
 void SetToStartTime(KRE_3dScene& scene, const QSA_SceneHeader& header)
@@ -71,7 +69,7 @@ void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     const String name(path);
     searchPaths->BeginScene();
     CheckPath(name.c_str());
-    File file;
+    QSB_InputFile file;
     file.Open(name.c_str(), true, false, true);
     uint8_t start[4];
     file.Read(start, sizeof start);
@@ -92,7 +90,7 @@ void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     LoadSceneEffects(scene, directory.c_str(), name.c_str());
 }
 
-void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags)
+void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t version, uint32_t flags)
 {
     const String path = file.GetFileName();
     if (version > kQsbCurrent)
@@ -101,7 +99,7 @@ void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint
         Error("'%s': Obsolete qsb file version: %i", path.c_str(), version);
 
     const LoadScope inHand(path.c_str());
-    gQsbReadContext = MakeContext(file, version, flags);
+    SetUpInput(file, version, flags);
     const QSA_SceneHeader header = ReadHeader(file);
     scene.Load(file);
     scene.settings.clearBackground = 0;

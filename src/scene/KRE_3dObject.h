@@ -6,6 +6,7 @@
 #include "scene/KRE_ObjectFields.h"
 
 class File;
+class QSB_InputFile;
 
 /// The node of a scene: a named object with a parent, a static transform, three tracks of keys, and
 /// the matrices that follow from them at a time. Vectors are rows, so products read in order of
@@ -26,7 +27,7 @@ public:
     /// in no particular state. Overrides begin with their base's; a mesh and a scene override `Load`
     /// as the others do, although nothing calls it through a base.
     virtual void Save(File& file) const;
-    virtual void Load(File& file);
+    virtual void Load(QSB_InputFile& file);
     virtual int32_t IsMesh() const { return 0; }
 
     /// Computes the matrices at `time` in seconds; returns 1. A negative time counts as 0 unless

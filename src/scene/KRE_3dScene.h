@@ -21,7 +21,7 @@ public:
     /// All of the scene but its file's header. A load links the objects and orders the meshes;
     /// clones have no geometry yet then.
     void Save(File& file) const override;
-    void Load(File& file) override;
+    void Load(QSB_InputFile& file) override;
 
     /// Evaluates meshes, cameras, objects, lights and the scene itself at `timeScale` * `time`
     /// seconds, in this order; returns 1. With `updateObjects` 0 only those objects that are

@@ -3,6 +3,7 @@
 #include <d3dx9.h>
 
 class File;
+class QSB_InputFile;
 
 /// A bone that moves vertices of a mesh. The first one of a mesh stands for the mesh itself.
 struct KRE_BoneInfo {
@@ -19,5 +20,5 @@ struct KRE_BoneInfo {
 
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

@@ -5,6 +5,7 @@
 #include <d3dx9.h>
 
 class File;
+class QSB_InputFile;
 
 /// A bounding sphere and box, and which of them the frustum test uses.
 struct KRE_ClipObject {
@@ -14,7 +15,7 @@ struct KRE_ClipObject {
     void TransformBounds(const D3DXMATRIX& matrix);
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 
     int32_t clipMode = 0; ///< bit 0: sphere, bit 1: box; below 1 everything is visible
     float radius = 0;

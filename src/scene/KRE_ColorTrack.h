@@ -13,6 +13,7 @@ struct KRE_ColorKey {
 };
 
 class File;
+class QSB_InputFile;
 
 /// A colour of a material that changes over time.
 class KRE_ColorTrack : public KRE_ArrayTrack<KRE_ColorKey> {
@@ -25,5 +26,5 @@ public:
     D3DCOLORVALUE Evaluate(float time, D3DCOLORVALUE* derivativeOut = nullptr);
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

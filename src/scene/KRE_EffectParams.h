@@ -13,6 +13,7 @@ struct KRE_EffectParam {
 };
 
 class File;
+class QSB_InputFile;
 
 /// The effect that a material names, and the values it gives to it.
 struct KRE_EffectParams {
@@ -23,5 +24,5 @@ struct KRE_EffectParams {
 
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

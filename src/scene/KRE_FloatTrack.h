@@ -11,6 +11,7 @@ struct KRE_FloatKey {
 };
 
 class File;
+class QSB_InputFile;
 
 /// A float that changes over time: the opacity of a material, a number of a texture matrix.
 class KRE_FloatTrack : public KRE_ArrayTrack<KRE_FloatKey> {
@@ -21,5 +22,5 @@ public:
     float Evaluate(float time, float* derivativeOut = nullptr);
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

@@ -5,6 +5,7 @@
 #include <utility>
 
 class File;
+class QSB_InputFile;
 
 /// How the way from a key to the next one is walked. Any other stored value reads as linear.
 enum KeyInterpolation : uint16_t {
@@ -38,7 +39,7 @@ public:
     /// Writes this key and all later ones as in QSB files; gives their number.
     int32_t Save(File& file) const;
     /// Reads the values of one key; true if another one follows in the file.
-    bool Load(File& file);
+    bool Load(QSB_InputFile& file);
 
     float time = 0;          ///< seconds from the start of the scene; ticks during a text import
     std::unique_ptr<T> next; ///< owned; the later key, null at the end

@@ -8,7 +8,7 @@ public:
     KRE_Light();
 
     void Save(File& file) const override;
-    void Load(File& file) override;
+    void Load(QSB_InputFile& file) override;
 
     /// Writes the world position and direction to `light`, carried along with the pivot and
     /// `extraTM`, which may be null. The direction is not normalised; the device does that.

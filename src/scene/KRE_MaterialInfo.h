@@ -59,5 +59,5 @@ public:
     KRE_MaterialInfo Combine(const KRE_MaterialInfo& override) const;
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

@@ -12,7 +12,7 @@ public:
     /// QUIRK: of the blend weights of a vertex all but the last are stored, in 16 bits and rounded
     /// down, as are normals: a scene that is loaded and saved again and again loses by it.
     void Save(File& file) const override;
-    void Load(File& file) override;
+    void Load(QSB_InputFile& file) override;
     int32_t IsMesh() const override { return 1; }
 
     /// Makes one null pointer for each bone in place of the old ones.

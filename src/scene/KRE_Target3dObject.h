@@ -8,7 +8,7 @@ public:
     KRE_Target3dObject() { SetClassName("KRE_Target3dObject"); }
 
     void Save(File& file) const override;
-    void Load(File& file) override;
+    void Load(QSB_InputFile& file) override;
 
     /// Comes after every change of the vectors below; `extraTM` may be null.
     virtual void UpdateLightData([[maybe_unused]] const D3DXMATRIX* extraTM) {}

@@ -1,6 +1,6 @@
 #include <cstring>
 
-#include "qsb/QSB_ReadContext.h"
+#include "qsb/QSB_InputFile.h"
 #include "tests/qsb/SceneFileTest.h"
 
 #include <gmock/gmock.h>
@@ -115,9 +115,8 @@ TEST_F(ObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
     object.position = {1, 2, 3};
     const QsbImage image = MakeQsb(FileWith(object));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
-    File file;
+    QSB_InputFile file;
     file.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_3dObject loaded;
     loaded.Load(file);
     EXPECT_EQ(loaded.worldTM._42, 2);
@@ -128,9 +127,8 @@ TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
 {
     const QsbImage image = MakeQsb(FileWith(QsbObject()));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
-    File file;
+    QSB_InputFile file;
     file.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_3dObject loaded;
     loaded.AddPosKey(KRE_PosKeyData());
     loaded.parent = &scene;
@@ -150,9 +148,8 @@ TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
     file.scene.cameras.resize(1);
     const QsbImage image = MakeQsb(file);
     directory.Write("object", image.bytes.substr(image.at.at("camera0.read id")));
-    File bytes;
+    QSB_InputFile bytes;
     bytes.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_Target3dObject loaded;
     loaded.target = &scene;
     loaded.targetName = "Buoy";
@@ -280,15 +277,13 @@ TEST_F(ObjectFileTest, AWindowCutsTheKeys)
                       QsbVectorKey(2, {2, 0, 0}), QsbVectorKey(3, {3, 0, 0})};
     const QsbImage image = MakeQsb(FileWith(object));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
-    File file;
+    QSB_InputFile file;
     file.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
-    gQsbReadContext.cutToWindow = true;
-    gQsbReadContext.windowStart = 1;
-    gQsbReadContext.windowEnd = 2;
+    file.cutToWindow = true;
+    file.windowStart = 1;
+    file.windowEnd = 2;
     KRE_3dObject loaded;
     loaded.Load(file);
-    gQsbReadContext = QSB_ReadContext();
     // The key at 0 is dropped, since the next one is not after the start; of those after the end,
     // the last one has no next and stays.
     EXPECT_EQ(loaded.posKeyCount, 3);
@@ -382,9 +377,8 @@ TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
     stored.numbers = Counting<25>(1);
     const QsbImage image = MakeQsb(file);
     directory.Write("light", image.bytes.substr(image.at.at("light0.read id")));
-    File bytes;
+    QSB_InputFile bytes;
     bytes.Open("light", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_Light light;
     light.Load(bytes);
     EXPECT_EQ(light.lightOn, 5);
