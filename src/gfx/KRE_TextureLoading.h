@@ -42,6 +42,7 @@ private:
     ComPointer<IDirect3DTexture9> CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
                                                   const KRE_TextureRequest& request);
     void LoadFrameList(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
+    void LoadFrames(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     void LoadVideoTexture(KRE_Texture& texture, const char* number, int32_t format);
     void MakeVideoTexture(KRE_Texture& texture, const char* name, int32_t source, int32_t format);
     bool NeedsPowersOfTwo() const;

@@ -5,6 +5,7 @@
 #include "base/File.h"
 #include "base/HeapArray.h"
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "gfx/KRE_FrameList.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_TextureRequest.h"
@@ -97,6 +98,13 @@ void RepeatFrame(KRE_Texture& texture, int32_t times)
 
 void KRE_TextureLoading::LoadFrameList(KRE_Texture& texture, const String& file,
                                        const KRE_TextureRequest& request)
+{
+    WithMemory([&] { LoadFrames(texture, file, request); },
+               [&] { gfx.Error("Out of memory for resource '%s'", file.c_str()); });
+}
+
+void KRE_TextureLoading::LoadFrames(KRE_Texture& texture, const String& file,
+                                    const KRE_TextureRequest& request)
 {
     int32_t size = 0;
     const HeapArray<char> text = ReadWhole(file, &size);

@@ -11,7 +11,8 @@ namespace headless {
 std::string FindEntryIgnoringCase(const std::string& directory, const std::string& name);
 
 /// Tells that this process has just made, replaced or removed the entry at `path`, which would
-/// otherwise look like somebody else's change and cost a new index.
-void NoteEntryChanged(const std::string& path);
+/// otherwise look like somebody else's change and cost a new index. Without memory the index is
+/// dropped: the file is made or removed all the same.
+void NoteEntryChanged(const std::string& path) noexcept;
 
 } // namespace headless
