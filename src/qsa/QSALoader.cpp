@@ -62,7 +62,7 @@ int32_t QSALoader::Load(KRE_3dScene& scene, const char* path, uint32_t flags)
     SetFileName(path);
     const LoadScope inHand(path);
     WithMemory([&] { ReadScene(scene, path, flags); },
-               [&] { Error("'%s': Not enough memory for the scene", path); });
+               [&] { Error("Not enough memory for the scene"); });
     return 1;
 }
 

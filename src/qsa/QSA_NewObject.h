@@ -2,7 +2,6 @@
 
 #include "base/DynaMem.h"
 #include "base/ErrorClass.h"
-#include "base/LoadInHand.h"
 #include "base/WithMemory.h"
 #include "scene/KRE_3dObject.h"
 
@@ -15,15 +14,12 @@ T* CheckMemory(T* object, ErrorClass& report)
     return object;
 }
 
-/// Runs `work` on an object of the scene. If its memory runs out, the `Error` comes with a warning
-/// that names the object.
+/// Runs `work` on an object of the scene. If its memory runs out, the `Error` names the object.
 template <class Work>
 void WithMemoryFor(const KRE_3dObject& object, ErrorClass& report, const Work& work)
 {
-    WithMemory(work, [&] {
-        const LoadScope inHand(object.name);
-        report.Error("Not enough memory for the scene");
-    });
+    WithMemory(work,
+               [&] { report.Error("Not enough memory for object '%s'", object.name.c_str()); });
 }
 
 /// Adds an object to a list of the scene, which owns it.

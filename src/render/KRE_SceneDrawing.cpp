@@ -176,7 +176,7 @@ static void DeleteDrawing(KRE_SceneDrawing* drawing)
 
 /// The `Error` of a frame without memory, under the name of the scene, which is its file's, or of the
 /// mesh.
-[[noreturn]] static void ReportNoFrame(const KRE_Gfx& gfx, const KRE_3dObject* object)
+static void ReportNoFrame(const KRE_Gfx& gfx, const KRE_3dObject* object)
 {
     static constexpr const char* kText = "Not enough memory for the frame";
     if (object)

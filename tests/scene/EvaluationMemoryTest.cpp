@@ -32,7 +32,8 @@ TEST(Evaluate, TakesNoMemory)
 TEST(SceneLists, WithoutMemoryAreAnErrorUnderTheNameOfTheScene)
 {
     const LogScope log;
-    const auto addFirst = [](KRE_3dScene& scene) { scene.AddLight(KRE_Light()); };
+    static const KRE_Light light; // nothing of the scene's
+    const auto addFirst = [](KRE_3dScene& scene) { scene.AddLight(light); };
     const auto trim = [](KRE_3dScene& scene) { scene.TrimLists(); };
     for (void (*const change)(KRE_3dScene&) : {+addFirst, +trim}) {
         KRE_3dScene whole;

@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr char kLimitKiB[] = "400000";
+constexpr char kLimitKiB[] = "150000";
 
-/// A text of a few megabytes with so many materials that the importer needs gigabytes for them.
+/// A text of a few megabytes with so many materials that the importer needs thirty times that.
 std::string ManyMaterials(int count)
 {
     std::string text = "*3DSMAX_QSAEXPORT 200\n*MATERIAL_LIST {\n";
@@ -53,8 +53,8 @@ TEST(MemoryLimit, ASceneThatDoesNotFitEndsTheRunWithAMessage)
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "large.qsa: not converted\n"
-                       "Error\nQSALoader: 'large.qsa': Not enough memory for the scene\n");
-    EXPECT_EQ(scratch.Read("large.qsb"), "old");
+                       "Error\nQSALoader: large.qsa: Not enough memory for the scene\n");
+    EXPECT_TRUE(scratch.Read("large.qsb") == "old");
 }
 
 #endif
