@@ -590,6 +590,8 @@ private:
     void ReleaseTargetSurfaces();
     void FreeScreenBuffers();
     void CopyScreen();
+    int32_t LoadEffectFile(KRE_ShaderEffect* effect, const char* file, bool usePool, DWORD flags,
+                           bool fatalIfMissing);
     int32_t copiedFrame = -1; ///< number of the frame that `screenCopy` shows
     int32_t copiedSubFrame = -1;
 
@@ -603,6 +605,7 @@ private:
     std::unique_ptr<KRE_SceneDrawing, void (*)(KRE_SceneDrawing*)> sceneDrawing{nullptr, nullptr};
 
     QSALoader& SceneLoader();
+    void LoadSceneFile(KRE_3dScene& scene, const char* path, uint32_t flags);
     void LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t version, uint32_t flags);
     /// Created by the first load, which also sets the deleter: the engine knows no importer.
     std::unique_ptr<QSALoader, void (*)(QSALoader*)> sceneLoader{nullptr, nullptr};

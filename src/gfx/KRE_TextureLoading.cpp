@@ -4,7 +4,9 @@
 
 #include "base/Ascii.h"
 #include "base/File.h"
+#include "base/FormatText.h"
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_TextureRequest.h"
@@ -45,6 +47,15 @@ bool IsVideoName(const String& name)
 
 void KRE_TextureLoading::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey,
                                      int32_t mode, int32_t format, int32_t mipLevels)
+{
+    char name[kMessageSize]; // the file's text may live in what the load frees
+    CopyText(name, sizeof name, file);
+    WithMemory([&] { LoadFile(texture, file, colorKey, mode, format, mipLevels); },
+               [&] { gfx.Error("Out of memory for resource '%s'", name); });
+}
+
+void KRE_TextureLoading::LoadFile(KRE_Texture* texture, const char* file, D3DCOLOR colorKey,
+                                  int32_t mode, int32_t format, int32_t mipLevels)
 {
     if (!texture)
         gfx.Error("KRE_Texture pointer in LoadTexture is NULL pointer!");

@@ -38,6 +38,8 @@ public:
     void UpdateVideoSource(int32_t source);
 
 private:
+    void LoadFile(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
+                  int32_t format, int32_t mipLevels);
     void LoadImageFile(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     ComPointer<IDirect3DTexture9> CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
                                                   const KRE_TextureRequest& request);

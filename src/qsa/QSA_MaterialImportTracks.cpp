@@ -2,6 +2,7 @@
 
 #include "base/Ascii.h"
 #include "qsa/QSA_MaterialImport.h"
+#include "qsa/QSA_NewObject.h"
 
 namespace {
 
@@ -126,8 +127,8 @@ int32_t QSA_MaterialImport::ParseTrack(KRE_ArrayTrack<Key>* track)
         return 0;
     });
     track->SetKeyCount(number); // keys missing from the text stay empty
-    if (track->Keys())
-        std::copy(keys.begin(), keys.end(), track->Keys());
+    if (number > 0)
+        std::copy(keys.begin(), keys.end(), CheckMemory(track->Keys(), text));
     track->interpolation = isLinear ? KRE_ArrayTrack<Key>::kLinear : KRE_ArrayTrack<Key>::kBezier;
     track->secondFlag = 0;
     return result;

@@ -20,6 +20,13 @@ int32_t QSA_MeshImport::ParseGeomObject()
 {
     const int32_t slot = scene.meshes.Add();
     KRE_Mesh* mesh = CheckMemory(scene.meshes.GetSlot(slot), text);
+    int32_t result = 0;
+    WithMemoryFor(*mesh, text, [&] { result = ReadGeomObject(slot, mesh); });
+    return result;
+}
+
+int32_t QSA_MeshImport::ReadGeomObject(int32_t slot, KRE_Mesh* mesh)
+{
     geometry = QSA_NodeGeometry();
     std::fill(std::begin(counts), std::end(counts), QSA_MeshCounts{});
     builder.Clear();

@@ -64,6 +64,7 @@ public:
 
 private:
     // --- nodes: QSA_MeshImport.cpp
+    int32_t ReadGeomObject(int32_t slot, KRE_Mesh* mesh);
     int32_t ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh);
     void FinishMesh(KRE_Mesh* mesh);
     QSA_MeshLoadInfo* KeepMeshInfo(KRE_Mesh* mesh);

@@ -1,5 +1,6 @@
 #include "base/LoadInHand.h"
 #include "qsa/QSA_MeshImport.h"
+#include "qsa/QSA_NewObject.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
 
@@ -94,7 +95,7 @@ void QSA_MeshImport::FinishClones()
 {
     for (KRE_Mesh* mesh : scene.meshes) {
         if (!mesh->cloneSource.IsEmpty())
-            FinishCloneMaterials(mesh);
+            WithMemoryFor(*mesh, text, [&] { FinishCloneMaterials(mesh); });
     }
     ResolveClones(scene, text);
     CheckCloneMaterials(scene, text);

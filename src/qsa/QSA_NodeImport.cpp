@@ -33,6 +33,15 @@ int LargestRow(const D3DXMATRIX& matrix, int column)
     return c < b ? 1 : 2;
 }
 
+/// Passes the tokens of an object's block to `take`.
+template <class Take>
+int32_t ParseObject(QSA_SceneText& text, const KRE_3dObject& object, const Take& take)
+{
+    int32_t result = 0;
+    WithMemoryFor(object, text, [&] { result = text.ParseBlock(take); });
+    return result;
+}
+
 } // namespace
 
 QSA_NodeImport::QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target)
@@ -65,13 +74,14 @@ int32_t QSA_NodeImport::ParseNode(int32_t kind)
 {
     KRE_3dObject* object = AddObject(&scene.objects, text);
     object->objectKind = kind;
-    return text.ParseBlock([&](QSA_Token token) { return ParseNodeKeyword(token, object); });
+    return ParseObject(text, *object,
+                       [&](QSA_Token token) { return ParseNodeKeyword(token, object); });
 }
 
 int32_t QSA_NodeImport::ParseCamera()
 {
     KRE_Camera* camera = AddObject(&scene.cameras, text);
-    return text.ParseBlock([&](QSA_Token token) {
+    return ParseObject(text, *camera, [&](QSA_Token token) {
         switch (token) {
         case QSA_Token::TargetNode:
             text.ReadQuoted(&camera->targetName);
@@ -101,7 +111,7 @@ int32_t QSA_NodeImport::ParseLight()
     light->light.Range = kUnlimitedRange;
     float color[3] = {};
     TokenBuffer typeWord = "";
-    const int32_t result = text.ParseBlock([&](QSA_Token token) {
+    const int32_t result = ParseObject(text, *light, [&](QSA_Token token) {
         switch (token) {
         case QSA_Token::LightType:
             text.SkipSpace();

@@ -1,5 +1,6 @@
 // A whole scene in QSB files, except for the file's header.
 
+#include "base/WithMemory.h"
 #include "qsb/QSB_SceneFields.h"
 
 template <class List>
@@ -19,7 +20,8 @@ static void LoadAll(QSB_InputFile& file, const char* what, int32_t leastBytes, D
     for (int32_t i = 0; i < count; ++i) {
         T* object = list.GetSlot(list.Add());
         file.CheckMemory(object);
-        object->Load(file);
+        const QSB_ObjectInHand inHand(file, *object);
+        WithMemory([&] { object->Load(file); }, [&] { file.CheckMemory(nullptr); });
     }
 }
 

@@ -26,13 +26,14 @@ HeapArray<uint8_t> ReadBlock(QSB_InputFile& file, int64_t size)
     return block;
 }
 
-HeapArray<uint8_t> TryBlock(const KRE_Mesh& mesh, int64_t size)
+HeapArray<uint8_t> TryBlock(File& file, const KRE_Mesh& mesh, int64_t size)
 {
     HeapArray<uint8_t> block;
     if (size <= INT32_MAX)
         block = HeapArray<uint8_t>::Try(static_cast<int32_t>(size));
     if (!block)
-        mesh.Error("Not enough memory for %lli bytes of geometry", static_cast<long long>(size));
+        file.Error("Not enough memory for %lli bytes of geometry of mesh '%s'",
+                   static_cast<long long>(size), mesh.name.c_str());
     return block;
 }
 
@@ -116,8 +117,10 @@ void MeshSaver::SaveGeometry(const KRE_Mesh& mesh)
         mesh.Error("Vertex format 0x%X can not be stored", static_cast<unsigned>(mesh.fvf));
     const int64_t vertexBytes = int64_t{QSB_VertexForm(mesh, kQsbCurrent).size} * mesh.vertexCount;
     const int64_t faceBytes = int64_t{kFaceBytes + kAttributeBytes} * mesh.faceCount;
-    HeapArray<uint8_t> vertices = TryBlock(mesh, vertexBytes);
-    HeapArray<uint8_t> faces = TryBlock(mesh, faceBytes);
+    HeapArray<uint8_t> vertices = TryBlock(file, mesh, vertexBytes);
+    HeapArray<uint8_t> faces = TryBlock(file, mesh, faceBytes);
+    if (!vertices || !faces)
+        return; // errors of this file do not throw
 
     mesh.LockAll(D3DLOCK_READONLY);
     const int32_t clamped = PackVertices(mesh.vertexData, mesh, mesh.vertexCount, vertices.Get());

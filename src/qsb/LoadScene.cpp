@@ -1,7 +1,9 @@
 #include <cstring>
 
+#include "base/FormatText.h"
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_SearchPaths.h"
 #include "qsa/QSALoader.h"
@@ -65,6 +67,14 @@ QSA_SceneHeader& KRE_Gfx::SceneHeader()
 }
 
 void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
+{
+    char name[kMessageSize]; // the path may be the scene's name, which changes
+    CopyText(name, sizeof name, path);
+    WithMemory([&] { LoadSceneFile(scene, path, flags); },
+               [&] { Error("'%s': Not enough memory for the scene", name); });
+}
+
+void KRE_Gfx::LoadSceneFile(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
     const String name(path);
     searchPaths->BeginScene();

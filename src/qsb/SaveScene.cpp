@@ -1,3 +1,4 @@
+#include "base/WithMemory.h"
 #include "gfx/KRE_Gfx.h"
 #include "qsb/QSB_HeaderFields.h"
 #include "qsb/QSB_TargetFile.h"
@@ -12,9 +13,12 @@ static void SaveHeader(File& file, const QSA_SceneHeader& header)
 
 void KRE_Gfx::SaveScene(KRE_3dScene& scene, const char* path)
 {
-    QSB_TargetFile file;
-    file.CreateFor(path);
-    SaveHeader(file, SceneHeader());
-    scene.Save(file);
-    file.Finish();
+    const auto save = [&] {
+        QSB_TargetFile file;
+        file.CreateFor(path);
+        SaveHeader(file, SceneHeader());
+        scene.Save(file);
+        file.Finish();
+    };
+    WithMemory(save, [&] { Error("'%s': Not enough memory for the scene", path); });
 }

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/WithMemory.h"
 #include "gfx/KRE_Gfx.h"
 #include "render/KRE_SceneDrawing.h"
 #include "scene/KRE_3dScene.h"
@@ -173,6 +174,16 @@ static void DeleteDrawing(KRE_SceneDrawing* drawing)
     delete drawing;
 }
 
+/// The `Error` of a frame without memory, under the name of the scene, which is its file's, or of the
+/// mesh.
+static void ReportNoFrame(const KRE_Gfx& gfx, const KRE_3dObject* object)
+{
+    static constexpr const char* kText = "Not enough memory for the frame";
+    if (object)
+        object->Error(kText);
+    gfx.Error(kText);
+}
+
 KRE_SceneDrawing& KRE_Gfx::SceneDrawing()
 {
     if (!sceneDrawing)
@@ -182,14 +193,22 @@ KRE_SceneDrawing& KRE_Gfx::SceneDrawing()
 
 int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials)
 {
-    return SceneDrawing().DrawScene(scene, singleStage, noMaterials);
+    int32_t drawn = 0;
+    WithMemory([&] { drawn = SceneDrawing().DrawScene(scene, singleStage, noMaterials); },
+               [&] { ReportNoFrame(*this, scene); });
+    return drawn;
 }
 
 int32_t KRE_Gfx::DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
                           const KRE_MaterialInfo* overrideMaterial, int32_t singleStage,
                           int32_t noMaterials)
 {
-    return SceneDrawing().DrawMesh(mesh, parentTM, overrideMaterial, singleStage, noMaterials);
+    int32_t drawn = 0;
+    const auto draw = [&] {
+        drawn = SceneDrawing().DrawMesh(mesh, parentTM, overrideMaterial, singleStage, noMaterials);
+    };
+    WithMemory(draw, [&] { ReportNoFrame(*this, mesh); });
+    return drawn;
 }
 
 int32_t KRE_Gfx::DrawSubset(KRE_Mesh& mesh, int32_t subset)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
 
 #include "base/HeapArray.h"
 #include "base/ParseNumber.h"
@@ -68,6 +69,8 @@ KRE_ArrayTrack<KeyData>& KRE_ArrayTrack<KeyData>::operator=(const KRE_ArrayTrack
     if (this == &other)
         return *this;
     SetKeyCount(other.keyCount);
+    if (keyCount != other.keyCount)
+        throw std::bad_alloc(); // a copy without the keys would be stored as one that never had any
     std::copy_n(other.keys.Get(), keyCount, keys.Get());
     interpolation = other.interpolation;
     loop = other.loop;

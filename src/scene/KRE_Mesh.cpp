@@ -80,8 +80,10 @@ int32_t KRE_Mesh::CopyGeometryTo(KRE_Mesh& dest, int32_t keepObject, int32_t kee
 
 void KRE_Mesh::CopyBones(const KRE_Mesh& other)
 {
-    for (const KRE_BoneInfo* bone : other.bones)
-        bones.Add(bone);
+    for (const KRE_BoneInfo* bone : other.bones) {
+        if (!bones.GetSlot(bones.Add(bone)))
+            Error("Not enough memory for the scene");
+    }
     bones.SetSize(bones.Count());
     boneObjectCount = other.boneObjectCount;
     boneObjects = HeapArray<KRE_3dObject*>(boneObjectCount);

@@ -5,15 +5,19 @@
 #include <cstdlib>
 #include <new>
 
-// Replaces the program's allocation functions to count allocations; include it in exactly one
-// source file of a program. Not inlined, because the compiler would see mismatched pairs. The array
+// Replaces the program's allocation functions to count allocations and to let some fail; include it
+// in exactly one source file of a program. Not inlined, because the compiler would see mismatched pairs. The array
 // forms are replaced too: a sanitizer's own would not be counted.
 
-static std::atomic<int64_t> gAllocations = 0; ///< since the program started
+static std::atomic<int64_t> gAllocations = 0;          ///< since the program started
+static std::atomic<int64_t> gFirstFailing = INT64_MAX; ///< numbers of the allocations that fail
+static std::atomic<int64_t> gLastFailing = INT64_MAX;
 
 [[gnu::noinline]] void* operator new(size_t size, const std::nothrow_t&) noexcept
 {
-    ++gAllocations;
+    const int64_t number = ++gAllocations;
+    if (number >= gFirstFailing && number <= gLastFailing)
+        return nullptr;
     return std::malloc(size ? size : 1);
 }
 

@@ -78,3 +78,21 @@ TEST(Program, NeedsNoDisplayAndNoHome)
     EXPECT_EQ(Shell("env -i " + kProgram + " --check a.qsb > out.txt"), 0);
     EXPECT_EQ(scratch.Read("out.txt"), "a.qsb: sound\n");
 }
+
+#ifndef __SANITIZE_ADDRESS__ // which reserves address space without end
+
+TEST(InfoProgramOutput, ASceneThatDoesNotFitIsNamed)
+{
+    const char* emulator = std::getenv("QSA_EMULATOR");
+    if (emulator && *emulator)
+        GTEST_SKIP() << "the limit would be the emulator's";
+    const ScratchDirectory scratch;
+    std::string text = "*3DSMAX_QSAEXPORT 200\n*MATERIAL_LIST {\n";
+    for (int i = 0; i < 500000; ++i)
+        text += "*MATERIAL " + std::to_string(i) + " {}\n";
+    scratch.Write("large.qsa", text + "}\n");
+    EXPECT_EQ(Shell("ulimit -v 150000; " + kProgram + " large.qsa 2> told"), 2);
+    EXPECT_EQ(scratch.Read("told"), "qsbinfo: large.qsa: Not enough memory for the scene\n");
+}
+
+#endif

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <new>
 #include <sys/stat.h>
 #include <unordered_map>
 
@@ -66,6 +67,22 @@ bool ReadEntries(const std::string& directory,
     return true;
 }
 
+void UpdateEntry(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    struct stat info;
+    if (stat(directory.c_str(), &info) != 0 || !gIndex.IsOf(info))
+        return;
+    const std::string leaf = slash == std::string::npos ? path : path.substr(slash + 1);
+    struct stat entry;
+    if (lstat(path.c_str(), &entry) == 0)
+        Insert(gIndex.entries, leaf);
+    else if (LookUp(gIndex.entries, leaf) == leaf)
+        gIndex.entries.erase(Folded(leaf));
+    gIndex.changed = info.st_mtim;
+}
+
 } // namespace
 
 std::string FindEntryIgnoringCase(const std::string& directory, const std::string& name)
@@ -87,20 +104,15 @@ std::string FindEntryIgnoringCase(const std::string& directory, const std::strin
     return found;
 }
 
-void NoteEntryChanged(const std::string& path)
+void NoteEntryChanged(const std::string& path) noexcept
 {
-    const size_t slash = path.rfind('/');
-    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    struct stat info;
-    if (gIndex.entries.empty() || stat(directory.c_str(), &info) != 0 || !gIndex.IsOf(info))
+    if (gIndex.entries.empty())
         return;
-    const std::string leaf = slash == std::string::npos ? path : path.substr(slash + 1);
-    struct stat entry;
-    if (lstat(path.c_str(), &entry) == 0)
-        Insert(gIndex.entries, leaf);
-    else if (LookUp(gIndex.entries, leaf) == leaf)
-        gIndex.entries.erase(Folded(leaf));
-    gIndex.changed = info.st_mtim;
+    try {
+        UpdateEntry(path);
+    } catch (const std::bad_alloc&) {
+        gIndex.entries.clear(); // the next search reads the directory again
+    }
 }
 
 } // namespace headless

@@ -11,7 +11,7 @@ namespace headless {
 std::string FindEntryIgnoringCase(const std::string& directory, const std::string& name);
 
 /// This process has just created, replaced or removed the entry at `path`. Updates the index, which
-/// would otherwise be rebuilt as for an outside change.
-void NoteEntryChanged(const std::string& path);
+/// would otherwise be rebuilt as for an outside change. Out of memory, it drops the index.
+void NoteEntryChanged(const std::string& path) noexcept;
 
 } // namespace headless

@@ -16,6 +16,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace headless {
 
@@ -140,7 +141,7 @@ bool ReplacementFile::MakeBeside()
     const std::string directory = DirectoryOf(target);
     RemoveAbandoned(directory);
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-        const std::string made = directory + NewName();
+        std::string made = directory + NewName();
         claim = open(made.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666);
         if (claim < 0) {
             if (errno != EEXIST)
@@ -153,7 +154,7 @@ bool ReplacementFile::MakeBeside()
         struct stat info;
         const bool isLost = flock(claim, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
         if (!isLost && fstat(claim, &info) == 0 && info.st_nlink > 0) {
-            path = made;
+            path = std::move(made);
             return true;
         }
         close(claim);
