@@ -32,8 +32,12 @@ int32_t KRE_ResourceManager::Add(void* pointer, const char* name)
     const FixedForAddition guard(resources);
     const int32_t id = resources.Add();
     KRE_Resource* entry = resources.GetSlot(id);
-    if (!entry)
+    if (!entry) {
+        // The list counts the element that it had no memory for, and the table lives on.
+        --resources.count;
+        resources.firstFree = id;
         Error("Out of memory for resource '%s'", name ? name : "");
+    }
     entry->pointer = pointer;
     CopyText(entry->name, sizeof entry->name, name);
     entry->useCount = 1;
