@@ -43,7 +43,7 @@ void CheckLights(KRE_Gfx& engine, KRE_3dScene& scene, const char* path)
     for (const KRE_Light* light : scene.lights) {
         if (!light->HasDeviceType())
             engine.Warning("'%s': Light '%s' of type %i does not shine", path, light->name.c_str(),
-                           static_cast<int>(light->light.Type));
+                           static_cast<int>(light->TypeNumber()));
     }
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <cstring>
+
 #include "scene/KRE_Target3dObject.h"
 
 /// A device light that moves with a node.
@@ -20,11 +23,18 @@ public:
                            float specularR, float specularG, float specularB, float specularA,
                            float ambientR, float ambientG, float ambientB, float ambientA,
                            float range);
+    /// The type of the device light, which a file may set to what is no value of the enumeration.
+    uint32_t TypeNumber() const
+    {
+        uint32_t number;
+        std::memcpy(&number, &light.Type, sizeof number);
+        return number;
+    }
     /// Whether the device supports this type of light. A scene keeps others unchanged, but they do
     /// not shine.
     bool HasDeviceType() const
     {
-        return light.Type >= D3DLIGHT_POINT && light.Type <= D3DLIGHT_DIRECTIONAL;
+        return TypeNumber() >= D3DLIGHT_POINT && TypeNumber() <= D3DLIGHT_DIRECTIONAL;
     }
     void Reset();
 

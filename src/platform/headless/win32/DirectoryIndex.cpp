@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <memory>
 #include <new>
 #include <sys/stat.h>
 #include <unordered_map>
@@ -58,12 +59,11 @@ std::string LookUp(const std::unordered_map<std::string, std::string>& entries,
 bool ReadEntries(const std::string& directory,
                  std::unordered_map<std::string, std::string>& entriesOut)
 {
-    DIR* stream = opendir(directory.c_str());
-    if (stream == nullptr)
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
+    if (!stream)
         return false;
-    while (const dirent* entry = readdir(stream))
+    while (const dirent* entry = readdir(stream.get()))
         Insert(entriesOut, entry->d_name);
-    closedir(stream);
     return true;
 }
 
