@@ -1,0 +1,390 @@
+#include "batch/BatchState.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "app/StartGraphics.h"
+#include "batch/BatchArguments.h"
+#include "batch/WorkingDirectory.h"
+#include "gfx/DefaultPaths.h"
+#include "platform/headless/win32/HostPath.h"
+
+namespace {
+
+/// A file that was changed within this time before it was read may change once more without another time:
+/// the clock of file systems is coarse. Its content decides.
+constexpr int64_t kTimeStepNs = 20000000;
+
+int64_t NowNs()
+{
+    timespec now;
+    clock_gettime(CLOCK_REALTIME, &now);
+    return int64_t{now.tv_sec} * 1000000000 + now.tv_nsec;
+}
+
+int64_t StoredTime(const FileStamp& stamp)
+{
+    return NowNs() - stamp.changedNs < kTimeStepNs ? -1 : stamp.changedNs;
+}
+
+std::string_view BytesOf(const ContentHash& hash)
+{
+    return {reinterpret_cast<const char*>(hash.data()), hash.size()};
+}
+
+std::string KeyText(const std::string& text)
+{
+    return std::string(BytesOf(HashOf(text)));
+}
+
+FileStamp StampFrom(StateStatement& row, int column)
+{
+    FileStamp stamp;
+    stamp.sizeBytes = static_cast<uint64_t>(row.Number(column));
+    stamp.changedNs = row.Number(column + 1);
+    const std::string_view hash = row.Bytes(column + 2);
+    if (hash.size() == stamp.hash.size())
+        std::memcpy(stamp.hash.data(), hash.data(), hash.size());
+    return stamp;
+}
+
+void PutStamp(StateStatement& statement, int place, const FileStamp& stamp, int64_t time)
+{
+    statement.Put(place, static_cast<int64_t>(stamp.sizeBytes));
+    statement.Put(place + 1, time);
+    statement.PutBytes(place + 2, BytesOf(stamp.hash));
+}
+
+/// The default directories of pictures and effects, as workers read them.
+std::string DefaultPathsText()
+{
+    MakeEngine();
+    ReadDefaultPaths();
+    ShutdownGraphics();
+    return std::string("\n") + gDefaultTexturePath + "\n" + gDefaultBasePath;
+}
+
+constexpr size_t kIdBytes = sizeof(uint32_t);
+
+// Columns of `find`.
+enum FoundColumn {
+    kFoundStatus,
+    kFoundSource,
+    kFoundInputs = kFoundSource + 3,
+    kFoundTargetPath,
+    kFoundTargetKey,
+    kFoundTarget,
+    kFoundFramePath = kFoundTarget + 3,
+    kFoundFrameKey,
+    kFoundFrame,
+    kFoundThumb = kFoundFrame + 3
+};
+
+} // namespace
+
+BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn)
+    : options(optionsIn),
+      database(path),
+      find(database.Handle(),
+           "SELECT status,size,time,hash,inputs,target,target_key,target_size,target_time,"
+           "target_hash,frame,frame_key,frame_size,frame_time,frame_hash,thumb"
+           " FROM scene WHERE path=?1"),
+      findInput(database.Handle(), "SELECT path,size,time,hash FROM input WHERE id=?1"),
+      renewInput(database.Handle(), "UPDATE input SET time=?2 WHERE id=?1"),
+      addInput(database.Handle(), "INSERT INTO input(path,size,time,hash) VALUES(?1,?2,?3,?4)"),
+      renewSource(database.Handle(), "UPDATE scene SET time=?2 WHERE path=?1"),
+      storeScene(database.Handle(),
+                 "INSERT OR REPLACE INTO scene(path,status,size,time,hash,inputs,target,target_key,"
+                 "target_size,target_time,target_hash) VALUES(?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11)"),
+      storeFrame(database.Handle(),
+                 "UPDATE scene SET frame=?2,frame_key=?3,frame_size=?4,frame_time=?5,"
+                 "frame_hash=?6,thumb=?7 WHERE path=?1"),
+      storeFailure(database.Handle(), "INSERT INTO scene(path,status) VALUES(?1,?2)"
+                                      " ON CONFLICT(path) DO UPDATE SET status=?2")
+{
+    const std::string program = std::string(kBatchVersion) + DefaultPathsText() + "\n";
+    targetKey = KeyText(program + options.TargetKey());
+    frameKey = KeyText(program + options.TargetKey() + options.FrameKey());
+    // Fetched once, so that a state that holds something else is found at the start.
+    StateStatement(database.Handle(), "SELECT count(*) FROM scene WHERE rowid=0").Run();
+}
+
+BatchState::~BatchState()
+{
+    try {
+        Commit();
+    } catch (const StateError&) {
+        return; // told by the last commit of the run
+    }
+}
+
+// ---- Where it is
+
+std::string BatchState::AbsoluteDirectory(const std::string& directory)
+{
+    if (directory == lastDirectory && !lastAbsolute.empty())
+        return lastAbsolute;
+    char* const found = realpath(directory.c_str(), nullptr);
+    lastDirectory = directory;
+    lastAbsolute = found ? found : directory;
+    std::free(found);
+    return lastAbsolute;
+}
+
+std::string BatchState::AbsolutePath(const std::string& path)
+{
+    const SplitPath split(path);
+    const std::string directory = AbsoluteDirectory(split.directory);
+    return directory == "/" ? directory + split.leaf : directory + "/" + split.leaf;
+}
+
+std::string BatchState::KeyOf(const SceneEntry& entry)
+{
+    return AbsolutePath(entry.path);
+}
+
+// ---- Looking
+
+bool BatchState::Examine(const SceneEntry& entry, SceneJob& job, std::string& whyOut)
+{
+    if (options.force) {
+        whyOut = "--force is given";
+        return false;
+    }
+    const std::string key = KeyOf(entry);
+    find.PutBytes(1, key);
+    bool isDone = false;
+    if (!find.Step()) {
+        whyOut = "it is new";
+        return false;
+    }
+    if (IsTargetCurrent(entry, job, whyOut)) {
+        isDone = !job.draws || IsFrameCurrent(job, whyOut);
+        if (!isDone)
+            job.target.clear();
+    }
+    find.Reset();
+    return isDone;
+}
+
+bool BatchState::IsTargetCurrent(const SceneEntry& entry, const SceneJob& job, std::string& whyOut)
+{
+    if (find.Number(kFoundStatus) != static_cast<int64_t>(SceneStatus::kConverted)) {
+        whyOut = "it failed the last time";
+        return false;
+    }
+    if (find.Bytes(kFoundTargetKey) != targetKey) {
+        whyOut = "the program or the options have changed";
+        return false;
+    }
+    if (!IsSourceCurrent(entry, whyOut) || !AreInputsCurrent(find.Bytes(kFoundInputs), whyOut))
+        return false;
+    const std::string target = AbsolutePath(job.target);
+    if (find.Bytes(kFoundTargetPath) != target) {
+        whyOut = "the target goes to another place";
+        return false;
+    }
+    if (IsFileCurrent(target, StampFrom(find, kFoundTarget)))
+        return true;
+    whyOut = "the target is gone or was changed";
+    return false;
+}
+
+bool BatchState::IsSourceCurrent(const SceneEntry& entry, std::string& whyOut)
+{
+    const FileStamp known = StampFrom(find, kFoundSource);
+    if (!options.rehash && entry.Stamp().HasSizeAndTimeOf(known))
+        return true;
+    FileStamp now;
+    const bool isSame = entry.sizeBytes == known.sizeBytes &&
+                        StampOfFile(AT_FDCWD, entry.path.c_str(), now) && now.hash == known.hash;
+    if (!isSame) {
+        whyOut = "the scene has changed";
+        return false;
+    }
+    Begin();
+    renewSource.PutBytes(1, KeyOf(entry)).Put(2, StoredTime(now));
+    renewSource.Run();
+    return true;
+}
+
+/// A file that this program has written, with its stamp from then.
+bool BatchState::IsFileCurrent(const std::string& path, const FileStamp& known) const
+{
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0)
+        return false;
+    FileStamp now = StampOf(info);
+    if (!options.rehash && now.HasSizeAndTimeOf(known))
+        return true;
+    return now.sizeBytes == known.sizeBytes && StampOfFile(AT_FDCWD, path.c_str(), now) &&
+           now.hash == known.hash;
+}
+
+bool BatchState::IsFrameCurrent(const SceneJob& job, std::string& whyOut)
+{
+    whyOut = "the frame is new";
+    if (find.Bytes(kFoundFrameKey) != frameKey)
+        return false;
+    if (job.wantsThumb && find.Bytes(kFoundThumb).empty())
+        return false;
+    if (job.frame.empty())
+        return true;
+    const std::string frame = AbsolutePath(job.frame);
+    if (find.Bytes(kFoundFramePath) != frame)
+        return false;
+    whyOut = "the frame is gone or was changed";
+    return IsFileCurrent(frame, StampFrom(find, kFoundFrame));
+}
+
+bool BatchState::AreInputsCurrent(std::string_view ids, std::string& whyOut)
+{
+    for (; ids.size() >= kIdBytes; ids.remove_prefix(kIdBytes)) {
+        uint32_t id = 0;
+        std::memcpy(&id, ids.data(), sizeof id);
+        std::string path;
+        if (IsInputCurrent(id, path))
+            continue;
+        whyOut = "a file that it uses has changed, come or gone: " + path;
+        return false;
+    }
+    return true;
+}
+
+/// Each one is looked at once in a run: many scenes share their pictures.
+bool BatchState::IsInputCurrent(int64_t id, std::string& pathOut)
+{
+    const auto known = inputsCurrent.find(id);
+    if (known != inputsCurrent.end() && known->second)
+        return true;
+    KnownInput input;
+    findInput.Put(1, id);
+    if (findInput.Step()) {
+        input.path = findInput.Bytes(0);
+        input.isThere = !findInput.IsNothing(3);
+        if (input.isThere)
+            input.stamp = StampFrom(findInput, 1);
+        findInput.Reset();
+    }
+    pathOut = input.path;
+    if (known != inputsCurrent.end())
+        return false;
+    const bool isCurrent = !input.path.empty() && CompareInput(id, input);
+    inputsCurrent.emplace(id, isCurrent);
+    if (isCurrent)
+        inputsStored[input.path] = {id, input.isThere, input.stamp};
+    return isCurrent;
+}
+
+bool BatchState::CompareInput(int64_t id, const KnownInput& known)
+{
+    const std::string path = headless::ResolveHostPath(known.path.c_str());
+    struct stat info;
+    const bool isThere =
+        stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode) && access(path.c_str(), R_OK) == 0;
+    if (!isThere || !known.isThere)
+        return isThere == known.isThere;
+    FileStamp now = StampOf(info);
+    if (!options.rehash && now.HasSizeAndTimeOf(known.stamp))
+        return true;
+    if (now.sizeBytes != known.stamp.sizeBytes || !StampOfFile(AT_FDCWD, path.c_str(), now) ||
+        now.hash != known.stamp.hash)
+        return false;
+    Begin();
+    renewInput.Put(1, id).Put(2, StoredTime(now));
+    renewInput.Run();
+    return true;
+}
+
+std::string BatchState::ThumbOf(const SceneEntry& entry)
+{
+    const std::string key = KeyOf(entry);
+    find.PutBytes(1, key);
+    std::string thumb;
+    if (find.Step())
+        thumb = find.Bytes(kFoundThumb);
+    find.Reset();
+    return thumb;
+}
+
+// ---- Noting
+
+void BatchState::Begin()
+{
+    if (isInTransaction)
+        return;
+    database.Execute("BEGIN");
+    isInTransaction = true;
+}
+
+void BatchState::Commit()
+{
+    if (!isInTransaction)
+        return;
+    isInTransaction = false;
+    database.Execute("COMMIT");
+}
+
+int64_t BatchState::IdOfInput(const SceneInput& input)
+{
+    const auto known = inputsStored.find(input.path);
+    if (known != inputsStored.end() && known->second.isThere == input.isThere &&
+        known->second.stamp.hash == input.stamp.hash &&
+        known->second.stamp.sizeBytes == input.stamp.sizeBytes)
+        return known->second.id;
+    addInput.PutBytes(1, input.path);
+    if (input.isThere) {
+        PutStamp(addInput, 2, input.stamp, StoredTime(input.stamp));
+    } else {
+        addInput.PutNothing(2).PutNothing(3).PutNothing(4);
+    }
+    addInput.Run();
+    const int64_t id = sqlite3_last_insert_rowid(database.Handle());
+    inputsStored[input.path] = {id, input.isThere, input.stamp};
+    return id;
+}
+
+std::string BatchState::PackInputs(const std::vector<SceneInput>& inputs)
+{
+    std::string ids;
+    for (const SceneInput& input : inputs) {
+        const auto id = static_cast<uint32_t>(IdOfInput(input));
+        ids.append(reinterpret_cast<const char*>(&id), sizeof id);
+    }
+    return ids;
+}
+
+void BatchState::Store(const SceneEntry& entry, const SceneJob& job, const SceneResult& result)
+{
+    if (result.status == SceneStatus::kSkipped || result.status == SceneStatus::kUpToDate)
+        return;
+    Begin();
+    const std::string key = KeyOf(entry);
+    if (result.status != SceneStatus::kConverted) {
+        storeFailure.PutBytes(1, key).Put(2, static_cast<int64_t>(result.status));
+        storeFailure.Run();
+        return;
+    }
+    if (!job.target.empty()) {
+        const std::string inputs = PackInputs(result.inputs);
+        const std::string target = AbsolutePath(job.target);
+        storeScene.PutBytes(1, key).Put(2, static_cast<int64_t>(result.status));
+        PutStamp(storeScene, 3, result.source, StoredTime(result.source));
+        storeScene.PutBytes(6, inputs).PutBytes(7, target).PutBytes(8, targetKey);
+        PutStamp(storeScene, 9, result.target, result.target.changedNs);
+        storeScene.Run();
+    }
+    if (!job.draws)
+        return;
+    const std::string frame = job.frame.empty() ? "" : AbsolutePath(job.frame);
+    storeFrame.PutBytes(1, key).PutBytes(2, frame).PutBytes(3, frameKey);
+    PutStamp(storeFrame, 4, result.frame, result.frame.changedNs);
+    storeFrame.PutBytes(7, result.thumb);
+    storeFrame.Run();
+}

@@ -1,0 +1,107 @@
+#include "tests/batch/BackgroundBatch.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/support/TreePaths.h"
+
+extern char** environ;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string ContentOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The state letter of a process; 0 if it is gone.
+char StateOf(pid_t process)
+{
+    const std::string stat = ContentOf("/proc/" + std::to_string(process) + "/stat");
+    const size_t bracket = stat.rfind(')');
+    return bracket != std::string::npos && bracket + 2 < stat.size() ? stat[bracket + 2] : '\0';
+}
+
+} // namespace
+
+void SleepFor(int milliseconds)
+{
+    usleep(static_cast<useconds_t>(milliseconds) * 1000);
+}
+
+BackgroundBatch::BackgroundBatch(const std::vector<std::string>& arguments)
+    : base(fs::temp_directory_path() / ("qsbatch-run-" + std::to_string(getpid())))
+{
+    std::vector<std::string> words = {BuildPath("qsbatch")};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, (base + ".out").c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, (base + ".err").c_str(), flags, 0600);
+    if (posix_spawn(&process, argv[0], &actions, nullptr, argv.data(), environ) != 0)
+        process = -1;
+    posix_spawn_file_actions_destroy(&actions);
+}
+
+BackgroundBatch::~BackgroundBatch()
+{
+    if (process > 0) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
+    fs::remove(base + ".out");
+    fs::remove(base + ".err");
+}
+
+std::vector<pid_t> BackgroundBatch::Workers() const
+{
+    const std::string number = std::to_string(process);
+    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+    return {std::istream_iterator<pid_t>(children), {}};
+}
+
+pid_t BackgroundBatch::AwaitWorker(pid_t than) const
+{
+    pid_t found = 0;
+    Eventually([&] {
+        for (const pid_t worker : Workers()) {
+            const std::string call = ContentOf("/proc/" + std::to_string(worker) + "/wchan");
+            if (worker != than && StateOf(worker) == 'S' && call.find("fifo") != std::string::npos)
+                found = worker;
+        }
+        return found != 0;
+    });
+    return found;
+}
+
+void BackgroundBatch::Signal(int number) const
+{
+    kill(process, number);
+}
+
+ProgramRun BackgroundBatch::Wait()
+{
+    int status = 0;
+    waitpid(process, &status, 0);
+    process = -1;
+    ProgramRun run;
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    run.out = ContentOf(base + ".out");
+    run.err = ContentOf(base + ".err");
+    return run;
+}
