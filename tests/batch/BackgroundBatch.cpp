@@ -80,8 +80,11 @@ pid_t BackgroundBatch::AwaitWorker(pid_t than) const
     pid_t found = 0;
     Eventually([&] {
         for (const pid_t worker : Workers()) {
-            const std::string call = ContentOf("/proc/" + std::to_string(worker) + "/wchan");
-            if (worker != than && StateOf(worker) == 'S' && call.find("fifo") != std::string::npos)
+            // A worker without a scene is where the run was started.
+            std::error_code ignored;
+            const fs::path place =
+                fs::read_symlink("/proc/" + std::to_string(worker) + "/cwd", ignored);
+            if (worker != than && StateOf(worker) == 'S' && place.filename() == "in")
                 found = worker;
         }
         return found != 0;

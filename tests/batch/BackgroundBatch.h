@@ -19,7 +19,8 @@ public:
     pid_t Id() const { return process; }
     /// The workers that run now.
     std::vector<pid_t> Workers() const;
-    /// Waits until a worker other than `than` runs and sleeps in a call, as one that waits for a pipe.
+    /// Waits until a worker other than `than` sleeps over a scene of the directory "in", as one does that
+    /// waits for a pipe.
     pid_t AwaitWorker(pid_t than = 0) const;
     void Signal(int number) const;
     /// Waits for the end. The status is 128 and the signal's number for a process that was killed.

@@ -165,14 +165,14 @@ TEST_F(BatchConvert, TextWithoutAKeywordAndEmptyScenesAreWarnings)
 
 TEST_F(BatchConvert, StrictLeavesTheTargetAsItWas)
 {
-    scratch.Write("a.qsa", WallScene("gone.tga"));
-    scratch.Write("a.qsb", "old");
-    const ProgramRun run = Batch({"a.qsa", "--strict", "--draw"});
+    scratch.Write("in/a.qsa", WallScene("gone.tga"));
+    scratch.Write("in/a.qsb", "old");
+    const ProgramRun run = Batch({"in", "--strict", "--draw"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.out, HasSubstr("a.qsa: Can not open diffuse map 'gone.tga'\n"));
-    EXPECT_EQ(scratch.Read("a.qsb"), "old");
-    EXPECT_EQ(Batch({"a.qsa"}).status, 0);
-    EXPECT_EQ(scratch.Read("a.qsb"), ConvertedAlone(".", "a.qsa"));
+    EXPECT_THAT(run.out, HasSubstr("in/a.qsa: Can not open diffuse map 'gone.tga'\n"));
+    EXPECT_EQ(scratch.Read("in/a.qsb"), "old");
+    EXPECT_EQ(Batch({"in"}).status, 0);
+    EXPECT_EQ(scratch.Read("in/a.qsb"), ConvertedAlone("in", "a.qsa"));
 }
 
 TEST_F(BatchConvert, OddNamesAreConverted)
