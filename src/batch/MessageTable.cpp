@@ -292,7 +292,6 @@ const MessageRow kMessageRows[] = {
     {909, MessageLevel::kError, "the frame cannot be written: %s"},
     {910, MessageLevel::kError, "the file that was written is damaged: %s"},
     {911, MessageLevel::kError, "another scene has the same target: %s"},
-    {912, MessageLevel::kError, "a warning, and --strict is given"},
     {913, MessageLevel::kError, "the target cannot be read again: %s"},
     {914, MessageLevel::kWarning, "the directory cannot be read: %s"},
     {915, MessageLevel::kNote, "an unknown message"},

@@ -29,7 +29,6 @@ inline constexpr uint16_t kCodeTargetDirectory = 908;
 inline constexpr uint16_t kCodeFrameNotWritten = 909;
 inline constexpr uint16_t kCodeDamagedTarget = 910;
 inline constexpr uint16_t kCodeSameTarget = 911;
-inline constexpr uint16_t kCodeStrict = 912;
 inline constexpr uint16_t kCodeTargetNotRead = 913;
 inline constexpr uint16_t kCodeDirectoryNotRead = 914;
 inline constexpr uint16_t kCodeUnknown = 915;

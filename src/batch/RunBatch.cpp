@@ -1,6 +1,7 @@
 #include "batch/RunBatch.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -156,7 +157,9 @@ int BatchRun::Run()
 
 int RunBatch(const std::vector<std::string>& arguments)
 {
-    gLogSink = [](const char*) {}; // never to a log file
+    gLogSink = [](const char*) {};              // never to a log file
+    for (const int number : {SIGPIPE, SIGXFSZ}) // such failures come as errors of the calls
+        std::signal(number, SIG_IGN);
     const BatchOptions options = ReadBatchArguments(arguments);
     if (!options.error.empty()) {
         std::fprintf(stderr, "qsbatch: %s\n%s", OneLine(options.error).c_str(), kBatchUsage);

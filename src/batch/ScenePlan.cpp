@@ -46,7 +46,7 @@ PlannedScene ScenePlan::Next()
     if (!IsRefused(entry, planned.result)) {
         planned.job = WholeJob(entry);
         planned.kind = PlannedScene::Kind::kJob;
-        planned.why = "no state is kept";
+        planned.why = "it is new";
         if (state && !isOver && state->Examine(entry, planned.job, planned.why))
             planned.kind = PlannedScene::Kind::kDecided;
         if (planned.kind == PlannedScene::Kind::kDecided)

@@ -15,7 +15,6 @@ static sigset_t WatchedSignals()
 
 SignalWatch::SignalWatch()
 {
-    std::signal(SIGPIPE, SIG_IGN);
     const sigset_t watched = WatchedSignals();
     sigprocmask(SIG_BLOCK, &watched, nullptr);
     handle = Descriptor(signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK));

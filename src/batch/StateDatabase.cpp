@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <sys/statfs.h>
 #include <unistd.h>
 
@@ -125,7 +124,7 @@ StateDatabase::StateDatabase(const std::string& path)
     if (code != SQLITE_OK)
         throw StateError{"the state '" + path + "' cannot be opened: " + sqlite3_errstr(code)};
     try {
-        CheckContents(path);
+        CheckContents();
     } catch (const StateError& error) {
         close(lock);
         throw StateError{"the state '" + path + "' cannot be used: " + error.text +
@@ -158,11 +157,12 @@ void StateDatabase::Lock(const std::string& path)
     throw StateError{"the state '" + path + "' is in use by another run" + who};
 }
 
-void StateDatabase::CheckContents(const std::string&)
+void StateDatabase::CheckContents()
 {
-    struct stat info;
-    const bool isNew = fstat(lock, &info) == 0 && info.st_size == 0;
     Execute("PRAGMA locking_mode=EXCLUSIVE");
+    // A run that is killed before its first commit leaves a file without tables.
+    const bool isNew =
+        Ask("PRAGMA application_id") == 0 && Ask("SELECT count(*) FROM sqlite_master") == 0;
     if (!isNew) {
         if (Ask("PRAGMA application_id") != kApplication)
             throw StateError{"it is not a state of this program"};

@@ -59,7 +59,7 @@ public:
 
 private:
     void Lock(const std::string& path);
-    void CheckContents(const std::string& path);
+    void CheckContents();
 
     int lock = -1;
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> database{nullptr, sqlite3_close};

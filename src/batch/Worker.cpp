@@ -35,7 +35,7 @@ namespace {
 void PrepareProcess()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ})
         std::signal(number, SIG_IGN);
     const rlimit none = {0, 0};
     setrlimit(RLIMIT_CORE, &none);

@@ -1,0 +1,184 @@
+// The journal, the page, the status line, and what happens when nothing can be written.
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+#include <pty.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "batch/StatusLine.h"
+#include "tests/batch/BackgroundBatch.h"
+#include "tests/batch/BatchTesting.h"
+
+using namespace batch_testing;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+namespace {
+
+class BatchOutput : public BatchTest {};
+
+/// A run whose standard output and standard error are a terminal of 100 columns.
+std::string OnTerminal(std::vector<std::string> words)
+{
+    words.insert(words.begin(), BuildPath("qsbatch"));
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    const winsize size = {24, 100, 0, 0};
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
+    if (child == 0) {
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    std::string text;
+    char part[4096];
+    for (ssize_t got = read(terminal, part, sizeof part); got > 0;
+         got = read(terminal, part, sizeof part))
+        text.append(part, static_cast<size_t>(got));
+    waitpid(child, nullptr, 0);
+    close(terminal);
+    return text;
+}
+
+} // namespace
+
+TEST_F(BatchOutput, JournalsAreAsTheSchemaDescribesThem)
+{
+    scratch.Write("in/a.qsa", WallScene("gone.tga", 3));
+    scratch.Write("in/b.qsa", BrokenScene());
+    scratch.Write("in/\xFF.qsa", HelperScene("c"));
+    scratch.Write("in/d\n\"\\.qsa", HelperScene("d"));
+    const std::vector<std::string> run = {"in",           "gone.qsa", "--out",    "o",
+                                          "--frames",     "f",        "-j",       "1",
+                                          "--frame-size", "16x16",    "--journal"};
+    std::vector<std::string> first = run;
+    first.push_back("j1");
+    EXPECT_EQ(Batch(first).status, 1);
+    std::vector<std::string> second = run;
+    second.insert(second.end(), {"j2", "--fail-fast"});
+    EXPECT_EQ(Batch(second).status, 1);
+    for (const char* const journal : {"j1", "j2"}) {
+        const ProgramRun check =
+            RunProgramFile("/usr/bin/python3", {SourcePath("tools/validate-journal"), journal});
+        EXPECT_EQ(check.status, 0) << check.err;
+        EXPECT_EQ(check.out, "5 lines\n");
+    }
+    const auto line = nlohmann::json::parse(LinesOf(scratch.Read("j1")).front());
+    EXPECT_EQ(line["path"], "in/a.qsa");
+    EXPECT_EQ(line["status"], "converted");
+    EXPECT_EQ(line["target"], "o/a.qsb");
+    EXPECT_EQ(line["bytes_in"], fs::file_size("in/a.qsa"));
+    EXPECT_EQ(line["bytes_out"], fs::file_size("o/a.qsb"));
+    EXPECT_EQ(line["counts"]["meshes"], 1);
+    EXPECT_EQ(line["counts"]["faces"], 2);
+    EXPECT_EQ(line["counts"]["lights"], 2);
+    // The schema refuses what is not in it.
+    auto changed = line;
+    changed["status"] = "well";
+    scratch.Write("j3", changed.dump() + "\n");
+    EXPECT_EQ(
+        RunProgramFile("/usr/bin/python3", {SourcePath("tools/validate-journal"), "j3"}).status, 1);
+}
+
+TEST_F(BatchOutput, PageHasACardForEachScene)
+{
+    scratch.Write("in/<a>&.qsa", WallScene(""));
+    scratch.Write("in/b.qsa", BrokenScene());
+    EXPECT_EQ(Batch({"in", "--out", "o", "--draw", "--report", "r.html"}).status, 1);
+    const std::string page = scratch.Read("r.html");
+    EXPECT_THAT(page, StartsWith("<!DOCTYPE html>"));
+    EXPECT_THAT(page, HasSubstr("<h2>in/&lt;a&gt;&amp;.qsa</h2><p class=\"converted\">"));
+    EXPECT_THAT(page, HasSubstr("<img alt=\"\" src=\"data:image/jpeg;base64,/9j/"));
+    EXPECT_THAT(page, HasSubstr("<div class=\"none\">the scene failed</div><h2>in/b.qsa</h2>"));
+    EXPECT_THAT(page, HasSubstr("Q203 "));
+    EXPECT_THAT(page, HasSubstr("1 converted, 1 failed, 0 with warnings"));
+    EXPECT_THAT(page, Not(HasSubstr("http")));
+    // An up to date scene keeps its picture.
+    Batch({"in", "--out", "o", "--draw", "--report", "r.html"});
+    EXPECT_THAT(scratch.Read("r.html"),
+                AllOf(HasSubstr("data-status=\"up-to-date\""), HasSubstr("base64,/9j/")));
+}
+
+TEST_F(BatchOutput, TerminalHasAStatusLineBelowTheMessages)
+{
+    for (int i = 0; i < 30; ++i)
+        scratch.Write("in/" + std::to_string(i) + ".qsa", WallScene("gone.tga"));
+    const std::string text = OnTerminal({"in", "-j", "1", "--draw"});
+    EXPECT_THAT(text, HasSubstr("\r0 of 30, 0 failed\x1b[K"));
+    EXPECT_THAT(text, HasSubstr(" files/s, "));
+    EXPECT_THAT(text, HasSubstr("\r\x1b[Kin/0.qsa: warning Q251: Can not open diffuse map"));
+    EXPECT_THAT(text, HasSubstr("30 converted, 0 up to date, 0 failed, 30 with warnings in "));
+    EXPECT_THAT(OnTerminal({"in", "--force", "-q"}), Not(HasSubstr("\x1b")));
+}
+
+TEST_F(BatchOutput, ProgressIsDoneFilesBytesAndTimeLeft)
+{
+    RunProgress progress;
+    progress.total = 1200;
+    EXPECT_EQ(ProgressText(progress), "0 of 1,200, 0 failed");
+    progress.done = 300;
+    progress.failed = 2;
+    progress.seconds = 10;
+    progress.bytesIn = 25000000;
+    // 30 files a second leave 900 / 30 seconds.
+    EXPECT_EQ(ProgressText(progress), "300 of 1,200, 2 failed, 30.0 files/s, 2.5 MB/s, 30 s left");
+}
+
+TEST_F(BatchOutput, FullDisksAreToldAndLeaveNoLitter)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    const ProgramRun journal = Batch({"in", "--out", "o", "--journal", "/dev/full"});
+    EXPECT_EQ(journal.status, 2);
+    EXPECT_THAT(journal.err, HasSubstr("the journal '/dev/full' cannot be written: No space left"));
+    // Files of at most 100 KiB: the target of the large scene does not fit.
+    fs::copy(SourcePath("examples/harbour.qsa"), "in/b.qsa");
+    const ProgramRun target = RunProgramFile(
+        "/bin/bash", {"-c", "ulimit -f 100; exec " + BuildPath("qsbatch") + " in --out p"});
+    EXPECT_EQ(target.status, 1) << target.err;
+    EXPECT_THAT(target.out, HasSubstr("in/b.qsa: b.qsb: Error writing to file\n"));
+    EXPECT_THAT(FilesBelow("p"), ElementsAre(".qsbatch-state", "a.qsb"));
+    const ProgramRun state = RunProgramFile(
+        "/bin/bash", {"-c", "ulimit -f 2; exec " + BuildPath("qsbatch") + " in --out q"});
+    EXPECT_EQ(state.status, 2);
+    EXPECT_THAT(state.err, HasSubstr("qsbatch: the state"));
+}
+
+TEST_F(BatchOutput, CheckReadsTargetsWithThePicturesOfTheSource)
+{
+    scratch.Write("in/a.qsa", WallScene("p.tga"));
+    scratch.Write("in/p.tga", ColorPicture(1));
+    const ProgramRun run = Batch({"in", "--out", "o", "--check", "-v"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "in/a.qsa: converted\n");
+}
+
+// The worker waits for a picture, which is a pipe, while the scene changes under it.
+TEST_F(BatchOutput, SceneThatChangesIsReadOnceMore)
+{
+    scratch.Write("in/a.qsa", WallScene("pipe.tga"));
+    ASSERT_EQ(mkfifo("in/pipe.tga", 0600), 0);
+    BackgroundBatch run({"in"});
+    ASSERT_NE(run.AwaitWorker(), 0);
+    SleepFor(50);
+    scratch.Write("in/a.qsa", HelperScene("other"));
+    scratch.Write("picture.tga", ColorPicture(5));
+    fs::create_hard_link("in/pipe.tga", "pipe");
+    fs::rename("picture.tga", "in/pipe.tga");
+    const int pipe = open("pipe", O_RDWR | O_NONBLOCK);
+    const ProgramRun ended = run.Wait();
+    close(pipe);
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_TRUE(scratch.Read("in/a.qsb") == ConvertedAlone("in", "a.qsa"));
+}
