@@ -9,14 +9,14 @@ namespace {
 constexpr size_t kLeastMessageBytes = 2 + 4 + 4 + 8;
 constexpr size_t kLeastInputBytes = 4 + 1;
 
-void PutStamp(WireWriter& wire, const FileStamp& stamp)
+void PutWireStamp(WireWriter& wire, const FileStamp& stamp)
 {
     wire.U64(stamp.sizeBytes);
     wire.U64(static_cast<uint64_t>(stamp.changedNs));
     wire.Text({reinterpret_cast<const char*>(stamp.hash.data()), stamp.hash.size()});
 }
 
-FileStamp TakeStamp(WireReader& wire)
+FileStamp TakeWireStamp(WireReader& wire)
 {
     FileStamp stamp;
     stamp.sizeBytes = wire.U64();
@@ -27,7 +27,7 @@ FileStamp TakeStamp(WireReader& wire)
     return stamp;
 }
 
-void PutCounts(WireWriter& wire, const SceneObjectCounts& counts)
+void PutWireCounts(WireWriter& wire, const SceneObjectCounts& counts)
 {
     wire.U32(counts.meshes);
     wire.U32(counts.objects);
@@ -49,7 +49,7 @@ SceneObjectCounts TakeCounts(WireReader& wire)
     return counts;
 }
 
-void PutMessages(WireWriter& wire, const std::vector<SceneMessage>& messages)
+void PutWireMessages(WireWriter& wire, const std::vector<SceneMessage>& messages)
 {
     wire.U32(static_cast<uint32_t>(messages.size()));
     for (const SceneMessage& message : messages) {
@@ -74,14 +74,14 @@ std::vector<SceneMessage> TakeMessages(WireReader& wire)
     return messages;
 }
 
-void PutInputs(WireWriter& wire, const std::vector<SceneInput>& inputs)
+void PutWireInputs(WireWriter& wire, const std::vector<SceneInput>& inputs)
 {
     wire.U32(static_cast<uint32_t>(inputs.size()));
     for (const SceneInput& input : inputs) {
         wire.Text(input.path);
         wire.U8(input.isThere);
         if (input.isThere)
-            PutStamp(wire, input.stamp);
+            PutWireStamp(wire, input.stamp);
     }
 }
 
@@ -92,7 +92,7 @@ std::vector<SceneInput> TakeInputs(WireReader& wire)
         input.path = wire.Text();
         input.isThere = wire.U8() != 0;
         if (input.isThere)
-            input.stamp = TakeStamp(wire);
+            input.stamp = TakeWireStamp(wire);
     }
     return inputs;
 }
@@ -184,16 +184,16 @@ std::string EncodeResult(const SceneResult& result)
     wire.U8(static_cast<uint8_t>(result.status));
     wire.U8(result.isTargetWritten);
     wire.U8(result.isFrameWritten);
-    PutMessages(wire, result.messages);
+    PutWireMessages(wire, result.messages);
     wire.U64(result.messagesLeftOut);
     wire.F64(result.seconds);
     wire.U64(result.peakKiB);
-    PutCounts(wire, result.counts);
+    PutWireCounts(wire, result.counts);
     wire.U8(result.hasSource);
-    PutStamp(wire, result.source);
-    PutStamp(wire, result.target);
-    PutStamp(wire, result.frame);
-    PutInputs(wire, result.inputs);
+    PutWireStamp(wire, result.source);
+    PutWireStamp(wire, result.target);
+    PutWireStamp(wire, result.frame);
+    PutWireInputs(wire, result.inputs);
     wire.Text(result.thumb);
     return wire.Bytes();
 }
@@ -213,9 +213,9 @@ bool DecodeResult(std::string_view message, SceneResult& resultOut)
     resultOut.peakKiB = wire.U64();
     resultOut.counts = TakeCounts(wire);
     resultOut.hasSource = wire.U8() != 0;
-    resultOut.source = TakeStamp(wire);
-    resultOut.target = TakeStamp(wire);
-    resultOut.frame = TakeStamp(wire);
+    resultOut.source = TakeWireStamp(wire);
+    resultOut.target = TakeWireStamp(wire);
+    resultOut.frame = TakeWireStamp(wire);
     resultOut.inputs = TakeInputs(wire);
     resultOut.thumb = wire.Text();
     return wire.IsAtEnd();

@@ -19,6 +19,7 @@
 namespace {
 
 constexpr double kMemoryInterval = 0.1;   // seconds between two looks at the workers' memory
+constexpr double kMostStartSeconds = 60;  // for the engine of a worker
 constexpr double kLongestWait = 0.25;     // seconds; the status line moves, the state is kept
 constexpr double kDecisionSeconds = 0.02; // scenes without a job are decided for so long at a time
 
@@ -219,6 +220,8 @@ void Supervisor::HandleWorker(WorkerProcess& worker)
     while (worker.arrived.Next(message)) {
         if (worker.isReady)
             TakeResult(worker, message);
+        else
+            worker.startedAt = ClockSeconds(); // the start of its engine is not the scene's fault
         worker.isReady = true;
     }
     if (worker.arrived.IsBroken())
@@ -252,7 +255,7 @@ void Supervisor::TakeEnd(WorkerProcess& worker)
     const bool wasReady = worker.isReady;
     SceneResult result = worker.Bury();
     worker.isBusy = false;
-    if (!wasReady && result.status != SceneStatus::kTimedOut && !isKilled) {
+    if (!wasReady && !isKilled) {
         isBroken = true;
         error = "a worker cannot start: " + WhyEnded(result);
         return;
@@ -290,7 +293,8 @@ void Supervisor::WatchLimits(double now)
     for (const auto& worker : workers) {
         if (!worker->isBusy)
             continue;
-        if (options.timeoutSeconds > 0 && now - worker->startedAt > options.timeoutSeconds)
+        const double limit = worker->isReady ? options.timeoutSeconds : kMostStartSeconds;
+        if (limit > 0 && now - worker->startedAt > limit)
             worker->Kill(WorkerEnd::kTimeout);
         else if (looksAtMemory && MemoryOfProcess(worker->Id()) > options.memoryBytes)
             worker->Kill(WorkerEnd::kMemory);

@@ -155,7 +155,7 @@ TEST_F(BatchOutput, FullDisksAreToldAndLeaveNoLitter)
     EXPECT_THAT(state.err, HasSubstr("qsbatch: the state"));
 }
 
-TEST_F(BatchOutput, CheckReadsTargetsWithThePicturesOfTheSource)
+TEST_F(BatchOutput, CheckOfASoundTargetSaysNothing)
 {
     scratch.Write("in/a.qsa", WallScene("p.tga"));
     scratch.Write("in/p.tga", ColorPicture(1));
