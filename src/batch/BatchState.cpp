@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,22 +15,6 @@
 #include "platform/headless/win32/HostPath.h"
 
 namespace {
-
-/// A file that was changed within this time before it was read may change once more without another time:
-/// the clock of file systems is coarse. Its content decides.
-constexpr int64_t kTimeStepNs = 20000000;
-
-int64_t NowNs()
-{
-    timespec now;
-    clock_gettime(CLOCK_REALTIME, &now);
-    return int64_t{now.tv_sec} * 1000000000 + now.tv_nsec;
-}
-
-int64_t StoredTime(const FileStamp& stamp)
-{
-    return NowNs() - stamp.changedNs < kTimeStepNs ? -1 : stamp.changedNs;
-}
 
 std::string_view BytesOf(const ContentHash& hash)
 {
@@ -54,10 +37,10 @@ FileStamp StampFrom(StateStatement& row, int column)
     return stamp;
 }
 
-void PutStamp(StateStatement& statement, int place, const FileStamp& stamp, int64_t time)
+void PutStamp(StateStatement& statement, int place, const FileStamp& stamp)
 {
     statement.Put(place, static_cast<int64_t>(stamp.sizeBytes));
-    statement.Put(place + 1, time);
+    statement.Put(place + 1, stamp.changedNs);
     statement.PutBytes(place + 2, BytesOf(stamp.hash));
 }
 
@@ -202,6 +185,7 @@ bool BatchState::IsSourceCurrent(const SceneEntry& entry, std::string& whyOut)
     if (!options.rehash && entry.Stamp().HasSizeAndTimeOf(known))
         return true;
     FileStamp now;
+    const int64_t readAt = FileClockNs();
     const bool isSame = entry.sizeBytes == known.sizeBytes &&
                         StampOfFile(AT_FDCWD, entry.path.c_str(), now) && now.hash == known.hash;
     if (!isSame) {
@@ -209,7 +193,7 @@ bool BatchState::IsSourceCurrent(const SceneEntry& entry, std::string& whyOut)
         return false;
     }
     Begin();
-    renewSource.PutBytes(1, KeyOf(entry)).Put(2, StoredTime(now));
+    renewSource.PutBytes(1, KeyOf(entry)).Put(2, DependableTime(now, readAt));
     renewSource.Run();
     return true;
 }
@@ -293,11 +277,12 @@ bool BatchState::CompareInput(int64_t id, const KnownInput& known)
     FileStamp now = StampOf(info);
     if (!options.rehash && now.HasSizeAndTimeOf(known.stamp))
         return true;
+    const int64_t readAt = FileClockNs();
     if (now.sizeBytes != known.stamp.sizeBytes || !StampOfFile(AT_FDCWD, path.c_str(), now) ||
         now.hash != known.stamp.hash)
         return false;
     Begin();
-    renewInput.Put(1, id).Put(2, StoredTime(now));
+    renewInput.Put(1, id).Put(2, DependableTime(now, readAt));
     renewInput.Run();
     return true;
 }
@@ -340,7 +325,7 @@ int64_t BatchState::IdOfInput(const SceneInput& input)
         return known->second.id;
     addInput.PutBytes(1, input.path);
     if (input.isThere) {
-        PutStamp(addInput, 2, input.stamp, StoredTime(input.stamp));
+        PutStamp(addInput, 2, input.stamp);
     } else {
         addInput.PutNothing(2).PutNothing(3).PutNothing(4);
     }
@@ -375,16 +360,16 @@ void BatchState::Store(const SceneEntry& entry, const SceneJob& job, const Scene
         const std::string inputs = PackInputs(result.inputs);
         const std::string target = AbsolutePath(job.target);
         storeScene.PutBytes(1, key).Put(2, static_cast<int64_t>(result.status));
-        PutStamp(storeScene, 3, result.source, StoredTime(result.source));
+        PutStamp(storeScene, 3, result.source);
         storeScene.PutBytes(6, inputs).PutBytes(7, target).PutBytes(8, targetKey);
-        PutStamp(storeScene, 9, result.target, result.target.changedNs);
+        PutStamp(storeScene, 9, result.target);
         storeScene.Run();
     }
     if (!job.draws)
         return;
     const std::string frame = job.frame.empty() ? "" : AbsolutePath(job.frame);
     storeFrame.PutBytes(1, key).PutBytes(2, frame).PutBytes(3, frameKey);
-    PutStamp(storeFrame, 4, result.frame, result.frame.changedNs);
+    PutStamp(storeFrame, 4, result.frame);
     storeFrame.PutBytes(7, result.thumb);
     storeFrame.Run();
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -58,6 +59,19 @@ std::string HashText(const ContentHash& hash)
         text += kDigits[byte & 15];
     }
     return text;
+}
+
+int64_t FileClockNs()
+{
+    timespec now;
+    clock_gettime(CLOCK_REALTIME, &now);
+    return int64_t{now.tv_sec} * 1000000000 + now.tv_nsec;
+}
+
+int64_t DependableTime(const FileStamp& stamp, int64_t readAtNs)
+{
+    constexpr int64_t kCoarsestStepNs = 20000000;
+    return readAtNs - stamp.changedNs < kCoarsestStepNs ? -1 : stamp.changedNs;
 }
 
 FileStamp StampOf(const struct stat& info)

@@ -28,6 +28,13 @@ struct FileStamp {
     }
 };
 
+/// The time now, as files have it.
+int64_t FileClockNs();
+
+/// The time of a file that was read from `readAtNs` on; -1, which no file has, if it was changed so short before
+/// that it may change once more without another time: the clock of file systems is coarse.
+int64_t DependableTime(const FileStamp& stamp, int64_t readAtNs);
+
 struct stat;
 /// Size and time; the hash stays 0.
 FileStamp StampOf(const struct stat& info);

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kThumbWidth = 160;
 constexpr int kThumbHeight = 120;
-constexpr int kThumbQuality = 80;
+constexpr int kThumbQuality = 70;
 
 /// The mean of the pixels of a rectangle that is not empty.
 uint32_t MeanColor(const DrawnFrame& frame, int left, int top, int right, int bottom)

@@ -73,7 +73,7 @@ void InputRecorder::Note(const char* path, const struct stat* found)
     seen.push_back({std::move(whole), found != nullptr, found ? *found : (struct stat){}});
 }
 
-bool InputRecorder::Describe(const LookedUp& looked, SceneInput& inputOut)
+bool InputRecorder::Describe(const LookedUp& looked, SceneInput& inputOut) const
 {
     inputOut.path = looked.path;
     inputOut.isThere = looked.isThere;
@@ -84,7 +84,10 @@ bool InputRecorder::Describe(const LookedUp& looked, SceneInput& inputOut)
         return !isThere || access(path.c_str(), R_OK) != 0;
     if (!S_ISREG(looked.info.st_mode)) // a pipe or a device has no content to compare
         return true;
-    return isThere && IsSameFile(looked.info, now) && ContentOf(path, now, inputOut.stamp);
+    if (!isThere || !IsSameFile(looked.info, now) || !ContentOf(path, now, inputOut.stamp))
+        return false;
+    inputOut.stamp.changedNs = DependableTime(inputOut.stamp, startedAtNs);
+    return true;
 }
 
 bool InputRecorder::Finish(std::vector<SceneInput>& inputsOut)

@@ -31,11 +31,12 @@ private:
         struct stat info; ///< at the first look; valid if it was there
     };
     void Note(const char* path, const struct stat* found);
-    static bool Describe(const LookedUp& seen, SceneInput& inputOut);
+    bool Describe(const LookedUp& looked, SceneInput& inputOut) const;
 
     std::string directory; ///< ends in a separator
     std::string sourceLeaf;
     std::vector<LookedUp> seen;
     std::unordered_map<std::string, size_t> places; ///< in `seen`, by path
+    int64_t startedAtNs = FileClockNs();
     bool isPaused = false;
 };

@@ -55,6 +55,7 @@ SceneConverter::SceneConverter(const WorkerSetup& setupIn)
 SceneResult SceneConverter::Convert(const SceneJob& job)
 {
     const double began = SecondsNow();
+    const int64_t readAt = FileClockNs();
     ResetPeakMemory();
     SceneResult made;
     // A source or a picture that changes under the reader is read once more.
@@ -62,6 +63,7 @@ SceneResult SceneConverter::Convert(const SceneJob& job)
         made.status = SceneStatus::kFailed;
         made.messages.push_back(OwnMessage(kCodeSourceChanged));
     }
+    made.source.changedNs = DependableTime(made.source, readAt);
     made.seconds = SecondsNow() - began;
     made.peakKiB = PeakMemoryKiB();
     return made;

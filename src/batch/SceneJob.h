@@ -81,9 +81,9 @@ struct SceneResult {
     uint64_t peakKiB = 0;
     SceneObjectCounts counts;
     bool hasSource = false; ///< whether the stamp of the source is known
-    FileStamp source;
-    FileStamp target; ///< if it was written
-    FileStamp frame;  ///< if it was written
+    FileStamp source;       ///< with a `DependableTime`, as those of the inputs
+    FileStamp target;       ///< if it was written
+    FileStamp frame;        ///< if it was written
     std::vector<SceneInput> inputs;
     std::string thumb; ///< a JPEG picture of at most 160 x 120
 

@@ -102,8 +102,11 @@ TEST_F(BatchIsolation, EveryOrderGivesTheSameFiles)
         for (const std::string& path : paths)
             list += path + "\n";
         scratch.Write("list", list);
-        return Batch({"--from-file", "list", "--out", out, "--frames", out + "/frames",
-                      "--frame-size", "64x48", "-j", "1", "--journal", out + ".jsonl", "-q"});
+        std::vector<std::string> run = {"--from-file", "list", "--out",     out,           "-j",
+                                        "1",           "-q",   "--journal", out + ".jsonl"};
+        if (out != "o4") // the last order draws nothing
+            run.insert(run.end(), {"--frames", out + "/frames", "--frame-size", "64x48"});
+        return Batch(run);
     };
     std::map<std::string, std::string> bytes;
     std::map<std::string, std::vector<std::string>> logs;

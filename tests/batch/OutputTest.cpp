@@ -155,6 +155,20 @@ TEST_F(BatchOutput, FullDisksAreToldAndLeaveNoLitter)
     EXPECT_THAT(state.err, HasSubstr("qsbatch: the state"));
 }
 
+// The frame comes after the target, except in a strict run.
+TEST_F(BatchOutput, FrameThatCannotBeKeptFailsTheScene)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    scratch.Write("f", "a file in the way");
+    const ProgramRun run = Batch({"in", "--out", "o", "--frames", "f", "--journal", "j"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, HasSubstr("in/a.qsa: the frame cannot be written: Not a directory\n"));
+    EXPECT_THAT(scratch.Read("j"), HasSubstr("\"status\":\"failed\",\"target_written\":true"));
+    EXPECT_TRUE(scratch.Has("o/a.qsb"));
+    EXPECT_EQ(Batch({"in", "--out", "p", "--frames", "f", "--strict"}).status, 1);
+    EXPECT_THAT(FilesBelow("p"), ElementsAre(".qsbatch-state"));
+}
+
 TEST_F(BatchOutput, CheckOfASoundTargetSaysNothing)
 {
     scratch.Write("in/a.qsa", WallScene("p.tga"));
