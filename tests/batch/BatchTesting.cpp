@@ -24,8 +24,20 @@ std::string WallScene(const std::string& picture, int extraFaces)
     for (int i = 0; i < extraFaces; ++i)
         faces += "*MESH_FACE " + std::to_string(i + 2) +
                  ": A: 1 B: 1 C: 2 *MESH_SMOOTHING 1 *MESH_MTLID 0\n";
-    const std::string map =
-        picture.empty() ? "" : "*MAP_DIFFUSE { *BITMAP \"" + picture + "\" *MAP_AMOUNT 1 }\n";
+    std::string map;
+    std::string textureFaces;
+    if (!picture.empty()) {
+        map = "*MAP_DIFFUSE { *BITMAP \"" + picture +
+              "\" *MAP_AMOUNT 1 *UVW_TILE_U \"Tile\" *UVW_TILE_V \"Tile\" }\n";
+        textureFaces =
+            "*MESH_NUMTVERTEX 4 *MESH_TVERTLIST { *MESH_TVERT 0 0 0 0 *MESH_TVERT 1 1 0 0 "
+            "*MESH_TVERT 2 1 1 0 *MESH_TVERT 3 0 1 0 }\n*MESH_NUMTVFACES " +
+            std::to_string(extraFaces + 2) +
+            " *MESH_TFACELIST { *MESH_TFACE 0 0 1 2 *MESH_TFACE 1 0 2 3\n";
+        for (int i = 0; i < extraFaces; ++i)
+            textureFaces += "*MESH_TFACE " + std::to_string(i + 2) + " 1 1 2\n";
+        textureFaces += "}\n";
+    }
     return "*3DSMAX_QSAEXPORT 211\n*SCENE { }\n*MATERIAL_LIST { *MATERIAL_COUNT 1\n"
            "*MATERIAL 0 { *MATERIAL_NAME \"m\" *MATERIAL_TWOSIDED 1\n" +
            map +
@@ -33,7 +45,7 @@ std::string WallScene(const std::string& picture, int extraFaces)
            std::to_string(extraFaces + 2) +
            "\n*MESH_VERTEX_LIST { *MESH_VERTEX 0 -10 0 -10 *MESH_VERTEX 1 10 0 -10 "
            "*MESH_VERTEX 2 10 0 10 *MESH_VERTEX 3 -10 0 10 }\n*MESH_FACE_LIST { " +
-           faces + "} }\n*MATERIAL_REF 0 }\n";
+           faces + "}\n" + textureFaces + "}\n*MATERIAL_REF 0 }\n";
 }
 
 std::string ColorPicture(unsigned color)
@@ -41,10 +53,12 @@ std::string ColorPicture(unsigned color)
     std::string file(18, '\0');
     file[2] = 2; // true colour
     file[12] = file[14] = 8;
-    file[16] = 24;
+    file[16] = 32;
+    file[17] = 8; // bits of alpha
     for (int i = 0; i < 64; ++i) {
         for (int shift = 0; shift < 24; shift += 8)
             file += static_cast<char>(color >> shift & 0xFF);
+        file += static_cast<char>(0x99);
     }
     return file;
 }

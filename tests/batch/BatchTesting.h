@@ -25,7 +25,8 @@ std::string HelperScene(const std::string& name);
 /// A wall of two triangles with a picture; `extraFaces` triangles without area give as many warnings.
 std::string WallScene(const std::string& picture, int extraFaces = 0);
 
-/// A picture of one colour, 0xRRGGBB, of 8 by 8 pixels: all have the same size in bytes.
+/// A picture of one colour, 0xRRGGBB, of 8 by 8 pixels: all have the same size in bytes. Its alpha shows what
+/// a device keeps from the frame before.
 std::string ColorPicture(unsigned color);
 
 /// A scene of a text that no reader accepts: its vertices are not in order.
