@@ -84,7 +84,7 @@ private:
         void* data = nullptr;
         Check(vertices->Lock(0, 0, &data, 0), "Lock");
         auto* out = static_cast<Vertex*>(data);
-        std::uint32_t noise = 1;
+        uint32_t noise = 1;
         const auto random = [&noise](float most) {
             noise = noise * 1664525 + 1013904223;
             return static_cast<float>(noise >> 8) * most / 16777216.0f;
@@ -175,7 +175,7 @@ void TwoTexturesBlended(benchmark::State& state)
     Run(state, scene);
 }
 
-void VertexColours(benchmark::State& state)
+void VertexColors(benchmark::State& state)
 {
     Scene scene;
     scene.Device()->SetRenderState(D3DRS_ZFUNC, D3DCMP_ALWAYS);
@@ -187,6 +187,6 @@ void VertexColours(benchmark::State& state)
 BENCHMARK(TwoTextures)->Unit(benchmark::kMillisecond);
 BENCHMARK(TwoTexturesInFront)->Unit(benchmark::kMillisecond);
 BENCHMARK(TwoTexturesBlended)->Unit(benchmark::kMillisecond);
-BENCHMARK(VertexColours)->Unit(benchmark::kMillisecond);
+BENCHMARK(VertexColors)->Unit(benchmark::kMillisecond);
 
 } // namespace

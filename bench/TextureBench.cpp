@@ -30,30 +30,30 @@ using Seconds = std::chrono::duration<double>;
 }
 
 // A picture that compresses neither completely nor not at all: slopes with some noise.
-std::vector<std::uint32_t> TestPicture()
+std::vector<uint32_t> TestPicture()
 {
-    std::vector<std::uint32_t> pixels(std::size_t{kSide} * kSide);
-    std::uint32_t noise = 12345;
+    std::vector<uint32_t> pixels(size_t{kSide} * kSide);
+    uint32_t noise = 12345;
     for (UINT y = 0; y < kSide; ++y) {
         for (UINT x = 0; x < kSide; ++x) {
             noise = noise * 1664525 + 1013904223;
-            const std::uint32_t grain = noise >> 29;
-            pixels[std::size_t{y} * kSide + x] =
+            const uint32_t grain = noise >> 29;
+            pixels[size_t{y} * kSide + x] =
                 0xFF000000 | ((x >> 3) + grain) << 16 | ((y >> 3) & 0xFF) << 8 | (x + y) >> 4;
         }
     }
     return pixels;
 }
 
-void Put(std::vector<std::uint8_t>& bytes, std::size_t offset, std::uint32_t value)
+void Put(std::vector<uint8_t>& bytes, size_t offset, uint32_t value)
 {
     std::memcpy(&bytes[offset], &value, 4);
 }
 
 // A DXT5 file of one level; its contents do not affect the time.
-std::vector<std::uint8_t> DdsBytes()
+std::vector<uint8_t> DdsBytes()
 {
-    std::vector<std::uint8_t> bytes(128 + std::size_t{kSide} * kSide, 0x5A);
+    std::vector<uint8_t> bytes(128 + size_t{kSide} * kSide, 0x5A);
     std::memset(bytes.data(), 0, 128);
     std::memcpy(bytes.data(), "DDS ", 4);
     std::memcpy(&bytes[84], "DXT5", 4);
@@ -79,7 +79,7 @@ public:
         std::string error;
         if (!WritePngFile(Png().c_str(), kSide, kSide, TestPicture().data(), false, error))
             Fail(error.c_str());
-        const std::vector<std::uint8_t> dds = DdsBytes();
+        const std::vector<uint8_t> dds = DdsBytes();
         FILE* stream = std::fopen(Dds().c_str(), "wb");
         if (!stream || std::fwrite(dds.data(), 1, dds.size(), stream) != dds.size())
             Fail("the DDS file cannot be written");
@@ -144,7 +144,7 @@ void DecodeBare(const std::string& path)
     if (!png_image_begin_read_from_file(&image, path.c_str()))
         Fail(image.message);
     image.format = PNG_FORMAT_BGRA;
-    std::vector<std::uint8_t> pixels(PNG_IMAGE_SIZE(image));
+    std::vector<uint8_t> pixels(PNG_IMAGE_SIZE(image));
     if (!png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr))
         Fail(image.message);
     benchmark::DoNotOptimize(pixels.data());

@@ -1,9 +1,9 @@
-# Packages of the system that are headers only. A cross compiler must not see /usr/include, which is the
-# builder's: each package is linked into a folder of the build, and that is the include path on all hosts.
+# System packages that consist of headers only. A cross compiler must not see /usr/include, which is the
+# build machine's: each package is symlinked into a build folder, which is the include path on all hosts.
 set(header_package_folder ${CMAKE_BINARY_DIR}/packages/include)
 
-# qsa_header_package(TARGET HEADER PACKAGE) makes the library TARGET, whose users include <HEADER> and its
-# neighbours from the Debian package PACKAGE.
+# qsa_header_package(TARGET HEADER PACKAGE) makes the library TARGET, whose users include <HEADER> and
+# related headers from the Debian package PACKAGE.
 function(qsa_header_package target header package)
     find_path(${target}_folder ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
     if(NOT ${target}_folder)

@@ -1,10 +1,10 @@
 # Compiler and linker flags of the instrumented presets.
 if(QSA_INSTRUMENT STREQUAL "asan")
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    # One build serves the tests and the fuzz targets, whose driver follows what the inputs reach in src.
+    # One build serves the tests and the fuzz targets, whose driver tracks the coverage of src.
     set(QSA_SOURCE_INSTRUMENTS -fsanitize=fuzzer-no-link)
     add_link_options(-fsanitize=address,undefined)
-    add_compile_definitions(__SANITIZE_ADDRESS__) # as g++ has it; clang tells by a feature test
+    add_compile_definitions(__SANITIZE_ADDRESS__) # as g++ defines it; clang only has a feature test
     # Line numbers are enough for a report, and more optimisation doubles the compile time.
     set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -gline-tables-only")
 elseif(QSA_INSTRUMENT STREQUAL "coverage")

@@ -46,8 +46,8 @@ if(TARGET qsbatch)
     qsa_package(qsbatch)
 endif()
 
-# Documents for users; those about the sources stay with the sources. Conversions leave files beside the
-# examples, so the patterns name what belongs in.
+# User documents only, not those about the sources. Conversions leave files next to the
+# examples, so the patterns list what to install.
 install(DIRECTORY docs/ DESTINATION ${document_folder} FILES_MATCHING PATTERN "*.md" PATTERN "*.png"
     PATTERN "*.schema.json" PATTERN architecture.md EXCLUDE PATTERN extending.md EXCLUDE PATTERN packaging.md EXCLUDE
     PATTERN testing.md EXCLUDE PATTERN where.md EXCLUDE PATTERN README.md EXCLUDE)

@@ -24,7 +24,7 @@ static void AskForValues(ConfigFileReader& reader, int32_t entry)
     }
 }
 
-static void ReadAll(ConfigFileReader& reader, const std::uint8_t* data, std::size_t size)
+static void ReadAll(ConfigFileReader& reader, const uint8_t* data, size_t size)
 {
     if (reader.LoadContent("fuzz.cfg", data, static_cast<int32_t>(size), true) != kTextFileOk)
         return;
@@ -46,7 +46,7 @@ static void ReadAll(ConfigFileReader& reader, const std::uint8_t* data, std::siz
     reader.FindEntry("boat");
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     gLogEntries = kMaxLogEntries; // nothing is written
     ConfigFileReader reader;

@@ -9,10 +9,10 @@
 
 using namespace headless;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     // The magic word is fixed, so that no time is spent on finding it.
-    std::vector<std::uint8_t> bytes = {'D', 'D', 'S', ' '};
+    std::vector<uint8_t> bytes = {'D', 'D', 'S', ' '};
     bytes.insert(bytes.end(), data, data + size);
     DecodedImage image;
     if (FAILED(DecodeDds(bytes, false, image)))
@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::abort();
     for (UINT i = 0; i < image.info.MipLevels; ++i) {
         const ImageLevel& level = image.levels[i];
-        std::vector<std::uint32_t> pixels(std::size_t{level.width} * level.height);
+        std::vector<uint32_t> pixels(size_t{level.width} * level.height);
         if (!UnpackImage(*layout, level.width, level.height, level.bits, level.pitchBytes,
                          pixels.data()))
             std::abort();

@@ -16,18 +16,18 @@ using namespace headless;
 namespace {
 
 constexpr UINT kSide = 32;
-constexpr std::size_t kMaxSteps = 200; // keeps an input below a second
+constexpr size_t kMaxSteps = 200; // keeps an input below a second
 
 /// Returns the bytes of the input; zeros after its end.
 class Input {
 public:
-    Input(const std::uint8_t* bytes, std::size_t count) : next(bytes), left(count) {}
+    Input(const uint8_t* bytes, size_t count) : next(bytes), left(count) {}
 
     template <typename T>
     T Take()
     {
         T value = {};
-        const std::size_t count = std::min(left, sizeof value);
+        const size_t count = std::min(left, sizeof value);
         std::memcpy(&value, next, count);
         next += count;
         left -= count;
@@ -37,8 +37,8 @@ public:
     bool IsEmpty() const { return left == 0; }
 
 private:
-    const std::uint8_t* next;
-    std::size_t left;
+    const uint8_t* next;
+    size_t left;
 };
 
 /// One device for all inputs, reset to its initial state for each.
@@ -90,43 +90,42 @@ void SetMatrix(Input& input, IDirect3DDevice9* device)
 {
     constexpr DWORD kTypes[] = {D3DTS_VIEW, D3DTS_PROJECTION, D3DTS_TEXTURE0, D3DTS_TEXTURE1, 256,
                                 257};
-    const auto type = static_cast<D3DTRANSFORMSTATETYPE>(kTypes[input.Take<std::uint8_t>() % 6]);
+    const auto type = static_cast<D3DTRANSFORMSTATETYPE>(kTypes[input.Take<uint8_t>() % 6]);
     const auto matrix = input.Take<D3DMATRIX>();
     device->SetTransform(type, &matrix);
 }
 
 void SetLight(Input& input, IDirect3DDevice9* device)
 {
-    const DWORD index = input.Take<std::uint8_t>() % 4u;
+    const DWORD index = input.Take<uint8_t>() % 4u;
     auto light = input.Take<D3DLIGHT9>();
-    light.Type = static_cast<D3DLIGHTTYPE>(input.Take<std::uint8_t>() % 5);
+    light.Type = static_cast<D3DLIGHTTYPE>(input.Take<uint8_t>() % 5);
     device->SetLight(index, &light);
     device->LightEnable(index, TRUE);
 }
 
 void SetArea(Input& input, IDirect3DDevice9* device)
 {
-    D3DVIEWPORT9 viewport = {input.Take<std::uint8_t>(), input.Take<std::uint8_t>(),
-                             input.Take<std::uint8_t>(), input.Take<std::uint8_t>(),
-                             input.Take<float>(),        input.Take<float>()};
+    D3DVIEWPORT9 viewport = {input.Take<uint8_t>(), input.Take<uint8_t>(), input.Take<uint8_t>(),
+                             input.Take<uint8_t>(), input.Take<float>(),   input.Take<float>()};
     device->SetViewport(&viewport);
     const auto scissor = input.Take<RECT>();
     device->SetScissorRect(&scissor);
     float plane[4] = {input.Take<float>(), input.Take<float>(), input.Take<float>(),
                       input.Take<float>()};
-    device->SetClipPlane(input.Take<std::uint8_t>() % 6u, plane);
+    device->SetClipPlane(input.Take<uint8_t>() % 6u, plane);
 }
 
 void Draw(Input& input, IDirect3DDevice9* device)
 {
-    const auto fvf = static_cast<DWORD>(input.Take<std::uint32_t>());
-    const auto type = static_cast<D3DPRIMITIVETYPE>(input.Take<std::uint8_t>() % 8);
-    const UINT count = input.Take<std::uint8_t>() % 16u;
-    const std::uint64_t vertices = VertexCountOf(type, count);
+    const auto fvf = static_cast<DWORD>(input.Take<uint32_t>());
+    const auto type = static_cast<D3DPRIMITIVETYPE>(input.Take<uint8_t>() % 8);
+    const UINT count = input.Take<uint8_t>() % 16u;
+    const uint64_t vertices = VertexCountOf(type, count);
     const UINT stride = std::max(VertexSize(fvf), 1u);
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(vertices) * stride + 1);
-    for (std::uint8_t& byte : bytes)
-        byte = input.Take<std::uint8_t>();
+    std::vector<uint8_t> bytes(static_cast<size_t>(vertices) * stride + 1);
+    for (uint8_t& byte : bytes)
+        byte = input.Take<uint8_t>();
     device->SetFVF(fvf);
     device->DrawPrimitiveUP(type, count, bytes.data(), stride);
     device->DrawIndexedPrimitiveUP(type, 0, static_cast<UINT>(vertices), std::min(count, 2u),
@@ -136,26 +135,26 @@ void Draw(Input& input, IDirect3DDevice9* device)
 void Step(Input& input, const Target& target)
 {
     IDirect3DDevice9* device = target.device;
-    switch (input.Take<std::uint8_t>() % 9) {
+    switch (input.Take<uint8_t>() % 9) {
     case 0:
         // Only small values have a meaning.
-        device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(input.Take<std::uint8_t>()),
-                               input.Take<std::uint8_t>());
+        device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(input.Take<uint8_t>()),
+                               input.Take<uint8_t>());
         break;
     case 1:
-        device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(input.Take<std::uint8_t>()),
-                               input.Take<std::uint32_t>());
+        device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(input.Take<uint8_t>()),
+                               input.Take<uint32_t>());
         break;
     case 2:
         device->SetTextureStageState(
-            input.Take<std::uint8_t>() % 3u,
-            static_cast<D3DTEXTURESTAGESTATETYPE>(input.Take<std::uint8_t>() % 33),
-            input.Take<std::uint32_t>() & 0x4013F);
+            input.Take<uint8_t>() % 3u,
+            static_cast<D3DTEXTURESTAGESTATETYPE>(input.Take<uint8_t>() % 33),
+            input.Take<uint32_t>() & 0x4013F);
         break;
     case 3:
-        device->SetSamplerState(input.Take<std::uint8_t>() % 3u,
-                                static_cast<D3DSAMPLERSTATETYPE>(input.Take<std::uint8_t>() % 14),
-                                input.Take<std::uint8_t>() % 7u);
+        device->SetSamplerState(input.Take<uint8_t>() % 3u,
+                                static_cast<D3DSAMPLERSTATETYPE>(input.Take<uint8_t>() % 14),
+                                input.Take<uint8_t>() % 7u);
         break;
     case 4:
         SetMatrix(input, device);
@@ -164,8 +163,7 @@ void Step(Input& input, const Target& target)
         SetLight(input, device);
         break;
     case 6:
-        device->SetTexture(input.Take<std::uint8_t>() % 3u,
-                           target.Texture(input.Take<std::uint8_t>()));
+        device->SetTexture(input.Take<uint8_t>() % 3u, target.Texture(input.Take<uint8_t>()));
         break;
     case 7:
         SetArea(input, device);
@@ -178,12 +176,12 @@ void Step(Input& input, const Target& target)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static Target target;
     target.Begin();
     Input input(data, size);
-    for (std::size_t step = 0; step < kMaxSteps && !input.IsEmpty(); ++step)
+    for (size_t step = 0; step < kMaxSteps && !input.IsEmpty(); ++step)
         Step(input, target);
     target.device->EndScene();
     return 0;

@@ -44,7 +44,7 @@ void Require(bool holds)
 void CheckError(ID3DXBuffer& errors)
 {
     const auto* text = static_cast<const char*>(errors.GetBufferPointer());
-    const std::size_t length = std::strlen(text);
+    const size_t length = std::strlen(text);
     Require(length + 1 == errors.GetBufferSize() && text[length - 1] == '\n');
     Require(std::strstr(text, "): error X") != nullptr);
 }
@@ -87,7 +87,7 @@ void UseTechniques(ID3DXEffect& effect)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static Device device;
     device.Get()->SetRenderState(D3DRS_CULLMODE, D3DCULL_CW);

@@ -12,17 +12,17 @@ using namespace headless;
 namespace {
 
 // Keeps one input below a second and the process within its memory; larger pictures are no different.
-constexpr std::uint64_t kMaxPixels = 4u << 20;
+constexpr uint64_t kMaxPixels = 4u << 20;
 
-std::uint32_t BigU32(const std::uint8_t* bytes)
+uint32_t BigU32(const uint8_t* bytes)
 {
     return bytes[0] * 0x1000000u + bytes[1] * 0x10000u + bytes[2] * 0x100u + bytes[3];
 }
 
-std::uint32_t Crc32(const std::uint8_t* bytes, std::size_t size)
+uint32_t Crc32(const uint8_t* bytes, size_t size)
 {
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (std::size_t i = 0; i < size; ++i) {
+    uint32_t crc = 0xFFFFFFFF;
+    for (size_t i = 0; i < size; ++i) {
         crc ^= bytes[i];
         for (int bit = 0; bit < 8; ++bit)
             crc = (crc & 1) != 0 ? crc >> 1 ^ 0xEDB88320u : crc >> 1;
@@ -32,28 +32,28 @@ std::uint32_t Crc32(const std::uint8_t* bytes, std::size_t size)
 
 // Nearly every change to a PNG file breaks a checksum and is refused for that alone. So the
 // checksums are corrected first.
-void MendChecksums(std::vector<std::uint8_t>& file)
+void MendChecksums(std::vector<uint8_t>& file)
 {
-    std::size_t at = 8; // of a chunk: length, name, data, checksum
+    size_t at = 8; // of a chunk: length, name, data, checksum
     while (file.size() - at >= 12 && BigU32(&file[at]) <= file.size() - at - 12) {
-        const std::size_t covered = BigU32(&file[at]) + std::size_t{4};
-        const std::uint32_t crc = Crc32(&file[at + 4], covered);
+        const size_t covered = BigU32(&file[at]) + size_t{4};
+        const uint32_t crc = Crc32(&file[at + 4], covered);
         for (int i = 0; i < 4; ++i)
             file[at + 4 + covered + static_cast<unsigned>(i)] =
-                static_cast<std::uint8_t>(crc >> (24 - 8 * i));
+                static_cast<uint8_t>(crc >> (24 - 8 * i));
         at += 8 + covered;
     }
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    std::vector<std::uint8_t> file(data, data + size);
+    std::vector<uint8_t> file(data, data + size);
     if (IsPng(file))
         MendChecksums(file);
     D3DXIMAGE_INFO info = {};
-    if (FAILED(ReadImageInfo(file, info)) || std::uint64_t{info.Width} * info.Height > kMaxPixels)
+    if (FAILED(ReadImageInfo(file, info)) || uint64_t{info.Width} * info.Height > kMaxPixels)
         return 0;
 
     DecodedImage image;
@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (image.info.Width != info.Width || image.info.Height != info.Height)
         std::abort();
     // Reads each byte that the decoder declares.
-    std::vector<std::uint32_t> pixels(std::size_t{info.Width} * info.Height);
+    std::vector<uint32_t> pixels(size_t{info.Width} * info.Height);
     const PixelFormat* layout = FindPixelFormat(image.format);
     if (!layout || !UnpackImage(*layout, info.Width, info.Height, image.levels[0].bits,
                                 image.levels[0].pitchBytes, pixels.data()))

@@ -69,7 +69,7 @@ int32_t Save(KRE_3dScene& scene, const std::string& path)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static const Stage stage;
     gLogEntries = kMaxLogEntries; // nothing is written

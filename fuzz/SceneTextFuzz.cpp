@@ -72,7 +72,7 @@ private:
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static Engine engine;
     std::FILE* file = std::fopen(engine.path, "wb");

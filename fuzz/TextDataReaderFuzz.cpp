@@ -13,12 +13,12 @@
 
 namespace {
 
-constexpr std::size_t kMaxOperations = 64;
+constexpr size_t kMaxOperations = 64;
 
 class Reader : public TextDataFileReader {
 public:
     /// Runs one operation and returns everything visible of it.
-    std::string Do(std::uint8_t operation)
+    std::string Do(uint8_t operation)
     {
         int32_t result = 0;
         std::string value;
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    int32_t Read(std::uint8_t operation, std::string* valueOut)
+    int32_t Read(uint8_t operation, std::string* valueOut)
     {
         TokenBuffer token = "";
         String text;
@@ -85,24 +85,24 @@ private:
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     gLogEntries = kMaxLogEntries; // nothing is written
-    const std::size_t operations = size < kMaxOperations ? size : kMaxOperations;
-    const std::size_t textSize = size - operations;
+    const size_t operations = size < kMaxOperations ? size : kMaxOperations;
+    const size_t textSize = size - operations;
     if (textSize == 0)
         return 0;
-    auto copy = std::make_unique<std::uint8_t[]>(textSize);
+    auto copy = std::make_unique<uint8_t[]>(textSize);
     std::memcpy(copy.get(), data + operations, textSize);
 
     Reader fromStream;
     fromStream.SetStream(FileStream(fmemopen(copy.get(), textSize, "rb")),
                          static_cast<int32_t>(textSize));
-    auto image = std::make_unique<std::uint8_t[]>(textSize);
+    auto image = std::make_unique<uint8_t[]>(textSize);
     std::memcpy(image.get(), copy.get(), textSize);
     Reader fromMemory;
     fromMemory.SetData(std::move(image), static_cast<int32_t>(textSize));
-    for (std::size_t i = 0; i < operations; ++i) {
+    for (size_t i = 0; i < operations; ++i) {
         if (fromMemory.Do(data[i]) != fromStream.Do(data[i]))
             std::abort();
     }

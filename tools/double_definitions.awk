@@ -1,5 +1,5 @@
-# Reads sources; prints each type and each function that two files define in the same namespace. One of
-# them alone compiles; together they break the one definition rule, and no linker says so if they are
+# Reads sources; prints each type and each function that two files define in the same namespace. Each
+# compiles alone; together they break the one definition rule, and no linker reports it if they are
 # inline.
 FNR == 1 { space = ""; hidden = 0 }
 /^namespace( [A-Za-z_:]+)? \{$/ {
@@ -21,8 +21,8 @@ FNR == 1 { space = ""; hidden = 0 }
     home[name] = FILENAME
 }
 
-# Functions at the left margin whose body follows. A declaration ends with a semicolon, a member has a
-# class in front of its name, and what is static or a template is no double.
+# Functions at the left margin followed by a body. A declaration ends with a semicolon, a member has a
+# class before its name, and static functions and templates do not count.
 pending != "" {
     if (/^\{$/) {
         if (pending in body && body[pending] != FILENAME)

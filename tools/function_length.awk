@@ -1,5 +1,5 @@
 # Prints function bodies that are too long. A body opens with a brace on a line of its own and closes
-# with one at the same indentation, as the layout has it. A flat switch may be long.
+# with one at the same indentation, as the layout requires. A flat switch may be long.
 FNR == 1 { depth = -1; why = 0 }
 /\/\/ Kept whole:/ { why = FNR }
 /^ *\{$/ && depth < 0 {

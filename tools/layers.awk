@@ -1,4 +1,4 @@
-# Reads tools/layers.txt and then lines of grep -n; prints each include that its folder may not make.
+# Reads tools/layers.txt and then lines of grep -n; prints each include that its folder must not have.
 BEGIN {
     while ((getline line < "tools/layers.txt") > 0) {
         if (line ~ /^#/ || line !~ /:/)

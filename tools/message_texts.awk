@@ -1,6 +1,6 @@
-# Prints FILE: TEXT for each literal of C++ sources that a person may read: it has words and a
-# blank, or it is the first argument of a call that reports. Adjacent literals are one; blanks around a text
-# are dropped, and a line end or a tab is one blank.
+# Prints FILE: TEXT for each literal of C++ sources that users may see: it has words and a
+# blank, or it is the first argument of a reporting call. Adjacent literals are joined; blanks around a text
+# are removed, and a line end or a tab counts as a blank.
 function flush(  bare) {
     if (!have)
         return

@@ -1,8 +1,8 @@
 # Sourced by ./run and ./test: finds out which Debian packages are missing and installs them.
 # Nothing here touches the network when everything is in place.
 
-# need_packages NAME...: installs what is missing, as root or through sudo. Where neither is there it
-# prints the exact line to run and gives 2.
+# need_packages NAME...: installs what is missing, as root or through sudo. Without either it
+# prints the exact command to run and returns 2.
 need_packages() {
     missing=$(missing_packages "$@")
     [ -n "$missing" ] || return 0
@@ -24,7 +24,7 @@ need_packages() {
     fi
 }
 
-# missing_packages NAME...: prints those that are not installed, each with a blank in front.
+# missing_packages NAME...: prints those that are not installed, each after a blank.
 missing_packages() {
     installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null)
     for name; do

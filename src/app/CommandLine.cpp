@@ -13,7 +13,7 @@ namespace {
 /// A token inside the command line, not copied.
 struct Token {
     const char* text;
-    std::size_t length;
+    size_t length;
 };
 
 /// The token at or after `text`; its text is null at the end of the line.
@@ -31,7 +31,7 @@ Token FirstToken(const char* commandLine)
     return NextToken(commandLine != nullptr ? commandLine : "");
 }
 
-bool StartsWith(const Token& token, const char* name, std::size_t nameLength)
+bool StartsWith(const Token& token, const char* name, size_t nameLength)
 {
     if (token.length < nameLength)
         return false;
@@ -43,7 +43,7 @@ bool StartsWith(const Token& token, const char* name, std::size_t nameLength)
 /// token or no separator after the name.
 Token FindValue(const char* commandLine, const char* name)
 {
-    const std::size_t nameLength = std::strlen(name);
+    const size_t nameLength = std::strlen(name);
     Token token = FirstToken(commandLine);
     while (token.text != nullptr && !StartsWith(token, name, nameLength))
         token = NextToken(token.text + token.length);
@@ -54,16 +54,16 @@ Token FindValue(const char* commandLine, const char* name)
     if (separator != ':' && separator != '=')
         return {nullptr, 0};
     // QUIRK: both lengths are bytes, so a token of 256 characters and more loses whole 256s.
-    const std::size_t tokenLength = token.length % 256;
-    const std::size_t valueStart = nameLength % 256 + 1;
+    const size_t tokenLength = token.length % 256;
+    const size_t valueStart = nameLength % 256 + 1;
     return {token.text + nameLength + 1, tokenLength > valueStart ? tokenLength - valueStart : 0};
 }
 
 /// 10 to the power of `exponent`; 0 beyond the largest power that a 32-bit number holds.
-std::uint32_t PowerOfTen(std::size_t exponent)
+uint32_t PowerOfTen(size_t exponent)
 {
-    static constexpr std::uint32_t kPowers[] = {1,      10,      100,      1000,      10000,
-                                                100000, 1000000, 10000000, 100000000, 1000000000};
+    static constexpr uint32_t kPowers[] = {1,      10,      100,      1000,      10000,
+                                           100000, 1000000, 10000000, 100000000, 1000000000};
     return exponent < std::size(kPowers) ? kPowers[exponent] : 0;
 }
 
@@ -90,7 +90,7 @@ const char* CmdGetToken(int index, const char* commandLine)
 
 int CmdHasSwitch(const char* commandLine, const char* name)
 {
-    const std::size_t nameLength = std::strlen(name);
+    const size_t nameLength = std::strlen(name);
     for (Token token = FirstToken(commandLine); token.text != nullptr;
          token = NextToken(token.text + token.length)) {
         if (token.length == nameLength && StartsWith(token, name, nameLength))
@@ -110,9 +110,9 @@ int CmdGetInt(const char* commandLine, const char* name, int* out)
         --value.length;
     }
     // Sums wrap around as 32-bit numbers do.
-    std::uint32_t sum = 0;
-    for (std::size_t i = 0; i < value.length; ++i) {
-        const auto digit = static_cast<std::uint8_t>(value.text[i] - '0');
+    uint32_t sum = 0;
+    for (size_t i = 0; i < value.length; ++i) {
+        const auto digit = static_cast<uint8_t>(value.text[i] - '0');
         sum += digit * PowerOfTen(value.length - 1 - i);
     }
     *out = static_cast<int>(isNegative ? 0 - sum : sum);
@@ -124,7 +124,7 @@ int CmdGetFloat(const char* commandLine, const char* name, float* out)
     const Token value = FindValue(commandLine, name);
     if (value.text == nullptr)
         return 0;
-    constexpr std::size_t kMaxCharacters = 31;
+    constexpr size_t kMaxCharacters = 31;
     const char* end = value.text + std::min(value.length, kMaxCharacters);
     *out = static_cast<float>(ParseDouble(value.text, end));
     return 1;

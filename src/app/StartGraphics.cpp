@@ -72,15 +72,15 @@ GraphicsSettings SettingsFromOptions()
     return settings;
 }
 
-void MakeEngine()
+void MakeEngine(const KRE_GfxRuntime& runtime)
 {
-    engine = std::make_unique<KRE_Gfx>();
+    engine = std::make_unique<KRE_Gfx>(runtime);
     gGfx = engine.get();
 }
 
-void StartGraphics(const GraphicsSettings& settings)
+void StartGraphics(const GraphicsSettings& settings, const KRE_GfxRuntime& runtime)
 {
-    MakeEngine();
+    MakeEngine(runtime);
     font = std::make_unique<KRE_Font>();
     gFont = font.get();
     D3DDISPLAYMODE mode = WantedMode(settings);

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "gfx/KRE_GfxRuntime.h"
+
 /// The engine's start-up settings.
 struct GraphicsSettings {
     HWND window = nullptr;
@@ -22,10 +24,11 @@ GraphicsSettings SettingsFromOptions();
 
 /// Creates the engine object `gGfx` without a device. `StartGraphics` calls it first. The object is
 /// owned here until `ShutdownGraphics`.
-void MakeEngine();
+void MakeEngine(const KRE_GfxRuntime& runtime = KRE_GfxRuntime::System());
 
 /// Creates the engine object `gGfx`, its device and the font `gFont`. Raises KRE_Error on failure.
-void StartGraphics(const GraphicsSettings& settings = SettingsFromOptions());
+void StartGraphics(const GraphicsSettings& settings = SettingsFromOptions(),
+                   const KRE_GfxRuntime& runtime = KRE_GfxRuntime::System());
 
 /// Frees the font, the device and the engine. May be called if nothing was started, and twice.
 void ShutdownGraphics();

@@ -14,9 +14,9 @@ int CompareNoCase(const char* left, const char* right)
     return FoldedByte(*left) - FoldedByte(*right);
 }
 
-int CompareNoCase(const char* left, const char* right, std::size_t count)
+int CompareNoCase(const char* left, const char* right, size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         const int difference = FoldedByte(left[i]) - FoldedByte(right[i]);
         if (difference != 0 || left[i] == 0)
             return difference;

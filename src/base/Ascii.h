@@ -22,4 +22,4 @@ constexpr char ToLowerAscii(char c)
 int CompareNoCase(const char* left, const char* right);
 
 /// The same for at most `count` characters; 0 if that many agree.
-int CompareNoCase(const char* left, const char* right, std::size_t count);
+int CompareNoCase(const char* left, const char* right, size_t count);

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "base/Ascii.h"
+#include "base/WithMemory.h"
 
 static constexpr int32_t kNameSize = 1024; // of an entry's name, terminator included
 
@@ -38,6 +39,14 @@ int32_t ConfigFileReader::LoadContent(const char* name, const void* bytes, int32
 }
 
 int32_t ConfigFileReader::IndexContent(bool withIndex)
+{
+    int32_t result = kTextFileCannotRead;
+    WithMemory([&] { result = BuildIndex(withIndex); },
+               [&] { Error("Out of memory for resource '%s'", fileName); });
+    return result;
+}
+
+int32_t ConfigFileReader::BuildIndex(bool withIndex)
 {
     if (withIndex) {
         const int32_t result = BuildLineIndex();

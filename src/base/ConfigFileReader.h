@@ -67,6 +67,7 @@ public:
 private:
     void Reset(const char* name);
     int32_t IndexContent(bool withIndex);
+    int32_t BuildIndex(bool withIndex);
     int32_t FindKeyInLines(const char* key, int32_t firstLine, int32_t number) const;
     int32_t CopyQuoted(int32_t line, int32_t offset, char* bufferOut, int32_t size) const;
     void FindEntries();

@@ -223,8 +223,9 @@ void DynaMem<T, N, kFlag>::MakeArrays() const
 {
     if (data)
         return;
+    HeapArray<int32_t> newOrder(capacity); // before `data`, which says that both are there
     data = HeapArray<std::unique_ptr<T>>(capacity);
-    order = HeapArray<int32_t>(capacity);
+    order = std::move(newOrder);
 }
 
 template <class T, int32_t N, int32_t kFlag>

@@ -7,7 +7,7 @@
 
 LoadInHand gLoadInHand;
 
-bool DescribeLoad(const char* message, char* textOut, std::size_t size)
+bool DescribeLoad(const char* message, char* textOut, size_t size)
 {
     const char* file = gLoadInHand.file;
     if (!file || std::strstr(message, file))

@@ -31,4 +31,4 @@ private:
 
 /// The text of the `Warning` that must precede an error's message. False if there is none: nothing is
 /// being loaded, or the message names the file itself.
-bool DescribeLoad(const char* message, char* textOut, std::size_t size);
+bool DescribeLoad(const char* message, char* textOut, size_t size);

@@ -9,6 +9,7 @@
 #include "base/FileStream.h"
 #include "base/FormatText.h"
 #include "base/String.h"
+#include "base/WithMemory.h"
 #include "platform/OpenFileStream.h"
 
 namespace {
@@ -99,6 +100,6 @@ void LogWrite(const char* format, ...)
     va_end(arguments);
     if (gLogSink)
         gLogSink(text);
-    else
-        WriteEntry(text);
+    else // errors tell of a lack of memory as well: an entry without room for its path is lost
+        WithMemory([&] { WriteEntry(text); }, [] {});
 }

@@ -33,10 +33,10 @@ void NameIndex::Clear()
 
 void NameIndex::Grow()
 {
-    const std::unique_ptr<Cell[]> old = std::move(cells);
     const uint32_t oldSize = size;
-    size = oldSize == 0 ? 16 : oldSize * 2;
-    cells = std::make_unique<Cell[]>(size);
+    const uint32_t newSize = oldSize == 0 ? 16 : oldSize * 2;
+    const std::unique_ptr<Cell[]> old = std::exchange(cells, std::make_unique<Cell[]>(newSize));
+    size = newSize;
     for (uint32_t i = 0; i < oldSize; ++i) {
         if (old[i].number >= 0)
             Place(old[i].hash, old[i].number);

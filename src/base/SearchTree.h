@@ -196,8 +196,10 @@ typename SearchTree<T>::DataEntry* SearchTree<T>::InsertHere(const char* name)
     // Entries are never taken out one by one, so slots run from 0 in order of insertion.
     const int32_t slot = entries->Add();
     DataEntry* entry = entries->GetSlot(slot);
-    if (!entry)
+    if (!entry) {
+        Error("Out of memory for resource '%s'", name);
         return nullptr;
+    }
     entry->name.Assign(name);
     index.Add(HashHere(name), slot);
     return entry;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kRegistryKey[] = "Software\\Fenwhistle\\QSAView";
 
-/// Reads one value; false, with an empty text, if there is no such key or value.
+/// Reads one value. Returns false and an empty text if there is no such key or value.
 bool ReadRegistryText(const char* name, char (&textOut)[1024])
 {
     textOut[0] = '\0';
@@ -23,8 +23,8 @@ bool ReadRegistryText(const char* name, char (&textOut)[1024])
     const LSTATUS result =
         RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(textOut), &size);
     RegCloseKey(key);
-    // A registry text need not end in a NUL. A text without room for it would be truncated, and would
-    // name another directory.
+    // A registry value need not end in a NUL. One that leaves no room for it would be truncated and
+    // would name another directory.
     const bool isCut =
         size >= sizeof textOut && (size > sizeof textOut || textOut[size - 1] != '\0');
     const bool isRead = result == ERROR_SUCCESS && !isCut;

@@ -2,5 +2,6 @@
 
 #include <windows.h>
 
-/// The name of a device result, such as "D3DERR_INVALIDCALL"; "Unknown" without one. Never null.
+/// The name of a device result, such as "D3DERR_INVALIDCALL"; "Unknown" for a result without a
+/// name. Never null.
 const char* DirectXErrorName(HRESULT result);

@@ -5,8 +5,8 @@
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_ShaderEffect.h"
 
-/// Makes one call that draws, unless drawing is switched off. A failure is an `Error` with the
-/// result's name in the place of the one %s of `failureText`.
+/// Makes one draw call, unless drawing is switched off. A failure is an `Error` with the result's
+/// name in place of the one %s of `failureText`.
 template <class Call>
 void DrawOnce(KRE_Gfx& gfx, const Call& call, const char* failureText)
 {
@@ -14,11 +14,11 @@ void DrawOnce(KRE_Gfx& gfx, const Call& call, const char* failureText)
         gfx.Check(call(), failureText);
 }
 
-/// Names what the device refuses to draw with, ahead of the error.
+/// Warns which state makes the device refuse the draw, before the error is raised.
 void WarnOfRefusedPass(KRE_Gfx& gfx, const KRE_ShaderEffect& effect, UINT pass,
                        const std::function<HRESULT()>& draw);
 
-/// As `DrawOnce` in each pass of an effect, or once without one.
+/// Calls `DrawOnce` in each pass of an effect, or once if `effect` is null.
 template <class Call>
 void DrawInPasses(KRE_Gfx& gfx, KRE_ShaderEffect* effect, const Call& call, const char* failureText)
 {

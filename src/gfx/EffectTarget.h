@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Textures of the screen's size, and of a quarter of both sides, that effects may name.
+/// Textures of the screen's size, and of a quarter of its width and height, that effects may name.
 inline constexpr int32_t kScreenBuffers = 2;
 inline constexpr int32_t kScreenQuarterBuffers = 3;
 

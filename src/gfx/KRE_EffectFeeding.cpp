@@ -1,4 +1,4 @@
-// What an effect is told before it draws: matrices, times, textures and lights.
+// Sets an effect's parameters before it draws: matrices, times, textures and lights.
 
 #include "gfx/KRE_EffectFeeding.h"
 
@@ -44,7 +44,7 @@ D3DXMATRIX InverseOf(const D3DXMATRIX& matrix)
     return inverse;
 }
 
-/// The lights that effects can take, in their order. Zeros stand behind the last one.
+/// The lights passed to an effect, in their order. Entries after the last one are zero.
 struct EffectLights {
     int32_t omniCount = 0;
     D3DXVECTOR4 omniPosition[kOmniLights];
@@ -58,7 +58,7 @@ struct EffectLights {
     D3DXVECTOR4 directionalSpecular[kDirectionalLights];
     D3DXVECTOR4 ambient;
 
-    /// A vector of D3DX begins with no value of its own.
+    /// The default constructor of a D3DX vector leaves it uninitialised.
     explicit EffectLights(const D3DXVECTOR4& ambientBase) : ambient(ambientBase)
     {
         const D3DXVECTOR4 zero(0.0f, 0.0f, 0.0f, 0.0f);
@@ -125,7 +125,7 @@ void KRE_EffectFeeding::Prepare(KRE_ShaderEffect& effect, const KRE_Mesh* mesh,
         UpdateLights(effect);
 }
 
-/// What the device has on a stage, null for none and for what is not known.
+/// The texture bound to a stage; null if there is none or it is not known.
 IDirect3DBaseTexture9* KRE_EffectFeeding::TextureOnStage(int32_t stage) const
 {
     if (stage < 0 || stage >= KRE_Gfx::kStages ||
@@ -209,7 +209,7 @@ void KRE_EffectFeeding::UpdateTextures(KRE_ShaderEffect& effect)
         SetResourceTexture(effect, i);
 }
 
-/// A texture that the effect names itself is kept in the catalogue, under a name that no scene uses.
+/// A texture named by the effect file is kept in the catalogue, under a name that no scene uses.
 void KRE_EffectFeeding::SetResourceTexture(KRE_ShaderEffect& effect, int32_t index)
 {
     const ShaderEffectData& data = *effect.data;
@@ -233,8 +233,9 @@ void KRE_EffectFeeding::SetResourceTexture(KRE_ShaderEffect& effect, int32_t ind
         effect.SetTextureParameter(data.resourceParams[index], texture->current);
 }
 
-/// QUIRK: with the cache the first user of an effect file sets the material's colours for all users
-/// within a frame. What counts on the cache draws such materials with files of their own.
+/// QUIRK: with the cache on, the first user of an effect file sets the material colours for all
+/// users within a frame. Programs that rely on the cache give such materials effect files of their
+/// own.
 void KRE_EffectFeeding::UpdateLights(KRE_ShaderEffect& effect)
 {
     ShaderEffectData& data = *effect.data;

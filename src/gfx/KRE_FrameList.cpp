@@ -23,7 +23,7 @@ std::string_view Trimmed(std::string_view text)
     return text;
 }
 
-/// Bytes of the line end at the start of `text`: CR and LF are one.
+/// Bytes of the line ending at the start of `text`; CR LF is one ending.
 size_t LineEndBytes(std::string_view text)
 {
     return text.substr(0, 2) == "\r\n" ? 2 : std::min<size_t>(text.size(), 1);

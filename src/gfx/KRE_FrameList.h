@@ -4,26 +4,27 @@
 #include <string_view>
 #include <vector>
 
-/// Frames in one list. As many pictures as the engine can hold; more are a mistake in a count.
+/// The most frames in one list: as many as the engine can hold pictures. More must be a mistake in
+/// a count.
 inline constexpr int32_t kMostFrames = 4096;
 
-/// A line of a frame list that holds something.
+/// A line of a frame list that is not blank.
 struct KRE_FrameLine {
-    std::string_view text; ///< without the blanks and control bytes at both ends
-    int32_t number = 0;    ///< in the file, from 1
+    std::string_view text; ///< trimmed of spaces and control bytes
+    int32_t number = 0;    ///< line number in the file, from 1
 };
 
-/// The lines of a frame list; blank ones are left out, but counted. Lines end at CR, LF or both. Any
-/// bytes are accepted. The results point into `text`.
+/// Splits a frame list into lines; blank ones are skipped, but counted. Lines end at CR, LF or
+/// both. Any bytes are accepted. The results point into `text`.
 std::vector<KRE_FrameLine> SplitFrameList(std::string_view text);
 
 /// A picture and how many frames in a row show it.
 struct KRE_FrameRun {
     std::string_view name;
-    int32_t count = 1; ///< 1 to kMostFrames + 1, which stands for all that is more
+    int32_t count = 1; ///< 1 to kMostFrames + 1, which means any larger count
 };
 
-/// Takes the last word of a trimmed line for the count, if it is digits behind a name and not 0; a
-/// line without one is a name as it stands. A name may end in such a word, so look for the whole line
-/// first.
+/// Reads the last word of a trimmed line as the count, if it follows a name, consists of digits and
+/// is not 0; otherwise the whole line is the name. A name may itself end in a number, so look for
+/// the whole line as a file first.
 KRE_FrameRun SplitFrameCount(std::string_view line);

@@ -16,9 +16,9 @@ void ProductColumn(const D3DXMATRIX& a, const D3DXMATRIX& b, int column, double 
 
 } // namespace
 
-/// A point is inside where, for its place (x, y, z, w) in clip space, each of -w <= x <= w,
-/// -w <= y <= w and 0 <= z <= w holds. Each of these is linear in the point of the world, so it is a
-/// plane there, whose coefficients are a sum of columns of the matrix.
+/// A point is inside if its clip-space position (x, y, z, w) satisfies -w <= x <= w, -w <= y <= w
+/// and 0 <= z <= w. Each inequality is linear in the world-space point, so it is a plane in world
+/// space, whose coefficients are a sum of columns of the matrix.
 void KRE_Frustum::Update(const D3DXMATRIX& view, const D3DXMATRIX& projection)
 {
     if (hasPlanes && view == ofView && projection == ofProjection)

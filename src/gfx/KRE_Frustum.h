@@ -4,16 +4,16 @@
 
 #include <d3dx9.h>
 
-/// The six planes of what a view and a projection show, in world space.
+/// The six planes of the view frustum, in world space.
 class KRE_Frustum {
 public:
     static constexpr int kPlanes = 6;
 
-    /// Takes the planes from the product of both matrices, unless they are those of the last call.
-    /// A plane that does not follow from them, as that of a projection without depth, has all
-    /// points on it.
+    /// Computes the planes from the product of both matrices, unless these are unchanged since the
+    /// last call. A plane that cannot be computed, as with a projection without depth, contains
+    /// every point.
     void Update(const D3DXMATRIX& view, const D3DXMATRIX& projection);
-    /// Signed distance of a point from plane `i`, in units of the world: above 0 is outside.
+    /// Signed distance of a point from plane `i`, in world units: above 0 is outside.
     double Distance(int i, const D3DXVECTOR3& point) const
     {
         const Plane& plane = planes[i];
@@ -22,15 +22,15 @@ public:
     }
 
 private:
-    /// Of length 1 and pointing outwards; in double precision, as the planes of a deep view are
-    /// nearly parallel to one another.
+    /// The normal has length 1 and points outwards. In double precision, because the planes of a
+    /// deep view are nearly parallel to one another.
     struct Plane {
         double normal[3]{};
         double offset = 0.0;
     };
 
     Plane planes[kPlanes];
-    bool hasPlanes = false; ///< the matrices begin as whatever lies in their memory
+    bool hasPlanes = false; ///< until then the matrices are uninitialised
     D3DXMATRIX ofView;
     D3DXMATRIX ofProjection;
 };

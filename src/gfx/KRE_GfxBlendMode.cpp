@@ -73,7 +73,7 @@ int32_t NextBlendValue(Alpha rule, int32_t current, int32_t value)
     return current;
 }
 
-/// The colour operations that belong to some of the modes.
+/// The colour operations that some of the modes need.
 void SetBlendColorOps(KRE_Gfx& gfx, int32_t mode, int32_t stage)
 {
     if (mode == kBlendReplaceWith || mode == kBlendSum) {

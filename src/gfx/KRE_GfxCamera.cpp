@@ -1,8 +1,8 @@
 #include "gfx/KRE_Gfx.h"
 #include "scene/KRE_Camera.h"
 
-// All three vectors are carried along as points, so that a pivot's translation moves the direction
-// and the up vector, too.
+// All three vectors are transformed as points, so a pivot's translation also moves the direction
+// and the up vector.
 void KRE_Gfx::SetCamera(const KRE_Camera& camera, const D3DXMATRIX* extraTM)
 {
     const D3DXMATRIX correction = camera.CorrectionTM(extraTM);

@@ -157,12 +157,12 @@ void KRE_Gfx::ReleaseTargetSurfaces()
 
 void KRE_Gfx::FreeDevice()
 {
-    sceneLoader.reset(); // may hold pictures of a load that an error has ended
+    sceneLoader.reset(); // may hold pictures of a load that an error aborted
     FreeDeviceObjects();
     d3d.Free();
 }
 
-/// Leaves the interface, from which another device can be made.
+/// Keeps the interface, from which another device can be created.
 void KRE_Gfx::FreeDeviceObjects()
 {
     effectPool.Free();

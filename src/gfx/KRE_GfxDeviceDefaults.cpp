@@ -24,15 +24,15 @@ constexpr KRE_LVertex kQuadCorners[] = {
     {1.0f, -1.0f, 0.0f, kWhite, kNoSpecular, 1.0f, 0.0f},
 };
 
-/// Writes all vertices of a list from an array of as many.
-template <class Vertex, std::size_t kCount>
+/// Writes all vertices of a list from an array of the same length.
+template <class Vertex, size_t kCount>
 void FillList(KRE_VertexListTemp<Vertex>& list, const Vertex (&vertices)[kCount])
 {
     std::copy_n(vertices, kCount, list.LockVertices(0, kCount, 0));
     list.Unlock();
 }
 
-/// Writes one vertex to all places of a list.
+/// Writes one vertex to every element of a list.
 template <class Vertex>
 void RepeatInList(KRE_VertexListTemp<Vertex>& list, const Vertex& vertex)
 {
@@ -47,7 +47,7 @@ void KRE_Gfx::SetDeviceDefaults()
     ResetStateCache();
     SetFillMode(D3DFILL_SOLID, nullptr);
     SetZEnable(zBits > 0 ? D3DZB_TRUE : D3DZB_FALSE);
-    // The device fills in a size of 0; where it does not, it is the client area's.
+    // The device replaces a size of 0; if it does not, use the client area's size.
     if (presentParams.BackBufferWidth == 0 || presentParams.BackBufferHeight == 0) {
         presentParams.BackBufferWidth = static_cast<UINT>(clientRect.right - clientRect.left);
         presentParams.BackBufferHeight = static_cast<UINT>(clientRect.bottom - clientRect.top);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_EffectFeeding.h"
 #include "gfx/KRE_ShaderEffect.h"
@@ -33,6 +34,15 @@ static ComPointer<ID3DXEffect> CompileEffect(KRE_Gfx& gfx, const char* file, boo
 
 int32_t KRE_Gfx::LoadEffect(KRE_ShaderEffect* effect, const char* file, bool usePool, DWORD flags,
                             bool fatalIfMissing)
+{
+    int32_t loaded = 0;
+    WithMemory([&] { loaded = LoadEffectFile(effect, file, usePool, flags, fatalIfMissing); },
+               [&] { Error("Out of memory for resource '%s'", file); });
+    return loaded;
+}
+
+int32_t KRE_Gfx::LoadEffectFile(KRE_ShaderEffect* effect, const char* file, bool usePool,
+                                DWORD flags, bool fatalIfMissing)
 {
     effect->Free();
     effect->gfx = this;
@@ -101,7 +111,7 @@ void KRE_Gfx::UpdateEffectLights(KRE_ShaderEffect& effect)
     effectFeeding->UpdateLights(effect);
 }
 
-// The kinds of targets that name a buffer are those of `GetScreenBufferTexture`.
+// The target kinds that name a buffer have the values of `GetScreenBufferTexture`'s kinds.
 static_assert(static_cast<int32_t>(EffectTargetKind::kScreenQuarterBuffer) ==
               KRE_Gfx::kQuarterBuffer);
 static_assert(static_cast<int32_t>(EffectTargetKind::kScreenBuffer) == KRE_Gfx::kFullBuffer);

@@ -4,7 +4,7 @@ void KRE_Gfx::SetFog(const KRE_FogRecord& record)
 {
     fog = record;
     SetRenderState(D3DRS_FOGCOLOR, fog.color);
-    // QUIRK: the flag picks the state of the other kind; scenes set it for fog by range.
+    // QUIRK: the flag selects the other kind of fog; scenes set it for range-based fog.
     if (fog.tableFlag) {
         SetRenderState(D3DRS_FOGVERTEXMODE, static_cast<DWORD>(fog.mode));
         SetRenderState(D3DRS_RANGEFOGENABLE, DWORD{1});

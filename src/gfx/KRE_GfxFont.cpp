@@ -9,9 +9,9 @@ namespace {
 
 constexpr int32_t kSheetWidth = 128;
 constexpr int32_t kSheetHeight = 32;
-constexpr int32_t kCellSide = kFontGlyphSide + 1; // a free row and column against the neighbour
+constexpr int32_t kCellSide = kFontGlyphSide + 1; // an empty row and column between neighbours
 constexpr int32_t kCellsInRow = 21;
-constexpr int32_t kLastBlankGlyph = 91; // the brace behind the small letters
+constexpr int32_t kLastBlankGlyph = 91; // the brace after the lower-case letters
 constexpr int32_t kLastChar = 0x7F;
 constexpr D3DCOLOR kOpaque = 0xFF000000;
 
@@ -30,7 +30,7 @@ float ChannelOf(D3DCOLOR color, int32_t shift)
 /// The colour of a letter's pixel: it fades from the letter's top left corner to the bottom right.
 D3DCOLOR FadedColor(int32_t row, int32_t column, D3DCOLOR first, D3DCOLOR second)
 {
-    const float distance = static_cast<float>(row * row + column * column) * 0.03125f; // of 32
+    const float distance = static_cast<float>(row * row + column * column) * 0.03125f; // 1 / 32
     const auto part = static_cast<float>(std::sqrt(static_cast<double>(distance)));
     D3DCOLOR color = kOpaque;
     for (int32_t shift : {16, 8, 0}) {
@@ -60,13 +60,13 @@ void KRE_Gfx::BuildFont(KRE_Font& font, D3DCOLOR first, D3DCOLOR second)
     const int32_t format =
         CheckFormat(D3DFMT_A8R8G8B8, kFormatOfTexture) ? D3DFMT_A8R8G8B8 : D3DFMT_A4R4G4B4;
     CreateTexture(font.texture.get(), kSheetWidth, kSheetHeight, kCreateTextureManaged, format, 1);
-    font.texture->Fill(0); // and locks it
+    font.texture->Fill(0); // also locks it
     for (int32_t glyph = 0; glyph < kFontGlyphCount; ++glyph) {
         font.glyphRects[glyph] = CellOf(glyph);
         PaintGlyph(*font.texture, font.glyphRects[glyph], kFontGlyphs[glyph], first, second);
     }
     font.texture->Unlock();
-    // There are no small letters: they and what stands between are blanks.
+    // There are no lower-case letters: they and the characters around them are blank.
     for (int32_t glyph = kFontGlyphCount; glyph <= kLastBlankGlyph; ++glyph)
         font.glyphRects[glyph] = CellOf(0);
     for (int32_t glyph = 0; glyph < KRE_Font::kGlyphs; ++glyph)

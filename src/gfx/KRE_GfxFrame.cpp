@@ -5,7 +5,7 @@
 
 namespace {
 
-/// One sixtieth of a second, as a double that a float was widened to.
+/// One sixtieth of a second as a float, widened to double.
 constexpr double kSampleInterval = 0.01666666753590107;
 constexpr double kSampleWindow = 1.0; // seconds
 

@@ -9,8 +9,8 @@ bool KRE_Gfx::CheckPath(const char* path)
     }
     if (path[0] == 0 || path[1] == 0)
         return true;
-    // QUIRK: the apostrophe stands where a backslash would be expected, so a path with one leading
-    // backslash passes.
+    // QUIRK: the apostrophe is tested where a backslash would be expected, so a path with one
+    // leading backslash passes.
     if (path[1] == ':' || path[0] == '\'' || path[0] == '/') {
         Warning("Absolute file path: '%s'", path);
         return false;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-/// What software vertex processing can draw, whatever the hardware says.
+/// The largest point of software vertex processing, whatever the hardware reports.
 static constexpr float kSoftwarePointSize = 64.0f;
 
 void KRE_Gfx::SetPointParameters(KRE_PointRecord& record, int32_t sprites)

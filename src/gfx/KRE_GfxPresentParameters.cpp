@@ -45,7 +45,7 @@ void KRE_Gfx::BuildPresentParameters()
     presentParams.EnableAutoDepthStencil = zBits != 0;
     presentParams.AutoDepthStencilFormat = zBits != 0 ? DepthFormat(*this) : D3DFMT_UNKNOWN;
     if (windowed) {
-        // A size of 0 stands for the client area.
+        // A size of 0 means the client area.
         presentParams.hDeviceWindow = window;
         presentParams.PresentationInterval = D3DPRESENT_INTERVAL_DEFAULT;
     } else {

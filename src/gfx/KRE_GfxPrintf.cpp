@@ -12,7 +12,7 @@ void KRE_Gfx::Printf(int32_t x, int32_t y, const char* format, ...)
     const int length = std::vsnprintf(scratch.Get(), kScratchBytes, format, arguments);
     va_end(arguments);
     if (length < 0)
-        scratch[0] = 0; // a conversion failed, and what stands there may be no text
+        scratch[0] = 0; // a conversion failed, and the buffer may not hold a valid text
     if (length >= kScratchBytes)
         Warning("String too long for Printf()");
     if (!currentFont || !currentFont->ready)

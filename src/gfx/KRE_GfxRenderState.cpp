@@ -106,7 +106,7 @@ void KRE_Gfx::SetFillMode(int32_t mode, const KRE_PointRecord* record)
 
 void KRE_Gfx::SetCullMode(int32_t mode)
 {
-    static constexpr D3DCULL kModes[] = {D3DCULL_CCW, D3DCULL_NONE, D3DCULL_CW}; // from -1
+    static constexpr D3DCULL kModes[] = {D3DCULL_CCW, D3DCULL_NONE, D3DCULL_CW}; // for -1 to 1
     if (mode < -1 || mode > 1)
         Error("Invalid culling mode");
     cullMode = mode;

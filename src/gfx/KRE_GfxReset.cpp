@@ -4,8 +4,8 @@
 
 namespace {
 
-/// Releases what lives in the default pool, which no reset succeeds beside. Its entry stays, with its
-/// users' counts, and holds nothing from then on.
+/// Releases objects of the default pool, because a reset fails while any exist. Their entries stay,
+/// with their user counts, but hold nothing from then on.
 template <class Object, class GetDescription>
 void ReleaseDefaultPool(KRE_ResourceManager& manager, GetDescription getDescription)
 {
@@ -23,8 +23,8 @@ void ReleaseDefaultPool(KRE_ResourceManager& manager, GetDescription getDescript
     }
 }
 
-/// Calls an operation of each loaded effect. The results are of no use: an effect without device
-/// objects of its own may well decline.
+/// Calls one operation of each loaded effect. Results are ignored: an effect without device objects
+/// may fail the call.
 void ForEachEffect(KRE_ResourceManager& manager, HRESULT (STDMETHODCALLTYPE ID3DXEffect::*call)())
 {
     for (int32_t i = 0; i < manager.GetCount(); ++i) {
@@ -34,8 +34,8 @@ void ForEachEffect(KRE_ResourceManager& manager, HRESULT (STDMETHODCALLTYPE ID3D
     }
 }
 
-/// An effect keeps the textures that it was told, and no reset succeeds beside those of the screen's
-/// size. They are told anew before it draws again.
+/// An effect holds the textures that were set on it, and a reset fails while it holds those of the
+/// screen's size. They are set again before it draws.
 void DropScreenTextures(KRE_ResourceManager& manager)
 {
     for (int32_t i = 0; i < manager.GetCount(); ++i) {
@@ -54,7 +54,7 @@ void DropScreenTextures(KRE_ResourceManager& manager)
     }
 }
 
-/// The window stays alive meanwhile: its messages are handled here.
+/// Handles the window's messages meanwhile, so it stays responsive.
 void WaitForLostDevice(KRE_Gfx& gfx)
 {
     for (;;) {

@@ -3,11 +3,11 @@
 #include <d3d9.h>
 #include <d3dx9.h>
 
-/// What the engine asks of the system before it has a device. Tests put their own in its place.
+/// The system calls that the engine makes. Tests replace them with their own.
 struct KRE_GfxRuntime {
     /// Whether a library of the installed runtime can be loaded.
     bool (*hasLibrary)(const char* fileName);
-    /// The interface with one reference for the caller, or null.
+    /// Returns the interface with one reference for the caller, or null.
     IDirect3D9* (*createDirect3D)(UINT sdkVersion);
     HRESULT(WINAPI* createEffectPool)(ID3DXEffectPool** poolOut) = D3DXCreateEffectPool;
     HRESULT(WINAPI* createEffect)

@@ -8,7 +8,7 @@ IDirect3DTexture9* KRE_Gfx::GetScreenBufferTexture(int32_t kind, int32_t index)
         "GetScreenBufferTexture failed - can not create texture buffer: %s";
     const bool isQuarter = kind == kQuarterBuffer;
     const int32_t count = isQuarter ? kScreenQuarterBuffers : kScreenBuffers;
-    // QUIRK: there is nothing to make for any other kind; the last result of the device decides.
+    // QUIRK: no other kind exists; whether that is an `Error` depends on the last device result.
     if ((!isQuarter && kind != kFullBuffer) || index < 0 || index >= count) {
         Check(lastResult, kNoBuffer);
         return nullptr;
@@ -27,7 +27,7 @@ IDirect3DTexture9* KRE_Gfx::GetScreenBufferTexture(int32_t kind, int32_t index)
 
 IDirect3DTexture9* KRE_Gfx::GetScreenCopyTexture()
 {
-    // A reset takes the copy away in the middle of a frame.
+    // A reset may release the copy in the middle of a frame.
     const bool isDue = !screenCopy || !effectCacheOn || copiedFrame != frameNumber ||
                        (copiedSubFrame != subFrameNumber && materialEffect);
     if (isDue)
@@ -87,7 +87,7 @@ void KRE_Gfx::FreePostRenderEffects()
     postEffectsReady = 0;
 }
 
-/// All of them live in the default pool; they come back when they are asked for.
+/// All of them are in the default pool; they are recreated on demand.
 void KRE_Gfx::FreeScreenBuffers()
 {
     savedRenderTarget.Free();

@@ -6,12 +6,12 @@
 
 namespace {
 
-constexpr float kCornerInset = 0.25f; // pixels, as with the texture rectangle
+constexpr float kCornerInset = 0.25f; // pixels, as for the texture rectangle
 constexpr float kSideInset = 0.02f;
 constexpr UINT kQuadPrimitives = 2;
-constexpr int32_t kUnsetAddress = 0; // no D3DTEXTUREADDRESS, so the next mode is sent
+constexpr int32_t kUnsetAddress = 0; // not a D3DTEXTUREADDRESS, so the next mode is sent
 
-/// Turns vectors of the screen, whose y goes down, clockwise.
+/// Rotates vectors clockwise on the screen, where y points down.
 class Turn {
 public:
     explicit Turn(float angleRadians)
@@ -34,7 +34,8 @@ void CheckCurrentTexture(KRE_Gfx& gfx)
         gfx.Error("No texture set");
 }
 
-/// Writes all but the texture coordinates, which `KRE_Texture::UpdateQuad` keeps, in its order.
+/// Writes everything but the texture coordinates, which `KRE_Texture::UpdateQuad` writes, in the
+/// same vertex order.
 void FillQuad(KRE_Gfx& gfx, const D3DXVECTOR2& corner, const D3DXVECTOR2& across,
               const D3DXVECTOR2& down, const D3DCOLOR (&colors)[4], float z)
 {
@@ -44,7 +45,8 @@ void FillQuad(KRE_Gfx& gfx, const D3DXVECTOR2& corner, const D3DXVECTOR2& across
     auto* vertices = static_cast<KRE_TLVertex*>(bytes);
     const D3DXVECTOR2 corners[] = {corner + down, corner, corner + across + down, corner + across};
     for (size_t i = 0; i < std::size(corners); ++i) {
-        // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): without a lock Check has thrown.
+        // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): if the lock failed, Check has
+        // thrown.
         KRE_TLVertex& vertex = vertices[i];
         vertex.x = corners[i].x;
         vertex.y = corners[i].y;
@@ -101,8 +103,8 @@ void KRE_Gfx::DrawLastTexture()
         " DrawPrimitive in DrawLastTexture failed: %s");
     cache.samplerState[0][D3DSAMP_ADDRESSU] = kUnsetAddress;
     cache.samplerState[0][D3DSAMP_ADDRESSV] = kUnsetAddress;
-    // QUIRK: with `spriteUsesZ` there is no `DisableZ` to match, so a sprite that is drawn while
-    // depth is switched off from outside switches it on again.
+    // QUIRK: with `spriteUsesZ` there is no matching `DisableZ`, so a sprite drawn while the caller
+    // has depth switched off switches it on again.
     EnableZ();
     SetCullMode(cullBefore);
 }

@@ -92,7 +92,7 @@ void KRE_Gfx::SetConstant(int32_t stage, D3DCOLOR color)
     SetTextureStageState(static_cast<DWORD>(stage), D3DTSS_CONSTANT, color);
 }
 
-/// False when the device refused; the value stays unknown then.
+/// Returns false if the device refused; the value then stays unknown.
 static bool SendAddress(KRE_Gfx& gfx, DWORD mode, int32_t stage, D3DSAMPLERSTATETYPE type)
 {
     int32_t& shadow = gfx.cache.samplerState[stage][type];

@@ -1,4 +1,4 @@
-// What pictures the device can hold, and the engine's face of loading them.
+// Which picture formats the device can hold, and the calls that forward to texture loading.
 
 #include "gfx/KRE_Gfx.h"
 
@@ -39,7 +39,7 @@ D3DFORMAT KRE_Gfx::ChooseTextureFormat(const D3DXIMAGE_INFO& info) const
                               info.Format == D3DFMT_A4R4G4B4;
         return hasAlpha ? D3DFMT_DXT5 : D3DFMT_DXT1;
     }
-    // A picture of 24 bits is told as either of these two, by the library's version.
+    // A 24-bit picture is reported as either of these, depending on the library's version.
     const bool isPlain = info.Format == D3DFMT_X8R8G8B8 || info.Format == D3DFMT_R8G8B8;
     if (info.Format == D3DFMT_X1R5G5B5 || (isPlain && displayFormat == D3DFMT_R5G6B5))
         return D3DFMT_R5G6B5;

@@ -59,7 +59,7 @@ void KRE_Gfx::MirrorScene()
 {
     D3DXMATRIX mirrored = projection;
     for (auto& row : mirrored.m)
-        row[0] = 0.0f - row[0]; // as the product with a scaling of x by -1 on the right: no -0
+        row[0] = 0.0f - row[0]; // right-multiplies by a scaling of x by -1; never gives -0
     SetProjectionMatrix(mirrored);
     SetCullMode(-cullMode);
 }

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-/// Whether the hardware's palette reaches to this bone.
+/// Whether the hardware's matrix palette includes this bone.
 static bool CanBlendByIndex(const KRE_Gfx& gfx, int32_t boneIndex)
 {
     if (int64_t{boneIndex} + 1 > gfx.caps.MaxVertexBlendMatrixIndex)

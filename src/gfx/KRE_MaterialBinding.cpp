@@ -1,5 +1,5 @@
-// From the map slots of a material to the texture stages: who goes where. What each map does with
-// its stages is in KRE_MaterialBindingMaps.cpp.
+// Assigns the map slots of a material to texture stages. What each map does with its stages is in
+// KRE_MaterialBindingMaps.cpp.
 
 #include "gfx/KRE_MaterialBinding.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Collects stage states for as long as it lives, which an `Error` ends as well.
+/// Collects stage states during its lifetime, which an `Error` also ends.
 class StageCollection {
 public:
     StageCollection(KRE_Gfx& engine, KRE_StageProgram& program) : gfx(engine)
@@ -82,8 +82,8 @@ void KRE_MaterialBinding::BindVertexColor()
     SetStageStates(0, kVertexAlpha);
 }
 
-/// QUIRK: only `kSourceTexture` shows the picture; `kSourceUnset`, which other maps take for lit as well,
-/// shows the vertex colour here.
+/// QUIRK: only `kSourceTexture` shows the picture; `kSourceUnset`, which other maps also treat as
+/// lit, shows the vertex colour here.
 void KRE_MaterialBinding::BindFrame(KRE_Texture& texture)
 {
     const bool isLit = gfx.stageSource[0] == kSourceTexture;
@@ -101,7 +101,7 @@ void KRE_MaterialBinding::BindFrame(KRE_Texture& texture)
 void KRE_MaterialBinding::BindSlots(KRE_Texture& texture)
 {
     const int32_t slotCount = std::min(gfx.materialStages, KRE_Texture::kSlots);
-    int32_t stage = 0; // runs ahead of the slot behind one that takes two stages
+    int32_t stage = 0; // exceeds the slot after a map that takes two stages
     for (int32_t slot = 0; slot < slotCount; ++slot) {
         IDirect3DTexture9* const map = texture.slotTextures[slot];
         int32_t taken = 1;
@@ -129,7 +129,7 @@ void KRE_MaterialBinding::BindSlotMatrix(const KRE_Texture& texture, int32_t slo
 {
     const bool hasMatrix = texture.slotMatrixSet[slot] != 0;
     const D3DMATRIX& matrix = texture.slotMatrices[slot];
-    // NOLINTBEGIN(bugprone-suspicious-memory-comparison): the same bits make the same state.
+    // NOLINTBEGIN(bugprone-suspicious-memory-comparison): equal bits mean an equal state.
     const bool isThere =
         hasMatrix &&
         gfx.cache.stageState[stage][D3DTSS_TEXTURETRANSFORMFLAGS] == int32_t{D3DTTFF_COUNT3} &&
@@ -139,7 +139,7 @@ void KRE_MaterialBinding::BindSlotMatrix(const KRE_Texture& texture, int32_t slo
         gfx.SetTextureTransform(hasMatrix ? &matrix : nullptr, stage);
 }
 
-// ---- The engine's face
+// ---- The operations of KRE_Gfx
 
 void KRE_Gfx::SetTexture(KRE_Texture* texture, int32_t stage)
 {

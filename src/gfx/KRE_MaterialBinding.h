@@ -11,29 +11,29 @@ class KRE_Gfx;
 class KRE_MaterialInfo;
 class KRE_Texture;
 
-/// Takes a material to the device: its maps to the texture stages, its own record to colours,
-/// blending and addressing. `KRE_Gfx` owns the one binding and forwards to it; what a binding leaves
-/// behind (`currentTexture`, `diffuseStage`, `blendMode`, ...) is kept there. Stages are 0 to 7,
-/// alphas 0 to 255.
+/// Applies a material to the device: its maps to the texture stages, its own record to colours,
+/// blending and addressing. `KRE_Gfx` owns the only instance and forwards to it; what a binding
+/// sets for later (`currentTexture`, `diffuseStage`, `blendMode`, ...) is stored there. Stages are
+/// 0 to 7, alphas 0 to 255.
 class KRE_MaterialBinding {
 public:
     explicit KRE_MaterialBinding(KRE_Gfx& engine) : gfx(engine) {}
 
-    /// Binds a material's maps with all their stage states, or with null the vertex colour alone.
-    /// A `stage` from 0 to 7 takes nothing but the texture's current picture, null for none; stage
-    /// states stay. Either way a video source is updated, the alpha test follows the picture, and
-    /// the texture is kept as `currentTexture`.
+    /// Binds a material's maps with all their stage states, or the vertex colour alone for null.
+    /// With a `stage` from 0 to 7 it binds only the texture's current picture, none for null, and
+    /// leaves stage states unchanged. Either way a video source is updated, the alpha test follows
+    /// the picture, and the texture becomes `currentTexture`.
     void SetTexture(KRE_Texture* texture, int32_t stage);
-    /// Makes the second argument, or the zeroth one, of a stage's colour the surface's own colour:
-    /// that of the vertices, or without light `unlitColor` through the texture factor.
+    /// Sets the second, or the zeroth, colour argument of a stage to the surface's own colour: the
+    /// vertex colour or, with lighting off, `unlitColor` through the texture factor.
     void SetStageDiffuseArg(int32_t stage);
     void SetStageDiffuseArg0(int32_t stage);
     /// Blending, depth writes and addressing of one material. `hasImage` tells whether its texture
-    /// has a picture; `mode` and `alpha` (0 to 255) are what an opaque material is drawn with. A
-    /// transparency type that does not exist is an `Error`.
+    /// has a picture; an opaque material is drawn with `mode` and `alpha` (0 to 255). An unknown
+    /// transparency type is an `Error`.
     void ApplyMaterialBlend(const KRE_MaterialInfo& info, bool hasImage, int32_t mode, float alpha);
-    /// Sets the colours and the reflection's strength of a material. `white` takes effect with
-    /// `reflectionWithDiffuse` alone: the diffuse colour goes to `keptDiffuse`, white in its place.
+    /// Sets the colours and the reflection's strength of a material. `white` takes effect only with
+    /// `reflectionWithDiffuse`: the diffuse colour moves to `keptDiffuse` and white replaces it.
     void SetMaterialReflect(const KRE_MaterialInfo& info, bool white);
 
 private:
@@ -59,5 +59,5 @@ private:
     void BlendImage(const KRE_MaterialInfo& info, int32_t mode, float alpha);
 
     KRE_Gfx& gfx;                  ///< the owner
-    KRE_StageProgram stageProgram; ///< of the material that is being bound
+    KRE_StageProgram stageProgram; ///< of the material being bound
 };

@@ -1,5 +1,6 @@
-// What each kind of map does with the texture stages. Colours go up from stage to stage as
-// D3DTA_CURRENT; a tint needs the texture factor, an own surface colour without light as well.
+// What each kind of map does with the texture stages. Colours pass from stage to stage as
+// D3DTA_CURRENT. A tint uses the texture factor, and so does the surface colour while lighting is
+// off.
 
 #include "gfx/KRE_MaterialBinding.h"
 
@@ -89,7 +90,7 @@ constexpr KRE_StageState kPartReflectionAlone[] = {
     {0, D3DTSS_COLORARG1, D3DTA_TEXTURE},
     {0, D3DTSS_TEXCOORDINDEX, 0},
 };
-// The map above takes the first set of coordinates.
+// The map above uses the first set of coordinates.
 constexpr KRE_StageState kReflectionBelowMap[] = {
     {0, D3DTSS_ALPHAOP, D3DTOP_SELECTARG1},
     {0, D3DTSS_ALPHAARG1, D3DTA_DIFFUSE},
@@ -97,7 +98,7 @@ constexpr KRE_StageState kReflectionBelowMap[] = {
     {0, D3DTSS_TEXCOORDINDEX, 1},
 };
 
-/// A map that is combined with what is below by one operation.
+/// A map combined with the stages below by one operation.
 constexpr KRE_StageState kCurrentWithMap[] = {
     {0, D3DTSS_COLORARG1, D3DTA_CURRENT},
     {0, D3DTSS_COLORARG2, D3DTA_TEXTURE},
@@ -122,7 +123,7 @@ bool KRE_MaterialBinding::IsLitStage(int32_t stage) const
     return gfx.stageSource[stage] == kSourceTexture || gfx.stageSource[stage] == kSourceUnset;
 }
 
-/// Whether surfaces show `unlitColor`, which goes into the texture factor then.
+/// Whether surfaces show `unlitColor`; if so, puts it into the texture factor.
 bool KRE_MaterialBinding::UsesUnlitColor()
 {
     const bool isUsed = !gfx.lighting && gfx.unlitColor != 0xFFFFFFFF;
@@ -146,7 +147,7 @@ void KRE_MaterialBinding::SetTintFactor()
     gfx.SetTextureFactor(WithAlpha(gfx.tintColor, gfx.blendValue));
 }
 
-/// Sets what the map of a slot needs from `stage` on, and gives the number of stages it takes.
+/// Sets the states for a slot's map, from `stage` on. Returns the number of stages it takes.
 int32_t KRE_MaterialBinding::SetMapStages(KRE_Texture& texture, int32_t slot, int32_t stage)
 {
     const bool hasNext = slot + 1 < gfx.materialStages && slot + 1 < KRE_Texture::kSlots &&
@@ -194,8 +195,8 @@ void KRE_MaterialBinding::SetEmptyStage(int32_t stage)
     }
 }
 
-/// A lit diffuse map with a tint is lit one stage higher. It takes that stage only if no map is to
-/// come there: such a map takes the place of the light.
+/// A lit diffuse map with a tint is lit one stage higher. It takes that stage only if no map
+/// follows: a following map replaces the lighting.
 int32_t KRE_MaterialBinding::SetBaseDiffuse(bool hasNext)
 {
     const bool isLit = IsLitStage(0);
@@ -234,7 +235,7 @@ void KRE_MaterialBinding::SetSecondDiffuse(int32_t stage)
     gfx.SetTexCoordIndex(stage + 1, static_cast<DWORD>(stage));
 }
 
-/// Gives the number of stages: two for a lit map with a tint, where the map comes second.
+/// Returns the number of stages: two for a lit map with a tint, where the map comes second.
 int32_t KRE_MaterialBinding::SetReflectedDiffuse(int32_t stage)
 {
     const bool isLit = IsLitStage(stage);
@@ -281,7 +282,7 @@ void KRE_MaterialBinding::SetReflection(int32_t stage, bool hasNext)
     }
 }
 
-/// Hands the strength to the device as a grey and gives the argument that reads it.
+/// Passes the strength to the device as a grey and returns the argument that reads it.
 DWORD KRE_MaterialBinding::SetReflectionAmount(int32_t stage)
 {
     const auto part =
@@ -295,8 +296,8 @@ DWORD KRE_MaterialBinding::SetReflectionAmount(int32_t stage)
     return D3DTA_CONSTANT;
 }
 
-/// The picture is a panorama: one turn of the camera moves it by its width, looking from straight
-/// down to straight up by its height.
+/// The picture is a panorama: a full turn of the camera moves it by its width, tilting from
+/// straight down to straight up by its height.
 void KRE_MaterialBinding::SetSphere(KRE_Texture& texture, int32_t slot, int32_t stage)
 {
     D3DXMATRIX inverse;

@@ -1,4 +1,4 @@
-// What a material's own record says: colours, reflection, transparency, addressing.
+// Applies a material's own record: colours, reflection, transparency, addressing.
 
 #include "gfx/KRE_MaterialBinding.h"
 
@@ -15,15 +15,15 @@ struct PlainBlend {
     KRE_BlendMode mode;
 };
 
-/// A material without a picture, at any transparency.
+/// For a material without a picture, whatever its transparency.
 constexpr PlainBlend kColorBlends[] = {
     {kTransparencyFilter, kBlendConstant},
     {kTransparencyAdditive, kBlendAddFaded},
     {kTransparencySubtractive, kBlendSubtractFaded},
 };
 
-/// The mode of a transparent material that filters: it keeps adding or subtracting if the opaque
-/// one would.
+/// The mode of a material with filter transparency: it still adds or subtracts if the opaque
+/// material would.
 KRE_BlendMode TransparentMode(int32_t opaqueMode)
 {
     switch (opaqueMode) {
@@ -86,8 +86,8 @@ void KRE_MaterialBinding::BlendImage(const KRE_MaterialInfo& info, int32_t mode,
         gfx.SetBlendMode(isOpaque ? kBlendSubtract : kBlendSubtractFaded, isOpaque ? 0 : faded, 0);
         break;
     default:
-        // QUIRK: the number told is the first word of the record, the bits of its red; who looks
-        // for such a message in old logs finds that.
+        // QUIRK: the number reported is the first word of the record, the bits of its red
+        // component; old logs have that number too.
         gfx.Error("Unknown material blend mode: %i", std::bit_cast<int32_t>(info.diffuse.r));
     }
 }

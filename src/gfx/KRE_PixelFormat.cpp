@@ -40,8 +40,8 @@ static D3DCOLOR Decode565(DWORD pixel)
     return Join(0xFF, pixel >> 8 & 0xF8, pixel >> 3 & 0xFC, pixel << 3 & 0xF8);
 }
 
-/// QUIRK: the low bit of alpha is what is kept, not the top one, so half transparent pixels become
-/// transparent or opaque by chance of that bit; 0 and 255 come out right.
+/// QUIRK: keeps the low bit of alpha, not the top one, so half-transparent pixels become
+/// transparent or opaque depending on that bit; 0 and 255 come out right.
 static DWORD Encode1555(D3DCOLOR color)
 {
     return (AlphaOf(color) & 1) << 15 | RedOf(color) >> 3 << 10 | GreenOf(color) >> 3 << 5 |

@@ -11,7 +11,7 @@ using DecodePixel = D3DCOLOR (*)(DWORD pixel);
 /// How the pixels of a picture are stored.
 struct KRE_PixelFormat {
     D3DFORMAT format;
-    int32_t bytesPerPixel; ///< 0 for the block formats, which have no bytes of one pixel
+    int32_t bytesPerPixel; ///< 0 for block formats, whose pixels have no bytes of their own
     EncodePixel encode;
     DecodePixel decode;
 };

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int32_t kOneMipLevel = 1;
 
-/// Whether the catalogue can hold the name: its tree knows printable ASCII alone.
+/// Whether the catalogue can hold the name: its tree accepts printable ASCII only.
 bool IsCatalogueName(const char* name)
 {
     return std::all_of(name, name + std::strlen(name), [](char c) { return c >= 32; });

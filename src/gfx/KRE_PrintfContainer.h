@@ -21,26 +21,26 @@ public:
 
     KRE_PrintfContainer();
 
-    /// Takes the engine, which has to outlive the container.
+    /// Sets the engine, which must outlive the container.
     void SetGfx(KRE_Gfx* newGfx) { gfx = newGfx; }
-    /// Makes the list of triangles on the engine's device.
+    /// Creates the triangle list on the engine's device.
     void BuildList(KRE_Gfx* newGfx);
-    /// Gives back what lies on the device: the list and the pictures, with the lines that show them.
+    /// Releases the device objects: the list and the pictures, along with the lines that show them.
     void Free();
 
     // ---- Lines: KRE_PrintfContainer.cpp
 
-    /// The options that texts begin with from now on, until `PopOptions`. They need a font.
+    /// Sets the options that texts start with, until `PopOptions`. They need a font.
     void PushOptions(const KRE_PrintfOptions& newOptions);
-    /// Back to those before; none left is an `Error`.
+    /// Restores the previous options; an empty stack is an `Error`.
     void PopOptions();
-    /// Adds a text below the lines that are there and gives the rectangle of its lines. Without
-    /// options that have a font it is an `Error`.
+    /// Adds a text below the existing lines and returns the rectangle of its lines. An `Error` if
+    /// there are no options or they have no font.
     PrintfArea AddText(const char* text);
     /// Forgets all lines.
     void Clear() { lines.Clear(); }
-    /// The picture that a text names: of the catalogue, of an earlier text, or of a file of that
-    /// name. Null if there is none; a file that is no picture is an `Error`.
+    /// Finds a picture that a text names: in the catalogue, among those of earlier texts, or in a
+    /// file of that name. Null if there is none; a file that is not a picture is an `Error`.
     KRE_Texture* FindImage(const char* name);
 
     int32_t markup = 1;     ///< 1: texts may hold commands (KRE_PrintfMarkup.h)
@@ -52,18 +52,18 @@ public:
 
     // ---- Drawing: KRE_PrintfDrawing.cpp
 
-    /// Draws the lines from (`x`, `y`) on, clipped to the viewport and the limits. Nothing is hidden
-    /// by the scene. Leaves culling, z and viewport as they were.
+    /// Draws the lines with their top left at (`x`, `y`), clipped to the viewport and the limits.
+    /// The scene does not hide them. Culling, z and viewport are restored.
     void Draw(float x, float y);
-    /// Takes the font of the characters that follow.
+    /// Sets the font of the characters that follow.
     void SetFont(KRE_Font* newFont);
-    /// Puts a character, with its shadow if the options want one, at the pen and moves the pen.
-    /// `alpha` is 0 to 1.
+    /// Adds a character at the pen, with its shadow if the options ask for one, and advances the
+    /// pen. `alpha` is 0 to 1.
     void AddCharacter(uint8_t c, float alpha);
-    /// Draws what has been put so far.
+    /// Draws what has been added so far.
     void Flush();
 
-    KRE_PrintfOptions options; ///< of the piece that is being drawn
+    KRE_PrintfOptions options; ///< of the piece being drawn
     float penX = 0.0f;         ///< on the screen
     float penY = 0.0f;
     KRE_VertexListTemp<KRE_TLVertex> quadList; ///< locked while it has vertices to draw
@@ -75,7 +75,7 @@ private:
         D3DCOLOR color;
     };
     struct ClipBox {
-        int64_t left, top, right, bottom; // pixels of the target; right and bottom outside
+        int64_t left, top, right, bottom; // pixels of the target; right and bottom exclusive
     };
 
     ClipBox FindClipBox(float x, float y) const;
@@ -90,7 +90,7 @@ private:
     KRE_Texture* LoadImageOf(const char* name);
 
     KRE_Gfx* gfx = nullptr;                 // not owned
-    DynaMem<KRE_Texture, 128, 1> images;    // loaded by texts, by the name of slot 0
+    DynaMem<KRE_Texture, 128, 1> images;    // loaded by texts, keyed by the name of slot 0
     DynaMem<KRE_PrintfOptions, 8, 1> stack; // the last one is in force
     int32_t writtenVertices = 0;
     KRE_Font* font = nullptr;            // not owned; the current one

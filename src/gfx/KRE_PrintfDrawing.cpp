@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int32_t kLeftMargin = 4;   // pixels that the clip box reaches left of the pen
+constexpr int32_t kLeftMargin = 4;   // pixels by which the clip box extends left of the pen
 constexpr float kTexelInset = 0.01f; // keeps a glyph from sampling its neighbour
 constexpr float kSizeInset = 0.02f;
 constexpr float kPixelCentre = 0.25f;
@@ -64,7 +64,8 @@ KRE_PrintfContainer::ClipBox KRE_PrintfContainer::FindClipBox(float x, float y) 
     return box;
 }
 
-/// The first line that reaches below `top`, a height in the text. Lines stand one below the other.
+/// The first line that extends below `top`, a y position in the text. Lines are ordered from top to
+/// bottom.
 int32_t KRE_PrintfContainer::FindFirstVisible(float top) const
 {
     int32_t first = 0;
@@ -121,7 +122,7 @@ void KRE_PrintfContainer::DrawPiece(const PrintfEntity& entity, float x, float b
     }
 }
 
-/// A plain rectangle as high as the line's step.
+/// A plain rectangle as high as the line spacing.
 void KRE_PrintfContainer::DrawBackground(const PrintfEntity& entity, float x, float top)
 {
     Flush();
@@ -134,7 +135,7 @@ void KRE_PrintfContainer::DrawBackground(const PrintfEntity& entity, float x, fl
     batchTexture = fontTexture;
 }
 
-/// A picture has a batch of its own; the next letters set their font anew.
+/// A picture is a batch of its own; the next letters set their font again.
 void KRE_PrintfContainer::DrawImage(const PrintfEntity& entity, float x, float baseline)
 {
     Flush();

@@ -14,7 +14,7 @@ int32_t CountBlanks(const PrintfEntity& entity)
     return static_cast<int32_t>(std::count(text, text + entity.length, ' '));
 }
 
-/// Widens the blanks of a line so that it is `room` pixels longer.
+/// Widens the spaces of a line to make it `room` pixels longer.
 void Spread(PrintfLine& line, float room)
 {
     int32_t blanks = 0;

@@ -9,27 +9,27 @@
 
 using PrintfLines = DynaMem<PrintfLine, 256, 1>;
 
-/// Puts one text into lines, below those that are there. Letters gather in a piece under construction
-/// that takes the options of the moment it ends.
+/// Lays one text out in lines, below the existing ones. Letters collect in a piece under
+/// construction, which takes the options in force when it ends.
 class KRE_PrintfLayout {
 public:
-    /// `linesIn` has to outlive the layout. `newOptions` need a font.
+    /// `linesIn` must outlive the layout. `newOptions` need a font.
     KRE_PrintfLayout(PrintfLines& linesIn, const KRE_PrintfOptions& newOptions);
 
-    /// A letter, a line feed or a tab; other control characters are left out.
+    /// Adds a letter, a line feed or a tab; other control characters are ignored.
     void AddCharacter(char c);
-    /// Ends the piece. To be called before options change.
+    /// Ends the piece. Call it before options change.
     void EndPiece();
-    /// A picture that stands on the baseline, in its source size.
+    /// Adds a picture on the baseline, in its source size.
     void AddImage(KRE_Texture* image);
-    /// Leaves room, in pixels.
+    /// Leaves a gap, in pixels.
     void MoveRight(float distance) { penX += distance; }
-    /// The current line's.
+    /// Sets the alignment of the current line.
     void SetAlignment(int32_t alignment);
-    /// Back to the options that the text began with.
+    /// Restores the options that the text started with.
     void Reset();
-    /// Ends the text and gives the rectangle of its lines. They are aligned within `width` pixels,
-    /// or within the widest of them for 0.
+    /// Ends the text and returns the rectangle of its lines. They are aligned within `width`
+    /// pixels, or within the widest line if it is 0.
     PrintfArea Finish(float width);
 
     KRE_PrintfOptions options; ///< of what follows

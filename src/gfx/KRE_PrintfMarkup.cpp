@@ -11,10 +11,10 @@
 
 namespace {
 
-/// What came of a command.
+/// The result of a command.
 enum class Outcome { done, noCommand, cutOff };
 
-/// Value of a digit, or -1 for a character that is none in this base, 10 or 16.
+/// Value of a digit in base 10 or 16, or -1 for a character that is not one.
 int32_t DigitValue(char c, int32_t base)
 {
     if (c >= '0' && c <= '9')
@@ -29,7 +29,7 @@ D3DCOLOR OpaqueColor(int32_t red, int32_t green, int32_t blue)
     return 0xFF000000 | static_cast<D3DCOLOR>(red << 16 | green << 8 | blue);
 }
 
-/// A share of 15 as the same share of 255.
+/// Scales a hexadecimal digit, 0 to 15, to 0 to 255.
 int32_t WidenDigit(int32_t digit)
 {
     return static_cast<int32_t>(std::lround(digit * (255.0 / 15.0)));
@@ -69,7 +69,7 @@ private:
     Outcome OneScale(int32_t);
     Outcome Image(int32_t);
 
-    const char* at; // behind the command's letter while the command runs
+    const char* at; // after the command's letter while the command runs
     KRE_PrintfContainer& container;
     KRE_PrintfLayout& layout;
     int32_t digits[6]{}; // of the last ReadDigits

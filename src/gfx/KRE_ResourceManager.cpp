@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The table may not grow, since ids are slots and growing renumbers them. It is fixed for the time
-/// of an addition only: a list that stays fixed no longer keeps its order of the used entries.
+/// The table must not grow, because ids are slots and growing renumbers them. It is fixed only
+/// during an addition: a list that stays fixed no longer keeps its order of the used entries.
 template <class List>
 class FixedForAddition {
 public:
@@ -32,8 +32,12 @@ int32_t KRE_ResourceManager::Add(void* pointer, const char* name)
     const FixedForAddition guard(resources);
     const int32_t id = resources.Add();
     KRE_Resource* entry = resources.GetSlot(id);
-    if (!entry)
+    if (!entry) {
+        // The list counts the element that it had no memory for, and the table lives on.
+        --resources.count;
+        resources.firstFree = id;
         Error("Out of memory for resource '%s'", name ? name : "");
+    }
     entry->pointer = pointer;
     CopyText(entry->name, sizeof entry->name, name);
     entry->useCount = 1;

@@ -8,8 +8,8 @@ void (*gTextureSearchSink)(const char* name, const char* path) = nullptr;
 
 namespace {
 
-/// Scenes carry the directories of the machine that they were made on; what came along with them
-/// mostly lies in one directory.
+/// Scenes contain the directories of the machine that they were made on; the files that came with
+/// them are mostly in one directory.
 String LeafBeside(const char* name, const char* directory)
 {
     String leaf;
@@ -22,7 +22,7 @@ String LeafBeside(const char* name, const char* directory)
     return path;
 }
 
-/// Whether there is a path; without one the name stands in for it.
+/// Whether a path was found; if not, sets it to the name.
 bool IsFound(String* path, const char* name)
 {
     const bool found = !path->IsEmpty();
@@ -60,7 +60,7 @@ void KRE_SearchPaths::Rebuild()
     }
     if (!texturePath.IsEmpty())
         textureValidator.AddDirectory(texturePath.c_str(), true);
-    // The compiled effect goes first: it wins over its source where the name itself is gone.
+    // The compiled effect comes first: it wins over its source if the named file does not exist.
     effectValidator.AddExtension("fxo");
     effectValidator.AddExtension("fx");
 }

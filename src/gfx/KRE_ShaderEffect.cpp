@@ -25,7 +25,7 @@ void KRE_ShaderEffect::Free()
         }
     }
     if (!data)
-        return; // a technique that was asked for ahead of the load stays
+        return; // a technique requested before the load stays
     if (manager)
         manager->Unacquire(resourceId);
     data.reset();
@@ -68,7 +68,7 @@ void KRE_ShaderEffect::BeginPass(UINT pass)
         gfx->SelectPassTarget(targets[pass]);
 }
 
-/// What the host knows of the reason why a pass cannot begin.
+/// Warns with what the host knows about why a pass cannot begin.
 void KRE_ShaderEffect::WarnOfFault()
 {
     const bool isChosen = technique >= 0 && technique < data->techniqueCount;

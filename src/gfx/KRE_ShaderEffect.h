@@ -11,9 +11,9 @@
 class KRE_Gfx;
 struct KRE_EffectParams;
 
-/// A material's hold on an effect file, with the values that the material gives to it. The compiled
-/// effect is shared with all others that name the file. `KRE_Gfx::LoadEffect` fills it; it has to go
-/// before the engine.
+/// A material's use of an effect file, with the parameter values that the material supplies. The
+/// compiled effect is shared by all users of the file. `KRE_Gfx::LoadEffect` fills it; it must be
+/// destroyed before the engine.
 class KRE_ShaderEffect : public KRE_ResourceBase {
 public:
     KRE_ShaderEffect();
@@ -21,19 +21,19 @@ public:
 
     /// Whether there is an effect with a technique that runs on this device.
     bool IsUsable() const { return data && data->effect && !data->invalid; }
-    /// Whether a pass of a technique has a vertex shader; -1 means the chosen technique. False
-    /// where there is none.
+    /// Whether a pass of a technique has a vertex shader; -1 means the chosen technique. False if
+    /// there is no such technique.
     bool TechniqueHasVertexShader(int32_t whichTechnique = -1) const;
 
-    /// Begins the chosen technique and gives the number of its passes. These four are for a usable
-    /// effect; a refusal is an `Error`.
+    /// Begins the chosen technique and returns the number of its passes. These four require a
+    /// usable effect; a failure is an `Error`.
     UINT Begin();
     /// Begins a pass and makes the buffer that it names the render target.
     void BeginPass(UINT pass);
     void EndPass();
     void End();
 
-    /// Set a parameter; a null handle is none. A refusal is an `Error`.
+    /// Set a parameter; a null handle is ignored. A failure is an `Error`.
     void SetFloatParameter(D3DXHANDLE handle, float value);
     void SetIntParameter(D3DXHANDLE handle, int32_t value);
     void SetVectorParameter(D3DXHANDLE handle, float x, float y, float z, float w);
@@ -42,14 +42,13 @@ public:
     void SetMatrixArrayParameter(D3DXHANDLE handle, const D3DXMATRIX* matrices, UINT count);
     void SetTextureParameter(D3DXHANDLE handle, IDirect3DBaseTexture9* texture);
 
-    /// Takes the values that a material gives.
+    /// Stores the values that a material supplies.
     void SetParams(const KRE_EffectParams& params);
-    /// Hands those that are set to the effect.
+    /// Passes those that are set to the effect.
     void SendParams();
-    /// Binds the semantics, reads the passes and chooses a technique, for an effect that was loaded
-    /// just now.
+    /// Binds the semantics, reads the passes and chooses a technique of a newly loaded effect.
     void Initialise(const char* fileName);
-    /// Lets go of the effect. The values stay.
+    /// Releases the effect. The values stay.
     void Free();
 
     struct FloatParam {
@@ -65,7 +64,7 @@ public:
 
     std::shared_ptr<ShaderEffectData> data; ///< the manager counts its users as well
     KRE_Gfx* gfx = nullptr;                 ///< not owned
-    int32_t technique = -1; ///< index of the chosen one; set ahead of the load, no other is tried
+    int32_t technique = -1; ///< index of the chosen one; if set before the load, no other is tried
     bool needsLights = true;
     bool needsStageIndices = true;
     FloatParam fParam[ShaderEffectData::kParams];

@@ -1,4 +1,4 @@
-// What is read from an effect when it is loaded: parameters by semantic, passes, the technique.
+// Reads an effect's tables when it is loaded: parameters by semantic, passes, the technique.
 
 #include "gfx/KRE_ShaderEffect.h"
 
@@ -61,7 +61,7 @@ constexpr std::string_view kScreenBuffer = "ScreenBuffer";
 constexpr std::string_view kScreenQuarterBuffer = "ScreenQuarterBuffer";
 constexpr std::string_view kInitial = "Initial";
 
-/// Parameters whose semantics are one text with the numbers from 1 on.
+/// Binds parameters whose semantics are one text with a number, counted from 1.
 template <size_t kCount>
 void BindNumbered(ID3DXEffect& effect, const char* format, D3DXHANDLE (&handlesOut)[kCount])
 {
@@ -82,7 +82,7 @@ int32_t RoundedNumber(const char* text)
 
 void KRE_ShaderEffect::Initialise(const char* fileName)
 {
-    data->invalid = true; // until a technique is chosen: an error may come before
+    data->invalid = true; // until a technique is chosen: an error may occur first
     D3DXEFFECT_DESC description{};
     Check(data->effect->GetDesc(&description), "Can not read effect: %s");
     data->parameterCount = static_cast<int32_t>(description.Parameters);
@@ -181,8 +181,8 @@ int32_t KRE_ShaderEffect::ReadBufferNumber(const char* text, int32_t limit)
     return number;
 }
 
-/// The one that was asked for ahead of the load, else the first one that runs here. Where none does,
-/// the last one stands, and the effect is not usable.
+/// The technique requested before the load, else the first one that runs on this device. If none
+/// does, the last one is selected and the effect is not usable.
 void KRE_ShaderEffect::ChooseTechnique()
 {
     ID3DXEffect& effect = *data->effect.Get();

@@ -2,7 +2,8 @@
 
 void KRE_StageProgram::Put(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value)
 {
-    // A place is good only if the state there points back to it, so that nothing has to be wiped.
+    // A place is valid only if the state there has this stage and type, so nothing needs to be
+    // cleared.
     int16_t& place = places[stage][type];
     const bool isKnown =
         place < count && states[place].stage == stage && states[place].type == type;

@@ -13,15 +13,15 @@ struct KRE_StageState {
     DWORD value;
 };
 
-/// The stage states of a material while it is put together. Maps change what maps below them have
-/// set; collected here, each state reaches the device once, with its last value, and only if that
+/// The stage states of a material while it is bound. Maps change what the maps below them have set;
+/// collected here, each state reaches the device once, with its last value, and only if that value
 /// is new there.
 class KRE_StageProgram {
 public:
     static constexpr int32_t kStages = KRE_StateCache::kStages;
     static constexpr int32_t kTypes = KRE_StateCache::kStageStates;
 
-    /// Keeps the last value of a state; states come out in the order in which they first came in.
+    /// Stores the last value of a state; states keep the order in which they were first stored.
     /// Stage and type must be within the tables of `KRE_StateCache`.
     void Put(int32_t stage, D3DTEXTURESTAGESTATETYPE type, DWORD value);
     void Clear() { count = 0; }

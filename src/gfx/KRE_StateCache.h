@@ -4,7 +4,7 @@
 
 #include <d3d9.h>
 
-/// What the device was told last, so that a call that would change nothing can be left out.
+/// The last values sent to the device, so that redundant calls can be skipped.
 struct KRE_StateCache {
     static constexpr int32_t kUnknown = -1;
     static constexpr int32_t kUnknownCullMode = 999; ///< -1 is a culling mode
@@ -14,7 +14,8 @@ struct KRE_StateCache {
     static constexpr uint32_t kSamplerStates = 14;
     static constexpr int32_t kLights = 9; ///< indices 0 to 8
 
-    /// The last values by state number, floats by their bits; states outside the tables are not kept.
+    /// The last values by state number, floats as their bits; states outside the tables are not
+    /// stored.
     int32_t renderState[kRenderStates];
     int32_t stageState[kStages][kStageStates];
     int32_t samplerState[kStages][kSamplerStates];
@@ -23,6 +24,6 @@ struct KRE_StateCache {
     int32_t cullMode;
 
     KRE_StateCache() { Reset(); }
-    /// Makes every value unknown.
+    /// Marks every value as unknown.
     void Reset();
 };

@@ -19,7 +19,7 @@ public:
     /// Frees what this object holds, takes the surface and reads its description. Null is allowed.
     /// A description that cannot be read, or a format that the engine does not read, is an `Error`.
     void SetSurface(ComPointer<IDirect3DSurface9> newSurface);
-    /// Gives the surface back: released unless other users of its id remain.
+    /// Releases the surface unless other users of its id remain.
     void Free();
 
     ComPointer<IDirect3DSurface9> surface; ///< owned

@@ -41,7 +41,8 @@ void KRE_SurfaceBase::InitFormat(D3DFORMAT newFormat)
 void KRE_SurfaceBase::BeginLock(const D3DLOCKED_RECT& bits, const RECT* rect, const SIZE& size)
 {
     lockRect = rect ? *rect : RECT{0, 0, size.cx, size.cy};
-    // A device that lets a rectangle reach beyond the picture has no bytes for it.
+    // A device may accept a rectangle that extends beyond the picture, but has no bytes for that
+    // part.
     lockRect.right = std::min(lockRect.right, size.cx);
     lockRect.bottom = std::min(lockRect.bottom, size.cy);
     lockedBits = bits;
@@ -61,7 +62,7 @@ bool KRE_SurfaceBase::IsReadable(int32_t x, int32_t y) const
            y < lockRect.bottom;
 }
 
-/// Where a pixel of the locked area lies; the bytes start with the area's own top left.
+/// Address of a pixel of the locked area; the bytes start at the area's top left.
 uint8_t* KRE_SurfaceBase::PixelBytes(int32_t x, int32_t y) const
 {
     uint8_t* row = static_cast<uint8_t*>(lockedBits.pBits) +
@@ -140,7 +141,7 @@ bool KRE_SurfaceBase::HasAlpha()
     return alphaState > 0;
 }
 
-/// Reads a grid of pixels; whether one of them has an alpha between 0 and 255.
+/// Samples a grid of pixels. Returns whether any alpha is neither 0 nor 255.
 bool KRE_SurfaceBase::ScanAlpha(const SIZE& size)
 {
     const SampleLine across(size.cx);

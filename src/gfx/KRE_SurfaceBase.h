@@ -23,10 +23,10 @@ public:
     /// Whether there is a picture.
     virtual bool IsValid() const = 0;
 
-    /// Reads a pixel of the locked area. Outside it, without a lock and for block formats the result
-    /// is false and nothing is written.
+    /// Reads a pixel of the locked area. Outside it, without a lock and for block formats, returns
+    /// false and writes nothing.
     bool GetPixel(int32_t x, int32_t y, D3DCOLOR* colorOut) const;
-    /// Writes a pixel of the locked area. False, with nothing done, as with `GetPixel`.
+    /// Writes a pixel of the locked area. Fails in the same cases as `GetPixel`.
     bool PutPixel(int32_t x, int32_t y, D3DCOLOR color);
     /// Reads a pixel of a DXT1 or DXT5 picture, with the shortcuts of `ReadBlockPixel`; for a plain
     /// format it is `GetPixel`. DXT2 to DXT4 are an `Error`.
@@ -34,12 +34,12 @@ public:
     /// Locks the whole picture and gives every pixel the colour. The caller unlocks. A picture in a
     /// block format is an `Error`.
     void Fill(D3DCOLOR color);
-    /// Whether the picture has real alpha; found out by samples, once for each picture.
-    /// QUIRK: a picture whose alpha is nothing but 0 and 255 is a cut-out and says no.
+    /// Whether the picture has real alpha; determined from samples, once for each picture.
+    /// QUIRK: a picture whose alpha is only 0 and 255 is a cut-out; the result is false.
     bool HasAlpha();
 
     D3DFORMAT format = D3DFMT_UNKNOWN;
-    int32_t bytesPerPixel = 0; ///< block formats leave it as it was
+    int32_t bytesPerPixel = 0; ///< block formats leave it unchanged
     int16_t alphaState = -1;   ///< -1 unknown, 0 no alpha, 1 alpha
     int32_t locked = 0;
     RECT lockRect{}; ///< of the last lock
@@ -51,9 +51,9 @@ public:
 protected:
     KRE_SurfaceBase() = default;
 
-    /// Takes a pixel format; one that the engine does not read is an `Error`.
+    /// Sets the pixel format; one that the engine does not read is an `Error`.
     void InitFormat(D3DFORMAT newFormat);
-    /// Takes what a device lock gave. A null `rect` is the whole of `size`.
+    /// Stores the result of a device lock. A null `rect` means the whole of `size`.
     void BeginLock(const D3DLOCKED_RECT& bits, const RECT* rect, const SIZE& size);
     void EndLock();
 

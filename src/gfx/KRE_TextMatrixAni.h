@@ -6,11 +6,11 @@
 #include "base/KRE_Base.h"
 #include "scene/KRE_FloatTrack.h"
 
-/// How the texture matrix of one map slot changes over time. A track without keys stands still at
-/// its constant.
+/// How the texture matrix of one map slot changes over time. A track without keys stays at its
+/// constant.
 class KRE_TextMatrixAni : public KRE_Base {
 public:
-    /// The tracks in the order of files. Offsets are in widths of the picture, angles in radians.
+    /// The tracks in file order. Offsets are in widths of the picture, angles in radians.
     enum Track : int32_t { kOffsetU, kOffsetV, kTileU, kTileV, kAngle, kTrackCount };
 
     KRE_TextMatrixAni();
@@ -19,14 +19,14 @@ public:
     float Evaluate(Track track, float time);
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 
     KRE_FloatTrack tracks[kTrackCount];
     float constants[kTrackCount] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};
 };
 
-/// The animations of a texture's map slots. Most textures stand still, and scenes hold very many of
-/// them: memory is taken only when one is asked for that may be changed.
+/// The animations of a texture's map slots. Most textures are not animated, and scenes hold very
+/// many of them, so memory is allocated only on the first request for write access.
 class KRE_SlotAnimations {
 public:
     static constexpr int32_t kSlots = 4;
@@ -35,9 +35,9 @@ public:
     KRE_SlotAnimations(const KRE_SlotAnimations& other) { *this = other; }
     KRE_SlotAnimations& operator=(const KRE_SlotAnimations& other);
 
-    /// Whether any were asked for; else all slots stand still at the defaults.
+    /// Whether any are allocated; if not, all slots stay at the defaults.
     explicit operator bool() const { return static_cast<bool>(all); }
-    /// Not checked: 0 <= slot < kSlots, and without the right to change it, that there are any.
+    /// Not checked: 0 <= slot < kSlots and, for const access, that any are allocated.
     const KRE_TextMatrixAni& operator[](int32_t slot) const { return all[slot]; }
     KRE_TextMatrixAni& operator[](int32_t slot) { return *(begin() + slot); }
     KRE_TextMatrixAni* begin();

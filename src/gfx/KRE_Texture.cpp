@@ -67,7 +67,7 @@ void KRE_Texture::GetFullSize(SIZE* sizeOut) const
 
 void KRE_Texture::Refresh()
 {
-    alphaState = -1; // of the picture before
+    alphaState = -1; // was that of the previous picture
     if (current)
         ReadCurrent();
     hasAlpha = 0;
@@ -192,7 +192,7 @@ void KRE_Texture::ReleaseUse(IDirect3DTexture9*& texture, int32_t& id)
 {
     if (id == -1 && !texture)
         return; // a texture that holds nothing may outlive its manager
-    // The manager knows of textures that a reset has taken away; the pointer here is stale then.
+    // The manager knows which textures a reset has released; the pointer here is stale then.
     IDirect3DTexture9* const object =
         manager && id != -1 ? static_cast<IDirect3DTexture9*>(manager->GetPointer(id)) : texture;
     const bool isLastUser = !manager || manager->Unacquire(id);

@@ -5,7 +5,7 @@
 
 #include "base/ParseNumber.h"
 
-/// Folds a number into 0 to `count` - 1, from below as well.
+/// Wraps a number to 0 to `count` - 1, negative numbers included.
 static int32_t Wrap(int32_t number, int32_t count)
 {
     const int32_t rest = number % count;
@@ -32,7 +32,7 @@ void KRE_Texture::Evaluate(float time)
         SelectFrame(FrameAt(time));
 }
 
-/// The frame to show; its number is good for any period, start and time that a file may hold.
+/// The frame to show; its number is valid for any period, start and time that a file may hold.
 int32_t KRE_Texture::FrameAt(float time) const
 {
     const float elapsed = time - sequenceStart;
@@ -68,8 +68,8 @@ void KRE_Texture::SetMatrixOf(int32_t slot, const float (&values)[KRE_TextMatrix
         return;
 
     // The product of translation, rotation about (0, 0, 1) by -angle, and scaling, without the
-    // elements that are 0 or 1. The translation stands in the third row, since the third texture
-    // coordinate is the 1 that it is multiplied with.
+    // elements that are 0 or 1. The translation is in the third row, because it is multiplied by
+    // the third texture coordinate, which is 1.
     const float shiftU = -0.5f - offsetU;
     const float shiftV = offsetV - 0.5f;
     const float cosine = static_cast<float>(std::cos(-static_cast<double>(angle)));

@@ -11,16 +11,16 @@
 
 class KRE_Gfx;
 
-/// Textures by name that load when they are first asked for. The embedding program fills it by
-/// `AddTexture`; there is no file format for catalogues. Names are printable ASCII; others are
-/// an `Error` of the tree.
+/// Textures by name that load when first used. The embedding program fills it with `AddTexture`;
+/// there is no file format for catalogues. Names are printable ASCII; others are an `Error` of the
+/// tree.
 class KRE_TextureCatalogue : public KRE_Base {
 public:
-    /// `gfxIn` has to outlive the catalogue; it is not used before the first operation.
+    /// `gfxIn` must outlive the catalogue; it is not used before the first operation.
     explicit KRE_TextureCatalogue(KRE_Gfx& gfxIn);
 
-    /// Adds an entry. A name that is there already is a warning and gives false: the first one
-    /// stays. A file that cannot be found is a warning only. `stretch` allows resampling.
+    /// Adds an entry. A name that already exists causes a warning and returns false; the first
+    /// entry stays. A file that cannot be found only causes a warning. `stretch` allows resampling.
     bool AddTexture(const char* name, const char* file, D3DCOLOR colorKey, bool stretch);
     /// The texture of a name, owned here until `Free`, or null for a name without an entry. A file
     /// that cannot be found gives a small grey picture; one that cannot be read is an `Error`.
@@ -30,7 +30,7 @@ public:
 
 private:
     struct TextureData {
-        std::unique_ptr<KRE_Texture> texture; ///< owned; null until it is first asked for
+        std::unique_ptr<KRE_Texture> texture; ///< owned; null until first used
         String file;
         D3DCOLOR colorKey = 0;
         bool stretch = true;

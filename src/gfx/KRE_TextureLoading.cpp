@@ -4,7 +4,9 @@
 
 #include "base/Ascii.h"
 #include "base/File.h"
+#include "base/FormatText.h"
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "gfx/DirectXErrorName.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_TextureRequest.h"
@@ -46,9 +48,18 @@ bool IsVideoName(const String& name)
 void KRE_TextureLoading::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey,
                                      int32_t mode, int32_t format, int32_t mipLevels)
 {
+    char name[kMessageSize]; // the file's text may live in what the load frees
+    CopyText(name, sizeof name, file);
+    WithMemory([&] { LoadFile(texture, file, colorKey, mode, format, mipLevels); },
+               [&] { gfx.Error("Out of memory for resource '%s'", name); });
+}
+
+void KRE_TextureLoading::LoadFile(KRE_Texture* texture, const char* file, D3DCOLOR colorKey,
+                                  int32_t mode, int32_t format, int32_t mipLevels)
+{
     if (!texture)
         gfx.Error("KRE_Texture pointer in LoadTexture is NULL pointer!");
-    const String name(file); // the text may live in what is freed below
+    const String name(file); // the text may be part of what is freed below
     if (name.IsEmpty())
         gfx.Error("Invalid file name in LoadTexture");
     gfx.CheckPath(name.c_str());
@@ -57,7 +68,7 @@ void KRE_TextureLoading::LoadTexture(KRE_Texture* texture, const char* file, D3D
         return;
     }
 
-    // The default's bits are no flags.
+    // The bits of the default, -1, are not flags.
     const int32_t asked = mode == kLoadTextureUnset ? kLoadTextureManaged : mode;
     if (!(asked & KRE_Gfx::kKeepTexture))
         texture->FreeCurrent();
@@ -96,7 +107,7 @@ void KRE_TextureLoading::ShareScreenTexture(KRE_Texture& texture)
     texture.Refresh();
 }
 
-/// Size of a file in bytes, or -1 for one that cannot be opened.
+/// Size of a file in bytes, or -1 if it cannot be opened.
 static int32_t MeasureFile(const char* name)
 {
     File file;
@@ -131,8 +142,8 @@ void KRE_TextureLoading::LoadImageFile(KRE_Texture& texture, const String& file,
         gfx.Error(" D3DXGetImageInfoFromFile failed: %s (file:%s)",
                   DirectXErrorName(gfx.lastResult), file.c_str());
     const bool isFrame = texture.sequenceCount > 0;
-    // QUIRK: frames are kept under a name that no load looks for, so that frames share the pictures
-    // of plain textures but not those of each other.
+    // QUIRK: frames are registered under a name that no load looks up, so they share the pictures
+    // of plain textures but not each other's.
     if (!ShareTexture(texture, resourceName.c_str()))
         RegisterTexture(texture, CreateFromImage(file, info, request),
                         isFrame ? leaf.c_str() : resourceName.c_str());
@@ -164,7 +175,7 @@ ComPointer<IDirect3DTexture9> KRE_TextureLoading::CreateFromImage(const String& 
             width = NextPowerOfTwo(info.Width);
             height = NextPowerOfTwo(info.Height);
         } else {
-            // QUIRK: the place of the name stays empty.
+            // QUIRK: the warning leaves the name empty.
             gfx.Warning(
                 "Loading none-power of 2 texture '%s' with options: mipmaps+noStretch+compressed",
                 "");

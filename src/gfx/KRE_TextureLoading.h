@@ -12,32 +12,34 @@ class KRE_Gfx;
 class KRE_Texture;
 struct KRE_TextureRequest;
 
-/// Fills textures with pictures: from files, lists of frames, video sources and empty ones. A picture
-/// belongs to the engine's texture manager, which its users share it through. `KRE_Gfx` owns the one
-/// loading and forwards to it. Sizes are pixels.
+/// Fills textures with pictures from files, lists of frames and video sources, or with empty ones.
+/// A picture belongs to the engine's texture manager, through which its users share it. `KRE_Gfx`
+/// owns the only instance and forwards to it. Sizes are in pixels.
 class KRE_TextureLoading {
 public:
     explicit KRE_TextureLoading(KRE_Gfx& engine) : gfx(engine) {}
 
     /// Loads a picture, a list of frames (".ifl") or a video source (">>Video" and its number) into
     /// the current frame or slot. Files are shared by name and size. `mode` is a KRE_LoadMode, with
-    /// flags of `KRE_Gfx`. `format` is a D3DFORMAT or -1 to choose by the file, `mipLevels` 0 the full
-    /// chain. Whatever cannot be loaded is an `Error`.
+    /// flags of `KRE_Gfx`. `format` is a D3DFORMAT or -1 to choose by the file, `mipLevels` 0 means
+    /// the full chain. Whatever cannot be loaded is an `Error`.
     void LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
                      int32_t format, int32_t mipLevels);
     /// Makes an empty picture in the current frame or slot. `mode` is a KRE_CreateMode. A `format` of
     /// -1 is the back buffer's.
     void CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
                        int32_t format, int32_t mipLevels);
-    /// A small grey picture, in the place of one that is missing.
+    /// Makes a small grey picture in place of a missing one.
     void MakePlaceholder(KRE_Texture* texture);
-    /// The name that a file is shared under: its leaf and its size, so that files of one name in two
-    /// directories stay apart. The leaf alone if it cannot be opened.
+    /// The name under which a file is shared: its leaf and its size, to keep files of the same name
+    /// in two directories apart. The leaf alone if it cannot be opened.
     static void MakeResourceName(String* nameOut, const char* file);
     /// Lets a video source fill its texture. A source that is not set up is an `Error`.
     void UpdateVideoSource(int32_t source);
 
 private:
+    void LoadFile(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
+                  int32_t format, int32_t mipLevels);
     void LoadImageFile(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     ComPointer<IDirect3DTexture9> CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
                                                   const KRE_TextureRequest& request);

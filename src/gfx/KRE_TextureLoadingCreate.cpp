@@ -1,4 +1,4 @@
-// Pictures that come from no file, and how any picture gets into a texture.
+// Pictures without a file, and how any picture gets into a texture.
 
 #include "gfx/KRE_TextureLoading.h"
 
@@ -94,7 +94,7 @@ bool KRE_TextureLoading::ShareTexture(KRE_Texture& texture, const char* name)
     if (id == -1)
         return false;
     void* const shared = gfx.textureManager.GetPointer(id);
-    if (!shared) { // a reset has taken it away
+    if (!shared) { // a reset has released it
         gfx.textureManager.Unacquire(id);
         return false;
     }

@@ -9,7 +9,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_TextureRequest.h"
 
-/// All bytes of a file, `sizeOut` of them; none, with a warning, for one that cannot be opened.
+/// Reads all `*sizeOut` bytes of a file; none, with a warning, if it cannot be opened.
 static HeapArray<char> ReadWhole(const String& name, int32_t* sizeOut)
 {
     File file;
@@ -26,7 +26,7 @@ static HeapArray<char> ReadWhole(const String& name, int32_t* sizeOut)
 
 namespace {
 
-/// A line of a list with the place of its picture.
+/// A line of a list with the path of its picture.
 struct PlacedRun {
     KRE_FrameLine line;
     String name;
@@ -35,7 +35,7 @@ struct PlacedRun {
     bool isThere = false;
 };
 
-/// Where the picture of a name is: as it is named, or else beside the list.
+/// Finds a picture: at the path given, or else beside the list.
 bool PlaceFrame(const String& directory, std::string_view name, PlacedRun* runOut)
 {
     runOut->name.Assign(name.data(), static_cast<int32_t>(name.size()));
@@ -47,8 +47,8 @@ bool PlaceFrame(const String& directory, std::string_view name, PlacedRun* runOu
     return FileExists(runOut->path.c_str()) || IsVideoName(runOut->path);
 }
 
-/// The name may hold blanks and end in a number, so the whole line is tried before its last word
-/// counts as a number of frames.
+/// The name may contain spaces and end in a number, so the whole line is tried before its last word
+/// is taken as a number of frames.
 PlacedRun PlaceLine(const String& directory, const KRE_FrameLine& line)
 {
     PlacedRun run;
@@ -63,7 +63,7 @@ PlacedRun PlaceLine(const String& directory, const KRE_FrameLine& line)
     return run;
 }
 
-/// All runs of a list, of `*countOut` frames; stops when these are more than kMostFrames.
+/// All runs of a list, `*countOut` frames in total; stops when that exceeds kMostFrames.
 std::vector<PlacedRun> PlaceLines(const String& file, const std::vector<KRE_FrameLine>& lines,
                                   int32_t* countOut)
 {
@@ -81,7 +81,7 @@ std::vector<PlacedRun> PlaceLines(const String& file, const std::vector<KRE_Fram
     return runs;
 }
 
-/// Shows the picture of the current frame in further frames, as one more user each.
+/// Repeats the current frame's picture in the frames after it, each as one more user.
 void RepeatFrame(KRE_Texture& texture, int32_t times)
 {
     const int32_t first = texture.frameIndex;
@@ -110,8 +110,8 @@ void KRE_TextureLoading::LoadFrameList(KRE_Texture& texture, const String& file,
     texture.CreateSequence(count, false);
     int32_t frame = 0;
     for (const PlacedRun& run : runs) {
-        // A list in a list would take over the sequence that is being filled, and a list in itself
-        // would never end.
+        // A nested list would replace the sequence being filled, and a list that names itself would
+        // never end.
         if (run.name.EndsWith(kFrameListExtension))
             gfx.Error("Texture file list %s names another list: %s", file.c_str(),
                       run.name.c_str());

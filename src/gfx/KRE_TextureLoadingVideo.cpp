@@ -15,7 +15,7 @@ void KRE_TextureLoading::LoadVideoTexture(KRE_Texture& texture, const char* numb
     if (source < 0 || source >= KRE_Gfx::kVideoSources)
         gfx.Error("Invalid video source for texture: %i", source);
     texture.SetDevice(gfx.device.Get());
-    // One name for all spellings, as the entry has one texture.
+    // One name for all spellings, because the entry has only one texture.
     char name[32];
     FormatText(name, sizeof name, ">>Video%i", source);
     if (!ShareTexture(texture, name))

@@ -17,8 +17,8 @@ struct KRE_TextureRequest {
     int32_t mipLevels = 1; ///< 0 is the full chain
 };
 
-/// Whether a name stands for a video source and not for a file.
+/// Whether a name means a video source rather than a file.
 bool IsVideoName(const String& name);
 
-/// What tells a list of frames from a picture.
+/// The extension of a list of frames.
 inline constexpr const char* kFrameListExtension = ".ifl";

@@ -7,7 +7,7 @@
 
 /// What a vertex format code (FVF) says about its vertices. Sizes and offsets in bytes.
 struct VertexInfo {
-    static constexpr int32_t kNoOffset = -1; ///< offset of what the format does not hold
+    static constexpr int32_t kNoOffset = -1; ///< offset of an element that the format lacks
 
     /// Fills all fields but `processing` from the code. Any code is accepted; texture sets beyond
     /// eight are not counted.
@@ -29,7 +29,8 @@ struct VertexInfo {
     int32_t textureOffset = kNoOffset; ///< of the first set
 };
 
-/// The specular colour of a vertex without one. Its alpha is full: it is the vertex's share of fog, where full is "no fog".
+/// The specular colour of a vertex without one: black with full alpha, which means "no fog" to vertex
+/// fog.
 constexpr D3DCOLOR kNoSpecular = 0xFF000000;
 
 /// On the screen, lit: position in pixels, reciprocal w.
@@ -42,7 +43,7 @@ struct KRE_TLVertex {
 static_assert(KRE_TLVertex::kFvf == 0x1C4 && sizeof(KRE_TLVertex) == 32);
 static_assert(offsetof(KRE_TLVertex, diffuse) == 16 && offsetof(KRE_TLVertex, tu) == 24);
 
-/// In space, lit.
+/// Untransformed, lit.
 struct KRE_LVertex {
     static constexpr DWORD kFvf = D3DFVF_XYZ | D3DFVF_DIFFUSE | D3DFVF_SPECULAR | D3DFVF_TEX1;
     float x, y, z;
@@ -52,7 +53,7 @@ struct KRE_LVertex {
 static_assert(KRE_LVertex::kFvf == 0x1C2 && sizeof(KRE_LVertex) == 28);
 static_assert(offsetof(KRE_LVertex, diffuse) == 12 && offsetof(KRE_LVertex, tu) == 20);
 
-/// In space, with texture coordinates only.
+/// Untransformed, with texture coordinates only.
 struct KRE_VertexPosTex {
     static constexpr DWORD kFvf = D3DFVF_XYZ | D3DFVF_TEX1;
     float x, y, z;
@@ -61,7 +62,7 @@ struct KRE_VertexPosTex {
 static_assert(KRE_VertexPosTex::kFvf == 0x102 && sizeof(KRE_VertexPosTex) == 20);
 static_assert(offsetof(KRE_VertexPosTex, tu) == 12);
 
-/// A coloured point in space.
+/// A coloured untransformed point.
 struct KRE_PointVertex {
     static constexpr DWORD kFvf = D3DFVF_XYZ | D3DFVF_DIFFUSE;
     float x, y, z;

@@ -9,29 +9,29 @@
 /// makes the buffer.
 class KRE_VertexListBase : public KRE_Base {
 public:
-    KRE_VertexListBase(const KRE_VertexListBase&) = delete; // the buffer has one list
+    KRE_VertexListBase(const KRE_VertexListBase&) = delete; // the buffer belongs to one list
     KRE_VertexListBase& operator=(const KRE_VertexListBase&) = delete;
 
     void SetFVFInfo(DWORD fvf) { info.SetFVFInfo(fvf); }
-    /// Takes a D3DPRIMITIVETYPE and counts the primitives anew, never below 0. Another number is an
+    /// Sets a D3DPRIMITIVETYPE and recounts the primitives, never below 0. Any other number is an
     /// `Error`.
     void SetPrimitiveType(int32_t type);
 
-    /// Maps `count` vertices from `first` on and gives the first of them, also in `lockedVertices`,
-    /// until `Unlock`. 0 and 0 map all. `flags` are of D3DLOCK_. A range outside the list is an
-    /// `Error`.
+    /// Maps `count` vertices from `first` on until `Unlock` and returns the first of them, also in
+    /// `lockedVertices`. 0 and 0 map all. `flags` are D3DLOCK_ flags. A range outside the list is
+    /// an `Error`.
     void* Lock(int32_t first, int32_t count, DWORD flags);
     void Unlock();
     bool IsLocked() const { return isLocked != 0; }
 
-    /// Elements of the i-th mapped vertex; null outside the mapped range and for what the format does
-    /// not hold. Texture coordinates are those of the first set.
+    /// Elements of the i-th mapped vertex; null outside the mapped range and for elements that the
+    /// format lacks. Texture coordinates are those of the first set.
     D3DVECTOR* GetPosition(int32_t i);
     float* GetTexCoord(int32_t i);
     D3DCOLOR* GetDiffuse(int32_t i);
     D3DCOLOR* GetSpecular(int32_t i);
 
-    /// Lets go of the buffer; format, primitive type and point record stay.
+    /// Releases the buffer; format, primitive type and point record stay.
     void Free();
 
     VertexInfo info;

@@ -2,8 +2,8 @@
 
 #include "gfx/KRE_VertexListBase.h"
 
-/// A list of one of the engine's own vertex layouts, refilled for each draw or filled once. Stands in
-/// world space: it has no transform.
+/// A list of one of the engine's own vertex layouts, refilled for each draw or filled once. It is
+/// in world space and has no transform.
 template <class Vertex>
 class KRE_VertexListTemp : public KRE_VertexListBase {
 public:

@@ -18,7 +18,7 @@ struct PrintfEntity {
     int32_t length = 0; ///< bytes of `text`
     float x = 0.0f;     ///< from the line's left end
     float width = 0.0f;
-    float wordSpacing = 0.0f; ///< added to each blank by justification
+    float wordSpacing = 0.0f; ///< added to each space by justification
     KRE_PrintfOptions options;
     KRE_Texture* image = nullptr; ///< not owned, lives in the container or the catalogue
 };

@@ -8,7 +8,8 @@ void RandomGenerator::Seed(uint32_t seed)
         x = x * 69069u + 1u;
         return x & 0xFFFF0000u;
     };
-    // The low bits of a linear rule are poor, so each word takes the high halves of two steps.
+    // The low bits of a linear congruence are poor, so each word combines the high halves of two
+    // steps.
     for (uint32_t& word : table) {
         const uint32_t first = nextHighHalf();
         const uint32_t second = nextHighHalf();
@@ -34,5 +35,5 @@ float RandomGenerator::NextFloat()
     word ^= word << 7 & 0x9D2C5680u;
     word ^= word << 15 & 0xEFC60000u;
     word ^= word >> 18;
-    return static_cast<float>(word >> 8) * 0x1p-24f; // what a float holds exactly
+    return static_cast<float>(word >> 8) * 0x1p-24f; // 24 bits, which a float holds exactly
 }

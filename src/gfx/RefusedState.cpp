@@ -6,10 +6,10 @@
 
 namespace {
 
-/// A state that takes one of a few values, and so may hold one that a device does not know, with the
-/// published value of a new device. A number of any size, such as a colour, a distance or a mask of
-/// bits, is never refused. What switches others on stands behind them, so that it is not blamed in their
-/// place.
+/// A state with a fixed set of values, so it may hold one that a device does not know, with the
+/// documented value of a new device. States that take any number, such as colours, distances or bit
+/// masks, are never refused. Switches come after the states that they enable, so that they are not
+/// blamed in their place.
 struct NamedState {
     DWORD state;
     const char* name;
@@ -124,7 +124,7 @@ constexpr DWORD kSamplers = 16;
 
 enum class Kind { kRender, kSampler, kStage, kTexture, kFormat };
 
-/// One thing that may be put back, and what it is now.
+/// One state that may be reset, and its current value.
 struct Suspect {
     Kind kind;
     const NamedState* row; ///< null for textures and the vertex format
@@ -160,14 +160,15 @@ public:
     }
 
 private:
-    /// From the last place down: a stage that is switched off takes all behind it along.
+    /// From the last place down, because switching a stage off also switches off all stages after
+    /// it.
     void AddPlaces(Kind kind, const NamedState* row, DWORD count)
     {
         for (DWORD place = count; place-- > 0;)
             Add(kind, row, place);
     }
 
-    /// What cannot be read, or is as it begins, is above suspicion.
+    /// A state that cannot be read, or has its initial value, is not a suspect.
     void Add(Kind kind, const NamedState* row, DWORD place)
     {
         Suspect suspect{kind, row, place};

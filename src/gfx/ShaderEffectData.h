@@ -63,8 +63,8 @@ struct EffectTechnique {
     bool hasVertexShader = false;              ///< in any pass
 };
 
-/// What all users of one effect file share, and own together. Registered with the engine's effect
-/// manager. Handles belong to the effect; null is a parameter that it does not have.
+/// The data that all users of one effect file share and jointly own. Registered with the engine's
+/// effect manager. Handles belong to the effect; null means a parameter that it lacks.
 struct ShaderEffectData : std::enable_shared_from_this<ShaderEffectData> {
     static constexpr int32_t kResources = 16;
     static constexpr int32_t kParams = 8;

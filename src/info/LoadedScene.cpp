@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <new>
 
 #include <windows.h>
 
@@ -128,8 +127,6 @@ bool LoadedScene::Load(const std::string& pathIn)
         return Fail(std::string(WithoutFileName(error.message)));
     } catch (const ErrorMsg& error) {
         return Fail(std::string(WithoutFileName(error.message)));
-    } catch (const std::bad_alloc&) {
-        return Fail("not enough memory");
     }
     return true;
 }

@@ -53,7 +53,7 @@ std::string TargetText(const KRE_Target3dObject& node)
 std::string LightText(const KRE_Light& light)
 {
     static constexpr const char* kTypes[] = {"point", "spot", "directional"};
-    const auto type = static_cast<int64_t>(light.light.Type);
+    const auto type = int64_t{light.TypeNumber()};
     std::string text = type >= 1 && type <= 3 ? kTypes[type - 1] : "type " + std::to_string(type);
     return light.lightOn ? text : text + ", off";
 }

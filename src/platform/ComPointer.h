@@ -2,8 +2,7 @@
 
 #include <utility>
 
-/// Owner of one reference to a COM object. Reference counts are the object's own; this releases the
-/// one that it holds when it goes.
+/// Owns one reference to a COM object and releases it when destroyed. The object does the counting.
 template <class T>
 class ComPointer {
 public:
@@ -28,7 +27,7 @@ public:
         owner.object = reference;
         return owner;
     }
-    /// Holds a reference of its own beside the caller's; null is allowed.
+    /// Takes an additional reference beside the caller's; null is allowed.
     static ComPointer Share(T* reference)
     {
         if (reference)
@@ -36,15 +35,15 @@ public:
         return Adopt(reference);
     }
 
-    /// Releases the reference, if there is one.
+    /// Releases the reference, if any.
     void Free()
     {
         if (T* held = std::exchange(object, nullptr))
             held->Release();
     }
-    /// Gives the reference to the caller.
+    /// Hands the reference over to the caller.
     T* Detach() { return std::exchange(object, nullptr); }
-    /// Where a call that makes an object writes it. What is held is released first.
+    /// The address to pass to a call that creates an object. Releases the current reference first.
     T** Out()
     {
         Free();

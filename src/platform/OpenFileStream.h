@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
-/// Opens a file by a path as scene files and command lines give it. `mode` is that of `fopen`.
-/// On every host `\` and `/` both separate, and letter case does not matter where the exact name
-/// does not exist. A mode that makes the file makes it under exactly this name, where names that
-/// differ in case can stand side by side. Gives null with `errno` set when the file cannot be opened, which includes a
-/// directory. The caller closes the stream.
+/// Opens a file by a path as given in scene files and command lines. `mode` is that of `fopen`. On
+/// every host `\` and `/` both separate, and case is ignored if the exact name does not exist. A
+/// mode that creates the file uses exactly this name on hosts where names may differ in case only.
+/// Returns null with `errno` set if the file cannot be opened; this includes directories. The
+/// caller closes the stream.
 FILE* OpenFileStream(const char* path, const char* mode);

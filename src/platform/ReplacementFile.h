@@ -3,37 +3,38 @@
 #include <cstdint>
 #include <string>
 
-/// A temporary file that takes the place of another one, the target, when it is complete. It stands
-/// beside the target, so that taking its place is one step of the file system: whenever the process
-/// ends, the target is the old one or the whole new one.
-/// What a process that was ended left behind is removed when another one makes its first file in the
+/// A temporary file that replaces another one, the target, once complete. It is created next to the
+/// target, so that replacing it is one file system operation: whenever the process ends, the target
+/// is either the old file or the complete new one.
+/// Files left behind by a process that was killed are removed when another process creates its
+/// first file in the directory; files of running processes are left alone.
 /// directory; files of processes that run are left alone.
 class ReplacementFile {
 public:
     ReplacementFile() = default;
-    /// Removes a file that has not taken the target's place. It must be closed by then.
+    /// Removes a file that has not replaced the target. It must be closed by then.
     ~ReplacementFile();
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    /// Whether a target of this path is there, and is a file that can be opened for reading. Its name is
-    /// taken as it stands: where `Boat.qsb` and `boat.qsb` can be two files, one is not the other.
+    /// Whether the target exists and is a file that can be opened for reading. The name is taken
+    /// exactly: where `Boat.qsb` and `boat.qsb` can be two files, they are different targets.
     static bool IsTargetThere(const char* targetPath);
 
-    /// Makes an empty file for a path as scene files give it. False with `errno` set where it cannot
-    /// be made or the target is there and may not be written. A target that is a device is written
-    /// in place.
+    /// Creates an empty file for a path as given in scene files. False with `errno` set if it
+    /// cannot be created, or if the target exists and may not be written. A target that is a device
+    /// is written in place.
     bool Make(const char* targetPath);
-    /// To be opened for writing by its user; valid after `Make`.
+    /// The file to open for writing; valid after `Make`.
     const char* Path() const { return path.c_str(); }
-    /// Takes the target's place; the file must be closed. False with `errno` set.
+    /// Replaces the target; the file must be closed. False with `errno` set on failure.
     bool MoveOverTarget();
 
 private:
     bool MakeBeside();
 
-    std::string path; ///< empty when there is nothing to remove
+    std::string path; ///< empty if there is nothing to remove
     std::string target;
     bool isInPlace = false;
-    [[maybe_unused]] int claim = -1; ///< descriptor that holds the file, where the host has locks
+    [[maybe_unused]] int claim = -1; ///< descriptor that holds the lock, on hosts with file locks
 };

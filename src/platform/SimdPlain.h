@@ -6,38 +6,38 @@
 #include <cstdint>
 #include <cstring>
 
-// The operations of platform/Simd.h without instructions of any one processor. They give the bits
-// that SimdSse2.h gives, odd cases included; only the sign and the payload of a NaN that arithmetic
-// makes are left open, as IEEE leaves them.
+// The operations of platform/Simd.h without processor-specific instructions. They give the same
+// bits as SimdSse2.h, odd cases included; only the sign and payload of a NaN produced by arithmetic
+// are unspecified, as in IEEE.
 
 namespace simd_plain {
 
-/// Four floats. As a mask, a lane has all of its bits set or none.
+/// Four floats. As a mask, all bits of a lane are set or none.
 struct Floats4 {
     std::array<float, 4> lanes;
 };
 
-/// Four integers of 32 bits; also eight halves or sixteen bytes, where an operation says so. The
-/// first is at the lowest address.
+/// Four 32-bit integers; also eight halves or sixteen bytes, where an operation says so. The first
+/// is at the lowest address.
 struct Ints4 {
-    std::array<std::int32_t, 4> lanes;
+    std::array<int32_t, 4> lanes;
 };
 
 struct Doubles2 {
     std::array<double, 2> lanes;
 };
 
-using Bits4 = std::array<std::uint32_t, 4>;
-using Bits2 = std::array<std::uint64_t, 2>;
-using Halves8 = std::array<std::uint16_t, 8>;
-using Bytes16 = std::array<std::uint8_t, 16>;
+using Bits4 = std::array<uint32_t, 4>;
+using Bits2 = std::array<uint64_t, 2>;
+using Halves8 = std::array<uint16_t, 8>;
+using Bytes16 = std::array<uint8_t, 16>;
 
-/// Result, type of a lane, and number of lanes; `lane(i)` gives the lane.
-template <typename Result, typename Lane, std::size_t Number, typename MakeLane>
+/// Builds a `Result` of `Number` lanes of type `Lane`; `lane(i)` returns lane i.
+template <typename Result, typename Lane, size_t Number, typename MakeLane>
 Result ForLanes(MakeLane lane)
 {
     std::array<Lane, Number> made{};
-    for (std::size_t i = 0; i < Number; ++i)
+    for (size_t i = 0; i < Number; ++i)
         made[i] = lane(i);
     return std::bit_cast<Result>(made);
 }
@@ -51,13 +51,13 @@ Floats4 EachFloat(MakeLane lane)
 template <typename Result, typename MakeLane>
 Result EachBits(MakeLane lane)
 {
-    return ForLanes<Result, std::uint32_t, 4>(lane);
+    return ForLanes<Result, uint32_t, 4>(lane);
 }
 
 template <typename MakeLane>
 Ints4 EachHalf(MakeLane lane)
 {
-    return ForLanes<Ints4, std::uint16_t, 8>(lane);
+    return ForLanes<Ints4, uint16_t, 8>(lane);
 }
 
 template <typename MakeLane>
@@ -69,17 +69,17 @@ Doubles2 EachDouble(MakeLane lane)
 template <typename MakeLane>
 Doubles2 EachLongBits(MakeLane lane)
 {
-    return ForLanes<Doubles2, std::uint64_t, 2>(lane);
+    return ForLanes<Doubles2, uint64_t, 2>(lane);
 }
 
-inline std::uint32_t MaskOf(bool isSet)
+inline uint32_t MaskOf(bool isSet)
 {
-    return isSet ? ~std::uint32_t{0} : 0;
+    return isSet ? ~uint32_t{0} : 0;
 }
 
-inline std::uint64_t LongMaskOf(bool isSet)
+inline uint64_t LongMaskOf(bool isSet)
 {
-    return isSet ? ~std::uint64_t{0} : 0;
+    return isSet ? ~uint64_t{0} : 0;
 }
 
 // Floats.
@@ -94,7 +94,7 @@ inline Floats4 MakeFloats(float first, float second, float third, float fourth)
     return {{first, second, third, fourth}};
 }
 
-/// The place is aligned to 16 bytes, also in StoreFloats.
+/// `aligned` is aligned to 16 bytes, also in StoreFloats.
 inline Floats4 LoadFloats(const float* aligned)
 {
     Floats4 a;
@@ -114,47 +114,47 @@ inline float FirstLane(Floats4 a)
 
 inline Floats4 operator+(Floats4 a, Floats4 b)
 {
-    return EachFloat([&](std::size_t i) { return a.lanes[i] + b.lanes[i]; });
+    return EachFloat([&](size_t i) { return a.lanes[i] + b.lanes[i]; });
 }
 
 inline Floats4 operator-(Floats4 a, Floats4 b)
 {
-    return EachFloat([&](std::size_t i) { return a.lanes[i] - b.lanes[i]; });
+    return EachFloat([&](size_t i) { return a.lanes[i] - b.lanes[i]; });
 }
 
 inline Floats4 operator*(Floats4 a, Floats4 b)
 {
-    return EachFloat([&](std::size_t i) { return a.lanes[i] * b.lanes[i]; });
+    return EachFloat([&](size_t i) { return a.lanes[i] * b.lanes[i]; });
 }
 
 inline Floats4 operator/(Floats4 a, Floats4 b)
 {
-    return EachFloat([&](std::size_t i) { return a.lanes[i] / b.lanes[i]; });
+    return EachFloat([&](size_t i) { return a.lanes[i] / b.lanes[i]; });
 }
 
 inline Floats4 operator&(Floats4 a, Floats4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Floats4>([&](std::size_t i) { return x[i] & y[i]; });
+    return EachBits<Floats4>([&](size_t i) { return x[i] & y[i]; });
 }
 
 inline Floats4 operator|(Floats4 a, Floats4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Floats4>([&](std::size_t i) { return x[i] | y[i]; });
+    return EachBits<Floats4>([&](size_t i) { return x[i] | y[i]; });
 }
 
 inline Floats4 operator^(Floats4 a, Floats4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Floats4>([&](std::size_t i) { return x[i] ^ y[i]; });
+    return EachBits<Floats4>([&](size_t i) { return x[i] ^ y[i]; });
 }
 
 /// The bits of `a` that are not in `mask`.
 inline Floats4 AndNot(Floats4 mask, Floats4 a)
 {
     const Bits4 x = std::bit_cast<Bits4>(mask), y = std::bit_cast<Bits4>(a);
-    return EachBits<Floats4>([&](std::size_t i) { return ~x[i] & y[i]; });
+    return EachBits<Floats4>([&](size_t i) { return ~x[i] & y[i]; });
 }
 
 /// `a` where the bits of `mask` are set, else `b`.
@@ -168,67 +168,65 @@ inline Floats4 Absolute(Floats4 a)
     return AndNot(Splat(-0.0f), a);
 }
 
-/// `b` where one of the two is NaN, and where both are zeros. Max is alike.
+/// Returns `b` if either is NaN or both are zero. So does Max.
 inline Floats4 Min(Floats4 a, Floats4 b)
 {
-    return EachFloat(
-        [&](std::size_t i) { return a.lanes[i] < b.lanes[i] ? a.lanes[i] : b.lanes[i]; });
+    return EachFloat([&](size_t i) { return a.lanes[i] < b.lanes[i] ? a.lanes[i] : b.lanes[i]; });
 }
 
 inline Floats4 Max(Floats4 a, Floats4 b)
 {
-    return EachFloat(
-        [&](std::size_t i) { return a.lanes[i] > b.lanes[i] ? a.lanes[i] : b.lanes[i]; });
+    return EachFloat([&](size_t i) { return a.lanes[i] > b.lanes[i] ? a.lanes[i] : b.lanes[i]; });
 }
 
 inline Floats4 SquareRoot(Floats4 a)
 {
-    return EachFloat([&](std::size_t i) { return std::sqrt(a.lanes[i]); });
+    return EachFloat([&](size_t i) { return std::sqrt(a.lanes[i]); });
 }
 
-/// Comparisons give masks. NaN is neither less nor greater than anything, and unequal to all.
+/// Comparisons return masks. NaN is neither less nor greater than anything, and unequal to
+/// everything.
 inline Floats4 IsLess(Floats4 a, Floats4 b)
 {
-    return EachBits<Floats4>([&](std::size_t i) { return MaskOf(a.lanes[i] < b.lanes[i]); });
+    return EachBits<Floats4>([&](size_t i) { return MaskOf(a.lanes[i] < b.lanes[i]); });
 }
 
 inline Floats4 IsGreater(Floats4 a, Floats4 b)
 {
-    return EachBits<Floats4>([&](std::size_t i) { return MaskOf(a.lanes[i] > b.lanes[i]); });
+    return EachBits<Floats4>([&](size_t i) { return MaskOf(a.lanes[i] > b.lanes[i]); });
 }
 
 inline Floats4 IsUnequal(Floats4 a, Floats4 b)
 {
-    return EachBits<Floats4>([&](std::size_t i) { return MaskOf(!(a.lanes[i] == b.lanes[i])); });
+    return EachBits<Floats4>([&](size_t i) { return MaskOf(!(a.lanes[i] == b.lanes[i])); });
 }
 
-/// The highest bit of each lane, that of the first lane lowest.
+/// The highest bit of each lane; the first lane gives the lowest bit.
 inline int LaneBits(Floats4 mask)
 {
     const Bits4 x = std::bit_cast<Bits4>(mask);
     return static_cast<int>(x[0] >> 31 | x[1] >> 31 << 1 | x[2] >> 31 << 2 | x[3] >> 31 << 3);
 }
 
-/// The third lane, the first, the second, and the fourth where it was.
+/// Rotates the first three lanes to third, first, second; the fourth stays.
 inline Floats4 TurnFirstThree(Floats4 a)
 {
     return {{a.lanes[2], a.lanes[0], a.lanes[1], a.lanes[3]}};
 }
 
-// Integers of 32 bits. Sums and differences wrap.
+// 32-bit integers. Sums and differences wrap.
 
-inline Ints4 SplatInt(std::int32_t value)
+inline Ints4 SplatInt(int32_t value)
 {
     return {{value, value, value, value}};
 }
 
-inline Ints4 MakeInts(std::int32_t first, std::int32_t second, std::int32_t third,
-                      std::int32_t fourth)
+inline Ints4 MakeInts(int32_t first, int32_t second, int32_t third, int32_t fourth)
 {
     return {{first, second, third, fourth}};
 }
 
-/// From any address, as StoreInts does.
+/// At any alignment, like StoreInts.
 inline Ints4 LoadInts(const void* at)
 {
     Ints4 a;
@@ -241,15 +239,15 @@ inline void StoreInts(void* at, Ints4 a)
     std::memcpy(at, &a, sizeof(a));
 }
 
-/// Four numbers of 16 bits without sign, from any address.
+/// Four unsigned 16-bit integers, at any alignment.
 inline Ints4 LoadFourHalves(const void* at)
 {
-    std::array<std::uint16_t, 4> halves;
+    std::array<uint16_t, 4> halves;
     std::memcpy(halves.data(), at, sizeof(halves));
     return {{halves[0], halves[1], halves[2], halves[3]}};
 }
 
-inline std::int32_t FirstLane(Ints4 a)
+inline int32_t FirstLane(Ints4 a)
 {
     return a.lanes[0];
 }
@@ -257,67 +255,67 @@ inline std::int32_t FirstLane(Ints4 a)
 inline Ints4 operator+(Ints4 a, Ints4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] + y[i]; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] + y[i]; });
 }
 
 inline Ints4 operator-(Ints4 a, Ints4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] - y[i]; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] - y[i]; });
 }
 
 inline Ints4 operator&(Ints4 a, Ints4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] & y[i]; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] & y[i]; });
 }
 
 inline Ints4 operator|(Ints4 a, Ints4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] | y[i]; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] | y[i]; });
 }
 
 inline Ints4 operator^(Ints4 a, Ints4 b)
 {
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] ^ y[i]; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] ^ y[i]; });
 }
 
 inline Ints4 Select(Ints4 mask, Ints4 a, Ints4 b)
 {
     const Bits4 m = std::bit_cast<Bits4>(mask);
     const Bits4 x = std::bit_cast<Bits4>(a), y = std::bit_cast<Bits4>(b);
-    return EachBits<Ints4>([&](std::size_t i) { return (m[i] & x[i]) | (~m[i] & y[i]); });
+    return EachBits<Ints4>([&](size_t i) { return (m[i] & x[i]) | (~m[i] & y[i]); });
 }
 
-/// By 0 to 31 bits. Zeros come in at either end; the highest bit is no sign here.
+/// By 0 to 31 bits. Shifts in zeros at either end; the highest bit is not a sign here.
 inline Ints4 ShiftLeft(Ints4 a, int bits)
 {
     const Bits4 x = std::bit_cast<Bits4>(a);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] << bits; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] << bits; });
 }
 
 inline Ints4 ShiftRight(Ints4 a, int bits)
 {
     const Bits4 x = std::bit_cast<Bits4>(a);
-    return EachBits<Ints4>([&](std::size_t i) { return x[i] >> bits; });
+    return EachBits<Ints4>([&](size_t i) { return x[i] >> bits; });
 }
 
-/// With sign, as IsGreater.
+/// Signed, like IsGreater.
 inline Ints4 IsLess(Ints4 a, Ints4 b)
 {
-    return EachBits<Ints4>([&](std::size_t i) { return MaskOf(a.lanes[i] < b.lanes[i]); });
+    return EachBits<Ints4>([&](size_t i) { return MaskOf(a.lanes[i] < b.lanes[i]); });
 }
 
 inline Ints4 IsGreater(Ints4 a, Ints4 b)
 {
-    return EachBits<Ints4>([&](std::size_t i) { return MaskOf(a.lanes[i] > b.lanes[i]); });
+    return EachBits<Ints4>([&](size_t i) { return MaskOf(a.lanes[i] > b.lanes[i]); });
 }
 
 inline Ints4 IsEqual(Ints4 a, Ints4 b)
 {
-    return EachBits<Ints4>([&](std::size_t i) { return MaskOf(a.lanes[i] == b.lanes[i]); });
+    return EachBits<Ints4>([&](size_t i) { return MaskOf(a.lanes[i] == b.lanes[i]); });
 }
 
 inline int LaneBits(Ints4 mask)
@@ -329,27 +327,27 @@ inline int LaneBits(Ints4 mask)
 
 inline Floats4 ToFloats(Ints4 a)
 {
-    return EachFloat([&](std::size_t i) { return static_cast<float>(a.lanes[i]); });
+    return EachFloat([&](size_t i) { return static_cast<float>(a.lanes[i]); });
 }
 
-/// NaN and what does not fit become the least integer.
-inline std::int32_t WholeNumber(float value)
+/// NaN and out-of-range values become the lowest integer.
+inline int32_t WholeNumber(float value)
 {
     const bool fits = value >= -2147483648.0f && value < 2147483648.0f;
-    return fits ? static_cast<std::int32_t>(value) : INT32_MIN;
+    return fits ? static_cast<int32_t>(value) : INT32_MIN;
 }
 
 /// Towards zero; see WholeNumber.
 inline Ints4 Truncate(Floats4 a)
 {
-    return ForLanes<Ints4, std::int32_t, 4>([&](std::size_t i) { return WholeNumber(a.lanes[i]); });
+    return ForLanes<Ints4, int32_t, 4>([&](size_t i) { return WholeNumber(a.lanes[i]); });
 }
 
-/// To the nearest, and to the even one of two that are as near; see WholeNumber.
+/// To nearest, ties to even; see WholeNumber.
 inline Ints4 Round(Floats4 a)
 {
-    return ForLanes<Ints4, std::int32_t, 4>(
-        [&](std::size_t i) { return WholeNumber(std::nearbyint(a.lanes[i])); });
+    return ForLanes<Ints4, int32_t, 4>(
+        [&](size_t i) { return WholeNumber(std::nearbyint(a.lanes[i])); });
 }
 
 /// The same bits.
@@ -363,71 +361,70 @@ inline Ints4 AsInts(Floats4 bits)
     return std::bit_cast<Ints4>(bits);
 }
 
-// Eight integers of 16 bits. All results keep their low 16 bits.
+// Eight 16-bit integers. All results keep their low 16 bits.
 
-inline Ints4 SplatHalf(std::int16_t value)
+inline Ints4 SplatHalf(int16_t value)
 {
-    return EachHalf([&](std::size_t) { return static_cast<std::uint16_t>(value); });
+    return EachHalf([&](size_t) { return static_cast<uint16_t>(value); });
 }
 
 inline Ints4 AddHalves(Ints4 a, Ints4 b)
 {
     const Halves8 x = std::bit_cast<Halves8>(a), y = std::bit_cast<Halves8>(b);
-    return EachHalf([&](std::size_t i) { return static_cast<std::uint16_t>(x[i] + y[i]); });
+    return EachHalf([&](size_t i) { return static_cast<uint16_t>(x[i] + y[i]); });
 }
 
 inline Ints4 SubtractHalves(Ints4 a, Ints4 b)
 {
     const Halves8 x = std::bit_cast<Halves8>(a), y = std::bit_cast<Halves8>(b);
-    return EachHalf([&](std::size_t i) { return static_cast<std::uint16_t>(x[i] - y[i]); });
+    return EachHalf([&](size_t i) { return static_cast<uint16_t>(x[i] - y[i]); });
 }
 
 inline Ints4 MultiplyHalves(Ints4 a, Ints4 b)
 {
     const Halves8 x = std::bit_cast<Halves8>(a), y = std::bit_cast<Halves8>(b);
-    return EachHalf([&](std::size_t i) {
-        return static_cast<std::uint16_t>(std::uint32_t{x[i]} * std::uint32_t{y[i]});
-    });
+    return EachHalf(
+        [&](size_t i) { return static_cast<uint16_t>(uint32_t{x[i]} * uint32_t{y[i]}); });
 }
 
-/// By 0 to 15 bits; zeros come in.
+/// By 0 to 15 bits; shifts in zeros.
 inline Ints4 ShiftHalvesLeft(Ints4 a, int bits)
 {
     const Halves8 x = std::bit_cast<Halves8>(a);
-    return EachHalf([&](std::size_t i) { return static_cast<std::uint16_t>(x[i] << bits); });
+    return EachHalf([&](size_t i) { return static_cast<uint16_t>(x[i] << bits); });
 }
 
 inline Ints4 ShiftHalvesRight(Ints4 a, int bits)
 {
     const Halves8 x = std::bit_cast<Halves8>(a);
-    return EachHalf([&](std::size_t i) { return static_cast<std::uint16_t>(x[i] >> bits); });
+    return EachHalf([&](size_t i) { return static_cast<uint16_t>(x[i] >> bits); });
 }
 
 // Sixteen bytes.
 
 inline Ints4 SplatByte(char value)
 {
-    return ForLanes<Ints4, char, 16>([&](std::size_t) { return value; });
+    return ForLanes<Ints4, char, 16>([&](size_t) { return value; });
 }
 
 inline Ints4 AreBytesEqual(Ints4 a, Ints4 b)
 {
     const Bytes16 x = std::bit_cast<Bytes16>(a), y = std::bit_cast<Bytes16>(b);
-    return ForLanes<Ints4, std::uint8_t, 16>(
-        [&](std::size_t i) { return static_cast<std::uint8_t>(x[i] == y[i] ? 0xFF : 0); });
+    return ForLanes<Ints4, uint8_t, 16>(
+        [&](size_t i) { return static_cast<uint8_t>(x[i] == y[i] ? 0xFF : 0); });
 }
 
-/// The highest bit of each byte, that of the first byte lowest.
-inline std::uint32_t ByteBits(Ints4 mask)
+/// The highest bit of each byte; the first byte gives the lowest bit.
+inline uint32_t ByteBits(Ints4 mask)
 {
     const Bytes16 x = std::bit_cast<Bytes16>(mask);
-    std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < x.size(); ++i)
-        bits |= static_cast<std::uint32_t>(x[i] >> 7) << i;
+    uint32_t bits = 0;
+    for (size_t i = 0; i < x.size(); ++i)
+        bits |= static_cast<uint32_t>(x[i] >> 7) << i;
     return bits;
 }
 
-// Doubles. As a mask, a lane has all of its bits set or none.
+// Doubles. As a mask, all bits of a lane are set or none.
 
 inline Doubles2 SplatDouble(double value)
 {
@@ -436,40 +433,40 @@ inline Doubles2 SplatDouble(double value)
 
 inline Doubles2 operator+(Doubles2 a, Doubles2 b)
 {
-    return EachDouble([&](std::size_t i) { return a.lanes[i] + b.lanes[i]; });
+    return EachDouble([&](size_t i) { return a.lanes[i] + b.lanes[i]; });
 }
 
 inline Doubles2 operator-(Doubles2 a, Doubles2 b)
 {
-    return EachDouble([&](std::size_t i) { return a.lanes[i] - b.lanes[i]; });
+    return EachDouble([&](size_t i) { return a.lanes[i] - b.lanes[i]; });
 }
 
 inline Doubles2 operator*(Doubles2 a, Doubles2 b)
 {
-    return EachDouble([&](std::size_t i) { return a.lanes[i] * b.lanes[i]; });
+    return EachDouble([&](size_t i) { return a.lanes[i] * b.lanes[i]; });
 }
 
 inline Doubles2 operator/(Doubles2 a, Doubles2 b)
 {
-    return EachDouble([&](std::size_t i) { return a.lanes[i] / b.lanes[i]; });
+    return EachDouble([&](size_t i) { return a.lanes[i] / b.lanes[i]; });
 }
 
 inline Doubles2 operator&(Doubles2 a, Doubles2 b)
 {
     const Bits2 x = std::bit_cast<Bits2>(a), y = std::bit_cast<Bits2>(b);
-    return EachLongBits([&](std::size_t i) { return x[i] & y[i]; });
+    return EachLongBits([&](size_t i) { return x[i] & y[i]; });
 }
 
 inline Doubles2 operator|(Doubles2 a, Doubles2 b)
 {
     const Bits2 x = std::bit_cast<Bits2>(a), y = std::bit_cast<Bits2>(b);
-    return EachLongBits([&](std::size_t i) { return x[i] | y[i]; });
+    return EachLongBits([&](size_t i) { return x[i] | y[i]; });
 }
 
 inline Doubles2 AndNot(Doubles2 mask, Doubles2 a)
 {
     const Bits2 x = std::bit_cast<Bits2>(mask), y = std::bit_cast<Bits2>(a);
-    return EachLongBits([&](std::size_t i) { return ~x[i] & y[i]; });
+    return EachLongBits([&](size_t i) { return ~x[i] & y[i]; });
 }
 
 inline Doubles2 Select(Doubles2 mask, Doubles2 a, Doubles2 b)
@@ -479,17 +476,17 @@ inline Doubles2 Select(Doubles2 mask, Doubles2 a, Doubles2 b)
 
 inline Doubles2 SquareRoot(Doubles2 a)
 {
-    return EachDouble([&](std::size_t i) { return std::sqrt(a.lanes[i]); });
+    return EachDouble([&](size_t i) { return std::sqrt(a.lanes[i]); });
 }
 
 inline Doubles2 IsLess(Doubles2 a, Doubles2 b)
 {
-    return EachLongBits([&](std::size_t i) { return LongMaskOf(a.lanes[i] < b.lanes[i]); });
+    return EachLongBits([&](size_t i) { return LongMaskOf(a.lanes[i] < b.lanes[i]); });
 }
 
 inline Doubles2 IsLessOrEqual(Doubles2 a, Doubles2 b)
 {
-    return EachLongBits([&](std::size_t i) { return LongMaskOf(a.lanes[i] <= b.lanes[i]); });
+    return EachLongBits([&](size_t i) { return LongMaskOf(a.lanes[i] <= b.lanes[i]); });
 }
 
 /// The first two floats as doubles.
@@ -503,7 +500,7 @@ inline Doubles2 LastTwo(Floats4 a)
     return {{a.lanes[2], a.lanes[3]}};
 }
 
-/// Rounded to the nearest float.
+/// Rounded to nearest.
 inline Floats4 ToFloats(Doubles2 firstTwo, Doubles2 lastTwo)
 {
     return {{static_cast<float>(firstTwo.lanes[0]), static_cast<float>(firstTwo.lanes[1]),

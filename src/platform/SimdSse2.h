@@ -4,8 +4,7 @@
 
 #include <cstdint>
 
-// The operations of platform/Simd.h on processors of the x86 family. SimdPlain.h says what each of
-// them does.
+// The operations of platform/Simd.h on x86 processors. SimdPlain.h describes each of them.
 
 namespace simd_sse2 {
 
@@ -134,13 +133,12 @@ inline Floats4 TurnFirstThree(Floats4 a)
     return {_mm_shuffle_ps(a.lanes, a.lanes, _MM_SHUFFLE(3, 1, 0, 2))};
 }
 
-inline Ints4 SplatInt(std::int32_t value)
+inline Ints4 SplatInt(int32_t value)
 {
     return {_mm_set1_epi32(value)};
 }
 
-inline Ints4 MakeInts(std::int32_t first, std::int32_t second, std::int32_t third,
-                      std::int32_t fourth)
+inline Ints4 MakeInts(int32_t first, int32_t second, int32_t third, int32_t fourth)
 {
     return {_mm_setr_epi32(first, second, third, fourth)};
 }
@@ -161,7 +159,7 @@ inline Ints4 LoadFourHalves(const void* at)
         _mm_unpacklo_epi16(_mm_loadl_epi64(static_cast<const __m128i*>(at)), _mm_setzero_si128())};
 }
 
-inline std::int32_t FirstLane(Ints4 a)
+inline int32_t FirstLane(Ints4 a)
 {
     return _mm_cvtsi128_si32(a.lanes);
 }
@@ -252,7 +250,7 @@ inline Ints4 AsInts(Floats4 bits)
     return {_mm_castps_si128(bits.lanes)};
 }
 
-inline Ints4 SplatHalf(std::int16_t value)
+inline Ints4 SplatHalf(int16_t value)
 {
     return {_mm_set1_epi16(value)};
 }
@@ -292,9 +290,9 @@ inline Ints4 AreBytesEqual(Ints4 a, Ints4 b)
     return {_mm_cmpeq_epi8(a.lanes, b.lanes)};
 }
 
-inline std::uint32_t ByteBits(Ints4 mask)
+inline uint32_t ByteBits(Ints4 mask)
 {
-    return static_cast<std::uint32_t>(_mm_movemask_epi8(mask.lanes));
+    return static_cast<uint32_t>(_mm_movemask_epi8(mask.lanes));
 }
 
 inline Doubles2 SplatDouble(double value)

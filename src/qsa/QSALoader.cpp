@@ -2,6 +2,7 @@
 
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "platform/WalkedFile.h"
 #include "qsa/QSA_BoundsObject.h"
 #include "qsa/QSA_MaterialImport.h"
@@ -60,6 +61,13 @@ int32_t QSALoader::Load(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
     SetFileName(path);
     const LoadScope inHand(path);
+    WithMemory([&] { ReadScene(scene, path, flags); },
+               [&] { Error("Not enough memory for the scene"); });
+    return 1;
+}
+
+void QSALoader::ReadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
+{
     const TextClosing closing{*this};
     header = QSA_SceneHeader();
     time = QSA_TimeScale();
@@ -82,7 +90,6 @@ int32_t QSALoader::Load(KRE_3dScene& scene, const char* path, uint32_t flags)
     scene.settings.fogDensity = kFreshFogDensity;
     if (scene.settings.useFog)
         scene.backgroundColor = scene.settings.fogColor;
-    return 1;
 }
 
 /// False if the file ended inside a block.

@@ -32,6 +32,7 @@ private:
     struct Import; // lives for the load of one file
 
     // --- the file and its top level: QSALoader.cpp
+    void ReadScene(KRE_3dScene& scene, const char* path, uint32_t flags);
     bool ParseTopLevel(Import& import);
     int32_t ParseTopLevelKeyword(QSA_Token token, Import& import);
     void LinkScene(Import& import);

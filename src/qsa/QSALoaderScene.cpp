@@ -7,18 +7,18 @@ namespace {
 
 /// A colour component of 0 to 1 as a byte. QUIRK: components outside that range wrap; exporters
 /// never write them, and existing scenes must keep their look.
-uint32_t ColourByte(float part)
+uint32_t ColorByte(float part)
 {
     return static_cast<uint32_t>(ToInt32(part * 255.0)) & 0xFF;
 }
 
 /// Reads red, green and blue into a colour and keeps its alpha.
-void ReadPackedColour(QSA_SceneText& text, uint32_t* colour)
+void ReadPackedColor(QSA_SceneText& text, uint32_t* color)
 {
     float parts[3];
     text.ReadVector(parts);
-    *colour = (*colour & 0xFF000000) | ColourByte(parts[0]) << 16 | ColourByte(parts[1]) << 8 |
-              ColourByte(parts[2]);
+    *color = (*color & 0xFF000000) | ColorByte(parts[0]) << 16 | ColorByte(parts[1]) << 8 |
+             ColorByte(parts[2]);
 }
 
 } // namespace
@@ -28,10 +28,10 @@ int32_t QSALoader::ParseScene(KRE_3dScene& scene, const QSA_LoadOptions& options
     const int32_t result = ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::SceneBackgroundStatic:
-            ReadPackedColour(*this, &scene.backgroundColor);
+            ReadPackedColor(*this, &scene.backgroundColor);
             break;
         case QSA_Token::SceneAmbientStatic:
-            ReadPackedColour(*this, &scene.ambientColor);
+            ReadPackedColor(*this, &scene.ambientColor);
             break;
         case QSA_Token::SceneFirstFrame:
             ReadInt(&time.firstFrame);
@@ -113,7 +113,7 @@ int32_t QSALoader::ParseStdFog(KRE_3dScene& scene)
     return ParseBlock([&](QSA_Token token) {
         if (token == QSA_Token::FogColor) {
             scene.settings.fogColor = 0xFF000000;
-            ReadPackedColour(*this, &scene.settings.fogColor);
+            ReadPackedColor(*this, &scene.settings.fogColor);
         }
         return 0;
     });

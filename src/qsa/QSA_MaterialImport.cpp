@@ -102,16 +102,16 @@ int32_t QSA_MaterialImport::ParseMaterialKeyword(QSA_Token token, QSA_Material* 
         ReadName(material);
         return 0;
     case QSA_Token::MaterialDiffuse:
-        text.ReadColour(&material->diffuse);
+        text.ReadColor(&material->diffuse);
         return 0;
     case QSA_Token::MaterialAmbient:
-        text.ReadColour(&material->ambient);
+        text.ReadColor(&material->ambient);
         return 0;
     case QSA_Token::MaterialSpecular:
-        text.ReadColour(&material->specular);
+        text.ReadColor(&material->specular);
         return 0;
     case QSA_Token::MaterialSelfIllumColor:
-        text.ReadColour(&material->selfIllum);
+        text.ReadColor(&material->selfIllum);
         return 0;
     case QSA_Token::MaterialShineStrength:
         text.ReadFloat(&material->shineStrength);

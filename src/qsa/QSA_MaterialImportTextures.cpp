@@ -3,6 +3,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSA_FinishTrack.h"
 #include "qsa/QSA_MaterialImport.h"
+#include "qsa/QSA_NewObject.h"
 
 /// Finds a map's file and loads it into the current slot. False, with a warning, if there is no
 /// such file; `warning` has one %s for the name. The slot gets the name either way.
@@ -32,6 +33,8 @@ void QSA_MaterialImport::AttachMapAnimation(const QSA_Map& map, KRE_Texture* tex
         const std::vector<KRE_FloatKey>& keys = map.animation.keys[i];
         KRE_FloatTrack& track = target.tracks[kTracks[i]];
         track.SetKeyCount(static_cast<int32_t>(keys.size()));
+        if (!keys.empty())
+            CheckMemory(track.Keys(), text);
         std::copy(keys.begin(), keys.end(), track.Keys());
         FinishTrack(&track, time);
         target.constants[kTracks[i]] = map.animation.constants[i];

@@ -2,12 +2,13 @@
 
 #include "base/Ascii.h"
 #include "qsa/QSA_MaterialImport.h"
+#include "qsa/QSA_NewObject.h"
 
 namespace {
 
 constexpr int32_t kMaxTrackKeys = 1024;
 
-KRE_ColorTrack* FindColourTrack(const char* name, KRE_MaterialInfo* render)
+KRE_ColorTrack* FindColorTrack(const char* name, KRE_MaterialInfo* render)
 {
     const struct {
         const char* name;
@@ -36,12 +37,12 @@ constexpr QSA_Token kBezierKey<KRE_FloatKey> = QSA_Token::ControlBezierFloatKey;
 
 void ReadKeyValue(QSA_SceneText& text, D3DCOLORVALUE* valueOut)
 {
-    text.ReadColour(valueOut);
+    text.ReadColor(valueOut);
 }
 
 void ReadKeyTangent(QSA_SceneText& text, D3DCOLORVALUE* tangentOut)
 {
-    text.ReadColour(tangentOut);
+    text.ReadColor(tangentOut);
     tangentOut->a = 0.0f;
 }
 
@@ -62,23 +63,23 @@ void ReadKeyTangent(QSA_SceneText& text, float* tangentOut)
 
 int32_t QSA_MaterialImport::ParseAnimation(KRE_MaterialInfo* render)
 {
-    KRE_ColorTrack* colours = nullptr;
+    KRE_ColorTrack* colors = nullptr;
     bool isOpacity = false;
     return text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::MaterialAttribute: {
             TokenBuffer name = "";
             text.ReadQuoted(name);
-            colours = FindColourTrack(name, render);
+            colors = FindColorTrack(name, render);
             isOpacity = CompareNoCase(name, "Opacity") == 0;
             return 0;
         }
         case QSA_Token::ControlColorBezier:
         case QSA_Token::ControlColorLinear:
-            if (!colours)
+            if (!colors)
                 return 0;
             text.SkipTo('{');
-            return ParseTrack(colours);
+            return ParseTrack(colors);
         case QSA_Token::ControlFloatBezier:
         case QSA_Token::ControlFloatLinear:
             if (!isOpacity)
@@ -126,8 +127,8 @@ int32_t QSA_MaterialImport::ParseTrack(KRE_ArrayTrack<Key>* track)
         return 0;
     });
     track->SetKeyCount(number); // keys missing from the text stay empty
-    if (track->Keys())
-        std::copy(keys.begin(), keys.end(), track->Keys());
+    if (number > 0)
+        std::copy(keys.begin(), keys.end(), CheckMemory(track->Keys(), text));
     track->interpolation = isLinear ? KRE_ArrayTrack<Key>::kLinear : KRE_ArrayTrack<Key>::kBezier;
     track->secondFlag = 0;
     return result;

@@ -20,6 +20,13 @@ int32_t QSA_MeshImport::ParseGeomObject()
 {
     const int32_t slot = scene.meshes.Add();
     KRE_Mesh* mesh = CheckMemory(scene.meshes.GetSlot(slot), text);
+    int32_t result = 0;
+    WithMemoryFor(*mesh, text, [&] { result = ReadGeomObject(slot, mesh); });
+    return result;
+}
+
+int32_t QSA_MeshImport::ReadGeomObject(int32_t slot, KRE_Mesh* mesh)
+{
     geometry = QSA_NodeGeometry();
     std::fill(std::begin(counts), std::end(counts), QSA_MeshCounts{});
     builder.Clear();
@@ -77,7 +84,7 @@ int32_t QSA_MeshImport::ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh)
         text.ReadInt(&geometry.materialRef);
         return 0;
     case QSA_Token::WireframeColor:
-        text.ReadColour(&geometry.wireColour);
+        text.ReadColor(&geometry.wireColor);
         return 0;
     default:
         return nodes.ParseNodeKeyword(token, mesh);
@@ -106,7 +113,7 @@ QSA_MeshLoadInfo* QSA_MeshImport::KeepMeshInfo(KRE_Mesh* mesh)
     if (!entry)
         return nullptr;
     entry->data.materialRef = geometry.materialRef;
-    entry->data.wireColour = geometry.wireColour;
+    entry->data.wireColor = geometry.wireColor;
     entry->data.mesh = mesh;
     return &entry->data;
 }

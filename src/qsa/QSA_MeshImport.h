@@ -23,7 +23,7 @@ struct QSA_MeshLoadInfo {
     int32_t materialRef = -1;            ///< index of the top-level material, -1 if none
     std::vector<int32_t> subMaterialMap; ///< attribute of each submaterial, or -1
     int32_t attributeCount = 0;          ///< attribute ids handed out
-    D3DCOLORVALUE wireColour = {1, 1, 1, 1};
+    D3DCOLORVALUE wireColor = {1, 1, 1, 1};
     KRE_Mesh* mesh = nullptr; ///< not owned, lives in the scene
 };
 
@@ -32,7 +32,7 @@ struct QSA_NodeGeometry {
     bool hasGeometry = false;
     bool isClone = false;
     int32_t materialRef = -1;
-    D3DCOLORVALUE wireColour = {1, 1, 1, 1};
+    D3DCOLORVALUE wireColor = {1, 1, 1, 1};
     int32_t weightCount = 0; ///< most weights of one vertex
 };
 
@@ -64,6 +64,7 @@ public:
 
 private:
     // --- nodes: QSA_MeshImport.cpp
+    int32_t ReadGeomObject(int32_t slot, KRE_Mesh* mesh);
     int32_t ParseGeomKeyword(QSA_Token token, KRE_Mesh* mesh);
     void FinishMesh(KRE_Mesh* mesh);
     QSA_MeshLoadInfo* KeepMeshInfo(KRE_Mesh* mesh);

@@ -1,16 +1,17 @@
 #include "base/LoadInHand.h"
 #include "qsa/QSA_MeshImport.h"
+#include "qsa/QSA_NewObject.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
 
 namespace {
 
 /// A material of one colour, for meshes that have none.
-KRE_MaterialInfo WireMaterial(const D3DCOLORVALUE& colour)
+KRE_MaterialInfo WireMaterial(const D3DCOLORVALUE& color)
 {
     KRE_MaterialInfo material;
-    material.diffuse = colour;
-    material.ambient = colour;
+    material.diffuse = color;
+    material.ambient = color;
     material.specular = {0.0f, 0.0f, 0.0f, 1.0f};
     material.emissive = {0.0f, 0.0f, 0.0f, 1.0f};
     return material;
@@ -27,7 +28,7 @@ void FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own, const QSA_M
                         const QSA_Material* material)
 {
     if (!material) {
-        mesh->materials[0] = WireMaterial(own.wireColour);
+        mesh->materials[0] = WireMaterial(own.wireColor);
         return;
     }
     if (material->subMaterials.empty()) {
@@ -58,7 +59,7 @@ void CheckCloneMaterials(KRE_3dScene& scene, ErrorClass& report)
 void QSA_MeshImport::ApplyMaterials(KRE_Mesh* mesh, QSA_Material* material)
 {
     if (!material) {
-        mesh->materials[0] = WireMaterial(geometry.wireColour);
+        mesh->materials[0] = WireMaterial(geometry.wireColor);
         return;
     }
     materials.LoadTextures(material);
@@ -94,7 +95,7 @@ void QSA_MeshImport::FinishClones()
 {
     for (KRE_Mesh* mesh : scene.meshes) {
         if (!mesh->cloneSource.IsEmpty())
-            FinishCloneMaterials(mesh);
+            WithMemoryFor(*mesh, text, [&] { FinishCloneMaterials(mesh); });
     }
     ResolveClones(scene, text);
     CheckCloneMaterials(scene, text);

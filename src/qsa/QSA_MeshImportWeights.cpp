@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "qsa/QSA_MeshImport.h"
+#include "qsa/QSA_NewObject.h"
 #include "scene/KRE_Mesh.h"
 
 namespace {
@@ -55,7 +56,7 @@ int32_t QSA_MeshImport::ParseMeshInitTM(KRE_Mesh* mesh)
 int32_t QSA_MeshImport::AddBone(KRE_Mesh* mesh, const KRE_BoneInfo& bone)
 {
     const int32_t index = mesh->bones.Count();
-    mesh->bones.Add(&bone);
+    CheckMemory(mesh->bones.GetSlot(mesh->bones.Add(&bone)), text);
     boneIndex.Add(HashName(bone.name, false), index);
     return index;
 }

@@ -33,6 +33,15 @@ int LargestRow(const D3DXMATRIX& matrix, int column)
     return c < b ? 1 : 2;
 }
 
+/// Passes the tokens of an object's block to `take`.
+template <class Take>
+int32_t ParseObject(QSA_SceneText& text, const KRE_3dObject& object, const Take& take)
+{
+    int32_t result = 0;
+    WithMemoryFor(object, text, [&] { result = text.ParseBlock(take); });
+    return result;
+}
+
 } // namespace
 
 QSA_NodeImport::QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target)
@@ -65,13 +74,14 @@ int32_t QSA_NodeImport::ParseNode(int32_t kind)
 {
     KRE_3dObject* object = AddObject(&scene.objects, text);
     object->objectKind = kind;
-    return text.ParseBlock([&](QSA_Token token) { return ParseNodeKeyword(token, object); });
+    return ParseObject(text, *object,
+                       [&](QSA_Token token) { return ParseNodeKeyword(token, object); });
 }
 
 int32_t QSA_NodeImport::ParseCamera()
 {
     KRE_Camera* camera = AddObject(&scene.cameras, text);
-    return text.ParseBlock([&](QSA_Token token) {
+    return ParseObject(text, *camera, [&](QSA_Token token) {
         switch (token) {
         case QSA_Token::TargetNode:
             text.ReadQuoted(&camera->targetName);
@@ -99,9 +109,9 @@ int32_t QSA_NodeImport::ParseLight()
     KRE_Light* light = AddObject(&scene.lights, text);
     light->lightMode = 0;
     light->light.Range = kUnlimitedRange;
-    float colour[3] = {};
+    float color[3] = {};
     TokenBuffer typeWord = "";
-    const int32_t result = text.ParseBlock([&](QSA_Token token) {
+    const int32_t result = ParseObject(text, *light, [&](QSA_Token token) {
         switch (token) {
         case QSA_Token::LightType:
             text.SkipSpace();
@@ -115,7 +125,7 @@ int32_t QSA_NodeImport::ParseLight()
         }
         case QSA_Token::LightSettings:
             text.SkipTo('{');
-            return ParseLightSettings(light, colour);
+            return ParseLightSettings(light, color);
         default:
             return ParseNodeKeyword(token, light);
         }
@@ -125,20 +135,20 @@ int32_t QSA_NodeImport::ParseLight()
     return result;
 }
 
-/// `colour` lives for the whole light block: an intensity multiplies its current value.
-int32_t QSA_NodeImport::ParseLightSettings(KRE_Light* light, float (&colour)[3])
+/// `color` lives for the whole light block: an intensity multiplies its current value.
+int32_t QSA_NodeImport::ParseLightSettings(KRE_Light* light, float (&color)[3])
 {
     float value = 0.0f;
     return text.ParseBlock([&](QSA_Token token) {
         switch (token) {
         case QSA_Token::LightColor:
-            text.ReadVector(colour);
+            text.ReadVector(color);
             break;
         case QSA_Token::LightIntensity:
             text.ReadFloat(&value);
-            for (float& part : colour)
+            for (float& part : color)
                 part *= value;
-            light->light.Diffuse = {colour[0], colour[1], colour[2], 1.0f};
+            light->light.Diffuse = {color[0], color[1], color[2], 1.0f};
             light->light.Specular = light->light.Diffuse;
             light->light.Ambient = {0.0f, 0.0f, 0.0f, 0.0f};
             break;

@@ -37,7 +37,7 @@ public:
 private:
     // --- nodes: QSA_NodeImport.cpp
     int32_t ParseCameraSettings(KRE_Camera* camera);
-    int32_t ParseLightSettings(KRE_Light* light, float (&colour)[3]);
+    int32_t ParseLightSettings(KRE_Light* light, float (&color)[3]);
     void FinishLight(KRE_Light* light, const char* typeWord);
     void ReadMatrixRow(D3DXMATRIX* matrix, int row);
     void FindMirroredAxes(QSA_Transform* transform);

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "base/LoadInHand.h"
+#include "base/WithMemory.h"
 #include "qsa/QSA_NodeImport.h"
 #include "scene/KRE_3dScene.h"
 
@@ -57,7 +58,8 @@ void FinishKeysOf(KRE_3dObject* object, const QSA_TimeScale& time)
             ComputeInnerControls(*key);
     }
     object->rotKeys.TimesChanged();
-    object->BuildKeyIndex();
+    WithMemory([&] { object->BuildKeyIndex(); },
+               [&] { object->Error("Not enough memory for the scene"); });
 }
 
 } // namespace

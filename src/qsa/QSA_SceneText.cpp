@@ -183,11 +183,11 @@ void QSA_SceneText::ReadVector(D3DXVECTOR3* vectorOut)
     *vectorOut = {values[0], values[1], values[2]};
 }
 
-void QSA_SceneText::ReadColour(D3DCOLORVALUE* colourOut)
+void QSA_SceneText::ReadColor(D3DCOLORVALUE* colorOut)
 {
     float rgb[3];
     ReadVector(rgb);
-    *colourOut = {rgb[0], rgb[1], rgb[2], 1.0f};
+    *colorOut = {rgb[0], rgb[1], rgb[2], 1.0f};
 }
 
 // ---- For loops over lists, where the fast form did not apply

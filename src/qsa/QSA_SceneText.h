@@ -43,7 +43,7 @@ public:
     int32_t ReadVector(float (&valuesOut)[3]);
     void ReadVector(D3DXVECTOR3* vectorOut);
     /// Red, green and blue; alpha becomes 1.
-    void ReadColour(D3DCOLORVALUE* colourOut);
+    void ReadColor(D3DCOLORVALUE* colorOut);
 
     // --- the same for loops over lists, which keep their position in a cursor. All other reads
     // move the window: call `MoveTo` with the cursor before them and take a new cursor after them.

@@ -91,7 +91,7 @@ struct QSA_TextCursor {
         const bool isNegative = *p == '-';
         p += isNegative ? 1 : 0;
         uint64_t value = 0;
-        const std::ptrdiff_t number = TakeDigits(p, &value);
+        const ptrdiff_t number = TakeDigits(p, &value);
         p += number;
         if (number == 0 || number > kMostIntDigits || IsNumber(*p) || p >= end)
             return false;
@@ -112,11 +112,11 @@ struct QSA_TextCursor {
         p += isNegative ? 1 : 0;
 
         uint64_t digits = 0;
-        std::ptrdiff_t number = TakeDigits(p, &digits);
+        ptrdiff_t number = TakeDigits(p, &digits);
         p += number;
-        std::ptrdiff_t exponent = 0;
+        ptrdiff_t exponent = 0;
         if (*p == '.') {
-            const std::ptrdiff_t decimals = TakeDigits(++p, &digits);
+            const ptrdiff_t decimals = TakeDigits(++p, &digits);
             p += decimals;
             number += decimals;
             exponent = -decimals;
@@ -144,10 +144,10 @@ struct QSA_TextCursor {
     static bool IsStructure(uint8_t c) { return (kClasses[c] & kIsStructure) != 0; }
 
 private:
-    static constexpr std::ptrdiff_t kMostIntDigits = 9;       ///< always fit 31 bits
-    static constexpr std::ptrdiff_t kMostDigits = 19;         ///< always fit 64 bits
+    static constexpr ptrdiff_t kMostIntDigits = 9;            ///< always fit 31 bits
+    static constexpr ptrdiff_t kMostDigits = 19;              ///< always fit 64 bits
     static constexpr uint64_t kMostExact = uint64_t{1} << 53; ///< largest run of exact integers
-    static constexpr std::ptrdiff_t kMostPower = 22;          ///< 10^22 is the last exact one
+    static constexpr ptrdiff_t kMostPower = 22;               ///< 10^22 is the last exact one
     static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                          1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                          1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
@@ -173,7 +173,7 @@ private:
     /// Appends the run of digits at `p` to those in `digits` and returns its length. If the run is
     /// too long, only the length is meaningful. A plain loop: the branch predictor guesses lengths
     /// well, and nothing waits for the digits.
-    static std::ptrdiff_t TakeDigits(const uint8_t* p, uint64_t* digits)
+    static ptrdiff_t TakeDigits(const uint8_t* p, uint64_t* digits)
     {
         const uint8_t* const first = p;
         for (uint32_t digit = 0; (digit = *p - uint32_t{'0'}) <= 9; ++p)
@@ -183,16 +183,16 @@ private:
 
     /// At an exponent letter: adds one to three digits with an optional sign and returns the
     /// position after them. For any other form returns the letter's position, where no word ends.
-    static const uint8_t* TakeExponent(const uint8_t* p, std::ptrdiff_t* exponent)
+    static const uint8_t* TakeExponent(const uint8_t* p, ptrdiff_t* exponent)
     {
-        constexpr std::ptrdiff_t kDigits = 3;
+        constexpr ptrdiff_t kDigits = 3;
         const uint8_t* letter = p++;
         const bool isNegative = *p == '-';
         p += *p == '-' || *p == '+' ? 1 : 0;
         const uint8_t* first = p;
-        std::ptrdiff_t value = 0;
+        ptrdiff_t value = 0;
         for (uint32_t digit = 0; p - first <= kDigits && (digit = *p - uint32_t{'0'}) <= 9; ++p)
-            value = value * 10 + static_cast<std::ptrdiff_t>(digit);
+            value = value * 10 + static_cast<ptrdiff_t>(digit);
         if (p == first || p - first > kDigits)
             return letter;
         *exponent += isNegative ? -value : value;

@@ -12,7 +12,7 @@ DWORD ChooseVertexFormat(const QSA_VertexNeeds& needs, ErrorClass& report)
     if (needs.weightCount < 0 || needs.weightCount > kMaxVertexWeights)
         report.Error("Invalid number of weightings: %i", needs.weightCount);
     DWORD fvf = kFormats[needs.weightCount];
-    if (needs.hasColours)
+    if (needs.hasColors)
         fvf |= D3DFVF_DIFFUSE | D3DFVF_SPECULAR;
 
     int32_t sets = 0;

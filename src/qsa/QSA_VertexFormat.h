@@ -11,7 +11,7 @@ struct QSA_Material;
 /// What determines the vertex format of a mesh.
 struct QSA_VertexNeeds {
     int32_t weightCount = 0; ///< most weights per vertex; 0, or 2 to 4
-    bool hasColours = false; ///< diffuse and specular
+    bool hasColors = false;  ///< diffuse and specular
     bool hasTextureFaces = false;
     const QSA_Material* material = nullptr; ///< null for none
 };

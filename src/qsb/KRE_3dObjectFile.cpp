@@ -8,17 +8,17 @@ void KRE_3dObject::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_3dObject::Load(File& file)
+void KRE_3dObject::Load(QSB_InputFile& file)
 {
-    const QSB_ObjectInHand inHand(*this);
+    const QSB_ObjectInHand inHand(file, *this);
     KRE_3dObject::Reset();
     uint16_t readId = 0;
     file.ReadInt16(&readId);
     if (readId != kQsbObjectId)
         Error("Invalid file read id, file: %s", file.GetFileName().c_str());
     LoadFields(file, *this);
-    if (gQsbReadContext.cutToWindow)
-        TrimKeys(gQsbReadContext.windowStart, gQsbReadContext.windowEnd);
+    if (file.cutToWindow)
+        TrimKeys(file.windowStart, file.windowEnd);
     BuildKeyIndex();
     Evaluate(0.0, 1, 1);
     dirty = 1;

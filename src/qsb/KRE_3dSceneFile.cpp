@@ -1,5 +1,6 @@
 // A whole scene in QSB files, except for the file's header.
 
+#include "base/WithMemory.h"
 #include "qsb/QSB_SceneFields.h"
 
 template <class List>
@@ -11,15 +12,16 @@ static void SaveAll(File& file, const List& list)
 }
 
 template <class T, int32_t N>
-static void LoadAll(File& file, const char* what, int32_t leastBytes, DynaMem<T, N>& list)
+static void LoadAll(QSB_InputFile& file, const char* what, int32_t leastBytes, DynaMem<T, N>& list)
 {
-    const int32_t count = gQsbReadContext.ReadCount(file, what, leastBytes);
+    const int32_t count = file.ReadCount(what, leastBytes);
     if (count > list.Capacity())
         list.SetSize(count);
     for (int32_t i = 0; i < count; ++i) {
         T* object = list.GetSlot(list.Add());
-        gQsbReadContext.CheckMemory(file, object);
-        object->Load(file);
+        file.CheckMemory(object);
+        const QSB_ObjectInHand inHand(file, *object);
+        WithMemory([&] { object->Load(file); }, [&] { file.CheckMemory(nullptr); });
     }
 }
 
@@ -37,9 +39,9 @@ void KRE_3dScene::Save(File& file) const
     SaveAll(file, lights);
 }
 
-void KRE_3dScene::Load(File& file)
+void KRE_3dScene::Load(QSB_InputFile& file)
 {
-    const QSB_ObjectInHand inHand(*this);
+    const QSB_ObjectInHand inHand(file, *this);
     Reset();
     LoadFields(file, *this);
     uint8_t hasBackground = 0;
@@ -50,7 +52,7 @@ void KRE_3dScene::Load(File& file)
     settings.Load(file);
     // Unused values may be anything: they are kept and saved.
     if (settings.useFog && (settings.fogMode < D3DFOG_NONE || settings.fogMode > D3DFOG_LINEAR))
-        gQsbReadContext.Fail(file, "Invalid fogMode: %i", settings.fogMode);
+        file.Fail("Invalid fogMode: %i", settings.fogMode);
     LoadAll(file, "meshes", kQsbLeastMesh, meshes);
     LoadAll(file, "cameras", kQsbLeastCamera, cameras);
     LoadAll(file, "objects", kQsbLeastObject, objects);

@@ -17,7 +17,7 @@ int32_t KRE_KeyBase<T>::Save(File& file) const
 }
 
 template <class T>
-bool KRE_KeyBase<T>::Load(File& file)
+bool KRE_KeyBase<T>::Load(QSB_InputFile& file)
 {
     LoadFields(file, static_cast<T&>(*this));
     uint8_t hasNext = 0;

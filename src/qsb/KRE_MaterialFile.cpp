@@ -7,7 +7,7 @@ void KRE_ColorTrack::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_ColorTrack::Load(File& file)
+void KRE_ColorTrack::Load(QSB_InputFile& file)
 {
     LoadFields(file, *this);
 }
@@ -17,7 +17,7 @@ void KRE_FloatTrack::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_FloatTrack::Load(File& file)
+void KRE_FloatTrack::Load(QSB_InputFile& file)
 {
     LoadFields(file, *this);
 }
@@ -27,7 +27,7 @@ void KRE_EffectParams::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_EffectParams::Load(File& file)
+void KRE_EffectParams::Load(QSB_InputFile& file)
 {
     *this = KRE_EffectParams();
     LoadFields(file, *this);
@@ -38,7 +38,7 @@ void KRE_MaterialInfo::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_MaterialInfo::Load(File& file)
+void KRE_MaterialInfo::Load(QSB_InputFile& file)
 {
     *this = KRE_MaterialInfo();
     LoadFields(file, *this);

@@ -17,29 +17,30 @@ constexpr DWORD kVertexColors = D3DFVF_DIFFUSE | D3DFVF_SPECULAR;
 constexpr DWORD kBumpSets = D3DFVF_TEX2 | D3DFVF_TEXCOORDSIZE3(1);
 static_assert(kVertexColors == 0xC0 && kBumpSets == 0x40200);
 
-HeapArray<uint8_t> ReadBlock(File& file, int64_t size)
+HeapArray<uint8_t> ReadBlock(QSB_InputFile& file, int64_t size)
 {
     // The caller has checked the size against the bytes left, so it fits an int32.
     auto block = HeapArray<uint8_t>::Try(static_cast<int32_t>(size));
-    gQsbReadContext.CheckMemory(file, block.Get());
+    file.CheckMemory(block.Get());
     file.Read(block.Get(), static_cast<int32_t>(size));
     return block;
 }
 
-HeapArray<uint8_t> TryBlock(const KRE_Mesh& mesh, int64_t size)
+HeapArray<uint8_t> TryBlock(File& file, const KRE_Mesh& mesh, int64_t size)
 {
     HeapArray<uint8_t> block;
     if (size <= INT32_MAX)
         block = HeapArray<uint8_t>::Try(static_cast<int32_t>(size));
     if (!block)
-        mesh.Error("Not enough memory for %lli bytes of geometry", static_cast<long long>(size));
+        file.Error("Not enough memory for %lli bytes of geometry of mesh '%s'",
+                   static_cast<long long>(size), mesh.name.c_str());
     return block;
 }
 
 /// Fails if a vertex uses a bone index that does not exist. A mesh without bones is moved by the
 /// object itself, whose index is 0.
-void CheckBones(const File& file, const HeapArray<uint8_t>& records, const QSB_VertexForm& form,
-                int32_t vertexCount, int32_t boneCount)
+void CheckBones(const QSB_InputFile& file, const HeapArray<uint8_t>& records,
+                const QSB_VertexForm& form, int32_t vertexCount, int32_t boneCount)
 {
     if (form.boneOffset < 0)
         return;
@@ -48,16 +49,15 @@ void CheckBones(const File& file, const HeapArray<uint8_t>& records, const QSB_V
     for (int32_t i = 0; i < vertexCount; ++i, at += form.size) {
         const uint8_t highest = std::max({at[0], at[1], at[2], at[3]});
         if (highest >= limit)
-            gQsbReadContext.Fail(file, "Invalid bone index in vertex %i: %i of %i", i, highest,
-                                 boneCount);
+            file.Fail("Invalid bone index in vertex %i: %i of %i", i, highest, boneCount);
     }
 }
 
 /// The oldest files with colours have a check and a message of their own.
-void CheckFirstBones(KRE_Mesh& mesh, const HeapArray<uint8_t>& records, const QSB_VertexForm& form,
-                     int32_t boneCount)
+void CheckFirstBones(const QSB_InputFile& file, KRE_Mesh& mesh, const HeapArray<uint8_t>& records,
+                     const QSB_VertexForm& form, int32_t boneCount)
 {
-    if (!form.isRaw || !gQsbReadContext.vertexColors || form.boneOffset < 0)
+    if (!form.isRaw || !file.vertexColors || form.boneOffset < 0)
         return;
     const uint8_t* at = records.Get() + form.boneOffset;
     for (int32_t i = 0; i < mesh.vertexCount; ++i, at += form.size) {
@@ -67,8 +67,8 @@ void CheckFirstBones(KRE_Mesh& mesh, const HeapArray<uint8_t>& records, const QS
 }
 
 /// Checks `what` of a face: each value must be below `limit`.
-void CheckFaceValues(const File& file, const char* what, const uint16_t* values, int32_t count,
-                     int32_t perFace, int32_t limit)
+void CheckFaceValues(const QSB_InputFile& file, const char* what, const uint16_t* values,
+                     int32_t count, int32_t perFace, int32_t limit)
 {
     uint16_t highest = 0;
     for (int32_t i = 0; i < count; ++i)
@@ -77,8 +77,8 @@ void CheckFaceValues(const File& file, const char* what, const uint16_t* values,
         return;
     const uint16_t* bad =
         std::find_if(values, values + count, [limit](uint16_t value) { return value >= limit; });
-    gQsbReadContext.Fail(file, "Invalid %s in face %i: %i of %i", what,
-                         static_cast<int>((bad - values) / perFace), *bad, limit);
+    file.Fail("Invalid %s in face %i: %i of %i", what, static_cast<int>((bad - values) / perFace),
+              *bad, limit);
 }
 
 // ---- Saving
@@ -117,8 +117,10 @@ void MeshSaver::SaveGeometry(const KRE_Mesh& mesh)
         mesh.Error("Vertex format 0x%X can not be stored", static_cast<unsigned>(mesh.fvf));
     const int64_t vertexBytes = int64_t{QSB_VertexForm(mesh, kQsbCurrent).size} * mesh.vertexCount;
     const int64_t faceBytes = int64_t{kFaceBytes + kAttributeBytes} * mesh.faceCount;
-    HeapArray<uint8_t> vertices = TryBlock(mesh, vertexBytes);
-    HeapArray<uint8_t> faces = TryBlock(mesh, faceBytes);
+    HeapArray<uint8_t> vertices = TryBlock(file, mesh, vertexBytes);
+    HeapArray<uint8_t> faces = TryBlock(file, mesh, faceBytes);
+    if (!vertices || !faces)
+        return; // errors of this file do not throw
 
     mesh.LockAll(D3DLOCK_READONLY);
     const int32_t clamped = PackVertices(mesh.vertexData, mesh, mesh.vertexCount, vertices.Get());
@@ -166,10 +168,7 @@ public:
     using QSB_LoadArchive::QSB_LoadArchive;
 
     void Materials(const char*, KRE_Mesh& mesh);
-    void BoneCount(const char*, KRE_Mesh&)
-    {
-        boneCount = gQsbReadContext.ReadCount(file, "bones", kQsbLeastBone);
-    }
+    void BoneCount(const char*, KRE_Mesh&) { boneCount = file.ReadCount("bones", kQsbLeastBone); }
     void Geometry(KRE_Mesh& mesh)
     {
         if (mesh.cloneSource.IsEmpty())
@@ -188,16 +187,15 @@ private:
 
 void MeshLoader::Materials(const char*, KRE_Mesh& mesh)
 {
-    const int32_t count =
-        gQsbReadContext.ReadCount(file, "materials", kQsbLeastMaterial + kQsbLeastTexture);
+    const int32_t count = file.ReadCount("materials", kQsbLeastMaterial + kQsbLeastTexture);
     mesh.AllocateMaterials(count);
     for (int32_t i = 0; i < count; ++i)
         mesh.materials[i].Load(file);
     for (int32_t i = 0; i < count; ++i) {
-        gQsbReadContext.material = i;
+        file.material = i;
         mesh.textures[i].Load(file);
     }
-    gQsbReadContext.material = -1;
+    file.material = -1;
     hasBumpMap = HasBumpMap(mesh);
 }
 
@@ -206,18 +204,17 @@ void MeshLoader::LoadGeometry(KRE_Mesh& mesh)
     QSB_Geometry geometry;
     Fields(*this, geometry);
     if (!CanStoreFormat(geometry.fvf))
-        gQsbReadContext.Fail(file, "Invalid vertex format: 0x%X",
-                             static_cast<unsigned>(geometry.fvf));
+        file.Fail("Invalid vertex format: 0x%X", static_cast<unsigned>(geometry.fvf));
     VertexInfo stored;
     stored.SetFVFInfo(geometry.fvf);
-    const QSB_VertexForm form(stored, gQsbReadContext.version);
-    gQsbReadContext.CheckCount(file, "vertices", geometry.vertexCount, form.size);
-    gQsbReadContext.CheckCount(file, "faces", geometry.faceCount, kFaceBytes + kAttributeBytes);
+    const QSB_VertexForm form(stored, file.version);
+    file.CheckCount("vertices", geometry.vertexCount, form.size);
+    file.CheckCount("faces", geometry.faceCount, kFaceBytes + kAttributeBytes);
 
     DWORD format = geometry.fvf;
-    if (gQsbReadContext.vertexColors)
+    if (file.vertexColors)
         format |= kVertexColors;
-    if (gQsbReadContext.bumpMaps && hasBumpMap) {
+    if (file.bumpMaps && hasBumpMap) {
         if (stored.textureCount > 1)
             mesh.Error("Multiple texture coords not supported");
         format = (format & ~DWORD{D3DFVF_TEX1}) | kBumpSets;
@@ -225,16 +222,16 @@ void MeshLoader::LoadGeometry(KRE_Mesh& mesh)
     gGfx->CreateMesh(&mesh, geometry.faceCount, geometry.vertexCount, mesh.materialCount, format, 0,
                      boneCount);
     if (mesh.mesh->GetNumBytesPerVertex() != static_cast<DWORD>(mesh.stride))
-        gQsbReadContext.Fail(file, "Invalid vertex format: 0x%X", static_cast<unsigned>(format));
+        file.Fail("Invalid vertex format: 0x%X", static_cast<unsigned>(format));
     LoadVertices(mesh, stored);
     LoadFaces(mesh);
 }
 
 void MeshLoader::LoadVertices(KRE_Mesh& mesh, const VertexInfo& stored)
 {
-    const QSB_VertexForm form(stored, gQsbReadContext.version);
+    const QSB_VertexForm form(stored, file.version);
     const auto records = ReadBlock(file, int64_t{form.size} * mesh.vertexCount);
-    CheckFirstBones(mesh, records, form, boneCount);
+    CheckFirstBones(file, mesh, records, form, boneCount);
     CheckBones(file, records, form, mesh.vertexCount, boneCount);
     mesh.LockVertexBuffer(0);
     UnpackVertices(records.Get(), form, stored, mesh.vertexCount, mesh, mesh.vertexData);
@@ -260,12 +257,12 @@ void MeshLoader::LoadFaces(KRE_Mesh& mesh)
 void MeshLoader::Bones(KRE_Mesh& mesh)
 {
     // Counted before the geometry, so checked against the bytes left once more.
-    gQsbReadContext.CheckCount(file, "bones", boneCount, kQsbLeastBone);
+    file.CheckCount("bones", boneCount, kQsbLeastBone);
     if (boneCount > mesh.bones.Capacity())
         mesh.bones.SetSize(boneCount);
     for (int32_t i = 0; i < boneCount; ++i) {
         KRE_BoneInfo* bone = mesh.bones.GetSlot(mesh.bones.Add());
-        gQsbReadContext.CheckMemory(file, bone);
+        file.CheckMemory(bone);
         bone->Load(file);
     }
     mesh.AllocateBoneObjects();
@@ -279,9 +276,9 @@ void KRE_Mesh::Save(File& file) const
     Fields(saver, *this);
 }
 
-void KRE_Mesh::Load(File& file)
+void KRE_Mesh::Load(QSB_InputFile& file)
 {
-    const QSB_ObjectInHand inHand(*this);
+    const QSB_ObjectInHand inHand(file, *this);
     Reset();
     MeshLoader loader(file);
     Fields(loader, *this);

@@ -7,7 +7,7 @@ void KRE_ClipObject::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_ClipObject::Load(File& file)
+void KRE_ClipObject::Load(QSB_InputFile& file)
 {
     LoadFields(file, *this);
 }
@@ -17,7 +17,7 @@ void KRE_SceneSettings::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_SceneSettings::Load(File& file)
+void KRE_SceneSettings::Load(QSB_InputFile& file)
 {
     *this = KRE_SceneSettings();
     LoadFields(file, *this);
@@ -28,7 +28,7 @@ void KRE_BoneInfo::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_BoneInfo::Load(File& file)
+void KRE_BoneInfo::Load(QSB_InputFile& file)
 {
     KRE_BoneInfo stored;
     LoadFields(file, stored);

@@ -17,7 +17,7 @@ struct StoredSlot {
     KRE_Texture::Slot slot;
 };
 
-void LoadStoredSlot(File& file, StoredSlot* slotOut)
+void LoadStoredSlot(QSB_InputFile& file, StoredSlot* slotOut)
 {
     slotOut->matrixAni.Load(file);
     QSB_LoadArchive archive(file);
@@ -26,16 +26,16 @@ void LoadStoredSlot(File& file, StoredSlot* slotOut)
 
 /// A frame list takes up the whole texture, so loading a further map is an error. That error can
 /// name neither the file nor the material; this warning does.
-void TellOfMapBesideList(KRE_Texture& texture, const File& file, const String& map)
+void TellOfMapBesideList(KRE_Texture& texture, const QSB_InputFile& file, const String& map)
 {
     const String path = file.GetFileName();
-    const int32_t material = gQsbReadContext.material;
-    if (material < 0 || !gQsbReadContext.object)
+    const int32_t material = file.material;
+    if (material < 0 || !file.object)
         texture.Warning("File '%s': Background has a frame list and another map: %s", path.c_str(),
                         map.c_str());
     else
         texture.Warning("File '%s': Material %i of '%s' has a frame list and another map: %s",
-                        path.c_str(), material, gQsbReadContext.object->name.c_str(), map.c_str());
+                        path.c_str(), material, file.object->name.c_str(), map.c_str());
 }
 
 } // namespace
@@ -45,7 +45,7 @@ void KRE_TextMatrixAni::Save(File& file) const
     SaveFields(file, *this);
 }
 
-void KRE_TextMatrixAni::Load(File& file)
+void KRE_TextMatrixAni::Load(QSB_InputFile& file)
 {
     LoadFields(file, *this);
 }
@@ -61,12 +61,12 @@ void KRE_Texture::Save(File& file) const
     }
 }
 
-void KRE_Texture::Load(File& file)
+void KRE_Texture::Load(QSB_InputFile& file)
 {
     LoadFields(file, *this);
     for (int32_t slot = 0; slot < kSlots; ++slot)
         LoadSlot(file, slot);
-    if (gQsbReadContext.version < kQsbFourSlots) {
+    if (file.version < kQsbFourSlots) {
         StoredSlot dropped;
         for (int32_t slot = kSlots; slot < kOldSlots; ++slot)
             LoadStoredSlot(file, &dropped);
@@ -76,7 +76,7 @@ void KRE_Texture::Load(File& file)
         LoadPicture(file, slot);
 }
 
-void KRE_Texture::LoadSlot(File& file, int32_t slot)
+void KRE_Texture::LoadSlot(QSB_InputFile& file, int32_t slot)
 {
     StoredSlot stored;
     LoadStoredSlot(file, &stored);
@@ -87,7 +87,7 @@ void KRE_Texture::LoadSlot(File& file, int32_t slot)
     const int32_t type = slots[slot].type;
     if (slot < kDrawnSlots && !slotNames[slot].IsEmpty() &&
         (type < StageDiffuse || type > StageSphere))
-        gQsbReadContext.Fail(file, "Invalid type of texture slot %i: %i", slot, type);
+        file.Fail("Invalid type of texture slot %i: %i", slot, type);
 }
 
 /// Stages can show a reflection in slot 0 only; old exporters put it after the diffuse map.
@@ -100,13 +100,13 @@ void KRE_Texture::SwapReflectionToFront()
     std::swap(slots[0], slots[1]);
 }
 
-void KRE_Texture::LoadPicture(File& file, int32_t slot)
+void KRE_Texture::LoadPicture(QSB_InputFile& file, int32_t slot)
 {
     String& name = slotNames[slot];
-    if (name.IsEmpty() || (slots[slot].type == StageBump && !gQsbReadContext.bumpMaps))
+    if (name.IsEmpty() || (slots[slot].type == StageBump && !file.bumpMaps))
         return;
     String path;
-    if (!gGfx->FindTextureFile(&path, name.c_str(), gQsbReadContext.directory.c_str())) {
+    if (!gGfx->FindTextureFile(&path, name.c_str(), file.directory.c_str())) {
         Warning("File '%s': Can not open texture: %s", file.GetFileName().c_str(), name.c_str());
         name.Clear();
         return;
@@ -115,5 +115,5 @@ void KRE_Texture::LoadPicture(File& file, int32_t slot)
         TellOfMapBesideList(*this, file, name);
     SelectStage(slot);
     gGfx->LoadTexture(this, path.c_str(), 0, KRE_Gfx::kKeepTexture, -1,
-                      gQsbReadContext.singleMipLevel ? 1 : 0);
+                      file.singleMipLevel ? 1 : 0);
 }

@@ -1,7 +1,9 @@
 #include <cstring>
 
+#include "base/FormatText.h"
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
+#include "base/WithMemory.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_SearchPaths.h"
 #include "qsa/QSALoader.h"
@@ -24,22 +26,20 @@ void SplitSceneDirectory(const char* path, String* directoryOut)
         SplitDirectory(path, directoryOut);
 }
 
-QSA_SceneHeader ReadHeader(File& file)
+QSA_SceneHeader ReadHeader(QSB_InputFile& file)
 {
     QSA_SceneHeader header;
     LoadFields(file, header);
     return header;
 }
 
-QSB_ReadContext MakeContext(const File& file, int32_t version, uint32_t flags)
+void SetUpInput(QSB_InputFile& file, int32_t version, uint32_t flags)
 {
-    QSB_ReadContext context;
-    context.version = version;
-    SplitSceneDirectory(file.GetFileName().c_str(), &context.directory);
-    context.singleMipLevel = (flags & kLoadSingleMipLevel) != 0;
-    context.bumpMaps = (flags & kLoadBumpMaps) != 0;
-    context.vertexColors = (flags & kLoadVertexColors) != 0;
-    return context;
+    file.version = version;
+    SplitSceneDirectory(file.GetFileName().c_str(), &file.directory);
+    file.singleMipLevel = (flags & kLoadSingleMipLevel) != 0;
+    file.bumpMaps = (flags & kLoadBumpMaps) != 0;
+    file.vertexColors = (flags & kLoadVertexColors) != 0;
 }
 
 void SetToStartTime(KRE_3dScene& scene, const QSA_SceneHeader& header)
@@ -54,7 +54,7 @@ void CheckLights(KRE_Gfx& engine, KRE_3dScene& scene, const char* path)
     for (const KRE_Light* light : scene.lights) {
         if (!light->HasDeviceType())
             engine.Warning("'%s': Light '%s' of type %i does not shine", path, light->name.c_str(),
-                           static_cast<int>(light->light.Type));
+                           static_cast<int>(light->TypeNumber()));
     }
 }
 
@@ -89,10 +89,18 @@ QSA_SceneHeader& KRE_Gfx::SceneHeader()
 
 void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
+    char name[kMessageSize]; // the path may be the scene's name, which changes
+    CopyText(name, sizeof name, path);
+    WithMemory([&] { LoadSceneFile(scene, path, flags); },
+               [&] { Error("'%s': Not enough memory for the scene", name); });
+}
+
+void KRE_Gfx::LoadSceneFile(KRE_3dScene& scene, const char* path, uint32_t flags)
+{
     const String name(path);
     searchPaths->BeginScene();
     CheckPath(name.c_str());
-    File file;
+    QSB_InputFile file;
     file.Open(name.c_str(), true, false, true);
     uint8_t start[4];
     file.Read(start, sizeof start);
@@ -113,7 +121,7 @@ void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     LoadSceneEffects(scene, directory.c_str(), name.c_str());
 }
 
-void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint32_t flags)
+void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t version, uint32_t flags)
 {
     const String path = file.GetFileName();
     if (version > kQsbCurrent)
@@ -122,7 +130,7 @@ void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, File& file, int32_t version, uint
         Error("'%s': Obsolete qsb file version: %i", path.c_str(), version);
 
     const LoadScope inHand(path.c_str());
-    gQsbReadContext = MakeContext(file, version, flags);
+    SetUpInput(file, version, flags);
     const QSA_SceneHeader header = ReadHeader(file);
     scene.Load(file);
     scene.settings.clearBackground = 0;

@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "base/FormatText.h"
-#include "qsb/QSB_ReadContext.h"
+#include "qsb/QSB_InputFile.h"
 #include "scene/KRE_ArrayTrack.h"
 #include "scene/KRE_KeyList.h"
 #include "scene/KRE_ObjectFields.h"
@@ -178,7 +178,7 @@ protected:
     File& file;
 };
 
-/// Reads records of the file that `gQsbReadContext` describes.
+/// Reads records of a file, each as the file's version has it.
 class QSB_LoadArchive : public QSB_PlainValues<QSB_LoadArchive> {
 public:
     static constexpr bool kLoads = true;
@@ -187,20 +187,20 @@ public:
         int32_t& value;
     };
 
-    explicit QSB_LoadArchive(File& fileIn) : file(fileIn) {}
+    explicit QSB_LoadArchive(QSB_InputFile& fileIn) : file(fileIn) {}
 
-    bool Has(QSB_Version version) const { return gQsbReadContext.version >= version; }
+    bool Has(QSB_Version version) const { return file.version >= version; }
     void Bytes(void* bytesOut, size_t size) { file.Read(bytesOut, static_cast<int32_t>(size)); }
-    void Text(const char*, String& text) { gQsbReadContext.ReadText(file, &text); }
+    void Text(const char*, String& text) { file.ReadText(&text); }
     /// Truncated to the room available.
     template <size_t N>
     void Text(const char*, char (&text)[N])
     {
         String stored;
-        gQsbReadContext.ReadText(file, &stored);
+        file.ReadText(&stored);
         CopyText(text, N, stored.c_str());
     }
-    void Name(String& name) { gQsbReadContext.ReadText(file, &name); }
+    void Name(String& name) { file.ReadText(&name); }
     void Flags(std::initializer_list<Flag> flags)
     {
         uint8_t packed = 0;
@@ -221,7 +221,7 @@ public:
     template <class Key>
     bool Keys(const char*, const char* what, KRE_KeyList<Key>& keys, int32_t& count)
     {
-        count = gQsbReadContext.ReadCount(file, what, kQsbLeastKey);
+        count = file.ReadCount(what, kQsbLeastKey);
         for (bool more = count > 0; more;) {
             Key key;
             more = key.Load(file);
@@ -232,11 +232,11 @@ public:
     template <class Key>
     void TrackKeys(KRE_ArrayTrack<Key>& track, int32_t count, int32_t keyBytes)
     {
-        gQsbReadContext.CheckCount(file, "track keys", count, keyBytes);
+        file.CheckCount("track keys", count, keyBytes);
         track.SetKeyCount(count);
         if (count == 0)
             return;
-        gQsbReadContext.CheckMemory(file, track.Keys());
+        file.CheckMemory(track.Keys());
         for (int32_t i = 0; i < count; ++i)
             Fields(*this, track.Key(i));
     }
@@ -252,7 +252,7 @@ public:
     }
 
 protected:
-    File& file;
+    QSB_InputFile& file;
 };
 
 /// Saves and loads the fields of a record that needs nothing else.
@@ -264,7 +264,7 @@ void SaveFields(File& file, const Record& record)
 }
 
 template <class Record>
-void LoadFields(File& file, Record& record)
+void LoadFields(QSB_InputFile& file, Record& record)
 {
     QSB_LoadArchive archive(file);
     Fields(archive, record);

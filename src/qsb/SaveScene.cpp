@@ -1,3 +1,4 @@
+#include "base/WithMemory.h"
 #include "gfx/KRE_Gfx.h"
 #include "qsb/QSB_HeaderFields.h"
 #include "qsb/QSB_TargetFile.h"
@@ -19,9 +20,12 @@ void WriteScene(KRE_3dScene& scene, File& file)
 
 void KRE_Gfx::SaveScene(KRE_3dScene& scene, const char* path)
 {
-    QSB_TargetFile file;
-    file.CreateFor(path);
-    SaveHeader(file, SceneHeader());
-    scene.Save(file);
-    file.Finish();
+    const auto save = [&] {
+        QSB_TargetFile file;
+        file.CreateFor(path);
+        SaveHeader(file, SceneHeader());
+        scene.Save(file);
+        file.Finish();
+    };
+    WithMemory(save, [&] { Error("'%s': Not enough memory for the scene", path); });
 }

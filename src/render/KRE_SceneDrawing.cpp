@@ -2,13 +2,14 @@
 #include <cmath>
 #include <limits>
 
+#include "base/WithMemory.h"
 #include "gfx/KRE_Gfx.h"
 #include "render/KRE_SceneDrawing.h"
 #include "scene/KRE_3dScene.h"
 
 namespace {
 
-constexpr float kPointSize = 2.0f; // pixels, of drawing in points
+constexpr float kPointSize = 2.0f; // pixels, for point drawing
 
 KRE_FogRecord FogOf(const KRE_SceneSettings& settings)
 {
@@ -22,7 +23,7 @@ KRE_FogRecord FogOf(const KRE_SceneSettings& settings)
     return fog;
 }
 
-/// The device would refuse a light of a type that it does not have.
+/// The device would refuse a light of a type that it does not support.
 bool IsDrawn(const KRE_Light& light)
 {
     return light.lightOn && light.HasDeviceType();
@@ -65,8 +66,8 @@ int32_t KRE_SceneDrawing::DrawScene(KRE_3dScene* scene, int32_t singleStage, int
     return isVisible ? 1 : 0;
 }
 
-/// QUIRK: a picture stands in for clearing, with the blending that was set before. Where it has alpha, the
-/// frame before shows through it from the second file of a run on.
+/// QUIRK: a picture replaces clearing, with the blending that was set before. Where it has alpha,
+/// the previous frame shows through it from the second file of a run on.
 void KRE_SceneDrawing::DrawBackground(KRE_3dScene& scene)
 {
     if (!scene.backgroundTexture.IsValid()) {
@@ -83,7 +84,7 @@ void KRE_SceneDrawing::DrawBackground(KRE_3dScene& scene)
         gfx.ClearZ(scene.backgroundColor);
 }
 
-/// What holds for all meshes of a scene.
+/// Sets the states common to all meshes of a scene.
 void KRE_SceneDrawing::SetSceneStates(KRE_3dScene& scene)
 {
     const KRE_SceneSettings& settings = scene.settings;
@@ -95,7 +96,7 @@ void KRE_SceneDrawing::SetSceneStates(KRE_3dScene& scene)
     }
     if (!settings.useLights)
         return;
-    int32_t index = 0; // counts dark lights as well
+    int32_t index = 0; // counts lights that are off as well
     for (const KRE_Light* light : scene.lights) {
         if (IsDrawn(*light)) {
             gfx.SetLight(index, light->light);
@@ -147,9 +148,9 @@ void KRE_SceneDrawing::DrawMeshes(KRE_3dScene& scene, int32_t singleStage, int32
         DrawMesh(scene.meshes.Get(entry->index), &scene.worldTM, &scene.overrideMaterial, 0, 0);
 }
 
-/// Lists the visible meshes from `first` on by the depth of their origins, the nearest one first.
-/// Equal depths go by the scene's order, so that a frame is the same on each run: of such meshes,
-/// as of all that are sorted, the last one is drawn first.
+/// Lists the visible meshes from `first` on by the depth of their origins, nearest first. Equal
+/// depths keep the scene's order, so that a frame is the same on each run: of such meshes, as of
+/// all sorted ones, the last is drawn first.
 void KRE_SceneDrawing::SortMeshes(KRE_3dScene& scene, int32_t first)
 {
     sortedMeshes.clear();
@@ -166,11 +167,21 @@ void KRE_SceneDrawing::SortMeshes(KRE_3dScene& scene, int32_t first)
               });
 }
 
-// ---- The engine's face
+// ---- The operations of KRE_Gfx
 
 static void DeleteDrawing(KRE_SceneDrawing* drawing)
 {
     delete drawing;
+}
+
+/// The `Error` of a frame without memory, under the name of the scene, which is its file's, or of the
+/// mesh.
+static void ReportNoFrame(const KRE_Gfx& gfx, const KRE_3dObject* object)
+{
+    static constexpr const char* kText = "Not enough memory for the frame";
+    if (object)
+        object->Error(kText);
+    gfx.Error(kText);
 }
 
 KRE_SceneDrawing& KRE_Gfx::SceneDrawing()
@@ -182,14 +193,22 @@ KRE_SceneDrawing& KRE_Gfx::SceneDrawing()
 
 int32_t KRE_Gfx::DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials)
 {
-    return SceneDrawing().DrawScene(scene, singleStage, noMaterials);
+    int32_t drawn = 0;
+    WithMemory([&] { drawn = SceneDrawing().DrawScene(scene, singleStage, noMaterials); },
+               [&] { ReportNoFrame(*this, scene); });
+    return drawn;
 }
 
 int32_t KRE_Gfx::DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
                           const KRE_MaterialInfo* overrideMaterial, int32_t singleStage,
                           int32_t noMaterials)
 {
-    return SceneDrawing().DrawMesh(mesh, parentTM, overrideMaterial, singleStage, noMaterials);
+    int32_t drawn = 0;
+    const auto draw = [&] {
+        drawn = SceneDrawing().DrawMesh(mesh, parentTM, overrideMaterial, singleStage, noMaterials);
+    };
+    WithMemory(draw, [&] { ReportNoFrame(*this, mesh); });
+    return drawn;
 }
 
 int32_t KRE_Gfx::DrawSubset(KRE_Mesh& mesh, int32_t subset)

@@ -16,35 +16,35 @@ class KRE_Mesh;
 struct KRE_ClipObject;
 
 /// Draws scenes and meshes through the states of `KRE_Gfx`, inside the scene bracket. The engine
-/// keeps the one drawing, which its first use makes, and forwards to it. What it owns is memory that
-/// is used again in each frame. Lengths are those of the scene.
+/// owns the only instance, created on first use, and forwards to it. It owns only memory that each
+/// frame reuses. Lengths are in scene units.
 class KRE_SceneDrawing {
 public:
     explicit KRE_SceneDrawing(KRE_Gfx& engine) : gfx(engine) {}
 
-    /// Draws a scene as it was evaluated last, through its active camera or, without one, through the
-    /// view that is set. Gives 1, or 0 for null and for a scene that the view does not show. Any
-    /// flag but 0 makes a plain pass, which neither clears nor lights nor sorts and has no markers.
+    /// Draws a scene as last evaluated, through its active camera or, without one, the current
+    /// view. Returns 1, or 0 for null and for a scene outside the view. Any nonzero flag makes a
+    /// plain pass, without clearing, lights, sorting or markers.
     int32_t DrawScene(KRE_3dScene* scene, int32_t singleStage, int32_t noMaterials);
-    /// Draws a mesh with its materials and leaves states as they were. `parentTM` carries it along,
+    /// Draws a mesh with its materials and restores states. `parentTM` transforms it,
     /// `overrideMaterial` is combined with each material; both may be null. `singleStage` binds
-    /// just the current picture of each texture, `noMaterials` nothing at all. Gives 1, or 0 for
-    /// null and for a mesh that the view does not show.
+    /// only the current picture of each texture, `noMaterials` nothing at all. Returns 1, or 0 for
+    /// null and for a mesh outside the view.
     int32_t DrawMesh(KRE_Mesh* mesh, const D3DXMATRIX* parentTM,
                      const KRE_MaterialInfo* overrideMaterial, int32_t singleStage,
                      int32_t noMaterials);
-    /// Draws one attribute of a mesh that has a device mesh, with the states that are set. Computes
-    /// the coordinates of a reflection map, in the vertex buffer. Gives 1.
+    /// Draws one attribute of a mesh that has a device mesh, with the current states. Computes
+    /// reflection map coordinates in the vertex buffer. Returns 1.
     int32_t DrawSubset(KRE_Mesh& mesh, int32_t subset);
-    /// Whether the view may show something of these bounds, carried along by `matrix`. Bounds just
-    /// outside a corner of the view may count as shown.
+    /// Whether any part of these bounds, transformed by `matrix`, may be in the view. Bounds just
+    /// outside a corner of the view may count as visible.
     bool IsVisible(const KRE_ClipObject& clip, const D3DXMATRIX& matrix);
-    /// In world space, unlit, with the depth test that is set.
+    /// In world space, unlit, with the current depth test.
     void DrawLine(const D3DXVECTOR3& a, const D3DXVECTOR3& b, D3DCOLOR color);
     void DrawPoint(const D3DXVECTOR3& p, D3DCOLOR color);
 
 private:
-    /// What `DrawMesh` changes from material to material.
+    /// States that `DrawMesh` changes from material to material.
     struct MeshDrawStates {
         int32_t blendMode;
         int32_t blendValue;
@@ -62,7 +62,7 @@ private:
     };
     struct SortedMesh {
         int32_t index; ///< into the scene's meshes
-        float depth;   ///< of its origin in the view
+        float depth;   ///< of its origin in view space
     };
 
     void DrawBackground(KRE_3dScene& scene);

@@ -13,7 +13,7 @@ constexpr int kCorners = 8;
 
 enum class Answer { inside, outside, open };
 
-/// By how much a matrix lengthens at most one of the three axes.
+/// The largest factor by which a matrix lengthens one of the three axes.
 double LargestScale(const D3DXMATRIX& matrix)
 {
     double largest = 0.0;
@@ -37,7 +37,7 @@ Answer TestSphere(const KRE_Frustum& frustum, const D3DXVECTOR3& center, double 
     return isCenterInside ? Answer::inside : Answer::open;
 }
 
-/// Bit `i` is set where the point is outside plane `i`.
+/// Bit `i` is set if the point is outside plane `i`.
 unsigned PlanesPassed(const KRE_Frustum& frustum, const D3DXVECTOR3& point)
 {
     unsigned passed = 0;
@@ -48,8 +48,8 @@ unsigned PlanesPassed(const KRE_Frustum& frustum, const D3DXVECTOR3& point)
     return passed;
 }
 
-/// Seen unless all corners are outside one and the same plane. Of a large box no corner need be
-/// inside. A distance that is no number is outside of nothing.
+/// Visible unless all corners are outside the same plane. A large box may have no corner inside. A
+/// NaN distance is not outside.
 bool IsBoxVisible(const KRE_Frustum& frustum, const KRE_ClipObject& clip, const D3DXMATRIX& matrix)
 {
     static constexpr int kOrder[kCorners] = {7, 0, 1, 2, 3, 4, 5, 6};

@@ -103,7 +103,7 @@ void KRE_SceneDrawing::DrawObjectMarkers(KRE_3dScene& scene)
     }
 }
 
-/// QUIRK: lights stay where they are when the scene as a whole is moved.
+/// QUIRK: the markers do not follow when the scene as a whole is moved.
 void KRE_SceneDrawing::DrawLightMarkers(KRE_3dScene& scene)
 {
     const int32_t choice = scene.settings.showLights;

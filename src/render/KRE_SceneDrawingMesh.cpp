@@ -44,7 +44,7 @@ void KRE_SceneDrawing::PutBack(const MeshDrawStates& states)
     gfx.SetTextureAddressV(states.addressV, 0);
 }
 
-/// Culling that keeps the faces of an object under a matrix that may mirror it.
+/// Switches culling if the matrix mirrors the object, so that the same faces stay visible.
 int32_t KRE_SceneDrawing::CullModeUnder(const D3DXMATRIX& matrix)
 {
     if (D3DXMatrixDeterminant(&matrix) < 0.0f)
@@ -69,7 +69,7 @@ void KRE_SceneDrawing::DrawSkinnedMesh(const MeshDraw& draw, const D3DXMATRIX& e
     gfx.SetWorldMatrix(mesh.PaletteMatrix(0, extraTM));
     for (int32_t i = 1; i < boneCount; ++i)
         gfx.SetWorldMatrix(mesh.PaletteMatrix(i, extraTM), i);
-    // The bones may mirror the mesh as it was bound, whatever its own matrix does.
+    // The bones may mirror the mesh as bound, whatever its own matrix does.
     const D3DXMATRIX sign =
         (boneCount < 2 ? mesh.worldTM : mesh.bones.Get(1)->meshInitTM) * extraTM;
     DrawMaterials(draw, CullModeUnder(sign));
@@ -114,7 +114,7 @@ void KRE_SceneDrawing::DrawMaterialAs(const KRE_MaterialInfo& info, const MeshDr
                                       int32_t index, int32_t meshCullMode)
 {
     if (info.transparency == 1.0f)
-        return; // nothing of it is seen
+        return; // invisible
     const KRE_MaterialInfo& own = draw.mesh.materials[index];
     KRE_Texture& texture = draw.mesh.textures[index];
     if (!draw.noMaterials) {

@@ -1,4 +1,4 @@
-// One attribute of a mesh, and the reflection coordinates that are computed for it in each frame.
+// Draws one attribute of a mesh and computes its reflection coordinates for each frame.
 
 #include <algorithm>
 #include <cmath>
@@ -11,9 +11,9 @@
 
 namespace {
 
-/// From a mirrored ray to coordinates on the picture of a mirror ball, at about 2 * sqrt(2), from
-/// -0.5 to 0.5. QUIRK: the ball's formula has sqrt(z + 1) beside it, but here z is squared, so that
-/// what lies behind is shown like what lies in front; scenes are painted for that.
+/// Scales a reflected ray to coordinates from -0.5 to 0.5 on the picture of a mirror ball; about 2
+/// * sqrt(2). QUIRK: the mirror ball's formula multiplies it by sqrt(z + 1), but here z is squared,
+/// so what is behind is shown like what is in front; scenes are painted for that.
 constexpr double kSphereScale = 2.828399896621704;
 
 /// Byte offset of a set of two texture coordinates, or -1 if the layout does not hold one.
@@ -29,7 +29,7 @@ int32_t TexCoordOffset(const VertexInfo& info, int32_t set)
     return hasTwo ? offset : -1;
 }
 
-/// Adds a part of a matrix to a sum.
+/// Adds `part` times a matrix to a sum.
 void AddScaled(D3DXMATRIX& sum, const D3DXMATRIX& matrix, float part)
 {
     for (int row = 0; row < 4; ++row) {
@@ -38,8 +38,8 @@ void AddScaled(D3DXMATRIX& sum, const D3DXMATRIX& matrix, float part)
     }
 }
 
-/// What the weights of a vertex make of the palette. The last weight is what the others leave of 1.
-/// QUIRK: the environment matrix has no part in it.
+/// The palette matrices blended by a vertex's weights. The last weight is 1 minus the others.
+/// QUIRK: the environment matrix is not applied.
 D3DXMATRIX BlendedMatrix(KRE_Mesh& mesh, int32_t vertex, const D3DXMATRIX* palette)
 {
     D3DXMATRIX sum(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
@@ -56,8 +56,8 @@ D3DXMATRIX BlendedMatrix(KRE_Mesh& mesh, int32_t vertex, const D3DXMATRIX* palet
     return sum;
 }
 
-/// Where a mirror ball shows what a surface reflects into the eye. All in one space; the normal and
-/// the matrix need not be normalised.
+/// The point on a mirror ball that shows what a surface reflects into the eye. All arguments are in
+/// one space; `normal` has length 1.
 D3DXVECTOR2 SphereCoordinates(const D3DXVECTOR3& eye, const D3DXVECTOR3& position,
                               const D3DXVECTOR3& normal)
 {
@@ -116,7 +116,7 @@ void KRE_SceneDrawing::WriteReflection(KRE_Mesh& mesh, const D3DXATTRIBUTERANGE&
     const bool isBlended = mesh.blendCount > 0;
     const bool hasBlendData = mesh.weightOffset >= 0 && mesh.matrixIndexOffset >= 0;
     if (offset < 0 || mesh.normalOffset < 0 || (isBlended && !hasBlendData))
-        return; // a layout that cannot hold them
+        return; // the layout cannot hold them
     D3DXVECTOR3 viewPosition;
     D3DXVECTOR3 eye;
     gfx.GetViewPosition(viewPosition);

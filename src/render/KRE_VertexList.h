@@ -3,7 +3,7 @@
 #include "gfx/KRE_VertexListBase.h"
 #include "scene/KRE_3dObject.h"
 
-/// A vertex list with a place in the world of its own: it is drawn through its `worldTM`.
+/// A vertex list with its own place in the world: it is drawn with its `worldTM`.
 class KRE_VertexList : public KRE_VertexListBase, public KRE_3dObject {
 public:
     KRE_VertexList() { KRE_3dObject::SetClassName("KRE_VertexList"); }

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Weights of the cubic Hermite form at `u`, 0 at the leaving key and 1 at the arriving one:
-/// h00 * from + h10 * outTangent - h11 * inTangent + h01 * to. The minus stands because tangents
-/// are stored pointing away from their key.
+/// Weights of the cubic Hermite form at `u`, 0 at the first key and 1 at the second: h00 * from +
+/// h10 * outTangent - h11 * inTangent + h01 * to. The minus is there because tangents are stored
+/// pointing away from their key.
 struct HermiteWeights {
     float h00;
     float h01;

@@ -5,8 +5,8 @@
 #include "scene/KRE_KeyEvaluation.h"
 #include "scene/WrapTime.h"
 
-/// Goes up with every matrix that is computed and with every pass. An object whose visit ended at
-/// the present number has seen nothing change since.
+/// Incremented for every matrix that is computed and for every pass. If an object's visit ended at
+/// the current number, nothing has changed since.
 static uint64_t gEvaluationStamp = 1;
 
 void KRE_3dObject::BeginPass()
@@ -30,9 +30,9 @@ int32_t KRE_3dObject::EvaluateInPass(double time, int32_t updateParent, int32_t 
     return 1;
 }
 
-/// False where there is nothing to do: the object is being evaluated further up the chain, or has
-/// been in this pass. Without the latter a chain of cameras that target each other would be walked
-/// to its end once for each of them.
+/// Returns false if there is nothing to do: the object is being evaluated further up the chain, or
+/// has already been evaluated in this pass. Without the latter check, a chain of cameras that
+/// target each other would be walked to its end once for each of them.
 bool KRE_3dObject::BeginVisit(KRE_3dObject* caller, double time, bool updateParent, int32_t force)
 {
     if (visit.stage != VisitStage::kIdle || IsUnchangedSinceVisit(time, force))
@@ -43,12 +43,12 @@ bool KRE_3dObject::BeginVisit(KRE_3dObject* caller, double time, bool updatePare
 
 bool KRE_3dObject::IsUnchangedSinceVisit(double time, int32_t force) const
 {
-    // Compared as bits: a time that is no number is the same time, too.
+    // Compared as bits, so that NaN equals itself.
     return visit.stamp == gEvaluationStamp && !dirty && !force &&
            std::bit_cast<uint64_t>(visit.time) == std::bit_cast<uint64_t>(time);
 }
 
-/// Does one stage of a visit and gives the object to go on with; null when the walk is over.
+/// Does one stage of a visit and returns the object to continue with; null when the walk is over.
 KRE_3dObject* KRE_3dObject::StepVisit()
 {
     switch (visit.stage) {
@@ -99,7 +99,7 @@ KRE_3dObject* KRE_3dObject::EndVisit()
     return visit.caller;
 }
 
-/// Times and loop lengths that are no numbers, or without an end, come from files; they count as 0.
+/// Files may hold NaN and infinite times and loop lengths; these count as 0.
 float KRE_3dObject::LocalTime(double time) const
 {
     if (!loop)
@@ -144,8 +144,8 @@ void KRE_3dObject::ApplyParent()
     worldTM = worldTM * (inheritsAll ? parent->worldTM : PartlyInheritedTM());
 }
 
-/// The parent's matrix taken apart into scale, rotation and translation, put together again from
-/// those that the object inherits. Shear is lost, and a row of length 0 divides by 0.
+/// Splits the parent's matrix into scale, rotation and translation, and recombines those that the
+/// object inherits. Shear is lost, and a row of length 0 divides by 0.
 D3DXMATRIX KRE_3dObject::PartlyInheritedTM() const
 {
     D3DXMATRIX rotation = parent->worldTM;
@@ -153,8 +153,8 @@ D3DXMATRIX KRE_3dObject::PartlyInheritedTM() const
     D3DXMATRIX inherited = IdentityMatrix();
     for (int row = 0; row < 3; ++row) {
         const double x = rotation.m[row][0], y = rotation.m[row][1], z = rotation.m[row][2];
-        // A length is never negative: a mirrored parent's sign stays in the rotation, so that
-        // `inheritMirror` has nothing to add here.
+        // A length is never negative: a mirrored parent's sign stays in the rotation, so
+        // `inheritMirror` has no effect here.
         const float length = static_cast<float>(std::sqrt(x * x + y * y + z * z));
         for (int column = 0; column < 3; ++column)
             rotation.m[row][column] /= length;

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "base/Ascii.h"
+#include "base/WithMemory.h"
 #include "scene/PartitionOrder.h"
 
 KRE_3dScene::KRE_3dScene()
@@ -110,15 +111,22 @@ KRE_Mesh* KRE_3dScene::FindMesh(const char* searchName, int32_t prefix)
 
 KRE_Light* KRE_3dScene::AddLight(const KRE_Light& light)
 {
-    return lights.GetSlot(lights.Add(&light));
+    KRE_Light* added = nullptr;
+    WithMemory([&] { added = lights.GetSlot(lights.Add(&light)); }, [] {});
+    if (!added)
+        Error("Not enough memory for the scene");
+    return added;
 }
 
 void KRE_3dScene::TrimLists()
 {
-    meshes.SetSize(meshes.Count());
-    cameras.SetSize(cameras.Count());
-    objects.SetSize(objects.Count());
-    lights.SetSize(lights.Count());
+    const auto trim = [this] {
+        meshes.SetSize(meshes.Count());
+        cameras.SetSize(cameras.Count());
+        objects.SetSize(objects.Count());
+        lights.SetSize(lights.Count());
+    };
+    WithMemory(trim, [this] { Error("Not enough memory for the scene"); });
 }
 
 void KRE_3dScene::Reset()

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The objects of a scene by exact name, the first of each name as `FindObject` gives it. Sorted,
-/// not hashed: names come from files, and no choice of names makes a look-up slow.
+/// The objects of a scene by exact name, the first of each name as in `FindObject`. Sorted, not
+/// hashed: names come from files, and no choice of names can make a look-up slow.
 class SceneNames {
 public:
     explicit SceneNames(KRE_3dScene& scene)

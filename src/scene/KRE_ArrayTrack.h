@@ -2,18 +2,20 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
 
 #include "base/HeapArray.h"
 #include "base/ParseNumber.h"
 #include "scene/WrapTime.h"
 
-/// What the material tracks share: a flat array of keys in order of time, and the search in it.
-/// Times are seconds from the start of the scene. A key has the fields `time`, `value`,
-/// `inTangent` and `outTangent`. Nothing here trusts the keys: any times find keys of the array.
+/// Common base of the material tracks: a flat array of keys in order of time, and the search in it.
+/// Times are seconds from the start of the scene. A key has the fields `time`, `value`, `inTangent`
+/// and `outTangent`. Nothing here relies on valid keys: whatever their times, a search stays within
+/// the array.
 template <class KeyData>
 class KRE_ArrayTrack {
 public:
-    static constexpr int32_t kLinear = 0; ///< as is every other value but `kBezier`
+    static constexpr int32_t kLinear = 0; ///< so is every other value except `kBezier`
     static constexpr int32_t kBezier = 1;
 
     KRE_ArrayTrack() = default;
@@ -21,8 +23,7 @@ public:
     KRE_ArrayTrack& operator=(const KRE_ArrayTrack& other);
 
     int32_t GetKeyCount() const { return keyCount; }
-    /// Makes `count` empty keys in place of the old ones. Below 1, and when memory does not
-    /// suffice, the track has none.
+    /// Replaces the old keys by `count` empty ones. Below 1, or out of memory, the track has none.
     void SetKeyCount(int32_t count);
     /// Keeps the first keys, as many as fit; added ones are empty. Clears the second flag.
     void Resize(int32_t count);
@@ -39,19 +40,19 @@ private:
 public:
     int32_t interpolation = kBezier;
     uint8_t loop = 0;
-    uint8_t secondFlag = 0; ///< stored in files, without a reader
+    uint8_t secondFlag = 0; ///< stored in files, but unused
     float loopEnd = 0.0f;   ///< seconds; a looping track raises it to its last key
 
 protected:
-    /// Where a time falls: between two keys, or on one whose value holds.
+    /// The position of a time: between two keys, or at one whose value is held.
     struct Place {
         const KeyData* from;
-        const KeyData* to;   ///< null where the value of `from` holds
+        const KeyData* to;   ///< null if the value of `from` is held
         float ratio;         ///< 0 at `from`, 1 at `to`
         float lengthSeconds; ///< of the segment
     };
 
-    /// The place of a time; all null without keys. Raises `loopEnd` of a looping track.
+    /// Finds the place of a time; all null without keys. Raises `loopEnd` of a looping track.
     Place Locate(float time);
 
 private:
@@ -68,6 +69,8 @@ KRE_ArrayTrack<KeyData>& KRE_ArrayTrack<KeyData>::operator=(const KRE_ArrayTrack
     if (this == &other)
         return *this;
     SetKeyCount(other.keyCount);
+    if (keyCount != other.keyCount)
+        throw std::bad_alloc(); // a copy without the keys would be stored as one that never had any
     std::copy_n(other.keys.Get(), keyCount, keys.Get());
     interpolation = other.interpolation;
     loop = other.loop;
@@ -95,7 +98,7 @@ void KRE_ArrayTrack<KeyData>::Resize(int32_t count)
     secondFlag = 0;
 }
 
-/// Brings a time into the track's loop.
+/// Folds a time into the track's loop.
 template <class KeyData>
 float KRE_ArrayTrack<KeyData>::Fold(float time)
 {
@@ -104,14 +107,14 @@ float KRE_ArrayTrack<KeyData>::Fold(float time)
     return first + WrapTime(time, loopEnd - first);
 }
 
-/// A guess between `low` and `high`, not one of them, by the share of the span that `time` makes.
+/// Interpolation search: a guess strictly between `low` and `high`, in proportion to `time`.
 template <class KeyData>
 int32_t KRE_ArrayTrack<KeyData>::Probe(int32_t low, int32_t high, float time) const
 {
     const float span = TimeAt(high) - TimeAt(low);
     const float steps = (time - TimeAt(low)) / span * static_cast<float>(high - low);
     const int64_t probe = int64_t{low} + ToInt32(steps);
-    // Keys out of order would lead the guess out of the bracket.
+    // Keys out of order could move the guess out of the bracket.
     return static_cast<int32_t>(std::clamp<int64_t>(probe, int64_t{low} + 1, int64_t{high} - 1));
 }
 
@@ -123,7 +126,7 @@ typename KRE_ArrayTrack<KeyData>::Place KRE_ArrayTrack<KeyData>::Locate(float ti
     if (loop) {
         time = Fold(time);
     } else {
-        // Written so that a time which is not a number holds the first key.
+        // Written so that NaN holds the first key.
         if (!(time > keys[0].time))
             return {&keys[0], nullptr, 0.0f, 0.0f};
         if (time >= keys[keyCount - 1].time)
@@ -136,7 +139,7 @@ typename KRE_ArrayTrack<KeyData>::Place KRE_ArrayTrack<KeyData>::Locate(float ti
         (TimeAt(probe) <= time ? low : high) = probe;
     }
     const float length = TimeAt(high) - keys[low].time;
-    // A loop of one key that ends at the key has no length to share out.
+    // A loop of one key that ends at the key has length 0.
     const float ratio = length == 0.0f ? 0.0f : (time - keys[low].time) / length;
     return {&keys[low], &keys[high == keyCount ? 0 : high], ratio, length};
 }

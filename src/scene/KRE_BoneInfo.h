@@ -3,14 +3,15 @@
 #include <d3dx9.h>
 
 class File;
+class QSB_InputFile;
 
-/// A bone that moves vertices of a mesh. The first one of a mesh stands for the mesh itself.
+/// A bone that moves vertices of a mesh. The first one of a mesh represents the mesh itself.
 struct KRE_BoneInfo {
     static constexpr int kNameSize = 256;
 
-    char name[kNameSize] = ""; ///< of the object that moves it, cut at 255 bytes
-    D3DXMATRIX boneInitTM;     ///< into the bone's space, when the mesh was bound
-    D3DXMATRIX meshInitTM;     ///< out of the mesh's stored space, when it was bound
+    char name[kNameSize] = ""; ///< of the object that moves it, truncated at 255 bytes
+    D3DXMATRIX boneInitTM;     ///< into the bone's space, at bind time
+    D3DXMATRIX meshInitTM;     ///< out of the mesh's stored space, at bind time
     D3DXMATRIX bindTM;         ///< both: from the stored space into the bone's
 
     /// Identity matrices and a name, which may be null.
@@ -19,5 +20,5 @@ struct KRE_BoneInfo {
 
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

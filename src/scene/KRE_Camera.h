@@ -7,7 +7,7 @@ public:
     KRE_Camera();
 
     void Save(File& file) const override;
-    void Load(File& file) override;
+    void Load(QSB_InputFile& file) override;
     void Reset();
 
     float fov = kDefaultFov; ///< radians, the whole vertical field of view

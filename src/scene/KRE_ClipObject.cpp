@@ -27,7 +27,7 @@ float KRE_GrowingBox::Radius() const
 
 void KRE_ClipObject::TransformBounds(const D3DXMATRIX& matrix)
 {
-    constexpr float kFar = 8999999488.0f; // not the limit that a scene's bounds start from
+    constexpr float kFar = 8999999488.0f; // differs from the limit that a scene's bounds start from
     KRE_GrowingBox box(kFar);
     box.AddCorners(boxMin, boxMax, matrix);
     boxMin = box.low;

@@ -4,7 +4,7 @@
 
 #include "base/String.h"
 
-/// One of the numbered values that a material hands to its effect.
+/// One of the numbered values that a material passes to its effect.
 struct KRE_EffectParam {
     uint8_t hasFloat = 0;  ///< not 0: `floatValue` is given
     uint8_t hasVector = 0; ///< not 0: `vectorValue` is given
@@ -13,8 +13,9 @@ struct KRE_EffectParam {
 };
 
 class File;
+class QSB_InputFile;
 
-/// The effect that a material names, and the values it gives to it.
+/// The effect that a material names, and the values that it passes to it.
 struct KRE_EffectParams {
     static constexpr int32_t kParams = 8;
 
@@ -23,5 +24,5 @@ struct KRE_EffectParams {
 
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

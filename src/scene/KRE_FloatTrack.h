@@ -11,15 +11,16 @@ struct KRE_FloatKey {
 };
 
 class File;
+class QSB_InputFile;
 
 /// A float that changes over time: the opacity of a material, a number of a texture matrix.
 class KRE_FloatTrack : public KRE_ArrayTrack<KRE_FloatKey> {
 public:
     /// The value at a time in seconds; 0 without keys. A looping track may raise its `loopEnd`.
-    /// `derivativeOut`, if given, takes the change in a second, and is left alone by linear tracks
-    /// and where the first or last key holds.
+    /// `derivativeOut`, if given, gets the change per second; linear tracks leave it unchanged, and
+    /// so do times at which the first or last key is held.
     float Evaluate(float time, float* derivativeOut = nullptr);
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

@@ -4,16 +4,16 @@
 
 namespace {
 
-constexpr int32_t kMaxVertices = 65535; // what 16-bit indices reach, but for the strip cut value
+constexpr int32_t kMaxVertices = 65535; // the range of 16-bit indices, less the strip cut value
 
 constexpr DWORD kManagedBuffers = D3DXMESH_VB_MANAGED | D3DXMESH_IB_MANAGED;
 constexpr DWORD kSystemBuffers = D3DXMESH_VB_SYSTEMMEM | D3DXMESH_IB_SYSTEMMEM;
 constexpr DWORD kSoftwareBuffers = D3DXMESH_SOFTWAREPROCESSING | kSystemBuffers;
 static_assert(kManagedBuffers == 0x220 && kSystemBuffers == 0x110 && kSoftwareBuffers == 0x18110);
 
-/// Whether each part that the layout names lies within a vertex of the device's. Formats come from
-/// files: some have no position, or matrix indices without the weights that they stand behind, or
-/// more texture sets than there can be.
+/// Whether every part that the layout names lies within a device vertex. Formats come from files:
+/// some have no position, or matrix indices without the weights that precede them, or too many
+/// texture sets.
 bool IsLayoutPossible(const VertexInfo& info)
 {
     const DWORD position = info.fvf & (D3DFVF_XYZ | D3DFVF_XYZRHW | D3DFVF_XYZB2);

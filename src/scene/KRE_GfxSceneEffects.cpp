@@ -1,4 +1,4 @@
-// Effects where they meet scenes and meshes.
+// The parts of effects that deal with scenes and meshes.
 
 #include <algorithm>
 #include <memory>
@@ -24,7 +24,7 @@ static void LoadMaterialEffect(KRE_Gfx& gfx, KRE_3dScene& scene, KRE_MaterialInf
     gfx.LoadEffect(effect.get(), path.c_str(), false, 0, true);
     effect->SetParams(info.effectParams);
     info.effect = effect;
-    // What is on the screen already is what such an effect shows.
+    // Such an effect shows what is already on the screen.
     if (effect->data->Handle(EffectSemantic::kScreenCopy))
         scene.settings.clearBackground = 0;
 }

@@ -5,8 +5,9 @@
 #include <utility>
 
 class File;
+class QSB_InputFile;
 
-/// How the way from a key to the next one is walked. Any other stored value reads as linear.
+/// Interpolation from a key to the next one. Any other stored value is read as linear.
 enum KeyInterpolation : uint16_t {
     kKeyLinear = 0, ///< for rotations: spherical linear
     kKeyBezier = 1, ///< positions and scales
@@ -14,7 +15,7 @@ enum KeyInterpolation : uint16_t {
 };
 
 /// A key as a node of the doubly linked list that `KRE_KeyList` keeps; `T` is the key's own class.
-/// A copy takes the values and no links.
+/// A copy has the values but no links.
 template <class T>
 class KRE_KeyBase {
 public:
@@ -27,7 +28,8 @@ public:
         return *this;
     }
 
-    /// Takes all later keys along. In a loop: the number of keys is the file's, the stack is not.
+    /// Destroys all later keys too, in a loop: recursion over a file's number of keys could
+    /// overflow the stack.
     ~KRE_KeyBase()
     {
         std::unique_ptr<T> rest = std::move(next);
@@ -35,10 +37,10 @@ public:
             rest = std::move(rest->next);
     }
 
-    /// Writes this key and all later ones as in QSB files; gives their number.
+    /// Writes this key and all later ones as in QSB files; returns their number.
     int32_t Save(File& file) const;
     /// Reads the values of one key; true if another one follows in the file.
-    bool Load(File& file);
+    bool Load(QSB_InputFile& file);
 
     float time = 0;          ///< seconds from the start of the scene; ticks during a text import
     std::unique_ptr<T> next; ///< owned; the later key, null at the end

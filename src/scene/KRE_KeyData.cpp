@@ -2,7 +2,7 @@
 
 #include "scene/KRE_KeyMath.h"
 
-// The factors were floats before they became part of double expressions.
+// The factors are floats, widened in double expressions.
 static constexpr double kInnerTension = 0.8f;
 static constexpr double kEndTension = 0.63f;
 
@@ -17,8 +17,8 @@ void AccumulateRotation(KRE_RotKeyData& key)
 {
     D3DXQUATERNION turn = RelativeRotation(key);
     if (key.prev) {
-        // QUIRK: the sign is chosen by the relative turn, not by the cumulative result; files hold
-        // what follows from it.
+        // QUIRK: the sign is chosen by the relative rotation, not by the cumulative result; files
+        // hold values computed this way.
         const D3DXQUATERNION& before = key.prev->rotation;
         if (D3DXQuaternionDot(&before, &turn) < 0)
             turn = -turn;
@@ -27,7 +27,7 @@ void AccumulateRotation(KRE_RotKeyData& key)
     key.rotation = turn;
 }
 
-/// Of a key between two others: both controls lie on the arc through the mean of the directions to
+/// For a key between two others: both controls lie on the arc through the mean of the directions to
 /// the neighbours.
 static void ComputeMiddleControls(KRE_RotKeyData& key)
 {

@@ -24,14 +24,14 @@ public:
     uint16_t interpolation = kKeyLinear;
 };
 
-/// A key of an orientation. `axis` and `angle` turn from the key before, `rotation` from rest.
+/// A key of an orientation. `axis` and `angle` rotate from the previous key, `rotation` from rest.
 class KRE_RotKeyData : public KRE_KeyBase<KRE_RotKeyData> {
 public:
     D3DXVECTOR3 axis = {0, 0, 0};
     float angle = 0; ///< radians
     float tension = 0;
     float continuity = 0;
-    float bias = 0; ///< kept for the files; no computation uses it
+    float bias = 0; ///< kept for files; no computation uses it
     float easeIn = 0;
     float easeOut = 0;
     D3DXQUATERNION rotation = {0, 0, 0, 0};   ///< cumulative
@@ -40,12 +40,12 @@ public:
     uint16_t interpolation = kKeyLinear;
 };
 
-/// `axis` and `angle` as a quaternion, whatever stands before the key.
+/// `axis` and `angle` as a quaternion, whatever the previous key.
 D3DXQUATERNION RelativeRotation(const KRE_RotKeyData& key);
 
-/// Fills `rotation` from `axis`, `angle` and the key before, which must be filled already.
+/// Fills `rotation` from `axis`, `angle` and the previous key's `rotation`, which must be filled.
 void AccumulateRotation(KRE_RotKeyData& key);
 
 /// Fills the inner control quaternions of a TCB key from its neighbours in the list; a key of any
-/// other kind keeps them zero. All `rotation`s of the list must be filled; times play no part.
+/// other kind keeps them zero. All `rotation`s of the list must be filled; times do not matter.
 void ComputeInnerControls(KRE_RotKeyData& key);

@@ -8,13 +8,13 @@ namespace {
 template <class T>
 struct Segment {
     const T* key;
-    const T* next; ///< null behind the last key
+    const T* next; ///< null after the last key
 };
 
 } // namespace
 
-/// The key for `time` and the one behind it. An index gives both at once, so that a long track does
-/// not wait for the first key's memory to learn where the second one is.
+/// The key for `time` and the one after it. An index gives both at once, so a long track does not
+/// wait for the first key's memory to find the second one.
 template <class T>
 static Segment<T> SegmentAt(const KRE_KeyList<T>& keys, const KRE_KeyIndex<T>& index, float time)
 {

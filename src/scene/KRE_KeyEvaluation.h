@@ -6,15 +6,15 @@
 #include "scene/KRE_KeyIndex.h"
 #include "scene/KRE_KeyList.h"
 
-/// How a track goes on behind its last key.
+/// How a track continues after its last key.
 struct KRE_KeyLoop {
-    int32_t loop = 0;  ///< not 0: towards the first key, which stands at `loopEnd` once more
+    int32_t loop = 0;  ///< not 0: towards the first key, repeated at `loopEnd`
     float loopEnd = 0; ///< seconds
 };
 
-/// The value of a track at `time` in seconds, which a looping track has folded into one period
-/// already. The list has at least one key; an empty index leaves the search to a walk of the list.
-/// Before the first key the value is the first key's, behind the last one the last key's.
+/// The value of a track at `time` in seconds, already folded into one period for a looping track.
+/// The list has at least one key; with an empty index the list is walked. Before the first key the
+/// value is the first key's, after the last one the last key's.
 D3DXVECTOR3 EvaluateKeys(const KRE_KeyList<KRE_PosKeyData>& keys,
                          const KRE_KeyIndex<KRE_PosKeyData>& index, float time,
                          const KRE_KeyLoop& loop);
@@ -22,7 +22,7 @@ D3DXVECTOR3 EvaluateKeys(const KRE_KeyList<KRE_ScaleKeyData>& keys,
                          const KRE_KeyIndex<KRE_ScaleKeyData>& index, float time,
                          const KRE_KeyLoop& loop);
 /// QUIRK: before the first key only its axis and angle count, not its `rotation`; the closing
-/// segment of a loop is a plain slerp for TCB keys too.
+/// segment of a loop is a plain slerp, even for TCB keys.
 D3DXQUATERNION EvaluateKeys(const KRE_KeyList<KRE_RotKeyData>& keys,
                             const KRE_KeyIndex<KRE_RotKeyData>& index, float time,
                             const KRE_KeyLoop& loop);

@@ -11,8 +11,8 @@ struct KRE_KeyIndexEntry {
     float time = 0;   ///< seconds, the key's
 };
 
-/// Bisects an index for the place of the last key that is not after `time`, or of the first one.
-/// `count` is above 0; the search begins at entry `low`.
+/// Binary search in an index for the position of the last key that is not after `time`, or of the
+/// first one. `count` is above 0; the search starts at entry `low`.
 template <class T>
 int32_t FindEntry(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t low = 0)
 {
@@ -27,15 +27,16 @@ int32_t FindEntry(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, 
     return low;
 }
 
-/// The key at that place.
+/// The key at that position.
 template <class T>
 T* FindKey(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t low = 0)
 {
     return index[FindEntry(time, index, count, low)].key;
 }
 
-/// The keys of a list as a flat array, so that finding one is no walk. Holds pointers into the list
-/// and is void once a key is added or removed. A copy is empty: its list has other keys.
+/// The keys of a list as a flat array, so that finding one takes no walk. Holds pointers into the
+/// list and becomes invalid when a key is added or removed. A copy is empty, because its list has
+/// other keys.
 template <class T>
 class KRE_KeyIndex {
 public:
@@ -51,8 +52,8 @@ public:
     }
     ~KRE_KeyIndex() = default;
 
-    /// Indexes all keys of `keys`. False, with no index, if they are not `expectedCount`; none are
-    /// needed for 0.
+    /// Indexes all keys of `keys`. Returns false, with no index, unless there are `expectedCount`
+    /// of them; 0 keys need no index.
     bool Build(const KRE_KeyList<T>& keys, int32_t expectedCount);
     void Free() { *this = KRE_KeyIndex(); }
     explicit operator bool() const { return static_cast<bool>(entries); }
@@ -68,7 +69,7 @@ template <class T>
 bool KRE_KeyIndex<T>::Build(const KRE_KeyList<T>& keys, int32_t expectedCount)
 {
     Free();
-    // Counted first: the expected number may be a file's and is no measure for memory.
+    // Counted first: the expected number may come from a file and must not size an allocation.
     int64_t visited = 0;
     for (const T* key = keys.Head(); key; key = key->next.get())
         ++visited;

@@ -4,7 +4,7 @@
 #include <map>
 #include <memory>
 
-/// The keys of one track of an object, in time order, owned. `T` is a class of `KRE_KeyData.h`.
+/// Owns the keys of one track of an object, in time order. `T` is a class of `KRE_KeyData.h`.
 /// Adding in time order takes constant time, any other order a logarithmic one.
 template <class T>
 class KRE_KeyList {
@@ -25,21 +25,21 @@ public:
     T* Tail() const { return head ? tail : nullptr; }
     explicit operator bool() const { return head != nullptr; }
 
-    /// Puts a copy of `key` before the first key that is later, or last; so of keys with equal
-    /// times the newest stands last. Gives the new key, owned here.
-    /// QUIRK: the head stays the head. A key before it is not kept, and the result is null; the
-    /// owner counts it all the same, and `BuildKeyIndex` then reports the difference.
+    /// Inserts a copy of `key` before the first later key, or at the end, so of keys with equal
+    /// times the newest comes last. Returns the new key, owned here.
+    /// QUIRK: the head stays the head. A key before it is dropped, and the result is null; the
+    /// owner still counts it, and `BuildKeyIndex` then reports the difference.
     T* Insert(const T& key);
-    /// Puts a copy of `key` last, whatever its time, and gives it.
+    /// Appends a copy of `key`, whatever its time, and returns it.
     T* Append(const T& key);
     void Clear() { *this = KRE_KeyList(); }
 
     /// The last key that is not after `time`, or the first; null in an empty list. Walks the list.
     T* FindKey(float time) const;
-    /// Moves the window from `from` to `to` to time 0 and removes keys outside it, but for the one
-    /// to start from and the last. Gives the number of keys removed.
+    /// Moves the window from `from` to `to` to time 0 and removes keys outside it, except the one
+    /// to start from and the last. Returns the number of keys removed.
     int32_t Trim(float from, float to);
-    /// To be called after the times were changed in place, before the next `Insert`.
+    /// Call it after changing times in place, before the next `Insert`.
     void TimesChanged();
 
 private:
@@ -53,7 +53,7 @@ private:
     T* tail = nullptr;       ///< valid while there is a head
     float latest = 0;        ///< highest time in the list, valid while there is a head
     /// The keys that are later than all keys before them, by time: the first key after a time is
-    /// always one of these. Made by the first key that comes out of order.
+    /// always one of these. Created by the first key that is added out of order.
     std::unique_ptr<std::map<float, T*>> laterKeys;
 };
 
@@ -75,14 +75,14 @@ T* KRE_KeyList<T>::Append(const T& key)
     if (!head)
         latest = key.time;
     T* added = Link(nullptr, key);
-    // A time that is no number is after nothing and nothing is after it.
+    // NaN is after nothing, and nothing is after NaN.
     if (key.time > latest || latest != latest)
         latest = key.time;
     NoteTime(added);
     return added;
 }
 
-/// Makes a copy of `key` the one ahead of `before`, which is not the head; null stands for the end.
+/// Links a copy of `key` in front of `before`, which is not the head; null means the end.
 template <class T>
 T* KRE_KeyList<T>::Link(T* before, const T& key)
 {
@@ -124,15 +124,15 @@ T* KRE_KeyList<T>::FirstLaterKey(float time)
     return found == laterKeys->end() ? nullptr : found->second;
 }
 
-/// Keys come here in list order, or with no earlier key behind them; of equal times the first
-/// stays.
+/// Keys come here in list order, or with no earlier key after them; of keys with equal times the
+/// first is kept.
 template <class T>
 void KRE_KeyList<T>::NoteTime(T* key)
 {
     if (!laterKeys || key->time != key->time)
         return;
     const auto after = laterKeys->upper_bound(key->time);
-    // A key that follows a later one is never the first one after any time.
+    // A key after a later one is never the first one after any time.
     if (after == laterKeys->end() || key->next.get() == after->second)
         laterKeys->emplace_hint(after, key->time, key);
 }

@@ -21,8 +21,7 @@ float EaseRatio(float ratio, float easeFrom, float easeTo)
     if (ratio < 1 - easeTo)
         return speed * (2 * ratio - easeFrom);
     const float left = 1 - ratio;
-    // Without an ease at the far end only the end itself comes here, where 0 / 0 would be no
-    // number.
+    // Without an ease at the far end, only the end itself gets here, where 0 / 0 would give NaN.
     return left == 0 ? 1.0f : 1 - speed / easeTo * left * left;
 }
 

@@ -2,11 +2,11 @@
 
 #include <d3dx9.h>
 
-/// Where `time` stands between `start` and `end`, 0 to 1; 0 where the two agree.
+/// The position of `time` between `start` and `end`, 0 to 1; 0 if the two are equal.
 float SegmentRatio(float time, float start, float end);
 
-/// Bends `ratio`, 0 to 1, so that a motion starts slowly over the share `easeFrom` of it and comes
-/// to rest over the share `easeTo`. Shares that add up to more than 1 are scaled down to 1.
+/// Eases `ratio`, 0 to 1: a motion accelerates over the share `easeFrom` and slows down over the
+/// share `easeTo`. Shares that add up to more than 1 are scaled down to 1.
 float EaseRatio(float ratio, float easeFrom, float easeTo);
 
 /// `D3DXQuaternionSlerp` by value.

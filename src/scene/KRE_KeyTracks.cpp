@@ -1,6 +1,6 @@
 #include "scene/KRE_KeyTracks.h"
 
-/// A copy of a list whose counter did not fit has no index, as the source had none.
+/// A copy of a list whose counter did not match has no index, because the source has none.
 template <class T>
 static void IndexLike(const KRE_KeyIndex<T>& source, KRE_KeyIndex<T>& indexOut,
                       const KRE_KeyList<T>& keys, int32_t count)

@@ -12,10 +12,10 @@ D3DCOLORVALUE Sum(const D3DCOLORVALUE& a, const D3DCOLORVALUE& b)
     return {a.r + b.r, a.g + b.g, a.b + b.b, a.a + b.a};
 }
 
-void EvaluateInto(KRE_ColorTrack& track, float time, D3DCOLORVALUE* colour)
+void EvaluateInto(KRE_ColorTrack& track, float time, D3DCOLORVALUE* color)
 {
     if (track.GetKeyCount() > 0)
-        *colour = track.Evaluate(time);
+        *color = track.Evaluate(time);
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 #include "scene/KRE_EffectParams.h"
 #include "scene/KRE_FloatTrack.h"
 
-/// How a transparent surface meets what is behind it.
+/// How a transparent surface blends with what is behind it.
 enum KRE_TransparencyType : int32_t {
     kTransparencyFilter = 0,
     kTransparencyAdditive = 1,
@@ -19,7 +19,7 @@ enum KRE_TransparencyType : int32_t {
 
 class KRE_ShaderEffect;
 
-/// The material of one attribute of a mesh. It begins as a `D3DMATERIAL9`.
+/// The material of one attribute of a mesh. Its first fields are laid out as in `D3DMATERIAL9`.
 class KRE_MaterialInfo {
 public:
     D3DCOLORVALUE diffuse = {1, 1, 1, 1};
@@ -33,7 +33,7 @@ public:
     uint8_t mirrorV = 0;
     uint8_t tileU = 1;
     uint8_t tileV = 1;
-    uint8_t addEmissive = 1; ///< of an override: its emissive colour is added, not multiplied
+    uint8_t addEmissive = 1; ///< for an override: its emissive colour is added, not multiplied
     int32_t transparencyType = kTransparencyFilter; ///< files may hold any value
     /// Texture coordinate set of the reflection map, computed for each frame; -1 for none.
     int32_t reflectionSet = -1;
@@ -43,21 +43,21 @@ public:
     KRE_ColorTrack ambientTrack;
     KRE_ColorTrack specularTrack;
     KRE_ColorTrack selfIllumTrack;
-    KRE_FloatTrack opacityTrack; ///< of `transparency`, in spite of its name
+    KRE_FloatTrack opacityTrack; ///< of `transparency`, despite its name
     KRE_EffectParams effectParams;
     std::shared_ptr<KRE_ShaderEffect> effect; ///< loaded from it, shared by copies; or null
 
-    /// Colours and exponent of a mesh that was just created.
+    /// Sets the colours and exponent of a newly created mesh.
     void SetDrawingDefaults();
     /// Colours and exponent as the device takes them.
     D3DMATERIAL9 DeviceMaterial() const;
     /// Sets what is animated for a time in seconds.
-    /// QUIRK: self-illumination goes into the ambient colour and wins over its own track; scenes
-    /// are lit by that.
+    /// QUIRK: self-illumination goes into the ambient colour and overrides that colour's own track;
+    /// scenes are lit accordingly.
     void Evaluate(float time);
-    /// This material under an override for a whole draw.
+    /// This material combined with an override that applies to a whole draw.
     KRE_MaterialInfo Combine(const KRE_MaterialInfo& override) const;
     /// As in QSB files.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };

@@ -27,7 +27,7 @@ D3DXMATRIX KRE_Mesh::PaletteMatrix(int32_t i, const D3DXMATRIX& extraTM) const
 
 void KRE_Mesh::SetVertexBlendFlags()
 {
-    // The last weight of a vertex is not stored, so n weights make the flag of n - 1.
+    // The last weight of a vertex is not stored, so n weights need the flag of n - 1.
     static constexpr DWORD kFlags[] = {D3DVBF_DISABLE, D3DVBF_0WEIGHTS, D3DVBF_1WEIGHTS,
                                        D3DVBF_2WEIGHTS, D3DVBF_3WEIGHTS};
     if (blendCount < 0 || blendCount >= static_cast<int32_t>(std::size(kFlags)))
@@ -80,8 +80,10 @@ int32_t KRE_Mesh::CopyGeometryTo(KRE_Mesh& dest, int32_t keepObject, int32_t kee
 
 void KRE_Mesh::CopyBones(const KRE_Mesh& other)
 {
-    for (const KRE_BoneInfo* bone : other.bones)
-        bones.Add(bone);
+    for (const KRE_BoneInfo* bone : other.bones) {
+        if (!bones.GetSlot(bones.Add(bone)))
+            Error("Not enough memory for the scene");
+    }
     bones.SetSize(bones.Count());
     boneObjectCount = other.boneObjectCount;
     boneObjects = HeapArray<KRE_3dObject*>(boneObjectCount);

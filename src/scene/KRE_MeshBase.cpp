@@ -177,7 +177,7 @@ void KRE_MeshBase::PrepareEvaluation(double time, int32_t force)
 
 // ---- Life
 
-/// All that a second user of the geometry takes over, but for materials and textures.
+/// Copies everything that a second user of the geometry needs, except materials and textures.
 void KRE_MeshBase::CopyMeshFields(const KRE_MeshBase& other)
 {
     static_cast<VertexInfo&>(*this) = other;
@@ -190,8 +190,8 @@ void KRE_MeshBase::CopyMeshFields(const KRE_MeshBase& other)
     visible = other.visible;
 }
 
-/// Becomes one more user of the other's device mesh, which is entered with the engine's shared
-/// objects. The reference of each user keeps it alive; where the table is full, that alone counts.
+/// Becomes one more user of the other's device mesh, which is registered with the engine's shared
+/// objects. Each user's reference keeps it alive; if the table is full, only that counts.
 void KRE_MeshBase::ShareDeviceMesh(KRE_MeshBase& other)
 {
     ReleaseDeviceMesh();
@@ -205,7 +205,7 @@ void KRE_MeshBase::ShareDeviceMesh(KRE_MeshBase& other)
     mesh = ComPointer<ID3DXMesh>::Share(other.mesh.Get());
 }
 
-/// The other users of a device mesh lock it as well, so no lock may stay on it.
+/// Other users of the device mesh lock it too, so no lock may remain.
 void KRE_MeshBase::ForgetLocks()
 {
     if (attributeLocked)

@@ -12,33 +12,34 @@
 #include "scene/KRE_MaterialInfo.h"
 
 /// An object with a device mesh, its vertex layout, and one material and one set of textures for
-/// each attribute. In `VertexInfo`, `processing` is how its vertices are blended: 0 by the device's
-/// software, 1 by indexed blending in hardware, 2 by an effect. Meshes, and so scenes, have to go
-/// before the engine that made them: `manager` points into it, and the device mesh holds its
-/// device.
+/// each attribute. In `VertexInfo`, `processing` tells how its vertices are blended: 0 by the
+/// device's software, 1 by indexed blending in hardware, 2 by an effect. Destroy meshes, and so
+/// scenes, before the engine that made them: `manager` points into it, and the device mesh holds
+/// its device.
 class KRE_MeshBase : public KRE_3dClipObject, public VertexInfo {
 public:
     KRE_MeshBase();
     ~KRE_MeshBase() override;
 
-    /// Clears the layout but for `processing` and derives it from a format code.
+    /// Clears the layout except `processing` and derives it from a format code.
     void SetVertexFormat(DWORD newFvf) { SetFVFInfo(newFvf); }
 
-    /// Index, vertex and attribute buffer, in this order; `flags` are of D3DLOCK_. A buffer that is
-    /// locked already keeps its pointer. All locks and unlocks give 1; what the device refuses is
-    /// an `Error`. A mesh counts as unchanged by them.
+    /// Locks the index, vertex and attribute buffer, in this order; `flags` are D3DLOCK_ flags. A
+    /// buffer that is already locked keeps its pointer. All locks and unlocks return 1; a device
+    /// failure is an `Error`. They count as const operations.
     int32_t LockAll(DWORD flags) const;
     int32_t LockIndexBuffer(DWORD flags) const;
     int32_t LockVertexBuffer(DWORD flags) const;
     int32_t LockAttributeBuffer(DWORD flags) const;
-    /// Attribute, vertex and index buffer. One that is not locked is left alone.
+    /// Unlocks the attribute, vertex and index buffer. One that is not locked is skipped.
     int32_t UnlockAll() const;
     int32_t UnlockIndexBuffer() const;
     int32_t UnlockVertexBuffer() const;
     int32_t UnlockAttributeBuffer() const;
 
-    /// Parts of a vertex while the vertex buffer is locked; not checked, neither the number nor
-    /// that the layout has the part. The first texture set may hold less than two coordinates.
+    /// Parts of a vertex while the vertex buffer is locked. Neither the number nor the presence of
+    /// the part in the layout is checked. The first texture set may hold fewer than two
+    /// coordinates.
     D3DXVECTOR3* Position(int32_t i) { return Element<D3DXVECTOR3>(i, 0); }
     D3DXVECTOR3* Normal(int32_t i) { return Element<D3DXVECTOR3>(i, normalOffset); }
     float* TexCoord(int32_t i) { return Element<float>(i, textureOffset); }
@@ -48,13 +49,13 @@ public:
     uint16_t* Face(int32_t i) { return indexData + ptrdiff_t{3} * i; }
     DWORD* Attribute(int32_t i) { return attributeData + i; }
 
-    /// QUIRK: `i` equal to `materialCount` passes and gives the place behind the array, for callers
-    /// that want its end. Above that it is an `Error`.
+    /// QUIRK: `i` equal to `materialCount` is accepted and gives the end of the array, for callers
+    /// that need it. Anything above is an `Error`.
     KRE_MaterialInfo* GetMaterial(int32_t i);
-    /// Makes `target` a copy of a texture and gives 1; 0 with a `Warning` if there are not that
-    /// many.
+    /// Makes `target` a copy of texture `i` and returns 1; returns 0 with a `Warning` if there is
+    /// none.
     int32_t GetTexture(KRE_Texture& target, int32_t i);
-    /// Whether a material is drawn in the transparent pass. Looked for once: material animation
+    /// Whether a material is drawn in the transparent pass. Determined once: material animation
     /// does not change it.
     int32_t HasTransparency();
     /// Sorts the faces by attribute, so that each one is a contiguous range.
@@ -63,13 +64,13 @@ public:
     /// One more than the highest attribute of the faces, which are sorted; 0 without a device mesh.
     int32_t AttributeCount();
 
-    /// Makes `count` materials and textures in place of the old ones; below 1 none.
+    /// Replaces the old materials and textures by `count` new ones; below 1 there are none.
     void AllocateMaterials(int32_t count);
-    /// Lets go of the device mesh as one of its users, unlocked.
+    /// Unlocks the device mesh and releases it as one of its users.
     void ReleaseDeviceMesh();
-    /// Lets go of the device mesh, materials, textures and keys.
+    /// Releases the device mesh, materials, textures and keys.
     void ReleaseMesh();
-    /// Puts the fields back to their defaults and lets go of everything.
+    /// Resets the fields to their defaults and releases everything.
     void Reset();
 
     mutable int32_t indexLocked = 0;
@@ -80,10 +81,10 @@ public:
     HeapArray<KRE_MaterialInfo> materials; ///< owned; `materialCount` of them
     String cloneSource;                    ///< the mesh whose geometry this one shares; or empty
     int32_t materialCount = 0;
-    int32_t hasTransparency = -1; ///< -1 not looked for yet
+    int32_t hasTransparency = -1; ///< -1 not yet determined
     int32_t vertexCount = 0;      ///< as created
     int32_t faceCount = 0;        ///< as created
-    int32_t ownGeometry = 1;      ///< of files: whether the faces came with texture coordinates
+    int32_t ownGeometry = 1; ///< kept for files: whether the faces came with texture coordinates
     mutable uint16_t* indexData = nullptr;  ///< while locked
     mutable uint8_t* vertexData = nullptr;  ///< while locked
     mutable DWORD* attributeData = nullptr; ///< while locked

@@ -17,7 +17,7 @@ inline D3DXMATRIX IdentityMatrix()
     return matrix;
 }
 
-/// What a node is, as numbers of the file formats.
+/// The kind of a node, with the file formats' numbers.
 enum ObjectKind : int32_t {
     kObjectPlain = 0,
     kObjectMesh = 1,
@@ -27,7 +27,7 @@ enum ObjectKind : int32_t {
     kObjectLight = 32,
 };
 
-/// Everything of a node that a copy takes over. A copy has keys of its own.
+/// All fields of a node that a copy takes over. A copy has its own keys.
 struct KRE_ObjectFields : KRE_KeyTracks {
     int32_t objectKind = kObjectPlain;
     D3DXMATRIX worldTM = IdentityMatrix(); ///< of the last evaluation, parents included
@@ -37,12 +37,12 @@ struct KRE_ObjectFields : KRE_KeyTracks {
     // From here to `rotationAngle`: the pose.
     D3DXMATRIX initTM = IdentityMatrix(); ///< the pose of the file
     D3DXVECTOR3 mirror = {1, 1, 1};       ///< sign per axis
-    D3DXVECTOR3 position = {0, 0, 0};     ///< where there are no position keys
-    D3DXVECTOR3 scale = {1, 1, 1};        ///< where there are no scale keys
-    D3DXVECTOR3 rotationAxis = {0, 0, 0}; ///< where there are no rotation keys
+    D3DXVECTOR3 position = {0, 0, 0};     ///< used if there are no position keys
+    D3DXVECTOR3 scale = {1, 1, 1};        ///< used if there are no scale keys
+    D3DXVECTOR3 rotationAxis = {0, 0, 0}; ///< used if there are no rotation keys
     float rotationAngle = 0;              ///< radians
 
-    int32_t frozen = 0;  ///< not 0: evaluations leave the matrices alone
+    int32_t frozen = 0;  ///< not 0: evaluations do not change the matrices
     int32_t dirty = 1;   ///< not 0: the next evaluation is not skipped
     double lastTime = 0; ///< seconds, of the last evaluation, after looping
     D3DXMATRIX translationTM = IdentityMatrix();

@@ -8,6 +8,7 @@
 enum MarkerChoice : int32_t { kMarkersNone = -2, kMarkersAll = -1 };
 
 class File;
+class QSB_InputFile;
 
 /// The display switches of a scene.
 struct KRE_SceneSettings {
@@ -32,6 +33,6 @@ struct KRE_SceneSettings {
 
     /// As in QSB files; a load leaves what the file does not hold at its default.
     void Save(File& file) const;
-    void Load(File& file);
+    void Load(QSB_InputFile& file);
 };
 static_assert(D3DFOG_EXP == 1);

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <utility>
 
-/// Swaps entries of `order` so that those that are not transparent come first, and gives their
-/// number. Each transparent entry changes places with the first one behind it that is not, so the
-/// order within the two groups is not kept. `isTransparent(entry)` is asked about entries.
+/// Swaps entries of `order` so that opaque ones come first, and returns their number. Each
+/// transparent entry swaps places with the next opaque one, so the order within the two groups is
+/// not preserved. `isTransparent(entry)` classifies an entry.
 template <class IsTransparent>
 int32_t PartitionOrder(int32_t* order, int32_t count, IsTransparent isTransparent)
 {
@@ -13,7 +13,7 @@ int32_t PartitionOrder(int32_t* order, int32_t count, IsTransparent isTransparen
     for (int32_t i = 0; i < count; ++i) {
         if (!isTransparent(order[i]))
             continue;
-        // What lies between `i` and the last find is transparent since the swaps: no need to look.
+        // After the swaps, everything between `i` and the last find is transparent: skip it.
         if (other <= i)
             other = i + 1;
         while (other < count && isTransparent(order[other]))

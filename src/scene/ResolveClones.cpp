@@ -16,8 +16,8 @@ bool IsBefore(const NamedMesh& a, const NamedMesh& b)
     return a.name < b.name;
 }
 
-/// The meshes of a scene by place, and of each clone the place of its source. All names are looked
-/// up before the first clone is resolved: resolving moves the names' memory.
+/// The meshes of a scene by position, and for each clone the position of its source. All names are
+/// looked up before the first clone is resolved, because resolving moves the names' memory.
 class CloneLinks {
 public:
     static constexpr size_t kNone = SIZE_MAX;
@@ -32,7 +32,7 @@ public:
         std::stable_sort(names.begin(), names.end(), IsBefore);
 
         sources.assign(meshes.size(), kNone);
-        std::vector<bool> isTold(meshes.size(), false); // by the place of the source
+        std::vector<bool> isTold(meshes.size(), false); // by the position of the source
         for (size_t i = 0; i < meshes.size(); ++i) {
             const NamedMesh wanted = {meshes[i]->cloneSource.c_str(), 0};
             const auto [found, end] =
@@ -40,7 +40,7 @@ public:
             if (wanted.name.empty() || found == end)
                 continue;
             sources[i] = found->place;
-            // A saved scene has its transparent meshes last, so that another one may come first there.
+            // A saved scene has its transparent meshes last, so another one may come first there.
             if (end - found > 1 && !isTold[found->place])
                 reporter.Warning("%i meshes are named '%s', the source of clone '%s'",
                                  static_cast<int>(end - found), meshes[i]->cloneSource.c_str(),
@@ -55,7 +55,7 @@ public:
 
 void ResolveClone(KRE_Mesh& clone, KRE_Mesh& source)
 {
-    // A source without geometry leaves the clone reset, so the name is kept here as well.
+    // A source without geometry leaves the clone reset, so the name is saved here as well.
     const String name = clone.name;
     const int32_t visible = clone.visible;
     const String cloneSource = clone.cloneSource;
@@ -72,7 +72,7 @@ void ResolveClones(KRE_3dScene& scene, ErrorClassSimple& reporter)
     enum class State : uint8_t { kOpen, kWaiting, kDone };
     const CloneLinks links(scene, reporter);
     std::vector<State> states(links.meshes.size(), State::kOpen);
-    std::vector<size_t> waiting; // clones whose sources are to be resolved first
+    std::vector<size_t> waiting; // clones whose sources must be resolved first
     for (size_t i = 0; i < links.meshes.size(); ++i) {
         for (size_t at = i; states[at] != State::kDone;) {
             const KRE_Mesh& mesh = *links.meshes[at];

@@ -15,7 +15,7 @@ using namespace frame_scene;
 namespace {
 
 /// Three fifths of (200, 100, 40) are (120, 60, 24).
-constexpr std::uint32_t kThreeFifths = 0x99C86428;
+constexpr uint32_t kThreeFifths = 0x99C86428;
 
 class BatchFrame : public testing::Test {
 protected:
@@ -28,13 +28,13 @@ protected:
     ~BatchFrame() override { gLightingOn = 1; }
 
     /// The colour in the middle of a scene's frame, or far from it on the left.
-    static std::uint32_t Middle(FrameStage& stage, const char* name, int aside = 0)
+    static uint32_t Middle(FrameStage& stage, const char* name, int aside = 0)
     {
         gLightingOn = 0; // so that surfaces have the colours of their pictures
         const Frame frame = stage.Draw(name);
         return frame.pixels.empty() ? 0 : frame.pixels[60 * 160 + 80 + static_cast<size_t>(aside)];
     }
-    static void ExpectColor(std::uint32_t color, int red, int green, int blue, const char* what)
+    static void ExpectColor(uint32_t color, int red, int green, int blue, const char* what)
     {
         EXPECT_NEAR(color >> 16 & 0xFF, red, 1) << what;
         EXPECT_NEAR(color >> 8 & 0xFF, green, 1) << what;

@@ -46,7 +46,7 @@ protected:
         scratch.Write("scene.qsa", text);
         return stage->Draw("scene.qsa");
     }
-    static std::size_t InkOf(const Frame& frame, const Frame& empty)
+    static size_t InkOf(const Frame& frame, const Frame& empty)
     {
         const FrameDifference found = CompareFrames(frame, empty, 16);
         return found.displaced + found.wrong;
@@ -125,10 +125,10 @@ std::string ExampleText(const char* name)
 /// A truncated light has no type; the tests of lights cover that.
 bool EndsInALight(const std::string& text)
 {
-    const std::size_t light = text.rfind("*LIGHTOBJECT");
+    const size_t light = text.rfind("*LIGHTOBJECT");
     return light != std::string::npos &&
-           std::count(text.begin() + static_cast<std::ptrdiff_t>(light), text.end(), '{') >
-               std::count(text.begin() + static_cast<std::ptrdiff_t>(light), text.end(), '}');
+           std::count(text.begin() + static_cast<ptrdiff_t>(light), text.end(), '{') >
+               std::count(text.begin() + static_cast<ptrdiff_t>(light), text.end(), '}');
 }
 
 enum class Outcome { RefusedAtLoad, FailedAtDraw, Drawn };
@@ -190,9 +190,8 @@ TEST_F(DamagedSample, TruncatedTextsThatLoadAreDrawn)
     for (const char* name : {"groups.qsa", "keywords.qsa", "oddities.qsa", "animation.qsa"}) {
         const std::string text = ExampleText(name);
         ASSERT_GT(text.size(), 1000u) << name;
-        const std::size_t step =
-            text.size() / 41 * static_cast<std::size_t>(std::min(kHostSlowness, 8));
-        for (std::size_t size = 1; size < text.size(); size += step) {
+        const size_t step = text.size() / 41 * static_cast<size_t>(std::min(kHostSlowness, 8));
+        for (size_t size = 1; size < text.size(); size += step) {
             const std::string cut = text.substr(0, size);
             if (EndsInALight(cut) || TakeThrough(cut) != Outcome::FailedAtDraw)
                 continue;
@@ -220,8 +219,8 @@ TEST_F(DamagedSample, ChangedBinaryScenesThatLoadAreDrawn)
         gGfx->SaveScene(scene, "small.qsb"); // without the lights that a session adds
     }
     const std::string bytes = scratch.Read("small.qsb");
-    const auto step = static_cast<std::size_t>(3 * std::min(kHostSlowness, 20));
-    for (std::size_t at = 4; at < bytes.size(); at += step) {
+    const auto step = static_cast<size_t>(3 * std::min(kHostSlowness, 20));
+    for (size_t at = 4; at < bytes.size(); at += step) {
         for (const int value : {255, bytes[at] + 1}) {
             std::string changed = bytes;
             changed[at] = static_cast<char>(value);

@@ -75,7 +75,7 @@ protected:
             ReadPngPicture(gGfx->device.Get(), (kAccepted / Name(".png")).string());
         Frame frame = {picture.width, picture.height, {}};
         for (const DWORD pixel : picture.pixels)
-            frame.pixels.push_back(static_cast<std::uint32_t>(pixel));
+            frame.pixels.push_back(static_cast<uint32_t>(pixel));
         return frame;
     }
     static void ExpectAccepted(Frame frame, const char* what)
@@ -149,7 +149,7 @@ Frame DrawEffectAt(FrameStage& stage, const char* scene, float seconds)
 }
 
 /// Number of pixels that differ by more than 16 in a channel.
-std::size_t Differing(const Frame& a, const Frame& b)
+size_t Differing(const Frame& a, const Frame& b)
 {
     const FrameDifference found = CompareFrames(a, b, 16);
     return found.displaced + found.wrong;
@@ -167,7 +167,7 @@ TEST(EffectExamples, MoveAndComeBackAfterTheirPeriod)
     static constexpr struct {
         const char* scene;
         float between, period;
-        std::size_t leastDifferent;
+        size_t leastDifferent;
     } kRows[] = {
         {"lava.qsa", 0.5f / 0.12f, 2.0f / 0.12f, 15000},
         {"ripple.qsa", std::numbers::pi_v<float> / 3, 2 * std::numbers::pi_v<float> / 3, 5000},

@@ -11,7 +11,7 @@ char Byte(unsigned value)
 
 } // namespace
 
-std::string Tga(unsigned side, const std::function<std::uint32_t(unsigned, unsigned)>& pixelAt)
+std::string Tga(unsigned side, const std::function<uint32_t(unsigned, unsigned)>& pixelAt)
 {
     // True colour, no palette, 32 bits of which 8 are alpha, from the top left.
     std::string file(18, '\0');
@@ -21,7 +21,7 @@ std::string Tga(unsigned side, const std::function<std::uint32_t(unsigned, unsig
     file[17] = Byte(0x28);
     for (unsigned y = 0; y < side; ++y) {
         for (unsigned x = 0; x < side; ++x) {
-            const std::uint32_t pixel = pixelAt(x, y);
+            const uint32_t pixel = pixelAt(x, y);
             for (int shift = 0; shift < 32; shift += 8)
                 file += Byte(pixel >> shift & 0xFF);
         }

@@ -11,7 +11,7 @@
 namespace frame_scene {
 
 /// A TGA file of `side` by `side` pixels with alpha, 0xAARRGGBB by column and row from the top left.
-std::string Tga(unsigned side, const std::function<std::uint32_t(unsigned, unsigned)>& pixelAt);
+std::string Tga(unsigned side, const std::function<uint32_t(unsigned, unsigned)>& pixelAt);
 
 /// The left half red, the right half blue.
 std::string RedAndBlue();

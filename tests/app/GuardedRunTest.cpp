@@ -21,7 +21,7 @@ public:
 
 class GuardedEngine : public KRE_Base {
 public:
-    GuardedEngine() { SetClassName("GuardedEngine"); }
+    GuardedEngine() { SetClassName("Engine"); }
 };
 
 /// How often the cursor was shown, minus how often it was hidden, counted by the calls.
@@ -33,14 +33,14 @@ int CursorShowCount()
 
 } // namespace
 
-TEST(RunGuarded, NormalEndIsOneWithoutABox)
+TEST(GuardedRun, NormalEndIsOneWithoutABox)
 {
     BoxWatch boxes;
     EXPECT_EQ(RunGuarded([] {}), 1);
     EXPECT_EQ(boxes.Take(), "");
 }
 
-TEST(RunGuarded, FoundationErrorEndsTheRunWithItsBox)
+TEST(GuardedRun, FoundationErrorEndsTheRunWithItsBox)
 {
     const ScratchDirectory scratch; // the log is written here
     BoxWatch boxes;
@@ -48,7 +48,7 @@ TEST(RunGuarded, FoundationErrorEndsTheRunWithItsBox)
     EXPECT_EQ(boxes.Take(), "Error\nFoundation: number 7\n");
 }
 
-TEST(RunGuarded, EngineErrorEndsTheRunWithItsBox)
+TEST(GuardedRun, EngineErrorEndsTheRunWithItsBox)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
@@ -56,11 +56,41 @@ TEST(RunGuarded, EngineErrorEndsTheRunWithItsBox)
     EXPECT_EQ(boxes.Take(), "KRE Error (DirectX9)\nEngine: number 7\n");
 }
 
-TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
+// Records hold labels of 31 and messages of 1023 bytes.
+TEST(GuardedRun, LongestLabelAndMessageAreShownWhole)
+{
+    const ScratchDirectory scratch;
+    static const std::string label = std::string(30, 'l') + '$';
+    static const std::string message = std::string(1022, 'm') + '$';
+    const struct {
+        const char* title;
+        void (*end)();
+    } cases[] = {
+        {"Error",
+         [] {
+             Foundation failing;
+             failing.SetClassName(label.c_str());
+             failing.Error("%s", message.c_str());
+         }},
+        {"KRE Error (DirectX9)",
+         [] {
+             GuardedEngine failing;
+             failing.SetClassName(label.c_str());
+             failing.Error("%s", message.c_str());
+         }},
+    };
+    for (const auto& c : cases) {
+        BoxWatch boxes;
+        EXPECT_EQ(RunGuarded(c.end), 0);
+        EXPECT_EQ(boxes.Take(), std::string(c.title) + "\n" + label + ": " + message + "\n");
+    }
+}
+
+TEST(GuardedRun, GraphicsAreShutDownOnEveryWayOut)
 {
     const ScratchDirectory scratch;
     BoxWatch boxes;
-    RunGuarded(MakeEngine);
+    RunGuarded([] { MakeEngine(); });
     EXPECT_EQ(gGfx, nullptr);
     RunGuarded([] {
         MakeEngine();
@@ -71,7 +101,7 @@ TEST(RunGuarded, GraphicsAreShutDownOnEveryWayOut)
 
 // When the box appears, the engine is destroyed, the cursor is shown again and the
 // window has been erased and painted.
-TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
+TEST(GuardedRun, BoxComesLastAndBelongsToTheWindow)
 {
     const ScratchDirectory scratch;
     void (*const ends[])() = {[] { Foundation().Error("number %i", 7); },
@@ -96,7 +126,7 @@ TEST(RunGuarded, BoxComesLastAndBelongsToTheWindow)
     }
 }
 
-TEST(RunGuarded, NormalEndLeavesCursorAndWindowAlone)
+TEST(GuardedRun, NormalEndLeavesCursorAndWindowAlone)
 {
     const int before = CursorShowCount();
     const WatchedWindow window;

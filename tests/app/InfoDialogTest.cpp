@@ -5,12 +5,12 @@
 // The handle has no dialog, so the system refuses to end it; the test checks which messages the
 // procedure handles itself.
 
-TEST(InfoDialogProc, TakesItsSetUp)
+TEST(InfoDialog, TakesItsSetUp)
 {
     EXPECT_EQ(InfoDialogProc(nullptr, WM_INITDIALOG, 0, 0), TRUE);
 }
 
-TEST(InfoDialogProc, TakesOnlyOkAndCancelAmongTheCommands)
+TEST(InfoDialog, TakesOnlyOkAndCancelAmongTheCommands)
 {
     static const struct {
         const char* what;
@@ -28,7 +28,7 @@ TEST(InfoDialogProc, TakesOnlyOkAndCancelAmongTheCommands)
         EXPECT_EQ(InfoDialogProc(nullptr, WM_COMMAND, c.wParam, 0), c.expected) << c.what;
 }
 
-TEST(InfoDialogProc, LeavesAllOtherMessagesToTheSystem)
+TEST(InfoDialog, LeavesAllOtherMessagesToTheSystem)
 {
     for (UINT message :
          std::initializer_list<UINT>{WM_NULL, WM_CLOSE, WM_PAINT, WM_KEYDOWN, WM_CHAR, WM_USER})

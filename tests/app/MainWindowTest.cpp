@@ -261,7 +261,7 @@ TEST(StringTable, StartUpTextHasItsLinesInAHundredCharacters)
             lines.back() += *letter;
     }
     ASSERT_EQ(lines.size(), 6u);
-    for (std::size_t empty : {0u, 2u, 4u})
+    for (size_t empty : {0u, 2u, 4u})
         EXPECT_EQ(lines[empty], "");
     EXPECT_EQ(lines[1].rfind("ViewQSA v2.25", 0), 0u);
     EXPECT_GT(lines[1].size(), std::string("ViewQSA v2.25").size());

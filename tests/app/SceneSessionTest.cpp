@@ -42,10 +42,10 @@ std::string Camera(const char* name, const char* place)
            ".Target\" *CAMERA_SETTINGS { *CAMERA_FOV 0.5 } *NODE_TM { *TM_POS " + place + " } }\n";
 }
 
-class Session : public testing::Test {
+class SceneSessionTest : public testing::Test {
 protected:
-    Session() { gGfx->drawDisabled = 1; }    // the tests check the states, not the picture
-    ~Session() override { session.reset(); } // before the engine
+    SceneSessionTest() { gGfx->drawDisabled = 1; }    // the tests check the states, not the picture
+    ~SceneSessionTest() override { session.reset(); } // before the engine
 
     /// Loads a scene with these nodes as "scene.qsa".
     KRE_3dScene& Load(const std::string& nodes)
@@ -87,7 +87,7 @@ protected:
 
 // ---- Settings
 
-TEST_F(Session, SceneWithoutMeshesShowsItsHelpers)
+TEST_F(SceneSessionTest, SceneWithoutMeshesShowsItsHelpers)
 {
     const KRE_3dScene& scene = Load(Helper("a", "1 2 3"));
     EXPECT_EQ(scene.settings.showObjects, kMarkersAll);
@@ -102,7 +102,7 @@ TEST_F(Session, SceneWithoutMeshesShowsItsHelpers)
     EXPECT_TRUE(scratch.Has("scene.qsb"));
 }
 
-TEST_F(Session, SceneWithAMeshShowsNoHelpers)
+TEST_F(SceneSessionTest, SceneWithAMeshShowsNoHelpers)
 {
     const KRE_3dScene& scene = Load(
         "*GEOMOBJECT { *NODE_NAME \"box\" *MESH { *MESH_NUMVERTEX 3 *MESH_NUMFACES 1 "
@@ -118,7 +118,7 @@ TEST_F(Session, SceneWithAMeshShowsNoHelpers)
 // ---- Load
 
 // The full chain of a 64x64 picture has seven levels.
-TEST_F(Session, PicturesAreLoadedWithOneLevelAndBumpMapsAreNot)
+TEST_F(SceneSessionTest, PicturesAreLoadedWithOneLevelAndBumpMapsAreNot)
 {
     std::filesystem::copy(SourcePath("examples/checker.png"), "checker.png");
     std::filesystem::copy(SourcePath("examples/bumps.png"), "bumps.png");
@@ -144,7 +144,7 @@ TEST_F(Session, PicturesAreLoadedWithOneLevelAndBumpMapsAreNot)
 // ---- View
 
 // Helpers at (-3, 0, 0) and (3, 8, 0) span a box whose centre is (0, 4, 0) and half diagonal 5.
-TEST_F(Session, ViewFitsTheBounds)
+TEST_F(SceneSessionTest, ViewFitsTheBounds)
 {
     gNearZ = gFarZ = 3.0f; // no range is given
     Load(Helper("a", "-3 0 0") + Helper("b", "3 8 0"));
@@ -163,13 +163,13 @@ TEST_F(Session, ViewFitsTheBounds)
 // cotangent 2.41420738268. The neighbouring floats give 2.41420758618 and 2.41420717917. Floats of
 // that size are 2.384e-7 apart: a correctly rounded result is within half of that, and neither of
 // the others is.
-TEST_F(Session, FieldOfViewIsTheFloatOfTheFormat)
+TEST_F(SceneSessionTest, FieldOfViewIsTheFloatOfTheFormat)
 {
     Load(Helper("a", "-3 0 0") + Helper("b", "3 8 0"));
     EXPECT_NEAR(gGfx->projection._22, 2.41420738268, 1.2e-7);
 }
 
-TEST_F(Session, NearAndFarOfTheOptionsAreTakenUnlessTheyAreEqual)
+TEST_F(SceneSessionTest, NearAndFarOfTheOptionsAreTakenUnlessTheyAreEqual)
 {
     gNearZ = 2.0f;
     gFarZ = 77.0f;
@@ -182,7 +182,7 @@ TEST_F(Session, NearAndFarOfTheOptionsAreTakenUnlessTheyAreEqual)
     EXPECT_FLOAT_EQ(gGfx->farZ, 25.0f);
 }
 
-TEST_F(Session, SceneOfRadiusZeroHasNearAndFarZeroAndGoesThroughItsFrame)
+TEST_F(SceneSessionTest, SceneOfRadiusZeroHasNearAndFarZeroAndGoesThroughItsFrame)
 {
     gNearZ = gFarZ = 3.0f;
     Load(Helper("a", "1 2 3"));
@@ -192,7 +192,7 @@ TEST_F(Session, SceneOfRadiusZeroHasNearAndFarZeroAndGoesThroughItsFrame)
     EXPECT_EQ(gGfx->inScene, 0);
 }
 
-TEST_F(Session, CameraOfTheOptionsIsTakenIfTheSceneHasIt)
+TEST_F(SceneSessionTest, CameraOfTheOptionsIsTakenIfTheSceneHasIt)
 {
     const std::string two = Camera("first", "10 0 0") + Camera("second", "20 0 0");
     static const struct {
@@ -218,7 +218,7 @@ TEST_F(Session, CameraOfTheOptionsIsTakenIfTheSceneHasIt)
     }
 }
 
-TEST_F(Session, SceneWithoutCamerasTakesTheFreeOne)
+TEST_F(SceneSessionTest, SceneWithoutCamerasTakesTheFreeOne)
 {
     gCameraIndex = 0;
     EXPECT_EQ(Load(Helper("a", "-3 0 0") + Helper("b", "3 8 0")).activeCamera, -1);
@@ -226,7 +226,7 @@ TEST_F(Session, SceneWithoutCamerasTakesTheFreeOne)
     ExpectNear(Eye(), 0, -10, 0, 1e-4, "free");
 }
 
-TEST_F(Session, QuirkOtherNegativeCamerasLeaveTheViewAlone)
+TEST_F(SceneSessionTest, QuirkOtherNegativeCamerasLeaveTheViewAlone)
 {
     gCameraIndex = -5;
     EXPECT_EQ(Load(Camera("first", "10 0 0")).activeCamera, -5);
@@ -235,7 +235,7 @@ TEST_F(Session, QuirkOtherNegativeCamerasLeaveTheViewAlone)
     ExpectNear(Eye(), 1, 2, 3, 1e-5, "as it was");
 }
 
-TEST_F(Session, LoopGoesToTheScene)
+TEST_F(SceneSessionTest, LoopGoesToTheScene)
 {
     EXPECT_EQ(Load("").loop, 0);
     gLoop = 1;
@@ -244,7 +244,7 @@ TEST_F(Session, LoopGoesToTheScene)
 
 // ---- Lights
 
-TEST_F(Session, SceneWithoutLightsGetsTwoThatGoIntoTheFile)
+TEST_F(SceneSessionTest, SceneWithoutLightsGetsTwoThatGoIntoTheFile)
 {
     Load(Helper("a", "1 2 3"));
     session->Save("scene.qsb");
@@ -268,7 +268,7 @@ TEST_F(Session, SceneWithoutLightsGetsTwoThatGoIntoTheFile)
 }
 
 // (0, -0.5, -1) and (-1, 1, 0), normalised.
-TEST_F(Session, DefaultLightsAreDirectedUntilTheyAreEvaluated)
+TEST_F(SceneSessionTest, DefaultLightsAreDirectedUntilTheyAreEvaluated)
 {
     const KRE_3dScene& scene = Load("");
     ASSERT_EQ(scene.lights.Count(), 2);
@@ -276,7 +276,7 @@ TEST_F(Session, DefaultLightsAreDirectedUntilTheyAreEvaluated)
     ExpectNear(scene.lights.Get(1)->light.Direction, -0.707107, 0.707107, 0, 1e-6, "second");
 }
 
-TEST_F(Session, QuirkInTheFrameDefaultLightsShineStraightDown)
+TEST_F(SceneSessionTest, QuirkInTheFrameDefaultLightsShineStraightDown)
 {
     Load(Helper("a", "1 2 3"));
     ShowFrame();
@@ -284,7 +284,7 @@ TEST_F(Session, QuirkInTheFrameDefaultLightsShineStraightDown)
         ExpectNear(gGfx->lights[i].Direction, 0, 0, -1, 1e-6, "of its node");
 }
 
-TEST_F(Session, DefaultLightsAreAtTheOrigin)
+TEST_F(SceneSessionTest, DefaultLightsAreAtTheOrigin)
 {
     Load(Helper("a", "1 2 3"));
     session->Save("scene.qsb");
@@ -301,12 +301,12 @@ TEST_F(Session, DefaultLightsAreAtTheOrigin)
     }
 }
 
-TEST_F(Session, SceneWithALightGetsNoOthers)
+TEST_F(SceneSessionTest, SceneWithALightGetsNoOthers)
 {
     EXPECT_EQ(Load("*LIGHTOBJECT { *NODE_NAME \"sun\" }\n").lights.Count(), 1);
 }
 
-TEST_F(Session, ListsHaveNoSpareSlots)
+TEST_F(SceneSessionTest, ListsHaveNoSpareSlots)
 {
     const KRE_3dScene& scene = Load(Helper("a", "1 2 3"));
     EXPECT_EQ(scene.objects.Capacity(), 1);
@@ -315,7 +315,7 @@ TEST_F(Session, ListsHaveNoSpareSlots)
 
 // ---- Time
 
-TEST_F(Session, StoppedClockDrawsAtTheStartTime)
+TEST_F(SceneSessionTest, StoppedClockDrawsAtTheStartTime)
 {
     gStartTime = 5.0f;
     gStopTime = 1;
@@ -323,7 +323,7 @@ TEST_F(Session, StoppedClockDrawsAtTheStartTime)
     EXPECT_EQ(DrawnTime(), 5.0);
 }
 
-TEST_F(Session, PausedClockDrawsAtTheStartTime)
+TEST_F(SceneSessionTest, PausedClockDrawsAtTheStartTime)
 {
     gStartTime = 5.0f;
     gSpeed = 1000.0f;
@@ -333,7 +333,7 @@ TEST_F(Session, PausedClockDrawsAtTheStartTime)
     EXPECT_EQ(gStopTime, 0);
 }
 
-TEST_F(Session, TheTimeIsLimitedToTheEndWithAStoppedClockToo)
+TEST_F(SceneSessionTest, TheTimeIsLimitedToTheEndWithAStoppedClockToo)
 {
     gStartTime = 50.0f;
     gStopTime = 1;
@@ -342,7 +342,7 @@ TEST_F(Session, TheTimeIsLimitedToTheEndWithAStoppedClockToo)
 }
 
 // The time between loading and drawing counts, times the speed: 20 ms at 100 are 2 seconds.
-TEST_F(Session, RunningClockAddsWhatSavingTook)
+TEST_F(SceneSessionTest, RunningClockAddsWhatSavingTook)
 {
     gStartTime = 5.0f;
     gSpeed = 100.0f;
@@ -354,7 +354,7 @@ TEST_F(Session, RunningClockAddsWhatSavingTook)
     EXPECT_LE(time, 10.0);
 }
 
-TEST_F(Session, BeyondTheEndTheClockStopsForAllLaterFiles)
+TEST_F(SceneSessionTest, BeyondTheEndTheClockStopsForAllLaterFiles)
 {
     gStartTime = 200.0f;
     Load("");
@@ -368,7 +368,7 @@ TEST_F(Session, BeyondTheEndTheClockStopsForAllLaterFiles)
     EXPECT_EQ(DrawnTime(), 3.0);
 }
 
-TEST_F(Session, EndThatIsReachedExactlyStopsTheClock)
+TEST_F(SceneSessionTest, EndThatIsReachedExactlyStopsTheClock)
 {
     gSpeed = 0.0f;
     gStartTime = 10.0f;
@@ -377,7 +377,7 @@ TEST_F(Session, EndThatIsReachedExactlyStopsTheClock)
     EXPECT_EQ(gStopTime, 1);
 }
 
-TEST_F(Session, TimeShortOfTheEndGoesOn)
+TEST_F(SceneSessionTest, TimeShortOfTheEndGoesOn)
 {
     gSpeed = 0.0f;
     gStartTime = std::nextafter(10.0f, 0.0f);
@@ -386,7 +386,7 @@ TEST_F(Session, TimeShortOfTheEndGoesOn)
     EXPECT_EQ(gStopTime, 0);
 }
 
-TEST_F(Session, TimeBeforeTheBeginningIsTheBeginning)
+TEST_F(SceneSessionTest, TimeBeforeTheBeginningIsTheBeginning)
 {
     gStartTime = -30.0f;
     Load("");
@@ -395,7 +395,7 @@ TEST_F(Session, TimeBeforeTheBeginningIsTheBeginning)
 }
 
 // 25 seconds into a loop of 10 seconds.
-TEST_F(Session, LoopIsNeitherClampedNorStopped)
+TEST_F(SceneSessionTest, LoopIsNeitherClampedNorStopped)
 {
     gLoop = 1;
     gStartTime = 25.0f;
@@ -408,7 +408,7 @@ TEST_F(Session, LoopIsNeitherClampedNorStopped)
     EXPECT_NEAR(DrawnTime(), 7.0, 1e-5);
 }
 
-TEST_F(Session, EndIsTheOneTheSceneWasLoadedWith)
+TEST_F(SceneSessionTest, EndIsTheOneTheSceneWasLoadedWith)
 {
     gStartTime = 200.0f;
     Load("").loopEnd = 4.0f;
@@ -419,7 +419,7 @@ TEST_F(Session, EndIsTheOneTheSceneWasLoadedWith)
 
 // The session reads the clock itself, but each reading is between two of the test's. The printed rate is
 // one frame divided by the time, with six decimals.
-TEST_F(Session, RateIsZeroUntilASecondHasGoneBy)
+TEST_F(SceneSessionTest, RateIsZeroUntilASecondHasGoneBy)
 {
     const double beforeLoad = GetTimeSeconds();
     Load("");
@@ -442,7 +442,7 @@ TEST_F(Session, RateIsZeroUntilASecondHasGoneBy)
     RecordProperty("last", std::to_string(last));
 }
 
-TEST_F(Session, FrameIsDrawnSolidInsideTheBracketAndPresented)
+TEST_F(SceneSessionTest, FrameIsDrawnSolidInsideTheBracketAndPresented)
 {
     Load(Helper("a", "1 2 3"));
     gGfx->SetFillMode(D3DFILL_WIREFRAME, nullptr);
@@ -454,7 +454,7 @@ TEST_F(Session, FrameIsDrawnSolidInsideTheBracketAndPresented)
     EXPECT_EQ(gGfx->frameCount, 1);
 }
 
-TEST_F(Session, FillModeIsSolidBeforeTheSceneBegins)
+TEST_F(SceneSessionTest, FillModeIsSolidBeforeTheSceneBegins)
 {
     Load(Helper("a", "1 2 3"));
     const auto recording = RecordingDevice::Wrap(gGfx->device.Get());
@@ -463,13 +463,13 @@ TEST_F(Session, FillModeIsSolidBeforeTheSceneBegins)
     recording->ClearLines();
     ShowFrame();
     const std::string calls = recording->Joined();
-    const std::size_t solid = calls.find("SetRenderState D3DRS_FILLMODE D3DFILL_SOLID\n");
+    const size_t solid = calls.find("SetRenderState D3DRS_FILLMODE D3DFILL_SOLID\n");
     ASSERT_NE(solid, std::string::npos);
     EXPECT_LT(solid, calls.find("BeginScene\n"));
 }
 
 // -1 is counter-clockwise.
-TEST_F(Session, CullingStartsCounterClockwise)
+TEST_F(SceneSessionTest, CullingStartsCounterClockwise)
 {
     gGfx->SetCullMode(1);
     Load(Helper("a", "1 2 3"));
@@ -479,7 +479,7 @@ TEST_F(Session, CullingStartsCounterClockwise)
     EXPECT_EQ(culling, static_cast<DWORD>(D3DCULL_CCW));
 }
 
-TEST_F(Session, ViewIsMirroredForTheSceneAlone)
+TEST_F(SceneSessionTest, ViewIsMirroredForTheSceneAlone)
 {
     Load(Helper("a", "-3 0 0") + Helper("b", "3 8 0"));
     ShowFrame();
@@ -487,7 +487,7 @@ TEST_F(Session, ViewIsMirroredForTheSceneAlone)
     EXPECT_EQ(gGfx->cullMode, -1);
 }
 
-TEST_F(Session, SceneThatIsShownIsTheCurrentOne)
+TEST_F(SceneSessionTest, SceneThatIsShownIsTheCurrentOne)
 {
     gCurrentScene = nullptr;
     Load(Helper("a", "1 2 3"));

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-TEST(MakeTargetName, ReplacesTheLastExtensionOnly)
+TEST(TargetName, ReplacesTheLastExtensionOnly)
 {
     static const struct {
         const char* what;
@@ -23,7 +23,7 @@ TEST(MakeTargetName, ReplacesTheLastExtensionOnly)
         EXPECT_STREQ(MakeTargetName(c.name).c_str(), c.expected) << c.what;
 }
 
-TEST(MakeTargetName, KeepsNamesOfAnyLength)
+TEST(TargetName, KeepsNamesOfAnyLength)
 {
     const std::string stem(500, 'n');
     EXPECT_EQ(MakeTargetName((stem + ".qsa").c_str()).c_str(), stem + ".qsb");

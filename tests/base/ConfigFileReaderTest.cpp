@@ -50,6 +50,16 @@ TEST_F(ConfigFileReaderTest, ResultsHaveTheNumbersThatCallersKnow)
     EXPECT_EQ(kConfigNoValue, 9);
 }
 
+TEST_F(ConfigFileReaderTest, NewReaderHasReadNothing)
+{
+    EXPECT_FALSE(reader.IsLoaded());
+    EXPECT_EQ(reader.GetLineCount(), 0);
+    EXPECT_EQ(reader.GetEntryCount(), 0);
+    EXPECT_EQ(reader.GetEntry(0), nullptr);
+    EXPECT_EQ(reader.GetBlockLevel(0), 0);
+    EXPECT_FALSE(reader.FoundInBase());
+}
+
 TEST_F(ConfigFileReaderTest, FindsEntriesWithTheirLinesAndParents)
 {
     ASSERT_EQ(Load(kSample), kTextFileOk);
@@ -123,6 +133,7 @@ TEST_F(ConfigFileReaderTest, KeyMustBeAWholeWord)
         {"comment", ";texture \"x\"", "texture", -1},
         {"comment behind blanks", "  ; texture \"x\"", "texture", -1},
         {"comment sign as the key", "; x", ";", -1},
+        {"comment sign as the key, alone in its line", ";", ";", -1},
         {"line shorter than the key", "tex", "texture", -1},
         {"blanks too short for the key", "     te", "texture", -1},
         {"empty line", "", "texture", -1},
@@ -403,6 +414,18 @@ TEST_F(ConfigFileReaderTest, WithoutAnIndexOnlyTheBytesAreLoaded)
     EXPECT_EQ(reader.GetEntryCount(), 0);
     EXPECT_EQ(reader.BuildLineIndex(), kTextFileOk);
     EXPECT_EQ(reader.GetLineCount(), 3);
+}
+
+TEST_F(ConfigFileReaderTest, LoadWithoutAnIndexForgetsTheBlocksBefore)
+{
+    ASSERT_EQ(Load(kSample), kTextFileOk);
+    ASSERT_EQ(reader.GetBlockLevel(15), 1);
+    const std::string bytes = kSample;
+    ASSERT_EQ(reader.LoadContent("in.cfg", bytes.data(), static_cast<int32_t>(bytes.size()), false),
+              kTextFileOk);
+    ASSERT_EQ(reader.BuildLineIndex(), kTextFileOk);
+    for (int32_t line = 0; line < reader.GetLineCount(); ++line)
+        EXPECT_EQ(reader.GetBlockLevel(line), 0) << line;
 }
 
 TEST_F(ConfigFileReaderTest, LoadReturnsTheCodesOfTheLineIndex)

@@ -255,7 +255,7 @@ TEST_F(DynaMemTest, CopyOfAnElementOfTheSameListSurvivesGrowth)
 struct Scarce {
     static inline bool exhausted = false;
     int number = 1;
-    static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept
+    static void* operator new(size_t size, const std::nothrow_t& tag) noexcept
     {
         return exhausted ? nullptr : ::operator new(size, tag);
     }

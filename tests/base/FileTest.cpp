@@ -503,6 +503,17 @@ TEST_F(FileTest, FlushOfAFileThatIsNotOpenForWritingIsAnError)
     EXPECT_EQ(RaisedBy([&] { file.Flush(); }), "in.bin: File is not writeable");
 }
 
+// As many bytes as a stream does not keep back for later.
+TEST_F(FileTest, SeekAfterBytesThatCanNotBeStoredIsAnError)
+{
+    const std::string bytes(60000, 'x');
+    ASSERT_TRUE(file.Create("out.bin", true, false));
+    ASSERT_TRUE(file.Write(bytes.data(), 60000));
+    FileTestAccess::CloseBehindItsBack(file);
+    EXPECT_EQ(RaisedBy([&] { file.Seek(0); }), "out.bin: Error writing to file");
+    EXPECT_EQ(file.GetPosition(), 60000);
+}
+
 TEST_F(FileTest, CloseReportsAFailure)
 {
     ASSERT_TRUE(file.Create("out.bin", true, false));

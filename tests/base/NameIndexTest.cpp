@@ -1,5 +1,7 @@
 #include "base/NameIndex.h"
 
+#include <set>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -41,6 +43,18 @@ TEST(NameIndex, HashesAreEqualForTextsThatDifferInCaseOnly)
     EXPECT_EQ(HashName("BoaT", true), HashName("bOAt", true));
     EXPECT_NE(HashName("BoaT", false), HashName("bOAt", false));
     EXPECT_NE(HashName("boat", true), HashName("boas", true));
+}
+
+// Cells are taken by the low bits, and a product's low bits come from the factors' low bits only.
+TEST(NameIndex, NamesThatDifferInHighBitsOnlyDifferInTheLowBitsOfTheirHashes)
+{
+    constexpr uint32_t kLowBits = 15; // of a byte, and of an index of 16 cells
+    std::set<uint32_t> cells;
+    for (const char* name : {"!", "1", "A", "Q", "a", "q"}) {
+        ASSERT_EQ(static_cast<uint32_t>(name[0]) & kLowBits, 1u) << name;
+        cells.insert(HashName(name, false) & kLowBits);
+    }
+    EXPECT_GT(cells.size(), 1u);
 }
 
 } // namespace

@@ -37,8 +37,8 @@ constexpr size_t kShowHierarchy = 9;
 constexpr size_t kFogMode = 11;
 constexpr size_t kFogDensity = 15;
 
-/// One of the two lights that a scene without any is given: white diffuse 2, specular 0.6, ambient
-/// 0.3, none of them with an alpha; everything else of the device's record is 0.
+/// One of the two lights that a scene without lights gets: white diffuse 2, specular 0.6, ambient
+/// 0.3, all with alpha 0; the rest of the device's record is 0.
 QsbLight DefaultLight(float x, float y, float z)
 {
     QsbLight light;
@@ -49,7 +49,8 @@ QsbLight DefaultLight(float x, float y, float z)
     return light;
 }
 
-/// What a scene of `kHead` alone becomes: the text's settings, those of the session, two lights.
+/// The result for a scene of `kHead` alone: the text's settings, those of the session, and two
+/// lights.
 QsbFile ExpectedFile(const std::string& name)
 {
     QsbFile file;
@@ -120,7 +121,7 @@ TEST_F(Conversion, TheFreeCameraIsNotStored)
     ExpectFile("boat.qsb", expected);
 }
 
-TEST_F(Conversion, OptionsOfTheFrameLeaveTheFileAlone)
+TEST_F(Conversion, FrameOptionsDoNotChangeTheFile)
 {
     scratch.Write("boat.qsa", std::string(kHead) + kMast + kEye);
     ExpectConverted({"boat.qsa", "/cam:1", "/zn:3", "/zf:3", "/t:5", "/spd:2", "/stop", "/nospec",
@@ -146,7 +147,7 @@ TEST_F(Conversion, LoopIsStoredInAllObjectsButTheDefaultLights)
     ExpectFile("boat.qsb", expected);
 }
 
-TEST_F(Conversion, ASceneWithALightGetsNoOther)
+TEST_F(Conversion, ASceneWithALightGetsNoDefaultLights)
 {
     scratch.Write("boat.qsa", std::string(kHead) + kSun);
     ExpectConverted({"boat.qsa"}, "'boat.qsa' converted\n");
@@ -156,8 +157,9 @@ TEST_F(Conversion, ASceneWithALightGetsNoOther)
     sun.target.object.name = "Sun";
     sun.target.object.kind = 32;
     sun.mode = 0;
-    sun.type = 1; // a type that is not told is a point
-    // Looks down its own Z axis, reaches without end; falloff and first attenuation are 1; black without an intensity.
+    sun.type = 1; // the default type is a point light
+    // Looks down its own Z axis with infinite range; falloff and first attenuation are 1; black
+    // without an intensity.
     sun.numbers = {};
     sun.numbers[17] = -1;
     sun.numbers[18] = kUnlimited;
@@ -171,7 +173,7 @@ TEST_F(Conversion, ASceneWithALightGetsNoOther)
 
 namespace {
 
-/// A triangle whose material has these maps.
+/// A triangle whose material has the given maps.
 std::string TriangleWith(const std::string& maps)
 {
     return kHead + ("*MATERIAL_LIST {\n*MATERIAL_COUNT 1\n*MATERIAL 0 {\n" + maps + "}\n}\n") +
@@ -221,18 +223,18 @@ TEST_F(Conversion, ABumpMapIsStoredAsOneWhateverElseTheMaterialHas)
 
 // ---- Files that are their own target
 
-TEST_F(Conversion, AFileIsWrittenOverItselfWithTheCurrentVersion)
+TEST_F(Conversion, AFileIsOverwrittenWithTheCurrentVersion)
 {
     QsbFile file = FullQsb(106);
     scratch.Write("boat.qsb", MakeQsb(file).bytes);
     scratch.Write("old.qsb", MakeQsb(FullQsb(101)).bytes);
     ExpectConverted({"*.qsb"}, "'boat.qsb' converted\n'old.qsb' converted\n");
-    // Its name is the path already; the rest is what the session sets.
+    // Its name is already the path; the session sets the rest.
     file.scene.settings[kClearBackground] = 1;
     file.scene.settings[kMirrorView] = 1;
     for (QsbMesh& mesh : file.scene.meshes)
         mesh.object.loop = 0;
-    file.scene.meshes[1].hasTransparency = 1; // the clone's is its source's after a load
+    file.scene.meshes[1].hasTransparency = 1; // a load gives the clone its source's
     ExpectFile("boat.qsb", file);
     EXPECT_EQ(scratch.Read("old.qsb").substr(0, 4), "QSB\x6A");
 
@@ -278,8 +280,8 @@ TEST_F(Conversion, EveryExampleIsConvertedAndConvertedAgain)
         before.push_back(WithoutCutNumbers(scratch.Read(stem + ".qsb")));
     for (const std::string& text : before)
         EXPECT_EQ(text.substr(0, 4), "QSB\x6A");
-    // The first run over itself changes the scene's name and the lights that were added, and loses
-    // the names of pictures that are not there.
+    // The first run that overwrites its source changes the scene's name and the added lights, and
+    // loses the names of missing pictures.
     ExpectConverted({"*.qsb"}, lines(".qsb"));
     for (size_t i = 0; i < stems.size(); ++i)
         before[i] = WithoutCutNumbers(scratch.Read(stems[i] + ".qsb"));
@@ -311,7 +313,7 @@ TEST_F(Conversion, TheDirectoryOfTheFileIsNotStored)
     EXPECT_FALSE(scratch.Has("boat.qsb"));
 }
 
-TEST_F(Conversion, NoConvertsAFileWithoutATarget)
+TEST_F(Conversion, OptionNoConvertsAFileWithoutATarget)
 {
     scratch.Write("boat.qsa", kHead);
     ExpectConverted({"boat.qsa", "/no"}, "'boat.qsa' converted\n");
@@ -320,7 +322,7 @@ TEST_F(Conversion, NoConvertsAFileWithoutATarget)
 
 // ---- Bad files
 
-TEST_F(Conversion, ABadFileEndsTheRunAndStaysAsItIs)
+TEST_F(Conversion, ABadFileEndsTheRunAndIsNotChanged)
 {
     static const struct {
         const char* what;
@@ -350,7 +352,7 @@ TEST_F(Conversion, ABadFileEndsTheRunAndStaysAsItIs)
     EXPECT_EQ(scratch.Read("boat.qsb"), other);
     QsbFile foggy = FullQsb();
     foggy.scene.settings[kUseFog] = 1;
-    foggy.scene.settings[kFogMode] = 9; // the draw would be refused, behind a file that is written
+    foggy.scene.settings[kFogMode] = 9; // the draw would be refused after the file is written
     scratch.Write("boat.qsb", MakeQsb(foggy).bytes);
     const ProgramRun run = RunProgram({"boat.qsb"});
     EXPECT_EQ(run.out, "");

@@ -29,7 +29,7 @@ bool IsOddScene(const fs::path& file)
     return false;
 }
 
-/// Whether D3DX reads effects in text form here. Wine's does not.
+/// Whether D3DX can read effects in text form here. Wine's cannot.
 bool ReadsEffectTexts()
 {
     static constexpr char kText[] = "technique t { pass p { CullMode = NONE; } }";
@@ -41,8 +41,8 @@ bool ReadsEffectTexts()
     return SUCCEEDED(result);
 }
 
-/// Copies the examples with their pictures below the directory `target`, and returns the scenes, sorted
-/// by name.
+/// Copies the examples and their pictures into the directory `target` and returns the scenes,
+/// sorted by name.
 std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes)
 {
     const fs::path source = SourcePath("examples");
@@ -51,7 +51,7 @@ std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes
         if (!entry.is_regular_file() || (IsOddScene(entry.path()) && !withOddScenes))
             continue;
         if (entry.path().extension() == ".qsb" || entry.path().filename() == "logfile.txt")
-            continue; // left by somebody who tried them
+            continue; // left over from a trial run
         const fs::path name = entry.path().lexically_relative(source);
         fs::create_directories((target / name).parent_path());
         fs::copy_file(entry.path(), target / name);
@@ -62,7 +62,7 @@ std::vector<std::string> CopyExamples(const fs::path& target, bool withOddScenes
     return scenes;
 }
 
-/// The entries of a log, without its notes of time and memory. An entry ends with its note.
+/// The entries of a log, without the notes of time and memory that end each of them.
 std::vector<std::string> LogEntries(const std::string& log)
 {
     std::vector<std::string> entries;
@@ -117,9 +117,9 @@ TEST(Examples, EffectThatTheHostDoesNotReadIsAnErrorThatNamesTheFile)
     fs::current_path(scratch.Path());
 }
 
-// The scene was made so that each of its objects goes wrong in one way; its warnings come in the order
-// of the work: materials are read ahead of lights and meshes, maps are looked for when the mesh that
-// uses them is built, parents are linked and bounds are measured after the last byte.
+// Each object of the scene is wrong in one way. Its warnings come in the order of processing:
+// materials are read before lights and meshes, maps are looked up when the mesh that uses them is
+// built, and parents are linked and bounds measured after the last byte.
 TEST(Examples, OdditiesRaiseExactlyTheListedWarnings)
 {
     const ScratchDirectory scratch;

@@ -56,7 +56,7 @@ TEST(Program, WalksATreeInItsOrder)
     EXPECT_EQ(run.err, "");
 }
 
-TEST(Program, NameWithBlanksIsOneFile)
+TEST(Program, NameWithSpacesIsOneFile)
 {
     const ScratchDirectory scratch;
     scratch.Write("my boat.qsa", kTimedScene);
@@ -73,7 +73,7 @@ TEST(Program, FurtherFileNamesAreIgnored)
     EXPECT_EQ(RunProgram({"a.qsa", "b.qsa"}).out, "'a.qsa' converted\n");
 }
 
-TEST(Program, NoKeepsAnExistingTargetAndPrintsConverted)
+TEST(Program, OptionNoKeepsAnExistingTargetAndPrintsConverted)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kTimedScene);
@@ -114,7 +114,7 @@ bool FindsPicture(const ScratchDirectory& scratch, const std::string& picture)
 
 } // namespace
 
-// The folder of textures is searched for the leaf name, the base folder for the name as it stands.
+// The folder of textures is searched for the leaf name, the base folder for the name as given.
 TEST(Program, DefaultPathsOfTheRegistryAreSearched)
 {
     const ScratchDirectory scratch;

@@ -4,7 +4,7 @@
 #include "tests/gfx/EngineTest.h"
 #include "tests/support/ScriptedEffect.h"
 
-/// An effect that has whatever the test adds ahead of `Load`.
+/// An effect with whatever the test adds before `Load`.
 class EffectFrame : public EngineTest {
 protected:
     EffectFrame()

@@ -4,7 +4,7 @@
 #include "tests/gfx/EngineTest.h"
 #include "tests/support/ScriptedEffect.h"
 
-/// An engine, a file "one.fx" and what it is compiled to. Techniques are the test's to add.
+/// An engine, a file "one.fx" and its compiled form. The test adds the techniques.
 class EffectLoad : public EngineTest {
 protected:
     EffectLoad()
@@ -14,7 +14,7 @@ protected:
         script.effects["one.fx"] = &file;
         Calls();
     }
-    /// What is left are the test's own references.
+    /// Only the test's own references are left.
     ~EffectLoad() override
     {
         effect.Free();
@@ -29,7 +29,7 @@ protected:
     {
         return RaisedBy([&] { Load(effect, name); });
     }
-    /// Where the only pass of an effect with this annotation draws to.
+    /// The target of an effect's only pass with this annotation.
     EffectPassTarget TargetOf(const char* annotation)
     {
         ScriptedEffect probe;

@@ -24,7 +24,7 @@ HRESULT WINAPI CreateRenderToSurface(IDirect3DDevice9* device, UINT width, UINT 
 
 DWORD gPictureFilter = 0;
 
-/// No file is read and no real device stands behind the engine, so that any texture will do.
+/// No file is read and there is no real device, so any texture will do.
 HRESULT WINAPI CreateTextureFromFile(IDirect3DDevice9* device, LPCSTR, UINT, UINT, UINT,
                                      DWORD usage, D3DFORMAT, D3DPOOL pool, DWORD filter, DWORD,
                                      D3DCOLOR, D3DXIMAGE_INFO*, PALETTEENTRY*,

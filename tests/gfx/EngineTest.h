@@ -12,19 +12,19 @@
 #include <string>
 #include <vector>
 
-/// An engine over an interface that notes its calls. Unless a test says otherwise nothing real stands
-/// behind it.
+/// An engine over an interface that records its calls. Unless a test says otherwise, there is no
+/// real device.
 class EngineTest : public testing::Test {
 protected:
     explicit EngineTest(ComHandle<RecordingDirect3D> direct3D = RecordingDirect3D::Standalone());
 
-    /// Makes the device, in the window unless a mode for full screen is given, and forgets the calls
-    /// so far.
+    /// Creates the device, in a window unless a full-screen mode is given, and clears the recorded
+    /// calls.
     void Start(const D3DDISPLAYMODE* fullScreen = nullptr, int32_t vertexProcessing = 2);
 
-    /// The calls since the last look.
+    /// Returns and clears the recorded calls.
     std::vector<std::string> Calls();
-    /// The calls of one name since the last look, which this is not.
+    /// The recorded calls of one name; does not clear them.
     std::vector<std::string> CallsOf(const char* name) { return recorder->LinesOf(name); }
 
     void FailNext(const char* name, HRESULT result = D3DERR_INVALIDCALL, const char* match = "")
@@ -32,13 +32,14 @@ protected:
         recorder->FailNext(name, result, match);
     }
 
-    /// The filter with which the last picture was to be read. Files are looked at, but not read.
+    /// The filter requested for the last picture. Only file headers are read.
     static DWORD PictureFilter();
 
-    /// The next `ID3DXRenderToSurface` is not made: D3DX does that without the device.
+    /// Makes the next creation of an `ID3DXRenderToSurface` fail: D3DX does that without the
+    /// device.
     static void FailNextRenderToSurface(HRESULT result);
 
-    /// The last warning since the last look, or empty.
+    /// Returns and clears the last warning, or empty.
     std::string LastWarning();
 
     const ScratchDirectory scratch; // the log is written here

@@ -6,7 +6,7 @@
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 
-/// The message of the `Error` that an act ends in, or "" if it comes through.
+/// The message of the `Error` that ends `act`, or "" if it succeeds.
 template <class Act>
 std::string ErrorText(Act&& act)
 {

@@ -23,7 +23,7 @@ TEST(KRE_BlockPixel, ReadsEachCodeAtEachPlace)
     }
 }
 
-TEST(KRE_BlockPixel, QuirkDxt1WithTheFirstColourBelowTheSecondReadsAsFourColours)
+TEST(KRE_BlockPixel, QuirkDxt1WithTheFirstColorBelowTheSecondReadsAsFourColors)
 {
     // c0 = 0x07E0 below c1 = 0xF800; all codes are 3, which would be transparent black.
     const uint8_t block[] = {0xE0, 0x07, 0x00, 0xF8, 0xFF, 0xFF, 0xFF, 0xFF};

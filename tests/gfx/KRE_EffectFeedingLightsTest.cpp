@@ -4,8 +4,8 @@ using testing::ElementsAre;
 
 namespace {
 
-/// Lights whose colours tell which they are: light n has the diffuse colour (n, 0, 0, 1), the
-/// specular one (0, n, 0, 1) and the ambient one (0.125, 0.25, 0.5, 0.0625) whatever n is.
+/// Lights that can be told apart by their colours: light n has the diffuse colour (n, 0, 0, 1), the
+/// specular one (0, n, 0, 1) and the ambient one (0.125, 0.25, 0.5, 0.0625) for any n.
 class EffectLights : public EffectFrame {
 protected:
     EffectLights()
@@ -48,7 +48,7 @@ protected:
         }
         gfx.UpdateEffectLights(effect);
     }
-    /// The numbers of the lights in an array of diffuse colours, 0 for a free place.
+    /// The numbers of the lights in an array of diffuse colours, 0 for an unused entry.
     std::string Taken(const char* semantic)
     {
         std::string numbers;
@@ -125,7 +125,7 @@ TEST_F(EffectLights, ZeroToNineLightsOfMixedKindsArePacked)
     }
 }
 
-TEST_F(EffectLights, SevenPointLightsLeaveTheSeventhOut)
+TEST_F(EffectLights, SeventhPointLightIsIgnored)
 {
     Load();
     Light("ppppppp");
@@ -133,7 +133,7 @@ TEST_F(EffectLights, SevenPointLightsLeaveTheSeventhOut)
     EXPECT_EQ(Taken("OmniLightDiffCol"), "123456");
 }
 
-TEST_F(EffectLights, NinthLightIsNotLookedAt)
+TEST_F(EffectLights, NinthLightIsIgnored)
 {
     Load();
     Add(8, D3DLIGHT_POINT);
@@ -141,7 +141,7 @@ TEST_F(EffectLights, NinthLightIsNotLookedAt)
     EXPECT_EQ(file.ints["NumOmniLights"], 0);
 }
 
-TEST_F(EffectLights, ValuesOfALightAndZerosBehindIt)
+TEST_F(EffectLights, ValuesOfALightAndZerosAfterIt)
 {
     Load();
     Light("-p-d");
@@ -187,7 +187,7 @@ TEST_F(EffectLights, LightingOffShowsTheUnlitColorAndTakesNoLight)
     EXPECT_EQ(Taken("OmniLightDiffCol"), "000000");
 }
 
-TEST_F(EffectLights, CacheLetsOneUpdateThroughInAFrame)
+TEST_F(EffectLights, CacheAllowsOneUpdatePerFrame)
 {
     Load();
     const auto updates = [&] {

@@ -11,13 +11,15 @@ using testing::StartsWith;
 
 namespace {
 
+using KRE_EffectFeedingTest = EffectFrame;
+
 D3DXMATRIX Rows(const D3DXVECTOR4& a, const D3DXVECTOR4& b, const D3DXVECTOR4& c,
                 const D3DXVECTOR4& d)
 {
     return {a.x, a.y, a.z, a.w, b.x, b.y, b.z, b.w, c.x, c.y, c.z, c.w, d.x, d.y, d.z, d.w};
 }
 
-/// By value: D3DX compares bits, by which -0 is not 0.
+/// Compares by value: D3DX compares bits, where -0 differs from 0.
 bool SameValues(const D3DXMATRIX& a, const D3DXMATRIX& b)
 {
     const float* const first = &a._11;
@@ -33,9 +35,9 @@ float SixYears()
 
 // ---- Matrices
 
-TEST_F(EffectFrame, MatricesOfAKnownCameraAndObject)
+TEST_F(KRE_EffectFeedingTest, MatricesOfAKnownCameraAndObject)
 {
-    // The object is scaled by 2, 4 and 8 and stands at (1, 2, 3); the camera is at (10, 20, 30) and
+    // The object is scaled by 2, 4 and 8 and is at (1, 2, 3); the camera is at (10, 20, 30) and
     // looks along Z; the projection scales x by 2 and y by 3 and divides by z, with its near plane
     // at 1. Products are of rows by columns.
     gfx.SetWorldMatrix(Rows({2, 0, 0, 0}, {0, 4, 0, 0}, {0, 0, 8, 0}, {1, 2, 3, 1}));
@@ -56,8 +58,7 @@ TEST_F(EffectFrame, MatricesOfAKnownCameraAndObject)
         // Last row: -10 * 2, -20 * 3, -30 - 1, -30.
         {"VIEWPROJECTION", Rows({2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 1, 1}, {-20, -60, -31, -30})},
         {"VIEWINVERSE", Rows({1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {10, 20, 30, 1})},
-        // The inverse scales by 1/2, 1/4, 1/8 and moves by -1/2, -2/4, -3/8; then rows and columns
-        // change places.
+        // The inverse scales by 1/2, 1/4, 1/8 and moves by -1/2, -2/4, -3/8; then it is transposed.
         {"WORLDINVERSETRANSPOSE",
          Rows({0.5f, 0, 0, -0.5f}, {0, 0.25f, 0, -0.5f}, {0, 0, 0.125f, -0.375f}, {0, 0, 0, 1})},
     };
@@ -70,7 +71,7 @@ TEST_F(EffectFrame, MatricesOfAKnownCameraAndObject)
     EXPECT_EQ(Vector("VIEWPOSITION"), D3DXVECTOR4(10, 20, 30, 1));
 }
 
-TEST_F(EffectFrame, FlatObjectHasTheIdentityForItsInverse)
+TEST_F(KRE_EffectFeedingTest, FlatObjectHasTheIdentityForItsInverse)
 {
     gfx.SetWorldMatrix(Rows({1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 1}));
     file.AddParameter("WORLDINVERSETRANSPOSE");
@@ -80,7 +81,7 @@ TEST_F(EffectFrame, FlatObjectHasTheIdentityForItsInverse)
     EXPECT_EQ(file.matrices["WORLDINVERSETRANSPOSE"].at(0), identity);
 }
 
-TEST_F(EffectFrame, TextureMatrixIsThatOfTheFirstStage)
+TEST_F(KRE_EffectFeedingTest, TextureMatrixIsThatOfTheFirstStage)
 {
     const D3DXMATRIX shift = Rows({1, 0, 0, 0}, {0, 1, 0, 0}, {5, 6, 1, 0}, {0, 0, 0, 1});
     gfx.textureMatrix[0] = shift;
@@ -91,7 +92,7 @@ TEST_F(EffectFrame, TextureMatrixIsThatOfTheFirstStage)
 
 // ---- Numbers
 
-TEST_F(EffectFrame, FogViewportAndOpacity)
+TEST_F(KRE_EffectFeedingTest, FogViewportAndOpacity)
 {
     gfx.SetFog({0xFF112233, D3DFOG_LINEAR, 1, 5.0f, 600.0f, 0.0f});
     gfx.blendValue = 51; // a fifth of 255
@@ -102,7 +103,7 @@ TEST_F(EffectFrame, FogViewportAndOpacity)
     EXPECT_EQ(file.floats["Opacity"], 0.2f);
 }
 
-TEST_F(EffectFrame, TimesAreSecondsSinceTheStartAndSecondsPerFrame)
+TEST_F(KRE_EffectFeedingTest, TimesAreSecondsSinceTheStartAndSecondsPerFrame)
 {
     gfx.startTime = GetTimeSeconds() - 100.0;
     // Ten frames in the half second between the oldest sample and the newest one are 20 a second.
@@ -122,7 +123,7 @@ TEST_F(EffectFrame, TimesAreSecondsSinceTheStartAndSecondsPerFrame)
     EXPECT_LT(file.floats["TIME"], 200.0f);
 }
 
-TEST_F(EffectFrame, RandomNumbersComeFromTheEnginesGenerator)
+TEST_F(KRE_EffectFeedingTest, RandomNumbersComeFromTheEnginesGenerator)
 {
     gfx.random.Seed(5);
     RandomGenerator same;
@@ -134,7 +135,7 @@ TEST_F(EffectFrame, RandomNumbersComeFromTheEnginesGenerator)
     EXPECT_EQ(file.floats["RANDOM"], same.NextFloat());
 }
 
-TEST_F(EffectFrame, ParametersThatAreMissingAreNotSet)
+TEST_F(KRE_EffectFeedingTest, ParametersThatAreMissingAreNotSet)
 {
     UpdateFrame();
     gfx.UpdateEffectLights(effect);
@@ -144,7 +145,7 @@ TEST_F(EffectFrame, ParametersThatAreMissingAreNotSet)
     EXPECT_FALSE(gfx.screenQuarterBuffers[0]);
 }
 
-TEST_F(EffectFrame, NamesAreSpelledAsTheyAre)
+TEST_F(KRE_EffectFeedingTest, NamesAreCaseSensitive)
 {
     file.AddParameters({"world", "OPACITY", "Time"});
     Load();
@@ -154,7 +155,7 @@ TEST_F(EffectFrame, NamesAreSpelledAsTheyAre)
 
 // ---- Textures
 
-TEST_F(EffectFrame, MapsAreThoseOfTheDiffuseStageAndTheNext)
+TEST_F(KRE_EffectFeedingTest, MapsAreThoseOfTheDiffuseStageAndTheNext)
 {
     ComPointer<IDirect3DTexture9> made[2];
     for (ComPointer<IDirect3DTexture9>& texture : made)
@@ -167,7 +168,7 @@ TEST_F(EffectFrame, MapsAreThoseOfTheDiffuseStageAndTheNext)
     UpdateFrame();
     EXPECT_EQ(file.textures["DIFFUSEMAP"], made[0].Get());
     EXPECT_EQ(file.textures["NORMALMAP"], made[1].Get());
-    gfx.ResetStateCache(); // what is bound is not known
+    gfx.ResetStateCache(); // the bound textures are unknown
     gfx.UpdateEffectFrame(effect);
     EXPECT_EQ(file.textures["DIFFUSEMAP"], nullptr);
     gfx.diffuseStage = KRE_Gfx::kStages - 1; // there is no next one
@@ -175,7 +176,7 @@ TEST_F(EffectFrame, MapsAreThoseOfTheDiffuseStageAndTheNext)
     EXPECT_EQ(file.textures["NORMALMAP"], nullptr);
 }
 
-TEST_F(EffectFrame, ScreenTexturesAreThoseOfTheirNumbers)
+TEST_F(KRE_EffectFeedingTest, ScreenTexturesAreThoseOfTheirNumbers)
 {
     file.AddParameters({"SCREENCOPY", "SCREENBUFFER1", "SCREENBUFFER2", "SCREENBUFFER3",
                         "SCREENQUARTERBUFFER1", "SCREENQUARTERBUFFER2", "SCREENQUARTERBUFFER3",
@@ -191,10 +192,10 @@ TEST_F(EffectFrame, ScreenTexturesAreThoseOfTheirNumbers)
                                  {"SCREENQUARTERBUFFER3", gfx.screenQuarterBuffers[2].Get()}}));
 }
 
-TEST_F(EffectFrame, NamedTextureIsKeptInTheCatalogueUnderItsOwnName)
+TEST_F(KRE_EffectFeedingTest, NamedTextureIsKeptInTheCatalogueUnderItsOwnName)
 {
-    // A lower-case letter becomes a capital one; '~' and bytes from 0x80 on lie outside of 0x20 to
-    // 0x60. The file is not there: the catalogue has its placeholder for that.
+    // A lower-case letter becomes a capital; '~' and bytes from 0x80 on are outside 0x20 to 0x60.
+    // The file is missing, so the catalogue has a placeholder.
     file.AddParameter("any", "pic~1\xE4.bmp");
     UpdateFrame();
     KRE_Texture* texture = gfx.catalogue.GetTexture("PIC_1_.BMP_FX_");
@@ -206,15 +207,15 @@ TEST_F(EffectFrame, NamedTextureIsKeptInTheCatalogueUnderItsOwnName)
     EXPECT_EQ(file.textures["any"], texture->current);
 }
 
-TEST_F(EffectFrame, NamedTextureKeepsTheCharactersFrom0x20To0x60)
+TEST_F(KRE_EffectFeedingTest, NamedTextureKeepsTheCharactersFrom0x20To0x60)
 {
-    // 0x1F and 0x61 lie just outside; of 0x61 to 0x7A, letters, the capital ones are taken first.
+    // 0x1F and 0x61 are just outside; the letters 0x61 to 0x7A are first turned into capitals.
     file.AddParameter("any", "a`z{ \x1F.bmp");
     UpdateFrame();
     EXPECT_NE(gfx.catalogue.GetTexture("A`Z_ _.BMP_FX_"), nullptr);
 }
 
-TEST_F(EffectFrame, NamedTextureMayBeStretched)
+TEST_F(KRE_EffectFeedingTest, NamedTextureMayBeStretched)
 {
     // A bitmap of 1 by 1 pixels.
     std::string bytes("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30);
@@ -227,7 +228,7 @@ TEST_F(EffectFrame, NamedTextureMayBeStretched)
 
 // ---- Preparing
 
-TEST_F(EffectFrame, StagesTakeTheirOwnCoordinates)
+TEST_F(KRE_EffectFeedingTest, StagesTakeTheirOwnCoordinates)
 {
     file.AddParameters({"Opacity", "SpecularPower", "NUMBLENDWEIGHTS"});
     Load();
@@ -241,7 +242,7 @@ TEST_F(EffectFrame, StagesTakeTheirOwnCoordinates)
     EXPECT_EQ(Calls(), calls) << "without a mesh nothing is said of one";
 }
 
-TEST_F(EffectFrame, WhatAnEffectDoesNotNeedIsLeftOut)
+TEST_F(KRE_EffectFeedingTest, WhatAnEffectDoesNotNeedIsLeftOut)
 {
     file.AddParameters({"Opacity", "SpecularPower"});
     Load();
@@ -251,7 +252,7 @@ TEST_F(EffectFrame, WhatAnEffectDoesNotNeedIsLeftOut)
     EXPECT_THAT(Calls(), ElementsAre("SetFloat Opacity"));
 }
 
-TEST_F(EffectFrame, VertexShaderSwitchesTheTextureTransformsOff)
+TEST_F(KRE_EffectFeedingTest, VertexShaderSwitchesTheTextureTransformsOff)
 {
     ScriptedEffect shaded(recorder);
     shaded.AddTechnique({{nullptr, true}});
@@ -273,7 +274,7 @@ TEST_F(EffectFrame, VertexShaderSwitchesTheTextureTransformsOff)
 
 // ---- Drawing
 
-TEST_F(EffectFrame, ListIsDrawnInEachPass)
+TEST_F(KRE_EffectFeedingTest, ListIsDrawnInEachPass)
 {
     ScriptedEffect twice(recorder);
     twice.AddTechnique({{}, {}});

@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-TEST(FontGlyphs, EachIsTwentyFiveMarks)
+TEST(KRE_FontGlyphs, EachIsTwentyFiveMarks)
 {
     for (const char* glyph : kFontGlyphs) {
         EXPECT_EQ(std::string(glyph).size(), 25u) << glyph;
@@ -13,16 +13,16 @@ TEST(FontGlyphs, EachIsTwentyFiveMarks)
     }
 }
 
-TEST(FontGlyphs, NoTwoAreAlikeAndTheBlankAloneIsEmpty)
+TEST(KRE_FontGlyphs, NoTwoAreAlikeAndOnlyTheBlankIsEmpty)
 {
     const std::set<std::string> different(std::begin(kFontGlyphs), std::end(kFontGlyphs));
     EXPECT_EQ(different.size(), 62u);
     EXPECT_EQ(kFontGlyphs[0], std::string(25, ' '));
 }
 
-TEST(FontGlyphs, LettersStandAtTheirCharacters)
+TEST(KRE_FontGlyphs, LettersAreAtTheirCharacters)
 {
-    // Shapes that a 5 x 5 capital can hardly have otherwise.
+    // Shapes that are nearly forced for a 5 x 5 capital.
     EXPECT_EQ(kFontGlyphs['L' - 0x20], std::string("X    "
                                                    "X    "
                                                    "X    "

@@ -4,7 +4,7 @@
 
 #include <bit>
 
-TEST(Font, NewOneIsEmpty)
+TEST(KRE_Font, NewOneIsEmpty)
 {
     const KRE_Font font;
     EXPECT_EQ(font.color, 0xFF000000u);
@@ -22,7 +22,7 @@ TEST(Font, NewOneIsEmpty)
     }
 }
 
-TEST(Font, MetricsTakeAllValuesButTheKeptSpacings)
+TEST(KRE_Font, MetricsTakeAllValuesButTheKeptSpacings)
 {
     KRE_Font font;
     font.SetMetrics(2.0f, 0x80102030, 3.0f, 4.0f, 0.5f);
@@ -40,7 +40,7 @@ TEST(Font, MetricsTakeAllValuesButTheKeptSpacings)
     EXPECT_EQ(font.lineSpacing, 0.0f);
 }
 
-TEST(Font, WidthIsGlyphAndSpacingLessBearingsScaled)
+TEST(KRE_Font, WidthIsGlyphAndSpacingLessBearingsScaled)
 {
     KRE_Font font;
     font.firstChar = 0x20;
@@ -53,7 +53,7 @@ TEST(Font, WidthIsGlyphAndSpacingLessBearingsScaled)
     EXPECT_EQ(font.CharWidth('B'), 6.0f) << "without a rectangle: the spacing alone";
 }
 
-TEST(Font, LineHeightIsTheBlanksHeightAndSpacingScaled)
+TEST(KRE_Font, LineHeightIsTheBlanksHeightAndSpacingScaled)
 {
     KRE_Font font;
     font.glyphRects[0] = {0, 2, 5, 9};
@@ -62,7 +62,7 @@ TEST(Font, LineHeightIsTheBlanksHeightAndSpacingScaled)
     EXPECT_EQ(font.GlyphHeight(), 10.5f); // 7 * 1.5
 }
 
-TEST(Font, ControlCharactersAloneHaveNoGlyph)
+TEST(KRE_Font, ControlCharactersAloneHaveNoGlyph)
 {
     KRE_Font font;
     font.SetMetrics(2.0f, 0, 3.0f, 0.0f, 0.5f);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Numbers that are the same on each host.
+/// Random numbers that are the same on each host.
 class Random {
 public:
     float Between(double low, double high)
@@ -27,7 +27,7 @@ private:
     std::mt19937 bits{4711};
 };
 
-/// How far a point is outside the six conditions of clip space, in its own measure: left, right,
+/// How far a point violates the six conditions of clip space, in clip-space units: left, right,
 /// bottom, top, near, far.
 struct ClipSpace {
     double outside[6];
@@ -52,7 +52,7 @@ struct ClipSpace {
 
 } // namespace
 
-TEST(Frustum, SidesAreThoseOfClipSpace)
+TEST(KRE_Frustum, SidesAreThoseOfClipSpace)
 {
     Random random;
     int inside = 0, outside = 0;
@@ -86,8 +86,8 @@ TEST(Frustum, SidesAreThoseOfClipSpace)
     EXPECT_GT(outside, 10000);
 }
 
-// A quarter of a turn wide and high: the sides lean by 45 degrees. Near 1, far 100.
-TEST(Frustum, DistanceIsInUnitsOfTheWorld)
+// 90 degrees wide and high: the sides slope by 45 degrees. Near 1, far 100.
+TEST(KRE_Frustum, DistanceIsInWorldUnits)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -113,7 +113,7 @@ TEST(Frustum, DistanceIsInUnitsOfTheWorld)
     }
 }
 
-TEST(Frustum, FollowsBothMatrices)
+TEST(KRE_Frustum, FollowsBothMatrices)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -122,7 +122,7 @@ TEST(Frustum, FollowsBothMatrices)
     frustum.Update(view, projection);
     constexpr int kNear = 4, kFar = 5;
     EXPECT_NEAR(frustum.Distance(kNear, {0, 0, 0}), 1.0, 1e-4);
-    view._43 = -5; // the eye goes five ahead
+    view._43 = -5; // the eye moves five ahead
     frustum.Update(view, projection);
     EXPECT_NEAR(frustum.Distance(kNear, {0, 0, 0}), 6.0, 1e-4);
     D3DXMatrixPerspectiveFovLH(&projection, 1.0f, 1.0f, 1.0f, 50.0f);
@@ -130,8 +130,8 @@ TEST(Frustum, FollowsBothMatrices)
     EXPECT_NEAR(frustum.Distance(kFar, {0, 0, 0}), -55.0, 1e-2);
 }
 
-// A new engine may lie where an earlier one lay, whose matrices are still there.
-TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotTakenForItsOwn)
+// A new engine may reuse the memory of an earlier one, with that one's matrices still in it.
+TEST(KRE_Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotReused)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);
@@ -145,7 +145,7 @@ TEST(Frustum, MatricesOfAnEarlierObjectInTheSameMemoryAreNotTakenForItsOwn)
     }
 }
 
-TEST(Frustum, PlanesThatDoNotExistHaveEverythingOnThem)
+TEST(KRE_Frustum, PlanesThatDoNotExistContainEverything)
 {
     D3DXMATRIX view;
     D3DXMatrixIdentity(&view);
@@ -156,7 +156,7 @@ TEST(Frustum, PlanesThatDoNotExistHaveEverythingOnThem)
         EXPECT_EQ(frustum.Distance(side, {1, 2, 3}), 0.0);
 }
 
-TEST(Frustum, MatricesThatAreNoNumbersAreSurvived)
+TEST(KRE_Frustum, SurvivesMatricesThatAreNotNumbers)
 {
     D3DXMATRIX view, projection;
     D3DXMatrixIdentity(&view);

@@ -5,12 +5,12 @@ using testing::ElementsAreArray;
 
 namespace {
 
-class BlendMode : public EngineTest {
+class KRE_GfxBlendModeTest : public EngineTest {
 protected:
-    BlendMode() { Start(); }
+    KRE_GfxBlendModeTest() { Start(); }
 
-    /// What a mode sends on stage 2 to a device of which nothing is known; the current alpha is 204
-    /// and the texture factor 0xFF010203.
+    /// What a mode sends for stage 2 to a device of unknown state; the current alpha is 204 and the
+    /// texture factor 0xFF010203.
     std::vector<std::string> CallsFor(int32_t mode, int32_t value)
     {
         gfx.ResetStateCache();
@@ -24,7 +24,7 @@ protected:
 struct BlendModeCase {
     int32_t mode;
     int32_t blendValue;
-    const char* alphaOp; // empty for what is not sent
+    const char* alphaOp; // empty: not sent
     const char* alphaArg1;
     const char* alphaArg2;
     const char* factor;
@@ -80,7 +80,7 @@ std::vector<std::string> Expected(const BlendModeCase& c)
 
 } // namespace
 
-TEST_F(BlendMode, EachModeSendsItsRow)
+TEST_F(KRE_GfxBlendModeTest, EachModeSendsItsRow)
 {
     for (const BlendModeCase& c : kBlendCases) {
         EXPECT_THAT(CallsFor(c.mode, 100), ElementsAreArray(Expected(c))) << c.mode;
@@ -89,7 +89,7 @@ TEST_F(BlendMode, EachModeSendsItsRow)
     }
 }
 
-TEST_F(BlendMode, OneAndMinusOneAreTheSameAndOnlySwitchOff)
+TEST_F(KRE_GfxBlendModeTest, OneAndMinusOneAreTheSameAndOnlySwitchOff)
 {
     for (int32_t mode : {1, -1}) {
         EXPECT_THAT(CallsFor(mode, 100), ElementsAre("SetRenderState D3DRS_ALPHABLENDENABLE 0"));
@@ -98,7 +98,7 @@ TEST_F(BlendMode, OneAndMinusOneAreTheSameAndOnlySwitchOff)
     }
 }
 
-TEST_F(BlendMode, OtherModesAreErrors)
+TEST_F(KRE_GfxBlendModeTest, OtherModesAreErrors)
 {
     for (int32_t mode : {0, 8, 18, -2})
         EXPECT_EQ(RaisedBy([&] { gfx.SetBlendMode(mode, 255, 0); }),
@@ -107,7 +107,7 @@ TEST_F(BlendMode, OtherModesAreErrors)
     EXPECT_EQ(gfx.blendMode, 1);
 }
 
-TEST_F(BlendMode, ModeTenTurnsIntoSeven)
+TEST_F(KRE_GfxBlendModeTest, ModeTenTurnsIntoSeven)
 {
     gfx.blendValue = 255;
     gfx.SetBlendMode(10, 128, 0);
@@ -116,7 +116,7 @@ TEST_F(BlendMode, ModeTenTurnsIntoSeven)
     EXPECT_EQ(gfx.blendMode, 7);
 }
 
-TEST_F(BlendMode, TintedAdditiveModeSetsTheColoursToo)
+TEST_F(KRE_GfxBlendModeTest, TintedAdditiveModeSetsTheColorsToo)
 {
     gfx.tintColor = 0xFF404040;
     EXPECT_THAT(CallsFor(12, 100),
@@ -126,7 +126,7 @@ TEST_F(BlendMode, TintedAdditiveModeSetsTheColoursToo)
                                        "SetTextureStageState 3 D3DTSS_COLOROP D3DTOP_DISABLE"}));
 }
 
-TEST_F(BlendMode, SameModeAgainCostsOnlyTheFactor)
+TEST_F(KRE_GfxBlendModeTest, SameModeAgainCostsOnlyTheFactor)
 {
     gfx.SetBlendMode(7, 100, 0);
     Calls();
@@ -134,7 +134,7 @@ TEST_F(BlendMode, SameModeAgainCostsOnlyTheFactor)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_TEXTUREFACTOR 0x64FFFFFF"));
 }
 
-TEST_F(BlendMode, LastStageHasNoneAboveIt)
+TEST_F(KRE_GfxBlendModeTest, LastStageHasNoneAboveIt)
 {
     gfx.SetBlendMode(3, 255, 7);
     EXPECT_THAT(Calls(), testing::Not(testing::Contains(testing::HasSubstr("State 8"))));

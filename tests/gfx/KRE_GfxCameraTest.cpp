@@ -37,8 +37,8 @@ TEST_F(KRE_GfxCameraTest, SetCameraLooksAlongMinusZOfTheNode)
 
 TEST_F(KRE_GfxCameraTest, QuirkAPivotMovesTheDirectionAsAPoint)
 {
-    // A pivot that moves by (0, 0, 2): the eye goes to (1, 2, 5), the direction (0, 0, -1) to
-    // (0, 0, 1). The up vector goes to (0, 1, 2), whose part along z the view leaves out.
+    // A pivot that moves by (0, 0, 2): the eye goes to (1, 2, 5), the direction (0, 0, -1) to (0,
+    // 0, 1). The up vector becomes (0, 1, 2); the view drops its part along z.
     KRE_Camera camera;
     camera.pivotTM._43 = 2;
     camera.position = {1, 2, 3};
@@ -47,7 +47,7 @@ TEST_F(KRE_GfxCameraTest, QuirkAPivotMovesTheDirectionAsAPoint)
     ExpectView({{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {-1, -2, -5, 1}});
 }
 
-TEST_F(KRE_GfxCameraTest, TheExtraMatrixCarriesTheCamera)
+TEST_F(KRE_GfxCameraTest, TheExtraMatrixMovesTheCamera)
 {
     // A move by (0, 0, 3): the eye from the origin to (0, 0, 3), the direction to (0, 0, 2).
     KRE_Camera camera;
@@ -58,7 +58,7 @@ TEST_F(KRE_GfxCameraTest, TheExtraMatrixCarriesTheCamera)
     ExpectView({{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, -3, 1}});
 }
 
-TEST_F(KRE_GfxCameraTest, SetCameraTakesItsFieldOfViewAndTheNearAndFarOfBefore)
+TEST_F(KRE_GfxCameraTest, SetCameraTakesItsFieldOfViewAndKeepsNearAndFar)
 {
     gfx.SetProjection(2, 50, 1, 1);
     gfx.viewport.Width = 640;

@@ -5,14 +5,14 @@ using testing::IsEmpty;
 
 namespace {
 
-class Depth : public EngineTest {
+class KRE_GfxDepthTest : public EngineTest {
 protected:
-    Depth() { Start(); }
+    KRE_GfxDepthTest() { Start(); }
 };
 
 } // namespace
 
-TEST_F(Depth, WBufferingFallsBackToZWhereThereIsNone)
+TEST_F(KRE_GfxDepthTest, WBufferingFallsBackToZWhereThereIsNone)
 {
     gfx.SetZEnable(2);
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_ZENABLE D3DZB_TRUE"));
@@ -23,7 +23,7 @@ TEST_F(Depth, WBufferingFallsBackToZWhereThereIsNone)
     EXPECT_EQ(gfx.zEnable, 2);
 }
 
-TEST_F(Depth, OnlyTheOutermostPairSwitches)
+TEST_F(KRE_GfxDepthTest, OnlyTheOutermostPairSwitches)
 {
     gfx.DisableZ();
     gfx.DisableZ();
@@ -34,7 +34,7 @@ TEST_F(Depth, OnlyTheOutermostPairSwitches)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_ZENABLE D3DZB_TRUE"));
 }
 
-TEST_F(Depth, SwitchedOffZStaysOffBehindAPair)
+TEST_F(KRE_GfxDepthTest, SwitchedOffZStaysOffAfterAPair)
 {
     gfx.SetZEnable(0);
     Calls();
@@ -43,7 +43,7 @@ TEST_F(Depth, SwitchedOffZStaysOffBehindAPair)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_ZENABLE D3DZB_FALSE"));
 }
 
-TEST_F(Depth, SetZEnableForgetsOpenPairs)
+TEST_F(KRE_GfxDepthTest, SetZEnableForgetsOpenPairs)
 {
     gfx.DisableZ();
     gfx.DisableZ();
@@ -54,7 +54,7 @@ TEST_F(Depth, SetZEnableForgetsOpenPairs)
     EXPECT_EQ(gfx.zDisableCount, 1);
 }
 
-TEST_F(Depth, ClearTakesTheDepthBufferAlongWhereThereIsOne)
+TEST_F(KRE_GfxDepthTest, ClearAlsoClearsADepthBuffer)
 {
     gfx.Clear(0xFF112233);
     EXPECT_THAT(Calls(),
@@ -69,7 +69,7 @@ TEST_F(Depth, ClearTakesTheDepthBufferAlongWhereThereIsOne)
     EXPECT_THAT(Calls(), ElementsAre("Clear 0 rects D3DCLEAR_TARGET 0x00000000 1 0"));
 }
 
-TEST_F(Depth, ClearZTakesTheDepthBufferAlone)
+TEST_F(KRE_GfxDepthTest, ClearZClearsOnlyTheDepthBuffer)
 {
     gfx.ClearZ(0);
     const D3DRECT rect = {1, 2, 30, 40};
@@ -81,7 +81,7 @@ TEST_F(Depth, ClearZTakesTheDepthBufferAlone)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(Depth, FailedClearIsAnError)
+TEST_F(KRE_GfxDepthTest, FailedClearIsAnError)
 {
     FailNext("Clear");
     EXPECT_EQ(RaisedBy([&] { gfx.Clear(0); }), "Clear failed!");
@@ -89,7 +89,7 @@ TEST_F(Depth, FailedClearIsAnError)
     EXPECT_EQ(RaisedBy([&] { gfx.ClearZ(0); }), "Clear failed!");
 }
 
-TEST_F(Depth, SceneBracketIsFollowed)
+TEST_F(KRE_GfxDepthTest, SceneBracketIsFollowed)
 {
     gfx.BeginScene();
     EXPECT_EQ(gfx.inScene, 1);
@@ -102,7 +102,7 @@ TEST_F(Depth, SceneBracketIsFollowed)
     EXPECT_EQ(RaisedBy([&] { gfx.EndScene(); }), "EndScene failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Depth, RenderTargetIsSetByIndex)
+TEST_F(KRE_GfxDepthTest, RenderTargetIsSetByIndex)
 {
     gfx.SetRenderTarget(gfx.renderTarget.Get(), 0);
     EXPECT_THAT(Calls(), ElementsAre("SetRenderTarget 0 surface#1"));

@@ -13,7 +13,7 @@ using KRE_GfxDevice = EngineTest;
 
 const char* gMissingLibrary = nullptr;
 
-/// The error of an engine made on a system without `missing`, which also has no interface to give.
+/// The error from creating an engine on a system without `missing`, which also offers no interface.
 std::string ErrorWithout(const char* missing)
 {
     gMissingLibrary = missing;
@@ -24,7 +24,7 @@ std::string ErrorWithout(const char* missing)
     return RaisedBy([&] { const KRE_Gfx engine(runtime); });
 }
 
-IDirect3D9* gGivenDirect3D = nullptr; // the engine that is given it owns it
+IDirect3D9* gGivenDirect3D = nullptr; // owned by the engine that gets it
 
 HRESULT WINAPI RefuseEffectPool(ID3DXEffectPool**)
 {
@@ -82,6 +82,17 @@ TEST(KRE_GfxProbes, InterfaceIsAskedForByItsVersion)
                                     }};
     RaisedBy([&] { const KRE_Gfx engine(runtime); });
     EXPECT_EQ(asked, 32u);
+}
+
+TEST_F(KRE_GfxDevice, NewEngineHasDrawnAndChangedNothing)
+{
+    EXPECT_EQ(gfx.viewportChanged, 0);
+    EXPECT_EQ(gfx.matricesChanged, 0);
+    EXPECT_EQ(gfx.frameNumber, 0);
+    EXPECT_EQ(gfx.subFrameNumber, 0);
+    EXPECT_EQ(gfx.drawnMeshes, 0);
+    EXPECT_EQ(gfx.isDrawingScene, 0);
+    EXPECT_EQ(gfx.drawDisabled, 0);
 }
 
 TEST_F(KRE_GfxDevice, ConstructorDefaults)
@@ -155,7 +166,7 @@ TEST_F(KRE_GfxDevice, RefreshRateOfZeroPicksTheHighestOfThatSize)
     EXPECT_EQ(Calls().front(), "GetAdapterModeCount 0 D3DFMT_X8R8G8B8");
 }
 
-TEST_F(KRE_GfxDevice, WantedRefreshRateHasToMatchExactly)
+TEST_F(KRE_GfxDevice, WantedRefreshRateMustMatchExactly)
 {
     d3d->OverrideAdapters({AdapterWithRates()});
     D3DDISPLAYMODE mode = {640, 480, 75, D3DFMT_X8R8G8B8};
@@ -165,7 +176,7 @@ TEST_F(KRE_GfxDevice, WantedRefreshRateHasToMatchExactly)
     EXPECT_EQ(mode.RefreshRate, 70u);
 }
 
-TEST_F(KRE_GfxDevice, SizeAndFormatHaveToMatch)
+TEST_F(KRE_GfxDevice, SizeAndFormatMustMatch)
 {
     d3d->OverrideAdapters({AdapterWithRates()});
     D3DDISPLAYMODE mode = {640, 481, 0, D3DFMT_X8R8G8B8};
@@ -260,7 +271,7 @@ TEST_F(KRE_GfxDevice, WindowedDeviceIsMadeAndSetUpInOrder)
     EXPECT_EQ(gfx.backBuffer.manager, &gfx.surfaceManager);
 }
 
-TEST_F(KRE_GfxDevice, FieldOfViewHasItsBits)
+TEST_F(KRE_GfxDevice, DefaultFieldOfViewIsThisFloat)
 {
     EXPECT_EQ(std::bit_cast<uint32_t>(0.7854f), 0x3F490FF9u);
 }
@@ -439,7 +450,7 @@ TEST_F(KRE_GfxDevice, BuiltInListsHoldTheirVertices)
     gfx.lList.Unlock();
 }
 
-TEST_F(KRE_GfxDevice, FreeDeviceLetsGoOfEverything)
+TEST_F(KRE_GfxDevice, FreeDeviceReleasesEverything)
 {
     Start();
     auto direct3D = gfx.d3d;
@@ -458,7 +469,7 @@ TEST_F(KRE_GfxDevice, FreeDeviceLetsGoOfEverything)
     gfx.FreeDevice();
 }
 
-TEST_F(KRE_GfxDevice, FreeDeviceLetsGoOfTheBuiltInLists)
+TEST_F(KRE_GfxDevice, FreeDeviceReleasesTheBuiltInLists)
 {
     Start();
     const struct {

@@ -24,7 +24,7 @@ protected:
         return RaisedBy([&] { gfx.DrawTriangleList(list, nullptr, count); });
     }
 
-    KRE_VertexListTemp<KRE_PointVertex> list; // triangles of 16 bytes a vertex
+    KRE_VertexListTemp<KRE_PointVertex> list; // triangles, 16 bytes per vertex
 };
 
 class MeshDrawing : public EngineTest {
@@ -61,13 +61,13 @@ TEST_F(Drawing, SevenVerticesAreTwoTriangles)
                                      "DrawPrimitive D3DPT_TRIANGLELIST 0 2"));
 }
 
-TEST_F(Drawing, CountTakesTheFirstPrimitives)
+TEST_F(Drawing, CountDrawsTheFirstPrimitives)
 {
     gfx.DrawTriangleList(list, nullptr, 1);
     EXPECT_THAT(CallsOf("DrawPrimitive"), ElementsAre("DrawPrimitive D3DPT_TRIANGLELIST 0 1"));
 }
 
-TEST_F(Drawing, OtherPrimitivesGoByTheListsType)
+TEST_F(Drawing, OtherPrimitivesUseTheListsType)
 {
     list.SetPrimitiveType(D3DPT_TRIANGLESTRIP);
     gfx.DrawTriangleList(list);
@@ -80,7 +80,7 @@ TEST_F(Drawing, CountZeroDrawsNothing)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(Drawing, CountMinusOneOfAnEmptyListDrawsNothingAndIsNoError)
+TEST_F(Drawing, CountMinusOneOfAnEmptyListDrawsNothingAndIsNotAnError)
 {
     KRE_VertexListTemp<KRE_PointVertex> empty;
     gfx.DrawTriangleList(empty, nullptr, -1);
@@ -103,7 +103,7 @@ TEST_F(Drawing, ListsTransformIsWorldMatrixZero)
     EXPECT_EQ(gfx.world[0], shift);
 }
 
-TEST_F(Drawing, ProcessingOfTheListChoosesWhoProcesses)
+TEST_F(Drawing, ProcessingOfTheListSelectsVertexProcessing)
 {
     list.info.processing = 0;
     gfx.DrawTriangleList(list);
@@ -145,7 +145,7 @@ TEST_F(Drawing, PointSpritesInSoftwareMayBeLarger)
     EXPECT_EQ(list.points.sizeMax, 16.0f);
 }
 
-TEST_F(Drawing, DisabledDrawingKeepsTheStateWork)
+TEST_F(Drawing, DisabledDrawingStillSetsStates)
 {
     gfx.drawDisabled = 1;
     gfx.DrawTriangleList(list);
@@ -195,7 +195,7 @@ TEST_F(MeshDrawing, NoFacesDrawNothing)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(MeshDrawing, FacesThatTheMeshDoesNotHaveAreAnError)
+TEST_F(MeshDrawing, FacesThatTheMeshLacksAreAnError)
 {
     static const struct {
         const char* what;
@@ -220,7 +220,7 @@ TEST_F(MeshDrawing, SoftwareMeshIsProcessedInSoftware)
     EXPECT_THAT(Calls(), Contains("SetSoftwareVertexProcessing 1"));
 }
 
-TEST_F(MeshDrawing, DisabledDrawingKeepsTheStateWork)
+TEST_F(MeshDrawing, DisabledDrawingStillSetsStates)
 {
     gfx.drawDisabled = 1;
     gfx.DrawMesh(mesh, info, 0, 10);
@@ -249,7 +249,7 @@ TEST_F(MeshDrawing, FailuresAreErrors)
     EXPECT_EQ(DrawError(0, 10), "GetVertexBuffer failed: E_OUTOFMEMORY");
 }
 
-TEST_F(MeshDrawing, BuffersAreGivenBack)
+TEST_F(MeshDrawing, BuffersAreReleased)
 {
     gfx.DrawMesh(mesh, info, 0, 10);
     FailNext("SetIndices");

@@ -9,9 +9,9 @@ using testing::IsEmpty;
 namespace {
 
 /// Meshes and sprites with an effect of two passes, which has the parameter "Opacity".
-class EffectDrawing : public EngineTest {
+class KRE_GfxEffectDrawingTest : public EngineTest {
 protected:
-    EffectDrawing()
+    KRE_GfxEffectDrawingTest()
     {
         Start();
         scratch.Write("twice.fx", "text");
@@ -87,19 +87,19 @@ protected:
 
 // ---- Meshes
 
-TEST_F(EffectDrawing, MeshIsDrawnInEachPassOfAMaterialsEffect)
+TEST_F(KRE_GfxEffectDrawingTest, MeshIsDrawnInEachPassOfAMaterialsEffect)
 {
     gfx.SelectEffect(&effect);
     EXPECT_EQ(MeshCalls(), InTwoPasses(kMeshDraw));
 }
 
-TEST_F(EffectDrawing, MeshIsDrawnInEachPassOfTheScenesEffect)
+TEST_F(KRE_GfxEffectDrawingTest, MeshIsDrawnInEachPassOfTheScenesEffect)
 {
     gfx.sceneEffect = &effect;
     EXPECT_EQ(MeshCalls(), InTwoPasses(kMeshDraw));
 }
 
-TEST_F(EffectDrawing, SkinningEffectDrawsMeshesThatItBlends)
+TEST_F(KRE_GfxEffectDrawingTest, SkinningEffectDrawsMeshesThatItBlends)
 {
     gfx.skinningEffect = &effect;
     EXPECT_THAT(MeshCalls(), ElementsAre(kMeshDraw));
@@ -107,26 +107,26 @@ TEST_F(EffectDrawing, SkinningEffectDrawsMeshesThatItBlends)
     EXPECT_EQ(MeshCalls(), InTwoPasses(kMeshDraw));
 }
 
-TEST_F(EffectDrawing, UnusableEffectLeavesAMeshToFixedFunctionDrawing)
+TEST_F(KRE_GfxEffectDrawingTest, UnusableEffectLeavesAMeshToFixedFunctionDrawing)
 {
     gfx.sceneEffect = &unusable;
     EXPECT_THAT(MeshCalls(), ElementsAre(kMeshDraw));
 }
 
-TEST_F(EffectDrawing, MeshWithoutFacesDoesNotReachTheEffect)
+TEST_F(KRE_GfxEffectDrawingTest, MeshWithoutFacesDoesNotReachTheEffect)
 {
     gfx.SelectEffect(&effect);
     EXPECT_THAT(DrawingCalls([&] { gfx.DrawMesh(mesh, info, 4, 0); }), IsEmpty());
 }
 
-TEST_F(EffectDrawing, EffectOfAMeshIsUpdatedWhereDrawingIsSwitchedOff)
+TEST_F(KRE_GfxEffectDrawingTest, EffectOfAMeshIsUpdatedWhileDrawingIsSwitchedOff)
 {
     gfx.SelectEffect(&effect);
     gfx.drawDisabled = 1;
     EXPECT_EQ(MeshCalls(), WithoutDrawing());
 }
 
-TEST_F(EffectDrawing, RefusedMeshInAPassIsAnErrorAndDropsItsBuffers)
+TEST_F(KRE_GfxEffectDrawingTest, RefusedMeshInAPassIsAnErrorAndDropsItsBuffers)
 {
     gfx.SelectEffect(&effect);
     FailNext("DrawIndexedPrimitive");
@@ -137,13 +137,13 @@ TEST_F(EffectDrawing, RefusedMeshInAPassIsAnErrorAndDropsItsBuffers)
 
 // ---- Sprites
 
-TEST_F(EffectDrawing, SpriteIsDrawnInEachPassOfTheScenesEffect)
+TEST_F(KRE_GfxEffectDrawingTest, SpriteIsDrawnInEachPassOfTheScenesEffect)
 {
     gfx.sceneEffect = &effect;
     EXPECT_EQ(SpriteCalls(), InTwoPasses(kSpriteDraw));
 }
 
-TEST_F(EffectDrawing, SpriteTakesNoOtherEffect)
+TEST_F(KRE_GfxEffectDrawingTest, SpriteTakesNoOtherEffect)
 {
     gfx.SelectEffect(&effect);
     gfx.skinningEffect = &effect;
@@ -152,14 +152,14 @@ TEST_F(EffectDrawing, SpriteTakesNoOtherEffect)
     EXPECT_THAT(SpriteCalls(), ElementsAre(kSpriteDraw));
 }
 
-TEST_F(EffectDrawing, SpritesEffectIsUpdatedWhereDrawingIsSwitchedOff)
+TEST_F(KRE_GfxEffectDrawingTest, SpritesEffectIsUpdatedWhileDrawingIsSwitchedOff)
 {
     gfx.sceneEffect = &effect;
     gfx.drawDisabled = 1;
     EXPECT_EQ(SpriteCalls(), WithoutDrawing());
 }
 
-TEST_F(EffectDrawing, RefusedSpriteInAPassIsAnError)
+TEST_F(KRE_GfxEffectDrawingTest, RefusedSpriteInAPassIsAnError)
 {
     gfx.sceneEffect = &effect;
     FailNext("DrawPrimitive");
@@ -167,7 +167,7 @@ TEST_F(EffectDrawing, RefusedSpriteInAPassIsAnError)
               " DrawPrimitive in DrawLastTexture failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(EffectDrawing, StatesOfASpriteAreSetAheadOfItsEffect)
+TEST_F(KRE_GfxEffectDrawingTest, StatesOfASpriteAreSetBeforeItsEffect)
 {
     gfx.SetCullMode(1);
     gfx.sceneEffect = &effect;

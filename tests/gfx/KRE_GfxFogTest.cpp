@@ -13,6 +13,18 @@ constexpr KRE_FogRecord kFog = {0xFF808080, D3DFOG_LINEAR, 0, 10.0f, 100.0f, 0.2
 
 } // namespace
 
+// What a device itself starts with.
+TEST(KRE_FogRecord, StartsWithoutFogFromZeroToOneAtDensityOne)
+{
+    const KRE_FogRecord record;
+    EXPECT_EQ(record.color, 0u);
+    EXPECT_EQ(record.mode, D3DFOG_NONE);
+    EXPECT_EQ(record.tableFlag, 0);
+    EXPECT_EQ(record.start, 0.0f);
+    EXPECT_EQ(record.end, 1.0f);
+    EXPECT_EQ(record.density, 1.0f);
+}
+
 TEST_F(Fog, LinearFogHasStartAndEnd)
 {
     gfx.SetFog(kFog);

@@ -10,7 +10,7 @@ namespace {
 constexpr D3DCOLOR kFirst = 0xFF96DCFF;
 constexpr D3DCOLOR kSecond = 0xFF006473;
 
-class FontBuilding : public TextTest {
+class KRE_GfxFontTest : public TextTest {
 protected:
     D3DCOLOR Pixel(int32_t x, int32_t y)
     {
@@ -24,7 +24,7 @@ protected:
 
 } // namespace
 
-TEST_F(FontBuilding, SheetIsManagedWithOneLevel)
+TEST_F(KRE_GfxFontTest, SheetIsManagedWithOneLevel)
 {
     gfx.BuildFont(font, kFirst, kSecond);
     const std::vector<std::string> lines = CallsOf("CreateTexture");
@@ -33,17 +33,18 @@ TEST_F(FontBuilding, SheetIsManagedWithOneLevel)
     EXPECT_THAT(CallsOf("CheckDeviceFormat").at(0), HasSubstr("D3DFMT_A8R8G8B8"));
 }
 
-TEST_F(FontBuilding, DeviceWithoutTheFormatGetsSixteenBits)
+TEST_F(KRE_GfxFontTest, DeviceWithoutTheFormatGetsSixteenBits)
 {
     FailNext("CheckDeviceFormat", D3DERR_NOTAVAILABLE);
     gfx.BuildFont(font, kFirst, kSecond);
     EXPECT_THAT(CallsOf("CreateTexture").at(0), HasSubstr(" D3DFMT_A4R4G4B4 "));
     EXPECT_EQ(LastWarning(), "Texture format 21 mode 0 not supported by device");
-    // The corner of L, glyph 44 at ((44 mod 21) * 6, 12): the first colour cut to four bits each.
+    // The corner of L, glyph 44 at ((44 mod 21) * 6, 12): the first colour truncated to four bits
+    // per channel.
     EXPECT_EQ(Pixel(12, 12), 0xF090D0F0u);
 }
 
-TEST_F(FontBuilding, CellsStandInRowsOfTwentyOne)
+TEST_F(KRE_GfxFontTest, CellsAreInRowsOfTwentyOne)
 {
     static const struct {
         char what;
@@ -68,12 +69,12 @@ TEST_F(FontBuilding, CellsStandInRowsOfTwentyOne)
     }
 }
 
-TEST_F(FontBuilding, PixelsFadeFromTheTopLeftCorner)
+TEST_F(KRE_GfxFontTest, PixelsFadeFromTheTopLeftCorner)
 {
     // E is glyph 37, at ((37 mod 21) * 6, 6) = (96, 6). Its rows are full, one, four, one and five
     // pixels long. At row r and column c the fade is f = sqrt((r * r + c * c) / 32), and each
-    // channel (second - first) * f + first, its fraction cut: red 150 to 0, green 220 to 100, blue
-    // 255 to 115.
+    // channel (second - first) * f + first, truncated: red 150 to 0, green 220 to 100, blue 255 to
+    // 115.
     static const struct {
         const char* what;
         int32_t row, column;
@@ -93,16 +94,16 @@ TEST_F(FontBuilding, PixelsFadeFromTheTopLeftCorner)
         EXPECT_EQ(Pixel(96 + c.column, 6 + c.row), c.expected) << c.what;
 }
 
-TEST_F(FontBuilding, BlankAndTheGapsBetweenCellsAreClear)
+TEST_F(KRE_GfxFontTest, BlankAndTheGapsBetweenCellsAreClear)
 {
     for (int32_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(Pixel(i, i), 0u) << i; // the blank and its corner
+        EXPECT_EQ(Pixel(i, i), 0u) << i; // the space and its corner
         EXPECT_EQ(Pixel(101, 6 + i), 0u) << i << ", right of E";
         EXPECT_EQ(Pixel(96 + i, 11), 0u) << i << ", below E";
     }
 }
 
-TEST_F(FontBuilding, LettersOfTheSheetAreThoseOfTheirCells)
+TEST_F(KRE_GfxFontTest, EachCellOfTheSheetHoldsItsLetter)
 {
     // H is glyph 40 at (114, 6): two posts and the bar in the third row.
     for (int32_t row = 0; row < 5; ++row) {
@@ -113,7 +114,7 @@ TEST_F(FontBuilding, LettersOfTheSheetAreThoseOfTheirCells)
     }
 }
 
-TEST_F(FontBuilding, SmallLettersTakeTheBlanksCell)
+TEST_F(KRE_GfxFontTest, LowerCaseLettersUseTheBlankCell)
 {
     for (char c : {'^', '_', 'a', 'm', 'z', '{'}) {
         const KRE_Font::GlyphRect& rect = font.glyphRects[c - 0x20];
@@ -126,7 +127,7 @@ TEST_F(FontBuilding, SmallLettersTakeTheBlanksCell)
     EXPECT_EQ(font.glyphRects['|' - 0x20].right, 0) << "behind them there is nothing";
 }
 
-TEST_F(FontBuilding, MetricsAreTheFontsOwn)
+TEST_F(KRE_GfxFontTest, BuildingResetsTheMetrics)
 {
     font.leftBearing[5] = 3.0f;
     font.rightBearing[7] = 3.0f;
@@ -144,7 +145,7 @@ TEST_F(FontBuilding, MetricsAreTheFontsOwn)
     EXPECT_EQ(font.rightBearing[7], 0.0f);
 }
 
-TEST_F(FontBuilding, FreedFontGivesTheSheetBack)
+TEST_F(KRE_GfxFontTest, FreedFontReleasesTheSheet)
 {
     EXPECT_EQ(gfx.textureManager.GetCount(), 1);
     font.Free();
@@ -155,7 +156,7 @@ TEST_F(FontBuilding, FreedFontGivesTheSheetBack)
     font.Free();
 }
 
-TEST_F(FontBuilding, SheetLivesThroughAReset)
+TEST_F(KRE_GfxFontTest, SheetSurvivesAReset)
 {
     IDirect3DTexture9* sheet = font.texture->current;
     gfx.ResetDevice(nullptr);
@@ -165,7 +166,7 @@ TEST_F(FontBuilding, SheetLivesThroughAReset)
     EXPECT_THAT(CallsOf("DrawPrimitive"), ElementsAre("DrawPrimitive D3DPT_TRIANGLELIST 0 2"));
 }
 
-TEST_F(FontBuilding, CurrentFontTakesScaleAndColorIfTheyAreGiven)
+TEST_F(KRE_GfxFontTest, CurrentFontTakesScaleAndColorIfTheyAreGiven)
 {
     gfx.SetFont(&font, 2.5f, 0x80102030);
     EXPECT_EQ(gfx.currentFont, &font);
@@ -176,7 +177,7 @@ TEST_F(FontBuilding, CurrentFontTakesScaleAndColorIfTheyAreGiven)
     EXPECT_EQ(font.color, 0x80102030u) << "a colour without alpha";
 }
 
-TEST_F(FontBuilding, FontThatCannotBeDrawnWithIsAnError)
+TEST_F(KRE_GfxFontTest, FontThatIsNotReadyIsAnError)
 {
     const KRE_Font* before = gfx.currentFont;
     EXPECT_EQ(RaisedBy([&] { gfx.SetFont(nullptr, 0.0f, 0); }), "Tried to set invalid font");

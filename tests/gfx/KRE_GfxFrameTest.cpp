@@ -8,9 +8,10 @@ using testing::SizeIs;
 
 namespace {
 
-class Frame : public EngineTest {
+class KRE_GfxFrameTest : public EngineTest {
 protected:
-    /// Fills the ring as frames at these times would, oldest first, the i-th as frame i * `step`.
+    /// Fills the ring as if frames were shown at these times, oldest first; the i-th is frame i *
+    /// `step`.
     void FillRing(const std::vector<double>& times, int32_t step)
     {
         for (size_t i = 0; i < times.size(); ++i)
@@ -21,7 +22,7 @@ protected:
 
 } // namespace
 
-TEST_F(Frame, IsPresentedWhole)
+TEST_F(KRE_GfxFrameTest, IsPresentedWhole)
 {
     Start();
     EXPECT_EQ(gfx.ShowFrame(), 1);
@@ -30,7 +31,7 @@ TEST_F(Frame, IsPresentedWhole)
     EXPECT_GE(gfx.lastFrameTime, gfx.startTime);
 }
 
-TEST_F(Frame, ResizeByOnePixelDropsOneFrameAndResets)
+TEST_F(KRE_GfxFrameTest, ResizeByOnePixelDropsOneFrameAndResets)
 {
     Start();
     EXPECT_EQ(gfx.ShowFrame(), 1);
@@ -45,7 +46,7 @@ TEST_F(Frame, ResizeByOnePixelDropsOneFrameAndResets)
     EXPECT_THAT(CallsOf("Reset"), SizeIs(1));
 }
 
-TEST_F(Frame, HeightAloneCountsAsAResize)
+TEST_F(KRE_GfxFrameTest, HeightAloneCountsAsAResize)
 {
     Start();
     window.Resize(64, 47);
@@ -53,7 +54,7 @@ TEST_F(Frame, HeightAloneCountsAsAResize)
     EXPECT_EQ(gfx.backBuffer.height, 47);
 }
 
-TEST_F(Frame, FullScreenDoesNotLookAtTheWindow)
+TEST_F(KRE_GfxFrameTest, FullScreenIgnoresTheWindow)
 {
     const D3DDISPLAYMODE mode = {640, 480, 60, D3DFMT_X8R8G8B8};
     Start(&mode);
@@ -62,7 +63,7 @@ TEST_F(Frame, FullScreenDoesNotLookAtTheWindow)
     EXPECT_THAT(CallsOf("Reset"), IsEmpty());
 }
 
-TEST_F(Frame, LostDeviceIsNoErrorAndDropsTheFrame)
+TEST_F(KRE_GfxFrameTest, LostDeviceDropsTheFrameWithoutAnError)
 {
     Start();
     FailNext("Present", D3DERR_DEVICELOST);
@@ -72,7 +73,7 @@ TEST_F(Frame, LostDeviceIsNoErrorAndDropsTheFrame)
     EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
-TEST_F(Frame, AnyOtherFailureOfPresentIsAnError)
+TEST_F(KRE_GfxFrameTest, AnyOtherFailureOfPresentIsAnError)
 {
     Start();
     FailNext("Present", D3DERR_INVALIDCALL);
@@ -81,7 +82,7 @@ TEST_F(Frame, AnyOtherFailureOfPresentIsAnError)
     EXPECT_THAT(CallsOf("Reset"), IsEmpty());
 }
 
-TEST_F(Frame, SamplesAreMoreThanASixtiethOfASecondApart)
+TEST_F(KRE_GfxFrameTest, SamplesAreMoreThanASixtiethOfASecondApart)
 {
     Start();
     while (gfx.lastFrameTime - gfx.startTime < 0.1)
@@ -94,12 +95,12 @@ TEST_F(Frame, SamplesAreMoreThanASixtiethOfASecondApart)
     EXPECT_GT(gfx.frameCount, gfx.fpsRingIndex) << "most frames are no samples";
 }
 
-TEST_F(Frame, RingTakesSixtySamplesAndStartsOver)
+TEST_F(KRE_GfxFrameTest, RingTakesSixtySamplesAndStartsOver)
 {
     Start();
     std::vector<double> times;
     for (int i = 0; i < 60; ++i)
-        times.push_back(0.001 * i); // all of them long ago, so that the next frame is a sample
+        times.push_back(0.001 * i); // all long ago, so the next frame is sampled
     FillRing(times, 1);
     EXPECT_EQ(gfx.fpsRingIndex, 0);
     gfx.frameCount = 777;
@@ -109,7 +110,7 @@ TEST_F(Frame, RingTakesSixtySamplesAndStartsOver)
     EXPECT_EQ(gfx.fpsRing[0].time, gfx.lastFrameTime);
 }
 
-TEST_F(Frame, RateIsTakenOverTheLastSecond)
+TEST_F(KRE_GfxFrameTest, RateIsTakenOverTheLastSecond)
 {
     // Samples each 0.125 s, 5 frames apart: from 9.0 to 10.0 there are 40 frames in one second.
     std::vector<double> times;
@@ -119,9 +120,9 @@ TEST_F(Frame, RateIsTakenOverTheLastSecond)
     EXPECT_EQ(gfx.GetFramesPerSecond(), 40.0f);
 }
 
-TEST_F(Frame, RateOfASlowProgramIsTakenFromTheNewestSampleBack)
+TEST_F(KRE_GfxFrameTest, RateIsNotANumberWhenOnlyOneSampleIsRecent)
 {
-    // Samples two seconds apart leave no older one inside a second.
+    // With samples two seconds apart, no older one is within the last second.
     std::vector<double> times;
     for (int i = 0; i < 60; ++i)
         times.push_back(2.0 * i);
@@ -129,7 +130,7 @@ TEST_F(Frame, RateOfASlowProgramIsTakenFromTheNewestSampleBack)
     EXPECT_TRUE(std::isnan(gfx.GetFramesPerSecond())) << "0 frames in 0 seconds";
 }
 
-TEST_F(Frame, QuirkRateWithoutTwoSamplesIsNotANumber)
+TEST_F(KRE_GfxFrameTest, QuirkRateWithoutTwoSamplesIsNotANumber)
 {
     EXPECT_TRUE(std::isnan(gfx.GetFramesPerSecond()));
 }

@@ -6,9 +6,9 @@ using testing::SizeIs;
 
 namespace {
 
-class Light : public EngineTest {
+class KRE_GfxLightTest : public EngineTest {
 protected:
-    Light() { Start(); }
+    KRE_GfxLightTest() { Start(); }
 };
 
 D3DLIGHT9 Sun()
@@ -22,7 +22,7 @@ D3DLIGHT9 Sun()
 
 } // namespace
 
-TEST_F(Light, UnlitColourIsWhiteUnlessOneIsGivenWithLightingOff)
+TEST_F(KRE_GfxLightTest, UnlitColorIsWhiteUnlessOneIsGivenWithLightingOff)
 {
     static const struct {
         const char* what;
@@ -42,7 +42,7 @@ TEST_F(Light, UnlitColourIsWhiteUnlessOneIsGivenWithLightingOff)
     }
 }
 
-TEST_F(Light, ColourChangesWithoutADeviceCall)
+TEST_F(KRE_GfxLightTest, ColorChangesWithoutADeviceCall)
 {
     const D3DCOLOR color = 0x00102030;
     gfx.SetLighting(0, nullptr);
@@ -52,14 +52,14 @@ TEST_F(Light, ColourChangesWithoutADeviceCall)
     EXPECT_EQ(gfx.unlitColor, 0xFF102030u);
 }
 
-TEST_F(Light, FailedLightingIsAnError)
+TEST_F(KRE_GfxLightTest, FailedLightingIsAnError)
 {
     FailNext("SetRenderState");
     EXPECT_EQ(RaisedBy([&] { gfx.SetLighting(0, nullptr); }),
               " SetRenderState (state 137, value: 0 failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Light, LightIsKeptAndSent)
+TEST_F(KRE_GfxLightTest, LightIsStoredAndSent)
 {
     gfx.SetLight(8, Sun());
     EXPECT_THAT(Calls(),
@@ -71,7 +71,7 @@ TEST_F(Light, LightIsKeptAndSent)
     EXPECT_EQ(RaisedBy([&] { gfx.SetLight(0, Sun()); }), "SetLight failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Light, IndexEightIsAcceptedAndNineIsAnError)
+TEST_F(KRE_GfxLightTest, IndexEightIsAcceptedAndNineIsAnError)
 {
     gfx.LightEnable(8, 1);
     EXPECT_THAT(Calls(), ElementsAre("LightEnable 8 1"));
@@ -82,7 +82,7 @@ TEST_F(Light, IndexEightIsAcceptedAndNineIsAnError)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(Light, EachLightHasItsOwnShadow)
+TEST_F(KRE_GfxLightTest, EachLightHasItsOwnCacheEntry)
 {
     gfx.LightEnable(0, 1);
     gfx.LightEnable(1, 1);
@@ -93,7 +93,7 @@ TEST_F(Light, EachLightHasItsOwnShadow)
     EXPECT_EQ(RaisedBy([&] { gfx.LightEnable(2, 1); }), " LightEnable failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Light, MaterialIsSent)
+TEST_F(KRE_GfxLightTest, MaterialIsSent)
 {
     gfx.SetMaterial(gfx.defaultMaterial);
     EXPECT_THAT(Calls(), ElementsAre("SetMaterial diffuse[0.9 0.9 0.9 1] ambient[0.9 0.9 0.9 1] "
@@ -103,9 +103,9 @@ TEST_F(Light, MaterialIsSent)
               "SetMaterial failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Light, MaterialUnderAnEffectIsOnlyKept)
+TEST_F(KRE_GfxLightTest, MaterialUnderAnEffectIsOnlyStored)
 {
-    // The wrapper asks only whether there is an effect; it does not look into it.
+    // The wrapper only checks whether there is an effect; it does not use it.
     char place = 0;
     auto* const effect = reinterpret_cast<KRE_ShaderEffect*>(&place);
     D3DMATERIAL9 material{};

@@ -19,7 +19,7 @@ protected:
     KRE_Gfx gfx;
 };
 
-TEST_F(KRE_GfxPathsTest, CheckPathWarnsOfPathsThatDoNotTravel)
+TEST_F(KRE_GfxPathsTest, CheckPathWarnsOfPathsThatAreNotPortable)
 {
     static const struct {
         const char* what;
@@ -90,7 +90,7 @@ TEST_F(KRE_GfxPathsTest, EffectsAreNotSearchedInTheTexturePath)
     EXPECT_EQ(Effect("Q:\\art\\shiny.fx"), "");
 }
 
-TEST_F(KRE_GfxPathsTest, CompiledEffectWinsOverItsSourceWhereTheNameItselfIsGone)
+TEST_F(KRE_GfxPathsTest, CompiledEffectWinsOverItsSourceIfTheNamedFileIsMissing)
 {
     scratch.Write("scene/shiny.fx", "");
     scratch.Write("scene/shiny.fxo", "");
@@ -123,7 +123,7 @@ TEST_F(KRE_GfxPathsTest, TexturesHaveNoAlternativeExtensions)
     EXPECT_EQ(Texture("boat.png"), "");
 }
 
-TEST_F(KRE_GfxPathsTest, ChangedDefaultPathReplacesTheOneBefore)
+TEST_F(KRE_GfxPathsTest, ChangedDefaultPathReplacesThePreviousOne)
 {
     scratch.Write("old/boat.png", "");
     scratch.Write("new/sail.png", "");

@@ -2,9 +2,9 @@
 
 namespace {
 
-class PresentParameters : public EngineTest {
+class KRE_GfxPresentParametersTest : public EngineTest {
 protected:
-    /// Builds them for the given members over a display of 800 x 600 at 75 Hz.
+    /// Builds the parameters from the given members on a display of 800 x 600 at 75 Hz.
     std::string Build(int32_t windowed, int32_t zBits, int32_t vsync)
     {
         gfx.window = window.Handle();
@@ -21,7 +21,7 @@ constexpr int32_t kWindow = 1;
 
 } // namespace
 
-TEST_F(PresentParameters, SizeAndRateAreTheDisplaysInFullScreenOnly)
+TEST_F(KRE_GfxPresentParametersTest, SizeAndRateAreTheDisplaysInFullScreenOnly)
 {
     EXPECT_EQ(Build(kFullScreen, 16, 1), "no error");
     const D3DPRESENT_PARAMETERS full = gfx.presentParams;
@@ -47,7 +47,7 @@ TEST_F(PresentParameters, SizeAndRateAreTheDisplaysInFullScreenOnly)
     }
 }
 
-TEST_F(PresentParameters, DepthOf24BitsHasAStencilInFullScreenOnly)
+TEST_F(KRE_GfxPresentParametersTest, DepthOf24BitsHasAStencilInFullScreenOnly)
 {
     static const struct {
         int32_t windowed, zBits;
@@ -65,7 +65,7 @@ TEST_F(PresentParameters, DepthOf24BitsHasAStencilInFullScreenOnly)
     }
 }
 
-TEST_F(PresentParameters, DepthOfZeroBitsIsNone)
+TEST_F(KRE_GfxPresentParametersTest, DepthOfZeroBitsIsNone)
 {
     for (int32_t windowed : {kFullScreen, kWindow}) {
         EXPECT_EQ(Build(windowed, 0, 0), "no error");
@@ -73,7 +73,7 @@ TEST_F(PresentParameters, DepthOfZeroBitsIsNone)
     }
 }
 
-TEST_F(PresentParameters, OtherDepthsAreErrors)
+TEST_F(KRE_GfxPresentParametersTest, OtherDepthsAreErrors)
 {
     for (int32_t windowed : {kFullScreen, kWindow}) {
         EXPECT_EQ(Build(windowed, 15, 0), "Invalid Z-buffer: 15");
@@ -81,7 +81,7 @@ TEST_F(PresentParameters, OtherDepthsAreErrors)
     }
 }
 
-TEST_F(PresentParameters, VsyncPicksTheInterval)
+TEST_F(KRE_GfxPresentParametersTest, VsyncPicksTheInterval)
 {
     static constexpr UINT kExpected[] = {0x80000000u, 1, 2, 4, 8};
     for (int32_t vsync = 0; vsync <= 4; ++vsync) {
@@ -90,7 +90,7 @@ TEST_F(PresentParameters, VsyncPicksTheInterval)
     }
 }
 
-TEST_F(PresentParameters, WrongVsyncIsAnErrorInFullScreenAndUnseenInAWindow)
+TEST_F(KRE_GfxPresentParametersTest, WrongVsyncIsAnErrorInFullScreenAndIgnoredInAWindow)
 {
     EXPECT_EQ(Build(kFullScreen, 16, 7), "Wrong vsync parameter: 7");
     EXPECT_EQ(Build(kFullScreen, 16, 5), "Wrong vsync parameter: 5");
@@ -99,7 +99,7 @@ TEST_F(PresentParameters, WrongVsyncIsAnErrorInFullScreenAndUnseenInAWindow)
     EXPECT_EQ(gfx.presentParams.PresentationInterval, 0u);
 }
 
-TEST_F(PresentParameters, ClientRectangleIsLookedAt)
+TEST_F(KRE_GfxPresentParametersTest, ClientRectangleIsRead)
 {
     Build(kWindow, 16, 0);
     EXPECT_EQ(gfx.clientRect.right - gfx.clientRect.left, 64);

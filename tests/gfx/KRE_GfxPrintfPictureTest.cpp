@@ -11,17 +11,18 @@
 
 namespace {
 
-class PrintfPicture : public TextureEngine {
+class KRE_GfxPrintfPictureTest : public TextureEngine {
 protected:
-    PrintfPicture()
+    KRE_GfxPrintfPictureTest()
     {
         gfx->BuildFont(font, 0xFF96DCFF, 0xFF006473);
         gfx->SetFont(&font, 0.0f, 0);
-        // Both filters: at one texel to the pixel, rounding decides whether a letter is magnified.
+        // Both filters: at one texel per pixel, rounding decides whether a letter counts as
+        // magnified.
         gfx->SetTextureFilter(2, 0); // magnified: point
         gfx->SetTextureFilter(4, 0); // reduced: point
     }
-    ~PrintfPicture() override
+    ~KRE_GfxPrintfPictureTest() override
     {
         gfx->SetTexture(nullptr);
         font.Free();
@@ -47,10 +48,10 @@ int Distance(D3DCOLOR a, D3DCOLOR b)
 
 } // namespace
 
-TEST_F(PrintfPicture, EachLetterStandsOnItsPixels)
+TEST_F(KRE_GfxPrintfPictureTest, EachLetterCoversItsPixels)
 {
-    // Every glyph at (3, 3) and one behind it: inside the cell the sheet's pixels, or the background
-    // where it is clear; around it the background.
+    // Every glyph at (3, 3) and one after it: inside the cell the sheet's pixels, or the background
+    // where the sheet is clear; around it the background.
     constexpr D3DCOLOR kBackground = 0xFF402010;
     for (int32_t glyph = 0; glyph < kFontGlyphCount; ++glyph) {
         const auto c = static_cast<uint8_t>(KRE_Font::kFirstGlyph + glyph);
@@ -76,7 +77,7 @@ TEST_F(PrintfPicture, EachLetterStandsOnItsPixels)
     }
 }
 
-TEST_F(PrintfPicture, ClipBoxCutsLetters)
+TEST_F(KRE_GfxPrintfPictureTest, ClipBoxClipsLetters)
 {
     gfx->printf.maxWidth = 3.0f;
     gfx->BeginScene();
@@ -90,7 +91,7 @@ TEST_F(PrintfPicture, ClipBoxCutsLetters)
     }
 }
 
-TEST_F(PrintfPicture, HalfClearTextLetsTheBackgroundThrough)
+TEST_F(KRE_GfxPrintfPictureTest, HalfTransparentTextLetsTheBackgroundThrough)
 {
     gfx->BuildFont(font, 0xFFFFFFFF, 0xFFFFFFFF);
     font.color = 0x80FF0000;
@@ -104,7 +105,7 @@ TEST_F(PrintfPicture, HalfClearTextLetsTheBackgroundThrough)
     EXPECT_LE(Distance(pixel, 0xFF80007F), 1) << std::hex << pixel;
 }
 
-TEST_F(PrintfPicture, BackgroundIsPaintedBehindTheLetters)
+TEST_F(KRE_GfxPrintfPictureTest, BackgroundIsPaintedBehindTheLetters)
 {
     KRE_PrintfOptions options;
     options.font = &font;

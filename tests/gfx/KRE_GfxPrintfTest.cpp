@@ -3,9 +3,9 @@
 using testing::ElementsAre;
 using testing::SizeIs;
 
-using Printf = TextTest;
+using KRE_GfxPrintfTest = TextTest;
 
-TEST_F(Printf, FormatsAndDrawsAtThePoint)
+TEST_F(KRE_GfxPrintfTest, FormatsAndDrawsAtThePoint)
 {
     gfx.Printf(10, 20, "%c%d", 'A', 7);
     EXPECT_THAT(CallsOf("DrawPrimitive"), ElementsAre("DrawPrimitive D3DPT_TRIANGLELIST 0 4"));
@@ -17,7 +17,7 @@ TEST_F(Printf, FormatsAndDrawsAtThePoint)
     EXPECT_FLOAT_EQ(quads[1].v, 6.01f / 32.0f);
 }
 
-TEST_F(Printf, TakesColorAndAlphaOfTheCurrentFont)
+TEST_F(KRE_GfxPrintfTest, TakesColorAndAlphaOfTheCurrentFont)
 {
     font.color = 0x80112233;
     gfx.Printf(0, 0, "A|CFFFFFFB|RC");
@@ -27,7 +27,7 @@ TEST_F(Printf, TakesColorAndAlphaOfTheCurrentFont)
     EXPECT_EQ(quads[2].color, 0x80112233u);
 }
 
-TEST_F(Printf, EachCallStandsForItself)
+TEST_F(KRE_GfxPrintfTest, EachCallIsIndependent)
 {
     gfx.Printf(0, 0, "|CFF0000|s20AAA");
     gfx.Printf(10, 0, "B");
@@ -37,7 +37,7 @@ TEST_F(Printf, EachCallStandsForItself)
     EXPECT_EQ(gfx.printf.lines.Count(), 0);
 }
 
-TEST_F(Printf, TextOfMoreThan65535CharactersWarns)
+TEST_F(KRE_GfxPrintfTest, TextOfMoreThan65535CharactersWarns)
 {
     gfx.Printf(0, 0, "%s", std::string(65535, 'A').c_str());
     EXPECT_EQ(LastWarning(), "");
@@ -52,14 +52,14 @@ TEST_F(Printf, TextOfMoreThan65535CharactersWarns)
         << "cut at 65535";
 }
 
-TEST_F(Printf, ManyLinesAreSeenByTheirPlaceAlone)
+TEST_F(KRE_GfxPrintfTest, LineFeedsAloneDrawNothing)
 {
     gfx.Printf(0, 0, "%s", std::string(65535, '\n').c_str());
     EXPECT_THAT(CallsOf("DrawPrimitive"), SizeIs(0));
     EXPECT_EQ(LastWarning(), "");
 }
 
-TEST_F(Printf, WithoutAFontItIsAnError)
+TEST_F(KRE_GfxPrintfTest, WithoutAFontItIsAnError)
 {
     gfx.currentFont = nullptr;
     EXPECT_EQ(RaisedBy([&] { gfx.Printf(0, 0, "A"); }), "Tried to set invalid font");

@@ -4,7 +4,7 @@
 using testing::Each;
 using testing::SizeIs;
 
-// The engine on the host's own Direct3D: the documented rules of the device hold here.
+// The engine on the host's own Direct3D, where the device's documented rules apply.
 
 namespace {
 
@@ -14,9 +14,9 @@ ComHandle<RecordingDirect3D> WrapRealDirect3D()
     return RecordingDirect3D::Wrap(real.get());
 }
 
-class RealDevice : public EngineTest {
+class KRE_GfxRealDeviceTest : public EngineTest {
 protected:
-    RealDevice() : EngineTest(WrapRealDirect3D()) {}
+    KRE_GfxRealDeviceTest() : EngineTest(WrapRealDirect3D()) {}
 
     std::vector<DWORD> Picture()
     {
@@ -34,7 +34,7 @@ D3DDISPLAYMODE SomeMode(KRE_Gfx& gfx)
 
 } // namespace
 
-TEST_F(RealDevice, StartsInAWindowAndClears)
+TEST_F(KRE_GfxRealDeviceTest, StartsInAWindowAndClears)
 {
     Start();
     EXPECT_EQ(gfx.viewport.Width, 64u);
@@ -48,7 +48,7 @@ TEST_F(RealDevice, StartsInAWindowAndClears)
     EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
-TEST_F(RealDevice, StartsWithEachKindOfVertexProcessingAndDepth)
+TEST_F(KRE_GfxRealDeviceTest, StartsWithEachKindOfVertexProcessingAndDepth)
 {
     for (int32_t vertexProcessing : {0, 1, 2}) {
         for (int32_t zBits : {0, 16, 24}) {
@@ -61,7 +61,7 @@ TEST_F(RealDevice, StartsWithEachKindOfVertexProcessingAndDepth)
     }
 }
 
-TEST_F(RealDevice, ResizeResetsToTheNewClientSize)
+TEST_F(KRE_GfxRealDeviceTest, ResizeResetsToTheNewClientSize)
 {
     Start();
     EXPECT_EQ(gfx.ShowFrame(), 1);
@@ -74,7 +74,7 @@ TEST_F(RealDevice, ResizeResetsToTheNewClientSize)
     EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
-TEST_F(RealDevice, ResetSucceedsWithEveryKindOfResourceAlive)
+TEST_F(KRE_GfxRealDeviceTest, ResetSucceedsWithEveryKindOfResourceAlive)
 {
     Start();
     ComPointer<IDirect3DTexture9> managed;
@@ -106,7 +106,7 @@ TEST_F(RealDevice, ResetSucceedsWithEveryKindOfResourceAlive)
     EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
-TEST_F(RealDevice, HeldTargetMakesTheResetFail)
+TEST_F(KRE_GfxRealDeviceTest, HeldTargetMakesTheResetFail)
 {
     Start();
     const ComPointer<IDirect3DSurface9> held = gfx.renderTarget;
@@ -114,7 +114,7 @@ TEST_F(RealDevice, HeldTargetMakesTheResetFail)
               "Device Reset failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(RealDevice, StatesThatTheEngineSetAreTheDevices)
+TEST_F(KRE_GfxRealDeviceTest, StatesThatTheEngineSetAreTheDevices)
 {
     Start();
     gfx.SetCullMode(1);
@@ -129,7 +129,7 @@ TEST_F(RealDevice, StatesThatTheEngineSetAreTheDevices)
     EXPECT_EQ(value, DWORD{D3DZB_TRUE}) << "a new device with a depth buffer";
 }
 
-TEST_F(RealDevice, FullScreenStartsShowsAndResets)
+TEST_F(KRE_GfxRealDeviceTest, FullScreenStartsShowsAndResets)
 {
     const D3DDISPLAYMODE mode = SomeMode(gfx);
     Start(&mode);
@@ -141,7 +141,7 @@ TEST_F(RealDevice, FullScreenStartsShowsAndResets)
     EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
-TEST_F(RealDevice, NothingOfItOutlivesFreeDevice)
+TEST_F(KRE_GfxRealDeviceTest, NothingOfItOutlivesFreeDevice)
 {
     Start();
     gfx.ShowFrame();

@@ -7,12 +7,12 @@ using testing::IsEmpty;
 
 namespace {
 
-class RenderState : public EngineTest {
+class KRE_GfxRenderStateTest : public EngineTest {
 protected:
-    RenderState() { Start(); }
+    KRE_GfxRenderStateTest() { Start(); }
 };
 
-/// A call of a wrapper, what reaches the device, and what does when it is called again.
+/// A wrapper call, what reaches the device, and what reaches it when the call is repeated.
 struct WrapperCase {
     const char* what;
     void (*call)(KRE_Gfx&);
@@ -22,7 +22,7 @@ struct WrapperCase {
 
 } // namespace
 
-TEST_F(RenderState, EachWrapperSendsItsStateAndTheCheckedOnesOnlyOnce)
+TEST_F(KRE_GfxRenderStateTest, EachWrapperSendsItsStateAndTheCheckedOnesOnlyOnce)
 {
     const WrapperCase cases[] = {
         {"any state",
@@ -116,7 +116,7 @@ TEST_F(RenderState, EachWrapperSendsItsStateAndTheCheckedOnesOnlyOnce)
     }
 }
 
-TEST_F(RenderState, FailureNamesStateAndValue)
+TEST_F(KRE_GfxRenderStateTest, FailureNamesStateAndValue)
 {
     FailNext("SetRenderState");
     EXPECT_EQ(RaisedBy([&] { gfx.SetRenderState(D3DRS_ZENABLE, DWORD{1}); }),
@@ -126,7 +126,7 @@ TEST_F(RenderState, FailureNamesStateAndValue)
     EXPECT_EQ(gfx.lastResult, D3D_OK);
 }
 
-TEST_F(RenderState, FailedCheckedWrapperTriesAgain)
+TEST_F(KRE_GfxRenderStateTest, FailedCheckedWrapperTriesAgain)
 {
     FailNext("SetRenderState");
     EXPECT_EQ(RaisedBy([&] { gfx.SetSpecular(1); }),
@@ -136,7 +136,7 @@ TEST_F(RenderState, FailedCheckedWrapperTriesAgain)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_SPECULARENABLE 1"));
 }
 
-TEST_F(RenderState, AlphaTestWith255IsForEqualityAndWith128ForGreater)
+TEST_F(KRE_GfxRenderStateTest, AlphaTestWith255IsForEqualityAndWith128ForGreater)
 {
     gfx.SetAlphaTest(255, 8);
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_ALPHATESTENABLE 1",
@@ -152,7 +152,7 @@ TEST_F(RenderState, AlphaTestWith255IsForEqualityAndWith128ForGreater)
     EXPECT_THAT(Calls(), testing::SizeIs(3)) << "either value alone is a change";
 }
 
-TEST_F(RenderState, CullModesAndTheirLimits)
+TEST_F(KRE_GfxRenderStateTest, CullModesAndTheirLimits)
 {
     gfx.SetCullMode(1);
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_CULLMODE D3DCULL_CW"));
@@ -163,7 +163,7 @@ TEST_F(RenderState, CullModesAndTheirLimits)
     EXPECT_EQ(gfx.cullMode, -1);
 }
 
-TEST_F(RenderState, CullModeReachesTheDeviceAgainAfterACacheReset)
+TEST_F(KRE_GfxRenderStateTest, CullModeReachesTheDeviceAgainAfterACacheReset)
 {
     gfx.SetCullMode(-1);
     Calls();
@@ -173,7 +173,7 @@ TEST_F(RenderState, CullModeReachesTheDeviceAgainAfterACacheReset)
     EXPECT_THAT(Calls(), ElementsAre("SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(RenderState, CacheResetMakesEveryShadowUnknown)
+TEST_F(KRE_GfxRenderStateTest, CacheResetMakesEveryValueUnknown)
 {
     gfx.BeginScene();
     gfx.textureMatrix[3]._11 = 7.0f;
@@ -195,7 +195,7 @@ TEST_F(RenderState, CacheResetMakesEveryShadowUnknown)
     gfx.EndScene();
 }
 
-TEST_F(RenderState, FillModePointAppliesTheKeptRecord)
+TEST_F(KRE_GfxRenderStateTest, FillModePointAppliesTheKeptRecord)
 {
     KRE_PointRecord record;
     record.size = 9.0f;
@@ -208,7 +208,7 @@ TEST_F(RenderState, FillModePointAppliesTheKeptRecord)
     EXPECT_EQ(gfx.fillMode, D3DFILL_POINT);
 }
 
-TEST_F(RenderState, GammaRampNeedsTheHardware)
+TEST_F(KRE_GfxRenderStateTest, GammaRampNeedsTheHardware)
 {
     EXPECT_EQ(gfx.SetGammaRamp(nullptr, 1), 1);
     EXPECT_THAT(Calls(), ElementsAre("SetGammaRamp 0 D3DSGR_NO_CALIBRATION red[0 257 32896 65535] "
@@ -231,7 +231,7 @@ TEST_F(RenderState, GammaRampNeedsTheHardware)
     EXPECT_EQ(gfx.gammaRamp.red[255], 1);
 }
 
-TEST_F(RenderState, IndexedBlendingIsRefusedWithoutSoftwareAndMatrices)
+TEST_F(KRE_GfxRenderStateTest, IndexedBlendingIsRefusedWithoutSoftwareAndMatrices)
 {
     EXPECT_EQ(gfx.caps.MaxVertexBlendMatrixIndex, 0u);
     EXPECT_EQ(gfx.SetIndexedVertexBlend(1), 0);
@@ -247,7 +247,7 @@ TEST_F(RenderState, IndexedBlendingIsRefusedWithoutSoftwareAndMatrices)
                             "SetRenderState D3DRS_INDEXEDVERTEXBLENDENABLE 0"));
 }
 
-TEST_F(RenderState, SoftwareDeviceIsNeverToldToSwitch)
+TEST_F(KRE_GfxRenderStateTest, SoftwareDeviceIsNeverToldToSwitch)
 {
     Start(nullptr, 0);
     gfx.SetSoftwareVertexProcessing(1);

@@ -10,14 +10,14 @@ using testing::SizeIs;
 
 namespace {
 
-class Reset : public EngineTest {
+class KRE_GfxResetTest : public EngineTest {
 protected:
-    Reset() { Start(); }
+    KRE_GfxResetTest() { Start(); }
 };
 
-/// Counts how often a window has had a message.
+/// Counts the messages that a window received.
 int gMessagesSeen = 0;
-/// The characters that keys have brought it.
+/// The characters that it received from keys.
 std::string gCharactersSeen;
 
 LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -29,8 +29,8 @@ LRESULT CALLBACK CountMessages(HWND window, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
-/// A window with the procedure above. Subclassing is not in the headless host's subset, so it is of a
-/// class of its own. No message waits at first.
+/// A window with the procedure above. The headless host does not support subclassing, so the window
+/// has its own class. Its queue is empty at first.
 class CountingWindow {
 public:
     CountingWindow()
@@ -82,7 +82,7 @@ int32_t AddSurface(KRE_Gfx& gfx, D3DPOOL pool, const char* name)
 
 } // namespace
 
-TEST_F(Reset, GoesThroughItsStepsInOrder)
+TEST_F(KRE_GfxResetTest, GoesThroughItsStepsInOrder)
 {
     gfx.ResetDevice(nullptr);
     const std::vector<std::string> calls = Calls();
@@ -130,7 +130,7 @@ TEST_F(Reset, GoesThroughItsStepsInOrder)
         EXPECT_EQ(calls[i], expected[i]) << i;
 }
 
-TEST_F(Reset, ChangedStatesComeBackWithTheirValues)
+TEST_F(KRE_GfxResetTest, ChangedStatesAreRestored)
 {
     const D3DCOLOR unlit = 0xFF445566;
     gfx.SetViewport(1, 2, 33, 34, 0.0f, 0.5f);
@@ -184,7 +184,7 @@ TEST_F(Reset, ChangedStatesComeBackWithTheirValues)
     EXPECT_EQ(gfx.unlitColor, unlit);
 }
 
-TEST_F(Reset, QuirkZEnableIsNotRestored)
+TEST_F(KRE_GfxResetTest, QuirkZEnableIsNotRestored)
 {
     gfx.SetZEnable(0);
     Calls();
@@ -193,7 +193,7 @@ TEST_F(Reset, QuirkZEnableIsNotRestored)
     EXPECT_EQ(gfx.zEnable, 0);
 }
 
-TEST_F(Reset, GivenModeIsTaken)
+TEST_F(KRE_GfxResetTest, GivenModeIsUsed)
 {
     const D3DDISPLAYMODE start = {640, 480, 60, D3DFMT_X8R8G8B8};
     const D3DDISPLAYMODE other = {1024, 768, 60, D3DFMT_R5G6B5};
@@ -208,14 +208,14 @@ TEST_F(Reset, GivenModeIsTaken)
         << "null keeps the mode";
 }
 
-TEST_F(Reset, FailureIsAnError)
+TEST_F(KRE_GfxResetTest, FailureIsAnError)
 {
     FailNext("Reset");
     EXPECT_EQ(RaisedBy([&] { gfx.ResetDevice(nullptr); }),
               "Device Reset failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Reset, LostDeviceIsWaitedForWhileTheWindowHasItsMessages)
+TEST_F(KRE_GfxResetTest, WaitsForALostDeviceWhileHandlingMessages)
 {
     const CountingWindow counting;
     for (int i = 0; i < 3; ++i)
@@ -229,7 +229,7 @@ TEST_F(Reset, LostDeviceIsWaitedForWhileTheWindowHasItsMessages)
     EXPECT_EQ(gMessagesSeen, 3);
 }
 
-TEST_F(Reset, KeysAreTranslatedWhileTheDeviceIsLost)
+TEST_F(KRE_GfxResetTest, KeysAreTranslatedWhileTheDeviceIsLost)
 {
     const CountingWindow counting;
     // Pressed once; its scan code is 1, and its character 27 in every layout.
@@ -240,7 +240,7 @@ TEST_F(Reset, KeysAreTranslatedWhileTheDeviceIsLost)
     EXPECT_EQ(gCharactersSeen, "\x1B");
 }
 
-TEST_F(Reset, DefaultPoolObjectsGoAndTheirEntriesStay)
+TEST_F(KRE_GfxResetTest, DefaultPoolObjectsAreReleasedAndTheirEntriesStay)
 {
     const int32_t lostTexture = AddTexture(gfx, D3DPOOL_DEFAULT, "lost.bmp");
     const int32_t keptTexture = AddTexture(gfx, D3DPOOL_MANAGED, "kept.bmp");
@@ -267,7 +267,7 @@ TEST_F(Reset, DefaultPoolObjectsGoAndTheirEntriesStay)
     EXPECT_EQ(keptToo->Release(), 0u);
 }
 
-TEST_F(Reset, EachEffectIsToldBeforeAndAfter)
+TEST_F(KRE_GfxResetTest, EachEffectIsNotifiedBeforeAndAfter)
 {
     FakeEffect effects[2];
     {
@@ -292,7 +292,7 @@ TEST_F(Reset, EachEffectIsToldBeforeAndAfter)
     }
 }
 
-TEST_F(Reset, EntriesWithoutAnEffectArePassedOver)
+TEST_F(KRE_GfxResetTest, EntriesWithoutAnEffectAreSkipped)
 {
     ShaderEffectData empty;
     gfx.effectManager.Add(&empty, "not compiled.fx");
@@ -301,7 +301,7 @@ TEST_F(Reset, EntriesWithoutAnEffectArePassedOver)
     EXPECT_EQ(gfx.effectManager.GetCount(), 2);
 }
 
-TEST_F(Reset, VertexListsLiveOn)
+TEST_F(KRE_GfxResetTest, VertexListsSurvive)
 {
     IDirect3DVertexBuffer9* const before = gfx.tlList.buffer.Get();
     gfx.ResetDevice(nullptr);
@@ -311,7 +311,7 @@ TEST_F(Reset, VertexListsLiveOn)
     gfx.tlList.Unlock();
 }
 
-TEST_F(Reset, FirstBindAfterItReachesTheDevice)
+TEST_F(KRE_GfxResetTest, FirstBindAfterItReachesTheDevice)
 {
     gfx.boundTexture[0] = nullptr;
     gfx.BeginScene();

@@ -28,7 +28,7 @@ protected:
         EXPECT_EQ(texture->GetLevelCount(), 1u);
         return description;
     }
-    /// Asks for the copy and gives how often the screen was copied meanwhile.
+    /// Requests the copy and returns how often the screen was copied meanwhile.
     size_t Copies(int requests = 1)
     {
         Calls();
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-/// Notes its two calls among the device's.
+/// Records its two calls among the device's.
 class NotedRenderToSurface final : public FakeObject<ID3DXRenderToSurface> {
 public:
     explicit NotedRenderToSurface(std::shared_ptr<CallRecorder> callRecorder)
@@ -202,7 +202,7 @@ TEST_F(ScreenBuffers, CopyThatCannotBeMadeIsAnError)
 
 // ---- Reset
 
-TEST_F(ScreenBuffers, ResetTakesAllOfThemAndTheyComeBackInTheNewSize)
+TEST_F(ScreenBuffers, ResetReleasesAllAndTheyAreRecreatedInTheNewSize)
 {
     gfx.effectCacheOn = 1;
     gfx.GetScreenCopyTexture();
@@ -219,12 +219,12 @@ TEST_F(ScreenBuffers, ResetTakesAllOfThemAndTheyComeBackInTheNewSize)
         EXPECT_FALSE(buffer);
     EXPECT_FALSE(gfx.postEffectsReady) << "they were not there before";
     EXPECT_EQ(DescriptionOf(gfx.GetScreenBufferTexture(KRE_Gfx::kQuarterBuffer, 2)).Width, 10u);
-    IDirect3DTexture9* const copy = gfx.GetScreenCopyTexture(); // in the same frame still
+    IDirect3DTexture9* const copy = gfx.GetScreenCopyTexture(); // still in the same frame
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(DescriptionOf(copy).Width, 40u);
 }
 
-TEST_F(ScreenBuffers, ResetMakesPostEffectsAnewWhereTheyWereReady)
+TEST_F(ScreenBuffers, ResetRecreatesPostEffectsThatWereReady)
 {
     gfx.InitPostRenderEffects();
     window.Resize(40, 24);

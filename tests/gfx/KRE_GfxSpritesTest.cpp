@@ -11,9 +11,9 @@ using testing::Not;
 
 namespace {
 
-class Sprites : public EngineTest {
+class KRE_GfxSpritesTest : public EngineTest {
 protected:
-    Sprites()
+    KRE_GfxSpritesTest()
     {
         Start();
         gfx.CreateTexture(&texture, 16, 8, -1, D3DFMT_X8R8G8B8, 1);
@@ -59,9 +59,9 @@ constexpr float kQuarterTurn = std::numbers::pi_v<float> / 2;
 
 // ---- Corners
 
-// The first corner is 0.25 up and left of where it is wanted, sides are 0.02 shorter than the
-// picture: 15.98 by 7.98.
-TEST_F(Sprites, StandsWithItsCornerAtThePlace)
+// The first corner is 0.25 above and left of the requested place; the sides are 0.02 shorter than
+// the picture: 15.98 by 7.98.
+TEST_F(KRE_GfxSpritesTest, HasItsCornerAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 1.0f, 1.0f);
     ExpectCorners({{99.75f, 57.73f}, {99.75f, 49.75f}, {115.73f, 57.73f}, {115.73f, 49.75f}},
@@ -69,31 +69,31 @@ TEST_F(Sprites, StandsWithItsCornerAtThePlace)
 }
 
 // Sides of 2 * 16 - 0.02 and 3 * 8 - 0.02.
-TEST_F(Sprites, ScalesItsSides)
+TEST_F(KRE_GfxSpritesTest, ScalesItsSides)
 {
     gfx.DrawSprite(0.0f, 0.0f, 0.0f, 2.0f, 3.0f);
     ExpectCorners({{-0.25f, 23.73f}, {-0.25f, -0.25f}, {31.73f, 23.73f}, {31.73f, -0.25f}},
                   "scaled");
 }
 
-// The hot spot (8, 4) is scaled too: the corner lies (16, 12) before the place.
-TEST_F(Sprites, StandsWithItsHotSpotAtThePlace)
+// The hot spot (8, 4) is scaled too: the corner is (16, 12) before the place.
+TEST_F(KRE_GfxSpritesTest, HasItsHotSpotAtThePlace)
 {
     gfx.DrawSprite(100.0f, 50.0f, 0.0f, 2.0f, 3.0f, 8.0f, 4.0f);
     ExpectCorners({{83.75f, 61.73f}, {83.75f, 37.75f}, {115.73f, 61.73f}, {115.73f, 37.75f}},
                   "with a hot spot");
 }
 
-// A quarter of a turn clockwise takes right to down and down to left: (x, y) becomes (-y, x). The
-// corner offset (-8, -4) becomes (4, -8), across becomes (0, 15.98), down becomes (-7.98, 0).
-TEST_F(Sprites, TurnsClockwiseAboutItsHotSpot)
+// A quarter turn clockwise takes right to down and down to left: (x, y) becomes (-y, x). The corner
+// offset (-8, -4) becomes (4, -8), across becomes (0, 15.98), down becomes (-7.98, 0).
+TEST_F(KRE_GfxSpritesTest, TurnsClockwiseAboutItsHotSpot)
 {
     gfx.DrawSprite(100.0f, 50.0f, kQuarterTurn, 1.0f, 1.0f, 8.0f, 4.0f);
     ExpectCorners({{95.77f, 41.75f}, {103.75f, 41.75f}, {95.77f, 57.73f}, {103.75f, 57.73f}},
                   "turned");
 }
 
-TEST_F(Sprites, FillsARectangle)
+TEST_F(KRE_GfxSpritesTest, FillsARectangle)
 {
     gfx.DrawSpriteRect(10.0f, 20.0f, 40.0f, 60.0f, {1, 2, 3, 4}, 0.5f);
     ExpectCorners({{9.75f, 59.73f}, {9.75f, 19.75f}, {39.73f, 59.73f}, {39.73f, 19.75f}},
@@ -107,7 +107,7 @@ TEST_F(Sprites, FillsARectangle)
     }
 }
 
-TEST_F(Sprites, HasOneColorAndDepthOnAllCorners)
+TEST_F(KRE_GfxSpritesTest, HasOneColorAndDepthOnAllCorners)
 {
     gfx.DrawSprite(0.0f, 0.0f, 0.0f, 1.0f, 1.0f, 0.0f, 0.0f, 0x80FF0000, 0.25f);
     for (const KRE_TLVertex& vertex : Quad()) {
@@ -117,7 +117,7 @@ TEST_F(Sprites, HasOneColorAndDepthOnAllCorners)
 }
 
 // Origin + B, origin, origin + A + B, origin + A, with A = (1, 0) and B = (0, 1).
-TEST_F(Sprites, KeepsTheTextureCoordinates)
+TEST_F(KRE_GfxSpritesTest, KeepsTheTextureCoordinates)
 {
     gfx.DrawSprite(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
     const std::vector<KRE_TLVertex> quad = Quad();
@@ -130,7 +130,7 @@ TEST_F(Sprites, KeepsTheTextureCoordinates)
 
 // ---- The draw
 
-TEST_F(Sprites, DrawsTheQuadWithoutCullingAndDepth)
+TEST_F(KRE_GfxSpritesTest, DrawsTheQuadWithoutCullingAndDepth)
 {
     gfx.SetZEnable(D3DZB_TRUE);
     Calls();
@@ -150,7 +150,7 @@ TEST_F(Sprites, DrawsTheQuadWithoutCullingAndDepth)
     EXPECT_EQ(gfx.zDisableCount, 0);
 }
 
-TEST_F(Sprites, SoftwareProcessingIsSwitchedOff)
+TEST_F(KRE_GfxSpritesTest, SoftwareProcessingIsSwitchedOff)
 {
     gfx.SetSoftwareVertexProcessing(1);
     Calls();
@@ -158,7 +158,7 @@ TEST_F(Sprites, SoftwareProcessingIsSwitchedOff)
     EXPECT_THAT(Calls(), Contains("SetSoftwareVertexProcessing 0"));
 }
 
-TEST_F(Sprites, QuirkClampFlagWraps)
+TEST_F(KRE_GfxSpritesTest, QuirkClampFlagWraps)
 {
     texture.clampFlag = 1;
     gfx.ResetStateCache();
@@ -168,7 +168,7 @@ TEST_F(Sprites, QuirkClampFlagWraps)
                             "SetSamplerState 0 D3DSAMP_ADDRESSV D3DTADDRESS_WRAP"));
 }
 
-TEST_F(Sprites, NextAddressingReachesTheDeviceWhateverItIs)
+TEST_F(KRE_GfxSpritesTest, NextAddressingReachesTheDeviceWhateverItIs)
 {
     gfx.DrawLastTexture();
     Calls();
@@ -176,7 +176,7 @@ TEST_F(Sprites, NextAddressingReachesTheDeviceWhateverItIs)
     EXPECT_EQ(Calls().size(), 2u);
 }
 
-TEST_F(Sprites, DepthCanBeKept)
+TEST_F(KRE_GfxSpritesTest, DepthCanBeKept)
 {
     gfx.SetZEnable(D3DZB_TRUE);
     gfx.spriteUsesZ = 1;
@@ -185,7 +185,7 @@ TEST_F(Sprites, DepthCanBeKept)
     EXPECT_THAT(Calls(), Not(Contains("SetRenderState D3DRS_ZENABLE D3DZB_FALSE")));
 }
 
-TEST_F(Sprites, QuirkKeptDepthIsSwitchedOnAfterwards)
+TEST_F(KRE_GfxSpritesTest, QuirkKeptDepthIsSwitchedOnAfterwards)
 {
     gfx.SetZEnable(D3DZB_TRUE);
     gfx.DisableZ();
@@ -196,7 +196,7 @@ TEST_F(Sprites, QuirkKeptDepthIsSwitchedOnAfterwards)
     EXPECT_EQ(gfx.zDisableCount, 0);
 }
 
-TEST_F(Sprites, DisabledDrawingKeepsTheStateWork)
+TEST_F(KRE_GfxSpritesTest, DisabledDrawingStillSetsStates)
 {
     gfx.drawDisabled = 1;
     gfx.DrawSprite(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
@@ -208,7 +208,7 @@ TEST_F(Sprites, DisabledDrawingKeepsTheStateWork)
 
 // ---- Failures
 
-TEST_F(Sprites, NoTextureIsAnError)
+TEST_F(KRE_GfxSpritesTest, NoTextureIsAnError)
 {
     gfx.SetTexture(nullptr);
     Calls();
@@ -218,7 +218,7 @@ TEST_F(Sprites, NoTextureIsAnError)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(Sprites, QuadThatCanNotBeLockedIsAnError)
+TEST_F(KRE_GfxSpritesTest, QuadThatCanNotBeLockedIsAnError)
 {
     texture.quad = ComPointer<IDirect3DVertexBuffer9>::Adopt(new BrokenVertexBuffer);
     EXPECT_EQ(RaisedBy([&] { gfx.DrawSprite(0.0f, 0.0f, 0.0f, 1.0f, 1.0f); }),
@@ -228,7 +228,7 @@ TEST_F(Sprites, QuadThatCanNotBeLockedIsAnError)
               " VB Lock failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Sprites, FailuresAreErrors)
+TEST_F(KRE_GfxSpritesTest, FailuresAreErrors)
 {
     FailNext("SetStreamSource");
     EXPECT_EQ(DrawError(), " SetStreamSource in DrawLastTexture failed: D3DERR_INVALIDCALL");

@@ -6,9 +6,9 @@ using testing::IsEmpty;
 
 namespace {
 
-class TextureStage : public EngineTest {
+class KRE_GfxTextureStageTest : public EngineTest {
 protected:
-    TextureStage()
+    KRE_GfxTextureStageTest()
     {
         Start();
         gfx.ResetStateCache();
@@ -20,7 +20,7 @@ using StageCall = void (*)(KRE_Gfx&, int32_t, DWORD);
 const struct {
     StageCall call;
     DWORD value;
-    const char* expected; // behind "SetTextureStageState 5 "
+    const char* expected; // after "SetTextureStageState 5 "
 } kStageCalls[] = {
     {[](KRE_Gfx& g, int32_t stage, DWORD value) { g.SetColorOp(stage, value); }, D3DTOP_ADD,
      "D3DTSS_COLOROP D3DTOP_ADD"},
@@ -44,7 +44,7 @@ const struct {
 
 } // namespace
 
-TEST_F(TextureStage, CheckedStatesAreSentOncePerStage)
+TEST_F(KRE_GfxTextureStageTest, CheckedStatesAreSentOncePerStage)
 {
     for (const auto& c : kStageCalls) {
         const std::string rest = c.expected;
@@ -56,7 +56,7 @@ TEST_F(TextureStage, CheckedStatesAreSentOncePerStage)
     }
 }
 
-TEST_F(TextureStage, StagesOutsideTheEightAreErrors)
+TEST_F(KRE_GfxTextureStageTest, StagesOutsideTheEightAreErrors)
 {
     for (const auto& c : kStageCalls) {
         EXPECT_EQ(RaisedBy([&] { c.call(gfx, 8, 0); }), "Invalid stage: 8") << c.expected;
@@ -69,9 +69,9 @@ TEST_F(TextureStage, StagesOutsideTheEightAreErrors)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(TextureStage, StatesOutsideTheTablesAreSentAndNotKept)
+TEST_F(KRE_GfxTextureStageTest, StatesOutsideTheTablesAreSentAndNotKept)
 {
-    // The number behind the last of a row's 14 or 33 states would be the next row's first one.
+    // The number after the last of a row's 14 or 33 states would be the first of the next row.
     constexpr int32_t kKept = 5;
     for (auto& row : gfx.cache.samplerState)
         std::fill(std::begin(row), std::end(row), kKept);
@@ -94,7 +94,7 @@ TEST_F(TextureStage, StatesOutsideTheTablesAreSentAndNotKept)
     EXPECT_EQ(gfx.cache.stageState[7][32], 1);
 }
 
-TEST_F(TextureStage, ConstantIsAlwaysSent)
+TEST_F(KRE_GfxTextureStageTest, ConstantIsAlwaysSent)
 {
     gfx.SetConstant(1, 0xFF010203);
     gfx.SetConstant(1, 0xFF010203);
@@ -102,7 +102,7 @@ TEST_F(TextureStage, ConstantIsAlwaysSent)
                                      "SetTextureStageState 1 D3DTSS_CONSTANT 0xFF010203"));
 }
 
-TEST_F(TextureStage, FailuresNameStageTypeAndValue)
+TEST_F(KRE_GfxTextureStageTest, FailuresNameStageTypeAndValue)
 {
     FailNext("SetTextureStageState");
     EXPECT_EQ(RaisedBy([&] { gfx.SetTextureStageState(2, D3DTSS_COLOROP, 4); }),
@@ -112,7 +112,7 @@ TEST_F(TextureStage, FailuresNameStageTypeAndValue)
               " SetSamplerState failed: D3DERR_INVALIDCALL (stage 3, type 5, value 2)");
 }
 
-TEST_F(TextureStage, AddressesAreSentOnceAndKept)
+TEST_F(KRE_GfxTextureStageTest, AddressesAreSentOnceAndKept)
 {
     gfx.SetTextureAddress(D3DTADDRESS_MIRROR, 2);
     gfx.SetTextureAddressU(D3DTADDRESS_MIRROR, 2);
@@ -124,7 +124,7 @@ TEST_F(TextureStage, AddressesAreSentOnceAndKept)
     EXPECT_EQ(gfx.addressU[1], DWORD{D3DTADDRESS_WRAP});
 }
 
-TEST_F(TextureStage, RefusedAddressIsAWarningAndTriedAgain)
+TEST_F(KRE_GfxTextureStageTest, RefusedAddressIsAWarningAndTriedAgain)
 {
     FailNext("SetSamplerState");
     gfx.SetTextureAddressU(77, 0);
@@ -138,7 +138,7 @@ TEST_F(TextureStage, RefusedAddressIsAWarningAndTriedAgain)
                                      "SetSamplerState 0 D3DSAMP_ADDRESSV 77"));
 }
 
-TEST_F(TextureStage, MipmapModeAndBiasFollowTheHardware)
+TEST_F(KRE_GfxTextureStageTest, MipmapModeAndBiasFollowTheHardware)
 {
     gfx.SetMipmapMode(2, -0.5f, 1);
     EXPECT_THAT(Calls(), ElementsAre("SetSamplerState 1 D3DSAMP_MIPFILTER D3DTEXF_LINEAR",
@@ -155,7 +155,7 @@ TEST_F(TextureStage, MipmapModeAndBiasFollowTheHardware)
     EXPECT_EQ(gfx.lodBias[0], 0.25f);
 }
 
-TEST_F(TextureStage, FilterModesByNumber)
+TEST_F(KRE_GfxTextureStageTest, FilterModesByNumber)
 {
     static const struct {
         int32_t mode;
@@ -191,7 +191,7 @@ TEST_F(TextureStage, FilterModesByNumber)
     }
 }
 
-TEST_F(TextureStage, RenderSourcesByNumber)
+TEST_F(KRE_GfxTextureStageTest, RenderSourcesByNumber)
 {
     const std::vector<std::string> lit = {
         "SetTextureStageState 4 D3DTSS_COLOROP D3DTOP_MODULATE",

@@ -110,7 +110,7 @@ TEST_F(Textures, CompressionNeedsItsFormats)
     EXPECT_EQ(gfx->textureCompression, 0);
 }
 
-TEST_F(Textures, ASinkIsToldOfEachSearchForATexture)
+TEST_F(Textures, ASinkIsCalledForEachSearchForATexture)
 {
     static std::vector<std::string> told;
     told.clear();
@@ -156,7 +156,7 @@ TEST_F(Textures, FindTextureFileLooksInItsPlacesInOrder)
     }
 }
 
-TEST_F(Textures, ALeafBesideTheSceneIsTakenWhenAllPlacesFail)
+TEST_F(Textures, ALeafBesideTheSceneIsUsedWhenAllPlacesFail)
 {
     for (const char* name : {"scene/p.bmp", "scene/q.bmp", "base/maps/q.bmp", "maps/r.bmp",
                              "scene/r.bmp", "scene/s.fx"})
@@ -193,7 +193,7 @@ TEST_F(Textures, ALeafBesideTheSceneIsTakenWhenAllPlacesFail)
     EXPECT_TRUE(gfx->ResolveTexturePath("C:\\art\\p.bmp", "scene").IsEmpty()) << "as it was";
 }
 
-TEST_F(Textures, EffectsAreNotTakenByTheirLeaves)
+TEST_F(Textures, EffectsAreNotFoundByTheirLeaves)
 {
     directory.Write("scene/s.fx", "");
     String path;
@@ -201,7 +201,7 @@ TEST_F(Textures, EffectsAreNotTakenByTheirLeaves)
     EXPECT_STREQ(path.c_str(), "C:\\art\\s.fx");
 }
 
-TEST_F(Textures, EachTextureThatIsTakenByItsLeafIsToldOnce)
+TEST_F(Textures, EachTextureFoundByItsLeafIsReportedOnce)
 {
     directory.Write("scene/p.bmp", "");
     directory.Write("scene/q.bmp", "");
@@ -210,7 +210,7 @@ TEST_F(Textures, EachTextureThatIsTakenByItsLeafIsToldOnce)
     for (int time = 0; time < 3; ++time) {
         gfx->FindTextureFile(&path, "C:\\art\\p.bmp", "scene");
         gfx->FindTextureFile(&path, "art\\q.bmp", "scene");
-        gfx->FindTextureFile(&path, "p.bmp", "scene"); // found in its place
+        gfx->FindTextureFile(&path, "p.bmp", "scene"); // found at its path
         gfx->FindTextureFile(&path, "C:\\art\\gone.bmp", "scene");
     }
     gfx->FindTextureFile(&path, "C:\\art\\p.bmp", "other");
@@ -229,7 +229,7 @@ TEST_F(Textures, EachTextureThatIsTakenByItsLeafIsToldOnce)
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 3) << log;
 }
 
-TEST_F(Textures, ASinkIsToldOfTheLeafThatIsTaken)
+TEST_F(Textures, ASinkIsCalledWithTheLeafThatIsUsed)
 {
     static std::vector<std::string> told;
     told.clear();
@@ -350,7 +350,7 @@ TEST_F(CreateTexture, PlaceholderIsSmallAndGrey)
     EXPECT_EQ(PixelOf(texture, 3, 3), 0xFF969696u);
 }
 
-TEST_F(Textures, NothingIsLeftOfThemWhenTheEngineHasGone)
+TEST_F(Textures, NothingIsLeftOfThemAfterTheEngine)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     gfx->catalogue.AddTexture("a", "a.bmp", 0, true);

@@ -8,9 +8,9 @@ using testing::IsEmpty;
 
 namespace {
 
-class Transform : public EngineTest {
+class KRE_GfxTransformTest : public EngineTest {
 protected:
-    Transform() { Start(); }
+    KRE_GfxTransformTest() { Start(); }
 };
 
 /// 1 on the diagonal, and the numbers 2, 3, 5 as translation.
@@ -28,7 +28,7 @@ constexpr char kMoved[] = "[1 0 0 0 0 1 0 0 0 0 1 0 2 3 5 1]";
 
 } // namespace
 
-TEST_F(Transform, ViewAndWorldAreKeptAndSent)
+TEST_F(KRE_GfxTransformTest, ViewAndWorldAreKeptAndSent)
 {
     gfx.SetViewMatrix(Moved());
     gfx.SetWorldMatrix(Moved());
@@ -42,21 +42,21 @@ TEST_F(Transform, ViewAndWorldAreKeptAndSent)
     EXPECT_EQ(gfx.matricesChanged, 1);
 }
 
-TEST_F(Transform, WorldMatricesOutsideThePaletteAreLeftOut)
+TEST_F(KRE_GfxTransformTest, WorldMatricesOutsideThePaletteAreIgnored)
 {
     for (int32_t index : {-1, 256, INT_MAX, INT_MIN})
         gfx.SetWorldMatrix(Moved(), index);
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(Transform, FailureIsAnError)
+TEST_F(KRE_GfxTransformTest, FailureIsAnError)
 {
     FailNext("SetTransform");
     EXPECT_EQ(RaisedBy([&] { gfx.SetTransform(D3DTS_VIEW, Moved()); }),
               "SetTransform failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(Transform, ProjectionIsScaledToW)
+TEST_F(KRE_GfxTransformTest, ProjectionIsScaledToW)
 {
     D3DXMATRIX matrix = Moved();
     matrix._34 = 2.0f;
@@ -72,7 +72,7 @@ TEST_F(Transform, ProjectionIsScaledToW)
     }
 }
 
-TEST_F(Transform, ProjectionTakesTheViewportsAspect)
+TEST_F(KRE_GfxTransformTest, ProjectionTakesTheViewportsAspect)
 {
     // The cotangent of half of a quarter turn is 1, so m22 is 1 and m11 the inverse of the aspect.
     constexpr float kQuarterTurn = 1.57079633f;
@@ -90,7 +90,7 @@ TEST_F(Transform, ProjectionTakesTheViewportsAspect)
     EXPECT_NEAR(gfx.projection._11, 0.25f, 1e-6f);
 }
 
-TEST_F(Transform, MirrorTurnsXAndTheFacesAndBack)
+TEST_F(KRE_GfxTransformTest, MirrorFlipsXAndTheFacesAndBack)
 {
     gfx.SetProjection(1.0f, 10.0f, 1.0f, 2.0f);
     const float m11 = gfx.projection._11;
@@ -106,9 +106,9 @@ TEST_F(Transform, MirrorTurnsXAndTheFacesAndBack)
     EXPECT_EQ(gfx.cullMode, -1);
 }
 
-TEST_F(Transform, ViewPositionIsTheInverseViewsFourthRow)
+TEST_F(KRE_GfxTransformTest, ViewPositionIsTheInverseViewsFourthRow)
 {
-    // A view that only moves by (2, 3, 5) belongs to an eye at (-2, -3, -5).
+    // A view that only translates by (2, 3, 5) means an eye at (-2, -3, -5).
     gfx.SetViewMatrix(Moved());
     D3DXVECTOR3 position;
     gfx.GetViewPosition(position);
@@ -117,7 +117,7 @@ TEST_F(Transform, ViewPositionIsTheInverseViewsFourthRow)
     EXPECT_EQ(position.z, -5.0f);
 }
 
-TEST_F(Transform, ViewPositionOfAViewWithoutInverseIsTheOrigin)
+TEST_F(KRE_GfxTransformTest, ViewPositionOfAViewWithoutInverseIsTheOrigin)
 {
     gfx.SetViewMatrix(D3DMATRIX{});
     D3DXVECTOR3 position;
@@ -127,9 +127,9 @@ TEST_F(Transform, ViewPositionOfAViewWithoutInverseIsTheOrigin)
     EXPECT_EQ(position.z, 0.0f);
 }
 
-TEST_F(Transform, WorldViewProjectionIsInOrderOfApplication)
+TEST_F(KRE_GfxTransformTest, WorldViewProjectionIsInOrderOfApplication)
 {
-    // x: doubled by the world, moved by 3 by the view, halved by the projection: 1 -> 2.5.
+    // x: doubled by the world, shifted by 3 by the view, halved by the projection: 1 -> 2.5.
     D3DXMATRIX matrix;
     D3DXMatrixIdentity(&matrix);
     matrix._11 = 2.0f;
@@ -145,7 +145,7 @@ TEST_F(Transform, WorldViewProjectionIsInOrderOfApplication)
     EXPECT_EQ(gfx.worldViewProj._41, 1.5f);
 }
 
-TEST_F(Transform, TextureMatrixIsSetWithItsFlagsAndNullTakesThemOff)
+TEST_F(KRE_GfxTransformTest, TextureMatrixIsSetWithItsFlagsAndNullClearsThem)
 {
     const D3DXMATRIX matrix = Moved();
     gfx.SetTextureTransform(&matrix, 3);
@@ -162,7 +162,7 @@ TEST_F(Transform, TextureMatrixIsSetWithItsFlagsAndNullTakesThemOff)
                   "Invalid texture stage in SetTextureTransform()");
 }
 
-TEST_F(Transform, ViewportIsMadeFromItsCorners)
+TEST_F(KRE_GfxTransformTest, ViewportIsMadeFromItsCorners)
 {
     gfx.viewportChanged = 0;
     gfx.SetViewport(10, 20, 40, 48, 0.25f, 0.75f);
@@ -170,7 +170,7 @@ TEST_F(Transform, ViewportIsMadeFromItsCorners)
     EXPECT_EQ(gfx.viewportChanged, 1);
 }
 
-TEST_F(Transform, RefusedViewportIsAWarningInAWindow)
+TEST_F(KRE_GfxTransformTest, RefusedViewportIsAWarningInAWindow)
 {
     FailNext("SetViewport");
     gfx.SetViewport(0, 0, 9000, 9000, 0.0f, 1.0f);
@@ -178,7 +178,7 @@ TEST_F(Transform, RefusedViewportIsAWarningInAWindow)
     EXPECT_EQ(gfx.viewport.Width, 9000u);
 }
 
-TEST_F(Transform, RefusedViewportIsAnErrorInFullScreen)
+TEST_F(KRE_GfxTransformTest, RefusedViewportIsAnErrorInFullScreen)
 {
     const D3DDISPLAYMODE mode = {640, 480, 60, D3DFMT_X8R8G8B8};
     Start(&mode);

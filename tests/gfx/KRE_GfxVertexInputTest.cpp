@@ -4,14 +4,14 @@ using testing::ElementsAre;
 
 namespace {
 
-class VertexInput : public EngineTest {
+class KRE_GfxVertexInputTest : public EngineTest {
 protected:
-    VertexInput() { Start(); }
+    KRE_GfxVertexInputTest() { Start(); }
 };
 
 } // namespace
 
-TEST_F(VertexInput, FormatIsKept)
+TEST_F(KRE_GfxVertexInputTest, FormatIsKept)
 {
     gfx.SetFVF(KRE_TLVertex::kFvf);
     EXPECT_EQ(gfx.currentFvf, 0x1C4u);
@@ -21,7 +21,7 @@ TEST_F(VertexInput, FormatIsKept)
     EXPECT_EQ(gfx.currentFvf, 0x1C4u);
 }
 
-TEST_F(VertexInput, QuirkStreamNumberIsKeptButStreamZeroIsSet)
+TEST_F(KRE_GfxVertexInputTest, QuirkStreamNumberIsKeptButStreamZeroIsSet)
 {
     gfx.SetStreamSource(3, gfx.tlList.buffer.Get(), 32);
     EXPECT_THAT(Calls(), ElementsAre("SetStreamSource 0 vertexbuffer#4 0 32"));
@@ -31,7 +31,7 @@ TEST_F(VertexInput, QuirkStreamNumberIsKeptButStreamZeroIsSet)
               "SetStreamSource failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(VertexInput, IndicesAreSet)
+TEST_F(KRE_GfxVertexInputTest, IndicesAreSet)
 {
     gfx.SetIndices(nullptr);
     EXPECT_THAT(Calls(), ElementsAre("SetIndices null"));
@@ -39,7 +39,7 @@ TEST_F(VertexInput, IndicesAreSet)
     EXPECT_EQ(RaisedBy([&] { gfx.SetIndices(nullptr); }), "SetIndices failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(VertexInput, RefusedSoftwareProcessingIsTriedAgain)
+TEST_F(KRE_GfxVertexInputTest, RefusedSoftwareProcessingIsTriedAgain)
 {
     FailNext("SetSoftwareVertexProcessing");
     gfx.SetSoftwareVertexProcessing(1);

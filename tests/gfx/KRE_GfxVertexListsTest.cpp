@@ -6,9 +6,9 @@ using testing::IsEmpty;
 
 namespace {
 
-class VertexLists : public EngineTest {
+class KRE_GfxVertexListsTest : public EngineTest {
 protected:
-    VertexLists() { Start(); }
+    KRE_GfxVertexListsTest() { Start(); }
 
     VertexInfo InfoOf(DWORD fvf)
     {
@@ -18,7 +18,7 @@ protected:
     }
 
     char place = 0;
-    /// Nothing looks into the effect: the engine keeps its abilities beside it.
+    /// The effect itself is never used: the engine stores its capabilities separately.
     KRE_ShaderEffect* const effect = reinterpret_cast<KRE_ShaderEffect*>(&place);
     KRE_VertexListTemp<KRE_PointVertex> list;
 };
@@ -27,7 +27,7 @@ constexpr DWORD kBlended = D3DFVF_XYZB2 | D3DFVF_LASTBETA_UBYTE4;
 
 } // namespace
 
-TEST_F(VertexLists, ListIsMadeWithPoolAndUsage)
+TEST_F(KRE_GfxVertexListsTest, ListIsMadeWithPoolAndUsage)
 {
     gfx.CreateVertexList(&list, 10, -1, 0);
     EXPECT_THAT(Calls(), ElementsAre("CreateVertexBuffer 160 0 D3DFVF_XYZ|D3DFVF_DIFFUSE "
@@ -42,7 +42,7 @@ TEST_F(VertexLists, ListIsMadeWithPoolAndUsage)
     EXPECT_EQ(list.primitiveCount, 0);
 }
 
-TEST_F(VertexLists, PointSpritesAreDrawnAsPoints)
+TEST_F(KRE_GfxVertexListsTest, PointSpritesAreDrawnAsPoints)
 {
     list.isPointSprite = 1;
     gfx.CreateVertexList(&list, 1, -1, 1);
@@ -51,7 +51,7 @@ TEST_F(VertexLists, PointSpritesAreDrawnAsPoints)
     EXPECT_THAT(Calls().at(0), HasSubstr(" 16 0 ")) << "a given usage stands";
 }
 
-TEST_F(VertexLists, SoftwareProcessingIsPartOfTheUsage)
+TEST_F(KRE_GfxVertexListsTest, SoftwareProcessingIsPartOfTheUsage)
 {
     gfx.CreateVertexList(&list, 1, D3DUSAGE_SOFTWAREPROCESSING, 1);
     EXPECT_EQ(list.info.processing, 0) << "asked for";
@@ -69,7 +69,7 @@ TEST_F(VertexLists, SoftwareProcessingIsPartOfTheUsage)
     EXPECT_EQ(list.info.processing, 0);
 }
 
-TEST_F(VertexLists, ListThatIsMadeAnewLosesItsVerticesAndTheirLock)
+TEST_F(KRE_GfxVertexListsTest, RecreatedListLosesItsVerticesAndTheirLock)
 {
     gfx.CreateVertexList(&list, 3, -1, 1);
     list.Lock(0, 3, 0);
@@ -82,7 +82,7 @@ TEST_F(VertexLists, ListThatIsMadeAnewLosesItsVerticesAndTheirLock)
     EXPECT_FALSE(list.buffer) << "the old one went first";
 }
 
-TEST_F(VertexLists, BadRequestsAreErrors)
+TEST_F(KRE_GfxVertexListsTest, BadRequestsAreErrors)
 {
     EXPECT_EQ(RaisedBy([&] { gfx.CreateVertexList(nullptr, 1, -1, 1); }),
               "VertexList is NULL pointer");
@@ -98,7 +98,7 @@ TEST_F(VertexLists, BadRequestsAreErrors)
     EXPECT_EQ(list.vertexCount, 0);
 }
 
-TEST_F(VertexLists, ProcessingOfPlainVertices)
+TEST_F(KRE_GfxVertexListsTest, ProcessingOfPlainVertices)
 {
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZ), 0, 0), 1);
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZB4), 0, 0), 1) << "four blend matrices";
@@ -107,7 +107,7 @@ TEST_F(VertexLists, ProcessingOfPlainVertices)
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZB3), 0, 0), 1);
 }
 
-TEST_F(VertexLists, ProcessingOfPointsNeedsSizesAboveOne)
+TEST_F(KRE_GfxVertexListsTest, ProcessingOfPointsNeedsSizesAboveOne)
 {
     const VertexInfo info = InfoOf(D3DFVF_XYZ | D3DFVF_PSIZE);
     EXPECT_EQ(gfx.GetVertexProcessing(info, 0, 0), 1);
@@ -116,7 +116,7 @@ TEST_F(VertexLists, ProcessingOfPointsNeedsSizesAboveOne)
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZ), 0, 0), 1);
 }
 
-TEST_F(VertexLists, ProcessingByIndexFollowsThePalette)
+TEST_F(KRE_GfxVertexListsTest, ProcessingByIndexFollowsThePalette)
 {
     static const struct {
         const char* what;
@@ -143,7 +143,7 @@ TEST_F(VertexLists, ProcessingByIndexFollowsThePalette)
     }
 }
 
-TEST_F(VertexLists, SkinningEffectBlendsUpToItsLimit)
+TEST_F(KRE_GfxVertexListsTest, SkinningEffectBlendsUpToItsLimit)
 {
     gfx.skinningEffect = effect;
     gfx.skinningEffectCaps = KRE_Gfx::kSkinningCapsIndexed;
@@ -154,7 +154,7 @@ TEST_F(VertexLists, SkinningEffectBlendsUpToItsLimit)
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(kBlended), 0, 0), 0) << "left to the hardware";
 }
 
-TEST_F(VertexLists, EffectAloneNeedsAnEffectThatCan)
+TEST_F(KRE_GfxVertexListsTest, ForEffectNeedsACapableEffect)
 {
     EXPECT_EQ(gfx.GetVertexProcessing(InfoOf(D3DFVF_XYZ), 0, 1), 0);
     gfx.skinningEffect = effect;

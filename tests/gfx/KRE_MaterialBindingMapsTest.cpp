@@ -11,11 +11,11 @@ constexpr int32_t kNone = 0;
 constexpr D3DCOLOR kNoTint = 0;
 constexpr D3DCOLOR kTint = 0x00102030;
 
-class MapStages : public MaterialEngine {
+class KRE_MaterialBindingMapsTest : public MaterialEngine {
 protected:
     void Put(int32_t firstType, int32_t secondType)
     {
-        texture.SetStage(0, StageDiffuse, 1.0f); // as an empty slot is
+        texture.SetStage(0, StageDiffuse, 1.0f); // like an empty slot
         if (secondType != kNone)
             PutMap(1, secondType);
         if (firstType != kNone)
@@ -28,9 +28,9 @@ protected:
     }
 };
 
-/// What one material sends; the alpha of blending is 128 (0x80), blending itself is off, and nothing
-/// is known of the device. Each stage that a slot takes has its texture transform switched off and
-/// the slot's picture bound, and the stage above the last one is switched off.
+/// What one material sends. The blend alpha is 128 (0x80), blending itself is off, and the device's
+/// state is unknown. Each stage that a slot takes gets its texture transform switched off and the
+/// slot's picture bound, and the stage above the last one is switched off.
 struct MapCase {
     const char* what;
     int32_t first, second; // types of the slots
@@ -40,7 +40,7 @@ struct MapCase {
     const char* tail;
 };
 
-/// The tail of one map on stage 0 and an empty slot, which takes stage 1.
+/// The final calls for one map on stage 0 and an empty slot, which takes stage 1.
 constexpr const char* kTailOfOne = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE first
@@ -49,7 +49,7 @@ constexpr const char* kTailOfOne = R"(
     1 TEXTURE null
     2 ALPHAOP DISABLE
     2 COLOROP DISABLE)";
-/// The tail of an empty slot and a map on stage 1.
+/// The final calls for an empty slot and a map on stage 1.
 constexpr const char* kTailOfSecond = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE null
@@ -57,7 +57,7 @@ constexpr const char* kTailOfSecond = R"(
     1 TEXTURE second
     2 ALPHAOP DISABLE
     2 COLOROP DISABLE)";
-/// The tail of two maps that take one stage each.
+/// The final calls for two maps that take one stage each.
 constexpr const char* kTailOfTwo = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE first
@@ -65,7 +65,7 @@ constexpr const char* kTailOfTwo = R"(
     1 TEXTURE second
     2 ALPHAOP DISABLE
     2 COLOROP DISABLE)";
-/// The same where the second one takes two stages.
+/// The same if the second one takes two stages.
 constexpr const char* kTailOfThree = R"(
     0 TEXTURETRANSFORMFLAGS DISABLE
     0 TEXTURE first
@@ -317,7 +317,7 @@ const MapCase kMapCases[] = {
 
 } // namespace
 
-TEST_F(MapStages, EachMapSendsItsStates)
+TEST_F(KRE_MaterialBindingMapsTest, EachMapSendsItsStates)
 {
     for (const MapCase& c : kMapCases) {
         texture.Free();
@@ -333,7 +333,7 @@ TEST_F(MapStages, EachMapSendsItsStates)
     }
 }
 
-TEST_F(MapStages, RepeatedMaterialSendsNothingInAnyBlendMode)
+TEST_F(KRE_MaterialBindingMapsTest, RepeatedMaterialSendsNothingInAnyBlendMode)
 {
     for (const MapCase& c : kMapCases) {
         texture.Free();
@@ -351,7 +351,7 @@ TEST_F(MapStages, RepeatedMaterialSendsNothingInAnyBlendMode)
 
 // ---- The stage of the diffuse map
 
-TEST_F(MapStages, ReflectionAndDiffuseBindToStagesZeroAndOneWithMultiplyAdd)
+TEST_F(KRE_MaterialBindingMapsTest, ReflectionAndDiffuseBindToStagesZeroAndOneWithMultiplyAdd)
 {
     Put(StageReflection, StageDiffuse);
     gfx.SetTexture(&texture);
@@ -361,7 +361,7 @@ TEST_F(MapStages, ReflectionAndDiffuseBindToStagesZeroAndOneWithMultiplyAdd)
     EXPECT_EQ(gfx.diffuseStage, 1);
 }
 
-TEST_F(MapStages, TwoDiffuseMapsUseThreeStagesAndTheSecondIsOnStageOne)
+TEST_F(KRE_MaterialBindingMapsTest, TwoDiffuseMapsUseThreeStagesAndTheSecondIsOnStageOne)
 {
     Put(StageDiffuse, StageDiffuse);
     gfx.SetTexture(&texture);
@@ -370,7 +370,7 @@ TEST_F(MapStages, TwoDiffuseMapsUseThreeStagesAndTheSecondIsOnStageOne)
     EXPECT_EQ(gfx.cache.stageState[3][D3DTSS_COLOROP], int32_t{D3DTOP_DISABLE});
 }
 
-TEST_F(MapStages, DiffuseStageFollowsTheMapAndStartsAtZero)
+TEST_F(KRE_MaterialBindingMapsTest, DiffuseStageFollowsTheMapAndStartsAtZero)
 {
     Put(StageReflection, StageDiffuse);
     gfx.tintColor = kTint;
@@ -386,7 +386,7 @@ TEST_F(MapStages, DiffuseStageFollowsTheMapAndStartsAtZero)
 
 // ---- Blending of tinted maps
 
-TEST_F(MapStages, TintedAdditiveBlendTakesTheTintsStagesBack)
+TEST_F(KRE_MaterialBindingMapsTest, TintedAdditiveBlendTakesTheTintsStagesBack)
 {
     Put(StageDiffuse, kNone);
     gfx.tintColor = kTint;
@@ -424,9 +424,9 @@ TEST_F(MapStages, TintedAdditiveBlendTakesTheTintsStagesBack)
         3 COLOROP DISABLE)")));
 }
 
-// The blend belongs to the stage of the tint, and switches off the alpha of the one above, which is
-// the map's: the alpha of the map does not take part.
-TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionTakesNoAlphaOfTheMap)
+// The blend is set on the stage of the tint and switches off the alpha of the stage above, which is
+// the map's: the map's alpha is not used.
+TEST_F(KRE_MaterialBindingMapsTest, QuirkBlendOfATintedMapOverAReflectionIgnoresTheMapsAlpha)
 {
     Put(StageReflection, StageDiffuse);
     gfx.tintColor = kTint;
@@ -438,21 +438,21 @@ TEST_F(MapStages, QuirkBlendOfATintedMapOverAReflectionTakesNoAlphaOfTheMap)
     EXPECT_EQ(gfx.cache.stageState[2][D3DTSS_COLOROP], int32_t{D3DTOP_MULTIPLYADD});
 }
 
-// ---- Maps in places where they can not be
+// ---- Maps where they are not allowed
 
-TEST_F(MapStages, DiffuseInSlotOneOverABumpMapIsAnError)
+TEST_F(KRE_MaterialBindingMapsTest, DiffuseInSlotOneOverABumpMapIsAnError)
 {
     Put(StageBump, StageDiffuse);
     EXPECT_EQ(BindError(), "More than one diffuse map requires a diffuse map at stage 0");
 }
 
-TEST_F(MapStages, ReflectionAboveStageZeroIsAnError)
+TEST_F(KRE_MaterialBindingMapsTest, ReflectionAboveStageZeroIsAnError)
 {
     Put(StageDiffuse, StageReflection);
     EXPECT_EQ(BindError(), "Reflection map in stage other than zero!");
 }
 
-TEST_F(MapStages, TypeThatDoesNotExistIsAnError)
+TEST_F(KRE_MaterialBindingMapsTest, TypeThatDoesNotExistIsAnError)
 {
     Put(StageDiffuse, 7);
     EXPECT_EQ(BindError(), "Invalid type of texture stage 1: 7");
@@ -460,7 +460,7 @@ TEST_F(MapStages, TypeThatDoesNotExistIsAnError)
     EXPECT_EQ(BindError(), "Invalid type of texture stage 0: -1");
 }
 
-TEST_F(MapStages, BadMaterialLeavesTheStatesWithTheDevice)
+TEST_F(KRE_MaterialBindingMapsTest, StatesReachTheDeviceAfterABadMaterial)
 {
     Put(StageDiffuse, StageReflection);
     BindError();
@@ -480,7 +480,7 @@ struct ReflectionCase {
     const char* own; // states of stage 0
 };
 
-// 0.2 * 255 is 51, that is 0x33. The alpha of blending is 128, that is 0x80.
+// 0.2 * 255 is 51, that is 0x33. The blend alpha is 128, that is 0x80.
 const ReflectionCase kReflectionCases[] = {
     {"full, alone", 1.0f, true, false, R"(
         0 COLOROP SELECTARG2
@@ -543,7 +543,7 @@ const ReflectionCase kReflectionCases[] = {
         0 COLORARG2 CONSTANT)"},
 };
 
-/// A map above that needs neither light nor blending.
+/// A map above that needs neither lighting nor blending.
 constexpr const char* kMapAbove = R"(
     1 COLOROP MODULATE
     1 COLORARG1 CURRENT
@@ -552,7 +552,7 @@ constexpr const char* kMapAbove = R"(
 
 } // namespace
 
-TEST_F(MapStages, ReflectionShowsItsStrength)
+TEST_F(KRE_MaterialBindingMapsTest, ReflectionShowsItsStrength)
 {
     for (const ReflectionCase& c : kReflectionCases) {
         texture.Free();
@@ -568,7 +568,7 @@ TEST_F(MapStages, ReflectionShowsItsStrength)
     }
 }
 
-TEST_F(MapStages, ReflectionOf0995IsFullAndOf0994IsNot)
+TEST_F(KRE_MaterialBindingMapsTest, ReflectionOf0995IsFullAndOf0994IsNot)
 {
     Put(StageReflection, StageDiffuse);
     gfx.reflectionAmount = 0.995f;
@@ -579,7 +579,7 @@ TEST_F(MapStages, ReflectionOf0995IsFullAndOf0994IsNot)
     EXPECT_EQ(gfx.cache.stageState[0][D3DTSS_COLOROP], int32_t{D3DTOP_MODULATE});
 }
 
-TEST_F(MapStages, OnlyTheSlotsThatAreWalkedCountAsAbove)
+TEST_F(KRE_MaterialBindingMapsTest, OnlySlotsThatAreBoundCountAsAbove)
 {
     Put(StageReflection, StageModulate);
     gfx.materialStages = 1;
@@ -590,7 +590,7 @@ TEST_F(MapStages, OnlyTheSlotsThatAreWalkedCountAsAbove)
 
 // ---- Colour of surfaces without light
 
-TEST_F(MapStages, UnlitColorComesThroughTheFactor)
+TEST_F(KRE_MaterialBindingMapsTest, UnlitColorComesThroughTheFactor)
 {
     gfx.blendValue = 128;
     gfx.lighting = 0;
@@ -601,7 +601,7 @@ TEST_F(MapStages, UnlitColorComesThroughTheFactor)
     EXPECT_EQ(Calls(), Lines("FACTOR 0x80405060 \n 3 COLORARG0 TFACTOR"));
 }
 
-TEST_F(MapStages, LightOrWhiteLeavesTheVertexColor)
+TEST_F(KRE_MaterialBindingMapsTest, LightOrWhiteLeavesTheVertexColor)
 {
     gfx.lighting = 1;
     gfx.unlitColor = 0xFF405060;
@@ -613,7 +613,7 @@ TEST_F(MapStages, LightOrWhiteLeavesTheVertexColor)
     EXPECT_EQ(Calls(), Lines("3 COLORARG0 DIFFUSE"));
 }
 
-TEST_F(MapStages, UnlitMaterialShowsItsColor)
+TEST_F(KRE_MaterialBindingMapsTest, UnlitMaterialShowsItsColor)
 {
     const D3DCOLOR color = 0x00405060;
     gfx.SetLighting(0, &color);
@@ -629,8 +629,8 @@ TEST_F(MapStages, UnlitMaterialShowsItsColor)
 
 namespace {
 
-/// A view whose inverse takes (0, 0, 1) to `forward`, which has one coordinate of 1 and no other.
-/// It only changes the axes over, so its inverse is its transpose and `forward` the third column.
+/// A view whose inverse takes (0, 0, 1) to `forward`, a unit vector along one axis. It only
+/// permutes the axes, so its inverse is its transpose and `forward` is the third column.
 D3DXMATRIX ViewAlong(const D3DXVECTOR3& forward)
 {
     return {forward.y, forward.z, forward.x, 0, //
@@ -641,7 +641,7 @@ D3DXMATRIX ViewAlong(const D3DXVECTOR3& forward)
 
 } // namespace
 
-TEST_F(MapStages, SphereTakesReflectionVectorsFromTheCamera)
+TEST_F(KRE_MaterialBindingMapsTest, SphereTakesReflectionVectorsFromTheCamera)
 {
     Put(StageSphere, kNone);
     std::vector<std::string> calls = CallsOfBinding();
@@ -662,7 +662,7 @@ TEST_F(MapStages, SphereTakesReflectionVectorsFromTheCamera)
     EXPECT_THAT(CallsOfRepeat(), IsEmpty());
 }
 
-TEST_F(MapStages, SphereAboveStageZeroIsAdded)
+TEST_F(KRE_MaterialBindingMapsTest, SphereAboveStageZeroIsAdded)
 {
     Put(StageDiffuse, StageSphere);
     gfx.SetTexture(&texture);
@@ -670,10 +670,10 @@ TEST_F(MapStages, SphereAboveStageZeroIsAdded)
     EXPECT_THAT(CallsOf("SetTransform"), testing::ElementsAre(testing::HasSubstr("TEXTURE1")));
 }
 
-TEST_F(MapStages, SphereFollowsTheCamera)
+TEST_F(KRE_MaterialBindingMapsTest, SphereFollowsTheCamera)
 {
-    // Along x: no turn, level. Along y: a quarter of a turn, which is 0.25 of the width. Along z:
-    // straight up, half of the height from the middle; the turn of nothing is 0.
+    // Along x: no turn, level. Along y: a quarter turn, which is 0.25 of the width. Along z:
+    // straight up, half the height from the centre; the turn of a zero vector is 0.
     static const struct {
         const char* what;
         D3DXVECTOR3 forward;
@@ -698,7 +698,7 @@ TEST_F(MapStages, SphereFollowsTheCamera)
     }
 }
 
-TEST_F(MapStages, SphereUnderADiffuseMapJoinsAsAReflection)
+TEST_F(KRE_MaterialBindingMapsTest, SphereUnderADiffuseMapJoinsAsAReflection)
 {
     Put(StageSphere, StageDiffuse);
     gfx.SetTexture(&texture);
@@ -706,7 +706,7 @@ TEST_F(MapStages, SphereUnderADiffuseMapJoinsAsAReflection)
     EXPECT_EQ(gfx.cache.stageState[1][D3DTSS_COLORARG0], D3DTA_CURRENT);
 }
 
-TEST_F(MapStages, SphereWithAViewThatHasNoInverseStandsStill)
+TEST_F(KRE_MaterialBindingMapsTest, SphereWithAViewThatHasNoInverseUsesTheIdentity)
 {
     gfx.SetViewMatrix(D3DXMATRIX(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
     Put(StageSphere, kNone);

@@ -8,7 +8,7 @@ using testing::UnorderedElementsAreArray;
 
 namespace {
 
-class MaterialStates : public MaterialEngine {
+class KRE_MaterialBindingStatesTest : public MaterialEngine {
 protected:
     KRE_MaterialInfo info;
 };
@@ -103,8 +103,8 @@ constexpr const char* kMode17With150 = R"(
     DESTBLEND D3DBLEND_INVSRCCOLOR
     1 ALPHAOP DISABLE)";
 
-// The alpha of a transparent material is round((1 - transparency) * alpha): 0.75 * 200 is 150. Modes
-// 3, 5 and 9 have an alpha of 255 of their own.
+// The alpha of a transparent material is round((1 - transparency) * alpha): 0.75 * 200 is 150.
+// Modes 3, 5 and 9 always use an alpha of 255.
 const MaterialBlendCase kImageBlends[] = {
     {"filter, opaque: as given", kTransparencyFilter, 0.0f, 9, 200.0f, 9, 255, kMode9With200},
     {"filter, opaque, value rounded", kTransparencyFilter, 0.0f, 7, 199.6f, 7, 200, kMode7With200},
@@ -131,7 +131,7 @@ const MaterialBlendCase kColorBlends[] = {
 
 } // namespace
 
-TEST_F(MaterialStates, PictureIsBlendedByTypeAndTransparency)
+TEST_F(KRE_MaterialBindingStatesTest, PictureIsBlendedByTypeAndTransparency)
 {
     for (const MaterialBlendCase& c : kImageBlends) {
         info.transparencyType = c.type;
@@ -150,7 +150,7 @@ TEST_F(MaterialStates, PictureIsBlendedByTypeAndTransparency)
     }
 }
 
-TEST_F(MaterialStates, ColorIsBlendedAndNothingElseIsTouched)
+TEST_F(KRE_MaterialBindingStatesTest, ColorIsBlendedAndNothingElseIsTouched)
 {
     for (const MaterialBlendCase& c : kColorBlends) {
         info.transparencyType = c.type;
@@ -166,14 +166,14 @@ TEST_F(MaterialStates, ColorIsBlendedAndNothingElseIsTouched)
     }
 }
 
-TEST_F(MaterialStates, ColorOfAnUnknownTypeIsLeftAlone)
+TEST_F(KRE_MaterialBindingStatesTest, ColorOfAnUnknownTypeIsLeftAlone)
 {
     info.transparencyType = 3;
     gfx.ApplyMaterialBlend(info, false, 1, 255.0f);
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(MaterialStates, BlendsOnStageZero)
+TEST_F(KRE_MaterialBindingStatesTest, BlendsOnStageZero)
 {
     gfx.ApplyMaterialBlend(info, true, 7, 255.0f);
     EXPECT_THAT(Calls(),
@@ -181,7 +181,7 @@ TEST_F(MaterialStates, BlendsOnStageZero)
                                        "SetTextureStageState 1 D3DTSS_ALPHAOP D3DTOP_DISABLE"}));
 }
 
-TEST_F(MaterialStates, QuirkUnknownTypeIsToldByTheFirstWordOfTheRecord)
+TEST_F(KRE_MaterialBindingStatesTest, QuirkUnknownTypeIsReportedAsTheFirstWordOfTheRecord)
 {
     info.transparencyType = 3;
     info.diffuse.r = 1.0f; // 0x3F800000
@@ -193,13 +193,13 @@ TEST_F(MaterialStates, QuirkUnknownTypeIsToldByTheFirstWordOfTheRecord)
               "Unknown material blend mode: 0");
 }
 
-TEST_F(MaterialStates, InvalidModeOfAnOpaqueMaterialIsAnError)
+TEST_F(KRE_MaterialBindingStatesTest, InvalidModeOfAnOpaqueMaterialIsAnError)
 {
     EXPECT_EQ(RaisedBy([&] { gfx.ApplyMaterialBlend(info, true, 8, 255.0f); }),
               "Invalid Blending mode selected!");
 }
 
-TEST_F(MaterialStates, AddressingMirrorsOrTilesOrClamps)
+TEST_F(KRE_MaterialBindingStatesTest, AddressingMirrorsOrTilesOrClamps)
 {
     static const struct {
         const char* what;
@@ -229,7 +229,7 @@ TEST_F(MaterialStates, AddressingMirrorsOrTilesOrClamps)
     }
 }
 
-TEST_F(MaterialStates, SameMaterialAgainCostsOnlyTheFactor)
+TEST_F(KRE_MaterialBindingStatesTest, SameMaterialAgainCostsOnlyTheFactor)
 {
     info.transparency = 0.25f;
     gfx.ApplyMaterialBlend(info, true, 1, 200.0f);
@@ -239,7 +239,7 @@ TEST_F(MaterialStates, SameMaterialAgainCostsOnlyTheFactor)
         << "150 is 0x96";
 }
 
-TEST_F(MaterialStates, ReflectionAndColorsComeFromTheMaterial)
+TEST_F(KRE_MaterialBindingStatesTest, ReflectionAndColorsComeFromTheMaterial)
 {
     info.diffuse = {0.5f, 0.25f, 0.0f, 1.0f};
     info.power = 8.0f;
@@ -250,7 +250,7 @@ TEST_F(MaterialStates, ReflectionAndColorsComeFromTheMaterial)
                                      "specular[1 1 1 1] emissive[0 0 0 1] power=8"));
 }
 
-TEST_F(MaterialStates, WhiteNeedsReflectionWithDiffuse)
+TEST_F(KRE_MaterialBindingStatesTest, WhiteNeedsReflectionWithDiffuse)
 {
     info.diffuse = {0.5f, 0.25f, 0.0f, 0.5f};
     gfx.reflectionWithDiffuse = 1;

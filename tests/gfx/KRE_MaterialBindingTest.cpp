@@ -7,9 +7,9 @@ using testing::UnorderedElementsAreArray;
 
 namespace {
 
-class MaterialBinding : public MaterialEngine {
+class KRE_MaterialBindingTest : public MaterialEngine {
 protected:
-    MaterialBinding()
+    KRE_MaterialBindingTest()
     {
         PutMap(0, StageDiffuse);
         Calls();
@@ -25,7 +25,7 @@ protected:
 
 // ---- Nothing to bind
 
-TEST_F(MaterialBinding, NullLeavesStageZeroWithTheVertexColor)
+TEST_F(KRE_MaterialBindingTest, NullLeavesStageZeroWithTheVertexColor)
 {
     gfx.ResetStateCache();
     gfx.SetTexture(nullptr, -1);
@@ -44,7 +44,7 @@ TEST_F(MaterialBinding, NullLeavesStageZeroWithTheVertexColor)
     EXPECT_THAT(Calls(), IsEmpty()) << "nothing is bound any more";
 }
 
-TEST_F(MaterialBinding, TextureWithoutAPictureIsBoundAsNull)
+TEST_F(KRE_MaterialBindingTest, TextureWithoutAPictureIsBoundAsNull)
 {
     KRE_Texture empty;
     gfx.SetTexture(&texture);
@@ -53,10 +53,10 @@ TEST_F(MaterialBinding, TextureWithoutAPictureIsBoundAsNull)
     EXPECT_THAT(CallsOf("SetTexture"), ElementsAre("SetTexture 0 null"));
     EXPECT_EQ(gfx.blendMode, -1);
     EXPECT_EQ(gfx.currentTexture, &empty);
-    gfx.SetTexture(nullptr); // it goes before the engine
+    gfx.SetTexture(nullptr); // it is destroyed before the engine
 }
 
-TEST_F(MaterialBinding, BlendingAfterNullIsOffUntilItIsSet)
+TEST_F(KRE_MaterialBindingTest, BlendingAfterNullIsOffUntilItIsSet)
 {
     gfx.SetBlendMode(7, 100, 0);
     gfx.SetTexture(nullptr);
@@ -67,7 +67,7 @@ TEST_F(MaterialBinding, BlendingAfterNullIsOffUntilItIsSet)
 
 // ---- One stage alone
 
-TEST_F(MaterialBinding, GivenStageTakesThePictureAndNoStageState)
+TEST_F(KRE_MaterialBindingTest, GivenStageTakesThePictureAndNoStageState)
 {
     gfx.SetTexture(&texture, 3);
     EXPECT_EQ(Calls(), std::vector<std::string>({"SetRenderState D3DRS_ALPHATESTENABLE 0",
@@ -81,7 +81,7 @@ TEST_F(MaterialBinding, GivenStageTakesThePictureAndNoStageState)
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(MaterialBinding, GivenStageTakesTheCurrentSlot)
+TEST_F(KRE_MaterialBindingTest, GivenStageTakesTheCurrentSlot)
 {
     IDirect3DTexture9* const upper = PutMap(2, StageAdd);
     gfx.SetTexture(&texture, 0);
@@ -91,7 +91,7 @@ TEST_F(MaterialBinding, GivenStageTakesTheCurrentSlot)
     EXPECT_EQ(gfx.boundTexture[0], texture.slotTextures[0]);
 }
 
-TEST_F(MaterialBinding, StageOutsideTheEightIsAnError)
+TEST_F(KRE_MaterialBindingTest, StageOutsideTheEightIsAnError)
 {
     for (const int32_t stage : {8, -2})
         EXPECT_EQ(RaisedBy([&] { gfx.SetTexture(&texture, stage); }),
@@ -100,7 +100,7 @@ TEST_F(MaterialBinding, StageOutsideTheEightIsAnError)
 
 // ---- The whole material
 
-TEST_F(MaterialBinding, MapsAboveTheSecondSlotStayUnbound)
+TEST_F(KRE_MaterialBindingTest, MapsAboveTheSecondSlotStayUnbound)
 {
     PutMap(2, StageAdd);
     PutMap(3, StageModulate);
@@ -110,7 +110,7 @@ TEST_F(MaterialBinding, MapsAboveTheSecondSlotStayUnbound)
     EXPECT_EQ(gfx.boundTexture[2], KRE_Gfx::UnknownTexture());
 }
 
-TEST_F(MaterialBinding, MapWithAMatrixGetsItOnItsStage)
+TEST_F(KRE_MaterialBindingTest, MapWithAMatrixGetsItOnItsStage)
 {
     texture.SelectStage(0);
     texture.SetMatrixFromTrack(0.25f, 0.0f, 1.0f, 1.0f, 0.0f);
@@ -134,7 +134,7 @@ TEST_F(MaterialBinding, MapWithAMatrixGetsItOnItsStage)
     EXPECT_EQ(CallsOfRepeat().size(), 2u) << "switched on again, with the matrix";
 }
 
-TEST_F(MaterialBinding, BothStagesOfAMapTakeItsMatrix)
+TEST_F(KRE_MaterialBindingTest, BothStagesOfAMapTakeItsMatrix)
 {
     PutMap(1, StageDiffuse); // added on stage 1 and lit on stage 2
     texture.SetMatrixFromTrack(0.25f, 0.0f, 1.0f, 1.0f, 0.0f);
@@ -147,7 +147,7 @@ TEST_F(MaterialBinding, BothStagesOfAMapTakeItsMatrix)
     EXPECT_EQ(gfx.textureMatrix[2]._31, -0.25f);
 }
 
-TEST_F(MaterialBinding, BlendModeGoesToTheStageOfTheDiffuseMap)
+TEST_F(KRE_MaterialBindingTest, BlendModeGoesToTheStageOfTheDiffuseMap)
 {
     gfx.blendMode = 7;
     gfx.blendValue = 100;
@@ -161,7 +161,7 @@ TEST_F(MaterialBinding, BlendModeGoesToTheStageOfTheDiffuseMap)
     EXPECT_EQ(gfx.cache.stageState[0][D3DTSS_ALPHAARG1], D3DTA_DIFFUSE);
 }
 
-TEST_F(MaterialBinding, AlphaTestFollowsTheFormat)
+TEST_F(KRE_MaterialBindingTest, AlphaTestFollowsTheFormat)
 {
     gfx.alphaReference = 77;
     PutMap(0, StageDiffuse, D3DFMT_A8R8G8B8);
@@ -178,7 +178,7 @@ TEST_F(MaterialBinding, AlphaTestFollowsTheFormat)
     EXPECT_THAT(Calls(), Contains("SetRenderState D3DRS_ALPHATESTENABLE 0"));
 }
 
-TEST_F(MaterialBinding, RefusedPictureIsAnErrorAndStaysUnknown)
+TEST_F(KRE_MaterialBindingTest, RefusedPictureIsAnErrorAndStaysUnknown)
 {
     FailNext("SetTexture", D3DERR_OUTOFVIDEOMEMORY);
     EXPECT_EQ(RaisedBy([&] { gfx.SetTexture(&texture); }),
@@ -187,7 +187,7 @@ TEST_F(MaterialBinding, RefusedPictureIsAnErrorAndStaysUnknown)
     EXPECT_EQ(gfx.currentTexture, &texture);
 }
 
-TEST_F(MaterialBinding, ResetMakesTheNextBindingReachTheDevice)
+TEST_F(KRE_MaterialBindingTest, ResetMakesTheNextBindingReachTheDevice)
 {
     gfx.SetTexture(&texture);
     gfx.ResetStateCache();
@@ -196,7 +196,7 @@ TEST_F(MaterialBinding, ResetMakesTheNextBindingReachTheDevice)
     EXPECT_THAT(Calls(), Contains("SetTexture 0 " + NameOf(texture.slotTextures[0])));
 }
 
-TEST_F(MaterialBinding, FreedDeviceForgetsTheTexture)
+TEST_F(KRE_MaterialBindingTest, FreedDeviceForgetsTheTexture)
 {
     gfx.SetTexture(&texture);
     gfx.FreeDevice();
@@ -205,7 +205,7 @@ TEST_F(MaterialBinding, FreedDeviceForgetsTheTexture)
 
 // ---- Sequences
 
-TEST_F(MaterialBinding, SequenceShowsItsFrameOnStageZero)
+TEST_F(KRE_MaterialBindingTest, SequenceShowsItsFrameOnStageZero)
 {
     PutFrames();
     gfx.stageSource[0] = 1;
@@ -226,7 +226,7 @@ TEST_F(MaterialBinding, SequenceShowsItsFrameOnStageZero)
     EXPECT_EQ(CallsOfRepeat(), Lines("0 TEXTURE frame"));
 }
 
-TEST_F(MaterialBinding, SequenceTakesTheMatrixOfTheCurrentSlot)
+TEST_F(KRE_MaterialBindingTest, SequenceTakesTheMatrixOfTheCurrentSlot)
 {
     PutFrames();
     texture.SetMatrixFromTrack(0.25f, 0.0f, 1.0f, 1.0f, 0.0f);
@@ -235,7 +235,7 @@ TEST_F(MaterialBinding, SequenceTakesTheMatrixOfTheCurrentSlot)
     EXPECT_EQ(gfx.cache.stageState[0][D3DTSS_TEXTURETRANSFORMFLAGS], int32_t{D3DTTFF_COUNT3});
 }
 
-TEST_F(MaterialBinding, QuirkSequenceIsLitBySourceOneAlone)
+TEST_F(KRE_MaterialBindingTest, QuirkSequenceIsLitOnlyBySourceOne)
 {
     PutFrames();
     for (const int32_t source : {-1, 2, 3}) {
@@ -246,7 +246,7 @@ TEST_F(MaterialBinding, QuirkSequenceIsLitBySourceOneAlone)
     }
 }
 
-TEST_F(MaterialBinding, SequenceWithoutACurrentFrameShowsTheSlots)
+TEST_F(KRE_MaterialBindingTest, SequenceWithoutACurrentFrameShowsTheSlots)
 {
     IDirect3DTexture9* const slot = texture.slotTextures[0];
     texture.CreateSequence(2, true);
@@ -268,7 +268,7 @@ void CountUpdate(KRE_Surface*, uint32_t userWord)
 
 } // namespace
 
-TEST_F(MaterialBinding, VideoSourceIsUpdatedByEveryBinding)
+TEST_F(KRE_MaterialBindingTest, VideoSourceIsUpdatedByEveryBinding)
 {
     gVideoUpdates = 0;
     KRE_VideoSource& source = gfx.videoSources[5];
@@ -284,7 +284,7 @@ TEST_F(MaterialBinding, VideoSourceIsUpdatedByEveryBinding)
     EXPECT_EQ(gVideoUpdates, 30);
 }
 
-TEST_F(MaterialBinding, VideoSourceThatIsNotThereIsAnError)
+TEST_F(KRE_MaterialBindingTest, MissingVideoSourceIsAnError)
 {
     texture.videoSource = 16;
     EXPECT_EQ(RaisedBy([&] { gfx.SetTexture(&texture); }),

@@ -42,7 +42,7 @@ TEST_F(PrintfContainer, TextWithoutAFontIsAnError)
     EXPECT_EQ(gfx.printf.lines.Count(), 0);
 }
 
-TEST_F(PrintfContainer, FreedOneIsMadeAnewWithTheDevice)
+TEST_F(PrintfContainer, FreedOneIsRecreatedWithTheDevice)
 {
     Lay("A");
     gfx.printf.Free();
@@ -58,7 +58,7 @@ TEST_F(PrintfContainer, NewOrFreedOneHasNothingToDraw)
     fresh.Flush();
     gfx.printf.SetFont(&font);
     gfx.printf.AddCharacter('A', 1.0f);
-    gfx.printf.quadList.Unlock(); // its vertices are not drawn any more
+    gfx.printf.quadList.Unlock(); // its vertices are no longer drawn
     gfx.printf.Free();
     Calls();
     gfx.printf.Flush();
@@ -121,7 +121,7 @@ TEST_F(Images, FileOfTheNameIsLoadedOnce)
     EXPECT_EQ(PixelOf(*image.image, 0, 0) & 0xFFFFFF, 0x336699u);
     EXPECT_EQ(line.entities.Get(2)->x, 14.0f);
     EXPECT_EQ(line.entities.Get(3)->image, image.image);
-    const KRE_Texture* const used = image.image; // the next text takes the lines away
+    const KRE_Texture* const used = image.image; // the next text removes the lines
     EXPECT_EQ(Lay("|i'icon.bmp'").entities.Get(0)->image, used) << "used already";
     EXPECT_EQ(gfx->textureManager.GetCount(), 2) << "the font's and this one";
 }
@@ -135,7 +135,7 @@ TEST_F(Images, CatalogueComesBeforeFiles)
     EXPECT_EQ(image, gfx->catalogue.GetTexture("icon"));
 }
 
-TEST_F(Images, NameOfTheCatalogueMayHoldBlanks)
+TEST_F(Images, CatalogueNameMayContainSpaces)
 {
     directory.Write("other.bmp", PlainBmp(4, 4, 0x222222));
     gfx->catalogue.AddTexture("my icon", "other.bmp", 0, true);
@@ -147,14 +147,14 @@ TEST_F(Images, NameThatNoCatalogueCanHoldIsLookedUpAsAFile)
     EXPECT_STREQ(Lay("|i'\xE9'").entities.Get(0)->text.c_str(), "<not found:'\xE9'>");
 }
 
-TEST_F(Images, FileThatIsNoPictureIsAnError)
+TEST_F(Images, FileThatIsNotAPictureIsAnError)
 {
     directory.Write("icon.bmp", "no picture");
     gfx->printf.PushOptions(options);
     EXPECT_NE(ErrorText([&] { gfx->printf.AddText("|i'icon.bmp'"); }), "");
 }
 
-TEST_F(Images, TallImageStandsOnTheBaseline)
+TEST_F(Images, TallImageIsOnTheBaseline)
 {
     directory.Write("tall.bmp", PlainBmp(4, 16, 0x336699));
     const PrintfLine& line = Lay("A|s05|i'tall.bmp'|RB");
@@ -170,7 +170,7 @@ TEST_F(Images, TallImageStandsOnTheBaseline)
                  [](const std::string& call) { return call.rfind("SetTexture 0 ", 0) == 0; });
     EXPECT_THAT(bound, ElementsAre("SetTexture 0 texture#1", "SetTexture 0 texture#2",
                                    "SetTexture 0 texture#1"));
-    // The last batch: B behind 6 pixels of A and 2 of the picture, its letter's top 3.333 above the
+    // The last batch: B after 6 pixels of A and 2 of the picture, its letter's top 3.333 above the
     // baseline at 20 + 8: 24.667, rounded 25.
     const KRE_TLVertex* vertex = gfx->printf.quadList.LockVertices(0, 6, D3DLOCK_READONLY);
     EXPECT_FLOAT_EQ(vertex->x, 17.75f);
@@ -180,7 +180,7 @@ TEST_F(Images, TallImageStandsOnTheBaseline)
 
 TEST_F(Images, ImageIsDrawnAtItsOwnSizeTimesTheScale)
 {
-    // 4 x 16 pixels: half of it from the top, so that its foot stands on the baseline, 8 below the
+    // 4 x 16 pixels: half of it from the top, so that its bottom is on the baseline, 8 below the
     // line's top; all but 0.02 of it. At scale 2 it is 32 high.
     directory.Write("tall.bmp", PlainBmp(4, 16, 0x336699));
     static const struct {

@@ -3,12 +3,12 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using PrintfDrawing = TextTest;
+using KRE_PrintfDrawingTest = TextTest;
 
-// The target is 64 x 48 pixels. Letters stand a quarter pixel left of and above the pen, so that the
-// centres of 5 x 5 pixels lie inside, and are 0.02 smaller.
+// The target is 64 x 48 pixels. Letters are a quarter pixel left of and above the pen, so that the
+// centres of 5 x 5 pixels are inside, and 0.02 smaller.
 
-TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
+TEST_F(KRE_PrintfDrawingTest, LettersAreRectanglesOfTheSheet)
 {
     Lay("AB");
     gfx.printf.Draw(10.0f, 20.0f);
@@ -20,7 +20,7 @@ TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
         EXPECT_FLOAT_EQ(quad.top, 19.75f);
         EXPECT_FLOAT_EQ(quad.right, 14.73f + shift); // 9.75 + 5 - 0.02
         EXPECT_FLOAT_EQ(quad.bottom, 24.73f);
-        // A is glyph 33, its cell at (72, 6); B stands beside it. The sheet is 128 x 32.
+        // A is glyph 33, its cell at (72, 6); B is next to it. The sheet is 128 x 32.
         EXPECT_FLOAT_EQ(quad.u, (72.01f + shift) / 128.0f);
         EXPECT_FLOAT_EQ(quad.v, 6.01f / 32.0f);
         EXPECT_FLOAT_EQ(quad.uEnd, (76.99f + shift) / 128.0f); // 72.01 + 5 - 0.02
@@ -29,7 +29,7 @@ TEST_F(PrintfDrawing, LettersAreRectanglesOfTheSheet)
     }
 }
 
-TEST_F(PrintfDrawing, LetterIsTwoTriangles)
+TEST_F(KRE_PrintfDrawingTest, LetterIsTwoTriangles)
 {
     Lay("A");
     gfx.printf.Draw(0.0f, 0.0f);
@@ -48,7 +48,7 @@ TEST_F(PrintfDrawing, LetterIsTwoTriangles)
     gfx.printf.quadList.Unlock();
 }
 
-TEST_F(PrintfDrawing, LowerCaseDrawsAsSpacesOfTheRightWidth)
+TEST_F(KRE_PrintfDrawingTest, LowerCaseDrawsAsSpacesOfTheRightWidth)
 {
     Lay("aZ");
     gfx.printf.Draw(0.0f, 0.0f);
@@ -58,7 +58,7 @@ TEST_F(PrintfDrawing, LowerCaseDrawsAsSpacesOfTheRightWidth)
     EXPECT_FLOAT_EQ(quads[1].left, 5.75f) << "6 pixels further";
 }
 
-TEST_F(PrintfDrawing, ScaleIsTheFontsTimesTheTexts)
+TEST_F(KRE_PrintfDrawingTest, ScaleIsTheFontsTimesTheTexts)
 {
     font.scale = 2.0f;
     Lay("|S1510AB");
@@ -69,7 +69,7 @@ TEST_F(PrintfDrawing, ScaleIsTheFontsTimesTheTexts)
     EXPECT_FLOAT_EQ(quads[1].left, 27.75f);   // 6 * 3 further
 }
 
-TEST_F(PrintfDrawing, PenIsRoundedButMovesByTheWholeWidth)
+TEST_F(KRE_PrintfDrawingTest, PenIsRoundedButMovesByTheWholeWidth)
 {
     font.charSpacing = 0.4f; // 5.4 pixels a letter
     Lay("ABC");
@@ -80,7 +80,7 @@ TEST_F(PrintfDrawing, PenIsRoundedButMovesByTheWholeWidth)
     EXPECT_FLOAT_EQ(quads[2].left, 10.75f); // 10.8
 }
 
-TEST_F(PrintfDrawing, LeftBearingMovesTheLetterAndBothNarrowIt)
+TEST_F(KRE_PrintfDrawingTest, LeftBearingMovesTheLetterAndBothNarrowIt)
 {
     font.scale = 2.0f;
     font.leftBearing['A' - 0x20] = 1.0f;
@@ -92,7 +92,7 @@ TEST_F(PrintfDrawing, LeftBearingMovesTheLetterAndBothNarrowIt)
     EXPECT_FLOAT_EQ(quads[1].left, 18.75f); // 10 + ((1 - 0.5 - 1) + 5) * 2 - 0.25
 }
 
-TEST_F(PrintfDrawing, SmallPieceStandsOnTheBaselineOfALargeOne)
+TEST_F(KRE_PrintfDrawingTest, SmallPieceIsOnTheBaselineOfALargeOne)
 {
     Lay("A|s20B");
     gfx.printf.Draw(0.0f, 10.0f);
@@ -103,7 +103,7 @@ TEST_F(PrintfDrawing, SmallPieceStandsOnTheBaselineOfALargeOne)
     EXPECT_FLOAT_EQ(quads[1].bottom, 19.73f); // 9.75 + 10 - 0.02
 }
 
-TEST_F(PrintfDrawing, ColorTakesTheAlphaOfTheOptions)
+TEST_F(KRE_PrintfDrawingTest, ColorTakesTheAlphaOfTheOptions)
 {
     static const struct {
         float alpha;
@@ -123,7 +123,7 @@ TEST_F(PrintfDrawing, ColorTakesTheAlphaOfTheOptions)
     }
 }
 
-TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenPutBack)
+TEST_F(KRE_PrintfDrawingTest, ShadowIsDrawnFirstAndThePenRestored)
 {
     font.scale = 2.0f;
     options.shadow = 1;
@@ -140,7 +140,7 @@ TEST_F(PrintfDrawing, ShadowIsDrawnFirstAndThePenPutBack)
     EXPECT_FLOAT_EQ(quads[3].left, 21.75f) << "12 pixels further";
 }
 
-TEST_F(PrintfDrawing, ViewIsKeptAndPutBack)
+TEST_F(KRE_PrintfDrawingTest, ViewIsSavedAndRestored)
 {
     gfx.SetCullMode(1);
     gfx.SetViewport(8, 4, 40, 30, 0.25f, 0.75f);
@@ -156,7 +156,7 @@ TEST_F(PrintfDrawing, ViewIsKeptAndPutBack)
                     "SetRenderState D3DRS_CULLMODE D3DCULL_CW"));
 }
 
-TEST_F(PrintfDrawing, BlendsByAlpha)
+TEST_F(KRE_PrintfDrawingTest, BlendsByAlpha)
 {
     Lay("A");
     Calls();
@@ -172,7 +172,7 @@ TEST_F(PrintfDrawing, BlendsByAlpha)
         EXPECT_THAT(calls, testing::Contains(call));
 }
 
-TEST_F(PrintfDrawing, LimitsNarrowTheClipBox)
+TEST_F(KRE_PrintfDrawingTest, LimitsNarrowTheClipBox)
 {
     static const struct {
         const char* what;
@@ -198,7 +198,7 @@ TEST_F(PrintfDrawing, LimitsNarrowTheClipBox)
     }
 }
 
-TEST_F(PrintfDrawing, BoxOfZeroWidthDrawsNothingAndLeavesTheViewport)
+TEST_F(KRE_PrintfDrawingTest, BoxOfZeroWidthDrawsNothingAndLeavesTheViewport)
 {
     Lay("A");
     static const struct {
@@ -224,7 +224,7 @@ TEST_F(PrintfDrawing, BoxOfZeroWidthDrawsNothingAndLeavesTheViewport)
     EXPECT_EQ(gfx.viewport.Width, 64u);
 }
 
-TEST_F(PrintfDrawing, LinesOutsideTheBoxAreLeftOut)
+TEST_F(KRE_PrintfDrawingTest, LinesOutsideTheBoxAreLeftOut)
 {
     gfx.printf.maxHeight = 12.0f;
     gfx.printf.scrollY = 12.0f;
@@ -236,7 +236,7 @@ TEST_F(PrintfDrawing, LinesOutsideTheBoxAreLeftOut)
     EXPECT_FLOAT_EQ(Quads(1)[0].top, 19.75f);
 }
 
-TEST_F(PrintfDrawing, LinesThatReachIntoTheBoxAreDrawn)
+TEST_F(KRE_PrintfDrawingTest, LinesThatReachIntoTheBoxAreDrawn)
 {
     Lay("A|NBB|NCCC");
     struct {
@@ -260,7 +260,7 @@ TEST_F(PrintfDrawing, LinesThatReachIntoTheBoxAreDrawn)
     EXPECT_THAT(CallsOf("DrawPrimitive"), IsEmpty()) << "all lines are above";
 }
 
-TEST_F(PrintfDrawing, ScrollMovesTheText)
+TEST_F(KRE_PrintfDrawingTest, ScrollMovesTheText)
 {
     gfx.printf.scrollX = 3.0f;
     gfx.printf.scrollY = 2.0f;
@@ -270,7 +270,7 @@ TEST_F(PrintfDrawing, ScrollMovesTheText)
     EXPECT_FLOAT_EQ(Quads(1)[0].top, 17.75f);
 }
 
-TEST_F(PrintfDrawing, FullListIsDrawnBeforeTheNextCharacter)
+TEST_F(KRE_PrintfDrawingTest, FullListIsDrawnBeforeTheNextCharacter)
 {
     struct {
         size_t letters;
@@ -290,7 +290,7 @@ TEST_F(PrintfDrawing, FullListIsDrawnBeforeTheNextCharacter)
     }
 }
 
-TEST_F(PrintfDrawing, PiecesOfOneFontAreDrawnAtOnce)
+TEST_F(KRE_PrintfDrawingTest, PiecesOfOneFontAreDrawnAtOnce)
 {
     Lay("A|CFF0000B|NC|s20D");
     Calls();
@@ -303,7 +303,7 @@ TEST_F(PrintfDrawing, PiecesOfOneFontAreDrawnAtOnce)
                             "SetRenderState D3DRS_CULLMODE D3DCULL_CCW"));
 }
 
-TEST_F(PrintfDrawing, OtherFontIsABatchOfItsOwn)
+TEST_F(KRE_PrintfDrawingTest, AnotherFontStartsABatch)
 {
     KRE_Font second;
     gfx.BuildFont(second, 0xFFFFFFFF, 0xFF000000);
@@ -318,10 +318,10 @@ TEST_F(PrintfDrawing, OtherFontIsABatchOfItsOwn)
         ViewCalls(),
         testing::IsSupersetOf({"SetTexture 0 texture#1", "DrawPrimitive D3DPT_TRIANGLELIST 0 4",
                                "SetTexture 0 texture#2", "DrawPrimitive D3DPT_TRIANGLELIST 0 6"}));
-    gfx.SetTexture(nullptr); // the second font goes
+    gfx.SetTexture(nullptr); // the second font is destroyed
 }
 
-TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
+TEST_F(KRE_PrintfDrawingTest, BackgroundIsAPlainRectangleBehindThePiece)
 {
     options.background = 0x80204060;
     Lay("AB");
@@ -337,26 +337,44 @@ TEST_F(PrintfDrawing, BackgroundIsAPlainRectangleBehindThePiece)
         << "a clear one";
 }
 
-TEST_F(PrintfDrawing, WidenedBlanksMoveWhatFollows)
+TEST_F(KRE_PrintfDrawingTest, BackgroundIsAsHighAsTheLineAndHasNoPlaceOnTheSheet)
+{
+    options.background = 0x80204060;
+    Lay("AB");
+    FailNext("DrawPrimitive"); // the letters, which would take its place, are never put
+    EXPECT_NE(RaisedBy([&] { gfx.printf.Draw(10.0f, 20.0f); }), "no error");
+    const GlyphQuad quad = Quads(1)[0];
+    EXPECT_FLOAT_EQ(quad.left, 9.75f);
+    EXPECT_FLOAT_EQ(quad.top, 19.75f);
+    EXPECT_FLOAT_EQ(quad.right, 21.73f);  // 9.75 + 12 - 0.02
+    EXPECT_FLOAT_EQ(quad.bottom, 25.73f); // 19.75 + 6 - 0.02
+    EXPECT_EQ(quad.u, 0.0f);
+    EXPECT_EQ(quad.v, 0.0f);
+    EXPECT_EQ(quad.uEnd, 0.0f);
+    EXPECT_EQ(quad.vEnd, 0.0f);
+    EXPECT_EQ(quad.color, 0x80204060u);
+}
+
+TEST_F(KRE_PrintfDrawingTest, WidenedBlanksMoveWhatFollows)
 {
     Lay("|JA B|NDDDD"); // 18 and 24 pixels
     gfx.printf.Draw(0.0f, 0.0f);
     EXPECT_FLOAT_EQ(Quads(3)[2].left, 17.75f); // 12, 6 more, less a quarter
 }
 
-TEST_F(PrintfDrawing, CharacterWithoutAPictureOnlyMovesThePen)
+TEST_F(KRE_PrintfDrawingTest, CharacterWithoutAPictureOnlyMovesThePen)
 {
     Lay("A||B");
     Calls();
     gfx.printf.Draw(0.0f, 0.0f);
     const std::vector<GlyphQuad> quads = Quads(3);
-    // No pixel's centre, at whole numbers, lies in a rectangle of -0.02 pixels at 5.75.
+    // No pixel centre, at whole numbers, is in a rectangle of -0.02 pixels at 5.75.
     EXPECT_FLOAT_EQ(quads[1].left, 5.75f);
     EXPECT_FLOAT_EQ(quads[1].right, 5.73f);
     EXPECT_FLOAT_EQ(quads[2].left, 6.75f); // 6 for A, 1 for the bar
 }
 
-TEST_F(PrintfDrawing, BytesBehindTheFontTakeTheSpacing)
+TEST_F(KRE_PrintfDrawingTest, BytesBeyondTheFontTakeTheSpacing)
 {
     Lay("\x80\xFF"
         "A");
@@ -364,7 +382,7 @@ TEST_F(PrintfDrawing, BytesBehindTheFontTakeTheSpacing)
     EXPECT_FLOAT_EQ(Quads(3)[2].left, 1.75f); // 1 for each of the two
 }
 
-TEST_F(PrintfDrawing, ControlCharactersAreNotPut)
+TEST_F(KRE_PrintfDrawingTest, ControlCharactersAreNotDrawn)
 {
     gfx.printf.SetFont(&font);
     gfx.printf.penX = 5.0f;
@@ -375,7 +393,7 @@ TEST_F(PrintfDrawing, ControlCharactersAreNotPut)
     EXPECT_THAT(CallsOf("DrawPrimitive"), IsEmpty());
 }
 
-TEST_F(PrintfDrawing, FailuresOfTheDeviceAreErrors)
+TEST_F(KRE_PrintfDrawingTest, FailuresOfTheDeviceAreErrors)
 {
     Lay("A");
     FailNext("DrawPrimitive");

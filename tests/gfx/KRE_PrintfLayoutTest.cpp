@@ -12,7 +12,19 @@ protected:
 
 } // namespace
 
-TEST_F(Layout, LinesFollowInTheFontsStep)
+TEST(PrintfEntity, StartsAsATextWithoutLetters)
+{
+    const PrintfEntity entity;
+    EXPECT_EQ(entity.kind, PrintfEntity::kText);
+    EXPECT_TRUE(entity.text.IsEmpty());
+    EXPECT_EQ(entity.length, 0);
+    EXPECT_EQ(entity.x, 0.0f);
+    EXPECT_EQ(entity.width, 0.0f);
+    EXPECT_EQ(entity.wordSpacing, 0.0f);
+    EXPECT_EQ(entity.image, nullptr);
+}
+
+TEST_F(Layout, LinesFollowAtTheFontsLineSpacing)
 {
     const PrintfArea area = Lay("AB|NC|N");
     ASSERT_EQ(gfx.printf.lines.Count(), 3) << "a line feed at the end leaves an empty line";
@@ -30,7 +42,7 @@ TEST_F(Layout, LinesFollowInTheFontsStep)
     EXPECT_FLOAT_EQ(area.bottom, 18.0f);
 }
 
-TEST_F(Layout, TextsStandBelowEachOther)
+TEST_F(Layout, TextsAreBelowEachOther)
 {
     gfx.printf.PushOptions(options);
     gfx.printf.AddText("A|NB");
@@ -43,7 +55,7 @@ TEST_F(Layout, TextsStandBelowEachOther)
     EXPECT_FLOAT_EQ(Line(2).y, 12.0f);
 }
 
-TEST_F(Layout, LargestPieceMakesTheLinesHeight)
+TEST_F(Layout, LargestPieceSetsTheLineHeight)
 {
     Lay("A|s30B|RC|ND");
     EXPECT_FLOAT_EQ(Line(0).ascent, 9.999f);  // three times 0.6666 * 5
@@ -52,7 +64,7 @@ TEST_F(Layout, LargestPieceMakesTheLinesHeight)
     EXPECT_EQ(Piece(0, 2).x, 24.0f); // 6 and 18
 }
 
-TEST_F(Layout, AlignedLinesStandWithinTheWidest)
+TEST_F(Layout, AlignedLinesAreWithinTheWidest)
 {
     // The widest line is 24 pixels; one of 6 leaves 18.
     static const struct {
@@ -74,7 +86,7 @@ TEST_F(Layout, AlignedLinesStandWithinTheWidest)
     }
 }
 
-TEST_F(Layout, AlignedLinesStandWithinTheMaximumWidth)
+TEST_F(Layout, AlignedLinesAreWithinTheMaximumWidth)
 {
     gfx.printf.maxWidth = 100.0f;
     const PrintfArea area = Lay("|LAA|N|TB|N|LCCCCCCCCCCCCCCCCCCCC");
@@ -87,14 +99,14 @@ TEST_F(Layout, AlignedLinesStandWithinTheMaximumWidth)
 
 TEST_F(Layout, JustifiedLineWidensItsBlanks)
 {
-    // 5 characters are 30 pixels, 8 are 48: 18 for two blanks.
+    // 5 characters are 30 pixels, 8 are 48: 18 for two spaces.
     Lay("|JA |CFF0000B C|NDDDDDDDD");
     EXPECT_EQ(Line(0).x, 0.0f);
     EXPECT_EQ(Line(0).width, 48.0f);
     EXPECT_EQ(Piece(0, 0).wordSpacing, 9.0f);
-    EXPECT_EQ(Piece(0, 0).width, 21.0f); // 12 and one blank's 9
+    EXPECT_EQ(Piece(0, 0).width, 21.0f); // 12 and 9 for one space
     EXPECT_EQ(Piece(0, 1).x, 21.0f);
-    EXPECT_EQ(Piece(0, 1).width, 27.0f); // 18 and one blank's 9
+    EXPECT_EQ(Piece(0, 1).width, 27.0f); // 18 and 9 for one space
     EXPECT_EQ(Piece(1, 0).wordSpacing, 0.0f) << "the last line";
     Lay("|JABC|NDDDDDDDD");
     EXPECT_EQ(Line(0).width, 18.0f) << "no blank to widen";
@@ -102,14 +114,14 @@ TEST_F(Layout, JustifiedLineWidensItsBlanks)
 
 TEST_F(Layout, PiecesOfAJustifiedLineGrowByTheirBlanks)
 {
-    // 9 characters are 54 pixels, 12 are 72: 18 for three blanks, 6 for each.
+    // 9 characters are 54 pixels, 12 are 72: 18 for three spaces, 6 for each.
     Lay("|JA B C|CFF0000DE|CFFFFFF F|NDDDDDDDDDDDD");
     EXPECT_EQ(Line(0).width, 72.0f);
-    EXPECT_EQ(Piece(0, 0).width, 42.0f); // 30 and two blanks' 12
+    EXPECT_EQ(Piece(0, 0).width, 42.0f); // 30 and 12 for two spaces
     EXPECT_EQ(Piece(0, 1).x, 42.0f);
     EXPECT_EQ(Piece(0, 1).width, 12.0f) << "without a blank";
     EXPECT_EQ(Piece(0, 2).x, 54.0f);
-    EXPECT_EQ(Piece(0, 2).width, 18.0f); // 12 and one blank's 6
+    EXPECT_EQ(Piece(0, 2).width, 18.0f); // 12 and 6 for one space
 }
 
 TEST_F(Layout, TabsGoToTheNextStop)
@@ -123,7 +135,7 @@ TEST_F(Layout, TabsGoToTheNextStop)
     EXPECT_STREQ(Piece(0, 3).text.c_str(), "G");
 }
 
-TEST_F(Layout, FontsScaleCountsForLayout)
+TEST_F(Layout, LayoutUsesTheFontsScale)
 {
     font.scale = 4.0f;
     Lay("AB|NC");

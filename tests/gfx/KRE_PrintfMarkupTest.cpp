@@ -27,7 +27,7 @@ std::string Describe(const PrintfEntity& entity)
     return text;
 }
 
-class Markup : public TextTest {
+class KRE_PrintfMarkupTest : public TextTest {
 protected:
     /// Pieces with `;` between them, lines with `/`.
     std::string Scan(const char* text)
@@ -49,9 +49,9 @@ protected:
 
 } // namespace
 
-// A letter takes 6 pixels. The bar has no picture: it takes the spacing, 1 pixel.
+// A letter takes 6 pixels. The bar has no glyph: it takes the spacing, 1 pixel.
 
-TEST_F(Markup, CommandsShapeThePieces)
+TEST_F(KRE_PrintfMarkupTest, CommandsShapeThePieces)
 {
     static const struct {
         const char* what;
@@ -87,7 +87,7 @@ TEST_F(Markup, CommandsShapeThePieces)
         EXPECT_EQ(Scan(c.text), c.expected) << c.what;
 }
 
-TEST_F(Markup, WhatIsNoCommandIsText)
+TEST_F(KRE_PrintfMarkupTest, AnythingButACommandIsText)
 {
     static const struct {
         const char* what;
@@ -109,7 +109,7 @@ TEST_F(Markup, WhatIsNoCommandIsText)
         EXPECT_EQ(Scan(c.text), c.expected) << c.what;
 }
 
-TEST_F(Markup, EndInsideACommandEndsTheScan)
+TEST_F(KRE_PrintfMarkupTest, EndInsideACommandEndsTheScan)
 {
     for (const char* command : {"|", "|C", "|CFF800", "|c", "|cFF", "|P", "|P12", "|p1", "|S152",
                                 "|s1", "|i", "|i'", "|i'NAME"}) {
@@ -117,7 +117,7 @@ TEST_F(Markup, EndInsideACommandEndsTheScan)
     }
 }
 
-TEST_F(Markup, AlignmentIsTheLines)
+TEST_F(KRE_PrintfMarkupTest, AlignmentBelongsToTheLine)
 {
     static const struct {
         const char* text;
@@ -134,7 +134,7 @@ TEST_F(Markup, AlignmentIsTheLines)
     }
 }
 
-TEST_F(Markup, ResetGoesBackToWhatTheTextBeganWith)
+TEST_F(KRE_PrintfMarkupTest, ResetRestoresTheInitialOptions)
 {
     options.color = 0x00123456;
     options.alpha = 0.25f;
@@ -156,27 +156,27 @@ TEST_F(Markup, ResetGoesBackToWhatTheTextBeganWith)
     EXPECT_EQ(line.alignment, kAlignRight);
 }
 
-TEST_F(Markup, EachTextBeginsWithScaleOne)
+TEST_F(KRE_PrintfMarkupTest, EachTextBeginsWithScaleOne)
 {
     options.scaleX = 3.0f;
     options.scaleY = 0.5f;
     EXPECT_EQ(Scan("A|s20B|RC"), "0:A;6:B*2,2;18:C");
 }
 
-TEST_F(Markup, LongNameIsNotCut)
+TEST_F(KRE_PrintfMarkupTest, LongNameIsNotTruncated)
 {
     const std::string name(10000, 'N');
     EXPECT_EQ(Scan(("|i'" + name + "'").c_str()), "0:<not found:'" + name + "'>");
 }
 
-TEST_F(Markup, SwitchedOffAllIsText)
+TEST_F(KRE_PrintfMarkupTest, SwitchedOffEverythingIsText)
 {
     EXPECT_EQ(gfx.printf.markup, 1) << "on at first";
     gfx.printf.markup = 0;
     EXPECT_EQ(Scan("|CFF0000A||B|NC\nD"), "0:|CFF0000A||B|NC/0:D");
 }
 
-TEST_F(Markup, ControlCharactersAreLeftOut)
+TEST_F(KRE_PrintfMarkupTest, ControlCharactersAreIgnored)
 {
     EXPECT_EQ(Scan("A\r\x01\x1F"
                    "B"),

@@ -88,7 +88,7 @@ TEST_F(ResourceManagerTest, EmptyNameIsAnError)
     EXPECT_EQ(RaisedBy([&] { manager.Acquire(nullptr); }), "Invalid file name in Acquire!");
 }
 
-TEST_F(ResourceManagerTest, NamesAreCutAtTheirField)
+TEST_F(ResourceManagerTest, NamesAreTruncatedToTheirField)
 {
     manager.Add(&objects[0], std::string(300, 'n').c_str());
     EXPECT_EQ(manager.GetEntry(0)->name, std::string(255, 'n'));
@@ -104,7 +104,7 @@ TEST_F(ResourceManagerTest, ResourceNumber4097DoesNotFit)
               "Can not expand fixed list");
     EXPECT_EQ(manager.GetCount(), 4096);
 
-    // The table works on: the used entries can be walked and a freed place is taken again.
+    // The table still works: the used entries can be walked and a freed place is reused.
     EXPECT_TRUE(manager.Unacquire(17));
     ASSERT_EQ(manager.GetCount(), 4095);
     EXPECT_STREQ(manager.GetEntry(16)->name, "16");

@@ -128,7 +128,7 @@ TEST_F(EffectPasses, PassWithoutATargetDrawsWhereItIs)
                             "EndPass", "End"));
 }
 
-TEST_F(EffectPasses, TargetIsReplacedForThePassAlone)
+TEST_F(EffectPasses, TargetIsReplacedOnlyForThePass)
 {
     file.AddTechnique({{"ScreenBuffer2"}, {"Initial"}, {"ScreenQuarterBuffer1"}});
     ComPointer<IDirect3DSurface9> before;
@@ -150,9 +150,9 @@ TEST_F(EffectPasses, TargetIsReplacedForThePassAlone)
     EXPECT_EQ(after.Get(), before.Get());
 }
 
-// What is on the screen as an effect sees it is another picture then, so that its copy is made anew, even
-// where it is made once a frame.
-TEST_F(EffectPasses, PassIntoABufferIsASubFrameOfItsOwn)
+// The screen as an effect sees it has changed then, so it is copied again, even if it is copied
+// once a frame.
+TEST_F(EffectPasses, PassIntoABufferStartsASubFrame)
 {
     file.AddTechnique({{"ScreenBuffer2"}, {"Initial"}, {}, {"ScreenQuarterBuffer1"}});
     gfx.effectCacheOn = 1;
@@ -180,7 +180,7 @@ TEST_F(EffectPasses, PassIntoABufferIsASubFrameOfItsOwn)
     effect.End();
 }
 
-TEST_F(EffectPasses, InitialPutsTheSavedTargetBack)
+TEST_F(EffectPasses, InitialRestoresTheSavedTarget)
 {
     file.AddTechnique({{"ScreenBuffer1"}, {"Initial"}});
     Load(effect);
@@ -192,7 +192,7 @@ TEST_F(EffectPasses, InitialPutsTheSavedTargetBack)
     gfx.device->GetRenderTarget(0, inside.Out());
     EXPECT_NE(inside.Get(), before.Get());
     EXPECT_EQ(gfx.savedRenderTarget.Get(), before.Get());
-    effect.BeginPass(1); // without the end of the pass before
+    effect.BeginPass(1); // without ending the previous pass
     gfx.device->GetRenderTarget(0, inside.Out());
     EXPECT_EQ(inside.Get(), before.Get());
     effect.EndPass();

@@ -6,6 +6,18 @@ using testing::IsEmpty;
 
 // ---- Loading
 
+TEST(ShaderEffectData, StartsWithNothingReadAndNothingChosen)
+{
+    const ShaderEffectData data;
+    EXPECT_FALSE(data.effect);
+    EXPECT_EQ(data.resourceCount, 0);
+    EXPECT_EQ(data.parameterCount, 0);
+    EXPECT_EQ(data.techniqueCount, 0);
+    EXPECT_EQ(data.technique, -1);
+    EXPECT_EQ(data.lightsFrame, -1) << "no frame has this number";
+    EXPECT_FALSE(data.invalid);
+}
+
 TEST_F(EffectLoad, MissingFileIsAnErrorOrAWarningByTheFlag)
 {
     EXPECT_EQ(LoadError("no.fx"), "Shader effect file 'no.fx' not found");
@@ -65,7 +77,7 @@ TEST_F(EffectLoad, SecondUserSharesTheCompiledEffectAndItsTechnique)
     EXPECT_EQ(file.references, 1u);
 }
 
-TEST_F(EffectLoad, LoadingAgainLetsGoOfTheFormerFile)
+TEST_F(EffectLoad, LoadingAgainReleasesTheFormerFile)
 {
     ScriptedEffect other;
     other.AddTechnique();
@@ -134,7 +146,7 @@ TEST_F(EffectLoad, EffectWithoutTechniquesIsUnusable)
     EXPECT_FALSE(effect.TechniqueHasVertexShader());
 }
 
-TEST_F(EffectLoad, NoOtherTechniqueIsTriedWhereOneWasAskedFor)
+TEST_F(EffectLoad, NoOtherTechniqueIsTriedIfOneWasRequested)
 {
     file.AddTechnique();
     file.AddTechnique({{}}, false);
@@ -145,7 +157,7 @@ TEST_F(EffectLoad, NoOtherTechniqueIsTriedWhereOneWasAskedFor)
     EXPECT_FALSE(effect.IsUsable());
 }
 
-TEST_F(EffectLoad, ATechniqueThatTheFileDoesNotHaveIsNotAskedFor)
+TEST_F(EffectLoad, ARequestForAMissingTechniqueIsIgnored)
 {
     file.AddTechnique({{}}, false);
     file.AddTechnique();
@@ -194,7 +206,7 @@ TEST_F(EffectLoad, RefusedParameterIsAnError)
               "Can not SetParameter :D3DERR_INVALIDCALL");
 }
 
-TEST_F(EffectLoad, NullHandleIsPassedOver)
+TEST_F(EffectLoad, NullHandleIsIgnored)
 {
     file.AddTechnique();
     Load(effect);
@@ -264,7 +276,7 @@ TEST_F(EffectLoad, MaterialsEffectComesBeforeTheScenesAndTheSkinningOne)
 
 // ---- Reset
 
-TEST_F(EffectLoad, HoldsNoTextureOfTheScreenOverAReset)
+TEST_F(EffectLoad, HoldsNoScreenTextureDuringAReset)
 {
     file.AddTechnique();
     file.AddParameters({"SCREENCOPY", "SCREENBUFFER2", "SCREENQUARTERBUFFER3"});
@@ -281,7 +293,7 @@ TEST_F(EffectLoad, HoldsNoTextureOfTheScreenOverAReset)
     EXPECT_NE(gfx.screenCopy.Get(), nullptr);
 }
 
-TEST_F(EffectLoad, LivesThroughAReset)
+TEST_F(EffectLoad, SurvivesAReset)
 {
     file.AddTechnique();
     Load(effect);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A surface of the engine over pixels of a test's choice. `stub` lives as long as `surface` has it.
+/// An engine surface over pixels chosen by a test. `stub` lives as long as `surface` holds it.
 struct SurfaceOverBytes {
     SurfaceOverBytes(D3DFORMAT format, UINT width, UINT height, int pitch,
                      std::vector<uint8_t> bytes)
@@ -29,7 +29,7 @@ std::vector<uint8_t> Bytes(std::initializer_list<DWORD> pixels)
     return bytes;
 }
 
-/// A square of A8R8G8B8 pixels, each with the alpha that `alphaAt(x, y)` gives.
+/// A square of A8R8G8B8 pixels with the alphas from `alphaAt(x, y)`.
 template <class AlphaAt>
 SurfaceOverBytes MakeAlphaPicture(int side, AlphaAt alphaAt)
 {
@@ -113,7 +113,7 @@ TEST(KRE_Surface, AReadOutsideTheLockedRectangleLeavesTheOutputAlone)
     EXPECT_EQ(s.stub->bytes, std::vector<uint8_t>(64, 0x77));
 }
 
-TEST(KRE_Surface, CoordinatesAreThoseOfThePictureAlsoWithARectangle)
+TEST(KRE_Surface, CoordinatesAreThoseOfThePictureEvenWithARectangle)
 {
     SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
     const RECT area = {1, 1, 2, 2};
@@ -123,7 +123,7 @@ TEST(KRE_Surface, CoordinatesAreThoseOfThePictureAlsoWithARectangle)
     EXPECT_EQ(color, 4u);
 }
 
-TEST(KRE_Surface, ARectangleBeyondThePictureEndsWithIt)
+TEST(KRE_Surface, ARectangleBeyondThePictureIsClippedToIt)
 {
     SurfaceOverBytes s(D3DFMT_A8R8G8B8, 2, 2, 8, Bytes({1, 2, 3, 4}));
     const RECT area = {0, 0, 100, 100};
@@ -145,10 +145,10 @@ TEST(KRE_Surface, WithoutALockNothingIsRead)
     EXPECT_EQ(color, 9u);
 }
 
-TEST(KRE_Surface, FillGivesEveryPixelTheColourAndStaysLocked)
+TEST(KRE_Surface, FillGivesEveryPixelTheColorAndStaysLocked)
 {
-    // 3 pixels of 2 bytes in rows of 8: the last 2 bytes of a row belong to no pixel.
-    // 0xFFF89850 is 11111 100110 01010 = 0xFCCA.
+    // 3 pixels of 2 bytes in rows of 8: the last 2 bytes of a row are padding. 0xFFF89850 is 11111
+    // 100110 01010 = 0xFCCA.
     SurfaceOverBytes s(D3DFMT_R5G6B5, 3, 2, 8, std::vector<uint8_t>(16, 0x55));
     s.surface.Fill(0xFFF89850);
     const std::vector<uint8_t> row = {0xCA, 0xFC, 0xCA, 0xFC, 0xCA, 0xFC, 0x55, 0x55};
@@ -165,7 +165,7 @@ TEST(KRE_Surface, FillOfACompressedPictureIsAnError)
               "Can not fill a picture of compressed format (827611204)"); // 'DXT1'
 }
 
-TEST(KRE_Surface, CompressedPixelsLieInBlocksOfFourByFour)
+TEST(KRE_Surface, CompressedPixelsAreInBlocksOfFourByFour)
 {
     // 8 by 8 pixels: two rows of two DXT1 blocks of one colour each: red, green, blue, black.
     std::vector<uint8_t> bytes;
@@ -196,7 +196,7 @@ TEST(KRE_Surface, CompressedPixelsLieInBlocksOfFourByFour)
 TEST(KRE_Surface, RowsOfEachBlockAreCountedFromItsOwnTop)
 {
     // 4 by 8 pixels: two DXT1 blocks of red and green, whose rows have the codes 0, 1, 0, 1, so red
-    // and green by turns, and red, red, green, red.
+    // and green alternate, and red, red, green, red.
     SurfaceOverBytes s(D3DFMT_DXT1, 4, 8, 8,
                        {0x00, 0xF8, 0xE0, 0x07, 0x00, 0x55, 0x00, 0x55, //
                         0x00, 0xF8, 0xE0, 0x07, 0x00, 0x00, 0x55, 0x00});
@@ -210,7 +210,29 @@ TEST(KRE_Surface, RowsOfEachBlockAreCountedFromItsOwnTop)
     }
 }
 
-TEST(KRE_Surface, ADxt1BlockWithTheFirstColourBelowTheSecondDecodesAsFourColours)
+TEST(KRE_Surface, CompressedPixelsOfALockedRectangleAreCountedFromItsOwnCorner)
+{
+    // The lower right block of 8 by 8 pixels. The rows of its codes are 0, 1, 1, 0: red, green,
+    // green, red. All other bytes are 0, which is black.
+    constexpr size_t kOfRectangle = 4 * 16 + 4 * 4; // where the stub's rectangle begins
+    std::vector<uint8_t> bytes(kOfRectangle + 256);
+    const uint8_t block[] = {0x00, 0xF8, 0xE0, 0x07, 0x00, 0x55, 0x55, 0x00};
+    std::copy(std::begin(block), std::end(block), bytes.begin() + kOfRectangle);
+    SurfaceOverBytes s(D3DFMT_DXT1, 8, 8, 16, bytes);
+    const RECT area = {4, 4, 8, 8};
+    s.surface.Lock(&area, 0);
+    constexpr D3DCOLOR kRed = 0xFFF80000, kGreen = 0xFF00FC00;
+    const D3DCOLOR expected[4] = {kRed, kGreen, kGreen, kRed};
+    for (int32_t y = 0; y < 4; ++y) {
+        for (int32_t x = 0; x < 4; ++x) {
+            D3DCOLOR color = 1;
+            EXPECT_TRUE(s.surface.GetCompressedPix(4 + x, 4 + y, &color)) << x << ", " << y;
+            EXPECT_EQ(color, expected[y]) << x << ", " << y;
+        }
+    }
+}
+
+TEST(KRE_Surface, ADxt1BlockWithTheFirstColorBelowTheSecondDecodesAsFourColors)
 {
     // c0 = 0x07E0 (green) below c1 = 0xF800 (red), all codes 3: a third of c0, two thirds of c1.
     SurfaceOverBytes s(D3DFMT_DXT1, 4, 4, 8, {0xE0, 0x07, 0x00, 0xF8, 0xFF, 0xFF, 0xFF, 0xFF});
@@ -241,7 +263,7 @@ TEST(KRE_Surface, CompressedPixelsOfAPlainFormatArePlainPixels)
     EXPECT_EQ(color, 2u);
 }
 
-TEST(KRE_Surface, CompressedFormatsLeaveTheBytesOfAPixelAsTheyWere)
+TEST(KRE_Surface, CompressedFormatsLeaveTheBytesPerPixelUnchanged)
 {
     SurfaceOverBytes s(D3DFMT_R5G6B5, 4, 4, 8, std::vector<uint8_t>(32));
     s.surface.SetSurface(ComPointer<IDirect3DSurface9>::Adopt(
@@ -276,7 +298,7 @@ TEST(KRE_Surface, FailuresOfTheDeviceAreErrorsWithTheirNames)
               "GetDesc failed: D3DERR_INVALIDCALL");
 }
 
-TEST(KRE_Surface, FreeReleasesWhatItIsTheLastUserOf)
+TEST(KRE_Surface, FreeReleasesASurfaceAsItsLastUser)
 {
     const int before = FakeObjectsAlive();
     KRE_ResourceManager manager;
@@ -318,7 +340,7 @@ TEST(HasAlpha, QuirkAlphaOfOnly0And255IsNoAlpha)
     EXPECT_EQ(s.surface.alphaState, 0);
 }
 
-TEST(HasAlpha, LooksAtAGridOfSamples)
+TEST(HasAlpha, SamplesAGrid)
 {
     // A side of 8: 8 / 16 = 0, so 4 samples with step 2; 8 mod 4 is 0, so they start at 1: 1, 3, 5, 7.
     const auto isSample = [](int at) { return at % 2 == 1; };
@@ -346,7 +368,7 @@ TEST(HasAlpha, GridStartsAtHalfTheRest)
     EXPECT_TRUE(all.surface.HasAlpha());
 }
 
-/// The columns at which a picture of one row is looked at.
+/// The columns at which a one-row picture is sampled.
 static std::vector<UINT> SampledColumns(UINT side)
 {
     std::vector<UINT> columns;
@@ -379,7 +401,7 @@ TEST(HasAlpha, StepAndStartFollowFromTheSide)
 
 TEST(HasAlpha, ALargeSideHas64Samples)
 {
-    // 1100 / 16 = 68 is cut to 64; step 1100 / 64 = 17, rest 1100 - 64 * 17 = 12, start 6.
+    // 1100 / 16 = 68 is limited to 64; step 1100 / 64 = 17, rest 1100 - 64 * 17 = 12, start 6.
     const std::vector<UINT> columns = SampledColumns(1100);
     ASSERT_EQ(columns.size(), 64u);
     for (UINT i = 0; i < 64; ++i)
@@ -388,7 +410,7 @@ TEST(HasAlpha, ALargeSideHas64Samples)
 
 TEST(HasAlpha, WorksForEverySideFrom1To1100)
 {
-    // Every sample lies in the picture: a column of 0 beyond it would be an overrun.
+    // Every sample is inside the picture: a column of 0 beyond it would be an overrun.
     for (UINT side = 1; side <= 1100; ++side) {
         SurfaceOverBytes s(D3DFMT_A8R8G8B8, side, 1, static_cast<int>(side) * 4,
                            std::vector<uint8_t>(side * 4, 0xFF));
@@ -396,7 +418,7 @@ TEST(HasAlpha, WorksForEverySideFrom1To1100)
     }
 }
 
-TEST(HasAlpha, IsFoundOutOnce)
+TEST(HasAlpha, IsDeterminedOnce)
 {
     SurfaceOverBytes s = MakeAlphaPicture(8, [](int, int) { return 255; });
     EXPECT_FALSE(s.surface.HasAlpha());
@@ -404,7 +426,7 @@ TEST(HasAlpha, IsFoundOutOnce)
     EXPECT_FALSE(s.surface.HasAlpha());
 }
 
-TEST(HasAlpha, OnlySomeFormatsAreLookedAt)
+TEST(HasAlpha, OnlySomeFormatsAreSampled)
 {
     static const struct {
         const char* what;
@@ -413,7 +435,7 @@ TEST(HasAlpha, OnlySomeFormatsAreLookedAt)
     } cases[] = {
         {"A4R4G4B4", D3DFMT_A4R4G4B4, true},  // 0x8888: alpha 0x80
         {"DXT5", D3DFMT_DXT5, true},          // first alpha end point 0x88
-        {"X8R8G8B8", D3DFMT_X8R8G8B8, false}, // the byte is there, but is no alpha
+        {"X8R8G8B8", D3DFMT_X8R8G8B8, false}, // the byte exists, but is not an alpha
         {"A8L8", D3DFMT_A8L8, false},         {"DXT1", D3DFMT_DXT1, false},
         {"DXT3", D3DFMT_DXT3, false},
     };

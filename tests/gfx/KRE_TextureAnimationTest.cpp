@@ -30,7 +30,7 @@ std::pair<float, float> Apply(const D3DMATRIX& m, float u, float v)
 
 } // namespace
 
-TEST(KRE_TextMatrixAni, TracksWithoutKeysStandAtTheirConstants)
+TEST(KRE_TextMatrixAni, TracksWithoutKeysStayAtTheirConstants)
 {
     Ani ani;
     const float expected[] = {0.0f, 0.0f, 1.0f, 1.0f, 0.0f};
@@ -51,7 +51,7 @@ TEST(KRE_TextMatrixAni, TracksWithKeysLeaveTheirConstants)
     EXPECT_EQ(ani.Evaluate(Ani::kTileV, 0.5f), 3.0f);
 }
 
-TEST(SetMatrixFromTrack, TheSetThatChangesNothingIsNoMatrix)
+TEST(SetMatrixFromTrack, ValuesThatChangeNothingGiveNoMatrix)
 {
     KRE_Texture texture;
     texture.SetMatrixFromTrack(0.5f, 0.0f, 1.0f, 1.0f, 0.0f);
@@ -84,8 +84,8 @@ TEST(SetMatrixFromTrack, IsTranslationThenRotationThenScalingAboutTheMiddle)
 
 TEST(SetMatrixFromTrack, TurnsByMinusTheAngle)
 {
-    // A quarter turn by -90 degrees sends (x, y) to (y, -x). The corner (1, 0.5) lies at (0.5, 0)
-    // from the middle and goes to (0, -0.5), which is the corner (0.5, 0).
+    // A quarter turn by -90 degrees sends (x, y) to (y, -x). The corner (1, 0.5) is at (0.5, 0)
+    // from the centre and goes to (0, -0.5), which is the corner (0.5, 0).
     KRE_Texture texture;
     texture.SetMatrixFromTrack(0.0f, 0.0f, 1.0f, 1.0f, 1.57079633f);
     const auto [u, v] = Apply(texture.slotMatrices[0], 1.0f, 0.5f);
@@ -95,7 +95,7 @@ TEST(SetMatrixFromTrack, TurnsByMinusTheAngle)
 
 TEST(SetMatrixFromTrack, AgreesWithTheSameStepsOnAPoint)
 {
-    // The steps one after the other in double precision, for coordinates here and there.
+    // The steps one by one in double precision, for several coordinates.
     const double offsetU = 0.3, offsetV = -0.2, tileU = 1.5, tileV = 0.75, angle = 0.6;
     KRE_Texture texture;
     texture.SetMatrixFromTrack(0.3f, -0.2f, 1.5f, 0.75f, 0.6f);
@@ -127,7 +127,7 @@ TEST(TextureEvaluate, SetsTheMatrixOfTheCurrentSlotOnly)
     EXPECT_EQ(texture.currentTime, 3.0f);
 }
 
-// The defaults of all tracks are no matrix, whether a slot has tracks or none.
+// The defaults of all tracks mean no matrix, whether or not a slot has tracks.
 TEST(TextureEvaluate, SlotWithoutAnimationHasNoMatrix)
 {
     KRE_Texture texture;

@@ -2,9 +2,9 @@
 
 #include "tests/gfx/TextureEngine.h"
 
-using Catalogue = TextureEngine;
+using KRE_TextureCatalogueTest = TextureEngine;
 
-TEST_F(Catalogue, LoadsATextureWhenItIsFirstAskedFor)
+TEST_F(KRE_TextureCatalogueTest, LoadsATextureOnFirstUse)
 {
     directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
     EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true));
@@ -17,12 +17,12 @@ TEST_F(Catalogue, LoadsATextureWhenItIsFirstAskedFor)
     EXPECT_EQ(gfx->textureManager.GetCount(), 1);
 }
 
-TEST_F(Catalogue, ANameWithoutAnEntryGivesNull)
+TEST_F(KRE_TextureCatalogueTest, ANameWithoutAnEntryGivesNull)
 {
     EXPECT_EQ(gfx->catalogue.GetTexture("nothing"), nullptr);
 }
 
-TEST_F(Catalogue, ADuplicateNameWarnsAndKeepsTheFirst)
+TEST_F(KRE_TextureCatalogueTest, ADuplicateNameWarnsAndKeepsTheFirst)
 {
     directory.Write("one.bmp", PlainBmp(4, 4, 0x111111));
     directory.Write("two.bmp", PlainBmp(4, 4, 0x222222));
@@ -32,7 +32,7 @@ TEST_F(Catalogue, ADuplicateNameWarnsAndKeepsTheFirst)
     EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("Sky"), 0, 0) & 0xFFFFFF, 0x111111u);
 }
 
-TEST_F(Catalogue, AMissingFileWarnsAndTurnsGrey)
+TEST_F(KRE_TextureCatalogueTest, AMissingFileWarnsAndTurnsGrey)
 {
     EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "gone.bmp", 0, true));
     EXPECT_EQ(Warnings(), "Texture file not found: 'gone.bmp'");
@@ -42,7 +42,7 @@ TEST_F(Catalogue, AMissingFileWarnsAndTurnsGrey)
     EXPECT_EQ(PixelOf(*texture, 2, 2), 0xFF969696u);
 }
 
-TEST_F(Catalogue, FindsFilesInTheDefaultTexturePath)
+TEST_F(KRE_TextureCatalogueTest, FindsFilesInTheDefaultTexturePath)
 {
     directory.Write("maps/sky.bmp", PlainBmp(4, 4, 0x111111));
     gfx->SetDefaultTexturePath("maps");
@@ -50,7 +50,7 @@ TEST_F(Catalogue, FindsFilesInTheDefaultTexturePath)
     EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("Sky"), 0, 0) & 0xFFFFFF, 0x111111u);
 }
 
-TEST_F(Catalogue, ColourKeyAndStretchGoToTheLoad)
+TEST_F(KRE_TextureCatalogueTest, ColorKeyAndStretchGoToTheLoad)
 {
     directory.Write("odd.bmp", Bmp24(12, 1, std::vector<DWORD>(12, 0xFF00FF)));
     gfx->SetTextureCompression(1, 0);
@@ -65,7 +65,7 @@ TEST_F(Catalogue, ColourKeyAndStretchGoToTheLoad)
     EXPECT_EQ(PixelOf(*gfx->catalogue.GetTexture("keyed"), 3, 0) >> 24, 0u);
 }
 
-TEST_F(Catalogue, OnlyAStretchedEntryIsResampled)
+TEST_F(KRE_TextureCatalogueTest, OnlyAStretchedEntryIsResampled)
 {
     directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
     gfx->catalogue.AddTexture("stretched", "sky.bmp", 0, true);
@@ -77,7 +77,7 @@ TEST_F(Catalogue, OnlyAStretchedEntryIsResampled)
     EXPECT_EQ(LastCreation().filter, DWORD{D3DX_FILTER_NONE});
 }
 
-TEST_F(Catalogue, AFileThatIsNoPictureIsAnErrorEachTime)
+TEST_F(KRE_TextureCatalogueTest, AFileThatIsNotAPictureIsAnErrorEachTime)
 {
     directory.Write("bad.bmp", "no picture");
     gfx->catalogue.AddTexture("Sky", "bad.bmp", 0, true);
@@ -85,7 +85,7 @@ TEST_F(Catalogue, AFileThatIsNoPictureIsAnErrorEachTime)
     EXPECT_NE(ErrorText([&] { gfx->catalogue.GetTexture("Sky"); }), "");
 }
 
-TEST_F(Catalogue, FreeForgetsEntriesAndGivesTexturesBack)
+TEST_F(KRE_TextureCatalogueTest, FreeForgetsEntriesAndReleasesTextures)
 {
     directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
     gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true);
@@ -96,7 +96,7 @@ TEST_F(Catalogue, FreeForgetsEntriesAndGivesTexturesBack)
     EXPECT_TRUE(gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true));
 }
 
-TEST_F(Catalogue, NamesThatTheTreeCannotHoldAreErrors)
+TEST_F(KRE_TextureCatalogueTest, NamesThatTheTreeCannotHoldAreErrors)
 {
     EXPECT_EQ(ErrorText([&] { gfx->catalogue.AddTexture("", "a.bmp", 0, true); }),
               "Empty name string");

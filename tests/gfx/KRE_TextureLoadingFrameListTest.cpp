@@ -11,12 +11,12 @@ static std::string Repeat(const std::string& line, int count)
     return text;
 }
 
-TEST(SplitFrameList, TakesTheLinesWithoutTheBlanksAtBothEnds)
+TEST(SplitFrameList, TrimsTheLines)
 {
     static const struct {
         const char* what;
         std::string text;
-        std::vector<std::string> expected; // each behind the number of its line
+        std::vector<std::string> expected; // each after its line number
     } cases[] = {
         {"nothing", "", {}},
         {"one line", "a.bmp", {"1:a.bmp"}},
@@ -37,7 +37,7 @@ TEST(SplitFrameList, TakesTheLinesWithoutTheBlanksAtBothEnds)
     }
 }
 
-TEST(SplitFrameCount, TakesALastWordOfDigits)
+TEST(SplitFrameCount, ReadsALastWordOfDigits)
 {
     static const struct {
         const char* what;
@@ -90,7 +90,7 @@ TEST_F(LoadFrameList, MakesASequenceOfTheLines)
     EXPECT_EQ(texture.slotFileInfo[0].sizeBytes, 0);
 }
 
-TEST_F(LoadFrameList, FramesLieBesideTheList)
+TEST_F(LoadFrameList, FramesAreBesideTheList)
 {
     directory.Write("maps/red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("maps/flash.ifl", "red.bmp\n");
@@ -99,7 +99,7 @@ TEST_F(LoadFrameList, FramesLieBesideTheList)
     EXPECT_TRUE(texture.IsValid());
 }
 
-TEST_F(LoadFrameList, AFrameThatExistsAsItIsNamedWins)
+TEST_F(LoadFrameList, AFrameAtItsNamedPathWins)
 {
     directory.Write("red.bmp", PlainBmp(8, 8, 0xFF0000));
     directory.Write("maps/red.bmp", PlainBmp(4, 4, 0xFF0000));
@@ -120,7 +120,7 @@ TEST_F(LoadFrameList, FramesShareThePicturesOfPlainTextures)
     EXPECT_EQ(sequence.current, plain.current);
 }
 
-TEST_F(LoadFrameList, QuirkFramesDoNotShareThePicturesOfEachOther)
+TEST_F(LoadFrameList, QuirkFramesDoNotShareEachOthersPictures)
 {
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("flash.ifl", "red.bmp\nred.bmp\n");
@@ -130,7 +130,7 @@ TEST_F(LoadFrameList, QuirkFramesDoNotShareThePicturesOfEachOther)
     EXPECT_STREQ(gfx->textureManager.GetEntry(0)->name, "red.bmp");
 }
 
-TEST_F(LoadFrameList, ANumberBehindTheNameRepeatsItsPicture)
+TEST_F(LoadFrameList, ANumberAfterTheNameRepeatsItsPicture)
 {
     directory.Write("maps/red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("blue sky.bmp", PlainBmp(2, 2, 0x0000FF));
@@ -153,7 +153,7 @@ TEST_F(LoadFrameList, ANumberBehindTheNameRepeatsItsPicture)
     }
 }
 
-TEST_F(LoadFrameList, ALineThatIsANameAsItStandsIsNoCount)
+TEST_F(LoadFrameList, AWholeLineThatNamesAFileHasNoCount)
 {
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("red.bmp 3", PlainBmp(8, 8, 0xFF0000));
@@ -168,7 +168,7 @@ TEST_F(LoadFrameList, ALineThatIsANameAsItStandsIsNoCount)
     EXPECT_EQ(texture.width, 8);
 }
 
-TEST_F(LoadFrameList, AVideoSourceIsANameAsItStands)
+TEST_F(LoadFrameList, AVideoSourceIsAWholeLine)
 {
     gfx->videoSources[5].width = gfx->videoSources[5].height = 1;
     directory.Write("film.ifl", ">>Video 5\n");
@@ -178,7 +178,7 @@ TEST_F(LoadFrameList, AVideoSourceIsANameAsItStands)
     EXPECT_EQ(texture.videoSource, 5);
 }
 
-TEST_F(LoadFrameList, AllFramesAreGivenBack)
+TEST_F(LoadFrameList, AllFramesAreReleased)
 {
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("flash.ifl", "red.bmp\nred.bmp 20\nred.bmp\n");
@@ -212,7 +212,7 @@ TEST_F(LoadFrameList, AMissingFrameIsAnErrorThatNamesIt)
     EXPECT_EQ(LoadError(texture, "maps/flash.ifl"), "Can not open file maps\\gone.bmp 1.5");
 }
 
-TEST_F(LoadFrameList, AWarningAheadOfTheErrorNamesListAndLine)
+TEST_F(LoadFrameList, AWarningBeforeTheErrorNamesListAndLine)
 {
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("maps/flash.ifl", "red.bmp\r\n\r\n gone.bmp 12 \r\nlost.bmp\r\n");
@@ -226,7 +226,7 @@ TEST_F(LoadFrameList, AWarningAheadOfTheErrorNamesListAndLine)
     EXPECT_EQ(log.find("lost"), std::string::npos) << "the first one ends the load";
 }
 
-TEST_F(LoadFrameList, ListsThatLoadWarnOfNothing)
+TEST_F(LoadFrameList, ListsThatLoadCauseNoWarnings)
 {
     gfx->videoSources[5].width = gfx->videoSources[5].height = 1;
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
@@ -236,7 +236,7 @@ TEST_F(LoadFrameList, ListsThatLoadWarnOfNothing)
     EXPECT_FALSE(directory.Has("logfile.txt"));
 }
 
-TEST_F(LoadFrameList, AListInItselfIsAnErrorThatNamesIt)
+TEST_F(LoadFrameList, AListThatNamesItselfIsAnErrorThatNamesIt)
 {
     directory.Write("snake.ifl", "snake.ifl\n");
     KRE_Texture texture;
@@ -244,7 +244,7 @@ TEST_F(LoadFrameList, AListInItselfIsAnErrorThatNamesIt)
               "Texture file list snake.ifl names another list: snake.ifl");
 }
 
-TEST_F(LoadFrameList, TwoListsInEachOtherAreAnError)
+TEST_F(LoadFrameList, TwoListsThatNameEachOtherAreAnError)
 {
     directory.Write("a.ifl", "b.IFL\n");
     directory.Write("b.IFL", "a.ifl\n");
@@ -252,14 +252,14 @@ TEST_F(LoadFrameList, TwoListsInEachOtherAreAnError)
     EXPECT_EQ(LoadError(texture, "a.ifl"), "Texture file list a.ifl names another list: b.IFL");
 }
 
-TEST_F(LoadFrameList, ACountedListInAListIsAnErrorToo)
+TEST_F(LoadFrameList, ANestedListWithACountIsAnErrorToo)
 {
     directory.Write("a.ifl", "b.ifl 2\n");
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, "a.ifl"), "Texture file list a.ifl names another list: b.ifl");
 }
 
-TEST_F(LoadFrameList, MoreThan4096FramesInAllAreAnError)
+TEST_F(LoadFrameList, MoreThan4096FramesInTotalAreAnError)
 {
     static const struct {
         const char* what;
@@ -293,7 +293,7 @@ TEST_F(LoadFrameList, AListOfMorePicturesThanTheEngineHasRoomForIsAnError)
 {
     directory.Write("dot.bmp", PlainBmp(1, 1, 0));
     directory.Write("long.ifl", Repeat("dot.bmp\n", 10));
-    // Most of the table is taken, so that the picture need not be read 4096 times.
+    // Most of the table is filled, so that the picture need not be read 4096 times.
     constexpr int32_t kTaken = KRE_ResourceManager::kCapacity - 3;
     for (int32_t i = 0; i < kTaken; ++i)
         gfx->textureManager.Add(nullptr, "taken");
@@ -304,14 +304,14 @@ TEST_F(LoadFrameList, AListOfMorePicturesThanTheEngineHasRoomForIsAnError)
     EXPECT_EQ(gfx->textureManager.GetCount(), kTaken);
 }
 
-TEST_F(LoadFrameList, ADirectoryIsNoList)
+TEST_F(LoadFrameList, ADirectoryIsNotAList)
 {
     directory.Write("folder.ifl/inside.txt", "x");
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, "folder.ifl"), "Can not open file folder.ifl");
 }
 
-TEST_F(LoadFrameList, ALineThatIsNoNameIsAnErrorOnly)
+TEST_F(LoadFrameList, ALineThatCannotBeANameIsJustAnError)
 {
     for (const std::string& line : {std::string(300000, 'x'), std::string("a\0b.bmp", 7),
                                     std::string("\xFF\xFE\x80"), std::string("..\\..\\..")}) {

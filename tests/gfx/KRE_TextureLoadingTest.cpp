@@ -1,11 +1,12 @@
 #include "tests/gfx/TextureEngine.h"
 
 using testing::Test;
-using LoadTexture = TextureEngine;
+using KRE_TextureLoadingTest = TextureEngine;
 
 namespace {
 
-/// What `LoadTexture` says of a picture that the picture library refuses, up to the result's name.
+/// The message of `LoadTexture` for a picture that the picture library refuses, up to the result's
+/// name.
 constexpr const char* kNoImage = " D3DXGetImageInfoFromFile failed: ";
 
 bool StartsWith(const std::string& text, const std::string& start)
@@ -21,7 +22,7 @@ bool EndsWith(const std::string& text, const std::string& end)
 
 } // namespace
 
-TEST_F(LoadTexture, PixelsOfABitmapArrive)
+TEST_F(KRE_TextureLoadingTest, PixelsOfABitmapArrive)
 {
     // 2 by 2: red, green, blue and grey, rows from the top.
     directory.Write("four.bmp", Bmp24(2, 2, {0xFF0000, 0x00FF00, 0x0000FF, 0x404142}));
@@ -39,7 +40,7 @@ TEST_F(LoadTexture, PixelsOfABitmapArrive)
     EXPECT_FALSE(texture.HasAlpha());
 }
 
-TEST_F(LoadTexture, AlphaOfATargaArrives)
+TEST_F(KRE_TextureLoadingTest, AlphaOfATargaArrives)
 {
     directory.Write("glass.tga", Tga32(2, 1, {0x80112233, 0x7F445566}));
     KRE_Texture texture;
@@ -51,7 +52,7 @@ TEST_F(LoadTexture, AlphaOfATargaArrives)
     EXPECT_TRUE(texture.HasAlpha());
 }
 
-TEST_F(LoadTexture, FillsInSlotSizeAndRectangle)
+TEST_F(KRE_TextureLoadingTest, FillsInSlotSizeAndRectangle)
 {
     const std::string file = PlainBmp(8, 4, 0x123456);
     directory.Write("a.bmp", file);
@@ -71,7 +72,7 @@ TEST_F(LoadTexture, FillsInSlotSizeAndRectangle)
     EXPECT_TRUE(texture.quad);
 }
 
-TEST_F(LoadTexture, ColourKeyBecomesTransparent)
+TEST_F(KRE_TextureLoadingTest, ColorKeyBecomesTransparent)
 {
     directory.Write("key.bmp", Bmp24(2, 1, {0xFF00FF, 0x102030}));
     KRE_Texture texture;
@@ -80,7 +81,7 @@ TEST_F(LoadTexture, ColourKeyBecomesTransparent)
     EXPECT_EQ(PixelOf(texture, 1, 0), 0xFF102030u);
 }
 
-TEST_F(LoadTexture, FilesOfOneNameAndSizeAreShared)
+TEST_F(KRE_TextureLoadingTest, FilesOfOneNameAndSizeAreShared)
 {
     directory.Write("a/wood.bmp", PlainBmp(4, 4, 0x111111));
     directory.Write("b/wood.bmp", PlainBmp(4, 4, 0x222222));
@@ -95,7 +96,7 @@ TEST_F(LoadTexture, FilesOfOneNameAndSizeAreShared)
     EXPECT_EQ(second.sourceWidth, 4.0f);
 }
 
-TEST_F(LoadTexture, FilesOfOneNameAndDifferentSizesStayApart)
+TEST_F(KRE_TextureLoadingTest, FilesOfOneNameAndDifferentSizesStayApart)
 {
     directory.Write("a/wood.bmp", PlainBmp(4, 4, 0x111111));
     directory.Write("b/wood.bmp", PlainBmp(4, 8, 0x222222));
@@ -107,7 +108,7 @@ TEST_F(LoadTexture, FilesOfOneNameAndDifferentSizesStayApart)
     EXPECT_EQ(gfx->textureManager.GetCount(), 2);
 }
 
-TEST_F(LoadTexture, WithoutReuseNothingIsShared)
+TEST_F(KRE_TextureLoadingTest, WithoutReuseNothingIsShared)
 {
     directory.Write("wood.bmp", PlainBmp(4, 4, 0x111111));
     gfx->textureManager.reuse = false;
@@ -118,7 +119,7 @@ TEST_F(LoadTexture, WithoutReuseNothingIsShared)
     EXPECT_NE(first.current, second.current);
 }
 
-TEST_F(LoadTexture, APictureThatAResetTookAwayIsLoadedAgain)
+TEST_F(KRE_TextureLoadingTest, APictureReleasedByAResetIsLoadedAgain)
 {
     directory.Write("wood.bmp", PlainBmp(4, 4, 0x111111));
     KRE_Texture first;
@@ -132,7 +133,7 @@ TEST_F(LoadTexture, APictureThatAResetTookAwayIsLoadedAgain)
     EXPECT_EQ(gfx->textureManager.GetEntry(0)->useCount, 1);
 }
 
-TEST_F(LoadTexture, TheSlotIsFreedFirst)
+TEST_F(KRE_TextureLoadingTest, TheSlotIsFreedFirst)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     directory.Write("b.bmp", PlainBmp(2, 2, 0));
@@ -143,7 +144,7 @@ TEST_F(LoadTexture, TheSlotIsFreedFirst)
     EXPECT_EQ(texture.width, 2);
 }
 
-TEST_F(LoadTexture, AFailedLoadLeavesTheSlotEmptyUnlessItIsKept)
+TEST_F(KRE_TextureLoadingTest, AFailedLoadLeavesTheSlotEmptyUnlessItIsKept)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     directory.Write("bad.bmp", "not a picture");
@@ -156,7 +157,7 @@ TEST_F(LoadTexture, AFailedLoadLeavesTheSlotEmptyUnlessItIsKept)
     EXPECT_EQ(gfx->textureManager.GetCount(), 0);
 }
 
-TEST_F(LoadTexture, AKeptSlotGivesItsPictureBackWhenTheNewOneArrives)
+TEST_F(KRE_TextureLoadingTest, AKeptSlotReleasesItsPictureWhenTheNewOneArrives)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     directory.Write("b.bmp", PlainBmp(2, 2, 0));
@@ -167,7 +168,7 @@ TEST_F(LoadTexture, AKeptSlotGivesItsPictureBackWhenTheNewOneArrives)
     EXPECT_EQ(gfx->textureManager.GetCount(), 1);
 }
 
-TEST_F(LoadTexture, TheNameMayBelongToTheTexture)
+TEST_F(KRE_TextureLoadingTest, TheNameMayBelongToTheTexture)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     KRE_Texture texture;
@@ -177,7 +178,7 @@ TEST_F(LoadTexture, TheNameMayBelongToTheTexture)
     EXPECT_TRUE(texture.IsValid());
 }
 
-TEST_F(LoadTexture, ModesChoosePoolAndUsage)
+TEST_F(KRE_TextureLoadingTest, ModesChoosePoolAndUsage)
 {
     static const struct {
         int32_t mode;
@@ -198,7 +199,7 @@ TEST_F(LoadTexture, ModesChoosePoolAndUsage)
     }
 }
 
-TEST_F(LoadTexture, OtherModesAreAnError)
+TEST_F(KRE_TextureLoadingTest, OtherModesAreAnError)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     for (const int32_t mode : {4, 7, -2, 0x4000, 0x1004}) {
@@ -208,7 +209,7 @@ TEST_F(LoadTexture, OtherModesAreAnError)
     }
 }
 
-TEST_F(LoadTexture, WithoutTextureOrNameIsAnError)
+TEST_F(KRE_TextureLoadingTest, WithoutTextureOrNameIsAnError)
 {
     EXPECT_EQ(ErrorText([&] { gfx->LoadTexture(nullptr, "a.bmp", 0, -1, -1, 1); }),
               "KRE_Texture pointer in LoadTexture is NULL pointer!");
@@ -217,20 +218,20 @@ TEST_F(LoadTexture, WithoutTextureOrNameIsAnError)
     EXPECT_EQ(LoadError(texture, nullptr), "Invalid file name in LoadTexture");
 }
 
-TEST_F(LoadTexture, AMissingFileIsAnErrorThatNamesIt)
+TEST_F(KRE_TextureLoadingTest, AMissingFileIsAnErrorThatNamesIt)
 {
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, "gone.bmp"), "Can not open file gone.bmp");
 }
 
-TEST_F(LoadTexture, ADirectoryIsNoFile)
+TEST_F(KRE_TextureLoadingTest, ADirectoryIsNotAFile)
 {
     directory.Write("folder.bmp/inside.txt", "x");
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, "folder.bmp"), "Can not open file folder.bmp");
 }
 
-TEST_F(LoadTexture, AnAbsolutePathIsWarnedOf)
+TEST_F(KRE_TextureLoadingTest, AnAbsolutePathCausesAWarning)
 {
     KRE_Texture texture;
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
@@ -238,7 +239,7 @@ TEST_F(LoadTexture, AnAbsolutePathIsWarnedOf)
     EXPECT_EQ(Warnings().rfind("Absolute file path: '", 0), 0u) << Warnings();
 }
 
-TEST_F(LoadTexture, APictureThatIsNoneIsAnErrorThatNamesIt)
+TEST_F(KRE_TextureLoadingTest, AFileThatIsNotAPictureIsAnErrorThatNamesIt)
 {
     const std::string bmp = PlainBmp(8, 8, 0x123456);
     std::string noSides = bmp;
@@ -273,7 +274,7 @@ TEST_F(LoadTexture, APictureThatIsNoneIsAnErrorThatNamesIt)
     EXPECT_EQ(gfx->textureManager.GetCount(), 0);
 }
 
-TEST_F(LoadTexture, APictureOf40000PixelsASideWithoutItsPixelsIsAnError)
+TEST_F(KRE_TextureLoadingTest, APictureOf40000PixelsASideWithoutItsPixelsIsAnError)
 {
     std::string bmp = PlainBmp(8, 8, 0x123456);
     for (const size_t side : {18u, 22u})
@@ -283,7 +284,7 @@ TEST_F(LoadTexture, APictureOf40000PixelsASideWithoutItsPixelsIsAnError)
     EXPECT_TRUE(EndsWith(LoadError(texture, "huge.bmp"), " (file:huge.bmp)"));
 }
 
-TEST_F(LoadTexture, EveryCutOfAPictureLoadsOrIsAnError)
+TEST_F(KRE_TextureLoadingTest, EveryTruncatedPictureLoadsOrIsAnError)
 {
     for (const std::string& whole : {PlainBmp(5, 3, 0x123456), Tga32(3, 2, {1, 2, 3, 4, 5, 6})}) {
         for (size_t size = 0; size < whole.size(); ++size) {
@@ -296,7 +297,7 @@ TEST_F(LoadTexture, EveryCutOfAPictureLoadsOrIsAnError)
     }
 }
 
-TEST_F(LoadTexture, ATextureThatTheDeviceCannotMakeIsAnErrorThatNamesTheFile)
+TEST_F(KRE_TextureLoadingTest, ATextureThatTheDeviceCannotMakeIsAnErrorThatNamesTheFile)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0));
     direct3D->FailAlways("CreateTexture", D3DERR_OUTOFVIDEOMEMORY);
@@ -306,7 +307,7 @@ TEST_F(LoadTexture, ATextureThatTheDeviceCannotMakeIsAnErrorThatNamesTheFile)
     EXPECT_EQ(gfx->textureManager.GetCount(), 0);
 }
 
-TEST_F(LoadTexture, AFileWithSidesThatAreNoPowersOf2LoadsAtItsOwnSize)
+TEST_F(KRE_TextureLoadingTest, AFileWithSidesThatAreNotPowersOf2LoadsAtItsOwnSize)
 {
     directory.Write("odd.bmp", PlainBmp(6, 5, 0x123456));
     gfx->caps.TextureCaps &= ~DWORD{D3DPTEXTURECAPS_POW2};
@@ -320,7 +321,7 @@ TEST_F(LoadTexture, AFileWithSidesThatAreNoPowersOf2LoadsAtItsOwnSize)
     }
 }
 
-TEST_F(LoadTexture, CompressedWithMipmapsASideThatIsNoPowerOf2IsStretchedToOne)
+TEST_F(KRE_TextureLoadingTest, CompressedWithMipmapsASideThatIsNotAPowerOf2IsStretchedToOne)
 {
     directory.Write("odd.bmp", PlainBmp(12, 4, 0x123456));
     KRE_Texture texture;
@@ -333,7 +334,7 @@ TEST_F(LoadTexture, CompressedWithMipmapsASideThatIsNoPowerOf2IsStretchedToOne)
     EXPECT_EQ(Warnings(), "");
 }
 
-TEST_F(LoadTexture, QuirkTheWarningOfThatWithoutStretchHasNoName)
+TEST_F(KRE_TextureLoadingTest, QuirkTheWarningOfThatWithoutStretchHasNoName)
 {
     directory.Write("odd.bmp", PlainBmp(12, 4, 0x123456));
     KRE_Texture texture;
@@ -343,7 +344,7 @@ TEST_F(LoadTexture, QuirkTheWarningOfThatWithoutStretchHasNoName)
                           "mipmaps+noStretch+compressed");
 }
 
-TEST_F(LoadTexture, OneLevelOrAPlainFormatIsNeverStretched)
+TEST_F(KRE_TextureLoadingTest, OneLevelOrAPlainFormatIsNeverStretched)
 {
     directory.Write("odd.bmp", PlainBmp(12, 4, 0x123456));
     KRE_Texture oneLevel;
@@ -356,7 +357,7 @@ TEST_F(LoadTexture, OneLevelOrAPlainFormatIsNeverStretched)
     EXPECT_EQ(plain.levelCount, 4); // 12, 6, 3, 1
 }
 
-TEST_F(LoadTexture, FiltersFollowFromSidesFormatAndStretch)
+TEST_F(KRE_TextureLoadingTest, FiltersFollowFromSidesFormatAndStretch)
 {
     constexpr int32_t kPlain = D3DFMT_X8R8G8B8;
     constexpr int32_t kBlocks = D3DFMT_DXT1;
@@ -404,7 +405,7 @@ TEST_F(LoadTexture, FiltersFollowFromSidesFormatAndStretch)
     }
 }
 
-TEST_F(LoadTexture, WithoutStretchTheRectangleIsOfTheFilesSize)
+TEST_F(KRE_TextureLoadingTest, WithoutStretchTheRectangleIsOfTheFilesSize)
 {
     directory.Write("odd.bmp", PlainBmp(12, 6, 0x123456));
     KRE_Texture stretched;
@@ -420,7 +421,7 @@ TEST_F(LoadTexture, WithoutStretchTheRectangleIsOfTheFilesSize)
     EXPECT_EQ(plain.sourceHeight, 6.0f);
 }
 
-TEST_F(LoadTexture, MipLevelsOf0AreTheFullChain)
+TEST_F(KRE_TextureLoadingTest, MipLevelsOf0AreTheFullChain)
 {
     directory.Write("a.bmp", PlainBmp(8, 2, 0));
     KRE_Texture texture;
@@ -428,9 +429,9 @@ TEST_F(LoadTexture, MipLevelsOf0AreTheFullChain)
     EXPECT_EQ(texture.levelCount, 4); // 8, 4, 2, 1
 }
 
-TEST_F(LoadTexture, ADeviceWithoutMipmapsIsAskedFor0Levels)
+TEST_F(KRE_TextureLoadingTest, ADeviceWithoutMipmapsIsAskedFor0Levels)
 {
-    // The real device below has them, so the 0 shows as the full chain.
+    // The real device below supports mip maps, so the 0 gives the full chain.
     directory.Write("a.bmp", PlainBmp(8, 2, 0));
     gfx->caps.TextureCaps &= ~DWORD{D3DPTEXTURECAPS_MIPMAP};
     KRE_Texture texture;
@@ -438,7 +439,7 @@ TEST_F(LoadTexture, ADeviceWithoutMipmapsIsAskedFor0Levels)
     EXPECT_EQ(texture.levelCount, 4);
 }
 
-TEST_F(LoadTexture, A24BitPictureOnA16BitDisplayIsR5G6B5)
+TEST_F(KRE_TextureLoadingTest, A24BitPictureOnA16BitDisplayIsR5G6B5)
 {
     directory.Write("a.bmp", PlainBmp(4, 4, 0xFF0000));
     gfx->displayFormat = D3DFMT_R5G6B5;
@@ -448,7 +449,7 @@ TEST_F(LoadTexture, A24BitPictureOnA16BitDisplayIsR5G6B5)
     EXPECT_EQ(PixelOf(texture, 0, 0), 0xFFF80000u);
 }
 
-TEST_F(LoadTexture, NoTexturesGivesEveryLoadTheSamePicture)
+TEST_F(KRE_TextureLoadingTest, NoTexturesGivesEveryLoadTheSamePicture)
 {
     directory.Write("a.bmp", PlainBmp(8, 8, 0xFF0000));
     directory.Write("b.bmp", PlainBmp(2, 2, 0x00FF00));
@@ -470,7 +471,7 @@ TEST_F(LoadTexture, NoTexturesGivesEveryLoadTheSamePicture)
     EXPECT_EQ(gfx->textureManager.GetEntry(0)->useCount, 5);
 }
 
-TEST_F(LoadTexture, ResourceNameIsTheLeafWithTheSize)
+TEST_F(KRE_TextureLoadingTest, ResourceNameIsTheLeafWithTheSize)
 {
     directory.Write("deep/wood.bmp", "12345");
     String name;
@@ -480,7 +481,15 @@ TEST_F(LoadTexture, ResourceNameIsTheLeafWithTheSize)
     EXPECT_STREQ(name.c_str(), "gone.bmp");
 }
 
-TEST_F(LoadTexture, ALongNameLoads)
+TEST_F(KRE_TextureLoadingTest, ResourceNameOfAMissingFileIsMadeInSilence)
+{
+    String name;
+    gfx->MakeResourceName(&name, "gone.bmp");
+    const std::string log = directory.Has("logfile.txt") ? directory.Read("logfile.txt") : "";
+    EXPECT_EQ(log.find("gone.bmp"), std::string::npos) << log;
+}
+
+TEST_F(KRE_TextureLoadingTest, ALongNameLoads)
 {
     const std::string name = std::string(200, 'n') + ".bmp";
     const std::string path = std::string(200, 'd') + "/" + name;

@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Gives each pixel the column in red, the row in green and the user word in blue.
+/// Fills each pixel with its column in red, its row in green and the user word in blue.
 void DrawGradient(KRE_Surface* surface, uint32_t userWord)
 {
     surface->Lock(nullptr, 0);
@@ -15,7 +15,7 @@ void DrawGradient(KRE_Surface* surface, uint32_t userWord)
 
 } // namespace
 
-class VideoSources : public TextureEngine {
+class KRE_TextureLoadingVideoTest : public TextureEngine {
 protected:
     KRE_VideoSource& Offer(int32_t source, int32_t width, int32_t height)
     {
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(VideoSources, AreEmptyAtFirst)
+TEST_F(KRE_TextureLoadingVideoTest, AreEmptyAtFirst)
 {
     for (const KRE_VideoSource& source : gfx->videoSources) {
         EXPECT_EQ(source.update, nullptr);
@@ -39,7 +39,7 @@ TEST_F(VideoSources, AreEmptyAtFirst)
     }
 }
 
-TEST_F(VideoSources, LoadMakesATextureOfTheTablesSize)
+TEST_F(KRE_TextureLoadingVideoTest, LoadMakesATextureOfTheTablesSize)
 {
     KRE_VideoSource& entry = Offer(3, 6, 4);
     gfx->caps.TextureCaps &= ~DWORD{D3DPTEXTURECAPS_POW2};
@@ -57,7 +57,7 @@ TEST_F(VideoSources, LoadMakesATextureOfTheTablesSize)
     EXPECT_TRUE(texture.quad);
 }
 
-TEST_F(VideoSources, TheFormatIsTheTablesOrTheLoads)
+TEST_F(KRE_TextureLoadingVideoTest, TheFormatIsTheTablesOrTheLoads)
 {
     Offer(0, 4, 4).format = D3DFMT_R5G6B5;
     Offer(1, 4, 4);
@@ -68,7 +68,7 @@ TEST_F(VideoSources, TheFormatIsTheTablesOrTheLoads)
     EXPECT_EQ(texture.format, D3DFMT_A4R4G4B4);
 }
 
-TEST_F(VideoSources, SizesGoUpToPowersOf2WhereTheDeviceNeedsThem)
+TEST_F(KRE_TextureLoadingVideoTest, SizesGoUpToPowersOf2WhereTheDeviceNeedsThem)
 {
     Offer(3, 6, 4);
     gfx->caps.TextureCaps |= D3DPTEXTURECAPS_POW2;
@@ -78,7 +78,7 @@ TEST_F(VideoSources, SizesGoUpToPowersOf2WhereTheDeviceNeedsThem)
     EXPECT_EQ(texture.sourceWidth, 6.0f) << "the table's size, not the rounded one";
 }
 
-TEST_F(VideoSources, TexturesOfOneSourceAreShared)
+TEST_F(KRE_TextureLoadingVideoTest, TexturesOfOneSourceAreShared)
 {
     Offer(3, 4, 4);
     KRE_Texture first;
@@ -90,7 +90,7 @@ TEST_F(VideoSources, TexturesOfOneSourceAreShared)
     EXPECT_EQ(gfx->textureManager.GetCount(), 1);
 }
 
-TEST_F(VideoSources, ANameWithoutANumberIsSource0)
+TEST_F(KRE_TextureLoadingVideoTest, ANameWithoutANumberIsSource0)
 {
     Offer(0, 4, 4);
     KRE_Texture texture;
@@ -98,7 +98,7 @@ TEST_F(VideoSources, ANameWithoutANumberIsSource0)
     EXPECT_EQ(texture.videoSource, 0);
 }
 
-TEST_F(VideoSources, NumbersOutsideTheTableAreAnError)
+TEST_F(KRE_TextureLoadingVideoTest, NumbersOutsideTheTableAreAnError)
 {
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, ">>Video16"), "Invalid video source for texture: 16");
@@ -108,7 +108,7 @@ TEST_F(VideoSources, NumbersOutsideTheTableAreAnError)
     EXPECT_EQ(texture.videoSource, -1);
 }
 
-TEST_F(VideoSources, AnEntryThatIsNotSetUpIsAnError)
+TEST_F(KRE_TextureLoadingVideoTest, AnEntryThatIsNotSetUpIsAnError)
 {
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, ">>Video3"), "Invalid video source specifications for source 3");
@@ -116,7 +116,7 @@ TEST_F(VideoSources, AnEntryThatIsNotSetUpIsAnError)
     EXPECT_EQ(LoadError(texture, ">>Video3"), "Invalid video source specifications for source 3");
 }
 
-TEST_F(VideoSources, ATextureThatCannotBeMadeIsAnError)
+TEST_F(KRE_TextureLoadingVideoTest, ATextureThatCannotBeMadeIsAnError)
 {
     Offer(3, 4, 4);
     direct3D->FailNext("CreateTexture", D3DERR_OUTOFVIDEOMEMORY);
@@ -125,13 +125,13 @@ TEST_F(VideoSources, ATextureThatCannotBeMadeIsAnError)
               "CreateTexture for video source failed: D3DERR_OUTOFVIDEOMEMORY ");
 }
 
-TEST_F(VideoSources, AShorterNameIsAFile)
+TEST_F(KRE_TextureLoadingVideoTest, AShorterNameIsAFile)
 {
     KRE_Texture texture;
     EXPECT_EQ(LoadError(texture, ">>Vide"), "Can not open file >>Vide");
 }
 
-TEST_F(VideoSources, UpdateLetsTheCallbackFillTheTexture)
+TEST_F(KRE_TextureLoadingVideoTest, UpdateLetsTheCallbackFillTheTexture)
 {
     Offer(3, 4, 4);
     KRE_Texture texture;
@@ -141,7 +141,7 @@ TEST_F(VideoSources, UpdateLetsTheCallbackFillTheTexture)
     EXPECT_EQ(PixelOf(texture, 0, 3) & 0xFFFFFF, 0x00034Du);
 }
 
-TEST_F(VideoSources, UpdateOfASourceThatIsNotSetUpIsAnError)
+TEST_F(KRE_TextureLoadingVideoTest, UpdateOfASourceThatIsNotSetUpIsAnError)
 {
     EXPECT_EQ(ErrorText([&] { gfx->UpdateVideoSource(16); }),
               "Invalid video source nurber in UpdateVideoSource(): 16");
@@ -154,7 +154,7 @@ TEST_F(VideoSources, UpdateOfASourceThatIsNotSetUpIsAnError)
               "GetSurfaceLevel of video source failed: D3DERR_INVALIDCALL");
 }
 
-TEST_F(VideoSources, TheTableKeepsItsTextureWhenTheLastUserGoes)
+TEST_F(KRE_TextureLoadingVideoTest, TheTableKeepsItsTextureWhenTheLastUserGoes)
 {
     Offer(3, 4, 4);
     {
@@ -165,7 +165,7 @@ TEST_F(VideoSources, TheTableKeepsItsTextureWhenTheLastUserGoes)
     gfx->UpdateVideoSource(3); // touches a live texture
 }
 
-TEST_F(VideoSources, AnotherPictureInTheSlotEndsTheSource)
+TEST_F(KRE_TextureLoadingVideoTest, AnotherPictureInTheSlotEndsTheSource)
 {
     Offer(3, 4, 4);
     directory.Write("a.bmp", PlainBmp(4, 4, 0));

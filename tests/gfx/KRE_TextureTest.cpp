@@ -62,7 +62,7 @@ TEST(KRE_Texture, StartsWithItsDefaults)
     EXPECT_FALSE(texture.IsValid());
 }
 
-/// What tells of the picture of a texture that has none.
+/// Expects the fields of a texture without a picture.
 static void ExpectNoPicture(const KRE_Texture& texture, const char* when)
 {
     EXPECT_FALSE(texture.IsValid()) << when;
@@ -150,7 +150,19 @@ TEST(KRE_Texture, CreateSequenceGivesEmptyFrames)
     EXPECT_EQ(texture.frameIndex, -1);
 }
 
-TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessToldToKeepThem)
+TEST(KRE_Texture, SequenceOfNoFramesHasNoLists)
+{
+    for (const int32_t count : {0, -1}) {
+        KRE_Texture texture;
+        texture.CreateSequence(2, false);
+        texture.CreateSequence(count, false);
+        EXPECT_EQ(texture.sequenceCount, 0) << count;
+        EXPECT_FALSE(texture.frameIds) << count;
+        EXPECT_FALSE(texture.frames) << count;
+    }
+}
+
+TEST(KRE_Texture, CreateSequenceFreesTheSlotsUnlessAskedToKeepThem)
 {
     const int before = FakeObjectsAlive();
     TextureOverStub t(D3DFMT_L8, 8, 4);
@@ -199,6 +211,22 @@ TEST(KRE_Texture, QuirkSlotsUpToSevenMayBeFreed)
     EXPECT_EQ(ErrorText([&] { texture.FreeStage(-1); }), "Invalid stage: -1");
 }
 
+TEST(KRE_Texture, FreeingASlotAboveTheFourthLeavesThePicturesAlone)
+{
+    const int before = FakeObjectsAlive();
+    {
+        TextureOverStub t(D3DFMT_L8, 8, 4);
+        const int alive = FakeObjectsAlive();
+        for (int32_t i = 4; i <= 7; ++i) {
+            t.texture.FreeStage(i);
+            ASSERT_EQ(t.texture.current, t.stub) << i;
+            ASSERT_EQ(t.texture.slotTextures[0], t.stub) << i;
+            ASSERT_EQ(FakeObjectsAlive(), alive) << i;
+        }
+    }
+    EXPECT_EQ(FakeObjectsAlive(), before);
+}
+
 TEST(KRE_Texture, FreeStageOfASequenceFreesAFrame)
 {
     const int before = FakeObjectsAlive();
@@ -234,7 +262,7 @@ TEST(KRE_Texture, ASharedPictureIsReleasedByItsLastUser)
     EXPECT_EQ(manager.GetCount(), 0);
 }
 
-TEST(KRE_Texture, APictureThatAResetTookAwayIsNotReleasedAgain)
+TEST(KRE_Texture, APictureReleasedByAResetIsNotReleasedAgain)
 {
     KRE_ResourceManager manager;
     KRE_Texture texture;
@@ -246,7 +274,7 @@ TEST(KRE_Texture, APictureThatAResetTookAwayIsNotReleasedAgain)
     EXPECT_EQ(manager.GetCount(), 0);
 }
 
-TEST(KRE_Texture, PutTextureGivesBackWhatWasThere)
+TEST(KRE_Texture, PutTextureReleasesThePreviousPicture)
 {
     const int before = FakeObjectsAlive();
     TextureOverStub t(D3DFMT_L8, 8, 4);
@@ -299,7 +327,7 @@ TEST(KRE_Texture, APictureWithHardAlphaHasAlphaByFormatButNotBySamples)
     EXPECT_FALSE(t.texture.HasAlpha());
 }
 
-TEST(KRE_Texture, RefreshForgetsTheAlphaOfThePictureBefore)
+TEST(KRE_Texture, RefreshForgetsTheAlphaOfThePreviousPicture)
 {
     TextureOverStub t(D3DFMT_A8R8G8B8, 4, 4);
     t.texture.Refresh();
@@ -342,13 +370,18 @@ TEST(KRE_Texture, SizeIsThatOfTheChosenLevelAndAtLeastOne)
     t.texture.GetSize(&size);
     EXPECT_EQ(size.cx, 2);
     EXPECT_EQ(size.cy, 1);
+    t.texture.mipShift = 4;
+    t.texture.GetSize(&size);
+    EXPECT_EQ(size.cx, 1);
+    EXPECT_EQ(size.cy, 1);
+    t.texture.mipShift = 2;
     SIZE full = {99, 99};
     t.texture.GetFullSize(&full);
     EXPECT_EQ(full.cx, 2);
     EXPECT_EQ(full.cy, 1);
 }
 
-TEST(KRE_Texture, RectFromPixelsIsDrawnInALittle)
+TEST(KRE_Texture, RectFromPixelsIsInset)
 {
     TextureOverStub t(D3DFMT_L8, 256, 256);
     t.texture.Refresh();
@@ -372,7 +405,7 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
-    // From x 40 to 8: (40 - 0.25) / 64 and (-32 + 0.02) / 64; from y 4 to 4 counts as backwards.
+    // x from 40 to 8: (40 - 0.25) / 64 and (-32 + 0.02) / 64; y from 4 to 4 counts as backwards.
     t.texture.SetRectFromPixels(40, 4, 8, 4, true, false);
     EXPECT_EQ(t.texture.originU, 39.75f / 64.0f);
     EXPECT_EQ(t.texture.axisAU, (-32.0f + 0.02f) / 64.0f);
@@ -382,7 +415,7 @@ TEST(KRE_Texture, RectFromPixelsMayRunBackwards)
     EXPECT_EQ(t.texture.sourceHeight, 0.0f);
 }
 
-TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
+TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfAsked)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
@@ -394,7 +427,7 @@ TEST(KRE_Texture, RectFromPixelsSetsTheSizeOnlyIfItIsTold)
     EXPECT_EQ(t.texture.sourceHeight, 16.0f);
 }
 
-TEST(KRE_Texture, SwapAxesTurnsTheRectangleOverItsDiagonal)
+TEST(KRE_Texture, SwapAxesMirrorsTheRectangleOverItsDiagonal)
 {
     TextureOverStub t(D3DFMT_L8, 64, 32);
     t.texture.Refresh();
@@ -469,6 +502,20 @@ TEST(KRE_Texture, CopyTakesPicturesSettingsAndTracks)
     EXPECT_EQ(size.cy, 2);
 }
 
+TEST(KRE_Texture, CopyTellsWhichPicturesLieInTheDefaultPool)
+{
+    KRE_ResourceManager manager;
+    KRE_Texture texture;
+    StubTexture* stub = new StubTexture(D3DFMT_L8, 4, 4, 4, std::vector<uint8_t>(16));
+    texture.SelectStage(2);
+    texture.PutTexture(&manager, manager.Add(stub, "a"), stub);
+    texture.slotDefaultPool[2] = 1;
+    KRE_Texture copy;
+    copy.CopyFrom(texture);
+    for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot)
+        EXPECT_EQ(copy.slotDefaultPool[slot], slot == 2 ? 1 : 0) << slot;
+}
+
 TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)
 {
     KRE_ResourceManager manager;
@@ -491,7 +538,7 @@ TEST(KRE_Texture, CopyOfASequenceSharesTheFrames)
     EXPECT_EQ(manager.GetEntry(1)->useCount, 2);
 }
 
-TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlots)
+TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureCopiesOnlyTheStoredSlotFields)
 {
     KRE_Texture texture;
     texture.slotNames[2].Assign("lost.bmp");
@@ -510,7 +557,7 @@ TEST(KRE_Texture, QuirkCopyOfOneThatNeverHadAPictureTakesWhatFilesStoreOfItsSlot
     EXPECT_EQ(copy.slots[0].param, 1.0f);
     EXPECT_EQ(copy.textureWord, 5u);
     EXPECT_EQ(copy.loadOptions, 1u);
-    // Tracks and timing belong to pictures and stay as in a new texture.
+    // Tracks and timing belong to pictures, so they stay as in a new texture.
     EXPECT_EQ(copy.matrixAni[2].constants[KRE_TextMatrixAni::kTileU], 1.0f);
     EXPECT_EQ(copy.framePeriod, 0.2f);
     EXPECT_EQ(copy.manager, nullptr);

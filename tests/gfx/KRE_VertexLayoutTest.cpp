@@ -36,7 +36,7 @@ const LayoutCase kLayouts[] = {
 
 } // namespace
 
-TEST(VertexInfo, OffsetsAreTheRunningSumOfWhatComesBefore)
+TEST(KRE_VertexLayout, OffsetsAreTheRunningSumOfTheSizes)
 {
     for (const LayoutCase& c : kLayouts) {
         VertexInfo info;
@@ -55,9 +55,10 @@ TEST(VertexInfo, OffsetsAreTheRunningSumOfWhatComesBefore)
     }
 }
 
-TEST(VertexInfo, QuirkBlendedPositionWithoutIndicesIsOneWeightShort)
+TEST(KRE_VertexLayout, QuirkBlendedPositionWithoutIndicesIsOneWeightShort)
 {
-    // Three weights need 12 + 3 * 4 bytes; the engine's vertices have an index word in the last place.
+    // Three weights need 12 + 3 * 4 bytes; the engine's vertices have an index word in place of the
+    // last one.
     VertexInfo info;
     info.SetFVFInfo(D3DFVF_XYZB3);
     EXPECT_EQ(info.stride, 20);
@@ -65,7 +66,7 @@ TEST(VertexInfo, QuirkBlendedPositionWithoutIndicesIsOneWeightShort)
     EXPECT_EQ(info.stride, 24);
 }
 
-TEST(VertexInfo, NewFormatForgetsTheOldOneAndKeepsTheProcessing)
+TEST(KRE_VertexLayout, NewFormatForgetsTheOldOneAndKeepsTheProcessing)
 {
     VertexInfo info;
     info.processing = 2;

@@ -11,7 +11,7 @@ protected:
     KRE_VertexListTemp<KRE_LVertex> list;
 };
 
-/// Its fields are a plain list's; only what holds no vertex is tested on it.
+/// A plain list; only operations that touch no vertex are tested on it.
 using PlainList = KRE_VertexListTemp<KRE_VertexPosTex>;
 
 } // namespace

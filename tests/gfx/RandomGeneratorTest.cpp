@@ -4,10 +4,10 @@
 #include <random>
 #include <sstream>
 
-TEST(RandomGenerator, TableTakesTheHighHalvesOfTwoStepsAWord)
+TEST(RandomGenerator, TableTakesTheHighHalvesOfTwoStepsPerWord)
 {
     // From seed 0 the rule x * 69069 + 1 gives 1, 69070 (0x00010DCE), 475628535 (0x1C5983F7) and
-    // 3277404108 (0xC35937CC) modulo 2^32: each is the one before it, multiplied out by hand.
+    // 3277404108 (0xC35937CC) modulo 2^32: each is computed from the previous one by hand.
     RandomGenerator random;
     random.Seed(0);
     EXPECT_EQ(random.table[0], 0x00000001u);
@@ -16,7 +16,7 @@ TEST(RandomGenerator, TableTakesTheHighHalvesOfTwoStepsAWord)
 
 TEST(RandomGenerator, EveryWordIsFilled)
 {
-    // Step n in closed form: a^n * seed + (a^(n-1) + ... + 1), summed up from the other end.
+    // Step n in closed form: a^n * seed + (a^(n-1) + ... + 1), summed from the other end.
     constexpr uint32_t kSeed = 0x12345678;
     RandomGenerator random;
     random.Seed(kSeed);
@@ -46,8 +46,8 @@ TEST(RandomGenerator, SeedsDiffer)
 
 TEST(RandomGenerator, NumbersAreThoseOfTheStandardsGeneratorFromTheSameTable)
 {
-    // The library's own generator takes its state from a text: 624 words, and libstdc++ wants the
-    // position behind them. 1500 numbers make the table anew twice.
+    // The standard library's generator reads its state from a text: 624 words, and for libstdc++
+    // the position after them. 1500 numbers regenerate the table twice.
     RandomGenerator random;
     random.Seed(1234);
     std::stringstream state;
@@ -75,7 +75,7 @@ TEST(RandomGenerator, NumbersAreFromZeroToBelowOne)
     }
 }
 
-TEST(RandomGenerator, SeedBeginsTheSequenceAnew)
+TEST(RandomGenerator, SeedRestartsTheSequence)
 {
     RandomGenerator random;
     random.Seed(9);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A device that refuses a draw as a test says.
+/// A device that refuses draws as a test chooses.
 class RefusedState : public testing::Test {
 protected:
     DWORD Render(D3DRENDERSTATETYPE state)
@@ -28,7 +28,7 @@ protected:
         device->GetSamplerState(sampler, state, &value);
         return value;
     }
-    /// What is found while draws are refused as long as `isRefused` is true.
+    /// The state found while draws fail as long as `isRefused` is true.
     template <class Test>
     std::string Found(const Test& isRefused)
     {
@@ -60,7 +60,7 @@ TEST_F(RefusedState, IsNotTheOneThatSwitchesItOn)
     EXPECT_EQ(Found(isRefused), "D3DRS_BLENDOP = 5");
 }
 
-TEST_F(RefusedState, OfAStageBearsTheStagesNumber)
+TEST_F(RefusedState, OfAStageHasTheStagesNumber)
 {
     for (DWORD stage = 0; stage < 3; ++stage)
         device->SetTextureStageState(stage, D3DTSS_COLOROP, D3DTOP_MODULATE);
@@ -84,7 +84,7 @@ TEST_F(RefusedState, MayBeTheOperationOfALaterStage)
     EXPECT_EQ(Found(isRefused), "D3DTSS_COLOROP[1] = 26");
 }
 
-TEST_F(RefusedState, OfASamplerBearsTheSamplersNumber)
+TEST_F(RefusedState, OfASamplerHasTheSamplersNumber)
 {
     device->SetSamplerState(2, D3DSAMP_SRGBTEXTURE, TRUE);
     EXPECT_EQ(Found([&] { return Sampler(2, D3DSAMP_SRGBTEXTURE) != 0; }),
@@ -125,7 +125,7 @@ TEST_F(RefusedState, IsTheLastOfSeveral)
               "D3DRS_WRAP3 = 2");
 }
 
-TEST_F(RefusedState, IsNoneWhereNoStateHelpsOrTheSecondTryIsTaken)
+TEST_F(RefusedState, IsNoneIfNoStateHelpsOrTheSecondTrySucceeds)
 {
     device->SetRenderState(D3DRS_STENCILENABLE, TRUE);
     EXPECT_EQ(Found([] { return true; }), "");

@@ -6,8 +6,8 @@
 
 #include <d3dx9.h>
 
-/// A mesh of two buffers and a face count; everything else fails. Where a result is not D3D_OK,
-/// there is no buffer.
+/// A mesh of two buffers and a face count; everything else fails. If a result is not D3D_OK, there
+/// is no buffer.
 class StubMesh final : public RefusingMesh<ID3DXMesh> {
 public:
     ComPointer<IDirect3DVertexBuffer9> vertices;
@@ -29,7 +29,7 @@ public:
                                   indices.Out(), nullptr);
     }
 
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; } // the object is its maker's
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; } // its creator owns the object
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
 
     DWORD STDMETHODCALLTYPE GetNumFaces() override { return faceCount; }

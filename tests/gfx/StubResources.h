@@ -4,7 +4,7 @@
 
 #include "tests/support/FakeResources.h"
 
-// Device resources with bytes and results of a test's choice. They belong to no device.
+// Device resources with bytes and results chosen by a test. They belong to no device.
 
 class StubSurface : public FakeResource<IDirect3DSurface9> {
 public:

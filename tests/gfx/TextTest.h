@@ -3,15 +3,15 @@
 #include "gfx/KRE_Font.h"
 #include "tests/gfx/EngineTest.h"
 
-/// What one character looks like on the screen: where it stands, where it lies on the sheet.
+/// One drawn character: its place on the screen and on the sheet.
 struct GlyphQuad {
-    float left, top, right, bottom; // pixels of the screen
+    float left, top, right, bottom; // screen pixels
     float u, v, uEnd, vEnd;         // of the sheet, 0 to 1
     D3DCOLOR color;
 };
 
 /// An engine over recorded calls with the engine's own font at scale 1: letters of 5 x 5 pixels, 6
-/// from one to the next and from line to line (5 and the spacing 1).
+/// apart horizontally and vertically (5 plus a spacing of 1).
 class TextTest : public EngineTest {
 protected:
     TextTest()
@@ -23,7 +23,7 @@ protected:
         recorder->ClearLines();
     }
 
-    /// The first `count` quads that were put last.
+    /// The first `count` quads in the vertex list.
     std::vector<GlyphQuad> Quads(int32_t count)
     {
         std::vector<GlyphQuad> quads;
@@ -38,7 +38,7 @@ protected:
         return quads;
     }
 
-    /// Lays a text out with `options` in place of all lines before.
+    /// Lays a text out with `options`, replacing all lines.
     PrintfArea Lay(const char* text)
     {
         gfx.printf.Clear();
@@ -48,7 +48,7 @@ protected:
         return area;
     }
 
-    /// The calls of drawing and of the view, without stages, blending and transforms.
+    /// The drawing and view calls, without stages, blending and transforms.
     std::vector<std::string> ViewCalls()
     {
         std::vector<std::string> calls;

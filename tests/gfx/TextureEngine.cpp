@@ -4,7 +4,7 @@
 
 namespace {
 
-IDirect3D9* gOffered; // what the engine gets; not owned
+IDirect3D9* gOffered; // given to the engine; not owned
 
 IDirect3D9* GiveOffered(UINT)
 {
@@ -82,13 +82,13 @@ D3DCOLOR PixelOf(KRE_Texture& texture, int32_t x, int32_t y)
 std::string Bmp24(int32_t width, int32_t height, const std::vector<DWORD>& pixels)
 {
     std::string rows;
-    for (int32_t y = height - 1; y >= 0; --y) { // from the bottom
+    for (int32_t y = height - 1; y >= 0; --y) { // from the bottom up
         for (int32_t x = 0; x < width; ++x) {
             const DWORD pixel = pixels[static_cast<size_t>(y * width + x)];
             AppendWord(rows, pixel & 0xFFFF);
             rows += static_cast<char>(pixel >> 16 & 0xFF);
         }
-        rows.append(static_cast<size_t>(width % 4), '\0'); // 3 * width up to a multiple of 4
+        rows.append(static_cast<size_t>(width % 4), '\0'); // pads 3 * width to a multiple of 4
     }
     constexpr uint32_t kHeaders = 14 + 40;
     std::string bytes = "BM";

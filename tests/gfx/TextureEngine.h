@@ -19,7 +19,7 @@ struct TextureCreation {
     DWORD mipFilter = 0;
 };
 
-/// An engine with a real device behind a recording one, in a new directory, with an empty log.
+/// An engine with a real device wrapped by a recording one, in a new directory, with an empty log.
 class TextureEngine : public testing::Test {
 protected:
     TextureEngine();
@@ -38,7 +38,7 @@ protected:
 
     static const TextureCreation& LastCreation();
 
-    /// The text of the last warning, if there has been one and no error since.
+    /// The text of the last warning, unless there was none or an error followed it.
     std::string Warnings() const;
 
     ScratchDirectory directory;
@@ -50,9 +50,9 @@ protected:
 /// The pixel of a texture's current picture.
 D3DCOLOR PixelOf(KRE_Texture& texture, int32_t x, int32_t y);
 
-// Files of pictures. Pixels are 0xAARRGGBB, row by row from the top.
+// Picture files. Pixels are 0xAARRGGBB, row by row from the top.
 
-/// Windows bitmap of 24 bits; alpha is left out.
+/// Windows bitmap of 24 bits; alpha is dropped.
 std::string Bmp24(int32_t width, int32_t height, const std::vector<DWORD>& pixels);
 /// Targa of 32 bits, uncompressed.
 std::string Tga32(int32_t width, int32_t height, const std::vector<DWORD>& pixels);

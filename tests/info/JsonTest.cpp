@@ -174,7 +174,7 @@ TEST_F(JsonTest, IsValidWhateverNumbersAre)
     file.frameSpeed = NAN;
     file.scene.clip.radius = INFINITY;
     file.scene.meshes[0].object.initTM.fill(-INFINITY);
-    file.scene.meshes[0].materials[0].colours.fill(NAN);
+    file.scene.meshes[0].materials[0].colors.fill(NAN);
     file.scene.lights[0].numbers.fill(NAN);
     const std::string json = Json(file);
     EXPECT_TRUE(JsonGrammar::IsValid(json));

@@ -52,14 +52,14 @@ void CopyExamples()
     }
 }
 
-class InfoProgram : public testing::Test {
+class ProgramTest : public testing::Test {
 protected:
     const ScratchDirectory scratch;
 };
 
 } // namespace
 
-TEST_F(InfoProgram, HelpAndVersionGoToStandardOutput)
+TEST_F(ProgramTest, HelpAndVersionGoToStandardOutput)
 {
     const ProgramRun help = Info({"--help"});
     EXPECT_EQ(help.status, 0);
@@ -73,7 +73,7 @@ TEST_F(InfoProgram, HelpAndVersionGoToStandardOutput)
     EXPECT_EQ(version.out, "qsbinfo 1.5\n");
 }
 
-TEST_F(InfoProgram, WrongCallsEndWithTwoAndTheUsage)
+TEST_F(ProgramTest, WrongCallsEndWithTwoAndTheUsage)
 {
     static const struct {
         std::vector<std::string> arguments;
@@ -92,7 +92,7 @@ TEST_F(InfoProgram, WrongCallsEndWithTwoAndTheUsage)
     }
 }
 
-TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
+TEST_F(ProgramTest, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
 {
     scratch.Write("bad.qsb", "QSB\x6A");
     scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
@@ -111,7 +111,7 @@ TEST_F(InfoProgram, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
-TEST_F(InfoProgram, CheckDistinguishesSoundFromDamaged)
+TEST_F(ProgramTest, CheckDistinguishesSoundFromDamaged)
 {
     scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
     QsbFile file = InfoBoat();
@@ -125,7 +125,7 @@ TEST_F(InfoProgram, CheckDistinguishesSoundFromDamaged)
     EXPECT_THAT(bad.out, EndsWith("bad.qsb: 2 faults\n"));
 }
 
-TEST_F(InfoProgram, DiffEndsWithZeroOrOne)
+TEST_F(ProgramTest, DiffEndsWithZeroOrOne)
 {
     scratch.Write("a.qsb", MakeQsb(InfoBoat()).bytes);
     QsbFile file = InfoBoat();
@@ -140,7 +140,7 @@ TEST_F(InfoProgram, DiffEndsWithZeroOrOne)
     EXPECT_EQ(tolerant.out, "");
 }
 
-TEST_F(InfoProgram, AllExamplesAreSoundAndNothingIsWritten)
+TEST_F(ProgramTest, AllExamplesAreSoundAndNothingIsWritten)
 {
     CopyExamples();
     const std::vector<std::string> before = Listing();
@@ -165,7 +165,7 @@ TEST_F(InfoProgram, AllExamplesAreSoundAndNothingIsWritten)
     EXPECT_EQ(Listing(), before);
 }
 
-TEST_F(InfoProgram, ASceneDiffersFromItsConversionByRoundingAndWhatTheConverterAdds)
+TEST_F(ProgramTest, ASceneDiffersFromItsConversionByRoundingAndWhatTheConverterAdds)
 {
     CopyExamples();
     ASSERT_EQ(RunProgram({"lights.qsa"}).status, 1);
@@ -179,7 +179,7 @@ TEST_F(InfoProgram, ASceneDiffersFromItsConversionByRoundingAndWhatTheConverterA
     EXPECT_THAT(exact.out, HasSubstr(" differences more\n"));
 }
 
-TEST_F(InfoProgram, AFileWithoutLightsGetsTwoByTheConversion)
+TEST_F(ProgramTest, AFileWithoutLightsGetsTwoByTheConversion)
 {
     CopyExamples();
     ASSERT_EQ(RunProgram({"empty.qsa"}).status, 1);
@@ -190,7 +190,7 @@ TEST_F(InfoProgram, AFileWithoutLightsGetsTwoByTheConversion)
                                                             "lights/*undefined*#2: - | present\n");
 }
 
-TEST_F(InfoProgram, EveryTruncationOfAFileEndsWithTwo)
+TEST_F(ProgramTest, EveryTruncationOfAFileEndsWithTwo)
 {
     const std::string bytes = MakeQsb(InfoBoat()).bytes;
     for (size_t size = 0; size < bytes.size(); size += 97) {
@@ -201,7 +201,7 @@ TEST_F(InfoProgram, EveryTruncationOfAFileEndsWithTwo)
     }
 }
 
-TEST_F(InfoProgram, ChainOfTenThousandObjectsAndCirclesAreFine)
+TEST_F(ProgramTest, ChainOfTenThousandObjectsAndCirclesAreFine)
 {
     QsbFile file;
     for (int i = 0; i < 10000; ++i)

@@ -76,9 +76,9 @@ TEST_F(ReportTest, MaterialsShowTheirSpecialSettings)
 {
     QsbFile file = InfoBoat();
     QsbMaterial& material = file.scene.meshes[0].materials[0];
-    material.colours[0] = 2;    // brighter than white is shown as white
-    material.colours[1] = 0.5f; // 127.5, rounded up: 0x80
-    material.colours[2] = -1;
+    material.colors[0] = 2;    // brighter than white is shown as white
+    material.colors[1] = 0.5f; // 127.5, rounded up: 0x80
+    material.colors[2] = -1;
     material.transparent = 1;
     material.twoSided = 1;
     material.effect = "waves.fx";
@@ -97,7 +97,7 @@ TEST_F(ReportTest, LongListsAreCutUnlessAllIsRequested)
         file.scene.meshes.push_back(InfoTriangle("M" + std::to_string(i)));
         file.scene.meshes.back().textures[0].slots[0].file = "t" + std::to_string(i) + ".png";
         file.scene.meshes.back().materials[0].twoSided = 1;
-        file.scene.meshes.back().materials[0].colours[0] = static_cast<float>(i) / 255.0f;
+        file.scene.meshes.back().materials[0].colors[0] = static_cast<float>(i) / 255.0f;
     }
     const std::string cut = Report(file);
     EXPECT_THAT(cut, HasSubstr("  Textures    30, 30 MISSING\n"));

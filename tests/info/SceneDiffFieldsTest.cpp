@@ -226,13 +226,13 @@ TEST_F(SceneDiffFields, MaterialsAreCompared)
 {
     ExpectEach({
         {"meshes/Skin/materials[0].diffuse.g: 1 | 0.5\n",
-         [](QsbFile& f) { Skin(f).materials[0].colours[1] = 0.5f; }},
+         [](QsbFile& f) { Skin(f).materials[0].colors[1] = 0.5f; }},
         {"meshes/Skin/materials[0].ambient.b: 1 | 0.5\n",
-         [](QsbFile& f) { Skin(f).materials[0].colours[6] = 0.5f; }},
+         [](QsbFile& f) { Skin(f).materials[0].colors[6] = 0.5f; }},
         {"meshes/Skin/materials[0].specular.r: 1 | 0.5\n",
-         [](QsbFile& f) { Skin(f).materials[0].colours[8] = 0.5f; }},
+         [](QsbFile& f) { Skin(f).materials[0].colors[8] = 0.5f; }},
         {"meshes/Skin/materials[0].emissive.a: 1 | 0.5\n",
-         [](QsbFile& f) { Skin(f).materials[0].colours[15] = 0.5f; }},
+         [](QsbFile& f) { Skin(f).materials[0].colors[15] = 0.5f; }},
         {"meshes/Skin/materials[0].power: 0 | 8\n",
          [](QsbFile& f) { Skin(f).materials[0].power = 8; }},
         {"meshes/Skin/materials[0].twoSided: 0 | 1\n",
@@ -279,30 +279,30 @@ TEST_F(SceneDiffFields, MaterialTracksAreCompared)
 {
     ExpectEach({
         {"meshes/Hull/materials[0].diffuseTrack.interpolation: 1 | 2\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[0].interpolation = 2; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[0].interpolation = 2; }},
         {"meshes/Hull/materials[0].ambientTrack.loop: 0 | 1\n"
          "meshes/Hull/materials[0].ambientTrack.loopEnd: 0 | 4\n",
          [](QsbFile& f) {
-             Hull(f).materials[0].colourTracks[1].loop = 1;
-             Hull(f).materials[0].colourTracks[1].loopEnd = 4;
+             Hull(f).materials[0].colorTracks[1].loop = 1;
+             Hull(f).materials[0].colorTracks[1].loopEnd = 4;
          }},
         {"meshes/Hull/materials[0].specularTrack.secondFlag: 0 | 1\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[2].secondFlag = 1; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[2].secondFlag = 1; }},
         {"meshes/Hull/materials[0].selfIllumTrack.interpolation: 1 | 0\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[3].interpolation = 0; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[3].interpolation = 0; }},
         {"meshes/Hull/materials[0].ambientTrack.keyCount: 1 | 2\n",
          [](QsbFile& f) {
-             Hull(f).materials[0].colourTracks[1].keys.push_back(std::vector<float>(13));
+             Hull(f).materials[0].colorTracks[1].keys.push_back(std::vector<float>(13));
          }},
         {"meshes/Hull/materials[0].ambientTrack.keys[0].time: 0 | 1\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[1].keys[0][0] = 1; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[1].keys[0][0] = 1; }},
         {"meshes/Hull/materials[0].ambient.g: 0 | 1\n"
          "meshes/Hull/materials[0].ambientTrack.keys[0].value.g: 0 | 1\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[1].keys[0][2] = 1; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[1].keys[0][2] = 1; }},
         {"meshes/Hull/materials[0].ambientTrack.keys[0].inTangent.r: 0 | 1\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[1].keys[0][5] = 1; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[1].keys[0][5] = 1; }},
         {"meshes/Hull/materials[0].ambientTrack.keys[0].outTangent.a: 0 | 1\n",
-         [](QsbFile& f) { Hull(f).materials[0].colourTracks[1].keys[0][12] = 1; }},
+         [](QsbFile& f) { Hull(f).materials[0].colorTracks[1].keys[0][12] = 1; }},
         {"meshes/Hull/materials[0].opacityTrack.keyCount: 1 | 2\n",
          [](QsbFile& f) {
              Hull(f).materials[0].opacityTrack.keys.push_back({0, 0, 0, 0});

@@ -33,7 +33,7 @@ inline void FillHull(QsbMesh& hull)
     hull.object.posKeys = {QsbVectorKey(0, {1, 2, 3}), QsbVectorKey(1, {4, 5, 6})};
     hull.object.scaleKeys = {QsbVectorKey(0, {1, 1, 1})};
     hull.object.rotKeys = {QsbRotKey(0)};
-    hull.materials[0].colourTracks[1].keys = {std::vector<float>(13)};
+    hull.materials[0].colorTracks[1].keys = {std::vector<float>(13)};
     hull.materials[0].opacityTrack.keys = {std::vector<float>(4)};
     hull.materials[0].effect = "waves.fx";
     hull.materials[0].values[2].hasFloat = true;

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Counts references as a COM object does, without going away.
+/// Counts references like a COM object, but is never destroyed.
 struct Counted {
     int references = 1;
     void AddRef() { ++references; }
@@ -24,7 +24,7 @@ TEST(ComPointer, AdoptedReferenceIsReleasedOnce)
     EXPECT_EQ(object.references, 0);
 }
 
-TEST(ComPointer, SharedReferenceIsOneMore)
+TEST(ComPointer, SharingAddsAReference)
 {
     Counted object;
     {

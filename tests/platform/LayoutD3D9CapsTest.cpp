@@ -1,8 +1,8 @@
 #include <d3d9.h>
 
-// Compiled against the system's headers on Windows and against this project's stand-ins elsewhere:
-// a name that differs in either stops the build. The numbers are the published ones. The record
-// `D3DCAPS9` is with the other records, in LayoutD3D9Test.cpp.
+// Compiled against the system's headers on Windows and this project's stand-ins elsewhere: a
+// mismatch in either breaks the build. The numbers are the published ones. `D3DCAPS9` is with the
+// other records, in LayoutD3D9Test.cpp.
 
 static_assert(D3DCAPS_OVERLAY == 0x800);
 static_assert(D3DCAPS_READ_SCANLINE == 0x20000);

@@ -1,7 +1,7 @@
 #include <d3d9.h>
 
-// Compiled against the system's headers on Windows and against this project's stand-ins elsewhere:
-// a name that differs in either stops the build. The numbers are the published ones.
+// Compiled against the system's headers on Windows and this project's stand-ins elsewhere: a
+// mismatch in either breaks the build. The numbers are the published ones.
 
 static_assert(sizeof(D3DDECLUSAGE) == 4);
 static_assert(D3DDECLUSAGE_POSITION == 0);

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-// Compiled against the system's headers on Windows and against this project's stand-ins elsewhere:
-// a name that differs in either stops the build. The numbers are the published ones.
+// Compiled against the system's headers on Windows and this project's stand-ins elsewhere: a
+// mismatch in either breaks the build. The numbers are the published ones.
 
 static_assert(static_cast<DWORD>(D3DX_DEFAULT) == 0xFFFFFFFF);
 static_assert(static_cast<DWORD>(D3DX_DEFAULT_NONPOW2) == 0xFFFFFFFE);

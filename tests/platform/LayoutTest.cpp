@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <gtest/gtest.h>
 
-// Compiled against the system's headers on Windows and against this project's stand-ins elsewhere:
-// a name that differs in either stops the build. The numbers are the published ones.
+// Compiled against the system's headers on Windows and this project's stand-ins elsewhere: a
+// mismatch in either breaks the build. The numbers are the published ones.
 
 // --- basic types
 
@@ -266,7 +266,7 @@ static_assert(offsetof(OPENFILENAMEA, pvReserved) == 136);
 static_assert(offsetof(OPENFILENAMEA, dwReserved) == 144);
 static_assert(offsetof(OPENFILENAMEA, FlagsEx) == 148);
 
-// --- constants that are pointers, which no static_assert can compare
+// --- pointer constants, which static_assert cannot compare
 
 TEST(Layout, PointerConstantsHaveThePublishedBits)
 {
@@ -274,6 +274,6 @@ TEST(Layout, PointerConstantsHaveThePublishedBits)
     EXPECT_EQ(reinterpret_cast<ULONG_PTR>(IDC_ARROW), 32512u);
     EXPECT_EQ(reinterpret_cast<ULONG_PTR>(MAKEINTRESOURCEA(0x12345)), 0x2345u);
     EXPECT_EQ(static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(HKEY_CURRENT_USER)), 0x80000001u);
-    // The published form widens a signed number, so the upper half is all ones.
+    // The public definition sign-extends the number, so the upper half is all ones.
     EXPECT_LT(reinterpret_cast<INT_PTR>(HKEY_CURRENT_USER), 0);
 }

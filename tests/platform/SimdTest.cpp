@@ -1,6 +1,5 @@
-// The form of the SIMD operations that this build chose, held against the plain form bit by bit, and
-// the odd cases of both against what is written down. Where the plain form is the chosen one, the
-// second half is what holds it.
+// Compares the SIMD form that this build uses with the plain form bit by bit, and checks the odd
+// cases against fixed values. If the build uses the plain form, only the second half tests it.
 
 #include "platform/Simd.h"
 
@@ -14,8 +13,8 @@
 namespace {
 
 using FloatArray = std::array<float, 4>;
-using IntArray = std::array<std::int32_t, 4>;
-using Words = std::array<std::uint32_t, 4>;
+using IntArray = std::array<int32_t, 4>;
+using Words = std::array<uint32_t, 4>;
 using DoubleArray = std::array<double, 2>;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -27,10 +26,10 @@ constexpr float kFloats[] = {
     3.4e-20f, 1.1e19f,   2147483520.0f, 2147483648.0f, -2147483648.0f, -2147483904.0f, FLT_MAX,
     -FLT_MAX, kInfinity, -kInfinity,    kNaN};
 
-constexpr std::int32_t kInts[] = {0,          1,        -1,         2,          127,
-                                  128,        255,      256,        32767,      -32768,
-                                  65535,      65536,    0x00FF00FF, 0x7B2A7D2A, 0x12345678,
-                                  -559038737, 16777217, INT32_MAX,  INT32_MIN,  INT32_MIN + 1};
+constexpr int32_t kInts[] = {0,          1,        -1,         2,          127,
+                             128,        255,      256,        32767,      -32768,
+                             65535,      65536,    0x00FF00FF, 0x7B2A7D2A, 0x12345678,
+                             -559038737, 16777217, INT32_MAX,  INT32_MIN,  INT32_MIN + 1};
 
 constexpr double kDoubles[] = {0.0,
                                -0.0,
@@ -50,17 +49,17 @@ constexpr double kDoubles[] = {0.0,
                                std::numeric_limits<double>::infinity(),
                                std::numeric_limits<double>::quiet_NaN()};
 
-/// The bits of what an operation gave, so that forms can be compared.
+/// The bits of a result, so that the forms can be compared.
 template <typename Value>
 Words BitsOf(const Value& value)
 {
     if constexpr (sizeof(Value) == sizeof(Words))
         return std::bit_cast<Words>(value);
     else
-        return {std::bit_cast<std::uint32_t>(value), 0, 0, 0};
+        return {std::bit_cast<uint32_t>(value), 0, 0, 0};
 }
 
-/// Every NaN is as good as any other where arithmetic made it.
+/// All NaNs count as equal when they come from arithmetic.
 template <typename Number, typename Value>
 Words NumbersOf(const Value& value)
 {
@@ -71,7 +70,7 @@ Words NumbersOf(const Value& value)
     return std::bit_cast<Words>(numbers);
 }
 
-/// Runs `operation` with both forms over all pairs of floats.
+/// Applies `operation` in both forms to all pairs of floats.
 template <typename Compared, typename Operation>
 void HoldFloats(const char* what, Compared compared, Operation operation)
 {
@@ -103,8 +102,8 @@ void HoldFloatNumbers(const char* what, Operation operation)
 template <typename Operation>
 void HoldInts(const char* what, Operation operation)
 {
-    for (const std::int32_t a : kInts)
-        for (const std::int32_t b : kInts) {
+    for (const int32_t a : kInts)
+        for (const int32_t b : kInts) {
             const IntArray first = {a, b, 77, a}, second = {b, a, a, -3};
             const auto chosen =
                 operation(std::bit_cast<simd::Ints4>(first), std::bit_cast<simd::Ints4>(second));
@@ -268,13 +267,13 @@ TEST(Simd, BothFormsMakeAndLoadAlike)
               BitsOf(simd_plain::LoadFourHalves(bytes + 1)));
 }
 
-TEST(Simd, RoundsToTheEvenOneOfTwoAsNear)
+TEST(Simd, RoundsTiesToEven)
 {
     EXPECT_EQ(Lanes(Round(simd::MakeFloats(0.5f, 1.5f, 2.5f, -1.5f))), (IntArray{0, 2, 2, -2}));
     EXPECT_EQ(Lanes(Truncate(simd::MakeFloats(0.9f, 1.5f, -2.5f, -0.9f))), (IntArray{0, 1, -2, 0}));
 }
 
-TEST(Simd, WhatDoesNotFitBecomesTheLeastInteger)
+TEST(Simd, OutOfRangeBecomesTheLowestInteger)
 {
     const simd::Floats4 tooLarge = simd::MakeFloats(2147483648.0f, -2147483904.0f, kInfinity, kNaN);
     const IntArray least = {INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN};
@@ -283,7 +282,7 @@ TEST(Simd, WhatDoesNotFitBecomesTheLeastInteger)
     EXPECT_EQ(Lanes(Truncate(simd::Splat(2147483520.0f))), Lanes(simd::SplatInt(2147483520)));
 }
 
-TEST(Simd, TheSecondOfTwoWinsOverNaN)
+TEST(Simd, MinAndMaxReturnTheSecondForNaN)
 {
     EXPECT_EQ(Lanes(Min(simd::Splat(kNaN), simd::Splat(2.0f))), Lanes(simd::Splat(2.0f)));
     EXPECT_EQ(Lanes(Max(simd::Splat(kNaN), simd::Splat(2.0f))), Lanes(simd::Splat(2.0f)));

@@ -30,8 +30,8 @@ TEST_F(QSALoaderLinkTest, CloneSharesTheGeometryOfItsSource)
     EXPECT_EQ(Mesh(1).faceCount, 12);
     EXPECT_EQ(Mesh(1).visible, 0);
     ExpectVec3(Mesh(1).position, 5, 6, 7);
-    ExpectColour(Mesh(1).materials[0].diffuse, 1, 0, 0, 1, "its own wire colour");
-    ExpectColour(Mesh(0).materials[0].diffuse, 1, 1, 1, 1);
+    ExpectColor(Mesh(1).materials[0].diffuse, 1, 0, 0, 1, "its own wire colour");
+    ExpectColor(Mesh(0).materials[0].diffuse, 1, 1, 1, 1);
     ExpectVec3(Mesh(1).boxMax, 1, 1, 1);
 }
 
@@ -99,13 +99,13 @@ TEST_F(QSALoaderLinkTest, CloneTakesItsOwnSubmaterials)
                                      Clone("two", "m", "*MATERIAL_REF 3") + Clone("none", "m"));
     loader.Load(scene, "scene.qsa", 0);
     ASSERT_EQ(Mesh(1).materialCount, 2);
-    ExpectColour(Mesh(1).materials[0].diffuse, 0, 0, 1, 1, "1 modulo 1");
-    ExpectColour(Mesh(1).materials[1].diffuse, 0, 0, 1, 1, "0 modulo 1");
+    ExpectColor(Mesh(1).materials[0].diffuse, 0, 0, 1, 1, "1 modulo 1");
+    ExpectColor(Mesh(1).materials[1].diffuse, 0, 0, 1, 1, "0 modulo 1");
     ASSERT_EQ(Mesh(2).materialCount, 1);
-    ExpectColour(Mesh(2).materials[0].diffuse, 0.5f, 0.5f, 0.5f, 1);
+    ExpectColor(Mesh(2).materials[0].diffuse, 0.5f, 0.5f, 0.5f, 1);
     ASSERT_EQ(Mesh(3).materialCount, 2);
-    ExpectColour(Mesh(3).materials[0].diffuse, 1, 1, 0, 1, "submaterial 1");
-    ExpectColour(Mesh(3).materials[1].diffuse, 0, 1, 1, 1, "submaterial 0");
+    ExpectColor(Mesh(3).materials[0].diffuse, 1, 1, 0, 1, "submaterial 1");
+    ExpectColor(Mesh(3).materials[1].diffuse, 0, 1, 1, 1, "submaterial 0");
     EXPECT_EQ(Mesh(4).materialCount, 1);
 }
 

@@ -11,7 +11,7 @@ using QSALoaderSceneTest = QSALoaderTest;
 
 } // namespace
 
-TEST_F(QSALoaderSceneTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
+TEST_F(QSALoaderSceneTest, SceneColorsAreCutToBytesAndKeepTheirAlpha)
 {
     // 0.5 * 255 is 127.5, truncated to 127 (0x7F); 0.999 * 255 is 254.7.
     Load(Scene("*SCENE_BACKGROUND_STATIC 0.5 1 0.999 *SCENE_AMBIENT_STATIC 0,0.25,0.5"));
@@ -19,7 +19,7 @@ TEST_F(QSALoaderSceneTest, SceneColoursAreCutToBytesAndKeepTheirAlpha)
     EXPECT_EQ(scene.ambientColor, 0xFF003F7Fu); // 63.75 and 127.5
 }
 
-TEST_F(QSALoaderSceneTest, QuirkColoursOutsideTheirRangeWrap)
+TEST_F(QSALoaderSceneTest, QuirkColorsOutsideTheirRangeWrap)
 {
     // 2 * 255 = 510 = 0x1FE; -1 * 255 = -255 = ...FF01; values beyond an int are clamped to its
     // range.
@@ -141,7 +141,7 @@ TEST_F(QSALoaderSceneTest, EnvironmentIsNotSearchedForWithoutTextures)
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
 
-TEST_F(QSALoaderSceneTest, FogBlockSwitchesFogOnAndItsColourBecomesTheBackground)
+TEST_F(QSALoaderSceneTest, FogBlockSwitchesFogOnAndItsColorBecomesTheBackground)
 {
     Load("*ATMOSPHERIC { *OTHER { } *STDFOG { *FOG_COLOR 1 0.5 0 *FOG_NEAR 5 *FOG_FAR 6 "
          "*FOG_DENSITY 7 } }");

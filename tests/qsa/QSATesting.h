@@ -106,8 +106,8 @@ inline void ExpectVec3(const D3DXVECTOR3& actual, float x, float y, float z,
     EXPECT_NEAR(actual.z, z, tolerance) << what;
 }
 
-inline void ExpectColour(const D3DCOLORVALUE& actual, float r, float g, float b, float a,
-                         const std::string& what = "")
+inline void ExpectColor(const D3DCOLORVALUE& actual, float r, float g, float b, float a,
+                        const std::string& what = "")
 {
     EXPECT_FLOAT_EQ(actual.r, r) << what;
     EXPECT_FLOAT_EQ(actual.g, g) << what;

@@ -14,7 +14,7 @@ QSA_TimeScale FromSecondOne()
 
 } // namespace
 
-TEST(FinishTrack, TangentsAreScaledByTheTicksToTheirNeighbours)
+TEST(QSA_FinishTrack, TangentsAreScaledByTheTicksToTheirNeighbours)
 {
     KRE_FloatTrack track;
     track.SetKeyCount(3);
@@ -36,7 +36,7 @@ TEST(FinishTrack, TangentsAreScaledByTheTicksToTheirNeighbours)
     EXPECT_FLOAT_EQ(track.Key(2).time, 4.0f);
 }
 
-TEST(FinishTrack, AllFourPartsOfAColourAreScaled)
+TEST(QSA_FinishTrack, AllFourPartsOfAColorAreScaled)
 {
     KRE_ColorTrack track;
     track.SetKeyCount(2);

@@ -122,8 +122,8 @@ TEST_F(QSA_MaterialImportMapsTest, DiffuseMapIsLoadedAndRemovesTheTint)
     EXPECT_EQ(Texture().slots[0].type, StageDiffuse);
     EXPECT_EQ(Texture().slots[0].param, 1.0f);
     EXPECT_STREQ(Texture().slotNames[0].c_str(), "d.bmp");
-    ExpectColour(Material().diffuse, 1, 1, 1, 1);
-    ExpectColour(Material().ambient, 1, 1, 1, 1);
+    ExpectColor(Material().diffuse, 1, 1, 1, 1);
+    ExpectColor(Material().ambient, 1, 1, 1, 1);
     EXPECT_EQ(Material().reflectionSet, -1);
     EXPECT_EQ(Texture().loadOptions, 0u) << "they come with a load";
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
@@ -321,7 +321,7 @@ TEST_F(QSA_MaterialImportMapsTest, NoMapIsLoadedWithoutTextures)
     LoadMaterial("*MATERIAL_DIFFUSE 0.5 0.5 0.5 " + Map("DIFFUSE", "*BITMAP \"none.bmp\""),
                  kLoadNoTextures);
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
-    ExpectColour(Material().diffuse, 0.5f, 0.5f, 0.5f, 1);
+    ExpectColor(Material().diffuse, 0.5f, 0.5f, 0.5f, 1);
     EXPECT_EQ(Mesh(0).fvf, DWORD{D3DFVF_XYZ | D3DFVF_NORMAL | D3DFVF_TEX1}); // room all the same
 }
 

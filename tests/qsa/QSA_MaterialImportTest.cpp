@@ -29,10 +29,10 @@ TEST_F(QSA_MaterialImportTest, EmptyListGetsOneDefaultMaterial)
 {
     Load("*MATERIAL_LIST { *MATERIAL_COUNT 0 }" + User());
     const KRE_MaterialInfo& material = Mesh(0).materials[0];
-    ExpectColour(material.diffuse, 1, 1, 1, 1);
-    ExpectColour(material.ambient, 1, 1, 1, 1);
-    ExpectColour(material.specular, 0, 0, 0, 1); // white times the strength of 0
-    ExpectColour(material.emissive, 0, 0, 0, 1);
+    ExpectColor(material.diffuse, 1, 1, 1, 1);
+    ExpectColor(material.ambient, 1, 1, 1, 1);
+    ExpectColor(material.specular, 0, 0, 0, 1); // white times the strength of 0
+    ExpectColor(material.emissive, 0, 0, 0, 1);
     EXPECT_EQ(material.tileU, 1);
     EXPECT_THAT(AllWarnings(), testing::IsEmpty());
 }
@@ -43,10 +43,10 @@ TEST_F(QSA_MaterialImportTest, ValuesOfTheTextBecomeTheRenderMaterial)
         Finished("*MATERIAL_NAME \"m\" *MATERIAL_DIFFUSE 0.1 0.2 0.3 *MATERIAL_AMBIENT 0.4,0.5,0.6 "
                  "*MATERIAL_SPECULAR 0.5 1 0.25 *MATERIAL_SHINESTRENGTH 0.5 *MATERIAL_SHINE 0.25 "
                  "*MATERIAL_SELFILLUM_COLOR 0.7 0.8 0.9 *MATERIAL_TWOSIDED 5");
-    ExpectColour(material.diffuse, 0.1f, 0.2f, 0.3f, 1);
-    ExpectColour(material.ambient, 0.4f, 0.5f, 0.6f, 1);
-    ExpectColour(material.specular, 0.25f, 0.5f, 0.125f, 1);
-    ExpectColour(material.emissive, 0.7f, 0.8f, 0.9f, 1);
+    ExpectColor(material.diffuse, 0.1f, 0.2f, 0.3f, 1);
+    ExpectColor(material.ambient, 0.4f, 0.5f, 0.6f, 1);
+    ExpectColor(material.specular, 0.25f, 0.5f, 0.125f, 1);
+    ExpectColor(material.emissive, 0.7f, 0.8f, 0.9f, 1);
     EXPECT_EQ(material.power, 25.0f);
     EXPECT_EQ(material.twoSided, 1);
     EXPECT_EQ(material.transparent, 0);
@@ -100,6 +100,13 @@ TEST_F(QSA_MaterialImportTest, MaterialsMustComeInOrder)
               "scene.qsa: Submaterial in wrong order!");
 }
 
+TEST_F(QSA_MaterialImportTest, CountOfMaterialsIsReadLikeAnyNumber)
+{
+    const std::string list = "*MATERIAL_LIST { *MATERIAL_COUNT ";
+    EXPECT_EQ(LoadError(list + std::string(127, '0') + " }"), "no error");
+    EXPECT_EQ(LoadError(list + std::string(128, '0') + " }"), "scene.qsa: String too long (>127)");
+}
+
 TEST_F(QSA_MaterialImportTest, SecondListFinishesOnlyWhatItAdds)
 {
     const std::string shiny = "*MATERIAL_SPECULAR 1 1 1 *MATERIAL_SHINESTRENGTH 0.5 "
@@ -110,7 +117,7 @@ TEST_F(QSA_MaterialImportTest, SecondListFinishesOnlyWhatItAdds)
     const KRE_FloatTrack& track = scene.FindMesh("Triangle0", 0)->materials[0].opacityTrack;
     ASSERT_EQ(track.GetKeyCount(), 1);
     EXPECT_FLOAT_EQ(track.Key(0).time, 1.0f);
-    ExpectColour(scene.FindMesh("Triangle1", 0)->materials[0].diffuse, 1, 0, 0, 1);
+    ExpectColor(scene.FindMesh("Triangle1", 0)->materials[0].diffuse, 1, 0, 0, 1);
 }
 
 TEST_F(QSA_MaterialImportTest, SubmaterialBlocksThatAreThereCount)
@@ -118,11 +125,11 @@ TEST_F(QSA_MaterialImportTest, SubmaterialBlocksThatAreThereCount)
     Load(MaterialList(
              {"*MATERIAL_NAME \"m\" *NUMSUBMTLS 5 *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 1 0 0 }"}) +
          User());
-    ExpectColour(Mesh(0).materials[0].diffuse, 1, 0, 0, 1);
+    ExpectColor(Mesh(0).materials[0].diffuse, 1, 0, 0, 1);
     EXPECT_EQ(Warnings("Material 'm' announces 5 submaterials and has 1"), 1);
     Load(MaterialList({"*MATERIAL_NAME \"n\" *SUBMATERIAL 0 { *MATERIAL_DIFFUSE 0 1 0 }"}) +
          User());
-    ExpectColour(Mesh(0).materials[0].diffuse, 0, 1, 0, 1);
+    ExpectColor(Mesh(0).materials[0].diffuse, 0, 1, 0, 1);
     EXPECT_EQ(Warnings("Material 'n' announces 0 submaterials and has 1"), 1);
 }
 

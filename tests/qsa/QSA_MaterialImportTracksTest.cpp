@@ -19,7 +19,7 @@ std::string Attribute(const char* name)
     return std::string("*MATERIAL_ATTRIBUTE \"") + name + "\" ";
 }
 
-const char* const kColourKey = "*CONTROL_COLOR_LINEAR { *CONTROL_POINT3_KEY 0 1 2 3 } ";
+const char* const kColorKey = "*CONTROL_COLOR_LINEAR { *CONTROL_POINT3_KEY 0 1 2 3 } ";
 const char* const kFloatKey = "*CONTROL_FLOAT_LINEAR { *CONTROL_FLOAT_KEY 0 0.5 } ";
 
 } // namespace
@@ -34,9 +34,9 @@ TEST_F(QSA_MaterialImportTracksTest, AttributeSelectsTheTrackInAnyCase)
                  {"SPECULAR", &KRE_MaterialInfo::specularTrack},
                  {"SelfIllumColor", &KRE_MaterialInfo::selfIllumTrack}};
     for (const auto& c : cases) {
-        KRE_MaterialInfo& material = Animated(Attribute(c.name) + kColourKey + kFloatKey);
+        KRE_MaterialInfo& material = Animated(Attribute(c.name) + kColorKey + kFloatKey);
         ASSERT_EQ((material.*c.track).GetKeyCount(), 1) << c.name;
-        ExpectColour((material.*c.track).Key(0).value, 1, 2, 3, 1, c.name);
+        ExpectColor((material.*c.track).Key(0).value, 1, 2, 3, 1, c.name);
         EXPECT_EQ(material.opacityTrack.GetKeyCount(), 0) << c.name;
     }
 }
@@ -44,8 +44,8 @@ TEST_F(QSA_MaterialImportTracksTest, AttributeSelectsTheTrackInAnyCase)
 TEST_F(QSA_MaterialImportTracksTest, OtherAttributesSelectNothingAndTheirBlocksAreSkipped)
 {
     KRE_MaterialInfo& material =
-        Animated(std::string(kColourKey) + kFloatKey + Attribute("Opacity") + kColourKey +
-                 Attribute("Bumpiness") + kColourKey + kFloatKey);
+        Animated(std::string(kColorKey) + kFloatKey + Attribute("Opacity") + kColorKey +
+                 Attribute("Bumpiness") + kColorKey + kFloatKey);
     EXPECT_EQ(material.opacityTrack.GetKeyCount(), 0);
     EXPECT_EQ(material.diffuseTrack.GetKeyCount(), 0);
     EXPECT_EQ(material.transparent, 0);
@@ -74,14 +74,14 @@ TEST_F(QSA_MaterialImportTracksTest, KeysGetSecondsAndTangentsTheSpacing)
     EXPECT_EQ(track.secondFlag, 0);
     EXPECT_EQ(track.loopEnd, 0.0f);
     EXPECT_FLOAT_EQ(track.Key(1).time, 1.0f);
-    ExpectColour(track.Key(0).inTangent, 1, 2, 3, 0);
-    ExpectColour(track.Key(0).outTangent, 19200, 24000, 28800, 0);
-    ExpectColour(track.Key(1).inTangent, 2400, 1200, 600, 0);
-    ExpectColour(track.Key(1).outTangent, 7, 8, 9, 0);
-    ExpectColour(track.Key(1).value, 1, 1, 1, 1);
+    ExpectColor(track.Key(0).inTangent, 1, 2, 3, 0);
+    ExpectColor(track.Key(0).outTangent, 19200, 24000, 28800, 0);
+    ExpectColor(track.Key(1).inTangent, 2400, 1200, 600, 0);
+    ExpectColor(track.Key(1).outTangent, 7, 8, 9, 0);
+    ExpectColor(track.Key(1).value, 1, 1, 1, 1);
 }
 
-TEST_F(QSA_MaterialImportTracksTest, LinearColourKeyInABezierTrackMakesAllOfItLinear)
+TEST_F(QSA_MaterialImportTracksTest, LinearColorKeyInABezierTrackMakesAllOfItLinear)
 {
     KRE_MaterialInfo& material = Animated(
         Attribute("Diffuse") +
@@ -96,21 +96,21 @@ TEST_F(QSA_MaterialImportTracksTest, LinearColourKeyInABezierTrackMakesAllOfItLi
 
 TEST_F(QSA_MaterialImportTracksTest, QuirkTrackOf1024KeysReportsOnceAndEndsInAnEmptyKey)
 {
-    std::string colours = "*CONTROL_COLOR_LINEAR { ";
+    std::string colors = "*CONTROL_COLOR_LINEAR { ";
     std::string floats = "*CONTROL_FLOAT_LINEAR { ";
     for (int i = 0; i < 1023; ++i) {
-        colours += "*CONTROL_POINT3_KEY 0 1 1 1\n";
+        colors += "*CONTROL_POINT3_KEY 0 1 1 1\n";
         floats += "*CONTROL_FLOAT_KEY 0 0.25\n";
     }
     const char* const kText = "Not more than 1024 float bezier keys allowed";
-    KRE_MaterialInfo* material = &Animated(Attribute("Diffuse") + colours + "}");
+    KRE_MaterialInfo* material = &Animated(Attribute("Diffuse") + colors + "}");
     EXPECT_EQ(material->diffuseTrack.GetKeyCount(), 1023);
     EXPECT_EQ(Warnings(kText), 0);
 
-    material = &Animated(Attribute("Diffuse") + colours + "*CONTROL_POINT3_KEY 0 1 1 1 }");
+    material = &Animated(Attribute("Diffuse") + colors + "*CONTROL_POINT3_KEY 0 1 1 1 }");
     ASSERT_EQ(material->diffuseTrack.GetKeyCount(), 1024);
-    ExpectColour(material->diffuseTrack.Key(1022).value, 1, 1, 1, 1);
-    ExpectColour(material->diffuseTrack.Key(1023).value, 0, 0, 0, 0);
+    ExpectColor(material->diffuseTrack.Key(1022).value, 1, 1, 1, 1);
+    ExpectColor(material->diffuseTrack.Key(1023).value, 0, 0, 0, 0);
     EXPECT_EQ(Warnings(kText), 1);
 
     // Keys that do not fit are still counted.

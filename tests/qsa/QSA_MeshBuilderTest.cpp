@@ -313,10 +313,17 @@ TEST_F(QSA_MeshBuilderTest, ClearForgetsTheMesh)
     AddVertex(0, 1, 0);
     AddFace(0, 1, 2, Groups({}));
     AddFace(0, 1, 2, Groups({}));
-    builder.Build("m", 0);
+    AddFace(0, 0, 0, Groups({}));
+    builder.Build("m", 2);
     EXPECT_EQ(builder.duplicateCount, 3);
+    EXPECT_EQ(builder.invalidFaceCount, 1);
     builder.Clear();
     EXPECT_TRUE(builder.vertices.empty());
+    EXPECT_TRUE(builder.faces.empty());
     EXPECT_TRUE(builder.built.empty());
+    EXPECT_EQ(builder.capacity, 0u);
+    EXPECT_TRUE(builder.subMaterialMap.empty());
+    EXPECT_EQ(builder.attributeCount, 0);
     EXPECT_EQ(builder.duplicateCount, 0);
+    EXPECT_EQ(builder.invalidFaceCount, 0);
 }

@@ -107,6 +107,26 @@ TEST_F(QSA_MeshImportListsTest, CornersOutsideTheirListsAreErrors)
               "scene.qsa: Mesh 'Triangle' has a texture face with vertex 9 of 1");
 }
 
+TEST_F(QSA_MeshImportListsTest, FaceMayHaveAllItsCornersOnTheOnlyVertex)
+{
+    // The list is sound; the face is a point, and no other one uses a vertex.
+    MeshText mesh = Triangle();
+    mesh.vertices.resize(1);
+    mesh.faces = {{0, 0, 0, "1"}};
+    EXPECT_EQ(LoadError(mesh.Text()), "scene.qsa: Mesh without vertices: 'Triangle'");
+    EXPECT_EQ(Warnings("Invalid face 0 in mesh 'Triangle'"), 1);
+}
+
+TEST_F(QSA_MeshImportListsTest, FourthNumberOfATextureFaceIsSkipped)
+{
+    MeshText mesh = Triangle();
+    mesh.tVertices = {{0, 0}, {1, 0}, {0, 1}};
+    mesh.tFaces = {{0, 1, 2}};
+    std::string text = mesh.Text();
+    text.replace(text.find("*MESH_TFACE 0 0 1 2"), 19, "*MESH_TFACE 0 0 1 2 9");
+    EXPECT_EQ(LoadError(text), "no error"); // there is no texture vertex 9
+}
+
 TEST_F(QSA_MeshImportListsTest, CornersAreCutTo16Bits)
 {
     MeshText mesh = Triangle();

@@ -216,6 +216,23 @@ TEST_F(QSA_MeshImportTest, VertexFormatFollowsTheMaterialsMaps)
     }
 }
 
+TEST_F(QSA_MeshImportTest, RoomForColorsIsZeroWhateverTheBufferHeldBefore)
+{
+    StartRecording();
+    static_cast<RecordingDevice*>(gGfx->device.Get())->FillNewVertexBuffers(0xCD);
+    Load(Triangle().Text(), kLoadVertexColors);
+    KRE_Mesh& mesh = Mesh(0);
+    ASSERT_EQ(mesh.vertexCount, 3);
+    ASSERT_EQ(mesh.stride, 32) << "position, normal and two colours";
+    mesh.LockAll(D3DLOCK_READONLY);
+    for (int32_t i = 0; i < 3; ++i) {
+        for (int32_t byte = 24; byte < 32; ++byte)
+            EXPECT_EQ(mesh.vertexData[mesh.stride * i + byte], 0) << i << ", " << byte;
+    }
+    mesh.UnlockAll();
+    scene.Reset(); // it goes before its device
+}
+
 TEST_F(QSA_MeshImportTest, QuirkThreeMapsGiveAFormatWithoutTextureCoordinates)
 {
     MeshText mesh = WithMaterial(Triangle());
@@ -243,25 +260,25 @@ TEST_F(QSA_MeshImportTest, TextureFacesWithoutMapsGiveOneSet)
     EXPECT_EQ(Mesh(0).ownGeometry, 0);
 }
 
-TEST_F(QSA_MeshImportTest, WireColourIsTheMaterialOfAMeshWithoutOne)
+TEST_F(QSA_MeshImportTest, WireColorIsTheMaterialOfAMeshWithoutOne)
 {
     MeshText mesh = Triangle();
     mesh.more = "*WIREFRAME_COLOR 0.25 0.5,1";
     Load(mesh.Text());
     const KRE_MaterialInfo& material = Mesh(0).materials[0];
-    ExpectColour(material.diffuse, 0.25f, 0.5f, 1, 1);
-    ExpectColour(material.ambient, 0.25f, 0.5f, 1, 1);
-    ExpectColour(material.specular, 0, 0, 0, 1);
-    ExpectColour(material.emissive, 0, 0, 0, 1);
+    ExpectColor(material.diffuse, 0.25f, 0.5f, 1, 1);
+    ExpectColor(material.ambient, 0.25f, 0.5f, 1, 1);
+    ExpectColor(material.specular, 0, 0, 0, 1);
+    ExpectColor(material.emissive, 0, 0, 0, 1);
     EXPECT_EQ(Mesh(0).materialCount, 1);
 }
 
-TEST_F(QSA_MeshImportTest, WireColourIsWhiteUnlessTheTextNamesOne)
+TEST_F(QSA_MeshImportTest, WireColorIsWhiteUnlessTheTextNamesOne)
 {
     Load(Triangle().Text());
-    ExpectColour(Mesh(0).materials[0].diffuse, 1, 1, 1, 1);
-    ExpectColour(QSA_MeshLoadInfo().wireColour, 1, 1, 1, 1, "kept for the link");
-    ExpectColour(QSA_NodeGeometry().wireColour, 1, 1, 1, 1, "of the node in hand");
+    ExpectColor(Mesh(0).materials[0].diffuse, 1, 1, 1, 1);
+    ExpectColor(QSA_MeshLoadInfo().wireColor, 1, 1, 1, 1, "kept for the link");
+    ExpectColor(QSA_NodeGeometry().wireColor, 1, 1, 1, 1, "of the node in hand");
 }
 
 TEST_F(QSA_MeshImportTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
@@ -275,8 +292,8 @@ TEST_F(QSA_MeshImportTest, SubmaterialsGoToTheAttributesInOrderOfFirstUse)
                       "*MATERIAL_DIFFUSE 0 1 0 }"});
     Load(list + mesh.Text());
     ASSERT_EQ(Mesh(0).materialCount, 2);
-    ExpectColour(Mesh(0).materials[0].diffuse, 0, 1, 0, 1, "submaterial 1 came first");
-    ExpectColour(Mesh(0).materials[1].diffuse, 1, 0, 0, 1);
+    ExpectColor(Mesh(0).materials[0].diffuse, 0, 1, 0, 1, "submaterial 1 came first");
+    ExpectColor(Mesh(0).materials[1].diffuse, 1, 0, 0, 1);
     EXPECT_THAT(ReadMesh(Mesh(0)).attributes, testing::ElementsAre(0u, 0u, 1u));
 }
 
@@ -285,7 +302,7 @@ TEST_F(QSA_MeshImportTest, MaterialBeyondTheListCountsAsNone)
     MeshText mesh = Triangle();
     mesh.more = "*MATERIAL_REF 2 *WIREFRAME_COLOR 1 0 0";
     Load(MaterialList({"*MATERIAL_DIFFUSE 0 0 1", ""}) + mesh.Text());
-    ExpectColour(Mesh(0).materials[0].diffuse, 1, 0, 0, 1);
+    ExpectColor(Mesh(0).materials[0].diffuse, 1, 0, 0, 1);
     EXPECT_EQ(Warnings("Mesh 'Triangle' has material 2 of 2"), 1);
 }
 

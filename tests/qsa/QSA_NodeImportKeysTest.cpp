@@ -242,6 +242,31 @@ TEST_F(QSA_NodeImportKeysTest, ManyLongTurnsOfASmallFileAreAnError)
               "scene.qsa: Object 'n' turns too far: 1050412 rotation keys in one file");
 }
 
+// A million half turns, and one more for each 8 bytes of the text.
+TEST_F(QSA_NodeImportKeysTest, LongTurnsOfAFileMayReachTheirLimitButNotPassIt)
+{
+    constexpr double kHalfTurn = 3.141592;
+    constexpr int kTurnsOf300000 = 95492; // 300000 / 3.141592 is 95,492.98
+    std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
+    for (int i = 1; i <= 10; ++i)
+        keys += "*CONTROL_ROT_SAMPLE " + std::to_string(i * 100000) + " 0 0 1 300000 ";
+    const auto endingIn = [&](int turns) {
+        const int angle = static_cast<int>((turns + 0.5) * kHalfTurn); // in the middle of a turn
+        return Node(Rotations(keys + "*CONTROL_ROT_SAMPLE 1100000 0 0 1 " + std::to_string(angle)));
+    };
+    const std::string sample = endingIn(46000);
+    const int limit = 1000000 + static_cast<int>(sample.size() / 8);
+    const int lastTurns = limit - 10 * kTurnsOf300000;
+
+    const std::string reaching = endingIn(lastTurns);
+    ASSERT_EQ(reaching.size(), sample.size()) << "both angles have six digits";
+    EXPECT_EQ(LoadError(reaching), "no error");
+    EXPECT_EQ(Object(0).rotKeyCount, 1 + 11 + limit); // each turn splits its key once more
+    EXPECT_EQ(LoadError(endingIn(lastTurns + 1)),
+              "scene.qsa: Object 'n' turns too far: " + std::to_string(limit + 1) +
+                  " rotation keys in one file");
+}
+
 TEST_F(QSA_NodeImportKeysTest, RotationKeyThatIsNotFiniteIsAnError)
 {
     for (const char* key : {"nan 0 0 1 1", "inf 0 0 1 1", "0 nan 0 1 1", "0 0 inf 1 1",

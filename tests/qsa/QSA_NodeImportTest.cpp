@@ -174,9 +174,9 @@ TEST_F(QSA_NodeImportTest, LightTakesItsSettings)
               "240 }"));
     const KRE_Light& light = *scene.lights.Get(0);
     EXPECT_EQ(light.lightOn, 0);
-    ExpectColour(light.light.Diffuse, 2, 1, 0.5f, 1);
-    ExpectColour(light.light.Specular, 2, 1, 0.5f, 1);
-    ExpectColour(light.light.Ambient, 0, 0, 0, 0);
+    ExpectColor(light.light.Diffuse, 2, 1, 0.5f, 1);
+    ExpectColor(light.light.Specular, 2, 1, 0.5f, 1);
+    ExpectColor(light.light.Ambient, 0, 0, 0, 0);
     EXPECT_FLOAT_EQ(light.light.Theta, 0.78539816f); // an eighth of a turn
     EXPECT_FLOAT_EQ(light.light.Phi, 1.57079632f);
     EXPECT_EQ(light.light.Falloff, 1.0f);
@@ -205,16 +205,16 @@ TEST_F(QSA_NodeImportTest, RangeOfEveryLightIsUnlimited)
 TEST_F(QSA_NodeImportTest, LightWithoutIntensityStaysBlack)
 {
     Load(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_COLOR 1 1 1 }"));
-    ExpectColour(scene.lights.Get(0)->light.Diffuse, 0, 0, 0, 0);
+    ExpectColor(scene.lights.Get(0)->light.Diffuse, 0, 0, 0, 0);
 }
 
-TEST_F(QSA_NodeImportTest, QuirkIntensityMultipliesTheColourSoFar)
+TEST_F(QSA_NodeImportTest, QuirkIntensityMultipliesTheColorSoFar)
 {
     Load(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_INTENS 5 *LIGHT_COLOR 1 1 1 }"));
-    ExpectColour(scene.lights.Get(0)->light.Diffuse, 0, 0, 0, 1, "colour came too late");
+    ExpectColor(scene.lights.Get(0)->light.Diffuse, 0, 0, 0, 1, "colour came too late");
     Load(Light("*LIGHT_TYPE Omni *LIGHT_SETTINGS { *LIGHT_COLOR 1 1 1 *LIGHT_INTENS 2 } "
                "*LIGHT_SETTINGS { *LIGHT_INTENS 3 }"));
-    ExpectColour(scene.lights.Get(0)->light.Diffuse, 6, 6, 6, 1, "the colour outlives its block");
+    ExpectColor(scene.lights.Get(0)->light.Diffuse, 6, 6, 6, 1, "the colour outlives its block");
 }
 
 TEST_F(QSA_NodeImportTest, AspectOtherThanOneWarns)

@@ -1,6 +1,7 @@
 #include "qsa/QSA_SceneText.h"
 
 #include <filesystem>
+#include <functional>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -209,6 +210,47 @@ TEST_F(QSA_SceneTextTest, FileThatBecomesShorterIsAnErrorThatNamesThePosition)
     EXPECT_FALSE(reader.IsOpen());
 }
 
+// A value and its end need no more; what stands behind may come later or, as here, never.
+TEST_F(QSA_SceneTextTest, ReadsNoFurtherThan256BytesAheadForAValue)
+{
+    const struct {
+        const char* what;
+        const char* start;
+        std::function<void()> read;
+    } cases[] = {
+        {"integer", "1 ",
+         [&] {
+             int32_t value = 0;
+             reader.ReadInt(&value);
+         }},
+        {"real", "1 ",
+         [&] {
+             float value = 0.0f;
+             reader.ReadFloat(&value);
+         }},
+        {"word", "w ",
+         [&] {
+             TokenBuffer word;
+             reader.ReadWord(word);
+         }},
+        {"quoted text", "\"q\" ",
+         [&] {
+             TokenBuffer text;
+             reader.ReadQuoted(text);
+         }},
+    };
+    reader.SetWindow(1);
+    for (const auto& c : cases) {
+        for (const auto& [bytesLeft, expected] :
+             {std::pair{256, "no error"}, {255, "text: Error reading from file text at 255"}}) {
+            Open(c.start + std::string(1000, ' '));
+            std::filesystem::resize_file("text", static_cast<uintmax_t>(bytesLeft));
+            EXPECT_EQ(RaisedBy(c.read), expected) << c.what;
+            reader.Close();
+        }
+    }
+}
+
 TEST_F(QSA_SceneTextTest, PeekAtTheEndDoesNotMove)
 {
     Open("a  ");
@@ -380,15 +422,15 @@ TEST_F(QSA_SceneTextTest, BlockEndsWhereAKeywordIsRefused)
     EXPECT_EQ(Rest(), " *CLONE }");
 }
 
-TEST_F(QSA_SceneTextTest, ColourIsOpaqueAndLinesOfCommasAreVectors)
+TEST_F(QSA_SceneTextTest, ColorIsOpaqueAndLinesOfCommasAreVectors)
 {
     Open("0.25,0.5,1 4 5 6");
-    D3DCOLORVALUE colour = {};
-    reader.ReadColour(&colour);
-    EXPECT_EQ(colour.r, 0.25f);
-    EXPECT_EQ(colour.g, 0.5f);
-    EXPECT_EQ(colour.b, 1.0f);
-    EXPECT_EQ(colour.a, 1.0f);
+    D3DCOLORVALUE color = {};
+    reader.ReadColor(&color);
+    EXPECT_EQ(color.r, 0.25f);
+    EXPECT_EQ(color.g, 0.5f);
+    EXPECT_EQ(color.b, 1.0f);
+    EXPECT_EQ(color.a, 1.0f);
     D3DXVECTOR3 vector;
     reader.ReadVector(&vector);
     EXPECT_EQ(vector, D3DXVECTOR3(4.0f, 5.0f, 6.0f));

@@ -59,9 +59,9 @@ TEST(QSA_VertexFormat, QuirkThreeMapsAddNoSetOfCoordinates)
               kPlain | D3DFVF_TEXCOORDSIZE3(1));
 }
 
-TEST(QSA_VertexFormat, ColoursOfVerticesComeOnRequest)
+TEST(QSA_VertexFormat, ColorsOfVerticesComeOnRequest)
 {
     TextDataFileReader reader;
-    EXPECT_EQ(ChooseVertexFormat({.hasColours = true}, reader),
+    EXPECT_EQ(ChooseVertexFormat({.hasColors = true}, reader),
               kPlain | D3DFVF_DIFFUSE | D3DFVF_SPECULAR);
 }

@@ -1,6 +1,6 @@
 #include <cstring>
 
-#include "qsb/QSB_ReadContext.h"
+#include "qsb/QSB_InputFile.h"
 #include "tests/qsb/SceneFileTest.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +9,7 @@ using testing::HasSubstr;
 
 namespace {
 
-class ObjectFileTest : public SceneFileTest {
+class KRE_3dObjectFileTest : public SceneFileTest {
 protected:
     /// A file with one object named "Mast".
     static QsbFile FileWith(QsbObject object)
@@ -45,7 +45,7 @@ std::array<float, kCount> Counting(float first)
 
 } // namespace
 
-TEST_F(ObjectFileTest, AllFieldsComeFromTheirPlaces)
+TEST_F(KRE_3dObjectFileTest, AllFieldsComeFromTheirPlaces)
 {
     QsbObject object;
     object.kind = 2;
@@ -83,7 +83,7 @@ TEST_F(ObjectFileTest, AllFieldsComeFromTheirPlaces)
     EXPECT_EQ(loaded.loopEnd, 7.5f);
 }
 
-TEST_F(ObjectFileTest, TheFourthColumnOfThePivotIsThatOfAnIdentity)
+TEST_F(KRE_3dObjectFileTest, TheFourthColumnOfThePivotIsThatOfAnIdentity)
 {
     const KRE_3dObject& loaded = LoadObject(QsbObject());
     EXPECT_EQ(loaded.pivotTM._14, 0);
@@ -92,7 +92,7 @@ TEST_F(ObjectFileTest, TheFourthColumnOfThePivotIsThatOfAnIdentity)
     EXPECT_EQ(loaded.pivotTM._44, 1);
 }
 
-TEST_F(ObjectFileTest, EachInheritFlagIsABit)
+TEST_F(KRE_3dObjectFileTest, EachInheritFlagIsABit)
 {
     for (uint8_t flags = 0; flags < 16; ++flags) {
         QsbObject object;
@@ -108,29 +108,27 @@ TEST_F(ObjectFileTest, EachInheritFlagIsABit)
     }
 }
 
-TEST_F(ObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
+TEST_F(KRE_3dObjectFileTest, AnObjectIsEvaluatedAndDirtyAfterwards)
 {
     // Read on its own, without what a scene does afterwards.
     QsbObject object;
     object.position = {1, 2, 3};
     const QsbImage image = MakeQsb(FileWith(object));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
-    File file;
+    QSB_InputFile file;
     file.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_3dObject loaded;
     loaded.Load(file);
     EXPECT_EQ(loaded.worldTM._42, 2);
     EXPECT_EQ(loaded.dirty, 1);
 }
 
-TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
+TEST_F(KRE_3dObjectFileTest, AnObjectIsResetBeforeItIsRead)
 {
     const QsbImage image = MakeQsb(FileWith(QsbObject()));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
-    File file;
+    QSB_InputFile file;
     file.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_3dObject loaded;
     loaded.AddPosKey(KRE_PosKeyData());
     loaded.parent = &scene;
@@ -142,7 +140,7 @@ TEST_F(ObjectFileTest, AnObjectIsResetBeforeItIsRead)
     EXPECT_EQ(loaded.frozen, 0);
 }
 
-TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
+TEST_F(KRE_3dObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
 {
     // The stored pose has no rotation: the object looks along its own -z, which is that of the
     // world.
@@ -150,9 +148,8 @@ TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
     file.scene.cameras.resize(1);
     const QsbImage image = MakeQsb(file);
     directory.Write("object", image.bytes.substr(image.at.at("camera0.read id")));
-    File bytes;
+    QSB_InputFile bytes;
     bytes.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_Target3dObject loaded;
     loaded.target = &scene;
     loaded.targetName = "Buoy";
@@ -163,7 +160,7 @@ TEST_F(ObjectFileTest, ATargetObjectForgetsItsTargetBeforeItIsRead)
     EXPECT_EQ(loaded.up, D3DXVECTOR3(0, 1, 0));
 }
 
-TEST_F(ObjectFileTest, KeysMayFillTheFileToItsEnd)
+TEST_F(KRE_3dObjectFileTest, KeysMayFillTheFileToItsEnd)
 {
     // A position key takes 43 bytes: time, kind, nine floats and a byte that says whether another
     // follows. With this many keys, one more byte each would exceed the file.
@@ -176,7 +173,7 @@ TEST_F(ObjectFileTest, KeysMayFillTheFileToItsEnd)
     EXPECT_EQ(LoadObject(object).posKeyCount, 5000);
 }
 
-TEST_F(ObjectFileTest, AWrongReadIdIsAnError)
+TEST_F(KRE_3dObjectFileTest, AWrongReadIdIsAnError)
 {
     QsbObject object;
     object.readId = 0x1235;
@@ -184,7 +181,7 @@ TEST_F(ObjectFileTest, AWrongReadIdIsAnError)
               "*undefined*: Invalid file read id, file: scene.qsb");
 }
 
-TEST_F(ObjectFileTest, KeysComeFromTheirPlaces)
+TEST_F(KRE_3dObjectFileTest, KeysComeFromTheirPlaces)
 {
     QsbObject object;
     object.posKeys = {QsbVectorKey(0.5f, {1, 2, 3}), QsbVectorKey(1.5f, {4, 5, 6})};
@@ -222,7 +219,7 @@ TEST_F(ObjectFileTest, KeysComeFromTheirPlaces)
     EXPECT_EQ(turn.outControl.w, 20);
 }
 
-TEST_F(ObjectFileTest, TheMoreByteEndsAChainWhateverTheCount)
+TEST_F(KRE_3dObjectFileTest, TheMoreByteEndsAChainWhateverTheCount)
 {
     QsbObject object;
     object.posKeys = {QsbVectorKey(0, {0, 0, 0}), QsbVectorKey(1, {0, 0, 0})};
@@ -233,7 +230,7 @@ TEST_F(ObjectFileTest, TheMoreByteEndsAChainWhateverTheCount)
     EXPECT_EQ(ErrorWith(object, "scale count", 1), "Mast: Check: Scale key numbers don't match");
 }
 
-TEST_F(ObjectFileTest, AnEndlessChainEndsWithTheFile)
+TEST_F(KRE_3dObjectFileTest, AnEndlessChainEndsWithTheFile)
 {
     QsbObject object;
     object.scaleKeys = {QsbVectorKey(0, {0, 0, 0})};
@@ -245,7 +242,7 @@ TEST_F(ObjectFileTest, AnEndlessChainEndsWithTheFile)
     EXPECT_EQ(LoadError(bytes), "scene.qsb: Error reading from file");
 }
 
-TEST_F(ObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_3dObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
 {
     for (const char* track : {"position", "rotation", "scale"}) {
         const std::string field = std::string(track) + " count";
@@ -257,7 +254,7 @@ TEST_F(ObjectFileTest, CountsOfKeysAreCheckedAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_3dObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
 {
     EXPECT_THAT(ErrorWith(QsbObject(), "name", 100000),
                 HasSubstr("File 'scene.qsb': Invalid text length: 100000, with "));
@@ -265,7 +262,7 @@ TEST_F(ObjectFileTest, LengthsOfTextsAreCheckedAgainstTheBytesLeft)
                 HasSubstr("Mast: File 'scene.qsb': Invalid text length: 2147483647, with "));
 }
 
-TEST_F(ObjectFileTest, ATextOfNegativeLengthIsEmptyAndTakesFourBytes)
+TEST_F(KRE_3dObjectFileTest, ATextOfNegativeLengthIsEmptyAndTakesFourBytes)
 {
     QsbObject object;
     const QsbImage image = MakeQsb(FileWith(object));
@@ -273,22 +270,20 @@ TEST_F(ObjectFileTest, ATextOfNegativeLengthIsEmptyAndTakesFourBytes)
     EXPECT_TRUE(scene.objects.Get(0)->parentName.IsEmpty());
 }
 
-TEST_F(ObjectFileTest, AWindowCutsTheKeys)
+TEST_F(KRE_3dObjectFileTest, AWindowCutsTheKeys)
 {
     QsbObject object;
     object.posKeys = {QsbVectorKey(0, {0, 0, 0}), QsbVectorKey(1, {1, 0, 0}),
                       QsbVectorKey(2, {2, 0, 0}), QsbVectorKey(3, {3, 0, 0})};
     const QsbImage image = MakeQsb(FileWith(object));
     directory.Write("object", image.bytes.substr(image.at.at("object0.read id")));
-    File file;
+    QSB_InputFile file;
     file.Open("object", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
-    gQsbReadContext.cutToWindow = true;
-    gQsbReadContext.windowStart = 1;
-    gQsbReadContext.windowEnd = 2;
+    file.cutToWindow = true;
+    file.windowStart = 1;
+    file.windowEnd = 2;
     KRE_3dObject loaded;
     loaded.Load(file);
-    gQsbReadContext = QSB_ReadContext();
     // The key at 0 is dropped, since the next one is not after the start; of those after the end,
     // the last one has no next and stays.
     EXPECT_EQ(loaded.posKeyCount, 3);
@@ -298,7 +293,7 @@ TEST_F(ObjectFileTest, AWindowCutsTheKeys)
 
 // ---- Saving
 
-TEST_F(ObjectFileTest, CountersThatDoNotFitAreErrorsOfTheSave)
+TEST_F(KRE_3dObjectFileTest, CountersThatDoNotFitAreErrorsOfTheSave)
 {
     QsbObject object;
     object.posKeys = object.scaleKeys = {QsbVectorKey(0, {0, 0, 0}), QsbVectorKey(1, {0, 0, 0})};
@@ -312,7 +307,7 @@ TEST_F(ObjectFileTest, CountersThatDoNotFitAreErrorsOfTheSave)
     EXPECT_EQ(ErrorText([&] { Saved(scene); }), "Mast: numPosKey does not match actual size");
 }
 
-TEST_F(ObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
+TEST_F(KRE_3dObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
 {
     KRE_3dObject& loaded = LoadObject(QsbObject());
     const std::string before = Saved(scene);
@@ -320,7 +315,7 @@ TEST_F(ObjectFileTest, AnAbsentListWritesNothingWhateverTheCounter)
     EXPECT_EQ(Saved(scene), before);
 }
 
-TEST_F(ObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
+TEST_F(KRE_3dObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
 {
     constexpr int32_t kKeys = 1000000;
     constexpr int32_t kTurns = 100000; // fewer of the other kind, to spare the disk
@@ -349,7 +344,7 @@ TEST_F(ObjectFileTest, AMillionKeysAreSavedAndLoadedByLoops)
 
 // ---- Cameras and lights
 
-TEST_F(ObjectFileTest, ACameraComesFromItsPlaces)
+TEST_F(KRE_3dObjectFileTest, ACameraComesFromItsPlaces)
 {
     QsbFile file;
     file.scene.cameras.resize(1);
@@ -369,7 +364,7 @@ TEST_F(ObjectFileTest, ACameraComesFromItsPlaces)
     EXPECT_EQ(scene.activeCamera, -1);
 }
 
-TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
+TEST_F(KRE_3dObjectFileTest, ALightComesFromItsPlaces)
 {
     QsbFile file;
     file.scene.lights.resize(1);
@@ -382,9 +377,8 @@ TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
     stored.numbers = Counting<25>(1);
     const QsbImage image = MakeQsb(file);
     directory.Write("light", image.bytes.substr(image.at.at("light0.read id")));
-    File bytes;
+    QSB_InputFile bytes;
     bytes.Open("light", true, false, true);
-    gQsbReadContext = QSB_ReadContext();
     KRE_Light light;
     light.Load(bytes);
     EXPECT_EQ(light.lightOn, 5);
@@ -407,7 +401,7 @@ TEST_F(ObjectFileTest, ALightComesFromItsPlaces)
 
 // ---- The scene's own record
 
-TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
+TEST_F(KRE_3dObjectFileTest, ASceneComesFromItsPlaces)
 {
     QsbFile file = FullQsb();
     for (size_t i = 0; i < 13; ++i)
@@ -437,7 +431,7 @@ TEST_F(ObjectFileTest, ASceneComesFromItsPlaces)
     EXPECT_EQ(scene.settings.disableLightsAfter, 1);
 }
 
-TEST_F(ObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
+TEST_F(KRE_3dObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
 {
     constexpr size_t kUseFog = 7;
     constexpr size_t kFogMode = 11;
@@ -466,7 +460,7 @@ TEST_F(ObjectFileTest, AnUnknownFogModeIsAnErrorIfFogIsOn)
     EXPECT_EQ(QsbDifference(Resaved(MakeQsb(kept).bytes), MakeQsb(kept).bytes), "");
 }
 
-TEST_F(ObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)
+TEST_F(KRE_3dObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)
 {
     QsbFile file;
     file.scene.settings[16] = 0;
@@ -477,7 +471,7 @@ TEST_F(ObjectFileTest, OldFilesDrawOnlyTheTransparentInTheSortedPass)
     EXPECT_EQ(scene.settings.drawTransparentOnly, 1);
 }
 
-TEST_F(ObjectFileTest, ListsKeepTheirOrder)
+TEST_F(KRE_3dObjectFileTest, ListsKeepTheirOrder)
 {
     QsbFile file;
     for (const char* name : {"c", "a", "b"}) {
@@ -498,7 +492,7 @@ TEST_F(ObjectFileTest, ListsKeepTheirOrder)
     EXPECT_STREQ(scene.meshes.Get(2)->name.c_str(), "bmesh");
 }
 
-TEST_F(ObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_3dObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
 {
     const QsbImage image = MakeQsb(FullQsb());
     const struct {
@@ -517,14 +511,14 @@ TEST_F(ObjectFileTest, CountsOfListsAreCheckedAgainstTheBytesLeft)
     }
 }
 
-TEST_F(ObjectFileTest, AnExtraTrailingByteIsIgnored)
+TEST_F(KRE_3dObjectFileTest, AnExtraTrailingByteIsIgnored)
 {
     LoadBytes(scene, MakeQsb(FullQsb()).bytes + "x");
     EXPECT_EQ(CheckScene(scene), "");
     EXPECT_EQ(scene.lights.Count(), 1);
 }
 
-TEST_F(ObjectFileTest, MissingNamesAreWarnings)
+TEST_F(KRE_3dObjectFileTest, MissingNamesAreWarnings)
 {
     QsbObject object;
     object.parentName = "Deck";

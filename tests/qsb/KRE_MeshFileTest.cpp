@@ -11,7 +11,7 @@ namespace {
 
 constexpr uint32_t kVertexColors = 8;
 
-class MeshFileTest : public SceneFileTest {
+class KRE_MeshFileTest : public SceneFileTest {
 protected:
     static QsbFile FileWith(const QsbMesh& mesh)
     {
@@ -65,7 +65,7 @@ void Append(std::string& bytes, T value)
 
 } // namespace
 
-TEST_F(MeshFileTest, AllFieldsComeFromTheirPlaces)
+TEST_F(KRE_MeshFileTest, AllFieldsComeFromTheirPlaces)
 {
     QsbMesh mesh = Triangle(0x112);
     mesh.clip.mode = 2;
@@ -98,7 +98,7 @@ TEST_F(MeshFileTest, AllFieldsComeFromTheirPlaces)
     loaded.UnlockAll();
 }
 
-TEST_F(MeshFileTest, VertexSizesFollowFromTheFormat)
+TEST_F(KRE_MeshFileTest, VertexSizesFollowFromTheFormat)
 {
     const struct {
         const char* what;
@@ -123,7 +123,7 @@ TEST_F(MeshFileTest, VertexSizesFollowFromTheFormat)
     }
 }
 
-TEST_F(MeshFileTest, OldFilesHaveRoomForTextureCoordinatesInEveryVertex)
+TEST_F(KRE_MeshFileTest, OldFilesHaveRoomForTextureCoordinatesInEveryVertex)
 {
     for (const int32_t version : {101, 102}) {
         QsbFile file = FileWith(Triangle(0x12));
@@ -141,7 +141,7 @@ TEST_F(MeshFileTest, OldFilesHaveRoomForTextureCoordinatesInEveryVertex)
     }
 }
 
-TEST_F(MeshFileTest, ANormalOf1IsStoredAs32767AndReadsAsExactly1)
+TEST_F(KRE_MeshFileTest, ANormalOf1IsStoredAs32767AndReadsAsExactly1)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.vertices[0].normal = {32767, 0, 0};
@@ -152,7 +152,7 @@ TEST_F(MeshFileTest, ANormalOf1IsStoredAs32767AndReadsAsExactly1)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(mesh)).bytes), "");
 }
 
-TEST_F(MeshFileTest, AWeightOfOneHalfIsStoredAs32767AndReadsSlightlyBelow)
+TEST_F(KRE_MeshFileTest, AWeightOfOneHalfIsStoredAs32767AndReadsSlightlyBelow)
 {
     QsbMesh mesh = Triangle(0x1018, 2);
     KRE_Mesh& loaded = LoadMesh(mesh);
@@ -172,7 +172,7 @@ TEST_F(MeshFileTest, AWeightOfOneHalfIsStoredAs32767AndReadsSlightlyBelow)
     again.UnlockAll();
 }
 
-TEST_F(MeshFileTest, QuirkRepeatedSavesDriftDownward)
+TEST_F(KRE_MeshFileTest, QuirkRepeatedSavesDriftDownward)
 {
     // What a stored number becomes after one load and save: as a float it may be slightly below the
     // quotient, and the product is then truncated.
@@ -194,7 +194,7 @@ TEST_F(MeshFileTest, QuirkRepeatedSavesDriftDownward)
     }
 }
 
-TEST_F(MeshFileTest, TheLastWeightIsWrittenAs0)
+TEST_F(KRE_MeshFileTest, TheLastWeightIsWrittenAs0)
 {
     for (const uint32_t fvf : {0x1016u, 0x1018u, 0x101Cu}) {
         QsbMesh mesh = Triangle(fvf, 3);
@@ -208,7 +208,7 @@ TEST_F(MeshFileTest, TheLastWeightIsWrittenAs0)
     }
 }
 
-TEST_F(MeshFileTest, ValuesOutside16BitsAreClampedWithOneWarning)
+TEST_F(KRE_MeshFileTest, ValuesOutside16BitsAreClampedWithOneWarning)
 {
     KRE_Mesh& mesh = LoadMesh(Triangle(0x1018, 2));
     mesh.LockAll(0);
@@ -230,7 +230,7 @@ TEST_F(MeshFileTest, ValuesOutside16BitsAreClampedWithOneWarning)
 
 // ---- Damaged geometry
 
-TEST_F(MeshFileTest, UnsupportedFormatsAreErrors)
+TEST_F(KRE_MeshFileTest, UnsupportedFormatsAreErrors)
 {
     const struct {
         const char* what;
@@ -256,7 +256,7 @@ TEST_F(MeshFileTest, UnsupportedFormatsAreErrors)
     }
 }
 
-TEST_F(MeshFileTest, CountsAreCheckedAgainstTheBytesLeft)
+TEST_F(KRE_MeshFileTest, CountsAreCheckedAgainstTheBytesLeft)
 {
     const struct {
         const char* field;
@@ -275,7 +275,7 @@ TEST_F(MeshFileTest, CountsAreCheckedAgainstTheBytesLeft)
     }
 }
 
-TEST_F(MeshFileTest, IndicesOutsideTheirArraysAreErrors)
+TEST_F(KRE_MeshFileTest, IndicesOutsideTheirArraysAreErrors)
 {
     QsbMesh mesh = Triangle(0x1018, 2);
     mesh.faces = {{0, 1, 2}, {0, 3, 2}};
@@ -288,7 +288,7 @@ TEST_F(MeshFileTest, IndicesOutsideTheirArraysAreErrors)
     EXPECT_EQ(ErrorOf(mesh), "Hull: File 'scene.qsb': Invalid bone index in vertex 2: 2 of 2");
 }
 
-TEST_F(MeshFileTest, WithoutBonesTheObjectItselfMovesTheVertices)
+TEST_F(KRE_MeshFileTest, WithoutBonesTheObjectItselfMovesTheVertices)
 {
     LoadMesh(Triangle(0x1018));
     QsbMesh mesh = Triangle(0x1018);
@@ -296,7 +296,7 @@ TEST_F(MeshFileTest, WithoutBonesTheObjectItselfMovesTheVertices)
     EXPECT_EQ(ErrorOf(mesh), "Hull: File 'scene.qsb': Invalid bone index in vertex 0: 1 of 0");
 }
 
-TEST_F(MeshFileTest, AMeshWithoutMaterialsHasOneAttribute)
+TEST_F(KRE_MeshFileTest, AMeshWithoutMaterialsHasOneAttribute)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.materials.clear();
@@ -306,7 +306,7 @@ TEST_F(MeshFileTest, AMeshWithoutMaterialsHasOneAttribute)
     EXPECT_EQ(ErrorOf(mesh), "Hull: File 'scene.qsb': Invalid attribute in face 0: 1 of 1");
 }
 
-TEST_F(MeshFileTest, GeometryThatTheDeviceRefusesIsAnError)
+TEST_F(KRE_MeshFileTest, GeometryThatTheDeviceRefusesIsAnError)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.faces.clear();
@@ -319,7 +319,7 @@ TEST_F(MeshFileTest, GeometryThatTheDeviceRefusesIsAnError)
     EXPECT_EQ(LoadMesh(mesh).vertexCount, 65535);
 }
 
-TEST_F(MeshFileTest, AnErrorOfTheDeviceComesAfterTheNamesOfFileAndMesh)
+TEST_F(KRE_MeshFileTest, AnErrorOfTheDeviceComesAfterTheNamesOfFileAndMesh)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.vertices.resize(65536);
@@ -331,14 +331,14 @@ TEST_F(MeshFileTest, AnErrorOfTheDeviceComesAfterTheNamesOfFileAndMesh)
     EXPECT_EQ(log.find("Error:KRE_Gfx: Number of vertices"), log.find('\n', warning) + 1);
 }
 
-TEST_F(MeshFileTest, ADifferentNumberOfMaterialsIsAnError)
+TEST_F(KRE_MeshFileTest, ADifferentNumberOfMaterialsIsAnError)
 {
     KRE_Mesh& mesh = LoadMesh(Triangle(0x12));
     EXPECT_EQ(ErrorText([&] { gGfx->CreateMesh(&mesh, 1, 3, 2, 0x12, 0, 0); }),
               "nrMat does not match!");
 }
 
-TEST_F(MeshFileTest, AFormatThatCannotBeReadIsNotSaved)
+TEST_F(KRE_MeshFileTest, AFormatThatCannotBeReadIsNotSaved)
 {
     KRE_Mesh& mesh = LoadMesh(Triangle(0x12));
     mesh.SetVertexFormat(0x02);
@@ -346,14 +346,14 @@ TEST_F(MeshFileTest, AFormatThatCannotBeReadIsNotSaved)
     EXPECT_FALSE(directory.Has("saved.qsb"));
 }
 
-TEST_F(MeshFileTest, AMeshWithoutGeometryIsNotSaved)
+TEST_F(KRE_MeshFileTest, AMeshWithoutGeometryIsNotSaved)
 {
     KRE_Mesh& mesh = *scene.meshes.GetSlot(scene.meshes.Add());
     mesh.SetVertexFormat(0x12);
     EXPECT_THAT(ErrorText([&] { Saved(scene); }), HasSubstr("LockIndexBuffer failed: "));
 }
 
-TEST_F(MeshFileTest, TransparencyIsWhatTheFileSaysUnlessItIsNegative)
+TEST_F(KRE_MeshFileTest, TransparencyIsWhatTheFileSaysUnlessItIsNegative)
 {
     QsbMesh mesh = Triangle(0x12);
     mesh.hasTransparency = 99;
@@ -364,7 +364,7 @@ TEST_F(MeshFileTest, TransparencyIsWhatTheFileSaysUnlessItIsNegative)
 
 // ---- Clones
 
-TEST_F(MeshFileTest, ACloneHasMaterialsAndBonesAndNoGeometry)
+TEST_F(KRE_MeshFileTest, ACloneHasMaterialsAndBonesAndNoGeometry)
 {
     QsbFile file = FileWith(Triangle(0x1018, 2));
     QsbMesh clone = Triangle(0x1018, 2);
@@ -385,7 +385,7 @@ TEST_F(MeshFileTest, ACloneHasMaterialsAndBonesAndNoGeometry)
     EXPECT_EQ(QsbDifference(Saved(scene), image.bytes), "");
 }
 
-TEST_F(MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshIsSortedLastOnlyOnce)
+TEST_F(KRE_MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshIsSortedLastOnlyOnce)
 {
     QsbFile file = FileWith(Triangle(0x12));
     QsbMesh clone = Triangle(0x12);
@@ -404,7 +404,7 @@ TEST_F(MeshFileTest, QuirkATransparentCloneOfAnOpaqueMeshIsSortedLastOnlyOnce)
     EXPECT_EQ(QsbDifference(Saved(scene), first), "");
 }
 
-TEST_F(MeshFileTest, ACloneWithoutItsSourceIsAnError)
+TEST_F(KRE_MeshFileTest, ACloneWithoutItsSourceIsAnError)
 {
     QsbMesh clone = Triangle(0x12);
     clone.cloneSource = "None";
@@ -413,7 +413,7 @@ TEST_F(MeshFileTest, ACloneWithoutItsSourceIsAnError)
 
 // ---- Bones
 
-TEST_F(MeshFileTest, BonesComeFromTheirPlaces)
+TEST_F(KRE_MeshFileTest, BonesComeFromTheirPlaces)
 {
     QsbMesh mesh = Triangle(0x1018, 2);
     mesh.bones[1].name = std::string(300, 'b');
@@ -431,7 +431,7 @@ TEST_F(MeshFileTest, BonesComeFromTheirPlaces)
     EXPECT_EQ(loaded.boneObjectCount, 2);
 }
 
-TEST_F(MeshFileTest, ABoneNamesAnObjectOfTheScene)
+TEST_F(KRE_MeshFileTest, ABoneNamesAnObjectOfTheScene)
 {
     QsbFile file = FileWith(Triangle(0x1018, 2));
     file.scene.meshes[0].bones[0].name = "Hull";
@@ -444,7 +444,7 @@ TEST_F(MeshFileTest, ABoneNamesAnObjectOfTheScene)
 
 // ---- Load flags
 
-TEST_F(MeshFileTest, Flag8AddsColours)
+TEST_F(KRE_MeshFileTest, Flag8AddsColors)
 {
     QsbMesh mesh = Triangle(0x1118, 2);
     mesh.vertices[0].bones = {1, 1, 1, 1};
@@ -459,7 +459,7 @@ TEST_F(MeshFileTest, Flag8AddsColours)
     loaded.UnlockAll();
 }
 
-TEST_F(MeshFileTest, Flag2WidensMeshesWithABumpOrReflectionPicture)
+TEST_F(KRE_MeshFileTest, Flag2WidensMeshesWithABumpOrReflectionPicture)
 {
     directory.Write("map.bmp", OnePixelBmp());
     for (const int32_t type : {1, 2, 3}) {
@@ -480,14 +480,14 @@ TEST_F(MeshFileTest, Flag2WidensMeshesWithABumpOrReflectionPicture)
     }
 }
 
-TEST_F(MeshFileTest, Flag2WithoutAPictureChangesNothing)
+TEST_F(KRE_MeshFileTest, Flag2WithoutAPictureChangesNothing)
 {
     QsbMesh mesh = Triangle(0x112);
     mesh.textures[0].slots[0].type = 2;
     EXPECT_EQ(LoadMesh(mesh, kBumpMaps).fvf, 0x112u);
 }
 
-TEST_F(MeshFileTest, BumpMapsWithTwoSetsOfCoordinatesAreAnError)
+TEST_F(KRE_MeshFileTest, BumpMapsWithTwoSetsOfCoordinatesAreAnError)
 {
     directory.Write("map.bmp", OnePixelBmp());
     QsbMesh mesh = Triangle(0x212);
@@ -519,7 +519,7 @@ static QsbMesh RawTriangle(uint32_t bones)
     return mesh;
 }
 
-TEST_F(MeshFileTest, TheOldestFilesHoldVerticesAsInMemory)
+TEST_F(KRE_MeshFileTest, TheOldestFilesHoldVerticesAsInMemory)
 {
     QsbFile file = FileWith(RawTriangle(0x0001));
     file.version = 100;
@@ -537,7 +537,7 @@ TEST_F(MeshFileTest, TheOldestFilesHoldVerticesAsInMemory)
     }
 }
 
-TEST_F(MeshFileTest, TheOldestFilesAreWidenedForBumpMapsToo)
+TEST_F(KRE_MeshFileTest, TheOldestFilesAreWidenedForBumpMapsToo)
 {
     directory.Write("map.bmp", OnePixelBmp());
     QsbFile file = FileWith(RawTriangle(0));
@@ -553,7 +553,7 @@ TEST_F(MeshFileTest, TheOldestFilesAreWidenedForBumpMapsToo)
     mesh.UnlockAll();
 }
 
-TEST_F(MeshFileTest, ABadBoneOfTheOldestFilesIsAnError)
+TEST_F(KRE_MeshFileTest, ABadBoneOfTheOldestFilesIsAnError)
 {
     QsbFile file = FileWith(RawTriangle(0x0002));
     file.version = 100;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint32_t kSingleMipLevel = 1;
 
-class TextureFileTest : public SceneFileTest {
+class KRE_TextureFileTest : public SceneFileTest {
 protected:
     /// A file with one mesh that has this texture.
     static QsbFile FileWith(const QsbTexture& texture)
@@ -59,7 +59,7 @@ QsbTexture TextureOf(const std::string& file, int32_t type = 1)
 
 } // namespace
 
-TEST_F(TextureFileTest, AllFieldsComeFromTheirPlaces)
+TEST_F(KRE_TextureFileTest, AllFieldsComeFromTheirPlaces)
 {
     QsbTexture stored;
     stored.word = 0x89ABCDEF;
@@ -103,7 +103,7 @@ TEST_F(TextureFileTest, AllFieldsComeFromTheirPlaces)
     }
 }
 
-TEST_F(TextureFileTest, SlotsPastTheFourthOfAnOldFileAreDropped)
+TEST_F(KRE_TextureFileTest, SlotsPastTheFourthOfAnOldFileAreDropped)
 {
     directory.Write("map.bmp", Bmp(4));
     QsbTexture stored = TextureOf("map.bmp");
@@ -117,7 +117,7 @@ TEST_F(TextureFileTest, SlotsPastTheFourthOfAnOldFileAreDropped)
     EXPECT_THAT(LogText(), Not(HasSubstr("none.bmp")));
 }
 
-TEST_F(TextureFileTest, AReflectionInSlot1IsSwappedWithSlot0)
+TEST_F(KRE_TextureFileTest, AReflectionInSlot1IsSwappedWithSlot0)
 {
     directory.Write("sky.bmp", Bmp(2));
     directory.Write("wood.bmp", Bmp(4));
@@ -142,7 +142,7 @@ TEST_F(TextureFileTest, AReflectionInSlot1IsSwappedWithSlot0)
     }
 }
 
-TEST_F(TextureFileTest, OtherTypesInSlot1StayThere)
+TEST_F(KRE_TextureFileTest, OtherTypesInSlot1StayThere)
 {
     QsbTexture stored;
     stored.slots[0].type = 3;
@@ -150,7 +150,7 @@ TEST_F(TextureFileTest, OtherTypesInSlot1StayThere)
     EXPECT_EQ(LoadTexture(stored).slots[0].type, 3);
 }
 
-TEST_F(TextureFileTest, AnUnknownTypeOfADrawnSlotIsAnError)
+TEST_F(KRE_TextureFileTest, AnUnknownTypeOfADrawnSlotIsAnError)
 {
     static const struct {
         const char* what;
@@ -175,7 +175,7 @@ TEST_F(TextureFileTest, AnUnknownTypeOfADrawnSlotIsAnError)
     }
 }
 
-TEST_F(TextureFileTest, TheErrorNamesTheFilesSlotEvenIfSlotsAreSwapped)
+TEST_F(KRE_TextureFileTest, TheErrorNamesTheFilesSlotEvenIfSlotsAreSwapped)
 {
     QsbTexture stored = TextureOf("wood.bmp", 9); // goes to slot 1, after the reflection
     stored.slots[1].file = "sky.bmp";
@@ -184,7 +184,7 @@ TEST_F(TextureFileTest, TheErrorNamesTheFilesSlotEvenIfSlotsAreSwapped)
               "Hull: File 'scene.qsb': Invalid type of texture slot 0: 9");
 }
 
-TEST_F(TextureFileTest, TypesOfSlotsWithoutAFileAreKept)
+TEST_F(KRE_TextureFileTest, TypesOfSlotsWithoutAFileAreKept)
 {
     QsbTexture stored;
     for (int i = 0; i < 4; ++i)
@@ -193,7 +193,7 @@ TEST_F(TextureFileTest, TypesOfSlotsWithoutAFileAreKept)
     EXPECT_EQ(QsbDifference(Resaved(bytes), bytes), "");
 }
 
-TEST_F(TextureFileTest, ABackgroundOfUnknownTypeIsAnErrorOfTheScene)
+TEST_F(KRE_TextureFileTest, ABackgroundOfUnknownTypeIsAnErrorOfTheScene)
 {
     QsbFile file;
     file.scene.object.name = "boat.qsa";
@@ -202,7 +202,7 @@ TEST_F(TextureFileTest, ABackgroundOfUnknownTypeIsAnErrorOfTheScene)
               "boat.qsa: File 'scene.qsb': Invalid type of texture slot 0: 8");
 }
 
-TEST_F(TextureFileTest, PicturesAreFoundBesideTheFile)
+TEST_F(KRE_TextureFileTest, PicturesAreFoundBesideTheFile)
 {
     directory.Write("deck/map.bmp", Bmp(2));
     directory.Write("deck/scene.qsb", MakeQsb(FileWith(TextureOf("map.bmp"))).bytes);
@@ -213,14 +213,26 @@ TEST_F(TextureFileTest, PicturesAreFoundBesideTheFile)
               scene.meshes.Get(0)->textures[0].slotTextures[0]);
 }
 
-TEST_F(TextureFileTest, AMissingPictureIsAWarningAndLosesItsName)
+TEST_F(KRE_TextureFileTest, MapsWithoutAFrameListLoadWithoutAnyWarning)
+{
+    directory.Write("map.bmp", Bmp(2));
+    directory.Write("other.bmp", Bmp(4));
+    QsbTexture stored = TextureOf("map.bmp");
+    stored.slots[1].file = "other.bmp";
+    const KRE_Texture& texture = LoadTexture(stored);
+    EXPECT_NE(texture.slotTextures[0], nullptr);
+    EXPECT_NE(texture.slotTextures[1], nullptr);
+    EXPECT_THAT(LogText(), Not(HasSubstr("Warning:")));
+}
+
+TEST_F(KRE_TextureFileTest, AMissingPictureIsAWarningAndLosesItsName)
 {
     const KRE_Texture& texture = LoadTexture(TextureOf("none.bmp"));
     EXPECT_TRUE(texture.slotNames[0].IsEmpty());
     EXPECT_THAT(LogText(), HasSubstr("File 'scene.qsb': Can not open texture: none.bmp"));
 }
 
-TEST_F(TextureFileTest, APictureOfAnotherMachineIsTakenFromBesideTheFile)
+TEST_F(KRE_TextureFileTest, APictureOfAnotherMachineIsTakenFromBesideTheFile)
 {
     directory.Write("deck/map.bmp", Bmp(2));
     QsbFile file = FileWith(TextureOf("Q:\\art\\map.bmp"));
@@ -238,7 +250,7 @@ TEST_F(TextureFileTest, APictureOfAnotherMachineIsTakenFromBesideTheFile)
                                      "beside the scene: 'deck\\map.bmp'"));
 }
 
-TEST_F(TextureFileTest, APictureOfAnotherMachineIsReportedOncePerScene)
+TEST_F(KRE_TextureFileTest, APictureOfAnotherMachineIsReportedOncePerScene)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("b.bmp", Bmp(2));
@@ -261,7 +273,7 @@ TEST_F(TextureFileTest, APictureOfAnotherMachineIsReportedOncePerScene)
     EXPECT_EQ(told(), 4u) << "the next load tells of them again";
 }
 
-TEST_F(TextureFileTest, BumpMapsAreLoadedOnlyIfTheyAreWanted)
+TEST_F(KRE_TextureFileTest, BumpMapsAreLoadedOnlyIfTheyAreWanted)
 {
     directory.Write("map.bmp", Bmp(2));
     EXPECT_EQ(LoadTexture(TextureOf("map.bmp", 2)).slotTextures[0], nullptr);
@@ -269,7 +281,7 @@ TEST_F(TextureFileTest, BumpMapsAreLoadedOnlyIfTheyAreWanted)
     EXPECT_NE(LoadTexture(TextureOf("map.bmp", 2), kBumpMaps).slotTextures[0], nullptr);
 }
 
-TEST_F(TextureFileTest, Flag1AsksForOneMipLevel)
+TEST_F(KRE_TextureFileTest, Flag1AsksForOneMipLevel)
 {
     directory.Write("map.bmp", Bmp(8));
     directory.Write("other.bmp", Bmp(4));
@@ -277,14 +289,14 @@ TEST_F(TextureFileTest, Flag1AsksForOneMipLevel)
     EXPECT_EQ(LoadTexture(TextureOf("other.bmp")).levelCount, 3); // 4, 2, 1
 }
 
-TEST_F(TextureFileTest, APictureThatCannotBeReadIsAnError)
+TEST_F(KRE_TextureFileTest, APictureThatCannotBeReadIsAnError)
 {
     directory.Write("map.bmp", "no picture");
     EXPECT_THAT(LoadError(MakeQsb(FileWith(TextureOf("map.bmp"))).bytes),
                 HasSubstr("D3DXGetImageInfoFromFile failed"));
 }
 
-TEST_F(TextureFileTest, AFrameListKeepsItsTiming)
+TEST_F(KRE_TextureFileTest, AFrameListKeepsItsTiming)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("b.bmp", Bmp(4));
@@ -299,7 +311,7 @@ TEST_F(TextureFileTest, AFrameListKeepsItsTiming)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(stored)).bytes), "");
 }
 
-TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBeforeIt)
+TEST_F(KRE_TextureFileTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBeforeIt)
 {
     directory.Write("a.bmp", Bmp(2));
     directory.Write("run.ifl", "a.bmp\n");
@@ -325,7 +337,7 @@ TEST_F(TextureFileTest, AMapBesideAFrameListIsAnErrorExplainedByTheWarningBefore
     EXPECT_LT(at, log.rfind("Error:KRE_Texture: No stages with texture sequence allowed"));
 }
 
-TEST_F(TextureFileTest, TheBackgroundIsStoredOnlyIfItHoldsAPicture)
+TEST_F(KRE_TextureFileTest, TheBackgroundIsStoredOnlyIfItHoldsAPicture)
 {
     directory.Write("map.bmp", Bmp(2));
     QsbFile file;
@@ -342,7 +354,7 @@ TEST_F(TextureFileTest, TheBackgroundIsStoredOnlyIfItHoldsAPicture)
     EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(without).bytes), "");
 }
 
-TEST_F(TextureFileTest, AFileWithoutABackgroundRemovesIt)
+TEST_F(KRE_TextureFileTest, AFileWithoutABackgroundRemovesIt)
 {
     directory.Write("map.bmp", Bmp(2));
     QsbFile file;
@@ -353,7 +365,7 @@ TEST_F(TextureFileTest, AFileWithoutABackgroundRemovesIt)
     EXPECT_TRUE(scene.backgroundTexture.slotNames[0].IsEmpty());
 }
 
-TEST_F(TextureFileTest, AFailedLoadHoldsNothing)
+TEST_F(KRE_TextureFileTest, AFailedLoadHoldsNothing)
 {
     directory.Write("map.bmp", Bmp(2));
     const std::string bytes = MakeQsb(FileWith(TextureOf("map.bmp"))).bytes;
@@ -363,11 +375,11 @@ TEST_F(TextureFileTest, AFailedLoadHoldsNothing)
 
 // ---- Materials
 
-TEST_F(TextureFileTest, AMaterialComesFromItsPlaces)
+TEST_F(KRE_TextureFileTest, AMaterialComesFromItsPlaces)
 {
     QsbMaterial stored;
     for (size_t i = 0; i < 16; ++i)
-        stored.colours[i] = static_cast<float>(i) + 1;
+        stored.colors[i] = static_cast<float>(i) + 1;
     stored.power = 20;
     stored.twoSided = 2;
     stored.transparent = 3;
@@ -402,14 +414,14 @@ TEST_F(TextureFileTest, AMaterialComesFromItsPlaces)
     EXPECT_EQ(material.effectParams.params[2].vectorValue[2], 3);
 }
 
-TEST_F(TextureFileTest, TracksOfAMaterialComeInTheirOrder)
+TEST_F(KRE_TextureFileTest, TracksOfAMaterialComeInTheirOrder)
 {
     QsbMaterial stored;
     for (size_t i = 0; i < 4; ++i) {
         std::vector<float> key(13);
         for (size_t n = 0; n < 13; ++n)
             key[n] = static_cast<float>(100 * i + n);
-        stored.colourTracks[i].keys = {key};
+        stored.colorTracks[i].keys = {key};
     }
     stored.opacityTrack.keys = {{1, 2, 3, 4}};
     const KRE_MaterialInfo& material = LoadMaterial(stored);
@@ -425,7 +437,7 @@ TEST_F(TextureFileTest, TracksOfAMaterialComeInTheirOrder)
     EXPECT_EQ(material.opacityTrack.Key(0).inTangent, 3);
 }
 
-TEST_F(TextureFileTest, OlderMaterialsLackWhatCameLater)
+TEST_F(KRE_TextureFileTest, OlderMaterialsLackWhatCameLater)
 {
     QsbMaterial stored;
     stored.reflectionAmount = 0.5f;
@@ -448,7 +460,7 @@ TEST_F(TextureFileTest, OlderMaterialsLackWhatCameLater)
     }
 }
 
-TEST_F(TextureFileTest, WhatEffectsAreGivenSurvivesASave)
+TEST_F(KRE_TextureFileTest, WhatEffectsAreGivenSurvivesASave)
 {
     QsbFile file = FileWith(QsbTexture());
     QsbMaterial& material = file.scene.meshes[0].materials[0];

@@ -1,5 +1,7 @@
 #include "tests/qsb/SceneFileTest.h"
-#include "tests/support/CountedAllocations.h"
+#include "tests/support/WantOfMemory.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -27,4 +29,81 @@ TEST_F(LoadMemoryTest, ABoneThatFitsTheNewMeshsListAllocatesNoOtherList)
     EXPECT_GT(oneBone, 0) << "allocations are counted";
     EXPECT_EQ(allocationsOf(128) - most, 2 * oneBone);
     EXPECT_GT(allocationsOf(129) - most, 3 * oneBone) << "a longer list, and the old one";
+}
+
+// Each allocation of a load fails once, alone and with all after it.
+TEST_F(LoadMemoryTest, ALoadWithoutMemoryIsAnErrorThatNamesTheFile)
+{
+    directory.Write("scene.qsb", MakeQsb(FullQsb()).bytes);
+    const auto load = [](KRE_3dScene& scene) { gGfx->LoadScene(scene, "scene.qsb", 0); };
+    KRE_3dScene whole;
+    load(whole); // allocates what is kept for later loads
+    KRE_3dScene again;
+    const int64_t needed = AllocationsOf([&] { load(again); });
+    ASSERT_GT(needed, 100);
+    int64_t failed = 0;
+    for (const int64_t count : {int64_t{1}, kAllFromThere}) {
+        for (int64_t before = 0; before < needed; ++before) {
+            KRE_3dScene scene;
+            const auto end = RunShortOfMemory(before, count, [&] { load(scene); });
+            if (end.error.empty()) {
+                EXPECT_EQ(CheckScene(scene), "") << "does without number " << before;
+                continue;
+            }
+            ++failed;
+            EXPECT_THAT(end.log, testing::HasSubstr("scene.qsb")) << end.error << " at " << before;
+        }
+    }
+    EXPECT_GT(failed, needed);
+}
+
+TEST_F(LoadMemoryTest, AMeshWithoutMemoryIsNamed)
+{
+    QsbFile file;
+    file.scene.meshes = {QsbTriangle("Keel"), QsbTriangle("Hull")};
+    directory.Write("scene.qsb", MakeQsb(file).bytes);
+    const auto load = [](KRE_3dScene& scene) { gGfx->LoadScene(scene, "scene.qsb", 0); };
+    KRE_3dScene whole;
+    load(whole);
+    KRE_3dScene again;
+    const int64_t needed = AllocationsOf([&] { load(again); });
+    int64_t keels = 0;
+    int64_t hulls = 0;
+    for (int64_t before = 0; before < needed; ++before) {
+        KRE_3dScene scene;
+        const auto end = RunShortOfMemory(before, 1, [&] { load(scene); });
+        keels += end.error == "Keel: File 'scene.qsb': Not enough memory for the scene" ? 1 : 0;
+        hulls += end.error == "Hull: File 'scene.qsb': Not enough memory for the scene" ? 1 : 0;
+    }
+    EXPECT_GT(keels, 0);
+    EXPECT_GT(hulls, 0);
+}
+
+TEST_F(LoadMemoryTest, ASaveWithoutMemoryIsAnErrorThatNamesTheTargetAndLeavesIt)
+{
+    KRE_3dScene scene;
+    Load(scene, FullQsb());
+    directory.Write("saved.qsb", "old");
+    const auto save = [&] { gGfx->SaveScene(scene, "saved.qsb"); };
+    const int64_t needed = AllocationsOf(save);
+    ASSERT_GT(needed, 5);
+    for (const int64_t count : {int64_t{1}, kAllFromThere}) {
+        for (int64_t before = 0; before < needed; ++before) {
+            directory.Write("saved.qsb", "old");
+            const auto end = RunShortOfMemory(before, count, save);
+            if (end.error.empty())
+                continue;
+            EXPECT_THAT(end.error, testing::HasSubstr("saved.qsb")) << before;
+            EXPECT_TRUE(directory.Read("saved.qsb") == "old") << before;
+        }
+    }
+    // The geometry of the first mesh that has some.
+    std::string geometry;
+    for (int64_t before = 0; before < needed && geometry.empty(); ++before) {
+        const std::string error = RunShortOfMemory(before, 1, save).error;
+        if (error.find("bytes of geometry") != std::string::npos)
+            geometry = error;
+    }
+    EXPECT_THAT(geometry, testing::StartsWith("saved.qsb: Not enough memory for "));
+    EXPECT_THAT(geometry, testing::EndsWith(" bytes of geometry of mesh 'Sail'"));
 }

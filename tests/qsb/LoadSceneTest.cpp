@@ -1,6 +1,6 @@
 #include "base/File.h"
+#include "base/LoadInHand.h"
 #include "qsa/QSA_SceneHeader.h"
-#include "qsb/QSB_ReadContext.h"
 #include "tests/qsb/SceneFileTest.h"
 
 #include <chrono>
@@ -262,10 +262,10 @@ TEST_F(LoadSceneTest, NothingIsHeldAfterALoad)
     KRE_3dScene scene;
     Load(scene, FullQsb());
     EXPECT_EQ(gOpenHandlesCount, 0);
-    EXPECT_EQ(gQsbReadContext.object, nullptr);
+    EXPECT_EQ(gLoadInHand.object, nullptr);
     EXPECT_NE(LoadError(MakeQsb(FullQsb()).bytes.substr(0, 1500)), "");
     EXPECT_EQ(gOpenHandlesCount, 0);
-    EXPECT_EQ(gQsbReadContext.object, nullptr);
+    EXPECT_EQ(gLoadInHand.object, nullptr);
 }
 
 TEST_F(LoadSceneTest, MaterialsGetTheirEffectsUnlessTheEngineLoadsNone)

@@ -1,7 +1,7 @@
 #include "tests/render/SceneDrawing.h"
 
-#include "tests/support/CountedAllocations.h"
 #include "tests/support/FakeDirect3D.h"
+#include "tests/support/WantOfMemory.h"
 
 namespace {
 
@@ -59,8 +59,8 @@ void FillScene(KRE_3dScene& scene)
 
 } // namespace
 
-// The device is one that notes nothing: notes take memory.
-TEST(Frame, TakesNoMemoryAfterTheFirst)
+// The device records nothing, because recording allocates memory.
+TEST(FrameMemory, AllocatesNothingAfterTheFirst)
 {
     const ScratchDirectory scratch;
     const ComHandle<IDirect3D9> quiet(new FakeDirect3D);
@@ -81,4 +81,31 @@ TEST(Frame, TakesNoMemoryAfterTheFirst)
     ASSERT_GT(before, 0) << "allocations are counted";
     EXPECT_EQ(gAllocations - before, 0);
     EXPECT_EQ(gGfx->drawnMeshes, 200);
+}
+
+// The first frame of an engine, with each of its allocations failing once, and with all after it.
+TEST(Frame, WithoutMemoryIsAnErrorUnderTheNameOfTheScene)
+{
+    const ScratchDirectory scratch;
+    const ComHandle<IDirect3D9> quiet(new FakeDirect3D);
+    int64_t needed = 1;
+    for (const int64_t count : {int64_t{0}, int64_t{1}, kAllFromThere}) {
+        for (int64_t before = 0; before < needed; ++before) {
+            const SceneEngine engine(2, quiet.get());
+            gGfx->caps.MaxVertexBlendMatrixIndex = 32;
+            KRE_3dScene scene;
+            scene.name = "harbour.qsa";
+            FillScene(scene);
+            gGfx->BeginScene();
+            const auto draw = [&] { gGfx->DrawScene(&scene, 0, 0); };
+            if (count == 0) {
+                needed = AllocationsOf(draw);
+                break;
+            }
+            EXPECT_EQ(RunShortOfMemory(before, count, draw).error,
+                      "harbour.qsa: Not enough memory for the frame")
+                << before;
+        }
+    }
+    EXPECT_GT(needed, 5);
 }

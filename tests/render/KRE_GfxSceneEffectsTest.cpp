@@ -10,15 +10,15 @@ using testing::StartsWith;
 namespace {
 
 /// A scene whose materials name "glow.fx".
-class SceneEffects : public SceneDrawing {
+class KRE_GfxSceneEffectsTest : public SceneDrawing {
 protected:
-    SceneEffects()
+    KRE_GfxSceneEffectsTest()
     {
         scratch.Write("scenes/glow.fx", "text");
         script.effects["glow.fx"] = &file;
         file.AddTechnique();
     }
-    ~SceneEffects() override
+    ~KRE_GfxSceneEffectsTest() override
     {
         scene.Reset();
         EXPECT_EQ(file.references, 1u);
@@ -36,7 +36,7 @@ protected:
         gGfx->LoadSceneEffects(scene, directory, "scenes/one.qsa");
         Calls();
     }
-    /// Only the calls of drawing and of the effect.
+    /// Only the draw calls and the effect's calls.
     std::vector<std::string> DrawingCalls()
     {
         std::vector<std::string> kept;
@@ -57,7 +57,7 @@ protected:
 
 } // namespace
 
-TEST_F(SceneEffects, AllMaterialsOfAFileShareOneCompiledEffect)
+TEST_F(KRE_GfxSceneEffectsTest, AllMaterialsOfAFileShareOneCompiledEffect)
 {
     KRE_Mesh& one = AddGlowing("one", 2);
     KRE_Mesh& two = AddGlowing("two");
@@ -75,7 +75,7 @@ TEST_F(SceneEffects, AllMaterialsOfAFileShareOneCompiledEffect)
     EXPECT_EQ(gGfx->effectManager.GetCount(), 0);
 }
 
-TEST_F(SceneEffects, FileThatIsNotFoundIsAWarningThatNamesTheScene)
+TEST_F(KRE_GfxSceneEffectsTest, FileThatIsNotFoundIsAWarningThatNamesTheScene)
 {
     KRE_Mesh& mesh = AddGlowing("one");
     mesh.materials[0].effectParams.name = "lost.fx";
@@ -85,7 +85,7 @@ TEST_F(SceneEffects, FileThatIsNotFoundIsAWarningThatNamesTheScene)
     EXPECT_FALSE(mesh.materials[0].effect);
 }
 
-TEST_F(SceneEffects, EffectThatReadsTheScreenSwitchesTheClearingOff)
+TEST_F(KRE_GfxSceneEffectsTest, EffectThatReadsTheScreenSwitchesTheClearingOff)
 {
     AddGlowing("one");
     scene.settings.clearBackground = 1;
@@ -99,7 +99,7 @@ TEST_F(SceneEffects, EffectThatReadsTheScreenSwitchesTheClearingOff)
     EXPECT_EQ(scene.settings.clearBackground, 0);
 }
 
-TEST_F(SceneEffects, MaterialIsDrawnInThePassesOfItsEffect)
+TEST_F(KRE_GfxSceneEffectsTest, MaterialIsDrawnInThePassesOfItsEffect)
 {
     ScriptedEffect twice(recorder);
     twice.AddTechnique({{}, {}});
@@ -115,7 +115,7 @@ TEST_F(SceneEffects, MaterialIsDrawnInThePassesOfItsEffect)
 }
 
 // A mesh without materials selects no effect of its own.
-TEST_F(SceneEffects, EffectOfTheLastMaterialDoesNotGoOnToTheNextMesh)
+TEST_F(KRE_GfxSceneEffectsTest, EffectOfTheLastMaterialDoesNotCarryOverToTheNextMesh)
 {
     KRE_Mesh& glowing = AddGlowing("glowing");
     KRE_Mesh& bare = AddMesh("bare", 0);
@@ -128,7 +128,7 @@ TEST_F(SceneEffects, EffectOfTheLastMaterialDoesNotGoOnToTheNextMesh)
     scene.Reset();
 }
 
-TEST_F(SceneEffects, EffectThatDoesNotRunHereLeavesItToFixedFunctionDrawing)
+TEST_F(KRE_GfxSceneEffectsTest, EffectThatDoesNotRunHereLeavesItToFixedFunctionDrawing)
 {
     ScriptedEffect broken(recorder);
     broken.AddTechnique({{}}, false);
@@ -141,7 +141,7 @@ TEST_F(SceneEffects, EffectThatDoesNotRunHereLeavesItToFixedFunctionDrawing)
     scene.Reset();
 }
 
-TEST_F(SceneEffects, RefusedDrawInAPassIsAnError)
+TEST_F(KRE_GfxSceneEffectsTest, RefusedDrawInAPassIsAnError)
 {
     KRE_Mesh& mesh = AddGlowing("mesh");
     Load();
@@ -150,7 +150,7 @@ TEST_F(SceneEffects, RefusedDrawInAPassIsAnError)
                 testing::HasSubstr("DrawSubset failed: D3DERR_INVALIDCALL"));
 }
 
-TEST_F(SceneEffects, MaterialsValuesReachTheEffect)
+TEST_F(KRE_GfxSceneEffectsTest, MaterialsValuesReachTheEffect)
 {
     file.AddParameters({"fParam3", "vParam8", "fParam1"});
     KRE_Mesh& mesh = AddGlowing("mesh");
@@ -169,7 +169,7 @@ TEST_F(SceneEffects, MaterialsValuesReachTheEffect)
 
 // ---- Which effect draws a subset
 
-TEST_F(SceneEffects, ScenesEffectDrawsSubsetsWithoutOneOfTheirOwn)
+TEST_F(KRE_GfxSceneEffectsTest, ScenesEffectDrawsSubsetsWithoutOneOfTheirOwn)
 {
     ScriptedEffect own(recorder);
     own.AddTechnique({{}, {}});
@@ -191,7 +191,7 @@ TEST_F(SceneEffects, ScenesEffectDrawsSubsetsWithoutOneOfTheirOwn)
     scene.Reset();
 }
 
-TEST_F(SceneEffects, SkinningEffectDrawsMeshesThatItBlends)
+TEST_F(KRE_GfxSceneEffectsTest, SkinningEffectDrawsMeshesThatItBlends)
 {
     KRE_Mesh& mesh = AddMesh("mesh");
     KRE_ShaderEffect ofSkin;
@@ -206,7 +206,7 @@ TEST_F(SceneEffects, SkinningEffectDrawsMeshesThatItBlends)
                 ElementsAre("Begin 0", "BeginPass 0", "Mesh::DrawSubset mesh 0", "EndPass", "End"));
 }
 
-TEST_F(SceneEffects, EffectOfASubsetIsUpdatedWhereDrawingIsSwitchedOff)
+TEST_F(KRE_GfxSceneEffectsTest, EffectOfASubsetIsUpdatedWhileDrawingIsSwitchedOff)
 {
     file.AddParameters({"WORLD", "NUMBLENDWEIGHTS", "NumOmniLights"});
     KRE_Mesh& mesh = AddGlowing("mesh");
@@ -219,7 +219,7 @@ TEST_F(SceneEffects, EffectOfASubsetIsUpdatedWhereDrawingIsSwitchedOff)
     EXPECT_EQ(file.ints.count("NumOmniLights"), 1u);
 }
 
-TEST_F(SceneEffects, EffectTakesTheReflectionInItsOwnHands)
+TEST_F(KRE_GfxSceneEffectsTest, EffectHandlesTheReflectionItself)
 {
     KRE_Mesh& mesh = AddGlowing("mesh");
     mesh.materials[0].reflectionSet = 0;
@@ -236,7 +236,7 @@ TEST_F(SceneEffects, EffectTakesTheReflectionInItsOwnHands)
 
 // ---- What belongs to a mesh
 
-TEST_F(SceneEffects, MeshTellsItsWeightsAndMatrices)
+TEST_F(KRE_GfxSceneEffectsTest, MeshPassesItsWeightsAndMatrices)
 {
     file.AddParameters({"NUMBLENDWEIGHTS", "WORLDMATRIXARRAY"});
     KRE_Mesh& mesh = AddGlowing("mesh", 1, kBlendedFormat);
@@ -254,7 +254,7 @@ TEST_F(SceneEffects, MeshTellsItsWeightsAndMatrices)
     EXPECT_THAT(file.matrices["WORLDMATRIXARRAY"], ElementsAre(Shift(0, 0, 0), Shift(1, 0, 0)));
 }
 
-TEST_F(SceneEffects, MeshOfThirtyBonesSendsTwentySixMatrices)
+TEST_F(KRE_GfxSceneEffectsTest, MeshOfThirtyBonesSendsTwentySixMatrices)
 {
     file.AddParameter("WORLDMATRIXARRAY");
     KRE_Mesh& mesh = AddGlowing("mesh", 1, kBlendedFormat);
@@ -268,7 +268,7 @@ TEST_F(SceneEffects, MeshOfThirtyBonesSendsTwentySixMatrices)
     EXPECT_THAT(file.matrices["WORLDMATRIXARRAY"], testing::SizeIs(26));
 }
 
-TEST_F(SceneEffects, MeshWithoutBonesSendsNoMatrices)
+TEST_F(KRE_GfxSceneEffectsTest, MeshWithoutBonesSendsNoMatrices)
 {
     file.AddParameters({"NUMBLENDWEIGHTS", "WORLDMATRIXARRAY"});
     KRE_Mesh& mesh = AddGlowing("mesh");
@@ -278,7 +278,7 @@ TEST_F(SceneEffects, MeshWithoutBonesSendsNoMatrices)
     EXPECT_THAT(file.matrices["WORLDMATRIXARRAY"], IsEmpty());
 }
 
-TEST_F(SceneEffects, ReflectionIsToldByTheMaterial)
+TEST_F(KRE_GfxSceneEffectsTest, ReflectionDependsOnTheMaterial)
 {
     file.AddParameters({"REFLECTIONMAPTYPE", "REFLECTIONMAP", "TransformReflectionMap"});
     KRE_Mesh& mesh = AddGlowing("mesh", 2);
@@ -298,7 +298,7 @@ TEST_F(SceneEffects, ReflectionIsToldByTheMaterial)
     gGfx->environmentTM = Shift(4, 5, 6);
     gGfx->UpdateEffectObject(effect, mesh, 1);
     EXPECT_EQ(file.matrices["TransformReflectionMap"].at(0), Shift(4, 5, 6));
-    gGfx->UpdateEffectObject(effect, mesh, 2); // no material of the mesh
+    gGfx->UpdateEffectObject(effect, mesh, 2); // not a material of the mesh
     EXPECT_EQ(file.ints["REFLECTIONMAPTYPE"], 0);
     gGfx->boundTexture[0] = nullptr;
 }

@@ -34,7 +34,7 @@ D3DXVECTOR3 ToFloat(const Point& a)
     return {static_cast<float>(a[0]), static_cast<float>(a[1]), static_cast<float>(a[2])};
 }
 
-/// Numbers that are the same on each host.
+/// Random numbers that are the same on each host.
 class Random {
 public:
     double Between(double low, double high)
@@ -50,7 +50,7 @@ private:
     std::mt19937 bits{12345};
 };
 
-/// A pyramid cut off at both ends, from angles and lengths, without any matrix.
+/// A truncated pyramid from angles and lengths, without any matrix.
 struct Pyramid {
     Point eye, right, up, ahead;
     double slopeX, slopeY, nearZ, farZ;
@@ -76,11 +76,11 @@ struct Pyramid {
     }
 };
 
-constexpr double kTooClose = 1e-3; // where single precision may decide either way
+constexpr double kTooClose = 1e-3; // single precision may decide either way
 
-class Visibility : public SceneDrawing {
+class KRE_SceneDrawingFrustumTest : public SceneDrawing {
 protected:
-    /// Gives the engine a random view, and tells where it goes.
+    /// Sets a random view in the engine and returns its pyramid.
     Pyramid TakeView()
     {
         Pyramid pyramid;
@@ -129,7 +129,7 @@ protected:
 
 // ---- Against angles and lengths in double precision
 
-TEST_F(Visibility, SpheresAreThereUnlessTheyAreWhollyOutsideOneSide)
+TEST_F(KRE_SceneDrawingFrustumTest, SpheresAreVisibleUnlessTheyAreWhollyOutsideOneSide)
 {
     int seen = 0, unseen = 0;
     for (int i = 0; i < 5000; ++i) {
@@ -147,8 +147,8 @@ TEST_F(Visibility, SpheresAreThereUnlessTheyAreWhollyOutsideOneSide)
     EXPECT_GT(unseen, 500);
 }
 
-// A box lies along the axes and is then turned, stretched and moved.
-TEST_F(Visibility, BoxesAreThereUnlessAllCornersAreOutsideOneSide)
+// A box starts aligned to the axes and is then rotated, scaled and moved.
+TEST_F(KRE_SceneDrawingFrustumTest, BoxesAreVisibleUnlessAllCornersAreOutsideOneSide)
 {
     int seen = 0, unseen = 0, withoutACornerInside = 0;
     for (int i = 0; i < 5000; ++i) {
@@ -192,8 +192,8 @@ TEST_F(Visibility, BoxesAreThereUnlessAllCornersAreOutsideOneSide)
     EXPECT_GT(withoutACornerInside, 50);
 }
 
-// Whatever the bounds hold, no point of them that the view shows may go with them.
-TEST_F(Visibility, NothingThatIsSeenIsLeftOut)
+// Whatever the bounds hold, bounds with a point in the view must not be culled.
+TEST_F(KRE_SceneDrawingFrustumTest, NothingVisibleIsCulled)
 {
     int seen = 0;
     for (int i = 0; i < 2000; ++i) {
@@ -219,10 +219,10 @@ TEST_F(Visibility, NothingThatIsSeenIsLeftOut)
     EXPECT_GT(seen, 300);
 }
 
-// ---- What is looked at
+// ---- What is tested
 
 // The view looks along +Z from the origin, from 1 to 10000.
-TEST_F(Visibility, ClipModeChoosesWhatIsLookedAt)
+TEST_F(KRE_SceneDrawingFrustumTest, ClipModeChoosesWhatIsTested)
 {
     const D3DXVECTOR3 inside(0, 0, 100), outside(0, 0, -100), across(0, 0, -1);
     static const struct {
@@ -254,7 +254,7 @@ TEST_F(Visibility, ClipModeChoosesWhatIsLookedAt)
     }
 }
 
-TEST_F(Visibility, SphereWhoseCenterIsInsideNeedNoBoxHoweverLargeItIs)
+TEST_F(KRE_SceneDrawingFrustumTest, SphereWhoseCenterIsInsideNeedNoBoxHoweverLargeItIs)
 {
     KRE_ClipObject clip = Sphere({0, 0, 5}, 1000.0f);
     clip.clipMode = 3;
@@ -263,15 +263,15 @@ TEST_F(Visibility, SphereWhoseCenterIsInsideNeedNoBoxHoweverLargeItIs)
     EXPECT_TRUE(IsVisible(clip));
 }
 
-/// Rows stay as long as they are.
+/// Rows keep their length.
 static D3DXMATRIX Turn45AboutZ()
 {
     const float half = std::sqrt(0.5f);
     return {half, half, 0, 0, -half, half, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 }
 
-// Its centre is 10 behind the near side, at 1.
-TEST_F(Visibility, RadiusGrowsByTheLargestScale)
+// Its centre is 10 behind the near plane, which is at 1.
+TEST_F(KRE_SceneDrawingFrustumTest, RadiusGrowsByTheLargestScale)
 {
     const KRE_ClipObject clip = Sphere({0, 0, 0}, 5.0f);
     static const struct {
@@ -284,23 +284,23 @@ TEST_F(Visibility, RadiusGrowsByTheLargestScale)
         {"enough on one axis", Scale(1, 2.3f, 1), true},
         {"mirrored", Scale(1, 1, -2.3f), true},
         // Scaled by 0.5, 2.3 and 1 and then turned by 45 degrees about z: the y axis becomes
-        // (-1.63, 1.63, 0) and is 2.3 long still, where no element and no column is above 1.67.
+        // (-1.63, 1.63, 0) and is still 2.3 long, although no element and no column exceeds 1.67.
         {"unequal and turned, enough on one axis", Scale(0.5f, 2.3f, 1) * Turn45AboutZ(), true},
         {"unequal and turned, not enough", Scale(0.5f, 2.1f, 2.1f) * Turn45AboutZ(), false},
-        // A turn about y does not lengthen its rows: (0, 0, -2.1), (2.1, 0, 0).
+        // A rotation about y does not lengthen the rows: (0, 0, -2.1), (2.1, 0, 0).
         {"turned", {0, 0, -2.1f, 0, 0, 1, 0, 0, 2.1f, 0, 0, 0, 0, 0, 0, 1}, false},
     };
     for (const auto& c : cases)
         EXPECT_EQ(IsVisible(clip, c.scale * Shift(0, 0, -10)), c.expected) << c.what;
 }
 
-TEST_F(Visibility, BoxAroundTheWholeViewIsSeen)
+TEST_F(KRE_SceneDrawingFrustumTest, BoxAroundTheWholeViewIsVisible)
 {
     const float large = 1e6f;
     EXPECT_TRUE(IsVisible(Box({-large, -large, -large}, {large, large, large})));
 }
 
-TEST_F(Visibility, ChangedViewAndProjectionAreTakenIntoAccount)
+TEST_F(KRE_SceneDrawingFrustumTest, ChangedViewAndProjectionAreTakenIntoAccount)
 {
     const KRE_ClipObject clip = Sphere({0, 0, 100}, 1.0f);
     EXPECT_TRUE(IsVisible(clip));
@@ -315,9 +315,9 @@ TEST_F(Visibility, ChangedViewAndProjectionAreTakenIntoAccount)
     EXPECT_TRUE(IsVisible(clip));
 }
 
-// A scene of radius 0 gives a projection that divides by 0: the distances from the near and the far
-// plane are no numbers, and nothing is outside of those planes.
-TEST_F(Visibility, NothingIsOutsideOfAPlaneThatIsNone)
+// A scene of radius 0 gives a projection that divides by 0: the distances from the near and far
+// planes are NaN, and nothing is outside those planes.
+TEST_F(KRE_SceneDrawingFrustumTest, NothingIsOutsideAnInvalidPlane)
 {
     gGfx->SetProjection(0.0f, 0.0f, 0.7854f, 1.0f);
     KRE_ClipObject clip = Sphere({0, 0, 0}, 0.0f);

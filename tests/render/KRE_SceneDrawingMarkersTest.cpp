@@ -9,9 +9,9 @@ namespace {
 constexpr const char* kPoint = "DrawPrimitive D3DPT_POINTLIST 0 1";
 constexpr const char* kLine = "DrawPrimitive D3DPT_LINELIST 0 1";
 
-class Markers : public SceneDrawing {
+class KRE_SceneDrawingMarkersTest : public SceneDrawing {
 protected:
-    /// What a list of markers holds: that of the last one drawn.
+    /// The vertices of a marker list, from the last marker drawn.
     static std::vector<KRE_PointVertex> Read(KRE_VertexListTemp<KRE_PointVertex>& list)
     {
         const KRE_PointVertex* first = list.LockVertices(0, list.vertexCount, D3DLOCK_READONLY);
@@ -44,7 +44,7 @@ protected:
 
 // ---- One marker
 
-TEST_F(Markers, LineIsDrawnUnlitAndUntexturedInTheWorld)
+TEST_F(KRE_SceneDrawingMarkersTest, LineIsDrawnUnlitAndUntexturedInTheWorld)
 {
     gGfx->SetWorldMatrix(Shift(1, 1, 1));
     gGfx->SetLighting(1, nullptr);
@@ -61,7 +61,7 @@ TEST_F(Markers, LineIsDrawnUnlitAndUntexturedInTheWorld)
     ExpectVertex(ends[1], 4, 5, 6, 0x80112233, "to");
 }
 
-TEST_F(Markers, PointIsDrawnUnlitAndUntexturedInTheWorld)
+TEST_F(KRE_SceneDrawingMarkersTest, PointIsDrawnUnlitAndUntexturedInTheWorld)
 {
     gGfx->SetWorldMatrix(Shift(1, 1, 1));
     gGfx->SetLighting(1, nullptr);
@@ -75,7 +75,7 @@ TEST_F(Markers, PointIsDrawnUnlitAndUntexturedInTheWorld)
     ExpectPoint(1, 2, 3, 0x80112233);
 }
 
-TEST_F(Markers, TexturesAreUnbound)
+TEST_F(KRE_SceneDrawingMarkersTest, TexturesAreUnbound)
 {
     KRE_Texture texture;
     gGfx->CreateTexture(&texture, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
@@ -85,7 +85,7 @@ TEST_F(Markers, TexturesAreUnbound)
     EXPECT_EQ(gGfx->currentTexture, nullptr);
 }
 
-TEST_F(Markers, LightingIsPutBackAsItWas)
+TEST_F(KRE_SceneDrawingMarkersTest, LightingIsRestored)
 {
     const D3DCOLOR grey = 0xFF808080;
     gGfx->SetLighting(0, &grey);
@@ -103,7 +103,7 @@ TEST_F(Markers, LightingIsPutBackAsItWas)
 
 // ---- The scene's markers
 
-TEST_F(Markers, LightingIsSwitchedOffOnceForAllMarkers)
+TEST_F(KRE_SceneDrawingMarkersTest, LightingIsSwitchedOffOnceForAllMarkers)
 {
     AddObject(Shift(0, 0, 1));
     AddObject(Shift(0, 0, 2));
@@ -120,7 +120,7 @@ TEST_F(Markers, LightingIsSwitchedOffOnceForAllMarkers)
                                    "SetRenderState D3DRS_LIGHTING 1"));
 }
 
-TEST_F(Markers, WithoutMarkersLightingStays)
+TEST_F(KRE_SceneDrawingMarkersTest, WithoutMarkersLightingStays)
 {
     AddObject(Shift(0, 0, 1)).parent = &scene;
     AddLight();
@@ -131,8 +131,8 @@ TEST_F(Markers, WithoutMarkersLightingStays)
     EXPECT_THAT(CallsOf("DrawPrimitive"), IsEmpty());
 }
 
-// The child's own place is (1, 0, 0), its parent's (0, 2, 0); the scene moves both by (0, 0, 3).
-TEST_F(Markers, HierarchyIsALineFromEachObjectToItsParent)
+// The child's own position is (1, 0, 0), its parent's (0, 2, 0); the scene moves both by (0, 0, 3).
+TEST_F(KRE_SceneDrawingMarkersTest, HierarchyIsALineFromEachObjectToItsParent)
 {
     KRE_3dObject parent;
     parent.worldTM = Shift(0, 2, 0);
@@ -161,14 +161,14 @@ TEST_F(Markers, HierarchyIsALineFromEachObjectToItsParent)
     }
 }
 
-TEST_F(Markers, CamerasHaveNoLine)
+TEST_F(KRE_SceneDrawingMarkersTest, CamerasHaveNoLine)
 {
     scene.settings.showHierarchy = 1;
     scene.cameras.GetSlot(scene.cameras.Add())->parent = &AddObject(Shift(0, 0, 1));
     EXPECT_THAT(DrawnPrimitives(), IsEmpty());
 }
 
-TEST_F(Markers, AllObjectsArePointsWhereTheSceneHasThem)
+TEST_F(KRE_SceneDrawingMarkersTest, AllObjectsArePointsWhereTheSceneHasThem)
 {
     AddObject(Shift(7, 7, 7));
     AddObject(Shift(1, 2, 3));
@@ -178,7 +178,7 @@ TEST_F(Markers, AllObjectsArePointsWhereTheSceneHasThem)
     ExpectPoint(11, 22, 33, 0xFF01FF9B);
 }
 
-TEST_F(Markers, OneObjectIsAPointOfAnotherColor)
+TEST_F(KRE_SceneDrawingMarkersTest, OneObjectIsAPointOfAnotherColor)
 {
     AddObject(Shift(1, 2, 3));
     AddObject(Shift(7, 7, 7));
@@ -187,7 +187,7 @@ TEST_F(Markers, OneObjectIsAPointOfAnotherColor)
     ExpectPoint(1, 2, 3, 0xFFFF3737);
 }
 
-TEST_F(Markers, ObjectOrLightThatIsNotThereDrawsNothing)
+TEST_F(KRE_SceneDrawingMarkersTest, MissingObjectOrLightDrawsNothing)
 {
     AddObject(Shift(1, 2, 3));
     AddLight();
@@ -197,7 +197,7 @@ TEST_F(Markers, ObjectOrLightThatIsNotThereDrawsNothing)
     }
 }
 
-TEST_F(Markers, LightsArePointsByTheirSwitch)
+TEST_F(KRE_SceneDrawingMarkersTest, LightsArePointsWithTheColorOfTheirSwitch)
 {
     KRE_Light& light = AddLight();
     light.worldTM = Shift(1, 2, 3);
@@ -209,7 +209,7 @@ TEST_F(Markers, LightsArePointsByTheirSwitch)
     ExpectPoint(1, 2, 3, 0xFF82821E, "off");
 }
 
-TEST_F(Markers, OneLightHasTheSameColors)
+TEST_F(KRE_SceneDrawingMarkersTest, OneLightHasTheSameColors)
 {
     AddLight().worldTM = Shift(7, 7, 7);
     KRE_Light& light = AddLight();
@@ -222,7 +222,7 @@ TEST_F(Markers, OneLightHasTheSameColors)
     ExpectPoint(1, 2, 3, 0xFF82821E, "off");
 }
 
-TEST_F(Markers, QuirkLightsAreNotMovedWithTheScene)
+TEST_F(KRE_SceneDrawingMarkersTest, QuirkLightsAreNotMovedWithTheScene)
 {
     AddLight().worldTM = Shift(1, 2, 3);
     scene.worldTM = Shift(10, 20, 30);

@@ -10,7 +10,7 @@ namespace {
 
 class MeshDraw : public SceneDrawing {
 protected:
-    /// The face that is culled when a mesh's materials are drawn, as a culling mode: first to last.
+    /// The culling modes with which a mesh's materials are drawn, first to last.
     std::vector<int32_t> CullModesOf(KRE_Mesh& mesh)
     {
         std::vector<int32_t> modes;
@@ -36,14 +36,14 @@ protected:
 
 // ---- Whether there is something to draw
 
-TEST_F(MeshDraw, NullMeshIsAWarningAndGivesZero)
+TEST_F(MeshDraw, NullMeshIsAWarningAndReturnsZero)
 {
     EXPECT_EQ(gGfx->DrawMesh(nullptr, nullptr, nullptr, 0, 0), 0);
     EXPECT_EQ(LastWarning(), "Pointer to mesh is zero");
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(MeshDraw, HiddenMeshAndMeshWithoutGeometryDrawNothingAndGiveOne)
+TEST_F(MeshDraw, HiddenMeshAndMeshWithoutGeometryDrawNothingAndReturnOne)
 {
     KRE_Mesh& hidden = AddMesh("hidden");
     hidden.visible = 0;
@@ -55,7 +55,7 @@ TEST_F(MeshDraw, HiddenMeshAndMeshWithoutGeometryDrawNothingAndGiveOne)
     EXPECT_EQ(gGfx->drawnMeshes, 0);
 }
 
-TEST_F(MeshDraw, MeshOutsideTheViewGivesZeroAndCostsNoStateChange)
+TEST_F(MeshDraw, MeshOutsideTheViewReturnsZeroAndChangesNoState)
 {
     KRE_Mesh& mesh = AddMesh("behind", 1, -10.0f);
     mesh.clipMode = 1;
@@ -65,7 +65,7 @@ TEST_F(MeshDraw, MeshOutsideTheViewGivesZeroAndCostsNoStateChange)
     EXPECT_EQ(gGfx->drawnMeshes, 0);
 }
 
-TEST_F(MeshDraw, FrustumTestTakesPivotWorldAndParent)
+TEST_F(MeshDraw, FrustumTestUsesPivotWorldAndParent)
 {
     KRE_Mesh& mesh = AddMesh("moved", 1, -10.0f);
     mesh.clipMode = 1;
@@ -85,8 +85,9 @@ TEST_F(MeshDraw, ClipModeZeroIsDrawnWhereverItIs)
 
 // ---- Rigid meshes
 
-// With nothing known of the device each state is sent: blending by vertex, who processes, normals,
-// the place, colours, the culling of the material; at the end what the material does not touch.
+// With the device in an unknown state, each state is sent: vertex blending, vertex processing,
+// normals, the world matrix, colours, the material's culling; at the end the states that the
+// material does not touch.
 TEST_F(MeshDraw, RigidMeshSendsItsStatesInOrder)
 {
     KRE_Mesh& mesh = AddMesh("box");
@@ -102,8 +103,8 @@ TEST_F(MeshDraw, RigidMeshSendsItsStatesInOrder)
                             "SetRenderState D3DRS_ZWRITEENABLE 1"));
 }
 
-// Pivot: one to the right. Own matrix: doubled. Parent: five deeper. So x goes to 2 * (x + 1).
-TEST_F(MeshDraw, RigidMeshStandsAtPivotTimesWorldTimesParent)
+// Pivot: one to the right. Own matrix: scaled by 2. Parent: five deeper. So x becomes 2 * (x + 1).
+TEST_F(MeshDraw, RigidMeshIsAtPivotTimesWorldTimesParent)
 {
     KRE_Mesh& mesh = AddMesh("box");
     mesh.pivotTM = Shift(1, 0, 0);
@@ -113,7 +114,7 @@ TEST_F(MeshDraw, RigidMeshStandsAtPivotTimesWorldTimesParent)
     EXPECT_TRUE(WasCalled("SetTransform D3DTS_WORLDMATRIX(0) [2 0 0 0 0 2 0 0 0 0 2 0 2 0 5 1]"));
 }
 
-TEST_F(MeshDraw, SoftwareProcessesWhatNobodyElseCan)
+TEST_F(MeshDraw, SoftwareProcessesWhatNothingElseCan)
 {
     static const struct {
         int32_t processing;
@@ -131,7 +132,7 @@ TEST_F(MeshDraw, SoftwareProcessesWhatNobodyElseCan)
     }
 }
 
-TEST_F(MeshDraw, PointSizesAreSetUpForAMeshWithoutAParentAlone)
+TEST_F(MeshDraw, PointSizesAreSetUpOnlyForAMeshWithoutAParent)
 {
     KRE_Mesh& mesh = AddMesh("box");
     gGfx->SetFillMode(D3DFILL_POINT, nullptr);
@@ -214,7 +215,7 @@ TEST_F(MeshDraw, MirroredMeshIsDrawnWithTheOtherFacesCulled)
     }
 }
 
-TEST_F(MeshDraw, TwoSidedMaterialIsNotCulledInAnyCase)
+TEST_F(MeshDraw, TwoSidedMaterialIsNeverCulled)
 {
     KRE_Mesh& mesh = AddMesh("box", 3);
     mesh.materials[1].twoSided = 1;
@@ -223,7 +224,7 @@ TEST_F(MeshDraw, TwoSidedMaterialIsNotCulledInAnyCase)
     EXPECT_THAT(CullModesOf(mesh), ElementsAre(1, 0, 1));
 }
 
-TEST_F(MeshDraw, OverrideDoesNotTouchTwoSides)
+TEST_F(MeshDraw, OverrideDoesNotChangeTwoSided)
 {
     KRE_Mesh& mesh = AddMesh("box", 2);
     mesh.materials[0].twoSided = 1;
@@ -267,7 +268,7 @@ TEST_F(MeshDraw, OpaquePictureIsDrawnWithTheBlendingThatWasSet)
 }
 
 // The material's own reflection counts, not that of the combination, which is the override's.
-TEST_F(MeshDraw, MaterialThatReflectsIsWhiteWhereReflectionsTakeTheDiffuseColor)
+TEST_F(MeshDraw, ReflectingMaterialIsWhiteIfReflectionsTakeTheDiffuseColor)
 {
     KRE_Mesh& mesh = AddMesh("box", 2);
     mesh.materials[0].diffuse = mesh.materials[1].diffuse = {0.5f, 0, 0, 1};
@@ -304,7 +305,7 @@ TEST_F(MeshDraw, MeshWithoutMaterialsTakesTheOverrideOrTheDefault)
     EXPECT_THAT(Drawn(), ElementsAre("bare 0"));
 }
 
-TEST_F(MeshDraw, MeshWithoutMaterialsShowsNoPictureOfTheOneBefore)
+TEST_F(MeshDraw, MeshWithoutMaterialsShowsNoPictureOfThePreviousMesh)
 {
     KRE_Mesh& box = AddMesh("box");
     PutPicture(box, 0);
@@ -331,7 +332,7 @@ TEST_F(MeshDraw, NoMaterialsBindsNothingAtAll)
 {
     KRE_Mesh& mesh = AddMesh("box", 2);
     PutPicture(mesh, 0);
-    mesh.materials[1].transparency = 1.0f; // is left out all the same
+    mesh.materials[1].transparency = 1.0f; // is skipped regardless
     mesh.materials[0].twoSided = 1;
     gGfx->ResetStateCache();
     gGfx->SetBlendMode(1, 255, 0);
@@ -345,7 +346,7 @@ TEST_F(MeshDraw, NoMaterialsBindsNothingAtAll)
     EXPECT_THAT(calls, Not(Contains("Mesh::DrawSubset box 1")));
 }
 
-TEST_F(MeshDraw, EverythingIsPutBack)
+TEST_F(MeshDraw, AllStatesAreRestored)
 {
     KRE_Mesh& mesh = AddMesh("all", 2);
     for (int32_t i = 0; i < 2; ++i)
@@ -387,8 +388,9 @@ TEST_F(MeshDraw, EverythingIsPutBack)
 
 // ---- Skinned meshes
 
-// Entry 1 shifts by bind and bone; entry 2 was not found. Parent: doubled. The pivot has no part.
-TEST_F(SkinDraw, PaletteGoesOutBetweenSwitchingOnAndOff)
+// Entry 1 shifts by bind and bone; entry 2 was not found. Parent: scaled by 2. The pivot is not
+// used.
+TEST_F(SkinDraw, PaletteIsSentBetweenSwitchingOnAndOff)
 {
     KRE_3dObject& bone = AddObject(Shift(0, 3, 0));
     SetBones(skin, {nullptr, &bone, nullptr});
@@ -451,7 +453,7 @@ TEST_F(SkinDraw, TooManyBonesForTheHardwareAreAWarningAndDrawingGoesOn)
     }
 }
 
-TEST_F(SkinDraw, BlendingByIndexStaysOffWhereNobodyCan)
+TEST_F(SkinDraw, IndexedBlendingStaysOffWithoutSupport)
 {
     gGfx->caps.MaxVertexBlendMatrixIndex = 0;
     skin.processing = 1;
@@ -500,7 +502,7 @@ TEST_F(SkinDraw, FacesAreThoseOfTheBindPoseOfTheFirstBone)
     }
 }
 
-TEST_F(SkinDraw, SceneThatMirrorsTurnsTheFacesToo)
+TEST_F(SkinDraw, SceneThatMirrorsFlipsTheFacesToo)
 {
     SetBones(skin, {nullptr, nullptr});
     const D3DXMATRIX mirror = Scale(1, -1, 1);

@@ -10,7 +10,8 @@ using testing::Not;
 
 namespace {
 
-/// A coordinate for one component of a mirrored ray: component / (sqrt(z * z + 1) * 2.8284) + 0.5.
+/// The coordinate for one component of a reflected ray: component / (sqrt(z * z + 1) * 2.8284) +
+/// 0.5.
 float Coordinate(double component, double z)
 {
     return static_cast<float>(component / (std::sqrt(z * z + 1.0) * 2.8284) + 0.5);
@@ -43,7 +44,7 @@ protected:
         return value;
     }
 
-    /// The coordinates that the first vertex gets, drawn where it stands now.
+    /// The coordinates that the first vertex gets when drawn with this position and normal.
     D3DXVECTOR2 Reflect(KRE_Mesh& mesh, const D3DXVECTOR3& position, const D3DXVECTOR3& normal)
     {
         Write(mesh, 0, 0, position);
@@ -53,7 +54,7 @@ protected:
     }
 };
 
-/// A skinned vertex at the origin, with a normal that points up.
+/// A skinned vertex at the origin, with a normal pointing up.
 class SkinReflection : public SubsetDraw {
 protected:
     D3DXVECTOR2 Reflect(const float (&weights)[2], const uint8_t (&bones)[4],
@@ -162,14 +163,14 @@ TEST_F(SubsetDraw, OtherNegativeSetTakesTheTableAndNoCoordinates)
 
 // ---- Coordinates of a rigid mesh
 
-// The eye is at the origin, the vertex five in front of it, so that the ray to the eye is (0, 0, -1);
-// it is mirrored at the normal.
-TEST_F(SubsetDraw, NormalMirrorsTheRayToTheEye)
+// The eye is at the origin, the vertex five in front of it, so the ray to the eye is (0, 0, -1); it
+// is reflected at the normal.
+TEST_F(SubsetDraw, NormalReflectsTheRayToTheEye)
 {
     static const struct {
         const char* what;
         D3DXVECTOR3 normal;
-        double x, y, z; // the mirrored ray
+        double x, y, z; // the reflected ray
     } cases[] = {
         {"straight back", {0, 0, -1}, 0, 0, -1},
         {"to the right", {1, 0, -1}, 1, 0, 0},
@@ -190,7 +191,7 @@ TEST_F(SubsetDraw, NormalMirrorsTheRayToTheEye)
 TEST_F(SubsetDraw, WorldMatrixPlacesVertexAndNormal)
 {
     KRE_Mesh& mesh = AddMirror(0);
-    // A quarter of a turn about z takes x to y; three times as large and five away.
+    // A quarter turn about z takes x to y; scaled by 3 and five away.
     gGfx->SetWorldMatrix(D3DXMATRIX(0, 3, 0, 0, -3, 0, 0, 0, 0, 0, 3, 0, 0, 0, 5, 1));
     const D3DXVECTOR2 actual = Reflect(mesh, {0, 0, 0}, {1, 0, -1});
     EXPECT_NEAR(actual.x, 0.5f, 1e-6f);
@@ -205,8 +206,9 @@ TEST_F(SubsetDraw, EyeIsWhereTheViewLooksFrom)
     EXPECT_NEAR(actual.x, Coordinate(1, 0), 1e-6f) << "(1, 0, 0) comes straight back";
 }
 
-// Eye, vertex and normal turn together, and so does the mirrored ray: from (1, 0, 0) to (0, 1, 0).
-TEST_F(SubsetDraw, EnvironmentCarriesEyeAndRigidMesh)
+// Eye, vertex and normal rotate together, and so does the reflected ray: from (1, 0, 0) to (0, 1,
+// 0).
+TEST_F(SubsetDraw, EnvironmentMovesEyeAndRigidMesh)
 {
     KRE_Mesh& mesh = AddMirror(0);
     gGfx->environmentTM = {0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 9, 8, 7, 1};
@@ -215,8 +217,9 @@ TEST_F(SubsetDraw, EnvironmentCarriesEyeAndRigidMesh)
     EXPECT_NEAR(actual.y, Coordinate(1, 0), 1e-6f);
 }
 
-// (0, 0, -1) and (0, 0, 1) both give the middle; the ball's own formula has no limit for the latter.
-TEST_F(SubsetDraw, QuirkWhatLiesBehindIsShownLikeWhatLiesInFront)
+// (0, 0, -1) and (0, 0, 1) both give the centre; the mirror ball's own formula has no limit for the
+// latter.
+TEST_F(SubsetDraw, QuirkWhatIsBehindIsShownLikeWhatIsInFront)
 {
     KRE_Mesh& mesh = AddMirror(0);
     const D3DXVECTOR2 front = Reflect(mesh, {0, 0, 5}, {0, 0, -1});
@@ -237,7 +240,7 @@ TEST_F(SubsetDraw, CoordinatesAreWrittenEachTimeTheSubsetIsDrawn)
 
 // ---- Where they are written
 
-TEST_F(SubsetDraw, VerticesOfTheEntryAloneAreWritten)
+TEST_F(SubsetDraw, OnlyTheVerticesOfTheEntryAreWritten)
 {
     static const struct {
         const char* what;
@@ -264,7 +267,7 @@ TEST_F(SubsetDraw, VerticesOfTheEntryAloneAreWritten)
 }
 
 // Position 12, normal 12, a first set of 4, 8, 12 or 16 bytes, then the set that is written.
-TEST_F(SubsetDraw, SetsAheadCountWithTheirSizes)
+TEST_F(SubsetDraw, PrecedingSetsCountWithTheirSizes)
 {
     static const struct {
         DWORD size;
@@ -282,7 +285,7 @@ TEST_F(SubsetDraw, SetsAheadCountWithTheirSizes)
     }
 }
 
-// Files may name any set, and a material with three maps has a format without one.
+// Files may name any set, and a material with three maps has a format without such a set.
 TEST_F(SubsetDraw, LayoutThatCannotHoldThemIsDrawnAsItIs)
 {
     static const struct {
@@ -316,8 +319,9 @@ TEST_F(SubsetDraw, BufferThatCannotBeLockedIsAnError)
 
 // ---- Coordinates of a skinned mesh
 
-// The palette shifts the vertex away from the eye at the origin; its normal is square to the ray, so
-// that the mirrored ray goes on through the vertex: it is the vertex's place at length 1.
+// The palette shifts the vertex away from the eye at the origin; its normal is perpendicular to the
+// ray, so the reflected ray continues through the vertex: it is the normalised position of the
+// vertex.
 TEST_F(SkinReflection, WeightsBlendThePalette)
 {
     gGfx->SetWorldMatrix(Shift(100, 0, 100), 0);
@@ -329,14 +333,14 @@ TEST_F(SkinReflection, WeightsBlendThePalette)
         DWORD position;
         float weights[2];
         uint8_t bones[4];
-        double x, z; // the vertex's place
+        double x, z; // the vertex's position
     } cases[] = {
         {"the rest goes to the last bone", D3DFVF_XYZB3, {0.5f, 0.25f}, {1, 2, 3, 0}, 0.75, 5},
         {"all of it", D3DFVF_XYZB3, {0, 0}, {1, 2, 3, 0}, -3, 4},
         {"the first weight reaches 1", D3DFVF_XYZB3, {1, 0.5f}, {1, 2, 3, 0}, 3, 4},
         {"the first goes beyond 1", D3DFVF_XYZB3, {2, 0.5f}, {1, 2, 3, 0}, 3, 4},
         {"the second reaches 1", D3DFVF_XYZB3, {0.5f, 0.5f}, {1, 3, 2, 0}, 0, 4},
-        // Weights of 1.25 in all: (0.5 * 3 - 0.75 * 3, 0.5 * 4 + 0.75 * 4), divided by w of 1.25.
+        // Weights of 1.25 in total: (0.5 * 3 - 0.75 * 3, 0.5 * 4 + 0.75 * 4), divided by w of 1.25.
         {"the second goes beyond 1", D3DFVF_XYZB3, {0.5f, 0.75f}, {1, 3, 2, 0}, -0.6, 4},
         {"one weight", D3DFVF_XYZB2, {0.25f, 9}, {1, 2, 0, 0}, 0.75, 7},
         {"no weight: one bone", D3DFVF_XYZB1, {9, 9}, {3, 0, 0, 0}, -3, 4},
@@ -367,9 +371,9 @@ TEST_F(SkinReflection, EveryBoneByteIsInsideThePalette)
     EXPECT_NEAR(Reflect({1, 0}, {255, 255, 255, 255}).x, Coordinate(0.6, 0.8), 1e-6f);
 }
 
-// The eye goes to (5, 0, 5), the vertex stays at (0, 0, 5): the ray to the eye is (1, 0, 0), and on
-// the other side of the normal (1, 0, -1) it is (0, 0, -1).
-TEST_F(SkinReflection, QuirkEnvironmentCarriesTheEyeAlone)
+// The eye goes to (5, 0, 5), the vertex stays at (0, 0, 5): the ray to the eye is (1, 0, 0), and
+// reflected at the normal (1, 0, -1) it is (0, 0, -1).
+TEST_F(SkinReflection, QuirkEnvironmentMovesOnlyTheEye)
 {
     gGfx->environmentTM = Shift(5, 0, 5);
     KRE_Mesh& mesh = AddMirror(0, kBlendedFormat);
@@ -378,9 +382,9 @@ TEST_F(SkinReflection, QuirkEnvironmentCarriesTheEyeAlone)
     EXPECT_NEAR(actual.y, 0.5f, 1e-6f);
 }
 
-TEST_F(SkinReflection, NormalIsBlendedAndBroughtToLengthOne)
+TEST_F(SkinReflection, NormalIsBlendedAndNormalised)
 {
-    // Half of a matrix twice as large and half of the plain one: 1.5 times as large.
+    // Half of a scaling by 2 and half of the identity: scaled by 1.5.
     gGfx->SetWorldMatrix(Scale(2, 2, 2), 1);
     gGfx->SetWorldMatrix(Scale(1, 1, 1), 2);
     KRE_Mesh& mesh = AddMirror(0, kBlendedFormat);

@@ -48,14 +48,14 @@ protected:
 
 // ---- The frame as a whole
 
-TEST_F(SceneDraw, NullSceneIsAWarningAndGivesZero)
+TEST_F(SceneDraw, NullSceneIsAWarningAndReturnsZero)
 {
     EXPECT_EQ(gGfx->DrawScene(nullptr, 0, 0), 0);
     EXPECT_EQ(LastWarning(), "Pointer to 3dScene is zero");
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
-// Camera, mirror, background, what holds for all meshes, the meshes, markers, and all of it back.
+// Camera, mirror, background, states for all meshes, the meshes, markers, and the states restored.
 TEST_F(SceneDraw, FrameSendsItsStepsInOrder)
 {
     AddMesh("box");
@@ -148,11 +148,11 @@ TEST_F(SceneDraw, ActiveCameraLooksThroughTheScenesOwnMatrix)
     gGfx->GetViewPosition(eye);
     EXPECT_NEAR(eye.x, 2.0f, 1e-5f);
     EXPECT_NEAR(eye.z, 50.0f, 1e-4f);
-    // cot(fov / 2), the field of view being 2
+    // cot(fov / 2) with a field of view of 2
     EXPECT_NEAR(gGfx->projection._22, 1.0f / std::tan(1.0f), 1e-5f);
 }
 
-TEST_F(SceneDraw, CameraThatIsNotThereIsNotLookedThrough)
+TEST_F(SceneDraw, MissingCameraIsIgnored)
 {
     scene.cameras.Add();
     for (const int32_t outside : {1, INT32_MAX}) {
@@ -162,7 +162,7 @@ TEST_F(SceneDraw, CameraThatIsNotThereIsNotLookedThrough)
     EXPECT_FALSE(WasCalled("D3DTS_VIEW"));
 }
 
-TEST_F(SceneDraw, MirroredViewTurnsXAndFacesForTheFrameAlone)
+TEST_F(SceneDraw, MirroredViewFlipsXAndFacesOnlyForTheFrame)
 {
     scene.settings.mirrorView = 1;
     const D3DXMATRIX before = gGfx->projection;
@@ -183,9 +183,9 @@ TEST_F(SceneDraw, MirroredViewTurnsXAndFacesForTheFrameAlone)
     EXPECT_EQ(gGfx->cullMode, -1);
 }
 
-// ---- What the view does not show
+// ---- Outside the view
 
-TEST_F(SceneDraw, SceneOutsideTheViewGivesZeroAndLeavesTheViewAsItWas)
+TEST_F(SceneDraw, SceneOutsideTheViewReturnsZeroAndRestoresTheView)
 {
     AddMesh("box");
     AddLight();
@@ -210,7 +210,7 @@ TEST_F(SceneDraw, SceneWithClipModeZeroIsAlwaysDrawn)
     EXPECT_THAT(Drawn(), ElementsAre("box 0"));
 }
 
-TEST_F(SceneDraw, BoundsAreCarriedByTheScenesMatrix)
+TEST_F(SceneDraw, BoundsAreTransformedByTheScenesMatrix)
 {
     HideScene();
     scene.worldTM = Shift(0, 0, 200);
@@ -251,7 +251,7 @@ TEST_F(SceneDraw, NothingIsClearedUnlessTheSceneSaysSo)
     EXPECT_FALSE(WasCalled("Clear"));
 }
 
-TEST_F(SceneDraw, PictureIsDrawnOverTheWholeScreenAndTheDepthBufferAloneIsCleared)
+TEST_F(SceneDraw, PictureIsDrawnOverTheWholeScreenAndOnlyTheDepthBufferIsCleared)
 {
     scene.settings.clearBackground = 1;
     gGfx->CreateTexture(&scene.backgroundTexture, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
@@ -274,7 +274,7 @@ TEST_F(SceneDraw, PictureIsDrawnOverTheWholeScreenAndTheDepthBufferAloneIsCleare
     scene.backgroundTexture.quad->Unlock();
 }
 
-TEST_F(SceneDraw, PictureCoversTheViewportWhereverItLies)
+TEST_F(SceneDraw, PictureCoversTheViewportWhereverItIs)
 {
     scene.settings.clearBackground = 1;
     gGfx->CreateTexture(&scene.backgroundTexture, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
@@ -290,7 +290,7 @@ TEST_F(SceneDraw, PictureCoversTheViewportWhereverItLies)
     scene.backgroundTexture.quad->Unlock();
 }
 
-TEST_F(SceneDraw, PictureWithoutADepthBufferIsDrawnAsWell)
+TEST_F(SceneDraw, PictureIsDrawnWithoutADepthBufferToo)
 {
     scene.settings.clearBackground = 1;
     gGfx->CreateTexture(&scene.backgroundTexture, 4, 4, -1, D3DFMT_X8R8G8B8, 1);
@@ -335,7 +335,7 @@ TEST_F(SceneDraw, FogByDensityTakesTheDensityOfTheSettings)
     EXPECT_FALSE(WasCalled("D3DRS_FOGSTART"));
 }
 
-TEST_F(SceneDraw, DarkLightsAreLeftOutButCount)
+TEST_F(SceneDraw, LightsThatAreOffAreSkippedButCount)
 {
     AddLight(0.25f);
     AddLight(0.5f).lightOn = 0;
@@ -349,12 +349,12 @@ TEST_F(SceneDraw, DarkLightsAreLeftOutButCount)
                                                     "LightEnable 0 0", "LightEnable 2 0"));
 }
 
-// The types of the device are 1 to 3.
-TEST_F(SceneDraw, LightsOfNoTypeOfTheDeviceAreLeftOutButCount)
+// The device's light types are 1 to 3.
+TEST_F(SceneDraw, LightsOfTypesUnknownToTheDeviceAreSkippedButCount)
 {
     for (const DWORD type : {0u, 1u, 4u, 3u, 7u, 0x7FFFFFFFu, 2u})
         AddLight().light.Type = static_cast<D3DLIGHTTYPE>(type);
-    std::string enabled; // what effects take lights by
+    std::string enabled; // from which effects take their lights
     DeviceMesh(AddMesh("box")).onDraw = [&] {
         for (const int32_t on : gGfx->cache.lightEnable)
             enabled += on == 1 ? '1' : '-';
@@ -369,7 +369,7 @@ TEST_F(SceneDraw, LightsOfNoTypeOfTheDeviceAreLeftOutButCount)
     EXPECT_EQ(enabled, "-1-1--1--");
 }
 
-TEST_F(SceneDraw, LightOfNoTypeBehindTheNinthHarmsNothing)
+TEST_F(SceneDraw, LightWithoutATypeAfterTheNinthDoesNoHarm)
 {
     for (int i = 0; i < 9; ++i)
         AddLight();
@@ -381,7 +381,7 @@ TEST_F(SceneDraw, LightOfNoTypeBehindTheNinthHarmsNothing)
     EXPECT_EQ(RaisedBy([&] { Draw(); }), "Light index >8");
 }
 
-TEST_F(SceneDraw, LightsStayOutWithoutTheSetting)
+TEST_F(SceneDraw, LightsAreNotUsedWithoutTheSetting)
 {
     AddLight();
     scene.settings.useLights = 0;
@@ -397,7 +397,7 @@ TEST_F(SceneDraw, LightsStayOnIfTheSceneSaysSo)
     EXPECT_THAT(CallsOf("LightEnable"), ElementsAre("LightEnable 0 1"));
 }
 
-TEST_F(SceneDraw, NineLightsAreTheMostThatMayBeOn)
+TEST_F(SceneDraw, AtMostNineLightsMayBeOn)
 {
     for (int i = 0; i < 9; ++i)
         AddLight();
@@ -409,7 +409,7 @@ TEST_F(SceneDraw, NineLightsAreTheMostThatMayBeOn)
     EXPECT_EQ(Draw(), 1);
 }
 
-// ---- Drawing in points
+// ---- Point drawing
 
 TEST_F(SceneDraw, PointsAreTwoPixelsAtAnyDistance)
 {
@@ -453,7 +453,7 @@ TEST_F(SortedDraw, DepthIsThatInTheViewOfTheMovedScene)
     EXPECT_THAT(Order(), ElementsAre("left", "right"));
 }
 
-TEST_F(SortedDraw, PivotTakesNoPartInTheDepth)
+TEST_F(SortedDraw, PivotDoesNotAffectTheDepth)
 {
     AddMesh("near", 1, 5.0f).pivotTM = Shift(0, 0, 1000);
     AddMesh("far", 1, 50.0f);
@@ -480,7 +480,7 @@ TEST_F(SortedDraw, WithoutTheLimitToTransparentOnesAllVisibleMeshesAreSorted)
     EXPECT_THAT(Order(), ElementsAre("floor", "glass", "wall"));
 }
 
-TEST_F(SortedDraw, HiddenMeshesTakeNoPart)
+TEST_F(SortedDraw, HiddenMeshesAreSkipped)
 {
     AddMesh("hidden wall", 1, 5.0f).visible = 0;
     AddMesh("wall", 1, 5.0f);
@@ -504,14 +504,14 @@ TEST_F(SortedDraw, EqualDepthsHaveOneOrderHoweverManyThereAre)
     for (int i = 0; i < 100; ++i)
         AddMesh(std::to_string(i).c_str(), 1, i % 2 ? 10.0f : 20.0f);
     std::vector<std::string> expected;
-    for (const int odd : {0, 1}) { // the farther ones have even numbers; the last one comes first
+    for (const int odd : {0, 1}) { // the far ones have even numbers; the last one comes first
         for (int i = 98 + odd; i >= 0; i -= 2)
             expected.push_back(std::to_string(i));
     }
     EXPECT_EQ(Order(), expected);
 }
 
-TEST_F(SortedDraw, DepthThatIsNoNumberIsTakenForTheFarthest)
+TEST_F(SortedDraw, DepthThatIsNotANumberCountsAsTheFarthest)
 {
     AddMesh("near", 1, 5.0f);
     AddMesh("lost", 1, std::numeric_limits<float>::quiet_NaN());
@@ -519,7 +519,7 @@ TEST_F(SortedDraw, DepthThatIsNoNumberIsTakenForTheFarthest)
     EXPECT_THAT(Order(), ElementsAre("lost", "far", "near"));
 }
 
-TEST_F(SortedDraw, CountOfOpaqueMeshesIsHeldToTheMeshes)
+TEST_F(SortedDraw, CountOfOpaqueMeshesIsClampedToTheMeshes)
 {
     AddMesh("near", 1, 5.0f);
     AddMesh("far", 1, 50.0f);
@@ -534,7 +534,7 @@ TEST_F(SortedDraw, EmptySceneIsDrawn)
     EXPECT_THAT(Order(), IsEmpty());
 }
 
-TEST_F(SortedDraw, OverrideMaterialHoldsForAllMeshes)
+TEST_F(SortedDraw, OverrideMaterialAppliesToAllMeshes)
 {
     AddMesh("sorted", 1, 5.0f);
     AddMesh("opaque", 1, 5.0f);
@@ -549,7 +549,7 @@ TEST_F(SortedDraw, OverrideMaterialHoldsForAllMeshes)
     }
 }
 
-TEST_F(SortedDraw, MeshesAreCarriedByTheScenesMatrix)
+TEST_F(SortedDraw, MeshesAreTransformedByTheScenesMatrix)
 {
     AddMesh("box", 1, 5.0f);
     scene.worldTM = Shift(0, 0, 2);

@@ -7,9 +7,9 @@ using testing::IsEmpty;
 
 namespace {
 
-class PlacedList : public SceneDrawing {
+class KRE_VertexListTest : public SceneDrawing {
 protected:
-    PlacedList()
+    KRE_VertexListTest()
     {
         list.SetFVFInfo(KRE_PointVertex::kFvf);
         gGfx->CreateVertexList(&list, 7, -1, 1);
@@ -21,7 +21,7 @@ protected:
 
 } // namespace
 
-TEST_F(PlacedList, IsDrawnWhereItStands)
+TEST_F(KRE_VertexListTest, IsDrawnAtItsPlace)
 {
     list.worldTM = Shift(1, 2, 3);
     gGfx->DrawTriangleList(list);
@@ -31,7 +31,7 @@ TEST_F(PlacedList, IsDrawnWhereItStands)
     EXPECT_THAT(calls, Contains("DrawPrimitive D3DPT_TRIANGLELIST 0 2"));
 }
 
-TEST_F(PlacedList, IsAnObjectThatIsEvaluated)
+TEST_F(KRE_VertexListTest, IsAnObjectThatIsEvaluated)
 {
     list.KRE_3dObject::SetPosition(4, 5, 6, 0);
     list.Evaluate(0.0, 1, 0);
@@ -39,7 +39,7 @@ TEST_F(PlacedList, IsAnObjectThatIsEvaluated)
     EXPECT_EQ(gGfx->world[0]._42, 5.0f);
 }
 
-TEST_F(PlacedList, CountIsCheckedAsForOtherLists)
+TEST_F(KRE_VertexListTest, CountIsCheckedAsForOtherLists)
 {
     gGfx->DrawTriangleList(list, 0);
     EXPECT_THAT(Calls(), IsEmpty());

@@ -14,9 +14,10 @@
 #include <string>
 #include <vector>
 
-/// A device mesh of vertices and an attribute table that a test puts in. It notes drawing, locks and
-/// look-ups of the table among the device's calls, as `Mesh::DrawSubset name 0`, and fails what is
-/// planned there; what drawing does not need fails. Without a recorder it is silent.
+/// A device mesh with vertices and an attribute table set by a test. It records drawing, locks and
+/// table look-ups among the device's calls, as `Mesh::DrawSubset name 0`, and fails calls as
+/// planned there; operations that drawing does not need always fail. Without a recorder it records
+/// nothing.
 class NotedMesh final : public RefusingMesh<FakeObject<ID3DXMesh>> {
 public:
     NotedMesh(std::shared_ptr<CallRecorder> recorder, std::string meshName)
@@ -24,13 +25,13 @@ public:
           name(std::move(meshName))
     {}
 
-    std::vector<uint8_t> vertices; ///< as they lie in the buffer
+    std::vector<uint8_t> vertices; ///< as in the buffer
     DWORD vertexCount = 0;
     DWORD faceCount = 0;
     std::vector<D3DXATTRIBUTERANGE> table;
-    ComPointer<IDirect3DVertexBuffer9> vertexBuffer; ///< stand for the buffers, hold nothing
+    ComPointer<IDirect3DVertexBuffer9> vertexBuffer; ///< placeholders for the buffers; hold nothing
     ComPointer<IDirect3DIndexBuffer9> indexBuffer;
-    std::function<void()> onDraw; ///< looks at the engine in the middle of a draw
+    std::function<void()> onDraw; ///< inspects the engine in the middle of a draw
 
     HRESULT STDMETHODCALLTYPE DrawSubset(DWORD attribute) override
     {

@@ -28,7 +28,7 @@ SceneDrawing::SceneDrawing()
 
 SceneDrawing::~SceneDrawing()
 {
-    scene.Reset(); // its meshes go before the engine
+    scene.Reset(); // its meshes must be destroyed before the engine
     engine.reset();
 }
 

@@ -16,8 +16,8 @@
 D3DXMATRIX Shift(float x, float y, float z);
 D3DXMATRIX Scale(float x, float y, float z);
 
-/// An engine over a device that does nothing but note its calls, and a scene for it. Its window is
-/// of 64 x 64; it looks from (0, 0, 0) along +Z, from 1 to 10000.
+/// An engine over a device that only records its calls, and a scene for it. Its window is 64 x 64;
+/// it looks from (0, 0, 0) along +Z, from 1 to 10000.
 class SceneDrawing : public testing::Test {
 protected:
     static constexpr DWORD kPlainFormat = D3DFVF_XYZ | D3DFVF_NORMAL | D3DFVF_TEX1;
@@ -27,21 +27,21 @@ protected:
     SceneDrawing();
     ~SceneDrawing() override;
 
-    /// Adds a mesh that the view shows at `z`, with so many materials without pictures. Its bounds
-    /// are not looked at.
+    /// Adds a mesh that is visible at `z`, with this many materials without pictures. Its bounds
+    /// are not tested.
     KRE_Mesh& AddMesh(const char* name, int32_t materials = 1, float z = 10.0f,
                       DWORD fvf = kPlainFormat);
-    /// Gives the mesh room for so many vertices, all bytes 0, and sets its counts.
+    /// Gives the mesh `count` vertices, all bytes 0, and sets its counts.
     static void MakeVertices(KRE_Mesh& mesh, int32_t count);
     static NotedMesh& DeviceMesh(const KRE_Mesh& mesh)
     {
         return *static_cast<NotedMesh*>(mesh.mesh.Get());
     }
     /// Adds an object of the scene to the mesh's bones; null for a bone that was not found. The
-    /// first one stands for the mesh itself.
+    /// first one represents the mesh itself.
     static void SetBones(KRE_Mesh& mesh, std::initializer_list<KRE_3dObject*> objects);
     KRE_3dObject& AddObject(const D3DXMATRIX& worldTM);
-    /// Adds a switched light of the colour (red, 0, 0).
+    /// Adds a light of the colour (red, 0, 0) that is switched on.
     KRE_Light& AddLight(float red = 1.0f);
 
     int32_t Draw(int32_t singleStage = 0, int32_t noMaterials = 0)
@@ -53,18 +53,19 @@ protected:
         return gGfx->DrawMesh(&mesh, parentTM, nullptr, 0, 0);
     }
 
-    /// The calls since the last look.
+    /// Returns and clears the recorded calls.
     std::vector<std::string> Calls();
-    /// The same without what binds a material's pictures and blending: stage states, textures,
-    /// samplers, the states of blending and alpha test.
+    /// The same without the calls that bind a material's pictures and blending: stage states,
+    /// textures, samplers, blending and alpha test states.
     std::vector<std::string> CallsButBinding();
-    /// The calls of one name since the last look, which this is not.
+    /// The recorded calls of one name; does not clear them.
     std::vector<std::string> CallsOf(const char* name) { return recorder->LinesOf(name); }
-    /// Whether a call with these words is among those since the last look, which this is not.
+    /// Whether a recorded call contains these words; does not clear the calls.
     bool WasCalled(const std::string& words);
-    /// The meshes in the order in which they were drawn since the last look, "name 0" for a material.
+    /// The recorded meshes in the order in which they were drawn, "name 0" for a material. Clears
+    /// the calls.
     std::vector<std::string> Drawn();
-    /// The last warning since the last look, or empty.
+    /// Returns and clears the last warning, or empty.
     static std::string LastWarning();
 
     const ScratchDirectory scratch; // the log is written here

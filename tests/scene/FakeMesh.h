@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-/// A device mesh that notes locks, unlocks and sorting by name, and fails those that a test names.
-/// Every other operation fails. Its locks give addresses in `bytes`.
+/// A device mesh that records locks, unlocks and sorting by name, and fails those that a test
+/// names. Every other operation fails. Its locks return addresses in `bytes`.
 class FakeMesh final : public RefusingMesh<FakeObject<ID3DXMesh>> {
 public:
     std::vector<std::string> calls;

@@ -41,7 +41,7 @@ TEST(Evaluate, WithoutKeysIsScaleRotationTranslationAtAnyTime)
     EXPECT_EQ(object.translationTM._42, 6.0f);
 }
 
-TEST(Evaluate, KeysTakeThePlaceOfTheStaticFieldsOneTrackAtATime)
+TEST(Evaluate, KeysReplaceTheStaticFieldsOneTrackAtATime)
 {
     KRE_3dObject object;
     Pose(object, {5, 6, 7}, {2, 2, 2}, {0, 0, 1}, kPi / 2);
@@ -127,7 +127,7 @@ TEST(Evaluate, AChildThatInheritsAllGetsExactlyLocalTimesParent)
         local.Evaluate(1, 1, 0);
         D3DXMATRIX product;
         D3DXMatrixMultiply(&product, &local.worldTM, &parent.worldTM);
-        ASSERT_TRUE(child.worldTM == product) << i; // to the bit
+        ASSERT_TRUE(child.worldTM == product) << i; // bit for bit
         ExpectProduct(child.worldTM, local.worldTM, parent.worldTM, "by hand");
     }
 }
@@ -135,7 +135,7 @@ TEST(Evaluate, AChildThatInheritsAllGetsExactlyLocalTimesParent)
 TEST(Evaluate, InheritsOnlyWhatItsSwitchesSay)
 {
     // The parent has scale 2 and turns x to y, at (10, 0, 0): its rows are (0, 2, 0), (-2, 0, 0),
-    // (0, 0, 2). The child stands at (1, 0, 0), its own first row is (1, 0, 0).
+    // (0, 0, 2). The child is at (1, 0, 0), its own first row is (1, 0, 0).
     static const struct {
         const char* what;
         int32_t position, scale, rotation, mirror;
@@ -196,7 +196,7 @@ TEST(Evaluate, TheParentIsEvaluatedFirstAtTheChildsWrappedTime)
     child.Evaluate(9, 1, 0); // wraps to 1
     EXPECT_EQ(parent.lastTime, 1.0);
     EXPECT_EQ(Where(child).x, 1.0f);
-    child.Evaluate(10, 0, 0); // without `updateParent` the parent stays
+    child.Evaluate(10, 0, 0); // without `updateParent` the parent is unchanged
     EXPECT_EQ(parent.lastTime, 1.0);
     EXPECT_EQ(Where(child).x, 1.0f);
 }
@@ -208,7 +208,7 @@ TEST(Evaluate, AParentThatIsUpToDateIsNotEvaluatedAgain)
     child.parent = &parent;
     child.Evaluate(1, 1, 0);
     parent.position = {5, 0, 0};
-    child.Evaluate(1, 1, 1); // force is the child's alone
+    child.Evaluate(1, 1, 1); // force applies to the child alone
     EXPECT_EQ(Where(child).x, 0.0f);
     parent.dirty = 1;
     child.Evaluate(1, 1, 1);
@@ -217,8 +217,8 @@ TEST(Evaluate, AParentThatIsUpToDateIsNotEvaluatedAgain)
 
 TEST(Evaluate, ARingOfParentsEndsInTheSecondRound)
 {
-    // A at (1, 0, 0) and B at (0, 1, 0) are each other's parents. From A: B is reached with A's own
-    // matrix in place, so B becomes b * a, and A a * (b * a).
+    // A at (1, 0, 0) and B at (0, 1, 0) are each other's parents. From A: B is reached when A has
+    // its own matrix, so B becomes b * a, and A a * (b * a).
     for (const int32_t dirty : {0, 1}) {
         KRE_3dObject a;
         KRE_3dObject b;
@@ -260,7 +260,7 @@ TEST(Evaluate, ARingOfTargetsEnds)
     ExpectVector(own.direction, 0, 0, 0);
 }
 
-TEST(Evaluate, TimesWithoutANumberCountAsZero)
+TEST(Evaluate, TimesThatAreNotNumbersCountAsZero)
 {
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -289,7 +289,7 @@ TEST(Evaluate, TimesWithoutANumberCountAsZero)
     }
 }
 
-TEST(EvaluateInPass, SeesWhatChangedSinceThePassBefore)
+TEST(EvaluateInPass, SeesChangesSinceThePreviousPass)
 {
     KRE_3dObject object;
     KRE_3dObject parent;
@@ -309,8 +309,8 @@ TEST(EvaluateInPass, SeesWhatChangedSinceThePassBefore)
 
 TEST(EvaluateInPass, AgreesWithSeparateEvaluationsOnRandomHierarchies)
 {
-    // Parents and targets at random, rings included; every object looping or not. One pass over all
-    // must leave what single evaluations in the same order leave.
+    // Random parents and targets, cycles included; objects may loop. One pass over all must give
+    // the same result as single evaluations in the same order.
     std::mt19937 random(21);
     for (int round = 0; round < 100; ++round) {
         constexpr int kCount = 12;
@@ -323,7 +323,7 @@ TEST(EvaluateInPass, AgreesWithSeparateEvaluationsOnRandomHierarchies)
             const int32_t loop = static_cast<int32_t>(random() % 2);
             const float x = static_cast<float>(random() % 10);
             for (KRE_Camera* cameras : {one, other}) {
-                // Parents stand behind their children: rings only through targets.
+                // Parents come after their children: cycles only through targets.
                 if (parent<kCount&& static_cast<int>(parent)> i)
                     cameras[i].parent = &cameras[parent];
                 if (target < kCount)

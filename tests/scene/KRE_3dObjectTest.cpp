@@ -17,6 +17,8 @@ TEST(KRE_3dObject, StartsWithItsDefaults)
     ExpectVector(object.mirror, 1, 1, 1);
     ExpectVector(object.position, 0, 0, 0);
     ExpectVector(object.scale, 1, 1, 1);
+    ExpectVector(object.rotationAxis, 0, 0, 0);
+    EXPECT_EQ(object.rotationAngle, 0.0f);
     ExpectVector(object.currentPosition, 0, 0, 0);
     ExpectVector(object.currentScale, 1, 1, 1);
     ExpectQuaternion(object.currentRotation, 0, 0, 0, 1);
@@ -32,7 +34,7 @@ TEST(KRE_3dObject, StartsWithItsDefaults)
     EXPECT_EQ(object.resourceId, -1);
 }
 
-TEST(KRE_3dObject, ThePoseFieldsLieInOneBlock)
+TEST(KRE_3dObject, ThePoseFieldsAreInOneBlock)
 {
     const KRE_3dObject object;
     const auto offset = [&object](const void* field) {
@@ -43,10 +45,10 @@ TEST(KRE_3dObject, ThePoseFieldsLieInOneBlock)
     EXPECT_EQ(offset(&object.scale), 88);
     EXPECT_EQ(offset(&object.rotationAxis), 100);
     EXPECT_EQ(offset(&object.rotationAngle), 112);
-    EXPECT_EQ(offset(&object.rotationAngle + 1), static_cast<std::ptrdiff_t>(kStoredPoseSize));
+    EXPECT_EQ(offset(&object.rotationAngle + 1), static_cast<ptrdiff_t>(kStoredPoseSize));
 }
 
-TEST(KRE_3dObject, ErrorsAndWarningsBearItsName)
+TEST(KRE_3dObject, ErrorsAndWarningsCarryItsName)
 {
     const LogScope log;
     KRE_3dObject object;
@@ -142,7 +144,7 @@ TEST(KRE_3dObject, SetPositionRebuildsOrLeavesItToTheNextEvaluation)
     ExpectVector(where, 1, 2, 3, "rebuilt");
 }
 
-TEST(KRE_3dObject, ResetPutsEverythingBack)
+TEST(KRE_3dObject, ResetRestoresEverything)
 {
     KRE_3dObject object;
     KRE_3dObject parent;
@@ -237,9 +239,10 @@ TEST(KRE_3dObject, CorrectionTMWithoutPivotAndExtraMatrixIsTheIdentity)
     ExpectMatrix(object.CorrectionTM(nullptr), identity);
 }
 
-TEST(KRE_3dObject, CorrectionTMCarriesThePivotThroughTheWorldMatrix)
+TEST(KRE_3dObject, CorrectionTMAppliesThePivotThroughTheWorldMatrix)
 {
-    // W turns x to y, so inverse(W) * P * W with P a move by (1, 0, 0) is a move by (0, 1, 0).
+    // W turns x to y, so inverse(W) * P * W, with P a translation by (1, 0, 0), is a translation by
+    // (0, 1, 0).
     KRE_3dObject object;
     object.rotationAxis = {0, 0, 1};
     object.rotationAngle = kPi / 2;

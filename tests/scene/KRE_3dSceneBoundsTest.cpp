@@ -31,7 +31,7 @@ TEST(ComputeBounds, WithoutObjectsChangesNothing)
     EXPECT_EQ(scene.radius, 7.0f);
 }
 
-TEST(GetSphere, TakesCamerasInAndStoresNothing)
+TEST(GetSphere, IncludesCamerasAndStoresNothing)
 {
     KRE_3dScene scene;
     AddAt(scene, 0, 0, 0);
@@ -45,8 +45,8 @@ TEST(GetSphere, TakesCamerasInAndStoresNothing)
 
 TEST(GetSphere, QuirkOfAnEmptySceneIsHuge)
 {
-    // Nothing is folded in: low stays 89999998976 and high its negative. Their mean is 0, half
-    // their difference 89999998976 on each axis, so the radius is sqrt(3) times that.
+    // Nothing is added: low stays 89999998976 and high its negative. Their mean is 0, half their
+    // difference 89999998976 on each axis, so the radius is sqrt(3) times that.
     const KRE_3dScene scene;
     D3DXVECTOR3 center;
     EXPECT_NEAR(scene.GetSphere(center), std::sqrt(3.0) * 89999998976.0, 2e4);

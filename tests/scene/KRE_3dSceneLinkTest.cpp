@@ -12,7 +12,7 @@ static KRE_Camera& AddCamera(KRE_3dScene& scene, const char* name, const char* p
     return *camera;
 }
 
-TEST(LinkObjects, FindsParentsByTheirExactNames)
+TEST(KRE_3dSceneLink, FindsParentsByTheirExactNames)
 {
     const LogScope log;
     KRE_3dScene scene;
@@ -25,7 +25,7 @@ TEST(LinkObjects, FindsParentsByTheirExactNames)
     EXPECT_EQ(log.Text(), "");
 }
 
-TEST(LinkObjects, OfSeveralWithOneNameTakesTheFirstAsFindObjectDoes)
+TEST(KRE_3dSceneLink, OfSeveralWithOneNameTakesTheFirstAsFindObjectDoes)
 {
     KRE_3dScene scene;
     AddCamera(scene, "Keel", "", "");
@@ -37,7 +37,7 @@ TEST(LinkObjects, OfSeveralWithOneNameTakesTheFirstAsFindObjectDoes)
     EXPECT_EQ(child.parent, scene.objects.Get(1));
 }
 
-TEST(LinkObjects, AnEmptyParentNameClearsTheParent)
+TEST(KRE_3dSceneLink, AnEmptyParentNameClearsTheParent)
 {
     KRE_3dScene scene;
     KRE_3dObject& child = AddObject(scene, "child");
@@ -47,7 +47,7 @@ TEST(LinkObjects, AnEmptyParentNameClearsTheParent)
     EXPECT_EQ(child.parent, nullptr);
 }
 
-TEST(LinkObjects, AParentThatIsNotFoundWarnsAndLeavesNull)
+TEST(KRE_3dSceneLink, AParentThatIsNotFoundWarnsAndLeavesNull)
 {
     const LogScope log;
     KRE_3dScene scene;
@@ -62,7 +62,7 @@ TEST(LinkObjects, AParentThatIsNotFoundWarnsAndLeavesNull)
                                                "not found in scene 'Boat'. Child: 'child'"));
 }
 
-TEST(LinkObjects, LooksInTheSourceScene)
+TEST(KRE_3dSceneLink, LooksInTheSourceScene)
 {
     const LogScope log;
     KRE_3dScene scene;
@@ -80,7 +80,7 @@ TEST(LinkObjects, LooksInTheSourceScene)
                                                "'Harbour'. Child: 'lost'"));
 }
 
-TEST(LinkObjects, QuirkACameraWithAParentAndNoTargetNameLosesItsParent)
+TEST(KRE_3dSceneLink, QuirkACameraWithAParentAndNoTargetNameLosesItsParent)
 {
     const LogScope log;
     KRE_3dScene scene;
@@ -93,7 +93,7 @@ TEST(LinkObjects, QuirkACameraWithAParentAndNoTargetNameLosesItsParent)
     EXPECT_EQ(log.Text(), "");
 }
 
-TEST(LinkObjects, ACameraWithATargetKeepsItsParent)
+TEST(KRE_3dSceneLink, ACameraWithATargetKeepsItsParent)
 {
     KRE_3dScene scene;
     const KRE_3dObject& keel = AddObject(scene, "Keel");
@@ -104,7 +104,7 @@ TEST(LinkObjects, ACameraWithATargetKeepsItsParent)
     EXPECT_EQ(camera.target, &buoy);
 }
 
-TEST(LinkObjects, QuirkAMissingTargetIsReportedUnderTheParentsName)
+TEST(KRE_3dSceneLink, QuirkAMissingTargetIsReportedUnderTheParentsName)
 {
     const LogScope log;
     KRE_3dScene scene;
@@ -118,7 +118,7 @@ TEST(LinkObjects, QuirkAMissingTargetIsReportedUnderTheParentsName)
                                                "'*undefined*'. Child: 'camera'"));
 }
 
-TEST(LinkObjects, ALightGetsAParentButNoTarget)
+TEST(KRE_3dSceneLink, ALightGetsAParentButNoTarget)
 {
     KRE_3dScene scene;
     const KRE_3dObject& keel = AddObject(scene, "Keel");

@@ -99,9 +99,9 @@ TEST(PartitionMeshes, ASceneOfOnlyTransparentMeshesKeepsItsOrder)
     EXPECT_THAT(Order(scene), ElementsAre("a", "b", "c"));
 }
 
-TEST(PartitionMeshes, EachTransparentMeshChangesPlacesWithTheNextOpaqueOne)
+TEST(PartitionMeshes, EachTransparentMeshSwapsPlacesWithTheNextOpaqueOne)
 {
-    // t1 o1 t2 o2: at 0, t1 and o1 change places; at 1, t1 and o2; at 2 no opaque one is behind.
+    // t1 o1 t2 o2: at 0, t1 and o1 swap places; at 1, t1 and o2; at 2 no opaque one is left.
     KRE_3dScene scene;
     AddMesh(scene, "t1", 1);
     AddMesh(scene, "o1");
@@ -113,7 +113,7 @@ TEST(PartitionMeshes, EachTransparentMeshChangesPlacesWithTheNextOpaqueOne)
     EXPECT_STREQ(scene.meshes.GetSlot(0)->name.c_str(), "t1") << "the elements stay in their slots";
 }
 
-TEST(PartitionMeshes, LooksAtTheMaterialsWhereItIsNotKnown)
+TEST(PartitionMeshes, ChecksTheMaterialsIfTransparencyIsUnknown)
 {
     KRE_3dScene scene;
     KRE_Mesh& mesh = AddMesh(scene, "glass", -1);
@@ -137,7 +137,7 @@ TEST(PartitionMeshes, TrimmedListsKeepTheOrder)
 
 // ---- Links
 
-TEST(LinkBones, PointerGoesToTheSamePlaceAsItsName)
+TEST(LinkBones, PointerHasTheIndexOfItsName)
 {
     const LogScope log;
     KRE_3dScene scene;

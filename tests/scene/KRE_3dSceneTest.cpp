@@ -46,7 +46,7 @@ TEST(KRE_3dScene, ListsOfANewOneHaveRoomBeforeTheyGrow)
     EXPECT_EQ(scene.lights.Capacity(), 64);
 }
 
-TEST(KRE_3dScene, ResetBringsItBackToEmpty)
+TEST(KRE_3dScene, ResetEmptiesIt)
 {
     KRE_3dScene scene;
     AddObject(scene, "a");
@@ -180,7 +180,7 @@ TEST(KRE_3dScene, FindObjectComparesCaseOnlyWhenAsked)
     EXPECT_EQ(scene.FindObject("Masts", 0), nullptr);
 }
 
-TEST(KRE_3dScene, FindObjectTakesANullNameForAnEmptyOne)
+TEST(KRE_3dScene, FindObjectTreatsANullNameAsEmpty)
 {
     KRE_3dScene scene;
     EXPECT_EQ(scene.FindObject(nullptr, 1), nullptr);

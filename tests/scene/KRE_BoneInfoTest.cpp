@@ -18,7 +18,7 @@ TEST(KRE_BoneInfo, BindMatrixIsTheMeshsThenTheBones)
     ExpectMatrix(bone.meshInitTM, {{2, 0, 0, 0}, {0, 2, 0, 0}, {0, 0, 2, 0}, {0, 0, 0, 1}});
 }
 
-TEST(KRE_BoneInfo, OfANameAloneMovesNothing)
+TEST(KRE_BoneInfo, WithOnlyANameMovesNothing)
 {
     KRE_BoneInfo bone("Boat");
     for (D3DXMATRIX* matrix : {&bone.boneInitTM, &bone.meshInitTM, &bone.bindTM})
@@ -27,7 +27,7 @@ TEST(KRE_BoneInfo, OfANameAloneMovesNothing)
     EXPECT_STREQ(KRE_BoneInfo(nullptr).name, "");
 }
 
-TEST(KRE_BoneInfo, NameIsCutAt255Bytes)
+TEST(KRE_BoneInfo, NameIsTruncatedAt255Bytes)
 {
     const KRE_BoneInfo bone(std::string(300, 'x').c_str());
     EXPECT_EQ(std::strlen(bone.name), 255u);

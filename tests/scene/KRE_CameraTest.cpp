@@ -19,7 +19,7 @@ TEST(KRE_Camera, StartsAndResetsToItsDefaults)
 
 TEST(KRE_Camera, WithoutKeysAndParentLooksAlongMinusZOfItsOwnNode)
 {
-    // A quarter turn about y carries z to x, so -z to -x; y stays.
+    // A quarter turn about y takes z to x, so -z to -x; y stays.
     KRE_Camera camera;
     camera.position = {1, 2, 3};
     camera.rotationAxis = {0, 1, 0};

@@ -52,7 +52,7 @@ TEST(KRE_ColorTrack, TwoKeysWithoutLoopUseTheirOneSegment)
     ExpectColor(color, 0.25f, 0.375f, 0.75f, 1.0f);
 }
 
-TEST(KRE_ColorTrack, BezierWeighsTheFirstThreeComponents)
+TEST(KRE_ColorTrack, BezierInterpolatesTheFirstThreeComponents)
 {
     // u = 0.5: h00 = h01 = 0.5, h10 = 0.125, h11 = -0.125.
     // r = 0.125 * 8 + 0.5, g = 0.5 * 0.25 + 0.125 * 4 + 0.5 * 0.75, b = 0.5.
@@ -90,7 +90,7 @@ TEST(KRE_ColorTrack, DerivativeIsOfTheFirstThreeComponents)
     ExpectColor(derivative, -0.5f, 1.75f, -1.5f, -99.0f);
 }
 
-TEST(KRE_ColorTrack, DerivativeIsInASecondHoweverLongTheSegmentIs)
+TEST(KRE_ColorTrack, DerivativeIsPerSecondHoweverLongTheSegmentIs)
 {
     KRE_ColorTrack track = MakeTrack(1);
     track.Key(1).time = 5.0f; // four seconds after the first: a quarter of the slopes above

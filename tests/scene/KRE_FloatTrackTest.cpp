@@ -90,7 +90,7 @@ TEST(KRE_FloatTrack, OneKeyWithoutLoopHoldsAtEveryTime)
         EXPECT_EQ(track.Evaluate(time), 10.0f) << time;
 }
 
-TEST(KRE_FloatTrack, LinearGoesStraight)
+TEST(KRE_FloatTrack, LinearIsAStraightLine)
 {
     KRE_FloatTrack track = MakeTrack(0, {{1.0f, 10.0f, 7.0f, 7.0f}, {3.0f, 20.0f, 7.0f, 7.0f}});
     EXPECT_EQ(track.Evaluate(1.5f), 12.5f); // u = 0.25
@@ -110,7 +110,7 @@ TEST(KRE_FloatTrack, BezierWeighsTangentsThatPointAwayFromTheirKeys)
     EXPECT_EQ(track.Evaluate(2.0f), 16.5f);
 }
 
-TEST(KRE_FloatTrack, DerivativeIsTheSlopeInASecond)
+TEST(KRE_FloatTrack, DerivativeIsTheSlopePerSecond)
 {
     // u = 0.5: h00' = -1.5, h01' = 1.5, h10' = 0.75 - 2 + 1 = -0.25, h11' = 0.75 - 1 = -0.25.
     // (-0.25 * 8 - 1.5 * 10 + 0.25 * 4 + 1.5 * 20) / 2 seconds = (-2 - 15 + 1 + 30) / 2
@@ -141,7 +141,7 @@ TEST(KRE_FloatTrack, ATimeOnAKeyGivesItsValue)
         EXPECT_EQ(track.Evaluate(track.Key(i).time), track.Key(i).value) << i;
 }
 
-TEST(KRE_FloatTrack, OfTwoKeysAtOneTimeTheLaterOneHolds)
+TEST(KRE_FloatTrack, OfTwoKeysAtTheSameTimeTheLaterOneHolds)
 {
     KRE_FloatTrack track = MakeTrack(0, {{0.0f, 1.0f, 0.0f, 0.0f},
                                          {1.0f, 2.0f, 0.0f, 0.0f},
@@ -154,8 +154,8 @@ TEST(KRE_FloatTrack, OfTwoKeysAtOneTimeTheLaterOneHolds)
 
 TEST(KRE_FloatTrack, LoopGoesFromTheLastKeyToTheFirst)
 {
-    // Loop from 1 to 5: the time 4 is folded from 1 to 5 seconds: 1 + wrap(4, 4) = 1.
-    // Time 3 stays: 1 + 3 = 4 lies between the key at 3 and the loop's end at 5, u = 0.5.
+    // Loop from 1 to 5: the time 4 is folded from 1 to 5 seconds: 1 + wrap(4, 4) = 1. Time 3 stays:
+    // 1 + 3 = 4 is between the key at 3 and the loop's end at 5, u = 0.5.
     KRE_FloatTrack track = MakeTrack(0, {{1.0f, 10.0f, 0.0f, 0.0f}, {3.0f, 20.0f, 0.0f, 0.0f}});
     track.loop = 1;
     track.loopEnd = 5.0f;
@@ -196,7 +196,7 @@ TEST(KRE_FloatTrack, OneLoopedKeyGoesFromItselfToItself)
     EXPECT_EQ(track.Evaluate(0.5f), 10.0f);
 }
 
-/// The bracket by a walk over all keys, and the line in it, as an independent rule.
+/// An independent reference: finds the segment by a walk over all keys and interpolates linearly.
 static float WalkLinear(const KRE_FloatTrack& track, float time)
 {
     int32_t i = 0;
@@ -216,7 +216,7 @@ TEST(KRE_FloatTrack, SearchFindsTheSegmentThatAWalkFinds)
         track.interpolation = 0;
         float time = 0.0f;
         for (int32_t i = 0; i < count; ++i) {
-            // Gaps from even to very uneven, which lead the guesses astray.
+            // Gaps from even to very uneven, which mislead the guesses.
             const float gap = static_cast<float>(random() % 1000 + 1);
             time += i % 7 == 0 ? gap * gap * 0.001f : gap * 0.01f;
             track.Key(i) = {time, static_cast<float>(random() % 100), 0.0f, 0.0f};
@@ -243,13 +243,13 @@ TEST(KRE_FloatTrack, AnyTimesOfAFileFindAKey)
         track.loop = static_cast<uint8_t>(random() % 2);
         track.loopEnd = odd[random() % 9];
         track.interpolation = 0;
-        // Between values of 1 a line gives 1, unless the place in it is no number.
+        // Between values of 1 a line gives 1, unless the position on it is NaN.
         const float value = track.Evaluate(odd[random() % 9]);
         EXPECT_TRUE(value == 1.0f || std::isnan(value)) << value;
     }
 }
 
-TEST(KRE_FloatTrack, ATimeThatIsNoNumberHoldsTheFirstKey)
+TEST(KRE_FloatTrack, ATimeThatIsNotANumberHoldsTheFirstKey)
 {
     KRE_FloatTrack track = MakeTrack(1, {{1.0f, 10.0f, 0.0f, 8.0f}, {3.0f, 20.0f, 4.0f, 0.0f}});
     EXPECT_EQ(track.Evaluate(std::numeric_limits<float>::quiet_NaN()), 10.0f);

@@ -14,7 +14,7 @@ constexpr DWORD kManaged = 544;          // D3DXMESH_VB_MANAGED, D3DXMESH_IB_MAN
 constexpr DWORD kSystemMemory = 272;     // D3DXMESH_VB_SYSTEMMEM, D3DXMESH_IB_SYSTEMMEM
 constexpr DWORD kSoftwareSystem = 98576; // and D3DXMESH_SOFTWAREPROCESSING
 
-class CreateMesh : public SceneEngineTest {
+class KRE_GfxMeshesTest : public SceneEngineTest {
 protected:
     static void Create(KRE_Mesh& mesh, DWORD fvf = kPlain, DWORD options = 0, int32_t bones = 0)
     {
@@ -24,7 +24,7 @@ protected:
 
 } // namespace
 
-TEST_F(CreateMesh, MakesADeviceMeshOfTheCountsAndTheFormat)
+TEST_F(KRE_GfxMeshesTest, MakesADeviceMeshOfTheCountsAndTheFormat)
 {
     KRE_Mesh mesh;
     gGfx->CreateMesh(&mesh, 7, 9, 2, kPlain | D3DFVF_TEX1, 0, 0);
@@ -39,7 +39,7 @@ TEST_F(CreateMesh, MakesADeviceMeshOfTheCountsAndTheFormat)
     EXPECT_EQ(mesh.materialCount, 2);
 }
 
-TEST_F(CreateMesh, OptionsAreManagedOrSystemMemoryOrTheCallersOwn)
+TEST_F(KRE_GfxMeshesTest, OptionsAreManagedOrSystemMemoryOrTheCallersOwn)
 {
     static const struct {
         const char* what;
@@ -58,7 +58,7 @@ TEST_F(CreateMesh, OptionsAreManagedOrSystemMemoryOrTheCallersOwn)
     }
 }
 
-TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
+TEST_F(KRE_GfxMeshesTest, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
 {
     gGfx->caps.MaxVertexBlendMatrixIndex = 100;
     gGfx->hardwareSkinningLimit = 18;
@@ -77,14 +77,14 @@ TEST_F(CreateMesh, WhatTheHardwareCannotBlendGoesToSoftwareInSystemMemory)
     for (const auto& c : cases) {
         gGfx->hardwareSkinning = c.hardwareSkinning;
         KRE_Mesh mesh;
-        mesh.processing = 2; // of before
+        mesh.processing = 2; // the old value
         Create(mesh, c.fvf, 0, c.bones);
         EXPECT_EQ(mesh.processing, c.path) << c.what;
         EXPECT_EQ(mesh.mesh->GetOptions(), c.options) << c.what;
     }
 }
 
-TEST_F(CreateMesh, OnADeviceThatProcessesInSoftwareEveryMeshDoes)
+TEST_F(KRE_GfxMeshesTest, OnASoftwareDeviceEveryMeshIsProcessedInSoftware)
 {
     Restart(0);
     KRE_Mesh mesh;
@@ -93,7 +93,7 @@ TEST_F(CreateMesh, OnADeviceThatProcessesInSoftwareEveryMeshDoes)
     EXPECT_EQ(mesh.mesh->GetOptions(), kSoftwareSystem);
 }
 
-TEST_F(CreateMesh, AVertexCountOfExactly65535IsAccepted)
+TEST_F(KRE_GfxMeshesTest, AVertexCountOfExactly65535IsAccepted)
 {
     KRE_Mesh mesh;
     gGfx->CreateMesh(&mesh, 1, 65535, 0, kPlain, 0, 0);
@@ -103,7 +103,7 @@ TEST_F(CreateMesh, AVertexCountOfExactly65535IsAccepted)
     EXPECT_EQ(mesh.vertexCount, 65535) << "the mesh is left as it was";
 }
 
-TEST_F(CreateMesh, AFailedCreationIsAnErrorWithBlanksAroundIt)
+TEST_F(KRE_GfxMeshesTest, AFailedCreationIsAnErrorWithBlanksAroundIt)
 {
     RecordingDirect3D& direct3D = StartRecording();
     direct3D.FailNext("CreateVertexBuffer", D3DERR_OUTOFVIDEOMEMORY);
@@ -114,7 +114,7 @@ TEST_F(CreateMesh, AFailedCreationIsAnErrorWithBlanksAroundIt)
     EXPECT_FALSE(mesh.mesh);
 }
 
-TEST_F(CreateMesh, CountsAndFormatsThatMakeNoMeshAreAFailedCreation)
+TEST_F(KRE_GfxMeshesTest, InvalidCountsAndFormatsFailTheCreation)
 {
     static const struct {
         const char* what;
@@ -138,7 +138,7 @@ TEST_F(CreateMesh, CountsAndFormatsThatMakeNoMeshAreAFailedCreation)
     }
 }
 
-TEST_F(CreateMesh, ADeviceVertexHoldsWhatTheLayoutSays)
+TEST_F(KRE_GfxMeshesTest, ADeviceVertexHoldsWhatTheLayoutSays)
 {
     for (DWORD position = D3DFVF_XYZ; position <= D3DFVF_XYZB5; position += 2) {
         for (const DWORD more :
@@ -154,7 +154,7 @@ TEST_F(CreateMesh, ADeviceVertexHoldsWhatTheLayoutSays)
     }
 }
 
-TEST_F(CreateMesh, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
+TEST_F(KRE_GfxMeshesTest, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
 {
     KRE_Mesh mesh;
     gGfx->CreateMesh(&mesh, 2, 4, 2, kPlain, 0, 0);
@@ -167,7 +167,7 @@ TEST_F(CreateMesh, MaterialsOfANewMeshAreLightGreyAndTheirTexturesHaveTheDevice)
     }
 }
 
-TEST_F(CreateMesh, ASecondCreationKeepsTheMaterials)
+TEST_F(KRE_GfxMeshesTest, ASecondCreationKeepsTheMaterials)
 {
     KRE_Mesh mesh;
     Create(mesh);
@@ -177,7 +177,7 @@ TEST_F(CreateMesh, ASecondCreationKeepsTheMaterials)
     EXPECT_EQ(mesh.mesh->GetNumFaces(), 5u);
 }
 
-TEST_F(CreateMesh, ASecondCreationWithADifferentMaterialCountIsAnError)
+TEST_F(KRE_GfxMeshesTest, ASecondCreationWithADifferentMaterialCountIsAnError)
 {
     KRE_Mesh mesh;
     Create(mesh);
@@ -185,7 +185,7 @@ TEST_F(CreateMesh, ASecondCreationWithADifferentMaterialCountIsAnError)
               "nrMat does not match!");
 }
 
-TEST_F(CreateMesh, ASecondCreationLeavesTheOtherUsersTheirMesh)
+TEST_F(KRE_GfxMeshesTest, ASecondCreationLeavesTheOtherUsersTheirMesh)
 {
     KRE_Mesh mesh, clone;
     MakeStrip(mesh, 4, 1);
@@ -198,7 +198,7 @@ TEST_F(CreateMesh, ASecondCreationLeavesTheOtherUsersTheirMesh)
     EXPECT_EQ(gGfx->meshManager.GetEntry(0)->useCount, 1);
 }
 
-TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
+TEST_F(KRE_GfxMeshesTest, EndsBySettingTheBlendFlags)
 {
     KRE_Mesh mesh;
     Create(mesh, kThreeWeights);
@@ -207,7 +207,7 @@ TEST_F(CreateMesh, EndsBySettingTheBlendFlags)
     EXPECT_EQ(mesh.vertexBlendFlags, static_cast<DWORD>(D3DVBF_DISABLE));
 }
 
-TEST_F(CreateMesh, TakesTheLocksOfTheMeshBeforeAway)
+TEST_F(KRE_GfxMeshesTest, ReleasesTheLocksOfThePreviousMesh)
 {
     KRE_Mesh mesh;
     Create(mesh);

@@ -98,7 +98,7 @@ TEST(ComputeInnerControls, OfKeysThatAreNotTcbStayZero)
     }
 }
 
-TEST(ComputeInnerControls, ContinuityAndBiasPlayNoPart)
+TEST(ComputeInnerControls, ContinuityAndBiasHaveNoEffect)
 {
     KRE_KeyTracks tracks;
     AddTcbKeys(tracks, {0, 1, 1.6}, 0.25);

@@ -222,17 +222,17 @@ TEST(RotationKeys, TcbSegmentWorkedThroughOnPaper)
 
 TEST(RotationKeys, TcbSegmentIsEased)
 {
-    // Ease 0.7 away and 0.7 towards are scaled to 0.5 each: s(0.25) = 0.125. Without continuity b
-    // and c are s, which makes it a Bezier curve: with controls at the thirds of a steady turn it
-    // is s itself.
+    // An outgoing and an incoming ease of 0.7 are scaled to 0.5 each: s(0.25) = 0.125. Without
+    // continuity b and c are s, which makes it a Bezier curve: with controls at the thirds of a
+    // steady turn it is s itself.
     KRE_KeyTracks tracks = TcbPair(1.0 / 3, 2.0 / 3);
     tracks.rotKeys.Head()->easeOut = 0.7f;
-    tracks.rotKeys.Head()->easeIn = 0.3f; // of the other side: plays no part
+    tracks.rotKeys.Head()->easeIn = 0.3f; // on the other side: has no effect
     tracks.rotKeys.Tail()->easeIn = 0.7f;
     ExpectTurnAboutZ(RotAt(tracks, 0.25f), 0.125);
 }
 
-TEST(RotationKeys, BiasPlaysNoPart)
+TEST(RotationKeys, BiasHasNoEffect)
 {
     KRE_KeyTracks tracks = TcbPair(0.2, 0.7);
     const D3DXQUATERNION before = RotAt(tracks, 0.4f);
@@ -274,7 +274,7 @@ TEST(KeyEvaluation, IsContinuousAtKeys)
         const D3DXVECTOR3 at = PosAt(tracks, time);
         EXPECT_NEAR(PosAt(tracks, time - step).x, at.x, 0.01f) << i;
         EXPECT_NEAR(PosAt(tracks, time + step).x, at.x, 0.01f) << i;
-        // q and -q are the same rotation: a slerp may come in with either sign.
+        // q and -q are the same rotation: a slerp may give either sign.
         const D3DXQUATERNION turn = RotAt(tracks, time);
         const D3DXQUATERNION before = RotAt(tracks, time - step);
         const D3DXQUATERNION after = RotAt(tracks, time + step);
@@ -324,7 +324,7 @@ TEST(KeyEvaluation, AgreesWithAndWithoutAnIndexOnRandomLists)
     }
 }
 
-TEST(KeyEvaluation, TimesThatAreNoNumbersOrInfiniteComeToAnEnd)
+TEST(KeyEvaluation, TimesThatAreNotNumbersOrInfiniteTerminate)
 {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
@@ -347,7 +347,7 @@ TEST(KeyEvaluation, TimesThatAreNoNumbersOrInfiniteComeToAnEnd)
                         RotAt(tracks, time, {0, 2});
                     }
                 }
-                // A finite time between two finite keys is not harmed by what stands elsewhere.
+                // A finite time between two finite keys is not affected by the other keys.
                 if (first == 0 && second == 3) {
                     EXPECT_EQ(PosAt(tracks, 1).x, 1.0f) << third;
                 }

@@ -38,6 +38,23 @@ TEST(KRE_KeyIndex, AnEmptyListNeedsNoIndex)
     EXPECT_FALSE(index);
 }
 
+TEST(KRE_KeyIndex, CopyIsEmptyAlsoWhereThereWasAnIndex)
+{
+    PosKeys keys;
+    keys.Insert(PosKey(0, 0));
+    PosIndex index;
+    PosIndex target;
+    ASSERT_TRUE(index.Build(keys, 1));
+    ASSERT_TRUE(target.Build(keys, 1));
+    EXPECT_FALSE(PosIndex(index));
+    target = index;
+    EXPECT_FALSE(target);
+    EXPECT_EQ(target.Count(), 0);
+    const PosIndex& itself = index;
+    index = itself;
+    EXPECT_EQ(index.Count(), 1) << "its keys are its own";
+}
+
 TEST(FindKey, BisectsToTheLastKeyThatIsNotLater)
 {
     PosKeys keys;

@@ -40,7 +40,7 @@ TEST(KRE_KeyList, InsertKeepsTimeOrder)
                 testing::ElementsAre(0.0f, 1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 9.0f));
 }
 
-TEST(KRE_KeyList, OfKeysWithEqualTimesTheNewestStandsLast)
+TEST(KRE_KeyList, OfKeysWithEqualTimesTheNewestIsLast)
 {
     PosKeys keys;
     float number = 0;
@@ -56,7 +56,7 @@ TEST(KRE_KeyList, QuirkAKeyBeforeTheHeadIsLost)
     EXPECT_THAT(Values(keys), testing::ElementsAre(2.0f, 3.0f));
 }
 
-TEST(KRE_KeyList, ATimeThatIsNoNumberGoesLastAndIsPassedOver)
+TEST(KRE_KeyList, ATimeThatIsNotANumberGoesLastAndIsSkipped)
 {
     PosKeys keys = Listed({0, 5});
     keys.Insert(PosKey(kNaN, 100));
@@ -71,7 +71,7 @@ TEST(KRE_KeyList, ATimeThatIsNoNumberGoesLastAndIsPassedOver)
     EXPECT_THAT(Values(odd), testing::ElementsAre(100.0f, -kInfinity, 1.0f, 2.0f, kInfinity));
 }
 
-/// The rule in its plainest form: walk past every key that is not later.
+/// The rule in its simplest form: walk past every key that is not later.
 static void InsertByWalk(std::vector<std::pair<float, float>>& keys, float time, float number)
 {
     size_t at = 0;
@@ -79,7 +79,7 @@ static void InsertByWalk(std::vector<std::pair<float, float>>& keys, float time,
         return;
     while (at < keys.size() && !(keys[at].first > time))
         ++at;
-    keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(at), {time, number});
+    keys.insert(keys.begin() + static_cast<ptrdiff_t>(at), {time, number});
 }
 
 TEST(KRE_KeyList, InsertAgreesWithAPlainWalkOnRandomTimes)
@@ -93,7 +93,7 @@ TEST(KRE_KeyList, InsertAgreesWithAPlainWalkOnRandomTimes)
             if (random() % 20 == 0)
                 time = kNaN;
             const float number = static_cast<float>(i);
-            // Some lists come from files as they are, in no order at all.
+            // Some lists come from files unchanged, in no order at all.
             if (round % 2 && i < 20) {
                 keys.Append(PosKey(time, number));
                 walked.push_back({time, number});
@@ -174,7 +174,7 @@ TEST(KRE_KeyList, TrimKeepsTheWindowAndAKeyToStartFrom)
     }
 }
 
-TEST(KRE_KeyList, InsertKeepsToTimesChangedInPlace)
+TEST(KRE_KeyList, InsertFollowsTimesChangedInPlace)
 {
     PosKeys keys = Listed({0, 4, 2});
     for (KRE_PosKeyData* key = keys.Head(); key; key = key->next.get())

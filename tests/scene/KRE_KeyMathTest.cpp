@@ -60,7 +60,7 @@ TEST(EaseRatio, IsContinuousAndEndsAtOne)
     }
 }
 
-TEST(EaseRatio, AtTheEndWithoutEaseThereIsANumber)
+TEST(EaseRatio, IsANumberAtTheEndWithoutEase)
 {
     EXPECT_EQ(EaseRatio(1, 0.5f, 0), 1.0f);
 }

@@ -17,7 +17,7 @@ TEST(KRE_KeyTracks, AddsCountEveryKey)
     EXPECT_EQ(tracks.scaleKeys.Head()->value.z, 3.0f);
 }
 
-TEST(KRE_KeyTracks, QuirkAKeyBeforeTheHeadIsCountedAllTheSame)
+TEST(KRE_KeyTracks, QuirkAKeyBeforeTheHeadIsStillCounted)
 {
     KRE_KeyTracks tracks;
     tracks.AddRotKey(RotKey(2, 1));
@@ -37,10 +37,10 @@ TEST(KRE_KeyTracks, RotationsAreCumulative)
     ExpectTurnAboutZ(tracks.GetLastRotKey()->rotation, 1.75);
 }
 
-TEST(KRE_KeyTracks, TheTurnBeforeIsAppliedFirst)
+TEST(KRE_KeyTracks, ThePreviousTurnIsAppliedFirst)
 {
-    // A quarter turn about z carries x to y; a quarter turn about x carries y to z. One after the
-    // other they carry x to z, so the product's matrix has (0, 0, 1) in its first row.
+    // A quarter turn about z takes x to y; a quarter turn about x takes y to z. Together they take
+    // x to z, so the product's matrix has (0, 0, 1) in its first row.
     KRE_KeyTracks tracks;
     tracks.AddRotKey(RotKey(0, kPi / 2));
     KRE_RotKeyData about = RotKey(1, kPi / 2);
@@ -54,7 +54,8 @@ TEST(KRE_KeyTracks, TheTurnBeforeIsAppliedFirst)
 TEST(KRE_KeyTracks, QuirkTheSignFollowsTheRelativeTurn)
 {
     // Half angles 2 and 0.1: the dot product of the two is cos 1.9 < 0, so the turn is negated and
-    // with it the result, though cos 0.1 between the two cumulative rotations would not ask for it.
+    // with it the result, although cos 0.1 between the two cumulative rotations would not require
+    // it.
     KRE_KeyTracks tracks;
     tracks.AddRotKey(RotKey(0, 4));
     tracks.AddRotKey(RotKey(1, 0.2f));
@@ -120,7 +121,7 @@ TEST(KRE_KeyTracks, TrimKeysCutsAllThreeTracks)
     ASSERT_EQ(tracks.posIndex.Count(), 2);
     EXPECT_EQ(tracks.posIndex.Entries()[1].time, 1.0f);
     EXPECT_FALSE(tracks.rotIndex);
-    // The cumulative rotation of what went stays in what is left.
+    // The cumulative rotation of removed keys stays in the remaining ones.
     ExpectTurnAboutZ(tracks.rotKeys.Head()->rotation, 0.2);
 }
 

@@ -4,7 +4,7 @@
 
 #include "tests/scene/SceneTesting.h"
 
-TEST(KRE_Light, StartsClearedButForTheFalloff)
+TEST(KRE_Light, StartsClearedExceptForTheFalloff)
 {
     const KRE_Light light;
     EXPECT_EQ(light.objectKind, 32);
@@ -39,7 +39,7 @@ TEST(KRE_Light, AnEvaluationWritesAChangedPosition)
     light.Evaluate(1, 1, 0);
     ExpectVector(light.light.Position, 1, 2, 3);
     ExpectVector(light.light.Direction, 0, 0, -1);
-    light.position = {4, 5, 6}; // no call tells of this
+    light.position = {4, 5, 6}; // no call reports this
     light.Evaluate(2, 1, 0);
     ExpectVector(light.light.Position, 4, 5, 6);
 }
@@ -55,8 +55,8 @@ TEST(KRE_Light, SettersWriteTheLightAtOnce)
 
 TEST(KRE_Light, QuirkAPivotMovesTheDirectionAsAPoint)
 {
-    // inverse(W) * P * W with a W that only moves and a P that moves by (0, 0, 2) is that move; it
-    // is added to the position and to the direction (0, 0, -1) alike.
+    // inverse(W) * P * W, with a W that only translates and a P that translates by (0, 0, 2), is
+    // that translation; it is added to both the position and the direction (0, 0, -1).
     KRE_Light light;
     light.pivotTM._43 = 2;
     light.position = {1, 2, 3};
@@ -65,7 +65,7 @@ TEST(KRE_Light, QuirkAPivotMovesTheDirectionAsAPoint)
     ExpectVector(light.light.Direction, 0, 0, 1);
 }
 
-TEST(KRE_Light, TheExtraMatrixCarriesBothVectors)
+TEST(KRE_Light, TheExtraMatrixTransformsBothVectors)
 {
     KRE_Light light;
     light.SetPosition(1, 2, 3);
@@ -87,7 +87,7 @@ TEST(KRE_Light, TheDirectionToATargetIsNotNormalised)
     ExpectVector(light.light.Direction, 0, 0, 8);
 }
 
-TEST(KRE_Light, ResetPutsItsFieldsBack)
+TEST(KRE_Light, ResetRestoresItsFields)
 {
     KRE_Light light;
     light.SetDirectional(1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1);

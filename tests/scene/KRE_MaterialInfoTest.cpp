@@ -4,8 +4,8 @@
 
 namespace {
 
-void ExpectColour(const D3DCOLORVALUE& actual, float r, float g, float b, float a,
-                  const std::string& what = "")
+void ExpectColor(const D3DCOLORVALUE& actual, float r, float g, float b, float a,
+                 const std::string& what = "")
 {
     EXPECT_FLOAT_EQ(actual.r, r) << what << " r";
     EXPECT_FLOAT_EQ(actual.g, g) << what << " g";
@@ -14,10 +14,10 @@ void ExpectColour(const D3DCOLORVALUE& actual, float r, float g, float b, float 
 }
 
 /// One key, which holds at any time.
-void Hold(KRE_ColorTrack& track, const D3DCOLORVALUE& colour)
+void Hold(KRE_ColorTrack& track, const D3DCOLORVALUE& color)
 {
     track.SetKeyCount(1);
-    track.Key(0).value = colour;
+    track.Key(0).value = color;
 }
 
 } // namespace
@@ -25,10 +25,10 @@ void Hold(KRE_ColorTrack& track, const D3DCOLORVALUE& colour)
 TEST(KRE_MaterialInfo, StartsWithItsDefaults)
 {
     const KRE_MaterialInfo material;
-    ExpectColour(material.diffuse, 1, 1, 1, 1, "diffuse");
-    ExpectColour(material.ambient, 1, 1, 1, 1, "ambient");
-    ExpectColour(material.specular, 1, 1, 1, 1, "specular");
-    ExpectColour(material.emissive, 0, 0, 0, 1, "emissive");
+    ExpectColor(material.diffuse, 1, 1, 1, 1, "diffuse");
+    ExpectColor(material.ambient, 1, 1, 1, 1, "ambient");
+    ExpectColor(material.specular, 1, 1, 1, 1, "specular");
+    ExpectColor(material.emissive, 0, 0, 0, 1, "emissive");
     EXPECT_EQ(material.power, 0.0f);
     EXPECT_EQ(material.twoSided, 0);
     EXPECT_EQ(material.transparent, 0);
@@ -45,8 +45,12 @@ TEST(KRE_MaterialInfo, StartsWithItsDefaults)
                   material.opacityTrack.GetKeyCount(),
               0);
     EXPECT_TRUE(material.effectParams.name.IsEmpty());
-    for (const KRE_EffectParam& param : material.effectParams.params)
+    for (const KRE_EffectParam& param : material.effectParams.params) {
         EXPECT_EQ(param.hasFloat + param.hasVector, 0);
+        EXPECT_EQ(param.floatValue, 0.0f);
+        for (const float value : param.vectorValue)
+            EXPECT_EQ(value, 0.0f);
+    }
 }
 
 TEST(KRE_MaterialInfo, DrawingDefaultsAreLightGreyAndMatt)
@@ -54,14 +58,14 @@ TEST(KRE_MaterialInfo, DrawingDefaultsAreLightGreyAndMatt)
     KRE_MaterialInfo material;
     material.power = 9;
     material.SetDrawingDefaults();
-    ExpectColour(material.diffuse, 0.9f, 0.9f, 0.9f, 1, "diffuse");
-    ExpectColour(material.ambient, 0.9f, 0.9f, 0.9f, 1, "ambient");
-    ExpectColour(material.specular, 0, 0, 0, 1, "specular");
-    ExpectColour(material.emissive, 0, 0, 0, 1, "emissive");
+    ExpectColor(material.diffuse, 0.9f, 0.9f, 0.9f, 1, "diffuse");
+    ExpectColor(material.ambient, 0.9f, 0.9f, 0.9f, 1, "ambient");
+    ExpectColor(material.specular, 0, 0, 0, 1, "specular");
+    ExpectColor(material.emissive, 0, 0, 0, 1, "emissive");
     EXPECT_EQ(material.power, 0.0f);
 }
 
-TEST(KRE_MaterialInfo, DeviceMaterialHasTheColoursAndTheExponent)
+TEST(KRE_MaterialInfo, DeviceMaterialHasTheColorsAndTheExponent)
 {
     KRE_MaterialInfo material;
     material.diffuse = {0.1f, 0.2f, 0.3f, 0.4f};
@@ -70,10 +74,10 @@ TEST(KRE_MaterialInfo, DeviceMaterialHasTheColoursAndTheExponent)
     material.emissive = {2.1f, 2.2f, 2.3f, 2.4f};
     material.power = 20;
     const D3DMATERIAL9 device = material.DeviceMaterial();
-    ExpectColour(device.Diffuse, 0.1f, 0.2f, 0.3f, 0.4f, "diffuse");
-    ExpectColour(device.Ambient, 0.5f, 0.6f, 0.7f, 0.8f, "ambient");
-    ExpectColour(device.Specular, 1.1f, 1.2f, 1.3f, 1.4f, "specular");
-    ExpectColour(device.Emissive, 2.1f, 2.2f, 2.3f, 2.4f, "emissive");
+    ExpectColor(device.Diffuse, 0.1f, 0.2f, 0.3f, 0.4f, "diffuse");
+    ExpectColor(device.Ambient, 0.5f, 0.6f, 0.7f, 0.8f, "ambient");
+    ExpectColor(device.Specular, 1.1f, 1.2f, 1.3f, 1.4f, "specular");
+    ExpectColor(device.Emissive, 2.1f, 2.2f, 2.3f, 2.4f, "emissive");
     EXPECT_EQ(device.Power, 20.0f);
 }
 
@@ -94,17 +98,17 @@ TEST(KRE_MaterialInfo, EachTrackWithKeysOverwritesAllFourComponentsOfItsField)
         material.diffuse = material.ambient = material.specular = {9, 9, 9, 9};
         Hold(material.*c.track, {0.1f, 0.2f, 0.3f, 0.4f});
         material.Evaluate(0);
-        ExpectColour(material.*c.field, 0.1f, 0.2f, 0.3f, 0.4f, c.what);
+        ExpectColor(material.*c.field, 0.1f, 0.2f, 0.3f, 0.4f, c.what);
         int changed = 0;
-        for (const D3DCOLORVALUE& colour : {material.diffuse, material.ambient, material.specular})
-            changed += colour.r != 9.0f ? 1 : 0;
+        for (const D3DCOLORVALUE& color : {material.diffuse, material.ambient, material.specular})
+            changed += color.r != 9.0f ? 1 : 0;
         EXPECT_EQ(changed, 1) << c.what;
     }
 }
 
 TEST(KRE_MaterialInfo, TracksFollowTheTime)
 {
-    // Linear from 0 at 1 s to 8 at 5 s: 2 a second, so 4 at 3 s.
+    // Linear from 0 at 1 s to 8 at 5 s: 2 per second, so 4 at 3 s.
     KRE_MaterialInfo material;
     material.opacityTrack.SetKeyCount(2);
     material.opacityTrack.interpolation = KRE_FloatTrack::kLinear;
@@ -115,7 +119,7 @@ TEST(KRE_MaterialInfo, TracksFollowTheTime)
     EXPECT_FLOAT_EQ(material.transparency, 4.0f);
 }
 
-TEST(KRE_MaterialInfo, OpacityTrackIsTakenAsTransparencyAsItStands)
+TEST(KRE_MaterialInfo, OpacityTrackIsUsedAsTransparencyUnchanged)
 {
     KRE_MaterialInfo material;
     material.opacityTrack.SetKeyCount(1);
@@ -131,7 +135,7 @@ TEST(KRE_MaterialInfo, WithoutKeysNothingChanges)
     material.diffuse = {3, 3, 3, 3};
     material.transparency = 0.5f;
     material.Evaluate(1);
-    ExpectColour(material.diffuse, 3, 3, 3, 3);
+    ExpectColor(material.diffuse, 3, 3, 3, 3);
     EXPECT_EQ(material.transparency, 0.5f);
 }
 
@@ -142,11 +146,11 @@ TEST(KRE_MaterialInfo, QuirkSelfIlluminationAndAmbientTracksShowTheSelfIlluminat
     Hold(material.ambientTrack, {0.1f, 0.1f, 0.1f, 1});
     Hold(material.selfIllumTrack, {0.6f, 0.5f, 0.4f, 0.3f});
     material.Evaluate(0);
-    ExpectColour(material.ambient, 0.6f, 0.5f, 0.4f, 0.3f, "ambient");
-    ExpectColour(material.emissive, 0.7f, 0.7f, 0.7f, 0.7f, "emissive is never animated");
+    ExpectColor(material.ambient, 0.6f, 0.5f, 0.4f, 0.3f, "ambient");
+    ExpectColor(material.emissive, 0.7f, 0.7f, 0.7f, 0.7f, "emissive is never animated");
 }
 
-TEST(KRE_MaterialInfo, CombineMultipliesColoursAndAddsUpTransparency)
+TEST(KRE_MaterialInfo, CombineMultipliesColorsAndAddsUpTransparency)
 {
     KRE_MaterialInfo own;
     own.diffuse = {0.5f, 0.25f, 1, 0.5f};
@@ -174,10 +178,10 @@ TEST(KRE_MaterialInfo, CombineMultipliesColoursAndAddsUpTransparency)
     override.reflectionAmount = 0.25f;
 
     const KRE_MaterialInfo result = own.Combine(override);
-    ExpectColour(result.diffuse, 0.25f, 0.25f, 0.5f, 0.25f, "diffuse");
-    ExpectColour(result.ambient, 0.5f, 0.25f, 0, 0.5f, "ambient");
-    ExpectColour(result.specular, 0.5f, 1, 2, 4, "specular");
-    ExpectColour(result.emissive, 0.6f, 0.7f, 0.8f, 0.9f, "emissive: sums");
+    ExpectColor(result.diffuse, 0.25f, 0.25f, 0.5f, 0.25f, "diffuse");
+    ExpectColor(result.ambient, 0.5f, 0.25f, 0, 0.5f, "ambient");
+    ExpectColor(result.specular, 0.5f, 1, 2, 4, "specular");
+    ExpectColor(result.emissive, 0.6f, 0.7f, 0.8f, 0.9f, "emissive: sums");
     EXPECT_FLOAT_EQ(result.transparency, 0.75f) << "1 - 0.5 * 0.5";
     EXPECT_EQ(result.power, 12.0f);
     EXPECT_EQ(result.reflectionSet, 1) << "the override's";
@@ -189,7 +193,7 @@ TEST(KRE_MaterialInfo, CombineMultipliesColoursAndAddsUpTransparency)
     EXPECT_EQ(result.tileV, 0);
 }
 
-TEST(KRE_MaterialInfo, CombineMultipliesEmissiveWhereTheOverrideSaysSo)
+TEST(KRE_MaterialInfo, CombineMultipliesEmissiveIfTheOverrideSaysSo)
 {
     KRE_MaterialInfo own;
     own.emissive = {0.5f, 0.25f, 1, 0.5f};
@@ -197,7 +201,7 @@ TEST(KRE_MaterialInfo, CombineMultipliesEmissiveWhereTheOverrideSaysSo)
     KRE_MaterialInfo override;
     override.emissive = {0.5f, 0.5f, 0.5f, 0.5f};
     override.addEmissive = 0;
-    ExpectColour(own.Combine(override).emissive, 0.25f, 0.125f, 0.5f, 0.25f);
+    ExpectColor(own.Combine(override).emissive, 0.25f, 0.125f, 0.5f, 0.25f);
 }
 
 TEST(KRE_MaterialInfo, CombineLeavesAllOtherFieldsAtTheirDefaults)

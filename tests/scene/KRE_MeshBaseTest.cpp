@@ -11,7 +11,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// A mesh over a device mesh that notes its calls.
+/// A mesh over a device mesh that records its calls.
 class FakedMesh : public testing::Test {
 protected:
     FakedMesh() : fake(new FakeMesh) { mesh.mesh = ComPointer<ID3DXMesh>::Share(fake.get()); }
@@ -27,7 +27,7 @@ class RealMesh : public SceneEngineTest {};
 
 // ---- Locks
 
-TEST_F(FakedMesh, LockAllTakesIndexVertexAndAttributeBuffer)
+TEST_F(FakedMesh, LockAllLocksIndexVertexAndAttributeBuffer)
 {
     EXPECT_EQ(mesh.LockAll(D3DLOCK_READONLY), 1); // 16
     EXPECT_THAT(fake->calls,
@@ -118,7 +118,7 @@ TEST(KRE_MeshBase, LockingWithoutADeviceMeshIsAnError)
     EXPECT_EQ(mesh.UnlockAll(), 1);
 }
 
-TEST_F(FakedMesh, LettingGoOfADeviceMeshUnlocksIt)
+TEST_F(FakedMesh, ReleasingADeviceMeshUnlocksIt)
 {
     mesh.LockVertexBuffer(0);
     mesh.ReleaseDeviceMesh();
@@ -147,7 +147,7 @@ TEST_F(FakedMesh, AccessorsAreOffsetsIntoTheLockedBuffers)
     EXPECT_EQ(mesh.Attribute(3) - mesh.attributeData, 3);
 }
 
-TEST(KRE_MeshBase, SetVertexFormatKeepsTheBlendPathAlone)
+TEST(KRE_MeshBase, SetVertexFormatKeepsOnlyTheBlendPath)
 {
     KRE_MeshBase mesh;
     mesh.processing = 2;
@@ -190,7 +190,7 @@ TEST(KRE_MeshBase, GetTextureCopiesOrWarns)
     EXPECT_STREQ(texture.slotNames[0].c_str(), "sail.bmp") << "left alone";
 }
 
-TEST(KRE_MeshBase, HasTransparencyLooksAtTheMaterialsOnce)
+TEST(KRE_MeshBase, HasTransparencyChecksTheMaterialsOnce)
 {
     KRE_MeshBase mesh;
     mesh.AllocateMaterials(3);
@@ -238,7 +238,7 @@ TEST(KRE_MeshBase, OptimizeWithoutADeviceMeshDoesNothing)
 
 TEST_F(RealMesh, OptimizeMakesEachAttributeOneRange)
 {
-    // Six faces of the attributes 0 1 2 0 1 2 become the ranges of two faces each.
+    // Six faces with the attributes 0 1 2 0 1 2 become three ranges of two faces each.
     KRE_Mesh mesh;
     MakeStrip(mesh, 6, 3);
     D3DXATTRIBUTERANGE table[3] = {};
@@ -262,7 +262,7 @@ TEST_F(RealMesh, OptimizeMakesEachAttributeOneRange)
 namespace {
 
 /// A mesh with a material whose transparency is the time, from -10 to 10 seconds, and a node that
-/// moves along x by 1 in a second from 0 to 10.
+/// moves along x by 1 per second from 0 to 10.
 void Animate(KRE_Mesh& mesh)
 {
     mesh.AllocateMaterials(1);
@@ -322,7 +322,7 @@ TEST(KRE_MeshBase, AnInvisibleMeshKeepsItsMaterialValuesButItsMatricesAreEvaluat
     EXPECT_FLOAT_EQ(mesh.materials[0].transparency, 5) << "forced";
 }
 
-TEST(KRE_MeshBase, MaterialsAreEvaluatedAlsoWhereTheNodeIsSkipped)
+TEST(KRE_MeshBase, MaterialsAreEvaluatedEvenIfTheNodeIsSkipped)
 {
     KRE_Mesh mesh;
     Animate(mesh);
@@ -332,7 +332,7 @@ TEST(KRE_MeshBase, MaterialsAreEvaluatedAlsoWhereTheNodeIsSkipped)
     EXPECT_FLOAT_EQ(mesh.materials[0].transparency, 4);
 }
 
-TEST(KRE_MeshBase, TimesAndLoopsThatAreNoNumbersDoNoHarm)
+TEST(KRE_MeshBase, TimesAndLoopsThatAreNotNumbersDoNoHarm)
 {
     KRE_Mesh mesh;
     Animate(mesh);
@@ -349,7 +349,7 @@ TEST(KRE_MeshBase, TimesAndLoopsThatAreNoNumbersDoNoHarm)
 
 // ---- Reset
 
-TEST_F(RealMesh, ResetLetsGoOfEverythingAndRestoresTheDefaults)
+TEST_F(RealMesh, ResetReleasesEverythingAndRestoresTheDefaults)
 {
     KRE_Mesh mesh;
     MakeStrip(mesh, 4, 2, D3DFVF_XYZ | D3DFVF_NORMAL | D3DFVF_TEX1);
@@ -380,7 +380,7 @@ TEST_F(RealMesh, ResetLetsGoOfEverythingAndRestoresTheDefaults)
     EXPECT_EQ(mesh.vertexData, nullptr);
 }
 
-TEST_F(RealMesh, ReleaseMeshTakesMeshMaterialsTexturesAndKeys)
+TEST_F(RealMesh, ReleaseMeshReleasesMeshMaterialsTexturesAndKeys)
 {
     KRE_Mesh mesh;
     MakeStrip(mesh, 4, 2);

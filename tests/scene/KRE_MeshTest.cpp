@@ -165,7 +165,7 @@ TEST(KRE_Mesh, AllocateBoneObjectsMakesANullPointerForEachBone)
 
 namespace {
 
-/// A mesh that stands at x = 1, with one bone. The bone's `bindTM` moves by 10 along x.
+/// A mesh at x = 1, with one bone. The bone's `bindTM` moves by 10 along x.
 class Skinned : public testing::Test {
 protected:
     Skinned()
@@ -188,7 +188,7 @@ protected:
 
 } // namespace
 
-TEST_F(Skinned, ABoneCarriesByBindMatrixPoseAndExtraMatrixInThisOrder)
+TEST_F(Skinned, ABoneAppliesBindMatrixPoseAndExtraMatrixInThisOrder)
 {
     // (0, 0, 0) goes to 10, by the pose (times 3, plus 100) to 130, doubled to 260.
     KRE_3dObject bone;
@@ -300,7 +300,7 @@ TEST_F(Meshes, CopyGeometryToItselfChangesNothing)
 
 // ---- Shared device meshes
 
-TEST_F(Meshes, UsersOfADeviceMeshAreCountedAndTheLastOneLetsItGo)
+TEST_F(Meshes, UsersOfADeviceMeshAreCountedAndTheLastOneReleasesIt)
 {
     KRE_ResourceManager& shared = gGfx->meshManager;
     auto source = std::make_unique<KRE_Mesh>();
@@ -324,7 +324,7 @@ TEST_F(Meshes, UsersOfADeviceMeshAreCountedAndTheLastOneLetsItGo)
     first->Reset();
     EXPECT_EQ(shared.GetEntry(0)->useCount, 1);
     EXPECT_EQ(References(second->mesh.Get()), 1u);
-    second->LockAll(D3DLOCK_READONLY); // it is alive
+    second->LockAll(D3DLOCK_READONLY); // it is still alive
     EXPECT_EQ(second->Face(3)[2], 5);
     second->UnlockAll();
     second.reset();
@@ -349,7 +349,7 @@ TEST_F(Meshes, TheCountSurvivesCopiesOverCopies)
     EXPECT_EQ(References(b.mesh.Get()), 2u);
 }
 
-TEST_F(Meshes, WithAFullTableMeshesAreSharedAllTheSame)
+TEST_F(Meshes, MeshesAreSharedEvenWithAFullTable)
 {
     KRE_ResourceManager& shared = gGfx->meshManager;
     KRE_Mesh source, copy;

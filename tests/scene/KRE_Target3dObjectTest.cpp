@@ -4,7 +4,7 @@
 
 #include "tests/scene/SceneTesting.h"
 
-/// Notes each call that tells of changed vectors.
+/// Records each notification of changed vectors.
 class NotingTarget : public KRE_Target3dObject {
 public:
     void UpdateLightData(const D3DXMATRIX* extraTM) override { extras.push_back(extraTM); }
@@ -24,8 +24,8 @@ TEST(KRE_Target3dObject, StartsWithItsDefaults)
 
 TEST(KRE_Target3dObject, WithoutATargetItLooksAlongTheTransformedMinusZ)
 {
-    // A quarter turn about x carries y to z and z to -y, so -z to y; scale 2 makes both vectors
-    // twice as long.
+    // A quarter turn about x takes y to z and z to -y, so -z to y; scale 2 makes both vectors twice
+    // as long.
     KRE_Target3dObject object;
     object.position = {1, 2, 3};
     object.scale = {2, 2, 2};
@@ -46,7 +46,7 @@ TEST(KRE_Target3dObject, WithATargetItLooksAtItAndKeepsItsUpVector)
     object.position = {1, 0, 0};
     object.target = &target;
     object.SetUp(0, 3, 4);
-    object.Evaluate(1, 1, 0); // the target is evaluated along: it stands at (4, 2, 1)
+    object.Evaluate(1, 1, 0); // the target is evaluated too: it is at (4, 2, 1)
     ExpectVector(object.direction, 3, 2, 1);
     ExpectVector(object.up, 0, 0.6f, 0.8f);
 }
@@ -99,17 +99,17 @@ TEST(KRE_Target3dObject, DirectionAndUpAreNormalised)
     EXPECT_EQ(object.extras.size(), 2u);
 }
 
-TEST(KRE_Target3dObject, EachChangeOfTheVectorsIsTold)
+TEST(KRE_Target3dObject, EachChangeOfTheVectorsIsReported)
 {
     NotingTarget object;
     object.Evaluate(1, 1, 0);
-    object.Evaluate(1, 1, 0); // skipped, but the vectors are written all the same
+    object.Evaluate(1, 1, 0); // skipped, but the vectors are still written
     EXPECT_EQ(object.extras.size(), 2u);
     object.Reset();
     EXPECT_THAT(object.extras, testing::ElementsAre(nullptr, nullptr, nullptr));
 }
 
-TEST(KRE_Target3dObject, ResetPutsItsOwnFieldsBack)
+TEST(KRE_Target3dObject, ResetRestoresItsOwnFields)
 {
     KRE_3dObject target;
     KRE_Target3dObject object;

@@ -5,8 +5,8 @@
 #include "scene/KRE_3dScene.h"
 #include "tests/scene/SceneTesting.h"
 
-// How many keys a track has and how deep objects hang below each other is for a file to say. The
-// stack here is a quarter of what the smallest host gives a thread.
+// Files decide how many keys a track has and how deep a hierarchy is. The stack here is a quarter
+// of the smallest thread stack of any host.
 
 static void* CallFunction(void* function)
 {
@@ -64,11 +64,11 @@ TEST(LongChain, AMillionRotationKeysAccumulate)
     });
 }
 
-TEST(LongChain, AMillionKeysInTheWorstOrderAreSortedAllTheSame)
+TEST(LongChain, AMillionKeysInTheWorstOrderAreStillSorted)
 {
     RunOnSmallStack([] {
         // From both ends towards the middle, 0, n, 1, n - 1, 2, ...: far from the head and from the
-        // tail, and never beside the key added before.
+        // tail, and never next to the key added before.
         KRE_KeyTracks tracks;
         for (int32_t i = 0; i < kKeys; ++i) {
             const int32_t number = i % 2 ? kKeys - i / 2 : i / 2;
@@ -85,7 +85,7 @@ TEST(LongChain, AMillionKeysInTheWorstOrderAreSortedAllTheSame)
     });
 }
 
-/// Each object hangs below the next one in the list, one unit further along x.
+/// Each object is a child of the next one in the list, one unit further along x.
 static void MakeParentChain(KRE_3dScene& scene)
 {
     for (int32_t i = 0; i < kObjects; ++i)
@@ -163,6 +163,6 @@ TEST(LongChain, AHundredThousandNamesAreLinked)
         scene.LinkObjects(scene);
         EXPECT_EQ(scene.objects.Get(7)->parent, scene.objects.Get(8));
         EXPECT_EQ(scene.objects.Get(kObjects - 1)->parent, scene.objects.Get(0));
-        scene.Update(1, 1); // a ring of all of them
+        scene.Update(1, 1); // a cycle of all of them
     });
 }

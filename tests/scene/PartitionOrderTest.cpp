@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-/// Entries 0, 1, 2, ... of which `kinds` says T for transparent, O for not.
+/// Entries 0, 1, 2, ...; `kinds` has T for transparent ones and O for opaque ones.
 static std::vector<int32_t> Partitioned(const std::string& kinds, int32_t& countOut)
 {
     std::vector<int32_t> order;
@@ -29,7 +29,7 @@ TEST(PartitionOrder, PutsOpaqueEntriesFirst)
         {"only transparent: order unchanged", "TTT", 0, {0, 1, 2}},
         {"only opaque", "OOO", 3, {0, 1, 2}},
         {"parted already", "OTT", 1, {0, 1, 2}},
-        // 0 changes places with 2, then 1 with 3, so the transparent ones stand as 0, 1.
+        // 0 swaps places with 2, then 1 with 3, so the transparent ones are in the order 0, 1.
         {"the wrong way round", "TTOO", 2, {2, 3, 0, 1}},
         // 0 with 1: 1 0 2 3 4; 0 with 3: 1 3 2 0 4; 2 with 4: 1 3 4 0 2.
         {"mixed: groups lose their order", "TOTOO", 3, {1, 3, 4, 0, 2}},

@@ -66,7 +66,7 @@ TEST_F(ResolveClonesTest, ACloneGetsTheGeometryAndKeepsItsOwnFields)
     EXPECT_TRUE(source.cloneSource.IsEmpty());
 }
 
-TEST_F(ResolveClonesTest, ASourceMayStandLaterThanTheClone)
+TEST_F(ResolveClonesTest, ASourceMayComeAfterTheClone)
 {
     const KRE_Mesh& clone = AddClone(scene, "Oar2", "Oar");
     const KRE_Mesh& source = AddStrip(scene, "Oar");
@@ -108,7 +108,7 @@ TEST_F(ResolveClonesTest, ASourceNameOfSeveralMeshesIsAWarningForAllItsClones)
     AddStrip(scene, "Sail2");
     AddStrip(scene, "Sail2");
     AddStrip(scene, "Sail2");
-    AddStrip(scene, ""); // two that nothing is a clone of
+    AddStrip(scene, ""); // two that are not clone sources
     AddStrip(scene, "");
     EXPECT_EQ(Resolve(), "");
     EXPECT_THAT(reporter.warnings,
@@ -116,7 +116,7 @@ TEST_F(ResolveClonesTest, ASourceNameOfSeveralMeshesIsAWarningForAllItsClones)
                                      "3 meshes are named 'Sail2', the source of clone 'Sail'"));
 }
 
-TEST_F(ResolveClonesTest, ACloneMayBearTheNameOfItsSource)
+TEST_F(ResolveClonesTest, ACloneMayHaveTheNameOfItsSource)
 {
     const KRE_Mesh& source = AddStrip(scene, "Oar");
     const KRE_Mesh& clone = AddClone(scene, "Oar", "Oar");

@@ -101,7 +101,7 @@ inline KRE_ScaleKeyData ScaleKey(float time, float x, float y, float z)
     return key;
 }
 
-/// A turn about z by `angle`, as against the key before.
+/// A turn about z by `angle`, relative to the previous key.
 inline KRE_RotKeyData RotKey(float time, float angle)
 {
     KRE_RotKeyData key;

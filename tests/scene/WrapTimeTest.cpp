@@ -33,7 +33,7 @@ TEST(WrapTime, KeepsDoublePrecisionUntilTheEnd)
     EXPECT_NEAR(WrapTime(100000.1, 2.0), 0.1f, 1e-6f);
 }
 
-TEST(WrapTime, SurvivesTimesThatAreNoNumbers)
+TEST(WrapTime, SurvivesTimesThatAreNotNumbers)
 {
     const double infinity = std::numeric_limits<double>::infinity();
     EXPECT_TRUE(std::isnan(WrapTime(std::numeric_limits<double>::quiet_NaN(), 2.0)));

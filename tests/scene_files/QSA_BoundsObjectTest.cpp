@@ -83,7 +83,7 @@ TEST_F(QSA_BoundsObjectTest, TheFirstBecomesAMeshOfItsOwnAndTheSourceOfTheOthers
         EXPECT_EQ(own.vertexCount, 8);
         ExpectVec3(own.position, 5, 6, 7);
         ASSERT_EQ(own.materialCount, 1);
-        ExpectColour(own.materials[0].diffuse, 0, 1, 0, 1);
+        ExpectColor(own.materials[0].diffuse, 0, 1, 0, 1);
         EXPECT_STREQ(clone.name.c_str(), "b");
         EXPECT_STREQ(clone.cloneSource.c_str(), "a");
         EXPECT_EQ(clone.mesh.Get(), own.mesh.Get());
@@ -151,7 +151,7 @@ TEST_F(QSA_BoundsObjectTest, FacesWithoutAMaterialGetAnInvisibleOne)
     Reload();
     KRE_Mesh* own = reloaded.GetMesh(0);
     ASSERT_EQ(own->materialCount, 2);
-    ExpectColour(own->materials[0].diffuse, 1, 0, 0, 1);
+    ExpectColor(own->materials[0].diffuse, 1, 0, 0, 1);
     EXPECT_EQ(own->materials[0].transparency, 0.0f);
     EXPECT_EQ(own->materials[1].transparency, 1.0f);
     EXPECT_EQ(own->materials[1].transparent, 0) << "the order of the meshes stays";

@@ -39,10 +39,10 @@ void CallRecorder::FailAlways(const char* name, HRESULT result, const char* matc
     failures.push_back({name, result, match, true});
 }
 
-std::size_t CallRecorder::FailuresLeft() const
+size_t CallRecorder::FailuresLeft() const
 {
     const auto isSingle = [](const Failure& failure) { return !failure.isLasting; };
-    return static_cast<std::size_t>(std::count_if(failures.begin(), failures.end(), isSingle));
+    return static_cast<size_t>(std::count_if(failures.begin(), failures.end(), isSingle));
 }
 
 CallRecorder::Noted CallRecorder::Note(const char* name,
@@ -55,7 +55,7 @@ CallRecorder::Noted CallRecorder::Note(const char* name,
     return {lines.size() - 1, TakeFailure(name, line)};
 }
 
-void CallRecorder::NoteResult(std::size_t line, const std::string& result)
+void CallRecorder::NoteResult(size_t line, const std::string& result)
 {
     if (line < lines.size())
         lines[line] += " -> " + result;

@@ -37,12 +37,12 @@ public:
     void ClearFailures() { failures.clear(); }
 
     /// Orders of `FailNext` that no call has used yet; a test may expect 0 at its end.
-    std::size_t FailuresLeft() const;
+    size_t FailuresLeft() const;
 
     // For the recording objects.
 
     struct Noted {
-        std::size_t line;
+        size_t line;
         std::optional<HRESULT> failure; // the planned result, if one is due
     };
 
@@ -50,7 +50,7 @@ public:
     Noted Note(const char* name, std::initializer_list<std::string> arguments);
 
     /// Appends " -> result" to a recorded line, if it is still there.
-    void NoteResult(std::size_t line, const std::string& result);
+    void NoteResult(size_t line, const std::string& result);
 
     /// `kind#1` for the first object of its kind that appears, then `kind#2`, ...; an object keeps
     /// its first name. "null" for null.

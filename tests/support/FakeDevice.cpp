@@ -150,11 +150,3 @@ UINT STDMETHODCALLTYPE FakeDevice::GetAvailableTextureMem()
 {
     return 256u << 20;
 }
-
-BOOL STDMETHODCALLTYPE FakeDevice::ShowCursor(BOOL)
-{
-    return FALSE;
-}
-
-void STDMETHODCALLTYPE FakeDevice::SetCursorPosition(int, int, DWORD)
-{}

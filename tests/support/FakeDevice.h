@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/RefusingDevice.h"
 #include "tests/support/FakeResources.h"
 
 #include <map>
@@ -10,14 +11,22 @@
 /// buffer, no power-of-two limit, no programs.
 D3DCAPS9 FakeCaps();
 
+/// Calls fail without a word.
+struct PlainRefusal {
+    template <class... Arguments>
+    static HRESULT Refuse(const char*, Arguments...)
+    {
+        return D3DERR_INVALIDCALL;
+    }
+};
+
 /// A device without a picture, for tests that only look at calls: the standalone form of
 /// RecordingDevice wraps one. States are stored and returned (0 or identity before they are set;
 /// the viewport starts as the whole target); buffers, surfaces and two-dimensional textures have
-/// lockable memory; drawing, clearing, copying and presenting succeed and do nothing. Volume and
-/// cube textures, programs, declarations, state blocks, queries and swap chains fail. It checks
-/// hardly anything, is never lost, and `Reset` does not require anything to be released. Pointers
-/// must not be null.
-class FakeDevice final : public FakeResourceHost {
+/// lockable memory; drawing, clearing, copying and presenting succeed and do nothing. What
+/// RefusingDevice lists fails. It checks hardly anything, is never lost, and `Reset` does not
+/// require anything to be released. Pointers must not be null.
+class FakeDevice final : public RefusingDevice<FakeResourceHost, PlainRefusal> {
 public:
     /// `owner` may be null: then GetDirect3D fails. Returns null if the back buffer cannot be
     /// created. A windowed size of 0 x 0 means the window's client size.
@@ -30,32 +39,23 @@ public:
     void Unbind(const IUnknown* resource) override;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** objectOut) override;
-    HRESULT STDMETHODCALLTYPE TestCooperativeLevel() override;
+    HRESULT STDMETHODCALLTYPE TestCooperativeLevel() override { return D3D_OK; }
     UINT STDMETHODCALLTYPE GetAvailableTextureMem() override;
-    HRESULT STDMETHODCALLTYPE EvictManagedResources() override;
+    HRESULT STDMETHODCALLTYPE EvictManagedResources() override { return D3D_OK; }
     HRESULT STDMETHODCALLTYPE GetDirect3D(IDirect3D9** d3dOut) override;
     HRESULT STDMETHODCALLTYPE GetDeviceCaps(D3DCAPS9* capsOut) override;
     HRESULT STDMETHODCALLTYPE GetDisplayMode(UINT swapChain, D3DDISPLAYMODE* modeOut) override;
     HRESULT STDMETHODCALLTYPE
     GetCreationParameters(D3DDEVICE_CREATION_PARAMETERS* parametersOut) override;
-    HRESULT STDMETHODCALLTYPE SetCursorProperties(UINT xHotSpot, UINT yHotSpot,
-                                                  IDirect3DSurface9* cursorBitmap) override;
-    void STDMETHODCALLTYPE SetCursorPosition(int x, int y, DWORD flags) override;
-    BOOL STDMETHODCALLTYPE ShowCursor(BOOL show) override;
-    HRESULT STDMETHODCALLTYPE CreateAdditionalSwapChain(
-        D3DPRESENT_PARAMETERS* parameters, IDirect3DSwapChain9** swapChainOut) override;
-    HRESULT STDMETHODCALLTYPE GetSwapChain(UINT swapChain,
-                                           IDirect3DSwapChain9** swapChainOut) override;
     UINT STDMETHODCALLTYPE GetNumberOfSwapChains() override;
     HRESULT STDMETHODCALLTYPE Reset(D3DPRESENT_PARAMETERS* parameters) override;
-    HRESULT STDMETHODCALLTYPE Present(const RECT* srcRect, const RECT* dstRect,
-                                      HWND dstWindowOverride, const RGNDATA* dirtyRegion) override;
+    HRESULT STDMETHODCALLTYPE Present(const RECT*, const RECT*, HWND, const RGNDATA*) override
+    {
+        return D3D_OK;
+    }
     HRESULT STDMETHODCALLTYPE GetBackBuffer(UINT swapChain, UINT backBuffer,
                                             D3DBACKBUFFER_TYPE type,
                                             IDirect3DSurface9** backBufferOut) override;
-    HRESULT STDMETHODCALLTYPE GetRasterStatus(UINT swapChain,
-                                              D3DRASTER_STATUS* rasterStatusOut) override;
-    HRESULT STDMETHODCALLTYPE SetDialogBoxMode(BOOL enable) override;
     void STDMETHODCALLTYPE SetGammaRamp(UINT swapChain, DWORD flags,
                                         const D3DGAMMARAMP* ramp) override;
     void STDMETHODCALLTYPE GetGammaRamp(UINT swapChain, D3DGAMMARAMP* rampOut) override;
@@ -63,14 +63,6 @@ public:
                                             D3DFORMAT format, D3DPOOL pool,
                                             IDirect3DTexture9** textureOut,
                                             HANDLE* sharedHandle) override;
-    HRESULT STDMETHODCALLTYPE CreateVolumeTexture(UINT width, UINT height, UINT depth, UINT levels,
-                                                  DWORD usage, D3DFORMAT format, D3DPOOL pool,
-                                                  IDirect3DVolumeTexture9** volumeTextureOut,
-                                                  HANDLE* sharedHandle) override;
-    HRESULT STDMETHODCALLTYPE CreateCubeTexture(UINT edgeLength, UINT levels, DWORD usage,
-                                                D3DFORMAT format, D3DPOOL pool,
-                                                IDirect3DCubeTexture9** cubeTextureOut,
-                                                HANDLE* sharedHandle) override;
     HRESULT STDMETHODCALLTYPE CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL pool,
                                                  IDirect3DVertexBuffer9** vertexBufferOut,
                                                  HANDLE* sharedHandle) override;
@@ -87,20 +79,32 @@ public:
                                                         DWORD quality, BOOL discard,
                                                         IDirect3DSurface9** surfaceOut,
                                                         HANDLE* sharedHandle) override;
-    HRESULT STDMETHODCALLTYPE UpdateSurface(IDirect3DSurface9* srcSurface, const RECT* srcRect,
-                                            IDirect3DSurface9* dstSurface,
-                                            const POINT* dstPoint) override;
-    HRESULT STDMETHODCALLTYPE UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
-                                            IDirect3DBaseTexture9* destinationTexture) override;
-    HRESULT STDMETHODCALLTYPE GetRenderTargetData(IDirect3DSurface9* renderTarget,
-                                                  IDirect3DSurface9* destSurface) override;
-    HRESULT STDMETHODCALLTYPE GetFrontBufferData(UINT swapChain,
-                                                 IDirect3DSurface9* destSurface) override;
-    HRESULT STDMETHODCALLTYPE StretchRect(IDirect3DSurface9* srcSurface, const RECT* srcRect,
-                                          IDirect3DSurface9* dstSurface, const RECT* dstRect,
-                                          D3DTEXTUREFILTERTYPE filter) override;
-    HRESULT STDMETHODCALLTYPE ColorFill(IDirect3DSurface9* surface, const RECT* rect,
-                                        D3DCOLOR color) override;
+    HRESULT STDMETHODCALLTYPE UpdateSurface(IDirect3DSurface9*, const RECT*, IDirect3DSurface9*,
+                                            const POINT*) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE UpdateTexture(IDirect3DBaseTexture9*, IDirect3DBaseTexture9*) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetRenderTargetData(IDirect3DSurface9*, IDirect3DSurface9*) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetFrontBufferData(UINT, IDirect3DSurface9*) override
+    {
+        return D3DERR_INVALIDCALL;
+    }
+    HRESULT STDMETHODCALLTYPE StretchRect(IDirect3DSurface9*, const RECT*, IDirect3DSurface9*,
+                                          const RECT*, D3DTEXTUREFILTERTYPE) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE ColorFill(IDirect3DSurface9*, const RECT*, D3DCOLOR) override
+    {
+        return D3D_OK;
+    }
     HRESULT STDMETHODCALLTYPE CreateOffscreenPlainSurface(UINT width, UINT height, D3DFORMAT format,
                                                           D3DPOOL pool,
                                                           IDirect3DSurface9** surfaceOut,
@@ -111,16 +115,20 @@ public:
                                               IDirect3DSurface9** renderTargetOut) override;
     HRESULT STDMETHODCALLTYPE SetDepthStencilSurface(IDirect3DSurface9* surface) override;
     HRESULT STDMETHODCALLTYPE GetDepthStencilSurface(IDirect3DSurface9** surfaceOut) override;
-    HRESULT STDMETHODCALLTYPE BeginScene() override;
-    HRESULT STDMETHODCALLTYPE EndScene() override;
-    HRESULT STDMETHODCALLTYPE Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags,
-                                    D3DCOLOR color, float z, DWORD stencil) override;
+    HRESULT STDMETHODCALLTYPE BeginScene() override { return D3D_OK; }
+    HRESULT STDMETHODCALLTYPE EndScene() override { return D3D_OK; }
+    HRESULT STDMETHODCALLTYPE Clear(DWORD, const D3DRECT*, DWORD, D3DCOLOR, float, DWORD) override
+    {
+        return D3D_OK;
+    }
     HRESULT STDMETHODCALLTYPE SetTransform(D3DTRANSFORMSTATETYPE state,
                                            const D3DMATRIX* matrix) override;
     HRESULT STDMETHODCALLTYPE GetTransform(D3DTRANSFORMSTATETYPE state,
                                            D3DMATRIX* matrixOut) override;
-    HRESULT STDMETHODCALLTYPE MultiplyTransform(D3DTRANSFORMSTATETYPE state,
-                                                const D3DMATRIX* matrix) override;
+    HRESULT STDMETHODCALLTYPE MultiplyTransform(D3DTRANSFORMSTATETYPE, const D3DMATRIX*) override
+    {
+        return D3D_OK;
+    }
     HRESULT STDMETHODCALLTYPE SetViewport(const D3DVIEWPORT9* viewport) override;
     HRESULT STDMETHODCALLTYPE GetViewport(D3DVIEWPORT9* viewportOut) override;
     HRESULT STDMETHODCALLTYPE SetMaterial(const D3DMATERIAL9* material) override;
@@ -129,16 +137,12 @@ public:
     HRESULT STDMETHODCALLTYPE GetLight(DWORD index, D3DLIGHT9* lightOut) override;
     HRESULT STDMETHODCALLTYPE LightEnable(DWORD index, BOOL enable) override;
     HRESULT STDMETHODCALLTYPE GetLightEnable(DWORD index, BOOL* enableOut) override;
-    HRESULT STDMETHODCALLTYPE SetClipPlane(DWORD index, const float* plane) override;
-    HRESULT STDMETHODCALLTYPE GetClipPlane(DWORD index, float* planeOut) override;
+    HRESULT STDMETHODCALLTYPE SetClipPlane(DWORD, const float*) override { return D3D_OK; }
+    HRESULT STDMETHODCALLTYPE GetClipPlane(DWORD, float*) override { return D3DERR_INVALIDCALL; }
     HRESULT STDMETHODCALLTYPE SetRenderState(D3DRENDERSTATETYPE state, DWORD value) override;
     HRESULT STDMETHODCALLTYPE GetRenderState(D3DRENDERSTATETYPE state, DWORD* valueOut) override;
-    HRESULT STDMETHODCALLTYPE CreateStateBlock(D3DSTATEBLOCKTYPE type,
-                                               IDirect3DStateBlock9** blockOut) override;
-    HRESULT STDMETHODCALLTYPE BeginStateBlock() override;
-    HRESULT STDMETHODCALLTYPE EndStateBlock(IDirect3DStateBlock9** blockOut) override;
-    HRESULT STDMETHODCALLTYPE SetClipStatus(const D3DCLIPSTATUS9* clipStatus) override;
-    HRESULT STDMETHODCALLTYPE GetClipStatus(D3DCLIPSTATUS9* clipStatusOut) override;
+    HRESULT STDMETHODCALLTYPE SetClipStatus(const D3DCLIPSTATUS9*) override { return D3D_OK; }
+    HRESULT STDMETHODCALLTYPE GetClipStatus(D3DCLIPSTATUS9*) override { return D3DERR_INVALIDCALL; }
     HRESULT STDMETHODCALLTYPE GetTexture(DWORD stage, IDirect3DBaseTexture9** textureOut) override;
     HRESULT STDMETHODCALLTYPE SetTexture(DWORD stage, IDirect3DBaseTexture9* texture) override;
     HRESULT STDMETHODCALLTYPE GetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type,
@@ -149,88 +153,46 @@ public:
                                               DWORD* valueOut) override;
     HRESULT STDMETHODCALLTYPE SetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type,
                                               DWORD value) override;
-    HRESULT STDMETHODCALLTYPE ValidateDevice(DWORD* numPassesOut) override;
-    HRESULT STDMETHODCALLTYPE SetPaletteEntries(UINT palette, const PALETTEENTRY* entries) override;
-    HRESULT STDMETHODCALLTYPE GetPaletteEntries(UINT palette, PALETTEENTRY* entriesOut) override;
-    HRESULT STDMETHODCALLTYPE SetCurrentTexturePalette(UINT palette) override;
-    HRESULT STDMETHODCALLTYPE GetCurrentTexturePalette(UINT* paletteOut) override;
+    HRESULT STDMETHODCALLTYPE ValidateDevice(DWORD*) override { return D3DERR_INVALIDCALL; }
     HRESULT STDMETHODCALLTYPE SetScissorRect(const RECT* rect) override;
     HRESULT STDMETHODCALLTYPE GetScissorRect(RECT* rectOut) override;
     HRESULT STDMETHODCALLTYPE SetSoftwareVertexProcessing(BOOL software) override;
     BOOL STDMETHODCALLTYPE GetSoftwareVertexProcessing() override;
-    HRESULT STDMETHODCALLTYPE SetNPatchMode(float segments) override;
-    float STDMETHODCALLTYPE GetNPatchMode() override;
-    HRESULT STDMETHODCALLTYPE DrawPrimitive(D3DPRIMITIVETYPE primitiveType, UINT startVertex,
-                                            UINT primitiveCount) override;
-    HRESULT STDMETHODCALLTYPE DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVertexIndex,
-                                                   UINT minVertexIndex, UINT numVertices,
-                                                   UINT startIndex, UINT primitiveCount) override;
-    HRESULT STDMETHODCALLTYPE DrawPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT primitiveCount,
-                                              const void* data, UINT stride) override;
-    HRESULT STDMETHODCALLTYPE DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType,
-                                                     UINT minVertexIndex, UINT vertexCount,
-                                                     UINT primitiveCount, const void* indexData,
-                                                     D3DFORMAT indexFormat, const void* data,
-                                                     UINT stride) override;
-    HRESULT STDMETHODCALLTYPE ProcessVertices(UINT srcStartIndex, UINT destIndex, UINT vertexCount,
-                                              IDirect3DVertexBuffer9* destBuffer,
-                                              IDirect3DVertexDeclaration9* declaration,
-                                              DWORD flags) override;
-    HRESULT STDMETHODCALLTYPE CreateVertexDeclaration(
-        const D3DVERTEXELEMENT9* elements, IDirect3DVertexDeclaration9** declarationOut) override;
-    HRESULT STDMETHODCALLTYPE
-    SetVertexDeclaration(IDirect3DVertexDeclaration9* declaration) override;
-    HRESULT STDMETHODCALLTYPE
-    GetVertexDeclaration(IDirect3DVertexDeclaration9** declarationOut) override;
+    HRESULT STDMETHODCALLTYPE SetNPatchMode(float) override { return D3D_OK; }
+    float STDMETHODCALLTYPE GetNPatchMode() override { return 0.0f; }
+    HRESULT STDMETHODCALLTYPE DrawPrimitive(D3DPRIMITIVETYPE, UINT, UINT) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE DrawIndexedPrimitive(D3DPRIMITIVETYPE, INT, UINT, UINT, UINT,
+                                                   UINT) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE DrawPrimitiveUP(D3DPRIMITIVETYPE, UINT, const void*, UINT) override
+    {
+        return D3D_OK;
+    }
+    HRESULT STDMETHODCALLTYPE DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE, UINT, UINT, UINT,
+                                                     const void*, D3DFORMAT, const void*,
+                                                     UINT) override
+    {
+        return D3D_OK;
+    }
     HRESULT STDMETHODCALLTYPE SetFVF(DWORD fvf) override;
     HRESULT STDMETHODCALLTYPE GetFVF(DWORD* fvfOut) override;
-    HRESULT STDMETHODCALLTYPE CreateVertexShader(const DWORD* byteCode,
-                                                 IDirect3DVertexShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShader(IDirect3DVertexShader9* shader) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShader(IDirect3DVertexShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantF(UINT startRegister, const float* data,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantF(UINT startRegister, float* constantDataOut,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantI(UINT startRegister, const int* data,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantI(UINT startRegister, int* constantDataOut,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantB(UINT startRegister, const BOOL* data,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantB(UINT startRegister, BOOL* constantDataOut,
-                                                       UINT count) override;
     HRESULT STDMETHODCALLTYPE SetStreamSource(UINT streamNumber, IDirect3DVertexBuffer9* streamData,
                                               UINT offsetBytes, UINT stride) override;
     HRESULT STDMETHODCALLTYPE GetStreamSource(UINT streamNumber,
                                               IDirect3DVertexBuffer9** streamDataOut,
                                               UINT* offsetBytesOut, UINT* strideOut) override;
-    HRESULT STDMETHODCALLTYPE SetStreamSourceFreq(UINT streamNumber, UINT divider) override;
-    HRESULT STDMETHODCALLTYPE GetStreamSourceFreq(UINT streamNumber, UINT* dividerOut) override;
+    HRESULT STDMETHODCALLTYPE SetStreamSourceFreq(UINT, UINT) override { return D3D_OK; }
+    HRESULT STDMETHODCALLTYPE GetStreamSourceFreq(UINT, UINT*) override
+    {
+        return D3DERR_INVALIDCALL;
+    }
     HRESULT STDMETHODCALLTYPE SetIndices(IDirect3DIndexBuffer9* indexData) override;
     HRESULT STDMETHODCALLTYPE GetIndices(IDirect3DIndexBuffer9** indexDataOut) override;
-    HRESULT STDMETHODCALLTYPE CreatePixelShader(const DWORD* byteCode,
-                                                IDirect3DPixelShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShader(IDirect3DPixelShader9* shader) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShader(IDirect3DPixelShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantF(UINT startRegister, const float* data,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantF(UINT startRegister, float* constantDataOut,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantI(UINT startRegister, const int* data,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantI(UINT startRegister, int* constantDataOut,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantB(UINT startRegister, const BOOL* data,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantB(UINT startRegister, BOOL* constantDataOut,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE DrawRectPatch(UINT handle, const float* segmentCount,
-                                            const D3DRECTPATCH_INFO* patchInfo) override;
-    HRESULT STDMETHODCALLTYPE DrawTriPatch(UINT handle, const float* segmentCount,
-                                           const D3DTRIPATCH_INFO* patchInfo) override;
-    HRESULT STDMETHODCALLTYPE DeletePatch(UINT handle) override;
-    HRESULT STDMETHODCALLTYPE CreateQuery(D3DQUERYTYPE type, IDirect3DQuery9** queryOut) override;
 
 private:
     using StageKey = std::pair<DWORD, DWORD>; // stage and state

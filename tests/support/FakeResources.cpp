@@ -74,7 +74,7 @@ FakeSurface::FakeSurface(FakeResourceHost* deviceOfSurface, const D3DSURFACE_DES
 {
     const PixelLayout& layout = *LayoutOf(description.Format);
     pitch = Blocks(description.Width, layout.blockSide) * layout.blockBytes;
-    bytes.resize(std::size_t{pitch} * Blocks(description.Height, layout.blockSide));
+    bytes.resize(size_t{pitch} * Blocks(description.Height, layout.blockSide));
 }
 
 ComHandle<FakeSurface> FakeSurface::Create(FakeResourceHost* device, const D3DSURFACE_DESC& desc)
@@ -128,11 +128,13 @@ HRESULT STDMETHODCALLTYPE FakeSurface::LockRect(D3DLOCKED_RECT* lockedOut, const
 {
     if (isLocked || (rect && !IsInside(*rect, description)))
         return D3DERR_INVALIDCALL;
+    if (device && FAILED(device->lockResult))
+        return device->lockResult;
     const PixelLayout& layout = *LayoutOf(description.Format);
     const UINT column = rect ? static_cast<UINT>(rect->left) / layout.blockSide : 0;
     const UINT row = rect ? static_cast<UINT>(rect->top) / layout.blockSide : 0;
     lockedOut->Pitch = static_cast<INT>(pitch);
-    lockedOut->pBits = bytes.data() + std::size_t{row} * pitch + column * layout.blockBytes;
+    lockedOut->pBits = bytes.data() + size_t{row} * pitch + column * layout.blockBytes;
     isLocked = true;
     return D3D_OK;
 }

@@ -10,6 +10,9 @@ public:
     /// Forgets a resource that is being destroyed. Bound resources are not referenced, or device
     /// and resource would keep each other alive.
     virtual void Unbind(const IUnknown* resource) = 0;
+
+    /// What a lock of a surface or of a texture's level returns; after a failure nothing is locked.
+    HRESULT lockResult = D3D_OK;
 };
 
 /// Common base of the fake resources. Private data is not stored; priorities are 0.

@@ -36,7 +36,7 @@ PictureDifference ComparePictures(const Picture& a, const Picture& b, int allowe
     if (a.width != b.width || a.height != b.height)
         return {std::max(a.pixels.size(), b.pixels.size()), 255};
     PictureDifference difference;
-    for (std::size_t i = 0; i < a.pixels.size(); ++i) {
+    for (size_t i = 0; i < a.pixels.size(); ++i) {
         const int step = LargestStep(a.pixels[i], b.pixels[i]);
         difference.pixels += step > allowedStep;
         difference.largestStep = std::max(difference.largestStep, step);
@@ -47,7 +47,7 @@ PictureDifference ComparePictures(const Picture& a, const Picture& b, int allowe
 Picture DifferencePicture(const Picture& a, const Picture& b)
 {
     Picture picture = a;
-    for (std::size_t i = 0; i < picture.pixels.size(); ++i)
+    for (size_t i = 0; i < picture.pixels.size(); ++i)
         picture.pixels[i] = DifferencePixel(a.pixels[i], b.pixels[i]);
     return picture;
 }
@@ -57,7 +57,7 @@ bool WriteRawPicture(const std::string& path, const Picture& picture)
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file)
         return false;
-    const std::size_t count = picture.pixels.size();
+    const size_t count = picture.pixels.size();
     const bool isWritten = std::fwrite(picture.pixels.data(), sizeof(DWORD), count, file) == count;
     return std::fclose(file) == 0 && isWritten;
 }
@@ -72,8 +72,8 @@ bool WritePngPicture(IDirect3DDevice9* device, const std::string& path, const Pi
     if (!surface || FAILED(surface->LockRect(&locked, nullptr, 0)))
         return false;
     for (UINT y = 0; y < picture.height; ++y)
-        std::memcpy(static_cast<BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y,
-                    &picture.pixels[std::size_t{y} * picture.width], picture.width * sizeof(DWORD));
+        std::memcpy(static_cast<BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y,
+                    &picture.pixels[size_t{y} * picture.width], picture.width * sizeof(DWORD));
     surface->UnlockRect();
     return SUCCEEDED(
         D3DXSaveSurfaceToFileA(path.c_str(), D3DXIFF_PNG, surface.get(), nullptr, nullptr));
@@ -91,10 +91,10 @@ Picture ReadPngPicture(IDirect3DDevice9* device, const std::string& path)
     if (!texture || FAILED(texture->LockRect(0, &locked, nullptr, D3DLOCK_READONLY)))
         return {};
     Picture picture = {info.Width, info.Height, {}};
-    picture.pixels.resize(std::size_t{info.Width} * info.Height);
+    picture.pixels.resize(size_t{info.Width} * info.Height);
     for (UINT y = 0; y < picture.height; ++y)
-        std::memcpy(&picture.pixels[std::size_t{y} * picture.width],
-                    static_cast<const BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y,
+        std::memcpy(&picture.pixels[size_t{y} * picture.width],
+                    static_cast<const BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y,
                     picture.width * sizeof(DWORD));
     texture->UnlockRect(0);
     return picture;

@@ -16,7 +16,7 @@ struct Picture {
 /// step, `largestStep` is the largest difference of any channel. Pictures of different sizes differ in
 /// every pixel, by 255.
 struct PictureDifference {
-    std::size_t pixels = 0;
+    size_t pixels = 0;
     int largestStep = 0;
 };
 

@@ -100,7 +100,7 @@ public:
     void Material(const QsbMaterial& material)
     {
         Mark("material");
-        Floats(material.colours);
+        Floats(material.colors);
         Put(material.power);
         Put(material.twoSided);
         Put(material.transparent);
@@ -108,7 +108,7 @@ public:
         if (version >= 106)
             Put(material.reflectionAmount);
         Put(material.transparency);
-        for (const QsbTrack& track : material.colourTracks)
+        for (const QsbTrack& track : material.colorTracks)
             Track(track);
         Track(material.opacityTrack);
         for (const uint8_t flag : material.flags)
@@ -375,13 +375,13 @@ static QsbMaterial AnimatedMaterial()
     material.flags = {1, 0, 0, 1, 0};
     material.transparencyType = 2;
     // The tracks are constant at the material's values: a load evaluates them.
-    std::fill(material.colours.begin(), material.colours.begin() + 12, 0.5f);
+    std::fill(material.colors.begin(), material.colors.begin() + 12, 0.5f);
     std::vector<float> key(13, 0.5f);
     for (size_t track = 0; track < 4; ++track) {
-        material.colourTracks[track].interpolation = 0;
-        material.colourTracks[track].loopEnd = static_cast<float>(track);
-        material.colourTracks[track].keys = {key, key};
-        material.colourTracks[track].keys[1][0] = 1;
+        material.colorTracks[track].interpolation = 0;
+        material.colorTracks[track].loopEnd = static_cast<float>(track);
+        material.colorTracks[track].keys = {key, key};
+        material.colorTracks[track].keys[1][0] = 1;
     }
     material.opacityTrack.interpolation = 0;
     material.opacityTrack.secondFlag = 9;

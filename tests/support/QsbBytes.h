@@ -71,14 +71,14 @@ struct QsbEffectValue {
 };
 
 struct QsbMaterial {
-    std::array<float, 16> colours = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 0, 1};
+    std::array<float, 16> colors = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 0, 1};
     float power = 0;
     int32_t twoSided = 0;
     int32_t transparent = 0;
     int32_t reflectionSet = -1;
     float reflectionAmount = 1;
     float transparency = 0;
-    QsbTrack colourTracks[4];
+    QsbTrack colorTracks[4];
     QsbTrack opacityTrack;
     std::array<uint8_t, 5> flags = {0, 0, 1, 1, 1}; ///< mirror U, V, tile U, V, add emissive
     int32_t transparencyType = 0;

@@ -4,6 +4,7 @@
 #include "tests/support/ComHandle.h"
 
 #include <memory>
+#include <optional>
 
 /// A device that records every call as a line of text and forwards it to the device that it wraps.
 ///
@@ -33,6 +34,10 @@ public:
 
     /// What GetDeviceCaps returns from now on.
     void OverrideCaps(const D3DCAPS9& caps);
+
+    /// Vertex buffers that are created from now on hold this in each byte, as those of a device may
+    /// hold anything.
+    void FillNewVertexBuffers(BYTE value) { newVertexByte = value; }
 
     // Shortcuts for the recorder's operations of the same names.
 
@@ -302,5 +307,6 @@ private:
     std::shared_ptr<CallRecorder> calls;
     ComHandle<IDirect3D9> owner; // null if the device was wrapped on its own
     std::optional<D3DCAPS9> overriddenCaps;
+    std::optional<BYTE> newVertexByte;
     ULONG references = 1;
 };

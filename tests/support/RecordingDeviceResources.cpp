@@ -2,6 +2,8 @@
 #include "tests/support/D3DNames.h"
 #include "tests/support/RecordingDevice.h"
 
+#include <cstring>
+
 // Creating resources, copying between them, and render targets.
 
 HRESULT STDMETHODCALLTYPE RecordingDevice::GetBackBuffer(UINT swapChain, UINT backBuffer,
@@ -65,8 +67,15 @@ RecordingDevice::CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL
     return Create("CreateVertexBuffer",
                   {std::to_string(length), UsageFlags(usage), FvfFlags(fvf), PoolName(pool)},
                   "vertexbuffer", vertexBufferOut, [&] {
-                      return device->CreateVertexBuffer(length, usage, fvf, pool, vertexBufferOut,
-                                                        sharedHandle);
+                      const HRESULT result = device->CreateVertexBuffer(
+                          length, usage, fvf, pool, vertexBufferOut, sharedHandle);
+                      void* bytes = nullptr;
+                      if (SUCCEEDED(result) && newVertexByte &&
+                          SUCCEEDED((*vertexBufferOut)->Lock(0, 0, &bytes, 0))) {
+                          std::memset(bytes, *newVertexByte, length);
+                          (*vertexBufferOut)->Unlock();
+                      }
+                      return result;
                   });
 }
 

@@ -51,10 +51,10 @@ std::vector<DWORD> ReadRenderTarget(IDirect3DDevice9* device, IDirect3DSurface9*
     if (!copy || FAILED(device->GetRenderTargetData(renderTarget, copy.get())) ||
         FAILED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY)))
         return {};
-    std::vector<DWORD> pixels(std::size_t{desc.Width} * desc.Height);
+    std::vector<DWORD> pixels(size_t{desc.Width} * desc.Height);
     for (UINT y = 0; y < desc.Height; ++y)
-        std::memcpy(&pixels[std::size_t{y} * desc.Width],
-                    static_cast<const BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y,
+        std::memcpy(&pixels[size_t{y} * desc.Width],
+                    static_cast<const BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y,
                     desc.Width * sizeof(DWORD));
     copy->UnlockRect();
     if (desc.Format == D3DFMT_X8R8G8B8) {

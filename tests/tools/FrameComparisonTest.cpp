@@ -5,18 +5,18 @@
 
 namespace {
 
-constexpr std::uint32_t kBlack = 0xFF000000, kWhite = 0xFFFFFFFF;
+constexpr uint32_t kBlack = 0xFF000000, kWhite = 0xFFFFFFFF;
 
 /// 10 by 10 pixels, so one pixel is one percent.
 Frame Black()
 {
-    return {10, 10, std::vector<std::uint32_t>(100, kBlack)};
+    return {10, 10, std::vector<uint32_t>(100, kBlack)};
 }
 
-Frame WithColumn(std::size_t x)
+Frame WithColumn(size_t x)
 {
     Frame frame = Black();
-    for (std::size_t y = 0; y < 10; ++y)
+    for (size_t y = 0; y < 10; ++y)
         frame.pixels[y * 10 + x] = kWhite;
     return frame;
 }
@@ -71,7 +71,7 @@ TEST(CompareFrames, NeighboursStopAtTheBorder)
 
 TEST(CompareFrames, SizesMustBeTheSame)
 {
-    const Frame wide = {20, 5, std::vector<std::uint32_t>(100, kBlack)};
+    const Frame wide = {20, 5, std::vector<uint32_t>(100, kBlack)};
     const FrameDifference difference = CompareFrames(Black(), wide, 4);
     EXPECT_FALSE(difference.isSameSize);
     EXPECT_FALSE(IsWithin(difference, {255, 100.0, 100.0}));
@@ -81,7 +81,7 @@ TEST(IsWithin, EachShareHasItsOwnLimit)
 {
     static const struct {
         const char* what;
-        std::size_t displaced, wrong;
+        size_t displaced, wrong;
         bool expected;
     } cases[] = {
         {"alike", 0, 0, true},
@@ -114,7 +114,7 @@ TEST(CompareSceneFrames, OnePercentMayDifferByMore)
 // 1,000 pixels, one of which differs by 17.
 TEST(CompareSceneFrames, PixelsAwayFromEdgesMayDifferBySixteenAtMost)
 {
-    const Frame black = {100, 10, std::vector<std::uint32_t>(1000, kBlack)};
+    const Frame black = {100, 10, std::vector<uint32_t>(1000, kBlack)};
     Frame spot = black, moved = black;
     spot.pixels[505] = 0xFF110000;
     EXPECT_FALSE(CompareSceneFrames(black, spot).IsWithin());
@@ -125,7 +125,7 @@ TEST(CompareSceneFrames, PixelsAwayFromEdgesMayDifferBySixteenAtMost)
 // 0.001 % of 200,000 pixels.
 TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayDifferByMore)
 {
-    const Frame black = {500, 400, std::vector<std::uint32_t>(200000, kBlack)};
+    const Frame black = {500, 400, std::vector<uint32_t>(200000, kBlack)};
     Frame spots = black;
     spots.pixels[50250] = spots.pixels[100250] = kWhite;
     EXPECT_TRUE(CompareSceneFrames(black, spots).IsWithin());
@@ -135,7 +135,7 @@ TEST(CompareSceneFrames, TwoLonePixelsOfALargeFrameMayDifferByMore)
 
 TEST(CompareSceneFrames, SizesMustBeTheSame)
 {
-    const Frame wide = {20, 5, std::vector<std::uint32_t>(100, kBlack)};
+    const Frame wide = {20, 5, std::vector<uint32_t>(100, kBlack)};
     EXPECT_FALSE(CompareSceneFrames(Black(), wide).IsWithin());
 }
 

@@ -25,10 +25,10 @@ TEST(FrameExceptions, LinesAreReadAndCommentsAndOthersIgnored)
 // A frame of 4 x 1: from column 1 to the second from the right is only column 1.
 TEST(FrameExceptions, PartsOfTheSceneAreBlackened)
 {
-    constexpr std::uint32_t kWhite = 0xFFFFFFFF;
+    constexpr uint32_t kWhite = 0xFFFFFFFF;
     const std::vector<FrameException> exceptions = {{"flag", 1, 0, -2, 0, ""},
                                                     {"lava", 0, 0, 0, 0, ""}};
-    Frame frame = {4, 1, std::vector<std::uint32_t>(4, kWhite)};
+    Frame frame = {4, 1, std::vector<uint32_t>(4, kWhite)};
     BlankExceptions(frame, exceptions, "harbour");
     EXPECT_THAT(frame.pixels, Each(kWhite));
     BlankExceptions(frame, exceptions, "flag");

@@ -26,17 +26,17 @@ enum ExitStatus { kAlike = 0, kDifferent = 1, kUnusable = 2 };
 
 struct Options {
     FrameTolerance tolerance;
-    std::size_t rawWidth = 0; ///< of .argb files; 0 for square ones
-    fs::path differences;     ///< a directory, or empty
-    fs::path exceptions;      ///< a file: the frames are of scenes, with these exceptions
+    size_t rawWidth = 0;  ///< of .argb files; 0 for square ones
+    fs::path differences; ///< a directory, or empty
+    fs::path exceptions;  ///< a file: the frames are of scenes, with these exceptions
     fs::path sides[2];
 };
 
 /// Without a header, the file gives only the number of words.
-bool ReadRaw(ImageFile bytes, std::size_t rawWidth, Frame& frameOut)
+bool ReadRaw(ImageFile bytes, size_t rawWidth, Frame& frameOut)
 {
-    const std::size_t count = bytes.size() / 4;
-    const auto side = static_cast<std::size_t>(std::lround(std::sqrt(static_cast<double>(count))));
+    const size_t count = bytes.size() / 4;
+    const auto side = static_cast<size_t>(std::lround(std::sqrt(static_cast<double>(count))));
     frameOut.width = rawWidth != 0 ? rawWidth : side;
     frameOut.height = count / frameOut.width;
     if (bytes.size() % 4 != 0 || count == 0 || frameOut.width * frameOut.height != count)
@@ -94,10 +94,10 @@ ExitStatus CompareScene(const Options& options, const fs::path& pathA, Frame& a,
     BlankExceptions(a, exceptions, scene);
     BlankExceptions(b, exceptions, scene);
     const SceneDifference found = CompareSceneFrames(a, b);
-    const std::size_t differing = found.rounding.displaced + found.rounding.wrong;
+    const size_t differing = found.rounding.displaced + found.rounding.wrong;
     std::printf("%-16s %8.3f %% %9zu %9zu %9d  %s\n", scene.c_str(),
                 static_cast<double>(differing) * 100.0 /
-                    static_cast<double>(std::max<std::size_t>(found.rounding.count, 1)),
+                    static_cast<double>(std::max<size_t>(found.rounding.count, 1)),
                 found.large.displaced, found.large.wrong, found.large.largestStep,
                 found.IsWithin() ? "alike" : "DIFFERENT");
     for (const FrameException& exception : exceptions)
@@ -133,7 +133,7 @@ ExitStatus ComparePair(const Options& options, const fs::path& pathA, const fs::
     return isWithin ? kAlike : kDifferent;
 }
 
-/// Whether the whole scene is an exception, and one side has no frame of it.
+/// Whether the whole scene is an exception and one side lacks its frame.
 bool IsLeftOut(const Options& options, const fs::path& name)
 {
     if (options.exceptions.empty() ||
@@ -149,7 +149,7 @@ bool IsLeftOut(const Options& options, const fs::path& name)
     return false;
 }
 
-/// The names of both sides; reading reports a picture that one of them lacks.
+/// The names on both sides; a picture missing on one side is reported when read.
 ExitStatus CompareDirectories(const Options& options)
 {
     std::set<fs::path> names;
@@ -158,11 +158,11 @@ ExitStatus CompareDirectories(const Options& options)
             if (entry.path().extension() == ".png" || entry.path().extension() == ".argb")
                 names.insert(entry.path().filename());
     ExitStatus worst = names.empty() ? kUnusable : kAlike;
-    std::size_t alike = 0;
+    size_t alike = 0;
     if (!options.exceptions.empty())
         std::printf("%-16s %10s %9s %9s %9s\n", "scene", "over 2", "16: edges", "elsewhere",
                     "largest");
-    std::size_t compared = 0;
+    size_t compared = 0;
     for (const fs::path& name : names) {
         if (IsLeftOut(options, name))
             continue;

@@ -7,7 +7,7 @@ namespace {
 
 enum class Match { Alike, Displaced, Wrong };
 
-int StepBetween(std::uint32_t a, std::uint32_t b)
+int StepBetween(uint32_t a, uint32_t b)
 {
     int largest = 0;
     for (int shift = 0; shift < 24; shift += 8)
@@ -16,29 +16,29 @@ int StepBetween(std::uint32_t a, std::uint32_t b)
     return largest;
 }
 
-/// Checks the pixel and its eight neighbours, as far as they exist.
-bool IsNear(const Frame& frame, std::size_t x, std::size_t y, std::uint32_t pixel, int step)
+/// Checks the pixel and its existing neighbours among the eight around it.
+bool IsNear(const Frame& frame, size_t x, size_t y, uint32_t pixel, int step)
 {
-    const std::size_t right = std::min(x + 2, frame.width), bottom = std::min(y + 2, frame.height);
-    for (std::size_t row = y > 0 ? y - 1 : 0; row < bottom; ++row)
-        for (std::size_t column = x > 0 ? x - 1 : 0; column < right; ++column)
+    const size_t right = std::min(x + 2, frame.width), bottom = std::min(y + 2, frame.height);
+    for (size_t row = y > 0 ? y - 1 : 0; row < bottom; ++row)
+        for (size_t column = x > 0 ? x - 1 : 0; column < right; ++column)
             if (StepBetween(frame.pixels[row * frame.width + column], pixel) <= step)
                 return true;
     return false;
 }
 
-/// Both ways: otherwise a line that one frame lacks would count as displaced, because its background
-/// is near in the frame that has it.
-Match MatchAt(const Frame& a, const Frame& b, std::size_t i, int step)
+/// Searches both ways: otherwise a line that one frame lacks would count as displaced, because its
+/// background is near in the frame that has it.
+Match MatchAt(const Frame& a, const Frame& b, size_t i, int step)
 {
     if (StepBetween(a.pixels[i], b.pixels[i]) <= step)
         return Match::Alike;
-    const std::size_t x = i % a.width, y = i / a.width;
+    const size_t x = i % a.width, y = i / a.width;
     const bool isFound = IsNear(b, x, y, a.pixels[i], step) && IsNear(a, x, y, b.pixels[i], step);
     return isFound ? Match::Displaced : Match::Wrong;
 }
 
-bool IsShareWithin(std::size_t part, std::size_t whole, double percent)
+bool IsShareWithin(size_t part, size_t whole, double percent)
 {
     return static_cast<double>(part) * 100.0 <= static_cast<double>(whole) * percent;
 }
@@ -52,7 +52,7 @@ FrameDifference CompareFrames(const Frame& a, const Frame& b, int step)
     if (!difference.isSameSize)
         return difference;
     difference.count = a.pixels.size();
-    for (std::size_t i = 0; i < a.pixels.size(); ++i) {
+    for (size_t i = 0; i < a.pixels.size(); ++i) {
         const Match match = MatchAt(a, b, i, step);
         difference.displaced += match == Match::Displaced;
         difference.wrong += match == Match::Wrong;
@@ -83,11 +83,11 @@ bool SceneDifference::IsWithin() const
 
 Frame DifferenceFrame(const Frame& a, const Frame& b, int step)
 {
-    constexpr std::uint32_t kYellow = 0xFFFFFF00, kRed = 0xFFFF0000;
+    constexpr uint32_t kYellow = 0xFFFFFF00, kRed = 0xFFFF0000;
     Frame frame = a;
-    for (std::size_t i = 0; i < a.pixels.size(); ++i) {
+    for (size_t i = 0; i < a.pixels.size(); ++i) {
         const Match match = MatchAt(a, b, i, step);
-        const std::uint32_t dimmed = 0xFF000000 | (a.pixels[i] >> 2 & 0x3F3F3F);
+        const uint32_t dimmed = 0xFF000000 | (a.pixels[i] >> 2 & 0x3F3F3F);
         frame.pixels[i] =
             match == Match::Alike ? dimmed : (match == Match::Displaced ? kYellow : kRed);
     }

@@ -6,29 +6,29 @@
 
 /// A frame as 0xAARRGGBB, row by row from the top. The comparison ignores alpha.
 struct Frame {
-    std::size_t width = 0;
-    std::size_t height = 0;
-    std::vector<std::uint32_t> pixels;
+    size_t width = 0;
+    size_t height = 0;
+    std::vector<uint32_t> pixels;
 };
 
-/// How much two frames may differ and still show the same.
+/// How much two frames may differ and still count as equal.
 struct FrameTolerance {
     /// Difference of a channel, 0..255, that is ignored: rasterizers round at different steps.
     int step = 4;
     /// Percent of the pixels that may be displaced: lines, silhouettes and borders of texels, where the
     /// rules leave open which of two neighbours is drawn.
     double displacedPercent = 2.0;
-    /// Percent of the pixels that may be neither alike nor displaced.
+    /// Percent of the pixels that may be neither equal nor displaced.
     double wrongPercent = 0.1;
 };
 
 /// Result of a comparison, in pixels.
 struct FrameDifference {
     bool isSameSize = false;
-    std::size_t count = 0;     ///< all pixels
-    std::size_t displaced = 0; ///< differ, but each is found within one pixel in the other frame
-    std::size_t wrong = 0;     ///< differ, and at least one is not found near its place
-    int largestStep = 0;       ///< of any channel of any pixel
+    size_t count = 0;     ///< all pixels
+    size_t displaced = 0; ///< differ, but each is found within one pixel in the other frame
+    size_t wrong = 0;     ///< differ, and at least one is not found nearby
+    int largestStep = 0;  ///< of any channel of any pixel
 };
 
 /// Frames of different sizes are not compared further.
@@ -54,5 +54,6 @@ struct SceneDifference {
 
 SceneDifference CompareSceneFrames(const Frame& a, const Frame& b);
 
-/// Where the frames, of one size, are alike a dimmed `a`; yellow where displaced, red where wrong.
+/// The difference of two frames of one size: `a`, dimmed, where they are equal, yellow where displaced,
+/// red where wrong.
 Frame DifferenceFrame(const Frame& a, const Frame& b, int step);

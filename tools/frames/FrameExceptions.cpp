@@ -6,11 +6,11 @@
 
 namespace {
 
-std::size_t Place(int wanted, std::size_t size, bool isFar)
+size_t Place(int wanted, size_t size, bool isFar)
 {
     const int extent = static_cast<int>(size);
     const bool fromFarSide = wanted < 0 || (isFar && wanted == 0);
-    return static_cast<std::size_t>(std::clamp(fromFarSide ? extent + wanted : wanted, 0, extent));
+    return static_cast<size_t>(std::clamp(fromFarSide ? extent + wanted : wanted, 0, extent));
 }
 
 } // namespace
@@ -37,11 +37,11 @@ void BlankExceptions(Frame& frame, const std::vector<FrameException>& exceptions
     for (const FrameException& exception : exceptions) {
         if (exception.scene != "*" && exception.scene != scene)
             continue;
-        const std::size_t left = Place(exception.left, frame.width, false);
-        const std::size_t right = Place(exception.right, frame.width, true);
-        const std::size_t bottom = Place(exception.bottom, frame.height, true);
-        for (std::size_t y = Place(exception.top, frame.height, false); y < bottom; ++y)
-            for (std::size_t x = left; x < right; ++x)
+        const size_t left = Place(exception.left, frame.width, false);
+        const size_t right = Place(exception.right, frame.width, true);
+        const size_t bottom = Place(exception.bottom, frame.height, true);
+        for (size_t y = Place(exception.top, frame.height, false); y < bottom; ++y)
+            for (size_t x = left; x < right; ++x)
                 frame.pixels[y * frame.width + x] = 0xFF000000;
     }
 }

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-/// A part of a scene's frame that a host is known to draw wrong. Pixels, below 0 from the far side;
-/// 0 on the right or at the bottom is the far side itself.
+/// A part of a scene's frame that a host is known to draw wrong. In pixels; negative ones count from
+/// the far side, and 0 on the right or at the bottom is the far side itself.
 struct FrameException {
-    std::string scene; ///< "*" is all
+    std::string scene; ///< "*" for all
     int left = 0;
     int top = 0;
     int right = 0;

@@ -21,7 +21,7 @@ ComPointer<IDirect3DSurface9> MakeMemorySurface(UINT width, UINT height, D3DFORM
     return surface;
 }
 
-/// Makes the client area as large as the frame; how wide the border is differs from host to host.
+/// Makes the client area as large as the frame; the border width differs between hosts.
 void FitClientArea(int width, int height)
 {
     RECT client = {}, outer = {};
@@ -36,7 +36,7 @@ void FitClientArea(int width, int height)
 
 FrameStage::FrameStage(int width, int height)
 {
-    ParseOptions("/stop /t:0 /zbuf"); // where one host has W buffering, the other may not
+    ParseOptions("/stop /t:0 /zbuf"); // only one host may have W buffering
     const HINSTANCE instance = GetModuleHandleA(nullptr);
     LoadWindowTexts(instance);
     RegisterMainWindowClass(instance);
@@ -84,13 +84,13 @@ Frame FrameStage::BackBuffer()
         return {};
     Frame frame = {desc.Width, desc.Height, {}};
     frame.pixels.resize(frame.width * frame.height);
-    for (std::size_t y = 0; y < frame.height; ++y)
+    for (size_t y = 0; y < frame.height; ++y)
         std::memcpy(&frame.pixels[y * frame.width],
                     static_cast<const BYTE*>(locked.pBits) +
-                        static_cast<std::ptrdiff_t>(y) * locked.Pitch,
+                        static_cast<ptrdiff_t>(y) * locked.Pitch,
                     frame.width * sizeof frame.pixels[0]);
     copy->UnlockRect();
-    for (std::uint32_t& pixel : frame.pixels)
+    for (uint32_t& pixel : frame.pixels)
         pixel |= 0xFF000000;
     return frame;
 }
@@ -119,9 +119,8 @@ bool WriteFramePng(const Frame& frame, const std::string& path)
     D3DLOCKED_RECT locked = {};
     if (!surface || FAILED(surface->LockRect(&locked, nullptr, 0)))
         return false;
-    for (std::size_t y = 0; y < frame.height; ++y)
-        std::memcpy(static_cast<BYTE*>(locked.pBits) +
-                        static_cast<std::ptrdiff_t>(y) * locked.Pitch,
+    for (size_t y = 0; y < frame.height; ++y)
+        std::memcpy(static_cast<BYTE*>(locked.pBits) + static_cast<ptrdiff_t>(y) * locked.Pitch,
                     &frame.pixels[y * frame.width], frame.width * sizeof frame.pixels[0]);
     surface->UnlockRect();
     return SUCCEEDED(

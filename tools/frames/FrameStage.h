@@ -9,7 +9,7 @@
 /// that no process ends with a live device. One at a time.
 class FrameStage {
 public:
-    /// Size in pixels. Errors pass through.
+    /// Size in pixels. Lets errors through.
     FrameStage(int width, int height);
     ~FrameStage();
     FrameStage(const FrameStage&) = delete;
@@ -31,5 +31,5 @@ private:
     double drawSeconds = 0.0;
 };
 
-/// Writes the frame through the host's picture library. False if it can not be written.
+/// Writes the frame through the host's picture library. False if it cannot be written.
 bool WriteFramePng(const Frame& frame, const std::string& path);

@@ -16,7 +16,7 @@ using namespace headless;
 namespace {
 
 /// For each picture, the number of the name that gives it.
-using Givers = std::unordered_map<std::string, std::size_t>;
+using Givers = std::unordered_map<std::string, size_t>;
 
 /// Reads the options and the file name as the program does. False if it finds no name.
 bool TakeCommandLine(std::vector<std::string> arguments)
@@ -38,8 +38,8 @@ bool IsDrawn(const DirectorySearch& match)
 
 /// Records the pictures of one directory; the first one that another name already gives is stored in
 /// `twinsOut`.
-void NotePictures(const char* below, std::size_t name, Givers& givers,
-                  std::optional<std::pair<std::string, std::size_t>>& twinOut)
+void NotePictures(const char* below, size_t name, Givers& givers,
+                  std::optional<std::pair<std::string, size_t>>& twinOut)
 {
     for (DirectorySearch matches(gFilePattern); !matches.IsAtEnd(); matches.Next()) {
         if (!IsDrawn(matches))
@@ -57,12 +57,12 @@ std::optional<PictureTwins> FindPictureTwins(const std::vector<std::string>& opt
                                              const std::vector<std::string>& names)
 {
     Givers givers;
-    for (std::size_t i = 0; i < names.size(); ++i) {
+    for (size_t i = 0; i < names.size(); ++i) {
         std::vector<std::string> arguments = options;
         arguments.push_back(names[i]);
         if (!TakeCommandLine(std::move(arguments)))
             continue;
-        std::optional<std::pair<std::string, std::size_t>> twin;
+        std::optional<std::pair<std::string, size_t>> twin;
         WalkFilePattern(
             [&](const char*, const char* below) { NotePictures(below, i, givers, twin); });
         if (twin)

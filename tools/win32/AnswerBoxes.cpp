@@ -1,5 +1,5 @@
 // answerboxes [--hold FILE] PROGRAM.exe [ARGUMENT...]
-// Runs a Windows program where nobody can click: writes its message boxes to standard error,
+// Runs a Windows program without a user: writes its message boxes to standard error,
 // title, line end, text and line end, and answers them with OK; cancels its file dialogs. The headless
 // program does the same. Returns the program's exit status.
 // With --hold its first frame stays on the screen until FILE, which contains its position, is removed.

@@ -7,7 +7,7 @@ namespace {
 
 constexpr const char* kDialogClass = "#32770";
 constexpr UINT kAnswerTime = 50;   // milliseconds
-constexpr DWORD kSettleTime = 300; // milliseconds that a presented frame takes to the screen
+constexpr DWORD kSettleTime = 300; // milliseconds until a presented frame is on the screen
 
 std::string TitleOf(HWND window)
 {
@@ -16,7 +16,7 @@ std::string TitleOf(HWND window)
     return title;
 }
 
-/// A thread that answers is handling its messages.
+/// A thread that answers in time is processing its messages.
 bool IsAnswering(HWND window)
 {
     DWORD_PTR ignored = 0;

@@ -1,4 +1,4 @@
-// Matrices: products, inverses and the plain transforms. Row vectors, so translation is row 4.
+// Matrices: products, inverses and simple transforms. Row vectors, so translation is in row 4.
 
 #include <d3dx9.h>
 
@@ -25,14 +25,14 @@ PairMinors MakePairMinors(const D3DXMATRIX& matrix)
     return minors;
 }
 
-/// The pair {b, c} out of the columns 0 to 3, b < c, as its place in `kPairs`.
+/// The index in `kPairs` of the column pair {b, c} from 0 to 3, b < c.
 constexpr int PairIndex(int b, int c)
 {
     return b == 0 ? c - 1 : b == 1 ? c + 1 : 5;
 }
 
-/// The cofactor of the element in `row` and `column`: its row's partner expanded by the minors of
-/// the two rows below or above.
+/// The cofactor of the element in `row` and `column`: its partner row expanded by the minors of the
+/// other two rows.
 float Cofactor(const D3DXMATRIX& matrix, const PairMinors& minors, int row, int column)
 {
     const int partner = row ^ 1;

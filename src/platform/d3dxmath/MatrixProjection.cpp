@@ -1,4 +1,4 @@
-// View and projection matrices: left-handed, depth from 0 at the near plane to 1 at the far one.
+// View and projection matrices: left-handed, depth from 0 at the near plane to 1 at the far plane.
 
 #include "platform/d3dxmath/RoundedFunctions.h"
 
@@ -11,7 +11,7 @@ D3DXMATRIX* WINAPI D3DXMatrixLookAtLH(D3DXMATRIX* matrixOut, const D3DXVECTOR3* 
     D3DXVec3Subtract(&z, at, eye);
     D3DXVec3Normalize(&z, &z);
     D3DXVec3Cross(&x, up, &z);
-    D3DXVec3Cross(&y, &z, &x); // before x is of unit length: one rounding less
+    D3DXVec3Cross(&y, &z, &x); // before normalising x: saves one rounding
     D3DXVec3Normalize(&x, &x);
     D3DXVec3Normalize(&y, &y);
     *matrixOut = D3DXMATRIX(x.x, y.x, z.x, 0, x.y, y.y, z.y, 0, x.z, y.z, z.z, 0,

@@ -1,4 +1,4 @@
-// Matrices that rotate. A positive angle turns y to z about x, z to x about y, x to y about z.
+// Rotation matrices. A positive angle turns y to z about x, z to x about y, x to y about z.
 
 #include "platform/d3dxmath/RoundedFunctions.h"
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A transform whose rows are the images of the x, y and z axis.
+/// A transform whose rows are the images of the x, y and z axes.
 D3DXMATRIX* SetAxes(D3DXMATRIX* matrixOut, const D3DXVECTOR3& x, const D3DXVECTOR3& y,
                     const D3DXVECTOR3& z)
 {
@@ -38,7 +38,7 @@ D3DXMATRIX* WINAPI D3DXMatrixRotationZ(D3DXMATRIX* matrixOut, FLOAT angle)
 }
 
 // Rodrigues' formula: cosine * 1 + (1 - cosine) * axis^T axis + sine * [axis]. The order of the
-// products, column before row, decides the last bit; the system's library has the same.
+// products, column before row, affects the last bit; the system's library uses the same.
 D3DXMATRIX* WINAPI D3DXMatrixRotationAxis(D3DXMATRIX* matrixOut, const D3DXVECTOR3* axis,
                                           FLOAT angle)
 {
@@ -64,7 +64,7 @@ D3DXMATRIX* WINAPI D3DXMatrixRotationQuaternion(D3DXMATRIX* matrixOut,
                    {2 * (xz + yw), 2 * (yz - xw), 1 - 2 * (xx + yy)});
 }
 
-// The product of the rotations about z, x and y, multiplied out.
+// The rotations about z, x and y, multiplied out.
 D3DXMATRIX* WINAPI D3DXMatrixRotationYawPitchRoll(D3DXMATRIX* matrixOut, FLOAT yaw, FLOAT pitch,
                                                   FLOAT roll)
 {

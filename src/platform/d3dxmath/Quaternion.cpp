@@ -1,4 +1,4 @@
-// Quaternions (x, y, z, w), w the real part. Products apply the left factor first.
+// Quaternions (x, y, z, w), where w is the real part. Products apply the left factor first.
 
 #include "platform/d3dxmath/RoundedFunctions.h"
 
@@ -47,8 +47,8 @@ D3DXQUATERNION* WINAPI D3DXQuaternionRotationAxis(D3DXQUATERNION* quaternionOut,
     return quaternionOut;
 }
 
-// Shepperd's method: the root is taken of the largest of four terms, so that it never loses digits.
-// With a positive trace that is w; otherwise the component of the largest diagonal element.
+// Shepperd's method: takes the root of the largest of four terms, so that no digits are lost. With
+// a positive trace that is w; otherwise the component of the largest diagonal element.
 D3DXQUATERNION* WINAPI D3DXQuaternionRotationMatrix(D3DXQUATERNION* quaternionOut,
                                                     const D3DXMATRIX* matrix)
 {
@@ -94,15 +94,17 @@ D3DXQUATERNION* WINAPI D3DXQuaternionSlerp(D3DXQUATERNION* quaternionOut,
     float cosine = D3DXQuaternionDot(from, to);
     float fromWeight = 1 - t;
     float toWeight = t;
-    if (cosine < 0) { // the other of the two signs of `to` is nearer
+    if (cosine < 0) { // `-to` is nearer
         cosine = -cosine;
         toWeight = -toWeight;
     }
-    // Below some 2.6 degrees the quotient of sines loses its digits and the chord is as good.
+    // Below some 2.6 degrees the quotient of sines loses digits, and linear interpolation is as
+    // good.
     constexpr float kNear = 0.001f;
-    // A quotient of a sine with itself is exactly 1, and that of 0 is 0: the weights are that already
-    // at t = 1, and one of them at t = -1. Sines are odd, so one serves for both at t = 1/2. Curves
-    // without tension ask for little else, and the functions are most of their cost.
+    // Shortcuts for the values of t that curves without tension mostly use; the trigonometric
+    // functions are most of their cost. A sine divided by itself is exactly 1, and 0 divided by one
+    // is 0: at t = 1 both weights already have these values, at t = -1 one of them has. Sine is
+    // odd, so at t = 1/2 one serves both.
     if (t != 1 && 1 - cosine > kNear) {
         const float fromPart = fromWeight;
         const float angle = RoundedAcos(cosine);

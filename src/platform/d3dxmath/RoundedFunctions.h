@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-// The functions that C libraries round differently. Taken in double precision and rounded once to
-// float they agree on all hosts, so that stored values agree to the bit.
+// Functions that C libraries round differently. Computed in double precision and rounded once to
+// float, they agree on all hosts, so that stored values are identical to the bit.
 
 /// `angle` in radians; any size.
 inline float RoundedSin(float angle)
@@ -23,7 +23,7 @@ inline float RoundedTan(float angle)
     return static_cast<float>(std::tan(static_cast<double>(angle)));
 }
 
-/// Radians in [0, pi]; a cosine outside [-1, 1], which rounding can give, counts as its end.
+/// Radians in [0, pi]; a cosine outside [-1, 1], possible by rounding, is clamped.
 inline float RoundedAcos(float cosine)
 {
     const float bounded = cosine > 1 ? 1.0f : cosine < -1 ? -1.0f : cosine;

@@ -1,4 +1,4 @@
-// Vectors and planes. Sums run in the order x, y, z, w, as in the header.
+// Vectors and planes. Sums are taken in the order x, y, z, w, as in the header.
 
 #include <d3dx9.h>
 

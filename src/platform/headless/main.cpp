@@ -1,5 +1,5 @@
-// The process entry of the headless host: builds the one command line and runs the program's own
-// entry, whose result is the exit status.
+// Process entry of the headless host: joins the arguments into one command line and calls
+// `WinMain`, whose result is the exit status.
 
 #include "platform/headless/win32/JoinArguments.h"
 
@@ -12,8 +12,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, in
 
 int main(int argc, char** argv)
 {
-    // Whoever reads the output through a pipe sees a line when its file is done, in its place among
-    // those of standard error.
+    // With line buffering, a reader at the other end of a pipe gets each line as soon as its file
+    // is done, in order with standard error.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     std::string commandLine = JoinArguments(argc - 1, argv + 1);
     return WinMain(nullptr, nullptr, commandLine.data(), SW_SHOWNORMAL);

@@ -1,6 +1,6 @@
 #include "platform/EffectFault.h"
 
-/// The system's library has no reason but a result.
+/// The system's library reports only a result code.
 std::string EffectFault(ID3DXEffect&, D3DXHANDLE)
 {
     return "";

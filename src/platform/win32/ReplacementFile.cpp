@@ -1,4 +1,5 @@
-// A file's name tells who made it; a file that is open cannot be removed by others in any case.
+// The file name identifies the process that made it; other processes cannot remove an open file
+// anyway.
 
 #include "platform/ReplacementFile.h"
 
@@ -16,7 +17,7 @@ constexpr const char* kPrefix = ".qsa2qsb-";
 constexpr const char* kSuffix = ".tmp";
 constexpr int kMostAttempts = 1000;
 
-std::string gClearedDirectory; ///< full path of the directory that was cleared last
+std::string gClearedDirectory; ///< full path of the directory cleaned last
 
 std::string FullPath(const std::string& path)
 {
@@ -25,13 +26,13 @@ std::string FullPath(const std::string& path)
     return length > 0 && length < sizeof text ? std::string(text, length) : path;
 }
 
-/// With its separator; empty for the current directory.
+/// Includes the separator; empty for the current directory.
 std::string DirectoryOf(const std::string& path)
 {
     return path.substr(0, path.find_last_of("\\/:") + 1);
 }
 
-/// Processes are known to one computer only.
+/// Process ids are only valid on one computer.
 std::string ComputerPrefix()
 {
     char name[MAX_COMPUTERNAME_LENGTH + 1] = "";
@@ -50,7 +51,8 @@ bool IsRunning(DWORD processId)
     return runs;
 }
 
-/// Once for each directory in turn: a run over many files does not read it for each of them.
+/// Cleans a directory only if it is not the last one cleaned, so that a run over many files does
+/// not read it for each of them.
 void RemoveAbandoned(const std::string& directory)
 {
     const std::string full = FullPath(directory.empty() ? "." : directory);
@@ -65,7 +67,7 @@ void RemoveAbandoned(const std::string& directory)
     do {
         const std::string name = found.cFileName;
         if (name.size() <= prefix.size() || _strnicmp(name.c_str(), prefix.c_str(), prefix.size()))
-            continue; // a short name may fit the pattern, too
+            continue; // the pattern may match a short name
         const unsigned long maker = std::strtoul(name.c_str() + prefix.size(), nullptr, 10);
         if (!IsRunning(maker))
             DeleteFileA((directory + name).c_str());
@@ -112,12 +114,12 @@ bool ReplacementFile::Make(const char* targetPath)
     target = targetPath ? targetPath : "";
     const DWORD attributes = GetFileAttributesA(target.c_str());
     const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
-    // A run with all rights could open a write-protected file, but not replace it.
+    // An elevated process could open a write-protected file, but not replace it.
     const bool isProtected =
         isThere && (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0;
     FILE* present = isProtected ? nullptr : std::fopen(target.c_str(), "r+b");
     if (isThere && !present) {
-        errno = EACCES; // or it is in use
+        errno = EACCES; // also if the file is in use
         return false;
     }
     if (present) {

@@ -1,4 +1,4 @@
-// The Windows program has no console to say anything on; its boxes and the log do.
+// The Windows program has no console; message boxes and the log report instead.
 
 #include "platform/WalkedFile.h"
 

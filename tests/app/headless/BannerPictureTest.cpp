@@ -14,15 +14,15 @@
 namespace {
 
 /// Colours of pixels, and how often each occurs.
-using Colors = std::map<std::uint32_t, int>;
+using Colors = std::map<uint32_t, int>;
 
 /// One channel of a letter's pixel: from the font's first colour at its top left to the second,
 /// reached at row 4, column 4, whose distance is the square root of 32.
-std::uint32_t Faded(int row, int column, int first, int second)
+uint32_t Faded(int row, int column, int first, int second)
 {
     const auto part = static_cast<float>(std::sqrt((row * row + column * column) / 32.0));
     const auto way = static_cast<float>(second - first);
-    return static_cast<std::uint32_t>(way * part + static_cast<float>(first));
+    return static_cast<uint32_t>(way * part + static_cast<float>(first));
 }
 
 /// The pixels of a line of letters of 5 by 5, between 0xFF96DCFF and 0xFF006473, each texel one pixel.
@@ -56,7 +56,7 @@ TEST(BannerPicture, EachTexelOfTheLettersIsOnePixel)
     DrawBanner(banner, 12.5);
     gGfx->EndScene();
     Colors found;
-    for (const std::uint32_t pixel : FrameStage::BackBuffer().pixels)
+    for (const uint32_t pixel : FrameStage::BackBuffer().pixels)
         if (pixel != 0xFF000000)
             ++found[pixel];
     char line[64];

@@ -4,6 +4,7 @@
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/app/ScratchEngine.h"
 #include "tests/app/ScratchWalk.h"
+#include "tests/support/RecordingDirect3D.h"
 #include "tests/support/ScratchDirectory.h"
 
 #include <gtest/gtest.h>
@@ -22,6 +23,16 @@ protected:
 
     const ScratchDirectory scratch; // the log is written here
 };
+
+RecordingDirect3D* gFailing; // given to the next engine; not owned
+
+IDirect3D9* GiveFailing(UINT)
+{
+    gFailing->AddRef();
+    return gFailing;
+}
+
+constexpr KRE_GfxRuntime kFailingRuntime = {[](const char*) { return true; }, GiveFailing};
 
 /// The window of the program that took the display: its message returns it.
 LRESULT CALLBACK GiveDisplayBack(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -64,12 +75,16 @@ TEST_F(DeviceLife, FailedStartLeavesNothingAlive)
     ShutdownGraphics();
     for (const char* call :
          {"CreateDevice", "GetBackBuffer", "CreateVertexBuffer", "SetTransform"}) {
-        FailNextCall(call, D3DERR_INVALIDCALL);
-        EXPECT_THROW(StartGraphics(), KRE_Error) << call;
+        const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
+        const ComHandle<RecordingDirect3D> failing = RecordingDirect3D::Wrap(real.get());
+        failing->FailNext(call, D3DERR_INVALIDCALL);
+        gFailing = failing.get();
+        EXPECT_THROW(StartGraphics(SettingsFromOptions(), kFailingRuntime), KRE_Error) << call;
         ShutdownGraphics();
-        EXPECT_EQ(LiveObjectReport(), "") << call;
-        EXPECT_EQ(ClearFailNextCalls(), 0) << call;
+        EXPECT_EQ(LiveObjectReport(), "1 interface") << call << ": the test's own is left";
+        EXPECT_EQ(failing->Recorder()->FailuresLeft(), 0u) << call;
     }
+    EXPECT_EQ(LiveObjectReport(), "");
     EXPECT_EQ(TakeLeakReport(), "");
 }
 

@@ -45,7 +45,7 @@ HWND CreateWindowThatMoves()
 
 } // namespace
 
-TEST(ProcessDirectory, LinkBackUpIsNotEntered)
+TEST(WalkLimits, LinkBackUpIsNotEntered)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kWalkScene);
@@ -55,9 +55,9 @@ TEST(ProcessDirectory, LinkBackUpIsNotEntered)
     EXPECT_EQ(Walk("*.qsa", "/s"), "'a.qsa' converted\n'b.qsa' converted\n'c.qsa' converted\n");
 }
 
-TEST(ProcessDirectory, LinkBackUpIsNotEnteredIfFilesHaveNoIndex)
+TEST(WalkLimits, LinkBackUpIsNotEnteredIfFilesHaveNoIndex)
 {
-    for (const std::uint64_t index : {std::uint64_t{0}, ~std::uint64_t{0}}) {
+    for (const uint64_t index : {uint64_t{0}, ~uint64_t{0}}) {
         const ScratchDirectory scratch;
         scratch.Write("a.qsa", kWalkScene);
         scratch.Write("x/b.qsa", kWalkScene);
@@ -72,7 +72,7 @@ TEST(ProcessDirectory, LinkBackUpIsNotEnteredIfFilesHaveNoIndex)
     }
 }
 
-TEST(ProcessDirectory, LinkToAnotherDirectoryIsEnteredAndLeftByItsOwnWay)
+TEST(WalkLimits, LinkToAnotherDirectoryIsEnteredAndLeftByItsOwnWay)
 {
     const ScratchDirectory scratch;
     scratch.Write("elsewhere/b.qsa", kWalkScene);
@@ -86,7 +86,7 @@ TEST(ProcessDirectory, LinkToAnotherDirectoryIsEnteredAndLeftByItsOwnWay)
     EXPECT_EQ(fs::current_path(), scratch.Path());
 }
 
-TEST(ProcessDirectory, WayBackThatIsGoneEndsTheWalkWithAWarning)
+TEST(WalkLimits, WayBackThatIsGoneEndsTheWalkWithAWarning)
 {
     const ScratchDirectory scratch;
     scratch.Write("top/a/b/first.qsa", kWalkScene);
@@ -134,7 +134,7 @@ private:
 
 } // namespace
 
-TEST(ProcessDirectory, DirectoryThatCannotBeEnteredIsSkipped)
+TEST(WalkLimits, DirectoryThatCannotBeEnteredIsSkipped)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kWalkScene);
@@ -150,7 +150,7 @@ TEST(ProcessDirectory, DirectoryThatCannotBeEnteredIsSkipped)
     EXPECT_TRUE(scratch.Has("open/c.qsb"));
 }
 
-TEST(ProcessDirectory, DirectoryRemovedBeforeTheRunIsAnEmptyRun)
+TEST(WalkLimits, DirectoryRemovedBeforeTheRunIsAnEmptyRun)
 {
     const ScratchDirectory scratch;
     fs::create_directory("gone");
@@ -160,7 +160,7 @@ TEST(ProcessDirectory, DirectoryRemovedBeforeTheRunIsAnEmptyRun)
     fs::current_path(scratch.Path());
 }
 
-TEST(ProcessDirectory, TreeDeeperThanAPathMayBeIsWalked)
+TEST(WalkLimits, TreeDeeperThanAPathMayBeIsWalked)
 {
     // 60 levels of 100 characters: a path of 6,000 bytes, which no single call accepts.
     const ScratchDirectory scratch;

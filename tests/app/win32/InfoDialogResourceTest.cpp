@@ -67,12 +67,12 @@ const Keys kBlocks[] = {
 Keys ReadBlock(const std::string& text)
 {
     Keys keys;
-    std::size_t start = 0;
+    size_t start = 0;
     while (start < text.size()) {
-        const std::size_t end = std::min(text.find('\n', start), text.size());
+        const size_t end = std::min(text.find('\n', start), text.size());
         const std::string line = text.substr(start, end - start);
-        const std::size_t gap = std::min(line.find_first_of(" \t"), line.size());
-        const std::size_t words = std::min(line.find_first_not_of(" \t", gap), line.size());
+        const size_t gap = std::min(line.find_first_of(" \t"), line.size());
+        const size_t words = std::min(line.find_first_not_of(" \t", gap), line.size());
         keys.emplace_back(line.substr(0, gap), line.substr(words));
         start = end + 1;
     }
@@ -111,7 +111,7 @@ TEST(InfoDialogResource, HasEveryControlAtItsPlace)
     };
     const DialogResource dialog = ReadDialogResource(103);
     ASSERT_EQ(dialog.controls.size(), std::size(expected));
-    for (std::size_t i = 0; i < std::size(expected); ++i) {
+    for (size_t i = 0; i < std::size(expected); ++i) {
         const DialogControl& control = dialog.controls[i];
         EXPECT_EQ(control.windowClass, expected[i].windowClass) << expected[i].what;
         EXPECT_EQ(control.x, expected[i].x) << expected[i].what;
@@ -150,11 +150,10 @@ TEST(InfoDialogResource, ListsTheKeysInSixBlocks)
     static constexpr int kControlOfBlock[] = {7, 8, 11, 9, 12, 10};
     const DialogResource dialog = ReadDialogResource(103);
     ASSERT_EQ(dialog.controls.size(), 13u);
-    std::size_t keys = 0;
+    size_t keys = 0;
     int bottom = 0;
-    for (std::size_t block = 0; block < std::size(kBlocks); ++block) {
-        const DialogControl& control =
-            dialog.controls[static_cast<std::size_t>(kControlOfBlock[block])];
+    for (size_t block = 0; block < std::size(kBlocks); ++block) {
+        const DialogControl& control = dialog.controls[static_cast<size_t>(kControlOfBlock[block])];
         EXPECT_EQ(ReadBlock(control.text), kBlocks[block]) << "block " << block + 1;
         EXPECT_GE(control.y, bottom) << "below the one before it";
         bottom = control.y + control.height;

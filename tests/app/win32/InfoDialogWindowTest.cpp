@@ -18,7 +18,7 @@ INT_PTR ShowAndPost(UINT message, WPARAM wParam)
 
 } // namespace
 
-TEST(InfoDialog, ClosesOnOkEscAndTheCloseBox)
+TEST(InfoDialogWindow, ClosesOnOkEscAndTheCloseBox)
 {
     const ScratchWindow window("");
     static const struct {
@@ -36,7 +36,7 @@ TEST(InfoDialog, ClosesOnOkEscAndTheCloseBox)
         EXPECT_EQ(ShowAndPost(c.message, c.wParam), c.expected) << c.what;
 }
 
-TEST(InfoDialog, HoldsTheWindowWhileItIsOpen)
+TEST(InfoDialogWindow, HoldsTheWindowWhileItIsOpen)
 {
     const ScratchWindow window("");
     bool wasEnabled = true;

@@ -48,11 +48,11 @@ public:
         return 0;
     }
 
-    void Align() { position = (position + 3) & ~std::size_t{3}; }
+    void Align() { position = (position + 3) & ~size_t{3}; }
 
 private:
     std::vector<BYTE> bytes;
-    std::size_t position = 0;
+    size_t position = 0;
 };
 
 DialogControl ReadControl(WordReader& words)

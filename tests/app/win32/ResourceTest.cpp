@@ -34,7 +34,7 @@ std::vector<IconImage> ImagesOf(int icon)
 {
     const std::vector<BYTE> group = ResourceBytes(MAKEINTRESOURCEA(14), icon); // RT_GROUP_ICON
     std::vector<IconImage> images;
-    for (std::size_t at = 6; at + 14 <= group.size(); at += 14) {
+    for (size_t at = 6; at + 14 <= group.size(); at += 14) {
         WORD id = 0;
         std::memcpy(&id, &group[at + 12], sizeof id);
         const std::vector<BYTE> image = ResourceBytes(MAKEINTRESOURCEA(3), id); // RT_ICON
@@ -110,7 +110,7 @@ TEST(ManifestResource, IsAnEmptyAssembly)
 {
     const std::vector<BYTE> bytes = ResourceBytes(MAKEINTRESOURCEA(24), 1); // RT_MANIFEST
     const std::string text(bytes.begin(), bytes.end());
-    const std::size_t assembly = text.find("<assembly ");
+    const size_t assembly = text.find("<assembly ");
     ASSERT_NE(assembly, std::string::npos);
     EXPECT_EQ(text.find('>', assembly), text.find("/>", assembly) + 1) << "nothing inside";
     EXPECT_EQ(text.find('<', assembly + 1), std::string::npos) << "nothing behind it";

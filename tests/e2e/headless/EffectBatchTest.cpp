@@ -12,7 +12,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// A triangle that fills most of the view, with a material of the name given.
+/// A triangle that fills most of the view, with a material of the given name.
 std::string Scene(const std::string& material)
 {
     return "*3DSMAX_QSAEXPORT 211\n"
@@ -36,18 +36,18 @@ void AddWord(std::string& bytes, unsigned word)
         bytes += static_cast<char>(word >> shift & 0xFF);
 }
 
-/// A compiled effect as compilers write it: one technique, its pass sets the culling mode to 1. Offsets
-/// count from behind the second word.
+/// A compiled effect as compilers write it: one technique, its pass sets the culling mode to 1.
+/// Offsets count from the end of the second word.
 std::string CompiledEffect()
 {
     std::string bytes;
     for (
         const unsigned word :
         {0xFEFF0901u, 36u,
-         // What is named by offsets: an empty name at 0, the type of a whole number at 4 (type 2 of
-         // class 0, without names, no array, 1 by 1), the number 1 at 32.
+         // The targets of offsets: an empty name at 0, an integer type at 4 (type 2 of class 0,
+         // without names, no array, 1 by 1), the number 1 at 32.
          0u, 2u, 0u, 0u, 0u, 0u, 1u, 1u, 1u,
-         // No parameters, one technique, a reserved word, one object, which is none.
+         // No parameters, one technique, a reserved word, one object, which is empty.
          0u, 1u, 0u, 1u,
          // The technique: name, annotations, passes. The pass: name, annotations, states. The state:
          // operation 8, index, type, value.
@@ -60,7 +60,7 @@ std::string CompiledEffect()
 
 std::string Damaged(std::string bytes)
 {
-    bytes[0] = 0x40; // another mark
+    bytes[0] = 0x40; // a different signature
     return bytes;
 }
 
@@ -77,7 +77,7 @@ protected:
             std::filesystem::remove(name);
         return RunProgram({"*.qsa"});
     }
-    /// The picture of a scene that is converted alone.
+    /// The picture of a scene converted on its own.
     std::string Frame(const std::string& material)
     {
         scratch.Write("frame/b.qsa", Scene(material));
@@ -95,7 +95,7 @@ constexpr const char* kBinary = "compiled effects are not read on this host, onl
 
 } // namespace
 
-TEST_F(EffectBatch, AnEffectThatThisHostCannotUseCostsNothingElse)
+TEST_F(EffectBatch, AnEffectThatThisHostCannotUseDoesNotEndTheBatch)
 {
     const std::string function = "float4 f() : POSITION { return 0; }\n";
     const struct {
@@ -173,7 +173,7 @@ TEST_F(EffectBatch, ALaterTechniqueIsDrawnWithoutAMessage)
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
-TEST_F(EffectBatch, AFaultOfTheTextEndsTheRun)
+TEST_F(EffectBatch, AnErrorInTheTextEndsTheRun)
 {
     static const struct {
         const char* text;
@@ -199,8 +199,8 @@ TEST_F(EffectBatch, AFaultOfTheTextEndsTheRun)
     }
 }
 
-// The name as the scene gives it is that of a text, which is not there.
-TEST_F(EffectBatch, ACompiledEffectIsTakenInThePlaceOfItsText)
+// The scene names the text form, which does not exist.
+TEST_F(EffectBatch, ACompiledEffectReplacesItsMissingText)
 {
     scratch.Write("config/Fenwhistle/QSAView.conf", "DefaultBasePath=nowhere\n");
     setenv("XDG_CONFIG_HOME", (scratch.Path() / "config").c_str(), 1);
@@ -229,7 +229,7 @@ TEST_F(EffectBatch, AMaterialWithSuchAnEffectIsDrawnAsIfItHadNone)
     }
 }
 
-// The effect begins with a value that can be drawn, and the material gives another one.
+// The effect's initial value can be drawn; the material sets another one.
 TEST_F(EffectBatch, AStateRefusedLaterIsNamedBeforeTheError)
 {
     static const struct {

@@ -9,7 +9,7 @@ namespace {
 const char kEmptyScene[] = "*3DSMAX_QSAEXPORT 200\n";
 const char kOtherFormat[] = "# a cube\no Cube\nv 1.0 1.0 -1.0\nf 1 5 7 3\n";
 
-/// A scene with one helper, whose name the target holds.
+/// A scene with one helper; its name appears in the target.
 std::string SceneWith(const std::string& helper)
 {
     return std::string(kEmptyScene) + "*HELPEROBJECT {\n*NODE_NAME \"" + helper + "\"\n}\n";
@@ -48,7 +48,7 @@ TEST(HostMessages, FileWithoutAKeywordIsNamedAndConverted)
     EXPECT_EQ(run.err, "deck/a.qsa: holds no scene (no keyword of the format found)\n"
                        "deck/c.qsa: holds no scene (no keyword of the format found)\n");
     EXPECT_FALSE(scratch.Has("deck/logfile.txt"));
-    // Binary scenes have no keywords, and what came of the other format is one by now.
+    // Binary scenes have no keywords, and the text scene has been converted to one by now.
     EXPECT_EQ(RunProgram({"deck/*.qsb"}).err, "");
 }
 
@@ -65,7 +65,7 @@ TEST(HostMessages, NamesThatDifferInCaseAreTwoScenesAndTwoPictures)
     EXPECT_TRUE(scratch.Has("frames/boat.qsa.png"));
 }
 
-TEST(HostMessages, NoLooksForTheTargetsExactName)
+TEST(HostMessages, OptionNoLooksForTheTargetsExactName)
 {
     const ScratchDirectory scratch;
     scratch.Write("Boat.qsa", SceneWith("Mast"));

@@ -1,5 +1,6 @@
 // The entry to the headless program: ./run, and the script that it calls.
 
+#include "tests/support/Emulator.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
@@ -12,6 +13,15 @@ namespace {
 
 const char kBareScene[] = "*3DSMAX_QSAEXPORT 200\n";
 
+class RunCommand : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (RunsUnderAnEmulator())
+            GTEST_SKIP() << "the scripts start programs of this machine";
+    }
+};
+
 ProgramRun RunNames(std::vector<std::string> arguments)
 {
     arguments.insert(arguments.begin(), ProgramPath());
@@ -20,7 +30,7 @@ ProgramRun RunNames(std::vector<std::string> arguments)
 
 } // namespace
 
-TEST(RunCommand, HelpAndVersionGoToStandardOutput)
+TEST_F(RunCommand, HelpAndVersionGoToStandardOutput)
 {
     for (const char* option : {"-h", "--help"}) {
         const ProgramRun run = RunProgramFile(SourcePath("run"), {"some.qsa", option});
@@ -33,7 +43,7 @@ TEST(RunCommand, HelpAndVersionGoToStandardOutput)
     EXPECT_THAT(run.out, testing::MatchesRegex("qsa2qsb [0-9]+[.][0-9]+\n"));
 }
 
-TEST(RunCommand, NothingToConvertIsSaidAndFails)
+TEST_F(RunCommand, NothingToConvertIsReportedAndFails)
 {
     const ScratchDirectory scratch;
     scratch.Write("deck/a.qsa", kBareScene);
@@ -60,7 +70,7 @@ TEST(RunCommand, NothingToConvertIsSaidAndFails)
     EXPECT_EQ(none.err, "./run: no file is named; ./run --help tells how\n");
 }
 
-TEST(RunCommand, EachNameIsConvertedWithAllOptions)
+TEST_F(RunCommand, EachNameIsConvertedWithAllOptions)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"a.qsa", "my b.qsa", "it's c.qsa", "deck/d.qsa", "deck/e/f.qsa"})
@@ -74,7 +84,7 @@ TEST(RunCommand, EachNameIsConvertedWithAllOptions)
     EXPECT_EQ(run.err, "");
 }
 
-TEST(RunCommand, GoesOnAfterAFailureAndFails)
+TEST_F(RunCommand, GoesOnAfterAFailureAndFails)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsa", kBareScene);
@@ -89,7 +99,7 @@ TEST(RunCommand, GoesOnAfterAFailureAndFails)
     EXPECT_EQ(RunNames({"nosuch.qsa", "c.qsa"}).status, 1);
 }
 
-TEST(RunCommand, OwnHelpOfTheProgramIsNotAFailure)
+TEST_F(RunCommand, TheProgramsOwnHelpIsNotAFailure)
 {
     const ScratchDirectory scratch;
     for (const char* option : {"/?", "/H", "/help"}) {
@@ -99,7 +109,7 @@ TEST(RunCommand, OwnHelpOfTheProgramIsNotAFailure)
     }
 }
 
-TEST(RunCommand, ProgramThatBreaksOffIsAFailure)
+TEST_F(RunCommand, ProgramThatBreaksOffIsAFailure)
 {
     const ScratchDirectory scratch;
     scratch.Write("program", "#!/bin/sh\necho \"'a' converted\"\nkill -KILL $$\n");
@@ -111,7 +121,7 @@ TEST(RunCommand, ProgramThatBreaksOffIsAFailure)
     EXPECT_THAT(run.err, testing::HasSubstr("./run: a: the program broke off with status 137\n"));
 }
 
-TEST(RunCommand, NamesThatGiveOnePictureAreRefusedBeforeTheFirstStarts)
+TEST_F(RunCommand, NamesWithTheSamePictureAreRefusedBeforeTheFirstStarts)
 {
     const ScratchDirectory scratch;
     for (const char* name : {"a/boat.qsa", "b/boat.qsa", "b/cleat.qsa"})

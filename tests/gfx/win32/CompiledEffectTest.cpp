@@ -1,4 +1,4 @@
-// The engine with compiled effects that the system's D3DX loads, draws with and tells about.
+// The engine with compiled effects that the system's D3DX loads, draws with and describes.
 
 #include "tests/support/win32/CompiledEffect.h"
 
@@ -18,7 +18,7 @@ ComHandle<RecordingDirect3D> WrapRealDirect3D()
     return RecordingDirect3D::Wrap(real.get());
 }
 
-/// By value: D3DX compares bits, by which -0 is not 0.
+/// Compares by value: D3DX compares bits, where -0 differs from 0.
 bool SameValues(const D3DXMATRIX& a, const D3DXMATRIX& b)
 {
     const float* const first = &a._11;
@@ -94,7 +94,7 @@ TEST_F(CompiledEffectTest, LoadsWithAndWithoutThePool)
     }
 }
 
-TEST_F(CompiledEffectTest, TextThatTheSystemRefusesIsAnErrorWithItsWords)
+TEST_F(CompiledEffectTest, TextThatTheSystemRefusesIsAnErrorWithItsMessage)
 {
     scratch.Write("bad.fx", "technique { pass { CullMode = SIDEWAYS; } }");
     EXPECT_THAT(RaisedBy([&] { gfx.LoadEffect(&effect, "bad.fx", false, 0, true); }),
@@ -141,7 +141,7 @@ TEST_F(CompiledEffectTest, MatricesReachTheirSemantics)
     using enum EffectSemantic;
     EXPECT_TRUE(SameValues(Matrix(kWorld), world));
     EXPECT_TRUE(SameValues(Matrix(kView), view));
-    // Translations add up, and the inverse goes back to where the camera stands.
+    // Translations add up, and the inverse leads back to the camera's position.
     D3DXMATRIX expected;
     D3DXMatrixTranslation(&expected, -9, -18, -27);
     EXPECT_TRUE(SameValues(Matrix(kWorldView), expected));
@@ -239,7 +239,7 @@ TEST_F(CompiledEffectTest, NamedTexturesAreFoundByTheirAnnotation)
 
 // ---- Techniques and passes
 
-TEST_F(CompiledEffectTest, TechniqueThatDoesNotRunHereIsPassedOver)
+TEST_F(CompiledEffectTest, TechniqueThatDoesNotRunHereIsSkipped)
 {
     file.AddTechnique({{nullptr, 0, false, true}});
     file.AddTechnique({{}, {nullptr, 0, true, false}});
@@ -261,7 +261,7 @@ TEST_F(CompiledEffectTest, EffectWithoutATechniqueThatRunsWarnsAndIsUnusable)
     EXPECT_EQ(effect.technique, 0);
 }
 
-TEST_F(CompiledEffectTest, PassesSetTheirStatesAndTheEndPutsThemBack)
+TEST_F(CompiledEffectTest, PassesSetTheirStatesAndTheEndRestoresThem)
 {
     file.AddTechnique({{nullptr, D3DCULL_CW}, {nullptr, D3DCULL_NONE}});
     Load(effect);
@@ -279,7 +279,8 @@ TEST_F(CompiledEffectTest, PassesSetTheirStatesAndTheEndPutsThemBack)
 
 TEST_F(CompiledEffectTest, ListIsDrawnWithTheStatesOfThePass)
 {
-    // One triangle over the whole screen: of the two ways to cull one hides it, the effect's does not.
+    // One triangle over the whole screen: one of the two culling modes hides it, the effect's does
+    // not.
     file.AddTechnique({{nullptr, D3DCULL_NONE}});
     Load(effect);
     KRE_VertexListTemp<KRE_PointVertex> list;
@@ -330,13 +331,13 @@ TEST_F(CompiledEffectTest, PassesDrawIntoTheBuffersOfTheirAnnotations)
     gfx.EndScene();
 }
 
-TEST_F(CompiledEffectTest, TargetThatThereIsNotIsAnError)
+TEST_F(CompiledEffectTest, TargetThatDoesNotExistIsAnError)
 {
     file.AddTechnique({{"ScreenBuffer3"}});
     EXPECT_EQ(RaisedBy([&] { Load(effect); }), "Not more than 2 ScreenBuffer supported");
 }
 
-TEST_F(CompiledEffectTest, LivesThroughAResetWithItsBuffers)
+TEST_F(CompiledEffectTest, SurvivesAResetWithItsBuffers)
 {
     file.AddTexture("SCREENQUARTERBUFFER1");
     file.AddTechnique({{"ScreenQuarterBuffer1"}});

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/info/InfoTesting.h"
+#include "tests/support/Emulator.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
 
@@ -20,11 +21,11 @@ int Shell(const std::string& command)
     return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
 }
 
-const std::string kProgram = InfoProgramPath();
+const std::string kProgram = EmulatorCommand() + " " + InfoProgramPath();
 
 } // namespace
 
-TEST(InfoProgramOutput, JsonIsReadByAnotherProgram)
+TEST(Program, JsonIsReadByAnotherProgram)
 {
     if (Shell("python3 -c 'import json' 2>/dev/null") != 0)
         GTEST_SKIP() << "python3 is not there";
@@ -63,17 +64,35 @@ TEST(InfoProgramOutput, JsonIsReadByAnotherProgram)
     }
 }
 
-TEST(InfoProgramOutput, AFullDiskIsTrouble)
+TEST(Program, AFullDiskIsTrouble)
 {
     if (!fs::exists("/dev/full"))
         GTEST_SKIP() << "no /dev/full";
     EXPECT_EQ(Shell(kProgram + " --version > /dev/full 2>/dev/null"), 2);
 }
 
-TEST(InfoProgramOutput, NeedsNoDisplayAndNoHome)
+TEST(Program, NeedsNoDisplayAndNoHome)
 {
     const ScratchDirectory scratch;
     scratch.Write("a.qsb", MakeQsb(InfoBoat()).bytes);
     EXPECT_EQ(Shell("env -i " + kProgram + " --check a.qsb > out.txt"), 0);
     EXPECT_EQ(scratch.Read("out.txt"), "a.qsb: sound\n");
 }
+
+#ifndef __SANITIZE_ADDRESS__ // which reserves address space without end
+
+TEST(InfoProgramOutput, ASceneThatDoesNotFitIsNamed)
+{
+    const char* emulator = std::getenv("QSA_EMULATOR");
+    if (emulator && *emulator)
+        GTEST_SKIP() << "the limit would be the emulator's";
+    const ScratchDirectory scratch;
+    std::string text = "*3DSMAX_QSAEXPORT 200\n*MATERIAL_LIST {\n";
+    for (int i = 0; i < 500000; ++i)
+        text += "*MATERIAL " + std::to_string(i) + " {}\n";
+    scratch.Write("large.qsa", text + "}\n");
+    EXPECT_EQ(Shell("ulimit -v 150000; " + kProgram + " large.qsa 2> told"), 2);
+    EXPECT_EQ(scratch.Read("told"), "qsbinfo: large.qsa: Not enough memory for the scene\n");
+}
+
+#endif

@@ -18,7 +18,7 @@ protected:
 
 } // namespace
 
-TEST_F(BufferTest, AVertexBufferTellsWhatItIs)
+TEST_F(BufferTest, AVertexBufferDescribesItself)
 {
     Com<IDirect3DVertexBuffer9> buffer;
     ASSERT_EQ(device->CreateVertexBuffer(128, D3DUSAGE_WRITEONLY, 0x1C4, D3DPOOL_SYSTEMMEM,
@@ -35,7 +35,7 @@ TEST_F(BufferTest, AVertexBufferTellsWhatItIs)
     EXPECT_EQ(buffer->GetType(), D3DRTYPE_VERTEXBUFFER);
 }
 
-TEST_F(BufferTest, AnIndexBufferTellsWhatItIs)
+TEST_F(BufferTest, AnIndexBufferDescribesItself)
 {
     Com<IDirect3DIndexBuffer9> buffer;
     ASSERT_EQ(
@@ -67,7 +67,7 @@ TEST_F(BufferTest, IndicesAreKept)
         device->CreateIndexBuffer(6, 0, D3DFMT_INDEX16, D3DPOOL_MANAGED, buffer.Out(), nullptr),
         D3D_OK);
     void* data = nullptr;
-    const std::uint16_t indices[3] = {7, 8, 9};
+    const uint16_t indices[3] = {7, 8, 9};
     ASSERT_EQ(buffer->Lock(0, 6, &data, 0), D3D_OK);
     std::memcpy(data, indices, sizeof indices);
     ASSERT_EQ(buffer->Unlock(), D3D_OK);
@@ -88,7 +88,7 @@ TEST_F(BufferTest, LocksMayNest)
     EXPECT_EQ(buffer->Unlock(), D3D_OK);
 }
 
-TEST_F(BufferTest, RefusesWhatCannotBe)
+TEST_F(BufferTest, RefusesInvalidArguments)
 {
     Com<IDirect3DVertexBuffer9> vertices;
     Com<IDirect3DIndexBuffer9> indices;

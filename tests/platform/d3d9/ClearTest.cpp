@@ -4,24 +4,24 @@ namespace {
 
 class ClearTest : public DeviceTest {
 protected:
-    /// A back buffer that is all black.
+    /// An all-black back buffer.
     void SetUp() override
     {
         DeviceTest::SetUp();
         ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0), D3D_OK);
     }
 
-    /// Checks that the colour is inside `area` and black outside.
-    void ExpectOnly(const RECT& area, std::uint32_t colour)
+    /// Expects the colour inside `area` and black outside.
+    void ExpectOnly(const RECT& area, uint32_t colour)
     {
-        const std::vector<std::uint32_t> pixels = ReadBackBuffer();
+        const std::vector<uint32_t> pixels = ReadBackBuffer();
         int wrong = 0;
         for (LONG y = 0; y < 48; ++y)
             for (LONG x = 0; x < 64; ++x) {
                 const bool inside =
                     x >= area.left && x < area.right && y >= area.top && y < area.bottom;
-                const std::uint32_t expected = inside ? colour : 0;
-                wrong += pixels[static_cast<std::size_t>(y * 64 + x)] != expected;
+                const uint32_t expected = inside ? colour : 0;
+                wrong += pixels[static_cast<size_t>(y * 64 + x)] != expected;
             }
         EXPECT_EQ(wrong, 0) << "pixels differ";
     }
@@ -36,7 +36,7 @@ TEST_F(ClearTest, FillsTheTarget)
     ExpectOnly({0, 0, 64, 48}, 0x102030);
 }
 
-TEST_F(ClearTest, FillsTheRectanglesAlone)
+TEST_F(ClearTest, FillsOnlyTheRectangles)
 {
     const D3DRECT rects[] = {{4, 6, 10, 8}};
     EXPECT_EQ(device->Clear(1, rects, D3DCLEAR_TARGET, 0xFFFF0000, 1.0f, 0), D3D_OK);
@@ -60,7 +60,7 @@ TEST_F(ClearTest, ClipsRectanglesToTheViewport)
     ExpectOnly({8, 10, 12, 16}, 0x0000FF);
 }
 
-TEST_F(ClearTest, StaysInsideTheScissorRectangleWhereItIsOn)
+TEST_F(ClearTest, StaysInsideAnEnabledScissorRectangle)
 {
     const RECT scissor = {2, 3, 5, 7};
     ASSERT_EQ(device->SetScissorRect(&scissor), D3D_OK);

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-// Expected texts follow from the public names and from the bits of the numbers: IEEE single
-// precision has 0.5 as 0x3F000000, 1 as 0x3F800000, 64 as 0x42800000, -2 as 0xC0000000.
+// The expected texts follow from the public names and from the IEEE single-precision bits: 0.5 is
+// 0x3F000000, 1 is 0x3F800000, 64 is 0x42800000, -2 is 0xC0000000.
 
 TEST(D3DNames, RenderStatesAreWrittenByTheirKind)
 {

@@ -2,10 +2,12 @@
 
 #include <bit>
 
-// The start values are those of the public reference of `D3DRENDERSTATETYPE`,
-// `D3DTEXTURESTAGESTATETYPE` and `D3DSAMPLERSTATETYPE`.
+// The defaults come from the public reference of `D3DRENDERSTATETYPE`, `D3DTEXTURESTAGESTATETYPE`
+// and `D3DSAMPLERSTATETYPE`.
 
 namespace {
+
+using DeviceStateDefaultsTest = DeviceTest;
 
 DWORD BitsOfDefault(float value)
 {
@@ -14,7 +16,7 @@ DWORD BitsOfDefault(float value)
 
 } // namespace
 
-TEST_F(DeviceTest, RenderStatesBeginAtTheirPublishedValues)
+TEST_F(DeviceStateDefaultsTest, RenderStatesBeginAtTheirPublishedValues)
 {
     static const struct {
         const char* name;
@@ -82,7 +84,7 @@ TEST_F(DeviceTest, RenderStatesBeginAtTheirPublishedValues)
     }
 }
 
-TEST_F(DeviceTest, StageStatesBeginAtTheirPublishedValues)
+TEST_F(DeviceStateDefaultsTest, StageStatesBeginAtTheirPublishedValues)
 {
     static const struct {
         const char* name;
@@ -112,7 +114,7 @@ TEST_F(DeviceTest, StageStatesBeginAtTheirPublishedValues)
     }
 }
 
-TEST_F(DeviceTest, SamplerStatesBeginAtTheirPublishedValues)
+TEST_F(DeviceStateDefaultsTest, SamplerStatesBeginAtTheirPublishedValues)
 {
     static const struct {
         const char* name;
@@ -138,7 +140,7 @@ TEST_F(DeviceTest, SamplerStatesBeginAtTheirPublishedValues)
         }
 }
 
-TEST_F(DeviceTest, TransformsBeginAsIdentity)
+TEST_F(DeviceStateDefaultsTest, TransformsBeginAsIdentity)
 {
     for (const D3DTRANSFORMSTATETYPE type :
          {D3DTS_VIEW, D3DTS_PROJECTION, D3DTS_WORLD, D3DTS_WORLDMATRIX(1), D3DTS_WORLDMATRIX(255),
@@ -151,7 +153,7 @@ TEST_F(DeviceTest, TransformsBeginAsIdentity)
     }
 }
 
-TEST_F(DeviceTest, ViewportAndScissorBeginAsTheWholeTarget)
+TEST_F(DeviceStateDefaultsTest, ViewportAndScissorBeginAsTheWholeTarget)
 {
     D3DVIEWPORT9 viewport = {};
     ASSERT_EQ(device->GetViewport(&viewport), D3D_OK);
@@ -168,7 +170,7 @@ TEST_F(DeviceTest, ViewportAndScissorBeginAsTheWholeTarget)
     EXPECT_EQ(scissor.bottom, 48);
 }
 
-TEST_F(DeviceTest, NothingIsBoundAtFirst)
+TEST_F(DeviceStateDefaultsTest, NothingIsBoundAtFirst)
 {
     for (const DWORD stage : {0u, 7u}) {
         Com<IDirect3DBaseTexture9> texture;

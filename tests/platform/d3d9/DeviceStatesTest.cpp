@@ -71,8 +71,8 @@ TEST_F(DeviceTest, TransformsKeepEachElement)
     }
 }
 
-/// Scaling by 2 that goes before a move by 3 leaves the move as it is: the row vector (x, 1) becomes
-/// (2 x, 1) and then (2 x + 3, 1).
+/// Scaling by 2 before a translation by 3 leaves the translation unchanged: the row vector (x, 1)
+/// becomes (2 x, 1) and then (2 x + 3, 1).
 TEST_F(DeviceTest, AMultipliedTransformGoesFirst)
 {
     D3DMATRIX move = {}, scale = {};
@@ -263,7 +263,7 @@ TEST_F(DeviceTest, ATextureLevelCanBeTheTarget)
     ASSERT_EQ(texture->GetSurfaceLevel(0, level.Out()), D3D_OK);
     EXPECT_EQ(device->SetRenderTarget(0, level.Get()), D3D_OK);
     ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0x80402010, 1.0f, 0), D3D_OK);
-    EXPECT_EQ(Read(level.Get()), std::vector<std::uint32_t>(32 * 32, 0x80402010));
+    EXPECT_EQ(Read(level.Get()), std::vector<uint32_t>(32 * 32, 0x80402010));
 }
 
 TEST_F(DeviceTest, ADepthBufferCanBeChanged)

@@ -1,6 +1,6 @@
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
-TEST_F(DeviceTest, TellsWhatItWasMadeWith)
+TEST_F(DeviceTest, ReportsItsCreationParameters)
 {
     D3DDEVICE_CREATION_PARAMETERS creation = {};
     ASSERT_EQ(device->GetCreationParameters(&creation), D3D_OK);
@@ -24,7 +24,7 @@ TEST_F(DeviceTest, IsCooperativeAndHasOneSwapChain)
     EXPECT_EQ(device->GetNumberOfSwapChains(), 1u);
 }
 
-TEST_F(DeviceTest, TellsTheDesktopsModeInAWindow)
+TEST_F(DeviceTest, ReportsTheDesktopModeInAWindow)
 {
     D3DDISPLAYMODE desktop = {}, mode = {};
     ASSERT_EQ(d3d->GetAdapterDisplayMode(0, &desktop), D3D_OK);
@@ -47,7 +47,7 @@ TEST_F(DeviceTest, PresentsTheBackBufferAndKeepsIt)
 {
     ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0xFF336699, 1.0f, 0), D3D_OK);
     EXPECT_EQ(device->Present(nullptr, nullptr, nullptr, nullptr), D3D_OK);
-    EXPECT_EQ(ReadBackBuffer(), std::vector<std::uint32_t>(64 * 48, 0x336699));
+    EXPECT_EQ(ReadBackBuffer(), std::vector<uint32_t>(64 * 48, 0x336699));
 }
 
 TEST_F(DeviceTest, ABackBufferHasTheAskedSizeAndIsTheFirstTarget)

@@ -65,7 +65,7 @@ void DeviceTest::TearDown()
 }
 
 Com<IDirect3DSurface9> DeviceTest::SystemSurface(UINT width, UINT height,
-                                                 const std::vector<std::uint32_t>& pixels,
+                                                 const std::vector<uint32_t>& pixels,
                                                  D3DFORMAT format)
 {
     Com<IDirect3DSurface9> surface;
@@ -76,9 +76,9 @@ Com<IDirect3DSurface9> DeviceTest::SystemSurface(UINT width, UINT height,
     if (!surface || pixels.empty() || FAILED(surface->LockRect(&locked, nullptr, 0)))
         return surface;
     for (UINT y = 0; y < height; ++y)
-        std::memcpy(static_cast<std::uint8_t*>(locked.pBits) +
-                        std::size_t{y} * static_cast<UINT>(locked.Pitch),
-                    pixels.data() + std::size_t{y} * width, std::size_t{width} * 4);
+        std::memcpy(static_cast<uint8_t*>(locked.pBits) +
+                        size_t{y} * static_cast<UINT>(locked.Pitch),
+                    pixels.data() + size_t{y} * width, size_t{width} * 4);
     EXPECT_EQ(surface->UnlockRect(), D3D_OK);
     return surface;
 }
@@ -102,31 +102,31 @@ Com<IDirect3DTexture9> DeviceTest::Texture(UINT width, UINT height, UINT levels,
     return texture;
 }
 
-std::vector<std::uint32_t> DeviceTest::Read(IDirect3DSurface9* target)
+std::vector<uint32_t> DeviceTest::Read(IDirect3DSurface9* target)
 {
     D3DSURFACE_DESC desc = {};
     EXPECT_EQ(target->GetDesc(&desc), D3D_OK);
     const Com<IDirect3DSurface9> copy = SystemSurface(desc.Width, desc.Height, {}, desc.Format);
     EXPECT_EQ(device->GetRenderTargetData(target, copy.Get()), D3D_OK);
-    std::vector<std::uint32_t> pixels(std::size_t{desc.Width} * desc.Height);
+    std::vector<uint32_t> pixels(size_t{desc.Width} * desc.Height);
     D3DLOCKED_RECT locked = {};
     if (FAILED(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY)))
         return {};
     for (UINT y = 0; y < desc.Height; ++y)
-        std::memcpy(pixels.data() + std::size_t{y} * desc.Width,
-                    static_cast<const std::uint8_t*>(locked.pBits) +
-                        std::size_t{y} * static_cast<UINT>(locked.Pitch),
-                    std::size_t{desc.Width} * 4);
+        std::memcpy(pixels.data() + size_t{y} * desc.Width,
+                    static_cast<const uint8_t*>(locked.pBits) +
+                        size_t{y} * static_cast<UINT>(locked.Pitch),
+                    size_t{desc.Width} * 4);
     EXPECT_EQ(copy->UnlockRect(), D3D_OK);
     return pixels;
 }
 
-std::vector<std::uint32_t> DeviceTest::ReadBackBuffer()
+std::vector<uint32_t> DeviceTest::ReadBackBuffer()
 {
     Com<IDirect3DSurface9> backBuffer;
     EXPECT_EQ(device->GetBackBuffer(0, 0, D3DBACKBUFFER_TYPE_MONO, backBuffer.Out()), D3D_OK);
-    std::vector<std::uint32_t> pixels = Read(backBuffer.Get());
-    for (std::uint32_t& pixel : pixels)
+    std::vector<uint32_t> pixels = Read(backBuffer.Get());
+    for (uint32_t& pixel : pixels)
         pixel &= 0x00FFFFFF;
     return pixels;
 }

@@ -7,8 +7,8 @@
 #include <d3d9.h>
 #include <gtest/gtest.h>
 
-// A window and a device for tests of either host. Everything is released on every path out of a test:
-// a device that lives when the process ends can bring it down on the Windows host.
+// A window and a device for tests on either host. Everything is released on every exit from a test:
+// a device still alive at the end of the process can crash it on the Windows host.
 
 /// Owns one reference to a reference-counted object.
 template <typename Interface>
@@ -27,14 +27,14 @@ public:
     Interface* operator->() const { return object; }
     explicit operator bool() const { return object != nullptr; }
 
-    /// For operations that hand a reference out; what was held is released first.
+    /// For operations that return a reference; releases the current one first.
     Interface** Out()
     {
         Release();
         return &object;
     }
 
-    /// Gives the reference back early; the count that is left.
+    /// Releases the reference early; returns the remaining count.
     ULONG Release()
     {
         Interface* last = std::exchange(object, nullptr);
@@ -45,7 +45,7 @@ private:
     Interface* object = nullptr;
 };
 
-/// The number of references, found by taking one more.
+/// The number of references, found by adding one.
 template <typename Interface>
 ULONG ReferenceCount(Interface* object)
 {
@@ -53,7 +53,7 @@ ULONG ReferenceCount(Interface* object)
     return object->Release();
 }
 
-/// A hidden window that ends with the test.
+/// A hidden window that is destroyed with the test.
 class TestWindow {
 public:
     TestWindow(int width, int height, const char* title = "Device test");
@@ -69,7 +69,7 @@ private:
 /// Windowed, 64 by 48 pixels of X8R8G8B8, with a 16-bit depth buffer.
 D3DPRESENT_PARAMETERS WindowedParameters(HWND window);
 
-/// A device with `WindowedParameters`. At the end of a test nothing may be left over it.
+/// A device with `WindowedParameters`. At the end of a test nothing may still hold it.
 class DeviceTest : public testing::Test {
 protected:
     explicit DeviceTest(DWORD vertexProcessing = D3DCREATE_SOFTWARE_VERTEXPROCESSING);
@@ -78,16 +78,16 @@ protected:
 
     /// A surface in system memory, filled row by row if `pixels` are given (32-bit formats only).
     Com<IDirect3DSurface9> SystemSurface(UINT width, UINT height,
-                                         const std::vector<std::uint32_t>& pixels = {},
+                                         const std::vector<uint32_t>& pixels = {},
                                          D3DFORMAT format = D3DFMT_A8R8G8B8);
-    /// A render target that is not lockable.
+    /// A render target that cannot be locked.
     Com<IDirect3DSurface9> Target(UINT width, UINT height, D3DFORMAT format = D3DFMT_A8R8G8B8);
     Com<IDirect3DTexture9> Texture(UINT width, UINT height, UINT levels, D3DPOOL pool,
                                    DWORD usage = 0, D3DFORMAT format = D3DFMT_A8R8G8B8);
     /// All pixels of a render target of a 32-bit format, row by row.
-    std::vector<std::uint32_t> Read(IDirect3DSurface9* target);
-    /// All pixels of the device's present target, without what the X byte holds.
-    std::vector<std::uint32_t> ReadBackBuffer();
+    std::vector<uint32_t> Read(IDirect3DSurface9* target);
+    /// All pixels of the device's current target, with the X byte masked out.
+    std::vector<uint32_t> ReadBackBuffer();
 
     TestWindow window{320, 240};
     D3DPRESENT_PARAMETERS parameters = {};

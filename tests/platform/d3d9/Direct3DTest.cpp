@@ -2,7 +2,7 @@
 
 namespace {
 
-/// The entrance alone, without a device.
+/// The Direct3D interface alone, without a device.
 class Direct3DTest : public testing::Test {
 protected:
     void SetUp() override
@@ -67,7 +67,7 @@ TEST_F(Direct3DTest, HasNoModesWithAlpha)
     EXPECT_EQ(d3d->GetAdapterModeCount(0, D3DFMT_A8R8G8B8), 0u);
 }
 
-TEST_F(Direct3DTest, TellsTheDesktopMode)
+TEST_F(Direct3DTest, ReportsTheDesktopMode)
 {
     D3DDISPLAYMODE mode = {};
     ASSERT_EQ(d3d->GetAdapterDisplayMode(0, &mode), D3D_OK);
@@ -135,7 +135,7 @@ TEST_F(Direct3DTest, ChecksDeviceTypes)
               D3D_OK);
 }
 
-TEST_F(Direct3DTest, RefusesDevicesThatCannotBe)
+TEST_F(Direct3DTest, RefusesInvalidDevices)
 {
     const D3DPRESENT_PARAMETERS good = WindowedParameters(window.Get());
     EXPECT_EQ(Create(good), D3D_OK);

@@ -72,11 +72,11 @@ TEST_F(FakeDeviceTest, ResetForgetsStatesAndTakesTheNewSize)
     device->GetViewport(&viewport);
     EXPECT_EQ(viewport.Width, 100u);
     IDirect3DSurface9* depth = nullptr;
-    EXPECT_EQ(device->GetDepthStencilSurface(&depth), D3DERR_NOTFOUND); // not asked for
+    EXPECT_EQ(device->GetDepthStencilSurface(&depth), D3DERR_NOTFOUND); // not requested
     EXPECT_EQ(depth, nullptr);
 }
 
-TEST_F(FakeDeviceTest, BuffersKeepTheirBytesAndHoldTheirBounds)
+TEST_F(FakeDeviceTest, BuffersKeepTheirBytesAndCheckTheirBounds)
 {
     const auto buffer = Made<IDirect3DVertexBuffer9>([&](IDirect3DVertexBuffer9** out) {
         device->CreateVertexBuffer(12, 0, D3DFVF_XYZ, D3DPOOL_DEFAULT, out, nullptr);
@@ -94,7 +94,7 @@ TEST_F(FakeDeviceTest, BuffersKeepTheirBytesAndHoldTheirBounds)
     EXPECT_EQ(buffer->Lock(0xFFFFFFFF, 2, &data, 0), D3DERR_INVALIDCALL);
 }
 
-TEST_F(FakeDeviceTest, IndexBuffersTellWhatTheyAre)
+TEST_F(FakeDeviceTest, IndexBuffersDescribeThemselves)
 {
     const auto buffer = Made<IDirect3DIndexBuffer9>([&](IDirect3DIndexBuffer9** out) {
         device->CreateIndexBuffer(6, D3DUSAGE_DYNAMIC, D3DFMT_INDEX16, D3DPOOL_DEFAULT, out,
@@ -131,7 +131,7 @@ TEST_F(FakeDeviceTest, TextureLocksFollowFormatAndRectangle)
         const char* what;
         D3DFORMAT format;
         INT pitch;
-        std::ptrdiff_t offset; // of the rectangle whose corner is 4, 8
+        ptrdiff_t offset; // of the rectangle whose corner is at 4, 8
     } cases[] = {
         {"four bytes", D3DFMT_A8R8G8B8, 16 * 4, 8 * 64 + 4 * 4},
         {"two bytes", D3DFMT_R5G6B5, 16 * 2, 8 * 32 + 4 * 2},
@@ -169,7 +169,7 @@ TEST_F(FakeDeviceTest, ALevelSharesTheReferencesOfItsTexture)
     EXPECT_EQ(texture->Release(), 2u);
     texture.reset();
     D3DSURFACE_DESC desc = {};
-    EXPECT_EQ(level->GetDesc(&desc), D3D_OK); // the texture lives on
+    EXPECT_EQ(level->GetDesc(&desc), D3D_OK); // the texture still exists
     EXPECT_EQ(level->Release(), 0u);
 }
 
@@ -211,7 +211,7 @@ TEST_F(FakeDeviceTest, AResourceKeepsItsDevice)
     buffer.reset();
 }
 
-TEST_F(FakeDeviceTest, WhatItCannotGiveFails)
+TEST_F(FakeDeviceTest, UnsupportedRequestsFail)
 {
     IDirect3DQuery9* query = nullptr;
     EXPECT_EQ(device->CreateQuery(D3DQUERYTYPE_EVENT, &query), D3DERR_INVALIDCALL);

@@ -28,7 +28,7 @@ protected:
     DWORD RenderState(D3DRENDERSTATETYPE state)
     {
         DWORD value = 0;
-        device->Wrapped()->GetRenderState(state, &value); // not noted
+        device->Wrapped()->GetRenderState(state, &value); // not recorded
         return value;
     }
 
@@ -165,10 +165,10 @@ TEST_F(RecordingDeviceTest, NumbersResourcesByKind)
                             "SetStreamSource 0 vertexbuffer#1 0 12"));
 }
 
-TEST_F(RecordingDeviceTest, ANewObjectNeverBearsAnOldName)
+TEST_F(RecordingDeviceTest, ANewObjectNeverReusesAName)
 {
     for (int i = 0; i < 3; ++i)
-        MakeVertexBuffer(); // released at once, so the address may come again
+        MakeVertexBuffer(); // released at once, so the address may be reused
     EXPECT_THAT(device->Lines(), ElementsAre(testing::EndsWith("-> vertexbuffer#1"),
                                              testing::EndsWith("-> vertexbuffer#2"),
                                              testing::EndsWith("-> vertexbuffer#3")));
@@ -209,7 +209,7 @@ TEST_F(RecordingDeviceTest, FailNextFailsOneCallThatDoesNotReachTheDevice)
     EXPECT_EQ(RenderState(D3DRS_LIGHTING), 1u);
     EXPECT_EQ(device->SetRenderState(D3DRS_LIGHTING, 0), D3D_OK);
     EXPECT_EQ(RenderState(D3DRS_LIGHTING), 0u);
-    EXPECT_EQ(device->Recorder()->LinesOf("SetRenderState").size(), 3u); // the failed one too
+    EXPECT_EQ(device->Recorder()->LinesOf("SetRenderState").size(), 3u); // including the failed one
 }
 
 TEST_F(RecordingDeviceTest, FailNextMatchesWholeWords)
@@ -225,7 +225,7 @@ TEST_F(RecordingDeviceTest, FailNextMatchesWholeWords)
     EXPECT_EQ(device->Recorder()->FailuresLeft(), 0u);
 }
 
-TEST_F(RecordingDeviceTest, OrdersForOneNameAreMetInTheirOrder)
+TEST_F(RecordingDeviceTest, OrdersForOneNameAreServedInTurn)
 {
     device->FailNext("TestCooperativeLevel", D3DERR_DEVICELOST);
     device->FailNext("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
@@ -243,7 +243,7 @@ TEST_F(RecordingDeviceTest, FailAlwaysLastsUntilCleared)
     EXPECT_EQ(device->Present(nullptr, nullptr, nullptr, nullptr), D3D_OK);
 }
 
-TEST_F(RecordingDeviceTest, AFailedMakingGivesNull)
+TEST_F(RecordingDeviceTest, AFailedCreationGivesNull)
 {
     const auto other = MakeTexture();
     device->ClearLines();

@@ -32,7 +32,7 @@ protected:
 
 } // namespace
 
-TEST_F(RecordingDirect3DTest, NotesEveryQuestion)
+TEST_F(RecordingDirect3DTest, RecordsEveryQuery)
 {
     D3DDISPLAYMODE mode = {};
     D3DADAPTER_IDENTIFIER9 identifier = {};
@@ -63,7 +63,7 @@ TEST_F(RecordingDirect3DTest, DevicesWriteIntoTheSameRecorder)
     EXPECT_EQ(maker, d3d.get());
     maker->Release();
     const auto recorder = d3d->Recorder();
-    d3d.reset(); // the device keeps it
+    d3d.reset(); // the device keeps it alive
     EXPECT_EQ(device->Release(), 0u);
     EXPECT_THAT(recorder->Lines(),
                 ElementsAre(StartsWith("CreateDevice 0 D3DDEVTYPE_HAL null "

@@ -8,7 +8,7 @@ using SurfaceTest = DeviceTest;
 
 } // namespace
 
-TEST_F(SurfaceTest, APlainSurfaceTellsWhatItIs)
+TEST_F(SurfaceTest, APlainSurfaceDescribesItself)
 {
     Com<IDirect3DSurface9> surface;
     ASSERT_EQ(device->CreateOffscreenPlainSurface(10, 6, D3DFMT_R5G6B5, D3DPOOL_SYSTEMMEM,
@@ -41,7 +41,7 @@ TEST_F(SurfaceTest, ALockedRectangleBeginsAtItsCorner)
     const RECT area = {2, 1, 4, 2};
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(surface->LockRect(&locked, &area, D3DLOCK_READONLY), D3D_OK);
-    std::uint32_t pixels[2] = {};
+    uint32_t pixels[2] = {};
     std::memcpy(pixels, locked.pBits, sizeof pixels);
     EXPECT_EQ(pixels[0], 6u);
     EXPECT_EQ(pixels[1], 7u);
@@ -50,7 +50,7 @@ TEST_F(SurfaceTest, ALockedRectangleBeginsAtItsCorner)
 
 TEST_F(SurfaceTest, RowsBeginAtMultiplesOfFourBytes)
 {
-    // 3 pixels of 2 bytes are 6 bytes, which go up to 8.
+    // 3 pixels of 2 bytes are 6 bytes, padded to 8.
     const Com<IDirect3DSurface9> surface = SystemSurface(3, 2, {}, D3DFMT_R5G6B5);
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(surface->LockRect(&locked, nullptr, 0), D3D_OK);
@@ -81,7 +81,7 @@ TEST_F(SurfaceTest, ADepthBufferCannotBeLocked)
     EXPECT_EQ(depth->LockRect(&locked, nullptr, 0), D3DERR_INVALIDCALL);
 }
 
-TEST_F(SurfaceTest, RefusesWhatCannotBe)
+TEST_F(SurfaceTest, RefusesInvalidArguments)
 {
     Com<IDirect3DSurface9> surface;
     EXPECT_TRUE(FAILED(device->CreateOffscreenPlainSurface(0, 4, D3DFMT_A8R8G8B8, D3DPOOL_SYSTEMMEM,

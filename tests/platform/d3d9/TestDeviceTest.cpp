@@ -6,7 +6,7 @@
 #include <d3dx9.h>
 #include <gmock/gmock.h>
 
-// The test device itself, and the recording objects in front of the host's real device.
+// The test device itself, and the recording objects wrapped around the host's real device.
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -176,7 +176,7 @@ TEST(RecordingFakeDirect3D, ItsDevicesServeD3DX)
     EXPECT_EQ(FakeObjectsAlive(), before);
 }
 
-TEST(RecordingRealDirect3D, MakesARecordingDeviceThatGoesClean)
+TEST(RecordingRealDirect3D, MakesARecordingDeviceThatLeavesNothingBehind)
 {
     const TestDevice frame; // for its window and parameters
     ASSERT_TRUE(frame);
@@ -185,7 +185,7 @@ TEST(RecordingRealDirect3D, MakesARecordingDeviceThatGoesClean)
     recording->OverrideAdapters({{.description = "first"}, {.description = "second"}});
     D3DPRESENT_PARAMETERS parameters = frame.Parameters();
     IDirect3DDevice9* device = nullptr;
-    // Adapter 1 exists for the test only; the device is made on the default one.
+    // Adapter 1 exists only for the test; the device is created on the default one.
     ASSERT_EQ(recording->CreateDevice(1, D3DDEVTYPE_HAL, frame.Window(),
                                       D3DCREATE_HARDWARE_VERTEXPROCESSING, &parameters, &device),
               D3D_OK);

@@ -38,7 +38,7 @@ TEST_F(TextureTest, EachLevelHasHalfTheSize)
     EXPECT_EQ(texture->GetLevelDesc(5, &desc), D3DERR_INVALIDCALL);
 }
 
-TEST_F(TextureTest, RefusesWhatCannotBe)
+TEST_F(TextureTest, RefusesInvalidArguments)
 {
     static const struct {
         const char* what;
@@ -69,13 +69,13 @@ TEST_F(TextureTest, KeepsWhatIsWrittenThroughALock)
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(texture->LockRect(1, &locked, nullptr, 0), D3D_OK);
     ASSERT_GE(locked.Pitch, 8);
-    const std::uint32_t row[2] = {0x11223344, 0x55667788};
-    std::memcpy(static_cast<std::uint8_t*>(locked.pBits) + locked.Pitch, row, sizeof row);
+    const uint32_t row[2] = {0x11223344, 0x55667788};
+    std::memcpy(static_cast<uint8_t*>(locked.pBits) + locked.Pitch, row, sizeof row);
     ASSERT_EQ(texture->UnlockRect(1), D3D_OK);
 
     const RECT corner = {1, 1, 2, 2};
     ASSERT_EQ(texture->LockRect(1, &locked, &corner, D3DLOCK_READONLY), D3D_OK);
-    std::uint32_t pixel = 0;
+    uint32_t pixel = 0;
     std::memcpy(&pixel, locked.pBits, sizeof pixel);
     EXPECT_EQ(pixel, 0x55667788u);
     EXPECT_EQ(texture->UnlockRect(1), D3D_OK);
@@ -104,8 +104,7 @@ TEST_F(TextureTest, LocksOfCompressedLevelsCountBlocks)
     ASSERT_EQ(texture->UnlockRect(0), D3D_OK);
     const RECT second = {4, 4, 8, 8};
     ASSERT_EQ(texture->LockRect(0, &part, &second, 0), D3D_OK);
-    EXPECT_EQ(static_cast<std::uint8_t*>(part.pBits) - static_cast<std::uint8_t*>(whole.pBits),
-              32 + 8);
+    EXPECT_EQ(static_cast<uint8_t*>(part.pBits) - static_cast<uint8_t*>(whole.pBits), 32 + 8);
     ASSERT_EQ(texture->UnlockRect(0), D3D_OK);
 }
 

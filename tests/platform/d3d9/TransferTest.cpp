@@ -4,7 +4,7 @@
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 class TransferTest : public DeviceTest {
 protected:
@@ -17,18 +17,18 @@ protected:
         return target;
     }
 
-    void Fill(IDirect3DTexture9* texture, UINT level, const RECT& area, std::uint32_t colour)
+    void Fill(IDirect3DTexture9* texture, UINT level, const RECT& area, uint32_t colour)
     {
         D3DLOCKED_RECT locked = {};
         ASSERT_EQ(texture->LockRect(level, &locked, &area, 0), D3D_OK);
         for (LONG y = 0; y < area.bottom - area.top; ++y)
             for (LONG x = 0; x < area.right - area.left; ++x)
-                std::memcpy(static_cast<std::uint8_t*>(locked.pBits) + y * locked.Pitch + x * 4,
-                            &colour, 4);
+                std::memcpy(static_cast<uint8_t*>(locked.pBits) + y * locked.Pitch + x * 4, &colour,
+                            4);
         ASSERT_EQ(texture->UnlockRect(level), D3D_OK);
     }
 
-    /// What a level of a texture in the default pool holds, by way of a render target.
+    /// The contents of a level of a texture in the default pool, read via a render target.
     Pixels ReadLevel(IDirect3DTexture9* texture, UINT level)
     {
         Com<IDirect3DSurface9> surface;
@@ -42,7 +42,7 @@ protected:
     }
 };
 
-constexpr std::uint32_t kA = 0xFF0000FF, kB = 0xFF00FF00, kC = 0xFFFF0000, kD = 0x80FFFFFF;
+constexpr uint32_t kA = 0xFF0000FF, kB = 0xFF00FF00, kC = 0xFFFF0000, kD = 0x80FFFFFF;
 
 } // namespace
 
@@ -139,7 +139,7 @@ TEST_F(TransferTest, StretchRectScalesToTheNearestPixel)
               (Pixels{kA, kA, kB, kB, kA, kA, kB, kB, kC, kC, kD, kD, kC, kC, kD, kD}));
 }
 
-/// Halving with the linear filter puts the sample on the corner of four pixels: their mean.
+/// When halving, the linear filter samples at the corner of four pixels: their mean.
 TEST_F(TransferTest, StretchRectHalvesLinearlyToTheMean)
 {
     const Com<IDirect3DSurface9> source =

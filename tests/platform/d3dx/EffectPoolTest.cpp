@@ -12,7 +12,7 @@ TEST(EffectPool, CountsItsReferences)
     EXPECT_EQ(pool->Release(), 0u);
 }
 
-TEST(EffectPool, NeedsAPlaceForTheResult)
+TEST(EffectPool, NeedsAnOutputPointer)
 {
     EXPECT_EQ(D3DXCreateEffectPool(nullptr), D3DERR_INVALIDCALL);
 }

@@ -4,47 +4,47 @@
 
 namespace {
 
-std::string BigU16(std::uint32_t value)
+std::string BigU16(uint32_t value)
 {
     return Bytes({value >> 8, value});
 }
 
-std::string BigU32(std::uint32_t value)
+std::string BigU32(uint32_t value)
 {
     return BigU16(value >> 16) + BigU16(value);
 }
 
-// The checksums as the PNG and zlib descriptions define them, a bit or a byte at a time.
-std::uint32_t Crc32(const std::string& data)
+// The checksums as defined by the PNG and zlib specifications, one bit or byte at a time.
+uint32_t Crc32(const std::string& data)
 {
-    std::uint32_t crc = 0xFFFFFFFF;
+    uint32_t crc = 0xFFFFFFFF;
     for (const char c : data) {
-        crc ^= static_cast<std::uint8_t>(c);
+        crc ^= static_cast<uint8_t>(c);
         for (int bit = 0; bit < 8; ++bit)
             crc = (crc & 1) != 0 ? crc >> 1 ^ 0xEDB88320u : crc >> 1;
     }
     return ~crc;
 }
 
-std::uint32_t Adler32(const std::string& data)
+uint32_t Adler32(const std::string& data)
 {
-    std::uint32_t a = 1;
-    std::uint32_t b = 0;
+    uint32_t a = 1;
+    uint32_t b = 0;
     for (const char c : data) {
-        a = (a + static_cast<std::uint8_t>(c)) % 65521;
+        a = (a + static_cast<uint8_t>(c)) % 65521;
         b = (b + a) % 65521;
     }
     return b << 16 | a;
 }
 
-// A zlib stream of stored blocks.
+// A zlib stream of stored (uncompressed) blocks.
 std::string StoredStream(const std::string& data)
 {
     std::string stream = Bytes({0x78, 0x01});
-    std::size_t position = 0;
+    size_t position = 0;
     do {
-        const std::size_t count = std::min<std::size_t>(data.size() - position, 65535);
-        const auto size = static_cast<std::uint32_t>(count);
+        const size_t count = std::min<size_t>(data.size() - position, 65535);
+        const auto size = static_cast<uint32_t>(count);
         stream += Bytes({position + count == data.size() ? 1u : 0u}) + U16(size) + U16(~size);
         stream += data.substr(position, count);
         position += count;
@@ -54,14 +54,14 @@ std::string StoredStream(const std::string& data)
 
 std::string WithFilterBytes(const std::string& rows, unsigned height)
 {
-    const std::size_t rowBytes = height != 0 ? rows.size() / height : 0;
+    const size_t rowBytes = height != 0 ? rows.size() / height : 0;
     std::string filtered;
     for (unsigned y = 0; y < height; ++y)
         filtered += Bytes({0}) + rows.substr(y * rowBytes, rowBytes);
     return filtered;
 }
 
-// Writes bits, the highest first, and fills the last byte with ones.
+// Writes bits, highest first, and pads the last byte with ones.
 class BitWriter {
 public:
     void Put(unsigned value, int count)
@@ -85,7 +85,7 @@ private:
     {
         bytes += Bytes({last});
         if ((last & 0xFF) == 0xFF)
-            bytes += Bytes({0}); // a stuffed byte tells it from a marker
+            bytes += Bytes({0}); // a stuffed byte distinguishes it from a marker
         last = 0;
         used = 0;
     }
@@ -97,17 +97,17 @@ private:
 
 std::string JpegSegment(unsigned marker, const std::string& data)
 {
-    return Bytes({0xFF, marker}) + BigU16(static_cast<std::uint32_t>(data.size() + 2)) + data;
+    return Bytes({0xFF, marker}) + BigU16(static_cast<uint32_t>(data.size() + 2)) + data;
 }
 
-// One code of one bit, 0, that stands for `symbol`.
+// A table with a single one-bit code, 0, for `symbol`.
 std::string OneCodeTable(unsigned tableClass, unsigned symbol)
 {
     return JpegSegment(0xC4, Bytes({tableClass, 1}) + Repeated(15, 0) + Bytes({symbol}));
 }
 
-// For each component the code of 7 bits, its 7 bits, and, unless the file is progressive, the code
-// for the end of the block.
+// For each component its 7-bit code, its 7 bits, and, unless the file is progressive, the
+// end-of-block code.
 std::string JpegScan(const JpegParts& parts)
 {
     BitWriter bits;
@@ -126,29 +126,28 @@ std::string Bytes(std::initializer_list<unsigned> values)
 {
     std::string bytes;
     for (const unsigned value : values)
-        bytes += static_cast<char>(static_cast<std::uint8_t>(value));
+        bytes += static_cast<char>(static_cast<uint8_t>(value));
     return bytes;
 }
 
-std::string Repeated(std::size_t count, unsigned value)
+std::string Repeated(size_t count, unsigned value)
 {
-    return std::string(count, static_cast<char>(static_cast<std::uint8_t>(value)));
+    return std::string(count, static_cast<char>(static_cast<uint8_t>(value)));
 }
 
-std::string U16(std::uint32_t value)
+std::string U16(uint32_t value)
 {
     return Bytes({value, value >> 8});
 }
 
-std::string U32(std::uint32_t value)
+std::string U32(uint32_t value)
 {
     return U16(value) + U16(value >> 16);
 }
 
 std::string PngChunk(const std::string& name, const std::string& data)
 {
-    return BigU32(static_cast<std::uint32_t>(data.size())) + name + data +
-           BigU32(Crc32(name + data));
+    return BigU32(static_cast<uint32_t>(data.size())) + name + data + BigU32(Crc32(name + data));
 }
 
 std::string PngFile(const PngParts& parts)
@@ -188,25 +187,24 @@ std::string TgaFile(const TgaParts& parts)
 
 std::string BmpFile(const BmpParts& parts)
 {
-    const auto offset = static_cast<std::uint32_t>(54 + parts.tables.size());
-    const auto size = static_cast<std::uint32_t>(parts.pixels.size());
+    const auto offset = static_cast<uint32_t>(54 + parts.tables.size());
+    const auto size = static_cast<uint32_t>(parts.pixels.size());
     return "BM" + U32(offset + size) + U32(0) + U32(offset) + U32(40) +
-           U32(static_cast<std::uint32_t>(parts.width)) +
-           U32(static_cast<std::uint32_t>(parts.height)) + U16(1) + U16(parts.bits) +
-           U32(parts.compression) + U32(size) + U32(0) + U32(0) + U32(parts.paletteCount) + U32(0) +
-           parts.tables + parts.pixels;
+           U32(static_cast<uint32_t>(parts.width)) + U32(static_cast<uint32_t>(parts.height)) +
+           U16(1) + U16(parts.bits) + U32(parts.compression) + U32(size) + U32(0) + U32(0) +
+           U32(parts.paletteCount) + U32(0) + parts.tables + parts.pixels;
 }
 
 std::string DdsFile(const DdsParts& parts)
 {
-    constexpr std::uint32_t kPlainFlags = 0x1007; // caps, height, width, pixel format
+    constexpr uint32_t kPlainFlags = 0x1007; // caps, height, width, pixel format
     const bool hasFourCC = !parts.fourCC.empty();
     std::string file = "DDS " + U32(124) + U32(kPlainFlags | (parts.levels != 0 ? 0x20000u : 0u)) +
                        U32(parts.height) + U32(parts.width) + U32(0) + U32(parts.depth) +
                        U32(parts.levels) + Repeated(44, 0) + U32(32) +
                        U32(hasFourCC ? 4 : parts.formatFlags) +
                        (hasFourCC ? parts.fourCC : U32(0)) + U32(parts.bits);
-    for (const std::uint32_t mask : parts.masks)
+    for (const uint32_t mask : parts.masks)
         file += U32(mask);
     return file + U32(parts.levels > 1 ? 0x401008 : 0x1000) + U32(parts.caps2) + U32(0) + U32(0) +
            U32(0) + parts.pixels;
@@ -224,7 +222,7 @@ DdsParts ArgbDds(unsigned width, unsigned height, const std::string& pixels)
     return parts;
 }
 
-std::string ColourBlock(unsigned c0, unsigned c1, std::uint32_t codes)
+std::string ColourBlock(unsigned c0, unsigned c1, uint32_t codes)
 {
     return U16(c0) + U16(c1) + U32(codes);
 }

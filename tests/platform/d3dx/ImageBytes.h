@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
-// Image files put together byte by byte, so that a test knows every pixel without asking a library.
+// Image files built byte by byte, so that a test knows every pixel without using a library.
 
 /// The low bytes of `values`, in order.
 std::string Bytes(std::initializer_list<unsigned> values);
 
 /// `count` times the same byte.
-std::string Repeated(std::size_t count, unsigned value);
+std::string Repeated(size_t count, unsigned value);
 
 /// Little-endian numbers.
-std::string U16(std::uint32_t value);
-std::string U32(std::uint32_t value);
+std::string U16(uint32_t value);
+std::string U32(uint32_t value);
 
 enum class PngColour : unsigned { Grey = 0, Rgb = 2, Palette = 3, GreyAlpha = 4, Rgba = 6 };
 
@@ -27,9 +27,10 @@ struct PngParts {
     unsigned height;
     unsigned bitDepth;
     PngColour colour;
-    /// Rows without filter bytes, all equally long; of interlaced files the passes, with them.
+    /// Rows without filter bytes, all of equal length; for interlaced files the passes, with filter
+    /// bytes.
     std::string rows;
-    std::string chunks = ""; ///< whole chunks to stand before the pixels, such as the palette
+    std::string chunks = ""; ///< whole chunks to put before the pixels, such as the palette
     bool interlaced = false;
 };
 
@@ -39,17 +40,17 @@ std::string PngFile(const PngParts& parts);
 struct JpegParts {
     unsigned width = 8; ///< at most 8, like the height: the file holds one block
     unsigned height = 8;
-    /// Mean of the block minus 128 for each component: 64 to 127 or -127 to -64.
+    /// Mean of the block minus 128, per component: 64 to 127 or -127 to -64.
     std::vector<int> components;
     bool progressive = false;
 };
 
-/// A JPEG file of one block in which all pixels are equal. Its quantiser is 8, so that the stored
-/// mean is the pixel's distance from 128 exactly.
+/// A JPEG file of one block of equal pixels. Its quantiser is 8, so the stored mean is exactly the
+/// pixel's distance from 128.
 std::string JpegFile(const JpegParts& parts);
 
 struct TgaParts {
-    unsigned type; ///< 1 palette, 2 colour, 3 grey; 8 more for runs
+    unsigned type; ///< 1 palette, 2 colour, 3 grey; plus 8 for runs
     unsigned width;
     unsigned height;
     unsigned bits;
@@ -70,7 +71,7 @@ struct BmpParts {
     unsigned bits;
     std::string pixels; ///< rows padded to 4 bytes
     unsigned compression = 0;
-    std::string tables = ""; ///< what stands between header and pixels: masks, palette
+    std::string tables = ""; ///< bytes between header and pixels: masks, palette
     unsigned paletteCount = 0;
 };
 
@@ -83,9 +84,9 @@ struct DdsParts {
     std::string fourCC = ""; ///< or:
     unsigned formatFlags = 0;
     unsigned bits = 0;
-    std::uint32_t masks[4] = {}; ///< red, green, blue, alpha
-    unsigned levels = 0;         ///< 0: the header does not speak of levels
-    std::uint32_t caps2 = 0;
+    uint32_t masks[4] = {}; ///< red, green, blue, alpha
+    unsigned levels = 0;    ///< 0: the header has no level count
+    uint32_t caps2 = 0;
     unsigned depth = 0;
 };
 
@@ -100,4 +101,4 @@ std::string DdsFile(const DdsParts& parts);
 DdsParts ArgbDds(unsigned width, unsigned height, const std::string& pixels);
 
 /// A DXT colour block: two R5G6B5 end points and sixteen 2-bit codes, the first in the lowest bits.
-std::string ColourBlock(unsigned c0, unsigned c1, std::uint32_t codes);
+std::string ColourBlock(unsigned c0, unsigned c1, uint32_t codes);

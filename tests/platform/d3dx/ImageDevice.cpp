@@ -50,12 +50,12 @@ TextureHandle ImageDevice::Load(const std::string& file, const LoadRequest& requ
     return TextureHandle(SUCCEEDED(result) ? texture : nullptr);
 }
 
-std::vector<std::uint32_t> ImageDevice::LoadArgb(const std::string& file, LoadRequest request)
+std::vector<uint32_t> ImageDevice::LoadArgb(const std::string& file, LoadRequest request)
 {
     request.format = D3DFMT_A8R8G8B8;
     const TextureHandle texture = Load(file, request);
     EXPECT_EQ(result, D3D_OK);
-    return texture ? LevelPixels(*texture) : std::vector<std::uint32_t>();
+    return texture ? LevelPixels(*texture) : std::vector<uint32_t>();
 }
 
 D3DSURFACE_DESC DescOf(IDirect3DTexture9& texture, UINT level)
@@ -65,7 +65,7 @@ D3DSURFACE_DESC DescOf(IDirect3DTexture9& texture, UINT level)
     return desc;
 }
 
-std::string LevelBytes(IDirect3DTexture9& texture, UINT level, std::size_t rowBytes, UINT rows)
+std::string LevelBytes(IDirect3DTexture9& texture, UINT level, size_t rowBytes, UINT rows)
 {
     D3DLOCKED_RECT locked = {};
     EXPECT_EQ(texture.LockRect(level, &locked, nullptr, D3DLOCK_READONLY), D3D_OK);
@@ -77,11 +77,11 @@ std::string LevelBytes(IDirect3DTexture9& texture, UINT level, std::size_t rowBy
     return bytes;
 }
 
-std::vector<std::uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level)
+std::vector<uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level)
 {
     const D3DSURFACE_DESC desc = DescOf(texture, level);
-    const std::string bytes = LevelBytes(texture, level, std::size_t{desc.Width} * 4, desc.Height);
-    std::vector<std::uint32_t> pixels(bytes.size() / 4);
+    const std::string bytes = LevelBytes(texture, level, size_t{desc.Width} * 4, desc.Height);
+    std::vector<uint32_t> pixels(bytes.size() / 4);
     std::memcpy(pixels.data(), bytes.data(), bytes.size());
     return pixels;
 }

@@ -13,7 +13,7 @@
 
 using TextureHandle = ComHandle<IDirect3DTexture9>;
 
-/// What a test asks of a load; the defaults change nothing about the picture.
+/// The options of a load; the defaults do not change the picture.
 struct LoadRequest {
     UINT width = 0;
     UINT height = 0;
@@ -26,19 +26,19 @@ struct LoadRequest {
     D3DCOLOR colorKey = 0;
 };
 
-/// A device of 64 by 64 pixels in a hidden window, both gone at the end of the test.
+/// A device of 64 by 64 pixels in a hidden window, both destroyed at the end of the test.
 class ImageDevice : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Loads the bytes of an image file; null, and `resultOut`, when that fails.
+    /// Loads the bytes of an image file; on failure returns null and sets `resultOut`.
     TextureHandle Load(const std::string& file, const LoadRequest& request = {});
 
     /// Fails the test if the file cannot be loaded.
-    std::vector<std::uint32_t> LoadArgb(const std::string& file, LoadRequest request = {});
+    std::vector<uint32_t> LoadArgb(const std::string& file, LoadRequest request = {});
 
-    /// Resets the device to what it was made with.
+    /// Resets the device with its original parameters.
     HRESULT Reset();
 
     IDirect3DDevice9* device = nullptr; // owned, released by TearDown
@@ -53,8 +53,8 @@ private:
 
 D3DSURFACE_DESC DescOf(IDirect3DTexture9& texture, UINT level = 0);
 
-/// The bytes of one level without padding, `rowBytes` for each row of pixels or blocks.
-std::string LevelBytes(IDirect3DTexture9& texture, UINT level, std::size_t rowBytes, UINT rows);
+/// The bytes of one level without padding, `rowBytes` per row of pixels or blocks.
+std::string LevelBytes(IDirect3DTexture9& texture, UINT level, size_t rowBytes, UINT rows);
 
-/// The pixels of one level of a texture with 32 bits a pixel.
-std::vector<std::uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level = 0);
+/// The pixels of one level of a texture with 32 bits per pixel.
+std::vector<uint32_t> LevelPixels(IDirect3DTexture9& texture, UINT level = 0);

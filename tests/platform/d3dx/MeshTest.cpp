@@ -1,4 +1,4 @@
-// Meshes of D3DX on a real device.
+// D3DX meshes on a real device.
 
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestDevice.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr DWORD kMeshFormat = D3DFVF_XYZ | D3DFVF_NORMAL; // 24 bytes
 constexpr DWORD kEmptyId = 99;
 
-/// Six faces over eight vertices; those of attribute 1 use vertices 0 to 3, those of 3 and 7 the
+/// Six faces over eight vertices; those of attribute 1 use vertices 0 to 3, those of 3 and 7 use
 /// vertices from 4 on.
 constexpr std::array<WORD, 18> kIndices = {4, 5, 6, 0, 1, 2, 5, 6, 7, 2, 3, 1, 7, 6, 4, 1, 2, 3};
 constexpr std::array<DWORD, 6> kAttributes = {3, 1, 3, 1, 7, 1};
@@ -111,7 +111,7 @@ const Lines kSortedTable = {"1: 0+3, 0+4", "3: 3+2, 4+4", "7: 5+1, 4+4"};
 
 } // namespace
 
-TEST_F(Mesh, TellsWhatItWasMadeWith)
+TEST_F(Mesh, ReportsItsCreationParameters)
 {
     ASSERT_EQ(Create(2, 4, D3DXMESH_MANAGED, kMeshFormat | D3DFVF_TEX1), D3D_OK);
     EXPECT_EQ(mesh->GetNumFaces(), 2u);
@@ -184,7 +184,7 @@ TEST_F(Mesh, TakesTheFormatsOfSkinnedVertices)
     }
 }
 
-TEST_F(Mesh, RefusesWhatItCannotBe)
+TEST_F(Mesh, RefusesInvalidMeshes)
 {
     static const struct {
         const char* what;
@@ -207,7 +207,7 @@ TEST_F(Mesh, RefusesWhatItCannotBe)
     EXPECT_EQ(D3DXCreateMeshFVF(2, 4, 0x110, kMeshFormat, nullptr, &made), D3DERR_INVALIDCALL);
 }
 
-TEST_F(Mesh, TakesAsManyVerticesAsIndicesCanName)
+TEST_F(Mesh, TakesAsManyVerticesAsIndicesCanAddress)
 {
     ASSERT_EQ(Create(1, 65536, D3DXMESH_SYSTEMMEM), D3D_OK);
     EXPECT_EQ(mesh->GetNumVertices(), 65536u);
@@ -232,7 +232,7 @@ TEST_F(Mesh, IsKnownByItsInterfaces)
     EXPECT_EQ(mesh->QueryInterface(kProgressiveMesh, &other), E_NOINTERFACE);
 }
 
-TEST_F(Mesh, HoldsItsDeviceAndLetsGo)
+TEST_F(Mesh, HoldsAndReleasesItsDevice)
 {
     device->AddRef();
     const ULONG before = device->Release();
@@ -328,7 +328,7 @@ TEST_F(Mesh, SortLeavesVerticesWhereTheyAre)
     ASSERT_EQ(mesh->UnlockVertexBuffer(), D3D_OK);
 }
 
-TEST_F(Mesh, SortOfASortedMeshChangesNothing)
+TEST_F(Mesh, SortingASortedMeshChangesNothing)
 {
     CreateFilled();
     ASSERT_EQ(Sort(), D3D_OK);
@@ -372,7 +372,7 @@ TEST_F(Mesh, DrawsASubsetOfASortedMeshByItsRange)
     ASSERT_EQ(Sort(), D3D_OK);
     recorder->ClearLines();
     mesh->DrawSubset(3);
-    // Faces 3 and 4, so from index 9 on. The range of vertices is a hint that libraries give or not.
+    // Faces 3 and 4, so from index 9 on. The vertex range is a hint that not all libraries pass.
     const Lines draws = recorder->Recorder()->LinesOf("DrawIndexedPrimitive");
     ASSERT_EQ(draws.size(), 1u);
     EXPECT_THAT(draws[0], testing::StartsWith("DrawIndexedPrimitive D3DPT_TRIANGLELIST 0 "));
@@ -380,7 +380,7 @@ TEST_F(Mesh, DrawsASubsetOfASortedMeshByItsRange)
     mesh.reset();
 }
 
-TEST_F(Mesh, IdWithoutFacesDrawsNothingAndIsNoError)
+TEST_F(Mesh, IdWithoutFacesDrawsNothingWithoutError)
 {
     CreateFilled();
     EXPECT_EQ(mesh->DrawSubset(kEmptyId), D3D_OK) << "before the sort";

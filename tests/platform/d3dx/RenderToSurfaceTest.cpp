@@ -57,7 +57,7 @@ protected:
 
 } // namespace
 
-TEST_F(RenderToSurface, TellsWhatItWasMadeWith)
+TEST_F(RenderToSurface, ReportsItsCreationParameters)
 {
     Create(FALSE);
     D3DXRTS_DESC desc = {};
@@ -72,7 +72,7 @@ TEST_F(RenderToSurface, TellsWhatItWasMadeWith)
     owner->Release();
 }
 
-TEST_F(RenderToSurface, DirectsDrawingAndRestoresTheDevice)
+TEST_F(RenderToSurface, RedirectsDrawingAndRestoresTheDevice)
 {
     Create(FALSE);
     const SurfaceHandle backBuffer = Target();
@@ -143,7 +143,7 @@ TEST_F(RenderToSurface, RefusesScenesOutOfOrderAndForeignSurfaces)
         D3DERR_INVALIDCALL);
 }
 
-TEST_F(RenderToSurface, FreesWhatHindersAReset)
+TEST_F(RenderToSurface, FreesWhatBlocksAReset)
 {
     Create(TRUE);
     ASSERT_EQ(path->BeginScene(surface.get(), nullptr), D3D_OK);

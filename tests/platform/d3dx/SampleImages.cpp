@@ -4,10 +4,10 @@
 
 namespace {
 
-const std::uint32_t kRed = 0xFFFF0000;
-const std::uint32_t kGreen = 0xFF00FF00;
-const std::uint32_t kBlue = 0xFF0000FF;
-const std::uint32_t kWhite = 0xFFFFFFFF;
+const uint32_t kRed = 0xFFFF0000;
+const uint32_t kGreen = 0xFF00FF00;
+const uint32_t kBlue = 0xFF0000FF;
+const uint32_t kWhite = 0xFFFFFFFF;
 
 std::vector<SampleImage> PngSamples()
 {
@@ -44,12 +44,12 @@ std::vector<SampleImage> PngSamples()
     };
 }
 
-// Colour: Y 192, Cb 192, Cr 64 give by the JFIF formulas R = 192 - 1.402 * 64 = 102.3,
-// G = 192 - 0.34414 * 64 + 0.71414 * 64 = 215.7, B = 192 + 1.772 * 64 = 305.4, cut to 255.
+// Colour: by the JFIF formulas, Y 192, Cb 192, Cr 64 give R = 192 - 1.402 * 64 = 102.3, G = 192 -
+// 0.34414 * 64 + 0.71414 * 64 = 215.7, B = 192 + 1.772 * 64 = 305.4, clamped to 255.
 std::vector<SampleImage> JpegSamples()
 {
-    const std::vector<std::uint32_t> grey(64, 0xFFC0C0C0);
-    const std::vector<std::uint32_t> colour(64, 0xFF66D8FF);
+    const std::vector<uint32_t> grey(64, 0xFFC0C0C0);
+    const std::vector<uint32_t> colour(64, 0xFF66D8FF);
     return {
         {"JPEG, grey", JpegFile({8, 8, {64}}), D3DXIFF_JPG, D3DFMT_L8, 8, 8, grey, 1},
         {"JPEG, colour", JpegFile({8, 8, {64, 64, -64}}), D3DXIFF_JPG, D3DFMT_X8R8G8B8, 8, 8,
@@ -62,8 +62,8 @@ std::vector<SampleImage> JpegSamples()
 std::vector<SampleImage> TgaSamples()
 {
     const std::string bgr = Bytes({0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255});
-    const std::vector<std::uint32_t> topDown = {kRed, kGreen, kBlue, kWhite};
-    const std::vector<std::uint32_t> bottomUp = {kBlue, kWhite, kRed, kGreen};
+    const std::vector<uint32_t> topDown = {kRed, kGreen, kBlue, kWhite};
+    const std::vector<uint32_t> bottomUp = {kBlue, kWhite, kRed, kGreen};
     return {
         {"TGA, top row first", TgaFile({2, 2, 2, 24, bgr}), D3DXIFF_TGA, D3DFMT_X8R8G8B8, 2, 2,
          topDown},
@@ -83,7 +83,7 @@ std::vector<SampleImage> TgaSamples()
          2,
          1,
          {0xFF101010, 0xFFF0F0F0}},
-        {"TGA, runs", // four times red, then two literal pixels
+        {"TGA, runs", // one pixel four times in red, then two literal pixels
          TgaFile({10, 3, 2, 24, Bytes({0x83, 0, 0, 255, 0x01, 0, 255, 0, 255, 0, 0})}),
          D3DXIFF_TGA,
          D3DFMT_X8R8G8B8,
@@ -124,7 +124,7 @@ std::vector<SampleImage> DdsSamples()
 {
     DdsParts dxt1 = {4, 4, ColourBlock(0xF800, 0x001F, 0x00000001)};
     dxt1.fourCC = "DXT1";
-    std::vector<std::uint32_t> blueThenRed(16, kRed);
+    std::vector<uint32_t> blueThenRed(16, kRed);
     blueThenRed[0] = kBlue;
     return {
         {"DDS, A8R8G8B8",

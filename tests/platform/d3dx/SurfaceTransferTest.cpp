@@ -1,4 +1,4 @@
-// Pixels into surfaces from memory and from other surfaces, and out of them into files.
+// Loading surfaces from memory and from other surfaces, and saving them to files.
 
 #include "tests/platform/d3dx/ImageDevice.h"
 #include "tests/support/ScratchDirectory.h"
@@ -8,7 +8,7 @@
 namespace {
 
 using SurfaceHandle = ComHandle<IDirect3DSurface9>;
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 class SurfaceTransfer : public ImageDevice {
 protected:
@@ -27,12 +27,12 @@ protected:
         D3DLOCKED_RECT locked = {};
         EXPECT_EQ(surface.GetDesc(&desc), D3D_OK);
         EXPECT_EQ(surface.LockRect(&locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-        Pixels pixels(std::size_t{desc.Width} * desc.Height);
+        Pixels pixels(size_t{desc.Width} * desc.Height);
         for (UINT y = 0; y < desc.Height; ++y)
-            std::memcpy(&pixels[std::size_t{y} * desc.Width],
+            std::memcpy(&pixels[size_t{y} * desc.Width],
                         static_cast<const char*>(locked.pBits) +
                             y * static_cast<UINT>(locked.Pitch),
-                        std::size_t{desc.Width} * 4);
+                        size_t{desc.Width} * 4);
         surface.UnlockRect();
         return pixels;
     }
@@ -61,7 +61,7 @@ TEST_F(SurfaceTransfer, FillsASurfaceFromMemory)
 TEST_F(SurfaceTransfer, ConvertsOnTheWay)
 {
     const SurfaceHandle surface = Plain(1, 1);
-    const std::uint16_t word = 0xF81F; // red and blue full, green 0
+    const uint16_t word = 0xF81F; // red and blue full, green 0
     const RECT whole = {0, 0, 1, 1};
     ASSERT_EQ(D3DXLoadSurfaceFromMemory(surface.get(), nullptr, nullptr, &word, D3DFMT_R5G6B5, 2,
                                         nullptr, &whole, D3DX_FILTER_NONE, 0),
@@ -99,8 +99,8 @@ TEST_F(SurfaceTransfer, FillsWhatCannotBeLocked)
               D3D_OK);
     const SurfaceHandle copy = Plain(4, 3);
     ASSERT_EQ(device->GetRenderTargetData(target.get(), copy.get()), D3D_OK);
-    // The four pixels in the columns 1 and 2 of the rows 1 and 2, and what was there around them.
-    const std::uint32_t old = 0xFF202020;
+    // The four pixels in columns 1 and 2 of rows 1 and 2, surrounded by the old contents.
+    const uint32_t old = 0xFF202020;
     const Pixels expected = {old, old,      old,      old, //
                              old, kFour[0], kFour[1], old, //
                              old, kFour[2], kFour[3], old};
@@ -121,7 +121,7 @@ TEST_F(SurfaceTransfer, RefusesWhatIsMissing)
 {
     const SurfaceHandle surface = Plain(1, 1);
     const RECT whole = {0, 0, 1, 1};
-    const std::uint32_t pixel = 0;
+    const uint32_t pixel = 0;
     EXPECT_EQ(D3DXLoadSurfaceFromMemory(nullptr, nullptr, nullptr, &pixel, D3DFMT_A8R8G8B8, 4,
                                         nullptr, &whole, D3DX_FILTER_NONE, 0),
               D3DERR_INVALIDCALL);

@@ -1,5 +1,5 @@
-// What holds on every host: the files, sizes, formats and failures of D3DXCreateTextureFromFileExA
-// and D3DXGetImageInfoFromFileA.
+// What D3DXCreateTextureFromFileExA and D3DXGetImageInfoFromFileA do on every host: files, sizes,
+// formats and failures.
 
 #include "tests/platform/d3dx/ImageBytes.h"
 #include "tests/platform/d3dx/ImageDevice.h"
@@ -14,7 +14,7 @@ namespace {
 using ImageInfo = testing::Test;
 class TextureFromFile : public ImageDevice {};
 
-bool IsNear(std::uint32_t a, std::uint32_t b, int tolerance)
+bool IsNear(uint32_t a, uint32_t b, int tolerance)
 {
     for (int shift = 0; shift < 32; shift += 8) {
         const int distance =
@@ -25,10 +25,10 @@ bool IsNear(std::uint32_t a, std::uint32_t b, int tolerance)
     return true;
 }
 
-void ExpectPixels(const std::vector<std::uint32_t>& actual, const SampleImage& sample)
+void ExpectPixels(const std::vector<uint32_t>& actual, const SampleImage& sample)
 {
     ASSERT_EQ(actual.size(), sample.argb.size()) << sample.what;
-    for (std::size_t i = 0; i < actual.size(); ++i)
+    for (size_t i = 0; i < actual.size(); ++i)
         EXPECT_TRUE(IsNear(actual[i], sample.argb[i], sample.tolerance))
             << sample.what << ", pixel " << i << std::hex << ": " << actual[i] << " instead of "
             << sample.argb[i];
@@ -36,7 +36,7 @@ void ExpectPixels(const std::vector<std::uint32_t>& actual, const SampleImage& s
 
 std::string Dxt5Chain()
 {
-    // Levels of 8, 4, 2 and 1 pixels: 4 blocks, then one each, told apart by their first colour.
+    // Levels of 8, 4, 2 and 1 pixels: 4 blocks, then one each, distinguished by their first colour.
     DdsParts parts = {8, 8, ""};
     parts.fourCC = "DXT5";
     parts.levels = 4;
@@ -47,7 +47,7 @@ std::string Dxt5Chain()
 
 } // namespace
 
-TEST(ImageInfo, TellsKindAndSizeByTheContent)
+TEST(ImageInfo, RecognisesKindAndSizeByTheContent)
 {
     const ScratchDirectory scratch;
     for (const SampleImage& sample : SampleImages()) {
@@ -63,7 +63,7 @@ TEST(ImageInfo, TellsKindAndSizeByTheContent)
     }
 }
 
-// Files of 24 bits are told apart here: some hosts report them as R8G8B8.
+// 24-bit files are tested separately: some hosts report them as R8G8B8.
 TEST(ImageInfo, ReportsThePixelFormatOfTheFile)
 {
     for (const SampleImage& sample : SampleImages()) {
@@ -91,7 +91,7 @@ TEST(ImageInfo, CountsTheLevelsOfADdsFile)
     EXPECT_EQ(info.Format, D3DFMT_DXT5);
 }
 
-TEST(ImageInfo, RefusesWhatIsNoImage)
+TEST(ImageInfo, RefusesWhatIsNotAnImage)
 {
     const ScratchDirectory scratch;
     scratch.Write("empty.png", "");
@@ -135,7 +135,7 @@ TEST_F(TextureFromFile, ReadsAFileFromDiskAndGivesItsInfo)
     const TextureHandle handle(texture);
     EXPECT_EQ(info.Width, 2u);
     EXPECT_EQ(info.ImageFileFormat, D3DXIFF_TGA);
-    EXPECT_EQ(LevelPixels(*handle), (std::vector<std::uint32_t>{0xFF030201, 0xFF060504}));
+    EXPECT_EQ(LevelPixels(*handle), (std::vector<uint32_t>{0xFF030201, 0xFF060504}));
 }
 
 TEST_F(TextureFromFile, RefusesMissingEmptyAndCutFiles)
@@ -163,7 +163,7 @@ TEST_F(TextureFromFile, RefusesArgumentsThatAreMissing)
     EXPECT_EQ(D3DXCreateTextureFromFileA(device, "a.png", nullptr), D3DERR_INVALIDCALL);
 }
 
-TEST_F(TextureFromFile, KeepsSidesThatAreNoPowersOfTwo)
+TEST_F(TextureFromFile, KeepsSidesThatAreNotPowersOfTwo)
 {
     const std::string file = PngFile({3, 5, 8, PngColour::Grey, Repeated(15, 9)});
     for (const UINT side : {0u, static_cast<UINT>(D3DX_DEFAULT_NONPOW2)}) {
@@ -176,7 +176,7 @@ TEST_F(TextureFromFile, KeepsSidesThatAreNoPowersOfTwo)
     }
 }
 
-TEST_F(TextureFromFile, DefaultSidesGoUpToPowersOfTwo)
+TEST_F(TextureFromFile, DefaultSidesAreRoundedUpToPowersOfTwo)
 {
     LoadRequest request;
     request.width = request.height = D3DX_DEFAULT;
@@ -193,7 +193,7 @@ TEST_F(TextureFromFile, WithoutAFilterTheRestIsEmpty)
     request.width = 2;
     request.height = 2;
     EXPECT_EQ(LoadArgb(PngFile({1, 1, 8, PngColour::Rgb, Bytes({1, 2, 3})}), request),
-              (std::vector<std::uint32_t>{0xFF010203, 0, 0, 0}));
+              (std::vector<uint32_t>{0xFF010203, 0, 0, 0}));
 }
 
 TEST_F(TextureFromFile, PointFilterRepeatsPixels)
@@ -202,10 +202,10 @@ TEST_F(TextureFromFile, PointFilterRepeatsPixels)
     request.width = 4;
     request.height = 1;
     request.filter = D3DX_FILTER_POINT;
-    const std::uint32_t a = 0xFF010203;
-    const std::uint32_t b = 0xFF040506;
+    const uint32_t a = 0xFF010203;
+    const uint32_t b = 0xFF040506;
     EXPECT_EQ(LoadArgb(PngFile({2, 1, 8, PngColour::Rgb, Bytes({1, 2, 3, 4, 5, 6})}), request),
-              (std::vector<std::uint32_t>{a, a, b, b}));
+              (std::vector<uint32_t>{a, a, b, b}));
 }
 
 TEST_F(TextureFromFile, CountsLevelsAsAsked)
@@ -247,8 +247,8 @@ TEST_F(TextureFromFile, SingleColourStaysTheSameInAllLevels)
                                        request);
     ASSERT_TRUE(texture);
     ASSERT_EQ(texture->GetLevelCount(), 3u);
-    EXPECT_EQ(LevelPixels(*texture, 1), std::vector<std::uint32_t>(4, 0x80302010));
-    EXPECT_EQ(LevelPixels(*texture, 2), std::vector<std::uint32_t>(1, 0x80302010));
+    EXPECT_EQ(LevelPixels(*texture, 1), std::vector<uint32_t>(4, 0x80302010));
+    EXPECT_EQ(LevelPixels(*texture, 2), std::vector<uint32_t>(1, 0x80302010));
 }
 
 TEST_F(TextureFromFile, CopiesTheBlocksAndLevelsOfADdsFile)
@@ -266,7 +266,7 @@ TEST_F(TextureFromFile, CopiesTheBlocksAndLevelsOfADdsFile)
             << level;
 }
 
-TEST_F(TextureFromFile, CompressedSidesGoUpToWholeBlocks)
+TEST_F(TextureFromFile, CompressedSidesAreRoundedUpToWholeBlocks)
 {
     LoadRequest request;
     request.format = D3DFMT_DXT1;
@@ -288,7 +288,7 @@ TEST_F(TextureFromFile, ConvertsToTheFormatThatIsAskedFor)
     EXPECT_EQ(LevelBytes(*texture, 0, 2, 1), U16(31 << 11 | 32 << 5));
 }
 
-// What is cut out has alpha 0; hosts differ in the colour behind it.
+// Keyed pixels have alpha 0; hosts differ in the colour that remains.
 TEST_F(TextureFromFile, ColourKeyBecomesTransparent)
 {
     const std::string file =
@@ -298,7 +298,7 @@ TEST_F(TextureFromFile, ColourKeyBecomesTransparent)
     const TextureHandle texture = Load(file, request);
     ASSERT_TRUE(texture);
     ASSERT_EQ(DescOf(*texture).Format, D3DFMT_A8R8G8B8) << "room for the alpha";
-    const std::vector<std::uint32_t> pixels = LevelPixels(*texture);
+    const std::vector<uint32_t> pixels = LevelPixels(*texture);
     EXPECT_EQ(pixels[0], 0xFF010203);
     EXPECT_EQ(pixels[1] >> 24, 0u);
     EXPECT_EQ(pixels[2], 0xFF010204);
@@ -310,7 +310,7 @@ TEST_F(TextureFromFile, ColourKeyComparesTheAlphaToo)
         PngFile({2, 1, 8, PngColour::Rgba, Bytes({255, 0, 255, 255, 255, 0, 255, 254})});
     LoadRequest request;
     request.colorKey = 0xFFFF00FF;
-    const std::vector<std::uint32_t> pixels = LoadArgb(file, request);
+    const std::vector<uint32_t> pixels = LoadArgb(file, request);
     ASSERT_EQ(pixels.size(), 2u);
     EXPECT_EQ(pixels[0] >> 24, 0u);
     EXPECT_EQ(pixels[1], 0xFEFF00FF);
@@ -346,7 +346,7 @@ TEST_F(TextureFromFile, FillsTexturesThatCannotBeLocked)
     ASSERT_EQ(device->GetRenderTargetData(target, copy), D3D_OK);
     D3DLOCKED_RECT locked;
     ASSERT_EQ(copy->LockRect(&locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-    const auto* pixels = static_cast<const std::uint32_t*>(locked.pBits);
+    const auto* pixels = static_cast<const uint32_t*>(locked.pBits);
     EXPECT_EQ(pixels[0] & 0xFFFFFF, 0x010203u);
     EXPECT_EQ(pixels[1] & 0xFFFFFF, 0x040506u);
     copy->UnlockRect();

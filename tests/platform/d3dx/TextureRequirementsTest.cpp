@@ -6,7 +6,7 @@ class TextureRequirements : public ImageDevice {};
 
 } // namespace
 
-TEST_F(TextureRequirements, LeavesWhatTheDeviceCanMake)
+TEST_F(TextureRequirements, KeepsWhatTheDeviceSupports)
 {
     UINT width = 100;
     UINT height = 60;
@@ -80,7 +80,7 @@ TEST_F(TextureRequirements, TakesTheNearestFormat)
     }
 }
 
-TEST_F(TextureRequirements, BlocksWantWholeBlocks)
+TEST_F(TextureRequirements, CompressedSidesAreWholeBlocks)
 {
     UINT width = 13;
     UINT height = 2;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-/// Holds `count` numbers against the expected ones, each within `tolerance`.
+/// Compares `count` numbers with the expected ones, each within `tolerance`.
 inline void ExpectNear(const float* actual, const float* expected, int count, double tolerance,
                        const std::string& what = "")
 {

@@ -21,8 +21,8 @@ TEST(D3DXMatrixLookAtLH, FromTheFrontOnlyMoves)
 
 TEST(D3DXMatrixLookAtLH, AlongXTurnsTheAxes)
 {
-    // z' = (1, 0, 0), x' = up x z' = (0, 0, -1), y' = z' x x' = (0, 1, 0); the eye's products with
-    // them are -3, 2 and 1.
+    // z' = (1, 0, 0), x' = up x z' = (0, 0, -1), y' = z' x x' = (0, 1, 0); their dot products with
+    // the eye are -3, 2 and 1.
     const D3DXVECTOR3 eye(1, 2, 3), at(5, 2, 3), up(0, 4, 0);
     D3DXMATRIX view;
     D3DXMatrixLookAtLH(&view, &eye, &at, &up);

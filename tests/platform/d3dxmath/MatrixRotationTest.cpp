@@ -42,7 +42,7 @@ TEST(D3DXMatrixRotation, QuarterTurnsFollowTheLeftHand)
         ExpectNear(Turn(c.from, c.matrix), c.to, kMatrixTolerance, c.what);
 }
 
-TEST(D3DXMatrixRotation, SineAndCosineStandInTheirPlaces)
+TEST(D3DXMatrixRotation, SineAndCosineAreInTheirPlaces)
 {
     D3DXMATRIX matrix;
     D3DXMatrixRotationX(&matrix, 0.5f);
@@ -75,7 +75,7 @@ TEST(D3DXMatrixRotationAxis, AgreesWithTheRotationsAboutTheAxes)
     ExpectNear(about, expected, kMatrixTolerance);
 }
 
-TEST(D3DXMatrixRotationAxis, LengthOfTheAxisDoesNotCount)
+TEST(D3DXMatrixRotationAxis, LengthOfTheAxisDoesNotMatter)
 {
     const D3DXVECTOR3 unit(0, 0, 1);
     const D3DXVECTOR3 longer(0, 0, 8);
@@ -107,7 +107,7 @@ TEST(D3DXMatrixRotationQuaternion, TurnsAsTheAngleSays)
     EXPECT_TRUE(matrix == D3DXMATRIX(0, 1, 0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1));
 }
 
-TEST(D3DXMatrixRotationQuaternion, QuirkOtherLengthsAreTakenAsTheyAre)
+TEST(D3DXMatrixRotationQuaternion, QuirkOtherLengthsAreNotNormalised)
 {
     // m22 = 1 - 2 (x^2 + z^2) = -1, m23 = 2 (y z + x w) = 2, m32 = 2 (y z - x w) = -2, m33 = -1.
     const D3DXQUATERNION q(1, 0, 0, 1);

@@ -12,7 +12,7 @@ D3DXMATRIX Vandermonde()
 }
 
 /// Column t holds the coefficients, lowest first, of the cubic that is 1 at t and 0 at the other
-/// three; so row t of the matrix above times it is 1 and the other rows times it are 0.
+/// three; so row t of the matrix above times it is 1, and the other rows times it are 0.
 ///   t = 1: (x - 2)(x - 3)(x - 4) / -6 = (x^3 - 9x^2 + 26x - 24) / -6
 ///   t = 2: (x - 1)(x - 3)(x - 4) /  2 = (x^3 - 8x^2 + 19x - 12) / 2
 ///   t = 3: (x - 1)(x - 2)(x - 4) / -2 = (x^3 - 7x^2 + 14x - 8) / -2
@@ -42,7 +42,7 @@ TEST(D3DXMatrixMultiply, AppliesTheFirstFactorFirst)
 TEST(D3DXMatrixMultiply, SumsRowTimesColumnInOrder)
 {
     // In this order the sum is ((1e8 + 1) - 1e8) + 1 = 1, as 1e8 + 1 rounds to 1e8; any order that
-    // brings the large numbers together first gives 2.
+    // adds the large numbers first gives 2.
     D3DXMATRIX row, column;
     D3DXMatrixIdentity(&row);
     D3DXMatrixIdentity(&column);
@@ -67,12 +67,12 @@ TEST(D3DXMatrixMultiply, MayOverwriteEitherFactor)
     EXPECT_TRUE(second == product);
 }
 
-TEST(D3DXMatrixMultiplyTranspose, TurnsTheProduct)
+TEST(D3DXMatrixMultiplyTranspose, TransposesTheProduct)
 {
     const D3DXMATRIX a = Vandermonde();
     D3DXMATRIX shift, product;
     D3DXMatrixTranslation(&shift, 1, 0, 0);
-    // a * shift adds column 4 to column 1; transposed, row 4 stands in row 1.
+    // a * shift adds column 4 to column 1; transposed, row 4 is added to row 1.
     D3DXMatrixMultiplyTranspose(&product, &a, &shift);
     EXPECT_TRUE(product == D3DXMATRIX(2, 9, 28, 65, 1, 2, 3, 4, 1, 4, 9, 16, 1, 8, 27, 64));
 }
@@ -89,7 +89,7 @@ TEST(D3DXMatrixDeterminant, IsExactForSmallIntegers)
     D3DXMATRIX matrix = Vandermonde();
     EXPECT_EQ(D3DXMatrixDeterminant(&matrix), 12.0f);
     for (float& element : matrix.m[2])
-        element = -element; // a row turned changes the sign
+        element = -element; // negating a row changes the sign
     EXPECT_EQ(D3DXMatrixDeterminant(&matrix), -12.0f);
     D3DXMatrixScaling(&matrix, 2, -3, 4);
     EXPECT_EQ(D3DXMatrixDeterminant(&matrix), -24.0f);

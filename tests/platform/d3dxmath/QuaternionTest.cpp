@@ -7,7 +7,7 @@ namespace {
 
 constexpr double kQuaternionTolerance = 1e-6;
 
-/// The turn about x by `angle`, from the double functions.
+/// The rotation about x by `angle`, computed in double.
 D3DXQUATERNION AboutX(double angle)
 {
     return {static_cast<float>(std::sin(angle / 2)), 0, 0, static_cast<float>(std::cos(angle / 2))};
@@ -20,9 +20,9 @@ double Degrees(double degrees)
 
 } // namespace
 
-// The hosts agree to the bit only while both round the exact value. A long double has 11 bits more
-// than a double, which makes it the judge; near a tie of floats neither would be sure, and none of
-// these arguments is near one.
+// The hosts agree to the bit only if both round the exact value. A long double has 11 bits more
+// than a double, so it decides; near a tie of floats neither would be certain, but no argument here
+// is near one.
 TEST(RoundedFunctions, AreTheNearestFloats)
 {
     for (int i = -3000; i <= 3000; ++i) {
@@ -40,7 +40,7 @@ TEST(RoundedFunctions, AreTheNearestFloats)
     }
 }
 
-TEST(RoundedFunctions, ArcCosineTakesWhatRoundingPushedOut)
+TEST(RoundedFunctions, ArcCosineAcceptsValuesThatRoundingPushedOut)
 {
     EXPECT_EQ(RoundedAcos(1.0000001f), 0.0f);
     EXPECT_EQ(RoundedAcos(-1.0000001f), static_cast<float>(Degrees(180)));
@@ -48,8 +48,8 @@ TEST(RoundedFunctions, ArcCosineTakesWhatRoundingPushedOut)
 
 TEST(D3DXQuaternionMultiply, AppliesTheFirstFactorFirst)
 {
-    // A quarter turn about x takes y to z, then one about y takes z to x; x goes to -z, and z, which
-    // the first took to -y, stays there. In the other order z would go to x and stay.
+    // A quarter turn about x takes y to z, then one about y takes z to x; x goes to -z; z goes to
+    // -y in the first turn and stays there. In the other order z would go to x and stay.
     const float s = std::sqrt(0.5f);
     const D3DXQUATERNION aboutX(s, 0, 0, s), aboutY(0, s, 0, s);
     D3DXQUATERNION product;
@@ -143,7 +143,7 @@ TEST(D3DXQuaternionRotationMatrix, UndoesTheMatrix)
         D3DXQUATERNION q;
         D3DXMatrixRotationQuaternion(&matrix, &c.q);
         D3DXQuaternionRotationMatrix(&q, &matrix);
-        const float sign = D3DXQuaternionDot(&q, &c.q) < 0 ? -1.0f : 1.0f; // q and -q turn alike
+        const float sign = D3DXQuaternionDot(&q, &c.q) < 0 ? -1.0f : 1.0f; // -q rotates like q
         ExpectNear(q * sign, c.q, kQuaternionTolerance, c.what);
     }
 }
@@ -184,7 +184,7 @@ TEST(D3DXQuaternionSlerp, GoesAlongTheArcAtAnEvenSpeed)
 
 TEST(D3DXQuaternionSlerp, TakesTheShorterArc)
 {
-    // 280 degrees onwards are 80 degrees backwards: half of it is 10 - 40 degrees.
+    // Forward 280 degrees is backward 80 degrees; half of that gives 10 - 40 degrees.
     const D3DXQUATERNION from = AboutX(Degrees(10)), to = AboutX(Degrees(290));
     D3DXQUATERNION q;
     D3DXQuaternionSlerp(&q, &from, &to, 0.5f);
@@ -201,8 +201,8 @@ TEST(D3DXQuaternionSlerp, QuirkEndOfATurnedArcIsTheNegativeTarget)
 
 TEST(D3DXQuaternionSlerp, QuirkNearbyOrientationsTakeTheChord)
 {
-    // Halfway between unit quaternions whose product is c the chord has length sqrt((1 + c) / 2),
-    // the arc 1. The border lies at c = 0.999, a turn of 5.13 degrees.
+    // Halfway between unit quaternions with dot product c the chord has length sqrt((1 + c) / 2),
+    // the arc 1. The limit is c = 0.999, a rotation of 5.13 degrees.
     static const struct {
         const char* what;
         double degrees;
@@ -218,7 +218,7 @@ TEST(D3DXQuaternionSlerp, QuirkNearbyOrientationsTakeTheChord)
     }
 }
 
-TEST(D3DXQuaternionSlerp, OppositeSignsOfOneOrientationStayThere)
+TEST(D3DXQuaternionSlerp, OppositeSignsOfOneOrientationKeepIt)
 {
     const D3DXQUATERNION from = AboutX(Degrees(50)), to = -from;
     D3DXQUATERNION q;

@@ -1,4 +1,4 @@
-// The records, their operators and the functions that the header itself defines.
+// The records, their operators and the functions defined in the header itself.
 
 #include <cstddef>
 #include <d3dx9.h>
@@ -30,8 +30,9 @@ TEST(D3dxVector, OperatorsWorkOnEachComponent)
     EXPECT_TRUE(D3DXVECTOR4(1, 2, 3, 4) * 2 == D3DXVECTOR4(2, 4, 6, 8));
 }
 
-// Floats around 5 / 3 are 5 / 3 - 3.97e-8 and 5 / 3 + 7.95e-8. The quotient is nearer to the first.
-// The reciprocal of 3 is 1 / 3 + 9.93e-9, and five times that, 5 / 3 + 4.97e-8, nearer to the second.
+// The floats next to 5 / 3 are 5 / 3 - 3.97e-8 and 5 / 3 + 7.95e-8. The quotient is nearer to the
+// first. The reciprocal of 3 is 1 / 3 + 9.93e-9, and five times that, 5 / 3 + 4.97e-8, is nearer to
+// the second.
 constexpr float kFiveThirds = 1.66666662693f;
 constexpr float kFiveTimesAThird = 1.66666674614f;
 
@@ -163,7 +164,7 @@ TEST(D3dxColor, EveryByteComesBack)
 
 TEST(D3dxColor, PartsAreClampedAndRounded)
 {
-    // 0.5 * 255 + 0.5 = 128; 0.25 * 255 + 0.5 = 64.25, cut to 64.
+    // 0.5 * 255 + 0.5 = 128; 0.25 * 255 + 0.5 = 64.25, truncated to 64.
     EXPECT_EQ(static_cast<DWORD>(D3DXCOLOR(-1.0f, 2.0f, 0.5f, 0.25f)), 0x4000FF80u);
 }
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Adds x to y and z to x, and moves by (10, 20, 30); column 4 gives w = 2z + 1.
+/// Adds x to y and z to x, and translates by (10, 20, 30); column 4 gives w = 2z + 1.
 const D3DXMATRIX kShear(1, 1, 0, 0, 0, 1, 0, 0, 1, 0, 1, 2, 10, 20, 30, 1);
 
 } // namespace
@@ -40,7 +40,7 @@ TEST(D3DXVecNormalize, ZeroStaysZero)
 
 TEST(D3DXVecNormalize, QuirkVectorWhoseSquareVanishesBecomesZero)
 {
-    D3DXVECTOR3 tiny(1e-30f, 0, 0); // the square, 1e-60, is below the least float
+    D3DXVECTOR3 tiny(1e-30f, 0, 0); // the square, 1e-60, underflows
     EXPECT_TRUE(*D3DXVec3Normalize(&tiny, &tiny) == D3DXVECTOR3(0, 0, 0));
 }
 
@@ -52,7 +52,7 @@ TEST(D3DXVec3Transform, AddsTheTranslationAndKeepsW)
     EXPECT_TRUE(result == D3DXVECTOR4(14, 23, 33, 7));
 }
 
-TEST(D3DXVec4Transform, TakesTheTranslationWTimes)
+TEST(D3DXVec4Transform, ScalesTheTranslationByW)
 {
     D3DXVECTOR4 point(1, 2, 3, 2); // x = 4 + 20, y = 3 + 40, z = 3 + 60, w = 6 + 2
     D3DXVec4Transform(&point, &point, &kShear);

@@ -18,7 +18,7 @@ protected:
     }
 
     /// The stored word of a pixel of the depth buffer.
-    std::uint32_t DepthWord(UINT x, UINT y)
+    uint32_t DepthWord(UINT x, UINT y)
     {
         const auto& state = static_cast<HeadlessDevice*>(device.Get())->State();
         const PixelBuffer& pixels = state.depthSurface.Get()->Pixels();
@@ -61,7 +61,7 @@ TEST_F(DeviceClearTest, EveryDepthFormatCanBeCleared)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word; ///< of depth 1 over a zeroed buffer
+        uint32_t word; ///< of depth 1 in a zeroed buffer
     } cases[] = {{D3DFMT_D16, 0xFFFF},
                  {D3DFMT_D24X8, 0xFFFFFF00},
                  {D3DFMT_D24S8, 0xFFFFFF00},
@@ -73,7 +73,7 @@ TEST_F(DeviceClearTest, EveryDepthFormatCanBeCleared)
     }
 }
 
-TEST_F(DeviceClearTest, RefusesWhatCannotBe)
+TEST_F(DeviceClearTest, RefusesInvalidArguments)
 {
     EXPECT_EQ(Clear(0, 1.0f, 0), D3DERR_INVALIDCALL) << "nothing to clear";
     EXPECT_EQ(Clear(8, 1.0f, 0), D3DERR_INVALIDCALL) << "an unknown flag";
@@ -89,7 +89,7 @@ TEST_F(DeviceClearTest, RectanglesTurnedInsideOutClearNothing)
     ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0, 1.0f, 0), D3D_OK);
     const D3DRECT rects[] = {{10, 10, 5, 5}, {-2147483647, 0, -5, 48}, {100, 0, 2147483647, 48}};
     EXPECT_EQ(device->Clear(3, rects, D3DCLEAR_TARGET, 0xFFFFFFFF, 1.0f, 0), D3D_OK);
-    EXPECT_EQ(ReadBackBuffer(), std::vector<std::uint32_t>(64 * 48, 0));
+    EXPECT_EQ(ReadBackBuffer(), std::vector<uint32_t>(64 * 48, 0));
 }
 
 TEST_F(DeviceClearTest, ANarrowTargetTakesTheNearestColour)
@@ -102,5 +102,5 @@ TEST_F(DeviceClearTest, ANarrowTargetTakesTheNearestColour)
     ASSERT_EQ(device->StretchRect(target.Get(), nullptr, wide.Get(), nullptr, D3DTEXF_NONE),
               D3D_OK);
     // 0x80 becomes 16 of 31 and 32 of 63, which are 132 and 130 of 255.
-    EXPECT_EQ(Read(wide.Get()), std::vector<std::uint32_t>(16, 0xFF848284));
+    EXPECT_EQ(Read(wide.Get()), std::vector<uint32_t>(16, 0xFF848284));
 }

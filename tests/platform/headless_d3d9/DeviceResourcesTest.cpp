@@ -1,4 +1,5 @@
 #include "tests/platform/d3d9/DeviceTestFixture.h"
+#include "tests/support/Emulator.h"
 
 #include <sys/resource.h>
 
@@ -45,7 +46,7 @@ TEST_F(DeviceResourcesTest, OnlyScratchTexturesTakeEveryKnownFormat)
     EXPECT_EQ(MakeTexture(4, 4, D3DFMT_DXT5, D3DPOOL_SYSTEMMEM), D3D_OK);
 }
 
-TEST_F(DeviceResourcesTest, ADepthTextureIsATargetButNoSource)
+TEST_F(DeviceResourcesTest, ADepthTextureIsATargetButNotASource)
 {
     const Com<IDirect3DTexture9> texture =
         Texture(64, 48, 1, D3DPOOL_DEFAULT, D3DUSAGE_DEPTHSTENCIL, D3DFMT_D24S8);
@@ -71,7 +72,7 @@ TEST_F(DeviceResourcesTest, SharedAndMultiSampledResourcesAreRefused)
               D3DERR_INVALIDCALL);
 }
 
-TEST_F(DeviceResourcesTest, BufferLocksAreHeldAgainstTheLength)
+TEST_F(DeviceResourcesTest, BufferLocksAreCheckedAgainstTheLength)
 {
     Com<IDirect3DVertexBuffer9> buffer;
     ASSERT_EQ(device->CreateVertexBuffer(16, 0, 0, D3DPOOL_MANAGED, buffer.Out(), nullptr), D3D_OK);
@@ -85,7 +86,7 @@ TEST_F(DeviceResourcesTest, BufferLocksAreHeldAgainstTheLength)
         {0, 17, D3DERR_INVALIDCALL},
         {16, 0, D3DERR_INVALIDCALL},
         {1, 16, D3DERR_INVALIDCALL},
-        {8, 0xFFFFFFF8, D3DERR_INVALIDCALL}, // the sum wraps round to 0
+        {8, 0xFFFFFFF8, D3DERR_INVALIDCALL}, // the sum wraps to 0
     };
     for (const auto& c : cases) {
         void* data = nullptr;
@@ -172,18 +173,18 @@ TEST_F(DeviceResourcesTest, ObjectsAnswerForTheirInterfaces)
     EXPECT_EQ(other, nullptr);
 }
 
-#ifndef __SANITIZE_ADDRESS__ // which ends a process that is out of memory
+#ifndef __SANITIZE_ADDRESS__ // which ends a process that runs out of memory
 
 namespace {
 
-/// No more address space than the process has now, while this lives.
+/// Forbids the process to extend its address space during its lifetime.
 class FullMemory {
 public:
     FullMemory()
     {
         getrlimit(RLIMIT_AS, &before);
         rlimit limit = before;
-        limit.rlim_cur = 1; // what is there stays
+        limit.rlim_cur = 1; // existing memory is kept
         setrlimit(RLIMIT_AS, &limit);
     }
     ~FullMemory() { setrlimit(RLIMIT_AS, &before); }
@@ -194,8 +195,10 @@ private:
 
 } // namespace
 
-TEST_F(DeviceResourcesTest, WantOfMemoryIsAResult)
+TEST_F(DeviceResourcesTest, RunningOutOfMemoryIsAResult)
 {
+    if (RunsUnderAnEmulator())
+        GTEST_SKIP() << "needs a limit of memory";
     HRESULT texture, vertices;
     {
         const FullMemory full;

@@ -1,6 +1,6 @@
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
-// Null pointers and borders that other hosts do not check.
+// Null pointers and limits that other hosts do not check.
 
 namespace {
 
@@ -38,7 +38,7 @@ TEST_F(DeviceStatesTest, AViewportMustLieInTheTarget)
         {{1, 0, 64, 48, 0.0f, 1.0f}, D3DERR_INVALIDCALL},
         {{0, 0, 64, 49, 0.0f, 1.0f}, D3DERR_INVALIDCALL},
         {{65, 0, 0, 0, 0.0f, 1.0f}, D3DERR_INVALIDCALL},
-        {{8, 0, 0xFFFFFFF8, 1, 0.0f, 1.0f}, D3DERR_INVALIDCALL}, // the sum wraps round to 0
+        {{8, 0, 0xFFFFFFF8, 1, 0.0f, 1.0f}, D3DERR_INVALIDCALL}, // the sum wraps to 0
     };
     for (const auto& c : cases)
         EXPECT_EQ(device->SetViewport(&c.viewport), c.result) << c.viewport.X;
@@ -57,6 +57,21 @@ TEST_F(DeviceStatesTest, SlotsEndWhereTheDeviceEnds)
     D3DMATRIX matrix = {};
     EXPECT_EQ(device->SetTransform(D3DTS_WORLDMATRIX(255), &matrix), D3D_OK);
     EXPECT_EQ(device->SetTransform(static_cast<D3DTRANSFORMSTATETYPE>(256 + 256), &matrix),
+              D3DERR_INVALIDCALL);
+}
+
+TEST_F(DeviceStatesTest, StatesThatDoNotExistAreRefused)
+{
+    DWORD value = 0;
+    EXPECT_EQ(device->SetRenderState(static_cast<D3DRENDERSTATETYPE>(1), 0), D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->GetRenderState(static_cast<D3DRENDERSTATETYPE>(999), &value),
+              D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->SetTextureStageState(8, D3DTSS_COLOROP, D3DTOP_ADD), D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->SetSamplerState(16, D3DSAMP_MAGFILTER, D3DTEXF_POINT), D3DERR_INVALIDCALL);
+    EXPECT_EQ(device->GetSamplerState(0, static_cast<D3DSAMPLERSTATETYPE>(0), &value),
+              D3DERR_INVALIDCALL);
+    D3DMATRIX matrix = {};
+    EXPECT_EQ(device->SetTransform(static_cast<D3DTRANSFORMSTATETYPE>(512), &matrix),
               D3DERR_INVALIDCALL);
 }
 
@@ -96,7 +111,7 @@ TEST_F(DeviceStatesTest, AResetEndsAScene)
     EXPECT_EQ(device->EndScene(), D3D_OK);
 }
 
-/// The ramp that changes nothing: 8 bits widened to 16, 255 to 65,535.
+/// The identity ramp: 8 bits widened to 16, 255 to 65,535.
 TEST_F(DeviceStatesTest, TheGammaRampBeginsStraightAndIsKept)
 {
     D3DGAMMARAMP ramp = {};

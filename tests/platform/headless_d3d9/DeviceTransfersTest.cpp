@@ -2,12 +2,12 @@
 
 #include <cstring>
 
-// What the public reference says about copies and what other hosts leave unchecked.
+// Rules for copies from the public reference, and checks that other hosts omit.
 
 namespace {
 
 using DeviceTransfersTest = DeviceTest;
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 } // namespace
 
@@ -36,7 +36,7 @@ TEST_F(DeviceTransfersTest, UpdateSurfaceChecksItsRectangle)
                   D3DERR_INVALIDCALL);
 }
 
-TEST_F(DeviceTransfersTest, UpdateTextureCopiesWhatHasChangedAlone)
+TEST_F(DeviceTransfersTest, UpdateTextureCopiesOnlyWhatChanged)
 {
     const Com<IDirect3DTexture9> source = Texture(4, 1, 1, D3DPOOL_SYSTEMMEM);
     const Com<IDirect3DTexture9> target = Texture(4, 1, 1, D3DPOOL_DEFAULT, D3DUSAGE_RENDERTARGET);
@@ -61,7 +61,7 @@ TEST_F(DeviceTransfersTest, UpdateTextureCopiesWhatHasChangedAlone)
 
 TEST_F(DeviceTransfersTest, UpdateTextureCopiesCompressedLevels)
 {
-    // 8 x 8 in blocks, then 4 x 4, 2 x 2 and 1 x 1 in one block each.
+    // 8 x 8 in four blocks, then 4 x 4, 2 x 2 and 1 x 1 in one block each.
     const Com<IDirect3DTexture9> source = Texture(8, 8, 0, D3DPOOL_SYSTEMMEM, 0, D3DFMT_DXT1);
     const Com<IDirect3DTexture9> target =
         Texture(8, 8, 0, D3DPOOL_DEFAULT, D3DUSAGE_DYNAMIC, D3DFMT_DXT1);
@@ -76,14 +76,14 @@ TEST_F(DeviceTransfersTest, UpdateTextureCopiesCompressedLevels)
     for (UINT level = 0; level < 4; ++level) {
         D3DLOCKED_RECT locked = {};
         ASSERT_EQ(target->LockRect(level, &locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-        const auto* bytes = static_cast<const std::uint8_t*>(locked.pBits);
+        const auto* bytes = static_cast<const uint8_t*>(locked.pBits);
         EXPECT_EQ(bytes[0], level + 1);
         EXPECT_EQ(bytes[level == 0 ? 31 : 7], level + 1);
         ASSERT_EQ(target->UnlockRect(level), D3D_OK);
     }
 }
 
-TEST_F(DeviceTransfersTest, UpdateTextureWantsMatchingTextures)
+TEST_F(DeviceTransfersTest, UpdateTextureNeedsMatchingTextures)
 {
     const Com<IDirect3DTexture9> source = Texture(4, 4, 1, D3DPOOL_SYSTEMMEM);
     const Com<IDirect3DTexture9> more = Texture(4, 4, 2, D3DPOOL_DEFAULT);
@@ -95,7 +95,7 @@ TEST_F(DeviceTransfersTest, UpdateTextureWantsMatchingTextures)
     EXPECT_EQ(device->UpdateTexture(nullptr, larger.Get()), D3DERR_INVALIDCALL);
 }
 
-TEST_F(DeviceTransfersTest, GetRenderTargetDataWantsEqualSizeAndFormatInSystemMemory)
+TEST_F(DeviceTransfersTest, GetRenderTargetDataNeedsEqualSizeAndFormatInSystemMemory)
 {
     const Com<IDirect3DSurface9> target = Target(4, 4);
     const Com<IDirect3DSurface9> smaller = SystemSurface(2, 2);
@@ -121,8 +121,8 @@ TEST_F(DeviceTransfersTest, StretchRectConvertsFormats)
     EXPECT_EQ(Read(last.Get()), Pixels(2, 0xFF848284));
 }
 
-/// Target pixel i of 4 samples at (i + 0.5) / 2 - 0.5 = -0.25, 0.25, 0.75, 1.25, clamped to 0..1; of
-/// 0 and 0x80 that is 0, 0x20, 0x60, 0x80.
+/// Target pixel i of 4 samples at (i + 0.5) / 2 - 0.5 = -0.25, 0.25, 0.75, 1.25, clamped to 0..1;
+/// between 0 and 0x80 that gives 0, 0x20, 0x60, 0x80.
 TEST_F(DeviceTransfersTest, StretchRectGrowsLinearly)
 {
     const Com<IDirect3DSurface9> source = Target(2, 1);
@@ -135,7 +135,7 @@ TEST_F(DeviceTransfersTest, StretchRectGrowsLinearly)
     EXPECT_EQ(Read(target.Get()), (Pixels{0xFF000000, 0xFF200000, 0xFF600000, 0xFF800000}));
 }
 
-TEST_F(DeviceTransfersTest, StretchRectRefusesWhatCannotBe)
+TEST_F(DeviceTransfersTest, StretchRectRefusesInvalidArguments)
 {
     const Com<IDirect3DSurface9> target = Target(4, 4);
     const Com<IDirect3DTexture9> texture = Texture(4, 4, 1, D3DPOOL_DEFAULT);
@@ -181,7 +181,7 @@ TEST_F(DeviceTransfersTest, TheScreenShowsThePresentedPictureAtItsCorner)
     ASSERT_EQ(device->GetFrontBufferData(0, screen.Get()), D3D_OK);
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(screen->LockRect(&locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-    const auto* pixels = static_cast<const std::uint32_t*>(locked.pBits);
+    const auto* pixels = static_cast<const uint32_t*>(locked.pBits);
     EXPECT_EQ(pixels[0], 0xFF112233u);
     EXPECT_EQ(pixels[47 * 1024 + 63], 0xFF112233u);
     EXPECT_EQ(pixels[64], 0xFF000000u);

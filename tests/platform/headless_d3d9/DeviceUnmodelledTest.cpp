@@ -20,7 +20,7 @@ struct Creation {
     std::function<bool()> handedOutNothing;
 };
 
-/// Makes the call with its diagnostics caught; true if it failed and was counted under its name.
+/// Makes the call with its output captured; true if it failed and was counted under its name.
 bool FailsByName(const char* name, const std::function<HRESULT()>& call)
 {
     const int before = UnmodelledCallCount(name);
@@ -30,7 +30,7 @@ bool FailsByName(const char* name, const std::function<HRESULT()>& call)
     return result == D3DERR_INVALIDCALL && UnmodelledCallCount(name) == before + 1;
 }
 
-/// Something that is not null and that no call may touch.
+/// A non-null pointer that no call may dereference.
 template <class Interface>
 Interface* Untouchable()
 {
@@ -81,7 +81,7 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
          [&] { return device->SetPixelShader(Untouchable<IDirect3DPixelShader9>()); }},
         {"SetCursorPosition",
          [&] {
-             device->SetCursorPosition(1, 1, 0); // has no result of its own
+             device->SetCursorPosition(1, 1, 0); // has no result
              return D3DERR_INVALIDCALL;
          }},
     };
@@ -89,7 +89,7 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
         EXPECT_TRUE(FailsByName(c.name, c.call)) << c.name;
 }
 
-TEST_F(DeviceUnmodelledTest, WhatCannotBeMadeIsNull)
+TEST_F(DeviceUnmodelledTest, ObjectsThatCannotBeCreatedAreNull)
 {
     auto* chain = Untouchable<IDirect3DSwapChain9>();
     auto* volume = Untouchable<IDirect3DVolumeTexture9>();
@@ -125,7 +125,7 @@ TEST_F(DeviceUnmodelledTest, WhatCannotBeMadeIsNull)
     }
 }
 
-TEST_F(DeviceUnmodelledTest, ShadersAndDeclarationsCanBeTakenAwayAndAreNeverThere)
+TEST_F(DeviceUnmodelledTest, ShadersAndDeclarationsCanOnlyBeNull)
 {
     EXPECT_EQ(device->SetVertexDeclaration(nullptr), D3D_OK);
     EXPECT_EQ(device->SetVertexShader(nullptr), D3D_OK);

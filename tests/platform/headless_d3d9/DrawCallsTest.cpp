@@ -1,4 +1,4 @@
-// What the four draw calls accept, and what they leave behind.
+// What the four draw calls accept, and what state they leave behind.
 
 #include "platform/headless/d3d9/TestControl.h"
 
@@ -99,13 +99,13 @@ TEST_F(DrawCallsTest, OutsideOfASceneNothingIsDrawn)
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, NoPrimitivesAreNoError)
+TEST_F(DrawCallsTest, DrawingNoPrimitivesIsNotAnError)
 {
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, 0), D3D_OK);
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, VerticesBehindTheBufferAreRefused)
+TEST_F(DrawCallsTest, VerticesPastTheBufferAreRefused)
 {
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 1, 2), D3DERR_INVALIDCALL);
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0xFFFFFFFF, 2), D3DERR_INVALIDCALL);
@@ -113,7 +113,7 @@ TEST_F(DrawCallsTest, VerticesBehindTheBufferAreRefused)
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, AnIndexBehindTheBufferRefusesTheWholeDraw)
+TEST_F(DrawCallsTest, AnIndexPastTheBufferRefusesTheWholeDraw)
 {
     UseIndices({0, 1, 2, 2, 1, 4});
     EXPECT_EQ(DrawIndexed(0, 0, 2), D3DERR_INVALIDCALL);
@@ -122,7 +122,7 @@ TEST_F(DrawCallsTest, AnIndexBehindTheBufferRefusesTheWholeDraw)
     EXPECT_EQ(DrawIndexed(0, 0, 1), D3D_OK) << "the first three are good";
 }
 
-TEST_F(DrawCallsTest, PlacesBehindTheIndicesAreRefused)
+TEST_F(DrawCallsTest, PositionsPastTheIndicesAreRefused)
 {
     UseIndices({0, 1, 2});
     EXPECT_EQ(DrawIndexed(0, 1, 1), D3DERR_INVALIDCALL);
@@ -143,7 +143,7 @@ TEST_F(DrawCallsTest, ADrawNeedsAFormatAStreamAndIndices)
 
 TEST_F(DrawCallsTest, UnknownPrimitivesAreRefused)
 {
-    for (const int type : {0, 7, int{D3DPT_FORCE_DWORD}}) // the greatest that the type can hold
+    for (const int type : {0, 7, int{D3DPT_FORCE_DWORD}}) // the largest value of the type
         EXPECT_EQ(device->DrawPrimitive(static_cast<D3DPRIMITIVETYPE>(type), 0, 1),
                   D3DERR_INVALIDCALL);
 }

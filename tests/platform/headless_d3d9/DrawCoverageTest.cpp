@@ -1,4 +1,4 @@
-// Which pixels belong to a primitive. Centres of pixels lie at whole numbers.
+// Which pixels belong to a primitive. Pixel centres are at integers.
 
 #include "tests/platform/headless_d3d9/DrawFixture.h"
 
@@ -10,9 +10,9 @@ using DrawCoverageTest = DrawTest;
 
 } // namespace
 
-/// The long edge runs from (4, 0) to (0, 4), through centres with x + y = 4. It is a right edge, whose
-/// centres are outside; the upper edge at y = 0 and the left one at x = 0 belong to the triangle. So
-/// what is left is x + y <= 3.
+/// The long edge runs from (4, 0) to (0, 4), through centres with x + y = 4. It is a right edge, so
+/// these are outside; the upper edge at y = 0 and the left one at x = 0 belong to the triangle.
+/// That leaves x + y <= 3.
 TEST_F(DrawCoverageTest, UpperAndLeftEdgesBelongToATriangle)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLELIST, 1, {{0, 0}, {4, 0}, {0, 4}}), D3D_OK);
@@ -26,8 +26,8 @@ TEST_F(DrawCoverageTest, UpperAndLeftEdgesBelongToATriangle)
                           "........\n");
 }
 
-/// The other half of the square: it takes the long edge, which is its left one, and leaves the right
-/// edge at x = 4 and the lower one at y = 4 out.
+/// The other half of the square: it includes the long edge, which is its left one, and excludes the
+/// right edge at x = 4 and the lower one at y = 4.
 TEST_F(DrawCoverageTest, TheOtherHalfTakesWhatTheFirstLeft)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLELIST, 1, {{4, 0}, {4, 4}, {0, 4}}), D3D_OK);
@@ -41,7 +41,7 @@ TEST_F(DrawCoverageTest, TheOtherHalfTakesWhatTheFirstLeft)
                           "........\n");
 }
 
-/// Added up, a pixel drawn twice would be 2, one left out 0.
+/// With additive blending, a pixel drawn twice would be 2, a missed one 0.
 TEST_F(DrawCoverageTest, NeighboursLeaveNoGapAndNoOverlap)
 {
     State(D3DRS_ALPHABLENDENABLE, static_cast<DWORD>(TRUE));
@@ -55,12 +55,12 @@ TEST_F(DrawCoverageTest, NeighboursLeaveNoGapAndNoOverlap)
     for (ScreenVertex& vertex : fan)
         vertex.diffuse = 0x01010101;
     ASSERT_EQ(Draw(D3DPT_TRIANGLEFAN, 8, fan), D3D_OK);
-    EXPECT_EQ(Pixels(), std::vector<std::uint32_t>(64, 0x01010101));
+    EXPECT_EQ(Pixels(), std::vector<uint32_t>(64, 0x01010101));
 }
 
-TEST_F(DrawCoverageTest, CullingTellsTheTurn)
+TEST_F(DrawCoverageTest, CullingFollowsTheWinding)
 {
-    // On the screen, with y downwards, the first turns clockwise, the second the other way.
+    // On the screen, with y downwards, the first is clockwise, the second counterclockwise.
     const std::vector<ScreenVertex> clockwise = {{0, 0}, {4, 0}, {0, 4}};
     const std::vector<ScreenVertex> other = {{0, 0}, {0, 4}, {4, 0}};
     static const struct {
@@ -82,8 +82,8 @@ TEST_F(DrawCoverageTest, CullingTellsTheTurn)
     }
 }
 
-/// All triangles of a strip and of a fan turn alike, or half of them would vanish.
-TEST_F(DrawCoverageTest, StripsAndFansTurnAlike)
+/// All triangles of a strip or fan must have the same winding, or half of them would be culled.
+TEST_F(DrawCoverageTest, StripsAndFansKeepTheirWinding)
 {
     State(D3DRS_CULLMODE, static_cast<DWORD>(D3DCULL_CCW));
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLESTRIP, 4,
@@ -100,7 +100,7 @@ TEST_F(DrawCoverageTest, StripsAndFansTurnAlike)
                           "....####\n");
 }
 
-/// A square of side 3 around (3, 2) runs from 1.5 to 4.5 and from 0.5 to 3.5.
+/// A square of side 3 around (3, 2) spans 1.5 to 4.5 and 0.5 to 3.5.
 TEST_F(DrawCoverageTest, APointIsASquareAroundItsPlace)
 {
     State(D3DRS_POINTSIZE, 3.0f);
@@ -115,7 +115,7 @@ TEST_F(DrawCoverageTest, APointIsASquareAroundItsPlace)
                           "........\n");
 }
 
-TEST_F(DrawCoverageTest, PointSizeIsHeldBetweenItsLimits)
+TEST_F(DrawCoverageTest, PointSizeIsClamped)
 {
     State(D3DRS_POINTSIZE_MIN, 2.0f);
     State(D3DRS_POINTSIZE_MAX, 4.0f);
@@ -133,7 +133,7 @@ TEST_F(DrawCoverageTest, PointSizeIsHeldBetweenItsLimits)
                           "....####\n");
 }
 
-TEST_F(DrawCoverageTest, TheLastPixelOfALineIsAChoice)
+TEST_F(DrawCoverageTest, TheLastPixelOfALineIsOptional)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_LINELIST, 1, {{1, 1}, {5, 1}}), D3D_OK);
     State(D3DRS_LASTPIXEL, static_cast<DWORD>(FALSE));
@@ -149,9 +149,9 @@ TEST_F(DrawCoverageTest, TheLastPixelOfALineIsAChoice)
                           "........\n");
 }
 
-/// From (0, 0) to (6, 3) each step right is half a step down; the places between, at y = 0.5, 1.5 and
-/// 2.5, go to the lower pixel.
-TEST_F(DrawCoverageTest, ALineHasOnePixelForEachStepOfItsLongerAxis)
+/// From (0, 0) to (6, 3) each step right is half a step down; the positions halfway, at y = 0.5,
+/// 1.5 and 2.5, go to the lower pixel.
+TEST_F(DrawCoverageTest, ALineHasOnePixelPerStepOfItsMajorAxis)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_LINELIST, 1, {{0, 0}, {6, 3}}), D3D_OK);
     EXPECT_EQ(Coverage(), "#.......\n"
@@ -164,7 +164,8 @@ TEST_F(DrawCoverageTest, ALineHasOnePixelForEachStepOfItsLongerAxis)
                           "........\n");
 }
 
-/// The corner of a strip's lines is drawn once: added up it is no brighter than the rest.
+/// The shared corner of a strip's lines is drawn once: with additive blending it is no brighter
+/// than the rest.
 TEST_F(DrawCoverageTest, LinesOfAStripMeetInOnePixel)
 {
     State(D3DRS_ALPHABLENDENABLE, static_cast<DWORD>(TRUE));
@@ -177,7 +178,7 @@ TEST_F(DrawCoverageTest, LinesOfAStripMeetInOnePixel)
     EXPECT_EQ(Pixel(5, 5), 0x40404040u) << "the end of the strip";
 }
 
-TEST_F(DrawCoverageTest, WireframeDrawsTheEdgesAlone)
+TEST_F(DrawCoverageTest, WireframeDrawsOnlyTheEdges)
 {
     State(D3DRS_FILLMODE, static_cast<DWORD>(D3DFILL_WIREFRAME));
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLELIST, 1, {{0, 0}, {6, 0}, {0, 6}}), D3D_OK);
@@ -224,7 +225,7 @@ TEST_F(DrawCoverageTest, NothingLeavesTheViewportOrTheScissorRectangle)
                           "........\n");
 }
 
-TEST_F(DrawCoverageTest, PlacesThatAreNoNumbersDrawNothing)
+TEST_F(DrawCoverageTest, NonFinitePositionsDrawNothing)
 {
     const float bad[] = {std::numeric_limits<float>::quiet_NaN(),
                          std::numeric_limits<float>::infinity(),

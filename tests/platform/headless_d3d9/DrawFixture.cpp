@@ -46,7 +46,7 @@ void DrawTest::Sampler(DWORD stage, D3DSAMPLERSTATETYPE type, DWORD value)
 
 void DrawTest::Fill(float left, float top, float right, float bottom, D3DCOLOR colour, float z)
 {
-    // Centres of pixels lie at whole numbers, so the borders lie half a pixel before them.
+    // Pixel centres are at integers, so the edges are half a pixel before them.
     const float x0 = left - 0.5f, y0 = top - 0.5f, x1 = right - 0.5f, y1 = bottom - 0.5f;
     EXPECT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLESTRIP, 2,
                                  {{x0, y0, z, 1.0f, colour, 0, 0.0f, 0.0f},
@@ -61,22 +61,22 @@ void DrawTest::FillAll(D3DCOLOR colour, float z)
     Fill(0, 0, kSide, kSide, colour, z);
 }
 
-std::uint32_t DrawTest::Filled(D3DCOLOR colour)
+uint32_t DrawTest::Filled(D3DCOLOR colour)
 {
     FillAll(colour);
     return Pixel(3, 3);
 }
 
 IDirect3DTexture9* DrawTest::BindTexels(DWORD stage, UINT width, UINT height,
-                                        const std::vector<std::uint32_t>& texels)
+                                        const std::vector<uint32_t>& texels)
 {
     Com<IDirect3DTexture9> texture = Texture(width, height, 1, D3DPOOL_MANAGED);
     D3DLOCKED_RECT locked = {};
     EXPECT_EQ(texture->LockRect(0, &locked, nullptr, 0), D3D_OK);
     for (UINT y = 0; y < height; ++y)
-        std::memcpy(static_cast<std::uint8_t*>(locked.pBits) +
-                        std::size_t{y} * static_cast<UINT>(locked.Pitch),
-                    &texels[std::size_t{y} * width], width * 4);
+        std::memcpy(static_cast<uint8_t*>(locked.pBits) +
+                        size_t{y} * static_cast<UINT>(locked.Pitch),
+                    &texels[size_t{y} * width], width * 4);
     EXPECT_EQ(texture->UnlockRect(0), D3D_OK);
     EXPECT_EQ(device->SetTexture(stage, texture.Get()), D3D_OK);
     textures.push_back(std::move(texture));
@@ -85,7 +85,7 @@ IDirect3DTexture9* DrawTest::BindTexels(DWORD stage, UINT width, UINT height,
 
 std::string DrawTest::Coverage()
 {
-    const std::vector<std::uint32_t> pixels = Pixels();
+    const std::vector<uint32_t> pixels = Pixels();
     std::string text;
     for (UINT i = 0; i < kSide * kSide; ++i) {
         text += pixels[i] != 0 ? '#' : '.';

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// A vertex that is where it is on the target.
+/// A vertex given by its position on the target.
 struct ScreenVertex {
     float x, y, z = 0.5f, rhw = 1.0f;
     D3DCOLOR diffuse = 0xFFFFFFFF;
@@ -14,7 +14,7 @@ struct ScreenVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_SPECULAR | D3DFVF_TEX1;
 };
 
-/// A target of 8 x 8 pixels with alpha, black and transparent at first, in a scene; no lighting, no
+/// A target of 8 x 8 pixels with alpha, initially transparent black, in a scene; no lighting, no
 /// culling, no depth test.
 class DrawTest : public DeviceTest {
 protected:
@@ -37,18 +37,18 @@ protected:
 
     /// Fills the pixels left <= x < right, top <= y < bottom.
     void Fill(float left, float top, float right, float bottom, D3DCOLOR colour, float z = 0.5f);
-    /// Fills the whole target; the texture lies over it once.
+    /// Fills the whole target; the texture covers it once.
     void FillAll(D3DCOLOR colour = 0xFFFFFFFF, float z = 0.5f);
-    /// One pixel of the target after everything is filled.
-    std::uint32_t Filled(D3DCOLOR colour = 0xFFFFFFFF);
+    /// One pixel of the target after filling it.
+    uint32_t Filled(D3DCOLOR colour = 0xFFFFFFFF);
 
-    /// A texture of `width` texels in a row, bound to `stage` and owned by the fixture.
+    /// A texture `width` texels wide, bound to `stage` and owned by the fixture.
     IDirect3DTexture9* BindTexels(DWORD stage, UINT width, UINT height,
-                                  const std::vector<std::uint32_t>& texels);
+                                  const std::vector<uint32_t>& texels);
 
-    std::vector<std::uint32_t> Pixels() { return Read(target.Get()); }
-    std::uint32_t Pixel(UINT x, UINT y) { return Pixels()[y * kSide + x]; }
-    /// The target as rows of '#' for pixels that were drawn and '.' for others.
+    std::vector<uint32_t> Pixels() { return Read(target.Get()); }
+    uint32_t Pixel(UINT x, UINT y) { return Pixels()[y * kSide + x]; }
+    /// The target as rows of '#' for drawn pixels and '.' for others.
     std::string Coverage();
 
     Com<IDirect3DSurface9> target;

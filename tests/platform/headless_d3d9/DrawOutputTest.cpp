@@ -1,4 +1,4 @@
-// Depth, alpha test, blending, masks and fog, worked out by hand.
+// Depth, alpha test, blending, masks and fog, computed by hand.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -21,7 +21,7 @@ protected:
         State(D3DRS_ZENABLE, static_cast<DWORD>(D3DZB_TRUE));
     }
 
-    std::uint32_t DepthWord(UINT x, UINT y)
+    uint32_t DepthWord(UINT x, UINT y)
     {
         const auto& state = static_cast<HeadlessDevice*>(device.Get())->State();
         const PixelBuffer& pixels = state.depthSurface.Get()->Pixels();
@@ -34,13 +34,13 @@ using DrawFogTest = DrawTest;
 
 } // namespace
 
-/// 0.25 in steps of each format: 16383.75, 4194303.75 and 1073741823.75 rounded; D32 comes from a float
-/// and is cut.
+/// 0.25 in steps of each format: 16383.75, 4194303.75 and 1073741823.75, rounded; D32 is converted
+/// from float and truncated.
 TEST_F(DrawDepthTest, DepthIsStoredInStepsOfItsFormat)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word;
+        uint32_t word;
     } cases[] = {
         {D3DFMT_D16, 16384},
         {D3DFMT_D24X8, 4194304u << 8},
@@ -54,7 +54,7 @@ TEST_F(DrawDepthTest, DepthIsStoredInStepsOfItsFormat)
     }
 }
 
-TEST_F(DrawDepthTest, EachFunctionComparesWithWhatIsStored)
+TEST_F(DrawDepthTest, EachFunctionComparesWithTheStoredDepth)
 {
     static const struct {
         D3DCMPFUNC function;
@@ -88,7 +88,7 @@ TEST_F(DrawDepthTest, NothingIsStoredWithWritingOff)
     EXPECT_EQ(Pixel(3, 3), 0xFFFFFFFFu);
 }
 
-/// The stencil byte is another's and stays.
+/// The stencil byte must not change.
 TEST_F(DrawDepthTest, WritingDepthKeepsTheStencil)
 {
     UseDepth(D3DFMT_D24S8);
@@ -118,8 +118,8 @@ TEST_F(DrawDepthTest, BiasIsAdded)
     EXPECT_EQ(DepthWord(3, 3), 16384u);
 }
 
-/// Depth grows by 1/16 with each pixel to the right; a slope bias of 2 adds 1/8. At x = 4 it is
-/// 4/16 + 2/16 = 0.375, 24575.625 steps.
+/// Depth grows by 1/16 per pixel to the right; a slope bias of 2 adds 1/8. At x = 4 it is 4/16 +
+/// 2/16 = 0.375, 24575.625 steps.
 TEST_F(DrawDepthTest, SlopeBiasFollowsTheSteepness)
 {
     UseDepth(D3DFMT_D16);
@@ -130,8 +130,8 @@ TEST_F(DrawDepthTest, SlopeBiasFollowsTheSteepness)
     EXPECT_EQ(DepthWord(4, 4), 24576u);
 }
 
-/// A projection with near 1 and far 5 spreads the steps of a W buffer over w = 1..5. w = 2 is a quarter
-/// of the way, whatever z says.
+/// A projection with near 1 and far 5 spreads the steps of a W buffer over w = 1..5. w = 2 is a
+/// quarter of the range, whatever z is.
 TEST_F(DrawDepthTest, AWBufferStoresTheDistance)
 {
     UseDepth(D3DFMT_D16);
@@ -149,14 +149,15 @@ TEST_F(DrawDepthTest, AWBufferStoresTheDistance)
     EXPECT_EQ(DepthWord(3, 3), 16384u);
 }
 
-/// Source (0.8, 0.4, 0) with alpha 0.6 over target (0.2, 0.6, 1) with alpha 0.4, in steps: 204, 102, 0,
-/// 153 and 51, 153, 255, 102. The other factor is ZERO, so each row shows its own factor.
+/// Source (0.8, 0.4, 0) with alpha 0.6 over target (0.2, 0.6, 1) with alpha 0.4, in 8-bit steps:
+/// 204, 102, 0, 153 and 51, 153, 255, 102. The other factor is ZERO, so each row shows only its own
+/// factor.
 TEST_F(DrawBlendTest, EachFactorScales)
 {
     static const struct {
         const char* what;
         D3DBLEND factor;
-        std::uint32_t ofSource; ///< source * factor
+        uint32_t ofSource; ///< source * factor
     } cases[] = {
         {"ZERO", D3DBLEND_ZERO, 0x00000000},
         {"ONE", D3DBLEND_ONE, 0x99CC6600},
@@ -168,7 +169,7 @@ TEST_F(DrawBlendTest, EachFactorScales)
         {"SRCALPHA", D3DBLEND_SRCALPHA, 0x5C7A3D00},
         // 0.32 (81.6), 0.16, 0, 0.24
         {"INVSRCALPHA", D3DBLEND_INVSRCALPHA, 0x3D522900},
-        // as INVSRCALPHA, the target's alpha is 0.4
+        // like INVSRCALPHA: the target's alpha is 0.4
         {"DESTALPHA", D3DBLEND_DESTALPHA, 0x3D522900},
         {"INVDESTALPHA", D3DBLEND_INVDESTALPHA, 0x5C7A3D00},
         // 0.16, 0.24, 0, 0.24
@@ -192,13 +193,13 @@ TEST_F(DrawBlendTest, EachFactorScales)
     }
 }
 
-/// 100 and 60 with factors ONE, in blue.
+/// 100 and 60 in blue, with both factors ONE.
 TEST_F(DrawBlendTest, EachOperationCombines)
 {
     static const struct {
         const char* what;
         D3DBLENDOP operation;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"add", D3DBLENDOP_ADD, 160},
         {"source - target", D3DBLENDOP_SUBTRACT, 40},
@@ -215,12 +216,12 @@ TEST_F(DrawBlendTest, EachOperationCombines)
     }
 }
 
-TEST_F(DrawBlendTest, OneSourceValueCanStandForBothFactors)
+TEST_F(DrawBlendTest, OneSourceValueCanSetBothFactors)
 {
     device->Clear(0, nullptr, D3DCLEAR_TARGET, 0xFF0000FF, 1.0f, 0);
     State(D3DRS_ALPHABLENDENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_SRCBLEND, static_cast<DWORD>(D3DBLEND_BOTHSRCALPHA));
-    State(D3DRS_DESTBLEND, static_cast<DWORD>(D3DBLEND_ONE)); // does not matter
+    State(D3DRS_DESTBLEND, static_cast<DWORD>(D3DBLEND_ONE)); // ignored
     // 0.2 * 255 + 0.8 * 0 = 51 of red, 0.8 * 255 = 204 of blue
     EXPECT_EQ(Filled(0x33FF0000) & 0xFFFFFF, 0x3300CCu);
 }
@@ -287,8 +288,8 @@ TEST_F(DrawBlendTest, UnknownFactorsAreRefused)
     EXPECT_EQ(Draw(D3DPT_TRIANGLELIST, 1, corners), D3DERR_INVALIDCALL);
 }
 
-/// Without any mode the factor is the alpha of the specular colour: 51 / 255 = 0.2 of white and 0.8 of
-/// the fog's 100: 51 + 80 = 131.
+/// With no fog mode the factor is the alpha of the specular colour: 51 / 255 = 0.2 of white plus
+/// 0.8 of the fog's 100: 51 + 80 = 131.
 TEST_F(DrawFogTest, WithoutAModeSpecularAlphaIsTheFactor)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
@@ -301,9 +302,9 @@ TEST_F(DrawFogTest, WithoutAModeSpecularAlphaIsTheFactor)
     EXPECT_EQ(Pixel(3, 3), 0x12838383u) << "alpha is not fogged";
 }
 
-/// With the identity as projection the table runs over depth: from 0.25 to 0.75, 0.5 is half.
-/// (255 + 1) / 2 = 128.
-TEST_F(DrawFogTest, TableFogRunsOverDepthWithoutPerspective)
+/// With the identity as projection, table fog uses depth: from 0.25 to 0.75, 0.5 is half. (255 + 1)
+/// / 2 = 128.
+TEST_F(DrawFogTest, TableFogUsesDepthWithoutPerspective)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_FOGCOLOR, static_cast<DWORD>(0x00010101));
@@ -314,16 +315,17 @@ TEST_F(DrawFogTest, TableFogRunsOverDepthWithoutPerspective)
     EXPECT_EQ(Pixel(3, 3), 0xFF808080u);
 }
 
-/// With perspective it runs over w: w = 4 between 2 and 6 is half. The curves at w = 4 with density
-/// 0.25: exp(-1) = 0.3679 (93.8), exp(-1^2) the same; with density 0.5: exp(-2) = 0.1353 (34.5), which
-/// could go either way, so 0.4: exp(-1.6) = 0.2019 (51.5) - likewise - and exp(-2.56) = 0.0773 (19.7).
-TEST_F(DrawFogTest, TableFogRunsOverWInPerspective)
+/// With perspective it uses w: w = 4 between 2 and 6 is half. The curves at w = 4 with density
+/// 0.25: exp(-1) = 0.3679 (93.8), exp(-1^2) is the same; with density 0.5: exp(-2) = 0.1353 (34.5),
+/// which could round either way, so 0.4: exp(-1.6) = 0.2019 (51.5), likewise, and exp(-2.56) =
+/// 0.0773 (19.7).
+TEST_F(DrawFogTest, TableFogUsesWInPerspective)
 {
     static const struct {
         const char* what;
         D3DFOGMODE mode;
         float density;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"linear", D3DFOG_LINEAR, 0.0f, 128}, // 127.5 rounds up
         {"exp", D3DFOG_EXP, 0.25f, 94},
@@ -347,7 +349,7 @@ TEST_F(DrawFogTest, TableFogRunsOverWInPerspective)
     }
 }
 
-TEST_F(DrawFogTest, WhereStartIsEndAllIsFog)
+TEST_F(DrawFogTest, WithStartEqualToEndAllIsFog)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_FOGCOLOR, static_cast<DWORD>(0x00102030));
@@ -358,7 +360,7 @@ TEST_F(DrawFogTest, WhereStartIsEndAllIsFog)
     EXPECT_EQ(Pixel(3, 3), 0xFF102030u);
 }
 
-/// 200 + 100 is cut at 255; alpha stays.
+/// 200 + 100 is clamped to 255; alpha is unchanged.
 TEST_F(DrawFogTest, SpecularIsAddedBeforeTheFog)
 {
     State(D3DRS_SPECULARENABLE, static_cast<DWORD>(TRUE));

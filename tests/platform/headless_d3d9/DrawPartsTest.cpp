@@ -1,4 +1,4 @@
-// Single steps of drawing, by themselves.
+// Tests of single steps of drawing.
 
 #include "platform/headless/d3d9/Clip.h"
 #include "platform/headless/d3d9/PrimitiveAssembly.h"
@@ -29,7 +29,7 @@ Places CornersAt(D3DPRIMITIVETYPE type, UINT i)
     return {places[0], places[1], places[2]};
 }
 
-/// A vertex at (x, y, z) with w, and one varying that equals x.
+/// A vertex at (x, y, z) with w, and one varying equal to x.
 ShadedVertex VertexAt(float x, float y, float z, float w)
 {
     ShadedVertex vertex = {};
@@ -47,7 +47,7 @@ TEST(PrimitiveAssembly, CountsVerticesOfEachType)
     static const struct {
         D3DPRIMITIVETYPE type;
         UINT count;
-        std::uint64_t vertices;
+        uint64_t vertices;
     } cases[] = {
         {D3DPT_POINTLIST, 5, 5},
         {D3DPT_LINELIST, 5, 10},
@@ -61,7 +61,7 @@ TEST(PrimitiveAssembly, CountsVerticesOfEachType)
         EXPECT_EQ(VertexCountOf(c.type, c.count), c.vertices) << c.type;
 }
 
-TEST(PrimitiveAssembly, TrianglesOfAStripTurnAlikeAndBeginWithTheirOwnVertex)
+TEST(PrimitiveAssembly, TrianglesOfAStripShareAWindingAndBeginWithTheirOwnVertex)
 {
     EXPECT_EQ(CornersAt(D3DPT_TRIANGLELIST, 2), (Places{6, 7, 8}));
     EXPECT_EQ(CornersAt(D3DPT_TRIANGLESTRIP, 2), (Places{2, 3, 4}));
@@ -111,7 +111,7 @@ TEST(FetchCoordinates, AOneFollowsTheStoredNumbers)
     for (const auto& c : cases) {
         VertexLayout layout;
         ASSERT_TRUE(MakeVertexLayout(D3DFVF_XYZ | D3DFVF_TEX1 | c.format, layout));
-        const VertexStream stream = {reinterpret_cast<const std::uint8_t*>(vertex), 28, 1};
+        const VertexStream stream = {reinterpret_cast<const uint8_t*>(vertex), 28, 1};
         float found[4];
         FetchCoordinates(layout, stream, 0, 0, found);
         for (int i = 0; i < 4; ++i)
@@ -126,17 +126,17 @@ TEST(FetchVertex, IndicesInAColourGoByItsChannels)
 {
     VertexLayout layout;
     ASSERT_TRUE(MakeVertexLayout(D3DFVF_XYZB1 | D3DFVF_LASTBETA_D3DCOLOR, layout));
-    std::uint8_t bytes[16] = {};
+    uint8_t bytes[16] = {};
     const D3DCOLOR indices = 0x04010203; // alpha 4, red 1, green 2, blue 3
     std::memcpy(bytes + 12, &indices, 4);
     SourceVertex vertex;
     FetchVertex(layout, {bytes, 16, 1}, 0, vertex);
-    for (std::uint8_t i = 0; i < 4; ++i)
+    for (uint8_t i = 0; i < 4; ++i)
         EXPECT_EQ(vertex.indices[i], i + 1);
 }
 
-/// A line from z = -1 to z = 3 with w = 2 meets the near plane after a quarter and the far plane, z = 2,
-/// after three quarters. x runs from 0 to 8.
+/// A line from z = -1 to z = 3 with w = 2 crosses the near plane after a quarter and the far plane,
+/// z = 2, after three quarters. x runs from 0 to 8.
 TEST(Clip, LinesAreCutAtTheirPlanes)
 {
     ClipRules rules;
@@ -178,7 +178,7 @@ TEST(Clip, ATriangleGainsACornerAtEachPlaneItCrosses)
     }
 }
 
-/// From (1, 1) over (5, 1) to (1, 5) in pixels: row y holds x from 1 up to and without 6 - y.
+/// From (1, 1) over (5, 1) to (1, 5) in pixels: row y spans 1 <= x < 6 - y.
 TEST(TriangleRows, GiveTheRunOfEachRow)
 {
     const auto corner = [](int x, int y) { return Corner{x * 256, y * 256, 0, 1, nullptr}; };
@@ -193,8 +193,8 @@ TEST(TriangleRows, GiveTheRunOfEachRow)
     EXPECT_FALSE(rows.Next(y, left, right));
 }
 
-/// The sides of a slim triangle, stepped from row to row, against each row worked out by itself: a
-/// centre is inside if it is right of or on the left side and left of the right side.
+/// The sides of a thin triangle, stepped from row to row, compared with each row computed on its
+/// own: a centre is inside if it is on or right of the left side and left of the right side.
 TEST(TriangleRows, SteppingNeverDrifts)
 {
     const Corner top = {1000, -3000, 0, 1, nullptr};
@@ -205,8 +205,8 @@ TEST(TriangleRows, SteppingNeverDrifts)
     int count = 0;
     while (rows.Next(y, from, to)) {
         const auto side = [y](const Corner& a, const Corner& b, int x) {
-            return (std::int64_t{b.x} - a.x) * (std::int64_t{y} * 256 - a.y) -
-                   (std::int64_t{b.y} - a.y) * (std::int64_t{x} * 256 - a.x);
+            return (int64_t{b.x} - a.x) * (int64_t{y} * 256 - a.y) -
+                   (int64_t{b.y} - a.y) * (int64_t{x} * 256 - a.x);
         };
         for (int x = from - 2; x < to + 2; ++x) {
             const bool isInside = side(left, top, x) >= 0 && side(top, right, x) > 0;
@@ -217,7 +217,7 @@ TEST(TriangleRows, SteppingNeverDrifts)
     EXPECT_EQ(count, 1965) << "rows -11 to 1953";
 }
 
-/// exp(-2 * 0.5) = 0.36788; exp(-(2 * 0.5)^2) is the same, at distance 4 it is exp(-4) = 0.018316.
+/// exp(-2 * 0.5) = 0.36788; exp(-(2 * 0.5)^2) is the same; at distance 4 it is exp(-4) = 0.018316.
 TEST(FogCurve, FollowsItsFormula)
 {
     FogCurve curve;

@@ -1,4 +1,4 @@
-// The arithmetic of the texture stages, worked out by hand with one texel and one vertex colour.
+// The arithmetic of the texture stages, computed by hand with one texel and one vertex colour.
 
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/headless_d3d9/DrawFixture.h"
@@ -22,13 +22,13 @@ protected:
 struct OperationCase {
     const char* what;
     DWORD operation;
-    std::uint32_t expected; ///< red, green, blue
+    uint32_t expected; ///< red, green, blue
 };
 
 } // namespace
 
-/// Texel (1, 0.4, 0) with alpha 0.2; vertex (0.2, 0.4, 0.8) with alpha 0.6; factor alpha 0.4. In steps
-/// of 1/255: 255, 102, 0, 51; 51, 102, 204, 153; 102. Results are rounded to the nearest step.
+/// Texel (1, 0.4, 0) with alpha 0.2; vertex (0.2, 0.4, 0.8) with alpha 0.6; factor alpha 0.4. In
+/// steps of 1/255: 255, 102, 0, 51; 51, 102, 204, 153; 102. Results are rounded to nearest.
 TEST_F(DrawStageTest, EachOperationFollowsItsFormula)
 {
     static const OperationCase cases[] = {
@@ -40,12 +40,12 @@ TEST_F(DrawStageTest, EachOperationFollowsItsFormula)
         {"MODULATE2X", D3DTOP_MODULATE2X, 0x665200},
         // 0.8 (204), 0.64 (163.2), 0
         {"MODULATE4X", D3DTOP_MODULATE4X, 0xCCA300},
-        // 1.2 cut to 1, 0.8, 0.8
+        // 1.2 clamped to 1, 0.8, 0.8
         {"ADD", D3DTOP_ADD, 0xFFCCCC},
         // 0.7 (178.5), 0.3 (76.5), 0.3: halves end on either side, see below
         // 2 * (a + b - 0.5): 1.4 cut to 1, 0.6, 0.6
         {"ADDSIGNED2X", D3DTOP_ADDSIGNED2X, 0xFF9999},
-        // 0.8, 0, -0.8 cut to 0
+        // 0.8, 0, -0.8 clamped to 0
         {"SUBTRACT", D3DTOP_SUBTRACT, 0xCC0000},
         // a + b - a b: 1, 0.64 (163.2), 0.8
         {"ADDSMOOTH", D3DTOP_ADDSMOOTH, 0xFFA3CC},
@@ -55,15 +55,15 @@ TEST_F(DrawStageTest, EachOperationFollowsItsFormula)
         {"BLENDTEXTUREALPHA", D3DTOP_BLENDTEXTUREALPHA, 0x5C66A3},
         // 0.4 a + 0.6 b: 0.52 (132.6), 0.4, 0.48 (122.4)
         {"BLENDFACTORALPHA", D3DTOP_BLENDFACTORALPHA, 0x85667A},
-        // a + 0.8 b: cut to 1, 0.72 (183.6), 0.64 (163.2)
+        // a + 0.8 b: clamped to 1, 0.72 (183.6), 0.64 (163.2)
         {"BLENDTEXTUREALPHAPM", D3DTOP_BLENDTEXTUREALPHAPM, 0xFFB8A3},
-        // the current colour of the first stage is the vertex's: as BLENDDIFFUSEALPHA
+        // the current colour of the first stage is the vertex's: like BLENDDIFFUSEALPHA
         {"BLENDCURRENTALPHA", D3DTOP_BLENDCURRENTALPHA, 0xAD6652},
-        // a + 0.2 b: cut to 1, 0.48 (122.4), 0.16 (40.8)
+        // a + 0.2 b: clamped to 1, 0.48 (122.4), 0.16 (40.8)
         {"MODULATEALPHA_ADDCOLOR", D3DTOP_MODULATEALPHA_ADDCOLOR, 0xFF7A29},
         // a b + 0.2: 0.4, 0.36 (91.8), 0.2
         {"MODULATECOLOR_ADDALPHA", D3DTOP_MODULATECOLOR_ADDALPHA, 0x665C33},
-        // a + 0.8 b: as BLENDTEXTUREALPHAPM
+        // a + 0.8 b: like BLENDTEXTUREALPHAPM
         {"MODULATEINVALPHA_ADDCOLOR", D3DTOP_MODULATEINVALPHA_ADDCOLOR, 0xFFB8A3},
         // (1 - a) b + 0.2: 0.2, 0.44 (112.2), 1
         {"MODULATEINVCOLOR_ADDALPHA", D3DTOP_MODULATEINVCOLOR_ADDALPHA, 0x3370FF},
@@ -81,20 +81,21 @@ TEST_F(DrawStageTest, EachOperationFollowsItsFormula)
     }
 }
 
-/// 192 + 96 - 127.5 = 160.5, which is a step of its own only in steps of a half; 200 + 100 - 127.5 =
-/// 172.5 likewise. Either neighbour is right.
-TEST_F(DrawStageTest, AddSignedTakesAHalfAway)
+/// 192 + 96 - 127.5 = 160.5 lies between two steps, as does 200 + 100 - 127.5 = 172.5. Either
+/// neighbour is correct.
+TEST_F(DrawStageTest, AddSignedSubtractsAHalf)
 {
     BindTexels(0, 1, 1, {0xFFC0C8FF});
     Operation(0, D3DTOP_ADDSIGNED, D3DTA_TEXTURE, D3DTA_DIFFUSE);
-    const std::uint32_t pixel = Filled(0xFF606400);
+    const uint32_t pixel = Filled(0xFF606400);
     EXPECT_NEAR(static_cast<double>(pixel >> 16 & 0xFF), 160.5, 0.5);
     EXPECT_NEAR(static_cast<double>(pixel >> 8 & 0xFF), 172.5, 0.5);
     EXPECT_NEAR(static_cast<double>(pixel & 0xFF), 127.5, 0.5);
 }
 
-/// Two directions of length 1 stored as colours: (1, 0.5, 0.5) is +x. With itself the product is
-/// 4 * 0.5 * 0.5 = 1 with small shares of the other channels (127.5 is no byte: 128 - 127.5 is 0.002).
+/// Two unit vectors stored as colours: (1, 0.5, 0.5) is +x. Its product with itself is 4 * 0.5 *
+/// 0.5 = 1 plus small contributions of the other channels (127.5 is not a byte: 128 - 127.5 gives
+/// 0.002).
 TEST_F(DrawStageTest, DotProductGoesToAllChannels)
 {
     BindTexels(0, 1, 1, {0x00FF8080});
@@ -110,7 +111,7 @@ TEST_F(DrawStageTest, ArgumentsAreModified)
     static const struct {
         const char* what;
         DWORD argument;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"factor", D3DTA_TFACTOR, 0x4080C0},
         {"complement", D3DTA_TFACTOR | D3DTA_COMPLEMENT, 0xBF7F3F},
@@ -140,8 +141,9 @@ TEST_F(DrawStageTest, SpecularIsAnArgument)
     EXPECT_EQ(Pixel(2, 2), 0xFF102030u);
 }
 
-/// Without a texture the operation that reads one passes the vertex colour on, all four channels.
-TEST_F(DrawStageTest, AMissingTexturePassesTheCurrentColourOn)
+/// Without a texture an operation that reads one passes all four channels of the vertex colour
+/// through.
+TEST_F(DrawStageTest, AMissingTexturePassesTheCurrentColourThrough)
 {
     EXPECT_EQ(Filled(0x80112233), 0x80112233u) << "the states of a new device";
     Operation(0, D3DTOP_ADD, D3DTA_TFACTOR, D3DTA_TEXTURE);
@@ -150,7 +152,7 @@ TEST_F(DrawStageTest, AMissingTexturePassesTheCurrentColourOn)
     EXPECT_EQ(Filled(0x80112233), 0x80FFFFFFu) << "argument 2 is not read";
 }
 
-TEST_F(DrawStageTest, TheFirstDisabledStageEndsTheRow)
+TEST_F(DrawStageTest, TheFirstDisabledStageEndsTheChain)
 {
     BindTexels(1, 1, 1, {0xFF00FF00});
     BindTexels(2, 1, 1, {0xFF0000FF});
@@ -160,7 +162,7 @@ TEST_F(DrawStageTest, TheFirstDisabledStageEndsTheRow)
     EXPECT_EQ(Filled(0xFF112233) & 0xFFFFFF, 0x0000FFu);
 }
 
-TEST_F(DrawStageTest, AResultCanBeKeptAside)
+TEST_F(DrawStageTest, AResultCanGoToTheTempRegister)
 {
     State(D3DRS_TEXTUREFACTOR, static_cast<DWORD>(0xFF404040));
     Operation(0, D3DTOP_SELECTARG1, D3DTA_TFACTOR, D3DTA_CURRENT);
@@ -179,8 +181,8 @@ TEST_F(DrawStageTest, AlphaHasAnOperationOfItsOwn)
     EXPECT_EQ(Filled(0x80FFFFFF) >> 24, 64u);
 }
 
-/// PREMODULATE multiplies what it gives with the texture of the next stage: 128 * 128 / 255 = 64.25.
-TEST_F(DrawStageTest, PremodulateReachesForTheNextTexture)
+/// PREMODULATE multiplies its result by the texture of the next stage: 128 * 128 / 255 = 64.25.
+TEST_F(DrawStageTest, PremodulateUsesTheNextTexture)
 {
     State(D3DRS_TEXTUREFACTOR, static_cast<DWORD>(0xFF808080));
     BindTexels(1, 1, 1, {0xFF80FF00});
@@ -189,8 +191,8 @@ TEST_F(DrawStageTest, PremodulateReachesForTheNextTexture)
     EXPECT_EQ(Filled() & 0xFFFFFF, 0x408000u);
 }
 
-/// Offsets of (1, 0) by a matrix of 0.25 move the next stage's coordinates by a quarter: of four texels
-/// across eight pixels each pixel shows the next texel. (127 in V8U8 is 1.)
+/// Offsets of (1, 0) times a matrix of 0.25 move the next stage's coordinates by a quarter: with
+/// four texels across eight pixels each pixel shows the next texel. (127 in V8U8 is 1.)
 TEST_F(DrawStageTest, BumpMapMovesTheNextCoordinates)
 {
     const Com<IDirect3DTexture9> bump = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_V8U8);
@@ -236,7 +238,7 @@ TEST_F(DrawStageTest, UnknownOperationsAndArgumentsAreRefused)
     EXPECT_EQ(Draw(D3DPT_TRIANGLELIST, 1, corners), D3DERR_INVALIDCALL);
 }
 
-TEST_F(DrawStageTest, ValuesThatNameNothingRefuseTheDrawByName)
+TEST_F(DrawStageTest, UnknownValuesRefuseTheDrawByName)
 {
     static const struct {
         D3DTEXTURESTAGESTATETYPE type;

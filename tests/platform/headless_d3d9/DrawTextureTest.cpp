@@ -1,4 +1,4 @@
-// Sampling, worked out by hand.
+// Sampling, computed by hand.
 
 #include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/headless_d3d9/DrawFixture.h"
@@ -26,8 +26,8 @@ protected:
         Sampler(0, D3DSAMP_MINFILTER, D3DTEXF_LINEAR);
     }
 
-    /// What is sampled at one place of the texture.
-    std::uint32_t At(float u, float v = 0.5f)
+    /// The colour sampled at one point of the texture.
+    uint32_t At(float u, float v = 0.5f)
     {
         const D3DCOLOR white = 0xFFFFFFFF;
         EXPECT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLELIST, 1,
@@ -39,7 +39,7 @@ protected:
     }
 };
 
-/// A texture with one colour for each level: 1, 2, 3 ... in blue.
+/// A texture with one colour per level: 1, 2, 3 ... in blue.
 class DrawLevelTest : public DrawTextureTest {
 protected:
     void SetUp() override
@@ -52,7 +52,7 @@ protected:
             ASSERT_EQ(texture->LockRect(level, &locked, nullptr, 0), D3D_OK);
             const UINT side = 16u >> level;
             for (UINT i = 0; i < side * side; ++i)
-                static_cast<std::uint32_t*>(locked.pBits)[i] = 0xFF000000 | (level + 1) * 16;
+                static_cast<uint32_t*>(locked.pBits)[i] = 0xFF000000 | (level + 1) * 16;
             ASSERT_EQ(texture->UnlockRect(level), D3D_OK);
         }
         ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
@@ -65,8 +65,8 @@ protected:
         DrawTextureTest::TearDown();
     }
 
-    /// The blue of a pixel when `texels` texels of level 0 fall on each pixel.
-    std::uint32_t AtScale(float texels)
+    /// The blue of a pixel that covers `texels` texels of level 0.
+    uint32_t AtScale(float texels)
     {
         const float extent = 8.0f * texels / 16.0f;
         const D3DCOLOR white = 0xFFFFFFFF;
@@ -87,13 +87,13 @@ protected:
 /// Eight texels over eight pixels: each pixel shows its texel.
 TEST_F(DrawTextureTest, PixelsMeetTexels)
 {
-    std::vector<std::uint32_t> texels;
-    for (std::uint32_t i = 0; i < 64; ++i)
+    std::vector<uint32_t> texels;
+    for (uint32_t i = 0; i < 64; ++i)
         texels.push_back(0xFF000000 | i * 3);
     BindTexels(0, 8, 8, texels);
     FillAll();
     EXPECT_EQ(Pixels(), texels);
-    Linear(); // each pixel's centre is its texel's: nothing to mix
+    Linear(); // each pixel centre is a texel centre: nothing to mix
     FillAll();
     EXPECT_EQ(Pixels(), texels);
 }
@@ -128,7 +128,7 @@ TEST_F(DrawTextureTest, AddressModesFoldCoordinates)
         const char* what;
         DWORD mode;
         float u;
-        std::uint32_t expected;
+        uint32_t expected;
     } cases[] = {
         {"wrap", D3DTADDRESS_WRAP, 1.3f, 2},
         {"wrap below 0", D3DTADDRESS_WRAP, -0.1f, 4},
@@ -153,7 +153,7 @@ TEST_F(DrawTextureTest, AddressModesFoldCoordinates)
     }
 }
 
-/// At the very border half of what is mixed is the border colour: (40 + 200) / 2 = 120.
+/// At the very edge, half of the mix is the border colour: (40 + 200) / 2 = 120.
 TEST_F(DrawTextureTest, LinearFilterMixesWithTheBorder)
 {
     BindTexels(0, 1, 1, {0xFF000028});
@@ -220,9 +220,9 @@ TEST_F(DrawTextureTest, CoordinatesMayBeAnything)
             }
 }
 
-/// 45 degrees: the right border is four times as far away as the left one. Halfway across the target
-/// 1/w is the mean of 1 and 1/4, so u = (0.5 * 1/4) / (0.5 * 1 + 0.5 * 1/4) = 0.2: still the first of
-/// four texels. Without perspective it would be 0.5.
+/// At 45 degrees the right edge is four times as far away as the left one. Halfway across the
+/// target 1/w is the mean of 1 and 1/4, so u = (0.5 * 1/4) / (0.5 * 1 + 0.5 * 1/4) = 0.2: still the
+/// first of four texels. Without perspective it would be 0.5.
 TEST_F(DrawTextureTest, CoordinatesAreRightInPerspective)
 {
     BindTexels(0, 4, 1, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
@@ -243,21 +243,21 @@ TEST_F(DrawTextureTest, FormatsWithoutAlphaAreOpaque)
     const Com<IDirect3DTexture9> texture = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_X8R8G8B8);
     D3DLOCKED_RECT locked = {};
     ASSERT_EQ(texture->LockRect(0, &locked, nullptr, 0), D3D_OK);
-    static_cast<std::uint32_t*>(locked.pBits)[0] = 0x00123456;
+    static_cast<uint32_t*>(locked.pBits)[0] = 0x00123456;
     ASSERT_EQ(texture->UnlockRect(0), D3D_OK);
     ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
     EXPECT_EQ(At(0.5f), 0xFF123456u);
     ASSERT_EQ(device->SetTexture(0, nullptr), D3D_OK);
 }
 
-/// What is unpacked for sampling is unpacked again when the texture has changed.
+/// The copy unpacked for sampling is renewed after the texture has changed.
 TEST_F(DrawTextureTest, AChangedTextureIsSeen)
 {
     const Com<IDirect3DTexture9> texture = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_R5G6B5);
     ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
     static const struct {
-        std::uint16_t word;
-        std::uint32_t expected;
+        uint16_t word;
+        uint32_t expected;
     } cases[] = {{0xF800, 0xFF0000}, {0x07E0, 0x00FF00}, {0x001F, 0x0000FF}};
     for (const auto& c : cases) {
         D3DLOCKED_RECT locked = {};
@@ -269,7 +269,7 @@ TEST_F(DrawTextureTest, AChangedTextureIsSeen)
     ASSERT_EQ(device->SetTexture(0, nullptr), D3D_OK);
 }
 
-/// One texel to a pixel is level 0, two are level 1, four level 2 and so on.
+/// One texel per pixel is level 0, two are level 1, four level 2 and so on.
 TEST_F(DrawLevelTest, TheSizeOfAPixelChoosesTheLevel)
 {
     Sampler(0, D3DSAMP_MIPFILTER, D3DTEXF_POINT);

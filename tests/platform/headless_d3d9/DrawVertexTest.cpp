@@ -1,5 +1,5 @@
-// Vertex processing: transforms, lights, fog and sizes of points, generated coordinates, clipping. The
-// numbers are worked out by hand; most draws show one vertex all over the target.
+// Vertex processing: transforms, lights, fog and point sizes, generated coordinates, clipping. The
+// numbers are computed by hand; most draws cover the whole target with one vertex.
 
 #include "tests/platform/headless_d3d9/DrawFixture.h"
 
@@ -39,23 +39,23 @@ D3DMATRIX Moved(float x, float y, float z)
 
 class DrawVertexTest : public DrawTest {
 protected:
-    /// The pixel in the middle when three equal vertices are drawn as a point over all of the target.
+    /// The centre pixel after drawing a vertex as a point that covers the target.
     template <typename Vertex>
-    std::uint32_t Shown(const Vertex& vertex)
+    uint32_t Shown(const Vertex& vertex)
     {
         State(D3DRS_POINTSIZE, 16.0f);
         EXPECT_EQ(Draw<Vertex>(D3DPT_POINTLIST, 1, {vertex}), D3D_OK);
         return Pixel(4, 4);
     }
 
-    /// The pixel that a point of one pixel lands on, as x + 10 * y, or -1.
+    /// Where a point of one pixel is drawn, as x + 10 * y, or -1.
     template <typename Vertex>
     int Place(const Vertex& vertex)
     {
         EXPECT_EQ(device->ColorFill(target.Get(), nullptr, 0), D3D_OK);
         State(D3DRS_POINTSIZE, 1.0f);
         EXPECT_EQ(Draw<Vertex>(D3DPT_POINTLIST, 1, {vertex}), D3D_OK);
-        const std::vector<std::uint32_t> pixels = Pixels();
+        const std::vector<uint32_t> pixels = Pixels();
         for (UINT i = 0; i < kSide * kSide; ++i)
             if (pixels[i] != 0)
                 return static_cast<int>(i % kSide + 10 * (i / kSide));
@@ -79,9 +79,9 @@ protected:
         light.Range = 100.0f;
     }
 
-    /// The colour of a vertex at (0, 0, 0.5) that faces the eye, or has the normal that is given.
-    std::uint32_t Lit(float nx = 0.0f, float ny = 0.0f, float nz = -1.0f,
-                      D3DCOLOR diffuse = 0xFFFFFFFF, D3DCOLOR specular = 0)
+    /// The colour of a vertex at (0, 0, 0.5), facing the eye or with the given normal.
+    uint32_t Lit(float nx = 0.0f, float ny = 0.0f, float nz = -1.0f, D3DCOLOR diffuse = 0xFFFFFFFF,
+                 D3DCOLOR specular = 0)
     {
         EXPECT_EQ(device->SetMaterial(&material), D3D_OK);
         EXPECT_EQ(device->SetLight(0, &light), D3D_OK);
@@ -95,8 +95,8 @@ protected:
 
 } // namespace
 
-/// x = -1..1 runs over the 8 pixels from their left border at place 0 to 8, y downwards. Centres lie at
-/// whole numbers: 0 is place 4, 0.25 is place 5; y of 0.5 is place 2.
+/// x = -1..1 spans the 8 pixels from their left edge at position 0 to 8, y downwards. Centres are
+/// at integers: 0 is position 4, 0.25 is position 5; y of 0.5 is position 2.
 TEST_F(DrawVertexTest, TheViewportMapsMinusOneToOne)
 {
     EXPECT_EQ(Place(PlainVertex{0.0f, 0.0f, 0.5f}), 44);
@@ -106,8 +106,8 @@ TEST_F(DrawVertexTest, TheViewportMapsMinusOneToOne)
     EXPECT_EQ(Place(PlainVertex{0.0f, 0.0f, 0.5f}), 54) << "2 + 4 / 2, 4 + 2 / 2";
 }
 
-/// First world, then view, then projection: ((0 + 0.25) * 2 - 0.25) / 1 = 0.25, place 5.
-TEST_F(DrawVertexTest, TransformsGoOneAfterAnother)
+/// First world, then view, then projection: ((0 + 0.25) * 2 - 0.25) / 1 = 0.25, position 5.
+TEST_F(DrawVertexTest, TransformsApplyInOrder)
 {
     const D3DMATRIX world = Moved(0.25f, 0.0f, 0.0f);
     D3DMATRIX view = Identity();
@@ -119,8 +119,8 @@ TEST_F(DrawVertexTest, TransformsGoOneAfterAnother)
     EXPECT_EQ(Place(PlainVertex{0.0f, 0.0f, 0.5f}), 45);
 }
 
-/// Weight 0.75 of a move by 0 and the rest, 0.25, of a move by 1: 0.25, place 5.
-TEST_F(DrawVertexTest, TheLastWeightIsWhatIsMissingFromOne)
+/// Weight 0.75 of a translation by 0 and the remaining 0.25 of one by 1: 0.25, position 5.
+TEST_F(DrawVertexTest, TheLastWeightIsTheRemainderToOne)
 {
     struct Blended {
         float x, y, z, weight;
@@ -135,7 +135,8 @@ TEST_F(DrawVertexTest, TheLastWeightIsWhatIsMissingFromOne)
     EXPECT_EQ(Pixel(5, 4), 0xFFFFFFFFu);
 }
 
-/// Indices 7 and 200: half of a move by (0.5, 0) and half of one by (0, 1) is (0.25, 0.5): place 5, 2.
+/// Indices 7 and 200: half of a translation by (0.5, 0) and half of one by (0, 1) is (0.25, 0.5):
+/// position 5, 2.
 TEST_F(DrawVertexTest, IndicesChooseTheMatricesThatAreBlended)
 {
     struct Skinned {
@@ -171,12 +172,12 @@ TEST_F(DrawVertexTest, WithoutWeightsOneIndexChoosesTheMatrix)
     EXPECT_EQ(Pixel(6, 4), 0xFFFFFFFFu);
 }
 
-/// Facing the light the vertex shows its diffuse colour; alpha is the material's.
+/// Facing the light the vertex shows its full diffuse colour; alpha is the material's.
 TEST_F(DrawLightTest, DirectionalLightFollowsTheCosine)
 {
     EXPECT_EQ(Lit(), 0x80FF8040u);
     // cos 60 degrees = 0.5: 127.5, 63.75, 31.875
-    const std::uint32_t half = Lit(0.8660254f, 0.0f, -0.5f);
+    const uint32_t half = Lit(0.8660254f, 0.0f, -0.5f);
     EXPECT_NEAR(static_cast<double>(half >> 16 & 0xFF), 127.5, 0.6);
     EXPECT_EQ(half & 0xFFFF, 0x4020u);
     EXPECT_EQ(Lit(0.0f, 0.0f, 1.0f) & 0xFFFFFF, 0u) << "turned away";
@@ -190,7 +191,7 @@ TEST_F(DrawLightTest, AmbientAndEmissiveShineFromEverywhere)
     material.Emissive = {0.0f, 0.0f, 0.4f, 0.0f};
     State(D3DRS_AMBIENT, static_cast<DWORD>(0x00666666)); // 0.4
     // (0.4 + 0.2) * 0.5 = 0.3 (76.5), 0.6 (153), emissive 0.4 (102)
-    const std::uint32_t pixel = Lit(0.0f, 0.0f, 1.0f);
+    const uint32_t pixel = Lit(0.0f, 0.0f, 1.0f);
     EXPECT_NEAR(static_cast<double>(pixel >> 16 & 0xFF), 76.5, 0.6);
     EXPECT_EQ(pixel & 0xFFFF, 0x9966u);
 }
@@ -207,8 +208,8 @@ TEST_F(DrawLightTest, PointLightWeakensWithDistance)
     EXPECT_EQ(Lit() & 0xFFFFFF, 0u) << "out of range";
 }
 
-/// A cone from straight above the vertex, turned so that the vertex lies at 45 degrees from its axis:
-/// cos 45 = 0.7071. Inner half angle 30 (0.8660), outer 60 (0.5): (0.7071 - 0.5) / 0.3660 = 0.5659.
+/// A cone from straight above the vertex, tilted so that the vertex is 45 degrees off its axis: cos
+/// 45 = 0.7071. Inner half angle 30 (0.8660), outer 60 (0.5): (0.7071 - 0.5) / 0.3660 = 0.5659.
 TEST_F(DrawLightTest, SpotLightFallsOffBetweenItsCones)
 {
     light.Type = D3DLIGHT_SPOT;
@@ -227,7 +228,7 @@ TEST_F(DrawLightTest, SpotLightFallsOffBetweenItsCones)
     EXPECT_EQ(Lit() & 0xFFFF, 0x8040u) << "inside";
 }
 
-/// The light comes along the view: the halfway vector is the normal, and the highlight is full.
+/// The light comes along the view: the halfway vector is the normal, so the highlight is full.
 TEST_F(DrawLightTest, HighlightsAreAddedOnlyIfAskedFor)
 {
     light.Diffuse = {};
@@ -236,14 +237,15 @@ TEST_F(DrawLightTest, HighlightsAreAddedOnlyIfAskedFor)
     EXPECT_EQ(Lit() & 0xFFFFFF, 0u);
     State(D3DRS_SPECULARENABLE, static_cast<DWORD>(TRUE));
     EXPECT_EQ(Lit() & 0xFFFFFF, 0x336699u);
-    // Light from the side, 90 degrees: halfway is at 45, and the normal, turned by 45 degrees, too.
+    // Light from the side, at 90 degrees: the halfway vector is at 45, and so is the tilted normal.
     light.Direction = {-1.0f, 0.0f, 0.0f};
     EXPECT_EQ(Lit(0.7071068f, 0.0f, -0.7071068f) & 0xFFFFFF, 0x336699u);
-    // With the normal to the eye: cos 45 squared is 0.5, but this light does not reach that face.
+    // With the normal towards the eye it would be cos 45 squared = 0.5, but the light does not
+    // reach that face.
     EXPECT_EQ(Lit() & 0xFFFFFF, 0u);
 }
 
-/// The vertex's colours take the place of the material's where they are asked for and there.
+/// The vertex's colours replace the material's if they are selected and present.
 TEST_F(DrawLightTest, MaterialColoursCanComeFromTheVertex)
 {
     State(D3DRS_COLORVERTEX, static_cast<DWORD>(TRUE));
@@ -257,7 +259,8 @@ TEST_F(DrawLightTest, MaterialColoursCanComeFromTheVertex)
     EXPECT_EQ(Lit(0, 0, -1, 0x40112233), 0x80FF8040u);
 }
 
-/// Scaling by 2 halves normals (they go by the inverse), and so the light, unless they are normalised.
+/// Scaling by 2 halves the normals (they transform by the inverse), and so the light, unless they
+/// are normalised.
 TEST_F(DrawLightTest, NormalsOfScaledModelsNeedNormalising)
 {
     D3DMATRIX scale = Identity();
@@ -280,7 +283,7 @@ TEST_F(DrawLightTest, LightsAddUp)
 }
 
 /// Depth 0.5 in camera space between 0 and 1 is half: (255 + 1) / 2 = 128.
-TEST_F(DrawVertexTest, VertexFogRunsOverDepthOrDistance)
+TEST_F(DrawVertexTest, VertexFogUsesDepthOrDistance)
 {
     State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
     State(D3DRS_FOGCOLOR, static_cast<DWORD>(0x00010101));
@@ -291,8 +294,8 @@ TEST_F(DrawVertexTest, VertexFogRunsOverDepthOrDistance)
     EXPECT_EQ(Shown(PlainVertex{0.48f, 0.36f, 0.8f}), 0xFF010101u);
 }
 
-/// 0.25 * 8 pixels / sqrt(1 * 1^2) = 2 pixels at distance 1, 1 pixel at distance 2 (held at the least
-/// size).
+/// 0.25 * 8 pixels / sqrt(1 * 1^2) = 2 pixels at distance 1, 1 pixel at distance 2 (clamped to the
+/// minimum size).
 TEST_F(DrawVertexTest, ScaledPointsShrinkWithDistance)
 {
     const D3DMATRIX view = Moved(0.0f, 0.0f, 0.5f);
@@ -312,7 +315,7 @@ TEST_F(DrawVertexTest, ScaledPointsShrinkWithDistance)
                           "........\n");
 }
 
-/// A sprite of 4 pixels shows four texels, whatever the vertex's own coordinates.
+/// A sprite of 4 pixels shows four texels, regardless of the vertex's own coordinates.
 TEST_F(DrawVertexTest, SpritesShowTheWholeTexture)
 {
     BindTexels(0, 4, 1, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
@@ -328,8 +331,9 @@ TEST_F(DrawVertexTest, SpritesShowTheWholeTexture)
     EXPECT_EQ(Pixel(6, 3), 0u);
 }
 
-/// A point at (0.3, 0, 0.5) in camera space reads texel 0.3 of four across, the second; facing the eye,
-/// the normal (0, 0, -1) reads 0, the first, moved by 0.6 in row 4 it is the third.
+/// A point at (0.3, 0, 0.5) in camera space reads 0.3 of a texture of four texels, the second;
+/// facing the eye, the normal (0, 0, -1) reads 0, the first; moved by 0.6 in row 4 it reads the
+/// third.
 TEST_F(DrawVertexTest, CoordinatesAreGeneratedInCameraSpace)
 {
     BindTexels(0, 4, 1, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
@@ -345,10 +349,10 @@ TEST_F(DrawVertexTest, CoordinatesAreGeneratedInCameraSpace)
     EXPECT_EQ(Shown(vertex) & 0xFF, 3u);
 }
 
-/// Seen along (0.6, 0, 0.8) on a face towards the eye the view is thrown back along (0.6, 0, -0.8): the
-/// third of four texels. On a sphere map: half way between (0.6, 0, -0.8) and (0, 0, -1), of length
-/// sqrt(0.36 + 3.24) = 1.897, u = 0.6 / (2 * 1.897) + 0.5 = 0.658, the third again; seen from the other
-/// side 0.342, the second.
+/// Viewed along (0.6, 0, 0.8), a face towards the eye reflects the view along (0.6, 0, -0.8): the
+/// third of four texels. On a sphere map: halfway between (0.6, 0, -0.8) and (0, 0, -1), of length
+/// sqrt(0.36 + 3.24) = 1.897, u = 0.6 / (2 * 1.897) + 0.5 = 0.658, the third again; viewed from the
+/// other side 0.342, the second.
 TEST_F(DrawVertexTest, CoordinatesAreGeneratedFromReflection)
 {
     BindTexels(0, 4, 1, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
@@ -364,7 +368,7 @@ TEST_F(DrawVertexTest, CoordinatesAreGeneratedFromReflection)
     EXPECT_EQ(Shown(left) & 0xFF, 2u);
 }
 
-/// What lies in front of the near plane at z = 0 is cut off: half of a rectangle from z = -1 to 1.
+/// The part in front of the near plane at z = 0 is cut off: half of a rectangle from z = -1 to 1.
 TEST_F(DrawVertexTest, TheNearPlaneClips)
 {
     const std::vector<PlainVertex> board = {{-1.125f, 1.125f, -1.0f},
@@ -372,16 +376,16 @@ TEST_F(DrawVertexTest, TheNearPlaneClips)
                                             {-1.125f, -0.875f, -1.0f},
                                             {0.875f, -0.875f, 1.0f}};
     ASSERT_EQ(Draw(D3DPT_TRIANGLESTRIP, 2, board), D3D_OK);
-    // z = 0 lies at x = -0.125, place 3.5.
+    // z = 0 is at x = -0.125, position 3.5.
     EXPECT_EQ(Coverage().substr(0, 9), "....####\n");
     State(D3DRS_CLIPPING, static_cast<DWORD>(FALSE));
     ASSERT_EQ(Draw(D3DPT_TRIANGLESTRIP, 2, board), D3D_OK);
     EXPECT_EQ(Coverage().substr(0, 9), "########\n") << "depth is held at 0";
 }
 
-/// Behind the eye w is below 0; only the part in front of it is drawn, and on the right side. From
-/// (0, 0) at w = 1 towards x = 1 at w = -1 the line reaches x / w = 1 at a third.
-TEST_F(DrawVertexTest, WhatIsBehindTheEyeIsCutOff)
+/// Behind the eye w is negative; only the part in front is drawn, and on the correct side. From (0,
+/// 0) at w = 1 towards x = 1 at w = -1 the line reaches x / w = 1 after a third.
+TEST_F(DrawVertexTest, PartsBehindTheEyeAreCutOff)
 {
     D3DMATRIX projection = Identity();
     projection._44 = 0.0f;
@@ -395,13 +399,13 @@ TEST_F(DrawVertexTest, WhatIsBehindTheEyeIsCutOff)
     EXPECT_EQ(Place(PlainVertex{0.0f, 0.0f, -1.0f}), -1);
 }
 
-/// x >= 0.125 in the world: place 4.5.
-TEST_F(DrawVertexTest, UserPlanesClipInTheWorld)
+/// x >= 0.125 in world space: position 4.5.
+TEST_F(DrawVertexTest, UserPlanesClipInWorldSpace)
 {
     const float plane[4] = {1.0f, 0.0f, 0.0f, -0.125f};
     ASSERT_EQ(device->SetClipPlane(2, plane), D3D_OK);
     State(D3DRS_CLIPPLANEENABLE, static_cast<DWORD>(D3DCLIPPLANE2));
-    // The view moves everything, planes too.
+    // The view moves everything, including the planes.
     const D3DMATRIX view = Moved(-0.25f, 0.0f, 0.0f);
     ASSERT_EQ(device->SetTransform(D3DTS_VIEW, &view), D3D_OK);
     ASSERT_EQ(
@@ -409,7 +413,7 @@ TEST_F(DrawVertexTest, UserPlanesClipInTheWorld)
             D3DPT_TRIANGLESTRIP, 2,
             {{-2.0f, 2.0f, 0.5f}, {2.0f, 2.0f, 0.5f}, {-2.0f, -2.0f, 0.5f}, {2.0f, -2.0f, 0.5f}}),
         D3D_OK);
-    // 0.125 - 0.25 = -0.125: place 3.5.
+    // 0.125 - 0.25 = -0.125: position 3.5.
     EXPECT_EQ(Coverage().substr(0, 9), "....####\n");
 }
 
@@ -425,7 +429,7 @@ TEST_F(DrawVertexTest, FlatShadingTakesTheFirstColour)
     EXPECT_EQ(Pixel(1, 1), 0xFF102030u);
 }
 
-/// From 0 at place 0 to 240 at place 8, in blue: 30 for each pixel.
+/// From 0 at position 0 to 240 at position 8, in blue: 30 per pixel.
 TEST_F(DrawVertexTest, ColoursAreMixedBetweenCorners)
 {
     ASSERT_EQ(Draw<ScreenVertex>(D3DPT_TRIANGLESTRIP, 2,

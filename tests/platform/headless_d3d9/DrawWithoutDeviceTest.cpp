@@ -1,4 +1,4 @@
-// The rasterizer by itself: states, pictures and vertices in memory, and no device.
+// The rasterizer alone: states, pictures and vertices in memory, without a device.
 
 #include "platform/headless/d3d9/Rasterizer.h"
 
@@ -10,9 +10,8 @@ using namespace headless;
 namespace {
 
 constexpr UINT kSide = 8;
-constexpr std::uint32_t kOpaqueRed = 0xFFFF0000, kOpaqueGreen = 0xFF00FF00,
-                        kOpaqueBlue = 0xFF0000FF;
-constexpr std::uint32_t kOpaqueWhite = 0xFFFFFFFF;
+constexpr uint32_t kOpaqueRed = 0xFFFF0000, kOpaqueGreen = 0xFF00FF00, kOpaqueBlue = 0xFF0000FF;
+constexpr uint32_t kOpaqueWhite = 0xFFFFFFFF;
 
 struct PlacedVertex {
     float x, y, z, rhw;
@@ -44,14 +43,14 @@ protected:
                                         {r, b, z, 1, colour, 1, 1}};
         VertexLayout layout;
         EXPECT_TRUE(MakeVertexLayout(kCornerFormat, layout));
-        const VertexStream stream = {reinterpret_cast<const std::uint8_t*>(corners),
+        const VertexStream stream = {reinterpret_cast<const uint8_t*>(corners),
                                      sizeof(PlacedVertex), 4};
         return rasterizer.Draw(state, layout, {D3DPT_TRIANGLESTRIP, 2, {}, stream});
     }
 
-    std::uint32_t PixelAt(UINT x, UINT y) const
+    uint32_t PixelAt(UINT x, UINT y) const
     {
-        std::uint32_t word = 0;
+        uint32_t word = 0;
         std::memcpy(&word, target.At(x, y), sizeof word);
         return word;
     }
@@ -73,7 +72,7 @@ TEST_F(DrawWithoutDevice, FillsWhatAPrimitiveCoversAndNothingElse)
 
 TEST_F(DrawWithoutDevice, ADrawCountsAsAChangeOfTheTarget)
 {
-    const std::uint32_t before = target.changes;
+    const uint32_t before = target.changes;
     ASSERT_EQ(DrawColumns(0, 1, 0.5f, kOpaqueRed), D3D_OK);
     EXPECT_NE(target.changes, before);
 }
@@ -93,7 +92,7 @@ TEST_F(DrawWithoutDevice, ReadsATextureFromMemory)
 {
     SampledPicture picture;
     picture.pixels.Allocate(*FindPixelFormat(D3DFMT_A8R8G8B8), 2, 1);
-    const std::uint32_t texels[] = {kOpaqueBlue, kOpaqueGreen};
+    const uint32_t texels[] = {kOpaqueBlue, kOpaqueGreen};
     std::memcpy(picture.pixels.At(0, 0), texels, sizeof texels);
     TexturePicture texture = {{&picture}, 0};
     state.pictures[0] = &texture;
@@ -104,10 +103,10 @@ TEST_F(DrawWithoutDevice, ReadsATextureFromMemory)
     EXPECT_EQ(PixelAt(7, 7), kOpaqueGreen);
 }
 
-TEST_F(DrawWithoutDevice, TheLeastLevelIsTheLargestThatIsRead)
+TEST_F(DrawWithoutDevice, LevelsLargerThanTheLeastLevelAreNotRead)
 {
     SampledPicture levels[2];
-    const std::uint32_t colours[] = {kOpaqueBlue, kOpaqueGreen};
+    const uint32_t colours[] = {kOpaqueBlue, kOpaqueGreen};
     TexturePicture texture;
     for (int i = 0; i < 2; ++i) {
         levels[i].pixels.Allocate(*FindPixelFormat(D3DFMT_A8R8G8B8), i == 0 ? 2 : 1, 1);
@@ -136,8 +135,8 @@ TEST_F(DrawWithoutDevice, AVertexOutsideOfTheStreamIsRefused)
     VertexLayout layout;
     ASSERT_TRUE(MakeVertexLayout(kCornerFormat, layout));
     const PlacedVertex corners[2] = {};
-    const VertexStream stream = {reinterpret_cast<const std::uint8_t*>(corners),
-                                 sizeof(PlacedVertex), 2};
+    const VertexStream stream = {reinterpret_cast<const uint8_t*>(corners), sizeof(PlacedVertex),
+                                 2};
     EXPECT_EQ(rasterizer.Draw(state, layout, {D3DPT_TRIANGLELIST, 1, {}, stream}),
               D3DERR_INVALIDCALL);
 }

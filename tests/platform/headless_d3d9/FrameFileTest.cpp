@@ -32,8 +32,8 @@ protected:
 
     HRESULT Present() { return device->Present(nullptr, nullptr, nullptr, nullptr); }
 
-    /// The pixel at the lower right of a picture file.
-    std::uint32_t LastPixel(const std::string& path)
+    /// The lower right pixel of a picture file.
+    uint32_t LastPixel(const std::string& path)
     {
         Com<IDirect3DTexture9> texture;
         D3DXIMAGE_INFO info = {};
@@ -47,7 +47,7 @@ protected:
                            static_cast<LONG>(info.Width), static_cast<LONG>(info.Height)};
         if (!texture || FAILED(texture->LockRect(0, &locked, &last, D3DLOCK_READONLY)))
             return 0;
-        const std::uint32_t pixel = *static_cast<const std::uint32_t*>(locked.pBits);
+        const uint32_t pixel = *static_cast<const uint32_t*>(locked.pBits);
         EXPECT_EQ(texture->UnlockRect(0), D3D_OK);
         return pixel;
     }
@@ -67,7 +67,7 @@ TEST(FrameFileName, HoldsNoSeparatorsAndNoControlBytes)
     EXPECT_EQ(FrameFileName(".."), "...png");
 }
 
-TEST(FramePath, KeepsDirectoriesAndNothingElseThatSeparates)
+TEST(FramePath, KeepsDirectoriesAndNoOtherSeparators)
 {
     EXPECT_EQ(FramePath("", "boat"), "boat.png");
     EXPECT_EQ(FramePath("deck/below/", "boat"), "deck/below/boat.png");
@@ -90,7 +90,7 @@ TEST_F(FrameFileTest, APresentedFrameIsKeptUnderTheWindowsTitle)
     EXPECT_EQ(LastPixel(path), 0xFF204060u);
 }
 
-/// A ramp turned upside down: 0xFF - 0x20, 0xFF - 0x40, 0xFF - 0x60. The picture stays as it is.
+/// An inverted ramp: 0xFF - 0x20, 0xFF - 0x40, 0xFF - 0x60. The picture itself does not change.
 TEST_F(FrameFileTest, FullScreenFramesGoThroughTheGammaRamp)
 {
     parameters.Windowed = FALSE;
@@ -118,7 +118,7 @@ TEST_F(FrameFileTest, WithoutTheVariableNothingIsWritten)
     EXPECT_FALSE(scratch.Has("Device test.png"));
 }
 
-TEST_F(FrameFileTest, TheFileInHandLendsItsDirectories)
+TEST_F(FrameFileTest, TheConvertedFileSetsTheDirectories)
 {
     SetWindowTextA(window.Get(), "boat.qsa");
     {
@@ -132,16 +132,16 @@ TEST_F(FrameFileTest, TheFileInHandLendsItsDirectories)
     EXPECT_TRUE(scratch.Has("boat.qsa.png")) << "no file is in hand any more";
 }
 
-TEST_F(FrameFileTest, ADirectoryThatIsMissingIsMade)
+TEST_F(FrameFileTest, AMissingDirectoryIsCreated)
 {
     setenv("QSA2QSB_FRAMES", (scratch.Path() / "some" / "frames").c_str(), 1);
     EXPECT_EQ(Present(), D3D_OK);
     EXPECT_TRUE(scratch.Has("some/frames/Device test.png"));
 }
 
-TEST_F(FrameFileTest, ARelativeDirectoryIsBesideTheStartOfTheProgram)
+TEST_F(FrameFileTest, ARelativeDirectoryStartsWhereTheProgramStarted)
 {
-    // The test has gone to its scratch folder since.
+    // By now the test has changed to its scratch folder.
     const std::string name = "frames-of-" + std::to_string(getpid());
     setenv("QSA2QSB_FRAMES", name.c_str(), 1);
     EXPECT_EQ(Present(), D3D_OK);

@@ -13,7 +13,7 @@ protected:
         TakeLeakReport();
     }
 
-    /// Releases the device and gives what it wrote to standard error.
+    /// Releases the device and returns what it wrote to standard error.
     std::string ReleaseDevice()
     {
         testing::internal::CaptureStderr();
@@ -30,7 +30,7 @@ TEST_F(LeakReportTest, ACleanEndReportsNothing)
     EXPECT_EQ(TakeLeakReport(), "");
 }
 
-TEST_F(LeakReportTest, TellsTheKindsAndNumbersThatAreAlive)
+TEST_F(LeakReportTest, ReportsKindsAndCountsOfLiveObjects)
 {
     Com<IDirect3DTexture9> first = Texture(4, 4, 1, D3DPOOL_MANAGED);
     Com<IDirect3DTexture9> second = Texture(4, 4, 3, D3DPOOL_MANAGED);
@@ -64,7 +64,7 @@ TEST_F(LeakReportTest, AHeldLevelCountsAsItsTexture)
     EXPECT_EQ(TakeLeakReport(), "1 texture");
 }
 
-TEST_F(LeakReportTest, ABoundTextureWithoutAHolderIsNoLeak)
+TEST_F(LeakReportTest, ABoundTextureWithoutAHolderIsNotALeak)
 {
     {
         const Com<IDirect3DTexture9> texture = Texture(4, 4, 1, D3DPOOL_MANAGED);
@@ -83,7 +83,7 @@ TEST_F(LeakReportTest, AnInterfaceReportsItsDevice)
     EXPECT_EQ(TakeLeakReport(), "1 device");
 }
 
-TEST_F(LeakReportTest, AReleaseTooManyDestroysNothing)
+TEST_F(LeakReportTest, ASurplusReleaseDestroysNothing)
 {
     IDirect3DTexture9* texture = nullptr;
     ASSERT_EQ(

@@ -49,7 +49,7 @@ TEST_F(LostDeviceTest, ARestorableDeviceWaitsForAReset)
     EXPECT_EQ(Present(), D3D_OK);
 }
 
-TEST_F(LostDeviceTest, ARestorableDeviceStillWantsTheDefaultPoolEmpty)
+TEST_F(LostDeviceTest, ARestorableDeviceStillNeedsAnEmptyDefaultPool)
 {
     Com<IDirect3DSurface9> target = Target(4, 4);
     SimulateDeviceRestorable(device.Get());

@@ -17,29 +17,29 @@ const PixelFormat& Row(D3DFORMAT format)
     return *row;
 }
 
-std::uint32_t Unpack(D3DFORMAT format, std::uint32_t word)
+uint32_t Unpack(D3DFORMAT format, uint32_t word)
 {
-    std::uint8_t pixel[4];
+    uint8_t pixel[4];
     std::memcpy(pixel, &word, sizeof pixel);
     return UnpackArgb(Row(format), pixel);
 }
 
-std::uint32_t Pack(D3DFORMAT format, std::uint32_t argb)
+uint32_t Pack(D3DFORMAT format, uint32_t argb)
 {
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     PackArgb(Row(format), argb, &word);
     return word;
 }
 
 } // namespace
 
-/// A field v of n bits is round(v * 255 / (2^n - 1)). Of 5 bits: 1 is 8.2, 16 is 131.6; of 6 bits: 1 is
-/// 4.0, 32 is 129.5; of 4 bits: v * 17; of 3 bits: 5 is 182.1; of 2 bits: v * 85.
+/// A field v of n bits is round(v * 255 / (2^n - 1)). For 5 bits: 1 is 8.2, 16 is 131.6; for 6
+/// bits: 1 is 4.0, 32 is 129.5; for 4 bits: v * 17; for 3 bits: 5 is 182.1; for 2 bits: v * 85.
 TEST(PixelFormat, WidensChannelsToEightBits)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t word, argb;
+        uint32_t word, argb;
     } cases[] = {
         {D3DFMT_R8G8B8, 0x112233, 0xFF112233},
         {D3DFMT_A8R8G8B8, 0x11223344, 0x11223344},
@@ -64,13 +64,13 @@ TEST(PixelFormat, WidensChannelsToEightBits)
         EXPECT_EQ(Unpack(c.format, c.word), c.argb) << FormatName(c.format);
 }
 
-/// An 8-bit value v is round(v * (2^n - 1) / 255). 128: of 5 bits 15.6, of 6 bits 31.6, of 4 bits 7.5,
-/// of 1 bit 0.502; 127 of 1 bit is 0.498. Bits without a meaning are set.
+/// An 8-bit value v is round(v * (2^n - 1) / 255). 128 is 15.6 in 5 bits, 31.6 in 6 bits, 7.5 in 4
+/// bits, 0.502 in 1 bit; 127 is 0.498 in 1 bit. Unused bits are set.
 TEST(PixelFormat, NarrowsChannelsToTheirBits)
 {
     static const struct {
         D3DFORMAT format;
-        std::uint32_t argb, word;
+        uint32_t argb, word;
     } cases[] = {
         {D3DFMT_R8G8B8, 0x44112233, 0x112233},
         {D3DFMT_X8R8G8B8, 0x00223344, 0xFF223344},
@@ -90,14 +90,14 @@ TEST(PixelFormat, NarrowsChannelsToTheirBits)
         EXPECT_EQ(Pack(c.format, c.argb), c.word) << FormatName(c.format);
 }
 
-/// Widening followed by narrowing is the identity for every format of at most 8 bits a channel.
+/// Widening then narrowing is the identity for every format of at most 8 bits per channel.
 TEST(PixelFormat, EveryStoredPixelComesBack)
 {
     for (const D3DFORMAT format :
          {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5, D3DFMT_A4R4G4B4, D3DFMT_R3G3B2, D3DFMT_A8R3G3B2,
           D3DFMT_A8, D3DFMT_L8, D3DFMT_A8L8, D3DFMT_A4L4}) {
-        const std::uint32_t count = Row(format).unitBytes == 2 ? 0x10000 : 0x100;
-        for (std::uint32_t word = 0; word < count; ++word)
+        const uint32_t count = Row(format).unitBytes == 2 ? 0x10000 : 0x100;
+        for (uint32_t word = 0; word < count; ++word)
             ASSERT_EQ(Pack(format, Unpack(format, word)), word) << FormatName(format);
     }
 }
@@ -106,7 +106,7 @@ TEST(PixelFormat, SignedChannelsReachFromMinusOneToOne)
 {
     const PixelFormat& format = Row(D3DFMT_V8U8);
     static const struct {
-        std::uint16_t word; ///< V in the high byte, U in the low one
+        uint16_t word; ///< V in the high byte, U in the low one
         float u, v;
     } cases[] = {
         {0x7F00, 0.0f, 1.0f}, {0x007F, 1.0f, 0.0f}, {0x0081, -1.0f, 0.0f}, {0x8000, 0.0f, -1.0f}};
@@ -115,16 +115,16 @@ TEST(PixelFormat, SignedChannelsReachFromMinusOneToOne)
         EXPECT_EQ(colour.r, c.u) << c.word;
         EXPECT_EQ(colour.g, c.v) << c.word;
     }
-    std::uint16_t word = 0;
+    uint16_t word = 0;
     PackFloat4(format, {-1.0f, 2.0f, 0.0f, 0.0f}, &word);
     EXPECT_EQ(word, 0x7F81); // V is clamped to 1
 }
 
 TEST(PixelFormat, FloatsAreClampedAndRounded)
 {
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     PackFloat4(Row(D3DFMT_A8R8G8B8), {0.5f, -3.0f, NAN, 7.0f}, &word);
-    EXPECT_EQ(word, 0xFF800000u); // 0.5 * 255 = 127.5 goes up
+    EXPECT_EQ(word, 0xFF800000u); // 0.5 * 255 = 127.5 rounds up
 }
 
 TEST(PixelFormat, CompressedRowsAndColumnsCountBlocks)
@@ -141,7 +141,7 @@ TEST(PixelFormat, CompressedRowsAndColumnsCountBlocks)
 
 TEST(PixelFormat, DepthIsRoundedToTheNearestStep)
 {
-    EXPECT_EQ(PackDepth(Row(D3DFMT_D16), 0.5f, 0), 32768u); // 32767.5 goes up
+    EXPECT_EQ(PackDepth(Row(D3DFMT_D16), 0.5f, 0), 32768u); // 32767.5 rounds up
     EXPECT_EQ(PackDepth(Row(D3DFMT_D16), 1.0f, 9), 65535u);
     EXPECT_EQ(PackDepth(Row(D3DFMT_D24S8), 1.0f, 0x112), 0xFFFFFF12u);
     EXPECT_EQ(PackDepth(Row(D3DFMT_D24X8), 1.0f, 0x12), 0xFFFFFF00u);
@@ -156,35 +156,35 @@ TEST(PixelFormat, DepthIsRoundedToTheNearestStep)
 
 TEST(PixelFormat, ImagesKeepTheirPadding)
 {
-    // Two rows of three 16-bit pixels; the two bytes of padding stay as they are.
-    std::uint8_t bits[16];
+    // Two rows of three 16-bit pixels; the two padding bytes are unchanged.
+    uint8_t bits[16];
     std::memset(bits, 0xEE, sizeof bits);
-    const std::uint32_t argb[6] = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF,
-                                   0xFFFFFFFF, 0xFF000000, 0xFFFF00FF};
+    const uint32_t argb[6] = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF,
+                              0xFFFFFFFF, 0xFF000000, 0xFFFF00FF};
     ASSERT_TRUE(PackImage(Row(D3DFMT_R5G6B5), 3, 2, argb, bits, 8));
     EXPECT_EQ(bits[6], 0xEE);
     EXPECT_EQ(bits[7], 0xEE);
     EXPECT_EQ(bits[8], 0xFF);
-    std::uint32_t back[6] = {};
+    uint32_t back[6] = {};
     ASSERT_TRUE(UnpackImage(Row(D3DFMT_R5G6B5), 3, 2, bits, 8, back));
     EXPECT_EQ(std::memcmp(back, argb, sizeof argb), 0);
 }
 
 TEST(PixelFormat, ImagesThatEndInsideABlockAreClipped)
 {
-    const std::vector<std::uint32_t> argb(5 * 3, 0xFFFF0000);
-    std::vector<std::uint8_t> blocks(16);
+    const std::vector<uint32_t> argb(5 * 3, 0xFFFF0000);
+    std::vector<uint8_t> blocks(16);
     ASSERT_TRUE(PackImage(Row(D3DFMT_DXT1), 5, 3, argb.data(), blocks.data(), 16));
-    std::vector<std::uint32_t> back(5 * 3 + 1, 0x12345678);
+    std::vector<uint32_t> back(5 * 3 + 1, 0x12345678);
     ASSERT_TRUE(UnpackImage(Row(D3DFMT_DXT1), 5, 3, blocks.data(), 16, back.data()));
     EXPECT_EQ(back.back(), 0x12345678u) << "written beyond the picture";
     back.pop_back();
     EXPECT_EQ(back, argb);
 }
 
-TEST(PixelFormat, DepthIsNoPicture)
+TEST(PixelFormat, DepthIsNotAPicture)
 {
-    std::uint32_t argb = 0, word = 0;
+    uint32_t argb = 0, word = 0;
     EXPECT_FALSE(UnpackImage(Row(D3DFMT_D16), 1, 1, &word, 4, &argb));
     EXPECT_FALSE(PackImage(Row(D3DFMT_D16), 1, 1, &argb, &word, 4));
     EXPECT_EQ(FindPixelFormat(D3DFMT_UNKNOWN), nullptr);

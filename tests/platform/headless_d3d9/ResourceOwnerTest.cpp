@@ -12,7 +12,7 @@ using namespace headless;
 
 namespace {
 
-/// Writes down what it is told.
+/// Records the calls it gets.
 class ListingOwner : public ResourceOwner {
 public:
     void ChildReferenced(ObjectKind kind, D3DPOOL pool) override { Note('+', kind, pool); }
@@ -38,7 +38,7 @@ std::string Told(char what, ObjectKind kind, D3DPOOL pool)
 
 } // namespace
 
-TEST(ResourceOwner, HearsOfTheFirstReferenceAndTheLast)
+TEST(ResourceOwner, IsToldOfTheFirstAndTheLastReference)
 {
     ListingOwner owner;
     HeadlessTexture* texture = HeadlessTexture::Create(owner, kSmall, 3);

@@ -1,9 +1,6 @@
-// The question whether a draw would be refused agrees with the draw.
+// ValidateDevice agrees with an actual draw.
 
-#include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/d3d9/DeviceTestFixture.h"
-
-using namespace headless;
 
 namespace {
 
@@ -18,7 +15,7 @@ protected:
         EXPECT_EQ(passes, 1u);
         return result;
     }
-    /// Of a triangle with the texture on each stage, in a scene.
+    /// Draws a triangle with the texture on each stage, in a scene.
     HRESULT Draw()
     {
         const float corners[3][5] = {{0, 0, 0, 0, 0}, {1, 0, 0, 1, 0}, {0, 1, 0, 0, 1}};
@@ -33,7 +30,7 @@ protected:
 
 } // namespace
 
-TEST_F(ValidateDeviceTest, EveryStateIsAnsweredAsADrawWouldBe)
+TEST_F(ValidateDeviceTest, EveryStateIsValidatedLikeADraw)
 {
     const Com<IDirect3DTexture9> texture = Texture(4, 4, 1, D3DPOOL_MANAGED);
     for (DWORD stage = 0; stage < 8; ++stage)
@@ -43,7 +40,7 @@ TEST_F(ValidateDeviceTest, EveryStateIsAnsweredAsADrawWouldBe)
     ASSERT_EQ(device->SetRenderState(D3DRS_ALPHABLENDENABLE, TRUE), D3D_OK);
     ASSERT_EQ(Validate(), D3D_OK);
     int refused = 0;
-    // Each state that there is, with a value that is known to few of them.
+    // All states, with values that few of them accept.
     for (const DWORD value : {0u, 1u, 2u, 99u}) {
         for (DWORD number = 0; number < 256; ++number) {
             const auto state = static_cast<D3DRENDERSTATETYPE>(number);
@@ -77,7 +74,7 @@ TEST_F(ValidateDeviceTest, EveryStateIsAnsweredAsADrawWouldBe)
             ASSERT_EQ(device->SetSamplerState(number / 14, state, before), D3D_OK);
         }
     }
-    EXPECT_GT(refused, 50); // neither says yes to everything
+    EXPECT_GT(refused, 50); // neither accepts everything
     EXPECT_EQ(Validate(), D3D_OK);
 }
 
@@ -89,10 +86,7 @@ TEST_F(ValidateDeviceTest, AVertexFormatThatCannotBeDrawnIsRefused)
     EXPECT_EQ(Validate(), D3D_OK);
 }
 
-TEST_F(ValidateDeviceTest, TheAnswerNeedsAPlaceAndCanBeOrdered)
+TEST_F(ValidateDeviceTest, ItNeedsAnOutputPointer)
 {
     EXPECT_EQ(device->ValidateDevice(nullptr), D3DERR_INVALIDCALL);
-    DWORD passes = 0;
-    FailNextCall("ValidateDevice", D3DERR_CONFLICTINGRENDERSTATE);
-    EXPECT_EQ(device->ValidateDevice(&passes), D3DERR_CONFLICTINGRENDERSTATE);
 }

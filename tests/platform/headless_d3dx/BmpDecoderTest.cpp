@@ -7,17 +7,17 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
-const std::uint32_t kRedPixel = 0xFFFF0000;
-const std::uint32_t kGreenPixel = 0xFF00FF00;
+const uint32_t kRedPixel = 0xFFFF0000;
+const uint32_t kGreenPixel = 0xFF00FF00;
 
 std::string RedAndGreen()
 {
     return Bytes({0, 0, 255, 0, 0, 255, 0, 0});
 }
 
-std::string Masks(std::uint32_t red, std::uint32_t green, std::uint32_t blue)
+std::string Masks(uint32_t red, uint32_t green, uint32_t blue)
 {
     return U32(red) + U32(green) + U32(blue);
 }
@@ -91,7 +91,7 @@ TEST(BmpDecoder, ReadsTheOldHeader)
     const std::string file = "BM" + U32(0) + U32(0) + U32(26 + 6) + U32(12) + U16(2) + U16(1) +
                              U16(1) + U16(1) + Bytes({0, 0, 255, 0, 255, 0}) +
                              Bytes({0x40, 0, 0, 0});
-    // The palette of two entries of 3 bytes ends at 32.
+    // The palette of two 3-byte entries ends at 32.
     EXPECT_EQ(DecodedPixels(file), (Pixels{kRedPixel, kGreenPixel}));
 }
 
@@ -175,7 +175,7 @@ TEST(BmpDecoder, RefusesHeadersThatMakeNoSense)
 
 TEST(BmpDecoder, RefusesPixelsThatBeginOutsideTheFile)
 {
-    for (const std::uint32_t offset : {0u, 13u, 59u, 0xFFFFFFFFu}) {
+    for (const uint32_t offset : {0u, 13u, 59u, 0xFFFFFFFFu}) {
         std::string file = BmpFile({1, 1, 24, Bytes({1, 2, 3, 0})});
         file.replace(10, 4, U32(offset));
         EXPECT_TRUE(IsRefused(file)) << offset;

@@ -7,10 +7,10 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
-DdsParts Masked(unsigned flags, unsigned bits, std::uint32_t red, std::uint32_t green,
-                std::uint32_t blue, std::uint32_t alpha, const std::string& pixels)
+DdsParts Masked(unsigned flags, unsigned bits, uint32_t red, uint32_t green, uint32_t blue,
+                uint32_t alpha, const std::string& pixels)
 {
     DdsParts parts = {1, 1, pixels};
     parts.formatFlags = flags;
@@ -29,7 +29,7 @@ DdsParts Blocks(const char* fourCC, unsigned width, unsigned height, const std::
     return parts;
 }
 
-std::string Patched(std::string file, std::size_t offset, std::uint32_t value)
+std::string Patched(std::string file, size_t offset, uint32_t value)
 {
     return file.replace(offset, 4, U32(value));
 }
@@ -43,7 +43,7 @@ TEST(DdsDecoder, ReadsEveryLayout)
         const char* what;
         DdsParts parts;
         D3DFORMAT expected;
-        std::uint32_t pixel;
+        uint32_t pixel;
     } cases[] = {
         {"R8G8B8", Masked(kDdsColour, 24, 0xFF0000, 0xFF00, 0xFF, 0, Bytes({1, 2, 3})),
          D3DFMT_R8G8B8, 0xFF030201},
@@ -68,7 +68,7 @@ TEST(DdsDecoder, ReadsEveryLayout)
         {"A8L8", Masked(kDdsGrey | kDdsAlpha, 16, 0xFF, 0, 0, 0xFF00, Bytes({9, 8})), D3DFMT_A8L8,
          0x08090909},
         {"A8", Masked(0x2, 8, 0, 0, 0, 0xFF, Bytes({9})), D3DFMT_A8, 0x09000000},
-        // U is 127 of 127, V is negative and shows as 0.
+        // U is 127 of 127; V is negative and becomes 0.
         {"V8U8", Masked(kDdsSigned, 16, 0xFF, 0xFF00, 0, 0, Bytes({0x7F, 0x81})), D3DFMT_V8U8,
          0xFFFF00FF},
     };
@@ -80,7 +80,8 @@ TEST(DdsDecoder, ReadsEveryLayout)
 
 TEST(DdsDecoder, ReadsEveryKindOfBlock)
 {
-    // All codes 0: the first end point, red. Alpha: half of 15 is 8 * 17 = 0x88; 0x40 as it is.
+    // All codes are 0: the first end point, red. Alpha: half of 15 is 8 * 17 = 0x88; 0x40 is
+    // unchanged.
     const std::string red = ColourBlock(0xF800, 0, 0);
     const std::string explicitAlpha = Repeated(8, 0x88);
     const std::string interpolated = Bytes({0x40, 0x20, 0, 0, 0, 0, 0, 0});
@@ -88,7 +89,7 @@ TEST(DdsDecoder, ReadsEveryKindOfBlock)
         const char* fourCC;
         std::string block;
         D3DFORMAT format;
-        std::uint32_t pixel;
+        uint32_t pixel;
     } cases[] = {
         {"DXT1", red, D3DFMT_DXT1, 0xFFFF0000},
         {"DXT2", explicitAlpha + red, D3DFMT_DXT2, 0x88FF0000},
@@ -103,7 +104,7 @@ TEST(DdsDecoder, ReadsEveryKindOfBlock)
     }
 }
 
-TEST(DdsDecoder, PlacesTheLevelsOneBehindTheOther)
+TEST(DdsDecoder, PlacesTheLevelsOneAfterAnother)
 {
     // 6 by 2 pixels, then 3 by 1 and 1 by 1, of one byte each.
     DdsParts parts = Masked(kDdsGrey, 8, 0xFF, 0, 0, 0, Repeated(16, 1));
@@ -116,18 +117,18 @@ TEST(DdsDecoder, PlacesTheLevelsOneBehindTheOther)
     ASSERT_EQ(image.info.MipLevels, 3u);
     static const struct {
         UINT width, height;
-        std::size_t offset;
+        size_t offset;
     } expected[] = {{6, 2, 128}, {3, 1, 140}, {1, 1, 143}};
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(image.levels[i].width, expected[i].width) << i;
         EXPECT_EQ(image.levels[i].height, expected[i].height) << i;
         EXPECT_EQ(image.levels[i].bits - AsFile(file).data(),
-                  static_cast<std::ptrdiff_t>(expected[i].offset))
+                  static_cast<ptrdiff_t>(expected[i].offset))
             << i;
     }
 }
 
-TEST(DdsDecoder, TellsCubesAndVolumes)
+TEST(DdsDecoder, ReportsCubesAndVolumes)
 {
     D3DXIMAGE_INFO info = {};
     DdsParts cube = ArgbDds(1, 1, Repeated(24, 7));
@@ -154,7 +155,7 @@ TEST(DdsDecoder, TellsCubesAndVolumes)
 TEST(DdsDecoder, ThePitchOfTheHeaderIsNotUsed)
 {
     const std::string file = DdsFile(ArgbDds(1, 1, Bytes({1, 2, 3, 4})));
-    for (const std::uint32_t pitch : {1u, 1000000u, 0xFFFFFFFFu})
+    for (const uint32_t pitch : {1u, 1000000u, 0xFFFFFFFFu})
         EXPECT_EQ(DecodedPixels(Patched(file, 20, pitch)), Pixels{0x04030201}) << pitch;
 }
 
@@ -164,8 +165,8 @@ TEST(DdsDecoder, RefusesHeadersThatLie)
     ASSERT_FALSE(IsRefused(good));
     static const struct {
         const char* what;
-        std::size_t offset;
-        std::uint32_t value;
+        size_t offset;
+        uint32_t value;
     } cases[] = {
         {"header size", 4, 123},
         {"no height", 12, 0},

@@ -4,7 +4,7 @@
 
 using namespace headless;
 
-std::vector<std::uint32_t> DecodedPixels(const std::string& bytes, HRESULT* resultOut)
+std::vector<uint32_t> DecodedPixels(const std::string& bytes, HRESULT* resultOut)
 {
     DecodedImage image;
     const HRESULT result = DecodeImage(AsFile(bytes), image);
@@ -13,7 +13,7 @@ std::vector<std::uint32_t> DecodedPixels(const std::string& bytes, HRESULT* resu
     if (FAILED(result))
         return {};
 
-    std::vector<std::uint32_t> pixels(std::size_t{image.info.Width} * image.info.Height);
+    std::vector<uint32_t> pixels(size_t{image.info.Width} * image.info.Height);
     UnpackImage(*FindPixelFormat(image.format), image.info.Width, image.info.Height,
                 image.levels[0].bits, image.levels[0].pitchBytes, pixels.data());
     return pixels;

@@ -1,4 +1,4 @@
-// What holds for every kind of image file, above all for damaged ones.
+// Rules for every kind of image file, especially damaged ones.
 
 #include "platform/headless/d3dx/ImageCodec.h"
 
@@ -17,7 +17,7 @@ using namespace headless;
 
 namespace {
 
-// The files of all hosts and those that only this one reads.
+// The files that all hosts read and those that only this one reads.
 std::vector<SampleImage> AllSamples()
 {
     std::vector<SampleImage> samples = SampleImages();
@@ -52,8 +52,9 @@ std::vector<SampleImage> AllSamples()
     return samples;
 }
 
-// Whatever a damaged file is taken for, it is one thing: what the header alone promises is what comes with the
-// pixels, and each of them lies in the file or in memory that was made for it.
+// However a damaged file is interpreted, the result must be consistent: reading the header alone
+// reports the same info as reading the pixels, and all levels lie in the file or in memory
+// allocated for them.
 void ExpectOneAnswer(const std::string& bytes, const std::string& what)
 {
     D3DXIMAGE_INFO info = {};
@@ -79,22 +80,22 @@ void ExpectOneAnswer(const std::string& bytes, const std::string& what)
         level.bits >= file.data() &&
         level.bits + ImageBytes(*format, level.width, level.height) <= file.data() + file.size();
     EXPECT_TRUE(image.memory || isInFile) << what;
-    const std::vector<std::uint32_t> pixels = DecodedPixels(bytes);
-    EXPECT_EQ(pixels.size(), std::size_t{info.Width} * info.Height) << what;
+    const std::vector<uint32_t> pixels = DecodedPixels(bytes);
+    EXPECT_EQ(pixels.size(), size_t{info.Width} * info.Height) << what;
     EXPECT_EQ(DecodedPixels(bytes), pixels) << what << "it is the same each time";
 }
 
 } // namespace
 
-// A TGA has no signature, so what is cut from another kind may pass for one; none of these does.
-TEST(ImageCodec, RefusesEveryFileThatIsCutShort)
+// TGA has no signature, so a truncated file of another kind may pass for one; none of these does.
+TEST(ImageCodec, RefusesEveryTruncatedFile)
 {
     for (const SampleImage& sample : AllSamples()) {
         HRESULT result = S_OK;
         DecodedPixels(sample.file, &result);
         ASSERT_EQ(result, D3D_OK) << sample.what;
-        for (std::size_t size = 0; size < sample.file.size(); ++size) {
-            // The runs of this one fill the picture before their end mark, which may be missing.
+        for (size_t size = 0; size < sample.file.size(); ++size) {
+            // The runs of this sample fill the picture before the end mark, which may be missing.
             if (std::string(sample.what) == "BMP, runs" && size + 2 >= sample.file.size())
                 continue;
             DecodedPixels(sample.file.substr(0, size), &result);
@@ -106,34 +107,33 @@ TEST(ImageCodec, RefusesEveryFileThatIsCutShort)
 TEST(ImageCodec, HeaderAndPixelsAgreeWhateverByteIsChanged)
 {
     for (const SampleImage& sample : AllSamples()) {
-        for (std::size_t at = 0; at < sample.file.size(); ++at) {
+        for (size_t at = 0; at < sample.file.size(); ++at) {
             for (const unsigned value : {0x00u, 0x01u, 0x7Fu, 0x80u, 0xFFu}) {
                 std::string damaged = sample.file;
-                damaged[at] = static_cast<char>(static_cast<std::uint8_t>(value));
+                damaged[at] = static_cast<char>(static_cast<uint8_t>(value));
                 ExpectOneAnswer(damaged, sample.what + (", byte " + std::to_string(at)) + ": ");
             }
         }
     }
 }
 
-// Pixels that are stored as they are, the last ones of their files: each byte belongs to one of them.
-TEST(ImageCodec, ChangedByteOfAPixelChangesThatChannelAlone)
+// Uncompressed pixels at the end of their files: each byte belongs to one of them.
+TEST(ImageCodec, ChangedByteOfAPixelChangesOnlyThatChannel)
 {
     static const struct {
         const char* what;
-        std::string file; ///< two pixels, 01 02 03 and 04 05 06 in the order of the file
-        int shifts[3];    ///< where the three bytes of a pixel go to
+        std::string file; ///< two pixels, 01 02 03 and 04 05 06 in file order
+        int shifts[3];    ///< where each of the three bytes of a pixel goes
     } cases[] = {
         {"PPM: red, green, blue", "P6 2 1 255\n" + Bytes({1, 2, 3, 4, 5, 6}), {16, 8, 0}},
         {"TGA: blue, green, red", TgaFile({2, 2, 1, 24, Bytes({1, 2, 3, 4, 5, 6})}), {0, 8, 16}},
     };
     for (const auto& c : cases) {
-        const std::size_t start = c.file.size() - 6;
-        for (std::size_t i = 0; i < 6; ++i) {
-            std::vector<std::uint32_t> expected(2, 0xFF000000);
-            for (std::size_t j = 0; j < 6; ++j)
-                expected[j / 3] |= static_cast<std::uint32_t>(j == i ? 0x7F : j + 1)
-                                   << c.shifts[j % 3];
+        const size_t start = c.file.size() - 6;
+        for (size_t i = 0; i < 6; ++i) {
+            std::vector<uint32_t> expected(2, 0xFF000000);
+            for (size_t j = 0; j < 6; ++j)
+                expected[j / 3] |= static_cast<uint32_t>(j == i ? 0x7F : j + 1) << c.shifts[j % 3];
             std::string changed = c.file;
             changed[start + i] = 0x7F;
             EXPECT_EQ(DecodedPixels(changed), expected) << c.what << ", byte " << i;
@@ -141,10 +141,10 @@ TEST(ImageCodec, ChangedByteOfAPixelChangesThatChannelAlone)
     }
 }
 
-TEST(ImageCodec, IgnoresBytesBehindThePicture)
+TEST(ImageCodec, IgnoresBytesAfterThePicture)
 {
     for (const SampleImage& sample : AllSamples()) {
-        const std::vector<std::uint32_t> expected = DecodedPixels(sample.file);
+        const std::vector<uint32_t> expected = DecodedPixels(sample.file);
         EXPECT_EQ(DecodedPixels(sample.file + "and more"), expected) << sample.what;
     }
 }
@@ -157,7 +157,7 @@ TEST(ImageCodec, ReportsColourOf24BitsAsX8R8G8B8)
     EXPECT_EQ(ReportedFormat(BmpFile({1, 1, 24, Bytes({1, 2, 3, 0})})), D3DFMT_X8R8G8B8);
 }
 
-TEST(ImageCodec, RefusesBytesOfNoKind)
+TEST(ImageCodec, RefusesBytesOfUnknownKind)
 {
     EXPECT_TRUE(IsRefused(""));
     EXPECT_TRUE(IsRefused("G"));
@@ -180,13 +180,13 @@ TEST(ImageFileBytes, ReadsAWholeFile)
                                                                                  6));
 }
 
-TEST(ImageFileBytes, RefusesWhatIsNoFileOrTooLarge)
+TEST(ImageFileBytes, RefusesWhatIsNotAFileOrTooLarge)
 {
     const ScratchDirectory scratch;
     scratch.Write("empty", "");
     scratch.Write("huge", "x");
     std::filesystem::create_directory("folder");
-    std::filesystem::resize_file("huge", (1ull << 30) + 1); // sparse: takes no room
+    std::filesystem::resize_file("huge", (1ull << 30) + 1); // sparse: uses no disk space
     for (const char* name : {"empty", "huge", "folder", "missing", ""}) {
         ImageFileBytes file;
         EXPECT_EQ(file.Read(name), D3DXERR_INVALIDDATA) << name;

@@ -7,13 +7,13 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
-// Replaces the first occurrence of a marker's segment head and what follows.
-std::string WithBytesAt(std::string file, const std::string& marker, std::size_t offset,
+// Overwrites bytes at `offset` from the first occurrence of `marker`.
+std::string WithBytesAt(std::string file, const std::string& marker, size_t offset,
                         const std::string& bytes)
 {
-    const std::size_t at = file.find(marker);
+    const size_t at = file.find(marker);
     EXPECT_NE(at, std::string::npos);
     return file.replace(at + offset, bytes.size(), bytes);
 }
@@ -43,7 +43,7 @@ TEST(JpegDecoder, RefusesFourComponents)
 
 TEST(JpegDecoder, RefusesSidesOutOfRange)
 {
-    // Height and width stand 5 bytes behind the marker, the high byte first.
+    // Height and width are 5 bytes after the marker, high byte first.
     const std::string file = JpegFile({8, 8, {64}});
     EXPECT_TRUE(IsRefused(WithBytesAt(file, kFrame, 5, Bytes({0, 0, 0, 8}))));
     EXPECT_TRUE(IsRefused(WithBytesAt(file, kFrame, 5, Bytes({0, 8, 0, 0}))));
@@ -62,9 +62,9 @@ TEST(JpegDecoder, RefusesMoreBlocksThanTheFileHolds)
 
 TEST(JpegDecoder, RefusesAFileThatRepeatsItsScans)
 {
-    // A progressive file may go over its picture again and again; this one does so 1000 times.
+    // A progressive file may repeat its scans; this one does so 1000 times.
     const std::string file = JpegFile({8, 8, {64}, true});
-    const std::size_t scan = file.find("\xFF\xDA");
+    const size_t scan = file.find("\xFF\xDA");
     const std::string once = file.substr(scan, file.size() - 2 - scan);
     std::string bomb = file.substr(0, scan);
     for (int i = 0; i < 1000; ++i)

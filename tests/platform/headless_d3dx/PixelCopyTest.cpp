@@ -10,7 +10,7 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 template <typename Word>
 PixelSource Source(D3DFORMAT format, UINT width, const std::vector<Word>& words)
@@ -30,7 +30,7 @@ PixelTarget Target(D3DFORMAT format, UINT width, std::vector<Word>& words)
 
 TEST(PixelCopy, KeepsTheBytesWhereNothingChanges)
 {
-    // Unused bits are not touched, which a conversion would do.
+    // Unused bits stay unchanged; a conversion would set them.
     const Pixels from = {0x12345678, 0x00FFFFFF};
     Pixels to(2);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_X8R8G8B8, 2, to), Source(D3DFMT_X8R8G8B8, 2, from),
@@ -64,7 +64,7 @@ TEST(PixelCopy, ColourKeyBecomesTransparentBlack)
 
 TEST(PixelCopy, ColourKeyWorksBeforeScaling)
 {
-    // Half of the area is cut out: the mean of transparent black and opaque white.
+    // Half of the area is keyed: the mean of transparent black and opaque white.
     const Pixels from = {0xFFFF00FF, 0xFFFFFFFF};
     Pixels to(1);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_A8R8G8B8, 1, to), Source(D3DFMT_A8R8G8B8, 2, from),
@@ -76,8 +76,8 @@ TEST(PixelCopy, ColourKeyWorksBeforeScaling)
 TEST(PixelCopy, SignedPixelsAreScaledAroundTheirZero)
 {
     // U: -64 and 64 have the mean 0; V: 10 and 20 the mean 15.
-    const std::vector<std::uint16_t> from = {0x0AC0, 0x1440};
-    std::vector<std::uint16_t> to(1);
+    const std::vector<uint16_t> from = {0x0AC0, 0x1440};
+    std::vector<uint16_t> to(1);
     ASSERT_EQ(
         CopyPixels(Target(D3DFMT_V8U8, 1, to), Source(D3DFMT_V8U8, 2, from), D3DX_FILTER_BOX, 0),
         D3D_OK);
@@ -86,18 +86,18 @@ TEST(PixelCopy, SignedPixelsAreScaledAroundTheirZero)
 
 TEST(PixelCopy, LargePicturesAreStoredLikeSmallOnes)
 {
-    // 128 by 64 pixels go another way than 16 by 1; every channel takes all its values.
+    // 128 by 64 pixels use other code than 16 by 1; every channel takes all its values.
     Pixels from(128 * 64);
-    for (std::uint32_t i = 0; i < from.size(); ++i)
+    for (uint32_t i = 0; i < from.size(); ++i)
         from[i] = i * 0x01234567u;
     for (const D3DFORMAT format :
          {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5, D3DFMT_X1R5G5B5, D3DFMT_A4R4G4B4, D3DFMT_X4R4G4B4}) {
-        std::vector<std::uint16_t> large(from.size());
+        std::vector<uint16_t> large(from.size());
         ASSERT_EQ(CopyPixels(Target(format, 128, large), Source(D3DFMT_A8R8G8B8, 128, from),
                              D3DX_FILTER_NONE, 0),
                   D3D_OK);
-        for (std::size_t i = 0; i < from.size(); ++i) {
-            std::uint16_t word = 0;
+        for (size_t i = 0; i < from.size(); ++i) {
+            uint16_t word = 0;
             PackArgb(*FindPixelFormat(format), from[i], &word);
             ASSERT_EQ(large[i], word) << FormatName(format) << std::hex << ", " << from[i];
         }
@@ -106,16 +106,16 @@ TEST(PixelCopy, LargePicturesAreStoredLikeSmallOnes)
 
 TEST(PixelCopy, LargePicturesAreReadLikeSmallOnes)
 {
-    // Every word of 16 bits four times, and by itself.
-    std::vector<std::uint16_t> from(512 * 512);
-    for (std::size_t i = 0; i < from.size(); ++i)
-        from[i] = static_cast<std::uint16_t>(i);
+    // All 16-bit words, four times, and one at a time.
+    std::vector<uint16_t> from(512 * 512);
+    for (size_t i = 0; i < from.size(); ++i)
+        from[i] = static_cast<uint16_t>(i);
     for (const D3DFORMAT format : {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5, D3DFMT_A4R4G4B4}) {
         Pixels large(from.size());
         ASSERT_EQ(CopyPixels(Target(D3DFMT_A8R8G8B8, 512, large), Source(format, 512, from),
                              D3DX_FILTER_NONE, 0),
                   D3D_OK);
-        for (std::size_t i = 0; i < from.size(); ++i)
+        for (size_t i = 0; i < from.size(); ++i)
             ASSERT_EQ(large[i], UnpackArgb(*FindPixelFormat(format), &from[i]))
                 << FormatName(format) << std::hex << ", " << from[i];
     }
@@ -136,19 +136,20 @@ TEST(PixelCopy, HalvesAnyOrderOfChannelsAndAnyPitch)
 
 TEST(PixelCopy, DitherSpreadsTheErrorOfFewerBits)
 {
-    // 4 of 255 is 0.486 of 31 steps: about half of the pixels of a 4 by 4 square show step 1.
+    // 4 of 255 is 0.486 of 31 steps: about half of the pixels of a 4 by 4 square are rounded up to
+    // 1.
     const Pixels from(16, 0xFF000004);
-    std::vector<std::uint16_t> plain(16);
-    std::vector<std::uint16_t> dithered(16);
+    std::vector<uint16_t> plain(16);
+    std::vector<uint16_t> dithered(16);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_R5G6B5, 4, plain), Source(D3DFMT_A8R8G8B8, 4, from),
                          D3DX_FILTER_NONE, 0),
               D3D_OK);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_R5G6B5, 4, dithered), Source(D3DFMT_A8R8G8B8, 4, from),
                          D3DX_FILTER_NONE | D3DX_FILTER_DITHER, 0),
               D3D_OK);
-    EXPECT_EQ(plain, std::vector<std::uint16_t>(16, 0));
+    EXPECT_EQ(plain, std::vector<uint16_t>(16, 0));
     int ones = 0;
-    for (const std::uint16_t word : dithered) {
+    for (const uint16_t word : dithered) {
         EXPECT_LE(word, 1);
         ones += word;
     }
@@ -158,7 +159,7 @@ TEST(PixelCopy, DitherSpreadsTheErrorOfFewerBits)
 TEST(PixelCopy, DitherLeavesExactColoursAlone)
 {
     const Pixels from = {0xFFFFFFFF, 0xFF000000};
-    std::vector<std::uint16_t> to(2);
+    std::vector<uint16_t> to(2);
     ASSERT_EQ(CopyPixels(Target(D3DFMT_R5G6B5, 2, to), Source(D3DFMT_A8R8G8B8, 2, from),
                          D3DX_FILTER_NONE | D3DX_FILTER_DITHER, 0),
               D3D_OK);

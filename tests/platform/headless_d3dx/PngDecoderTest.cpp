@@ -7,7 +7,7 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 const char kThreeColours[] = "\xFF\x00\x00\x00\xFF\x00\x00\x00\xFF"; // red, green, blue
 
@@ -16,11 +16,11 @@ std::string Palette()
     return PngChunk("PLTE", std::string(kThreeColours, 9));
 }
 
-// A header alone that promises `width` by `height` pixels.
+// Only a header, which declares `width` by `height` pixels.
 std::string Promise(unsigned width, unsigned height)
 {
     PngParts parts = {width, height, 8, PngColour::Rgba, ""};
-    parts.interlaced = true; // takes the missing rows as they are
+    parts.interlaced = true; // writes `rows` unchanged, so none are needed
     return PngFile(parts);
 }
 
@@ -98,7 +98,7 @@ TEST(PngDecoder, ReadsEveryKindOfPixel)
 
 TEST(PngDecoder, ReadsInterlacedFiles)
 {
-    // Of 2 by 2 pixels the first pass holds the top left one, the sixth the one to its right, the
+    // Of 2 by 2 pixels the first pass has the top left one, the sixth the one to its right, the
     // seventh the lower row; each row begins with its filter byte.
     PngParts parts = {2, 2, 8, PngColour::Grey, Bytes({0, 1, 0, 2, 0, 3, 4})};
     parts.interlaced = true;
@@ -142,7 +142,7 @@ TEST(PngDecoder, RefusesAWrongChecksum)
 TEST(PngDecoder, RefusesMissingRows)
 {
     PngParts parts = {1, 2, 8, PngColour::Grey, Bytes({0, 7})};
-    parts.interlaced = true; // its rows are taken as they are, and one is missing
+    parts.interlaced = true; // writes `rows` unchanged, and one is missing
     HRESULT result = S_OK;
     DecodedPixels(PngFile(parts), &result);
     EXPECT_EQ(result, D3DXERR_INVALIDDATA);

@@ -12,11 +12,11 @@ using namespace headless;
 
 namespace {
 
-const std::uint32_t kPixels[] = {0x80010203, 0xFF040506, 0x00070809, 0xFFFFFFFF, 0, 0xFF000000};
+const uint32_t kPixels[] = {0x80010203, 0xFF040506, 0x00070809, 0xFFFFFFFF, 0, 0xFF000000};
 
-std::size_t FileCount()
+size_t FileCount()
 {
-    std::size_t count = 0;
+    size_t count = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("."))
         ++count;
     return count;
@@ -30,7 +30,7 @@ TEST(PngWriter, WritesWhatTheDecoderReads)
     std::string error;
     ASSERT_TRUE(WritePngFile("a.png", 3, 2, kPixels, true, error)) << error;
     EXPECT_EQ(DecodedPixels(scratch.Read("a.png")),
-              std::vector<std::uint32_t>(std::begin(kPixels), std::end(kPixels)));
+              std::vector<uint32_t>(std::begin(kPixels), std::end(kPixels)));
 }
 
 TEST(PngWriter, LeavesTheAlphaOutWhenAsked)
@@ -39,7 +39,7 @@ TEST(PngWriter, LeavesTheAlphaOutWhenAsked)
     std::string error;
     ASSERT_TRUE(WritePngFile("a.png", 1, 1, kPixels, false, error)) << error;
     EXPECT_EQ(ReportedFormat(scratch.Read("a.png")), D3DFMT_X8R8G8B8);
-    EXPECT_EQ(DecodedPixels(scratch.Read("a.png")), std::vector<std::uint32_t>{0xFF010203});
+    EXPECT_EQ(DecodedPixels(scratch.Read("a.png")), std::vector<uint32_t>{0xFF010203});
 }
 
 TEST(PngWriter, EqualPicturesAreEqualFiles)
@@ -52,7 +52,7 @@ TEST(PngWriter, EqualPicturesAreEqualFiles)
     EXPECT_EQ(FileCount(), 2u) << "no temporary file stays behind";
 }
 
-TEST(PngWriter, RefusesWhatIsNoPicture)
+TEST(PngWriter, RefusesWhatIsNotAPicture)
 {
     const ScratchDirectory scratch;
     const std::pair<int, int> sizes[] = {{0, 1}, {1, 0}, {-1, 1}, {16385, 1}, {1, 16385}};
@@ -73,7 +73,7 @@ TEST(PngWriter, KeepsTheOldFileWhenItFails)
     EXPECT_FALSE(WritePngFile("no/such/folder/a.png", 1, 1, kPixels, true, error));
     EXPECT_FALSE(error.empty());
 
-    std::filesystem::create_directory("taken.png"); // cannot be replaced by a file
+    std::filesystem::create_directory("taken.png"); // a file cannot replace it
     error.clear();
     EXPECT_FALSE(WritePngFile("taken.png", 1, 1, kPixels, true, error));
     EXPECT_EQ(error, "the file cannot be written or renamed");
@@ -108,9 +108,9 @@ TEST(TemporaryFile, LeavesNothingWithoutACommit)
     EXPECT_EQ(FileCount(), 1u);
 }
 
-TEST(TemporaryFile, TellsAFullDisk)
+TEST(TemporaryFile, ReportsAFullDisk)
 {
-    // Everything written to this device is refused for want of room, at the flush at the latest.
+    // This device refuses all output for lack of space, at the latest when flushed.
     if (!std::filesystem::exists("/dev/full"))
         GTEST_SKIP() << "this machine has no full device";
     const ScratchDirectory scratch;

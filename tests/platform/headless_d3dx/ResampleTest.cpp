@@ -7,20 +7,20 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 // Grey pixels of the given values, opaque.
-Pixels Greys(std::initializer_list<std::uint32_t> values)
+Pixels Greys(std::initializer_list<uint32_t> values)
 {
     Pixels pixels;
-    for (const std::uint32_t value : values)
+    for (const uint32_t value : values)
         pixels.push_back(0xFF000000 | value * 0x10101);
     return pixels;
 }
 
 Pixels Scaled(const Pixels& source, UINT width, DWORD filter, UINT targetWidth, UINT targetHeight)
 {
-    Pixels target(std::size_t{targetWidth} * targetHeight, 0xDEADBEEF);
+    Pixels target(size_t{targetWidth} * targetHeight, 0xDEADBEEF);
     EXPECT_TRUE(ResampleArgb(source.data(), width, static_cast<UINT>(source.size()) / width, filter,
                              targetWidth, targetHeight, target.data()));
     return target;
@@ -67,8 +67,8 @@ TEST(Resample, BoxTakesEachChannelByItself)
 
 TEST(Resample, LinearMixesTheNeighbours)
 {
-    // 2 to 4 pixels: centres at -0.25, 0.25, 0.75, 1.25. Beyond the border lies the other side:
-    // 0.75 * 0 + 0.25 * 100 = 25 at both ends.
+    // 2 to 4 pixels: centres at -0.25, 0.25, 0.75, 1.25. Past the edge the picture repeats: 0.75 *
+    // 0 + 0.25 * 100 = 25 at both ends.
     EXPECT_EQ(Scaled(Greys({0, 100}), 2, D3DX_FILTER_LINEAR, 4, 1), Greys({25, 25, 75, 75}));
 }
 
@@ -82,7 +82,7 @@ TEST(Resample, MirrorKeepsTheBorder)
 
 TEST(Resample, TriangleCountsEachPixelEqually)
 {
-    // 4 to 2: the centre of the first lies at 0.5, weights fall to 0 at a distance of 2: pixels -1
+    // 4 to 2: the centre of the first is at 0.5, weights fall to 0 at a distance of 2: pixels -1
     // (the last one), 0, 1, 2 weigh 1, 3, 3, 1 eighths.
     EXPECT_EQ(Scaled(Greys({80, 0, 0, 0}), 4, D3DX_FILTER_TRIANGLE, 2, 1), Greys({30, 10}));
     EXPECT_EQ(Scaled(Greys({0, 80, 0, 0}), 4, D3DX_FILTER_TRIANGLE, 2, 1), Greys({30, 10}));

@@ -7,7 +7,7 @@ using namespace headless;
 
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using Pixels = std::vector<uint32_t>;
 
 TgaParts WithPalette(unsigned first, unsigned bits, const std::string& palette, unsigned count,
                      const std::string& indices)
@@ -79,9 +79,9 @@ TEST(TgaDecoder, SkipsTheText)
 
 TEST(TgaDecoder, RunsMayCrossRowsAndOverrunTheEnd)
 {
-    // Two rows of two pixels out of one run of 128.
+    // Two rows of two pixels from one run of 128.
     EXPECT_EQ(DecodedPixels(TgaFile({11, 2, 2, 8, Bytes({0xFF, 9})})), Pixels(4, 0xFF090909));
-    // A run of 3 and a literal of 2 of which one is left over.
+    // A run of 3 and a literal of 2, one more than needed.
     EXPECT_EQ(DecodedPixels(TgaFile({11, 4, 1, 8, Bytes({0x82, 7, 0x01, 1, 2})})),
               (Pixels{0xFF070707, 0xFF070707, 0xFF070707, 0xFF010101}));
 }

@@ -6,29 +6,29 @@
 
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
-/// A device and effects made of texts on it.
+/// A device and effects made from texts on it.
 class EffectTest : public DeviceTest {
 protected:
     /// Fails the test if the text is refused.
     Com<ID3DXEffect> Make(const std::string& text, ID3DXEffectPool* pool = nullptr);
-    /// What the compiler says to a text; "" if it takes it.
+    /// The compiler's message for a text; "" if it accepts it.
     std::string ErrorOf(const std::string& text, const D3DXMACRO* defines = nullptr,
                         ID3DXInclude* include = nullptr);
-    /// What the compiler says to a file; "" if it takes it.
+    /// The compiler's message for a file; "" if it accepts it.
     std::string ErrorOfFile(const char* path);
 
     DWORD Render(D3DRENDERSTATETYPE state);
     DWORD Stage(DWORD stage, D3DTEXTURESTAGESTATETYPE type);
     DWORD Sampler(DWORD sampler, D3DSAMPLERSTATETYPE type);
     D3DMATRIX Transform(D3DTRANSFORMSTATETYPE type);
-    /// The texture at a stage, for comparison alone.
+    /// The texture at a stage, only for comparison.
     IDirect3DBaseTexture9* BoundTexture(DWORD stage);
     /// Begins the current technique and its first pass.
     void BeginFirstPass(ID3DXEffect* effect, DWORD flags = 0);
     void EndPassAndEffect(ID3DXEffect* effect);
 };
 
-/// A value of a parameter, found by name. Fails the test where the parameter does not fit.
+/// A value of a parameter, found by name. Fails the test if the parameter does not fit.
 float FloatOf(ID3DXEffect* effect, const char* name);
 int IntOf(ID3DXEffect* effect, const char* name);
 std::string StringOf(ID3DXEffect* effect, const char* name);

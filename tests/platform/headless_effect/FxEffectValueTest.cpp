@@ -128,7 +128,7 @@ TEST_F(FxEffectValueTest, MatricesKeepTheirRows)
     EXPECT_EQ(back[0]._32, 5.0f);
 }
 
-TEST_F(FxEffectValueTest, NumbersInARowGoAsFarAsBothSidesReach)
+TEST_F(FxEffectValueTest, ArraysAreCopiedAsFarAsBothSidesReach)
 {
     const Com<ID3DXEffect> effect = Make(kAllTypes);
     const float five[] = {7, 8, 9, 10, 11};

@@ -1,8 +1,8 @@
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/support/ScratchDirectory.h"
 
-// Bad texts and the places of their errors. A column is counted by hand in each text: it is that of the
-// word that the error is about, from 1.
+// Invalid texts and the places of their errors. The columns are counted by hand, from 1: each is
+// that of the word that the error is about.
 
 namespace {
 
@@ -252,7 +252,7 @@ TEST_F(FxErrorTest, EveryCutTextIsAnEffectOrAStatedError)
         "float f(float x) { return x; }\ntechnique q { pass p < int k = 2; > { CullMode = NONE;"
         " Sampler[0] = <s>; PixelShader = compile ps_2_0 f(); Ambient = a * 0.5 + a.wzyx; } }";
     EXPECT_EQ(ErrorOf(text), "");
-    for (std::size_t length = 0; length < text.size(); ++length) {
+    for (size_t length = 0; length < text.size(); ++length) {
         const std::string error = ErrorOf(text.substr(0, length));
         if (!error.empty()) {
             EXPECT_EQ(error.compare(0, 7, "memory("), 0) << error;
@@ -275,7 +275,7 @@ TEST_F(FxErrorTest, ALineDirectiveMovesThePlaces)
     EXPECT_EQ(ErrorOf("#line 100 \"other.fx\"\n\n bad a;").substr(0, 17), "other.fx(101,2): ");
 }
 
-// A file with such a byte is no text; one that it includes may hold it.
+// A file with a zero byte is not a text; a file that it includes may contain one.
 TEST_F(FxErrorTest, NoByteOfAFileEndsTheTextEarly)
 {
     const ScratchDirectory folder;
@@ -288,7 +288,7 @@ TEST_F(FxErrorTest, NoByteOfAFileEndsTheTextEarly)
 
 TEST_F(FxErrorTest, AContinuedLineKeepsThePlacesOfTheFile)
 {
-    // The backslash stands on line 1; "bad" begins line 2 at column 3.
+    // The backslash is on line 1; "bad" begins at column 3 of line 2.
     EXPECT_EQ(ErrorOf("float a; \\\n  bad b;").substr(0, 13), "memory(2,3): ");
     EXPECT_EQ(ErrorOf("\\\nbad b;").substr(0, 13), "memory(2,1): ");
 }
@@ -317,7 +317,7 @@ TEST_F(FxErrorTest, NullPointersAreRefused)
     EXPECT_EQ(D3DXCreateEffectFromFileA(device.Get(), nullptr, nullptr, nullptr, 0, nullptr,
                                         effect.Out(), nullptr),
               D3DERR_INVALIDCALL);
-    // Without a place for the text an error is a result alone.
+    // Without `errorsOut` an error is only a result code.
     EXPECT_EQ(D3DXCreateEffect(device.Get(), "bad", 3, nullptr, nullptr, 0, nullptr, effect.Out(),
                                nullptr),
               D3DXERR_INVALIDDATA);

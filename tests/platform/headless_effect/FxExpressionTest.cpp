@@ -2,7 +2,7 @@
 
 #include "tests/platform/headless_effect/EffectTest.h"
 
-// Expressions, seen by the initial values that they give.
+// Expressions, checked by the initial values they produce.
 
 namespace {
 
@@ -10,7 +10,7 @@ using FxExpressionTest = EffectTest;
 
 } // namespace
 
-TEST_F(FxExpressionTest, OperatorsFollowTheirRanks)
+TEST_F(FxExpressionTest, OperatorsFollowTheirPrecedence)
 {
     static const struct {
         const char* text;
@@ -49,7 +49,7 @@ TEST_F(FxExpressionTest, OperatorsFollowTheirRanks)
         {"(int)-2.9", -2},
         {"(bool)0.1", 1},
         {"(float)7 / 2", 3.5f},
-        {"(int)1e20", 2147483648.0f}, // stops at 2147483647, which rounds to this float
+        {"(int)1e20", 2147483648.0f}, // saturates at 2147483647, which rounds to this float
         {"float4(1, 2, 3, 4).z", 3},
         {"float4(float2(1, 2), float2(3, 4)).wzyx.x", 4},
         {"float3(1, 2, 3).bgr[0]", 3},

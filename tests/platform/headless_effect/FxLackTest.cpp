@@ -1,4 +1,4 @@
-// What this host lacks: it costs the technique that needs it, and nothing else.
+// An unsupported feature disables the technique that needs it, and nothing else.
 
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/support/ScratchDirectory.h"
@@ -7,18 +7,19 @@
 
 namespace {
 
-/// Effects with a technique "lacks", whose first pass or shader this host cannot read, ahead of "works".
+/// Effects with two techniques: "lacks", whose first pass or shader this host cannot read, then
+/// "works".
 class FxLackTest : public EffectTest {
 protected:
-    /// A text with a pass of `states` behind `declarations`. `MinFilter` stands there so that what
-    /// stands behind a lack is known to be read.
+    /// A text with `declarations` and then a pass of `states`. `MinFilter` is there to show that
+    /// the text after the unsupported part is read.
     static std::string Text(const std::string& declarations, const std::string& states)
     {
         return declarations + "\ntechnique lacks { pass { " + states +
                " ZEnable = FALSE; } pass { MinFilter[1] = LINEAR; } }\n"
                "technique works { pass { CullMode = CW; } }\n";
     }
-    /// Only the second technique of the effect may be drawn.
+    /// Only the second technique of the effect may be drawable.
     void ExpectLack(const std::string& what, const std::string& text)
     {
         const Com<ID3DXEffect> effect = Make(text);
@@ -33,7 +34,7 @@ protected:
         EXPECT_EQ(Render(D3DRS_CULLMODE), static_cast<DWORD>(D3DCULL_CW)) << what;
         EndPassAndEffect(effect.Get());
     }
-    /// What the host writes while a technique is tried.
+    /// The host's output while a technique is validated.
     std::string LineOf(ID3DXEffect* effect, const char* technique)
     {
         testing::internal::CaptureStderr();
@@ -56,7 +57,7 @@ protected:
 
 } // namespace
 
-TEST_F(FxLackTest, AssemblerOfAnyKindCostsItsTechnique)
+TEST_F(FxLackTest, AssemblerDisablesItsTechnique)
 {
     static const struct {
         const char* what;
@@ -90,7 +91,7 @@ TEST_F(FxLackTest, AssemblerOfAnyKindCostsItsTechnique)
     }
 }
 
-TEST_F(FxLackTest, ACompiledFunctionOfAnyKindCostsItsTechnique)
+TEST_F(FxLackTest, ACompiledFunctionDisablesItsTechnique)
 {
     static const char* const kCalls[] = {
         "compile vs_1_1 f()",
@@ -114,7 +115,7 @@ TEST_F(FxLackTest, ACompiledFunctionOfAnyKindCostsItsTechnique)
     }
 }
 
-TEST_F(FxLackTest, AStateThatIsNotModelledCostsItsTechnique)
+TEST_F(FxLackTest, AnUnmodelledStateDisablesItsTechnique)
 {
     static const char* const kStates[] = {
         "StateBlock = <kept>;",
@@ -131,7 +132,7 @@ TEST_F(FxLackTest, AStateThatIsNotModelledCostsItsTechnique)
         ExpectLack(state, Text("", state));
 }
 
-TEST_F(FxLackTest, AParameterOfATypeThatIsNotModelledCostsWhoUsesIt)
+TEST_F(FxLackTest, AnUnmodelledTypeDisablesTheTechniquesThatUseIt)
 {
     static const struct {
         const char* what;
@@ -166,8 +167,8 @@ TEST_F(FxLackTest, AParameterOfATypeThatIsNotModelledCostsWhoUsesIt)
     }
 }
 
-// Each value is looked through once, and not for each name of a declaration again.
-TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadInNoTime)
+// Each value is scanned once, not again for each name of a declaration.
+TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadQuickly)
 {
     std::string text = "float y[1][1], x0 = 1";
     for (int i = 1; i < 60000; ++i)
@@ -175,10 +176,10 @@ TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadInNoTime)
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(ErrorOf(text + ";"), "");
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    EXPECT_LT(seconds.count(), 20.0); // of half a second; 60,000 times 240,000 words take minutes
+    EXPECT_LT(seconds.count(), 20.0); // takes 0.5; 60,000 times 240,000 words take minutes
 }
 
-TEST_F(FxLackTest, AnAnnotationOfSuchATypeIsLeftOut)
+TEST_F(FxLackTest, AnAnnotationOfAnUnmodelledTypeIsLeftOut)
 {
     const Com<ID3DXEffect> effect =
         Make("float x < int a[2][2] = { 1, 2, 3, 4 }; int b = 5; > = 1;");
@@ -187,7 +188,7 @@ TEST_F(FxLackTest, AnAnnotationOfSuchATypeIsLeftOut)
     EXPECT_EQ(IntOf(effect.Get(), effect->GetAnnotationByName("x", "b")), 5);
 }
 
-// The last 4 rows are cut or damaged forms of the first.
+// The last four are truncated, damaged or extended forms of the first.
 TEST_F(FxLackTest, ABinaryIsAnEffectWithoutTechniques)
 {
     const std::string compiled("\x01\x09\xFF\xFE\x04\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
@@ -211,11 +212,11 @@ TEST_F(FxLackTest, ABinaryIsAnEffectWithoutTechniques)
     }
 }
 
-TEST_F(FxLackTest, TheHostTellsOnceWhyNothingOfAnEffectCanBeDrawn)
+TEST_F(FxLackTest, TheHostLogsOnceWhyAnEffectCannotBeDrawn)
 {
     const ScratchDirectory folder;
     // The shader's value begins at column 36 of line 2.
-    folder.Write("fx/a.fx", "technique a { }\n"); // nothing is wrong with it
+    folder.Write("fx/a.fx", "technique a { }\n"); // a valid effect
     folder.Write("fx/b.fx", "float x;\ntechnique a { pass { PixelShader = asm { ps.1.1 }; } }\n"
                             "technique b { pass { StencilEnable = TRUE; } }\n");
     std::string line;
@@ -228,7 +229,7 @@ TEST_F(FxLackTest, TheHostTellsOnceWhyNothingOfAnEffectCanBeDrawn)
     EXPECT_EQ(LineOf(bad.Get(), "b"), "");
 }
 
-TEST_F(FxLackTest, ATechniqueToFallBackOnIsNoReasonToTellAnything)
+TEST_F(FxLackTest, AnEffectWithAFallbackTechniqueLogsNothing)
 {
     const Com<ID3DXEffect> effect = Make("technique a { pass { PixelShader = asm { ps.1.1 }; } }\n"
                                          "technique b { pass { StencilEnable = TRUE; } }\n"
@@ -254,7 +255,8 @@ TEST_F(FxLackTest, ATechniqueThatTheDeviceRefusesDoesNotValidate)
         {"ColorOp[0] = 99;", "D3DTSS_COLOROP(99)"},
         {"ColorOp[1] = MODULATE; AlphaOp[1] = 27;", "D3DTSS_ALPHAOP(27)"},
         {"ResultArg[0] = DIFFUSE;", "D3DTSS_RESULTARG(0)"},
-        // Of a sampler only where a stage reads it, as the first one does from the start.
+        // A sampler state counts only if a stage reads the sampler, as the first one does by
+        // default.
         {"SRGBTexture[0] = TRUE;", "D3DSAMP_SRGBTEXTURE(1)"},
         {"AddressU[0] = 6;", "D3DSAMP_ADDRESS(6)"},
         {"TexCoordIndex[0] = 8;", "D3DTSS_TEXCOORDINDEX(8)"},
@@ -276,7 +278,7 @@ TEST_F(FxLackTest, ATechniqueThatTheDeviceRefusesDoesNotValidate)
     }
 }
 
-TEST_F(FxLackTest, AskingTheDeviceLeavesItsStates)
+TEST_F(FxLackTest, ValidationKeepsTheDeviceStates)
 {
     const Com<ID3DXEffect> effect = Make(
         "texture t; technique a { pass { CullMode = NONE; ColorOp[1] = ADD; Texture[1] = <t>;\n"
@@ -296,7 +298,7 @@ TEST_F(FxLackTest, AskingTheDeviceLeavesItsStates)
     EXPECT_EQ(material.Power, 0.0f);
 }
 
-TEST_F(FxLackTest, AnEffectCanBeAskedWhileItIsDrawn)
+TEST_F(FxLackTest, AnEffectCanBeValidatedWhileItIsDrawn)
 {
     const Com<ID3DXEffect> effect =
         Make("technique a { pass { CullMode = NONE; } } technique b { pass { CullMode = CW; } }");
@@ -308,7 +310,7 @@ TEST_F(FxLackTest, AnEffectCanBeAskedWhileItIsDrawn)
     EXPECT_EQ(Render(D3DRS_CULLMODE), static_cast<DWORD>(D3DCULL_CCW));
 }
 
-TEST_F(FxLackTest, TheNextTechniqueThatValidatesIsFoundBehindRefusedOnes)
+TEST_F(FxLackTest, TheNextValidTechniqueIsFoundAfterRefusedOnes)
 {
     const Com<ID3DXEffect> effect = Make("technique a { pass { StencilEnable = TRUE; } }\n"
                                          "technique b { pass { Wrap0 = U; } }\n"
@@ -318,7 +320,7 @@ TEST_F(FxLackTest, TheNextTechniqueThatValidatesIsFoundBehindRefusedOnes)
     EXPECT_EQ(next, effect->GetTechniqueByName("c"));
 }
 
-TEST_F(FxLackTest, AParameterDecidesByTheValueThatItHas)
+TEST_F(FxLackTest, AParametersCurrentValueDecides)
 {
     const Com<ID3DXEffect> effect =
         Make("int mode = 1; technique a { pass { CullMode = <mode>; } }");

@@ -1,11 +1,9 @@
 #include <bit>
 
-#include "platform/headless/d3d9/TestControl.h"
 #include "tests/platform/headless_effect/EffectTest.h"
+#include "tests/support/RecordingDevice.h"
 
-using namespace headless;
-
-// What passes do to the device, read back from it.
+// The effect of passes on the device, read back from it.
 
 namespace {
 
@@ -18,7 +16,7 @@ DWORD BitsOfState(float value)
 
 } // namespace
 
-TEST_F(FxPassStatesTest, RenderStatesArriveInEveryWayOfWriting)
+TEST_F(FxPassStatesTest, RenderStatesArriveInEveryNotation)
 {
     static const struct {
         const char* text;
@@ -170,7 +168,7 @@ TEST_F(FxPassStatesTest, TransformsMaterialAndLightsArriveWhole)
     EXPECT_EQ(fvf, 0u);
 }
 
-TEST_F(FxPassStatesTest, EndPutsBackWhatAnyPassChanged)
+TEST_F(FxPassStatesTest, EndRestoresWhatAnyPassChanged)
 {
     const Com<ID3DXEffect> effect = Make(
         "technique { pass { CullMode = NONE; } pass { Lighting = FALSE; MinFilter[0] = LINEAR; } }");
@@ -189,7 +187,7 @@ TEST_F(FxPassStatesTest, EndPutsBackWhatAnyPassChanged)
     EXPECT_EQ(Render(D3DRS_FOGENABLE), 1u) << "the caller's own change stays";
 }
 
-TEST_F(FxPassStatesTest, NothingIsPutBackThatTheCallerDoesNotWantSaved)
+TEST_F(FxPassStatesTest, StatesExcludedByTheCallerAreNotRestored)
 {
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; MinFilter[0] = LINEAR; } }");
@@ -222,18 +220,20 @@ TEST_F(FxPassStatesTest, ChangesArriveWhenTheyAreCommitted)
     EXPECT_EQ(BoundTexture(0), nullptr);
 }
 
-TEST_F(FxPassStatesTest, AFailureOfTheDeviceIsTold)
+TEST_F(FxPassStatesTest, ADeviceFailureIsReported)
 {
+    RecordingDevice* const failing = RecordingDevice::Wrap(device.Get()).release();
+    *device.Out() = failing; // it holds the other one
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; Lighting = FALSE; } }");
     ASSERT_EQ(effect->Begin(nullptr, 0), D3D_OK);
-    FailNextCall("SetRenderState", D3DERR_DRIVERINTERNALERROR);
+    failing->FailNext("SetRenderState", D3DERR_DRIVERINTERNALERROR);
     EXPECT_EQ(effect->BeginPass(0), D3DERR_DRIVERINTERNALERROR);
     EXPECT_EQ(Render(D3DRS_LIGHTING), 0u) << "the other states are set all the same";
     EndPassAndEffect(effect.Get());
 }
 
-TEST_F(FxPassStatesTest, AResetBetweenBeginAndEndPutsNothingBack)
+TEST_F(FxPassStatesTest, AResetBetweenBeginAndEndRestoresNothing)
 {
     const Com<ID3DXEffect> effect =
         Make("technique { pass { CullMode = NONE; Texture[0] = NULL; } }");

@@ -1,13 +1,13 @@
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/support/ScratchDirectory.h"
 
-// Macros, conditions and includes, seen by the value that `x` ends up with.
+// Macros, conditions and includes, checked by the final value of `x`.
 
 namespace {
 
 using FxPreprocessorTest = EffectTest;
 
-/// Two files, of which the first includes the second; notes what it was asked for.
+/// Two files, the first of which includes the second; records the requests.
 class TwoFiles final : public ID3DXInclude {
 public:
     HRESULT STDMETHODCALLTYPE Open(D3DXINCLUDE_TYPE type, const char* name, const void* parent,

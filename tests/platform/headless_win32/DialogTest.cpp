@@ -4,7 +4,7 @@
 
 namespace {
 
-std::vector<WPARAM> gSeen; // wParam of each message, after the message's number
+std::vector<WPARAM> gSeen; // wParam of each message, after the message number
 INT_PTR gAnswer;           // 0: the procedure never ends its dialog
 
 INT_PTR CALLBACK NoteAndAnswer(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
@@ -62,7 +62,7 @@ TEST(DialogBoxParamA, ProcedureMayThrow)
     EXPECT_EQ(Show(NoteAndAnswer), 3) << "nothing is left of the one before";
 }
 
-TEST(EndDialog, RefusesWhatIsNoDialog)
+TEST(EndDialog, RefusesWhatIsNotADialog)
 {
     EXPECT_FALSE(EndDialog(nullptr, 1));
     int other = 0;

@@ -38,9 +38,9 @@ TEST(MatchesWildcard, FollowsTheWindowsRules)
         EXPECT_EQ(MatchesWildcard(c.name, c.pattern), c.expected) << c.what;
 }
 
-TEST(MatchesWildcard, ManyStarsTakeNoMoreThanTheirTime)
+TEST(MatchesWildcard, ManyStarsDoNotTakeExponentialTime)
 {
-    // A backtracking matcher that recurses would need more than 10^20 steps for this.
+    // A recursive backtracking matcher would need more than 10^20 steps for this.
     const std::string name(200, 'a');
     std::string pattern;
     for (int i = 0; i < 60; ++i)
@@ -85,7 +85,7 @@ TEST(DirectoryIndex, LargeDirectoriesFollowTheirChanges)
     EXPECT_EQ(FindEntryIgnoringCase("", "FILE7"), "File7");
     EXPECT_EQ(FindEntryIgnoringCase("", "NEW"), "");
 
-    // What this process makes through the seam is known at once.
+    // Files that this process creates through OpenFileStream are found at once.
     std::fclose(OpenFileStream("New", "wb"));
     EXPECT_EQ(FindEntryIgnoringCase("", "NEW"), "New");
     MoveFileExA("New", "Newer", MOVEFILE_REPLACE_EXISTING);
@@ -138,7 +138,7 @@ TEST(OpenFileStream, WritingMakesExactlyTheNameAskedFor)
     }
 }
 
-TEST(OpenFileStream, FileThatIsThereMayBeWrittenInAnyCase)
+TEST(OpenFileStream, ExistingFileMayBeWrittenInAnyCase)
 {
     const ScratchDirectory scratch;
     scratch.Write("Boat.qsb", "old");

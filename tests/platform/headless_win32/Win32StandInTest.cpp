@@ -20,13 +20,13 @@ TEST(JoinArguments, QuotesWhatTheProgramWouldMisread)
     EXPECT_EQ(JoinArguments(6, arguments), "*.qsa /s \"my boat.qsa\" \"" + absolute + "\" /zn:2.5");
 }
 
-TEST(JoinArguments, PathInTheRootDirectoryIsToldByItsExistence)
+TEST(JoinArguments, PathInTheRootDirectoryIsRecognisedByItsExistence)
 {
     const char* const arguments[] = {"/etc", "/no-such-option"};
     EXPECT_EQ(JoinArguments(2, arguments), "\"/etc\" /no-such-option");
 }
 
-TEST(MessageBoxA, WritesToStandardErrorAndSaysOk)
+TEST(MessageBoxA, WritesToStandardErrorAndReturnsOk)
 {
     testing::internal::CaptureStderr();
     EXPECT_EQ(MessageBoxA(nullptr, "two\nlines", "Title", MB_OK), IDOK);
@@ -108,7 +108,7 @@ TEST(FindFirstFileA, SearchesOtherDirectories)
     FindClose(search);
 }
 
-TEST(GetCurrentDirectoryA, TellsTheSizeItNeeds)
+TEST(GetCurrentDirectoryA, ReportsTheSizeItNeeds)
 {
     const ScratchDirectory scratch;
     const std::string path = scratch.Path().string();
@@ -159,7 +159,7 @@ TEST(MoveFileExA, ReplacesOnlyWhenAsked)
     EXPECT_EQ(scratch.Read("b"), "new");
 }
 
-TEST(LoadLibraryA, KnowsOnlyWhatThisHostStandsInFor)
+TEST(LoadLibraryA, KnowsOnlyTheLibrariesOfThisHost)
 {
     EXPECT_NE(LoadLibraryA("D3D9.dll"), nullptr);
     EXPECT_NE(LoadLibraryA("d3dx9_30.dll"), nullptr);

@@ -1,4 +1,4 @@
-// What happens between a shaded pixel and the target.
+// The steps between a shaded pixel and the target.
 
 #include "tests/platform/pictures/PictureProgram.h"
 
@@ -52,7 +52,7 @@ void BlendFactorColour(PictureStage& stage)
     stage.Rectangle(16, 16, 48, 48, 0xFFFFFF00);
 }
 
-/// Every function against the middle of the alpha gradient.
+/// Every comparison function against the middle of the alpha gradient.
 void AlphaTests(PictureStage& stage)
 {
     stage.Filter(0, D3DTEXF_LINEAR);
@@ -66,7 +66,7 @@ void AlphaTests(PictureStage& stage)
     }
 }
 
-/// Every function against three depths: nearer, the same, farther.
+/// Every comparison function against three depths: nearer, equal, farther.
 void DepthTests(PictureStage& stage)
 {
     for (DWORD function = D3DCMP_NEVER; function <= D3DCMP_ALWAYS; ++function) {
@@ -107,7 +107,7 @@ void Viewport(PictureStage& stage)
     stage.Board(0xFF4080FF);
 }
 
-/// The depth range of the second viewport lies in front of the first one's.
+/// The second viewport's depth range is in front of the first one's.
 void ViewportDepth(PictureStage& stage)
 {
     stage.LookAtOrigin();
@@ -168,7 +168,7 @@ void SpecularAdded(PictureStage& stage)
                                           {61.25f, 60.25f, 0.5f, 1, 0xFF000080, 0xFFFFFFFF}});
 }
 
-/// A surface without a texture whose alpha operation asks for one: the vertex's alpha stands in.
+/// Without a texture, an alpha operation that reads one uses the vertex's alpha.
 void BlendUntextured(PictureStage& stage)
 {
     stage.Rectangle(0, 0, 64, 64, 0xFF204060);
@@ -183,7 +183,7 @@ void BlendUntextured(PictureStage& stage)
     stage.Rectangle(4, 36, 60, 60, 0x80808080);
 }
 
-/// Two leaning boards in one plane: the bias by slope lets the second one win throughout.
+/// Two tilted boards in one plane: the slope-scaled bias makes the second one win everywhere.
 void SlopeDepthBias(PictureStage& stage)
 {
     stage.LookAtOrigin();

@@ -2,17 +2,17 @@
 
 #include "tests/platform/pictures/PictureStage.h"
 
-/// A small picture of one feature of drawing.
+/// A small picture of one drawing feature.
 struct PictureProgram {
-    const char* name; ///< of the files, too
+    const char* name; ///< also used for the files
     void (*draw)(PictureStage& stage);
-    /// What a rasterizer may differ in from the stored picture: steps of a channel that do not count,
-    /// and pixels with larger ones, at borders where the rules leave a choice.
+    /// How far a rasterizer may differ from the stored picture: the channel difference that is
+    /// ignored, and the number of pixels with larger ones, at edges where the rules leave a choice.
     int allowedStep;
-    std::size_t allowedPixels;
+    size_t allowedPixels;
 };
 
-// Each topic has a source file of its own.
+// Each topic has its own source file.
 extern const std::vector<PictureProgram> kPrimitivePictures;
 extern const std::vector<PictureProgram> kTexturePictures;
 extern const std::vector<PictureProgram> kStagePictures;

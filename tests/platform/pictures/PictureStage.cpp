@@ -82,7 +82,7 @@ void PictureStage::World(const D3DXMATRIX& matrix)
 void PictureStage::Rectangle(float left, float top, float right, float bottom, D3DCOLOR colour,
                              float z, float repeats)
 {
-    // Half a pixel to the upper left, so that texels meet pixels and borders lie between centres.
+    // Half a pixel to the upper left, so that texels match pixels and edges lie between centres.
     const float x0 = left - 0.5f, y0 = top - 0.5f, x1 = right - 0.5f, y1 = bottom - 0.5f;
     DrawVertices<FlatVertex>(D3DPT_TRIANGLESTRIP, 2,
                              {{x0, y0, z, 1.0f, colour, 0.0f, 0.0f},
@@ -130,12 +130,11 @@ IDirect3DTexture9* PictureStage::Texture(UINT size,
     textures.emplace_back(made);
     D3DLOCKED_RECT locked = {};
     Check(made->LockRect(0, &locked, nullptr, 0));
-    const std::size_t bytes = format == D3DFMT_A8R8G8B8 || format == D3DFMT_X8R8G8B8 ? 4 : 2;
+    const size_t bytes = format == D3DFMT_A8R8G8B8 || format == D3DFMT_X8R8G8B8 ? 4 : 2;
     for (UINT y = 0; y < size; ++y)
         for (UINT x = 0; x < size; ++x) {
             const DWORD word = texel(x, y);
-            std::memcpy(static_cast<BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y +
-                            x * bytes,
+            std::memcpy(static_cast<BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y + x * bytes,
                         &word, bytes);
         }
     Check(made->UnlockRect(0));
@@ -165,8 +164,7 @@ IDirect3DTexture9* PictureStage::LevelColours()
         Check(made->LockRect(level, &locked, nullptr, 0));
         for (UINT y = 0; y < 64u >> level; ++y)
             for (UINT x = 0; x < 64u >> level; ++x)
-                std::memcpy(static_cast<BYTE*>(locked.pBits) + std::ptrdiff_t{locked.Pitch} * y +
-                                x * 4,
+                std::memcpy(static_cast<BYTE*>(locked.pBits) + ptrdiff_t{locked.Pitch} * y + x * 4,
                             &kColours[level], 4);
         Check(made->UnlockRect(level));
     }

@@ -8,7 +8,7 @@
 #include <functional>
 #include <vector>
 
-/// A vertex that is where it is on the target.
+/// A vertex given by its position on the target.
 struct FlatVertex {
     float x, y, z, rhw;
     D3DCOLOR diffuse;
@@ -27,8 +27,8 @@ struct ModelVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZ | D3DFVF_NORMAL | D3DFVF_DIFFUSE | D3DFVF_TEX1;
 };
 
-/// A device of 64 x 64 pixels with the models and maps that the pictures share. Everything goes through
-/// the public interface.
+/// A device of 64 x 64 pixels with the models and textures that the pictures share. Uses only the
+/// public interface.
 class PictureStage {
 public:
     static constexpr UINT kSide = 64;
@@ -40,18 +40,19 @@ public:
     IDirect3DDevice9* Device() const { return device.Device(); }
     bool IsUsable() const { return static_cast<bool>(device); }
 
-    /// Clears to a dark grey, runs `draw` in a scene and gives the picture, alpha 255 throughout.
+    /// Clears to a dark grey, runs `draw` in a scene and returns the picture, with alpha 255
+    /// throughout.
     Picture Draw(const std::function<void(PictureStage&)>& draw);
 
     void State(D3DRENDERSTATETYPE state, DWORD value);
     void State(D3DRENDERSTATETYPE state, float value);
-    /// Operation and first two arguments of colour, or of alpha.
+    /// Sets the operation and first two arguments of colour, or of alpha.
     void Colour(DWORD stage, DWORD operation, DWORD arg1, DWORD arg2 = D3DTA_CURRENT);
     void Alpha(DWORD stage, DWORD operation, DWORD arg1, DWORD arg2 = D3DTA_CURRENT);
     void Filter(DWORD stage, DWORD filter, DWORD mipFilter = D3DTEXF_NONE);
     void Address(DWORD stage, DWORD u, DWORD v);
 
-    /// A camera at (0, 0, -3) that looks along z with a view of 60 degrees, world and view alike.
+    /// A camera at (0, 0, -3) looking along z with a 60 degree field of view; sets world and view.
     void LookAtOrigin();
     void World(const D3DXMATRIX& matrix);
 
@@ -62,21 +63,21 @@ public:
         Check(Device()->DrawPrimitiveUP(type, count, vertices.data(), sizeof(Vertex)));
     }
 
-    /// A rectangle of the target, its texture once over all of it.
+    /// A rectangle on the target, covered once by its texture.
     void Rectangle(float left, float top, float right, float bottom, D3DCOLOR colour,
                    float z = 0.5f, float repeats = 1.0f);
-    /// A quadrilateral in the plane z = 0 of the model, 2 by 2, facing the camera.
+    /// A 2 by 2 quadrilateral in the model's plane z = 0, facing the camera.
     void Board(D3DCOLOR colour = 0xFFFFFFFF, float repeats = 1.0f);
     void Sphere(int rings = 12);
 
-    /// Owned by the stage. The pixels of level 0; `size` squared.
+    /// Owned by the stage. Level 0 has `size` by `size` pixels.
     IDirect3DTexture9* Texture(UINT size, const std::function<DWORD(UINT x, UINT y)>& texel,
                                D3DFORMAT format = D3DFMT_A8R8G8B8);
-    /// Squares of two colours, eight to a side.
+    /// Squares of two colours, eight per side.
     IDirect3DTexture9* Checker(D3DCOLOR a = 0xFFE0E0E0, D3DCOLOR b = 0xFF2040A0);
     /// Red grows along x, green along y, alpha along x.
     IDirect3DTexture9* Gradient();
-    /// Each level has one colour: red, green, blue, yellow, white and so on.
+    /// One colour per level: red, green, blue, yellow, white and so on.
     IDirect3DTexture9* LevelColours();
 
     static void Check(HRESULT result);

@@ -1,8 +1,7 @@
-// Draws every picture program and holds the result against the stored picture, which is what the
-// system's Direct3D drew. With the environment variable PICTURES set to a directory all pictures are
-// also written there, as NAME.argb without a header. QSA_ACCEPT_PICTURES=1 makes what is drawn the
-// stored pictures, on the Windows host only: a picture of this project's own rasterizer would prove
-// nothing about it.
+// Draws every picture program and compares the result with the stored picture, which the system's
+// Direct3D drew. If the environment variable PICTURES names a directory, all pictures are also
+// written there, as NAME.argb without a header. QSA_ACCEPT_PICTURES=1 stores the drawn pictures, on
+// the Windows host only: pictures of this project's own rasterizer could not verify it.
 
 #include "tests/platform/pictures/PictureProgram.h"
 #include "tests/support/HostKind.h"
@@ -19,7 +18,7 @@ std::string GoldenPath(const PictureProgram& program)
     return SourcePath("tests/platform/pictures/golden/") + program.name + ".png";
 }
 
-/// Leaves what came out and how it differs, so that it can be looked at.
+/// Saves the actual picture and its difference for inspection.
 void KeepPictures(PictureStage& stage, const PictureProgram& program, const Picture& actual,
                   const Picture& expected)
 {

@@ -67,7 +67,7 @@ void FlatShadedFan(PictureStage& stage)
     stage.DrawVertices(D3DPT_TRIANGLEFAN, 7, Wheel(7));
 }
 
-/// Neighbours that share edges, added up: a seam would be brighter or darker than its surroundings.
+/// Triangles with shared edges, additively blended: a seam would be brighter or darker.
 void FanWithoutSeams(PictureStage& stage)
 {
     stage.State(D3DRS_ALPHABLENDENABLE, static_cast<DWORD>(TRUE));
@@ -123,7 +123,7 @@ void Wireframe(PictureStage& stage)
 
 void CullEachWay(PictureStage& stage)
 {
-    // The left pair turns clockwise, the right pair the other way; what is drawn is one of each.
+    // The left pair is clockwise, the right pair counterclockwise; one of each is drawn.
     for (const DWORD mode : {D3DCULL_CCW, D3DCULL_CW}) {
         const float top = mode == D3DCULL_CCW ? 4.25f : 36.25f;
         stage.State(D3DRS_CULLMODE, mode);
@@ -153,7 +153,7 @@ void ClippedByTheEye(PictureStage& stage)
     D3DXMATRIX lie, grow, move;
     D3DXMatrixRotationX(&lie, 1.5707963f);
     D3DXMatrixScaling(&grow, 8.0f, 8.0f, 8.0f);
-    // A little aside, so that no border of a square runs through centres of pixels.
+    // Slightly off-centre, so that no edge of a square runs through pixel centres.
     D3DXMatrixTranslation(&move, 0.07f, -1.0f, 0.03f);
     stage.World(lie * grow * move);
     stage.Board(0xFFFFFFFF, 2.0f);
@@ -182,7 +182,7 @@ void IndexedMesh(PictureStage& stage)
                                       D3DFMT_INDEX16, vertices.data(), sizeof(FlatVertex)));
 }
 
-/// The corners of triangles alone, and what the size of points does to them.
+/// Only the corners of triangles, and how the point size affects them.
 void FillPoints(PictureStage& stage)
 {
     stage.LookAtOrigin();
@@ -198,7 +198,7 @@ struct SizedVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZRHW | D3DFVF_PSIZE | D3DFVF_DIFFUSE;
 };
 
-/// The size in a vertex goes before the state, and both are held between the limits.
+/// The size in a vertex overrides the state, and both are clamped to the limits.
 void StoredPointSizes(PictureStage& stage)
 {
     stage.State(D3DRS_POINTSIZE, 30.0f);
@@ -210,7 +210,7 @@ void StoredPointSizes(PictureStage& stage)
                                      {50.25f, 32.25f, 0.5f, 1, 40.0f, 0xFF8080FF}});
 }
 
-/// Vertices that came transformed: the checker narrows to the right as 1/w falls.
+/// Pretransformed vertices: the checker narrows to the right as 1/w falls.
 void TransformedInPerspective(PictureStage& stage)
 {
     stage->SetTexture(0, stage.Checker());
@@ -223,7 +223,7 @@ void TransformedInPerspective(PictureStage& stage)
 
 } // namespace
 
-// The system leaves the last pixel of a line out, whatever D3DRS_LASTPIXEL says.
+// The system omits the last pixel of a line, whatever D3DRS_LASTPIXEL says.
 const std::vector<PictureProgram> kPrimitivePictures = {
     {"triangle_one_colour", TriangleOneColour, 2, 0},
     {"triangle_gouraud", TriangleGouraud, 2, 0},

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// A sheet of all operations that two arguments take: each square shows one of them over the whole
-/// gradient, with vertex colour as the other argument.
+/// A sheet of all two-argument operations: each square applies one to the whole gradient, with the
+/// vertex colour as the other argument.
 void OperationSheet(PictureStage& stage)
 {
     constexpr DWORD kOperations[] = {
@@ -91,7 +91,7 @@ void TwoMaps(PictureStage& stage)
     stage.Rectangle(0, 0, 64, 64, 0xFFFFFFFF);
 }
 
-/// The reflection of a map, weakened by the stage's constant, under the map itself.
+/// A reflection map, dimmed by the stage's constant, under the base map.
 void ReflectionUnderMap(PictureStage& stage)
 {
     stage.Filter(0, D3DTEXF_LINEAR);
@@ -118,7 +118,7 @@ void TempRegister(PictureStage& stage)
     stage.Rectangle(0, 0, 64, 64, 0xFFC0C0C0);
 }
 
-/// A swell of signed offsets that bends the checker of the next stage.
+/// A wave of signed offsets that distorts the checker of the next stage.
 void BumpMap(PictureStage& stage)
 {
     stage->SetTexture(0, stage.Texture(
@@ -148,7 +148,7 @@ void NoTexture(PictureStage& stage)
     stage.Rectangle(0, 32, 64, 64, 0xFF40C080);
 }
 
-/// A colour added to a map, and the sum shaded by the vertices.
+/// A colour added to a map, with the sum shaded by the vertices.
 void TintedMap(PictureStage& stage)
 {
     stage->SetTexture(0, stage.Checker());
@@ -163,7 +163,7 @@ void TintedMap(PictureStage& stage)
                                     {63.5f, 63.5f, 0.5f, 1, 0xFFFFFFFF, 1, 1}});
 }
 
-/// A map weakened by the stage's constant on top of the vertex colour, all in one operation.
+/// A map dimmed by the stage's constant on top of the vertex colour, all in one operation.
 void ReflectionAlone(PictureStage& stage)
 {
     stage.Filter(0, D3DTEXF_LINEAR);

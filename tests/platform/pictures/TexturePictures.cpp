@@ -1,4 +1,4 @@
-// Sampling: filters, addresses, levels, formats, coordinates.
+// Sampling: filters, address modes, levels, formats, coordinates.
 
 #include "tests/platform/pictures/PictureProgram.h"
 
@@ -60,7 +60,7 @@ void AddressMirrorOnce(PictureStage& stage)
     Addresses(stage, D3DTADDRESS_MIRRORONCE);
 }
 
-/// Stripes with 0.8 texels to a pixel, then 1.6, 3.2 and so on: each shows the colour of its level.
+/// Stripes with 0.8 texels per pixel, then 1.6, 3.2 and so on: each shows the colour of its level.
 void Levels(PictureStage& stage)
 {
     stage->SetTexture(0, stage.LevelColours());
@@ -142,7 +142,8 @@ void TextureMatrix(PictureStage& stage)
 {
     stage.LookAtOrigin();
     stage->SetTexture(0, stage.Checker());
-    // Turned by 30 degrees and moved; the move stands in row 3, which meets the 1 behind (u, v).
+    // Rotated by 30 degrees and translated; the translation is in row 3, which multiplies the 1
+    // after (u, v).
     D3DXMATRIX matrix;
     D3DXMatrixRotationZ(&matrix, 0.5235988f);
     matrix._31 = 0.25f;
@@ -156,10 +157,10 @@ void ProjectedTexture(PictureStage& stage)
 {
     stage.LookAtOrigin();
     stage->SetTexture(0, stage.Checker());
-    // The place in camera space divided by its depth: a slide shown from the eye.
+    // The camera space position divided by its depth: a slide projected from the eye.
     D3DXMATRIX matrix;
     D3DXMatrixIdentity(&matrix);
-    matrix._31 = 0.51f; // not at a border of the checker, where either square is right
+    matrix._31 = 0.51f; // not at an edge of the checker, where either square is correct
     matrix._32 = 0.52f;
     stage->SetTransform(D3DTS_TEXTURE0, &matrix);
     stage->SetTextureStageState(0, D3DTSS_TEXCOORDINDEX, D3DTSS_TCI_CAMERASPACEPOSITION);
@@ -195,7 +196,7 @@ void GeneratedReflection(PictureStage& stage)
     Generated(stage, D3DTSS_TCI_CAMERASPACEREFLECTIONVECTOR);
 }
 
-/// Four blocks of red, blue and the two colours between.
+/// Four blocks of red, blue and the two interpolated colours.
 void FormatDxt1(PictureStage& stage)
 {
     IDirect3DTexture9* made = nullptr;
@@ -231,7 +232,7 @@ struct TwiceMappedVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_TEX2;
 };
 
-/// One map over the first coordinates, one over the second, chosen crosswise.
+/// One map on the first coordinates, one on the second, with the sets swapped.
 void SecondCoordinates(PictureStage& stage)
 {
     stage.Filter(1, D3DTEXF_LINEAR);
@@ -247,7 +248,8 @@ void SecondCoordinates(PictureStage& stage)
                                            {63.5f, 63.5f, 0.5f, 1, 0xFF808080, 0.9f, 0.9f, 2, 2}});
 }
 
-/// A matrix whose third row moves and whose count is three, as tiled and turned maps set it.
+/// A matrix with the translation in its third row and a count of three, as used for tiled and
+/// rotated maps.
 void TextureMatrixOfThree(PictureStage& stage)
 {
     stage.LookAtOrigin();
@@ -288,9 +290,9 @@ void FormatDxt5(PictureStage& stage)
 
 } // namespace
 
-// Sphere maps are not among them: the system's formula has its pole in the middle of what faces the
-// eye. Where levels are mixed its logarithm is off by up to 0.043, which is 11 steps of 255 between two
-// full colours.
+// Sphere maps are missing: the system's formula has its pole at the centre of a surface that faces
+// the eye. When levels are mixed its logarithm is off by up to 0.043, which is 11 steps of 255
+// between two full colours.
 const std::vector<PictureProgram> kTexturePictures = {
     {"filter_point", FilterPoint, 2, 0},
     {"filter_linear", FilterLinear, 2, 0},

@@ -74,7 +74,7 @@ void HighlightsFarViewer(PictureStage& stage)
     Highlights(stage);
 }
 
-/// A sphere of twice the size keeps its shading only if its normals are brought back to length 1.
+/// A sphere scaled to twice the size keeps its shading only if its normals are normalised.
 void NormalisedNormals(PictureStage& stage)
 {
     D3DXMATRIX scale;
@@ -157,7 +157,7 @@ struct FoggedVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_SPECULAR;
 };
 
-/// Left unfogged, right all fog: the factor is the alpha of the specular colour.
+/// Unfogged on the left, all fog on the right: the factor is the alpha of the specular colour.
 void FogFromSpecular(PictureStage& stage)
 {
     stage.State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
@@ -228,7 +228,7 @@ struct HeavyVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZB3 | D3DFVF_DIFFUSE;
 };
 
-/// A fan whose rim follows four matrices in turn, the last weight being what is missing from 1.
+/// A fan whose rim follows four matrices in turn; the last weight is what remains to 1.
 void VertexBlendOfFour(PictureStage& stage)
 {
     stage.LookAtOrigin();
@@ -245,7 +245,7 @@ void VertexBlendOfFour(PictureStage& stage)
                                      {0.6f, -0.6f, 0, {0, 0.5f, 0}, 0xFFFFFF40}});
 }
 
-/// Three lights of three kinds and colours, numbered with gaps; a fourth is off.
+/// Three lights of three kinds and colours, with gaps between their indices; a fourth is off.
 void SeveralLights(PictureStage& stage)
 {
     D3DLIGHT9 light = Light(D3DLIGHT_POINT);
@@ -272,7 +272,7 @@ struct PlainVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZ | D3DFVF_NORMAL;
 };
 
-/// Without a colour in the vertices the material's is used, though the states name the vertex.
+/// Vertices without colours use the material's, although the states select the vertex.
 void LitWithoutColours(PictureStage& stage)
 {
     stage.LookAtOrigin();
@@ -287,7 +287,7 @@ void LitWithoutColours(PictureStage& stage)
         D3DPT_TRIANGLELIST, 1, {{-1, -1, 0, 0, 0, -1}, {0, 1, 0, 0, 1, 0}, {1, -1, 0, 0, 0, -1}});
 }
 
-/// The projection turned left to right, and culling with it: the sphere's near side shows.
+/// The projection mirrored left to right, and the cull mode too: the sphere's near side shows.
 void MirroredView(PictureStage& stage)
 {
     stage.LookAtOrigin();
@@ -303,7 +303,7 @@ void MirroredView(PictureStage& stage)
     stage.Sphere(8);
 }
 
-/// Without a mode and without a specular colour the factor is the alpha of what stands in for it.
+/// Without a fog mode and a specular colour the factor is the alpha of the default colour.
 void FogWithoutSpecular(PictureStage& stage)
 {
     stage.State(D3DRS_FOGENABLE, static_cast<DWORD>(TRUE));
@@ -318,7 +318,7 @@ struct IndexedVertex {
     static constexpr DWORD kFormat = D3DFVF_XYZB2 | D3DFVF_LASTBETA_UBYTE4 | D3DFVF_DIFFUSE;
 };
 
-/// Indices stored behind a weight are passed over while indexed blending is off.
+/// Indices stored after a weight are skipped while indexed blending is off.
 void VertexBlendPastIndices(PictureStage& stage)
 {
     stage.LookAtOrigin();

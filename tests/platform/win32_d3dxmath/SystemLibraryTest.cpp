@@ -1,4 +1,4 @@
-// Our mathematics against that of the system's d3dx9_30.dll, over random arguments.
+// Compares our mathematics with that of the system's d3dx9_30.dll, over random arguments.
 
 #include <algorithm>
 #include <bit>
@@ -29,14 +29,14 @@ HMODULE SystemLibrary()
     return library.get();
 }
 
-/// The system's function of that name, in the form of ours; null if there is none.
+/// The system's function of that name, with our signature; null if there is none.
 template <class Function>
 Function System(Function, const char* name)
 {
     return std::bit_cast<Function>(GetProcAddress(SystemLibrary(), name));
 }
 
-/// What this program imports by name from `library`: the names in its import table.
+/// What this program imports by name from `library`, according to its import table.
 std::vector<std::string> ImportsFrom(const char* library)
 {
     const auto* image = std::bit_cast<const BYTE*>(GetModuleHandleA(nullptr));
@@ -63,7 +63,7 @@ std::vector<std::string> ImportsFrom(const char* library)
 using Range = std::pair<float, float>;
 constexpr Range kAngle{-20.0f, 20.0f};
 
-/// Random arguments by type, the same in each run. A float takes the next of the ranges.
+/// Random arguments by type, the same in each run. A float takes the next range.
 class Arguments {
 public:
     explicit Arguments(std::vector<Range> ranges) : floatRanges(std::move(ranges)) {}
@@ -77,7 +77,7 @@ public:
         } else {
             Value value;
             auto* numbers = reinterpret_cast<float*>(&value);
-            for (std::size_t i = 0; i < sizeof value / sizeof(float); ++i)
+            for (size_t i = 0; i < sizeof value / sizeof(float); ++i)
                 numbers[i] = In(-10, 10);
             if constexpr (std::is_same_v<Value, D3DXQUATERNION>)
                 return Unit(value);
@@ -91,7 +91,7 @@ private:
         return std::uniform_real_distribution<float>(low, high)(engine);
     }
 
-    /// By way of doubles, so that no function under test has a part in it.
+    /// In doubles, so that no function under test is used.
     static D3DXQUATERNION Unit(const D3DXQUATERNION& q)
     {
         const double x = q.x, y = q.y, z = q.z, w = q.w;
@@ -102,10 +102,10 @@ private:
 
     std::mt19937 engine{20060401};
     std::vector<Range> floatRanges;
-    std::size_t nextRange = 0;
+    size_t nextRange = 0;
 };
 
-/// What a parameter is taken from: records are passed by pointer, floats by value.
+/// How a parameter is passed: records by pointer, floats by value.
 template <class Parameter>
 using Held = std::remove_const_t<std::remove_pointer_t<Parameter>>;
 
@@ -118,16 +118,17 @@ Parameter Pass(const Held<Parameter>& held)
         return held;
 }
 
-double LargestDifference(const float* a, const float* b, std::size_t count)
+double LargestDifference(const float* a, const float* b, size_t count)
 {
     double largest = 0;
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         if (std::bit_cast<unsigned>(a[i]) != std::bit_cast<unsigned>(b[i]))
             largest = std::max(largest, std::fabs(static_cast<double>(a[i]) - b[i]));
     return largest;
 }
 
-/// The largest difference of our results and the system's; infinite where there is no system one.
+/// The largest difference between our results and the system's; infinite if there is no system
+/// function.
 template <class Result, class... Parameters>
 double Difference(Result*(WINAPI* ours)(Result*, Parameters...), const char* name,
                   std::vector<Range> ranges = {kAngle})
@@ -153,8 +154,8 @@ double Difference(Result*(WINAPI* ours)(Result*, Parameters...), const char* nam
     return largest;
 }
 
-/// The sum of the absolute products of which the determinant of the elements left is made: the
-/// scale of what rounding can do to it. `skipRow` and `skipColumn` of 4 leave all.
+/// The sum of the absolute products in the determinant of the remaining elements: the scale of its
+/// possible rounding error. `skipRow` and `skipColumn` of 4 skip none.
 double SumOfProducts(const D3DXMATRIX& matrix, int skipRow = 4, int skipColumn = 4)
 {
     std::vector<int> columns;
@@ -164,7 +165,7 @@ double SumOfProducts(const D3DXMATRIX& matrix, int skipRow = 4, int skipColumn =
     double sum = 0;
     do {
         double product = 1;
-        std::size_t next = 0;
+        size_t next = 0;
         for (int row = 0; row < 4; ++row)
             if (row != skipRow)
                 product *= std::fabs(static_cast<double>(matrix.m[row][columns[next++]]));
@@ -175,7 +176,7 @@ double SumOfProducts(const D3DXMATRIX& matrix, int skipRow = 4, int skipColumn =
 
 } // namespace
 
-TEST(SystemD3dx, NoMathematicsIsImported)
+TEST(SystemLibrary, NoMathematicsIsImported)
 {
     const std::vector<std::string> names = ImportsFrom("d3dx9_30.dll");
     for (const std::string& name : names)
@@ -184,7 +185,7 @@ TEST(SystemD3dx, NoMathematicsIsImported)
     EXPECT_FALSE(ImportsFrom("kernel32.dll").empty()) << "the table was not found";
 }
 
-TEST(SystemD3dx, PlainArithmeticAgreesToTheBit)
+TEST(SystemLibrary, PlainArithmeticAgreesToTheBit)
 {
     ASSERT_NE(SystemLibrary(), nullptr);
     EXPECT_EQ(Difference(&D3DXMatrixMultiply, "D3DXMatrixMultiply"), 0.0);
@@ -211,7 +212,7 @@ TEST(SystemD3dx, PlainArithmeticAgreesToTheBit)
     EXPECT_EQ(Difference(&D3DXQuaternionInverse, "D3DXQuaternionInverse"), 0.0);
 }
 
-TEST(SystemD3dx, ProjectionsWithoutAnglesAgreeToTheBit)
+TEST(SystemLibrary, ProjectionsWithoutAnglesAgreeToTheBit)
 {
     const Range size{0.1f, 4.0f}, below{-10.0f, -0.1f}, above{0.1f, 10.0f};
     const Range nearZ{0.01f, 10.0f}, farZ{20.0f, 1000.0f};
@@ -224,9 +225,9 @@ TEST(SystemD3dx, ProjectionsWithoutAnglesAgreeToTheBit)
               0.0);
 }
 
-// All numbers of a rotation lie in [-1, 1] and are sums of such, so that 2 ulp means those of 1. The
-// system takes sines and cosines in float, ours are rounded from double.
-TEST(SystemD3dx, RotationsAgreeWithinTwoUlp)
+// All numbers of a rotation are in [-1, 1] and sums of such numbers, so 2 ulp means ulps of 1. The
+// system computes sine and cosine in float; ours are rounded from double.
+TEST(SystemLibrary, RotationsAgreeWithinTwoUlp)
 {
     EXPECT_LE(Difference(&D3DXMatrixRotationX, "D3DXMatrixRotationX"), 2 * kUlp);
     EXPECT_LE(Difference(&D3DXMatrixRotationY, "D3DXMatrixRotationY"), 2 * kUlp);
@@ -240,7 +241,7 @@ TEST(SystemD3dx, RotationsAgreeWithinTwoUlp)
     EXPECT_LE(Difference(&D3DXQuaternionSlerp, "D3DXQuaternionSlerp", {{-1.0f, 2.0f}}), 2 * kUlp);
 }
 
-TEST(SystemD3dx, QuaternionOfARotationAgreesWithinTwoUlp)
+TEST(SystemLibrary, QuaternionOfARotationAgreesWithinTwoUlp)
 {
     const auto theirs = System(&D3DXQuaternionRotationMatrix, "D3DXQuaternionRotationMatrix");
     ASSERT_NE(theirs, nullptr);
@@ -256,7 +257,7 @@ TEST(SystemD3dx, QuaternionOfARotationAgreesWithinTwoUlp)
     }
 }
 
-TEST(SystemD3dx, AngleOfAQuaternionAgreesWithinTwoUlp)
+TEST(SystemLibrary, AngleOfAQuaternionAgreesWithinTwoUlp)
 {
     const auto theirs = System(&D3DXQuaternionToAxisAngle, "D3DXQuaternionToAxisAngle");
     ASSERT_NE(theirs, nullptr);
@@ -272,9 +273,9 @@ TEST(SystemD3dx, AngleOfAQuaternionAgreesWithinTwoUlp)
     }
 }
 
-// An exception to 2 ulp: the system's float tangent is itself up to 2 ulp off in one case of eight,
-// and the quotient doubles that where it crosses a power of two.
-TEST(SystemD3dx, PerspectiveFromAnAngleAgreesWithinFourUlp)
+// An exception to 2 ulp: the system's float tangent is itself up to 2 ulp off in one case out of
+// eight, and the quotient doubles that if it crosses a power of two.
+TEST(SystemLibrary, PerspectiveFromAnAngleAgreesWithinFourUlp)
 {
     const auto theirs = System(&D3DXMatrixPerspectiveFovLH, "D3DXMatrixPerspectiveFovLH");
     ASSERT_NE(theirs, nullptr);
@@ -293,9 +294,9 @@ TEST(SystemD3dx, PerspectiveFromAnAngleAgreesWithinFourUlp)
     }
 }
 
-// Determinants are sums of products that may cancel, and the order of the sums is not laid down; so
-// the ulps are those of the sum of the absolute products.
-TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
+// Determinants are sums of products that may cancel, and the order of summation is not specified;
+// so the ulps are those of the sum of the absolute products.
+TEST(SystemLibrary, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
 {
     const auto determinantOf = System(&D3DXMatrixDeterminant, "D3DXMatrixDeterminant");
     const auto inverseOf = System(&D3DXMatrixInverse, "D3DXMatrixInverse");
@@ -307,7 +308,7 @@ TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
         const double products = SumOfProducts(matrix);
         ASSERT_NEAR(determinant, determinantOf(&matrix), 2 * kUlp * products) << round;
         if (std::fabs(determinant) < 100 * kUlp * products)
-            continue; // so near to singular that the quotient says nothing
+            continue; // too close to singular for the quotient to be meaningful
 
         D3DXMATRIX a, b;
         D3DXMatrixInverse(&a, nullptr, &matrix);
@@ -323,7 +324,7 @@ TEST(SystemD3dx, DeterminantAndInverseAgreeWithinTwoUlpOfTheirProducts)
     }
 }
 
-TEST(SystemD3dx, SingularMatrixGivesNullAndWritesNothingThereToo)
+TEST(SystemLibrary, SingularMatrixGivesNullAndWritesNothingThereToo)
 {
     const auto theirs = System(&D3DXMatrixInverse, "D3DXMatrixInverse");
     ASSERT_NE(theirs, nullptr);
@@ -336,7 +337,7 @@ TEST(SystemD3dx, SingularMatrixGivesNullAndWritesNothingThereToo)
     EXPECT_EQ(determinant, 5.0f);
 }
 
-TEST(SystemD3dx, SlerpTakesTheChordAtTheSameDistance)
+TEST(SystemLibrary, SlerpTakesTheChordAtTheSameDistance)
 {
     const auto theirs = System(&D3DXQuaternionSlerp, "D3DXQuaternionSlerp");
     ASSERT_NE(theirs, nullptr);

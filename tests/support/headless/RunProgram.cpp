@@ -1,4 +1,5 @@
 #include "tests/support/RunProgram.h"
+#include "tests/support/Emulator.h"
 #include "tests/support/TreePaths.h"
 
 #include <cstdio>
@@ -24,12 +25,9 @@ std::string TakeFile(const std::string& path)
     return bytes;
 }
 
-/// The program that runs what was built for another processor, and its options, separated by
-/// blanks. The build passes it in QSA_EMULATOR; empty where programs run directly.
 std::vector<std::string> EmulatorWords()
 {
-    const char* emulator = std::getenv("QSA_EMULATOR");
-    std::istringstream text(emulator ? emulator : "");
+    std::istringstream text(EmulatorCommand());
     return {std::istream_iterator<std::string>(text), {}};
 }
 

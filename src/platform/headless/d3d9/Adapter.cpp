@@ -26,13 +26,13 @@ constexpr D3DFORMAT kTextureFormats[] = {
 
 constexpr D3DFORMAT kTargetFormats[] = {D3DFMT_X8R8G8B8, D3DFMT_A8R8G8B8, D3DFMT_R5G6B5};
 
-template <std::size_t Count>
+template <size_t Count>
 bool Contains(const D3DFORMAT (&formats)[Count], D3DFORMAT format)
 {
     return std::find(std::begin(formats), std::end(formats), format) != std::end(formats);
 }
 
-template <std::size_t Count>
+template <size_t Count>
 void CopyText(char (&out)[Count], const char* text)
 {
     std::strncpy(out, text, Count - 1);
@@ -61,7 +61,7 @@ constexpr DWORD kTextureOps =
     D3DTEXOPCAPS_BUMPENVMAP | D3DTEXOPCAPS_BUMPENVMAPLUMINANCE | D3DTEXOPCAPS_DOTPRODUCT3 |
     D3DTEXOPCAPS_MULTIPLYADD | D3DTEXOPCAPS_LERP;
 
-/// There is no stencil test: `Clear` is all that reaches stencil bits.
+/// No stencil test: only `Clear` writes stencil bits.
 void SetDrawingCaps(D3DCAPS9& caps)
 {
     caps.PrimitiveMiscCaps = D3DPMISCCAPS_MASKZ | D3DPMISCCAPS_CULLNONE | D3DPMISCCAPS_CULLCW |
@@ -103,7 +103,8 @@ void SetTextureCaps(D3DCAPS9& caps)
     caps.MaxSimultaneousTextures = 8;
 }
 
-/// Shaders are not modelled, so their versions are 0.0: whoever asks falls back to fixed functions.
+/// Shaders are not modelled, so their versions are 0.0 and callers fall back to the fixed-function
+/// pipeline.
 void SetVertexCaps(D3DCAPS9& caps)
 {
     caps.FVFCaps = D3DFVFCAPS_PSIZE | 8;

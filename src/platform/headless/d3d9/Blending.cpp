@@ -1,6 +1,6 @@
 #include "platform/headless/d3d9/Blending.h"
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 namespace headless {
 
@@ -145,7 +145,7 @@ HRESULT MakeBlendHalf(DWORD source, DWORD target, DWORD operation, BlendHalf& ha
 {
     if (operation < D3DBLENDOP_ADD || operation > D3DBLENDOP_MAX)
         return Unmodelled("D3DRS_BLENDOP", operation);
-    // These two stand for both factors, whatever the other one says.
+    // These two set both factors and override the other one.
     if (source == D3DBLEND_BOTHSRCALPHA) {
         source = D3DBLEND_SRCALPHA;
         target = D3DBLEND_INVSRCALPHA;

@@ -10,7 +10,7 @@ struct Rgb {
     int r, g, b;
 };
 
-Rgb Expand565(std::uint32_t word)
+Rgb Expand565(uint32_t word)
 {
     const int r = static_cast<int>(word >> 11 & 31);
     const int g = static_cast<int>(word >> 5 & 63);
@@ -18,24 +18,24 @@ Rgb Expand565(std::uint32_t word)
     return {r << 3 | r >> 2, g << 2 | g >> 4, b << 3 | b >> 2};
 }
 
-std::uint32_t Load16(const std::uint8_t* bytes)
+uint32_t Load16(const uint8_t* bytes)
 {
-    return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8;
+    return bytes[0] | static_cast<uint32_t>(bytes[1]) << 8;
 }
 
-void Store16(std::uint32_t value, std::uint8_t* out)
+void Store16(uint32_t value, uint8_t* out)
 {
-    out[0] = static_cast<std::uint8_t>(value);
-    out[1] = static_cast<std::uint8_t>(value >> 8);
+    out[0] = static_cast<uint8_t>(value);
+    out[1] = static_cast<uint8_t>(value >> 8);
 }
 
-std::uint32_t PackRgb(const Rgb& colour, std::uint32_t alpha)
+uint32_t PackRgb(const Rgb& colour, uint32_t alpha)
 {
-    return alpha << 24 | static_cast<std::uint32_t>(colour.r) << 16 |
-           static_cast<std::uint32_t>(colour.g) << 8 | static_cast<std::uint32_t>(colour.b);
+    return alpha << 24 | static_cast<uint32_t>(colour.r) << 16 |
+           static_cast<uint32_t>(colour.g) << 8 | static_cast<uint32_t>(colour.b);
 }
 
-Rgb UnpackRgb(std::uint32_t argb)
+Rgb UnpackRgb(uint32_t argb)
 {
     return {static_cast<int>(argb >> 16 & 255), static_cast<int>(argb >> 8 & 255),
             static_cast<int>(argb & 255)};
@@ -47,8 +47,8 @@ Rgb TwoThirds(const Rgb& near, const Rgb& far)
             (2 * near.b + far.b + 1) / 3};
 }
 
-/// The four colours of a block. In the three-colour mode the last is transparent black.
-void MakePalette(std::uint32_t c0, std::uint32_t c1, bool threeColours, std::uint32_t* paletteOut)
+/// The four colours of a block. In three-colour mode the last is transparent black.
+void MakePalette(uint32_t c0, uint32_t c1, bool threeColours, uint32_t* paletteOut)
 {
     const Rgb a = Expand565(c0);
     const Rgb b = Expand565(c1);
@@ -63,7 +63,8 @@ void MakePalette(std::uint32_t c0, std::uint32_t c1, bool threeColours, std::uin
     }
 }
 
-/// The eight alphas of a DXT5 block: two given, then either six between, or four between, 0 and 255.
+/// The eight alphas of a DXT5 block: the two stored ones, then either six interpolated ones, or
+/// four interpolated ones, 0 and 255.
 void MakeAlphas(int a0, int a1, int* alphasOut)
 {
     alphasOut[0] = a0;
@@ -77,40 +78,40 @@ void MakeAlphas(int a0, int a1, int* alphasOut)
     }
 }
 
-void DecodeColours(const std::uint8_t* block, bool mayBeThree, std::uint32_t* argbOut)
+void DecodeColours(const uint8_t* block, bool mayBeThree, uint32_t* argbOut)
 {
-    const std::uint32_t c0 = Load16(block);
-    const std::uint32_t c1 = Load16(block + 2);
-    std::uint32_t palette[4];
+    const uint32_t c0 = Load16(block);
+    const uint32_t c1 = Load16(block + 2);
+    uint32_t palette[4];
     MakePalette(c0, c1, mayBeThree && c0 <= c1, palette);
-    const std::uint32_t codes = Load16(block + 4) | Load16(block + 6) << 16;
+    const uint32_t codes = Load16(block + 4) | Load16(block + 6) << 16;
     for (int i = 0; i < 16; ++i)
         argbOut[i] = palette[codes >> 2 * i & 3];
 }
 
-void DecodeExplicitAlpha(const std::uint8_t* block, std::uint32_t* argbInOut)
+void DecodeExplicitAlpha(const uint8_t* block, uint32_t* argbInOut)
 {
     for (int i = 0; i < 16; ++i) {
-        const std::uint32_t nibble = block[i / 2] >> 4 * (i % 2) & 15u;
+        const uint32_t nibble = block[i / 2] >> 4 * (i % 2) & 15u;
         argbInOut[i] = (argbInOut[i] & 0xFFFFFF) | nibble * 17 << 24;
     }
 }
 
-std::uint64_t Load48(const std::uint8_t* bytes)
+uint64_t Load48(const uint8_t* bytes)
 {
-    std::uint64_t value = 0;
+    uint64_t value = 0;
     for (int i = 5; i >= 0; --i)
         value = value << 8 | bytes[i];
     return value;
 }
 
-void DecodeInterpolatedAlpha(const std::uint8_t* block, std::uint32_t* argbInOut)
+void DecodeInterpolatedAlpha(const uint8_t* block, uint32_t* argbInOut)
 {
     int alphas[8];
     MakeAlphas(block[0], block[1], alphas);
-    const std::uint64_t codes = Load48(block + 2);
+    const uint64_t codes = Load48(block + 2);
     for (int i = 0; i < 16; ++i) {
-        const auto alpha = static_cast<std::uint32_t>(alphas[codes >> 3 * i & 7]);
+        const auto alpha = static_cast<uint32_t>(alphas[codes >> 3 * i & 7]);
         argbInOut[i] = (argbInOut[i] & 0xFFFFFF) | alpha << 24;
     }
 }
@@ -119,7 +120,7 @@ struct Vec {
     double r, g, b;
 };
 
-Vec ToVec(std::uint32_t argb)
+Vec ToVec(uint32_t argb)
 {
     const Rgb c = UnpackRgb(argb);
     return {static_cast<double>(c.r), static_cast<double>(c.g), static_cast<double>(c.b)};
@@ -130,18 +131,18 @@ double Dot(const Vec& a, const Vec& b)
     return a.r * b.r + a.g * b.g + a.b * b.b;
 }
 
-std::uint32_t QuantiseByte(double value, int max)
+uint32_t QuantiseByte(double value, int max)
 {
     const double scaled = std::clamp(value, 0.0, 255.0) * max / 255.0;
-    return static_cast<std::uint32_t>(scaled + 0.5);
+    return static_cast<uint32_t>(scaled + 0.5);
 }
 
-std::uint32_t ToWord565(const Vec& c)
+uint32_t ToWord565(const Vec& c)
 {
     return QuantiseByte(c.r, 31) << 11 | QuantiseByte(c.g, 63) << 5 | QuantiseByte(c.b, 31);
 }
 
-/// The colours of a block that count: those of opaque pixels in the three-colour mode, else all.
+/// The colours of a block that matter: in three-colour mode those of opaque pixels, else all.
 struct ColourSet {
     Vec points[16];
     int count = 0;
@@ -155,8 +156,8 @@ Vec Mean(const ColourSet& set)
     return {sum.r / set.count, sum.g / set.count, sum.b / set.count};
 }
 
-/// The direction in which the colours spread most, by power iteration on their covariance. It begins
-/// at the row of the largest variance, so that it cannot begin at right angles to the answer.
+/// The direction in which the colours spread most, by power iteration on their covariance. Starts
+/// from the row with the largest variance, which cannot be perpendicular to the answer.
 Vec PrincipalAxis(const ColourSet& set, const Vec& mean)
 {
     Vec rows[3] = {};
@@ -180,7 +181,7 @@ Vec PrincipalAxis(const ColourSet& set, const Vec& mean)
 }
 
 struct EndPoints {
-    std::uint32_t c0, c1;
+    uint32_t c0, c1;
 };
 
 EndPoints FitRange(const ColourSet& set)
@@ -197,7 +198,7 @@ EndPoints FitRange(const ColourSet& set)
     return {ToWord565(set.points[high]), ToWord565(set.points[low])};
 }
 
-int NearestColour(const std::uint32_t* palette, int count, const Vec& colour, double* errorOut)
+int NearestColour(const uint32_t* palette, int count, const Vec& colour, double* errorOut)
 {
     int best = 0;
     double bestError = 1e30;
@@ -215,7 +216,7 @@ int NearestColour(const std::uint32_t* palette, int count, const Vec& colour, do
 
 double TotalError(const EndPoints& ends, bool threeColours, const ColourSet& set, int* codesOut)
 {
-    std::uint32_t palette[4];
+    uint32_t palette[4];
     MakePalette(ends.c0, ends.c1, threeColours, palette);
     double total = 0;
     for (int i = 0; i < set.count; ++i) {
@@ -226,8 +227,8 @@ double TotalError(const EndPoints& ends, bool threeColours, const ColourSet& set
     return total;
 }
 
-/// The end points that serve the chosen codes best: each pixel is w * c0 + (1 - w) * c1 with the
-/// weight w of its code; the normal equations of that least-squares problem are 2 by 2.
+/// The best end points for the chosen codes: each pixel is w * c0 + (1 - w) * c1 with the weight w
+/// of its code; the normal equations of that least-squares problem are 2 by 2.
 bool Refine(const ColourSet& set, const int* codes, bool threeColours, EndPoints* endsOut)
 {
     static constexpr double kFour[] = {1.0, 0.0, 2.0 / 3.0, 1.0 / 3.0};
@@ -254,8 +255,8 @@ bool Refine(const ColourSet& set, const int* codes, bool threeColours, EndPoints
     return true;
 }
 
-/// DXT1 tells its mode by the order of the end points: c0 > c1 means four colours. Where they are
-/// equal all pixels take code 0, which is the same colour in both modes.
+/// DXT1 encodes its mode in the order of the end points: c0 > c1 means four colours. If they are
+/// equal, all pixels take code 0, which is the same colour in both modes.
 EndPoints Ordered(const EndPoints& ends, bool threeColours)
 {
     const bool swap = threeColours ? ends.c0 > ends.c1 : ends.c0 < ends.c1;
@@ -273,7 +274,7 @@ EndPoints ChooseEndPoints(const ColourSet& set, bool threeColours)
     return TotalError(refined, threeColours, set, codes) < firstError ? refined : first;
 }
 
-void EncodeColours(const std::uint32_t* argb, bool mayBeThree, std::uint8_t* out)
+void EncodeColours(const uint32_t* argb, bool mayBeThree, uint8_t* out)
 {
     ColourSet set;
     bool transparent[16] = {};
@@ -290,10 +291,10 @@ void EncodeColours(const std::uint32_t* argb, bool mayBeThree, std::uint8_t* out
         ends = Ordered(ChooseEndPoints(set, threeColours), threeColours);
         TotalError(ends, threeColours, set, codes);
     }
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     for (int i = 0, next = 0; i < 16; ++i) {
         const int code = transparent[i] ? 3 : codes[next++];
-        word |= static_cast<std::uint32_t>(ends.c0 == ends.c1 && code != 3 ? 0 : code) << 2 * i;
+        word |= static_cast<uint32_t>(ends.c0 == ends.c1 && code != 3 ? 0 : code) << 2 * i;
     }
     Store16(ends.c0, out);
     Store16(ends.c1, out + 2);
@@ -301,17 +302,17 @@ void EncodeColours(const std::uint32_t* argb, bool mayBeThree, std::uint8_t* out
     Store16(word >> 16, out + 6);
 }
 
-void EncodeExplicitAlpha(const std::uint32_t* argb, std::uint8_t* out)
+void EncodeExplicitAlpha(const uint32_t* argb, uint8_t* out)
 {
     for (int i = 0; i < 16; i += 2) {
-        const std::uint32_t low = ((argb[i] >> 24) * 15 + 127) / 255;
-        const std::uint32_t high = ((argb[i + 1] >> 24) * 15 + 127) / 255;
-        out[i / 2] = static_cast<std::uint8_t>(low | high << 4);
+        const uint32_t low = ((argb[i] >> 24) * 15 + 127) / 255;
+        const uint32_t high = ((argb[i + 1] >> 24) * 15 + 127) / 255;
+        out[i / 2] = static_cast<uint8_t>(low | high << 4);
     }
 }
 
 /// Codes of the nearest alphas, three bits each; gives the sum of squared errors.
-int MatchAlphas(const int* alphas, const std::uint32_t* argb, std::uint64_t* codesOut)
+int MatchAlphas(const int* alphas, const uint32_t* argb, uint64_t* codesOut)
 {
     int total = 0;
     *codesOut = 0;
@@ -322,13 +323,13 @@ int MatchAlphas(const int* alphas, const std::uint32_t* argb, std::uint64_t* cod
         };
         const int* best = std::min_element(alphas, alphas + 8, distance);
         total += (*best - alpha) * (*best - alpha);
-        *codesOut |= static_cast<std::uint64_t>(best - alphas) << 3 * i;
+        *codesOut |= static_cast<uint64_t>(best - alphas) << 3 * i;
     }
     return total;
 }
 
 /// Tries six alphas between the extremes, and four between the extremes other than 0 and 255.
-void EncodeInterpolatedAlpha(const std::uint32_t* argb, std::uint8_t* out)
+void EncodeInterpolatedAlpha(const uint32_t* argb, uint8_t* out)
 {
     int low = 255, high = 0, innerLow = 255, innerHigh = 0;
     for (int i = 0; i < 16; ++i) {
@@ -343,15 +344,15 @@ void EncodeInterpolatedAlpha(const std::uint32_t* argb, std::uint8_t* out)
     if (innerLow > innerHigh)
         innerLow = innerHigh = 0;
     int eight[8], six[8];
-    std::uint64_t eightCodes = 0, sixCodes = 0;
+    uint64_t eightCodes = 0, sixCodes = 0;
     MakeAlphas(high, low, eight);
     MakeAlphas(innerLow, innerHigh, six);
     const bool useSix = MatchAlphas(six, argb, &sixCodes) < MatchAlphas(eight, argb, &eightCodes);
-    out[0] = static_cast<std::uint8_t>(useSix ? six[0] : eight[0]);
-    out[1] = static_cast<std::uint8_t>(useSix ? six[1] : eight[1]);
-    const std::uint64_t codes = useSix ? sixCodes : eightCodes;
+    out[0] = static_cast<uint8_t>(useSix ? six[0] : eight[0]);
+    out[1] = static_cast<uint8_t>(useSix ? six[1] : eight[1]);
+    const uint64_t codes = useSix ? sixCodes : eightCodes;
     for (int i = 0; i < 6; ++i)
-        out[2 + i] = static_cast<std::uint8_t>(codes >> 8 * i);
+        out[2 + i] = static_cast<uint8_t>(codes >> 8 * i);
 }
 
 bool HasExplicitAlpha(D3DFORMAT format)
@@ -361,7 +362,7 @@ bool HasExplicitAlpha(D3DFORMAT format)
 
 } // namespace
 
-void DecodeBlock(D3DFORMAT format, const std::uint8_t* block, std::uint32_t* argbOut)
+void DecodeBlock(D3DFORMAT format, const uint8_t* block, uint32_t* argbOut)
 {
     if (format == D3DFMT_DXT1) {
         DecodeColours(block, true, argbOut);
@@ -374,7 +375,7 @@ void DecodeBlock(D3DFORMAT format, const std::uint8_t* block, std::uint32_t* arg
         DecodeInterpolatedAlpha(block, argbOut);
 }
 
-void EncodeBlock(D3DFORMAT format, const std::uint32_t* argb, std::uint8_t* blockOut)
+void EncodeBlock(D3DFORMAT format, const uint32_t* argb, uint8_t* blockOut)
 {
     if (format == D3DFMT_DXT1) {
         EncodeColours(argb, true, blockOut);

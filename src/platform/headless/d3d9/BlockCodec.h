@@ -6,17 +6,17 @@
 
 namespace headless {
 
-// The five DXT formats, one block of 4 by 4 pixels at a time. DXT2 and DXT4 are stored like DXT3 and
-// DXT5; that their colours are multiplied by alpha is the business of who draws them.
+// The five DXT formats, one block of 4 by 4 pixels at a time. DXT2 and DXT4 are stored like DXT3
+// and DXT5; whoever draws them must allow for colours premultiplied by alpha.
 
-/// Sixteen A8R8G8B8 pixels, row by row, from one block. Colours of a block widen to 8 bits first; the
-/// two between are (2 * near + far + 1) / 3, or in the three-colour mode of DXT1 (c0 + c1) / 2 and
-/// transparent black.
-void DecodeBlock(D3DFORMAT format, const std::uint8_t* block, std::uint32_t* argbOut);
+/// Decodes one block into sixteen A8R8G8B8 pixels, row by row. The colours of a block are first
+/// widened to 8 bits; the two interpolated ones are (2 * near + far + 1) / 3, or in the
+/// three-colour mode of DXT1 (c0 + c1) / 2 and transparent black.
+void DecodeBlock(D3DFORMAT format, const uint8_t* block, uint32_t* argbOut);
 
-/// The reverse, near-best: end points along the principal axis of the colours, refined once by least
-/// squares. DXT1 takes the three-colour mode when a pixel's alpha is below 128.
+/// Encodes a block, close to optimal: end points along the principal axis of the colours, refined
+/// once by least squares. DXT1 uses three-colour mode if any pixel's alpha is below 128.
 /// The same input gives the same bytes on every machine.
-void EncodeBlock(D3DFORMAT format, const std::uint32_t* argb, std::uint8_t* blockOut);
+void EncodeBlock(D3DFORMAT format, const uint32_t* argb, uint8_t* blockOut);
 
 } // namespace headless

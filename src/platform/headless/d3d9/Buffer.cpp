@@ -13,8 +13,6 @@ bool BufferBytes::Allocate(UINT sizeBytes)
 
 HRESULT BufferBytes::Lock(UINT offset, UINT lockSize, void** dataOut)
 {
-    if (const HRESULT ordered = OrderedResult("Lock"); FAILED(ordered))
-        return ordered;
     if (!dataOut)
         return D3DERR_INVALIDCALL;
     *dataOut = nullptr;
@@ -27,8 +25,6 @@ HRESULT BufferBytes::Lock(UINT offset, UINT lockSize, void** dataOut)
 
 HRESULT BufferBytes::Unlock()
 {
-    if (const HRESULT ordered = OrderedResult("Unlock"); FAILED(ordered))
-        return ordered;
     if (lockCount == 0)
         return D3DERR_INVALIDCALL;
     --lockCount;
@@ -61,8 +57,6 @@ HRESULT HeadlessVertexBuffer::Unlock()
 
 HRESULT HeadlessVertexBuffer::GetDesc(D3DVERTEXBUFFER_DESC* descOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDesc"); FAILED(ordered))
-        return ordered;
     if (!descOut)
         return D3DERR_INVALIDCALL;
     *descOut = desc;
@@ -95,8 +89,6 @@ HRESULT HeadlessIndexBuffer::Unlock()
 
 HRESULT HeadlessIndexBuffer::GetDesc(D3DINDEXBUFFER_DESC* descOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDesc"); FAILED(ordered))
-        return ordered;
     if (!descOut)
         return D3DERR_INVALIDCALL;
     *descOut = desc;

@@ -5,13 +5,13 @@
 
 namespace headless {
 
-/// What vertex and index buffers share: bytes, and a count of locks, which may nest.
+/// What vertex and index buffers share: their bytes and a lock count, as locks may nest.
 struct BufferBytes {
     ZeroedBytes bytes;
     UINT size = 0;
     UINT lockCount = 0;
 
-    /// Takes zeroed memory; false if there is none.
+    /// Allocates zeroed memory; false on failure.
     bool Allocate(UINT sizeBytes);
     HRESULT Lock(UINT offset, UINT lockSize, void** dataOut);
     HRESULT Unlock();
@@ -21,13 +21,13 @@ class HeadlessVertexBuffer final
     : public Resource<IDirect3DVertexBuffer9, IID_IDirect3DVertexBuffer9>,
       public ResourceLife {
 public:
-    /// The caller holds no reference yet. Null if there is no memory.
+    /// The caller holds no reference yet. Null if memory runs out.
     static HeadlessVertexBuffer* Create(ResourceOwner& owner, const D3DVERTEXBUFFER_DESC& desc);
 
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
     ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_VERTEXBUFFER; }
-    /// A size of 0 means up to the end. The range must lie inside the buffer.
+    /// A size of 0 means to the end. The range must lie inside the buffer.
     HRESULT STDMETHODCALLTYPE Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut,
                                    DWORD flags) override;
     HRESULT STDMETHODCALLTYPE Unlock() override;
@@ -47,13 +47,13 @@ private:
 class HeadlessIndexBuffer final : public Resource<IDirect3DIndexBuffer9, IID_IDirect3DIndexBuffer9>,
                                   public ResourceLife {
 public:
-    /// The caller holds no reference yet. Null if there is no memory.
+    /// The caller holds no reference yet. Null if memory runs out.
     static HeadlessIndexBuffer* Create(ResourceOwner& owner, const D3DINDEXBUFFER_DESC& desc);
 
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
     ULONG STDMETHODCALLTYPE Release() override { return RemoveReference(); }
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_INDEXBUFFER; }
-    /// A size of 0 means up to the end. The range must lie inside the buffer.
+    /// A size of 0 means to the end. The range must lie inside the buffer.
     HRESULT STDMETHODCALLTYPE Lock(UINT offsetToLock, UINT sizeToLock, void** dataOut,
                                    DWORD flags) override;
     HRESULT STDMETHODCALLTYPE Unlock() override;

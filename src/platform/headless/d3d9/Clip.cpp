@@ -6,7 +6,7 @@ namespace headless {
 
 namespace {
 
-/// In front of the eye: small enough to keep what a scene can show, large enough to divide by.
+/// The smallest w in front of the eye: keeps everything visible, yet is large enough to divide by.
 constexpr float kLeastW = 1e-6f;
 
 constexpr DWORD kEye = 1, kLeft = 2, kRight = 4, kTop = 8, kBottom = 16, kNear = 32, kFar = 64;
@@ -51,8 +51,8 @@ ShadedVertex Mix(const ClipRules& rules, const ShadedVertex& a, const ShadedVert
     return mixed;
 }
 
-/// The point of an edge on a plane, counted from the inside, so that two triangles that share the edge
-/// get the same point whichever way they run along it.
+/// The intersection of an edge and a plane, measured from the inside end, so that two triangles
+/// sharing the edge get the same point whichever way they traverse it.
 ShadedVertex Crossing(const ClipRules& rules, const ShadedVertex& inside, float insideDistance,
                       const ShadedVertex& outside, float outsideDistance)
 {
@@ -74,7 +74,7 @@ int ClipAgainst(const ClipRules& rules, int plane, const ShadedVertex* in, int c
             out[left++] = Crossing(rules, a, da, b, db);
         else if (db >= 0.0f && !(da >= 0.0f))
             out[left++] = Crossing(rules, b, db, a, da);
-        if (left > kMaxClippedCorners - 2) // only rounding can make a polygon lose its convexity
+        if (left > kMaxClippedCorners - 2) // only rounding can make a polygon non-convex
             break;
     }
     return left;
@@ -101,7 +101,7 @@ DWORD ClipCode(const ClipRules& rules, const ShadedVertex& vertex)
 
 bool IsFinite(const ShadedVertex& vertex)
 {
-    // One sum: infinity and NaN both survive it.
+    // Testing one sum is enough: infinity and NaN both survive it.
     return std::isfinite(std::fabs(vertex.clip[0]) + std::fabs(vertex.clip[1]) +
                          std::fabs(vertex.clip[2]) + std::fabs(vertex.clip[3]));
 }

@@ -4,28 +4,28 @@
 
 namespace headless {
 
-/// What a draw is clipped against. The near and far planes and the user's go only where the caller
-/// asks for clipping; the eye's plane and the guard band always do, as they keep every later number
-/// in its range.
+/// What a draw is clipped against. The near, far and user planes apply only if the caller asks for
+/// clipping; the eye plane and the guard band always apply, as they keep all later numbers in
+/// range.
 struct ClipRules {
     bool clipsDepth = false; ///< 0 <= z <= w
     float guardX = 1.0f;     ///< |x| <= guardX * w
     float guardY = 1.0f;
-    DWORD planes = 0; ///< bits of the user's planes
+    DWORD planes = 0; ///< one bit for each user plane
     int varyingCount = 0;
 };
 
-/// A triangle can gain a corner at each plane.
+/// Each plane can add one corner to a triangle.
 constexpr int kMaxClippedCorners = 3 + 7 + static_cast<int>(kClipPlaneCount);
 
 /// One bit for each plane that the vertex is outside of.
 DWORD ClipCode(const ClipRules& rules, const ShadedVertex& vertex);
 
-/// False for a vertex with a place that is no number: nothing can be drawn from it.
+/// False for a vertex whose position has an infinite or NaN component: it cannot be drawn.
 bool IsFinite(const ShadedVertex& vertex);
 
-/// Clips the polygon, which has at most three corners; `codes` are the planes that any corner is
-/// outside of. Gives the corners that are left, in order, or 0.
+/// Clips the polygon, which has at most three corners, in place; `codes` are the planes that any
+/// corner is outside of. Returns the number of corners left, or 0.
 int ClipPolygon(const ClipRules& rules, DWORD codes, ShadedVertex (&corners)[kMaxClippedCorners],
                 int count);
 

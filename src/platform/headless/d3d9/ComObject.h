@@ -5,8 +5,8 @@
 
 namespace headless {
 
-/// `QueryInterface` for an object that implements `Interface` and answers to IUnknown and `Ids`. How
-/// references are counted is the object's own matter.
+/// `QueryInterface` for an object that implements `Interface` and answers to IUnknown and `Ids`.
+/// Derived classes define the reference counting.
 template <typename Interface, const IID&... Ids>
 class ComIdentity : public Interface {
 public:
@@ -27,7 +27,8 @@ protected:
     ~ComIdentity() = default;
 };
 
-/// An object with one count: who makes it holds the first reference, and the last one destroys it.
+/// An object with one reference count: its creator holds the first reference, and the last
+/// `Release` destroys it.
 template <typename Interface, const IID&... Ids>
 class ComObject : public ComIdentity<Interface, Ids...> {
 public:

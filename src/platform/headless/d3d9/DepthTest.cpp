@@ -13,15 +13,16 @@ IntLanes AllOrNone(bool all)
     return SplatInt(all ? -1 : 0);
 }
 
-/// 32 bits of depth do not fit a signed number: the lowest is moved to 0x80000000 before comparing.
-std::int32_t Signed(std::uint32_t steps, int bits)
+/// 32 bits of depth do not fit a signed integer, so the lowest value maps to 0x80000000 for
+/// comparisons.
+int32_t Signed(uint32_t steps, int bits)
 {
-    return static_cast<std::int32_t>(bits == 32 ? steps ^ 0x80000000u : steps);
+    return static_cast<int32_t>(bits == 32 ? steps ^ 0x80000000u : steps);
 }
 
-/// The words of up to four pixels; those beyond `count` read as 0. What is not four whole pixels may
-/// end at the border of the picture.
-IntLanes LoadWords(const std::uint8_t* at, int count)
+/// The words of up to four pixels; those beyond `count` read as 0. Fewer than four pixels are
+/// copied one by one because the picture may end there.
+IntLanes LoadWords(const uint8_t* at, int count)
 {
     if (count == 4)
         return LoadInts(at);
@@ -31,11 +32,11 @@ IntLanes LoadWords(const std::uint8_t* at, int count)
     return MakeInts(words[0], words[1], words[2], 0);
 }
 
-IntLanes LoadHalves(const std::uint8_t* at, int count)
+IntLanes LoadHalves(const uint8_t* at, int count)
 {
     if (count == 4)
         return simd::LoadFourHalves(at);
-    std::uint16_t halves[3] = {};
+    uint16_t halves[3] = {};
     for (int i = 0; i < count; ++i)
         std::memcpy(&halves[i], at + i * 2, 2);
     return MakeInts(halves[0], halves[1], halves[2], 0);
@@ -43,7 +44,7 @@ IntLanes LoadHalves(const std::uint8_t* at, int count)
 
 IntLanes LoadSteps(const DepthTest& test, int x, int y, int count)
 {
-    const std::uint8_t* at = test.rows.At(x, y);
+    const uint8_t* at = test.rows.At(x, y);
     if (test.depthBits == 16)
         return LoadHalves(at, count);
     const IntLanes words = LoadWords(at, count);
@@ -52,26 +53,26 @@ IntLanes LoadSteps(const DepthTest& test, int x, int y, int count)
     return words ^ SplatInt(static_cast<int>(0x80000000u));
 }
 
-void StoreSteps(int depthBits, std::uint32_t steps, std::uint8_t* at)
+void StoreSteps(int depthBits, uint32_t steps, uint8_t* at)
 {
     if (depthBits == 16) {
-        const auto half = static_cast<std::uint16_t>(steps);
+        const auto half = static_cast<uint16_t>(steps);
         std::memcpy(at, &half, 2);
         return;
     }
-    const std::uint32_t word = depthBits == 24 ? steps << 8 | *at : steps ^ 0x80000000u;
+    const uint32_t word = depthBits == 24 ? steps << 8 | *at : steps ^ 0x80000000u;
     std::memcpy(at, &word, 4);
 }
 
-/// The range that a W buffer spreads its steps over, from the published formula for a projection; a
-/// projection without perspective has none.
+/// The w range that a W buffer spreads its steps over, from the published formula for a projection
+/// matrix. False for a projection without perspective.
 bool FindWRange(const D3DMATRIX& m, float& nearOut, float& farOut)
 {
     if (m._33 == 0.0f || m._34 == 0.0f || m._33 == m._34)
         return false;
     nearOut = m._44 - m._43 / m._33 * m._34;
     farOut = (m._44 - m._43) / (m._33 - m._34) * m._34 + m._44;
-    // A far plane so far that the division cannot tell it from infinity leaves the sign to chance.
+    // If the far plane is too far for the division to tell it from infinity, the sign is arbitrary.
     return std::isfinite(nearOut) && std::isfinite(farOut) && farOut > nearOut;
 }
 
@@ -80,7 +81,7 @@ bool FindWRange(const D3DMATRIX& m, float& nearOut, float& farOut)
 Comparison::Comparison() : Comparison(D3DCMP_ALWAYS)
 {}
 
-/// The numbers of the functions are made of bits: less 1, equal 2, greater 4, all plus one.
+/// The values of D3DCMPFUNC are bit sets plus one: less 1, equal 2, greater 4.
 Comparison::Comparison(D3DCMPFUNC function)
     : less(AllOrNone(((function - 1) & 1) != 0)),
       equal(AllOrNone(((function - 1) & 2) != 0)),
@@ -128,11 +129,10 @@ IntLanes DepthSteps(const DepthTest& test, Lanes depth, Lanes w)
     if (test.depthBits == 24)
         return Round(share * Splat(16777215.0f));
     alignas(16) float shares[4];
-    alignas(16) std::int32_t steps[4];
+    alignas(16) int32_t steps[4];
     StoreFloats(shares, share);
     for (int i = 0; i < 4; ++i)
-        steps[i] =
-            Signed(static_cast<std::uint32_t>(static_cast<double>(shares[i]) * 4294967295.0), 32);
+        steps[i] = Signed(static_cast<uint32_t>(static_cast<double>(shares[i]) * 4294967295.0), 32);
     return LoadInts(steps);
 }
 
@@ -144,13 +144,13 @@ int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, in
 
 void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes)
 {
-    std::uint8_t* at = test.rows.At(x, y);
+    uint8_t* at = test.rows.At(x, y);
     if (lanes == 15 && test.depthBits == 24) { // the low byte holds the stencil
         const IntLanes stencil = LoadInts(at) & SplatInt(0xFF);
         StoreInts(at, stencil | ShiftLeft(steps, 8));
         return;
     }
-    alignas(16) std::uint32_t values[4];
+    alignas(16) uint32_t values[4];
     StoreInts(values, steps);
     for (unsigned i = 0; i < 4; ++i, at += test.rows.pixelBytes)
         if ((lanes >> i & 1) != 0)

@@ -6,7 +6,7 @@
 
 namespace headless {
 
-/// A comparison for four whole numbers at once: which of less, equal and greater pass.
+/// A comparison of four integers at once: which of less, equal and greater pass.
 struct Comparison {
     IntLanes less, equal, greater;
 
@@ -16,8 +16,8 @@ struct Comparison {
     IntLanes Passes(IntLanes a, IntLanes b) const;
 };
 
-/// The depth test of a draw. Depth is compared as it is stored, in whole steps, so that what is drawn
-/// twice alike has equal depth.
+/// The depth test of a draw. Depth is compared as stored, in whole steps, so that drawing the same
+/// thing twice gives equal depth.
 struct DepthTest {
     bool isOn = false;
     bool writes = false;
@@ -26,25 +26,27 @@ struct DepthTest {
     const PixelBuffer* buffer = nullptr; ///< not owned; a format of kind Depth
     PixelRows rows;
     int depthBits = 16;
-    float nearW = 0.0f; ///< what a W buffer stores as 0
+    float nearW = 0.0f; ///< w that a W buffer stores as 0
     float scaleW = 1.0f;
     float bias = 0.0f; ///< added to Z, not to W
     float slopeBias = 0.0f;
 };
 
-/// Off without a depth buffer, and when nothing would come of it.
+/// Disabled without a depth buffer, and when the test would have no effect.
 DepthTest MakeDepthTest(const DrawState& state);
 
-/// Depth with the bias of `planes`' slope, within 0..1.
+/// Depth plus the constant and the slope-scaled bias, clamped to 0..1. The slope comes from
+/// `planes`.
 Lanes BiasedDepth(const DepthTest& test, const Planes& planes, Lanes depth);
 
-/// What is stored for depth in Z of 0..1, or for w.
+/// The stored value for a Z depth of 0..1, or for w.
 IntLanes DepthSteps(const DepthTest& test, Lanes depth, Lanes w);
 
-/// Tests four pixels, or as many as `count`, beginning at (x, y). Gives the lanes of `lanes` that pass.
+/// Tests up to four pixels starting at (x, y), of which `count` exist. Returns those of `lanes`
+/// that pass.
 int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, int lanes);
 
-/// Stores what passed.
+/// Stores the depth of the pixels that passed.
 void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes);
 
 } // namespace headless

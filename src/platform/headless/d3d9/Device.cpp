@@ -76,14 +76,12 @@ void HeadlessDevice::ChildUnreferenced(ObjectKind kind, D3DPOOL pool)
 
 HRESULT HeadlessDevice::TestCooperativeLevel()
 {
-    if (const HRESULT ordered = OrderedResult("TestCooperativeLevel"); FAILED(ordered))
-        return ordered;
     if (cooperation == Cooperation::Lost)
         return D3DERR_DEVICELOST;
     return cooperation == Cooperation::NotReset ? D3DERR_DEVICENOTRESET : D3D_OK;
 }
 
-/// A round figure: memory is the host's, and callers use this as a hint only.
+/// A round figure: resources use the host's memory, and callers treat the value as a hint.
 UINT HeadlessDevice::GetAvailableTextureMem()
 {
     return 512u << 20;
@@ -92,15 +90,11 @@ UINT HeadlessDevice::GetAvailableTextureMem()
 /// Managed resources have one copy here, so there is nothing to evict.
 HRESULT HeadlessDevice::EvictManagedResources()
 {
-    if (const HRESULT ordered = OrderedResult("EvictManagedResources"); FAILED(ordered))
-        return ordered;
     return D3D_OK;
 }
 
 HRESULT HeadlessDevice::GetDirect3D(IDirect3D9** d3dOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDirect3D"); FAILED(ordered))
-        return ordered;
     if (!d3dOut)
         return D3DERR_INVALIDCALL;
     d3d.AddRef();
@@ -110,8 +104,6 @@ HRESULT HeadlessDevice::GetDirect3D(IDirect3D9** d3dOut)
 
 HRESULT HeadlessDevice::GetDeviceCaps(D3DCAPS9* capsOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDeviceCaps"); FAILED(ordered))
-        return ordered;
     if (!capsOut)
         return D3DERR_INVALIDCALL;
     *capsOut = AdapterCaps(creationParameters.DeviceType);
@@ -120,8 +112,6 @@ HRESULT HeadlessDevice::GetDeviceCaps(D3DCAPS9* capsOut)
 
 HRESULT HeadlessDevice::GetDisplayMode(UINT swapChain, D3DDISPLAYMODE* modeOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDisplayMode"); FAILED(ordered))
-        return ordered;
     if (swapChain != 0 || !modeOut)
         return D3DERR_INVALIDCALL;
     *modeOut = DesktopMode();
@@ -137,8 +127,6 @@ HRESULT HeadlessDevice::GetDisplayMode(UINT swapChain, D3DDISPLAYMODE* modeOut)
 
 HRESULT HeadlessDevice::GetCreationParameters(D3DDEVICE_CREATION_PARAMETERS* parametersOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetCreationParameters"); FAILED(ordered))
-        return ordered;
     if (!parametersOut)
         return D3DERR_INVALIDCALL;
     *parametersOut = creationParameters;
@@ -152,8 +140,6 @@ UINT HeadlessDevice::GetNumberOfSwapChains()
 
 HRESULT HeadlessDevice::BeginScene()
 {
-    if (const HRESULT ordered = OrderedResult("BeginScene"); FAILED(ordered))
-        return ordered;
     if (state.inScene)
         return D3DERR_INVALIDCALL;
     state.inScene = true;
@@ -162,8 +148,6 @@ HRESULT HeadlessDevice::BeginScene()
 
 HRESULT HeadlessDevice::EndScene()
 {
-    if (const HRESULT ordered = OrderedResult("EndScene"); FAILED(ordered))
-        return ordered;
     if (!state.inScene)
         return D3DERR_INVALIDCALL;
     state.inScene = false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RefusingDevice.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/DeviceState.h"
 #include "platform/headless/d3d9/Direct3D.h"
 #include "platform/headless/d3d9/Rasterizer.h"
@@ -9,16 +11,18 @@
 
 namespace headless {
 
-/// What `TestCooperativeLevel` tells.
+/// The states that `TestCooperativeLevel` reports.
 enum class Cooperation { Ok, Lost, NotReset };
 
-/// The device: state, implicit surfaces and the count of its children. Its operations are split by
-/// topic over the files Device*.cpp; those that the host does not model are in DeviceUnmodelled.cpp.
-class HeadlessDevice final : public ComIdentity<IDirect3DDevice9, IID_IDirect3DDevice9>,
-                             public ResourceOwner {
+/// The device: its states, its implicit surfaces and the count of its children. Its operations are
+/// split by topic over the files Device*.cpp; those that the host does not model are in
+/// RefusingDevice.h.
+class HeadlessDevice final
+    : public RefusingDevice<ComIdentity<IDirect3DDevice9, IID_IDirect3DDevice9>, LoggedRefusal>,
+      public ResourceOwner {
 public:
     /// `parameters` are complete (see PresentParameters.h). The caller holds one reference. Null if
-    /// there is no memory. `owner` lives longer than the device.
+    /// memory runs out. `owner` outlives the device.
     static HeadlessDevice* Create(HeadlessDirect3D& owner,
                                   const D3DDEVICE_CREATION_PARAMETERS& creation,
                                   const D3DPRESENT_PARAMETERS& parameters);
@@ -33,14 +37,6 @@ public:
     HRESULT STDMETHODCALLTYPE GetDisplayMode(UINT swapChain, D3DDISPLAYMODE* modeOut) override;
     HRESULT STDMETHODCALLTYPE
     GetCreationParameters(D3DDEVICE_CREATION_PARAMETERS* parametersOut) override;
-    HRESULT STDMETHODCALLTYPE SetCursorProperties(UINT xHotSpot, UINT yHotSpot,
-                                                  IDirect3DSurface9* cursorBitmap) override;
-    void STDMETHODCALLTYPE SetCursorPosition(int x, int y, DWORD flags) override;
-    BOOL STDMETHODCALLTYPE ShowCursor(BOOL show) override;
-    HRESULT STDMETHODCALLTYPE CreateAdditionalSwapChain(
-        D3DPRESENT_PARAMETERS* parameters, IDirect3DSwapChain9** swapChainOut) override;
-    HRESULT STDMETHODCALLTYPE GetSwapChain(UINT swapChain,
-                                           IDirect3DSwapChain9** swapChainOut) override;
     UINT STDMETHODCALLTYPE GetNumberOfSwapChains() override;
     HRESULT STDMETHODCALLTYPE Reset(D3DPRESENT_PARAMETERS* parameters) override;
     HRESULT STDMETHODCALLTYPE Present(const RECT* srcRect, const RECT* dstRect,
@@ -48,9 +44,6 @@ public:
     HRESULT STDMETHODCALLTYPE GetBackBuffer(UINT swapChain, UINT backBuffer,
                                             D3DBACKBUFFER_TYPE type,
                                             IDirect3DSurface9** backBufferOut) override;
-    HRESULT STDMETHODCALLTYPE GetRasterStatus(UINT swapChain,
-                                              D3DRASTER_STATUS* rasterStatusOut) override;
-    HRESULT STDMETHODCALLTYPE SetDialogBoxMode(BOOL enable) override;
     void STDMETHODCALLTYPE SetGammaRamp(UINT swapChain, DWORD flags,
                                         const D3DGAMMARAMP* ramp) override;
     void STDMETHODCALLTYPE GetGammaRamp(UINT swapChain, D3DGAMMARAMP* rampOut) override;
@@ -58,14 +51,6 @@ public:
                                             D3DFORMAT format, D3DPOOL pool,
                                             IDirect3DTexture9** textureOut,
                                             HANDLE* sharedHandle) override;
-    HRESULT STDMETHODCALLTYPE CreateVolumeTexture(UINT width, UINT height, UINT depth, UINT levels,
-                                                  DWORD usage, D3DFORMAT format, D3DPOOL pool,
-                                                  IDirect3DVolumeTexture9** volumeTextureOut,
-                                                  HANDLE* sharedHandle) override;
-    HRESULT STDMETHODCALLTYPE CreateCubeTexture(UINT edgeLength, UINT levels, DWORD usage,
-                                                D3DFORMAT format, D3DPOOL pool,
-                                                IDirect3DCubeTexture9** cubeTextureOut,
-                                                HANDLE* sharedHandle) override;
     HRESULT STDMETHODCALLTYPE CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL pool,
                                                  IDirect3DVertexBuffer9** vertexBufferOut,
                                                  HANDLE* sharedHandle) override;
@@ -128,10 +113,6 @@ public:
     HRESULT STDMETHODCALLTYPE GetClipPlane(DWORD index, float* planeOut) override;
     HRESULT STDMETHODCALLTYPE SetRenderState(D3DRENDERSTATETYPE state, DWORD value) override;
     HRESULT STDMETHODCALLTYPE GetRenderState(D3DRENDERSTATETYPE state, DWORD* valueOut) override;
-    HRESULT STDMETHODCALLTYPE CreateStateBlock(D3DSTATEBLOCKTYPE type,
-                                               IDirect3DStateBlock9** blockOut) override;
-    HRESULT STDMETHODCALLTYPE BeginStateBlock() override;
-    HRESULT STDMETHODCALLTYPE EndStateBlock(IDirect3DStateBlock9** blockOut) override;
     HRESULT STDMETHODCALLTYPE SetClipStatus(const D3DCLIPSTATUS9* clipStatus) override;
     HRESULT STDMETHODCALLTYPE GetClipStatus(D3DCLIPSTATUS9* clipStatusOut) override;
     HRESULT STDMETHODCALLTYPE GetTexture(DWORD stage, IDirect3DBaseTexture9** textureOut) override;
@@ -145,10 +126,6 @@ public:
     HRESULT STDMETHODCALLTYPE SetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type,
                                               DWORD value) override;
     HRESULT STDMETHODCALLTYPE ValidateDevice(DWORD* numPassesOut) override;
-    HRESULT STDMETHODCALLTYPE SetPaletteEntries(UINT palette, const PALETTEENTRY* entries) override;
-    HRESULT STDMETHODCALLTYPE GetPaletteEntries(UINT palette, PALETTEENTRY* entriesOut) override;
-    HRESULT STDMETHODCALLTYPE SetCurrentTexturePalette(UINT palette) override;
-    HRESULT STDMETHODCALLTYPE GetCurrentTexturePalette(UINT* paletteOut) override;
     HRESULT STDMETHODCALLTYPE SetScissorRect(const RECT* rect) override;
     HRESULT STDMETHODCALLTYPE GetScissorRect(RECT* rectOut) override;
     HRESULT STDMETHODCALLTYPE SetSoftwareVertexProcessing(BOOL software) override;
@@ -167,34 +144,8 @@ public:
                                                      UINT primitiveCount, const void* indexData,
                                                      D3DFORMAT indexFormat, const void* data,
                                                      UINT stride) override;
-    HRESULT STDMETHODCALLTYPE ProcessVertices(UINT srcStartIndex, UINT destIndex, UINT vertexCount,
-                                              IDirect3DVertexBuffer9* destBuffer,
-                                              IDirect3DVertexDeclaration9* declaration,
-                                              DWORD flags) override;
-    HRESULT STDMETHODCALLTYPE CreateVertexDeclaration(
-        const D3DVERTEXELEMENT9* elements, IDirect3DVertexDeclaration9** declarationOut) override;
-    HRESULT STDMETHODCALLTYPE
-    SetVertexDeclaration(IDirect3DVertexDeclaration9* declaration) override;
-    HRESULT STDMETHODCALLTYPE
-    GetVertexDeclaration(IDirect3DVertexDeclaration9** declarationOut) override;
     HRESULT STDMETHODCALLTYPE SetFVF(DWORD fvf) override;
     HRESULT STDMETHODCALLTYPE GetFVF(DWORD* fvfOut) override;
-    HRESULT STDMETHODCALLTYPE CreateVertexShader(const DWORD* byteCode,
-                                                 IDirect3DVertexShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShader(IDirect3DVertexShader9* shader) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShader(IDirect3DVertexShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantF(UINT startRegister, const float* data,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantF(UINT startRegister, float* constantDataOut,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantI(UINT startRegister, const int* data,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantI(UINT startRegister, int* constantDataOut,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantB(UINT startRegister, const BOOL* data,
-                                                       UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantB(UINT startRegister, BOOL* constantDataOut,
-                                                       UINT count) override;
     HRESULT STDMETHODCALLTYPE SetStreamSource(UINT streamNumber, IDirect3DVertexBuffer9* streamData,
                                               UINT offsetBytes, UINT stride) override;
     HRESULT STDMETHODCALLTYPE GetStreamSource(UINT streamNumber,
@@ -204,28 +155,6 @@ public:
     HRESULT STDMETHODCALLTYPE GetStreamSourceFreq(UINT streamNumber, UINT* dividerOut) override;
     HRESULT STDMETHODCALLTYPE SetIndices(IDirect3DIndexBuffer9* indexData) override;
     HRESULT STDMETHODCALLTYPE GetIndices(IDirect3DIndexBuffer9** indexDataOut) override;
-    HRESULT STDMETHODCALLTYPE CreatePixelShader(const DWORD* byteCode,
-                                                IDirect3DPixelShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShader(IDirect3DPixelShader9* shader) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShader(IDirect3DPixelShader9** shaderOut) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantF(UINT startRegister, const float* data,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantF(UINT startRegister, float* constantDataOut,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantI(UINT startRegister, const int* data,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantI(UINT startRegister, int* constantDataOut,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantB(UINT startRegister, const BOOL* data,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantB(UINT startRegister, BOOL* constantDataOut,
-                                                      UINT count) override;
-    HRESULT STDMETHODCALLTYPE DrawRectPatch(UINT handle, const float* segmentCount,
-                                            const D3DRECTPATCH_INFO* patchInfo) override;
-    HRESULT STDMETHODCALLTYPE DrawTriPatch(UINT handle, const float* segmentCount,
-                                           const D3DTRIPATCH_INFO* patchInfo) override;
-    HRESULT STDMETHODCALLTYPE DeletePatch(UINT handle) override;
-    HRESULT STDMETHODCALLTYPE CreateQuery(D3DQUERYTYPE type, IDirect3DQuery9** queryOut) override;
 
     void ChildReferenced(ObjectKind kind, D3DPOOL pool) override;
     void ChildUnreferenced(ObjectKind kind, D3DPOOL pool) override;
@@ -253,7 +182,7 @@ private:
     Cooperation cooperation = Cooperation::Ok;
     ULONG references = 1;          ///< the caller's
     ObjectCensus heldChildren;     ///< children that the caller holds; each keeps the device alive
-    int64_t heldInDefaultPool = 0; ///< those of them that a reset waits for
+    int64_t heldInDefaultPool = 0; ///< those of them in the default pool, which block a reset
 
     Binding<HeadlessSurface> backBuffer;
     Binding<HeadlessSurface> autoDepth; ///< empty without an automatic depth buffer

@@ -1,4 +1,4 @@
-// What is bound to the device: textures, vertex streams, indices, the target and its depth buffer.
+// What is bound to the device: textures, vertex streams, indices, render target and depth buffer.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -6,7 +6,7 @@ namespace headless {
 
 namespace {
 
-/// Gives the bound object out with a reference, or null and `emptyResult` for an empty slot.
+/// Hands out the bound object with a reference, or null and `emptyResult` for an empty slot.
 template <typename Object, typename Interface>
 HRESULT GetBound(const Binding<Object>& slot, Interface** objectOut, HRESULT emptyResult)
 {
@@ -23,18 +23,14 @@ HRESULT GetBound(const Binding<Object>& slot, Interface** objectOut, HRESULT emp
 
 HRESULT HeadlessDevice::GetTexture(DWORD stage, IDirect3DBaseTexture9** textureOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetTexture"); FAILED(ordered))
-        return ordered;
     return stage < kSamplerCount ? GetBound(state.textures[stage], textureOut, D3D_OK)
                                  : D3DERR_INVALIDCALL;
 }
 
-/// Textures that a device cannot reach, in system or scratch memory, are refused. A depth buffer in a
-/// texture can be drawn into but not drawn from.
+/// Refuses textures in system or scratch memory, which a device cannot reach. A depth texture can
+/// be drawn into but not sampled.
 HRESULT HeadlessDevice::SetTexture(DWORD stage, IDirect3DBaseTexture9* texture)
 {
-    if (const HRESULT ordered = OrderedResult("SetTexture"); FAILED(ordered))
-        return ordered;
     if (stage >= kSamplerCount)
         return D3DERR_INVALIDCALL;
     auto* object = static_cast<HeadlessTexture*>(texture);
@@ -49,8 +45,6 @@ HRESULT HeadlessDevice::SetTexture(DWORD stage, IDirect3DBaseTexture9* texture)
 HRESULT HeadlessDevice::SetStreamSource(UINT streamNumber, IDirect3DVertexBuffer9* streamData,
                                         UINT offsetBytes, UINT stride)
 {
-    if (const HRESULT ordered = OrderedResult("SetStreamSource"); FAILED(ordered))
-        return ordered;
     if (streamNumber >= kStreamCount)
         return D3DERR_INVALIDCALL;
     StreamSlot& slot = state.streams[streamNumber];
@@ -63,8 +57,6 @@ HRESULT HeadlessDevice::SetStreamSource(UINT streamNumber, IDirect3DVertexBuffer
 HRESULT HeadlessDevice::GetStreamSource(UINT streamNumber, IDirect3DVertexBuffer9** streamDataOut,
                                         UINT* offsetBytesOut, UINT* strideOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetStreamSource"); FAILED(ordered))
-        return ordered;
     if (streamNumber >= kStreamCount || !offsetBytesOut || !strideOut)
         return D3DERR_INVALIDCALL;
     const StreamSlot& slot = state.streams[streamNumber];
@@ -75,8 +67,6 @@ HRESULT HeadlessDevice::GetStreamSource(UINT streamNumber, IDirect3DVertexBuffer
 
 HRESULT HeadlessDevice::SetStreamSourceFreq(UINT streamNumber, UINT divider)
 {
-    if (const HRESULT ordered = OrderedResult("SetStreamSourceFreq"); FAILED(ordered))
-        return ordered;
     if (streamNumber >= kStreamCount || divider != 1)
         return Unmodelled("SetStreamSourceFreq", streamNumber, divider);
     return D3D_OK;
@@ -84,8 +74,6 @@ HRESULT HeadlessDevice::SetStreamSourceFreq(UINT streamNumber, UINT divider)
 
 HRESULT HeadlessDevice::GetStreamSourceFreq(UINT streamNumber, UINT* dividerOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetStreamSourceFreq"); FAILED(ordered))
-        return ordered;
     if (streamNumber >= kStreamCount || !dividerOut)
         return D3DERR_INVALIDCALL;
     *dividerOut = state.streams[streamNumber].divider;
@@ -94,23 +82,17 @@ HRESULT HeadlessDevice::GetStreamSourceFreq(UINT streamNumber, UINT* dividerOut)
 
 HRESULT HeadlessDevice::SetIndices(IDirect3DIndexBuffer9* indexData)
 {
-    if (const HRESULT ordered = OrderedResult("SetIndices"); FAILED(ordered))
-        return ordered;
     state.indices.Set(static_cast<HeadlessIndexBuffer*>(indexData));
     return D3D_OK;
 }
 
 HRESULT HeadlessDevice::GetIndices(IDirect3DIndexBuffer9** indexDataOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetIndices"); FAILED(ordered))
-        return ordered;
     return GetBound(state.indices, indexDataOut, D3D_OK);
 }
 
 HRESULT HeadlessDevice::SetRenderTarget(DWORD index, IDirect3DSurface9* renderTarget)
 {
-    if (const HRESULT ordered = OrderedResult("SetRenderTarget"); FAILED(ordered))
-        return ordered;
     auto* surface = static_cast<HeadlessSurface*>(renderTarget);
     if (index != 0 || !surface || (surface->Desc().Usage & D3DUSAGE_RENDERTARGET) == 0)
         return D3DERR_INVALIDCALL;
@@ -120,16 +102,12 @@ HRESULT HeadlessDevice::SetRenderTarget(DWORD index, IDirect3DSurface9* renderTa
 
 HRESULT HeadlessDevice::GetRenderTarget(DWORD index, IDirect3DSurface9** renderTargetOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetRenderTarget"); FAILED(ordered))
-        return ordered;
     return index == 0 ? GetBound(state.renderTarget, renderTargetOut, D3DERR_NOTFOUND)
                       : D3DERR_INVALIDCALL;
 }
 
 HRESULT HeadlessDevice::SetDepthStencilSurface(IDirect3DSurface9* surface)
 {
-    if (const HRESULT ordered = OrderedResult("SetDepthStencilSurface"); FAILED(ordered))
-        return ordered;
     auto* depth = static_cast<HeadlessSurface*>(surface);
     if (depth && (depth->Desc().Usage & D3DUSAGE_DEPTHSTENCIL) == 0)
         return D3DERR_INVALIDCALL;
@@ -139,8 +117,6 @@ HRESULT HeadlessDevice::SetDepthStencilSurface(IDirect3DSurface9* surface)
 
 HRESULT HeadlessDevice::GetDepthStencilSurface(IDirect3DSurface9** surfaceOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDepthStencilSurface"); FAILED(ordered))
-        return ordered;
     return GetBound(state.depthSurface, surfaceOut, D3DERR_NOTFOUND);
 }
 

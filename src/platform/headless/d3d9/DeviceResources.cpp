@@ -1,4 +1,4 @@
-// Making textures, surfaces and buffers.
+// Creating textures, surfaces and buffers.
 
 #include "platform/headless/d3d9/Adapter.h"
 #include "platform/headless/d3d9/Device.h"
@@ -13,14 +13,14 @@ bool IsSizePossible(UINT width, UINT height)
     return width > 0 && height > 0 && width <= kMaxTextureSide && height <= kMaxTextureSide;
 }
 
-/// Compressed pictures that a device draws from are made of whole blocks.
+/// Compressed textures that a device samples consist of whole blocks.
 bool IsWholeBlocks(const PixelFormat& format, UINT width, UINT height)
 {
     return width % format.UnitSide() == 0 && height % format.UnitSide() == 0;
 }
 
-/// What the pools allow: only the default pool can be drawn into, and managed memory is never
-/// dynamic. Scratch memory takes any format that the host knows.
+/// What the pools allow: only the default pool can be drawn into, and managed resources are never
+/// dynamic. The scratch pool takes any format that the host knows.
 bool IsTexturePossible(const PixelFormat& format, UINT width, UINT height, DWORD usage,
                        D3DPOOL pool)
 {
@@ -55,7 +55,7 @@ bool IsBufferPossible(UINT length, DWORD usage, D3DPOOL pool)
     return (usage & (D3DUSAGE_RENDERTARGET | D3DUSAGE_DEPTHSTENCIL)) == 0;
 }
 
-/// Puts a fresh object, or null for want of memory, into the caller's hands.
+/// Hands a new object to the caller with a reference; null means that memory ran out.
 template <typename Object, typename Interface>
 HRESULT HandOut(Object* object, Interface** objectOut)
 {
@@ -72,8 +72,6 @@ HRESULT HeadlessDevice::CreateTexture(UINT width, UINT height, UINT levels, DWOR
                                       D3DFORMAT format, D3DPOOL pool,
                                       IDirect3DTexture9** textureOut, HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateTexture"); FAILED(ordered))
-        return ordered;
     if (!textureOut)
         return D3DERR_INVALIDCALL;
     *textureOut = nullptr;
@@ -88,13 +86,11 @@ HRESULT HeadlessDevice::CreateTexture(UINT width, UINT height, UINT levels, DWOR
     return HandOut(HeadlessTexture::Create(*this, desc, levelCount), textureOut);
 }
 
-/// The length must hold at least one vertex of `fvf`, if there is one.
+/// `length` must hold at least one vertex of `fvf`, unless `fvf` is 0.
 HRESULT HeadlessDevice::CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL pool,
                                            IDirect3DVertexBuffer9** vertexBufferOut,
                                            HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateVertexBuffer"); FAILED(ordered))
-        return ordered;
     if (!vertexBufferOut)
         return D3DERR_INVALIDCALL;
     *vertexBufferOut = nullptr;
@@ -109,8 +105,6 @@ HRESULT HeadlessDevice::CreateIndexBuffer(UINT length, DWORD usage, D3DFORMAT fo
                                           IDirect3DIndexBuffer9** indexBufferOut,
                                           HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateIndexBuffer"); FAILED(ordered))
-        return ordered;
     if (!indexBufferOut)
         return D3DERR_INVALIDCALL;
     *indexBufferOut = nullptr;
@@ -134,8 +128,6 @@ HRESULT HeadlessDevice::CreateRenderTarget(UINT width, UINT height, D3DFORMAT fo
                                            BOOL lockable, IDirect3DSurface9** surfaceOut,
                                            HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateRenderTarget"); FAILED(ordered))
-        return ordered;
     if (!surfaceOut)
         return D3DERR_INVALIDCALL;
     *surfaceOut = nullptr;
@@ -152,8 +144,6 @@ HRESULT HeadlessDevice::CreateDepthStencilSurface(UINT width, UINT height, D3DFO
                                                   BOOL, IDirect3DSurface9** surfaceOut,
                                                   HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateDepthStencilSurface"); FAILED(ordered))
-        return ordered;
     if (!surfaceOut)
         return D3DERR_INVALIDCALL;
     *surfaceOut = nullptr;
@@ -165,13 +155,11 @@ HRESULT HeadlessDevice::CreateDepthStencilSurface(UINT width, UINT height, D3DFO
                          format == D3DFMT_D16_LOCKABLE, surfaceOut);
 }
 
-/// Managed memory is for textures and buffers only.
+/// The managed pool is for textures and buffers only.
 HRESULT HeadlessDevice::CreateOffscreenPlainSurface(UINT width, UINT height, D3DFORMAT format,
                                                     D3DPOOL pool, IDirect3DSurface9** surfaceOut,
                                                     HANDLE* sharedHandle)
 {
-    if (const HRESULT ordered = OrderedResult("CreateOffscreenPlainSurface"); FAILED(ordered))
-        return ordered;
     if (!surfaceOut)
         return D3DERR_INVALIDCALL;
     *surfaceOut = nullptr;

@@ -18,7 +18,7 @@ void Unbind(DeviceState& state)
     state.depthSurface.Set(nullptr);
 }
 
-/// 8 bits to 16: 255 becomes 65,535.
+/// Widens 8 bits to 16: 255 becomes 65,535.
 void SetStraightRamp(D3DGAMMARAMP& rampOut)
 {
     for (WORD i = 0; i < 256; ++i)
@@ -29,7 +29,7 @@ void SetStraightRamp(D3DGAMMARAMP& rampOut)
 
 const DrawState& DeviceState::ForDrawing()
 {
-    for (std::size_t i = 0; i < textures.size(); ++i)
+    for (size_t i = 0; i < textures.size(); ++i)
         pictures[i] = textures[i].Get() ? &textures[i].Get()->Picture() : nullptr;
     target = renderTarget.Get() ? &renderTarget.Get()->Pixels() : nullptr;
     depth = depthSurface.Get() ? &depthSurface.Get()->Pixels() : nullptr;

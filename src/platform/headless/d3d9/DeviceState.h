@@ -15,8 +15,8 @@ struct StreamSlot {
     UINT divider = 1;
 };
 
-/// All that a device was told: the values that drawing reads, the objects that are bound, and what the
-/// device only keeps.
+/// Everything that a device was set to: the values that drawing reads, the bound objects, and
+/// values that are only stored.
 struct DeviceState : DrawState {
     DWORD fvf = 0;
     std::array<StreamSlot, kStreamCount> streams;
@@ -32,11 +32,12 @@ struct DeviceState : DrawState {
     float patchSegments = 0.0f;
     bool inScene = false;
 
-    /// This with the pictures of what is bound now; good until a binding changes.
+    /// This state with `pictures`, `target` and `depth` of what is bound now; valid until a binding
+    /// changes.
     const DrawState& ForDrawing();
 };
 
-/// The published values of a new device; nothing is bound. `hasDepth` makes the depth test start on.
+/// The documented defaults of a new device; nothing is bound. `hasDepth` turns the depth test on.
 void SetDefaults(DeviceState& state, bool hasDepth);
 
 } // namespace headless

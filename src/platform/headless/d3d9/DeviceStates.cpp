@@ -1,5 +1,5 @@
-// Setters and getters of everything that a draw call reads. A value is kept as it is given; what
-// names no state, stage or slot is refused.
+// Setters and getters of everything that a draw call reads. A value is stored as given; an unknown
+// state, stage or slot is refused.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -27,7 +27,7 @@ HRESULT Set(const T* value, T& slotOut)
     return D3D_OK;
 }
 
-/// What an index that was only enabled shines with: white, along the z axis.
+/// The light of an index that was enabled but never set: white, along the z axis.
 D3DLIGHT9 DefaultLight()
 {
     D3DLIGHT9 light = {};
@@ -51,25 +51,19 @@ bool IsPossibleLight(const D3DLIGHT9& light)
 
 HRESULT HeadlessDevice::SetTransform(D3DTRANSFORMSTATETYPE type, const D3DMATRIX* matrix)
 {
-    if (const HRESULT ordered = OrderedResult("SetTransform"); FAILED(ordered))
-        return ordered;
     D3DMATRIX* slot = FindTransform(state, type);
     return slot ? Set(matrix, *slot) : D3DERR_INVALIDCALL;
 }
 
 HRESULT HeadlessDevice::GetTransform(D3DTRANSFORMSTATETYPE type, D3DMATRIX* matrixOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetTransform"); FAILED(ordered))
-        return ordered;
     const D3DMATRIX* slot = FindTransform(state, type);
     return slot ? Get(*slot, matrixOut) : D3DERR_INVALIDCALL;
 }
 
-/// The given matrix goes before the one that is set.
+/// The given matrix is applied before the current one.
 HRESULT HeadlessDevice::MultiplyTransform(D3DTRANSFORMSTATETYPE type, const D3DMATRIX* matrix)
 {
-    if (const HRESULT ordered = OrderedResult("MultiplyTransform"); FAILED(ordered))
-        return ordered;
     D3DMATRIX* slot = FindTransform(state, type);
     if (!slot || !matrix)
         return D3DERR_INVALIDCALL;
@@ -80,8 +74,6 @@ HRESULT HeadlessDevice::MultiplyTransform(D3DTRANSFORMSTATETYPE type, const D3DM
 /// The viewport must lie in the render target.
 HRESULT HeadlessDevice::SetViewport(const D3DVIEWPORT9* viewport)
 {
-    if (const HRESULT ordered = OrderedResult("SetViewport"); FAILED(ordered))
-        return ordered;
     if (!viewport)
         return D3DERR_INVALIDCALL;
     const D3DSURFACE_DESC& target = state.renderTarget.Get()->Desc();
@@ -94,29 +86,21 @@ HRESULT HeadlessDevice::SetViewport(const D3DVIEWPORT9* viewport)
 
 HRESULT HeadlessDevice::GetViewport(D3DVIEWPORT9* viewportOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetViewport"); FAILED(ordered))
-        return ordered;
     return Get(state.viewport, viewportOut);
 }
 
 HRESULT HeadlessDevice::SetMaterial(const D3DMATERIAL9* material)
 {
-    if (const HRESULT ordered = OrderedResult("SetMaterial"); FAILED(ordered))
-        return ordered;
     return Set(material, state.material);
 }
 
 HRESULT HeadlessDevice::GetMaterial(D3DMATERIAL9* materialOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetMaterial"); FAILED(ordered))
-        return ordered;
     return Get(state.material, materialOut);
 }
 
 HRESULT HeadlessDevice::SetLight(DWORD index, const D3DLIGHT9* light)
 {
-    if (const HRESULT ordered = OrderedResult("SetLight"); FAILED(ordered))
-        return ordered;
     if (!light || !IsPossibleLight(*light))
         return D3DERR_INVALIDCALL;
     state.lights[index].light = *light;
@@ -125,16 +109,12 @@ HRESULT HeadlessDevice::SetLight(DWORD index, const D3DLIGHT9* light)
 
 HRESULT HeadlessDevice::GetLight(DWORD index, D3DLIGHT9* lightOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetLight"); FAILED(ordered))
-        return ordered;
     const auto slot = state.lights.find(index);
     return slot == state.lights.end() ? D3DERR_INVALIDCALL : Get(slot->second.light, lightOut);
 }
 
 HRESULT HeadlessDevice::LightEnable(DWORD index, BOOL enable)
 {
-    if (const HRESULT ordered = OrderedResult("LightEnable"); FAILED(ordered))
-        return ordered;
     const auto slot = state.lights.try_emplace(index, LightSlot{DefaultLight(), false}).first;
     slot->second.enabled = enable != 0;
     return D3D_OK;
@@ -142,8 +122,6 @@ HRESULT HeadlessDevice::LightEnable(DWORD index, BOOL enable)
 
 HRESULT HeadlessDevice::GetLightEnable(DWORD index, BOOL* enableOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetLightEnable"); FAILED(ordered))
-        return ordered;
     const auto slot = state.lights.find(index);
     if (slot == state.lights.end() || !enableOut)
         return D3DERR_INVALIDCALL;
@@ -153,8 +131,6 @@ HRESULT HeadlessDevice::GetLightEnable(DWORD index, BOOL* enableOut)
 
 HRESULT HeadlessDevice::SetClipPlane(DWORD index, const float* plane)
 {
-    if (const HRESULT ordered = OrderedResult("SetClipPlane"); FAILED(ordered))
-        return ordered;
     if (index >= kClipPlaneCount || !plane)
         return D3DERR_INVALIDCALL;
     std::copy_n(plane, 4, state.clipPlanes[index].begin());
@@ -163,8 +139,6 @@ HRESULT HeadlessDevice::SetClipPlane(DWORD index, const float* plane)
 
 HRESULT HeadlessDevice::GetClipPlane(DWORD index, float* planeOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetClipPlane"); FAILED(ordered))
-        return ordered;
     if (index >= kClipPlaneCount || !planeOut)
         return D3DERR_INVALIDCALL;
     std::copy_n(state.clipPlanes[index].begin(), 4, planeOut);
@@ -173,8 +147,6 @@ HRESULT HeadlessDevice::GetClipPlane(DWORD index, float* planeOut)
 
 HRESULT HeadlessDevice::SetRenderState(D3DRENDERSTATETYPE type, DWORD value)
 {
-    if (const HRESULT ordered = OrderedResult("SetRenderState"); FAILED(ordered))
-        return ordered;
     if (!IsRenderState(type))
         return Unmodelled("SetRenderState", type, value);
     state.render[type] = value;
@@ -183,30 +155,22 @@ HRESULT HeadlessDevice::SetRenderState(D3DRENDERSTATETYPE type, DWORD value)
 
 HRESULT HeadlessDevice::GetRenderState(D3DRENDERSTATETYPE type, DWORD* valueOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetRenderState"); FAILED(ordered))
-        return ordered;
     return IsRenderState(type) ? Get(state.render[type], valueOut) : D3DERR_INVALIDCALL;
 }
 
 HRESULT HeadlessDevice::SetClipStatus(const D3DCLIPSTATUS9* clipStatus)
 {
-    if (const HRESULT ordered = OrderedResult("SetClipStatus"); FAILED(ordered))
-        return ordered;
     return Set(clipStatus, state.clipStatus);
 }
 
 HRESULT HeadlessDevice::GetClipStatus(D3DCLIPSTATUS9* clipStatusOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetClipStatus"); FAILED(ordered))
-        return ordered;
     return Get(state.clipStatus, clipStatusOut);
 }
 
 HRESULT HeadlessDevice::GetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type,
                                              DWORD* valueOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetTextureStageState"); FAILED(ordered))
-        return ordered;
     if (stage >= kStageCount || !IsStageState(type))
         return D3DERR_INVALIDCALL;
     return Get(state.stage[stage][type], valueOut);
@@ -215,8 +179,6 @@ HRESULT HeadlessDevice::GetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETY
 HRESULT HeadlessDevice::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETYPE type,
                                              DWORD value)
 {
-    if (const HRESULT ordered = OrderedResult("SetTextureStageState"); FAILED(ordered))
-        return ordered;
     if (stage >= kStageCount || !IsStageState(type))
         return Unmodelled("SetTextureStageState", stage, type, value);
     state.stage[stage][type] = value;
@@ -225,8 +187,6 @@ HRESULT HeadlessDevice::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETY
 
 HRESULT HeadlessDevice::GetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type, DWORD* valueOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetSamplerState"); FAILED(ordered))
-        return ordered;
     if (sampler >= kSamplerCount || !IsSamplerState(type))
         return D3DERR_INVALIDCALL;
     return Get(state.sampler[sampler][type], valueOut);
@@ -234,8 +194,6 @@ HRESULT HeadlessDevice::GetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type,
 
 HRESULT HeadlessDevice::SetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type, DWORD value)
 {
-    if (const HRESULT ordered = OrderedResult("SetSamplerState"); FAILED(ordered))
-        return ordered;
     if (sampler >= kSamplerCount || !IsSamplerState(type))
         return Unmodelled("SetSamplerState", sampler, type, value);
     state.sampler[sampler][type] = value;
@@ -244,23 +202,17 @@ HRESULT HeadlessDevice::SetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type,
 
 HRESULT HeadlessDevice::SetScissorRect(const RECT* rect)
 {
-    if (const HRESULT ordered = OrderedResult("SetScissorRect"); FAILED(ordered))
-        return ordered;
     return Set(rect, state.scissor);
 }
 
 HRESULT HeadlessDevice::GetScissorRect(RECT* rectOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetScissorRect"); FAILED(ordered))
-        return ordered;
     return Get(state.scissor, rectOut);
 }
 
-/// Only a mixed device can change; the others accept what they are.
+/// Only a mixed device can switch; the others accept just the mode they have.
 HRESULT HeadlessDevice::SetSoftwareVertexProcessing(BOOL software)
 {
-    if (const HRESULT ordered = OrderedResult("SetSoftwareVertexProcessing"); FAILED(ordered))
-        return ordered;
     const bool wanted = software != 0;
     const bool isMixed = (creationParameters.BehaviorFlags & D3DCREATE_MIXED_VERTEXPROCESSING) != 0;
     if (!isMixed && wanted != state.softwareVertexProcessing)
@@ -274,11 +226,9 @@ BOOL HeadlessDevice::GetSoftwareVertexProcessing()
     return state.softwareVertexProcessing ? TRUE : FALSE;
 }
 
-/// Kept only: the caps say that there are no N-patches, so nothing but 0 has a meaning.
+/// Stored only: the caps report no N-patches, so only 0 has a meaning.
 HRESULT HeadlessDevice::SetNPatchMode(float segments)
 {
-    if (const HRESULT ordered = OrderedResult("SetNPatchMode"); FAILED(ordered))
-        return ordered;
     if (segments != 0.0f)
         return Unmodelled("SetNPatchMode", segments);
     state.patchSegments = segments;
@@ -292,16 +242,12 @@ float HeadlessDevice::GetNPatchMode()
 
 HRESULT HeadlessDevice::SetFVF(DWORD fvf)
 {
-    if (const HRESULT ordered = OrderedResult("SetFVF"); FAILED(ordered))
-        return ordered;
     state.fvf = fvf;
     return D3D_OK;
 }
 
 HRESULT HeadlessDevice::GetFVF(DWORD* fvfOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetFVF"); FAILED(ordered))
-        return ordered;
     return Get(state.fvf, fvfOut);
 }
 

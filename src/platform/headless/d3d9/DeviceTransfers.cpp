@@ -1,4 +1,4 @@
-// Copies between pictures, and filling and clearing them.
+// Copying between pictures, filling and clearing them.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -34,14 +34,14 @@ bool IsPlainColour(const PixelBuffer& pixels)
     return pixels.format->kind != PixelKind::Compressed && pixels.format->kind != PixelKind::Depth;
 }
 
-/// A render target, or a surface by itself: what a device may draw or copy into. Levels of textures
-/// count only as render targets.
+/// Render targets and stand-alone surfaces: what a device may draw or copy into. Texture levels
+/// qualify only as render targets.
 bool IsDrawable(const HeadlessSurface& surface)
 {
     return (surface.Desc().Usage & D3DUSAGE_RENDERTARGET) != 0 || !surface.IsTextureLevel();
 }
 
-/// Copies the parts of one level that belong to a changed area of level 0, widened to whole blocks.
+/// Copies the part of one level that matches a changed area of level 0, widened to whole blocks.
 void CopyChangedLevel(const PixelBuffer& from, PixelBuffer& to, const RECT& changed, UINT shift)
 {
     const auto side = static_cast<LONG>(from.format->UnitSide());
@@ -69,12 +69,10 @@ HRESULT CopyDepth(HeadlessSurface& from, HeadlessSurface& to, const RECT& fromAr
 
 } // namespace
 
-/// From system memory into the default pool, in one format, without scaling.
+/// Copies from system memory to the default pool, same format, no scaling.
 HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT* srcRect,
                                       IDirect3DSurface9* dstSurface, const POINT* dstPoint)
 {
-    if (const HRESULT ordered = OrderedResult("UpdateSurface"); FAILED(ordered))
-        return ordered;
     if (!srcSurface || !dstSurface)
         return D3DERR_INVALIDCALL;
     HeadlessSurface& from = AsSurface(srcSurface);
@@ -99,12 +97,11 @@ HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT*
     return D3D_OK;
 }
 
-/// Copies what has changed since the last time. A source with more levels gives its smaller ones.
+/// Copies what changed since the last call. From a source with more levels, the smaller ones are
+/// taken.
 HRESULT HeadlessDevice::UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
                                       IDirect3DBaseTexture9* destinationTexture)
 {
-    if (const HRESULT ordered = OrderedResult("UpdateTexture"); FAILED(ordered))
-        return ordered;
     if (!sourceTexture || !destinationTexture)
         return D3DERR_INVALIDCALL;
     auto& from = static_cast<HeadlessTexture&>(*sourceTexture);
@@ -127,8 +124,6 @@ HRESULT HeadlessDevice::UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
 HRESULT HeadlessDevice::GetRenderTargetData(IDirect3DSurface9* renderTarget,
                                             IDirect3DSurface9* destSurface)
 {
-    if (const HRESULT ordered = OrderedResult("GetRenderTargetData"); FAILED(ordered))
-        return ordered;
     if (!renderTarget || !destSurface)
         return D3DERR_INVALIDCALL;
     if (cooperation != Cooperation::Ok)
@@ -143,14 +138,12 @@ HRESULT HeadlessDevice::GetRenderTargetData(IDirect3DSurface9* renderTarget,
     return D3D_OK;
 }
 
-/// Between surfaces of the default pool, with scaling and conversion of colours. `D3DTEXF_NONE` scales
-/// like `D3DTEXF_POINT`.
+/// Copies between surfaces of the default pool, scaling and converting colours. `D3DTEXF_NONE`
+/// scales like `D3DTEXF_POINT`.
 HRESULT HeadlessDevice::StretchRect(IDirect3DSurface9* srcSurface, const RECT* srcRect,
                                     IDirect3DSurface9* dstSurface, const RECT* dstRect,
                                     D3DTEXTUREFILTERTYPE filter)
 {
-    if (const HRESULT ordered = OrderedResult("StretchRect"); FAILED(ordered))
-        return ordered;
     if (!srcSurface || !dstSurface || srcSurface == dstSurface || filter > D3DTEXF_LINEAR)
         return D3DERR_INVALIDCALL;
     HeadlessSurface& from = AsSurface(srcSurface);
@@ -178,8 +171,6 @@ HRESULT HeadlessDevice::StretchRect(IDirect3DSurface9* srcSurface, const RECT* s
 
 HRESULT HeadlessDevice::ColorFill(IDirect3DSurface9* surface, const RECT* rect, D3DCOLOR color)
 {
-    if (const HRESULT ordered = OrderedResult("ColorFill"); FAILED(ordered))
-        return ordered;
     if (!surface)
         return D3DERR_INVALIDCALL;
     HeadlessSurface& to = AsSurface(surface);
@@ -187,13 +178,14 @@ HRESULT HeadlessDevice::ColorFill(IDirect3DSurface9* surface, const RECT* rect, 
     if (to.Desc().Pool != D3DPOOL_DEFAULT || !IsDrawable(to) || !IsPlainColour(to.Pixels()) ||
         to.IsLocked() || !IsValidArea(to.Pixels(), area))
         return D3DERR_INVALIDCALL;
-    std::uint32_t word = 0;
+    uint32_t word = 0;
     PackArgb(*to.Pixels().format, color, &word);
     FillArea(to.Pixels(), area, word, 0xFFFFFFFF);
     return D3D_OK;
 }
 
-/// What a clear may touch: viewport, scissor rectangle where it is on, and the target.
+/// The area that a clear may touch: viewport, target and, if enabled, scissor rectangle
+/// intersected.
 RECT HeadlessDevice::ClearArea() const
 {
     const D3DVIEWPORT9& viewport = state.viewport;
@@ -205,12 +197,10 @@ RECT HeadlessDevice::ClearArea() const
     return Intersect(area, state.renderTarget.Get()->Pixels().Bounds());
 }
 
-/// Rectangles are clipped and may be empty; the colour write mask does not matter to a clear.
+/// Rectangles are clipped and may be empty; a clear ignores the colour write mask.
 HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags, D3DCOLOR color,
                               float z, DWORD stencil)
 {
-    if (const HRESULT ordered = OrderedResult("Clear"); FAILED(ordered))
-        return ordered;
     constexpr DWORD kKnown = D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER | D3DCLEAR_STENCIL;
     HeadlessSurface* depth = state.depthSurface.Get();
     if ((rectCount == 0) != (rects == nullptr) || flags == 0 || (flags & ~kKnown))
@@ -223,7 +213,7 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
         return D3DERR_INVALIDCALL;
 
     PixelBuffer& target = state.renderTarget.Get()->Pixels();
-    std::uint32_t colourWord = 0;
+    uint32_t colourWord = 0;
     PackArgb(*target.format, color, &colourWord);
     const RECT limit = ClearArea();
     for (DWORD i = 0; i < std::max<DWORD>(rectCount, 1); ++i) {
@@ -235,8 +225,8 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
             continue;
         PixelBuffer& buffer = depth->Pixels();
         const RECT depthArea = Intersect(area, buffer.Bounds());
-        const std::uint32_t mask = (flags & D3DCLEAR_ZBUFFER ? DepthMask(*buffer.format) : 0) |
-                                   (flags & D3DCLEAR_STENCIL ? StencilMask(*buffer.format) : 0);
+        const uint32_t mask = (flags & D3DCLEAR_ZBUFFER ? DepthMask(*buffer.format) : 0) |
+                              (flags & D3DCLEAR_STENCIL ? StencilMask(*buffer.format) : 0);
         if (!IsEmpty(depthArea) && mask != 0)
             FillArea(buffer, depthArea, PackDepth(*buffer.format, z, stencil), mask);
     }

@@ -16,7 +16,7 @@ bool IsAdapter(UINT adapter, D3DDEVTYPE deviceType)
     return adapter == D3DADAPTER_DEFAULT && HasDeviceType(deviceType);
 }
 
-/// Exactly one kind of vertex processing; a pure device does it in hardware.
+/// Exactly one kind of vertex processing; a pure device needs hardware processing.
 bool AreBehaviorFlagsPossible(DWORD flags)
 {
     constexpr DWORD kProcessing = D3DCREATE_SOFTWARE_VERTEXPROCESSING |
@@ -28,7 +28,7 @@ bool AreBehaviorFlagsPossible(DWORD flags)
     return (flags & D3DCREATE_PUREDEVICE) == 0 || processing == D3DCREATE_HARDWARE_VERTEXPROCESSING;
 }
 
-/// The query bits that a format can answer with yes.
+/// The query bits that a format can support.
 constexpr DWORD kPlainQueries =
     D3DUSAGE_DYNAMIC | D3DUSAGE_QUERY_FILTER | D3DUSAGE_QUERY_WRAPANDMIP |
     D3DUSAGE_QUERY_POSTPIXELSHADER_BLENDING | D3DUSAGE_QUERY_LEGACYBUMPMAP;
@@ -104,8 +104,6 @@ UINT HeadlessDirect3D::GetAdapterCount()
 HRESULT HeadlessDirect3D::GetAdapterIdentifier(UINT adapter, DWORD,
                                                D3DADAPTER_IDENTIFIER9* identifierOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetAdapterIdentifier"); FAILED(ordered))
-        return ordered;
     if (adapter != D3DADAPTER_DEFAULT || !identifierOut)
         return D3DERR_INVALIDCALL;
     *identifierOut = AdapterIdentifier();
@@ -120,8 +118,6 @@ UINT HeadlessDirect3D::GetAdapterModeCount(UINT adapter, D3DFORMAT format)
 HRESULT HeadlessDirect3D::EnumAdapterModes(UINT adapter, D3DFORMAT format, UINT mode,
                                            D3DDISPLAYMODE* modeOut)
 {
-    if (const HRESULT ordered = OrderedResult("EnumAdapterModes"); FAILED(ordered))
-        return ordered;
     if (!modeOut || mode >= GetAdapterModeCount(adapter, format))
         return D3DERR_INVALIDCALL;
     *modeOut = DisplayMode(format, mode);
@@ -130,8 +126,6 @@ HRESULT HeadlessDirect3D::EnumAdapterModes(UINT adapter, D3DFORMAT format, UINT 
 
 HRESULT HeadlessDirect3D::GetAdapterDisplayMode(UINT adapter, D3DDISPLAYMODE* modeOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetAdapterDisplayMode"); FAILED(ordered))
-        return ordered;
     if (adapter != D3DADAPTER_DEFAULT || !modeOut)
         return D3DERR_INVALIDCALL;
     *modeOut = DesktopMode();
@@ -142,8 +136,6 @@ HRESULT HeadlessDirect3D::CheckDeviceType(UINT adapter, D3DDEVTYPE deviceType,
                                           D3DFORMAT displayFormat, D3DFORMAT backBufferFormat,
                                           BOOL windowed)
 {
-    if (const HRESULT ordered = OrderedResult("CheckDeviceType"); FAILED(ordered))
-        return ordered;
     if (adapter != D3DADAPTER_DEFAULT)
         return D3DERR_INVALIDCALL;
     const bool possible = HasDeviceType(deviceType) &&
@@ -155,8 +147,6 @@ HRESULT HeadlessDirect3D::CheckDeviceFormat(UINT adapter, D3DDEVTYPE deviceType,
                                             D3DFORMAT adapterFormat, DWORD usage,
                                             D3DRESOURCETYPE resourceType, D3DFORMAT checkFormat)
 {
-    if (const HRESULT ordered = OrderedResult("CheckDeviceFormat"); FAILED(ordered))
-        return ordered;
     if (adapter != D3DADAPTER_DEFAULT)
         return D3DERR_INVALIDCALL;
     const bool possible = HasDeviceType(deviceType) && IsDisplayFormat(adapterFormat) &&
@@ -169,8 +159,6 @@ HRESULT HeadlessDirect3D::CheckDeviceMultiSampleType(UINT adapter, D3DDEVTYPE de
                                                      D3DMULTISAMPLE_TYPE multiSampleType,
                                                      DWORD* qualityLevelsOut)
 {
-    if (const HRESULT ordered = OrderedResult("CheckDeviceMultiSampleType"); FAILED(ordered))
-        return ordered;
     if (adapter != D3DADAPTER_DEFAULT || multiSampleType > D3DMULTISAMPLE_16_SAMPLES)
         return D3DERR_INVALIDCALL;
     if (!HasDeviceType(deviceType) || multiSampleType != D3DMULTISAMPLE_NONE ||
@@ -186,8 +174,6 @@ HRESULT HeadlessDirect3D::CheckDepthStencilMatch(UINT adapter, D3DDEVTYPE device
                                                  D3DFORMAT renderTargetFormat,
                                                  D3DFORMAT depthStencilFormat)
 {
-    if (const HRESULT ordered = OrderedResult("CheckDepthStencilMatch"); FAILED(ordered))
-        return ordered;
     if (adapter != D3DADAPTER_DEFAULT)
         return D3DERR_INVALIDCALL;
     const bool match = HasDeviceType(deviceType) && IsDisplayFormat(adapterFormat) &&
@@ -200,8 +186,6 @@ HRESULT HeadlessDirect3D::CheckDeviceFormatConversion(UINT adapter, D3DDEVTYPE d
                                                       D3DFORMAT sourceFormat,
                                                       D3DFORMAT targetFormat)
 {
-    if (const HRESULT ordered = OrderedResult("CheckDeviceFormatConversion"); FAILED(ordered))
-        return ordered;
     if (!IsAdapter(adapter, deviceType))
         return D3DERR_INVALIDCALL;
     const bool possible = IsRenderTargetFormat(sourceFormat) && IsRenderTargetFormat(targetFormat);
@@ -210,8 +194,6 @@ HRESULT HeadlessDirect3D::CheckDeviceFormatConversion(UINT adapter, D3DDEVTYPE d
 
 HRESULT HeadlessDirect3D::GetDeviceCaps(UINT adapter, D3DDEVTYPE deviceType, D3DCAPS9* capsOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDeviceCaps"); FAILED(ordered))
-        return ordered;
     if (!IsAdapter(adapter, deviceType) || !capsOut)
         return D3DERR_INVALIDCALL;
     *capsOut = AdapterCaps(deviceType);
@@ -228,8 +210,6 @@ HRESULT HeadlessDirect3D::CreateDevice(UINT adapter, D3DDEVTYPE deviceType, HWND
                                        DWORD behaviorFlags, D3DPRESENT_PARAMETERS* parameters,
                                        IDirect3DDevice9** deviceOut)
 {
-    if (const HRESULT ordered = OrderedResult("CreateDevice"); FAILED(ordered))
-        return ordered;
     if (!deviceOut)
         return D3DERR_INVALIDCALL;
     *deviceOut = nullptr;

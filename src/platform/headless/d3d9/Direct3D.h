@@ -7,7 +7,7 @@
 
 namespace headless {
 
-/// The entrance: tells about the one adapter and makes devices on it.
+/// The entry point: describes the one adapter and creates devices on it.
 class HeadlessDirect3D final : public ComIdentity<IDirect3D9, IID_IDirect3D9> {
 public:
     /// The caller holds one reference.
@@ -49,8 +49,8 @@ public:
                                            DWORD behaviorFlags, D3DPRESENT_PARAMETERS* parameters,
                                            IDirect3DDevice9** deviceOut) override;
 
-    /// A device that the caller holds began to live, or ended. Each keeps this alive; the second may
-    /// destroy it.
+    /// The caller took its first reference to a device, or released its last one. A referenced
+    /// device keeps this object alive, so `DeviceUnreferenced` may destroy it.
     void DeviceReferenced();
     void DeviceUnreferenced();
 

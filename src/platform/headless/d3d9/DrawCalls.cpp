@@ -1,5 +1,5 @@
-// The four draw calls: what they are given is checked here and handed to the rasterizer. Also the
-// question whether they would be refused.
+// The four draw calls: check their arguments and pass them to the rasterizer. Also
+// `ValidateDevice`, which answers whether they would be refused.
 
 #include "platform/headless/d3d9/Device.h"
 
@@ -10,13 +10,13 @@ namespace headless {
 
 namespace {
 
-/// What all draw calls check first. Nothing to draw is no error.
+/// What all draw calls check first. Drawing nothing is not an error.
 bool IsPrimitive(D3DPRIMITIVETYPE type)
 {
     return CornerCount(type) != 0;
 }
 
-/// The bound stream, with as many vertices as lie in it whole. False without one.
+/// The bound stream, with the number of whole vertices in it. False if none is bound.
 bool FindStream(const DeviceState& state, const VertexLayout& layout, VertexStream& streamOut)
 {
     const StreamSlot& slot = state.streams[0];
@@ -37,8 +37,8 @@ UINT IndexBytes(D3DFORMAT format)
     return format == D3DFMT_INDEX32 ? 4 : 2;
 }
 
-/// The bound indices, if all `count` from `first` on are there.
-bool FindIndices(const DeviceState& state, UINT first, std::uint64_t count, IndexSource& indicesOut)
+/// The bound indices, if all `count` from `first` on exist.
+bool FindIndices(const DeviceState& state, UINT first, uint64_t count, IndexSource& indicesOut)
 {
     HeadlessIndexBuffer* buffer = state.indices.Get();
     if (!buffer)
@@ -59,16 +59,14 @@ HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& lay
     return rasterizer ? rasterizer->Draw(state.ForDrawing(), layout, request) : E_OUTOFMEMORY;
 }
 
-/// Whether a draw with these states is refused; whatever it is, it takes one pass.
+/// Fails if a draw with these states would be refused; any draw takes one pass.
 HRESULT HeadlessDevice::ValidateDevice(DWORD* numPassesOut)
 {
-    if (const HRESULT ordered = OrderedResult("ValidateDevice"); FAILED(ordered))
-        return ordered;
     if (!numPassesOut)
         return D3DERR_INVALIDCALL;
     *numPassesOut = 1;
     VertexLayout layout;
-    if (state.fvf != 0 && !MakeVertexLayout(state.fvf, layout)) // 0 is one that is still to be set
+    if (state.fvf != 0 && !MakeVertexLayout(state.fvf, layout)) // 0: not set yet
         return Unmodelled("D3DFVF", state.fvf);
     return CheckPixelStates(state.ForDrawing());
 }
@@ -82,8 +80,6 @@ void HeadlessDevice::ForgetStream()
 HRESULT HeadlessDevice::DrawPrimitive(D3DPRIMITIVETYPE primitiveType, UINT startVertex,
                                       UINT primitiveCount)
 {
-    if (const HRESULT ordered = OrderedResult("DrawPrimitive"); FAILED(ordered))
-        return ordered;
     if (!state.inScene || !IsPrimitive(primitiveType))
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
@@ -99,8 +95,6 @@ HRESULT HeadlessDevice::DrawPrimitive(D3DPRIMITIVETYPE primitiveType, UINT start
 HRESULT HeadlessDevice::DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVertexIndex, UINT, UINT,
                                              UINT startIndex, UINT primitiveCount)
 {
-    if (const HRESULT ordered = OrderedResult("DrawIndexedPrimitive"); FAILED(ordered))
-        return ordered;
     if (!state.inScene || !IsPrimitive(type))
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
@@ -118,31 +112,27 @@ HRESULT HeadlessDevice::DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVert
 HRESULT HeadlessDevice::DrawPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT primitiveCount,
                                         const void* data, UINT stride)
 {
-    if (const HRESULT ordered = OrderedResult("DrawPrimitiveUP"); FAILED(ordered))
-        return ordered;
     VertexLayout layout;
     if (!state.inScene || !IsPrimitive(primitiveType) || !data || stride == 0 ||
         !MakeVertexLayout(state.fvf, layout))
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
         return D3D_OK;
-    const std::uint64_t count = VertexCountOf(primitiveType, primitiveCount);
-    const VertexStream stream = {static_cast<const std::uint8_t*>(data), stride,
-                                 static_cast<UINT>(std::min<std::uint64_t>(count, 0xFFFFFFFF))};
+    const uint64_t count = VertexCountOf(primitiveType, primitiveCount);
+    const VertexStream stream = {static_cast<const uint8_t*>(data), stride,
+                                 static_cast<UINT>(std::min<uint64_t>(count, 0xFFFFFFFF))};
     const HRESULT result = Draw({primitiveType, primitiveCount, {}, stream}, layout);
     ForgetStream();
     return result;
 }
 
-/// Leaves stream 0 and the indices empty afterwards, as published. The indices must lie in the range
-/// that the caller tells, as there is nothing else to hold them against.
+/// Leaves stream 0 and the indices empty afterwards, as published. The indices must lie in the
+/// range that the caller states: the data has no known size to check against.
 HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, UINT minVertexIndex,
                                                UINT vertexCount, UINT primitiveCount,
                                                const void* indexData, D3DFORMAT indexFormat,
                                                const void* data, UINT stride)
 {
-    if (const HRESULT ordered = OrderedResult("DrawIndexedPrimitiveUP"); FAILED(ordered))
-        return ordered;
     VertexLayout layout;
     if (!state.inScene || !IsPrimitive(primitiveType) || !indexData || !data || stride == 0 ||
         (indexFormat != D3DFMT_INDEX16 && indexFormat != D3DFMT_INDEX32) ||
@@ -150,9 +140,9 @@ HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, U
         return D3DERR_INVALIDCALL;
     if (primitiveCount == 0)
         return D3D_OK;
-    const IndexSource indices = {static_cast<const std::uint8_t*>(indexData),
-                                 IndexBytes(indexFormat), 0, 0};
-    const VertexStream stream = {static_cast<const std::uint8_t*>(data), stride,
+    const IndexSource indices = {static_cast<const uint8_t*>(indexData), IndexBytes(indexFormat), 0,
+                                 0};
+    const VertexStream stream = {static_cast<const uint8_t*>(data), stride,
                                  minVertexIndex + vertexCount};
     const HRESULT result = Draw({primitiveType, primitiveCount, indices, stream}, layout);
     ForgetStream();

@@ -16,8 +16,8 @@ constexpr DWORD Bits(float value)
     return std::bit_cast<DWORD>(value);
 }
 
-/// Every render state there is, with its published start value. `D3DRS_ZENABLE` depends on whether
-/// there is a depth buffer.
+/// Every render state with its published default. That of `D3DRS_ZENABLE` depends on whether there
+/// is a depth buffer.
 constexpr StateDefault kRenderDefaults[] = {
     {D3DRS_ZENABLE, D3DZB_FALSE},
     {D3DRS_FILLMODE, D3DFILL_SOLID},
@@ -152,7 +152,7 @@ constexpr StateDefault kSamplerDefaults[] = {
     {D3DSAMP_DMAPOFFSET, 0},
 };
 
-template <std::size_t Count>
+template <size_t Count>
 bool Names(const StateDefault (&rows)[Count], int state)
 {
     for (const StateDefault& row : rows)
@@ -161,11 +161,11 @@ bool Names(const StateDefault (&rows)[Count], int state)
     return false;
 }
 
-template <std::size_t Count, typename Values>
+template <size_t Count, typename Values>
 void Fill(const StateDefault (&rows)[Count], Values& valuesOut)
 {
     for (const StateDefault& row : rows)
-        valuesOut[static_cast<std::size_t>(row.state)] = row.value;
+        valuesOut[static_cast<size_t>(row.state)] = row.value;
 }
 
 void SetStageDefaults(DrawState& state)
@@ -209,10 +209,10 @@ D3DMATRIX* FindTransform(DrawState& state, D3DTRANSFORMSTATETYPE type)
     if (type == D3DTS_PROJECTION)
         return &state.projection;
     if (type >= D3DTS_TEXTURE0 && type <= D3DTS_TEXTURE7)
-        return &state.texture[static_cast<std::size_t>(type - D3DTS_TEXTURE0)];
+        return &state.texture[static_cast<size_t>(type - D3DTS_TEXTURE0)];
     const int world = type - D3DTS_WORLD;
     if (world >= 0 && world < static_cast<int>(kWorldMatrixCount))
-        return &state.world[static_cast<std::size_t>(world)];
+        return &state.world[static_cast<size_t>(world)];
     return nullptr;
 }
 

@@ -16,21 +16,21 @@ constexpr UINT kSamplerStateCount = 14;
 constexpr UINT kWorldMatrixCount = 256;
 constexpr UINT kClipPlaneCount = 6;
 
-/// A light that was set or enabled once.
+/// A light that has been set or enabled.
 struct LightSlot {
     D3DLIGHT9 light;
     bool enabled;
 };
 
-/// A texture as drawing sees it: its levels, the largest first.
+/// A texture as drawing sees it: its levels, largest first.
 struct TexturePicture {
     std::vector<SampledPicture*> levels; ///< not empty; not owned
-    DWORD leastLevel = 0;                ///< larger ones are not read
+    DWORD leastLevel = 0;                ///< larger levels are not read
 };
 
-/// Every value that drawing reads besides the vertices, by the numbers of the public enumerations.
-/// Floats in render and stage states are kept as their bits, as the caller gives them. What is drawn
-/// from and into is memory here, so that drawing needs neither a device nor its objects.
+/// Every value that drawing reads besides the vertices, indexed by the public enumerations. Floats
+/// in render and stage states are kept as their bits, as the caller gives them. Sources and targets
+/// are plain memory here, so that drawing needs neither a device nor its objects.
 struct DrawState {
     std::array<DWORD, kRenderStateCount> render = {};
     std::array<std::array<DWORD, kStageStateCount>, kStageCount> stage = {};
@@ -44,7 +44,7 @@ struct DrawState {
     D3DVIEWPORT9 viewport = {};
     RECT scissor = {};
     D3DMATERIAL9 material = {};
-    std::map<DWORD, LightSlot> lights; ///< in rising order of their index
+    std::map<DWORD, LightSlot> lights; ///< by rising index
     std::array<std::array<float, 4>, kClipPlaneCount> clipPlanes = {};
 
     std::array<TexturePicture*, kSamplerCount> pictures = {}; ///< not owned; null without a texture
@@ -52,15 +52,15 @@ struct DrawState {
     PixelBuffer* depth = nullptr;                             ///< not owned; null without depth
 
     DWORD Render(D3DRENDERSTATETYPE state) const { return render[state]; }
-    /// A render state that the public documentation says to be a float.
+    /// A render state that the public documentation defines as a float.
     float RenderFloat(D3DRENDERSTATETYPE state) const;
 };
 
-/// The published values of a new device, with no pictures. `hasDepth` makes the depth test start on.
-/// Viewport and scissor rectangle stay as they are: they follow the target.
+/// The documented defaults of a new device, with no pictures. `hasDepth` turns the depth test on.
+/// Viewport and scissor rectangle are left alone: they follow the target.
 void SetDrawDefaults(DrawState& state, bool hasDepth);
 
-/// The place of a transform in `state`, or null for a number that names none.
+/// Where `state` stores a transform, or null for an unknown type.
 D3DMATRIX* FindTransform(DrawState& state, D3DTRANSFORMSTATETYPE type);
 
 bool IsRenderState(D3DRENDERSTATETYPE state);
@@ -68,7 +68,7 @@ bool IsStageState(D3DTEXTURESTAGESTATETYPE type);
 bool IsSamplerState(D3DSAMPLERSTATETYPE type);
 
 D3DMATRIX IdentityMatrix();
-/// Row vectors: first `a`, then `b`.
+/// Product for row vectors: `a` is applied first, then `b`.
 D3DMATRIX MultiplyMatrices(const D3DMATRIX& a, const D3DMATRIX& b);
 
 } // namespace headless

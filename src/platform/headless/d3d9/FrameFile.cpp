@@ -22,7 +22,7 @@ fs::path StartDirectory()
     return fs::current_path(error);
 }
 
-/// The program goes from folder to folder; the directory of frames is where its user began.
+/// The frame directory is relative to where the program was started, not to where it later moves.
 const fs::path kStartDirectory = StartDirectory();
 
 std::string WindowTitle(HWND window)
@@ -32,21 +32,21 @@ std::string WindowTitle(HWND window)
     return title;
 }
 
-/// The ramp's 16 bits as the nearest of 256 steps; a straight ramp changes nothing.
-std::uint32_t RampByte(const WORD (&channel)[256], std::uint32_t byte)
+/// Looks a byte up in the ramp and rounds the 16 bits to 8; a straight ramp changes nothing.
+uint32_t RampByte(const WORD (&channel)[256], uint32_t byte)
 {
     return (channel[byte] + 128u) / 257u;
 }
 
-void ApplyRamp(const D3DGAMMARAMP& ramp, std::uint32_t* argb, std::size_t count)
+void ApplyRamp(const D3DGAMMARAMP& ramp, uint32_t* argb, size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         argb[i] = (argb[i] & 0xFF000000) | RampByte(ramp.red, argb[i] >> 16 & 0xFF) << 16 |
                   RampByte(ramp.green, argb[i] >> 8 & 0xFF) << 8 |
                   RampByte(ramp.blue, argb[i] & 0xFF);
 }
 
-/// With `_` for control bytes and for those of `separators`.
+/// Replaces control bytes and those of `separators` by `_`.
 std::string WithoutOddBytes(std::string name, const char* separators)
 {
     for (char& c : name)
@@ -75,11 +75,11 @@ void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP*
         return;
     const fs::path file =
         kStartDirectory / wanted / FramePath(DirectoriesBelowPattern(), WindowTitle(window));
-    std::error_code ignored; // the file says what is wrong
+    std::error_code ignored; // opening the file reports the failure
     fs::create_directories(file.parent_path(), ignored);
     const std::string path = file.string();
-    const std::size_t count = std::size_t{picture.width} * picture.height;
-    const std::unique_ptr<std::uint32_t[]> argb(new (std::nothrow) std::uint32_t[count]);
+    const size_t count = size_t{picture.width} * picture.height;
+    const std::unique_ptr<uint32_t[]> argb(new (std::nothrow) uint32_t[count]);
     const bool isRead = argb && UnpackImage(*picture.format, picture.width, picture.height,
                                             picture.bytes.get(), picture.pitchBytes, argb.get());
     if (isRead && ramp)

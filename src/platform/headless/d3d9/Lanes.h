@@ -4,7 +4,7 @@
 
 namespace headless {
 
-// Four pixels at a time, by the operations of platform/Simd.h.
+// Four pixels at a time, on the operations of platform/Simd.h.
 
 using Lanes = simd::Floats4;  ///< a float of each of four pixels
 using IntLanes = simd::Ints4; ///< a 32-bit integer of each of four pixels
@@ -27,19 +27,19 @@ inline Rgba4 SplatColour(float r, float g, float b, float a)
     return {{Splat(r), Splat(g), Splat(b), Splat(a)}};
 }
 
-/// 0..1; NaN becomes 0, because the second operand of Max and Min wins over NaN.
+/// Clamps to 0..1; NaN becomes 0, because Max and Min return their second operand for NaN.
 inline Lanes Saturate(Lanes value)
 {
     return Min(Max(value, Splat(0.0f)), Splat(1.0f));
 }
 
-/// `low` for NaN.
+/// NaN becomes `low`.
 inline Lanes ClampLanes(Lanes value, Lanes low, Lanes high)
 {
     return Min(Max(value, low), high);
 }
 
-/// For values whose whole part fits an `int`.
+/// For values whose integer part fits an `int`.
 inline Lanes FloorSmall(Lanes value)
 {
     const Lanes truncated = ToFloats(Truncate(value));
@@ -47,8 +47,8 @@ inline Lanes FloorSmall(Lanes value)
     return truncated - (isAbove & Splat(1.0f));
 }
 
-/// Beyond 2^23 every float is a whole number already, and may be too large for an integer. NaN and
-/// infinity stay what they are.
+/// Beyond 2^23 every float is already an integer, possibly too large for an `int`. NaN and infinity
+/// are returned unchanged.
 inline Lanes Floor(Lanes value)
 {
     const Lanes isSmall = IsLess(Absolute(value), Splat(8388608.0f));
@@ -70,7 +70,7 @@ inline Lanes OneMinus(Lanes value)
     return Splat(1.0f) - value;
 }
 
-/// 0..1 to 0..`steps`, rounded to the nearest; anything else is clamped.
+/// 0..1 to 0..`steps`, rounded to nearest; anything else is clamped.
 inline IntLanes Quantise(Lanes value, float steps)
 {
     return Truncate(Saturate(value) * Splat(steps) + Splat(0.5f));

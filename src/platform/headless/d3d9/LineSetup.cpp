@@ -69,11 +69,11 @@ LineRuns::LineRuns(const Corner& a, const Corner& b, bool drawsEnd, const PixelA
 int LineRuns::MinorAt(int major) const
 {
     const int start = isSteep ? low.x : low.y;
-    const std::int64_t rise = (isSteep ? high.x : high.y) - start;
-    const std::int64_t length = Major(high, isSteep) - Major(low, isSteep);
+    const int64_t rise = (isSteep ? high.x : high.y) - start;
+    const int64_t length = Major(high, isSteep) - Major(low, isSteep);
     if (length == 0)
         return NearestPixel(start);
-    const std::int64_t along = std::int64_t{major} * kSubPixels - Major(low, isSteep);
+    const int64_t along = int64_t{major} * kSubPixels - Major(low, isSteep);
     return NearestPixel(static_cast<int>(start + rise * along / length));
 }
 

@@ -38,7 +38,7 @@ int ObjectCensus::Total() const
 std::string ObjectCensus::Report() const
 {
     std::string text;
-    for (std::size_t i = 0; i < counts.size(); ++i) {
+    for (size_t i = 0; i < counts.size(); ++i) {
         if (counts[i] == 0)
             continue;
         text += text.empty() ? "" : ", ";

@@ -1,7 +1,7 @@
 #include "platform/headless/d3d9/OutputMerger.h"
 
 #include "platform/headless/d3d9/Blending.h"
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 #include <cstring>
 
@@ -9,17 +9,17 @@ namespace headless {
 
 namespace {
 
-std::uint32_t Mask(PixelChannel channel)
+uint32_t Mask(PixelChannel channel)
 {
     return ((1u << channel.bits) - 1) << channel.shift;
 }
 
-/// The bits that D3DRS_COLORWRITEENABLE lets through. Bits that a format leaves unused go along with
-/// red, so that a full mask covers the whole word.
-std::uint32_t WordMask(const PixelFormat& format, DWORD enabled)
+/// The bits that D3DRS_COLORWRITEENABLE lets through. Unused bits of a format follow red, so that a
+/// full mask covers the whole word.
+uint32_t WordMask(const PixelFormat& format, DWORD enabled)
 {
-    const std::uint32_t all = Mask(format.r) | Mask(format.g) | Mask(format.b) | Mask(format.a);
-    std::uint32_t mask = 0;
+    const uint32_t all = Mask(format.r) | Mask(format.g) | Mask(format.b) | Mask(format.a);
+    uint32_t mask = 0;
     mask |= enabled & D3DCOLORWRITEENABLE_RED ? Mask(format.r) | ~all : 0;
     mask |= enabled & D3DCOLORWRITEENABLE_GREEN ? Mask(format.g) : 0;
     mask |= enabled & D3DCOLORWRITEENABLE_BLUE ? Mask(format.b) : 0;
@@ -27,12 +27,12 @@ std::uint32_t WordMask(const PixelFormat& format, DWORD enabled)
     return mask;
 }
 
-Rgba4 Load32(const std::uint8_t* pixels, int count, std::uint32_t opaque)
+Rgba4 Load32(const uint8_t* pixels, int count, uint32_t opaque)
 {
     IntLanes words;
     if (count == 4) {
         words = LoadInts(pixels);
-    } else { // the end of the picture may be near
+    } else { // the picture may end here
         int values[3] = {};
         for (int i = 0; i < count; ++i)
             std::memcpy(&values[i], pixels + i * 4, 4);
@@ -41,28 +41,28 @@ Rgba4 Load32(const std::uint8_t* pixels, int count, std::uint32_t opaque)
     return UnpackColours(words | SplatInt(static_cast<int>(opaque)));
 }
 
-Rgba4 LoadArgb(const std::uint8_t* pixels, int count)
+Rgba4 LoadArgb(const uint8_t* pixels, int count)
 {
     return Load32(pixels, count, 0);
 }
 
-Rgba4 LoadXrgb(const std::uint8_t* pixels, int count)
+Rgba4 LoadXrgb(const uint8_t* pixels, int count)
 {
     return Load32(pixels, count, 0xFF000000);
 }
 
-inline void Store32(std::uint8_t* pixels, IntLanes words, std::uint32_t writeMask, int lanes)
+inline void Store32(uint8_t* pixels, IntLanes words, uint32_t writeMask, int lanes)
 {
     if (lanes == 15 && writeMask == 0xFFFFFFFF) {
         StoreInts(pixels, words);
         return;
     }
-    alignas(16) std::uint32_t values[4];
+    alignas(16) uint32_t values[4];
     StoreInts(values, words);
     for (int i = 0; i < 4; ++i, pixels += 4) {
         if ((lanes >> i & 1) == 0)
             continue;
-        std::uint32_t word = 0;
+        uint32_t word = 0;
         std::memcpy(&word, pixels, 4);
         word = (word & ~writeMask) | (values[i] & writeMask);
         std::memcpy(pixels, &word, 4);
@@ -76,23 +76,23 @@ IntLanes PackColours(const Rgba4& colour)
     return red | green | Quantise(colour.c[2], 255.0f);
 }
 
-void StoreArgb(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
+void StoreArgb(uint8_t* pixels, const Rgba4& colour, uint32_t writeMask, int lanes)
 {
     const IntLanes alpha = ShiftLeft(Quantise(colour.c[3], 255.0f), 24);
     Store32(pixels, alpha | PackColours(colour), writeMask, lanes);
 }
 
-/// The unused byte is filled with ones, like everywhere here.
-void StoreXrgb(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
+/// Fills the unused byte with ones, as everywhere in this host.
+void StoreXrgb(uint8_t* pixels, const Rgba4& colour, uint32_t writeMask, int lanes)
 {
     const IntLanes unused = SplatInt(static_cast<int>(0xFF000000));
     Store32(pixels, unused | PackColours(colour), writeMask, lanes);
 }
 
-Rgba4 Load565(const std::uint8_t* pixels, int count)
+Rgba4 Load565(const uint8_t* pixels, int count)
 {
-    std::uint16_t halves[4] = {};
-    std::memcpy(halves, pixels, static_cast<std::size_t>(count) * 2);
+    uint16_t halves[4] = {};
+    std::memcpy(halves, pixels, static_cast<size_t>(count) * 2);
     const IntLanes words = MakeInts(halves[0], halves[1], halves[2], halves[3]);
     const auto field = [words](int shift, int max) {
         const IntLanes value = ShiftRight(words, shift) & SplatInt(max);
@@ -101,18 +101,18 @@ Rgba4 Load565(const std::uint8_t* pixels, int count)
     return {{field(11, 31), field(5, 63), field(0, 31), Splat(1.0f)}};
 }
 
-void Store565(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes)
+void Store565(uint8_t* pixels, const Rgba4& colour, uint32_t writeMask, int lanes)
 {
     const IntLanes red = ShiftLeft(Quantise(colour.c[0], 31.0f), 11);
     const IntLanes green = ShiftLeft(Quantise(colour.c[1], 63.0f), 5);
-    alignas(16) std::uint32_t values[4];
+    alignas(16) uint32_t values[4];
     StoreInts(values, red | green | Quantise(colour.c[2], 31.0f));
     for (int i = 0; i < 4; ++i, pixels += 2) {
         if ((lanes >> i & 1) == 0)
             continue;
-        std::uint16_t word = 0;
+        uint16_t word = 0;
         std::memcpy(&word, pixels, 2);
-        word = static_cast<std::uint16_t>((word & ~writeMask) | (values[i] & writeMask));
+        word = static_cast<uint16_t>((word & ~writeMask) | (values[i] & writeMask));
         std::memcpy(pixels, &word, 2);
     }
 }
@@ -193,13 +193,13 @@ int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes)
 void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
                  int lanes)
 {
-    std::uint8_t* at = merger.rows.At(x, y);
+    uint8_t* at = merger.rows.At(x, y);
     if (!merger.blends) {
         merger.format->store(at, colour, merger.writeMask, lanes);
         return;
     }
     Rgba4 blended = colour;
-    for (Lanes& channel : blended.c) // what is blended is a stored colour, of 0..1
+    for (Lanes& channel : blended.c) // blending works on stored colours, 0..1
         channel = Saturate(channel);
     Blend(merger, merger.format->load(at, count), blended);
     merger.format->store(at, blended, merger.writeMask, lanes);

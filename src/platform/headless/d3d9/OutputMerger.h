@@ -4,7 +4,7 @@
 
 namespace headless {
 
-/// What the factors of blending are made of.
+/// The inputs of the blend factors.
 struct BlendInput {
     const Rgba4* source;
     const Rgba4* target;
@@ -15,18 +15,18 @@ using BlendFactor = void (*)(const BlendInput& input, Rgba4& factorOut);
 using BlendOperation = Lanes (*)(Lanes source, Lanes sourceFactor, Lanes target,
                                  Lanes targetFactor);
 
-/// One way to blend: for colours, or for alpha.
+/// One blend equation: for colour or for alpha.
 struct BlendHalf {
     BlendFactor source = nullptr;
     BlendFactor target = nullptr;
     BlendOperation operation = nullptr;
 };
 
-/// How four pixels of a target are read and stored.
+/// How to load and store four pixels of a target.
 struct TargetFormat {
     D3DFORMAT format;
-    Rgba4 (*load)(const std::uint8_t* pixels, int count);
-    void (*store)(std::uint8_t* pixels, const Rgba4& colour, std::uint32_t writeMask, int lanes);
+    Rgba4 (*load)(const uint8_t* pixels, int count);
+    void (*store)(uint8_t* pixels, const Rgba4& colour, uint32_t writeMask, int lanes);
 };
 
 /// The last step of a draw: alpha test, blending, and writing.
@@ -44,16 +44,16 @@ struct OutputMerger {
     const TargetFormat* format = nullptr;
     PixelBuffer* target = nullptr; ///< not owned
     PixelRows rows;
-    std::uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
+    uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
 };
 
-/// Fails for values that name no factor, operation or function, and for targets it cannot write.
+/// Fails for unknown factors, operations or functions, and for targets it cannot write.
 HRESULT MakeOutputMerger(const DrawState& state, OutputMerger& mergerOut);
 
-/// The lanes whose alpha, as one of 256 steps, passes.
+/// The lanes whose alpha passes, compared in 256 steps.
 int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes);
 
-/// Blends and writes `lanes` of up to `count` pixels from (x, y) on.
+/// Blends and writes `lanes` of up to `count` pixels starting at (x, y).
 void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
                  int lanes);
 

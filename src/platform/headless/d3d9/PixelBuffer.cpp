@@ -15,7 +15,7 @@ struct Tap {
     float weight;
 };
 
-/// The centre of target pixel `i` of `toSize`, carried over to `fromSize` source pixels.
+/// Maps the centre of target pixel `i` of `toSize` to a position among `fromSize` source pixels.
 Tap MakeTap(LONG i, LONG toSize, LONG fromStart, LONG fromSize, bool linear)
 {
     const double centre = (i + 0.5) * static_cast<double>(fromSize) / static_cast<double>(toSize);
@@ -57,8 +57,8 @@ bool OnBlockBorder(LONG place, UINT side, UINT size)
 
 bool PixelBuffer::Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight)
 {
-    const std::size_t pitch = (RowBytes(pixelFormat, pixelWidth) + 3) / 4 * 4;
-    const std::size_t size = pitch * RowCount(pixelFormat, pixelHeight);
+    const size_t pitch = (RowBytes(pixelFormat, pixelWidth) + 3) / 4 * 4;
+    const size_t size = pitch * RowCount(pixelFormat, pixelHeight);
     bytes = AllocateZeroed(size);
     if (!bytes)
         return false;
@@ -69,13 +69,13 @@ bool PixelBuffer::Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT
     return true;
 }
 
-std::uint8_t* PixelBuffer::At(UINT x, UINT y)
+uint8_t* PixelBuffer::At(UINT x, UINT y)
 {
     const UINT side = format->UnitSide();
-    return bytes.get() + pitchBytes * (y / side) + std::size_t{x / side} * format->unitBytes;
+    return bytes.get() + pitchBytes * (y / side) + size_t{x / side} * format->unitBytes;
 }
 
-const std::uint8_t* PixelBuffer::At(UINT x, UINT y) const
+const uint8_t* PixelBuffer::At(UINT x, UINT y) const
 {
     return const_cast<PixelBuffer*>(this)->At(x, y);
 }
@@ -99,7 +99,7 @@ void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x
     const UINT side = from.format->UnitSide();
     const auto left = static_cast<UINT>(area.left);
     const auto top = static_cast<UINT>(area.top);
-    const std::size_t rowBytes = RowBytes(*from.format, static_cast<UINT>(area.right) - left);
+    const size_t rowBytes = RowBytes(*from.format, static_cast<UINT>(area.right) - left);
     ++to.changes;
     for (UINT row = 0; row < static_cast<UINT>(area.bottom) - top; row += side)
         std::memcpy(to.At(x, y + row), from.At(left, top + row), rowBytes);
@@ -124,15 +124,15 @@ void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to,
     }
 }
 
-void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::uint32_t mask)
+void FillArea(PixelBuffer& pixels, const RECT& area, uint32_t word, uint32_t mask)
 {
     ++pixels.changes;
     const PixelFormat& format = *pixels.format;
     const auto columns = static_cast<UINT>(area.right - area.left);
     for (LONG y = area.top; y < area.bottom; ++y) {
-        std::uint8_t* pixel = pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(y));
+        uint8_t* pixel = pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(y));
         if (format.unitBytes == 4 && mask == 0xFFFFFFFFu) {
-            std::fill_n(reinterpret_cast<std::uint32_t*>(pixel), columns, word);
+            std::fill_n(reinterpret_cast<uint32_t*>(pixel), columns, word);
             continue;
         }
         for (UINT x = 0; x < columns; ++x, pixel += format.unitBytes)

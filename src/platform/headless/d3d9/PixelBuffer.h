@@ -5,31 +5,31 @@
 
 namespace headless {
 
-/// The memory of one picture. Rows are padded to four bytes.
+/// The memory of one picture. Rows are padded to a multiple of four bytes.
 struct PixelBuffer {
     const PixelFormat* format = nullptr; ///< a row of the table
     UINT width = 0;
     UINT height = 0;
-    std::size_t pitchBytes = 0; ///< from one row of pixels, or of blocks, to the next
+    size_t pitchBytes = 0; ///< from one row of pixels, or of blocks, to the next
     ZeroedBytes bytes;
-    /// Goes up with every change of the contents, so that copies made of them know when they are old.
-    std::uint32_t changes = 0;
+    /// Incremented whenever the contents change, so that copies know when they are stale.
+    uint32_t changes = 0;
 
-    /// Takes zeroed memory; false, and nothing held, if there is none.
+    /// Allocates zeroed memory; on failure returns false and holds none.
     bool Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight);
 
-    /// The pixel, or the block that holds it. The place must be inside the picture.
-    std::uint8_t* At(UINT x, UINT y);
-    const std::uint8_t* At(UINT x, UINT y) const;
+    /// The pixel, or the block that contains it. The position must be inside the picture.
+    uint8_t* At(UINT x, UINT y);
+    const uint8_t* At(UINT x, UINT y) const;
 
     RECT Bounds() const { return {0, 0, static_cast<LONG>(width), static_cast<LONG>(height)}; }
 };
 
-/// Where the pixels of an uncompressed picture are, for loops that touch many of them.
+/// Fast access to the pixels of an uncompressed picture.
 struct PixelRows {
-    std::uint8_t* bytes = nullptr; ///< not owned
-    std::size_t pitchBytes = 0;
-    std::size_t pixelBytes = 0;
+    uint8_t* bytes = nullptr; ///< not owned
+    size_t pitchBytes = 0;
+    size_t pixelBytes = 0;
 
     PixelRows() = default;
     explicit PixelRows(PixelBuffer& pixels)
@@ -38,29 +38,28 @@ struct PixelRows {
           pixelBytes(pixels.format->unitBytes)
     {}
 
-    /// The place must be inside the picture.
-    std::uint8_t* At(int x, int y) const
+    /// The position must be inside the picture.
+    uint8_t* At(int x, int y) const
     {
-        return bytes + static_cast<std::size_t>(y) * pitchBytes +
-               static_cast<std::size_t>(x) * pixelBytes;
+        return bytes + static_cast<size_t>(y) * pitchBytes + static_cast<size_t>(x) * pixelBytes;
     }
 };
 
-/// True if `rect` is not empty, lies inside the picture and, for compressed formats, begins and ends
-/// at borders of blocks or at the border of the picture.
+/// True if `rect` is not empty, lies inside the picture and, for compressed formats, begins and
+/// ends on block borders or at the edge of the picture.
 bool IsValidArea(const PixelBuffer& pixels, const RECT& rect);
 
-/// Copies an area of equal format, byte by byte. Both areas must be valid; source and destination may
-/// not be the same picture.
+/// Copies an area byte by byte. Both areas must be valid and have the same format; source and
+/// destination must be different pictures.
 void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x, UINT y);
 
-/// Scales and converts an area of colours into another; `linear` takes the four nearest pixels by
-/// distance, else the nearest one. Both formats must be plain colours.
+/// Scales and converts an area of colours into another; `linear` interpolates the four nearest
+/// pixels, else the nearest one is taken. Both formats must be plain colours.
 void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to, const RECT& toArea,
                  bool linear);
 
-/// Writes one stored word to every pixel of a valid area of an uncompressed picture. Only the bits of
+/// Writes one stored word to every pixel of a valid area of an uncompressed picture. Only bits in
 /// `mask` change.
-void FillArea(PixelBuffer& pixels, const RECT& area, std::uint32_t word, std::uint32_t mask);
+void FillArea(PixelBuffer& pixels, const RECT& area, uint32_t word, uint32_t mask);
 
 } // namespace headless

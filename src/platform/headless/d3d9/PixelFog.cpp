@@ -4,7 +4,7 @@ namespace headless {
 
 namespace {
 
-/// The fourth column of a projection that does not look in perspective is 0, 0, 0, 1.
+/// The fourth column of a projection without perspective is 0, 0, 0, 1.
 bool IsPerspective(const D3DMATRIX& m)
 {
     return m._14 != 0.0f || m._24 != 0.0f || m._34 != 0.0f || m._44 != 1.0f;

@@ -5,28 +5,27 @@
 
 namespace headless {
 
-enum class FogSource : std::uint8_t {
+enum class FogSource : uint8_t {
     None,
-    Vertex, ///< a factor that comes with the vertices
+    Vertex, ///< a factor interpolated from the vertices
     Depth,  ///< the depth of the pixel, 0..1
     EyeW,   ///< the distance in front of the eye
 };
 
-/// Fog of a draw's pixels.
+/// How a draw fogs its pixels.
 struct PixelFog {
     FogSource source = FogSource::None;
     FogCurve curve;
     Rgba4 colour;
 };
 
-/// A fog table goes before the vertices' fog. It runs over w if the projection is one in perspective,
-/// else over depth.
+/// Table fog takes precedence over vertex fog. It uses w for a perspective projection, else depth.
 PixelFog MakePixelFog(const DrawState& state);
 
 /// Fog factors of four pixels from their depth or w.
 Lanes FogFactors(const PixelFog& fog, Lanes depth, Lanes w);
 
-/// Mixes red, green and blue with the fog; a factor of 1 leaves them.
+/// Mixes red, green and blue with the fog colour; a factor of 1 leaves them unchanged.
 void ApplyFog(const PixelFog& fog, Lanes factor, Rgba4& colourInOut);
 
 } // namespace headless

@@ -47,32 +47,32 @@ constexpr PixelFormat kFormats[] = {
     {D3DFMT_D32, kDepth, 4, {0, 0}, {0, 32}, {0, 0}, {0, 0}},
 };
 
-constexpr std::uint32_t MaxOf(PixelChannel channel)
+constexpr uint32_t MaxOf(PixelChannel channel)
 {
     return channel.bits == 32 ? 0xFFFFFFFFu : (1u << channel.bits) - 1;
 }
 
-constexpr std::uint32_t MaskOf(PixelChannel channel)
+constexpr uint32_t MaskOf(PixelChannel channel)
 {
     return channel.bits == 0 ? 0 : MaxOf(channel) << channel.shift;
 }
 
-std::uint32_t Field(std::uint32_t word, PixelChannel channel)
+uint32_t Field(uint32_t word, PixelChannel channel)
 {
     return (word >> channel.shift) & MaxOf(channel);
 }
 
-/// A field of n bits widened to 0..255, rounded to nearest.
-std::uint32_t To8Bits(std::uint32_t word, PixelChannel channel)
+/// Widens a field of n bits to 0..255, rounded to nearest.
+uint32_t To8Bits(uint32_t word, PixelChannel channel)
 {
-    const std::uint32_t max = MaxOf(channel);
+    const uint32_t max = MaxOf(channel);
     return (Field(word, channel) * 255 * 2 + max) / (2 * max);
 }
 
-/// 0..255 narrowed to a field of n bits, in place; an absent channel gives no bits.
-std::uint32_t From8Bits(std::uint32_t value, PixelChannel channel)
+/// Narrows 0..255 to a field of n bits, already shifted; an absent channel gives no bits.
+uint32_t From8Bits(uint32_t value, PixelChannel channel)
 {
-    const std::uint32_t max = MaxOf(channel);
+    const uint32_t max = MaxOf(channel);
     return channel.bits == 0 ? 0 : ((value * max * 2 + 255) / 510) << channel.shift;
 }
 
@@ -83,23 +83,23 @@ float ClampUnit(float value, float low)
     return value < 1.0f ? value : 1.0f;
 }
 
-float ToFloat(std::uint32_t word, PixelChannel channel, float absent)
+float ToFloat(uint32_t word, PixelChannel channel, float absent)
 {
     if (channel.bits == 0)
         return absent;
     return static_cast<float>(static_cast<double>(Field(word, channel)) / MaxOf(channel));
 }
 
-std::uint32_t FromFloat(float value, PixelChannel channel)
+uint32_t FromFloat(float value, PixelChannel channel)
 {
     if (channel.bits == 0)
         return 0;
     const double scaled = static_cast<double>(ClampUnit(value, 0.0f)) * MaxOf(channel);
-    return static_cast<std::uint32_t>(std::floor(scaled + 0.5)) << channel.shift;
+    return static_cast<uint32_t>(std::floor(scaled + 0.5)) << channel.shift;
 }
 
 /// Two's complement: both -2^(n-1) and the step above it mean -1.
-float ToSignedFloat(std::uint32_t word, PixelChannel channel)
+float ToSignedFloat(uint32_t word, PixelChannel channel)
 {
     const int half = (1 << channel.bits) / 2;
     int value = static_cast<int>(Field(word, channel));
@@ -108,19 +108,18 @@ float ToSignedFloat(std::uint32_t word, PixelChannel channel)
     return std::max(-1.0f, static_cast<float>(value) / static_cast<float>(half - 1));
 }
 
-std::uint32_t FromSignedFloat(float value, PixelChannel channel)
+uint32_t FromSignedFloat(float value, PixelChannel channel)
 {
     const int half = (1 << channel.bits) / 2;
     const double steps = half - 1;
     const double rounded = std::floor(static_cast<double>(ClampUnit(value, -1.0f)) * steps + 0.5);
-    const auto field = static_cast<std::uint32_t>(static_cast<std::int32_t>(rounded));
+    const auto field = static_cast<uint32_t>(static_cast<int32_t>(rounded));
     return (field & MaxOf(channel)) << channel.shift;
 }
 
-std::uint32_t UnusedBits(const PixelFormat& format)
+uint32_t UnusedBits(const PixelFormat& format)
 {
-    const std::uint32_t all =
-        format.unitBytes == 4 ? 0xFFFFFFFFu : (1u << 8 * format.unitBytes) - 1;
+    const uint32_t all = format.unitBytes == 4 ? 0xFFFFFFFFu : (1u << 8 * format.unitBytes) - 1;
     return all & ~(MaskOf(format.a) | MaskOf(format.r) | MaskOf(format.g) | MaskOf(format.b));
 }
 
@@ -129,43 +128,43 @@ bool IsPlain(const PixelFormat& format)
     return format.kind != PixelKind::Compressed && format.kind != PixelKind::Depth;
 }
 
-/// The weights that the public documentation gives for making grey.
+/// The luminance weights from the public documentation.
 float Grey(const Float4& colour)
 {
     return 0.2125f * colour.r + 0.7154f * colour.g + 0.0721f * colour.b;
 }
 
-std::uint32_t ToByte(float value)
+uint32_t ToByte(float value)
 {
-    return static_cast<std::uint32_t>(ClampUnit(value, 0.0f) * 255.0f + 0.5f);
+    return static_cast<uint32_t>(ClampUnit(value, 0.0f) * 255.0f + 0.5f);
 }
 
-Float4 ArgbToFloat4(std::uint32_t argb)
+Float4 ArgbToFloat4(uint32_t argb)
 {
     return {static_cast<float>((argb >> 16) & 0xFF) / 255.0f,
             static_cast<float>((argb >> 8) & 0xFF) / 255.0f,
             static_cast<float>(argb & 0xFF) / 255.0f, static_cast<float>(argb >> 24) / 255.0f};
 }
 
-/// The block at column `bx`, row `by` of a picture; beyond the border the last pixels repeat.
-void GatherBlock(const std::uint32_t* argb, UINT width, UINT height, UINT bx, UINT by,
-                 std::uint32_t* blockOut)
+/// The block at column `bx`, row `by` of a picture; past the edge the last pixels repeat.
+void GatherBlock(const uint32_t* argb, UINT width, UINT height, UINT bx, UINT by,
+                 uint32_t* blockOut)
 {
     for (UINT i = 0; i < 16; ++i) {
         const UINT x = std::min(bx * 4 + i % 4, width - 1);
         const UINT y = std::min(by * 4 + i / 4, height - 1);
-        blockOut[i] = argb[static_cast<std::size_t>(y) * width + x];
+        blockOut[i] = argb[static_cast<size_t>(y) * width + x];
     }
 }
 
-void ScatterBlock(const std::uint32_t* block, UINT width, UINT height, UINT bx, UINT by,
-                  std::uint32_t* argbOut)
+void ScatterBlock(const uint32_t* block, UINT width, UINT height, UINT bx, UINT by,
+                  uint32_t* argbOut)
 {
     const UINT columns = std::min(4u, width - bx * 4);
     const UINT rows = std::min(4u, height - by * 4);
     for (UINT row = 0; row < rows; ++row)
-        std::memcpy(argbOut + static_cast<std::size_t>(by * 4 + row) * width + bx * 4,
-                    block + row * 4, columns * sizeof *block);
+        std::memcpy(argbOut + static_cast<size_t>(by * 4 + row) * width + bx * 4, block + row * 4,
+                    columns * sizeof *block);
 }
 
 } // namespace
@@ -178,10 +177,10 @@ const PixelFormat* FindPixelFormat(D3DFORMAT format)
     return nullptr;
 }
 
-std::size_t RowBytes(const PixelFormat& format, UINT width)
+size_t RowBytes(const PixelFormat& format, UINT width)
 {
     const UINT side = format.UnitSide();
-    return (static_cast<std::size_t>(width) + side - 1) / side * format.unitBytes;
+    return (static_cast<size_t>(width) + side - 1) / side * format.unitBytes;
 }
 
 UINT RowCount(const PixelFormat& format, UINT height)
@@ -189,28 +188,27 @@ UINT RowCount(const PixelFormat& format, UINT height)
     return height / format.UnitSide() + (height % format.UnitSide() != 0);
 }
 
-std::size_t ImageBytes(const PixelFormat& format, UINT width, UINT height)
+size_t ImageBytes(const PixelFormat& format, UINT width, UINT height)
 {
     return RowBytes(format, width) * RowCount(format, height);
 }
 
-std::uint32_t LoadPixelWord(const PixelFormat& format, const void* pixel)
+uint32_t LoadPixelWord(const PixelFormat& format, const void* pixel)
 {
-    std::uint8_t bytes[4] = {};
-    std::memcpy(bytes, pixel, std::min<std::size_t>(format.unitBytes, sizeof bytes));
-    return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 |
-           static_cast<std::uint32_t>(bytes[2]) << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
+    uint8_t bytes[4] = {};
+    std::memcpy(bytes, pixel, std::min<size_t>(format.unitBytes, sizeof bytes));
+    return bytes[0] | static_cast<uint32_t>(bytes[1]) << 8 | static_cast<uint32_t>(bytes[2]) << 16 |
+           static_cast<uint32_t>(bytes[3]) << 24;
 }
 
-void StorePixelWord(const PixelFormat& format, std::uint32_t word, void* pixelOut)
+void StorePixelWord(const PixelFormat& format, uint32_t word, void* pixelOut)
 {
-    const std::uint8_t bytes[4] = {
-        static_cast<std::uint8_t>(word), static_cast<std::uint8_t>(word >> 8),
-        static_cast<std::uint8_t>(word >> 16), static_cast<std::uint8_t>(word >> 24)};
-    std::memcpy(pixelOut, bytes, std::min<std::size_t>(format.unitBytes, sizeof bytes));
+    const uint8_t bytes[4] = {static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8),
+                              static_cast<uint8_t>(word >> 16), static_cast<uint8_t>(word >> 24)};
+    std::memcpy(pixelOut, bytes, std::min<size_t>(format.unitBytes, sizeof bytes));
 }
 
-std::uint32_t UnpackArgb(const PixelFormat& format, const void* pixel)
+uint32_t UnpackArgb(const PixelFormat& format, const void* pixel)
 {
     if (!IsPlain(format))
         return 0;
@@ -218,26 +216,26 @@ std::uint32_t UnpackArgb(const PixelFormat& format, const void* pixel)
         const Float4 colour = UnpackFloat4(format, pixel);
         return 0xFF0000FFu | ToByte(colour.r) << 16 | ToByte(colour.g) << 8;
     }
-    const std::uint32_t word = LoadPixelWord(format, pixel);
-    const std::uint32_t a = format.a.bits ? To8Bits(word, format.a) : 255;
+    const uint32_t word = LoadPixelWord(format, pixel);
+    const uint32_t a = format.a.bits ? To8Bits(word, format.a) : 255;
     if (format.r.bits == 0) // alpha alone: the colour is black
         return a << 24;
-    const std::uint32_t r = To8Bits(word, format.r);
+    const uint32_t r = To8Bits(word, format.r);
     if (format.kind == PixelKind::Luminance)
         return a << 24 | r << 16 | r << 8 | r;
     return a << 24 | r << 16 | To8Bits(word, format.g) << 8 | To8Bits(word, format.b);
 }
 
-void PackArgb(const PixelFormat& format, std::uint32_t argb, void* pixelOut)
+void PackArgb(const PixelFormat& format, uint32_t argb, void* pixelOut)
 {
     if (format.kind != PixelKind::Colour) {
         PackFloat4(format, ArgbToFloat4(argb), pixelOut);
         return;
     }
-    const std::uint32_t word = UnusedBits(format) | From8Bits(argb >> 24, format.a) |
-                               From8Bits((argb >> 16) & 0xFF, format.r) |
-                               From8Bits((argb >> 8) & 0xFF, format.g) |
-                               From8Bits(argb & 0xFF, format.b);
+    const uint32_t word = UnusedBits(format) | From8Bits(argb >> 24, format.a) |
+                          From8Bits((argb >> 16) & 0xFF, format.r) |
+                          From8Bits((argb >> 8) & 0xFF, format.g) |
+                          From8Bits(argb & 0xFF, format.b);
     StorePixelWord(format, word, pixelOut);
 }
 
@@ -245,7 +243,7 @@ Float4 UnpackFloat4(const PixelFormat& format, const void* pixel)
 {
     if (!IsPlain(format))
         return {};
-    const std::uint32_t word = LoadPixelWord(format, pixel);
+    const uint32_t word = LoadPixelWord(format, pixel);
     if (format.kind == PixelKind::Signed)
         return {ToSignedFloat(word, format.r), ToSignedFloat(word, format.g), 1.0f, 1.0f};
     const float a = ToFloat(word, format.a, 1.0f);
@@ -259,7 +257,7 @@ void PackFloat4(const PixelFormat& format, const Float4& colour, void* pixelOut)
 {
     if (!IsPlain(format))
         return;
-    std::uint32_t word = UnusedBits(format);
+    uint32_t word = UnusedBits(format);
     if (format.kind == PixelKind::Signed)
         word |= FromSignedFloat(colour.r, format.r) | FromSignedFloat(colour.g, format.g);
     else if (format.kind == PixelKind::Luminance)
@@ -271,65 +269,64 @@ void PackFloat4(const PixelFormat& format, const Float4& colour, void* pixelOut)
 }
 
 bool UnpackImage(const PixelFormat& format, UINT width, UINT height, const void* bits,
-                 std::size_t pitchBytes, std::uint32_t* argbOut)
+                 size_t pitchBytes, uint32_t* argbOut)
 {
     if (format.kind == PixelKind::Depth)
         return false;
-    const auto* row = static_cast<const std::uint8_t*>(bits);
+    const auto* row = static_cast<const uint8_t*>(bits);
     for (UINT y = 0; y < RowCount(format, height); ++y, row += pitchBytes) {
         if (format.format == D3DFMT_A8R8G8B8) {
-            std::memcpy(argbOut + static_cast<std::size_t>(y) * width, row,
-                        RowBytes(format, width));
+            std::memcpy(argbOut + static_cast<size_t>(y) * width, row, RowBytes(format, width));
         } else if (format.kind == PixelKind::Compressed) {
-            std::uint32_t block[16];
+            uint32_t block[16];
             for (UINT x = 0; x < (width + 3) / 4; ++x) {
-                DecodeBlock(format.format, row + std::size_t{x} * format.unitBytes, block);
+                DecodeBlock(format.format, row + size_t{x} * format.unitBytes, block);
                 ScatterBlock(block, width, height, x, y, argbOut);
             }
         } else {
-            std::uint32_t* out = argbOut + static_cast<std::size_t>(y) * width;
+            uint32_t* out = argbOut + static_cast<size_t>(y) * width;
             for (UINT x = 0; x < width; ++x)
-                out[x] = UnpackArgb(format, row + std::size_t{x} * format.unitBytes);
+                out[x] = UnpackArgb(format, row + size_t{x} * format.unitBytes);
         }
     }
     return true;
 }
 
-bool PackImage(const PixelFormat& format, UINT width, UINT height, const std::uint32_t* argb,
-               void* bitsOut, std::size_t pitchBytes)
+bool PackImage(const PixelFormat& format, UINT width, UINT height, const uint32_t* argb,
+               void* bitsOut, size_t pitchBytes)
 {
     if (format.kind == PixelKind::Depth)
         return false;
-    auto* row = static_cast<std::uint8_t*>(bitsOut);
+    auto* row = static_cast<uint8_t*>(bitsOut);
     for (UINT y = 0; y < RowCount(format, height); ++y, row += pitchBytes) {
-        const std::uint32_t* in = argb + static_cast<std::size_t>(y) * width;
+        const uint32_t* in = argb + static_cast<size_t>(y) * width;
         if (format.format == D3DFMT_A8R8G8B8) {
             std::memcpy(row, in, RowBytes(format, width));
         } else if (format.kind == PixelKind::Compressed) {
-            std::uint32_t block[16];
+            uint32_t block[16];
             for (UINT x = 0; x < (width + 3) / 4; ++x) {
                 GatherBlock(argb, width, height, x, y, block);
-                EncodeBlock(format.format, block, row + std::size_t{x} * format.unitBytes);
+                EncodeBlock(format.format, block, row + size_t{x} * format.unitBytes);
             }
         } else {
             for (UINT x = 0; x < width; ++x)
-                PackArgb(format, in[x], row + std::size_t{x} * format.unitBytes);
+                PackArgb(format, in[x], row + size_t{x} * format.unitBytes);
         }
     }
     return true;
 }
 
-std::uint32_t PackDepth(const PixelFormat& format, float depth, std::uint32_t stencil)
+uint32_t PackDepth(const PixelFormat& format, float depth, uint32_t stencil)
 {
     return FromFloat(depth, format.r) | ((stencil & MaxOf(format.a)) << format.a.shift);
 }
 
-std::uint32_t DepthMask(const PixelFormat& format)
+uint32_t DepthMask(const PixelFormat& format)
 {
     return MaskOf(format.r);
 }
 
-std::uint32_t StencilMask(const PixelFormat& format)
+uint32_t StencilMask(const PixelFormat& format)
 {
     return MaskOf(format.a);
 }

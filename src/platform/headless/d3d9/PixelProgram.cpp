@@ -1,6 +1,6 @@
 #include "platform/headless/d3d9/PixelProgram.h"
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@ namespace headless {
 
 namespace {
 
-/// Render states with the values that drawing knows.
+/// A render state and the range of values that drawing supports.
 struct KnownRange {
     D3DRENDERSTATETYPE state;
     const char* name;
@@ -25,7 +25,7 @@ constexpr KnownRange kKnown[] = {
     {D3DRS_ALPHAFUNC, "D3DRS_ALPHAFUNC", D3DCMP_NEVER, D3DCMP_ALWAYS},
     {D3DRS_FOGTABLEMODE, "D3DRS_FOGTABLEMODE", D3DFOG_NONE, D3DFOG_LINEAR},
     {D3DRS_FOGVERTEXMODE, "D3DRS_FOGVERTEXMODE", D3DFOG_NONE, D3DFOG_LINEAR},
-    // UNMODELLED: stencil tests, colours in sRGB, coordinates that wrap around a cylinder.
+    // UNMODELLED: stencil tests, sRGB colours, cylindrical wrapping of texture coordinates.
     {D3DRS_STENCILENABLE, "D3DRS_STENCILENABLE", FALSE, FALSE},
     {D3DRS_SRGBWRITEENABLE, "D3DRS_SRGBWRITEENABLE", FALSE, FALSE},
     {D3DRS_WRAP0, "D3DRS_WRAP0", 0, 0},
@@ -51,7 +51,7 @@ HRESULT CheckStates(const DrawState& state)
     return D3D_OK;
 }
 
-/// Packs what is interpolated without gaps.
+/// Packs the interpolated values without gaps.
 VaryingLayout LayOut(PixelProgram& program)
 {
     VaryingLayout layout;
@@ -82,13 +82,13 @@ PixelArea AreaOf(const DrawState& state)
 {
     const PixelBuffer& target = *state.target;
     const D3DVIEWPORT9& viewport = state.viewport;
-    // In 64 bits: the sums of a viewport's numbers may not fit 32.
-    const auto clamp = [](std::int64_t value, UINT most) {
-        return static_cast<int>(std::clamp<std::int64_t>(value, 0, most));
+    // In 64 bits, because the sums of viewport members may overflow 32.
+    const auto clamp = [](int64_t value, UINT most) {
+        return static_cast<int>(std::clamp<int64_t>(value, 0, most));
     };
     PixelArea area = {clamp(viewport.X, target.width), clamp(viewport.Y, target.height),
-                      clamp(std::int64_t{viewport.X} + viewport.Width, target.width),
-                      clamp(std::int64_t{viewport.Y} + viewport.Height, target.height)};
+                      clamp(int64_t{viewport.X} + viewport.Width, target.width),
+                      clamp(int64_t{viewport.Y} + viewport.Height, target.height)};
     if (state.Render(D3DRS_SCISSORTESTENABLE)) {
         area.left = std::max(area.left, static_cast<int>(state.scissor.left));
         area.top = std::max(area.top, static_cast<int>(state.scissor.top));

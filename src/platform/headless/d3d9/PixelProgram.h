@@ -7,8 +7,8 @@
 
 namespace headless {
 
-/// Everything that is done to the pixels of a draw, resolved from the states once. It points into the
-/// pictures of the device and is good for that one draw.
+/// Everything done to the pixels of a draw, resolved once from the states. Points into the device's
+/// pictures and is valid for that one draw.
 struct PixelProgram {
     VaryingLayout varyings;
     StagePrograms stages;
@@ -16,15 +16,14 @@ struct PixelProgram {
     PixelFog fog;
     DepthTest depth;
     OutputMerger output;
-    PixelArea area = {}; ///< viewport, scissor rectangle and target in one
+    PixelArea area = {}; ///< intersection of viewport, scissor rectangle and target
 };
 
-/// Fails for states that the host does not model or that name nothing, each logged by its name, and for
-/// want of memory.
+/// Fails when memory runs out, and for unknown or unmodelled states, each logged by name.
 HRESULT MakePixelProgram(const DrawState& state, PixelProgram& programOut);
 
-/// Whether `MakePixelProgram` would fail for the states alone, whatever textures are set later: those
-/// of samplers count where a stage would read a texture.
+/// Whether `MakePixelProgram` would fail for the states alone, whatever textures are set later.
+/// Sampler states count where a stage would read a texture.
 HRESULT CheckPixelStates(const DrawState& state);
 
 /// Shades and writes the pixels left <= x < right of a row, which must lie in the program's area.

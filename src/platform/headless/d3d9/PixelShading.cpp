@@ -8,14 +8,14 @@ namespace headless {
 
 namespace {
 
-/// What a row of pixels starts from: all planes at x = 0 of the primitive's origin, at the row's y.
+/// Where a row of pixels starts: the value of all planes at the origin's x and the row's y.
 struct alignas(16) RowStart {
     float varying[kMaxVaryings];
     float depth;
     float reciprocalW;
 };
 
-/// Four neighbours in a row, of which the first `count` exist.
+/// Four adjacent pixels of a row, of which the first `count` exist.
 struct PixelGroup {
     int x, y;
     int count;
@@ -39,7 +39,7 @@ RowStart StartRow(const PixelProgram& program, const Planes& planes, int y)
     return row;
 }
 
-/// A varying over w, as the planes give it.
+/// A varying divided by w, as the planes give it.
 Lanes Linear(const RowStart& row, const Planes& planes, const PixelGroup& group, int i)
 {
     return Splat(row.varying[i]) + group.fromOrigin * Splat(planes.dx[i]);
@@ -53,8 +53,8 @@ Rgba4 Colour(const RowStart& row, const Planes& planes, const PixelGroup& group,
     return colour;
 }
 
-/// Coordinates are s / d, with d the divisor over w, or 1 / w alone. Their slopes follow from those of
-/// s and d by the rule for quotients.
+/// Coordinates are s / d, where d is the divisor over w, or just 1 / w. Their slopes follow from
+/// those of s and d by the quotient rule.
 StageCoordinates Coordinates(const StageProgram& stage, const RowStart& row, const Planes& planes,
                              const PixelGroup& group)
 {
@@ -106,8 +106,8 @@ void AddFog(const PixelProgram& program, const RowStart& row, const Planes& plan
     ApplyFog(program.fog, factor, colour);
 }
 
-/// Depth of the group, and the lanes that pass the test. Without an alpha test nothing later can drop
-/// a pixel, so its depth is stored at once.
+/// Computes the group's depth and the lanes that pass the test. Without an alpha test no later step
+/// can drop a pixel, so the depth is stored at once.
 void RunDepthTest(const PixelProgram& program, PixelGroup& group)
 {
     const DepthTest& test = program.depth;
@@ -133,7 +133,7 @@ PixelGroup StartGroup(const PixelProgram& program, const RowStart& row, const Pl
         return Splat(start) + group.fromOrigin * Splat(slope);
     };
     group.depth = BiasedDepth(program.depth, planes, value(row.depth, planes.depth.dx));
-    // Above 0 inside of a primitive; its lines and the lanes beyond its border may lie outside.
+    // 1/w is positive inside a primitive, but lines and lanes past the edge may lie outside it.
     const Lanes reciprocal = Max(value(row.reciprocalW, planes.reciprocalW.dx), Splat(1e-30f));
     group.w = Splat(1.0f) / reciprocal;
     group.depthSteps = SplatInt(0);
@@ -167,8 +167,8 @@ void ShadeGroup(const PixelProgram& program, const RowStart& row, const Planes& 
     WriteColour(program.output, group.x, group.y, group.count, colour, group.lanes);
 }
 
-/// Small triangles take a few pixels of many rows, each in another cache line: the lines are asked for
-/// two rows ahead.
+/// Prefetches two rows ahead: small triangles take a few pixels from each of many rows, and every
+/// row is on another cache line.
 void FetchAhead(const PixelProgram& program, int x, int y)
 {
     if (y + 2 >= program.area.bottom)

@@ -4,16 +4,16 @@
 
 namespace headless {
 
-/// A value that changes evenly over the target: at (x, y) it is at + (x - originX) * dx +
-/// (y - originY) * dy.
+/// A value that is linear over the target: at (x, y) it is at + (x - originX) * dx + (y - originY)
+/// * dy.
 struct Plane {
     float at;
     float dx;
     float dy;
 };
 
-/// Everything that a primitive interpolates. Depth and 1/w are even over the target as they are; the
-/// varyings are so when divided by w, and that is what is kept here.
+/// Everything that a primitive interpolates. Depth and 1/w are linear on the target; varyings are
+/// linear once divided by w, and are stored divided.
 struct alignas(16) Planes {
     float at[kMaxVaryings];
     float dx[kMaxVaryings];
@@ -24,8 +24,8 @@ struct alignas(16) Planes {
     float originY;
 };
 
-/// A corner on the target. Places are in 1/256 of a pixel, with the centres of pixels at whole
-/// numbers; `reciprocalW` is above 0.
+/// A corner on the target. Positions are in 1/256 of a pixel, with pixel centres at integers;
+/// `reciprocalW` is positive.
 struct Corner {
     int x, y;
     float depth;
@@ -33,12 +33,12 @@ struct Corner {
     const float* varying; ///< not owned
 };
 
-/// Steps of `Corner::x` and `y` in a pixel.
+/// Units of `Corner::x` and `y` per pixel.
 constexpr int kSubPixels = 256;
 constexpr int kSubPixelBits = 8;
 constexpr float kPixelsPerSubPixel = 1.0f / static_cast<float>(kSubPixels);
 
-/// The first whole pixel at or after a place.
+/// The first whole pixel at or after a position.
 constexpr int CeilPixel(int subPixels)
 {
     return (subPixels + kSubPixels - 1) >> kSubPixelBits;

@@ -11,7 +11,7 @@ int InSubPixels(float pixels)
     return static_cast<int>(pixels * static_cast<float>(kSubPixels) + 0.5f);
 }
 
-/// u grows along x, v along y, from the corner, which is the origin of the planes.
+/// u grows along x and v along y, from the corner, which is the origin of the planes.
 void SetSpriteCoordinates(int place, bool isProjected, float reciprocalW, float side,
                           Planes& planes)
 {

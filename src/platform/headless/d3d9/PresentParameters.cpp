@@ -16,7 +16,7 @@ bool IsKnownInterval(UINT interval, bool windowed)
     case D3DPRESENT_INTERVAL_TWO:
     case D3DPRESENT_INTERVAL_THREE:
     case D3DPRESENT_INTERVAL_FOUR:
-        return !windowed; // a window may be presented at every retrace or at once
+        return !windowed; // a window may present at every retrace or immediately
     default:
         return false;
     }
@@ -28,7 +28,7 @@ bool IsKnownSwapEffect(D3DSWAPEFFECT effect)
            effect == D3DSWAPEFFECT_COPY;
 }
 
-/// The checks that do not depend on windowed or full screen. One back buffer is all that is kept.
+/// The checks common to windowed and full-screen mode. Only one back buffer is supported.
 bool IsPossible(const D3DPRESENT_PARAMETERS& parameters)
 {
     return parameters.BackBufferCount <= 1 && IsKnownSwapEffect(parameters.SwapEffect) &&

@@ -6,8 +6,8 @@ namespace headless {
 
 namespace {
 
-/// How primitive i of a type begins, and how many vertices the whole takes: i * step, and
-/// count * step + extra.
+/// Where primitive i of a type begins (i * step), and how many vertices all take (count * step +
+/// extra).
 struct Shape {
     D3DPRIMITIVETYPE type;
     int corners;
@@ -30,14 +30,14 @@ const Shape* FindShape(D3DPRIMITIVETYPE type)
 
 } // namespace
 
-std::int64_t IndexSource::Vertex(UINT i) const
+int64_t IndexSource::Vertex(UINT i) const
 {
-    const std::uint64_t place = std::uint64_t{first} + i;
+    const uint64_t place = uint64_t{first} + i;
     if (!bytes)
-        return static_cast<std::int64_t>(place);
-    std::uint32_t index = 0;
-    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian, like all of this
-    return std::int64_t{index} + base;
+        return static_cast<int64_t>(place);
+    uint32_t index = 0;
+    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian
+    return int64_t{index} + base;
 }
 
 int CornerCount(D3DPRIMITIVETYPE type)
@@ -46,10 +46,10 @@ int CornerCount(D3DPRIMITIVETYPE type)
     return shape ? shape->corners : 0;
 }
 
-std::uint64_t VertexCountOf(D3DPRIMITIVETYPE type, UINT count)
+uint64_t VertexCountOf(D3DPRIMITIVETYPE type, UINT count)
 {
     const Shape* shape = FindShape(type);
-    return shape ? std::uint64_t{count} * shape->step + shape->extra : 0;
+    return shape ? uint64_t{count} * shape->step + shape->extra : 0;
 }
 
 void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3])
@@ -59,7 +59,7 @@ void CornersOf(D3DPRIMITIVETYPE type, UINT i, UINT (&placesOut)[3])
     placesOut[0] = start;
     placesOut[1] = start + 1;
     placesOut[2] = start + 2;
-    if (type == D3DPT_TRIANGLESTRIP && i % 2 == 1) { // every second one would turn the other way
+    if (type == D3DPT_TRIANGLESTRIP && i % 2 == 1) { // these have the opposite winding
         placesOut[1] = start + 2;
         placesOut[2] = start + 1;
     }

@@ -9,12 +9,12 @@ namespace headless {
 
 namespace {
 
-/// How far from the middle of the viewport a corner may lie. With the largest target this stays within
-/// the 2^15 pixels that the walk over a triangle can count in.
+/// How far from the centre of the viewport a corner may lie. With the largest target this stays
+/// within the 2^15 pixels that the triangle walk can handle.
 constexpr float kGuardBand = 16384.0f;
 
-/// Rounded to the nearest, in one instruction. Clipping keeps places far within the limits; what odd
-/// planes make of them is held there too.
+/// Rounds to nearest, in one instruction. Clipping keeps positions far within the limits; the clamp
+/// covers degenerate planes.
 int ToSubPixels(float pixels)
 {
     const Lanes held = ClampLanes(Splat(pixels), Splat(-32000.0f), Splat(32000.0f));
@@ -57,7 +57,7 @@ void PrimitiveDrawer::Prepare(const DrawState& state, const PixelProgram& pixelP
     drawsSprites = state.Render(D3DRS_POINTSPRITEENABLE) != 0;
 }
 
-/// The guard band has made sure of w and of the size of x and y.
+/// The guard band guarantees a positive w and bounds x and y.
 Corner PrimitiveDrawer::ToCorner(const ShadedVertex& vertex) const
 {
     const float reciprocalW = 1.0f / vertex.clip[3];
@@ -78,7 +78,7 @@ bool PrimitiveDrawer::IsCulled(bool isClockwise) const
     return cull == (isClockwise ? D3DCULL_CW : D3DCULL_CCW);
 }
 
-/// The sign of the determinant of x, y and w tells how a triangle turns even if a part of it lies
+/// The sign of the determinant of x, y and w gives a triangle's winding even if part of it lies
 /// behind the eye.
 bool PrimitiveDrawer::IsClockwise(const ShadedVertex& va, const ShadedVertex& vb,
                                   const ShadedVertex& vc) const
@@ -100,7 +100,7 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
     const Corner a = ToCorner(va);
     Corner b = ToCorner(vb);
     Corner c = ToCorner(vc);
-    std::int64_t area = TwiceArea(a, b, c);
+    int64_t area = TwiceArea(a, b, c);
     if (area == 0 || IsCulled(area > 0))
         return;
     if (area < 0) {
@@ -108,7 +108,7 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
         area = -area;
     }
     TriangleRows rows(a, b, c, program->area);
-    bool isSetUp = false; // many small triangles cover no centre of a pixel
+    bool isSetUp = false; // many small triangles cover no pixel centre
     int y = 0, left = 0, right = 0;
     while (rows.Next(y, left, right)) {
         if (left >= right)

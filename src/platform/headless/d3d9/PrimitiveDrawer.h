@@ -5,22 +5,23 @@
 
 namespace headless {
 
-/// From homogeneous space to the target: place = clip / w * scale + offset.
+/// From homogeneous space to the target: position = clip / w * scale + offset.
 struct ScreenMap {
     float scaleX = 1.0f, offsetX = 0.0f;
     float scaleY = 1.0f, offsetY = 0.0f;
     float scaleZ = 1.0f, offsetZ = 0.0f;
 };
 
-/// Clips shaded vertices, brings them to the target and fills the pixels of their primitive.
+/// Clips shaded vertices, projects them to the target and fills their primitive's pixels.
 class PrimitiveDrawer {
 public:
-    /// `program` outlives this draw. `isTransformed` tells that vertices hold places on the target.
+    /// `program` outlives this draw. `isTransformed`: vertices already hold positions on the
+    /// target.
     void Prepare(const DrawState& state, const PixelProgram& program, bool isTransformed);
 
     void DrawPoint(const ShadedVertex& vertex);
     void DrawLine(const ShadedVertex& a, const ShadedVertex& b, bool drawsEnd);
-    /// The first corner gives the colours of flat shading.
+    /// Flat shading takes the colours of the first corner.
     void DrawTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
 
 private:

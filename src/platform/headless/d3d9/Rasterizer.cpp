@@ -6,13 +6,13 @@ namespace {
 
 bool AllVerticesExist(const DrawRequest& request)
 {
-    const std::uint64_t places = VertexCountOf(request.type, request.primitiveCount);
-    const auto exists = [&request](std::int64_t vertex) {
-        return vertex >= 0 && vertex < std::int64_t{request.stream.count};
+    const uint64_t places = VertexCountOf(request.type, request.primitiveCount);
+    const auto exists = [&request](int64_t vertex) {
+        return vertex >= 0 && vertex < int64_t{request.stream.count};
     };
     if (places == 0 || places > 0xFFFFFFFF)
         return false;
-    if (!request.indices.bytes) // straight on: the last one is the highest
+    if (!request.indices.bytes) // sequential: the last one is the highest
         return exists(request.indices.Vertex(static_cast<UINT>(places) - 1));
     for (UINT i = 0; i < places; ++i)
         if (!exists(request.indices.Vertex(i)))
@@ -56,7 +56,7 @@ void Rasterizer::DrawPrimitive(const DrawRequest& request, UINT index, bool draw
     for (int i = 0; i < count; ++i)
         corners[i] = static_cast<UINT>(request.indices.Vertex(places[i]));
     vertices.Shade(corners, count, shaded);
-    // Within a strip the end of a line is the beginning of the next one.
+    // In a strip the end of a line is the start of the next one.
     const bool isLast = request.type == D3DPT_LINELIST || index + 1 == request.primitiveCount;
     if (count == 1)
         drawer.DrawPoint(*shaded[0]);

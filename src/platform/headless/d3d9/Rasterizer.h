@@ -6,18 +6,18 @@
 
 namespace headless {
 
-/// One draw call: primitives of a type, over vertices in memory.
+/// One draw call: primitives of one type, over vertices in memory.
 struct DrawRequest {
     D3DPRIMITIVETYPE type;
     UINT primitiveCount;
-    IndexSource indices; ///< all its places are in memory
+    IndexSource indices; ///< all in range
     VertexStream stream;
 };
 
-/// Draws. Holds the working memory of a draw, so that no draw takes any; some 250 kilobytes.
+/// Executes draws. Keeps its working memory, some 250 kilobytes, so that a draw allocates none.
 class Rasterizer {
 public:
-    /// Draws nothing and fails if a vertex lies outside of the stream, or a state is not modelled.
+    /// Draws nothing and fails if a vertex lies outside the stream or a state is not modelled.
     HRESULT Draw(const DrawState& state, const VertexLayout& layout, const DrawRequest& request);
 
 private:

@@ -20,7 +20,7 @@ ULONG ResourceLife::AddReference()
 ULONG ResourceLife::RemoveReference()
 {
     if (references == 0)
-        return 0; // a caller's Release too many must not destroy what the device still uses
+        return 0; // a surplus `Release` must not destroy what the device still uses
     const ULONG left = --references;
     if (left > 0)
         return left;

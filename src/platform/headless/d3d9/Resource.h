@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/ComObject.h"
 #include "platform/headless/d3d9/ResourceOwner.h"
 
@@ -8,10 +8,10 @@
 
 namespace headless {
 
-/// The lifetime of one child of a device. There are two counts: the caller's references, and the
-/// bindings, which are the places in the device that use the object (a stage, a stream, a target).
-/// The object lives while either is above 0, so a bound texture outlives its last `Release`; it keeps
-/// the device alive only while the caller refers to it.
+/// The lifetime of one child of a device. It has two counts: the caller's references, and the
+/// bindings, which are the slots of the device that use the object (a stage, a stream, a target).
+/// The object lives while either is above 0, so a bound texture survives its last `Release`; it
+/// keeps the device alive only while the caller holds a reference.
 class ResourceLife {
 public:
     /// `owner` is not owned and outlives this.
@@ -21,10 +21,10 @@ public:
     ResourceLife& operator=(const ResourceLife&) = delete;
 
     ULONG AddReference();
-    /// May destroy this, and then the device.
+    /// May destroy this object, and then the device.
     ULONG RemoveReference();
     void AddBinding() { ++bindings; }
-    /// May destroy this.
+    /// May destroy this object.
     void RemoveBinding();
 
     ResourceOwner& Owner() const { return owner; }
@@ -37,7 +37,7 @@ private:
     ULONG bindings = 0;
 };
 
-/// A slot of the device that uses an object: holds one binding on it. `T` has `AddBinding` and
+/// A device slot that uses an object: holds one binding to it. `T` has `AddBinding` and
 /// `RemoveBinding`.
 template <typename T>
 class Binding {
@@ -65,8 +65,8 @@ private:
 
 HRESULT DeviceOfResource(ResourceOwner& owner, IDirect3DDevice9** deviceOut);
 
-/// The operations that all resources share, over the interface they implement. It answers to that of
-/// all resources and to `Ids`.
+/// The operations common to all resources, on top of the interface they implement. Answers to
+/// IDirect3DResource9 and to `Ids`.
 template <typename Interface, const IID&... Ids>
 class Resource : public ComIdentity<Interface, IID_IDirect3DResource9, Ids...> {
 public:
@@ -91,7 +91,7 @@ public:
         return Unmodelled("FreePrivateData");
     }
 
-    /// Kept for managed resources alone, which are the only ones that could be moved.
+    /// Stored for managed resources only, the only ones that could be moved.
     DWORD STDMETHODCALLTYPE SetPriority(DWORD newPriority) override
     {
         const DWORD last = priority;
@@ -101,7 +101,7 @@ public:
     }
 
     DWORD STDMETHODCALLTYPE GetPriority() override { return priority; }
-    void STDMETHODCALLTYPE PreLoad() override {} // all memory is one here
+    void STDMETHODCALLTYPE PreLoad() override {} // all memory is the same here
 
 protected:
     ~Resource() = default;

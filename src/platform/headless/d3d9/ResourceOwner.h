@@ -6,13 +6,14 @@
 
 namespace headless {
 
-/// What a resource needs of the device that made it: to be counted while the caller refers to it, and
-/// to hand the device out. The device knows its resources; they know no more of it than this.
+/// What a resource needs from the device that created it: to be counted while the caller holds a
+/// reference, and to return the device. The device knows its resources; they know only this
+/// interface.
 class ResourceOwner {
 public:
-    /// The caller took its first reference of a child.
+    /// The caller took its first reference to a child.
     virtual void ChildReferenced(ObjectKind kind, D3DPOOL pool) = 0;
-    /// The caller gave its last one back. May destroy this.
+    /// The caller released its last one. May destroy this object.
     virtual void ChildUnreferenced(ObjectKind kind, D3DPOOL pool) = 0;
     virtual IDirect3DDevice9& DeviceInterface() = 0;
 

@@ -1,4 +1,4 @@
-// The arithmetic of the texture stages, as the public reference writes it down: S = arg1 op arg2.
+// The arithmetic of the texture stages, as the public reference defines it: S = arg1 op arg2.
 
 #include "platform/headless/d3d9/StageOperations.h"
 
@@ -6,7 +6,7 @@ namespace headless {
 
 namespace {
 
-/// One channel of the arguments, the alpha of argument 1, and the share that blends mix by.
+/// One channel of the arguments, the alpha of argument 1, and the blend weight.
 struct Channel {
     Lanes a0, a1, a2;
     Lanes alpha1;
@@ -73,7 +73,7 @@ Lanes Blend(const Channel& in)
     return Mixed(in.share, in.a1, in.a2);
 }
 
-/// Argument 1 is multiplied by its alpha already.
+/// Argument 1 is already multiplied by its alpha.
 Lanes BlendPremultiplied(const Channel& in)
 {
     return in.a1 + in.a2 * OneMinus(in.share);
@@ -118,7 +118,8 @@ void RunChannels(const OperationInput& input, Rgba4& out)
             Operation({input.arg0->c[c], input.arg1->c[c], input.arg2->c[c], alpha1, input.share}));
 }
 
-/// Colours as directions: each channel holds -1..1 as 0..1. The sum goes to all four channels.
+/// Treats colours as vectors: each channel encodes -1..1 as 0..1. The sum goes to all four
+/// channels.
 void DotProduct(const OperationInput& input, Rgba4& out)
 {
     const Lanes half = Splat(0.5f);
@@ -131,13 +132,13 @@ void DotProduct(const OperationInput& input, Rgba4& out)
 }
 
 template <Lanes (*Operation)(const Channel&)>
-constexpr OperationRow Row(DWORD operation, std::uint8_t arguments, int shareFrom = -1)
+constexpr OperationRow Row(DWORD operation, uint8_t arguments, int shareFrom = -1)
 {
     return {operation, RunChannels<Operation, 0, 3>, RunChannels<Operation, 3, 4>, arguments,
             shareFrom};
 }
 
-constexpr std::uint8_t kArg1 = 2, kArg2 = 4, kBoth = 6, kAll = 7;
+constexpr uint8_t kArg1 = 2, kArg2 = 4, kBoth = 6, kAll = 7;
 
 constexpr OperationRow kStageOperations[] = {
     Row<SelectArg1>(D3DTOP_SELECTARG1, kArg1),
@@ -160,7 +161,7 @@ constexpr OperationRow kStageOperations[] = {
     Row<ModulateColourAddAlpha>(D3DTOP_MODULATECOLOR_ADDALPHA, kBoth),
     Row<ModulateInverseAlphaAddColour>(D3DTOP_MODULATEINVALPHA_ADDCOLOR, kBoth),
     Row<ModulateInverseColourAddAlpha>(D3DTOP_MODULATEINVCOLOR_ADDALPHA, kBoth),
-    // Bump mapping changes the coordinates of the next stage and passes the colour on.
+    // Bump mapping changes the coordinates of the next stage and passes the colour through.
     {D3DTOP_BUMPENVMAP, nullptr, nullptr, 0, -1},
     {D3DTOP_BUMPENVMAPLUMINANCE, nullptr, nullptr, 0, -1},
     {D3DTOP_DOTPRODUCT3, DotProduct, DotProduct, kBoth, -1},

@@ -82,8 +82,6 @@ void HeadlessSurface::RemoveBinding()
 
 HRESULT HeadlessSurface::GetContainer(REFIID iid, void** containerOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetContainer"); FAILED(ordered))
-        return ordered;
     if (!containerOut)
         return D3DERR_INVALIDCALL;
     if (texture)
@@ -93,8 +91,6 @@ HRESULT HeadlessSurface::GetContainer(REFIID iid, void** containerOut)
 
 HRESULT HeadlessSurface::GetDesc(D3DSURFACE_DESC* descOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetDesc"); FAILED(ordered))
-        return ordered;
     if (!descOut)
         return D3DERR_INVALIDCALL;
     *descOut = desc;
@@ -103,8 +99,6 @@ HRESULT HeadlessSurface::GetDesc(D3DSURFACE_DESC* descOut)
 
 HRESULT HeadlessSurface::LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect, DWORD flags)
 {
-    if (const HRESULT ordered = OrderedResult("LockRect"); FAILED(ordered))
-        return ordered;
     if (!lockedOut)
         return D3DERR_INVALIDCALL;
     *lockedOut = {};
@@ -126,8 +120,6 @@ HRESULT HeadlessSurface::LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect, D
 
 HRESULT HeadlessSurface::UnlockRect()
 {
-    if (const HRESULT ordered = OrderedResult("UnlockRect"); FAILED(ordered))
-        return ordered;
     if (!locked)
         return D3DERR_INVALIDCALL;
     locked = false;

@@ -7,15 +7,15 @@ namespace headless {
 
 class HeadlessTexture;
 
-/// A picture of the device: a render target, a depth buffer, an off-screen surface or a level of a
-/// texture. A level has no life of its own: its references are the texture's.
+/// A picture of the device: a render target, a depth buffer, an off-screen surface or a texture
+/// level. A level has no lifetime of its own: its references are the texture's.
 class HeadlessSurface final : public Resource<IDirect3DSurface9, IID_IDirect3DSurface9> {
 public:
-    /// A surface by itself. The caller holds no reference yet. `lockable` tells whether `LockRect`
-    /// is allowed. Null if there is no memory.
+    /// A stand-alone surface. The caller holds no reference yet. `lockable` says whether `LockRect`
+    /// is allowed. Null if memory runs out.
     static HeadlessSurface* Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc,
                                    bool lockable);
-    /// A level, owned by `texture`. Null if there is no memory.
+    /// A level, owned by `texture`. Null if memory runs out.
     static std::unique_ptr<HeadlessSurface> CreateLevel(HeadlessTexture& texture,
                                                         const D3DSURFACE_DESC& desc, bool lockable);
     ~HeadlessSurface();
@@ -23,7 +23,7 @@ public:
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
     D3DRESOURCETYPE STDMETHODCALLTYPE GetType() override { return D3DRTYPE_SURFACE; }
-    /// The texture of a level, else the device.
+    /// For a level its texture, else the device.
     HRESULT STDMETHODCALLTYPE GetContainer(REFIID iid, void** containerOut) override;
     HRESULT STDMETHODCALLTYPE GetDesc(D3DSURFACE_DESC* descOut) override;
     HRESULT STDMETHODCALLTYPE LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect,
@@ -47,10 +47,10 @@ private:
     D3DPOOL ResourcePool() const override { return desc.Pool; }
     ResourceLife& Life() const;
 
-    /// The life of a surface by itself; deletes the surface with itself.
+    /// The lifetime of a stand-alone surface; deletes the surface along with itself.
     class OwnLife;
     OwnLife* ownLife = nullptr;         ///< owns this surface; null for a level
-    HeadlessTexture* texture = nullptr; ///< not owned, lives longer; null for a surface by itself
+    HeadlessTexture* texture = nullptr; ///< not owned, outlives this; null if stand-alone
     D3DSURFACE_DESC desc;
     SampledPicture picture;
     const bool lockable;

@@ -6,31 +6,25 @@
 
 namespace headless {
 
-// For tests only: brings about what a real adapter does by itself, and tells what is alive.
+// For tests only: simulates what happens to a real adapter, and reports live objects.
 
-/// The device is lost, as by a switch to another full-screen program: `TestCooperativeLevel`,
-/// `Present` and `Reset` give `D3DERR_DEVICELOST`.
+/// Simulates a lost device, as after a switch to another full-screen program:
+/// `TestCooperativeLevel`, `Present` and `Reset` return `D3DERR_DEVICELOST`.
 void SimulateDeviceLost(IDirect3DDevice9* device);
 
-/// The device can be had again: `TestCooperativeLevel` gives `D3DERR_DEVICENOTRESET` and `Reset`
-/// works. `Present` still gives `D3DERR_DEVICELOST`.
+/// Makes a lost device restorable: `TestCooperativeLevel` returns `D3DERR_DEVICENOTRESET` and
+/// `Reset` works. `Present` still returns `D3DERR_DEVICELOST`.
 void SimulateDeviceRestorable(IDirect3DDevice9* device);
 
-/// The next call named `name`, on whatever object, gives `result` and does nothing. Names are those of
-/// the operations that give a result ("Reset", "LockRect", "CreateTexture"). Several orders for a name are served in turn.
-void FailNextCall(const char* name, HRESULT result);
-
-/// Forgets all orders that were not served; gives their number.
-int ClearFailNextCalls();
-
-/// All objects with references of the caller's, such as "1 interface, 1 device, 2 textures", or "".
+/// All objects that the caller holds references to, such as "1 interface, 1 device, 2 textures", or
+/// "".
 std::string LiveObjectReport();
 
-/// What was alive when a device or interface was last released over living children; "" if that has
-/// not happened since the last call.
+/// The children alive when a device or interface was last released before them; "" if that has not
+/// happened since the last call.
 std::string TakeLeakReport();
 
-/// How often the call `name` was made although the host does not model it.
+/// How often the unmodelled call `name` was made.
 int UnmodelledCallCount(const char* name);
 
 } // namespace headless

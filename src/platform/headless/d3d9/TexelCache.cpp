@@ -6,19 +6,19 @@ namespace headless {
 
 namespace {
 
-/// UnpackArgb cuts negative values off, so signed formats take a way of their own. The lowest value
-/// of all means the same as the one above it.
-std::uint32_t SignedWord(const PixelFormat& format, const std::uint8_t* pixel)
+/// Signed formats need their own conversion, because UnpackArgb clamps negative values to 0. The
+/// lowest value means the same as the next one above it.
+uint32_t SignedWord(const PixelFormat& format, const uint8_t* pixel)
 {
-    const std::uint32_t word = LoadPixelWord(format, pixel);
+    const uint32_t word = LoadPixelWord(format, pixel);
     const auto biased = [word](PixelChannel channel) {
-        const std::uint32_t byte = (word >> channel.shift & 0xFF) ^ 0x80;
+        const uint32_t byte = (word >> channel.shift & 0xFF) ^ 0x80;
         return std::max(byte, 1u);
     };
     return 0xFF0000FF | biased(format.r) << 16 | biased(format.g) << 8;
 }
 
-void Unpack(const PixelBuffer& pixels, std::uint32_t* wordsOut)
+void Unpack(const PixelBuffer& pixels, uint32_t* wordsOut)
 {
     if (pixels.format->kind != PixelKind::Signed) {
         UnpackImage(*pixels.format, pixels.width, pixels.height, pixels.bytes.get(),
@@ -38,19 +38,19 @@ bool TexelCache::Read(const PixelBuffer& pixels, Texels& texelsOut)
     texelsOut.height = static_cast<int>(pixels.height);
     const D3DFORMAT format = pixels.format->format;
     if (format == D3DFMT_A8R8G8B8 || format == D3DFMT_X8R8G8B8) {
-        texelsOut.words = reinterpret_cast<const std::uint32_t*>(pixels.bytes.get());
+        texelsOut.words = reinterpret_cast<const uint32_t*>(pixels.bytes.get());
         texelsOut.pitch = static_cast<int>(pixels.pitchBytes / 4);
         return true;
     }
     if (!words || changes != pixels.changes) {
         if (!words)
-            words = AllocateZeroed(std::size_t{pixels.width} * pixels.height * 4);
+            words = AllocateZeroed(size_t{pixels.width} * pixels.height * 4);
         if (!words)
             return false;
-        Unpack(pixels, reinterpret_cast<std::uint32_t*>(words.get()));
+        Unpack(pixels, reinterpret_cast<uint32_t*>(words.get()));
         changes = pixels.changes;
     }
-    texelsOut.words = reinterpret_cast<const std::uint32_t*>(words.get());
+    texelsOut.words = reinterpret_cast<const uint32_t*>(words.get());
     texelsOut.pitch = texelsOut.width;
     return true;
 }

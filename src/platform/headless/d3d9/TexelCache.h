@@ -4,25 +4,25 @@
 
 namespace headless {
 
-/// A picture as the sampler reads it: A8R8G8B8 words. Signed channels are kept as value * 127 + 128,
-/// so that they too can be mixed as bytes.
+/// A picture as the sampler reads it: A8R8G8B8 words. Signed channels are stored as value * 127 +
+/// 128, so that they too can be interpolated as bytes.
 struct Texels {
-    const std::uint32_t* words = nullptr; ///< not owned
+    const uint32_t* words = nullptr; ///< not owned
     int width = 0;
     int height = 0;
     int pitch = 0; ///< from row to row, in words
 };
 
-/// Holds a picture unpacked for the sampler and notices when the picture has changed since. Formats
-/// that are stored that way already are read where they are.
+/// Holds a picture unpacked for the sampler and refreshes it when the picture changes. Pictures
+/// already stored as A8R8G8B8 words are read in place.
 class TexelCache {
 public:
-    /// False if there is no memory. The result is good until `pixels` change or go.
+    /// False if memory runs out. The result is valid until `pixels` change or are destroyed.
     bool Read(const PixelBuffer& pixels, Texels& texelsOut);
 
 private:
     ZeroedBytes words;
-    std::uint32_t changes = 0; ///< of the picture when it was unpacked
+    uint32_t changes = 0; ///< of the picture when it was unpacked
 };
 
 /// A picture with its copy for the sampler.
@@ -30,7 +30,7 @@ struct SampledPicture {
     PixelBuffer pixels;
     TexelCache texels;
 
-    /// False if there is no memory.
+    /// False if memory runs out.
     bool Read(Texels& texelsOut) { return texels.Read(pixels, texelsOut); }
 };
 

@@ -17,7 +17,7 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
     std::unique_ptr<HeadlessTexture> texture(new (std::nothrow) HeadlessTexture(owner, desc));
     if (!texture)
         return nullptr;
-    // What lives in the default pool is out of the caller's reach, unless it is dynamic.
+    // Callers cannot access the default pool, except for dynamic textures.
     const bool lockable = desc.Pool != D3DPOOL_DEFAULT || (desc.Usage & D3DUSAGE_DYNAMIC) != 0;
     D3DSURFACE_DESC levelDesc = desc;
     for (UINT i = 0; i < levels; ++i) {
@@ -57,8 +57,6 @@ void HeadlessTexture::GenerateMipSubLevels()
 
 HRESULT HeadlessTexture::GetLevelDesc(UINT level, D3DSURFACE_DESC* descOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetLevelDesc"); FAILED(ordered))
-        return ordered;
     if (level >= levels.size() || !descOut)
         return D3DERR_INVALIDCALL;
     *descOut = levels[level]->Desc();
@@ -67,8 +65,6 @@ HRESULT HeadlessTexture::GetLevelDesc(UINT level, D3DSURFACE_DESC* descOut)
 
 HRESULT HeadlessTexture::GetSurfaceLevel(UINT level, IDirect3DSurface9** surfaceLevelOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetSurfaceLevel"); FAILED(ordered))
-        return ordered;
     if (level >= levels.size() || !surfaceLevelOut)
         return D3DERR_INVALIDCALL;
     levels[level]->AddRef();
@@ -93,8 +89,6 @@ HRESULT HeadlessTexture::UnlockRect(UINT level)
 
 HRESULT HeadlessTexture::AddDirtyRect(const RECT* dirtyRect)
 {
-    if (const HRESULT ordered = OrderedResult("AddDirtyRect"); FAILED(ordered))
-        return ordered;
     const RECT area = dirtyRect ? *dirtyRect : levels[0]->Pixels().Bounds();
     if (!IsValidArea(levels[0]->Pixels(), area))
         return D3DERR_INVALIDCALL;

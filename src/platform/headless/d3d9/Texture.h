@@ -11,8 +11,8 @@ class HeadlessTexture final
     : public Resource<IDirect3DTexture9, IID_IDirect3DBaseTexture9, IID_IDirect3DTexture9>,
       public ResourceLife {
 public:
-    /// `desc` describes level 0; `levels` is not 0 and not above `FullLevelCount`. The caller holds no
-    /// reference yet. Null if there is no memory.
+    /// `desc` describes level 0; `levels` is from 1 to `FullLevelCount`. The caller holds no
+    /// reference yet. Null if memory runs out.
     static HeadlessTexture* Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc, UINT levels);
 
     ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(); }
@@ -37,7 +37,7 @@ public:
     D3DPOOL Pool() const { return pool; }
     TexturePicture& Picture() { return picture; }
 
-    /// Widens the changed area by `area` of `level`; levels other than 0 leave it alone.
+    /// Extends the changed area by `area` of `level`; levels other than 0 have no effect.
     void MarkDirty(const HeadlessSurface& level, const RECT& area);
     /// The changed area of level 0, or an empty one; clears it.
     RECT TakeDirtyArea();
@@ -53,7 +53,7 @@ private:
     RECT dirty = {};
 };
 
-/// Levels down to 1 by 1: 1 for a side of 1, 9 for 256.
+/// Number of levels down to 1 by 1: 1 for a side of 1, 9 for 256.
 UINT FullLevelCount(UINT width, UINT height);
 
 } // namespace headless

@@ -1,6 +1,6 @@
 #include "platform/headless/d3d9/TextureSample.h"
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 
 #include <algorithm>
 #include <bit>
@@ -9,15 +9,16 @@ namespace headless {
 
 namespace {
 
-/// Where to read along one axis: two neighbouring texels and the share of the second in 1/256. -1 is
-/// a place that shows the border colour.
+/// Where to read along one axis: two adjacent texels and the weight of the second in 1/256. -1
+/// means the border colour.
 struct alignas(16) Taps {
-    std::int32_t first[4];
-    std::int32_t second[4];
+    int32_t first[4];
+    int32_t second[4];
     IntLanes share;
 };
 
-/// A coordinate folded into 0..1 of the picture; for borders it may leave it.
+/// Applies the address mode to a coordinate: 0..1 spans the picture. The border mode may leave that
+/// range.
 template <D3DTEXTUREADDRESS Mode>
 Lanes Fold(Lanes value)
 {
@@ -37,7 +38,7 @@ Lanes Fold(Lanes value)
     }
 }
 
-/// The texels that hold the coordinates.
+/// The texels that contain the coordinates.
 template <D3DTEXTUREADDRESS Mode>
 void NearestTaps(Lanes value, int size, Taps& tapsOut)
 {
@@ -51,7 +52,7 @@ void NearestTaps(Lanes value, int size, Taps& tapsOut)
     StoreInts(tapsOut.first, texel);
 }
 
-/// Texels before the first or behind the last one become `before` and `behind`.
+/// Texels before the first or after the last one become `before` and `behind`.
 IntLanes Settle(IntLanes texel, IntLanes lastTexel, int before, int behind)
 {
     const IntLanes isBefore = IsLess(texel, SplatInt(0));
@@ -60,7 +61,7 @@ IntLanes Settle(IntLanes texel, IntLanes lastTexel, int before, int behind)
     return Select(isBehind, SplatInt(behind), texel);
 }
 
-/// The two texels whose centres are left and right of the coordinates.
+/// The two texels whose centres enclose the coordinates.
 template <D3DTEXTUREADDRESS Mode>
 void LinearTaps(Lanes value, int size, Taps& tapsOut)
 {
@@ -75,7 +76,8 @@ void LinearTaps(Lanes value, int size, Taps& tapsOut)
     const IntLanes lastTexel = SplatInt(size - 1);
     const IntLanes isOut = IsLess(first, SplatInt(0)) | IsGreater(second, lastTexel);
     if (LaneBits(isOut) != 0) {
-        // Beyond the ends wrapping reads the other end, all else the end itself; borders stay outside.
+        // Past the edge, wrap reads the other edge, border stays outside, all other modes read the
+        // edge.
         constexpr bool wraps = Mode == D3DTADDRESS_WRAP;
         const int before = hasBorder ? -1 : (wraps ? size - 1 : 0);
         const int behind = hasBorder ? -1 : (wraps ? 0 : size - 1);
@@ -90,7 +92,7 @@ void LinearTaps(Lanes value, int size, Taps& tapsOut)
 
 using TapFunction = void (*)(Lanes value, int size, Taps& tapsOut);
 
-/// By address mode, from D3DTADDRESS_WRAP on.
+/// Indexed by address mode, starting at D3DTADDRESS_WRAP.
 constexpr TapFunction kNearestTaps[] = {
     NearestTaps<D3DTADDRESS_WRAP>, NearestTaps<D3DTADDRESS_MIRROR>, NearestTaps<D3DTADDRESS_CLAMP>,
     NearestTaps<D3DTADDRESS_BORDER>, NearestTaps<D3DTADDRESS_MIRRORONCE>};
@@ -100,25 +102,24 @@ constexpr TapFunction kLinearTaps[] = {
 
 /// One texel for each of the four pixels.
 template <bool HasBorder>
-IntLanes Gather(const Texels& level, const std::int32_t (&x)[4], const std::int32_t (&y)[4],
-                std::uint32_t border)
+IntLanes Gather(const Texels& level, const int32_t (&x)[4], const int32_t (&y)[4], uint32_t border)
 {
     const auto texel = [&](int lane) {
         if (HasBorder && (x[lane] | y[lane]) < 0)
             return static_cast<int>(border);
-        return static_cast<int>(level.words[std::ptrdiff_t{y[lane]} * level.pitch + x[lane]]);
+        return static_cast<int>(level.words[ptrdiff_t{y[lane]} * level.pitch + x[lane]]);
     };
     return MakeInts(texel(0), texel(1), texel(2), texel(3));
 }
 
-/// Mixes eight channels of 8 bits in lanes of 16; 255 * 256 just fits. `shareOfB` is 0..256.
+/// Mixes eight 8-bit channels in 16-bit lanes; 255 * 256 just fits. `shareOfB` is 0..256.
 inline IntLanes MixChannels(IntLanes a, IntLanes b, IntLanes shareOfA, IntLanes shareOfB)
 {
     const IntLanes sum = AddHalves(MultiplyHalves(a, shareOfA), MultiplyHalves(b, shareOfB));
     return ShiftHalvesRight(AddHalves(sum, SplatHalf(128)), 8);
 }
 
-/// Mixes two texels of each pixel by the pixel's own share: even bytes, then odd ones.
+/// Mixes two texels of each pixel by the pixel's own weight: even bytes first, then odd ones.
 inline IntLanes MixTexels(IntLanes a, IntLanes b, IntLanes share)
 {
     const IntLanes ofB = share | ShiftLeft(share, 16);
@@ -169,12 +170,12 @@ Rgba4 ToColours(const Sampler& sampler, IntLanes words)
     return colours;
 }
 
-/// What each pixel reads: level * 2, and 1 for the linear filter.
+/// What each pixel reads: level * 2, plus 1 for the linear filter.
 struct alignas(16) Choice {
-    std::int32_t key[4];
+    int32_t key[4];
 };
 
-/// Samples each level and filter that occurs among the lanes once.
+/// Samples each combination of level and filter among the lanes once.
 Rgba4 SampleChosen(const Sampler& sampler, Lanes u, Lanes v, const Choice& choice, int lanes)
 {
     const IntLanes keys = LoadInts(choice.key);
@@ -204,14 +205,14 @@ Choice ChooseLevels(const Sampler& sampler, Lanes wanted, bool isMagnified, cons
     return choice;
 }
 
-/// Binary logarithm of numbers above 0: the exponent, and a polynomial for the rest that is right to
-/// 0.0013, far below what can be seen of a level.
+/// Binary logarithm of positive numbers: the exponent, and a polynomial for the rest with an error
+/// of at most 0.0013, far below a visible difference of levels.
 Lanes Log2(Lanes value)
 {
     const IntLanes bits = AsInts(value);
     const Lanes exponent = ToFloats(ShiftRight(bits, 23) - SplatInt(127));
     const Lanes m = AsFloats((bits & SplatInt(0x7FFFFF)) | SplatInt(0x3F800000));
-    // Through the true values at 1, 4/3, 5/3 and 2.
+    // Exact at 1, 4/3, 5/3 and 2.
     Lanes p = Splat(0.15397072f);
     p = p * m + Splat(-1.0348752f);
     p = p * m + Splat(3.0268306f);
@@ -241,7 +242,7 @@ HRESULT CheckSamplerStates(const DrawState& state, UINT stage)
     for (const D3DSAMPLERSTATETYPE type : {D3DSAMP_MAGFILTER, D3DSAMP_MINFILTER, D3DSAMP_MIPFILTER})
         if (states[type] > D3DTEXF_ANISOTROPIC)
             return Unmodelled("D3DSAMP_FILTER", states[type]);
-    // UNMODELLED: colours in sRGB.
+    // UNMODELLED: sRGB colours.
     if (states[D3DSAMP_SRGBTEXTURE] != 0)
         return Unmodelled("D3DSAMP_SRGBTEXTURE", states[D3DSAMP_SRGBTEXTURE]);
     return D3D_OK;
@@ -261,7 +262,7 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
     samplerOut.levelBias = std::bit_cast<float>(states[D3DSAMP_MIPMAPLODBIAS]);
     samplerOut.border = states[D3DSAMP_BORDERCOLOR];
     samplerOut.lastLevel =
-        static_cast<int>(std::min<std::size_t>(texture.levels.size(), kMaxLevels)) - 1;
+        static_cast<int>(std::min<size_t>(texture.levels.size(), kMaxLevels)) - 1;
     samplerOut.firstLevel =
         static_cast<int>(std::min(std::max(states[D3DSAMP_MAXMIPLEVEL], texture.leastLevel),
                                   static_cast<DWORD>(samplerOut.lastLevel)));
@@ -269,7 +270,7 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
     samplerOut.opaque = format.HasAlpha() ? 0 : 0xFF000000;
     samplerOut.isSigned = format.kind == PixelKind::Signed;
     for (int i = 0; i <= samplerOut.lastLevel; ++i)
-        if (!texture.levels[static_cast<std::size_t>(i)]->Read(samplerOut.levels[i]))
+        if (!texture.levels[static_cast<size_t>(i)]->Read(samplerOut.levels[i]))
             return E_OUTOFMEMORY;
     return D3D_OK;
 }
@@ -295,7 +296,7 @@ Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int l
 
     const int small = LaneBits(IsGreater(level, Splat(0.0f)));
     const int isSmall[4] = {small & 1, small & 2, small & 4, small & 8};
-    // Wide enough for every level there is, and safe to turn into a whole number.
+    // Covers every possible level and converts safely to an integer.
     const Lanes bounded = ClampLanes(level, Splat(0.0f), Splat(100.0f));
     if (sampler.mipFilter == D3DTEXF_NONE)
         return SampleChosen(sampler, u, v, ChooseLevels(sampler, bounded, true, isSmall), lanes);
@@ -307,7 +308,7 @@ Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int l
     const Rgba4 fine =
         SampleChosen(sampler, u, v, ChooseLevels(sampler, bounded, false, isSmall), lanes);
     const Lanes next = bounded + Splat(1.0f);
-    // Magnified pixels mix two times the same.
+    // Magnified pixels mix the same colour twice.
     const Rgba4 coarse =
         SampleChosen(sampler, u, v, ChooseLevels(sampler, next, false, isSmall), lanes);
     Rgba4 mixed;

@@ -1,6 +1,6 @@
 #include "platform/headless/d3d9/TextureStages.h"
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/StageOperations.h"
 
 #include <algorithm>
@@ -58,22 +58,21 @@ HRESULT MakeOperation(const StageStates& states, bool isAlpha, bool hasTexture,
     Reads reads;
     StageOperation operation;
     operation.run = isAlpha ? row->alpha : row->colour;
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (size_t i = 0; i < 3; ++i) {
         if ((row->arguments >> i & 1) == 0)
             continue;
         const DWORD value = states[isAlpha ? kAlphaArguments[i] : kColourArguments[i]];
         const DWORD source = value & D3DTA_SELECTMASK;
         if (source > D3DTA_CONSTANT)
             return Unmodelled(isAlpha ? "D3DTSS_ALPHAARG" : "D3DTSS_COLORARG", value);
-        operation.arguments[i] = {static_cast<std::uint8_t>(source),
-                                  (value & D3DTA_COMPLEMENT) != 0,
+        operation.arguments[i] = {static_cast<uint8_t>(source), (value & D3DTA_COMPLEMENT) != 0,
                                   (value & D3DTA_ALPHAREPLICATE) != 0};
         reads.Add(static_cast<int>(source));
     }
     if (reads.texture && !hasTexture)
-        return D3D_OK; // passes the current value on
+        return D3D_OK; // pass the current value through
     if (row->shareFrom >= 0) {
-        operation.shareFrom = static_cast<std::uint8_t>(row->shareFrom);
+        operation.shareFrom = static_cast<uint8_t>(row->shareFrom);
         reads.Add(row->shareFrom);
     }
     operationOut = operation;
@@ -100,7 +99,7 @@ void MakeBump(const StageStates& states, bool hasTexture, StageProgram& stage)
     stage.luminanceOffset = number(D3DTSS_BUMPENVLOFFSET);
 }
 
-/// Draws into a picture that they also read have no defined result.
+/// Drawing into a picture that the same draw samples has no defined result.
 bool ReadsTarget(const DrawState& state, UINT stage)
 {
     const auto& levels = state.pictures[stage]->levels;
@@ -110,7 +109,8 @@ bool ReadsTarget(const DrawState& state, UINT stage)
     return std::any_of(levels.begin(), levels.end(), isTarget);
 }
 
-/// Where coordinates come from and what is done to them; asked only for stages that sample.
+/// Where the coordinates come from and how they are transformed; called only for stages that
+/// sample.
 HRESULT CheckCoordinates(const StageStates& states)
 {
     const DWORD index = states[D3DTSS_TEXCOORDINDEX];
@@ -122,7 +122,7 @@ HRESULT CheckCoordinates(const StageStates& states)
     return D3D_OK;
 }
 
-/// Both halves of a stage, and the register for their result.
+/// Both halves of a stage, and the register that takes their result.
 HRESULT MakeOperations(const StageStates& states, bool hasTexture, StageProgram& stage,
                        Reads& reads)
 {
@@ -167,7 +167,7 @@ HRESULT MakeStage(const DrawState& state, UINT index, StagePrograms& programs)
     return result;
 }
 
-/// The register of an argument, or `scratch` with the argument worked out.
+/// The register of an argument, or `scratch` holding the modified argument.
 inline const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
                             const StageArgument& argument, Rgba4& scratch)
 {
@@ -207,7 +207,7 @@ void MakeBumpResult(const StageProgram& stage, const Rgba4& texture, BumpResult&
         Saturate(texture.c[2] * Splat(stage.luminanceScale) + Splat(stage.luminanceOffset));
 }
 
-/// Samples the stage's texture, moved and darkened by the bump map of the stage before.
+/// Samples the stage's texture, offset and darkened by the bump map of the previous stage.
 void Sample(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
             const BumpResult& bump, Rgba4& out)
 {

@@ -7,19 +7,20 @@
 
 namespace headless {
 
-/// The colours that stages work on, by the numbers of D3DTA_*.
+/// The colours that stages work on, indexed by D3DTA_*.
 struct StageRegisters {
     Rgba4 values[D3DTA_CONSTANT + 1];
 };
 
-/// One argument of an operation: a register, and what is done to it before use.
+/// One argument of an operation: a register and its modifiers.
 struct StageArgument {
-    std::uint8_t source = D3DTA_CURRENT;
+    uint8_t source = D3DTA_CURRENT;
     bool isComplement = false;
     bool isAlphaReplicate = false;
 };
 
-/// The arguments of an operation for four pixels, and the alpha that the blending ones mix by.
+/// The arguments of an operation for four pixels, and the alpha that blend operations use as
+/// weight.
 struct OperationInput {
     const Rgba4* arg0;
     const Rgba4* arg1;
@@ -27,25 +28,25 @@ struct OperationInput {
     Lanes share;
 };
 
-/// Writes its channels of `out`, within 0..1. `out` is none of the arguments.
+/// Writes its channels of `out`, within 0..1. `out` must not alias an argument.
 using StageFunction = void (*)(const OperationInput& input, Rgba4& out);
 
 struct StageOperation {
-    StageFunction run = nullptr; ///< null to pass the current value on
+    StageFunction run = nullptr; ///< null to pass the current value through
     StageArgument arguments[3];
-    std::uint8_t shareFrom = D3DTA_CURRENT; ///< the register whose alpha is the share
+    uint8_t shareFrom = D3DTA_CURRENT; ///< the register whose alpha is the blend weight
 };
 
-enum class BumpKind : std::uint8_t { None, Offsets, OffsetsAndLuminance };
+enum class BumpKind : uint8_t { None, Offsets, OffsetsAndLuminance };
 
 struct StageProgram {
     bool samples = false;
-    bool doublesAsAlpha = false;    ///< the colour operation writes alpha too
+    bool doublesAsAlpha = false;    ///< the colour operation also writes alpha
     bool isModulatedByNext = false; ///< D3DTOP_PREMODULATE
-    bool isPremodulated = false;    ///< the stage before is so, and there is a texture here
+    bool isPremodulated = false;    ///< the previous stage premodulates, and this one has a texture
     bool writesTemp = false;
     BumpKind bump = BumpKind::None;
-    int coordinates = -1; ///< place among the varyings
+    int coordinates = -1; ///< index into the varyings
     bool isProjected = false;
     bool needsLevel = false;
     StageOperation colour;
@@ -57,7 +58,7 @@ struct StageProgram {
     Sampler sampler;
 };
 
-/// The stages of a draw, and what of a vertex they read.
+/// The stages of a draw, and which vertex values they read.
 struct StagePrograms {
     int count = 0;
     bool readsDiffuse = false;
@@ -66,12 +67,12 @@ struct StagePrograms {
     StageProgram stages[kStageCount];
 };
 
-/// Resolves all stages up to the first one that is disabled. An operation that reads a texture where
-/// none is set passes the current colour on instead, which is also what makes an untextured draw show
-/// its vertex colours. Fails for numbers that name no operation or argument, and for want of memory.
+/// Resolves all stages up to the first disabled one. An operation that reads a texture where none
+/// is set passes the current colour through, which is also how an untextured draw shows its vertex
+/// colours. Fails for unknown operations or arguments, and when memory runs out.
 HRESULT MakeStagePrograms(const DrawState& state, StagePrograms& programsOut);
 
-/// Whether `MakeStagePrograms` would fail for the states if each stage had a texture.
+/// Whether `MakeStagePrograms` would fail for these states if each stage had a texture.
 HRESULT CheckStageStates(const DrawState& state);
 
 /// Coordinates of a stage for four pixels.
@@ -79,7 +80,7 @@ struct StageCoordinates {
     Lanes u, v, level;
 };
 
-/// Runs one stage. `bumpInOut` carries a bump map's result from a stage to the next one.
+/// Runs one stage. `bumpInOut` carries a bump map's result from one stage to the next.
 struct BumpResult {
     bool isSet = false;
     Lanes u, v;

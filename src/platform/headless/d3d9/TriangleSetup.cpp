@@ -8,13 +8,13 @@ namespace headless {
 
 namespace {
 
-/// Whole pixels from the origin of a plane.
+/// Distance from the origin of a plane, in pixels.
 float InPixels(int subPixels)
 {
     return static_cast<float>(subPixels) * (1.0f / kSubPixels);
 }
 
-/// Weights that turn differences of values along two sides into slopes.
+/// Weights that turn value differences along two sides into slopes.
 struct Slopes {
     float bx, by; ///< side from the first to the second corner
     float cx, cy; ///< side from the first to the third
@@ -27,20 +27,20 @@ struct Slopes {
     }
 };
 
-std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor)
+int64_t FloorDivide(int64_t value, int64_t divisor)
 {
-    const std::int64_t quotient = value / divisor;
+    const int64_t quotient = value / divisor;
     return value % divisor < 0 ? quotient - 1 : quotient;
 }
 
 } // namespace
 
-std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c)
+int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c)
 {
-    return std::int64_t{b.x - a.x} * (c.y - a.y) - std::int64_t{c.x - a.x} * (b.y - a.y);
+    return int64_t{b.x - a.x} * (c.y - a.y) - int64_t{c.x - a.x} * (b.y - a.y);
 }
 
-void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, std::int64_t twiceArea,
+void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, int64_t twiceArea,
                    int varyingCount, Planes& planesOut)
 {
     constexpr float kUnit = static_cast<float>(kSubPixels) * static_cast<float>(kSubPixels);
@@ -70,7 +70,7 @@ TriangleRows::TriangleRows(const Corner& a, const Corner& b, const Corner& c,
 {
     const auto [top, bottom] = std::minmax({a.y, b.y, c.y});
     const int firstRow = std::max(CeilPixel(top), area.top);
-    lastRow = std::min(CeilPixel(bottom), area.bottom) - 1; // a row on the lowest point is below it
+    lastRow = std::min(CeilPixel(bottom), area.bottom) - 1; // the lowest point is outside
     y = firstRow - 1;
     if (firstRow > lastRow)
         return;
@@ -79,26 +79,26 @@ TriangleRows::TriangleRows(const Corner& a, const Corner& b, const Corner& c,
     AddEdge(c, a, firstRow);
 }
 
-/// Inside of an edge is where slopeX * x + slopeY * y + constant >= 0, all in sub-pixels. A row's
-/// border is where that turns 0. Level edges set no border: the first and the last row do.
+/// The inside of an edge is where slopeX * x + slopeY * y + constant >= 0, all in sub-pixels. A
+/// row's border is where that becomes 0. Horizontal edges set no border: the first and last row do.
 void TriangleRows::AddEdge(const Corner& from, const Corner& to, int firstRow)
 {
-    const std::int64_t slopeX = from.y - to.y;
-    const std::int64_t slopeY = to.x - from.x;
+    const int64_t slopeX = from.y - to.y;
+    const int64_t slopeY = to.x - from.x;
     if (slopeX == 0)
         return;
     const bool isLeft = slopeX > 0;
-    const std::int64_t onEdge = isLeft ? 0 : -1; // centres on a right edge are outside
-    const std::int64_t value =
-        slopeX * -from.x + slopeY * (std::int64_t{firstRow} * kSubPixels - from.y) + onEdge;
-    const std::int64_t step = slopeY * kSubPixels;
+    const int64_t onEdge = isLeft ? 0 : -1; // centres on a right edge are outside
+    const int64_t value =
+        slopeX * -from.x + slopeY * (int64_t{firstRow} * kSubPixels - from.y) + onEdge;
+    const int64_t step = slopeY * kSubPixels;
     Border border;
     border.divisor = (isLeft ? slopeX : -slopeX) * kSubPixels;
     border.place = FloorDivide(value, border.divisor);
     border.rest = value - border.place * border.divisor;
     border.placeStep = FloorDivide(step, border.divisor);
     border.restStep = step - border.placeStep * border.divisor;
-    // The row before the first one, as each row begins with a step.
+    // Starts one row early, because each row begins with a step.
     border.place -= border.placeStep;
     border.rest -= border.restStep;
     if (border.rest < 0) {
@@ -115,7 +115,7 @@ bool TriangleRows::Next(int& yOut, int& leftOut, int& rightOut)
 {
     if (++y > lastRow)
         return false;
-    std::int64_t left = area.left, right = area.right;
+    int64_t left = area.left, right = area.right;
     for (int i = 0; i < leftCount; ++i) {
         lefts[i].Step();
         left = std::max(left, -lefts[i].place);
@@ -125,8 +125,8 @@ bool TriangleRows::Next(int& yOut, int& leftOut, int& rightOut)
         right = std::min(right, rights[i].place + 1);
     }
     yOut = y;
-    leftOut = static_cast<int>(std::min<std::int64_t>(left, area.right));
-    rightOut = static_cast<int>(std::max<std::int64_t>(right, area.left));
+    leftOut = static_cast<int>(std::min<int64_t>(left, area.right));
+    rightOut = static_cast<int>(std::max<int64_t>(right, area.left));
     return true;
 }
 

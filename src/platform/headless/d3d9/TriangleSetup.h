@@ -6,11 +6,11 @@
 
 namespace headless {
 
-/// Twice the area in square sub-pixels, above 0 for corners that turn clockwise on the screen.
-std::int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c);
+/// Twice the area in square sub-pixels, positive for corners that are clockwise on the screen.
+int64_t TwiceArea(const Corner& a, const Corner& b, const Corner& c);
 
-/// The planes through three corners; `twiceArea` is theirs and not 0.
-void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, std::int64_t twiceArea,
+/// The planes through three corners; `twiceArea` is theirs and must not be 0.
+void SetUpTriangle(const Corner& a, const Corner& b, const Corner& c, int64_t twiceArea,
                    int varyingCount, Planes& planesOut);
 
 /// The pixels of a target that may be written: left <= x < right, top <= y < bottom.
@@ -18,9 +18,9 @@ struct PixelArea {
     int left, top, right, bottom;
 };
 
-/// Walks the rows of a triangle and tells which pixels have their centre inside. A centre on an edge
-/// belongs to the triangle whose upper or left edge it is, so that neighbours share no pixel and leave
-/// none out. All arithmetic is whole numbers, so this holds to the last bit.
+/// Walks the rows of a triangle and finds the pixels whose centres are inside. A centre on an edge
+/// belongs to the triangle whose upper or left edge it is, so that adjacent triangles neither share
+/// nor miss a pixel. The arithmetic is all integer, so this holds exactly.
 class TriangleRows {
 public:
     /// Corners in clockwise order, within 2^15 pixels of the origin.
@@ -30,12 +30,12 @@ public:
     bool Next(int& yOut, int& leftOut, int& rightOut);
 
 private:
-    /// The border that one edge sets to the pixels of a row, stepped from row to row without division:
-    /// floor(value / divisor) and what is left of it.
+    /// The left or right border that an edge gives each row, stepped from row to row without
+    /// division: floor(value / divisor) and the remainder.
     struct Border {
-        std::int64_t divisor;
-        std::int64_t rest, restStep;
-        std::int64_t place, placeStep;
+        int64_t divisor;
+        int64_t rest, restStep;
+        int64_t place, placeStep;
 
         void Step()
         {

@@ -5,7 +5,7 @@
 
 namespace headless {
 
-/// A direction or place in camera space.
+/// A direction or position in camera space.
 struct Vector3 {
     float x, y, z;
 };
@@ -41,14 +41,14 @@ inline float Clamp01(float value)
     return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
 }
 
-/// A vector without length stays as it is.
+/// A zero-length vector is returned unchanged.
 inline Vector3 Normalised(const Vector3& v)
 {
     const float length = Length(v);
     return length > 0.0f ? v * (1.0f / length) : v;
 }
 
-/// `incoming`, of length 1, thrown back by a surface with the normal `n` of length 1.
+/// `incoming`, of length 1, reflected by a surface with the unit normal `n`.
 inline Vector3 Reflected(const Vector3& incoming, const Vector3& n)
 {
     return incoming - n * (2.0f * Dot(incoming, n));

@@ -12,7 +12,7 @@ namespace {
 struct PositionPart {
     DWORD bits;
     int floats;
-    int betas; ///< of these, floats for blending
+    int betas; ///< how many of these are floats for blending
 };
 
 constexpr PositionPart kPositions[] = {
@@ -20,7 +20,7 @@ constexpr PositionPart kPositions[] = {
     {D3DFVF_XYZB3, 6, 3}, {D3DFVF_XYZB4, 7, 4},  {D3DFVF_XYZB5, 8, 5}, {D3DFVF_XYZW, 4, 0},
 };
 
-/// Hands out the places of the parts one after another.
+/// Assigns consecutive offsets to the parts.
 struct Places {
     int next = 0;
 
@@ -43,15 +43,15 @@ void PlaceBlending(DWORD fvf, int betas, VertexLayout& layout)
 }
 
 template <typename T>
-void Load(const std::uint8_t* vertex, int place, T* valuesOut, int count = 1)
+void Load(const uint8_t* vertex, int place, T* valuesOut, int count = 1)
 {
     if (place >= 0)
-        std::memcpy(valuesOut, vertex + place, sizeof(T) * static_cast<std::size_t>(count));
+        std::memcpy(valuesOut, vertex + place, sizeof(T) * static_cast<size_t>(count));
 }
 
-const std::uint8_t* VertexBytes(const VertexStream& stream, UINT index)
+const uint8_t* VertexBytes(const VertexStream& stream, UINT index)
 {
-    return stream.bytes + std::size_t{index} * stream.strideBytes;
+    return stream.bytes + size_t{index} * stream.strideBytes;
 }
 
 } // namespace
@@ -86,7 +86,7 @@ bool MakeVertexLayout(DWORD fvf, VertexLayout& layoutOut)
 void FetchVertex(const VertexLayout& layout, const VertexStream& stream, UINT index,
                  SourceVertex& vertexOut)
 {
-    const std::uint8_t* vertex = VertexBytes(stream, index);
+    const uint8_t* vertex = VertexBytes(stream, index);
     vertexOut = {{0, 0, 0, 1}, {}, {0, 1, 2, 3}, {}, 1.0f, 0xFFFFFFFF, 0};
     Load(vertex, 0, vertexOut.position, layout.isTransformed || layout.hasW ? 4 : 3);
     Load(vertex, layout.weights, vertexOut.weights, layout.weightCount);

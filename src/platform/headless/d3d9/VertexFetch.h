@@ -11,10 +11,10 @@ struct VertexLayout {
     UINT sizeBytes = 0;
     bool isTransformed = false; ///< D3DFVF_XYZRHW
     bool hasW = false;          ///< D3DFVF_XYZW
-    int weightCount = 0;        ///< floats, without the one that holds indices
+    int weightCount = 0;        ///< floats, without the one that holds the indices
     int weights = -1;
     int indices = -1;
-    bool indicesAreColour = false; ///< their order is that of red, green, blue, alpha
+    bool indicesAreColour = false; ///< stored in the order red, green, blue, alpha
     int normal = -1;
     int pointSize = -1;
     int diffuse = -1;
@@ -27,19 +27,19 @@ struct VertexLayout {
 /// False for a format without a position or with more than eight texture sets.
 bool MakeVertexLayout(DWORD fvf, VertexLayout& layoutOut);
 
-/// The vertices of one draw. Vertex i is `bytes + i * strideBytes`; all of 0..count-1 are in memory.
+/// The vertices of one draw. Vertex i is `bytes + i * strideBytes`; 0..count-1 are all in memory.
 struct VertexStream {
-    const std::uint8_t* bytes = nullptr; ///< not owned
+    const uint8_t* bytes = nullptr; ///< not owned
     UINT strideBytes = 0;
     UINT count = 0;
 };
 
-/// A vertex as it was stored. What the format does not have holds the published stand-in: no weights,
-/// indices 0 to 3, no normal, white diffuse and black specular colour, coordinates of 0.
+/// A vertex as stored. Parts that the format lacks hold the published default: no weights, indices
+/// 0 to 3, no normal, white diffuse and black specular colour, coordinates of 0.
 struct SourceVertex {
     float position[4]; ///< the last is 1, W or RHW
     float weights[4];
-    std::uint8_t indices[4];
+    uint8_t indices[4];
     float normal[3];
     float pointSize;
     D3DCOLOR diffuse;
@@ -50,9 +50,9 @@ struct SourceVertex {
 void FetchVertex(const VertexLayout& layout, const VertexStream& stream, UINT index,
                  SourceVertex& vertexOut);
 
-/// The texture set as four numbers: behind the stored ones comes a 1 and then zeros, which is what
-/// makes the row behind the last coordinate of a texture matrix the one that moves. A set that the
-/// format does not have is 0, 0 and so completed.
+/// The texture set as four numbers: a 1 and then zeros follow the stored ones, so that the texture
+/// matrix row after the last coordinate translates. A set that the format lacks is 0, 0, extended
+/// likewise.
 void FetchCoordinates(const VertexLayout& layout, const VertexStream& stream, UINT index, UINT set,
                       float (&coordinatesOut)[4]);
 

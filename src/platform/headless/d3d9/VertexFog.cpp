@@ -56,7 +56,8 @@ PointSize::PointSize(const DrawState& state, const VertexLayout& layout)
       viewportHeight(static_cast<float>(state.viewport.Height))
 {}
 
-/// Scaled points are a share of the viewport's height and shrink with the distance from the eye.
+/// Scaled point sizes are a fraction of the viewport's height and shrink with distance from the
+/// eye.
 float PointSize::Of(const SourceVertex& source, const CameraVertex& vertex) const
 {
     float side = isStored ? source.pointSize : size;
@@ -67,7 +68,7 @@ float PointSize::Of(const SourceVertex& source, const CameraVertex& vertex) cons
     }
     side = side > least ? side : least;
     side = side < most ? side : most;
-    return side > 0.0f ? std::min(side, kMaxPointSize) : 0.0f; // whatever the limits say, NaN too
+    return side > 0.0f ? std::min(side, kMaxPointSize) : 0.0f; // whatever the limits are, even NaN
 }
 
 } // namespace headless

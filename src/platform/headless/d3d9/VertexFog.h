@@ -4,7 +4,7 @@
 
 namespace headless {
 
-// Fog and the size of points, both by the distance of a vertex.
+// Fog and point size, which both depend on a vertex's distance.
 
 /// The three published curves of fog over distance.
 struct FogCurve {
@@ -15,14 +15,14 @@ struct FogCurve {
 
     FogCurve() = default;
     FogCurve(const DrawState& state, D3DFOGMODE fogMode);
-    /// 1 for no fog, 0 for nothing but fog. Where start and end are the same, all is fog.
+    /// 1 is no fog, 0 is fog only. If start and end are equal, all is fog.
     float Factor(float distance) const;
 };
 
-/// Fog worked out for each vertex, by depth or by true distance.
+/// Fog computed per vertex, from depth or from true distance.
 struct VertexFog {
     FogCurve curve;
-    bool isFromSpecular = false; ///< no mode is set, or the vertex came transformed
+    bool isFromSpecular = false; ///< no fog mode is set, or the vertex is pretransformed
     bool isRange = false;
 
     VertexFog() = default;
@@ -30,9 +30,9 @@ struct VertexFog {
     float Factor(const CameraVertex& vertex, float specularAlpha) const;
 };
 
-/// The side of a point in pixels.
+/// The side length of a point in pixels.
 struct PointSize {
-    bool isStored = false; ///< in the vertex
+    bool isStored = false; ///< in each vertex
     bool isScaled = false;
     float size = 1.0f, least = 1.0f, most = 64.0f;
     float scale[3] = {1.0f, 0.0f, 0.0f};

@@ -26,7 +26,7 @@ void AddScaled(Float4& sum, const Float4& colour, float scale)
     sum.b += colour.b * scale;
 }
 
-/// Cosine of half an angle, in double and rounded once.
+/// Cosine of half an angle, computed in double and rounded once.
 float HalfCosine(float angleRadians)
 {
     return static_cast<float>(std::cos(static_cast<double>(angleRadians) * 0.5));
@@ -43,7 +43,7 @@ Vector3 TurnedBy(const D3DMATRIX& m, const D3DVECTOR& v)
             v.x * m._13 + v.y * m._23 + v.z * m._33};
 }
 
-/// Picks the colour by its source.
+/// The material's or the vertex's colour, as `source` selects.
 Float4 Reflecting(DWORD source, const D3DCOLORVALUE& own, const SourceVertex& vertex)
 {
     if (source == D3DMCS_COLOR1)
@@ -160,7 +160,7 @@ VertexColours VertexLight::Colours(const SourceVertex& source, const CameraVerte
         return Clamp01(emissive.*c + ambient.*c * sums.ambient.*c + diffuse.*c * sums.diffuse.*c);
     };
     colours.diffuse = {lit(&Float4::r), lit(&Float4::g), lit(&Float4::b), Clamp01(diffuse.a)};
-    // The alpha stays the vertex's own, which may be a fog factor.
+    // Alpha stays the vertex's own, which may be a fog factor.
     colours.specular = {Clamp01(specular.r * sums.specular.r),
                         Clamp01(specular.g * sums.specular.g),
                         Clamp01(specular.b * sums.specular.b), colours.specular.a};

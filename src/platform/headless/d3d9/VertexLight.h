@@ -17,23 +17,23 @@ class VertexLight {
 public:
     void Prepare(const DrawState& state, const VertexLayout& layout);
 
-    /// Lit colours, or with lighting off those of the vertex.
+    /// Lit colours, or the vertex's own if lighting is off.
     VertexColours Colours(const SourceVertex& source, const CameraVertex& vertex) const;
 
 private:
-    /// A switched-on light, prepared for camera space.
+    /// An enabled light, prepared for camera space.
     struct Light {
         D3DLIGHTTYPE type;
         Float4 diffuse, specular, ambient;
         Vector3 position;
-        Vector3 direction; ///< of length 1, the way the light goes
+        Vector3 direction; ///< unit length, away from the light
         float range;
         float attenuation[3];
         float falloff;
-        float cosInner, cosOuter; ///< of half the angles of the cone
+        float cosInner, cosOuter; ///< of half the cone angles
     };
 
-    /// What shines on a vertex, before the material reflects it.
+    /// The light that reaches a vertex, before the material reflects it.
     struct Sums {
         Float4 ambient, diffuse, specular;
     };
@@ -46,8 +46,8 @@ private:
     bool isLocalViewer = false;
     bool hasHighlights = false;
     D3DMATERIAL9 material = {};
-    /// Of ambient, diffuse, specular and emissive: a D3DMATERIALCOLORSOURCE, MATERIAL where the vertex
-    /// lacks the colour.
+    /// For ambient, diffuse, specular and emissive: a D3DMATERIALCOLORSOURCE; MATERIAL if the
+    /// vertex has no such colour.
     DWORD sources[4] = {};
     Float4 globalAmbient = {};
     std::vector<Light> lights;

@@ -15,7 +15,8 @@ void Store(float* out, const Float4& colour)
     out[3] = colour.a;
 }
 
-/// Clip planes are given in the world. A plane is carried by the inverse of what carries points.
+/// Clip planes are given in world space. A plane transforms by the inverse of the matrix for
+/// points.
 UINT CameraPlanes(const DrawState& state, float (&planesOut)[kClipPlaneCount][4])
 {
     const DWORD enabled = state.Render(D3DRS_CLIPPLANEENABLE);
@@ -25,14 +26,14 @@ UINT CameraPlanes(const DrawState& state, float (&planesOut)[kClipPlaneCount][4]
     for (UINT plane = 0; plane < kClipPlaneCount; ++plane)
         for (int row = 0; row < 4; ++row) {
             float sum = 0.0f;
-            for (std::size_t i = 0; i < 4; ++i)
+            for (size_t i = 0; i < 4; ++i)
                 sum += inverse.m[row][i] * state.clipPlanes[plane][i];
             planesOut[plane][row] = (enabled >> plane & 1) != 0 ? sum : 0.0f;
         }
     return kClipPlaneCount;
 }
 
-/// A usable 1/w; whoever draws flat pictures often leaves 0 there.
+/// A usable 1/w; vertices of flat pictures often hold 0 there.
 float WOf(float reciprocal)
 {
     return std::isnormal(reciprocal) && reciprocal > 0.0f ? 1.0f / reciprocal : 1.0f;

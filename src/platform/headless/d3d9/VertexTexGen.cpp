@@ -8,8 +8,8 @@ namespace {
 
 constexpr DWORD kSetMask = 0xFFFF;
 
-/// The coordinate that D3DTTFF_PROJECTED divides by: the last one of the count, or without a count
-/// the last one of the source.
+/// The index of the coordinate that D3DTTFF_PROJECTED divides by: the last of the count, or without
+/// a count the last of the source.
 int DivisorOf(DWORD flags, int sourceFloats)
 {
     if ((flags & D3DTTFF_PROJECTED) == 0)
@@ -20,8 +20,8 @@ int DivisorOf(DWORD flags, int sourceFloats)
     return last >= 2 ? last - 1 : -1;
 }
 
-/// Sphere maps look along the view: the straight reflection of the middle has (0, 0, -1), for which
-/// the public formula gives the middle of the map.
+/// Sphere maps look along the view: the reflection straight back is (0, 0, -1), which the public
+/// formula maps to the centre of the map.
 void SphereCoordinates(const Vector3& reflected, float (&out)[4])
 {
     const Vector3 half = reflected + Vector3{0.0f, 0.0f, -1.0f};
@@ -65,7 +65,7 @@ void VertexTexGen::Prepare(const DrawState& state, const VertexLayout& vertexLay
         const DWORD flags = state.stage[i][D3DTSS_TEXTURETRANSFORMFLAGS];
         Stage& stage = stages[stageCount++];
         stage.place = varyings.coordinates[i];
-        // Vertices that came transformed have no camera space, and are not moved by matrices either.
+        // Pretransformed vertices have no camera space, and no texture matrix applies to them.
         stage.source = layout->isTransformed ? D3DTSS_TCI_PASSTHRU : index & ~kSetMask;
         stage.set = index & kSetMask;
         stage.isMoved = !layout->isTransformed && (flags & 7) != D3DTTFF_DISABLE;

@@ -4,24 +4,24 @@
 
 namespace headless {
 
-/// Where the texture coordinates of each stage come from and what is done to them.
+/// Where the texture coordinates of each stage come from and how they are transformed.
 class VertexTexGen {
 public:
     void Prepare(const DrawState& state, const VertexLayout& layout, const VaryingLayout& varyings);
 
-    /// Writes the coordinates of all stages that the draw samples. `vertex` is not read for vertices
-    /// that came transformed.
+    /// Writes the coordinates of all stages that the draw samples. `vertex` is not read if the
+    /// vertices are pretransformed.
     void Write(const VertexStream& stream, UINT index, const CameraVertex& vertex,
                ShadedVertex& shadedOut) const;
 
 private:
     struct Stage {
-        int place;    ///< in the varyings
+        int place;    ///< index into the varyings
         DWORD source; ///< a D3DTSS_TCI value
         UINT set;
-        bool isMoved; ///< by the stage's texture matrix
+        bool isMoved; ///< the stage's texture matrix applies
         bool isProjected;
-        int divisor; ///< of projected ones: the coordinate that divides the others; -1 for none
+        int divisor; ///< index of the coordinate to divide by; -1 if not projected
         D3DMATRIX matrix;
     };
 

@@ -22,8 +22,8 @@ float Cofactor(const D3DMATRIX& m, int row, int column)
     return m.m[r1][c1] * m.m[r2][c2] - m.m[r1][c2] * m.m[r2][c1];
 }
 
-/// The inverse of the upper 3 x 3, transposed: its cofactors over its determinant. A matrix that
-/// flattens space has no inverse; its cofactors at least point the right way.
+/// The inverse of the upper 3 x 3, transposed: its cofactors over its determinant. A singular
+/// matrix has no inverse, but its cofactors at least give the right direction.
 void MakeNormalMatrix(const D3DMATRIX& m, float (&out)[3][3])
 {
     for (int row = 0; row < 3; ++row)
@@ -36,7 +36,7 @@ void MakeNormalMatrix(const D3DMATRIX& m, float (&out)[3][3])
             element *= scale;
 }
 
-/// Numbers of weights by the value of D3DRS_VERTEXBLEND; more matrices are blended by one.
+/// Number of weights for each value of D3DRS_VERTEXBLEND; one more matrix than that is blended.
 int BlendWeights(DWORD blend)
 {
     return blend <= D3DVBF_3WEIGHTS ? static_cast<int>(blend) : 0;
@@ -96,7 +96,7 @@ void VertexTransform::ToClip(const CameraVertex& vertex, float (&clipOut)[4]) co
     Multiply(vertex.position, state->projection, clipOut);
 }
 
-/// Gauss and Jordan with the largest pivot of each column.
+/// Gauss-Jordan elimination with the largest pivot of each column.
 bool InvertMatrix(const D3DMATRIX& matrix, D3DMATRIX& inverseOut)
 {
     double rows[4][8] = {};

@@ -14,19 +14,19 @@ struct CameraVertex {
     Vector3 normal;
 };
 
-/// The matrices of a draw: world times view for each matrix that vertices blend, made when a vertex
-/// first asks for it, and the projection.
+/// The matrices of a draw: world times view for each blend matrix, computed when a vertex first
+/// needs it, and the projection.
 class VertexTransform {
 public:
-    /// `state` is read again by `ToCamera` and must not change before the last call of that.
+    /// `ToCamera` reads `state` again, so it must not change before the last such call.
     void Prepare(const DrawState& state, const VertexLayout& layout);
 
-    /// Blends with up to three stored weights, the last weight being what is missing from 1.
+    /// Blends with up to three stored weights; the last weight is what remains to 1.
     void ToCamera(const SourceVertex& source, CameraVertex& vertexOut);
     void ToClip(const CameraVertex& vertex, float (&clipOut)[4]) const;
 
 private:
-    /// A matrix from model to camera, and the one that carries normals: the inverse, transposed.
+    /// A matrix from model to camera, and the one for normals: the inverse, transposed.
     struct Pair {
         D3DMATRIX position;
         float normal[3][3];
@@ -35,7 +35,7 @@ private:
     const Pair& Matrix(UINT index);
 
     const DrawState* state = nullptr; ///< not owned
-    int weightCount = 0;              ///< stored weights that count; there is one matrix more
+    int weightCount = 0;              ///< number of stored weights; one more matrix is blended
     bool isBlended = false;
     bool isIndexed = false;
     bool hasNormal = false;
@@ -44,7 +44,7 @@ private:
     Pair pairs[kWorldMatrixCount];
 };
 
-/// The inverse, or false for a matrix that has none.
+/// Inverts a matrix; false if it is singular.
 bool InvertMatrix(const D3DMATRIX& matrix, D3DMATRIX& inverseOut);
 
 } // namespace headless

@@ -7,16 +7,16 @@
 namespace headless {
 
 struct FreeBytes {
-    void operator()(std::uint8_t* bytes) const { std::free(bytes); }
+    void operator()(uint8_t* bytes) const { std::free(bytes); }
 };
 
-/// Zeroed bytes, or null if there is no memory. They come from `calloc`, which hands out large blocks
-/// without touching them: a picture that is overwritten at once costs no pass of zeros.
-using ZeroedBytes = std::unique_ptr<std::uint8_t[], FreeBytes>;
+/// Zeroed bytes, or null if memory runs out. They come from `calloc`, which provides large blocks
+/// without touching them: a picture that is overwritten at once is not zeroed first.
+using ZeroedBytes = std::unique_ptr<uint8_t[], FreeBytes>;
 
-inline ZeroedBytes AllocateZeroed(std::size_t count)
+inline ZeroedBytes AllocateZeroed(size_t count)
 {
-    return ZeroedBytes(static_cast<std::uint8_t*>(std::calloc(count, 1)));
+    return ZeroedBytes(static_cast<uint8_t*>(std::calloc(count, 1)));
 }
 
 } // namespace headless

@@ -10,42 +10,42 @@ namespace headless {
 
 namespace {
 
-constexpr std::size_t kFileHeaderSize = 14;
-constexpr std::uint32_t kCoreHeaderSize = 12;
-constexpr std::uint32_t kInfoHeaderSize = 40;
-constexpr std::uint32_t kMaxHeaderSize = 124;
-constexpr std::uint32_t kMaxPalette = 256;
+constexpr size_t kFileHeaderSize = 14;
+constexpr uint32_t kCoreHeaderSize = 12;
+constexpr uint32_t kInfoHeaderSize = 40;
+constexpr uint32_t kMaxHeaderSize = 124;
+constexpr uint32_t kMaxPalette = 256;
 
-// A run-length file may skip most of its pixels; beyond this growth it is taken for damaged.
-constexpr std::uint64_t kMaxRunRatio = 1024;
+// A run-length file may skip most of its pixels; expansion beyond this factor counts as damage.
+constexpr uint64_t kMaxRunRatio = 1024;
 
 enum BmpCompression { kPlain = 0, kRuns8 = 1, kRuns4 = 2, kMasks = 3, kAlphaMasks = 6 };
 
 struct BmpHeader {
-    std::uint32_t headerSize;
+    uint32_t headerSize;
     UINT width;
     UINT height;
     bool topDown;
     unsigned bits;
-    std::uint32_t compression;
-    std::uint32_t masks[4]; // red, green, blue, alpha; 16 and 32 bits only
-    std::size_t paletteOffset;
-    std::size_t paletteEntryBytes;
-    std::uint32_t paletteCount;
-    std::size_t pixelOffset;
+    uint32_t compression;
+    uint32_t masks[4]; // red, green, blue, alpha; 16 and 32 bits only
+    size_t paletteOffset;
+    size_t paletteEntryBytes;
+    uint32_t paletteCount;
+    size_t pixelOffset;
     D3DFORMAT format; // of the decoded pixels
 
     bool HasRuns() const { return compression == kRuns8 || compression == kRuns4; }
-    std::size_t RowBytes() const { return (std::size_t{width} * bits + 31) / 32 * 4; }
+    size_t RowBytes() const { return (size_t{width} * bits + 31) / 32 * 4; }
 };
 
 struct BmpMaskLayout {
     unsigned bits;
-    std::uint32_t masks[4];
+    uint32_t masks[4];
     D3DFORMAT format;
 };
 
-// The layouts whose pixels are taken as they are; others are converted.
+// The layouts whose pixels are used unchanged; others are converted.
 const BmpMaskLayout kMaskLayouts[] = {
     {16, {0x7C00, 0x03E0, 0x001F, 0}, D3DFMT_X1R5G5B5},
     {16, {0x7C00, 0x03E0, 0x001F, 0x8000}, D3DFMT_A1R5G5B5},
@@ -67,7 +67,7 @@ const BmpMaskLayout* FindLayout(const BmpHeader& header)
 
 void ReadSizes(ImageFile file, BmpHeader& headerOut)
 {
-    const std::size_t at = kFileHeaderSize;
+    const size_t at = kFileHeaderSize;
     if (headerOut.headerSize == kCoreHeaderSize) {
         headerOut.width = ReadU16(file, at + 4);
         headerOut.height = ReadU16(file, at + 6);
@@ -75,7 +75,7 @@ void ReadSizes(ImageFile file, BmpHeader& headerOut)
         headerOut.paletteEntryBytes = 3;
         return;
     }
-    const auto height = static_cast<std::int32_t>(ReadU32(file, at + 8));
+    const auto height = static_cast<int32_t>(ReadU32(file, at + 8));
     headerOut.width = ReadU32(file, at + 4);
     headerOut.topDown = height < 0;
     headerOut.height =
@@ -104,12 +104,12 @@ bool IsCodingValid(const BmpHeader& header)
     }
 }
 
-// A mask is one run of bits; only alpha may be missing.
-bool IsMaskValid(std::uint32_t mask, bool mayBeMissing)
+// A mask is one contiguous run of bits; only alpha may be missing.
+bool IsMaskValid(uint32_t mask, bool mayBeMissing)
 {
     if (mask == 0)
         return mayBeMissing;
-    const std::uint32_t run = mask >> std::countr_zero(mask);
+    const uint32_t run = mask >> std::countr_zero(mask);
     return (run & (run + 1)) == 0;
 }
 
@@ -122,7 +122,8 @@ bool AreMasksValid(const BmpHeader& header)
     return true;
 }
 
-// The old header is followed by its masks, the longer ones hold them at the same place.
+// In a file with the old header the masks follow it; longer headers contain them at the same
+// offset.
 bool ReadMasks(ImageFile file, BmpHeader& headerOut)
 {
     if (headerOut.compression == kPlain) {
@@ -131,11 +132,11 @@ bool ReadMasks(ImageFile file, BmpHeader& headerOut)
         return true;
     }
     const bool hasAlpha = headerOut.compression == kAlphaMasks || headerOut.headerSize >= 56;
-    const std::size_t count = hasAlpha ? 4 : 3;
-    const std::size_t offset = kFileHeaderSize + kInfoHeaderSize;
+    const size_t count = hasAlpha ? 4 : 3;
+    const size_t offset = kFileHeaderSize + kInfoHeaderSize;
     if (file.size() < offset + count * 4)
         return false;
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         headerOut.masks[i] = ReadU32(file, offset + i * 4);
     if (headerOut.headerSize == kInfoHeaderSize)
         headerOut.paletteOffset += count * 4;
@@ -146,7 +147,7 @@ bool ReadPaletteSize(ImageFile file, BmpHeader& headerOut)
 {
     if (headerOut.bits > 8)
         return true;
-    const std::uint32_t most = 1u << headerOut.bits;
+    const uint32_t most = 1u << headerOut.bits;
     if (headerOut.paletteCount == 0)
         headerOut.paletteCount = most;
     return headerOut.paletteCount <= kMaxPalette && headerOut.paletteOffset <= file.size() &&
@@ -158,17 +159,17 @@ bool DoPixelsFit(ImageFile file, const BmpHeader& header)
 {
     if (header.pixelOffset > file.size() || header.pixelOffset < header.headerSize)
         return false;
-    const std::size_t left = file.size() - header.pixelOffset;
+    const size_t left = file.size() - header.pixelOffset;
     if (header.HasRuns())
-        return std::uint64_t{header.width} * header.height <= left * kMaxRunRatio;
+        return uint64_t{header.width} * header.height <= left * kMaxRunRatio;
     return header.RowBytes() * header.height <= left;
 }
 
-// Many writers leave the top byte of plain 32-bit pixels unused and 0; where it is used, it is alpha.
+// Many writers leave the top byte of plain 32-bit pixels 0; a non-zero one is alpha.
 bool HasUsedTopByte(ImageFile file, const BmpHeader& header)
 {
-    const std::size_t count = std::size_t{header.width} * header.height;
-    for (std::size_t i = 0; i < count; ++i) {
+    const size_t count = size_t{header.width} * header.height;
+    for (size_t i = 0; i < count; ++i) {
         if (file[header.pixelOffset + i * 4 + 3] != 0)
             return true;
     }
@@ -214,11 +215,11 @@ bool ReadHeader(ImageFile file, BmpHeader& headerOut)
     return true;
 }
 
-std::uint32_t ReadMasked(std::uint32_t word, std::uint32_t mask)
+uint32_t ReadMasked(uint32_t word, uint32_t mask)
 {
     const int shift = std::countr_zero(mask);
     int bits = std::popcount(mask);
-    std::uint32_t value = (word & mask) >> shift;
+    uint32_t value = (word & mask) >> shift;
     if (bits > 16) {
         value >>= bits - 16;
         bits = 16;
@@ -226,55 +227,55 @@ std::uint32_t ReadMasked(std::uint32_t word, std::uint32_t mask)
     return WidenTo8Bits(value, static_cast<unsigned>(bits));
 }
 
-void ConvertMaskedRow(const BmpHeader& header, const std::uint8_t* source, std::uint8_t* rowOut)
+void ConvertMaskedRow(const BmpHeader& header, const uint8_t* source, uint8_t* rowOut)
 {
-    const std::size_t pixelBytes = header.bits / 8;
+    const size_t pixelBytes = header.bits / 8;
     for (UINT x = 0; x < header.width; ++x) {
-        std::uint32_t word = 0;
+        uint32_t word = 0;
         std::memcpy(&word, source + x * pixelBytes, pixelBytes);
-        const std::uint32_t alpha = header.masks[3] != 0 ? ReadMasked(word, header.masks[3]) : 0xFF;
-        const std::uint32_t pixel = alpha << 24 | ReadMasked(word, header.masks[0]) << 16 |
-                                    ReadMasked(word, header.masks[1]) << 8 |
-                                    ReadMasked(word, header.masks[2]);
-        std::memcpy(rowOut + std::size_t{x} * 4, &pixel, 4);
+        const uint32_t alpha = header.masks[3] != 0 ? ReadMasked(word, header.masks[3]) : 0xFF;
+        const uint32_t pixel = alpha << 24 | ReadMasked(word, header.masks[0]) << 16 |
+                               ReadMasked(word, header.masks[1]) << 8 |
+                               ReadMasked(word, header.masks[2]);
+        std::memcpy(rowOut + size_t{x} * 4, &pixel, 4);
     }
 }
 
-void ConvertBgrRow(const BmpHeader& header, const std::uint8_t* source, std::uint8_t* rowOut)
+void ConvertBgrRow(const BmpHeader& header, const uint8_t* source, uint8_t* rowOut)
 {
     for (UINT x = 0; x < header.width; ++x) {
-        std::memcpy(rowOut + std::size_t{x} * 4, source + std::size_t{x} * 3, 3);
-        rowOut[std::size_t{x} * 4 + 3] = 0xFF;
+        std::memcpy(rowOut + size_t{x} * 4, source + size_t{x} * 3, 3);
+        rowOut[size_t{x} * 4 + 3] = 0xFF;
     }
 }
 
-// `bits` tells how densely the indices lie; unpacked runs take 8. False if one names no entry.
+// `bits` is the size of an index; unpacked runs take 8. False if an index has no palette entry.
 bool ConvertPaletteRow(ImageFile file, const BmpHeader& header, unsigned bits,
-                       const std::uint8_t* source, std::uint8_t* rowOut)
+                       const uint8_t* source, uint8_t* rowOut)
 {
-    const std::uint32_t mask = (1u << bits) - 1;
+    const uint32_t mask = (1u << bits) - 1;
     for (UINT x = 0; x < header.width; ++x) {
-        const std::size_t bit = std::size_t{x} * bits;
+        const size_t bit = size_t{x} * bits;
         const unsigned shift = 8 - bits - static_cast<unsigned>(bit % 8);
-        const std::uint32_t index = (source[bit / 8] >> shift) & mask;
+        const uint32_t index = (source[bit / 8] >> shift) & mask;
         if (index >= header.paletteCount)
             return false;
-        const std::size_t entry = header.paletteOffset + index * header.paletteEntryBytes;
-        std::memcpy(rowOut + std::size_t{x} * 4, file.data() + entry, 3);
-        rowOut[std::size_t{x} * 4 + 3] = 0xFF;
+        const size_t entry = header.paletteOffset + index * header.paletteEntryBytes;
+        std::memcpy(rowOut + size_t{x} * 4, file.data() + entry, 3);
+        rowOut[size_t{x} * 4 + 3] = 0xFF;
     }
     return true;
 }
 
-bool ConvertRow(ImageFile file, const BmpHeader& header, unsigned bits, const std::uint8_t* source,
-                std::uint8_t* rowOut)
+bool ConvertRow(ImageFile file, const BmpHeader& header, unsigned bits, const uint8_t* source,
+                uint8_t* rowOut)
 {
     if (bits <= 8)
         return ConvertPaletteRow(file, header, bits, source, rowOut);
     if (bits == 24)
         ConvertBgrRow(header, source, rowOut);
     else if (FindLayout(header))
-        std::memcpy(rowOut, source, std::size_t{header.width} * bits / 8);
+        std::memcpy(rowOut, source, size_t{header.width} * bits / 8);
     else
         ConvertMaskedRow(header, source, rowOut);
     return true;
@@ -297,12 +298,12 @@ HRESULT DecodeBmp(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     if (infoOnly)
         return D3D_OK;
 
-    const std::uint8_t* source = file.data() + header.pixelOffset;
-    std::size_t sourcePitch = header.RowBytes();
+    const uint8_t* source = file.data() + header.pixelOffset;
+    size_t sourcePitch = header.RowBytes();
     unsigned bits = header.bits;
-    std::unique_ptr<std::uint8_t[]> indices;
+    std::unique_ptr<uint8_t[]> indices;
     if (header.HasRuns()) {
-        indices.reset(new (std::nothrow) std::uint8_t[std::size_t{header.width} * header.height]);
+        indices.reset(new (std::nothrow) uint8_t[size_t{header.width} * header.height]);
         if (!indices)
             return E_OUTOFMEMORY;
         if (!UnpackBmpRuns(file.subspan(header.pixelOffset), header.compression == kRuns4,
@@ -313,7 +314,7 @@ HRESULT DecodeBmp(ImageFile file, bool infoOnly, DecodedImage& imageOut)
         bits = 8;
     }
 
-    std::uint8_t* pixels = imageOut.Allocate(header.format);
+    uint8_t* pixels = imageOut.Allocate(header.format);
     if (!pixels)
         return E_OUTOFMEMORY;
     for (UINT y = 0; y < header.height; ++y) {

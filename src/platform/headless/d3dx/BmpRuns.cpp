@@ -6,13 +6,13 @@ namespace headless {
 
 namespace {
 
-// Second bytes of the pairs that begin with 0; larger ones count the pixels that follow uncoded.
+// Second bytes of pairs that begin with 0; larger values count the uncoded pixels that follow.
 enum BmpEscape { kEndOfRow = 0, kEndOfPicture = 1, kMove = 2 };
 
 class BmpRunReader {
 public:
     BmpRunReader(ImageFile bytes, bool isFourBits, UINT pictureWidth, UINT pictureHeight,
-                 std::uint8_t* indices)
+                 uint8_t* indices)
         : coded(bytes),
           fourBits(isFourBits),
           width(pictureWidth),
@@ -36,11 +36,11 @@ public:
     }
 
 private:
-    // A run that sticks out of its row is cut there.
+    // A run that extends past its row is cut there.
     void Put(unsigned index)
     {
         if (x < width)
-            out[std::size_t{y} * width + x++] = static_cast<std::uint8_t>(index);
+            out[size_t{y} * width + x++] = static_cast<uint8_t>(index);
     }
 
     bool Repeat(unsigned count, unsigned value)
@@ -77,11 +77,11 @@ private:
         return x <= width && y <= height;
     }
 
-    // Literals are padded to whole words.
+    // Literals are padded to a multiple of two bytes.
     bool Literal(unsigned count)
     {
-        const std::size_t bytes = fourBits ? (count + 1) / 2 : count;
-        const std::size_t padded = (bytes + 1) / 2 * 2;
+        const size_t bytes = fourBits ? (count + 1) / 2 : count;
+        const size_t padded = (bytes + 1) / 2 * 2;
         if (coded.size() - position < padded)
             return false;
         for (unsigned i = 0; i < count; ++i) {
@@ -93,22 +93,21 @@ private:
     }
 
     ImageFile coded;
-    std::size_t position = 0;
+    size_t position = 0;
     bool fourBits;
     bool ended = false;
     UINT width;
     UINT height;
     UINT x = 0;
     UINT y = 0;
-    std::uint8_t* out; // not owned
+    uint8_t* out; // not owned
 };
 
 } // namespace
 
-bool UnpackBmpRuns(ImageFile coded, bool fourBits, UINT width, UINT height,
-                   std::uint8_t* indicesOut)
+bool UnpackBmpRuns(ImageFile coded, bool fourBits, UINT width, UINT height, uint8_t* indicesOut)
 {
-    std::memset(indicesOut, 0, std::size_t{width} * height);
+    std::memset(indicesOut, 0, size_t{width} * height);
     return BmpRunReader(coded, fourBits, width, height, indicesOut).Run();
 }
 

@@ -9,12 +9,12 @@ namespace headless {
 
 namespace {
 
-constexpr std::size_t kHeaderEnd = 128; // magic word and header
-constexpr std::uint32_t kDdsHeaderSize = 124;
-constexpr std::uint32_t kPixelFormatSize = 32;
+constexpr size_t kHeaderEnd = 128; // magic word and header
+constexpr uint32_t kDdsHeaderSize = 124;
+constexpr uint32_t kPixelFormatSize = 32;
 
 // Offsets from the start of the file.
-enum DdsOffset : std::size_t {
+enum DdsOffset : size_t {
     kAtHeaderSize = 4,
     kAtFlags = 8,
     kAtHeight = 12,
@@ -29,25 +29,25 @@ enum DdsOffset : std::size_t {
     kAtCaps2 = 112,
 };
 
-constexpr std::uint32_t kFlagLevels = 0x20000;
-constexpr std::uint32_t kCaps2Cube = 0x200;
-constexpr std::uint32_t kCaps2AnyFace = 0xFC00;
-constexpr std::uint32_t kCaps2Volume = 0x200000;
-constexpr std::uint32_t kMaxDepth = 2048;
+constexpr uint32_t kFlagLevels = 0x20000;
+constexpr uint32_t kCaps2Cube = 0x200;
+constexpr uint32_t kCaps2AnyFace = 0xFC00;
+constexpr uint32_t kCaps2Volume = 0x200000;
+constexpr uint32_t kMaxDepth = 2048;
 
-constexpr std::uint32_t kFormatAlpha = 0x1;
-constexpr std::uint32_t kFormatAlphaOnly = 0x2;
-constexpr std::uint32_t kFormatFourCC = 0x4;
-constexpr std::uint32_t kFormatColour = 0x40;
-constexpr std::uint32_t kFormatGrey = 0x20000;
-constexpr std::uint32_t kFormatSigned = 0x80000;
-constexpr std::uint32_t kFormatKinds =
+constexpr uint32_t kFormatAlpha = 0x1;
+constexpr uint32_t kFormatAlphaOnly = 0x2;
+constexpr uint32_t kFormatFourCC = 0x4;
+constexpr uint32_t kFormatColour = 0x40;
+constexpr uint32_t kFormatGrey = 0x20000;
+constexpr uint32_t kFormatSigned = 0x80000;
+constexpr uint32_t kFormatKinds =
     kFormatAlphaOnly | kFormatFourCC | kFormatColour | kFormatGrey | kFormatSigned;
 
 struct DdsLayout {
-    std::uint32_t kind; // the one of `kFormatKinds` that is set
-    std::uint32_t bits;
-    std::uint32_t masks[4]; // red or grey, green, blue, alpha
+    uint32_t kind; // the one of `kFormatKinds` that is set
+    uint32_t bits;
+    uint32_t masks[4]; // red or grey, green, blue, alpha
     D3DFORMAT format;
 };
 
@@ -73,14 +73,14 @@ const DdsLayout kDdsLayouts[] = {
 
 const D3DFORMAT kFourCCs[] = {D3DFMT_DXT1, D3DFMT_DXT2, D3DFMT_DXT3, D3DFMT_DXT4, D3DFMT_DXT5};
 
-// Masks of channels that the flags do not announce are often left behind by writers.
-bool FitsLayout(ImageFile file, std::uint32_t flags, const DdsLayout& layout)
+// Writers often leave masks behind for channels that the flags do not declare.
+bool FitsLayout(ImageFile file, uint32_t flags, const DdsLayout& layout)
 {
     if ((flags & kFormatKinds) != layout.kind || ReadU32(file, kAtBits) != layout.bits)
         return false;
     const bool hasAlpha = (flags & (kFormatAlpha | kFormatAlphaOnly)) != 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-        std::uint32_t mask = ReadU32(file, kAtMasks + i * 4);
+    for (size_t i = 0; i < 4; ++i) {
+        uint32_t mask = ReadU32(file, kAtMasks + i * 4);
         if ((i == 3 && !hasAlpha) || (i < 3 && layout.kind == kFormatAlphaOnly) ||
             ((i == 1 || i == 2) && layout.kind == kFormatGrey))
             mask = 0;
@@ -92,10 +92,10 @@ bool FitsLayout(ImageFile file, std::uint32_t flags, const DdsLayout& layout)
 
 D3DFORMAT ReadFormat(ImageFile file)
 {
-    const std::uint32_t flags = ReadU32(file, kAtFormatFlags);
+    const uint32_t flags = ReadU32(file, kAtFormatFlags);
     if ((flags & kFormatFourCC) != 0) {
         for (const D3DFORMAT format : kFourCCs) {
-            if (static_cast<std::uint32_t>(format) == ReadU32(file, kAtFourCC))
+            if (static_cast<uint32_t>(format) == ReadU32(file, kAtFourCC))
                 return format;
         }
         return D3DFMT_UNKNOWN;
@@ -107,7 +107,7 @@ D3DFORMAT ReadFormat(ImageFile file)
     return D3DFMT_UNKNOWN;
 }
 
-D3DRESOURCETYPE ReadType(std::uint32_t caps2)
+D3DRESOURCETYPE ReadType(uint32_t caps2)
 {
     if ((caps2 & kCaps2Cube) != 0)
         return D3DRTYPE_CUBETEXTURE;
@@ -135,11 +135,11 @@ bool ReadInfo(ImageFile file, D3DXIMAGE_INFO& infoOut)
     return infoOut.MipLevels <= static_cast<UINT>(std::bit_width(longest));
 }
 
-// The pitch in the header is not used: levels lie in the file without padding, and writers disagree
-// about what to put there. False if the file ends before its levels do.
+// Ignores the pitch in the header: levels are stored without padding, and writers disagree about
+// its value. False if the file ends before its levels do.
 bool PlaceLevels(ImageFile file, const PixelFormat& layout, DecodedImage& imageOut)
 {
-    std::uint64_t faceSize = 0;
+    uint64_t faceSize = 0;
     for (UINT i = 0; i < imageOut.info.MipLevels; ++i) {
         const UINT width = std::max(imageOut.info.Width >> i, 1u);
         const UINT height = std::max(imageOut.info.Height >> i, 1u);
@@ -147,11 +147,11 @@ bool PlaceLevels(ImageFile file, const PixelFormat& layout, DecodedImage& imageO
         if (i < kMaxImageLevels && kHeaderEnd + faceSize <= file.size())
             imageOut.levels[i] = {width, height, RowBytes(layout, width),
                                   file.data() + kHeaderEnd + faceSize};
-        faceSize += std::uint64_t{ImageBytes(layout, width, height)} * depth;
+        faceSize += uint64_t{ImageBytes(layout, width, height)} * depth;
     }
-    std::uint64_t faces = 1;
+    uint64_t faces = 1;
     if (imageOut.info.ResourceType == D3DRTYPE_CUBETEXTURE)
-        faces = static_cast<std::uint64_t>(std::popcount(ReadU32(file, kAtCaps2) & kCaps2AnyFace));
+        faces = static_cast<uint64_t>(std::popcount(ReadU32(file, kAtCaps2) & kCaps2AnyFace));
     return faces > 0 && faceSize * faces <= file.size() - kHeaderEnd;
 }
 
@@ -162,8 +162,8 @@ bool IsDds(ImageFile file)
     return file.size() >= 4 && ReadU32(file, 0) == MAKEFOURCC('D', 'D', 'S', ' ');
 }
 
-// The levels point into the file, so there is nothing to do for the pixels. Of a cube the first face
-// is given, of a volume the first slice.
+// The levels point into the file, so no pixels need decoding. A cube gives its first face, a volume
+// its first slice.
 HRESULT DecodeDds(ImageFile file, bool, DecodedImage& imageOut)
 {
     if (!ReadInfo(file, imageOut.info))

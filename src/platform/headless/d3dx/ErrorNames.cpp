@@ -12,7 +12,7 @@ struct ResultName {
     const char* description;
 };
 
-// One line for each code that the engine or this host can meet.
+// One line for each code that the engine or this host can encounter.
 const ResultName kResultNames[] = {
     {S_OK, "S_OK", "The call succeeded"},
     {S_FALSE, "S_FALSE", "The call succeeded without a result"},

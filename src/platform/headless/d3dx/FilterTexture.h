@@ -4,7 +4,7 @@
 
 namespace headless {
 
-/// Fills the levels from `firstLevel` on, each from the one above it. `filter` has passed
+/// Fills the levels from `firstLevel` on, each from the next larger one. `filter` has passed
 /// `CheckFilter`, `firstLevel` is at least 1.
 HRESULT FillLowerLevels(IDirect3DTexture9& texture, UINT firstLevel, DWORD filter);
 

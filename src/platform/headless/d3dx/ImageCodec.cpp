@@ -14,7 +14,7 @@ struct ImageDecoder {
     HRESULT (*decode)(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 };
 
-// TGA stands last: any bytes may look like one.
+// TGA is last: any bytes may look like one.
 const ImageDecoder kDecoders[] = {
     {IsPng, DecodePng}, {IsJpeg, DecodeJpeg}, {IsDds, DecodeDds},
     {IsBmp, DecodeBmp}, {IsPnm, DecodePnm},   {IsTga, DecodeTga},
@@ -31,14 +31,14 @@ HRESULT Decode(ImageFile file, bool infoOnly, DecodedImage& imageOut)
 
 } // namespace
 
-std::uint8_t* DecodedImage::Allocate(D3DFORMAT pixelFormat)
+uint8_t* DecodedImage::Allocate(D3DFORMAT pixelFormat)
 {
     const PixelFormat* layout = FindPixelFormat(pixelFormat);
     if (!layout)
         return nullptr;
 
-    const std::size_t size = ImageBytes(*layout, info.Width, info.Height);
-    memory.reset(new (std::nothrow) std::uint8_t[size]);
+    const size_t size = ImageBytes(*layout, info.Width, info.Height);
+    memory.reset(new (std::nothrow) uint8_t[size]);
     format = pixelFormat;
     levels[0] = {info.Width, info.Height, RowBytes(*layout, info.Width), memory.get()};
     return memory.get();

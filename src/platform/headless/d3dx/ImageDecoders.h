@@ -4,8 +4,8 @@
 
 namespace headless {
 
-// One pair of functions for each kind of file. `Is...` looks at the first bytes only. `Decode...`
-// fills the info and, unless `infoOnly`, the pixels.
+// One pair of functions per kind of file. `Is...` checks only the first bytes. `Decode...` fills
+// the info and, unless `infoOnly`, the pixels.
 
 bool IsPng(ImageFile file);
 HRESULT DecodePng(ImageFile file, bool infoOnly, DecodedImage& imageOut);
@@ -22,12 +22,12 @@ HRESULT DecodeBmp(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 bool IsPnm(ImageFile file);
 HRESULT DecodePnm(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 
-/// TGA has no signature: true if the header makes sense as one.
+/// TGA has no signature: true if the header is plausible.
 bool IsTga(ImageFile file);
 HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut);
 
-/// True for sides that a picture may have.
-constexpr bool IsImageSize(std::uint64_t width, std::uint64_t height)
+/// True if a picture may have these sides.
+constexpr bool IsImageSize(uint64_t width, uint64_t height)
 {
     return width >= 1 && height >= 1 && width <= kMaxImageSide && height <= kMaxImageSide;
 }
@@ -36,21 +36,21 @@ constexpr bool IsImageSize(std::uint64_t width, std::uint64_t height)
 D3DXIMAGE_INFO PlainImageInfo(UINT width, UINT height, D3DFORMAT format,
                               D3DXIMAGE_FILEFORMAT fileFormat);
 
-/// Little-endian numbers at `offset`, which the caller has held against the size of the file.
-constexpr std::uint16_t ReadU16(ImageFile file, std::size_t offset)
+/// Little-endian numbers at `offset`, which the caller has checked against the file size.
+constexpr uint16_t ReadU16(ImageFile file, size_t offset)
 {
-    return static_cast<std::uint16_t>(file[offset] | file[offset + 1] << 8);
+    return static_cast<uint16_t>(file[offset] | file[offset + 1] << 8);
 }
 
-constexpr std::uint32_t ReadU32(ImageFile file, std::size_t offset)
+constexpr uint32_t ReadU32(ImageFile file, size_t offset)
 {
-    return ReadU16(file, offset) | static_cast<std::uint32_t>(ReadU16(file, offset + 2)) << 16;
+    return ReadU16(file, offset) | static_cast<uint32_t>(ReadU16(file, offset + 2)) << 16;
 }
 
 /// Widens a channel of `bits` bits, at most 16, to 8 bits, rounded.
-constexpr std::uint32_t WidenTo8Bits(std::uint32_t value, unsigned bits)
+constexpr uint32_t WidenTo8Bits(uint32_t value, unsigned bits)
 {
-    const std::uint32_t most = (1u << bits) - 1;
+    const uint32_t most = (1u << bits) - 1;
     return (value * 255 + most / 2) / most;
 }
 

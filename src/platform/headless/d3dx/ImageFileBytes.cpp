@@ -26,8 +26,8 @@ HRESULT ImageFileBytes::Read(const char* path)
     if (end <= 0 || end > kMaxFileSize || std::fseek(stream.get(), 0, SEEK_SET) != 0)
         return D3DXERR_INVALIDDATA;
 
-    size = static_cast<std::size_t>(end);
-    bytes.reset(new (std::nothrow) std::uint8_t[size]);
+    size = static_cast<size_t>(end);
+    bytes.reset(new (std::nothrow) uint8_t[size]);
     if (!bytes)
         return E_OUTOFMEMORY;
     return std::fread(bytes.get(), 1, size, stream.get()) == size ? D3D_OK : D3DXERR_INVALIDDATA;

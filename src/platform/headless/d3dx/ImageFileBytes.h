@@ -18,8 +18,8 @@ public:
     ImageFile Bytes() const { return {bytes.get(), size}; }
 
 private:
-    std::unique_ptr<std::uint8_t[]> bytes;
-    std::size_t size = 0;
+    std::unique_ptr<uint8_t[]> bytes;
+    size_t size = 0;
 };
 
 } // namespace headless

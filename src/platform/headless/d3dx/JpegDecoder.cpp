@@ -12,21 +12,22 @@ namespace headless {
 
 namespace {
 
-// A progressive file may repeat cheap passes over a large picture for ever; real ones have about ten.
+// A progressive file may repeat cheap passes over a large picture endlessly; real ones have about
+// ten.
 constexpr int kMaxScans = 100;
 
-// The coefficients of a progressive picture are all kept until its last pass; beyond this many bytes
-// it is refused.
+// All coefficients of a progressive picture stay in memory until its last pass; a picture that
+// needs more than this many bytes is refused.
 constexpr long kMaxWorkingBytes = 1L << 30;
 
-// The warnings after which libjpeg goes on with made-up pixels.
+// The warnings after which libjpeg continues with invented pixels.
 const int kDamage[] = {
     JWRN_ARITH_BAD_CODE, JWRN_BOGUS_PROGRESSION, JWRN_HIT_MARKER,
     JWRN_HUFF_BAD_CODE,  JWRN_JPEG_EOF,          JWRN_MUST_RESYNC,
 };
 
-// All that the decoder touches while libjpeg may jump out of it. It lives with the caller, so that no
-// destructor is ever skipped.
+// Everything the decoder uses while libjpeg may longjmp out of it. The caller owns it, so that no
+// destructor is skipped.
 struct JpegReadState {
     jpeg_decompress_struct jpeg; // owned, destroyed by the caller
     jpeg_error_mgr errors;
@@ -60,8 +61,8 @@ void OnProgress(j_common_ptr jpeg)
         OnJpegError(jpeg);
 }
 
-// libjpeg leaves by longjmp, so nothing in here has a destructor.
-bool ReadHeader(JpegReadState& state, const std::uint8_t* data, std::size_t size)
+// libjpeg exits by longjmp, so nothing in here has a destructor.
+bool ReadHeader(JpegReadState& state, const uint8_t* data, size_t size)
 {
     state.jpeg.err = jpeg_std_error(&state.errors);
     state.errors.error_exit = OnJpegError;
@@ -84,7 +85,7 @@ bool ReadHeader(JpegReadState& state, const std::uint8_t* data, std::size_t size
     return grey || state.jpeg.num_components == 3;
 }
 
-bool ReadPixels(JpegReadState& state, std::uint8_t* pixelsOut, std::size_t pitchBytes)
+bool ReadPixels(JpegReadState& state, uint8_t* pixelsOut, size_t pitchBytes)
 {
     if (setjmp(state.exit) != 0)
         return false;
@@ -99,7 +100,7 @@ bool ReadPixels(JpegReadState& state, std::uint8_t* pixelsOut, std::size_t pitch
 }
 
 // Every coded unit takes at least one bit.
-bool FitsInFile(const jpeg_decompress_struct& jpeg, std::size_t fileSize)
+bool FitsInFile(const jpeg_decompress_struct& jpeg, size_t fileSize)
 {
     int unitWidth = DCTSIZE;
     int unitHeight = DCTSIZE;
@@ -107,9 +108,9 @@ bool FitsInFile(const jpeg_decompress_struct& jpeg, std::size_t fileSize)
         unitWidth = std::max(unitWidth, DCTSIZE * jpeg.comp_info[i].h_samp_factor);
         unitHeight = std::max(unitHeight, DCTSIZE * jpeg.comp_info[i].v_samp_factor);
     }
-    const std::uint64_t across = jpeg.image_width / static_cast<unsigned>(unitWidth);
-    const std::uint64_t down = jpeg.image_height / static_cast<unsigned>(unitHeight);
-    return across * down <= std::uint64_t(fileSize) * 8;
+    const uint64_t across = jpeg.image_width / static_cast<unsigned>(unitWidth);
+    const uint64_t down = jpeg.image_height / static_cast<unsigned>(unitHeight);
+    return across * down <= uint64_t(fileSize) * 8;
 }
 
 HRESULT DecodeWith(JpegReadState& state, ImageFile file, bool infoOnly, DecodedImage& imageOut)
@@ -126,7 +127,7 @@ HRESULT DecodeWith(JpegReadState& state, ImageFile file, bool infoOnly, DecodedI
     if (infoOnly)
         return D3D_OK;
 
-    std::uint8_t* pixels = imageOut.Allocate(format);
+    uint8_t* pixels = imageOut.Allocate(format);
     if (!pixels)
         return E_OUTOFMEMORY;
     return ReadPixels(state, pixels, imageOut.levels[0].pitchBytes) ? D3D_OK : D3DXERR_INVALIDDATA;

@@ -22,13 +22,13 @@ LevelLock::~LevelLock()
 PixelTarget LevelLock::Target() const
 {
     return {FindPixelFormat(desc.Format), desc.Width, desc.Height, locked.pBits,
-            static_cast<std::size_t>(locked.Pitch)};
+            static_cast<size_t>(locked.Pitch)};
 }
 
 PixelSource LevelLock::Source() const
 {
     return {FindPixelFormat(desc.Format), desc.Width, desc.Height, locked.pBits,
-            static_cast<std::size_t>(locked.Pitch)};
+            static_cast<size_t>(locked.Pitch)};
 }
 
 } // namespace headless

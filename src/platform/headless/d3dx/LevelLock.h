@@ -4,7 +4,7 @@
 
 namespace headless {
 
-/// A level of a texture that is locked as long as this lives.
+/// Locks one level of a texture for its own lifetime.
 class LevelLock {
 public:
     LevelLock(IDirect3DTexture9& lockedTexture, UINT lockedLevel, DWORD flags);
@@ -12,7 +12,7 @@ public:
     LevelLock(const LevelLock&) = delete;
     LevelLock& operator=(const LevelLock&) = delete;
 
-    /// The device's answer to the lock; the pictures below are there only if it is a success.
+    /// The device's result of the lock; the pictures below are valid only if it succeeded.
     HRESULT Result() const { return result; }
 
     PixelTarget Target() const;

@@ -7,7 +7,7 @@ namespace headless {
 
 namespace {
 
-// Fills a rectangle of a surface that can be locked.
+// Fills a rectangle of a lockable surface.
 HRESULT LoadLockable(IDirect3DSurface9& target, const RECT& rect, const PixelSource& source,
                      DWORD filter, D3DCOLOR colorKey)
 {
@@ -19,16 +19,15 @@ HRESULT LoadLockable(IDirect3DSurface9& target, const RECT& rect, const PixelSou
     if (FAILED(result))
         return result;
 
-    const PixelTarget pixels = {FindPixelFormat(desc.Format),
-                                static_cast<UINT>(rect.right - rect.left),
-                                static_cast<UINT>(rect.bottom - rect.top), locked.pBits,
-                                static_cast<std::size_t>(locked.Pitch)};
+    const PixelTarget pixels = {
+        FindPixelFormat(desc.Format), static_cast<UINT>(rect.right - rect.left),
+        static_cast<UINT>(rect.bottom - rect.top), locked.pBits, static_cast<size_t>(locked.Pitch)};
     result = CopyPixels(pixels, source, filter, colorKey);
     target.UnlockRect();
     return result;
 }
 
-// Fills a rectangle of a surface in the device's own memory by way of system memory.
+// Fills a rectangle of a surface in device memory via a surface in system memory.
 HRESULT LoadThroughStaging(IDirect3DSurface9& target, const D3DSURFACE_DESC& desc, const RECT& rect,
                            const PixelSource& source, DWORD filter, D3DCOLOR colorKey)
 {
@@ -82,7 +81,7 @@ HRESULT WINAPI D3DXLoadSurfaceFromMemory(IDirect3DSurface9* target, const PALETT
     if (!target || !memory || !sourceRect || !layout || sourceRect->right < 0 ||
         sourceRect->bottom < 0)
         return D3DERR_INVALIDCALL;
-    // The memory reaches as far as the rectangle says; there is nothing else to hold it against.
+    // The source memory is assumed to extend as far as the rectangle; its size is not known.
     PixelSource source = {layout, static_cast<UINT>(sourceRect->right),
                           static_cast<UINT>(sourceRect->bottom), memory, pitch};
     if (!CropSource(source, *sourceRect))

@@ -1,6 +1,6 @@
 #include "platform/headless/d3dx/Mesh.h"
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/VertexFormat.h"
 
 #include <algorithm>
@@ -10,12 +10,10 @@ namespace headless {
 
 namespace {
 
-/// Hands out a further reference.
+/// Hands out another reference.
 template <typename Interface>
-HRESULT Share(const char* name, const ComPointer<Interface>& held, Interface** objectOut)
+HRESULT Share(const ComPointer<Interface>& held, Interface** objectOut)
 {
-    if (const HRESULT ordered = OrderedResult(name); FAILED(ordered))
-        return ordered;
     if (objectOut == nullptr)
         return D3DERR_INVALIDCALL;
     held->AddRef();
@@ -40,55 +38,45 @@ DWORD HeadlessMesh::GetNumBytesPerVertex()
 
 HRESULT HeadlessMesh::GetDevice(IDirect3DDevice9** deviceOut)
 {
-    return Share("GetDevice", device, deviceOut);
+    return Share(device, deviceOut);
 }
 
 HRESULT HeadlessMesh::GetVertexBuffer(IDirect3DVertexBuffer9** bufferOut)
 {
-    return Share("GetVertexBuffer", vertexBuffer, bufferOut);
+    return Share(vertexBuffer, bufferOut);
 }
 
 HRESULT HeadlessMesh::GetIndexBuffer(IDirect3DIndexBuffer9** bufferOut)
 {
-    return Share("GetIndexBuffer", indexBuffer, bufferOut);
+    return Share(indexBuffer, bufferOut);
 }
 
 HRESULT HeadlessMesh::LockVertexBuffer(DWORD flags, void** dataOut)
 {
-    if (const HRESULT ordered = OrderedResult("LockVertexBuffer"); FAILED(ordered))
-        return ordered;
     return vertexBuffer->Lock(0, 0, dataOut, flags);
 }
 
 HRESULT HeadlessMesh::UnlockVertexBuffer()
 {
-    if (const HRESULT ordered = OrderedResult("UnlockVertexBuffer"); FAILED(ordered))
-        return ordered;
     return vertexBuffer->Unlock();
 }
 
 HRESULT HeadlessMesh::LockIndexBuffer(DWORD flags, void** dataOut)
 {
-    if (const HRESULT ordered = OrderedResult("LockIndexBuffer"); FAILED(ordered))
-        return ordered;
     return indexBuffer->Lock(0, 0, dataOut, flags);
 }
 
 HRESULT HeadlessMesh::UnlockIndexBuffer()
 {
-    if (const HRESULT ordered = OrderedResult("UnlockIndexBuffer"); FAILED(ordered))
-        return ordered;
     return indexBuffer->Unlock();
 }
 
 HRESULT HeadlessMesh::LockAttributeBuffer(DWORD flags, DWORD** dataOut)
 {
-    if (const HRESULT ordered = OrderedResult("LockAttributeBuffer"); FAILED(ordered))
-        return ordered;
     if (dataOut == nullptr)
         return D3DERR_INVALIDCALL;
     if ((flags & D3DLOCK_READONLY) == 0)
-        attributeTable.clear(); // the caller may write what does not fit it
+        attributeTable.clear(); // the caller may write attributes that contradict it
     ++attributeLocks;
     *dataOut = attributes.get();
     return D3D_OK;
@@ -96,8 +84,6 @@ HRESULT HeadlessMesh::LockAttributeBuffer(DWORD flags, DWORD** dataOut)
 
 HRESULT HeadlessMesh::UnlockAttributeBuffer()
 {
-    if (const HRESULT ordered = OrderedResult("UnlockAttributeBuffer"); FAILED(ordered))
-        return ordered;
     if (attributeLocks == 0)
         return D3DERR_INVALIDCALL;
     --attributeLocks;
@@ -106,8 +92,6 @@ HRESULT HeadlessMesh::UnlockAttributeBuffer()
 
 HRESULT HeadlessMesh::GetAttributeTable(D3DXATTRIBUTERANGE* tableOut, DWORD* countOut)
 {
-    if (const HRESULT ordered = OrderedResult("GetAttributeTable"); FAILED(ordered))
-        return ordered;
     if (countOut != nullptr)
         *countOut = static_cast<DWORD>(attributeTable.size());
     if (tableOut != nullptr)
@@ -117,8 +101,6 @@ HRESULT HeadlessMesh::GetAttributeTable(D3DXATTRIBUTERANGE* tableOut, DWORD* cou
 
 HRESULT HeadlessMesh::SetAttributeTable(const D3DXATTRIBUTERANGE* newTable, DWORD count)
 {
-    if (const HRESULT ordered = OrderedResult("SetAttributeTable"); FAILED(ordered))
-        return ordered;
     if (newTable == nullptr && count > 0)
         return D3DERR_INVALIDCALL;
     attributeTable.assign(newTable, newTable + count);

@@ -10,11 +10,11 @@
 
 namespace headless {
 
-/// A mesh on any device: all it needs of one are the two buffers and the drawing calls.
+/// A mesh on any device: it needs only the two buffers and the draw calls.
 class HeadlessMesh final : public ComObject<ID3DXMesh, IID_ID3DXBaseMesh, IID_ID3DXMesh> {
 public:
-    /// Null if the buffers cannot be made, and then `resultOut` tells why. All arguments have been
-    /// checked. The caller gets the first reference.
+    /// Null if the buffers cannot be created; `resultOut` then holds the reason. All arguments have
+    /// been checked. The caller holds the first reference.
     static HeadlessMesh* Create(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                 IDirect3DDevice9& device, HRESULT& resultOut);
 
@@ -75,7 +75,7 @@ private:
     ComPointer<IDirect3DDevice9> device;
     ComPointer<IDirect3DVertexBuffer9> vertexBuffer;
     ComPointer<IDirect3DIndexBuffer9> indexBuffer;
-    std::unique_ptr<DWORD[]> attributes; // owned, one for each face
+    std::unique_ptr<DWORD[]> attributes; // owned, one per face
     int attributeLocks = 0;
     std::vector<D3DXATTRIBUTERANGE> attributeTable;
 };

@@ -1,6 +1,5 @@
-// New meshes, and what their options ask of the two buffers.
+// Creating meshes, and what their options require of the two buffers.
 
-#include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3d9/VertexFormat.h"
 #include "platform/headless/d3dx/Mesh.h"
 
@@ -37,8 +36,8 @@ constexpr OptionUsage kIndexUsages[] = {
     {D3DXMESH_IB_SOFTWAREPROCESSING, D3DUSAGE_SOFTWAREPROCESSING},
 };
 
-/// A mesh that shares another's vertices, or that asks for hardware alone, is made by cloning only;
-/// bits above the last option mean nothing.
+/// A mesh that shares another's vertices, or is for hardware only, can only come from cloning; bits
+/// above the last option have no meaning.
 constexpr DWORD kRefusedOptions = D3DXMESH_VB_SHARE | D3DXMESH_USEHWONLY | 0xFFFE0000;
 
 DWORD UsageOf(DWORD options, const OptionUsage (&usages)[7])
@@ -88,9 +87,9 @@ HeadlessMesh* HeadlessMesh::Create(DWORD faceCount, DWORD vertexCount, DWORD opt
 HRESULT HeadlessMesh::MakeBuffers()
 {
     const bool isWide = (options & D3DXMESH_32BIT) != 0;
-    const std::uint64_t vertexBytes = std::uint64_t{vertexCount} * VertexSize(fvf);
-    const std::uint64_t indexBytes = std::uint64_t{faceCount} * 3 * (isWide ? 4 : 2);
-    constexpr std::uint64_t kMostBytes = std::numeric_limits<UINT>::max();
+    const uint64_t vertexBytes = uint64_t{vertexCount} * VertexSize(fvf);
+    const uint64_t indexBytes = uint64_t{faceCount} * 3 * (isWide ? 4 : 2);
+    constexpr uint64_t kMostBytes = std::numeric_limits<UINT>::max();
     if (vertexBytes > kMostBytes || indexBytes > kMostBytes)
         return E_OUTOFMEMORY;
 
@@ -116,8 +115,6 @@ using namespace headless;
 HRESULT WINAPI D3DXCreateMeshFVF(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                  IDirect3DDevice9* device, ID3DXMesh** meshOut)
 {
-    if (const HRESULT ordered = OrderedResult("D3DXCreateMeshFVF"); FAILED(ordered))
-        return ordered;
     if (device == nullptr || meshOut == nullptr)
         return D3DERR_INVALIDCALL;
     *meshOut = nullptr;

@@ -1,14 +1,11 @@
 // Drawing the subsets of a mesh.
 
-#include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/Mesh.h"
 
 namespace headless {
 
 HRESULT HeadlessMesh::DrawSubset(DWORD attributeId)
 {
-    if (const HRESULT ordered = OrderedResult("DrawSubset"); FAILED(ordered))
-        return ordered;
     HRESULT result = device->SetStreamSource(0, vertexBuffer.Get(), 0, GetNumBytesPerVertex());
     if (SUCCEEDED(result))
         result = device->SetFVF(fvf);
@@ -29,7 +26,7 @@ HRESULT HeadlessMesh::DrawRange(const D3DXATTRIBUTERANGE& range)
                                         range.FaceStart * 3, range.FaceCount);
 }
 
-/// Without a table each run of equal attributes is drawn by itself, over all vertices.
+/// Without a table, draws each run of equal attributes separately, over all vertices.
 HRESULT HeadlessMesh::DrawUnsorted(DWORD attributeId)
 {
     HRESULT result = D3D_OK;

@@ -1,6 +1,6 @@
 // Sorting the faces of a mesh by attribute.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/Mesh.h"
 
 #include <algorithm>
@@ -14,21 +14,20 @@ namespace headless {
 
 namespace {
 
-/// What sorting by attribute may be asked along with: splitting is what this never does.
+/// Flags allowed when sorting by attribute. DONOTSPLIT is accepted because nothing is ever split.
 constexpr DWORD kSortFlags = D3DXMESHOPT_ATTRSORT | D3DXMESHOPT_DONOTSPLIT;
 
-/// Extends `range`, which has no vertices at first, by those of one face.
+/// Extends `range`, initially without vertices, by those of one face.
 template <typename Index>
 void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
 {
-    const std::uint64_t low = std::min({face[0], face[1], face[2]});
-    const std::uint64_t high = std::max({face[0], face[1], face[2]});
+    const uint64_t low = std::min({face[0], face[1], face[2]});
+    const uint64_t high = std::max({face[0], face[1], face[2]});
     const bool isFirst = range.VertexCount == 0;
-    const std::uint64_t start = isFirst ? low : std::min<std::uint64_t>(low, range.VertexStart);
-    const std::uint64_t end =
-        std::max(high + 1, std::uint64_t{range.VertexStart} + range.VertexCount);
+    const uint64_t start = isFirst ? low : std::min<uint64_t>(low, range.VertexStart);
+    const uint64_t end = std::max(high + 1, uint64_t{range.VertexStart} + range.VertexCount);
     range.VertexStart = static_cast<DWORD>(start);
-    range.VertexCount = static_cast<DWORD>(std::min<std::uint64_t>(end - start, 0xFFFFFFFF));
+    range.VertexCount = static_cast<DWORD>(std::min<uint64_t>(end - start, 0xFFFFFFFF));
 }
 
 } // namespace
@@ -36,8 +35,6 @@ void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
 HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD* adjacencyOut,
                                       DWORD* faceRemapOut, ID3DXBuffer** vertexRemapOut)
 {
-    if (const HRESULT ordered = OrderedResult("OptimizeInplace"); FAILED(ordered))
-        return ordered;
     const bool isSort = (flags & D3DXMESHOPT_ATTRSORT) != 0 && (flags & ~kSortFlags) == 0;
     if (!isSort || adjacencyOut != nullptr || vertexRemapOut != nullptr) {
         const std::string text = ArgumentText(flags) + ", " + ArgumentText(adjacency) + ", " +
@@ -59,12 +56,12 @@ HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD
     return D3D_OK;
 }
 
-/// `order` tells for each place which face comes there. Indices and attributes move along.
+/// `order` gives the old index of the face for each new position. Indices and attributes are
+/// reordered together.
 HRESULT HeadlessMesh::SortFaces(const DWORD* order)
 {
-    const std::size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
-    const std::unique_ptr<std::uint8_t[]> sorted(new (std::nothrow)
-                                                     std::uint8_t[faceBytes * faceCount]);
+    const size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
+    const std::unique_ptr<uint8_t[]> sorted(new (std::nothrow) uint8_t[faceBytes * faceCount]);
     std::unique_ptr<DWORD[]> sortedAttributes(new (std::nothrow) DWORD[faceCount]);
     if (!sorted || !sortedAttributes)
         return E_OUTOFMEMORY;
@@ -72,7 +69,7 @@ HRESULT HeadlessMesh::SortFaces(const DWORD* order)
     if (const HRESULT result = indexBuffer->Lock(0, 0, &indices, 0); FAILED(result))
         return result;
 
-    const auto* faces = static_cast<const std::uint8_t*>(indices);
+    const auto* faces = static_cast<const uint8_t*>(indices);
     for (DWORD face = 0; face < faceCount; ++face) {
         std::memcpy(&sorted[face * faceBytes], faces + order[face] * faceBytes, faceBytes);
         sortedAttributes[face] = attributes[order[face]];
@@ -84,7 +81,7 @@ HRESULT HeadlessMesh::SortFaces(const DWORD* order)
     return indexBuffer->Unlock();
 }
 
-/// One entry for each attribute that occurs, of faces that are sorted.
+/// One entry for each attribute in use. The faces must be sorted.
 void HeadlessMesh::MakeAttributeTable(const void* indices)
 {
     attributeTable.clear();
@@ -95,9 +92,9 @@ void HeadlessMesh::MakeAttributeTable(const void* indices)
         D3DXATTRIBUTERANGE& range = attributeTable.back();
         ++range.FaceCount;
         if (isWide)
-            TakeVertices(range, static_cast<const DWORD*>(indices) + std::size_t{face} * 3);
+            TakeVertices(range, static_cast<const DWORD*>(indices) + size_t{face} * 3);
         else
-            TakeVertices(range, static_cast<const WORD*>(indices) + std::size_t{face} * 3);
+            TakeVertices(range, static_cast<const WORD*>(indices) + size_t{face} * 3);
     }
 }
 

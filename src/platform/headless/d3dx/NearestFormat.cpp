@@ -7,7 +7,7 @@ namespace headless {
 
 namespace {
 
-// What a picture may be converted to, the usual ones first: among equals the first is taken.
+// Formats to convert pictures to, the usual ones first: of equal ones the first is taken.
 const D3DFORMAT kCandidates[] = {
     D3DFMT_A8R8G8B8, D3DFMT_X8R8G8B8, D3DFMT_R5G6B5,   D3DFMT_X1R5G5B5,
     D3DFMT_A1R5G5B5, D3DFMT_A4R4G4B4, D3DFMT_L8,       D3DFMT_A8L8,
@@ -19,7 +19,7 @@ constexpr int kMissingAlpha = 1000;
 constexpr int kLostBit = 50; // weighs more than all bits that can be added
 constexpr int kUnfit = -1;
 
-// Bits of each channel as a picture is seen: grey counts for red, green and blue.
+// Bits of each channel as displayed: grey counts for red, green and blue.
 struct ChannelBits {
     int a, r, g, b;
     bool isSigned;
@@ -43,7 +43,7 @@ void AddChannel(int wanted, int offered, int& costInOut)
     costInOut += wanted > offered ? (wanted - offered) * kLostBit : offered - wanted;
 }
 
-// Grey can hold grey only, and bump maps and pictures do not mix.
+// A grey format can only hold grey; bump map formats and colour formats are not interchangeable.
 int CostOf(const PixelFormat& wanted, const PixelFormat& offered)
 {
     const ChannelBits want = BitsOf(wanted);
@@ -96,7 +96,7 @@ D3DFORMAT NearestTextureFormat(IDirect3DDevice9& device, DWORD usage, D3DFORMAT 
     if (query.Supports(wanted))
         return wanted;
 
-    // A palette may hold any colour and alpha, and so may what the table does not know.
+    // A palette may contain any colour and alpha, and so may formats that the table lacks.
     const PixelFormat* wantedLayout = FindPixelFormat(wanted);
     if (!wantedLayout)
         wantedLayout = FindPixelFormat(D3DFMT_A8R8G8B8);

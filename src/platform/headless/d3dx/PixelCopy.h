@@ -14,7 +14,7 @@ struct PixelSource {
     UINT width;
     UINT height;
     const void* bits;
-    std::size_t pitchBytes; ///< distance of two rows, or of two rows of blocks
+    size_t pitchBytes; ///< stride between rows, or rows of blocks
 };
 
 /// A picture in memory to write to. Neither pointer is owned.
@@ -23,18 +23,18 @@ struct PixelTarget {
     UINT width;
     UINT height;
     void* bits;
-    std::size_t pitchBytes;
+    size_t pitchBytes;
 };
 
-/// Holds a filter argument against the published values. `D3DX_DEFAULT` becomes `fallback`. Unknown
-/// filters and flags, and the flags that this host does not model (sRGB, error diffusion), give
-/// `D3DERR_INVALIDCALL`.
+/// Checks a filter argument against the published values. `D3DX_DEFAULT` becomes `fallback`.
+/// Unknown filters and flags, and the flags that this host does not model (sRGB, error diffusion),
+/// give `D3DERR_INVALIDCALL`.
 HRESULT CheckFilter(DWORD filter, DWORD fallback, DWORD& filterOut);
 
-/// Converts and scales a picture. `filter` has passed `CheckFilter`. A `colorKey` other than 0 turns
-/// the pixels that equal it in all four channels into transparent black, before they are scaled; the
-/// alpha of formats without it counts as 255. Where neither format nor size changes the bytes are
-/// copied as they are.
+/// Converts and scales a picture. `filter` has passed `CheckFilter`. With a `colorKey` other than
+/// 0, pixels that match it in all four channels become transparent black before scaling; the alpha
+/// of formats without it counts as 255. If neither format nor size changes, the bytes are copied
+/// unchanged.
 HRESULT CopyPixels(const PixelTarget& target, const PixelSource& source, DWORD filter,
                    D3DCOLOR colorKey);
 

@@ -18,9 +18,9 @@ bool CropSource(PixelSource& sourceInOut, const RECT& rect)
     if (left % unit != 0 || top % unit != 0)
         return false;
 
-    const std::size_t offset = top / unit * sourceInOut.pitchBytes +
-                               std::size_t{left / unit} * sourceInOut.format->unitBytes;
-    sourceInOut.bits = static_cast<const std::uint8_t*>(sourceInOut.bits) + offset;
+    const size_t offset =
+        top / unit * sourceInOut.pitchBytes + size_t{left / unit} * sourceInOut.format->unitBytes;
+    sourceInOut.bits = static_cast<const uint8_t*>(sourceInOut.bits) + offset;
     sourceInOut.width = static_cast<UINT>(rect.right) - left;
     sourceInOut.height = static_cast<UINT>(rect.bottom) - top;
     return true;

@@ -9,13 +9,13 @@ namespace headless {
 namespace {
 
 // Deflate shrinks 258 bytes to 2 bits at the very best.
-constexpr std::uint64_t kMaxDeflateRatio = 1032;
+constexpr uint64_t kMaxDeflateRatio = 1032;
 
-// All that the decoder touches while libpng may jump out of it. It lives with the caller, so that no
-// destructor is ever skipped.
+// Everything the decoder uses while libpng may longjmp out of it. The caller owns it, so that no
+// destructor is skipped.
 struct PngReadState {
-    const std::uint8_t* next; // not owned
-    std::size_t left;
+    const uint8_t* next; // not owned
+    size_t left;
     png_structp png; // owned, destroyed by the caller
     png_infop info;  // owned, destroyed with `png`
     png_uint_32 width;
@@ -34,7 +34,7 @@ struct PngReadState {
 void OnReadWarning(png_structp, png_const_charp)
 {}
 
-void OnRead(png_structp png, png_bytep bytesOut, std::size_t size)
+void OnRead(png_structp png, png_bytep bytesOut, size_t size)
 {
     auto* state = static_cast<PngReadState*>(png_get_io_ptr(png));
     if (size > state->left)
@@ -44,7 +44,7 @@ void OnRead(png_structp png, png_bytep bytesOut, std::size_t size)
     state->left -= size;
 }
 
-// libpng leaves by longjmp, so nothing in here has a destructor.
+// libpng exits by longjmp, so nothing in here has a destructor.
 bool ReadHeader(PngReadState& state)
 {
     state.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, OnReadError, OnReadWarning);
@@ -57,7 +57,7 @@ bool ReadHeader(PngReadState& state)
     png_set_read_fn(state.png, &state, OnRead);
     png_set_user_limits(state.png, kMaxImageSide, kMaxImageSide);
     png_set_crc_action(state.png, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
-    // Comments, profiles and the like can be large when they are unpacked, and nobody asks for them.
+    // Comments, profiles and the like can expand to large sizes, and are not needed.
     png_set_keep_unknown_chunks(state.png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_read_info(state.png, state.info);
     png_get_IHDR(state.png, state.info, &state.width, &state.height, &state.bitDepth,
@@ -71,7 +71,7 @@ bool IsPlainGrey(const PngReadState& state)
     return state.colourType == PNG_COLOR_TYPE_GRAY && !state.hasTransparency;
 }
 
-// Brings every kind to 8-bit grey, or to blue, green, red, alpha.
+// Converts every kind to 8-bit grey, or to blue, green, red, alpha.
 void SetTransforms(png_structp png, const PngReadState& state)
 {
     png_set_strip_16(png);
@@ -83,7 +83,7 @@ void SetTransforms(png_structp png, const PngReadState& state)
     }
 }
 
-bool ReadPixels(PngReadState& state, std::uint8_t* pixelsOut, std::size_t pitchBytes)
+bool ReadPixels(PngReadState& state, uint8_t* pixelsOut, size_t pitchBytes)
 {
     if (setjmp(png_jmpbuf(state.png)) != 0)
         return false;
@@ -97,14 +97,14 @@ bool ReadPixels(PngReadState& state, std::uint8_t* pixelsOut, std::size_t pitchB
         for (png_uint_32 y = 0; y < state.height; ++y)
             png_read_row(state.png, pixelsOut + y * pitchBytes, nullptr);
     }
-    // Reads on to the end chunk: a file without it is cut short.
+    // Reads to the end chunk: a file without it is truncated.
     png_read_end(state.png, nullptr);
     return true;
 }
 
-bool FitsInFile(const PngReadState& state, std::size_t fileSize)
+bool FitsInFile(const PngReadState& state, size_t fileSize)
 {
-    const std::uint64_t rowBytes = (png_get_rowbytes(state.png, state.info)) + 1;
+    const uint64_t rowBytes = (png_get_rowbytes(state.png, state.info)) + 1;
     return rowBytes * state.height <= kMaxDeflateRatio * fileSize;
 }
 
@@ -118,7 +118,7 @@ D3DFORMAT ReportedFormat(const PngReadState& state)
     return hasAlpha ? D3DFMT_A8R8G8B8 : D3DFMT_X8R8G8B8;
 }
 
-HRESULT DecodeWith(PngReadState& state, std::size_t fileSize, bool infoOnly, DecodedImage& imageOut)
+HRESULT DecodeWith(PngReadState& state, size_t fileSize, bool infoOnly, DecodedImage& imageOut)
 {
     if (!ReadHeader(state) || !IsImageSize(state.width, state.height) ||
         !FitsInFile(state, fileSize))
@@ -129,7 +129,7 @@ HRESULT DecodeWith(PngReadState& state, std::size_t fileSize, bool infoOnly, Dec
     if (infoOnly)
         return D3D_OK;
 
-    std::uint8_t* pixels = imageOut.Allocate(reported == D3DFMT_P8 ? D3DFMT_A8R8G8B8 : reported);
+    uint8_t* pixels = imageOut.Allocate(reported == D3DFMT_P8 ? D3DFMT_A8R8G8B8 : reported);
     if (!pixels)
         return E_OUTOFMEMORY;
     return ReadPixels(state, pixels, imageOut.levels[0].pitchBytes) ? D3D_OK : D3DXERR_INVALIDDATA;

@@ -15,14 +15,14 @@ namespace {
 
 constexpr int kMaxSide = 16384;
 
-// All that the encoder touches while libpng may jump out of it. It lives with the caller, so that no
-// destructor is ever skipped.
+// Everything the encoder uses while libpng may longjmp out of it. The caller owns it, so that no
+// destructor is skipped.
 struct PngWriteState {
-    FILE* stream;      // not owned
-    png_structp png;   // owned, destroyed by the caller
-    png_infop info;    // owned, destroyed with `png`
-    std::uint8_t* row; // not owned, one packed row
-    const std::uint32_t* argb;
+    FILE* stream;    // not owned
+    png_structp png; // owned, destroyed by the caller
+    png_infop info;  // owned, destroyed with `png`
+    uint8_t* row;    // not owned, one packed row
+    const uint32_t* argb;
     int width;
     int height;
     bool withAlpha;
@@ -39,19 +39,19 @@ void OnWriteError(png_structp png, png_const_charp message)
 void OnWriteWarning(png_structp, png_const_charp)
 {}
 
-void PackRow(const std::uint32_t* pixels, int width, bool withAlpha, std::uint8_t* rowOut)
+void PackRow(const uint32_t* pixels, int width, bool withAlpha, uint8_t* rowOut)
 {
     for (int x = 0; x < width; ++x) {
-        const std::uint32_t pixel = pixels[x];
-        *rowOut++ = static_cast<std::uint8_t>(pixel >> 16);
-        *rowOut++ = static_cast<std::uint8_t>(pixel >> 8);
-        *rowOut++ = static_cast<std::uint8_t>(pixel);
+        const uint32_t pixel = pixels[x];
+        *rowOut++ = static_cast<uint8_t>(pixel >> 16);
+        *rowOut++ = static_cast<uint8_t>(pixel >> 8);
+        *rowOut++ = static_cast<uint8_t>(pixel);
         if (withAlpha)
-            *rowOut++ = static_cast<std::uint8_t>(pixel >> 24);
+            *rowOut++ = static_cast<uint8_t>(pixel >> 24);
     }
 }
 
-// libpng leaves by longjmp, so nothing in here has a destructor.
+// libpng exits by longjmp, so nothing in here has a destructor.
 bool Encode(PngWriteState& state)
 {
     state.png =
@@ -63,8 +63,8 @@ bool Encode(PngWriteState& state)
         return false;
 
     png_init_io(state.png, state.stream);
-    // One filter and one level: frames are flat colours mostly, and the bytes must not depend on
-    // libpng's heuristics.
+    // One fixed filter and level: most frames consist of flat colours, and the bytes must not
+    // depend on libpng's heuristics.
     png_set_filter(state.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
     png_set_compression_level(state.png, 6);
     png_set_IHDR(state.png, state.info, static_cast<png_uint_32>(state.width),
@@ -73,8 +73,8 @@ bool Encode(PngWriteState& state)
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_write_info(state.png, state.info);
     for (int y = 0; y < state.height; ++y) {
-        PackRow(state.argb + static_cast<std::size_t>(y) * static_cast<std::size_t>(state.width),
-                state.width, state.withAlpha, state.row);
+        PackRow(state.argb + static_cast<size_t>(y) * static_cast<size_t>(state.width), state.width,
+                state.withAlpha, state.row);
         png_write_row(state.png, state.row);
     }
     png_write_end(state.png, state.info);
@@ -88,15 +88,14 @@ bool IsPictureSize(int width, int height)
 
 } // namespace
 
-bool WritePngStream(FILE* stream, int width, int height, const std::uint32_t* argb, bool withAlpha,
+bool WritePngStream(FILE* stream, int width, int height, const uint32_t* argb, bool withAlpha,
                     std::string& errorOut)
 {
     if (!argb || !IsPictureSize(width, height)) {
         errorOut = "not a picture of 1 to 16384 pixels a side";
         return false;
     }
-    std::unique_ptr<std::uint8_t[]> row(new (std::nothrow)
-                                            std::uint8_t[static_cast<std::size_t>(width) * 4]);
+    std::unique_ptr<uint8_t[]> row(new (std::nothrow) uint8_t[static_cast<size_t>(width) * 4]);
     if (!row) {
         errorOut = "out of memory";
         return false;
@@ -112,7 +111,7 @@ bool WritePngStream(FILE* stream, int width, int height, const std::uint32_t* ar
     return true;
 }
 
-bool WritePngFile(const char* path, int width, int height, const std::uint32_t* argb,
+bool WritePngFile(const char* path, int width, int height, const uint32_t* argb,
                   bool withAlpha, std::string& errorOut)
 {
     if (!path || !IsPictureSize(width, height)) {

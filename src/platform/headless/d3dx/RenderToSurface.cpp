@@ -1,7 +1,7 @@
 #include <d3dx9.h>
 
 #include "platform/ComPointer.h"
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/ComObject.h"
 
 #include <new>
@@ -38,9 +38,9 @@ private:
     ComPointer<IDirect3DDevice9> device;
     D3DXRTS_DESC desc;
     bool inScene = false;
-    ComPointer<IDirect3DSurface9> depthSurface; // made when first drawn to, if one is wanted
+    ComPointer<IDirect3DSurface9> depthSurface; // created at the first draw, if requested
 
-    // The device's own, while a scene is drawn.
+    // The device's own objects, saved while a scene is drawn.
     ComPointer<IDirect3DSurface9> savedTarget;
     ComPointer<IDirect3DSurface9> savedDepth;
     D3DVIEWPORT9 savedViewport = {};
@@ -87,7 +87,7 @@ HRESULT RenderToSurface::BeginScene(IDirect3DSurface9* surface, const D3DVIEWPOR
     if (inScene || !surface || !Fits(*surface) ||
         (viewport && !FitsInto(*viewport, desc.Width, desc.Height)))
         return D3DERR_INVALIDCALL;
-    // UNMODELLED: surfaces that cannot be drawn to, which would be filled by way of another one.
+    // UNMODELLED: surfaces that cannot be drawn to, which would need an intermediate one.
     if (!IsRenderTarget(*surface))
         return Unmodelled("ID3DXRenderToSurface::BeginScene", surface, viewport);
 
@@ -134,7 +134,7 @@ HRESULT RenderToSurface::EndScene(DWORD)
     return result;
 }
 
-// A device without a depth surface answers "not found", and none is what is restored then.
+// A device without a depth surface answers "not found"; null is restored then.
 void RenderToSurface::Remember()
 {
     device->GetRenderTarget(0, savedTarget.Out());

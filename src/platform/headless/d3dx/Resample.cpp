@@ -15,12 +15,12 @@ struct WeightedTap {
     float weight;
 };
 
-// Which source pixels, and how much of each, make up each target pixel along one axis.
+// Which source pixels contribute to each target pixel along one axis, and with what weight.
 class AxisTaps {
 public:
     bool Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize);
 
-    const WeightedTap* Begin(UINT target) const { return taps.get() + std::size_t{target} * most; }
+    const WeightedTap* Begin(UINT target) const { return taps.get() + size_t{target} * most; }
     const WeightedTap* End(UINT target) const { return Begin(target) + counts[target]; }
 
 private:
@@ -32,7 +32,7 @@ private:
 
     long size = 0;
     bool mirror = false;
-    std::size_t most = 0; // room for each target pixel
+    size_t most = 0; // capacity per target pixel
     std::unique_ptr<WeightedTap[]> taps;
     std::unique_ptr<UINT[]> counts;
 };
@@ -42,7 +42,7 @@ bool AxisTaps::Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize
     const double scale = static_cast<double>(sourceSize) / targetSize;
     size = static_cast<long>(sourceSize);
     mirror = mirrored;
-    most = static_cast<std::size_t>(2 * std::max(scale, 1.0)) + 3;
+    most = static_cast<size_t>(2 * std::max(scale, 1.0)) + 3;
     taps.reset(new (std::nothrow) WeightedTap[most * targetSize]);
     counts.reset(new (std::nothrow) UINT[targetSize]());
     if (!taps || !counts)
@@ -60,7 +60,7 @@ bool AxisTaps::Build(DWORD kind, bool mirrored, UINT sourceSize, UINT targetSize
     return true;
 }
 
-// An index beyond the border is folded back into the picture.
+// An index outside the picture wraps or is mirrored back into it.
 void AxisTaps::Add(UINT target, long index, float weight)
 {
     const long period = mirror ? 2 * size : size;
@@ -89,7 +89,7 @@ void AxisTaps::AddCovered(UINT target, double scale)
     }
 }
 
-// A weight that falls off in a straight line from the centre to 0 at `halfWidth` pixels.
+// A weight that falls linearly from the centre to 0 at `halfWidth` pixels.
 void AxisTaps::AddTriangle(UINT target, double scale, double halfWidth)
 {
     const double centre = (target + 0.5) * scale - 0.5;
@@ -115,34 +115,34 @@ struct Sums {
     float channel[4];
 };
 
-void AddPixel(Sums& sums, std::uint32_t pixel, float weight)
+void AddPixel(Sums& sums, uint32_t pixel, float weight)
 {
     for (int i = 0; i < 4; ++i)
         sums.channel[i] += weight * static_cast<float>(pixel >> (8 * i) & 0xFF);
 }
 
-std::uint32_t PixelOf(const Sums& sums)
+uint32_t PixelOf(const Sums& sums)
 {
-    std::uint32_t pixel = 0;
+    uint32_t pixel = 0;
     for (int i = 0; i < 4; ++i) {
-        const auto value = static_cast<std::uint32_t>(sums.channel[i] + 0.5f);
+        const auto value = static_cast<uint32_t>(sums.channel[i] + 0.5f);
         pixel |= std::min(value, 255u) << (8 * i);
     }
     return pixel;
 }
 
-// The weighted sum of source rows that makes up one target row, not yet scaled across.
-void SumRows(const std::uint32_t* source, UINT width, const AxisTaps& down, UINT y, Sums* rowOut)
+// The weighted sum of source rows for one target row, not yet scaled horizontally.
+void SumRows(const uint32_t* source, UINT width, const AxisTaps& down, UINT y, Sums* rowOut)
 {
     std::memset(rowOut, 0, sizeof(Sums) * width);
     for (const WeightedTap* tap = down.Begin(y); tap != down.End(y); ++tap) {
-        const std::uint32_t* row = source + std::size_t{tap->index} * width;
+        const uint32_t* row = source + size_t{tap->index} * width;
         for (UINT x = 0; x < width; ++x)
             AddPixel(rowOut[x], row[x], tap->weight);
     }
 }
 
-void SumColumns(const Sums* row, const AxisTaps& across, UINT targetWidth, std::uint32_t* targetOut)
+void SumColumns(const Sums* row, const AxisTaps& across, UINT targetWidth, uint32_t* targetOut)
 {
     for (UINT x = 0; x < targetWidth; ++x) {
         Sums sums = {};
@@ -154,46 +154,46 @@ void SumColumns(const Sums* row, const AxisTaps& across, UINT targetWidth, std::
     }
 }
 
-void CopyCorner(const std::uint32_t* source, UINT sourceWidth, UINT sourceHeight, UINT targetWidth,
-                UINT targetHeight, std::uint32_t* targetOut)
+void CopyCorner(const uint32_t* source, UINT sourceWidth, UINT sourceHeight, UINT targetWidth,
+                UINT targetHeight, uint32_t* targetOut)
 {
     const UINT width = std::min(sourceWidth, targetWidth);
     for (UINT y = 0; y < targetHeight; ++y) {
-        std::uint32_t* row = targetOut + std::size_t{y} * targetWidth;
+        uint32_t* row = targetOut + size_t{y} * targetWidth;
         const UINT copied = y < sourceHeight ? width : 0;
-        std::copy_n(source + (copied ? std::size_t{y} * sourceWidth : 0), copied, row);
+        std::copy_n(source + (copied ? size_t{y} * sourceWidth : 0), copied, row);
         std::fill(row + copied, row + targetWidth, 0u);
     }
 }
 
 } // namespace
 
-void HalveExactly(const void* source, std::size_t sourcePitchBytes, UINT targetWidth,
-                  UINT targetHeight, void* targetOut, std::size_t targetPitchBytes)
+void HalveExactly(const void* source, size_t sourcePitchBytes, UINT targetWidth, UINT targetHeight,
+                  void* targetOut, size_t targetPitchBytes)
 {
-    constexpr std::uint32_t kEven = 0x00FF00FF;
-    constexpr std::uint32_t kHalf = 0x00020002; // for rounding
+    constexpr uint32_t kEven = 0x00FF00FF;
+    constexpr uint32_t kHalf = 0x00020002; // for rounding
     for (UINT y = 0; y < targetHeight; ++y) {
-        const auto* upper = static_cast<const std::uint8_t*>(source) + 2 * y * sourcePitchBytes;
-        auto* row = static_cast<std::uint8_t*>(targetOut) + y * targetPitchBytes;
-        for (std::size_t x = 0; x < targetWidth; ++x) {
-            std::uint32_t pixels[4];
+        const auto* upper = static_cast<const uint8_t*>(source) + 2 * y * sourcePitchBytes;
+        auto* row = static_cast<uint8_t*>(targetOut) + y * targetPitchBytes;
+        for (size_t x = 0; x < targetWidth; ++x) {
+            uint32_t pixels[4];
             std::memcpy(pixels, upper + x * 8, 8);
             std::memcpy(pixels + 2, upper + sourcePitchBytes + x * 8, 8);
-            std::uint32_t even = kHalf;
-            std::uint32_t odd = kHalf;
-            for (const std::uint32_t pixel : pixels) {
+            uint32_t even = kHalf;
+            uint32_t odd = kHalf;
+            for (const uint32_t pixel : pixels) {
                 even += pixel & kEven;
                 odd += pixel >> 8 & kEven;
             }
-            const std::uint32_t mean = (even >> 2 & kEven) | (odd >> 2 & kEven) << 8;
+            const uint32_t mean = (even >> 2 & kEven) | (odd >> 2 & kEven) << 8;
             std::memcpy(row + x * 4, &mean, 4);
         }
     }
 }
 
-bool ResampleArgb(const std::uint32_t* source, UINT sourceWidth, UINT sourceHeight, DWORD filter,
-                  UINT targetWidth, UINT targetHeight, std::uint32_t* targetOut)
+bool ResampleArgb(const uint32_t* source, UINT sourceWidth, UINT sourceHeight, DWORD filter,
+                  UINT targetWidth, UINT targetHeight, uint32_t* targetOut)
 {
     const DWORD kind = filter & kFilterKindMask;
     if (kind == D3DX_FILTER_NONE || (sourceWidth == targetWidth && sourceHeight == targetHeight)) {
@@ -202,8 +202,8 @@ bool ResampleArgb(const std::uint32_t* source, UINT sourceWidth, UINT sourceHeig
     }
     if (kind == D3DX_FILTER_BOX && sourceWidth == 2 * targetWidth &&
         sourceHeight == 2 * targetHeight) {
-        HalveExactly(source, std::size_t{sourceWidth} * 4, targetWidth, targetHeight, targetOut,
-                     std::size_t{targetWidth} * 4);
+        HalveExactly(source, size_t{sourceWidth} * 4, targetWidth, targetHeight, targetOut,
+                     size_t{targetWidth} * 4);
         return true;
     }
 
@@ -216,7 +216,7 @@ bool ResampleArgb(const std::uint32_t* source, UINT sourceWidth, UINT sourceHeig
         return false;
     for (UINT y = 0; y < targetHeight; ++y) {
         SumRows(source, sourceWidth, down, y, row.get());
-        SumColumns(row.get(), across, targetWidth, targetOut + std::size_t{y} * targetWidth);
+        SumColumns(row.get(), across, targetWidth, targetOut + size_t{y} * targetWidth);
     }
     return true;
 }

@@ -1,6 +1,6 @@
 #include <d3dx9.h>
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/BmpWriter.h"
 #include "platform/headless/d3dx/PixelRect.h"
 #include "platform/headless/d3dx/PngWriter.h"
@@ -15,7 +15,7 @@ namespace headless {
 namespace {
 
 bool WriteFile(const char* path, D3DXIMAGE_FILEFORMAT format, const PixelSource& picture,
-               const std::uint32_t* argb)
+               const uint32_t* argb)
 {
     const auto width = static_cast<int>(picture.width);
     const auto height = static_cast<int>(picture.height);
@@ -54,8 +54,8 @@ HRESULT WINAPI D3DXSaveSurfaceToFileA(LPCSTR path, D3DXIMAGE_FILEFORMAT format,
     if (rect && !CropSource(picture, *rect))
         return D3DERR_INVALIDCALL;
 
-    const std::size_t count = std::size_t{picture.width} * picture.height;
-    const std::unique_ptr<std::uint32_t[]> argb(new (std::nothrow) std::uint32_t[count]);
+    const size_t count = size_t{picture.width} * picture.height;
+    const std::unique_ptr<uint32_t[]> argb(new (std::nothrow) uint32_t[count]);
     if (!argb)
         return E_OUTOFMEMORY;
     if (!UnpackImage(*picture.format, picture.width, picture.height, picture.bits,

@@ -39,7 +39,7 @@ HRESULT SurfaceReader::OpenCopy(IDirect3DSurface9& surface)
 PixelSource SurfaceReader::Source() const
 {
     return {FindPixelFormat(desc.Format), desc.Width, desc.Height, rect.pBits,
-            static_cast<std::size_t>(rect.Pitch)};
+            static_cast<size_t>(rect.Pitch)};
 }
 
 } // namespace headless

@@ -5,8 +5,8 @@
 
 namespace headless {
 
-/// Gives the pixels of a surface as long as this lives. What cannot be locked, such as a render
-/// target in the device's memory, is first copied to system memory.
+/// Provides the pixels of a surface for its own lifetime. A surface that cannot be locked, such as
+/// a render target in device memory, is first copied to system memory.
 class SurfaceReader {
 public:
     SurfaceReader() = default;

@@ -8,7 +8,7 @@
 
 namespace headless {
 
-// The process id keeps two programs that write the same picture at once apart.
+// The process id keeps two programs apart that write the same picture at once.
 TemporaryFile::TemporaryFile(const char* path)
     : targetPath(path),
       temporaryPath(targetPath + "." + std::to_string(getpid()) + ".tmp"),

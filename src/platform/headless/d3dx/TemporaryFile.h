@@ -5,8 +5,8 @@
 
 namespace headless {
 
-/// A file that appears under its name only when it is complete: it is written under a temporary name
-/// in the same directory, and `Commit` renames it. Without `Commit` nothing is left behind.
+/// A file that appears under its name only once complete: it is written under a temporary name in
+/// the same directory, and `Commit` renames it. Without `Commit` no file remains.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const char* path);
@@ -14,10 +14,10 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    /// Null, with `errno` set, if the file could not be made.
+    /// Null, with `errno` set, if the file could not be created.
     FILE* Stream() const { return stream; }
 
-    /// Flushes, closes and renames. False if any of these fails; the target is then untouched.
+    /// Flushes, closes and renames. False if any of these fails; the target is then unchanged.
     bool Commit();
 
 private:

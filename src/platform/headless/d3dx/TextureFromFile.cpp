@@ -12,7 +12,7 @@ namespace headless {
 
 namespace {
 
-// The texture that a call asks for, first as given and then as the device can make it.
+// The requested texture, first as given and then adjusted to what the device supports.
 struct TextureRequest {
     UINT width;
     UINT height;
@@ -30,7 +30,7 @@ struct AlphaReplacement {
     D3DFORMAT withAlpha;
 };
 
-// A file's format without alpha cannot hold what the colour key cuts out.
+// A file format without alpha cannot represent the transparency that the colour key makes.
 const AlphaReplacement kAlphaReplacements[] = {
     {D3DFMT_R8G8B8, D3DFMT_A8R8G8B8},   {D3DFMT_X8R8G8B8, D3DFMT_A8R8G8B8},
     {D3DFMT_X8B8G8R8, D3DFMT_A8B8G8R8}, {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5},
@@ -55,8 +55,8 @@ UINT ResolveSide(UINT given, UINT fromFile)
     return isFromFile ? fromFile : given;
 }
 
-// Fills in what the call left open, then lets the device have its say. `D3DX_FROM_FILE` means
-// exactly so: where the device cannot, the call fails.
+// Fills in what the call left open, then adjusts the request to the device. `D3DX_FROM_FILE`
+// demands the exact value: if the device cannot provide it, the call fails.
 HRESULT Resolve(IDirect3DDevice9& device, const D3DXIMAGE_INFO& info, TextureRequest& requestInOut)
 {
     TextureRequest& request = requestInOut;
@@ -81,8 +81,8 @@ HRESULT Resolve(IDirect3DDevice9& device, const D3DXIMAGE_INFO& info, TextureReq
     return isKept ? D3D_OK : D3DERR_NOTAVAILABLE;
 }
 
-// Levels come from the file as long as it has them in the right size, and from the level above
-// after that.
+// Levels come from the file as long as it has them in the right size; the rest are filtered from
+// the next larger level.
 HRESULT FillLevels(IDirect3DTexture9& texture, const DecodedImage& image,
                    const TextureRequest& request)
 {
@@ -106,8 +106,7 @@ HRESULT FillLevels(IDirect3DTexture9& texture, const DecodedImage& image,
     return FillLowerLevels(texture, level, request.mipFilter);
 }
 
-// What lies in the device's own memory cannot be locked: such a texture is filled by way of one in
-// system memory.
+// Textures in device memory cannot be locked: such a texture is filled via one in system memory.
 HRESULT CreateFilled(IDirect3DDevice9& device, const DecodedImage& image,
                      const TextureRequest& request, ComPointer<IDirect3DTexture9>& textureOut)
 {
@@ -165,7 +164,7 @@ HRESULT WINAPI D3DXGetImageInfoFromFileInMemory(LPCVOID data, UINT sizeBytes,
     if (!data || sizeBytes == 0)
         return D3DERR_INVALIDCALL;
     D3DXIMAGE_INFO info;
-    const HRESULT result = ReadImageInfo({static_cast<const std::uint8_t*>(data), sizeBytes}, info);
+    const HRESULT result = ReadImageInfo({static_cast<const uint8_t*>(data), sizeBytes}, info);
     if (SUCCEEDED(result) && infoOut)
         *infoOut = info;
     return result;
@@ -194,8 +193,8 @@ HRESULT WINAPI D3DXCreateTextureFromFileInMemoryEx(IDirect3DDevice9* device, LPC
         return D3DERR_INVALIDCALL;
     TextureRequest request = {width, height, levels,    usage,   format,
                               pool,  filter, mipFilter, colorKey};
-    return CreateFromImage(device, {static_cast<const std::uint8_t*>(data), sizeBytes}, request,
-                           infoOut, textureOut);
+    return CreateFromImage(device, {static_cast<const uint8_t*>(data), sizeBytes}, request, infoOut,
+                           textureOut);
 }
 
 HRESULT WINAPI D3DXCreateTextureFromFileExA(IDirect3DDevice9* device, LPCSTR path, UINT width,

@@ -12,7 +12,7 @@ namespace {
 
 constexpr UINT kDefaultSide = 256;
 
-// A side that was left open takes the other one, or the usual size if both were.
+// An unspecified side copies the other one, or gets the default if both are unspecified.
 UINT FillInSide(UINT side, UINT other)
 {
     if (side != D3DX_DEFAULT)
@@ -49,7 +49,7 @@ void FitSize(const D3DCAPS9& caps, UINT levels, D3DFORMAT format, UINT& widthInO
 UINT FitLevels(const D3DCAPS9& caps, DWORD usage, UINT width, UINT height, UINT levels)
 {
     if ((usage & D3DUSAGE_AUTOGENMIPMAP) != 0)
-        return levels > 1 ? 0 : levels; // the device makes the chain and shows one level of it
+        return levels > 1 ? 0 : levels; // the device makes the chain and exposes one level
     if ((caps.TextureCaps & D3DPTEXTURECAPS_MIPMAP) == 0)
         return 1;
     const auto full = static_cast<UINT>(std::bit_width(std::max(width, height)));

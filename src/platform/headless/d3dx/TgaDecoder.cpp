@@ -8,7 +8,7 @@ namespace headless {
 
 namespace {
 
-constexpr std::size_t kTgaHeaderSize = 18;
+constexpr size_t kTgaHeaderSize = 18;
 
 enum TgaType { kTgaPalette = 1, kTgaColour = 2, kTgaGrey = 3 };
 constexpr unsigned kRunLengthFlag = 8;
@@ -34,10 +34,10 @@ struct TgaHeader {
 
     unsigned PaletteEntryBytes() const { return (paletteBits + 7) / 8; }
     unsigned PixelBytes() const { return (pixelBits + 7) / 8; }
-    std::size_t PaletteOffset() const { return kTgaHeaderSize + idLength; }
-    std::size_t PixelOffset() const
+    size_t PaletteOffset() const { return kTgaHeaderSize + idLength; }
+    size_t PixelOffset() const
     {
-        const std::size_t paletteBytes = std::size_t{paletteCount} * PaletteEntryBytes();
+        const size_t paletteBytes = size_t{paletteCount} * PaletteEntryBytes();
         return PaletteOffset() + (paletteType != 0 ? paletteBytes : 0);
     }
 };
@@ -45,7 +45,7 @@ struct TgaHeader {
 struct TgaKind {
     unsigned type;
     unsigned pixelBits;
-    bool alphaBit; // of the descriptor, matters to 16 bits only
+    bool alphaBit; // of the descriptor; used for 16-bit files only
     D3DFORMAT format;
 };
 
@@ -101,25 +101,25 @@ bool ReadHeader(ImageFile file, TgaHeader& headerOut)
            IsImageSize(headerOut.width, headerOut.height);
 }
 
-// Packets may run over the ends of rows. False if the packets end before the picture does; a packet
-// that goes on after it is cut.
-bool UnpackRuns(ImageFile packets, std::size_t pixelBytes, std::size_t size, std::uint8_t* out)
+// Packets may continue across the ends of rows. False if the packets end before the picture does; a
+// packet that extends past the picture is cut.
+bool UnpackRuns(ImageFile packets, size_t pixelBytes, size_t size, uint8_t* out)
 {
-    std::size_t position = 0;
-    std::size_t done = 0;
+    size_t position = 0;
+    size_t done = 0;
     while (done < size) {
         if (position >= packets.size())
             return false;
         const unsigned packet = packets[position++];
-        const std::size_t count = (packet & 0x7F) + 1;
+        const size_t count = (packet & 0x7F) + 1;
         const bool run = (packet & 0x80) != 0;
-        const std::size_t stored = (run ? 1 : count) * pixelBytes;
+        const size_t stored = (run ? 1 : count) * pixelBytes;
         if (stored > packets.size() - position)
             return false;
 
-        const std::size_t wanted = std::min(count * pixelBytes, size - done);
+        const size_t wanted = std::min(count * pixelBytes, size - done);
         if (run) {
-            for (std::size_t i = 0; i < wanted; i += pixelBytes)
+            for (size_t i = 0; i < wanted; i += pixelBytes)
                 std::memcpy(out + done + i, packets.data() + position, pixelBytes);
         } else {
             std::memcpy(out + done, packets.data() + position, wanted);
@@ -131,57 +131,56 @@ bool UnpackRuns(ImageFile packets, std::size_t pixelBytes, std::size_t size, std
 }
 
 // Entries of 15 and 16 bits are opaque: few writers set their top bit.
-std::uint32_t ReadPaletteEntry(ImageFile file, std::size_t offset, unsigned bits)
+uint32_t ReadPaletteEntry(ImageFile file, size_t offset, unsigned bits)
 {
     if (bits >= 24) {
-        const std::uint32_t alpha = bits == 32 ? file[offset + 3] : 0xFFu;
+        const uint32_t alpha = bits == 32 ? file[offset + 3] : 0xFFu;
         return alpha << 24 | file[offset + 2] * 0x10000u | ReadU16(file, offset);
     }
-    const std::uint32_t word = ReadU16(file, offset);
+    const uint32_t word = ReadU16(file, offset);
     return 0xFF000000u | WidenTo8Bits(word >> 10 & 31, 5) << 16 |
            WidenTo8Bits(word >> 5 & 31, 5) << 8 | WidenTo8Bits(word & 31, 5);
 }
 
-// One row, in the file's own order of columns. False if a pixel names no palette entry.
-bool ConvertRow(ImageFile file, const TgaHeader& header, const std::uint8_t* source,
-                std::uint8_t* rowOut)
+// Converts one row, in the file's column order. False if a pixel has no palette entry.
+bool ConvertRow(ImageFile file, const TgaHeader& header, const uint8_t* source, uint8_t* rowOut)
 {
     if (header.type != kTgaPalette && header.pixelBits != 24) {
-        std::memcpy(rowOut, source, std::size_t{header.width} * header.PixelBytes());
+        std::memcpy(rowOut, source, size_t{header.width} * header.PixelBytes());
         return true;
     }
     for (UINT x = 0; x < header.width; ++x) {
-        std::uint32_t pixel = 0;
+        uint32_t pixel = 0;
         if (header.type == kTgaPalette) {
             const unsigned index = source[x] - header.paletteFirst; // wraps below the first
             if (index >= header.paletteCount)
                 return false;
             pixel = ReadPaletteEntry(
-                file, header.PaletteOffset() + std::size_t{index} * header.PaletteEntryBytes(),
+                file, header.PaletteOffset() + size_t{index} * header.PaletteEntryBytes(),
                 header.paletteBits);
         } else {
-            const std::uint8_t* bgr = source + std::size_t{x} * 3;
+            const uint8_t* bgr = source + size_t{x} * 3;
             pixel = 0xFF000000u | bgr[2] * 0x10000u | bgr[1] * 0x100u | bgr[0];
         }
-        std::memcpy(rowOut + std::size_t{x} * 4, &pixel, 4);
+        std::memcpy(rowOut + size_t{x} * 4, &pixel, 4);
     }
     return true;
 }
 
-void MirrorRow(std::uint8_t* row, std::size_t width, std::size_t pixelBytes)
+void MirrorRow(uint8_t* row, size_t width, size_t pixelBytes)
 {
-    for (std::size_t left = 0, right = width - 1; left < right; ++left, --right)
+    for (size_t left = 0, right = width - 1; left < right; ++left, --right)
         std::swap_ranges(row + left * pixelBytes, row + (left + 1) * pixelBytes,
                          row + right * pixelBytes);
 }
 
-bool ConvertPixels(ImageFile file, const TgaHeader& header, const std::uint8_t* source,
-                   std::uint8_t* pixelsOut, std::size_t pitchBytes)
+bool ConvertPixels(ImageFile file, const TgaHeader& header, const uint8_t* source,
+                   uint8_t* pixelsOut, size_t pitchBytes)
 {
-    const std::size_t sourcePitch = std::size_t{header.width} * header.PixelBytes();
+    const size_t sourcePitch = size_t{header.width} * header.PixelBytes();
     for (UINT y = 0; y < header.height; ++y) {
         const UINT target = (header.descriptor & kTopDown) != 0 ? y : header.height - 1 - y;
-        std::uint8_t* row = pixelsOut + target * pitchBytes;
+        uint8_t* row = pixelsOut + target * pitchBytes;
         if (!ConvertRow(file, header, source + y * sourcePitch, row))
             return false;
         if ((header.descriptor & kRightToLeft) != 0)
@@ -204,11 +203,11 @@ HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     if (!ReadHeader(file, header) || header.PixelOffset() > file.size())
         return D3DXERR_INVALIDDATA;
 
-    const std::size_t pixelBytes = header.PixelBytes();
-    const std::size_t rawSize = std::size_t{header.width} * header.height * pixelBytes;
+    const size_t pixelBytes = header.PixelBytes();
+    const size_t rawSize = size_t{header.width} * header.height * pixelBytes;
     const ImageFile stored = file.subspan(header.PixelOffset());
-    // A run-length packet of 1 + pixelBytes bytes stands for 128 pixels at most.
-    const std::size_t mostRaw =
+    // A run-length packet of 1 + pixelBytes bytes expands to at most 128 pixels.
+    const size_t mostRaw =
         header.runLength ? stored.size() / (1 + pixelBytes) * 128 * pixelBytes + 128 * pixelBytes
                          : stored.size();
     if (rawSize > mostRaw)
@@ -220,17 +219,17 @@ HRESULT DecodeTga(ImageFile file, bool infoOnly, DecodedImage& imageOut)
     if (infoOnly)
         return D3D_OK;
 
-    std::unique_ptr<std::uint8_t[]> unpacked;
-    const std::uint8_t* source = stored.data();
+    std::unique_ptr<uint8_t[]> unpacked;
+    const uint8_t* source = stored.data();
     if (header.runLength) {
-        unpacked.reset(new (std::nothrow) std::uint8_t[rawSize]);
+        unpacked.reset(new (std::nothrow) uint8_t[rawSize]);
         if (!unpacked)
             return E_OUTOFMEMORY;
         if (!UnpackRuns(stored, pixelBytes, rawSize, unpacked.get()))
             return D3DXERR_INVALIDDATA;
         source = unpacked.get();
     }
-    std::uint8_t* pixels = imageOut.Allocate(header.format);
+    uint8_t* pixels = imageOut.Allocate(header.format);
     if (!pixels)
         return E_OUTOFMEMORY;
     const bool whole = ConvertPixels(file, header, source, pixels, imageOut.levels[0].pitchBytes);

@@ -1,6 +1,6 @@
 #pragma once
 
-// File dialogs. Where there is no desktop they are cancelled.
+// File dialogs. Without a desktop they are cancelled.
 
 #include "minwindef.h"
 

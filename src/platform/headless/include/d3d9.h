@@ -1,7 +1,7 @@
 #pragma once
 
-// Direct3D 9: the interfaces, in the published order of their operations, and their result codes.
-// What the device behind them does is told by each operation in platform/headless/d3d9.
+// Direct3D 9: the interfaces, with their operations in the published order, and the result codes.
+// platform/headless/d3d9 documents what the device does.
 
 #include "windows.h"
 
@@ -128,8 +128,8 @@ struct IDirect3DIndexBuffer9 : IDirect3DResource9 {
     virtual HRESULT STDMETHODCALLTYPE GetDesc(D3DINDEXBUFFER_DESC* descOut) = 0;
 };
 
-// Compiled programs and declarations: the fixed-function device makes none, yet every parameter
-// that names one needs a base to count references by.
+// Shaders and vertex declarations: the fixed-function device never creates any, but parameters of
+// these types need a base for reference counting.
 struct IDirect3DVertexDeclaration9 : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9** deviceOut) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetDeclaration(D3DVERTEXELEMENT9* elementsOut,
@@ -434,5 +434,6 @@ using LPDIRECT3DTEXTURE9 = IDirect3DTexture9*;
 using LPDIRECT3DVERTEXBUFFER9 = IDirect3DVertexBuffer9*;
 using LPDIRECT3DINDEXBUFFER9 = IDirect3DIndexBuffer9*;
 
-/// Gives a new object that the caller releases, or null for a version other than `D3D_SDK_VERSION`.
+/// Returns a new object that the caller releases, or null for a version other than
+/// `D3D_SDK_VERSION`.
 extern "C" IDirect3D9* WINAPI Direct3DCreate9(UINT sdkVersion);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Direct3D 9: what a device can do, as bits and as one record.
+// Direct3D 9: device capabilities, as bits and as one record.
 
 #include "d3d9types.h"
 

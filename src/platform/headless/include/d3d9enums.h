@@ -1,7 +1,7 @@
 #pragma once
 
-// Direct3D 9: the enumerations. Each holds the whole public set, so that a value can be told by its
-// name; the `FORCE_DWORD` entries fix the size at four bytes.
+// Direct3D 9: the enumerations. Each contains the whole public set, so that every value has a name;
+// the `FORCE_DWORD` entries fix the size at four bytes.
 
 #include "minwindef.h"
 

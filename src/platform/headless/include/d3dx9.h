@@ -1,6 +1,6 @@
 #pragma once
 
-// D3DX, the helper library of Direct3D 9: what the engine calls of it.
+// D3DX, the helper library of Direct3D 9: the part that the engine uses.
 
 #include "d3d9.h"
 

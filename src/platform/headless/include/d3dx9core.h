@@ -22,14 +22,14 @@ struct D3DXRTS_DESC {
 struct ID3DXRenderToSurface : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE GetDevice(IDirect3DDevice9** deviceOut) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetDesc(D3DXRTS_DESC* descOut) = 0;
-    /// Remembers the device's render target, depth surface and viewport, directs drawing to
-    /// `surface`, whose size and format must be those of `GetDesc`, and begins a scene. A null
-    /// viewport is the whole surface.
+    /// Saves the device's render target, depth surface and viewport, redirects drawing to
+    /// `surface`, whose size and format must match `GetDesc`, and begins a scene. A null viewport
+    /// means the whole surface.
     virtual HRESULT STDMETHODCALLTYPE BeginScene(IDirect3DSurface9* surface,
                                                  const D3DVIEWPORT9* viewport) = 0;
-    /// Ends the scene and restores what `BeginScene` remembered.
+    /// Ends the scene and restores what `BeginScene` saved.
     virtual HRESULT STDMETHODCALLTYPE EndScene(DWORD mipFilter) = 0;
-    /// Frees what hinders a reset of the device; `OnResetDevice` makes it again.
+    /// Frees what blocks a reset of the device; `OnResetDevice` creates it again.
     virtual HRESULT STDMETHODCALLTYPE OnLostDevice() = 0;
     virtual HRESULT STDMETHODCALLTYPE OnResetDevice() = 0;
 };

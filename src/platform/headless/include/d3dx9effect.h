@@ -219,19 +219,19 @@ using LPD3DXEFFECT = ID3DXEffect*;
 
 extern "C" {
 
-/// Gives a pool by which effects share parameters; the caller releases it.
+/// Creates a pool through which effects share parameters; the caller releases it.
 HRESULT WINAPI D3DXCreateEffectPool(ID3DXEffectPool** poolOut);
 
-/// Makes an effect of a text in memory. `defines` ends in a record of nulls, null for none. Without
-/// `include` the text cannot include files. On failure `errorsOut` takes the compiler's text, null
-/// where there is none; the caller releases it.
+/// Creates an effect from a text in memory. `defines` ends with a record of nulls; null for none.
+/// Without `include` the text cannot include files. On failure `errorsOut` receives the compiler's
+/// text, or null if there is none; the caller releases it.
 HRESULT WINAPI D3DXCreateEffect(IDirect3DDevice9* device, const void* data, UINT sizeBytes,
                                 const D3DXMACRO* defines, ID3DXInclude* include, DWORD flags,
                                 ID3DXEffectPool* pool, ID3DXEffect** effectOut,
                                 ID3DXBuffer** errorsOut);
 
-/// The same of a file. Without `include` the files that it includes are looked for beside the one
-/// that names them. `D3DXERR_INVALIDDATA` for a file that is missing or holds no effect.
+/// The same from a file. Without `include`, included files are looked up next to the file that
+/// includes them. `D3DXERR_INVALIDDATA` if the file is missing or contains no effect.
 HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
                                          const D3DXMACRO* defines, ID3DXInclude* include,
                                          DWORD flags, ID3DXEffectPool* pool,

@@ -1,8 +1,8 @@
 #pragma once
 
-// The D3DX mathematics: records with their operators, and the functions. Vectors are rows, so that
-// `a * b` applies `a` first; coordinates are left-handed; angles are radians.
-// A default-constructed record is not initialised, not even by `{}`: that is so on Windows too.
+// The D3DX mathematics: records with their operators, and the functions. Vectors are rows, so `a *
+// b` applies `a` first; coordinates are left-handed; angles are in radians. A default-constructed
+// record is uninitialised, even with `{}`, as on Windows.
 
 #include "d3d9.h"
 
@@ -148,7 +148,7 @@ struct D3DXMATRIX : D3DMATRIX {
     D3DXMATRIX& operator+=(const D3DXMATRIX& other);
     D3DXMATRIX& operator-=(const D3DXMATRIX& other);
     D3DXMATRIX& operator*=(FLOAT factor);
-    /// Multiplies by the reciprocal, as all divisions of matrices, quaternions and colours do.
+    /// Multiplies by the reciprocal, like all divisions of matrices, quaternions and colours.
     D3DXMATRIX& operator/=(FLOAT divisor) { return *this *= 1.0f / divisor; }
     D3DXMATRIX operator+() const { return *this; }
     D3DXMATRIX operator-() const { return *this * -1.0f; }
@@ -247,7 +247,7 @@ struct D3DXCOLOR {
     D3DXCOLOR(FLOAT red, FLOAT green, FLOAT blue, FLOAT alpha) : r(red), g(green), b(blue), a(alpha)
     {}
 
-    /// 0xAARRGGBB, each part clamped to [0, 1] and rounded to the nearest of 256 steps.
+    /// 0xAARRGGBB, each component clamped to [0, 1] and rounded to the nearest of 256 steps.
     operator DWORD() const;
     operator FLOAT*() { return &r; }
     operator const FLOAT*() const { return &r; }
@@ -287,12 +287,12 @@ static_assert(sizeof(D3DXVECTOR2) == 8 && sizeof(D3DXVECTOR3) == 12 && sizeof(D3
 static_assert(sizeof(D3DXMATRIX) == 64 && sizeof(D3DXQUATERNION) == 16);
 static_assert(sizeof(D3DXPLANE) == 16 && sizeof(D3DXCOLOR) == 16);
 
-// The functions below are platform/d3dxmath, on Windows too. An input may be the output; no pointer
-// may be null but that of a determinant. All give the output back.
+// The functions below are implemented in platform/d3dxmath, on Windows too. An input may also be
+// the output. No pointer may be null except that of a determinant. Each returns its output pointer.
 extern "C" {
 
 FLOAT WINAPI D3DXMatrixDeterminant(const D3DXMATRIX* matrix);
-/// `determinantOut` may be null. A matrix with determinant 0 gives null and writes nothing.
+/// `determinantOut` may be null. If the determinant is 0, returns null and writes no matrix.
 D3DXMATRIX* WINAPI D3DXMatrixInverse(D3DXMATRIX* matrixOut, FLOAT* determinantOut,
                                      const D3DXMATRIX* matrix);
 D3DXMATRIX* WINAPI D3DXMatrixTranspose(D3DXMATRIX* matrixOut, const D3DXMATRIX* matrix);
@@ -304,14 +304,14 @@ D3DXMATRIX* WINAPI D3DXMatrixMultiplyTranspose(D3DXMATRIX* matrixOut, const D3DX
 
 D3DXMATRIX* WINAPI D3DXMatrixTranslation(D3DXMATRIX* matrixOut, FLOAT x, FLOAT y, FLOAT z);
 D3DXMATRIX* WINAPI D3DXMatrixScaling(D3DXMATRIX* matrixOut, FLOAT x, FLOAT y, FLOAT z);
-/// Rotations turn clockwise when looked at along the axis towards the origin.
+/// Positive angles rotate clockwise when looking along the axis towards the origin.
 D3DXMATRIX* WINAPI D3DXMatrixRotationX(D3DXMATRIX* matrixOut, FLOAT angle);
 D3DXMATRIX* WINAPI D3DXMatrixRotationY(D3DXMATRIX* matrixOut, FLOAT angle);
 D3DXMATRIX* WINAPI D3DXMatrixRotationZ(D3DXMATRIX* matrixOut, FLOAT angle);
-/// The axis need not be of unit length; one of length 0 scales by the cosine of the angle.
+/// The axis need not be of unit length; a zero axis scales by the cosine of the angle.
 D3DXMATRIX* WINAPI D3DXMatrixRotationAxis(D3DXMATRIX* matrixOut, const D3DXVECTOR3* axis,
                                           FLOAT angle);
-/// The quaternion is taken as it is; one that is not of unit length gives no pure rotation.
+/// The quaternion is used as given; unless it has unit length the result is not a pure rotation.
 D3DXMATRIX* WINAPI D3DXMatrixRotationQuaternion(D3DXMATRIX* matrixOut,
                                                 const D3DXQUATERNION* quaternion);
 /// Roll about z first, then pitch about x, then yaw about y.
@@ -322,7 +322,7 @@ D3DXMATRIX* WINAPI D3DXMatrixLookAtLH(D3DXMATRIX* matrixOut, const D3DXVECTOR3* 
                                       const D3DXVECTOR3* at, const D3DXVECTOR3* up);
 D3DXMATRIX* WINAPI D3DXMatrixPerspectiveLH(D3DXMATRIX* matrixOut, FLOAT width, FLOAT height,
                                            FLOAT nearZ, FLOAT farZ);
-/// `fovY` is the whole vertical angle, `aspect` width over height.
+/// `fovY` is the full vertical angle, `aspect` is width over height.
 D3DXMATRIX* WINAPI D3DXMatrixPerspectiveFovLH(D3DXMATRIX* matrixOut, FLOAT fovY, FLOAT aspect,
                                               FLOAT nearZ, FLOAT farZ);
 D3DXMATRIX* WINAPI D3DXMatrixOrthoLH(D3DXMATRIX* matrixOut, FLOAT width, FLOAT height, FLOAT nearZ,
@@ -330,36 +330,36 @@ D3DXMATRIX* WINAPI D3DXMatrixOrthoLH(D3DXMATRIX* matrixOut, FLOAT width, FLOAT h
 D3DXMATRIX* WINAPI D3DXMatrixOrthoOffCenterLH(D3DXMATRIX* matrixOut, FLOAT left, FLOAT right,
                                               FLOAT bottom, FLOAT top, FLOAT nearZ, FLOAT farZ);
 
-/// A vector of length 0 stays 0.
+/// A zero vector stays 0.
 D3DXVECTOR2* WINAPI D3DXVec2Normalize(D3DXVECTOR2* vectorOut, const D3DXVECTOR2* vector);
-/// As a point: w is 1 and the result is divided by its w, which nothing guards against 0.
+/// Transforms a point: w is 1 and the result is divided by its w, without a check for 0.
 D3DXVECTOR2* WINAPI D3DXVec2TransformCoord(D3DXVECTOR2* vectorOut, const D3DXVECTOR2* vector,
                                            const D3DXMATRIX* matrix);
-/// As a direction: the translation row is left out.
+/// Transforms a direction: the translation row is ignored.
 D3DXVECTOR2* WINAPI D3DXVec2TransformNormal(D3DXVECTOR2* vectorOut, const D3DXVECTOR2* vector,
                                             const D3DXMATRIX* matrix);
 
-/// A vector of length 0 stays 0.
+/// A zero vector stays 0.
 D3DXVECTOR3* WINAPI D3DXVec3Normalize(D3DXVECTOR3* vectorOut, const D3DXVECTOR3* vector);
 D3DXVECTOR4* WINAPI D3DXVec3Transform(D3DXVECTOR4* vectorOut, const D3DXVECTOR3* vector,
                                       const D3DXMATRIX* matrix);
-/// As a point: w is 1 and the result is divided by its w, which nothing guards against 0.
+/// Transforms a point: w is 1 and the result is divided by its w, without a check for 0.
 D3DXVECTOR3* WINAPI D3DXVec3TransformCoord(D3DXVECTOR3* vectorOut, const D3DXVECTOR3* vector,
                                            const D3DXMATRIX* matrix);
-/// As a direction: the translation row is left out. The result is not normalised.
+/// Transforms a direction: the translation row is ignored. The result is not normalised.
 D3DXVECTOR3* WINAPI D3DXVec3TransformNormal(D3DXVECTOR3* vectorOut, const D3DXVECTOR3* vector,
                                             const D3DXMATRIX* matrix);
 
-/// A vector of length 0 stays 0.
+/// A zero vector stays 0.
 D3DXVECTOR4* WINAPI D3DXVec4Normalize(D3DXVECTOR4* vectorOut, const D3DXVECTOR4* vector);
 D3DXVECTOR4* WINAPI D3DXVec4Transform(D3DXVECTOR4* vectorOut, const D3DXVECTOR4* vector,
                                       const D3DXMATRIX* matrix);
 
-/// Divides a, b, c and d by the length of (a, b, c); one of length 0 gives 0 in all four.
+/// Divides a, b, c and d by the length of (a, b, c); if that is 0, all four become 0.
 D3DXPLANE* WINAPI D3DXPlaneNormalize(D3DXPLANE* planeOut, const D3DXPLANE* plane);
 D3DXPLANE* WINAPI D3DXPlaneFromPointNormal(D3DXPLANE* planeOut, const D3DXVECTOR3* point,
                                            const D3DXVECTOR3* normal);
-/// The normal is of unit length and points to where the corners are seen clockwise.
+/// The normal has unit length and points to the side from which the corners appear clockwise.
 D3DXPLANE* WINAPI D3DXPlaneFromPoints(D3DXPLANE* planeOut, const D3DXVECTOR3* a,
                                       const D3DXVECTOR3* b, const D3DXVECTOR3* c);
 
@@ -372,19 +372,19 @@ D3DXQUATERNION* WINAPI D3DXQuaternionNormalize(D3DXQUATERNION* quaternionOut,
 /// The conjugate divided by the square of the length.
 D3DXQUATERNION* WINAPI D3DXQuaternionInverse(D3DXQUATERNION* quaternionOut,
                                              const D3DXQUATERNION* quaternion);
-/// The axis need not be of unit length; one of length 0 gives (0, 0, 0, cosine of half the angle).
+/// The axis need not be of unit length; a zero axis gives (0, 0, 0, cosine of half the angle).
 D3DXQUATERNION* WINAPI D3DXQuaternionRotationAxis(D3DXQUATERNION* quaternionOut,
                                                   const D3DXVECTOR3* axis, FLOAT angle);
 D3DXQUATERNION* WINAPI D3DXQuaternionRotationMatrix(D3DXQUATERNION* quaternionOut,
                                                     const D3DXMATRIX* matrix);
 D3DXQUATERNION* WINAPI D3DXQuaternionRotationYawPitchRoll(D3DXQUATERNION* quaternionOut, FLOAT yaw,
                                                           FLOAT pitch, FLOAT roll);
-/// From `from` at 0 to `to` at 1 along the shorter arc; `t` outside [0, 1] goes on beyond the ends.
-/// A negative dot product turns the sign of `to`, so that at 1 the result may be `-to`.
+/// Interpolates from `from` at 0 to `to` at 1 along the shorter arc; `t` outside [0, 1]
+/// extrapolates. If the dot product is negative, `to` is negated, so the result at 1 may be `-to`.
 D3DXQUATERNION* WINAPI D3DXQuaternionSlerp(D3DXQUATERNION* quaternionOut,
                                            const D3DXQUATERNION* from, const D3DXQUATERNION* to,
                                            FLOAT t);
-/// The vector part and twice the arc cosine of w; the axis is not made of unit length.
+/// Returns the vector part and twice the arc cosine of w; the axis is not normalised.
 void WINAPI D3DXQuaternionToAxisAngle(const D3DXQUATERNION* quaternion, D3DXVECTOR3* axisOut,
                                       FLOAT* angleOut);
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// Meshes: a vertex buffer, a list of triangles and an attribute number for each of them. Faces of one
-// number are a subset and share a material.
+// Meshes: a vertex buffer, a list of triangles and an attribute number for each triangle. Faces
+// with the same number form a subset and share a material.
 
 #include "d3d9.h"
 
@@ -13,7 +13,7 @@ struct ID3DXMesh;
 
 enum { MAX_FVF_DECL_SIZE = MAXD3DDECLLENGTH + 1 };
 
-/// Options of a new mesh; both buffers take the pool and the usage that the bits name.
+/// Options of a new mesh; the bits choose pool and usage of both buffers.
 enum {
     D3DXMESH_32BIT = 0x001,
     D3DXMESH_DONOTCLIP = 0x002,
@@ -49,8 +49,8 @@ enum {
     D3DXMESHOPT_DONOTSPLIT = 0x20000000
 };
 
-/// One subset of a sorted mesh: its faces, and the vertices from the lowest to the highest index that
-/// they use.
+/// One subset of a sorted mesh: its faces, and the vertices from the lowest to the highest index in
+/// use.
 struct D3DXATTRIBUTERANGE {
     DWORD AttribId;
     DWORD FaceStart;
@@ -66,7 +66,7 @@ inline constexpr IID IID_ID3DXMesh = {
     0x4020E5C2, 0x1403, 0x4929, {0x88, 0x3F, 0xE2, 0xE8, 0x49, 0xFA, 0xC1, 0x95}};
 
 struct ID3DXBaseMesh : IUnknown {
-    /// Draws the faces whose attribute number is `attributeId`; one without faces draws nothing.
+    /// Draws the faces whose attribute number is `attributeId`, if there are any.
     virtual HRESULT STDMETHODCALLTYPE DrawSubset(DWORD attributeId) = 0;
     virtual DWORD STDMETHODCALLTYPE GetNumFaces() = 0;
     virtual DWORD STDMETHODCALLTYPE GetNumVertices() = 0;
@@ -99,7 +99,7 @@ struct ID3DXBaseMesh : IUnknown {
 using LPD3DXBASEMESH = ID3DXBaseMesh*;
 
 struct ID3DXMesh : ID3DXBaseMesh {
-    /// One number for each face, all 0 at first. A lock without `D3DLOCK_READONLY` empties the
+    /// One number per face, initially all 0. A lock without `D3DLOCK_READONLY` empties the
     /// attribute table.
     virtual HRESULT STDMETHODCALLTYPE LockAttributeBuffer(DWORD flags, DWORD** dataOut) = 0;
     virtual HRESULT STDMETHODCALLTYPE UnlockAttributeBuffer() = 0;
@@ -107,9 +107,9 @@ struct ID3DXMesh : ID3DXBaseMesh {
                                                DWORD* adjacencyOut, DWORD* faceRemapOut,
                                                ID3DXBuffer** vertexRemapOut,
                                                ID3DXMesh** meshOut) = 0;
-    /// With `D3DXMESHOPT_ATTRSORT`: faces are sorted by attribute, those of one attribute keep their
-    /// order, vertices stay where they are, and the attribute table is made. The remap, if wanted,
-    /// tells for each face which one it was.
+    /// With `D3DXMESHOPT_ATTRSORT`: sorts faces by attribute, keeping the order within each
+    /// attribute; does not move vertices; makes the attribute table. The remap, if requested, holds
+    /// each face's old index.
     virtual HRESULT STDMETHODCALLTYPE OptimizeInplace(DWORD flags, const DWORD* adjacency,
                                                       DWORD* adjacencyOut, DWORD* faceRemapOut,
                                                       ID3DXBuffer** vertexRemapOut) = 0;
@@ -120,7 +120,7 @@ using LPD3DXMESH = ID3DXMesh*;
 
 extern "C" {
 
-/// Neither count may be 0. Indices have 16 bits unless `D3DXMESH_32BIT` is among the options.
+/// Neither count may be 0. Indices have 16 bits unless `options` contains `D3DXMESH_32BIT`.
 HRESULT WINAPI D3DXCreateMeshFVF(DWORD faceCount, DWORD vertexCount, DWORD options, DWORD fvf,
                                  IDirect3DDevice9* device, ID3DXMesh** meshOut);
 

@@ -1,10 +1,11 @@
 #pragma once
 
-// What effects and shaders have in common.
+// Declarations shared by effects and shaders.
 
 #include "d3d9.h"
 
-/// Names a parameter, technique, pass or annotation of one effect; valid while the effect lives.
+/// Identifies a parameter, technique, pass or annotation of one effect; valid while the effect
+/// lives.
 using D3DXHANDLE = LPCSTR;
 
 struct D3DXMACRO {
@@ -48,7 +49,7 @@ enum D3DXPARAMETER_TYPE {
 
 enum D3DXINCLUDE_TYPE { D3DXINC_LOCAL, D3DXINC_SYSTEM, D3DXINC_FORCE_DWORD = 0x7fffffff };
 
-/// Answers the `#include` lines of an effect. The data stays the handler's until `Close`.
+/// Answers the `#include` lines of an effect. The handler owns the data, valid until `Close`.
 struct ID3DXInclude {
     virtual HRESULT STDMETHODCALLTYPE Open(D3DXINCLUDE_TYPE includeType, const char* fileName,
                                            const void* parentData, const void** dataOut,

@@ -45,19 +45,19 @@ static_assert(sizeof(D3DXIMAGE_INFO) == 28);
 
 extern "C" {
 
-/// Tells what an image file holds, by its content. `D3DXERR_INVALIDDATA` for a file that is missing,
-/// empty, cut short or not an image.
+/// Describes an image file by its content. `D3DXERR_INVALIDDATA` for a file that is missing, empty,
+/// truncated or not an image.
 HRESULT WINAPI D3DXGetImageInfoFromFileA(LPCSTR path, D3DXIMAGE_INFO* infoOut);
 HRESULT WINAPI D3DXGetImageInfoFromFileInMemory(LPCVOID data, UINT sizeBytes,
                                                 D3DXIMAGE_INFO* infoOut);
 
-/// Makes width, height, levels and format such that the device can make a texture of them. A null
-/// pointer leaves that property out; 0 and `D3DX_DEFAULT` levels become the full chain.
+/// Adjusts width, height, levels and format so that the device can create such a texture. A null
+/// pointer skips that property; levels of 0 or `D3DX_DEFAULT` become the full chain.
 HRESULT WINAPI D3DXCheckTextureRequirements(IDirect3DDevice9* device, UINT* widthInOut,
                                             UINT* heightInOut, UINT* levelsInOut, DWORD usage,
                                             D3DFORMAT* formatInOut, D3DPOOL pool);
 
-/// An empty texture of the nearest size and format that the device supports.
+/// Creates an empty texture of the nearest size and format that the device supports.
 HRESULT WINAPI D3DXCreateTexture(IDirect3DDevice9* device, UINT width, UINT height, UINT levels,
                                  DWORD usage, D3DFORMAT format, D3DPOOL pool,
                                  IDirect3DTexture9** textureOut);
@@ -65,10 +65,9 @@ HRESULT WINAPI D3DXCreateTexture(IDirect3DDevice9* device, UINT width, UINT heig
 HRESULT WINAPI D3DXCreateTextureFromFileA(IDirect3DDevice9* device, LPCSTR path,
                                           IDirect3DTexture9** textureOut);
 
-/// Sides of 0 or `D3DX_DEFAULT_NONPOW2` are the file's, `D3DX_DEFAULT` the file's rounded up to
-/// powers of 2. Levels of 0 or `D3DX_DEFAULT` are the full chain, `D3DX_FROM_FILE` the file's. A
-/// colour key of 0 is none; other keys are compared with all four channels. `palette` is left as it
-/// is.
+/// Sides of 0 or `D3DX_DEFAULT_NONPOW2` are the file's, `D3DX_DEFAULT` is the file's rounded up to
+/// a power of 2. Levels of 0 or `D3DX_DEFAULT` are the full chain, `D3DX_FROM_FILE` the file's. A
+/// colour key of 0 means none; others are compared in all four channels. `palette` is not written.
 HRESULT WINAPI D3DXCreateTextureFromFileExA(IDirect3DDevice9* device, LPCSTR path, UINT width,
                                             UINT height, UINT levels, DWORD usage, D3DFORMAT format,
                                             D3DPOOL pool, DWORD filter, DWORD mipFilter,
@@ -79,12 +78,12 @@ HRESULT WINAPI D3DXCreateTextureFromFileInMemoryEx(
     DWORD usage, D3DFORMAT format, D3DPOOL pool, DWORD filter, DWORD mipFilter, D3DCOLOR colorKey,
     D3DXIMAGE_INFO* infoOut, PALETTEENTRY* palette, IDirect3DTexture9** textureOut);
 
-/// Fills the levels below `sourceLevel` (`D3DX_DEFAULT`: 0) from it.
+/// Fills the levels after `sourceLevel` (`D3DX_DEFAULT`: 0) from it.
 HRESULT WINAPI D3DXFilterTexture(IDirect3DBaseTexture9* texture, const PALETTEENTRY* palette,
                                  UINT sourceLevel, DWORD filter);
 
-/// Copies pixels into a surface, with conversion and scaling. `memory` is where pixel 0, 0 of the
-/// source lies, `sourceRect` (needed) the part of it to take; a null `targetRect` is the whole.
+/// Copies pixels into a surface, with conversion and scaling. `memory` points to pixel 0, 0 of the
+/// source, `sourceRect` (required) selects the part to copy; a null `targetRect` means the whole.
 HRESULT WINAPI D3DXLoadSurfaceFromMemory(IDirect3DSurface9* target,
                                          const PALETTEENTRY* targetPalette, const RECT* targetRect,
                                          LPCVOID memory, D3DFORMAT format, UINT pitch,
@@ -96,7 +95,7 @@ HRESULT WINAPI D3DXLoadSurfaceFromSurface(IDirect3DSurface9* target,
                                           const PALETTEENTRY* sourcePalette, const RECT* sourceRect,
                                           DWORD filter, D3DCOLOR colorKey);
 
-/// Writes a surface as PNG or BMP; other file formats give `E_NOTIMPL`.
+/// Saves a surface as PNG or BMP; other file formats give `E_NOTIMPL`.
 HRESULT WINAPI D3DXSaveSurfaceToFileA(LPCSTR path, D3DXIMAGE_FILEFORMAT format,
                                       IDirect3DSurface9* surface, const PALETTEENTRY* palette,
                                       const RECT* rect);

@@ -9,7 +9,7 @@ extern "C" {
 /// The name of a `D3DERR_`, `D3DXERR_`, `E_` or success code, "Unknown" for any other. Never null.
 LPCSTR WINAPI DXGetErrorString9A(HRESULT result);
 
-/// What the code means, in a sentence; "n/a" for a code without a name. Never null.
+/// A sentence that describes the code; "n/a" for a code without a name. Never null.
 LPCSTR WINAPI DXGetErrorDescription9A(HRESULT result);
 
 } // extern "C"

@@ -1,6 +1,6 @@
 #pragma once
 
-// Basic types. `long` has 8 bytes on this host and 4 on Windows, so the 32-bit names are fixed here.
+// Basic types. `long` is 8 bytes on this host and 4 on Windows, so the 32-bit names are fixed here.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,26 +10,26 @@
 #define CONST const
 #define STDMETHODCALLTYPE
 
-using BYTE = std::uint8_t;
-using UCHAR = std::uint8_t;
-using WORD = std::uint16_t;
-using USHORT = std::uint16_t;
-using SHORT = std::int16_t;
-using DWORD = std::uint32_t;
-using UINT = std::uint32_t;
-using ULONG = std::uint32_t;
+using BYTE = uint8_t;
+using UCHAR = uint8_t;
+using WORD = uint16_t;
+using USHORT = uint16_t;
+using SHORT = int16_t;
+using DWORD = uint32_t;
+using UINT = uint32_t;
+using ULONG = uint32_t;
 using INT = int;
-using LONG = std::int32_t;
-using LONGLONG = std::int64_t;
+using LONG = int32_t;
+using LONGLONG = int64_t;
 using BOOL = int;
 using CHAR = char;
 using FLOAT = float;
 using ATOM = WORD;
-using SIZE_T = std::uintptr_t;
-using UINT_PTR = std::uintptr_t;
-using INT_PTR = std::intptr_t;
-using LONG_PTR = std::intptr_t;
-using ULONG_PTR = std::uintptr_t;
+using SIZE_T = uintptr_t;
+using UINT_PTR = uintptr_t;
+using INT_PTR = intptr_t;
+using LONG_PTR = intptr_t;
+using ULONG_PTR = uintptr_t;
 using WPARAM = UINT_PTR;
 using LPARAM = LONG_PTR;
 using LRESULT = LONG_PTR;
@@ -100,21 +100,21 @@ struct FILETIME {
 };
 
 struct GUID {
-    std::uint32_t Data1;
-    std::uint16_t Data2;
-    std::uint16_t Data3;
-    std::uint8_t Data4[8];
+    uint32_t Data1;
+    uint16_t Data2;
+    uint16_t Data3;
+    uint8_t Data4[8];
 };
 using IID = GUID;
 #define REFIID const IID&
 #define REFGUID const GUID&
 
-inline constexpr WORD LOWORD(std::uintptr_t value)
+inline constexpr WORD LOWORD(uintptr_t value)
 {
     return static_cast<WORD>(value & 0xFFFF);
 }
 
-inline constexpr WORD HIWORD(std::uintptr_t value)
+inline constexpr WORD HIWORD(uintptr_t value)
 {
     return static_cast<WORD>((value >> 16) & 0xFFFF);
 }

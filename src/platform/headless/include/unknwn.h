@@ -1,7 +1,7 @@
 #pragma once
 
-// The root of all reference-counted interfaces. There is no virtual destructor: the table of
-// operations begins with these three.
+// The root of all reference-counted interfaces. It has no virtual destructor, because the vtable
+// must begin with these three operations.
 
 #include "minwindef.h"
 

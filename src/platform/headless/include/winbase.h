@@ -61,29 +61,30 @@ struct SECURITY_ATTRIBUTES;
 DWORD WINAPI GetLastError();
 void WINAPI SetLastError(DWORD code);
 
-/// Steps of one nanosecond.
+/// The counter counts nanoseconds.
 BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* frequencyOut);
 BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* countOut);
 /// Fills `dwTotalPhys` and `dwAvailPhys`; the other sizes are 0 here.
 void WINAPI GlobalMemoryStatus(MEMORYSTATUS* statusOut);
 
-/// Gives the length of the text, or the size needed, terminator included, if `size` is too small.
+/// Returns the length of the text, or the required size including the terminator if `size` is too
+/// small.
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer);
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
 BOOL WINAPI CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security);
 
-/// A search gives "." and ".." and then the matches in byte order of their names, as they stood when
-/// the search began. Dangling links are left out; a leading dot means hidden.
+/// A search returns "." and ".." and then the matches in byte order of their names, as they were
+/// when it began. Dangling links are omitted; a leading dot means hidden.
 HANDLE WINAPI FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* dataOut);
 BOOL WINAPI FindNextFileA(HANDLE search, WIN32_FIND_DATAA* dataOut);
 BOOL WINAPI FindClose(HANDLE search);
 
-/// Opens what exists for its information only: `access` 0 and `OPEN_EXISTING`.
+/// Opens an existing file or directory for its attributes only: `access` 0 and `OPEN_EXISTING`.
 HANDLE WINAPI CreateFileA(LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
                           DWORD disposition, DWORD flags, HANDLE templateFile);
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* infoOut);
-/// The path without links; `flags` are not looked at. Gives the length of the text, or the size needed,
-/// terminator included, if `size` is too small.
+/// The path with links resolved; `flags` are ignored. Returns the length of the text, or the
+/// required size including the terminator if `size` is too small.
 DWORD WINAPI GetFinalPathNameByHandleA(HANDLE file, LPSTR buffer, DWORD size, DWORD flags);
 BOOL WINAPI CloseHandle(HANDLE file);
 

@@ -1,8 +1,8 @@
 #pragma once
 
 // Stand-in for the Windows header on a host without Windows: the public names, values, layouts and
-// calling forms of exactly what the engine uses. What is missing here does not compile, and that is
-// the list of what to add.
+// calling conventions of exactly what the engine uses. A missing declaration fails to compile,
+// which shows what to add.
 
 #include "minwindef.h"
 

@@ -1,5 +1,5 @@
 #pragma once
 
-// Drawing: only what painting the window's text names.
+// Drawing: only the types that window painting needs.
 
 #include "minwindef.h"

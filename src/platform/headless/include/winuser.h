@@ -1,7 +1,7 @@
 #pragma once
 
-// Windows, messages, message boxes, resources. A window is a record; its client area is as large as
-// the window; the message queue holds what `PostMessageA` put there.
+// Windows, messages, message boxes, resources. A window is a record; its client area has the size
+// of the window; the message queue holds only what `PostMessageA` put there.
 
 #include "minwindef.h"
 
@@ -117,7 +117,7 @@ struct PAINTSTRUCT {
 
 ATOM WINAPI RegisterClassExA(const WNDCLASSEXA* windowClass);
 BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE instance);
-/// Sends `WM_CREATE` with an lParam of 0. Gives null if the procedure answers with -1.
+/// Sends `WM_CREATE` with an lParam of 0. Returns null if the procedure answers -1.
 HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title, DWORD style, int x,
                             int y, int width, int height, HWND parent, HMENU menu,
                             HINSTANCE instance, LPVOID parameter);
@@ -127,14 +127,15 @@ BOOL WINAPI UpdateWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
 BOOL WINAPI GetClientRect(HWND window, RECT* rectOut);
 BOOL WINAPI GetWindowRect(HWND window, RECT* rectOut);
-/// Sets the size of the record and sends `WM_SIZE`, as a drag of the frame would.
+/// Sets the size in the record and sends `WM_SIZE`, as dragging the frame would.
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR title);
 int WINAPI GetWindowTextA(HWND window, LPSTR buffer, int size);
 /// `index` is `GWL_STYLE` or `GWL_EXSTYLE`.
 LONG WINAPI GetWindowLongA(HWND window, int index);
 HMENU WINAPI GetMenu(HWND window);
-/// With `RDW_UPDATENOW` a window that needs it is painted at once. There are no child windows.
+/// With `RDW_UPDATENOW` a window that needs painting is painted at once. There are no child
+/// windows.
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags);
 int WINAPI ShowCursor(BOOL show);
 #define GWL_STYLE (-16)
@@ -149,20 +150,22 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 void WINAPI PostQuitMessage(int exitCode);
 BOOL WINAPI PeekMessageA(MSG* messageOut, HWND window, UINT first, UINT last, UINT remove);
-/// Nobody else can post here, so an empty queue would wait for ever: gives -1 instead.
+/// Nothing else can post messages here, so waiting on an empty queue would never end: returns -1
+/// instead.
 BOOL WINAPI GetMessageA(MSG* messageOut, HWND window, UINT first, UINT last);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageA(const MSG* message);
 
-/// Writes title, line end, text and line end to standard error and gives `IDOK` at once. The owner is
-/// disabled meanwhile, as its `WM_ENABLE` tells it.
+/// Writes title, line end, text and line end to standard error and returns `IDOK` at once. The
+/// owner is disabled meanwhile and receives `WM_ENABLE`.
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT type);
 
-/// Nobody can answer a dialog here: it is set up (`WM_INITDIALOG`) and cancelled at once. The resource
-/// is not looked at. The owner is disabled meanwhile. Gives what `EndDialog` was told, or -1 if the procedure never ends it.
+/// Nobody can answer a dialog here: it is initialised (`WM_INITDIALOG`) and cancelled at once. The
+/// resource is not read. The owner is disabled meanwhile. Returns the value passed to `EndDialog`,
+/// or -1 if the procedure never calls it.
 INT_PTR WINAPI DialogBoxParamA(HINSTANCE instance, LPCSTR name, HWND owner, DLGPROC procedure,
                                LPARAM parameter);
-/// Refuses everything but a dialog that is being shown.
+/// Fails for anything but a dialog being shown.
 BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
 
 int WINAPI LoadStringA(HINSTANCE instance, UINT id, LPSTR buffer, int size);

@@ -9,7 +9,7 @@ namespace headless {
 
 namespace {
 
-/// A dialog on its way through its procedure; its address is its handle.
+/// A dialog while its procedure runs; its address is its handle.
 struct ShownDialog {
     ShownDialog* outer; // dialogs may be shown from dialogs
     std::optional<INT_PTR> result;
@@ -18,7 +18,7 @@ struct ShownDialog {
 ShownDialog* gInnermost = nullptr;
 WORD gLastResource = 0;
 
-/// Takes the dialog off the list on every way out: the procedure may throw.
+/// Removes the dialog from the list on every exit: the procedure may throw.
 class DialogScope {
 public:
     DialogScope() { gInnermost = &dialog; }

@@ -18,29 +18,29 @@ namespace headless {
 
 namespace {
 
-/// What a search gives of one entry.
+/// What a search returns for one entry.
 struct FoundEntry {
     std::string name;
     DWORD attributes;
-    std::uint64_t sizeBytes;
+    uint64_t sizeBytes;
 };
 
-/// A running search: the entries as they stood at its begin, and the next one to give. Nothing is
-/// looked up later, because the current directory may be another one by then.
+/// A search in progress: the entries as they were at its start, and the next one to return. Nothing
+/// is looked up later, because the current directory may have changed by then.
 struct Search {
     std::vector<FoundEntry> entries;
-    std::size_t next = 0;
+    size_t next = 0;
 };
 
-/// A file or directory opened for its information only.
+/// A file or directory opened for its attributes only.
 struct InfoFile {
     struct stat info;
-    std::string path; // without links; empty if it cannot be told
+    std::string path; // with links resolved; empty if not known
 };
 
-std::optional<std::uint64_t> gReportedFileIndex;
+std::optional<uint64_t> gReportedFileIndex;
 
-std::uint64_t FileIndexOf(const struct stat& info)
+uint64_t FileIndexOf(const struct stat& info)
 {
     return gReportedFileIndex.value_or(info.st_ino);
 }
@@ -67,21 +67,22 @@ DWORD AttributesOf(const char* name, const struct stat& info)
 
 std::string LeafOf(const std::string& path)
 {
-    const std::size_t slash = path.rfind('/');
+    const size_t slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-/// Adds an entry unless it is a dangling link or has just gone.
+/// Adds an entry unless it is a dangling link or no longer exists.
 void AddEntry(Search& search, const std::string& directory, const std::string& name)
 {
     struct stat info;
     if (stat((directory + name).c_str(), &info) != 0)
         return;
     search.entries.push_back(
-        {name, AttributesOf(name.c_str(), info), static_cast<std::uint64_t>(info.st_size)});
+        {name, AttributesOf(name.c_str(), info), static_cast<uint64_t>(info.st_size)});
 }
 
-/// Adds all entries that fit the pattern, "." and ".." first. False if the directory cannot be read.
+/// Adds all entries that match the pattern, "." and ".." first. False if the directory cannot be
+/// read.
 bool AddMatches(Search& search, const std::string& directory, const std::string& pattern)
 {
     DIR* stream = opendir(directory.empty() ? "." : directory.c_str());
@@ -115,7 +116,7 @@ BOOL GiveNextEntry(Search& search, WIN32_FIND_DATAA* dataOut)
     return TRUE;
 }
 
-/// A text of the host for a call that takes a buffer and its size.
+/// Copies a text to the caller's buffer of `size` bytes.
 DWORD GiveText(const std::string& text, DWORD size, LPSTR buffer)
 {
     const auto length = static_cast<DWORD>(text.size());
@@ -134,7 +135,7 @@ using namespace headless;
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer)
 {
     const std::unique_ptr<char, void (*)(void*)> path(getcwd(nullptr, 0), std::free);
-    // A directory that was removed has no path any more; the kernel then says "(unreachable)".
+    // A deleted directory has no path; the kernel then says "(unreachable)".
     if (path == nullptr || path.get()[0] != '/') {
         FailWith(ERROR_FILE_NOT_FOUND);
         return 0;
@@ -162,7 +163,7 @@ HANDLE WINAPI FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* dataOut)
         return INVALID_HANDLE_VALUE;
     }
     auto search = std::make_unique<Search>();
-    // A plain name means one file, and ResolveHostPath has found which.
+    // A plain name means a single file, which ResolveHostPath has found.
     if (!HasWildcard(leaf.c_str())) {
         AddEntry(*search, directory, leaf);
     } else if (!AddMatches(*search, directory, leaf)) {
@@ -194,7 +195,8 @@ BOOL WINAPI FindClose(HANDLE search)
 HANDLE WINAPI CreateFileA(LPCSTR path, DWORD access, DWORD, SECURITY_ATTRIBUTES*, DWORD disposition,
                           DWORD, HANDLE)
 {
-    // UNMODELLED: reading and writing through handles; the engine opens them for information only.
+    // UNMODELLED: reading and writing through handles; the engine opens files for their attributes
+    // only.
     if (access != 0 || disposition != OPEN_EXISTING) {
         FailWith(ERROR_INVALID_PARAMETER);
         return INVALID_HANDLE_VALUE;
@@ -214,7 +216,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* 
     if (file == INVALID_HANDLE_VALUE || file == nullptr)
         return FailWith(ERROR_INVALID_HANDLE);
     const struct stat& info = static_cast<InfoFile*>(file)->info;
-    const std::uint64_t index = FileIndexOf(info);
+    const uint64_t index = FileIndexOf(info);
     *infoOut = {};
     infoOut->dwFileAttributes = AttributesOf("", info);
     infoOut->dwVolumeSerialNumber = static_cast<DWORD>(info.st_dev);
@@ -226,7 +228,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* 
     return TRUE;
 }
 
-void headless::SimulateFileIndex(std::optional<std::uint64_t> index)
+void headless::SimulateFileIndex(std::optional<uint64_t> index)
 {
     gReportedFileIndex = index;
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <memory>
+#include <new>
 #include <sys/stat.h>
 #include <unordered_map>
 
@@ -9,10 +11,10 @@ namespace headless {
 
 namespace {
 
-/// Below this many entries reading the directory is as quick as keeping an index true.
-constexpr std::size_t kIndexThreshold = 1024;
+/// With fewer entries, reading the directory is as fast as keeping an index up to date.
+constexpr size_t kIndexThreshold = 1024;
 
-/// The entries of the one directory that was last found to be large, by folded name.
+/// The entries of the most recent large directory, by folded name.
 struct DirectoryIndex {
     dev_t device = 0;
     ino_t inode = 0;
@@ -57,13 +59,28 @@ std::string LookUp(const std::unordered_map<std::string, std::string>& entries,
 bool ReadEntries(const std::string& directory,
                  std::unordered_map<std::string, std::string>& entriesOut)
 {
-    DIR* stream = opendir(directory.c_str());
-    if (stream == nullptr)
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
+    if (!stream)
         return false;
-    while (const dirent* entry = readdir(stream))
+    while (const dirent* entry = readdir(stream.get()))
         Insert(entriesOut, entry->d_name);
-    closedir(stream);
     return true;
+}
+
+void UpdateEntry(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    struct stat info;
+    if (stat(directory.c_str(), &info) != 0 || !gIndex.IsOf(info))
+        return;
+    const std::string leaf = slash == std::string::npos ? path : path.substr(slash + 1);
+    struct stat entry;
+    if (lstat(path.c_str(), &entry) == 0)
+        Insert(gIndex.entries, leaf);
+    else if (LookUp(gIndex.entries, leaf) == leaf)
+        gIndex.entries.erase(Folded(leaf));
+    gIndex.changed = info.st_mtim;
 }
 
 } // namespace
@@ -77,7 +94,7 @@ std::string FindEntryIgnoringCase(const std::string& directory, const std::strin
     if (gIndex.IsCurrent(info))
         return LookUp(gIndex.entries, name);
 
-    // The time of change is taken before the entries, so that a change in between is noticed.
+    // The modification time is read before the entries, so that a change in between is noticed.
     std::unordered_map<std::string, std::string> entries;
     if (!ReadEntries(path, entries))
         return {};
@@ -87,20 +104,15 @@ std::string FindEntryIgnoringCase(const std::string& directory, const std::strin
     return found;
 }
 
-void NoteEntryChanged(const std::string& path)
+void NoteEntryChanged(const std::string& path) noexcept
 {
-    const std::size_t slash = path.rfind('/');
-    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    struct stat info;
-    if (gIndex.entries.empty() || stat(directory.c_str(), &info) != 0 || !gIndex.IsOf(info))
+    if (gIndex.entries.empty())
         return;
-    const std::string leaf = slash == std::string::npos ? path : path.substr(slash + 1);
-    struct stat entry;
-    if (lstat(path.c_str(), &entry) == 0)
-        Insert(gIndex.entries, leaf);
-    else if (LookUp(gIndex.entries, leaf) == leaf)
-        gIndex.entries.erase(Folded(leaf));
-    gIndex.changed = info.st_mtim;
+    try {
+        UpdateEntry(path);
+    } catch (const std::bad_alloc&) {
+        gIndex.entries.clear(); // the next search reads the directory again
+    }
 }
 
 } // namespace headless

@@ -4,8 +4,8 @@
 
 namespace headless {
 
-/// The way from the directory of the pattern to that of the file that is being converted, each name
-/// with a `/` behind it; empty outside of a conversion.
+/// The path from the pattern's directory to that of the file being converted, with a `/` after each
+/// name; empty outside a conversion.
 std::string DirectoriesBelowPattern();
 
 /// Told when the scene in hand is a text without a keyword, in place of a line on standard error. Null:

@@ -40,7 +40,7 @@ bool MatchesWildcard(const char* name, const char* pattern)
     if (std::strcmp(pattern, "*.*") == 0)
         return true;
 
-    // After a mismatch only the latest star can take more characters, so no recursion is needed.
+    // After a mismatch only the latest star can match more characters, so no recursion is needed.
     const char* star = nullptr;
     const char* resume = nullptr;
     while (*name != '\0') {
@@ -70,14 +70,14 @@ std::string ResolveHostPath(const char* path)
         return wanted;
 
     std::string resolved;
-    std::size_t start = 0;
+    size_t start = 0;
     while (start < wanted.size()) {
         if (wanted[start] == '/') {
             resolved += '/';
             ++start;
             continue;
         }
-        const std::size_t end = std::min(wanted.find('/', start), wanted.size());
+        const size_t end = std::min(wanted.find('/', start), wanted.size());
         const std::string component = wanted.substr(start, end - start);
         if (!Exists(resolved + component)) {
             const std::string entry = FindEntryIgnoringCase(resolved, component);
@@ -96,7 +96,7 @@ std::string ResolveTargetPath(const char* path)
 {
     std::string wanted = path != nullptr ? path : "";
     std::replace(wanted.begin(), wanted.end(), '\\', '/');
-    const std::size_t leaf = wanted.find_last_of('/') + 1; // 0 where there is no directory
+    const size_t leaf = wanted.find_last_of('/') + 1; // 0 without a directory
     if (leaf == 0)
         return wanted;
     return ResolveHostPath(wanted.substr(0, leaf).c_str()) + wanted.substr(leaf);

@@ -4,10 +4,10 @@
 
 namespace headless {
 
-/// Stores `code` for `GetLastError` and gives FALSE, for a failing call's return statement.
+/// Stores `code` for `GetLastError` and returns FALSE, for the return statement of a failing call.
 BOOL FailWith(DWORD code);
 
-/// The same with the code that fits `errno`.
+/// The same with the code that corresponds to `errno`.
 BOOL FailWithErrno();
 
 } // namespace headless

@@ -5,7 +5,7 @@ namespace headless {
 
 namespace {
 
-/// The libraries that this host stands in for; a probe for any other one fails.
+/// The libraries that this host provides; a probe for any other one fails.
 const char* const kBuiltInLibraries[] = {"d3d9.dll", "d3dx9_30.dll"};
 
 } // namespace

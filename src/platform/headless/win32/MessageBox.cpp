@@ -19,7 +19,7 @@ using namespace headless;
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT)
 {
     SendMessageA(owner, WM_ENABLE, FALSE, 0);
-    // What went to standard output before the box is seen before it.
+    // Earlier output on standard output must appear before the box.
     std::fflush(stdout);
     std::fprintf(stderr, "%s\n%s\n", title, text);
     SendMessageA(owner, WM_ENABLE, TRUE, 0);

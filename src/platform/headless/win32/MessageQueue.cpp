@@ -40,7 +40,7 @@ BOOL WINAPI GetMessageA(MSG* messageOut, HWND window, UINT first, UINT last)
     return messageOut->message != WM_QUIT;
 }
 
-/// UNMODELLED: layouts of keyboards. Only Escape, whose code is its character in each of them, gives
+/// UNMODELLED: keyboard layouts. Only Escape, whose code is its character in all of them, produces
 /// a character.
 BOOL WINAPI TranslateMessage(const MSG* message)
 {

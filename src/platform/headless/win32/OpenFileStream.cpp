@@ -31,7 +31,7 @@ FILE* OpenFileStream(const char* path, const char* mode)
         return nullptr;
     }
 
-    // Opening a directory for reading succeeds here and fails on Windows; reading it fails on both.
+    // On Windows opening a directory fails; here it succeeds for reading, and only reading fails.
     struct stat info;
     const bool isKnown = fstat(fileno(stream), &info) == 0;
     const bool isDirectory = isKnown && S_ISDIR(info.st_mode);

@@ -68,7 +68,7 @@ LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD typeOut,
                                 LPDWORD sizeInOut)
 {
     for (const std::string& line : reinterpret_cast<Key*>(key)->lines) {
-        const std::size_t equals = line.find('=');
+        const size_t equals = line.find('=');
         if (equals == std::string::npos ||
             !SameNameIgnoringCase(line.substr(0, equals).c_str(), name))
             continue;

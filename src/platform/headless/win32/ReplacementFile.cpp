@@ -1,4 +1,5 @@
-// A file in use is held by a lock that ends with its process, so what nobody holds was left behind.
+// A file in use is locked by its process, and the lock ends with the process; so an unlocked file
+// was left behind.
 
 #include "platform/ReplacementFile.h"
 
@@ -15,6 +16,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace headless {
 
@@ -24,10 +26,10 @@ constexpr const char* kPrefix = ".qsa2qsb-";
 constexpr const char* kSuffix = ".tmp";
 constexpr int kMostAttempts = 1000;
 
-dev_t gClearedDevice; ///< of the directory that was cleared last
+dev_t gClearedDevice; ///< of the directory cleaned last
 ino_t gClearedDirectory;
 
-/// With its separator; empty for the current directory.
+/// Includes the separator; empty for the current directory.
 std::string DirectoryOf(const std::string& path)
 {
     return path.substr(0, path.find_last_of('/') + 1);
@@ -35,8 +37,8 @@ std::string DirectoryOf(const std::string& path)
 
 bool IsTemporaryName(const char* name)
 {
-    const std::size_t length = std::strlen(name);
-    const std::size_t suffix = std::strlen(kSuffix);
+    const size_t length = std::strlen(name);
+    const size_t suffix = std::strlen(kSuffix);
     return std::strncmp(name, kPrefix, std::strlen(kPrefix)) == 0 && length > suffix &&
            std::strcmp(name + length - suffix, kSuffix) == 0;
 }
@@ -51,7 +53,8 @@ void RemoveIfAbandoned(const std::string& path)
     close(file);
 }
 
-/// Once for each directory in turn: a run over many files does not read it for each of them.
+/// Cleans a directory only if it is not the last one cleaned, so that a run over many files does
+/// not read it for each of them.
 void RemoveAbandoned(const std::string& directory)
 {
     struct DirectoryCloser {
@@ -78,7 +81,7 @@ std::string NewName()
     return kPrefix + std::to_string(getpid()) + '-' + std::to_string(number++) + kSuffix;
 }
 
-/// Where a link leads to, so that the link stays one.
+/// The file that a link leads to, so that replacing it keeps the link.
 std::string FollowLinks(const std::string& path)
 {
     const std::unique_ptr<char, void (*)(void*)> followed(realpath(path.c_str(), nullptr),
@@ -138,19 +141,20 @@ bool ReplacementFile::MakeBeside()
     const std::string directory = DirectoryOf(target);
     RemoveAbandoned(directory);
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-        const std::string made = directory + NewName();
+        std::string made = directory + NewName();
         claim = open(made.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666);
         if (claim < 0) {
             if (errno != EEXIST)
                 return false;
             continue;
         }
-        // Another process may take it for abandoned before it is locked: it holds the lock then, or
-        // has removed the file already. Where there are no locks, nobody takes a file for abandoned.
+        // Another process may take the file for abandoned before it is locked here: that process
+        // then holds the lock, or has already removed the file. Without file locks no file is taken
+        // for abandoned.
         struct stat info;
         const bool isLost = flock(claim, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
         if (!isLost && fstat(claim, &info) == 0 && info.st_nlink > 0) {
-            path = made;
+            path = std::move(made);
             return true;
         }
         close(claim);

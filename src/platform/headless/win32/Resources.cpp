@@ -14,7 +14,7 @@ int WINAPI LoadStringA(HINSTANCE, UINT id, LPSTR buffer, int size)
         if (kStringTable[row].id != id)
             continue;
         const char* text = kStringTable[row].text;
-        const std::size_t length = std::min(std::strlen(text), static_cast<std::size_t>(size) - 1);
+        const size_t length = std::min(std::strlen(text), static_cast<size_t>(size) - 1);
         std::memcpy(buffer, text, length);
         buffer[length] = '\0';
         return static_cast<int>(length);
@@ -23,7 +23,7 @@ int WINAPI LoadStringA(HINSTANCE, UINT id, LPSTR buffer, int size)
     return 0;
 }
 
-// Nothing is drawn with icons and cursors here; they only have to be told apart from a failure.
+// Icons and cursors are never drawn here; they only must differ from the result of a failure.
 
 HICON WINAPI LoadIconA(HINSTANCE, LPCSTR name)
 {

@@ -5,8 +5,8 @@
 
 namespace headless {
 
-/// For tests: from now on every file and directory has this index, as on file systems that have none.
-/// Without a value the true ones come back.
-void SimulateFileIndex(std::optional<std::uint64_t> index);
+/// For tests: all files and directories get this index, as on file systems without file indices. No
+/// value restores the real ones.
+void SimulateFileIndex(std::optional<uint64_t> index);
 
 } // namespace headless

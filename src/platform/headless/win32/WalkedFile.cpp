@@ -8,7 +8,7 @@ namespace headless {
 
 namespace {
 
-/// Null outside of a conversion.
+/// Null outside a conversion.
 struct FileInHand {
     const char* directory;
     const char* below;
@@ -17,7 +17,7 @@ struct FileInHand {
 
 void Say(const char* what)
 {
-    // What went to standard output before is seen before it.
+    // Earlier output on standard output must appear before this line.
     std::fflush(stdout);
     std::fprintf(stderr, "%s%s%s: %s\n", gFile.directory, gFile.below, gFile.name, what);
 }

@@ -11,8 +11,8 @@
 
 using namespace headless;
 
-// A window is a record. Handles are its address; the record outlives nothing but its own destruction,
-// and a handle that is not in the list is refused as the real host refuses a stale one.
+// A window is a record and its handle is the record's address. The record lives until the window is
+// destroyed; a handle that is not in the list is refused as Windows refuses a stale one.
 
 struct HWND__ {
     std::string title;
@@ -69,7 +69,7 @@ ATOM WINAPI RegisterClassExA(const WNDCLASSEXA* windowClass)
     }
     if (FindClass(windowClass->lpszClassName) != gClasses.end())
         return 0;
-    // The handle of a menu resource is not looked into here; it only says that there is a menu.
+    // The menu resource is not examined; the handle only records that there is a menu.
     const auto menu = reinterpret_cast<HMENU>(const_cast<char*>(windowClass->lpszMenuName));
     gClasses.push_back({windowClass->lpszClassName, windowClass->lpfnWndProc, menu});
     return static_cast<ATOM>(0xC000 + gClasses.size());
@@ -92,7 +92,7 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
         FailWith(ERROR_INVALID_PARAMETER);
         return nullptr;
     }
-    static_cast<void>(x); // a record has no place on a screen
+    static_cast<void>(x); // a record has no position on a screen
     const bool isDefaultSize = width == CW_USEDEFAULT;
     auto window = std::make_unique<HWND__>();
     window->title = title;
@@ -116,7 +116,7 @@ BOOL WINAPI DestroyWindow(HWND window)
     if (!IsWindow(window))
         return FailWith(ERROR_INVALID_HANDLE);
     SendMessageA(window, WM_DESTROY, 0, 0);
-    // The procedure may have destroyed it a second time.
+    // The procedure may have destroyed the window already.
     if (const auto record = FindWindowRecord(window); record != gWindows.end())
         gWindows.erase(record);
     return TRUE;
@@ -192,7 +192,7 @@ int WINAPI GetWindowTextA(HWND window, LPSTR buffer, int size)
 {
     if (!IsWindow(window) || size <= 0)
         return 0;
-    const std::size_t length = std::min(window->title.size(), static_cast<std::size_t>(size) - 1);
+    const size_t length = std::min(window->title.size(), static_cast<size_t>(size) - 1);
     std::memcpy(buffer, window->title.data(), length);
     buffer[length] = '\0';
     return static_cast<int>(length);
@@ -218,7 +218,7 @@ int WINAPI ShowCursor(BOOL show)
     return gCursorShowCount;
 }
 
-// Painting ends in nothing: no picture of the window exists until the device presents one.
+// Painting has no effect: a window shows nothing until the device presents.
 
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paintOut)
 {

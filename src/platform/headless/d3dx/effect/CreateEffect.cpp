@@ -4,7 +4,7 @@
 #include <new>
 #include <string>
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxPreprocessor.h"
@@ -14,7 +14,7 @@ namespace headless::fx {
 
 namespace {
 
-/// How a text comes to be: what the two ways to make an effect have in common.
+/// The arguments common to the two functions that create an effect.
 struct Request {
     IDirect3DDevice9* device;
     const D3DXMACRO* defines;
@@ -33,8 +33,8 @@ bool Prepare(const Request& request)
     return request.device && request.effectOut;
 }
 
-/// Whether the bytes are those of a compiled effect, cut or damaged ones included. Those begin with a
-/// byte of 1; texts have no control characters but blanks and the end mark of old editors.
+/// Whether the bytes are a compiled effect, even if truncated or damaged. Those begin with a byte
+/// of 1; texts contain no control characters except white space and the end mark of old editors.
 bool IsBinary(std::string_view bytes)
 {
     const auto isStrange = [](char c) {
@@ -91,8 +91,6 @@ HRESULT WINAPI D3DXCreateEffect(IDirect3DDevice9* device, const void* data, UINT
                                 ID3DXEffectPool* pool, ID3DXEffect** effectOut,
                                 ID3DXBuffer** errorsOut)
 {
-    if (const HRESULT ordered = OrderedResult("D3DXCreateEffect"); FAILED(ordered))
-        return ordered;
     const Request request = {device, defines, include, pool, effectOut, errorsOut};
     if (!Prepare(request) || !data)
         return D3DERR_INVALIDCALL;
@@ -104,14 +102,12 @@ HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
                                          ID3DXEffectPool* pool, ID3DXEffect** effectOut,
                                          ID3DXBuffer** errorsOut)
 {
-    if (const HRESULT ordered = OrderedResult("D3DXCreateEffectFromFileA"); FAILED(ordered))
-        return ordered;
     const Request request = {device, defines, include, pool, effectOut, errorsOut};
     if (!Prepare(request) || !path)
         return D3DERR_INVALIDCALL;
     std::string bytes;
     const HRESULT result = FxSources::ReadFile(path, bytes);
-    if (FAILED(result) && !IsBinary(bytes)) // a compiled one may be of any length
+    if (FAILED(result) && !IsBinary(bytes)) // compiled effects have no size limit
         return result;
     return Create(request, path, bytes, true);
 }

@@ -6,6 +6,6 @@ using namespace headless::fx;
 
 std::string EffectFault(ID3DXEffect& effect, D3DXHANDLE technique)
 {
-    auto* const own = dynamic_cast<FxEffect*>(&effect); // tests put others in its place
+    auto* const own = dynamic_cast<FxEffect*>(&effect); // tests may pass other implementations
     return own ? own->Fault(technique) : "";
 }

@@ -6,8 +6,7 @@ namespace headless::fx {
 
 namespace {
 
-/// Everything that two declarations must have in common. Structs lie in one another to a limited
-/// depth, so this ends.
+/// Everything that must match between two declarations. Struct nesting is limited, so this ends.
 std::string DescribeType(const FxParameter& parameter)
 {
     std::string text = std::to_string(parameter.kind) + ' ' + std::to_string(parameter.type) + ' ' +

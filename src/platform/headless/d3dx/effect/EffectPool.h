@@ -14,11 +14,11 @@ namespace headless::fx {
 inline constexpr IID kEffectPoolId = {
     0x9537AB04, 0x3250, 0x412E, {0x82, 0x13, 0xFC, 0xD2, 0xF8, 0x67, 0x79, 0x33}};
 
-/// Values of `shared` parameters, by name. A value lives as long as an effect of the pool uses it.
+/// Values of `shared` parameters, by name. A value lives as long as any effect of the pool uses it.
 class EffectPool final : public ComObject<ID3DXEffectPool, kEffectPoolId> {
 public:
-    /// Gives `parameter` the value that another effect of the pool has under its name, or keeps its own
-    /// for those to come. False if the other is of another type.
+    /// Makes `parameter` use the value that another effect of the pool has under its name;
+    /// otherwise registers its own for later effects. False if the types differ.
     bool Share(FxParameter& parameter);
 
 private:

@@ -8,11 +8,11 @@ namespace headless::fx {
 
 namespace {
 
-using ConditionValue = std::uint64_t; // wraps round instead of overflowing; signed where it matters
+using ConditionValue = uint64_t; // wraps instead of overflowing; treated as signed where it matters
 
-std::int64_t Signed(ConditionValue value)
+int64_t Signed(ConditionValue value)
 {
-    return static_cast<std::int64_t>(value);
+    return static_cast<int64_t>(value);
 }
 
 struct ConditionOperator {
@@ -30,7 +30,7 @@ ConditionValue Truth(bool value)
     return value ? 1 : 0;
 }
 
-ConditionValue Compare(std::string_view sign, std::int64_t a, std::int64_t b)
+ConditionValue Compare(std::string_view sign, int64_t a, int64_t b)
 {
     if (sign == "<" || sign == ">=")
         return Truth((a < b) == (sign == "<"));
@@ -77,12 +77,12 @@ private:
     std::span<const FxToken> words;
     FxPlace place;
     FxDiagnostics& diagnostics;
-    std::size_t position = 0;
+    size_t position = 0;
     int depth = 0;
-    bool isIgnored = false; ///< what is read has no say, so a division by 0 is no error
+    bool isIgnored = false; ///< the result does not matter, so a division by 0 is not an error
 };
 
-/// Counts one level of brackets or signs for as long as it lives.
+/// Counts one level of brackets or signs during its lifetime.
 struct Level {
     explicit Level(int& counter) : depth(counter) { ++depth; }
     ~Level() { --depth; }
@@ -203,7 +203,7 @@ bool Reader::Apply(std::string_view sign, ConditionValue right, ConditionValue& 
         left = 0;
         return isIgnored || Fail("a condition divides by 0");
     }
-    if (divides && right == ~ConditionValue{0}) // -1: the smallest number has no opposite
+    if (divides && right == ~ConditionValue{0}) // -1: the smallest number cannot be negated
         left = sign == "/" ? 0 - left : 0;
     else if (divides)
         left = static_cast<ConditionValue>(sign == "/" ? Signed(left) / Signed(right)

@@ -6,8 +6,9 @@
 
 namespace headless::fx {
 
-/// The value of what stands behind `#if` or `#elif`, with macros already replaced and `defined` answered.
-/// Whole numbers of 64 bits; words that are left count as 0. `place` is where an empty one is reported.
+/// Evaluates the expression after `#if` or `#elif`, with macros already replaced and `defined`
+/// resolved. 64-bit integers; remaining identifiers count as 0. An empty expression is reported at
+/// `place`.
 bool FxEvaluateCondition(std::span<const FxToken> words, FxPlace place, FxDiagnostics& diagnostics,
                          bool& valueOut);
 

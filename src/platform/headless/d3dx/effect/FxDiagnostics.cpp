@@ -7,22 +7,22 @@ namespace headless::fx {
 
 namespace {
 
-/// A name or a message with words of a file is cut here.
-constexpr std::size_t kMaxQuotedBytes = 512;
+/// Names and messages that quote a file are cut here.
+constexpr size_t kMaxQuotedBytes = 512;
 
 } // namespace
 
-std::uint32_t FxDiagnostics::AddFile(std::string name)
+uint32_t FxDiagnostics::AddFile(std::string name)
 {
     files.push_back(std::move(name));
-    return static_cast<std::uint32_t>(files.size() - 1);
+    return static_cast<uint32_t>(files.size() - 1);
 }
 
 std::string FxDiagnostics::PlaceText(FxPlace place) const
 {
     std::string name =
         place.file < files.size() ? files[place.file].substr(0, kMaxQuotedBytes) : "effect";
-    std::replace(name.begin(), name.end(), '\0', '?'); // a `#line` may have given it
+    std::replace(name.begin(), name.end(), '\0', '?'); // a `#line` may contain them
     return name + '(' + std::to_string(place.line) + ',' + std::to_string(place.column) + ')';
 }
 
@@ -30,7 +30,7 @@ void FxDiagnostics::Keep(FxPlace place, FxError error, const std::string& what)
 {
     text = PlaceText(place) + ": error X" + std::to_string(static_cast<int>(error)) + ": " +
            what.substr(0, kMaxQuotedBytes);
-    // The text reaches its reader with a terminator: no byte of a file may end it early.
+    // The text is passed on zero-terminated: no byte of a file may cut it short.
     std::replace(text.begin(), text.end(), '\0', '?');
     text += '\n';
 }

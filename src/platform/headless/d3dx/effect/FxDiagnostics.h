@@ -6,14 +6,14 @@
 
 namespace headless::fx {
 
-/// A place in one of the files of an effect. Lines and columns count from 1, columns in bytes.
+/// A position in one of the files of an effect. Lines and columns count from 1, columns in bytes.
 struct FxPlace {
-    std::uint32_t file = 0; ///< index given by `FxDiagnostics::AddFile`
-    std::uint32_t line = 1;
-    std::uint32_t column = 1;
+    uint32_t file = 0; ///< index given by `FxDiagnostics::AddFile`
+    uint32_t line = 1;
+    uint32_t column = 1;
 };
 
-/// The numbers that errors carry, by kind: 1xxx reading and macros, 3xxx language, 4xxx limits.
+/// The error numbers, by kind: 1xxx reading and macros, 3xxx language, 4xxx limits.
 enum class FxError {
     UnreadableInclude = 1001,
     BadDirective = 1002,
@@ -37,17 +37,17 @@ enum class FxError {
     Limit = 4000,
 };
 
-/// The first error of an effect; everything stops there.
+/// The first error of an effect; it stops all processing.
 class FxDiagnostics {
 public:
-    /// The index under which places name the file.
-    std::uint32_t AddFile(std::string name);
-    const std::string& FileName(std::uint32_t file) const { return files[file]; }
-    /// "file(line,column)". A name of a file is cut at 512 bytes.
+    /// Returns the index that stands for the file in places.
+    uint32_t AddFile(std::string name);
+    const std::string& FileName(uint32_t file) const { return files[file]; }
+    /// "file(line,column)". File names are cut at 512 bytes.
     std::string PlaceText(FxPlace place) const;
 
-    /// Keeps "file(line,column): error X1234: text" unless there is an error already. Always false,
-    /// so that a reader can leave by it.
+    /// Stores "file(line,column): error X1234: text" unless there is an error already. Always
+    /// returns false, for use in a `return` statement.
     bool Fail(FxPlace place, FxError error, const std::string& what)
     {
         if (!Failed())

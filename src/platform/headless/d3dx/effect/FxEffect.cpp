@@ -1,4 +1,4 @@
-// The life of an effect, and what it tells about its contents.
+// Lifetime of an effect, and queries about its contents.
 
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
@@ -54,7 +54,7 @@ FxEffect::FxEffect(IDirect3DDevice9& owner, EffectPool* effectPool,
         technique = model->techniques[0].get();
 }
 
-/// Parts lie in one another as structs do, to a limited depth.
+/// Parts nest like structs, so the depth is limited.
 void FxEffect::Register(const List& list)
 {
     for (const auto& parameter : list) {
@@ -119,19 +119,19 @@ const FxEffect::List* FxEffect::AnnotationsOf(D3DXHANDLE handle)
     return parameter ? &parameter->annotations : nullptr;
 }
 
-/// `name`, `name.member`, `name[2]`, each with `@annotation` behind it.
+/// `name`, `name.member`, `name[2]`, each optionally followed by `@annotation`.
 FxParameter* FxEffect::FindPath(FxParameter* parent, std::string_view path)
 {
     FxParameter* found = parent;
     if (!parent || (!path.starts_with('.') && !path.starts_with('[') && !path.starts_with('@'))) {
-        const std::size_t end = std::min(path.find_first_of(".[@"), path.size());
+        const size_t end = std::min(path.find_first_of(".[@"), path.size());
         found = FxFindByName(parent ? parent->parts : model->parameters, path.substr(0, end));
         path.remove_prefix(end);
     }
     while (found && !path.empty()) {
         const char sign = path.front();
         path.remove_prefix(1);
-        const std::size_t end = std::min(path.find_first_of(".[@"), path.size());
+        const size_t end = std::min(path.find_first_of(".[@"), path.size());
         const std::string_view part = path.substr(0, end);
         path.remove_prefix(end);
         if (sign == '[') {

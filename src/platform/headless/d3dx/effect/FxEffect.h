@@ -19,11 +19,11 @@ inline constexpr IID kBaseEffectId = {
 inline constexpr IID kEffectId = {
     0xF6CEB4B3, 0x4E4C, 0x40DD, {0xB8, 0x83, 0x8D, 0x8D, 0xE5, 0xEA, 0x0C, 0xD5}};
 
-/// An effect made of a text. Its operations are split by topic over the files FxEffect*.cpp; those that
-/// the host does not model are in FxEffectUnmodelled.cpp.
+/// An effect made from text. Its operations are split by topic over the files FxEffect*.cpp; those
+/// that the host does not model are in FxEffectUnmodelled.cpp.
 ///
-/// A handle is the address of a parameter, technique or pass of this effect. Anything else that is
-/// given as one is taken for a name, as the public interface allows.
+/// A handle is the address of a parameter, technique or pass of this effect. Any other value is
+/// taken for a name, as the public interface allows.
 class FxEffect final : public ComObject<ID3DXEffect, kBaseEffectId, kEffectId> {
 public:
     /// The caller holds one reference. `pool` may be null.
@@ -138,8 +138,8 @@ public:
     HRESULT STDMETHODCALLTYPE SetRawValue(D3DXHANDLE parameter, const void* data, UINT offset,
                                           UINT bytes) override;
 
-    /// Why a technique cannot be drawn here, with file and place; for null why the whole effect cannot;
-    /// "" for no reason.
+    /// Why a technique cannot be drawn here, with file and place; for null, why the whole effect
+    /// cannot. "" if it can.
     std::string Fault(D3DXHANDLE technique);
 
 private:
@@ -147,7 +147,7 @@ private:
 
     ~FxEffect() override = default;
     void Register(const List& list);
-    /// Null for a handle or name of nothing.
+    /// Null for an unknown handle or name.
     FxParameter* Parameter(D3DXHANDLE handle);
     FxTechnique* Technique(D3DXHANDLE handle);
     FxPass* Pass(D3DXHANDLE handle);
@@ -168,8 +168,8 @@ private:
     FxTechnique* technique = nullptr; ///< the current one; not owned, lives in `model`
     FxPass* activePass = nullptr;     ///< between `BeginPass` and `EndPass`
     bool isActive = false;            ///< between `Begin` and `End`
-    bool isReported = false;          ///< why nothing of it can be drawn
-    std::uint64_t appliedStamp = 0;   ///< the newest change that the active pass knows
+    bool isReported = false;          ///< why nothing of it can be drawn has been logged
+    uint64_t appliedStamp = 0;        ///< the newest change that the active pass has applied
     FxPassStates passStates;
     FxSavedStates savedStates;
 };

@@ -1,13 +1,13 @@
-// Techniques and passes at work, and the device's reset.
+// Applying techniques and passes, and handling the device's reset.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
 namespace headless::fx {
 
 namespace {
 
-/// Whether the texture lives in memory that a reset takes away. There are only flat ones on this host.
+/// Whether a reset would destroy the texture. This host has 2D textures only.
 bool IsInDeviceMemory(IDirect3DBaseTexture9* texture)
 {
     D3DSURFACE_DESC desc = {};
@@ -20,8 +20,6 @@ bool IsInDeviceMemory(IDirect3DBaseTexture9* texture)
 
 HRESULT FxEffect::SetTechnique(D3DXHANDLE handle)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetTechnique"); FAILED(ordered))
-        return ordered;
     FxTechnique* found = Technique(handle);
     if (!found || isActive)
         return D3DERR_INVALIDCALL;
@@ -34,12 +32,10 @@ D3DXHANDLE FxEffect::GetCurrentTechnique()
     return reinterpret_cast<D3DXHANDLE>(technique);
 }
 
-/// `D3DXERR_INVALIDDATA` for a technique with a pass that this host cannot read, else what the device
-/// says to the states of its passes, as they are with the parameters' present values.
+/// `D3DXERR_INVALIDDATA` for a technique with a pass that this host cannot draw, else the device's
+/// verdict on the states of its passes with the current parameter values.
 HRESULT FxEffect::ValidateTechnique(D3DXHANDLE handle)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::ValidateTechnique"); FAILED(ordered))
-        return ordered;
     const FxTechnique* found = Technique(handle);
     if (!found)
         return D3DERR_INVALIDCALL;
@@ -62,7 +58,7 @@ HRESULT FxEffect::Validate(const FxTechnique& item, std::string& faultOut)
     FxSavedStates before;
     before.Save(*device.Get(), item.touched, 0);
     HRESULT result = D3D_OK;
-    for (std::size_t i = 0; i < item.passes.size() && SUCCEEDED(result); ++i)
+    for (size_t i = 0; i < item.passes.size() && SUCCEEDED(result); ++i)
         result = ValidatePass(*item.passes[i], faultOut);
     before.Restore(*device.Get());
     return result;
@@ -92,8 +88,8 @@ std::string FxEffect::Fault(D3DXHANDLE handle)
     return fault;
 }
 
-/// Tells once why nothing of the effect can be drawn here: what is wrong with its first technique. An
-/// effect with a technique to fall back on is none to tell of.
+/// Logs once why the effect cannot be drawn here: the fault of its first technique. An effect with
+/// another, valid technique is not reported.
 void FxEffect::ReportOnce()
 {
     std::string first;
@@ -107,8 +103,8 @@ void FxEffect::ReportOnce()
     LogLack(first);
 }
 
-/// Begins with the technique behind `handle`, with the first one for null. `S_FALSE` and null if none
-/// is left.
+/// Searches from the technique after `handle`, or from the first one for null. `S_FALSE` and null
+/// if none is left.
 HRESULT FxEffect::FindNextValidTechnique(D3DXHANDLE handle, D3DXHANDLE* nextOut)
 {
     std::string fault;
@@ -142,8 +138,6 @@ BOOL FxEffect::IsParameterUsed(D3DXHANDLE handle, D3DXHANDLE techniqueHandle)
 
 HRESULT FxEffect::Begin(UINT* passesOut, DWORD flags)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::Begin"); FAILED(ordered))
-        return ordered;
     if (!technique || isActive)
         return D3DERR_INVALIDCALL;
     savedStates.Save(*device.Get(), technique->touched, flags);
@@ -155,8 +149,6 @@ HRESULT FxEffect::Begin(UINT* passesOut, DWORD flags)
 
 HRESULT FxEffect::BeginPass(UINT index)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::BeginPass"); FAILED(ordered))
-        return ordered;
     if (!isActive || activePass || index >= technique->passes.size())
         return D3DERR_INVALIDCALL;
     FxPass& pass = *technique->passes[index];
@@ -171,15 +163,13 @@ HRESULT FxEffect::CommitChanges()
 {
     if (!activePass)
         return D3DERR_INVALIDCALL;
-    const std::uint64_t before = appliedStamp;
+    const uint64_t before = appliedStamp;
     appliedStamp = FxStamp();
     return passStates.Apply(*device.Get(), *activePass, before);
 }
 
 HRESULT FxEffect::EndPass()
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::EndPass"); FAILED(ordered))
-        return ordered;
     if (!activePass)
         return D3DERR_INVALIDCALL;
     activePass = nullptr;
@@ -188,8 +178,6 @@ HRESULT FxEffect::EndPass()
 
 HRESULT FxEffect::End()
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::End"); FAILED(ordered))
-        return ordered;
     if (!isActive || activePass)
         return D3DERR_INVALIDCALL;
     isActive = false;
@@ -198,8 +186,8 @@ HRESULT FxEffect::End()
 
 // ---- Reset
 
-/// What lies in the device's own memory hinders a reset as long as anybody holds it. The caller sets
-/// such textures anew after it.
+/// A resource in device memory blocks a reset as long as anyone holds it. The caller sets such
+/// textures again afterwards.
 void FxEffect::DropDeviceTextures(const List& list)
 {
     for (const auto& parameter : list) {
@@ -214,8 +202,6 @@ void FxEffect::DropDeviceTextures(const List& list)
 
 HRESULT FxEffect::OnLostDevice()
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::OnLostDevice"); FAILED(ordered))
-        return ordered;
     savedStates.Drop();
     DropDeviceTextures(model->parameters);
     return D3D_OK;
@@ -223,7 +209,7 @@ HRESULT FxEffect::OnLostDevice()
 
 HRESULT FxEffect::OnResetDevice()
 {
-    return OrderedResult("ID3DXEffect::OnResetDevice");
+    return D3D_OK;
 }
 
 } // namespace headless::fx

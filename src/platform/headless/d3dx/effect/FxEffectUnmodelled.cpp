@@ -1,7 +1,7 @@
 // UNMODELLED: shaders and their functions, state managers, parameter blocks, array ranges, clones.
-// Each call is logged by name and fails; those that give a handle give none.
+// Each call is logged by name and fails; those that return a handle return null.
 
-#include "platform/headless/d3d9/CallControl.h"
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 
 namespace headless::fx {
@@ -38,7 +38,7 @@ HRESULT FxEffect::SetArrayRange(D3DXHANDLE parameter, UINT start, UINT end)
     return Unmodelled("ID3DXEffect::SetArrayRange", parameter, start, end);
 }
 
-/// To take a manager away is allowed: there never is one.
+/// Setting null succeeds: there never is a manager.
 HRESULT FxEffect::SetStateManager(ID3DXEffectStateManager* manager)
 {
     return manager ? Unmodelled("ID3DXEffect::SetStateManager", manager) : D3D_OK;

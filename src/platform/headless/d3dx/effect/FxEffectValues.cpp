@@ -1,6 +1,5 @@
-// Values of parameters.
+// Getting and setting parameter values.
 
-#include "platform/headless/d3d9/CallControl.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 #include "platform/headless/d3dx/effect/FxValues.h"
 
@@ -8,21 +7,21 @@ namespace headless::fx {
 
 namespace {
 
-/// A texture parameter that is no array, or null.
+/// A texture parameter that is not an array, or null.
 ComPointer<IDirect3DBaseTexture9>* TextureOf(FxParameter* parameter)
 {
     const bool fits = parameter && parameter->IsTexture() && !parameter->IsArray();
     return fits ? &parameter->storage->textures[parameter->first] : nullptr;
 }
 
-/// A string parameter that is no array, or null.
+/// A string parameter that is not an array, or null.
 std::string* StringOf(FxParameter* parameter)
 {
     const bool fits = parameter && parameter->type == D3DXPT_STRING && !parameter->IsArray();
     return fits ? &parameter->storage->strings[parameter->first] : nullptr;
 }
 
-/// Elements that a call addresses, or null where the array is too short.
+/// The elements that a call addresses, or null if the array is too short.
 const std::unique_ptr<FxParameter>* Matrices(const FxParameter* parameter, UINT count)
 {
     return parameter && FxHoldsMatrices(*parameter, count) ? parameter->parts.data() : nullptr;
@@ -69,8 +68,6 @@ HRESULT FxEffect::GetBool(D3DXHANDLE handle, BOOL* valueOut)
 
 HRESULT FxEffect::SetInt(D3DXHANDLE handle, int value)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetInt"); FAILED(ordered))
-        return ordered;
     FxParameter* parameter = Parameter(handle);
     return parameter ? FxSetInteger(*parameter, value) : D3DERR_INVALIDCALL;
 }
@@ -83,8 +80,6 @@ HRESULT FxEffect::GetInt(D3DXHANDLE handle, INT* valueOut)
 
 HRESULT FxEffect::SetFloat(D3DXHANDLE handle, float value)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetFloat"); FAILED(ordered))
-        return ordered;
     FxParameter* parameter = Parameter(handle);
     return parameter ? FxSetOne(*parameter, FxCellOfFloat(value, D3DXPT_FLOAT), D3DXPT_FLOAT)
                      : D3DERR_INVALIDCALL;
@@ -147,8 +142,6 @@ HRESULT FxEffect::GetFloatArray(D3DXHANDLE handle, float* valuesOut, UINT count)
 
 HRESULT FxEffect::SetVector(D3DXHANDLE handle, const D3DXVECTOR4* vector)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetVector"); FAILED(ordered))
-        return ordered;
     FxParameter* parameter = Parameter(handle);
     return parameter && vector ? FxSetVector(*parameter, *vector) : D3DERR_INVALIDCALL;
 }
@@ -161,8 +154,6 @@ HRESULT FxEffect::GetVector(D3DXHANDLE handle, D3DXVECTOR4* vectorOut)
 
 HRESULT FxEffect::SetVectorArray(D3DXHANDLE handle, const D3DXVECTOR4* vectors, UINT count)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetVectorArray"); FAILED(ordered))
-        return ordered;
     FxParameter* parameter = Parameter(handle);
     return parameter && vectors ? FxSetVectors(*parameter, vectors, count) : D3DERR_INVALIDCALL;
 }
@@ -176,8 +167,6 @@ HRESULT FxEffect::GetVectorArray(D3DXHANDLE handle, D3DXVECTOR4* vectorsOut, UIN
 
 HRESULT FxEffect::SetMatrix(D3DXHANDLE handle, const D3DXMATRIX* matrix)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetMatrix"); FAILED(ordered))
-        return ordered;
     FxParameter* parameter = Parameter(handle);
     return parameter && matrix ? FxSetMatrix(*parameter, *matrix, false) : D3DERR_INVALIDCALL;
 }
@@ -190,8 +179,6 @@ HRESULT FxEffect::GetMatrix(D3DXHANDLE handle, D3DXMATRIX* matrixOut)
 
 HRESULT FxEffect::SetMatrixArray(D3DXHANDLE handle, const D3DXMATRIX* matrices, UINT count)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetMatrixArray"); FAILED(ordered))
-        return ordered;
     const auto* parts = Matrices(Parameter(handle), count);
     if (!parts || !matrices)
         return D3DERR_INVALIDCALL;
@@ -297,7 +284,7 @@ HRESULT FxEffect::SetString(D3DXHANDLE handle, const char* string)
     return D3D_OK;
 }
 
-/// The text is the effect's own, until the parameter changes.
+/// The effect owns the text, which is valid until the parameter changes.
 HRESULT FxEffect::GetString(D3DXHANDLE handle, const char** stringOut)
 {
     const std::string* place = StringOf(Parameter(handle));
@@ -309,8 +296,6 @@ HRESULT FxEffect::GetString(D3DXHANDLE handle, const char** stringOut)
 
 HRESULT FxEffect::SetTexture(D3DXHANDLE handle, IDirect3DBaseTexture9* texture)
 {
-    if (const HRESULT ordered = OrderedResult("ID3DXEffect::SetTexture"); FAILED(ordered))
-        return ordered;
     FxParameter* parameter = Parameter(handle);
     ComPointer<IDirect3DBaseTexture9>* place = TextureOf(parameter);
     if (!place)

@@ -9,47 +9,47 @@ namespace headless::fx {
 
 namespace {
 
-FxNumber Load(const FxParameter& parameter, std::size_t firstCell, const FxShape& shape)
+FxNumber Load(const FxParameter& parameter, size_t firstCell, const FxShape& shape)
 {
     FxNumber number;
     number.shape = shape;
-    std::copy_n(parameter.storage->cells.begin() + static_cast<std::ptrdiff_t>(firstCell),
-                shape.Count(), number.cells.begin());
+    std::copy_n(parameter.storage->cells.begin() + static_cast<ptrdiff_t>(firstCell), shape.Count(),
+                number.cells.begin());
     return number;
 }
 
 UINT Nearest(const FxNumber& index, UINT count)
 {
-    return static_cast<UINT>(std::clamp(index.Int(0), 0, static_cast<std::int32_t>(count) - 1));
+    return static_cast<UINT>(std::clamp(index.Int(0), 0, static_cast<int32_t>(count) - 1));
 }
 
-/// Whole numbers wrap round; what divides by 0 gives 0.
-std::int32_t Whole(FxOperation operation, std::int32_t a, std::int32_t b)
+/// Integers wrap around; division by 0 gives 0.
+int32_t Whole(FxOperation operation, int32_t a, int32_t b)
 {
-    const auto x = static_cast<std::uint32_t>(a);
-    const auto y = static_cast<std::uint32_t>(b);
-    const auto wide = [](std::int64_t value) { return static_cast<std::int32_t>(value); };
+    const auto x = static_cast<uint32_t>(a);
+    const auto y = static_cast<uint32_t>(b);
+    const auto wide = [](int64_t value) { return static_cast<int32_t>(value); };
     switch (operation) {
     case FxOperation::BitOr:
-        return static_cast<std::int32_t>(x | y);
+        return static_cast<int32_t>(x | y);
     case FxOperation::BitXor:
-        return static_cast<std::int32_t>(x ^ y);
+        return static_cast<int32_t>(x ^ y);
     case FxOperation::BitAnd:
-        return static_cast<std::int32_t>(x & y);
+        return static_cast<int32_t>(x & y);
     case FxOperation::ShiftLeft:
-        return static_cast<std::int32_t>(x << (y & 31));
+        return static_cast<int32_t>(x << (y & 31));
     case FxOperation::ShiftRight:
         return a >> (y & 31);
     case FxOperation::Add:
-        return static_cast<std::int32_t>(x + y);
+        return static_cast<int32_t>(x + y);
     case FxOperation::Subtract:
-        return static_cast<std::int32_t>(x - y);
+        return static_cast<int32_t>(x - y);
     case FxOperation::Multiply:
-        return static_cast<std::int32_t>(x * y);
+        return static_cast<int32_t>(x * y);
     case FxOperation::Divide:
-        return b == 0 ? 0 : wide(std::int64_t{a} / b);
+        return b == 0 ? 0 : wide(int64_t{a} / b);
     default:
-        return b == 0 ? 0 : wide(std::int64_t{a} % b);
+        return b == 0 ? 0 : wide(int64_t{a} % b);
     }
 }
 
@@ -125,7 +125,7 @@ void Unary(const FxStep& step, const FxNumber& a, FxNumber& resultOut)
     }
 }
 
-/// The upper left part where the value has more rows and columns than wanted.
+/// Takes the upper left part if the value has more rows or columns than wanted.
 void Convert(const FxStep& step, const FxNumber& a, FxNumber& resultOut)
 {
     const bool isFlat = a.shape.IsScalar() || a.shape.columns <= step.shape.columns;
@@ -142,7 +142,7 @@ void Convert(const FxStep& step, const FxNumber& a, FxNumber& resultOut)
 void Construct(const FxStep& step, const FxNumber* parts, FxNumber& resultOut)
 {
     UINT cell = 0;
-    for (std::uint32_t part = 0; part < step.count; ++part)
+    for (uint32_t part = 0; part < step.count; ++part)
         for (UINT i = 0; i < parts[part].shape.Count(); ++i)
             resultOut.cells[cell++] =
                 FxConvert(parts[part].cells[i], parts[part].shape.type, step.shape.type);
@@ -156,8 +156,8 @@ void Row(const FxStep& step, const FxNumber& whole, const FxNumber& index, FxNum
     std::copy_n(whole.cells.begin() + first, step.shape.Count(), resultOut.cells.begin());
 }
 
-/// How many values a step takes from the stack.
-std::size_t Takes(const FxStep& step)
+/// Number of values that a step pops from the stack.
+size_t Takes(const FxStep& step)
 {
     switch (step.operation) {
     case FxOperation::Literal:
@@ -181,7 +181,7 @@ std::size_t Takes(const FxStep& step)
     }
 }
 
-/// `taken` are the values that the step takes, in their order.
+/// `taken` are the values popped by the step, in their order.
 void Run(const FxStep& step, const FxNumber* taken, FxNumber& resultOut)
 {
     switch (step.operation) {
@@ -190,7 +190,7 @@ void Run(const FxStep& step, const FxNumber* taken, FxNumber& resultOut)
         break;
     case FxOperation::Element:
         resultOut = Load(*step.parameter,
-                         step.parameter->first + std::size_t{step.shape.Count()} *
+                         step.parameter->first + size_t{step.shape.Count()} *
                                                      Nearest(taken[0], step.parameter->elements),
                          step.shape);
         break;
@@ -234,7 +234,7 @@ void FxExpression::AddLiteral(const FxNumber& number)
 {
     FxStep step;
     step.shape = number.shape;
-    step.count = static_cast<std::uint32_t>(literals.size());
+    step.count = static_cast<uint32_t>(literals.size());
     literals.push_back(number);
     steps.push_back(step);
 }
@@ -253,7 +253,7 @@ void FxExpression::Clear()
 
 void FxExpression::Append(const FxExpression& other)
 {
-    const auto firstLiteral = static_cast<std::uint32_t>(literals.size());
+    const auto firstLiteral = static_cast<uint32_t>(literals.size());
     for (FxStep step : other.steps) {
         step.count += step.operation == FxOperation::Literal ? firstLiteral : 0;
         steps.push_back(step);
@@ -267,7 +267,7 @@ FxNumber FxExpression::Evaluate(std::vector<FxNumber>& scratch) const
     for (const FxStep& step : steps) {
         FxNumber result;
         result.shape = step.shape;
-        const std::size_t taken = Takes(step);
+        const size_t taken = Takes(step);
         if (step.operation == FxOperation::Literal)
             result = literals[step.count];
         else
@@ -285,9 +285,9 @@ bool FxExpression::Reads(const FxParameter& parameter) const
     });
 }
 
-std::uint64_t FxExpression::Newest() const
+uint64_t FxExpression::Newest() const
 {
-    std::uint64_t newest = 0;
+    uint64_t newest = 0;
     for (const FxStep& step : steps)
         if (step.parameter)
             newest = std::max(newest, step.parameter->storage->changed);

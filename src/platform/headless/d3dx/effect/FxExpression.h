@@ -10,7 +10,7 @@ namespace headless::fx {
 
 struct FxParameter;
 
-enum class FxOperation : std::uint8_t {
+enum class FxOperation : uint8_t {
     Literal,
     Parameter,
     Element, ///< of an array parameter; the index is on the stack
@@ -36,9 +36,9 @@ enum class FxOperation : std::uint8_t {
     Divide,
     Modulo,
     Choose,     ///< condition, value if true, value if false
-    Convert,    ///< to the step's shape; a scalar fills it, a larger value is cut
-    Construct,  ///< the cells of `count` values in a row
-    Components, ///< the cells that `components` names
+    Convert,    ///< to the step's shape; a scalar fills it, a larger value is truncated
+    Construct,  ///< the cells of `count` values, concatenated
+    Components, ///< the cells selected by `components`
     Row,        ///< of a vector or matrix; the index is on the stack
     Call,
 };
@@ -46,9 +46,9 @@ enum class FxOperation : std::uint8_t {
 /// One step of an expression in postfix order.
 struct FxStep {
     FxOperation operation = FxOperation::Literal;
-    FxShape shape;           ///< of the result
-    std::uint32_t count = 0; ///< literal number, count of values
-    std::array<std::uint8_t, 4> components = {};
+    FxShape shape;      ///< of the result
+    uint32_t count = 0; ///< literal number, or number of values
+    std::array<uint8_t, 4> components = {};
     const FxParameter* parameter = nullptr; ///< not owned, lives in the effect
     const FxIntrinsic* intrinsic = nullptr; ///< not owned, lives in its table
 };
@@ -61,7 +61,8 @@ inline FxStep FxStepOf(FxOperation operation, const FxShape& shape)
     return step;
 }
 
-/// What an assignment computes, checked when the effect was made: to evaluate it cannot fail.
+/// The computation of an assignment, type-checked when the effect was created: evaluation cannot
+/// fail.
 class FxExpression {
 public:
     FxShape Shape() const { return steps.empty() ? FxShape() : steps.back().shape; }
@@ -69,19 +70,19 @@ public:
 
     void Add(const FxStep& step) { steps.push_back(step); }
     void AddLiteral(const FxNumber& number);
-    /// Whether no parameter is read, so that the value never changes.
+    /// True if no parameter is read, so that the value never changes.
     bool IsConstant() const;
     void Clear();
-    /// Computes `other` behind what is there.
+    /// Appends the steps of `other`.
     void Append(const FxExpression& other);
 
-    /// `scratch` is working memory, kept by the caller between calls.
+    /// `scratch` is working memory that the caller keeps between calls.
     FxNumber Evaluate(std::vector<FxNumber>& scratch) const;
 
-    /// Whether `parameter` lies in `root`, of which a step reads a part.
+    /// Whether `parameter` lies in `root`, which a step reads in part.
     bool Reads(const FxParameter& parameter) const;
-    /// The newest change of a parameter that is read; 0 if none is.
-    std::uint64_t Newest() const;
+    /// The stamp of the newest change to a parameter that is read; 0 if none is.
+    uint64_t Newest() const;
 
 private:
     std::vector<FxStep> steps;

@@ -4,7 +4,7 @@
 
 namespace headless::fx {
 
-// Kept whole: one loop over the parts of a path, whose order is what matters.
+// Kept whole: one loop over the parts of a path, whose order matters.
 bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut)
 {
     const FxToken name = words.Peek();
@@ -24,12 +24,12 @@ bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpre
             if (!indexOut.Shape().IsScalar())
                 return words.FailAt(place, FxError::BadIndex, "an index is one number");
             if (indexOut.IsConstant()) {
-                const std::int32_t index = indexOut.Evaluate(scratch).Int(0);
+                const int32_t index = indexOut.Evaluate(scratch).Int(0);
                 if (index < 0 || static_cast<UINT>(index) >= parameterOut->elements)
                     return words.FailAt(place, FxError::BadIndex,
                                         "the index " + std::to_string(index) + " is outside of " +
                                             FxDescribe(name));
-                parameterOut = parameterOut->parts[static_cast<std::size_t>(index)].get();
+                parameterOut = parameterOut->parts[static_cast<size_t>(index)].get();
                 indexOut.Clear();
             }
         } else if (!parameterOut->IsArray() && parameterOut->kind == D3DXPC_STRUCT &&
@@ -103,17 +103,17 @@ bool FxExpressionReader::Component(FxExpression& out)
     return true;
 }
 
-/// `xyzw` or `rgba`, one to four of one set.
+/// `xyzw` or `rgba`: one to four letters of one set.
 bool FxExpressionReader::VectorComponents(std::string_view text, const FxShape& shape,
                                           FxStep& stepOut)
 {
     for (const std::string_view set : {"xyzw", "rgba"}) {
         stepOut.shape.columns = 0;
         for (const char c : text.substr(0, 5)) {
-            const std::size_t component = set.find(c);
+            const size_t component = set.find(c);
             if (component >= shape.columns || stepOut.shape.columns == 4)
                 break;
-            stepOut.components[stepOut.shape.columns++] = static_cast<std::uint8_t>(component);
+            stepOut.components[stepOut.shape.columns++] = static_cast<uint8_t>(component);
         }
         if (stepOut.shape.columns == text.size() && shape.rows == 1)
             return true;
@@ -121,12 +121,12 @@ bool FxExpressionReader::VectorComponents(std::string_view text, const FxShape& 
     return false;
 }
 
-/// `_11` counts from 1, `_m00` from 0; one to four behind one another.
+/// `_11` counts from 1, `_m00` from 0; one to four of them concatenated.
 bool FxExpressionReader::MatrixComponents(std::string_view text, const FxShape& shape,
                                           FxStep& stepOut)
 {
     const bool fromZero = text.starts_with("_m");
-    const std::size_t length = fromZero ? 4 : 3;
+    const size_t length = fromZero ? 4 : 3;
     for (; text.size() >= length && text.starts_with(fromZero ? "_m" : "_");
          text.remove_prefix(length)) {
         const int base = fromZero ? '0' : '1';
@@ -135,7 +135,7 @@ bool FxExpressionReader::MatrixComponents(std::string_view text, const FxShape& 
         if (row >= shape.rows || column >= shape.columns || stepOut.shape.columns == 4)
             return false;
         stepOut.components[stepOut.shape.columns++] =
-            static_cast<std::uint8_t>(row * shape.columns + column);
+            static_cast<uint8_t>(row * shape.columns + column);
     }
     return text.empty() && stepOut.shape.columns > 0;
 }

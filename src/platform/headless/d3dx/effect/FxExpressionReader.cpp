@@ -6,7 +6,7 @@ namespace headless::fx {
 
 namespace {
 
-/// What an operator's operands must be and what comes of them.
+/// What an operator requires of its operands and what its result is.
 enum class Family { Truth, Comparison, Bits, Arithmetic };
 
 struct Operator {
@@ -45,7 +45,7 @@ const Operator* FindOperator(const FxToken& word)
     return nullptr;
 }
 
-/// The one form of two operands; a scalar goes with anything.
+/// The common dimensions of two operands; a scalar fits any.
 bool CommonForm(const FxShape& a, const FxShape& b, FxShape& resultOut)
 {
     resultOut = a.IsScalar() ? b : a;
@@ -54,7 +54,7 @@ bool CommonForm(const FxShape& a, const FxShape& b, FxShape& resultOut)
 
 } // namespace
 
-/// One level of nesting, for as long as it lives.
+/// One level of nesting during its lifetime.
 struct FxExpressionReader::Level {
     explicit Level(FxExpressionReader& owner) : reader(owner) { ++reader.depth; }
     ~Level() { --reader.depth; }
@@ -85,7 +85,7 @@ bool FxExpressionReader::Read(FxExpression& expressionOut)
     return Choice(expressionOut);
 }
 
-bool FxExpressionReader::ReadConstant(std::int32_t& valueOut)
+bool FxExpressionReader::ReadConstant(int32_t& valueOut)
 {
     const FxPlace place = words.Peek().place;
     FxExpression expression;

@@ -6,23 +6,24 @@
 
 namespace headless::fx {
 
-/// Reads expressions and checks their types, so that to evaluate them cannot fail.
+/// Reads expressions and checks their types, so that evaluation cannot fail.
 class FxExpressionReader {
 public:
     FxExpressionReader(FxWords& text, const FxNames& known) : words(text), names(known) {}
 
-    /// The words of a state's values, which go before parameters of the same name; null for none.
+    /// The value names of a state, which take precedence over parameters of the same name; null for
+    /// none.
     void SetStateWords(const FxStateWords* table) { stateWords = table; }
-    /// In angle brackets parameters go before words, and `>` ends the expression.
+    /// In angle brackets parameters take precedence over value names, and `>` ends the expression.
     void SetInAngles(bool value) { inAngles = value; }
 
     bool Read(FxExpression& expressionOut);
-    /// As many numbers in braces as `target` has, row by row.
+    /// A list in braces of as many numbers as `target` has, row by row.
     bool ReadList(const FxShape& target, FxExpression& expressionOut);
-    /// One number with the values that parameters have now, such as the size of an array.
-    bool ReadConstant(std::int32_t& valueOut);
-    /// A parameter or a part of it: `a`, `a.b`, `a[2]`. What stands in brackets and is not known now ends
-    /// up in `indexOut`, for the array that is given out. Objects and numbers alike.
+    /// One number, evaluated with the current parameter values, such as an array size.
+    bool ReadConstant(int32_t& valueOut);
+    /// A parameter or a part of it, number or object: `a`, `a.b`, `a[2]`. An index that is not
+    /// known yet is returned in `indexOut`, together with the array.
     bool ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut);
 
 private:
@@ -58,8 +59,8 @@ private:
     std::vector<FxNumber> scratch;
 };
 
-/// Adds what makes the value one of `target`: a scalar fills it, more rows or columns are cut. False if
-/// there is too little.
+/// Adds the conversion to `target`: a scalar fills it, surplus rows or columns are dropped. False
+/// if there are too few.
 bool FxAddConversion(FxExpression& expressionInOut, const FxShape& target);
 
 } // namespace headless::fx

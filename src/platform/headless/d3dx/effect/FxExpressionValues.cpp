@@ -1,4 +1,4 @@
-// What stands between the operators of an expression: numbers, words, calls, lists.
+// The operands of an expression: numbers, words, calls, lists.
 
 #include "platform/headless/d3dx/effect/FxExpressionReader.h"
 
@@ -15,7 +15,7 @@ bool FxExpressionReader::Literal(FxExpression& out)
     return true;
 }
 
-/// Some words of states begin with a digit.
+/// Some value names begin with a digit.
 bool FxExpressionReader::StateWord(const FxToken& word, FxExpression& out)
 {
     const FxStateWord* found = stateWords ? stateWords->Find(word.text) : nullptr;
@@ -132,7 +132,7 @@ bool FxExpressionReader::Construct(const FxType& type, FxExpression& out)
                             FxDescribe(name) + " takes " + std::to_string(target.Count()) +
                                 " numbers, not " + std::to_string(count));
     FxStep step = FxStepOf(FxOperation::Construct, target);
-    step.count = static_cast<std::uint32_t>(shapes.size());
+    step.count = static_cast<uint32_t>(shapes.size());
     out.Add(step);
     return true;
 }
@@ -152,15 +152,15 @@ bool FxExpressionReader::Call(const FxIntrinsic& intrinsic, FxExpression& out)
     return true;
 }
 
-/// Braces inside the list only group, as in the initial values of parameters.
+/// Braces inside the list only group, as in initial values of parameters.
 bool FxExpressionReader::ReadList(const FxShape& target, FxExpression& out)
 {
     out.Clear();
     brackets = 0;
     const FxPlace place = words.Peek().place;
     UINT count = 0;
-    std::uint32_t values = 0;
-    std::size_t level = 0;
+    uint32_t values = 0;
+    size_t level = 0;
     ++brackets;
     do {
         if (words.Accept("{")) {

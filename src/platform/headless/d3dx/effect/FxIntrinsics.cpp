@@ -13,7 +13,7 @@ using Numbers = std::span<const FxNumber>;
 
 // ---- By component
 
-/// All arguments of one form; scalars go with any.
+/// All arguments have the same dimensions; scalars fit any.
 bool SameForm(Shapes arguments, FxShape& resultOut)
 {
     resultOut = {D3DXPT_FLOAT, 1, 1};
@@ -30,7 +30,7 @@ bool SameForm(Shapes arguments, FxShape& resultOut)
 
 void ByComponent(const FxIntrinsic& self, Numbers arguments, FxNumber& resultInOut)
 {
-    const auto value = [&](std::size_t argument, UINT i) {
+    const auto value = [&](size_t argument, UINT i) {
         return argument < arguments.size() ? static_cast<double>(arguments[argument].Float(i))
                                            : 0.0;
     };
@@ -106,7 +106,7 @@ bool SameVector(Shapes arguments, FxShape& resultOut)
     return SameForm(arguments, resultOut) && IsVector(resultOut);
 }
 
-/// A vector without a length stays as it is.
+/// A zero-length vector is returned unchanged.
 void RunNormalize(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
 {
     const double length = std::sqrt(Dot(arguments[0], arguments[0]));
@@ -145,8 +145,8 @@ void RunTranspose(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
                                  arguments[0].Float(row * from.columns + column));
 }
 
-/// A vector on the left is a row, on the right a column; a scalar scales; two vectors give their dot
-/// product.
+/// A vector on the left is a row, on the right a column; a scalar scales; two vectors give their
+/// dot product.
 bool MulShape(Shapes arguments, FxShape& resultOut)
 {
     const FxShape& a = arguments[0];

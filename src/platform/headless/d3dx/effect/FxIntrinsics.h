@@ -7,20 +7,21 @@
 
 namespace headless::fx {
 
-/// A function that expressions can call. Floats go in and come out; each component is computed in
-/// double precision and rounded once.
+/// A function that expressions can call. Arguments and results are floats; each component is
+/// computed in double precision and rounded once.
 struct FxIntrinsic {
     std::string_view name;
     UINT arguments;
-    /// The form of the result, false if the arguments do not fit.
+    /// The shape of the result; false if the arguments do not fit.
     bool (*shape)(std::span<const FxShape> arguments, FxShape& resultOut);
-    /// `arguments` have the number and forms that `shape` accepted. `resultInOut` has its shape.
+    /// `arguments` have the number and shapes that `shape` accepted. `resultInOut` has its result
+    /// shape.
     void (*run)(const FxIntrinsic& self, std::span<const FxNumber> arguments,
                 FxNumber& resultInOut);
-    double (*component)(double a, double b, double c); ///< for those that go by component
+    double (*component)(double a, double b, double c); ///< for component-wise functions
 };
 
-/// Null if there is none of the name.
+/// Null for an unknown name.
 const FxIntrinsic* FxFindIntrinsic(std::string_view name);
 
 } // namespace headless::fx

@@ -35,50 +35,47 @@ constexpr std::string_view kSingleSigns = "(){}[]<>;:,.=+-*/%!~&|^?#@";
 
 class Lexer {
 public:
-    Lexer(const FxSourceText& source, std::uint32_t fileIndex, FxDiagnostics& log)
+    Lexer(const FxSourceText& source, uint32_t fileIndex, FxDiagnostics& log)
         : text(source.text),
           joints(source.joints),
           file(fileIndex),
           diagnostics(log)
     {}
 
-    bool Run(std::size_t budget, std::vector<FxToken>& tokensOut);
+    bool Run(size_t budget, std::vector<FxToken>& tokensOut);
 
 private:
     bool SkipBlanks();
     bool SkipComment();
-    void Advance(std::size_t bytes);
+    void Advance(size_t bytes);
     void PassJoints();
-    char At(std::size_t ahead) const
+    char At(size_t ahead) const
     {
         return position + ahead < text.size() ? text[position + ahead] : '\0';
     }
-    FxPlace Place() const
-    {
-        return {file, line, static_cast<std::uint32_t>(position - lineStart + 1)};
-    }
-    std::size_t WordLength() const;
-    std::size_t NumberLength() const;
-    std::size_t StringLength() const;
-    std::size_t SignLength() const;
-    FxTokenKind Classify(std::size_t& lengthOut) const;
+    FxPlace Place() const { return {file, line, static_cast<uint32_t>(position - lineStart + 1)}; }
+    size_t WordLength() const;
+    size_t NumberLength() const;
+    size_t StringLength() const;
+    size_t SignLength() const;
+    FxTokenKind Classify(size_t& lengthOut) const;
 
     std::string_view text;
-    const std::vector<std::uint32_t>& joints;
-    std::size_t nextJoint = 0;
-    std::uint32_t file;
+    const std::vector<uint32_t>& joints;
+    size_t nextJoint = 0;
+    uint32_t file;
     FxDiagnostics& diagnostics;
-    std::size_t position = 0;
-    std::size_t lineStart = 0;
-    std::uint32_t line = 1;
+    size_t position = 0;
+    size_t lineStart = 0;
+    uint32_t line = 1;
     bool atLineStart = true;
     bool sawSpace = false;
 };
 
-/// Lines are counted where the file has them: at its line ends and at the joints.
-void Lexer::Advance(std::size_t bytes)
+/// Counts lines as in the file: at its line ends and at the joints.
+void Lexer::Advance(size_t bytes)
 {
-    for (const std::size_t end = position + bytes; position < end;) {
+    for (const size_t end = position + bytes; position < end;) {
         if (text[position] == '\n') {
             ++line;
             lineStart = position + 1;
@@ -99,12 +96,12 @@ void Lexer::PassJoints()
 bool Lexer::SkipComment()
 {
     if (At(1) == '/') {
-        const std::size_t end = std::min(text.find('\n', position), text.size());
+        const size_t end = std::min(text.find('\n', position), text.size());
         Advance(end - position);
         return true;
     }
     const FxPlace start = Place();
-    const std::size_t end = text.find("*/", position + 2);
+    const size_t end = text.find("*/", position + 2);
     if (end == std::string_view::npos)
         return diagnostics.Fail(start, FxError::BadText, "the comment has no end");
     Advance(end + 2 - position);
@@ -129,19 +126,19 @@ bool Lexer::SkipBlanks()
     return true;
 }
 
-std::size_t Lexer::WordLength() const
+size_t Lexer::WordLength() const
 {
-    std::size_t length = 0;
+    size_t length = 0;
     while (position + length < text.size() && IsWordPart(text[position + length]))
         ++length;
     return length;
 }
 
-/// As C takes them: a sign belongs to the number behind an exponent's letter.
-std::size_t Lexer::NumberLength() const
+/// As in C: after an exponent letter, a sign belongs to the number.
+size_t Lexer::NumberLength() const
 {
     const bool isHex = At(0) == '0' && Lower(At(1)) == 'x';
-    std::size_t length = 1;
+    size_t length = 1;
     while (position + length < text.size()) {
         const char c = text[position + length];
         const bool isExponentSign =
@@ -153,10 +150,10 @@ std::size_t Lexer::NumberLength() const
     return length;
 }
 
-/// 0 for a string that its line does not end.
-std::size_t Lexer::StringLength() const
+/// 0 for a string that is not closed on its line.
+size_t Lexer::StringLength() const
 {
-    for (std::size_t i = position + 1; i < text.size() && text[i] != '\n'; ++i) {
+    for (size_t i = position + 1; i < text.size() && text[i] != '\n'; ++i) {
         if (text[i] == '"')
             return i + 1 - position;
         if (text[i] == '\\')
@@ -165,7 +162,7 @@ std::size_t Lexer::StringLength() const
     return 0;
 }
 
-std::size_t Lexer::SignLength() const
+size_t Lexer::SignLength() const
 {
     const std::string_view rest = text.substr(position);
     for (const std::string_view sign : kSigns)
@@ -174,7 +171,7 @@ std::size_t Lexer::SignLength() const
     return kSingleSigns.find(rest.front()) == std::string_view::npos ? 0 : 1;
 }
 
-FxTokenKind Lexer::Classify(std::size_t& lengthOut) const
+FxTokenKind Lexer::Classify(size_t& lengthOut) const
 {
     const char c = text[position];
     if (IsWordStart(c)) {
@@ -192,7 +189,7 @@ FxTokenKind Lexer::Classify(std::size_t& lengthOut) const
     return FxTokenKind::Unknown;
 }
 
-bool Lexer::Run(std::size_t budget, std::vector<FxToken>& tokensOut)
+bool Lexer::Run(size_t budget, std::vector<FxToken>& tokensOut)
 {
     PassJoints();
     for (;;) {
@@ -204,7 +201,7 @@ bool Lexer::Run(std::size_t budget, std::vector<FxToken>& tokensOut)
             return diagnostics.Fail(Place(), FxError::Limit, "the effect's text is too long");
         FxToken token;
         token.place = Place();
-        std::size_t length = 0;
+        size_t length = 0;
         token.kind = Classify(length);
         token.text = text.substr(position, length);
         token.startsLine = std::exchange(atLineStart, false);
@@ -240,11 +237,11 @@ FxSourceText FxSourceText::FromFile(std::string_view bytes)
         bytes.remove_prefix(3);
     FxSourceText source;
     source.text.reserve(bytes.size());
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
+    for (size_t i = 0; i < bytes.size(); ++i) {
         const std::string_view rest = bytes.substr(i);
         if (rest.starts_with("\\\n") || rest.starts_with("\\\r\n")) {
             i += rest[1] == '\r' ? 2 : 1;
-            source.joints.push_back(static_cast<std::uint32_t>(source.text.size()));
+            source.joints.push_back(static_cast<uint32_t>(source.text.size()));
         } else {
             source.text += bytes[i];
         }
@@ -252,8 +249,8 @@ FxSourceText FxSourceText::FromFile(std::string_view bytes)
     return source;
 }
 
-bool FxLex(const FxSourceText& source, std::uint32_t file, std::size_t budget,
-           FxDiagnostics& diagnostics, std::vector<FxToken>& tokensOut)
+bool FxLex(const FxSourceText& source, uint32_t file, size_t budget, FxDiagnostics& diagnostics,
+           std::vector<FxToken>& tokensOut)
 {
     return Lexer(source, file, diagnostics).Run(budget, tokensOut);
 }

@@ -32,11 +32,11 @@ bool FxMacros::Spend(FxPlace place)
 
 // ---- Definitions
 
-/// The bracket follows the name without a blank, or it belongs to what the macro stands for.
-bool FxMacros::ReadParameters(std::span<const FxToken> words, std::size_t& positionInOut,
+/// The bracket must follow the name directly; otherwise it belongs to the replacement.
+bool FxMacros::ReadParameters(std::span<const FxToken> words, size_t& positionInOut,
                               FxMacro& macroOut)
 {
-    std::size_t& at = positionInOut;
+    size_t& at = positionInOut;
     if (at >= words.size() || !words[at].Is("(") || words[at].spaceBefore)
         return true;
     macroOut.takesArguments = true;
@@ -70,17 +70,17 @@ bool FxMacros::Define(std::span<const FxToken> words, FxPlace place)
         return diagnostics.Fail(words.empty() ? place : words[0].place, FxError::BadMacro,
                                 "#define needs a name");
     FxMacro macro;
-    std::size_t position = 1;
+    size_t position = 1;
     if (!ReadParameters(words, position, macro))
         return false;
-    macro.body.assign(words.begin() + static_cast<std::ptrdiff_t>(position), words.end());
+    macro.body.assign(words.begin() + static_cast<ptrdiff_t>(position), words.end());
     macros[words[0].text] = std::move(macro);
     return true;
 }
 
 // ---- Expansion
 
-/// The words under expansion: a stack, because a macro's text is read before what follows its call.
+/// The tokens being expanded: a stack, because a macro's text is read before what follows its call.
 class FxMacros::Expansion {
 public:
     explicit Expansion(std::span<const FxToken> words)
@@ -88,7 +88,7 @@ public:
         frames.push_back({{words.begin(), words.end()}, 0, nullptr});
     }
 
-    /// The next word, null at the end. Macros whose text is used up can be called again.
+    /// The next token, null at the end. A macro whose text is used up can be called again.
     const FxToken* Peek()
     {
         while (frames.back().position == frames.back().words.size()) {
@@ -110,7 +110,7 @@ public:
 private:
     struct Frame {
         std::vector<FxToken> words;
-        std::size_t position;
+        size_t position;
         FxMacro* macro; ///< null for the text itself; not owned, lives in the table
     };
     std::vector<Frame> frames;
@@ -137,7 +137,7 @@ bool FxMacros::MakeBuiltIn(FxToken& wordInOut)
     return true;
 }
 
-// Kept whole: the one loop over the words, with the reading of a call's arguments in its place.
+// Kept whole: one loop over the tokens, which also reads the arguments of calls.
 bool FxMacros::Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut, int depth)
 {
     if (depth > kFxMaxArgumentDepth)
@@ -245,29 +245,29 @@ bool FxMacros::Substitute(const FxMacro& macro, const Arguments& arguments, cons
                                     std::to_string(arguments.size()));
     Arguments expanded(arguments.size());
     std::vector<bool> isExpanded(arguments.size());
-    const auto parameterOf = [&](std::size_t i) {
+    const auto parameterOf = [&](size_t i) {
         const auto place =
             i < macro.body.size()
                 ? std::find(macro.parameters.begin(), macro.parameters.end(), macro.body[i].text)
                 : macro.parameters.end();
-        return static_cast<std::size_t>(place - macro.parameters.begin());
+        return static_cast<size_t>(place - macro.parameters.begin());
     };
-    const auto isJoint = [&](std::size_t i) {
+    const auto isJoint = [&](size_t i) {
         return macro.body[i].Is("##") && i > 0 && i + 1 < macro.body.size();
     };
 
     bool hasLeft = false;
-    for (std::size_t i = 0; i < macro.body.size(); ++i) {
+    for (size_t i = 0; i < macro.body.size(); ++i) {
         if (isJoint(i))
             continue;
         const bool joins = i > 0 && isJoint(i - 1);
         std::vector<FxToken> piece = {macro.body[i]};
-        if (const std::size_t named = parameterOf(i + 1);
+        if (const size_t named = parameterOf(i + 1);
             macro.takesArguments && piece[0].Is("#") && named < macro.parameters.size()) {
             if (!MakeString(arguments[named], call, piece[0]))
                 return false;
             ++i;
-        } else if (const std::size_t index = parameterOf(i); index < macro.parameters.size()) {
+        } else if (const size_t index = parameterOf(i); index < macro.parameters.size()) {
             const bool isRaw = joins || (i + 1 < macro.body.size() && isJoint(i + 1));
             if (!isRaw && !isExpanded[index]) {
                 if (!Expand(arguments[index], expanded[index], depth + 1))
@@ -278,7 +278,7 @@ bool FxMacros::Substitute(const FxMacro& macro, const Arguments& arguments, cons
         } else {
             piece[0] = WithPlaceOf(piece[0], call);
         }
-        std::size_t first = 0;
+        size_t first = 0;
         if (joins && hasLeft && !piece.empty()) {
             if (!Join(wordsOut.back(), piece[first++]))
                 return false;

@@ -9,12 +9,12 @@
 
 namespace headless::fx {
 
-/// `#define`: its parameters and what stands for a call.
+/// `#define`: the parameters and the replacement.
 struct FxMacro {
     bool takesArguments = false;
     std::vector<std::string_view> parameters;
     std::vector<FxToken> body;
-    int active = 0; ///< expansions under way; while there are any, its name is an ordinary word
+    int active = 0; ///< expansions in progress; while above 0 the name is not expanded
 };
 
 /// The macros of an effect and their expansion.
@@ -22,21 +22,20 @@ class FxMacros {
 public:
     FxMacros(FxSources& textSources, FxDiagnostics& log) : sources(textSources), diagnostics(log) {}
 
-    /// The words behind `#define`. A definition that differs from one before replaces it.
+    /// Takes the tokens after `#define`. A different definition replaces an earlier one.
     bool Define(std::span<const FxToken> words, FxPlace place);
     void Undefine(std::string_view name) { macros.erase(name); }
     bool IsDefined(std::string_view name) const;
 
-    /// Appends `words` with all macros replaced. Texts that macros make have the place of the call.
-    /// The sum of all that is made is limited, as are calls in arguments of calls.
+    /// Appends `words` with all macros replaced. Text produced by macros has the place of the call.
+    /// The total amount produced and the nesting of calls in arguments are limited.
     bool Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut);
 
 private:
     class Expansion;
     using Arguments = std::vector<std::vector<FxToken>>;
 
-    bool ReadParameters(std::span<const FxToken> words, std::size_t& positionInOut,
-                        FxMacro& macroOut);
+    bool ReadParameters(std::span<const FxToken> words, size_t& positionInOut, FxMacro& macroOut);
     bool Expand(std::span<const FxToken> words, std::vector<FxToken>& wordsOut, int depth);
     bool Substitute(const FxMacro& macro, const Arguments& arguments, const FxToken& call,
                     int depth, std::vector<FxToken>& wordsOut);
@@ -48,7 +47,7 @@ private:
     FxSources& sources;
     FxDiagnostics& diagnostics;
     std::unordered_map<std::string_view, FxMacro> macros;
-    std::size_t spent = 0;
+    size_t spent = 0;
 };
 
 } // namespace headless::fx

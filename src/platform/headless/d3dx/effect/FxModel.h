@@ -10,17 +10,17 @@
 
 namespace headless::fx {
 
-/// A pass. Its address is its handle, as that of a technique.
+/// A pass. Its address is its handle, as for a technique.
 struct FxPass {
     std::string name;
     std::vector<std::unique_ptr<FxParameter>> annotations;
     std::vector<FxAssignment> states;
-    /// What `GetPassDesc` shows of a shader that would have to be compiled: the version and the end of
-    /// code, as there is none on this host. A version of 0 is no shader.
+    /// What `GetPassDesc` returns as a shader's code: the version and an end token only, because
+    /// this host compiles none. A version of 0 means no shader.
     std::array<DWORD, 2> vertexFunction = {0, 0x0000FFFF};
     std::array<DWORD, 2> pixelFunction = {0, 0x0000FFFF};
-    std::string place; ///< in the text, as errors name it
-    std::string lack;  ///< why this host cannot draw it, with the place; "" for no reason
+    std::string place; ///< in the text, as errors show it
+    std::string lack;  ///< why this host cannot draw it, with the place; "" if it can
 };
 
 struct FxTechnique {
@@ -34,10 +34,9 @@ struct FxTechnique {
 struct FxModel {
     FxNames names;
     std::vector<std::unique_ptr<FxParameter>> parameters;
-    std::vector<std::unique_ptr<FxParameter>> constants; ///< `static` ones, which nobody sees
+    std::vector<std::unique_ptr<FxParameter>> constants; ///< `static`: callers cannot see them
     std::vector<std::unique_ptr<FxTechnique>> techniques;
-    std::string
-        lack; ///< why this host has no technique of it at all; "" where it has read the text
+    std::string lack; ///< why no technique of it is usable on this host; "" if the text was read
 };
 
 } // namespace headless::fx

@@ -9,13 +9,12 @@ namespace headless::fx {
 
 namespace {
 
-std::int32_t Truncate(float value)
+int32_t Truncate(float value)
 {
     constexpr float kEnd = 2147483648.0f;
     if (!(value > -kEnd)) // NaN too
-        return value <= -kEnd ? std::numeric_limits<std::int32_t>::min() : 0;
-    return value >= kEnd ? std::numeric_limits<std::int32_t>::max()
-                         : static_cast<std::int32_t>(value);
+        return value <= -kEnd ? std::numeric_limits<int32_t>::min() : 0;
+    return value >= kEnd ? std::numeric_limits<int32_t>::max() : static_cast<int32_t>(value);
 }
 
 DWORD ColorByte(float component)
@@ -66,7 +65,7 @@ float FxFloatOfCell(FxCell cell, D3DXPARAMETER_TYPE type)
     case D3DXPT_BOOL:
         return cell != 0 ? 1.0f : 0.0f;
     case D3DXPT_INT:
-        return static_cast<float>(static_cast<std::int32_t>(cell));
+        return static_cast<float>(static_cast<int32_t>(cell));
     default:
         return std::bit_cast<float>(cell);
     }
@@ -102,9 +101,9 @@ float FxNumber::Float(UINT index) const
     return FxFloatOfCell(cells[shape.IsScalar() ? 0 : index], shape.type);
 }
 
-std::int32_t FxNumber::Int(UINT index) const
+int32_t FxNumber::Int(UINT index) const
 {
-    return static_cast<std::int32_t>(
+    return static_cast<int32_t>(
         FxConvert(cells[shape.IsScalar() ? 0 : index], shape.type, D3DXPT_INT));
 }
 

@@ -8,12 +8,12 @@
 
 namespace headless::fx {
 
-// Numbers of effects. Each lies in a cell of four bytes: a BOOL of 0 or 1, a 32-bit integer, or the bits
-// of a float.
+// Numbers of effects. Each is stored in a four-byte cell: a BOOL of 0 or 1, a 32-bit integer, or
+// the bits of a float.
 
-using FxCell = std::uint32_t;
+using FxCell = uint32_t;
 
-/// A type and a form: 1 by 1 for a scalar, 1 by n for a vector, else a matrix.
+/// A type and dimensions: 1 by 1 for a scalar, 1 by n for a vector, else a matrix.
 struct FxShape {
     D3DXPARAMETER_TYPE type = D3DXPT_FLOAT;
     UINT rows = 1;
@@ -32,28 +32,27 @@ struct FxNumber {
     FxShape shape;
     std::array<FxCell, 16> cells = {};
 
-    /// The cell converted. A scalar answers for every index.
+    /// The cell converted. A scalar gives its value for every index.
     float Float(UINT index) const;
-    std::int32_t Int(UINT index) const;
+    int32_t Int(UINT index) const;
     bool Bool(UINT index) const;
     void SetFloat(UINT index, float value);
-    void SetInt(UINT index, std::int32_t value) { cells[index] = static_cast<FxCell>(value); }
+    void SetInt(UINT index, int32_t value) { cells[index] = static_cast<FxCell>(value); }
 };
 
-/// Float to integer drops the fraction and stops at the ends of the range, NaN is 0; anything but 0 is
-/// true.
+/// Float to integer truncates and saturates, NaN becomes 0; anything but 0 is true.
 FxCell FxConvert(FxCell cell, D3DXPARAMETER_TYPE from, D3DXPARAMETER_TYPE to);
-/// Any value as a cell of the type.
+/// Converts a value to a cell of the type.
 FxCell FxCellOfFloat(float value, D3DXPARAMETER_TYPE type);
 float FxFloatOfCell(FxCell cell, D3DXPARAMETER_TYPE type);
 
-/// A colour as Direct3D packs it, of 3 or 4 floats from 0 to 1; three leave alpha 0.
+/// Packs 3 or 4 floats of 0..1 as a Direct3D colour; with three, alpha is 0.
 D3DCOLOR FxPackColor(const float* components, UINT count);
-/// Red, green, blue, alpha from 0 to 1.
+/// Red, green, blue, alpha, each 0..1.
 std::array<float, 4> FxUnpackColor(D3DCOLOR color);
 
-/// A number as it stands in a text: whole ones in base 8, 10 or 16 with U and L behind them, floats
-/// with F, H or L. False for anything else or what is out of range.
+/// Parses a number literal: integers in base 8, 10 or 16 with suffixes U and L, floats with F, H or
+/// L. False for anything else and for values out of range.
 bool FxParseNumber(std::string_view text, FxNumber& numberOut);
 
 } // namespace headless::fx

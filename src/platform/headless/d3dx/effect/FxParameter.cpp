@@ -6,7 +6,7 @@ namespace headless::fx {
 
 namespace {
 
-std::uint64_t gNewestStamp = 0;
+uint64_t gNewestStamp = 0;
 
 bool ReadsObject(const FxObject& object, const FxParameter& parameter)
 {
@@ -17,7 +17,7 @@ bool ReadsObject(const FxObject& object, const FxParameter& parameter)
 
 } // namespace
 
-std::uint64_t FxStamp()
+uint64_t FxStamp()
 {
     return ++gNewestStamp;
 }
@@ -27,9 +27,9 @@ void FxStorage::Touch()
     changed = FxStamp();
 }
 
-std::size_t FxParameter::ValueCount() const
+size_t FxParameter::ValueCount() const
 {
-    const std::size_t count = std::max(elements, 1u);
+    const size_t count = std::max(elements, 1u);
     if (kind == D3DXPC_STRUCT)
         return 0;
     return IsNumeric() ? count * CellCount() : count;
@@ -43,7 +43,7 @@ UINT FxParameter::ByteCount() const
             sum += part->ByteCount();
         return sum;
     }
-    const std::size_t size = IsNumeric() ? sizeof(FxCell) : sizeof(void*);
+    const size_t size = IsNumeric() ? sizeof(FxCell) : sizeof(void*);
     return static_cast<UINT>(ValueCount() * size);
 }
 
@@ -51,12 +51,12 @@ const FxParameter* FxObject::Resolve(std::vector<FxNumber>& scratch) const
 {
     if (!parameter || !parameter->IsArray())
         return parameter;
-    const std::int32_t wanted = index.IsEmpty() ? 0 : index.Evaluate(scratch).Int(0);
-    const auto last = static_cast<std::int32_t>(parameter->elements) - 1;
-    return parameter->parts[static_cast<std::size_t>(std::clamp(wanted, 0, last))].get();
+    const int32_t wanted = index.IsEmpty() ? 0 : index.Evaluate(scratch).Int(0);
+    const auto last = static_cast<int32_t>(parameter->elements) - 1;
+    return parameter->parts[static_cast<size_t>(std::clamp(wanted, 0, last))].get();
 }
 
-/// A sampler's states are read where the sampler is.
+/// An assignment that uses a sampler also reads what the sampler's states read.
 bool FxAssignment::Reads(const FxParameter& parameter) const
 {
     if (value.Reads(parameter) || ReadsObject(object, parameter))
@@ -75,9 +75,9 @@ bool FxAssignment::Reads(const FxParameter& parameter) const
                        [&](const auto& part) { return anyReads(*part); });
 }
 
-std::uint64_t FxAssignment::Newest() const
+uint64_t FxAssignment::Newest() const
 {
-    std::uint64_t newest = std::max(value.Newest(), object.index.Newest());
+    uint64_t newest = std::max(value.Newest(), object.index.Newest());
     if (!object.parameter)
         return newest;
     newest = std::max(newest, object.parameter->storage->changed);

@@ -19,9 +19,9 @@ struct FxParameter;
 /// A texture, sampler or shader that an assignment names.
 struct FxObject {
     const FxParameter* parameter = nullptr; ///< null for NULL; not owned, lives in the effect
-    FxExpression index;                     ///< of an array; empty for none
+    FxExpression index;                     ///< index into an array; empty for none
 
-    /// The parameter, or the element of the array that the index tells, the nearest if it is outside.
+    /// The parameter, or the array element that the index selects, clamped to the array.
     const FxParameter* Resolve(std::vector<FxNumber>& scratch) const;
 };
 
@@ -33,7 +33,7 @@ struct FxAssignment {
     FxObject object;
 
     bool Reads(const FxParameter& parameter) const;
-    std::uint64_t Newest() const;
+    uint64_t Newest() const;
 };
 
 /// The values of a parameter with all its elements and members. Effects of a pool share it.
@@ -41,14 +41,14 @@ struct FxStorage {
     std::vector<FxCell> cells;
     std::vector<std::string> strings;
     std::vector<ComPointer<IDirect3DBaseTexture9>> textures;
-    std::uint64_t changed = 0; ///< by `FxStamp`
+    uint64_t changed = 0; ///< by `FxStamp`
 
-    /// Notes a change.
+    /// Records a change.
     void Touch();
 };
 
-/// Rises with every change of any parameter.
-std::uint64_t FxStamp();
+/// A new stamp, rising with every change of any parameter.
+uint64_t FxStamp();
 
 struct FxType;
 
@@ -61,14 +61,14 @@ struct FxParameter {
     D3DXPARAMETER_TYPE type = D3DXPT_FLOAT;
     UINT rows = 0;
     UINT columns = 0;
-    UINT elements = 0; ///< 0 for no array
+    UINT elements = 0; ///< 0 if not an array
     DWORD flags = 0;
     std::shared_ptr<FxStorage> storage;
-    std::size_t first = 0; ///< its first cell, string or texture in `storage`
+    size_t first = 0; ///< index of its first cell, string or texture in `storage`
     std::vector<std::unique_ptr<FxParameter>>
         parts; ///< an array's elements, else a struct's members
     std::vector<std::unique_ptr<FxParameter>> annotations;
-    std::vector<FxAssignment> samplerStates; ///< of a sampler that is no array
+    std::vector<FxAssignment> samplerStates; ///< of a sampler that is not an array
     DWORD shaderVersion = 0; ///< of a shader parameter, as in compiled code; 0 for NULL
 
     bool IsArray() const { return elements > 0; }
@@ -79,16 +79,16 @@ struct FxParameter {
     FxShape Shape() const { return {type, rows, columns}; }
     /// Cells of one element.
     UINT CellCount() const { return rows * columns; }
-    /// Cells, or objects, with all elements; 0 for a struct.
-    std::size_t ValueCount() const;
-    /// What `D3DXPARAMETER_DESC` tells as its size.
+    /// Number of cells, or objects, over all elements; 0 for a struct.
+    size_t ValueCount() const;
+    /// The size that `D3DXPARAMETER_DESC` reports.
     UINT ByteCount() const;
 
     FxCell* Cells() { return storage->cells.data() + first; }
     const FxCell* Cells() const { return storage->cells.data() + first; }
 };
 
-/// The part, element or annotation of the name; null if there is none.
+/// The part, element or annotation of that name; null if there is none.
 FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,
                           std::string_view name);
 

@@ -6,17 +6,17 @@
 
 namespace headless::fx {
 
-/// Reads an effect's words into a model. What it cannot read is an error of `diagnostics`.
+/// Parses an effect's tokens into a model. Anything invalid becomes an error in `diagnostics`.
 class FxParser {
 public:
-    /// `pool` may be null. All of them outlive this.
+    /// `pool` may be null. All arguments outlive this.
     FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
              FxModel& target);
 
     bool Run();
 
 private:
-    /// What stands before a declared name.
+    /// What precedes a declared name.
     struct Declaration {
         FxType type;
         DWORD flags = 0;
@@ -54,7 +54,7 @@ private:
     bool String(FxParameter& parameter);
     bool Sampler(FxParameter& parameter);
     bool Shader(bool isVertex, DWORD& versionOut);
-    DWORD ShaderVersion(bool isVertex, std::size_t ahead) const;
+    DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
 
@@ -78,8 +78,8 @@ private:
     FxExpressionReader expressions;
     std::vector<FxNumber> scratch;
     bool isInStruct = false;
-    std::size_t nodes = 0;
-    std::size_t cells = 0;
+    size_t nodes = 0;
+    size_t cells = 0;
 };
 
 } // namespace headless::fx

@@ -1,4 +1,4 @@
-// Everything at the outer level of an effect but its techniques: types, parameters, functions.
+// Everything at the top level of an effect except techniques: types, parameters, functions.
 
 #include <algorithm>
 #include <utility>
@@ -140,15 +140,15 @@ bool FxParser::Struct(FxType& typeOut)
     return true;
 }
 
-/// UNMODELLED: a struct that is declared inside a struct, so that this never calls itself. Its text is
-/// left to the caller; its name and those inside of it are kept.
+/// UNMODELLED: a struct declared inside a struct; so this never recurses. Leaves the body to the
+/// caller, but records the struct's name and those declared in it.
 void FxParser::NestedStruct(FxType& typeOut)
 {
     typeOut = FxType::Unmodelled();
     if (!words.Is("{"))
         model.names.types.emplace(words.Next().text, typeOut);
-    std::size_t depth = 0;
-    for (std::size_t ahead = 0; words.Peek(ahead).kind != FxTokenKind::End; ++ahead) {
+    size_t depth = 0;
+    for (size_t ahead = 0; words.Peek(ahead).kind != FxTokenKind::End; ++ahead) {
         depth += words.Peek(ahead).Is("{") ? 1 : 0;
         if (words.Peek(ahead).Is("}") && --depth == 0)
             return;
@@ -164,7 +164,7 @@ bool FxParser::Members(FxStruct& structure)
         return false;
     while (!words.Accept("}")) {
         Declaration declaration;
-        // Interpolation means something to shaders alone.
+        // Interpolation modifiers only matter to shaders.
         while (words.Accept("centroid") || words.Accept("linear") ||
                words.Accept("nointerpolation"))
             continue;
@@ -196,8 +196,8 @@ bool FxParser::AddMember(FxStruct& structure, FxMember member, FxPlace place)
         if (other.name == member.name)
             return words.FailAt(place, FxError::Redefinition,
                                 "the struct has a member '" + member.name + "' already");
-    const std::size_t count = std::max(member.elements, 1u);
-    std::size_t ownNodes = member.elements; // an element is a node, its parts come on top
+    const size_t count = std::max(member.elements, 1u);
+    size_t ownNodes = member.elements; // each element is a node; its parts are counted below
     if (const FxStruct* inner = member.type.structure) {
         structure.depth = std::max(structure.depth, inner->depth + 1);
         ownNodes += inner->nodes * count;
@@ -257,7 +257,7 @@ bool FxParser::Variables()
     return words.Expect(";");
 }
 
-/// What a function does matters to shaders alone: its text is passed over.
+/// Only shaders use functions: the body is skipped.
 bool FxParser::Function(const FxToken& name)
 {
     if (!words.SkipBrackets("(", ")"))
@@ -272,17 +272,17 @@ bool FxParser::Function(const FxToken& name)
     return words.Is("{") ? words.SkipBrackets("{", "}") : words.Unexpected("'{'");
 }
 
-/// UNMODELLED: arrays of arrays. All their extents are read.
+/// UNMODELLED: arrays of arrays. All their sizes are read.
 bool FxParser::Elements(UINT& elementsOut, bool& isModelledInOut)
 {
     elementsOut = 0;
     if (!words.Accept("["))
         return true;
     const FxPlace place = words.Peek().place;
-    std::int32_t count = 0;
+    int32_t count = 0;
     if (!expressions.ReadConstant(count) || !words.Expect("]"))
         return false;
-    if (count < 1 || static_cast<std::size_t>(count) > kFxMaxElements)
+    if (count < 1 || static_cast<size_t>(count) > kFxMaxElements)
         return words.FailAt(place, FxError::BadIndex,
                             "an array cannot have " + std::to_string(count) + " elements");
     elementsOut = static_cast<UINT>(count);
@@ -294,7 +294,7 @@ bool FxParser::Elements(UINT& elementsOut, bool& isModelledInOut)
     return true;
 }
 
-/// Also `: register(c0)` and `: packoffset(c0)`, which matter to shaders alone.
+/// Also `: register(c0)` and `: packoffset(c0)`, which only matter to shaders.
 bool FxParser::Semantic(std::string& semanticOut, bool& hasSemanticOut)
 {
     words.Next();
@@ -317,7 +317,7 @@ bool FxParser::Variable(const Declaration& declaration, const FxToken& name)
                             "there is a parameter " + FxDescribe(name) + " already");
     if (!Elements(elements, isModelled))
         return false;
-    // What this host cannot keep is read as a number, for what stands behind it.
+    // A parameter that this host cannot store is read as a number, to get past the text after it.
     std::unique_ptr<FxParameter> made =
         isModelled ? Make(declaration.type, elements, name.place) : Make({}, 0, name.place);
     if (!made)
@@ -379,7 +379,7 @@ bool FxParser::Annotation(List& annotationsOut)
     bool isModelled = declaration.type.isModelled;
     if (!words.ExpectName(text) || !Elements(elements, isModelled))
         return false;
-    if (!isModelled) // nobody can ask for its value
+    if (!isModelled) // its value cannot be used
         return words.Expect("=") && words.SkipValue() && words.Expect(";");
     const bool isPossible = declaration.type.IsNumeric() || declaration.type.type == D3DXPT_STRING;
     if (!isPossible)

@@ -1,4 +1,4 @@
-// Techniques, passes and the states that they assign.
+// Techniques, passes and their state assignments.
 
 #include <algorithm>
 #include <utility>
@@ -20,7 +20,7 @@ void AddKeys(const FxParameter& sampler, UINT index, std::vector<FxStateKey>& ke
             keysOut.push_back({FxStateKind::Sampler, index, assignment.state->number});
 }
 
-/// How many numbers a list in braces has for a state.
+/// The shape of a list in braces for a state.
 FxShape ListShape(const FxState& state)
 {
     switch (state.value) {
@@ -54,7 +54,7 @@ void AddKeys(const FxAssignment& assignment, std::vector<FxStateKey>& keysOut)
         keysOut.push_back({FxStateKind::Texture, assignment.index, 0});
         if (object)
             AddKeys(*object, assignment.index, keysOut);
-        for (std::size_t i = 0; object && i < object->parts.size(); ++i)
+        for (size_t i = 0; object && i < object->parts.size(); ++i)
             AddKeys(*object->parts[i], assignment.index, keysOut);
         break;
     case FxStateKind::ShaderConstant:
@@ -143,23 +143,23 @@ bool FxParser::PassState(FxPass& pass)
     return true;
 }
 
-/// Keeps the first reason why the pass cannot be drawn here.
+/// Keeps only the first reason why the pass cannot be drawn here.
 void FxParser::KeepLack(FxPass& pass, const FxToken& word, const std::string& what) const
 {
     if (pass.lack.empty())
         pass.lack = diagnostics.PlaceText(word.place) + ": " + what;
 }
 
-/// A light beyond those that effects have here, or a sampler of the vertex stages.
+/// A light beyond those supported in effects, or a sampler of the vertex stages.
 bool FxParser::IsUnmodelledPlace(const FxState& state) const
 {
     FxNumber number;
     if (!words.Is("[") || words.Peek(1).kind != FxTokenKind::Number || !words.Peek(2).Is("]") ||
         !FxParseNumber(words.Peek(1).text, number))
         return false;
-    const std::int32_t index = number.Int(0);
+    const int32_t index = number.Int(0);
     if (state.kind == FxStateKind::Light || state.kind == FxStateKind::LightEnable)
-        return index >= static_cast<std::int32_t>(state.places);
+        return index >= static_cast<int32_t>(state.places);
     const bool isSampler = state.kind == FxStateKind::Sampler ||
                            state.kind == FxStateKind::SamplerObject ||
                            state.kind == FxStateKind::Texture;
@@ -206,7 +206,7 @@ bool FxParser::StateIndex(const FxState& state, UINT& indexOut)
     if (!words.Accept("["))
         return true;
     const FxPlace place = words.Peek().place;
-    std::int32_t index = 0;
+    int32_t index = 0;
     expressions.SetStateWords(nullptr);
     if (!expressions.ReadConstant(index) || !words.Expect("]"))
         return false;
@@ -218,7 +218,7 @@ bool FxParser::StateIndex(const FxState& state, UINT& indexOut)
     return true;
 }
 
-/// From behind the state's name to behind the semicolon.
+/// From after the state's name to after the semicolon.
 bool FxParser::Assignment(const FxState& state, FxAssignment& assignmentOut)
 {
     assignmentOut.state = &state;
@@ -265,7 +265,7 @@ bool FxParser::CheckValue(const FxState& state, FxPlace place, FxExpression& val
     }
 }
 
-/// `NULL`, or a parameter as it is, in round brackets or in angle brackets.
+/// `NULL`, or a parameter: bare, in parentheses or in angle brackets.
 bool FxParser::ObjectValue(const FxState& state, FxAssignment& assignmentOut)
 {
     if (IsNull()) {

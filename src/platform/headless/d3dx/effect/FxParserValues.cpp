@@ -10,7 +10,7 @@ namespace headless::fx {
 
 namespace {
 
-/// The type of each cell, in their order. Structs lie in one another to a limited depth.
+/// The types of all cells in order. Struct nesting is limited.
 void ListCellTypes(const FxParameter& parameter, std::vector<D3DXPARAMETER_TYPE>& typesOut)
 {
     if (parameter.IsNumeric())
@@ -33,7 +33,7 @@ std::string Unquote(std::string_view text)
     static constexpr std::pair<char, char> kEscapes[] = {
         {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'0', '\0'}};
     std::string result;
-    for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+    for (size_t i = 1; i + 1 < text.size(); ++i) {
         char c = text[i];
         if (c == '\\' && i + 2 < text.size()) {
             c = text[++i];
@@ -51,11 +51,11 @@ std::string Unquote(std::string_view text)
 
 std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, FxPlace place)
 {
-    const std::size_t count = std::max(elements, 1u);
+    const size_t count = std::max(elements, 1u);
     const FxStruct* structure = type.structure;
-    const std::size_t inner = structure ? structure->nodes : 0;
+    const size_t inner = structure ? structure->nodes : 0;
     nodes += 1 + elements + inner * count;
-    cells += count * (structure ? structure->cells : std::size_t{type.rows} * type.columns);
+    cells += count * (structure ? structure->cells : size_t{type.rows} * type.columns);
     if (nodes > kFxMaxNodes || cells > kFxMaxCells) {
         words.FailAt(place, FxError::Limit, "the effect has too many parameters");
         return nullptr;
@@ -66,8 +66,8 @@ std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, F
     return parameter;
 }
 
-/// Takes its place in the storage; parts have theirs in that of the whole. The depth is that of structs,
-/// which is limited.
+/// Allocates its place in the storage; parts use that of the whole. Recurses as deep as structs
+/// nest, which is limited.
 void FxParser::Build(FxParameter& parameter, const FxType& type, UINT elements)
 {
     parameter.kind = type.kind;
@@ -116,8 +116,8 @@ bool FxParser::Value(FxParameter& parameter)
     return HasOnlyNumbers(parameter) ? Numbers(parameter) : ObjectList(parameter);
 }
 
-/// Whether an initial value is one that this host cannot keep: that of a struct with textures or
-/// strings, or one with a name that means nothing here.
+/// Whether this host cannot store the initial value: that of a struct with textures or strings, or
+/// one with a name that this host does not support.
 bool FxParser::ReadsUnmodelled(const FxParameter& parameter) const
 {
     if (parameter.kind == D3DXPC_STRUCT && !HasOnlyNumbers(parameter))
@@ -147,13 +147,13 @@ bool FxParser::Numbers(FxParameter& parameter)
     return true;
 }
 
-/// Braces inside the list only group: what counts is the number of values.
+/// Braces inside the list only group: only the number of values counts.
 bool FxParser::NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETER_TYPE>& types)
 {
     const FxPlace place = words.Peek().place;
     FxCell* cell = parameter.storage->cells.data() + parameter.first;
-    std::size_t count = 0;
-    std::size_t depth = 0;
+    size_t count = 0;
+    size_t depth = 0;
     do {
         if (words.Accept("{")) {
             ++depth;
@@ -193,7 +193,7 @@ bool FxParser::ObjectList(FxParameter& parameter)
     const FxPlace place = words.Peek().place;
     if (!words.Expect("{"))
         return false;
-    std::size_t count = 0;
+    size_t count = 0;
     while (!words.Accept("}")) {
         if (count == parameter.parts.size())
             return words.Fail(FxError::BadInitializer,
@@ -229,7 +229,7 @@ bool FxParser::Object(FxParameter& parameter)
     return true;
 }
 
-/// Strings behind one another are one.
+/// Adjacent strings are concatenated.
 bool FxParser::String(FxParameter& parameter)
 {
     if (words.Peek().kind != FxTokenKind::String)
@@ -263,9 +263,9 @@ bool FxParser::Sampler(FxParameter& parameter)
 
 // ---- Shaders, which this host does not compile
 
-/// The version as it stands first in compiled code, from the profile `ahead` of the next word: `vs_1_1`,
-/// `vs.1.1`, `vs_2_a`. What is no profile is taken for 1.1, as the shader is not compiled anyway.
-DWORD FxParser::ShaderVersion(bool isVertex, std::size_t ahead) const
+/// The version token of compiled code for the profile `ahead` of the next token: `vs_1_1`,
+/// `vs.1.1`, `vs_2_a`. An invalid profile counts as 1.1, as the shader is not compiled anyway.
+DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
 {
     std::string text(words.Peek(ahead).text);
     if (text.size() == 2) // the dotted form is a word and a number
@@ -277,7 +277,7 @@ DWORD FxParser::ShaderVersion(bool isVertex, std::size_t ahead) const
     return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
-/// Whatever stands inside `asm` and `compile` is passed over: it matters to shaders alone.
+/// Skips the contents of `asm` and `compile`, which only matter to shaders.
 bool FxParser::Shader(bool isVertex, DWORD& versionOut)
 {
     versionOut = 0;

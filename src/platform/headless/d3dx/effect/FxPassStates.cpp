@@ -8,7 +8,7 @@ namespace headless::fx {
 
 namespace {
 
-/// What a light that nobody has set yet begins with: white, along the z axis.
+/// The defaults of a light that has not been set: white, along the z axis.
 D3DLIGHT9 FirstLight()
 {
     D3DLIGHT9 light = {};
@@ -31,8 +31,7 @@ void Keep(HRESULT result, HRESULT& firstInOut)
 
 } // namespace
 
-HRESULT FxPassStates::Apply(IDirect3DDevice9& device, const FxPass& pass,
-                            std::uint64_t changedAfter)
+HRESULT FxPassStates::Apply(IDirect3DDevice9& device, const FxPass& pass, uint64_t changedAfter)
 {
     HRESULT first = D3D_OK;
     refused = nullptr;
@@ -114,7 +113,7 @@ HRESULT FxPassStates::ApplySampler(IDirect3DDevice9& device, const FxAssignment&
     return first;
 }
 
-/// A pass with a shader is never applied, so the shaders that arrive here are none.
+/// A pass with a shader is never applied, so shaders assigned here are always null.
 HRESULT FxPassStates::ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment)
 {
     const FxState& state = *assignment.state;
@@ -156,7 +155,7 @@ HRESULT FxPassStates::ApplyOne(IDirect3DDevice9& device, const FxAssignment& ass
 
 // ---- The material and the lights, which the device takes as a whole
 
-/// All fields of one record that the pass assigns, in their order.
+/// Stores all fields of one record that the pass assigns, in order.
 void FxPassStates::PutFields(const FxPass& pass, const FxAssignment& first, void* recordOut)
 {
     auto* bytes = static_cast<unsigned char*>(recordOut);
@@ -164,7 +163,7 @@ void FxPassStates::PutFields(const FxPass& pass, const FxAssignment& first, void
         const FxState& state = *assignment.state;
         if (state.kind != first.state->kind || assignment.index != first.index)
             continue;
-        unsigned char* field = bytes + std::size_t{state.number} * sizeof(float);
+        unsigned char* field = bytes + size_t{state.number} * sizeof(float);
         if (state.value == FxStateValue::Floats) {
             const FxNumber number = assignment.value.Evaluate(scratch);
             std::memcpy(field, number.cells.data(), state.floats * sizeof(float));

@@ -10,13 +10,13 @@
 
 namespace headless::fx {
 
-/// Sends the states of passes to a device.
+/// Applies the states of passes to a device.
 class FxPassStates {
 public:
-    /// Those states that read a parameter changed after the stamp `changedAfter`, all for 0. The first
-    /// failure, after all have been tried.
-    HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, std::uint64_t changedAfter);
-    /// What the last `Apply` failed for, as "LightType[1]"; "" if it did not.
+    /// Applies the states that read a parameter changed after the stamp `changedAfter`; all states
+    /// if it is 0. Tries all of them and returns the first failure.
+    HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, uint64_t changedAfter);
+    /// The state that made the last `Apply` fail, such as "LightType[1]"; "" if it succeeded.
     std::string Refused() const;
 
 private:

@@ -10,7 +10,7 @@ namespace headless::fx {
 
 namespace {
 
-/// What every effect can ask for.
+/// Macros that every effect can test.
 constexpr char kPredefined[] = "#define D3DX 1\n"
                                "#define D3DX_VERSION 0x0902\n"
                                "#define DIRECT3D 1\n"
@@ -87,7 +87,7 @@ bool FxPreprocessor::FinishSource()
     return true;
 }
 
-/// Everything up to the next directive: a macro's arguments may go over several lines.
+/// Takes everything up to the next directive: a macro's arguments may span several lines.
 std::vector<FxToken> FxPreprocessor::TakeText()
 {
     Source& source = stack.back();
@@ -218,16 +218,16 @@ bool FxPreprocessor::EndIf(FxPlace place)
     return true;
 }
 
-/// `defined` is answered first: its name must not be replaced.
+/// Resolves `defined` first: its operand must not be expanded.
 bool FxPreprocessor::Evaluate(Words line, bool& valueOut)
 {
     std::vector<FxToken> words;
-    for (std::size_t i = 2; i < line.size(); ++i) {
+    for (size_t i = 2; i < line.size(); ++i) {
         FxToken word = line[i];
         if (word.Is("defined")) {
             const bool hasBrackets =
                 i + 3 < line.size() && line[i + 1].Is("(") && line[i + 3].Is(")");
-            const std::size_t name = i + (hasBrackets ? 2 : 1);
+            const size_t name = i + (hasBrackets ? 2 : 1);
             if (name >= line.size() || line[name].kind != FxTokenKind::Identifier)
                 return diagnostics.Fail(word.place, FxError::BadCondition, "defined needs a name");
             word.kind = FxTokenKind::Number;
@@ -256,8 +256,8 @@ bool FxPreprocessor::Undefine(Words line)
     return true;
 }
 
-/// The name comes in quotation marks or angle brackets, also out of a macro. A name in brackets is
-/// put together from its words.
+/// The name is in quotation marks or angle brackets, possibly from a macro. In angle brackets it is
+/// assembled from its tokens.
 bool FxPreprocessor::Include(Words line)
 {
     std::vector<FxToken> words;
@@ -266,7 +266,7 @@ bool FxPreprocessor::Include(Words line)
     std::string name;
     const bool isSystem = !words.empty() && words[0].Is("<");
     if (isSystem) {
-        for (std::size_t i = 1; i < words.size() && !words[i].Is(">"); ++i)
+        for (size_t i = 1; i < words.size() && !words[i].Is(">"); ++i)
             name += (words[i].spaceBefore && i > 1 ? " " : "") + std::string(words[i].text);
     } else if (!words.empty() && words[0].kind == FxTokenKind::String) {
         name = words[0].text.substr(1, words[0].text.size() - 2);
@@ -283,11 +283,11 @@ bool FxPreprocessor::Include(Words line)
     return Push(file.path, *file.text, file.data, place);
 }
 
-/// The next line gets the number given.
+/// `#line` numbers the line that follows.
 bool FxPreprocessor::SetLine(Words line)
 {
     Source& source = stack.back();
-    std::uint32_t number = 0;
+    uint32_t number = 0;
     const std::string_view digits = line.size() > 2 ? line[2].text : std::string_view();
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (digits.empty() || error != std::errc() || end != digits.data() + digits.size())

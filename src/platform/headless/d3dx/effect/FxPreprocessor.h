@@ -9,14 +9,14 @@
 
 namespace headless::fx {
 
-/// An effect's text with includes brought in, conditions settled and macros replaced.
+/// An effect's text after includes, conditions and macros.
 class FxPreprocessor {
 public:
     FxPreprocessor(FxSources& textSources, FxDiagnostics& log);
 
-    /// `macros` end in a record of nulls; null for none.
+    /// `macros` ends with a record of nulls; null for none.
     bool Define(const D3DXMACRO* macros);
-    /// Appends the words of `bytes`, known as `path`, to `wordsOut`.
+    /// Appends the tokens of `bytes`, known as `path`, to `wordsOut`.
     bool Run(const std::string& path, std::string_view bytes, std::vector<FxToken>& wordsOut);
 
 private:
@@ -24,10 +24,10 @@ private:
         std::string path;
         const void* data = nullptr;
         std::vector<FxToken> words;
-        std::size_t position = 0;
-        std::size_t conditions = 0;  ///< open when the file began
-        std::uint32_t file = 0;      ///< the name that places carry
-        std::uint32_t lineShift = 0; ///< by `#line`, wrapping round
+        size_t position = 0;
+        size_t conditions = 0;  ///< open when the file began
+        uint32_t file = 0;      ///< the file that places refer to
+        uint32_t lineShift = 0; ///< set by `#line`, modulo 2^32
     };
     struct Condition {
         FxPlace place;
@@ -62,8 +62,8 @@ private:
     FxMacros macros;
     std::vector<Source> stack;
     std::vector<Condition> conditions;
-    std::size_t includes = 0;
-    std::size_t tokensRead = 0;
+    size_t includes = 0;
+    size_t tokensRead = 0;
 };
 
 } // namespace headless::fx

@@ -4,7 +4,7 @@ namespace headless::fx {
 
 namespace {
 
-/// What the caller asked not to be saved.
+/// What the caller asked not to save.
 bool IsLeftOut(FxStateKind kind, DWORD flags)
 {
     if (kind == FxStateKind::Sampler)
@@ -14,7 +14,7 @@ bool IsLeftOut(FxStateKind kind, DWORD flags)
 }
 
 template <typename T>
-T* NewPlace(std::vector<T>& list, std::size_t& placeOut)
+T* NewPlace(std::vector<T>& list, size_t& placeOut)
 {
     placeOut = list.size();
     return &list.emplace_back();
@@ -39,8 +39,8 @@ void FxSavedStates::Save(IDirect3DDevice9& device, std::span<const FxStateKey> k
     }
 }
 
-/// False for what the device cannot tell: there is nothing to be put back then. A light that was never
-/// set cannot be unset, only switched off.
+/// False if the device cannot report the state: nothing is restored then. A light that was never
+/// set cannot be unset, only disabled.
 bool FxSavedStates::SaveOne(IDirect3DDevice9& device, Saved& savedInOut)
 {
     const FxStateKey& key = savedInOut.key;

@@ -10,22 +10,22 @@
 
 namespace headless::fx {
 
-/// What the device's states were before a technique began. The device has no state blocks of its own,
-/// so this keeps just the states that the technique touches.
+/// The device's states from before a technique began. The device has no state blocks, so this saves
+/// just the states that the technique touches.
 class FxSavedStates {
 public:
     /// Reads the states from the device. `flags` are those of `ID3DXEffect::Begin`.
     void Save(IDirect3DDevice9& device, std::span<const FxStateKey> keys, DWORD flags);
-    /// Puts them back and forgets them. The first failure, after all have been tried.
+    /// Restores and forgets the states. Tries all of them and returns the first failure.
     HRESULT Restore(IDirect3DDevice9& device);
-    /// Forgets everything and releases what it holds.
+    /// Forgets everything and releases the objects it holds.
     void Drop();
 
 private:
     struct Saved {
         FxStateKey key;
         DWORD value = 0;
-        std::size_t place = 0; ///< of a record or an object in its list
+        size_t place = 0; ///< of a record or an object in its list
     };
 
     bool SaveOne(IDirect3DDevice9& device, Saved& savedInOut);

@@ -22,7 +22,7 @@ bool IsAbsolute(const std::string& path)
 
 std::string Beside(const std::string& name, const std::string& neighbour)
 {
-    const std::size_t slash = neighbour.find_last_of("/\\");
+    const size_t slash = neighbour.find_last_of("/\\");
     if (IsAbsolute(name) || slash == std::string::npos)
         return name;
     return neighbour.substr(0, slash + 1) + name;
@@ -66,7 +66,7 @@ HRESULT FxSources::ReadFile(const char* path, std::string& bytesOut)
         return D3DXERR_INVALIDDATA;
     bytesOut.clear();
     char block[16384];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, stream.get())) {
+    while (const size_t count = std::fread(block, 1, sizeof block, stream.get())) {
         bytesOut.append(block, count);
         if (bytesOut.size() > kFxMaxFileBytes)
             return D3DXERR_INVALIDDATA;

@@ -4,7 +4,7 @@
 
 namespace headless::fx {
 
-// The words that the values of states are written with, one table for each public enumeration.
+// The names used as state values, one table for each public enumeration.
 
 extern const FxStateWords kFxZBufferWords;
 extern const FxStateWords kFxFillWords;

@@ -14,7 +14,7 @@ namespace {
 using Kind = FxStateKind;
 using Value = FxStateValue;
 
-/// Place of a field, counted in floats.
+/// The offset of a field, in floats.
 #define FX_LIGHT_FIELD(field) (offsetof(D3DLIGHT9, field) / sizeof(float))
 #define FX_MATERIAL_FIELD(field) (offsetof(D3DMATERIAL9, field) / sizeof(float))
 

@@ -21,53 +21,53 @@ enum class FxStateKind {
     SamplerObject, ///< a sampler parameter: its texture and all its states
     VertexShader,
     PixelShader,
-    ShaderConstant, ///< has a meaning only beside a shader
+    ShaderConstant, ///< only meaningful with a shader
     VertexFormat,
     PatchSegments,
 };
 
-/// How a value becomes what the device takes.
+/// How a value is converted for the device.
 enum class FxStateValue {
     Number,
     Truth,
     Float,
     Color,  ///< a packed number, or a vector of 3 or 4
-    Floats, ///< `floats` of them in a row
+    Floats, ///< `floats` of them, contiguous
     Matrix,
     Object,
 };
 
-/// A word that stands for a number, in the values of one state.
+/// A name for a number in the values of one state.
 struct FxStateWord {
     std::string_view name; ///< without the prefix that the public enumeration has
     DWORD value;
 };
 
-/// The words of one public enumeration.
+/// The names of one public enumeration.
 struct FxStateWords {
-    std::string_view prefix; ///< may stand before each word
+    std::string_view prefix; ///< optional before each word
     std::span<const FxStateWord> words;
 
-    /// Null if there is none of the name, letter case aside.
+    /// Null for an unknown name; ignores case.
     const FxStateWord* Find(std::string_view name) const;
 };
 
 /// A state that a pass or a sampler can assign.
 struct FxState {
-    std::string_view name; ///< letter case does not matter
+    std::string_view name; ///< case is ignored
     FxStateKind kind;
-    DWORD number; ///< of the public enumeration; a float's place in the record of material or light
+    DWORD number; ///< of the public enumeration; material and light: the float's index
     FxStateValue value;
     const FxStateWords* words = nullptr; ///< null for none
-    UINT places = 1;                     ///< indices run below this
+    UINT places = 1;                     ///< valid indices are below this
     UINT floats = 1;
 };
 
-/// Whether the published language has a state of the name that this host does not have.
+/// Whether the published language has a state of this name that this host lacks.
 bool FxIsUnmodelledState(std::string_view name);
-/// Null if there is none of the name.
+/// Null for an unknown name.
 const FxState* FxFindPassState(std::string_view name);
-/// The states within `sampler_state`, texture included.
+/// The states allowed in `sampler_state`, including the texture. Null for an unknown name.
 const FxState* FxFindSamplerState(std::string_view name);
 
 /// One state of the device.

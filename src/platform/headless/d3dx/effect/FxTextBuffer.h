@@ -6,7 +6,7 @@
 
 namespace headless::fx {
 
-/// A buffer with a terminated text, of which the caller holds one reference. Null if there is no memory.
+/// A buffer with a terminated text; the caller holds one reference. Null if memory runs out.
 ID3DXBuffer* FxMakeTextBuffer(const std::string& text);
 
 } // namespace headless::fx

@@ -8,37 +8,37 @@
 
 namespace headless::fx {
 
-enum class FxTokenKind : std::uint8_t {
+enum class FxTokenKind : uint8_t {
     End,
     Identifier,
     Number,
-    String, ///< the text has its quotation marks
+    String, ///< includes the quotation marks
     Punctuation,
-    Unknown, ///< a byte that means nothing here, or a string without an end
+    Unknown, ///< a byte without a meaning here, or an unterminated string
 };
 
-/// A word of an effect's text. The bytes live in `FxSources`.
+/// A token of an effect's text. `FxSources` owns the bytes.
 struct FxToken {
     std::string_view text;
     FxPlace place;
     FxTokenKind kind = FxTokenKind::End;
     bool startsLine = false;
     bool spaceBefore = false;
-    bool isFinal = false; ///< never again taken for a macro: it stands in that macro's own text
+    bool isFinal = false; ///< never expanded again: it is in that macro's own text
 
     bool Is(std::string_view wanted) const
     {
         return (kind == FxTokenKind::Punctuation || kind == FxTokenKind::Identifier) &&
                text == wanted;
     }
-    /// For keywords and states, which ignore the case of letters.
+    /// For keywords and states; ignores case.
     bool IsWord(std::string_view wanted) const;
 };
 
-/// Compares as keywords, states and semantics do: A to Z without regard to case.
+/// Compares keywords, states and semantics: A to Z, ignoring case.
 bool FxSameWord(std::string_view a, std::string_view b);
 
-/// The token as an error names it: its text in quotation marks, or "the end of the file".
+/// The token as an error shows it: its text in quotation marks, or "the end of the file".
 std::string FxDescribe(const FxToken& token);
 
 } // namespace headless::fx

@@ -14,14 +14,15 @@ struct NamedType {
     D3DXPARAMETER_TYPE type;
 };
 
-/// Letter case matters. `half` and `double` are kept as floats, as the public interface has no others.
+/// Case matters. `half` and `double` are stored as floats, as the public interface has nothing
+/// else.
 constexpr NamedType kNumbers[] = {
     {"bool", D3DXPT_BOOL},  {"int", D3DXPT_INT},      {"uint", D3DXPT_INT},
     {"dword", D3DXPT_INT},  {"DWORD", D3DXPT_INT},    {"float", D3DXPT_FLOAT},
     {"half", D3DXPT_FLOAT}, {"double", D3DXPT_FLOAT},
 };
 
-/// Letter case does not matter.
+/// Case is ignored.
 constexpr NamedType kObjects[] = {
     {"void", D3DXPT_VOID},
     {"string", D3DXPT_STRING},
@@ -39,9 +40,9 @@ constexpr NamedType kObjects[] = {
     {"vertexshader", D3DXPT_VERTEXSHADER},
 };
 
-/// Types of the published language that this host does not have. Letter case does not matter.
+/// Types of the published language that this host lacks. Case is ignored.
 constexpr std::string_view kUnmodelledTypes[] = {"stateblock", "vertexfragment", "pixelfragment"};
-/// The same; here it does.
+/// The same; here case matters.
 constexpr std::string_view kUnmodelledNumbers[] = {"FLOAT", "VECTOR", "MATRIX"};
 
 bool IsUnmodelledType(std::string_view name)

@@ -16,15 +16,15 @@ namespace headless::fx {
 struct FxParameter;
 struct FxStruct;
 
-/// What a parameter can be declared as.
+/// A type that a parameter can be declared with.
 struct FxType {
     D3DXPARAMETER_CLASS kind = D3DXPC_SCALAR;
     D3DXPARAMETER_TYPE type = D3DXPT_FLOAT;
-    UINT rows = 1; ///< 0 with `columns` for objects and structs
+    UINT rows = 1; ///< 0, like `columns`, for objects and structs
     UINT columns = 1;
     const FxStruct* structure = nullptr; ///< not owned, lives in `FxNames`
-    /// False for a type of the published language that this host does not have. What is declared with
-    /// it keeps its name and nothing else.
+    /// False for a type of the published language that this host lacks. Anything declared with it
+    /// keeps only its name.
     bool isModelled = true;
 
     bool IsNumeric() const { return kind <= D3DXPC_MATRIX_COLUMNS; }
@@ -46,29 +46,29 @@ struct FxMember {
 
 struct FxStruct {
     std::vector<FxMember> members;
-    int depth = 1;         ///< structs inside one another, this one counted
-    std::size_t nodes = 0; ///< parameters that one value takes, itself not counted
-    std::size_t cells = 0;
-    bool isModelled = true; ///< all its members are
+    int depth = 1;    ///< nesting of structs, including this one
+    size_t nodes = 0; ///< parameters that one value takes, excluding itself
+    size_t cells = 0;
+    bool isModelled = true; ///< true if all members are
 };
 
 /// A built-in type: `float`, `int3`, `half4x4`, `texture2D`, `sampler`, `string`, `void`... False for
 /// any other word.
 bool FxFindBuiltInType(std::string_view name, FxType& typeOut);
 
-/// What the names of an effect's text mean, so far.
+/// What the names in an effect's text mean at this point.
 struct FxNames {
     std::map<std::string, FxParameter*, std::less<>> parameters; ///< not owned, live in the effect
     std::map<std::string, FxType, std::less<>> types;            ///< structs and `typedef`
     std::set<std::string, std::less<>> functions;
     std::vector<std::unique_ptr<FxStruct>> structs;
-    std::set<std::string, std::less<>> unmodelled; ///< parameters that this host cannot keep
+    std::set<std::string, std::less<>> unmodelled; ///< parameters that this host cannot store
 
     /// A type that values can have.
     bool FindType(std::string_view name, FxType& typeOut) const;
-    /// Also one of the published language that this host does not have.
+    /// Like `FindType`, plus types of the published language that this host lacks.
     bool FindDeclaredType(std::string_view name, FxType& typeOut) const;
-    /// Whether the name is that of a parameter or a type that this host does not have.
+    /// Whether the name is a parameter or a type that this host lacks.
     bool IsUnmodelled(std::string_view name) const;
 };
 

@@ -94,8 +94,8 @@ HRESULT FxSetCells(FxParameter& parameter, const void* values, D3DXPARAMETER_TYP
     if (!parameter.IsNumeric())
         return D3DERR_INVALIDCALL;
     const auto* bytes = static_cast<const unsigned char*>(values);
-    const std::size_t most = std::min<std::size_t>(count, parameter.ValueCount());
-    for (std::size_t i = 0; i < most; ++i) {
+    const size_t most = std::min<size_t>(count, parameter.ValueCount());
+    for (size_t i = 0; i < most; ++i) {
         FxCell cell = 0;
         std::memcpy(&cell, bytes + i * sizeof cell, sizeof cell);
         parameter.Cells()[i] = FxConvert(cell, from, parameter.type);
@@ -109,8 +109,8 @@ HRESULT FxGetCells(const FxParameter& parameter, void* valuesOut, D3DXPARAMETER_
     if (!parameter.IsNumeric())
         return D3DERR_INVALIDCALL;
     auto* bytes = static_cast<unsigned char*>(valuesOut);
-    const std::size_t most = std::min<std::size_t>(count, parameter.ValueCount());
-    for (std::size_t i = 0; i < most; ++i) {
+    const size_t most = std::min<size_t>(count, parameter.ValueCount());
+    for (size_t i = 0; i < most; ++i) {
         const FxCell cell = FxConvert(parameter.Cells()[i], parameter.type, to);
         std::memcpy(bytes + i * sizeof cell, &cell, sizeof cell);
     }
@@ -146,7 +146,7 @@ HRESULT FxSetVectors(FxParameter& parameter, const D3DXVECTOR4* vectors, UINT co
     if (parameter.kind != D3DXPC_VECTOR || count > parameter.elements)
         return D3DERR_INVALIDCALL;
     for (UINT i = 0; i < count; ++i)
-        PutVector(parameter.Cells() + std::size_t{i} * parameter.columns, parameter, vectors[i]);
+        PutVector(parameter.Cells() + size_t{i} * parameter.columns, parameter, vectors[i]);
     parameter.storage->Touch();
     return D3D_OK;
 }
@@ -156,8 +156,7 @@ HRESULT FxGetVectors(const FxParameter& parameter, D3DXVECTOR4* vectorsOut, UINT
     if (parameter.kind != D3DXPC_VECTOR || count > parameter.elements)
         return D3DERR_INVALIDCALL;
     for (UINT i = 0; i < count; ++i)
-        TakeVector(parameter.Cells() + std::size_t{i} * parameter.columns, parameter,
-                   vectorsOut[i]);
+        TakeVector(parameter.Cells() + size_t{i} * parameter.columns, parameter, vectorsOut[i]);
     return D3D_OK;
 }
 
@@ -202,7 +201,7 @@ HRESULT FxSetBytes(FxParameter& parameter, const void* data, UINT bytes)
         std::memcpy(parameter.Cells(), data, parameter.ByteCount());
     } else if (parameter.IsTexture()) {
         const auto* textures = static_cast<IDirect3DBaseTexture9* const*>(data);
-        for (std::size_t i = 0; i < parameter.ValueCount(); ++i)
+        for (size_t i = 0; i < parameter.ValueCount(); ++i)
             parameter.storage->textures[parameter.first + i] =
                 ComPointer<IDirect3DBaseTexture9>::Share(textures[i]);
     } else {
@@ -223,7 +222,7 @@ HRESULT FxGetBytes(const FxParameter& parameter, void* dataOut, UINT bytes)
     if (!parameter.IsTexture())
         return D3DERR_INVALIDCALL;
     auto* textures = static_cast<IDirect3DBaseTexture9**>(dataOut);
-    for (std::size_t i = 0; i < parameter.ValueCount(); ++i)
+    for (size_t i = 0; i < parameter.ValueCount(); ++i)
         textures[i] =
             ComPointer<IDirect3DBaseTexture9>(parameter.storage->textures[parameter.first + i])
                 .Detach();

@@ -6,7 +6,7 @@ bool FxWords::SkipAssembler()
 {
     const FxToken first = Next();
     bool isComment = false;
-    for (std::size_t depth = 1; depth > 0;) {
+    for (size_t depth = 1; depth > 0;) {
         if (AtEnd())
             return NotClosed(first);
         const FxToken word = Next();
@@ -20,7 +20,7 @@ bool FxWords::SkipAssembler()
 
 bool FxWords::SkipValue()
 {
-    std::size_t depth = 0;
+    size_t depth = 0;
     const FxToken first = Peek();
     while (!AtEnd()) {
         const FxToken& word = Peek();

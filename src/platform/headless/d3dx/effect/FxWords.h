@@ -8,7 +8,7 @@
 
 namespace headless::fx {
 
-/// The words of an effect as its reader goes over them.
+/// The tokens of an effect with the parser's position.
 class FxWords {
 public:
     FxWords(std::vector<FxToken> all, FxDiagnostics& log) : words(std::move(all)), diagnostics(log)
@@ -17,8 +17,8 @@ public:
     }
 
     bool AtEnd() const { return position >= words.size(); }
-    /// A word of the kind `End`, with the place of the last word, behind the last one.
-    const FxToken& Peek(std::size_t ahead = 0) const
+    /// Past the end: a token of kind `End` at the place of the last one.
+    const FxToken& Peek(size_t ahead = 0) const
     {
         return position + ahead < words.size() ? words[position + ahead] : end;
     }
@@ -52,7 +52,7 @@ public:
         nameOut = Next().text;
         return true;
     }
-    /// The end of angle brackets, also where it is written together with a sign that follows.
+    /// A closing angle bracket, even if the lexer joined it to a following sign.
     bool AcceptClosingAngle()
     {
         if (Accept(">"))
@@ -63,11 +63,11 @@ public:
         ++words[position].place.column;
         return true;
     }
-    /// Skips from an opening bracket to behind the one that closes it.
+    /// Skips from an opening bracket to just after the matching one.
     bool SkipBrackets(std::string_view open, std::string_view close)
     {
         const FxToken first = Peek();
-        std::size_t depth = 0;
+        size_t depth = 0;
         do {
             if (AtEnd())
                 return NotClosed(first);
@@ -78,22 +78,23 @@ public:
         return true;
     }
 
-    /// Skips a block of assembler text from its opening bracket on. There a `;` begins a comment, in
-    /// which brackets mean nothing; but whoever writes the block in one line parts instructions by it,
-    /// so that a bracket counts if the statement, or a list, goes on behind it in that line.
+    /// Skips a block of assembler text, starting at its opening bracket. In it `;` begins a
+    /// comment, in which brackets do not count. But some authors write a block on one line and
+    /// separate instructions by `;`, so a bracket does count if the statement, or a list, continues
+    /// after it on that line.
     bool SkipAssembler();
-    /// Skips a value of any kind, assembler text included: up to the `;`, `,` or closing bracket that
-    /// ends it.
+    /// Skips a value of any kind, including assembler text, up to the `;`, `,` or closing bracket
+    /// that ends it.
     bool SkipValue();
     /// Skips the rest of a statement and its `;`.
     bool SkipStatement();
-    /// The next word for which `fits` is true, ahead of what ends a value as `SkipValue` has it; null
-    /// without one.
+    /// The next token for which `fits` is true, before the end of the value as defined by
+    /// `SkipValue`; null if there is none.
     template <typename Test>
     const FxToken* FindInValue(const Test& fits) const
     {
         int depth = 0;
-        for (std::size_t ahead = 0; Peek(ahead).kind != FxTokenKind::End; ++ahead) {
+        for (size_t ahead = 0; Peek(ahead).kind != FxTokenKind::End; ++ahead) {
             const FxToken& word = Peek(ahead);
             if (depth == 0 && EndsValue(word))
                 return nullptr;
@@ -104,12 +105,12 @@ public:
         return nullptr;
     }
 
-    /// The error that something else should stand here.
+    /// Reports that something else is expected here.
     bool Unexpected(const std::string& wanted)
     {
         return Fail(FxError::Syntax, wanted + " is expected, not " + FxDescribe(Peek()));
     }
-    /// An error at the next word.
+    /// Reports an error at the next token.
     bool Fail(FxError error, const std::string& what)
     {
         return diagnostics.Fail(Peek().place, error, what);
@@ -140,7 +141,7 @@ private:
 
     std::vector<FxToken> words;
     FxToken end;
-    std::size_t position = 0;
+    size_t position = 0;
     FxDiagnostics& diagnostics;
 };
 

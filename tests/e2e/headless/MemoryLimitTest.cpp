@@ -1,0 +1,60 @@
+// The program in less memory than its scene needs.
+
+#include "tests/support/RunProgram.h"
+#include "tests/support/ScratchDirectory.h"
+#include "tests/support/TreePaths.h"
+
+#include <cstdlib>
+#include <gmock/gmock.h>
+
+#ifndef __SANITIZE_ADDRESS__ // which reserves address space without end
+
+namespace {
+
+constexpr char kLimitKiB[] = "150000";
+
+/// A text of a few megabytes with so many materials that the importer needs thirty times that.
+std::string ManyMaterials(int count)
+{
+    std::string text = "*3DSMAX_QSAEXPORT 200\n*MATERIAL_LIST {\n";
+    for (int i = 0; i < count; ++i)
+        text += "*MATERIAL " + std::to_string(i) + " {}\n";
+    return text + "}\n";
+}
+
+/// Runs the program with a limit on its address space.
+ProgramRun RunWithin(const char* limitKiB, const std::string& scene)
+{
+    return RunProgramFile("/bin/sh",
+                          {"-c", std::string("ulimit -v ") + limitKiB + " && exec \"$0\" \"$@\"",
+                           ProgramPath(), scene});
+}
+
+bool RunsThroughAnEmulator()
+{
+    const char* emulator = std::getenv("QSA_EMULATOR");
+    return emulator && *emulator;
+}
+
+} // namespace
+
+TEST(MemoryLimit, ASceneThatDoesNotFitEndsTheRunWithAMessage)
+{
+    if (RunsThroughAnEmulator())
+        GTEST_SKIP() << "the limit would be the emulator's";
+    const ScratchDirectory scratch;
+    scratch.Write("small.qsa", ManyMaterials(10));
+    EXPECT_EQ(RunWithin(kLimitKiB, "small.qsa").out, "'small.qsa' converted\n")
+        << "little is enough";
+
+    scratch.Write("large.qsa", ManyMaterials(500000));
+    scratch.Write("large.qsb", "old");
+    const ProgramRun run = RunWithin(kLimitKiB, "large.qsa");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "large.qsa: not converted\n"
+                       "Error\nQSALoader: large.qsa: Not enough memory for the scene\n");
+    EXPECT_TRUE(scratch.Read("large.qsb") == "old");
+}
+
+#endif

@@ -1,0 +1,43 @@
+// Files that a scene uses, with each allocation of their load failing once.
+
+#include "tests/gfx/EffectLoad.h"
+#include "tests/gfx/TextureEngine.h"
+#include "tests/support/WantOfMemory.h"
+
+#include <set>
+
+using FrameListMemory = TextureEngine;
+using EffectMemory = EffectLoad;
+
+TEST_F(FrameListMemory, AListThatDoesNotFitIsNamed)
+{
+    directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
+    directory.Write("flash.ifl", "red.bmp\nred.bmp 2\nred.bmp\n");
+    const auto load = [this] {
+        KRE_Texture texture;
+        Load(texture, "flash.ifl");
+    };
+    load(); // allocates what is kept for later loads
+    const int64_t needed = AllocationsOf(load);
+    std::set<std::string> errors;
+    for (int64_t before = 0; before < needed; ++before)
+        errors.insert(RunShortOfMemory(before, 1, load).error);
+    EXPECT_EQ(errors.count("Out of memory for resource 'flash.ifl'"), 1u);
+}
+
+TEST_F(EffectMemory, AnEffectThatDoesNotFitIsNamed)
+{
+    file.AddTechnique();
+    const auto load = [this] {
+        Load(effect);
+        effect.Free();
+    };
+    load();
+    const int64_t needed = AllocationsOf(load);
+    std::set<std::string> errors;
+    for (int64_t before = 0; before < needed; ++before) {
+        errors.insert(RunShortOfMemory(before, 1, load).error);
+        effect.Free();
+    }
+    EXPECT_EQ(errors.count("Out of memory for resource 'one.fx'"), 1u);
+}
