@@ -223,7 +223,7 @@ void DynaMem<T, N, kFlag>::MakeArrays() const
 {
     if (data)
         return;
-    HeapArray<int32_t> newOrder(capacity); // before `data`, which says that both are there
+    HeapArray<int32_t> newOrder(capacity); // first: `data` marks both as allocated
     data = HeapArray<std::unique_ptr<T>>(capacity);
     order = std::move(newOrder);
 }

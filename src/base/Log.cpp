@@ -100,6 +100,6 @@ void LogWrite(const char* format, ...)
     va_end(arguments);
     if (gLogSink)
         gLogSink(text);
-    else // errors tell of a lack of memory as well: an entry without room for its path is lost
+    else // running out of memory is logged too; if not even the path fits, the entry is lost
         WithMemory([&] { WriteEntry(text); }, [] {});
 }

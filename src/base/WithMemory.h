@@ -3,9 +3,9 @@
 #include <new>
 #include <stdexcept>
 
-/// Runs `work`. If its memory runs out, `fail` raises the `Error` of whoever knows what the memory
-/// was for. What `work` held is free again by then, but there may be little of it: `fail` should not
-/// allocate. For work whose size a file decides.
+/// Runs `work`, whose size a file decides. If it runs out of memory, calls `fail`, which raises an
+/// `Error` that says what the memory was for. The memory of `work` is free again by then, but it may
+/// be little, so `fail` should not allocate.
 template <class Work, class Fail>
 void WithMemory(const Work& work, const Fail& fail)
 {
@@ -13,7 +13,7 @@ void WithMemory(const Work& work, const Fail& fail)
         work();
         return;
     } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) { // more elements than any memory has room for
+    } catch (const std::length_error&) { // more elements than any memory can hold
     }
     fail();
 }

@@ -607,7 +607,7 @@ private:
     QSALoader& SceneLoader();
     void LoadSceneFile(KRE_3dScene& scene, const char* path, uint32_t flags);
     void LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t version, uint32_t flags);
-    /// Created by the first load, which also sets the deleter: the engine knows no importer.
+    /// Created by the first load, which also sets the deleter: the engine does not depend on it.
     std::unique_ptr<QSALoader, void (*)(QSALoader*)> sceneLoader{nullptr, nullptr};
 };
 

@@ -33,7 +33,7 @@ int32_t KRE_ResourceManager::Add(void* pointer, const char* name)
     const int32_t id = resources.Add();
     KRE_Resource* entry = resources.GetSlot(id);
     if (!entry) {
-        // The list counts the element that it had no memory for, and the table lives on.
+        // The list counts the element that it could not allocate, and the table outlives the error.
         --resources.count;
         resources.firstFree = id;
         Error("Out of memory for resource '%s'", name ? name : "");

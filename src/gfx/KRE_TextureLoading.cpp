@@ -48,7 +48,7 @@ bool IsVideoName(const String& name)
 void KRE_TextureLoading::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey,
                                      int32_t mode, int32_t format, int32_t mipLevels)
 {
-    char name[kMessageSize]; // the file's text may live in what the load frees
+    char name[kMessageSize]; // the load may free the memory of `file`
     CopyText(name, sizeof name, file);
     WithMemory([&] { LoadFile(texture, file, colorKey, mode, format, mipLevels); },
                [&] { gfx.Error("Out of memory for resource '%s'", name); });

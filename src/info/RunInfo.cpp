@@ -62,7 +62,7 @@ int RunWithEngine(const InfoArguments& arguments, Output& out, Output& err)
 }
 
 /// The one place that catches what a load does not: an engine that does not start, a device that
-/// refuses a lock, a report that does not fit into memory.
+/// refuses a lock, a report that does not fit in memory.
 int RunGuarded(const InfoArguments& arguments, Output& out, Output& err)
 {
     std::string text = "not enough memory";

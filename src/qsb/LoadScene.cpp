@@ -89,7 +89,7 @@ QSA_SceneHeader& KRE_Gfx::SceneHeader()
 
 void KRE_Gfx::LoadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
 {
-    char name[kMessageSize]; // the path may be the scene's name, which changes
+    char name[kMessageSize]; // `path` may be the scene's name, which the load changes
     CopyText(name, sizeof name, path);
     WithMemory([&] { LoadSceneFile(scene, path, flags); },
                [&] { Error("'%s': Not enough memory for the scene", name); });

@@ -174,8 +174,8 @@ static void DeleteDrawing(KRE_SceneDrawing* drawing)
     delete drawing;
 }
 
-/// The `Error` of a frame without memory, under the name of the scene, which is its file's, or of the
-/// mesh.
+/// Raises the `Error` of a frame that runs out of memory. It names the scene, which is called like
+/// its file, or the mesh.
 static void ReportNoFrame(const KRE_Gfx& gfx, const KRE_3dObject* object)
 {
     static constexpr const char* kText = "Not enough memory for the frame";

@@ -70,7 +70,7 @@ KRE_ArrayTrack<KeyData>& KRE_ArrayTrack<KeyData>::operator=(const KRE_ArrayTrack
         return *this;
     SetKeyCount(other.keyCount);
     if (keyCount != other.keyCount)
-        throw std::bad_alloc(); // a copy without the keys would be stored as one that never had any
+        throw std::bad_alloc(); // a copy without keys would be saved as if there never were any
     std::copy_n(other.keys.Get(), keyCount, keys.Get());
     interpolation = other.interpolation;
     loop = other.loop;

@@ -23,7 +23,7 @@ public:
                            float specularR, float specularG, float specularB, float specularA,
                            float ambientR, float ambientG, float ambientB, float ambientA,
                            float range);
-    /// The type of the device light, which a file may set to what is no value of the enumeration.
+    /// The type of the device light as a number; a file may store one outside the enumeration.
     uint32_t TypeNumber() const
     {
         uint32_t number;

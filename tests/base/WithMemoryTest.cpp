@@ -17,14 +17,14 @@ std::string EndOf(const Work& work)
 
 } // namespace
 
-TEST(WithMemory, TellsOfWorkWithoutMemory)
+TEST(WithMemory, CallsFailWhenMemoryRunsOut)
 {
     EXPECT_EQ(EndOf([] {}), "done");
     EXPECT_EQ(EndOf([] { throw std::bad_alloc(); }), "no memory");
     EXPECT_EQ(EndOf([] { std::vector<int>().resize(SIZE_MAX / 2); }), "no memory");
 }
 
-TEST(WithMemory, LeavesOtherExceptionsAlone)
+TEST(WithMemory, PassesOtherExceptionsOn)
 {
     EXPECT_THROW(EndOf([] { throw 7; }), int);
 }

@@ -2,14 +2,14 @@
 
 #include "tests/gfx/EffectLoad.h"
 #include "tests/gfx/TextureEngine.h"
-#include "tests/support/WantOfMemory.h"
+#include "tests/support/MemoryShortage.h"
 
 #include <set>
 
 using FrameListMemory = TextureEngine;
 using EffectMemory = EffectLoad;
 
-TEST_F(FrameListMemory, AListThatDoesNotFitIsNamed)
+TEST_F(FrameListMemory, ListThatDoesNotFitIsNamed)
 {
     directory.Write("red.bmp", PlainBmp(4, 4, 0xFF0000));
     directory.Write("flash.ifl", "red.bmp\nred.bmp 2\nred.bmp\n");
@@ -17,7 +17,7 @@ TEST_F(FrameListMemory, AListThatDoesNotFitIsNamed)
         KRE_Texture texture;
         Load(texture, "flash.ifl");
     };
-    load(); // allocates what is kept for later loads
+    load(); // allocates what later loads reuse
     const int64_t needed = AllocationsOf(load);
     std::set<std::string> errors;
     for (int64_t before = 0; before < needed; ++before)
@@ -25,7 +25,7 @@ TEST_F(FrameListMemory, AListThatDoesNotFitIsNamed)
     EXPECT_EQ(errors.count("Out of memory for resource 'flash.ifl'"), 1u);
 }
 
-TEST_F(EffectMemory, AnEffectThatDoesNotFitIsNamed)
+TEST_F(EffectMemory, EffectThatDoesNotFitIsNamed)
 {
     file.AddTechnique();
     const auto load = [this] {

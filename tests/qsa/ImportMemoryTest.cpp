@@ -1,6 +1,6 @@
 #include "gfx/KRE_Gfx.h"
 #include "tests/qsa/QSATesting.h"
-#include "tests/support/WantOfMemory.h"
+#include "tests/support/MemoryShortage.h"
 
 #include <set>
 
@@ -14,7 +14,7 @@ protected:
     {
         directory.Write("dot.bmp", OnePixelBitmap());
         directory.Write("scene.qsa", kText);
-        loader.Load(scene, "scene.qsa", 0); // allocates what is kept for later loads
+        loader.Load(scene, "scene.qsa", 0); // allocates what later loads reuse
         KRE_3dScene again;
         needed = AllocationsOf([&] { loader.Load(again, "scene.qsa", 0); });
     }
@@ -32,7 +32,7 @@ protected:
 } // namespace
 
 // Each allocation of an import fails once, alone and with all after it.
-TEST_F(ImportMemoryTest, AnImportWithoutMemoryIsAnErrorThatNamesTheFile)
+TEST_F(ImportMemoryTest, RunningOutOfMemoryIsAnErrorThatNamesTheFile)
 {
     ASSERT_GT(needed, 100);
     int64_t failed = 0;
@@ -42,7 +42,7 @@ TEST_F(ImportMemoryTest, AnImportWithoutMemoryIsAnErrorThatNamesTheFile)
             const auto end =
                 RunShortOfMemory(before, count, [&] { loader.Load(target, "scene.qsa", 0); });
             if (end.error.empty()) {
-                EXPECT_EQ(FaultsOf(target), "") << "does without number " << before;
+                EXPECT_EQ(FaultsOf(target), "") << "did not need allocation " << before;
                 continue;
             }
             ++failed;
@@ -52,7 +52,7 @@ TEST_F(ImportMemoryTest, AnImportWithoutMemoryIsAnErrorThatNamesTheFile)
     EXPECT_GT(failed, needed);
 }
 
-TEST_F(ImportMemoryTest, ObjectsWithoutMemoryAreNamed)
+TEST_F(ImportMemoryTest, ObjectThatMemoryRunsOutForIsNamed)
 {
     std::set<std::string> errors;
     for (int64_t before = 0; before < needed; ++before) {

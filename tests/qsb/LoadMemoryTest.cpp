@@ -1,5 +1,5 @@
 #include "tests/qsb/SceneFileTest.h"
-#include "tests/support/WantOfMemory.h"
+#include "tests/support/MemoryShortage.h"
 
 #include <gmock/gmock.h>
 
@@ -23,7 +23,7 @@ TEST_F(LoadMemoryTest, ABoneThatFitsTheNewMeshsListAllocatesNoOtherList)
         LoadBytes(scene, bytes);
         return gAllocations - before;
     };
-    allocationsOf(126); // allocates what is kept for later loads
+    allocationsOf(126); // allocates what later loads reuse
     const int64_t most = allocationsOf(126);
     const int64_t oneBone = allocationsOf(127) - most;
     EXPECT_GT(oneBone, 0) << "allocations are counted";
@@ -32,12 +32,12 @@ TEST_F(LoadMemoryTest, ABoneThatFitsTheNewMeshsListAllocatesNoOtherList)
 }
 
 // Each allocation of a load fails once, alone and with all after it.
-TEST_F(LoadMemoryTest, ALoadWithoutMemoryIsAnErrorThatNamesTheFile)
+TEST_F(LoadMemoryTest, RunningOutOfMemoryIsAnErrorThatNamesTheFile)
 {
     directory.Write("scene.qsb", MakeQsb(FullQsb()).bytes);
     const auto load = [](KRE_3dScene& scene) { gGfx->LoadScene(scene, "scene.qsb", 0); };
     KRE_3dScene whole;
-    load(whole); // allocates what is kept for later loads
+    load(whole); // allocates what later loads reuse
     KRE_3dScene again;
     const int64_t needed = AllocationsOf([&] { load(again); });
     ASSERT_GT(needed, 100);
@@ -47,7 +47,7 @@ TEST_F(LoadMemoryTest, ALoadWithoutMemoryIsAnErrorThatNamesTheFile)
             KRE_3dScene scene;
             const auto end = RunShortOfMemory(before, count, [&] { load(scene); });
             if (end.error.empty()) {
-                EXPECT_EQ(CheckScene(scene), "") << "does without number " << before;
+                EXPECT_EQ(CheckScene(scene), "") << "did not need allocation " << before;
                 continue;
             }
             ++failed;
@@ -57,7 +57,7 @@ TEST_F(LoadMemoryTest, ALoadWithoutMemoryIsAnErrorThatNamesTheFile)
     EXPECT_GT(failed, needed);
 }
 
-TEST_F(LoadMemoryTest, AMeshWithoutMemoryIsNamed)
+TEST_F(LoadMemoryTest, MeshThatMemoryRunsOutForIsNamed)
 {
     QsbFile file;
     file.scene.meshes = {QsbTriangle("Keel"), QsbTriangle("Hull")};
@@ -79,7 +79,7 @@ TEST_F(LoadMemoryTest, AMeshWithoutMemoryIsNamed)
     EXPECT_GT(hulls, 0);
 }
 
-TEST_F(LoadMemoryTest, ASaveWithoutMemoryIsAnErrorThatNamesTheTargetAndLeavesIt)
+TEST_F(LoadMemoryTest, SaveThatRunsOutOfMemoryIsAnErrorThatNamesTheTargetAndLeavesIt)
 {
     KRE_3dScene scene;
     Load(scene, FullQsb());

@@ -1,7 +1,7 @@
 #include "tests/render/SceneDrawing.h"
 
 #include "tests/support/FakeDirect3D.h"
-#include "tests/support/WantOfMemory.h"
+#include "tests/support/MemoryShortage.h"
 
 namespace {
 
@@ -84,7 +84,7 @@ TEST(FrameMemory, AllocatesNothingAfterTheFirst)
 }
 
 // The first frame of an engine, with each of its allocations failing once, and with all after it.
-TEST(Frame, WithoutMemoryIsAnErrorUnderTheNameOfTheScene)
+TEST(FrameMemory, RunningOutOfMemoryIsAnErrorThatNamesTheScene)
 {
     const ScratchDirectory scratch;
     const ComHandle<IDirect3D9> quiet(new FakeDirect3D);

@@ -1,7 +1,7 @@
 
 #include "scene/KRE_3dScene.h"
 #include "tests/scene/SceneTesting.h"
-#include "tests/support/WantOfMemory.h"
+#include "tests/support/MemoryShortage.h"
 
 TEST(EvaluationMemory, AllocatesNothing)
 {
@@ -29,7 +29,7 @@ TEST(EvaluationMemory, AllocatesNothing)
     EXPECT_EQ(gAllocations - before, 0);
 }
 
-TEST(SceneLists, WithoutMemoryAreAnErrorUnderTheNameOfTheScene)
+TEST(SceneLists, RunningOutOfMemoryIsAnErrorThatNamesTheScene)
 {
     const LogScope log;
     static const KRE_Light light; // nothing of the scene's
@@ -49,7 +49,7 @@ TEST(SceneLists, WithoutMemoryAreAnErrorUnderTheNameOfTheScene)
     }
 }
 
-TEST(TrackCopy, WithoutMemoryIsNoTrackWithoutKeys)
+TEST(TrackCopy, RunningOutOfMemoryDoesNotLeaveATrackWithoutKeys)
 {
     KRE_FloatTrack track;
     track.SetKeyCount(3);

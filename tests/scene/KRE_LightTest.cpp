@@ -87,6 +87,25 @@ TEST(KRE_Light, TheDirectionToATargetIsNotNormalised)
     ExpectVector(light.light.Direction, 0, 0, 8);
 }
 
+TEST(KRE_Light, TypeOutsideTheEnumerationIsReadAsANumber)
+{
+    KRE_Light light;
+    for (const uint32_t number : {0x7F900000u, 0xAA900000u, 0u, 4u}) {
+        std::memcpy(&light.light.Type, &number, sizeof number);
+        EXPECT_EQ(light.TypeNumber(), number);
+        EXPECT_FALSE(light.HasDeviceType()) << number;
+    }
+}
+
+TEST(KRE_Light, PointSpotAndDirectionalAreDeviceTypes)
+{
+    KRE_Light light;
+    for (const D3DLIGHTTYPE type : {D3DLIGHT_POINT, D3DLIGHT_SPOT, D3DLIGHT_DIRECTIONAL}) {
+        light.light.Type = type;
+        EXPECT_TRUE(light.HasDeviceType()) << type;
+    }
+}
+
 TEST(KRE_Light, ResetRestoresItsFields)
 {
     KRE_Light light;

@@ -1,19 +1,19 @@
-// The program in less memory than its scene needs.
+// The program with less memory than its scene needs.
 
+#include "tests/support/Emulator.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
 
-#include <cstdlib>
 #include <gmock/gmock.h>
 
-#ifndef __SANITIZE_ADDRESS__ // which reserves address space without end
+#ifndef __SANITIZE_ADDRESS__ // which reserves a huge address space
 
 namespace {
 
 constexpr char kLimitKiB[] = "150000";
 
-/// A text of a few megabytes with so many materials that the importer needs thirty times that.
+/// With 500,000 materials, a text of a few megabytes for which the importer needs thirty times as much.
 std::string ManyMaterials(int count)
 {
     std::string text = "*3DSMAX_QSAEXPORT 200\n*MATERIAL_LIST {\n";
@@ -30,22 +30,16 @@ ProgramRun RunWithin(const char* limitKiB, const std::string& scene)
                            ProgramPath(), scene});
 }
 
-bool RunsThroughAnEmulator()
-{
-    const char* emulator = std::getenv("QSA_EMULATOR");
-    return emulator && *emulator;
-}
-
 } // namespace
 
-TEST(MemoryLimit, ASceneThatDoesNotFitEndsTheRunWithAMessage)
+TEST(MemoryLimit, SceneThatDoesNotFitEndsTheRunWithAMessage)
 {
-    if (RunsThroughAnEmulator())
-        GTEST_SKIP() << "the limit would be the emulator's";
+    if (RunsUnderAnEmulator())
+        GTEST_SKIP() << "needs a memory limit";
     const ScratchDirectory scratch;
     scratch.Write("small.qsa", ManyMaterials(10));
     EXPECT_EQ(RunWithin(kLimitKiB, "small.qsa").out, "'small.qsa' converted\n")
-        << "little is enough";
+        << "enough for a small scene";
 
     scratch.Write("large.qsa", ManyMaterials(500000));
     scratch.Write("large.qsb", "old");

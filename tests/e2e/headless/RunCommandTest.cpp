@@ -18,7 +18,7 @@ protected:
     void SetUp() override
     {
         if (RunsUnderAnEmulator())
-            GTEST_SKIP() << "the scripts start programs of this machine";
+            GTEST_SKIP() << "the scripts run native programs";
     }
 };
 

@@ -198,7 +198,7 @@ private:
 TEST_F(DeviceResourcesTest, RunningOutOfMemoryIsAResult)
 {
     if (RunsUnderAnEmulator())
-        GTEST_SKIP() << "needs a limit of memory";
+        GTEST_SKIP() << "needs a memory limit";
     HRESULT texture, vertices;
     {
         const FullMemory full;
