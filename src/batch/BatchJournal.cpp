@@ -51,14 +51,15 @@ std::string CountsJson(const SceneObjectCounts& counts)
         .End();
 }
 
-std::string HashesJson(const SceneResult& result)
+std::string HashesJson(const SceneJob& job, const SceneResult& result)
 {
     JsonLine line;
     if (result.hasSource)
         line.Text("source", HashText(result.source.hash));
-    if (result.isTargetWritten)
+    if (IsTargetKnown(result))
         line.Text("target", HashText(result.target.hash));
-    if (result.isFrameWritten)
+    const bool isFrameKnown = result.status == SceneStatus::kUpToDate && IsTargetKnown(result);
+    if (result.isFrameWritten || (isFrameKnown && !job.frame.empty()))
         line.Text("frame", HashText(result.frame.hash));
     return line.End();
 }
@@ -82,9 +83,9 @@ std::string JournalLine(const std::string& path, const SceneJob& job, const Scen
         .Seconds("seconds", result.seconds)
         .Number("peak_kib", result.peakKiB)
         .Number("bytes_in", result.hasSource ? result.source.sizeBytes : 0)
-        .Number("bytes_out", result.isTargetWritten ? result.target.sizeBytes : 0)
+        .Number("bytes_out", IsTargetKnown(result) ? result.target.sizeBytes : 0)
         .Json("counts", CountsJson(result.counts))
-        .Json("hashes", HashesJson(result));
+        .Json("hashes", HashesJson(job, result));
     return line.End();
 }
 

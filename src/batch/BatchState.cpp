@@ -54,6 +54,7 @@ std::string DefaultPathsText()
 }
 
 constexpr size_t kIdBytes = sizeof(uint32_t);
+constexpr size_t kMostInputsInMemory = 4096;
 
 // Columns of `find`.
 enum FoundColumn {
@@ -66,7 +67,8 @@ enum FoundColumn {
     kFoundFramePath = kFoundTarget + 3,
     kFoundFrameKey,
     kFoundFrame,
-    kFoundThumb = kFoundFrame + 3
+    kFoundThumb = kFoundFrame + 3,
+    kFoundFacts
 };
 
 } // namespace
@@ -76,18 +78,21 @@ BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn)
       database(path),
       find(database.Handle(),
            "SELECT status,size,time,hash,inputs,target,target_key,target_size,target_time,"
-           "target_hash,frame,frame_key,frame_size,frame_time,frame_hash,thumb"
+           "target_hash,frame,frame_key,frame_size,frame_time,frame_hash,thumb,facts"
            " FROM scene WHERE path=?1"),
       findInput(database.Handle(), "SELECT path,size,time,hash FROM input WHERE id=?1"),
       renewInput(database.Handle(), "UPDATE input SET time=?2 WHERE id=?1"),
+      findSameInput(database.Handle(),
+                    "SELECT id FROM input WHERE path=?1 AND size IS ?2 AND hash IS ?3"),
       addInput(database.Handle(), "INSERT INTO input(path,size,time,hash) VALUES(?1,?2,?3,?4)"),
       renewSource(database.Handle(), "UPDATE scene SET time=?2 WHERE path=?1"),
-      storeScene(database.Handle(),
-                 "INSERT OR REPLACE INTO scene(path,status,size,time,hash,inputs,target,target_key,"
-                 "target_size,target_time,target_hash) VALUES(?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11)"),
+      storeScene(
+          database.Handle(),
+          "INSERT OR REPLACE INTO scene(path,status,size,time,hash,inputs,target,target_key,"
+          "target_size,target_time,target_hash,facts) VALUES(?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12)"),
       storeFrame(database.Handle(),
                  "UPDATE scene SET frame=?2,frame_key=?3,frame_size=?4,frame_time=?5,"
-                 "frame_hash=?6,thumb=?7 WHERE path=?1"),
+                 "frame_hash=?6,thumb=?7,facts=?8 WHERE path=?1"),
       storeFailure(database.Handle(), "INSERT INTO scene(path,status) VALUES(?1,?2)"
                                       " ON CONFLICT(path) DO UPDATE SET status=?2")
 {
@@ -150,7 +155,7 @@ bool BatchState::Examine(const SceneEntry& entry, SceneJob& job, std::string& wh
     if (IsTargetCurrent(entry, job, whyOut)) {
         isDone = !job.draws || IsFrameCurrent(job, whyOut);
         if (!isDone)
-            job.target.clear();
+            job.writesTarget = false;
     }
     find.Reset();
     return isDone;
@@ -260,6 +265,7 @@ bool BatchState::IsInputCurrent(int64_t id, std::string& pathOut)
     if (known != inputsCurrent.end())
         return false;
     const bool isCurrent = !input.path.empty() && CompareInput(id, input);
+    KeepFewInputs();
     inputsCurrent.emplace(id, isCurrent);
     if (isCurrent)
         inputsStored[input.path] = {id, input.isThere, input.stamp};
@@ -287,15 +293,19 @@ bool BatchState::CompareInput(int64_t id, const KnownInput& known)
     return true;
 }
 
-std::string BatchState::ThumbOf(const SceneEntry& entry)
+void BatchState::AddFacts(const SceneEntry& entry, SceneResult& result)
 {
     const std::string key = KeyOf(entry);
     find.PutBytes(1, key);
-    std::string thumb;
-    if (find.Step())
-        thumb = find.Bytes(kFoundThumb);
+    if (find.Step()) {
+        result.hasSource = true;
+        result.source = StampFrom(find, kFoundSource);
+        result.target = StampFrom(find, kFoundTarget);
+        result.frame = StampFrom(find, kFoundFrame);
+        result.thumb = find.Bytes(kFoundThumb);
+        DecodeFacts(find.Bytes(kFoundFacts), result);
+    }
     find.Reset();
-    return thumb;
 }
 
 // ---- Noting
@@ -323,6 +333,27 @@ int64_t BatchState::IdOfInput(const SceneInput& input)
         known->second.stamp.hash == input.stamp.hash &&
         known->second.stamp.sizeBytes == input.stamp.sizeBytes)
         return known->second.id;
+    const int64_t id = StoreInput(input);
+    KeepFewInputs();
+    inputsStored[input.path] = {id, input.isThere, input.stamp};
+    return id;
+}
+
+/// A file with a content that was seen before has its row.
+int64_t BatchState::StoreInput(const SceneInput& input)
+{
+    findSameInput.PutBytes(1, input.path);
+    if (input.isThere) {
+        findSameInput.Put(2, static_cast<int64_t>(input.stamp.sizeBytes))
+            .PutBytes(3, BytesOf(input.stamp.hash));
+    } else {
+        findSameInput.PutNothing(2).PutNothing(3);
+    }
+    if (findSameInput.Step()) {
+        const int64_t id = findSameInput.Number(0);
+        findSameInput.Reset();
+        return id;
+    }
     addInput.PutBytes(1, input.path);
     if (input.isThere) {
         PutStamp(addInput, 2, input.stamp);
@@ -330,9 +361,16 @@ int64_t BatchState::IdOfInput(const SceneInput& input)
         addInput.PutNothing(2).PutNothing(3).PutNothing(4);
     }
     addInput.Run();
-    const int64_t id = sqlite3_last_insert_rowid(database.Handle());
-    inputsStored[input.path] = {id, input.isThere, input.stamp};
-    return id;
+    return sqlite3_last_insert_rowid(database.Handle());
+}
+
+/// Files that many scenes share come again soon; those of one scene would only fill the memory.
+void BatchState::KeepFewInputs()
+{
+    if (inputsStored.size() >= kMostInputsInMemory)
+        inputsStored.clear();
+    if (inputsCurrent.size() >= kMostInputsInMemory)
+        inputsCurrent.clear();
 }
 
 std::string BatchState::PackInputs(const std::vector<SceneInput>& inputs)
@@ -356,13 +394,15 @@ void BatchState::Store(const SceneEntry& entry, const SceneJob& job, const Scene
         storeFailure.Run();
         return;
     }
-    if (!job.target.empty()) {
+    const std::string facts = EncodeFacts(result);
+    if (job.writesTarget) {
         const std::string inputs = PackInputs(result.inputs);
         const std::string target = AbsolutePath(job.target);
         storeScene.PutBytes(1, key).Put(2, static_cast<int64_t>(result.status));
         PutStamp(storeScene, 3, result.source);
         storeScene.PutBytes(6, inputs).PutBytes(7, target).PutBytes(8, targetKey);
         PutStamp(storeScene, 9, result.target);
+        storeScene.PutBytes(12, facts);
         storeScene.Run();
     }
     if (!job.draws)
@@ -370,6 +410,6 @@ void BatchState::Store(const SceneEntry& entry, const SceneJob& job, const Scene
     const std::string frame = job.frame.empty() ? "" : AbsolutePath(job.frame);
     storeFrame.PutBytes(1, key).PutBytes(2, frame).PutBytes(3, frameKey);
     PutStamp(storeFrame, 4, result.frame);
-    storeFrame.PutBytes(7, result.thumb);
+    storeFrame.PutBytes(7, result.thumb).PutBytes(8, facts);
     storeFrame.Run();
 }

@@ -33,8 +33,10 @@ public:
     bool Examine(const SceneEntry& entry, SceneJob& job, std::string& whyOut);
     /// Notes what became of a scene.
     void Store(const SceneEntry& entry, const SceneJob& job, const SceneResult& result);
-    /// The small picture of a scene that is up to date; empty if there is none.
-    std::string ThumbOf(const SceneEntry& entry);
+    /// Fills in what is known of a scene that is up to date: contents, objects, messages, small picture.
+    void AddFacts(const SceneEntry& entry, SceneResult& result);
+    /// To be kept open by workers, so that the next run waits for them.
+    int LockHandle() const { return database.LockHandle(); }
     /// Keeps what was noted, even if the process is killed.
     void Commit();
 
@@ -61,6 +63,8 @@ private:
     bool IsInputCurrent(int64_t id, std::string& pathOut);
     bool CompareInput(int64_t id, const KnownInput& known);
     int64_t IdOfInput(const SceneInput& input);
+    int64_t StoreInput(const SceneInput& input);
+    void KeepFewInputs();
     std::string PackInputs(const std::vector<SceneInput>& inputs);
     void Begin();
 
@@ -72,11 +76,12 @@ private:
     std::string lastDirectory; ///< of `AbsoluteDirectory`, with the answer
     std::string lastAbsolute;
     std::unordered_map<int64_t, bool> inputsCurrent;           ///< by id
-    std::unordered_map<std::string, KnownInputs> inputsStored; ///< of this run, by path
+    std::unordered_map<std::string, KnownInputs> inputsStored; ///< some of this run, by path
 
     StateStatement find;
     StateStatement findInput;
     StateStatement renewInput;
+    StateStatement findSameInput;
     StateStatement addInput;
     StateStatement renewSource;
     StateStatement storeScene;

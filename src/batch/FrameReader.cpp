@@ -20,7 +20,9 @@ namespace {
 
 constexpr int kThumbWidth = 160;
 constexpr int kThumbHeight = 120;
-constexpr int kThumbQuality = 70;
+constexpr int kThumbQualities[] = {70, 45,
+                                   20}; // the next one if the picture is too large for a page
+constexpr unsigned long kMostThumbBytes = 12000;
 
 /// The mean of the pixels of a rectangle that is not empty.
 uint32_t MeanColor(const DrawnFrame& frame, int left, int top, int right, int bottom)
@@ -67,7 +69,7 @@ struct JpegFailure {
 };
 
 /// The library leaves by longjmp, so nothing in here has a destructor.
-bool EncodeJpeg(const DrawnFrame& frame, unsigned char* row, unsigned char** bytesOut,
+bool EncodeJpeg(const DrawnFrame& frame, int quality, unsigned char* row, unsigned char** bytesOut,
                 unsigned long* sizeOut)
 {
     jpeg_compress_struct jpeg;
@@ -87,7 +89,7 @@ bool EncodeJpeg(const DrawnFrame& frame, unsigned char* row, unsigned char** byt
     jpeg.input_components = 3;
     jpeg.in_color_space = JCS_RGB;
     jpeg_set_defaults(&jpeg);
-    jpeg_set_quality(&jpeg, kThumbQuality, TRUE);
+    jpeg_set_quality(&jpeg, quality, TRUE);
     jpeg_start_compress(&jpeg, TRUE);
     for (int y = 0; y < frame.height; ++y) {
         for (int x = 0; x < frame.width; ++x) {
@@ -165,10 +167,18 @@ std::string ThumbOf(const DrawnFrame& frame)
     if (frame.argb.empty())
         return "";
     const DrawnFrame small = Shrunk(frame);
-    unsigned char row[kThumbWidth * 3];
-    unsigned char* bytes = nullptr;
-    unsigned long size = 0;
-    const bool isMade = EncodeJpeg(small, row, &bytes, &size);
-    const std::unique_ptr<unsigned char, void (*)(void*)> owner(bytes, std::free);
-    return isMade ? std::string(reinterpret_cast<const char*>(bytes), size) : std::string();
+    std::string jpeg;
+    for (const int quality : kThumbQualities) {
+        unsigned char row[kThumbWidth * 3];
+        unsigned char* bytes = nullptr;
+        unsigned long size = 0;
+        const bool isMade = EncodeJpeg(small, quality, row, &bytes, &size);
+        const std::unique_ptr<unsigned char, void (*)(void*)> owner(bytes, std::free);
+        if (!isMade)
+            return "";
+        jpeg.assign(reinterpret_cast<const char*>(bytes), size);
+        if (size <= kMostThumbBytes)
+            break;
+    }
+    return jpeg;
 }

@@ -12,7 +12,9 @@
 namespace {
 
 constexpr size_t kMostMessagesOfCard = 12;
-constexpr size_t kMostTextOfCard = 300; // bytes
+constexpr size_t kMostTextOfCard = 300;       // bytes of a message
+constexpr size_t kMostBytesOfMessages = 6000; // of a card, with their marks
+constexpr size_t kMostMarkedText = 6 * kMostTextOfCard + 100;
 
 /// A text for a page, safe in attributes too.
 std::string Escaped(std::string_view text)
@@ -58,9 +60,10 @@ std::string Base64(std::string_view bytes)
     return text;
 }
 
-std::string PictureHtml(const SceneResult& result, const std::string& thumb, bool isDrawn)
+std::string PictureHtml(const SceneResult& result, bool isDrawn)
 {
-    if (!thumb.empty())
+    const std::string& thumb = result.thumb;
+    if (isDrawn && !thumb.empty())
         return "<img alt=\"\" src=\"data:image/jpeg;base64," + Base64(thumb) + "\">";
     const char* reason = "the frame was not drawn";
     if (!isDrawn)
@@ -75,9 +78,9 @@ std::string FactsHtml(const SceneResult& result)
     std::string text;
     if (result.hasSource)
         text += GroupedNumber(result.source.sizeBytes) + " bytes";
-    if (result.isTargetWritten)
+    if (IsTargetKnown(result))
         text += " to " + GroupedNumber(result.target.sizeBytes);
-    if (result.status == SceneStatus::kConverted)
+    if (!IsFailure(result.status) && result.hasSource)
         text += "<br>" + GroupedNumber(result.counts.meshes) + " meshes, " +
                 GroupedNumber(result.counts.vertices) + " vertices, " +
                 GroupedNumber(result.counts.faces) + " faces";
@@ -89,7 +92,7 @@ std::string MessagesHtml(const SceneResult& result)
     std::string html;
     size_t count = 0;
     for (const SceneMessage& message : result.messages) {
-        if (++count > kMostMessagesOfCard) {
+        if (++count > kMostMessagesOfCard || html.size() > kMostBytesOfMessages - kMostMarkedText) {
             html += "<li>and " + GroupedNumber(result.messages.size() - count + 1) + " more</li>";
             break;
         }
@@ -107,8 +110,7 @@ ReportPage::ReportPage(const std::string& path, size_t sceneCountIn)
       sceneCount(sceneCountIn)
 {}
 
-void ReportPage::Add(const std::string& path, const SceneResult& result, const std::string& thumb,
-                     bool isDrawn)
+void ReportPage::Add(const std::string& path, const SceneResult& result, bool isDrawn)
 {
     ++counts[static_cast<size_t>(result.status)];
     const bool hasWarnings = result.Worst() == MessageLevel::kWarning;
@@ -118,7 +120,7 @@ void ReportPage::Add(const std::string& path, const SceneResult& result, const s
     const std::string name = Escaped(path);
     cards += std::string("<article data-status=\"") + StatusName(result.status) +
              "\" data-warnings=\"" + (hasWarnings ? "1" : "0") + "\" data-name=\"" + name + "\">" +
-             PictureHtml(result, thumb, isDrawn) + "<h2>" + name + "</h2><p class=\"" +
+             PictureHtml(result, isDrawn) + "<h2>" + name + "</h2><p class=\"" +
              StatusName(result.status) + "\">" + StatusName(result.status) + "</p><p>" +
              FactsHtml(result) + "</p>" + MessagesHtml(result) + "</article>\n";
 }

@@ -16,8 +16,7 @@ public:
     ReportPage(const std::string& path, size_t sceneCount);
 
     /// `isDrawn` tells whether the run draws frames.
-    void Add(const std::string& path, const SceneResult& result, const std::string& thumb,
-             bool isDrawn);
+    void Add(const std::string& path, const SceneResult& result, bool isDrawn);
     /// Replaces the file by the whole page. False, with `errno` set, if it cannot be written.
     bool Write();
 

@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "base/Log.h"
 #include "batch/BatchArguments.h"
@@ -42,6 +43,16 @@ private:
     std::unique_ptr<BatchState> state;
     std::string error;
 };
+
+/// A file of this run that took the number of a closed stream would get what is printed. Writing to
+/// such a stream fails, as it did before.
+void OpenStandardStreams()
+{
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(number, F_GETFD) < 0)
+            open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
 
 double SecondsOfClock()
 {
@@ -99,7 +110,7 @@ int BatchRun::PrintPlan()
          scene = plan.Next()) {
         const std::string path = OneLine(list.Entries()[scene.number].path);
         if (scene.kind == PlannedScene::Kind::kJob) {
-            const char* const what = scene.job.target.empty() ? "draw" : "convert";
+            const char* const what = scene.job.writesTarget ? "convert" : "draw";
             std::printf("%s: %s, %s\n", path.c_str(), what, OneLine(scene.why).c_str());
         } else if (IsFailure(scene.result.status)) {
             hasFailures = true;
@@ -119,14 +130,14 @@ int BatchRun::Convert()
     if (!options.reportFile.empty())
         page = std::make_unique<ReportPage>(options.reportFile, list.Entries().size());
     RunReport report(options, list, state.get(), page.get());
-    if (!report.OpenJournal())
+    if (!report.CheckPagePlace() || !report.OpenJournal())
         return Trouble(report.Trouble());
     ScenePlan plan(options, list, layout, state.get());
-    Supervisor supervisor(options, plan, report);
+    Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1);
     report.Tick(SecondsOfClock());
     const bool isDone = supervisor.Run();
     report.Finish(SecondsOfClock());
-    if (std::fflush(stdout) != 0)
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         return Trouble("the output could not be written");
     if (!isDone)
         return Trouble(supervisor.error);
@@ -157,6 +168,8 @@ int BatchRun::Run()
 
 int RunBatch(const std::vector<std::string>& arguments)
 {
+    OpenStandardStreams();
+    std::signal(SIGCHLD, SIG_DFL);              // whoever starts the program may ignore it
     gLogSink = [](const char*) {};              // never to a log file
     for (const int number : {SIGPIPE, SIGXFSZ}) // such failures come as errors of the calls
         std::signal(number, SIG_IGN);

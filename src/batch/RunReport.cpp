@@ -5,13 +5,18 @@
 #include <cstdio>
 #include <cstring>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "batch/BatchState.h"
 #include "batch/BatchText.h"
 #include "batch/MessageTable.h"
 #include "batch/ReportPage.h"
+#include "batch/WorkingDirectory.h"
 
 namespace {
 
+constexpr const char* kStateCure = "; choose another place with --state";
 constexpr double kKeepInterval = 0.5; // seconds of work that a killed run may have to do again
 
 /// Messages of one kind, told by the first of them.
@@ -69,7 +74,28 @@ bool RunReport::OpenJournal()
 {
     if (options.journalFile.empty() || journal.Open(options.journalFile))
         return true;
-    AddTrouble("the journal '" + options.journalFile + "' cannot be made: " + std::strerror(errno));
+    AddTrouble("the journal '" + options.journalFile + "' cannot be made: " + std::strerror(errno) +
+               "; choose another place with --journal");
+    return false;
+}
+
+std::string RunReport::PageTrouble() const
+{
+    return "the page '" + options.reportFile + "' cannot be written: " + std::strerror(errno) +
+           "; choose another place with --report";
+}
+
+/// The page is written at the end of the run, which is late to find that it cannot be.
+bool RunReport::CheckPagePlace()
+{
+    struct stat info;
+    const bool isDirectory = stat(options.reportFile.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+    if (isDirectory)
+        errno = EISDIR;
+    if (!page ||
+        (!isDirectory && access(SplitPath(options.reportFile).directory.c_str(), W_OK) == 0))
+        return true;
+    AddTrouble(PageTrouble());
     return false;
 }
 
@@ -84,20 +110,28 @@ void RunReport::Done(size_t number, const SceneJob& job, const SceneResult& resu
     const SceneEntry& entry = list.Entries()[number];
     Count(number, result);
     SayMessages(entry.path, result);
-    if (journal.IsOpen())
-        journal.Add(entry.path, job, result);
     try {
-        std::string thumb = result.thumb;
-        if (page && state && result.status == SceneStatus::kUpToDate)
-            thumb = state->ThumbOf(entry);
-        if (page)
-            page->Add(entry.path, result, thumb, options.Draws());
+        SceneResult known;
+        const bool isKnown = result.status == SceneStatus::kUpToDate && state;
+        if (isKnown && (page || journal.IsOpen())) {
+            known.status = result.status;
+            state->AddFacts(entry, known);
+        }
+        Record(entry.path, job, isKnown ? known : result);
         if (state)
             state->Store(entry, job, result);
     } catch (const StateError& error) {
-        AddTrouble("the state cannot be written: " + error.text);
+        AddTrouble("the state cannot be written: " + error.text + kStateCure);
         state = nullptr;
     }
+}
+
+void RunReport::Record(const std::string& path, const SceneJob& job, const SceneResult& result)
+{
+    if (journal.IsOpen())
+        journal.Add(path, job, result);
+    if (page)
+        page->Add(path, result, options.Draws());
 }
 
 void RunReport::Count(size_t number, const SceneResult& result)
@@ -152,13 +186,13 @@ void RunReport::Tick(double now)
 void RunReport::Keep()
 {
     if (journal.IsOpen() && !journal.Flush())
-        AddTrouble("the journal '" + options.journalFile +
-                   "' cannot be written: " + std::strerror(errno));
+        AddTrouble("the journal '" + options.journalFile + "' cannot be written: " +
+                   std::strerror(errno) + "; choose another place with --journal");
     try {
         if (state)
             state->Commit();
     } catch (const StateError& error) {
-        AddTrouble("the state cannot be written: " + error.text);
+        AddTrouble("the state cannot be written: " + error.text + kStateCure);
         state = nullptr;
     }
 }
@@ -169,8 +203,7 @@ void RunReport::Finish(double now)
     Keep();
     status.Clear();
     if (page && !page->Write())
-        AddTrouble("the page '" + options.reportFile +
-                   "' cannot be written: " + std::strerror(errno));
+        AddTrouble(PageTrouble());
     PrintSummary();
 }
 

@@ -22,6 +22,8 @@ public:
 
     /// False, with `trouble`, if the journal cannot be made.
     bool OpenJournal();
+    /// False, with `trouble`, if the page will not be written.
+    bool CheckPagePlace();
     void Done(size_t number, const SceneJob& job, const SceneResult& result);
     /// To be called now and then: keeps what is done, moves the status line.
     void Tick(double now);
@@ -37,11 +39,13 @@ private:
         std::string reason;
     };
 
+    void Record(const std::string& path, const SceneJob& job, const SceneResult& result);
     void Count(size_t number, const SceneResult& result);
     void SayMessages(const std::string& path, const SceneResult& result);
     void Keep();
     void PrintSummary() const;
     void AddTrouble(const std::string& text);
+    std::string PageTrouble() const;
 
     const BatchOptions& options;
     const SceneList& list;

@@ -124,13 +124,15 @@ void SceneConverter::ConvertLoaded(const SceneJob& job, const std::string& leaf,
     CountObjects(session);
     if (session.ObjectsInFile() == 0)
         catcher->Add(OwnMessage(kCodeNoObject));
-    if (!job.target.empty())
+    if (job.writesTarget)
         Save(job, session, leaf);
     else
         CheckNothingChanged(leaf);
-    if (job.draws && !(setup.isStrict && !job.target.empty()))
+    if (job.draws && !(setup.isStrict && job.writesTarget))
         Draw(job, session);
-    if (setup.checks && !job.target.empty())
+    if (!job.writesTarget)
+        CheckStrictly();
+    if (setup.checks && job.writesTarget)
         CheckTarget(job);
 }
 

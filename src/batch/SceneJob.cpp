@@ -1,6 +1,7 @@
 #include "batch/SceneJob.h"
 
 #include <algorithm>
+#include <span>
 
 #include "batch/Wire.h"
 
@@ -49,7 +50,7 @@ SceneObjectCounts TakeCounts(WireReader& wire)
     return counts;
 }
 
-void PutWireMessages(WireWriter& wire, const std::vector<SceneMessage>& messages)
+void PutWireMessages(WireWriter& wire, std::span<const SceneMessage> messages)
 {
     wire.U32(static_cast<uint32_t>(messages.size()));
     for (const SceneMessage& message : messages) {
@@ -118,6 +119,11 @@ const char* LevelName(MessageLevel level)
     return kNames[static_cast<uint8_t>(level)];
 }
 
+bool IsTargetKnown(const SceneResult& result)
+{
+    return result.isTargetWritten || (result.status == SceneStatus::kUpToDate && result.hasSource);
+}
+
 MessageLevel SceneResult::Worst() const
 {
     MessageLevel worst = MessageLevel::kNote;
@@ -134,6 +140,25 @@ const SceneMessage* SceneResult::FirstReason() const
             return &message;
     }
     return nullptr;
+}
+
+std::string EncodeFacts(const SceneResult& result)
+{
+    WireWriter wire;
+    PutWireCounts(wire, result.counts);
+    const size_t kept = std::min(result.messages.size(), kMostFacts);
+    PutWireMessages(wire, {result.messages.data(), kept});
+    wire.U64(result.messagesLeftOut + (result.messages.size() - kept));
+    return wire.Bytes();
+}
+
+bool DecodeFacts(std::string_view facts, SceneResult& resultOut)
+{
+    WireReader wire(facts);
+    resultOut.counts = TakeCounts(wire);
+    resultOut.messages = TakeMessages(wire);
+    resultOut.messagesLeftOut = wire.U64();
+    return wire.IsAtEnd();
 }
 
 std::string EncodeSetup(const WorkerSetup& setup)
@@ -161,6 +186,7 @@ std::string EncodeJob(const SceneJob& job)
     WireWriter wire;
     wire.Text(job.path);
     wire.Text(job.target);
+    wire.U8(job.writesTarget);
     wire.Text(job.frame);
     wire.U8(job.draws);
     wire.U8(job.wantsThumb);
@@ -172,6 +198,7 @@ bool DecodeJob(std::string_view message, SceneJob& jobOut)
     WireReader wire(message);
     jobOut.path = wire.Text();
     jobOut.target = wire.Text();
+    jobOut.writesTarget = wire.U8() != 0;
     jobOut.frame = wire.Text();
     jobOut.draws = wire.U8() != 0;
     jobOut.wantsThumb = wire.U8() != 0;

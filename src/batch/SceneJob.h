@@ -18,10 +18,11 @@ struct WorkerSetup {
 /// One scene to convert. Paths are absolute or relative to where the program was started.
 struct SceneJob {
     std::string path;
-    std::string target;      ///< empty: the target is not written, only the frame is drawn
-    std::string frame;       ///< empty: the frame is not kept
-    bool draws = false;      ///< also without keeping the frame
-    bool wantsThumb = false; ///< a small picture for the report
+    std::string target;
+    bool writesTarget = true; ///< false: the target stays, only the frame is drawn
+    std::string frame;        ///< empty: the frame is not kept
+    bool draws = false;       ///< also without keeping the frame
+    bool wantsThumb = false;  ///< a small picture for the report
 };
 
 enum class SceneStatus : uint8_t {
@@ -92,6 +93,16 @@ struct SceneResult {
     /// The first error, or the first message; empty if there is none.
     const SceneMessage* FirstReason() const;
 };
+
+/// Whether the stamp of the target is that of a file that is there.
+bool IsTargetKnown(const SceneResult& result);
+
+/// Objects and messages of a result, for a run in which the scene is up to date. At most `kMostFacts`
+/// messages.
+std::string EncodeFacts(const SceneResult& result);
+/// Changes only what `EncodeFacts` takes; false, and nothing of use, for bytes that are damaged.
+bool DecodeFacts(std::string_view facts, SceneResult& resultOut);
+inline constexpr size_t kMostFacts = 100;
 
 std::string EncodeSetup(const WorkerSetup& setup);
 bool DecodeSetup(std::string_view message, WorkerSetup& setupOut);

@@ -163,12 +163,18 @@ bool SceneList::IsWanted(const char* name, const std::string& below) const
     return isIncluded && !IsExcluded(name, below);
 }
 
+void SceneList::SetListError()
+{
+    error = "the list '" + options->listFile + "' cannot be read: " + std::strerror(errno) +
+            "; name another one with --from-file";
+}
+
 bool SceneList::ReadListFile()
 {
     const bool isStandardInput = options->listFile == "-";
     FILE* const stream = isStandardInput ? stdin : std::fopen(options->listFile.c_str(), "rbe");
     if (!stream) {
-        error = "the list '" + options->listFile + "' cannot be read: " + std::strerror(errno);
+        SetListError();
         return false;
     }
     char* line = nullptr;
@@ -187,6 +193,6 @@ bool SceneList::ReadListFile()
     if (!isStandardInput)
         std::fclose(stream);
     if (!isRead)
-        error = "the list '" + options->listFile + "' cannot be read: " + std::strerror(errno);
+        SetListError();
     return isRead;
 }

@@ -57,6 +57,7 @@ private:
     bool IsWanted(const char* name, const std::string& below) const;
     bool IsExcluded(const char* name, const std::string& below) const;
     bool ReadListFile();
+    void SetListError();
     void LeaveOut(const std::string& directory);
 
     const BatchOptions* options = nullptr; // not owned

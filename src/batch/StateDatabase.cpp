@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/statfs.h>
 #include <unistd.h>
 
@@ -12,9 +13,12 @@
 
 namespace {
 
+constexpr const char* kOtherPlace = "; choose another place with --state";
 constexpr int64_t kApplication = 0x51534254; // marks the file as ours
 constexpr int64_t kStateVersion = 1;
 constexpr off_t kLockedByte = 0x60000000; // the library's own locks are elsewhere
+constexpr int kMostWaits = 6000;          // for workers of a killed run
+constexpr useconds_t kWaitMicroseconds = 10000;
 
 /// Their locks do not hold between machines, and the library says not to use them.
 constexpr int64_t kNetworkFileSystems[] = {0x6969 /* NFS */,
@@ -23,6 +27,7 @@ constexpr int64_t kNetworkFileSystems[] = {0x6969 /* NFS */,
                                            0xFE534D42 /* SMB 2 */,
                                            0x01021997 /* 9P */,
                                            0x5346414F /* AFS */,
+                                           0x6B414653 /* AFS of the kernel */,
                                            0x73757245 /* Coda */,
                                            0x00C36400 /* Ceph */,
                                            0x0BD00BD0 /* Lustre */,
@@ -31,10 +36,7 @@ constexpr int64_t kNetworkFileSystems[] = {0x6969 /* NFS */,
 
 bool IsOnNetwork(const std::string& path)
 {
-    struct statfs info;
-    if (statfs(SplitPath(path).directory.c_str(), &info) != 0)
-        return false;
-    const auto type = static_cast<int64_t>(static_cast<uint32_t>(info.f_type));
+    const int64_t type = gFileSystemType(SplitPath(path).directory.c_str());
     return std::find(std::begin(kNetworkFileSystems), std::end(kNetworkFileSystems), type) !=
            std::end(kNetworkFileSystems);
 }
@@ -49,9 +51,18 @@ constexpr const char* kSchema = "CREATE TABLE input("
                                 " target BLOB, target_key BLOB, target_size INTEGER,"
                                 " target_time INTEGER, target_hash BLOB,"
                                 " frame BLOB, frame_key BLOB, frame_size INTEGER,"
-                                " frame_time INTEGER, frame_hash BLOB, thumb BLOB);";
+                                " frame_time INTEGER, frame_hash BLOB, thumb BLOB, facts BLOB);";
+
+int64_t TypeOfFileSystem(const char* directory)
+{
+    struct statfs info;
+    return statfs(directory, &info) == 0 ? static_cast<int64_t>(static_cast<uint32_t>(info.f_type))
+                                         : 0;
+}
 
 } // namespace
+
+int64_t (*gFileSystemType)(const char* directory) = TypeOfFileSystem;
 
 // ---- Statements
 
@@ -122,7 +133,8 @@ StateDatabase::StateDatabase(const std::string& path)
     const int code = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     database.reset(opened);
     if (code != SQLITE_OK)
-        throw StateError{"the state '" + path + "' cannot be opened: " + sqlite3_errstr(code)};
+        throw StateError{"the state '" + path + "' cannot be opened: " + sqlite3_errstr(code) +
+                         kOtherPlace};
     try {
         CheckContents();
     } catch (const StateError& error) {
@@ -143,18 +155,35 @@ void StateDatabase::Lock(const std::string& path)
 {
     lock = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
     if (lock < 0)
-        throw StateError{"the state '" + path + "' cannot be opened: " + std::strerror(errno)};
+        throw StateError{"the state '" + path + "' cannot be opened: " + std::strerror(errno) +
+                         kOtherPlace};
     struct flock wanted = {};
     wanted.l_type = F_WRLCK;
     wanted.l_start = kLockedByte;
     wanted.l_len = 1;
-    if (fcntl(lock, F_SETLK, &wanted) == 0)
+    const bool isLocked = fcntl(lock, F_SETLK, &wanted) == 0;
+    if (isLocked && WaitForWorkers())
         return;
     std::string who;
-    if (fcntl(lock, F_GETLK, &wanted) == 0 && wanted.l_type != F_UNLCK)
+    if (isLocked)
+        who = ": workers of one that was killed have not ended yet";
+    else if (fcntl(lock, F_GETLK, &wanted) == 0 && wanted.l_type != F_UNLCK)
         who = ", process " + std::to_string(wanted.l_pid);
     close(lock);
-    throw StateError{"the state '" + path + "' is in use by another run" + who};
+    throw StateError{"the state '" + path + "' is in use by another run" + who +
+                     "; wait for it, or choose another one with --state"};
+}
+
+/// Workers hold the other kind of lock, which all copies of a descriptor share: one of a killed run could
+/// still write a target, and its temporary file would not be seen as left behind.
+bool StateDatabase::WaitForWorkers() const
+{
+    for (int i = 0; i < kMostWaits; ++i) {
+        if (flock(lock, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+            return true;
+        usleep(kWaitMicroseconds);
+    }
+    return false;
 }
 
 void StateDatabase::CheckContents()

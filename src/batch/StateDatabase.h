@@ -42,23 +42,30 @@ private:
     std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement{nullptr, sqlite3_finalize};
 };
 
+/// The number that the system gives the kind of file system of a directory; 0 if there is none. Tests may
+/// claim another one.
+extern int64_t (*gFileSystemType)(const char* directory);
+
 /// The file of a state: locked against other runs, of the version that this program knows. What is
 /// written stays when it is committed; a process that is killed loses only what came later.
 class StateDatabase {
 public:
     /// Opens or makes the file. Throws StateError if it is damaged, of a newer program, in use, or on a
-    /// file system without dependable locks.
+    /// file system without dependable locks. Waits for the workers of a run that was killed, which end soon.
     explicit StateDatabase(const std::string& path);
     ~StateDatabase();
     StateDatabase(const StateDatabase&) = delete;
     StateDatabase& operator=(const StateDatabase&) = delete;
 
     sqlite3* Handle() const { return database.get(); }
+    /// Holds the lock. A process that keeps a copy of it open keeps other runs waiting.
+    int LockHandle() const { return lock; }
     void Execute(const char* sql);
     int64_t Ask(const char* sql);
 
 private:
     void Lock(const std::string& path);
+    bool WaitForWorkers() const;
     void CheckContents();
 
     int lock = -1;

@@ -20,6 +20,7 @@ namespace {
 
 constexpr double kMemoryInterval = 0.1;   // seconds between two looks at the workers' memory
 constexpr double kMostStartSeconds = 60;  // for the engine of a worker
+constexpr int kMostFailedStarts = 3;      // in a row, of workers that something else ended
 constexpr double kLongestWait = 0.25;     // seconds; the status line moves, the state is kept
 constexpr double kDecisionSeconds = 0.02; // scenes without a job are decided for so long at a time
 
@@ -52,10 +53,12 @@ std::string SecondsText(double seconds)
 
 } // namespace
 
-Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunReport& reportIn)
+Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunReport& reportIn,
+                       int heldByWorkersIn)
     : options(optionsIn),
       plan(planIn),
-      report(reportIn)
+      report(reportIn),
+      heldByWorkers(heldByWorkersIn)
 {
     setup.engineOptions = options.EngineOptions();
     setup.memoryBytes = options.memoryBytes;
@@ -157,7 +160,7 @@ WorkerProcess* Supervisor::IdleWorker()
         if (!worker->isBusy && worker->IsRunning())
             return worker.get();
     }
-    workers.push_back(std::make_unique<WorkerProcess>(setup));
+    workers.push_back(std::make_unique<WorkerProcess>(setup, heldByWorkers));
     if (workers.back()->IsRunning())
         return workers.back().get();
     error = std::string("a worker process cannot be started: ") + std::strerror(errno);
@@ -179,16 +182,18 @@ void Supervisor::WaitForNews(double now)
         handles.push_back({worker->Socket(), POLLIN, 0});
         if (!worker->isBusy)
             continue;
-        if (options.timeoutSeconds > 0)
-            wait = std::min(wait, worker->startedAt + options.timeoutSeconds - now);
+        const double limit = SecondsOf(*worker);
+        if (limit > 0)
+            wait = std::min(wait, worker->startedAt + limit - now);
         if (options.memoryBytes > 0)
             wait = std::min(wait, kMemoryInterval);
     }
     const int milliseconds = std::max(0, static_cast<int>(std::ceil(wait * 1000)));
     if (poll(handles.data(), handles.size(), milliseconds) > 0) {
-        for (size_t i = 0; i < workers.size(); ++i) {
-            if (handles[i + 1].revents != 0)
-                HandleWorker(*workers[i]);
+        for (size_t i = 1; i < handles.size();
+             ++i) { // workers that start meanwhile have no handle yet
+            if (handles[i].revents != 0)
+                HandleWorker(*workers[i - 1]);
         }
         if (handles[0].revents != 0)
             HandleSignals();
@@ -223,6 +228,7 @@ void Supervisor::HandleWorker(WorkerProcess& worker)
         else
             worker.startedAt = ClockSeconds(); // the start of its engine is not the scene's fault
         worker.isReady = true;
+        failedStarts = 0;
     }
     if (worker.arrived.IsBroken())
         worker.Kill(WorkerEnd::kItself);
@@ -255,14 +261,13 @@ void Supervisor::TakeEnd(WorkerProcess& worker)
     const bool wasReady = worker.isReady;
     SceneResult result = worker.Bury();
     worker.isBusy = false;
-    if (!wasReady && !isKilled) {
-        isBroken = true;
-        error = "a worker cannot start: " + WhyEnded(result);
+    if (!wasReady && MayStart()) {
+        TakeFailedStart(worker, result);
         return;
     }
     if (!wasBusy)
         return;
-    if (isKilled) {
+    if (isKilled || !wasReady) {
         result = SceneResult();
         result.status = SceneStatus::kSkipped;
     } else if (!isAlone) {
@@ -278,11 +283,32 @@ void Supervisor::TakeEnd(WorkerProcess& worker)
     Finish(worker.jobNumber, worker.job, result);
 }
 
+/// A worker that ended before its scene was begun: the scene goes to another one. If workers end by
+/// themselves, or again and again, no scene can be converted.
+void Supervisor::TakeFailedStart(WorkerProcess& worker, const SceneResult& result)
+{
+    const bool mayHelp = worker.WasKilled() && ++failedStarts < kMostFailedStarts;
+    if (!mayHelp) {
+        isBroken = true;
+        error = "a worker cannot start: " + WhyEnded(result);
+    } else if (WorkerProcess* const other = IdleWorker()) {
+        GiveJob(*other, worker.jobNumber, worker.job, ClockSeconds());
+    }
+}
+
 std::string Supervisor::WhyEnded(const SceneResult& result) const
 {
     if (result.status == SceneStatus::kOutOfMemory)
         return SizeText(options.memoryBytes) + " of memory are too few, see --memory";
+    if (result.status == SceneStatus::kTimedOut)
+        return "its engine does not start";
     return result.messages.empty() ? "no reason is known" : result.messages.front().text;
+}
+
+/// How long a worker may do what it does; 0 for no limit.
+double Supervisor::SecondsOf(const WorkerProcess& worker) const
+{
+    return worker.isReady ? options.timeoutSeconds : kMostStartSeconds;
 }
 
 void Supervisor::WatchLimits(double now)
@@ -293,7 +319,7 @@ void Supervisor::WatchLimits(double now)
     for (const auto& worker : workers) {
         if (!worker->isBusy)
             continue;
-        const double limit = worker->isReady ? options.timeoutSeconds : kMostStartSeconds;
+        const double limit = SecondsOf(*worker);
         if (limit > 0 && now - worker->startedAt > limit)
             worker->Kill(WorkerEnd::kTimeout);
         else if (looksAtMemory && MemoryOfProcess(worker->Id()) > options.memoryBytes)

@@ -17,7 +17,8 @@ class RunReport;
 /// the scene is tried once more alone, when no other one is in hand.
 class Supervisor {
 public:
-    Supervisor(const BatchOptions& options, ScenePlan& plan, RunReport& report);
+    /// `heldByWorkers` is a descriptor that workers keep open as long as they live; -1 for none.
+    Supervisor(const BatchOptions& options, ScenePlan& plan, RunReport& report, int heldByWorkers);
 
     /// False if workers cannot be started; `error` says why.
     bool Run();
@@ -45,6 +46,8 @@ private:
     void HandleWorker(WorkerProcess& worker);
     void TakeResult(WorkerProcess& worker, const std::string& message);
     void TakeEnd(WorkerProcess& worker);
+    void TakeFailedStart(WorkerProcess& worker, const SceneResult& result);
+    double SecondsOf(const WorkerProcess& worker) const;
     void WatchLimits(double now);
     void Finish(size_t number, const SceneJob& job, const SceneResult& result);
     void Skip(size_t number, const SceneJob& job);
@@ -54,6 +57,7 @@ private:
     const BatchOptions& options; // not owned, as the next two
     ScenePlan& plan;
     RunReport& report;
+    int heldByWorkers;
     WorkerSetup setup;
     SignalWatch signals;
     Workers workers;
@@ -64,5 +68,6 @@ private:
     bool isBroken = false;
     bool isKilled = false; ///< a second signal has come
     int signal = 0;
+    int failedStarts = 0;      ///< in a row
     double memoryLookedAt = 0; ///< seconds
 };

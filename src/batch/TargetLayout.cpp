@@ -1,5 +1,6 @@
 #include "batch/TargetLayout.h"
 
+#include <filesystem>
 #include <functional>
 
 #include "app/TargetName.h"
@@ -66,14 +67,28 @@ std::string TargetLayout::ResultOf(size_t number, const std::vector<SceneEntry>&
     return isFrame ? FrameOf(entries[number]) : TargetOf(entries[number]);
 }
 
+/// The one path of a file, however it is written. Its directory may not be there yet.
+std::string TargetLayout::PlaceOf(const std::string& result)
+{
+    const SplitPath split(result);
+    if (split.directory != lastDirectory || lastPlace.empty()) {
+        std::error_code ignored;
+        const std::filesystem::path whole = std::filesystem::absolute(split.directory, ignored);
+        lastPlace = std::filesystem::weakly_canonical(whole, ignored).string();
+        lastDirectory = split.directory;
+    }
+    return JoinedPath(lastPlace, split.leaf);
+}
+
 void TargetLayout::FindConflict(const std::vector<SceneEntry>& entries, size_t number,
                                 const std::string& result,
                                 std::unordered_map<size_t, uint32_t>& seen)
 {
     const bool isFrame = &seen == &framesSeen;
+    const std::string whole = PlaceOf(result);
     const auto [place, isNew] =
-        seen.emplace(std::hash<std::string>()(result), static_cast<uint32_t>(number));
-    if (isNew || ResultOf(place->second, entries, isFrame) != result)
+        seen.emplace(std::hash<std::string>()(whole), static_cast<uint32_t>(number));
+    if (isNew || PlaceOf(ResultOf(place->second, entries, isFrame)) != whole)
         return;
     others.emplace(number, place->second);
     others.emplace(place->second, number);

@@ -25,9 +25,12 @@ public:
 private:
     void FindConflict(const std::vector<SceneEntry>& entries, size_t number,
                       const std::string& result, std::unordered_map<size_t, uint32_t>& seen);
+    std::string PlaceOf(const std::string& result);
     std::string ResultOf(size_t number, const std::vector<SceneEntry>& entries, bool isFrame) const;
 
     const BatchOptions& options; ///< not owned
+    std::string lastDirectory;   ///< of `PlaceOf`, with the answer
+    std::string lastPlace;
     std::unordered_map<size_t, uint32_t>
         targetsSeen; ///< entries by hash, while conflicts are looked for
     std::unordered_map<size_t, uint32_t> framesSeen;

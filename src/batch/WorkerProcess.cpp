@@ -17,7 +17,9 @@
 
 namespace {
 
-constexpr int kWorkerSocket = 3; // number in the worker
+constexpr int kWorkerSocket = 3; // numbers in the worker
+constexpr int kWorkerHeld = 4;
+constexpr int kOtherNumbers = 10; // from here on nothing is in the way of them
 constexpr int kMostWaits = 2000;
 constexpr useconds_t kWaitMicroseconds = 1000;
 
@@ -37,8 +39,12 @@ void RemoveTemporaryFiles(const std::string& path, pid_t process)
     }
 }
 
-void UnblockSignals()
+/// A key that ends the run goes to all processes of the terminal, but what becomes of workers is the
+/// supervisor's decision; also while they start.
+void LeaveSignalsToSupervisor()
 {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(number, SIG_IGN);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -46,7 +52,7 @@ void UnblockSignals()
 
 } // namespace
 
-WorkerProcess::WorkerProcess(const WorkerSetup& setup)
+WorkerProcess::WorkerProcess(const WorkerSetup& setup, int heldByWorkers)
 {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
@@ -56,23 +62,24 @@ WorkerProcess::WorkerProcess(const WorkerSetup& setup)
     errors = Descriptor(memfd_create("worker-errors", MFD_CLOEXEC));
     process = fork();
     if (process == 0)
-        BecomeWorker(other.Get());
+        BecomeWorker(other.Get(), heldByWorkers);
     if (process > 0 && !SendWire(socket.Get(), EncodeSetup(setup)))
         Kill(WorkerEnd::kItself);
 }
 
 /// In the new process: only calls that are safe after a fork.
-void WorkerProcess::BecomeWorker(int socketEnd) const
+void WorkerProcess::BecomeWorker(int socketEnd, int heldByWorkers) const
 {
-    UnblockSignals();
+    LeaveSignalsToSupervisor();
     const int nothing = open("/dev/null", O_RDWR);
     dup2(nothing, STDIN_FILENO);
     dup2(nothing, STDOUT_FILENO);
     dup2(errors.IsOpen() ? errors.Get() : nothing, STDERR_FILENO);
-    if (socketEnd == kWorkerSocket)
-        fcntl(socketEnd, F_SETFD, 0);
-    else
-        dup2(socketEnd, kWorkerSocket);
+    const int socketCopy = fcntl(socketEnd, F_DUPFD_CLOEXEC, kOtherNumbers);
+    const int heldCopy = fcntl(heldByWorkers, F_DUPFD_CLOEXEC, kOtherNumbers);
+    dup2(socketCopy, kWorkerSocket);
+    if (heldCopy >= 0)
+        dup2(heldCopy, kWorkerHeld);
     execl("/proc/self/exe", "qsbatch", "--worker", "3", static_cast<char*>(nullptr));
     _exit(kWorkerNoEngine);
 }
@@ -134,6 +141,7 @@ SceneResult WorkerProcess::Bury()
     if (isBusy)
         RemoveLitter();
     process = -1;
+    wasKilled = WIFSIGNALED(status);
     SceneResult result;
     const bool isOutOfMemory = WIFEXITED(status) && WEXITSTATUS(status) == kWorkerOutOfMemory;
     if (end == WorkerEnd::kTimeout) {

@@ -15,8 +15,8 @@ enum class WorkerEnd : uint8_t { kItself, kTimeout, kMemory };
 /// A worker as the supervisor sees it. Its process ends with this object.
 class WorkerProcess {
 public:
-    /// Starts the process. Not running, with `errno`, if that fails.
-    explicit WorkerProcess(const WorkerSetup& setup);
+    /// Starts the process, which keeps `heldByWorkers` open. Not running, with `errno`, if that fails.
+    WorkerProcess(const WorkerSetup& setup, int heldByWorkers);
     ~WorkerProcess();
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
@@ -31,6 +31,8 @@ public:
     void Kill(WorkerEnd why);
     /// Waits for the end of the process and tells how it ended.
     SceneResult Bury();
+    /// Whether a signal ended the process, which is buried.
+    bool WasKilled() const { return wasKilled; }
 
     WireAssembler arrived;
     bool isReady = false; ///< its engine has started
@@ -40,7 +42,7 @@ public:
     double startedAt = 0; ///< seconds
 
 private:
-    [[noreturn]] void BecomeWorker(int socketEnd) const;
+    [[noreturn]] void BecomeWorker(int socketEnd, int heldByWorkers) const;
     void RemoveLitter() const;
     std::string HostText() const;
 
@@ -48,4 +50,5 @@ private:
     Descriptor socket;
     Descriptor errors; ///< its standard error, a file in memory
     WorkerEnd end = WorkerEnd::kItself;
+    bool wasKilled = false;
 };

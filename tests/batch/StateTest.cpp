@@ -163,7 +163,8 @@ TEST_F(BatchStateOfRuns, StateOfAnotherRunIsTwoWithItsProcess)
     EXPECT_EQ(second.status, 2);
     EXPECT_EQ(second.err,
               "qsbatch: the state 'o/.qsbatch-state' is in use by another run, process " +
-                  std::to_string(first.Id()) + "\n");
+                  std::to_string(first.Id()) +
+                  "; wait for it, or choose another one with --state\n");
 }
 
 TEST_F(BatchStateOfRuns, DamagedAndNewerStatesAreTwoWithACure)
