@@ -1,6 +1,6 @@
 # Completion of qsbatch: its options, scenes and folders.
 
-complete -c qsbatch -l version -d 'the programs version'
+complete -c qsbatch -l version -d 'the version of the program'
 complete -c qsbatch -l include -r -x -d 'take files with such names from directories (*.qsa)'
 complete -c qsbatch -l exclude -r -x -d 'leave out files and directories with such names or paths'
 complete -c qsbatch -l from-file -r -F -d 'read paths from LIST, one a line; - is standard input'
@@ -9,7 +9,7 @@ complete -c qsbatch -l out -r -x -a '(__fish_complete_directories)' -d 'write th
 complete -c qsbatch -l frames -r -x -a '(__fish_complete_directories)' -d 'draw a frame of each scene and keep it below DIR'
 complete -c qsbatch -l draw -d 'draw the frames without keeping them'
 complete -c qsbatch -l frame-size -r -x -d 'size of the frames in pixels (640x480)'
-complete -c qsbatch -l camera -r -x -d 'draw by the scenes camera N, from 0 (0)'
+complete -c qsbatch -l camera -r -x -d 'draw by camera N of the scene, from 0 (0)'
 complete -c qsbatch -l time -r -x -d 'draw the scene at S seconds (0)'
 complete -c qsbatch -l loop -d 'repeat the animation; stored in the target'
 complete -c qsbatch -l fit -d 'fit the near and far planes to the scene'

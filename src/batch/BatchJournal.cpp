@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kMostWaiting = 1 << 20;
+constexpr size_t kMostWaiting = 1 << 16;
 
 std::string HexBytes(const std::string& bytes)
 {

@@ -55,6 +55,7 @@ std::string DefaultPathsText()
 
 constexpr size_t kIdBytes = sizeof(uint32_t);
 constexpr size_t kMostInputsInMemory = 4096;
+constexpr size_t kMostDirectoriesInMemory = 64; // source, target and frame of neighbours
 
 // Columns of `find`.
 enum FoundColumn {
@@ -116,13 +117,17 @@ BatchState::~BatchState()
 
 std::string BatchState::AbsoluteDirectory(const std::string& directory)
 {
-    if (directory == lastDirectory && !lastAbsolute.empty())
-        return lastAbsolute;
+    const auto known = absoluteDirectories.find(directory);
+    if (known != absoluteDirectories.end())
+        return known->second;
     char* const found = realpath(directory.c_str(), nullptr);
-    lastDirectory = directory;
-    lastAbsolute = found ? found : directory;
+    std::string absolute = found ? found : directory;
     std::free(found);
-    return lastAbsolute;
+    if (absoluteDirectories.size() >= kMostDirectoriesInMemory)
+        absoluteDirectories.clear();
+    if (found)
+        absoluteDirectories.emplace(directory, absolute);
+    return absolute;
 }
 
 std::string BatchState::AbsolutePath(const std::string& path)
@@ -198,7 +203,8 @@ bool BatchState::IsSourceCurrent(const SceneEntry& entry, std::string& whyOut)
         return false;
     }
     Begin();
-    renewSource.PutBytes(1, KeyOf(entry)).Put(2, DependableTime(now, readAt));
+    const std::string key = KeyOf(entry); // has to live until the statement has run
+    renewSource.PutBytes(1, key).Put(2, DependableTime(now, readAt));
     renewSource.Run();
     return true;
 }

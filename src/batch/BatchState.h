@@ -73,10 +73,9 @@ private:
     std::string targetKey;
     std::string frameKey;
     bool isInTransaction = false;
-    std::string lastDirectory; ///< of `AbsoluteDirectory`, with the answer
-    std::string lastAbsolute;
-    std::unordered_map<int64_t, bool> inputsCurrent;           ///< by id
-    std::unordered_map<std::string, KnownInputs> inputsStored; ///< some of this run, by path
+    std::unordered_map<std::string, std::string> absoluteDirectories; ///< some, by path as given
+    std::unordered_map<int64_t, bool> inputsCurrent;                  ///< by id
+    std::unordered_map<std::string, KnownInputs> inputsStored;        ///< some of this run, by path
 
     StateStatement find;
     StateStatement findInput;

@@ -153,6 +153,8 @@ int BatchRun::Run()
     if (!list.Collect(options))
         return Trouble(list.error);
     SayUnread();
+    if (list.Entries().empty() && !options.quiet)
+        std::fprintf(stderr, "qsbatch: no scenes are found, see --include\n");
     layout.FindConflicts(list.Entries());
     if (!OpenState())
         return Trouble(error);

@@ -203,6 +203,7 @@ void StateDatabase::CheckContents()
     }
     Execute("PRAGMA journal_mode=WAL");
     Execute("PRAGMA synchronous=NORMAL");
+    Execute("PRAGMA cache_size=-1000"); // KiB
     Execute("BEGIN IMMEDIATE");
     if (isNew) {
         Execute(kSchema);

@@ -1,9 +1,11 @@
 #include "tests/batch/BackgroundBatch.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -75,19 +77,28 @@ std::vector<pid_t> BackgroundBatch::Workers() const
     return {std::istream_iterator<pid_t>(children), {}};
 }
 
+std::vector<pid_t> BackgroundBatch::WaitingWorkers() const
+{
+    std::vector<pid_t> waiting = Workers();
+    std::erase_if(waiting, [](pid_t worker) {
+        // A worker without a scene is where the run was started.
+        std::error_code ignored;
+        const fs::path place =
+            fs::read_symlink("/proc/" + std::to_string(worker) + "/cwd", ignored);
+        return StateOf(worker) != 'S' || place.filename() != "in";
+    });
+    return waiting;
+}
+
 pid_t BackgroundBatch::AwaitWorker(pid_t than) const
 {
     pid_t found = 0;
     Eventually([&] {
-        for (const pid_t worker : Workers()) {
-            // A worker without a scene is where the run was started.
-            std::error_code ignored;
-            const fs::path place =
-                fs::read_symlink("/proc/" + std::to_string(worker) + "/cwd", ignored);
-            if (worker != than && StateOf(worker) == 'S' && place.filename() == "in")
+        for (const pid_t worker : WaitingWorkers()) {
+            if (worker != than)
                 found = worker;
         }
-        return found != 0;
+        return found != 0 || HasEnded();
     });
     return found;
 }
@@ -95,6 +106,41 @@ pid_t BackgroundBatch::AwaitWorker(pid_t than) const
 void BackgroundBatch::Signal(int number) const
 {
     kill(process, number);
+}
+
+void BackgroundBatch::SignalAndAwait(int number) const
+{
+    Signal(number);
+    Eventually([&] {
+        // The signals that wait for the process, in hexadecimal digits.
+        const std::string status = ContentOf("/proc/" + std::to_string(process) + "/status");
+        const size_t line = status.find("\nShdPnd:");
+        const unsigned long long waiting =
+            line == std::string::npos ? 0 : std::strtoull(&status[line + 8], nullptr, 16);
+        return (waiting >> (number - 1) & 1) == 0;
+    });
+}
+
+bool BackgroundBatch::HasEnded() const
+{
+    const char state = StateOf(process);
+    return state == 'Z' || state == '\0';
+}
+
+double BackgroundBatch::ProcessorSeconds() const
+{
+    const std::string stat = ContentOf("/proc/" + std::to_string(process) + "/stat");
+    const size_t bracket = stat.rfind(')');
+    if (bracket == std::string::npos)
+        return 0;
+    std::istringstream fields(stat.substr(bracket + 2));
+    std::string field;
+    double ticks = 0;
+    for (int i = 3; i <= 15 && fields >> field; ++i) { // fields 14 and 15 of the whole line
+        if (i >= 14)
+            ticks += std::strtod(field.c_str(), nullptr);
+    }
+    return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 ProgramRun BackgroundBatch::Wait()

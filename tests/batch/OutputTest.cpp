@@ -3,6 +3,10 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <random>
+#include <regex>
+#include <set>
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
@@ -11,12 +15,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "batch/FrameReader.h"
+#include "batch/ReportPage.h"
 #include "batch/StatusLine.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
 
 using namespace batch_testing;
 using testing::AllOf;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -25,7 +32,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class BatchOutput : public BatchTest {};
+class OutputTest : public BatchTest {};
 
 /// A run whose standard output and standard error are a terminal of 100 columns.
 std::string OnTerminal(std::vector<std::string> words)
@@ -54,7 +61,7 @@ std::string OnTerminal(std::vector<std::string> words)
 
 } // namespace
 
-TEST_F(BatchOutput, JournalsAreAsTheSchemaDescribesThem)
+TEST_F(OutputTest, JournalsAreAsTheSchemaDescribesThem)
 {
     scratch.Write("in/a.qsa", WallScene("gone.tga", 3));
     scratch.Write("in/b.qsa", BrokenScene());
@@ -92,7 +99,7 @@ TEST_F(BatchOutput, JournalsAreAsTheSchemaDescribesThem)
         RunProgramFile("/usr/bin/python3", {SourcePath("tools/validate-journal"), "j3"}).status, 1);
 }
 
-TEST_F(BatchOutput, PageHasACardForEachScene)
+TEST_F(OutputTest, PageHasACardForEachScene)
 {
     scratch.Write("in/<a>&.qsa", WallScene(""));
     scratch.Write("in/b.qsa", BrokenScene());
@@ -111,7 +118,7 @@ TEST_F(BatchOutput, PageHasACardForEachScene)
                 AllOf(HasSubstr("data-status=\"up-to-date\""), HasSubstr("base64,/9j/")));
 }
 
-TEST_F(BatchOutput, TerminalHasAStatusLineBelowTheMessages)
+TEST_F(OutputTest, TerminalHasAStatusLineBelowTheMessages)
 {
     for (int i = 0; i < 30; ++i)
         scratch.Write("in/" + std::to_string(i) + ".qsa", WallScene("gone.tga"));
@@ -123,7 +130,7 @@ TEST_F(BatchOutput, TerminalHasAStatusLineBelowTheMessages)
     EXPECT_THAT(OnTerminal({"in", "--force", "-q"}), Not(HasSubstr("\x1b")));
 }
 
-TEST_F(BatchOutput, ProgressIsDoneFilesBytesAndTimeLeft)
+TEST_F(OutputTest, ProgressIsDoneFilesBytesAndTimeLeft)
 {
     RunProgress progress;
     progress.total = 1200;
@@ -136,7 +143,7 @@ TEST_F(BatchOutput, ProgressIsDoneFilesBytesAndTimeLeft)
     EXPECT_EQ(ProgressText(progress), "300 of 1,200, 2 failed, 30.0 files/s, 2.5 MB/s, 30 s left");
 }
 
-TEST_F(BatchOutput, FullDisksAreToldAndLeaveNoLitter)
+TEST_F(OutputTest, FullDisksAreToldAndLeaveNoLitter)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     const ProgramRun journal = Batch({"in", "--out", "o", "--journal", "/dev/full"});
@@ -156,7 +163,7 @@ TEST_F(BatchOutput, FullDisksAreToldAndLeaveNoLitter)
 }
 
 // The frame comes after the target, except in a strict run.
-TEST_F(BatchOutput, FrameThatCannotBeKeptFailsTheScene)
+TEST_F(OutputTest, FrameThatCannotBeKeptFailsTheScene)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     scratch.Write("f", "a file in the way");
@@ -169,7 +176,7 @@ TEST_F(BatchOutput, FrameThatCannotBeKeptFailsTheScene)
     EXPECT_THAT(FilesBelow("p"), ElementsAre(".qsbatch-state"));
 }
 
-TEST_F(BatchOutput, CheckOfASoundTargetSaysNothing)
+TEST_F(OutputTest, CheckOfASoundTargetSaysNothing)
 {
     scratch.Write("in/a.qsa", WallScene("p.tga"));
     scratch.Write("in/p.tga", ColorPicture(1));
@@ -179,7 +186,7 @@ TEST_F(BatchOutput, CheckOfASoundTargetSaysNothing)
 }
 
 // The worker waits for a picture, which is a pipe, while the scene changes under it.
-TEST_F(BatchOutput, SceneThatChangesIsReadOnceMore)
+TEST_F(OutputTest, SceneThatChangesIsReadOnceMore)
 {
     scratch.Write("in/a.qsa", WallScene("pipe.tga"));
     ASSERT_EQ(mkfifo("in/pipe.tga", 0600), 0);
@@ -195,4 +202,146 @@ TEST_F(BatchOutput, SceneThatChangesIsReadOnceMore)
     close(pipe);
     EXPECT_EQ(ended.status, 0) << ended.err;
     EXPECT_TRUE(scratch.Read("in/a.qsb") == ConvertedAlone("in", "a.qsa"));
+}
+
+// It changes again as it is read once more: it cannot be known what was converted.
+TEST_F(OutputTest, SceneThatKeepsChangingFails)
+{
+    scratch.Write("in/a.qsa", WallScene("pipe.tga"));
+    ASSERT_EQ(mkfifo("in/pipe.tga", 0600), 0);
+    BackgroundBatch run({"in", "--timeout", "0"});
+    for (int i = 0; i < 2; ++i) {
+        int pipe = -1;
+        ASSERT_TRUE(Eventually([&] { // until the worker waits for it
+            pipe = open("in/pipe.tga", O_WRONLY | O_NONBLOCK);
+            return pipe >= 0;
+        }));
+        scratch.Write("in/a.qsa", WallScene("pipe.tga", i + 1));
+        close(pipe); // an empty picture
+        if (i == 0)
+            ASSERT_TRUE(Eventually([&] { // the worker has let go of it
+                const int again = open("in/pipe.tga", O_WRONLY | O_NONBLOCK);
+                if (again >= 0)
+                    close(again);
+                return again < 0 || run.HasEnded();
+            }));
+    }
+    const ProgramRun ended = run.Wait();
+    EXPECT_EQ(ended.status, 1) << ended.out << ended.err;
+    EXPECT_THAT(ended.out, HasSubstr("in/a.qsa: the file changed while it was read\n"));
+    EXPECT_FALSE(scratch.Has("in/a.qsb"));
+}
+
+TEST_F(OutputTest, UpToDateScenesKeepTheirFactsInJournalAndPage)
+{
+    scratch.Write("in/a.qsa", WallScene("gone.tga", 3));
+    const std::vector<std::string> run = {"in",       "--out", "o",         "--draw",
+                                          "--report", "r",     "--journal", "j"};
+    EXPECT_EQ(Batch(run).status, 0);
+    const auto first = nlohmann::json::parse(scratch.Read("j"));
+    const ProgramRun again = Batch(run);
+    EXPECT_EQ(again.err, ""); // it was told when it was converted
+    const auto second = nlohmann::json::parse(scratch.Read("j"));
+    EXPECT_EQ(second["status"], "up-to-date");
+    EXPECT_EQ(second["target_written"], false);
+    for (const char* const field :
+         {"path", "target", "messages", "bytes_in", "bytes_out", "counts"})
+        EXPECT_EQ(second[field], first[field]) << field;
+    EXPECT_EQ(second["hashes"], first["hashes"]);
+    EXPECT_THAT(scratch.Read("r"),
+                AllOf(HasSubstr("data-status=\"up-to-date\" data-warnings=\"1\""),
+                      HasSubstr("1 meshes, 4 vertices, 2 faces"), HasSubstr("gone.tga")));
+    const ProgramRun check =
+        RunProgramFile("/usr/bin/python3", {SourcePath("tools/validate-journal"), "j"});
+    EXPECT_EQ(check.status, 0) << check.out;
+}
+
+// The target of a scene whose frame alone is drawn is where it was.
+TEST_F(OutputTest, JournalNamesTheTargetAlsoIfOnlyTheFrameIsNew)
+{
+    scratch.Write("in/a.qsa", WallScene(""));
+    EXPECT_EQ(Batch({"in", "--out", "o"}).status, 0);
+    EXPECT_EQ(Batch({"in", "--out", "o", "--frames", "f", "--journal", "j"}).status, 0);
+    const auto line = nlohmann::json::parse(scratch.Read("j"));
+    EXPECT_EQ(line["target"], "o/a.qsb");
+    EXPECT_EQ(line["target_written"], false);
+    EXPECT_EQ(line["frame_written"], true);
+}
+
+// A thousand scenes with as many words as a card may have, and with frames that no encoder can make small.
+TEST_F(OutputTest, PagesOfAThousandScenesStayBelowTheirLimit)
+{
+    DrawnFrame noise;
+    noise.width = 640;
+    noise.height = 480;
+    std::mt19937 random(3);
+    for (int i = 0; i < 640 * 480; ++i)
+        noise.argb.push_back(random());
+    SceneResult result;
+    result.status = SceneStatus::kConverted;
+    result.thumb = ThumbOf(noise);
+    EXPECT_GT(result.thumb.size(), 1000u);
+    noise.width = 160; // every pixel is kept
+    noise.height = 120;
+    noise.argb.resize(160 * 120);
+    result.thumb = ThumbOf(noise);
+    result.messages.assign(1000, {101, MessageLevel::kWarning, "s", std::string(2000, '"'), 1});
+    ReportPage page("page.html", 1000);
+    for (int i = 0; i < 1000; ++i)
+        page.Add(std::string(250, 'n') + std::to_string(i), result, true);
+    ASSERT_TRUE(page.Write());
+    EXPECT_LE(fs::file_size("page.html"), 25000000u);
+    EXPECT_THAT(scratch.Read("page.html"), HasSubstr("nn999</h2>"));
+}
+
+TEST_F(OutputTest, LongPagesHaveOnlyScenesWithTroubles)
+{
+    constexpr size_t kScenes = 5001;
+    ReportPage page("page.html", kScenes);
+    for (size_t i = 0; i < kScenes; ++i) {
+        SceneResult result;
+        result.status = i == 7 ? SceneStatus::kCrashed : SceneStatus::kConverted;
+        if (i == 9)
+            result.messages.push_back({902, MessageLevel::kWarning, "qsbatch", "w", 1});
+        if (i == 11)
+            result.messages.push_back({119, MessageLevel::kNote, "KRE", "n", 1});
+        page.Add("s" + std::to_string(i), result, false);
+    }
+    ASSERT_TRUE(page.Write());
+    const std::string text = scratch.Read("page.html");
+    EXPECT_THAT(text,
+                AllOf(HasSubstr("5,000 converted, 1 crashed, 1 with warnings. Scenes without"),
+                      HasSubstr("<h2>s7</h2>"), HasSubstr("<h2>s9</h2>")));
+    EXPECT_THAT(text, Not(AnyOf(HasSubstr("<h2>s8</h2>"), HasSubstr("<h2>s11</h2>"))));
+    ReportPage shorter("page.html", kScenes - 1);
+    shorter.Add("s8", SceneResult(), false);
+    ASSERT_TRUE(shorter.Write());
+    EXPECT_THAT(scratch.Read("page.html"), HasSubstr("<h2>s8</h2>"));
+}
+
+// All options of the help are in the completions and on the manual page, and none that does not exist.
+TEST_F(OutputTest, CompletionsAndManualHaveAllOptions)
+{
+    const std::string help = Batch({"--help"}).out;
+    const auto optionsOf = [](const std::string& text, const std::string& pattern) {
+        std::set<std::string> options;
+        const std::regex shape(pattern);
+        for (std::sregex_iterator at(text.begin(), text.end(), shape), end; at != end; ++at)
+            options.insert((*at)[1]);
+        return options;
+    };
+    const std::set<std::string> wanted = optionsOf(help, "--([a-z][a-z-]+)");
+    EXPECT_GE(wanted.size(), 30u);
+    const auto fileText = [](const std::string& name) {
+        std::ifstream file(SourcePath("packaging/" + name));
+        return std::string{std::istreambuf_iterator<char>(file), {}};
+    };
+    EXPECT_EQ(optionsOf(fileText("qsbatch.bash-completion"), "--([a-z][a-z-]+)"), wanted);
+    EXPECT_EQ(optionsOf(fileText("qsbatch.zsh-completion"), "--([a-z-]+)\\["), wanted);
+    EXPECT_EQ(optionsOf(fileText("qsbatch.fish"), " -l ([a-z-]+)"), wanted);
+    std::string page = fileText("qsbatch.1");
+    for (size_t at = page.find("\\-"); at != std::string::npos; at = page.find("\\-", at))
+        page.erase(at, 1);
+    for (const std::string& option : wanted)
+        EXPECT_THAT(page, HasSubstr("--" + option));
 }

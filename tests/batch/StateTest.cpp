@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
+#include "batch/StateDatabase.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
 
@@ -21,7 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class BatchStateOfRuns : public BatchTest {
+class StateTest : public BatchTest {
 protected:
     /// The first words of the summary.
     static std::string Summary(const ProgramRun& run)
@@ -41,7 +42,7 @@ constexpr const char* kAgain = "1 converted, 0 up to date, 0";
 
 } // namespace
 
-TEST_F(BatchStateOfRuns, NothingIsTouchedTwice)
+TEST_F(StateTest, NothingIsTouchedTwice)
 {
     scratch.Write("in/a.qsa", WallScene("p.tga"));
     scratch.Write("in/p.tga", ColorPicture(1));
@@ -57,7 +58,7 @@ TEST_F(BatchStateOfRuns, NothingIsTouchedTwice)
 }
 
 // A new time alone makes nothing new.
-TEST_F(BatchStateOfRuns, SourceCountsByItsContent)
+TEST_F(StateTest, SourceCountsByItsContent)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     EXPECT_EQ(Summary(Run()), kAgain);
@@ -69,7 +70,7 @@ TEST_F(BatchStateOfRuns, SourceCountsByItsContent)
 }
 
 // Same size, and the time set back: only the content tells.
-TEST_F(BatchStateOfRuns, RehashComparesContents)
+TEST_F(StateTest, RehashComparesContents)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     SleepFor(50);
@@ -81,7 +82,7 @@ TEST_F(BatchStateOfRuns, RehashComparesContents)
     EXPECT_EQ(Summary(Run({"--rehash"})), kAgain);
 }
 
-TEST_F(BatchStateOfRuns, PicturesThatChangeComeOrGoCount)
+TEST_F(StateTest, PicturesThatChangeComeOrGoCount)
 {
     scratch.Write("in/a.qsa", WallScene("p.tga"));
     EXPECT_EQ(Summary(Run()), kAgain);
@@ -100,7 +101,7 @@ TEST_F(BatchStateOfRuns, PicturesThatChangeComeOrGoCount)
     EXPECT_EQ(Summary(Run()), kAllDone);
 }
 
-TEST_F(BatchStateOfRuns, TargetsThatAreGoneOrChangedAreMadeAgain)
+TEST_F(StateTest, TargetsThatAreGoneOrChangedAreMadeAgain)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     EXPECT_EQ(Summary(Run()), kAgain);
@@ -113,7 +114,7 @@ TEST_F(BatchStateOfRuns, TargetsThatAreGoneOrChangedAreMadeAgain)
     EXPECT_EQ(scratch.Read("o/a.qsb"), bytes);
 }
 
-TEST_F(BatchStateOfRuns, OptionsAndDefaultPathsCount)
+TEST_F(StateTest, OptionsAndDefaultPathsCount)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     EXPECT_EQ(Summary(Run()), kAgain);
@@ -127,7 +128,7 @@ TEST_F(BatchStateOfRuns, OptionsAndDefaultPathsCount)
 }
 
 // The frame has a record of its own: what is new in it leaves the target alone.
-TEST_F(BatchStateOfRuns, FramesHaveARecordOfTheirOwn)
+TEST_F(StateTest, FramesHaveARecordOfTheirOwn)
 {
     scratch.Write("in/a.qsa", WallScene(""));
     const std::vector<std::string> small = {"--frames", "f", "--frame-size", "32x24"};
@@ -145,7 +146,7 @@ TEST_F(BatchStateOfRuns, FramesHaveARecordOfTheirOwn)
     EXPECT_EQ(fs::last_write_time("o/a.qsb"), time);
 }
 
-TEST_F(BatchStateOfRuns, FailedScenesAreTriedAgain)
+TEST_F(StateTest, FailedScenesAreTriedAgain)
 {
     scratch.Write("in/a.qsa", BrokenScene());
     EXPECT_EQ(Run().status, 1);
@@ -153,7 +154,7 @@ TEST_F(BatchStateOfRuns, FailedScenesAreTriedAgain)
     EXPECT_EQ(Run().status, 1);
 }
 
-TEST_F(BatchStateOfRuns, StateOfAnotherRunIsTwoWithItsProcess)
+TEST_F(StateTest, StateOfAnotherRunIsTwoWithItsProcess)
 {
     scratch.Write("in/a.qsa", WallScene("pipe.tga"));
     ASSERT_EQ(mkfifo("in/pipe.tga", 0600), 0);
@@ -167,7 +168,7 @@ TEST_F(BatchStateOfRuns, StateOfAnotherRunIsTwoWithItsProcess)
                   "; wait for it, or choose another one with --state\n");
 }
 
-TEST_F(BatchStateOfRuns, DamagedAndNewerStatesAreTwoWithACure)
+TEST_F(StateTest, DamagedAndNewerStatesAreTwoWithACure)
 {
     scratch.Write("in/a.qsa", HelperScene("a"));
     scratch.Write("o/.qsbatch-state",
@@ -194,7 +195,7 @@ TEST_F(BatchStateOfRuns, DamagedAndNewerStatesAreTwoWithACure)
 
 // A supervisor that is killed at any time leaves a state from which the next run goes on, to the same files
 // as an undisturbed one.
-TEST_F(BatchStateOfRuns, KilledRunsAreTakenUpWhereTheyWere)
+TEST_F(StateTest, KilledRunsAreTakenUpWhereTheyWere)
 {
     constexpr int kScenes = 60;
     const char* const wanted = std::getenv("QSBATCH_KILLS"); // more of them: ./test batch
@@ -213,7 +214,6 @@ TEST_F(BatchStateOfRuns, KilledRunsAreTakenUpWhereTheyWere)
         run.Signal(SIGKILL);
         run.Wait();
     }
-    SleepFor(100); // the workers of the last one end with it
     const ProgramRun last = Batch({"in", "--out", "o", "--frames", "f", "--frame-size", "32x24"});
     EXPECT_EQ(last.status, 0) << last.err;
     for (const char* const name : {"o", "f"}) {
@@ -229,4 +229,77 @@ TEST_F(BatchStateOfRuns, KilledRunsAreTakenUpWhereTheyWere)
     }
     EXPECT_THAT(Batch({"in", "--out", "o", "--frames", "f", "--frame-size", "32x24"}).out,
                 StartsWith("0 converted, 60 up to date, 0 failed"));
+}
+
+TEST_F(StateTest, NetworkFileSystemsAreRefused)
+{
+    const auto real = gFileSystemType;
+    gFileSystemType = [](const char*) -> int64_t { return 0x6969; }; // NFS
+    std::string refusal;
+    try {
+        const StateDatabase state("state");
+    } catch (const StateError& error) {
+        refusal = error.text;
+    }
+    gFileSystemType = real;
+    EXPECT_EQ(refusal, "the state 'state' is on a network file system: choose another place with "
+                       "--state");
+    EXPECT_FALSE(scratch.Has("state"));
+    EXPECT_NO_THROW(StateDatabase("state"));
+}
+
+// Converting all again and again adds nothing to the state.
+TEST_F(StateTest, StateDoesNotGrowWithTheNumberOfRuns)
+{
+    scratch.Write("in/a.qsa", WallScene("p.tga"));
+    scratch.Write("in/p.tga", ColorPicture(1));
+    EXPECT_EQ(Summary(Run()), kAgain);
+    const int64_t inputs = StateDatabase("o/.qsbatch-state").Ask("SELECT count(*) FROM input");
+    EXPECT_GE(inputs, 1);
+    EXPECT_EQ(Summary(Run({"--force"})), kAgain);
+    EXPECT_EQ(Summary(Run({"--force"})), kAgain);
+    EXPECT_EQ(StateDatabase("o/.qsbatch-state").Ask("SELECT count(*) FROM input"), inputs);
+}
+
+// Lists, effects and what they include are inputs like pictures.
+TEST_F(StateTest, ListsAndTheirPicturesCount)
+{
+    scratch.Write("in/a.qsa", WallScene("list.ifl"));
+    scratch.Write("in/list.ifl", "one.tga\ntwo.tga\n");
+    scratch.Write("in/one.tga", ColorPicture(1));
+    scratch.Write("in/two.tga", ColorPicture(2));
+    EXPECT_EQ(Summary(Run()), kAgain);
+    EXPECT_EQ(Summary(Run()), kAllDone);
+    scratch.Write("in/two.tga", ColorPicture(3));
+    EXPECT_THAT(Plan(), HasSubstr("two.tga"));
+    EXPECT_EQ(Summary(Run()), kAgain);
+    scratch.Write("in/list.ifl", "two.tga\none.tga\n");
+    EXPECT_THAT(Plan(), HasSubstr("list.ifl"));
+    EXPECT_EQ(Summary(Run()), kAgain);
+    EXPECT_EQ(Summary(Run()), kAllDone);
+}
+
+TEST_F(StateTest, StateBelowTheHomeGoesByTheRootOfThePaths)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    scratch.Write("in/deep/b.qsa", HelperScene("b"));
+    EXPECT_EQ(Batch({"in"}).status, 0);
+    EXPECT_EQ(FilesBelow(".state/qsbatch").size(), 1u);
+    EXPECT_THAT(Batch({"./in/a.qsa", "in/deep/b.qsa"}).out,
+                StartsWith("0 converted, 2 up to date, "));
+    EXPECT_EQ(FilesBelow(".state/qsbatch").size(), 1u);
+}
+
+TEST_F(StateTest, PlacesThatCannotHoldAStateAreTwoWithACure)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    scratch.Write("file", "in the way");
+    fs::create_directory("directory");
+    const ProgramRun below = Run({"--state", "file/state"});
+    EXPECT_EQ(below.status, 2);
+    EXPECT_THAT(below.err, HasSubstr("; choose another place with --state\n"));
+    const ProgramRun directory = Run({"--state", "directory"});
+    EXPECT_EQ(directory.status, 2);
+    EXPECT_EQ(directory.err, "qsbatch: the state 'directory' cannot be opened: Is a directory; "
+                             "choose another place with --state\n");
 }

@@ -43,7 +43,7 @@ struct SocketPair {
 
 } // namespace
 
-TEST(Wire, ResultsComeBackAsTheyWere)
+TEST(WireTest, ResultsComeBackAsTheyWere)
 {
     SceneResult read;
     ASSERT_TRUE(DecodeResult(EncodeResult(SampleResult()), read));
@@ -57,7 +57,7 @@ TEST(Wire, ResultsComeBackAsTheyWere)
     EXPECT_EQ(read.thumb.size(), 3u);
 }
 
-TEST(Wire, EveryCutAndEveryAdditionIsRefused)
+TEST(WireTest, EveryCutAndEveryAdditionIsRefused)
 {
     const std::string whole = EncodeResult(SampleResult());
     SceneResult read;
@@ -67,7 +67,7 @@ TEST(Wire, EveryCutAndEveryAdditionIsRefused)
 }
 
 // The count of messages is at bytes 3 to 6.
-TEST(Wire, CountsBeyondTheMessageAreRefused)
+TEST(WireTest, CountsBeyondTheMessageAreRefused)
 {
     std::string message = EncodeResult(SampleResult());
     message.replace(3, 4, "\xFF\xFF\xFF\x7F");
@@ -78,7 +78,7 @@ TEST(Wire, CountsBeyondTheMessageAreRefused)
     EXPECT_FALSE(DecodeResult(message, read));
 }
 
-TEST(Wire, MessagesArePutTogetherFromPieces)
+TEST(WireTest, MessagesArePutTogetherFromPieces)
 {
     const SocketPair pair;
     ASSERT_TRUE(SendWire(pair.ends[0], "first"));
@@ -102,7 +102,7 @@ TEST(Wire, MessagesArePutTogetherFromPieces)
     EXPECT_EQ(assembler.ReadFrom(pair.ends[1]), WireAssembler::Arrival::kEnd);
 }
 
-TEST(Wire, ImpossibleLengthsBreakTheConnection)
+TEST(WireTest, ImpossibleLengthsBreakTheConnection)
 {
     const SocketPair pair;
     ASSERT_EQ(send(pair.ends[0], "\xFF\xFF\xFF\xFF", 4, 0), 4);

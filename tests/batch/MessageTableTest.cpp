@@ -20,7 +20,7 @@ std::string TreeFile(const std::string& name)
 
 } // namespace
 
-TEST(MessageTable, TextsHaveTheCodeOfTheirFormat)
+TEST(MessageTableTest, TextsHaveTheCodeOfTheirFormat)
 {
     static const struct {
         const char* text;
@@ -39,7 +39,7 @@ TEST(MessageTable, TextsHaveTheCodeOfTheirFormat)
         EXPECT_EQ(CodeText(RowOfText(c.text).code), c.code) << c.text;
 }
 
-TEST(MessageTable, RowsAreInOrderAndInTheDocument)
+TEST(MessageTableTest, RowsAreInOrderAndInTheDocument)
 {
     const std::string document = TreeFile("docs/message-codes.md");
     for (size_t i = 0; i < kMessageRowCount; ++i) {
@@ -54,7 +54,7 @@ TEST(MessageTable, RowsAreInOrderAndInTheDocument)
 }
 
 // Each message of the converter's own page has a code, but those of other programs.
-TEST(MessageTable, KnowsTheMessagesOfTheDiagnostics)
+TEST(MessageTableTest, KnowsTheMessagesOfTheDiagnostics)
 {
     const std::string page = TreeFile("docs/diagnostics.md");
     for (size_t i = 0; i < kMessageRowCount; ++i) {
@@ -63,4 +63,21 @@ TEST(MessageTable, KnowsTheMessagesOfTheDiagnostics)
                 << kMessageRows[i].format;
         }
     }
+}
+
+// And the other way round: each error and each warning of the page has a code of its own.
+TEST(MessageTableTest, DiagnosticsHaveTheirCodes)
+{
+    const std::string page = TreeFile("docs/diagnostics.md");
+    const std::regex row("\n\\| (`[^|]*`) \\| (error|warning|warning or error)[^|]*\\|");
+    size_t texts = 0;
+    for (std::sregex_iterator at(page.begin(), page.end(), row), end; at != end; ++at) {
+        const std::string cell = (*at)[1];
+        const std::regex quoted("`([^`]+)`");
+        for (std::sregex_iterator text(cell.begin(), cell.end(), quoted); text != end; ++text) {
+            ++texts;
+            EXPECT_NE(RowOfText((*text)[1].str()).code, kCodeUnknown) << (*text)[1];
+        }
+    }
+    EXPECT_GE(texts, 100u);
 }
