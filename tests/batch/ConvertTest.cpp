@@ -378,13 +378,21 @@ TEST_F(ConvertTest, CheckFindsPicturesBesideTheSource)
     EXPECT_EQ(run.status, 0) << run.err;
 }
 
-TEST_F(ConvertTest, StrictRunsFailForWarningsOfTheFrameAlone)
+TEST_F(ConvertTest, StrictRunsJudgeWhatOtherRunsLetPass)
 {
     scratch.Write("in/a.qsa", WallScene("gone.tga"));
     EXPECT_EQ(Batch({"in", "--out", "o"}).status, 0);
     const auto time = fs::last_write_time("o/a.qsb");
     EXPECT_EQ(Batch({"in", "--out", "o", "--strict", "--draw"}).status, 1);
     EXPECT_EQ(fs::last_write_time("o/a.qsb"), time);
+}
+
+// The size is in the head of the picture.
+TEST_F(ConvertTest, FramesHaveASizeUnlessOneIsGiven)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    EXPECT_EQ(Batch({"in", "--frames", "f"}).status, 0);
+    EXPECT_EQ(scratch.Read("f/a.qsa.png").substr(16, 8), std::string("\0\0\1\x40\0\0\0\xF0", 8));
 }
 
 TEST_F(ConvertTest, WorkersLeaveNoLog)

@@ -14,6 +14,7 @@
 #include "tests/batch/BatchTesting.h"
 
 using namespace batch_testing;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 namespace fs = std::filesystem;
@@ -68,8 +69,11 @@ TEST_F(WorkerTest, SecondTriesAreAlone)
     BackgroundBatch run({"in", "-j", "2", "--timeout", "0"});
     ASSERT_TRUE(Eventually([&] { return run.WaitingWorkers().size() == 2; }));
     const std::vector<pid_t> first = run.WaitingWorkers();
-    for (const pid_t worker : first)
-        kill(worker, SIGKILL);
+    kill(first[0], SIGKILL);
+    ASSERT_TRUE(Eventually([&] { return run.Workers().size() == 1; }));
+    SleepFor(200); // the second try would come now
+    EXPECT_THAT(run.Workers(), ElementsAre(first[1]));
+    kill(first[1], SIGKILL);
     const auto isNew = [&](pid_t worker) {
         return std::find(first.begin(), first.end(), worker) == first.end();
     };
