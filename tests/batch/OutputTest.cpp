@@ -284,6 +284,7 @@ TEST_F(OutputTest, PagesOfAThousandScenesStayBelowTheirLimit)
     noise.height = 120;
     noise.argb.resize(160 * 120);
     result.thumb = ThumbOf(noise);
+    EXPECT_LE(result.thumb.size(), 12000u);
     result.messages.assign(1000, {101, MessageLevel::kWarning, "s", std::string(2000, '"'), 1});
     ReportPage page("page.html", 1000);
     for (int i = 0; i < 1000; ++i)

@@ -190,6 +190,10 @@ TEST_F(WorkerTest, StandardStreamsMayBeClosed)
         "/bin/bash", {"-c", "'" + program + "' in --out o -j 2 <&- >&- 2>&-; echo $?"});
     EXPECT_EQ(none.out, "2\n"); // what it has to say cannot be written
     EXPECT_TRUE(scratch.Read("o/a.qsb") == ConvertedAlone("in", "a.qsa"));
+    const ProgramRun output =
+        RunProgramFile("/bin/bash", {"-c", "'" + program + "' in --out o --force >&-; echo $?"});
+    EXPECT_EQ(output.out, "2\n");
+    EXPECT_THAT(output.err, HasSubstr("qsbatch: the output could not be written\n"));
     const ProgramRun again = Batch({"in", "--out", "o"});
     EXPECT_THAT(again.out, StartsWith("0 converted, 1 up to date, ")) << again.err;
     const ProgramRun errors = RunProgramFile(
