@@ -132,6 +132,11 @@ bool BackgroundBatch::HasEnded() const
     return state == 'Z' || state == '\0';
 }
 
+bool BackgroundBatch::IsAsleep() const
+{
+    return StateOf(process) == 'S';
+}
+
 double BackgroundBatch::ProcessorSeconds() const
 {
     const std::string stat = ContentOf("/proc/" + std::to_string(process) + "/stat");
