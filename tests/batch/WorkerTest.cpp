@@ -35,8 +35,12 @@ protected:
     void LetWorkersWaitAtTheirStart(BackgroundBatch& run) const
     {
         ASSERT_TRUE(Eventually([&] {
+            // Asleep without a worker, the supervisor waits for the pipe, and starts none until it is let go.
+            const bool isAsleep = run.IsAsleep();
             if (!run.Workers().empty())
                 return true;
+            if (!isAsleep)
+                return false;
             const int pipe = open(kPathsFile, O_WRONLY | O_NONBLOCK);
             if (pipe >= 0)
                 close(pipe);
