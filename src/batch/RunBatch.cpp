@@ -24,6 +24,13 @@
 
 namespace {
 
+double SecondsOfClock()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
 /// Everything of a run, from its options on.
 class BatchRun {
 public:
@@ -38,6 +45,7 @@ private:
     void SayUnread() const;
 
     const BatchOptions& options; // not owned
+    const double began = SecondsOfClock();
     SceneList list;
     TargetLayout layout;
     std::unique_ptr<BatchState> state;
@@ -52,13 +60,6 @@ void OpenStandardStreams()
         if (fcntl(number, F_GETFD) < 0)
             open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
-}
-
-double SecondsOfClock()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
 }
 
 int BatchRun::Trouble(const std::string& text) const
@@ -134,7 +135,7 @@ int BatchRun::Convert()
         return Trouble(report.Trouble());
     ScenePlan plan(options, list, layout, state.get());
     Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1);
-    report.Tick(SecondsOfClock());
+    report.Tick(began);
     const bool isDone = supervisor.Run();
     report.Finish(SecondsOfClock());
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
