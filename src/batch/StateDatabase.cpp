@@ -159,7 +159,8 @@ void StateDatabase::Lock(const std::string& path)
         throw StateError{"the state '" + path + "' cannot be opened: " + std::strerror(errno) +
                          kOtherPlace};
     struct stat info;
-    if (fstat(lock, &info) != 0 || !S_ISREG(info.st_mode)) { // a device must not be removed as a cure
+    if (fstat(lock, &info) != 0 ||
+        !S_ISREG(info.st_mode)) { // a device must not be removed as a cure
         close(lock);
         throw StateError{"the state '" + path + "' cannot be opened: it is no file" + kOtherPlace};
     }
