@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/Emulator.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
@@ -53,6 +54,11 @@ protected:
     {
         unsetenv("XDG_STATE_HOME");
         unsetenv("XDG_CONFIG_HOME");
+    }
+    void SetUp() override
+    {
+        if (RunsUnderAnEmulator())
+            GTEST_SKIP() << "qsbatch starts itself as a native program";
     }
 
     const ScratchDirectory scratch;
