@@ -1,0 +1,188 @@
+#include "batch/RunBatch.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "base/Log.h"
+#include "batch/BatchArguments.h"
+#include "batch/BatchState.h"
+#include "batch/BatchText.h"
+#include "batch/MessageTable.h"
+#include "batch/ReportPage.h"
+#include "batch/RunReport.h"
+#include "batch/ScenePlan.h"
+#include "batch/Supervisor.h"
+#include "batch/WorkingDirectory.h"
+
+namespace {
+
+/// Everything of a run, from its options on.
+class BatchRun {
+public:
+    explicit BatchRun(const BatchOptions& optionsIn) : options(optionsIn), layout(options) {}
+    int Run();
+
+private:
+    int Trouble(const std::string& text) const;
+    bool OpenState();
+    int PrintPlan();
+    int Convert();
+    void SayUnread() const;
+
+    const BatchOptions& options; // not owned
+    SceneList list;
+    TargetLayout layout;
+    std::unique_ptr<BatchState> state;
+    std::string error;
+};
+
+/// A file of this run that took the number of a closed stream would get what is printed. Writing to
+/// such a stream fails, as it did before.
+void OpenStandardStreams()
+{
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(number, F_GETFD) < 0)
+            open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
+double SecondsOfClock()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+int BatchRun::Trouble(const std::string& text) const
+{
+    std::fprintf(stderr, "qsbatch: %s\n", OneLine(text).c_str());
+    return kBatchTrouble;
+}
+
+bool BatchRun::OpenState()
+{
+    std::string path = options.stateFile;
+    if (path.empty())
+        path = BatchState::DefaultPath(options);
+    struct stat info;
+    if (options.dryRun && stat(path.c_str(), &info) != 0)
+        return true; // everything is new, and nothing is made
+    const std::string directory = SplitPath(path).directory;
+    if (!MakeDirectory(AT_FDCWD, directory).IsOpen()) {
+        error = "the directory '" + directory +
+                "' of the state cannot be made: " + std::strerror(errno) +
+                "; choose another place with --state";
+        return false;
+    }
+    try {
+        state = std::make_unique<BatchState>(path, options);
+    } catch (const StateError& failure) {
+        error = failure.text;
+        return false;
+    }
+    return true;
+}
+
+void BatchRun::SayUnread() const
+{
+    for (const UnreadDirectory& directory : list.Unread())
+        std::fprintf(
+            stderr, "%s: %s %s: %s\n", OneLine(directory.path).c_str(),
+            LevelName(MessageLevel::kError), CodeText(kCodeDirectoryNotRead).c_str(),
+            OwnMessage(kCodeDirectoryNotRead, std::strerror(directory.errorNumber)).text.c_str());
+}
+
+/// What would be done, and why.
+int BatchRun::PrintPlan()
+{
+    ScenePlan plan(options, list, layout, state.get());
+    size_t upToDate = 0;
+    bool hasFailures = false;
+    for (PlannedScene scene = plan.Next(); scene.kind != PlannedScene::Kind::kDone;
+         scene = plan.Next()) {
+        const std::string path = OneLine(list.Entries()[scene.number].path);
+        if (scene.kind == PlannedScene::Kind::kJob) {
+            const char* const what = scene.job.writesTarget ? "convert" : "draw";
+            std::printf("%s: %s, %s\n", path.c_str(), what, OneLine(scene.why).c_str());
+        } else if (IsFailure(scene.result.status)) {
+            hasFailures = true;
+            std::printf("%s: fail, %s\n", path.c_str(),
+                        OneLine(scene.result.messages.front().text).c_str());
+        } else {
+            ++upToDate;
+        }
+    }
+    std::printf("%s up to date\n", GroupedNumber(upToDate).c_str());
+    return hasFailures ? kBatchFailures : kBatchWell;
+}
+
+int BatchRun::Convert()
+{
+    std::unique_ptr<ReportPage> page;
+    if (!options.reportFile.empty())
+        page = std::make_unique<ReportPage>(options.reportFile, list.Entries().size());
+    RunReport report(options, list, state.get(), page.get());
+    if (!report.CheckPagePlace() || !report.OpenJournal())
+        return Trouble(report.Trouble());
+    ScenePlan plan(options, list, layout, state.get());
+    Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1);
+    report.Tick(SecondsOfClock());
+    const bool isDone = supervisor.Run();
+    report.Finish(SecondsOfClock());
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        return Trouble("the output could not be written");
+    if (!isDone)
+        return Trouble(supervisor.error);
+    if (!report.Trouble().empty())
+        return Trouble(report.Trouble());
+    if (supervisor.Signal() != 0)
+        return kBatchSignal + supervisor.Signal();
+    return report.HasFailures() || !list.Unread().empty() ? kBatchFailures : kBatchWell;
+}
+
+int BatchRun::Run()
+{
+    if (!list.Collect(options))
+        return Trouble(list.error);
+    SayUnread();
+    if (list.Entries().empty() && !options.quiet)
+        std::fprintf(stderr, "qsbatch: no scenes are found, see --include\n");
+    layout.FindConflicts(list.Entries());
+    if (!OpenState())
+        return Trouble(error);
+    try {
+        return options.dryRun ? PrintPlan() : Convert();
+    } catch (const StateError& failure) {
+        return Trouble("the state cannot be used: " + failure.text +
+                       "; remove it, or choose another one with --state");
+    }
+}
+
+} // namespace
+
+int RunBatch(const std::vector<std::string>& arguments)
+{
+    OpenStandardStreams();
+    std::signal(SIGCHLD, SIG_DFL);              // whoever starts the program may ignore it
+    gLogSink = [](const char*) {};              // never to a log file
+    for (const int number : {SIGPIPE, SIGXFSZ}) // such failures come as errors of the calls
+        std::signal(number, SIG_IGN);
+    const BatchOptions options = ReadBatchArguments(arguments);
+    if (!options.error.empty()) {
+        std::fprintf(stderr, "qsbatch: %s\n%s", OneLine(options.error).c_str(), kBatchUsage);
+        return kBatchTrouble;
+    }
+    if (options.help || options.version) {
+        std::fputs(options.help ? BatchHelp().c_str() : kBatchVersion, stdout);
+        return std::fflush(stdout) == 0 ? kBatchWell : kBatchTrouble;
+    }
+    return BatchRun(options).Run();
+}
