@@ -14,6 +14,7 @@ struct TemporaryOwner {
     std::string boot; ///< id of the machine's start; empty if it is not known
     pid_t process = 0;
 
+    bool operator==(const TemporaryOwner&) const = default;
     static TemporaryOwner ThisProcess();
     /// The owner in a name of `TemporaryName`. False if it is no such name.
     bool Read(const char* name);
