@@ -35,7 +35,7 @@ bool ReadWhole(const std::string& text, int& numberOut)
     return read.ec == std::errc() && read.ptr == end;
 }
 
-/// "640x480".
+/// "320x240".
 bool ReadFrameSize(const std::string& text, BatchOptions& options)
 {
     const size_t cross = text.find('x');

@@ -47,7 +47,7 @@ const OptionHelp kOptionHelps[] = {
     {"--out", "write the targets below DIR, in the directories of their sources"},
     {"--frames", "draw a frame of each scene and keep it below DIR"},
     {"--draw", "draw the frames without keeping them"},
-    {"--frame-size", "size of the frames in pixels (640x480)"},
+    {"--frame-size", "size of the frames in pixels (320x240)"},
     {"--camera", "draw by the scene's camera N, from 0 (0)"},
     {"--time", "draw the scene at S seconds (0)"},
     {"--loop", "repeat the animation; stored in the target"},

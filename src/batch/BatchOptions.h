@@ -24,8 +24,8 @@ struct BatchOptions {
 
     // How frames are drawn.
     bool draw = false; ///< also without keeping them
-    int frameWidth = 640;
-    int frameHeight = 480;
+    int frameWidth = 320;
+    int frameHeight = 240;
     std::optional<int> camera;
     std::optional<double> timeSeconds;
     bool loop = false;

@@ -61,7 +61,8 @@ SceneResult SceneConverter::Convert(const SceneJob& job)
     // A source or a picture that changes under the reader is read once more.
     if (!Attempt(job, made) && !Attempt(job, made)) {
         made.status = SceneStatus::kFailed;
-        made.messages.push_back(OwnMessage(kCodeSourceChanged));
+        // The reason of whatever else went wrong.
+        made.messages.insert(made.messages.begin(), OwnMessage(kCodeSourceChanged));
     }
     made.source.changedNs = DependableTime(made.source, readAt);
     made.seconds = SecondsNow() - began;

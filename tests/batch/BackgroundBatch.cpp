@@ -34,6 +34,18 @@ char StateOf(pid_t process)
     return bracket != std::string::npos && bracket + 2 < stat.size() ? stat[bracket + 2] : '\0';
 }
 
+/// The signals that wait for a process, a bit each; 0 if it is gone.
+uint64_t WaitingSignals(pid_t process)
+{
+    const std::string status = ContentOf("/proc/" + std::to_string(process) + "/status");
+    const std::string label = "\nShdPnd:";
+    const size_t line = status.find(label);
+    constexpr int kHexadecimal = 16;
+    return line == std::string::npos
+               ? 0
+               : std::strtoull(&status[line + label.size()], nullptr, kHexadecimal);
+}
+
 } // namespace
 
 void SleepFor(int milliseconds)
@@ -111,20 +123,18 @@ void BackgroundBatch::Signal(int number) const
 void BackgroundBatch::SignalAndAwait(int number) const
 {
     Signal(number);
-    Eventually([&] {
-        // The signals that wait for the process, in hexadecimal digits.
-        const std::string status = ContentOf("/proc/" + std::to_string(process) + "/status");
-        const size_t line = status.find("\nShdPnd:");
-        const unsigned long long waiting =
-            line == std::string::npos ? 0 : std::strtoull(&status[line + 8], nullptr, 16);
-        return (waiting >> (number - 1) & 1) == 0;
-    });
+    Eventually([&] { return (WaitingSignals(process) >> (number - 1) & 1) == 0; });
 }
 
 bool BackgroundBatch::HasEnded() const
 {
     const char state = StateOf(process);
     return state == 'Z' || state == '\0';
+}
+
+bool BackgroundBatch::IsAsleep() const
+{
+    return StateOf(process) == 'S';
 }
 
 double BackgroundBatch::ProcessorSeconds() const

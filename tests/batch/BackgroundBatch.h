@@ -28,6 +28,8 @@ public:
     void SignalAndAwait(int number) const;
     /// Whether the run has ended; `Wait` has to follow.
     bool HasEnded() const;
+    /// Whether the supervisor waits for news.
+    bool IsAsleep() const;
     /// Seconds of processor time that the supervisor has taken.
     double ProcessorSeconds() const;
     /// Waits for the end. The status is 128 and the signal's number for a process that was killed.

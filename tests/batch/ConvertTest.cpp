@@ -1,6 +1,8 @@
 // Which files are converted, where they go, and what the run says.
 
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include "tests/batch/BatchTesting.h"
 #include "tests/support/QsbBytes.h"
@@ -314,9 +316,7 @@ TEST_F(ConvertTest, DrawingOptionsAreThoseOfTheConverter)
         {{"--no-specular"}, "/nospec"},
         {{"--z-buffer"}, "/zbuf"},
     };
-    fs::create_directory("in");
-    for (const auto& entry : fs::directory_iterator(SourcePath("examples")))
-        fs::copy(entry.path(), "in", fs::copy_options::recursive);
+    fs::copy(SourcePath("examples"), "in", fs::copy_options::recursive);
     const std::string leaf = "harbour.qsa";
     const auto framesOf = [&](const std::vector<std::string>& options) {
         std::vector<std::string> run = {"in/" + leaf, "--out",        "o",     "--frames",
@@ -333,7 +333,10 @@ TEST_F(ConvertTest, DrawingOptionsAreThoseOfTheConverter)
         const fs::path before = fs::current_path();
         fs::current_path("alone");
         setenv("QSA2QSB_FRAMES", "frames", 1);
-        RunProgram({leaf, "/stop /resx:96 /resy:72 " + std::string(c.converter)});
+        std::vector<std::string> words = {leaf, "/stop", "/resx:96", "/resy:72"};
+        std::istringstream options(c.converter);
+        words.insert(words.end(), std::istream_iterator<std::string>(options), {});
+        RunProgram(words);
         unsetenv("QSA2QSB_FRAMES");
         fs::current_path(before);
         EXPECT_TRUE(frame == scratch.Read("alone/frames/" + leaf + ".png")) << c.converter;
@@ -375,13 +378,21 @@ TEST_F(ConvertTest, CheckFindsPicturesBesideTheSource)
     EXPECT_EQ(run.status, 0) << run.err;
 }
 
-TEST_F(ConvertTest, StrictRunsFailForWarningsOfTheFrameAlone)
+TEST_F(ConvertTest, StrictRunsJudgeWhatOtherRunsLetPass)
 {
     scratch.Write("in/a.qsa", WallScene("gone.tga"));
     EXPECT_EQ(Batch({"in", "--out", "o"}).status, 0);
     const auto time = fs::last_write_time("o/a.qsb");
-    EXPECT_EQ(Batch({"in", "--out", "o", "--strict", "--draw"}).status, 1);
+    EXPECT_EQ(Batch({"in", "--out", "o", "--strict"}).status, 1);
     EXPECT_EQ(fs::last_write_time("o/a.qsb"), time);
+}
+
+// The size is in the head of the picture.
+TEST_F(ConvertTest, FramesHaveASizeUnlessOneIsGiven)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    EXPECT_EQ(Batch({"in", "--frames", "f"}).status, 0);
+    EXPECT_EQ(scratch.Read("f/a.qsa.png").substr(16, 8), std::string("\0\0\1\x40\0\0\0\xF0", 8));
 }
 
 TEST_F(ConvertTest, WorkersLeaveNoLog)

@@ -75,6 +75,8 @@ TEST(MessageTableTest, DiagnosticsHaveTheirCodes)
         const std::string cell = (*at)[1];
         const std::regex quoted("`([^`]+)`");
         for (std::sregex_iterator text(cell.begin(), cell.end(), quoted); text != end; ++text) {
+            if ((*text)[1] == "the device does not give it") // what stands for a %s
+                continue;
             ++texts;
             EXPECT_NE(RowOfText((*text)[1].str()).code, kCodeUnknown) << (*text)[1];
         }

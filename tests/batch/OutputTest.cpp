@@ -1,5 +1,6 @@
 // The journal, the page, the status line, and what happens when nothing can be written.
 
+#include <atomic>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -7,6 +8,7 @@
 #include <random>
 #include <regex>
 #include <set>
+#include <thread>
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
@@ -204,32 +206,29 @@ TEST_F(OutputTest, SceneThatChangesIsReadOnceMore)
     EXPECT_TRUE(scratch.Read("in/a.qsb") == ConvertedAlone("in", "a.qsa"));
 }
 
-// It changes again as it is read once more: it cannot be known what was converted.
+// It changes again as it is read once more: it cannot be known what was converted. A change may come between
+// the two reads on a busy machine, so there may be more than one run.
 TEST_F(OutputTest, SceneThatKeepsChangingFails)
 {
-    scratch.Write("in/a.qsa", WallScene("pipe.tga"));
-    ASSERT_EQ(mkfifo("in/pipe.tga", 0600), 0);
-    BackgroundBatch run({"in", "--timeout", "0"});
-    for (int i = 0; i < 2; ++i) {
-        int pipe = -1;
-        ASSERT_TRUE(Eventually([&] { // until the worker waits for it
-            pipe = open("in/pipe.tga", O_WRONLY | O_NONBLOCK);
-            return pipe >= 0;
-        }));
-        scratch.Write("in/a.qsa", WallScene("pipe.tga", i + 1));
-        close(pipe); // an empty picture
-        if (i == 0)
-            ASSERT_TRUE(Eventually([&] { // the worker has let go of it
-                const int again = open("in/pipe.tga", O_WRONLY | O_NONBLOCK);
-                if (again >= 0)
-                    close(again);
-                return again < 0 || run.HasEnded();
-            }));
-    }
-    const ProgramRun ended = run.Wait();
-    EXPECT_EQ(ended.status, 1) << ended.out << ended.err;
-    EXPECT_THAT(ended.out, HasSubstr("in/a.qsa: the file changed while it was read\n"));
-    EXPECT_FALSE(scratch.Has("in/a.qsb"));
+    scratch.Write("in/a.qsa", WallScene("", 2000));
+    std::atomic<bool> isOver = false;
+    std::thread writer([&] {
+        std::ofstream file("in/a.qsa", std::ios::app);
+        while (!isOver) {
+            file << ' ' << std::flush;
+            usleep(100);
+        }
+    });
+    ProgramRun run;
+    Eventually([&] {
+        run = Batch({"in", "--out", "o", "-q", "--force"});
+        return run.status == 1;
+    });
+    isOver = true;
+    writer.join();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, HasSubstr("in/a.qsa: the file changed while it was read\n"));
+    EXPECT_EQ(Batch({"in", "--out", "o"}).status, 0);
 }
 
 TEST_F(OutputTest, UpToDateScenesKeepTheirFactsInJournalAndPage)
@@ -276,7 +275,7 @@ TEST_F(OutputTest, PagesOfAThousandScenesStayBelowTheirLimit)
     noise.height = 480;
     std::mt19937 random(3);
     for (int i = 0; i < 640 * 480; ++i)
-        noise.argb.push_back(random());
+        noise.argb.push_back(static_cast<uint32_t>(random()));
     SceneResult result;
     result.status = SceneStatus::kConverted;
     result.thumb = ThumbOf(noise);
@@ -285,6 +284,7 @@ TEST_F(OutputTest, PagesOfAThousandScenesStayBelowTheirLimit)
     noise.height = 120;
     noise.argb.resize(160 * 120);
     result.thumb = ThumbOf(noise);
+    EXPECT_LE(result.thumb.size(), 12000u);
     result.messages.assign(1000, {101, MessageLevel::kWarning, "s", std::string(2000, '"'), 1});
     ReportPage page("page.html", 1000);
     for (int i = 0; i < 1000; ++i)

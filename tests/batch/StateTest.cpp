@@ -37,6 +37,12 @@ protected:
     static std::string Plan(const std::string& option = "-n") { return Run({option, "-n"}).out; }
 };
 
+/// The target of the scene `number` of many.
+std::string TargetOf(int number)
+{
+    return std::to_string(number % 7) + "/s" + std::to_string(number) + ".qsb";
+}
+
 constexpr const char* kAllDone = "0 converted, 1 up to date, 0";
 constexpr const char* kAgain = "1 converted, 0 up to date, 0";
 
@@ -202,12 +208,14 @@ TEST_F(StateTest, KilledRunsAreTakenUpWhereTheyWere)
     const int kKills = wanted ? std::atoi(wanted) : 20;
     std::map<std::string, std::string> expected;
     for (int i = 0; i < kScenes; ++i)
-        scratch.Write("in/" + std::to_string(i % 7) + "/s" + std::to_string(i) + ".qsa",
+        scratch.Write("in/" + fs::path(TargetOf(i)).replace_extension(".qsa").string(),
                       WallScene(i % 3 ? "" : "gone.tga", i));
     EXPECT_EQ(Batch({"in", "--out", "whole", "--frames", "wholef", "--frame-size", "32x24"}).status,
               0);
     std::mt19937 random(11);
     for (int i = 0; i < kKills; ++i) {
+        for (int again = 0; again < 5; ++again) // so that there is always something to do
+            fs::remove("o/" + TargetOf(static_cast<int>(random() % kScenes)));
         BackgroundBatch run(
             {"in", "--out", "o", "--frames", "f", "--frame-size", "32x24", "-j", "2"});
         SleepFor(static_cast<int>(random() % 120));
@@ -227,8 +235,28 @@ TEST_F(StateTest, KilledRunsAreTakenUpWhereTheyWere)
             }
         }
     }
-    EXPECT_THAT(Batch({"in", "--out", "o", "--frames", "f", "--frame-size", "32x24"}).out,
-                StartsWith("0 converted, 60 up to date, 0 failed"));
+    EXPECT_THAT(
+        Batch({"in", "--out", "o", "--frames", "f", "--frame-size", "32x24", "--rehash"}).out,
+        StartsWith("0 converted, 60 up to date, 0 failed"));
+}
+
+// The run waits for a pipe when it is killed; what it had done by then is known, as the journal says.
+TEST_F(StateTest, KilledRunForgetsNothingThatTheJournalHas)
+{
+    constexpr size_t kDone = 5;
+    for (size_t i = 0; i < kDone; ++i)
+        scratch.Write("in/" + std::to_string(i) + ".qsa", HelperScene("h"));
+    scratch.Write("in/waits.qsa", WallScene("pipe.tga"));
+    ASSERT_EQ(mkfifo("in/pipe.tga", 0600), 0);
+    BackgroundBatch run({"in", "--out", "o", "-j", "1", "--journal", "j"});
+    ASSERT_NE(run.AwaitWorker(), 0);
+    ASSERT_TRUE(Eventually([&] { return LinesOf(scratch.Read("j")).size() == kDone; }));
+    ASSERT_TRUE(
+        Eventually([&] { return run.IsAsleep(); })); // the state follows the journal at once
+    run.Signal(SIGKILL);
+    run.Wait();
+    fs::remove("in/pipe.tga");
+    EXPECT_EQ(Summary(Run()), "1 converted, 5 up to date, 0");
 }
 
 TEST_F(StateTest, NetworkFileSystemsAreRefused)

@@ -14,6 +14,7 @@
 #include "tests/batch/BatchTesting.h"
 
 using namespace batch_testing;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 namespace fs = std::filesystem;
@@ -34,8 +35,12 @@ protected:
     void LetWorkersWaitAtTheirStart(BackgroundBatch& run) const
     {
         ASSERT_TRUE(Eventually([&] {
+            // Asleep without a worker, the supervisor waits for the pipe, and starts none until it is let go.
+            const bool isAsleep = run.IsAsleep();
             if (!run.Workers().empty())
                 return true;
+            if (!isAsleep)
+                return false;
             const int pipe = open(kPathsFile, O_WRONLY | O_NONBLOCK);
             if (pipe >= 0)
                 close(pipe);
@@ -68,8 +73,11 @@ TEST_F(WorkerTest, SecondTriesAreAlone)
     BackgroundBatch run({"in", "-j", "2", "--timeout", "0"});
     ASSERT_TRUE(Eventually([&] { return run.WaitingWorkers().size() == 2; }));
     const std::vector<pid_t> first = run.WaitingWorkers();
-    for (const pid_t worker : first)
-        kill(worker, SIGKILL);
+    kill(first[0], SIGKILL);
+    ASSERT_TRUE(Eventually([&] { return run.Workers().size() == 1; }));
+    SleepFor(200); // the second try would come now
+    EXPECT_THAT(run.Workers(), ElementsAre(first[1]));
+    kill(first[1], SIGKILL);
     const auto isNew = [&](pid_t worker) {
         return std::find(first.begin(), first.end(), worker) == first.end();
     };
@@ -186,6 +194,10 @@ TEST_F(WorkerTest, StandardStreamsMayBeClosed)
         "/bin/bash", {"-c", "'" + program + "' in --out o -j 2 <&- >&- 2>&-; echo $?"});
     EXPECT_EQ(none.out, "2\n"); // what it has to say cannot be written
     EXPECT_TRUE(scratch.Read("o/a.qsb") == ConvertedAlone("in", "a.qsa"));
+    const ProgramRun output =
+        RunProgramFile("/bin/bash", {"-c", "'" + program + "' in --out o --force >&-; echo $?"});
+    EXPECT_EQ(output.out, "2\n");
+    EXPECT_THAT(output.err, HasSubstr("qsbatch: the output could not be written\n"));
     const ProgramRun again = Batch({"in", "--out", "o"});
     EXPECT_THAT(again.out, StartsWith("0 converted, 1 up to date, ")) << again.err;
     const ProgramRun errors = RunProgramFile(
