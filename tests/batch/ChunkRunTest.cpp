@@ -97,13 +97,13 @@ TEST_F(ChunkRunTest, InterruptedRunsLeaveAPartialJournal)
     ASSERT_EQ(Plan("1").status, 0);
     for (const int number : {SIGTERM, SIGKILL}) {
         fs::remove_all("j");
-        BackgroundBatch other({"run", "--chunk", "plan/" + Chunks()[0] + ".list", "--root", "in",
-                               "--journal-dir", "j", "-j", "1", "--timeout", "0"});
+        BackgroundBatch run({"run", "--chunk", "plan/" + Chunks()[0] + ".list", "--root", "in",
+                             "--journal-dir", "j", "-j", "1", "--timeout", "0"});
         ASSERT_TRUE(Eventually([&] { return Partials().size() == 1; }));
-        other.SignalAndAwait(number);
         if (number == SIGTERM)
-            other.Signal(number); // also what is in hand
-        const ProgramRun ended = other.Wait();
+            run.SignalAndAwait(number);
+        run.Signal(number); // the second one ends also what is in hand
+        const ProgramRun ended = run.Wait();
         EXPECT_EQ(ended.status, 128 + number);
         EXPECT_EQ(Partials().size(), 1u);
         EXPECT_THAT(Journals(), IsEmpty());
