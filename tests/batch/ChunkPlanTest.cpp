@@ -143,6 +143,8 @@ TEST_F(ChunkPlanTest, PathsAreThoseBelowTheRoot)
     WriteOfSize("sub/c.qsa", 1);
     fs::create_directory_symlink("in", "link");
     fs::create_directory_symlink(scratch.Path() / "in/sub", "in/other");
+    scratch.Write("outside/z.qsa", "");
+    fs::create_directory_symlink(scratch.Path() / "outside", "in/away");
     const auto planned = [](std::vector<std::string> more) {
         more.insert(more.begin(), {"plan", "--chunks", "1", "-o", "plan"});
         EXPECT_EQ(Batch(more).status, 0);
@@ -157,6 +159,8 @@ TEST_F(ChunkPlanTest, PathsAreThoseBelowTheRoot)
     EXPECT_THAT(planned({(scratch.Path() / "in/sub/c.qsa").string(), "--root", "in"}),
                 ElementsAre("sub/c.qsa"));
     EXPECT_THAT(planned({"in/other/a.qsa", "--root", "in"}), ElementsAre("other/a.qsa"));
+    EXPECT_THAT(planned({"in/away/z.qsa", "--root", "in"}), ElementsAre("away/z.qsa"));
+    EXPECT_THAT(planned({"link/away/z.qsa", "--root", "link"}), ElementsAre("away/z.qsa"));
 }
 
 TEST_F(ChunkPlanTest, PathsElsewhereAreTwoWithACure)

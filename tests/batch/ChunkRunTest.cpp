@@ -6,11 +6,13 @@
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
+#include "platform/headless/win32/TemporaryName.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/FarmTesting.h"
 
 using namespace batch_testing;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -138,6 +140,25 @@ TEST_F(ChunkRunTest, MayRunTwiceAtOnce)
         const std::string name = std::to_string(i);
         EXPECT_EQ(scratch.Read("in/" + name + ".qsb"), ConvertedAlone("in", name + ".qsa"));
     }
+}
+
+// A process of another container, or one from before, had the same id.
+TEST_F(ChunkRunTest, JournalsOfOthersAreNotOverwritten)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    ASSERT_EQ(Plan("1").status, 0);
+    fs::create_directory("j");
+    const headless::TemporaryOwner self = headless::TemporaryOwner::ThisProcess();
+    const std::string name = "j/" + Chunks()[0] + "." + self.host + "-" + self.boot + "-";
+    const ProgramRun run = RunProgramFile( // the shell becomes the program, with its own id
+        "/bin/sh",
+        {"-c", "echo other >\"$1$$.partial\"; shift; exec \"$@\"", "sh", name, BuildPath("qsbatch"),
+         "run", "--chunk", "plan/" + Chunks()[0] + ".list", "--root", "in", "--journal-dir", "j"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    ASSERT_EQ(Partials().size(), 1u);
+    EXPECT_EQ(scratch.Read("j/" + Partials()[0]), "other\n");
+    ASSERT_EQ(Journals().size(), 1u);
+    EXPECT_THAT(Journals()[0], EndsWith("-2.jsonl"));
 }
 
 TEST_F(ChunkRunTest, UsageThatIsWrongIsTwoWithACure)
