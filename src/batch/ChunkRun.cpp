@@ -36,7 +36,10 @@ bool KeepOnDisk(const std::string& path)
 
 } // namespace
 
-ChunkRun::ChunkRun(const FarmOptions& optionsIn) : options(optionsIn), batch(optionsIn.batch)
+ChunkRun::ChunkRun(const FarmOptions& optionsIn)
+    : options(optionsIn),
+      batch(optionsIn.batch),
+      began(SecondsOfClock())
 {}
 
 bool ChunkRun::Fail(const std::string& text)
@@ -126,7 +129,7 @@ int ChunkRun::Run()
     TargetLayout layout(batch);
     layout.FindConflicts(list.Entries());
     const ChunkRecorder recorder(BatchState::KeysOf(batch), root.Place(), list.Entries().size());
-    const ConversionEnd end = ConvertScenes(batch, list, layout, nullptr, &recorder);
+    const ConversionEnd end = ConvertScenes(batch, list, layout, nullptr, began, &recorder);
     if (end.isWhole && !KeepJournal())
         return BatchTrouble(error);
     return end.status;

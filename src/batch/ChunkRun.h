@@ -27,6 +27,7 @@ private:
 
     const FarmOptions& options;
     BatchOptions batch; ///< as seen from the root
+    const double began;
     RootPath root;
     ChunkName chunk;
     SceneList list;

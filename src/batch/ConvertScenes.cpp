@@ -16,13 +16,6 @@
 
 namespace {
 
-double SecondsOfClock()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
 int StatusOf(bool isDone, const Supervisor& supervisor, const RunReport& report,
              const SceneList& list)
 {
@@ -39,8 +32,15 @@ int StatusOf(bool isDone, const Supervisor& supervisor, const RunReport& report,
 
 } // namespace
 
+double SecondsOfClock()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
 ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,
-                            const TargetLayout& layout, BatchState* state,
+                            const TargetLayout& layout, BatchState* state, double began,
                             const ChunkRecorder* recorder)
 {
     std::unique_ptr<ReportPage> page;
@@ -52,7 +52,7 @@ ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,
         return {BatchTrouble(report.Trouble()), false};
     ScenePlan plan(options, list, layout, state);
     Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1);
-    report.Tick(SecondsOfClock());
+    report.Tick(began);
     const bool isDone = supervisor.Run();
     report.Finish(SecondsOfClock());
     const bool isWhole = isDone && report.Trouble().empty() && !report.HasSkipped();

@@ -95,11 +95,12 @@ bool JournalMerge::ReadJournal(uint32_t number)
     std::string plain;
     char* text = nullptr;
     size_t room = 0;
+    // A line without its end is damaged: what is left out then is a part of it.
     for (ssize_t got = stream ? getline(&text, &room, stream.get()) : -1; got > 0;
          got = getline(&text, &room, stream.get())) {
         ++lines;
         const std::string_view line(text, static_cast<size_t>(got));
-        if (line.back() == '\n' && TakeRecord(line.substr(0, line.size() - 1), plain, record)) {
+        if (TakeRecord(line.substr(0, line.size() - 1), plain, record)) {
             const std::string& path = record.job.path;
             places.push_back({paths.size(), static_cast<uint32_t>(path.size()), number, offset,
                               static_cast<uint32_t>(line.size() - 1)});

@@ -295,7 +295,7 @@ const MessageRow kMessageRows[] = {
     {910, MessageLevel::kError, "the file that was written is damaged: %s"},
     {911, MessageLevel::kError, "another scene has the same target: %s"},
     {913, MessageLevel::kError, "the target cannot be read again: %s"},
-    {914, MessageLevel::kWarning, "the directory cannot be read: %s"},
+    {914, MessageLevel::kError, "the directory cannot be read: %s"},
     {915, MessageLevel::kNote, "an unknown message"},
     {916, MessageLevel::kError, "the file that was written cannot be loaded: %s"},
     {917, MessageLevel::kNote, "UNMODELLED %s"},

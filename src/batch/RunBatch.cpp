@@ -33,6 +33,7 @@ private:
     int PrintPlan();
 
     const BatchOptions& options; // not owned
+    const double began = SecondsOfClock();
     SceneList list;
     TargetLayout layout;
     std::unique_ptr<BatchState> state;
@@ -109,7 +110,7 @@ int BatchRun::Run()
         return BatchTrouble(error);
     try {
         return options.dryRun ? PrintPlan()
-                              : ConvertScenes(options, list, layout, state.get()).status;
+                              : ConvertScenes(options, list, layout, state.get(), began).status;
     } catch (const StateError& failure) {
         return BatchTrouble("the state cannot be used: " + failure.text +
                             "; remove it, or choose another one with --state");

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/statfs.h>
 #include <unistd.h>
 
@@ -157,6 +158,12 @@ void StateDatabase::Lock(const std::string& path)
     if (lock < 0)
         throw StateError{"the state '" + path + "' cannot be opened: " + std::strerror(errno) +
                          kOtherPlace};
+    struct stat info;
+    if (fstat(lock, &info) != 0 ||
+        !S_ISREG(info.st_mode)) { // a device must not be removed as a cure
+        close(lock);
+        throw StateError{"the state '" + path + "' cannot be opened: it is no file" + kOtherPlace};
+    }
     struct flock wanted = {};
     wanted.l_type = F_WRLCK;
     wanted.l_start = kLockedByte;

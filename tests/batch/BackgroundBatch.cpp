@@ -86,7 +86,13 @@ std::vector<pid_t> BackgroundBatch::Workers() const
 {
     const std::string number = std::to_string(process);
     std::ifstream children("/proc/" + number + "/task/" + number + "/children");
-    return {std::istream_iterator<pid_t>(children), {}};
+    std::vector<pid_t> workers{std::istream_iterator<pid_t>(children), {}};
+    // Other children are helpers of a sanitizer, which must live, or workers that are not yet their program.
+    std::erase_if(workers, [](pid_t worker) {
+        const std::string words = ContentOf("/proc/" + std::to_string(worker) + "/cmdline");
+        return words.find("--worker") == std::string::npos;
+    });
+    return workers;
 }
 
 std::vector<pid_t> BackgroundBatch::WaitingWorkers() const

@@ -202,6 +202,14 @@ TEST_F(JournalMergeTest, DamagedLinesAreNamedAndTheirChunksMissing)
     }
     scratch.Write(name, whole);
     EXPECT_EQ(Merge().status, 0);
+    // Another attempt has all scenes; the damage is told all the same.
+    scratch.Write(name, changed(second + 10));
+    scratch.Write("j/" + Chunks()[0] + ".other-0-1.jsonl", whole);
+    const ProgramRun run = Merge();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, StartsWith("3 scenes from 1 chunks, 0 failed"));
+    EXPECT_THAT(run.err, HasSubstr(":2: the line is damaged"));
+    EXPECT_THAT(run.err, Not(HasSubstr("has no complete journal")));
 }
 
 TEST_F(JournalMergeTest, NextPlanWithTheStateHasOnlyWhatIsNew)

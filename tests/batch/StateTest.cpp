@@ -326,6 +326,10 @@ TEST_F(StateTest, PlacesThatCannotHoldAStateAreTwoWithACure)
     const ProgramRun below = Run({"--state", "file/state"});
     EXPECT_EQ(below.status, 2);
     EXPECT_THAT(below.err, HasSubstr("; choose another place with --state\n"));
+    const ProgramRun device = Run({"--state", "/dev/null"});
+    EXPECT_EQ(device.status, 2);
+    EXPECT_EQ(device.err, "qsbatch: the state '/dev/null' cannot be opened: it is no file; choose "
+                          "another place with --state\n");
     const ProgramRun directory = Run({"--state", "directory"});
     EXPECT_EQ(directory.status, 2);
     EXPECT_EQ(directory.err, "qsbatch: the state 'directory' cannot be opened: Is a directory; "

@@ -72,6 +72,8 @@ ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string
         run.status = static_cast<int>(status);
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
+    } else {
+        run.err = "the program cannot be started: error " + std::to_string(GetLastError());
     }
     CloseHandle(out);
     CloseHandle(err);

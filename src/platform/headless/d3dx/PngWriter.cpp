@@ -111,8 +111,8 @@ bool WritePngStream(FILE* stream, int width, int height, const uint32_t* argb, b
     return true;
 }
 
-bool WritePngFile(const char* path, int width, int height, const uint32_t* argb,
-                  bool withAlpha, std::string& errorOut)
+bool WritePngFile(const char* path, int width, int height, const uint32_t* argb, bool withAlpha,
+                  std::string& errorOut)
 {
     if (!path || !IsPictureSize(width, height)) {
         errorOut = "not a picture of 1 to 16384 pixels a side";
