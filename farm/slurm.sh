@@ -2,7 +2,7 @@
 # farm/slurm.sh ROOT WORK [OPTION...]
 #   Converts the scenes below ROOT in an array of Slurm jobs, one for each chunk, and merges their journals
 #   into WORK/all.jsonl in a job that depends on it. ROOT and WORK are on a share; options go to qsbatch.
-#   $CHUNK_MB: MiB of sources in a chunk (256). $SBATCH_OPTIONS: more options for both jobs.
+#   $CHUNK_MB: MiB of sources in a chunk (1024). $SBATCH_OPTIONS: more options for both jobs.
 set -e
 if [ "$1" = --task ]; then # in a job of the array
     root=$2 work=$3
@@ -18,7 +18,7 @@ fi
 root=$(readlink -f "$1") work=$(readlink -m "$2")
 shift 2
 mkdir -p "$work/journals" "$work/logs"
-qsbatch plan "$root" --root "$root" --chunk-mb "${CHUNK_MB:-256}" -o "$work/chunks" "$@"
+qsbatch plan "$root" --root "$root" --chunk-mb "${CHUNK_MB:-1024}" -o "$work/chunks" "$@"
 count=$(find "$work/chunks" -name '*.list' | wc -l)
 [ "$count" -gt 0 ] || exit 0
 array=$(sbatch --parsable --requeue --open-mode=append --array="1-$count" $SBATCH_OPTIONS \
