@@ -60,3 +60,17 @@ TEST(TemporaryOwner, IsGoneOnlyIfItsProcessOfThisHostHasEnded)
     owner.boot.clear();
     EXPECT_FALSE(owner.IsGone()) << "it tells nothing";
 }
+
+// A killed worker stays in the table of processes until its parent, or the system's first process, asks for it.
+TEST(TemporaryOwner, IsGoneIfItsProcessHasEndedUnnoticed)
+{
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    siginfo_t info;
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(ended), &info, WEXITED | WNOWAIT), 0);
+    TemporaryOwner owner = TemporaryOwner::ThisProcess();
+    owner.process = ended;
+    EXPECT_TRUE(owner.IsGone());
+    waitpid(ended, nullptr, 0);
+}

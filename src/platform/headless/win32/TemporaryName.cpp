@@ -57,6 +57,18 @@ bool TakeLastPart(std::string_view& text, std::string_view& part)
     return true;
 }
 
+/// Whether a process has ended, although its parent has not taken notice yet.
+bool IsZombie(pid_t process)
+{
+    const std::string path = "/proc/" + std::to_string(process) + "/stat";
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "re"), std::fclose);
+    char text[256]; // the program's name, in brackets, is short
+    const size_t size = file ? std::fread(text, 1, sizeof text, file.get()) : 0;
+    const std::string_view stat(text, size);
+    const size_t bracket = stat.rfind(')');
+    return bracket != std::string_view::npos && stat.substr(bracket).starts_with(") Z");
+}
+
 bool ReadNumber(std::string_view text, pid_t& number)
 {
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -94,7 +106,8 @@ bool TemporaryOwner::IsGone() const
     if (boot.empty() || host != self.host || boot != self.boot)
         return false;
     // An earlier process may have had this id. Files of this process itself are locked.
-    return process == self.process || (kill(process, 0) != 0 && errno == ESRCH);
+    return process == self.process || (kill(process, 0) != 0 && errno == ESRCH) ||
+           IsZombie(process);
 }
 
 std::string TemporaryName(uint32_t number)
