@@ -51,6 +51,9 @@ endif()
 install(DIRECTORY docs/ DESTINATION ${document_folder} FILES_MATCHING PATTERN "*.md" PATTERN "*.png"
     PATTERN "*.schema.json" PATTERN architecture.md EXCLUDE PATTERN extending.md EXCLUDE PATTERN packaging.md EXCLUDE
     PATTERN testing.md EXCLUDE PATTERN where.md EXCLUDE PATTERN README.md EXCLUDE)
+if(NOT WIN32)
+    install(DIRECTORY farm DESTINATION ${document_folder} USE_SOURCE_PERMISSIONS)
+endif()
 install(DIRECTORY examples/ DESTINATION ${example_folder} FILES_MATCHING PATTERN "*.md"
     PATTERN "*.qsa" PATTERN "*.ifl" PATTERN "*.fx" PATTERN "*.png" PATTERN "*.tga" PATTERN "*.bmp"
     PATTERN "*.jpg" PATTERN "*.dds" PATTERN frames EXCLUDE)

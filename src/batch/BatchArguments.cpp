@@ -66,6 +66,8 @@ bool ReadBytes(std::string text, uint64_t& bytesOut)
 class BatchCommandLine {
 public:
     BatchCommandLine();
+    /// For a command with options of its own.
+    explicit BatchCommandLine(const CommandForm& form);
     std::string Read(std::vector<std::string> arguments);
     std::string Help() const { return app.help(); }
     BatchOptions options;
@@ -96,6 +98,7 @@ private:
 
     CLI::App app{"", "qsbatch"};
     std::string frameSize, camera, time, jobs, timeout, memory;
+    bool takesPaths = true;
 };
 
 BatchCommandLine::BatchCommandLine()
@@ -111,6 +114,17 @@ BatchCommandLine::BatchCommandLine()
     AddFrameOptions();
     AddRunOptions();
     AddOutputOptions();
+}
+
+BatchCommandLine::BatchCommandLine(const CommandForm& form) : BatchCommandLine()
+{
+    app.description(form.what);
+    app.footer(kFarmEnd);
+    takesPaths = form.takesPaths;
+    for (const char* const name : form.without)
+        app.remove_option(app.get_option(name));
+    for (const CommandOption& option : form.own)
+        Value(option.name, *option.valueOut, option.type)->description(option.help);
 }
 
 void BatchCommandLine::AddSourceOptions()
@@ -221,7 +235,9 @@ std::string BatchCommandLine::Read(std::vector<std::string> arguments)
     }
     if (options.includes.empty())
         options.includes.push_back("*.qsa");
-    if (options.paths.empty() && options.listFile.empty())
+    if (!takesPaths && !options.paths.empty())
+        return "a path is given, '" + options.paths.front() + "', but none is taken";
+    if (takesPaths && options.paths.empty() && options.listFile.empty())
         return "a file or a directory is needed";
     if (options.listHasNulls && options.listFile.empty())
         return "option '-0' goes with '--from-file' only";
@@ -238,6 +254,20 @@ BatchOptions ReadBatchArguments(const std::vector<std::string>& arguments)
     const std::string error = line.Read(arguments);
     line.options.error = error;
     return line.options;
+}
+
+BatchOptions ReadCommandArguments(const std::vector<std::string>& arguments,
+                                  const CommandForm& form)
+{
+    BatchCommandLine line(form);
+    const std::string error = line.Read(arguments);
+    line.options.error = error;
+    return line.options;
+}
+
+std::string CommandHelp(const CommandForm& form)
+{
+    return std::string(form.usage) + "\n" + BatchCommandLine(form).Help();
 }
 
 std::string BatchHelp()

@@ -6,6 +6,7 @@
 
 const char* const kBatchUsage = "Usage: qsbatch [OPTION...] PATH...\n"
                                 "       qsbatch [OPTION...] --from-file LIST\n"
+                                "       qsbatch plan|run|merge [OPTION...]\n"
                                 "       qsbatch --help | --version\n";
 
 const char* const kBatchVersion = "qsbatch " QSA_VERSION "\n";
@@ -15,6 +16,16 @@ const char* const kBatchWhat =
     "is up to date is left alone. Directories are searched with all below them.";
 
 const char* const kBatchEnd =
+    "All arguments after -- are paths.\n"
+    "Commands for several machines, each with its own --help; a directory of such a name is\n"
+    "given as ./plan:\n"
+    "  plan                    shares scenes out to chunks\n"
+    "  run                     converts a chunk\n"
+    "  merge                   puts the journals of all chunks together\n"
+    "Exit status: 0 all done, 1 some scenes failed, 2 wrong usage or surroundings,\n"
+    "130 and 143 interrupted.";
+
+const char* const kFarmEnd =
     "All arguments after -- are paths.\n"
     "Exit status: 0 all done, 1 some scenes failed, 2 wrong usage or surroundings,\n"
     "130 and 143 interrupted.";

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 
+#include "batch/ChunkRecord.h"
 #include "batch/JsonLine.h"
 #include "batch/MessageTable.h"
 
@@ -97,7 +98,8 @@ bool BatchJournal::Open(const std::string& path)
 
 void BatchJournal::Add(const std::string& path, const SceneJob& job, const SceneResult& result)
 {
-    waiting += JournalLine(path, job, result);
+    const std::string line = JournalLine(path, job, result);
+    waiting += recorder ? recorder->LineOf(line, job, result) : line;
     waiting += '\n';
     if (waiting.size() > kMostWaiting)
         Flush();

@@ -5,6 +5,8 @@
 #include "batch/Descriptor.h"
 #include "batch/SceneJob.h"
 
+class ChunkRecorder;
+
 /// The journal of a run: a line of JSON for each scene, in the order in which they end, as
 /// docs/journal.schema.json describes it. Lines are written whole.
 class BatchJournal {
@@ -13,6 +15,8 @@ public:
     bool Open(const std::string& path);
     bool IsOpen() const { return file.IsOpen(); }
 
+    /// Lines from now on have a record. Not owned; it has to live as long as lines are added.
+    void UseRecorder(const ChunkRecorder* used) { recorder = used; }
     void Add(const std::string& path, const SceneJob& job, const SceneResult& result);
     /// False, with `errno` set, if lines could not be written, now or before.
     bool Flush();
@@ -21,6 +25,7 @@ private:
     Descriptor file;
     std::string waiting;
     int failure = 0;
+    const ChunkRecorder* recorder = nullptr; // not owned
 };
 
 /// The line of a scene, without its end.

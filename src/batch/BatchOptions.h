@@ -52,6 +52,7 @@ struct BatchOptions {
     bool quiet = false;
     bool verbose = false;
     std::string journalFile;
+    bool keepsThumbs = false; ///< small pictures of the frames, for a page that is made later
     std::string reportFile;
 
     bool Draws() const { return draw || !framesDirectory.empty(); }

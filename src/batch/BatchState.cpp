@@ -97,9 +97,7 @@ BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn)
       storeFailure(database.Handle(), "INSERT INTO scene(path,status) VALUES(?1,?2)"
                                       " ON CONFLICT(path) DO UPDATE SET status=?2")
 {
-    const std::string program = std::string(kBatchVersion) + DefaultPathsText() + "\n";
-    targetKey = KeyText(program + options.TargetKey());
-    frameKey = KeyText(program + options.TargetKey() + options.FrameKey());
+    keys = KeysOf(options);
     // Fetched once, so that a state that holds something else is found at the start.
     StateStatement(database.Handle(), "SELECT count(*) FROM scene WHERE rowid=0").Run();
 }
@@ -111,6 +109,13 @@ BatchState::~BatchState()
     } catch (const StateError&) {
         return; // told by the last commit of the run
     }
+}
+
+StateKeys BatchState::KeysOf(const BatchOptions& options)
+{
+    const std::string program = std::string(kBatchVersion) + DefaultPathsText() + "\n";
+    return {KeyText(program + options.TargetKey()),
+            KeyText(program + options.TargetKey() + options.FrameKey())};
 }
 
 // ---- Where it is
@@ -172,7 +177,7 @@ bool BatchState::IsTargetCurrent(const SceneEntry& entry, const SceneJob& job, s
         whyOut = "it failed the last time";
         return false;
     }
-    if (find.Bytes(kFoundTargetKey) != targetKey) {
+    if (find.Bytes(kFoundTargetKey) != keys.target) {
         whyOut = "the program or the options have changed";
         return false;
     }
@@ -225,7 +230,7 @@ bool BatchState::IsFileCurrent(const std::string& path, const FileStamp& known) 
 bool BatchState::IsFrameCurrent(const SceneJob& job, std::string& whyOut)
 {
     whyOut = "the frame is new";
-    if (find.Bytes(kFoundFrameKey) != frameKey)
+    if (find.Bytes(kFoundFrameKey) != keys.frame)
         return false;
     if (job.wantsThumb && find.Bytes(kFoundThumb).empty())
         return false;
@@ -406,7 +411,7 @@ void BatchState::Store(const SceneEntry& entry, const SceneJob& job, const Scene
         const std::string target = AbsolutePath(job.target);
         storeScene.PutBytes(1, key).Put(2, static_cast<int64_t>(result.status));
         PutStamp(storeScene, 3, result.source);
-        storeScene.PutBytes(6, inputs).PutBytes(7, target).PutBytes(8, targetKey);
+        storeScene.PutBytes(6, inputs).PutBytes(7, target).PutBytes(8, keys.target);
         PutStamp(storeScene, 9, result.target);
         storeScene.PutBytes(12, facts);
         storeScene.Run();
@@ -414,7 +419,7 @@ void BatchState::Store(const SceneEntry& entry, const SceneJob& job, const Scene
     if (!job.draws)
         return;
     const std::string frame = job.frame.empty() ? "" : AbsolutePath(job.frame);
-    storeFrame.PutBytes(1, key).PutBytes(2, frame).PutBytes(3, frameKey);
+    storeFrame.PutBytes(1, key).PutBytes(2, frame).PutBytes(3, keys.frame);
     PutStamp(storeFrame, 4, result.frame);
     storeFrame.PutBytes(7, result.thumb).PutBytes(8, facts);
     storeFrame.Run();

@@ -12,6 +12,7 @@
 #include "batch/SceneJob.h"
 #include "batch/SceneList.h"
 #include "batch/StateDatabase.h"
+#include "batch/StateKeys.h"
 
 /// What was done in earlier runs, and with which inputs, so that only what changed is done again. A
 /// scene is up to date if its source and everything that was looked at have the same content, what was
@@ -27,10 +28,14 @@ public:
 
     /// Where the state of a run is kept, unless it is told.
     static std::string DefaultPath(const BatchOptions& options);
+    /// The keys of what a run with these options on this machine converts. Starts an engine for it.
+    static StateKeys KeysOf(const BatchOptions& options);
 
     /// True if nothing is to be done. If only the frame is, the job becomes one that leaves the target
     /// alone. `whyOut` says what is new.
     bool Examine(const SceneEntry& entry, SceneJob& job, std::string& whyOut);
+    /// What is noted from now on was converted with other keys, as on another machine.
+    void UseKeys(const StateKeys& other) { keys = other; }
     /// Notes what became of a scene.
     void Store(const SceneEntry& entry, const SceneJob& job, const SceneResult& result);
     /// Fills in what is known of a scene that is up to date: contents, objects, messages, small picture.
@@ -70,8 +75,7 @@ private:
 
     const BatchOptions& options; ///< not owned
     StateDatabase database;
-    std::string targetKey;
-    std::string frameKey;
+    StateKeys keys;
     bool isInTransaction = false;
     std::unordered_map<std::string, std::string> absoluteDirectories; ///< some, by path as given
     std::unordered_map<int64_t, bool> inputsCurrent;                  ///< by id

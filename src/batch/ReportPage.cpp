@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "base/FileStream.h"
+#include "batch/Base64.h"
 #include "batch/BatchText.h"
 #include "batch/MessageTable.h"
 #include "batch/PageTexts.h"
@@ -42,22 +43,6 @@ std::string Escaped(std::string_view text)
         }
     }
     return escaped;
-}
-
-std::string Base64(std::string_view bytes)
-{
-    static constexpr char kDigits[] =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    for (size_t at = 0; at < bytes.size(); at += 3) {
-        const size_t count = std::min<size_t>(3, bytes.size() - at);
-        uint32_t group = 0;
-        for (size_t i = 0; i < 3; ++i)
-            group = group << 8 | (i < count ? static_cast<unsigned char>(bytes[at + i]) : 0u);
-        for (size_t i = 0; i < 4; ++i)
-            text += i <= count ? kDigits[group >> (18 - 6 * i) & 63] : '=';
-    }
-    return text;
 }
 
 std::string PictureHtml(const SceneResult& result, bool isDrawn)

@@ -4,7 +4,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <memory>
 
 #include <fcntl.h>
@@ -15,21 +14,13 @@
 #include "batch/BatchArguments.h"
 #include "batch/BatchState.h"
 #include "batch/BatchText.h"
-#include "batch/MessageTable.h"
-#include "batch/ReportPage.h"
-#include "batch/RunReport.h"
+#include "batch/ConvertScenes.h"
+#include "batch/FarmArguments.h"
+#include "batch/RunFarm.h"
 #include "batch/ScenePlan.h"
-#include "batch/Supervisor.h"
 #include "batch/WorkingDirectory.h"
 
 namespace {
-
-double SecondsOfClock()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
 
 /// Everything of a run, from its options on.
 class BatchRun {
@@ -38,11 +29,8 @@ public:
     int Run();
 
 private:
-    int Trouble(const std::string& text) const;
     bool OpenState();
     int PrintPlan();
-    int Convert();
-    void SayUnread() const;
 
     const BatchOptions& options; // not owned
     const double began = SecondsOfClock();
@@ -60,12 +48,6 @@ void OpenStandardStreams()
         if (fcntl(number, F_GETFD) < 0)
             open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
-}
-
-int BatchRun::Trouble(const std::string& text) const
-{
-    std::fprintf(stderr, "qsbatch: %s\n", OneLine(text).c_str());
-    return kBatchTrouble;
 }
 
 bool BatchRun::OpenState()
@@ -92,15 +74,6 @@ bool BatchRun::OpenState()
     return true;
 }
 
-void BatchRun::SayUnread() const
-{
-    for (const UnreadDirectory& directory : list.Unread())
-        std::fprintf(
-            stderr, "%s: %s %s: %s\n", OneLine(directory.path).c_str(),
-            LevelName(MessageLevel::kError), CodeText(kCodeDirectoryNotRead).c_str(),
-            OwnMessage(kCodeDirectoryNotRead, std::strerror(directory.errorNumber)).text.c_str());
-}
-
 /// What would be done, and why.
 int BatchRun::PrintPlan()
 {
@@ -125,45 +98,22 @@ int BatchRun::PrintPlan()
     return hasFailures ? kBatchFailures : kBatchWell;
 }
 
-int BatchRun::Convert()
-{
-    std::unique_ptr<ReportPage> page;
-    if (!options.reportFile.empty())
-        page = std::make_unique<ReportPage>(options.reportFile, list.Entries().size());
-    RunReport report(options, list, state.get(), page.get());
-    if (!report.CheckPagePlace() || !report.OpenJournal())
-        return Trouble(report.Trouble());
-    ScenePlan plan(options, list, layout, state.get());
-    Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1);
-    report.Tick(began);
-    const bool isDone = supervisor.Run();
-    report.Finish(SecondsOfClock());
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        return Trouble("the output could not be written");
-    if (!isDone)
-        return Trouble(supervisor.error);
-    if (!report.Trouble().empty())
-        return Trouble(report.Trouble());
-    if (supervisor.Signal() != 0)
-        return kBatchSignal + supervisor.Signal();
-    return report.HasFailures() || !list.Unread().empty() ? kBatchFailures : kBatchWell;
-}
-
 int BatchRun::Run()
 {
     if (!list.Collect(options))
-        return Trouble(list.error);
-    SayUnread();
+        return BatchTrouble(list.error);
+    SayUnread(list);
     if (list.Entries().empty() && !options.quiet)
         std::fprintf(stderr, "qsbatch: no scenes are found, see --include\n");
     layout.FindConflicts(list.Entries());
     if (!OpenState())
-        return Trouble(error);
+        return BatchTrouble(error);
     try {
-        return options.dryRun ? PrintPlan() : Convert();
+        return options.dryRun ? PrintPlan()
+                              : ConvertScenes(options, list, layout, state.get(), began).status;
     } catch (const StateError& failure) {
-        return Trouble("the state cannot be used: " + failure.text +
-                       "; remove it, or choose another one with --state");
+        return BatchTrouble("the state cannot be used: " + failure.text +
+                            "; remove it, or choose another one with --state");
     }
 }
 
@@ -176,6 +126,8 @@ int RunBatch(const std::vector<std::string>& arguments)
     gLogSink = [](const char*) {};              // never to a log file
     for (const int number : {SIGPIPE, SIGXFSZ}) // such failures come as errors of the calls
         std::signal(number, SIG_IGN);
+    if (IsFarmCommand(arguments))
+        return RunFarm(arguments);
     const BatchOptions options = ReadBatchArguments(arguments);
     if (!options.error.empty()) {
         std::fprintf(stderr, "qsbatch: %s\n%s", OneLine(options.error).c_str(), kBatchUsage);

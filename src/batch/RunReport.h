@@ -24,6 +24,8 @@ public:
     bool OpenJournal();
     /// False, with `trouble`, if the page will not be written.
     bool CheckPagePlace();
+    /// Lines of the journal have a record. Not owned.
+    void UseRecorder(const ChunkRecorder* recorder) { journal.UseRecorder(recorder); }
     void Done(size_t number, const SceneJob& job, const SceneResult& result);
     /// To be called now and then: keeps what is done, moves the status line.
     void Tick(double now);
@@ -32,6 +34,7 @@ public:
     /// What could not be written: journal, state, page; empty if all could.
     const std::string& Trouble() const { return trouble; }
     bool HasFailures() const { return progress.failed > 0; }
+    bool HasSkipped() const { return skipped > 0; }
 
 private:
     struct FailedScene {

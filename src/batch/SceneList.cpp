@@ -63,6 +63,12 @@ bool SceneList::Collect(const BatchOptions& wanted)
     return isRead;
 }
 
+void SceneList::MoveTo(size_t number, const std::string& path)
+{
+    entries[number].path = path;
+    entries[number].mirrorFrom = 0;
+}
+
 /// What this run writes is no source of it.
 void SceneList::LeaveOut(const std::string& directory)
 {

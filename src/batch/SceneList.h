@@ -37,6 +37,8 @@ public:
 
     const std::vector<SceneEntry>& Entries() const { return entries; }
     const std::vector<UnreadDirectory>& Unread() const { return unread; }
+    /// Names an entry by another path of the same file, all of which is kept below another directory.
+    void MoveTo(size_t number, const std::string& path);
     std::string error;
 
 private:

@@ -31,7 +31,7 @@ SceneJob ScenePlan::WholeJob(const SceneEntry& entry) const
     job.target = layout.TargetOf(entry);
     job.frame = layout.FrameOf(entry);
     job.draws = options.Draws();
-    job.wantsThumb = job.draws && !options.reportFile.empty();
+    job.wantsThumb = job.draws && (options.keepsThumbs || !options.reportFile.empty());
     return job;
 }
 

@@ -14,6 +14,7 @@
 #include "batch/MessageTable.h"
 #include "batch/Worker.h"
 #include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/TemporaryName.h"
 
 namespace {
 
@@ -32,9 +33,11 @@ void RemoveTemporaryFiles(const std::string& path, pid_t process)
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(directory.c_str()), closedir);
     if (!entries)
         return;
-    const std::string prefix = ".qsa2qsb-" + std::to_string(process) + "-";
+    headless::TemporaryOwner ended = headless::TemporaryOwner::ThisProcess();
+    ended.process = process;
+    headless::TemporaryOwner owner;
     while (const dirent* entry = readdir(entries.get())) {
-        if (std::strncmp(entry->d_name, prefix.c_str(), prefix.size()) == 0)
+        if (owner.Read(entry->d_name) && owner == ended)
             unlinkat(dirfd(entries.get()), entry->d_name, 0);
     }
 }
