@@ -139,6 +139,23 @@ TEST_F(StartGraphicsTest, FullScreenTakesItsModeFromTheSettings)
     }
 }
 
+TEST_F(StartGraphicsTest, FullScreenShowsAndResets)
+{
+    const ScratchEngine engine("");
+    GraphicsSettings settings = SettingsFromOptions();
+    ShutdownGraphics();
+    settings.windowed = 0;
+    settings.width = 640;
+    settings.height = 480;
+    StartGraphics(settings);
+    EXPECT_EQ(gGfx->backBuffer.width, 640);
+    EXPECT_EQ(gGfx->backBuffer.height, 480);
+    gGfx->ResetDevice(nullptr);
+    EXPECT_EQ(gGfx->deviceReady, 1);
+    gGfx->Clear(0xFF0000FF);
+    EXPECT_EQ(gGfx->ShowFrame(), 1);
+}
+
 TEST_F(StartGraphicsTest, UnknownDisplayModeEndsTheRun)
 {
     const ScratchEngine engine("");

@@ -24,14 +24,6 @@ protected:
     }
 };
 
-/// The first mode that the display really has in full screen.
-D3DDISPLAYMODE SomeMode(KRE_Gfx& gfx)
-{
-    D3DDISPLAYMODE mode = {640, 480, 0, D3DFMT_X8R8G8B8};
-    EXPECT_TRUE(gfx.FindDisplayMode(mode));
-    return mode;
-}
-
 } // namespace
 
 TEST_F(KRE_GfxRealDeviceTest, StartsInAWindowAndClears)
@@ -127,18 +119,6 @@ TEST_F(KRE_GfxRealDeviceTest, StatesThatTheEngineSetAreTheDevices)
     EXPECT_EQ(value, 0xFF112233u);
     EXPECT_EQ(gfx.device->GetRenderState(D3DRS_ZENABLE, &value), D3D_OK);
     EXPECT_EQ(value, DWORD{D3DZB_TRUE}) << "a new device with a depth buffer";
-}
-
-TEST_F(KRE_GfxRealDeviceTest, FullScreenStartsShowsAndResets)
-{
-    const D3DDISPLAYMODE mode = SomeMode(gfx);
-    Start(&mode);
-    EXPECT_EQ(gfx.backBuffer.width, 640);
-    EXPECT_EQ(gfx.backBuffer.height, 480);
-    gfx.Clear(0xFF0000FF);
-    EXPECT_EQ(gfx.ShowFrame(), 1);
-    EXPECT_EQ(RaisedBy([&] { gfx.ResetDevice(nullptr); }), "no error");
-    EXPECT_EQ(gfx.ShowFrame(), 1);
 }
 
 TEST_F(KRE_GfxRealDeviceTest, NothingOfItOutlivesFreeDevice)
