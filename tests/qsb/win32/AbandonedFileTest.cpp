@@ -1,30 +1,39 @@
 #include <windows.h>
 
+#include "platform/ReplacementFile.h"
 #include "tests/qsb/SceneFileTest.h"
 
 #include <chrono>
 #include <filesystem>
+#include <regex>
 
 namespace {
 
 using AbandonedFileTest = SceneFileTest;
 
-std::string NameOf(const std::string& computer, DWORD boot, DWORD processId)
+/// What the name of a temporary file of this process holds: ".qsa2qsb-COMPUTER-BOOT-PROCESS-NUMBER.tmp".
+struct OwnName {
+    std::string computer; ///< may hold hyphens
+    std::string boot;
+    std::string process;
+};
+
+OwnName ReadOwnName()
 {
-    return ".qsa2qsb-" + computer + "-" + std::to_string(boot) + "-" + std::to_string(processId) +
-           "-0.tmp";
+    // Beside the first file of a directory, abandoned ones are removed; so this is made in another.
+    std::filesystem::create_directory("other");
+    ReplacementFile file;
+    EXPECT_TRUE(file.Make("other/any.qsb"));
+    const std::string name = std::filesystem::path(file.Path()).filename().string();
+    std::smatch parts;
+    EXPECT_TRUE(std::regex_match(name, parts, std::regex(R"(\.qsa2qsb-(.+)-(\d+)-(\d+)-\d+\.tmp)")))
+        << name;
+    return {parts[1], parts[2], parts[3]};
 }
 
-/// 0 under Wine, which does not count its starts.
-DWORD ThisBoot()
+std::string NameOf(const std::string& computer, const std::string& boot, DWORD processId)
 {
-    DWORD number = 0;
-    DWORD size = sizeof number;
-    RegGetValueA(HKEY_LOCAL_MACHINE,
-                 "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management"
-                 "\\PrefetchParameters",
-                 "BootId", RRF_RT_REG_DWORD, nullptr, &number, &size);
-    return number;
+    return ".qsa2qsb-" + computer + "-" + boot + "-" + std::to_string(processId) + "-0.tmp";
 }
 
 void MakeOlder(const std::string& path, int hours)
@@ -33,22 +42,16 @@ void MakeOlder(const std::string& path, int hours)
     fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(hours));
 }
 
-std::string ThisComputer()
-{
-    char name[MAX_COMPUTERNAME_LENGTH + 1] = "";
-    DWORD size = sizeof name;
-    GetComputerNameA(name, &size);
-    return name;
-}
-
 } // namespace
 
 TEST_F(AbandonedFileTest, OnlyFilesOfEndedProcessesAreRemoved)
 {
     constexpr DWORD kNoProcess = 0xFFFFFFF0;
-    const std::string gone = NameOf(ThisComputer(), ThisBoot(), kNoProcess);
-    const std::string running = NameOf(ThisComputer(), ThisBoot(), GetCurrentProcessId());
-    const std::string elsewhere = NameOf("OTHER" + ThisComputer(), ThisBoot(), kNoProcess);
+    const OwnName own = ReadOwnName();
+    EXPECT_EQ(own.process, std::to_string(GetCurrentProcessId()));
+    const std::string gone = NameOf(own.computer, own.boot, kNoProcess);
+    const std::string running = NameOf(own.computer, own.boot, GetCurrentProcessId());
+    const std::string elsewhere = NameOf("OTHER" + own.computer, own.boot, kNoProcess);
     for (const std::string& name : {gone, running, elsewhere, std::string(".qsa2qsb-notes")})
         directory.Write(name, "half");
     KRE_3dScene scene;
@@ -61,8 +64,8 @@ TEST_F(AbandonedFileTest, OnlyFilesOfEndedProcessesAreRemoved)
 
 TEST_F(AbandonedFileTest, FilesOfOtherComputersAreLeftAloneForADay)
 {
-    const std::string young = NameOf("OTHER", ThisBoot(), 7);
-    const std::string old = NameOf("OTHER", ThisBoot(), 8);
+    const std::string young = NameOf("OTHER", "1", 7);
+    const std::string old = NameOf("OTHER", "1", 8);
     for (const std::string& name : {young, old})
         directory.Write(name, "half");
     MakeOlder(young, 23);
