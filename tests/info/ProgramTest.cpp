@@ -1,12 +1,16 @@
 // Whole runs of the built program.
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 
+#include "info/RunInfo.h"
 #include "tests/info/InfoTesting.h"
 #include "tests/info/JsonGrammar.h"
 #include "tests/support/RunProgram.h"
@@ -21,9 +25,33 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// The text of a file, with line ends as "\n". Removes the file.
+std::string TakeText(const char* name)
+{
+    std::ifstream file(name);
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    file.close();
+    std::remove(name);
+    return text;
+}
+
 ProgramRun Info(const std::vector<std::string>& arguments)
 {
     return RunProgramFile(InfoProgramPath(), arguments);
+}
+
+/// The same without starting it, for tests of many runs: under Wine a start takes longer than the run.
+ProgramRun InfoInProcess(const std::vector<std::string>& arguments)
+{
+    FILE* const out = std::fopen("run.out", "w");
+    FILE* const err = std::fopen("run.err", "w");
+    ProgramRun run;
+    run.status = RunInfo(arguments, out, err);
+    std::fclose(out);
+    std::fclose(err);
+    run.out = TakeText("run.out");
+    run.err = TakeText("run.err");
+    return run;
 }
 
 /// Names and sizes of all files in and below the current directory.
@@ -98,16 +126,16 @@ TEST_F(ProgramTest, FilesThatCannotBeLoadedEndWithTwoAndFailACheck)
     scratch.Write("good.qsb", MakeQsb(InfoBoat()).bytes);
     for (const char* file : {"bad.qsb", "nothing.qsb", "nowhere/a.qsb"}) {
         for (const char* option : {"--all", "--tree", "--effects", "--json"}) {
-            const ProgramRun run = Info({option, file});
+            const ProgramRun run = InfoInProcess({option, file});
             EXPECT_EQ(run.status, 2) << option << ' ' << file;
             EXPECT_EQ(run.out, "") << option << ' ' << file;
             EXPECT_THAT(run.err, StartsWith("qsbinfo: " + std::string(file) + ": ")) << option;
         }
-        EXPECT_EQ(Info({"--check", file}).status, 1) << file;
-        EXPECT_EQ(Info({"diff", "good.qsb", file}).status, 2) << file;
-        EXPECT_EQ(Info({"diff", file, "good.qsb"}).status, 2) << file;
+        EXPECT_EQ(InfoInProcess({"--check", file}).status, 1) << file;
+        EXPECT_EQ(InfoInProcess({"diff", "good.qsb", file}).status, 2) << file;
+        EXPECT_EQ(InfoInProcess({"diff", file, "good.qsb"}).status, 2) << file;
     }
-    EXPECT_EQ(Info({"bad.qsb"}).err, "qsbinfo: bad.qsb: Error reading from file\n");
+    EXPECT_EQ(InfoInProcess({"bad.qsb"}).err, "qsbinfo: bad.qsb: Error reading from file\n");
     EXPECT_FALSE(scratch.Has("logfile.txt"));
 }
 
@@ -150,15 +178,15 @@ TEST_F(ProgramTest, AllExamplesAreSoundAndNothingIsWritten)
             continue;
         ++scenes;
         const std::string name = entry.path().generic_string();
-        const ProgramRun check = Info({"--check", name});
+        const ProgramRun check = InfoInProcess({"--check", name});
         EXPECT_EQ(check.status, 0) << name << ": " << check.out << check.err;
-        const ProgramRun report = Info({name});
+        const ProgramRun report = InfoInProcess({name});
         EXPECT_EQ(report.status, 0) << name;
         EXPECT_THAT(report.out, AllOf(StartsWith(name + "\n  Format      QSA text, "),
                                       HasSubstr("  Textures    ")));
         EXPECT_EQ(report.err, "");
-        EXPECT_EQ(Info({"--tree", name}).status, 0) << name;
-        const ProgramRun json = Info({"--json", name});
+        EXPECT_EQ(InfoInProcess({"--tree", name}).status, 0) << name;
+        const ProgramRun json = InfoInProcess({"--json", name});
         EXPECT_EQ(json.status, 0) << name;
         EXPECT_TRUE(JsonGrammar::IsValid(json.out)) << name;
     }
@@ -196,7 +224,7 @@ TEST_F(ProgramTest, EveryTruncationOfAFileEndsWithTwo)
     const std::string bytes = MakeQsb(InfoBoat()).bytes;
     for (size_t size = 0; size < bytes.size(); size += 97) {
         scratch.Write("cut.qsb", bytes.substr(0, size));
-        const ProgramRun run = Info({"cut.qsb"});
+        const ProgramRun run = InfoInProcess({"cut.qsb"});
         EXPECT_EQ(run.status, 2) << size;
         EXPECT_EQ(run.out, "") << size;
     }
@@ -212,11 +240,11 @@ TEST_F(ProgramTest, ChainOfTenThousandObjectsAndCirclesAreFine)
     file.scene.objects[0].parentName = "n9999";
     scratch.Write("circle.qsb", MakeQsb(file).bytes);
     for (const char* option : {"--tree", "--json", "--all"}) {
-        EXPECT_EQ(Info({option, "chain.qsb"}).status, 0) << option;
-        EXPECT_EQ(Info({option, "circle.qsb"}).status, 0) << option;
+        EXPECT_EQ(InfoInProcess({option, "chain.qsb"}).status, 0) << option;
+        EXPECT_EQ(InfoInProcess({option, "circle.qsb"}).status, 0) << option;
     }
-    EXPECT_EQ(Info({"--check", "chain.qsb"}).status, 0);
-    EXPECT_EQ(Info({"--check", "circle.qsb"}).status, 1);
-    EXPECT_EQ(Info({"diff", "chain.qsb", "circle.qsb"}).out,
+    EXPECT_EQ(InfoInProcess({"--check", "chain.qsb"}).status, 0);
+    EXPECT_EQ(InfoInProcess({"--check", "circle.qsb"}).status, 1);
+    EXPECT_EQ(InfoInProcess({"diff", "chain.qsb", "circle.qsb"}).out,
               "objects/n0/parentName: \"\" | \"n9999\"\n");
 }
