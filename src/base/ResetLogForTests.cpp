@@ -11,6 +11,7 @@ static uint64_t (*const kLogFreeMemory)() = gLogFreeMemory;
 
 void ResetLogForTests()
 {
+    CloseLog();
     gLogEntries = 0;
     gLogStartTime = 0.0;
     gLogDirectory.Clear();
