@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/Rasterizer.h"
 
+#include "platform/headless/d3d9/Audience.h"
+
 namespace headless {
 
 namespace {
@@ -14,10 +16,18 @@ bool AllVerticesExist(const DrawRequest& request)
         return false;
     if (!request.indices.bytes) // sequential: the last one is the highest
         return exists(request.indices.Vertex(static_cast<UINT>(places) - 1));
-    for (UINT i = 0; i < places; ++i)
-        if (!exists(request.indices.Vertex(i)))
-            return false;
-    return true;
+    uint32_t lowest = 0, highest = 0;
+    request.indices.FindRange(static_cast<UINT>(places), lowest, highest);
+    return exists(int64_t{lowest} + request.indices.base) &&
+           exists(int64_t{highest} + request.indices.base);
+}
+
+/// The pictures that a draw changes, whether it reaches a pixel or not.
+void LeaveBlank(const DrawState& state)
+{
+    state.target->isBlank = true;
+    if (state.depth)
+        state.depth->isBlank = true;
 }
 
 bool IsEmpty(const PixelArea& area)
@@ -36,6 +46,10 @@ HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
         return result;
     if (IsEmpty(program.area))
         return D3D_OK;
+    if (!HasAudience()) {
+        LeaveBlank(state);
+        return D3D_OK;
+    }
     vertices.Prepare(state, layout, request.stream, program.varyings,
                      request.type == D3DPT_POINTLIST);
     drawer.Prepare(state, program, layout.isTransformed);
