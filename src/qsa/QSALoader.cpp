@@ -3,6 +3,7 @@
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
 #include "base/WithMemory.h"
+#include "platform/ExpectMemory.h"
 #include "platform/WalkedFile.h"
 #include "qsa/QSA_BoundsObject.h"
 #include "qsa/QSA_MaterialImport.h"
@@ -14,6 +15,8 @@ namespace {
 
 constexpr uint32_t kNoFlags = ~uint32_t{0};
 constexpr float kFreshFogDensity = 0.008f;
+/// A scene of keys alone takes nearly twice the memory of its text.
+constexpr int64_t kMemoryOfText = 2;
 
 /// Closes a text at the end of the scope, also when an error ends it.
 struct TextClosing {
@@ -75,6 +78,7 @@ void QSALoader::ReadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     scene.Reset();
 
     Open(path);
+    ExpectMemory(kMemoryOfText * TextSize());
     if (!ParseTopLevel(import))
         Warning("Encountered unexpected end of file at pos %i", TextPosition());
     Close();
