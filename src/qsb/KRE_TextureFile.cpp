@@ -1,7 +1,5 @@
 // Textures of materials in QSB files.
 
-#include <cassert>
-#include <cstring>
 #include <utility>
 
 #include "gfx/KRE_Gfx.h"
@@ -26,39 +24,15 @@ void LoadStoredSlot(QSB_InputFile& file, StoredSlot* slotOut)
     SlotFields(archive, slotOut->file, slotOut->slot);
 }
 
-/// Collects the bytes of records without keys or texts, as `QSB_SaveArchive` writes them.
-class ByteArchive : public QSB_PlainValues<ByteArchive> {
-public:
-    static constexpr bool kLoads = false;
-
-    void Bytes(const void* added, size_t count)
-    {
-        assert(count <= sizeof bytes - size);
-        std::memcpy(bytes + size, added, count);
-        size += count;
-    }
-    template <class Key>
-    void TrackKeys(const KRE_ArrayTrack<Key>&, int32_t, int32_t)
-    {}
-    template <class Part>
-    void Track(const char*, const Part& track)
-    {
-        Fields(*this, track);
-    }
-
-    uint8_t bytes[128];
-    size_t size = 0;
-};
-
 /// The animation of a slot that is not animated. Scenes hold very many of them.
-const ByteArchive& StillAnimation()
+const QSB_RecordBytes& StillAnimation()
 {
-    static const ByteArchive archive = [] {
-        ByteArchive made;
+    static const QSB_RecordBytes record = [] {
+        QSB_RecordBytes made;
         Fields(made, KRE_TextMatrixAni());
         return made;
     }();
-    return archive;
+    return record;
 }
 
 /// A frame list takes up the whole texture, so loading a further map is an error. That error can
@@ -91,12 +65,12 @@ void KRE_Texture::Save(File& file) const
 {
     QSB_SaveArchive archive(file);
     Fields(archive, *this);
-    const ByteArchive& still = StillAnimation();
+    const QSB_RecordBytes& still = StillAnimation();
     for (int32_t slot = 0; slot < kSlots; ++slot) {
         if (matrixAni)
             matrixAni[slot].Save(file);
         else
-            archive.Bytes(still.bytes, still.size);
+            still.WriteTo(file);
         SlotFields(archive, slotNames[slot], slots[slot]);
     }
 }

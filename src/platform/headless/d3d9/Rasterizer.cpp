@@ -1,7 +1,5 @@
 #include "platform/headless/d3d9/Rasterizer.h"
 
-#include "platform/headless/d3d9/Audience.h"
-
 namespace headless {
 
 namespace {
@@ -35,21 +33,30 @@ bool IsEmpty(const PixelArea& area)
     return area.left >= area.right || area.top >= area.bottom;
 }
 
+/// What a draw does before it transforms a vertex.
+HRESULT Start(const DrawState& state, const DrawRequest& request, PixelProgram& programOut)
+{
+    return AllVerticesExist(request) ? MakePixelProgram(state, programOut) : D3DERR_INVALIDCALL;
+}
+
 } // namespace
+
+HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request)
+{
+    static PixelProgram program; // clearing it for each draw would cost more than the checks
+    const HRESULT result = Start(state, request, program);
+    if (SUCCEEDED(result) && !IsEmpty(program.area))
+        LeaveBlank(state);
+    return result;
+}
 
 HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
                          const DrawRequest& request)
 {
-    if (!AllVerticesExist(request))
-        return D3DERR_INVALIDCALL;
-    if (const HRESULT result = MakePixelProgram(state, program); FAILED(result))
+    if (const HRESULT result = Start(state, request, program); FAILED(result))
         return result;
     if (IsEmpty(program.area))
         return D3D_OK;
-    if (!HasAudience()) {
-        LeaveBlank(state);
-        return D3D_OK;
-    }
     vertices.Prepare(state, layout, request.stream, program.varyings,
                      request.type == D3DPT_POINTLIST);
     drawer.Prepare(state, program, layout.isTransformed);
