@@ -3,7 +3,6 @@
 #include "base/LoadInHand.h"
 #include "base/Paths.h"
 #include "base/WithMemory.h"
-#include "platform/ExpectMemory.h"
 #include "platform/WalkedFile.h"
 #include "qsa/QSA_BoundsObject.h"
 #include "qsa/QSA_MaterialImport.h"
@@ -15,8 +14,6 @@ namespace {
 
 constexpr uint32_t kNoFlags = ~uint32_t{0};
 constexpr float kFreshFogDensity = 0.008f;
-/// A scene of keys alone takes nearly twice the memory of its text.
-constexpr int64_t kMemoryOfText = 2;
 
 /// Closes a text at the end of the scope, also when an error ends it.
 struct TextClosing {
@@ -78,7 +75,6 @@ void QSALoader::ReadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     scene.Reset();
 
     Open(path);
-    ExpectMemory(kMemoryOfText * TextSize());
     if (!ParseTopLevel(import))
         Warning("Encountered unexpected end of file at pos %i", TextPosition());
     Close();

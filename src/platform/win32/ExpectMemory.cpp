@@ -1,3 +1,0 @@
-#include "platform/ExpectMemory.h"
-
-void ExpectMemory(int64_t) {}
