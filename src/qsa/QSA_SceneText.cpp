@@ -2,6 +2,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/HeapPages.h"
 #include "platform/OpenFileStream.h"
 #include "qsa/QSA_SceneText.h"
 
@@ -71,6 +72,8 @@ bool QSA_SceneText::Reach(int32_t bytes)
     if (left >= bytes || unread == 0)
         return left > 0;
 
+    if (textStart + position > 0) // more than one window: a large scene
+        MakeHeapPages();
     std::memmove(data.get(), data.get() + position, static_cast<size_t>(left));
     textStart += position;
     position = 0;

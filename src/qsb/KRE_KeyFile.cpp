@@ -7,7 +7,7 @@ template <class T>
 int32_t KRE_KeyBase<T>::Save(File& file) const
 {
     int32_t count = 0;
-    for (const T* key = static_cast<const T*>(this); key; key = key->next.get()) {
+    for (const T* key = static_cast<const T*>(this); key; key = key->next) {
         QSB_RecordBytes record;
         Fields(record, *key);
         const uint8_t hasNext = key->next ? 1 : 0;
