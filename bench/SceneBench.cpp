@@ -59,7 +59,7 @@ void AddTcbKeys(KRE_3dObject& object, int32_t count)
         key.interpolation = kKeyTcb;
         object.AddRotKey(key);
     }
-    for (KRE_RotKeyData* key = object.rotKeys.Head(); key; key = key->next.get())
+    for (KRE_RotKeyData* key = object.rotKeys.Head(); key; key = key->next)
         ComputeInnerControls(*key);
 }
 

@@ -9,6 +9,7 @@ static uint64_t (*const kLogFreeMemory)() = gLogFreeMemory;
 
 void ResetLogForTests()
 {
+    CloseLog();
     ResetReports();
     gLogWithTime = 1;
     gLogSink = nullptr;

@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "base/FileStream.h"
 #include "batch/BatchText.h"
 #include "batch/ChunkName.h"
 #include "batch/ContentHash.h"
@@ -17,7 +16,7 @@
 #include "batch/RunBatch.h"
 #include "batch/ScenePlan.h"
 #include "batch/WorkingDirectory.h"
-#include "platform/ReplacementFile.h"
+#include "batch/WriteWholeFile.h"
 
 namespace {
 
@@ -42,17 +41,6 @@ std::string PlanIdOf(const std::vector<SceneChunk>& chunks)
         all += '\0';
     }
     return HashText(HashOf(all)).substr(0, 8);
-}
-
-bool WriteWholeFile(const std::string& path, const std::string& bytes)
-{
-    ReplacementFile replacement;
-    if (!replacement.Make(path.c_str()))
-        return false;
-    FileStream stream(std::fopen(replacement.Path(), "wb"));
-    if (!stream || std::fwrite(bytes.data(), 1, bytes.size(), stream.get()) != bytes.size())
-        return false;
-    return std::fclose(stream.release()) == 0 && replacement.MoveOverTarget();
 }
 
 bool IsChunkFile(const char* name)

@@ -12,6 +12,7 @@
 #include "batch/ConvertScenes.h"
 #include "batch/Descriptor.h"
 #include "batch/RunBatch.h"
+#include "batch/SteadyClock.h"
 #include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/TemporaryName.h"
 

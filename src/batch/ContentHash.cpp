@@ -29,13 +29,14 @@ ContentHash HashOf(std::string_view bytes)
     return Canonical(XXH3_128bits(bytes.data(), bytes.size()));
 }
 
-bool HashOfFile(int file, ContentHash& hashOut)
+/// Of so many bytes, or fewer if the file has become shorter.
+static bool HashOfFile(int file, off_t size, ContentHash& hashOut)
 {
     alignas(64) static thread_local XXH3_state_t state;
     XXH3_128bits_reset(&state);
     char part[65536];
     off_t at = 0;
-    for (;;) {
+    while (at < size) {
         const ssize_t got = pread(file, part, sizeof part, at);
         if (got < 0 && errno == EINTR)
             continue;
@@ -93,5 +94,5 @@ bool StampOfFile(int directory, const char* name, FileStamp& stampOut)
         return false;
     }
     stampOut = StampOf(info);
-    return HashOfFile(file.Get(), stampOut.hash);
+    return HashOfFile(file.Get(), info.st_size, stampOut.hash);
 }

@@ -10,9 +10,6 @@ using ContentHash = std::array<uint8_t, 16>;
 
 ContentHash HashOf(std::string_view bytes);
 
-/// The content of an open file, from its start. False, with `errno` set, if it cannot be read.
-bool HashOfFile(int file, ContentHash& hashOut);
-
 /// 32 hexadecimal digits.
 std::string HashText(const ContentHash& hash);
 

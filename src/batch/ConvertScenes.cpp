@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <memory>
 
 #include "batch/BatchState.h"
@@ -12,6 +11,7 @@
 #include "batch/RunBatch.h"
 #include "batch/RunReport.h"
 #include "batch/ScenePlan.h"
+#include "batch/SteadyClock.h"
 #include "batch/Supervisor.h"
 
 namespace {
@@ -31,13 +31,6 @@ int StatusOf(bool isDone, const Supervisor& supervisor, const RunReport& report,
 }
 
 } // namespace
-
-double SecondsOfClock()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
 
 ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,
                             const TargetLayout& layout, BatchState* state, double began,

@@ -14,9 +14,6 @@ struct ConversionEnd {
     bool isWhole = false; ///< every scene was converted or has failed, and the journal tells so
 };
 
-/// Seconds of a clock that is never set.
-double SecondsOfClock();
-
 /// Converts the scenes of a list and prints the summary, with the time since the run `began`. `state` and
 /// `recorder` may be null; with a recorder the lines of the journal have records.
 ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,

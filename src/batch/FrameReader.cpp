@@ -10,9 +10,8 @@
 
 #include <jpeglib.h>
 
-#include "base/FileStream.h"
+#include "batch/WriteWholeFile.h"
 #include "gfx/KRE_Gfx.h"
-#include "platform/ReplacementFile.h"
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/PngWriter.h"
 
@@ -142,24 +141,13 @@ bool KeepFrame(const DrawnFrame& frame, const std::string& leaf, std::string& re
         reasonOut = "the device does not give it";
         return false;
     }
-    ReplacementFile file;
-    if (!file.Make(leaf.c_str())) {
+    const bool isKept = WriteWholeFile(leaf, [&](std::FILE* stream) {
+        return headless::WritePngStream(stream, frame.width, frame.height, frame.argb.data(), false,
+                                        reasonOut);
+    });
+    if (!isKept && reasonOut.empty())
         reasonOut = std::strerror(errno);
-        return false;
-    }
-    FileStream stream(std::fopen(file.Path(), "wb"));
-    if (!stream) {
-        reasonOut = std::strerror(errno);
-        return false;
-    }
-    if (!headless::WritePngStream(stream.get(), frame.width, frame.height, frame.argb.data(), false,
-                                  reasonOut))
-        return false;
-    if (std::fclose(stream.release()) != 0 || !file.MoveOverTarget()) {
-        reasonOut = std::strerror(errno);
-        return false;
-    }
-    return true;
+    return isKept;
 }
 
 std::string ThumbOf(const DrawnFrame& frame)

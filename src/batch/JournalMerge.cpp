@@ -15,7 +15,7 @@
 #include "batch/ConvertScenes.h"
 #include "batch/RunBatch.h"
 #include "batch/WorkingDirectory.h"
-#include "platform/ReplacementFile.h"
+#include "batch/WriteWholeFile.h"
 
 namespace {
 
@@ -221,13 +221,10 @@ bool JournalMerge::WriteLines(FILE* stream)
 /// Texts of failures that are not ours come from `errno`.
 bool JournalMerge::WriteAll()
 {
-    ReplacementFile replacement;
-    bool isWritten = replacement.Make(outputFile.c_str());
-    FileStream stream(isWritten ? std::fopen(replacement.Path(), "wb") : nullptr);
-    isWritten = stream && WriteLines(stream.get());
+    const bool isWritten =
+        WriteWholeFile(outputFile, [&](std::FILE* stream) { return WriteLines(stream); });
     if (!error.empty())
         return false;
-    isWritten = isWritten && std::fclose(stream.release()) == 0 && replacement.MoveOverTarget();
     if (!isWritten)
         return Fail("the journal '" + outputFile + "' cannot be written: " + std::strerror(errno) +
                     "; choose another place with -o");

@@ -10,12 +10,11 @@
 
 #include "batch/Descriptor.h"
 
-/// The start of a file of the system; `partOut` ends in a NUL.
+/// The start of a file of the system, as it is now; `partOut` ends in a NUL.
 template <size_t size>
-static bool ReadSystemFile(const char* path, char (&partOut)[size])
+static bool ReadPart(const Descriptor& file, char (&partOut)[size])
 {
-    const Descriptor file(open(path, O_RDONLY | O_CLOEXEC));
-    const ssize_t got = file.IsOpen() ? read(file.Get(), partOut, size - 1) : -1;
+    const ssize_t got = file.IsOpen() ? pread(file.Get(), partOut, size - 1, 0) : -1;
     partOut[got > 0 ? got : 0] = 0;
     return got > 0;
 }
@@ -30,8 +29,9 @@ void ResetPeakMemory()
 
 uint64_t PeakMemoryKiB()
 {
+    static const Descriptor file(open("/proc/self/status", O_RDONLY | O_CLOEXEC));
     char status[4096];
-    if (ReadSystemFile("/proc/self/status", status)) {
+    if (ReadPart(file, status)) {
         const char* const line = std::strstr(status, "VmHWM:");
         if (line)
             return std::strtoull(line + 6, nullptr, 10);
@@ -45,7 +45,7 @@ uint64_t MemoryOfProcess(pid_t process)
 {
     char counts[256];
     const std::string path = "/proc/" + std::to_string(process) + "/statm";
-    if (!ReadSystemFile(path.c_str(), counts))
+    if (!ReadPart(Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)), counts))
         return 0;
     char* end = nullptr;
     std::strtoull(counts, &end, 10); // the first count is address space

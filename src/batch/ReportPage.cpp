@@ -3,12 +3,11 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "base/FileStream.h"
 #include "batch/Base64.h"
 #include "batch/BatchText.h"
 #include "batch/MessageTable.h"
 #include "batch/PageTexts.h"
-#include "platform/ReplacementFile.h"
+#include "batch/WriteWholeFile.h"
 
 namespace {
 
@@ -129,11 +128,5 @@ bool ReportPage::Write()
     const std::string page = head + "<p>" + summary + "</p>" + kPageSearch + choices +
                              "</select></label><output></output></form><main>\n" + cards +
                              "</main>" + kPageEnd;
-    ReplacementFile replacement;
-    if (!replacement.Make(file.c_str()))
-        return false;
-    FileStream stream(std::fopen(replacement.Path(), "wb"));
-    if (!stream || std::fwrite(page.data(), 1, page.size(), stream.get()) != page.size())
-        return false;
-    return std::fclose(stream.release()) == 0 && replacement.MoveOverTarget();
+    return WriteWholeFile(file, page);
 }

@@ -18,6 +18,7 @@
 #include "batch/FarmArguments.h"
 #include "batch/RunFarm.h"
 #include "batch/ScenePlan.h"
+#include "batch/SteadyClock.h"
 #include "batch/WorkingDirectory.h"
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 #include <new>
 
 #include <fcntl.h>
@@ -16,6 +15,7 @@
 #include "batch/MessageCatcher.h"
 #include "batch/MessageTable.h"
 #include "batch/PeakMemory.h"
+#include "batch/SteadyClock.h"
 #include "check/CheckScene.h"
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSA_LoadOptions.h"
@@ -24,13 +24,6 @@
 #include "qsb/WriteScene.h"
 
 namespace {
-
-double SecondsNow()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
 
 /// An allocation that fails may come as an error of the engine.
 bool IsOfMemory(const char* message)
@@ -54,7 +47,7 @@ SceneConverter::SceneConverter(const WorkerSetup& setupIn)
 
 SceneResult SceneConverter::Convert(const SceneJob& job)
 {
-    const double began = SecondsNow();
+    const double began = SecondsOfClock();
     const int64_t readAt = FileClockNs();
     ResetPeakMemory();
     SceneResult made;
@@ -65,7 +58,7 @@ SceneResult SceneConverter::Convert(const SceneJob& job)
         made.messages.insert(made.messages.begin(), OwnMessage(kCodeSourceChanged));
     }
     made.source.changedNs = DependableTime(made.source, readAt);
-    made.seconds = SecondsNow() - began;
+    made.seconds = SecondsOfClock() - began;
     made.peakKiB = PeakMemoryKiB();
     return made;
 }
@@ -86,7 +79,7 @@ bool SceneConverter::Attempt(const SceneJob& job, SceneResult& resultOut)
             !StampOfFile(sourceDirectory.Get(), source.leaf.c_str(), resultOut.source))
             Refuse(kCodeCannotOpen, std::strerror(errno));
         resultOut.hasSource = true;
-        const WorkingDirectory inSource(sourceDirectory);
+        const WorkingDirectory inSource(sourceDirectory, start);
         InputRecorder recorder(PathOfDirectory(sourceDirectory), source.leaf);
         inputs = &recorder;
         SceneSession session;
@@ -144,12 +137,12 @@ void SceneConverter::Save(const SceneJob& job, SceneSession& session, const std:
     const Descriptor directory = MakeDirectory(start.Get(), target.directory);
     if (!directory.IsOpen())
         Refuse(kCodeTargetDirectory, std::strerror(errno));
-    const WorkingDirectory inTarget(directory);
+    const WorkingDirectory inTarget(directory, sourceDirectory);
     QSB_TargetFile file;
     file.CreateFor(target.leaf.c_str());
     WriteScene(session.Scene(), file);
     {
-        const WorkingDirectory inSource(sourceDirectory);
+        const WorkingDirectory inSource(sourceDirectory, directory);
         if (setup.isStrict && job.draws)
             Draw(job, session);
         CheckNothingChanged(leaf);
@@ -198,7 +191,7 @@ void SceneConverter::Draw(const SceneJob& job, SceneSession& session)
     const Descriptor directory = MakeDirectory(start.Get(), kept.directory);
     if (!directory.IsOpen())
         Refuse(kCodeFrameNotWritten, std::strerror(errno));
-    const WorkingDirectory inFrames(directory);
+    const WorkingDirectory inFrames(directory, sourceDirectory);
     std::string reason;
     if (!KeepFrame(frame, kept.leaf, reason) ||
         !StampOfFile(directory.Get(), kept.leaf.c_str(), result->frame))

@@ -190,6 +190,7 @@ std::string EncodeJob(const SceneJob& job)
     wire.Text(job.frame);
     wire.U8(job.draws);
     wire.U8(job.wantsThumb);
+    wire.U32(job.ticket);
     return wire.Bytes();
 }
 
@@ -202,6 +203,7 @@ bool DecodeJob(std::string_view message, SceneJob& jobOut)
     jobOut.frame = wire.Text();
     jobOut.draws = wire.U8() != 0;
     jobOut.wantsThumb = wire.U8() != 0;
+    jobOut.ticket = wire.U32();
     return wire.IsAtEnd();
 }
 

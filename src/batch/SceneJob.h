@@ -23,6 +23,7 @@ struct SceneJob {
     std::string frame;        ///< empty: the frame is not kept
     bool draws = false;       ///< also without keeping the frame
     bool wantsThumb = false;  ///< a small picture for the report
+    uint32_t ticket = 0;      ///< of a job that may be taken back; else 0
 };
 
 enum class SceneStatus : uint8_t {

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <csignal>
 #include <cstring>
-#include <ctime>
 #include <thread>
 #include <utility>
 
@@ -15,6 +14,8 @@
 #include "batch/MessageTable.h"
 #include "batch/PeakMemory.h"
 #include "batch/RunReport.h"
+#include "batch/SteadyClock.h"
+#include "batch/Worker.h"
 
 namespace {
 
@@ -23,13 +24,6 @@ constexpr double kMostStartSeconds = 60;  // for the engine of a worker
 constexpr int kMostFailedStarts = 3;      // in a row, of workers that something else ended
 constexpr double kLongestWait = 0.25;     // seconds; the status line moves, the state is kept
 constexpr double kDecisionSeconds = 0.02; // scenes without a job are decided for so long at a time
-
-double ClockSeconds()
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
 
 std::string SizeText(uint64_t bytes)
 {
@@ -69,36 +63,38 @@ Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunRepo
 bool Supervisor::Run()
 {
     while (!IsFinished()) {
-        const double now = ClockSeconds();
+        const double now = SecondsOfClock();
         StartJobs(now);
         if (BusyCount() > 0 || !MayStart())
             WaitForNews(now);
         else
             HandleSignals();
         RemoveEnded();
-        report.Tick(ClockSeconds());
+        report.Tick(SecondsOfClock());
     }
     plan.End();
-    for (const AgainJob& job : again)
-        Skip(job.number, job.job);
+    for (const NumberedJob& job : again)
+        Skip(job);
+    for (const NumberedJob& job : returned)
+        Skip(job);
     for (PlannedScene rest = plan.Next(); rest.kind != PlannedScene::Kind::kDone;
          rest = plan.Next())
-        Skip(rest.number, rest.job);
+        Skip({rest.number, rest.job});
     return !isBroken;
 }
 
-void Supervisor::Skip(size_t number, const SceneJob& job)
+void Supervisor::Skip(const NumberedJob& job)
 {
     SceneResult skipped;
     skipped.status = SceneStatus::kSkipped;
-    report.Done(number, job, skipped);
+    report.Done(job.number, job.job, skipped);
 }
 
 bool Supervisor::IsFinished() const
 {
     if (BusyCount() > 0)
         return false;
-    return !MayStart() || (isPlanDone && again.empty());
+    return !MayStart() || (!HasMore() && again.empty());
 }
 
 size_t Supervisor::BusyCount() const
@@ -107,19 +103,25 @@ size_t Supervisor::BusyCount() const
                                              [](const auto& worker) { return worker->isBusy; }));
 }
 
+size_t Supervisor::MostBusy() const
+{
+    if (options.workers > 0)
+        return static_cast<size_t>(options.workers);
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+
 void Supervisor::StartJobs(double now)
 {
-    const auto most = static_cast<size_t>(
-        options.workers > 0 ? options.workers
-                            : static_cast<int>(std::max(1u, std::thread::hardware_concurrency())));
     const double end = now + kDecisionSeconds;
-    while (MayStart() && !isPlanDone && !isAlone && BusyCount() < most && ClockSeconds() < end) {
+    if (MayStart() && isPlanDone)
+        TakeBackForIdle();
+    while (MayStart() && HasMore() && !isAlone && HasRoom() && SecondsOfClock() < end) {
         if (options.failFast && !again.empty())
             break;
         if (!StartNext(now))
             break;
     }
-    const bool isTimeForAgain = isPlanDone || options.failFast;
+    const bool isTimeForAgain = !HasMore() || options.failFast;
     if (MayStart() && isTimeForAgain && !again.empty() && BusyCount() == 0)
         StartAgain(now);
 }
@@ -127,31 +129,79 @@ void Supervisor::StartJobs(double now)
 /// False when there is nothing more to start.
 bool Supervisor::StartNext(double now)
 {
-    const PlannedScene planned = plan.Next();
+    if (!returned.empty()) {
+        NumberedJob job = std::move(returned.front());
+        returned.pop_front();
+        Give(std::move(job), now);
+        return MayStart();
+    }
+    PlannedScene planned = plan.Next();
     switch (planned.kind) {
     case PlannedScene::Kind::kDone:
         isPlanDone = true;
         return false;
     case PlannedScene::Kind::kDecided:
-        Finish(planned.number, planned.job, planned.result);
+        Finish({planned.number, planned.job}, planned.result);
         return true;
     case PlannedScene::Kind::kJob:
         break;
     }
-    if (WorkerProcess* const worker = IdleWorker())
-        GiveJob(*worker, planned.number, planned.job, now);
+    Give({planned.number, std::move(planned.job)}, now);
     return MayStart();
+}
+
+/// To a worker without a job, or else to one that can have its next job ahead.
+void Supervisor::Give(NumberedJob job, double now)
+{
+    WorkerProcess* const worker = BusyCount() < MostBusy() ? IdleWorker() : WorkerForNext();
+    if (worker && worker->isBusy)
+        worker->StartNext(std::move(job));
+    else if (worker)
+        worker->Start(std::move(job), now); // if it is gone already, the end of its socket follows
+    else
+        returned.push_front(std::move(job));
+}
+
+/// After a failure of a scene nothing may be begun that a worker has ahead, so with --fail-fast none has.
+WorkerProcess* Supervisor::WorkerForNext() const
+{
+    if (options.failFast)
+        return nullptr;
+    const auto found = std::find_if(workers.begin(), workers.end(),
+                                    [](const auto& worker) { return worker->MayGetNext(); });
+    return found == workers.end() ? nullptr : found->get();
+}
+
+bool Supervisor::TakeBack(WorkerProcess& worker)
+{
+    NumberedJob job;
+    if (!worker.TakeNextBack(job))
+        return false;
+    returned.push_back(std::move(job));
+    return true;
+}
+
+/// When nothing else is left for workers without a job.
+void Supervisor::TakeBackForIdle()
+{
+    for (const auto& worker : workers) {
+        if (BusyCount() + returned.size() >= MostBusy())
+            return;
+        TakeBack(*worker);
+    }
 }
 
 /// In a worker that has done nothing else.
 void Supervisor::StartAgain(double now)
 {
-    const AgainJob job = again.front();
+    NumberedJob job = std::move(again.front());
     again.pop_front();
     workers.clear();
     isAlone = true;
     if (WorkerProcess* const worker = IdleWorker())
-        GiveJob(*worker, job.number, job.job, now);
+        worker->Start(std::move(job), now);
+    else
+        returned.push_back(std::move(job));
 }
 
 WorkerProcess* Supervisor::IdleWorker()
@@ -167,11 +217,6 @@ WorkerProcess* Supervisor::IdleWorker()
     isBroken = true;
     workers.pop_back();
     return nullptr;
-}
-
-void Supervisor::GiveJob(WorkerProcess& worker, size_t number, const SceneJob& job, double now)
-{
-    worker.Start(job, number, now); // if it is gone already, the end of its socket follows
 }
 
 void Supervisor::WaitForNews(double now)
@@ -198,10 +243,10 @@ void Supervisor::WaitForNews(double now)
         if (handles[0].revents != 0)
             HandleSignals();
     }
-    WatchLimits(ClockSeconds());
+    WatchLimits(SecondsOfClock());
 }
 
-/// The first signal lets what is in hand end. The second one ends it.
+/// The first signal lets what is in hand end. The second one ends it. What workers have ahead is not begun.
 void Supervisor::HandleSignals()
 {
     for (int number = signals.Take(); number != 0; number = signals.Take()) {
@@ -210,10 +255,10 @@ void Supervisor::HandleSignals()
         else
             signal = number;
     }
-    if (!isKilled)
-        return;
     for (const auto& worker : workers) {
-        if (worker->isBusy)
+        if (signal != 0)
+            TakeBack(*worker);
+        if (isKilled && worker->isBusy)
             worker->Kill(WorkerEnd::kItself);
     }
 }
@@ -226,14 +271,20 @@ void Supervisor::HandleWorker(WorkerProcess& worker)
         if (worker.isReady)
             TakeResult(worker, message);
         else
-            worker.startedAt = ClockSeconds(); // the start of its engine is not the scene's fault
-        worker.isReady = true;
+            TakeReady(worker, message);
         failedStarts = 0;
     }
     if (worker.arrived.IsBroken())
         worker.Kill(WorkerEnd::kItself);
     if (arrival == WireAssembler::Arrival::kEnd)
         TakeEnd(worker);
+}
+
+void Supervisor::TakeReady(WorkerProcess& worker, const std::string& message)
+{
+    worker.startedAt = SecondsOfClock(); // the start of its engine is not the scene's fault
+    worker.isReady = true;
+    worker.takesNext = !isAlone && message == kWorkerReadyForTwo;
 }
 
 void Supervisor::TakeResult(WorkerProcess& worker, const std::string& message)
@@ -243,24 +294,26 @@ void Supervisor::TakeResult(WorkerProcess& worker, const std::string& message)
         worker.Kill(WorkerEnd::kItself);
         return;
     }
-    worker.isBusy = false;
+    NumberedJob job = std::move(worker.inHand);
+    worker.EndJob(SecondsOfClock());
     const bool isMemory = result.status == SceneStatus::kOutOfMemory;
     if (isMemory && !isAlone) {
-        again.push_back({worker.jobNumber, worker.job});
+        again.push_back(std::move(job));
         return;
     }
     if (isMemory)
         result.messages.push_back(OwnMessage(kCodeOutOfMemory, SizeText(options.memoryBytes)));
     isAlone = false;
-    Finish(worker.jobNumber, worker.job, result);
+    Finish(job, result);
 }
 
 void Supervisor::TakeEnd(WorkerProcess& worker)
 {
-    const bool wasBusy = worker.isBusy;
     const bool wasReady = worker.isReady;
     SceneResult result = worker.Bury();
-    worker.isBusy = false;
+    for (NumberedJob& job : worker.TakeUntried())
+        returned.push_back(std::move(job));
+    const bool wasBusy = std::exchange(worker.isBusy, false);
     if (!wasReady && MayStart()) {
         TakeFailedStart(worker, result);
         return;
@@ -271,7 +324,7 @@ void Supervisor::TakeEnd(WorkerProcess& worker)
         result = SceneResult();
         result.status = SceneStatus::kSkipped;
     } else if (!isAlone) {
-        again.push_back({worker.jobNumber, worker.job});
+        again.push_back(std::move(worker.inHand));
         return;
     } else if (result.status == SceneStatus::kTimedOut) {
         result.messages.push_back(OwnMessage(kCodeTimedOut, SecondsText(options.timeoutSeconds)));
@@ -279,8 +332,8 @@ void Supervisor::TakeEnd(WorkerProcess& worker)
         result.messages.push_back(OwnMessage(kCodeOutOfMemory, SizeText(options.memoryBytes)));
     }
     isAlone = false;
-    result.seconds = ClockSeconds() - worker.startedAt;
-    Finish(worker.jobNumber, worker.job, result);
+    result.seconds = SecondsOfClock() - worker.startedAt;
+    Finish(worker.inHand, result);
 }
 
 /// A worker that ended before its scene was begun: the scene goes to another one. If workers end by
@@ -292,7 +345,7 @@ void Supervisor::TakeFailedStart(WorkerProcess& worker, const SceneResult& resul
         isBroken = true;
         error = "a worker cannot start: " + WhyEnded(result);
     } else if (WorkerProcess* const other = IdleWorker()) {
-        GiveJob(*other, worker.jobNumber, worker.job, ClockSeconds());
+        other->Start(std::move(worker.inHand), SecondsOfClock());
     }
 }
 
@@ -327,9 +380,9 @@ void Supervisor::WatchLimits(double now)
     }
 }
 
-void Supervisor::Finish(size_t number, const SceneJob& job, const SceneResult& result)
+void Supervisor::Finish(const NumberedJob& job, const SceneResult& result)
 {
-    report.Done(number, job, result);
+    report.Done(job.number, job.job, result);
     if (options.failFast && IsFailure(result.status))
         hasFailedFast = true;
 }

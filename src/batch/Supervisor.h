@@ -15,6 +15,8 @@ class RunReport;
 /// Gives scenes to workers and takes their results, until all is done or a signal ends the run. A worker
 /// that crashes, takes too long or too much memory costs its scene only: another one takes its place, and
 /// the scene is tried once more alone, when no other one is in hand.
+/// A worker is given its next scene while it has one in hand. What becomes of the one does not count for
+/// the other, and a scene that waits while another worker has none goes to that one.
 class Supervisor {
 public:
     /// `heldByWorkers` is a descriptor that workers keep open as long as they live; -1 for none.
@@ -27,10 +29,6 @@ public:
     std::string error;
 
 private:
-    struct AgainJob {
-        size_t number;
-        SceneJob job;
-    };
     using Workers = std::vector<std::unique_ptr<WorkerProcess>>;
 
     bool IsFinished() const;
@@ -39,18 +37,25 @@ private:
     void StartJobs(double now);
     bool StartNext(double now);
     void StartAgain(double now);
+    void Give(NumberedJob job, double now);
+    size_t MostBusy() const;
+    bool HasMore() const { return !isPlanDone || !returned.empty(); }
+    bool HasRoom() const { return BusyCount() < MostBusy() || WorkerForNext(); }
     WorkerProcess* IdleWorker();
-    void GiveJob(WorkerProcess& worker, size_t number, const SceneJob& job, double now);
+    WorkerProcess* WorkerForNext() const;
+    bool TakeBack(WorkerProcess& worker);
+    void TakeBackForIdle();
     void WaitForNews(double now);
     void HandleSignals();
     void HandleWorker(WorkerProcess& worker);
+    void TakeReady(WorkerProcess& worker, const std::string& message);
     void TakeResult(WorkerProcess& worker, const std::string& message);
     void TakeEnd(WorkerProcess& worker);
     void TakeFailedStart(WorkerProcess& worker, const SceneResult& result);
     double SecondsOf(const WorkerProcess& worker) const;
     void WatchLimits(double now);
-    void Finish(size_t number, const SceneJob& job, const SceneResult& result);
-    void Skip(size_t number, const SceneJob& job);
+    void Finish(const NumberedJob& job, const SceneResult& result);
+    void Skip(const NumberedJob& job);
     void RemoveEnded();
     std::string WhyEnded(const SceneResult& result) const;
 
@@ -61,7 +66,9 @@ private:
     WorkerSetup setup;
     SignalWatch signals;
     Workers workers;
-    std::deque<AgainJob> again;
+    std::deque<NumberedJob> again; ///< that were tried once
+    std::deque<NumberedJob>
+        returned; ///< that were taken from the plan, and from a worker that did not try them
     bool isPlanDone = false;
     bool isAlone = false; ///< the job in hand is one that is tried once more
     bool hasFailedFast = false;

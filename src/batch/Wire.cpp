@@ -57,20 +57,6 @@ static bool SendAll(int socket, const char* data, size_t size)
     return true;
 }
 
-static bool ReceiveAll(int socket, char* data, size_t size)
-{
-    while (size > 0) {
-        const ssize_t got = recv(socket, data, size, 0);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return false;
-        data += got;
-        size -= static_cast<size_t>(got);
-    }
-    return true;
-}
-
 bool SendWire(int socket, std::string_view message)
 {
     if (message.size() > kMostWireBytes)
@@ -81,19 +67,24 @@ bool SendWire(int socket, std::string_view message)
     return SendAll(socket, whole.data(), whole.size());
 }
 
-bool ReceiveWire(int socket, std::string& messageOut)
-{
-    uint32_t size = 0;
-    if (!ReceiveAll(socket, reinterpret_cast<char*>(&size), sizeof size) || size > kMostWireBytes)
-        return false;
-    messageOut.resize(size);
-    return ReceiveAll(socket, messageOut.data(), size);
-}
-
 WireAssembler::Arrival WireAssembler::ReadFrom(int socket)
 {
+    return Receive(socket, MSG_DONTWAIT);
+}
+
+bool WireAssembler::Await(int socket, std::string& messageOut)
+{
+    while (!Next(messageOut)) {
+        if (isBroken || Receive(socket, 0) == Arrival::kEnd)
+            return false;
+    }
+    return true;
+}
+
+WireAssembler::Arrival WireAssembler::Receive(int socket, int flags)
+{
     char part[65536];
-    const ssize_t got = recv(socket, part, sizeof part, MSG_DONTWAIT);
+    const ssize_t got = recv(socket, part, sizeof part, flags);
     if (got > 0) {
         gathered.append(part, static_cast<size_t>(got));
         return Arrival::kSome;

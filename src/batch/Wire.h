@@ -61,9 +61,6 @@ private:
 /// Sends a message over a socket and waits until it is sent. False if the other end is gone.
 bool SendWire(int socket, std::string_view message);
 
-/// Waits for a whole message. False at the end of the connection or if the length is not possible.
-bool ReceiveWire(int socket, std::string& messageOut);
-
 /// Puts messages together from what has arrived so far.
 class WireAssembler {
 public:
@@ -71,12 +68,16 @@ public:
 
     /// Reads what is there without waiting.
     Arrival ReadFrom(int socket);
+    /// Waits for a whole message. False at the end of the connection or if the length is not possible.
+    bool Await(int socket, std::string& messageOut);
     /// The next whole message. False if there is none yet, or never will be (`IsBroken`).
     bool Next(std::string& messageOut);
     /// A length that is not possible has arrived.
     bool IsBroken() const { return isBroken; }
 
 private:
+    Arrival Receive(int socket, int flags);
+
     std::string gathered;
     bool isBroken = false;
 };

@@ -15,6 +15,7 @@
 #include "base/KRE_Base.h"
 #include "base/Log.h"
 #include "batch/Descriptor.h"
+#include "batch/JobTicket.h"
 #include "batch/MessageTable.h"
 #include "batch/SceneConverter.h"
 #include "batch/Wire.h"
@@ -88,13 +89,15 @@ void AddHostMessages(SceneResult& result)
     }
 }
 
-int ServeJobs(int socket, SceneConverter& converter)
+int ServeJobs(int socket, WireAssembler& arrived, SceneConverter& converter, JobTicket& ticket)
 {
-    if (!SendWire(socket, ""))
+    if (!SendWire(socket, ticket.IsOpen() ? kWorkerReadyForTwo : kWorkerReady))
         return 0;
     std::string message;
     SceneJob job;
-    while (ReceiveWire(socket, message) && DecodeJob(message, job)) {
+    while (arrived.Await(socket, message) && DecodeJob(message, job)) {
+        if (job.ticket != 0 && !ticket.Take(job.ticket))
+            continue; // taken back
         SceneResult result = converter.Convert(job);
         AddHostMessages(result);
         if (!SendWire(socket, EncodeResult(result)))
@@ -107,17 +110,21 @@ int ServeJobs(int socket, SceneConverter& converter)
 
 int RunWorker(int socket)
 {
-    fcntl(socket, F_SETFD, FD_CLOEXEC);
+    for (const int number : {socket, kWorkerTicket})
+        fcntl(number, F_SETFD, FD_CLOEXEC);
     PrepareProcess();
     gLogSink = [](const char*) {};
     std::string message;
     WorkerSetup setup;
-    if (!ReceiveWire(socket, message) || !DecodeSetup(message, setup))
+    WireAssembler arrived;
+    JobTicket ticket;
+    ticket.Open(kWorkerTicket);
+    if (!arrived.Await(socket, message) || !DecodeSetup(message, setup))
         return kWorkerNoEngine;
     LimitMemory(setup.memoryBytes);
     try {
         SceneConverter converter(setup);
-        return ServeJobs(socket, converter);
+        return ServeJobs(socket, arrived, converter, ticket);
     } catch (const KRE_Error& error) {
         std::fprintf(stderr, "%s\n", error.message);
     } catch (const ErrorMsg& error) {

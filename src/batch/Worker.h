@@ -2,6 +2,11 @@
 
 /// Exit status of a worker that ran out of its memory.
 inline constexpr int kWorkerOutOfMemory = 77;
+/// Number of the descriptor of the page with its ticket; see JobTicket.h.
+inline constexpr int kWorkerTicket = 5;
+/// What a worker says when its engine has started: whether it can be given its next job ahead.
+inline constexpr const char* kWorkerReady = "";
+inline constexpr const char* kWorkerReadyForTwo = "2";
 /// Exit status of a worker whose engine does not start.
 inline constexpr int kWorkerNoEngine = 78;
 

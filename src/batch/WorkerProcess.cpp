@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -62,16 +63,18 @@ WorkerProcess::WorkerProcess(const WorkerSetup& setup, int heldByWorkers)
         return;
     socket = Descriptor(ends[0]);
     const Descriptor other(ends[1]);
+    const Descriptor ticketFile(JobTicket::MakeFile());
+    ticket.Open(ticketFile.Get());
     errors = Descriptor(memfd_create("worker-errors", MFD_CLOEXEC));
     process = fork();
     if (process == 0)
-        BecomeWorker(other.Get(), heldByWorkers);
+        BecomeWorker(other.Get(), ticketFile.Get(), heldByWorkers);
     if (process > 0 && !SendWire(socket.Get(), EncodeSetup(setup)))
         Kill(WorkerEnd::kItself);
 }
 
 /// In the new process: only calls that are safe after a fork.
-void WorkerProcess::BecomeWorker(int socketEnd, int heldByWorkers) const
+void WorkerProcess::BecomeWorker(int socketEnd, int ticketFile, int heldByWorkers) const
 {
     LeaveSignalsToSupervisor();
     const int nothing = open("/dev/null", O_RDWR);
@@ -80,9 +83,13 @@ void WorkerProcess::BecomeWorker(int socketEnd, int heldByWorkers) const
     dup2(errors.IsOpen() ? errors.Get() : nothing, STDERR_FILENO);
     const int socketCopy = fcntl(socketEnd, F_DUPFD_CLOEXEC, kOtherNumbers);
     const int heldCopy = fcntl(heldByWorkers, F_DUPFD_CLOEXEC, kOtherNumbers);
+    const int ticketCopy = fcntl(ticketFile, F_DUPFD_CLOEXEC, kOtherNumbers);
     dup2(socketCopy, kWorkerSocket);
+    close(kWorkerTicket);
     if (heldCopy >= 0)
         dup2(heldCopy, kWorkerHeld);
+    if (ticketCopy >= 0)
+        dup2(ticketCopy, kWorkerTicket);
     execl("/proc/self/exe", "qsbatch", "--worker", "3", static_cast<char*>(nullptr));
     _exit(kWorkerNoEngine);
 }
@@ -106,13 +113,41 @@ WorkerProcess::~WorkerProcess()
     waitpid(process, nullptr, 0);
 }
 
-bool WorkerProcess::Start(const SceneJob& jobIn, size_t number, double now)
+bool WorkerProcess::Start(NumberedJob given, double now)
 {
-    job = jobIn;
-    jobNumber = number;
+    inHand = std::move(given);
+    inHand.job.ticket = 0;
     startedAt = now;
     isBusy = true;
-    return SendWire(socket.Get(), EncodeJob(job));
+    return SendWire(socket.Get(), EncodeJob(inHand.job));
+}
+
+void WorkerProcess::StartNext(NumberedJob given)
+{
+    next = std::move(given);
+    next.job.ticket = ++lastTicket;
+    hasNext = true;
+    ticket.Put(lastTicket);
+    SendWire(socket.Get(), EncodeJob(next.job)); // if it is gone, the end of its socket follows
+}
+
+bool WorkerProcess::TakeNextBack(NumberedJob& takenOut)
+{
+    if (!hasNext || !ticket.Take(next.job.ticket))
+        return false;
+    hasNext = false;
+    takenOut = std::move(next);
+    return true;
+}
+
+void WorkerProcess::EndJob(double now)
+{
+    isBusy = std::exchange(hasNext, false);
+    if (!isBusy)
+        return;
+    inHand = std::move(next);
+    startedAt = now;
+    isEndOfOther = end != WorkerEnd::kItself;
 }
 
 void WorkerProcess::Kill(WorkerEnd why)
@@ -131,8 +166,8 @@ std::string WorkerProcess::HostText() const
 
 void WorkerProcess::RemoveLitter() const
 {
-    RemoveTemporaryFiles(job.target, process);
-    RemoveTemporaryFiles(job.frame, process);
+    RemoveTemporaryFiles(inHand.job.target, process);
+    RemoveTemporaryFiles(inHand.job.frame, process);
 }
 
 SceneResult WorkerProcess::Bury()
@@ -161,4 +196,17 @@ SceneResult WorkerProcess::Bury()
         result.messages.push_back(OwnMessage(kCodeCrashed, how));
     }
     return result;
+}
+
+std::vector<NumberedJob> WorkerProcess::TakeUntried()
+{
+    std::vector<NumberedJob> untried;
+    const uint32_t number = isBusy ? inHand.job.ticket : 0;
+    if (isBusy && (isEndOfOther || (number != 0 && ticket.Take(number)))) {
+        untried.push_back(std::move(inHand));
+        isBusy = false;
+    }
+    if (std::exchange(hasNext, false))
+        untried.push_back(std::move(next));
+    return untried;
 }

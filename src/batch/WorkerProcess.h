@@ -2,15 +2,23 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
 #include "batch/Descriptor.h"
+#include "batch/JobTicket.h"
 #include "batch/SceneJob.h"
 #include "batch/Wire.h"
 
 /// Why the supervisor ended a worker.
 enum class WorkerEnd : uint8_t { kItself, kTimeout, kMemory };
+
+/// A job and the number of its scene in the list.
+struct NumberedJob {
+    size_t number = 0;
+    SceneJob job;
+};
 
 /// A worker as the supervisor sees it. Its process ends with this object.
 class WorkerProcess {
@@ -26,29 +34,45 @@ public:
     int Socket() const { return socket.Get(); }
 
     /// Gives it a job; `isBusy` from then on.
-    bool Start(const SceneJob& job, size_t number, double now);
+    bool Start(NumberedJob given, double now);
+    /// Whether it can be given the next job while it has one in hand.
+    bool MayGetNext() const { return isBusy && takesNext && !hasNext; }
+    /// Gives it the next job, which it begins when the one in hand is done.
+    void StartNext(NumberedJob given);
+    /// Takes the next job back. False if there is none, or if the worker has begun it.
+    bool TakeNextBack(NumberedJob& takenOut);
+    /// The job in hand is done: the next one is in hand, if there is one.
+    void EndJob(double now);
     /// Ends the process; what it was doing is lost. The end of its socket follows.
     void Kill(WorkerEnd why);
     /// Waits for the end of the process and tells how it ended.
     SceneResult Bury();
+    /// Takes the jobs of a process that is buried and that its end says nothing about: those that it had
+    /// not begun, and one that it had begun when it was ended for an earlier one.
+    std::vector<NumberedJob> TakeUntried();
     /// Whether a signal ended the process, which is buried.
     bool WasKilled() const { return wasKilled; }
 
     WireAssembler arrived;
     bool isReady = false; ///< its engine has started
     bool isBusy = false;
-    size_t jobNumber = 0; ///< of the job in hand
-    SceneJob job;         ///< in hand
+    bool takesNext = false; ///< it can be given its next job ahead
+    NumberedJob inHand;
     double startedAt = 0; ///< seconds
 
 private:
-    [[noreturn]] void BecomeWorker(int socketEnd, int heldByWorkers) const;
+    [[noreturn]] void BecomeWorker(int socketEnd, int ticketFile, int heldByWorkers) const;
     void RemoveLitter() const;
     std::string HostText() const;
 
     pid_t process = -1;
     Descriptor socket;
     Descriptor errors; ///< its standard error, a file in memory
+    JobTicket ticket;
+    uint32_t lastTicket = 0;
+    bool hasNext = false;
+    NumberedJob next;
     WorkerEnd end = WorkerEnd::kItself;
+    bool isEndOfOther = false; ///< it was ended for a job before the one in hand
     bool wasKilled = false;
 };

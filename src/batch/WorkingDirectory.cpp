@@ -46,15 +46,13 @@ SplitPath::SplitPath(const std::string& path)
     leaf = path.substr(slash + 1);
 }
 
-WorkingDirectory::WorkingDirectory(const Descriptor& directory)
-    : before(OpenDirectory(AT_FDCWD, "."))
-{
-    if (fchdir(directory.Get()) != 0)
-        before.Close();
-}
+WorkingDirectory::WorkingDirectory(const Descriptor& directory, const Descriptor& beforeIn)
+    : before(beforeIn),
+      isChanged(fchdir(directory.Get()) == 0)
+{}
 
 WorkingDirectory::~WorkingDirectory()
 {
-    if (before.IsOpen() && fchdir(before.Get()) != 0)
-        before.Close();
+    if (isChanged && fchdir(before.Get()) != 0)
+        return; // it may not be entered any more
 }

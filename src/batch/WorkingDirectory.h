@@ -21,14 +21,16 @@ struct SplitPath {
     std::string leaf;
 };
 
-/// Makes a directory the current one, and the one before it again at the end.
+/// Makes a directory the current one, and `before`, which is it now, again at the end. Both must stay open
+/// for so long.
 class WorkingDirectory {
 public:
-    explicit WorkingDirectory(const Descriptor& directory);
+    WorkingDirectory(const Descriptor& directory, const Descriptor& before);
     ~WorkingDirectory();
     WorkingDirectory(const WorkingDirectory&) = delete;
     WorkingDirectory& operator=(const WorkingDirectory&) = delete;
 
 private:
-    Descriptor before;
+    const Descriptor& before;
+    bool isChanged;
 };

@@ -54,7 +54,7 @@ void CheckTrack(const char* object, const char* track, const KRE_KeyList<T>& key
 {
     int32_t count = 0;
     const T* before = nullptr;
-    for (const T* key = keys.Head(); key; before = key, key = key->next.get(), ++count) {
+    for (const T* key = keys.Head(); key; before = key, key = key->next, ++count) {
         if (key->prev != before)
             faults.Add(object, "%s key %i is not linked to the one before", track, count);
         if (index && count < index.Count() &&
@@ -130,7 +130,7 @@ private:
         CheckTrack(name, "position", node.posKeys, node.posKeyCount, node.posIndex, faults);
         CheckTrack(name, "rotation", node.rotKeys, node.rotKeyCount, node.rotIndex, faults);
         CheckTrack(name, "scale", node.scaleKeys, node.scaleKeyCount, node.scaleIndex, faults);
-        for (const KRE_RotKeyData* key = node.rotKeys.Head(); key; key = key->next.get())
+        for (const KRE_RotKeyData* key = node.rotKeys.Head(); key; key = key->next)
             CheckRotation(name, "a rotation key", key->rotation, faults);
         CheckRotation(name, "the current rotation", node.currentRotation, faults);
         CheckLink(node, "the parent", node.parent);

@@ -273,7 +273,7 @@ void KRE_Texture::CopySettings(const KRE_Texture& other)
 {
     std::copy_n(other.slotDefaultPool, kSlots, slotDefaultPool);
     matrixAni = other.matrixAni;
-    std::copy_n(other.slotMatrices, kSlots, slotMatrices);
+    slotMatrices.CopyFrom(other.slotMatrices);
     std::copy_n(other.slotMatrixSet, kSlots, slotMatrixSet);
     std::copy_n(other.slotFileInfo, kSlots, slotFileInfo);
     sequenceStart = other.sequenceStart;

@@ -6,6 +6,7 @@
 
 #include "base/HeapArray.h"
 #include "base/String.h"
+#include "gfx/KRE_SlotValues.h"
 #include "gfx/KRE_SurfaceBase.h"
 #include "gfx/KRE_TextMatrixAni.h"
 #include "platform/ComPointer.h"
@@ -146,12 +147,12 @@ public:
     float axisBV = 1.0f;
     IDirect3DTexture9* slotTextures[kSlots]{}; ///< the uses are in `slotIds`
     IDirect3DTexture9* current = nullptr;      ///< the selected one of the frames or slots
-    D3DSURFACE_DESC slotDescs[kSlots]{};
+    KRE_SlotValues<D3DSURFACE_DESC> slotDescs;
     KRE_SlotAnimations matrixAni;
     int32_t currentSlot = 0;
     ComPointer<IDirect3DVertexBuffer9> quad; ///< owned; four KRE_TLVertex
     IDirect3DDevice9* device = nullptr;      ///< not owned, lives in KRE_Gfx
-    D3DMATRIX slotMatrices[kSlots]{};
+    KRE_SlotValues<D3DMATRIX> slotMatrices;
     int32_t slotMatrixSet[kSlots]{};
     int32_t hasAlpha = 0;     ///< by the slots' formats; see also `HasAlpha`
     String slotNames[kSlots]; ///< files, as scenes name them

@@ -107,12 +107,12 @@ void SceneDiff::CompareKeyList(const std::string& path, const KRE_KeyList<Key>& 
 {
     const Key* keys[] = {first.Head(), second.Head()};
     int64_t count = 0; // the objects' counters are compared with their other fields
-    for (const Key *a = keys[0], *b = keys[1]; a && b; a = a->next.get(), b = b->next.get())
+    for (const Key *a = keys[0], *b = keys[1]; a && b; a = a->next, b = b->next)
         ++count;
     CompareArray(path, count, [&keys](bool isSecond, int64_t, FieldList& fields) {
         const Key*& key = keys[isSecond ? 1 : 0];
         AddFields(*key, fields);
-        key = key->next.get();
+        key = key->next;
     });
 }
 

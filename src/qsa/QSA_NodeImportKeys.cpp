@@ -34,7 +34,7 @@ void FinishKeyList(KRE_KeyList<Key>* keys, const QSA_TimeScale& time)
     // One pass for both: the keys of a long animation do not fit the cache.
     bool isLeadingRun = true;
     float previousTicks = 0.0f;
-    for (Key* key = keys->Head(); key; key = key->next.get()) {
+    for (Key* key = keys->Head(); key; key = key->next) {
         const float ticks = key->time;
         isLeadingRun = isLeadingRun && key->interpolation == kKeyBezier;
         if (isLeadingRun && key->prev)
@@ -52,7 +52,7 @@ void FinishKeysOf(KRE_3dObject* object, const QSA_TimeScale& time)
     const LoadScope inHand(object->name);
     FinishKeyList(&object->posKeys, time);
     FinishKeyList(&object->scaleKeys, time);
-    for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next.get()) {
+    for (KRE_RotKeyData* key = object->rotKeys.Head(); key; key = key->next) {
         key->time = time.TicksToSeconds(key->time);
         if (key->interpolation == kKeyTcb)
             ComputeInnerControls(*key);

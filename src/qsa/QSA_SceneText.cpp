@@ -2,6 +2,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/HeapPages.h"
 #include "platform/OpenFileStream.h"
 #include "qsa/QSA_SceneText.h"
 
@@ -71,6 +72,8 @@ bool QSA_SceneText::Reach(int32_t bytes)
     if (left >= bytes || unread == 0)
         return left > 0;
 
+    if (textStart + position > 0) // more than one window: a large scene
+        MakeHeapPages();
     std::memmove(data.get(), data.get() + position, static_cast<size_t>(left));
     textStart += position;
     position = 0;
@@ -153,6 +156,10 @@ int32_t QSA_SceneText::ReadQuoted(String* textOut)
 
 int32_t QSA_SceneText::ReadInt(int32_t* valueOut)
 {
+    if (QSA_TextCursor cursor = Cursor(); data && cursor.TakeInt(valueOut)) {
+        MoveTo(cursor);
+        return 0;
+    }
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadInt(valueOut);
@@ -160,6 +167,10 @@ int32_t QSA_SceneText::ReadInt(int32_t* valueOut)
 
 int32_t QSA_SceneText::ReadFloat(float* valueOut)
 {
+    if (QSA_TextCursor cursor = Cursor(); data && cursor.TakeFloat(valueOut)) {
+        MoveTo(cursor);
+        return 0;
+    }
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadFloat(valueOut);

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <utility>
 
 class File;
 class QSB_InputFile;
@@ -28,21 +26,12 @@ public:
         return *this;
     }
 
-    /// Destroys all later keys too, in a loop: recursion over a file's number of keys could
-    /// overflow the stack.
-    ~KRE_KeyBase()
-    {
-        std::unique_ptr<T> rest = std::move(next);
-        while (rest)
-            rest = std::move(rest->next);
-    }
-
     /// Writes this key and all later ones as in QSB files; returns their number.
     int32_t Save(File& file) const;
     /// Reads the values of one key; true if another one follows in the file.
     bool Load(QSB_InputFile& file);
 
-    float time = 0;          ///< seconds from the start of the scene; ticks during a text import
-    std::unique_ptr<T> next; ///< owned; the later key, null at the end
-    T* prev = nullptr;       ///< not owned, lives in the list; null at the head
+    float time = 0;    ///< seconds from the start of the scene; ticks during a text import
+    T* next = nullptr; ///< the later key, null at the end; lives in the list, as the next one
+    T* prev = nullptr; ///< null at the head
 };

@@ -20,7 +20,7 @@ static Segment<T> SegmentAt(const KRE_KeyList<T>& keys, const KRE_KeyIndex<T>& i
 {
     if (!index) {
         const T* key = keys.FindKey(time);
-        return {key, key->next.get()};
+        return {key, key->next};
     }
     const KRE_KeyIndexEntry<T>* entries = index.Entries();
     const int32_t place = FindEntry(time, entries, index.Count());

@@ -71,7 +71,7 @@ bool KRE_KeyIndex<T>::Build(const KRE_KeyList<T>& keys, int32_t expectedCount)
     Free();
     // Counted first: the expected number may come from a file and must not size an allocation.
     int64_t visited = 0;
-    for (const T* key = keys.Head(); key; key = key->next.get())
+    for (const T* key = keys.Head(); key; key = key->next)
         ++visited;
     if (visited != expectedCount)
         return false;
@@ -79,7 +79,7 @@ bool KRE_KeyIndex<T>::Build(const KRE_KeyList<T>& keys, int32_t expectedCount)
         return true;
 
     entries = HeapArray<KRE_KeyIndexEntry<T>>(expectedCount);
-    for (T* key = keys.Head(); key; key = key->next.get())
+    for (T* key = keys.Head(); key; key = key->next)
         entries[count++] = {key, key->time};
     return true;
 }

@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <utility>
+
+#include "scene/KRE_KeyMemory.h"
 
 /// Owns the keys of one track of an object, in time order. `T` is a class of `KRE_KeyData.h`.
 /// Adding in time order takes constant time, any other order a logarithmic one.
@@ -11,8 +14,22 @@ class KRE_KeyList {
 public:
     KRE_KeyList() = default;
     KRE_KeyList(const KRE_KeyList& other) { CopyFrom(other); }
-    KRE_KeyList(KRE_KeyList&&) noexcept = default;
-    KRE_KeyList& operator=(KRE_KeyList&&) noexcept = default;
+    KRE_KeyList(KRE_KeyList&& other) noexcept
+        : memory(std::move(other.memory)),
+          head(std::exchange(other.head, nullptr)),
+          tail(other.tail),
+          latest(other.latest),
+          laterKeys(std::move(other.laterKeys))
+    {}
+    KRE_KeyList& operator=(KRE_KeyList&& other) noexcept
+    {
+        memory = std::move(other.memory); // the other list gets the old keys
+        std::swap(head, other.head);
+        std::swap(tail, other.tail);
+        std::swap(latest, other.latest);
+        std::swap(laterKeys, other.laterKeys);
+        return *this;
+    }
     KRE_KeyList& operator=(const KRE_KeyList& other)
     {
         if (this != &other)
@@ -21,7 +38,7 @@ public:
     }
     ~KRE_KeyList() = default;
 
-    T* Head() const { return head.get(); }
+    T* Head() const { return head; }
     T* Tail() const { return head ? tail : nullptr; }
     explicit operator bool() const { return head != nullptr; }
 
@@ -49,9 +66,10 @@ private:
     T* FirstLaterKey(float time);
     void NoteTime(T* key);
 
-    std::unique_ptr<T> head; ///< owned; owns the rest through `next`
-    T* tail = nullptr;       ///< valid while there is a head
-    float latest = 0;        ///< highest time in the list, valid while there is a head
+    KRE_KeyMemory<T> memory; ///< of all keys, also of those that were removed
+    T* head = nullptr;
+    T* tail = nullptr; ///< valid while there is a head
+    float latest = 0;  ///< highest time in the list, valid while there is a head
     /// The keys that are later than all keys before them, by time: the first key after a time is
     /// always one of these. Created by the first key that is added out of order.
     std::unique_ptr<std::map<float, T*>> laterKeys;
@@ -86,17 +104,16 @@ T* KRE_KeyList<T>::Append(const T& key)
 template <class T>
 T* KRE_KeyList<T>::Link(T* before, const T& key)
 {
-    auto node = std::make_unique<T>(key);
-    T* added = node.get();
+    T* const added = memory.Add(key);
     if (before) {
         added->prev = before->prev;
-        added->next = std::move(before->prev->next);
+        added->next = before;
         before->prev = added;
-        added->prev->next = std::move(node);
+        added->prev->next = added;
         return added;
     }
     added->prev = Tail();
-    (head ? tail->next : head) = std::move(node);
+    (head ? tail->next : head) = added;
     tail = added;
     return added;
 }
@@ -108,8 +125,7 @@ void KRE_KeyList<T>::Unlink(T* key)
         key->next->prev = key->prev;
     else
         tail = key->prev;
-    std::unique_ptr<T>& link = key->prev ? key->prev->next : head;
-    link = std::move(key->next);
+    (key->prev ? key->prev->next : head) = key->next;
 }
 
 template <class T>
@@ -117,7 +133,7 @@ T* KRE_KeyList<T>::FirstLaterKey(float time)
 {
     if (!laterKeys) {
         laterKeys = std::make_unique<std::map<float, T*>>();
-        for (T* key = head.get(); key; key = key->next.get())
+        for (T* key = head; key; key = key->next)
             NoteTime(key);
     }
     const auto found = laterKeys->upper_bound(time);
@@ -133,16 +149,16 @@ void KRE_KeyList<T>::NoteTime(T* key)
         return;
     const auto after = laterKeys->upper_bound(key->time);
     // A key after a later one is never the first one after any time.
-    if (after == laterKeys->end() || key->next.get() == after->second)
+    if (after == laterKeys->end() || key->next == after->second)
         laterKeys->emplace_hint(after, key->time, key);
 }
 
 template <class T>
 T* KRE_KeyList<T>::FindKey(float time) const
 {
-    T* key = head.get();
+    T* key = head;
     while (key && key->next && !(key->next->time > time))
-        key = key->next.get();
+        key = key->next;
     return key;
 }
 
@@ -150,9 +166,9 @@ template <class T>
 int32_t KRE_KeyList<T>::Trim(float from, float to)
 {
     int32_t removed = 0;
-    T* key = head.get();
+    T* key = head;
     while (key) {
-        T* next = key->next.get();
+        T* next = key->next;
         const bool isBefore = key->time < from && next && !(next->time > from);
         const bool isOutside = isBefore || key->time > to;
         if (isOutside && next) {
@@ -172,7 +188,7 @@ void KRE_KeyList<T>::TimesChanged()
 {
     laterKeys.reset();
     latest = head ? head->time : 0;
-    for (T* key = head.get(); key; key = key->next.get()) {
+    for (T* key = head; key; key = key->next) {
         if (key->time > latest || latest != latest)
             latest = key->time;
     }
@@ -182,6 +198,6 @@ template <class T>
 void KRE_KeyList<T>::CopyFrom(const KRE_KeyList& other)
 {
     Clear();
-    for (const T* key = other.Head(); key; key = key->next.get())
+    for (const T* key = other.Head(); key; key = key->next)
         Append(*key);
 }

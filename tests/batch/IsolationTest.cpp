@@ -193,6 +193,52 @@ TEST_F(IsolationTest, KilledWorkerCostsItsSceneOnly)
     EXPECT_TRUE(scratch.Has("in/b.qsb"));
 }
 
+// The only worker has the second scene ahead when it is killed: that one is converted next, and the third, and
+// then the first is tried again.
+TEST_F(IsolationTest, SceneThatAKilledWorkerHadAheadIsConvertedBeforeTheSecondTry)
+{
+    WriteWaitingScene("in/a.qsa");
+    scratch.Write("in/b.qsa", HelperScene("b"));
+    scratch.Write("in/c.qsa", HelperScene("c"));
+    BackgroundBatch run({"in", "-j", "1", "--journal", "j"});
+    const pid_t first = run.AwaitWorker();
+    ASSERT_NE(first, 0);
+    kill(first, SIGKILL);
+    ASSERT_TRUE(Eventually([&] { return LinesOf(scratch.Read("j")).size() == 2; }));
+    EXPECT_TRUE(scratch.Has("in/b.qsb"));
+    EXPECT_TRUE(scratch.Has("in/c.qsb"));
+    const pid_t second = run.AwaitWorker(first);
+    ASSERT_NE(second, 0);
+    kill(second, SIGKILL);
+    EXPECT_THAT(run.Wait().out, StartsWith("2 converted, 0 up to date, 1 failed, "));
+    EXPECT_EQ(JournalLines(scratch.Read("j")).back()["path"], "in/a.qsa");
+    EXPECT_EQ(JournalLines(scratch.Read("j")).back()["status"], "crashed");
+}
+
+TEST_F(IsolationTest, TimeLimitIsChargedToTheSceneInHand)
+{
+    WriteWaitingScene("in/a.qsa");
+    scratch.Write("in/b.qsa", HelperScene("b"));
+    const ProgramRun run = Batch({"in", "-j", "1", "--timeout", "0.5", "--journal", "j"});
+    EXPECT_THAT(run.out, StartsWith("1 converted, 0 up to date, 1 failed, "));
+    const std::vector<nlohmann::json> lines = JournalLines(scratch.Read("j"));
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0]["path"], "in/b.qsa"); // while the first one waits for its second try
+    EXPECT_EQ(lines[0]["status"], "converted");
+    EXPECT_EQ(lines[1]["status"], "timed-out");
+}
+
+// One worker waits for ever and has a scene ahead, which the other one takes in the end.
+TEST_F(IsolationTest, NoSceneWaitsForAWorkerThatHangs)
+{
+    WriteWaitingScene("in/a.qsa");
+    for (const char* const name : {"b", "c", "d", "e"})
+        scratch.Write("in/" + std::string(name) + ".qsa", HelperScene(name));
+    BackgroundBatch run({"in", "-j", "2", "--timeout", "0"});
+    EXPECT_TRUE(Eventually([&] { return FilesBelow("in").size() == 6 + 4; }));
+    EXPECT_FALSE(run.HasEnded());
+}
+
 // The second try succeeds if what was in the way is gone.
 TEST_F(IsolationTest, SceneOfAKilledWorkerIsTriedOnceMore)
 {
@@ -265,7 +311,7 @@ TEST_F(IsolationTest, TerminationLetsTheSceneInHandEnd)
     scratch.Write("in/b.qsa", HelperScene("b"));
     BackgroundBatch run({"in", "-j", "1"});
     ASSERT_NE(run.AwaitWorker(), 0);
-    run.Signal(SIGTERM);
+    run.SignalAndAwait(SIGTERM);
     // A picture takes the place of the pipe, and the pipe lets go of who waits for it.
     scratch.Write("picture.tga", ColorPicture(5));
     fs::create_hard_link("in/pipe.tga", "pipe");

@@ -134,6 +134,25 @@ TEST_F(StateTest, OptionsAndDefaultPathsCount)
 }
 
 // The frame has a record of its own: what is new in it leaves the target alone.
+// A copy of the program with another version, of the same length, in the place of its own.
+TEST_F(StateTest, NewVersionOfTheProgramConvertsAnew)
+{
+    scratch.Write("in/a.qsa", HelperScene("a"));
+    EXPECT_EQ(Summary(Run()), kAgain);
+    EXPECT_EQ(Summary(Run()), kAllDone);
+    std::string program = scratch.Read(BuildPath("qsbatch"));
+    const std::string version = Batch({"--version"}).out; // "qsbatch 1.2.3\n"
+    const size_t place = program.find(version);
+    ASSERT_NE(place, std::string::npos);
+    char& last = program[place + version.size() - 2];
+    last = last == '9' ? '8' : '9';
+    scratch.Write("newer", program);
+    fs::permissions("newer", fs::perms::owner_all);
+    const std::vector<std::string> words = {"in", "--out", "o"};
+    EXPECT_EQ(Summary(RunProgramFile("./newer", words)), kAgain);
+    EXPECT_EQ(Summary(RunProgramFile("./newer", words)), kAllDone);
+}
+
 TEST_F(StateTest, FramesHaveARecordOfTheirOwn)
 {
     scratch.Write("in/a.qsa", WallScene(""));

@@ -112,5 +112,5 @@ TEST(WireTest, ImpossibleLengthsBreakTheConnection)
     EXPECT_FALSE(assembler.Next(message));
     EXPECT_TRUE(assembler.IsBroken());
     ASSERT_EQ(send(pair.ends[0], "\xFF\xFF\xFF\xFF", 4, 0), 4);
-    EXPECT_FALSE(ReceiveWire(pair.ends[1], message));
+    EXPECT_FALSE(WireAssembler().Await(pair.ends[1], message));
 }

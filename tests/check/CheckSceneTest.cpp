@@ -148,7 +148,7 @@ TEST_F(CheckSceneTest, FindsDamagedKeys)
         {"Arm: rotation key 2 is not linked to the one before",
          [](auto& s) { armOf(s).rotKeys.Tail()->prev = armOf(s).rotKeys.Head(); }},
         {"Arm: the last scale key is not the tail",
-         [](auto& s) { armOf(s).scaleKeys.Tail()->prev->next.reset(); }},
+         [](auto& s) { armOf(s).scaleKeys.Tail()->prev->next = nullptr; }},
         {"Arm: 4 position keys are counted, 3 are there",
          [](auto& s) { armOf(s).posKeyCount = 4; }},
         {"Arm: 2 scale keys are counted, 3 are there", [](auto& s) { armOf(s).scaleKeyCount = 2; }},

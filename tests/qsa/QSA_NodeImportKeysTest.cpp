@@ -30,7 +30,7 @@ protected:
     std::vector<float> Angles()
     {
         std::vector<float> angles;
-        for (const KRE_RotKeyData* key = Object(0).rotKeys.Head(); key; key = key->next.get())
+        for (const KRE_RotKeyData* key = Object(0).rotKeys.Head(); key; key = key->next)
             angles.push_back(key->angle);
         return angles;
     }
@@ -65,7 +65,7 @@ TEST_F(QSA_NodeImportKeysTest, PositionKeysTakeTheirTangents)
     ExpectVec3(first->inTangent, 4, 5, 6); // nothing comes before it
     ExpectVec3(first->outTangent, 16800, 19200, 21600);
     EXPECT_EQ(first->interpolation, 1);
-    const KRE_PosKeyData* second = first->next.get();
+    const KRE_PosKeyData* second = first->next;
     EXPECT_FLOAT_EQ(second->time, 0.5f);
     ExpectVec3(second->inTangent, 1200, 600, 2400);
     ExpectVec3(second->outTangent, 2, 2, 2);
@@ -179,7 +179,7 @@ TEST_F(QSA_NodeImportKeysTest, SplitKeysStandAtEqualDistances)
 {
     Animated(Rotations("*CONTROL_ROT_SAMPLE 0 0 0 1 1 *CONTROL_ROT_SAMPLE 4800 0 0 1 10"));
     float expected = 0.0f;
-    for (const KRE_RotKeyData* key = Object(0).rotKeys.Head(); key; key = key->next.get()) {
+    for (const KRE_RotKeyData* key = Object(0).rotKeys.Head(); key; key = key->next) {
         EXPECT_NEAR(key->time, expected, 1e-6f);
         expected += 0.25f;
     }
@@ -196,12 +196,12 @@ TEST_F(QSA_NodeImportKeysTest, TcbNumbersBelongToTheArrivalAtTheKey)
     const KRE_RotKeyData* first = Object(0).rotKeys.Head();
     EXPECT_EQ(first->easeOut, 5.0f);
     EXPECT_EQ(first->interpolation, 2);
-    const KRE_RotKeyData* between = first->next.get();
+    const KRE_RotKeyData* between = first->next;
     for (const float value :
          {between->tension, between->continuity, between->bias, between->easeIn, between->easeOut})
         EXPECT_EQ(value, 0.0f);
     EXPECT_EQ(between->interpolation, 2);
-    const KRE_RotKeyData* last = between->next.get();
+    const KRE_RotKeyData* last = between->next;
     EXPECT_EQ(last->tension, 0.1f);
     EXPECT_EQ(last->continuity, 0.2f);
     EXPECT_EQ(last->bias, 0.3f);

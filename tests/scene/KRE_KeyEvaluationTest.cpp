@@ -265,7 +265,7 @@ TEST(KeyEvaluation, IsContinuousAtKeys)
         rot.continuity = value(random) / 4;
         tracks.AddRotKey(rot);
     }
-    for (KRE_RotKeyData* key = tracks.rotKeys.Head(); key; key = key->next.get())
+    for (KRE_RotKeyData* key = tracks.rotKeys.Head(); key; key = key->next)
         ComputeInnerControls(*key);
 
     const float step = 1.0f / 4096;

@@ -16,7 +16,7 @@ static std::vector<float> Values(const PosKeys& keys)
 {
     std::vector<float> values;
     const KRE_PosKeyData* before = nullptr;
-    for (const KRE_PosKeyData* key = keys.Head(); key; key = key->next.get()) {
+    for (const KRE_PosKeyData* key = keys.Head(); key; key = key->next) {
         EXPECT_EQ(key->prev, before);
         values.push_back(key->value.x);
         before = key;
@@ -166,7 +166,7 @@ TEST(KRE_KeyList, TrimKeepsTheWindowAndAKeyToStartFrom)
         PosKeys keys = Listed(c.times);
         const int32_t removed = keys.Trim(c.from, c.to);
         std::vector<float> times;
-        for (KRE_PosKeyData* key = keys.Head(); key; key = key->next.get())
+        for (KRE_PosKeyData* key = keys.Head(); key; key = key->next)
             times.push_back(key->time);
         EXPECT_EQ(times, c.timesLeft) << c.what;
         EXPECT_EQ(removed, static_cast<int32_t>(c.times.size() - times.size())) << c.what;
@@ -177,7 +177,7 @@ TEST(KRE_KeyList, TrimKeepsTheWindowAndAKeyToStartFrom)
 TEST(KRE_KeyList, InsertFollowsTimesChangedInPlace)
 {
     PosKeys keys = Listed({0, 4, 2});
-    for (KRE_PosKeyData* key = keys.Head(); key; key = key->next.get())
+    for (KRE_PosKeyData* key = keys.Head(); key; key = key->next)
         key->time *= 0.5f;
     keys.TimesChanged();
     keys.Insert(PosKey(1.5f, 50)); // between the keys of 1 and 2 seconds

@@ -55,7 +55,7 @@ TEST(LongChain, AMillionRotationKeysAccumulate)
             key.interpolation = kKeyTcb;
             object.AddRotKey(key);
         }
-        for (KRE_RotKeyData* key = object.rotKeys.Head(); key; key = key->next.get())
+        for (KRE_RotKeyData* key = object.rotKeys.Head(); key; key = key->next)
             ComputeInnerControls(*key);
         object.BuildKeyIndex();
         EXPECT_EQ(object.rotIndex.Count(), kKeys);
@@ -76,7 +76,7 @@ TEST(LongChain, AMillionKeysInTheWorstOrderAreStillSorted)
         }
         int32_t count = 0;
         float last = -1;
-        for (const KRE_PosKeyData* key = tracks.posKeys.Head(); key; key = key->next.get()) {
+        for (const KRE_PosKeyData* key = tracks.posKeys.Head(); key; key = key->next) {
             ASSERT_LE(last, key->time);
             last = key->time;
             ++count;

@@ -1,6 +1,7 @@
 // The four draw calls: check their arguments and pass them to the rasterizer. Also
 // `ValidateDevice`, which answers whether they would be refused.
 
+#include "platform/headless/d3d9/Audience.h"
 #include "platform/headless/d3d9/Device.h"
 
 #include <algorithm>
@@ -54,6 +55,8 @@ bool FindIndices(const DeviceState& state, UINT first, uint64_t count, IndexSour
 
 HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& layout)
 {
+    if (!HasAudience())
+        return LeaveUndrawn(state.ForDrawing(), request);
     if (!rasterizer)
         rasterizer.reset(new (std::nothrow) Rasterizer());
     return rasterizer ? rasterizer->Draw(state.ForDrawing(), layout, request) : E_OUTOFMEMORY;

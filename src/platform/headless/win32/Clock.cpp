@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <ctime>
-#include <unistd.h>
+#include <sys/sysinfo.h>
 
 static bool gClockStands = false;
 
@@ -29,9 +29,11 @@ BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* countOut)
 
 void WINAPI GlobalMemoryStatus(MEMORYSTATUS* statusOut)
 {
-    const auto pageBytes = static_cast<SIZE_T>(sysconf(_SC_PAGESIZE));
     *statusOut = {};
     statusOut->dwLength = sizeof(MEMORYSTATUS);
-    statusOut->dwTotalPhys = static_cast<SIZE_T>(sysconf(_SC_PHYS_PAGES)) * pageBytes;
-    statusOut->dwAvailPhys = static_cast<SIZE_T>(sysconf(_SC_AVPHYS_PAGES)) * pageBytes;
+    struct sysinfo memory;
+    if (sysinfo(&memory) != 0)
+        return;
+    statusOut->dwTotalPhys = static_cast<SIZE_T>(memory.totalram) * memory.mem_unit;
+    statusOut->dwAvailPhys = static_cast<SIZE_T>(memory.freeram) * memory.mem_unit;
 }

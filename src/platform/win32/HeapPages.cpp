@@ -1,0 +1,4 @@
+#include "platform/HeapPages.h"
+
+void MakeHeapPages()
+{}
