@@ -16,6 +16,7 @@ public:
     {
         return steps.dx[0] + steps.dx[1] + steps.dx[2] + steps.dy[0] + steps.dy[1] + steps.dy[2];
     }
+    float Bias() const override { return 0.0f; }
     void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
                 Lanes (&colourOut)[4]) const override
     {

@@ -26,6 +26,7 @@ bool AssemblerRun::Run()
     if (!ParseVersion(name.text, word))
         return Fail(name, "the text does not begin with a version such as vs_1_1");
     ReadVersion(word, version);
+    places.push_back({0, name.line, name.column});
     out.push_back(word);
     while (source.Peek().kind != AsmKind::End)
         if (!Statement())

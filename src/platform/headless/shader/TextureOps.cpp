@@ -114,10 +114,13 @@ void RunSampleStage(const Operation& operation, Machine& machine)
 
 void RunSampleLevel(const Operation& operation, Machine& machine)
 {
+    const TextureUnit* unit = machine.units[operation.sampler];
+    const Lanes bias = Splat(unit ? unit->Bias() : 0.0f);
     for (int g = 0; g < machine.groups; ++g) {
         Lanes coordinates[3];
         ReadCoordinates(operation, machine, g, coordinates);
-        SampleGroup(operation, machine, g, coordinates, Load(machine, operation.sources[0], 3, g));
+        SampleGroup(operation, machine, g, coordinates,
+                    Load(machine, operation.sources[0], 3, g) + bias);
     }
 }
 
