@@ -1,5 +1,6 @@
-// make_scene KIND MEGABYTES FILE [ASE_FILE]   writes a QSA scene of about that size for the benchmarks,
-// and on request the same geometry as an ASE text, which differs only in its first line.
+// make_scene KIND MEGABYTES FILE [ASE_FILE [OBJ_FILE]]   writes a QSA scene of about that size for the
+// benchmarks, and on request the same geometry as an ASE text, which differs only in its first line, and
+// as an OBJ text.
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -171,6 +172,37 @@ void WriteKeys(SceneWriter& out, int number, int keys)
     out.Text("\t\t}\n\t}\n}\n");
 }
 
+/// The mesh of `WriteMesh` as an OBJ text, whose indices count from 1 over the whole file.
+void WriteObjMesh(std::FILE* file, int number, int side)
+{
+    const int across = side + 1;
+    std::fprintf(file, "o Field%06d\n", number);
+    for (int i = 0; i < across * across; ++i) {
+        const double x = i % across - side * 0.5;
+        const double y = i / across - side * 0.5;
+        std::fprintf(file, "v %.4f %.4f %.4f\nvt %.4f %.4f\n", x * 1.37, y * 0.91,
+                     std::sin(x * 0.31 + number) * std::cos(y * 0.17) * 40.0,
+                     static_cast<double>(i % across) / side,
+                     static_cast<double>(i / across) / side);
+    }
+    const int first = number * across * across + 1;
+    for (int i = 0; i < side * side * 2; ++i) {
+        const int corner = first + i / 2 / side * across + i / 2 % side;
+        const int a = corner + (i % 2);
+        const int b = i % 2 ? corner + across + 1 : corner + 1;
+        const int c = corner + across;
+        std::fprintf(file, "f %d/%d %d/%d %d/%d\n", a, a, b, b, c, c);
+    }
+}
+
+bool WriteObj(const char* path, int meshes, int side)
+{
+    std::FILE* file = std::fopen(path, "wb");
+    for (int number = 0; file && number < meshes; ++number)
+        WriteObjMesh(file, number, side);
+    return file && std::fclose(file) == 0;
+}
+
 /// Writes objects until the text has `wantedBytes`, or `count` of them if that is not 0. Returns their
 /// number, 0 if the file cannot be written.
 int WriteScene(const SceneKind& kind, const char* path, const char* start, long long wantedBytes,
@@ -200,8 +232,8 @@ int main(int count, char** arguments)
         if (count >= 4 && std::strcmp(arguments[1], candidate.name) == 0)
             kind = &candidate;
     }
-    if (!kind || count > 5) {
-        std::fprintf(stderr, "make_scene KIND MEGABYTES FILE [ASE_FILE], KIND one of\n");
+    if (!kind || count > 6) {
+        std::fprintf(stderr, "make_scene KIND MEGABYTES FILE [ASE_FILE [OBJ_FILE]], KIND one of\n");
         for (const SceneKind& candidate : kKinds)
             std::fprintf(stderr, "  %-10s%s\n", candidate.name, candidate.what);
         return 2;
@@ -210,5 +242,7 @@ int main(int count, char** arguments)
     const int objects = WriteScene(*kind, arguments[3], kQsaStart, wanted, 0);
     if (objects == 0 || count < 5)
         return objects > 0 ? 0 : 1;
-    return WriteScene(*kind, arguments[4], kAseStart, wanted, objects) == objects ? 0 : 1;
+    if (WriteScene(*kind, arguments[4], kAseStart, wanted, objects) != objects)
+        return 1;
+    return count < 6 || WriteObj(arguments[5], objects, kind->gridSide) ? 0 : 1;
 }

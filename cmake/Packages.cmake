@@ -24,7 +24,7 @@ execute_process(COMMAND gzip -9nc \"${file}\" OUTPUT_FILE \"${compressed}\"
 endfunction()
 
 # qsa_package(NAME) puts the program NAME into the packages, on Linux with packaging/NAME.1 and, if
-# it exists, packaging/NAME.bash-completion. It builds the program first, so no package is stale.
+# they exist, its completions for bash, zsh and fish. It builds the program first, so no package is stale.
 function(qsa_package name)
     install(CODE "execute_process(COMMAND \"${CMAKE_COMMAND}\" --build \"${CMAKE_BINARY_DIR}\"
     --target ${name} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)")
@@ -35,16 +35,25 @@ function(qsa_package name)
     qsa_compress(${PROJECT_SOURCE_DIR}/packaging/${name}.1 ${name}.1 share/man/man1)
     install(FILES packaging/${name}.bash-completion OPTIONAL RENAME ${name}
         DESTINATION share/bash-completion/completions)
+    install(FILES packaging/${name}.zsh-completion OPTIONAL RENAME _${name}
+        DESTINATION share/zsh/vendor-completions)
+    install(FILES packaging/${name}.fish OPTIONAL DESTINATION share/fish/vendor_completions.d)
 endfunction()
 
 qsa_package(qsa2qsb)
 qsa_package(qsbinfo)
+if(TARGET qsbatch)
+    qsa_package(qsbatch)
+endif()
 
 # User documents only, not those about the sources. Conversions leave files next to the
 # examples, so the patterns list what to install.
 install(DIRECTORY docs/ DESTINATION ${document_folder} FILES_MATCHING PATTERN "*.md" PATTERN "*.png"
-    PATTERN architecture.md EXCLUDE PATTERN extending.md EXCLUDE PATTERN packaging.md EXCLUDE
+    PATTERN "*.schema.json" PATTERN architecture.md EXCLUDE PATTERN extending.md EXCLUDE PATTERN packaging.md EXCLUDE
     PATTERN testing.md EXCLUDE PATTERN where.md EXCLUDE PATTERN README.md EXCLUDE)
+if(NOT WIN32)
+    install(DIRECTORY farm DESTINATION ${document_folder} USE_SOURCE_PERMISSIONS)
+endif()
 install(DIRECTORY examples/ DESTINATION ${example_folder} FILES_MATCHING PATTERN "*.md"
     PATTERN "*.qsa" PATTERN "*.ifl" PATTERN "*.fx" PATTERN "*.png" PATTERN "*.tga" PATTERN "*.bmp"
     PATTERN "*.jpg" PATTERN "*.dds" PATTERN frames EXCLUDE)

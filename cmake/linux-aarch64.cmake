@@ -1,4 +1,4 @@
-# Cross-build of the headless program for 64-bit ARM; qemu runs what is built. The picture libraries
+# Cross-build of the headless programs for 64-bit ARM; qemu runs what is built. The libraries
 # come from the folder that tools/cross fills.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

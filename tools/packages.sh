@@ -41,16 +41,18 @@ installed $name
 
 # Headers only, for both hosts: cmake/HeaderPackages.cmake.
 header_packages='nlohmann-json3-dev libcli11-dev'
-build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev $header_packages"
-test_packages='googletest clang-format libbenchmark-dev ccache'
+build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libsqlite3-dev libxxhash-dev $header_packages"
+test_packages='googletest clang-format libbenchmark-dev ccache python3-jsonschema'
 sanitizer_packages='clang'
 coverage_packages='lcov'
 tidy_packages='clang-tidy'
 valgrind_packages='valgrind'
 mutate_packages='python3 git'
+batch_packages='python3 chromium zsh fish'
+farm_packages='slurm-wlm munge parallel snakemake python3-yaml python3-jsonschema'
 deb_packages='dpkg-dev file man-db'
 zip_packages='unzip'
-bench_packages='assimp-utils'
+bench_packages='assimp-utils gltfpack'
 win32_build_packages="g++-mingw-w64-x86-64-posix cmake ninja-build $header_packages"
 win32_run_packages='wine64 xvfb'
 win32_test_packages='googletest xdotool imagemagick ccache'

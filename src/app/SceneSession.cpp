@@ -20,6 +20,8 @@ KRE_3dScene* gCurrentScene;
 void SceneSession::Load(const char* fileName)
 {
     gGfx->LoadScene(scene, fileName, kLoadFlags);
+    objectsInFile =
+        scene.meshes.Count() + scene.cameras.Count() + scene.objects.Count() + scene.lights.Count();
     SetWindowTextA(gMainWindow, fileName);
     PrepareSettings();
     gGfx->SetZEnable(gWBuffer ? D3DZB_USEW : D3DZB_TRUE);

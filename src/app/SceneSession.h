@@ -13,6 +13,10 @@ public:
     /// Loads the scene and fits settings, projection, camera and lights to it. Added objects are stored
     /// in the target file too.
     void Load(const char* fileName);
+    /// Objects that the file itself has, without default lights.
+    int32_t ObjectsInFile() const { return objectsInFile; }
+    /// The scene, loaded; owned here.
+    KRE_3dScene& Scene() { return scene; }
     /// Writes the scene as QSB.
     void Save(const char* targetName);
     /// Draws the scene at the current time, with `banner` over it, into the back buffer.
@@ -32,6 +36,7 @@ private:
     KRE_Light light;   ///< template of the default lights
     KRE_Camera camera; ///< looks at the scene if it has no camera of its own
     KRE_3dScene scene;
+    int32_t objectsInFile = 0;
     int cameraIndex = -1;    ///< the scene's camera in use, -1 for the free one
     float sceneEnd = 100.0f; ///< seconds
     double t0 = 0.0;         ///< seconds on the clock, when the scene was ready

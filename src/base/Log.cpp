@@ -1,27 +1,28 @@
 #include "base/Log.h"
 
 #include <cstdarg>
-#include <cstdio>
+#include <cstring>
 
 #include <windows.h>
 
 #include "base/Clock.h"
-#include "base/FileStream.h"
 #include "base/FormatText.h"
 #include "base/String.h"
 #include "base/WithMemory.h"
-#include "platform/OpenFileStream.h"
+#include "platform/AppendedFile.h"
 
 namespace {
 
-/// Holds a string that is never destroyed: destructors of static objects may still log.
+/// Holds an object that is never destroyed: destructors of static objects may still log.
+template <class T>
 union Immortal {
-    constexpr Immortal() : text() {}
+    constexpr Immortal() : object() {}
     ~Immortal() {}
-    String text;
+    T object;
 };
 
-constinit Immortal directory;
+constinit Immortal<String> directory;
+constinit Immortal<AppendedFile> logFile;
 
 uint64_t FreePhysicalMemory()
 {
@@ -44,7 +45,7 @@ void TakeLogDirectory()
         gLogDirectory.Assign(current.c_str());
 }
 
-FileStream OpenLog()
+bool OpenLog()
 {
     String path(gLogDirectory);
     const int32_t length = path.TextLength();
@@ -52,14 +53,14 @@ FileStream OpenLog()
     if (last != '/' && last != '\\')
         path.Append("/");
     path.Append(kLogFileName);
-    return FileStream(OpenFileStream(path.c_str(), gLogEntries == 0 ? "w+t" : "a+t"));
+    return logFile.object.Open(path.c_str(), gLogEntries == 0);
 }
 
 } // namespace
 
 int32_t gLogEntries = 0;
 double gLogStartTime = 0.0;
-constinit String& gLogDirectory = directory.text;
+constinit String& gLogDirectory = directory.object;
 uint8_t gLogWithTime = 1;
 void (*gLogSink)(const char* entry) = nullptr;
 double (*gLogClock)() = GetTimeSeconds;
@@ -72,10 +73,7 @@ static void WriteEntry(const char* text)
     const uint64_t freeBytes = gLogWithTime ? gLogFreeMemory() : 0;
     if (gLogDirectory.IsEmpty())
         TakeLogDirectory();
-
-    // Opened and closed for every entry, so that a crash loses nothing.
-    const FileStream stream = OpenLog();
-    if (!stream)
+    if (!OpenLog())
         return;
     ++gLogEntries;
 
@@ -86,7 +84,15 @@ static void WriteEntry(const char* text)
     }
     const char* limit =
         gLogEntries == kMaxLogEntries ? "Maximum number of log entries reached!\n" : "";
-    std::fprintf(stream.get(), "%s%s%s", text, note, limit);
+    // One write for the whole entry, so that a crash loses nothing and cuts no entry in two.
+    char entry[kLogTextSize + sizeof note + 64];
+    FormatText(entry, sizeof entry, "%s%s%s", text, note, limit);
+    logFile.object.Append(entry, std::strlen(entry));
+}
+
+void CloseLog()
+{
+    logFile.object.Close();
 }
 
 void LogWrite(const char* format, ...)

@@ -27,3 +27,6 @@ extern uint64_t (*gLogFreeMemory)(); ///< bytes of free physical memory
 /// then. If the log cannot be opened, nothing is reported and the entry is not counted. After 500000
 /// entries nothing more is written.
 [[gnu::format(printf, 1, 2)]] void LogWrite(const char* format, ...);
+
+/// Leaves the log without an open file. The next entry opens it again.
+void CloseLog();

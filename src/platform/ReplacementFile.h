@@ -6,9 +6,9 @@
 /// A temporary file that replaces another one, the target, once complete. It is created next to the
 /// target, so that replacing it is one file system operation: whenever the process ends, the target
 /// is either the old file or the complete new one.
-/// Files left behind by a process that was killed are removed when another process creates its
-/// first file in the directory; files of running processes are left alone.
-/// directory; files of processes that run are left alone.
+/// Files left behind by a process that was killed are removed when another process of the same host
+/// creates its first file in the directory. Files of running processes are left alone. So are files of
+/// other hosts, whose processes cannot be seen, until nothing was written to them for 24 hours.
 class ReplacementFile {
 public:
     ReplacementFile() = default;

@@ -1,7 +1,6 @@
 #include "qsa/QSA_Keywords.h"
 
 #include <array>
-#include <cstring>
 #include <string_view>
 
 #include "base/Ascii.h"
@@ -154,25 +153,47 @@ constexpr KeywordText kKeywords[] = {
 static_assert(std::size(kKeywords) == kKeywordNumber);
 
 constexpr int32_t kLongestKeyword = 26;
-constexpr int32_t kHeadSize = 8; ///< bytes that are compared at once
+constexpr size_t kBuckets = 512;
+constexpr uint8_t kNone = 0xFF; ///< ends a bucket
+static_assert(kKeywordNumber < kNone);
 
-/// Tells most keywords apart: the length and the first eight bytes, read as one little-endian
-/// number and padded with zeros.
-struct KeywordHead {
-    uint64_t head = 0;
-    int32_t length = 0;
+/// The length and three letters in upper case, which tell most keywords apart.
+constexpr size_t BucketOf(const char* word, size_t length)
+{
+    const auto letter = [word](size_t i) {
+        return static_cast<size_t>(static_cast<uint8_t>(ToUpperAscii(word[i])));
+    };
+    const size_t sum = length * 67 + letter(length - 1) * 5 + letter(length / 2) * 13 + letter(0);
+    return sum % kBuckets;
+}
+
+/// The keywords by bucket. Those of one bucket are linked in the order of the table.
+struct Buckets {
+    std::array<uint8_t, kBuckets> first;
+    std::array<uint8_t, kKeywordNumber> next;
 };
 
-constexpr auto kHeads = [] {
-    std::array<KeywordHead, kKeywordNumber> heads;
-    for (size_t i = 0; i < heads.size(); ++i) {
+constexpr auto kTable = [] {
+    Buckets table;
+    table.first.fill(kNone);
+    table.next.fill(kNone);
+    for (size_t i = std::size(kKeywords); i-- > 0;) {
         const std::string_view text = kKeywords[i].text;
-        heads[i].length = static_cast<int32_t>(text.size());
-        for (size_t c = 0; c < text.size() && c < kHeadSize; ++c)
-            heads[i].head |= static_cast<uint64_t>(static_cast<uint8_t>(text[c])) << (8 * c);
+        uint8_t& first = table.first[BucketOf(text.data(), text.size())];
+        table.next[i] = first;
+        first = static_cast<uint8_t>(i);
     }
-    return heads;
+    return table;
 }();
+
+bool IsInUpperCase(const char* word, std::string_view keyword)
+{
+    for (size_t i = 0; i < keyword.size(); ++i) {
+        if (ToUpperAscii(word[i]) != keyword[i])
+            return false;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -180,16 +201,9 @@ QSA_Token ClassifyKeyword(const char* word, int32_t length)
 {
     if (length < 1 || length > kLongestKeyword)
         return Unknown;
-    char upper[kLongestKeyword + 1] = "";
-    uint64_t head = 0;
-    for (int32_t i = 0; i < length; ++i) {
-        upper[i] = ToUpperAscii(word[i]);
-        if (i < kHeadSize)
-            head |= static_cast<uint64_t>(static_cast<uint8_t>(upper[i])) << (8 * i);
-    }
-    for (size_t i = 0; i < kHeads.size(); ++i) {
-        if (kHeads[i].head == head && kHeads[i].length == length &&
-            std::memcmp(kKeywords[i].text.data(), upper, static_cast<size_t>(length)) == 0)
+    const auto size = static_cast<size_t>(length);
+    for (uint8_t i = kTable.first[BucketOf(word, size)]; i != kNone; i = kTable.next[i]) {
+        if (kKeywords[i].text.size() == size && IsInUpperCase(word, kKeywords[i].text))
             return kKeywords[i].token;
     }
     return Unknown;

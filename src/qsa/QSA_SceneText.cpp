@@ -153,6 +153,10 @@ int32_t QSA_SceneText::ReadQuoted(String* textOut)
 
 int32_t QSA_SceneText::ReadInt(int32_t* valueOut)
 {
+    if (QSA_TextCursor cursor = Cursor(); data && cursor.TakeInt(valueOut)) {
+        MoveTo(cursor);
+        return 0;
+    }
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadInt(valueOut);
@@ -160,6 +164,10 @@ int32_t QSA_SceneText::ReadInt(int32_t* valueOut)
 
 int32_t QSA_SceneText::ReadFloat(float* valueOut)
 {
+    if (QSA_TextCursor cursor = Cursor(); data && cursor.TakeFloat(valueOut)) {
+        MoveTo(cursor);
+        return 0;
+    }
     SkipSpace();
     Reach(kTokenReach);
     return TextDataFileReader::ReadFloat(valueOut);

@@ -6,11 +6,13 @@
 template <class T>
 int32_t KRE_KeyBase<T>::Save(File& file) const
 {
-    QSB_SaveArchive archive(file);
     int32_t count = 0;
     for (const T* key = static_cast<const T*>(this); key; key = key->next.get()) {
-        Fields(archive, *key);
-        file.WriteInt8(key->next ? 1 : 0);
+        QSB_RecordBytes record;
+        Fields(record, *key);
+        const uint8_t hasNext = key->next ? 1 : 0;
+        record.Whole("hasNext", hasNext);
+        record.WriteTo(file);
         ++count;
     }
     return count;

@@ -24,6 +24,17 @@ void LoadStoredSlot(QSB_InputFile& file, StoredSlot* slotOut)
     SlotFields(archive, slotOut->file, slotOut->slot);
 }
 
+/// The animation of a slot that is not animated. Scenes hold very many of them.
+const QSB_RecordBytes& StillAnimation()
+{
+    static const QSB_RecordBytes record = [] {
+        QSB_RecordBytes made;
+        Fields(made, KRE_TextMatrixAni());
+        return made;
+    }();
+    return record;
+}
+
 /// A frame list takes up the whole texture, so loading a further map is an error. That error can
 /// name neither the file nor the material; this warning does.
 void TellOfMapBesideList(KRE_Texture& texture, const QSB_InputFile& file, const String& map)
@@ -54,9 +65,12 @@ void KRE_Texture::Save(File& file) const
 {
     QSB_SaveArchive archive(file);
     Fields(archive, *this);
-    const KRE_TextMatrixAni still;
+    const QSB_RecordBytes& still = StillAnimation();
     for (int32_t slot = 0; slot < kSlots; ++slot) {
-        (matrixAni ? matrixAni[slot] : still).Save(file);
+        if (matrixAni)
+            matrixAni[slot].Save(file);
+        else
+            still.WriteTo(file);
         SlotFields(archive, slotNames[slot], slots[slot]);
     }
 }

@@ -8,12 +8,23 @@
 #include "gfx/KRE_SearchPaths.h"
 #include "qsa/QSALoader.h"
 #include "qsb/QSB_HeaderFields.h"
+#include "qsb/SceneDirectory.h"
 #include "scene/KRE_3dScene.h"
 #include "scene/ResolveClones.h"
 
 namespace {
 
 constexpr uint32_t kNoFlags = ~uint32_t{0};
+
+const char* gSceneDirectory; // of `SceneDirectory`; null: that of the file
+
+void SplitSceneDirectory(const char* path, String* directoryOut)
+{
+    if (gSceneDirectory)
+        directoryOut->Assign(gSceneDirectory);
+    else
+        SplitDirectory(path, directoryOut);
+}
 
 QSA_SceneHeader ReadHeader(QSB_InputFile& file)
 {
@@ -25,7 +36,7 @@ QSA_SceneHeader ReadHeader(QSB_InputFile& file)
 void SetUpInput(QSB_InputFile& file, int32_t version, uint32_t flags)
 {
     file.version = version;
-    SplitDirectory(file.GetFileName().c_str(), &file.directory);
+    SplitSceneDirectory(file.GetFileName().c_str(), &file.directory);
     file.singleMipLevel = (flags & kLoadSingleMipLevel) != 0;
     file.bumpMaps = (flags & kLoadBumpMaps) != 0;
     file.vertexColors = (flags & kLoadVertexColors) != 0;
@@ -53,6 +64,16 @@ void DeleteLoader(QSALoader* loader)
 }
 
 } // namespace
+
+SceneDirectory::SceneDirectory(const char* directory)
+{
+    gSceneDirectory = directory;
+}
+
+SceneDirectory::~SceneDirectory()
+{
+    gSceneDirectory = nullptr;
+}
 
 QSALoader& KRE_Gfx::SceneLoader()
 {
@@ -96,7 +117,7 @@ void KRE_Gfx::LoadSceneFile(KRE_3dScene& scene, const char* path, uint32_t flags
     if (!loadsSceneEffects)
         return;
     String directory;
-    SplitDirectory(name.c_str(), &directory);
+    SplitSceneDirectory(name.c_str(), &directory);
     LoadSceneEffects(scene, directory.c_str(), name.c_str());
 }
 

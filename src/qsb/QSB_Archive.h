@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
@@ -176,6 +177,35 @@ public:
 
 protected:
     File& file;
+};
+
+/// Collects the bytes of a short record without texts or track keys as `QSB_SaveArchive` would write
+/// them, so that the file takes them at once.
+class QSB_RecordBytes : public QSB_PlainValues<QSB_RecordBytes> {
+public:
+    static constexpr bool kLoads = false;
+
+    void Bytes(const void* added, size_t count)
+    {
+        assert(count <= sizeof bytes - size);
+        std::memcpy(bytes + size, added, count);
+        size += count;
+    }
+    template <class Part>
+    void Track(const char*, const Part& track)
+    {
+        Fields(*this, track);
+    }
+    template <class Key>
+    void TrackKeys([[maybe_unused]] const KRE_ArrayTrack<Key>& track, int32_t count, int32_t)
+    {
+        assert(count == 0);
+    }
+    void WriteTo(File& file) const { file.Write(bytes, static_cast<int32_t>(size)); }
+
+private:
+    uint8_t bytes[128];
+    size_t size = 0;
 };
 
 /// Reads records of a file, each as the file's version has it.

@@ -2,6 +2,7 @@
 #include "gfx/KRE_Gfx.h"
 #include "qsb/QSB_HeaderFields.h"
 #include "qsb/QSB_TargetFile.h"
+#include "qsb/WriteScene.h"
 #include "scene/KRE_3dScene.h"
 
 static void SaveHeader(File& file, const QSA_SceneHeader& header)
@@ -9,6 +10,12 @@ static void SaveHeader(File& file, const QSA_SceneHeader& header)
     file.Write(kQsbMagic, sizeof kQsbMagic);
     file.WriteInt8(static_cast<int8_t>(kQsbCurrent));
     SaveFields(file, header);
+}
+
+void WriteScene(KRE_3dScene& scene, File& file)
+{
+    SaveHeader(file, gGfx->SceneHeader());
+    scene.Save(file);
 }
 
 void KRE_Gfx::SaveScene(KRE_3dScene& scene, const char* path)

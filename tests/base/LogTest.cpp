@@ -152,6 +152,72 @@ TEST_F(Log, LogReplacedByADirectoryLosesEntriesAndContinuesAfterIt)
     EXPECT_EQ(LogText(), Entry("two"));
 }
 
+TEST_F(Log, LogThatIsRemovedInMidRunIsMadeAnew)
+{
+    LogWrite("one");
+    ASSERT_TRUE(std::filesystem::remove(scratch.Path() / "logfile.txt"));
+    LogWrite("two");
+    LogWrite("three");
+    EXPECT_EQ(gLogEntries, 3);
+    EXPECT_EQ(LogText(), Entry("two") + Entry("three"));
+}
+
+TEST_F(Log, LogThatIsMovedAwayKeepsItsEntriesAndTakesNoMore)
+{
+    LogWrite("one");
+    std::filesystem::rename(scratch.Path() / "logfile.txt", scratch.Path() / "kept.txt");
+    LogWrite("two");
+    EXPECT_EQ(ReadLog("kept.txt"), Entry("one"));
+    EXPECT_EQ(LogText(), Entry("two"));
+}
+
+TEST_F(Log, FileThatIsPutInPlaceOfTheLogIsContinued)
+{
+    LogWrite("one");
+    scratch.Write("other.txt", "of another program\n");
+    std::filesystem::rename(scratch.Path() / "other.txt", scratch.Path() / "logfile.txt");
+    LogWrite("two");
+    EXPECT_EQ(LogText(), "of another program\n" + Entry("two"));
+}
+
+TEST_F(Log, LogThatIsEmptiedInMidRunIsContinuedAtItsNewEnd)
+{
+    LogWrite("one");
+    scratch.Write("logfile.txt", "");
+    LogWrite("two");
+    EXPECT_EQ(LogText(), Entry("two"));
+}
+
+TEST_F(Log, LinesOfAnotherProgramStayBetweenTheEntries)
+{
+    LogWrite("one");
+    scratch.Write("logfile.txt", LogText() + "of another program\n");
+    LogWrite("two");
+    EXPECT_EQ(LogText(), Entry("one") + "of another program\n" + Entry("two"));
+}
+
+TEST_F(Log, LogOfARemovedDirectoryThatIsMadeAgainContinuesThere)
+{
+    std::filesystem::create_directory(scratch.Path() / "deeper");
+    std::filesystem::current_path(scratch.Path() / "deeper");
+    LogWrite("one");
+    std::filesystem::current_path(scratch.Path());
+    std::filesystem::remove_all(scratch.Path() / "deeper");
+    std::filesystem::create_directory(scratch.Path() / "deeper");
+    LogWrite("two");
+    EXPECT_EQ(ReadLog("deeper/logfile.txt"), Entry("two"));
+}
+
+TEST_F(Log, MemoryIsAskedOnceAnEntry)
+{
+    static uint64_t asked;
+    asked = 0;
+    gLogFreeMemory = [] { return ++asked << 20; };
+    LogWrite("one");
+    LogWrite("two");
+    EXPECT_EQ(LogText(), "one(Time:0.00, free sysmem:1)\ntwo(Time:0.00, free sysmem:2)\n");
+}
+
 TEST_F(Log, RemovedLogDirectoryLosesEntries)
 {
     std::filesystem::create_directory(scratch.Path() / "deeper");

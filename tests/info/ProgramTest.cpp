@@ -150,7 +150,8 @@ TEST_F(ProgramTest, AllExamplesAreSoundAndNothingIsWritten)
             continue;
         ++scenes;
         const std::string name = entry.path().generic_string();
-        EXPECT_EQ(Info({"--check", name}).status, 0) << name;
+        const ProgramRun check = Info({"--check", name});
+        EXPECT_EQ(check.status, 0) << name << ": " << check.out << check.err;
         const ProgramRun report = Info({name});
         EXPECT_EQ(report.status, 0) << name;
         EXPECT_THAT(report.out, AllOf(StartsWith(name + "\n  Format      QSA text, "),

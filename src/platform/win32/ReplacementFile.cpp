@@ -1,5 +1,5 @@
-// The file name identifies the process that made it; other processes cannot remove an open file
-// anyway.
+// The name of a file tells its owner: computer, start of the machine and process. Other processes cannot
+// remove an open file anyway.
 
 #include "platform/ReplacementFile.h"
 
@@ -32,13 +32,27 @@ std::string DirectoryOf(const std::string& path)
     return path.substr(0, path.find_last_of("\\/:") + 1);
 }
 
-/// Process ids are only valid on one computer.
-std::string ComputerPrefix()
+constexpr ULONGLONG kTicksOfOthers = 24ULL * 60 * 60 * 10'000'000; // 24 hours in 100 ns
+
+/// Windows counts its starts; 0 where it does not.
+DWORD BootNumber()
+{
+    DWORD number = 0;
+    DWORD size = sizeof number;
+    RegGetValueA(HKEY_LOCAL_MACHINE,
+                 "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management"
+                 "\\PrefetchParameters",
+                 "BootId", RRF_RT_REG_DWORD, nullptr, &number, &size);
+    return number;
+}
+
+/// Process ids are only valid on one computer, until it is started again.
+std::string OwnPrefix()
 {
     char name[MAX_COMPUTERNAME_LENGTH + 1] = "";
     DWORD size = sizeof name;
     GetComputerNameA(name, &size);
-    return std::string(kPrefix) + name + '-';
+    return std::string(kPrefix) + name + '-' + std::to_string(BootNumber()) + '-';
 }
 
 bool IsRunning(DWORD processId)
@@ -51,26 +65,37 @@ bool IsRunning(DWORD processId)
     return runs;
 }
 
+ULONGLONG TicksOf(const FILETIME& time)
+{
+    return ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+}
+
+/// A file of a process of this computer that has ended, or one to which nothing was written for long.
+bool IsAbandoned(const WIN32_FIND_DATAA& found, const std::string& prefix, const FILETIME& now)
+{
+    if (_strnicmp(found.cFileName, prefix.c_str(), prefix.size()) == 0)
+        return !IsRunning(std::strtoul(found.cFileName + prefix.size(), nullptr, 10));
+    return TicksOf(found.ftLastWriteTime) + kTicksOfOthers < TicksOf(now);
+}
+
 /// Cleans a directory only if it is not the last one cleaned, so that a run over many files does
 /// not read it for each of them.
-void RemoveAbandoned(const std::string& directory)
+void RemoveAbandoned(const std::string& directory, const FILETIME& now)
 {
     const std::string full = FullPath(directory.empty() ? "." : directory);
     if (full == gClearedDirectory)
         return;
     gClearedDirectory = full;
-    const std::string prefix = ComputerPrefix();
+    const std::string prefix = OwnPrefix();
     WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA((directory + prefix + "*" + kSuffix).c_str(), &found);
+    const HANDLE search = FindFirstFileA((directory + kPrefix + "*" + kSuffix).c_str(), &found);
     if (search == INVALID_HANDLE_VALUE)
         return;
     do {
-        const std::string name = found.cFileName;
-        if (name.size() <= prefix.size() || _strnicmp(name.c_str(), prefix.c_str(), prefix.size()))
+        if (_strnicmp(found.cFileName, kPrefix, std::strlen(kPrefix)) != 0)
             continue; // the pattern may match a short name
-        const unsigned long maker = std::strtoul(name.c_str() + prefix.size(), nullptr, 10);
-        if (!IsRunning(maker))
-            DeleteFileA((directory + name).c_str());
+        if (IsAbandoned(found, prefix, now))
+            DeleteFileA((directory + found.cFileName).c_str());
     } while (FindNextFileA(search, &found));
     FindClose(search);
 }
@@ -78,8 +103,8 @@ void RemoveAbandoned(const std::string& directory)
 std::string NewName()
 {
     static unsigned number = 0;
-    return ComputerPrefix() + std::to_string(GetCurrentProcessId()) + '-' +
-           std::to_string(number++) + kSuffix;
+    return OwnPrefix() + std::to_string(GetCurrentProcessId()) + '-' + std::to_string(number++) +
+           kSuffix;
 }
 
 int ErrnoOf(DWORD error)
@@ -136,14 +161,17 @@ bool ReplacementFile::Make(const char* targetPath)
 bool ReplacementFile::MakeBeside()
 {
     const std::string directory = DirectoryOf(target);
-    RemoveAbandoned(directory);
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         const std::string made = directory + NewName();
         const HANDLE file = CreateFileA(made.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                         FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE) {
+            FILETIME now; // by the clock of the file system
+            const bool hasTime = GetFileTime(file, nullptr, nullptr, &now);
             CloseHandle(file);
             path = made;
+            if (hasTime)
+                RemoveAbandoned(directory, now);
             return true;
         }
         if (GetLastError() != ERROR_FILE_EXISTS) {

@@ -2,6 +2,8 @@
 
 #include "tests/platform/d3d9/DeviceTestFixture.h"
 
+#include <random>
+
 using namespace headless;
 
 namespace {
@@ -103,4 +105,42 @@ TEST_F(DeviceClearTest, ANarrowTargetTakesTheNearestColour)
               D3D_OK);
     // 0x80 becomes 16 of 31 and 32 of 63, which are 132 and 130 of 255.
     EXPECT_EQ(Read(wide.Get()), std::vector<uint32_t>(16, 0xFF848284));
+}
+
+TEST(FillArea, ChangesTheMaskedBitsOfTheAreaOnly)
+{
+    std::minstd_rand random(7);
+    for (const D3DFORMAT name : {D3DFMT_A8, D3DFMT_R5G6B5, D3DFMT_D16, D3DFMT_R8G8B8, D3DFMT_D24S8,
+                                 D3DFMT_D24X8, D3DFMT_A8R8G8B8}) {
+        const PixelFormat& format = *FindPixelFormat(name);
+        PixelBuffer pixels;
+        ASSERT_TRUE(pixels.Allocate(format, 37, 5));
+        for (int round = 0; round < 60; ++round) {
+            const auto below = [&random](LONG limit) {
+                return static_cast<LONG>(random()) % limit;
+            };
+            const LONG left = below(36), top = below(4);
+            const RECT area = {left, top, left + 1 + below(37 - left), top + 1 + below(5 - top)};
+            const auto word = static_cast<uint32_t>(random() * 3),
+                       mask = static_cast<uint32_t>(random() * 5);
+            for (size_t i = 0; i < pixels.pitchBytes * 5; ++i)
+                pixels.bytes[i] = static_cast<uint8_t>(random());
+            std::vector<uint32_t> expected;
+            for (LONG y = 0; y < 5; ++y) {
+                for (LONG x = 0; x < 37; ++x) {
+                    const uint32_t old = LoadPixelWord(
+                        format, pixels.At(static_cast<UINT>(x), static_cast<UINT>(y)));
+                    const bool isInside =
+                        x >= area.left && x < area.right && y >= area.top && y < area.bottom;
+                    const uint32_t whole = 0xFFFFFFFFu >> (32 - format.unitBytes * 8);
+                    expected.push_back(isInside ? ((old & ~mask) | (word & mask)) & whole : old);
+                }
+            }
+            FillArea(pixels, area, word, mask);
+            std::vector<uint32_t> actual;
+            for (UINT i = 0; i < 37 * 5; ++i)
+                actual.push_back(LoadPixelWord(format, pixels.At(i % 37, i / 37)));
+            ASSERT_EQ(actual, expected) << name << ", round " << round;
+        }
+    }
 }

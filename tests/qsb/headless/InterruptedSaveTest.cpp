@@ -1,3 +1,4 @@
+#include "platform/headless/win32/TemporaryName.h"
 #include "tests/qsb/SceneFileTest.h"
 
 #include <chrono>
@@ -21,7 +22,22 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kAbandoned = ".qsa2qsb-1234-0.tmp";
+/// The name of a file of this host that a process has left behind.
+std::string AbandonedName()
+{
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    waitpid(ended, nullptr, 0);
+    const headless::TemporaryOwner self = headless::TemporaryOwner::ThisProcess();
+    return ".qsa2qsb-" + self.host + "-" + self.boot + "-" + std::to_string(ended) + "-0.tmp";
+}
+
+/// Sets the time of the last write back, by hours.
+void MakeOlder(const std::string& path, int hours)
+{
+    fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(hours));
+}
 
 /// Saves over "boat.qsb" and checks what is left when that is interrupted.
 class InterruptedSaveTest : public SceneFileTest {
@@ -204,23 +220,54 @@ TEST_F(InterruptedSaveTest, AProcessKilledAtAnyTimeLeavesOldOrNew)
 
 TEST_F(InterruptedSaveTest, AbandonedFilesAreRemovedAndOthersAreNot)
 {
-    directory.Write(kAbandoned, "half");
+    const std::string abandoned = AbandonedName();
+    directory.Write(abandoned, "half");
     directory.Write(".qsa2qsb-notes", "kept");
     directory.Write("deck.qsb", "kept");
     SaveInALaterRun();
-    EXPECT_FALSE(directory.Has(kAbandoned));
+    EXPECT_FALSE(directory.Has(abandoned));
     EXPECT_EQ(directory.Read(".qsa2qsb-notes"), "kept");
     EXPECT_EQ(directory.Read("deck.qsb"), "kept");
 }
 
 TEST_F(InterruptedSaveTest, FilesOfRunningProcessesAreLeftAlone)
 {
-    directory.Write(kAbandoned, "half");
-    const int held = open(kAbandoned, O_RDWR);
+    const std::string locked = AbandonedName();
+    directory.Write(locked, "half");
+    const int held = open(locked.c_str(), O_RDWR);
     ASSERT_EQ(flock(held, LOCK_EX | LOCK_NB), 0);
+    // Locks need not reach from one mount of a share to the other; the process id does.
+    const headless::TemporaryOwner self = headless::TemporaryOwner::ThisProcess();
+    const std::string unlocked =
+        ".qsa2qsb-" + self.host + "-" + self.boot + "-" + std::to_string(getpid()) + "-9.tmp";
+    directory.Write(unlocked, "half");
     SaveInALaterRun();
     close(held);
-    EXPECT_TRUE(directory.Has(kAbandoned));
+    EXPECT_TRUE(directory.Has(locked));
+    EXPECT_TRUE(directory.Has(unlocked));
+}
+
+TEST_F(InterruptedSaveTest, FilesOfOtherHostsAreLeftAloneForADay)
+{
+    const headless::TemporaryOwner self = headless::TemporaryOwner::ThisProcess();
+    const std::string process = AbandonedName().substr(10 + self.host.size() + self.boot.size());
+    const std::string names[] = {
+        ".qsa2qsb-other" + self.host + "-" + self.boot + process,                // another host
+        ".qsa2qsb-" + self.host + "-0123456789abcdef0123456789abcdef" + process, // its namesake
+        ".qsa2qsb-1234-0.tmp", // of an older version
+    };
+    for (const std::string& name : names) {
+        directory.Write(name, "half");
+        MakeOlder(name, 23);
+    }
+    SaveInALaterRun();
+    for (const std::string& name : names) {
+        EXPECT_TRUE(directory.Has(name)) << name;
+        MakeOlder(name, 2);
+    }
+    SaveInALaterRun();
+    for (const std::string& name : names)
+        EXPECT_FALSE(directory.Has(name)) << name;
 }
 
 TEST_F(InterruptedSaveTest, ManyProcessesMaySaveInOneDirectory)

@@ -2,13 +2,35 @@
 
 #include "tests/qsb/SceneFileTest.h"
 
+#include <chrono>
+#include <filesystem>
+
 namespace {
 
 using AbandonedFileTest = SceneFileTest;
 
-std::string NameOf(const std::string& computer, DWORD processId)
+std::string NameOf(const std::string& computer, DWORD boot, DWORD processId)
 {
-    return ".qsa2qsb-" + computer + "-" + std::to_string(processId) + "-0.tmp";
+    return ".qsa2qsb-" + computer + "-" + std::to_string(boot) + "-" + std::to_string(processId) +
+           "-0.tmp";
+}
+
+/// 0 under Wine, which does not count its starts.
+DWORD ThisBoot()
+{
+    DWORD number = 0;
+    DWORD size = sizeof number;
+    RegGetValueA(HKEY_LOCAL_MACHINE,
+                 "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management"
+                 "\\PrefetchParameters",
+                 "BootId", RRF_RT_REG_DWORD, nullptr, &number, &size);
+    return number;
+}
+
+void MakeOlder(const std::string& path, int hours)
+{
+    namespace fs = std::filesystem;
+    fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(hours));
 }
 
 std::string ThisComputer()
@@ -24,9 +46,9 @@ std::string ThisComputer()
 TEST_F(AbandonedFileTest, OnlyFilesOfEndedProcessesAreRemoved)
 {
     constexpr DWORD kNoProcess = 0xFFFFFFF0;
-    const std::string gone = NameOf(ThisComputer(), kNoProcess);
-    const std::string running = NameOf(ThisComputer(), GetCurrentProcessId());
-    const std::string elsewhere = NameOf("OTHER" + ThisComputer(), kNoProcess);
+    const std::string gone = NameOf(ThisComputer(), ThisBoot(), kNoProcess);
+    const std::string running = NameOf(ThisComputer(), ThisBoot(), GetCurrentProcessId());
+    const std::string elsewhere = NameOf("OTHER" + ThisComputer(), ThisBoot(), kNoProcess);
     for (const std::string& name : {gone, running, elsewhere, std::string(".qsa2qsb-notes")})
         directory.Write(name, "half");
     KRE_3dScene scene;
@@ -35,6 +57,20 @@ TEST_F(AbandonedFileTest, OnlyFilesOfEndedProcessesAreRemoved)
     EXPECT_TRUE(directory.Has(running));
     EXPECT_TRUE(directory.Has(elsewhere));
     EXPECT_TRUE(directory.Has(".qsa2qsb-notes"));
+}
+
+TEST_F(AbandonedFileTest, FilesOfOtherComputersAreLeftAloneForADay)
+{
+    const std::string young = NameOf("OTHER", ThisBoot(), 7);
+    const std::string old = NameOf("OTHER", ThisBoot(), 8);
+    for (const std::string& name : {young, old})
+        directory.Write(name, "half");
+    MakeOlder(young, 23);
+    MakeOlder(old, 25);
+    KRE_3dScene scene;
+    gGfx->SaveScene(scene, "boat.qsb");
+    EXPECT_TRUE(directory.Has(young));
+    EXPECT_FALSE(directory.Has(old));
 }
 
 TEST_F(AbandonedFileTest, AWriteProtectedTargetIsKept)

@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr int kMostStarts = 3;
+
 HANDLE CreateInheritedFile(const std::string& path)
 {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
@@ -38,14 +40,8 @@ std::string CommandLine(const std::string& file, const std::vector<std::string>&
     return line;
 }
 
-} // namespace
-
-ProgramRun RunProgram(const std::vector<std::string>& arguments)
-{
-    return RunProgramFile(ProgramPath(), arguments);
-}
-
-ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string>& arguments)
+/// One start of a program. Its status is -1 if it did not come to its first instruction.
+ProgramRun StartOnce(const std::string& file, const std::vector<std::string>& arguments)
 {
     char folder[MAX_PATH] = "";
     GetTempPathA(sizeof folder, folder);
@@ -72,10 +68,31 @@ ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string
         run.status = static_cast<int>(status);
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
+    } else {
+        run.err = "the program cannot be started: error " + std::to_string(GetLastError());
     }
     CloseHandle(out);
     CloseHandle(err);
     run.out = TakeTextFile(outFile);
     run.err += TakeTextFile(errFile);
+    return run;
+}
+
+} // namespace
+
+ProgramRun RunProgram(const std::vector<std::string>& arguments)
+{
+    return RunProgramFile(ProgramPath(), arguments);
+}
+
+ProgramRun RunProgramFile(const std::string& file, const std::vector<std::string>& arguments)
+{
+    // Wine fails in one of some thousand starts, and gives no reason.
+    ProgramRun run;
+    for (int attempt = 0; attempt < kMostStarts; ++attempt) {
+        run = StartOnce(file, arguments);
+        if (run.status != -1 || !run.out.empty())
+            break;
+    }
     return run;
 }

@@ -1,6 +1,7 @@
 #include "platform/headless/d3d9/CallLog.h"
 
 #include "platform/headless/d3d9/TestControl.h"
+#include "platform/headless/d3d9/UnmodelledCalls.h"
 
 #include <cstdio>
 #include <map>
@@ -21,6 +22,12 @@ HRESULT LogUnmodelled(const char* name, const std::string& arguments, HRESULT re
     if (gQuietCount == 0 && gUnmodelledCalls[name]++ == 0)
         std::fprintf(stderr, "UNMODELLED %s(%s)\n", name, arguments.c_str());
     return result;
+}
+
+void ForgetUnmodelledCalls()
+{
+    gUnmodelledCalls.clear();
+    gLastRefusal.clear();
 }
 
 void LogLack(const std::string& text)

@@ -108,6 +108,9 @@ HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND d
     if (srcRect || dstRect || dirtyRegion)
         return Unmodelled("Present", srcRect, dstRect, dstWindowOverride, dirtyRegion);
     const PixelBuffer& picture = backBuffer.Get()->Pixels();
+    frontBuffer.isBlank = picture.isBlank;
+    if (frontBuffer.isBlank)
+        return D3D_OK;
     std::memcpy(frontBuffer.bytes.get(), picture.bytes.get(), picture.pitchBytes * picture.height);
     // A window is shown through the desktop's ramp; only full screen has its own.
     WriteFrameFile(frontBuffer, dstWindowOverride ? dstWindowOverride : PresentWindow(),
@@ -142,6 +145,8 @@ HRESULT HeadlessDevice::GetFrontBufferData(UINT swapChain, IDirect3DSurface9* de
     if (desc.Pool != D3DPOOL_SYSTEMMEM || desc.Format != D3DFMT_A8R8G8B8 || target.IsLocked() ||
         desc.Width != screen.Width || desc.Height != screen.Height)
         return D3DERR_INVALIDCALL;
+    if (frontBuffer.isBlank)
+        return Unmodelled("Reading a picture without an audience");
     FillArea(target.Pixels(), target.Pixels().Bounds(), 0xFF000000, 0xFFFFFFFF);
     const RECT shared = {0, 0, static_cast<LONG>(std::min(desc.Width, frontBuffer.width)),
                          static_cast<LONG>(std::min(desc.Height, frontBuffer.height))};

@@ -1,5 +1,6 @@
 // Copying between pictures, filling and clearing them.
 
+#include "platform/headless/d3d9/Audience.h"
 #include "platform/headless/d3d9/Device.h"
 
 #include <algorithm>
@@ -53,6 +54,14 @@ void CopyChangedLevel(const PixelBuffer& from, PixelBuffer& to, const RECT& chan
     const RECT area = Intersect({left, top, right, bottom}, bounds);
     if (!IsEmpty(area))
         CopyArea(from, area, to, static_cast<UINT>(area.left), static_cast<UINT>(area.top));
+}
+
+void ClearPixels(PixelBuffer& pixels, const RECT& area, uint32_t word, uint32_t mask)
+{
+    if (HasAudience())
+        FillArea(pixels, area, word, mask);
+    else
+        pixels.isBlank = true;
 }
 
 /// Depth is copied whole or not at all.
@@ -134,6 +143,8 @@ HRESULT HeadlessDevice::GetRenderTargetData(IDirect3DSurface9* renderTarget,
         from.Desc().Format != to.Desc().Format || to.IsLocked() ||
         !SameSize(from.Pixels().Bounds(), to.Pixels().Bounds()))
         return D3DERR_INVALIDCALL;
+    if (from.Pixels().isBlank)
+        return Unmodelled("Reading a picture without an audience");
     CopyArea(from.Pixels(), from.Pixels().Bounds(), to.Pixels(), 0, 0);
     return D3D_OK;
 }
@@ -220,7 +231,7 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
         const RECT area =
             rects ? Intersect(limit, {rects[i].x1, rects[i].y1, rects[i].x2, rects[i].y2}) : limit;
         if (!IsEmpty(area) && (flags & D3DCLEAR_TARGET))
-            FillArea(target, area, colourWord, 0xFFFFFFFF);
+            ClearPixels(target, area, colourWord, 0xFFFFFFFF);
         if (!depth)
             continue;
         PixelBuffer& buffer = depth->Pixels();
@@ -228,7 +239,7 @@ HRESULT HeadlessDevice::Clear(DWORD rectCount, const D3DRECT* rects, DWORD flags
         const uint32_t mask = (flags & D3DCLEAR_ZBUFFER ? DepthMask(*buffer.format) : 0) |
                               (flags & D3DCLEAR_STENCIL ? StencilMask(*buffer.format) : 0);
         if (!IsEmpty(depthArea) && mask != 0)
-            FillArea(buffer, depthArea, PackDepth(*buffer.format, z, stencil), mask);
+            ClearPixels(buffer, depthArea, PackDepth(*buffer.format, z, stencil), mask);
     }
     return D3D_OK;
 }

@@ -2,6 +2,7 @@
 // `ValidateDevice`, which answers whether they would be refused.
 
 #include "platform/CutDraw.h"
+#include "platform/headless/d3d9/Audience.h"
 #include "platform/headless/d3d9/Device.h"
 
 #include <algorithm>
@@ -58,6 +59,8 @@ bool gHasCutDraw = false; // a draw was cut off since `TakeCutDraw`
 
 HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& layout)
 {
+    if (!HasAudience())
+        return LeaveUndrawn(state.ForDrawing(), request);
     if (!rasterizer)
         rasterizer.reset(new (std::nothrow) Rasterizer());
     state.ForDrawing();

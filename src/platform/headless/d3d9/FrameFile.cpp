@@ -25,6 +25,13 @@ fs::path StartDirectory()
 /// The frame directory is relative to where the program was started, not to where it later moves.
 const fs::path kStartDirectory = StartDirectory();
 
+/// Empty if no frames are wanted.
+const char* FrameDirectory()
+{
+    const char* wanted = std::getenv("QSA2QSB_FRAMES");
+    return wanted ? wanted : "";
+}
+
 std::string WindowTitle(HWND window)
 {
     char title[512] = "";
@@ -68,13 +75,17 @@ std::string FramePath(const std::string& below, const std::string& windowTitle)
     return WithoutOddBytes(below, "\\") + FrameFileName(windowTitle);
 }
 
+bool AreFramesKept()
+{
+    return *FrameDirectory() != '\0';
+}
+
 void WriteFrameFile(const PixelBuffer& picture, HWND window, const D3DGAMMARAMP* ramp)
 {
-    const char* wanted = std::getenv("QSA2QSB_FRAMES");
-    if (!wanted || !*wanted)
+    if (!AreFramesKept())
         return;
-    const fs::path file =
-        kStartDirectory / wanted / FramePath(DirectoriesBelowPattern(), WindowTitle(window));
+    const fs::path file = kStartDirectory / FrameDirectory() /
+                          FramePath(DirectoriesBelowPattern(), WindowTitle(window));
     std::error_code ignored; // opening the file reports the failure
     fs::create_directories(file.parent_path(), ignored);
     const std::string path = file.string();

@@ -15,6 +15,9 @@ std::string FrameFileName(const std::string& windowTitle);
 /// directory name ends in `/`.
 std::string FramePath(const std::string& below, const std::string& windowTitle);
 
+/// Whether `WriteFrameFile` will write anything.
+bool AreFramesKept();
+
 /// Writes the picture, opaque, at `FramePath` with the title of `window`, into the directory named
 /// by the environment variable `QSA2QSB_FRAMES`. Creates missing directories; a relative one counts
 /// from where the program was started. Does nothing if the variable is not set. A failure is

@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/PixelBuffer.h"
 
+#include "platform/headless/d3d9/Lanes.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -53,6 +55,31 @@ bool OnBlockBorder(LONG place, UINT side, UINT size)
     return static_cast<UINT>(place) % side == 0 || static_cast<UINT>(place) == size;
 }
 
+/// The word of a pixel of 1, 2 or 4 bytes, as often as it fits into four bytes.
+uint32_t RepeatWord(uint32_t word, UINT unitBytes)
+{
+    if (unitBytes == 1)
+        return (word & 0xFF) * 0x01010101u;
+    return unitBytes == 2 ? (word & 0xFFFF) * 0x00010001u : word;
+}
+
+void FillRow(const PixelFormat& format, uint8_t* row, UINT columns, uint32_t word, uint32_t mask)
+{
+    const UINT unitBytes = format.unitBytes;
+    UINT x = 0;
+    if (16 % unitBytes == 0) {
+        const auto repeated = [unitBytes](uint32_t bits) {
+            return SplatInt(static_cast<int>(RepeatWord(bits, unitBytes)));
+        };
+        const IntLanes kept = repeated(~mask);
+        const IntLanes added = repeated(word & mask);
+        for (const UINT step = 16 / unitBytes; columns - x >= step; x += step, row += 16)
+            StoreInts(row, (LoadInts(row) & kept) | added);
+    }
+    for (; x < columns; ++x, row += unitBytes)
+        StorePixelWord(format, (LoadPixelWord(format, row) & ~mask) | (word & mask), row);
+}
+
 } // namespace
 
 bool PixelBuffer::Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight)
@@ -101,6 +128,10 @@ void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x
     const auto top = static_cast<UINT>(area.top);
     const size_t rowBytes = RowBytes(*from.format, static_cast<UINT>(area.right) - left);
     ++to.changes;
+    if (from.isBlank) {
+        to.isBlank = true;
+        return;
+    }
     for (UINT row = 0; row < static_cast<UINT>(area.bottom) - top; row += side)
         std::memcpy(to.At(x, y + row), from.At(left, top + row), rowBytes);
 }
@@ -109,6 +140,10 @@ void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to,
                  bool linear)
 {
     ++to.changes;
+    if (from.isBlank) {
+        to.isBlank = true;
+        return;
+    }
     const LONG fromWidth = fromArea.right - fromArea.left;
     const LONG fromHeight = fromArea.bottom - fromArea.top;
     const LONG toWidth = toArea.right - toArea.left;
@@ -127,17 +162,10 @@ void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to,
 void FillArea(PixelBuffer& pixels, const RECT& area, uint32_t word, uint32_t mask)
 {
     ++pixels.changes;
-    const PixelFormat& format = *pixels.format;
     const auto columns = static_cast<UINT>(area.right - area.left);
-    for (LONG y = area.top; y < area.bottom; ++y) {
-        uint8_t* pixel = pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(y));
-        if (format.unitBytes == 4 && mask == 0xFFFFFFFFu) {
-            std::fill_n(reinterpret_cast<uint32_t*>(pixel), columns, word);
-            continue;
-        }
-        for (UINT x = 0; x < columns; ++x, pixel += format.unitBytes)
-            StorePixelWord(format, (LoadPixelWord(format, pixel) & ~mask) | (word & mask), pixel);
-    }
+    for (LONG y = area.top; y < area.bottom; ++y)
+        FillRow(*pixels.format, pixels.At(static_cast<UINT>(area.left), static_cast<UINT>(y)),
+                columns, word, mask);
 }
 
 } // namespace headless

@@ -14,6 +14,8 @@ struct PixelBuffer {
     ZeroedBytes bytes;
     /// Incremented whenever the contents change, so that copies know when they are stale.
     uint32_t changes = 0;
+    /// Something was to be drawn here that nobody looks at: the pixels are not what they should be.
+    bool isBlank = false;
 
     /// Allocates zeroed memory; on failure returns false and holds none.
     bool Allocate(const PixelFormat& pixelFormat, UINT pixelWidth, UINT pixelHeight);
@@ -50,11 +52,12 @@ struct PixelRows {
 bool IsValidArea(const PixelBuffer& pixels, const RECT& rect);
 
 /// Copies an area byte by byte. Both areas must be valid and have the same format; source and
-/// destination must be different pictures.
+/// destination must be different pictures. What is taken from a blank picture is blank.
 void CopyArea(const PixelBuffer& from, const RECT& area, PixelBuffer& to, UINT x, UINT y);
 
 /// Scales and converts an area of colours into another; `linear` interpolates the four nearest
-/// pixels, else the nearest one is taken. Both formats must be plain colours.
+/// pixels, else the nearest one is taken. Both formats must be plain colours. What is taken from a blank
+/// picture is blank.
 void StretchArea(const PixelBuffer& from, const RECT& fromArea, PixelBuffer& to, const RECT& toArea,
                  bool linear);
 

@@ -1,6 +1,8 @@
 #include "platform/headless/d3d9/PrimitiveAssembly.h"
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace headless {
 
@@ -28,6 +30,21 @@ const Shape* FindShape(D3DPRIMITIVETYPE type)
     return nullptr;
 }
 
+template <class Index> // little-endian
+void FindRangeOf(const uint8_t* start, UINT count, uint32_t& lowestOut, uint32_t& highestOut)
+{
+    Index lowest = std::numeric_limits<Index>::max();
+    Index highest = 0;
+    for (UINT i = 0; i < count; ++i) {
+        Index index;
+        std::memcpy(&index, start + size_t{i} * sizeof index, sizeof index);
+        lowest = std::min(lowest, index);
+        highest = std::max(highest, index);
+    }
+    lowestOut = lowest;
+    highestOut = highest;
+}
+
 } // namespace
 
 int64_t IndexSource::Vertex(UINT i) const
@@ -38,6 +55,15 @@ int64_t IndexSource::Vertex(UINT i) const
     uint32_t index = 0;
     std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian
     return int64_t{index} + base;
+}
+
+void IndexSource::FindRange(UINT count, uint32_t& lowestOut, uint32_t& highestOut) const
+{
+    const uint8_t* start = bytes + uint64_t{first} * sizeBytes;
+    if (sizeBytes == 2)
+        FindRangeOf<uint16_t>(start, count, lowestOut, highestOut);
+    else
+        FindRangeOf<uint32_t>(start, count, lowestOut, highestOut);
 }
 
 int CornerCount(D3DPRIMITIVETYPE type)

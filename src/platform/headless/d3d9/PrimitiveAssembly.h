@@ -15,6 +15,9 @@ struct IndexSource {
 
     /// The vertex at position `i` of the draw. May be out of range.
     int64_t Vertex(UINT i) const;
+    /// The lowest and highest of the first `count` indices, at least 1, without `base`. Only where
+    /// there are indices.
+    void FindRange(UINT count, uint32_t& lowestOut, uint32_t& highestOut) const;
 };
 
 /// Corners of one primitive of `type`: 1, 2 or 3.

@@ -19,10 +19,18 @@ bool AllVerticesExist(const DrawRequest& request)
         return false;
     if (!request.indices.bytes) // sequential: the last one is the highest
         return exists(request.indices.Vertex(static_cast<UINT>(places) - 1));
-    for (UINT i = 0; i < places; ++i)
-        if (!exists(request.indices.Vertex(i)))
-            return false;
-    return true;
+    uint32_t lowest = 0, highest = 0;
+    request.indices.FindRange(static_cast<UINT>(places), lowest, highest);
+    return exists(int64_t{lowest} + request.indices.base) &&
+           exists(int64_t{highest} + request.indices.base);
+}
+
+/// The pictures that a draw changes, whether it reaches a pixel or not.
+void LeaveBlank(const DrawState& state)
+{
+    state.target->isBlank = true;
+    if (state.depth)
+        state.depth->isBlank = true;
 }
 
 bool IsEmpty(const PixelArea& area)
@@ -30,14 +38,27 @@ bool IsEmpty(const PixelArea& area)
     return area.left >= area.right || area.top >= area.bottom;
 }
 
+/// What a draw does before it transforms a vertex.
+HRESULT Start(const DrawState& state, const DrawRequest& request, PixelProgram& programOut)
+{
+    return AllVerticesExist(request) ? MakePixelProgram(state, programOut) : D3DERR_INVALIDCALL;
+}
+
 } // namespace
+
+HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request)
+{
+    static PixelProgram program; // clearing it for each draw would cost more than the checks
+    const HRESULT result = Start(state, request, program);
+    if (SUCCEEDED(result) && !IsEmpty(program.area))
+        LeaveBlank(state);
+    return result;
+}
 
 HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
                          const DrawRequest& request)
 {
-    if (!AllVerticesExist(request))
-        return D3DERR_INVALIDCALL;
-    if (const HRESULT result = MakePixelProgram(state, program); FAILED(result))
+    if (const HRESULT result = Start(state, request, program); FAILED(result))
         return result;
     if (IsEmpty(program.area))
         return D3D_OK;

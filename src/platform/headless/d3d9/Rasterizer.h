@@ -24,6 +24,10 @@ constexpr uint64_t kShaderBudget = uint64_t{1} << 30;
 /// The steps that draws have now; tests lower it.
 extern uint64_t gShaderBudget;
 
+/// What is done with a draw that nobody looks at: it fails as it would, and marks the pictures that it
+/// would change as blank.
+HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request);
+
 /// Executes draws. Keeps its working memory, some 250 kilobytes, so that a draw allocates none.
 class Rasterizer {
 public:

@@ -1,5 +1,6 @@
 #include "platform/headless/d3d9/Surface.h"
 
+#include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/Texture.h"
 
 #include <new>
@@ -108,6 +109,8 @@ HRESULT HeadlessSurface::LockRect(D3DLOCKED_RECT* lockedOut, const RECT* rect, D
     const RECT area = rect ? *rect : picture.pixels.Bounds();
     if (rect && !IsValidArea(picture.pixels, area))
         return D3DERR_INVALIDCALL;
+    if (picture.pixels.isBlank)
+        return Unmodelled("Reading a picture without an audience");
     locked = true;
     writesWhileLocked = (flags & D3DLOCK_READONLY) == 0;
     picture.pixels.changes += writesWhileLocked ? 1 : 0;

@@ -1,5 +1,7 @@
 #include "platform/headless/d3d9/TexelCache.h"
 
+#include "platform/headless/d3d9/Audience.h"
+
 #include <algorithm>
 
 namespace headless {
@@ -47,8 +49,10 @@ bool TexelCache::Read(const PixelBuffer& pixels, Texels& texelsOut)
             words = AllocateZeroed(size_t{pixels.width} * pixels.height * 4);
         if (!words)
             return false;
-        Unpack(pixels, reinterpret_cast<uint32_t*>(words.get()));
-        changes = pixels.changes;
+        if (HasAudience()) {
+            Unpack(pixels, reinterpret_cast<uint32_t*>(words.get()));
+            changes = pixels.changes;
+        }
     }
     texelsOut.words = reinterpret_cast<const uint32_t*>(words.get());
     texelsOut.pitch = texelsOut.width;

@@ -81,12 +81,17 @@ bool Encode(PngWriteState& state)
     return true;
 }
 
+bool IsPictureSize(int width, int height)
+{
+    return width >= 1 && height >= 1 && width <= kMaxSide && height <= kMaxSide;
+}
+
 } // namespace
 
-bool WritePngFile(const char* path, int width, int height, const uint32_t* argb, bool withAlpha,
-                  std::string& errorOut)
+bool WritePngStream(FILE* stream, int width, int height, const uint32_t* argb, bool withAlpha,
+                    std::string& errorOut)
 {
-    if (!path || !argb || width < 1 || height < 1 || width > kMaxSide || height > kMaxSide) {
+    if (!argb || !IsPictureSize(width, height)) {
         errorOut = "not a picture of 1 to 16384 pixels a side";
         return false;
     }
@@ -96,19 +101,30 @@ bool WritePngFile(const char* path, int width, int height, const uint32_t* argb,
         return false;
     }
 
-    TemporaryFile file(path);
-    if (!file.Stream()) {
-        errorOut = std::strerror(errno);
-        return false;
-    }
-    PngWriteState state = {file.Stream(), nullptr, nullptr,   row.get(), argb,
-                           width,         height,  withAlpha, {}};
+    PngWriteState state = {stream, nullptr, nullptr, row.get(), argb, width, height, withAlpha, {}};
     const bool encoded = Encode(state);
     png_destroy_write_struct(&state.png, &state.info);
     if (!encoded) {
         errorOut = state.message[0] ? state.message : "out of memory";
         return false;
     }
+    return true;
+}
+
+bool WritePngFile(const char* path, int width, int height, const uint32_t* argb, bool withAlpha,
+                  std::string& errorOut)
+{
+    if (!path || !IsPictureSize(width, height)) {
+        errorOut = "not a picture of 1 to 16384 pixels a side";
+        return false;
+    }
+    TemporaryFile file(path);
+    if (!file.Stream()) {
+        errorOut = std::strerror(errno);
+        return false;
+    }
+    if (!WritePngStream(file.Stream(), width, height, argb, withAlpha, errorOut))
+        return false;
     if (!file.Commit()) {
         errorOut = "the file cannot be written or renamed";
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 namespace headless {
@@ -12,5 +13,9 @@ namespace headless {
 /// failure returns false, leaves the old file at `path` alone and stores the reason in `errorOut`.
 bool WritePngFile(const char* path, int width, int height, const uint32_t* argb, bool withAlpha,
                   std::string& errorOut);
+
+/// The same into an open stream, for callers with a way of their own to put a file in its place.
+bool WritePngStream(FILE* stream, int width, int height, const uint32_t* argb, bool withAlpha,
+                    std::string& errorOut);
 
 } // namespace headless

@@ -1,26 +1,15 @@
 #include "platform/headless/d3dx/TemporaryFile.h"
 
-#include "platform/OpenFileStream.h"
-
-#include <windows.h>
-
-#include <unistd.h>
-
 namespace headless {
 
-// The process id keeps two programs apart that write the same picture at once.
 TemporaryFile::TemporaryFile(const char* path)
-    : targetPath(path),
-      temporaryPath(targetPath + "." + std::to_string(getpid()) + ".tmp"),
-      stream(OpenFileStream(temporaryPath.c_str(), "wb"))
+    : stream(file.Make(path) ? std::fopen(file.Path(), "wbe") : nullptr)
 {}
 
 TemporaryFile::~TemporaryFile()
 {
-    if (!stream)
-        return;
-    std::fclose(stream);
-    DeleteFileA(temporaryPath.c_str());
+    if (stream)
+        std::fclose(stream);
 }
 
 bool TemporaryFile::Commit()
@@ -30,11 +19,7 @@ bool TemporaryFile::Commit()
     const bool written = std::fflush(stream) == 0 && std::ferror(stream) == 0;
     const bool closed = std::fclose(stream) == 0;
     stream = nullptr;
-    if (written && closed &&
-        MoveFileExA(temporaryPath.c_str(), targetPath.c_str(), MOVEFILE_REPLACE_EXISTING))
-        return true;
-    DeleteFileA(temporaryPath.c_str());
-    return false;
+    return written && closed && file.MoveOverTarget();
 }
 
 } // namespace headless

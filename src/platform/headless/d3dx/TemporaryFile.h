@@ -1,7 +1,8 @@
 #pragma once
 
 #include <cstdio>
-#include <string>
+
+#include "platform/ReplacementFile.h"
 
 namespace headless {
 
@@ -21,9 +22,8 @@ public:
     bool Commit();
 
 private:
-    std::string targetPath;
-    std::string temporaryPath;
-    FILE* stream; // owned, closed by `Commit` or the destructor
+    ReplacementFile file; // closed when it goes
+    FILE* stream;         // owned, closed by `Commit` or the destructor
 };
 
 } // namespace headless

@@ -1,7 +1,16 @@
+#include "platform/headless/win32/StoppedClock.h"
+
 #include <windows.h>
 
 #include <ctime>
-#include <unistd.h>
+#include <sys/sysinfo.h>
+
+static bool gClockStands = false;
+
+void headless::StopClock()
+{
+    gClockStands = true;
+}
 
 BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* frequencyOut)
 {
@@ -11,17 +20,20 @@ BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* frequencyOut)
 
 BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* countOut)
 {
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
+    timespec now = {1, 0}; // a count that a clock may have
+    if (!gClockStands)
+        clock_gettime(CLOCK_MONOTONIC, &now);
     countOut->QuadPart = static_cast<LONGLONG>(now.tv_sec) * 1000000000 + now.tv_nsec;
     return TRUE;
 }
 
 void WINAPI GlobalMemoryStatus(MEMORYSTATUS* statusOut)
 {
-    const auto pageBytes = static_cast<SIZE_T>(sysconf(_SC_PAGESIZE));
     *statusOut = {};
     statusOut->dwLength = sizeof(MEMORYSTATUS);
-    statusOut->dwTotalPhys = static_cast<SIZE_T>(sysconf(_SC_PHYS_PAGES)) * pageBytes;
-    statusOut->dwAvailPhys = static_cast<SIZE_T>(sysconf(_SC_AVPHYS_PAGES)) * pageBytes;
+    struct sysinfo memory;
+    if (sysinfo(&memory) != 0)
+        return;
+    statusOut->dwTotalPhys = static_cast<SIZE_T>(memory.totalram) * memory.mem_unit;
+    statusOut->dwAvailPhys = static_cast<SIZE_T>(memory.freeram) * memory.mem_unit;
 }

@@ -8,4 +8,8 @@ namespace headless {
 /// name; empty outside a conversion.
 std::string DirectoriesBelowPattern();
 
+/// Told when the scene in hand is a text without a keyword, in place of a line on standard error. Null:
+/// nobody is told.
+extern void (*gNoKeywordSink)();
+
 } // namespace headless

@@ -1,10 +1,12 @@
-// A file in use is locked by its process, and the lock ends with the process; so an unlocked file
-// was left behind.
+// The name of a file tells its owner: host, start of the machine and process. On one machine a file in use
+// is locked too. On a share, locks may hold on one machine only, so files of others are left alone for a
+// day.
 
 #include "platform/ReplacementFile.h"
 
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
+#include "platform/headless/win32/TemporaryName.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -22,9 +24,9 @@ namespace headless {
 
 namespace {
 
-constexpr const char* kPrefix = ".qsa2qsb-";
-constexpr const char* kSuffix = ".tmp";
 constexpr int kMostAttempts = 1000;
+constexpr time_t kSecondsOfOthers =
+    24 * 60 * 60; // after which a file of another host is left behind
 
 dev_t gClearedDevice; ///< of the directory cleaned last
 ino_t gClearedDirectory;
@@ -35,27 +37,31 @@ std::string DirectoryOf(const std::string& path)
     return path.substr(0, path.find_last_of('/') + 1);
 }
 
-bool IsTemporaryName(const char* name)
+/// Times are those of the file system's clock, not of this machine's.
+bool MayBeAbandoned(const char* name, const struct stat& info, time_t now)
 {
-    const size_t length = std::strlen(name);
-    const size_t suffix = std::strlen(kSuffix);
-    return std::strncmp(name, kPrefix, std::strlen(kPrefix)) == 0 && length > suffix &&
-           std::strcmp(name + length - suffix, kSuffix) == 0;
+    TemporaryOwner owner;
+    if (owner.Read(name) && owner.IsGone())
+        return true;
+    return info.st_mtime < now - kSecondsOfOthers;
 }
 
-void RemoveIfAbandoned(const std::string& path)
+void RemoveIfAbandoned(const std::string& directory, const char* name, time_t now)
 {
+    const std::string path = directory + name;
     const int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (file < 0)
         return;
-    if (flock(file, LOCK_EX | LOCK_NB) == 0 && unlink(path.c_str()) == 0)
+    struct stat info;
+    if (fstat(file, &info) == 0 && MayBeAbandoned(name, info, now) &&
+        flock(file, LOCK_EX | LOCK_NB) == 0 && unlink(path.c_str()) == 0)
         NoteEntryChanged(path);
     close(file);
 }
 
 /// Cleans a directory only if it is not the last one cleaned, so that a run over many files does
 /// not read it for each of them.
-void RemoveAbandoned(const std::string& directory)
+void RemoveAbandoned(const std::string& directory, time_t now)
 {
     struct DirectoryCloser {
         void operator()(DIR* opened) const { closedir(opened); }
@@ -70,15 +76,15 @@ void RemoveAbandoned(const std::string& directory)
         return;
     while (const dirent* entry = readdir(entries.get()))
         if (IsTemporaryName(entry->d_name))
-            RemoveIfAbandoned(directory + entry->d_name);
+            RemoveIfAbandoned(directory, entry->d_name, now);
     gClearedDevice = info.st_dev;
     gClearedDirectory = info.st_ino;
 }
 
 std::string NewName()
 {
-    static unsigned number = 0;
-    return kPrefix + std::to_string(getpid()) + '-' + std::to_string(number++) + kSuffix;
+    static uint32_t number = 0;
+    return TemporaryName(number++);
 }
 
 /// The file that a link leads to, so that replacing it keeps the link.
@@ -139,7 +145,6 @@ bool ReplacementFile::Make(const char* targetPath)
 bool ReplacementFile::MakeBeside()
 {
     const std::string directory = DirectoryOf(target);
-    RemoveAbandoned(directory);
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         std::string made = directory + NewName();
         claim = open(made.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666);
@@ -155,6 +160,7 @@ bool ReplacementFile::MakeBeside()
         const bool isLost = flock(claim, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
         if (!isLost && fstat(claim, &info) == 0 && info.st_nlink > 0) {
             path = std::move(made);
+            RemoveAbandoned(directory, info.st_mtime);
             return true;
         }
         close(claim);

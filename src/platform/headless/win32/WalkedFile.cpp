@@ -45,8 +45,14 @@ void WalkedFile::Converted()
     gFile = {};
 }
 
+void (*headless::gNoKeywordSink)() = nullptr;
+
 void ReportNoKeyword()
 {
+    if (gNoKeywordSink) {
+        gNoKeywordSink();
+        return;
+    }
     if (gFile.name != nullptr)
         Say("holds no scene (no keyword of the format found)");
 }

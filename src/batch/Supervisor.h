@@ -1,0 +1,73 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "batch/BatchOptions.h"
+#include "batch/ScenePlan.h"
+#include "batch/SignalWatch.h"
+#include "batch/WorkerProcess.h"
+
+class RunReport;
+
+/// Gives scenes to workers and takes their results, until all is done or a signal ends the run. A worker
+/// that crashes, takes too long or too much memory costs its scene only: another one takes its place, and
+/// the scene is tried once more alone, when no other one is in hand.
+class Supervisor {
+public:
+    /// `heldByWorkers` is a descriptor that workers keep open as long as they live; -1 for none.
+    Supervisor(const BatchOptions& options, ScenePlan& plan, RunReport& report, int heldByWorkers);
+
+    /// False if workers cannot be started; `error` says why.
+    bool Run();
+    /// The signal that ended the run; 0 if none did.
+    int Signal() const { return signal; }
+    std::string error;
+
+private:
+    struct AgainJob {
+        size_t number;
+        SceneJob job;
+    };
+    using Workers = std::vector<std::unique_ptr<WorkerProcess>>;
+
+    bool IsFinished() const;
+    bool MayStart() const { return signal == 0 && !hasFailedFast && !isBroken; }
+    size_t BusyCount() const;
+    void StartJobs(double now);
+    bool StartNext(double now);
+    void StartAgain(double now);
+    WorkerProcess* IdleWorker();
+    void GiveJob(WorkerProcess& worker, size_t number, const SceneJob& job, double now);
+    void WaitForNews(double now);
+    void HandleSignals();
+    void HandleWorker(WorkerProcess& worker);
+    void TakeResult(WorkerProcess& worker, const std::string& message);
+    void TakeEnd(WorkerProcess& worker);
+    void TakeFailedStart(WorkerProcess& worker, const SceneResult& result);
+    double SecondsOf(const WorkerProcess& worker) const;
+    void WatchLimits(double now);
+    void Finish(size_t number, const SceneJob& job, const SceneResult& result);
+    void Skip(size_t number, const SceneJob& job);
+    void RemoveEnded();
+    std::string WhyEnded(const SceneResult& result) const;
+
+    const BatchOptions& options; // not owned, as the next two
+    ScenePlan& plan;
+    RunReport& report;
+    int heldByWorkers;
+    WorkerSetup setup;
+    SignalWatch signals;
+    Workers workers;
+    std::deque<AgainJob> again;
+    bool isPlanDone = false;
+    bool isAlone = false; ///< the job in hand is one that is tried once more
+    bool hasFailedFast = false;
+    bool isBroken = false;
+    bool isKilled = false; ///< a second signal has come
+    int signal = 0;
+    int failedStarts = 0;      ///< in a row
+    double memoryLookedAt = 0; ///< seconds
+};

@@ -1,0 +1,127 @@
+#include "batch/Worker.h"
+
+#include <csignal>
+#include <cstdio>
+#include <new>
+#include <string>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "base/ErrorClass.h"
+#include "base/KRE_Base.h"
+#include "base/Log.h"
+#include "batch/Descriptor.h"
+#include "batch/MessageTable.h"
+#include "batch/SceneConverter.h"
+#include "batch/Wire.h"
+
+// An address sanitizer takes terabytes of address space for itself.
+#if defined(__SANITIZE_ADDRESS__)
+#define BATCH_HAS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define BATCH_HAS_SANITIZER 1
+#endif
+#endif
+
+namespace {
+
+/// Files of a crash would lie about in the directories of scenes. If memory runs short, the system shall
+/// take it from a worker and not from the supervisor.
+void PrepareProcess()
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ})
+        std::signal(number, SIG_IGN);
+    const rlimit none = {0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+    const Descriptor score(open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
+    if (score.IsOpen() && write(score.Get(), "900", 3) < 0)
+        return; // a hint only
+}
+
+/// Memory that is short ends the worker at once: what an engine does with half of its memory is not what
+/// a run of its own would have done.
+void LimitMemory(uint64_t bytes)
+{
+    std::set_new_handler([] { _exit(kWorkerOutOfMemory); });
+#ifndef BATCH_HAS_SANITIZER
+    if (bytes == 0)
+        return;
+    const rlimit limit = {bytes, bytes};
+    setrlimit(RLIMIT_AS, &limit);
+#else
+    static_cast<void>(bytes);
+#endif
+}
+
+/// What the host has written to standard error, which is empty afterwards.
+std::string TakeHostText()
+{
+    const off_t size = lseek(STDERR_FILENO, 0, SEEK_END);
+    if (size <= 0)
+        return "";
+    std::string text(static_cast<size_t>(size), '\0');
+    const ssize_t got = pread(STDERR_FILENO, text.data(), text.size(), 0);
+    text.resize(got > 0 ? static_cast<size_t>(got) : 0);
+    if (ftruncate(STDERR_FILENO, 0) != 0)
+        return "";
+    lseek(STDERR_FILENO, 0, SEEK_SET);
+    return text;
+}
+
+void AddHostMessages(SceneResult& result)
+{
+    const std::string text = TakeHostText();
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find('\n', at), text.size());
+        SceneMessage message = OwnMessage(kCodeUnmodelled);
+        message.text = text.substr(at, end - at);
+        message.source = "host";
+        if (!message.text.empty())
+            result.messages.push_back(std::move(message));
+        at = end + 1;
+    }
+}
+
+int ServeJobs(int socket, SceneConverter& converter)
+{
+    if (!SendWire(socket, ""))
+        return 0;
+    std::string message;
+    SceneJob job;
+    while (ReceiveWire(socket, message) && DecodeJob(message, job)) {
+        SceneResult result = converter.Convert(job);
+        AddHostMessages(result);
+        if (!SendWire(socket, EncodeResult(result)))
+            break;
+    }
+    return 0; // the supervisor is gone or has no more work
+}
+
+} // namespace
+
+int RunWorker(int socket)
+{
+    fcntl(socket, F_SETFD, FD_CLOEXEC);
+    PrepareProcess();
+    gLogSink = [](const char*) {};
+    std::string message;
+    WorkerSetup setup;
+    if (!ReceiveWire(socket, message) || !DecodeSetup(message, setup))
+        return kWorkerNoEngine;
+    LimitMemory(setup.memoryBytes);
+    try {
+        SceneConverter converter(setup);
+        return ServeJobs(socket, converter);
+    } catch (const KRE_Error& error) {
+        std::fprintf(stderr, "%s\n", error.message);
+    } catch (const ErrorMsg& error) {
+        std::fprintf(stderr, "%s\n", error.message);
+    }
+    return kWorkerNoEngine;
+}

@@ -1,0 +1,164 @@
+#include "batch/WorkerProcess.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <memory>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include "batch/MessageTable.h"
+#include "batch/Worker.h"
+#include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/TemporaryName.h"
+
+namespace {
+
+constexpr int kWorkerSocket = 3; // numbers in the worker
+constexpr int kWorkerHeld = 4;
+constexpr int kOtherNumbers = 10; // from here on nothing is in the way of them
+constexpr int kMostWaits = 2000;
+constexpr useconds_t kWaitMicroseconds = 1000;
+
+/// Removes what a process that was ended has left of files that it was writing.
+void RemoveTemporaryFiles(const std::string& path, pid_t process)
+{
+    if (path.empty())
+        return;
+    const std::string directory = SplitPath(path).directory;
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(directory.c_str()), closedir);
+    if (!entries)
+        return;
+    headless::TemporaryOwner ended = headless::TemporaryOwner::ThisProcess();
+    ended.process = process;
+    headless::TemporaryOwner owner;
+    while (const dirent* entry = readdir(entries.get())) {
+        if (owner.Read(entry->d_name) && owner == ended)
+            unlinkat(dirfd(entries.get()), entry->d_name, 0);
+    }
+}
+
+/// A key that ends the run goes to all processes of the terminal, but what becomes of workers is the
+/// supervisor's decision; also while they start.
+void LeaveSignalsToSupervisor()
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(number, SIG_IGN);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+} // namespace
+
+WorkerProcess::WorkerProcess(const WorkerSetup& setup, int heldByWorkers)
+{
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        return;
+    socket = Descriptor(ends[0]);
+    const Descriptor other(ends[1]);
+    errors = Descriptor(memfd_create("worker-errors", MFD_CLOEXEC));
+    process = fork();
+    if (process == 0)
+        BecomeWorker(other.Get(), heldByWorkers);
+    if (process > 0 && !SendWire(socket.Get(), EncodeSetup(setup)))
+        Kill(WorkerEnd::kItself);
+}
+
+/// In the new process: only calls that are safe after a fork.
+void WorkerProcess::BecomeWorker(int socketEnd, int heldByWorkers) const
+{
+    LeaveSignalsToSupervisor();
+    const int nothing = open("/dev/null", O_RDWR);
+    dup2(nothing, STDIN_FILENO);
+    dup2(nothing, STDOUT_FILENO);
+    dup2(errors.IsOpen() ? errors.Get() : nothing, STDERR_FILENO);
+    const int socketCopy = fcntl(socketEnd, F_DUPFD_CLOEXEC, kOtherNumbers);
+    const int heldCopy = fcntl(heldByWorkers, F_DUPFD_CLOEXEC, kOtherNumbers);
+    dup2(socketCopy, kWorkerSocket);
+    if (heldCopy >= 0)
+        dup2(heldCopy, kWorkerHeld);
+    execl("/proc/self/exe", "qsbatch", "--worker", "3", static_cast<char*>(nullptr));
+    _exit(kWorkerNoEngine);
+}
+
+WorkerProcess::~WorkerProcess()
+{
+    if (!IsRunning())
+        return;
+    if (isBusy) {
+        Kill(WorkerEnd::kItself);
+        Bury();
+        return;
+    }
+    socket.Close(); // it ends when there are no more jobs
+    for (int i = 0; i < kMostWaits; ++i) {
+        if (waitpid(process, nullptr, WNOHANG) != 0)
+            return;
+        usleep(kWaitMicroseconds);
+    }
+    kill(process, SIGKILL); // it was stopped, or hangs
+    waitpid(process, nullptr, 0);
+}
+
+bool WorkerProcess::Start(const SceneJob& jobIn, size_t number, double now)
+{
+    job = jobIn;
+    jobNumber = number;
+    startedAt = now;
+    isBusy = true;
+    return SendWire(socket.Get(), EncodeJob(job));
+}
+
+void WorkerProcess::Kill(WorkerEnd why)
+{
+    if (end == WorkerEnd::kItself)
+        end = why;
+    kill(process, SIGKILL);
+}
+
+std::string WorkerProcess::HostText() const
+{
+    char text[512];
+    const ssize_t got = errors.IsOpen() ? pread(errors.Get(), text, sizeof text, 0) : 0;
+    return got > 0 ? std::string(text, static_cast<size_t>(got)) : std::string();
+}
+
+void WorkerProcess::RemoveLitter() const
+{
+    RemoveTemporaryFiles(job.target, process);
+    RemoveTemporaryFiles(job.frame, process);
+}
+
+SceneResult WorkerProcess::Bury()
+{
+    kill(process, SIGKILL); // its socket is closed: it is of no more use, whatever it does
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR)
+        continue;
+    if (isBusy)
+        RemoveLitter();
+    process = -1;
+    wasKilled = WIFSIGNALED(status);
+    SceneResult result;
+    const bool isOutOfMemory = WIFEXITED(status) && WEXITSTATUS(status) == kWorkerOutOfMemory;
+    if (end == WorkerEnd::kTimeout) {
+        result.status = SceneStatus::kTimedOut;
+    } else if (end == WorkerEnd::kMemory || isOutOfMemory) {
+        result.status = SceneStatus::kOutOfMemory;
+    } else {
+        result.status = SceneStatus::kCrashed;
+        std::string how = WIFSIGNALED(status) ? strsignal(WTERMSIG(status))
+                                              : "status " + std::to_string(WEXITSTATUS(status));
+        const std::string said = HostText();
+        if (!said.empty())
+            how += ": " + said.substr(0, said.find('\n'));
+        result.messages.push_back(OwnMessage(kCodeCrashed, how));
+    }
+    return result;
+}

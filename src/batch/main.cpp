@@ -1,0 +1,14 @@
+// Entry point of qsbatch, which converts many scenes. The same program is its own worker.
+
+#include <cstdlib>
+#include <cstring>
+
+#include "batch/RunBatch.h"
+#include "batch/Worker.h"
+
+int main(int count, char** values)
+{
+    if (count == 3 && std::strcmp(values[1], "--worker") == 0)
+        return RunWorker(std::atoi(values[2]));
+    return RunBatch({values + (count > 0 ? 1 : 0), values + count});
+}
