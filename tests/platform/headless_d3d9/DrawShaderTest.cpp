@@ -1,6 +1,7 @@
 // Drawing with vertex and pixel shaders through the device.
 
 #include "platform/CutDraw.h"
+#include "platform/headless/d3d9/Audience.h"
 #include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/Rasterizer.h"
 #include "platform/headless/shader/Assembler.h"
@@ -534,4 +535,37 @@ TEST_F(DrawShader, ADrawThatTakesTooLongIsCutOff)
     EXPECT_FALSE(TakeCutDraw()); // each draw has its own
     headless::gShaderBudget = headless::kShaderBudget;
     EXPECT_EQ(Pixel(0, 0), 0xFFFFFFFFu);
+}
+
+// What is refused does not depend on whether somebody looks.
+TEST_F(DrawShader, WithoutAnAudienceTheSameIsRefused)
+{
+    PixelShader("ps_2_0\ndcl t0\ndcl_2d s2\ntexld r0, t0, s2\nmov oC0, r0");
+    BindTexels(2, 1, 1, {0xFF00FF00});
+    BindTexels(3, 1, 1, {0xFF00FF00});
+    const headless::QuietRefusals quiet;
+    for (const bool isSeen : {true, false}) {
+        if (!isSeen)
+            headless::DismissAudience();
+        Sampler(2, D3DSAMP_ADDRESSU, 77);
+        EXPECT_EQ(DrawModel(), D3DERR_INVALIDCALL) << isSeen;
+        Sampler(2, D3DSAMP_ADDRESSU, D3DTADDRESS_WRAP);
+        Sampler(3, D3DSAMP_ADDRESSU, 77); // the shader does not read it
+        EXPECT_EQ(DrawModel(), D3D_OK) << isSeen;
+    }
+    headless::RecallAudience();
+}
+
+TEST_F(DrawShader, WithoutAnAudienceNothingTakesTooLong)
+{
+    headless::gShaderBudget = 1;
+    PixelShader("ps_2_0\nmov oC0, c0");
+    TakeCutDraw();
+    headless::DismissAudience();
+    EXPECT_EQ(DrawModel(), D3D_OK);
+    headless::RecallAudience();
+    EXPECT_FALSE(TakeCutDraw());
+    EXPECT_EQ(DrawModel(), D3D_OK);
+    EXPECT_TRUE(TakeCutDraw());
+    headless::gShaderBudget = headless::kShaderBudget;
 }

@@ -60,7 +60,7 @@ bool gHasCutDraw = false; // a draw was cut off since `TakeCutDraw`
 HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& layout)
 {
     if (!HasAudience())
-        return LeaveUndrawn(state.ForDrawing(), request);
+        return LeaveUndrawn(state.ForDrawing(), layout, request);
     if (!rasterizer)
         rasterizer.reset(new (std::nothrow) Rasterizer());
     state.ForDrawing();

@@ -44,13 +44,27 @@ HRESULT Start(const DrawState& state, const DrawRequest& request, PixelProgram& 
     return AllVerticesExist(request) ? MakePixelProgram(state, programOut) : D3DERR_INVALIDCALL;
 }
 
+/// What shaders add to the reasons to refuse a draw.
+HRESULT CheckShadersOf(const DrawState& state, bool isTransformed)
+{
+    HRESULT result = D3D_OK;
+    if (state.pixelProgram)
+        result = CheckShaderTextures(state, *state.pixelProgram, 0);
+    if (SUCCEEDED(result) && state.vertexProgram && !isTransformed)
+        result = CheckShaderTextures(state, *state.vertexProgram, kPixelSamplerCount);
+    return result;
+}
+
 } // namespace
 
-HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request)
+HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout, const DrawRequest& request)
 {
     static PixelProgram program; // clearing it for each draw would cost more than the checks
-    const HRESULT result = Start(state, request, program);
-    if (SUCCEEDED(result) && !IsEmpty(program.area))
+    HRESULT result = Start(state, request, program);
+    if (FAILED(result) || IsEmpty(program.area))
+        return result;
+    result = CheckShadersOf(state, layout.isTransformed);
+    if (SUCCEEDED(result))
         LeaveBlank(state);
     return result;
 }

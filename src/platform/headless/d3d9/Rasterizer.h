@@ -26,7 +26,8 @@ extern uint64_t gShaderBudget;
 
 /// What is done with a draw that nobody looks at: it fails as it would, and marks the pictures that it
 /// would change as blank.
-HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request);
+HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout,
+                     const DrawRequest& request);
 
 /// Executes draws. Keeps its working memory, some 250 kilobytes, so that a draw allocates none.
 class Rasterizer {

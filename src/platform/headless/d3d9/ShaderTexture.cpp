@@ -26,6 +26,18 @@ HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& progr
     return D3D_OK;
 }
 
+HRESULT CheckShaderTextures(const DrawState& state, const shader::Program& program, UINT first)
+{
+    Sampler sampler;
+    for (UINT i = 0; i < kPixelSamplerCount; ++i) {
+        if ((program.samplers >> i & 1) == 0 || !state.pictures[first + i])
+            continue;
+        if (const HRESULT result = MakeSampler(state, first + i, sampler); FAILED(result))
+            return result;
+    }
+    return D3D_OK;
+}
+
 HRESULT ShaderTextures::Prepare(const DrawState& state, const shader::Program& program, UINT first,
                                 shader::Machine& machine)
 {

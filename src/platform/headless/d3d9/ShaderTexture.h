@@ -29,6 +29,9 @@ private:
     ShaderTexture textures[kPixelSamplerCount];
 };
 
+/// Whether `ShaderTextures::Prepare` would fail; unpacks the textures.
+HRESULT CheckShaderTextures(const DrawState& state, const shader::Program& program, UINT first);
+
 /// Whether `ShaderTextures::Prepare` would fail for the states alone.
 HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& program, UINT first);
 

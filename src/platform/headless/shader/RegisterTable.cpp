@@ -129,6 +129,8 @@ unsigned ComponentsRead(const Instruction& instruction, int i, const Version& ve
         return i < 2 ? kMaskX | kMaskY : kMaskX;
     case Opcode::Bem:
         return kMaskX | kMaskY;
+    case Opcode::Sgn: // the others are room for intermediate results
+        return i == 0 ? instruction.destination.mask : 0;
     case Opcode::Lit:
         return kMaskX | kMaskY | kMaskW;
     case Opcode::Dst:

@@ -154,9 +154,10 @@ const char* UseCheck::CheckReads(const Instruction& instruction)
     if (IsReadOnly(instruction.opcode) && (code.version.major > 1 || code.version.minor == 4)) {
         Source killed;
         killed.place = instruction.destination.place;
-        return CheckRead(killed, instruction.opcode == Opcode::TexDepth
-                                     ? kMaskX | kMaskY
-                                     : instruction.destination.mask);
+        if (instruction.opcode == Opcode::TexDepth)
+            return CheckRead(killed, kMaskX | kMaskY);
+        const unsigned tested = code.version.major == 1 ? kMaskX | kMaskY | kMaskZ : kMaskAll;
+        return CheckRead(killed, instruction.destination.mask & tested);
     }
     return nullptr;
 }

@@ -28,9 +28,9 @@ std::string TextOf(std::span<const FxToken> block)
         }
         if (isComment || word.Is(";"))
             continue;
-        if (word.spaceBefore || word.startsLine)
-            text += ' ';
         while (text.size() - lineStart + 1 < word.place.column)
+            text += ' ';
+        if (word.spaceBefore && text.size() > lineStart && text.back() != ' ')
             text += ' ';
         text += word.text;
     }
