@@ -75,12 +75,19 @@ void ShaderPixels::AddRow(const Planes& planes, int y, int left, int right)
 {
     const int top = y & ~1;
     if (top != pendingY || pending[y & 1].left < pending[y & 1].right)
-        Finish(planes);
+        EndRows(planes);
     pendingY = top;
     pending[y & 1] = {left, right};
 }
 
 void ShaderPixels::Finish(const Planes& planes)
+{
+    EndRows(planes);
+    ShadeBlocks(planes);
+}
+
+/// Shades the blocks of the two rows, as many at a time as fit; those left over wait for the next rows.
+void ShaderPixels::EndRows(const Planes& planes)
 {
     ShadeRows(planes, pendingY, pending);
     pending[0] = pending[1] = {};
@@ -98,7 +105,6 @@ void ShaderPixels::ShadeRows(const Planes& planes, int y, const Row (&rows)[2])
     for (int x = left & ~1; x < right && machine.work < budget; x += 4)
         if (StartBlock(planes, x, y, rows) && blockCount == kMaxBlocks)
             ShadeBlocks(planes);
-    ShadeBlocks(planes);
 }
 
 /// False if no pixel of the block is left to draw.

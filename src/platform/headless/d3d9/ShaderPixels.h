@@ -37,6 +37,7 @@ private:
     };
     static constexpr int kMaxBlocks = shader::kMaxGroups / 2;
 
+    void EndRows(const Planes& planes);
     void ShadeRows(const Planes& planes, int y, const Row (&rows)[2]);
     bool StartBlock(const Planes& planes, int x, int y, const Row (&rows)[2]);
     void StartGroup(const Planes& planes, Block& block, int row);
