@@ -175,6 +175,66 @@ void TwoTexturesBlended(benchmark::State& state)
     Run(state, scene);
 }
 
+/// A pixel shader of 20 instructions on two textures, as bytecode.
+class TwentyInstructions {
+public:
+    explicit TwentyInstructions(IDirect3DDevice9* drawnOn) : device(drawnOn)
+    {
+        constexpr float kValues[] = {0.5f, 0.25f, 0.125f, 1.0f, 0.9f,  0.8f,   0.7f,   1.0f,
+                                     0.1f, 0.1f,  0.1f,   0.0f, 0.05f, 0.025f, 0.075f, 0.0f};
+        Check(device->CreatePixelShader(kWords, &shader), "CreatePixelShader");
+        Check(device->SetPixelShader(shader), "SetPixelShader");
+        Check(device->SetPixelShaderConstantF(0, kValues, 4), "SetPixelShaderConstantF");
+    }
+    ~TwentyInstructions()
+    {
+        device->SetPixelShader(nullptr);
+        shader->Release();
+    }
+
+private:
+    static constexpr DWORD kR = 0x80E40000, kV = 0x90E40000, kC = 0xA0E40000, kTo = 0x800F0000;
+    static constexpr DWORD kWords[] = {
+        0xFFFF0200,                                             // ps_2_0
+        0x0200001F, 0x80000000, 0xB00F0000,                     // dcl t0
+        0x0200001F, 0x80000000, 0xB00F0001,                     // dcl t1
+        0x0200001F, 0x80000000, 0x900F0000,                     // dcl v0
+        0x0200001F, 0x90000000, 0xA00F0800,                     // dcl_2d s0
+        0x0200001F, 0x90000000, 0xA00F0801,                     // dcl_2d s1
+        0x03000042, kTo,        0xB0E40000, 0xA0E40800,         // texld r0, t0, s0
+        0x03000042, kTo + 1,    0xB0E40001, 0xA0E40801,         // texld r1, t1, s1
+        0x03000005, kTo + 2,    kR,         kR + 1,             // mul r2, r0, r1
+        0x04000004, kTo + 3,    kR + 2,     kV,         kC,     // mad r3, r2, v0, c0
+        0x03000008, kTo + 4,    kR + 2,     kC + 1,             // dp3 r4, r2, c1
+        0x0300000B, kTo + 4,    kR + 4,     kC + 2,             // max r4, r4, c2
+        0x03000005, kTo + 5,    kR + 4,     kR + 3,             // mul r5, r4, r3
+        0x03000002, kTo + 5,    kR + 5,     kC + 3,             // add r5, r5, c3
+        0x04000012, kTo + 6,    kR,         kR + 5,     kR + 1, // lrp r6, r0, r5, r1
+        0x04000004, kTo + 6,    kR + 6,     kC,         kR + 2, // mad r6, r6, c0, r2
+        0x03000008, kTo + 7,    kR + 6,     kR + 6,             // dp3 r7, r6, r6
+        0x02000007, kTo + 7,    0x80000007,                     // rsq r7, r7.x
+        0x03000005, kTo + 7,    kR + 6,     kR + 7,             // mul r7, r6, r7
+        0x0300000A, kTo + 7,    kR + 7,     kC + 1,             // min r7, r7, c1
+        0x04000004, kTo + 8,    kR + 7,     kR + 3,     kR + 2, // mad r8, r7, r3, r2
+        0x03000005, kTo + 8,    kR + 8,     kV,                 // mul r8, r8, v0
+        0x03000002, kTo + 8,    kR + 8,     kC,                 // add r8, r8, c0
+        0x02000013, kTo + 9,    kR + 8,                         // frc r9, r8
+        0x04000012, kTo + 8,    kC + 1,     kR + 9,     kR + 8, // lrp r8, c1, r9, r8
+        0x02000001, 0x800F0800, kR + 8,                         // mov oC0, r8
+        0x0000FFFF};
+
+    IDirect3DDevice9* device;
+    IDirect3DPixelShader9* shader = nullptr;
+};
+
+void TwoTexturesShader(benchmark::State& state)
+{
+    Scene scene;
+    scene.Device()->SetRenderState(D3DRS_ZFUNC, D3DCMP_ALWAYS);
+    const TwentyInstructions shader(scene.Device());
+    Run(state, scene);
+}
+
 void VertexColors(benchmark::State& state)
 {
     Scene scene;
@@ -187,6 +247,7 @@ void VertexColors(benchmark::State& state)
 BENCHMARK(TwoTextures)->Unit(benchmark::kMillisecond);
 BENCHMARK(TwoTexturesInFront)->Unit(benchmark::kMillisecond);
 BENCHMARK(TwoTexturesBlended)->Unit(benchmark::kMillisecond);
+BENCHMARK(TwoTexturesShader)->Unit(benchmark::kMillisecond);
 BENCHMARK(VertexColors)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "gfx/KRE_Gfx.h"
 
+#include "platform/CutDraw.h"
+
 void KRE_Gfx::SetZEnable(int32_t mode)
 {
     const bool hasWBuffer = (caps.RasterCaps & D3DPRASTERCAPS_WBUFFER) != 0;
@@ -73,6 +75,8 @@ void KRE_Gfx::EndScene()
     else
         Check(device->EndScene(), "EndScene failed: %s");
     inScene = 0;
+    if (TakeCutDraw())
+        Warning("A draw was cut off because its shaders take too long");
 }
 
 void KRE_Gfx::SetRenderTarget(IDirect3DSurface9* surface, DWORD index)

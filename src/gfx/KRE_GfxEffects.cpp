@@ -70,8 +70,10 @@ int32_t KRE_Gfx::LoadEffectFile(KRE_ShaderEffect* effect, const char* file, bool
     effect->resourceId = effectManager.Add(data.get(), name.c_str());
     effect->data = std::move(data);
     effect->Initialise(file);
-    if (!effect->IsUsable())
+    if (!effect->IsUsable()) {
+        effect->WarnOfFault();
         Warning("Shader could not be validated for this GPU: '%s'", file);
+    }
     return 1;
 }
 

@@ -62,6 +62,9 @@ public:
         bool set = false;
     };
 
+    /// Warns with what the host knows about why the chosen technique cannot be drawn.
+    void WarnOfFault();
+
     std::shared_ptr<ShaderEffectData> data; ///< the manager counts its users as well
     KRE_Gfx* gfx = nullptr;                 ///< not owned
     int32_t technique = -1; ///< index of the chosen one; if set before the load, no other is tried
@@ -72,7 +75,6 @@ public:
 
 private:
     void Check(HRESULT result, const char* text);
-    void WarnOfFault();
     void BindSemantics();
     void BindResources(const char* fileName);
     void ReadTechniques();

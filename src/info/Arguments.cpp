@@ -13,8 +13,9 @@ struct ModeOption {
     InfoMode mode;
 };
 constexpr ModeOption kModes[] = {
-    {"--tree", InfoMode::kTree},   {"--effects", InfoMode::kEffects}, {"--json", InfoMode::kJson},
-    {"--check", InfoMode::kCheck}, {"--version", InfoMode::kVersion},
+    {"--tree", InfoMode::kTree},       {"--effects", InfoMode::kEffects},
+    {"--json", InfoMode::kJson},       {"--check", InfoMode::kCheck},
+    {"--version", InfoMode::kVersion}, {"--disassemble", InfoMode::kDisassemble},
 };
 
 class InfoFormatter : public CLI::Formatter {
@@ -40,6 +41,7 @@ public:
         AddFlag("--effects", kInfoHelp.effects);
         AddFlag("--json", kInfoHelp.json);
         AddFlag("--check", kInfoHelp.check);
+        AddFlag("--disassemble", kInfoHelp.disassemble);
         AddFlag("--version", kInfoHelp.version);
         AddFlag("--all", kInfoHelp.all);
         app.add_option("--tolerance", kInfoHelp.tolerance)

@@ -6,7 +6,17 @@
 
 #include "info/SceneDiff.h"
 
-enum class InfoMode { kReport, kTree, kEffects, kJson, kCheck, kDiff, kHelp, kVersion };
+enum class InfoMode {
+    kReport,
+    kTree,
+    kEffects,
+    kJson,
+    kCheck,
+    kDiff,
+    kDisassemble,
+    kHelp,
+    kVersion
+};
 
 /// What the command line requests.
 struct InfoArguments {
@@ -33,6 +43,7 @@ struct InfoHelpTexts {
     const char* effects;
     const char* json;
     const char* check;
+    const char* disassemble;
     const char* version;
     const char* all;
     const char* tolerance;

@@ -3,6 +3,7 @@
 const char* const kInfoUsage =
     "Usage: qsbinfo [--tree | --effects | --json | --check] [--all] FILE\n"
     "       qsbinfo diff [--tolerance T | --exact] [--all] FILE FILE\n"
+    "       qsbinfo --disassemble FILE\n"
     "       qsbinfo --help | --version\n";
 
 const InfoHelpTexts kInfoHelp = {
@@ -14,6 +15,7 @@ const InfoHelpTexts kInfoHelp = {
     .effects = "the technique chosen for each material's effect, and why earlier ones failed",
     .json = "everything but vertices, faces and keys, as JSON",
     .check = "look for damage: exit status 0 for a sound file, else 1",
+    .disassemble = "the assembler text of a file with a shader: bytecode or assembler text",
     .version = "the program's version",
     .all = "do not shorten lists and comparisons",
     .tolerance = "for diff: numbers that differ by at most T are equal;\n"

@@ -5,6 +5,7 @@
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 #include "info/Arguments.h"
+#include "info/Disassembly.h"
 #include "info/InfoEngine.h"
 #include "info/LoadedScene.h"
 #include "info/NameText.h"
@@ -94,6 +95,8 @@ int RunInfo(const std::vector<std::string>& arguments, FILE* outStream, FILE* er
         out.Add(InfoHelp());
     } else if (read.mode == InfoMode::kVersion) {
         out.Add(kInfoVersion);
+    } else if (read.mode == InfoMode::kDisassemble) {
+        status = PrintDisassembly(read.files[0], out, err) ? kInfoWell : kInfoTrouble;
     } else {
         status = RunGuarded(read, out, err);
     }

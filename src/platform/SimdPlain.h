@@ -208,6 +208,18 @@ inline int LaneBits(Floats4 mask)
     return static_cast<int>(x[0] >> 31 | x[1] >> 31 << 1 | x[2] >> 31 << 2 | x[3] >> 31 << 3);
 }
 
+/// The first lane of each pair, twice: lanes 0, 0, 2, 2.
+inline Floats4 EvenLanes(Floats4 a)
+{
+    return {{a.lanes[0], a.lanes[0], a.lanes[2], a.lanes[2]}};
+}
+
+/// The second lane of each pair, twice: lanes 1, 1, 3, 3.
+inline Floats4 OddLanes(Floats4 a)
+{
+    return {{a.lanes[1], a.lanes[1], a.lanes[3], a.lanes[3]}};
+}
+
 /// Rotates the first three lanes to third, first, second; the fourth stays.
 inline Floats4 TurnFirstThree(Floats4 a)
 {

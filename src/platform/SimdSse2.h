@@ -133,6 +133,16 @@ inline Floats4 TurnFirstThree(Floats4 a)
     return {_mm_shuffle_ps(a.lanes, a.lanes, _MM_SHUFFLE(3, 1, 0, 2))};
 }
 
+inline Floats4 EvenLanes(Floats4 a)
+{
+    return {_mm_shuffle_ps(a.lanes, a.lanes, _MM_SHUFFLE(2, 2, 0, 0))};
+}
+
+inline Floats4 OddLanes(Floats4 a)
+{
+    return {_mm_shuffle_ps(a.lanes, a.lanes, _MM_SHUFFLE(3, 3, 1, 1))};
+}
+
 inline Ints4 SplatInt(int32_t value)
 {
     return {_mm_set1_epi32(value)};

@@ -16,6 +16,7 @@ TEST(Arguments, ModesAndFiles)
         {"option ahead", {"--tree", "a.qsb"}, InfoMode::kTree, {"a.qsb"}},
         {"option behind", {"a.qsb", "--json"}, InfoMode::kJson, {"a.qsb"}},
         {"effects", {"--effects", "a.qsb"}, InfoMode::kEffects, {"a.qsb"}},
+        {"a shader", {"--disassemble", "a.vsasm"}, InfoMode::kDisassemble, {"a.vsasm"}},
         {"twice the same", {"--check", "--check", "a"}, InfoMode::kCheck, {"a"}},
         {"a comparison", {"diff", "a", "b"}, InfoMode::kDiff, {"a", "b"}},
         {"a file called diff", {"./diff"}, InfoMode::kReport, {"./diff"}},

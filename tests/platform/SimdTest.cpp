@@ -171,6 +171,8 @@ TEST(Simd, BothFormsChooseFloatsAlike)
     HoldFloatBits("unequal", [](auto a, auto b) { return IsUnequal(a, b); });
     HoldFloatBits("select", [](auto a, auto b) { return Select(IsLess(a, b), a, b); });
     HoldFloatBits("turn", [](auto a, auto) { return TurnFirstThree(a); });
+    HoldFloatBits("even", [](auto a, auto) { return EvenLanes(a); });
+    HoldFloatBits("odd", [](auto a, auto) { return OddLanes(a); });
     HoldFloatBits("first", [](auto a, auto) { return FirstLane(a); });
     HoldFloatBits("lane bits", [](auto a, auto) { return LaneBits(a); });
 }
@@ -295,6 +297,8 @@ TEST(Simd, MinAndMaxReturnTheSecondForNaN)
 TEST(Simd, LanesKeepTheirOrder)
 {
     EXPECT_EQ(Lanes(TurnFirstThree(simd::MakeFloats(1, 2, 3, 4))), (FloatArray{3, 1, 2, 4}));
+    EXPECT_EQ(Lanes(EvenLanes(simd::MakeFloats(1, 2, 3, 4))), (FloatArray{1, 1, 3, 3}));
+    EXPECT_EQ(Lanes(OddLanes(simd::MakeFloats(1, 2, 3, 4))), (FloatArray{2, 2, 4, 4}));
     EXPECT_EQ(LaneBits(simd::MakeInts(-1, 0, 0, -1)), 9);
     EXPECT_EQ(ByteBits(AreBytesEqual(simd::LoadInts("...*...........*"), simd::SplatByte('*'))),
               0x8008u);

@@ -43,14 +43,14 @@ TEST_F(EffectTechniques, EachOneBeforeTheChosenOneHasItsReason)
 {
     EXPECT_EQ(
         Told("technique waves { pass {\nPixelShader = asm { ps.1.1 }; } }\n"
-             "technique {\npass { StencilEnable = TRUE; } }\n"
+             "technique {\npass { CullMode = 9; } }\n"
              "technique plain { } technique spare { }"),
         std::string(kHead) +
             "technique 3 \"plain\" of 4\n"
-            "      not technique 1 \"waves\": deck/glow.fx(2,15): this host does not compile "
-            "shaders\n"
+            "      not technique 1 \"waves\": deck/glow.fx(2,21): r0, the result, is not "
+            "written\n"
             "      not technique 2: deck/glow.fx(4,1): the device refuses the pass because of "
-            "D3DRS_STENCILENABLE(1)\n");
+            "D3DRS_CULLMODE(9)\n");
 }
 
 TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)

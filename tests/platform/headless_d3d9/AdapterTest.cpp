@@ -26,7 +26,7 @@ TEST(Adapter, HasSixModesInTwoFormats)
     EXPECT_EQ(DisplayModeCount(D3DFMT_A8R8G8B8), 0u);
 }
 
-TEST(Adapter, SupportsWBuffersAndIndexedBlendingButNoShaders)
+TEST(Adapter, SupportsWBuffersIndexedBlendingAndShaders)
 {
     const D3DCAPS9 caps = AdapterCaps(D3DDEVTYPE_HAL);
     EXPECT_TRUE(caps.RasterCaps & D3DPRASTERCAPS_WBUFFER);
@@ -34,8 +34,11 @@ TEST(Adapter, SupportsWBuffersAndIndexedBlendingButNoShaders)
     EXPECT_EQ(caps.MaxVertexBlendMatrixIndex, 255u);
     EXPECT_EQ(caps.MaxVertexBlendMatrices, 4u);
     EXPECT_EQ(caps.MaxPointSize, 256.0f);
-    EXPECT_EQ(caps.VertexShaderVersion, 0xFFFE0000u);
-    EXPECT_EQ(caps.PixelShaderVersion, 0xFFFF0000u);
+    EXPECT_EQ(caps.VertexShaderVersion, 0xFFFE0300u);
+    EXPECT_EQ(caps.PixelShaderVersion, 0xFFFF0300u);
+    EXPECT_EQ(caps.MaxVertexShaderConst, 256u);
+    EXPECT_EQ(caps.MaxVShaderInstructionsExecuted, 65535u);
+    EXPECT_EQ(caps.MaxPShaderInstructionsExecuted, 65535u);
 }
 
 TEST(Adapter, CanMakeEveryDepthFormatOfTheEngine)

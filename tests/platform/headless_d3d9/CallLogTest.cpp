@@ -29,7 +29,8 @@ TEST_F(CallLogTest, CallsThatAreNotModelledFailAndAreLoggedOnce)
          [&] { return device->CreateQuery(D3DQUERYTYPE_OCCLUSION, &query); }},
         {"CreateStateBlock", "UNMODELLED CreateStateBlock(1, pointer)\n",
          [&] { return device->CreateStateBlock(D3DSBT_ALL, &block); }},
-        {"CreateVertexShader", "UNMODELLED CreateVertexShader(pointer, pointer)\n",
+        {"CreateVertexShader",
+         "UNMODELLED CreateVertexShader(the position is not written completely)\n",
          [&] { return device->CreateVertexShader(code, &shader); }},
         {"CreateCubeTexture", "UNMODELLED CreateCubeTexture(8, 1, 0, 21, 1, pointer, null)\n",
          [&] {

@@ -45,8 +45,6 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
     UINT palette = 0;
     D3DRASTER_STATUS raster = {};
     float floats[4] = {};
-    int ints[4] = {};
-    BOOL bools[4] = {};
     const Call calls[] = {
         {"SetCursorProperties", [&] { return device->SetCursorProperties(0, 0, nullptr); }},
         {"GetRasterStatus", [&] { return device->GetRasterStatus(0, &raster); }},
@@ -56,29 +54,11 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
         {"SetCurrentTexturePalette", [&] { return device->SetCurrentTexturePalette(0); }},
         {"GetCurrentTexturePalette", [&] { return device->GetCurrentTexturePalette(&palette); }},
         {"ProcessVertices", [&] { return device->ProcessVertices(0, 0, 1, nullptr, nullptr, 0); }},
-        {"SetVertexShaderConstantF",
-         [&] { return device->SetVertexShaderConstantF(0, floats, 1); }},
-        {"GetVertexShaderConstantF",
-         [&] { return device->GetVertexShaderConstantF(0, floats, 1); }},
-        {"SetVertexShaderConstantI", [&] { return device->SetVertexShaderConstantI(0, ints, 1); }},
-        {"GetVertexShaderConstantI", [&] { return device->GetVertexShaderConstantI(0, ints, 1); }},
-        {"SetVertexShaderConstantB", [&] { return device->SetVertexShaderConstantB(0, bools, 1); }},
-        {"GetVertexShaderConstantB", [&] { return device->GetVertexShaderConstantB(0, bools, 1); }},
-        {"SetPixelShaderConstantF", [&] { return device->SetPixelShaderConstantF(0, floats, 1); }},
-        {"GetPixelShaderConstantF", [&] { return device->GetPixelShaderConstantF(0, floats, 1); }},
-        {"SetPixelShaderConstantI", [&] { return device->SetPixelShaderConstantI(0, ints, 1); }},
-        {"GetPixelShaderConstantI", [&] { return device->GetPixelShaderConstantI(0, ints, 1); }},
-        {"SetPixelShaderConstantB", [&] { return device->SetPixelShaderConstantB(0, bools, 1); }},
-        {"GetPixelShaderConstantB", [&] { return device->GetPixelShaderConstantB(0, bools, 1); }},
         {"DrawRectPatch", [&] { return device->DrawRectPatch(1, floats, nullptr); }},
         {"DrawTriPatch", [&] { return device->DrawTriPatch(1, floats, nullptr); }},
         {"DeletePatch", [&] { return device->DeletePatch(1); }},
         {"SetVertexDeclaration",
          [&] { return device->SetVertexDeclaration(Untouchable<IDirect3DVertexDeclaration9>()); }},
-        {"SetVertexShader",
-         [&] { return device->SetVertexShader(Untouchable<IDirect3DVertexShader9>()); }},
-        {"SetPixelShader",
-         [&] { return device->SetPixelShader(Untouchable<IDirect3DPixelShader9>()); }},
         {"SetCursorPosition",
          [&] {
              device->SetCursorPosition(1, 1, 0); // has no result

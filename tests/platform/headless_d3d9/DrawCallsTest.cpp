@@ -174,9 +174,6 @@ TEST_F(DrawCallsTest, StatesThatAreNotModelledRefuseTheDrawByName)
         const char* name;
         DWORD value;
     } cases[] = {
-        {D3DRS_STENCILENABLE, "D3DRS_STENCILENABLE", TRUE},
-        {D3DRS_SRGBWRITEENABLE, "D3DRS_SRGBWRITEENABLE", TRUE},
-        {D3DRS_WRAP0, "D3DRS_WRAP0", D3DWRAP_U},
         {D3DRS_VERTEXBLEND, "D3DRS_VERTEXBLEND", D3DVBF_TWEENING},
         {D3DRS_ZFUNC, "D3DRS_ZFUNC", 0},
         {D3DRS_FILLMODE, "D3DRS_FILLMODE", 9},
@@ -193,15 +190,20 @@ TEST_F(DrawCallsTest, StatesThatAreNotModelledRefuseTheDrawByName)
     EXPECT_FALSE(IsDrawn());
 }
 
-TEST_F(DrawCallsTest, ATextureThatIsTheTargetIsRefusedOnlyIfItIsRead)
+TEST_F(DrawCallsTest, ATextureThatIsTheTargetIsReadAsItWas)
 {
     const Com<IDirect3DTexture9> texture = Texture(8, 8, 1, D3DPOOL_DEFAULT, D3DUSAGE_RENDERTARGET);
     Com<IDirect3DSurface9> level;
     ASSERT_EQ(texture->GetSurfaceLevel(0, level.Out()), D3D_OK);
     ASSERT_EQ(device->SetRenderTarget(0, level.Get()), D3D_OK);
+    ASSERT_EQ(device->Clear(0, nullptr, D3DCLEAR_TARGET, 0xFF102030, 1.0f, 0), D3D_OK);
     ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
-    EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, 2), D3DERR_INVALIDCALL);
+    Stage(0, D3DTSS_COLOROP, D3DTOP_ADD);
+    Stage(0, D3DTSS_COLORARG2, D3DTA_TEXTURE);
+    EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, 2), D3D_OK);
+    EXPECT_EQ(Read(level.Get())[0], 0xFF204060u); // twice what was there
     Stage(0, D3DTSS_COLOROP, D3DTOP_SELECTARG2);
+    Stage(0, D3DTSS_COLORARG2, D3DTA_CURRENT);
     Stage(0, D3DTSS_ALPHAARG1, D3DTA_DIFFUSE);
     EXPECT_EQ(device->DrawPrimitive(D3DPT_TRIANGLESTRIP, 0, 2), D3D_OK);
     ASSERT_EQ(device->SetTexture(0, nullptr), D3D_OK);

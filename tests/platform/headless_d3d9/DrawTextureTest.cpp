@@ -181,7 +181,6 @@ TEST_F(DrawTextureTest, SamplersThatAreNotModelledRefuseTheDrawByName)
         const char* name;
         DWORD value;
     } cases[] = {
-        {D3DSAMP_SRGBTEXTURE, "D3DSAMP_SRGBTEXTURE", TRUE},
         {D3DSAMP_ADDRESSU, "D3DSAMP_ADDRESS", 0},
         {D3DSAMP_ADDRESSV, "D3DSAMP_ADDRESS", 6},
         {D3DSAMP_MIPFILTER, "D3DSAMP_FILTER", 4},

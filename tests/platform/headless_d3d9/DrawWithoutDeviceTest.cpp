@@ -1,6 +1,7 @@
 // The rasterizer alone: states, pictures and vertices in memory, without a device.
 
 #include "platform/headless/d3d9/Rasterizer.h"
+#include "platform/headless/d3d9/TargetCopy.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -120,14 +121,18 @@ TEST_F(DrawWithoutDevice, LevelsLargerThanTheLeastLevelAreNotRead)
     EXPECT_EQ(PixelAt(4, 4), kOpaqueGreen);
 }
 
-TEST_F(DrawWithoutDevice, ATextureThatIsTheTargetIsRefused)
+TEST_F(DrawWithoutDevice, ATextureThatIsTheTargetIsReadFromACopy)
 {
     SampledPicture picture;
     picture.pixels.Allocate(*FindPixelFormat(D3DFMT_A8R8G8B8), kSide, kSide);
     TexturePicture texture = {{&picture}, 0};
     state.pictures[0] = &texture;
     state.target = &picture.pixels;
-    EXPECT_EQ(DrawColumns(0, 8, 0.5f, kOpaqueWhite), D3DERR_INVALIDCALL);
+    TargetCopy copy;
+    ASSERT_TRUE(copy.Replace(state));
+    ASSERT_NE(state.pictures[0], &texture);
+    EXPECT_NE(state.pictures[0]->levels[0], &picture);
+    EXPECT_EQ(DrawColumns(0, 8, 0.5f, kOpaqueWhite), D3D_OK);
 }
 
 TEST_F(DrawWithoutDevice, AVertexOutsideOfTheStreamIsRefused)

@@ -146,9 +146,9 @@ TEST_F(FxEffectTest, ATechniqueWithAShaderDoesNotValidate)
         {"shader", 0, D3DXERR_INVALIDDATA, D3DVS_VERSION(2, 0), 0},
         {"pixel", 0, D3DXERR_INVALIDDATA, 0, 0},
         {"pixel", 1, D3DXERR_INVALIDDATA, 0, D3DPS_VERSION(1, 4)},
-        {"code", 0, D3DXERR_INVALIDDATA, 0, D3DPS_VERSION(1, 1)},
+        {"code", 0, D3D_OK, 0, D3DPS_VERSION(1, 1)},
         {"parameter", 0, D3DXERR_INVALIDDATA, D3DVS_VERSION(1, 1), 0},
-        {"constant", 0, D3DXERR_INVALIDDATA, 0, 0},
+        {"constant", 0, D3D_OK, 0, 0},
         {"fixed", 0, D3D_OK, 0, 0},
     };
     for (const auto& c : cases) {
@@ -161,8 +161,10 @@ TEST_F(FxEffectTest, ATechniqueWithAShaderDoesNotValidate)
     EXPECT_EQ(e.ValidateTechnique("none"), D3DERR_INVALIDCALL);
     D3DXHANDLE next = nullptr;
     EXPECT_EQ(e.FindNextValidTechnique(nullptr, &next), D3D_OK);
-    EXPECT_EQ(next, e.GetTechniqueByName("fixed"));
-    EXPECT_EQ(e.FindNextValidTechnique(next, &next), S_FALSE);
+    for (const char* name : {"code", "constant", "fixed"}) {
+        EXPECT_EQ(next, e.GetTechniqueByName(name));
+        e.FindNextValidTechnique(next, &next);
+    }
     EXPECT_EQ(next, nullptr);
 
     const int before = UnmodelledCallCount("ID3DXEffect::BeginPass");

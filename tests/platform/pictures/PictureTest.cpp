@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace {
 
@@ -33,14 +34,32 @@ void KeepPictures(PictureStage& stage, const PictureProgram& program, const Pict
     WritePngPicture(stage.Device(), start + ".difference.png", DifferencePicture(actual, expected));
 }
 
-class PictureTest : public testing::TestWithParam<PictureProgram> {};
+class PictureTest : public testing::TestWithParam<PictureProgram> {
+protected:
+    static void TearDownTestSuite() { shared.reset(); }
+
+    /// The common stage, or one for this picture alone.
+    PictureStage& Stage()
+    {
+        auto& stage = GetParam().sharesStage ? shared : own;
+        if (!stage)
+            stage = std::make_unique<PictureStage>();
+        return *stage;
+    }
+
+private:
+    static std::unique_ptr<PictureStage> shared;
+    std::unique_ptr<PictureStage> own;
+};
+
+std::unique_ptr<PictureStage> PictureTest::shared;
 
 } // namespace
 
 TEST_P(PictureTest, LooksAsStored)
 {
     const PictureProgram& program = GetParam();
-    PictureStage stage;
+    PictureStage& stage = Stage();
     ASSERT_TRUE(stage.IsUsable());
     const Picture actual = stage.Draw(program.draw);
     if (const char* directory = std::getenv("PICTURES")) {
@@ -61,14 +80,15 @@ TEST_P(PictureTest, LooksAsStored)
 
 INSTANTIATE_TEST_SUITE_P(All, PictureTest, testing::ValuesIn(AllPicturePrograms()),
                          [](const testing::TestParamInfo<PictureProgram>& row) {
-                             return std::string(row.param.name);
+                             return row.param.name;
                          });
 
 std::vector<PictureProgram> AllPicturePrograms()
 {
     std::vector<PictureProgram> all;
     for (const auto* topic : {&kPrimitivePictures, &kTexturePictures, &kStagePictures,
-                              &kVertexPictures, &kOutputPictures})
+                              &kVertexPictures, &kOutputPictures, &kArithmeticPictures,
+                              &kOldPixelPictures, &kFlowPictures, &kShaderRulePictures})
         all.insert(all.end(), topic->begin(), topic->end());
     return all;
 }

@@ -1,6 +1,8 @@
 #include "platform/headless/d3d9/Adapter.h"
 
 #include "platform/headless/d3d9/PixelFormat.h"
+#include "platform/headless/shader/Program.h"
+#include "platform/headless/shader/RegisterTable.h"
 
 #include <algorithm>
 #include <cstring>
@@ -103,8 +105,6 @@ void SetTextureCaps(D3DCAPS9& caps)
     caps.MaxSimultaneousTextures = 8;
 }
 
-/// Shaders are not modelled, so their versions are 0.0 and callers fall back to the fixed-function
-/// pipeline.
 void SetVertexCaps(D3DCAPS9& caps)
 {
     caps.FVFCaps = D3DFVFCAPS_PSIZE | 8;
@@ -123,8 +123,30 @@ void SetVertexCaps(D3DCAPS9& caps)
     caps.MaxVertexIndex = 0xFFFFFF;
     caps.MaxStreams = 16;
     caps.MaxStreamStride = 508;
-    caps.VertexShaderVersion = D3DVS_VERSION(0, 0);
-    caps.PixelShaderVersion = D3DPS_VERSION(0, 0);
+}
+
+// Public bits of what shaders of 2.x can do.
+constexpr DWORD kVertexPredication = 1 << 0;
+constexpr DWORD kArbitrarySwizzle = 1 << 0, kGradientInstructions = 1 << 1,
+                kPixelPredication = 1 << 2, kNoDependentReadLimit = 1 << 3,
+                kNoTextureInstructionLimit = 1 << 4;
+
+/// Shaders up to 3.0 with everything that 2.x leaves open.
+void SetShaderCaps(D3DCAPS9& caps)
+{
+    caps.VertexShaderVersion = D3DVS_VERSION(3, 0);
+    caps.PixelShaderVersion = D3DPS_VERSION(3, 0);
+    caps.MaxVertexShaderConst = shader::kHardwareVertexConstants;
+    caps.PixelShader1xMaxValue = 1e10f;
+    caps.VS20Caps = {kVertexPredication, 24, 32, 4};
+    caps.PS20Caps = {kArbitrarySwizzle | kGradientInstructions | kPixelPredication |
+                         kNoDependentReadLimit | kNoTextureInstructionLimit,
+                     24, 32, 4, 512};
+    caps.MaxVShaderInstructionsExecuted = shader::kMaxExecuted;
+    caps.MaxPShaderInstructionsExecuted = shader::kMaxExecuted;
+    caps.MaxVertexShader30InstructionSlots = 32768;
+    caps.MaxPixelShader30InstructionSlots = 32768;
+    caps.VertexTextureFilterCaps = caps.TextureFilterCaps;
 }
 
 } // namespace
@@ -185,6 +207,7 @@ D3DCAPS9 AdapterCaps(D3DDEVTYPE deviceType)
     SetDrawingCaps(caps);
     SetTextureCaps(caps);
     SetVertexCaps(caps);
+    SetShaderCaps(caps);
     return caps;
 }
 

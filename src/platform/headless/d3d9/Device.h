@@ -5,6 +5,7 @@
 #include "platform/headless/d3d9/DeviceState.h"
 #include "platform/headless/d3d9/Direct3D.h"
 #include "platform/headless/d3d9/Rasterizer.h"
+#include "platform/headless/d3d9/TargetCopy.h"
 
 #include <cstdint>
 #include <memory>
@@ -156,6 +157,39 @@ public:
     HRESULT STDMETHODCALLTYPE SetIndices(IDirect3DIndexBuffer9* indexData) override;
     HRESULT STDMETHODCALLTYPE GetIndices(IDirect3DIndexBuffer9** indexDataOut) override;
 
+    HRESULT STDMETHODCALLTYPE CreateVertexShader(const DWORD* byteCode,
+                                                 IDirect3DVertexShader9** shaderOut) override;
+    HRESULT STDMETHODCALLTYPE SetVertexShader(IDirect3DVertexShader9* shader) override;
+    HRESULT STDMETHODCALLTYPE GetVertexShader(IDirect3DVertexShader9** shaderOut) override;
+    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantF(UINT startRegister, const float* data,
+                                                       UINT count) override;
+    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantF(UINT startRegister, float* constantDataOut,
+                                                       UINT count) override;
+    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantI(UINT startRegister, const int* data,
+                                                       UINT count) override;
+    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantI(UINT startRegister, int* constantDataOut,
+                                                       UINT count) override;
+    HRESULT STDMETHODCALLTYPE SetVertexShaderConstantB(UINT startRegister, const BOOL* data,
+                                                       UINT count) override;
+    HRESULT STDMETHODCALLTYPE GetVertexShaderConstantB(UINT startRegister, BOOL* constantDataOut,
+                                                       UINT count) override;
+    HRESULT STDMETHODCALLTYPE CreatePixelShader(const DWORD* byteCode,
+                                                IDirect3DPixelShader9** shaderOut) override;
+    HRESULT STDMETHODCALLTYPE SetPixelShader(IDirect3DPixelShader9* shader) override;
+    HRESULT STDMETHODCALLTYPE GetPixelShader(IDirect3DPixelShader9** shaderOut) override;
+    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantF(UINT startRegister, const float* data,
+                                                      UINT count) override;
+    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantF(UINT startRegister, float* constantDataOut,
+                                                      UINT count) override;
+    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantI(UINT startRegister, const int* data,
+                                                      UINT count) override;
+    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantI(UINT startRegister, int* constantDataOut,
+                                                      UINT count) override;
+    HRESULT STDMETHODCALLTYPE SetPixelShaderConstantB(UINT startRegister, const BOOL* data,
+                                                      UINT count) override;
+    HRESULT STDMETHODCALLTYPE GetPixelShaderConstantB(UINT startRegister, BOOL* constantDataOut,
+                                                      UINT count) override;
+
     void ChildReferenced(ObjectKind kind, D3DPOOL pool) override;
     void ChildUnreferenced(ObjectKind kind, D3DPOOL pool) override;
     IDirect3DDevice9& DeviceInterface() override { return *this; }
@@ -188,6 +222,7 @@ private:
     Binding<HeadlessSurface> autoDepth; ///< empty without an automatic depth buffer
     PixelBuffer frontBuffer;            ///< the last presented picture, in the back buffer's format
     DeviceState state;
+    TargetCopy targetCopy;
     std::unique_ptr<Rasterizer> rasterizer; ///< made by the first draw
 };
 

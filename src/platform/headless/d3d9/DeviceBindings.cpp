@@ -23,22 +23,24 @@ HRESULT GetBound(const Binding<Object>& slot, Interface** objectOut, HRESULT emp
 
 HRESULT HeadlessDevice::GetTexture(DWORD stage, IDirect3DBaseTexture9** textureOut)
 {
-    return stage < kSamplerCount ? GetBound(state.textures[stage], textureOut, D3D_OK)
-                                 : D3DERR_INVALIDCALL;
+    const UINT slot = SamplerSlot(stage);
+    return slot < kSamplerCount ? GetBound(state.textures[slot], textureOut, D3D_OK)
+                                : D3DERR_INVALIDCALL;
 }
 
 /// Refuses textures in system or scratch memory, which a device cannot reach. A depth texture can
 /// be drawn into but not sampled.
 HRESULT HeadlessDevice::SetTexture(DWORD stage, IDirect3DBaseTexture9* texture)
 {
-    if (stage >= kSamplerCount)
+    const UINT slot = SamplerSlot(stage);
+    if (slot >= kSamplerCount)
         return D3DERR_INVALIDCALL;
     auto* object = static_cast<HeadlessTexture*>(texture);
     if (object && (object->Pool() == D3DPOOL_SCRATCH || object->Pool() == D3DPOOL_SYSTEMMEM))
         return D3DERR_INVALIDCALL;
     if (object && object->Level(0).Desc().Usage == D3DUSAGE_DEPTHSTENCIL)
         return Unmodelled("SetTexture", stage, texture);
-    state.textures[stage].Set(object);
+    state.textures[slot].Set(object);
     return D3D_OK;
 }
 

@@ -14,6 +14,8 @@ void Unbind(DeviceState& state)
         stream.divider = 1;
     }
     state.indices.Set(nullptr);
+    state.vertexShader.Set(nullptr);
+    state.pixelShader.Set(nullptr);
     state.renderTarget.Set(nullptr);
     state.depthSurface.Set(nullptr);
 }
@@ -31,6 +33,8 @@ const DrawState& DeviceState::ForDrawing()
 {
     for (size_t i = 0; i < textures.size(); ++i)
         pictures[i] = textures[i].Get() ? &textures[i].Get()->Picture() : nullptr;
+    vertexProgram = vertexShader.Get() ? &vertexShader.Get()->Content() : nullptr;
+    pixelProgram = pixelShader.Get() ? &pixelShader.Get()->Content() : nullptr;
     target = renderTarget.Get() ? &renderTarget.Get()->Pixels() : nullptr;
     depth = depthSurface.Get() ? &depthSurface.Get()->Pixels() : nullptr;
     return *this;

@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3d9/Buffer.h"
 #include "platform/headless/d3d9/DrawState.h"
+#include "platform/headless/d3d9/Shader.h"
 #include "platform/headless/d3d9/Texture.h"
 
 namespace headless {
@@ -22,6 +23,9 @@ struct DeviceState : DrawState {
     std::array<StreamSlot, kStreamCount> streams;
     Binding<HeadlessIndexBuffer> indices;
     std::array<Binding<HeadlessTexture>, kSamplerCount> textures;
+
+    Binding<HeadlessVertexShader> vertexShader;
+    Binding<HeadlessPixelShader> pixelShader;
 
     Binding<HeadlessSurface> renderTarget; ///< never empty on a working device
     Binding<HeadlessSurface> depthSurface;

@@ -187,16 +187,18 @@ HRESULT HeadlessDevice::SetTextureStageState(DWORD stage, D3DTEXTURESTAGESTATETY
 
 HRESULT HeadlessDevice::GetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type, DWORD* valueOut)
 {
-    if (sampler >= kSamplerCount || !IsSamplerState(type))
+    const UINT slot = SamplerSlot(sampler);
+    if (slot >= kSamplerCount || !IsSamplerState(type))
         return D3DERR_INVALIDCALL;
-    return Get(state.sampler[sampler][type], valueOut);
+    return Get(state.sampler[slot][type], valueOut);
 }
 
 HRESULT HeadlessDevice::SetSamplerState(DWORD sampler, D3DSAMPLERSTATETYPE type, DWORD value)
 {
-    if (sampler >= kSamplerCount || !IsSamplerState(type))
+    const UINT slot = SamplerSlot(sampler);
+    if (slot >= kSamplerCount || !IsSamplerState(type))
         return Unmodelled("SetSamplerState", sampler, type, value);
-    state.sampler[sampler][type] = value;
+    state.sampler[slot][type] = value;
     return D3D_OK;
 }
 

@@ -1,11 +1,13 @@
 // The four draw calls: check their arguments and pass them to the rasterizer. Also
 // `ValidateDevice`, which answers whether they would be refused.
 
+#include "platform/CutDraw.h"
 #include "platform/headless/d3d9/Audience.h"
 #include "platform/headless/d3d9/Device.h"
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace headless {
 
@@ -51,15 +53,23 @@ bool FindIndices(const DeviceState& state, UINT first, uint64_t count, IndexSour
     return first + count <= buffer->Data().size / size;
 }
 
+bool gHasCutDraw = false; // a draw was cut off since `TakeCutDraw`
+
 } // namespace
 
 HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& layout)
 {
     if (!HasAudience())
-        return LeaveUndrawn(state.ForDrawing(), request);
+        return LeaveUndrawn(state.ForDrawing(), layout, request);
     if (!rasterizer)
         rasterizer.reset(new (std::nothrow) Rasterizer());
-    return rasterizer ? rasterizer->Draw(state.ForDrawing(), layout, request) : E_OUTOFMEMORY;
+    state.ForDrawing();
+    if (!rasterizer || !targetCopy.Replace(state))
+        return E_OUTOFMEMORY;
+    const HRESULT result = rasterizer->Draw(state, layout, request);
+    if (rasterizer->TakeCutOff())
+        gHasCutDraw = true;
+    return result;
 }
 
 /// Fails if a draw with these states would be refused; any draw takes one pass.
@@ -154,3 +164,8 @@ HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, U
 }
 
 } // namespace headless
+
+bool TakeCutDraw()
+{
+    return std::exchange(headless::gHasCutDraw, false);
+}

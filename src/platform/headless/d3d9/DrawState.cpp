@@ -200,6 +200,16 @@ void SetDrawDefaults(DrawState& state, bool hasDepth)
     state.clipPlanes = {};
     state.pictures = {};
     state.target = state.depth = nullptr;
+    state.vertexProgram = state.pixelProgram = nullptr;
+    state.vertexConstants = {};
+    state.pixelConstants = {};
+}
+
+UINT SamplerSlot(DWORD sampler)
+{
+    if (sampler >= D3DVERTEXTEXTURESAMPLER0 && sampler <= D3DVERTEXTEXTURESAMPLER3)
+        return kPixelSamplerCount + sampler - D3DVERTEXTEXTURESAMPLER0;
+    return sampler < kPixelSamplerCount ? sampler : kSamplerCount;
 }
 
 D3DMATRIX* FindTransform(DrawState& state, D3DTRANSFORMSTATETYPE type)

@@ -8,10 +8,15 @@
 
 namespace headless {
 
+namespace shader {
+struct Program;
+}
+
 constexpr UINT kRenderStateCount = 210;
 constexpr UINT kStageCount = 8;
 constexpr UINT kStageStateCount = 33;
-constexpr UINT kSamplerCount = 16;
+constexpr UINT kPixelSamplerCount = 16;
+constexpr UINT kSamplerCount = kPixelSamplerCount + 4; ///< those of vertex shaders come last
 constexpr UINT kSamplerStateCount = 14;
 constexpr UINT kWorldMatrixCount = 256;
 constexpr UINT kClipPlaneCount = 6;
@@ -26,6 +31,13 @@ struct LightSlot {
 struct TexturePicture {
     std::vector<SampledPicture*> levels; ///< not empty; not owned
     DWORD leastLevel = 0;                ///< larger levels are not read
+};
+
+/// The constants of one kind of shader: four floats or integers for each register, and truths.
+struct ShaderConstants {
+    std::vector<float> floats;
+    std::vector<int> ints;
+    std::vector<int> bools;
 };
 
 /// Every value that drawing reads besides the vertices, indexed by the public enumerations. Floats
@@ -48,8 +60,12 @@ struct DrawState {
     std::array<std::array<float, 4>, kClipPlaneCount> clipPlanes = {};
 
     std::array<TexturePicture*, kSamplerCount> pictures = {}; ///< not owned; null without a texture
-    PixelBuffer* target = nullptr;                            ///< not owned; drawing needs one
-    PixelBuffer* depth = nullptr;                             ///< not owned; null without depth
+    shader::Program* vertexProgram = nullptr; ///< not owned; null for the fixed functions
+    shader::Program* pixelProgram = nullptr;
+    ShaderConstants vertexConstants;
+    ShaderConstants pixelConstants;
+    PixelBuffer* target = nullptr; ///< not owned; drawing needs one
+    PixelBuffer* depth = nullptr;  ///< not owned; null without depth
 
     DWORD Render(D3DRENDERSTATETYPE state) const { return render[state]; }
     /// A render state that the public documentation defines as a float.
@@ -59,6 +75,9 @@ struct DrawState {
 /// The documented defaults of a new device, with no pictures. `hasDepth` turns the depth test on.
 /// Viewport and scissor rectangle are left alone: they follow the target.
 void SetDrawDefaults(DrawState& state, bool hasDepth);
+
+/// The slot of a sampler by its public number; `kSamplerCount` for an unknown one.
+UINT SamplerSlot(DWORD sampler);
 
 /// Where `state` stores a transform, or null for an unknown type.
 D3DMATRIX* FindTransform(DrawState& state, D3DTRANSFORMSTATETYPE type);

@@ -24,6 +24,7 @@ constexpr KindName kKindNames[kObjectKindCount] = {
     {"surface", "surfaces"},
     {"vertex buffer", "vertex buffers"},
     {"index buffer", "index buffers"},
+    {"shader", "shaders"},
 };
 
 std::string gLastLeak;

@@ -7,8 +7,8 @@ namespace headless {
 
 // Counts live objects. An object counts while the caller holds a reference to it.
 
-enum class ObjectKind { Interface, Device, Texture, Surface, VertexBuffer, IndexBuffer };
-constexpr int kObjectKindCount = 6;
+enum class ObjectKind { Interface, Device, Texture, Surface, VertexBuffer, IndexBuffer, Shader };
+constexpr int kObjectKindCount = 7;
 
 class ObjectCensus {
 public:

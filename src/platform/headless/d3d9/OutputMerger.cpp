@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3d9/Blending.h"
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3d9/SrgbCurve.h"
 
 #include <cstring>
 
@@ -174,6 +175,7 @@ HRESULT MakeOutputMerger(const DrawState& state, OutputMerger& mergerOut)
     mergerOut.format = FindTarget(format.format);
     if (!mergerOut.format)
         return Unmodelled("Drawing into the format", format.format);
+    mergerOut.isSrgb = state.Render(D3DRS_SRGBWRITEENABLE) != 0;
     mergerOut.writeMask = WordMask(format, state.Render(D3DRS_COLORWRITEENABLE));
     const auto function = static_cast<D3DCMPFUNC>(state.Render(D3DRS_ALPHAFUNC));
     mergerOut.testsAlpha = state.Render(D3DRS_ALPHATESTENABLE) != 0 && function != D3DCMP_ALWAYS;
@@ -190,10 +192,31 @@ int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes)
     return LaneBits(passed) & lanes;
 }
 
+/// Blending works on linear light, also where the target holds sRGB colours.
+void WriteSrgb(const OutputMerger& merger, uint8_t* at, int count, const Rgba4& colour, int lanes)
+{
+    Rgba4 result = colour;
+    for (Lanes& channel : result.c)
+        channel = Saturate(channel);
+    if (merger.blends) {
+        Rgba4 stored = merger.format->load(at, count);
+        for (int c = 0; c < 3; ++c)
+            stored.c[c] = LinearOfSrgb(stored.c[c]);
+        Blend(merger, stored, result);
+    }
+    for (int c = 0; c < 3; ++c)
+        result.c[c] = SrgbOfLinear(Saturate(result.c[c]));
+    merger.format->store(at, result, merger.writeMask, lanes);
+}
+
 void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
                  int lanes)
 {
     uint8_t* at = merger.rows.At(x, y);
+    if (merger.isSrgb) {
+        WriteSrgb(merger, at, count, colour, lanes);
+        return;
+    }
     if (!merger.blends) {
         merger.format->store(at, colour, merger.writeMask, lanes);
         return;

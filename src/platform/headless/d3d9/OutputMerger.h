@@ -44,6 +44,7 @@ struct OutputMerger {
     const TargetFormat* format = nullptr;
     PixelBuffer* target = nullptr; ///< not owned
     PixelRows rows;
+    bool isSrgb = false;             ///< colours are stored with the sRGB curve
     uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
 };
 

@@ -1,6 +1,7 @@
 #include "platform/headless/d3d9/PixelProgram.h"
 
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3d9/ShaderTexture.h"
 
 #include <algorithm>
 
@@ -25,18 +26,13 @@ constexpr KnownRange kKnown[] = {
     {D3DRS_ALPHAFUNC, "D3DRS_ALPHAFUNC", D3DCMP_NEVER, D3DCMP_ALWAYS},
     {D3DRS_FOGTABLEMODE, "D3DRS_FOGTABLEMODE", D3DFOG_NONE, D3DFOG_LINEAR},
     {D3DRS_FOGVERTEXMODE, "D3DRS_FOGVERTEXMODE", D3DFOG_NONE, D3DFOG_LINEAR},
-    // UNMODELLED: stencil tests, sRGB colours, cylindrical wrapping of texture coordinates.
-    {D3DRS_STENCILENABLE, "D3DRS_STENCILENABLE", FALSE, FALSE},
-    {D3DRS_SRGBWRITEENABLE, "D3DRS_SRGBWRITEENABLE", FALSE, FALSE},
-    {D3DRS_WRAP0, "D3DRS_WRAP0", 0, 0},
-    {D3DRS_WRAP1, "D3DRS_WRAP1", 0, 0},
-    {D3DRS_WRAP2, "D3DRS_WRAP2", 0, 0},
-    {D3DRS_WRAP3, "D3DRS_WRAP3", 0, 0},
-    {D3DRS_WRAP4, "D3DRS_WRAP4", 0, 0},
-    {D3DRS_WRAP5, "D3DRS_WRAP5", 0, 0},
-    {D3DRS_WRAP6, "D3DRS_WRAP6", 0, 0},
-    {D3DRS_WRAP7, "D3DRS_WRAP7", 0, 0},
 };
+
+bool HasStencil(D3DFORMAT format)
+{
+    return format == D3DFMT_D24S8 || format == D3DFMT_D24X4S4 || format == D3DFMT_D15S1 ||
+           format == D3DFMT_D24FS8;
+}
 
 HRESULT CheckStates(const DrawState& state)
 {
@@ -44,6 +40,10 @@ HRESULT CheckStates(const DrawState& state)
         if (const DWORD value = state.Render(known.state);
             value < known.first || value > known.last)
             return Unmodelled(known.name, value);
+    // Without stencil bits the test passes everywhere. UNMODELLED: buffers that have some.
+    const DWORD tests = state.Render(D3DRS_STENCILENABLE);
+    if (tests != 0 && state.depth && HasStencil(state.depth->format->format))
+        return Unmodelled("D3DRS_STENCILENABLE", tests);
     // UNMODELLED: tweening.
     const DWORD blend = state.Render(D3DRS_VERTEXBLEND);
     if (blend > D3DVBF_3WEIGHTS && blend != D3DVBF_0WEIGHTS)
@@ -78,6 +78,32 @@ VaryingLayout LayOut(PixelProgram& program)
     return layout;
 }
 
+/// Four numbers for each register that a pixel shader reads. The fixed vertex functions know colours
+/// and coordinates by their places; so does flat shading.
+VaryingLayout LayOutShader(const shader::Program& code, const PixelFog& fog)
+{
+    VaryingLayout layout;
+    layout.areWhole = true;
+    for (const shader::Binding& input : code.inputs) {
+        if (layout.inputCount == kMaxShaderInputs)
+            break;
+        const bool isColour = input.usage == D3DDECLUSAGE_COLOR;
+        ShaderInput& row = layout.inputs[layout.inputCount++];
+        row = {input.usage,  input.usageIndex, input.mask,
+               layout.count, input.at,         isColour && code.version.major < 3};
+        if (isColour && input.usageIndex < 2)
+            (input.usageIndex == 0 ? layout.diffuse : layout.specular) = layout.count;
+        if (input.usage == D3DDECLUSAGE_TEXCOORD && input.usageIndex < kStageCount)
+            layout.coordinates[input.usageIndex] = layout.count;
+        layout.count += 4;
+    }
+    if (fog.source == FogSource::Vertex) {
+        layout.fog = layout.count;
+        layout.count += 4;
+    }
+    return layout;
+}
+
 PixelArea AreaOf(const DrawState& state)
 {
     const PixelBuffer& target = *state.target;
@@ -98,6 +124,27 @@ PixelArea AreaOf(const DrawState& state)
     return area;
 }
 
+/// Shaders of 3.0 are linked to each other only.
+bool DoVersionsFit(const DrawState& state)
+{
+    if (!state.vertexProgram || !state.pixelProgram)
+        return true;
+    return (state.vertexProgram->version.major == 3) == (state.pixelProgram->version.major == 3);
+}
+
+HRESULT CheckShaders(const DrawState& state)
+{
+    if (!DoVersionsFit(state))
+        return Unmodelled("Shaders of 3.0 and of an older version",
+                          state.vertexProgram->version.major, state.pixelProgram->version.major);
+    HRESULT result = D3D_OK;
+    if (state.vertexProgram)
+        result = CheckShaderSamplers(state, *state.vertexProgram, kPixelSamplerCount);
+    if (SUCCEEDED(result) && state.pixelProgram)
+        result = CheckShaderSamplers(state, *state.pixelProgram, 0);
+    return result;
+}
+
 } // namespace
 
 HRESULT CheckPixelStates(const DrawState& state)
@@ -105,6 +152,8 @@ HRESULT CheckPixelStates(const DrawState& state)
     OutputMerger output;
     HRESULT result = CheckStates(state);
     if (SUCCEEDED(result))
+        result = CheckShaders(state);
+    if (SUCCEEDED(result) && !state.pixelProgram)
         result = CheckStageStates(state);
     return FAILED(result) ? result : MakeOutputMerger(state, output);
 }
@@ -112,7 +161,7 @@ HRESULT CheckPixelStates(const DrawState& state)
 HRESULT MakePixelProgram(const DrawState& state, PixelProgram& programOut)
 {
     HRESULT result = CheckStates(state);
-    if (SUCCEEDED(result))
+    if (SUCCEEDED(result) && !state.pixelProgram)
         result = MakeStagePrograms(state, programOut.stages);
     if (SUCCEEDED(result))
         result = MakeOutputMerger(state, programOut.output);
@@ -126,7 +175,10 @@ HRESULT MakePixelProgram(const DrawState& state, PixelProgram& programOut)
     programOut.fog = MakePixelFog(state);
     programOut.addsSpecular = state.Render(D3DRS_SPECULARENABLE) != 0;
     programOut.area = AreaOf(state);
-    programOut.varyings = LayOut(programOut);
+    if (state.pixelProgram && state.pixelProgram->version.major == 3)
+        programOut.fog.source = FogSource::None; // fog is the program's own business
+    programOut.varyings =
+        state.pixelProgram ? LayOutShader(*state.pixelProgram, programOut.fog) : LayOut(programOut);
     return D3D_OK;
 }
 

@@ -7,10 +7,13 @@
 
 namespace headless {
 
+class ShaderPixels;
+
 /// Everything done to the pixels of a draw, resolved once from the states. Points into the device's
 /// pictures and is valid for that one draw.
 struct PixelProgram {
     VaryingLayout varyings;
+    ShaderPixels* shader = nullptr; ///< shades instead of the stages; not owned, null without one
     StagePrograms stages;
     bool addsSpecular = false;
     PixelFog fog;

@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3d9/LineSetup.h"
 #include "platform/headless/d3d9/PointSetup.h"
+#include "platform/headless/d3d9/ShaderPixels.h"
 
 #include <algorithm>
 
@@ -55,6 +56,31 @@ void PrimitiveDrawer::Prepare(const DrawState& state, const PixelProgram& pixelP
     fill = static_cast<D3DFILLMODE>(state.Render(D3DRS_FILLMODE));
     isFlat = state.Render(D3DRS_SHADEMODE) == D3DSHADE_FLAT;
     drawsSprites = state.Render(D3DRS_POINTSPRITEENABLE) != 0;
+    FindWraps(state);
+}
+
+/// The states belong to sets of coordinates; a pixel shader's register n reads set n.
+void PrimitiveDrawer::FindWraps(const DrawState& state)
+{
+    wrapCount = 0;
+    const VaryingLayout& varyings = program->varyings;
+    for (UINT stage = 0; stage < kStageCount; ++stage) {
+        const DWORD set = varyings.areWhole ? stage : state.stage[stage][D3DTSS_TEXCOORDINDEX] & 7;
+        const DWORD flags = state.render[D3DRS_WRAP0 + set];
+        for (int c = 0; c < (varyings.areWhole ? 4 : 2) && varyings.coordinates[stage] >= 0; ++c)
+            if ((flags >> c & 1) != 0 && !varyings.isProjected[stage])
+                wraps[wrapCount++] = varyings.coordinates[stage] + c;
+    }
+}
+
+/// Moves coordinates by 1 where that makes the way from the first corner shorter.
+void PrimitiveDrawer::WrapTo(const ShadedVertex& first, ShadedVertex& vertex) const
+{
+    for (int i = 0; i < wrapCount; ++i) {
+        float& value = vertex.varying[wraps[i]];
+        const float way = value - first.varying[wraps[i]];
+        value += way > 0.5f ? -1.0f : (way < -0.5f ? 1.0f : 0.0f);
+    }
 }
 
 /// The guard band guarantees a positive w and bounds x and y.
@@ -94,6 +120,21 @@ bool PrimitiveDrawer::IsClockwise(const ShadedVertex& va, const ShadedVertex& vb
     return (determinant > 0.0) == (map.scaleX * map.scaleY > 0.0f);
 }
 
+void PrimitiveDrawer::DrawRow(int y, int left, int right)
+{
+    if (program->shader)
+        program->shader->AddRow(planes, y, left, right);
+    else
+        ShadeSpan(*program, planes, y, left, right);
+}
+
+/// A shader gets two rows at a time, so one may wait for the next.
+void PrimitiveDrawer::FinishRows()
+{
+    if (program->shader)
+        program->shader->Finish(planes);
+}
+
 void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& vb,
                                    const ShadedVertex& vc)
 {
@@ -103,6 +144,8 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
     int64_t area = TwiceArea(a, b, c);
     if (area == 0 || IsCulled(area > 0))
         return;
+    if (program->shader)
+        program->shader->SetFace(area > 0);
     if (area < 0) {
         std::swap(b, c);
         area = -area;
@@ -116,8 +159,9 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
         if (!isSetUp)
             SetUpTriangle(a, b, c, area, program->varyings.count, planes);
         isSetUp = true;
-        ShadeSpan(*program, planes, y, left, right);
+        DrawRow(y, left, right);
     }
+    FinishRows();
 }
 
 void PrimitiveDrawer::FillClipped(const ShadedVertex& a, const ShadedVertex& b,
@@ -141,11 +185,13 @@ void PrimitiveDrawer::DrawTriangle(const ShadedVertex& a, const ShadedVertex& b,
     if ((codes[0] & codes[1] & codes[2]) != 0)
         return;
     const DWORD crossed = codes[0] | codes[1] | codes[2];
-    if (fill == D3DFILL_SOLID && crossed == 0 && !isFlat) {
+    if (fill == D3DFILL_SOLID && crossed == 0 && !isFlat && wrapCount == 0) {
         FillTriangle(a, b, c);
         return;
     }
     ShadedVertex second = b, third = c;
+    WrapTo(a, second);
+    WrapTo(a, third);
     if (isFlat) {
         CopyFlatColours(a, second);
         CopyFlatColours(a, third);
@@ -175,8 +221,11 @@ void PrimitiveDrawer::DrawLine(const ShadedVertex& from, const ShadedVertex& to,
 {
     if (!IsFinite(from) || !IsFinite(to))
         return;
+    if (program->shader)
+        program->shader->SetFace(true);
     const DWORD codes[2] = {ClipCode(clip, from), ClipCode(clip, to)};
     ShadedVertex a = from, b = to;
+    WrapTo(a, b);
     if (isFlat)
         CopyFlatColours(a, b);
     if ((codes[0] & codes[1]) != 0 ||
@@ -187,7 +236,8 @@ void PrimitiveDrawer::DrawLine(const ShadedVertex& from, const ShadedVertex& to,
     LineRuns runs(start, end, drawsEnd, program->area);
     int y = 0, left = 0, right = 0;
     while (runs.Next(y, left, right))
-        ShadeSpan(*program, planes, y, left, right);
+        DrawRow(y, left, right);
+    FinishRows();
 }
 
 void PrimitiveDrawer::DrawPoint(const ShadedVertex& vertex)
@@ -199,11 +249,14 @@ void PrimitiveDrawer::FillSquare(const ShadedVertex& vertex, float side, bool is
 {
     if (!IsFinite(vertex) || ClipCode(clip, vertex) != 0)
         return;
+    if (program->shader)
+        program->shader->SetFace(true);
     const Corner centre = ToCorner(vertex);
     const PixelArea square = PointArea(centre, side, program->area);
     SetUpPoint(centre, side, isSprite, program->varyings, planes);
     for (int y = square.top; y < square.bottom; ++y)
-        ShadeSpan(*program, planes, y, square.left, square.right);
+        DrawRow(y, square.left, square.right);
+    FinishRows();
 }
 
 } // namespace headless

@@ -29,6 +29,10 @@ private:
     void CopyFlatColours(const ShadedVertex& from, ShadedVertex& to) const;
     bool IsCulled(bool isClockwise) const;
     bool IsClockwise(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c) const;
+    void FindWraps(const DrawState& state);
+    void WrapTo(const ShadedVertex& first, ShadedVertex& vertex) const;
+    void DrawRow(int y, int left, int right);
+    void FinishRows();
     void FillTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
     void FillClipped(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c,
                      DWORD codes);
@@ -42,6 +46,9 @@ private:
     D3DFILLMODE fill = D3DFILL_SOLID;
     bool isFlat = false;
     bool drawsSprites = false;
+    /// A coordinate that takes the shorter way round, as D3DRS_WRAP0 and so on say.
+    int wraps[kStageCount * 4] = {}; ///< indices into the varyings
+    int wrapCount = 0;
     Planes planes = {};
 };
 

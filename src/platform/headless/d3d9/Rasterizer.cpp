@@ -1,6 +1,11 @@
 #include "platform/headless/d3d9/Rasterizer.h"
 
+#include <algorithm>
+#include <new>
+
 namespace headless {
+
+uint64_t gShaderBudget = kShaderBudget;
 
 namespace {
 
@@ -39,13 +44,27 @@ HRESULT Start(const DrawState& state, const DrawRequest& request, PixelProgram& 
     return AllVerticesExist(request) ? MakePixelProgram(state, programOut) : D3DERR_INVALIDCALL;
 }
 
+/// What shaders add to the reasons to refuse a draw.
+HRESULT CheckShadersOf(const DrawState& state, bool isTransformed)
+{
+    HRESULT result = D3D_OK;
+    if (state.pixelProgram)
+        result = CheckShaderTextures(state, *state.pixelProgram, 0);
+    if (SUCCEEDED(result) && state.vertexProgram && !isTransformed)
+        result = CheckShaderTextures(state, *state.vertexProgram, kPixelSamplerCount);
+    return result;
+}
+
 } // namespace
 
-HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request)
+HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout, const DrawRequest& request)
 {
     static PixelProgram program; // clearing it for each draw would cost more than the checks
-    const HRESULT result = Start(state, request, program);
-    if (SUCCEEDED(result) && !IsEmpty(program.area))
+    HRESULT result = Start(state, request, program);
+    if (FAILED(result) || IsEmpty(program.area))
+        return result;
+    result = CheckShadersOf(state, layout.isTransformed);
+    if (SUCCEEDED(result))
         LeaveBlank(state);
     return result;
 }
@@ -57,14 +76,76 @@ HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
         return result;
     if (IsEmpty(program.area))
         return D3D_OK;
-    vertices.Prepare(state, layout, request.stream, program.varyings,
-                     request.type == D3DPT_POINTLIST);
+    if (const HRESULT result = PrepareShaders(state, layout, request); FAILED(result))
+        return result;
     drawer.Prepare(state, program, layout.isTransformed);
     const bool drawsLastPixel = state.Render(D3DRS_LASTPIXEL) != 0;
-    for (UINT i = 0; i < request.primitiveCount; ++i)
+    if (shadesVertices)
+        DrawShaded(request, drawsLastPixel);
+    for (UINT i = 0; !shadesVertices && i < request.primitiveCount && !IsOverBudget(); ++i)
         DrawPrimitive(request, i, drawsLastPixel);
+    wasCutOff = wasCutOff || IsOverBudget();
     ++program.output.target->changes;
     return D3D_OK;
+}
+
+/// Pretransformed vertices skip all vertex processing, a vertex shader's too.
+HRESULT Rasterizer::PrepareShaders(const DrawState& state, const VertexLayout& layout,
+                                   const DrawRequest& request)
+{
+    program.shader = nullptr;
+    if (state.pixelProgram) {
+        if (!shaderPixels)
+            shaderPixels.reset(new (std::nothrow) ShaderPixels());
+        if (!shaderPixels)
+            return E_OUTOFMEMORY;
+        program.shader = shaderPixels.get();
+        const HRESULT result = shaderPixels->Prepare(state, program, gShaderBudget);
+        if (FAILED(result))
+            return result;
+    }
+    shadesVertices = state.vertexProgram && !layout.isTransformed;
+    if (!shadesVertices) {
+        vertices.Prepare(state, layout, request.stream, program.varyings,
+                         request.type == D3DPT_POINTLIST);
+        return D3D_OK;
+    }
+    if (!shaderVertices)
+        shaderVertices.reset(new (std::nothrow) ShaderVertices());
+    return shaderVertices ? shaderVertices->Prepare(state, layout, request.stream, program.varyings)
+                          : E_OUTOFMEMORY;
+}
+
+bool Rasterizer::IsOverBudget() const
+{
+    const uint64_t ofPixels = program.shader ? program.shader->Work() : 0;
+    const uint64_t ofVertices = shadesVertices ? shaderVertices->Work() : 0;
+    return ofPixels + ofVertices >= gShaderBudget;
+}
+
+/// Primitives in runs, so that the shader computes many vertices at a time.
+void Rasterizer::DrawShaded(const DrawRequest& request, bool drawsLastPixel)
+{
+    const int count = CornerCount(request.type);
+    for (UINT first = 0; first < request.primitiveCount && !IsOverBudget();) {
+        const UINT run = std::min(ShaderVertices::kRun, request.primitiveCount - first);
+        UINT indices[ShaderVertices::kRun * 3];
+        int used = 0;
+        for (UINT i = 0; i < run; ++i) {
+            UINT places[3];
+            CornersOf(request.type, first + i, places);
+            for (int corner = 0; corner < count; ++corner)
+                indices[used++] = static_cast<UINT>(request.indices.Vertex(places[corner]));
+        }
+        shaderVertices->ShadeRun(indices, used);
+        for (UINT i = 0; i < run; ++i) {
+            const ShadedVertex* shaded[3] = {};
+            for (int corner = 0; corner < count; ++corner)
+                shaded[corner] = &shaderVertices->Corner(static_cast<int>(i) * count + corner);
+            DrawCorners(request, first + i, shaded, drawsLastPixel);
+        }
+        first += run;
+    }
 }
 
 void Rasterizer::DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel)
@@ -77,6 +158,13 @@ void Rasterizer::DrawPrimitive(const DrawRequest& request, UINT index, bool draw
     for (int i = 0; i < count; ++i)
         corners[i] = static_cast<UINT>(request.indices.Vertex(places[i]));
     vertices.Shade(corners, count, shaded);
+    DrawCorners(request, index, shaded, drawsLastPixel);
+}
+
+void Rasterizer::DrawCorners(const DrawRequest& request, UINT index,
+                             const ShadedVertex* const (&shaded)[3], bool drawsLastPixel)
+{
+    const int count = CornerCount(request.type);
     // In a strip the end of a line is the start of the next one.
     const bool isLast = request.type == D3DPT_LINELIST || index + 1 == request.primitiveCount;
     if (count == 1)

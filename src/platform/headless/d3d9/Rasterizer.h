@@ -2,7 +2,12 @@
 
 #include "platform/headless/d3d9/PrimitiveAssembly.h"
 #include "platform/headless/d3d9/PrimitiveDrawer.h"
+#include "platform/headless/d3d9/ShaderPixels.h"
+#include "platform/headless/d3d9/ShaderVertices.h"
 #include "platform/headless/d3d9/VertexPipeline.h"
+
+#include <memory>
+#include <utility>
 
 namespace headless {
 
@@ -14,9 +19,15 @@ struct DrawRequest {
     VertexStream stream;
 };
 
+/// Steps of shaders in one draw, each on four vertices or pixels; a draw that takes more is cut off.
+constexpr uint64_t kShaderBudget = uint64_t{1} << 30;
+/// The steps that draws have now; tests lower it.
+extern uint64_t gShaderBudget;
+
 /// What is done with a draw that nobody looks at: it fails as it would, and marks the pictures that it
 /// would change as blank.
-HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request);
+HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout,
+                     const DrawRequest& request);
 
 /// Executes draws. Keeps its working memory, some 250 kilobytes, so that a draw allocates none.
 class Rasterizer {
@@ -24,12 +35,25 @@ public:
     /// Draws nothing and fails if a vertex lies outside the stream or a state is not modelled.
     HRESULT Draw(const DrawState& state, const VertexLayout& layout, const DrawRequest& request);
 
+    /// Whether a draw since the last call ended early because its shaders took too long.
+    bool TakeCutOff() { return std::exchange(wasCutOff, false); }
+
 private:
     void DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel);
+    HRESULT PrepareShaders(const DrawState& state, const VertexLayout& layout,
+                           const DrawRequest& request);
+    void DrawShaded(const DrawRequest& request, bool drawsLastPixel);
+    void DrawCorners(const DrawRequest& request, UINT index, const ShadedVertex* const (&shaded)[3],
+                     bool drawsLastPixel);
+    bool IsOverBudget() const;
 
     VertexPipeline vertices;
     PixelProgram program;
     PrimitiveDrawer drawer;
+    std::unique_ptr<ShaderVertices> shaderVertices; ///< made by the first draw with one
+    std::unique_ptr<ShaderPixels> shaderPixels;
+    bool shadesVertices = false; ///< this draw has a vertex shader
+    bool wasCutOff = false;
 };
 
 } // namespace headless

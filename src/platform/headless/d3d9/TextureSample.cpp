@@ -1,6 +1,7 @@
 #include "platform/headless/d3d9/TextureSample.h"
 
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3d9/SrgbCurve.h"
 
 #include <algorithm>
 #include <bit>
@@ -170,6 +171,47 @@ Rgba4 ToColours(const Sampler& sampler, IntLanes words)
     return colours;
 }
 
+/// sRGB texels as linear light.
+Rgba4 Linearised(const Sampler& sampler, IntLanes words)
+{
+    Rgba4 colours = ToColours(sampler, words);
+    for (int c = 0; c < 3; ++c)
+        colours.c[c] = LinearOfSrgb(colours.c[c]);
+    return colours;
+}
+
+Rgba4 Mixed(const Rgba4& a, const Rgba4& b, Lanes share)
+{
+    Rgba4 mixed;
+    for (int c = 0; c < 4; ++c)
+        mixed.c[c] = a.c[c] + (b.c[c] - a.c[c]) * share;
+    return mixed;
+}
+
+/// Like `SampleLevel`, but texels are linearised before they are mixed.
+Rgba4 SampleSrgbLevel(const Sampler& sampler, int levelIndex, bool isLinear, Lanes u, Lanes v)
+{
+    if (!isLinear)
+        return Linearised(sampler, SampleLevel(sampler, levelIndex, false, u, v));
+    const Texels& level = sampler.levels[levelIndex];
+    Taps x, y;
+    kLinearTaps[sampler.addressU - D3DTADDRESS_WRAP](u, level.width, x);
+    kLinearTaps[sampler.addressV - D3DTADDRESS_WRAP](v, level.height, y);
+    const auto texels = [&](const int32_t(&column)[4], const int32_t(&row)[4]) {
+        return Linearised(sampler, Gather<true>(level, column, row, sampler.border));
+    };
+    const Lanes across = ToFloats(x.share) * Splat(1.0f / 256.0f);
+    const Lanes down = ToFloats(y.share) * Splat(1.0f / 256.0f);
+    return Mixed(Mixed(texels(x.first, y.first), texels(x.second, y.first), across),
+                 Mixed(texels(x.first, y.second), texels(x.second, y.second), across), down);
+}
+
+Rgba4 SampleColours(const Sampler& sampler, int levelIndex, bool isLinear, Lanes u, Lanes v)
+{
+    return sampler.isSrgb ? SampleSrgbLevel(sampler, levelIndex, isLinear, u, v)
+                          : ToColours(sampler, SampleLevel(sampler, levelIndex, isLinear, u, v));
+}
+
 /// What each pixel reads: level * 2, plus 1 for the linear filter.
 struct alignas(16) Choice {
     int32_t key[4];
@@ -180,13 +222,20 @@ Rgba4 SampleChosen(const Sampler& sampler, Lanes u, Lanes v, const Choice& choic
 {
     const IntLanes keys = LoadInts(choice.key);
     IntLanes words = SplatInt(0);
+    Rgba4 linear = SplatColour(0.0f, 0.0f, 0.0f, 0.0f);
     while (lanes != 0) {
         const int key = choice.key[std::countr_zero(static_cast<unsigned>(lanes))];
         const IntLanes same = IsEqual(keys, SplatInt(key));
-        words = Select(same, SampleLevel(sampler, key / 2, key % 2 != 0, u, v), words);
+        if (sampler.isSrgb) {
+            const Rgba4 colours = SampleSrgbLevel(sampler, key / 2, key % 2 != 0, u, v);
+            for (int c = 0; c < 4; ++c)
+                linear.c[c] = Select(AsFloats(same), colours.c[c], linear.c[c]);
+        } else {
+            words = Select(same, SampleLevel(sampler, key / 2, key % 2 != 0, u, v), words);
+        }
         lanes &= ~LaneBits(same);
     }
-    return ToColours(sampler, words);
+    return sampler.isSrgb ? linear : ToColours(sampler, words);
 }
 
 Choice ChooseLevels(const Sampler& sampler, Lanes wanted, bool isMagnified, const int isSmall[4])
@@ -242,9 +291,6 @@ HRESULT CheckSamplerStates(const DrawState& state, UINT stage)
     for (const D3DSAMPLERSTATETYPE type : {D3DSAMP_MAGFILTER, D3DSAMP_MINFILTER, D3DSAMP_MIPFILTER})
         if (states[type] > D3DTEXF_ANISOTROPIC)
             return Unmodelled("D3DSAMP_FILTER", states[type]);
-    // UNMODELLED: sRGB colours.
-    if (states[D3DSAMP_SRGBTEXTURE] != 0)
-        return Unmodelled("D3DSAMP_SRGBTEXTURE", states[D3DSAMP_SRGBTEXTURE]);
     return D3D_OK;
 }
 
@@ -269,6 +315,7 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
     const PixelFormat& format = *texture.levels[0]->pixels.format;
     samplerOut.opaque = format.HasAlpha() ? 0 : 0xFF000000;
     samplerOut.isSigned = format.kind == PixelKind::Signed;
+    samplerOut.isSrgb = states[D3DSAMP_SRGBTEXTURE] != 0 && !samplerOut.isSigned;
     for (int i = 0; i <= samplerOut.lastLevel; ++i)
         if (!texture.levels[static_cast<size_t>(i)]->Read(samplerOut.levels[i]))
             return E_OUTOFMEMORY;
@@ -291,8 +338,7 @@ Lanes LevelOfDetail(const Sampler& sampler, const CoordinateSlopes& slopes)
 Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes)
 {
     if (!sampler.NeedsLevel())
-        return ToColours(sampler,
-                         SampleLevel(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v));
+        return SampleColours(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v);
 
     const int small = LaneBits(IsGreater(level, Splat(0.0f)));
     const int isSmall[4] = {small & 1, small & 2, small & 4, small & 8};

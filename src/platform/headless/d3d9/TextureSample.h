@@ -22,6 +22,7 @@ struct Sampler {
     uint32_t border = 0;
     uint32_t opaque = 0; ///< bits to set in each texel: alpha of formats without it
     bool isSigned = false;
+    bool isSrgb = false; ///< colours are linearised before they are mixed
 
     /// Whether the footprint of a pixel on the texture matters at all.
     bool NeedsLevel() const;

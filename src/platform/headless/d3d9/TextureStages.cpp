@@ -3,7 +3,6 @@
 #include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3d9/StageOperations.h"
 
-#include <algorithm>
 #include <bit>
 
 namespace headless {
@@ -99,16 +98,6 @@ void MakeBump(const StageStates& states, bool hasTexture, StageProgram& stage)
     stage.luminanceOffset = number(D3DTSS_BUMPENVLOFFSET);
 }
 
-/// Drawing into a picture that the same draw samples has no defined result.
-bool ReadsTarget(const DrawState& state, UINT stage)
-{
-    const auto& levels = state.pictures[stage]->levels;
-    const auto isTarget = [&](const SampledPicture* level) {
-        return &level->pixels == state.target;
-    };
-    return std::any_of(levels.begin(), levels.end(), isTarget);
-}
-
 /// Where the coordinates come from and how they are transformed; called only for stages that
 /// sample.
 HRESULT CheckCoordinates(const StageStates& states)
@@ -158,8 +147,6 @@ HRESULT MakeStage(const DrawState& state, UINT index, StagePrograms& programs)
     programs.readsSpecular |= reads.specular;
     if (!stage.samples)
         return D3D_OK;
-    if (ReadsTarget(state, index))
-        return Unmodelled("A texture that is the render target", index);
     result = CheckCoordinates(states);
     if (SUCCEEDED(result))
         result = MakeSampler(state, index, stage.sampler);

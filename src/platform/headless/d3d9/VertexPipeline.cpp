@@ -100,6 +100,8 @@ void VertexPipeline::Process(UINT index, ShadedVertex& out)
 {
     SourceVertex source;
     FetchVertex(layout, stream, index, source);
+    if (varyings.areWhole) // a pixel shader may read what these functions do not give: 0
+        std::fill_n(out.varying, varyings.count, 0.0f);
     CameraVertex camera = {};
     Transform(source, camera, out);
     if (needsColours) {

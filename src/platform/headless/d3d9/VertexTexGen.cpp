@@ -74,6 +74,8 @@ void VertexTexGen::Prepare(const DrawState& state, const VertexLayout& vertexLay
                                ? layout->setFloats[stage.set]
                                : (isStored ? 2 : 3);
         stage.isProjected = varyings.isProjected[i];
+        stage.isWhole = varyings.areWhole;
+        stage.floats = floats;
         stage.divisor = DivisorOf(flags, floats);
         stage.matrix = state.texture[i];
     }
@@ -93,10 +95,15 @@ void VertexTexGen::Write(const VertexStream& stream, UINT index, const CameraVer
         for (int c = 0; stage.isMoved && c < 4; ++c)
             moved[c] = in[0] * stage.matrix.m[0][c] + in[1] * stage.matrix.m[1][c] +
                        in[2] * stage.matrix.m[2][c] + in[3] * stage.matrix.m[3][c];
+        // A shader gets coordinates that no matrix moves as 0, 0, 0, 1 where they are missing.
+        for (int c = stage.floats; stage.isWhole && !stage.isMoved && c < 4; ++c)
+            moved[c] = c == 3 ? 1.0f : 0.0f;
         float* out = shadedOut.varying + stage.place;
         out[0] = moved[0];
         out[1] = moved[1];
-        if (stage.isProjected)
+        if (stage.isWhole)
+            std::copy_n(moved, 4, out);
+        else if (stage.isProjected)
             out[2] = stage.divisor >= 0 ? moved[stage.divisor] : 1.0f;
     }
 }

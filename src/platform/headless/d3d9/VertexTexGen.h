@@ -21,7 +21,9 @@ private:
         UINT set;
         bool isMoved; ///< the stage's texture matrix applies
         bool isProjected;
-        int divisor; ///< index of the coordinate to divide by; -1 if not projected
+        bool isWhole; ///< four coordinates are written as they are
+        int floats;   ///< of the source
+        int divisor;  ///< index of the coordinate to divide by; -1 if not projected
         D3DMATRIX matrix;
     };
 

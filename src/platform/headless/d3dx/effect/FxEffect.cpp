@@ -1,6 +1,7 @@
 // Lifetime of an effect, and queries about its contents.
 
 #include "platform/headless/d3dx/effect/FxEffect.h"
+#include "platform/headless/d3dx/effect/FxShader.h"
 
 #include <algorithm>
 #include <charconv>
@@ -264,11 +265,15 @@ HRESULT FxEffect::GetPassDesc(D3DXHANDLE handle, D3DXPASS_DESC* descOut)
     const FxPass* pass = Pass(handle);
     if (!pass || !descOut)
         return D3DERR_INVALIDCALL;
-    const auto function = [](const std::array<DWORD, 2>& code) {
+    const auto function = [](const std::array<DWORD, 2>& code,
+                             const FxShader* assembled) -> const DWORD* {
+        if (assembled && !assembled->words.empty())
+            return assembled->words.data();
         return code[0] != 0 ? code.data() : nullptr;
     };
     *descOut = {pass->name.c_str(), static_cast<UINT>(pass->annotations.size()),
-                function(pass->vertexFunction), function(pass->pixelFunction)};
+                function(pass->vertexFunction, pass->vertexShader.get()),
+                function(pass->pixelFunction, pass->pixelShader.get())};
     return D3D_OK;
 }
 

@@ -15,10 +15,12 @@ struct FxPass {
     std::string name;
     std::vector<std::unique_ptr<FxParameter>> annotations;
     std::vector<FxAssignment> states;
-    /// What `GetPassDesc` returns as a shader's code: the version and an end token only, because
-    /// this host compiles none. A version of 0 means no shader.
+    /// What `GetPassDesc` returns as a shader's code if it is not assembled here: the version and an
+    /// end token only. A version of 0 means no shader.
     std::array<DWORD, 2> vertexFunction = {0, 0x0000FFFF};
     std::array<DWORD, 2> pixelFunction = {0, 0x0000FFFF};
+    std::shared_ptr<FxShader> vertexShader; ///< assembled; null otherwise
+    std::shared_ptr<FxShader> pixelShader;
     std::string place; ///< in the text, as errors show it
     std::string lack;  ///< why this host cannot draw it, with the place; "" if it can
 };

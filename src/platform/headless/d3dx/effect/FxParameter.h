@@ -15,6 +15,7 @@
 namespace headless::fx {
 
 struct FxParameter;
+struct FxShader;
 
 /// A texture, sampler or shader that an assignment names.
 struct FxObject {
@@ -31,6 +32,7 @@ struct FxAssignment {
     UINT index = 0;
     FxExpression value; ///< empty for objects
     FxObject object;
+    std::shared_ptr<FxShader> shader; ///< of an `asm` block in its place; null for none
 
     bool Reads(const FxParameter& parameter) const;
     uint64_t Newest() const;
@@ -69,7 +71,8 @@ struct FxParameter {
         parts; ///< an array's elements, else a struct's members
     std::vector<std::unique_ptr<FxParameter>> annotations;
     std::vector<FxAssignment> samplerStates; ///< of a sampler that is not an array
-    DWORD shaderVersion = 0; ///< of a shader parameter, as in compiled code; 0 for NULL
+    DWORD shaderVersion = 0;          ///< of a shader parameter, as in compiled code; 0 for NULL
+    std::shared_ptr<FxShader> shader; ///< of an `asm` block; null if it is compiled, and for NULL
 
     bool IsArray() const { return elements > 0; }
     bool IsNumeric() const { return kind <= D3DXPC_MATRIX_COLUMNS; }

@@ -53,7 +53,7 @@ private:
     bool Object(FxParameter& parameter);
     bool String(FxParameter& parameter);
     bool Sampler(FxParameter& parameter);
-    bool Shader(bool isVertex, DWORD& versionOut);
+    bool Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut);
     DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
@@ -70,6 +70,10 @@ private:
     void KeepLack(FxPass& pass, const FxToken& word, const std::string& what) const;
     bool IsUnmodelledPlace(const FxState& state) const;
     bool PassShader(const FxState& state, FxPass& pass);
+    FxShape RegisterShape() const;
+    DWORD ParameterShader(const FxParameter& shader, const FxToken& value, FxPass& pass) const;
+    void KeepShaderLack(FxPass& pass, const FxToken& value, DWORD version,
+                        const FxShader* shader) const;
 
     FxDiagnostics& diagnostics;
     EffectPool* pool; ///< not owned

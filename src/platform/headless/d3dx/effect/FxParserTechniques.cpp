@@ -5,6 +5,7 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
+#include "platform/headless/d3dx/effect/FxShader.h"
 
 namespace headless::fx {
 
@@ -119,11 +120,9 @@ bool FxParser::PassState(FxPass& pass)
     if (!state && !FxIsUnmodelledState(name.text))
         return words.Fail(FxError::UnknownState, "there is no state " + FxDescribe(name));
     words.Next();
-    const bool isConstant = state && state->kind == FxStateKind::ShaderConstant;
-    if (!state || isConstant || IsUnmodelledPlace(*state)) {
-        KeepLack(pass, name,
-                 isConstant ? std::string(kNoShaders)
-                            : "this host does not have the state " + FxDescribe(name));
+    if (!state || IsUnmodelledPlace(*state) ||
+        (state->kind == FxStateKind::ShaderConstant && RegisterShape().rows == 0)) {
+        KeepLack(pass, name, "this host does not have the state " + FxDescribe(name));
         return words.SkipStatement();
     }
     if (state->kind == FxStateKind::VertexShader || state->kind == FxStateKind::PixelShader)
@@ -166,6 +165,31 @@ bool FxParser::IsUnmodelledPlace(const FxState& state) const
     return isSampler && index >= D3DDMAPSAMPLER && index <= D3DVERTEXTEXTURESAMPLER3;
 }
 
+/// A shader by parameter: its version, and why it cannot be used.
+DWORD FxParser::ParameterShader(const FxParameter& shader, const FxToken& value, FxPass& pass) const
+{
+    DWORD version = shader.shaderVersion;
+    KeepShaderLack(pass, value, shader.shaderVersion, shader.shader.get());
+    for (const auto& element : shader.parts) {
+        version = std::max(version, element->shaderVersion);
+        KeepShaderLack(pass, value, element->shaderVersion, element->shader.get());
+    }
+    return version;
+}
+
+/// A shader that has a version but was not assembled, or not without a fault.
+void FxParser::KeepShaderLack(FxPass& pass, const FxToken& value, DWORD version,
+                              const FxShader* shader) const
+{
+    if (version == 0)
+        return;
+    if (!shader)
+        KeepLack(pass, value, kNoShaders);
+    else if (!shader->fault.empty() && pass.lack.empty())
+        pass.lack = diagnostics.PlaceText(shader->place.line ? shader->place : value.place) + ": " +
+                    shader->fault;
+}
+
 bool FxParser::PassShader(const FxState& state, FxPass& pass)
 {
     const bool isVertex = state.kind == FxStateKind::VertexShader;
@@ -184,16 +208,14 @@ bool FxParser::PassShader(const FxState& state, FxPass& pass)
     if (isParameter) {
         if (!ObjectValue(state, assignment))
             return false;
-        const FxParameter& shader = *assignment.object.parameter;
-        version = shader.shaderVersion;
-        for (const auto& element : shader.parts)
-            version = std::max(version, element->shaderVersion);
-    } else if (!Shader(isVertex, version)) {
-        return false;
+        version = ParameterShader(*assignment.object.parameter, value, pass);
+    } else {
+        if (!Shader(isVertex, version, assignment.shader))
+            return false;
+        KeepShaderLack(pass, value, version, assignment.shader.get());
+        (isVertex ? pass.vertexShader : pass.pixelShader) = assignment.shader;
     }
     (isVertex ? pass.vertexFunction : pass.pixelFunction)[0] = version;
-    if (version != 0)
-        KeepLack(pass, value, kNoShaders);
     pass.states.push_back(std::move(assignment));
     return words.Expect(";");
 }
@@ -229,13 +251,34 @@ bool FxParser::Assignment(const FxState& state, FxAssignment& assignmentOut)
     return isRead && words.Expect(";");
 }
 
+/// The shape of a list for shader constants: up to four numbers, or rows of four. No rows for a list
+/// of another length.
+FxShape FxParser::RegisterShape() const
+{
+    size_t ahead = 0;
+    while (!words.Peek(ahead).Is("{")) {
+        if (words.Peek(ahead).Is(";") || words.Peek(ahead).kind == FxTokenKind::End)
+            return {D3DXPT_FLOAT, 1, 4}; // no list
+        ++ahead;
+    }
+    UINT count = 1;
+    for (++ahead; words.Peek(ahead).kind != FxTokenKind::End && !words.Peek(ahead).Is(";"); ++ahead)
+        count += words.Peek(ahead).Is(",") && !words.Peek(ahead + 1).Is("}") ? 1 : 0;
+    if (count <= 4)
+        return {D3DXPT_FLOAT, 1, count};
+    return {D3DXPT_FLOAT, count % 4 == 0 && count <= 16 ? count / 4 : 0, 4};
+}
+
 bool FxParser::StateValue(const FxState& state, FxAssignment& assignmentOut)
 {
     const bool inAngles = words.Accept("<");
     const FxPlace place = words.Peek().place;
     expressions.SetStateWords(state.words);
     expressions.SetInAngles(inAngles);
-    const bool isRead = words.Is("{") ? expressions.ReadList(ListShape(state), assignmentOut.value)
+    const bool isRead = words.Is("{") ? expressions.ReadList(state.value == FxStateValue::Registers
+                                                                 ? RegisterShape()
+                                                                 : ListShape(state),
+                                                             assignmentOut.value)
                                       : expressions.Read(assignmentOut.value);
     expressions.SetStateWords(nullptr);
     expressions.SetInAngles(false);
@@ -252,6 +295,8 @@ bool FxParser::CheckValue(const FxState& state, FxPlace place, FxExpression& val
                             "the state '" + std::string(state.name) + "' takes " + wanted);
     };
     switch (state.value) {
+    case FxStateValue::Registers:
+        return shape.columns <= 4 || fail("numbers, vectors or a matrix");
     case FxStateValue::Matrix:
         return (shape.rows == 4 && shape.columns == 4) || fail("a matrix of 4 by 4");
     case FxStateValue::Floats:

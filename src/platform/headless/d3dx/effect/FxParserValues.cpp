@@ -5,6 +5,7 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
+#include "platform/headless/d3dx/effect/FxShader.h"
 
 namespace headless::fx {
 
@@ -222,7 +223,8 @@ bool FxParser::Object(FxParameter& parameter)
     if (parameter.IsSampler())
         return Sampler(parameter);
     if (parameter.IsShader())
-        return Shader(parameter.type == D3DXPT_VERTEXSHADER, parameter.shaderVersion);
+        return Shader(parameter.type == D3DXPT_VERTEXSHADER, parameter.shaderVersion,
+                      parameter.shader);
     if (!IsNull())
         return words.Unexpected("NULL");
     words.Next();
@@ -261,7 +263,7 @@ bool FxParser::Sampler(FxParameter& parameter)
     return true;
 }
 
-// ---- Shaders, which this host does not compile
+// ---- Shaders
 
 /// The version token of compiled code for the profile `ahead` of the next token: `vs_1_1`,
 /// `vs.1.1`, `vs_2_a`. An invalid profile counts as 1.1, as the shader is not compiled anyway.
@@ -277,8 +279,8 @@ DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
     return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
-/// Skips the contents of `asm` and `compile`, which only matter to shaders.
-bool FxParser::Shader(bool isVertex, DWORD& versionOut)
+/// `NULL`, `compile` or `asm`. Blocks of `asm` are assembled; what `compile` calls is skipped.
+bool FxParser::Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
 {
     versionOut = 0;
     if (IsNull()) {
@@ -286,7 +288,8 @@ bool FxParser::Shader(bool isVertex, DWORD& versionOut)
         return true;
     }
     const FxToken& kind = words.Peek();
-    const bool isAssembler = kind.IsWord("asm") || kind.IsWord("asm_fragment");
+    const bool isBlock = kind.IsWord("asm");
+    const bool isAssembler = isBlock || kind.IsWord("asm_fragment");
     const bool isCall = kind.IsWord("compile") || kind.IsWord("compile_fragment");
     if (!isAssembler && !isCall && !kind.IsWord("decl"))
         return words.Unexpected("NULL, compile or asm");
@@ -295,6 +298,16 @@ bool FxParser::Shader(bool isVertex, DWORD& versionOut)
         return words.Unexpected("'{'");
     }
     versionOut = ShaderVersion(isVertex, isAssembler ? 2 : 1);
+    if (!isBlock)
+        return words.SkipValue();
+    words.Next();
+    std::vector<FxToken> block;
+    if (!words.SkipAssembler(&block))
+        return false;
+    shaderOut = std::make_shared<FxShader>();
+    AssembleFxShader(block, isVertex, *shaderOut);
+    if (!shaderOut->words.empty())
+        versionOut = shaderOut->words[0];
     return words.SkipValue();
 }
 

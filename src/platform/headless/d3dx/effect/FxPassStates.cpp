@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/effect/FxPassStates.h"
 
+#include "platform/headless/d3dx/effect/FxShader.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -113,7 +115,46 @@ HRESULT FxPassStates::ApplySampler(IDirect3DDevice9& device, const FxAssignment&
     return first;
 }
 
-/// A pass with a shader is never applied, so shaders assigned here are always null.
+HRESULT FxPassStates::ApplyShader(IDirect3DDevice9& device, const FxAssignment& assignment)
+{
+    const bool isVertex = assignment.state->kind == FxStateKind::VertexShader;
+    const FxParameter* parameter = assignment.object.Resolve(scratch);
+    FxShader* shader = assignment.shader ? assignment.shader.get()
+                                         : (parameter ? parameter->shader.get() : nullptr);
+    if (shader)
+        return shader->Set(device, isVertex);
+    return isVertex ? device.SetVertexShader(nullptr) : device.SetPixelShader(nullptr);
+}
+
+/// A row of a matrix fills a register; missing components are 0.
+HRESULT FxPassStates::ApplyRegisters(IDirect3DDevice9& device, const FxAssignment& assignment)
+{
+    const FxNumber number = assignment.value.Evaluate(scratch);
+    const bool isVertex = assignment.state->floats != 0;
+    const UINT rows = number.shape.rows, columns = number.shape.columns;
+    float floats[16] = {};
+    int ints[16] = {};
+    BOOL bools[16] = {};
+    for (UINT i = 0; i < rows * columns && i < 16; ++i) {
+        const UINT at = i / columns * 4 + i % columns;
+        floats[at] = number.Float(i);
+        ints[at] = number.Int(i);
+        bools[i] = number.Bool(i) ? TRUE : FALSE;
+    }
+    const UINT first = assignment.index;
+    switch (assignment.state->number) {
+    case kFxWholeRegisters:
+        return isVertex ? device.SetVertexShaderConstantI(first, ints, rows)
+                        : device.SetPixelShaderConstantI(first, ints, rows);
+    case kFxTruthRegisters:
+        return isVertex ? device.SetVertexShaderConstantB(first, bools, rows * columns)
+                        : device.SetPixelShaderConstantB(first, bools, rows * columns);
+    default:
+        return isVertex ? device.SetVertexShaderConstantF(first, floats, rows)
+                        : device.SetPixelShaderConstantF(first, floats, rows);
+    }
+}
+
 HRESULT FxPassStates::ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment)
 {
     const FxState& state = *assignment.state;
@@ -141,9 +182,10 @@ HRESULT FxPassStates::ApplyOne(IDirect3DDevice9& device, const FxAssignment& ass
     case FxStateKind::SamplerObject:
         return ApplySampler(device, assignment);
     case FxStateKind::VertexShader:
-        return device.SetVertexShader(nullptr);
     case FxStateKind::PixelShader:
-        return device.SetPixelShader(nullptr);
+        return ApplyShader(device, assignment);
+    case FxStateKind::ShaderConstant:
+        return ApplyRegisters(device, assignment);
     case FxStateKind::VertexFormat:
         return device.SetFVF(Word(state, assignment.value));
     case FxStateKind::PatchSegments:

@@ -26,13 +26,17 @@ enum class FxStateKind {
     PatchSegments,
 };
 
+/// Which constants of shaders a state sets.
+inline constexpr DWORD kFxFloatRegisters = 0, kFxWholeRegisters = 1, kFxTruthRegisters = 2;
+
 /// How a value is converted for the device.
 enum class FxStateValue {
     Number,
     Truth,
     Float,
-    Color,  ///< a packed number, or a vector of 3 or 4
-    Floats, ///< `floats` of them, contiguous
+    Color,     ///< a packed number, or a vector of 3 or 4
+    Floats,    ///< `floats` of them, contiguous
+    Registers, ///< constants of shaders, a register for each row
     Matrix,
     Object,
 };

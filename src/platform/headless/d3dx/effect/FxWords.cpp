@@ -2,7 +2,7 @@
 
 namespace headless::fx {
 
-bool FxWords::SkipAssembler()
+bool FxWords::SkipAssembler(std::vector<FxToken>* blockOut)
 {
     const FxToken first = Next();
     bool isComment = false;
@@ -14,6 +14,8 @@ bool FxWords::SkipAssembler()
         const bool goesOn = (Is(";") || Is(",")) && !Peek().startsLine;
         depth += !isComment && word.Is("{") ? 1 : 0;
         depth -= (!isComment || goesOn) && word.Is("}") ? 1 : 0;
+        if (blockOut && depth > 0)
+            blockOut->push_back(word);
     }
     return true;
 }

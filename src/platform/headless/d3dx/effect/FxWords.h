@@ -82,7 +82,9 @@ public:
     /// comment, in which brackets do not count. But some authors write a block on one line and
     /// separate instructions by `;`, so a bracket does count if the statement, or a list, continues
     /// after it on that line.
-    bool SkipAssembler();
+    /// Skips the rest of an assembler block from its `{` on; `blockOut` gets what is between the
+    /// brackets, unless it is null.
+    bool SkipAssembler(std::vector<FxToken>* blockOut = nullptr);
     /// Skips a value of any kind, including assembler text, up to the `;`, `,` or closing bracket
     /// that ends it.
     bool SkipValue();

@@ -1,0 +1,56 @@
+#include "platform/headless/d3d9/ShaderTexture.h"
+
+namespace headless {
+
+Lanes ShaderTexture::Level(const Lanes (&)[3], const shader::CoordinateSteps& steps) const
+{
+    return LevelOfDetail(sampler, {steps.dx[0], steps.dx[1], steps.dy[0], steps.dy[1]});
+}
+
+void ShaderTexture::Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
+                           Lanes (&colourOut)[4]) const
+{
+    const Rgba4 colour = SampleTexture(sampler, coordinates[0], coordinates[1], level, lanes);
+    for (int c = 0; c < 4; ++c)
+        colourOut[c] = colour.c[c];
+}
+
+HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& program, UINT first)
+{
+    for (UINT i = 0; i < kPixelSamplerCount; ++i) {
+        if ((program.samplers >> i & 1) == 0)
+            continue;
+        if (const HRESULT result = CheckSamplerStates(state, first + i); FAILED(result))
+            return result;
+    }
+    return D3D_OK;
+}
+
+HRESULT CheckShaderTextures(const DrawState& state, const shader::Program& program, UINT first)
+{
+    Sampler sampler;
+    for (UINT i = 0; i < kPixelSamplerCount; ++i) {
+        if ((program.samplers >> i & 1) == 0 || !state.pictures[first + i])
+            continue;
+        if (const HRESULT result = MakeSampler(state, first + i, sampler); FAILED(result))
+            return result;
+    }
+    return D3D_OK;
+}
+
+HRESULT ShaderTextures::Prepare(const DrawState& state, const shader::Program& program, UINT first,
+                                shader::Machine& machine)
+{
+    for (UINT i = 0; i < kPixelSamplerCount; ++i) {
+        machine.units[i] = nullptr;
+        if ((program.samplers >> i & 1) == 0 || !state.pictures[first + i])
+            continue;
+        const HRESULT result = MakeSampler(state, first + i, textures[i].sampler);
+        if (FAILED(result))
+            return result;
+        machine.units[i] = &textures[i];
+    }
+    return D3D_OK;
+}
+
+} // namespace headless

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/headless/d3d9/TextureSample.h"
+#include "platform/headless/shader/Machine.h"
+
+namespace headless {
+
+/// A texture with its sampler, as the programs of shaders read it.
+class ShaderTexture final : public shader::TextureUnit {
+public:
+    bool NeedsLevel() const override { return sampler.NeedsLevel(); }
+    float Bias() const override { return sampler.levelBias; }
+    Lanes Level(const Lanes (&coordinates)[3], const shader::CoordinateSteps& steps) const override;
+    void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
+                Lanes (&colourOut)[4]) const override;
+
+    Sampler sampler;
+};
+
+/// The textures that one program reads.
+class ShaderTextures {
+public:
+    /// Gives the machine the texture of each sampler that its program reads, from slot `first` of the
+    /// state on. Fails for unknown sampler states and when memory runs out.
+    HRESULT Prepare(const DrawState& state, const shader::Program& program, UINT first,
+                    shader::Machine& machine);
+
+private:
+    ShaderTexture textures[kPixelSamplerCount];
+};
+
+/// Whether `ShaderTextures::Prepare` would fail; unpacks the textures.
+HRESULT CheckShaderTextures(const DrawState& state, const shader::Program& program, UINT first);
+
+/// Whether `ShaderTextures::Prepare` would fail for the states alone.
+HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& program, UINT first);
+
+} // namespace headless

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/headless/d3d9/Lanes.h"
+
+namespace headless::shader {
+
+/// How coordinates change from a pixel to its right and lower neighbours.
+struct CoordinateSteps {
+    Lanes dx[3];
+    Lanes dy[3];
+};
+
+/// What a texture instruction reads through: a texture with its sampler, and what the oldest pixel
+/// shaders take from the texture stage. The device provides it for each draw.
+class TextureUnit {
+public:
+    /// Whether a level has to be given at all.
+    virtual bool NeedsLevel() const = 0;
+    /// The level for a footprint, the sampler's bias added.
+    virtual Lanes Level(const Lanes (&coordinates)[3], const CoordinateSteps& steps) const = 0;
+    /// What the sampler adds to a level that the shader gives.
+    virtual float Bias() const = 0;
+    /// Four colours. Only those with a bit in `lanes` need be right; coordinates may be anything.
+    virtual void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
+                        Lanes (&colourOut)[4]) const = 0;
+
+protected:
+    ~TextureUnit() = default;
+};
+
+/// What pixel shaders before 1.4 read from the stage of a texture.
+struct StageValues {
+    bool isProjected = false; ///< tex divides the coordinates
+    int divisor = 3;          ///< by this one
+    float bumpMatrix[2][2] = {};
+    float luminanceScale = 0.0f;
+    float luminanceOffset = 0.0f;
+};
+
+} // namespace headless::shader

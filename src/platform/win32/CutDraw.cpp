@@ -1,0 +1,7 @@
+#include "platform/CutDraw.h"
+
+/// The system ends or restarts a display driver that hangs.
+bool TakeCutDraw()
+{
+    return false;
+}
