@@ -15,7 +15,8 @@ constexpr size_t kMostWords = 2000; // keeps an input below a second
 std::vector<Word> WordsOf(const uint8_t* bytes, size_t count)
 {
     std::vector<Word> words(std::min(count / sizeof(Word), kMostWords));
-    std::memcpy(words.data(), bytes, words.size() * sizeof(Word));
+    if (!words.empty())
+        std::memcpy(words.data(), bytes, words.size() * sizeof(Word));
     return words;
 }
 

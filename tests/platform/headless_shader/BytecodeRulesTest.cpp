@@ -98,6 +98,8 @@ constexpr Rule kOperandRules[] = {
 constexpr Rule kDeclarationRules[] = {
     {"a value is defined for a register of another kind", "ps_2_0\ndef r0, 1, 2, 3, 4\nmov oC0, c0",
      "ps_2_0\ndef c0, 1, 2, 3, 4\nmov oC0, c0"},
+    {"the version does not have this kind of register", "ps_2_0\ndefi i0, 1, 2, 3, 4\nmov oC0, c0",
+     "ps_2_x\ndefi i0, 1, 2, 3, 4\nmov oC0, c0"},
     {"a register number is too high", "ps_2_0\ndef c32, 1, 2, 3, 4\nmov oC0, c0",
      "ps_2_0\ndef c31, 1, 2, 3, 4\nmov oC0, c0"},
     {"the version does not declare this kind of register", "ps_2_0\ndcl r0\nmov oC0, c0",
@@ -350,6 +352,15 @@ TEST(BytecodeRules, FieldsThatTextCannotState)
     EXPECT_EQ(ReasonOf(Stream(kPs30, {0x0300005E, 0xB00F1000, 0xA0E40000, 0xA0E40000, 0x13000002,
                                       0x800F0000, 0xB1E41000, 0xA0E40000, 0xA0E40000})),
               "an instruction states a wrong length");
+    const std::vector<Word> setPredicate = {0x0301005E, 0xB00F1000, 0xA0E40000, 0xA0E40000};
+    const auto predicated = [&](Word predicate) { // mov oC0, c0
+        std::vector<Word> words = setPredicate;
+        words.insert(words.end(), {0x13000001, 0x800F0800, predicate, 0xA0E40000});
+        return ReasonOf(Stream(kPs30, words));
+    };
+    EXPECT_EQ(predicated(0xB1E41000), "the predicate has no such modifier"); // minus
+    EXPECT_EQ(predicated(0xBDE41000), "");                                   // not
+    EXPECT_EQ(predicated(0xB0E41000), "");
 }
 
 TEST(BytecodeRules, FaultsNameTheirPlace)

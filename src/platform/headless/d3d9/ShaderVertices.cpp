@@ -9,17 +9,17 @@ namespace headless {
 
 namespace {
 
-float Channel(D3DCOLOR colour, int shift)
+float ByteShare(D3DCOLOR colour, int shift)
 {
     return static_cast<float>(colour >> shift & 0xFF) / 255.0f;
 }
 
 void PutColour(D3DCOLOR colour, float (&out)[4])
 {
-    out[0] = Channel(colour, 16);
-    out[1] = Channel(colour, 8);
-    out[2] = Channel(colour, 0);
-    out[3] = Channel(colour, 24);
+    out[0] = ByteShare(colour, 16);
+    out[1] = ByteShare(colour, 8);
+    out[2] = ByteShare(colour, 0);
+    out[3] = ByteShare(colour, 24);
 }
 
 void PutIndices(const VertexLayout& layout, const uint8_t (&indices)[4], float (&out)[4])
