@@ -15,10 +15,12 @@ protected:
         Com<IDirect3DPixelShader9> pixel;
         EXPECT_EQ(device->GetVertexShader(vertex.Out()), D3D_OK);
         EXPECT_EQ(device->GetPixelShader(pixel.Out()), D3D_OK);
-        if (isVertex && vertex)
+        if (isVertex && vertex) {
             EXPECT_EQ(vertex->GetFunction(words, &size), D3D_OK);
-        if (!isVertex && pixel)
+        }
+        if (!isVertex && pixel) {
             EXPECT_EQ(pixel->GetFunction(words, &size), D3D_OK);
+        }
         return words[0];
     }
 };

@@ -4,13 +4,10 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace headless::shader {
 
 namespace {
-
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 struct Case {
     const char* body;

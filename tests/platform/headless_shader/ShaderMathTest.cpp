@@ -1,14 +1,13 @@
 #include "platform/headless/shader/ShaderMath.h"
+#include "tests/platform/headless_shader/ShaderRun.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace headless::shader {
 
 namespace {
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 const double kBound21 = std::ldexp(1.0, -21);
 const double kBound20 = std::ldexp(1.0, -20);
 

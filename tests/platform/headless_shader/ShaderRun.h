@@ -3,12 +3,15 @@
 #include "platform/headless/shader/Machine.h"
 
 #include <array>
+#include <limits>
 #include <string>
 #include <vector>
 
 namespace headless::shader {
 
 using Four = std::array<float, 4>;
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 /// The words of a text that must assemble.
 std::vector<Word> WordsOf(const std::string& text);
