@@ -3,6 +3,7 @@
 #include "platform/headless/d3d9/LineSetup.h"
 #include "platform/headless/d3d9/PointSetup.h"
 #include "platform/headless/d3d9/ShaderPixels.h"
+#include "platform/headless/d3d9/SpanShader.h"
 
 #include <algorithm>
 
@@ -124,15 +125,17 @@ void PrimitiveDrawer::DrawRow(int y, int left, int right)
 {
     if (program->shader)
         program->shader->AddRow(planes, y, left, right);
-    else
-        ShadeSpan(*program, planes, y, left, right);
+    else if (left < right)
+        program->spans->AddRow(planes, y, left, right);
 }
 
-/// A shader gets two rows at a time, so one may wait for the next.
+/// Two rows may be shaded at a time, so one may wait for the next.
 void PrimitiveDrawer::FinishRows()
 {
     if (program->shader)
         program->shader->Finish(planes);
+    else
+        program->spans->Finish(planes);
 }
 
 void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& vb,

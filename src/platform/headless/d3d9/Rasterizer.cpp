@@ -55,6 +55,12 @@ HRESULT LeaveUndrawn(const DrawState& state, const DrawRequest& request)
     return result;
 }
 
+Rasterizer::Rasterizer() : spans(EightSpanShader())
+{
+    if (!spans)
+        spans = FourSpanShader();
+}
+
 HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
                          const DrawRequest& request)
 {
@@ -80,6 +86,9 @@ HRESULT Rasterizer::PrepareShaders(const DrawState& state, const VertexLayout& l
                                    const DrawRequest& request)
 {
     program.shader = nullptr;
+    program.spans = spans;
+    if (!state.pixelProgram)
+        spans->Prepare(program);
     if (state.pixelProgram) {
         if (!shaderPixels)
             shaderPixels.reset(new (std::nothrow) ShaderPixels());
