@@ -76,6 +76,7 @@ HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
         DrawShaded(request, drawsLastPixel);
     for (UINT i = 0; !shadesVertices && i < request.primitiveCount && !IsOverBudget(); ++i)
         DrawPrimitive(request, i, drawsLastPixel);
+    drawer.Finish();
     wasCutOff = wasCutOff || IsOverBudget();
     ++program.output.target->changes;
     return D3D_OK;
