@@ -55,7 +55,7 @@ std::vector<uint8_t> DrawWith(SpanShader& shader, uint32_t seed)
 
 TEST(SpanForms, GiveTheSameBitsForRandomStates)
 {
-    constexpr uint32_t kDraws = 4000;
+    constexpr uint32_t kDraws = 1500;
     uint32_t drawn = 0, changed = 0;
     for (uint32_t seed = 0; seed < kDraws; ++seed) {
         const std::vector<uint8_t> four = DrawWith(*FourSpanShader(), seed);
