@@ -5,8 +5,6 @@
 namespace headless {
 
 /// Resolves a pair of D3DBLEND values and a D3DBLENDOP; fails if one of them is not a known value.
-HRESULT MakeBlendHalf(DWORD source, DWORD target, DWORD operation, BlendHalf& halfOut);
-
-Rgba4 BlendConstant(D3DCOLOR colour);
+HRESULT MakeBlendChoice(DWORD source, DWORD target, DWORD operation, BlendChoice& choiceOut);
 
 } // namespace headless

@@ -6,14 +6,13 @@
 
 namespace headless {
 
-/// A comparison of four integers at once: which of less, equal and greater pass.
+/// Which of less, equal and greater pass a comparison: all bits set or none.
 struct Comparison {
-    IntLanes less, equal, greater;
+    int less = -1, equal = -1, greater = -1;
 
-    Comparison();
+    Comparison() = default;
     explicit Comparison(D3DCMPFUNC function);
-    /// All bits set where `a function b` holds.
-    IntLanes Passes(IntLanes a, IntLanes b) const;
+    bool PassesAll() const { return (less & equal & greater) != 0; }
 };
 
 /// The depth test of a draw. Depth is compared as stored, in whole steps, so that drawing the same
@@ -30,6 +29,9 @@ struct DepthTest {
     float scaleW = 1.0f;
     float bias = 0.0f; ///< added to Z, not to W
     float slopeBias = 0.0f;
+
+    /// What is added to each depth of a primitive.
+    float BiasOf(const Planes& planes) const;
 };
 
 /// Disabled without a depth buffer, and when the test would have no effect.

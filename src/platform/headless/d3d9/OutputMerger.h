@@ -1,49 +1,30 @@
 #pragma once
 
+#include "platform/headless/d3d9/BlendLanes.h"
 #include "platform/headless/d3d9/DepthTest.h"
 
 namespace headless {
 
-/// The inputs of the blend factors.
-struct BlendInput {
-    const Rgba4* source;
-    const Rgba4* target;
-    const Rgba4* constant; ///< D3DRS_BLENDFACTOR
-};
-
-using BlendFactor = void (*)(const BlendInput& input, Rgba4& factorOut);
-using BlendOperation = Lanes (*)(Lanes source, Lanes sourceFactor, Lanes target,
-                                 Lanes targetFactor);
-
-/// One blend equation: for colour or for alpha.
-struct BlendHalf {
-    BlendFactor source = nullptr;
-    BlendFactor target = nullptr;
-    BlendOperation operation = nullptr;
-};
-
-/// How to load and store four pixels of a target.
-struct TargetFormat {
-    D3DFORMAT format;
-    Rgba4 (*load)(const uint8_t* pixels, int count);
-    void (*store)(uint8_t* pixels, const Rgba4& colour, uint32_t writeMask, int lanes);
-};
+/// How a target stores colours.
+enum class TargetLayout : uint8_t { Argb, Xrgb, Rgb565 };
 
 /// The last step of a draw: alpha test, blending, and writing.
 struct OutputMerger {
     bool testsAlpha = false;
     Comparison alphaComparison;
-    IntLanes alphaReference;
+    int alphaReference = 0;
 
     bool blends = false;
-    bool blendsAlphaApart = false;
-    BlendHalf colour;
-    BlendHalf alpha;
-    Rgba4 blendConstant;
+    BlendChoice colour;
+    BlendChoice alpha;
+    float blendConstant[4] = {};
+    Blender<FourLanes> fourLanes;
 
-    const TargetFormat* format = nullptr;
+    TargetLayout layout = TargetLayout::Argb;
+    uint32_t unused = 0;           ///< bits of a word without a meaning, which are ones
     PixelBuffer* target = nullptr; ///< not owned
     PixelRows rows;
+    int width = 0;                   ///< of the target
     bool isSrgb = false;             ///< colours are stored with the sRGB curve
     uint32_t writeMask = 0xFFFFFFFF; ///< bits of a stored word that change
 };

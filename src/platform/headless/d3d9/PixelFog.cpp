@@ -1,5 +1,8 @@
 #include "platform/headless/d3d9/PixelFog.h"
 
+#include "platform/headless/d3d9/ColourLanes.h"
+#include "platform/headless/d3d9/ColourParts.h"
+
 namespace headless {
 
 namespace {
@@ -26,34 +29,18 @@ PixelFog MakePixelFog(const DrawState& state)
     PixelFog fog;
     fog.source = SourceOf(state);
     fog.curve = FogCurve(state, static_cast<D3DFOGMODE>(state.Render(D3DRS_FOGTABLEMODE)));
-    const D3DCOLOR colour = state.Render(D3DRS_FOGCOLOR);
-    const auto part = [colour](int shift) {
-        return static_cast<float>(colour >> shift & 0xFF) / 255.0f;
-    };
-    fog.colour = SplatColour(part(16), part(8), part(0), 1.0f);
+    UnpackColour(state.Render(D3DRS_FOGCOLOR), fog.colour);
     return fog;
 }
 
 Lanes FogFactors(const PixelFog& fog, Lanes depth, Lanes w)
 {
-    const Lanes distance = fog.source == FogSource::Depth ? depth : w;
-    if (fog.curve.mode == D3DFOG_LINEAR && fog.curve.start != fog.curve.end) {
-        const Lanes left = Splat(fog.curve.end) - distance;
-        return Saturate(left / Splat(fog.curve.end - fog.curve.start));
-    }
-    alignas(16) float values[4];
-    StoreFloats(values, distance);
-    for (float& value : values)
-        value = fog.curve.Factor(value);
-    return LoadFloats(values);
+    return FogFactorsOf<FourLanes>(fog, depth, w);
 }
 
 void ApplyFog(const PixelFog& fog, Lanes factor, Rgba4& colourInOut)
 {
-    for (int c = 0; c < 3; ++c) {
-        const Lanes difference = colourInOut.c[c] - fog.colour.c[c];
-        colourInOut.c[c] = fog.colour.c[c] + difference * factor;
-    }
+    MixFog<FourLanes>(fog, factor, colourInOut);
 }
 
 } // namespace headless

@@ -16,7 +16,7 @@ enum class FogSource : uint8_t {
 struct PixelFog {
     FogSource source = FogSource::None;
     FogCurve curve;
-    Rgba4 colour;
+    float colour[4] = {};
 };
 
 /// Table fog takes precedence over vertex fog. It uses w for a perspective projection, else depth.

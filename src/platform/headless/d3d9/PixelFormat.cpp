@@ -268,6 +268,17 @@ void PackFloat4(const PixelFormat& format, const Float4& colour, void* pixelOut)
     StorePixelWord(format, word, pixelOut);
 }
 
+/// The formats of frames and of most pictures without alpha need no look at each channel.
+static void UnpackRow(const PixelFormat& format, const uint8_t* pixel, UINT width,
+                      uint32_t* argbOut)
+{
+    const bool isPlain = format.format == D3DFMT_X8R8G8B8 || format.format == D3DFMT_R8G8B8;
+    for (UINT x = 0; x < width; ++x, pixel += format.unitBytes)
+        argbOut[x] =
+            isPlain ? 0xFF000000 | uint32_t{pixel[2]} << 16 | uint32_t{pixel[1]} << 8 | pixel[0]
+                    : UnpackArgb(format, pixel);
+}
+
 bool UnpackImage(const PixelFormat& format, UINT width, UINT height, const void* bits,
                  size_t pitchBytes, uint32_t* argbOut)
 {
@@ -284,9 +295,7 @@ bool UnpackImage(const PixelFormat& format, UINT width, UINT height, const void*
                 ScatterBlock(block, width, height, x, y, argbOut);
             }
         } else {
-            uint32_t* out = argbOut + static_cast<size_t>(y) * width;
-            for (UINT x = 0; x < width; ++x)
-                out[x] = UnpackArgb(format, row + size_t{x} * format.unitBytes);
+            UnpackRow(format, row, width, argbOut + static_cast<size_t>(y) * width);
         }
     }
     return true;

@@ -8,12 +8,14 @@
 namespace headless {
 
 class ShaderPixels;
+class SpanShader;
 
 /// Everything done to the pixels of a draw, resolved once from the states. Points into the device's
 /// pictures and is valid for that one draw.
 struct PixelProgram {
     VaryingLayout varyings;
     ShaderPixels* shader = nullptr; ///< shades instead of the stages; not owned, null without one
+    SpanShader* spans = nullptr;    ///< shades without one; not owned
     StagePrograms stages;
     bool addsSpecular = false;
     PixelFog fog;
@@ -28,8 +30,5 @@ HRESULT MakePixelProgram(const DrawState& state, PixelProgram& programOut);
 /// Whether `MakePixelProgram` would fail for the states alone, whatever textures are set later.
 /// Sampler states count where a stage would read a texture.
 HRESULT CheckPixelStates(const DrawState& state);
-
-/// Shades and writes the pixels left <= x < right of a row, which must lie in the program's area.
-void ShadeSpan(const PixelProgram& program, const Planes& planes, int y, int left, int right);
 
 } // namespace headless

@@ -3,6 +3,7 @@
 #include "platform/headless/d3d9/LineSetup.h"
 #include "platform/headless/d3d9/PointSetup.h"
 #include "platform/headless/d3d9/ShaderPixels.h"
+#include "platform/headless/d3d9/SpanShader.h"
 
 #include <algorithm>
 
@@ -120,19 +121,55 @@ bool PrimitiveDrawer::IsClockwise(const ShadedVertex& va, const ShadedVertex& vb
     return (determinant > 0.0) == (map.scaleX * map.scaleY > 0.0f);
 }
 
-void PrimitiveDrawer::DrawRow(int y, int left, int right)
+void PrimitiveDrawer::DrawRow(const Planes& of, int y, int left, int right)
 {
     if (program->shader)
-        program->shader->AddRow(planes, y, left, right);
-    else
-        ShadeSpan(*program, planes, y, left, right);
+        program->shader->AddRow(of, y, left, right);
+    else if (left < right)
+        program->spans->AddRow(of, y, left, right);
 }
 
-/// A shader gets two rows at a time, so one may wait for the next.
-void PrimitiveDrawer::FinishRows()
+/// Two rows may be shaded at a time, so one may wait for the next.
+void PrimitiveDrawer::FinishRows(const Planes& of)
 {
     if (program->shader)
-        program->shader->Finish(planes);
+        program->shader->Finish(of);
+    else
+        program->spans->Finish(of);
+}
+
+/// Small triangles take a few pixels from each of many rows, and every row is on another cache line. Of
+/// large ones the rows in front of the current one are prefetched while they are drawn.
+void PrimitiveDrawer::FetchRows(const Waiting& triangle, int left, int right) const
+{
+    constexpr int kMostRows = 16, kMostPixels = 32;
+    if (right - left > kMostPixels)
+        return;
+    const int last = std::min(triangle.rows.LastRow(), triangle.y + kMostRows - 1);
+    for (int y = triangle.y; y <= last; ++y) {
+        for (const int x : {left, right}) {
+            if (program->depth.isOn)
+                __builtin_prefetch(program->depth.rows.At(x, y));
+            __builtin_prefetch(program->output.rows.At(x, y));
+        }
+    }
+}
+
+void PrimitiveDrawer::FillWaiting(Waiting& triangle)
+{
+    if (program->shader)
+        program->shader->SetFace(triangle.isFront);
+    do {
+        DrawRow(triangle.planes, triangle.y, triangle.left, triangle.right);
+    } while (triangle.rows.Next(triangle.y, triangle.left, triangle.right));
+    FinishRows(triangle.planes);
+}
+
+void PrimitiveDrawer::Finish()
+{
+    if (hasWaiting)
+        FillWaiting(triangles[1 - next]);
+    hasWaiting = false;
 }
 
 void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& vb,
@@ -144,24 +181,26 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
     int64_t area = TwiceArea(a, b, c);
     if (area == 0 || IsCulled(area > 0))
         return;
-    if (program->shader)
-        program->shader->SetFace(area > 0);
+    Waiting& triangle = triangles[next];
+    triangle.isFront = area > 0;
     if (area < 0) {
         std::swap(b, c);
         area = -area;
     }
-    TriangleRows rows(a, b, c, program->area);
-    bool isSetUp = false; // many small triangles cover no pixel centre
-    int y = 0, left = 0, right = 0;
-    while (rows.Next(y, left, right)) {
-        if (left >= right)
-            continue;
-        if (!isSetUp)
-            SetUpTriangle(a, b, c, area, program->varyings.count, planes);
-        isSetUp = true;
-        DrawRow(y, left, right);
-    }
-    FinishRows();
+    triangle.rows = TriangleRows(a, b, c, program->area);
+    do { // many small triangles cover no pixel centre
+        if (!triangle.rows.Next(triangle.y, triangle.left, triangle.right))
+            return;
+    } while (triangle.left >= triangle.right);
+    SetUpTriangle(a, b, c, area, program->varyings.count, triangle.planes);
+    const auto [low, high] = std::minmax({a.x, b.x, c.x});
+    FetchRows(triangle, std::max(CeilPixel(low), program->area.left),
+              std::min(CeilPixel(high), program->area.right) - 1);
+    Finish();
+    hasWaiting = true;
+    next = 1 - next;
+    if (program->shader) // the work of each primitive counts when it ends
+        Finish();
 }
 
 void PrimitiveDrawer::FillClipped(const ShadedVertex& a, const ShadedVertex& b,
@@ -236,8 +275,8 @@ void PrimitiveDrawer::DrawLine(const ShadedVertex& from, const ShadedVertex& to,
     LineRuns runs(start, end, drawsEnd, program->area);
     int y = 0, left = 0, right = 0;
     while (runs.Next(y, left, right))
-        DrawRow(y, left, right);
-    FinishRows();
+        DrawRow(planes, y, left, right);
+    FinishRows(planes);
 }
 
 void PrimitiveDrawer::DrawPoint(const ShadedVertex& vertex)
@@ -255,8 +294,8 @@ void PrimitiveDrawer::FillSquare(const ShadedVertex& vertex, float side, bool is
     const PixelArea square = PointArea(centre, side, program->area);
     SetUpPoint(centre, side, isSprite, program->varyings, planes);
     for (int y = square.top; y < square.bottom; ++y)
-        DrawRow(y, square.left, square.right);
-    FinishRows();
+        DrawRow(planes, y, square.left, square.right);
+    FinishRows(planes);
 }
 
 } // namespace headless

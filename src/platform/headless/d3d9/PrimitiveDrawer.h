@@ -23,16 +23,29 @@ public:
     void DrawLine(const ShadedVertex& a, const ShadedVertex& b, bool drawsEnd);
     /// Flat shading takes the colours of the first corner.
     void DrawTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
+    /// Ends the draw: a triangle may have been waiting.
+    void Finish();
 
 private:
+    /// A triangle ready to be filled. It waits while the next one is prepared, so that its pixels are on
+    /// their way from memory.
+    struct Waiting {
+        TriangleRows rows;
+        int y, left, right; ///< the first row that has pixels
+        bool isFront;
+        Planes planes;
+    };
+
     Corner ToCorner(const ShadedVertex& vertex) const;
     void CopyFlatColours(const ShadedVertex& from, ShadedVertex& to) const;
     bool IsCulled(bool isClockwise) const;
     bool IsClockwise(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c) const;
     void FindWraps(const DrawState& state);
     void WrapTo(const ShadedVertex& first, ShadedVertex& vertex) const;
-    void DrawRow(int y, int left, int right);
-    void FinishRows();
+    void DrawRow(const Planes& of, int y, int left, int right);
+    void FinishRows(const Planes& of);
+    void FetchRows(const Waiting& triangle, int left, int right) const;
+    void FillWaiting(Waiting& triangle);
     void FillTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
     void FillClipped(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c,
                      DWORD codes);
@@ -49,7 +62,10 @@ private:
     /// A coordinate that takes the shorter way round, as D3DRS_WRAP0 and so on say.
     int wraps[kStageCount * 4] = {}; ///< indices into the varyings
     int wrapCount = 0;
-    Planes planes = {};
+    Planes planes = {}; ///< of a line or point
+    Waiting triangles[2] = {};
+    int next = 0;            ///< the one to be prepared
+    bool hasWaiting = false; ///< the other one waits
 };
 
 } // namespace headless

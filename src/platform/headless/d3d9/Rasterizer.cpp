@@ -69,6 +69,12 @@ HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout, const D
     return result;
 }
 
+Rasterizer::Rasterizer() : spans(EightSpanShader())
+{
+    if (!spans)
+        spans = FourSpanShader();
+}
+
 HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
                          const DrawRequest& request)
 {
@@ -84,6 +90,7 @@ HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
         DrawShaded(request, drawsLastPixel);
     for (UINT i = 0; !shadesVertices && i < request.primitiveCount && !IsOverBudget(); ++i)
         DrawPrimitive(request, i, drawsLastPixel);
+    drawer.Finish();
     wasCutOff = wasCutOff || IsOverBudget();
     ++program.output.target->changes;
     return D3D_OK;
@@ -94,6 +101,9 @@ HRESULT Rasterizer::PrepareShaders(const DrawState& state, const VertexLayout& l
                                    const DrawRequest& request)
 {
     program.shader = nullptr;
+    program.spans = spans;
+    if (!state.pixelProgram)
+        spans->Prepare(program);
     if (state.pixelProgram) {
         if (!shaderPixels)
             shaderPixels.reset(new (std::nothrow) ShaderPixels());

@@ -4,6 +4,7 @@
 #include "platform/headless/d3d9/PrimitiveDrawer.h"
 #include "platform/headless/d3d9/ShaderPixels.h"
 #include "platform/headless/d3d9/ShaderVertices.h"
+#include "platform/headless/d3d9/SpanShader.h"
 #include "platform/headless/d3d9/VertexPipeline.h"
 
 #include <memory>
@@ -32,11 +33,16 @@ HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout,
 /// Executes draws. Keeps its working memory, some 250 kilobytes, so that a draw allocates none.
 class Rasterizer {
 public:
+    Rasterizer();
+
     /// Draws nothing and fails if a vertex lies outside the stream or a state is not modelled.
     HRESULT Draw(const DrawState& state, const VertexLayout& layout, const DrawRequest& request);
 
     /// Whether a draw since the last call ended early because its shaders took too long.
     bool TakeCutOff() { return std::exchange(wasCutOff, false); }
+
+    /// Shades the pixels of stages with another one than the fastest; tests compare them.
+    void UseSpans(SpanShader& shader) { spans = &shader; }
 
 private:
     void DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel);
@@ -50,6 +56,7 @@ private:
     VertexPipeline vertices;
     PixelProgram program;
     PrimitiveDrawer drawer;
+    SpanShader* spans;                              ///< not owned
     std::unique_ptr<ShaderVertices> shaderVertices; ///< made by the first draw with one
     std::unique_ptr<ShaderPixels> shaderPixels;
     bool shadesVertices = false; ///< this draw has a vertex shader

@@ -1,16 +1,15 @@
 #pragma once
 
-#include "platform/headless/d3d9/TextureStages.h"
+#include <cstdint>
+#include <d3d9.h>
 
 namespace headless {
 
-/// What an operation needs and does; one row per D3DTEXTUREOP.
+/// What an operation of a stage reads; one row per D3DTEXTUREOP. StageArithmetic.h computes it.
 struct OperationRow {
     DWORD operation;
-    StageFunction colour; ///< red, green and blue
-    StageFunction alpha;  ///< alpha
-    uint8_t arguments;    ///< bits 0 to 2: uses argument 0 to 2
-    int shareFrom;        ///< register whose alpha is the blend weight, or -1
+    uint8_t arguments; ///< bits 0 to 2: uses argument 0 to 2
+    int shareFrom;     ///< register whose alpha is the blend weight, or -1
 };
 
 /// Null for an unknown operation and for D3DTOP_DISABLE.

@@ -26,6 +26,11 @@ struct Sampler {
 
     /// Whether the footprint of a pixel on the texture matters at all.
     bool NeedsLevel() const;
+    /// Whether a pixel reads two levels.
+    bool MixesLevels() const
+    {
+        return mipFilter == D3DTEXF_LINEAR || mipFilter == D3DTEXF_ANISOTROPIC;
+    }
 };
 
 /// Fails for unknown values.

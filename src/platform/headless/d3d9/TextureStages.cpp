@@ -1,6 +1,7 @@
 #include "platform/headless/d3d9/TextureStages.h"
 
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3d9/ColourParts.h"
 #include "platform/headless/d3d9/StageOperations.h"
 
 #include <bit>
@@ -15,14 +16,6 @@ constexpr D3DTEXTURESTAGESTATETYPE kAlphaArguments[] = {D3DTSS_ALPHAARG0, D3DTSS
                                                         D3DTSS_ALPHAARG2};
 
 using StageStates = std::array<DWORD, kStageStateCount>;
-
-Rgba4 SplatArgb(D3DCOLOR colour)
-{
-    const auto part = [colour](int shift) {
-        return static_cast<float>(colour >> shift & 0xFF) / 255.0f;
-    };
-    return SplatColour(part(16), part(8), part(0), part(24));
-}
 
 bool IsBump(DWORD operation)
 {
@@ -56,7 +49,7 @@ HRESULT MakeOperation(const StageStates& states, bool isAlpha, bool hasTexture,
         return Unmodelled(isAlpha ? "D3DTSS_ALPHAOP" : "D3DTSS_COLOROP", number);
     Reads reads;
     StageOperation operation;
-    operation.run = isAlpha ? row->alpha : row->colour;
+    operation.operation = number;
     for (size_t i = 0; i < 3; ++i) {
         if ((row->arguments >> i & 1) == 0)
             continue;
@@ -135,12 +128,13 @@ HRESULT MakeStage(const DrawState& state, UINT index, StagePrograms& programs)
         return result;
     stage.bump = BumpKind::None;
     MakeBump(states, hasTexture, stage);
-    stage.doublesAsAlpha = states[D3DTSS_COLOROP] == D3DTOP_DOTPRODUCT3 && stage.colour.run;
+    stage.doublesAsAlpha =
+        states[D3DTSS_COLOROP] == D3DTOP_DOTPRODUCT3 && stage.colour.operation != 0;
     const bool isPremodulated = index > 0 && programs.stages[index - 1].isModulatedByNext;
     stage.isPremodulated = isPremodulated && hasTexture;
     stage.isModulatedByNext = states[D3DTSS_COLOROP] == D3DTOP_PREMODULATE;
     stage.writesTemp = states[D3DTSS_RESULTARG] == D3DTA_TEMP;
-    stage.constant = SplatArgb(states[D3DTSS_CONSTANT]);
+    UnpackColour(states[D3DTSS_CONSTANT], stage.constant);
     stage.samples = hasTexture && (reads.texture || stage.bump != BumpKind::None || isPremodulated);
     stage.isProjected = (states[D3DTSS_TEXTURETRANSFORMFLAGS] & D3DTTFF_PROJECTED) != 0;
     programs.readsDiffuse |= reads.diffuse;
@@ -154,60 +148,6 @@ HRESULT MakeStage(const DrawState& state, UINT index, StagePrograms& programs)
     return result;
 }
 
-/// The register of an argument, or `scratch` holding the modified argument.
-inline const Rgba4* Resolve(const StageProgram& stage, const StageRegisters& registers,
-                            const StageArgument& argument, Rgba4& scratch)
-{
-    const Rgba4* value =
-        argument.source == D3DTA_CONSTANT ? &stage.constant : &registers.values[argument.source];
-    if (!argument.isComplement && !argument.isAlphaReplicate)
-        return value;
-    for (int c = 0; c < 4; ++c) {
-        const Lanes channel = value->c[argument.isAlphaReplicate ? 3 : c];
-        scratch.c[c] = argument.isComplement ? Splat(1.0f) - channel : channel;
-    }
-    return &scratch;
-}
-
-void RunOperation(const StageProgram& stage, const StageOperation& operation,
-                  const StageRegisters& registers, Rgba4& out)
-{
-    Rgba4 scratch[3];
-    const OperationInput input = {Resolve(stage, registers, operation.arguments[0], scratch[0]),
-                                  Resolve(stage, registers, operation.arguments[1], scratch[1]),
-                                  Resolve(stage, registers, operation.arguments[2], scratch[2]),
-                                  registers.values[operation.shareFrom].c[3]};
-    operation.run(input, out);
-}
-
-void MakeBumpResult(const StageProgram& stage, const Rgba4& texture, BumpResult& out)
-{
-    const auto along = [&](int row) {
-        return texture.c[0] * Splat(stage.bumpMatrix[row][0]) +
-               texture.c[1] * Splat(stage.bumpMatrix[row][1]);
-    };
-    out.isSet = true;
-    out.u = along(0);
-    out.v = along(1);
-    out.hasLuminance = stage.bump == BumpKind::OffsetsAndLuminance;
-    out.luminance =
-        Saturate(texture.c[2] * Splat(stage.luminanceScale) + Splat(stage.luminanceOffset));
-}
-
-/// Samples the stage's texture, offset and darkened by the bump map of the previous stage.
-void Sample(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
-            const BumpResult& bump, Rgba4& out)
-{
-    Lanes u = coordinates.u, v = coordinates.v;
-    if (bump.isSet) {
-        u = u + bump.u;
-        v = v + bump.v;
-    }
-    out = SampleTexture(stage.sampler, u, v, coordinates.level, lanes);
-    for (int c = 0; bump.isSet && bump.hasLuminance && c < 3; ++c)
-        out.c[c] = out.c[c] * bump.luminance;
-}
-
 } // namespace
 
 HRESULT MakeStagePrograms(const DrawState& state, StagePrograms& programsOut)
@@ -215,7 +155,7 @@ HRESULT MakeStagePrograms(const DrawState& state, StagePrograms& programsOut)
     programsOut.count = 0;
     programsOut.readsDiffuse = true; // the first stage's current colour
     programsOut.readsSpecular = false;
-    programsOut.factor = SplatArgb(state.Render(D3DRS_TEXTUREFACTOR));
+    UnpackColour(state.Render(D3DRS_TEXTUREFACTOR), programsOut.factor);
     for (UINT i = 0; i < kStageCount; ++i) {
         if (state.stage[i][D3DTSS_COLOROP] == D3DTOP_DISABLE)
             break;
@@ -246,29 +186,6 @@ HRESULT CheckStageStates(const DrawState& state)
         isPremodulated = states[D3DTSS_COLOROP] == D3DTOP_PREMODULATE;
     }
     return D3D_OK;
-}
-
-void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
-              StageRegisters& registers, BumpResult& bumpInOut)
-{
-    Rgba4& texture = registers.values[D3DTA_TEXTURE];
-    if (stage.samples)
-        Sample(stage, coordinates, lanes, bumpInOut, texture);
-    else
-        texture = SplatColour(0.0f, 0.0f, 0.0f, 1.0f);
-    bumpInOut.isSet = false;
-    if (stage.bump != BumpKind::None)
-        MakeBumpResult(stage, texture, bumpInOut);
-
-    Rgba4& current = registers.values[D3DTA_CURRENT];
-    for (int c = 0; stage.isPremodulated && c < 4; ++c)
-        current.c[c] = current.c[c] * texture.c[c];
-    Rgba4 result = current;
-    if (stage.colour.run)
-        RunOperation(stage, stage.colour, registers, result);
-    if (stage.alpha.run && !stage.doublesAsAlpha)
-        RunOperation(stage, stage.alpha, registers, result);
-    registers.values[stage.writesTemp ? D3DTA_TEMP : D3DTA_CURRENT] = result;
 }
 
 } // namespace headless

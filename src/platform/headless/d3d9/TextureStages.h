@@ -7,11 +7,6 @@
 
 namespace headless {
 
-/// The colours that stages work on, indexed by D3DTA_*.
-struct StageRegisters {
-    Rgba4 values[D3DTA_CONSTANT + 1];
-};
-
 /// One argument of an operation: a register and its modifiers.
 struct StageArgument {
     uint8_t source = D3DTA_CURRENT;
@@ -19,20 +14,8 @@ struct StageArgument {
     bool isAlphaReplicate = false;
 };
 
-/// The arguments of an operation for four pixels, and the alpha that blend operations use as
-/// weight.
-struct OperationInput {
-    const Rgba4* arg0;
-    const Rgba4* arg1;
-    const Rgba4* arg2;
-    Lanes share;
-};
-
-/// Writes its channels of `out`, within 0..1. `out` must not alias an argument.
-using StageFunction = void (*)(const OperationInput& input, Rgba4& out);
-
 struct StageOperation {
-    StageFunction run = nullptr; ///< null to pass the current value through
+    DWORD operation = 0; ///< D3DTEXTUREOP; 0 to pass the current value through
     StageArgument arguments[3];
     uint8_t shareFrom = D3DTA_CURRENT; ///< the register whose alpha is the blend weight
 };
@@ -51,7 +34,7 @@ struct StageProgram {
     bool needsLevel = false;
     StageOperation colour;
     StageOperation alpha;
-    Rgba4 constant;
+    float constant[4] = {};
     float bumpMatrix[2][2] = {};
     float luminanceScale = 0.0f;
     float luminanceOffset = 0.0f;
@@ -63,7 +46,7 @@ struct StagePrograms {
     int count = 0;
     bool readsDiffuse = false;
     bool readsSpecular = false;
-    Rgba4 factor;
+    float factor[4] = {};
     StageProgram stages[kStageCount];
 };
 
@@ -74,21 +57,5 @@ HRESULT MakeStagePrograms(const DrawState& state, StagePrograms& programsOut);
 
 /// Whether `MakeStagePrograms` would fail for these states if each stage had a texture.
 HRESULT CheckStageStates(const DrawState& state);
-
-/// Coordinates of a stage for four pixels.
-struct StageCoordinates {
-    Lanes u, v, level;
-};
-
-/// Runs one stage. `bumpInOut` carries a bump map's result from one stage to the next.
-struct BumpResult {
-    bool isSet = false;
-    Lanes u, v;
-    bool hasLuminance = false;
-    Lanes luminance;
-};
-
-void RunStage(const StageProgram& stage, const StageCoordinates& coordinates, int lanes,
-              StageRegisters& registers, BumpResult& bumpInOut);
 
 } // namespace headless

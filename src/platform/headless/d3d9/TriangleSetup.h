@@ -23,11 +23,15 @@ struct PixelArea {
 /// nor miss a pixel. The arithmetic is all integer, so this holds exactly.
 class TriangleRows {
 public:
+    TriangleRows() = default; ///< none
     /// Corners in clockwise order, within 2^15 pixels of the origin.
     TriangleRows(const Corner& a, const Corner& b, const Corner& c, const PixelArea& area);
 
     /// The next row and the run of pixels in it, which may be empty (left >= right); false at the end.
     bool Next(int& yOut, int& leftOut, int& rightOut);
+
+    /// The last row of the triangle, which may have no pixel.
+    int LastRow() const { return lastRow; }
 
 private:
     /// The left or right border that an edge gives each row, stepped from row to row without
@@ -50,7 +54,7 @@ private:
 
     void AddEdge(const Corner& from, const Corner& to, int firstRow);
 
-    PixelArea area;
+    PixelArea area = {};
     int y = 0;
     int lastRow = -1;
     Border lefts[2], rights[2];

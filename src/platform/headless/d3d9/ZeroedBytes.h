@@ -14,9 +14,15 @@ struct FreeBytes {
 /// without touching them: a picture that is overwritten at once is not zeroed first.
 using ZeroedBytes = std::unique_ptr<uint8_t[], FreeBytes>;
 
+/// Gives back what is kept for speed alone; false if there was none. Null as long as nothing is kept.
+inline bool (*gFreeSpareMemory)() = nullptr;
+
 inline ZeroedBytes AllocateZeroed(size_t count)
 {
-    return ZeroedBytes(static_cast<uint8_t*>(std::calloc(count, 1)));
+    auto* bytes = static_cast<uint8_t*>(std::calloc(count, 1));
+    if (!bytes && gFreeSpareMemory && gFreeSpareMemory())
+        bytes = static_cast<uint8_t*>(std::calloc(count, 1));
+    return ZeroedBytes(bytes);
 }
 
 } // namespace headless

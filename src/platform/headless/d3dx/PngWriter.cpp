@@ -64,9 +64,10 @@ bool Encode(PngWriteState& state)
 
     png_init_io(state.png, state.stream);
     // One fixed filter and level: most frames consist of flat colours, and the bytes must not
-    // depend on libpng's heuristics.
-    png_set_filter(state.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
-    png_set_compression_level(state.png, 6);
+    // depend on libpng's heuristics. Level 6 saves a seventh of the bytes for five times the time,
+    // which is more than drawing the frame takes.
+    png_set_filter(state.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_UP);
+    png_set_compression_level(state.png, 1);
     png_set_IHDR(state.png, state.info, static_cast<png_uint_32>(state.width),
                  static_cast<png_uint_32>(state.height), 8,
                  state.withAlpha ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB,

@@ -2,8 +2,8 @@
 
 #include "platform/ComPointer.h"
 #include "platform/headless/d3dx/FilterTexture.h"
-#include "platform/headless/d3dx/ImageFileBytes.h"
 #include "platform/headless/d3dx/LevelLock.h"
+#include "platform/headless/d3dx/PictureCache.h"
 
 #include <algorithm>
 #include <bit>
@@ -128,16 +128,16 @@ HRESULT CreateFilled(IDirect3DDevice9& device, const DecodedImage& image,
     return result;
 }
 
-HRESULT CreateFromImage(IDirect3DDevice9* device, ImageFile file, TextureRequest& request,
+HRESULT CreateFromImage(IDirect3DDevice9* device, PictureFile& file, TextureRequest& request,
                         D3DXIMAGE_INFO* infoOut, IDirect3DTexture9** textureOut)
 {
-    DecodedImage image;
     HRESULT result =
         CheckFilter(request.filter, D3DX_FILTER_TRIANGLE | D3DX_FILTER_DITHER, request.filter);
     if (SUCCEEDED(result))
         result = CheckFilter(request.mipFilter, D3DX_FILTER_BOX, request.mipFilter);
     if (SUCCEEDED(result))
-        result = DecodeImage(file, image);
+        result = file.Decode();
+    const DecodedImage& image = file.Image();
     if (SUCCEEDED(result))
         result = Resolve(*device, image.info, request);
     ComPointer<IDirect3DTexture9> texture;
@@ -174,12 +174,14 @@ HRESULT WINAPI D3DXGetImageInfoFromFileA(LPCSTR path, D3DXIMAGE_INFO* infoOut)
 {
     if (!path)
         return D3DERR_INVALIDCALL;
-    ImageFileBytes file;
-    const HRESULT result = file.Read(path);
-    if (FAILED(result))
-        return result;
-    return D3DXGetImageInfoFromFileInMemory(file.Bytes().data(),
-                                            static_cast<UINT>(file.Bytes().size()), infoOut);
+    PictureFile file;
+    D3DXIMAGE_INFO info;
+    HRESULT result = file.Open(path);
+    if (SUCCEEDED(result))
+        result = file.ReadInfo(info);
+    if (SUCCEEDED(result) && infoOut)
+        *infoOut = info;
+    return result;
 }
 
 HRESULT WINAPI D3DXCreateTextureFromFileInMemoryEx(IDirect3DDevice9* device, LPCVOID data,
@@ -193,25 +195,26 @@ HRESULT WINAPI D3DXCreateTextureFromFileInMemoryEx(IDirect3DDevice9* device, LPC
         return D3DERR_INVALIDCALL;
     TextureRequest request = {width, height, levels,    usage,   format,
                               pool,  filter, mipFilter, colorKey};
-    return CreateFromImage(device, {static_cast<const uint8_t*>(data), sizeBytes}, request, infoOut,
-                           textureOut);
+    PictureFile file;
+    file.Use({static_cast<const uint8_t*>(data), sizeBytes});
+    return CreateFromImage(device, file, request, infoOut, textureOut);
 }
 
 HRESULT WINAPI D3DXCreateTextureFromFileExA(IDirect3DDevice9* device, LPCSTR path, UINT width,
                                             UINT height, UINT levels, DWORD usage, D3DFORMAT format,
                                             D3DPOOL pool, DWORD filter, DWORD mipFilter,
                                             D3DCOLOR colorKey, D3DXIMAGE_INFO* infoOut,
-                                            PALETTEENTRY* palette, IDirect3DTexture9** textureOut)
+                                            PALETTEENTRY*, IDirect3DTexture9** textureOut)
 {
     if (!device || !path || !textureOut)
         return D3DERR_INVALIDCALL;
-    ImageFileBytes file;
-    const HRESULT result = file.Read(path);
+    TextureRequest request = {width, height, levels,    usage,   format,
+                              pool,  filter, mipFilter, colorKey};
+    PictureFile file;
+    const HRESULT result = file.Open(path);
     if (FAILED(result))
         return result;
-    return D3DXCreateTextureFromFileInMemoryEx(
-        device, file.Bytes().data(), static_cast<UINT>(file.Bytes().size()), width, height, levels,
-        usage, format, pool, filter, mipFilter, colorKey, infoOut, palette, textureOut);
+    return CreateFromImage(device, file, request, infoOut, textureOut);
 }
 
 HRESULT WINAPI D3DXCreateTextureFromFileA(IDirect3DDevice9* device, LPCSTR path,
