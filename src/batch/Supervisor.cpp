@@ -16,6 +16,7 @@
 #include "batch/RunReport.h"
 #include "batch/SteadyClock.h"
 #include "batch/Worker.h"
+#include "platform/headless/win32/AbandonedFiles.h"
 
 namespace {
 
@@ -142,6 +143,8 @@ bool Supervisor::StartNext(double now)
         return false;
     case PlannedScene::Kind::kDecided:
         Finish({planned.number, planned.job}, planned.result);
+        ClearBeside(planned.job.target);
+        ClearBeside(planned.job.frame);
         return true;
     case PlannedScene::Kind::kJob:
         break;
@@ -385,6 +388,15 @@ void Supervisor::Finish(const NumberedJob& job, const SceneResult& result)
     report.Done(job.number, job.job, result);
     if (options.failFast && IsFailure(result.status))
         hasFailedFast = true;
+}
+
+/// A worker clears the directory that it writes to. But where a run was killed after it had made all targets,
+/// nothing is written any more.
+void Supervisor::ClearBeside(const std::string& file)
+{
+    const std::string directory = file.substr(0, file.find_last_of('/') + 1);
+    if (!file.empty() && cleared.insert(directory).second)
+        headless::RemoveAbandoned(directory, 0);
 }
 
 void Supervisor::RemoveEnded()

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,7 @@ private:
     void WatchLimits(double now);
     void Finish(const NumberedJob& job, const SceneResult& result);
     void Skip(const NumberedJob& job);
+    void ClearBeside(const std::string& file);
     void RemoveEnded();
     std::string WhyEnded(const SceneResult& result) const;
 
@@ -66,6 +68,7 @@ private:
     WorkerSetup setup;
     SignalWatch signals;
     Workers workers;
+    std::set<std::string> cleared; ///< directories
     std::deque<NumberedJob> again; ///< that were tried once
     std::deque<NumberedJob>
         returned; ///< that were taken from the plan, and from a worker that did not try them

@@ -9,8 +9,11 @@
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "batch/StateDatabase.h"
+#include "platform/headless/win32/TemporaryName.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
 
@@ -257,6 +260,30 @@ TEST_F(StateTest, KilledRunsAreTakenUpWhereTheyWere)
     EXPECT_THAT(
         Batch({"in", "--out", "o", "--frames", "f", "--frame-size", "32x24", "--rehash"}).out,
         StartsWith("0 converted, 60 up to date, 0 failed"));
+}
+
+TEST_F(StateTest, LitterOfAKilledRunGoesWhereAllIsUpToDate)
+{
+    scratch.Write("in/a.qsa", HelperScene("h"));
+    const std::vector<std::string> frames = {"--frames", "f", "--frame-size", "32x24"};
+    EXPECT_EQ(Summary(Run(frames)), kAgain);
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    waitpid(ended, nullptr, 0);
+    const headless::TemporaryOwner self = headless::TemporaryOwner::ThisProcess();
+    const auto nameOf = [&self](pid_t process) {
+        return ".qsa2qsb-" + self.host + "-" + self.boot + "-" + std::to_string(process) + "-7.tmp";
+    };
+    for (const std::string directory : {"o/", "f/"}) {
+        scratch.Write(directory + nameOf(ended), "half");
+        scratch.Write(directory + nameOf(getppid()), "half");
+    }
+    EXPECT_EQ(Summary(Run(frames)), kAllDone);
+    for (const std::string directory : {"o/", "f/"}) {
+        EXPECT_FALSE(scratch.Has(directory + nameOf(ended))) << directory;
+        EXPECT_TRUE(scratch.Has(directory + nameOf(getppid()))) << "of a running process";
+    }
 }
 
 // The run waits for a pipe when it is killed; what it had done by then is known, as the journal says.

@@ -1,9 +1,6 @@
-// The name of a file tells its owner: host, start of the machine and process. On one machine a file in use
-// is locked too. On a share, locks may hold on one machine only, so files of others are left alone for a
-// day.
-
 #include "platform/ReplacementFile.h"
 
+#include "platform/headless/win32/AbandonedFiles.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/TemporaryName.h"
@@ -11,8 +8,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <sys/file.h>
@@ -25,60 +20,11 @@ namespace headless {
 namespace {
 
 constexpr int kMostAttempts = 1000;
-constexpr time_t kSecondsOfOthers =
-    24 * 60 * 60; // after which a file of another host is left behind
-
-dev_t gClearedDevice; ///< of the directory cleaned last
-ino_t gClearedDirectory;
 
 /// Includes the separator; empty for the current directory.
 std::string DirectoryOf(const std::string& path)
 {
     return path.substr(0, path.find_last_of('/') + 1);
-}
-
-/// Times are those of the file system's clock, not of this machine's.
-bool MayBeAbandoned(const char* name, const struct stat& info, time_t now)
-{
-    TemporaryOwner owner;
-    if (owner.Read(name) && owner.IsGone())
-        return true;
-    return info.st_mtime < now - kSecondsOfOthers;
-}
-
-void RemoveIfAbandoned(const std::string& directory, const char* name, time_t now)
-{
-    const std::string path = directory + name;
-    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (file < 0)
-        return;
-    struct stat info;
-    if (fstat(file, &info) == 0 && MayBeAbandoned(name, info, now) &&
-        flock(file, LOCK_EX | LOCK_NB) == 0 && unlink(path.c_str()) == 0)
-        NoteEntryChanged(path);
-    close(file);
-}
-
-/// Cleans a directory only if it is not the last one cleaned, so that a run over many files does
-/// not read it for each of them.
-void RemoveAbandoned(const std::string& directory, time_t now)
-{
-    struct DirectoryCloser {
-        void operator()(DIR* opened) const { closedir(opened); }
-    };
-    const char* name = directory.empty() ? "." : directory.c_str();
-    struct stat info;
-    if (stat(name, &info) != 0 ||
-        (info.st_dev == gClearedDevice && info.st_ino == gClearedDirectory))
-        return;
-    const std::unique_ptr<DIR, DirectoryCloser> entries(opendir(name));
-    if (!entries)
-        return;
-    while (const dirent* entry = readdir(entries.get()))
-        if (IsTemporaryName(entry->d_name))
-            RemoveIfAbandoned(directory, entry->d_name, now);
-    gClearedDevice = info.st_dev;
-    gClearedDirectory = info.st_ino;
 }
 
 std::string NewName()
