@@ -228,7 +228,7 @@ private:
         text << "}\n";
         if (Chance(30))
             Keys();
-        text << "*MATERIAL_REF " << Below(materials + 1) << "\n}\n";
+        text << "*MATERIAL_REF " << Below(static_cast<size_t>(materials) + 1) << "\n}\n";
     }
 
     void TextureFaces(int rim)
