@@ -129,7 +129,8 @@ void BackgroundBatch::Signal(int number) const
 void BackgroundBatch::SignalAndAwait(int number) const
 {
     Signal(number);
-    Eventually([&] { return (WaitingSignals(process) >> (number - 1) & 1) == 0; });
+    // A process that ends by a signal keeps it to the last.
+    Eventually([&] { return HasEnded() || (WaitingSignals(process) >> (number - 1) & 1) == 0; });
 }
 
 bool BackgroundBatch::HasEnded() const
