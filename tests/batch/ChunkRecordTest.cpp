@@ -93,18 +93,18 @@ TEST(ChunkRecordTest, EveryTruncationAndEveryChangedByteIsFound)
 TEST(ChunkRecordTest, InputsAreRelativeToTheRoot)
 {
     SceneResult result = SomeRecord().result;
-    result.inputs = {{"/root/sub/p.tga", true, {}},
-                     {"/root/../q.tga", false, {}},
-                     {"/rooted/r.tga", false, {}},
+    result.inputs = {{"/scenes/sub/p.tga", true, {}},
+                     {"/scenes/../q.tga", false, {}},
+                     {"/scenes2/r.tga", false, {}},
                      {"\\\\share\\s.tga", false, {}}};
-    const ChunkRecorder recorder({"t", "f"}, "/root", 3);
+    const ChunkRecorder recorder({"t", "f"}, "/scenes", 3);
     std::string plain;
     ChunkRecord record;
     ASSERT_TRUE(TakeRecord(recorder.LineOf("{\"a\":1}", SomeRecord().job, result), plain, record));
     std::vector<std::string> paths;
     for (const SceneInput& input : record.result.inputs)
         paths.push_back(InputBelow("/there", input.path));
-    EXPECT_THAT(paths, testing::ElementsAre("/there/sub/p.tga", "/there/../q.tga", "/rooted/r.tga",
+    EXPECT_THAT(paths, testing::ElementsAre("/there/sub/p.tga", "/there/../q.tga", "/scenes2/r.tga",
                                             "\\\\share\\s.tga"));
     EXPECT_EQ(record.sceneCount, 3u);
 }
