@@ -191,27 +191,64 @@ TEST_F(DrawStageTest, PremodulateUsesTheNextTexture)
     EXPECT_EQ(Filled() & 0xFFFFFF, 0x408000u);
 }
 
+/// A bump map whose only texel holds the offsets, out of -127..127 for -1..1.
+class DrawStageBumpTest : public DrawStageTest {
+protected:
+    void BindOffsets(signed char u, signed char v)
+    {
+        bump = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_V8U8);
+        D3DLOCKED_RECT locked = {};
+        ASSERT_EQ(bump->LockRect(0, &locked, nullptr, 0), D3D_OK);
+        static_cast<signed char*>(locked.pBits)[0] = u;
+        static_cast<signed char*>(locked.pBits)[1] = v;
+        ASSERT_EQ(bump->UnlockRect(0), D3D_OK);
+        ASSERT_EQ(device->SetTexture(0, bump.Get()), D3D_OK);
+        Operation(0, D3DTOP_BUMPENVMAP, D3DTA_CURRENT, D3DTA_TEXTURE);
+        Operation(1, D3DTOP_SELECTARG1, D3DTA_TEXTURE, D3DTA_CURRENT);
+        Stage(1, D3DTSS_TEXCOORDINDEX, 0);
+    }
+    void TearDown() override
+    {
+        ASSERT_EQ(device->SetTexture(0, nullptr), D3D_OK);
+        bump.Release();
+        DrawStageTest::TearDown();
+    }
+
+    Com<IDirect3DTexture9> bump;
+};
+
 /// Offsets of (1, 0) times a matrix of 0.25 move the next stage's coordinates by a quarter: with
-/// four texels across eight pixels each pixel shows the next texel. (127 in V8U8 is 1.)
-TEST_F(DrawStageTest, BumpMapMovesTheNextCoordinates)
+/// four texels across eight pixels each pixel shows the next texel.
+TEST_F(DrawStageBumpTest, MovesTheNextCoordinates)
 {
-    const Com<IDirect3DTexture9> bump = Texture(1, 1, 1, D3DPOOL_MANAGED, 0, D3DFMT_V8U8);
-    D3DLOCKED_RECT locked = {};
-    ASSERT_EQ(bump->LockRect(0, &locked, nullptr, 0), D3D_OK);
-    static_cast<signed char*>(locked.pBits)[0] = 127;
-    static_cast<signed char*>(locked.pBits)[1] = 0;
-    ASSERT_EQ(bump->UnlockRect(0), D3D_OK);
-    ASSERT_EQ(device->SetTexture(0, bump.Get()), D3D_OK);
+    BindOffsets(127, 0);
     BindTexels(1, 4, 1, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
-    Operation(0, D3DTOP_BUMPENVMAP, D3DTA_CURRENT, D3DTA_TEXTURE);
     Stage(0, D3DTSS_BUMPENVMAT00, std::bit_cast<DWORD>(0.25f));
-    Operation(1, D3DTOP_SELECTARG1, D3DTA_TEXTURE, D3DTA_CURRENT);
-    Stage(1, D3DTSS_TEXCOORDINDEX, 0);
     FillAll();
     EXPECT_EQ(Pixel(0, 0) & 0xFFFFFF, 2u);
     EXPECT_EQ(Pixel(2, 0) & 0xFFFFFF, 3u);
     EXPECT_EQ(Pixel(7, 0) & 0xFFFFFF, 1u) << "around the end";
-    ASSERT_EQ(device->SetTexture(0, nullptr), D3D_OK);
+}
+
+/// u' = u + du * M00 + dv * M10, v' = v + du * M01 + dv * M11: with du alone, M01 moves v and M10 nothing.
+TEST_F(DrawStageBumpTest, FirstOffsetMovesTheSecondCoordinateByTheFirstRow)
+{
+    BindOffsets(127, 0);
+    BindTexels(1, 2, 2, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
+    Stage(0, D3DTSS_BUMPENVMAT01, std::bit_cast<DWORD>(0.5f));
+    FillAll();
+    EXPECT_EQ(Pixel(0, 0) & 0xFFFFFF, 3u);
+    EXPECT_EQ(Pixel(7, 7) & 0xFFFFFF, 2u);
+}
+
+TEST_F(DrawStageBumpTest, SecondOffsetMovesTheFirstCoordinateByTheSecondRow)
+{
+    BindOffsets(0, 127);
+    BindTexels(1, 2, 2, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
+    Stage(0, D3DTSS_BUMPENVMAT10, std::bit_cast<DWORD>(0.5f));
+    FillAll();
+    EXPECT_EQ(Pixel(0, 0) & 0xFFFFFF, 2u);
+    EXPECT_EQ(Pixel(7, 7) & 0xFFFFFF, 3u);
 }
 
 /// Luminance 0.5 * scale 0.5 + offset 0.25 = 0.5 of the next texel: 200 becomes 100. The third channel

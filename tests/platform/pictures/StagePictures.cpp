@@ -119,7 +119,7 @@ void TempRegister(PictureStage& stage)
 }
 
 /// A wave of signed offsets that distorts the checker of the next stage.
-void BumpMap(PictureStage& stage)
+void Bumped(PictureStage& stage, const float (&matrix)[4])
 {
     stage->SetTexture(0, stage.Texture(
                              64,
@@ -131,12 +131,25 @@ void BumpMap(PictureStage& stage)
                              D3DFMT_V8U8));
     stage->SetTexture(1, stage.Checker());
     stage.Colour(0, D3DTOP_BUMPENVMAP, D3DTA_CURRENT, D3DTA_TEXTURE);
-    stage->SetTextureStageState(0, D3DTSS_BUMPENVMAT00, std::bit_cast<DWORD>(0.125f));
-    stage->SetTextureStageState(0, D3DTSS_BUMPENVMAT11, std::bit_cast<DWORD>(0.0625f));
+    for (int i = 0; i < 4; ++i)
+        stage->SetTextureStageState(0,
+                                    static_cast<D3DTEXTURESTAGESTATETYPE>(D3DTSS_BUMPENVMAT00 + i),
+                                    std::bit_cast<DWORD>(matrix[i]));
     stage.Colour(1, D3DTOP_SELECTARG1, D3DTA_TEXTURE);
     stage.Alpha(1, D3DTOP_SELECTARG1, D3DTA_CURRENT);
     stage->SetTextureStageState(1, D3DTSS_TEXCOORDINDEX, 0);
     stage.Rectangle(0, 0, 64, 64, 0xFFFFFFFF);
+}
+
+void BumpMap(PictureStage& stage)
+{
+    Bumped(stage, {0.125f, 0.0f, 0.0f, 0.0625f});
+}
+
+/// Each offset moves both coordinates, by different amounts.
+void TurnedBumpMap(PictureStage& stage)
+{
+    Bumped(stage, {0.125f, 0.03125f, -0.25f, 0.0625f});
 }
 
 /// The default operation reads a texture; without one the vertex colour shows.
@@ -185,6 +198,7 @@ const std::vector<PictureProgram> kStagePictures = {
     {"reflection_under_map", ReflectionUnderMap, 2, 0},
     {"temp_register", TempRegister, 2, 0},
     {"bump_map", BumpMap, 2, 0},
+    {"bump_map_turned", TurnedBumpMap, 2, 0},
     {"no_texture", NoTexture, 2, 0},
     {"tinted_map", TintedMap, 2, 0},
     {"reflection_alone", ReflectionAlone, 2, 0},

@@ -38,7 +38,8 @@ SampleFunction<F> FindSampling(const Sampler& sampler)
     });
 }
 
-/// How a bump map moves the coordinates of the next stage and darkens its texture.
+/// How a bump map moves the coordinates of the next stage and darkens its texture. The offsets are a row
+/// vector times the matrix, as the public formula has it.
 template <typename F>
 struct BumpOf {
     typename F::Floats u, v, luminance;
@@ -47,9 +48,9 @@ struct BumpOf {
 template <typename F>
 BumpOf<F> MakeBump(const StageProgram& stage, const Rgba<F>& texture)
 {
-    const auto along = [&](int row) {
-        return texture.c[0] * F::Splat(stage.bumpMatrix[row][0]) +
-               texture.c[1] * F::Splat(stage.bumpMatrix[row][1]);
+    const auto along = [&](int column) {
+        return texture.c[0] * F::Splat(stage.bumpMatrix[0][column]) +
+               texture.c[1] * F::Splat(stage.bumpMatrix[1][column]);
     };
     return {
         along(0), along(1),
