@@ -61,11 +61,6 @@ TEST_F(EffectTechniques, WithoutAUsableOneAllAreReported)
             "no technique; drawn without the effect\n"
             "      not technique 1 \"a\": deck/glow.fx(2,1): this host does not have the state "
             "'StateBlock'\n");
-    EXPECT_EQ(Told(std::string("\x01\x09\xFF\xFE\0\0\0\0", 8)),
-              std::string(kHead) +
-                  "no technique; drawn without the effect\n"
-                  "      deck/glow.fx(1,1): compiled effects are not read on this host, only their "
-                  "text\n");
 }
 
 TEST_F(EffectTechniques, TheProgramPrintsThemToStandardOutput)

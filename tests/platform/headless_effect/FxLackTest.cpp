@@ -183,28 +183,39 @@ TEST_F(FxLackTest, AnAnnotationOfAnUnmodelledTypeIsLeftOut)
     EXPECT_EQ(IntOf(effect.Get(), effect->GetAnnotationByName("x", "b")), 5);
 }
 
-// The last four are truncated, damaged or extended forms of the first.
-TEST_F(FxLackTest, ABinaryIsAnEffectWithoutTechniques)
+TEST_F(FxLackTest, ABinaryThatIsNoEffectIsRefused)
 {
-    const std::string compiled("\x01\x09\xFF\xFE\x04\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
-    std::string flipped = compiled;
-    flipped[0] = 'f';
-    const std::string cases[] = {compiled, compiled.substr(0, 1), compiled.substr(0, 5), flipped,
-                                 compiled +
-                                     std::string(5 << 20, 'x')}; // longer than any text may be
     const ScratchDirectory folder;
-    for (const std::string& bytes : cases) {
-        folder.Write("glow.fxo", bytes);
-        std::string line;
-        const Com<ID3DXEffect> effect = MakeFile("glow.fxo", line);
-        ASSERT_TRUE(effect) << bytes.size();
-        EXPECT_EQ(line, "UNMODELLED glow.fxo(1,1): compiled effects are not read on this host, "
-                        "only their text\n");
-        D3DXEFFECT_DESC desc = {};
-        ASSERT_EQ(effect->GetDesc(&desc), D3D_OK);
-        EXPECT_EQ(desc.Techniques, 0u);
-        EXPECT_EQ(effect->GetTechnique(0), nullptr);
+    const std::string damaged = "glow.fxo(1,1): error X1008: the compiled effect is damaged near byte ";
+    const std::string tag("\x01\x09\xFF\xFE", 4);
+    const struct {
+        std::string bytes, message;
+    } cases[] = {
+        {std::string("\x01\x09", 2),
+         "glow.fxo(1,1): error X1008: this is neither a text nor a compiled effect (fx_2_0)\n"},
+        {std::string("\x01\x08\xFF\xFE\0\0\0\0", 8),
+         "glow.fxo(1,1): error X1008: this is neither a text nor a compiled effect (fx_2_0)\n"},
+        {tag + std::string("\x10\0\0\0\0", 5), damaged + "0: it ends too early\n"},
+        {tag + std::string("\x04\0\0\0\0\0\0\0", 8), damaged + "12: it ends too early\n"},
+    };
+    for (const auto& c : cases) {
+        folder.Write("glow.fxo", c.bytes);
+        EXPECT_EQ(ErrorOfFile("glow.fxo"), c.message);
     }
+}
+
+TEST_F(FxLackTest, ACompiledEffectThatIsTooLongIsNotRead)
+{
+    const ScratchDirectory folder;
+    folder.Write("glow.fxo", "\x01\x09\xFF\xFE" + std::string(17 << 20, 'x'));
+    std::string line;
+    const Com<ID3DXEffect> effect = MakeFile("glow.fxo", line);
+    ASSERT_TRUE(effect);
+    EXPECT_EQ(line, "UNMODELLED glow.fxo(1,1): the compiled effect is longer than 16 MiB\n");
+    D3DXEFFECT_DESC desc = {};
+    ASSERT_EQ(effect->GetDesc(&desc), D3D_OK);
+    EXPECT_EQ(desc.Techniques, 0u);
+    EXPECT_EQ(effect->GetTechnique(0), nullptr);
 }
 
 TEST_F(FxLackTest, TheHostLogsOnceWhyAnEffectCannotBeDrawn)

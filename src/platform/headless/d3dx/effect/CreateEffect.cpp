@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3dx/effect/FxCompiledReader.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxPreprocessor.h"
@@ -33,8 +34,8 @@ bool Prepare(const Request& request)
     return request.device && request.effectOut;
 }
 
-/// Whether the bytes are a compiled effect, even if truncated or damaged. Those begin with a byte
-/// of 1; texts contain no control characters except white space and the end mark of old editors.
+/// Whether the bytes are no text, but a compiled effect or something else. Texts contain no control
+/// characters except white space and the end mark of old editors.
 bool IsBinary(std::string_view bytes)
 {
     const auto isStrange = [](char c) {
@@ -49,9 +50,14 @@ bool Read(const Request& request, const std::string& path, std::string_view byte
 {
     if (IsBinary(bytes)) {
         const FxPlace start = {diagnostics.AddFile(path), 1, 1};
-        model.lack = diagnostics.PlaceText(start) +
-                     ": compiled effects are not read on this host, only their text";
-        return true;
+        if (bytes.size() > kFxMaxCompiledBytes) {
+            model.lack =
+                diagnostics.PlaceText(start) + ": the compiled effect is longer than 16 MiB";
+            return true;
+        }
+        return FxCompiledReader(bytes, start, diagnostics, static_cast<EffectPool*>(request.pool),
+                                model)
+            .Run();
     }
     FxSources sources(request.include, readsFiles);
     FxPreprocessor preprocessor(sources, diagnostics);
@@ -107,7 +113,7 @@ HRESULT WINAPI D3DXCreateEffectFromFileA(IDirect3DDevice9* device, LPCSTR path,
         return D3DERR_INVALIDCALL;
     std::string bytes;
     const HRESULT result = FxSources::ReadFile(path, bytes);
-    if (FAILED(result) && !IsBinary(bytes)) // compiled effects have no size limit
+    if (FAILED(result) && !FxIsCompiled(bytes)) // one that is too long costs only itself
         return result;
     return Create(request, path, bytes, true);
 }

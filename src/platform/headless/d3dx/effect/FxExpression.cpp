@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/headless/d3dx/effect/FxParameter.h"
+#include "platform/headless/d3dx/effect/FxProgram.h"
 
 namespace headless::fx {
 
@@ -162,6 +164,7 @@ size_t Takes(const FxStep& step)
     switch (step.operation) {
     case FxOperation::Literal:
     case FxOperation::Parameter:
+    case FxOperation::Program:
         return 0;
     case FxOperation::Element:
     case FxOperation::Negate:
@@ -239,16 +242,23 @@ void FxExpression::AddLiteral(const FxNumber& number)
     steps.push_back(step);
 }
 
+void FxExpression::AddProgram(std::shared_ptr<FxProgram> compiled, const FxShape& shape)
+{
+    program = std::move(compiled);
+    steps.push_back(FxStepOf(FxOperation::Program, shape));
+}
+
 bool FxExpression::IsConstant() const
 {
-    return std::none_of(steps.begin(), steps.end(),
-                        [](const FxStep& step) { return step.parameter != nullptr; });
+    return !program && std::none_of(steps.begin(), steps.end(),
+                                    [](const FxStep& step) { return step.parameter != nullptr; });
 }
 
 void FxExpression::Clear()
 {
     steps.clear();
     literals.clear();
+    program.reset();
 }
 
 void FxExpression::Append(const FxExpression& other)
@@ -270,6 +280,8 @@ FxNumber FxExpression::Evaluate(std::vector<FxNumber>& scratch) const
         const size_t taken = Takes(step);
         if (step.operation == FxOperation::Literal)
             result = literals[step.count];
+        else if (step.operation == FxOperation::Program)
+            result = program->Evaluate(step.shape);
         else
             Run(step, scratch.data() + (scratch.size() - taken), result);
         scratch.resize(scratch.size() - taken);
@@ -280,6 +292,8 @@ FxNumber FxExpression::Evaluate(std::vector<FxNumber>& scratch) const
 
 bool FxExpression::Reads(const FxParameter& parameter) const
 {
+    if (program && program->inputs.Reads(parameter))
+        return true;
     return std::any_of(steps.begin(), steps.end(), [&](const FxStep& step) {
         return step.parameter && step.parameter->storage == parameter.storage;
     });
@@ -287,7 +301,7 @@ bool FxExpression::Reads(const FxParameter& parameter) const
 
 uint64_t FxExpression::Newest() const
 {
-    uint64_t newest = 0;
+    uint64_t newest = program ? program->inputs.Newest() : 0;
     for (const FxStep& step : steps)
         if (step.parameter)
             newest = std::max(newest, step.parameter->storage->changed);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "platform/headless/d3dx/effect/FxIntrinsics.h"
@@ -9,6 +10,7 @@
 namespace headless::fx {
 
 struct FxParameter;
+class FxProgram;
 
 enum class FxOperation : uint8_t {
     Literal,
@@ -41,6 +43,7 @@ enum class FxOperation : uint8_t {
     Components, ///< the cells selected by `components`
     Row,        ///< of a vector or matrix; the index is on the stack
     Call,
+    Program, ///< a computation in compiled form
 };
 
 /// One step of an expression in postfix order.
@@ -67,6 +70,8 @@ class FxExpression {
 public:
     FxShape Shape() const { return steps.empty() ? FxShape() : steps.back().shape; }
     bool IsEmpty() const { return steps.empty(); }
+    /// A computation in compiled form, which gives a value of the shape.
+    void AddProgram(std::shared_ptr<FxProgram> compiled, const FxShape& shape);
 
     void Add(const FxStep& step) { steps.push_back(step); }
     void AddLiteral(const FxNumber& number);
@@ -87,6 +92,7 @@ public:
 private:
     std::vector<FxStep> steps;
     std::vector<FxNumber> literals;
+    std::shared_ptr<FxProgram> program; ///< null if no step runs it
 };
 
 } // namespace headless::fx

@@ -26,5 +26,12 @@ inline constexpr size_t kFxMaxElements = size_t{1} << 15;
 inline constexpr size_t kFxMaxNodes = size_t{1} << 16;
 /// Numbers in the values of all parameters.
 inline constexpr size_t kFxMaxCells = size_t{1} << 20;
+/// States of passes and of the samplers that they reach, each as often as it is reached.
+inline constexpr size_t kFxMaxTouched = size_t{1} << 20;
+/// Rows that bind parameters to registers, and the registers of programs, in all programs of a compiled
+/// effect.
+inline constexpr size_t kFxMaxRows = size_t{1} << 18;
+/// Bytes of a compiled effect.
+inline constexpr size_t kFxMaxCompiledBytes = size_t{16} << 20;
 
 } // namespace headless::fx

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/headless/d3dx/effect/FxShader.h"
+#include "platform/headless/d3dx/effect/FxTypes.h"
+
 namespace headless::fx {
 
 namespace {
@@ -15,7 +18,58 @@ bool ReadsObject(const FxObject& object, const FxParameter& parameter)
     return object.parameter && object.parameter->storage == parameter.storage;
 }
 
+/// Allocates its place in the storage; parts use that of the whole. Recurses as deep as structs
+/// nest, which is limited.
+void Build(FxParameter& parameter, const FxType& type, UINT elements)
+{
+    parameter.kind = type.kind;
+    parameter.type = type.type;
+    parameter.rows = type.rows;
+    parameter.columns = type.columns;
+    parameter.elements = elements;
+    FxStorage& storage = *parameter.storage;
+    parameter.first = type.IsNumeric()             ? storage.cells.size()
+                      : type.type == D3DXPT_STRING ? storage.strings.size()
+                      : type.kind == D3DXPC_STRUCT ? storage.cells.size()
+                                                   : storage.textures.size();
+    const auto add = [&](const FxType& partType, UINT partElements) -> FxParameter& {
+        FxParameter& part = *parameter.parts.emplace_back(std::make_unique<FxParameter>());
+        part.storage = parameter.storage;
+        Build(part, partType, partElements);
+        return part;
+    };
+    for (UINT i = 0; i < elements; ++i)
+        add(type, 0);
+    if (elements > 0)
+        return;
+    if (type.IsNumeric())
+        storage.cells.resize(storage.cells.size() + type.Shape().Count());
+    else if (type.type == D3DXPT_STRING)
+        storage.strings.emplace_back();
+    else if (parameter.IsTexture())
+        storage.textures.emplace_back();
+    if (!type.structure)
+        return;
+    for (const FxMember& member : type.structure->members) {
+        FxParameter& part = add(member.type, member.elements);
+        part.name = member.name;
+        part.semantic = member.semantic;
+        part.hasSemantic = member.hasSemantic;
+        for (const auto& element : part.parts)
+            if (part.IsArray())
+                element->name = member.name;
+    }
+}
+
 } // namespace
+
+std::unique_ptr<FxParameter> FxMakeParameter(const FxType& type, UINT elements)
+{
+    auto parameter = std::make_unique<FxParameter>();
+    parameter->storage = std::make_shared<FxStorage>();
+    Build(*parameter, type, elements);
+    return parameter;
+}
 
 uint64_t FxStamp()
 {
@@ -56,42 +110,75 @@ const FxParameter* FxObject::Resolve(std::vector<FxNumber>& scratch) const
     return parameter->parts[static_cast<size_t>(std::clamp(wanted, 0, last))].get();
 }
 
-/// An assignment that uses a sampler also reads what the sampler's states read.
+bool FxFits(const FxState& state, const FxParameter& parameter)
+{
+    switch (state.kind) {
+    case FxStateKind::Texture:
+        return parameter.IsTexture();
+    case FxStateKind::SamplerObject:
+        return parameter.IsSampler();
+    case FxStateKind::VertexShader:
+        return parameter.type == D3DXPT_VERTEXSHADER;
+    default:
+        return parameter.type == D3DXPT_PIXELSHADER;
+    }
+}
+
+bool FxSamplerReads(const FxParameter& sampler, const FxParameter& parameter)
+{
+    return std::any_of(sampler.samplerStates.begin(), sampler.samplerStates.end(),
+                       [&](const FxAssignment& inner) {
+                           return inner.value.Reads(parameter) ||
+                                  ReadsObject(inner.object, parameter);
+                       }) ||
+           std::any_of(sampler.parts.begin(), sampler.parts.end(),
+                       [&](const auto& part) { return FxSamplerReads(*part, parameter); });
+}
+
+uint64_t FxSamplerNewest(const FxParameter& sampler)
+{
+    uint64_t newest = sampler.storage->changed;
+    for (const FxAssignment& inner : sampler.samplerStates) {
+        newest = std::max({newest, inner.value.Newest(), inner.object.index.Newest()});
+        if (inner.object.parameter)
+            newest = std::max(newest, inner.object.parameter->storage->changed);
+    }
+    for (const auto& part : sampler.parts)
+        newest = std::max(newest, FxSamplerNewest(*part));
+    return newest;
+}
+
+/// An assignment that uses a sampler also reads what the sampler's states read, one that sets a shader what
+/// the shader takes.
 bool FxAssignment::Reads(const FxParameter& parameter) const
 {
     if (value.Reads(parameter) || ReadsObject(object, parameter))
         return true;
-    if (!object.parameter || !object.parameter->IsSampler())
-        return false;
-    const auto anyReads = [&](const FxParameter& sampler) {
-        return std::any_of(sampler.samplerStates.begin(), sampler.samplerStates.end(),
-                           [&](const FxAssignment& inner) {
-                               return inner.value.Reads(parameter) ||
-                                      ReadsObject(inner.object, parameter);
-                           });
+    const auto shaderReads = [&](const FxShader* program) {
+        return program && program->Reads(parameter);
     };
-    return anyReads(*object.parameter) ||
-           std::any_of(object.parameter->parts.begin(), object.parameter->parts.end(),
-                       [&](const auto& part) { return anyReads(*part); });
+    const FxParameter* const read = object.parameter;
+    return shaderReads(shader.get()) ||
+           (read && read->IsSampler() && FxSamplerReads(*read, parameter)) ||
+           (read && shaderReads(read->shader.get())) ||
+           (read && std::any_of(read->parts.begin(), read->parts.end(),
+                                [&](const auto& part) { return shaderReads(part->shader.get()); }));
 }
 
 uint64_t FxAssignment::Newest() const
 {
     uint64_t newest = std::max(value.Newest(), object.index.Newest());
-    if (!object.parameter)
-        return newest;
-    newest = std::max(newest, object.parameter->storage->changed);
-    const auto add = [&](const FxParameter& sampler) {
-        for (const FxAssignment& inner : sampler.samplerStates) {
-            newest = std::max({newest, inner.value.Newest(), inner.object.index.Newest()});
-            if (inner.object.parameter)
-                newest = std::max(newest, inner.object.parameter->storage->changed);
-        }
+    const auto addShader = [&](const FxShader* program) {
+        newest = std::max(newest, program ? program->Newest() : 0);
     };
-    add(*object.parameter);
-    if (object.parameter->IsSampler())
-        for (const auto& part : object.parameter->parts)
-            add(*part);
+    addShader(shader.get());
+    const FxParameter* const read = object.parameter;
+    if (!read)
+        return newest;
+    newest = std::max(newest, FxSamplerNewest(*read));
+    addShader(read->shader.get());
+    for (const auto& part : read->parts)
+        addShader(part->shader.get());
     return newest;
 }
 

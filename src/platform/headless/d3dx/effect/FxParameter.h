@@ -33,6 +33,8 @@ struct FxAssignment {
     FxExpression value; ///< empty for objects
     FxObject object;
     std::shared_ptr<FxShader> shader; ///< of an `asm` block in its place; null for none
+    /// The value has the bits that the state takes; compiled effects convert beforehand.
+    bool isConverted = false;
 
     bool Reads(const FxParameter& parameter) const;
     uint64_t Newest() const;
@@ -90,6 +92,18 @@ struct FxParameter {
     FxCell* Cells() { return storage->cells.data() + first; }
     const FxCell* Cells() const { return storage->cells.data() + first; }
 };
+
+/// A parameter of its own storage with all its parts, all 0; `elements` is 0 for no array. The caller has
+/// counted it (`FxSizes`).
+std::unique_ptr<FxParameter> FxMakeParameter(const FxType& type, UINT elements);
+
+/// Whether a state can take the object that a parameter, or an element of it, holds.
+bool FxFits(const FxState& state, const FxParameter& parameter);
+
+/// Whether the states of a sampler, or of the elements of an array of them, read a parameter.
+bool FxSamplerReads(const FxParameter& sampler, const FxParameter& parameter);
+/// The stamp of the newest change to a sampler or to what its states read.
+uint64_t FxSamplerNewest(const FxParameter& sampler);
 
 /// The part, element or annotation of that name; null if there is none.
 FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,

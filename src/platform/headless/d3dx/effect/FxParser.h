@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3dx/effect/EffectPool.h"
 #include "platform/headless/d3dx/effect/FxExpressionReader.h"
+#include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxModel.h"
 
 namespace headless::fx {
@@ -45,7 +46,6 @@ private:
 
     // FxParserValues.cpp
     std::unique_ptr<FxParameter> Make(const FxType& type, UINT elements, FxPlace place);
-    void Build(FxParameter& parameter, const FxType& type, UINT elements);
     bool Value(FxParameter& parameter);
     bool Numbers(FxParameter& parameter);
     bool NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETER_TYPE>& types);
@@ -82,8 +82,8 @@ private:
     FxExpressionReader expressions;
     std::vector<FxNumber> scratch;
     bool isInStruct = false;
-    size_t nodes = 0;
-    size_t cells = 0;
+    FxSizes sizes;
+    size_t touchedLeft = kFxMaxTouched;
 };
 
 } // namespace headless::fx

@@ -196,23 +196,10 @@ bool FxParser::AddMember(FxStruct& structure, FxMember member, FxPlace place)
         if (other.name == member.name)
             return words.FailAt(place, FxError::Redefinition,
                                 "the struct has a member '" + member.name + "' already");
-    const size_t count = std::max(member.elements, 1u);
-    size_t ownNodes = member.elements; // each element is a node; its parts are counted below
-    if (const FxStruct* inner = member.type.structure) {
-        structure.depth = std::max(structure.depth, inner->depth + 1);
-        ownNodes += inner->nodes * count;
-        structure.cells += inner->cells * count;
-    } else {
-        structure.cells += count * member.type.rows * member.type.columns;
-    }
-    structure.nodes += ownNodes + 1;
-    if (structure.depth > kFxMaxStructDepth || structure.nodes > kFxMaxNodes ||
-        structure.cells > kFxMaxCells)
-        return words.FailAt(place, FxError::Limit, "the struct becomes too large");
     if (member.type.IsVoid())
         return words.FailAt(place, FxError::UnknownType, "a member cannot be void");
-    structure.members.push_back(std::move(member));
-    return true;
+    return structure.Add(std::move(member)) ||
+           words.FailAt(place, FxError::Limit, "the struct becomes too large");
 }
 
 bool FxParser::TypeDefinition()

@@ -6,20 +6,13 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxShader.h"
+#include "platform/headless/d3dx/effect/FxTouchedStates.h"
 
 namespace headless::fx {
 
 namespace {
 
 constexpr const char* kNoShaders = "this host does not compile shaders";
-
-void AddKeys(const FxParameter& sampler, UINT index, std::vector<FxStateKey>& keysOut)
-{
-    keysOut.push_back({FxStateKind::Texture, index, 0});
-    for (const FxAssignment& assignment : sampler.samplerStates)
-        if (assignment.state->kind == FxStateKind::Sampler)
-            keysOut.push_back({FxStateKind::Sampler, index, assignment.state->number});
-}
 
 /// The shape of a list in braces for a state.
 FxShape ListShape(const FxState& state)
@@ -38,34 +31,6 @@ FxShape ListShape(const FxState& state)
     }
 }
 
-/// Records are saved as a whole.
-void AddKeys(const FxAssignment& assignment, std::vector<FxStateKey>& keysOut)
-{
-    const FxState& state = *assignment.state;
-    const FxParameter* object = assignment.object.parameter;
-    switch (state.kind) {
-    case FxStateKind::Transform:
-        keysOut.push_back({state.kind, 0, state.number + assignment.index});
-        break;
-    case FxStateKind::Material:
-    case FxStateKind::Light:
-        keysOut.push_back({state.kind, assignment.index, 0});
-        break;
-    case FxStateKind::SamplerObject:
-        keysOut.push_back({FxStateKind::Texture, assignment.index, 0});
-        if (object)
-            AddKeys(*object, assignment.index, keysOut);
-        for (size_t i = 0; object && i < object->parts.size(); ++i)
-            AddKeys(*object->parts[i], assignment.index, keysOut);
-        break;
-    case FxStateKind::ShaderConstant:
-        break;
-    default:
-        keysOut.push_back({state.kind, assignment.index, state.number});
-        break;
-    }
-}
-
 } // namespace
 
 bool FxParser::Technique()
@@ -80,12 +45,8 @@ bool FxParser::Technique()
     while (!words.Accept("}"))
         if (!Pass(*technique))
             return false;
-    std::vector<FxStateKey>& keys = technique->touched;
-    for (const auto& pass : technique->passes)
-        for (const FxAssignment& assignment : pass->states)
-            AddKeys(assignment, keys);
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    if (!FxListTouchedStates(*technique, touchedLeft))
+        return words.Fail(FxError::Limit, "the effect sets too many states");
     model.techniques.push_back(std::move(technique));
     return true;
 }
@@ -95,7 +56,7 @@ bool FxParser::Pass(FxTechnique& technique)
     const FxPlace place = words.Peek().place;
     if (!words.AcceptWord("pass"))
         return words.Unexpected("a pass or '}'");
-    if (++nodes > kFxMaxNodes)
+    if (++sizes.nodes > kFxMaxNodes)
         return words.Fail(FxError::Limit, "the effect has too many passes");
     FxPass& pass = *technique.passes.emplace_back(std::make_unique<FxPass>());
     pass.place = diagnostics.PlaceText(place);
@@ -324,12 +285,7 @@ bool FxParser::ObjectValue(const FxState& state, FxAssignment& assignmentOut)
     if (!expressions.ReadParameter(object.parameter, object.index))
         return false;
     const FxParameter& parameter = *object.parameter;
-    const bool fits = state.kind == FxStateKind::Texture         ? parameter.IsTexture()
-                      : state.kind == FxStateKind::SamplerObject ? parameter.IsSampler()
-                      : state.kind == FxStateKind::VertexShader
-                          ? parameter.type == D3DXPT_VERTEXSHADER
-                          : parameter.type == D3DXPT_PIXELSHADER;
-    if (!fits || (parameter.IsArray() && object.index.IsEmpty()))
+    if (!FxFits(state, parameter) || (parameter.IsArray() && object.index.IsEmpty()))
         return words.FailAt(name.place, FxError::TypeMismatch,
                             FxDescribe(name) + " does not fit the state '" +
                                 std::string(state.name) + "'");

@@ -52,62 +52,11 @@ std::string Unquote(std::string_view text)
 
 std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, FxPlace place)
 {
-    const size_t count = std::max(elements, 1u);
-    const FxStruct* structure = type.structure;
-    const size_t inner = structure ? structure->nodes : 0;
-    nodes += 1 + elements + inner * count;
-    cells += count * (structure ? structure->cells : size_t{type.rows} * type.columns);
-    if (nodes > kFxMaxNodes || cells > kFxMaxCells) {
+    if (!sizes.Add(type, elements)) {
         words.FailAt(place, FxError::Limit, "the effect has too many parameters");
         return nullptr;
     }
-    auto parameter = std::make_unique<FxParameter>();
-    parameter->storage = std::make_shared<FxStorage>();
-    Build(*parameter, type, elements);
-    return parameter;
-}
-
-/// Allocates its place in the storage; parts use that of the whole. Recurses as deep as structs
-/// nest, which is limited.
-void FxParser::Build(FxParameter& parameter, const FxType& type, UINT elements)
-{
-    parameter.kind = type.kind;
-    parameter.type = type.type;
-    parameter.rows = type.rows;
-    parameter.columns = type.columns;
-    parameter.elements = elements;
-    FxStorage& storage = *parameter.storage;
-    parameter.first = type.IsNumeric()             ? storage.cells.size()
-                      : type.type == D3DXPT_STRING ? storage.strings.size()
-                      : type.kind == D3DXPC_STRUCT ? storage.cells.size()
-                                                   : storage.textures.size();
-    const auto add = [&](const FxType& partType, UINT partElements) -> FxParameter& {
-        FxParameter& part = *parameter.parts.emplace_back(std::make_unique<FxParameter>());
-        part.storage = parameter.storage;
-        Build(part, partType, partElements);
-        return part;
-    };
-    for (UINT i = 0; i < elements; ++i)
-        add(type, 0);
-    if (elements > 0)
-        return;
-    if (type.IsNumeric())
-        storage.cells.resize(storage.cells.size() + type.Shape().Count());
-    else if (type.type == D3DXPT_STRING)
-        storage.strings.emplace_back();
-    else if (parameter.IsTexture())
-        storage.textures.emplace_back();
-    if (!type.structure)
-        return;
-    for (const FxMember& member : type.structure->members) {
-        FxParameter& part = add(member.type, member.elements);
-        part.name = member.name;
-        part.semantic = member.semantic;
-        part.hasSemantic = member.hasSemantic;
-        for (const auto& element : part.parts)
-            if (part.IsArray())
-                element->name = member.name;
-    }
+    return FxMakeParameter(type, elements);
 }
 
 // ---- Initial values

@@ -60,10 +60,12 @@ std::string FxPassStates::Refused() const
     return std::string(state.name) + place;
 }
 
-DWORD FxPassStates::Word(const FxState& state, const FxExpression& value)
+DWORD FxPassStates::Word(const FxAssignment& assignment)
 {
-    const FxNumber number = value.Evaluate(scratch);
-    switch (state.value) {
+    const FxNumber number = assignment.value.Evaluate(scratch);
+    if (assignment.isConverted && number.shape.IsScalar())
+        return number.cells[0];
+    switch (assignment.state->value) {
     case FxStateValue::Truth:
         return number.Bool(0) ? 1 : 0;
     case FxStateValue::Float:
@@ -97,33 +99,37 @@ HRESULT FxPassStates::ApplyTexture(IDirect3DDevice9& device, UINT stage, const F
                                               : nullptr);
 }
 
-HRESULT FxPassStates::ApplySampler(IDirect3DDevice9& device, const FxAssignment& assignment)
+HRESULT FxPassStates::ApplySampler(IDirect3DDevice9& device, UINT index, const FxParameter* sampler)
 {
-    const FxParameter* sampler = assignment.object.Resolve(scratch);
     HRESULT first = D3D_OK;
     if (!sampler)
-        return device.SetTexture(assignment.index, nullptr);
+        return device.SetTexture(index, nullptr);
     for (const FxAssignment& inner : sampler->samplerStates) {
         const FxState& state = *inner.state;
         Keep(state.kind == FxStateKind::Texture
-                 ? ApplyTexture(device, assignment.index, inner.object)
-                 : device.SetSamplerState(assignment.index,
-                                          static_cast<D3DSAMPLERSTATETYPE>(state.number),
-                                          Word(state, inner.value)),
+                 ? ApplyTexture(device, index, inner.object)
+                 : device.SetSamplerState(index, static_cast<D3DSAMPLERSTATETYPE>(state.number),
+                                          Word(inner)),
              first);
     }
     return first;
 }
 
+/// A compiled shader brings its constants and samplers along.
 HRESULT FxPassStates::ApplyShader(IDirect3DDevice9& device, const FxAssignment& assignment)
 {
     const bool isVertex = assignment.state->kind == FxStateKind::VertexShader;
     const FxParameter* parameter = assignment.object.Resolve(scratch);
     FxShader* shader = assignment.shader ? assignment.shader.get()
                                          : (parameter ? parameter->shader.get() : nullptr);
-    if (shader)
-        return shader->Set(device, isVertex);
-    return isVertex ? device.SetVertexShader(nullptr) : device.SetPixelShader(nullptr);
+    if (!shader)
+        return isVertex ? device.SetVertexShader(nullptr) : device.SetPixelShader(nullptr);
+    HRESULT first = shader->Set(device, isVertex);
+    Keep(shader->SetConstants(device, isVertex), first);
+    const UINT firstSampler = isVertex ? D3DVERTEXTEXTURESAMPLER0 : 0;
+    for (const FxSamplerBinding& row : shader->inputs.samplers)
+        Keep(ApplySampler(device, firstSampler + row.index, row.sampler), first);
+    return first;
 }
 
 /// A row of a matrix fills a register; missing components are 0.
@@ -162,34 +168,33 @@ HRESULT FxPassStates::ApplyOne(IDirect3DDevice9& device, const FxAssignment& ass
     switch (state.kind) {
     case FxStateKind::Render:
         return device.SetRenderState(static_cast<D3DRENDERSTATETYPE>(state.number),
-                                     Word(state, assignment.value));
+                                     Word(assignment));
     case FxStateKind::Stage:
-        return device.SetTextureStageState(index,
-                                           static_cast<D3DTEXTURESTAGESTATETYPE>(state.number),
-                                           Word(state, assignment.value));
+        return device.SetTextureStageState(
+            index, static_cast<D3DTEXTURESTAGESTATETYPE>(state.number), Word(assignment));
     case FxStateKind::Sampler:
         return device.SetSamplerState(index, static_cast<D3DSAMPLERSTATETYPE>(state.number),
-                                      Word(state, assignment.value));
+                                      Word(assignment));
     case FxStateKind::Transform: {
         const D3DMATRIX matrix = Matrix(assignment.value);
         return device.SetTransform(static_cast<D3DTRANSFORMSTATETYPE>(state.number + index),
                                    &matrix);
     }
     case FxStateKind::LightEnable:
-        return device.LightEnable(index, Word(state, assignment.value) != 0);
+        return device.LightEnable(index, Word(assignment) != 0);
     case FxStateKind::Texture:
         return ApplyTexture(device, index, assignment.object);
     case FxStateKind::SamplerObject:
-        return ApplySampler(device, assignment);
+        return ApplySampler(device, index, assignment.object.Resolve(scratch));
     case FxStateKind::VertexShader:
     case FxStateKind::PixelShader:
         return ApplyShader(device, assignment);
     case FxStateKind::ShaderConstant:
         return ApplyRegisters(device, assignment);
     case FxStateKind::VertexFormat:
-        return device.SetFVF(Word(state, assignment.value));
+        return device.SetFVF(Word(assignment));
     case FxStateKind::PatchSegments:
-        return device.SetNPatchMode(std::bit_cast<float>(Word(state, assignment.value)));
+        return device.SetNPatchMode(std::bit_cast<float>(Word(assignment)));
     default:
         return D3D_OK;
     }
@@ -211,7 +216,7 @@ void FxPassStates::PutFields(const FxPass& pass, const FxAssignment& first, void
             std::memcpy(field, number.cells.data(), state.floats * sizeof(float));
         } else {
             // The only such field is a light's type, whose enumeration has 31 bits.
-            const DWORD word = Word(state, assignment.value) & D3DLIGHT_FORCE_DWORD;
+            const DWORD word = Word(assignment) & D3DLIGHT_FORCE_DWORD;
             std::memcpy(field, &word, sizeof word);
         }
     }

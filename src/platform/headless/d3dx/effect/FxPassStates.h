@@ -21,12 +21,12 @@ public:
 
 private:
     HRESULT ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment);
-    HRESULT ApplySampler(IDirect3DDevice9& device, const FxAssignment& assignment);
+    HRESULT ApplySampler(IDirect3DDevice9& device, UINT index, const FxParameter* sampler);
     HRESULT ApplyTexture(IDirect3DDevice9& device, UINT stage, const FxObject& object);
     HRESULT ApplyShader(IDirect3DDevice9& device, const FxAssignment& assignment);
     HRESULT ApplyRegisters(IDirect3DDevice9& device, const FxAssignment& assignment);
     HRESULT ApplyRecord(IDirect3DDevice9& device, const FxPass& pass, const FxAssignment& first);
-    DWORD Word(const FxState& state, const FxExpression& value);
+    DWORD Word(const FxAssignment& assignment);
     void PutFields(const FxPass& pass, const FxAssignment& first, void* recordOut);
     D3DMATRIX Matrix(const FxExpression& value);
 

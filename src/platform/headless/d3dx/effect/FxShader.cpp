@@ -1,8 +1,11 @@
 #include "platform/headless/d3dx/effect/FxShader.h"
 
+#include "platform/headless/d3dx/effect/FxCompiledWords.h"
 #include "platform/headless/shader/Assembler.h"
+#include "platform/headless/shader/Bytecode.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace headless::fx {
 
@@ -37,7 +40,138 @@ std::string TextOf(std::span<const FxToken> block)
     return text;
 }
 
+std::string KindFault(bool isVertex)
+{
+    return isVertex ? "it is a pixel shader" : "it is a vertex shader";
+}
+
+/// Sets registers of one kind of constants.
+HRESULT SetFloats(IDirect3DDevice9& device, bool isVertex, UINT first, const float* values,
+                  UINT count)
+{
+    return isVertex ? device.SetVertexShaderConstantF(first, values, count)
+                    : device.SetPixelShaderConstantF(first, values, count);
+}
+HRESULT SetWholes(IDirect3DDevice9& device, bool isVertex, UINT first, const int* values,
+                  UINT count)
+{
+    return isVertex ? device.SetVertexShaderConstantI(first, values, count)
+                    : device.SetPixelShaderConstantI(first, values, count);
+}
+HRESULT SetTruths(IDirect3DDevice9& device, bool isVertex, UINT first, const BOOL* values,
+                  UINT count)
+{
+    return isVertex ? device.SetVertexShaderConstantB(first, values, count)
+                    : device.SetPixelShaderConstantB(first, values, count);
+}
+
+HRESULT SetNumber(IDirect3DDevice9& device, bool isVertex, const FxNumberBinding& row)
+{
+    HRESULT first = D3D_OK;
+    for (UINT i = 0; i < row.registerCount; ++i) {
+        const UINT place = row.firstRegister + i;
+        HRESULT result = D3D_OK;
+        if (row.set == FxRegisterSet::Truth) {
+            const BOOL truth = row.Value(i, 0, D3DXPT_BOOL) != 0 ? TRUE : FALSE;
+            result = SetTruths(device, isVertex, place, &truth, 1);
+        } else if (row.set == FxRegisterSet::Whole) {
+            int wholes[4];
+            for (UINT c = 0; c < 4; ++c)
+                wholes[c] = static_cast<int>(row.Value(i, c, D3DXPT_INT));
+            result = SetWholes(device, isVertex, place, wholes, 1);
+        } else {
+            float floats[4];
+            for (UINT c = 0; c < 4; ++c)
+                floats[c] = FxFloatOfCell(row.Value(i, c, D3DXPT_FLOAT), D3DXPT_FLOAT);
+            result = SetFloats(device, isVertex, place, floats, 1);
+        }
+        first = FAILED(first) ? first : result;
+    }
+    return first;
+}
+
+/// What was computed beforehand, a register after the other.
+HRESULT SetOutputs(IDirect3DDevice9& device, bool isVertex, const FxProgram& program)
+{
+    HRESULT first = D3D_OK;
+    const auto keep = [&](HRESULT result) { first = FAILED(first) ? first : result; };
+    for (const UINT place : program.Written(FxProgramTable::FloatOut)) {
+        float floats[4];
+        for (UINT c = 0; c < 4; ++c)
+            floats[c] = static_cast<float>(program.Output(FxProgramTable::FloatOut, place * 4 + c));
+        keep(SetFloats(device, isVertex, place, floats, 1));
+    }
+    for (const UINT place : program.Written(FxProgramTable::WholeOut)) {
+        int wholes[4];
+        for (UINT c = 0; c < 4; ++c)
+            wholes[c] =
+                static_cast<int>(std::clamp(program.Output(FxProgramTable::WholeOut, place * 4 + c),
+                                            -2147483648.0, 2147483647.0));
+        keep(SetWholes(device, isVertex, place, wholes, 1));
+    }
+    for (const UINT place : program.Written(FxProgramTable::TruthOut)) {
+        const BOOL truth =
+            program.Output(FxProgramTable::TruthOut, place * 4) != 0.0 ? TRUE : FALSE;
+        keep(SetTruths(device, isVertex, place, &truth, 1));
+    }
+    return first;
+}
+
 } // namespace
+
+bool ReadFxShader(std::string_view code, bool isVertex, const FxParameterNames& parameters,
+                  size_t& rowsLeftInOut, FxShader& shaderOut)
+{
+    std::vector<DWORD> words = FxWordsOf(code);
+    shader::Bytecode bytecode;
+    shader::Fault fault;
+    const std::vector<shader::Word> checked(words.begin(), words.end());
+    if (!shader::ReadBytecode(checked, bytecode, fault) ||
+        !shader::CheckBytecode(bytecode, fault)) {
+        shaderOut.fault = fault.reason;
+        return true;
+    }
+    if (bytecode.version.isPixel == isVertex) {
+        shaderOut.fault = KindFault(isVertex);
+        return true;
+    }
+    std::vector<FxConstant> constants;
+    if (const auto table = FxFindComment(words, "CTAB"))
+        if (!FxReadConstantTable(*table, rowsLeftInOut, constants) ||
+            !shaderOut.inputs.Bind(constants, parameters, rowsLeftInOut))
+            return false;
+    if (const auto before = FxFindComment(words, "PRES")) {
+        shaderOut.beforehand = std::make_shared<FxProgram>();
+        if (!shaderOut.beforehand->Read(*before, parameters, rowsLeftInOut))
+            return false;
+    }
+    shaderOut.words = std::move(words);
+    return true;
+}
+
+HRESULT FxShader::SetConstants(IDirect3DDevice9& device, bool isVertex)
+{
+    HRESULT first = D3D_OK;
+    for (const FxNumberBinding& row : inputs.numbers) {
+        const HRESULT result = SetNumber(device, isVertex, row);
+        first = FAILED(first) ? first : result;
+    }
+    if (!beforehand)
+        return first;
+    beforehand->Run();
+    const HRESULT result = SetOutputs(device, isVertex, *beforehand);
+    return FAILED(first) ? first : result;
+}
+
+bool FxShader::Reads(const FxParameter& parameter) const
+{
+    return inputs.Reads(parameter) || (beforehand && beforehand->inputs.Reads(parameter));
+}
+
+uint64_t FxShader::Newest() const
+{
+    return std::max(inputs.Newest(), beforehand ? beforehand->inputs.Newest() : 0);
+}
 
 void AssembleFxShader(std::span<const FxToken> block, bool isVertex, FxShader& shaderOut)
 {
@@ -46,7 +180,7 @@ void AssembleFxShader(std::span<const FxToken> block, bool isVertex, FxShader& s
     const bool isMade = shader::Assemble(TextOf(block), words, fault);
     const bool isOfKind = isMade && (words[0] >> 16 == 0xFFFE) == isVertex;
     if (isMade && !isOfKind)
-        fault = {isVertex ? "it is a pixel shader" : "it is a vertex shader", 1, 1};
+        fault = {KindFault(isVertex), 1, 1};
     if (isOfKind) {
         shaderOut.words.assign(words.begin(), words.end());
         return;

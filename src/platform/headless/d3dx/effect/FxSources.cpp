@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/OpenFileStream.h"
+#include "platform/headless/d3dx/effect/FxCompiledReader.h"
 #include "platform/headless/d3dx/effect/FxLimits.h"
 
 namespace headless::fx {
@@ -68,7 +69,7 @@ HRESULT FxSources::ReadFile(const char* path, std::string& bytesOut)
     char block[16384];
     while (const size_t count = std::fread(block, 1, sizeof block, stream.get())) {
         bytesOut.append(block, count);
-        if (bytesOut.size() > kFxMaxFileBytes)
+        if (bytesOut.size() > (FxIsCompiled(bytesOut) ? kFxMaxCompiledBytes : kFxMaxFileBytes))
             return D3DXERR_INVALIDDATA;
     }
     return std::ferror(stream.get()) != 0 ? D3DXERR_INVALIDDATA : D3D_OK;

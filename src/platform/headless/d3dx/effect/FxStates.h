@@ -24,6 +24,7 @@ enum class FxStateKind {
     ShaderConstant, ///< only meaningful with a shader
     VertexFormat,
     PatchSegments,
+    Missing, ///< one of a compiled effect that this host lacks
 };
 
 /// Which constants of shaders a state sets.

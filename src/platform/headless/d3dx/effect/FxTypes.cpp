@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
+#include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxToken.h"
 
 namespace headless::fx {
@@ -95,6 +97,42 @@ FxType FxType::Unmodelled()
     FxType result;
     result.isModelled = false;
     return result;
+}
+
+bool FxStruct::Add(FxMember member)
+{
+    const size_t count = std::max(member.elements, 1u);
+    size_t ownNodes = member.elements; // each element is a node; its parts are counted below
+    size_t ownCells = count * member.type.rows * member.type.columns;
+    int wanted = depth;
+    if (const FxStruct* inner = member.type.structure) {
+        wanted = std::max(depth, inner->depth + 1);
+        ownNodes += inner->nodes * count;
+        ownCells = inner->cells * count;
+    }
+    if (wanted > kFxMaxStructDepth || nodes + ownNodes + 1 > kFxMaxNodes ||
+        cells + ownCells > kFxMaxCells)
+        return false;
+    depth = wanted;
+    nodes += ownNodes + 1;
+    cells += ownCells;
+    members.push_back(std::move(member));
+    return true;
+}
+
+bool FxSizes::Add(const FxType& type, UINT elements)
+{
+    const size_t count = std::max(elements, 1u);
+    const FxStruct* structure = type.structure;
+    nodes += 1 + elements + (structure ? structure->nodes : 0) * count;
+    cells += count * (structure ? structure->cells : size_t{type.rows} * type.columns);
+    return nodes <= kFxMaxNodes && cells <= kFxMaxCells;
+}
+
+bool FxSizes::AddText(size_t bytes)
+{
+    textBytes += bytes;
+    return textBytes <= kFxMaxTextBytes;
 }
 
 bool FxFindBuiltInType(std::string_view name, FxType& typeOut)

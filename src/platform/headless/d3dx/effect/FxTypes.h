@@ -15,6 +15,7 @@ namespace headless::fx {
 
 struct FxParameter;
 struct FxStruct;
+using FxParameterNames = std::map<std::string, FxParameter*, std::less<>>; ///< not owned
 
 /// A type that a parameter can be declared with.
 struct FxType {
@@ -50,6 +51,23 @@ struct FxStruct {
     size_t nodes = 0; ///< parameters that one value takes, excluding itself
     size_t cells = 0;
     bool isModelled = true; ///< true if all members are
+
+    /// False, and nothing added, if the struct becomes larger or deeper than an effect may be.
+    bool Add(FxMember member);
+};
+
+/// How much the parameters of an effect take.
+struct FxSizes {
+    size_t nodes = 0;
+    size_t cells = 0;
+
+    /// Counts a parameter; `elements` is 0 for no array. False if the effect has too many.
+    bool Add(const FxType& type, UINT elements);
+    /// Counts the bytes of a name that is stored.
+    bool AddText(size_t bytes);
+
+private:
+    size_t textBytes = 0;
 };
 
 /// A built-in type: `float`, `int3`, `half4x4`, `texture2D`, `sampler`, `string`, `void`... False for
@@ -58,8 +76,8 @@ bool FxFindBuiltInType(std::string_view name, FxType& typeOut);
 
 /// What the names in an effect's text mean at this point.
 struct FxNames {
-    std::map<std::string, FxParameter*, std::less<>> parameters; ///< not owned, live in the effect
-    std::map<std::string, FxType, std::less<>> types;            ///< structs and `typedef`
+    FxParameterNames parameters;                      ///< live in the effect
+    std::map<std::string, FxType, std::less<>> types; ///< structs and `typedef`
     std::set<std::string, std::less<>> functions;
     std::vector<std::unique_ptr<FxStruct>> structs;
     std::set<std::string, std::less<>> unmodelled; ///< parameters that this host cannot store
