@@ -16,7 +16,7 @@
 #include "batch/RunBatch.h"
 #include "batch/ScenePlan.h"
 #include "batch/WorkingDirectory.h"
-#include "batch/WriteWholeFile.h"
+#include "base/WriteWholeFile.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include <jpeglib.h>
 
-#include "batch/WriteWholeFile.h"
+#include "base/WriteWholeFile.h"
 #include "gfx/KRE_Gfx.h"
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/PngWriter.h"

@@ -15,7 +15,7 @@
 #include "batch/ConvertScenes.h"
 #include "batch/RunBatch.h"
 #include "batch/WorkingDirectory.h"
-#include "batch/WriteWholeFile.h"
+#include "base/WriteWholeFile.h"
 
 namespace {
 

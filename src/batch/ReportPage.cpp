@@ -7,7 +7,7 @@
 #include "batch/BatchText.h"
 #include "batch/MessageTable.h"
 #include "batch/PageTexts.h"
-#include "batch/WriteWholeFile.h"
+#include "base/WriteWholeFile.h"
 
 namespace {
 

@@ -186,7 +186,8 @@ TEST_F(FxLackTest, AnAnnotationOfAnUnmodelledTypeIsLeftOut)
 TEST_F(FxLackTest, ABinaryThatIsNoEffectIsRefused)
 {
     const ScratchDirectory folder;
-    const std::string damaged = "glow.fxo(1,1): error X1008: the compiled effect is damaged near byte ";
+    const std::string damaged =
+        "glow.fxo(1,1): error X1008: the compiled effect is damaged near byte ";
     const std::string tag("\x01\x09\xFF\xFE", 4);
     const struct {
         std::string bytes, message;

@@ -84,6 +84,9 @@ public:
     /// `scratch` is working memory that the caller keeps between calls.
     FxNumber Evaluate(std::vector<FxNumber>& scratch) const;
 
+    const std::vector<FxStep>& Steps() const { return steps; }
+    const FxNumber& Literal(const FxStep& step) const { return literals[step.count]; }
+
     /// Whether `parameter` lies in `root`, which a step reads in part.
     bool Reads(const FxParameter& parameter) const;
     /// The stamp of the newest change to a parameter that is read; 0 if none is.

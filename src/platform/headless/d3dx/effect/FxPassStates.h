@@ -18,6 +18,8 @@ public:
     HRESULT Apply(IDirect3DDevice9& device, const FxPass& pass, uint64_t changedAfter);
     /// The state that made the last `Apply` fail, such as "LightType[1]"; "" if it succeeded.
     std::string Refused() const;
+    /// The number that the device takes for a state of one.
+    DWORD Word(const FxAssignment& assignment);
 
 private:
     HRESULT ApplyOne(IDirect3DDevice9& device, const FxAssignment& assignment);
@@ -26,7 +28,6 @@ private:
     HRESULT ApplyShader(IDirect3DDevice9& device, const FxAssignment& assignment);
     HRESULT ApplyRegisters(IDirect3DDevice9& device, const FxAssignment& assignment);
     HRESULT ApplyRecord(IDirect3DDevice9& device, const FxPass& pass, const FxAssignment& first);
-    DWORD Word(const FxAssignment& assignment);
     void PutFields(const FxPass& pass, const FxAssignment& first, void* recordOut);
     D3DMATRIX Matrix(const FxExpression& value);
 

@@ -1,4 +1,4 @@
-#include "batch/WriteWholeFile.h"
+#include "base/WriteWholeFile.h"
 
 #include <cerrno>
 
