@@ -16,6 +16,7 @@ constexpr ModeOption kModes[] = {
     {"--tree", InfoMode::kTree},       {"--effects", InfoMode::kEffects},
     {"--json", InfoMode::kJson},       {"--check", InfoMode::kCheck},
     {"--version", InfoMode::kVersion}, {"--disassemble", InfoMode::kDisassemble},
+    {"--compile", InfoMode::kCompile},
 };
 
 class InfoFormatter : public CLI::Formatter {
@@ -42,6 +43,11 @@ public:
         AddFlag("--json", kInfoHelp.json);
         AddFlag("--check", kInfoHelp.check);
         AddFlag("--disassemble", kInfoHelp.disassemble);
+        AddFlag("--compile", kInfoHelp.compile);
+        app.add_option("-o,--output", kInfoHelp.output)
+            ->type_name("FILE")
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
         AddFlag("--version", kInfoHelp.version);
         AddFlag("--all", kInfoHelp.all);
         app.add_option("--tolerance", kInfoHelp.tolerance)
@@ -129,8 +135,10 @@ std::string CommandLine::Read(std::vector<std::string> arguments, InfoArguments&
     } catch (const CLI::CallForHelp&) {
         readOut.mode = InfoMode::kHelp;
         return "";
-    } catch (const CLI::ArgumentMismatch&) { // only one option takes a value
-        return "option '--tolerance' needs a number from 0 on";
+    } catch (const CLI::ArgumentMismatch&) { // of the two options that take a value
+        return app.get_option("--compile")->count() > 0
+                   ? "option '-o' needs a file"
+                   : "option '--tolerance' needs a number from 0 on";
     } catch (const CLI::ParseError& error) {
         return error.what();
     }
@@ -139,6 +147,8 @@ std::string CommandLine::Read(std::vector<std::string> arguments, InfoArguments&
         if (!error.empty())
             return error;
     }
+    if (const CLI::Option& output = *app.get_option("--output"); !output.empty())
+        readOut.target = output.results().front();
     readOut.all = app.get_option("--all")->count() > 0;
     return "";
 }
@@ -153,6 +163,8 @@ std::string FaultOfWhole(const InfoArguments& read)
         return wanted == 2 ? "two files are needed" : "a file is needed";
     if (read.files.size() > wanted)
         return "one file too many: '" + read.files[wanted] + "'";
+    if ((read.mode == InfoMode::kCompile) != !read.target.empty())
+        return "'--compile' and '-o FILE' go together";
     if (read.tolerance && read.mode != InfoMode::kDiff)
         return "'--tolerance' and '--exact' go with diff only";
     return "";

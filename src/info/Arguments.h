@@ -14,6 +14,7 @@ enum class InfoMode {
     kCheck,
     kDiff,
     kDisassemble,
+    kCompile,
     kHelp,
     kVersion
 };
@@ -24,6 +25,7 @@ struct InfoArguments {
     bool all = false;
     std::optional<double> tolerance; ///< 0 for --exact
     std::vector<std::string> files;  ///< one; two for a comparison
+    std::string target;              ///< of --compile; empty for none
     std::string error;               ///< what is wrong with the command line; empty if nothing is
 };
 
@@ -44,6 +46,8 @@ struct InfoHelpTexts {
     const char* json;
     const char* check;
     const char* disassemble;
+    const char* compile;
+    const char* output;
     const char* version;
     const char* all;
     const char* tolerance;

@@ -6,6 +6,7 @@
 #include "base/KRE_Base.h"
 #include "info/Arguments.h"
 #include "info/Disassembly.h"
+#include "info/EffectCompiling.h"
 #include "info/InfoEngine.h"
 #include "info/LoadedScene.h"
 #include "info/NameText.h"
@@ -97,6 +98,8 @@ int RunInfo(const std::vector<std::string>& arguments, FILE* outStream, FILE* er
         out.Add(kInfoVersion);
     } else if (read.mode == InfoMode::kDisassemble) {
         status = PrintDisassembly(read.files[0], out, err) ? kInfoWell : kInfoTrouble;
+    } else if (read.mode == InfoMode::kCompile) {
+        status = WriteCompiledEffect(read.files[0], read.target, err) ? kInfoWell : kInfoTrouble;
     } else {
         status = RunGuarded(read, out, err);
     }

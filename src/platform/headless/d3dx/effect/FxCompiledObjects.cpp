@@ -1,5 +1,6 @@
 // The contents of objects: texts, shaders, and what the values of states are made from.
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/headless/d3dx/effect/FxCompiledReader.h"
@@ -139,14 +140,24 @@ bool FxCompiledReader::Program(std::string_view content, const FxShape& shape, F
     return true;
 }
 
+/// A parameter or a part of one.
+const FxParameter* FxCompiledReader::Named(const std::string& name) const
+{
+    const size_t end = std::min(name.find_first_of(".[@"), name.size());
+    const auto whole = model.names.parameters.find(std::string_view(name).substr(0, end));
+    if (whole == model.names.parameters.end() || end == name.size())
+        return whole == model.names.parameters.end() ? nullptr : whole->second;
+    return FxFindPath({}, whole->second, std::string_view(name).substr(end));
+}
+
 /// An object must fit its state; a number has the value that the parameter has, bit by bit.
 bool FxCompiledReader::Reference(std::string_view content, FxAssignment& assignment)
 {
     const std::string name(UpToEnd(content));
-    const auto found = model.names.parameters.find(name);
-    if (found == model.names.parameters.end())
+    const FxParameter* found = Named(name);
+    if (!found)
         return Damaged("it names the parameter '" + name + "', which it does not have");
-    const FxParameter& parameter = *found->second;
+    const FxParameter& parameter = *found;
     const FxState& state = *assignment.state;
     if (state.value == FxStateValue::Object) {
         assignment.object.parameter = &parameter;

@@ -278,7 +278,7 @@ bool FxCompiledReader::SamplerStates(FxCompiledWords& words, FxParameter& sample
     uint32_t count = 0;
     if (!words.Next(count))
         return DamagedOffset();
-    if (count > kMaxSamplerStates || isStateValue)
+    if (count > kMaxSamplerStates || (isStateValue && count > 0))
         return DamagedType();
     for (uint32_t i = 0; i < count; ++i)
         if (!State(words, nullptr, sampler.samplerStates))

@@ -67,6 +67,7 @@ private:
     FxAssignment* ResourceState(uint32_t technique, uint32_t index, uint32_t element,
                                 uint32_t state);
     bool Code(std::string_view bytes, FxAssignment& assignment);
+    const FxParameter* Named(const std::string& name) const;
     bool Reference(std::string_view bytes, FxAssignment& assignment);
     bool Selector(std::string_view bytes, FxAssignment& assignment);
     bool Program(std::string_view bytes, const FxShape& shape, FxExpression& out);

@@ -4,7 +4,6 @@
 #include "platform/headless/d3dx/effect/FxShader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "platform/headless/d3dx/effect/FxToken.h"
@@ -120,35 +119,9 @@ const FxEffect::List* FxEffect::AnnotationsOf(D3DXHANDLE handle)
     return parameter ? &parameter->annotations : nullptr;
 }
 
-/// `name`, `name.member`, `name[2]`, each optionally followed by `@annotation`.
 FxParameter* FxEffect::FindPath(FxParameter* parent, std::string_view path)
 {
-    FxParameter* found = parent;
-    if (!parent || (!path.starts_with('.') && !path.starts_with('[') && !path.starts_with('@'))) {
-        const size_t end = std::min(path.find_first_of(".[@"), path.size());
-        found = FxFindByName(parent ? parent->parts : model->parameters, path.substr(0, end));
-        path.remove_prefix(end);
-    }
-    while (found && !path.empty()) {
-        const char sign = path.front();
-        path.remove_prefix(1);
-        const size_t end = std::min(path.find_first_of(".[@"), path.size());
-        const std::string_view part = path.substr(0, end);
-        path.remove_prefix(end);
-        if (sign == '[') {
-            UINT index = 0;
-            const char* const last = part.data() + part.size();
-            const auto [stop, error] = std::from_chars(part.data(), last, index);
-            const bool fits = error == std::errc() && stop + 1 == last && *stop == ']' &&
-                              found->IsArray() && index < found->elements;
-            found = fits ? found->parts[index].get() : nullptr;
-        } else if (sign == '@') {
-            found = FxFindByName(found->annotations, part);
-        } else {
-            found = found->IsArray() ? nullptr : FxFindByName(found->parts, part);
-        }
-    }
-    return found;
+    return FxFindPath(model->parameters, parent, path);
 }
 
 D3DXHANDLE FxEffect::GetParameter(D3DXHANDLE parameter, UINT index)

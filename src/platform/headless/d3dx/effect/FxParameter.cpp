@@ -1,6 +1,7 @@
 #include "platform/headless/d3dx/effect/FxParameter.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "platform/headless/d3dx/effect/FxShader.h"
 #include "platform/headless/d3dx/effect/FxTypes.h"
@@ -189,6 +190,37 @@ FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,
         if (parameter->name == name)
             return parameter.get();
     return nullptr;
+}
+
+FxParameter* FxFindPath(const std::vector<std::unique_ptr<FxParameter>>& list, FxParameter* parent,
+                        std::string_view path)
+{
+    FxParameter* found = parent;
+    if (!parent || (!path.starts_with('.') && !path.starts_with('[') && !path.starts_with('@'))) {
+        const size_t end = std::min(path.find_first_of(".[@"), path.size());
+        found = FxFindByName(parent ? parent->parts : list, path.substr(0, end));
+        path.remove_prefix(end);
+    }
+    while (found && !path.empty()) {
+        const char sign = path.front();
+        path.remove_prefix(1);
+        const size_t end = std::min(path.find_first_of(".[@"), path.size());
+        const std::string_view part = path.substr(0, end);
+        path.remove_prefix(end);
+        if (sign == '[') {
+            UINT index = 0;
+            const char* const last = part.data() + part.size();
+            const auto [stop, error] = std::from_chars(part.data(), last, index);
+            const bool fits = error == std::errc() && stop + 1 == last && *stop == ']' &&
+                              found->IsArray() && index < found->elements;
+            found = fits ? found->parts[index].get() : nullptr;
+        } else if (sign == '@') {
+            found = FxFindByName(found->annotations, part);
+        } else {
+            found = found->IsArray() ? nullptr : FxFindByName(found->parts, part);
+        }
+    }
+    return found;
 }
 
 } // namespace headless::fx

@@ -108,5 +108,9 @@ uint64_t FxSamplerNewest(const FxParameter& sampler);
 /// The part, element or annotation of that name; null if there is none.
 FxParameter* FxFindByName(const std::vector<std::unique_ptr<FxParameter>>& list,
                           std::string_view name);
+/// `name`, `name.member`, `name[2]`, each optionally followed by `@annotation`, in the list or, if there is
+/// a parent, in its parts; below a parent the path may begin with a sign. Null if there is none.
+FxParameter* FxFindPath(const std::vector<std::unique_ptr<FxParameter>>& list, FxParameter* parent,
+                        std::string_view path);
 
 } // namespace headless::fx

@@ -52,7 +52,7 @@ namespace {
 using Values = const double*;
 
 /// Division gives 0: no compiler emits it, and the system's effects compute it so.
-constexpr FxProgramOperation kOperations[] = {
+constexpr FxProgramOperation kComputations[] = {
     {0x100, 1, false, [](Values v, size_t) { return v[0]; }},
     {0x101, 1, false, [](Values v, size_t) { return -v[0]; }},
     {0x103, 1, false, [](Values v, size_t) { return 1.0 / v[0]; }},
@@ -81,7 +81,7 @@ constexpr FxProgramOperation kOperations[] = {
 
 const FxProgramOperation* FindOperation(uint32_t number, uint32_t sources)
 {
-    for (const FxProgramOperation& row : kOperations)
+    for (const FxProgramOperation& row : kComputations)
         if (row.number == number && row.sources == sources)
             return &row;
     return nullptr;

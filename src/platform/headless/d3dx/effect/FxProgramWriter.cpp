@@ -1,0 +1,581 @@
+#include "platform/headless/d3dx/effect/FxProgramWriter.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numbers>
+#include <optional>
+
+#include "platform/headless/d3dx/effect/FxParameter.h"
+
+namespace headless::fx {
+
+namespace {
+
+constexpr DWORD kProgramVersion = 0x46580200; // "FX", 2.0
+constexpr DWORD kEnd = 0xFFFF;
+/// A longer array is not chosen from by comparing the index with each number.
+constexpr UINT kMostChoices = 64;
+
+void AddWholes(const FxParameter& part, const FxParameter& whole, FxVisibleParameters& visible)
+{
+    visible.wholes.emplace(&part, &whole);
+    for (const auto& inner : part.parts)
+        AddWholes(*inner, whole, visible);
+}
+
+/// Numbers of a parameter with all its parts.
+size_t CellsOf(const FxParameter& parameter)
+{
+    if (parameter.IsNumeric())
+        return parameter.ValueCount();
+    size_t sum = 0;
+    for (const auto& part : parameter.parts)
+        sum += CellsOf(*part);
+    return sum;
+}
+
+} // namespace
+
+FxVisibleParameters::FxVisibleParameters(
+    const std::vector<std::unique_ptr<FxParameter>>& parameters)
+{
+    for (const auto& parameter : parameters)
+        AddWholes(*parameter, *parameter, *this);
+}
+
+bool FxProgramWriter::Fail(const std::string& what)
+{
+    reason = what;
+    return false;
+}
+
+bool FxProgramWriter::Write(const FxExpression& expression, std::vector<DWORD>& codeOut,
+                            std::string& reasonOut)
+{
+    const bool isDone = Steps(expression);
+    if (isDone)
+        Finish(codeOut);
+    reasonOut = reason;
+    return isDone;
+}
+
+bool FxProgramWriter::WriteColour(const FxExpression& expression, std::vector<DWORD>& codeOut,
+                                  std::string& reasonOut)
+{
+    const bool isDone = Steps(expression);
+    if (isDone) {
+        const Value colour = Pop();
+        stack.push_back({{D3DXPT_INT, 1, 1}, {Packed(colour)}});
+        Finish(codeOut);
+    }
+    reasonOut = reason;
+    return isDone;
+}
+
+bool FxProgramWriter::Steps(const FxExpression& expression)
+{
+    for (const FxStep& step : expression.Steps())
+        if (!Step(expression, step))
+            return false;
+    return true;
+}
+
+/// Alpha of 128 and more makes the number negative, as its highest bit does.
+FxProgramWriter::Place FxProgramWriter::Packed(const Value& colour)
+{
+    const auto level = [this](const Place& share) {
+        const Place held = Emit(0x200, {Emit(0x201, {share, Literal(0.0)}), Literal(1.0)});
+        return Floor(Sum(Product(held, Literal(255.0)), Literal(0.5)));
+    };
+    const Place red = Product(level(colour.cells[0]), Literal(65536.0));
+    const Place green = Product(level(colour.cells[1]), Literal(256.0));
+    const Place low = Sum(Sum(red, green), level(colour.cells[2]));
+    if (colour.cells.size() < 4)
+        return low;
+    const Place alpha = level(colour.cells[3]);
+    const Place isHigh = Emit(0x203, {alpha, Literal(128.0)});
+    const Place high = Difference(alpha, Product(isHigh, Literal(256.0)));
+    return Sum(Product(high, Literal(16777216.0)), low);
+}
+
+void FxProgramWriter::Finish(std::vector<DWORD>& codeOut)
+{
+    const Value result = Pop();
+    for (UINT i = 0; i < result.cells.size(); ++i) {
+        ++instructionCount;
+        instructions.insert(instructions.end(),
+                            {0x100u << 20 | 1, 1, 0, static_cast<DWORD>(result.cells[i].table),
+                             result.cells[i].offset, 0,
+                             static_cast<DWORD>(FxProgramTable::FloatOut), i});
+    }
+    std::vector<std::pair<const FxParameter*, UINT>> rows(inputs.begin(), inputs.end());
+    codeOut = {kProgramVersion};
+    FxAppendComment(codeOut, "CTAB", FxWriteConstantTable(rows));
+    std::vector<DWORD> numbers = {static_cast<DWORD>((literals.size() + 3) / 4 * 4)};
+    literals.resize(numbers[0]);
+    for (const double literal : literals) {
+        const auto bits = std::bit_cast<uint64_t>(literal);
+        numbers.insert(numbers.end(), {static_cast<DWORD>(bits), static_cast<DWORD>(bits >> 32)});
+    }
+    FxAppendComment(codeOut, "CLIT", numbers);
+    instructions.insert(instructions.begin(), instructionCount);
+    FxAppendComment(codeOut, "FXLC", instructions);
+    codeOut.push_back(kEnd);
+}
+
+FxProgramWriter::Value FxProgramWriter::Pop()
+{
+    Value value = std::move(stack.back());
+    stack.pop_back();
+    return value;
+}
+
+// ---- Operands
+
+FxProgramWriter::Place FxProgramWriter::Literal(double value)
+{
+    const auto known = std::find_if(literals.begin(), literals.end(), [value](double literal) {
+        return std::bit_cast<uint64_t>(literal) == std::bit_cast<uint64_t>(value);
+    });
+    const auto at = static_cast<UINT>(known - literals.begin());
+    if (known == literals.end())
+        literals.push_back(value);
+    return {FxProgramTable::Literal, at};
+}
+
+FxProgramWriter::Value FxProgramWriter::LiteralValue(const FxNumber& number)
+{
+    Value value = {number.shape, {}};
+    for (UINT i = 0; i < number.shape.Count(); ++i)
+        value.cells.push_back(Literal(number.shape.type == D3DXPT_INT
+                                          ? static_cast<double>(number.Int(i))
+                                          : static_cast<double>(number.Float(i))));
+    return value;
+}
+
+/// The first register of a part: wholes have theirs in the order of their first use.
+UINT FxProgramWriter::RegisterOf(const FxParameter& part)
+{
+    const FxParameter& whole = *parameters.wholes.at(&part);
+    const auto [found, isNew] = inputs.try_emplace(&whole, inputRegisters);
+    if (isNew)
+        inputRegisters += FxRegistersOf(whole);
+    UINT at = found->second;
+    const FxParameter* around = &whole;
+    while (around != &part) {
+        for (const auto& inner : around->parts) {
+            const bool isIn = inner.get() == &part ||
+                              (inner->storage == part.storage && inner->first <= part.first &&
+                               part.first < inner->first + CellsOf(*inner));
+            if (isIn) {
+                around = inner.get();
+                break;
+            }
+            at += FxRegistersOf(*inner);
+        }
+    }
+    return at;
+}
+
+/// One that callers cannot see never changes.
+FxProgramWriter::Value FxProgramWriter::Load(const FxParameter& parameter)
+{
+    if (!parameters.Has(parameter)) {
+        FxNumber number;
+        number.shape = parameter.Shape();
+        std::copy_n(parameter.Cells(), number.shape.Count(), number.cells.begin());
+        return LiteralValue(number);
+    }
+    Value value = {parameter.Shape(), {}};
+    const UINT first = RegisterOf(parameter);
+    for (UINT row = 0; row < parameter.rows; ++row)
+        for (UINT column = 0; column < parameter.columns; ++column)
+            value.cells.push_back({FxProgramTable::Input, (first + row) * 4 + column});
+    return value;
+}
+
+/// The number whose place the index gives, clamped to what there is.
+FxProgramWriter::Place FxProgramWriter::Choice(const Place& index, const std::vector<Place>& among)
+{
+    Place chosen = among.back();
+    for (size_t i = among.size() - 1; i-- > 0;)
+        chosen =
+            Emit(0x300, {Difference(Literal(static_cast<double>(i)), index), among[i], chosen});
+    return chosen;
+}
+
+bool FxProgramWriter::Element(const FxStep& step)
+{
+    const FxParameter& array = *step.parameter;
+    if (array.elements > kMostChoices)
+        return Fail("an array of more than 64 elements is read by an index");
+    const Value index = Pop();
+    const Place at = Converted(index.cells[0], index.shape.type, D3DXPT_INT);
+    std::vector<Value> elements;
+    for (const auto& element : array.parts)
+        elements.push_back(Load(*element));
+    Value value = {step.shape, {}};
+    for (UINT i = 0; i < step.shape.Count(); ++i) {
+        std::vector<Place> among;
+        for (const Value& element : elements)
+            among.push_back(element.cells[i]);
+        value.cells.push_back(Choice(at, among));
+    }
+    stack.push_back(std::move(value));
+    return true;
+}
+
+bool FxProgramWriter::Row(const FxStep& step)
+{
+    const Value index = Pop(), whole = Pop();
+    const Place at = Converted(index.cells[0], index.shape.type, D3DXPT_INT);
+    const UINT count = whole.shape.rows == 1 ? whole.shape.columns : whole.shape.rows;
+    Value value = {step.shape, {}};
+    for (UINT i = 0; i < step.shape.Count(); ++i) {
+        std::vector<Place> among;
+        for (UINT row = 0; row < count; ++row)
+            among.push_back(whole.cells[row * step.shape.Count() + i]);
+        value.cells.push_back(Choice(at, among));
+    }
+    stack.push_back(std::move(value));
+    return true;
+}
+
+// ---- Operations
+
+/// One number into the next temporary.
+FxProgramWriter::Place FxProgramWriter::Emit(unsigned operation, const std::vector<Place>& sources)
+{
+    ++instructionCount;
+    instructions.insert(instructions.end(),
+                        {operation << 20 | 1, static_cast<DWORD>(sources.size())});
+    for (const Place& source : sources)
+        instructions.insert(instructions.end(),
+                            {0, static_cast<DWORD>(source.table), source.offset});
+    const Place target = {FxProgramTable::Temporary, temporaries++};
+    instructions.insert(instructions.end(), {0, static_cast<DWORD>(target.table), target.offset});
+    return target;
+}
+
+/// Towards 0.
+FxProgramWriter::Place FxProgramWriter::Whole(const Place& a)
+{
+    return Emit(0x300, {a, Floor(a), Negated(Floor(Negated(a)))});
+}
+
+FxProgramWriter::Place FxProgramWriter::Root(const Place& a)
+{
+    const Place root = Product(a, Emit(0x107, {a}));
+    return Emit(0x300, {Negated(Same(a, Literal(0.0))), root, Literal(0.0)});
+}
+
+FxProgramWriter::Place FxProgramWriter::Dot(const Value& a, const Value& b)
+{
+    Place sum = Product(a.At(0), b.At(0));
+    for (UINT i = 1; i < std::max(a.cells.size(), b.cells.size()); ++i)
+        sum = Sum(sum, Product(a.At(i), b.At(i)));
+    return sum;
+}
+
+FxProgramWriter::Place FxProgramWriter::Converted(const Place& a, D3DXPARAMETER_TYPE from,
+                                                  D3DXPARAMETER_TYPE to)
+{
+    if (from == to || from == D3DXPT_BOOL || to == D3DXPT_FLOAT)
+        return a;
+    return to == D3DXPT_BOOL ? Truth(a) : Whole(a);
+}
+
+FxProgramWriter::Place FxProgramWriter::Compute(FxOperation operation, const Place& a,
+                                                const Place& b)
+{
+    switch (operation) {
+    case FxOperation::Or:
+        return Emit(0x201, {Truth(a), Truth(b)});
+    case FxOperation::And:
+        return Product(Truth(a), Truth(b));
+    case FxOperation::Equal:
+        return Same(a, b);
+    case FxOperation::NotEqual:
+        return Opposite(Same(a, b));
+    case FxOperation::Less:
+        return Emit(0x202, {a, b});
+    case FxOperation::LessEqual:
+        return Emit(0x203, {b, a});
+    case FxOperation::Greater:
+        return Emit(0x202, {b, a});
+    case FxOperation::GreaterEqual:
+        return Emit(0x203, {a, b});
+    case FxOperation::Add:
+        return Sum(a, b);
+    case FxOperation::Subtract:
+        return Difference(a, b);
+    case FxOperation::Multiply:
+        return Product(a, b);
+    case FxOperation::Divide:
+        return Quotient(a, b);
+    default: // the rest of a division
+        return Difference(a, Product(b, Whole(Quotient(a, b))));
+    }
+}
+
+bool FxProgramWriter::Binary(const FxStep& step)
+{
+    const bool isBitwise =
+        step.operation == FxOperation::BitOr || step.operation == FxOperation::BitXor ||
+        step.operation == FxOperation::BitAnd || step.operation == FxOperation::ShiftLeft ||
+        step.operation == FxOperation::ShiftRight;
+    if (isBitwise)
+        return Fail("an operation on bits has an operand that changes");
+    const Value b = Pop(), a = Pop();
+    Value value = {step.shape, {}};
+    for (UINT i = 0; i < step.shape.Count(); ++i) {
+        Place result = Compute(step.operation, a.At(i), b.At(i));
+        if (step.shape.type == D3DXPT_INT && step.operation == FxOperation::Divide)
+            result = Whole(result);
+        value.cells.push_back(result);
+    }
+    stack.push_back(std::move(value));
+    return true;
+}
+
+// Kept whole: one case for each operation.
+bool FxProgramWriter::Step(const FxExpression& expression, const FxStep& step)
+{
+    Value value = {step.shape, {}};
+    switch (step.operation) {
+    case FxOperation::Literal:
+        value = LiteralValue(expression.Literal(step));
+        break;
+    case FxOperation::Parameter:
+        value = Load(*step.parameter);
+        break;
+    case FxOperation::Element:
+        return Element(step);
+    case FxOperation::Row:
+        return Row(step);
+    case FxOperation::Negate:
+    case FxOperation::Not: {
+        const Value a = Pop();
+        for (const Place& cell : a.cells)
+            value.cells.push_back(step.operation == FxOperation::Negate ? Negated(cell)
+                                                                        : Opposite(Truth(cell)));
+        break;
+    }
+    case FxOperation::Choose: {
+        const Value no = Pop(), yes = Pop(), condition = Pop();
+        for (UINT i = 0; i < step.shape.Count(); ++i)
+            value.cells.push_back(
+                Emit(0x300, {Negated(Truth(condition.At(i))),
+                             Converted(no.At(i), no.shape.type, step.shape.type),
+                             Converted(yes.At(i), yes.shape.type, step.shape.type)}));
+        break;
+    }
+    case FxOperation::Convert: {
+        const Value a = Pop();
+        const bool isFlat = a.shape.IsScalar() || a.shape.columns <= step.shape.columns;
+        for (UINT row = 0; row < step.shape.rows; ++row)
+            for (UINT column = 0; column < step.shape.columns; ++column)
+                value.cells.push_back(
+                    Converted(a.At(row * (isFlat ? step.shape.columns : a.shape.columns) + column),
+                              a.shape.type, step.shape.type));
+        break;
+    }
+    case FxOperation::Construct: {
+        std::vector<Value> parts(step.count);
+        for (size_t i = step.count; i-- > 0;)
+            parts[i] = Pop();
+        for (const Value& part : parts)
+            for (const Place& cell : part.cells)
+                value.cells.push_back(Converted(cell, part.shape.type, step.shape.type));
+        break;
+    }
+    case FxOperation::Components: {
+        const Value a = Pop();
+        for (UINT i = 0; i < step.shape.Count(); ++i)
+            value.cells.push_back(a.cells[step.components[i]]);
+        break;
+    }
+    case FxOperation::Call:
+        return Call(step);
+    case FxOperation::Complement:
+    case FxOperation::Program:
+        return Fail("an operation on bits has an operand that changes");
+    default:
+        return Binary(step);
+    }
+    stack.push_back(std::move(value));
+    return true;
+}
+
+// ---- Functions
+
+bool FxProgramWriter::Call(const FxStep& step)
+{
+    std::vector<Value> arguments(step.intrinsic->arguments);
+    for (size_t i = arguments.size(); i-- > 0;)
+        arguments[i] = Pop();
+    const bool isDone =
+        step.intrinsic->component ? CallByComponent(step, arguments) : CallWhole(step, arguments);
+    return isDone || Fail("the function '" + std::string(step.intrinsic->name) +
+                          "' has an argument that changes");
+}
+
+// Kept whole: one line for each function.
+bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Value>& arguments)
+{
+    const std::string_view name = step.intrinsic->name;
+    using P = const Place&;
+    const auto clamped = [this](P a, P low, P high) {
+        return Emit(0x200, {Emit(0x201, {a, low}), high});
+    };
+    const auto saturated = [&](P a) { return clamped(a, Literal(0.0), Literal(1.0)); };
+    const auto logarithm = [this](P a, double base) {
+        return Product(Emit(0x106, {a}), Literal(1.0 / std::log2(base)));
+    };
+    const auto power = [this](P base, P exponent) {
+        return Emit(0x105, {Product(Emit(0x106, {base}), exponent)});
+    };
+    const auto one = [&](P a, P b, P c) -> std::optional<Place> {
+        if (name == "abs")
+            return Emit(0x201, {a, Negated(a)});
+        if (name == "acos")
+            return Emit(0x10B, {a});
+        if (name == "asin")
+            return Emit(0x10A, {a});
+        if (name == "atan")
+            return Emit(0x10C, {a});
+        if (name == "atan2")
+            return Emit(0x206, {a, b});
+        if (name == "ceil")
+            return Negated(Floor(Negated(a)));
+        if (name == "clamp")
+            return clamped(a, b, c);
+        if (name == "cos")
+            return Emit(0x109, {a});
+        if (name == "degrees")
+            return Product(a, Literal(180.0 / std::numbers::pi));
+        if (name == "radians")
+            return Product(a, Literal(std::numbers::pi / 180.0));
+        if (name == "exp")
+            return Emit(0x105, {Product(a, Literal(std::numbers::log2e))});
+        if (name == "exp2")
+            return Emit(0x105, {a});
+        if (name == "floor")
+            return Floor(a);
+        if (name == "fmod")
+            return Compute(FxOperation::Modulo, a, b);
+        if (name == "frac")
+            return Emit(0x104, {a});
+        if (name == "lerp")
+            return Sum(a, Product(c, Difference(b, a)));
+        if (name == "log")
+            return logarithm(a, std::numbers::e);
+        if (name == "log2")
+            return Emit(0x106, {a});
+        if (name == "log10")
+            return logarithm(a, 10.0);
+        if (name == "max")
+            return Emit(0x201, {a, b});
+        if (name == "min")
+            return Emit(0x200, {a, b});
+        if (name == "pow")
+            return power(a, b);
+        if (name == "rsqrt")
+            return Emit(0x107, {a});
+        if (name == "saturate")
+            return saturated(a);
+        if (name == "sign")
+            return Difference(Emit(0x202, {Literal(0.0), a}), Emit(0x202, {a, Literal(0.0)}));
+        if (name == "sin")
+            return Emit(0x108, {a});
+        if (name == "smoothstep") {
+            const Place t = saturated(Quotient(Difference(c, a), Difference(b, a)));
+            return Product(Product(t, t), Difference(Literal(3.0), Product(Literal(2.0), t)));
+        }
+        if (name == "sqrt")
+            return Root(a);
+        if (name == "step")
+            return Emit(0x203, {b, a});
+        if (name == "tan")
+            return Quotient(Emit(0x108, {a}), Emit(0x109, {a}));
+        return std::nullopt;
+    };
+    Value value = {step.shape, {}};
+    for (UINT i = 0; i < step.shape.Count(); ++i) {
+        const std::optional<Place> result =
+            one(arguments[0].At(i), arguments[arguments.size() > 1 ? 1 : 0].At(i),
+                arguments[arguments.size() > 2 ? 2 : 0].At(i));
+        if (!result)
+            return false;
+        value.cells.push_back(*result);
+    }
+    stack.push_back(std::move(value));
+    return true;
+}
+
+FxProgramWriter::Value FxProgramWriter::Multiplied(const FxStep& step, const Value& a,
+                                                   const Value& b)
+{
+    Value value = {step.shape, {}};
+    if (a.shape.IsScalar() || b.shape.IsScalar()) {
+        for (UINT i = 0; i < step.shape.Count(); ++i)
+            value.cells.push_back(Product(a.At(i), b.At(i)));
+        return value;
+    }
+    const bool isColumn = b.shape.rows == 1;
+    const UINT columns = isColumn ? 1 : b.shape.columns;
+    for (UINT row = 0; row < (a.shape.rows == 1 ? 1 : a.shape.rows); ++row) {
+        for (UINT column = 0; column < columns; ++column) {
+            Value left, right;
+            for (UINT i = 0; i < a.shape.columns; ++i) {
+                left.cells.push_back(a.cells[row * a.shape.columns + i]);
+                right.cells.push_back(b.cells[isColumn ? i : i * columns + column]);
+            }
+            value.cells.push_back(Dot(left, right));
+        }
+    }
+    return value;
+}
+
+bool FxProgramWriter::CallWhole(const FxStep& step, const std::vector<Value>& arguments)
+{
+    const std::string_view name = step.intrinsic->name;
+    const Value& a = arguments[0];
+    const Value& b = arguments[arguments.size() > 1 ? 1 : 0];
+    Value value = {step.shape, {}};
+    if (name == "mul") {
+        value = Multiplied(step, a, b);
+    } else if (name == "dot") {
+        value.cells = {Dot(a, b)};
+    } else if (name == "length") {
+        value.cells = {Root(Dot(a, a))};
+    } else if (name == "distance") {
+        Value apart;
+        for (UINT i = 0; i < a.cells.size(); ++i)
+            apart.cells.push_back(Difference(a.At(i), b.At(i)));
+        value.cells = {Root(Dot(apart, apart))};
+    } else if (name == "normalize") {
+        const Place scale = Emit(0x107, {Dot(a, a)});
+        for (const Place& cell : a.cells)
+            value.cells.push_back(Product(cell, scale));
+    } else if (name == "cross") {
+        for (UINT i = 0; i < 3; ++i)
+            value.cells.push_back(Difference(Product(a.At((i + 1) % 3), b.At((i + 2) % 3)),
+                                             Product(a.At((i + 2) % 3), b.At((i + 1) % 3))));
+    } else if (name == "transpose") {
+        for (UINT row = 0; row < step.shape.rows; ++row)
+            for (UINT column = 0; column < step.shape.columns; ++column)
+                value.cells.push_back(a.cells[column * a.shape.columns + row]);
+    } else {
+        const bool isAll = name == "all";
+        Place truth = Truth(a.At(0));
+        for (UINT i = 1; i < a.cells.size(); ++i)
+            truth = isAll ? Product(truth, Truth(a.At(i))) : Emit(0x201, {truth, Truth(a.At(i))});
+        value.cells = {truth};
+    }
+    stack.push_back(std::move(value));
+    return true;
+}
+
+} // namespace headless::fx

@@ -1,0 +1,270 @@
+// Effect texts in compiled form: they set what the texts set.
+
+#include "platform/EffectCompiler.h"
+#include "tests/platform/headless_effect/EffectTest.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <bit>
+#include <cmath>
+
+namespace {
+
+class EffectCompiler : public EffectTest {
+protected:
+    std::string Compile(const std::string& text, std::string& compiledOut)
+    {
+        folder.Write("a.fx", text);
+        return CompileEffect("a.fx", compiledOut);
+    }
+    /// The effect of the text in compiled form; fails the test if there is none.
+    Com<ID3DXEffect> MakeCompiled(const std::string& text)
+    {
+        std::string bytes;
+        EXPECT_EQ(Compile(text, bytes), "") << text;
+        Com<ID3DXEffect> effect;
+        EXPECT_EQ(D3DXCreateEffect(device.Get(), bytes.data(), static_cast<UINT>(bytes.size()),
+                                   nullptr, nullptr, 0, nullptr, effect.Out(), nullptr),
+                  D3D_OK)
+            << text;
+        return effect;
+    }
+    /// The float that the effect's first pass gives to FogStart.
+    float FogStartOf(ID3DXEffect* effect)
+    {
+        BeginFirstPass(effect);
+        const float value = std::bit_cast<float>(Render(D3DRS_FOGSTART));
+        EndPassAndEffect(effect);
+        return value;
+    }
+
+    const ScratchDirectory folder;
+};
+
+constexpr const char* kParameters =
+    "float a = 0.75; float b = -2.5; int i = 7; int j = -3; bool t = true;\n"
+    "float3 v = { 1, 2, 3 }; float4 w = { 0.5, -1, 0.25, 2 }; float2x2 m = { 1, 2, 3, 4 };\n"
+    "float4x4 big = { 1,2,3,4, 5,6,7,8, 9,10,11,12, 13,14,15,16 }; float list[3] = { 4, 5, 6 };\n"
+    "struct Lamp { float3 place; float reach; } lamp = { 7, 8, 9, 10 }; static float hidden = 3;\n";
+
+} // namespace
+
+TEST_F(EffectCompiler, ExpressionsKeepTheirValues)
+{
+    static const char* const kExpressions[] = {"a",
+                                               "a + b",
+                                               "a - b",
+                                               "a * b",
+                                               "a / b",
+                                               "-b",
+                                               "a % 0.5",
+                                               "i + j",
+                                               "i * j",
+                                               "i / j",
+                                               "i % j",
+                                               "a < b",
+                                               "a <= b",
+                                               "a > b",
+                                               "a >= b",
+                                               "a == 0.75",
+                                               "a != 0.75",
+                                               "t && (a > 1)",
+                                               "t || (a > 1)",
+                                               "!t",
+                                               "t ? a : b",
+                                               "(a > 1) ? a : b",
+                                               "(int)b",
+                                               "(float)i",
+                                               "(bool)b",
+                                               "v.y",
+                                               "w.zyxw.x",
+                                               "v[i - 6]",
+                                               "v[i]",
+                                               "m[1][0]",
+                                               "big[i - 5].z",
+                                               "list[1]",
+                                               "list[i - 5]",
+                                               "list[i]",
+                                               "lamp.reach",
+                                               "lamp.place.z",
+                                               "hidden + a",
+                                               "abs(b)",
+                                               "acos(a)",
+                                               "asin(a)",
+                                               "atan(b)",
+                                               "atan2(a, b)",
+                                               "ceil(b)",
+                                               "clamp(b, -1, 1)",
+                                               "cos(b)",
+                                               "degrees(a)",
+                                               "exp(a)",
+                                               "exp2(b)",
+                                               "floor(b)",
+                                               "fmod(b, 2)",
+                                               "frac(b)",
+                                               "lerp(a, b, 0.25)",
+                                               "log(a)",
+                                               "log2(a)",
+                                               "log10(a)",
+                                               "max(a, b)",
+                                               "min(a, b)",
+                                               "pow(a, 3)",
+                                               "radians(b)",
+                                               "rsqrt(a)",
+                                               "saturate(b)",
+                                               "saturate(a)",
+                                               "sign(b)",
+                                               "sin(b)",
+                                               "smoothstep(0, 1, a)",
+                                               "sqrt(a)",
+                                               "step(b, a)",
+                                               "tan(a)",
+                                               "all(v)",
+                                               "any(w)",
+                                               "cross(v, w.xyz).y",
+                                               "distance(v, w.xyz)",
+                                               "dot(v, w.xyz)",
+                                               "length(v)",
+                                               "mul(m, m)[1][0]",
+                                               "mul(v.xy, m).y",
+                                               "mul(m, v.xy).x",
+                                               "normalize(v).z",
+                                               "transpose(m)[0][1]",
+                                               "float3(a, v.yz).z",
+                                               "(v + a).y",
+                                               "(v * w.xyz).z"};
+    for (const char* expression : kExpressions) {
+        const std::string text =
+            std::string(kParameters) + "technique q { pass { FogStart = (" + expression + "); } }";
+        const float wanted = FogStartOf(Make(text).Get());
+        const float got = FogStartOf(MakeCompiled(text).Get());
+        EXPECT_NEAR(got, wanted, 1e-6f * std::max(1.0f, std::fabs(wanted))) << expression;
+    }
+}
+
+TEST_F(EffectCompiler, ChangedParametersChangeTheValue)
+{
+    const Com<ID3DXEffect> effect = MakeCompiled(
+        std::string(kParameters) + "technique q { pass { FogStart = lamp.reach * a; } }");
+    ASSERT_TRUE(effect);
+    ASSERT_EQ(effect->SetFloat("lamp.reach", 8.0f), D3D_OK);
+    EXPECT_EQ(FogStartOf(effect.Get()), 6.0f);
+}
+
+TEST_F(EffectCompiler, StatesOfAllKinds)
+{
+    const Com<ID3DXEffect> effect = MakeCompiled(
+        "int cull = 3; float4 tint = { 1, 0.5, 0, 1 }; texture map; float4x4 turn;\n"
+        "sampler look = sampler_state { Texture = <map>; AddressU = CLAMP; MipMapLodBias = 0.5; };\n"
+        "technique q { pass { CullMode = <cull>; AlphaBlendEnable = true; TextureFactor = <tint>;\n"
+        "Ambient = float4(0, 1, 0, 0); ColorOp[2] = ADD; Sampler[3] = <look>; FogEnd = 2.5;\n"
+        "ViewTransform = <turn>; MaterialDiffuse = float4(0.1, 0.2, 0.3, 0.4); LightType[1] = POINT;\n"
+        "LightRange[1] = tint.y; VertexShaderConstantF[4] = <tint>; PixelShader = NULL; } }");
+    ASSERT_TRUE(effect);
+    D3DXMATRIX turn(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
+    ASSERT_EQ(effect->SetMatrix("turn", &turn), D3D_OK);
+    const Com<IDirect3DTexture9> map = Texture(1, 1, 1, D3DPOOL_MANAGED);
+    ASSERT_EQ(effect->SetTexture("map", map.Get()), D3D_OK);
+    BeginFirstPass(effect.Get());
+    EXPECT_EQ(Render(D3DRS_CULLMODE), static_cast<DWORD>(D3DCULL_CCW));
+    EXPECT_EQ(Render(D3DRS_ALPHABLENDENABLE), 1u);
+    EXPECT_EQ(Render(D3DRS_TEXTUREFACTOR), 0xFFFF8000u);
+    EXPECT_EQ(Render(D3DRS_AMBIENT), 0x0000FF00u);
+    EXPECT_EQ(Stage(2, D3DTSS_COLOROP), static_cast<DWORD>(D3DTOP_ADD));
+    EXPECT_EQ(Sampler(3, D3DSAMP_ADDRESSU), static_cast<DWORD>(D3DTADDRESS_CLAMP));
+    EXPECT_EQ(Sampler(3, D3DSAMP_MIPMAPLODBIAS), std::bit_cast<DWORD>(0.5f));
+    EXPECT_EQ(BoundTexture(3), map.Get());
+    EXPECT_EQ(Render(D3DRS_FOGEND), std::bit_cast<DWORD>(2.5f));
+    EXPECT_EQ(Transform(D3DTS_VIEW)._23, 7.0f);
+    D3DMATERIAL9 material = {};
+    device->GetMaterial(&material);
+    EXPECT_EQ(material.Diffuse.g, 0.2f);
+    D3DLIGHT9 light = {};
+    ASSERT_EQ(device->GetLight(1, &light), D3D_OK);
+    EXPECT_EQ(light.Type, D3DLIGHT_POINT);
+    EXPECT_EQ(light.Range, 0.5f);
+    float constant[4] = {};
+    ASSERT_EQ(device->GetVertexShaderConstantF(4, constant, 1), D3D_OK);
+    EXPECT_EQ(constant[1], 0.5f);
+    EndPassAndEffect(effect.Get());
+    device->SetTexture(3, nullptr);
+}
+
+TEST_F(EffectCompiler, ParametersKeepTheirTypesValuesAndAnnotations)
+{
+    const Com<ID3DXEffect> effect = MakeCompiled(
+        std::string(kParameters) +
+        "texture map : Diffuse < string ResourceName = \"sand.png\"; int n = 4; >;\n"
+        "string author = \"Ada\"; technique q < int order = 2; > { pass p { } } technique r { }");
+    ASSERT_TRUE(effect);
+    EXPECT_EQ(FloatOf(effect.Get(), "lamp.reach"), 10.0f);
+    EXPECT_EQ(FloatOf(effect.Get(), "list[2]"), 6.0f);
+    EXPECT_EQ(IntOf(effect.Get(), "j"), -3);
+    EXPECT_EQ(StringOf(effect.Get(), "author"), "Ada");
+    EXPECT_EQ(StringOf(effect.Get(), "map@ResourceName"), "sand.png");
+    EXPECT_NE(effect->GetParameterBySemantic(nullptr, "DIFFUSE"), nullptr);
+    EXPECT_EQ(effect->GetParameterByName(nullptr, "hidden"), nullptr);
+    D3DXTECHNIQUE_DESC desc = {};
+    ASSERT_EQ(effect->GetTechniqueDesc(effect->GetTechniqueByName("q"), &desc), D3D_OK);
+    EXPECT_EQ(desc.Passes, 1u);
+    EXPECT_EQ(desc.Annotations, 1u);
+}
+
+TEST_F(EffectCompiler, ShadersInPassesParametersAndArrays)
+{
+    const Com<ID3DXEffect> effect = MakeCompiled(
+        "int n = 1;\n"
+        "pixelshader one = asm { ps_2_0\n def c0, 1, 1, 1, 1\n mov oC0, c0\n };\n"
+        "pixelshader many[2] = { asm { ps_1_1\n def c0, 1, 0, 0, 0\n mov r0, c0\n },\n"
+        "asm { ps_1_4\n def c0, 0, 1, 0, 0\n mov r0, c0\n } };\n"
+        "technique a { pass { PixelShader = <one>; } }\n"
+        "technique b { pass { PixelShader = <many[n]>; } }\n"
+        "technique c { pass { VertexShader = asm { vs_1_1\n dcl_position v0\n mov oPos, v0\n }; } }");
+    ASSERT_TRUE(effect);
+    const auto firstWord = [&](const char* technique) {
+        EXPECT_EQ(effect->SetTechnique(technique), D3D_OK);
+        BeginFirstPass(effect.Get());
+        Com<IDirect3DPixelShader9> shader;
+        EXPECT_EQ(device->GetPixelShader(shader.Out()), D3D_OK);
+        std::vector<DWORD> words(64);
+        UINT bytes = 256;
+        if (shader)
+            shader->GetFunction(words.data(), &bytes);
+        EndPassAndEffect(effect.Get());
+        return words[0];
+    };
+    EXPECT_EQ(firstWord("a"), D3DPS_VERSION(2, 0));
+    EXPECT_EQ(firstWord("b"), D3DPS_VERSION(1, 4));
+    ASSERT_EQ(effect->SetInt("n", 0), D3D_OK);
+    EXPECT_EQ(firstWord("b"), D3DPS_VERSION(1, 1));
+    EXPECT_EQ(effect->ValidateTechnique("c"), D3D_OK);
+}
+
+TEST_F(EffectCompiler, WhatHasNoCompiledFormIsNamed)
+{
+    static const struct {
+        const char* text;
+        const char* reason;
+    } kCases[] = {
+        {"technique a { pass {\nPixelShader = compile ps_2_0 f(); } }",
+         "a.fx(2,15): this host does not compile shaders"},
+        {"int i = 1; technique a { pass { CullMode = (i | 2); } }",
+         "a.fx(1,26): CullMode: an operation on bits has an operand that changes"},
+        {"float a; technique q { pass { FogStart = round(a); } }",
+         "a.fx(1,24): FogStart: the function 'round' has an argument that changes"},
+        {"float a[100]; int i; technique q { pass { FogStart = a[i]; } }",
+         "a.fx(1,36): FogStart: an array of more than 64 elements is read by an index"},
+        {"vertexshader s = compile vs_2_0 f(); technique q { }",
+         "the parameter 's' has a shader that is not assembled"},
+        {"technique a { pass { Colour = 1; } }",
+         "a.fx(1,22): error X3008: there is no state 'Colour'"},
+    };
+    for (const auto& c : kCases) {
+        std::string bytes;
+        EXPECT_EQ(Compile(c.text, bytes), c.reason);
+    }
+    std::string bytes;
+    ASSERT_EQ(Compile("technique a { }", bytes), "");
+    std::string again;
+    EXPECT_EQ(Compile(bytes, again), "it is compiled already");
+    EXPECT_EQ(CompileEffect("none.fx", again), "it cannot be read, or is larger than any effect");
+}
