@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "base/WriteWholeFile.h"
 #include "batch/BatchText.h"
 #include "batch/ChunkName.h"
 #include "batch/ContentHash.h"
@@ -16,7 +17,6 @@
 #include "batch/RunBatch.h"
 #include "batch/ScenePlan.h"
 #include "batch/WorkingDirectory.h"
-#include "base/WriteWholeFile.h"
 
 namespace {
 

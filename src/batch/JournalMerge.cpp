@@ -11,11 +11,11 @@
 #include <sys/stat.h>
 
 #include "base/FileStream.h"
+#include "base/WriteWholeFile.h"
 #include "batch/BatchText.h"
 #include "batch/ConvertScenes.h"
 #include "batch/RunBatch.h"
 #include "batch/WorkingDirectory.h"
-#include "base/WriteWholeFile.h"
 
 namespace {
 

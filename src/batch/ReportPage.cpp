@@ -3,11 +3,11 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "base/WriteWholeFile.h"
 #include "batch/Base64.h"
 #include "batch/BatchText.h"
 #include "batch/MessageTable.h"
 #include "batch/PageTexts.h"
-#include "base/WriteWholeFile.h"
 
 namespace {
 
