@@ -12,9 +12,12 @@ namespace {
 class EchoTexture final : public TextureUnit {
 public:
     bool NeedsLevel() const override { return true; }
-    Lanes Level(const Lanes (&)[3], const CoordinateSteps& steps) const override
+    void SampleSteps(const Lanes (&coordinates)[3], const CoordinateSteps& steps, Lanes bias,
+                     int lanes, Lanes (&colourOut)[4]) const override
     {
-        return steps.dx[0] + steps.dx[1] + steps.dx[2] + steps.dy[0] + steps.dy[1] + steps.dy[2];
+        const Lanes level =
+            steps.dx[0] + steps.dx[1] + steps.dx[2] + steps.dy[0] + steps.dy[1] + steps.dy[2];
+        Sample(coordinates, level + bias, lanes, colourOut);
     }
     float Bias() const override { return 0.0f; }
     void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,

@@ -35,7 +35,11 @@ constexpr DWORD kPlainQueries =
 
 bool CanBeUsed(DWORD usage, D3DRESOURCETYPE resourceType, D3DFORMAT format)
 {
-    if (resourceType != D3DRTYPE_TEXTURE && resourceType != D3DRTYPE_SURFACE)
+    const bool isSolid =
+        resourceType == D3DRTYPE_CUBETEXTURE || resourceType == D3DRTYPE_VOLUMETEXTURE;
+    if (resourceType != D3DRTYPE_TEXTURE && resourceType != D3DRTYPE_SURFACE && !isSolid)
+        return false;
+    if (isSolid && (usage & ~kPlainQueries) != 0)
         return false;
     if (usage & D3DUSAGE_DEPTHSTENCIL)
         return usage == D3DUSAGE_DEPTHSTENCIL && IsDepthFormat(format);

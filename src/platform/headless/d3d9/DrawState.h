@@ -27,10 +27,24 @@ struct LightSlot {
     bool enabled;
 };
 
+enum class TextureKind : uint8_t { Flat, Cube, Volume };
+
+constexpr UINT kCubeFaces = 6;
+
 /// A texture as drawing sees it: its levels, largest first.
 struct TexturePicture {
-    std::vector<SampledPicture*> levels; ///< not empty; not owned
-    DWORD leastLevel = 0;                ///< larger levels are not read
+    /// Not empty; not owned. A cube has those of its first face, then those of the next one. In a
+    /// level of a volume the slices are below each other, each with whole blocks.
+    std::vector<SampledPicture*> levels;
+    DWORD leastLevel = 0; ///< larger levels are not read
+    TextureKind kind = TextureKind::Flat;
+    UINT height = 1; ///< of a slice of level 0, only for volumes
+    UINT depth = 1;  ///< slices of level 0
+
+    size_t LevelCount() const
+    {
+        return kind == TextureKind::Cube ? levels.size() / kCubeFaces : levels.size();
+    }
 };
 
 /// The constants of one kind of shader: four floats or integers for each register, and truths.
