@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A texture of 16 x 16 texels: every other column is white. Smaller levels name themselves: 16, 32 ..
+/// A texture of 16 x 16 texels: every fourth column is white. Smaller levels name themselves: 16, 32 ..
 class DrawAnisotropy : public DrawTest {
 protected:
     void SetUp() override
@@ -19,7 +19,7 @@ protected:
         texture = Texture(16, 16, 0, D3DPOOL_MANAGED);
         for (UINT level = 0; level < 5; ++level)
             Fill(level, [level](UINT x, UINT) {
-                return level == 0 ? (x % 2 == 0 ? 0xFF000000u : 0xFFFFFFFFu)
+                return level == 0 ? (x % 4 == 0 ? 0xFFFFFFFFu : 0xFF000000u)
                                   : 0xFF000000 | level * 16;
             });
         ASSERT_EQ(device->SetTexture(0, texture.Get()), D3D_OK);
@@ -82,23 +82,23 @@ TEST_F(DrawAnisotropy, CapsNameTheFilterOfMinifiedTextures)
 }
 
 /// 4 by 1 texels: linear reads level 2, which is 32. Four samples of level 0 are at the texels' centres
-/// 0.5, 1.5, 2.5 and 3.5 (the footprint is 0 to 4): two are black, two white, and the mean is half.
+/// 0.5, 1.5, 2.5 and 3.5 (the footprint is 0 to 4): one is white, and the mean is a quarter.
 TEST_F(DrawAnisotropy, LongFootprintsAreWalkedAtTheLevelOfTheShortSide)
 {
     EXPECT_EQ(Blue(4, 1), 32u);
     Anisotropic(16);
-    EXPECT_NEAR(static_cast<double>(Blue(4, 1)), 127.5, 1.0);
+    EXPECT_NEAR(static_cast<double>(Blue(4, 1)), 63.75, 1.0);
     EXPECT_EQ(Blue(4, 4), 32u); // a square one reads level 2 again
 }
 
-/// The same along y, where all samples of a column are equal: centre 0.5 is black.
+/// The same along y, where all samples of a column are equal: the first one is white.
 TEST_F(DrawAnisotropy, TheLongerSideMayLieInAnyDirection)
 {
     Anisotropic(16);
-    EXPECT_EQ(Blue(1, 4), 0u);
-    Fill(0, [](UINT, UINT y) { return y % 2 == 0 ? 0xFF000000u : 0xFFFFFFFFu; });
-    EXPECT_NEAR(static_cast<double>(Blue(1, 4)), 127.5, 1.0);
-    EXPECT_EQ(Blue(4, 1), 255u); // the centre in y is 3.5: row 3
+    EXPECT_EQ(Blue(1, 4), 255u);
+    Fill(0, [](UINT, UINT y) { return y % 4 == 0 ? 0xFFFFFFFFu : 0xFF000000u; });
+    EXPECT_NEAR(static_cast<double>(Blue(1, 4)), 63.75, 1.0);
+    EXPECT_EQ(Blue(4, 1), 0u); // the centre in y is 3.5: row 3
 }
 
 /// 8 by 1 texels with at most 2 samples: they are 4 texels apart, each at level log2(8 / 2) = 2.
@@ -114,7 +114,7 @@ TEST_F(DrawAnisotropy, TheMostSamplesRaiseTheLevel)
     EXPECT_EQ(Blue(8, 1), 48u);
 }
 
-/// Between 2 and 3 times as long, three samples: 3 by 1 texels at 0.5, 1.5 and 2.5 are black, white, black.
+/// Between 2 and 3 times as long, three samples: 3 by 1 texels at 0.5, 1.5 and 2.5 are white, black, black.
 TEST_F(DrawAnisotropy, TheRatioIsRoundedUpToSamples)
 {
     Anisotropic(16);
@@ -146,7 +146,7 @@ TEST_F(DrawAnisotropy, ShadersWalkTheSameFootprint)
     ASSERT_EQ(device->SetPixelShader(shader.Get()), D3D_OK);
     EXPECT_EQ(Blue(4, 1), 32u);
     Anisotropic(16);
-    EXPECT_NEAR(static_cast<double>(Blue(4, 1)), 127.5, 1.0);
+    EXPECT_NEAR(static_cast<double>(Blue(4, 1)), 63.75, 1.0);
     EXPECT_EQ(Blue(8, 8), 48u);
 }
 
@@ -154,6 +154,7 @@ TEST_F(DrawAnisotropy, WithoutOtherLevelsTheLargestIsWalked)
 {
     Sampler(0, D3DSAMP_MIPFILTER, D3DTEXF_NONE);
     Anisotropic(16);
-    EXPECT_NEAR(static_cast<double>(Blue(4, 1)), 127.5, 1.0);
-    EXPECT_NEAR(static_cast<double>(Blue(8, 2)), 127.5, 1.0);
+    EXPECT_NEAR(static_cast<double>(Blue(4, 1)), 63.75, 1.0);
+    // Samples at the texels' borders 1, 3, 5 and 7: half of white, black, half of white, black.
+    EXPECT_NEAR(static_cast<double>(Blue(8, 2)), 63.75, 1.0);
 }

@@ -247,6 +247,7 @@ TEST_F(DrawSolid, SrgbTexelsOfVolumesAreLinearisedFirst)
 TEST_F(DrawSolid, TwoCoordinatesReadTheFirstSlice)
 {
     BindVolume(1, 1, 4, [](UINT, UINT, UINT z) { return 0xFF000000 | (z + 1); });
+    Sampler(0, D3DSAMP_ADDRESSW, D3DTADDRESS_CLAMP); // 1 would be the last slice
     EXPECT_EQ(Filled() & 0xFF, 1u);
 }
 
