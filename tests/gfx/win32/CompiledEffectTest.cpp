@@ -276,7 +276,7 @@ TEST_F(CompiledEffectTest, CubesAndVolumesThatItNamesAreDrawn)
         gfx.EndScene();
         return ReadRenderTarget(gfx.device.Get(), gfx.renderTarget.Get());
     };
-    const auto at = [](const std::vector<uint32_t>& frame, float x, float y) {
+    const auto at = [](const auto& frame, float x, float y) {
         const auto column = static_cast<size_t>((x + 2) / 4 * 64);
         const auto row = static_cast<size_t>((2 - y) / 4 * 48);
         return frame.at(row * 64 + column) & 0xFFFFFF;

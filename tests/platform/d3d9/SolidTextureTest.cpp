@@ -1,6 +1,7 @@
 // Cubes and volumes as objects, on every host.
 
 #include "tests/platform/d3d9/DeviceTestFixture.h"
+#include "tests/support/InterfaceIds.h"
 
 #include <cstring>
 
@@ -100,7 +101,7 @@ TEST_F(SolidTextureTest, FacesAreSurfacesOfTheirCube)
     ASSERT_EQ(cube->GetCubeMapSurface(kNegativeZ, 1, face.Out()), D3D_OK);
     EXPECT_EQ(ReferenceCount(cube.Get()), 2u);
     void* container = nullptr;
-    ASSERT_EQ(face->GetContainer(IID_IDirect3DCubeTexture9, &container), D3D_OK);
+    ASSERT_EQ(face->GetContainer(kCubeTextureId, &container), D3D_OK);
     EXPECT_EQ(static_cast<IDirect3DCubeTexture9*>(container), cube.Get());
     cube->Release();
     D3DLOCKED_RECT locked = {};
