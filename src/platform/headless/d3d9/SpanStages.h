@@ -130,7 +130,7 @@ private:
     void Sample(Code& code, const SpanPixels<F>& pixels)
     {
         if (code.stage->needsFootprint) {
-            FootprintOf<F> footprint = FootprintOfStage(*code.stage, pixels);
+            TextureFootprint<F> footprint = FootprintOfStage(*code.stage, pixels);
             Move(code, footprint.at);
             code.texture = SampleFootprint<F>(code.stage->sampler, footprint, F::Splat(0.0f),
                                               LaneBits(pixels.mask));

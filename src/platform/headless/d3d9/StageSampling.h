@@ -89,7 +89,7 @@ StageCoordinates<F> CoordinatesOf(const StageProgram& stage, const SpanPixels<F>
 
 /// The same with all slopes, and with a third coordinate where the texture has one.
 template <typename F>
-FootprintOf<F> FootprintOfStage(const StageProgram& stage, const SpanPixels<F>& pixels)
+TextureFootprint<F> FootprintOfStage(const StageProgram& stage, const SpanPixels<F>& pixels)
 {
     const Planes& planes = *pixels.planes;
     const int at = stage.coordinates, divisor = at + stage.coordinateCount;
@@ -107,7 +107,9 @@ FootprintOf<F> FootprintOfStage(const StageProgram& stage, const SpanPixels<F>& 
         values[2][c] =
             isThere ? (F::Splat(planes.dy[at + c]) - value * F::Splat(divisorDy)) * scale : zero;
     }
-    const auto place = [&](int i) { return PlaceOf<F>{values[i][0], values[i][1], values[i][2]}; };
+    const auto place = [&](int i) {
+        return TexturePlace<F>{values[i][0], values[i][1], values[i][2]};
+    };
     return {place(0), place(1), place(2)};
 }
 

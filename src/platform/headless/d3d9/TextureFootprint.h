@@ -13,37 +13,37 @@ namespace headless {
 template <typename F>
 struct OnFace {
     typename F::Ints face; ///< D3DCUBEMAP_FACES
-    FootprintOf<F> flat;
+    TextureFootprint<F> flat;
 };
 
 /// The face of the largest component, x before y before z. Each face's u and v lie along two of the axes
 /// as the public layout of cubes says.
 template <typename F>
-OnFace<F> FindFace(const FootprintOf<F>& footprint)
+OnFace<F> FindFace(const TextureFootprint<F>& footprint)
 {
     using Floats = typename F::Floats;
     const auto zero = F::Splat(0.0f), half = F::Splat(0.5f);
-    const PlaceOf<F>& at = footprint.at;
+    const TexturePlace<F>& at = footprint.at;
     const Floats x = Absolute(at.u), y = Absolute(at.v), z = Absolute(at.w);
     const Floats isX = AsFloats(AsInts(IsLess(x, y) | IsLess(x, z)) ^ F::SplatInt(-1));
     const Floats isZ = Select(isX, zero, IsLess(y, z));
-    const auto major = [&](const PlaceOf<F>& of) {
+    const auto major = [&](const TexturePlace<F>& of) {
         return Select(isX, of.u, Select(isZ, of.w, of.v));
     };
     const Floats isNegative = IsLess(major(at), zero);
     const Floats sign = Select(isNegative, F::Splat(-1.0f), F::Splat(1.0f));
-    const auto across = [&](const PlaceOf<F>& of) {
+    const auto across = [&](const TexturePlace<F>& of) {
         return Select(isX, zero - of.w * sign, Select(isZ, of.u * sign, of.u));
     };
-    const auto down = [&](const PlaceOf<F>& of) {
+    const auto down = [&](const TexturePlace<F>& of) {
         return Select(isX | isZ, zero - of.v, of.w * sign);
     };
     const Floats scale = F::Splat(1.0f) / (major(at) * sign);
     const Floats s = across(at) * scale, t = down(at) * scale;
-    const auto slope = [&](const PlaceOf<F>& of) { // by the quotient rule
+    const auto slope = [&](const TexturePlace<F>& of) { // by the quotient rule
         const Floats change = major(of) * sign;
-        return PlaceOf<F>{(across(of) - s * change) * scale * half,
-                          (down(of) - t * change) * scale * half, zero};
+        return TexturePlace<F>{(across(of) - s * change) * scale * half,
+                               (down(of) - t * change) * scale * half, zero};
     };
     OnFace<F> found;
     found.face =
@@ -118,7 +118,7 @@ typename F::Ints RowOfSlice(const Texels& level, typename F::Ints y, typename F:
 template <typename F>
 struct VolumeReader {
     const Sampler& sampler;
-    PlaceOf<F> at;
+    TexturePlace<F> at;
 
     /// The eight texels around each pixel, as two slices of four.
     struct Around {
@@ -170,7 +170,7 @@ struct VolumeReader {
 };
 
 template <typename F>
-Rgba<F> SampleVolume(const Sampler& sampler, const PlaceOf<F>& at, typename F::Floats level,
+Rgba<F> SampleVolume(const Sampler& sampler, const TexturePlace<F>& at, typename F::Floats level,
                      int lanes)
 {
     const VolumeReader<F> reader = {sampler, at};
@@ -181,10 +181,10 @@ Rgba<F> SampleVolume(const Sampler& sampler, const PlaceOf<F>& at, typename F::F
 
 /// As `LevelOf`, with three coordinates.
 template <typename F>
-typename F::Floats LevelInVolume(const Sampler& sampler, const FootprintOf<F>& footprint)
+typename F::Floats LevelInVolume(const Sampler& sampler, const TextureFootprint<F>& footprint)
 {
     const Texels& level = sampler.levels[0];
-    const auto squared = [&](const PlaceOf<F>& step) {
+    const auto squared = [&](const TexturePlace<F>& step) {
         const auto s = step.u * F::Splat(static_cast<float>(level.width));
         const auto t = step.v * F::Splat(static_cast<float>(level.height));
         const auto r = step.w * F::Splat(static_cast<float>(level.depth));
@@ -208,9 +208,10 @@ struct Walk {
 /// higher level, so that they touch each other. A pixel that the filter of magnified textures serves
 /// takes one sample.
 template <typename F>
-Walk<F> FindWalk(const Sampler& sampler, const FootprintOf<F>& footprint, typename F::Floats bias)
+Walk<F> FindWalk(const Sampler& sampler, const TextureFootprint<F>& footprint,
+                 typename F::Floats bias)
 {
-    const auto squared = [&](const PlaceOf<F>& step) {
+    const auto squared = [&](const TexturePlace<F>& step) {
         const auto s = step.u * F::Splat(static_cast<float>(sampler.levels[0].width));
         const auto t = step.v * F::Splat(static_cast<float>(sampler.levels[0].height));
         return UsableSquare<F>(s * s + t * t);
@@ -235,7 +236,7 @@ Walk<F> FindWalk(const Sampler& sampler, const FootprintOf<F>& footprint, typena
 }
 
 template <typename F>
-Rgba<F> SampleAnisotropic(const Sampler& sampler, const FootprintOf<F>& footprint,
+Rgba<F> SampleAnisotropic(const Sampler& sampler, const TextureFootprint<F>& footprint,
                           typename F::Floats bias, int lanes)
 {
     const Walk<F> walk = FindWalk<F>(sampler, footprint, bias);
@@ -259,7 +260,7 @@ Rgba<F> SampleAnisotropic(const Sampler& sampler, const FootprintOf<F>& footprin
 
 /// At a level that is given.
 template <typename F>
-Rgba<F> SamplePlace(const Sampler& sampler, const PlaceOf<F>& at, typename F::Floats level,
+Rgba<F> SamplePlace(const Sampler& sampler, const TexturePlace<F>& at, typename F::Floats level,
                     int lanes)
 {
     if (sampler.kind == TextureKind::Cube)
@@ -271,7 +272,7 @@ Rgba<F> SamplePlace(const Sampler& sampler, const PlaceOf<F>& at, typename F::Fl
 
 /// At the level that the footprint needs, plus `bias` and the sampler's own.
 template <typename F>
-Rgba<F> SampleFootprint(const Sampler& sampler, const FootprintOf<F>& footprint,
+Rgba<F> SampleFootprint(const Sampler& sampler, const TextureFootprint<F>& footprint,
                         typename F::Floats bias, int lanes)
 {
     if (sampler.maxAnisotropy > 1)
@@ -279,7 +280,7 @@ Rgba<F> SampleFootprint(const Sampler& sampler, const FootprintOf<F>& footprint,
     if (sampler.kind == TextureKind::Volume)
         return SampleVolume<F>(sampler, footprint.at, LevelInVolume<F>(sampler, footprint) + bias,
                                lanes);
-    const auto flatLevel = [&](const FootprintOf<F>& flat) {
+    const auto flatLevel = [&](const TextureFootprint<F>& flat) {
         return LevelOf<F>(sampler, {flat.dx.u, flat.dx.v, flat.dy.u, flat.dy.v}) + bias;
     };
     if (sampler.kind == TextureKind::Flat)

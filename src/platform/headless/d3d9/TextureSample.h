@@ -49,18 +49,18 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut);
 
 /// Coordinates of some pixels. Flat textures read no w; cubes take all three as a direction.
 template <typename F>
-struct PlaceOf {
+struct TexturePlace {
     typename F::Floats u, v, w;
 };
 
 /// The place of each pixel, and how it changes to its right and lower neighbours.
 template <typename F>
-struct FootprintOf {
-    PlaceOf<F> at, dx, dy;
+struct TextureFootprint {
+    TexturePlace<F> at, dx, dy;
 };
 
-using Place4 = PlaceOf<FourLanes>;
-using Footprint4 = FootprintOf<FourLanes>;
+using Place4 = TexturePlace<FourLanes>;
+using Footprint4 = TextureFootprint<FourLanes>;
 
 /// Samples four pixels. Only those with a bit in `lanes` need be correct. `level` is read if the
 /// sampler needs it; 0 and below means that the texture is magnified. Coordinates may be anything,

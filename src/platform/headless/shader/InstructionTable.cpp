@@ -15,7 +15,7 @@ constexpr unsigned kLoops = kVs2Up | kPs30;
 constexpr unsigned kNot30 = kVs20 | kVs2x | kPs20 | kPs2x;
 
 /// The published instructions: opcode, name, versions, result, sources, slots, traits.
-constexpr InstructionRow kRows[] = {
+constexpr InstructionRow kInstructionRows[] = {
     {Opcode::Nop, "nop", kAll, false, 0, 1, 0},
     {Opcode::Mov, "mov", kAll, true, 1, 1, 0},
     {Opcode::Add, "add", kAll, true, 2, 1, 0},
@@ -127,7 +127,7 @@ unsigned VersionBit(const Version& version)
 const InstructionRow* FindInstruction(Opcode opcode, const Version& version)
 {
     const unsigned bit = VersionBit(version);
-    for (const InstructionRow& row : kRows)
+    for (const InstructionRow& row : kInstructionRows)
         if (row.opcode == opcode && (row.versions & bit) != 0)
             return &row;
     return nullptr;
@@ -135,7 +135,7 @@ const InstructionRow* FindInstruction(Opcode opcode, const Version& version)
 
 bool IsOpcode(Opcode opcode)
 {
-    for (const InstructionRow& row : kRows)
+    for (const InstructionRow& row : kInstructionRows)
         if (row.opcode == opcode)
             return true;
     for (const Opcode declaration : kDeclarations)
@@ -146,7 +146,7 @@ bool IsOpcode(Opcode opcode)
 
 std::span<const InstructionRow> AllInstructions()
 {
-    return kRows;
+    return kInstructionRows;
 }
 
 } // namespace headless::shader

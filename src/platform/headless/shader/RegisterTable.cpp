@@ -10,7 +10,7 @@ constexpr unsigned kVsDynamic = kVs2x | kVs30;
 constexpr unsigned kPsDynamic = kPs2x | kPs30;
 constexpr unsigned kVsBelow3 = kVs11 | kVs20 | kVs2x;
 
-constexpr RegisterRow kRows[] = {
+constexpr RegisterRow kRegisterRows[] = {
     {false, RegisterKind::Temp, kVs11 | kVs20, 12, true, true},
     {false, RegisterKind::Temp, kVsDynamic, 32, true, true},
     {false, RegisterKind::Input, kVsAll, 16, true, false},
@@ -71,7 +71,7 @@ unsigned MatrixComponents(Opcode opcode)
 const RegisterRow* FindRegisters(RegisterKind kind, const Version& version)
 {
     const unsigned bit = VersionBit(version);
-    for (const RegisterRow& row : kRows)
+    for (const RegisterRow& row : kRegisterRows)
         if (row.isPixel == version.isPixel && row.kind == kind && (row.versions & bit) != 0)
             return &row;
     return nullptr;
