@@ -224,13 +224,12 @@ void KRE_EffectFeeding::SetResourceTexture(KRE_ShaderEffect& effect, int32_t ind
             c = '_';
     }
     name += "_FX_";
-    KRE_Texture* texture = gfx.catalogue.GetTexture(name.c_str());
-    if (!texture) {
+    IDirect3DBaseTexture9* texture = nullptr;
+    if (!gfx.catalogue.GetBaseTexture(name.c_str(), &texture)) {
         gfx.catalogue.AddTexture(name.c_str(), file, 0, true);
-        texture = gfx.catalogue.GetTexture(name.c_str());
+        gfx.catalogue.GetBaseTexture(name.c_str(), &texture);
     }
-    if (texture)
-        effect.SetTextureParameter(data.resourceParams[index], texture->current);
+    effect.SetTextureParameter(data.resourceParams[index], texture);
 }
 
 /// QUIRK: with the cache on, the first user of an effect file sets the material colours for all

@@ -525,6 +525,7 @@ public:
 
     void LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
                      int32_t format, int32_t mipLevels);
+    ComPointer<IDirect3DBaseTexture9> LoadSolidTexture(const char* file);
     void CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
                        int32_t format, int32_t mipLevels);
     void MakePlaceholder(KRE_Texture* texture);

@@ -63,6 +63,11 @@ void KRE_Gfx::LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR color
     textureLoading->LoadTexture(texture, file, colorKey, mode, format, mipLevels);
 }
 
+ComPointer<IDirect3DBaseTexture9> KRE_Gfx::LoadSolidTexture(const char* file)
+{
+    return textureLoading->LoadSolidTexture(file);
+}
+
 void KRE_Gfx::CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
                             int32_t format, int32_t mipLevels)
 {

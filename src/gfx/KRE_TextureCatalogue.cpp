@@ -31,10 +31,27 @@ KRE_Texture* KRE_TextureCatalogue::GetTexture(const char* name)
     SearchTree<TextureData>::DataEntry* entry = textures.Find(name);
     if (!entry)
         return nullptr;
-    TextureData& data = entry->data;
+    return LoadOnce(entry->data);
+}
+
+KRE_Texture* KRE_TextureCatalogue::LoadOnce(TextureData& data)
+{
     if (!data.texture)
         data.texture = Load(data);
     return data.texture.get();
+}
+
+bool KRE_TextureCatalogue::GetBaseTexture(const char* name, IDirect3DBaseTexture9** textureOut)
+{
+    SearchTree<TextureData>::DataEntry* entry = textures.Find(name);
+    if (!entry)
+        return false;
+    TextureData& data = entry->data;
+    String path;
+    if (!data.solid && !data.texture && gfx.FindTextureFile(&path, data.file.c_str(), ""))
+        data.solid = gfx.LoadSolidTexture(path.c_str());
+    *textureOut = data.solid ? data.solid.Get() : LoadOnce(data)->current;
+    return true;
 }
 
 std::unique_ptr<KRE_Texture> KRE_TextureCatalogue::Load(const TextureData& data)

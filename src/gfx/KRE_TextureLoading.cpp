@@ -187,8 +187,14 @@ ComPointer<IDirect3DTexture9> KRE_TextureLoading::CreateFromImage(const String& 
         request.usage, format, request.pool,
         request.stretch ? D3DX_FILTER_LINEAR : D3DX_FILTER_NONE, mipFilter, request.colorKey, &info,
         nullptr, made.Out());
+    CheckCreated(file.c_str());
+    return made;
+}
+
+/// Of the call that made a texture from a file.
+void KRE_TextureLoading::CheckCreated(const char* file)
+{
     if (FAILED(gfx.lastResult))
         gfx.Error(" D3DXCreateTextureFromFileA failed: %s (file:%s)",
-                  DirectXErrorName(gfx.lastResult), file.c_str());
-    return made;
+                  DirectXErrorName(gfx.lastResult), file);
 }

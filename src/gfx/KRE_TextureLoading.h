@@ -25,6 +25,9 @@ public:
     /// the full chain. Whatever cannot be loaded is an `Error`.
     void LoadTexture(KRE_Texture* texture, const char* file, D3DCOLOR colorKey, int32_t mode,
                      int32_t format, int32_t mipLevels);
+    /// The picture of a file that holds a cube or a volume, with all levels, if the device has such
+    /// textures; null for any other file. One that cannot be loaded is an `Error`.
+    ComPointer<IDirect3DBaseTexture9> LoadSolidTexture(const char* file);
     /// Makes an empty picture in the current frame or slot. `mode` is a KRE_CreateMode. A `format` of
     /// -1 is the back buffer's.
     void CreateTexture(KRE_Texture* texture, int32_t width, int32_t height, int32_t mode,
@@ -43,6 +46,7 @@ private:
     void LoadImageFile(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     ComPointer<IDirect3DTexture9> CreateFromImage(const String& file, D3DXIMAGE_INFO& info,
                                                   const KRE_TextureRequest& request);
+    void CheckCreated(const char* file);
     void LoadFrameList(KRE_Texture& texture, const String& file, const KRE_TextureRequest& request);
     void LoadVideoTexture(KRE_Texture& texture, const char* number, int32_t format);
     void MakeVideoTexture(KRE_Texture& texture, const char* name, int32_t source, int32_t format);

@@ -2,6 +2,8 @@
 
 #include "tests/gfx/TextureEngine.h"
 
+#include "tests/support/SolidDds.h"
+
 using KRE_TextureCatalogueTest = TextureEngine;
 
 TEST_F(KRE_TextureCatalogueTest, LoadsATextureOnFirstUse)
@@ -83,6 +85,82 @@ TEST_F(KRE_TextureCatalogueTest, AFileThatIsNotAPictureIsAnErrorEachTime)
     gfx->catalogue.AddTexture("Sky", "bad.bmp", 0, true);
     EXPECT_NE(ErrorText([&] { gfx->catalogue.GetTexture("Sky"); }), "");
     EXPECT_NE(ErrorText([&] { gfx->catalogue.GetTexture("Sky"); }), "");
+}
+
+TEST_F(KRE_TextureCatalogueTest, EffectsGetAllOfACubeOrAVolume)
+{
+    directory.Write("sky.dds", CubeDds({1, 2, 3, 4, 5, 6}));
+    directory.Write("smoke.dds", VolumeDds({7, 8, 9}));
+    gfx->catalogue.AddTexture("Sky", "sky.dds", 0, true);
+    gfx->catalogue.AddTexture("Smoke", "smoke.dds", 0, true);
+    IDirect3DBaseTexture9* sky = nullptr;
+    IDirect3DBaseTexture9* smoke = nullptr;
+    ASSERT_TRUE(gfx->catalogue.GetBaseTexture("Sky", &sky));
+    ASSERT_TRUE(gfx->catalogue.GetBaseTexture("Smoke", &smoke));
+    ASSERT_EQ(sky->GetType(), D3DRTYPE_CUBETEXTURE);
+    ASSERT_EQ(smoke->GetType(), D3DRTYPE_VOLUMETEXTURE);
+    D3DLOCKED_RECT face = {};
+    auto* cube = static_cast<IDirect3DCubeTexture9*>(sky);
+    ASSERT_EQ(cube->LockRect(D3DCUBEMAP_FACE_NEGATIVE_Z, 0, &face, nullptr, D3DLOCK_READONLY),
+              D3D_OK);
+    EXPECT_EQ(*static_cast<const uint32_t*>(face.pBits), 6u);
+    ASSERT_EQ(cube->UnlockRect(D3DCUBEMAP_FACE_NEGATIVE_Z, 0), D3D_OK);
+    D3DVOLUME_DESC desc = {};
+    ASSERT_EQ(static_cast<IDirect3DVolumeTexture9*>(smoke)->GetLevelDesc(0, &desc), D3D_OK);
+    EXPECT_EQ(desc.Depth, 3u);
+    IDirect3DBaseTexture9* again = nullptr;
+    EXPECT_TRUE(gfx->catalogue.GetBaseTexture("Sky", &again));
+    EXPECT_EQ(again, sky);
+    EXPECT_EQ(gfx->textureManager.GetCount(), 0) << "scenes do not share them";
+}
+
+TEST_F(KRE_TextureCatalogueTest, EffectsGetPicturesLikeEverybody)
+{
+    directory.Write("sky.bmp", PlainBmp(8, 4, 0x123456));
+    gfx->catalogue.AddTexture("Sky", "sky.bmp", 0, true);
+    gfx->catalogue.AddTexture("Gone", "gone.dds", 0, true);
+    IDirect3DBaseTexture9* texture = nullptr;
+    ASSERT_TRUE(gfx->catalogue.GetBaseTexture("Sky", &texture));
+    EXPECT_EQ(texture, gfx->catalogue.GetTexture("Sky")->current);
+    ASSERT_TRUE(gfx->catalogue.GetBaseTexture("Gone", &texture));
+    EXPECT_EQ(texture, gfx->catalogue.GetTexture("Gone")->current) << "the grey one";
+    EXPECT_FALSE(gfx->catalogue.GetBaseTexture("nothing", &texture));
+}
+
+TEST_F(KRE_TextureCatalogueTest, MapsOfCubeFilesStayFlat)
+{
+    directory.Write("sky.dds", CubeDds({1, 2, 3, 4, 5, 6}));
+    gfx->catalogue.AddTexture("Sky", "sky.dds", 0, true);
+    KRE_Texture* map = gfx->catalogue.GetTexture("Sky");
+    ASSERT_NE(map, nullptr);
+    EXPECT_EQ(map->current->GetType(), D3DRTYPE_TEXTURE);
+    EXPECT_EQ(PixelOf(*map, 0, 0), 1u) << "the first face";
+}
+
+TEST_F(KRE_TextureCatalogueTest, DamagedCubesAndVolumesAreErrors)
+{
+    const std::string cube = CubeDds({1, 2, 3, 4, 5, 6});
+    directory.Write("cut.dds", cube.substr(0, cube.size() - 1));
+    gfx->catalogue.AddTexture("Sky", "cut.dds", 0, true);
+    IDirect3DBaseTexture9* texture = nullptr;
+    for (int i = 0; i < 2; ++i)
+        EXPECT_NE(ErrorText([&] {
+                      gfx->catalogue.GetBaseTexture("Sky", &texture);
+                  }).find("failed: D3DXERR_INVALIDDATA (file:"),
+                  std::string::npos);
+    EXPECT_EQ(texture, nullptr);
+}
+
+TEST_F(KRE_TextureCatalogueTest, CompressionAppliesToCubesToo)
+{
+    directory.Write("sky.dds", CubeDds({1, 2, 3, 4, 5, 6}));
+    gfx->SetTextureCompression(2, 0);
+    gfx->catalogue.AddTexture("Sky", "sky.dds", 0, true);
+    IDirect3DBaseTexture9* texture = nullptr;
+    ASSERT_TRUE(gfx->catalogue.GetBaseTexture("Sky", &texture));
+    D3DSURFACE_DESC desc = {};
+    ASSERT_EQ(static_cast<IDirect3DCubeTexture9*>(texture)->GetLevelDesc(0, &desc), D3D_OK);
+    EXPECT_EQ(desc.Format, D3DFMT_DXT5);
 }
 
 TEST_F(KRE_TextureCatalogueTest, FreeForgetsEntriesAndReleasesTextures)

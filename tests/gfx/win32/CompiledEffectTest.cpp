@@ -4,6 +4,7 @@
 
 #include "gfx/KRE_ShaderEffect.h"
 #include "tests/gfx/EngineTest.h"
+#include "tests/support/SolidDds.h"
 #include "tests/support/TestDevice.h"
 #include <algorithm>
 
@@ -235,6 +236,81 @@ TEST_F(CompiledEffectTest, NamedTexturesAreFoundByTheirAnnotation)
     ComPointer<IDirect3DBaseTexture9> set;
     EXPECT_EQ(effect.data->effect->GetTexture(effect.data->resourceParams[0], set.Out()), D3D_OK);
     EXPECT_EQ(set.Get(), texture->current);
+}
+
+/// A triangle at z = 1 covers the screen, from -2 to 2 in both directions. Its places are the coordinates:
+/// towards (x, y, 1) lies the face of x beyond 1, that of y above, else +z; a matrix makes x choose the slice.
+TEST_F(CompiledEffectTest, CubesAndVolumesThatItNamesAreDrawn)
+{
+    scratch.Write("sky.dds", CubeDds({0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004, 0xFF000005,
+                                      0xFF000006}));
+    scratch.Write("smoke.dds", VolumeDds({0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004}));
+    file.AddTexture("sky", "sky.dds");
+    file.AddTexture("smoke", "smoke.dds");
+    file.AddTechnique({{nullptr, D3DCULL_NONE, false, false, "sky"}});
+    Load(effect);
+    effect.needsStageIndices = false;
+    KRE_VertexListTemp<KRE_PointVertex> list;
+    gfx.CreateVertexList(&list, 3, 0, false);
+    auto* vertices = static_cast<KRE_PointVertex*>(list.Lock(0, 3, 0));
+    vertices[0] = {-2, 2, 1, 0xFFFFFFFF};
+    vertices[1] = {6, 2, 1, 0xFFFFFFFF};
+    vertices[2] = {-2, -6, 1, 0xFFFFFFFF};
+    list.Unlock();
+    D3DXMATRIX matrix;
+    D3DXMatrixIdentity(&matrix);
+    gfx.SetViewMatrix(matrix);
+    gfx.SetProjectionMatrix(*D3DXMatrixScaling(&matrix, 0.5f, 0.5f, 0.5f));
+    gfx.SetLighting(0, nullptr);
+    gfx.SetTexture(nullptr);
+    IDirect3DDevice9& device = *gfx.device.Get();
+    device.SetTextureStageState(0, D3DTSS_TEXCOORDINDEX, D3DTSS_TCI_CAMERASPACEPOSITION);
+    device.SetTextureStageState(0, D3DTSS_TEXTURETRANSFORMFLAGS, D3DTTFF_COUNT3);
+    device.SetTextureStageState(0, D3DTSS_COLOROP, D3DTOP_SELECTARG1);
+    device.SetTextureStageState(0, D3DTSS_COLORARG1, D3DTA_TEXTURE);
+    const auto drawn = [&] {
+        gfx.SelectEffect(&effect);
+        gfx.BeginScene();
+        gfx.Clear(0xFF000000);
+        gfx.DrawTriangleList(list, nullptr, -1);
+        gfx.EndScene();
+        return ReadRenderTarget(gfx.device.Get(), gfx.renderTarget.Get());
+    };
+    const auto at = [](const auto& frame, float x, float y) {
+        const auto column = static_cast<size_t>((x + 2) / 4 * 64);
+        const auto row = static_cast<size_t>((2 - y) / 4 * 48);
+        return frame.at(row * 64 + column) & 0xFFFFFF;
+    };
+    const auto sky = drawn();
+    EXPECT_EQ(at(sky, 0, 0), 5u);
+    EXPECT_EQ(at(sky, 1.5f, 0.5f), 1u);
+    EXPECT_EQ(at(sky, -1.5f, -0.5f), 2u);
+    EXPECT_EQ(at(sky, 0.5f, 1.5f), 3u);
+    EXPECT_EQ(at(sky, -0.5f, -1.5f), 4u);
+
+    file = {};
+    file.AddTexture("smoke", "smoke.dds");
+    file.AddTechnique({{nullptr, D3DCULL_NONE, false, false, "smoke"}});
+    Load(effect, "two.fxo");
+    effect.needsStageIndices = false;
+    const D3DMATRIX toSlices = {{{0, 0, 0.25f, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.5f, 1}}};
+    device.SetTransform(D3DTS_TEXTURE0, &toSlices);
+    const auto smoke = drawn();
+    EXPECT_EQ(at(smoke, -1.5f, 0), 1u);
+    EXPECT_EQ(at(smoke, -0.5f, 0), 2u);
+    EXPECT_EQ(at(smoke, 0.5f, 1), 3u);
+    EXPECT_EQ(at(smoke, 1.5f, -1), 4u);
+}
+
+TEST_F(CompiledEffectTest, DamagedFileOfACubeIsAnError)
+{
+    const std::string whole = CubeDds({1, 2, 3, 4, 5, 6});
+    scratch.Write("sky.dds", whole.substr(0, whole.size() - 1));
+    file.AddTexture("sky", "sky.dds");
+    file.AddTechnique({{}});
+    Load(effect);
+    EXPECT_THAT(RaisedBy([&] { gfx.UpdateEffectFrame(effect); }),
+                testing::HasSubstr("failed: D3DXERR_INVALIDDATA (file:"));
 }
 
 // ---- Techniques and passes

@@ -67,6 +67,33 @@ TEST(Adapter, HasOneKindOfMultiSampling)
               D3DERR_NOTAVAILABLE);
 }
 
+TEST(Adapter, FormatsAnswerForSrgbAndForVertexTextures)
+{
+    Com<IDirect3D9> d3d;
+    *d3d.Out() = Direct3DCreate9(D3D_SDK_VERSION);
+    static const struct {
+        DWORD usage;
+        D3DRESOURCETYPE type;
+        D3DFORMAT format;
+        bool isPossible;
+    } cases[] = {
+        {D3DUSAGE_QUERY_SRGBREAD, D3DRTYPE_TEXTURE, D3DFMT_DXT1, true},
+        {D3DUSAGE_QUERY_SRGBREAD, D3DRTYPE_CUBETEXTURE, D3DFMT_A8R8G8B8, true},
+        {D3DUSAGE_QUERY_SRGBREAD, D3DRTYPE_TEXTURE, D3DFMT_V8U8, false}, // no colour
+        {D3DUSAGE_RENDERTARGET | D3DUSAGE_QUERY_SRGBWRITE, D3DRTYPE_TEXTURE, D3DFMT_R5G6B5, true},
+        {D3DUSAGE_QUERY_SRGBWRITE, D3DRTYPE_TEXTURE, D3DFMT_L8, false}, // no target
+        {D3DUSAGE_QUERY_SRGBWRITE, D3DRTYPE_CUBETEXTURE, D3DFMT_A8R8G8B8, false},
+        {D3DUSAGE_RENDERTARGET, D3DRTYPE_CUBETEXTURE, D3DFMT_A8R8G8B8, false},
+        {D3DUSAGE_QUERY_VERTEXTEXTURE, D3DRTYPE_TEXTURE, D3DFMT_A8R8G8B8, true},
+        {D3DUSAGE_QUERY_FILTER, D3DRTYPE_VOLUMETEXTURE, D3DFMT_DXT5, true},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(
+            d3d->CheckDeviceFormat(0, D3DDEVTYPE_HAL, D3DFMT_X8R8G8B8, c.usage, c.type, c.format),
+            c.isPossible ? D3D_OK : D3DERR_NOTAVAILABLE)
+            << c.usage << ' ' << c.type << ' ' << c.format;
+}
+
 TEST(Adapter, HalAndReferenceDevicesCanBeMade)
 {
     Com<IDirect3D9> d3d;

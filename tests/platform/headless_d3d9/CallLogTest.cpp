@@ -22,7 +22,7 @@ TEST_F(CallLogTest, CallsThatAreNotModelledFailAndAreLoggedOnce)
     IDirect3DQuery9* query = nullptr;
     IDirect3DStateBlock9* block = nullptr;
     IDirect3DVertexShader9* shader = nullptr;
-    IDirect3DCubeTexture9* cube = nullptr;
+    IDirect3DVertexDeclaration9* declaration = nullptr;
     const DWORD code[] = {0xFFFE0101, 0x0000FFFF};
     const UnmodelledCall calls[] = {
         {"CreateQuery", "UNMODELLED CreateQuery(9, pointer)\n",
@@ -32,11 +32,8 @@ TEST_F(CallLogTest, CallsThatAreNotModelledFailAndAreLoggedOnce)
         {"CreateVertexShader",
          "UNMODELLED CreateVertexShader(the position is not written completely)\n",
          [&] { return device->CreateVertexShader(code, &shader); }},
-        {"CreateCubeTexture", "UNMODELLED CreateCubeTexture(8, 1, 0, 21, 1, pointer, null)\n",
-         [&] {
-             return device->CreateCubeTexture(8, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, &cube,
-                                              nullptr);
-         }},
+        {"CreateVertexDeclaration", "UNMODELLED CreateVertexDeclaration(null, pointer)\n",
+         [&] { return device->CreateVertexDeclaration(nullptr, &declaration); }},
         {"SetNPatchMode", "UNMODELLED SetNPatchMode(2.000000)\n",
          [&] { return device->SetNPatchMode(2.0f); }},
         {"ShowCursor", "UNMODELLED ShowCursor(1)\n",

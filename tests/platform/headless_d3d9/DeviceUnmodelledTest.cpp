@@ -72,7 +72,6 @@ TEST_F(DeviceUnmodelledTest, EachCallFailsUnderItsOwnName)
 TEST_F(DeviceUnmodelledTest, ObjectsThatCannotBeCreatedAreNull)
 {
     auto* chain = Untouchable<IDirect3DSwapChain9>();
-    auto* volume = Untouchable<IDirect3DVolumeTexture9>();
     auto* block = Untouchable<IDirect3DStateBlock9>();
     auto* declaration = Untouchable<IDirect3DVertexDeclaration9>();
     auto* shader = Untouchable<IDirect3DPixelShader9>();
@@ -85,12 +84,6 @@ TEST_F(DeviceUnmodelledTest, ObjectsThatCannotBeCreatedAreNull)
          [&] { return chain == nullptr; }},
         {"GetSwapChain", [&] { return device->GetSwapChain(1, &otherChain); },
          [&] { return otherChain == nullptr; }},
-        {"CreateVolumeTexture",
-         [&] {
-             return device->CreateVolumeTexture(4, 4, 4, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED,
-                                                &volume, nullptr);
-         },
-         [&] { return volume == nullptr; }},
         {"EndStateBlock", [&] { return device->EndStateBlock(&block); },
          [&] { return block == nullptr; }},
         {"CreateVertexDeclaration",

@@ -7,7 +7,8 @@ using namespace headless;
 
 namespace {
 
-constexpr DWORD kFormat = D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_SPECULAR | D3DFVF_TEX3;
+constexpr DWORD kFormat =
+    D3DFVF_XYZRHW | D3DFVF_DIFFUSE | D3DFVF_SPECULAR | D3DFVF_TEX3 | D3DFVF_TEXCOORDSIZE3(2);
 
 } // namespace
 
@@ -88,16 +89,23 @@ void RandomDraw::MakeTexture(UINT stage)
     const D3DFORMAT formats[] = {D3DFMT_A8R8G8B8, D3DFMT_X8R8G8B8, D3DFMT_R5G6B5, D3DFMT_V8U8};
     const PixelFormat& format = *FindPixelFormat(OneOf(formats));
     Texture& texture = textures[stage];
-    UINT width = 1 + Below(17), height = 1 + Below(17);
-    texture.levels.resize(1 + Below(4));
-    for (SampledPicture& level : texture.levels) {
-        level.pixels.Allocate(format, width, height);
+    TexturePicture& picture = texture.picture;
+    const UINT width = 1 + Below(17), height = 1 + Below(17), levels = 1 + Below(4);
+    const TextureKind kinds[] = {TextureKind::Flat, TextureKind::Flat, TextureKind::Flat,
+                                 TextureKind::Cube, TextureKind::Volume};
+    picture.kind = OneOf(kinds);
+    const bool isCube = picture.kind == TextureKind::Cube;
+    picture.depth = picture.kind == TextureKind::Volume ? 1 + Below(5) : 1;
+    picture.height = isCube ? width : height;
+    texture.levels.resize(isCube ? levels * kCubeFaces : levels);
+    for (size_t i = 0; i < texture.levels.size(); ++i) {
+        const auto side = [&](UINT ofLevel0) { return std::max(ofLevel0 >> i % levels, 1u); };
+        SampledPicture& level = texture.levels[i];
+        level.pixels.Allocate(format, side(width), side(picture.height) * side(picture.depth));
         FillRandomly(level.pixels);
-        texture.picture.levels.push_back(&level);
-        width = std::max(width / 2, 1u);
-        height = std::max(height / 2, 1u);
+        picture.levels.push_back(&level);
     }
-    state.pictures[stage] = &texture.picture;
+    state.pictures[stage] = &picture;
 }
 
 void RandomDraw::SetSampler(UINT stage)
@@ -105,8 +113,12 @@ void RandomDraw::SetSampler(UINT stage)
     auto& sampler = state.sampler[stage];
     sampler[D3DSAMP_ADDRESSU] = 1 + Below(5);
     sampler[D3DSAMP_ADDRESSV] = Below(2) != 0 ? sampler[D3DSAMP_ADDRESSU] : 1 + Below(5);
+    sampler[D3DSAMP_ADDRESSW] = 1 + Below(5);
     sampler[D3DSAMP_MAGFILTER] = 1 + Below(2);
     sampler[D3DSAMP_MINFILTER] = Below(2) != 0 ? sampler[D3DSAMP_MAGFILTER] : 1 + Below(2);
+    if (Below(6) == 0)
+        sampler[D3DSAMP_MINFILTER] = D3DTEXF_ANISOTROPIC;
+    sampler[D3DSAMP_MAXANISOTROPY] = Below(18);
     sampler[D3DSAMP_MIPFILTER] = Below(3);
     sampler[D3DSAMP_BORDERCOLOR] = Word();
     sampler[D3DSAMP_SRGBTEXTURE] = Below(8) == 0;
@@ -207,8 +219,7 @@ void RandomDraw::MakeVertices()
                   Word(),
                   Word(),
                   {}};
-        for (auto& pair : vertex.coordinates)
-            for (float& value : pair)
-                value = Below(40) == 0 ? OneOf(oddities) : Between(-3.0f, 3.0f);
+        for (float& value : vertex.coordinates)
+            value = Below(40) == 0 ? OneOf(oddities) : Between(-3.0f, 3.0f);
     }
 }

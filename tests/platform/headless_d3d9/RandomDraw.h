@@ -19,7 +19,7 @@ private:
     struct Vertex {
         float x, y, z, rhw;
         D3DCOLOR diffuse, specular;
-        float coordinates[3][2];
+        float coordinates[7]; ///< sets of 2, 2 and 3
     };
     struct Texture {
         std::vector<headless::SampledPicture> levels;

@@ -266,6 +266,18 @@ TEST(BytecodeRules, NestedBlocks)
     EXPECT_EQ(RefusalOf(nested(25)), "blocks are nested too deep");
 }
 
+TEST(BytecodeRules, NestedCalls)
+{
+    const auto nested = [](int depth) { // one calls the next one
+        std::string text = "vs_2_x\ndcl_position v0\nmov oPos, v0\n";
+        for (int i = 0; i < depth; ++i)
+            text += "call l" + std::to_string(i) + "\nret\nlabel l" + std::to_string(i) + "\n";
+        return text + "ret";
+    };
+    EXPECT_EQ(RefusalOf(nested(4)), "");
+    EXPECT_EQ(RefusalOf(nested(5)), "calls are nested too deep");
+}
+
 TEST(BytecodeRules, NumbersOfInstructions)
 {
     const char* const kReason = "there are more instructions than the version allows";
@@ -289,6 +301,26 @@ TEST(BytecodeRules, NumbersOfInstructions)
         const int most = isMatrix ? row.most - 1 : row.most - row.last;
         EXPECT_EQ(RefusalOf(row.before + Repeated(row.one, most) + row.after), "") << row.before;
         EXPECT_EQ(RefusalOf(row.before + Repeated(row.one, most + 1) + row.after), kReason)
+            << row.before;
+    }
+    const struct {
+        const char* before;
+        const char* one;
+        int most;
+        const char* after;
+    } others[] = {
+        {"vs_2_x\ndcl_position v0\nmov oPos, v0\n", "mov r0, v0\n", 255, ""},
+        {"vs_3_0\ndcl_position v0\ndcl_position o0\nmov o0, v0\n", "mov r0, v0\n", 32767, ""},
+        {"ps_1_4\n", "texcrd r1.rgb, t0\n", 6, "mov r0, c0"},
+        {"ps_1_4\n", "mov r0, c0\n", 8, ""},
+        {"ps_1_4\ntexcrd r1.rgb, t0\nphase\n", "texcrd r1.rgb, t0\n", 6, "mov r0, c0"},
+        {"ps_1_4\nmov r0, c0\nphase\n", "mov r0, c0\n", 8, ""},
+        {"ps_2_0\ndcl t0\ndcl_2d s0\n", "texld r0, t0, s0\n", 32, "mov oC0, c0"},
+    };
+    for (const auto& row : others) {
+        EXPECT_EQ(RefusalOf(row.before + Repeated(row.one, row.most) + row.after), "")
+            << row.before;
+        EXPECT_EQ(RefusalOf(row.before + Repeated(row.one, row.most + 1) + row.after), kReason)
             << row.before;
     }
     EXPECT_EQ(RefusalOf("ps_2_sw\n" + Repeated("mov r0, c0\n", 600) + "mov oC0, c0"), "");

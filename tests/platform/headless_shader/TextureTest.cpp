@@ -12,9 +12,12 @@ namespace {
 class EchoTexture final : public TextureUnit {
 public:
     bool NeedsLevel() const override { return true; }
-    Lanes Level(const Lanes (&)[3], const CoordinateSteps& steps) const override
+    void SampleSteps(const Lanes (&coordinates)[3], const CoordinateSteps& steps, Lanes bias,
+                     int lanes, Lanes (&colourOut)[4]) const override
     {
-        return steps.dx[0] + steps.dx[1] + steps.dx[2] + steps.dy[0] + steps.dy[1] + steps.dy[2];
+        const Lanes level =
+            steps.dx[0] + steps.dx[1] + steps.dx[2] + steps.dy[0] + steps.dy[1] + steps.dy[2];
+        Sample(coordinates, level + bias, lanes, colourOut);
     }
     float Bias() const override { return 0.0f; }
     void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
@@ -125,6 +128,30 @@ TEST(ShaderTexture, Kill)
     old.Run();
     for (int lane = 0; lane < 8; ++lane) // the fourth coordinate does not count
         EXPECT_EQ(old.IsKilled(lane), lane == 1 || lane == 5) << lane;
+}
+
+TEST(ShaderTexture, KillTestsTheComponentsOfItsMask)
+{
+    std::array<Four, 8> values = {};
+    for (size_t i = 0; i < 4; ++i)
+        values[i][i] = -1; // lane i has its component i below 0
+    static const struct {
+        const char* text;
+        int killed;
+    } cases[] = {
+        {"ps_2_0\ndcl t0\nmov r0, t0\ntexkill r0.x\nmov oC0, r0", 1},
+        {"ps_2_0\ndcl t0\nmov r0, t0\ntexkill r0.yw\nmov oC0, r0", 2 | 8},
+        {"ps_3_0\ndcl_texcoord v0\nmov r0, v0\ntexkill r0.xyz\nmov oC0, r0", 1 | 2 | 4},
+        {"ps_2_0\ndcl t0\ntexkill t0\nmov oC0, t0", 15},
+        {"ps_1_4\ntexcrd r1.rgb, t0\nphase\ntexkill r1\nmov r0, c0", 1 | 2 | 4},
+    };
+    for (const auto& row : cases) {
+        ShaderRun run(row.text);
+        run.SetInput(5, 0, values);
+        run.Run();
+        for (int lane = 0; lane < 8; ++lane)
+            EXPECT_EQ(run.IsKilled(lane), (row.killed >> lane & 1) != 0) << row.text << lane;
+    }
 }
 
 TEST(ShaderTexture, OldLoads)

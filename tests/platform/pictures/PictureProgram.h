@@ -27,6 +27,7 @@ extern const std::vector<PictureProgram> kArithmeticPictures;
 extern const std::vector<PictureProgram> kOldPixelPictures;
 extern const std::vector<PictureProgram> kFlowPictures;
 extern const std::vector<PictureProgram> kShaderRulePictures;
+extern const std::vector<PictureProgram> kSolidPictures;
 
 /// All of them.
 std::vector<PictureProgram> AllPicturePrograms();

@@ -86,9 +86,10 @@ INSTANTIATE_TEST_SUITE_P(All, PictureTest, testing::ValuesIn(AllPicturePrograms(
 std::vector<PictureProgram> AllPicturePrograms()
 {
     std::vector<PictureProgram> all;
-    for (const auto* topic : {&kPrimitivePictures, &kTexturePictures, &kStagePictures,
-                              &kVertexPictures, &kOutputPictures, &kArithmeticPictures,
-                              &kOldPixelPictures, &kFlowPictures, &kShaderRulePictures})
+    for (const auto* topic :
+         {&kPrimitivePictures, &kTexturePictures, &kStagePictures, &kVertexPictures,
+          &kOutputPictures, &kArithmeticPictures, &kOldPixelPictures, &kFlowPictures,
+          &kShaderRulePictures, &kSolidPictures})
         all.insert(all.end(), topic->begin(), topic->end());
     return all;
 }

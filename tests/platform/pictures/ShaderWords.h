@@ -98,6 +98,8 @@ enum ShaderOpcode : DWORD {
     kTexM3x2Tex = 72,
     kTexM3x3Pad = 73,
     kTexM3x3Tex = 74,
+    kTexM3x3Spec = 76,
+    kTexM3x3VSpec = 77,
     kExpP = 78,
     kLogP = 79,
     kCnd = 80,

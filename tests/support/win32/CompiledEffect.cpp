@@ -12,10 +12,12 @@ using Words = std::vector<uint32_t>;
 
 constexpr uint32_t kMagic = 0xFEFF0901;
 constexpr uint32_t kNoElement = 0xFFFFFFFF;
-constexpr uint32_t kShaderCode = 0;  // usage of a resource
+constexpr uint32_t kShaderCode = 0; // usages of a resource
+constexpr uint32_t kParameterName = 1;
 constexpr uint32_t kCullMode = 0x08; // operations of states
 constexpr uint32_t kVertexShader = 0x92;
 constexpr uint32_t kPixelShader = 0x93;
+constexpr uint32_t kTexture = 0xA4;
 constexpr uint32_t kUnknownPixelShader = 0xFFFF0900; // version 9 does not exist
 
 void Append(Words& target, const Words& words)
@@ -126,7 +128,7 @@ void CompiledEffect::AddTexture(const std::string& semantic, const char* resourc
                  resourceName ? StringAnnotation("ResourceName", resourceName) : Words());
 }
 
-void CompiledEffect::AddShaderState(Words& states, uint32_t operation, D3DXPARAMETER_TYPE type,
+void CompiledEffect::AddObjectState(Words& states, uint32_t operation, D3DXPARAMETER_TYPE type,
                                     const Resource& resource)
 {
     const uint32_t typeOffset = AddType(type, D3DXPC_OBJECT, "", "", 0, {});
@@ -150,15 +152,20 @@ void CompiledEffect::AddTechnique(const std::vector<Pass>& passes)
             Append(states, {kCullMode, 0, type, AddWords({pass.cullMode})});
         }
         if (pass.hasVertexShader)
-            AddShaderState(states, kVertexShader, D3DXPT_VERTEXSHADER,
+            AddObjectState(states, kVertexShader, D3DXPT_VERTEXSHADER,
                            {techniqueCount, i, static_cast<uint32_t>(states.size() / 4),
-                            Assemble("vs_1_1\ndcl_position v0\nmov oPos, v0\n")});
+                            kShaderCode, Assemble("vs_1_1\ndcl_position v0\nmov oPos, v0\n")});
         if (pass.hasUnknownShader) {
             std::string code = Assemble("ps_2_0\ndef c0, 0, 0, 0, 0\nmov oC0, c0\n");
             std::memcpy(code.data(), &kUnknownPixelShader, sizeof kUnknownPixelShader);
-            AddShaderState(states, kPixelShader, D3DXPT_PIXELSHADER,
-                           {techniqueCount, i, static_cast<uint32_t>(states.size() / 4), code});
+            AddObjectState(
+                states, kPixelShader, D3DXPT_PIXELSHADER,
+                {techniqueCount, i, static_cast<uint32_t>(states.size() / 4), kShaderCode, code});
         }
+        if (pass.texture)
+            AddObjectState(states, kTexture, D3DXPT_TEXTURE,
+                           {techniqueCount, i, static_cast<uint32_t>(states.size() / 4),
+                            kParameterName, std::string(pass.texture) + '\0'});
         Append(techniques,
                {AddText("p" + std::to_string(i)), static_cast<uint32_t>(annotations.size() / 2),
                 static_cast<uint32_t>(states.size() / 4)});
@@ -187,9 +194,9 @@ std::string CompiledEffect::Bytes() const
     Append(file, {stringCount, static_cast<uint32_t>(resources.size())});
     Append(file, stringWords);
     for (const Resource& resource : resources) {
-        Append(file, {resource.technique, resource.pass, kNoElement, resource.state, kShaderCode,
-                      static_cast<uint32_t>(resource.code.size())});
-        AppendBytes(file, resource.code);
+        Append(file, {resource.technique, resource.pass, kNoElement, resource.state, resource.usage,
+                      static_cast<uint32_t>(resource.content.size())});
+        AppendBytes(file, resource.content);
     }
     return {reinterpret_cast<const char*>(file.data()), file.size() * sizeof(uint32_t)};
 }

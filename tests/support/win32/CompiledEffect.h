@@ -16,6 +16,8 @@ public:
         DWORD cullMode = 0;                 ///< 0 leaves the state unchanged
         bool hasVertexShader = false;
         bool hasUnknownShader = false; ///< a pixel shader of a version that no device supports
+        const char* texture =
+            nullptr; ///< the parameter that stage 0 shows; null leaves it unchanged
     };
 
     /// Each has its semantic as its name, too.
@@ -33,7 +35,8 @@ private:
     using Words = std::vector<uint32_t>;
     struct Resource {
         uint32_t technique, pass, state;
-        std::string code;
+        uint32_t usage; ///< what `content` is: code of a shader, or the name of a parameter
+        std::string content;
     };
 
     uint32_t AddText(const std::string& text);
@@ -44,7 +47,7 @@ private:
     uint32_t AddObject(std::string text);
     void AddParameter(uint32_t typeOffset, uint32_t valueOffset, const Words& annotations = {});
     Words StringAnnotation(const std::string& name, const std::string& text);
-    void AddShaderState(Words& states, uint32_t operation, D3DXPARAMETER_TYPE type,
+    void AddObjectState(Words& states, uint32_t operation, D3DXPARAMETER_TYPE type,
                         const Resource& resource);
 
     Words pool = {0}; ///< starts with the empty name

@@ -74,7 +74,8 @@ void SetDrawingCaps(D3DCAPS9& caps)
                       D3DPRASTERCAPS_MIPMAPLODBIAS | D3DPRASTERCAPS_FOGRANGE |
                       D3DPRASTERCAPS_WBUFFER | D3DPRASTERCAPS_WFOG | D3DPRASTERCAPS_ZFOG |
                       D3DPRASTERCAPS_COLORPERSPECTIVE | D3DPRASTERCAPS_SCISSORTEST |
-                      D3DPRASTERCAPS_DEPTHBIAS | D3DPRASTERCAPS_SLOPESCALEDEPTHBIAS;
+                      D3DPRASTERCAPS_ANISOTROPY | D3DPRASTERCAPS_DEPTHBIAS |
+                      D3DPRASTERCAPS_SLOPESCALEDEPTHBIAS;
     caps.ZCmpCaps = kAllCompares;
     caps.AlphaCmpCaps = kAllCompares;
     caps.SrcBlendCaps = kAllBlends | D3DPBLENDCAPS_BOTHSRCALPHA | D3DPBLENDCAPS_BOTHINVSRCALPHA;
@@ -88,18 +89,23 @@ void SetDrawingCaps(D3DCAPS9& caps)
 void SetTextureCaps(D3DCAPS9& caps)
 {
     caps.TextureCaps = D3DPTEXTURECAPS_PERSPECTIVE | D3DPTEXTURECAPS_ALPHA |
-                       D3DPTEXTURECAPS_PROJECTED | D3DPTEXTURECAPS_MIPMAP;
-    caps.TextureFilterCaps = kFilters;
+                       D3DPTEXTURECAPS_PROJECTED | D3DPTEXTURECAPS_MIPMAP |
+                       D3DPTEXTURECAPS_CUBEMAP | D3DPTEXTURECAPS_VOLUMEMAP |
+                       D3DPTEXTURECAPS_MIPCUBEMAP | D3DPTEXTURECAPS_MIPVOLUMEMAP;
+    caps.TextureFilterCaps = kFilters | D3DPTFILTERCAPS_MINFANISOTROPIC;
+    caps.CubeTextureFilterCaps = caps.VolumeTextureFilterCaps = kFilters;
     caps.TextureAddressCaps = D3DPTADDRESSCAPS_WRAP | D3DPTADDRESSCAPS_MIRROR |
                               D3DPTADDRESSCAPS_CLAMP | D3DPTADDRESSCAPS_BORDER |
                               D3DPTADDRESSCAPS_INDEPENDENTUV | D3DPTADDRESSCAPS_MIRRORONCE;
+    caps.VolumeTextureAddressCaps = caps.TextureAddressCaps;
     caps.StretchRectFilterCaps = D3DPTFILTERCAPS_MINFPOINT | D3DPTFILTERCAPS_MINFLINEAR |
                                  D3DPTFILTERCAPS_MAGFPOINT | D3DPTFILTERCAPS_MAGFLINEAR;
     caps.MaxTextureWidth = kMaxTextureSide;
     caps.MaxTextureHeight = kMaxTextureSide;
+    caps.MaxVolumeExtent = kMaxVolumeExtent;
     caps.MaxTextureRepeat = kMaxTextureSide;
     caps.MaxTextureAspectRatio = kMaxTextureSide;
-    caps.MaxAnisotropy = 1;
+    caps.MaxAnisotropy = kMaxAnisotropy;
     caps.TextureOpCaps = kTextureOps;
     caps.MaxTextureBlendStages = 8;
     caps.MaxSimultaneousTextures = 8;
@@ -146,7 +152,7 @@ void SetShaderCaps(D3DCAPS9& caps)
     caps.MaxPShaderInstructionsExecuted = shader::kMaxExecuted;
     caps.MaxVertexShader30InstructionSlots = 32768;
     caps.MaxPixelShader30InstructionSlots = 32768;
-    caps.VertexTextureFilterCaps = caps.TextureFilterCaps;
+    caps.VertexTextureFilterCaps = kFilters;
 }
 
 } // namespace

@@ -7,6 +7,8 @@ namespace headless {
 // What the single adapter is and can do. `HeadlessDirect3D` and the device answer from here.
 
 constexpr UINT kMaxTextureSide = 8192;
+constexpr UINT kMaxVolumeExtent = 2048;
+constexpr UINT kMaxAnisotropy = 16;
 constexpr UINT kRefreshRate = 60;
 constexpr float kMaxPointSize = 256.0f;
 

@@ -52,6 +52,14 @@ public:
                                             D3DFORMAT format, D3DPOOL pool,
                                             IDirect3DTexture9** textureOut,
                                             HANDLE* sharedHandle) override;
+    HRESULT STDMETHODCALLTYPE CreateVolumeTexture(UINT width, UINT height, UINT depth, UINT levels,
+                                                  DWORD usage, D3DFORMAT format, D3DPOOL pool,
+                                                  IDirect3DVolumeTexture9** volumeTextureOut,
+                                                  HANDLE* sharedHandle) override;
+    HRESULT STDMETHODCALLTYPE CreateCubeTexture(UINT edgeLength, UINT levels, DWORD usage,
+                                                D3DFORMAT format, D3DPOOL pool,
+                                                IDirect3DCubeTexture9** cubeTextureOut,
+                                                HANDLE* sharedHandle) override;
     HRESULT STDMETHODCALLTYPE CreateVertexBuffer(UINT length, DWORD usage, DWORD fvf, D3DPOOL pool,
                                                  IDirect3DVertexBuffer9** vertexBufferOut,
                                                  HANDLE* sharedHandle) override;

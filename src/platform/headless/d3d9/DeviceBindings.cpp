@@ -24,8 +24,13 @@ HRESULT GetBound(const Binding<Object>& slot, Interface** objectOut, HRESULT emp
 HRESULT HeadlessDevice::GetTexture(DWORD stage, IDirect3DBaseTexture9** textureOut)
 {
     const UINT slot = SamplerSlot(stage);
-    return slot < kSamplerCount ? GetBound(state.textures[slot], textureOut, D3D_OK)
-                                : D3DERR_INVALIDCALL;
+    if (slot >= kSamplerCount || !textureOut)
+        return D3DERR_INVALIDCALL;
+    TextureObject* bound = state.textures[slot].Get();
+    *textureOut = bound ? &bound->Interface() : nullptr;
+    if (bound)
+        bound->AddReference();
+    return D3D_OK;
 }
 
 /// Refuses textures in system or scratch memory, which a device cannot reach. A depth texture can
@@ -35,10 +40,10 @@ HRESULT HeadlessDevice::SetTexture(DWORD stage, IDirect3DBaseTexture9* texture)
     const UINT slot = SamplerSlot(stage);
     if (slot >= kSamplerCount)
         return D3DERR_INVALIDCALL;
-    auto* object = static_cast<HeadlessTexture*>(texture);
+    TextureObject* object = TextureObject::Of(texture);
     if (object && (object->Pool() == D3DPOOL_SCRATCH || object->Pool() == D3DPOOL_SYSTEMMEM))
         return D3DERR_INVALIDCALL;
-    if (object && object->Level(0).Desc().Usage == D3DUSAGE_DEPTHSTENCIL)
+    if (object && object->Usage() == D3DUSAGE_DEPTHSTENCIL)
         return Unmodelled("SetTexture", stage, texture);
     state.textures[slot].Set(object);
     return D3D_OK;

@@ -1,8 +1,12 @@
 // Creating textures, surfaces and buffers.
 
 #include "platform/headless/d3d9/Adapter.h"
+#include "platform/headless/d3d9/CubeTexture.h"
 #include "platform/headless/d3d9/Device.h"
 #include "platform/headless/d3d9/VertexFormat.h"
+#include "platform/headless/d3d9/VolumeTexture.h"
+
+#include <algorithm>
 
 namespace headless {
 
@@ -36,6 +40,14 @@ bool IsTexturePossible(const PixelFormat& format, UINT width, UINT height, DWORD
     if ((usage & D3DUSAGE_RENDERTARGET) && !IsRenderTargetFormat(format.format))
         return false;
     return IsTextureFormat(format.format) && IsWholeBlocks(format, width, height);
+}
+
+/// Cubes and volumes are not drawn into.
+bool IsSolidTexturePossible(const PixelFormat& format, UINT width, UINT height, DWORD usage,
+                            D3DPOOL pool)
+{
+    return (usage & ~static_cast<DWORD>(D3DUSAGE_DYNAMIC)) == 0 &&
+           IsTexturePossible(format, width, height, usage, pool);
 }
 
 constexpr DWORD kTextureUsages = D3DUSAGE_RENDERTARGET | D3DUSAGE_DEPTHSTENCIL | D3DUSAGE_DYNAMIC;
@@ -84,6 +96,47 @@ HRESULT HeadlessDevice::CreateTexture(UINT width, UINT height, UINT levels, DWOR
         format, D3DRTYPE_SURFACE, usage, pool, D3DMULTISAMPLE_NONE, 0, width, height};
     const UINT levelCount = levels ? levels : FullLevelCount(width, height);
     return HandOut(HeadlessTexture::Create(*this, desc, levelCount), textureOut);
+}
+
+HRESULT HeadlessDevice::CreateCubeTexture(UINT edgeLength, UINT levels, DWORD usage,
+                                          D3DFORMAT format, D3DPOOL pool,
+                                          IDirect3DCubeTexture9** cubeTextureOut,
+                                          HANDLE* sharedHandle)
+{
+    if (!cubeTextureOut)
+        return D3DERR_INVALIDCALL;
+    *cubeTextureOut = nullptr;
+    const PixelFormat* row = FindPixelFormat(format);
+    if (sharedHandle || !row || !IsPool(pool) || !IsSizePossible(edgeLength, edgeLength) ||
+        levels > FullLevelCount(edgeLength, edgeLength) ||
+        !IsSolidTexturePossible(*row, edgeLength, edgeLength, usage, pool))
+        return D3DERR_INVALIDCALL;
+    const D3DSURFACE_DESC desc = {format, D3DRTYPE_SURFACE, usage,     pool, D3DMULTISAMPLE_NONE,
+                                  0,      edgeLength,       edgeLength};
+    const UINT levelCount = levels ? levels : FullLevelCount(edgeLength, edgeLength);
+    return HandOut(HeadlessCubeTexture::Create(*this, desc, levelCount), cubeTextureOut);
+}
+
+HRESULT HeadlessDevice::CreateVolumeTexture(UINT width, UINT height, UINT depth, UINT levels,
+                                            DWORD usage, D3DFORMAT format, D3DPOOL pool,
+                                            IDirect3DVolumeTexture9** volumeTextureOut,
+                                            HANDLE* sharedHandle)
+{
+    if (!volumeTextureOut)
+        return D3DERR_INVALIDCALL;
+    *volumeTextureOut = nullptr;
+    const PixelFormat* row = FindPixelFormat(format);
+    if (sharedHandle || !row || !IsPool(pool) || width == 0 || height == 0 || depth == 0 ||
+        std::max({width, height, depth}) > kMaxVolumeExtent ||
+        levels > FullLevelCount(width, height, depth) ||
+        !IsSolidTexturePossible(*row, width, height, usage, pool))
+        return D3DERR_INVALIDCALL;
+    if (uint64_t{width} * SliceRows(*row, height) * depth > kMaxVolumeTexels)
+        return D3DERR_OUTOFVIDEOMEMORY;
+    const D3DSURFACE_DESC desc = {
+        format, D3DRTYPE_SURFACE, usage, pool, D3DMULTISAMPLE_NONE, 0, width, height};
+    const UINT levelCount = levels ? levels : FullLevelCount(width, height, depth);
+    return HandOut(HeadlessVolumeTexture::Create(*this, desc, depth, levelCount), volumeTextureOut);
 }
 
 /// `length` must hold at least one vertex of `fvf`, unless `fvf` is 0.

@@ -22,7 +22,7 @@ struct DeviceState : DrawState {
     DWORD fvf = 0;
     std::array<StreamSlot, kStreamCount> streams;
     Binding<HeadlessIndexBuffer> indices;
-    std::array<Binding<HeadlessTexture>, kSamplerCount> textures;
+    std::array<Binding<TextureObject>, kSamplerCount> textures;
 
     Binding<HeadlessVertexShader> vertexShader;
     Binding<HeadlessPixelShader> pixelShader;

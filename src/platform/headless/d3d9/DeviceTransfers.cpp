@@ -107,12 +107,15 @@ HRESULT HeadlessDevice::UpdateSurface(IDirect3DSurface9* srcSurface, const RECT*
 }
 
 /// Copies what changed since the last call. From a source with more levels, the smaller ones are
-/// taken.
+/// taken. UNMODELLED: cubes and volumes.
 HRESULT HeadlessDevice::UpdateTexture(IDirect3DBaseTexture9* sourceTexture,
                                       IDirect3DBaseTexture9* destinationTexture)
 {
     if (!sourceTexture || !destinationTexture)
         return D3DERR_INVALIDCALL;
+    if (sourceTexture->GetType() != D3DRTYPE_TEXTURE ||
+        destinationTexture->GetType() != D3DRTYPE_TEXTURE)
+        return Unmodelled("UpdateTexture", sourceTexture, destinationTexture);
     auto& from = static_cast<HeadlessTexture&>(*sourceTexture);
     auto& to = static_cast<HeadlessTexture&>(*destinationTexture);
     const UINT skip = from.GetLevelCount() - to.GetLevelCount();

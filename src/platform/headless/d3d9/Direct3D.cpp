@@ -31,15 +31,24 @@ bool AreBehaviorFlagsPossible(DWORD flags)
 /// The query bits that a format can support.
 constexpr DWORD kPlainQueries =
     D3DUSAGE_DYNAMIC | D3DUSAGE_QUERY_FILTER | D3DUSAGE_QUERY_WRAPANDMIP |
-    D3DUSAGE_QUERY_POSTPIXELSHADER_BLENDING | D3DUSAGE_QUERY_LEGACYBUMPMAP;
+    D3DUSAGE_QUERY_POSTPIXELSHADER_BLENDING | D3DUSAGE_QUERY_LEGACYBUMPMAP |
+    D3DUSAGE_QUERY_SRGBREAD | D3DUSAGE_QUERY_SRGBWRITE | D3DUSAGE_QUERY_VERTEXTEXTURE;
 
 bool CanBeUsed(DWORD usage, D3DRESOURCETYPE resourceType, D3DFORMAT format)
 {
-    if (resourceType != D3DRTYPE_TEXTURE && resourceType != D3DRTYPE_SURFACE)
+    const bool isSolid =
+        resourceType == D3DRTYPE_CUBETEXTURE || resourceType == D3DRTYPE_VOLUMETEXTURE;
+    if (resourceType != D3DRTYPE_TEXTURE && resourceType != D3DRTYPE_SURFACE && !isSolid)
+        return false;
+    if (isSolid && (usage & ~kPlainQueries) != 0)
         return false;
     if (usage & D3DUSAGE_DEPTHSTENCIL)
         return usage == D3DUSAGE_DEPTHSTENCIL && IsDepthFormat(format);
     if ((usage & D3DUSAGE_QUERY_LEGACYBUMPMAP) && format != D3DFMT_V8U8)
+        return false;
+    if ((usage & D3DUSAGE_QUERY_SRGBREAD) && format == D3DFMT_V8U8)
+        return false;
+    if ((usage & D3DUSAGE_QUERY_SRGBWRITE) && (isSolid || !IsRenderTargetFormat(format)))
         return false;
     if (usage & ~(kPlainQueries | D3DUSAGE_RENDERTARGET))
         return false;

@@ -1,5 +1,6 @@
 #include "platform/headless/d3d9/DrawState.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace headless {
@@ -187,6 +188,40 @@ float DrawState::RenderFloat(D3DRENDERSTATETYPE state) const
     return std::bit_cast<float>(render[state]);
 }
 
+template <typename T>
+HRESULT ConstantRegisters<T>::Set(UINT first, const T* data, UINT number)
+{
+    if (!data || !Has(first, number))
+        return D3DERR_INVALIDCALL;
+    if (values.empty())
+        values.resize(size_t{count} * width);
+    std::copy_n(data, size_t{number} * width, values.begin() + first * width);
+    return D3D_OK;
+}
+
+template <typename T>
+HRESULT ConstantRegisters<T>::Get(UINT first, T* dataOut, UINT number) const
+{
+    if (!dataOut || !Has(first, number))
+        return D3DERR_INVALIDCALL;
+    const size_t from = size_t{first} * width, length = size_t{number} * width;
+    if (values.empty())
+        std::fill_n(dataOut, length, T{});
+    else
+        std::copy_n(&values[from], length, dataOut);
+    return D3D_OK;
+}
+
+template class ConstantRegisters<float>;
+template class ConstantRegisters<int>;
+
+void ShaderConstants::Clear()
+{
+    floats.Clear();
+    ints.Clear();
+    bools.Clear();
+}
+
 void SetDrawDefaults(DrawState& state, bool hasDepth)
 {
     Fill(kRenderDefaults, state.render);
@@ -201,8 +236,8 @@ void SetDrawDefaults(DrawState& state, bool hasDepth)
     state.pictures = {};
     state.target = state.depth = nullptr;
     state.vertexProgram = state.pixelProgram = nullptr;
-    state.vertexConstants = {};
-    state.pixelConstants = {};
+    state.vertexConstants.Clear();
+    state.pixelConstants.Clear();
 }
 
 UINT SamplerSlot(DWORD sampler)

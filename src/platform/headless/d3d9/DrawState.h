@@ -27,17 +27,64 @@ struct LightSlot {
     bool enabled;
 };
 
+enum class TextureKind : uint8_t { Flat, Cube, Volume };
+
+constexpr UINT kCubeFaces = 6;
+
 /// A texture as drawing sees it: its levels, largest first.
 struct TexturePicture {
-    std::vector<SampledPicture*> levels; ///< not empty; not owned
-    DWORD leastLevel = 0;                ///< larger levels are not read
+    /// Not empty; not owned. A cube has those of its first face, then those of the next one. In a
+    /// level of a volume the slices are below each other, each with whole blocks.
+    std::vector<SampledPicture*> levels;
+    DWORD leastLevel = 0; ///< larger levels are not read
+    TextureKind kind = TextureKind::Flat;
+    UINT height = 1; ///< of a slice of level 0, only for volumes
+    UINT depth = 1;  ///< slices of level 0
+
+    size_t LevelCount() const
+    {
+        return kind == TextureKind::Cube ? levels.size() / kCubeFaces : levels.size();
+    }
+};
+
+/// Registers of constants. Those that were never set are 0.
+template <typename T>
+class ConstantRegisters {
+public:
+    /// Each register has `registerWidth` values.
+    constexpr ConstantRegisters(UINT registerCount, UINT registerWidth)
+        : count(registerCount),
+          width(registerWidth)
+    {}
+
+    /// Sets or reads `number` registers from `first` on; more than there are is refused.
+    HRESULT Set(UINT first, const T* data, UINT number);
+    HRESULT Get(UINT first, T* dataOut, UINT number) const;
+    void Clear() { values.clear(); }
+
+    /// As many as were needed so far.
+    const std::vector<T>& Values() const { return values; }
+
+private:
+    bool Has(UINT first, UINT number) const { return first <= count && number <= count - first; }
+
+    UINT count;
+    UINT width;
+    std::vector<T> values;
 };
 
 /// The constants of one kind of shader: four floats or integers for each register, and truths.
 struct ShaderConstants {
-    std::vector<float> floats;
-    std::vector<int> ints;
-    std::vector<int> bools;
+    ShaderConstants(UINT floatCount, UINT switchCount)
+        : floats(floatCount, 4),
+          ints(switchCount, 4),
+          bools(switchCount, 1)
+    {}
+    void Clear();
+
+    ConstantRegisters<float> floats;
+    ConstantRegisters<int> ints;
+    ConstantRegisters<int> bools;
 };
 
 /// Every value that drawing reads besides the vertices, indexed by the public enumerations. Floats
@@ -62,8 +109,8 @@ struct DrawState {
     std::array<TexturePicture*, kSamplerCount> pictures = {}; ///< not owned; null without a texture
     shader::Program* vertexProgram = nullptr; ///< not owned; null for the fixed functions
     shader::Program* pixelProgram = nullptr;
-    ShaderConstants vertexConstants;
-    ShaderConstants pixelConstants;
+    ShaderConstants vertexConstants{8192, 2048}; ///< software vertex shaders reach all of them
+    ShaderConstants pixelConstants{224, 16};
     PixelBuffer* target = nullptr; ///< not owned; drawing needs one
     PixelBuffer* depth = nullptr;  ///< not owned; null without depth
 

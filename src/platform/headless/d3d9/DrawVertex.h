@@ -30,6 +30,7 @@ struct VaryingLayout {
     int specular = -1;
     int fog = -1;
     int coordinates[kStageCount] = {-1, -1, -1, -1, -1, -1, -1, -1};
+    int coordinateCounts[kStageCount] = {}; ///< 2, or 3 for cubes and volumes
     /// The coordinates are followed by their divisor.
     bool isProjected[kStageCount] = {};
     /// Four coordinates in each place, for a pixel shader.

@@ -68,7 +68,8 @@ VaryingLayout LayOut(PixelProgram& program)
         StageProgram& stage = program.stages.stages[i];
         if (!stage.samples)
             continue;
-        take(layout.coordinates[i], stage.isProjected ? 3 : 2);
+        take(layout.coordinates[i], stage.coordinateCount + (stage.isProjected ? 1 : 0));
+        layout.coordinateCounts[i] = stage.coordinateCount;
         layout.isProjected[i] = stage.isProjected;
         stage.coordinates = layout.coordinates[i];
     }

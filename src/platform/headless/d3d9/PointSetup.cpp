@@ -12,16 +12,16 @@ int InSubPixels(float pixels)
 }
 
 /// u grows along x and v along y, from the corner, which is the origin of the planes.
-void SetSpriteCoordinates(int place, bool isProjected, float reciprocalW, float side,
+void SetSpriteCoordinates(int place, int count, bool isProjected, float reciprocalW, float side,
                           Planes& planes)
 {
     const float slope = side > 0.0f ? reciprocalW / side : 0.0f;
-    for (int i = 0; i < (isProjected ? 3 : 2); ++i)
+    for (int i = 0; i < count + (isProjected ? 1 : 0); ++i)
         planes.at[place + i] = planes.dx[place + i] = planes.dy[place + i] = 0.0f;
     planes.dx[place] = slope;
     planes.dy[place + 1] = slope;
     if (isProjected)
-        planes.at[place + 2] = reciprocalW;
+        planes.at[place + count] = reciprocalW;
 }
 
 } // namespace
@@ -39,8 +39,9 @@ void SetUpPoint(const Corner& centre, float side, bool isSprite, const VaryingLa
     }
     for (UINT stage = 0; isSprite && stage < kStageCount; ++stage)
         if (varyings.coordinates[stage] >= 0)
-            SetSpriteCoordinates(varyings.coordinates[stage], varyings.isProjected[stage],
-                                 centre.reciprocalW, side, planesOut);
+            SetSpriteCoordinates(varyings.coordinates[stage],
+                                 std::max(varyings.coordinateCounts[stage], 2),
+                                 varyings.isProjected[stage], centre.reciprocalW, side, planesOut);
 }
 
 PixelArea PointArea(const Corner& centre, float side, const PixelArea& area)

@@ -68,7 +68,8 @@ void PrimitiveDrawer::FindWraps(const DrawState& state)
     for (UINT stage = 0; stage < kStageCount; ++stage) {
         const DWORD set = varyings.areWhole ? stage : state.stage[stage][D3DTSS_TEXCOORDINDEX] & 7;
         const DWORD flags = state.render[D3DRS_WRAP0 + set];
-        for (int c = 0; c < (varyings.areWhole ? 4 : 2) && varyings.coordinates[stage] >= 0; ++c)
+        const int count = varyings.areWhole ? 4 : varyings.coordinateCounts[stage];
+        for (int c = 0; c < count && varyings.coordinates[stage] >= 0; ++c)
             if ((flags >> c & 1) != 0 && !varyings.isProjected[stage])
                 wraps[wrapCount++] = varyings.coordinates[stage] + c;
     }

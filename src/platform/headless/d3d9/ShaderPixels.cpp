@@ -53,7 +53,7 @@ HRESULT ShaderPixels::Prepare(const DrawState& state, const PixelProgram& pixelP
     for (UINT i = 0; i < kStageCount && code->version.major == 1; ++i)
         machine.stages[i] = StageOf(state, i);
     const ShaderConstants& values = state.pixelConstants;
-    machine.Prepare(*code, {values.floats, values.ints, values.bools});
+    machine.Prepare(*code, {values.floats.Values(), values.ints.Values(), values.bools.Values()});
     machine.work = 0;
     budget = workLeft;
     testsEarly = program->depth.isOn && !code->writesDepth;

@@ -1,18 +1,29 @@
 #include "platform/headless/d3d9/ShaderTexture.h"
 
+#include <algorithm>
+
 namespace headless {
 
-Lanes ShaderTexture::Level(const Lanes (&)[3], const shader::CoordinateSteps& steps) const
+namespace {
+
+Place4 PlaceAt(const Lanes (&coordinates)[3])
 {
-    return LevelOfDetail(sampler, {steps.dx[0], steps.dx[1], steps.dy[0], steps.dy[1]});
+    return {coordinates[0], coordinates[1], coordinates[2]};
+}
+
+} // namespace
+
+void ShaderTexture::SampleSteps(const Lanes (&coordinates)[3], const shader::CoordinateSteps& steps,
+                                Lanes bias, int lanes, Lanes (&colourOut)[4]) const
+{
+    const Footprint4 footprint = {PlaceAt(coordinates), PlaceAt(steps.dx), PlaceAt(steps.dy)};
+    std::ranges::copy(SampleTexture(sampler, footprint, bias, lanes).c, colourOut);
 }
 
 void ShaderTexture::Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
                            Lanes (&colourOut)[4]) const
 {
-    const Rgba4 colour = SampleTexture(sampler, coordinates[0], coordinates[1], level, lanes);
-    for (int c = 0; c < 4; ++c)
-        colourOut[c] = colour.c[c];
+    std::ranges::copy(SampleTexture(sampler, PlaceAt(coordinates), level, lanes).c, colourOut);
 }
 
 HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& program, UINT first)

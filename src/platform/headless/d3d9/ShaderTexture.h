@@ -10,7 +10,8 @@ class ShaderTexture final : public shader::TextureUnit {
 public:
     bool NeedsLevel() const override { return sampler.NeedsLevel(); }
     float Bias() const override { return sampler.levelBias; }
-    Lanes Level(const Lanes (&coordinates)[3], const shader::CoordinateSteps& steps) const override;
+    void SampleSteps(const Lanes (&coordinates)[3], const shader::CoordinateSteps& steps,
+                     Lanes bias, int lanes, Lanes (&colourOut)[4]) const override;
     void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
                 Lanes (&colourOut)[4]) const override;
 

@@ -153,7 +153,7 @@ HRESULT ShaderVertices::Prepare(const DrawState& state, const VertexLayout& vert
     if (FAILED(result))
         return result;
     const ShaderConstants& values = state.vertexConstants;
-    machine.Prepare(*code, {values.floats, values.ints, values.bools});
+    machine.Prepare(*code, {values.floats.Values(), values.ints.Values(), values.bools.Values()});
     machine.work = 0;
     FindOutputs(state, varyings);
     position = FindOutput(D3DDECLUSAGE_POSITION, 0);

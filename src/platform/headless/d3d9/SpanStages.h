@@ -116,16 +116,30 @@ private:
         operation.run(operation.input, out);
     }
 
+    /// Moves coordinates by the bump map of the stage before.
+    template <typename Place>
+    void Move(const Code& code, Place& at) const
+    {
+        if (!code.bumping)
+            return;
+        at.u = at.u + bump.u;
+        at.v = at.v + bump.v;
+    }
+
     /// The texture, moved and darkened by the bump map of the stage before.
     void Sample(Code& code, const SpanPixels<F>& pixels)
     {
-        StageCoordinates<F> at = CoordinatesOf(*code.stage, pixels);
-        if (code.bumping) {
-            at.u = at.u + bump.u;
-            at.v = at.v + bump.v;
+        if (code.stage->needsFootprint) {
+            TextureFootprint<F> footprint = FootprintOfStage(*code.stage, pixels);
+            Move(code, footprint.at);
+            code.texture = SampleFootprint<F>(code.stage->sampler, footprint, F::Splat(0.0f),
+                                              LaneBits(pixels.mask));
+        } else {
+            StageCoordinates<F> at = CoordinatesOf(*code.stage, pixels);
+            Move(code, at);
+            code.texture =
+                code.sample(code.stage->sampler, at.u, at.v, at.level, LaneBits(pixels.mask));
         }
-        code.texture =
-            code.sample(code.stage->sampler, at.u, at.v, at.level, LaneBits(pixels.mask));
         if (code.bumping && code.bumping->bump == BumpKind::OffsetsAndLuminance)
             for (int c = 0; c < 3; ++c)
                 code.texture.c[c] = code.texture.c[c] * bump.luminance;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/headless/d3d9/SpanPixels.h"
-#include "platform/headless/d3d9/TextureLevels.h"
+#include "platform/headless/d3d9/TextureFootprint.h"
 #include "platform/headless/d3d9/TextureStages.h"
 
 namespace headless {
@@ -86,6 +86,32 @@ StageCoordinates<F> CoordinatesOf(const StageProgram& stage, const SpanPixels<F>
         slope(planes.dx[at], u, divisorDx), slope(planes.dx[at + 1], v, divisorDx),
         slope(planes.dy[at], u, divisorDy), slope(planes.dy[at + 1], v, divisorDy)};
     return {u, v, LevelOf<F>(stage.sampler, slopes)};
+}
+
+/// The same with all slopes, and with a third coordinate where the texture has one.
+template <typename F>
+TextureFootprint<F> FootprintOfStage(const StageProgram& stage, const SpanPixels<F>& pixels)
+{
+    const Planes& planes = *pixels.planes;
+    const int at = stage.coordinates, divisor = at + stage.coordinateCount;
+    const auto scale = stage.isProjected ? F::Splat(1.0f) / pixels.Linear(divisor) : pixels.w;
+    const float divisorDx = stage.isProjected ? planes.dx[divisor] : planes.reciprocalW.dx;
+    const float divisorDy = stage.isProjected ? planes.dy[divisor] : planes.reciprocalW.dy;
+    typename F::Floats values[3][3] = {};
+    for (int c = 0; c < 3; ++c) {
+        const bool isThere = c < stage.coordinateCount;
+        const auto zero = F::Splat(0.0f);
+        const auto value = isThere ? pixels.Linear(at + c) * scale : zero;
+        values[0][c] = value;
+        values[1][c] =
+            isThere ? (F::Splat(planes.dx[at + c]) - value * F::Splat(divisorDx)) * scale : zero;
+        values[2][c] =
+            isThere ? (F::Splat(planes.dy[at + c]) - value * F::Splat(divisorDy)) * scale : zero;
+    }
+    const auto place = [&](int i) {
+        return TexturePlace<F>{values[i][0], values[i][1], values[i][2]};
+    };
+    return {place(0), place(1), place(2)};
 }
 
 } // namespace headless

@@ -1,7 +1,6 @@
 #include "platform/headless/d3d9/Surface.h"
 
 #include "platform/headless/d3d9/CallLog.h"
-#include "platform/headless/d3d9/Texture.h"
 
 #include <new>
 
@@ -39,7 +38,7 @@ HeadlessSurface* HeadlessSurface::Create(ResourceOwner& owner, const D3DSURFACE_
 }
 
 std::unique_ptr<HeadlessSurface>
-HeadlessSurface::CreateLevel(HeadlessTexture& texture, const D3DSURFACE_DESC& desc, bool lockable)
+HeadlessSurface::CreateLevel(TextureObject& texture, const D3DSURFACE_DESC& desc, bool lockable)
 {
     std::unique_ptr<HeadlessSurface> surface(new (std::nothrow) HeadlessSurface(desc, lockable));
     if (!surface ||
@@ -86,7 +85,7 @@ HRESULT HeadlessSurface::GetContainer(REFIID iid, void** containerOut)
     if (!containerOut)
         return D3DERR_INVALIDCALL;
     if (texture)
-        return texture->QueryInterface(iid, containerOut);
+        return texture->Interface().QueryInterface(iid, containerOut);
     return GetOwner().DeviceInterface().QueryInterface(iid, containerOut);
 }
 

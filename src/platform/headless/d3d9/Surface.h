@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/headless/d3d9/Resource.h"
 #include "platform/headless/d3d9/TexelCache.h"
+#include "platform/headless/d3d9/TextureObject.h"
 
 namespace headless {
-
-class HeadlessTexture;
 
 /// A picture of the device: a render target, a depth buffer, an off-screen surface or a texture
 /// level. A level has no lifetime of its own: its references are the texture's.
@@ -16,7 +14,7 @@ public:
     static HeadlessSurface* Create(ResourceOwner& owner, const D3DSURFACE_DESC& desc,
                                    bool lockable);
     /// A level, owned by `texture`. Null if memory runs out.
-    static std::unique_ptr<HeadlessSurface> CreateLevel(HeadlessTexture& texture,
+    static std::unique_ptr<HeadlessSurface> CreateLevel(TextureObject& texture,
                                                         const D3DSURFACE_DESC& desc, bool lockable);
     ~HeadlessSurface();
 
@@ -49,8 +47,8 @@ private:
 
     /// The lifetime of a stand-alone surface; deletes the surface along with itself.
     class OwnLife;
-    OwnLife* ownLife = nullptr;         ///< owns this surface; null for a level
-    HeadlessTexture* texture = nullptr; ///< not owned, outlives this; null if stand-alone
+    OwnLife* ownLife = nullptr;       ///< owns this surface; null for a level
+    TextureObject* texture = nullptr; ///< not owned, outlives this; null if stand-alone
     D3DSURFACE_DESC desc;
     SampledPicture picture;
     const bool lockable;

@@ -9,8 +9,11 @@ namespace headless {
 struct Texels {
     const uint32_t* words = nullptr; ///< not owned
     int width = 0;
-    int height = 0;
-    int pitch = 0; ///< from row to row, in words
+    int height = 0; ///< of a slice, if there are several
+    int pitch = 0;  ///< from row to row, in words
+    // Of a volume:
+    int depth = 1;
+    int sliceRows = 0; ///< from slice to slice, in rows
 };
 
 /// Holds a picture unpacked for the sampler and refreshes it when the picture changes. Pictures

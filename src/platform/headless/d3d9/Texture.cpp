@@ -6,8 +6,7 @@
 namespace headless {
 
 HeadlessTexture::HeadlessTexture(ResourceOwner& textureOwner, const D3DSURFACE_DESC& desc)
-    : ResourceLife(textureOwner, ObjectKind::Texture, desc.Pool),
-      pool(desc.Pool),
+    : TextureOf(textureOwner, desc),
       dirty{0, 0, static_cast<LONG>(desc.Width), static_cast<LONG>(desc.Height)}
 {}
 
@@ -17,8 +16,7 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
     std::unique_ptr<HeadlessTexture> texture(new (std::nothrow) HeadlessTexture(owner, desc));
     if (!texture)
         return nullptr;
-    // Callers cannot access the default pool, except for dynamic textures.
-    const bool lockable = desc.Pool != D3DPOOL_DEFAULT || (desc.Usage & D3DUSAGE_DYNAMIC) != 0;
+    const bool lockable = IsLockableTexture(desc.Pool, desc.Usage);
     D3DSURFACE_DESC levelDesc = desc;
     for (UINT i = 0; i < levels; ++i) {
         auto level = HeadlessSurface::CreateLevel(*texture, levelDesc, lockable);
@@ -30,29 +28,6 @@ HeadlessTexture* HeadlessTexture::Create(ResourceOwner& owner, const D3DSURFACE_
         levelDesc.Height = std::max(1u, levelDesc.Height / 2);
     }
     return texture.release();
-}
-
-DWORD HeadlessTexture::SetLOD(DWORD newLod)
-{
-    const DWORD last = picture.leastLevel;
-    if (pool == D3DPOOL_MANAGED)
-        picture.leastLevel = std::min(newLod, GetLevelCount() - 1);
-    return last;
-}
-
-HRESULT HeadlessTexture::SetAutoGenFilterType(D3DTEXTUREFILTERTYPE filterType)
-{
-    return Unmodelled("SetAutoGenFilterType", filterType);
-}
-
-D3DTEXTUREFILTERTYPE HeadlessTexture::GetAutoGenFilterType()
-{
-    return D3DTEXF_NONE;
-}
-
-void HeadlessTexture::GenerateMipSubLevels()
-{
-    Unmodelled("GenerateMipSubLevels");
 }
 
 HRESULT HeadlessTexture::GetLevelDesc(UINT level, D3DSURFACE_DESC* descOut)
@@ -113,14 +88,6 @@ RECT HeadlessTexture::TakeDirtyArea()
     const RECT area = dirty;
     dirty = {};
     return area;
-}
-
-UINT FullLevelCount(UINT width, UINT height)
-{
-    UINT count = 1;
-    for (UINT side = std::max(width, height); side > 1; side /= 2)
-        ++count;
-    return count;
 }
 
 } // namespace headless

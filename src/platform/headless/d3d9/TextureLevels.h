@@ -10,7 +10,7 @@ namespace headless {
 
 // Sampling a texture whose pixels may read different levels with different filters.
 
-/// How the coordinates change from a pixel to its right and lower neighbours.
+/// How two coordinates change from a pixel to its right and lower neighbours.
 template <typename F>
 struct SlopesOf {
     typename F::Floats ux, vx, uy, vy;
@@ -33,6 +33,20 @@ Floats CoarseLog2(Floats value)
     return exponent + p;
 }
 
+/// A squared length of a footprint, within what has a logarithm; NaN too.
+template <typename F>
+typename F::Floats UsableSquare(typename F::Floats square)
+{
+    return ClampLanes(square, F::Splat(1e-20f), F::Splat(1e20f));
+}
+
+/// The level for a footprint whose longer side, squared, is `square` texels.
+template <typename F>
+typename F::Floats LevelOfSquare(const Sampler& sampler, typename F::Floats square)
+{
+    return CoarseLog2(UsableSquare<F>(square)) * F::Splat(0.5f) + F::Splat(sampler.levelBias);
+}
+
 /// The level for the footprint of a pixel: the binary logarithm of its longer side in texels, plus
 /// the bias. 0 and below means that the texture is magnified.
 template <typename F>
@@ -44,9 +58,8 @@ typename F::Floats LevelOf(const Sampler& sampler, const SlopesOf<F>& slopes)
         const auto s = u * width, t = v * height;
         return s * s + t * t;
     };
-    const auto longer = Max(squared(slopes.ux, slopes.vx), squared(slopes.uy, slopes.vy));
-    const auto usable = ClampLanes(longer, F::Splat(1e-20f), F::Splat(1e20f)); // NaN too
-    return CoarseLog2(usable) * F::Splat(0.5f) + F::Splat(sampler.levelBias);
+    return LevelOfSquare<F>(sampler,
+                            Max(squared(slopes.ux, slopes.vx), squared(slopes.uy, slopes.vy)));
 }
 
 template <typename F>
@@ -61,16 +74,10 @@ typename F::Ints SampleLevel(const Sampler& sampler, int index, bool isLinear, t
                              NearestTap(sampler.addressV, v, level.height), sampler.border);
 }
 
-/// Like `SampleLevel`, but texels are linearised before they are mixed.
+/// Mixes the four texels around each pixel as linear light.
 template <typename F>
-Rgba<F> SampleSrgbLevel(const Sampler& sampler, int index, bool isLinear, typename F::Floats u,
-                        typename F::Floats v)
+Rgba<F> MixFourSrgb(const Sampler& sampler, const Texels& level, const Taps<F>& x, const Taps<F>& y)
 {
-    if (!isLinear)
-        return Linearised<F>(sampler, SampleLevel<F>(sampler, index, false, u, v));
-    const Texels& level = sampler.levels[index];
-    const Taps<F> x = LinearTaps(sampler.addressU, u, level.width);
-    const Taps<F> y = LinearTaps(sampler.addressV, v, level.height);
     const auto texels = [&](auto column, auto row) {
         return Linearised<F>(sampler, GatherOrBorder<F>(level, column, row, sampler.border));
     };
@@ -80,6 +87,34 @@ Rgba<F> SampleSrgbLevel(const Sampler& sampler, int index, bool isLinear, typena
                  Mixed(texels(x.first, y.second), texels(x.second, y.second), across), down);
 }
 
+/// Like `SampleLevel`, but texels are linearised before they are mixed.
+template <typename F>
+Rgba<F> SampleSrgbLevel(const Sampler& sampler, int index, bool isLinear, typename F::Floats u,
+                        typename F::Floats v)
+{
+    if (!isLinear)
+        return Linearised<F>(sampler, SampleLevel<F>(sampler, index, false, u, v));
+    const Texels& level = sampler.levels[index];
+    return MixFourSrgb<F>(sampler, level, LinearTaps(sampler.addressU, u, level.width),
+                          LinearTaps(sampler.addressV, v, level.height));
+}
+
+/// Reads one level of a flat texture, or of a face.
+template <typename F>
+struct FlatReader {
+    const Sampler& sampler;
+    typename F::Floats u, v;
+
+    typename F::Ints Words(int index, bool isLinear) const
+    {
+        return SampleLevel<F>(sampler, index, isLinear, u, v);
+    }
+    Rgba<F> Srgb(int index, bool isLinear) const
+    {
+        return SampleSrgbLevel<F>(sampler, index, isLinear, u, v);
+    }
+};
+
 /// What each pixel reads: level * 2, plus 1 for the linear filter.
 template <typename F>
 struct alignas(32) Choice {
@@ -87,9 +122,9 @@ struct alignas(32) Choice {
 };
 
 /// Samples each combination of level and filter among the pixels once.
-template <typename F>
-Rgba<F> SampleChosen(const Sampler& sampler, typename F::Floats u, typename F::Floats v,
-                     const Choice<F>& choice, int lanes)
+template <typename F, typename Reader>
+Rgba<F> SampleChosen(const Sampler& sampler, const Reader& reader, const Choice<F>& choice,
+                     int lanes)
 {
     const auto keys = F::LoadInts(choice.key);
     auto words = F::SplatInt(0);
@@ -98,11 +133,11 @@ Rgba<F> SampleChosen(const Sampler& sampler, typename F::Floats u, typename F::F
         const int key = choice.key[std::countr_zero(static_cast<unsigned>(lanes))];
         const auto same = IsEqual(keys, F::SplatInt(key));
         if (sampler.isSrgb) {
-            const Rgba<F> colours = SampleSrgbLevel<F>(sampler, key / 2, key % 2 != 0, u, v);
+            const Rgba<F> colours = reader.Srgb(key / 2, key % 2 != 0);
             for (int c = 0; c < 4; ++c)
                 linear.c[c] = Select(AsFloats(same), colours.c[c], linear.c[c]);
         } else {
-            words = Select(same, SampleLevel<F>(sampler, key / 2, key % 2 != 0, u, v), words);
+            words = Select(same, reader.Words(key / 2, key % 2 != 0), words);
         }
         lanes &= ~LaneBits(same);
     }
@@ -128,21 +163,13 @@ Choice<F> ChooseLevels(const Sampler& sampler, typename F::Floats wanted, bool i
     return choice;
 }
 
-/// Any texture with any states. Only pixels with a bit in `lanes` need be correct.
-template <typename F>
-Rgba<F> SampleAny(const Sampler& sampler, typename F::Floats u, typename F::Floats v,
-                  typename F::Floats level, int lanes)
+/// What each pixel reads by its level: `sample` gives the colours of a choice.
+template <typename F, typename Sample>
+Rgba<F> AcrossLevels(const Sampler& sampler, typename F::Floats level, Sample sample)
 {
-    if (!sampler.NeedsLevel()) {
-        if (sampler.isSrgb)
-            return SampleSrgbLevel<F>(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v);
-        return ToColours<F>(
-            sampler, SampleLevel<F>(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v));
-    }
     const int small = LaneBits(IsGreater(level, F::Splat(0.0f)));
     const auto chosen = [&](auto wanted, bool isMagnified) {
-        return SampleChosen<F>(sampler, u, v, ChooseLevels<F>(sampler, wanted, isMagnified, small),
-                               lanes);
+        return sample(ChooseLevels<F>(sampler, wanted, isMagnified, small));
     };
     // Covers every possible level and converts safely to an integer.
     const auto bounded = ClampLanes(level, F::Splat(0.0f), F::Splat(100.0f));
@@ -153,6 +180,23 @@ Rgba<F> SampleAny(const Sampler& sampler, typename F::Floats u, typename F::Floa
     const auto share = bounded - F::FloorSmall(bounded);
     // Magnified pixels mix the same colour twice.
     return Mixed(chosen(bounded, false), chosen(bounded + F::Splat(1.0f), false), share);
+}
+
+/// A flat texture with any states. Only pixels with a bit in `lanes` need be correct.
+template <typename F>
+Rgba<F> SampleAny(const Sampler& sampler, typename F::Floats u, typename F::Floats v,
+                  typename F::Floats level, int lanes)
+{
+    if (!sampler.NeedsLevel()) {
+        if (sampler.isSrgb)
+            return SampleSrgbLevel<F>(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v);
+        return ToColours<F>(
+            sampler, SampleLevel<F>(sampler, sampler.firstLevel, sampler.minifiesLinear, u, v));
+    }
+    const FlatReader<F> reader = {sampler, u, v};
+    return AcrossLevels<F>(sampler, level, [&](const Choice<F>& choice) {
+        return SampleChosen<F>(sampler, reader, choice, lanes);
+    });
 }
 
 } // namespace headless

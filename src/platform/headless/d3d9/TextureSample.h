@@ -10,13 +10,18 @@ constexpr int kMaxLevels = 14;
 
 /// One texture and its sampler states, resolved for a draw.
 struct Sampler {
-    Texels levels[kMaxLevels];
+    /// Those of face f of a cube begin at f * kMaxLevels.
+    Texels levels[kCubeFaces * kMaxLevels];
+    TextureKind kind = TextureKind::Flat;
     int firstLevel = 0; ///< the most detailed level that may be read
     int lastLevel = 0;
     D3DTEXTUREADDRESS addressU = D3DTADDRESS_WRAP;
     D3DTEXTUREADDRESS addressV = D3DTADDRESS_WRAP;
+    D3DTEXTUREADDRESS addressW = D3DTADDRESS_WRAP;
     bool magnifiesLinear = false;
     bool minifiesLinear = false;
+    /// Most samples that a minified pixel takes along the longer side of its footprint.
+    int maxAnisotropy = 1;
     D3DTEXTUREFILTERTYPE mipFilter = D3DTEXF_NONE;
     float levelBias = 0.0f;
     uint32_t border = 0;
@@ -26,6 +31,8 @@ struct Sampler {
 
     /// Whether the footprint of a pixel on the texture matters at all.
     bool NeedsLevel() const;
+    /// Whether a level and two coordinates do not tell what to read.
+    bool NeedsFootprint() const { return kind != TextureKind::Flat || maxAnisotropy > 1; }
     /// Whether a pixel reads two levels.
     bool MixesLevels() const
     {
@@ -40,17 +47,27 @@ HRESULT CheckSamplerStates(const DrawState& state, UINT stage);
 /// out and for unknown values.
 HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut);
 
-/// How the coordinates change from a pixel to its right and lower neighbours.
-struct CoordinateSlopes {
-    Lanes ux, vx, uy, vy;
+/// Coordinates of some pixels. Flat textures read no w; cubes take all three as a direction.
+template <typename F>
+struct TexturePlace {
+    typename F::Floats u, v, w;
 };
 
-/// The level for the footprint of a pixel: the binary logarithm of its longer side in texels, plus
-/// the bias. 0 and below means that the texture is magnified.
-Lanes LevelOfDetail(const Sampler& sampler, const CoordinateSlopes& slopes);
+/// The place of each pixel, and how it changes to its right and lower neighbours.
+template <typename F>
+struct TextureFootprint {
+    TexturePlace<F> at, dx, dy;
+};
+
+using Place4 = TexturePlace<FourLanes>;
+using Footprint4 = TextureFootprint<FourLanes>;
 
 /// Samples four pixels. Only those with a bit in `lanes` need be correct. `level` is read if the
-/// sampler needs it. Coordinates may be anything, including infinity and NaN.
-Rgba4 SampleTexture(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes);
+/// sampler needs it; 0 and below means that the texture is magnified. Coordinates may be anything,
+/// including infinity and NaN.
+Rgba4 SampleTexture(const Sampler& sampler, const Place4& place, Lanes level, int lanes);
+
+/// The same at the level that the footprint needs, plus `bias` and the sampler's own bias.
+Rgba4 SampleTexture(const Sampler& sampler, const Footprint4& footprint, Lanes bias, int lanes);
 
 } // namespace headless

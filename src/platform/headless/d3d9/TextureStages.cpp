@@ -145,6 +145,8 @@ HRESULT MakeStage(const DrawState& state, UINT index, StagePrograms& programs)
     if (SUCCEEDED(result))
         result = MakeSampler(state, index, stage.sampler);
     stage.needsLevel = stage.sampler.NeedsLevel();
+    stage.needsFootprint = stage.sampler.NeedsFootprint();
+    stage.coordinateCount = stage.sampler.kind == TextureKind::Flat ? 2 : 3;
     return result;
 }
 

@@ -29,9 +29,11 @@ struct StageProgram {
     bool isPremodulated = false;    ///< the previous stage premodulates, and this one has a texture
     bool writesTemp = false;
     BumpKind bump = BumpKind::None;
-    int coordinates = -1; ///< index into the varyings
+    int coordinates = -1;    ///< index into the varyings
+    int coordinateCount = 2; ///< 3 for cubes and volumes; the divisor of projected ones follows
     bool isProjected = false;
     bool needsLevel = false;
+    bool needsFootprint = false;
     StageOperation colour;
     StageOperation alpha;
     float constant[4] = {};

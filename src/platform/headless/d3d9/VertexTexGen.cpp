@@ -75,7 +75,8 @@ void VertexTexGen::Prepare(const DrawState& state, const VertexLayout& vertexLay
                                : (isStored ? 2 : 3);
         stage.isProjected = varyings.isProjected[i];
         stage.isWhole = varyings.areWhole;
-        stage.floats = floats;
+        stage.count = varyings.coordinateCounts[i];
+        stage.floats = stage.isMoved ? static_cast<int>(std::min<DWORD>(flags & 7, 4)) : floats;
         stage.divisor = DivisorOf(flags, floats);
         stage.matrix = state.texture[i];
     }
@@ -99,12 +100,16 @@ void VertexTexGen::Write(const VertexStream& stream, UINT index, const CameraVer
         for (int c = stage.floats; stage.isWhole && !stage.isMoved && c < 4; ++c)
             moved[c] = c == 3 ? 1.0f : 0.0f;
         float* out = shadedOut.varying + stage.place;
+        if (stage.isWhole) {
+            std::copy_n(moved, 4, out);
+            continue;
+        }
         out[0] = moved[0];
         out[1] = moved[1];
-        if (stage.isWhole)
-            std::copy_n(moved, 4, out);
-        else if (stage.isProjected)
-            out[2] = stage.divisor >= 0 ? moved[stage.divisor] : 1.0f;
+        if (stage.count == 3)
+            out[2] = stage.floats >= 3 ? moved[2] : 0.0f;
+        if (stage.isProjected)
+            out[stage.count] = stage.divisor >= 0 ? moved[stage.divisor] : 1.0f;
     }
 }
 

@@ -21,8 +21,9 @@ private:
         UINT set;
         bool isMoved; ///< the stage's texture matrix applies
         bool isProjected;
+        int count;    ///< coordinates to write, 2 or 3
         bool isWhole; ///< four coordinates are written as they are
-        int floats;   ///< of the source
+        int floats;   ///< that the source, or the matrix, gives
         int divisor;  ///< index of the coordinate to divide by; -1 if not projected
         D3DMATRIX matrix;
     };

@@ -149,10 +149,11 @@ bool PlaceLevels(ImageFile file, const PixelFormat& layout, DecodedImage& imageO
                                   file.data() + kHeaderEnd + faceSize};
         faceSize += uint64_t{ImageBytes(layout, width, height)} * depth;
     }
-    uint64_t faces = 1;
     if (imageOut.info.ResourceType == D3DRTYPE_CUBETEXTURE)
-        faces = static_cast<uint64_t>(std::popcount(ReadU32(file, kAtCaps2) & kCaps2AnyFace));
-    return faces > 0 && faceSize * faces <= file.size() - kHeaderEnd;
+        imageOut.faceCount =
+            static_cast<UINT>(std::popcount(ReadU32(file, kAtCaps2) & kCaps2AnyFace));
+    imageOut.faceBytes = static_cast<size_t>(faceSize);
+    return imageOut.faceCount > 0 && faceSize * imageOut.faceCount <= file.size() - kHeaderEnd;
 }
 
 } // namespace

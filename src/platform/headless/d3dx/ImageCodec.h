@@ -17,7 +17,7 @@ inline constexpr UINT kMaxImageLevels = 15;
 
 using ImageFile = std::span<const uint8_t>;
 
-/// One mip level: `bits` is its first byte, `pitchBytes` the stride between rows (of blocks).
+/// One mip level, of a cube's first face or a volume's first slice: `bits` is its first byte, `pitchBytes` the stride between rows (of blocks).
 struct ImageLevel {
     UINT width;
     UINT height;
@@ -32,6 +32,10 @@ struct DecodedImage {
     /// are already A8R8G8B8.
     D3DFORMAT format = D3DFMT_UNKNOWN;
     ImageLevel levels[kMaxImageLevels] = {};
+    /// How many faces of a cube the file has, and from a level of one to that of the next one. The slices
+    /// of a volume's level follow each other without a gap.
+    UINT faceCount = 1;
+    size_t faceBytes = 0;
     std::unique_ptr<uint8_t[]> memory;
 
     /// Allocates one level of the size in `info`, rows of `RowBytes` without padding,

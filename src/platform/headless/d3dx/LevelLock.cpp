@@ -2,21 +2,32 @@
 
 namespace headless {
 
-LevelLock::LevelLock(IDirect3DTexture9& lockedTexture, UINT lockedLevel, DWORD flags)
-    : texture(lockedTexture),
-      level(lockedLevel),
-      result(texture.GetLevelDesc(level, &desc))
+LevelLock::LevelLock(IDirect3DTexture9& texture, UINT level, DWORD flags)
+    : result(texture.GetSurfaceLevel(level, surface.Out()))
 {
+    Lock(flags);
+}
+
+LevelLock::LevelLock(IDirect3DCubeTexture9& cube, D3DCUBEMAP_FACES face, UINT level, DWORD flags)
+    : result(cube.GetCubeMapSurface(face, level, surface.Out()))
+{
+    Lock(flags);
+}
+
+void LevelLock::Lock(DWORD flags)
+{
+    if (SUCCEEDED(result))
+        result = surface->GetDesc(&desc);
     if (SUCCEEDED(result) && !FindPixelFormat(desc.Format))
         result = D3DERR_INVALIDCALL;
     if (SUCCEEDED(result))
-        result = texture.LockRect(level, &locked, nullptr, flags);
+        result = surface->LockRect(&locked, nullptr, flags);
 }
 
 LevelLock::~LevelLock()
 {
     if (SUCCEEDED(result))
-        texture.UnlockRect(level);
+        surface->UnlockRect();
 }
 
 PixelTarget LevelLock::Target() const

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "platform/ComPointer.h"
 #include "platform/headless/d3dx/PixelCopy.h"
 
 namespace headless {
 
-/// Locks one level of a texture for its own lifetime.
+/// Locks one level of a texture, or of a face of a cube, for its own lifetime.
 class LevelLock {
 public:
-    LevelLock(IDirect3DTexture9& lockedTexture, UINT lockedLevel, DWORD flags);
+    LevelLock(IDirect3DTexture9& texture, UINT level, DWORD flags);
+    LevelLock(IDirect3DCubeTexture9& cube, D3DCUBEMAP_FACES face, UINT level, DWORD flags);
     ~LevelLock();
     LevelLock(const LevelLock&) = delete;
     LevelLock& operator=(const LevelLock&) = delete;
@@ -19,8 +21,9 @@ public:
     PixelSource Source() const;
 
 private:
-    IDirect3DTexture9& texture; // not owned
-    UINT level;
+    void Lock(DWORD flags);
+
+    ComPointer<IDirect3DSurface9> surface;
     D3DSURFACE_DESC desc = {};
     D3DLOCKED_RECT locked = {};
     HRESULT result;

@@ -84,6 +84,19 @@ private:
     DWORD usage = 0;
 };
 
+struct AlphaReplacement {
+    D3DFORMAT format;
+    D3DFORMAT withAlpha;
+};
+
+// A file format without alpha cannot represent the transparency that the colour key makes.
+const AlphaReplacement kAlphaReplacements[] = {
+    {D3DFMT_R8G8B8, D3DFMT_A8R8G8B8},   {D3DFMT_X8R8G8B8, D3DFMT_A8R8G8B8},
+    {D3DFMT_X8B8G8R8, D3DFMT_A8B8G8R8}, {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5},
+    {D3DFMT_X1R5G5B5, D3DFMT_A1R5G5B5}, {D3DFMT_X4R4G4B4, D3DFMT_A4R4G4B4},
+    {D3DFMT_R3G3B2, D3DFMT_A8R3G3B2},   {D3DFMT_L8, D3DFMT_A8L8},
+};
+
 } // namespace
 
 D3DFORMAT NearestTextureFormat(IDirect3DDevice9& device, DWORD usage, D3DFORMAT wanted)
@@ -112,6 +125,15 @@ D3DFORMAT NearestTextureFormat(IDirect3DDevice9& device, DWORD usage, D3DFORMAT 
         bestCost = cost;
     }
     return best;
+}
+
+D3DFORMAT WithAlpha(D3DFORMAT format)
+{
+    for (const AlphaReplacement& replacement : kAlphaReplacements) {
+        if (replacement.format == format)
+            return replacement.withAlpha;
+    }
+    return format;
 }
 
 } // namespace headless

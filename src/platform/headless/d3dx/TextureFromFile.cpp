@@ -3,6 +3,7 @@
 #include "platform/ComPointer.h"
 #include "platform/headless/d3dx/FilterTexture.h"
 #include "platform/headless/d3dx/LevelLock.h"
+#include "platform/headless/d3dx/NearestFormat.h"
 #include "platform/headless/d3dx/PictureCache.h"
 
 #include <algorithm>
@@ -24,28 +25,6 @@ struct TextureRequest {
     DWORD mipFilter;
     D3DCOLOR colorKey;
 };
-
-struct AlphaReplacement {
-    D3DFORMAT format;
-    D3DFORMAT withAlpha;
-};
-
-// A file format without alpha cannot represent the transparency that the colour key makes.
-const AlphaReplacement kAlphaReplacements[] = {
-    {D3DFMT_R8G8B8, D3DFMT_A8R8G8B8},   {D3DFMT_X8R8G8B8, D3DFMT_A8R8G8B8},
-    {D3DFMT_X8B8G8R8, D3DFMT_A8B8G8R8}, {D3DFMT_R5G6B5, D3DFMT_A1R5G5B5},
-    {D3DFMT_X1R5G5B5, D3DFMT_A1R5G5B5}, {D3DFMT_X4R4G4B4, D3DFMT_A4R4G4B4},
-    {D3DFMT_R3G3B2, D3DFMT_A8R3G3B2},   {D3DFMT_L8, D3DFMT_A8L8},
-};
-
-D3DFORMAT WithAlpha(D3DFORMAT format)
-{
-    for (const AlphaReplacement& replacement : kAlphaReplacements) {
-        if (replacement.format == format)
-            return replacement.withAlpha;
-    }
-    return format;
-}
 
 UINT ResolveSide(UINT given, UINT fromFile)
 {

@@ -64,8 +64,7 @@ struct IDirect3D9;
 struct IDirect3DDevice9;
 struct IDirect3DSurface9;
 struct IDirect3DSwapChain9;
-struct IDirect3DVolumeTexture9;
-struct IDirect3DCubeTexture9;
+struct IDirect3DVolume9;
 struct IDirect3DStateBlock9;
 struct IDirect3DVertexDeclaration9;
 struct IDirect3DVertexShader9;
@@ -112,6 +111,28 @@ struct IDirect3DTexture9 : IDirect3DBaseTexture9 {
                                                const RECT* rect, DWORD flags) = 0;
     virtual HRESULT STDMETHODCALLTYPE UnlockRect(UINT level) = 0;
     virtual HRESULT STDMETHODCALLTYPE AddDirtyRect(const RECT* dirtyRect) = 0;
+};
+
+struct IDirect3DCubeTexture9 : IDirect3DBaseTexture9 {
+    virtual HRESULT STDMETHODCALLTYPE GetLevelDesc(UINT level, D3DSURFACE_DESC* descOut) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetCubeMapSurface(D3DCUBEMAP_FACES face, UINT level,
+                                                        IDirect3DSurface9** surfaceOut) = 0;
+    virtual HRESULT STDMETHODCALLTYPE LockRect(D3DCUBEMAP_FACES face, UINT level,
+                                               D3DLOCKED_RECT* lockedOut, const RECT* rect,
+                                               DWORD flags) = 0;
+    virtual HRESULT STDMETHODCALLTYPE UnlockRect(D3DCUBEMAP_FACES face, UINT level) = 0;
+    virtual HRESULT STDMETHODCALLTYPE AddDirtyRect(D3DCUBEMAP_FACES face,
+                                                   const RECT* dirtyRect) = 0;
+};
+
+struct IDirect3DVolumeTexture9 : IDirect3DBaseTexture9 {
+    virtual HRESULT STDMETHODCALLTYPE GetLevelDesc(UINT level, D3DVOLUME_DESC* descOut) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetVolumeLevel(UINT level,
+                                                     IDirect3DVolume9** volumeLevelOut) = 0;
+    virtual HRESULT STDMETHODCALLTYPE LockBox(UINT level, D3DLOCKED_BOX* lockedOut,
+                                              const D3DBOX* box, DWORD flags) = 0;
+    virtual HRESULT STDMETHODCALLTYPE UnlockBox(UINT level) = 0;
+    virtual HRESULT STDMETHODCALLTYPE AddDirtyBox(const D3DBOX* dirtyBox) = 0;
 };
 
 struct IDirect3DVertexBuffer9 : IDirect3DResource9 {
@@ -419,6 +440,10 @@ inline constexpr GUID IID_IDirect3DBaseTexture9 = {
     0x580CA87E, 0x1D3C, 0x4D54, {0x99, 0x1D, 0xB7, 0xD3, 0xE3, 0xC2, 0x98, 0xCE}};
 inline constexpr GUID IID_IDirect3DTexture9 = {
     0x85C31227, 0x3DE5, 0x4F00, {0x9B, 0x3A, 0xF1, 0x1A, 0xC3, 0x8C, 0x18, 0xB5}};
+inline constexpr GUID IID_IDirect3DCubeTexture9 = {
+    0xFFF32F81, 0xD953, 0x473A, {0x92, 0x23, 0x93, 0xD6, 0x52, 0xAB, 0xA9, 0x3F}};
+inline constexpr GUID IID_IDirect3DVolumeTexture9 = {
+    0x2518526C, 0xE789, 0x4111, {0xA7, 0xB9, 0x47, 0xEF, 0x32, 0x8D, 0x13, 0xE6}};
 inline constexpr GUID IID_IDirect3DVertexDeclaration9 = {
     0xDD13C59C, 0x36FA, 0x4098, {0xA8, 0xFB, 0xC7, 0xED, 0x39, 0xDC, 0x85, 0x46}};
 inline constexpr GUID IID_IDirect3DVertexShader9 = {

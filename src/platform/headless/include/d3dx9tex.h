@@ -78,6 +78,24 @@ HRESULT WINAPI D3DXCreateTextureFromFileInMemoryEx(
     DWORD usage, D3DFORMAT format, D3DPOOL pool, DWORD filter, DWORD mipFilter, D3DCOLOR colorKey,
     D3DXIMAGE_INFO* infoOut, PALETTEENTRY* palette, IDirect3DTexture9** textureOut);
 
+/// Of a cube file, all six faces; sides and levels as above. A file of another kind is refused with
+/// `D3DXERR_INVALIDDATA`.
+HRESULT WINAPI D3DXCreateCubeTextureFromFileExA(IDirect3DDevice9* device, LPCSTR path, UINT size,
+                                                UINT levels, DWORD usage, D3DFORMAT format,
+                                                D3DPOOL pool, DWORD filter, DWORD mipFilter,
+                                                D3DCOLOR colorKey, D3DXIMAGE_INFO* infoOut,
+                                                PALETTEENTRY* palette,
+                                                IDirect3DCubeTexture9** cubeOut);
+
+/// Of a volume file, in its own size; other sizes give `D3DERR_INVALIDCALL`. A file of another kind is
+/// refused with `D3DXERR_INVALIDDATA`.
+HRESULT WINAPI D3DXCreateVolumeTextureFromFileExA(IDirect3DDevice9* device, LPCSTR path, UINT width,
+                                                  UINT height, UINT depth, UINT levels, DWORD usage,
+                                                  D3DFORMAT format, D3DPOOL pool, DWORD filter,
+                                                  DWORD mipFilter, D3DCOLOR colorKey,
+                                                  D3DXIMAGE_INFO* infoOut, PALETTEENTRY* palette,
+                                                  IDirect3DVolumeTexture9** volumeOut);
+
 /// Fills the levels after `sourceLevel` (`D3DX_DEFAULT`: 0) from it.
 HRESULT WINAPI D3DXFilterTexture(IDirect3DBaseTexture9* texture, const PALETTEENTRY* palette,
                                  UINT sourceLevel, DWORD filter);

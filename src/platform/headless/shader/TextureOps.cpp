@@ -26,15 +26,32 @@ void Keep(const Operation& operation, Machine& machine, int group, const Lanes (
     Finish(operation, machine, group, results);
 }
 
-/// A sampler without a texture reads black.
-void SampleGroup(const Operation& operation, Machine& machine, int group,
-                 const Lanes (&coordinates)[3], Lanes level)
+/// What a group reads; `sample` gets the texture, the lanes and the colour to fill. A sampler without a
+/// texture reads black.
+template <typename Sample>
+void ReadGroup(const Operation& operation, Machine& machine, int group, Sample sample)
 {
     Lanes colour[4] = {Splat(0.0f), Splat(0.0f), Splat(0.0f), Splat(1.0f)};
     const int lanes = LanesToSample(machine, group);
     if (const TextureUnit* unit = machine.units[operation.sampler]; unit && lanes != 0)
-        unit->Sample(coordinates, level, lanes, colour);
+        sample(*unit, lanes, colour);
     Keep(operation, machine, group, colour);
+}
+
+void SampleGroup(const Operation& operation, Machine& machine, int group,
+                 const Lanes (&coordinates)[3], Lanes level)
+{
+    ReadGroup(operation, machine, group, [&](const TextureUnit& unit, int lanes, auto& colour) {
+        unit.Sample(coordinates, level, lanes, colour);
+    });
+}
+
+void SampleGroupSteps(const Operation& operation, Machine& machine, int group,
+                      const Lanes (&coordinates)[3], const CoordinateSteps& steps, Lanes bias)
+{
+    ReadGroup(operation, machine, group, [&](const TextureUnit& unit, int lanes, auto& colour) {
+        unit.SampleSteps(coordinates, steps, bias, lanes, colour);
+    });
 }
 
 CoordinateSteps StepsOf(const Coordinates& coordinates, int row)
@@ -55,10 +72,12 @@ void SampleRows(const Operation& operation, Machine& machine, int group,
     const TextureUnit* unit = machine.units[operation.sampler];
     const bool needsLevel = unit && unit->NeedsLevel();
     for (int row = 0; row < 2; ++row) {
-        Lanes level = Splat(0.0f);
+        const auto& places = coordinates.rows[row];
         if (needsLevel)
-            level = unit->Level(coordinates.rows[row], StepsOf(coordinates, row)) + bias[row];
-        SampleGroup(operation, machine, group + row, coordinates.rows[row], level);
+            SampleGroupSteps(operation, machine, group + row, places, StepsOf(coordinates, row),
+                             bias[row]);
+        else
+            SampleGroup(operation, machine, group + row, places, Splat(0.0f));
     }
 }
 
@@ -127,7 +146,6 @@ void RunSampleLevel(const Operation& operation, Machine& machine)
 /// Sources 1 and 2 are the slopes along x and y.
 void RunSampleSlopes(const Operation& operation, Machine& machine)
 {
-    const TextureUnit* unit = machine.units[operation.sampler];
     for (int g = 0; g < machine.groups; ++g) {
         Lanes coordinates[3];
         CoordinateSteps steps;
@@ -136,8 +154,7 @@ void RunSampleSlopes(const Operation& operation, Machine& machine)
             steps.dx[c] = Load(machine, operation.sources[1], c, g);
             steps.dy[c] = Load(machine, operation.sources[2], c, g);
         }
-        const Lanes level = unit ? unit->Level(coordinates, steps) : Splat(0.0f);
-        SampleGroup(operation, machine, g, coordinates, level);
+        SampleGroupSteps(operation, machine, g, coordinates, steps, Splat(0.0f));
     }
 }
 

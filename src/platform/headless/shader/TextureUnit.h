@@ -16,8 +16,9 @@ class TextureUnit {
 public:
     /// Whether a level has to be given at all.
     virtual bool NeedsLevel() const = 0;
-    /// The level for a footprint, the sampler's bias added.
-    virtual Lanes Level(const Lanes (&coordinates)[3], const CoordinateSteps& steps) const = 0;
+    /// As `Sample`, for the footprint of each pixel; `bias` moves the level.
+    virtual void SampleSteps(const Lanes (&coordinates)[3], const CoordinateSteps& steps,
+                             Lanes bias, int lanes, Lanes (&colourOut)[4]) const = 0;
     /// What the sampler adds to a level that the shader gives.
     virtual float Bias() const = 0;
     /// Four colours. Only those with a bit in `lanes` need be right; coordinates may be anything.

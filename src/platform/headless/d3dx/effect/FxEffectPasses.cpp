@@ -7,13 +7,22 @@ namespace headless::fx {
 
 namespace {
 
-/// Whether a reset would destroy the texture. This host has 2D textures only.
+/// Whether a reset would destroy the texture.
 bool IsInDeviceMemory(IDirect3DBaseTexture9* texture)
 {
     D3DSURFACE_DESC desc = {};
-    if (texture->GetType() == D3DRTYPE_TEXTURE)
+    D3DVOLUME_DESC volumeDesc = {};
+    switch (texture->GetType()) {
+    case D3DRTYPE_CUBETEXTURE:
+        static_cast<IDirect3DCubeTexture9*>(texture)->GetLevelDesc(0, &desc);
+        return desc.Pool == D3DPOOL_DEFAULT;
+    case D3DRTYPE_VOLUMETEXTURE:
+        static_cast<IDirect3DVolumeTexture9*>(texture)->GetLevelDesc(0, &volumeDesc);
+        return volumeDesc.Pool == D3DPOOL_DEFAULT;
+    default:
         static_cast<IDirect3DTexture9*>(texture)->GetLevelDesc(0, &desc);
-    return desc.Pool == D3DPOOL_DEFAULT;
+        return desc.Pool == D3DPOOL_DEFAULT;
+    }
 }
 
 } // namespace

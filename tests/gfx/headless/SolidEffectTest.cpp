@@ -1,0 +1,118 @@
+// Effects that name files of cubes and volumes, from the file to the frame.
+
+#include "gfx/KRE_ShaderEffect.h"
+#include "tests/gfx/EngineTest.h"
+#include "tests/support/SolidDds.h"
+#include "tests/support/TestDevice.h"
+
+namespace {
+
+ComHandle<RecordingDirect3D> WrapRealDirect3D()
+{
+    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
+    return RecordingDirect3D::Wrap(real.get());
+}
+
+/// An engine on a device of 64 x 48. Its camera is at the origin and looks along z; one triangle at z = 1
+/// covers the screen, from -2 to 2 in both directions.
+class SolidEffectTest : public EngineTest {
+protected:
+    SolidEffectTest() : EngineTest(WrapRealDirect3D())
+    {
+        Start();
+        gfx.CreateVertexList(&list, 3, 0, false);
+        auto* vertices = static_cast<KRE_PointVertex*>(list.Lock(0, 3, 0));
+        vertices[0] = {-2, 2, 1, 0xFFFFFFFF};
+        vertices[1] = {6, 2, 1, 0xFFFFFFFF};
+        vertices[2] = {-2, -6, 1, 0xFFFFFFFF};
+        list.Unlock();
+        D3DXMATRIX matrix;
+        D3DXMatrixIdentity(&matrix);
+        gfx.SetViewMatrix(matrix);
+        gfx.SetProjectionMatrix(*D3DXMatrixScaling(&matrix, 0.5f, 0.5f, 0.5f));
+        gfx.SetLighting(0, nullptr);
+        gfx.SetTexture(nullptr);
+    }
+
+    /// The frame with an effect of one pass.
+    std::vector<uint32_t> Frame(const std::string& declarations, const std::string& states)
+    {
+        scratch.Write("one.fx", declarations + "\ntechnique t { pass { CullMode = NONE; " + states +
+                                    " } }\n");
+        gfx.LoadEffect(&effect, "one.fx", false, 0, true);
+        gfx.SelectEffect(&effect);
+        gfx.BeginScene();
+        gfx.Clear(0xFF000000);
+        gfx.DrawTriangleList(list, nullptr, -1);
+        gfx.EndScene();
+        return ReadRenderTarget(gfx.device.Get(), gfx.renderTarget.Get());
+    }
+
+    /// The colour where the triangle is at (x, y).
+    static uint32_t At(const std::vector<uint32_t>& frame, float x, float y)
+    {
+        const auto column = static_cast<size_t>((x + 2) / 4 * 64);
+        const auto row = static_cast<size_t>((2 - y) / 4 * 48);
+        return frame.at(row * 64 + column) & 0xFFFFFF;
+    }
+
+    KRE_ShaderEffect effect;
+    KRE_VertexListTemp<KRE_PointVertex> list;
+};
+
+constexpr const char* kFixed = "Texture[0] = <map>; TexCoordIndex[0] = CAMERASPACEPOSITION; "
+                               "TextureTransformFlags[0] = COUNT3; ColorOp[0] = SELECTARG1; "
+                               "ColorArg1[0] = TEXTURE; ColorOp[1] = DISABLE; ";
+
+} // namespace
+
+/// Towards (x, y, 1): the face of x beyond 1, that of y above, else +z.
+TEST_F(SolidEffectTest, FixedPassesShowCubes)
+{
+    scratch.Write("sky.dds", CubeDds({0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004, 0xFF000005,
+                                      0xFF000006}));
+    const auto frame = Frame("textureCUBE map < string ResourceName = \"sky.dds\"; >;", kFixed);
+    EXPECT_EQ(At(frame, 0, 0), 5u);
+    EXPECT_EQ(At(frame, 1.5f, 0.5f), 1u);
+    EXPECT_EQ(At(frame, -1.5f, -0.5f), 2u);
+    EXPECT_EQ(At(frame, 0.5f, 1.5f), 3u);
+    EXPECT_EQ(At(frame, -0.5f, -1.5f), 4u);
+}
+
+TEST_F(SolidEffectTest, PixelShadersShowCubes)
+{
+    scratch.Write("sky.dds", CubeDds({0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004, 0xFF000005,
+                                      0xFF000006}));
+    const auto frame =
+        Frame("texture map < string ResourceName = \"sky.dds\"; >;",
+              std::string(kFixed) +
+                  "PixelShader = asm { ps_2_0\n dcl t0.xyz\n dcl_cube s0\n mov r1, t0.yzxw\n"
+                  " texld r0, r1, s0\n"
+                  " mov oC0, r0 };");
+    EXPECT_EQ(At(frame, 0, 0), 3u) << "z becomes y";
+    EXPECT_EQ(At(frame, 1.5f, 0.5f), 5u) << "x becomes z";
+    EXPECT_EQ(At(frame, 0.5f, -1.5f), 2u) << "y becomes x";
+}
+
+/// A matrix moves x from -2..2 to slices, in quarters.
+TEST_F(SolidEffectTest, FixedPassesShowVolumes)
+{
+    scratch.Write("smoke.dds", VolumeDds({0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004}));
+    const auto frame =
+        Frame("texture3D map < string ResourceName = \"smoke.dds\"; >;",
+              std::string(kFixed) + "TextureTransform[0] = float4x4(0, 0, 0.25, 0, 0, 0, 0, 0, "
+                                    "0, 0, 0, 0, 0, 0, 0.5, 1);");
+    EXPECT_EQ(At(frame, -1.5f, 0), 1u);
+    EXPECT_EQ(At(frame, -0.5f, 0), 2u);
+    EXPECT_EQ(At(frame, 0.5f, 1), 3u);
+    EXPECT_EQ(At(frame, 1.5f, -1), 4u);
+}
+
+TEST_F(SolidEffectTest, DamagedFilesAreErrors)
+{
+    const std::string whole = CubeDds({1, 2, 3, 4, 5, 6});
+    scratch.Write("sky.dds", whole.substr(0, whole.size() - 1));
+    EXPECT_THAT(
+        RaisedBy([&] { Frame("texture map < string ResourceName = \"sky.dds\"; >;", kFixed); }),
+        testing::HasSubstr("failed: D3DXERR_INVALIDDATA (file:"));
+}
