@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Builds one JSON object on one line. Texts that are not UTF-8 have U+FFFD for each byte that is not.
 class JsonLine {
@@ -17,7 +18,11 @@ public:
     JsonLine& Json(const char* key, std::string_view value);
 
     /// The whole object. Nothing more can be added.
-    std::string End() { return text + "}"; }
+    std::string End()
+    {
+        text += '}';
+        return std::move(text);
+    }
 
 private:
     void Key(const char* key);
