@@ -11,7 +11,7 @@ class JobTicket {
 public:
     /// So many numbers may be in at a time. The supervisor knows that a job is done before the worker begins
     /// the next one, which is in hand then as far as the supervisor knows, and still has its number in.
-    static constexpr uint32_t kMost = 32;
+    static constexpr uint32_t kMost = 64;
 
     /// A file for the page; -1 if there is none.
     static int MakeFile();

@@ -8,7 +8,11 @@
 /// Builds one JSON object on one line. Texts that are not UTF-8 have U+FFFD for each byte that is not.
 class JsonLine {
 public:
-    JsonLine() { text = "{"; }
+    JsonLine()
+    {
+        text.reserve(kUsualLine);
+        text = "{";
+    }
 
     JsonLine& Text(const char* key, std::string_view value);
     JsonLine& Number(const char* key, uint64_t value);
@@ -25,6 +29,8 @@ public:
     }
 
 private:
+    static constexpr size_t kUsualLine = 1024;
+
     void Key(const char* key);
 
     std::string text;

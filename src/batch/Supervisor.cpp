@@ -25,7 +25,7 @@ constexpr double kMostStartSeconds = 60; // for the engine of a worker
 constexpr int kMostFailedStarts = 3;     // in a row, of workers that something else ended
 constexpr double kLongestWait = 0.25;    // seconds; the status line moves, the state is kept
 constexpr size_t kEnoughAhead = kMostAhead / 2;
-constexpr useconds_t kGatherMicroseconds = 500; // scenes of a few kilobytes take a tenth of it
+constexpr useconds_t kGatherMicroseconds = 1000; // scenes of a few kilobytes take a tenth of it
 constexpr double kDecisionSeconds = 0.02; // scenes without a job are decided for so long at a time
 
 std::string SizeText(uint64_t bytes)

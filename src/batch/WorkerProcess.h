@@ -22,7 +22,7 @@ struct NumberedJob {
 };
 
 /// Jobs that a worker may have besides the one in hand.
-inline constexpr size_t kMostAhead = 16;
+inline constexpr size_t kMostAhead = 32;
 
 /// A worker as the supervisor sees it. Its process ends with this object.
 class WorkerProcess {
