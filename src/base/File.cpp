@@ -42,25 +42,33 @@ bool File::Open(const char* name, bool readOnly, bool loadWhole, bool reportFail
         return false;
     }
     fileName.Assign(name);
-    stream.reset(OpenFileStream(fileName.c_str(), readOnly ? "rb" : "r+b"));
+    int64_t knownSize = -1;
+    stream.reset(OpenFileStream(fileName.c_str(), readOnly ? "rb" : "r+b", &knownSize));
     if (!stream)
         return OpenFailed("Open() failed: %s, file:'%s'", errno, fileName, reportFailure);
 
     ++gOpenHandlesCount;
     canRead = 1;
     canWrite = readOnly ? 0 : 1;
-    const int seekResult = std::fseek(stream.get(), 0, SEEK_END);
-    if (seekResult != 0)
-        Error("fseek failed: %i", seekResult);
-    fileSize = MeasureStream(stream.get());
+    fileSize = knownSize >= 0 && knownSize <= INT32_MAX ? static_cast<int32_t>(knownSize)
+                                                        : MeasureOpened();
     if (fileSize < 0) {
         fileSize = 0;
         return OpenFailed("Open() failed: %s, file:'%s'", EFBIG, fileName, reportFailure);
     }
     if (loadWhole)
         LoadIntoMemory();
-    Seek(0);
+    position = 0;
     return true;
+}
+
+/// Where the host does not tell the size. The stream is at its start afterwards.
+int32_t File::MeasureOpened()
+{
+    const int seekResult = std::fseek(stream.get(), 0, SEEK_END);
+    if (seekResult != 0)
+        Error("fseek failed: %i", seekResult);
+    return MeasureStream(stream.get());
 }
 
 bool File::Create(const char* name, bool writeOnly, bool reportFailure)

@@ -92,6 +92,7 @@ private:
     enum class Transfer { none, read, write };
 
     bool OpenFailed(const char* format, int errorNumber, const String& name, bool reportFailure);
+    int32_t MeasureOpened();
     void LoadIntoMemory();
     bool ReadOn(void* bufferOut, int32_t size);
     bool ReadFromStream(void* bufferOut, int32_t size);

@@ -98,8 +98,8 @@ BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn)
                                       " ON CONFLICT(path) DO UPDATE SET status=?2")
 {
     keys = KeysOf(options);
-    // Fetched once, so that a state that holds something else is found at the start.
-    StateStatement(database.Handle(), "SELECT count(*) FROM scene WHERE rowid=0").Run();
+    // Also finds a state that holds something else.
+    wasEmpty = database.Ask("SELECT EXISTS(SELECT 1 FROM scene)") == 0;
 }
 
 BatchState::~BatchState()
@@ -155,13 +155,14 @@ bool BatchState::Examine(const SceneEntry& entry, SceneJob& job, std::string& wh
         whyOut = "--force is given";
         return false;
     }
+    whyOut = "it is new";
+    if (wasEmpty)
+        return false;
     const std::string key = KeyOf(entry);
     find.PutBytes(1, key);
     bool isDone = false;
-    if (!find.Step()) {
-        whyOut = "it is new";
+    if (!find.Step())
         return false;
-    }
     if (IsTargetCurrent(entry, job, whyOut)) {
         isDone = !job.draws || IsFrameCurrent(job, whyOut);
         if (!isDone)

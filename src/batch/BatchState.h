@@ -77,6 +77,7 @@ private:
     StateDatabase database;
     StateKeys keys;
     bool isInTransaction = false;
+    bool wasEmpty = false;                                            ///< when it was opened
     std::unordered_map<std::string, std::string> absoluteDirectories; ///< some, by path as given
     std::unordered_map<int64_t, bool> inputsCurrent;                  ///< by id
     std::unordered_map<std::string, KnownInputs> inputsStored;        ///< some of this run, by path

@@ -29,26 +29,34 @@ ContentHash HashOf(std::string_view bytes)
     return Canonical(XXH3_128bits(bytes.data(), bytes.size()));
 }
 
-/// Of so many bytes, or fewer if the file has become shorter.
-static bool HashOfFile(int file, off_t size, ContentHash& hashOut)
+/// Bytes from a place of the file; -1 for a failure.
+static ssize_t ReadPart(int file, SmallContent& part, off_t at)
 {
+    ssize_t got = 0;
+    do
+        got = pread(file, part.bytes.data(), part.bytes.size(), at);
+    while (got < 0 && errno == EINTR);
+    return got;
+}
+
+/// Of so many bytes, or fewer if the file has become shorter. `part` becomes the content if it fits.
+static bool HashOfFile(int file, off_t size, SmallContent& part, ContentHash& hashOut)
+{
+    ssize_t got = ReadPart(file, part, 0);
+    if (got == size) {
+        part.size = static_cast<size_t>(got);
+        hashOut = HashOf({part.bytes.data(), part.size});
+        return true;
+    }
     alignas(64) static thread_local XXH3_state_t state;
     XXH3_128bits_reset(&state);
-    char part[65536];
-    off_t at = 0;
-    while (at < size) {
-        const ssize_t got = pread(file, part, sizeof part, at);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return false;
-        if (got == 0)
-            break;
-        XXH3_128bits_update(&state, part, static_cast<size_t>(got));
+    for (off_t at = 0; got > 0;) {
+        XXH3_128bits_update(&state, part.bytes.data(), static_cast<size_t>(got));
         at += got;
+        got = at < size ? ReadPart(file, part, at) : 0;
     }
     hashOut = Canonical(XXH3_128bits_digest(&state));
-    return true;
+    return got >= 0;
 }
 
 std::string HashText(const ContentHash& hash)
@@ -83,8 +91,11 @@ FileStamp StampOf(const struct stat& info)
     return stamp;
 }
 
-bool StampOfFile(int directory, const char* name, FileStamp& stampOut)
+bool StampOfFile(int directory, const char* name, FileStamp& stampOut, SmallContent* contentOut)
 {
+    static thread_local SmallContent own;
+    SmallContent& part = contentOut ? *contentOut : own;
+    part.size = 0;
     const Descriptor file(openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat info;
     if (!file.IsOpen() || fstat(file.Get(), &info) != 0)
@@ -94,5 +105,5 @@ bool StampOfFile(int directory, const char* name, FileStamp& stampOut)
         return false;
     }
     stampOut = StampOf(info);
-    return HashOfFile(file.Get(), info.st_size, stampOut.hash);
+    return HashOfFile(file.Get(), info.st_size, part, stampOut.hash);
 }

@@ -36,6 +36,13 @@ struct stat;
 /// Size and time; the hash stays 0.
 FileStamp StampOf(const struct stat& info);
 
-/// The stamp of a file of a directory, with its content. False, with `errno` set, if it is not a file
-/// that can be read.
-bool StampOfFile(int directory, const char* name, FileStamp& stampOut);
+/// The bytes of a file that has few.
+struct SmallContent {
+    size_t size = 0; ///< 0 for a file that has more, or none
+    std::array<char, 65536> bytes;
+};
+
+/// The stamp of a file of a directory, with the hash of its content. False, with `errno` set, if it is not a
+/// file that can be read. `contentOut`, if not null, becomes the bytes that were hashed, if they fit.
+bool StampOfFile(int directory, const char* name, FileStamp& stampOut,
+                 SmallContent* contentOut = nullptr);

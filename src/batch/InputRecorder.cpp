@@ -2,7 +2,7 @@
 
 #include <fcntl.h>
 
-#include "batch/Descriptor.h"
+#include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/FileLookups.h"
 #include "platform/headless/win32/HostPath.h"
 
@@ -43,12 +43,10 @@ bool ContentOf(const std::string& path, const struct stat& info, FileStamp& stam
 
 } // namespace
 
-InputRecorder::InputRecorder(const std::string& directoryIn, const std::string& leaf)
-    : directory(directoryIn),
+InputRecorder::InputRecorder(const Descriptor& currentIn, const std::string& leaf)
+    : current(currentIn),
       sourceLeaf(leaf)
 {
-    if (directory.empty() || directory.back() != '/')
-        directory += '/';
     gRecorder = this;
     headless::gLookupSink = [](const char* path, const struct stat* found) {
         gRecorder->Note(path, found);
@@ -61,12 +59,22 @@ InputRecorder::~InputRecorder()
     gRecorder = nullptr;
 }
 
+/// Scenes without pictures never ask for it.
+const std::string& InputRecorder::Directory()
+{
+    if (directory.empty())
+        directory = PathOfDirectory(current);
+    if (directory.empty() || directory.back() != '/')
+        directory += '/';
+    return directory;
+}
+
 void InputRecorder::Note(const char* path, const struct stat* found)
 {
     if (isPaused || !path || !*path || sourceLeaf == path)
         return;
     const bool isAbsolute = path[0] == '/' || path[0] == '\\';
-    std::string whole = isAbsolute ? path : directory + path;
+    std::string whole = isAbsolute ? path : Directory() + path;
     const auto [place, isNew] = places.emplace(whole, seen.size());
     if (!isNew)
         return;

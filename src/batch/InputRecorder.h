@@ -6,14 +6,15 @@
 
 #include <sys/stat.h>
 
+#include "batch/Descriptor.h"
 #include "batch/SceneJob.h"
 
 /// Notes each file that the engine looks for while it lives, found or missing: pictures, lists of frames,
 /// effects with what they include. The result of a conversion depends on all of them. One at a time.
 class InputRecorder {
 public:
-    /// `directory` is the absolute path of the current directory, in which `sourceLeaf` is.
-    InputRecorder(const std::string& directory, const std::string& sourceLeaf);
+    /// `current` is the current directory, in which `sourceLeaf` is; it outlives this object.
+    InputRecorder(const Descriptor& current, const std::string& sourceLeaf);
     ~InputRecorder();
     InputRecorder(const InputRecorder&) = delete;
     InputRecorder& operator=(const InputRecorder&) = delete;
@@ -31,9 +32,11 @@ private:
         struct stat info; ///< at the first look; valid if it was there
     };
     void Note(const char* path, const struct stat* found);
+    const std::string& Directory();
     bool Describe(const LookedUp& looked, SceneInput& inputOut) const;
 
-    std::string directory; ///< ends in a separator
+    const Descriptor& current;
+    std::string directory; ///< its absolute path, ends in a separator; empty until it is needed
     std::string sourceLeaf;
     std::vector<LookedUp> seen;
     std::unordered_map<std::string, size_t> places; ///< in `seen`, by path

@@ -4,11 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 
-/// A worker is given its next job while it has another one in hand, so that it need not wait. Until it
-/// begins that job, the supervisor may take it back. Both share a page that has the number of the job: who
-/// takes the number out has the job.
+/// A worker is given its next jobs while it has another one in hand, so that it need not wait. Until it
+/// begins a job, the supervisor may take it back. Both share a page that has the numbers of the jobs: who
+/// takes a number out has the job.
 class JobTicket {
 public:
+    /// So many numbers may be in at a time. The supervisor knows that a job is done before the worker begins
+    /// the next one, which is in hand then as far as the supervisor knows, and still has its number in.
+    static constexpr uint32_t kMost = 64;
+
     /// A file for the page; -1 if there is none.
     static int MakeFile();
 
@@ -28,8 +32,7 @@ public:
 private:
     using Number = std::atomic<uint32_t>;
     static_assert(Number::is_always_lock_free);
-    /// The job before may not be begun yet when the supervisor knows that the one before it is done.
-    static constexpr uint32_t kPlaces = 2;
+    static constexpr uint32_t kPlaces = kMost;
     static constexpr size_t kPageBytes = kPlaces * sizeof(Number);
 
     Number* page = nullptr;

@@ -1,5 +1,7 @@
 #include "batch/JsonLine.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 
 namespace {
@@ -29,6 +31,11 @@ size_t Utf8Length(std::string_view bytes)
     return 0;
 }
 
+bool IsPlain(char c)
+{
+    return c >= 0x20 && c < 0x7F && c != '"' && c != '\\';
+}
+
 void AddEscaped(std::string& text, char c)
 {
     const auto byte = static_cast<unsigned char>(c);
@@ -37,21 +44,23 @@ void AddEscaped(std::string& text, char c)
         text += c;
     } else if (c == '\n') {
         text += "\\n";
-    } else if (byte < 0x20 || byte == 0x7F) {
+    } else {
         char escape[8];
         std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(byte));
         text += escape;
-    } else {
-        text += c;
     }
 }
 
-} // namespace
-
-std::string JsonString(std::string_view bytes)
+void AddString(std::string& text, std::string_view bytes)
 {
-    std::string text = "\"";
+    text += '"';
     while (!bytes.empty()) {
+        const auto odd = std::find_if_not(bytes.begin(), bytes.end(), IsPlain);
+        const auto plain = static_cast<size_t>(odd - bytes.begin());
+        text.append(bytes.substr(0, plain));
+        bytes.remove_prefix(plain);
+        if (bytes.empty())
+            break;
         const size_t length = Utf8Length(bytes);
         if (length == 1)
             AddEscaped(text, bytes.front());
@@ -61,7 +70,16 @@ std::string JsonString(std::string_view bytes)
             text.append(bytes.substr(0, length));
         bytes.remove_prefix(length == 0 ? 1 : length);
     }
-    return text + "\"";
+    text += '"';
+}
+
+} // namespace
+
+std::string JsonString(std::string_view bytes)
+{
+    std::string text;
+    AddString(text, bytes);
+    return text;
 }
 
 bool IsUtf8(std::string_view bytes)
@@ -86,19 +104,26 @@ void JsonLine::Key(const char* key)
 
 JsonLine& JsonLine::Text(const char* key, std::string_view value)
 {
-    return Json(key, JsonString(value));
+    Key(key);
+    AddString(text, value);
+    return *this;
 }
 
 JsonLine& JsonLine::Number(const char* key, uint64_t value)
 {
-    return Json(key, std::to_string(value));
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    return Json(key, {digits, static_cast<size_t>(end - digits)});
 }
 
 JsonLine& JsonLine::Seconds(const char* key, double value)
 {
-    char digits[64];
-    std::snprintf(digits, sizeof digits, "%.6f", value);
-    return Json(key, digits);
+    constexpr int kDecimals = 6;
+    char digits[400]; // of the largest number there is
+    const auto end =
+        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, kDecimals)
+            .ptr;
+    return Json(key, {digits, static_cast<size_t>(end - digits)});
 }
 
 JsonLine& JsonLine::Flag(const char* key, bool value)

@@ -3,11 +3,16 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Builds one JSON object on one line. Texts that are not UTF-8 have U+FFFD for each byte that is not.
 class JsonLine {
 public:
-    JsonLine() { text = "{"; }
+    JsonLine()
+    {
+        text.reserve(kUsualLine);
+        text = "{";
+    }
 
     JsonLine& Text(const char* key, std::string_view value);
     JsonLine& Number(const char* key, uint64_t value);
@@ -17,9 +22,15 @@ public:
     JsonLine& Json(const char* key, std::string_view value);
 
     /// The whole object. Nothing more can be added.
-    std::string End() { return text + "}"; }
+    std::string End()
+    {
+        text += '}';
+        return std::move(text);
+    }
 
 private:
+    static constexpr size_t kUsualLine = 1024;
+
     void Key(const char* key);
 
     std::string text;

@@ -74,11 +74,28 @@ const std::vector<MessagePattern>& Patterns()
 
 constexpr size_t kNoRow = ~size_t{0};
 
+/// The rows whose texts may begin with a letter. Those that begin with a value are among them each time.
+const std::vector<size_t>& RowsFrom(char letter)
+{
+    static const std::vector<std::vector<size_t>> rows = [] {
+        std::vector<std::vector<size_t>> made(256);
+        for (size_t i = 0; i < Patterns().size(); ++i) {
+            const std::string& start = Patterns()[i].pieces.front();
+            for (size_t first = 0; first < made.size(); ++first) {
+                if (start.empty() || static_cast<unsigned char>(start.front()) == first)
+                    made[first].push_back(i);
+            }
+        }
+        return made;
+    }();
+    return rows[static_cast<unsigned char>(letter)];
+}
+
 /// The fitting row with the most letters, or `best` if none has more than it.
 size_t BestRow(std::string_view text, size_t best)
 {
     const std::vector<MessagePattern>& patterns = Patterns();
-    for (size_t i = 0; i < patterns.size(); ++i) {
+    for (const size_t i : RowsFrom(text.empty() ? '\0' : text.front())) {
         const bool isBetter = best == kNoRow || patterns[i].letters > patterns[best].letters;
         if (isBetter && patterns[i].Fits(text))
             best = i;

@@ -18,6 +18,7 @@
 #include "batch/SteadyClock.h"
 #include "check/CheckScene.h"
 #include "gfx/KRE_Gfx.h"
+#include "platform/headless/win32/ServedFile.h"
 #include "qsa/QSA_LoadOptions.h"
 #include "qsb/QSB_TargetFile.h"
 #include "qsb/SceneDirectory.h"
@@ -30,6 +31,14 @@ bool IsOfMemory(const char* message)
 {
     return std::strstr(message, "Not enough memory") || std::strstr(message, "Out of memory") ||
            std::strstr(message, "OUTOFMEMORY");
+}
+
+/// A small source has been read for its hash. The engine is given the same bytes, so it need not read them
+/// again. Where it would take a backslash in the name for a separator, it shall fail as it does alone.
+headless::ServedFile ServedSource(const std::string& leaf, const SmallContent& content)
+{
+    const bool isName = leaf.find('\\') == std::string::npos;
+    return {leaf.c_str(), content.bytes.data(), isName ? content.size : 0};
 }
 
 std::string FirstLine(const std::string& text)
@@ -76,11 +85,12 @@ bool SceneConverter::Attempt(const SceneJob& job, SceneResult& resultOut)
         const SplitPath source(job.path);
         sourceDirectory = OpenDirectory(start.Get(), source.directory);
         if (!sourceDirectory.IsOpen() ||
-            !StampOfFile(sourceDirectory.Get(), source.leaf.c_str(), resultOut.source))
+            !StampOfFile(sourceDirectory.Get(), source.leaf.c_str(), resultOut.source, &content))
             Refuse(kCodeCannotOpen, std::strerror(errno));
         resultOut.hasSource = true;
         const WorkingDirectory inSource(sourceDirectory, start);
-        InputRecorder recorder(PathOfDirectory(sourceDirectory), source.leaf);
+        const headless::ServingFile serving(ServedSource(source.leaf, content));
+        InputRecorder recorder(sourceDirectory, source.leaf);
         inputs = &recorder;
         SceneSession session;
         ConvertLoaded(job, source.leaf, session);
@@ -141,12 +151,11 @@ void SceneConverter::Save(const SceneJob& job, SceneSession& session, const std:
     QSB_TargetFile file;
     file.CreateFor(target.leaf.c_str());
     WriteScene(session.Scene(), file);
-    {
+    if (setup.isStrict && job.draws) {
         const WorkingDirectory inSource(sourceDirectory, directory);
-        if (setup.isStrict && job.draws)
-            Draw(job, session);
-        CheckNothingChanged(leaf);
+        Draw(job, session);
     }
+    CheckNothingChanged(leaf);
     CheckStrictly();
     file.Finish();
     result->isTargetWritten = true;

@@ -46,5 +46,6 @@ private:
     MessageCatcher* catcher = nullptr; // not owned
     InputRecorder* inputs = nullptr;   // not owned
     Descriptor sourceDirectory;
+    SmallContent content; ///< of the source
     bool hasChanged = false;
 };

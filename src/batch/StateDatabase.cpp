@@ -210,7 +210,9 @@ void StateDatabase::CheckContents()
     }
     Execute("PRAGMA journal_mode=WAL");
     Execute("PRAGMA synchronous=NORMAL");
-    Execute("PRAGMA cache_size=-1000"); // KiB
+    // Each time the log is brought into the state the run waits for the disk: not below 32 MB.
+    Execute("PRAGMA wal_autocheckpoint=8000"); // pages
+    Execute("PRAGMA cache_size=-1000");        // KiB
     Execute("BEGIN IMMEDIATE");
     if (isNew) {
         Execute(kSchema);

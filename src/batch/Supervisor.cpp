@@ -20,10 +20,12 @@
 
 namespace {
 
-constexpr double kMemoryInterval = 0.1;   // seconds between two looks at the workers' memory
-constexpr double kMostStartSeconds = 60;  // for the engine of a worker
-constexpr int kMostFailedStarts = 3;      // in a row, of workers that something else ended
-constexpr double kLongestWait = 0.25;     // seconds; the status line moves, the state is kept
+constexpr double kMemoryInterval = 0.1;  // seconds between two looks at the workers' memory
+constexpr double kMostStartSeconds = 60; // for the engine of a worker
+constexpr int kMostFailedStarts = 3;     // in a row, of workers that something else ended
+constexpr double kLongestWait = 0.25;    // seconds; the status line moves, the state is kept
+constexpr size_t kEnoughAhead = kMostAhead / 2;
+constexpr useconds_t kGatherMicroseconds = 1000; // scenes of a few kilobytes take a tenth of it
 constexpr double kDecisionSeconds = 0.02; // scenes without a job are decided for so long at a time
 
 std::string SizeText(uint64_t bytes)
@@ -78,8 +80,8 @@ bool Supervisor::Run()
         Skip(job);
     for (const NumberedJob& job : returned)
         Skip(job);
-    for (PlannedScene rest = plan.Next(); rest.kind != PlannedScene::Kind::kDone;
-         rest = plan.Next())
+    for (PlannedScene rest = planned ? std::move(*planned) : plan.Next();
+         rest.kind != PlannedScene::Kind::kDone; rest = plan.Next())
         Skip({rest.number, rest.job});
     return !isBroken;
 }
@@ -136,21 +138,34 @@ bool Supervisor::StartNext(double now)
         Give(std::move(job), now);
         return MayStart();
     }
-    PlannedScene planned = plan.Next();
-    switch (planned.kind) {
+    if (!planned)
+        planned = plan.Next();
+    if (planned->kind == PlannedScene::Kind::kDecided && IsTooEarly())
+        return false;
+    PlannedScene scene = std::move(*planned);
+    planned.reset();
+    switch (scene.kind) {
     case PlannedScene::Kind::kDone:
         isPlanDone = true;
         return false;
     case PlannedScene::Kind::kDecided:
-        Finish({planned.number, planned.job}, planned.result);
-        ClearBeside(planned.job.target);
-        ClearBeside(planned.job.frame);
+        Finish({scene.number, scene.job}, scene.result);
+        ClearBeside(scene.job.target);
+        ClearBeside(scene.job.frame);
         return true;
     case PlannedScene::Kind::kJob:
         break;
     }
-    Give({planned.number, std::move(planned.job)}, now);
+    Give({scene.number, std::move(scene.job)}, now);
     return MayStart();
+}
+
+/// A scene without a job is told when those before it are nearly done. But no worker waits for that.
+bool Supervisor::IsTooEarly() const
+{
+    return BusyCount() == MostBusy() &&
+           std::any_of(workers.begin(), workers.end(),
+                       [](const auto& worker) { return worker->AheadCount() > 1; });
 }
 
 /// To a worker without a job, or else to one that can have its next job ahead.
@@ -170,27 +185,33 @@ WorkerProcess* Supervisor::WorkerForNext() const
 {
     if (options.failFast)
         return nullptr;
-    const auto found = std::find_if(workers.begin(), workers.end(),
-                                    [](const auto& worker) { return worker->MayGetNext(); });
-    return found == workers.end() ? nullptr : found->get();
+    WorkerProcess* found = nullptr;
+    for (const auto& worker : workers) {
+        if (worker->MayGetNext() && (!found || worker->AheadCount() < found->AheadCount()))
+            found = worker.get();
+    }
+    return found;
 }
 
 bool Supervisor::TakeBack(WorkerProcess& worker)
 {
     NumberedJob job;
-    if (!worker.TakeNextBack(job))
+    if (!worker.TakeLastBack(job))
         return false;
-    returned.push_back(std::move(job));
+    returned.push_front(std::move(job)); // it came before those that were taken back first
     return true;
 }
 
 /// When nothing else is left for workers without a job.
 void Supervisor::TakeBackForIdle()
 {
-    for (const auto& worker : workers) {
-        if (BusyCount() + returned.size() >= MostBusy())
+    while (BusyCount() + returned.size() < MostBusy()) {
+        const auto richest =
+            std::max_element(workers.begin(), workers.end(), [](const auto& a, const auto& b) {
+                return a->AheadCount() < b->AheadCount();
+            });
+        if (richest == workers.end() || !TakeBack(**richest))
             return;
-        TakeBack(*worker);
     }
 }
 
@@ -222,8 +243,21 @@ WorkerProcess* Supervisor::IdleWorker()
     return nullptr;
 }
 
+/// To be woken for each of many small scenes would take the processor from the workers. As long as all have
+/// enough to do, nobody waits for the answer.
+void Supervisor::LetResultsGather() const
+{
+    const bool haveEnough =
+        !workers.empty() && std::all_of(workers.begin(), workers.end(), [](const auto& worker) {
+            return worker->AheadCount() >= kEnoughAhead;
+        });
+    if (haveEnough)
+        usleep(kGatherMicroseconds);
+}
+
 void Supervisor::WaitForNews(double now)
 {
+    LetResultsGather();
     double wait = kLongestWait;
     std::vector<pollfd> handles = {{signals.Handle(), POLLIN, 0}};
     for (const auto& worker : workers) {
@@ -259,8 +293,8 @@ void Supervisor::HandleSignals()
             signal = number;
     }
     for (const auto& worker : workers) {
-        if (signal != 0)
-            TakeBack(*worker);
+        while (signal != 0 && TakeBack(*worker))
+            continue;
         if (isKilled && worker->isBusy)
             worker->Kill(WorkerEnd::kItself);
     }

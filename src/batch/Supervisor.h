@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,8 +17,8 @@ class RunReport;
 /// Gives scenes to workers and takes their results, until all is done or a signal ends the run. A worker
 /// that crashes, takes too long or too much memory costs its scene only: another one takes its place, and
 /// the scene is tried once more alone, when no other one is in hand.
-/// A worker is given its next scene while it has one in hand. What becomes of the one does not count for
-/// the other, and a scene that waits while another worker has none goes to that one.
+/// A worker is given its next scenes while it has one in hand. What becomes of the one does not count for
+/// the others, and a scene that waits while another worker has none goes to that one.
 class Supervisor {
 public:
     /// `heldByWorkers` is a descriptor that workers keep open as long as they live; -1 for none.
@@ -37,6 +38,7 @@ private:
     size_t BusyCount() const;
     void StartJobs(double now);
     bool StartNext(double now);
+    bool IsTooEarly() const;
     void StartAgain(double now);
     void Give(NumberedJob job, double now);
     size_t MostBusy() const;
@@ -46,6 +48,7 @@ private:
     WorkerProcess* WorkerForNext() const;
     bool TakeBack(WorkerProcess& worker);
     void TakeBackForIdle();
+    void LetResultsGather() const;
     void WaitForNews(double now);
     void HandleSignals();
     void HandleWorker(WorkerProcess& worker);
@@ -72,6 +75,7 @@ private:
     std::deque<NumberedJob> again; ///< that were tried once
     std::deque<NumberedJob>
         returned; ///< that were taken from the plan, and from a worker that did not try them
+    std::optional<PlannedScene> planned; ///< of the plan; it was too early for it
     bool isPlanDone = false;
     bool isAlone = false; ///< the job in hand is one that is tried once more
     bool hasFailedFast = false;

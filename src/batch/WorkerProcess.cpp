@@ -1,8 +1,10 @@
 #include "batch/WorkerProcess.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -124,28 +126,29 @@ bool WorkerProcess::Start(NumberedJob given, double now)
 
 void WorkerProcess::StartNext(NumberedJob given)
 {
-    next = std::move(given);
-    next.job.ticket = ++lastTicket;
-    hasNext = true;
+    static_assert(JobTicket::kMost > kMostAhead); // and one in hand that it may not have begun
+    given.job.ticket = ++lastTicket;
     ticket.Put(lastTicket);
-    SendWire(socket.Get(), EncodeJob(next.job)); // if it is gone, the end of its socket follows
+    SendWire(socket.Get(), EncodeJob(given.job)); // if it is gone, the end of its socket follows
+    ahead.push_back(std::move(given));
 }
 
-bool WorkerProcess::TakeNextBack(NumberedJob& takenOut)
+bool WorkerProcess::TakeLastBack(NumberedJob& takenOut)
 {
-    if (!hasNext || !ticket.Take(next.job.ticket))
+    if (ahead.empty() || !ticket.Take(ahead.back().job.ticket))
         return false;
-    hasNext = false;
-    takenOut = std::move(next);
+    takenOut = std::move(ahead.back());
+    ahead.pop_back();
     return true;
 }
 
 void WorkerProcess::EndJob(double now)
 {
-    isBusy = std::exchange(hasNext, false);
+    isBusy = !ahead.empty();
     if (!isBusy)
         return;
-    inHand = std::move(next);
+    inHand = std::move(ahead.front());
+    ahead.pop_front();
     startedAt = now;
     isEndOfOther = end != WorkerEnd::kItself;
 }
@@ -206,7 +209,7 @@ std::vector<NumberedJob> WorkerProcess::TakeUntried()
         untried.push_back(std::move(inHand));
         isBusy = false;
     }
-    if (std::exchange(hasNext, false))
-        untried.push_back(std::move(next));
+    std::move(ahead.begin(), ahead.end(), std::back_inserter(untried));
+    ahead.clear();
     return untried;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ struct NumberedJob {
     SceneJob job;
 };
 
+/// Jobs that a worker may have besides the one in hand.
+inline constexpr size_t kMostAhead = 32;
+
 /// A worker as the supervisor sees it. Its process ends with this object.
 class WorkerProcess {
 public:
@@ -35,12 +39,14 @@ public:
 
     /// Gives it a job; `isBusy` from then on.
     bool Start(NumberedJob given, double now);
-    /// Whether it can be given the next job while it has one in hand.
-    bool MayGetNext() const { return isBusy && takesNext && !hasNext; }
-    /// Gives it the next job, which it begins when the one in hand is done.
+    /// Whether it can be given another job while it has one in hand.
+    bool MayGetNext() const { return isBusy && takesNext && ahead.size() < kMostAhead; }
+    /// Gives it another job, which it begins when those before are done.
     void StartNext(NumberedJob given);
-    /// Takes the next job back. False if there is none, or if the worker has begun it.
-    bool TakeNextBack(NumberedJob& takenOut);
+    /// Jobs that it has besides the one in hand.
+    size_t AheadCount() const { return ahead.size(); }
+    /// Takes the last of these back. False if there is none, or if the worker has begun it.
+    bool TakeLastBack(NumberedJob& takenOut);
     /// The job in hand is done: the next one is in hand, if there is one.
     void EndJob(double now);
     /// Ends the process; what it was doing is lost. The end of its socket follows.
@@ -56,7 +62,7 @@ public:
     WireAssembler arrived;
     bool isReady = false; ///< its engine has started
     bool isBusy = false;
-    bool takesNext = false; ///< it can be given its next job ahead
+    bool takesNext = false; ///< it can be given jobs ahead
     NumberedJob inHand;
     double startedAt = 0; ///< seconds
 
@@ -70,8 +76,7 @@ private:
     Descriptor errors; ///< its standard error, a file in memory
     JobTicket ticket;
     uint32_t lastTicket = 0;
-    bool hasNext = false;
-    NumberedJob next;
+    std::deque<NumberedJob> ahead;
     WorkerEnd end = WorkerEnd::kItself;
     bool isEndOfOther = false; ///< it was ended for a job before the one in hand
     bool wasKilled = false;

@@ -23,13 +23,15 @@ QSA_SceneText::~QSA_SceneText() = default;
 void QSA_SceneText::Open(const char* path)
 {
     Close();
-    textFile.reset(OpenFileStream(path, "rb"));
+    int64_t end = -1;
+    textFile.reset(OpenFileStream(path, "rb", &end));
     if (!textFile)
         Error("Can not open file %s", path);
-    std::setvbuf(textFile.get(), nullptr, _IONBF, 0);
-    std::fseek(textFile.get(), 0, SEEK_END);
-    const long end = std::ftell(textFile.get());
-    std::rewind(textFile.get());
+    if (end < 0) { // the host does not know
+        std::fseek(textFile.get(), 0, SEEK_END);
+        end = std::ftell(textFile.get());
+        std::rewind(textFile.get());
+    }
     if (end < 0 || end > INT32_MAX - kTextPadding)
         Error("Error reading from file %s at %i", path, 0);
 

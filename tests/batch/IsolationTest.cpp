@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "batch/Descriptor.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
 
@@ -33,6 +34,16 @@ protected:
     {
         scratch.Write(name, WallScene("pipe.tga"));
         ASSERT_EQ(mkfifo((fs::path(name).parent_path() / "pipe.tga").c_str(), 0600), 0);
+    }
+    /// A picture takes the place of the pipe, and the pipe, held open, lets go of who waits for it.
+    Descriptor LetGoOfPipe() const
+    {
+        scratch.Write("picture.tga", ColorPicture(5));
+        fs::create_hard_link("in/pipe.tga", "pipe");
+        fs::rename("picture.tga", "in/pipe.tga");
+        Descriptor pipe(open("pipe", O_RDWR | O_NONBLOCK));
+        EXPECT_TRUE(pipe.IsOpen());
+        return pipe;
     }
 };
 
@@ -312,16 +323,44 @@ TEST_F(IsolationTest, TerminationLetsTheSceneInHandEnd)
     BackgroundBatch run({"in", "-j", "1"});
     ASSERT_NE(run.AwaitWorker(), 0);
     run.SignalAndAwait(SIGTERM);
-    // A picture takes the place of the pipe, and the pipe lets go of who waits for it.
-    scratch.Write("picture.tga", ColorPicture(5));
-    fs::create_hard_link("in/pipe.tga", "pipe");
-    fs::rename("picture.tga", "in/pipe.tga");
-    const int pipe = open("pipe", O_RDWR | O_NONBLOCK);
-    EXPECT_GE(pipe, 0);
+    const Descriptor pipe = LetGoOfPipe();
     const ProgramRun ended = run.Wait();
     EXPECT_EQ(ended.status, 143);
-    close(pipe);
     EXPECT_THAT(ended.out, StartsWith("1 converted, 0 up to date, 0 failed, 0 with warnings, "
                                       "1 skipped in "));
     EXPECT_FALSE(scratch.Has("in/b.qsb"));
+}
+
+// The worker has as many scenes ahead as it may have.
+TEST_F(IsolationTest, AllScenesThatAreAheadAreTakenBack)
+{
+    WriteWaitingScene("in/a.qsa");
+    for (int i = 100; i < 140; ++i)
+        scratch.Write("in/b" + std::to_string(i) + ".qsa", HelperScene("x"));
+    BackgroundBatch run({"in", "-j", "1"});
+    ASSERT_NE(run.AwaitWorker(), 0);
+    run.SignalAndAwait(SIGTERM);
+    const Descriptor pipe = LetGoOfPipe();
+    EXPECT_THAT(run.Wait().out, StartsWith("1 converted, 0 up to date, 0 failed, 0 with warnings, "
+                                           "40 skipped in "));
+    EXPECT_TRUE(scratch.Has("in/a.qsb"));
+    EXPECT_FALSE(scratch.Has("in/b100.qsb"));
+}
+
+TEST_F(IsolationTest, AllScenesThatAKilledWorkerHadAheadAreConverted)
+{
+    WriteWaitingScene("in/a.qsa");
+    for (int i = 100; i < 140; ++i)
+        scratch.Write("in/b" + std::to_string(i) + ".qsa", HelperScene("x"));
+    BackgroundBatch run({"in", "-j", "1", "--journal", "j"});
+    const pid_t first = run.AwaitWorker();
+    ASSERT_NE(first, 0);
+    kill(first, SIGKILL);
+    ASSERT_TRUE(Eventually([&] { return LinesOf(scratch.Read("j")).size() == 40; }));
+    for (const nlohmann::json& line : JournalLines(scratch.Read("j")))
+        EXPECT_EQ(line["status"], "converted") << line["path"];
+    const pid_t second = run.AwaitWorker(first);
+    ASSERT_NE(second, 0);
+    kill(second, SIGKILL);
+    EXPECT_THAT(run.Wait().out, StartsWith("40 converted, 0 up to date, 1 failed, "));
 }

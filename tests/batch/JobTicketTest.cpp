@@ -5,13 +5,26 @@
 #include "batch/Descriptor.h"
 #include "batch/JobTicket.h"
 
-TEST(JobTicketTest, OneOfBothHasTheJob)
-{
-    const Descriptor file(JobTicket::MakeFile());
+namespace {
+
+/// Both ends of one page.
+class JobTicketTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(supervisor.Open(file.Get()));
+        ASSERT_TRUE(worker.Open(file.Get()));
+    }
+
+    const Descriptor file{JobTicket::MakeFile()};
     JobTicket supervisor;
     JobTicket worker;
-    ASSERT_TRUE(supervisor.Open(file.Get()));
-    ASSERT_TRUE(worker.Open(file.Get()));
+};
+
+} // namespace
+
+TEST_F(JobTicketTest, OneOfBothHasTheJob)
+{
     supervisor.Put(1);
     EXPECT_TRUE(worker.Take(1));
     EXPECT_FALSE(supervisor.Take(1));
@@ -21,33 +34,34 @@ TEST(JobTicketTest, OneOfBothHasTheJob)
 }
 
 // The supervisor learns that a job is done, and gives the one after the next, before the worker begins the next.
-TEST(JobTicketTest, NextJobMayBePutBeforeTheLastOneIsBegun)
+TEST_F(JobTicketTest, NextJobMayBePutBeforeTheLastOneIsBegun)
 {
-    const Descriptor file(JobTicket::MakeFile());
-    JobTicket supervisor;
-    JobTicket worker;
-    ASSERT_TRUE(supervisor.Open(file.Get()));
-    ASSERT_TRUE(worker.Open(file.Get()));
     supervisor.Put(7);
     supervisor.Put(8);
     EXPECT_TRUE(worker.Take(7));
     EXPECT_TRUE(worker.Take(8));
 }
 
-// The message of a job that was taken back still comes, and must not be taken for a later one.
-TEST(JobTicketTest, JobThatWasTakenBackStaysSo)
+TEST_F(JobTicketTest, SoManyJobsMayBeIn)
 {
-    const Descriptor file(JobTicket::MakeFile());
-    JobTicket ticket;
-    ASSERT_TRUE(ticket.Open(file.Get()));
-    ticket.Put(1);
-    EXPECT_TRUE(ticket.Take(1));
-    ticket.Put(3);
-    EXPECT_FALSE(ticket.Take(1));
-    EXPECT_TRUE(ticket.Take(3));
+    constexpr uint32_t kFirst = 5;
+    for (uint32_t i = 0; i < JobTicket::kMost; ++i)
+        supervisor.Put(kFirst + i);
+    for (uint32_t i = 0; i < JobTicket::kMost; ++i)
+        EXPECT_TRUE(worker.Take(kFirst + i)) << i;
 }
 
-TEST(JobTicketTest, WithoutAFileThereIsNoPage)
+// The message of a job that was taken back still comes, and must not be taken for a later one.
+TEST_F(JobTicketTest, JobThatWasTakenBackStaysSo)
+{
+    supervisor.Put(1);
+    EXPECT_TRUE(supervisor.Take(1));
+    supervisor.Put(3);
+    EXPECT_FALSE(worker.Take(1));
+    EXPECT_TRUE(worker.Take(3));
+}
+
+TEST(JobTicket, WithoutAFileThereIsNoPage)
 {
     JobTicket ticket;
     EXPECT_FALSE(ticket.Open(-1));

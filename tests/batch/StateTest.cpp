@@ -174,6 +174,34 @@ TEST_F(StateTest, FramesHaveARecordOfTheirOwn)
     EXPECT_EQ(fs::last_write_time("o/a.qsb"), time);
 }
 
+// Inputs that change make the target new, so a scene that is up to date for a strict run brings no warnings
+// before it is drawn. Here the state says that it is: what comes when only the frame is drawn counts too.
+TEST_F(StateTest, WarningsOfADrawnFrameFailAStrictScene)
+{
+    scratch.Write("in/a.qsa", WallScene("gone.tga"));
+    scratch.Write("in/b.qsa", HelperScene("b"));
+    EXPECT_EQ(Summary(Run()), "2 converted, 0 up to date, 0");
+    EXPECT_EQ(Summary(Run({"--strict", "--include", "b.qsa"})), kAgain);
+    StateDatabase("o/.qsbatch-state")
+        .Execute("UPDATE scene SET target_key=(SELECT target_key FROM scene"
+                 " WHERE CAST(path AS TEXT) LIKE '%/b.qsa')");
+    EXPECT_EQ(Summary(Run({"--strict"})), "0 converted, 2 up to date, 0");
+    const std::string bytes = scratch.Read("o/a.qsb");
+    const auto time = fs::last_write_time("o/a.qsb");
+    const ProgramRun drawn =
+        Run({"--strict", "-j", "1", "--frames", "f", "--frame-size", "16x12", "--journal", "j"});
+    EXPECT_EQ(drawn.status, 1);
+    EXPECT_EQ(Summary(drawn), "1 converted, 0 up to date, 1");
+    EXPECT_THAT(drawn.out, HasSubstr("in/a.qsa: Can not open diffuse map 'gone.tga'\n"));
+    const auto line = nlohmann::json::parse(LinesOf(scratch.Read("j")).front());
+    EXPECT_EQ(line["path"], "in/a.qsa");
+    EXPECT_EQ(line["status"], "failed");
+    EXPECT_EQ(line["target_written"], false);
+    EXPECT_TRUE(scratch.Has("f/b.qsa.png"));
+    EXPECT_EQ(scratch.Read("o/a.qsb"), bytes);
+    EXPECT_EQ(fs::last_write_time("o/a.qsb"), time);
+}
+
 TEST_F(StateTest, FailedScenesAreTriedAgain)
 {
     scratch.Write("in/a.qsa", BrokenScene());

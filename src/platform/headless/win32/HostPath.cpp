@@ -62,10 +62,16 @@ bool MatchesWildcard(const char* name, const char* pattern)
     return *pattern == '\0';
 }
 
+std::string WithHostSeparators(const char* path)
+{
+    std::string converted = path != nullptr ? path : "";
+    std::replace(converted.begin(), converted.end(), '\\', '/');
+    return converted;
+}
+
 std::string ResolveHostPath(const char* path)
 {
-    std::string wanted = path != nullptr ? path : "";
-    std::replace(wanted.begin(), wanted.end(), '\\', '/');
+    const std::string wanted = WithHostSeparators(path);
     if (wanted.empty() || Exists(wanted))
         return wanted;
 
@@ -94,8 +100,7 @@ std::string ResolveHostPath(const char* path)
 
 std::string ResolveTargetPath(const char* path)
 {
-    std::string wanted = path != nullptr ? path : "";
-    std::replace(wanted.begin(), wanted.end(), '\\', '/');
+    const std::string wanted = WithHostSeparators(path);
     const size_t leaf = wanted.find_last_of('/') + 1; // 0 without a directory
     if (leaf == 0)
         return wanted;

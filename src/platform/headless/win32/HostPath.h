@@ -4,6 +4,9 @@
 
 namespace headless {
 
+/// The path with `/` as separator; empty for null.
+std::string WithHostSeparators(const char* path);
+
 /// Resolves a path with either separator and any case to one of this host's files. If the exact
 /// name does not exist, each missing component becomes the first entry, in byte order, that differs
 /// from it only in case. A path without a match is returned with `/` as separator, so that a file

@@ -3,10 +3,14 @@
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/FileLookups.h"
 #include "platform/headless/win32/HostPath.h"
+#include "platform/headless/win32/ServedFile.h"
 
 #include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace headless;
 
@@ -18,15 +22,81 @@ static void TellOfLookup(const char* path, const struct stat* found)
         gLookupSink(path, found);
 }
 
-FILE* OpenFileStream(const char* path, const char* mode)
+/// Nearly every name is exact, so it is tried before it is looked for.
+static FILE* OpenExisting(const char* path, const char* mode)
 {
-    const bool mayMake = mode[0] != 'r';
-    const std::string resolved = mayMake ? ResolveTargetPath(path) : ResolveHostPath(path);
-    FILE* stream = std::fopen(resolved.c_str(), mode);
+    const std::string exact = WithHostSeparators(path);
+    if (FILE* const stream = std::fopen(exact.c_str(), mode))
+        return stream;
+    const int reason = errno;
+    const std::string found = ResolveHostPath(path);
+    errno = reason;
+    return found == exact ? nullptr : std::fopen(found.c_str(), mode);
+}
+
+/// Leaves `errno` of what failed before.
+static void CloseAfterFailure(int file)
+{
+    const int reason = errno;
+    close(file);
+    errno = reason;
+}
+
+/// As `fopen` with "wb" or "w+b". A file system may begin to write a file to the disk as soon as one that was
+/// truncated is closed, so that old contents are not lost with the new ones. A file that is empty, as one
+/// that was just made, is not truncated: this would cost more than all other calls for a small scene.
+static FILE* OpenEmpty(const char* path, const char* mode)
+{
+    const bool mayRead = std::strchr(mode, '+') != nullptr;
+    const int file = open(path, (mayRead ? O_RDWR : O_WRONLY) | O_CREAT, 0666);
+    if (file < 0)
+        return nullptr;
+    struct stat info;
+    const bool holdsNothing =
+        fstat(file, &info) == 0 && (!S_ISREG(info.st_mode) || info.st_size == 0);
+    FILE* const stream = holdsNothing || ftruncate(file, 0) == 0 ? fdopen(file, mode) : nullptr;
+    if (!stream)
+        CloseAfterFailure(file);
+    else if (!mayRead) // what is written comes in large pieces
+        std::setvbuf(stream, nullptr, _IONBF, 0);
+    return stream;
+}
+
+/// The system refuses to write to a directory by itself.
+static FILE* MakeStream(const char* path, const char* mode)
+{
+    const std::string resolved = ResolveTargetPath(path);
+    FILE* const stream =
+        mode[0] == 'w' ? OpenEmpty(resolved.c_str(), mode) : std::fopen(resolved.c_str(), mode);
+    if (stream)
+        NoteEntryChanged(resolved);
+    return stream;
+}
+
+/// Null if the file is not one that is served.
+static FILE* OpenServed(const char* path, const char* mode, int64_t* sizeOut)
+{
+    const ServedFile* const served = FileToServe();
+    if (!served || !path || std::strcmp(path, served->path) != 0 || std::strcmp(mode, "rb") != 0)
+        return nullptr;
+    FILE* const stream = StreamOf(*served);
+    if (stream && sizeOut)
+        *sizeOut = static_cast<int64_t>(served->size);
+    return stream;
+}
+
+FILE* OpenFileStream(const char* path, const char* mode, int64_t* sizeOut)
+{
+    if (sizeOut)
+        *sizeOut = -1;
+    if (FILE* const served = OpenServed(path, mode, sizeOut))
+        return served;
+    if (mode[0] != 'r')
+        return MakeStream(path, mode);
+    FILE* const stream = OpenExisting(path, mode);
     if (stream == nullptr) {
         const int reason = errno;
-        if (!mayMake)
-            TellOfLookup(path, nullptr);
+        TellOfLookup(path, nullptr);
         errno = reason;
         return nullptr;
     }
@@ -35,14 +105,15 @@ FILE* OpenFileStream(const char* path, const char* mode)
     struct stat info;
     const bool isKnown = fstat(fileno(stream), &info) == 0;
     const bool isDirectory = isKnown && S_ISDIR(info.st_mode);
-    if (!mayMake)
-        TellOfLookup(path, isKnown && !isDirectory ? &info : nullptr);
+    TellOfLookup(path, isKnown && !isDirectory ? &info : nullptr);
     if (isDirectory) {
         std::fclose(stream);
         errno = EISDIR;
         return nullptr;
     }
-    if (mayMake)
-        NoteEntryChanged(resolved);
+    if (sizeOut && isKnown && S_ISREG(info.st_mode))
+        *sizeOut = info.st_size;
+    if (sizeOut && std::strcmp(mode, "rb") == 0)
+        std::setvbuf(stream, nullptr, _IONBF, 0);
     return stream;
 }
