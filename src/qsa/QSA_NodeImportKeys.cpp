@@ -98,8 +98,7 @@ int32_t QSA_NodeImport::ParsePositionKeys(KRE_3dObject* object)
         if (token != QSA_Token::LinearPosKey && token != QSA_Token::BezierPosKey)
             continue;
         KRE_PosKeyData key;
-        text.ReadFloat(cursor, &key.time);
-        text.ReadVector(cursor, &key.value);
+        text.ReadTimed(cursor, &key.time, &key.value);
         if (token == QSA_Token::BezierPosKey) {
             text.ReadVector(cursor, &key.inTangent);
             text.ReadVector(cursor, &key.outTangent);
@@ -126,8 +125,7 @@ int32_t QSA_NodeImport::ParseScaleKeys(KRE_3dObject* object)
         if (token != QSA_Token::LinearScaleKey && token != QSA_Token::BezierScaleKey)
             continue;
         KRE_ScaleKeyData key;
-        text.ReadFloat(cursor, &key.time);
-        text.ReadVector(cursor, &key.value);
+        text.ReadTimed(cursor, &key.time, &key.value);
         key.value = {std::fabs(key.value.x), std::fabs(key.value.y), std::fabs(key.value.z)};
         key.interpolation = token == QSA_Token::BezierScaleKey ? kKeyBezier : kKeyLinear;
         object->AddScaleKey(key);

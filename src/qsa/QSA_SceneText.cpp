@@ -178,6 +178,10 @@ int32_t QSA_SceneText::ReadFloat(float* valueOut)
 
 int32_t QSA_SceneText::ReadVector(float (&valuesOut)[3])
 {
+    if (QSA_TextCursor cursor = Cursor(); data && TakeRow(cursor, valuesOut)) {
+        MoveTo(cursor);
+        return 0;
+    }
     int32_t result = ReadFloat(&valuesOut[0]);
     for (size_t i = 1; i < 3; ++i) {
         if (PeekBehindSpace() == ',')

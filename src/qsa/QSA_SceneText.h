@@ -6,6 +6,7 @@
 
 #include "base/TextDataFileReader.h"
 #include "qsa/QSA_Keywords.h"
+#include "qsa/QSA_NumberRow.h"
 #include "qsa/QSA_TextCursor.h"
 
 /// The text of a scene file: values, and keywords as tokens. A window moves over the file. The base
@@ -74,6 +75,8 @@ public:
     }
     void ReadVector(QSA_TextCursor& cursor, float (&valuesOut)[3])
     {
+        if (TakeRow(cursor, valuesOut))
+            return;
         ReadFloat(cursor, &valuesOut[0]);
         for (size_t i = 1; i < 3; ++i) {
             if (PeekBehindSpace(cursor) == ',')
@@ -86,6 +89,19 @@ public:
         float values[3];
         ReadVector(cursor, values);
         *vectorOut = {values[0], values[1], values[2]};
+    }
+
+    /// A time and a vector.
+    void ReadTimed(QSA_TextCursor& cursor, float* timeOut, D3DXVECTOR3* vectorOut)
+    {
+        float values[4];
+        if (TakeRow(cursor, values)) {
+            *timeOut = values[0];
+            *vectorOut = {values[1], values[2], values[3]};
+            return;
+        }
+        ReadFloat(cursor, timeOut);
+        ReadVector(cursor, vectorOut);
     }
 
     // --- tokens: QSA_SceneTextTokens.cpp
