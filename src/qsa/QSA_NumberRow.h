@@ -17,96 +17,114 @@ public:
     /// A number of up to eight digits without a sign.
     bool TakeInt(int32_t* valueOut)
     {
-        SkipSpace();
-        const uint8_t* const first = at;
-        *valueOut = static_cast<int32_t>(TakeDigits());
-        return IsEnd(first, kMostDigits);
+        const uint8_t* p = at;
+        while (*p <= ' ')
+            ++p;
+        const uint8_t* const first = p;
+        *valueOut = static_cast<int32_t>(ReadDigits(p));
+        at = p;
+        return IsShort(first, p, kMostDigits + 1) && *p <= ' ' && p < end;
     }
 
-    /// A number of up to seven digits, or of as many before a point and one to seven behind it.
-    bool TakeFloat(float* valueOut)
-    {
-        static constexpr double kSigns[] = {1.0, -1.0};
-        SkipSpace();
-        const bool isNegative = *at == '-';
-        at += isNegative ? 1 : 0;
-        const uint8_t* const first = at;
-        double value = 0.0;
-        const uint32_t whole = TakeDigits();
-        // Unsigned, so that there is a digit.
-        const bool isPlain = static_cast<size_t>(at - first) - 1 < kMostDigits - 1;
-        if (*at != '.') {
-            value = static_cast<double>(static_cast<int32_t>(whole));
-        } else {
-            const uint64_t word = LoadTextWord(at + 1) ^ kDigitZeros;
-            if (!FindDecimals(BytesAboveNine(word)))
-                return false;
-            const uint64_t part = JoinDigits(word << (64 - 8 * decimals));
-            const uint64_t digits = uint64_t{whole} * kScales[decimals] + part;
-            value = static_cast<double>(static_cast<int64_t>(digits)) / kPowers[decimals];
-            at += 1 + decimals;
-        }
-        // A product with 1 or -1 is exact, and signs are too random for a branch.
-        *valueOut = static_cast<float>(value * kSigns[isNegative ? 1 : 0]);
-        return isPlain && IsEnd();
-    }
-
+    /// Numbers of up to seven digits, or of as many before a point and one to seven behind it.
     template <size_t count>
     bool TakeFloats(float (&valuesOut)[count])
     {
+        static constexpr double kSigns[] = {1.0, -1.0};
+        // In local variables: a byte of text could be part of this object, for all the compiler knows.
+        const uint8_t* p = at;
+        Decimals form = decimals;
+        bool isPlain = true;
         for (float& value : valuesOut) {
-            if (!TakeFloat(&value))
-                return false;
+            while (*p <= ' ')
+                ++p;
+            const bool isNegative = *p == '-';
+            p += isNegative ? 1 : 0;
+            const uint8_t* const first = p;
+            const uint32_t whole = ReadDigits(p);
+            isPlain = isPlain && IsShort(first, p, kMostDigits);
+            double size = static_cast<double>(static_cast<int32_t>(whole));
+            if (*p == '.') {
+                const uint64_t word = LoadTextWord(p + 1) ^ kDigitZeros;
+                const uint64_t others = BytesAboveNine(word);
+                // Most often there are as many as behind the last point, so that nothing waits for
+                // the search.
+                if ((others & form.upToEnd) != form.end && !FindDecimals(others, &form))
+                    return false;
+                const uint64_t part = JoinDigits(word << form.unused);
+                const int64_t digits = static_cast<int64_t>(whole * form.scale + part);
+                size = static_cast<double>(digits) / form.power;
+                p += form.step;
+            }
+            // A product with 1 or -1 is exact, and signs are too random for a branch.
+            value = static_cast<float>(size * kSigns[isNegative ? 1 : 0]);
+            isPlain = isPlain && *p <= ' ';
         }
-        return true;
+        at = p;
+        decimals = form;
+        return isPlain && p < end;
+    }
+    bool TakeFloat(float* valueOut)
+    {
+        float value[1];
+        const bool isTaken = TakeFloats(value);
+        *valueOut = value[0];
+        return isTaken;
     }
 
     /// Behind the last number taken.
     const uint8_t* Place() const { return at; }
 
 private:
-    static constexpr size_t kMostDigits = 8;
-    static constexpr uint32_t kScales[kMostDigits] = {1,     10,     100,     1000,
-                                                      10000, 100000, 1000000, 10000000};
-    static constexpr double kPowers[kMostDigits] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+    static constexpr size_t kMostDigits = 7;
 
-    void SkipSpace()
+    /// What follows from the number of digits behind a point.
+    struct Decimals {
+        uint64_t end;     ///< the bit of the first byte that is none of them
+        uint64_t upToEnd; ///< that bit and the lower ones
+        uint64_t scale;   ///< ten to that number
+        double power;     ///< the same
+        uint32_t unused;  ///< bits of a word
+        uint32_t step;    ///< bytes, with the point
+    };
+    static constexpr Decimals MakeDecimals(uint32_t number)
     {
-        while (*at <= ' ')
-            ++at;
+        const uint64_t bit = uint64_t{0x80} << (8 * number);
+        uint64_t scale = 1;
+        for (uint32_t i = 0; i < number; ++i)
+            scale *= 10;
+        return {bit,       bit | (bit - 1), scale, static_cast<double>(scale), 64 - 8 * number,
+                number + 1};
     }
 
-    /// A plain loop: the branch predictor guesses lengths well. A run of many digits is refused
+    /// A plain loop: the branch predictor guesses lengths well. Too many digits are refused
     /// afterwards.
-    uint32_t TakeDigits()
+    static uint32_t ReadDigits(const uint8_t*& p)
     {
         uint32_t value = 0;
-        for (uint32_t digit = 0; (digit = *at - uint32_t{'0'}) <= 9; ++at)
+        for (uint32_t digit = 0; (digit = *p - uint32_t{'0'}) <= 9; ++p)
             value = value * 10 + digit;
         return value;
     }
 
-    /// The number of digits behind a point, from which bytes there are none. Most often it is that of
-    /// the number before: so the next number need not wait for the search.
-    bool FindDecimals(uint64_t others)
+    static bool IsShort(const uint8_t* first, const uint8_t* p, size_t most)
     {
-        const uint64_t first = uint64_t{0x80} << (8 * decimals);
-        if ((others & (first | (first - 1))) == first)
-            return true;
-        decimals = others == 0 ? 0 : static_cast<uint32_t>(std::countr_zero(others)) / 8;
-        return decimals != 0;
+        return static_cast<size_t>(p - first) - 1 < most; // unsigned: there is a digit
     }
 
-    /// White space within the text; a number may go on behind it.
-    bool IsEnd() const { return *at <= ' ' && at < end; }
-    bool IsEnd(const uint8_t* first, size_t most) const
+    /// `others` has a bit for each byte of a word that is no digit.
+    static bool FindDecimals(uint64_t others, Decimals* formOut)
     {
-        return static_cast<size_t>(at - first) - 1 < most && IsEnd();
+        const int number = std::countr_zero(others) / 8;
+        if (number == 0 || number > static_cast<int>(kMostDigits))
+            return false;
+        *formOut = MakeDecimals(static_cast<uint32_t>(number));
+        return true;
     }
 
     const uint8_t* at;
     const uint8_t* const end;
-    uint32_t decimals = 6; ///< of the last number with a point
+    Decimals decimals = MakeDecimals(6); ///< of the last number with a point
 };
 
 /// Takes numbers that stand in a row; false, with the cursor unchanged, for any other.

@@ -11,6 +11,9 @@ namespace {
 /// White space aside, no value or word is longer: the longest has 127 bytes and a terminator.
 constexpr int32_t kTokenReach = 256;
 
+/// From here on a scene is so large that its memory is prepared while it is read.
+constexpr int32_t kLargeText = 256 * 1024;
+
 } // namespace
 
 QSA_SceneText::QSA_SceneText()
@@ -72,7 +75,7 @@ bool QSA_SceneText::Reach(int32_t bytes)
     if (left >= bytes || unread == 0)
         return left > 0;
 
-    if (textStart + position > 0) // more than one window: a large scene
+    if (textStart + position >= kLargeText)
         MakeHeapPages();
     std::memmove(data.get(), data.get() + position, static_cast<size_t>(left));
     textStart += position;

@@ -132,9 +132,9 @@ private:
     int32_t textSize = 0;       ///< bytes of the file
     int32_t textStart = 0;      ///< where in the file the window begins
     int32_t windowCapacity = 0; ///< bytes of text that `data` has room for
-    /// Default size of a window: it fits the processor's cache, so text is read from there and not
-    /// from memory.
-    int32_t windowBytes = 256 * 1024;
+    /// Default size of a window: with what is made of it, it fits the processor's cache, so text is
+    /// read from there and not from memory.
+    int32_t windowBytes = 64 * 1024;
     uint8_t fileMajor = 1;
     uint8_t fileMinor = 0;
 };

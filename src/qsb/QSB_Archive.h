@@ -94,7 +94,7 @@ public:
 
 private:
     template <size_t kBytes, class T>
-    void Transfer(T& value)
+    [[gnu::always_inline]] void Transfer(T& value)
     {
         static_assert(std::is_trivially_copyable_v<T> && sizeof(T) == kBytes);
         static_cast<Archive*>(this)->Bytes(&value, kBytes);
@@ -185,7 +185,8 @@ class QSB_RecordBytes : public QSB_PlainValues<QSB_RecordBytes> {
 public:
     static constexpr bool kLoads = false;
 
-    void Bytes(const void* added, size_t count)
+    /// Inlined, so that the compiler knows the place of each field.
+    [[gnu::always_inline]] void Bytes(const void* added, size_t count)
     {
         assert(count <= sizeof bytes - size);
         std::memcpy(bytes + size, added, count);
