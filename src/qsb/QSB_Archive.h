@@ -179,8 +179,8 @@ protected:
     File& file;
 };
 
-/// Collects the bytes of a short record without texts or track keys as `QSB_SaveArchive` would write
-/// them, so that the file takes them at once.
+/// Collects the bytes of a short record without track keys, whose texts are empty, as
+/// `QSB_SaveArchive` would write them, so that the file takes them at once.
 class QSB_RecordBytes : public QSB_PlainValues<QSB_RecordBytes> {
 public:
     static constexpr bool kLoads = false;
@@ -192,10 +192,27 @@ public:
         std::memcpy(bytes + size, added, count);
         size += count;
     }
+    bool Has(QSB_Version) const { return true; }
+    void Text(const char*, [[maybe_unused]] const String& text)
+    {
+        assert(text.IsEmpty());
+        const int32_t length = 0;
+        Bytes(&length, sizeof length);
+    }
+    template <class Part>
+    void Record(const Part& part)
+    {
+        Fields(*this, part);
+    }
     template <class Part>
     void Track(const char*, const Part& track)
     {
         Fields(*this, track);
+    }
+    bool IsGiven(const uint8_t& isGiven)
+    {
+        Bytes(&isGiven, 1);
+        return isGiven != 0;
     }
     template <class Key>
     void TrackKeys([[maybe_unused]] const KRE_ArrayTrack<Key>& track, int32_t count, int32_t)
@@ -203,9 +220,10 @@ public:
         assert(count == 0);
     }
     void WriteTo(File& file) const { file.Write(bytes, static_cast<int32_t>(size)); }
+    void AddTo(QSB_RecordBytes& other) const { other.Bytes(bytes, size); }
 
 private:
-    uint8_t bytes[128];
+    uint8_t bytes[512];
     size_t size = 0;
 };
 
