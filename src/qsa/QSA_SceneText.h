@@ -121,6 +121,20 @@ public:
     bool FileVersionAtLeast(int32_t major, int32_t minor) const;
 
 private:
+    /// The keyword that came after two tokens the last time, with its star. Exporters write the same
+    /// keywords in the same order for every object, so most are known without being looked up.
+    struct Guess {
+        static constexpr int32_t kMostBytes = 28;
+        char word[kMostBytes] = {};
+        int32_t length = 0; ///< 0: nothing came yet
+        QSA_Token token = QSA_Token::Unknown;
+    };
+    static constexpr uint32_t kGuessBits = 7;
+    static constexpr uint32_t kGuesses = 1 << kGuessBits;
+
+    bool TakeGuessed(QSA_Token* tokenOut);
+    QSA_Token FindToken();
+    void Learn(const TokenView& word, QSA_Token token);
     bool Reach(int32_t bytes);
     void GrowWindow(int32_t capacity);
     void SkipToSlowly(QSA_TextCursor& cursor, char c);
@@ -137,6 +151,9 @@ private:
     int32_t windowBytes = 64 * 1024;
     uint8_t fileMajor = 1;
     uint8_t fileMinor = 0;
+    QSA_Token lastToken = QSA_Token::Unknown;
+    uint32_t guessPlace = 0; ///< by the last two tokens
+    Guess guesses[kGuesses]; ///< a wrong one costs only time
 };
 
 template <class Take>
