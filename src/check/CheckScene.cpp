@@ -57,8 +57,9 @@ void CheckTrack(const char* object, const char* track, const KRE_KeyList<T>& key
     for (const T* key = keys.Head(); key; before = key, key = key->next, ++count) {
         if (key->prev != before)
             faults.Add(object, "%s key %i is not linked to the one before", track, count);
-        if (index && count < index.Count() &&
-            (index.Entries()[count].key != key || index.Entries()[count].time != key->time))
+        const int32_t place = count / index.Step();
+        if (index && count % index.Step() == 0 && place < index.EntryCount() &&
+            (index.Entries()[place].key != key || index.Entries()[place].time != key->time))
             faults.Add(object, "%s key %i is not the one of the index", track, count);
     }
     if (keys.Tail() != before)

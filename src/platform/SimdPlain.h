@@ -426,6 +426,19 @@ inline Ints4 AreBytesEqual(Ints4 a, Ints4 b)
         [&](size_t i) { return static_cast<uint8_t>(x[i] == y[i] ? 0xFF : 0); });
 }
 
+/// The lesser or the greater of each two bytes, taken as unsigned.
+inline Ints4 MinBytes(Ints4 a, Ints4 b)
+{
+    const Bytes16 x = std::bit_cast<Bytes16>(a), y = std::bit_cast<Bytes16>(b);
+    return ForLanes<Ints4, uint8_t, 16>([&](size_t i) { return std::min(x[i], y[i]); });
+}
+
+inline Ints4 MaxBytes(Ints4 a, Ints4 b)
+{
+    const Bytes16 x = std::bit_cast<Bytes16>(a), y = std::bit_cast<Bytes16>(b);
+    return ForLanes<Ints4, uint8_t, 16>([&](size_t i) { return std::max(x[i], y[i]); });
+}
+
 /// The highest bit of each byte; the first byte gives the lowest bit.
 inline uint32_t ByteBits(Ints4 mask)
 {

@@ -300,6 +300,16 @@ inline Ints4 AreBytesEqual(Ints4 a, Ints4 b)
     return {_mm_cmpeq_epi8(a.lanes, b.lanes)};
 }
 
+inline Ints4 MinBytes(Ints4 a, Ints4 b)
+{
+    return {_mm_min_epu8(a.lanes, b.lanes)};
+}
+
+inline Ints4 MaxBytes(Ints4 a, Ints4 b)
+{
+    return {_mm_max_epu8(a.lanes, b.lanes)};
+}
+
 inline uint32_t ByteBits(Ints4 mask)
 {
     return static_cast<uint32_t>(_mm_movemask_epi8(mask.lanes));

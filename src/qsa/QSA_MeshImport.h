@@ -7,6 +7,7 @@
 
 #include "base/NameIndex.h"
 #include "base/SearchTree.h"
+#include "qsa/QSA_LineShape.h"
 #include "qsa/QSA_LoadOptions.h"
 #include "qsa/QSA_MaterialImport.h"
 #include "qsa/QSA_MeshBuilder.h"
@@ -38,6 +39,17 @@ struct QSA_NodeGeometry {
 
 /// The lists of a MESH block that are announced by a count.
 enum QSA_MeshList { kVertexList, kFaceList, kTVertexList, kTFaceList, kMeshLists };
+
+/// Entry `index` of a list that is filled in order: a new one at the end, or one from an earlier
+/// block of the same mesh.
+template <class T>
+T& EntryAt(std::vector<T>& list, int32_t index)
+{
+    const size_t at = static_cast<size_t>(index);
+    if (at == list.size())
+        return list.emplace_back();
+    return list[at];
+}
 
 struct QSA_MeshCounts {
     int32_t number = 0;         ///< announced entries
@@ -84,6 +96,14 @@ private:
     void WarnOfWrappedCorners(const KRE_Mesh* mesh);
     void CheckLists(const KRE_Mesh* mesh);
 
+    // --- lines as exporters write them, read at once; false for others: QSA_MeshImportLines.cpp
+    bool TakeVertexLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
+    bool TakeFaceLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
+    bool LearnFaceLine(QSA_TextCursor& cursor);
+    bool LearnSmoothing(QSA_TextCursor& cursor);
+    bool TakeTVertexLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
+    bool TakeTFaceLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
+
     // --- bone weights: QSA_MeshImportWeights.cpp
     int32_t ParseWeights(KRE_Mesh* mesh);
     int32_t ParseMeshInitTM(KRE_Mesh* mesh);
@@ -109,6 +129,7 @@ private:
 
     SearchTree<QSA_MeshLoadInfo> meshInfos; ///< by node name
     QSA_MeshBuilder builder;
+    QSA_LineShape faceLine;            ///< of the last line with a face
     QSA_NodeGeometry geometry;         ///< of the current node
     QSA_MeshCounts counts[kMeshLists]; ///< of the current MESH block
     bool smoothingCut = false;         ///< a face of the current mesh had too many groups

@@ -106,7 +106,8 @@ void QSA_MeshImport::BuildMesh(KRE_Mesh* mesh)
         hasSkinnedMesh = true;
     }
     mesh->Optimize();
-    mesh->bones.SetSize(mesh->bones.Count());
+    if (mesh->bones.Count() > 0)
+        mesh->bones.SetSize(mesh->bones.Count());
     if (info) {
         info->subMaterialMap = builder.subMaterialMap;
         info->attributeCount = builder.attributeCount;

@@ -21,17 +21,6 @@ constexpr ListRules kListRules[kMeshLists] = {
     {"texture faces", 13, "Too many t-faces", "Wrong face list order!"},         // *MESH_TFACE 0
 };
 
-/// Returns entry `index` of a list that is filled in order: a new one at the end, or one from an
-/// earlier block of the same mesh.
-template <class T>
-T& EntryAt(std::vector<T>& list, int32_t index)
-{
-    const size_t at = static_cast<size_t>(index);
-    if (at == list.size())
-        return list.emplace_back();
-    return list[at];
-}
-
 } // namespace
 
 int32_t QSA_MeshImport::ParseMesh(KRE_Mesh* mesh)
@@ -143,6 +132,10 @@ int32_t QSA_MeshImport::ParseVertexList(const KRE_Mesh* mesh)
 {
     QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
+        if (TakeVertexLine(cursor, expected, mesh)) {
+            ++expected;
+            continue;
+        }
         if (!cursor.TakeKeyword("*MESH_VERTEX")) {
             const QSA_Token token = text.NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
@@ -161,6 +154,10 @@ int32_t QSA_MeshImport::ParseFaceList(const KRE_Mesh* mesh)
 {
     QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
+        if (TakeFaceLine(cursor, expected, mesh)) {
+            ++expected;
+            continue;
+        }
         QSA_Token token = QSA_Token::MeshFace;
         cursor.SkipLineRest();
         if (cursor.TakeKeyword("*MESH_SMOOTHING"))
@@ -238,6 +235,10 @@ int32_t QSA_MeshImport::ParseTVertexList(const KRE_Mesh* mesh)
 {
     QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
+        if (TakeTVertexLine(cursor, expected, mesh)) {
+            ++expected;
+            continue;
+        }
         if (!cursor.TakeKeyword("*MESH_TVERT")) {
             const QSA_Token token = text.NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)
@@ -258,6 +259,10 @@ int32_t QSA_MeshImport::ParseTFaceList(const KRE_Mesh* mesh)
 {
     QSA_TextCursor cursor = text.Cursor();
     for (int32_t expected = 0;;) {
+        if (TakeTFaceLine(cursor, expected, mesh)) {
+            ++expected;
+            continue;
+        }
         if (!cursor.TakeKeyword("*MESH_TFACE")) {
             const QSA_Token token = text.NextToken(cursor);
             if (token == QSA_Token::BlockEnd || token == QSA_Token::EndOfFile)

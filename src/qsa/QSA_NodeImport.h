@@ -51,7 +51,7 @@ private:
     int32_t ParseRotationKeys(KRE_3dObject* object);
     void ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, KRE_3dObject* object,
                           float* highestTime);
-    void AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key);
+    void AddSplitRotKey(KRE_3dObject* object, KRE_RotKeyData& key);
 
     QSA_SceneText& text;  ///< not owned, the current file
     KRE_3dScene& scene;   ///< not owned, the current scene

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "base/LoadInHand.h"
@@ -98,8 +99,7 @@ int32_t QSA_NodeImport::ParsePositionKeys(KRE_3dObject* object)
         if (token != QSA_Token::LinearPosKey && token != QSA_Token::BezierPosKey)
             continue;
         KRE_PosKeyData key;
-        text.ReadFloat(cursor, &key.time);
-        text.ReadVector(cursor, &key.value);
+        text.ReadTimed(cursor, &key.time, &key.value);
         if (token == QSA_Token::BezierPosKey) {
             text.ReadVector(cursor, &key.inTangent);
             text.ReadVector(cursor, &key.outTangent);
@@ -126,8 +126,7 @@ int32_t QSA_NodeImport::ParseScaleKeys(KRE_3dObject* object)
         if (token != QSA_Token::LinearScaleKey && token != QSA_Token::BezierScaleKey)
             continue;
         KRE_ScaleKeyData key;
-        text.ReadFloat(cursor, &key.time);
-        text.ReadVector(cursor, &key.value);
+        text.ReadTimed(cursor, &key.time, &key.value);
         key.value = {std::fabs(key.value.x), std::fabs(key.value.y), std::fabs(key.value.z)};
         key.interpolation = token == QSA_Token::BezierScaleKey ? kKeyBezier : kKeyLinear;
         object->AddScaleKey(key);
@@ -156,15 +155,24 @@ void QSA_NodeImport::ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, K
                                       float* highestTime)
 {
     KRE_RotKeyData key;
-    text.ReadFloat(cursor, &key.time);
+    float values[5]; // time, axis, angle
+    const bool isRow = TakeRow(cursor, values);
+    if (!isRow)
+        text.ReadFloat(cursor, &values[0]);
+    key.time = values[0];
     if (key.time < *highestTime) {
         text.Warning("Skipped wrong order rotation key in file: %s", text.FileName());
         return;
     }
     *highestTime = key.time;
-    text.ReadVector(cursor, &key.axis);
-    key.axis = {-key.axis.x, -key.axis.y, -key.axis.z};
-    text.ReadFloat(cursor, &key.angle);
+    if (!isRow) {
+        D3DXVECTOR3 axis;
+        text.ReadVector(cursor, &axis);
+        std::copy_n(&axis.x, 3, values + 1);
+        text.ReadFloat(cursor, &values[4]);
+    }
+    key.axis = {-values[1], -values[2], -values[3]};
+    key.angle = values[4];
     if (token == QSA_Token::TcbRotKey) {
         key.interpolation = kKeyTcb;
         for (float* value : {&key.tension, &key.continuity, &key.bias, &key.easeIn, &key.easeOut})
@@ -181,7 +189,7 @@ void QSA_NodeImport::ParseRotationKey(QSA_TextCursor& cursor, QSA_Token token, K
 
 /// Interpolation between two keys takes the shorter way round, so a turn of half a circle or more
 /// is split into several keys. Only the last of them eases with the key's own values.
-void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& key)
+void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, KRE_RotKeyData& key)
 {
     const KRE_RotKeyData* last = object->GetLastRotKey();
     if (!last) {
@@ -198,22 +206,19 @@ void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, const KRE_RotKeyData& 
                    object->name.c_str(), static_cast<long long>(keyParts));
 
     const int32_t parts = 1 + static_cast<int32_t>(turns);
-    KRE_RotKeyData part = key;
-    part.angle = key.angle / static_cast<float>(parts);
     const float step = (key.time - last->time) / static_cast<float>(parts);
+    KRE_RotKeyData part;
+    part.interpolation = key.interpolation;
+    part.axis = key.axis;
+    part.angle = key.angle / static_cast<float>(parts);
     part.time = last->time;
-    part.tension = part.continuity = part.bias = part.easeIn = part.easeOut = 0.0f;
-    for (int32_t i = 1; i <= parts; ++i) {
+    for (int32_t i = 1; i < parts; ++i) {
         part.time += step;
-        if (i == parts) {
-            part.tension = key.tension;
-            part.continuity = key.continuity;
-            part.bias = key.bias;
-            part.easeIn = key.easeIn;
-            part.easeOut = key.easeOut;
-        }
         object->AddRotKey(part);
     }
+    key.angle = part.angle;
+    key.time = part.time + step;
+    object->AddRotKey(key);
 }
 
 void QSA_NodeImport::FinishKeys(const QSA_TimeScale& time)

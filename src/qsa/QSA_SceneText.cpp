@@ -11,6 +11,9 @@ namespace {
 /// White space aside, no value or word is longer: the longest has 127 bytes and a terminator.
 constexpr int32_t kTokenReach = 256;
 
+/// From here on a scene is so large that its memory is prepared while it is read.
+constexpr int32_t kLargeText = 256 * 1024;
+
 } // namespace
 
 QSA_SceneText::QSA_SceneText()
@@ -74,7 +77,7 @@ bool QSA_SceneText::Reach(int32_t bytes)
     if (left >= bytes || unread == 0)
         return left > 0;
 
-    if (textStart + position > 0) // more than one window: a large scene
+    if (textStart + position >= kLargeText)
         MakeHeapPages();
     std::memmove(data.get(), data.get() + position, static_cast<size_t>(left));
     textStart += position;
@@ -180,6 +183,10 @@ int32_t QSA_SceneText::ReadFloat(float* valueOut)
 
 int32_t QSA_SceneText::ReadVector(float (&valuesOut)[3])
 {
+    if (QSA_TextCursor cursor = Cursor(); data && TakeRow(cursor, valuesOut)) {
+        MoveTo(cursor);
+        return 0;
+    }
     int32_t result = ReadFloat(&valuesOut[0]);
     for (size_t i = 1; i < 3; ++i) {
         if (PeekBehindSpace() == ',')

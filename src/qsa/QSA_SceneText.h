@@ -6,6 +6,7 @@
 
 #include "base/TextDataFileReader.h"
 #include "qsa/QSA_Keywords.h"
+#include "qsa/QSA_NumberRow.h"
 #include "qsa/QSA_TextCursor.h"
 
 /// The text of a scene file: values, and keywords as tokens. A window moves over the file. The base
@@ -74,6 +75,8 @@ public:
     }
     void ReadVector(QSA_TextCursor& cursor, float (&valuesOut)[3])
     {
+        if (TakeRow(cursor, valuesOut))
+            return;
         ReadFloat(cursor, &valuesOut[0]);
         for (size_t i = 1; i < 3; ++i) {
             if (PeekBehindSpace(cursor) == ',')
@@ -86,6 +89,19 @@ public:
         float values[3];
         ReadVector(cursor, values);
         *vectorOut = {values[0], values[1], values[2]};
+    }
+
+    /// A time and a vector.
+    void ReadTimed(QSA_TextCursor& cursor, float* timeOut, D3DXVECTOR3* vectorOut)
+    {
+        float values[4];
+        if (TakeRow(cursor, values)) {
+            *timeOut = values[0];
+            *vectorOut = {values[1], values[2], values[3]};
+            return;
+        }
+        ReadFloat(cursor, timeOut);
+        ReadVector(cursor, vectorOut);
     }
 
     // --- tokens: QSA_SceneTextTokens.cpp
@@ -105,6 +121,20 @@ public:
     bool FileVersionAtLeast(int32_t major, int32_t minor) const;
 
 private:
+    /// The keyword that came after two tokens the last time, with its star. Exporters write the same
+    /// keywords in the same order for every object, so most are known without being looked up.
+    struct Guess {
+        static constexpr int32_t kMostBytes = 28;
+        char word[kMostBytes] = {};
+        int32_t length = 0; ///< 0: nothing came yet
+        QSA_Token token = QSA_Token::Unknown;
+    };
+    static constexpr uint32_t kGuessBits = 7;
+    static constexpr uint32_t kGuesses = 1 << kGuessBits;
+
+    bool TakeGuessed(QSA_Token* tokenOut);
+    QSA_Token FindToken();
+    void Learn(const TokenView& word, QSA_Token token);
     bool Reach(int32_t bytes);
     void GrowWindow(int32_t capacity);
     void SkipToSlowly(QSA_TextCursor& cursor, char c);
@@ -116,11 +146,14 @@ private:
     int32_t textSize = 0;       ///< bytes of the file
     int32_t textStart = 0;      ///< where in the file the window begins
     int32_t windowCapacity = 0; ///< bytes of text that `data` has room for
-    /// Default size of a window: it fits the processor's cache, so text is read from there and not
-    /// from memory.
-    int32_t windowBytes = 256 * 1024;
+    /// Default size of a window: with what is made of it, it fits the processor's cache, so text is
+    /// read from there and not from memory.
+    int32_t windowBytes = 64 * 1024;
     uint8_t fileMajor = 1;
     uint8_t fileMinor = 0;
+    QSA_Token lastToken = QSA_Token::Unknown;
+    uint32_t guessPlace = 0; ///< by the last two tokens
+    Guess guesses[kGuesses]; ///< a wrong one costs only time
 };
 
 template <class Take>

@@ -33,9 +33,25 @@ void KRE_EffectParams::Load(QSB_InputFile& file)
     LoadFields(file, *this);
 }
 
+/// Whether its record has one length only: no keys and no effect.
+static bool IsPlain(const KRE_MaterialInfo& material)
+{
+    int32_t keys = material.opacityTrack.GetKeyCount();
+    for (const KRE_ColorTrack* track : {&material.diffuseTrack, &material.ambientTrack,
+                                        &material.specularTrack, &material.selfIllumTrack})
+        keys |= track->GetKeyCount();
+    return keys == 0 && material.effectParams.name.IsEmpty();
+}
+
 void KRE_MaterialInfo::Save(File& file) const
 {
-    SaveFields(file, *this);
+    if (!IsPlain(*this)) {
+        SaveFields(file, *this);
+        return;
+    }
+    QSB_RecordBytes record;
+    Fields(record, *this);
+    record.WriteTo(file);
 }
 
 void KRE_MaterialInfo::Load(QSB_InputFile& file)

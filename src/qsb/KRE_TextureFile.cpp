@@ -1,5 +1,7 @@
 // Textures of materials in QSB files.
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "gfx/KRE_Gfx.h"
@@ -61,8 +63,26 @@ void KRE_TextMatrixAni::Load(QSB_InputFile& file)
     LoadFields(file, *this);
 }
 
+/// A texture that names no picture, as most do in scenes of one colour for each material.
+static bool IsBare(const KRE_Texture& texture)
+{
+    return !texture.matrixAni &&
+           std::all_of(std::begin(texture.slotNames), std::end(texture.slotNames),
+                       [](const String& name) { return name.IsEmpty(); });
+}
+
 void KRE_Texture::Save(File& file) const
 {
+    if (IsBare(*this)) {
+        QSB_RecordBytes record;
+        Fields(record, *this);
+        for (int32_t slot = 0; slot < kSlots; ++slot) {
+            StillAnimation().AddTo(record);
+            SlotFields(record, slotNames[slot], slots[slot]);
+        }
+        record.WriteTo(file);
+        return;
+    }
     QSB_SaveArchive archive(file);
     Fields(archive, *this);
     const QSB_RecordBytes& still = StillAnimation();

@@ -94,7 +94,7 @@ public:
 
 private:
     template <size_t kBytes, class T>
-    void Transfer(T& value)
+    [[gnu::always_inline]] void Transfer(T& value)
     {
         static_assert(std::is_trivially_copyable_v<T> && sizeof(T) == kBytes);
         static_cast<Archive*>(this)->Bytes(&value, kBytes);
@@ -179,22 +179,40 @@ protected:
     File& file;
 };
 
-/// Collects the bytes of a short record without texts or track keys as `QSB_SaveArchive` would write
-/// them, so that the file takes them at once.
+/// Collects the bytes of a short record without track keys, whose texts are empty, as
+/// `QSB_SaveArchive` would write them, so that the file takes them at once.
 class QSB_RecordBytes : public QSB_PlainValues<QSB_RecordBytes> {
 public:
     static constexpr bool kLoads = false;
 
-    void Bytes(const void* added, size_t count)
+    /// Inlined, so that the compiler knows the place of each field.
+    [[gnu::always_inline]] void Bytes(const void* added, size_t count)
     {
         assert(count <= sizeof bytes - size);
         std::memcpy(bytes + size, added, count);
         size += count;
     }
+    bool Has(QSB_Version) const { return true; }
+    void Text(const char*, [[maybe_unused]] const String& text)
+    {
+        assert(text.IsEmpty());
+        const int32_t length = 0;
+        Bytes(&length, sizeof length);
+    }
+    template <class Part>
+    void Record(const Part& part)
+    {
+        Fields(*this, part);
+    }
     template <class Part>
     void Track(const char*, const Part& track)
     {
         Fields(*this, track);
+    }
+    bool IsGiven(const uint8_t& isGiven)
+    {
+        Bytes(&isGiven, 1);
+        return isGiven != 0;
     }
     template <class Key>
     void TrackKeys([[maybe_unused]] const KRE_ArrayTrack<Key>& track, int32_t count, int32_t)
@@ -202,9 +220,10 @@ public:
         assert(count == 0);
     }
     void WriteTo(File& file) const { file.Write(bytes, static_cast<int32_t>(size)); }
+    void AddTo(QSB_RecordBytes& other) const { other.Bytes(bytes, size); }
 
 private:
-    uint8_t bytes[128];
+    uint8_t bytes[512];
     size_t size = 0;
 };
 

@@ -31,8 +31,9 @@ void Fields(Archive& archive, Stored<Archive, KRE_ScaleKeyData>& key)
     VectorKeyFields(archive, key);
 }
 
+/// Inlined: scenes hold millions of them.
 template <class Archive>
-void Fields(Archive& archive, Stored<Archive, KRE_RotKeyData>& key)
+[[gnu::always_inline]] inline void Fields(Archive& archive, Stored<Archive, KRE_RotKeyData>& key)
 {
     archive.Real("time", key.time);
     archive.Whole("interpolation", key.interpolation);

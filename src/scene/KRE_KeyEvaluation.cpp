@@ -22,9 +22,8 @@ static Segment<T> SegmentAt(const KRE_KeyList<T>& keys, const KRE_KeyIndex<T>& i
         const T* key = keys.FindKey(time);
         return {key, key->next};
     }
-    const KRE_KeyIndexEntry<T>* entries = index.Entries();
-    const int32_t place = FindEntry(time, entries, index.Count());
-    return {entries[place].key, place + 1 < index.Count() ? entries[place + 1].key : nullptr};
+    const KRE_KeyPair<T> found = index.Find(time);
+    return {found.key, found.next};
 }
 
 template <class T>

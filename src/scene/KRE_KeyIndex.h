@@ -34,9 +34,17 @@ T* FindKey(float time, const KRE_KeyIndexEntry<T>* index, int32_t count, int32_t
     return index[FindEntry(time, index, count, low)].key;
 }
 
-/// The keys of a list as a flat array, so that finding one takes no walk. Holds pointers into the
-/// list and becomes invalid when a key is added or removed. A copy is empty, because its list has
-/// other keys.
+/// A key and the one after it, which is null after the last key.
+template <class T>
+struct KRE_KeyPair {
+    T* key;
+    T* next;
+};
+
+/// The keys of a list as a flat array, so that finding one takes no walk. Of a long list in order of
+/// time it has every 16th key, and finding one takes a walk of at most 15: a scene may hold millions
+/// of keys and look at few of them. Holds pointers into the list and becomes invalid when a key is
+/// added or removed. A copy is empty, because its list has other keys.
 template <class T>
 class KRE_KeyIndex {
 public:
@@ -58,11 +66,21 @@ public:
     void Free() { *this = KRE_KeyIndex(); }
     explicit operator bool() const { return static_cast<bool>(entries); }
     const KRE_KeyIndexEntry<T>* Entries() const { return entries.Get(); }
-    int32_t Count() const { return count; }
+    int32_t Count() const { return count; } ///< of keys
+    /// Keys from one entry to the next: 1 for a list of fewer than `kLongList`.
+    int32_t Step() const { return step; }
+    int32_t EntryCount() const { return (count + step - 1) / step; }
+    /// The last key that is not after `time`, or the first one. Not for an empty index.
+    KRE_KeyPair<T> Find(float time) const;
+
+    static constexpr int32_t kLongList = 64;
 
 private:
+    static constexpr int32_t kLongStep = 16;
+
     HeapArray<KRE_KeyIndexEntry<T>> entries; ///< owned
-    int32_t count = 0;
+    int32_t count = 0;                       ///< of keys
+    int32_t step = 1;                        ///< keys from one entry to the next
 };
 
 template <class T>
@@ -71,15 +89,35 @@ bool KRE_KeyIndex<T>::Build(const KRE_KeyList<T>& keys, int32_t expectedCount)
     Free();
     // Counted first: the expected number may come from a file and must not size an allocation.
     int64_t visited = 0;
-    for (const T* key = keys.Head(); key; key = key->next)
+    bool isInOrder = true; // NaN is not
+    for (const T* key = keys.Head(); key; key = key->next) {
+        isInOrder = isInOrder && key->time >= (key->prev ? key->prev->time : key->time);
         ++visited;
+    }
     if (visited != expectedCount)
         return false;
     if (expectedCount == 0)
         return true;
 
-    entries = HeapArray<KRE_KeyIndexEntry<T>>(expectedCount);
-    for (T* key = keys.Head(); key; key = key->next)
-        entries[count++] = {key, key->time};
+    step = isInOrder && expectedCount >= kLongList ? kLongStep : 1;
+    entries = HeapArray<KRE_KeyIndexEntry<T>>((expectedCount - 1) / step + 1);
+    count = expectedCount;
+    int32_t place = 0;
+    for (T* key = keys.Head(); key; key = key->next, ++place) {
+        if (place % step == 0)
+            entries[place / step] = {key, key->time};
+    }
     return true;
+}
+
+template <class T>
+KRE_KeyPair<T> KRE_KeyIndex<T>::Find(float time) const
+{
+    const int32_t place = FindEntry(time, entries.Get(), EntryCount());
+    T* key = entries[place].key;
+    if (step == 1)
+        return {key, place + 1 < count ? entries[place + 1].key : nullptr};
+    while (key->next && !(key->next->time > time))
+        key = key->next;
+    return {key, key->next};
 }

@@ -19,6 +19,7 @@ public:
           head(std::exchange(other.head, nullptr)),
           tail(other.tail),
           latest(other.latest),
+          isLatestKnown(other.isLatestKnown),
           laterKeys(std::move(other.laterKeys))
     {}
     KRE_KeyList& operator=(KRE_KeyList&& other) noexcept
@@ -27,6 +28,7 @@ public:
         std::swap(head, other.head);
         std::swap(tail, other.tail);
         std::swap(latest, other.latest);
+        std::swap(isLatestKnown, other.isLatestKnown);
         std::swap(laterKeys, other.laterKeys);
         return *this;
     }
@@ -57,7 +59,11 @@ public:
     /// to start from and the last. Returns the number of keys removed.
     int32_t Trim(float from, float to);
     /// Call it after changing times in place, before the next `Insert`.
-    void TimesChanged();
+    void TimesChanged()
+    {
+        laterKeys.reset();
+        isLatestKnown = false;
+    }
 
 private:
     void CopyFrom(const KRE_KeyList& other);
@@ -65,11 +71,13 @@ private:
     void Unlink(T* key);
     T* FirstLaterKey(float time);
     void NoteTime(T* key);
+    void FindLatest();
 
     KRE_KeyMemory<T> memory; ///< of all keys, also of those that were removed
     T* head = nullptr;
     T* tail = nullptr; ///< valid while there is a head
-    float latest = 0;  ///< highest time in the list, valid while there is a head
+    float latest = 0;  ///< highest time in the list, valid while there is a head and it is known
+    bool isLatestKnown = true;
     /// The keys that are later than all keys before them, by time: the first key after a time is
     /// always one of these. Created by the first key that is added out of order.
     std::unique_ptr<std::map<float, T*>> laterKeys;
@@ -80,6 +88,8 @@ T* KRE_KeyList<T>::Insert(const T& key)
 {
     if (head && head->time > key.time)
         return nullptr;
+    if (!isLatestKnown)
+        FindLatest();
     if (!head || !(latest > key.time))
         return Append(key);
     T* added = Link(FirstLaterKey(key.time), key);
@@ -90,6 +100,8 @@ T* KRE_KeyList<T>::Insert(const T& key)
 template <class T>
 T* KRE_KeyList<T>::Append(const T& key)
 {
+    if (!isLatestKnown)
+        FindLatest();
     if (!head)
         latest = key.time;
     T* added = Link(nullptr, key);
@@ -183,10 +195,11 @@ int32_t KRE_KeyList<T>::Trim(float from, float to)
     return removed;
 }
 
+/// Only once a key is added: most lists are complete when their times change.
 template <class T>
-void KRE_KeyList<T>::TimesChanged()
+void KRE_KeyList<T>::FindLatest()
 {
-    laterKeys.reset();
+    isLatestKnown = true;
     latest = head ? head->time : 0;
     for (T* key = head; key; key = key->next) {
         if (key->time > latest || latest != latest)

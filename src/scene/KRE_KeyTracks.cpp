@@ -29,21 +29,24 @@ KRE_KeyTracks& KRE_KeyTracks::operator=(const KRE_KeyTracks& other)
 
 void KRE_KeyTracks::AddPosKey(const KRE_PosKeyData& key)
 {
-    posIndex.Free();
+    if (posIndex)
+        posIndex.Free();
     posKeys.Insert(key);
     ++posKeyCount;
 }
 
 void KRE_KeyTracks::AddScaleKey(const KRE_ScaleKeyData& key)
 {
-    scaleIndex.Free();
+    if (scaleIndex)
+        scaleIndex.Free();
     scaleKeys.Insert(key);
     ++scaleKeyCount;
 }
 
 void KRE_KeyTracks::AddRotKey(const KRE_RotKeyData& key)
 {
-    rotIndex.Free();
+    if (rotIndex)
+        rotIndex.Free();
     if (KRE_RotKeyData* added = rotKeys.Insert(key))
         AccumulateRotation(*added);
     ++rotKeyCount;

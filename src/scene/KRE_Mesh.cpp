@@ -14,7 +14,9 @@ KRE_Mesh::KRE_Mesh()
 void KRE_Mesh::AllocateBoneObjects()
 {
     boneObjectCount = bones.Count();
-    boneObjects = HeapArray<KRE_3dObject*>(boneObjectCount);
+    boneObjects.Free();
+    if (boneObjectCount > 0)
+        boneObjects = HeapArray<KRE_3dObject*>(boneObjectCount);
 }
 
 D3DXMATRIX KRE_Mesh::PaletteMatrix(int32_t i, const D3DXMATRIX& extraTM) const

@@ -230,6 +230,8 @@ TEST(Simd, BothFormsCalculateWithHalvesAndBytesAlike)
         HoldInts("halves right", [bits](auto a, auto) { return ShiftHalvesRight(a, bits); });
     }
     HoldInts("equal bytes", [](auto a, auto b) { return AreBytesEqual(a, b); });
+    HoldInts("lesser bytes", [](auto a, auto b) { return MinBytes(a, b); });
+    HoldInts("greater bytes", [](auto a, auto b) { return MaxBytes(a, b); });
     HoldInts("byte bits", [](auto a, auto) { return ByteBits(a); });
 }
 
@@ -302,6 +304,9 @@ TEST(Simd, LanesKeepTheirOrder)
     EXPECT_EQ(LaneBits(simd::MakeInts(-1, 0, 0, -1)), 9);
     EXPECT_EQ(ByteBits(AreBytesEqual(simd::LoadInts("...*...........*"), simd::SplatByte('*'))),
               0x8008u);
+    const simd::Ints4 bytes = simd::LoadInts(" \x7F\x80z            ");
+    EXPECT_EQ(ByteBits(AreBytesEqual(MinBytes(bytes, simd::SplatByte('z')), bytes)), 0xFFF9u);
+    EXPECT_EQ(ByteBits(AreBytesEqual(MaxBytes(bytes, simd::SplatByte('z')), bytes)), 0x000Eu);
     EXPECT_EQ(Lanes(ToFloats(FirstTwo(simd::MakeFloats(1, 2, 3, 4)),
                              LastTwo(simd::MakeFloats(1, 2, 3, 4)))),
               (FloatArray{1, 2, 3, 4}));

@@ -1,3 +1,6 @@
+#include <bit>
+#include <random>
+
 #include "tests/qsa/QSATesting.h"
 
 namespace {
@@ -307,5 +310,145 @@ TEST_F(QSA_MeshImportListsTest, NumberStylesOfExportersGiveTheSameMesh)
         const MeshContents contents = ReadMesh(Mesh(0));
         for (size_t i = 0; i < 3; ++i)
             EXPECT_EQ(contents.Corner(0, i).position.x, expected.Corner(0, i).position.x) << number;
+    }
+}
+
+namespace {
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to)
+{
+    for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+/// The text as the loops over single numbers read it: no line begins as exporters write it.
+std::string NotInLines(std::string text)
+{
+    for (const char* keyword : {"VERTEX", "TVERT", "TFACE"})
+        text = Replaced(text, std::string("*MESH_") + keyword, std::string("*mesh_") + keyword);
+    return Replaced(text, "*MESH_SMOOTHING", "*mesh_smoothing");
+}
+
+const char* const kThreeLines =
+    "*MESH_NUMVERTEX 4\n*MESH_VERTEX_LIST {\n"
+    "\t*MESH_VERTEX    0\t-1.500000\t0.250000\t10.000000\n"
+    "\t*MESH_VERTEX    1\t2.000000\t0.250000\t10.000000\n"
+    "\t*MESH_VERTEX    2\t2.000000\t-0.750000\t11.000000\n}\n"
+    "*MESH_NUMFACES 4\n*MESH_FACE_LIST {\n"
+    "\t*MESH_FACE    0:    A:    0 B:    1 C:    2 AB:    1 BC:    1 CA:    0\t *MESH_SMOOTHING 1 "
+    "\t*MESH_MTLID 0\n"
+    "\t*MESH_FACE    1:    A:    1 B:    0 C:    2 AB:    0 BC:    1 CA:    0\t *MESH_SMOOTHING 2 "
+    "\t*MESH_MTLID 3\n"
+    "\t*MESH_FACE    2:    A:    2 B:    1 C:    0 AB:    0 BC:    1 CA:    0\t *MESH_SMOOTHING "
+    "1,2 \t*MESH_MTLID 1\n}\n"
+    "*MESH_NUMTVERTEX 3\n*MESH_TVERTLIST {\n"
+    "\t*MESH_TVERT 0\t0.000000\t0.500000\t0.000000\n"
+    "\t*MESH_TVERT 1\t1.000000\t0.250000\t0.000000\n"
+    "\t*MESH_TVERT 2\t0.125000\t1.000000\t0.000000\n}\n"
+    "*MESH_NUMTVFACES 4\n*MESH_TFACELIST {\n"
+    "\t*MESH_TFACE 0\t0\t1\t2\n\t*MESH_TFACE 1\t2\t1\t0\n\t*MESH_TFACE 2\t1\t1\t1\n}\n";
+
+/// Loads a mesh and tells everything that its lists decide.
+class QSA_MeshImportLinesTest : public QSALoaderTest {
+protected:
+    std::string Outcome(const std::string& lists)
+    {
+        scene.Reset();
+        loader.Warning("Outcome %i", ++outcomes); // what follows repeats nothing
+        const size_t before = AllWarnings().size();
+        std::string outcome = LoadError(MaterialList({kTwoParts}) +
+                                        MeshOf(lists + "} *MATERIAL_REF 0 *X {") + kPlenty);
+        if (scene.meshes.Count() == 1 && Mesh(0).mesh) {
+            const MeshContents contents = ReadMesh(Mesh(0));
+            for (const MeshContents::Vertex& v : contents.vertices) {
+                for (const float value : {v.position.x, v.position.y, v.position.z, v.normal.x,
+                                          v.normal.y, v.normal.z, v.u, v.v})
+                    outcome += ' ' + std::to_string(std::bit_cast<uint32_t>(value));
+            }
+            for (const auto& face : contents.faces)
+                outcome += '\n' + std::to_string(face[0]) + ' ' + std::to_string(face[1]) + ' ' +
+                           std::to_string(face[2]);
+            for (const DWORD attribute : contents.attributes)
+                outcome += '/' + std::to_string(attribute);
+        }
+        const std::vector<std::string> warnings = AllWarnings();
+        for (size_t i = before; i < warnings.size(); ++i)
+            outcome += '\n' + warnings[i];
+        return outcome;
+    }
+
+private:
+    int outcomes = 0;
+};
+
+} // namespace
+
+TEST_F(QSA_MeshImportLinesTest, LinesReadAtOnceGiveWhatTheirNumbersGive)
+{
+    const std::string expected = Outcome(NotInLines(kThreeLines));
+    EXPECT_THAT(expected, testing::HasSubstr("/1"));
+    EXPECT_EQ(Outcome(kThreeLines), expected);
+    EXPECT_EQ(Outcome(Replaced(kThreeLines, "\n", "\r\n")), expected);
+    EXPECT_EQ(Outcome(Replaced(kThreeLines, "\t", "  ")), expected);
+}
+
+TEST_F(QSA_MeshImportLinesTest, OddLinesAreReadNumberByNumber)
+{
+    const struct {
+        const char* from;
+        const char* to;
+    } cases[] = {
+        {"-1.500000", "-1.5e0"},
+        {"-1.500000", "-1.50000000000"},
+        {"0.250000\t", "0.25,\t"},
+        {"10.000000", "+10.0"},
+        {"10.000000", "1e400"},
+        {"10.000000", "0x10"},
+        {"10.000000", "nan"},
+        {"10.000000", "10.0 12"},
+        {"\t2.000000", " 2"},
+        {"   1:", "  -1:"},
+        {"B:    1", "B: 100000"},
+        {"B:    1", "B:"},
+        {"SMOOTHING 2 ", "SMOOTHING "},
+        {"SMOOTHING 2 ", "SMOOTHING 2,3,4,5,6,7,8,9,10 "},
+        {"SMOOTHING 2 ", "SMOOTHING -1 "},
+        {"MTLID 3", "MTLID -3"},
+        {"MTLID 3", "MTLID"},
+        {"MTLID 3", "MTLID 99999999999"},
+        {"CA:    0\t", "CA: { 7 } "},
+        {"CA:    0\t", "\"*CA\" "},
+        {"\t2\t1\t0\n", "\t2\t1\n"},
+        {"\t2\t1\t0\n", "\t2\t1\t0\t5\n"},
+        {"*MESH_TFACE 1", "*X 1"},
+    };
+    for (const auto& c : cases) {
+        const std::string text = Replaced(kThreeLines, c.from, c.to);
+        ASSERT_NE(text, kThreeLines) << c.from;
+        EXPECT_EQ(Outcome(text), Outcome(NotInLines(text))) << c.from << " -> " << c.to;
+    }
+}
+
+TEST_F(QSA_MeshImportLinesTest, AnyByteAnywhereGivesWhatNumbersReadOneByOneGive)
+{
+    const std::string bytes("\0 \t\r\n09-+.,{}*\"AaE:\x80", 20);
+    std::mt19937 random(6);
+    for (int i = 0; i < 300; ++i) {
+        std::string text = kThreeLines;
+        const size_t place = text.find("\t*MESH_VERTEX") + random() % (text.size() - 60);
+        const char byte = bytes[random() % bytes.size()];
+        switch (random() % 3) {
+        case 0:
+            text[place] = byte;
+            break;
+        case 1:
+            text.insert(place, 1, byte);
+            break;
+        default:
+            text.erase(place, 1 + random() % 12);
+            break;
+        }
+        ASSERT_EQ(Outcome(text), Outcome(NotInLines(text))) << text;
     }
 }

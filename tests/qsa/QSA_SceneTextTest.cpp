@@ -435,3 +435,43 @@ TEST_F(QSA_SceneTextTest, ColorIsOpaqueAndLinesOfCommasAreVectors)
     reader.ReadVector(&vector);
     EXPECT_EQ(vector, D3DXVECTOR3(4.0f, 5.0f, 6.0f));
 }
+
+TEST_F(QSA_SceneTextTest, KeywordsThatCameBeforeAreFoundAsIfTheyNeverHad)
+{
+    const char* const words[] = {"*TM_ROW0",
+                                 "*TM_ROW1",
+                                 "*TM_ROW1X",
+                                 "*TM_ROW",
+                                 "*tm_row1",
+                                 "*MESH",
+                                 "*MESH_X",
+                                 "*MESH_NUMVERTEX",
+                                 "*NODE_NAME",
+                                 "*",
+                                 "*UNKNOWN_KEYWORD_OF_MANY_LETTERS",
+                                 "}",
+                                 "{ *TM_ROW1 }",
+                                 "1.5",
+                                 "\"*TM_ROW0\"",
+                                 "{"};
+    const char* const gaps[] = {" ", "\n\t", "", ",", "{}", "\"\"", "\r\n", "\x80"};
+    std::mt19937 random(8);
+    for (int round = 0; round < 60; ++round) {
+        std::string text;
+        // The same few words again and again, so that guesses are made, and then others.
+        for (int i = 0; i < 60; ++i)
+            text += std::string(words[random() % (i % 20 < 15 ? 3 : std::size(words))]) +
+                    gaps[random() % (i % 20 < 15 ? 2 : std::size(gaps))];
+        directory.Write("text", text);
+        QSA_SceneText used;
+        used.Open("text");
+        for (QSA_Token token = QSA_Token::Unknown; token != QSA_Token::EndOfFile;) {
+            QSA_SceneText fresh;
+            directory.Write("rest.qsa", text.substr(static_cast<size_t>(used.TextPosition())));
+            fresh.Open("rest.qsa");
+            token = used.NextToken();
+            ASSERT_EQ(token, fresh.NextToken()) << text;
+            ASSERT_EQ(used.BytesLeft(), fresh.BytesLeft()) << text;
+        }
+    }
+}

@@ -1,5 +1,6 @@
 #include "scene/KRE_KeyIndex.h"
 
+#include <limits>
 #include <random>
 
 #include "tests/scene/SceneTesting.h"
@@ -105,5 +106,45 @@ TEST(FindKey, AgreesWithTheWalkOnRandomLists)
         ASSERT_TRUE(index.Build(keys, count));
         for (float t = -1; t < time + 1; t += 0.25f)
             ASSERT_EQ(FindKey(t, index.Entries(), index.Count()), keys.FindKey(t)) << t;
+    }
+}
+
+TEST(KRE_KeyIndex, LongListInOrderHasFewEntriesAndFindsEveryKey)
+{
+    std::mt19937 random(4);
+    for (const int32_t count : {63, 64, 65, 79, 80, 81, 400}) {
+        PosKeys keys;
+        float time = 0;
+        for (int32_t i = 0; i < count; ++i) {
+            keys.Insert(PosKey(time, static_cast<float>(i)));
+            time += static_cast<float>(random() % 3);
+        }
+        PosIndex index;
+        ASSERT_TRUE(index.Build(keys, count));
+        EXPECT_EQ(index.Count(), count);
+        EXPECT_EQ(index.EntryCount(), count < 64 ? count : (count + 15) / 16) << count;
+        for (float t = -1; t < time + 1; t += 0.5f) {
+            const auto found = index.Find(t);
+            ASSERT_EQ(found.key, keys.FindKey(t)) << t << " of " << count;
+            ASSERT_EQ(found.next, found.key->next) << t << " of " << count;
+        }
+    }
+}
+
+TEST(KRE_KeyIndex, LongListOutOfOrderHasAllEntries)
+{
+    for (const float odd : {-5.0f, std::numeric_limits<float>::quiet_NaN()}) {
+        PosKeys keys;
+        for (int32_t i = 0; i < 100; ++i)
+            keys.Append(PosKey(i == 50 ? odd : static_cast<float>(i), 0));
+        PosIndex index;
+        ASSERT_TRUE(index.Build(keys, 100));
+        EXPECT_EQ(index.EntryCount(), 100);
+        // Which key is found depends on the places that the bisection looks at.
+        for (float t = 0; t < 100; t += 0.5f) {
+            const KRE_PosKeyData* const key = FindKey(t, index.Entries(), 100);
+            EXPECT_EQ(index.Find(t).key, key) << t;
+            EXPECT_EQ(index.Find(t).next, key->next) << t;
+        }
     }
 }

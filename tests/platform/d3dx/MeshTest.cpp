@@ -312,6 +312,35 @@ TEST_F(Mesh, SortWorksOnWideIndices)
     EXPECT_EQ(Table(), (Lines{"0: 0+1, 3+3", "1: 1+1, 70000+30000"}));
 }
 
+TEST_F(Mesh, SortTakesFewAttributesAndAnyNumberOfThem)
+{
+    static const struct {
+        std::vector<DWORD> attributes, order, table;
+    } cases[] = {
+        {{255, 0, 254, 0}, {1, 3, 2, 0}, {0, 254, 255}},
+        {{256, 0, 255, 0}, {1, 3, 2, 0}, {0, 255, 256}},
+        {{70000, 4, 0xFFFFFFFF, 4}, {1, 3, 0, 2}, {4, 70000, 0xFFFFFFFF}},
+    };
+    for (const auto& c : cases) {
+        ASSERT_EQ(Create(4, 3, D3DXMESH_SYSTEMMEM), D3D_OK);
+        DWORD* attributes = nullptr;
+        ASSERT_EQ(mesh->LockAttributeBuffer(0, &attributes), D3D_OK);
+        std::copy(c.attributes.begin(), c.attributes.end(), attributes);
+        ASSERT_EQ(mesh->UnlockAttributeBuffer(), D3D_OK);
+        std::vector<DWORD> order(4);
+        ASSERT_EQ(Sort(order.data()), D3D_OK);
+        EXPECT_EQ(order, c.order) << c.attributes[0];
+        DWORD count = 0;
+        ASSERT_EQ(mesh->GetAttributeTable(nullptr, &count), D3D_OK);
+        std::vector<D3DXATTRIBUTERANGE> ranges(count);
+        ASSERT_EQ(mesh->GetAttributeTable(ranges.data(), &count), D3D_OK);
+        std::vector<DWORD> table;
+        for (const D3DXATTRIBUTERANGE& range : ranges)
+            table.push_back(range.AttribId);
+        EXPECT_EQ(table, c.table) << c.attributes[0];
+    }
+}
+
 TEST_F(Mesh, SortLeavesVerticesWhereTheyAre)
 {
     CreateFilled();

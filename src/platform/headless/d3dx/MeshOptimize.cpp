@@ -30,6 +30,42 @@ void TakeVertices(D3DXATTRIBUTERANGE& range, const Index* face)
     range.VertexCount = static_cast<DWORD>(std::min<uint64_t>(end - start, 0xFFFFFFFF));
 }
 
+template <typename Index>
+struct FaceOf {
+    Index corners[3];
+};
+
+template <typename Index>
+void TakeFaces(const void* faces, const DWORD* order, DWORD count, void* facesOut)
+{
+    const auto* from = static_cast<const FaceOf<Index>*>(faces);
+    auto* to = static_cast<FaceOf<Index>*>(facesOut);
+    for (DWORD face = 0; face < count; ++face)
+        to[face] = from[order[face]];
+}
+
+/// Gives the faces in order of their attributes, those of one attribute in the order that they have.
+/// Meshes have few attributes, so these are counted.
+void OrderFaces(const DWORD* attributes, DWORD count, DWORD* orderOut)
+{
+    constexpr DWORD kCounted = 256;
+    DWORD places[kCounted] = {};
+    DWORD highest = 0;
+    for (DWORD face = 0; face < count; ++face) {
+        highest = std::max(highest, attributes[face]);
+        ++places[attributes[face] % kCounted];
+    }
+    if (highest >= kCounted) {
+        std::iota(orderOut, orderOut + count, 0u);
+        std::stable_sort(orderOut, orderOut + count,
+                         [&](DWORD a, DWORD b) { return attributes[a] < attributes[b]; });
+        return;
+    }
+    std::exclusive_scan(places, places + highest + 1, places, 0u);
+    for (DWORD face = 0; face < count; ++face)
+        orderOut[places[attributes[face]]++] = face;
+}
+
 } // namespace
 
 HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD* adjacencyOut,
@@ -46,9 +82,7 @@ HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD
     const std::unique_ptr<DWORD[]> order(new (std::nothrow) DWORD[faceCount]);
     if (!order)
         return E_OUTOFMEMORY;
-    std::iota(order.get(), order.get() + faceCount, 0u);
-    std::stable_sort(order.get(), order.get() + faceCount,
-                     [&](DWORD a, DWORD b) { return attributes[a] < attributes[b]; });
+    OrderFaces(attributes.get(), faceCount, order.get());
     if (const HRESULT result = SortFaces(order.get()); FAILED(result))
         return result;
     if (faceRemapOut != nullptr)
@@ -60,7 +94,8 @@ HRESULT HeadlessMesh::OptimizeInplace(DWORD flags, const DWORD* adjacency, DWORD
 /// reordered together.
 HRESULT HeadlessMesh::SortFaces(const DWORD* order)
 {
-    const size_t faceBytes = (options & D3DXMESH_32BIT) != 0 ? 12 : 6;
+    const bool isWide = (options & D3DXMESH_32BIT) != 0;
+    const size_t faceBytes = isWide ? sizeof(FaceOf<DWORD>) : sizeof(FaceOf<WORD>);
     const std::unique_ptr<uint8_t[]> sorted(new (std::nothrow) uint8_t[faceBytes * faceCount]);
     std::unique_ptr<DWORD[]> sortedAttributes(new (std::nothrow) DWORD[faceCount]);
     if (!sorted || !sortedAttributes)
@@ -69,11 +104,12 @@ HRESULT HeadlessMesh::SortFaces(const DWORD* order)
     if (const HRESULT result = indexBuffer->Lock(0, 0, &indices, 0); FAILED(result))
         return result;
 
-    const auto* faces = static_cast<const uint8_t*>(indices);
-    for (DWORD face = 0; face < faceCount; ++face) {
-        std::memcpy(&sorted[face * faceBytes], faces + order[face] * faceBytes, faceBytes);
+    if (isWide)
+        TakeFaces<DWORD>(indices, order, faceCount, sorted.get());
+    else
+        TakeFaces<WORD>(indices, order, faceCount, sorted.get());
+    for (DWORD face = 0; face < faceCount; ++face)
         sortedAttributes[face] = attributes[order[face]];
-    }
     std::memcpy(indices, sorted.get(), faceBytes * faceCount);
     // In place: the caller may hold a lock on the attributes.
     std::copy(sortedAttributes.get(), sortedAttributes.get() + faceCount, attributes.get());
