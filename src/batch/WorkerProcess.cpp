@@ -24,8 +24,14 @@ namespace {
 constexpr int kWorkerSocket = 3; // numbers in the worker
 constexpr int kWorkerHeld = 4;
 constexpr int kOtherNumbers = 10; // from here on nothing is in the way of them
-constexpr int kMostWaits = 2000;
-constexpr useconds_t kWaitMicroseconds = 1000;
+constexpr int kMostEndWaits = 2000;
+constexpr useconds_t kEndWaitMicroseconds = 1000;
+
+/// About so many on its way to the worker.
+size_t BytesOf(const SceneJob& job)
+{
+    return job.path.size() + job.target.size() + job.frame.size() + 32;
+}
 
 /// Removes what a process that was ended has left of files that it was writing.
 void RemoveTemporaryFiles(const std::string& path, pid_t process)
@@ -106,10 +112,10 @@ WorkerProcess::~WorkerProcess()
         return;
     }
     socket.Close(); // it ends when there are no more jobs
-    for (int i = 0; i < kMostWaits; ++i) {
+    for (int i = 0; i < kMostEndWaits; ++i) {
         if (waitpid(process, nullptr, WNOHANG) != 0)
             return;
-        usleep(kWaitMicroseconds);
+        usleep(kEndWaitMicroseconds);
     }
     kill(process, SIGKILL); // it was stopped, or hangs
     waitpid(process, nullptr, 0);
@@ -130,6 +136,7 @@ void WorkerProcess::StartNext(NumberedJob given)
     given.job.ticket = ++lastTicket;
     ticket.Put(lastTicket);
     SendWire(socket.Get(), EncodeJob(given.job)); // if it is gone, the end of its socket follows
+    aheadBytes += BytesOf(given.job);
     ahead.push_back(std::move(given));
 }
 
@@ -149,6 +156,7 @@ void WorkerProcess::EndJob(double now)
         return;
     inHand = std::move(ahead.front());
     ahead.pop_front();
+    aheadBytes = ahead.empty() ? 0 : aheadBytes - BytesOf(inHand.job);
     startedAt = now;
     isEndOfOther = end != WorkerEnd::kItself;
 }
@@ -211,5 +219,6 @@ std::vector<NumberedJob> WorkerProcess::TakeUntried()
     }
     std::move(ahead.begin(), ahead.end(), std::back_inserter(untried));
     ahead.clear();
+    aheadBytes = 0;
     return untried;
 }

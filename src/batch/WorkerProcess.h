@@ -23,6 +23,9 @@ struct NumberedJob {
 
 /// Jobs that a worker may have besides the one in hand.
 inline constexpr size_t kMostAhead = 32;
+/// Bytes of these on their way. They must fit into the socket: a supervisor that waits for a worker to read
+/// them could not read a long result that the worker waits to hand over.
+inline constexpr size_t kMostAheadBytes = 32768;
 
 /// A worker as the supervisor sees it. Its process ends with this object.
 class WorkerProcess {
@@ -40,7 +43,10 @@ public:
     /// Gives it a job; `isBusy` from then on.
     bool Start(NumberedJob given, double now);
     /// Whether it can be given another job while it has one in hand.
-    bool MayGetNext() const { return isBusy && takesNext && ahead.size() < kMostAhead; }
+    bool MayGetNext() const
+    {
+        return isBusy && takesNext && ahead.size() < kMostAhead && aheadBytes < kMostAheadBytes;
+    }
     /// Gives it another job, which it begins when those before are done.
     void StartNext(NumberedJob given);
     /// Jobs that it has besides the one in hand.
@@ -77,6 +83,7 @@ private:
     JobTicket ticket;
     uint32_t lastTicket = 0;
     std::deque<NumberedJob> ahead;
+    size_t aheadBytes = 0; ///< of these, and of those taken back since there were none
     WorkerEnd end = WorkerEnd::kItself;
     bool isEndOfOther = false; ///< it was ended for a job before the one in hand
     bool wasKilled = false;
