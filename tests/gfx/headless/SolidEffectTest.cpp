@@ -108,6 +108,17 @@ TEST_F(SolidEffectTest, FixedPassesShowVolumes)
     EXPECT_EQ(At(frame, 1.5f, -1), 4u);
 }
 
+/// Its header is right, so the call that makes the texture finds the lack.
+TEST_F(SolidEffectTest, ACubeWithoutAFaceIsAnError)
+{
+    std::string five = CubeDds({1, 2, 3, 4, 5});
+    five[113] = 0x7E; // the second byte of the word that names the faces
+    scratch.Write("sky.dds", five);
+    EXPECT_THAT(
+        RaisedBy([&] { Frame("texture map < string ResourceName = \"sky.dds\"; >;", kFixed); }),
+        testing::HasSubstr("D3DXCreateTextureFromFileA failed: D3DXERR_INVALIDDATA (file:"));
+}
+
 TEST_F(SolidEffectTest, DamagedFilesAreErrors)
 {
     const std::string whole = CubeDds({1, 2, 3, 4, 5, 6});

@@ -259,6 +259,7 @@ TEST_F(FxLackTest, ATechniqueThatTheDeviceRefusesDoesNotValidate)
         {"ColorOp[1] = MODULATE; AlphaOp[1] = 27;", "D3DTSS_ALPHAOP(27)"},
         {"ResultArg[0] = DIFFUSE;", "D3DTSS_RESULTARG(0)"},
         {"AddressU[0] = 6;", "D3DSAMP_ADDRESS(6)"},
+        {"AddressW[0] = 6;", "D3DSAMP_ADDRESS(6)"},
         {"TexCoordIndex[0] = 8;", "D3DTSS_TEXCOORDINDEX(8)"},
         {"FVF = 0xF00;", "D3DFVF(3840)"},
         {"PatchSegments = 3;", "PatchSegments"},
