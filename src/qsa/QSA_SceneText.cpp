@@ -30,7 +30,8 @@ void QSA_SceneText::Open(const char* path)
     textFile.reset(OpenFileStream(path, "rb", &end));
     if (!textFile)
         Error("Can not open file %s", path);
-    if (end < 0) { // the host does not know
+    if (end < 0) { // the host does not know, and its stream has a buffer
+        std::setvbuf(textFile.get(), nullptr, _IONBF, 0);
         std::fseek(textFile.get(), 0, SEEK_END);
         end = std::ftell(textFile.get());
         std::rewind(textFile.get());

@@ -319,7 +319,7 @@ TEST_F(Mesh, SortTakesFewAttributesAndAnyNumberOfThem)
     } cases[] = {
         {{255, 0, 254, 0}, {1, 3, 2, 0}, {0, 254, 255}},
         {{256, 0, 255, 0}, {1, 3, 2, 0}, {0, 255, 256}},
-        {{70000, 4, 0xFFFFFFFF, 4}, {1, 3, 0, 2}, {4, 70000, 0xFFFFFFFF}},
+        {{70000, 4, 90000, 4}, {1, 3, 0, 2}, {4, 70000, 90000}},
     };
     for (const auto& c : cases) {
         ASSERT_EQ(Create(4, 3, D3DXMESH_SYSTEMMEM), D3D_OK);
