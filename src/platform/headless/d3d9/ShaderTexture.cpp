@@ -23,7 +23,11 @@ void ShaderTexture::SampleSteps(const Lanes (&coordinates)[3], const shader::Coo
 void ShaderTexture::Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
                            Lanes (&colourOut)[4]) const
 {
-    std::ranges::copy(SampleTexture(sampler, PlaceAt(coordinates), level, lanes).c, colourOut);
+    const Rgba4 colour = sampleFlat
+                             ? sampleFlat(sampler, coordinates[0], coordinates[1], level, lanes)
+                             : SampleTexture(sampler, PlaceAt(coordinates), level, lanes);
+    for (int c = 0; c < 4; ++c)
+        colourOut[c] = colour.c[c];
 }
 
 HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& program, UINT first)
@@ -59,6 +63,7 @@ HRESULT ShaderTextures::Prepare(const DrawState& state, const shader::Program& p
         const HRESULT result = MakeSampler(state, first + i, textures[i].sampler);
         if (FAILED(result))
             return result;
+        textures[i].sampleFlat = FindFlatSampling(textures[i].sampler);
         machine.units[i] = &textures[i];
     }
     return D3D_OK;

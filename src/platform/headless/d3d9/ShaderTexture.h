@@ -16,6 +16,7 @@ public:
                 Lanes (&colourOut)[4]) const override;
 
     Sampler sampler;
+    FlatSampling sampleFlat = nullptr; ///< null for cubes and volumes
 };
 
 /// The textures that one program reads.

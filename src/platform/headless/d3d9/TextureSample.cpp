@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3d9/Adapter.h"
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3d9/StageSampling.h"
 #include "platform/headless/d3d9/TextureFootprint.h"
 
 #include <algorithm>
@@ -88,6 +89,11 @@ HRESULT MakeSampler(const DrawState& state, UINT stage, Sampler& samplerOut)
 Rgba4 SampleTexture(const Sampler& sampler, const Place4& place, Lanes level, int lanes)
 {
     return SamplePlace<FourLanes>(sampler, place, level, lanes);
+}
+
+FlatSampling FindFlatSampling(const Sampler& sampler)
+{
+    return sampler.kind == TextureKind::Flat ? FindSampling<FourLanes>(sampler) : nullptr;
 }
 
 Rgba4 SampleTexture(const Sampler& sampler, const Footprint4& footprint, Lanes bias, int lanes)

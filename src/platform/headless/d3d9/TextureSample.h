@@ -67,6 +67,11 @@ using Footprint4 = TextureFootprint<FourLanes>;
 /// including infinity and NaN.
 Rgba4 SampleTexture(const Sampler& sampler, const Place4& place, Lanes level, int lanes);
 
+/// Samples a flat texture like `SampleTexture`, with its states looked up beforehand.
+using FlatSampling = Rgba4 (*)(const Sampler& sampler, Lanes u, Lanes v, Lanes level, int lanes);
+/// Null for cubes and volumes.
+FlatSampling FindFlatSampling(const Sampler& sampler);
+
 /// The same at the level that the footprint needs, plus `bias` and the sampler's own bias.
 Rgba4 SampleTexture(const Sampler& sampler, const Footprint4& footprint, Lanes bias, int lanes);
 
