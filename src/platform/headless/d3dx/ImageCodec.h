@@ -17,7 +17,8 @@ inline constexpr UINT kMaxImageLevels = 15;
 
 using ImageFile = std::span<const uint8_t>;
 
-/// One mip level, of a cube's first face or a volume's first slice: `bits` is its first byte, `pitchBytes` the stride between rows (of blocks).
+/// One mip level, of a cube's first face or a volume's first slice: `bits` is its first byte, `pitchBytes` the
+/// stride between rows (of blocks).
 struct ImageLevel {
     UINT width;
     UINT height;
