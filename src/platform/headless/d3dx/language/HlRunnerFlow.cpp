@@ -230,7 +230,8 @@ void HlRunner::RunLoop(const HlStatement& statement)
     if (statement.first)
         Run(*statement.first);
     const Scope inner = OpenScope();
-    const bool wantsFlow = statement.hint == HlHint::Loop && graph.Profile().hasDynamicFlow;
+    const bool wantsFlow = statement.hint == HlHint::Loop && graph.Profile().hasDynamicFlow &&
+                           statement.kind != HlStatementKind::Do;
     if (wantsFlow ? !LoopForReal(statement, scope) : !Unroll(statement, scope))
         Fail(statement.place, FxError::Limit,
              "the loop cannot be unrolled: its rounds are not known, or more than 1024");
@@ -275,10 +276,12 @@ bool HlRunner::Unroll(const HlStatement& statement, const Scope& scope)
         if (isEnded)
             break;
         if (!graph.ValueOf(condition)) {
+            // `do` has run once by now; what is left of it is like `while`.
+            const bool isFirst = round == (isDo ? 1 : 0) && graph.IsValue(slots[broken], 1.0f);
             const bool canLoop =
                 graph.Profile().hasDynamicFlow ||
                 (graph.Profile().hasStaticLoops && StaticCounter(statement) != kHlNoRegister);
-            if (round == (isDo ? 1 : 0) && canLoop && !isDo && statement.hint != HlHint::Unroll) {
+            if (isFirst && canLoop && statement.hint != HlHint::Unroll) {
                 masks.resize(loopMasks.back());
                 loopMasks.pop_back();
                 return LoopForReal(statement, scope);
@@ -354,9 +357,8 @@ bool HlRunner::TryLoop(const HlStatement& statement, const Scope& scope,
     loopMasks.push_back(masks.size());
     PushMask();
     PushMask();
-    const bool isDo = statement.kind == HlStatementKind::Do;
-    const uint32_t broken = masks[loopMasks.back()], continued = masks[loopMasks.back() + 1];
-    if (statement.condition && !isDo && counter == kHlNoRegister) {
+    const uint32_t continued = masks[loopMasks.back() + 1];
+    if (statement.condition && counter == kHlNoRegister) {
         const HlRef condition = Truth(*statement.condition);
         if (!graph.IsValue(condition, 1.0f))
             graph.Effect(HlOp::BreakIf, 0, {graph.Not(condition)});
@@ -364,8 +366,6 @@ bool HlRunner::TryLoop(const HlStatement& statement, const Scope& scope,
     RunLoopBody(statement);
     Set(continued, graph.Literal(1.0f));
     RunStep(statement, scope);
-    if (isDo && statement.condition)
-        Write(broken, graph.And(slots[broken], Truth(*statement.condition)));
     const HlRef live = Live(0);
     SetVariables(variables);
     if (!graph.IsValue(live, 1.0f) && counter == kHlNoRegister)
