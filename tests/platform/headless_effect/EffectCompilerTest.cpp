@@ -246,7 +246,7 @@ TEST_F(EffectCompiler, WhatHasNoCompiledFormIsNamed)
         const char* reason;
     } kCases[] = {
         {"technique a { pass {\nPixelShader = compile ps_2_0 f(); } }",
-         "a.fx(2,15): this host does not compile shaders"},
+         "a.fx(2,30): error X3001: there is no function 'f'"},
         {"int i = 1; technique a { pass { CullMode = (i | 2); } }",
          "a.fx(1,26): CullMode: an operation on bits has an operand that changes"},
         {"float a; technique q { pass { FogStart = round(a); } }",

@@ -87,7 +87,7 @@ TEST_F(FxLackTest, AssemblerThatIsRefusedDisablesItsTechnique)
     }
 }
 
-TEST_F(FxLackTest, ACompiledFunctionDisablesItsTechnique)
+TEST_F(FxLackTest, AFunctionThatDoesNotCompileDisablesItsTechnique)
 {
     static const char* const kCalls[] = {
         "compile vs_1_1 f()",

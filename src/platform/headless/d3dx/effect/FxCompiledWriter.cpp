@@ -272,7 +272,8 @@ bool FxCompiledWriter::Annotations(const std::vector<std::unique_ptr<FxParameter
 bool FxCompiledWriter::Parameter(const FxParameter& parameter, uint32_t number)
 {
     Words value;
-    if (parameter.IsShader() && parameter.shaderVersion != 0 && !parameter.shader)
+    const bool isLacking = !parameter.shader || !parameter.shader->fault.empty();
+    if (parameter.IsShader() && parameter.shaderVersion != 0 && isLacking)
         return Fail("the parameter '" + parameter.name + "' has a shader that is not assembled");
     if (!ValueWords(parameter, number, value))
         return false;

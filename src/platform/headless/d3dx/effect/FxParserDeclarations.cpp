@@ -5,6 +5,7 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
+#include "platform/headless/d3dx/language/HlCompiler.h"
 
 namespace headless::fx {
 
@@ -16,6 +17,8 @@ FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* ef
       words(std::move(text), log),
       expressions(words, target.names)
 {}
+
+FxParser::~FxParser() = default;
 
 bool FxParser::Run()
 {

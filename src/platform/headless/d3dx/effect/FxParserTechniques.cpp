@@ -12,7 +12,7 @@ namespace headless::fx {
 
 namespace {
 
-constexpr const char* kNoShaders = "this host does not compile shaders";
+constexpr const char* kNoShaders = "this host has no shader fragments";
 
 /// The shape of a list in braces for a state.
 FxShape ListShape(const FxState& state)

@@ -6,6 +6,7 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxShader.h"
+#include "platform/headless/d3dx/language/HlCompiler.h"
 
 namespace headless::fx {
 
@@ -228,7 +229,30 @@ DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
     return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
-/// `NULL`, `compile` or `asm`. Blocks of `asm` are assembled; what `compile` calls is skipped.
+/// From behind `compile` on. What is wrong with the shader is kept in it.
+bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
+{
+    const FxToken profile = words.Peek(), function = words.Peek(1);
+    shaderOut = std::make_shared<FxShader>();
+    const bool isCall = profile.kind == FxTokenKind::Identifier &&
+                        function.kind == FxTokenKind::Identifier && words.Peek(2).Is("(");
+    if (!isCall) {
+        shaderOut->fault = "a profile and a call of a function are expected";
+        shaderOut->place = profile.place;
+        return words.SkipValue();
+    }
+    if (!compiler)
+        compiler = std::make_unique<hl::HlCompiler>(words.All());
+    TakeFxShader(*compiler->Compile(profile, function, words.Position() + 2), isVertex,
+                 model.names.parameters, diagnostics, rowsLeft, *shaderOut);
+    if (shaderOut->fault.empty())
+        versionOut = shaderOut->words[0];
+    else if (shaderOut->place.line == 0)
+        shaderOut->place = profile.place;
+    return words.SkipValue();
+}
+
+/// `NULL`, `compile` or `asm`. Blocks of `asm` are assembled.
 bool FxParser::Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
 {
     versionOut = 0;
@@ -247,6 +271,10 @@ bool FxParser::Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader
         return words.Unexpected("'{'");
     }
     versionOut = ShaderVersion(isVertex, isAssembler ? 2 : 1);
+    if (kind.IsWord("compile")) {
+        words.Next();
+        return Compile(isVertex, versionOut, shaderOut);
+    }
     if (!isBlock)
         return words.SkipValue();
     words.Next();
