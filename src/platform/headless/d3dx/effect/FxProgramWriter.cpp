@@ -99,13 +99,26 @@ FxProgramWriter::Place FxProgramWriter::Packed(const Value& colour)
     return Sum(Product(high, Literal(16777216.0)), low);
 }
 
+/// How many numbers from one on lie side by side in one register, as they do in the result.
+UINT FxProgramWriter::RunOf(const Value& value, UINT first)
+{
+    const Place& start = value.cells[first];
+    UINT count = 1;
+    while (first + count < value.cells.size() && first % 4 + count < 4 &&
+           start.offset % 4 + count < 4 && value.cells[first + count].table == start.table &&
+           value.cells[first + count].offset == start.offset + count)
+        ++count;
+    return count;
+}
+
 void FxProgramWriter::Finish(std::vector<DWORD>& codeOut)
 {
     const Value result = Pop();
-    for (UINT i = 0; i < result.cells.size(); ++i) {
+    for (UINT i = 0, count = 0; i < result.cells.size(); i += count) {
+        count = RunOf(result, i);
         ++instructionCount;
         instructions.insert(instructions.end(),
-                            {0x100u << 20 | 1, 1, 0, static_cast<DWORD>(result.cells[i].table),
+                            {0x100u << 20 | count, 1, 0, static_cast<DWORD>(result.cells[i].table),
                              result.cells[i].offset, 0,
                              static_cast<DWORD>(FxProgramTable::FloatOut), i});
     }
