@@ -122,7 +122,10 @@ void FxProgramWriter::Finish(std::vector<DWORD>& codeOut)
                              result.cells[i].offset, 0,
                              static_cast<DWORD>(FxProgramTable::FloatOut), i});
     }
+    // By registers: an order by addresses would be another in each run.
     std::vector<std::pair<const FxParameter*, UINT>> rows(inputs.begin(), inputs.end());
+    std::sort(rows.begin(), rows.end(),
+              [](const auto& a, const auto& b) { return a.second < b.second; });
     codeOut = {kProgramVersion};
     FxAppendComment(codeOut, "CTAB", FxWriteConstantTable(rows));
     std::vector<DWORD> numbers = {static_cast<DWORD>((literals.size() + 3) / 4 * 4)};
