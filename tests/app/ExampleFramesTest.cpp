@@ -186,7 +186,8 @@ TEST(EffectExamples, TextsDrawWhatTheCompiledEffectsDraw)
 // as fast. After 2 / 0.12 seconds the layers have moved by two and three heights and are back where
 // they were; after half a height the stream, which covers at least a tenth of the frame, looks
 // different. ripple.fx oscillates with cos(3 * time): a period is 2 * pi / 3 seconds, and after
-// half of it the waves are inverted.
+// half of it the waves are inverted. In pond.qsa all that moves has gone a whole number of times after 100
+// seconds; after 2 seconds the first wave is inverted.
 TEST(EffectExamples, MoveAndComeBackAfterTheirPeriod)
 {
     static constexpr struct {
@@ -196,6 +197,7 @@ TEST(EffectExamples, MoveAndComeBackAfterTheirPeriod)
     } kRows[] = {
         {"lava.qsa", 0.5f / 0.12f, 2.0f / 0.12f, 15000},
         {"ripple.qsa", std::numbers::pi_v<float> / 3, 2 * std::numbers::pi_v<float> / 3, 5000},
+        {"pond.qsa", 2.0f, 100.0f, 15000},
     };
     const WindowFlags flags;
     const ScratchDirectory scratch;
