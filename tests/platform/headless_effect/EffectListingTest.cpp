@@ -154,7 +154,7 @@ TEST_F(EffectListing, ShadersAreAssemblerText)
                                    "            // c2: shift\n"
                                    "            // c4 to c7: transpose(world)\n"
                                    "            // Computed before it runs:\n"
-                                   "            //     neg c3.xyzw, shift.xyzw\n"
+                                   "            //     neg c3, shift\n"
                                    "            ps_2_0\n"
                                    "                mov oC0, c3\n"
                                    "        };\n"));

@@ -23,10 +23,12 @@ std::string LiteralText(double value)
     return static_cast<double>(rounded) == value ? NumberText(rounded) : NumberText(value);
 }
 
-/// The components of one register; those of several are a range.
+/// The components of one register, none for all of them; those of several are a range.
 std::string ComponentsText(UINT offset, UINT count)
 {
     const UINT last = offset + count - 1;
+    if (offset % 4 == 0 && count == 4)
+        return "";
     if (offset / 4 != last / 4)
         return std::string(".") + kComponents[offset % 4] + " to +" +
                std::to_string(last / 4 - offset / 4) + "." + kComponents[last % 4];
