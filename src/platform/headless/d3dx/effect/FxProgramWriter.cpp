@@ -99,17 +99,33 @@ FxProgramWriter::Place FxProgramWriter::Packed(const Value& colour)
     return Sum(Product(high, Literal(16777216.0)), low);
 }
 
+/// How many numbers from one on lie side by side in one register, as they do in the result.
+UINT FxProgramWriter::RunOf(const Value& value, UINT first)
+{
+    const Place& start = value.cells[first];
+    UINT count = 1;
+    while (first + count < value.cells.size() && first % 4 + count < 4 &&
+           start.offset % 4 + count < 4 && value.cells[first + count].table == start.table &&
+           value.cells[first + count].offset == start.offset + count)
+        ++count;
+    return count;
+}
+
 void FxProgramWriter::Finish(std::vector<DWORD>& codeOut)
 {
     const Value result = Pop();
-    for (UINT i = 0; i < result.cells.size(); ++i) {
+    for (UINT i = 0, count = 0; i < result.cells.size(); i += count) {
+        count = RunOf(result, i);
         ++instructionCount;
         instructions.insert(instructions.end(),
-                            {0x100u << 20 | 1, 1, 0, static_cast<DWORD>(result.cells[i].table),
+                            {0x100u << 20 | count, 1, 0, static_cast<DWORD>(result.cells[i].table),
                              result.cells[i].offset, 0,
                              static_cast<DWORD>(FxProgramTable::FloatOut), i});
     }
+    // By registers: an order by addresses would be another in each run.
     std::vector<std::pair<const FxParameter*, UINT>> rows(inputs.begin(), inputs.end());
+    std::sort(rows.begin(), rows.end(),
+              [](const auto& a, const auto& b) { return a.second < b.second; });
     codeOut = {kProgramVersion};
     FxAppendComment(codeOut, "CTAB", FxWriteConstantTable(rows));
     std::vector<DWORD> numbers = {static_cast<DWORD>((literals.size() + 3) / 4 * 4)};

@@ -43,6 +43,7 @@ private:
 
     bool Steps(const FxExpression& expression);
     void Finish(std::vector<DWORD>& codeOut);
+    static UINT RunOf(const Value& value, UINT first);
     Place Packed(const Value& colour);
     bool Step(const FxExpression& expression, const FxStep& step);
     bool Fail(const std::string& what);
