@@ -98,7 +98,7 @@ bool HlRunner::Initialize(const HlType& type, const HlExpression& expression, Hl
 {
     if (expression.kind != HlExpressionKind::List) {
         HlValue value = Evaluate(expression);
-        if (value.type->IsError() || !Convert(value, type, expression.place, false))
+        if (value.type->IsError() || !Convert(value, type, expression.begin, false))
             return false;
         refsOut = value.refs;
         return true;

@@ -5,6 +5,7 @@
 #include "platform/headless/d3dx/language/HlParser.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace headless::hl {
 
@@ -48,7 +49,7 @@ HlExpression* HlParser::New(HlExpressionKind kind, FxPlace place)
 {
     HlExpression& expression = unit.expressions.emplace_back();
     expression.kind = kind;
-    expression.place = place;
+    expression.place = expression.begin = place;
     return &expression;
 }
 
@@ -57,6 +58,15 @@ HlExpression* HlParser::Add(HlExpression* parent, HlExpression* part)
 {
     if (!part)
         return nullptr;
+    if (unit.expressions.size() > kHlMaxExpressions) {
+        Fail(parent->place, FxError::Limit, "the functions are too long");
+        return nullptr;
+    }
+    const FxPlace at = parent->begin;
+    const bool isBefore =
+        part->begin.file == at.file &&
+        std::pair(part->begin.line, part->begin.column) < std::pair(at.line, at.column);
+    parent->begin = isBefore ? part->begin : at;
     parent->parts.push_back(part);
     parent->depth = std::max(parent->depth, part->depth + 1);
     if (parent->depth <= kMaxDepth)
