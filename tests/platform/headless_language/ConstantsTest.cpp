@@ -8,14 +8,15 @@ namespace headless::hl {
 
 namespace {
 
-constexpr Four kRows[] = {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}};
+constexpr Four kMatrixRows[] = {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}};
 
 /// The registers that a matrix with these rows takes, column by column.
 std::vector<Four> Columns(int count)
 {
     std::vector<Four> columns;
     for (size_t c = 0; c < static_cast<size_t>(count); ++c)
-        columns.push_back({kRows[0][c], kRows[1][c], kRows[2][c], kRows[3][c]});
+        columns.push_back(
+            {kMatrixRows[0][c], kMatrixRows[1][c], kMatrixRows[2][c], kMatrixRows[3][c]});
     return columns;
 }
 
@@ -32,7 +33,7 @@ TEST(HlConstants, MatricesLieInColumnsUnlessTheTextSaysRows)
         EXPECT_EQ(columns.Result(), (Four{24, 28, 32, 36}));
         EXPECT_EQ(columns.Find("m")->type.kind, D3DXPC_MATRIX_COLUMNS);
         LanguageRun rows("row_major float4x4 m; float4 v;" + use, profile);
-        rows.Set("m", {std::begin(kRows), std::end(kRows)});
+        rows.Set("m", {std::begin(kMatrixRows), std::end(kMatrixRows)});
         rows.Set("v", {{1, 2, 0, 1}});
         EXPECT_EQ(rows.Result(), (Four{24, 28, 32, 36}));
         EXPECT_EQ(rows.Find("m")->type.kind, D3DXPC_MATRIX_ROWS);
@@ -46,7 +47,8 @@ TEST(HlConstants, AMatrixOnTheLeftMultipliesAColumn)
         LanguageRun run(std::string(isRows ? "row_major " : "") +
                             "float4x4 m; float4 v; float4 main() : COLOR { return mul(m, v); }",
                         "ps_2_0");
-        run.Set("m", isRows ? std::vector<Four>(std::begin(kRows), std::end(kRows)) : Columns(4));
+        run.Set("m", isRows ? std::vector<Four>(std::begin(kMatrixRows), std::end(kMatrixRows))
+                            : Columns(4));
         run.Set("v", {{1, 0, 2, 1}});
         EXPECT_EQ(run.Result(), (Four{11, 27, 43, 59}));
     }
@@ -125,10 +127,10 @@ TEST(HlConstants, AVertexShaderReadsArraysByAnIndex)
 TEST(HlConstants, APixelShaderChoosesFromArrays)
 {
     LanguageRun run("float4 list[4]; float i; float4 main() : COLOR { return list[i]; }", "ps_2_0");
-    run.Set("list", {std::begin(kRows), std::end(kRows)});
+    run.Set("list", {std::begin(kMatrixRows), std::end(kMatrixRows)});
     for (const auto& [index, row] : {std::pair{0.0f, 0}, {1.0f, 1}, {2.9f, 2}, {3.0f, 3}}) {
         run.Set("i", {{index, 0, 0, 0}});
-        EXPECT_EQ(run.Result(), kRows[row]) << index;
+        EXPECT_EQ(run.Result(), kMatrixRows[row]) << index;
     }
 }
 

@@ -18,12 +18,13 @@ struct Broken {
     const char* word;  ///< in the message
 };
 
-constexpr const char* kDeclarations =
+constexpr const char* kBrokenDeclarations =
     "float4 a, b; float3 v; float2 t; int n; float4x4 m; sampler2D s; texture x; struct S { float4 p; };";
 
-void Expect(const Broken& c, const char* profile)
+void ExpectBroken(const Broken& c, const char* profile)
 {
-    const CompiledText made = CompileText(std::string(kDeclarations) + "\n" + c.text, profile);
+    const CompiledText made =
+        CompileText(std::string(kBrokenDeclarations) + "\n" + c.text, profile);
     EXPECT_FALSE(made.shader->IsMade()) << c.text;
     EXPECT_THAT(made.messages, StartsWith(std::string(c.place) + " X")) << c.text;
     EXPECT_THAT(made.messages, HasSubstr(c.word)) << c.text;
@@ -33,7 +34,7 @@ void Expect(const Broken& c, const char* profile)
 void ExpectInBody(const Broken& c)
 {
     const std::string text = "float4 main() : COLOR {\n" + std::string(c.text) + "\nreturn 0; }";
-    Expect({text.c_str(), c.place, c.word}, "ps_2_0");
+    ExpectBroken({text.c_str(), c.place, c.word}, "ps_2_0");
 }
 
 } // namespace
@@ -249,7 +250,7 @@ TEST(HlErrors, FunctionsAndSemantics)
          "ps_2_0"},
     };
     for (const auto& c : kTexts)
-        Expect(c.text, c.profile);
+        ExpectBroken(c.text, c.profile);
 }
 
 TEST(HlErrors, SeveralInOneRun)

@@ -12,7 +12,7 @@ namespace headless::hl {
 namespace {
 
 /// A tree of this depth is still walked by recursion.
-constexpr int kMaxDepth = 256;
+constexpr int kMaxTreeDepth = 256;
 
 struct BinaryRow {
     std::string_view sign;
@@ -69,7 +69,7 @@ HlExpression* HlParser::Add(HlExpression* parent, HlExpression* part)
     parent->begin = isBefore ? part->begin : at;
     parent->parts.push_back(part);
     parent->depth = std::max(parent->depth, part->depth + 1);
-    if (parent->depth <= kMaxDepth)
+    if (parent->depth <= kMaxTreeDepth)
         return parent;
     Fail(parent->place, FxError::Limit, "the expression is nested too deep");
     return nullptr;

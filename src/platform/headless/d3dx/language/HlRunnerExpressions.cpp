@@ -9,7 +9,7 @@ namespace headless::hl {
 
 namespace {
 
-constexpr int kMaxDepth = 1200;
+constexpr int kMaxCallDepth = 1200;
 
 unsigned RowOf(const HlType& type)
 {
@@ -22,7 +22,7 @@ HlValue HlRunner::Evaluate(const HlExpression& expression)
 {
     if (HasToStop() || !Spend(expression.place))
         return ErrorValue();
-    if (depth > kMaxDepth)
+    if (depth > kMaxCallDepth)
         return FailValue(expression.place, FxError::Limit, "the calls are nested too deep");
     ++depth;
     HlValue value = EvaluateOne(expression);

@@ -9,7 +9,7 @@ namespace headless::hl {
 namespace {
 
 /// Statements nested in calls nested in statements.
-constexpr int kMaxDepth = 400;
+constexpr int kMaxStatementDepth = 400;
 
 } // namespace
 
@@ -17,7 +17,7 @@ void HlRunner::Run(const HlStatement& statement)
 {
     if (HasToStop() || IsDead() || !Spend(statement.place))
         return;
-    if (depth > kMaxDepth) {
+    if (depth > kMaxStatementDepth) {
         stops = true;
         Fail(statement.place, FxError::Limit, "the calls are nested too deep");
         return;
