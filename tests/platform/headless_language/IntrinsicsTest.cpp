@@ -286,6 +286,37 @@ TEST(HlIntrinsics, Vectors)
     });
 }
 
+// Their results go to arguments: a function of the text brings them back.
+TEST(HlIntrinsics, WrittenArguments)
+{
+    const struct {
+        const char* declarations;
+        const char* expression;
+        NumbersRule rule;
+    } cases[] = {
+        {"float4 both(float4 x) { float4 s, c; sincos(x, s, c); return s + c * 2; }", "both(a)",
+         Each([](double x) { return std::sin(x) + 2 * std::cos(x); })},
+        {"float4 both(float4 x) { float4 w; float4 f = modf(x, w); return w * 10 + f; }", "both(a)",
+         Each([](double x) { return std::trunc(x) * 10 + x - std::trunc(x); })},
+        {"float4 both(float4 x) { float4 e; float4 m = frexp(abs(x), e); return e * 10 + m; }",
+         "both(a)", Each([](double x) {
+             int exponent = 0;
+             const double part = std::frexp(std::fabs(x), &exponent);
+             return exponent * 10 + part;
+         })},
+    };
+    for (const auto& c : cases)
+        for (const char* profile : {"vs_1_1", "vs_2_0", "vs_3_0", "ps_2_a", "ps_3_0"}) {
+            LanguageRun run(
+                TextOf(std::string("float4 a;") + c.declarations, c.expression, profile), profile);
+            for (const auto& input : kIntrinsicInputs) {
+                run.Set("a", {FourOf(input.a)});
+                ExpectNear(run.Result(), c.rule(input.a, input.b, input.c), 5e-5,
+                           std::string(profile) + c.declarations);
+            }
+        }
+}
+
 TEST(HlIntrinsics, Truths)
 {
     TestRows({

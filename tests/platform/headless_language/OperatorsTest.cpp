@@ -208,6 +208,10 @@ TEST(HlOperators, MatricesAndArrays)
          "Out g(float4 x) { Out o; o.i.p = x.xy; o.i.q[0] = x.z; o.i.q[1] = x.w; o.r = 1; return o; }",
          "float4(g(a).i.p.y, g(a).i.q[0], g(a).i.q[1], g(a).r)",
          {-2.25f, 3, 0.5f, 1}},
+        {"an array of a vector",
+         "",
+         "float4(((float[4])a)[1], ((int[4])a)[0], (float2)((float[2])b.zw))",
+         {-2.25f, 1, -0.5f, 1}},
         {"a struct of zeros",
          "struct S { float4 x; float y; };"
          "float4 f() { S s = (S)0; return s.x + s.y; }",

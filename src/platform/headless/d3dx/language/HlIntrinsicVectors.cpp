@@ -57,7 +57,6 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
     const HlTypes& types = run.unit.types;
     const std::string_view name = expression.name;
     const HlType& scalar = *types.Scalar(HlBase::Float);
-    HlValue result = {a[0].type, {}};
     if (name == "dot")
         return {types.Scalar(a[0].type->base), {Product(a[0].refs, a[1].refs)}};
     if (name == "length" || name == "distance") {
@@ -75,6 +74,15 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
         const HlRef isFront = graph.Less(Product(a[1].refs, a[2].refs), Number(0.0f));
         return {a[0].type, graph.Select({isFront}, a[0].refs, Negate(a[0].refs), row)};
     }
+    return MixedVectors(expression, a);
+}
+
+/// Those whose arguments differ in shape.
+HlValue HlIntrinsics::MixedVectors(const HlExpression& expression, Values& a)
+{
+    const HlTypes& types = run.unit.types;
+    const std::string_view name = expression.name;
+    const HlType& scalar = *types.Scalar(HlBase::Float);
     if (name == "cross") {
         if (!IsVector(expression, 0, a[0], 3) || !IsVector(expression, 1, a[1], 3))
             return run.ErrorValue();
