@@ -12,7 +12,7 @@ namespace headless::hl {
 
 namespace {
 
-struct Case {
+struct FlowCase {
     const char* what;
     const char* function; ///< `float f(float x, float y)`
     std::function<float(float, float)> rule;
@@ -26,7 +26,7 @@ float SumTo(float x, int n)
     return sum;
 }
 
-const Case kCases[] = {
+const FlowCase kFlowCases[] = {
     {"if", "float f(float x, float y) { float r = 1; if (x > y) r = x; return r; }",
      [](float x, float y) { return x > y ? x : 1; }},
     {"else",
@@ -142,7 +142,7 @@ const Case kCases[] = {
 };
 
 /// The rounds of these depend on values, so only some profiles have them.
-const Case kDynamic[] = {
+const FlowCase kDynamicCases[] = {
     {"rounds of a value",
      "float f(float x, float y) { float r = 0; for (int i = 0; i < y; i++) r += x; return r; }",
      [](float x, float y) {
@@ -228,7 +228,7 @@ const Case kDynamic[] = {
      }},
 };
 
-void Expect(const Case& c, const std::string& profile)
+void ExpectFlow(const FlowCase& c, const std::string& profile)
 {
     const std::string text =
         TextOf(std::string("float4 a, b;\n") + c.function,
@@ -252,17 +252,17 @@ void Expect(const Case& c, const std::string& profile)
 
 TEST(HlFlow, EveryProfileHasLoopsWithKnownRounds)
 {
-    for (const Case& c : kCases)
+    for (const FlowCase& c : kFlowCases)
         for (const char* profile :
              {"vs_2_0", "vs_2_a", "vs_3_0", "ps_2_0", "ps_2_a", "ps_2_b", "ps_3_0"})
-            Expect(c, profile);
+            ExpectFlow(c, profile);
 }
 
 TEST(HlFlow, LoopsOfValuesRunWhereTheProfileHasThem)
 {
-    for (const Case& c : kDynamic)
+    for (const FlowCase& c : kDynamicCases)
         for (const char* profile : {"vs_2_a", "vs_3_0", "vs_3_sw", "ps_2_a", "ps_2_sw", "ps_3_0"})
-            Expect(c, profile);
+            ExpectFlow(c, profile);
 }
 
 TEST(HlFlow, LoopsOfValuesAreErrorsElsewhere)

@@ -10,21 +10,21 @@ namespace headless::hl {
 
 namespace {
 
-constexpr const char* kProfiles[] = {"vs_1_1", "vs_2_0", "vs_3_0", "ps_2_0",
-                                     "ps_2_a", "ps_2_b", "ps_3_0"};
+constexpr const char* kOperatorProfiles[] = {"vs_1_1", "vs_2_0", "vs_3_0", "ps_2_0",
+                                             "ps_2_a", "ps_2_b", "ps_3_0"};
 
-struct Case {
+struct OperatorCase {
     const char* what;
     const char* declarations;
     const char* expression;
     Four wanted;
 };
 
-constexpr Four kA = {1.5f, -2.25f, 3.0f, 0.5f};
-constexpr Four kB = {4.0f, 2.0f, -0.5f, 1.0f};
+constexpr Four kOperandA = {1.5f, -2.25f, 3.0f, 0.5f};
+constexpr Four kOperandB = {4.0f, 2.0f, -0.5f, 1.0f};
 
 /// With a and b as constants of the program, and as numbers in the text.
-void Expect(const Case& c, const std::string& profile)
+void ExpectOperator(const OperatorCase& c, const std::string& profile)
 {
     for (const bool isKnown : {false, true}) {
         const std::string ab =
@@ -33,8 +33,8 @@ void Expect(const Case& c, const std::string& profile)
         LanguageRun run(TextOf(ab + c.declarations, c.expression, profile), profile);
         if (!run.IsMade())
             continue;
-        run.Set("a", {kA});
-        run.Set("b", {kB});
+        run.Set("a", {kOperandA});
+        run.Set("b", {kOperandB});
         const Four found = run.Result();
         for (size_t i = 0; i < 4; ++i)
             EXPECT_NEAR(found[i], c.wanted[i], 2e-6 * std::max(1.0f, std::fabs(c.wanted[i])))
@@ -43,11 +43,11 @@ void Expect(const Case& c, const std::string& profile)
     }
 }
 
-void ExpectAll(const std::vector<Case>& cases)
+void ExpectAll(const std::vector<OperatorCase>& cases)
 {
-    for (const Case& c : cases)
-        for (const char* profile : kProfiles)
-            Expect(c, profile);
+    for (const OperatorCase& c : cases)
+        for (const char* profile : kOperatorProfiles)
+            ExpectOperator(c, profile);
 }
 
 } // namespace
@@ -61,12 +61,12 @@ TEST(HlOperators, Arithmetic)
         {"quotient", "", "a / b", {0.375f, -1.125f, -6, 0.5f}},
         {"remainder", "", "a % b", {1.5f, -0.25f, 0, 0.5f}},
         {"sign", "", "-a", {-1.5f, 2.25f, -3, -0.5f}},
-        {"plus", "", "+a", kA},
+        {"plus", "", "+a", kOperandA},
         {"precedence", "", "a + b * 2 - a / 2", {8.75f, 2.875f, 0.5f, 2.25f}},
         {"from the left", "", "a - b - a", {-4, -2, 0.5f, -1}},
         {"brackets", "", "(a + b) * 2", {11, -0.5f, 5, 3}},
         {"a number for all", "", "2 * a + 1", {4, -3.5f, 7, 2}},
-        {"comma", "", "(a, b)", kB},
+        {"comma", "", "(a, b)", kOperandB},
     });
 }
 
@@ -113,10 +113,10 @@ TEST(HlOperators, Truths)
         {"and", "", "(a > 0 && b > 0) ? 1 : 0", {1, 0, 0, 1}},
         {"or", "", "(a > 2 || b > 3) ? 1 : 0", {1, 0, 1, 0}},
         {"not", "", "!(a > 0) ? 1 : 0", {0, 1, 0, 0}},
-        {"one condition", "", "a.x > 1 ? a : b", kA},
-        {"nested choice", "", "a.x > 2 ? a : b.x > 3 ? b : a + b", kB},
-        {"a number is a condition", "", "a.x ? b : a", kB},
-        {"zero is none", "", "(a.x - 1.5) ? a : b", kB},
+        {"one condition", "", "a.x > 1 ? a : b", kOperandA},
+        {"nested choice", "", "a.x > 2 ? a : b.x > 3 ? b : a + b", kOperandB},
+        {"a number is a condition", "", "a.x ? b : a", kOperandB},
+        {"zero is none", "", "(a.x - 1.5) ? a : b", kOperandB},
     });
 }
 
@@ -176,7 +176,7 @@ TEST(HlOperators, ComponentsOnBothSides)
 TEST(HlOperators, MatricesAndArrays)
 {
     ExpectAll({
-        {"a row", "", "float2x4(a, b)[1]", kB},
+        {"a row", "", "float2x4(a, b)[1]", kOperandB},
         {"sum", "", "(float2x4(a, b) + float2x4(b, b))[0]", {5.5f, -0.25f, 2.5f, 1.5f}},
         {"a smaller matrix",
          "",
@@ -208,10 +208,14 @@ TEST(HlOperators, MatricesAndArrays)
          "Out g(float4 x) { Out o; o.i.p = x.xy; o.i.q[0] = x.z; o.i.q[1] = x.w; o.r = 1; return o; }",
          "float4(g(a).i.p.y, g(a).i.q[0], g(a).i.q[1], g(a).r)",
          {-2.25f, 3, 0.5f, 1}},
+        {"an array of a vector",
+         "",
+         "float4(((float[4])a)[1], ((int[4])a)[0], (float2)((float[2])b.zw))",
+         {-2.25f, 1, -0.5f, 1}},
         {"a struct of zeros",
          "struct S { float4 x; float y; };"
          "float4 f() { S s = (S)0; return s.x + s.y; }",
-         "f() + a", kA},
+         "f() + a", kOperandA},
         {"an initial list for a struct",
          "struct S { float2 x; float y[2]; };"
          "float4 f(float4 v) { S s = {v.xy, {7, 8}};"

@@ -30,6 +30,11 @@ private:
         bool isColumnMajor = false;
     };
     using List = std::vector<std::unique_ptr<FxParameter>>;
+    /// What stands behind `compile`.
+    struct Compilation {
+        FxToken profile, function;
+        size_t argumentsAt = 0;
+    };
 
     // FxParserDeclarations.cpp
     bool TopLevel();
@@ -60,6 +65,9 @@ private:
     bool Sampler(FxParameter& parameter);
     bool Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut);
     bool Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut);
+    void CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
+                   FxShader& shaderOut);
+    void PairShaders(FxPass& pass);
     DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
@@ -92,6 +100,7 @@ private:
     size_t touchedLeft = kFxMaxTouched;
     size_t rowsLeft = kFxMaxRows;
     std::unique_ptr<hl::HlCompiler> compiler; ///< null until a shader is compiled
+    std::map<const FxShader*, Compilation> compiled;
 };
 
 } // namespace headless::fx

@@ -69,6 +69,7 @@ bool FxParser::Pass(FxTechnique& technique)
     while (!words.Accept("}"))
         if (!PassState(pass))
             return false;
+    PairShaders(pass);
     return true;
 }
 

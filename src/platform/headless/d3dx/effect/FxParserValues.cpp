@@ -243,13 +243,46 @@ bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShade
     }
     if (!compiler)
         compiler = std::make_unique<hl::HlCompiler>(words.All());
-    TakeFxShader(*compiler->Compile(profile, function, words.Position() + 2), isVertex,
-                 model.names.parameters, diagnostics, rowsLeft, *shaderOut);
+    const Compilation what = {profile, function, words.Position() + 2};
+    CompileAs(profile.text, isVertex, what, *shaderOut);
+    compiled[shaderOut.get()] = what;
     if (shaderOut->fault.empty())
         versionOut = shaderOut->words[0];
     else if (shaderOut->place.line == 0)
         shaderOut->place = profile.place;
     return words.SkipValue();
+}
+
+void FxParser::CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
+                         FxShader& shaderOut)
+{
+    TakeFxShader(*compiler->Compile(profileName, what.profile, what.function, what.argumentsAt),
+                 isVertex, model.names.parameters, diagnostics, rowsLeft, shaderOut);
+}
+
+/// Shaders of 3.0 draw only with one another: where one has become too large for its profile, its partner
+/// follows.
+void FxParser::PairShaders(FxPass& pass)
+{
+    const auto vertex = compiled.find(pass.vertexShader.get()),
+               pixel = compiled.find(pass.pixelShader.get());
+    if (vertex == compiled.end() || pixel == compiled.end() || pass.vertexShader->words.empty() ||
+        pass.pixelShader->words.empty())
+        return;
+    const auto isThree = [](DWORD version) { return (version >> 8 & 0xFF) == 3; };
+    const bool isVertexThree = isThree(pass.vertexShader->words[0]);
+    if (isVertexThree == isThree(pass.pixelShader->words[0]))
+        return;
+    const Compilation& grown = (isVertexThree ? vertex : pixel)->second;
+    if (grown.profile.text.substr(2).starts_with("_3"))
+        return; // the text itself asks for the mixture
+    FxShader& partner = isVertexThree ? *pass.pixelShader : *pass.vertexShader;
+    const Compilation what = (isVertexThree ? pixel : vertex)->second;
+    partner = FxShader();
+    CompileAs(isVertexThree ? "ps_3_0" : "vs_3_0", !isVertexThree, what, partner);
+    if (!partner.words.empty())
+        (isVertexThree ? pass.pixelFunction : pass.vertexFunction)[0] = partner.words[0];
+    KeepShaderLack(pass, what.profile, 1, &partner);
 }
 
 /// `NULL`, `compile` or `asm`. Blocks of `asm` are assembled.

@@ -71,8 +71,11 @@ bool FxPreprocessor::Run(const std::string& path, std::string_view bytes,
                 return false;
         } else {
             const std::vector<FxToken> words = TakeText();
+            const size_t first = wordsOut.size();
             if (IsActive() && !macros.Expand(words, wordsOut))
                 return false;
+            for (size_t i = first; i < wordsOut.size(); ++i)
+                wordsOut[i].packsRows = packsRows;
         }
     }
     return true;
@@ -125,8 +128,12 @@ bool FxPreprocessor::Directive(Words line)
     bool wasCondition = false;
     if (!ConditionDirective(name, line, wasCondition))
         return false;
-    if (wasCondition || !IsActive() || name == "pragma")
+    if (wasCondition || !IsActive())
         return true;
+    if (name == "pragma") {
+        Pragma(line);
+        return true;
+    }
 
     static constexpr struct {
         std::string_view name;
@@ -141,6 +148,13 @@ bool FxPreprocessor::Directive(Words line)
             return (this->*directive.run)(line);
     return diagnostics.Fail(line[1].place, FxError::BadDirective,
                             "there is no directive " + FxDescribe(line[1]));
+}
+
+/// `#pragma pack_matrix(row_major)`; all others do nothing.
+void FxPreprocessor::Pragma(Words line)
+{
+    if (line.size() > 4 && line[2].Is("pack_matrix") && line[3].Is("("))
+        packsRows = line[4].Is("row_major");
 }
 
 // ---- Conditions

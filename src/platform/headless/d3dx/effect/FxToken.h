@@ -24,7 +24,8 @@ struct FxToken {
     FxTokenKind kind = FxTokenKind::End;
     bool startsLine = false;
     bool spaceBefore = false;
-    bool isFinal = false; ///< never expanded again: it is in that macro's own text
+    bool isFinal = false;   ///< never expanded again: it is in that macro's own text
+    bool packsRows = false; ///< matrices declared here lie in rows, unless they say otherwise
 
     bool Is(std::string_view wanted) const
     {

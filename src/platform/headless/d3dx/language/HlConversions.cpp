@@ -51,6 +51,26 @@ bool HlRunner::ConvertShape(HlValue& value, const HlType& type, FxPlace place, b
     return true;
 }
 
+/// A cast between an array of numbers and a vector or matrix with as many. False for others.
+bool HlRunner::ConvertCells(HlValue& value, const HlType& type)
+{
+    const HlType* from = value.type;
+    const HlType* to = &type;
+    while (from->kind == HlKind::Array)
+        from = from->element;
+    while (to->kind == HlKind::Array)
+        to = to->element;
+    if (!from->IsNumber() || !to->IsNumber() || value.refs.size() != type.cells)
+        return false;
+    for (HlRef& ref : value.refs) {
+        HlValue cell = {unit.types.Scalar(from->base), {ref}};
+        ConvertBase(cell, to->base);
+        ref = cell.refs[0];
+    }
+    value.type = &type;
+    return true;
+}
+
 bool HlRunner::Convert(HlValue& value, const HlType& type, FxPlace place, bool isExplicit)
 {
     const HlType& from = *value.type;
@@ -69,6 +89,8 @@ bool HlRunner::Convert(HlValue& value, const HlType& type, FxPlace place, bool i
     } else if (from.IsNumber() && from.cells == 1 && isExplicit &&
                (type.kind == HlKind::Struct || type.kind == HlKind::Array)) {
         value.refs.assign(type.cells, value.refs[0]);
+    } else if (isExplicit && ConvertCells(value, type)) {
+        return true;
     } else if (!isSameStruct && !isSameArray && !isSampler) {
         return Fail(place, FxError::TypeMismatch,
                     HlTypes::Name(from) + " does not become " + HlTypes::Name(type));
@@ -98,7 +120,7 @@ bool HlRunner::Initialize(const HlType& type, const HlExpression& expression, Hl
 {
     if (expression.kind != HlExpressionKind::List) {
         HlValue value = Evaluate(expression);
-        if (value.type->IsError() || !Convert(value, type, expression.place, false))
+        if (value.type->IsError() || !Convert(value, type, expression.begin, false))
             return false;
         refsOut = value.refs;
         return true;

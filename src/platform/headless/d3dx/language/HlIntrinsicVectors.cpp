@@ -57,7 +57,6 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
     const HlTypes& types = run.unit.types;
     const std::string_view name = expression.name;
     const HlType& scalar = *types.Scalar(HlBase::Float);
-    HlValue result = {a[0].type, {}};
     if (name == "dot")
         return {types.Scalar(a[0].type->base), {Product(a[0].refs, a[1].refs)}};
     if (name == "length" || name == "distance") {
@@ -75,6 +74,15 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
         const HlRef isFront = graph.Less(Product(a[1].refs, a[2].refs), Number(0.0f));
         return {a[0].type, graph.Select({isFront}, a[0].refs, Negate(a[0].refs), row)};
     }
+    return MixedVectors(expression, a);
+}
+
+/// Those whose arguments differ in shape.
+HlValue HlIntrinsics::MixedVectors(const HlExpression& expression, Values& a)
+{
+    const HlTypes& types = run.unit.types;
+    const std::string_view name = expression.name;
+    const HlType& scalar = *types.Scalar(HlBase::Float);
     if (name == "cross") {
         if (!IsVector(expression, 0, a[0], 3) || !IsVector(expression, 1, a[1], 3))
             return run.ErrorValue();
@@ -94,7 +102,7 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
     }
     if (name == "lit") {
         for (size_t i = 0; i < 3; ++i)
-            if (!run.Convert(a[i], scalar, expression.parts[i]->place, false))
+            if (!run.Convert(a[i], scalar, expression.parts[i]->begin, false))
                 return run.ErrorValue();
         const HlRef diffuse = a[0].refs[0], half = a[1].refs[0], zero = Number(0.0f);
         const HlRef least = graph.One(HlOp::Min, diffuse, half);
@@ -105,7 +113,7 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
     }
     HlValue ratio = a[2]; // refract
     Values both = {a[0], a[1]};
-    if (!run.Convert(ratio, scalar, expression.parts[2]->place, false) ||
+    if (!run.Convert(ratio, scalar, expression.parts[2]->begin, false) ||
         !Alike(expression, both, false))
         return run.ErrorValue();
     row = both[0].type->columns;
@@ -130,7 +138,7 @@ HlValue HlIntrinsics::Matrices(const HlExpression& expression, Values& a)
     const HlType& type = *a[0].type;
     const HlRefs& m = a[0].refs;
     if (!type.IsMatrix())
-        return run.FailValue(expression.parts[0]->place, FxError::TypeMismatch,
+        return run.FailValue(expression.parts[0]->begin, FxError::TypeMismatch,
                              "'" + std::string(expression.name) + "' takes a matrix, not " +
                                  HlTypes::Name(type));
     const unsigned columns = type.columns;
@@ -142,7 +150,7 @@ HlValue HlIntrinsics::Matrices(const HlExpression& expression, Values& a)
         return {run.unit.types.Matrix(type.base, columns, type.rows), turned};
     }
     if (type.rows != columns)
-        return run.FailValue(expression.parts[0]->place, FxError::TypeMismatch,
+        return run.FailValue(expression.parts[0]->begin, FxError::TypeMismatch,
                              "only a square matrix has a determinant");
     // By the first row: minors of 2 by 2 and 3 by 3, each from the rows below.
     const auto at = [&](unsigned r, unsigned c) { return m[r * columns + c]; };
@@ -262,7 +270,7 @@ HlValue HlIntrinsics::Multiply(const HlExpression& expression, Values& a)
 bool HlIntrinsics::StoreTo(const HlExpression& expression, size_t i, HlValue value)
 {
     const HlPlace place = run.FindPlace(*expression.parts[i]);
-    if (!place.type || !run.Convert(value, *place.type, expression.parts[i]->place, false))
+    if (!place.type || !run.Convert(value, *place.type, expression.parts[i]->begin, false))
         return false;
     run.Store(place, value.refs);
     return true;
@@ -377,7 +385,7 @@ HlValue HlIntrinsics::Texture(const HlExpression& expression, Values& a)
         HlValue value = a[i];
         const HlType& wanted = count == 1 ? *run.unit.types.Scalar(HlBase::Float)
                                           : *run.unit.types.Vector(HlBase::Float, count);
-        if (!run.Convert(value, wanted, expression.parts[i]->place, false))
+        if (!run.Convert(value, wanted, expression.parts[i]->begin, false))
             return run.ErrorValue();
         sources.push_back(value.refs);
     }

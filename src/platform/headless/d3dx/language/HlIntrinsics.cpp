@@ -152,7 +152,7 @@ bool HlIntrinsics::Prepare(const Row& found, const HlExpression& expression, Val
             return false;
         const bool isSampler = i == 0 && expression.name.starts_with("tex");
         if (isSampler ? type.kind != HlKind::Sampler : !type.IsNumber())
-            return run.Fail(expression.parts[i]->place, FxError::TypeMismatch,
+            return run.Fail(expression.parts[i]->begin, FxError::TypeMismatch,
                             name + " takes " + (isSampler ? "a sampler" : "a number") + ", not " +
                                 HlTypes::Name(type));
     }
@@ -180,7 +180,7 @@ bool HlIntrinsics::IsVector(const HlExpression& expression, size_t i, HlValue& v
                             unsigned columns)
 {
     return run.Convert(value, *run.unit.types.Vector(HlBase::Float, columns),
-                       expression.parts[i]->place, false);
+                       expression.parts[i]->begin, false);
 }
 
 // ---- Parts

@@ -57,6 +57,7 @@ private:
     HlRefs Trigonometry(std::string_view name, Values& a);
     HlValue Truths(const HlExpression& expression, Values& a);
     HlValue Vectors(const HlExpression& expression, Values& a);
+    HlValue MixedVectors(const HlExpression& expression, Values& a);
     HlValue Matrices(const HlExpression& expression, Values& a);
     HlValue Multiply(const HlExpression& expression, Values& a);
     HlRefs MultiplyRows(const HlRefs& a, unsigned rows, unsigned inner, const HlRefs& b,

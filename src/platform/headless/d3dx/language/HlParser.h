@@ -96,7 +96,6 @@ private:
     size_t position = 0;
     size_t end = 0;
     int nesting = 0;
-    bool isColumnMajor = true; ///< as `#pragma pack_matrix` says
     FxToken nothing;
 };
 

@@ -99,7 +99,7 @@ const HlType* HlParser::Ordered(const HlType& type, const Modifiers& modifiers) 
     if (!type.IsMatrix())
         return &type;
     const bool isColumns =
-        modifiers.order == 0 ? type.isColumnMajor && isColumnMajor : modifiers.order == 2;
+        modifiers.order == 0 ? type.isColumnMajor && !Peek().packsRows : modifiers.order == 2;
     return unit.types.Number(type.base, type.form, type.rows, type.columns, isColumns);
 }
 

@@ -5,13 +5,14 @@
 #include "platform/headless/d3dx/language/HlParser.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace headless::hl {
 
 namespace {
 
 /// A tree of this depth is still walked by recursion.
-constexpr int kMaxDepth = 256;
+constexpr int kMaxTreeDepth = 256;
 
 struct BinaryRow {
     std::string_view sign;
@@ -48,7 +49,7 @@ HlExpression* HlParser::New(HlExpressionKind kind, FxPlace place)
 {
     HlExpression& expression = unit.expressions.emplace_back();
     expression.kind = kind;
-    expression.place = place;
+    expression.place = expression.begin = place;
     return &expression;
 }
 
@@ -57,9 +58,18 @@ HlExpression* HlParser::Add(HlExpression* parent, HlExpression* part)
 {
     if (!part)
         return nullptr;
+    if (unit.expressions.size() > kHlMaxExpressions) {
+        Fail(parent->place, FxError::Limit, "the functions are too long");
+        return nullptr;
+    }
+    const FxPlace at = parent->begin;
+    const bool isBefore =
+        part->begin.file == at.file &&
+        std::pair(part->begin.line, part->begin.column) < std::pair(at.line, at.column);
+    parent->begin = isBefore ? part->begin : at;
     parent->parts.push_back(part);
     parent->depth = std::max(parent->depth, part->depth + 1);
-    if (parent->depth <= kMaxDepth)
+    if (parent->depth <= kMaxTreeDepth)
         return parent;
     Fail(parent->place, FxError::Limit, "the expression is nested too deep");
     return nullptr;

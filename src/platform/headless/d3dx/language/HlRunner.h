@@ -173,6 +173,7 @@ private:
 
     // HlConversions.cpp
     bool Convert(HlValue& value, const HlType& type, FxPlace place, bool isExplicit);
+    bool ConvertCells(HlValue& value, const HlType& type);
     bool ConvertShape(HlValue& value, const HlType& type, FxPlace place, bool isExplicit);
     void ConvertBase(HlValue& value, HlBase base);
     bool Initialize(const HlType& type, const HlExpression& expression, HlRefs& refsOut);

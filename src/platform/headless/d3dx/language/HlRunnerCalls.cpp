@@ -95,7 +95,7 @@ HlValue HlRunner::CallFunction(HlFunction& function, const HlExpression& express
                 return ErrorValue();
             arguments.push_back(value);
         } else if (parameter.isIn) {
-            if (!Convert(arguments[i], *parameter.type, expression.parts[i]->place, false))
+            if (!Convert(arguments[i], *parameter.type, expression.parts[i]->begin, false))
                 return ErrorValue();
         } else {
             arguments[i] = {parameter.type, HlRefs(parameter.type->cells)};
@@ -106,7 +106,7 @@ HlValue HlRunner::CallFunction(HlFunction& function, const HlExpression& express
         if (!function.parameters[i]->isOut)
             continue;
         const HlPlace place = FindPlace(*expression.parts[i]);
-        if (place.type && Convert(arguments[i], *place.type, expression.parts[i]->place, false))
+        if (place.type && Convert(arguments[i], *place.type, expression.parts[i]->begin, false))
             Store(place, arguments[i].refs);
     }
     return result;

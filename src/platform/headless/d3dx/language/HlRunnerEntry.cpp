@@ -132,7 +132,7 @@ bool HlRunner::EntryParameter(const HlVariable& parameter,
         if (!value)
             return Fail(parameter.place, FxError::BadInitializer,
                         "the parameter '" + std::string(parameter.name) +
-                            "' has no value: `compile` gives none");
+                            "' has no value, and none is given");
         if (!Initialize(*parameter.type, *value, refs))
             return false;
     } else if (parameter.isIn) {

@@ -9,7 +9,7 @@ namespace headless::hl {
 
 namespace {
 
-constexpr int kMaxDepth = 1200;
+constexpr int kMaxCallDepth = 1200;
 
 unsigned RowOf(const HlType& type)
 {
@@ -22,7 +22,7 @@ HlValue HlRunner::Evaluate(const HlExpression& expression)
 {
     if (HasToStop() || !Spend(expression.place))
         return ErrorValue();
-    if (depth > kMaxDepth)
+    if (depth > kMaxCallDepth)
         return FailValue(expression.place, FxError::Limit, "the calls are nested too deep");
     ++depth;
     HlValue value = EvaluateOne(expression);
@@ -103,7 +103,7 @@ HlValue HlRunner::EvaluateCondition(const HlExpression& expression)
     if (condition.type->IsError())
         return condition;
     if (!condition.type->IsNumber())
-        return FailValue(expression.parts[0]->place, FxError::TypeMismatch,
+        return FailValue(expression.parts[0]->begin, FxError::TypeMismatch,
                          "a condition is a number, not " + HlTypes::Name(*condition.type));
     ConvertBase(condition, HlBase::Bool);
     if (condition.refs.size() == 1)
@@ -146,7 +146,7 @@ HlValue HlRunner::EvaluateConstruct(const HlExpression& expression)
         if (only.type->IsError())
             return only;
         if (!only.type->IsNumber())
-            return FailValue(part->place, FxError::TypeMismatch,
+            return FailValue(part->begin, FxError::TypeMismatch,
                              "a number is expected, not " + HlTypes::Name(*only.type));
         HlValue cells = only;
         ConvertBase(cells, type.base);
@@ -237,10 +237,10 @@ HlValue HlRunner::EvaluateIndex(const HlExpression& expression)
     if (value.type->IsError() || index.type->IsError())
         return ErrorValue();
     if (!index.type->IsNumber() || index.refs.size() != 1)
-        return FailValue(expression.parts[1]->place, FxError::BadIndex,
+        return FailValue(expression.parts[1]->begin, FxError::BadIndex,
                          "an index is one number, not " + HlTypes::Name(*index.type));
     const bool isWhole = index.type->base != HlBase::Float;
-    return Element(value, index.refs[0], isWhole, expression.parts[1]->place);
+    return Element(value, index.refs[0], isWhole, expression.parts[1]->begin);
 }
 
 /// The element of an array, the row of a matrix, or the component of a vector.

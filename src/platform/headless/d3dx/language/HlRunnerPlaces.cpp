@@ -14,7 +14,7 @@ HlPlace HlRunner::IndexPlace(const HlExpression& expression)
     if (!place.type || index.type->IsError())
         return {};
     const HlType& type = *place.type;
-    const FxPlace at = expression.parts[1]->place;
+    const FxPlace at = expression.parts[1]->begin;
     uint32_t count = type.kind == HlKind::Array ? type.count
                      : type.IsMatrix()          ? type.rows
                                                 : type.columns;

@@ -9,7 +9,7 @@ namespace headless::hl {
 namespace {
 
 /// Statements nested in calls nested in statements.
-constexpr int kMaxDepth = 400;
+constexpr int kMaxStatementDepth = 400;
 
 } // namespace
 
@@ -17,7 +17,7 @@ void HlRunner::Run(const HlStatement& statement)
 {
     if (HasToStop() || IsDead() || !Spend(statement.place))
         return;
-    if (depth > kMaxDepth) {
+    if (depth > kMaxStatementDepth) {
         stops = true;
         Fail(statement.place, FxError::Limit, "the calls are nested too deep");
         return;
@@ -96,7 +96,7 @@ void HlRunner::RunReturn(const HlStatement& statement)
                  "'" + std::string(running->name) + "' is void and gives no value");
             return;
         }
-        if (value.type->IsError() || !Convert(value, result, statement.condition->place, false))
+        if (value.type->IsError() || !Convert(value, result, statement.condition->begin, false))
             return;
         for (size_t i = 0; i < value.refs.size(); ++i)
             Write(resultSlot + static_cast<uint32_t>(i), value.refs[i]);
@@ -146,7 +146,7 @@ HlRef HlRunner::Truth(const HlExpression& expression)
     const HlType& truth = *unit.types.Scalar(HlBase::Bool);
     if (value.type->IsError() || !value.type->IsNumber() || value.type->cells != 1) {
         if (!value.type->IsError())
-            Fail(expression.place, FxError::TypeMismatch,
+            Fail(expression.begin, FxError::TypeMismatch,
                  "a condition is one number, not " + HlTypes::Name(*value.type));
         return graph.Literal(0.0f);
     }

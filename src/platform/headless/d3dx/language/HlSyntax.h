@@ -68,7 +68,8 @@ struct HlExpression {
     HlBase base = HlBase::Float; ///< of a number
     float number = 0.0f;
     int depth = 1;
-    FxPlace place;
+    FxPlace place;                ///< of the word or sign that says what it is
+    FxPlace begin;                ///< of its first word
     std::string_view name;        ///< of names, calls, members
     const HlType* type = nullptr; ///< of casts and constructors
     std::vector<HlExpression*> parts;
@@ -128,6 +129,9 @@ struct HlFunction {
     bool isRead = false;
     bool isUsed = false; ///< is being run: it cannot call itself
 };
+
+/// Expressions of all functions that are read.
+constexpr size_t kHlMaxExpressions = size_t{1} << 18;
 
 /// Everything that a text declares for shaders.
 struct HlUnit {
