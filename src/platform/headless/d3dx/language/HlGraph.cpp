@@ -409,18 +409,28 @@ uint32_t HlGraph::Effect(HlOp op, uint32_t extra, const HlRefs& a, const HlRefs&
 
 // ---- Truths
 
-HlRef HlGraph::Less(HlRef a, HlRef b)
+HlRefs HlGraph::Distances(const HlRefs& a, const HlRefs& b, unsigned row)
 {
-    if (!profile.isPixel)
-        return One(HlOp::Slt, a, b);
-    return One(HlOp::Cmp, One(HlOp::Add, a, Clean(b).Negated()), Literal(0.0f), Literal(1.0f));
+    HlRefs negative;
+    for (const HlRef ref : b)
+        negative.push_back(Clean(ref).Negated());
+    return Lanes(HlOp::Add, a, negative, {}, row);
 }
 
-HlRef HlGraph::AtLeast(HlRef a, HlRef b)
+HlRefs HlGraph::Less(const HlRefs& a, const HlRefs& b, unsigned row)
 {
     if (!profile.isPixel)
-        return One(HlOp::Sge, a, b);
-    return One(HlOp::Cmp, One(HlOp::Add, a, Clean(b).Negated()), Literal(1.0f), Literal(0.0f));
+        return Lanes(HlOp::Slt, a, b, {}, row);
+    const HlRefs zeros(a.size(), Literal(0.0f)), ones(a.size(), Literal(1.0f));
+    return Lanes(HlOp::Cmp, Distances(a, b, row), zeros, ones, row);
+}
+
+HlRefs HlGraph::AtLeast(const HlRefs& a, const HlRefs& b, unsigned row)
+{
+    if (!profile.isPixel)
+        return Lanes(HlOp::Sge, a, b, {}, row);
+    const HlRefs zeros(a.size(), Literal(0.0f)), ones(a.size(), Literal(1.0f));
+    return Lanes(HlOp::Cmp, Distances(a, b, row), ones, zeros, row);
 }
 
 HlRef HlGraph::Same(HlRef a, HlRef b)
@@ -441,6 +451,24 @@ HlRef HlGraph::Not(HlRef truth)
     if (node.op == HlOp::Cmp && ValueOf(node.source[1][lane]) && ValueOf(node.source[2][lane]))
         return One(HlOp::Cmp, node.source[0][lane], node.source[2][lane], node.source[1][lane]);
     return One(HlOp::Add, Literal(1.0f), truth.Negated());
+}
+
+/// Comparisons of a row are turned together.
+HlRefs HlGraph::Not(const HlRefs& truths, unsigned row)
+{
+    HlRefs left, right, result;
+    const HlOp op = Of(truths[0]).op;
+    bool isRow = op == HlOp::Slt || op == HlOp::Sge;
+    for (const HlRef truth : truths) {
+        isRow = isRow && Of(truth).op == op;
+        left.push_back(Of(truth).source[0][truth.Lane()]);
+        right.push_back(Of(truth).source[1][truth.Lane()]);
+    }
+    if (isRow)
+        return Lanes(op == HlOp::Slt ? HlOp::Sge : HlOp::Slt, left, right, {}, row);
+    for (const HlRef truth : truths)
+        result.push_back(Not(truth));
+    return result;
 }
 
 HlRef HlGraph::And(HlRef a, HlRef b)
@@ -481,9 +509,7 @@ HlRefs HlGraph::Select(const HlRefs& truth, const HlRefs& a, const HlRefs& b, un
     }
     if (profile.isPixel)
         return Lanes(HlOp::Cmp, conditions, yes, no, row);
-    HlRefs opposite(a.size());
-    for (size_t i = 0; i < a.size(); ++i)
-        opposite[i] = yes[i] == no[i] ? Literal(0.0f) : Not(conditions[i]);
+    const HlRefs opposite = Not(conditions, row);
     const HlRefs first = Lanes(HlOp::Mul, yes, conditions, {}, row);
     const HlRefs second = Lanes(HlOp::Mul, no, opposite, {}, row);
     HlRefs result = Lanes(HlOp::Add, first, second, {}, row);

@@ -158,10 +158,13 @@ public:
     uint32_t Effect(HlOp op, uint32_t extra, const HlRefs& a, const HlRefs& b = {});
 
     // Truths are 1 and 0.
-    HlRef Less(HlRef a, HlRef b);
-    HlRef AtLeast(HlRef a, HlRef b);
+    HlRefs Less(const HlRefs& a, const HlRefs& b, unsigned row = 4);
+    HlRefs AtLeast(const HlRefs& a, const HlRefs& b, unsigned row = 4);
+    HlRef Less(HlRef a, HlRef b) { return Less(HlRefs{a}, HlRefs{b})[0]; }
+    HlRef AtLeast(HlRef a, HlRef b) { return AtLeast(HlRefs{a}, HlRefs{b})[0]; }
     HlRef Same(HlRef a, HlRef b);
     HlRef Not(HlRef truth);
+    HlRefs Not(const HlRefs& truths, unsigned row);
     HlRef And(HlRef a, HlRef b);
     HlRef Or(HlRef a, HlRef b);
     /// Lane by lane: `a` where the truth holds, else `b`. A single truth serves all lanes.
@@ -188,6 +191,7 @@ private:
              std::span<const HlRef> c);
     void FindOrAdd(const HlNode& node, std::span<const Key> keys, std::span<HlRef> lanesOut);
     HlRef Clean(HlRef ref);
+    HlRefs Distances(const HlRefs& a, const HlRefs& b, unsigned row);
 
     const HlProfile& profile;
     std::vector<HlNode> nodes;

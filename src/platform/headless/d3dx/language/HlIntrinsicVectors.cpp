@@ -98,7 +98,7 @@ HlValue HlIntrinsics::MixedVectors(const HlExpression& expression, Values& a)
             return run.ErrorValue();
         const HlRefs& v = a[0].refs;
         return {types.Vector(HlBase::Int, 4),
-                run.Truncate(Scale({v[2], v[1], v[0], v[3]}, 255.001953f), 4)};
+                run.Floor(Scale({v[2], v[1], v[0], v[3]}, 255.001953f), 4)};
     }
     if (name == "lit") {
         for (size_t i = 0; i < 3; ++i)

@@ -240,18 +240,12 @@ HlRefs HlIntrinsics::Power(const HlRefs& a, const HlRefs& b)
 
 HlRefs HlIntrinsics::LessThan(const HlRefs& a, const HlRefs& b)
 {
-    HlRefs result;
-    for (size_t i = 0; i < a.size(); ++i)
-        result.push_back(graph.Less(a[i], b[i]));
-    return result;
+    return graph.Less(a, b, row);
 }
 
 HlRefs HlIntrinsics::AtLeast(const HlRefs& a, const HlRefs& b)
 {
-    HlRefs result;
-    for (size_t i = 0; i < a.size(); ++i)
-        result.push_back(graph.AtLeast(a[i], b[i]));
-    return result;
+    return graph.AtLeast(a, b, row);
 }
 
 // ---- Angles

@@ -205,16 +205,7 @@ HlValue HlRunner::Comparison(HlOperator op, const HlValue& a, const HlValue& b)
         return result;
     }
     const bool isLess = op == HlOperator::Less || op == HlOperator::Greater;
-    if (!graph.Profile().isPixel) {
-        result.refs = graph.Lanes(isLess ? HlOp::Slt : HlOp::Sge, x, y, {}, row);
-        return result;
-    }
-    HlRefs negative = y;
-    for (HlRef& ref : negative)
-        ref = graph.IsUndefined(ref) ? graph.Literal(0.0f) : ref.Negated();
-    const HlRefs zeros(x.size(), graph.Literal(0.0f)), ones(x.size(), graph.Literal(1.0f));
-    result.refs = graph.Lanes(HlOp::Cmp, graph.Lanes(HlOp::Add, x, negative, {}, row),
-                              isLess ? zeros : ones, isLess ? ones : zeros, row);
+    result.refs = isLess ? graph.Less(x, y, row) : graph.AtLeast(x, y, row);
     return result;
 }
 
@@ -270,9 +261,7 @@ HlRefs HlRunner::Truncate(const HlRefs& a, unsigned row)
     HlRefs negative = whole;
     for (HlRef& ref : negative)
         ref = ref.Negated();
-    HlRefs isBelow;
-    for (const HlRef ref : a)
-        isBelow.push_back(graph.Less(ref, graph.Literal(0.0f)));
+    const HlRefs isBelow = graph.Less(a, HlRefs(a.size(), graph.Literal(0.0f)), row);
     return graph.Select(isBelow, negative, whole, row);
 }
 
