@@ -321,7 +321,7 @@ TEST_F(EffectCompiler, WhatHasNoCompiledFormIsNamed)
          "a.fx(1,24): FogStart: the function 'round' has an argument that changes"},
         {"float a[100]; int i; technique q { pass { FogStart = a[i]; } }",
          "a.fx(1,36): FogStart: an array of more than 64 elements is read by an index"},
-        {"vertexshader s = compile vs_2_0 f(); technique q { }",
+        {"vertexshader s = compile vs_9_9 f(); technique q { }",
          "the parameter 's' has a shader that is not assembled"},
         {"technique a { pass { Colour = 1; } }",
          "a.fx(1,22): error X3008: there is no state 'Colour'"},

@@ -25,7 +25,7 @@ bool FxParser::Run()
     while (!words.AtEnd())
         if (!TopLevel())
             return false;
-    return true;
+    return !diagnostics.Failed();
 }
 
 bool FxParser::TopLevel()

@@ -253,11 +253,16 @@ bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShade
     return words.SkipValue();
 }
 
+/// Limits and a profile that this host does not have cost the technique; what is wrong with the text is an
+/// error of the effect.
 void FxParser::CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
                          FxShader& shaderOut)
 {
-    TakeFxShader(*compiler->Compile(profileName, what.profile, what.function, what.argumentsAt),
-                 isVertex, model.names.parameters, diagnostics, rowsLeft, shaderOut);
+    const auto made = compiler->Compile(profileName, what.profile, what.function, what.argumentsAt);
+    for (const hl::HlMessage& message : made->messages)
+        if (!message.isWarning && message.kind != FxError::Limit && !made->lacksProfile)
+            diagnostics.Add(message.place, message.kind, message.text);
+    TakeFxShader(*made, isVertex, model.names.parameters, diagnostics, rowsLeft, shaderOut);
 }
 
 /// Shaders of 3.0 draw only with one another: where one has become too large for its profile, its partner

@@ -53,6 +53,7 @@ void HlCompiler::Run(std::string_view profileName, const FxToken& at, const FxTo
     isRead = true;
     HlLog log;
     const HlProfile* profile = HlFindProfile(profileName);
+    shaderOut.lacksProfile = !profile;
     if (!profile)
         log.Error(at.place, FxError::UnknownName,
                   "there is no profile '" + std::string(profileName) + "'");

@@ -17,6 +17,7 @@ struct HlShader {
     const HlProfile* profile =
         nullptr; ///< of the code, which may be larger than the one that was named
     std::vector<HlMessage> messages;
+    bool lacksProfile = false; ///< its target is none that is known
 
     bool IsMade() const { return !words.empty(); }
 };
