@@ -72,6 +72,8 @@ bool FxPreprocessor::Run(const std::string& path, std::string_view bytes,
         } else {
             const std::vector<FxToken> words = TakeText();
             const size_t first = wordsOut.size();
+            if (words.size() > first) // growing step by step would take twice the memory
+                wordsOut.reserve(first + words.size());
             if (IsActive() && !macros.Expand(words, wordsOut))
                 return false;
             for (size_t i = first; i < wordsOut.size(); ++i)
@@ -95,10 +97,13 @@ std::vector<FxToken> FxPreprocessor::TakeText()
 {
     Source& source = stack.back();
     std::vector<FxToken> words;
-    while (source.position < source.words.size()) {
+    size_t end = source.position;
+    while (end < source.words.size() &&
+           !(source.words[end].startsLine && source.words[end].Is("#")))
+        ++end;
+    words.reserve(end - source.position);
+    while (source.position < end) {
         FxToken word = source.words[source.position];
-        if (word.startsLine && word.Is("#"))
-            break;
         word.place.line += source.lineShift;
         word.place.file = source.file;
         words.push_back(word);
