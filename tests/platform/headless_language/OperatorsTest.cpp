@@ -79,7 +79,7 @@ TEST(HlOperators, WholeNumbers)
          {1, 1, -1, 3}},
         {"exact division",
          "",
-         "float4((int)(b.x * 12.25) / 49, (int)(b.x * 10) / 8, 1, 2)",
+         "float4((int)(b.x * 10.25) / 41, (int)(b.x * 10) / 8, 1, 2)",
          {1, 5, 1, 2}},
         {"remainder",
          "",
