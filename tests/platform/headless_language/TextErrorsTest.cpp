@@ -96,7 +96,7 @@ TEST(HlErrors, UnknownNames)
         {"S y = (S)0; y.q = a;", "3,15", "struct S has no member 'q'"},
         {"S y = (S)0; float z = y.x.x;", "3,25", "struct S has no member 'x'"},
         {"{ float k = 1; } float y = k;", "3,28", "there is no variable 'k'"},
-        {"for (int i = 0; i < 2; i++) ; float y = i;", "3,41", "there is no variable 'i'"},
+        {"{ for (int i = 0; i < 2; i++) ; } float y = i;", "3,45", "there is no variable 'i'"},
         {"float y = x;", "3,11", "shaders cannot use 'x'"},
         {"Thing y;", "3,7", "';' is expected, not 'y'"},
     };

@@ -224,6 +224,8 @@ void HlRunner::BranchForReal(const HlStatement& statement, HlRef condition, cons
 
 // ---- Loops
 
+/// What the head of `for` declares stays known behind the loop, until the block around it ends: texts of this
+/// language use it again in the head of the next loop.
 void HlRunner::RunLoop(const HlStatement& statement)
 {
     const Scope scope = OpenScope();
@@ -236,10 +238,10 @@ void HlRunner::RunLoop(const HlStatement& statement)
         Fail(statement.place, FxError::Limit,
              "the loop cannot be unrolled: its rounds are not known, or more than 1024");
     CloseScope(inner);
-    CloseScope(scope);
 }
 
-/// What the head of `for` declares nobody reads behind the loop: its step needs no mask.
+/// The step of what the head of `for` declares needs no mask: behind a loop that a `break` may leave it counts all
+/// rounds.
 void HlRunner::RunStep(const HlStatement& statement, const Scope& scope)
 {
     if (!statement.step)
