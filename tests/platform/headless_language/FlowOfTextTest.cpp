@@ -55,6 +55,10 @@ const FlowCase kFlowCases[] = {
     {"a known loop",
      "float f(float x, float y) { float r = y; for (int i = 0; i < 5; i++) r += x * i; return r; }",
      [](float x, float y) { return y + SumTo(x, 5); }},
+    {"the head's variable behind the loop",
+     "float f(float x, float y) { float r = y; for (int i = 0; i < 5; i++) r += x * i; r += i * 2;"
+     " for (i = 1; i < 3; i++) r *= 2; return r + i; }",
+     [](float x, float y) { return (y + SumTo(x, 5) + 10) * 4 + 3; }},
     {"a loop downwards",
      "float f(float x, float y) { float r = 0; for (int i = 4; i > 0; i -= 2) r = r * y + i;"
      " return r + x; }",
