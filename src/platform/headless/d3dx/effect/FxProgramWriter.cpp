@@ -86,11 +86,11 @@ FxProgramWriter::Place FxProgramWriter::Packed(const Value& colour)
 {
     const auto level = [this](const Place& share) {
         const Place held = Emit(0x200, {Emit(0x201, {share, Literal(0.0)}), Literal(1.0)});
-        return Floor(Sum(Product(held, Literal(255.0)), Literal(0.5)));
+        return Floor(Sum({Product(held, Literal(255.0)), Literal(0.5)}));
     };
-    const Place red = Product(level(colour.cells[0]), Literal(65536.0));
-    const Place green = Product(level(colour.cells[1]), Literal(256.0));
-    const Place low = Sum(Sum(red, green), level(colour.cells[2]));
+    const Place red = Product({level(colour.cells[0]), Literal(65536.0)});
+    const Place green = Product({level(colour.cells[1]), Literal(256.0)});
+    const Place low = Sum({Sum(red, green), level(colour.cells[2])});
     if (colour.cells.size() < 4)
         return low;
     const Place alpha = level(colour.cells[3]);
@@ -309,7 +309,7 @@ FxProgramWriter::Place FxProgramWriter::Compute(FxOperation operation, const Pla
     case FxOperation::Or:
         return Emit(0x201, {Truth(a), Truth(b)});
     case FxOperation::And:
-        return Product(Truth(a), Truth(b));
+        return Product({Truth(a), Truth(b)});
     case FxOperation::Equal:
         return Same(a, b);
     case FxOperation::NotEqual:
@@ -445,9 +445,12 @@ bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Valu
     const auto clamped = [this](P a, P low, P high) {
         return Emit(0x200, {Emit(0x201, {a, low}), high});
     };
-    const auto saturated = [&](P a) { return clamped(a, Literal(0.0), Literal(1.0)); };
+    const auto saturated = [&](P a) {
+        const Place low = Literal(0.0);
+        return clamped(a, low, Literal(1.0));
+    };
     const auto logarithm = [this](P a, double base) {
-        return Product(Emit(0x106, {a}), Literal(1.0 / std::log2(base)));
+        return Product({Emit(0x106, {a}), Literal(1.0 / std::log2(base))});
     };
     const auto power = [this](P base, P exponent) {
         return Emit(0x105, {Product(Emit(0x106, {base}), exponent)});
@@ -502,19 +505,19 @@ bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Valu
         if (name == "saturate")
             return saturated(a);
         if (name == "sign")
-            return Difference(Emit(0x202, {Literal(0.0), a}), Emit(0x202, {a, Literal(0.0)}));
+            return Difference({Emit(0x202, {Literal(0.0), a}), Emit(0x202, {a, Literal(0.0)})});
         if (name == "sin")
             return Emit(0x108, {a});
         if (name == "smoothstep") {
-            const Place t = saturated(Quotient(Difference(c, a), Difference(b, a)));
-            return Product(Product(t, t), Difference(Literal(3.0), Product(Literal(2.0), t)));
+            const Place t = saturated(Quotient({Difference(c, a), Difference(b, a)}));
+            return Product({Product(t, t), Difference({Literal(3.0), Product(Literal(2.0), t)})});
         }
         if (name == "sqrt")
             return Root(a);
         if (name == "step")
             return Emit(0x203, {b, a});
         if (name == "tan")
-            return Quotient(Emit(0x108, {a}), Emit(0x109, {a}));
+            return Quotient({Emit(0x108, {a}), Emit(0x109, {a})});
         return std::nullopt;
     };
     Value value = {step.shape, {}};
@@ -577,8 +580,8 @@ bool FxProgramWriter::CallWhole(const FxStep& step, const std::vector<Value>& ar
             value.cells.push_back(Product(cell, scale));
     } else if (name == "cross") {
         for (UINT i = 0; i < 3; ++i)
-            value.cells.push_back(Difference(Product(a.At((i + 1) % 3), b.At((i + 2) % 3)),
-                                             Product(a.At((i + 2) % 3), b.At((i + 1) % 3))));
+            value.cells.push_back(Difference({Product(a.At((i + 1) % 3), b.At((i + 2) % 3)),
+                                              Product(a.At((i + 2) % 3), b.At((i + 1) % 3))}));
     } else if (name == "transpose") {
         for (UINT row = 0; row < step.shape.rows; ++row)
             for (UINT column = 0; column < step.shape.columns; ++column)

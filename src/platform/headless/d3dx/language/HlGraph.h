@@ -151,6 +151,12 @@ public:
     /// One step for all lanes, cut into rows of `row` lanes. `b` and `c` may be empty.
     HlRefs Lanes(HlOp op, const HlRefs& a, const HlRefs& b, const HlRefs& c, unsigned row = 4);
     HlRef One(HlOp op, HlRef a, HlRef b = {}, HlRef c = {});
+    /// Two values in braces are computed from left to right by every compiler, so that all builds of the
+    /// program make the same code.
+    struct Two {
+        HlRef a, b;
+    };
+    HlRef One(HlOp op, const Two& of) { return One(op, of.a, of.b); }
     HlRef Dot(const HlRefs& a, const HlRefs& b);
     uint32_t Wide(HlOp op, unsigned lanes, uint32_t extra, std::span<const HlRefs> sources);
     /// The values as they are now, though their variables change; up to four.

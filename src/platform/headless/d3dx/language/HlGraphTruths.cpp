@@ -33,9 +33,10 @@ HlRefs HlGraph::AtLeast(const HlRefs& a, const HlRefs& b, unsigned row)
 HlRef HlGraph::Same(HlRef a, HlRef b)
 {
     if (!profile.isPixel)
-        return One(HlOp::Mul, One(HlOp::Sge, a, b), One(HlOp::Sge, b, a));
+        return One(HlOp::Mul, {One(HlOp::Sge, a, b), One(HlOp::Sge, b, a)});
     const HlRef distance = One(HlOp::Abs, One(HlOp::Add, a, Clean(b).Negated()));
-    return One(HlOp::Cmp, distance.Negated(), Literal(1.0f), Literal(0.0f));
+    const HlRef one = Literal(1.0f), zero = Literal(0.0f);
+    return One(HlOp::Cmp, distance.Negated(), one, zero);
 }
 
 HlRef HlGraph::Not(HlRef truth)

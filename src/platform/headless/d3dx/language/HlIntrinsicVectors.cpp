@@ -67,11 +67,12 @@ HlValue HlIntrinsics::Vectors(const HlExpression& expression, Values& a)
         return {a[0].type, Normalized(a[0].refs)};
     if (name == "reflect") {
         const HlRefs twice(a[0].refs.size(),
-                           graph.One(HlOp::Mul, Product(a[0].refs, a[1].refs), Number(-2.0f)));
+                           graph.One(HlOp::Mul, {Product(a[0].refs, a[1].refs), Number(-2.0f)}));
         return {a[0].type, Add(Mul(twice, a[1].refs), a[0].refs)};
     }
     if (name == "faceforward") {
-        const HlRef isFront = graph.Less(Product(a[1].refs, a[2].refs), Number(0.0f));
+        const HlRef facing = Product(a[1].refs, a[2].refs);
+        const HlRef isFront = graph.Less(facing, Number(0.0f));
         return {a[0].type, graph.Select({isFront}, a[0].refs, Negate(a[0].refs), row)};
     }
     return MixedVectors(expression, a);
@@ -91,7 +92,7 @@ HlValue HlIntrinsics::MixedVectors(const HlExpression& expression, Values& a)
         };
         const HlRefs back = Mul(turned(a[0].refs, 2), turned(a[1].refs, 1));
         return {types.Vector(HlBase::Float, 3),
-                Add(Mul(turned(a[0].refs, 1), turned(a[1].refs, 2)), Negate(back))};
+                Add({Mul(turned(a[0].refs, 1), turned(a[1].refs, 2)), Negate(back)})};
     }
     if (name == "D3DCOLORtoUBYTE4") {
         if (!IsVector(expression, 0, a[0], 4))
@@ -121,14 +122,14 @@ HlValue HlIntrinsics::MixedVectors(const HlExpression& expression, Values& a)
     const HlRefs eta(in.size(), ratio.refs[0]);
     const HlRef slope = Product(both[1].refs, in);
     const HlRef rest =
-        graph.One(HlOp::Add, Number(1.0f), graph.One(HlOp::Mul, slope, slope).Negated());
+        graph.One(HlOp::Add, {Number(1.0f), graph.One(HlOp::Mul, slope, slope).Negated()});
     const HlRef square = graph.One(HlOp::Mul, graph.One(HlOp::Mul, eta[0], eta[0]), rest);
     const HlRef under = graph.One(HlOp::Add, Number(1.0f), square.Negated());
     const HlRef along =
-        graph.One(HlOp::Add, graph.One(HlOp::Mul, eta[0], slope), SquareRoot({under})[0]);
-    const HlRefs bent = Add(Mul(eta, in), Negate(Mul(HlRefs(in.size(), along), both[1].refs)));
-    return {both[0].type,
-            graph.Select({graph.Less(under, Number(0.0f))}, All(in, 0.0f), bent, row)};
+        graph.One(HlOp::Add, {graph.One(HlOp::Mul, eta[0], slope), SquareRoot({under})[0]});
+    const HlRefs bent = Add({Mul(eta, in), Negate(Mul(HlRefs(in.size(), along), both[1].refs))});
+    const HlRef isLost = graph.Less(under, Number(0.0f));
+    return {both[0].type, graph.Select({isLost}, All(in, 0.0f), bent, row)};
 }
 
 // ---- Matrices
@@ -156,12 +157,12 @@ HlValue HlIntrinsics::Matrices(const HlExpression& expression, Values& a)
     const auto at = [&](unsigned r, unsigned c) { return m[r * columns + c]; };
     const auto mul = [&](HlRef x, HlRef y) { return graph.One(HlOp::Mul, x, y); };
     const auto two = [&](unsigned r, unsigned c, unsigned d) {
-        return graph.One(HlOp::Add, mul(at(r, c), at(r + 1, d)),
-                         mul(at(r, d), at(r + 1, c)).Negated());
+        return graph.One(HlOp::Add,
+                         {mul(at(r, c), at(r + 1, d)), mul(at(r, d), at(r + 1, c)).Negated()});
     };
     const auto three = [&](unsigned r, unsigned c, unsigned d, unsigned e) {
-        const HlRef first = graph.One(HlOp::Add, mul(at(r, c), two(r + 1, d, e)),
-                                      mul(at(r, d), two(r + 1, c, e)).Negated());
+        const HlRef first = graph.One(HlOp::Add, {mul(at(r, c), two(r + 1, d, e)),
+                                                  mul(at(r, d), two(r + 1, c, e)).Negated()});
         return graph.One(HlOp::Add, first, mul(at(r, e), two(r + 1, c, d)));
     };
     const HlType* const scalar = run.unit.types.Scalar(HlBase::Float);
@@ -171,10 +172,10 @@ HlValue HlIntrinsics::Matrices(const HlExpression& expression, Values& a)
         return {scalar, {two(0, 0, 1)}};
     if (columns == 3)
         return {scalar, {three(0, 0, 1, 2)}};
-    const HlRef first = graph.One(HlOp::Add, mul(at(0, 0), three(1, 1, 2, 3)),
-                                  mul(at(0, 1), three(1, 0, 2, 3)).Negated());
-    const HlRef second = graph.One(HlOp::Add, mul(at(0, 2), three(1, 0, 1, 3)),
-                                   mul(at(0, 3), three(1, 0, 1, 2)).Negated());
+    const HlRef first = graph.One(
+        HlOp::Add, {mul(at(0, 0), three(1, 1, 2, 3)), mul(at(0, 1), three(1, 0, 2, 3)).Negated()});
+    const HlRef second = graph.One(
+        HlOp::Add, {mul(at(0, 2), three(1, 0, 1, 3)), mul(at(0, 3), three(1, 0, 1, 2)).Negated()});
     return {scalar, {graph.One(HlOp::Add, first, second)}};
 }
 
@@ -297,7 +298,7 @@ HlValue HlIntrinsics::Outputs(const HlExpression& expression, Values& a)
     HlRefs isZero;
     for (const HlRef ref : x)
         isZero.push_back(graph.Same(ref, Number(0.0f)));
-    const HlRefs power = Add(run.Floor(Each(HlOp::Log, x), row), All(x, 1.0f));
+    const HlRefs power = Add({run.Floor(Each(HlOp::Log, x), row), All(x, 1.0f)});
     const HlRefs exponent = graph.Select(isZero, All(x, 0.0f), power, row);
     return StoreTo(expression, 1, {type, exponent})
                ? HlValue{type, Mul(x, Each(HlOp::Exp, Negate(exponent)))}
@@ -327,7 +328,7 @@ HlValue HlIntrinsics::Pixels(const HlExpression& expression, Values& a)
     if (expression.name != "fwidth")
         return {a[0].type, Apply(expression.name == "ddx" ? HlOp::Dsx : HlOp::Dsy, x)};
     return {a[0].type,
-            Add(run.AbsOf(Apply(HlOp::Dsx, x), row), run.AbsOf(Apply(HlOp::Dsy, x), row))};
+            Add({run.AbsOf(Apply(HlOp::Dsx, x), row), run.AbsOf(Apply(HlOp::Dsy, x), row)})};
 }
 
 HlValue HlIntrinsics::Refused(const HlExpression& expression, Values&)

@@ -206,7 +206,7 @@ HlRefs HlIntrinsics::Polynomial(const HlRefs& x, std::initializer_list<float> fa
     auto factor = std::rbegin(factors);
     HlRefs sum = All(x, *factor);
     for (++factor; factor != std::rend(factors); ++factor)
-        sum = Add(Mul(sum, x), All(x, *factor));
+        sum = Add({Mul(sum, x), All(x, *factor)});
     return sum;
 }
 
@@ -215,7 +215,8 @@ HlRefs HlIntrinsics::Saturate(const HlRefs& a)
 {
     if (graph.Profile().isPixel || graph.Profile().major == 3)
         return Apply(HlOp::Saturate, a);
-    return Apply(HlOp::Min, Apply(HlOp::Max, a, All(a, 0.0f)), All(a, 1.0f));
+    const HlRefs held = Apply(HlOp::Max, a, All(a, 0.0f));
+    return Apply(HlOp::Min, held, All(a, 1.0f));
 }
 
 HlRefs HlIntrinsics::SquareRoot(const HlRefs& a)
@@ -255,9 +256,9 @@ HlRefs HlIntrinsics::ArcCosine(const HlRefs& x)
 {
     const HlRefs size = run.AbsOf(x, row);
     const HlRefs sum = Polynomial(size, {1.5707288f, -0.2121144f, 0.0742610f, -0.0187293f});
-    const HlRefs root = SquareRoot(Add(All(x, 1.0f), Negate(size)));
+    const HlRefs root = SquareRoot(Add({All(x, 1.0f), Negate(size)}));
     const HlRefs right = Mul(root, sum);
-    const HlRefs left = Add(All(x, std::numbers::pi_v<float>), Negate(right));
+    const HlRefs left = Add({All(x, std::numbers::pi_v<float>), Negate(right)});
     return graph.Select(LessThan(x, All(x, 0.0f)), left, right, row);
 }
 
@@ -271,23 +272,25 @@ HlRefs HlIntrinsics::ArcTangent(const HlRefs& x)
     const HlRefs square = Mul(part, part);
     const HlRefs angle = Mul(
         part, Polynomial(square, {0.9998660f, -0.3302995f, 0.1801410f, -0.0851330f, 0.0208351f}));
-    const HlRefs rest = Add(All(x, std::numbers::pi_v<float> / 2), Negate(angle));
+    const HlRefs rest = Add({All(x, std::numbers::pi_v<float> / 2), Negate(angle)});
     const HlRefs whole = graph.Select(isLarge, rest, angle, row);
-    return graph.Select(LessThan(x, All(x, 0.0f)), Negate(whole), whole, row);
+    const HlRefs isBelow = LessThan(x, All(x, 0.0f));
+    return graph.Select(isBelow, Negate(whole), whole, row);
 }
 
 /// The sine of whole turns, for vs 1.1: folded to a quarter turn, then a series up to the ninth power.
 HlRefs HlIntrinsics::TurnedSine(const HlRefs& turns)
 {
     const HlRefs half = All(turns, 0.5f), quarter = All(turns, 0.25f);
-    const HlRefs centred = Add(run.FractionOf(Add(turns, half), row), Negate(half));
+    const HlRefs centred = Add({run.FractionOf(Add(turns, half), row), Negate(half)});
     const HlRefs folded =
-        Add(quarter, Negate(run.AbsOf(Add(run.AbsOf(centred, row), Negate(quarter)), row)));
+        Add(quarter, Negate(run.AbsOf(Add({run.AbsOf(centred, row), Negate(quarter)}), row)));
     const HlRefs angle = Scale(folded, 2 * std::numbers::pi_v<float>);
     const HlRefs series =
         Polynomial(Mul(angle, angle), {1.0f, -1.0f / 6, 1.0f / 120, -1.0f / 5040, 1.0f / 362880});
     const HlRefs sine = Mul(angle, series);
-    return graph.Select(LessThan(centred, All(turns, 0.0f)), Negate(sine), sine, row);
+    const HlRefs isBelow = LessThan(centred, All(turns, 0.0f));
+    return graph.Select(isBelow, Negate(sine), sine, row);
 }
 
 /// The instruction takes angles from -pi to pi.
@@ -303,7 +306,7 @@ void HlIntrinsics::SineCosine(const HlRefs& x, HlRefs* sineOut, HlRefs* cosineOu
     }
     const HlRefs part = run.FractionOf(Add(turns, All(x, 0.5f)), row);
     const HlRefs angle =
-        Add(Scale(part, 2 * std::numbers::pi_v<float>), All(x, -std::numbers::pi_v<float>));
+        Add({Scale(part, 2 * std::numbers::pi_v<float>), All(x, -std::numbers::pi_v<float>)});
     for (const HlRef ref : angle) {
         if (const std::optional<float> known = graph.ValueOf(ref)) {
             if (sineOut)
@@ -334,20 +337,22 @@ HlRefs HlIntrinsics::Trigonometry(std::string_view name, Values& a)
     if (name == "acos")
         return ArcCosine(x);
     if (name == "asin")
-        return Add(All(x, std::numbers::pi_v<float> / 2), Negate(ArcCosine(x)));
+        return Add({All(x, std::numbers::pi_v<float> / 2), Negate(ArcCosine(x))});
     if (name == "atan")
         return ArcTangent(x);
     if (name == "atan2") {
         const HlRefs& right = a[1].refs;
         const HlRefs angle = ArcTangent(Mul(x, Each(HlOp::Rcp, right)));
         const float pi = std::numbers::pi_v<float>;
-        const HlRefs turn = graph.Select(LessThan(x, All(x, 0.0f)), All(x, -pi), All(x, pi), row);
-        return Add(angle, graph.Select(LessThan(right, All(x, 0.0f)), turn, All(x, 0.0f), row));
+        const HlRefs zeros = All(x, 0.0f), left = All(x, -pi), up = All(x, pi);
+        const HlRefs isBelow = LessThan(x, zeros);
+        const HlRefs turn = graph.Select(isBelow, left, up, row);
+        return Add(angle, graph.Select(LessThan(right, zeros), turn, zeros, row));
     }
     const float factor = std::numbers::log2e_v<float>;
     if (name == "tanh") {
-        const HlRefs power = Add(Each(HlOp::Exp, Scale(x, 2 * factor)), All(x, 1.0f));
-        return Add(All(x, 1.0f), Scale(Each(HlOp::Rcp, power), -2.0f));
+        const HlRefs power = Add({Each(HlOp::Exp, Scale(x, 2 * factor)), All(x, 1.0f)});
+        return Add({All(x, 1.0f), Scale(Each(HlOp::Rcp, power), -2.0f)});
     }
     const HlRefs up = Each(HlOp::Exp, Scale(x, factor)), down = Each(HlOp::Exp, Scale(x, -factor));
     return Scale(Add(up, name == "cosh" ? down : Negate(down)), 0.5f);
@@ -398,11 +403,11 @@ HlRefs HlIntrinsics::SimpleRefs(std::string_view name, Values& a)
     if (name == "step")
         return AtLeast(y, x);
     if (name == "sign")
-        return Add(LessThan(All(x, 0.0f), x), Negate(LessThan(x, All(x, 0.0f))));
+        return Add({LessThan(All(x, 0.0f), x), Negate(LessThan(x, All(x, 0.0f)))});
     if (name == "smoothstep") {
         const HlRefs width = Add(y, Negate(x));
-        const HlRefs part = Saturate(Mul(Add(z, Negate(x)), Each(HlOp::Rcp, width)));
-        return Mul(Mul(part, part), Add(Scale(part, -2.0f), All(part, 3.0f)));
+        const HlRefs part = Saturate(Mul({Add(z, Negate(x)), Each(HlOp::Rcp, width)}));
+        return Mul({Mul(part, part), Add({Scale(part, -2.0f), All(part, 3.0f)})});
     }
     if (name == "degrees" || name == "radians")
         return Scale(x, name == "degrees" ? 57.2957795f : 0.0174532925f);

@@ -31,6 +31,12 @@ private:
     HlRefs All(const HlRefs& like, float value) { return HlRefs(like.size(), Number(value)); }
     HlRefs Add(const HlRefs& a, const HlRefs& b) { return graph.Lanes(HlOp::Add, a, b, {}, row); }
     HlRefs Mul(const HlRefs& a, const HlRefs& b) { return graph.Lanes(HlOp::Mul, a, b, {}, row); }
+    /// In braces, as those of `HlGraph::Two`.
+    struct Two {
+        HlRefs a, b;
+    };
+    HlRefs Add(const Two& of) { return Add(of.a, of.b); }
+    HlRefs Mul(const Two& of) { return Mul(of.a, of.b); }
     HlRefs Scale(const HlRefs& a, float by) { return Mul(a, All(a, by)); }
     HlRefs Negate(HlRefs a);
     HlRefs Each(HlOp op, const HlRefs& a);
