@@ -154,6 +154,18 @@ TEST_F(LanguageEffect, APartnerFollowsToVersion3)
             "memory(4,86): warning X4000: the shader is too large for ps_2_0 and becomes ps_3_0"));
 }
 
+TEST_F(LanguageEffect, AWarningOfAFunctionThatShadersShareIsToldOnce)
+{
+    const Com<ID3DXEffect> effect = Make(
+        "float f(float a, float b) { return a; }\n"
+        "float4 v(float4 p : POSITION) : POSITION { return p * f(1, 2); }\n"
+        "float4 p(uniform float x) : COLOR { return f(x, 3); }\n"
+        "technique t { pass { VertexShader = compile vs_1_1 v(); PixelShader = compile ps_2_0 p(1); }"
+        " pass { VertexShader = compile vs_1_1 v(); PixelShader = compile ps_2_0 p(2); } }");
+    EXPECT_THAT(EffectWarnings(*effect.Get(), "t"),
+                testing::ElementsAre("memory(1,24): warning X3004: 'b' is never used"));
+}
+
 TEST_F(LanguageEffect, AShaderBeyondTheLimitsIsTheFaultOfItsTechnique)
 {
     const Com<ID3DXEffect> effect =

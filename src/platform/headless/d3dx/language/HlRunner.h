@@ -2,6 +2,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -188,6 +189,8 @@ private:
     HlValue CallFunction(HlFunction& function, const HlExpression& expression,
                          std::vector<HlValue>& arguments);
     HlValue RunFunction(HlFunction& function, std::vector<HlValue>& values);
+    void WarnOfUnused(const HlFunction& entry);
+    void WarnOfUnused(const HlVariable& variable);
 
     HlUnit& unit;
     HlParser& parser;
@@ -209,6 +212,8 @@ private:
     std::pair<uint32_t, uint32_t> freeSlots = {0, 0}; ///< written whatever the masks say
     uint32_t resultSlot = 0;
     const HlFunction* running = nullptr;
+    std::vector<const HlFunction*> called; ///< each once
+    std::unordered_set<const HlFunction*> calledOnce;
     size_t returnMask = 0;
     int depth = 0;
     int openLoops = 0; ///< real ones

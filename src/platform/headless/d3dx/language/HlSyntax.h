@@ -126,6 +126,7 @@ struct HlFunction {
     std::vector<HlVariable*> parameters;
     size_t bodyBegin = 0, bodyEnd = 0; ///< words of the body, with its brackets; equal for none
     HlStatement* body = nullptr;       ///< read when it is called first
+    std::vector<const HlVariable*> unusedLocals, unusedParameters; ///< that nobody reads
     bool isRead = false;
     bool isUsed = false; ///< is being run: it cannot call itself
 };
