@@ -106,6 +106,7 @@ private:
     // HlRunnerStatements.cpp
     void Run(const HlStatement& statement);
     void RunBlock(const HlStatement& statement);
+    void RunCase(const HlStatement& statement);
     void RunDeclaration(const HlStatement& statement);
     void RunReturn(const HlStatement& statement);
     void RunDiscard(HlRef condition);
@@ -207,6 +208,7 @@ private:
     size_t frame = 0;              ///< first name that the running function sees
     std::vector<uint32_t> masks;   ///< slots of truths: has not returned, broken, continued
     std::vector<size_t> loopMasks; ///< index of the break mask of each open loop
+    std::vector<size_t> caseMasks; ///< index of the break mask of each open case
     std::vector<HlRef> path;       ///< conditions of the branches around
     std::vector<Journal> journals;
     std::pair<uint32_t, uint32_t> freeSlots = {0, 0}; ///< written whatever the masks say

@@ -95,6 +95,7 @@ enum class HlStatementKind : uint8_t {
     Declare,
     Block,
     If,
+    Case, ///< the body of a case, which `break` leaves
     For,
     While,
     Do,
