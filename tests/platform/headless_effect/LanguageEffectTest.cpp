@@ -58,9 +58,6 @@ TEST_F(LanguageEffect, ParametersGoToTheRegistersOfTheirTable)
     for (const char* order : {"", "column_major", "row_major"})
         for (const bool isCompiled : {false, true}) {
             const std::string text = MatrixText(order);
-            // A compiled effect keeps a matrix of columns in another order: that is its reader's matter.
-            if (isCompiled && order[0] == 'c')
-                continue;
             const Com<ID3DXEffect> effect = isCompiled ? Compiled(text) : Make(text);
             D3DXMATRIX matrix;
             for (int i = 0; i < 16; ++i)
@@ -152,6 +149,18 @@ TEST_F(LanguageEffect, APartnerFollowsToVersion3)
         EffectWarnings(*large.Get(), "t"),
         testing::ElementsAre(
             "memory(4,86): warning X4000: the shader is too large for ps_2_0 and becomes ps_3_0"));
+}
+
+TEST_F(LanguageEffect, AWarningOfAFunctionThatShadersShareIsToldOnce)
+{
+    const Com<ID3DXEffect> effect = Make(
+        "float f(float a, float b) { return a; }\n"
+        "float4 v(float4 p : POSITION) : POSITION { return p * f(1, 2); }\n"
+        "float4 p(uniform float x) : COLOR { return f(x, 3); }\n"
+        "technique t { pass { VertexShader = compile vs_1_1 v(); PixelShader = compile ps_2_0 p(1); }"
+        " pass { VertexShader = compile vs_1_1 v(); PixelShader = compile ps_2_0 p(2); } }");
+    EXPECT_THAT(EffectWarnings(*effect.Get(), "t"),
+                testing::ElementsAre("memory(1,24): warning X3004: 'b' is never used"));
 }
 
 TEST_F(LanguageEffect, AShaderBeyondTheLimitsIsTheFaultOfItsTechnique)

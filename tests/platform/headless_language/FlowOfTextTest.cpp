@@ -59,6 +59,57 @@ const FlowCase kFlowCases[] = {
      "float f(float x, float y) { float r = y; for (int i = 0; i < 5; i++) r += x * i; r += i * 2;"
      " for (i = 1; i < 3; i++) r *= 2; return r + i; }",
      [](float x, float y) { return (y + SumTo(x, 5) + 10) * 4 + 3; }},
+    {"switch",
+     "static const int kTwo = 2; float f(float x, float y) { float r = 5; switch ((int)(x * 2)) {"
+     " case 0: r = y; break; case 3: case kTwo: { r = y * 2; break; } default: r += 1; break;"
+     " case 7: case -4: r = 9; } return r; }",
+     [](float x, float y) {
+         switch (static_cast<int>(x * 2)) {
+         case 0:
+             return y;
+         case 3:
+         case 2:
+             return y * 2;
+         case 7:
+         case -4:
+             return 9.0f;
+         default:
+             return 6.0f;
+         }
+     }},
+    {"switch on what the text tells",
+     "float g(int n, float x) { float r = 0; switch (n) { default: r = 1; break; case 1: return x * 2;"
+     " case 2: r = x; { r += 4; } } return r; }"
+     "float f(float x, float y) { return g(1, x) + g(2, y) + g(3, x); }",
+     [](float x, float y) { return x * 2 + y + 4 + 1; }},
+    {"break and continue out of a case",
+     "float f(float x, float y) { float r = 0; for (int i = 0; i < 5; i++) { switch (i) {"
+     " case 1: if (x > y) break; r += x; break; case 2: if (x < y) continue; r += 1; break;"
+     " case 3: continue; default: r += y; } r += i; } return r; }",
+     [](float x, float y) {
+         float r = 0;
+         for (int i = 0; i < 5; ++i) {
+             if ((i == 2 && x < y) || i == 3)
+                 continue;
+             if (i == 1)
+                 r += x > y ? 0 : x;
+             else
+                 r += i == 2 ? 1 : y;
+             r += static_cast<float>(i);
+         }
+         return r;
+     }},
+    {"switch in switch",
+     "float f(float x, float y) { float r = 1; int n = x > 1 ? 1 : 0, m = y > 1 ? 3 : 2; switch (n) {"
+     " case 1: switch (m) { case 3: if (x > y) break; r = 2; break; case 2: return 7; } r += 10; break;"
+     " case 0: r = 3; } return r; }",
+     [](float x, float y) {
+         if (!(x > 1))
+             return 3.0f;
+         if (!(y > 1))
+             return 7.0f;
+         return (x > y ? 1.0f : 2.0f) + 10;
+     }},
     {"a loop downwards",
      "float f(float x, float y) { float r = 0; for (int i = 4; i > 0; i -= 2) r = r * y + i;"
      " return r + x; }",

@@ -65,6 +65,14 @@ TEST(HlErrors, WhatIsExpectedIsTold)
         {"vector<float, 7> y;", "3,15", "1 to 4 is expected, not '7'"},
         {"vector<S, 3> y;", "3,8", "a type of numbers is expected, not 'S'"},
         {"float4 y = float4(1, 2, 3, 4;", "3,29", "',' or ')' is expected, not ';'"},
+        {"switch (n) { case 1: a; case 2: a; }", "3,25",
+         "the case before this one needs a 'break'"},
+        {"switch (n) { case n: a; }", "3,19", "a case is a whole number that the text tells"},
+        {"switch (n) { case 1: break; case 2 - 1: a; }", "3,34",
+         "the switch has this case already"},
+        {"switch (n) { default: break; default: a; }", "3,30", "the switch has a default already"},
+        {"switch (n) { a; }", "3,14", "case, default or '}' is expected, not 'a'"},
+        {"switch (n) { case 1; }", "3,20", "':' is expected, not ';'"},
         {"else a;", "3,6", "';' is expected, not 'a'"},
         {"a b;", "3,3", "';' is expected, not 'b'"},
         {"float4 y = 1.2.3;", "3,12", "'1.2.3' is no number"},
@@ -283,6 +291,42 @@ TEST(HlErrors, Warnings)
     EXPECT_EQ(made.messages, "warning 3,14 X3004: float4 is cut to float2\n"
                              "warning 5,19 X3004: 'q' is used before it has a value\n"
                              "warning 2,24 X3004: the output 'COLOR1' is never given a value\n");
+}
+
+TEST(HlErrors, WhatIsNeverReadIsTold)
+{
+    static const struct {
+        const char* text;
+        const char* messages;
+    } kRows[] = {
+        {"float4 main() : COLOR { float x = 1; return 2; }",
+         "warning 1,31 X3004: 'x' is never used\n"},
+        {"float4 main() : COLOR { float4 x; x.y = 1; x += 2; return 2; }",
+         "warning 1,32 X3004: 'x' is never used\n"},
+        {"float4 main() : COLOR { float x = 1, y = x; return 2; }",
+         "warning 1,38 X3004: 'y' is never used\n"},
+        {"float4 main() : COLOR { float x = 1; { float x = 2; return x; } }",
+         "warning 1,31 X3004: 'x' is never used\n"},
+        {"float4 main() : COLOR { int i = 0; float a[2]; a[i] = 1; return 2; }",
+         "warning 1,42 X3004: 'a' is never used\n"},
+        {"float4 main() : COLOR { int k = 0; float r = 0; for (int i = 0; i < 3; i++) { r += 1; k++; }"
+         " return r; }",
+         "warning 1,29 X3004: 'k' is never used\n"},
+        {"float4 main() : COLOR { float r = 1; for (int i = 0; i < 3; ++i) r *= 2; return r + i; }",
+         ""},
+        {"float4 main() : COLOR { float x, y; y = x = 1; return y; }", ""},
+        {"float4 main() : COLOR { float s, c; sincos(1, s, c); return c; }", ""},
+        {"float4 main(float4 t : TEXCOORD) : COLOR { return 2; }", ""},
+        {"float f(float a, float b, out float c) { c = 1; return a; }\n"
+         "float4 main() : COLOR { float q; return f(1, 2, q) + f(2, 3, q); }",
+         "warning 1,24 X3004: 'b' is never used\n"},
+        {"float f(float a) { return 1; } float f(float2 a) { return 2; }\n"
+         "float4 main() : COLOR { float2 v = 1; return f(1.0) + f(v) + f(v); }",
+         "warning 1,15 X3004: 'a' is never used\nwarning 1,47 X3004: 'a' is never used\n"},
+        {"float f() { float x = 1; return 3; } float4 main() : COLOR { return 1; }", ""},
+    };
+    for (const auto& c : kRows)
+        EXPECT_EQ(CompileText(c.text, "ps_2_0").messages, c.messages) << c.text;
 }
 
 TEST(HlErrors, CodeThatDoesNotFitIsMadeForTheNextVersion)

@@ -153,12 +153,15 @@ uint32_t FxCompiledWriter::Text(const std::string& text)
 
 // ---- Parameters
 
-/// Members lie behind the struct, elements share a type.
+/// Members lie behind the struct, elements share a type. A matrix is stored row by row, whatever order its text
+/// names: only registers are columns, which the constant table tells.
 FxCompiledWriter::Words FxCompiledWriter::TypeWords(const FxParameter& parameter)
 {
     const FxParameter& one = parameter.IsArray() ? *parameter.parts[0] : parameter;
-    Words words = {CountOf(one.type), CountOf(parameter.kind), Text(parameter.name),
-                   parameter.hasSemantic ? Text(parameter.semantic) : 0, parameter.elements};
+    const bool isTurned = parameter.kind == D3DXPC_MATRIX_COLUMNS;
+    Words words = {CountOf(one.type), CountOf(isTurned ? D3DXPC_MATRIX_ROWS : parameter.kind),
+                   Text(parameter.name), parameter.hasSemantic ? Text(parameter.semantic) : 0,
+                   parameter.elements};
     if (parameter.kind == D3DXPC_STRUCT) {
         words.push_back(CountOf(one.parts.size()));
         for (const auto& member : one.parts)

@@ -3,6 +3,7 @@
 #include "platform/headless/d3dx/language/HlParser.h"
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
+#include "platform/headless/d3dx/language/HlUnused.h"
 
 namespace headless::hl {
 
@@ -81,6 +82,8 @@ bool HlParser::ReadBody(HlFunction& function, HlLog& target)
     nesting = 0;
     function.body = Block();
     function.isRead = function.body != nullptr; // each shader that calls it tells what is wrong
+    if (function.isRead)
+        HlFindUnused(function);
     return function.isRead;
 }
 

@@ -75,6 +75,17 @@ private:
     bool LocalVariable(const HlType& type, const Modifiers& modifiers, HlStatement& statement);
     bool Attribute(HlHint& hintOut);
 
+    // HlParserSwitch.cpp
+    struct Cases;
+    HlStatement* Switch(HlHint hint);
+    void KeepValue(HlStatement& statement);
+    HlStatement* AddCase(HlStatement& block, HlHint hint, HlExpression* condition,
+                         HlStatement* body);
+    bool Case(HlStatement& block, Cases& cases);
+    bool CaseNumber(Cases& cases, HlExpression*& conditionInOut);
+    HlExpression* Either(HlExpression* first, HlExpression* second);
+    HlStatement* CaseBody();
+
     // HlParserExpressions.cpp
     HlExpression* New(HlExpressionKind kind, FxPlace place);
     HlExpression* Add(HlExpression* parent, HlExpression* part);

@@ -259,8 +259,10 @@ bool HlParser::WholeNumber(const HlExpression& expression, int& valueOut) const
                          : expression.op == HlOperator::Multiply         ? int64_t{a} * b
                          : expression.op == HlOperator::Divide && b != 0 ? a / b
                                                                          : -1;
-    valueOut = wide < 0 || wide > 1000000000 ? 0 : static_cast<int>(wide);
-    return valueOut > 0;
+    if (wide < 0 || wide > 1000000000)
+        return false;
+    valueOut = static_cast<int>(wide);
+    return true;
 }
 
 // ---- Variables and functions

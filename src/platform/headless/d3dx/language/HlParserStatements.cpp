@@ -47,12 +47,13 @@ HlStatement* HlParser::Statement()
         Fail(Peek().place, FxError::Limit, "the statements are nested too deep");
         return nullptr;
     }
-    HlStatement* const statement = Is("{")       ? Block()
-                                   : Is("if")    ? If()
-                                   : Is("for")   ? For()
-                                   : Is("while") ? While()
-                                   : Is("do")    ? Do()
-                                                 : Simple();
+    HlStatement* const statement = Is("{")        ? Block()
+                                   : Is("if")     ? If()
+                                   : Is("for")    ? For()
+                                   : Is("while")  ? While()
+                                   : Is("do")     ? Do()
+                                   : Is("switch") ? Switch(hint)
+                                                  : Simple();
     --nesting;
     if (statement)
         statement->hint = hint;

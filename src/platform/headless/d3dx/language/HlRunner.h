@@ -2,6 +2,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -105,6 +106,7 @@ private:
     // HlRunnerStatements.cpp
     void Run(const HlStatement& statement);
     void RunBlock(const HlStatement& statement);
+    void RunCase(const HlStatement& statement);
     void RunDeclaration(const HlStatement& statement);
     void RunReturn(const HlStatement& statement);
     void RunDiscard(HlRef condition);
@@ -188,6 +190,8 @@ private:
     HlValue CallFunction(HlFunction& function, const HlExpression& expression,
                          std::vector<HlValue>& arguments);
     HlValue RunFunction(HlFunction& function, std::vector<HlValue>& values);
+    void WarnOfUnused(const HlFunction& entry);
+    void WarnOfUnused(const HlVariable& variable);
 
     HlUnit& unit;
     HlParser& parser;
@@ -204,11 +208,14 @@ private:
     size_t frame = 0;              ///< first name that the running function sees
     std::vector<uint32_t> masks;   ///< slots of truths: has not returned, broken, continued
     std::vector<size_t> loopMasks; ///< index of the break mask of each open loop
+    std::vector<size_t> caseMasks; ///< index of the break mask of each open case
     std::vector<HlRef> path;       ///< conditions of the branches around
     std::vector<Journal> journals;
     std::pair<uint32_t, uint32_t> freeSlots = {0, 0}; ///< written whatever the masks say
     uint32_t resultSlot = 0;
     const HlFunction* running = nullptr;
+    std::vector<const HlFunction*> called; ///< each once
+    std::unordered_set<const HlFunction*> calledOnce;
     size_t returnMask = 0;
     int depth = 0;
     int openLoops = 0; ///< real ones

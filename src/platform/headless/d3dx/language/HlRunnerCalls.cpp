@@ -87,6 +87,8 @@ HlValue HlRunner::CallFunction(HlFunction& function, const HlExpression& express
                          "'" + std::string(function.name) + "' calls itself");
     if (!parser.ReadBody(function, log))
         return ErrorValue();
+    if (calledOnce.insert(&function).second)
+        called.push_back(&function);
     for (size_t i = 0; i < function.parameters.size(); ++i) {
         const HlVariable& parameter = *function.parameters[i];
         if (i >= arguments.size()) {
@@ -110,6 +112,24 @@ HlValue HlRunner::CallFunction(HlFunction& function, const HlExpression& express
             Store(place, arguments[i].refs);
     }
     return result;
+}
+
+/// The parameters of an entry are those of the stream, and other entries may share them. In a text with errors
+/// nothing is told: the variable may belong where the error is.
+void HlRunner::WarnOfUnused(const HlFunction& entry)
+{
+    for (const HlFunction* function : called)
+        for (const HlVariable* variable : function->unusedParameters)
+            WarnOfUnused(*variable);
+    called.push_back(&entry);
+    for (const HlFunction* function : called)
+        for (const HlVariable* variable : function->unusedLocals)
+            WarnOfUnused(*variable);
+}
+
+void HlRunner::WarnOfUnused(const HlVariable& variable)
+{
+    Warn(variable.place, "'" + std::string(variable.name) + "' is never used");
 }
 
 /// `values` are those of the parameters, and afterwards what the function left in them.

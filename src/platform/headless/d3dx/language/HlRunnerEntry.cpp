@@ -175,6 +175,8 @@ bool HlRunner::RunEntry(HlFunction& function, const std::vector<HlExpression*>& 
                         all.subspan(named.slot, named.type->cells)))
             return false;
     }
+    if (!log.Failed())
+        WarnOfUnused(function);
     return !log.Failed();
 }
 

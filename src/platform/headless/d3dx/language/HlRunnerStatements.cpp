@@ -38,6 +38,9 @@ void HlRunner::Run(const HlStatement& statement)
     case HlStatementKind::If:
         RunIf(statement);
         break;
+    case HlStatementKind::Case:
+        RunCase(statement);
+        break;
     case HlStatementKind::For:
     case HlStatementKind::While:
     case HlStatementKind::Do:
@@ -61,6 +64,17 @@ void HlRunner::RunBlock(const HlStatement& statement)
     const Scope scope = OpenScope();
     for (const HlStatement* one : statement.list)
         Run(*one);
+    CloseScope(scope);
+}
+
+void HlRunner::RunCase(const HlStatement& statement)
+{
+    const Scope scope = OpenScope();
+    caseMasks.push_back(masks.size());
+    PushMask();
+    Run(*statement.first);
+    PopMask();
+    caseMasks.pop_back();
     CloseScope(scope);
 }
 
@@ -130,13 +144,14 @@ void HlRunner::RunDiscard(HlRef condition)
 void HlRunner::RunJump(const HlStatement& statement)
 {
     const bool isBreak = statement.kind == HlStatementKind::Break;
-    const bool isInside = !loopMasks.empty() && loopMasks.back() > returnMask;
-    if (!isInside) {
+    const size_t loop = loopMasks.empty() ? 0 : loopMasks.back();
+    const size_t left = isBreak && !caseMasks.empty() ? std::max(loop, caseMasks.back()) : loop;
+    if (left <= returnMask) {
         Fail(statement.place, FxError::Syntax,
              std::string(isBreak ? "'break'" : "'continue'") + " is outside of a loop");
         return;
     }
-    Write(masks[loopMasks.back() + (isBreak ? 0 : 1)], graph.Literal(0.0f));
+    Write(masks[left + (isBreak ? 0 : 1)], graph.Literal(0.0f));
 }
 
 /// A condition as 1 or 0.

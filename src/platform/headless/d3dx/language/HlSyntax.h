@@ -95,6 +95,7 @@ enum class HlStatementKind : uint8_t {
     Declare,
     Block,
     If,
+    Case, ///< the body of a case, which `break` leaves
     For,
     While,
     Do,
@@ -126,6 +127,7 @@ struct HlFunction {
     std::vector<HlVariable*> parameters;
     size_t bodyBegin = 0, bodyEnd = 0; ///< words of the body, with its brackets; equal for none
     HlStatement* body = nullptr;       ///< read when it is called first
+    std::vector<const HlVariable*> unusedLocals, unusedParameters; ///< that nobody reads
     bool isRead = false;
     bool isUsed = false; ///< is being run: it cannot call itself
 };
