@@ -42,6 +42,10 @@ private:
     bool Call(const FxIntrinsic& intrinsic, FxExpression& out);
     bool Arguments(FxExpression& out, std::vector<FxShape>& shapesOut);
     bool LoadParameter(FxExpression& out);
+    bool ReadElement(const FxToken& name, const FxParameter*& parameterInOut,
+                     FxExpression& indexOut);
+    bool ReadIndex(const FxToken& name, UINT length, FxExpression& indexOut);
+    static void AddClamp(UINT length, FxExpression& indexInOut);
     bool Component(FxExpression& out);
     bool MatrixComponents(std::string_view text, const FxShape& shape, FxStep& stepOut);
     bool VectorComponents(std::string_view text, const FxShape& shape, FxStep& stepOut);

@@ -42,20 +42,25 @@ private:
     bool Type(FxType& typeOut);
     bool TemplateType(bool isMatrix, FxType& typeOut);
     bool Struct(FxType& typeOut);
-    void NestedStruct(FxType& typeOut);
     bool Members(FxStruct& structure);
     bool AddMember(FxStruct& structure, FxMember member, FxPlace place);
     bool TypeDefinition();
     bool Variables();
     bool Variable(const Declaration& declaration, const FxToken& name);
+    bool Head(const Declaration& declaration, const FxToken& name, FxParameter& parameter);
+    bool Keep(const Declaration& declaration, const FxToken& name,
+              std::unique_ptr<FxParameter> made);
     bool Function(const FxToken& name);
-    bool Elements(UINT& elementsOut, bool& isModelledInOut);
+    bool Lengths(FxType& typeInOut);
+    bool StateLength(FxType& typeInOut, std::unique_ptr<FxParameter>& parameterInOut);
     bool Semantic(std::string& semanticOut, bool& hasSemanticOut);
     bool Annotations(List& annotationsOut);
     bool Annotation(List& annotationsOut);
 
     // FxParserValues.cpp
-    std::unique_ptr<FxParameter> Make(const FxType& type, UINT elements, FxPlace place);
+    std::unique_ptr<FxParameter> Make(const FxType& type, FxPlace place);
+    bool CountValues(const FxParameter& parameter, size_t& countOut);
+    bool CountNumbers(size_t& countOut);
     bool Value(FxParameter& parameter);
     bool Numbers(FxParameter& parameter);
     bool NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETER_TYPE>& types);
@@ -81,6 +86,8 @@ private:
     bool CheckValue(const FxState& state, FxPlace place, FxExpression& value);
     bool ObjectValue(const FxState& state, FxAssignment& assignmentOut);
     bool PassState(FxPass& pass);
+    bool IsInlineSampler(const FxState& state) const;
+    bool InlineSampler(const FxState& state, FxPass& pass);
     void KeepLack(FxPass& pass, const FxToken& word, const std::string& what) const;
     bool IsUnmodelledPlace(const FxState& state) const;
     bool PassShader(const FxState& state, FxPass& pass);
@@ -95,7 +102,7 @@ private:
     FxWords words;
     FxExpressionReader expressions;
     std::vector<FxNumber> scratch;
-    bool isInStruct = false;
+    int structDepth = 0;
     FxSizes sizes;
     size_t touchedLeft = kFxMaxTouched;
     size_t rowsLeft = kFxMaxRows;

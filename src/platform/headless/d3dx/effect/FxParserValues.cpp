@@ -51,8 +51,9 @@ std::string Unquote(std::string_view text)
 
 // ---- Making
 
-std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, FxPlace place)
+std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, FxPlace place)
 {
+    const UINT elements = type.Elements();
     if (!sizes.Add(type, elements)) {
         words.FailAt(place, FxError::Limit, "the effect has too many parameters");
         return nullptr;
@@ -76,6 +77,54 @@ bool FxParser::ReadsUnmodelled(const FxParameter& parameter) const
     return !parameter.IsShader() && words.FindInValue([this](const FxToken& word) {
         return word.kind == FxTokenKind::Identifier && model.names.IsUnmodelled(word.text);
     });
+}
+
+/// How many elements of the outermost dimension the initial value has; `parameter` has one of them.
+bool FxParser::CountValues(const FxParameter& parameter, size_t& countOut)
+{
+    const FxPlace place = words.Peek().place;
+    if (!words.Is("{"))
+        return words.Unexpected("'{'");
+    size_t one = parameter.elements;
+    if (HasOnlyNumbers(parameter)) {
+        std::vector<D3DXPARAMETER_TYPE> types;
+        ListCellTypes(parameter, types);
+        one = types.size();
+        if (!CountNumbers(countOut))
+            return false;
+    } else {
+        for (words.Next(); !words.Is("}"); ++countOut)
+            if (!words.SkipValue() || (!words.Accept(",") && !words.Is("}")))
+                return words.Unexpected("',' or '}'");
+    }
+    if (countOut % std::max<size_t>(one, 1) != 0)
+        return words.FailAt(place, FxError::BadInitializer,
+                            "there are " + std::to_string(countOut) +
+                                " values, not a multiple of " + std::to_string(one));
+    countOut /= std::max<size_t>(one, 1);
+    return true;
+}
+
+/// The numbers of a list in braces, whatever their order.
+bool FxParser::CountNumbers(size_t& countOut)
+{
+    size_t depth = 0;
+    do {
+        if (words.Accept("{")) {
+            ++depth;
+        } else if (words.Accept("}")) {
+            --depth;
+            words.Accept(",");
+        } else {
+            FxExpression expression;
+            if (!expressions.Read(expression))
+                return false;
+            countOut += expression.Shape().Count();
+            if (!words.Accept(",") && !words.Is("}"))
+                return words.Unexpected("',' or '}'");
+        }
+    } while (depth > 0);
+    return true;
 }
 
 bool FxParser::Numbers(FxParameter& parameter)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <optional>
 
@@ -437,6 +438,35 @@ bool FxProgramWriter::Call(const FxStep& step)
                           "' has an argument that changes");
 }
 
+/// Functions by component that few effects use; none for an unknown name.
+std::optional<FxProgramWriter::Place> FxProgramWriter::Rarer(std::string_view name, const Place& a,
+                                                             const Place& b)
+{
+    const auto exponential = [this](const Place& power) {
+        return Emit(0x105, {Product(power, Literal(std::numbers::log2e))});
+    };
+    if (name == "cosh" || name == "sinh") {
+        const Place up = exponential(a), down = exponential(Negated(a));
+        return Product({name == "cosh" ? Sum(up, down) : Difference(up, down), Literal(0.5)});
+    }
+    if (name == "tanh")
+        return Difference(
+            {Literal(1.0), Quotient({Literal(2.0), Sum({exponential(Sum(a, a)), Literal(1.0)})})});
+    if (name == "ldexp")
+        return Product(a, Emit(0x105, {b}));
+    if (name == "trunc")
+        return Whole(a);
+    if (name == "isnan")
+        return Opposite(Emit(0x203, {a, a}));
+    if (name == "isinf")
+        return Emit(0x202, {Literal(static_cast<double>(std::numeric_limits<float>::max())),
+                            Emit(0x201, {a, Negated(a)})});
+    if (name == "isfinite")
+        return Emit(0x203, {Literal(static_cast<double>(std::numeric_limits<float>::max())),
+                            Emit(0x201, {a, Negated(a)})});
+    return std::nullopt;
+}
+
 // Kept whole: one line for each function.
 bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Value>& arguments)
 {
@@ -518,7 +548,7 @@ bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Valu
             return Emit(0x203, {b, a});
         if (name == "tan")
             return Quotient({Emit(0x108, {a}), Emit(0x109, {a})});
-        return std::nullopt;
+        return Rarer(name, a, b);
     };
     Value value = {step.shape, {}};
     for (UINT i = 0; i < step.shape.Count(); ++i) {
@@ -557,6 +587,67 @@ FxProgramWriter::Value FxProgramWriter::Multiplied(const FxStep& step, const Val
     return value;
 }
 
+/// By the first row. Recursion ends at 1 by 1.
+FxProgramWriter::Place FxProgramWriter::Determinant(const std::vector<Place>& cells, UINT size)
+{
+    if (size == 1)
+        return cells[0];
+    Place sum = Literal(0.0);
+    for (UINT without = 0; without < size; ++without) {
+        std::vector<Place> rest;
+        for (UINT i = size; i < size * size; ++i)
+            if (i % size != without)
+                rest.push_back(cells[i]);
+        const Place share = Product(cells[without], Determinant(rest, size - 1));
+        sum = Sum(sum, without % 2 == 0 ? share : Negated(share));
+    }
+    return sum;
+}
+
+/// Functions whose arguments or results differ in shape.
+std::vector<FxProgramWriter::Place> FxProgramWriter::Mixed(const FxStep& step,
+                                                           const std::vector<Value>& arguments)
+{
+    const std::string_view name = step.intrinsic->name;
+    const Value& a = arguments[0];
+    if (name == "determinant")
+        return {Determinant(a.cells, a.shape.rows)};
+    std::vector<Place> cells;
+    if (name == "D3DCOLORtoUBYTE4") {
+        for (const UINT i : {2u, 1u, 0u, 3u})
+            cells.push_back(Floor(Product(a.cells[i], Literal(kFxBytesOfColour))));
+        return cells;
+    }
+    const Value& b = arguments[1];
+    const Place zero = Literal(0.0);
+    if (name == "lit") {
+        const Place diffuse = a.cells[0], half = b.cells[0];
+        const Place power = Emit(0x105, {Product(Emit(0x106, {half}), arguments[2].cells[0])});
+        return {Literal(1.0), Emit(0x201, {diffuse, zero}),
+                Emit(0x300, {Emit(0x200, {diffuse, half}), power, zero}), Literal(1.0)};
+    }
+    if (name == "faceforward") {
+        const Place slope = Dot(b, arguments[2]);
+        for (UINT i = 0; i < step.shape.Count(); ++i)
+            cells.push_back(Emit(0x300, {slope, Negated(a.At(i)), a.At(i)}));
+        return cells;
+    }
+    const bool isReflect = name == "reflect";
+    const Place slope = Dot(a, b);
+    const Place eta = isReflect ? Literal(1.0) : arguments[2].cells[0];
+    const Place under =
+        isReflect ? zero
+                  : Difference({Literal(1.0),
+                                Product({Product(eta, eta),
+                                         Difference({Literal(1.0), Product(slope, slope)})})});
+    const Place along = isReflect ? Sum(slope, slope)
+                                  : Sum({Product(eta, slope), Root(Emit(0x201, {under, zero}))});
+    for (UINT i = 0; i < step.shape.Count(); ++i)
+        cells.push_back(Emit(
+            0x300, {under, Difference({Product(eta, a.At(i)), Product(along, b.At(i))}), zero}));
+    return cells;
+}
+
 bool FxProgramWriter::CallWhole(const FxStep& step, const std::vector<Value>& arguments)
 {
     const std::string_view name = step.intrinsic->name;
@@ -586,6 +677,8 @@ bool FxProgramWriter::CallWhole(const FxStep& step, const std::vector<Value>& ar
         for (UINT row = 0; row < step.shape.rows; ++row)
             for (UINT column = 0; column < step.shape.columns; ++column)
                 value.cells.push_back(a.cells[column * a.shape.columns + row]);
+    } else if (name != "all" && name != "any") {
+        value.cells = Mixed(step, arguments);
     } else {
         const bool isAll = name == "all";
         Place truth = Truth(a.At(0));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -88,8 +89,11 @@ private:
     bool Binary(const FxStep& step);
     Place Compute(FxOperation operation, const Place& a, const Place& b);
     bool Call(const FxStep& step);
+    std::optional<Place> Rarer(std::string_view name, const Place& a, const Place& b);
     bool CallByComponent(const FxStep& step, const std::vector<Value>& arguments);
     bool CallWhole(const FxStep& step, const std::vector<Value>& arguments);
+    Place Determinant(const std::vector<Place>& cells, UINT size);
+    std::vector<Place> Mixed(const FxStep& step, const std::vector<Value>& arguments);
     Value Multiplied(const FxStep& step, const Value& a, const Value& b);
 
     const FxVisibleParameters& parameters;
