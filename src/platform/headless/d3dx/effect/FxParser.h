@@ -73,6 +73,9 @@ private:
     void CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
                    FxShader& shaderOut);
     void PairShaders(FxPass& pass);
+    hl::HlCompiler& Compiler();
+    std::shared_ptr<const FxComputation>
+    CallFunction(const FxToken& name, const std::vector<FxExpressionReader::Argument>& arguments);
     DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;

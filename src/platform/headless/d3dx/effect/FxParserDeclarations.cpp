@@ -22,7 +22,12 @@ FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* ef
       model(target),
       words(std::move(text), log),
       expressions(words, target.names)
-{}
+{
+    expressions.SetCaller(
+        [this](const FxToken& name, const std::vector<FxExpressionReader::Argument>& arguments) {
+            return CallFunction(name, arguments);
+        });
+}
 
 FxParser::~FxParser() = default;
 
@@ -243,7 +248,7 @@ bool FxParser::Variables()
     return words.Expect(";");
 }
 
-/// Only shaders use functions: the body is skipped.
+/// The body is read when a shader or a value calls the function.
 bool FxParser::Function(const FxToken& name)
 {
     if (!words.SkipBrackets("(", ")"))

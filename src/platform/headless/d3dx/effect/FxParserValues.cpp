@@ -278,6 +278,41 @@ DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
     return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
+hl::HlCompiler& FxParser::Compiler()
+{
+    if (!compiler)
+        compiler = std::make_unique<hl::HlCompiler>(words.All());
+    return *compiler;
+}
+
+/// A function of the text in a value. Errors in it are errors of the effect.
+std::shared_ptr<const FxComputation>
+FxParser::CallFunction(const FxToken& name,
+                       const std::vector<FxExpressionReader::Argument>& arguments)
+{
+    std::vector<hl::HlShape> shapes;
+    for (const auto& [shape, place] : arguments)
+        shapes.push_back({shape.type == D3DXPT_FLOAT ? hl::HlBase::Float
+                          : shape.type == D3DXPT_INT ? hl::HlBase::Int
+                                                     : hl::HlBase::Bool,
+                          shape.rows, shape.columns, place});
+    hl::HlLog log;
+    auto made = Compiler().Call(name, shapes, log);
+    for (const hl::HlMessage& message : log.Messages())
+        if (!message.isWarning)
+            diagnostics.Add(message.place, message.kind, message.text);
+    if (!made)
+        return nullptr;
+    const auto bound = std::make_shared<FxComputation>();
+    if (!bound->Bind(std::move(made), model.names.parameters)) {
+        diagnostics.Fail(name.place, FxError::UnknownName,
+                         "the function " + FxDescribe(name) +
+                             " reads a parameter that is not known here");
+        return nullptr;
+    }
+    return bound;
+}
+
 /// From behind `compile` on. What is wrong with the shader is kept in it.
 bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
 {
@@ -290,8 +325,6 @@ bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShade
         shaderOut->place = profile.place;
         return words.SkipValue();
     }
-    if (!compiler)
-        compiler = std::make_unique<hl::HlCompiler>(words.All());
     const Compilation what = {profile, function, words.Position() + 2};
     CompileAs(profile.text, isVertex, what, *shaderOut);
     compiled[shaderOut.get()] = what;
@@ -307,7 +340,8 @@ bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShade
 void FxParser::CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
                          FxShader& shaderOut)
 {
-    const auto made = compiler->Compile(profileName, what.profile, what.function, what.argumentsAt);
+    const auto made =
+        Compiler().Compile(profileName, what.profile, what.function, what.argumentsAt);
     for (const hl::HlMessage& message : made->messages)
         if (!message.isWarning && message.kind != FxError::Limit && !made->lacksProfile)
             diagnostics.Add(message.place, message.kind, message.text);
