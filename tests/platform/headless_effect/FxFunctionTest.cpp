@@ -182,5 +182,6 @@ TEST_F(FxFunctionTest, ManyLargeFunctionsAreAnError)
     text += "return v; }\nfloat a;\ntechnique t {\n";
     for (int i = 0; i < 300; ++i)
         text += "pass { FogStart = f(a); }\n";
-    EXPECT_TRUE(ErrorOf(text + "}").ends_with("error X4000: the shader is too large\n"));
+    EXPECT_TRUE(
+        ErrorOf(text + "}").ends_with("error X4000: the functions in values are too large\n"));
 }

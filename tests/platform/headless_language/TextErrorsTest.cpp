@@ -329,6 +329,15 @@ TEST(HlErrors, WhatIsNeverReadIsTold)
         EXPECT_EQ(CompileText(c.text, "ps_2_0").messages, c.messages) << c.text;
 }
 
+TEST(HlErrors, ACallHasALimitOfValues)
+{
+    std::string text = "float4 main() : COLOR {\n  return f(0";
+    for (int i = 0; i < 300; ++i)
+        text += ",1";
+    EXPECT_TRUE(CompileText(text + "); }", "ps_2_0")
+                    .messages.starts_with("2,524 X4000: there are too many values\n"));
+}
+
 TEST(HlErrors, CodeThatDoesNotFitIsMadeForTheNextVersion)
 {
     const auto text = [](int steps) {

@@ -76,6 +76,8 @@ private:
     hl::HlCompiler& Compiler();
     std::shared_ptr<const FxComputation>
     CallFunction(const FxToken& name, const std::vector<FxExpressionReader::Argument>& arguments);
+    std::shared_ptr<const FxComputation> CompileFunction(const FxToken& name,
+                                                         const std::vector<hl::HlShape>& arguments);
     DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
@@ -109,8 +111,11 @@ private:
     FxSizes sizes;
     size_t touchedLeft = kFxMaxTouched;
     size_t rowsLeft = kFxMaxRows;
+    size_t stepsLeft = kFxMaxValueSteps;
     std::unique_ptr<hl::HlCompiler> compiler; ///< null until a shader is compiled
     std::map<const FxShader*, Compilation> compiled;
+    /// Calls in values by the name and the types of the arguments.
+    std::map<std::string, std::shared_ptr<const FxComputation>> functions;
 };
 
 } // namespace headless::fx

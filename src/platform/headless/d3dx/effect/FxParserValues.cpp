@@ -290,27 +290,47 @@ std::shared_ptr<const FxComputation>
 FxParser::CallFunction(const FxToken& name,
                        const std::vector<FxExpressionReader::Argument>& arguments)
 {
+    std::string key(name.text);
     std::vector<hl::HlShape> shapes;
-    for (const auto& [shape, place] : arguments)
+    for (const auto& [shape, place] : arguments) {
+        key += ' ' + std::to_string(shape.type) + ' ' + std::to_string(shape.rows) + ' ' +
+               std::to_string(shape.columns);
         shapes.push_back({shape.type == D3DXPT_FLOAT ? hl::HlBase::Float
                           : shape.type == D3DXPT_INT ? hl::HlBase::Int
                                                      : hl::HlBase::Bool,
                           shape.rows, shape.columns, place});
+    }
+    std::shared_ptr<const FxComputation>& known = functions[key];
+    if (!known)
+        known = CompileFunction(name, shapes);
+    if (!known)
+        return nullptr;
+    const size_t steps = known->Steps().steps.size();
+    if (steps > stepsLeft) {
+        diagnostics.Fail(name.place, FxError::Limit, "the functions in values are too large");
+        return nullptr;
+    }
+    stepsLeft -= steps;
+    return known;
+}
+
+std::shared_ptr<const FxComputation>
+FxParser::CompileFunction(const FxToken& name, const std::vector<hl::HlShape>& arguments)
+{
     hl::HlLog log;
-    auto made = Compiler().Call(name, shapes, log);
+    auto made = Compiler().Call(name, arguments, log);
     for (const hl::HlMessage& message : log.Messages())
         if (!message.isWarning)
             diagnostics.Add(message.place, message.kind, message.text);
     if (!made)
         return nullptr;
     const auto bound = std::make_shared<FxComputation>();
-    if (!bound->Bind(std::move(made), model.names.parameters)) {
-        diagnostics.Fail(name.place, FxError::UnknownName,
-                         "the function " + FxDescribe(name) +
-                             " reads a parameter that is not known here");
-        return nullptr;
-    }
-    return bound;
+    if (bound->Bind(std::move(made), model.names.parameters))
+        return bound;
+    diagnostics.Fail(name.place, FxError::UnknownName,
+                     "the function " + FxDescribe(name) +
+                         " reads a parameter that is not known here");
+    return nullptr;
 }
 
 /// From behind `compile` on. What is wrong with the shader is kept in it.

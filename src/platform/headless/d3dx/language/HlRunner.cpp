@@ -32,6 +32,7 @@ void HlRunner::Warn(FxPlace place, const std::string& text)
     log.Warning(place, FxError::TypeMismatch, text);
 }
 
+/// Counts work, so that a text cannot take long. False, after an error, if there is too much.
 bool HlRunner::Spend(FxPlace place, size_t steps)
 {
     if (stops)

@@ -56,8 +56,6 @@ public:
 
     /// Calls a function with values for a value that no shader computes. Of the type `Error` after errors.
     HlValue RunCall(const HlExpression& call, std::vector<HlValue>& arguments);
-    /// Counts work, so that a text cannot take long. False, after an error, if there is too much.
-    bool Spend(FxPlace place, size_t steps = 1);
 
     std::vector<HlBinding> inputs;
     std::vector<HlBinding> outputs;
@@ -87,6 +85,7 @@ private:
     bool Fail(FxPlace place, FxError kind, const std::string& text);
     HlValue FailValue(FxPlace place, FxError kind, const std::string& text);
     void Warn(FxPlace place, const std::string& text);
+    bool Spend(FxPlace place, size_t steps = 1);
     bool HasToStop() const { return stops || log.IsFull(); }
     uint32_t Allocate(size_t cells, HlRef value);
     Scope OpenScope() const { return {names.size(), slots.size()}; }
