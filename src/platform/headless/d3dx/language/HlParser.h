@@ -46,6 +46,7 @@ private:
     // HlParserDeclarations.cpp
     bool TopLevel();
     bool TypeDefinition();
+    HlVariable* Declared(const HlType& type, const Modifiers& modifiers);
     bool Declarators(const HlType& type, const Modifiers& modifiers);
     void SkipValue();
     bool Function(const HlType& result);

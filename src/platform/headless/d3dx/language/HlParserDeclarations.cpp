@@ -301,35 +301,44 @@ void HlParser::SkipValue()
     }
 }
 
+/// A name with its lengths and semantics; null after an error.
+HlVariable* HlParser::Declared(const HlType& type, const Modifiers& modifiers)
+{
+    const FxToken name = Peek();
+    if (name.kind != fx::FxTokenKind::Identifier) {
+        Unexpected("a name");
+        return nullptr;
+    }
+    ++position;
+    HlVariable& variable = unit.variables.emplace_back();
+    variable.name = name.text;
+    variable.place = name.place;
+    variable.type = &type;
+    variable.isStatic = modifiers.isStatic;
+    variable.isConst = modifiers.isConst;
+    return ArrayLengths(variable.type) && Semantics(variable) ? &variable : nullptr;
+}
+
 bool HlParser::Declarators(const HlType& type, const Modifiers& modifiers)
 {
     do {
-        const FxToken name = Peek();
-        if (name.kind != fx::FxTokenKind::Identifier)
-            return Unexpected("a name");
-        ++position;
-        HlVariable& variable = unit.variables.emplace_back();
-        variable.name = name.text;
-        variable.place = name.place;
-        variable.type = &type;
-        variable.isStatic = modifiers.isStatic;
-        variable.isConst = modifiers.isConst;
-        if (!ArrayLengths(variable.type) || !Semantics(variable))
+        HlVariable* const variable = Declared(type, modifiers);
+        if (!variable)
             return false;
         if (Is("<")) // annotations end in `;` before their bracket
             while (position < end && !(Accept(">") && words[position - 2].Is(";")) &&
                    !(Is("<") && Peek(1).Is(">")))
                 ++position;
-        unit.globals.emplace(name.text, &variable);
-        unit.globalList.push_back(&variable);
+        unit.globals.emplace(variable->name, variable);
+        unit.globalList.push_back(variable);
         if (!Accept("="))
             continue;
         if (type.kind == HlKind::Sampler || type.kind == HlKind::Object) {
             SkipValue(); // the effect reads it; only the name matters here
             continue;
         }
-        variable.value = Initializer();
-        if (!variable.value)
+        variable->value = Initializer();
+        if (!variable->value)
             return false;
     } while (Accept(","));
     return Expect(";");

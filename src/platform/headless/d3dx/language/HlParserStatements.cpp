@@ -178,23 +178,12 @@ HlStatement* HlParser::Declaration()
 
 bool HlParser::LocalVariable(const HlType& type, const Modifiers& modifiers, HlStatement& statement)
 {
-    const FxToken name = Peek();
-    if (name.kind != fx::FxTokenKind::Identifier)
-        return Unexpected("a name");
-    ++position;
-    HlVariable& variable = unit.variables.emplace_back();
-    variable.name = name.text;
-    variable.place = name.place;
-    variable.type = &type;
-    variable.isConst = modifiers.isConst;
-    variable.isStatic = modifiers.isStatic;
-    if (!ArrayLengths(variable.type) || !Semantics(variable))
-        return false;
-    if (Accept("=") && !(variable.value = Initializer()))
+    HlVariable* const variable = Declared(type, modifiers);
+    if (!variable || (Accept("=") && !(variable->value = Initializer())))
         return false;
     if (type.kind == HlKind::Void)
-        return Fail(name.place, FxError::UnknownType, "a variable cannot be void");
-    statement.variables.push_back(&variable);
+        return Fail(variable->place, FxError::UnknownType, "a variable cannot be void");
+    statement.variables.push_back(variable);
     return true;
 }
 
