@@ -395,7 +395,7 @@ public:
     void CreateMesh(KRE_Mesh* mesh, int32_t faces, int32_t vertices, int32_t materialCount,
                     DWORD fvf, DWORD options, int32_t boneCount);
 
-    // ---- Drawing: KRE_GfxDrawing.cpp
+    // ---- Drawing: KRE_GfxDrawing.cpp and KRE_GfxMeshDrawing.cpp
 
     /// Draws the first `count` primitives of a list; -1 means all of them, and 0 is allowed. More
     /// than there are is an `Error`. `listTM` transforms the vertices to world space; null if they
