@@ -12,6 +12,7 @@ public:
     void Add(const std::string& text, int64_t count = 1);
     /// One line for each kind, "vertex colours are not carried (3)".
     std::vector<std::string> Lines() const;
+    const std::vector<std::pair<std::string, int64_t>>& All() const { return notices; }
     bool IsEmpty() const { return notices.empty(); }
 
 private:

@@ -1,5 +1,7 @@
 #include "tests/gltf/GltfDocument.h"
 
+#include <algorithm>
+
 #include <cmath>
 #include <cstdint>
 #include <cstring>

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <map>
+
+#include "gltf/GltfFile.h"
+#include "gltf/NoticeList.h"
+#include "import/Model.h"
+
+/// Builds a model from a glTF document, one list after the other.
+class GltfReader {
+public:
+    GltfReader(GltfFile& fileIn, NoticeList& noticesIn) : file(fileIn), notices(noticesIn) {}
+
+    Model Read(const std::string& path, const std::string& animation);
+
+private:
+    // ReadGltfMaterials.cpp
+    void ReadImages(const std::string& folder);
+    void ReadMaterials();
+    void ReadMap(const nlohmann::json& material, ModelMaterial& made);
+    void ReadTextureTransform(const nlohmann::json& info, ModelMap& map);
+    void ReadMaterialExtras(const nlohmann::json& material, ModelMaterial& made);
+
+    // ReadGltfMeshes.cpp
+    void ReadMeshes();
+    void ReadPrimitive(const nlohmann::json& primitive, ModelMesh& mesh);
+    void ReadVertices(const nlohmann::json& attributes, ModelPrimitive& made);
+    void ReadWeights(const nlohmann::json& attributes, ModelPrimitive& made);
+    std::vector<uint32_t> ReadCorners(const nlohmann::json& primitive, size_t vertexCount);
+    void CountLosses(const nlohmann::json& primitive);
+    void CountCorners(size_t count);
+
+    // ReadGltfNodes.cpp
+    void ReadNodes();
+    void ReadNode(const nlohmann::json& node, ModelNode& made);
+    void ReadMatrix(const nlohmann::json& node, ModelNode& made);
+    void LinkNodes(const nlohmann::json& nodes);
+    void KeepScene();
+    void ReadSkins();
+    void ReadCameras();
+    void ReadLights();
+    void ReadSceneExtras();
+
+    // ReadGltfAnimation.cpp
+    void ReadAnimation(const std::string& wanted);
+    void ReadChannel(const nlohmann::json& animation, const nlohmann::json& channel);
+    ModelTrack ReadTrack(const nlohmann::json& sampler, size_t width);
+
+    GltfFile& file;
+    NoticeList& notices;
+    Model model;
+    size_t cornerCount = 0;
+};
+
+/// Splits a matrix into rotation, scale and position; `sheared` tells whether they do not make it up again.
+void SplitMatrix(const ModelMatrix& matrix, ModelVector& position, ModelQuaternion& rotation,
+                 ModelVector& scale, bool& sheared);

@@ -1,0 +1,146 @@
+// Models that are cut or changed: a fault that says so, never a crash or an empty scene.
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "gltf/ModelFault.h"
+#include "gltf/NoticeList.h"
+#include "import/ImportModel.h"
+#include "tests/import/GltfMaker.h"
+#include "tests/support/ScratchDirectory.h"
+
+using testing::AnyOf;
+using testing::Ne;
+
+namespace {
+
+/// Whether a model is refused; otherwise its scene.
+std::string FaultOrScene(const ScratchDirectory& directory, const std::string& name,
+                         std::string& sceneOut)
+{
+    try {
+        NoticeList ignored;
+        sceneOut = directory.Read(ImportModel(name, {}, ignored).scene);
+        return "";
+    } catch (const ModelFault& fault) {
+        return fault.what();
+    }
+}
+
+GltfMaker PlainBox()
+{
+    GltfMaker maker;
+    maker.Add("materials", ColorMaterial("M", 1, 0, 0));
+    nlohmann::json primitive = BoxPrimitive(maker);
+    primitive["material"] = 0;
+    maker.Root({{"name", "Box"}, {"mesh", maker.Add("meshes", {{"primitives", {primitive}}})}});
+    return maker;
+}
+
+GltfMaker MovingBox()
+{
+    GltfMaker maker = PlainBox();
+    maker.json["animations"] = {{{"name", "A"}}};
+    maker.Animate(0, 0, "translation", "LINEAR", {0, 1}, {0, 0, 0, 1, 0, 0});
+    maker.Animate(0, 0, "rotation", "CUBICSPLINE", {0, 1},
+                  {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0});
+    return maker;
+}
+
+GltfMaker SkinnedBox()
+{
+    GltfMaker maker;
+    nlohmann::json primitive = BoxPrimitive(maker);
+    std::vector<float> weights;
+    for (int i = 0; i < 24; ++i)
+        weights.insert(weights.end(), {1, 0, 0, 0});
+    primitive["attributes"]["JOINTS_0"] = maker.Bytes4(std::vector<uint8_t>(96));
+    primitive["attributes"]["WEIGHTS_0"] = maker.Floats(weights, "VEC4");
+    const int arm = maker.Root({{"name", "Arm"}});
+    maker.Root({{"name", "Body"},
+                {"mesh", maker.Add("meshes", {{"primitives", {primitive}}})},
+                {"skin", maker.Add("skins", {{"joints", {arm}}})}});
+    return maker;
+}
+
+std::string Base64Of(const std::string& bytes)
+{
+    static const char kDigits[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (size_t i = 0; i < bytes.size(); i += 3) {
+        uint32_t group = 0;
+        for (size_t part = 0; part < 3; ++part)
+            group = group << 8 |
+                    (i + part < bytes.size() ? static_cast<unsigned char>(bytes[i + part]) : 0u);
+        for (size_t part = 0; part < 4; ++part)
+            text += i + part > bytes.size() ? '=' : kDigits[group >> (18 - 6 * part) & 63];
+    }
+    return text;
+}
+
+class DamagedModelTest : public testing::Test {
+protected:
+    /// Every cut of `bytes` as the file `cut`; `model` is the one to read.
+    void ExpectEveryCutRefused(const std::string& bytes, const std::string& cut,
+                               const std::string& model)
+    {
+        std::string whole;
+        directory.Write(cut, bytes);
+        ASSERT_EQ(FaultOrScene(directory, model, whole), "") << "the whole model";
+        for (size_t size = 0; size < bytes.size(); ++size) {
+            directory.Write(cut, bytes.substr(0, size));
+            std::string scene;
+            ASSERT_NE(FaultOrScene(directory, model, scene), "") << cut << " cut at " << size;
+        }
+    }
+
+    ScratchDirectory directory;
+};
+
+} // namespace
+
+TEST_F(DamagedModelTest, EveryCutOfABinaryModelIsRefused)
+{
+    ExpectEveryCutRefused(PlainBox().Glb(), "plain.glb", "plain.glb");
+    ExpectEveryCutRefused(MovingBox().Glb(), "moving.glb", "moving.glb");
+    ExpectEveryCutRefused(SkinnedBox().Glb(), "skinned.glb", "skinned.glb");
+}
+
+TEST_F(DamagedModelTest, EveryCutOfATextAndItsBufferIsRefused)
+{
+    const GltfMaker maker = MovingBox();
+    directory.Write("box.bin", maker.bytes);
+    ExpectEveryCutRefused(maker.Text("box.bin"), "box.gltf", "box.gltf");
+    directory.Write("box.gltf", maker.Text("box.bin"));
+    ExpectEveryCutRefused(maker.bytes, "box.bin", "box.gltf");
+}
+
+TEST_F(DamagedModelTest, EveryCutOfATextWithItsBufferInsideIsRefused)
+{
+    const GltfMaker maker = PlainBox();
+    const std::string uri = "data:application/octet-stream;base64," + Base64Of(maker.bytes);
+    ExpectEveryCutRefused(maker.Text(uri), "inside.gltf", "inside.gltf");
+}
+
+TEST_F(DamagedModelTest, ChangedBytesNeverGiveAnEmptyScene)
+{
+    std::mt19937 random(1);
+    for (const GltfMaker& maker : {MovingBox(), SkinnedBox()}) {
+        const std::string bytes = maker.Glb();
+        for (int round = 0; round < 400; ++round) {
+            std::string changed = bytes;
+            for (int change = 0; change < 3; ++change)
+                changed[random() % changed.size()] = static_cast<char>(random());
+            directory.Write("changed.glb", changed);
+            std::string scene;
+            const std::string fault = FaultOrScene(directory, "changed.glb", scene);
+            if (fault.empty()) {
+                ASSERT_NE(scene.find("*MESH_FACE\t0:"), std::string::npos) << "round " << round;
+            }
+        }
+    }
+}
