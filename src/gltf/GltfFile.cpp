@@ -133,11 +133,12 @@ void GltfFile::ReadBuffers()
     }
 }
 
-bool GltfFile::UriBytes(const std::string& uri, std::string& bytesOut) const
+bool GltfFile::UriBytes(const std::string& uri, std::string& bytesOut)
 {
     if (uri.compare(0, 5, "data:") == 0)
         return DecodeDataUri(uri, bytesOut);
-    return ReadWhole(folder + UnescapedUri(uri), bytesOut);
+    lookedFor.push_back(folder + UnescapedUri(uri));
+    return ReadWhole(lookedFor.back(), bytesOut);
 }
 
 // ---- The document

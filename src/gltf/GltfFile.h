@@ -42,8 +42,10 @@ public:
     std::string_view ViewBytes(const nlohmann::json& view) const;
     /// The bytes behind a URI: data in the text, or a file beside the document. False if the file
     /// cannot be read.
-    bool UriBytes(const std::string& uri, std::string& bytesOut) const;
+    bool UriBytes(const std::string& uri, std::string& bytesOut);
 
+    /// The files beside the document that were looked for.
+    const std::vector<std::string>& LookedFor() const { return lookedFor; }
     /// All that was read, for limits.
     size_t TotalBytes() const { return totalBytes; }
     /// A bone of a number; absent members give the fallback, others of the wrong kind are a fault.
@@ -71,6 +73,7 @@ private:
     std::string ownBuffer;
     bool hasOwnBuffer = false;
     std::vector<std::string> buffers;
+    std::vector<std::string> lookedFor;
     std::vector<std::unique_ptr<GltfValues>> decoded; ///< by accessor
     size_t totalBytes = 0;
     size_t decodedBytes = 0;

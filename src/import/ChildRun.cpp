@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -40,6 +41,7 @@ void SetLimit(int what, uint64_t value)
 [[noreturn]] void BeChild(int out, const ChildLimits& limits,
                           const std::function<std::string()>& work)
 {
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // a parent that is stopped leaves nothing behind
     SetLimit(RLIMIT_CORE, 0);
     SetLimit(RLIMIT_AS, AddressSpace() + limits.bytes);
     SetLimit(RLIMIT_CPU, static_cast<uint64_t>(std::ceil(limits.seconds)) + 1);

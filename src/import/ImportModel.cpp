@@ -51,6 +51,11 @@ ImportResult WriteModel(const Model& model, const std::string& path, const Impor
         throw ModelFault("the scene '" + result.scene +
                          "' cannot be written: " + std::strerror(errno != 0 ? errno : ENOSPC));
     result.pictures = store.Written();
+    result.inputs = model.inputs;
+    for (const ModelImage& image : model.images) {
+        if (!image.file.empty())
+            result.inputs.push_back(image.file);
+    }
     return result;
 }
 
@@ -73,6 +78,8 @@ std::string WorkOfChild(const std::string& path, const ImportOptions& options)
             told += "N " + std::to_string(count) + " " + OneLine(text);
         for (const std::string& picture : result.pictures)
             told += "P 0 " + OneLine(picture);
+        for (const std::string& input : result.inputs)
+            told += "I 0 " + OneLine(input);
         told += "S 0 " + OneLine(result.scene);
     } catch (const ModelFault& fault) {
         told = "F 0 " + OneLine(fault.what());
@@ -93,6 +100,8 @@ ImportResult ResultOfChild(const std::string& told, NoticeList& notices)
             notices.Add(text, std::stoll(line.substr(2)));
         else if (line[0] == 'P')
             result.pictures.push_back(text);
+        else if (line[0] == 'I')
+            result.inputs.push_back(text);
         else
             result.scene = text;
     }

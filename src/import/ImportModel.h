@@ -18,6 +18,7 @@ struct ImportOptions {
 struct ImportResult {
     std::string scene;                 ///< the QSA file
     std::vector<std::string> pictures; ///< further files that were written
+    std::vector<std::string> inputs;   ///< further files that were looked for, found or not
 };
 
 /// Writes a model as a scene: MODEL.qsa and its pictures, in the folder, which must exist. Nothing is left of

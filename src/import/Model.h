@@ -143,6 +143,7 @@ struct Model {
     std::vector<ModelCamera> cameras;
     std::vector<ModelLight> lights;
     ModelScene scene;
-    bool isZUp = false; ///< its own axes
-    double unit = 1;    ///< of the scene, for one of its own
+    std::vector<std::string> inputs; ///< further files that its reader looked for, found or not
+    bool isZUp = false;              ///< its own axes
+    double unit = 1;                 ///< of the scene, for one of its own
 };

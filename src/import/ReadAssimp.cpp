@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 
+#include <assimp/DefaultIOSystem.h>
 #include <assimp/Importer.hpp>
 #include <assimp/config.h>
 #include <assimp/postprocess.h>
@@ -48,6 +49,36 @@ double NumberOf(const aiMaterial& material, const char* key, unsigned type, unsi
         aiGetMaterialFloatArray(&material, key, type, index, &value, nullptr) == AI_SUCCESS;
     return isThere && std::isfinite(value) ? value : fallback;
 }
+
+/// Notes each further file that the library looks for.
+class NotingFiles : public Assimp::DefaultIOSystem {
+public:
+    NotingFiles(const std::string& modelIn, std::vector<std::string>& notedIn)
+        : model(modelIn),
+          noted(notedIn)
+    {}
+
+    bool Exists(const char* file) const override
+    {
+        Note(file);
+        return DefaultIOSystem::Exists(file);
+    }
+    Assimp::IOStream* Open(const char* file, const char* mode) override
+    {
+        Note(file);
+        return DefaultIOSystem::Open(file, mode);
+    }
+
+private:
+    void Note(const std::string& file) const
+    {
+        if (file != model && std::find(noted.begin(), noted.end(), file) == noted.end())
+            noted.push_back(file);
+    }
+
+    std::string model;
+    std::vector<std::string>& noted;
+};
 
 /// Builds a model from what the library read.
 class AssimpReader {
@@ -411,11 +442,15 @@ bool KnowsAssimp(const std::string& path)
 
 Model ReadAssimp(const std::string& path, const std::string& animation, NoticeList& notices)
 {
+    std::vector<std::string> inputs;
     Assimp::Importer importer;
+    importer.SetIOHandler(new NotingFiles(path, inputs)); // owned by the importer
     importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
     importer.SetPropertyFloat(AI_CONFIG_PP_GSN_MAX_SMOOTHING_ANGLE, kSmoothAngle);
     const aiScene* scene = importer.ReadFile(path, kSteps);
     if (!scene || !scene->mRootNode)
         throw ModelFault(std::string("it cannot be read: ") + importer.GetErrorString());
-    return AssimpReader(*scene, path, notices).Read(animation);
+    Model model = AssimpReader(*scene, path, notices).Read(animation);
+    model.inputs = inputs;
+    return model;
 }

@@ -279,6 +279,7 @@ Model GltfReader::Read(const std::string& path, const std::string& animation)
             required != "KHR_materials_unlit" && required != "KHR_mesh_quantization")
             throw ModelFault("it requires the extension " + required.dump().substr(0, 60) +
                              ", which is not read");
+    model.inputs = file.LookedFor();
     return std::move(model);
 }
 
