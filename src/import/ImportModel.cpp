@@ -67,12 +67,14 @@ std::string OneLine(std::string text)
     return text + "\n";
 }
 
-std::string WorkOfChild(const std::string& path, const ImportOptions& options)
+[[maybe_unused]] std::string WorkOfChild(const std::string& path, const ImportOptions& options)
 {
     std::string told;
     try {
         NoticeList notices;
-        const Model model = ReadAssimp(path, options.animation, notices);
+        Model model;
+        if constexpr (QSA_READS_OTHERS)
+            model = ReadAssimp(path, options.animation, notices);
         const ImportResult result = WriteModel(model, path, options, notices);
         for (const auto& [text, count] : notices.All())
             told += "N " + std::to_string(count) + " " + OneLine(text);
@@ -110,6 +112,17 @@ ImportResult ResultOfChild(const std::string& told, NoticeList& notices)
     return result;
 }
 
+[[maybe_unused]] ImportResult ImportOther(const std::string& path, const ImportOptions& options,
+                                          NoticeList& notices)
+{
+    std::error_code ignored;
+    const double size = static_cast<double>(fs::file_size(path, ignored));
+    const double seconds = options.mostSeconds > 0 ? options.mostSeconds : 10 + size / (1 << 20);
+    const std::string told =
+        RunInChild({seconds, options.mostBytes}, [&] { return WorkOfChild(path, options); });
+    return ResultOfChild(told, notices);
+}
+
 } // namespace
 
 ImportResult ImportModel(const std::string& path, const ImportOptions& options, NoticeList& notices)
@@ -119,11 +132,9 @@ ImportResult ImportModel(const std::string& path, const ImportOptions& options, 
     std::error_code ignored;
     if (!fs::is_regular_file(path, ignored))
         throw ModelFault("it cannot be read");
-    if (!KnowsAssimp(path))
-        throw ModelFault("it is of a format that is not read");
-    const double size = static_cast<double>(fs::file_size(path, ignored));
-    const double seconds = options.mostSeconds > 0 ? options.mostSeconds : 10 + size / (1 << 20);
-    const std::string told =
-        RunInChild({seconds, options.mostBytes}, [&] { return WorkOfChild(path, options); });
-    return ResultOfChild(told, notices);
+    if constexpr (QSA_READS_OTHERS) {
+        if (KnowsAssimp(path))
+            return ImportOther(path, options, notices);
+    }
+    throw ModelFault("it is of a format that is not read");
 }

@@ -15,6 +15,8 @@ constexpr int kBoundsSamples = 16; // of the animation
 void ScenePlanner::CutMeshes()
 {
     for (const ModelNode& node : model.nodes) {
+        if (node.isHidden)
+            hiddenMeshes.insert(node.mesh);
         const std::pair<int, bool> key = {node.mesh, node.skin >= 0};
         if (node.mesh < 0 || cuts.count(key))
             continue;
@@ -52,9 +54,7 @@ int ScenePlanner::MaterialOf(const CutResult& cut)
 void ScenePlanner::AddMesh(QsaNode base, int mesh)
 {
     const CutResult& cut = PiecesOf(mesh, false);
-    const bool isHidden =
-        std::any_of(model.nodes.begin(), model.nodes.end(),
-                    [&](const ModelNode& node) { return node.isHidden && node.mesh == mesh; });
+    const bool isHidden = hiddenMeshes.count(mesh) > 0;
     base.isVisible = !isHidden;
     if (cut.pieces.empty()) {
         scene.nodes.push_back(std::move(base));

@@ -40,11 +40,15 @@ ModelMatrix SceneSpace::Matrix(const ModelMatrix& m) const
 
 void ScenePlanner::Plan()
 {
+    CutMeshes();
+    const bool hasFaces = std::any_of(scene.meshes.begin(), scene.meshes.end(),
+                                      [](const CutResult& cut) { return !cut.pieces.empty(); });
+    if (!hasFaces)
+        throw ModelFault("it has no mesh with faces");
     inner.resize(model.nodes.size());
     PlanLights();
     for (size_t i = 0; i < model.nodes.size(); ++i)
         inner[i] = names.Take(model.nodes[i].name, "Node");
-    CutMeshes();
     for (size_t i = 0; i < model.nodes.size(); ++i)
         PlanNode(static_cast<int>(i));
     // Only now all nodes have their final names.
@@ -175,8 +179,4 @@ void PlanScene(const Model& model, const PlanOptions& options, NoticeList& notic
     if (last > 0)
         scene.lastFrame = static_cast<int>(std::min(last, 1e8));
     ScenePlanner(model, space, notices, scene).Plan();
-    const bool hasMesh = std::any_of(scene.nodes.begin(), scene.nodes.end(),
-                                     [](const QsaNode& node) { return node.piece != nullptr; });
-    if (!hasMesh)
-        throw ModelFault("it has no mesh with faces");
 }

@@ -145,8 +145,10 @@ void GltfReader::KeepScene()
         for (const json& root : (*scene)["nodes"])
             keepRootOf(file.IndexOf("nodes", {{"root", root}}, "root"));
     } else if (!scene) {
-        for (size_t i = 0; i < model.nodes.size(); ++i)
-            keepRootOf(static_cast<int>(i));
+        for (size_t i = 0; i < model.nodes.size(); ++i) {
+            if (model.nodes[i].parent < 0)
+                keep(static_cast<int>(i));
+        }
     }
     for (const ModelSkin& skin : model.skins) {
         for (const int joint : skin.joints)
@@ -159,6 +161,7 @@ void GltfReader::KeepScene()
 
     std::vector<int> place(model.nodes.size(), -1);
     std::vector<ModelNode> kept;
+    kept.reserve(order.size());
     for (const int number : order) {
         place[static_cast<size_t>(number)] = static_cast<int>(kept.size());
         kept.push_back(std::move(model.nodes[static_cast<size_t>(number)]));

@@ -50,7 +50,8 @@ std::string SceneNames::Take(const std::string& wanted, const char* fallback)
     if (Lower(name) == "bounds")
         name += "_";
     std::string free = name;
-    for (int number = 2; !taken.insert(Lower(free)).second; ++number)
-        free = name + " " + std::to_string(number);
+    int& number = numbers[Lower(name)]; // files can ask for one name very often
+    while (!taken.insert(Lower(free)).second)
+        free = name + " " + std::to_string(++number + 1);
     return free;
 }

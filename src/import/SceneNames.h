@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
 
@@ -10,7 +11,8 @@ public:
     std::string Take(const std::string& wanted, const char* fallback);
 
 private:
-    std::set<std::string> taken; ///< in lower case
+    std::set<std::string> taken;        ///< in lower case
+    std::map<std::string, int> numbers; ///< the last one given out for a name
 };
 
 /// A text on one line between quotes.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 
 #include "gltf/NoticeList.h"
 #include "import/NodeKeys.h"
@@ -51,6 +52,7 @@ private:
     SceneNames names;
     std::vector<std::string> inner; ///< by node: the name that its children and skins use
     std::map<std::pair<int, bool>, size_t> cuts;
+    std::set<int> hiddenMeshes;
     std::map<int, std::vector<std::string>> sources; ///< by mesh: the names of its written pieces
     std::map<std::vector<int>, int> materials;
     std::vector<double> strengths; ///< by light of the model

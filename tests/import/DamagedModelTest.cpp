@@ -1,5 +1,6 @@
 // Models that are cut or changed: a fault that says so, never a crash or an empty scene.
 
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -8,6 +9,7 @@
 
 #include "gltf/ModelFault.h"
 #include "gltf/NoticeList.h"
+#include "import/ChildRun.h"
 #include "import/ImportModel.h"
 #include "tests/import/GltfMaker.h"
 #include "tests/support/ScratchDirectory.h"
@@ -144,3 +146,44 @@ TEST_F(DamagedModelTest, ChangedBytesNeverGiveAnEmptyScene)
         }
     }
 }
+
+#ifndef __SANITIZE_ADDRESS__ // which reserves a huge address space
+TEST_F(DamagedModelTest, AMebibyteCostsASecondAndLittleMemory)
+{
+    constexpr size_t kSize = 1 << 20;
+    const auto repeated = [](const std::string& start, const std::string& part,
+                             const std::string& end) {
+        std::string text = start;
+        while (text.size() + end.size() + part.size() < kSize)
+            text += part;
+        return text + end;
+    };
+    const std::string head = "{\"asset\":{\"version\":\"2.0\"},\"nodes\":[";
+    const std::string mesh = "{}],\"meshes\":[{\"primitives\":[]}]}";
+    const struct {
+        const char* what;
+        std::string text;
+    } cases[] = {
+        {"nested lists", repeated("", "[", "")},
+        {"a long list", repeated("[", "0,", "0]")},
+        {"empty objects", repeated("[", "{},", "0]")},
+        {"nodes without faces", repeated(head, "{\"mesh\":0},", mesh)},
+        {"nodes of one name", repeated(head, "{\"name\":\"a\"},", mesh)},
+    };
+    for (const auto& c : cases) {
+        directory.Write("large.gltf", c.text);
+        const std::string told = RunInChild({60, uint64_t{128} << 20}, [] {
+            std::string fault = "none";
+            try {
+                NoticeList ignored;
+                ImportModel("large.gltf", {}, ignored);
+            } catch (const ModelFault& error) {
+                fault = error.what();
+            }
+            const bool isFast = std::clock() < CLOCKS_PER_SEC;
+            return (isFast ? "fast: " : "slow: ") + fault;
+        });
+        EXPECT_THAT(told, testing::StartsWith("fast: it")) << c.what;
+    }
+}
+#endif
