@@ -62,6 +62,9 @@ std::string ExportScene(LoadedScene& loaded, const std::string& path, NoticeList
     SceneNodes nodes(writer, meshes, loaded.scene, notices);
     const std::vector<int> roots = nodes.Add();
     json scene = {{"extras", {{"qsb", SceneExtras(loaded)}}}};
+    const int background = pictures.ImageOf(loaded.scene.backgroundTexture, 0);
+    if (background >= 0)
+        scene["extras"]["qsb"]["backgroundImage"] = background;
     if (!roots.empty())
         scene["nodes"] = roots;
     writer.document["scenes"] = {std::move(scene)};

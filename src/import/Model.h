@@ -128,6 +128,7 @@ struct ModelScene {
     std::optional<ModelVector> background;
     std::optional<ModelVector> fog; ///< its colour
     std::optional<std::array<ModelVector, 2>> bounds;
+    int backgroundImage = -1;
     std::string soundFile;
     std::string scriptFile;
     std::optional<double> frameSpeed;

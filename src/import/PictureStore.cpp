@@ -63,6 +63,8 @@ std::vector<std::string> PictureStore::Keep(const Model& model)
         if (material.alpha != ModelAlpha::kOpaque)
             dropsAlpha[static_cast<size_t>(material.map.image)] = false;
     }
+    if (model.scene.backgroundImage >= 0)
+        isUsed[static_cast<size_t>(model.scene.backgroundImage)] = true;
     std::vector<std::string> kept;
     for (size_t i = 0; i < model.images.size(); ++i)
         kept.push_back(isUsed[i] ? KeepOne(model.images[i], dropsAlpha[i]) : "");

@@ -258,6 +258,7 @@ void GltfReader::ReadSceneExtras()
     const std::optional<ModelVector> high = VectorAt(extras, "boundsMax");
     if (low && high)
         model.scene.bounds = {{*low, *high}};
+    model.scene.backgroundImage = file.IndexOf("images", extras, "backgroundImage");
     model.scene.soundFile = GltfFile::Text(extras, "soundFile");
     model.scene.scriptFile = GltfFile::Text(extras, "scriptFile");
     if (extras.contains("frameSpeed"))

@@ -39,6 +39,12 @@ void QsaWriter::WriteScene()
     text.Line("*SCENE_LASTFRAME").AddWhole(scene.lastFrame);
     text.Line("*SCENE_FRAMESPEED").Add(scene.framesPerSecond);
     text.Line("*SCENE_TICKSPERFRAME").AddWhole(kTicksPerFrame);
+    const int background = model.scene.backgroundImage;
+    if (background >= 0 && !pictures[static_cast<size_t>(background)].empty()) {
+        text.Open("*SCENE_ENVMAP");
+        text.Line("*BITMAP").AddText(pictures[static_cast<size_t>(background)]);
+        text.Close();
+    }
     if (!model.scene.soundFile.empty())
         text.Line("*SCENE_SOUNDFILE").AddText(HarmlessText(model.scene.soundFile, kMostFileName));
     if (!model.scene.scriptFile.empty())

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -20,6 +21,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int kNoValidator = 77;
+
 class ThereAndBackTest : public testing::Test {
 protected:
     /// Saves a model, takes it there and back, and returns what came back.
@@ -36,6 +39,10 @@ protected:
         EXPECT_EQ(RunProgram({"/stop", stem + ".qsa"}).status, 1);
         run = RunProgramFile(BuildPath("qsbexport"), {stem + ".qsb", "-o", "back.glb"});
         EXPECT_EQ(run.status, 0) << run.err;
+        run = RunProgramFile(SourcePath("tools/validate-gltf"), {"back.glb"});
+        if (run.status != kNoValidator || std::getenv("CI")) {
+            EXPECT_EQ(run.status, 0) << run.out << run.err;
+        }
         return GltfDocument("back.glb");
     }
 
@@ -345,4 +352,7 @@ TEST_F(ThereAndBackTest, TheHarbourComesBack)
               0);
     const GltfDocument back = ReturnFile("harbour.glb");
     ExpectSameTriangles(GltfDocument("harbour.glb"), back);
+    const json& scene = back.json["scenes"][0]["extras"]["qsb"];
+    EXPECT_EQ(scene["backgroundPicture"], "harbour-sky.png");
+    EXPECT_EQ(scene["fog"], GltfDocument("harbour.glb").json["scenes"][0]["extras"]["qsb"]["fog"]);
 }
