@@ -61,7 +61,7 @@ if(NOT WIN32)
     install(DIRECTORY farm DESTINATION ${document_folder} USE_SOURCE_PERMISSIONS)
 endif()
 install(DIRECTORY examples/ DESTINATION ${example_folder} FILES_MATCHING PATTERN "*.md"
-    PATTERN "*.qsa" PATTERN "*.ifl" PATTERN "*.fx" PATTERN "*.png" PATTERN "*.tga" PATTERN "*.bmp"
+    PATTERN "*.qsa" PATTERN "*.ifl" PATTERN "*.fx" PATTERN "*.fxo" PATTERN "*.png" PATTERN "*.tga" PATTERN "*.bmp"
     PATTERN "*.jpg" PATTERN "*.dds" PATTERN frames EXCLUDE)
 
 set(CPACK_PACKAGE_NAME qsa2qsb)

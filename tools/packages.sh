@@ -26,7 +26,7 @@ need_packages() {
 
 # missing_packages NAME...: prints those that are not installed, each after a blank.
 missing_packages() {
-    installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null)
+    installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null) || : # fails for unknown ones
     for name; do
         case "
 $installed

@@ -1,16 +1,19 @@
 #include "info/Disassembly.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "info/NameText.h"
+#include "platform/EffectListing.h"
 #include "platform/ShaderListing.h"
 
 namespace {
 
-constexpr size_t kMostBytes = 1u << 20;
+constexpr size_t kMostShaderBytes = size_t{1} << 20;
+constexpr size_t kMostBytes = size_t{16} << 20;
 
-/// The contents of a file; false if it cannot be read or is larger than any shader.
+/// The contents of a file; false if it cannot be read or is larger than any effect.
 bool ReadAll(const std::string& file, std::string& bytesOut)
 {
     const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(file.c_str(), "rb"), std::fclose);
@@ -23,19 +26,33 @@ bool ReadAll(const std::string& file, std::string& bytesOut)
     return isRead;
 }
 
+/// Names in an effect are bytes.
+void PrintLines(std::string_view listing, Output& out)
+{
+    for (size_t start = 0; start < listing.size();) {
+        const size_t end = std::min(listing.find('\n', start), listing.size());
+        out.Line({ShownName(listing.substr(start, end - start))});
+        start = end + 1;
+    }
+}
+
 } // namespace
 
 bool PrintDisassembly(const std::string& file, Output& out, Output& err)
 {
     std::string bytes;
     std::string listing;
-    const std::string reason = ReadAll(file, bytes)
-                                   ? ListShader(bytes, listing)
-                                   : "it cannot be read, or is larger than any shader";
+    std::string reason = "it cannot be read, or is larger than any shader";
+    if (ReadAll(file, bytes)) {
+        if (IsCompiledEffect(bytes))
+            reason = ListEffect(file, bytes, listing);
+        else if (bytes.size() <= kMostShaderBytes)
+            reason = ListShader(bytes, listing);
+    }
     if (!reason.empty()) {
         err.Line({"qsbinfo: ", ShownName(file), ": ", ShownName(reason)});
         return false;
     }
-    out.Add(listing);
+    PrintLines(listing, out);
     return true;
 }

@@ -78,6 +78,10 @@ Lines TellEffect(const KRE_ShaderEffect& effect)
     for (int32_t i = 0; i < refused; ++i)
         lines.push_back("not " + nameOf(i) + ": " +
                         FaultOf(file, data.techniques[static_cast<size_t>(i)]));
+    if (isUsable)
+        for (const std::string& warning :
+             EffectWarnings(file, data.techniques[static_cast<size_t>(effect.technique)].handle))
+            lines.push_back(ShownName(warning));
     const std::string whole = EffectFault(file, nullptr);
     if (!whole.empty())
         lines.push_back(ShownName(whole));

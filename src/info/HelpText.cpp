@@ -17,7 +17,8 @@ const InfoHelpTexts kInfoHelp = {
     .effects = "the technique chosen for each material's effect, and why earlier ones failed",
     .json = "everything but vertices, faces and keys, as JSON",
     .check = "look for damage: exit status 0 for a sound file, else 1",
-    .disassemble = "the assembler text of a file with a shader: bytecode or assembler text",
+    .disassemble = "the assembler text of a file with a shader (bytecode or assembler text);\n"
+                   "of a compiled effect, its passes with their states and shaders",
     .compile = "write the compiled form of an effect's text (.fx) to the file of -o (.fxo)",
     .output = "for --compile: the file to write",
     .version = "the program's version",

@@ -5,6 +5,7 @@
 #include "base/KRE_Base.h"
 #include "gfx/KRE_Gfx.h"
 #include "tests/app/WindowFlags.h"
+#include "tests/support/FileContent.h"
 #include "tests/support/HostCost.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
@@ -118,8 +118,7 @@ namespace {
 
 std::string ExampleText(const char* name)
 {
-    std::ifstream file(SourcePath("examples/") + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return FileContent(SourcePath("examples/") + name);
 }
 
 /// A truncated light has no type; the tests of lights cover that.

@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/FileContent.h"
 #include "tests/support/TreePaths.h"
 
 extern char** environ;
@@ -20,16 +21,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string ContentOf(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// The state letter of a process; 0 if it is gone.
 char StateOf(pid_t process)
 {
-    const std::string stat = ContentOf("/proc/" + std::to_string(process) + "/stat");
+    const std::string stat = FileContent("/proc/" + std::to_string(process) + "/stat");
     const size_t bracket = stat.rfind(')');
     return bracket != std::string::npos && bracket + 2 < stat.size() ? stat[bracket + 2] : '\0';
 }
@@ -37,7 +32,7 @@ char StateOf(pid_t process)
 /// The signals that wait for a process, a bit each; 0 if it is gone.
 uint64_t WaitingSignals(pid_t process)
 {
-    const std::string status = ContentOf("/proc/" + std::to_string(process) + "/status");
+    const std::string status = FileContent("/proc/" + std::to_string(process) + "/status");
     const std::string label = "\nShdPnd:";
     const size_t line = status.find(label);
     constexpr int kHexadecimal = 16;
@@ -89,7 +84,7 @@ std::vector<pid_t> BackgroundBatch::Workers() const
     std::vector<pid_t> workers{std::istream_iterator<pid_t>(children), {}};
     // Other children are helpers of a sanitizer, which must live, or workers that are not yet their program.
     std::erase_if(workers, [](pid_t worker) {
-        const std::string words = ContentOf("/proc/" + std::to_string(worker) + "/cmdline");
+        const std::string words = FileContent("/proc/" + std::to_string(worker) + "/cmdline");
         return words.find("--worker") == std::string::npos;
     });
     return workers;
@@ -146,7 +141,7 @@ bool BackgroundBatch::IsAsleep() const
 
 double BackgroundBatch::ProcessorSeconds() const
 {
-    const std::string stat = ContentOf("/proc/" + std::to_string(process) + "/stat");
+    const std::string stat = FileContent("/proc/" + std::to_string(process) + "/stat");
     const size_t bracket = stat.rfind(')');
     if (bracket == std::string::npos)
         return 0;
@@ -167,7 +162,7 @@ ProgramRun BackgroundBatch::Wait()
     process = -1;
     ProgramRun run;
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    run.out = ContentOf(base + ".out");
-    run.err = ContentOf(base + ".err");
+    run.out = FileContent(base + ".out");
+    run.err = FileContent(base + ".err");
     return run;
 }

@@ -1,8 +1,8 @@
 #include "tests/batch/BatchTesting.h"
+#include "tests/support/FileContent.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 
@@ -95,8 +95,7 @@ std::string ConvertedAlone(const std::string& directory, const std::string& leaf
     if (!options.empty())
         arguments.push_back(options);
     RunProgram(arguments);
-    std::ifstream file(fs::path(leaf).replace_extension(".qsb"), std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    std::string bytes = FileContent(fs::path(leaf).replace_extension(".qsb"));
     fs::current_path(before);
     fs::remove_all(".alone");
     return bytes;

@@ -1,12 +1,12 @@
 // The codes of messages, and the documents that list them.
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <regex>
 
 #include "batch/MessageTable.h"
 #include "tests/batch/BatchTesting.h"
+#include "tests/support/FileContent.h"
 
 using namespace batch_testing;
 
@@ -14,8 +14,7 @@ namespace {
 
 std::string TreeFile(const std::string& name)
 {
-    std::ifstream file(SourcePath(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return FileContent(SourcePath(name));
 }
 
 } // namespace

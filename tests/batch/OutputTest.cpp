@@ -22,6 +22,7 @@
 #include "batch/StatusLine.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
+#include "tests/support/FileContent.h"
 
 using namespace batch_testing;
 using testing::AllOf;
@@ -337,8 +338,7 @@ TEST_F(OutputTest, CompletionsAndManualHaveAllOptions)
     const std::set<std::string> wanted = optionsOf(help, "--([a-z][a-z-]+)");
     EXPECT_GE(wanted.size(), 30u);
     const auto fileText = [](const std::string& name) {
-        std::ifstream file(SourcePath("packaging/" + name));
-        return std::string{std::istreambuf_iterator<char>(file), {}};
+        return FileContent(SourcePath("packaging/" + name));
     };
     EXPECT_EQ(optionsOf(fileText("qsbatch.bash-completion"), "--([a-z][a-z-]+)"), wanted);
     EXPECT_EQ(optionsOf(fileText("qsbatch.zsh-completion"), "--([a-z-]+)\\["), wanted);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "info/RunInfo.h"
 #include "tests/info/InfoTesting.h"
 #include "tests/info/JsonGrammar.h"
+#include "tests/support/FileContent.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
@@ -28,9 +28,7 @@ namespace {
 /// The text of a file, with line ends as "\n". Removes the file.
 std::string TakeText(const char* name)
 {
-    std::ifstream file(name);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    file.close();
+    std::string text = FileContent(name, {});
     std::remove(name);
     return text;
 }

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <random>
 #include <regex>
 
 #include "base/Log.h"
 #include "tests/qsa/QSATesting.h"
+#include "tests/support/FileContent.h"
 #include "tests/support/TreePaths.h"
 
 namespace {
@@ -41,9 +41,8 @@ std::vector<fs::path> ExampleScenes()
 
 std::string ReadText(const fs::path& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file.is_open()) << path;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    EXPECT_TRUE(fs::exists(path)) << path;
+    return FileContent(path);
 }
 
 /// The lengths to which a text is truncated, longest first, so that one file can be truncated

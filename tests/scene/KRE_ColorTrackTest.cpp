@@ -13,7 +13,7 @@ static KRE_ColorTrack MakeTrack(int32_t interpolation)
     return track;
 }
 
-static void ExpectColor(const D3DCOLORVALUE& color, float r, float g, float b, float a)
+static void ExpectTrackColor(const D3DCOLORVALUE& color, float r, float g, float b, float a)
 {
     EXPECT_EQ(color.r, r);
     EXPECT_EQ(color.g, g);
@@ -34,14 +34,14 @@ TEST(KRE_ColorTrack, StartsEmptyAsBezierWithoutLoop)
 TEST(KRE_ColorTrack, WithoutKeysIsZero)
 {
     KRE_ColorTrack track;
-    ExpectColor(track.Evaluate(1.0f), 0.0f, 0.0f, 0.0f, 0.0f);
+    ExpectTrackColor(track.Evaluate(1.0f), 0.0f, 0.0f, 0.0f, 0.0f);
 }
 
 TEST(KRE_ColorTrack, HoldsAllFourComponentsOutside)
 {
     KRE_ColorTrack track = MakeTrack(1);
-    ExpectColor(track.Evaluate(0.0f), 0.0f, 0.25f, 1.0f, 1.0f);
-    ExpectColor(track.Evaluate(3.0f), 1.0f, 0.75f, 0.0f, 1.0f);
+    ExpectTrackColor(track.Evaluate(0.0f), 0.0f, 0.25f, 1.0f, 1.0f);
+    ExpectTrackColor(track.Evaluate(3.0f), 1.0f, 0.75f, 0.0f, 1.0f);
 }
 
 TEST(KRE_ColorTrack, TwoKeysWithoutLoopUseTheirOneSegment)
@@ -49,7 +49,7 @@ TEST(KRE_ColorTrack, TwoKeysWithoutLoopUseTheirOneSegment)
     // u = 0.25, on a line: 0 + 0.25, 0.25 + 0.5 * 0.25, 1 - 0.25.
     KRE_ColorTrack track = MakeTrack(0);
     const D3DCOLORVALUE color = track.Evaluate(1.25f);
-    ExpectColor(color, 0.25f, 0.375f, 0.75f, 1.0f);
+    ExpectTrackColor(color, 0.25f, 0.375f, 0.75f, 1.0f);
 }
 
 TEST(KRE_ColorTrack, BezierInterpolatesTheFirstThreeComponents)
@@ -87,7 +87,7 @@ TEST(KRE_ColorTrack, DerivativeIsOfTheFirstThreeComponents)
     KRE_ColorTrack track = MakeTrack(1);
     D3DCOLORVALUE derivative = {-99.0f, -99.0f, -99.0f, -99.0f};
     track.Evaluate(1.5f, &derivative);
-    ExpectColor(derivative, -0.5f, 1.75f, -1.5f, -99.0f);
+    ExpectTrackColor(derivative, -0.5f, 1.75f, -1.5f, -99.0f);
 }
 
 TEST(KRE_ColorTrack, DerivativeIsPerSecondHoweverLongTheSegmentIs)
@@ -96,7 +96,7 @@ TEST(KRE_ColorTrack, DerivativeIsPerSecondHoweverLongTheSegmentIs)
     track.Key(1).time = 5.0f; // four seconds after the first: a quarter of the slopes above
     D3DCOLORVALUE derivative = {};
     track.Evaluate(3.0f, &derivative);
-    ExpectColor(derivative, -0.125f, 0.4375f, -0.375f, 0.0f);
+    ExpectTrackColor(derivative, -0.125f, 0.4375f, -0.375f, 0.0f);
 }
 
 TEST(KRE_ColorTrack, LoopGoesFromTheLastKeyToTheFirst)
@@ -105,7 +105,7 @@ TEST(KRE_ColorTrack, LoopGoesFromTheLastKeyToTheFirst)
     KRE_ColorTrack track = MakeTrack(0);
     track.loop = 1;
     track.loopEnd = 4.0f;
-    ExpectColor(track.Evaluate(2.0f), 0.5f, 0.5f, 0.5f, 1.0f);
+    ExpectTrackColor(track.Evaluate(2.0f), 0.5f, 0.5f, 0.5f, 1.0f);
 }
 
 TEST(KRE_ColorTrack, LoopEndIsRaisedToTheLastKey)

@@ -286,12 +286,10 @@ std::string Hostile(const std::string& head, const std::string& item, const std:
     std::string text = head;
     std::string ends;
     for (int i = 0; text.size() + ends.size() + item.size() + tail.size() < kHostileBytes; ++i) {
-        for (const char c : item) {
-            if (c == '#')
-                text += std::to_string(i);
-            else
-                text += c;
-        }
+        size_t from = 0;
+        for (size_t mark; (mark = item.find('#', from)) != std::string::npos; from = mark + 1)
+            text.append(item, from, mark - from).append(std::to_string(i));
+        text.append(item, from);
         ends += close;
     }
     return text + ends + tail;

@@ -266,3 +266,17 @@ std::string ShaderBytes(const std::vector<uint32_t>& shader, const std::vector<u
     words.insert(words.end(), shader.begin() + 1, shader.end());
     return BytesOfWords(words);
 }
+
+const std::vector<uint32_t>& PlainVertexShader()
+{
+    static const std::vector<uint32_t> words = {0xFFFE0101, 0x0000001F, 0x80000000, 0x900F0000,
+                                                0x00000001, 0xC00F0000, 0x90E40000, 0x0000FFFF};
+    return words;
+}
+
+const std::vector<uint32_t>& PlainPixelShader()
+{
+    static const std::vector<uint32_t> words = {0xFFFF0200, 0x02000001, 0x800F0800, 0xA0E40000,
+                                                0x0000FFFF};
+    return words;
+}

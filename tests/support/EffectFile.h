@@ -92,3 +92,7 @@ std::vector<uint32_t> ComputationWords(const std::vector<TableConstant>& inputs,
                                        const std::vector<uint32_t>& instructions);
 /// A shader's words with comments behind the version.
 std::string ShaderBytes(const std::vector<uint32_t>& shader, const std::vector<uint32_t>& comments);
+
+/// `mov oPos, v0` and `mov oC0, c0`, laid out by hand.
+const std::vector<uint32_t>& PlainVertexShader();
+const std::vector<uint32_t>& PlainPixelShader();

@@ -40,7 +40,7 @@ def crowned(profile):
 def inked(name, colour, width, ink):
     """All materials of a file share its effect, so each of them gives all of its values."""
     values = ",".join(f"{c:g}" for c in ink)
-    return material(f"{name} shader='outline.fx' fParam1='{width:g}' vParam1='{values}'", colour,
+    return material(f"{name} shader='outline' fParam1='{width:g}' vParam1='{values}'", colour,
                     shine=(0.5, 0.35))
 
 
@@ -72,7 +72,7 @@ def outline():
 # glow.qsa: lanterns in the dark
 
 def glowing(name, colour):
-    return material(f"{name} shader='glow.fx'", tuple(c * 0.3 for c in colour), glow=colour)
+    return material(f"{name} shader='glow'", tuple(c * 0.3 for c in colour), glow=colour)
 
 
 def glow():
@@ -125,7 +125,7 @@ def ripple():
         material("Red", (0.85, 0.25, 0.2), shine=(0.6, 0.4)),
         material("Gold", (0.9, 0.7, 0.25), shine=(0.6, 0.4)),
         material("Stone", (0.6, 0.62, 0.66)),
-        material("Water shader='ripple.fx' fParam1='6' vParam1='0.72,0.9,1'", (0.2, 0.4, 0.5),
+        material("Water shader='ripple' fParam1='6' vParam1='0.72,0.9,1'", (0.2, 0.4, 0.5),
                  shine=(0.8, 0.5))], unit=UNIT, ambient=(0.42, 0.42, 0.46))
     card = Shape()
     card.quad(((-16, 0, -6), (16, 0, -6), (16, 0, 10), (-16, 0, 10)))
@@ -184,7 +184,7 @@ def stream():
 def lava():
     scene = stage((0.4, -6.6, 4.4), (0.1, 0, 0.1), 120, [
         material("Rocks", diffuse=picture_map("rock.png")),
-        material("Lava shader='lava.fx' fParam1='0.12' vParam1='1,0.5,0.2'",
+        material("Lava shader='lava' fParam1='0.12' vParam1='1,0.5,0.2'",
                  diffuse=picture_map("lava.png"))],
         sun=False, unit=UNIT, background=(0.05, 0.03, 0.04), ambient=(0.20, 0.17, 0.19))
     scene.mesh("Rocks", rocks(), 0, textured=True)

@@ -2,7 +2,7 @@
 // Draws each scene as the program does at the start of its animation and writes the back buffer to
 // DIRECTORY/NAME.png. Prints the time of each frame in milliseconds, until it could be read back. With
 // --times it draws each frame N times and prints the shortest time. The directory must exist.
-// Returns 0 if everything was drawn, otherwise 1. Scenes with effects that the host does not read are skipped.
+// Returns 0 if everything was drawn, otherwise 1.
 
 #include "tools/frames/FrameStage.h"
 
@@ -13,9 +13,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string_view>
 #include <vector>
 #include <windows.h>
 
@@ -50,22 +47,6 @@ bool ReadArguments(int count, char** values, Options& options)
     return options.width > 0 && options.height > 0 && options.times > 0 && !options.scenes.empty();
 }
 
-/// Whether a material names an existing effect file in text form.
-bool HasEffectText(const fs::path& scene)
-{
-    std::ifstream file(scene, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(file)),
-                           std::istreambuf_iterator<char>());
-    static constexpr std::string_view kKey = "shader='";
-    for (size_t at = text.find(kKey); at != std::string::npos; at = text.find(kKey, at)) {
-        at += kKey.size();
-        const fs::path name = text.substr(at, text.find('\'', at) - at);
-        if (name.extension() == ".fx" && fs::exists(scene.parent_path() / name))
-            return true;
-    }
-    return false;
-}
-
 /// Scenes look for their pictures from their own folder. Each has its own engine, because states left by
 /// one scene would show in the next. The first frame is saved.
 bool DrawScene(const Options& options, const fs::path& scene)
@@ -73,11 +54,6 @@ bool DrawScene(const Options& options, const fs::path& scene)
     fs::current_path(scene.parent_path());
     FrameStage stage(options.width, options.height);
     const std::string name = scene.filename().string();
-    if (!FrameStage::ReadsEffectTexts() && HasEffectText(scene)) {
-        std::printf("%-16s left out: this host reads no effect texts\n",
-                    scene.stem().string().c_str());
-        return true;
-    }
     const Frame frame = stage.Draw(name.c_str());
     double seconds = stage.DrawSeconds();
     for (int i = 1; i < options.times; ++i) {

@@ -5,3 +5,8 @@ std::string EffectFault(ID3DXEffect&, D3DXHANDLE)
 {
     return "";
 }
+
+std::vector<std::string> EffectWarnings(ID3DXEffect&, D3DXHANDLE)
+{
+    return {};
+}

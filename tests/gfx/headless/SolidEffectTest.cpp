@@ -1,63 +1,21 @@
-// Effects that name files of cubes and volumes, from the file to the frame.
+// Effect texts that name files of cubes and volumes, from the file to the frame.
 
-#include "gfx/KRE_ShaderEffect.h"
-#include "tests/gfx/EngineTest.h"
+#include "tests/gfx/DrawnEffect.h"
 #include "tests/support/SolidDds.h"
-#include "tests/support/TestDevice.h"
 
 namespace {
 
-ComHandle<RecordingDirect3D> WrapRealDirect3D()
-{
-    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-    return RecordingDirect3D::Wrap(real.get());
-}
-
-/// An engine on a device of 64 x 48. Its camera is at the origin and looks along z; one triangle at z = 1
-/// covers the screen, from -2 to 2 in both directions.
-class SolidEffectTest : public EngineTest {
+class SolidEffectTest : public DrawnEffect {
 protected:
-    SolidEffectTest() : EngineTest(WrapRealDirect3D())
-    {
-        Start();
-        gfx.CreateVertexList(&list, 3, 0, false);
-        auto* vertices = static_cast<KRE_PointVertex*>(list.Lock(0, 3, 0));
-        vertices[0] = {-2, 2, 1, 0xFFFFFFFF};
-        vertices[1] = {6, 2, 1, 0xFFFFFFFF};
-        vertices[2] = {-2, -6, 1, 0xFFFFFFFF};
-        list.Unlock();
-        D3DXMATRIX matrix;
-        D3DXMatrixIdentity(&matrix);
-        gfx.SetViewMatrix(matrix);
-        gfx.SetProjectionMatrix(*D3DXMatrixScaling(&matrix, 0.5f, 0.5f, 0.5f));
-        gfx.SetLighting(0, nullptr);
-        gfx.SetTexture(nullptr);
-    }
-
     /// The frame with an effect of one pass.
-    std::vector<uint32_t> Frame(const std::string& declarations, const std::string& states)
+    std::vector<D3DCOLOR> Frame(const std::string& declarations, const std::string& states)
     {
         scratch.Write("one.fx", declarations + "\ntechnique t { pass { CullMode = NONE; " + states +
                                     " } }\n");
         gfx.LoadEffect(&effect, "one.fx", false, 0, true);
         gfx.SelectEffect(&effect);
-        gfx.BeginScene();
-        gfx.Clear(0xFF000000);
-        gfx.DrawTriangleList(list, nullptr, -1);
-        gfx.EndScene();
-        return ReadRenderTarget(gfx.device.Get(), gfx.renderTarget.Get());
+        return Drawn();
     }
-
-    /// The colour where the triangle is at (x, y).
-    static uint32_t At(const std::vector<uint32_t>& frame, float x, float y)
-    {
-        const auto column = static_cast<size_t>((x + 2) / 4 * 64);
-        const auto row = static_cast<size_t>((2 - y) / 4 * 48);
-        return frame.at(row * 64 + column) & 0xFFFFFF;
-    }
-
-    KRE_ShaderEffect effect;
-    KRE_VertexListTemp<KRE_PointVertex> list;
 };
 
 constexpr const char* kFixed = "Texture[0] = <map>; TexCoordIndex[0] = CAMERASPACEPOSITION; "

@@ -47,3 +47,25 @@ TEST(Disassembly, FaultsNameTheirPlace)
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(Disassembled("none.psasm").status, 2);
 }
+
+TEST(Disassembly, CompiledEffectsAreListed)
+{
+    const ScratchDirectory scratch;
+    scratch.Write(
+        "a.fx",
+        "int side = 2;\nstring who = \"\xE9\"; technique q { pass { CullMode = <side>; } }");
+    ASSERT_EQ(RunProgramFile(InfoProgramPath(), {"--compile", "a.fx", "-o", "a.fxo"}).status, 0);
+    const ProgramRun run = Disassembled("a.fxo");
+    EXPECT_EQ(run.out,
+              "int side = 2;\nstring who = \"\xC3\xA9\";\n\ntechnique q\n{\n    pass \n    {\n"
+              "        CullMode = <side>;\n    }\n}\n");
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 0);
+    scratch.Write("b.fxo", scratch.Read("a.fxo").substr(0, 40));
+    const ProgramRun cut = Disassembled("b.fxo");
+    EXPECT_EQ(cut.err,
+              "qsbinfo: b.fxo: b.fxo(1,1): error X1008: the compiled effect is damaged near "
+              "byte 0: it ends too early\n");
+    EXPECT_EQ(cut.out, "");
+    EXPECT_EQ(cut.status, 2);
+}

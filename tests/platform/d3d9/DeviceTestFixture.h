@@ -69,6 +69,9 @@ private:
 /// Windowed, 64 by 48 pixels of X8R8G8B8, with a 16-bit depth buffer.
 D3DPRESENT_PARAMETERS WindowedParameters(HWND window);
 
+/// The references to `d3d` but the caller's. Test programs of a host may share one object.
+ULONG OtherReferences(IDirect3D9* d3d);
+
 /// A device with `WindowedParameters`. At the end of a test nothing may still hold it.
 class DeviceTest : public testing::Test {
 protected:
@@ -96,4 +99,5 @@ protected:
 
 private:
     const DWORD behaviour;
+    ULONG otherReferences = 0;
 };

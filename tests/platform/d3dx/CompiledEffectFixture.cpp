@@ -23,39 +23,14 @@ void CompiledEffectFixture::TearDown()
 
 void CompiledEffectFixture::BeginPass()
 {
-    UINT passes = 0;
     ASSERT_TRUE(effect);
-    ASSERT_EQ(effect->Begin(&passes, D3DXFX_DONOTSAVESTATE), D3D_OK);
-    ASSERT_GT(passes, 0u);
-    ASSERT_EQ(effect->BeginPass(0), D3D_OK);
+    BeginFirstPass(effect.Get(), D3DXFX_DONOTSAVESTATE);
 }
 
 void CompiledEffectFixture::EndPass()
 {
     ASSERT_TRUE(effect);
-    ASSERT_EQ(effect->EndPass(), D3D_OK);
-    ASSERT_EQ(effect->End(), D3D_OK);
-}
-
-DWORD CompiledEffectFixture::Render(D3DRENDERSTATETYPE state)
-{
-    DWORD value = 0;
-    EXPECT_EQ(device->GetRenderState(state, &value), D3D_OK);
-    return value;
-}
-
-DWORD CompiledEffectFixture::Stage(DWORD stage, D3DTEXTURESTAGESTATETYPE type)
-{
-    DWORD value = 0;
-    EXPECT_EQ(device->GetTextureStageState(stage, type, &value), D3D_OK);
-    return value;
-}
-
-DWORD CompiledEffectFixture::Sampler(DWORD sampler, D3DSAMPLERSTATETYPE type)
-{
-    DWORD value = 0;
-    EXPECT_EQ(device->GetSamplerState(sampler, type, &value), D3D_OK);
-    return value;
+    EndPassAndEffect(effect.Get());
 }
 
 D3DXPARAMETER_DESC CompiledEffectFixture::Describe(D3DXHANDLE handle)
@@ -82,18 +57,4 @@ std::vector<float> CompiledEffectFixture::PixelFloats(UINT first, UINT count)
 void CompiledEffectFixture::AddPass(const std::vector<EffectFile::State>& states)
 {
     file.AddTechnique("t", {{"p", states, {}}});
-}
-
-const std::vector<uint32_t>& PlainVertexShader()
-{
-    static const std::vector<uint32_t> words = {0xFFFE0101, 0x0000001F, 0x80000000, 0x900F0000,
-                                                0x00000001, 0xC00F0000, 0x90E40000, 0x0000FFFF};
-    return words;
-}
-
-const std::vector<uint32_t>& PlainPixelShader()
-{
-    static const std::vector<uint32_t> words = {0xFFFF0200, 0x02000001, 0x800F0800, 0xA0E40000,
-                                                0x0000FFFF};
-    return words;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/platform/d3d9/DeviceTestFixture.h"
+#include "tests/platform/d3dx/EffectOnDevice.h"
 #include "tests/support/EffectFile.h"
 
 #include <d3dx9.h>
@@ -8,7 +8,7 @@
 #include <string>
 
 /// A device and a compiled effect that the test lays out.
-class CompiledEffectFixture : public DeviceTest {
+class CompiledEffectFixture : public EffectOnDevice {
 protected:
     /// Makes the effect from `file`. False if it is refused.
     bool Load(ID3DXEffectPool* pool = nullptr);
@@ -19,9 +19,6 @@ protected:
     void BeginPass();
     void EndPass();
 
-    DWORD Render(D3DRENDERSTATETYPE state);
-    DWORD Stage(DWORD stage, D3DTEXTURESTAGESTATETYPE type);
-    DWORD Sampler(DWORD sampler, D3DSAMPLERSTATETYPE type);
     D3DXHANDLE Handle(const char* name) { return effect->GetParameterByName(nullptr, name); }
     D3DXPARAMETER_DESC Describe(D3DXHANDLE handle);
     std::vector<float> VertexFloats(UINT first, UINT count);
@@ -33,7 +30,3 @@ protected:
     EffectFile file;
     Com<ID3DXEffect> effect;
 };
-
-/// `mov oPos, v0` and `mov oC0, c0`, laid out by hand.
-const std::vector<uint32_t>& PlainVertexShader();
-const std::vector<uint32_t>& PlainPixelShader();

@@ -197,6 +197,10 @@ TEST_F(CompiledShaders, WithoutCodeThereIsNoShader)
     AddPass({{0x93, 0, file.Object(D3DXPT_PIXELSHADER, "")}});
     file.AddContent(file.lastObject, "");
     ASSERT_TRUE(Load());
+    Com<IDirect3DPixelShader9> before;
+    const std::vector<DWORD> plain(PlainPixelShader().begin(), PlainPixelShader().end());
+    ASSERT_EQ(device->CreatePixelShader(plain.data(), before.Out()), D3D_OK);
+    ASSERT_EQ(device->SetPixelShader(before.Get()), D3D_OK);
     BeginPass();
     Com<IDirect3DPixelShader9> shader;
     ASSERT_EQ(device->GetPixelShader(shader.Out()), D3D_OK);

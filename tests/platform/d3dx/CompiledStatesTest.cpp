@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <bit>
-#include <cmath>
 #include <functional>
 
 using testing::ElementsAre;
@@ -19,13 +18,6 @@ protected:
     {
         return {file.Put(file.NumberType(D3DXPT_INT, D3DXPC_SCALAR, "", 1, 1)), file.Put({bits})};
     }
-    /// A pass whose only state, with the given value, is a computation that leaves a float.
-    void AddComputed(const std::vector<uint32_t>& program)
-    {
-        AddPass({{0x3C, 0, file.Float("", 0.0f)}}); // PointSize
-        file.AddResource({0, 0, EffectFile::kNone, 0, EffectFile::kCode}, BytesOfWords(program));
-    }
-    float PointSize() { return std::bit_cast<float>(Render(D3DRS_POINTSIZE)); }
 };
 
 /// Operations in the order of their numbers, from 0 on.
@@ -303,137 +295,5 @@ TEST_F(CompiledStates, StateFollowsTheParameterThatItNames)
     ASSERT_EQ(effect->SetInt("cull", D3DCULL_NONE), D3D_OK);
     ASSERT_EQ(effect->CommitChanges(), D3D_OK);
     EXPECT_EQ(Render(D3DRS_CULLMODE), DWORD{D3DCULL_NONE});
-    EndPass();
-}
-
-// ---- Computations
-
-namespace {
-
-/// An instruction on sources that each are a table and an offset.
-std::vector<uint32_t> Instruction(uint32_t operation, uint32_t components,
-                                  const std::vector<std::pair<uint32_t, uint32_t>>& sources,
-                                  std::pair<uint32_t, uint32_t> target, bool isFirstScalar = false)
-{
-    std::vector<uint32_t> words = {(isFirstScalar ? 0x80000000u : 0u) | operation << 20 |
-                                       components,
-                                   static_cast<uint32_t>(sources.size())};
-    for (const auto& [table, offset] : sources)
-        words.insert(words.end(), {0, table, offset});
-    words.insert(words.end(), {0, target.first, target.second});
-    return words;
-}
-
-/// The system computes only what reads a parameter: a compiler leaves nothing else to compute.
-const TableConstant kInput = {"v", 2, 0, 1, D3DXPC_SCALAR, D3DXPT_FLOAT, 1, 1, 1, {}};
-
-constexpr uint32_t kLiterals = 1, kInputs = 2, kFloatsOut = 4, kTemporaries = 7;
-
-} // namespace
-
-TEST_F(CompiledStates, ComputationsOfOneNumber)
-{
-    const struct {
-        uint32_t operation;
-        double input, result;
-    } rows[] = {
-        {0x100, 1.25, 1.25},
-        {0x101, 1.25, -1.25},
-        {0x103, 8.0, 0.125},
-        {0x104, -1.25, 0.75},
-        {0x105, 3.5, std::exp2(3.5)},
-        {0x106, 10.0, std::log2(10.0)},
-        {0x106, -10.0, std::log2(10.0)},
-        {0x106, 0.0, 0.0},
-        {0x107, 4.0, 0.5},
-        {0x107, -4.0, 0.5},
-        {0x108, 0.5, std::sin(0.5)},
-        {0x109, 0.5, std::cos(0.5)},
-        {0x10A, 0.5, std::asin(0.5)},
-        {0x10B, 0.5, std::acos(0.5)},
-        {0x10C, 0.5, std::atan(0.5)},
-    };
-    for (const auto& row : rows) {
-        file = {};
-        file.AddParameter(file.Float("v", static_cast<float>(row.input)));
-        AddComputed(ComputationWords(
-            {kInput}, {}, 1, Instruction(row.operation, 1, {{kInputs, 0}}, {kFloatsOut, 0})));
-        ASSERT_TRUE(Load());
-        BeginPass();
-        EXPECT_FLOAT_EQ(PointSize(), static_cast<float>(row.result))
-            << std::hex << row.operation << " of " << row.input;
-        EndPass();
-    }
-}
-
-TEST_F(CompiledStates, ComputationsOfSeveralNumbers)
-{
-    const struct {
-        uint32_t operation;
-        std::vector<double> inputs;
-        double result;
-    } rows[] = {
-        {0x200, {2.0, -3.0}, -3.0},
-        {0x201, {2.0, -3.0}, 2.0},
-        {0x202, {2.0, 3.0}, 1.0},
-        {0x202, {3.0, 3.0}, 0.0},
-        {0x203, {3.0, 3.0}, 1.0},
-        {0x203, {2.0, 3.0}, 0.0},
-        {0x204, {2.0, 3.0}, 5.0},
-        {0x205, {2.0, 3.0}, 6.0},
-        {0x206, {1.0, -2.0}, std::atan2(1.0, -2.0)},
-        {0x208, {6.0, 3.0}, 0.0},
-        {0x300, {0.0, 4.0, 5.0}, 4.0},
-        {0x300, {-0.5, 4.0, 5.0}, 5.0},
-        {0x70E, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0}, 32.0},
-        {0x70E, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0}, 70.0},
-    };
-    for (const auto& row : rows) {
-        file = {};
-        file.AddParameter(file.Float("v", static_cast<float>(row.inputs[0])));
-        std::vector<std::pair<uint32_t, uint32_t>> sources = {{kInputs, 0}};
-        for (uint32_t i = 1; i < row.inputs.size(); ++i)
-            sources.emplace_back(kLiterals, i);
-        AddComputed(ComputationWords({kInput}, row.inputs, 1,
-                                     Instruction(row.operation, 1, sources, {kFloatsOut, 0})));
-        ASSERT_TRUE(Load());
-        BeginPass();
-        EXPECT_FLOAT_EQ(PointSize(), static_cast<float>(row.result)) << std::hex << row.operation;
-        EndPass();
-    }
-}
-
-/// r = in * literal by components, the first of which stands for all; then the scalar product with itself.
-TEST_F(CompiledStates, ComputationReadsParametersAndKeepsTemporaries)
-{
-    file.AddParameter(file.Floats("v", {1.0f, 2.0f, 3.0f, 4.0f}));
-    std::vector<uint32_t> code =
-        Instruction(0x205, 3, {{kLiterals, 1}, {kInputs, 4}}, {kTemporaries, 0}, true);
-    const std::vector<uint32_t> dot =
-        Instruction(0x500, 3, {{kTemporaries, 0}, {kTemporaries, 0}}, {kFloatsOut, 0});
-    code.insert(code.end(), dot.begin(), dot.end());
-    AddComputed(ComputationWords({{"v", 2, 1, 1, D3DXPC_VECTOR, D3DXPT_FLOAT, 1, 4, 1, {}}},
-                                 {9.0, 0.5, 7.0, 7.0}, 2, code));
-    ASSERT_TRUE(Load());
-    BeginPass();
-    EXPECT_EQ(PointSize(), 0.25f * (1.0f + 4.0f + 9.0f));
-    const D3DXVECTOR4 changed(2.0f, 0.0f, 0.0f, 0.0f);
-    ASSERT_EQ(effect->SetVector("v", &changed), D3D_OK);
-    ASSERT_EQ(effect->CommitChanges(), D3D_OK);
-    EXPECT_EQ(PointSize(), 1.0f);
-    EndPass();
-}
-
-TEST_F(CompiledStates, ComputationForAnIntegerStateGivesAnInteger)
-{
-    file.AddParameter(file.Float("f", 2.0f));
-    AddPass({{0x08, 0, Word(0)}});
-    file.AddResource({0, 0, EffectFile::kNone, 0, EffectFile::kCode},
-                     BytesOfWords(ComputationWords(
-                         {{"f", 2, 0, 1, D3DXPC_SCALAR, D3DXPT_FLOAT, 1, 1, 1, {}}}, {1.0}, 1,
-                         Instruction(0x204, 1, {{kInputs, 0}, {kLiterals, 0}}, {kFloatsOut, 0}))));
-    ASSERT_TRUE(Load());
-    BeginPass();
-    EXPECT_EQ(Render(D3DRS_CULLMODE), DWORD{D3DCULL_CCW});
     EndPass();
 }

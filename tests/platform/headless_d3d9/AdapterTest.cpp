@@ -53,6 +53,13 @@ TEST(Adapter, AcceptsOnlyTheCurrentVersion)
     EXPECT_EQ(Direct3DCreate9(31), nullptr);
 }
 
+TEST(Adapter, ANewInterfaceIsItsCallersAlone)
+{
+    IDirect3D9* const d3d = Direct3DCreate9(D3D_SDK_VERSION);
+    ASSERT_NE(d3d, nullptr);
+    EXPECT_EQ(d3d->Release(), 0u);
+}
+
 TEST(Adapter, HasOneKindOfMultiSampling)
 {
     Com<IDirect3D9> d3d;

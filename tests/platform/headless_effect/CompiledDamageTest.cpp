@@ -1,5 +1,6 @@
 // Compiled effects that are cut or damaged: they are refused or read, and what is read can be applied.
 
+#include "platform/EffectListing.h"
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/support/EffectFile.h"
 
@@ -10,11 +11,6 @@ using Typed = EffectFile::Typed;
 namespace {
 
 constexpr uint32_t kNone = EffectFile::kNone;
-
-const std::vector<uint32_t> kVertexShader = {0xFFFE0101, 0x0000001F, 0x80000000, 0x900F0000,
-                                             0x00000001, 0xC00F0000, 0x90E40000, 0x0000FFFF};
-const std::vector<uint32_t> kPixelShader = {0xFFFF0200, 0x02000001, 0x800F0800, 0xA0E40000,
-                                            0x0000FFFF};
 
 std::string NumbersFile()
 {
@@ -102,7 +98,7 @@ std::string SamplerFile()
     const auto table =
         ConstantTableWords({{"look", 3, 2, 1, D3DXPC_OBJECT, D3DXPT_SAMPLER2D, 1, 1, 1, {}}});
     file.AddResource({0, 0, kNone, 0, EffectFile::kCode},
-                     ShaderBytes(kPixelShader, ProgramComment("CTAB", table)));
+                     ShaderBytes(PlainPixelShader(), ProgramComment("CTAB", table)));
     return file.Bytes();
 }
 
@@ -127,7 +123,7 @@ std::string ShaderFile()
           {{"reach", 2, 0, 1, D3DXPC_SCALAR, D3DXPT_FLOAT, 1, 1, 1, {}},
            {"turn", 2, 0, 2, D3DXPC_MATRIX_COLUMNS, D3DXPT_FLOAT, 2, 2, 1, {}}}}});
     file.AddResource({0, 0, kNone, 0, EffectFile::kCode},
-                     ShaderBytes(kVertexShader, ProgramComment("CTAB", table)));
+                     ShaderBytes(PlainVertexShader(), ProgramComment("CTAB", table)));
     return file.Bytes();
 }
 
@@ -141,7 +137,7 @@ std::string BeforehandFile()
                          {0xA0500004u, 2, 0, 1, 0, 0,           2, 0, 0, 4, 12, 0x10000001u, 1, 0,
                           2,           0, 0, 5, 4, 0x10000001u, 1, 0, 2, 1, 0,  6,           8});
     file.AddResource({0, 0, kNone, 0, EffectFile::kCode},
-                     ShaderBytes(kVertexShader, ProgramComment("PRES", program)));
+                     ShaderBytes(PlainVertexShader(), ProgramComment("PRES", program)));
     return file.Bytes();
 }
 
@@ -152,8 +148,8 @@ std::string SelectorFile()
     file.lastObject = 2;
     file.AddParameter(
         {file.Put(file.ObjectType(D3DXPT_PIXELSHADER, "looks", 2)), file.Put({1, 2})});
-    file.AddContent(1, BytesOfWords(kPixelShader));
-    file.AddContent(2, BytesOfWords(kPixelShader));
+    file.AddContent(1, BytesOfWords(PlainPixelShader()));
+    file.AddContent(2, BytesOfWords(PlainPixelShader()));
     file.AddTechnique("t", {{"p", {{0x93, 0, file.Object(D3DXPT_PIXELSHADER, "")}}, {}}});
     std::vector<uint32_t> selector = {8};
     for (const auto& words :
@@ -166,7 +162,7 @@ std::string SelectorFile()
 
 class CompiledDamage : public EffectTest {
 protected:
-    /// Whether the bytes are an effect; if so, all its passes are applied.
+    /// Whether the bytes are an effect; if so, it is listed and all its passes are applied.
     bool Use(const std::string& bytes)
     {
         Com<ID3DXEffect> effect;
@@ -175,6 +171,9 @@ protected:
                              nullptr, 0, nullptr, effect.Out(), nullptr);
         EXPECT_EQ(SUCCEEDED(result), static_cast<bool>(effect));
         EXPECT_TRUE(SUCCEEDED(result) || result == D3DXERR_INVALIDDATA);
+        std::string listing;
+        EXPECT_EQ(ListEffect("memory", bytes, listing).empty(), SUCCEEDED(result));
+        EXPECT_EQ(listing.empty(), FAILED(result));
         if (!effect)
             return false;
         D3DXEFFECT_DESC desc = {};

@@ -1,6 +1,7 @@
 // Effect texts in compiled form: they set what the texts set.
 
 #include "platform/EffectCompiler.h"
+#include "platform/EffectListing.h"
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/support/ScratchDirectory.h"
 
@@ -189,6 +190,73 @@ TEST_F(EffectCompiler, StatesOfAllKinds)
     device->SetTexture(3, nullptr);
 }
 
+/// A state of the system's D3DX sets one register right.
+TEST_F(EffectCompiler, RegistersHaveAStateEach)
+{
+    std::string bytes, listing;
+    ASSERT_EQ(
+        Compile("float2x3 m; float f; bool2 b; static const float4x4 one = {1, 2, 3, 4, 5, 6, "
+                "7, 8, 9, 10, 11, 12, 13, 14, 15, 16};\n"
+                "technique t { pass p { VertexShaderConstantF[4] = <m>; "
+                "VertexShaderConstantI[1] = <f>; PixelShaderConstantB[2] = <b>; "
+                "PixelShaderConstantF[8] = <one>; } }",
+                bytes),
+        "");
+    ASSERT_EQ(ListEffect("a.fxo", bytes, listing), "");
+    const auto computed = [](const char* state, const char* lines) {
+        return std::string("        ") + state + " = computed\n        {\n" + lines +
+               "        };\n";
+    };
+    EXPECT_EQ(listing.substr(listing.find("pass p")),
+              "pass p\n    {\n" +
+                  computed("VertexShaderConstantF[4]", "            mov out0.xyz, m[0].xyz\n"
+                                                       "            mov out0.w, 0\n") +
+                  computed("VertexShaderConstantF[5]", "            mov out0.xyz, m[1].xyz\n"
+                                                       "            mov out0.w, 0\n") +
+                  computed("VertexShaderConstantI[1]", "            mov out0.x, f\n"
+                                                       "            mov out0.y, 0\n"
+                                                       "            mov out0.z, 0\n"
+                                                       "            mov out0.w, 0\n") +
+                  computed("PixelShaderConstantB[2]", "            mov out0.x, b.x\n") +
+                  computed("PixelShaderConstantB[3]", "            mov out0.x, b.y\n") +
+                  "        PixelShaderConstantF[8] = {1, 2, 3, 4};\n"
+                  "        PixelShaderConstantF[9] = {5, 6, 7, 8};\n"
+                  "        PixelShaderConstantF[10] = {9, 10, 11, 12};\n"
+                  "        PixelShaderConstantF[11] = {13, 14, 15, 16};\n"
+                  "    }\n}\n");
+}
+
+TEST_F(EffectCompiler, RegistersHaveTheValuesOfTheText)
+{
+    const std::string text =
+        "float2x3 m = {1, 2, 3, 4, 5, 6}; int i = 7; bool2 b = {false, true};\n"
+        "technique t { pass p { VertexShaderConstantF[4] = <m>; VertexShaderConstantF[6] = i * 0.5; "
+        "VertexShaderConstantI[1] = <i>; PixelShaderConstantB[2] = <b>; "
+        "PixelShaderConstantF[8] = transpose(m); } }";
+    const auto constants = [&](ID3DXEffect* effect) {
+        std::vector<float> floats(24);
+        int wholes[4] = {};
+        BOOL truths[2] = {};
+        device->SetVertexShaderConstantF(4, std::vector<float>(12, -1.0f).data(), 3);
+        device->SetPixelShaderConstantF(8, std::vector<float>(12, -1.0f).data(), 3);
+        BeginFirstPass(effect);
+        EXPECT_EQ(device->GetVertexShaderConstantF(4, floats.data(), 3), D3D_OK);
+        EXPECT_EQ(device->GetPixelShaderConstantF(8, floats.data() + 12, 3), D3D_OK);
+        EXPECT_EQ(device->GetVertexShaderConstantI(1, wholes, 1), D3D_OK);
+        EXPECT_EQ(device->GetPixelShaderConstantB(2, truths, 2), D3D_OK);
+        EndPassAndEffect(effect);
+        for (const int whole : wholes)
+            floats.push_back(static_cast<float>(whole));
+        for (const BOOL truth : truths)
+            floats.push_back(static_cast<float>(truth));
+        return floats;
+    };
+    const std::vector<float> wanted = {1, 2, 3, 0, 4, 5, 6, 0, 3.5f, 0, 0, 0, 1, 4, 0,
+                                       0, 2, 5, 0, 0, 3, 6, 0, 0,    7, 0, 0, 0, 0, 1};
+    EXPECT_EQ(constants(Make(text).Get()), wanted);
+    EXPECT_EQ(constants(MakeCompiled(text).Get()), wanted);
+}
+
 TEST_F(EffectCompiler, ParametersKeepTheirTypesValuesAndAnnotations)
 {
     const Com<ID3DXEffect> effect = MakeCompiled(
@@ -246,14 +314,14 @@ TEST_F(EffectCompiler, WhatHasNoCompiledFormIsNamed)
         const char* reason;
     } kCases[] = {
         {"technique a { pass {\nPixelShader = compile ps_2_0 f(); } }",
-         "a.fx(2,15): this host does not compile shaders"},
+         "a.fx(2,30): error X3001: there is no function 'f'"},
         {"int i = 1; technique a { pass { CullMode = (i | 2); } }",
          "a.fx(1,26): CullMode: an operation on bits has an operand that changes"},
         {"float a; technique q { pass { FogStart = round(a); } }",
          "a.fx(1,24): FogStart: the function 'round' has an argument that changes"},
         {"float a[100]; int i; technique q { pass { FogStart = a[i]; } }",
          "a.fx(1,36): FogStart: an array of more than 64 elements is read by an index"},
-        {"vertexshader s = compile vs_2_0 f(); technique q { }",
+        {"vertexshader s = compile vs_9_9 f(); technique q { }",
          "the parameter 's' has a shader that is not assembled"},
         {"technique a { pass { Colour = 1; } }",
          "a.fx(1,22): error X3008: there is no state 'Colour'"},

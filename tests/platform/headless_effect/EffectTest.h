@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "tests/platform/d3d9/DeviceTestFixture.h"
+#include "tests/platform/d3dx/EffectOnDevice.h"
 
 /// A device and effects made from texts on it.
-class EffectTest : public DeviceTest {
+class EffectTest : public EffectOnDevice {
 protected:
     /// Fails the test if the text is refused.
     Com<ID3DXEffect> Make(const std::string& text, ID3DXEffectPool* pool = nullptr);
@@ -16,16 +16,6 @@ protected:
                         ID3DXInclude* include = nullptr);
     /// The compiler's message for a file; "" if it accepts it.
     std::string ErrorOfFile(const char* path);
-
-    DWORD Render(D3DRENDERSTATETYPE state);
-    DWORD Stage(DWORD stage, D3DTEXTURESTAGESTATETYPE type);
-    DWORD Sampler(DWORD sampler, D3DSAMPLERSTATETYPE type);
-    D3DMATRIX Transform(D3DTRANSFORMSTATETYPE type);
-    /// The texture at a stage, only for comparison.
-    IDirect3DBaseTexture9* BoundTexture(DWORD stage);
-    /// Begins the current technique and its first pass.
-    void BeginFirstPass(ID3DXEffect* effect, DWORD flags = 0);
-    void EndPassAndEffect(ID3DXEffect* effect);
 };
 
 /// A value of a parameter, found by name. Fails the test if the parameter does not fit.

@@ -125,13 +125,15 @@ TEST_F(FxEffectTest, EverythingCanHaveAnnotations)
     EXPECT_EQ(passDesc.Annotations, 2u);
 }
 
-TEST_F(FxEffectTest, ATechniqueWithAShaderDoesNotValidate)
+TEST_F(FxEffectTest, ATechniqueWithAShaderBeyondTheLimitsDoesNotValidate)
 {
     const Com<ID3DXEffect> effect =
-        Make("float4 f(float4 p : POSITION) : POSITION { if (p.x > 0) { return p; } return -p; }\n"
-             "vertexshader kept = compile vs_1_1 f();\n"
-             "technique shader { pass { VertexShader = compile vs_2_0 f(); } }\n"
-             "technique pixel { pass { } pass { PixelShader = compile ps_1_4 f(1, 2); } }\n"
+        Make("#define TOO_LONG for (int i = 0; i < 2000; i++) p += p * p; return p;\n"
+             "float4 f(float4 p : TEXCOORD) : COLOR { TOO_LONG }\n"
+             "float4 g(float4 p : POSITION) : POSITION { TOO_LONG }\n"
+             "vertexshader kept = compile vs_1_1 g();\n"
+             "technique shader { pass { VertexShader = compile vs_2_0 g(); } }\n"
+             "technique pixel { pass { } pass { PixelShader = compile ps_1_4 f(); } }\n"
              "technique code { pass { PixelShader = asm { ps_1_1 mov r0, c0 }; } }\n"
              "technique parameter { pass { VertexShader = <kept>; } }\n"
              "technique constant { pass { VertexShaderConstant[4] = { 1, 2 }; } }\n"

@@ -153,7 +153,7 @@ TEST_F(FxErrorTest, APassErrorNamesItsPlace)
         {"angle left open", "ZEnable = <1;", "memory(1,39): error X3000: "},
         {"assembler left open", "VertexShader = asm { { { vs_1_1", "memory(1,46): error X3000: "},
         {"assembler without a block", "VertexShader = asm vs_1_1;", "memory(1,46): error X3000: "},
-        {"nothing behind a shader", "VertexShader = compile vs_1_1 f() }",
+        {"nothing behind a shader", "VertexShader = compile vs_9_9 f() }",
          "memory(1,61): error X3000: "},
         {"state that nearly is one", "StateBlocks = 1;", "memory(1,27): error X3008: "},
         {"no shader", "PixelShader = 5;", "memory(1,41): error X3000: "},
@@ -249,7 +249,7 @@ TEST_F(FxErrorTest, EveryCutTextIsAnEffectOrAStatedError)
     const std::string text =
         "#define A(x) x\n#if A(1)\nfloat4 a : COLOR < string n = \"v\"; > = {1, 2, A(3), 4};\n"
         "#endif\ntexture t; sampler s = sampler_state { Texture = <t>; MinFilter = LINEAR; };\n"
-        "float f(float x) { return x; }\ntechnique q { pass p < int k = 2; > { CullMode = NONE;"
+        "float4 f(float4 x : COLOR) : COLOR { return x; }\ntechnique q { pass p < int k = 2; > { CullMode = NONE;"
         " Sampler[0] = <s>; PixelShader = compile ps_2_0 f(); Ambient = a * 0.5 + a.wzyx; } }";
     EXPECT_EQ(ErrorOf(text), "");
     for (size_t length = 0; length < text.size(); ++length) {

@@ -29,14 +29,17 @@ std::string RefusalOf(const std::string& text)
     return fault.reason;
 }
 
-ShaderRun::ShaderRun(const std::string& text)
+ShaderRun::ShaderRun(const std::string& text) : ShaderRun(WordsOf(text))
+{}
+
+ShaderRun::ShaderRun(const std::vector<Word>& words)
     : floats(kSoftwareConstants * 4),
       ints(kSoftwareSwitches * 4),
       bools(kSoftwareSwitches)
 {
     Bytecode code;
     Fault fault;
-    EXPECT_TRUE(ReadBytecode(WordsOf(text), code, fault)) << fault.reason;
+    EXPECT_TRUE(ReadBytecode(words, code, fault)) << fault.reason;
     BuildProgram(code, program);
 }
 

@@ -25,6 +25,7 @@ std::string RefusalOf(const std::string& text);
 class ShaderRun {
 public:
     explicit ShaderRun(const std::string& text);
+    explicit ShaderRun(const std::vector<Word>& words);
 
     void SetFloats(unsigned number, Four values);
     void SetInts(unsigned number, int x, int y, int z);

@@ -128,7 +128,7 @@ const std::vector<InstructionRow> kOldArithmetic = {
      }},
 };
 
-void BumpMap(PictureStage& stage)
+void OldBumpMap(PictureStage& stage)
 {
     stage->SetTexture(
         0,
@@ -210,10 +210,10 @@ const std::vector<InstructionRow> kOldTextures = {
      }},
     {"texbem", kTo13,
      [](W& w) { w.Op(kTex, T(0)).Op(kTexBem, T(1), {T(0)}).Op(kMov, R(0), {T(1)}); }, 1, 0, 1, 0,
-     BumpMap},
+     OldBumpMap},
     {"texbeml", kPs11,
      [](W& w) { w.Op(kTex, T(0)).Op(kTexBemL, T(1), {T(0)}).Op(kMov, R(0), {T(1)}); }, 1, 0, 1, 0,
-     BumpMap},
+     OldBumpMap},
     {"texld", kPs14, [](W& w) { w.Op(kTex, R(1), {T(1)}).Op(kMov, R(0), {R(1)}); }},
     {"texld_other_coordinates", kPs14,
      [](W& w) { w.Op(kTex, R(2), {T(0)}).Op(kMov, R(0), {R(2)}); }},
@@ -253,7 +253,7 @@ const std::vector<InstructionRow> kOldTextures = {
          w.Op(kBem, To(R(1), "xy"), {R(1), R(0)});
          w.Flow(kPhase).Op(kTex, R(1), {R(1)}).Op(kMov, R(0), {R(1)});
      },
-     1, 0, 1, 0, BumpMap},
+     1, 0, 1, 0, OldBumpMap},
 };
 
 std::vector<PictureProgram> AllOldPictures()

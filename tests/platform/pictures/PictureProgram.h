@@ -28,6 +28,7 @@ extern const std::vector<PictureProgram> kOldPixelPictures;
 extern const std::vector<PictureProgram> kFlowPictures;
 extern const std::vector<PictureProgram> kShaderRulePictures;
 extern const std::vector<PictureProgram> kSolidPictures;
+extern const std::vector<PictureProgram> kStudioPictures;
 
 /// All of them.
 std::vector<PictureProgram> AllPicturePrograms();

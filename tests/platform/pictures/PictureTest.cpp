@@ -89,7 +89,7 @@ std::vector<PictureProgram> AllPicturePrograms()
     for (const auto* topic :
          {&kPrimitivePictures, &kTexturePictures, &kStagePictures, &kVertexPictures,
           &kOutputPictures, &kArithmeticPictures, &kOldPixelPictures, &kFlowPictures,
-          &kShaderRulePictures, &kSolidPictures})
+          &kShaderRulePictures, &kSolidPictures, &kStudioPictures})
         all.insert(all.end(), topic->begin(), topic->end());
     return all;
 }

@@ -139,7 +139,7 @@ void VertexTexture(PictureStage& stage)
     stage->SetTexture(D3DVERTEXTEXTURESAMPLER0, nullptr);
 }
 
-void NoTexture(PictureStage& stage)
+void ShaderWithoutTexture(PictureStage& stage)
 {
     W w(kPs20Word);
     w.Declare(T(1)).DeclareSampler(3).Op(kTex, R(0), {T(1), S(3)});
@@ -462,7 +462,7 @@ const std::vector<PictureProgram> kShaderRulePictures = {
     {"shader_texld_swizzled", LoadSwizzled, 1, 0},
     {"shader_levels_of_quads", LevelsOfQuads, 1, 0},
     {"shader_vertex_texture", VertexTexture, 1, 0},
-    {"shader_no_texture", NoTexture, 1, 0},
+    {"shader_no_texture", ShaderWithoutTexture, 1, 0},
     {"shader_two_textures", TwoTextures, 1, 0},
     {"shader_read_srgb", ReadSrgb, 1, 0},
     {"shader_write_srgb", WriteSrgb, 1, 0},

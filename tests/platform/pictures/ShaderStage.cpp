@@ -23,7 +23,7 @@ ShaderVertex VertexAt(float s, float t, float z)
 }
 
 /// Position and all values as they come, for pixel shaders of 3.0.
-ShaderWords PassOn()
+ShaderWords PassPositionOn()
 {
     ShaderWords words(0xFFFE0300);
     words.Declare(V(0), kUsagePosition);
@@ -89,7 +89,7 @@ void DrawInstruction(PictureStage& stage, const VersionRow& version, const Instr
     const bool isThird = (version.word >> 8 & 0xFF) == 3;
     shaders.Set(isPixel ? PixelInstruction(version, row) : VertexInstruction(version, row));
     if (isThird)
-        shaders.Set(isPixel ? PassOn() : ShowColour());
+        shaders.Set(isPixel ? PassPositionOn() : ShowColour());
     shaders.Grid(isPixel ? 1 : 16);
 }
 

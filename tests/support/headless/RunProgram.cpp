@@ -1,12 +1,12 @@
 #include "tests/support/RunProgram.h"
 #include "tests/support/Emulator.h"
+#include "tests/support/FileContent.h"
 #include "tests/support/TreePaths.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <spawn.h>
 #include <sstream>
@@ -19,8 +19,7 @@ namespace {
 
 std::string TakeFile(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string bytes = FileContent(path);
     std::filesystem::remove(path);
     return bytes;
 }

@@ -1,10 +1,9 @@
 #include "tests/support/RunProgram.h"
+#include "tests/support/FileContent.h"
 #include "tests/support/TreePaths.h"
 
 #include "tools/win32/BoxAnswers.h"
 
-#include <fstream>
-#include <iterator>
 #include <windows.h>
 
 namespace {
@@ -20,11 +19,7 @@ HANDLE CreateInheritedFile(const std::string& path)
 
 std::string TakeTextFile(const std::string& path)
 {
-    std::string text;
-    {
-        std::ifstream file(path); // text mode: line ends are read as "\n"
-        text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    }
+    std::string text = FileContent(path, {}); // line ends are read as "\n"
     DeleteFileA(path.c_str());
     return text;
 }

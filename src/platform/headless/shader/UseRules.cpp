@@ -50,6 +50,7 @@ private:
     const char* Define(const Instruction& instruction);
     const char* CheckReads(const Instruction& instruction);
     const char* CheckRead(const Source& source, unsigned components);
+    unsigned CoordinatesOf(const Instruction& instruction, int i, unsigned components) const;
     const char* CheckWrite(const Instruction& instruction);
     const char* CheckOutputs();
     bool NeedsDeclaration(RegisterKind kind) const;
@@ -61,6 +62,7 @@ private:
     ComponentSet declared;
     ComponentSet defined;
     ComponentSet written;
+    std::map<unsigned, Word> samplerKinds;
     std::vector<std::pair<Word, Word>> inputUsages, outputUsages;
     Register positionOutput = {RegisterKind::RastOut, kOutPosition};
 };
@@ -103,6 +105,8 @@ const char* UseCheck::Declare(const Instruction& instruction)
     if ((declared.Of(out.place) & (isSampler ? kMaskAll : out.mask)) != 0)
         return "a register is declared twice";
     declared.Add(out.place, isSampler ? kMaskAll : out.mask);
+    if (isSampler)
+        samplerKinds[out.place.number] = instruction.usage;
     const bool hasUsage = !code.version.isPixel || code.version.major == 3;
     if (isSampler || !hasUsage || out.place.kind == RegisterKind::Misc)
         return nullptr;
@@ -138,6 +142,26 @@ const char* UseCheck::CheckRead(const Source& source, unsigned components)
     return nullptr;
 }
 
+/// Of coordinates and gradients only as many matter as the declared kind of texture has.
+unsigned UseCheck::CoordinatesOf(const Instruction& instruction, int i, unsigned components) const
+{
+    const bool isLoad = instruction.opcode == Opcode::Tex || instruction.opcode == Opcode::TexLdl ||
+                        instruction.opcode == Opcode::TexLdd;
+    if (!isLoad || i == 1 || instruction.sourceCount < 2)
+        return components;
+    const auto kind = samplerKinds.find(instruction.sources[1].place.number);
+    if (kind == samplerKinds.end())
+        return components;
+    switch (static_cast<SamplerKind>(kind->second)) {
+    case SamplerKind::OneD:
+        return components & ~(kMaskY | kMaskZ);
+    case SamplerKind::TwoD:
+        return components & ~kMaskZ;
+    default:
+        return components;
+    }
+}
+
 const char* UseCheck::CheckReads(const Instruction& instruction)
 {
     if (instruction.isPredicated)
@@ -146,7 +170,8 @@ const char* UseCheck::CheckReads(const Instruction& instruction)
     const int rows = MatrixRows(instruction.opcode);
     for (int i = 0; i < instruction.sourceCount; ++i) {
         Source source = instruction.sources[i];
-        const unsigned components = ComponentsRead(instruction, i, code.version);
+        const unsigned components =
+            CoordinatesOf(instruction, i, ComponentsRead(instruction, i, code.version));
         for (int row = 0; row < (i == 1 && rows > 0 ? rows : 1); ++row, ++source.place.number)
             if (const char* reason = CheckRead(source, components))
                 return reason;

@@ -9,3 +9,9 @@ std::string EffectFault(ID3DXEffect& effect, D3DXHANDLE technique)
     auto* const own = dynamic_cast<FxEffect*>(&effect); // tests may pass other implementations
     return own ? own->Fault(technique) : "";
 }
+
+std::vector<std::string> EffectWarnings(ID3DXEffect& effect, D3DXHANDLE technique)
+{
+    auto* const own = dynamic_cast<FxEffect*>(&effect);
+    return own ? own->Warnings(technique) : std::vector<std::string>();
+}

@@ -5,6 +5,7 @@
 
 #include "platform/headless/d3dx/effect/FxCompiledReader.h"
 #include "platform/headless/d3dx/effect/FxCompiledStates.h"
+#include "platform/headless/d3dx/effect/FxDeviceForm.h"
 #include "platform/headless/d3dx/effect/FxPassStates.h"
 #include "platform/headless/d3dx/effect/FxShader.h"
 
@@ -73,42 +74,6 @@ bool IsOfNumbers(const FxParameter& parameter)
 std::string CodeOf(const FxShader* shader)
 {
     return shader ? BytesOfCode(shader->words) : "";
-}
-
-/// The type in which the device takes a state.
-D3DXPARAMETER_TYPE DeviceType(const FxState& state)
-{
-    switch (state.value) {
-    case FxStateValue::Truth:
-        return D3DXPT_BOOL;
-    case FxStateValue::Float:
-    case FxStateValue::Floats:
-    case FxStateValue::Matrix:
-        return D3DXPT_FLOAT;
-    case FxStateValue::Registers:
-        return state.number == kFxFloatRegisters   ? D3DXPT_FLOAT
-               : state.number == kFxWholeRegisters ? D3DXPT_INT
-                                                   : D3DXPT_BOOL;
-    default:
-        return D3DXPT_INT;
-    }
-}
-
-/// The form in which the device takes a state: a colour is one packed number.
-FxShape DeviceShape(const FxAssignment& assignment)
-{
-    const FxState& state = *assignment.state;
-    const D3DXPARAMETER_TYPE type = DeviceType(state);
-    switch (state.value) {
-    case FxStateValue::Floats:
-        return {type, 1, state.floats};
-    case FxStateValue::Matrix:
-        return {type, 4, 4};
-    case FxStateValue::Registers:
-        return {type, assignment.value.Shape().rows, assignment.value.Shape().columns};
-    default:
-        return {type, 1, 1};
-    }
 }
 
 Words NumberTypeWords(const FxShape& shape)
@@ -188,12 +153,15 @@ uint32_t FxCompiledWriter::Text(const std::string& text)
 
 // ---- Parameters
 
-/// Members lie behind the struct, elements share a type.
+/// Members lie behind the struct, elements share a type. A matrix is stored row by row, whatever order its text
+/// names: only registers are columns, which the constant table tells.
 FxCompiledWriter::Words FxCompiledWriter::TypeWords(const FxParameter& parameter)
 {
     const FxParameter& one = parameter.IsArray() ? *parameter.parts[0] : parameter;
-    Words words = {CountOf(one.type), CountOf(parameter.kind), Text(parameter.name),
-                   parameter.hasSemantic ? Text(parameter.semantic) : 0, parameter.elements};
+    const bool isTurned = parameter.kind == D3DXPC_MATRIX_COLUMNS;
+    Words words = {CountOf(one.type), CountOf(isTurned ? D3DXPC_MATRIX_ROWS : parameter.kind),
+                   Text(parameter.name), parameter.hasSemantic ? Text(parameter.semantic) : 0,
+                   parameter.elements};
     if (parameter.kind == D3DXPC_STRUCT) {
         words.push_back(CountOf(one.parts.size()));
         for (const auto& member : one.parts)
@@ -272,7 +240,8 @@ bool FxCompiledWriter::Annotations(const std::vector<std::unique_ptr<FxParameter
 bool FxCompiledWriter::Parameter(const FxParameter& parameter, uint32_t number)
 {
     Words value;
-    if (parameter.IsShader() && parameter.shaderVersion != 0 && !parameter.shader)
+    const bool isLacking = !parameter.shader || !parameter.shader->fault.empty();
+    if (parameter.IsShader() && parameter.shaderVersion != 0 && isLacking)
         return Fail("the parameter '" + parameter.name + "' has a shader that is not assembled");
     if (!ValueWords(parameter, number, value))
         return false;
@@ -301,14 +270,13 @@ bool FxCompiledWriter::Pass(const FxPass& pass, uint32_t technique, uint32_t num
 {
     if (!pass.lack.empty())
         return Fail(pass.lack);
-    Append(techniques,
-           {Text(pass.name), CountOf(pass.annotations.size()), CountOf(pass.states.size())});
+    const std::vector<FxAssignment> states = FxByRegisters(pass.states);
+    Append(techniques, {Text(pass.name), CountOf(pass.annotations.size()), CountOf(states.size())});
     if (!Annotations(pass.annotations, techniques))
         return false;
-    for (size_t i = 0; i < pass.states.size(); ++i)
-        if (!State(pass.states[i], {technique, number, kNoElement}, CountOf(i), techniques))
-            return Fail(pass.place + ": " + std::string(pass.states[i].state->name) + ": " +
-                        reason);
+    for (size_t i = 0; i < states.size(); ++i)
+        if (!State(states[i], {technique, number, kNoElement}, CountOf(i), techniques))
+            return Fail(pass.place + ": " + std::string(states[i].state->name) + ": " + reason);
     return true;
 }
 
@@ -328,7 +296,7 @@ bool FxCompiledWriter::State(const FxAssignment& assignment, const Owner& owner,
     Append(target, {FxOperationOf(state), assignment.index});
     const bool isObject = state.value == FxStateValue::Object;
     if (!isObject && IsConstant(assignment.value)) {
-        const uint32_t type = Put(NumberTypeWords(DeviceShape(assignment)));
+        const uint32_t type = Put(NumberTypeWords(FxDeviceShape(assignment)));
         Append(target, {type, Put(ConstantWords(assignment))});
         return true;
     }
@@ -342,7 +310,7 @@ bool FxCompiledWriter::State(const FxAssignment& assignment, const Owner& owner,
         Append(target,
                {words, Put({state.kind == FxStateKind::SamplerObject ? 0 : objectCount++})});
     } else {
-        const FxShape shape = DeviceShape(assignment);
+        const FxShape shape = FxDeviceShape(assignment);
         const uint32_t type = Put(NumberTypeWords(shape));
         Append(target, {type, Put(Words(shape.Count()))});
     }
@@ -353,7 +321,7 @@ bool FxCompiledWriter::State(const FxAssignment& assignment, const Owner& owner,
 FxCompiledWriter::Words FxCompiledWriter::ConstantWords(const FxAssignment& assignment)
 {
     std::vector<FxNumber> scratch;
-    const FxShape shape = DeviceShape(assignment);
+    const FxShape shape = FxDeviceShape(assignment);
     if (shape.IsScalar() && assignment.state->value != FxStateValue::Registers &&
         assignment.state->value != FxStateValue::Floats)
         return {FxPassStates().Word(assignment)};
@@ -405,7 +373,7 @@ bool FxCompiledWriter::ObjectResource(const FxAssignment& assignment, uint32_t& 
 bool FxCompiledWriter::NumberResource(const FxAssignment& assignment, uint32_t& usageOut,
                                       std::string& bytesOut)
 {
-    const FxShape shape = DeviceShape(assignment);
+    const FxShape shape = FxDeviceShape(assignment);
     const FxStep& first = assignment.value.Steps()[0];
     const bool isAlone = assignment.value.Steps().size() == 1;
     if (isAlone && first.shape.type == shape.type && first.shape.HasSameForm(shape)) {

@@ -9,6 +9,8 @@ namespace {
 
 /// Names and messages that quote a file are cut here.
 constexpr size_t kMaxQuotedBytes = 512;
+/// No more errors are added to a list of this length.
+constexpr size_t kMaxListBytes = 8192;
 
 } // namespace
 
@@ -26,13 +28,25 @@ std::string FxDiagnostics::PlaceText(FxPlace place) const
     return name + '(' + std::to_string(place.line) + ',' + std::to_string(place.column) + ')';
 }
 
+std::string FxDiagnostics::LineOf(FxPlace place, FxError error, const std::string& what) const
+{
+    std::string line = PlaceText(place) + ": error X" + std::to_string(static_cast<int>(error)) +
+                       ": " + what.substr(0, kMaxQuotedBytes);
+    // The text is passed on zero-terminated: no byte of a file may cut it short.
+    std::replace(line.begin(), line.end(), '\0', '?');
+    return line + '\n';
+}
+
 void FxDiagnostics::Keep(FxPlace place, FxError error, const std::string& what)
 {
-    text = PlaceText(place) + ": error X" + std::to_string(static_cast<int>(error)) + ": " +
-           what.substr(0, kMaxQuotedBytes);
-    // The text is passed on zero-terminated: no byte of a file may cut it short.
-    std::replace(text.begin(), text.end(), '\0', '?');
-    text += '\n';
+    text = LineOf(place, error, what);
+}
+
+void FxDiagnostics::Add(FxPlace place, FxError error, const std::string& what)
+{
+    const std::string line = LineOf(place, error, what);
+    if (text.size() < kMaxListBytes && text.find(line) == std::string::npos)
+        text += line;
 }
 
 } // namespace headless::fx

@@ -37,7 +37,8 @@ enum class FxError {
     Limit = 4000,
 };
 
-/// The first error of an effect; it stops all processing.
+/// The errors of an effect. The first one stops all processing, but for those in functions of shaders: all of
+/// them are told, each once.
 class FxDiagnostics {
 public:
     /// Returns the index that stands for the file in places.
@@ -55,10 +56,14 @@ public:
         return false;
     }
 
+    /// Stores an error in a shader's functions; reading goes on.
+    void Add(FxPlace place, FxError error, const std::string& what);
+
     bool Failed() const { return !text.empty(); }
     const std::string& Text() const { return text; }
 
 private:
+    std::string LineOf(FxPlace place, FxError error, const std::string& what) const;
     void Keep(FxPlace place, FxError error, const std::string& what);
 
     std::vector<std::string> files;

@@ -141,6 +141,8 @@ public:
     /// Why a technique cannot be drawn here, with file and place; for null, why the whole effect
     /// cannot. "" if it can.
     std::string Fault(D3DXHANDLE technique);
+    /// The compiler's warnings about the shaders of a technique.
+    std::vector<std::string> Warnings(D3DXHANDLE technique);
 
 private:
     using List = std::vector<std::unique_ptr<FxParameter>>;

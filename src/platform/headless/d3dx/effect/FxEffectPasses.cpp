@@ -1,7 +1,10 @@
 // Applying techniques and passes, and handling the device's reset.
 
+#include <algorithm>
+
 #include "platform/headless/d3d9/CallLog.h"
 #include "platform/headless/d3dx/effect/FxEffect.h"
+#include "platform/headless/d3dx/effect/FxShader.h"
 
 namespace headless::fx {
 
@@ -95,6 +98,18 @@ std::string FxEffect::Fault(D3DXHANDLE handle)
     if (const FxTechnique* found = Technique(handle))
         Validate(*found, fault);
     return fault;
+}
+
+std::vector<std::string> FxEffect::Warnings(D3DXHANDLE handle)
+{
+    std::vector<std::string> all;
+    const FxTechnique* const found = Technique(handle);
+    for (size_t i = 0; found && i < found->passes.size(); ++i)
+        for (const auto* shader : {&found->passes[i]->vertexShader, &found->passes[i]->pixelShader})
+            for (size_t w = 0; *shader && w < (*shader)->warnings.size(); ++w)
+                if (std::find(all.begin(), all.end(), (*shader)->warnings[w]) == all.end())
+                    all.push_back((*shader)->warnings[w]);
+    return all;
 }
 
 /// Logs once why the effect cannot be drawn here: the fault of its first technique. An effect with

@@ -86,6 +86,8 @@ public:
 
     const std::vector<FxStep>& Steps() const { return steps; }
     const FxNumber& Literal(const FxStep& step) const { return literals[step.count]; }
+    /// Of the step that runs it; null if none does.
+    const FxProgram* Program() const { return program.get(); }
 
     /// Whether `parameter` lies in `root`, which a step reads in part.
     bool Reads(const FxParameter& parameter) const;

@@ -5,6 +5,10 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxModel.h"
 
+namespace headless::hl {
+class HlCompiler;
+}
+
 namespace headless::fx {
 
 /// Parses an effect's tokens into a model. Anything invalid becomes an error in `diagnostics`.
@@ -13,6 +17,7 @@ public:
     /// `pool` may be null. All arguments outlive this.
     FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
              FxModel& target);
+    ~FxParser();
 
     bool Run();
 
@@ -25,6 +30,11 @@ private:
         bool isColumnMajor = false;
     };
     using List = std::vector<std::unique_ptr<FxParameter>>;
+    /// What stands behind `compile`.
+    struct Compilation {
+        FxToken profile, function;
+        size_t argumentsAt = 0;
+    };
 
     // FxParserDeclarations.cpp
     bool TopLevel();
@@ -54,6 +64,10 @@ private:
     bool String(FxParameter& parameter);
     bool Sampler(FxParameter& parameter);
     bool Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut);
+    bool Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut);
+    void CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
+                   FxShader& shaderOut);
+    void PairShaders(FxPass& pass);
     DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
@@ -84,6 +98,9 @@ private:
     bool isInStruct = false;
     FxSizes sizes;
     size_t touchedLeft = kFxMaxTouched;
+    size_t rowsLeft = kFxMaxRows;
+    std::unique_ptr<hl::HlCompiler> compiler; ///< null until a shader is compiled
+    std::map<const FxShader*, Compilation> compiled;
 };
 
 } // namespace headless::fx

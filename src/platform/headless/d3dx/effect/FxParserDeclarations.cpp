@@ -5,6 +5,7 @@
 
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
+#include "platform/headless/d3dx/language/HlCompiler.h"
 
 namespace headless::fx {
 
@@ -17,12 +18,14 @@ FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* ef
       expressions(words, target.names)
 {}
 
+FxParser::~FxParser() = default;
+
 bool FxParser::Run()
 {
     while (!words.AtEnd())
         if (!TopLevel())
             return false;
-    return true;
+    return !diagnostics.Failed();
 }
 
 bool FxParser::TopLevel()

@@ -12,7 +12,7 @@ namespace headless::fx {
 
 namespace {
 
-constexpr const char* kNoShaders = "this host does not compile shaders";
+constexpr const char* kNoShaders = "this host has no shader fragments";
 
 /// The shape of a list in braces for a state.
 FxShape ListShape(const FxState& state)
@@ -69,6 +69,7 @@ bool FxParser::Pass(FxTechnique& technique)
     while (!words.Accept("}"))
         if (!PassState(pass))
             return false;
+    PairShaders(pass);
     return true;
 }
 

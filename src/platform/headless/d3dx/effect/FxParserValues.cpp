@@ -6,6 +6,7 @@
 #include "platform/headless/d3dx/effect/FxLimits.h"
 #include "platform/headless/d3dx/effect/FxParser.h"
 #include "platform/headless/d3dx/effect/FxShader.h"
+#include "platform/headless/d3dx/language/HlCompiler.h"
 
 namespace headless::fx {
 
@@ -228,7 +229,68 @@ DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
     return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
-/// `NULL`, `compile` or `asm`. Blocks of `asm` are assembled; what `compile` calls is skipped.
+/// From behind `compile` on. What is wrong with the shader is kept in it.
+bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
+{
+    const FxToken profile = words.Peek(), function = words.Peek(1);
+    shaderOut = std::make_shared<FxShader>();
+    const bool isCall = profile.kind == FxTokenKind::Identifier &&
+                        function.kind == FxTokenKind::Identifier && words.Peek(2).Is("(");
+    if (!isCall) {
+        shaderOut->fault = "a profile and a call of a function are expected";
+        shaderOut->place = profile.place;
+        return words.SkipValue();
+    }
+    if (!compiler)
+        compiler = std::make_unique<hl::HlCompiler>(words.All());
+    const Compilation what = {profile, function, words.Position() + 2};
+    CompileAs(profile.text, isVertex, what, *shaderOut);
+    compiled[shaderOut.get()] = what;
+    if (shaderOut->fault.empty())
+        versionOut = shaderOut->words[0];
+    else if (shaderOut->place.line == 0)
+        shaderOut->place = profile.place;
+    return words.SkipValue();
+}
+
+/// Limits and a profile that this host does not have cost the technique; what is wrong with the text is an
+/// error of the effect.
+void FxParser::CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
+                         FxShader& shaderOut)
+{
+    const auto made = compiler->Compile(profileName, what.profile, what.function, what.argumentsAt);
+    for (const hl::HlMessage& message : made->messages)
+        if (!message.isWarning && message.kind != FxError::Limit && !made->lacksProfile)
+            diagnostics.Add(message.place, message.kind, message.text);
+    TakeFxShader(*made, isVertex, model.names.parameters, diagnostics, rowsLeft, shaderOut);
+}
+
+/// Shaders of 3.0 draw only with one another: where one has become too large for its profile, its partner
+/// follows.
+void FxParser::PairShaders(FxPass& pass)
+{
+    const auto vertex = compiled.find(pass.vertexShader.get()),
+               pixel = compiled.find(pass.pixelShader.get());
+    if (vertex == compiled.end() || pixel == compiled.end() || pass.vertexShader->words.empty() ||
+        pass.pixelShader->words.empty())
+        return;
+    const auto isThree = [](DWORD version) { return (version >> 8 & 0xFF) == 3; };
+    const bool isVertexThree = isThree(pass.vertexShader->words[0]);
+    if (isVertexThree == isThree(pass.pixelShader->words[0]))
+        return;
+    const Compilation& grown = (isVertexThree ? vertex : pixel)->second;
+    if (grown.profile.text.substr(2).starts_with("_3"))
+        return; // the text itself asks for the mixture
+    FxShader& partner = isVertexThree ? *pass.pixelShader : *pass.vertexShader;
+    const Compilation what = (isVertexThree ? pixel : vertex)->second;
+    partner = FxShader();
+    CompileAs(isVertexThree ? "ps_3_0" : "vs_3_0", !isVertexThree, what, partner);
+    if (!partner.words.empty())
+        (isVertexThree ? pass.pixelFunction : pass.vertexFunction)[0] = partner.words[0];
+    KeepShaderLack(pass, what.profile, 1, &partner);
+}
+
+/// `NULL`, `compile` or `asm`. Blocks of `asm` are assembled.
 bool FxParser::Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
 {
     versionOut = 0;
@@ -247,6 +309,10 @@ bool FxParser::Shader(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader
         return words.Unexpected("'{'");
     }
     versionOut = ShaderVersion(isVertex, isAssembler ? 2 : 1);
+    if (kind.IsWord("compile")) {
+        words.Next();
+        return Compile(isVertex, versionOut, shaderOut);
+    }
     if (!isBlock)
         return words.SkipValue();
     words.Next();

@@ -132,16 +132,19 @@ HRESULT FxPassStates::ApplyShader(IDirect3DDevice9& device, const FxAssignment& 
     return first;
 }
 
-/// A row of a matrix fills a register; missing components are 0.
+/// A row of a matrix fills a register; missing components are 0. Compiled effects set one register right, and 0
+/// behind it, as the system's do.
 HRESULT FxPassStates::ApplyRegisters(IDirect3DDevice9& device, const FxAssignment& assignment)
 {
     const FxNumber number = assignment.value.Evaluate(scratch);
     const bool isVertex = assignment.state->floats != 0;
     const UINT rows = number.shape.rows, columns = number.shape.columns;
+    const UINT one = assignment.state->number == kFxTruthRegisters ? 1 : columns;
+    const UINT count = assignment.isConverted ? one : rows * columns;
     float floats[16] = {};
     int ints[16] = {};
     BOOL bools[16] = {};
-    for (UINT i = 0; i < rows * columns && i < 16; ++i) {
+    for (UINT i = 0; i < count && i < 16; ++i) {
         const UINT at = i / columns * 4 + i % columns;
         floats[at] = number.Float(i);
         ints[at] = number.Int(i);

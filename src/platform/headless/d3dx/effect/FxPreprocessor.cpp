@@ -71,8 +71,13 @@ bool FxPreprocessor::Run(const std::string& path, std::string_view bytes,
                 return false;
         } else {
             const std::vector<FxToken> words = TakeText();
+            const size_t first = wordsOut.size();
+            if (words.size() > first) // growing step by step would take twice the memory
+                wordsOut.reserve(first + words.size());
             if (IsActive() && !macros.Expand(words, wordsOut))
                 return false;
+            for (size_t i = first; i < wordsOut.size(); ++i)
+                wordsOut[i].packsRows = packsRows;
         }
     }
     return true;
@@ -92,10 +97,13 @@ std::vector<FxToken> FxPreprocessor::TakeText()
 {
     Source& source = stack.back();
     std::vector<FxToken> words;
-    while (source.position < source.words.size()) {
+    size_t end = source.position;
+    while (end < source.words.size() &&
+           !(source.words[end].startsLine && source.words[end].Is("#")))
+        ++end;
+    words.reserve(end - source.position);
+    while (source.position < end) {
         FxToken word = source.words[source.position];
-        if (word.startsLine && word.Is("#"))
-            break;
         word.place.line += source.lineShift;
         word.place.file = source.file;
         words.push_back(word);
@@ -125,8 +133,12 @@ bool FxPreprocessor::Directive(Words line)
     bool wasCondition = false;
     if (!ConditionDirective(name, line, wasCondition))
         return false;
-    if (wasCondition || !IsActive() || name == "pragma")
+    if (wasCondition || !IsActive())
         return true;
+    if (name == "pragma") {
+        Pragma(line);
+        return true;
+    }
 
     static constexpr struct {
         std::string_view name;
@@ -141,6 +153,13 @@ bool FxPreprocessor::Directive(Words line)
             return (this->*directive.run)(line);
     return diagnostics.Fail(line[1].place, FxError::BadDirective,
                             "there is no directive " + FxDescribe(line[1]));
+}
+
+/// `#pragma pack_matrix(row_major)`; all others do nothing.
+void FxPreprocessor::Pragma(Words line)
+{
+    if (line.size() > 4 && line[2].Is("pack_matrix") && line[3].Is("("))
+        packsRows = line[4].Is("row_major");
 }
 
 // ---- Conditions

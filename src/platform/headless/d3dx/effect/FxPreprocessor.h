@@ -56,12 +56,14 @@ private:
     bool Include(Words line);
     bool SetLine(Words line);
     bool RaiseError(Words line);
+    void Pragma(Words line);
 
     FxSources& sources;
     FxDiagnostics& diagnostics;
     FxMacros macros;
     std::vector<Source> stack;
     std::vector<Condition> conditions;
+    bool packsRows = false; ///< `#pragma pack_matrix(row_major)`
     size_t includes = 0;
     size_t tokensRead = 0;
 };

@@ -42,6 +42,7 @@ double Logarithm(double value)
 /// An operation with its public number.
 struct FxProgramOperation {
     uint16_t number;
+    const char* name; ///< in listings
     uint8_t sources;
     bool takesAll; ///< one result from all components
     double (*compute)(const double* values, size_t count);
@@ -53,30 +54,30 @@ using Values = const double*;
 
 /// Division gives 0: no compiler emits it, and the system's effects compute it so.
 constexpr FxProgramOperation kComputations[] = {
-    {0x100, 1, false, [](Values v, size_t) { return v[0]; }},
-    {0x101, 1, false, [](Values v, size_t) { return -v[0]; }},
-    {0x103, 1, false, [](Values v, size_t) { return 1.0 / v[0]; }},
-    {0x104, 1, false, [](Values v, size_t) { return v[0] - std::floor(v[0]); }},
-    {0x105, 1, false, [](Values v, size_t) { return std::exp2(v[0]); }},
-    {0x106, 1, false, [](Values v, size_t) { return Logarithm(v[0]); }},
-    {0x107, 1, false, [](Values v, size_t) { return ReciprocalRoot(v[0]); }},
-    {0x108, 1, false, [](Values v, size_t) { return std::sin(v[0]); }},
-    {0x109, 1, false, [](Values v, size_t) { return std::cos(v[0]); }},
-    {0x10A, 1, false, [](Values v, size_t) { return std::asin(v[0]); }},
-    {0x10B, 1, false, [](Values v, size_t) { return std::acos(v[0]); }},
-    {0x10C, 1, false, [](Values v, size_t) { return std::atan(v[0]); }},
-    {0x200, 2, false, [](Values v, size_t) { return std::fmin(v[0], v[1]); }},
-    {0x201, 2, false, [](Values v, size_t) { return std::fmax(v[0], v[1]); }},
-    {0x202, 2, false, [](Values v, size_t) { return v[0] < v[1] ? 1.0 : 0.0; }},
-    {0x203, 2, false, [](Values v, size_t) { return v[0] >= v[1] ? 1.0 : 0.0; }},
-    {0x204, 2, false, [](Values v, size_t) { return v[0] + v[1]; }},
-    {0x205, 2, false, [](Values v, size_t) { return v[0] * v[1]; }},
-    {0x206, 2, false, [](Values v, size_t) { return std::atan2(v[0], v[1]); }},
-    {0x208, 2, false, [](Values, size_t) { return 0.0; }},
-    {0x300, 3, false, [](Values v, size_t) { return v[0] >= 0.0 ? v[1] : v[2]; }},
-    {0x500, 2, true, [](Values v, size_t count) { return Dot(v, count); }},
-    {0x70E, 6, true, [](Values v, size_t count) { return Dot(v, count); }},
-    {0x70E, 8, true, [](Values v, size_t count) { return Dot(v, count); }},
+    {0x100, "mov", 1, false, [](Values v, size_t) { return v[0]; }},
+    {0x101, "neg", 1, false, [](Values v, size_t) { return -v[0]; }},
+    {0x103, "rcp", 1, false, [](Values v, size_t) { return 1.0 / v[0]; }},
+    {0x104, "frc", 1, false, [](Values v, size_t) { return v[0] - std::floor(v[0]); }},
+    {0x105, "exp", 1, false, [](Values v, size_t) { return std::exp2(v[0]); }},
+    {0x106, "log", 1, false, [](Values v, size_t) { return Logarithm(v[0]); }},
+    {0x107, "rsq", 1, false, [](Values v, size_t) { return ReciprocalRoot(v[0]); }},
+    {0x108, "sin", 1, false, [](Values v, size_t) { return std::sin(v[0]); }},
+    {0x109, "cos", 1, false, [](Values v, size_t) { return std::cos(v[0]); }},
+    {0x10A, "asin", 1, false, [](Values v, size_t) { return std::asin(v[0]); }},
+    {0x10B, "acos", 1, false, [](Values v, size_t) { return std::acos(v[0]); }},
+    {0x10C, "atan", 1, false, [](Values v, size_t) { return std::atan(v[0]); }},
+    {0x200, "min", 2, false, [](Values v, size_t) { return std::fmin(v[0], v[1]); }},
+    {0x201, "max", 2, false, [](Values v, size_t) { return std::fmax(v[0], v[1]); }},
+    {0x202, "lt", 2, false, [](Values v, size_t) { return v[0] < v[1] ? 1.0 : 0.0; }},
+    {0x203, "ge", 2, false, [](Values v, size_t) { return v[0] >= v[1] ? 1.0 : 0.0; }},
+    {0x204, "add", 2, false, [](Values v, size_t) { return v[0] + v[1]; }},
+    {0x205, "mul", 2, false, [](Values v, size_t) { return v[0] * v[1]; }},
+    {0x206, "atan2", 2, false, [](Values v, size_t) { return std::atan2(v[0], v[1]); }},
+    {0x208, "div", 2, false, [](Values, size_t) { return 0.0; }},
+    {0x300, "cmp", 3, false, [](Values v, size_t) { return v[0] >= 0.0 ? v[1] : v[2]; }},
+    {0x500, "dot", 2, true, [](Values v, size_t count) { return Dot(v, count); }},
+    {0x70E, "dotswiz", 6, true, [](Values v, size_t count) { return Dot(v, count); }},
+    {0x70E, "dotswiz", 8, true, [](Values v, size_t count) { return Dot(v, count); }},
 };
 
 const FxProgramOperation* FindOperation(uint32_t number, uint32_t sources)
@@ -93,6 +94,16 @@ bool IsOutput(FxProgramTable table)
 }
 
 } // namespace
+
+const char* FxProgramStep::Name() const
+{
+    return operation->name;
+}
+
+UINT FxProgramStep::ResultCount() const
+{
+    return operation->takesAll ? 1 : count;
+}
 
 // ---- Reading
 
@@ -198,9 +209,8 @@ bool FxProgram::ReadStep(Words& words, FxProgramStep& stepOut)
     if (!ReadOperand(words, target) || target.index.table != FxProgramTable::None)
         return false;
     stepOut.target = target.place;
-    const UINT written = stepOut.operation->takesAll ? 1 : stepOut.count;
-    Need(stepOut.target, written);
-    NoteWritten(stepOut.target, written);
+    Need(stepOut.target, stepOut.ResultCount());
+    NoteWritten(stepOut.target, stepOut.ResultCount());
     return stepOut.target.table >= FxProgramTable::FloatOut;
 }
 

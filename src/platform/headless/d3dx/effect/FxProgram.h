@@ -40,6 +40,9 @@ struct FxProgramStep {
     bool isFirstScalar = false; ///< its first component stands for all of the first operand
     std::vector<FxProgramOperand> sources;
     FxProgramPlace target;
+
+    const char* Name() const;
+    UINT ResultCount() const;
 };
 
 /// A computation in compiled form: the value of a state, an index, or the constants that a shader gets
@@ -54,7 +57,8 @@ public:
 
     /// Computes the outputs from what the parameters hold now.
     void Run();
-    /// A number of an output table; 0 if the program has none there.
+    const std::vector<FxProgramStep>& Steps() const { return steps; }
+    /// A number of the literals or of an output table; 0 if the program has none there.
     double Output(FxProgramTable table, UINT offset) const;
     /// The registers of a table that the program writes, in rising order.
     const std::vector<UINT>& Written(FxProgramTable table) const

@@ -86,11 +86,11 @@ FxProgramWriter::Place FxProgramWriter::Packed(const Value& colour)
 {
     const auto level = [this](const Place& share) {
         const Place held = Emit(0x200, {Emit(0x201, {share, Literal(0.0)}), Literal(1.0)});
-        return Floor(Sum(Product(held, Literal(255.0)), Literal(0.5)));
+        return Floor(Sum({Product(held, Literal(255.0)), Literal(0.5)}));
     };
-    const Place red = Product(level(colour.cells[0]), Literal(65536.0));
-    const Place green = Product(level(colour.cells[1]), Literal(256.0));
-    const Place low = Sum(Sum(red, green), level(colour.cells[2]));
+    const Place red = Product({level(colour.cells[0]), Literal(65536.0)});
+    const Place green = Product({level(colour.cells[1]), Literal(256.0)});
+    const Place low = Sum({Sum(red, green), level(colour.cells[2])});
     if (colour.cells.size() < 4)
         return low;
     const Place alpha = level(colour.cells[3]);
@@ -99,17 +99,33 @@ FxProgramWriter::Place FxProgramWriter::Packed(const Value& colour)
     return Sum(Product(high, Literal(16777216.0)), low);
 }
 
+/// How many numbers from one on lie side by side in one register, as they do in the result.
+UINT FxProgramWriter::RunOf(const Value& value, UINT first)
+{
+    const Place& start = value.cells[first];
+    UINT count = 1;
+    while (first + count < value.cells.size() && first % 4 + count < 4 &&
+           start.offset % 4 + count < 4 && value.cells[first + count].table == start.table &&
+           value.cells[first + count].offset == start.offset + count)
+        ++count;
+    return count;
+}
+
 void FxProgramWriter::Finish(std::vector<DWORD>& codeOut)
 {
     const Value result = Pop();
-    for (UINT i = 0; i < result.cells.size(); ++i) {
+    for (UINT i = 0, count = 0; i < result.cells.size(); i += count) {
+        count = RunOf(result, i);
         ++instructionCount;
         instructions.insert(instructions.end(),
-                            {0x100u << 20 | 1, 1, 0, static_cast<DWORD>(result.cells[i].table),
+                            {0x100u << 20 | count, 1, 0, static_cast<DWORD>(result.cells[i].table),
                              result.cells[i].offset, 0,
                              static_cast<DWORD>(FxProgramTable::FloatOut), i});
     }
+    // By registers: an order by addresses would be another in each run.
     std::vector<std::pair<const FxParameter*, UINT>> rows(inputs.begin(), inputs.end());
+    std::sort(rows.begin(), rows.end(),
+              [](const auto& a, const auto& b) { return a.second < b.second; });
     codeOut = {kProgramVersion};
     FxAppendComment(codeOut, "CTAB", FxWriteConstantTable(rows));
     std::vector<DWORD> numbers = {static_cast<DWORD>((literals.size() + 3) / 4 * 4)};
@@ -293,7 +309,7 @@ FxProgramWriter::Place FxProgramWriter::Compute(FxOperation operation, const Pla
     case FxOperation::Or:
         return Emit(0x201, {Truth(a), Truth(b)});
     case FxOperation::And:
-        return Product(Truth(a), Truth(b));
+        return Product({Truth(a), Truth(b)});
     case FxOperation::Equal:
         return Same(a, b);
     case FxOperation::NotEqual:
@@ -429,9 +445,12 @@ bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Valu
     const auto clamped = [this](P a, P low, P high) {
         return Emit(0x200, {Emit(0x201, {a, low}), high});
     };
-    const auto saturated = [&](P a) { return clamped(a, Literal(0.0), Literal(1.0)); };
+    const auto saturated = [&](P a) {
+        const Place low = Literal(0.0);
+        return clamped(a, low, Literal(1.0));
+    };
     const auto logarithm = [this](P a, double base) {
-        return Product(Emit(0x106, {a}), Literal(1.0 / std::log2(base)));
+        return Product({Emit(0x106, {a}), Literal(1.0 / std::log2(base))});
     };
     const auto power = [this](P base, P exponent) {
         return Emit(0x105, {Product(Emit(0x106, {base}), exponent)});
@@ -486,19 +505,19 @@ bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Valu
         if (name == "saturate")
             return saturated(a);
         if (name == "sign")
-            return Difference(Emit(0x202, {Literal(0.0), a}), Emit(0x202, {a, Literal(0.0)}));
+            return Difference({Emit(0x202, {Literal(0.0), a}), Emit(0x202, {a, Literal(0.0)})});
         if (name == "sin")
             return Emit(0x108, {a});
         if (name == "smoothstep") {
-            const Place t = saturated(Quotient(Difference(c, a), Difference(b, a)));
-            return Product(Product(t, t), Difference(Literal(3.0), Product(Literal(2.0), t)));
+            const Place t = saturated(Quotient({Difference(c, a), Difference(b, a)}));
+            return Product({Product(t, t), Difference({Literal(3.0), Product(Literal(2.0), t)})});
         }
         if (name == "sqrt")
             return Root(a);
         if (name == "step")
             return Emit(0x203, {b, a});
         if (name == "tan")
-            return Quotient(Emit(0x108, {a}), Emit(0x109, {a}));
+            return Quotient({Emit(0x108, {a}), Emit(0x109, {a})});
         return std::nullopt;
     };
     Value value = {step.shape, {}};
@@ -561,8 +580,8 @@ bool FxProgramWriter::CallWhole(const FxStep& step, const std::vector<Value>& ar
             value.cells.push_back(Product(cell, scale));
     } else if (name == "cross") {
         for (UINT i = 0; i < 3; ++i)
-            value.cells.push_back(Difference(Product(a.At((i + 1) % 3), b.At((i + 2) % 3)),
-                                             Product(a.At((i + 2) % 3), b.At((i + 1) % 3))));
+            value.cells.push_back(Difference({Product(a.At((i + 1) % 3), b.At((i + 2) % 3)),
+                                              Product(a.At((i + 2) % 3), b.At((i + 1) % 3))}));
     } else if (name == "transpose") {
         for (UINT row = 0; row < step.shape.rows; ++row)
             for (UINT column = 0; column < step.shape.columns; ++column)

@@ -43,6 +43,7 @@ private:
 
     bool Steps(const FxExpression& expression);
     void Finish(std::vector<DWORD>& codeOut);
+    static UINT RunOf(const Value& value, UINT first);
     Place Packed(const Value& colour);
     bool Step(const FxExpression& expression, const FxStep& step);
     bool Fail(const std::string& what);
@@ -62,11 +63,20 @@ private:
     Place Negated(const Place& a) { return Emit(0x101, {a}); }
     Place Sum(const Place& a, const Place& b) { return Emit(0x204, {a, b}); }
     Place Product(const Place& a, const Place& b) { return Emit(0x205, {a, b}); }
+    /// In braces two operands are computed from left to right by every compiler, so that all builds of the
+    /// program write the same bytes.
+    struct Two {
+        Place a, b;
+    };
+    Place Sum(const Two& of) { return Sum(of.a, of.b); }
+    Place Product(const Two& of) { return Product(of.a, of.b); }
+    Place Quotient(const Two& of) { return Quotient(of.a, of.b); }
+    Place Difference(const Two& of) { return Difference(of.a, of.b); }
     Place Quotient(const Place& a, const Place& b) { return Product(a, Emit(0x103, {b})); }
     Place Difference(const Place& a, const Place& b) { return Sum(a, Negated(b)); }
     Place Same(const Place& a, const Place& b)
     {
-        return Product(Emit(0x203, {a, b}), Emit(0x203, {b, a}));
+        return Product({Emit(0x203, {a, b}), Emit(0x203, {b, a})});
     }
     Place Opposite(const Place& truth) { return Difference(Literal(1.0), truth); }
     Place Truth(const Place& a) { return Opposite(Same(a, Literal(0.0))); }

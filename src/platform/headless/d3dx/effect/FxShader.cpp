@@ -1,6 +1,7 @@
 #include "platform/headless/d3dx/effect/FxShader.h"
 
 #include "platform/headless/d3dx/effect/FxCompiledWords.h"
+#include "platform/headless/d3dx/language/HlCompiler.h"
 #include "platform/headless/shader/Assembler.h"
 #include "platform/headless/shader/Bytecode.h"
 
@@ -171,6 +172,39 @@ bool FxShader::Reads(const FxParameter& parameter) const
 uint64_t FxShader::Newest() const
 {
     return std::max(inputs.Newest(), beforehand ? beforehand->inputs.Newest() : 0);
+}
+
+void TakeFxShader(const hl::HlShader& made, bool isVertex, const FxParameterNames& parameters,
+                  const FxDiagnostics& files, size_t& rowsLeftInOut, FxShader& shaderOut)
+{
+    shaderOut.place.line = 0;
+    for (const hl::HlMessage& message : made.messages) {
+        const std::string text =
+            "X" + std::to_string(static_cast<int>(message.kind)) + ": " + message.text;
+        if (message.isWarning) {
+            shaderOut.warnings.push_back(files.PlaceText(message.place) + ": warning " + text);
+        } else if (shaderOut.fault.empty()) {
+            shaderOut.fault = "error " + text;
+            shaderOut.place = message.place;
+        } else {
+            shaderOut.fault += "; " + files.PlaceText(message.place) + ": error " + text;
+        }
+    }
+    if (!made.IsMade())
+        return;
+    std::string code;
+    for (const shader::Word word : made.words)
+        for (int shift = 0; shift < 32; shift += 8)
+            code += static_cast<char>(word >> shift & 0xFF);
+    if (!ReadFxShader(code, isVertex, parameters, rowsLeftInOut, shaderOut)) {
+        shaderOut.fault = "the shaders of the effect read too many parameters";
+        return;
+    }
+    // Values are stored row by row, whatever order their declaration names; the table knows the order of
+    // the registers.
+    for (FxNumberBinding& row : shaderOut.inputs.numbers)
+        if (row.parameter->kind == D3DXPC_MATRIX_COLUMNS)
+            row.isTransposed = !row.isTransposed;
 }
 
 void AssembleFxShader(std::span<const FxToken> block, bool isVertex, FxShader& shaderOut)

@@ -11,6 +11,10 @@
 #include "platform/headless/d3dx/effect/FxProgram.h"
 #include "platform/headless/d3dx/effect/FxToken.h"
 
+namespace headless::hl {
+struct HlShader;
+}
+
 namespace headless::fx {
 
 /// A shader of an effect, from an `asm` block or in compiled form.
@@ -18,6 +22,7 @@ struct FxShader {
     std::vector<DWORD> words;              ///< empty if it has a fault
     std::string fault;                     ///< why it cannot be made
     FxPlace place;                         ///< of the fault
+    std::vector<std::string> warnings;     ///< of the compiler, with their places
     FxProgramInputs inputs;                ///< of a compiled one: its constants
     std::shared_ptr<FxProgram> beforehand; ///< computes more of them; null for none
 
@@ -39,6 +44,10 @@ private:
 /// False if a part of that is damaged, or takes more rows than are left (`FxProgramInputs::Bind`).
 bool ReadFxShader(std::string_view code, bool isVertex, const FxParameterNames& parameters,
                   size_t& rowsLeftInOut, FxShader& shaderOut);
+
+/// Takes what the compiler made of a text, with its errors and warnings.
+void TakeFxShader(const hl::HlShader& made, bool isVertex, const FxParameterNames& parameters,
+                  const FxDiagnostics& files, size_t& rowsLeftInOut, FxShader& shaderOut);
 
 /// Assembles the contents of an `asm` block, without its brackets.
 void AssembleFxShader(std::span<const FxToken> block, bool isVertex, FxShader& shaderOut);

@@ -22,9 +22,11 @@ struct FxToken {
     std::string_view text;
     FxPlace place;
     FxTokenKind kind = FxTokenKind::End;
-    bool startsLine = false;
-    bool spaceBefore = false;
-    bool isFinal = false; ///< never expanded again: it is in that macro's own text
+    // One byte, as a text may have a million of these.
+    bool startsLine : 1 = false;
+    bool spaceBefore : 1 = false;
+    bool isFinal : 1 = false;   ///< never expanded again: it is in that macro's own text
+    bool packsRows : 1 = false; ///< matrices declared here lie in rows, unless they say otherwise
 
     bool Is(std::string_view wanted) const
     {

@@ -16,6 +16,8 @@ public:
         end.place = words.empty() ? FxPlace() : words.back().place;
     }
 
+    const std::vector<FxToken>& All() const { return words; }
+    size_t Position() const { return position; }
     bool AtEnd() const { return position >= words.size(); }
     /// Past the end: a token of kind `End` at the place of the last one.
     const FxToken& Peek(size_t ahead = 0) const

@@ -1,11 +1,9 @@
-// The engine with compiled effects that the system's D3DX loads, draws with and describes.
+// The engine with compiled effects that the host's D3DX loads, draws with and describes.
 
-#include "tests/support/win32/CompiledEffect.h"
-
-#include "gfx/KRE_ShaderEffect.h"
-#include "tests/gfx/EngineTest.h"
+#include "tests/support/CompiledEffect.h"
+#include "tests/gfx/DrawnEffect.h"
 #include "tests/support/SolidDds.h"
-#include "tests/support/TestDevice.h"
+
 #include <algorithm>
 
 using testing::ElementsAre;
@@ -13,24 +11,16 @@ using testing::StartsWith;
 
 namespace {
 
-ComHandle<RecordingDirect3D> WrapRealDirect3D()
-{
-    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-    return RecordingDirect3D::Wrap(real.get());
-}
-
 /// Compares by value: D3DX compares bits, where -0 differs from 0.
-bool SameValues(const D3DXMATRIX& a, const D3DXMATRIX& b)
+bool HaveSameValues(const D3DXMATRIX& a, const D3DXMATRIX& b)
 {
     const float* const first = &a._11;
     return std::equal(first, first + 16, &b._11);
 }
 
-/// An engine on the system's device, 64 x 48, with an effect that is written by the test.
-class CompiledEffectTest : public EngineTest {
+/// An effect that is written by the test.
+class CompiledEffectTest : public DrawnEffect {
 protected:
-    CompiledEffectTest() : EngineTest(WrapRealDirect3D()) { Start(); }
-
     int32_t Load(KRE_ShaderEffect& target, const char* name = "one.fxo", bool usePool = false)
     {
         scratch.Write(name, file.Bytes());
@@ -74,7 +64,6 @@ protected:
     }
 
     CompiledEffect file;
-    KRE_ShaderEffect effect;
 };
 
 } // namespace
@@ -95,7 +84,7 @@ TEST_F(CompiledEffectTest, LoadsWithAndWithoutThePool)
     }
 }
 
-TEST_F(CompiledEffectTest, TextThatTheSystemRefusesIsAnErrorWithItsMessage)
+TEST_F(CompiledEffectTest, TextThatIsRefusedIsAnErrorWithItsMessage)
 {
     scratch.Write("bad.fx", "technique { pass { CullMode = SIDEWAYS; } }");
     EXPECT_THAT(RaisedBy([&] { gfx.LoadEffect(&effect, "bad.fx", false, 0, true); }),
@@ -140,14 +129,14 @@ TEST_F(CompiledEffectTest, MatricesReachTheirSemantics)
     gfx.SetViewMatrix(*D3DXMatrixTranslation(&view, -10, -20, -30));
     gfx.UpdateEffectFrame(effect);
     using enum EffectSemantic;
-    EXPECT_TRUE(SameValues(Matrix(kWorld), world));
-    EXPECT_TRUE(SameValues(Matrix(kView), view));
+    EXPECT_TRUE(HaveSameValues(Matrix(kWorld), world));
+    EXPECT_TRUE(HaveSameValues(Matrix(kView), view));
     // Translations add up, and the inverse leads back to the camera's position.
     D3DXMATRIX expected;
     D3DXMatrixTranslation(&expected, -9, -18, -27);
-    EXPECT_TRUE(SameValues(Matrix(kWorldView), expected));
+    EXPECT_TRUE(HaveSameValues(Matrix(kWorldView), expected));
     D3DXMatrixTranslation(&expected, 10, 20, 30);
-    EXPECT_TRUE(SameValues(Matrix(kViewInverse), expected));
+    EXPECT_TRUE(HaveSameValues(Matrix(kViewInverse), expected));
     EXPECT_EQ(Vector(effect.data->Handle(kViewPosition)), D3DXVECTOR4(10, 20, 30, 1));
 }
 
@@ -188,6 +177,7 @@ TEST_F(CompiledEffectTest, LightsFillTheirArrays)
     D3DLIGHT9 light{};
     light.Type = D3DLIGHT_POINT;
     light.Position = {1, 2, 3};
+    gfx.SetLighting(1, nullptr);
     gfx.SetLight(0, light);
     gfx.LightEnable(0, 1);
     gfx.SetAmbient(0x00FF3300); // 1, 0.2, 0
@@ -238,7 +228,7 @@ TEST_F(CompiledEffectTest, NamedTexturesAreFoundByTheirAnnotation)
     EXPECT_EQ(set.Get(), texture->current);
 }
 
-/// A triangle at z = 1 covers the screen, from -2 to 2 in both directions. Its places are the coordinates:
+/// The triangle's places are the coordinates:
 /// towards (x, y, 1) lies the face of x beyond 1, that of y above, else +z; a matrix makes x choose the slice.
 TEST_F(CompiledEffectTest, CubesAndVolumesThatItNamesAreDrawn)
 {
@@ -250,43 +240,18 @@ TEST_F(CompiledEffectTest, CubesAndVolumesThatItNamesAreDrawn)
     file.AddTechnique({{nullptr, D3DCULL_NONE, false, false, "sky"}});
     Load(effect);
     effect.needsStageIndices = false;
-    KRE_VertexListTemp<KRE_PointVertex> list;
-    gfx.CreateVertexList(&list, 3, 0, false);
-    auto* vertices = static_cast<KRE_PointVertex*>(list.Lock(0, 3, 0));
-    vertices[0] = {-2, 2, 1, 0xFFFFFFFF};
-    vertices[1] = {6, 2, 1, 0xFFFFFFFF};
-    vertices[2] = {-2, -6, 1, 0xFFFFFFFF};
-    list.Unlock();
-    D3DXMATRIX matrix;
-    D3DXMatrixIdentity(&matrix);
-    gfx.SetViewMatrix(matrix);
-    gfx.SetProjectionMatrix(*D3DXMatrixScaling(&matrix, 0.5f, 0.5f, 0.5f));
-    gfx.SetLighting(0, nullptr);
-    gfx.SetTexture(nullptr);
     IDirect3DDevice9& device = *gfx.device.Get();
     device.SetTextureStageState(0, D3DTSS_TEXCOORDINDEX, D3DTSS_TCI_CAMERASPACEPOSITION);
     device.SetTextureStageState(0, D3DTSS_TEXTURETRANSFORMFLAGS, D3DTTFF_COUNT3);
     device.SetTextureStageState(0, D3DTSS_COLOROP, D3DTOP_SELECTARG1);
     device.SetTextureStageState(0, D3DTSS_COLORARG1, D3DTA_TEXTURE);
-    const auto drawn = [&] {
-        gfx.SelectEffect(&effect);
-        gfx.BeginScene();
-        gfx.Clear(0xFF000000);
-        gfx.DrawTriangleList(list, nullptr, -1);
-        gfx.EndScene();
-        return ReadRenderTarget(gfx.device.Get(), gfx.renderTarget.Get());
-    };
-    const auto at = [](const auto& frame, float x, float y) {
-        const auto column = static_cast<size_t>((x + 2) / 4 * 64);
-        const auto row = static_cast<size_t>((2 - y) / 4 * 48);
-        return frame.at(row * 64 + column) & 0xFFFFFF;
-    };
-    const auto sky = drawn();
-    EXPECT_EQ(at(sky, 0, 0), 5u);
-    EXPECT_EQ(at(sky, 1.5f, 0.5f), 1u);
-    EXPECT_EQ(at(sky, -1.5f, -0.5f), 2u);
-    EXPECT_EQ(at(sky, 0.5f, 1.5f), 3u);
-    EXPECT_EQ(at(sky, -0.5f, -1.5f), 4u);
+    gfx.SelectEffect(&effect);
+    const auto sky = Drawn();
+    EXPECT_EQ(At(sky, 0, 0), 5u);
+    EXPECT_EQ(At(sky, 1.5f, 0.5f), 1u);
+    EXPECT_EQ(At(sky, -1.5f, -0.5f), 2u);
+    EXPECT_EQ(At(sky, 0.5f, 1.5f), 3u);
+    EXPECT_EQ(At(sky, -0.5f, -1.5f), 4u);
 
     file = {};
     file.AddTexture("smoke", "smoke.dds");
@@ -295,11 +260,12 @@ TEST_F(CompiledEffectTest, CubesAndVolumesThatItNamesAreDrawn)
     effect.needsStageIndices = false;
     const D3DMATRIX toSlices = {{{0, 0, 0.25f, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.5f, 1}}};
     device.SetTransform(D3DTS_TEXTURE0, &toSlices);
-    const auto smoke = drawn();
-    EXPECT_EQ(at(smoke, -1.5f, 0), 1u);
-    EXPECT_EQ(at(smoke, -0.5f, 0), 2u);
-    EXPECT_EQ(at(smoke, 0.5f, 1), 3u);
-    EXPECT_EQ(at(smoke, 1.5f, -1), 4u);
+    gfx.SelectEffect(&effect);
+    const auto smoke = Drawn();
+    EXPECT_EQ(At(smoke, -1.5f, 0), 1u);
+    EXPECT_EQ(At(smoke, -0.5f, 0), 2u);
+    EXPECT_EQ(At(smoke, 0.5f, 1), 3u);
+    EXPECT_EQ(At(smoke, 1.5f, -1), 4u);
 }
 
 TEST_F(CompiledEffectTest, DamagedFileOfACubeIsAnError)
@@ -359,26 +325,9 @@ TEST_F(CompiledEffectTest, ListIsDrawnWithTheStatesOfThePass)
     // not.
     file.AddTechnique({{nullptr, D3DCULL_NONE}});
     Load(effect);
-    KRE_VertexListTemp<KRE_PointVertex> list;
-    gfx.CreateVertexList(&list, 3, 0, false);
-    auto* vertices = static_cast<KRE_PointVertex*>(list.Lock(0, 3, 0));
-    vertices[0] = {-1, -1, 0.5f, 0xFFFFFFFF};
-    vertices[1] = {-1, 3, 0.5f, 0xFFFFFFFF};
-    vertices[2] = {3, -1, 0.5f, 0xFFFFFFFF};
-    list.Unlock();
-    D3DXMATRIX identity;
-    D3DXMatrixIdentity(&identity);
-    gfx.SetViewMatrix(identity);
-    gfx.SetProjectionMatrix(identity);
-    gfx.SetLighting(0, nullptr);
-    gfx.SetTexture(nullptr);
     const auto isShown = [&](int32_t cullMode) {
-        gfx.BeginScene();
-        gfx.Clear(0xFF000000);
         gfx.SetCullMode(cullMode);
-        gfx.DrawTriangleList(list, nullptr, -1);
-        gfx.EndScene();
-        return ReadRenderTarget(gfx.device.Get(), gfx.renderTarget.Get()).at(0) == 0xFFFFFFFF;
+        return At(Drawn(), 0, 0) == 0xFFFFFF;
     };
     EXPECT_NE(isShown(1), isShown(-1));
     gfx.SelectEffect(&effect);
