@@ -67,7 +67,7 @@ std::string ExportScene(LoadedScene& loaded, const std::string& path, NoticeList
         scene["extras"]["qsb"]["backgroundImage"] = background;
     if (!roots.empty())
         scene["nodes"] = roots;
-    writer.document["scenes"] = {std::move(scene)};
+    writer.document["scenes"] = json::array({std::move(scene)}); // plain braces copy with clang
     writer.document["scene"] = 0;
     return writer.Write(path);
 }

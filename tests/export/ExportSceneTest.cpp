@@ -263,6 +263,8 @@ TEST_F(ExportSceneTest, LightsShineAlongTheirOwnAxis)
 TEST_F(ExportSceneTest, AnEmptySceneIsAnEmptyDocument)
 {
     const GltfDocument document = ExportText("");
+    ASSERT_TRUE(document.json["scenes"].is_array());
+    EXPECT_EQ(document.json["scenes"].size(), 1u);
     EXPECT_FALSE(document.json.contains("nodes"));
     EXPECT_FALSE(document.json.contains("buffers"));
 }

@@ -23,7 +23,11 @@ public:
     int Floats(const std::vector<float>& values, const char* type)
     {
         const std::string name = type;
-        const size_t width = name == "SCALAR" ? 1 : name == "MAT4" ? 16 : name[3] - size_t{'0'};
+        const size_t width = name == "SCALAR" ? 1
+                             : name == "MAT4" ? 16
+                             : name == "VEC2" ? 2
+                             : name == "VEC3" ? 3
+                                              : 4;
         return Accessor(View(values.data(), values.size() * 4), 5126, values.size() / width, type);
     }
     int Shorts(const std::vector<uint16_t>& values)

@@ -109,7 +109,7 @@ TEST_F(OtherFormatsTest, FaultsAreTold)
     directory.Write("notes.xyzzy", "a");
     EXPECT_NE(FaultOf("empty.obj"), "");
     ImportOptions options; // the library does not come back from this one
-    options.mostSeconds = 1;
+    options.mostSeconds = 0.3;
     EXPECT_EQ(FaultOf("cut.ply", options), "reading it takes too long");
     EXPECT_EQ(FaultOf("notes.xyzzy"), "it is of a format that is not read");
     EXPECT_EQ(FaultOf("none.obj"), "it cannot be read");
