@@ -111,7 +111,7 @@ std::string_view GltfFile::ViewBytes(const json& view) const
     const int index = IndexOf("buffers", view, "buffer");
     if (index < 0)
         throw ModelFault("a buffer view names no buffer");
-    const std::string_view bytes = buffers[static_cast<size_t>(index)];
+    const std::string_view bytes = *buffers[static_cast<size_t>(index)];
     const size_t offset = SizeAt(view, "byteOffset", 0);
     const size_t length = SizeAt(view, "byteLength", 0);
     if (offset > bytes.size() || length > bytes.size() - offset)
@@ -130,7 +130,7 @@ GltfFile::Layout GltfFile::LayoutOf(const json& accessor) const
     }
     if (layout.width == 0)
         throw ModelFault("an accessor has the unknown type '" + type.substr(0, 20) + "'");
-    layout.component = static_cast<int>(SizeAt(accessor, "componentType", 0));
+    layout.component = Small(accessor, "componentType", 0);
     layout.isNormalized = Flag(accessor, "normalized");
     layout.count = SizeAt(accessor, "count", 0);
     const size_t size = SizeOf(layout.component) * layout.width;
@@ -208,7 +208,7 @@ void GltfFile::ApplySparse(GltfValues& read, const json& accessor, const Layout&
     const json* whatView = Named("bufferViews", what, "bufferView");
     if (!whereView || !whatView)
         throw ModelFault("a sparse accessor has no views");
-    const int component = static_cast<int>(SizeAt(where, "componentType", 0));
+    const int component = Small(where, "componentType", 0);
     const size_t indexSize = SizeOf(component);
     const size_t valueSize = SizeOf(layout.component);
     const std::string_view indices = ViewBytes(*whereView);

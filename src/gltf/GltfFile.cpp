@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <map>
 
 #include "gltf/DataUri.h"
 #include "gltf/GltfConstants.h"
@@ -132,20 +133,23 @@ void GltfFile::ReadText(std::string_view text)
 
 void GltfFile::ReadBuffers()
 {
+    std::map<std::string, std::shared_ptr<const std::string>>
+        read; // by URI; empty: inside the file
     for (const json& buffer : List("buffers")) {
-        std::string bytes;
         const std::string uri = Text(buffer, "uri");
-        if (uri.empty())
-            bytes = std::move(ownBuffer);
-        else if (!UriBytes(uri, bytes))
-            throw ModelFault("its buffer '" + uri.substr(0, 80) + "' cannot be read");
+        std::shared_ptr<const std::string>& bytes = read[uri];
+        if (!bytes) {
+            std::string own = uri.empty() ? std::move(ownBuffer) : "";
+            if (!uri.empty() && !UriBytes(uri, own))
+                throw ModelFault("its buffer '" + uri.substr(0, 80) + "' cannot be read");
+            totalBytes += uri.empty() ? 0 : own.size();
+            bytes = std::make_shared<const std::string>(std::move(own));
+        }
         const double announced = Number(buffer, "byteLength", -1);
-        if (!(announced >= 1) || announced > static_cast<double>(bytes.size()))
-            throw ModelFault("a buffer has " + std::to_string(bytes.size()) +
+        if (!(announced >= 1) || announced > static_cast<double>(bytes->size()))
+            throw ModelFault("a buffer has " + std::to_string(bytes->size()) +
                              " bytes, fewer than announced");
-        if (!uri.empty())
-            totalBytes += bytes.size();
-        buffers.push_back(std::move(bytes));
+        buffers.push_back(bytes);
     }
 }
 
@@ -211,6 +215,13 @@ double GltfFile::Number(const json& owner, const char* key, double fallback)
     if (!found->is_number() || !std::isfinite(found->get<double>()))
         FailAt(key);
     return found->get<double>();
+}
+
+int GltfFile::Small(const json& owner, const char* key, int fallback)
+{
+    constexpr double kMost = 1e6;
+    const double value = Number(owner, key, fallback);
+    return value >= 0 && value <= kMost ? static_cast<int>(value) : -1;
 }
 
 std::string GltfFile::Text(const json& owner, const char* key)

@@ -48,8 +48,10 @@ public:
     const std::vector<std::string>& LookedFor() const { return lookedFor; }
     /// All that was read, for limits.
     size_t TotalBytes() const { return totalBytes; }
-    /// A bone of a number; absent members give the fallback, others of the wrong kind are a fault.
+    /// A finite number; absent members give the fallback, others of the wrong kind are a fault.
     static double Number(const nlohmann::json& owner, const char* key, double fallback);
+    /// The same for kinds and counts: rounded down, and -1 for what is below 0 or above a million.
+    static int Small(const nlohmann::json& owner, const char* key, int fallback);
     static std::string Text(const nlohmann::json& owner, const char* key);
     static bool Flag(const nlohmann::json& owner, const char* key);
     /// A list of `count` finite numbers, or the fallback.
@@ -72,7 +74,7 @@ private:
     std::string folder; ///< of the document, ending in a separator; or empty
     std::string ownBuffer;
     bool hasOwnBuffer = false;
-    std::vector<std::string> buffers;
+    std::vector<std::shared_ptr<const std::string>> buffers; ///< one file may be several
     std::vector<std::string> lookedFor;
     std::vector<std::unique_ptr<GltfValues>> decoded; ///< by accessor
     size_t totalBytes = 0;

@@ -24,8 +24,13 @@ private:
     // ReadGltfMeshes.cpp
     void ReadMeshes();
     void ReadPrimitive(const nlohmann::json& primitive, ModelMesh& mesh);
-    void ReadVertices(const nlohmann::json& attributes, ModelPrimitive& made);
-    void ReadWeights(const nlohmann::json& attributes, ModelPrimitive& made);
+    std::vector<uint32_t> KeepUsed(std::vector<uint32_t>& corners, size_t vertexCount);
+    const GltfValues& Attribute(const nlohmann::json& attributes, const std::string& key,
+                                size_t width, size_t vertexCount);
+    void ReadVertices(const nlohmann::json& attributes, const GltfValues& points,
+                      const std::vector<uint32_t>& used, ModelPrimitive& made);
+    void ReadWeights(const nlohmann::json& attributes, size_t vertexCount,
+                     const std::vector<uint32_t>& used, ModelPrimitive& made);
     std::vector<uint32_t> ReadCorners(const nlohmann::json& primitive, size_t vertexCount);
     void CountLosses(const nlohmann::json& primitive);
     void CountCorners(size_t count);
@@ -39,6 +44,7 @@ private:
     void ReadSkins();
     void ReadCameras();
     void ReadLights();
+    void CountSkinnedNodes();
     void ReadSceneExtras();
 
     // ReadGltfAnimation.cpp
@@ -50,6 +56,9 @@ private:
     NoticeList& notices;
     Model model;
     size_t cornerCount = 0;
+    size_t keyCount = 0;
+    size_t imageBytes = 0;
+    std::vector<uint32_t> places; ///< by vertex; of no one between two primitives
 };
 
 /// Splits a matrix into rotation, scale and position; `sheared` tells whether they do not make it up again.

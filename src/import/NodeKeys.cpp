@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "gltf/ModelFault.h"
 #include "import/ModelPose.h"
 
 namespace {
 
 constexpr int kDeepestHalving = 5;    // of a frame
-constexpr size_t kMostFrames = 20000; // of one segment
+constexpr double kMostFrames = 20000; // of a track; frames of longer ones are longer
 
 ModelVector VectorOf(const ModelQuaternion& value)
 {
@@ -51,23 +52,35 @@ void ForEachKey(const ModelTrack& track, const Add& add)
 
 } // namespace
 
-std::vector<double> SampleTimes(const std::vector<double>& marks, double framesPerSecond,
+void Sampling::Spend(size_t looks)
+{
+    if (left < looks)
+        throw ModelFault("its animations take too many samples");
+    left -= looks;
+}
+
+std::vector<double> SampleTimes(const std::vector<double>& marks, Sampling& sampling, size_t looks,
                                 const std::function<bool(double, double)>& isStraight)
 {
+    const auto look = [&](double from, double to) {
+        sampling.Spend(looks);
+        return isStraight(from, to);
+    };
+    const double whole = marks.empty() ? 0 : marks.back() - marks.front();
+    const double rate = std::min(sampling.framesPerSecond, kMostFrames / std::max(whole, 1e-9));
     std::vector<double> times;
     for (size_t i = 0; i < marks.size(); ++i) {
         if (i > 0) {
             const double length = marks[i] - marks[i - 1];
-            const double frames = std::ceil(length * framesPerSecond - 1e-6);
-            const size_t steps =
-                static_cast<size_t>(std::clamp(frames, 1.0, static_cast<double>(kMostFrames)));
+            const double frames = std::ceil(length * rate - 1e-6);
+            const auto steps = static_cast<size_t>(std::clamp(frames, 1.0, kMostFrames));
             double before = marks[i - 1];
             for (size_t step = 1; step <= steps; ++step) {
                 const double at = step == steps
                                       ? marks[i]
                                       : marks[i - 1] + length * static_cast<double>(step) /
                                                            static_cast<double>(steps);
-                Halve(before, at, 0, isStraight, times);
+                Halve(before, at, 0, look, times);
                 if (step < steps)
                     times.push_back(at);
                 before = at;
@@ -109,7 +122,7 @@ QsaVectorTrack PositionKeys(const ModelTrack& track, const SceneSpace& space)
     return made;
 }
 
-QsaVectorTrack ScaleKeys(const ModelTrack& track, const SceneSpace& space, double framesPerSecond)
+QsaVectorTrack ScaleKeys(const ModelTrack& track, const SceneSpace& space, Sampling& sampling)
 {
     QsaVectorTrack made;
     const auto add = [&](double time, const ModelVector& scale) {
@@ -123,20 +136,21 @@ QsaVectorTrack ScaleKeys(const ModelTrack& track, const SceneSpace& space, doubl
         return made;
     }
     const auto isStraight = [&](double from, double to) {
+        const ModelVector first = VectorAt(track, from);
+        const ModelVector last = VectorAt(track, to);
         for (const double part : {0.25, 0.5, 0.75}) {
-            if (!IsNearVector(VectorAt(track, from), VectorAt(track, to), part,
-                              VectorAt(track, from + (to - from) * part)))
+            if (!IsNearVector(first, last, part, VectorAt(track, from + (to - from) * part)))
                 return false;
         }
         return true;
     };
-    for (const double time : SampleTimes(track.times, framesPerSecond, isStraight))
+    for (const double time : SampleTimes(track.times, sampling, 1, isStraight))
         add(time, VectorAt(track, time));
     return made;
 }
 
 std::vector<QsaRotationKey> RotationKeys(const ModelTrack& track, const SceneSpace& space,
-                                         double framesPerSecond, const ModelQuaternion& before,
+                                         Sampling& sampling, const ModelQuaternion& before,
                                          const ModelQuaternion& after)
 {
     std::vector<QsaRotationKey> keys;
@@ -153,14 +167,15 @@ std::vector<QsaRotationKey> RotationKeys(const ModelTrack& track, const SceneSpa
         return keys;
     }
     const auto isStraight = [&](double from, double to) {
+        const ModelQuaternion first = RotationAt(track, from);
+        const ModelQuaternion last = RotationAt(track, to);
         for (const double part : {0.25, 0.5, 0.75}) {
-            if (!IsNearRotation(RotationAt(track, from), RotationAt(track, to), part,
-                                RotationAt(track, from + (to - from) * part)))
+            if (!IsNearRotation(first, last, part, RotationAt(track, from + (to - from) * part)))
                 return false;
         }
         return true;
     };
-    for (const double time : SampleTimes(track.times, framesPerSecond, isStraight))
+    for (const double time : SampleTimes(track.times, sampling, 1, isStraight))
         add(time, RotationAt(track, time));
     return keys;
 }

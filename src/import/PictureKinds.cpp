@@ -1,11 +1,13 @@
 #include "import/PictureKinds.h"
 
-#include <cstdint>
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <vector>
 
 #include <png.h>
+
+#include "base/Ascii.h"
 
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
@@ -20,15 +22,18 @@
 
 namespace {
 
-/// A small file can announce a huge picture; larger ones than this are not decoded to look at them.
-constexpr int64_t kMostPixels = 4096 * 4096;
-constexpr int64_t kPixelsPerByte = 1024; // the best that the packed kinds do
-constexpr int64_t kPixelsAtLeast = 1 << 20;
+// A picture that announces more pixels than this for its bytes is not decoded, which takes up to 9 bytes for each.
+constexpr int64_t kMostPixels = 16 << 20;
+constexpr int64_t kPixelsAtLeast = 4 << 20;
+constexpr int64_t kPixelsPerByte = 8;
+constexpr int64_t kPngPixelsPerByte = 64; // plain ones pack well
 
 struct Decoded {
     std::unique_ptr<stbi_uc, void (*)(void*)> pixels{nullptr, stbi_image_free};
     int width = 0;
     int height = 0;
+
+    size_t Count() const { return static_cast<size_t>(width) * static_cast<size_t>(height); }
 };
 
 const stbi_uc* BytesOf(const std::string& bytes)
@@ -36,84 +41,70 @@ const stbi_uc* BytesOf(const std::string& bytes)
     return reinterpret_cast<const stbi_uc*>(bytes.data());
 }
 
-bool HasSize(const std::string& bytes, int64_t& pixelsOut)
+/// As the header announces them; 0 for what is no picture.
+int64_t PixelsOf(const std::string& bytes)
 {
     int width = 0, height = 0, channels = 0;
     if (bytes.size() > INT32_MAX ||
         !stbi_info_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()), &width, &height,
                                &channels))
-        return false;
-    pixelsOut = int64_t{width} * height;
-    return pixelsOut > 0;
+        return 0;
+    return int64_t{width} * height;
 }
 
 Decoded Decode(const std::string& bytes)
 {
     Decoded decoded;
-    int64_t pixels = 0;
-    if (!HasSize(bytes, pixels) ||
-        pixels > kPixelsAtLeast + static_cast<int64_t>(bytes.size()) * kPixelsPerByte)
-        return decoded;
     int channels = 0;
     decoded.pixels.reset(stbi_load_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()),
                                                &decoded.width, &decoded.height, &channels, 4));
     return decoded;
 }
 
-bool BeginsWith(const std::string& bytes, const char* start, size_t size)
+bool BeginsWith(const std::string& bytes, const std::string& start)
 {
-    return bytes.size() >= size && std::memcmp(bytes.data(), start, size) == 0;
+    return bytes.compare(0, start.size(), start) == 0;
 }
 
-const char* ReadableExtension(const std::string& bytes)
+bool IsTga(const std::string& bytes, const std::string& name)
 {
-    if (BeginsWith(bytes, "\x89PNG", 4))
+    std::string end = name.size() < 4 ? "" : name.substr(name.size() - 4);
+    for (char& byte : end)
+        byte = ToLowerAscii(byte);
+    // The format has no mark of its own; others bear its name at times.
+    return end == ".tga" && !BeginsWith(bytes, "GIF8") && !BeginsWith(bytes, "8BPS");
+}
+
+/// The end of the name for a kind that scenes have; null for others.
+const char* ReadableExtension(const std::string& bytes, const std::string& name)
+{
+    if (BeginsWith(bytes, "\x89PNG"))
         return ".png";
-    if (BeginsWith(bytes, "\xFF\xD8\xFF", 3))
+    if (BeginsWith(bytes, "\xFF\xD8\xFF"))
         return ".jpg";
-    if (BeginsWith(bytes, "BM", 2))
+    if (BeginsWith(bytes, "BM"))
         return ".bmp";
-    return BeginsWith(bytes, "DDS ", 4) ? ".dds" : nullptr;
+    if (BeginsWith(bytes, "DDS "))
+        return ".dds";
+    return IsTga(bytes, name) ? ".tga" : nullptr;
 }
 
-} // namespace
-
-PictureFacts InspectPicture(const std::string& bytes)
+bool HasAlpha(const Decoded& decoded)
 {
-    const char* extension = ReadableExtension(bytes);
-    if (extension && std::strcmp(extension, ".dds") == 0)
-        return {PictureKind::kReadable, extension}; // not decoded here
-    int64_t pixels = 0;
-    if (!HasSize(bytes, pixels))
-        return {};
-    if (pixels <= kMostPixels && !Decode(bytes).pixels)
-        return {};
-    if (extension)
-        return {PictureKind::kReadable, extension};
-    return {PictureKind::kConvertible, ".png"};
-}
-
-bool HasAlphaPixels(const std::string& bytes)
-{
-    if (!BeginsWith(bytes, "\x89PNG", 4))
-        return false;
-    const Decoded decoded = Decode(bytes);
-    const int64_t count = int64_t{decoded.width} * decoded.height;
-    for (int64_t i = 0; decoded.pixels && i < count; ++i) {
-        if (decoded.pixels.get()[i * 4 + 3] != 255)
+    const stbi_uc* pixels = decoded.pixels.get();
+    for (size_t i = 0; i < decoded.Count(); ++i) {
+        if (pixels[i * 4 + 3] != 255)
             return true;
     }
     return false;
 }
 
-std::string PngOfPicture(const std::string& bytes, bool dropsAlpha)
+/// Empty if it cannot be written.
+std::string PngOf(const Decoded& decoded, bool dropsAlpha)
 {
-    const Decoded decoded = Decode(bytes);
-    if (!decoded.pixels)
-        return "";
-    const size_t count = static_cast<size_t>(decoded.width) * static_cast<size_t>(decoded.height);
     std::vector<uint8_t> pixels;
-    for (size_t i = 0; i < count; ++i) {
+    pixels.reserve(decoded.Count() * (dropsAlpha ? 3 : 4));
+    for (size_t i = 0; i < decoded.Count(); ++i) {
         const stbi_uc* pixel = decoded.pixels.get() + i * 4;
         pixels.insert(pixels.end(), pixel, pixel + (dropsAlpha ? 3 : 4));
     }
@@ -130,4 +121,34 @@ std::string PngOfPicture(const std::string& bytes, bool dropsAlpha)
         return "";
     png.resize(size);
     return png;
+}
+
+} // namespace
+
+TakenPicture TakePicture(const std::string& bytes, const std::string& name, bool dropsAlpha,
+                         PixelBudget& budget)
+{
+    using Result = TakenPicture::Result;
+    const char* readable = ReadableExtension(bytes, name);
+    const bool isPng = BeginsWith(bytes, "\x89PNG");
+    if (BeginsWith(bytes, "DDS "))
+        return {Result::kTaken, readable, ""}; // not decoded here
+    const int64_t pixels = PixelsOf(bytes);
+    if (pixels <= 0)
+        return {Result::kDamaged, "", ""};
+    const int64_t most = kPixelsAtLeast + static_cast<int64_t>(bytes.size()) *
+                                              (isPng ? kPngPixelsPerByte : kPixelsPerByte);
+    if (pixels > std::min({most, kMostPixels, budget.left}))
+        return readable ? TakenPicture{Result::kTaken, readable, ""}
+                        : TakenPicture{Result::kTooLarge, "", ""};
+    budget.left -= pixels;
+    const Decoded decoded = Decode(bytes);
+    if (!decoded.pixels)
+        return {Result::kDamaged, "", ""};
+    if (readable && !(isPng && dropsAlpha && HasAlpha(decoded)))
+        return {Result::kTaken, readable, ""};
+    std::string png = PngOf(decoded, dropsAlpha);
+    if (png.empty())
+        return {Result::kDamaged, "", ""};
+    return {Result::kTaken, ".png", std::move(png)};
 }

@@ -10,7 +10,6 @@
 #include "base/WriteWholeFile.h"
 #include "gltf/ModelFault.h"
 #include "gltf/NoticeList.h"
-#include "import/PictureKinds.h"
 #include "import/SceneNames.h"
 
 namespace fs = std::filesystem;
@@ -18,6 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kMostStem = 80;
+constexpr int64_t kPixelsForByte = 8; // that larger pictures may have decoded
 
 /// False if there is no such file.
 bool ReadFile(const std::string& path, std::string& bytesOut)
@@ -38,14 +38,6 @@ std::string StemOf(const std::string& name)
     const std::string leaf = name.substr(name.find_last_of("/\\:") + 1);
     std::string stem = HarmlessText(leaf.substr(0, leaf.find_last_of('.')), kMostStem);
     return stem.empty() ? "picture" : stem;
-}
-
-bool IsTga(const std::string& name)
-{
-    std::string end = name.size() < 4 ? "" : name.substr(name.size() - 4);
-    for (char& byte : end)
-        byte = ToLowerAscii(byte);
-    return end == ".tga";
 }
 
 } // namespace
@@ -78,24 +70,22 @@ std::string PictureStore::KeepOne(const ModelImage& image, bool dropsAlpha)
         notices.Add("pictures are missing");
         return "";
     }
-    PictureFacts facts = InspectPicture(bytes);
-    if (facts.kind == PictureKind::kDamaged) {
+    budget.left += static_cast<int64_t>(bytes.size()) * kPixelsForByte;
+    TakenPicture taken = TakePicture(bytes, image.name, dropsAlpha, budget);
+    if (taken.result == TakenPicture::Result::kDamaged) {
         notices.Add("pictures are damaged or of a kind that is not read");
         return "";
     }
-    if (facts.kind == PictureKind::kConvertible && IsTga(image.name)) {
-        facts = {PictureKind::kReadable, ".tga"};
+    if (taken.result == TakenPicture::Result::kTooLarge) {
+        notices.Add("pictures are too large to be converted");
+        return "";
     }
-    if (facts.kind == PictureKind::kConvertible || (dropsAlpha && HasAlphaPixels(bytes))) {
-        bytes = PngOfPicture(bytes, dropsAlpha);
-        facts.extension = ".png";
-        if (bytes.empty())
-            return "";
-    }
+    if (!taken.png.empty())
+        bytes = std::move(taken.png);
     std::string name = StemOf(image.name);
     if (image.file.empty())
         name = HarmlessText(stem, kMostStem / 2) + "-" + name;
-    const std::string leaf = FreeLeaf(name + facts.extension, bytes);
+    const std::string leaf = FreeLeaf(name + taken.extension, bytes);
     std::error_code ignored;
     const std::string path = folder + leaf;
     if (image.file.empty() || !fs::equivalent(path, image.file, ignored))
@@ -103,20 +93,24 @@ std::string PictureStore::KeepOne(const ModelImage& image, bool dropsAlpha)
     return leaf;
 }
 
-/// The name, numbered if another picture has it.
+/// The name, numbered if another picture has it. Equal pictures of one name are one file.
 std::string PictureStore::FreeLeaf(const std::string& wanted, const std::string& bytes)
 {
-    const size_t dot = wanted.find_last_of('.');
-    std::string leaf = wanted;
-    for (int number = 2;; ++number) {
-        std::string key = leaf;
-        for (char& byte : key)
+    const auto lower = [](std::string text) {
+        for (char& byte : text)
             byte = ToLowerAscii(byte);
-        const auto [place, isNew] = leaves.emplace(std::move(key), bytes);
-        if (isNew || place->second == bytes)
-            return leaf;
-        leaf = wanted.substr(0, dot) + "-" + std::to_string(number) + wanted.substr(dot);
-    }
+        return text;
+    };
+    const std::string key = lower(wanted);
+    std::string& known = leaves[{key, bytes}];
+    if (!known.empty())
+        return known;
+    const size_t dot = wanted.find_last_of('.');
+    int& number = numbers[key]; // models can have very many pictures of one name
+    known = wanted;
+    while (!taken.insert(lower(known)).second)
+        known = wanted.substr(0, dot) + "-" + std::to_string(++number + 1) + wanted.substr(dot);
+    return known;
 }
 
 void PictureStore::Write(const std::string& path, const std::string& bytes)

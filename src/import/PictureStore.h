@@ -1,10 +1,12 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "import/Model.h"
+#include "import/PictureKinds.h"
 
 class NoticeList;
 
@@ -33,6 +35,9 @@ private:
     std::string folder; ///< ending in a separator; or empty
     std::string stem;
     NoticeList& notices;
-    std::map<std::string, std::string> leaves; ///< in lower case, with the bytes' hash
+    PixelBudget budget;
+    std::map<std::pair<std::string, std::string>, std::string> leaves; ///< by wanted name and bytes
+    std::set<std::string> taken;                                       ///< names in lower case
+    std::map<std::string, int> numbers; ///< by wanted name: the last one tried
     std::vector<std::string> written;
 };

@@ -1,15 +1,5 @@
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 #include "import/ModelPose.h"
 #include "import/ScenePlanner.h"
-
-namespace {
-
-constexpr int kBoundsSamples = 16; // of the animation
-
-} // namespace
 
 /// Cuts all meshes that are used before a node points to one of their pieces.
 void ScenePlanner::CutMeshes()
@@ -119,58 +109,7 @@ void ScenePlanner::SetBones(QsaNode& made, const ModelSkin& skin)
         const int joint = skin.joints[i];
         made.bones.push_back({inner[static_cast<size_t>(joint)], static_cast<uint32_t>(i),
                               space.Matrix(skin.binds[i])});
-        const ModelMatrix world = Product(skin.binds[i], WorldMatrix(model, joint, 0));
+        const ModelMatrix world = Product(skin.binds[i], restWorlds[static_cast<size_t>(joint)]);
         made.mirrorsBind = made.mirrorsBind || DeterminantOf(world) < 0;
     }
-}
-
-/// A scene with skins needs its extent stated, because bones move vertices out of any box. Measured at rest and
-/// at some times of the animation.
-void ScenePlanner::MeasureBounds()
-{
-    scene.bounds = model.scene.bounds;
-    const bool hasSkins = std::any_of(model.nodes.begin(), model.nodes.end(),
-                                      [](const ModelNode& node) { return node.skin >= 0; });
-    if (scene.bounds || !hasSkins)
-        return;
-    constexpr double kFar = std::numeric_limits<double>::max();
-    ModelVector low = {kFar, kFar, kFar};
-    ModelVector high = {-kFar, -kFar, -kFar};
-    const auto add = [&](const ModelVector& point) {
-        const ModelVector at = space.Position(point);
-        for (size_t axis = 0; axis < 3; ++axis) {
-            low[axis] = std::min(low[axis], at[axis]);
-            high[axis] = std::max(high[axis], at[axis]);
-        }
-    };
-    const double last = LastKeyTime(model);
-    for (int sample = 0; sample <= (last > 0 ? kBoundsSamples : 0); ++sample) {
-        const std::vector<ModelMatrix> worlds =
-            WorldMatrices(model, last * sample / kBoundsSamples);
-        for (size_t i = 0; i < model.nodes.size(); ++i) {
-            const ModelNode& node = model.nodes[i];
-            if (node.mesh < 0)
-                continue;
-            for (const ModelPrimitive& primitive :
-                 model.meshes[static_cast<size_t>(node.mesh)].primitives) {
-                for (size_t v = 0; v < primitive.positions.size(); ++v) {
-                    const ModelPoint& p = primitive.positions[v];
-                    ModelMatrix matrix = worlds[i];
-                    if (node.skin >= 0) {
-                        const ModelSkin& skin = model.skins[static_cast<size_t>(node.skin)];
-                        matrix = kModelIdentity;
-                        if (v < primitive.weights.size() && !primitive.weights[v].empty()) {
-                            const size_t joint = primitive.weights[v][0].joint;
-                            if (joint < skin.joints.size())
-                                matrix = Product(skin.binds[joint],
-                                                 worlds[static_cast<size_t>(skin.joints[joint])]);
-                        }
-                    }
-                    add(Moved({p[0], p[1], p[2]}, matrix));
-                }
-            }
-        }
-    }
-    if (low[0] <= high[0])
-        scene.bounds = {{low, high}};
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "gltf/ModelFault.h"
+#include "import/BoundsOfSkins.h"
 #include "import/ModelPose.h"
 #include "import/ScenePlanner.h"
 
@@ -46,6 +47,7 @@ void ScenePlanner::Plan()
     if (!hasFaces)
         throw ModelFault("it has no mesh with faces");
     inner.resize(model.nodes.size());
+    restWorlds = WorldMatrices(model, 0);
     PlanLights();
     for (size_t i = 0; i < model.nodes.size(); ++i)
         inner[i] = names.Take(model.nodes[i].name, "Node");
@@ -56,7 +58,7 @@ void ScenePlanner::Plan()
         if (node.skin >= 0 && node.mesh >= 0)
             AddSkinned(node);
     }
-    MeasureBounds();
+    scene.bounds = model.scene.bounds ? model.scene.bounds : BoundsOfSkins(model, space);
 }
 
 std::string ScenePlanner::ParentName(const ModelNode& node) const
@@ -108,8 +110,8 @@ QsaNode ScenePlanner::PlaceNode(const ModelNode& node, const std::string& parent
     for (double& part : made.scale)
         part = std::max(std::fabs(part), kLeastScale);
     made.positions = PositionKeys(node.positionTrack, space);
-    made.rotations = RotationKeys(node.rotationTrack, space, scene.framesPerSecond, before, none);
-    made.scales = ScaleKeys(node.scaleTrack, space, scene.framesPerSecond);
+    made.rotations = RotationKeys(node.rotationTrack, space, sampling, before, none);
+    made.scales = ScaleKeys(node.scaleTrack, space, sampling);
     return made;
 }
 

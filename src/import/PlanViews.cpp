@@ -71,7 +71,7 @@ void ScenePlanner::AddLight(const ModelNode& node, QsaNode made)
         SceneSpace same = space;
         same.turns = false;
         made.rotation = Product(rest, view);
-        made.rotations = RotationKeys(node.rotationTrack, same, scene.framesPerSecond, none, view);
+        made.rotations = RotationKeys(node.rotationTrack, same, sampling, none, view);
     } else {
         made.rotation = space.View();
     }
@@ -85,11 +85,14 @@ void ScenePlanner::AddLight(const ModelNode& node, QsaNode made)
 void ScenePlanner::AddCamera(int number, const std::string& name)
 {
     std::vector<double> marks;
+    size_t depth = 0;
     for (int at = number; at >= 0; at = model.nodes[static_cast<size_t>(at)].parent) {
         const ModelNode& node = model.nodes[static_cast<size_t>(at)];
+        ++depth;
         for (const ModelTrack* track : {&node.positionTrack, &node.rotationTrack, &node.scaleTrack})
             marks.insert(marks.end(), track->times.begin(), track->times.end());
     }
+    sampling.Spend(marks.size());
     const auto poseAt = [&](double time) {
         QsaNode pose;
         ModelVector scale;
@@ -126,7 +129,7 @@ void ScenePlanner::AddCamera(int number, const std::string& name)
         }
         return true;
     };
-    for (const double time : SampleTimes(marks, scene.framesPerSecond, isStraight)) {
+    for (const double time : SampleTimes(marks, sampling, depth, isStraight)) {
         const QsaNode pose = poseAt(time);
         made.positions.keys.push_back({time, pose.position, {}, {}});
         made.rotations.push_back({time, pose.rotation});

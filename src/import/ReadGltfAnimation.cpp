@@ -7,6 +7,8 @@ using nlohmann::json;
 
 namespace {
 
+constexpr size_t kKeysAtLeast = 500000;
+
 /// The number of the animation that is wanted, by number or name; -1 if there is none of that name.
 int FindAnimation(const json& animations, const std::string& wanted)
 {
@@ -81,6 +83,9 @@ ModelTrack GltfReader::ReadTrack(const json& sampler, size_t width)
     const bool isCubic = track.curve == ModelCurve::kCubic;
     if (values.Count() < times.Count() * (isCubic ? 3 : 1))
         throw ModelFault("a sampler of an animation has fewer values than times");
+    keyCount += times.Count(); // many channels may share one sampler
+    if (keyCount > kKeysAtLeast + file.TotalBytes())
+        throw ModelFault("its animations describe far more than the file holds");
     const auto valueAt = [&](size_t element) {
         ModelQuaternion value = {};
         for (size_t part = 0; part < width; ++part) {

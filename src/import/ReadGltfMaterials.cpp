@@ -4,11 +4,14 @@
 #include "gltf/ColorSpace.h"
 #include "gltf/DataUri.h"
 #include "gltf/GltfConstants.h"
+#include "gltf/ModelFault.h"
 #include "import/GltfReader.h"
 
 using nlohmann::json;
 
 namespace {
+
+constexpr size_t kImageBytesAtLeast = 1 << 20;
 
 const json& MemberOf(const json& owner, const char* key)
 {
@@ -52,7 +55,11 @@ void GltfReader::ReadImages(const std::string& folder)
         made.name = GltfFile::Text(image, "name");
         const std::string uri = GltfFile::Text(image, "uri");
         if (const json* view = file.Named("bufferViews", image, "bufferView")) {
-            made.bytes = file.ViewBytes(*view);
+            const std::string_view bytes = file.ViewBytes(*view);
+            imageBytes += bytes.size(); // many may name one view
+            if (imageBytes > kImageBytesAtLeast + 2 * file.TotalBytes())
+                throw ModelFault("its pictures are far more than the file holds");
+            made.bytes = bytes;
         } else if (uri.compare(0, 5, "data:") == 0) {
             if (!DecodeDataUri(uri, made.bytes))
                 notices.Add("pictures inside the model are damaged");
@@ -106,11 +113,11 @@ void GltfReader::ReadMap(const json& metal, ModelMaterial& made)
     made.map.image = file.IndexOf("images", *texture, "source");
     if (made.map.image < 0)
         notices.Add("pictures of kinds that are not read are left out");
-    made.map.set = static_cast<int>(GltfFile::Number(*info, "texCoord", 0));
+    made.map.set = GltfFile::Small(*info, "texCoord", 0);
     if (const json* sampler = file.Named("samplers", *texture, "sampler")) {
         const char* const keys[] = {"wrapS", "wrapT"};
         for (int axis = 0; axis < 2; ++axis) {
-            const int wrap = static_cast<int>(GltfFile::Number(*sampler, keys[axis], kGltfRepeat));
+            const int wrap = GltfFile::Small(*sampler, keys[axis], kGltfRepeat);
             made.map.tile[axis] = wrap == kGltfRepeat;
             made.map.mirror[axis] = wrap == kGltfMirror;
         }
@@ -129,7 +136,7 @@ void GltfReader::ReadTextureTransform(const json& info, ModelMap& map)
         map.scale[axis] = scale[axis];
     }
     if (transform.contains("texCoord"))
-        map.set = static_cast<int>(GltfFile::Number(transform, "texCoord", 0));
+        map.set = GltfFile::Small(transform, "texCoord", 0);
     if (map.angle != 0 && map.scale[0] != map.scale[1])
         notices.Add("turned pictures are not stretched before the turn");
 }
@@ -148,6 +155,6 @@ void GltfReader::ReadMaterialExtras(const json& material, ModelMaterial& made)
     if (extras.contains("power"))
         made.power = GltfFile::Number(extras, "power", 0);
     if (extras.contains("transparencyType"))
-        made.transparencyType = static_cast<int>(GltfFile::Number(extras, "transparencyType", 0));
+        made.transparencyType = GltfFile::Small(extras, "transparencyType", 0);
     made.effect = GltfFile::Text(extras, "effect");
 }

@@ -10,13 +10,16 @@ using nlohmann::json;
 namespace {
 
 /// Corners that a file may describe beyond one for each of its bytes; only shared lists exceed that.
-constexpr size_t kCornersAtLeast = 100000;
+constexpr size_t kCornersAtLeast = 500000;
 
-void FromFloats(const GltfValues& values, std::vector<ModelPoint>& pointsOut)
+constexpr int kMostWeightSets = 8; // of four bones for each vertex
+
+void CopyPoints(const GltfValues& values, const std::vector<uint32_t>& used,
+                std::vector<ModelPoint>& pointsOut)
 {
-    pointsOut.resize(values.Count());
-    for (size_t i = 0; i < values.Count(); ++i)
-        std::copy_n(values.At(i), 3, pointsOut[i].begin());
+    pointsOut.resize(used.size());
+    for (size_t i = 0; i < used.size(); ++i)
+        std::copy_n(values.At(used[i]), 3, pointsOut[i].begin());
 }
 
 } // namespace
@@ -38,7 +41,7 @@ void GltfReader::ReadMeshes()
 
 void GltfReader::ReadPrimitive(const json& primitive, ModelMesh& mesh)
 {
-    const int mode = static_cast<int>(GltfFile::Number(primitive, "mode", kGltfTriangles));
+    const int mode = GltfFile::Small(primitive, "mode", kGltfTriangles);
     if (mode < kGltfTriangles || mode > kGltfTriangleFan) {
         notices.Add("points and lines are not carried");
         return;
@@ -50,64 +53,91 @@ void GltfReader::ReadPrimitive(const json& primitive, ModelMesh& mesh)
         return; // allowed, and draws nothing
     ModelPrimitive made;
     made.material = file.IndexOf("materials", primitive, "material");
-    ReadVertices(*attributes, made);
-    ReadWeights(*attributes, made);
-    made.corners = ReadCorners(primitive, made.positions.size());
+    const GltfValues& points = file.Floats(file.IndexOf("accessors", *attributes, "POSITION"), 3);
+    made.corners = ReadCorners(primitive, points.Count());
     CountLosses(primitive);
-    if (!made.corners.empty())
-        mesh.primitives.push_back(std::move(made));
+    if (made.corners.empty())
+        return;
+    const std::vector<uint32_t> used = KeepUsed(made.corners, points.Count());
+    ReadVertices(*attributes, points, used, made);
+    ReadWeights(*attributes, points.Count(), used, made);
+    mesh.primitives.push_back(std::move(made));
 }
 
-void GltfReader::ReadVertices(const json& attributes, ModelPrimitive& made)
+/// The vertices that corners name, in the order of their first use; the corners then count in that order. Many
+/// primitives may share one list of vertices, so each takes only its own.
+std::vector<uint32_t> GltfReader::KeepUsed(std::vector<uint32_t>& corners, size_t vertexCount)
 {
-    FromFloats(file.Floats(file.IndexOf("accessors", attributes, "POSITION"), 3), made.positions);
-    for (ModelPoint& point : made.positions) {
-        for (float& part : point) {
+    if (places.size() < vertexCount)
+        places.resize(vertexCount, UINT32_MAX);
+    std::vector<uint32_t> used;
+    for (uint32_t& corner : corners) {
+        uint32_t& place = places[corner];
+        if (place == UINT32_MAX) {
+            place = static_cast<uint32_t>(used.size());
+            used.push_back(corner);
+        }
+        corner = place;
+    }
+    for (const uint32_t vertex : used)
+        places[vertex] = UINT32_MAX;
+    return used;
+}
+
+/// An attribute of each vertex of a primitive.
+const GltfValues& GltfReader::Attribute(const json& attributes, const std::string& key,
+                                        size_t width, size_t vertexCount)
+{
+    const GltfValues& values =
+        file.Floats(file.IndexOf("accessors", attributes, key.c_str()), width);
+    if (values.Count() != vertexCount)
+        throw ModelFault("the attributes of a primitive differ in length");
+    return values;
+}
+
+void GltfReader::ReadVertices(const json& attributes, const GltfValues& points,
+                              const std::vector<uint32_t>& used, ModelPrimitive& made)
+{
+    CopyPoints(points, used, made.positions);
+    for (const ModelPoint& point : made.positions) {
+        for (const float part : point) {
             if (!std::isfinite(part))
                 throw ModelFault("a position is not finite");
         }
     }
-    const auto expect = [&](size_t count) {
-        if (count != made.positions.size())
-            throw ModelFault("the attributes of a primitive differ in length");
-    };
-    if (attributes.contains("NORMAL")) {
-        FromFloats(file.Floats(file.IndexOf("accessors", attributes, "NORMAL"), 3), made.normals);
-        expect(made.normals.size());
-    }
+    if (attributes.contains("NORMAL"))
+        CopyPoints(Attribute(attributes, "NORMAL", 3, points.Count()), used, made.normals);
     int set = 0;
     if (made.material >= 0)
         set = model.materials[static_cast<size_t>(made.material)].map.set;
     const std::string key = "TEXCOORD_" + std::to_string(set);
     if (!attributes.contains(key))
         return;
-    const GltfValues& uvs = file.Floats(file.IndexOf("accessors", attributes, key.c_str()), 2);
-    expect(uvs.Count());
-    for (size_t i = 0; i < uvs.Count(); ++i) {
-        const float* uv = uvs.At(i);
+    const GltfValues& uvs = Attribute(attributes, key, 2, points.Count());
+    for (const uint32_t vertex : used) {
+        const float* uv = uvs.At(vertex);
         made.texCoords.push_back({std::isfinite(uv[0]) ? uv[0] : 0.0f, //
                                   std::isfinite(uv[1]) ? uv[1] : 0.0f});
     }
 }
 
-void GltfReader::ReadWeights(const json& attributes, ModelPrimitive& made)
+void GltfReader::ReadWeights(const json& attributes, size_t vertexCount,
+                             const std::vector<uint32_t>& used, ModelPrimitive& made)
 {
     for (int set = 0;; ++set) {
         const std::string jointsKey = "JOINTS_" + std::to_string(set);
         const std::string weightsKey = "WEIGHTS_" + std::to_string(set);
         if (!attributes.contains(jointsKey) || !attributes.contains(weightsKey))
             return;
-        const GltfValues& joints =
-            file.Floats(file.IndexOf("accessors", attributes, jointsKey.c_str()), 4);
-        const GltfValues& weights =
-            file.Floats(file.IndexOf("accessors", attributes, weightsKey.c_str()), 4);
-        if (joints.Count() != made.positions.size() || weights.Count() != made.positions.size())
-            throw ModelFault("the attributes of a primitive differ in length");
-        made.weights.resize(made.positions.size());
-        for (size_t i = 0; i < made.positions.size(); ++i) {
+        if (set == kMostWeightSets)
+            throw ModelFault("a vertex has weights for more bones than are read");
+        const GltfValues& joints = Attribute(attributes, jointsKey, 4, vertexCount);
+        const GltfValues& weights = Attribute(attributes, weightsKey, 4, vertexCount);
+        made.weights.resize(used.size());
+        for (size_t i = 0; i < used.size(); ++i) {
             for (size_t part = 0; part < 4; ++part) {
-                const float weight = weights.At(i)[part];
-                const float joint = joints.At(i)[part];
+                const float weight = weights.At(used[i])[part];
+                const float joint = joints.At(used[i])[part];
                 if (weight > 0 && std::isfinite(weight) && joint >= 0 && joint < 65536)
                     made.weights[i].push_back({static_cast<uint32_t>(joint), weight});
             }
@@ -132,7 +162,7 @@ std::vector<uint32_t> GltfReader::ReadCorners(const json& primitive, size_t vert
             throw ModelFault("a triangle has corner " + std::to_string(corner) + " of " +
                              std::to_string(vertexCount));
     }
-    const int mode = static_cast<int>(GltfFile::Number(primitive, "mode", kGltfTriangles));
+    const int mode = GltfFile::Small(primitive, "mode", kGltfTriangles);
     if (mode == kGltfTriangles) {
         listed.resize(listed.size() - listed.size() % 3);
         CountCorners(listed.size());

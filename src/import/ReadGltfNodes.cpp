@@ -10,6 +10,8 @@ using nlohmann::json;
 
 namespace {
 
+constexpr size_t kDeepestNode = 4000; // a chain's work grows with the square of its length
+
 const json& Inner(const json& owner, std::initializer_list<const char*> keys)
 {
     static const json kNone = json::object();
@@ -136,8 +138,11 @@ void GltfReader::KeepScene()
         size_t steps = 0;
         while (model.nodes[static_cast<size_t>(number)].parent >= 0) {
             number = model.nodes[static_cast<size_t>(number)].parent;
-            if (++steps > model.nodes.size())
+            ++steps;
+            if (steps > model.nodes.size())
                 throw ModelFault("a node is among its own ancestors");
+            if (steps > kDeepestNode)
+                throw ModelFault("its nodes are nested too deeply");
         }
         keep(number);
     };
@@ -154,9 +159,14 @@ void GltfReader::KeepScene()
         for (const int joint : skin.joints)
             keepRootOf(joint);
     }
+    std::vector<size_t> depths(order.size());
     for (size_t i = 0; i < order.size(); ++i) {
-        for (const int child : model.nodes[static_cast<size_t>(order[i])].children)
+        if (depths[i] > kDeepestNode)
+            throw ModelFault("its nodes are nested too deeply");
+        for (const int child : model.nodes[static_cast<size_t>(order[i])].children) {
             keep(child);
+            depths.resize(order.size(), depths[i] + 1);
+        }
     }
 
     std::vector<int> place(model.nodes.size(), -1);
@@ -244,6 +254,19 @@ void GltfReader::ReadLights()
     }
 }
 
+/// Clones cannot have bones: each node with a skin gets the whole mesh, and looks at all bones.
+void GltfReader::CountSkinnedNodes()
+{
+    for (const ModelNode& node : model.nodes) {
+        if (node.mesh < 0 || node.skin < 0)
+            continue;
+        for (const ModelPrimitive& primitive :
+             model.meshes[static_cast<size_t>(node.mesh)].primitives)
+            CountCorners(primitive.corners.size());
+        CountCorners(model.skins[static_cast<size_t>(node.skin)].joints.size());
+    }
+}
+
 /// What a file of our own says about the scene.
 void GltfReader::ReadSceneExtras()
 {
@@ -277,6 +300,7 @@ Model GltfReader::Read(const std::string& path, const std::string& animation)
     ReadSkins();
     ReadAnimation(animation);
     KeepScene();
+    CountSkinnedNodes();
     ReadSceneExtras();
     for (const json& required : file.document.value("extensionsRequired", json::array()))
         if (required != "KHR_lights_punctual" && required != "KHR_texture_transform" &&

@@ -17,7 +17,9 @@ public:
           space(spaceIn),
           notices(noticesIn),
           scene(sceneIn)
-    {}
+    {
+        sampling.framesPerSecond = sceneIn.framesPerSecond;
+    }
 
     void Plan();
 
@@ -37,7 +39,6 @@ private:
     void AddSkinned(const ModelNode& node);
     void SetBones(QsaNode& made, const ModelSkin& skin);
     int MaterialOf(const CutResult& cut);
-    void MeasureBounds();
 
     // Cameras and lights: PlanViews.cpp
     void PlanLights();
@@ -47,10 +48,12 @@ private:
 
     const Model& model;
     SceneSpace space;
+    Sampling sampling;
     NoticeList& notices;
     QsaScene& scene;
     SceneNames names;
-    std::vector<std::string> inner; ///< by node: the name that its children and skins use
+    std::vector<ModelMatrix> restWorlds; ///< by node, at second 0
+    std::vector<std::string> inner;      ///< by node: the name that its children and skins use
     std::map<std::pair<int, bool>, size_t> cuts;
     std::set<int> hiddenMeshes;
     std::map<int, std::vector<std::string>> sources; ///< by mesh: the names of its written pieces

@@ -90,6 +90,26 @@ constexpr size_t kCutStep = 5; // each reading takes several times as long
 constexpr size_t kCutStep = 1;
 #endif
 
+/// What reading a model ends with in a process of 128 MiB, and whether it takes less than a second.
+[[maybe_unused]] std::string ToldBySmallChild(const std::string& model)
+{
+    try {
+        return RunInChild({60, uint64_t{128} << 20}, [&] {
+            std::string fault = "none";
+            try {
+                NoticeList ignored;
+                ImportModel(model, {}, ignored);
+            } catch (const ModelFault& error) {
+                fault = error.what();
+            }
+            const bool isFast = std::clock() < CLOCKS_PER_SEC;
+            return (isFast ? "fast: " : "slow: ") + fault;
+        });
+    } catch (const ModelFault& fault) {
+        return fault.what();
+    }
+}
+
 class DamagedModelTest : public testing::Test {
 protected:
     /// Every cut of `bytes` as the file `cut`; `model` is the one to read.
@@ -178,18 +198,86 @@ TEST_F(DamagedModelTest, AMebibyteCostsASecondAndLittleMemory)
     };
     for (const auto& c : cases) {
         directory.Write("large.gltf", c.text);
-        const std::string told = RunInChild({60, uint64_t{128} << 20}, [] {
-            std::string fault = "none";
-            try {
-                NoticeList ignored;
-                ImportModel("large.gltf", {}, ignored);
-            } catch (const ModelFault& error) {
-                fault = error.what();
-            }
-            const bool isFast = std::clock() < CLOCKS_PER_SEC;
-            return (isFast ? "fast: " : "slow: ") + fault;
-        });
-        EXPECT_THAT(told, testing::StartsWith("fast: it")) << c.what;
+        EXPECT_THAT(ToldBySmallChild("large.gltf"), testing::StartsWith("fast: it")) << c.what;
+    }
+}
+
+TEST_F(DamagedModelTest, WhatAFileDescribesIsLimitedByItsSize)
+{
+    constexpr int kMany = 5000;
+    const auto repeated = [](const nlohmann::json& element, int count) {
+        return nlohmann::json(static_cast<size_t>(count), element);
+    };
+    const auto all = [](int count) {
+        nlohmann::json numbers = nlohmann::json::array();
+        for (int i = 0; i < count; ++i)
+            numbers.push_back(i);
+        return numbers;
+    };
+
+    GltfMaker skins = SkinnedBox();
+    skins.json["nodes"] = repeated({{"mesh", 0}, {"skin", 0}}, kMany);
+    skins.json["skins"][0]["joints"] = all(kMany);
+    skins.json["scenes"][0]["nodes"] = all(kMany);
+
+    GltfMaker deep = PlainBox();
+    for (int i = 0; i < kMany; ++i)
+        deep.json["nodes"].push_back({{"children", {i}}});
+    deep.json["scenes"][0]["nodes"] = {kMany};
+
+    GltfMaker keys = PlainBox();
+    keys.json["nodes"] = repeated({{"mesh", 0}}, kMany);
+    keys.json["scenes"][0]["nodes"] = all(kMany);
+    keys.json["animations"] = {{{"name", "A"}}};
+    std::vector<float> times(2000);
+    for (size_t i = 0; i < times.size(); ++i)
+        times[i] = static_cast<float>(i);
+    keys.Animate(0, 0, "translation", "LINEAR", times, std::vector<float>(6000));
+    GltfMaker years = keys;
+    for (int node = 1; node < kMany; ++node)
+        keys.json["animations"][0]["channels"].push_back(
+            {{"sampler", 0}, {"target", {{"node", node}, {"path", "translation"}}}});
+
+    years.json["animations"] = {{{"name", "A"}}};
+    years.Animate(0, 0, "rotation", "CUBICSPLINE", {0, 1e8f},
+                  {0, 0, 0, 0, 0, 0, 0, 1, 5, 0, 3, 0, 2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0});
+    for (int node = 1; node < kMany; ++node)
+        years.json["animations"][0]["channels"].push_back(
+            {{"sampler", 0}, {"target", {{"node", node}, {"path", "rotation"}}}});
+
+    GltfMaker pictures = PlainBox();
+    const std::string picture(100000, 'x');
+    pictures.json["images"] =
+        repeated({{"bufferView", pictures.View(picture.data(), picture.size())}}, kMany);
+
+    GltfMaker vertices = PlainBox();
+    const int points = vertices.Floats(std::vector<float>(90000), "VEC3");
+    vertices.json["meshes"][0]["primitives"] =
+        repeated({{"attributes", {{"POSITION", points}}}, {"indices", 0}}, kMany);
+    vertices.json["meshes"][0]["primitives"][0] = BoxPrimitive(vertices);
+    vertices.json["meshes"][0]["primitives"][1]["indices"] = nullptr;
+    const int corners = vertices.Shorts({0, 1, 2});
+    for (int i = 1; i < kMany; ++i)
+        vertices.json["meshes"][0]["primitives"][static_cast<size_t>(i)]["indices"] = corners;
+
+    const struct {
+        const char* what;
+        const GltfMaker& maker;
+        const char* expected;
+    } cases[] = {
+        {"nodes that share a skin", skins,
+         "fast: its meshes describe far more than the file holds"},
+        {"a long chain of nodes", deep, "fast: its nodes are nested too deeply"},
+        {"channels that share keys", keys,
+         "fast: its animations describe far more than the file holds"},
+        {"splines over years", years, "fast: its animations take too many samples"},
+        {"pictures of the same bytes", pictures,
+         "fast: its pictures are far more than the file holds"},
+        {"primitives that share vertices", vertices, "fast: none"},
+    };
+    for (const auto& c : cases) {
+        c.maker.Save("much.glb");
+        EXPECT_EQ(ToldBySmallChild("much.glb"), c.expected) << c.what;
     }
 }
 #endif
