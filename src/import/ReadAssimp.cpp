@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <map>
+#include <memory>
+#include <numbers>
 
 #include <assimp/DefaultIOSystem.h>
 #include <assimp/Importer.hpp>
+#include <assimp/MemoryIOWrapper.h>
 #include <assimp/config.h>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
@@ -66,10 +70,32 @@ public:
     Assimp::IOStream* Open(const char* file, const char* mode) override
     {
         Note(file);
-        return DefaultIOSystem::Open(file, mode);
+        Assimp::IOStream* stream = DefaultIOSystem::Open(file, mode);
+        if (!stream || !std::strstr(file, ".md5"))
+            return stream;
+        std::unique_ptr<Assimp::IOStream, void (*)(Assimp::IOStream*)> plain(
+            stream, [](Assimp::IOStream* open) { delete open; });
+        return WithReturns(*plain);
     }
 
 private:
+    /// The library's reader of MD5 texts takes every second line of a header for a part of the one before,
+    /// unless lines end as on Windows.
+    static Assimp::IOStream* WithReturns(Assimp::IOStream& stream)
+    {
+        std::string text(stream.FileSize(), '\0');
+        text.resize(stream.Read(text.data(), 1, text.size()));
+        std::string lines;
+        for (const char byte : text) {
+            if (byte == '\n' && (lines.empty() || lines.back() != '\r'))
+                lines += '\r';
+            lines += byte;
+        }
+        auto* owned = new uint8_t[lines.size()]; // of the stream, which deletes it
+        std::memcpy(owned, lines.data(), lines.size());
+        return new Assimp::MemoryIOStream(owned, lines.size(), true);
+    }
+
     void Note(const std::string& file) const
     {
         if (file != model && std::find(noted.begin(), noted.end(), file) == noted.end())
@@ -310,11 +336,14 @@ private:
         for (unsigned i = 0; i < source.mNumCameras; ++i) {
             const aiCamera& camera = *source.mCameras[i];
             const double aspect = camera.mAspect > 0 ? camera.mAspect : 4.0 / 3;
-            const double half = std::clamp(double{camera.mHorizontalFOV}, 0.01, 1.55);
+            // Its readers give the whole angle, whatever its header says, and a quarter of pi as degrees
+            // where they do not find one.
+            const double across =
+                camera.mHorizontalFOV > 0.02f ? camera.mHorizontalFOV : std::numbers::pi / 4;
             const int node =
                 AddView(camera.mName.C_Str(), camera.mPosition, camera.mLookAt, camera.mUp);
             model.nodes[static_cast<size_t>(node)].camera = static_cast<int>(model.cameras.size());
-            model.cameras.push_back({2 * std::atan(std::tan(half) / aspect)});
+            model.cameras.push_back({2 * std::atan(std::tan(std::min(across, 3.1) / 2) / aspect)});
         }
         for (unsigned i = 0; i < source.mNumLights; ++i)
             ReadLight(*source.mLights[i]);
@@ -350,7 +379,7 @@ private:
         model.lights.push_back(made);
     }
 
-    /// A node that looks along `along`, below the one of this name.
+    /// A node that looks along `along`: the one of this name, or one below it.
     int AddView(const std::string& name, const aiVector3D& at, aiVector3D along, aiVector3D up)
     {
         if (along.SquareLength() < 1e-12f)
@@ -365,6 +394,11 @@ private:
         const ModelMatrix matrix = {side.x,   side.y,   side.z,   0, up.x, up.y, up.z, 0,
                                     -along.x, -along.y, -along.z, 0, at.x, at.y, at.z, 1};
         const auto parent = named.find(name);
+        if (parent != named.end() && matrix == kModelIdentity) {
+            const ModelNode& node = model.nodes[static_cast<size_t>(parent->second)];
+            if (node.camera < 0 && node.light < 0)
+                return parent->second;
+        }
         return AddNode(name, parent != named.end() ? parent->second : -1, matrix);
     }
 

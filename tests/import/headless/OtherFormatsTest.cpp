@@ -78,6 +78,32 @@ TEST_F(OtherFormatsTest, ObjWithMaterialAndPicture)
     EXPECT_THAT(text, HasSubstr("*MESH_TVERT\t0\t0\t0\t0\n"));
 }
 
+TEST_F(OtherFormatsTest, LargeMeshesAreCut)
+{
+    constexpr int kFaces = 23400; // 70,200 vertices
+    std::string text = "o Field\n";
+    for (int i = 0; i < kFaces; ++i) {
+        const std::string x = "v " + std::to_string(i), first = std::to_string(3 * i + 1);
+        text += x + " 0 0\n" + x + " 1 0\n" + x + " 0 1\nf " + first + " " +
+                std::to_string(3 * i + 2) + " " + std::to_string(3 * i + 3) + "\n";
+    }
+    directory.Write("field.obj", text);
+    const std::string scene = Import("field.obj");
+    int found = 0, pieces = 0;
+    for (size_t at = scene.find("*MESH_NUM"); at != std::string::npos;
+         at = scene.find("*MESH_NUM", at + 1)) {
+        const int count = std::stoi(scene.substr(scene.find('\t', at)));
+        EXPECT_LT(count, 65535);
+        if (scene.compare(at, 14, "*MESH_NUMFACES") == 0) {
+            found += count;
+            ++pieces;
+        }
+    }
+    EXPECT_EQ(found, kFaces);
+    EXPECT_EQ(pieces, 2);
+    EXPECT_THAT(notices.Lines(), ElementsAre("mesh 'Field' was cut into 2 pieces (1)"));
+}
+
 TEST_F(OtherFormatsTest, PlyWithZUp)
 {
     directory.Write("triangle.ply", kTriangle);

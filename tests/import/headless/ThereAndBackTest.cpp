@@ -166,7 +166,7 @@ TEST_F(ThereAndBackTest, ALargeMeshComesBackWhole)
                                          static_cast<float>(y) * 0.41f});
             uvs.insert(uvs.end(), {static_cast<float>(x) / kSide, static_cast<float>(y) / kSide});
             const uint32_t at = y * kSide + x;
-            if (x > 0 && y > 0)
+            if (x > 0 && y % 2 == 1) // strips, so that all vertices are used and half the faces
                 corners.insert(corners.end(), {at - kSide - 1, at, at - kSide, //
                                                at, at - kSide - 1, at - 1});
         }
