@@ -66,8 +66,10 @@ int ExportMaterials::MaterialOf(const KRE_MaterialInfo& material, const KRE_Text
 {
     json made = PlainMaterial(material);
     made["extras"]["qsb"] = MaterialExtras(material, texture);
-    if (withPictures)
+    if (withPictures) {
         AddPicture(made, material, texture);
+        AddOtherPictures(made, texture);
+    }
     const std::string key =
         "materials " + made.dump(-1, ' ', false, json::error_handler_t::replace);
     const auto found = shared.find(key);
@@ -94,6 +96,22 @@ void ExportMaterials::AddPicture(json& made, const KRE_MaterialInfo& material,
         else if (texture.hasAlpha && !made.contains("alphaMode"))
             made["alphaMode"] = "MASK";
         return;
+    }
+}
+
+/// Maps that glTF has no place for: their pictures, for whoever reads the extras.
+void ExportMaterials::AddOtherPictures(json& made, const KRE_Texture& texture)
+{
+    json& extras = made["extras"]["qsb"];
+    if (!extras.contains("maps"))
+        return;
+    for (json& map : extras["maps"]) {
+        const int slot = map["slot"];
+        if (texture.slots[slot].type == StageDiffuse)
+            continue;
+        const int image = pictures.ImageOf(texture, slot);
+        if (image >= 0)
+            map["image"] = image;
     }
 }
 

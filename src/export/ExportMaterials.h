@@ -23,6 +23,7 @@ public:
                    const std::string& name, bool withPictures);
 
 private:
+    void AddOtherPictures(nlohmann::json& made, const KRE_Texture& texture);
     void AddPicture(nlohmann::json& made, const KRE_MaterialInfo& material,
                     const KRE_Texture& texture);
     nlohmann::json TextureOf(int image, const KRE_MaterialInfo& material,

@@ -19,7 +19,10 @@ private:
     void ReadMaterials();
     void ReadMap(const nlohmann::json& material, ModelMaterial& made);
     void ReadTextureTransform(const nlohmann::json& info, ModelMap& map);
+
+    // ReadGltfExtras.cpp
     void ReadMaterialExtras(const nlohmann::json& material, ModelMaterial& made);
+    void ReadExtraMaps(const nlohmann::json& extras, ModelMaterial& made);
 
     // ReadGltfMeshes.cpp
     void ReadMeshes();

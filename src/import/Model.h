@@ -32,6 +32,35 @@ struct ModelMap {
     int set = 0; ///< of texture coordinates
 };
 
+/// A key of what only files of our own have: tracks of colours, or of numbers, which use the first part.
+/// Speeds are changes from this key to the next one, or from the one before.
+struct ModelExtraKey {
+    double seconds;
+    ModelVector value;
+    ModelVector arriving;
+    ModelVector leaving;
+};
+
+struct ModelExtraTrack {
+    bool isBezier = false;
+    std::vector<ModelExtraKey> keys;
+};
+
+/// How a picture lies and moves, in the scene format's own terms.
+struct ModelMapMoves {
+    enum Part { kOffsetU, kOffsetV, kTileU, kTileV, kAngle, kParts };
+    std::array<double, kParts> constants = {0, 0, 1, 1, 0};
+    std::array<ModelExtraTrack, kParts> tracks;
+};
+
+/// A map that other formats have no place for.
+struct ModelExtraMap {
+    bool isBump = false; ///< otherwise a reflection
+    int image = -1;
+    double amount = 1;
+    ModelMapMoves moves;
+};
+
 enum class ModelAlpha { kOpaque, kCutOut, kBlend };
 
 struct ModelMaterial {
@@ -46,6 +75,10 @@ struct ModelMaterial {
     ModelAlpha alpha = ModelAlpha::kOpaque;
     bool twoSided = false;
     ModelMap map;
+    std::optional<ModelMapMoves> moves; ///< of the colour map, if they have keys
+    std::vector<ModelExtraMap> maps;
+    enum Track { kDiffuse, kAmbient, kSpecular, kSelfIllum, kOpacity, kTracks };
+    std::array<ModelExtraTrack, kTracks> tracks; ///< opacities, not transparencies
     std::string effect; ///< with its values, as a material's name states them; or empty
     int transparencyType = 0;
 };

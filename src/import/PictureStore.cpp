@@ -49,6 +49,10 @@ std::vector<std::string> PictureStore::Keep(const Model& model)
     // alpha must go.
     std::vector<bool> dropsAlpha(model.images.size(), true);
     for (const ModelMaterial& material : model.materials) {
+        for (const ModelExtraMap& map : material.maps) {
+            isUsed[static_cast<size_t>(map.image)] = true;
+            dropsAlpha[static_cast<size_t>(map.image)] = false;
+        }
         if (material.map.image < 0)
             continue;
         isUsed[static_cast<size_t>(material.map.image)] = true;

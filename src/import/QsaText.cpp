@@ -1,7 +1,9 @@
 #include "import/QsaText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 void QsaText::Indent()
 {
@@ -34,7 +36,9 @@ QsaText& QsaText::Line(const char* keyword)
 
 QsaText& QsaText::Add(double value)
 {
-    const float rounded = std::isfinite(value) ? static_cast<float>(value) : 0.0f;
+    constexpr double kMost = std::numeric_limits<float>::max();
+    const float rounded =
+        std::isfinite(value) ? static_cast<float>(std::clamp(value, -kMost, kMost)) : 0.0f;
     return AddExact(rounded == 0 ? 0.0f : rounded);
 }
 

@@ -23,7 +23,14 @@ private:
     void WriteMaterials();
     void WriteMaterial(const std::string& head, int material);
     void WriteColors(const ModelMaterial& material);
-    void WriteMap(const ModelMap& map);
+    bool HasPicture(int image) const;
+    void WriteMap(const char* head, const ModelMap& map, ModelMapMoves moves, double amount);
+    void WriteMapTracks(const ModelMapMoves& moves);
+    void WriteMaterialTracks(const ModelMaterial& material);
+    void WriteExtraKeys(const char* keyword, const ModelExtraTrack& track, size_t parts,
+                        bool withTangents);
+    static ModelMapMoves MovesOf(const ModelMap& map);
+    static void Unmirror(ModelMapMoves& moves, size_t offset, size_t tile);
 
     // WriteQsaNodes.cpp
     void WriteNode(const QsaNode& node);

@@ -20,30 +20,9 @@ const json& MemberOf(const json& owner, const char* key)
     return found != owner.end() && found->is_object() ? *found : kNone;
 }
 
-std::optional<ModelVector> ExtraColor(const json& extras, const char* key)
-{
-    const auto found = extras.find(key);
-    if (found == extras.end() || !found->is_array() || found->size() != 3)
-        return {};
-    ModelVector color;
-    for (size_t i = 0; i < 3; ++i) {
-        if (!(*found)[i].is_number())
-            return {};
-        color[i] = (*found)[i].get<double>();
-    }
-    return color;
-}
-
 ModelVector ScreenColor(const std::vector<double>& linear)
 {
     return {ScreenFromLinear(linear[0]), ScreenFromLinear(linear[1]), ScreenFromLinear(linear[2])};
-}
-
-bool IsNear(const ModelVector& a, const ModelVector& b)
-{
-    constexpr double kTolerance = 2e-3;
-    return std::fabs(a[0] - b[0]) < kTolerance && std::fabs(a[1] - b[1]) < kTolerance &&
-           std::fabs(a[2] - b[2]) < kTolerance;
 }
 
 } // namespace
@@ -139,22 +118,4 @@ void GltfReader::ReadTextureTransform(const json& info, ModelMap& map)
         map.set = GltfFile::Small(transform, "texCoord", 0);
     if (map.angle != 0 && map.scale[0] != map.scale[1])
         notices.Add("turned pictures are not stretched before the turn");
-}
-
-/// A file of our own says what the colours were. It counts as long as nobody has changed the colour.
-void GltfReader::ReadMaterialExtras(const json& material, ModelMaterial& made)
-{
-    const json& extras = MemberOf(MemberOf(material, "extras"), "qsb");
-    const std::optional<ModelVector> diffuse = ExtraColor(extras, "diffuse");
-    if (!diffuse || !IsNear(*diffuse, made.diffuse))
-        return;
-    made.diffuse = *diffuse;
-    made.ambient = ExtraColor(extras, "ambient").value_or(made.ambient);
-    made.specular = ExtraColor(extras, "specular").value_or(made.specular);
-    made.emissive = ExtraColor(extras, "emissive").value_or(made.emissive);
-    if (extras.contains("power"))
-        made.power = GltfFile::Number(extras, "power", 0);
-    if (extras.contains("transparencyType"))
-        made.transparencyType = GltfFile::Small(extras, "transparencyType", 0);
-    made.effect = GltfFile::Text(extras, "effect");
 }

@@ -98,6 +98,13 @@ TEST_F(ImportModelTest, AxesAndUnitsCanBeChosen)
     EXPECT_THAT(text, HasSubstr("*MESH_VERTEX\t0\t-100\t"));
 }
 
+TEST_F(ImportModelTest, NumbersBeyondThoseOfASceneAreItsLargest)
+{
+    const std::string text = Import(BoxFile({{"translation", {1e300, 2, -1e39}}}));
+    EXPECT_THAT(text, HasSubstr("*TM_POS\t3.4028235e+38\t3.4028235e+38\t2\n"));
+    EXPECT_THAT(text, Not(HasSubstr("inf")));
+}
+
 TEST_F(ImportModelTest, SmoothingGroupsAreThoseOfTheNormals)
 {
     // Six flat sides: eight vertices are shared, and no two sides that meet have one group.

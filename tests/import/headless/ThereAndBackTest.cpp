@@ -118,6 +118,42 @@ void ExpectSameMotion(const GltfDocument& before, const GltfDocument& after, dou
     }
 }
 
+/// Numbers are near each other, everything else is equal.
+bool IsNear(const json& a, const json& b)
+{
+    if (a.is_number() && b.is_number())
+        return std::fabs(a.get<double>() - b.get<double>()) <=
+               1e-4 * std::max(1.0, std::fabs(a.get<double>()));
+    if (a.type() != b.type() || a.size() != b.size())
+        return false;
+    if (!a.is_structured())
+        return a == b;
+    for (auto one = a.begin(), other = b.begin(); one != a.end(); ++one, ++other) {
+        if ((a.is_object() && one.key() != other.key()) || !IsNear(*one, *other))
+            return false;
+    }
+    return true;
+}
+
+/// What the scene format alone has of each material, without the numbers and names of pictures.
+std::vector<json> MaterialsOf(const GltfDocument& document)
+{
+    std::vector<json> all;
+    for (const json& material : document.json["materials"]) {
+        json extras = material["extras"]["qsb"];
+        extras.erase("effect");   // its file is not carried
+        extras.erase("sequence"); // of a list of frames the first one is
+        if (extras.contains("maps")) {
+            for (json& map : extras["maps"]) {
+                map.erase("file");
+                map["image"] = map.contains("image");
+            }
+        }
+        all.push_back(extras);
+    }
+    return all;
+}
+
 std::vector<float> TurnKeys(int count, float step, const float (&axis)[3])
 {
     std::vector<float> values;
@@ -287,4 +323,23 @@ TEST_F(ThereAndBackTest, TheHarbourComesBack)
     const json& scene = back.json["scenes"][0]["extras"]["qsb"];
     EXPECT_EQ(scene["backgroundPicture"], "harbour-sky.png");
     EXPECT_EQ(scene["fog"], GltfDocument("harbour.glb").json["scenes"][0]["extras"]["qsb"]["fog"]);
+}
+
+TEST_F(ThereAndBackTest, MapsAndTracksOfMaterialsComeBack)
+{
+    for (const std::string name : {"materials", "keywords"}) {
+        ASSERT_EQ(RunProgramFile(BuildPath("qsbexport"),
+                                 {SourcePath("examples/" + name + ".qsa"), "-o", name + ".glb"})
+                      .status,
+                  0);
+        const std::vector<json> expected = MaterialsOf(GltfDocument(name + ".glb"));
+        const std::vector<json> found = MaterialsOf(ReturnFile(name + ".glb"));
+        ASSERT_GT(expected.size(), 3u);
+        for (const json& material : expected) {
+            const auto same = std::find_if(found.begin(), found.end(), [&](const json& other) {
+                return IsNear(material, other);
+            });
+            EXPECT_NE(same, found.end()) << name << ": " << material.dump();
+        }
+    }
 }
