@@ -131,20 +131,21 @@ TEST_F(FxLackTest, AnUnmodelledTypeDisablesTheTechniquesThatUseIt)
         {"a block of states", "stateblock x = stateblock_state { ZEnable = FALSE; };"},
         {"half a shader", "vertexfragment x = compile_fragment vs_1_1 f();"},
         {"half a shader of assembler", "pixelfragment x = asm_fragment { ps.1.1 ; }\n };"},
-        {"an array of arrays", "float x[2][3] = { {1, 2, 3}, {4, 5, 6} };"},
+        {"an array of arrays", "MATRIX x[2][3] = { {1, 2, 3}, {4, 5, 6} };"},
         {"the same with all around it",
-         "shared float x[2][2] : NAME < string a = \"b;\"; > = { 1, 2, 3, 4 };"},
+         "shared VECTOR x[2][2] : NAME < string a = \"b;\"; > = { 1, 2, 3, 4 };"},
         {"a capital type", "VECTOR x = { 1, 2, 3, 4 };"},
-        {"a named array", "typedef float three[3]; three x = { 1, 2, 3 };"},
+        {"a named array", "typedef VECTOR three[3]; three x = { 1, 2, 3 };"},
         {"another name of it", "typedef stateblock block; block x;"},
-        {"a struct in a struct", "struct s { struct i { int a; } b; } x;"},
-        {"a struct without a name in a struct", "struct s { struct { int a; } b; float c; }; s x;"},
-        {"a struct's inner type", "struct s { struct i { struct j { int a; } b; } c; }; j x;"},
-        {"an array of arrays in a struct", "struct s { float a[2][2]; }; s x;"},
+        {"a struct in a struct", "struct s { struct i { VECTOR a; } b; } x;"},
+        {"a struct without a name in a struct",
+         "struct s { struct { VECTOR a; } b; float c; }; s x;"},
+        {"a struct's inner type", "struct s { struct i { struct j { VECTOR a; } b; } c; }; j x;"},
+        {"an array of arrays in a struct", "struct s { VECTOR a[2][2]; }; s x;"},
         {"a struct of a struct of it", "struct s { MATRIX a; }; struct t { s b; }; t x;"},
         {"a struct with textures and values",
          "struct s { texture a; float b; }; s x = { NULL, 1 };"},
-        {"a value of such a thing", "float y[2][2]; float x = y[0][1];"},
+        {"a value of such a thing", "VECTOR y[2]; float x = y[0].y;"},
     };
     for (const auto& c : cases) {
         ExpectLack(c.what, Text(c.declaration, "FogStart = x;"));
@@ -172,7 +173,7 @@ TEST_F(FxLackTest, ManyParametersOfOneDeclarationAreReadQuickly)
 TEST_F(FxLackTest, AnAnnotationOfAnUnmodelledTypeIsLeftOut)
 {
     const Com<ID3DXEffect> effect =
-        Make("float x < int a[2][2] = { 1, 2, 3, 4 }; int b = 5; > = 1;");
+        Make("float x < VECTOR a[2][2] = { 1, 2, 3, 4 }; int b = 5; > = 1;");
     ASSERT_TRUE(effect);
     EXPECT_EQ(effect->GetAnnotationByName("x", "a"), nullptr);
     EXPECT_EQ(IntOf(effect.Get(), effect->GetAnnotationByName("x", "b")), 5);

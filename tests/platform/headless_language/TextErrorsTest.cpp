@@ -329,6 +329,57 @@ TEST(HlErrors, WhatIsNeverReadIsTold)
         EXPECT_EQ(CompileText(c.text, "ps_2_0").messages, c.messages) << c.text;
 }
 
+TEST(HlErrors, WhatIsTooDeepOrTooLargeIsTold)
+{
+    const auto many = [](int count, std::string_view text) {
+        std::string all;
+        for (int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    const auto inMain = [](const std::string& body) {
+        return "float4 c; float4 main() : COLOR { float x = c.x; " + body + " return x; }";
+    };
+    std::string calls = "float f0(float a) { return a; }";
+    for (int i = 1; i < 700; ++i)
+        calls += "float f" + std::to_string(i) + "(float a) { return f" + std::to_string(i - 1) +
+                 "(a); }";
+    const struct {
+        std::string text;
+        const char* message;
+    } kRows[] = {
+        {inMain("x = " + many(100, "(") + "x" + many(100, ")") + ";"),
+         "the brackets are nested too deep"},
+        {inMain("x = " + many(100, "- ") + "x;"), "the signs are nested too deep"},
+        {inMain("x = " + many(100, "(float)") + "x;"), "the casts are nested too deep"},
+        {inMain("float y[2] = " + many(100, "{") + "1, 2" + many(100, "}") + ";"),
+         "the lists are nested too deep"},
+        {inMain("x = x" + many(300, " + x") + ";"), "the expression is nested too deep"},
+        {inMain(many(100, "{") + many(100, "}")), "the statements are nested too deep"},
+        {inMain("float y; " + many(6, "while (x < 3) { ") + "x += 1;" + many(6, "}")),
+         "the loops are nested too deep"},
+        {calls + inMain("x = f699(x);"), "the calls are nested too deep"},
+        {inMain("float y[65537];"), "the array is too large"},
+        {inMain(many(100000, "x + x; ")), "the functions are too long"},
+        {"float f(float a) { return a; } float f(int2 a) { return 1; }"
+         "float f(int a, float b = 1) { return 1; }" +
+             inMain("bool y = true; x = f(y);"),
+         "several functions 'f' fit equally"},
+    };
+    for (const auto& c : kRows)
+        EXPECT_THAT(CompileText(c.text, "ps_3_0").messages, HasSubstr(c.message))
+            << c.text.substr(0, 200);
+}
+
+TEST(HlErrors, ACallHasALimitOfValues)
+{
+    std::string text = "float4 main() : COLOR {\n  return f(0";
+    for (int i = 0; i < 300; ++i)
+        text += ",1";
+    EXPECT_TRUE(CompileText(text + "); }", "ps_2_0")
+                    .messages.starts_with("2,524 X4000: there are too many values\n"));
+}
+
 TEST(HlErrors, CodeThatDoesNotFitIsMadeForTheNextVersion)
 {
     const auto text = [](int steps) {

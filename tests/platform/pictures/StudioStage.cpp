@@ -76,7 +76,8 @@ std::vector<StudioVertex> ShapeOf(const std::string& name)
     };
     if (name == "palette_skin")
         return Tessellate(ColumnPoint, 16);
-    const bool isSheet = std::find(sheets.begin(), sheets.end(), name) != sheets.end();
+    const bool isSheet =
+        name.starts_with("chart_") || std::find(sheets.begin(), sheets.end(), name) != sheets.end();
     return Tessellate(isSheet ? Surface(SheetPoint) : Surface(BallPoint), 16);
 }
 
@@ -228,14 +229,45 @@ void DrawPasses(PictureStage& stage, ID3DXEffect& effect, const std::vector<Stud
 
 const std::vector<std::string>& StudioEffects()
 {
-    static const std::vector<std::string> names = {
-        "bloom_blur",   "bloom_bright",   "bricks",      "brushed_metal", "colour_grade",
-        "detail_map",   "displaced",      "dissolve",    "edges",         "escape_time",
-        "flow_map",     "fresnel_mirror", "fur_shells",  "gradient_sky",  "height_fog",
-        "hemisphere",   "lattice",        "many_lights", "normal_map",    "old_photograph",
-        "palette_skin", "parallax",       "phong",       "rim_glow",      "shadow_lookup",
-        "spot_light",   "terrain_splat",  "toon_ramp",   "two_sided",     "vertex_wave",
-        "water"};
+    static const std::vector<std::string> names = {"bloom_blur",
+                                                   "bloom_bright",
+                                                   "bricks",
+                                                   "brushed_metal",
+                                                   "chart_functions_a",
+                                                   "chart_functions_b",
+                                                   "chart_functions_c",
+                                                   "chart_functions_d",
+                                                   "chart_functions_e",
+                                                   "chart_operators_a",
+                                                   "chart_operators_b",
+                                                   "chart_operators_c",
+                                                   "colour_grade",
+                                                   "detail_map",
+                                                   "displaced",
+                                                   "dissolve",
+                                                   "edges",
+                                                   "escape_time",
+                                                   "flow_map",
+                                                   "fresnel_mirror",
+                                                   "fur_shells",
+                                                   "gradient_sky",
+                                                   "height_fog",
+                                                   "hemisphere",
+                                                   "lattice",
+                                                   "many_lights",
+                                                   "normal_map",
+                                                   "old_photograph",
+                                                   "palette_skin",
+                                                   "parallax",
+                                                   "phong",
+                                                   "rim_glow",
+                                                   "shadow_lookup",
+                                                   "spot_light",
+                                                   "terrain_splat",
+                                                   "toon_ramp",
+                                                   "two_sided",
+                                                   "vertex_wave",
+                                                   "water"};
     return names;
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/headless/d3dx/effect/FxCompiledReader.h"
 #include "platform/headless/d3dx/effect/FxCompiledStates.h"
+#include "platform/headless/d3dx/effect/FxComputation.h"
 #include "platform/headless/d3dx/effect/FxDeviceForm.h"
 #include "platform/headless/d3dx/effect/FxPassStates.h"
 #include "platform/headless/d3dx/effect/FxShader.h"
@@ -282,10 +283,14 @@ bool FxCompiledWriter::Pass(const FxPass& pass, uint32_t technique, uint32_t num
 
 bool FxCompiledWriter::IsConstant(const FxExpression& value) const
 {
-    const auto& steps = value.Steps();
-    return std::none_of(steps.begin(), steps.end(), [this](const FxStep& step) {
-        return step.parameter && visible.Has(*step.parameter);
-    });
+    const auto isSeen = [&](const FxParameter* read) { return read && visible.Has(*read); };
+    const auto changes = [&](const FxStep& step) {
+        if (!step.function)
+            return isSeen(step.parameter);
+        const auto& read = step.function->Parameters();
+        return std::any_of(read.begin(), read.end(), isSeen);
+    };
+    return std::none_of(value.Steps().begin(), value.Steps().end(), changes);
 }
 
 /// Constants have their value here; for everything else a resource brings it.
@@ -375,7 +380,7 @@ bool FxCompiledWriter::NumberResource(const FxAssignment& assignment, uint32_t& 
 {
     const FxShape shape = FxDeviceShape(assignment);
     const FxStep& first = assignment.value.Steps()[0];
-    const bool isAlone = assignment.value.Steps().size() == 1;
+    const bool isAlone = assignment.value.Steps().size() == 1 && first.parameter;
     if (isAlone && first.shape.type == shape.type && first.shape.HasSameForm(shape)) {
         bytesOut = names.at(first.parameter) + '\0';
         return true;

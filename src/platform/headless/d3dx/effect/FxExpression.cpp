@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/headless/d3dx/effect/FxComputation.h"
 #include "platform/headless/d3dx/effect/FxParameter.h"
 #include "platform/headless/d3dx/effect/FxProgram.h"
 
@@ -176,6 +177,7 @@ size_t Takes(const FxStep& step)
     case FxOperation::Choose:
         return 3;
     case FxOperation::Construct:
+    case FxOperation::Function:
         return step.count;
     case FxOperation::Call:
         return step.intrinsic->arguments;
@@ -225,6 +227,9 @@ void Run(const FxStep& step, const FxNumber* taken, FxNumber& resultOut)
     case FxOperation::Call:
         step.intrinsic->run(*step.intrinsic, {taken, step.intrinsic->arguments}, resultOut);
         break;
+    case FxOperation::Function:
+        step.function->Run({taken, step.count}, resultOut);
+        break;
     default:
         Binary(step, taken[0], taken[1], resultOut);
         break;
@@ -248,16 +253,27 @@ void FxExpression::AddProgram(std::shared_ptr<FxProgram> compiled, const FxShape
     steps.push_back(FxStepOf(FxOperation::Program, shape));
 }
 
+void FxExpression::AddFunction(std::shared_ptr<const FxComputation> function, size_t arguments)
+{
+    FxStep step = FxStepOf(FxOperation::Function, function->Shape());
+    step.count = static_cast<uint32_t>(arguments);
+    step.function = function.get();
+    functions.push_back(std::move(function));
+    steps.push_back(step);
+}
+
 bool FxExpression::IsConstant() const
 {
-    return !program && std::none_of(steps.begin(), steps.end(),
-                                    [](const FxStep& step) { return step.parameter != nullptr; });
+    return !program && std::none_of(steps.begin(), steps.end(), [](const FxStep& step) {
+        return step.parameter || (step.function && !step.function->Parameters().empty());
+    });
 }
 
 void FxExpression::Clear()
 {
     steps.clear();
     literals.clear();
+    functions.clear();
     program.reset();
 }
 
@@ -269,6 +285,7 @@ void FxExpression::Append(const FxExpression& other)
         steps.push_back(step);
     }
     literals.insert(literals.end(), other.literals.begin(), other.literals.end());
+    functions.insert(functions.end(), other.functions.begin(), other.functions.end());
 }
 
 FxNumber FxExpression::Evaluate(std::vector<FxNumber>& scratch) const
@@ -294,9 +311,15 @@ bool FxExpression::Reads(const FxParameter& parameter) const
 {
     if (program && program->inputs.Reads(parameter))
         return true;
-    return std::any_of(steps.begin(), steps.end(), [&](const FxStep& step) {
-        return step.parameter && step.parameter->storage == parameter.storage;
-    });
+    const auto isIt = [&](const FxParameter* read) {
+        return read && read->storage == parameter.storage;
+    };
+    return std::any_of(steps.begin(), steps.end(),
+                       [&](const FxStep& step) { return isIt(step.parameter); }) ||
+           std::any_of(functions.begin(), functions.end(), [&](const auto& function) {
+               const auto& read = function->Parameters();
+               return std::any_of(read.begin(), read.end(), isIt);
+           });
 }
 
 uint64_t FxExpression::Newest() const
@@ -305,6 +328,9 @@ uint64_t FxExpression::Newest() const
     for (const FxStep& step : steps)
         if (step.parameter)
             newest = std::max(newest, step.parameter->storage->changed);
+    for (const auto& function : functions)
+        for (const FxParameter* parameter : function->Parameters())
+            newest = std::max(newest, parameter->storage->changed);
     return newest;
 }
 

@@ -10,6 +10,7 @@
 namespace headless::fx {
 
 struct FxParameter;
+class FxComputation;
 class FxProgram;
 
 enum class FxOperation : uint8_t {
@@ -43,7 +44,8 @@ enum class FxOperation : uint8_t {
     Components, ///< the cells selected by `components`
     Row,        ///< of a vector or matrix; the index is on the stack
     Call,
-    Program, ///< a computation in compiled form
+    Function, ///< of the effect's text, with `count` values
+    Program,  ///< a computation in compiled form
 };
 
 /// One step of an expression in postfix order.
@@ -52,8 +54,9 @@ struct FxStep {
     FxShape shape;      ///< of the result
     uint32_t count = 0; ///< literal number, or number of values
     std::array<uint8_t, 4> components = {};
-    const FxParameter* parameter = nullptr; ///< not owned, lives in the effect
-    const FxIntrinsic* intrinsic = nullptr; ///< not owned, lives in its table
+    const FxParameter* parameter = nullptr;  ///< not owned, lives in the effect
+    const FxIntrinsic* intrinsic = nullptr;  ///< not owned, lives in its table
+    const FxComputation* function = nullptr; ///< not owned, lives in the expression
 };
 
 inline FxStep FxStepOf(FxOperation operation, const FxShape& shape)
@@ -72,6 +75,9 @@ public:
     bool IsEmpty() const { return steps.empty(); }
     /// A computation in compiled form, which gives a value of the shape.
     void AddProgram(std::shared_ptr<FxProgram> compiled, const FxShape& shape);
+
+    /// A function of the effect's text with the `arguments` last values.
+    void AddFunction(std::shared_ptr<const FxComputation> function, size_t arguments);
 
     void Add(const FxStep& step) { steps.push_back(step); }
     void AddLiteral(const FxNumber& number);
@@ -97,6 +103,7 @@ public:
 private:
     std::vector<FxStep> steps;
     std::vector<FxNumber> literals;
+    std::vector<std::shared_ptr<const FxComputation>> functions;
     std::shared_ptr<FxProgram> program; ///< null if no step runs it
 };
 

@@ -4,7 +4,6 @@
 
 namespace headless::fx {
 
-// Kept whole: one loop over the parts of a path, whose order matters.
 bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpression& indexOut)
 {
     const FxToken name = words.Peek();
@@ -15,23 +14,8 @@ bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpre
     parameterOut = known->second;
     for (;;) {
         if (parameterOut->IsArray() && indexOut.IsEmpty() && words.Is("[")) {
-            const FxPlace place = words.Next().place;
-            ++brackets;
-            const bool isRead = Choice(indexOut);
-            --brackets;
-            if (!isRead || !words.Expect("]"))
+            if (!ReadElement(name, parameterOut, indexOut))
                 return false;
-            if (!indexOut.Shape().IsScalar())
-                return words.FailAt(place, FxError::BadIndex, "an index is one number");
-            if (indexOut.IsConstant()) {
-                const int32_t index = indexOut.Evaluate(scratch).Int(0);
-                if (index < 0 || static_cast<UINT>(index) >= parameterOut->elements)
-                    return words.FailAt(place, FxError::BadIndex,
-                                        "the index " + std::to_string(index) + " is outside of " +
-                                            FxDescribe(name));
-                parameterOut = parameterOut->parts[static_cast<size_t>(index)].get();
-                indexOut.Clear();
-            }
         } else if (!parameterOut->IsArray() && parameterOut->kind == D3DXPC_STRUCT &&
                    words.Is(".")) {
             words.Next();
@@ -44,6 +28,82 @@ bool FxExpressionReader::ReadParameter(const FxParameter*& parameterOut, FxExpre
             return true;
         }
     }
+}
+
+/// One index for each dimension. The elements of all of them lie one after the other.
+bool FxExpressionReader::ReadElement(const FxToken& name, const FxParameter*& parameterInOut,
+                                     FxExpression& indexOut)
+{
+    std::vector<UINT> lengths = parameterInOut->dimensions;
+    if (lengths.empty())
+        lengths.push_back(parameterInOut->elements);
+    for (size_t i = 0; i < lengths.size(); ++i) {
+        if (i > 0 && !words.Is("["))
+            return words.Fail(FxError::BadIndex, FxDescribe(name) + " needs " +
+                                                     std::to_string(lengths.size()) + " indices");
+        FxExpression index;
+        if (!ReadIndex(name, lengths[i], index))
+            return false;
+        if (lengths.size() > 1 && !index.IsConstant())
+            AddClamp(lengths[i], index);
+        if (i == 0) {
+            indexOut = std::move(index);
+            continue;
+        }
+        FxNumber length;
+        length.shape.type = D3DXPT_INT;
+        length.SetInt(0, static_cast<int32_t>(lengths[i]));
+        indexOut.AddLiteral(length);
+        indexOut.Add(FxStepOf(FxOperation::Multiply, {D3DXPT_FLOAT, 1, 1}));
+        indexOut.Append(index);
+        indexOut.Add(FxStepOf(FxOperation::Add, {D3DXPT_FLOAT, 1, 1}));
+    }
+    if (!indexOut.IsConstant())
+        return true;
+    const auto place = static_cast<size_t>(indexOut.Evaluate(scratch).Int(0));
+    parameterInOut = parameterInOut->parts[place].get();
+    indexOut.Clear();
+    return true;
+}
+
+/// A known index lies in its dimension.
+bool FxExpressionReader::ReadIndex(const FxToken& name, UINT length, FxExpression& indexOut)
+{
+    const FxPlace place = words.Next().place;
+    ++brackets;
+    const bool isRead = Choice(indexOut);
+    --brackets;
+    if (!isRead || !words.Expect("]"))
+        return false;
+    if (!indexOut.Shape().IsScalar())
+        return words.FailAt(place, FxError::BadIndex, "an index is one number");
+    if (!indexOut.IsConstant())
+        return true;
+    const int32_t index = indexOut.Evaluate(scratch).Int(0);
+    FxNumber whole;
+    whole.shape.type = D3DXPT_INT;
+    whole.SetInt(0, index);
+    indexOut.Clear();
+    indexOut.AddLiteral(whole);
+    return (index >= 0 && static_cast<UINT>(index) < length) ||
+           words.FailAt(place, FxError::BadIndex,
+                        "the index " + std::to_string(index) + " is outside of " +
+                            FxDescribe(name));
+}
+
+/// An index that changes stays in its dimension, as it would otherwise reach into the next row.
+void FxExpressionReader::AddClamp(UINT length, FxExpression& indexInOut)
+{
+    FxAddConversion(indexInOut, {D3DXPT_INT, 1, 1});
+    for (const UINT bound : {0u, length - 1}) {
+        FxNumber number;
+        number.shape.type = D3DXPT_INT;
+        number.SetInt(0, static_cast<int32_t>(bound));
+        indexInOut.AddLiteral(number);
+    }
+    FxStep clamp = FxStepOf(FxOperation::Call, {D3DXPT_FLOAT, 1, 1});
+    clamp.intrinsic = FxFindIntrinsic("clamp");
+    indexInOut.Add(clamp);
 }
 
 bool FxExpressionReader::LoadParameter(FxExpression& out)

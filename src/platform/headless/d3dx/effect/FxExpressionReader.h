@@ -1,5 +1,11 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platform/headless/d3dx/effect/FxComputation.h"
 #include "platform/headless/d3dx/effect/FxParameter.h"
 #include "platform/headless/d3dx/effect/FxTypes.h"
 #include "platform/headless/d3dx/effect/FxWords.h"
@@ -16,6 +22,16 @@ public:
     void SetStateWords(const FxStateWords* table) { stateWords = table; }
     /// In angle brackets parameters take precedence over value names, and `>` ends the expression.
     void SetInAngles(bool value) { inAngles = value; }
+
+    struct Argument {
+        FxShape shape;
+        FxPlace place;
+    };
+    /// Compiles a call of a function of the text. Null after an error.
+    using Caller = std::function<std::shared_ptr<const FxComputation>(
+        const FxToken& function, const std::vector<Argument>& arguments)>;
+    /// Without one the text's functions are unknown.
+    void SetCaller(Caller value) { caller = std::move(value); }
 
     bool Read(FxExpression& expressionOut);
     /// A list in braces of as many numbers as `target` has, row by row.
@@ -40,8 +56,13 @@ private:
     bool Cast(FxExpression& out);
     bool Construct(const FxType& type, FxExpression& out);
     bool Call(const FxIntrinsic& intrinsic, FxExpression& out);
-    bool Arguments(FxExpression& out, std::vector<FxShape>& shapesOut);
+    bool CallOwn(FxExpression& out);
+    bool Arguments(FxExpression& out, std::vector<Argument>& argumentsOut);
     bool LoadParameter(FxExpression& out);
+    bool ReadElement(const FxToken& name, const FxParameter*& parameterInOut,
+                     FxExpression& indexOut);
+    bool ReadIndex(const FxToken& name, UINT length, FxExpression& indexOut);
+    static void AddClamp(UINT length, FxExpression& indexInOut);
     bool Component(FxExpression& out);
     bool MatrixComponents(std::string_view text, const FxShape& shape, FxStep& stepOut);
     bool VectorComponents(std::string_view text, const FxShape& shape, FxStep& stepOut);
@@ -56,6 +77,7 @@ private:
     bool inAngles = false;
     int brackets = 0;
     int depth = 0;
+    Caller caller;
     std::vector<FxNumber> scratch;
 };
 

@@ -63,6 +63,8 @@ bool FxExpressionReader::Name(FxExpression& out)
     if (words.Peek(1).Is("(")) {
         if (names.FindType(word.text, type))
             return Construct(type, out);
+        if (caller && names.functions.contains(word.text))
+            return CallOwn(out);
         if (const FxIntrinsic* intrinsic = FxFindIntrinsic(word.text))
             return Call(*intrinsic, out);
         return words.Fail(FxError::UnknownName,
@@ -95,17 +97,18 @@ bool FxExpressionReader::Cast(FxExpression& out)
                         "the value is too small for a " + FxDescribe(name));
 }
 
-bool FxExpressionReader::Arguments(FxExpression& out, std::vector<FxShape>& shapesOut)
+bool FxExpressionReader::Arguments(FxExpression& out, std::vector<Argument>& argumentsOut)
 {
     words.Next();
     ++brackets;
     bool isRead = true;
     if (!words.Is(")")) {
         do {
+            const FxPlace place = words.Peek().place;
             isRead =
-                shapesOut.size() < 16 || words.Fail(FxError::Limit, "there are too many values");
+                argumentsOut.size() < 16 || words.Fail(FxError::Limit, "there are too many values");
             isRead = isRead && Choice(out);
-            shapesOut.push_back(out.Shape());
+            argumentsOut.push_back({out.Shape(), place});
         } while (isRead && words.Accept(","));
     }
     --brackets;
@@ -115,24 +118,24 @@ bool FxExpressionReader::Arguments(FxExpression& out, std::vector<FxShape>& shap
 bool FxExpressionReader::Construct(const FxType& type, FxExpression& out)
 {
     const FxToken name = words.Next();
-    std::vector<FxShape> shapes;
+    std::vector<Argument> arguments;
     if (!type.IsNumeric())
         return words.FailAt(name.place, FxError::TypeMismatch,
                             "no value can become a " + FxDescribe(name));
-    if (!Arguments(out, shapes))
+    if (!Arguments(out, arguments))
         return false;
     UINT count = 0;
-    for (const FxShape& shape : shapes)
-        count += shape.Count();
+    for (const Argument& argument : arguments)
+        count += argument.shape.Count();
     const FxShape target = type.Shape();
-    if (shapes.size() == 1 && count != target.Count() && FxAddConversion(out, target))
+    if (arguments.size() == 1 && count != target.Count() && FxAddConversion(out, target))
         return true;
     if (count != target.Count())
         return words.FailAt(name.place, FxError::TypeMismatch,
                             FxDescribe(name) + " takes " + std::to_string(target.Count()) +
                                 " numbers, not " + std::to_string(count));
     FxStep step = FxStepOf(FxOperation::Construct, target);
-    step.count = static_cast<uint32_t>(shapes.size());
+    step.count = static_cast<uint32_t>(arguments.size());
     out.Add(step);
     return true;
 }
@@ -140,9 +143,12 @@ bool FxExpressionReader::Construct(const FxType& type, FxExpression& out)
 bool FxExpressionReader::Call(const FxIntrinsic& intrinsic, FxExpression& out)
 {
     const FxToken name = words.Next();
-    std::vector<FxShape> shapes;
-    if (!Arguments(out, shapes))
+    std::vector<Argument> arguments;
+    if (!Arguments(out, arguments))
         return false;
+    std::vector<FxShape> shapes;
+    for (const Argument& argument : arguments)
+        shapes.push_back(argument.shape);
     FxStep step = FxStepOf(FxOperation::Call, FxShape());
     step.intrinsic = &intrinsic;
     if (shapes.size() != intrinsic.arguments || !intrinsic.shape(shapes, step.shape))
@@ -150,6 +156,19 @@ bool FxExpressionReader::Call(const FxIntrinsic& intrinsic, FxExpression& out)
                             "the values in brackets do not fit the function " + FxDescribe(name));
     out.Add(step);
     return true;
+}
+
+/// A function of the text.
+bool FxExpressionReader::CallOwn(FxExpression& out)
+{
+    const FxToken name = words.Next();
+    std::vector<Argument> arguments;
+    if (!Arguments(out, arguments))
+        return false;
+    const std::shared_ptr<const FxComputation> function = caller(name, arguments);
+    if (function)
+        out.AddFunction(function, arguments.size());
+    return function != nullptr;
 }
 
 /// Braces inside the list only group, as in initial values of parameters.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace headless::fx {
 
@@ -188,6 +189,123 @@ void RunMul(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
     }
 }
 
+bool DeterminantShape(Shapes arguments, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_FLOAT, 1, 1};
+    return !IsVector(arguments[0]) && arguments[0].rows == arguments[0].columns;
+}
+
+/// By elimination, with the largest number of a column as its pivot.
+void RunDeterminant(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const UINT size = arguments[0].shape.rows;
+    double m[4][4] = {};
+    for (UINT i = 0; i < size * size; ++i)
+        m[i / size][i % size] = static_cast<double>(arguments[0].Float(i));
+    double product = 1.0;
+    for (UINT column = 0; column < size; ++column) {
+        UINT pivot = column;
+        for (UINT row = column + 1; row < size; ++row)
+            pivot = std::fabs(m[row][column]) > std::fabs(m[pivot][column]) ? row : pivot;
+        if (pivot != column) {
+            std::swap(m[pivot], m[column]);
+            product = -product;
+        }
+        product *= m[column][column];
+        for (UINT row = column + 1; row < size && m[column][column] != 0.0; ++row) {
+            const double share = m[row][column] / m[column][column];
+            for (UINT i = column; i < size; ++i)
+                m[row][i] -= share * m[column][i];
+        }
+    }
+    resultInOut.SetFloat(0, static_cast<float>(product));
+}
+
+void RunReflect(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const double twice = 2.0 * Dot(arguments[0], arguments[1]);
+    for (UINT i = 0; i < resultInOut.shape.Count(); ++i)
+        resultInOut.SetFloat(
+            i, static_cast<float>(static_cast<double>(arguments[0].Float(i)) -
+                                  twice * static_cast<double>(arguments[1].Float(i))));
+}
+
+bool RefractShape(Shapes arguments, FxShape& resultOut)
+{
+    return arguments[2].IsScalar() && SameVector(arguments.first(2), resultOut);
+}
+
+/// The law of Snell; 0 where nothing passes.
+void RunRefract(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const auto eta = static_cast<double>(arguments[2].Float(0));
+    const double slope = Dot(arguments[0], arguments[1]);
+    const double under = 1.0 - eta * eta * (1.0 - slope * slope);
+    const double along = under < 0.0 ? 0.0 : eta * slope + std::sqrt(under);
+    for (UINT i = 0; i < resultInOut.shape.Count(); ++i) {
+        const double bent = eta * static_cast<double>(arguments[0].Float(i)) -
+                            along * static_cast<double>(arguments[1].Float(i));
+        resultInOut.SetFloat(i, under < 0.0 ? 0.0f : static_cast<float>(bent));
+    }
+}
+
+/// Turns a normal towards the viewer.
+void RunFaceForward(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const bool isFront = Dot(arguments[1], arguments[2]) < 0.0;
+    for (UINT i = 0; i < resultInOut.shape.Count(); ++i)
+        resultInOut.SetFloat(i, isFront ? arguments[0].Float(i) : -arguments[0].Float(i));
+}
+
+bool LitShape(Shapes arguments, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_FLOAT, 1, 4};
+    return arguments[0].IsScalar() && arguments[1].IsScalar() && arguments[2].IsScalar();
+}
+
+void RunLit(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    const float diffuse = arguments[0].Float(0), half = arguments[1].Float(0);
+    const bool isLit = diffuse >= 0.0f && half >= 0.0f;
+    const double power =
+        std::pow(static_cast<double>(half), static_cast<double>(arguments[2].Float(0)));
+    resultInOut.SetFloat(0, 1.0f);
+    resultInOut.SetFloat(1, std::max(diffuse, 0.0f));
+    resultInOut.SetFloat(2, isLit ? static_cast<float>(power) : 0.0f);
+    resultInOut.SetFloat(3, 1.0f);
+}
+
+bool BytesShape(Shapes arguments, FxShape& resultOut)
+{
+    resultOut = {D3DXPT_INT, 1, 4};
+    return arguments[0].HasSameForm(resultOut);
+}
+
+/// A little more than 255, so that numbers which were bytes come back as they were.
+void RunBytes(const FxIntrinsic&, Numbers arguments, FxNumber& resultInOut)
+{
+    for (UINT i = 0; i < 4; ++i) {
+        const double scaled =
+            static_cast<double>(arguments[0].Float(i == 3 ? 3 : 2 - i)) * kFxBytesOfColour;
+        resultInOut.cells[i] = FxCellOfFloat(static_cast<float>(std::floor(scaled)), D3DXPT_INT);
+    }
+}
+
+bool SameTruths(Shapes arguments, FxShape& resultOut)
+{
+    const bool fits = SameForm(arguments, resultOut);
+    resultOut.type = D3DXPT_BOOL;
+    return fits;
+}
+
+void TruthByComponent(const FxIntrinsic& self, Numbers arguments, FxNumber& resultInOut)
+{
+    for (UINT i = 0; i < resultInOut.shape.Count(); ++i) {
+        const auto value = static_cast<double>(arguments[0].Float(i));
+        resultInOut.cells[i] = self.component(value, 0.0, 0.0) != 0.0 ? 1 : 0;
+    }
+}
+
 bool TruthShape(Shapes, FxShape& resultOut)
 {
     resultOut = {D3DXPT_BOOL, 1, 1};
@@ -241,6 +359,21 @@ constexpr FxIntrinsic kIntrinsics[] = {
     {"sqrt", 1, SameForm, ByComponent, [](D a, D, D) { return std::sqrt(a); }},
     {"step", 2, SameForm, ByComponent, [](D a, D b, D) { return b >= a ? 1.0 : 0.0; }},
     {"tan", 1, SameForm, ByComponent, [](D a, D, D) { return std::tan(a); }},
+    {"cosh", 1, SameForm, ByComponent, [](D a, D, D) { return std::cosh(a); }},
+    {"ldexp", 2, SameForm, ByComponent, [](D a, D b, D) { return a * std::exp2(b); }},
+    {"sinh", 1, SameForm, ByComponent, [](D a, D, D) { return std::sinh(a); }},
+    {"tanh", 1, SameForm, ByComponent, [](D a, D, D) { return std::tanh(a); }},
+    {"trunc", 1, SameForm, ByComponent, [](D a, D, D) { return std::trunc(a); }},
+    {"isfinite", 1, SameTruths, TruthByComponent,
+     [](D a, D, D) { return std::isfinite(a) ? 1.0 : 0.0; }},
+    {"isinf", 1, SameTruths, TruthByComponent, [](D a, D, D) { return std::isinf(a) ? 1.0 : 0.0; }},
+    {"isnan", 1, SameTruths, TruthByComponent, [](D a, D, D) { return std::isnan(a) ? 1.0 : 0.0; }},
+    {"D3DCOLORtoUBYTE4", 1, BytesShape, RunBytes, nullptr},
+    {"determinant", 1, DeterminantShape, RunDeterminant, nullptr},
+    {"faceforward", 3, SameVector, RunFaceForward, nullptr},
+    {"lit", 3, LitShape, RunLit, nullptr},
+    {"reflect", 2, SameVector, RunReflect, nullptr},
+    {"refract", 3, RefractShape, RunRefract, nullptr},
     {"all", 1, TruthShape, RunAll, nullptr},
     {"any", 1, TruthShape, RunAny, nullptr},
     {"cross", 2, CrossShape, RunCross, nullptr},

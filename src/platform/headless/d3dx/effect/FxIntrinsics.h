@@ -7,6 +7,9 @@
 
 namespace headless::fx {
 
+/// What `D3DCOLORtoUBYTE4` multiplies by.
+inline constexpr double kFxBytesOfColour = 255.001953;
+
 /// A function that expressions can call. Arguments and results are floats; each component is
 /// computed in double precision and rounded once.
 struct FxIntrinsic {

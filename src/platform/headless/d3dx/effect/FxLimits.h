@@ -31,6 +31,8 @@ inline constexpr size_t kFxMaxTouched = size_t{1} << 20;
 /// Rows that bind parameters to registers, and the registers of programs, in all programs of a compiled
 /// effect.
 inline constexpr size_t kFxMaxRows = size_t{1} << 18;
+/// Steps of the functions that values call, at each call again.
+inline constexpr size_t kFxMaxValueSteps = size_t{1} << 16;
 /// Bytes of a compiled effect.
 inline constexpr size_t kFxMaxCompiledBytes = size_t{16} << 20;
 

@@ -28,6 +28,8 @@ void Build(FxParameter& parameter, const FxType& type, UINT elements)
     parameter.rows = type.rows;
     parameter.columns = type.columns;
     parameter.elements = elements;
+    if (elements > 0 && type.lengths.size() > 1)
+        parameter.dimensions = type.lengths;
     FxStorage& storage = *parameter.storage;
     parameter.first = type.IsNumeric()             ? storage.cells.size()
                       : type.type == D3DXPT_STRING ? storage.strings.size()

@@ -66,6 +66,8 @@ struct FxParameter {
     UINT rows = 0;
     UINT columns = 0;
     UINT elements = 0; ///< 0 if not an array
+    /// Of an array of several, outermost first; empty for one. Callers of the effect see elements only.
+    std::vector<UINT> dimensions;
     DWORD flags = 0;
     std::shared_ptr<FxStorage> storage;
     size_t first = 0; ///< index of its first cell, string or texture in `storage`

@@ -42,20 +42,25 @@ private:
     bool Type(FxType& typeOut);
     bool TemplateType(bool isMatrix, FxType& typeOut);
     bool Struct(FxType& typeOut);
-    void NestedStruct(FxType& typeOut);
     bool Members(FxStruct& structure);
     bool AddMember(FxStruct& structure, FxMember member, FxPlace place);
     bool TypeDefinition();
     bool Variables();
     bool Variable(const Declaration& declaration, const FxToken& name);
+    bool Head(const Declaration& declaration, const FxToken& name, FxParameter& parameter);
+    bool Keep(const Declaration& declaration, const FxToken& name,
+              std::unique_ptr<FxParameter> made);
     bool Function(const FxToken& name);
-    bool Elements(UINT& elementsOut, bool& isModelledInOut);
+    bool Lengths(FxType& typeInOut);
+    bool StateLength(FxType& typeInOut, std::unique_ptr<FxParameter>& parameterInOut);
     bool Semantic(std::string& semanticOut, bool& hasSemanticOut);
     bool Annotations(List& annotationsOut);
     bool Annotation(List& annotationsOut);
 
     // FxParserValues.cpp
-    std::unique_ptr<FxParameter> Make(const FxType& type, UINT elements, FxPlace place);
+    std::unique_ptr<FxParameter> Make(const FxType& type, FxPlace place);
+    bool CountValues(const FxParameter& parameter, size_t& countOut);
+    bool CountNumbers(size_t& countOut);
     bool Value(FxParameter& parameter);
     bool Numbers(FxParameter& parameter);
     bool NumberList(FxParameter& parameter, const std::vector<D3DXPARAMETER_TYPE>& types);
@@ -68,6 +73,11 @@ private:
     void CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
                    FxShader& shaderOut);
     void PairShaders(FxPass& pass);
+    hl::HlCompiler& Compiler();
+    std::shared_ptr<const FxComputation>
+    CallFunction(const FxToken& name, const std::vector<FxExpressionReader::Argument>& arguments);
+    std::shared_ptr<const FxComputation> CompileFunction(const FxToken& name,
+                                                         const std::vector<hl::HlShape>& arguments);
     DWORD ShaderVersion(bool isVertex, size_t ahead) const;
     bool ReadsUnmodelled(const FxParameter& parameter) const;
     bool IsNull() const;
@@ -81,6 +91,8 @@ private:
     bool CheckValue(const FxState& state, FxPlace place, FxExpression& value);
     bool ObjectValue(const FxState& state, FxAssignment& assignmentOut);
     bool PassState(FxPass& pass);
+    bool IsInlineSampler(const FxState& state) const;
+    bool InlineSampler(const FxState& state, FxPass& pass);
     void KeepLack(FxPass& pass, const FxToken& word, const std::string& what) const;
     bool IsUnmodelledPlace(const FxState& state) const;
     bool PassShader(const FxState& state, FxPass& pass);
@@ -95,12 +107,15 @@ private:
     FxWords words;
     FxExpressionReader expressions;
     std::vector<FxNumber> scratch;
-    bool isInStruct = false;
+    int structDepth = 0;
     FxSizes sizes;
     size_t touchedLeft = kFxMaxTouched;
     size_t rowsLeft = kFxMaxRows;
+    size_t stepsLeft = kFxMaxValueSteps;
     std::unique_ptr<hl::HlCompiler> compiler; ///< null until a shader is compiled
     std::map<const FxShader*, Compilation> compiled;
+    /// Calls in values by the name and the types of the arguments.
+    std::map<std::string, std::shared_ptr<const FxComputation>> functions;
 };
 
 } // namespace headless::fx

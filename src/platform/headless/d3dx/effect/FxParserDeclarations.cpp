@@ -9,6 +9,12 @@
 
 namespace headless::fx {
 
+namespace {
+
+constexpr const char* kNoLength = "an array without a length needs an initial value";
+
+} // namespace
+
 FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* effectPool,
                    FxModel& target)
     : diagnostics(log),
@@ -16,7 +22,12 @@ FxParser::FxParser(std::vector<FxToken> text, FxDiagnostics& log, EffectPool* ef
       model(target),
       words(std::move(text), log),
       expressions(words, target.names)
-{}
+{
+    expressions.SetCaller(
+        [this](const FxToken& name, const std::vector<FxExpressionReader::Argument>& arguments) {
+            return CallFunction(name, arguments);
+        });
+}
 
 FxParser::~FxParser() = default;
 
@@ -92,7 +103,8 @@ bool FxParser::TemplateType(bool isMatrix, FxType& typeOut)
     words.Next();
     const FxToken word = words.Next();
     FxType element;
-    if (!model.names.FindDeclaredType(word.text, element) || element.kind != D3DXPC_SCALAR)
+    if (!model.names.FindDeclaredType(word.text, element) || element.kind != D3DXPC_SCALAR ||
+        !element.lengths.empty())
         return words.FailAt(word.place, FxError::UnknownType,
                             FxDescribe(word) + " is no type of a number");
     UINT extents[2] = {1, 1};
@@ -124,41 +136,27 @@ bool FxParser::Struct(FxType& typeOut)
     if (isNamed && model.names.types.contains(name.text))
         return words.Fail(FxError::Redefinition,
                           "there is a type " + FxDescribe(name) + " already");
-    if (isInStruct) {
-        NestedStruct(typeOut);
-        return words.Is("{") ? words.SkipBrackets("{", "}") : words.Unexpected("'{'");
-    }
+    if (structDepth == kFxMaxStructDepth)
+        return words.Fail(FxError::Limit, "the structs are nested too deeply");
     if (isNamed)
         words.Next();
+    // An inner struct that is never closed is told where it begins.
+    const size_t body = words.Position();
+    if (structDepth > 0 && words.Is("{") && !words.SkipBrackets("{", "}"))
+        return false;
+    words.Seek(body);
     FxStruct& structure = *model.names.structs.emplace_back(std::make_unique<FxStruct>());
-    typeOut = {D3DXPC_STRUCT, D3DXPT_VOID, 0, 0, &structure, true};
-    isInStruct = true;
+    typeOut = {D3DXPC_STRUCT, D3DXPT_VOID, 0, 0, &structure, true, {}};
+    ++structDepth;
     const bool isRead = Members(structure);
-    isInStruct = false;
+    --structDepth;
     typeOut.isModelled = structure.isModelled;
     if (!isRead)
         return false;
-    if (isNamed)
-        model.names.types.emplace(name.text, typeOut);
+    if (isNamed && !model.names.types.emplace(name.text, typeOut).second)
+        return words.FailAt(name.place, FxError::Redefinition,
+                            "there is a type " + FxDescribe(name) + " already");
     return true;
-}
-
-/// UNMODELLED: a struct declared inside a struct; so this never recurses. Leaves the body to the
-/// caller, but records the struct's name and those declared in it.
-void FxParser::NestedStruct(FxType& typeOut)
-{
-    typeOut = FxType::Unmodelled();
-    if (!words.Is("{"))
-        model.names.types.emplace(words.Next().text, typeOut);
-    size_t depth = 0;
-    for (size_t ahead = 0; words.Peek(ahead).kind != FxTokenKind::End; ++ahead) {
-        depth += words.Peek(ahead).Is("{") ? 1 : 0;
-        if (words.Peek(ahead).Is("}") && --depth == 0)
-            return;
-        const bool isNamed = words.Peek(ahead).Is("struct") && words.Peek(ahead + 2).Is("{");
-        if (isNamed && words.Peek(ahead + 1).kind == FxTokenKind::Identifier)
-            model.names.types.emplace(words.Peek(ahead + 1).text, typeOut);
-    }
 }
 
 bool FxParser::Members(FxStruct& structure)
@@ -173,14 +171,18 @@ bool FxParser::Members(FxStruct& structure)
             continue;
         if (!Modifiers(declaration))
             return false;
+        if (declaration.type.kind == D3DXPC_STRUCT && words.Accept(";"))
+            continue; // a type that is used further on
         do {
             FxMember member;
             member.type = declaration.type;
             const FxPlace place = words.Peek().place;
-            bool isModelled = member.type.isModelled;
-            if (!words.ExpectName(member.name) || !Elements(member.elements, isModelled))
+            if (!words.ExpectName(member.name) || !Lengths(member.type))
                 return false;
-            structure.isModelled = structure.isModelled && isModelled;
+            if (member.type.HasUnstatedLength())
+                return words.FailAt(place, FxError::BadIndex, kNoLength);
+            member.elements = member.type.Elements();
+            structure.isModelled = structure.isModelled && member.type.isModelled;
             while (words.Is(":"))
                 if (!Semantic(member.semantic, member.hasSemantic))
                     return false;
@@ -212,12 +214,11 @@ bool FxParser::TypeDefinition()
     if (!Modifiers(declaration))
         return false;
     const FxPlace place = words.Peek().place;
-    UINT elements = 0;
-    FxType& type = declaration.type;
-    if (!words.ExpectName(name) || !Elements(elements, type.isModelled))
+    if (!words.ExpectName(name) || !Lengths(declaration.type))
         return false;
-    type.isModelled = type.isModelled && elements == 0; // UNMODELLED: names of arrays
-    if (!model.names.types.emplace(name, type).second)
+    if (declaration.type.HasUnstatedLength())
+        return words.FailAt(place, FxError::BadIndex, kNoLength);
+    if (!model.names.types.emplace(name, declaration.type).second)
         return words.FailAt(place, FxError::Redefinition, "there is a type '" + name + "' already");
     return words.Expect(";");
 }
@@ -247,7 +248,7 @@ bool FxParser::Variables()
     return words.Expect(";");
 }
 
-/// Only shaders use functions: the body is skipped.
+/// The body is read when a shader or a value calls the function.
 bool FxParser::Function(const FxToken& name)
 {
     if (!words.SkipBrackets("(", ")"))
@@ -262,25 +263,59 @@ bool FxParser::Function(const FxToken& name)
     return words.Is("{") ? words.SkipBrackets("{", "}") : words.Unexpected("'{'");
 }
 
-/// UNMODELLED: arrays of arrays. All their sizes are read.
-bool FxParser::Elements(UINT& elementsOut, bool& isModelledInOut)
+/// `[2][3]`: two arrays of three, or of what the type itself is an array of. An empty first length is 0
+/// until the initial value tells it.
+bool FxParser::Lengths(FxType& typeInOut)
 {
-    elementsOut = 0;
-    if (!words.Accept("["))
-        return true;
-    const FxPlace place = words.Peek().place;
-    int32_t count = 0;
-    if (!expressions.ReadConstant(count) || !words.Expect("]"))
-        return false;
-    if (count < 1 || static_cast<size_t>(count) > kFxMaxElements)
-        return words.FailAt(place, FxError::BadIndex,
-                            "an array cannot have " + std::to_string(count) + " elements");
-    elementsOut = static_cast<UINT>(count);
-    while (words.Accept("[")) {
-        isModelledInOut = false;
+    std::vector<UINT> lengths;
+    size_t elements = typeInOut.lengths.empty() ? 1 : typeInOut.Elements();
+    for (FxPlace place = words.Peek(1).place; words.Accept("["); place = words.Peek(1).place) {
+        if (lengths.empty() && words.Accept("]")) {
+            lengths.push_back(0);
+            continue;
+        }
+        int32_t count = 0;
         if (!expressions.ReadConstant(count) || !words.Expect("]"))
             return false;
+        if (count >= 1)
+            elements *= static_cast<size_t>(count);
+        if (count < 1 || elements > kFxMaxElements)
+            return words.FailAt(place, FxError::BadIndex,
+                                "an array cannot have " +
+                                    (count < 1 ? std::to_string(count) : std::to_string(elements)) +
+                                    " elements");
+        lengths.push_back(static_cast<UINT>(count));
     }
+    typeInOut.lengths.insert(typeInOut.lengths.begin(), lengths.begin(), lengths.end());
+    return true;
+}
+
+/// The parameter becomes as long as its initial value, which is read next.
+bool FxParser::StateLength(FxType& typeInOut, std::unique_ptr<FxParameter>& parameterInOut)
+{
+    const FxPlace place = words.Peek().place;
+    const size_t begin = words.Position(), inner = parameterInOut->elements;
+    size_t count = 0;
+    if (!CountValues(*parameterInOut, count))
+        return false;
+    words.Seek(begin);
+    if (count == 0 || count > kFxMaxElements)
+        return words.FailAt(place, FxError::BadIndex,
+                            "an array cannot have " + std::to_string(count) + " elements");
+    typeInOut.lengths[0] = static_cast<UINT>(count);
+    if (count * inner > kFxMaxElements)
+        return words.FailAt(place, FxError::Limit, "the array is too large");
+    std::unique_ptr<FxParameter> grown = Make(typeInOut, place);
+    if (!grown)
+        return false;
+    FxParameter& old = *parameterInOut;
+    grown->name = std::move(old.name);
+    grown->flags = old.flags;
+    grown->kind = old.kind;
+    grown->semantic = std::move(old.semantic);
+    grown->hasSemantic = old.hasSemantic;
+    grown->annotations = std::move(old.annotations);
+    parameterInOut = std::move(grown);
     return true;
 }
 
@@ -298,21 +333,41 @@ bool FxParser::Semantic(std::string& semanticOut, bool& hasSemanticOut)
 
 bool FxParser::Variable(const Declaration& declaration, const FxToken& name)
 {
-    UINT elements = 0;
-    bool isModelled = declaration.type.isModelled;
+    FxType type = declaration.type;
+    bool isModelled = type.isModelled;
     if (declaration.type.IsVoid())
         return words.FailAt(name.place, FxError::UnknownType, "a parameter cannot be void");
     if (model.names.parameters.contains(name.text) || model.names.unmodelled.contains(name.text))
         return words.FailAt(name.place, FxError::Redefinition,
                             "there is a parameter " + FxDescribe(name) + " already");
-    if (!Elements(elements, isModelled))
+    if (!Lengths(type))
         return false;
+    const bool isUnstated = type.HasUnstatedLength();
+    if (isUnstated)
+        type.lengths[0] = 1;
     // A parameter that this host cannot store is read as a number, to get past the text after it.
-    std::unique_ptr<FxParameter> made =
-        isModelled ? Make(declaration.type, elements, name.place) : Make({}, 0, name.place);
-    if (!made)
+    std::unique_ptr<FxParameter> made = Make(isModelled ? type : FxType(), name.place);
+    if (!made || !Head(declaration, name, *made))
         return false;
-    FxParameter& parameter = *made;
+    if (isUnstated && isModelled && !words.Is("="))
+        return words.FailAt(name.place, FxError::BadIndex, kNoLength);
+    if (words.Accept("=")) {
+        isModelled = isModelled && !ReadsUnmodelled(*made);
+        if (isModelled && isUnstated && !StateLength(type, made))
+            return false;
+        if (!(isModelled ? Value(*made) : words.SkipValue()))
+            return false;
+    }
+    if (!isModelled) {
+        model.names.unmodelled.emplace(name.text);
+        return true;
+    }
+    return Keep(declaration, name, std::move(made));
+}
+
+/// What stands between a parameter's name and its initial value.
+bool FxParser::Head(const Declaration& declaration, const FxToken& name, FxParameter& parameter)
+{
     parameter.name = name.text;
     parameter.flags = declaration.flags;
     if (declaration.isColumnMajor && parameter.kind == D3DXPC_MATRIX_ROWS)
@@ -320,17 +375,13 @@ bool FxParser::Variable(const Declaration& declaration, const FxToken& name)
     while (words.Is(":"))
         if (!Semantic(parameter.semantic, parameter.hasSemantic))
             return false;
-    if (words.Is("<") && !Annotations(parameter.annotations))
-        return false;
-    if (words.Accept("=")) {
-        isModelled = isModelled && !ReadsUnmodelled(parameter);
-        if (!(isModelled ? Value(parameter) : words.SkipValue()))
-            return false;
-    }
-    if (!isModelled) {
-        model.names.unmodelled.emplace(name.text);
-        return true;
-    }
+    return !words.Is("<") || Annotations(parameter.annotations);
+}
+
+bool FxParser::Keep(const Declaration& declaration, const FxToken& name,
+                    std::unique_ptr<FxParameter> made)
+{
+    FxParameter& parameter = *made;
     for (const auto& element : parameter.parts) {
         if (!parameter.IsArray())
             break;
@@ -365,27 +416,31 @@ bool FxParser::Annotation(List& annotationsOut)
         return words.Unexpected("an annotation");
     const FxToken name = words.Peek();
     std::string text;
-    UINT elements = 0;
-    bool isModelled = declaration.type.isModelled;
-    if (!words.ExpectName(text) || !Elements(elements, isModelled))
+    FxType& type = declaration.type;
+    if (!words.ExpectName(text) || !Lengths(type))
         return false;
-    if (!isModelled) // its value cannot be used
+    if (!type.isModelled) // its value cannot be used
         return words.Expect("=") && words.SkipValue() && words.Expect(";");
-    const bool isPossible = declaration.type.IsNumeric() || declaration.type.type == D3DXPT_STRING;
+    const bool isPossible = type.IsNumeric() || type.type == D3DXPT_STRING;
     if (!isPossible)
         return words.FailAt(name.place, FxError::UnknownType,
                             "an annotation is a number or a string");
     if (FxFindByName(annotationsOut, text))
         return words.FailAt(name.place, FxError::Redefinition,
                             "there is an annotation '" + text + "' already");
-    std::unique_ptr<FxParameter> annotation = Make(declaration.type, elements, name.place);
-    if (!annotation)
+    const bool isUnstated = type.HasUnstatedLength();
+    if (isUnstated)
+        type.lengths[0] = 1;
+    std::unique_ptr<FxParameter> annotation = Make(type, name.place);
+    if (!annotation || !words.Expect("="))
+        return false;
+    if (isUnstated && !StateLength(type, annotation))
         return false;
     annotation->name = text;
     annotation->flags = D3DX_PARAMETER_ANNOTATION;
     for (const auto& element : annotation->parts)
         element->name = text;
-    if (!words.Expect("=") || !Value(*annotation) || !words.Expect(";"))
+    if (!Value(*annotation) || !words.Expect(";"))
         return false;
     annotationsOut.push_back(std::move(annotation));
     return true;

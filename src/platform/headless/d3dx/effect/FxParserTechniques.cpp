@@ -97,11 +97,38 @@ bool FxParser::PassState(FxPass& pass)
                  "this host does not have the type of " + FxDescribe(*unmodelled));
         return words.SkipStatement();
     }
+    if (IsInlineSampler(*state))
+        return InlineSampler(*state, pass);
     FxAssignment assignment;
     if (!Assignment(*state, assignment))
         return false;
     pass.states.push_back(std::move(assignment));
     return true;
+}
+
+bool FxParser::IsInlineSampler(const FxState& state) const
+{
+    if (state.kind != FxStateKind::SamplerObject)
+        return false;
+    size_t ahead = 0;
+    while (words.Peek(ahead).kind != FxTokenKind::End && !words.Peek(ahead).Is("=") &&
+           !words.Peek(ahead).Is(";"))
+        ++ahead;
+    return words.Peek(ahead + 1).IsWord("sampler_state");
+}
+
+/// A sampler without a name: its states are those of the pass.
+bool FxParser::InlineSampler(const FxState& state, FxPass& pass)
+{
+    UINT index = 0;
+    FxParameter sampler;
+    if (!StateIndex(state, index) || !words.Expect("=") || !Sampler(sampler))
+        return false;
+    for (FxAssignment& assignment : sampler.samplerStates) {
+        assignment.index = index;
+        pass.states.push_back(std::move(assignment));
+    }
+    return words.Expect(";");
 }
 
 /// Keeps only the first reason why the pass cannot be drawn here.

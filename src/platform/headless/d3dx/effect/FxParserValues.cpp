@@ -51,8 +51,9 @@ std::string Unquote(std::string_view text)
 
 // ---- Making
 
-std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, UINT elements, FxPlace place)
+std::unique_ptr<FxParameter> FxParser::Make(const FxType& type, FxPlace place)
 {
+    const UINT elements = type.Elements();
     if (!sizes.Add(type, elements)) {
         words.FailAt(place, FxError::Limit, "the effect has too many parameters");
         return nullptr;
@@ -76,6 +77,54 @@ bool FxParser::ReadsUnmodelled(const FxParameter& parameter) const
     return !parameter.IsShader() && words.FindInValue([this](const FxToken& word) {
         return word.kind == FxTokenKind::Identifier && model.names.IsUnmodelled(word.text);
     });
+}
+
+/// How many elements of the outermost dimension the initial value has; `parameter` has one of them.
+bool FxParser::CountValues(const FxParameter& parameter, size_t& countOut)
+{
+    const FxPlace place = words.Peek().place;
+    if (!words.Is("{"))
+        return words.Unexpected("'{'");
+    size_t one = parameter.elements;
+    if (HasOnlyNumbers(parameter)) {
+        std::vector<D3DXPARAMETER_TYPE> types;
+        ListCellTypes(parameter, types);
+        one = types.size();
+        if (!CountNumbers(countOut))
+            return false;
+    } else {
+        for (words.Next(); !words.Is("}"); ++countOut)
+            if (!words.SkipValue() || (!words.Accept(",") && !words.Is("}")))
+                return words.Unexpected("',' or '}'");
+    }
+    if (countOut % std::max<size_t>(one, 1) != 0)
+        return words.FailAt(place, FxError::BadInitializer,
+                            "there are " + std::to_string(countOut) +
+                                " values, not a multiple of " + std::to_string(one));
+    countOut /= std::max<size_t>(one, 1);
+    return true;
+}
+
+/// The numbers of a list in braces, whatever their order.
+bool FxParser::CountNumbers(size_t& countOut)
+{
+    size_t depth = 0;
+    do {
+        if (words.Accept("{")) {
+            ++depth;
+        } else if (words.Accept("}")) {
+            --depth;
+            words.Accept(",");
+        } else {
+            FxExpression expression;
+            if (!expressions.Read(expression))
+                return false;
+            countOut += expression.Shape().Count();
+            if (!words.Accept(",") && !words.Is("}"))
+                return words.Unexpected("',' or '}'");
+        }
+    } while (depth > 0);
+    return true;
 }
 
 bool FxParser::Numbers(FxParameter& parameter)
@@ -229,6 +278,61 @@ DWORD FxParser::ShaderVersion(bool isVertex, size_t ahead) const
     return isVertex ? D3DVS_VERSION(major, minor) : D3DPS_VERSION(major, minor);
 }
 
+hl::HlCompiler& FxParser::Compiler()
+{
+    if (!compiler)
+        compiler = std::make_unique<hl::HlCompiler>(words.All());
+    return *compiler;
+}
+
+/// A function of the text in a value. Errors in it are errors of the effect.
+std::shared_ptr<const FxComputation>
+FxParser::CallFunction(const FxToken& name,
+                       const std::vector<FxExpressionReader::Argument>& arguments)
+{
+    std::string key(name.text);
+    std::vector<hl::HlShape> shapes;
+    for (const auto& [shape, place] : arguments) {
+        key += ' ' + std::to_string(shape.type) + ' ' + std::to_string(shape.rows) + ' ' +
+               std::to_string(shape.columns);
+        shapes.push_back({shape.type == D3DXPT_FLOAT ? hl::HlBase::Float
+                          : shape.type == D3DXPT_INT ? hl::HlBase::Int
+                                                     : hl::HlBase::Bool,
+                          shape.rows, shape.columns, place});
+    }
+    std::shared_ptr<const FxComputation>& known = functions[key];
+    if (!known)
+        known = CompileFunction(name, shapes);
+    if (!known)
+        return nullptr;
+    const size_t steps = known->Steps().steps.size();
+    if (steps > stepsLeft) {
+        diagnostics.Fail(name.place, FxError::Limit, "the functions in values are too large");
+        return nullptr;
+    }
+    stepsLeft -= steps;
+    return known;
+}
+
+std::shared_ptr<const FxComputation>
+FxParser::CompileFunction(const FxToken& name, const std::vector<hl::HlShape>& arguments)
+{
+    hl::HlLog log;
+    auto made = Compiler().Call(name, arguments, log);
+    for (const hl::HlMessage& message : log.Messages())
+        if (!message.isWarning)
+            diagnostics.Add(message.place, message.kind, message.text);
+    if (!made)
+        return nullptr;
+    const auto bound = std::make_shared<FxComputation>();
+    if (bound->Bind(std::move(made), model.names.parameters))
+        return bound;
+    diagnostics.Fail(name.place, FxError::UnknownName,
+                     "the function " + FxDescribe(name) +
+                         " reads a parameter that is not known here");
+    return nullptr;
+}
+
 /// From behind `compile` on. What is wrong with the shader is kept in it.
 bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShader>& shaderOut)
 {
@@ -241,8 +345,6 @@ bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShade
         shaderOut->place = profile.place;
         return words.SkipValue();
     }
-    if (!compiler)
-        compiler = std::make_unique<hl::HlCompiler>(words.All());
     const Compilation what = {profile, function, words.Position() + 2};
     CompileAs(profile.text, isVertex, what, *shaderOut);
     compiled[shaderOut.get()] = what;
@@ -258,7 +360,8 @@ bool FxParser::Compile(bool isVertex, DWORD& versionOut, std::shared_ptr<FxShade
 void FxParser::CompileAs(std::string_view profileName, bool isVertex, const Compilation& what,
                          FxShader& shaderOut)
 {
-    const auto made = compiler->Compile(profileName, what.profile, what.function, what.argumentsAt);
+    const auto made =
+        Compiler().Compile(profileName, what.profile, what.function, what.argumentsAt);
     for (const hl::HlMessage& message : made->messages)
         if (!message.isWarning && message.kind != FxError::Limit && !made->lacksProfile)
             diagnostics.Add(message.place, message.kind, message.text);

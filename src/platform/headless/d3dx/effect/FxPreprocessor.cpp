@@ -70,7 +70,7 @@ bool FxPreprocessor::Run(const std::string& path, std::string_view bytes,
             if (!Directive(TakeLine()))
                 return false;
         } else {
-            const std::vector<FxToken> words = TakeText();
+            const Words words = TakeText();
             const size_t first = wordsOut.size();
             if (words.size() > first) // growing step by step would take twice the memory
                 wordsOut.reserve(first + words.size());
@@ -92,24 +92,21 @@ bool FxPreprocessor::FinishSource()
     return true;
 }
 
-/// Takes everything up to the next directive: a macro's arguments may span several lines.
-std::vector<FxToken> FxPreprocessor::TakeText()
+/// Everything up to the next directive: a macro's arguments may span several lines. It stays where it is, as a
+/// text may be one million words.
+FxPreprocessor::Words FxPreprocessor::TakeText()
 {
     Source& source = stack.back();
-    std::vector<FxToken> words;
-    size_t end = source.position;
-    while (end < source.words.size() &&
-           !(source.words[end].startsLine && source.words[end].Is("#")))
-        ++end;
-    words.reserve(end - source.position);
-    while (source.position < end) {
-        FxToken word = source.words[source.position];
+    const size_t first = source.position;
+    size_t& end = source.position;
+    for (; end < source.words.size(); ++end) {
+        FxToken& word = source.words[end];
+        if (word.startsLine && word.Is("#"))
+            break;
         word.place.line += source.lineShift;
         word.place.file = source.file;
-        words.push_back(word);
-        ++source.position;
     }
-    return words;
+    return Words(source.words).subspan(first, end - first);
 }
 
 std::vector<FxToken> FxPreprocessor::TakeLine()

@@ -41,7 +41,7 @@ private:
     bool Push(const std::string& path, const FxSourceText& text, const void* data, FxPlace place);
     bool FinishSource();
     bool IsActive() const { return conditions.empty() || conditions.back().isActive; }
-    std::vector<FxToken> TakeText();
+    Words TakeText();
     std::vector<FxToken> TakeLine();
     bool Directive(Words line);
     bool ConditionDirective(std::string_view name, Words line, bool& wasOneOut);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <optional>
 
@@ -414,184 +415,13 @@ bool FxProgramWriter::Step(const FxExpression& expression, const FxStep& step)
     }
     case FxOperation::Call:
         return Call(step);
+    case FxOperation::Function:
+        return Function(step);
     case FxOperation::Complement:
     case FxOperation::Program:
         return Fail("an operation on bits has an operand that changes");
     default:
         return Binary(step);
-    }
-    stack.push_back(std::move(value));
-    return true;
-}
-
-// ---- Functions
-
-bool FxProgramWriter::Call(const FxStep& step)
-{
-    std::vector<Value> arguments(step.intrinsic->arguments);
-    for (size_t i = arguments.size(); i-- > 0;)
-        arguments[i] = Pop();
-    const bool isDone =
-        step.intrinsic->component ? CallByComponent(step, arguments) : CallWhole(step, arguments);
-    return isDone || Fail("the function '" + std::string(step.intrinsic->name) +
-                          "' has an argument that changes");
-}
-
-// Kept whole: one line for each function.
-bool FxProgramWriter::CallByComponent(const FxStep& step, const std::vector<Value>& arguments)
-{
-    const std::string_view name = step.intrinsic->name;
-    using P = const Place&;
-    const auto clamped = [this](P a, P low, P high) {
-        return Emit(0x200, {Emit(0x201, {a, low}), high});
-    };
-    const auto saturated = [&](P a) {
-        const Place low = Literal(0.0);
-        return clamped(a, low, Literal(1.0));
-    };
-    const auto logarithm = [this](P a, double base) {
-        return Product({Emit(0x106, {a}), Literal(1.0 / std::log2(base))});
-    };
-    const auto power = [this](P base, P exponent) {
-        return Emit(0x105, {Product(Emit(0x106, {base}), exponent)});
-    };
-    const auto one = [&](P a, P b, P c) -> std::optional<Place> {
-        if (name == "abs")
-            return Emit(0x201, {a, Negated(a)});
-        if (name == "acos")
-            return Emit(0x10B, {a});
-        if (name == "asin")
-            return Emit(0x10A, {a});
-        if (name == "atan")
-            return Emit(0x10C, {a});
-        if (name == "atan2")
-            return Emit(0x206, {a, b});
-        if (name == "ceil")
-            return Negated(Floor(Negated(a)));
-        if (name == "clamp")
-            return clamped(a, b, c);
-        if (name == "cos")
-            return Emit(0x109, {a});
-        if (name == "degrees")
-            return Product(a, Literal(180.0 / std::numbers::pi));
-        if (name == "radians")
-            return Product(a, Literal(std::numbers::pi / 180.0));
-        if (name == "exp")
-            return Emit(0x105, {Product(a, Literal(std::numbers::log2e))});
-        if (name == "exp2")
-            return Emit(0x105, {a});
-        if (name == "floor")
-            return Floor(a);
-        if (name == "fmod")
-            return Compute(FxOperation::Modulo, a, b);
-        if (name == "frac")
-            return Emit(0x104, {a});
-        if (name == "lerp")
-            return Sum(a, Product(c, Difference(b, a)));
-        if (name == "log")
-            return logarithm(a, std::numbers::e);
-        if (name == "log2")
-            return Emit(0x106, {a});
-        if (name == "log10")
-            return logarithm(a, 10.0);
-        if (name == "max")
-            return Emit(0x201, {a, b});
-        if (name == "min")
-            return Emit(0x200, {a, b});
-        if (name == "pow")
-            return power(a, b);
-        if (name == "rsqrt")
-            return Emit(0x107, {a});
-        if (name == "saturate")
-            return saturated(a);
-        if (name == "sign")
-            return Difference({Emit(0x202, {Literal(0.0), a}), Emit(0x202, {a, Literal(0.0)})});
-        if (name == "sin")
-            return Emit(0x108, {a});
-        if (name == "smoothstep") {
-            const Place t = saturated(Quotient({Difference(c, a), Difference(b, a)}));
-            return Product({Product(t, t), Difference({Literal(3.0), Product(Literal(2.0), t)})});
-        }
-        if (name == "sqrt")
-            return Root(a);
-        if (name == "step")
-            return Emit(0x203, {b, a});
-        if (name == "tan")
-            return Quotient({Emit(0x108, {a}), Emit(0x109, {a})});
-        return std::nullopt;
-    };
-    Value value = {step.shape, {}};
-    for (UINT i = 0; i < step.shape.Count(); ++i) {
-        const std::optional<Place> result =
-            one(arguments[0].At(i), arguments[arguments.size() > 1 ? 1 : 0].At(i),
-                arguments[arguments.size() > 2 ? 2 : 0].At(i));
-        if (!result)
-            return false;
-        value.cells.push_back(*result);
-    }
-    stack.push_back(std::move(value));
-    return true;
-}
-
-FxProgramWriter::Value FxProgramWriter::Multiplied(const FxStep& step, const Value& a,
-                                                   const Value& b)
-{
-    Value value = {step.shape, {}};
-    if (a.shape.IsScalar() || b.shape.IsScalar()) {
-        for (UINT i = 0; i < step.shape.Count(); ++i)
-            value.cells.push_back(Product(a.At(i), b.At(i)));
-        return value;
-    }
-    const bool isColumn = b.shape.rows == 1;
-    const UINT columns = isColumn ? 1 : b.shape.columns;
-    for (UINT row = 0; row < (a.shape.rows == 1 ? 1 : a.shape.rows); ++row) {
-        for (UINT column = 0; column < columns; ++column) {
-            Value left, right;
-            for (UINT i = 0; i < a.shape.columns; ++i) {
-                left.cells.push_back(a.cells[row * a.shape.columns + i]);
-                right.cells.push_back(b.cells[isColumn ? i : i * columns + column]);
-            }
-            value.cells.push_back(Dot(left, right));
-        }
-    }
-    return value;
-}
-
-bool FxProgramWriter::CallWhole(const FxStep& step, const std::vector<Value>& arguments)
-{
-    const std::string_view name = step.intrinsic->name;
-    const Value& a = arguments[0];
-    const Value& b = arguments[arguments.size() > 1 ? 1 : 0];
-    Value value = {step.shape, {}};
-    if (name == "mul") {
-        value = Multiplied(step, a, b);
-    } else if (name == "dot") {
-        value.cells = {Dot(a, b)};
-    } else if (name == "length") {
-        value.cells = {Root(Dot(a, a))};
-    } else if (name == "distance") {
-        Value apart;
-        for (UINT i = 0; i < a.cells.size(); ++i)
-            apart.cells.push_back(Difference(a.At(i), b.At(i)));
-        value.cells = {Root(Dot(apart, apart))};
-    } else if (name == "normalize") {
-        const Place scale = Emit(0x107, {Dot(a, a)});
-        for (const Place& cell : a.cells)
-            value.cells.push_back(Product(cell, scale));
-    } else if (name == "cross") {
-        for (UINT i = 0; i < 3; ++i)
-            value.cells.push_back(Difference({Product(a.At((i + 1) % 3), b.At((i + 2) % 3)),
-                                              Product(a.At((i + 2) % 3), b.At((i + 1) % 3))}));
-    } else if (name == "transpose") {
-        for (UINT row = 0; row < step.shape.rows; ++row)
-            for (UINT column = 0; column < step.shape.columns; ++column)
-                value.cells.push_back(a.cells[column * a.shape.columns + row]);
-    } else {
-        const bool isAll = name == "all";
-        Place truth = Truth(a.At(0));
-        for (UINT i = 1; i < a.cells.size(); ++i)
-            truth = isAll ? Product(truth, Truth(a.At(i))) : Emit(0x201, {truth, Truth(a.At(i))});
-        value.cells = {truth};
     }
     stack.push_back(std::move(value));
     return true;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <array>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "platform/headless/d3dx/effect/FxExpression.h"
 #include "platform/headless/d3dx/effect/FxProgram.h"
+#include "platform/headless/d3dx/language/HlGraph.h"
 
 namespace headless::fx {
 
@@ -88,8 +90,18 @@ private:
     bool Binary(const FxStep& step);
     Place Compute(FxOperation operation, const Place& a, const Place& b);
     bool Call(const FxStep& step);
-    bool CallByComponent(const FxStep& step, const std::vector<Value>& arguments);
-    bool CallWhole(const FxStep& step, const std::vector<Value>& arguments);
+    Place Rounded(const Place& a);
+    Place Rarer(std::string_view name, const Place& a, const Place& b);
+    Value CallByComponent(const FxStep& step, const std::vector<Value>& arguments);
+    Value CallWhole(const FxStep& step, const std::vector<Value>& arguments);
+    Place Determinant(const std::vector<Place>& cells, UINT size);
+    std::vector<Place> Mixed(const FxStep& step, const std::vector<Value>& arguments);
+    bool Function(const FxStep& step);
+    Place Leaf(const FxComputation& function, const hl::HlNode& leaf, unsigned lane,
+               const std::vector<Place>& arguments);
+    Place Lane(hl::HlOp op, const Place& a, const Place& b, const Place& c);
+    std::vector<Place> Lanes(const hl::HlNode& step, const std::array<Value, 3>& sources);
+    Place Power(const Place& base, const Place& exponent);
     Value Multiplied(const FxStep& step, const Value& a, const Value& b);
 
     const FxVisibleParameters& parameters;

@@ -87,9 +87,17 @@ FxType FxType::Of(D3DXPARAMETER_TYPE type, UINT rows, UINT columns, bool isMatri
     return result;
 }
 
+UINT FxType::Elements() const
+{
+    UINT count = lengths.empty() ? 0 : 1;
+    for (const UINT length : lengths)
+        count *= length;
+    return count;
+}
+
 FxType FxType::Object(D3DXPARAMETER_TYPE type)
 {
-    return {D3DXPC_OBJECT, type, 0, 0, nullptr, true};
+    return {D3DXPC_OBJECT, type, 0, 0, nullptr, true, {}};
 }
 
 FxType FxType::Unmodelled()
@@ -161,7 +169,7 @@ bool FxNames::FindType(std::string_view name, FxType& typeOut) const
     if (known == types.end())
         return FxFindBuiltInType(name, typeOut);
     typeOut = known->second;
-    return typeOut.isModelled;
+    return typeOut.isModelled && typeOut.lengths.empty();
 }
 
 bool FxNames::FindDeclaredType(std::string_view name, FxType& typeOut) const

@@ -27,7 +27,12 @@ struct FxType {
     /// False for a type of the published language that this host lacks. Anything declared with it
     /// keeps only its name.
     bool isModelled = true;
+    /// Of an array, outermost first; empty for none.
+    std::vector<UINT> lengths = {};
 
+    /// The elements of all dimensions together; 0 for no array.
+    UINT Elements() const;
+    bool HasUnstatedLength() const { return !lengths.empty() && lengths[0] == 0; }
     bool IsNumeric() const { return kind <= D3DXPC_MATRIX_COLUMNS; }
     bool IsVoid() const { return kind == D3DXPC_OBJECT && type == D3DXPT_VOID; }
     FxShape Shape() const { return {type, rows, columns}; }
@@ -82,7 +87,7 @@ struct FxNames {
     std::vector<std::unique_ptr<FxStruct>> structs;
     std::set<std::string, std::less<>> unmodelled; ///< parameters that this host cannot store
 
-    /// A type that values can have.
+    /// A type that values of expressions can have.
     bool FindType(std::string_view name, FxType& typeOut) const;
     /// Like `FindType`, plus types of the published language that this host lacks.
     bool FindDeclaredType(std::string_view name, FxType& typeOut) const;

@@ -18,6 +18,8 @@ public:
 
     const std::vector<FxToken>& All() const { return words; }
     size_t Position() const { return position; }
+    /// Goes on reading from a position that was passed before, or that another reader knows.
+    void Seek(size_t to) { position = to; }
     bool AtEnd() const { return position >= words.size(); }
     /// Past the end: a token of kind `End` at the place of the last one.
     const FxToken& Peek(size_t ahead = 0) const

@@ -10,6 +10,13 @@ namespace headless::hl {
 HlCompiler::HlCompiler(std::span<const FxToken> text) : words(text), parser(text, unit)
 {}
 
+void HlCompiler::ReadOnce()
+{
+    if (!isRead)
+        parser.ReadDeclarations();
+    isRead = true;
+}
+
 HlFunction* HlCompiler::FindFunction(const FxToken& name, HlLog& log)
 {
     const auto found = unit.functionsByName.find(name.text);
@@ -48,9 +55,7 @@ std::shared_ptr<const HlShader> HlCompiler::Compile(std::string_view profile, co
 void HlCompiler::Run(std::string_view profileName, const FxToken& at, const FxToken& name,
                      size_t argumentsAt, HlShader& shaderOut)
 {
-    if (!isRead)
-        parser.ReadDeclarations();
-    isRead = true;
+    ReadOnce();
     HlLog log;
     const HlProfile* profile = HlFindProfile(profileName);
     shaderOut.lacksProfile = !profile;

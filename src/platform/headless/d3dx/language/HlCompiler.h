@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/headless/d3dx/language/HlComputation.h"
 #include "platform/headless/d3dx/language/HlParser.h"
 #include "platform/headless/d3dx/language/HlRunner.h"
 
@@ -35,8 +36,13 @@ public:
     /// The same with a profile that replaces the one in the text.
     std::shared_ptr<const HlShader> Compile(std::string_view profile, const FxToken& at,
                                             const FxToken& function, size_t argumentsAt);
+    /// A call of a function with values of those shapes, for a value that no shader computes. Null after
+    /// errors, which `log` gets.
+    std::shared_ptr<const HlComputation> Call(const FxToken& function,
+                                              const std::vector<HlShape>& arguments, HlLog& log);
 
 private:
+    void ReadOnce();
     bool Try(const HlProfile& profile, HlFunction& function,
              const std::vector<HlExpression*>& arguments, HlLog& log, HlShader& shaderOut,
              bool& isTooLargeOut);

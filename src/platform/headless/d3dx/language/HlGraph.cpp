@@ -1,5 +1,7 @@
 #include "platform/headless/d3dx/language/HlGraph.h"
 
+#include "platform/headless/d3dx/language/HlCompute.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -7,47 +9,6 @@
 namespace headless::hl {
 
 namespace {
-
-float Compute(HlOp op, float a, float b, float c)
-{
-    const auto rounded = [](double value) { return static_cast<float>(value); };
-    switch (op) {
-    case HlOp::Add:
-        return a + b;
-    case HlOp::Mul:
-        return a * b;
-    case HlOp::Mad:
-        return a * b + c;
-    case HlOp::Min:
-        return a < b ? a : b;
-    case HlOp::Max:
-        return a >= b ? a : b;
-    case HlOp::Slt:
-        return a < b ? 1.0f : 0.0f;
-    case HlOp::Sge:
-        return a >= b ? 1.0f : 0.0f;
-    case HlOp::Cmp:
-        return a >= 0.0f ? b : c;
-    case HlOp::Frc:
-        return rounded(double{a} - std::floor(double{a}));
-    case HlOp::Abs:
-        return std::fabs(a);
-    case HlOp::Saturate:
-        return a > 0.0f ? std::min(a, 1.0f) : 0.0f;
-    case HlOp::Rcp:
-        return rounded(1.0 / double{a});
-    case HlOp::Rsq:
-        return rounded(1.0 / std::sqrt(std::fabs(double{a})));
-    case HlOp::Exp:
-        return rounded(std::exp2(double{a}));
-    case HlOp::Log:
-        return rounded(std::log2(std::fabs(double{a})));
-    case HlOp::Pow:
-        return b == 0.0f ? 1.0f : rounded(std::pow(std::fabs(double{a}), double{b}));
-    default:
-        return a;
-    }
-}
 
 unsigned SourcesOf(HlOp op)
 {
@@ -236,7 +197,7 @@ std::optional<HlRef> HlGraph::Fold(HlOp op, HlRef a, HlRef b, HlRef c)
     if (isKnown && (op == HlOp::Dsx || op == HlOp::Dsy))
         return Literal(0.0f);
     if (isKnown) {
-        const float value = Compute(op, *x, y.value_or(0.0f), z.value_or(0.0f));
+        const float value = HlCompute(op, *x, y.value_or(0.0f), z.value_or(0.0f));
         if (std::isfinite(value) || op == HlOp::Mov)
             return Literal(value);
     }

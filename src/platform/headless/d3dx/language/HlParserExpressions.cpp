@@ -13,6 +13,8 @@ namespace {
 
 /// A tree of this depth is still walked by recursion.
 constexpr int kMaxTreeDepth = 256;
+/// Values of one call or constructor.
+constexpr size_t kMaxArguments = 256;
 
 struct BinaryRow {
     std::string_view sign;
@@ -224,6 +226,8 @@ HlExpression* HlParser::Postfix()
 bool HlParser::Arguments(HlExpression& call)
 {
     while (!Accept(")")) {
+        if (call.parts.size() == kMaxArguments)
+            return Fail(Peek().place, FxError::Limit, "there are too many values");
         if (!Add(&call, Assignment()))
             return false;
         if (!Accept(",") && !Is(")"))

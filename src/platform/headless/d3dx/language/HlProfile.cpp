@@ -26,7 +26,15 @@ constexpr HlProfile kProfiles[] = {
     {"ps_3_sw", 0xFFFF03FF, true, 3, 32, 8192, kAny, 0, true, true, true, true, ""},
 };
 
+constexpr HlProfile kValue = {"a value", 0xFFFE0200, false, 2,     0,     0, kAny,
+                              0,         true,       false, false, false, ""};
+
 } // namespace
+
+const HlProfile& HlValueProfile()
+{
+    return kValue;
+}
 
 const HlProfile* HlFindProfile(std::string_view name)
 {

@@ -14,7 +14,7 @@ struct HlProfile {
     bool isPixel;
     int major;
     unsigned temporaries;
-    unsigned constants;
+    unsigned constants;  ///< 0: no program runs, the steps are computed for a value of a state
     unsigned arithmetic; ///< slots; of all instructions if `texture` is 0
     unsigned texture;
     bool hasFreeSwizzles;
@@ -33,5 +33,7 @@ struct HlProfile {
 
 /// Null if there is no such profile.
 const HlProfile* HlFindProfile(std::string_view name);
+/// For functions that values of states call: every loop is unrolled, there is no texture and no limit.
+const HlProfile& HlValueProfile();
 
 } // namespace headless::hl

@@ -54,6 +54,9 @@ public:
     /// Runs the entry of a shader. `arguments` are those of `compile`. False if there are errors.
     bool RunEntry(HlFunction& function, const std::vector<HlExpression*>& arguments);
 
+    /// Calls a function with values for a value that no shader computes. Of the type `Error` after errors.
+    HlValue RunCall(const HlExpression& call, std::vector<HlValue>& arguments);
+
     std::vector<HlBinding> inputs;
     std::vector<HlBinding> outputs;
 
@@ -68,6 +71,11 @@ private:
     };
     struct Scope {
         size_t names, slots;
+    };
+    /// The slots of the variable that a loop counts by; none if `end` is not larger than `first`.
+    struct Counter {
+        uint32_t first = 0, end = 0;
+        HlRefs left; ///< its value where values have left the loop; empty while they could not
     };
     using Journal = std::vector<std::pair<uint32_t, HlRef>>;
     using Changes = std::vector<std::pair<uint32_t, HlRef>>; ///< slots and their new values, sorted
@@ -124,12 +132,13 @@ private:
                        const Changes& no);
     bool DeservesBranch(const HlStatement& statement, size_t mark) const;
     void RunLoop(const HlStatement& statement);
-    bool Unroll(const HlStatement& statement, const Scope& scope);
-    bool LoopForReal(const HlStatement& statement, const Scope& scope);
-    bool TryLoop(const HlStatement& statement, const Scope& scope, std::vector<uint32_t>& written,
-                 uint32_t counter);
+    Counter CounterOf(const HlExpression& step) const;
+    void Count(const HlExpression& expression, Counter& counter);
+    void Settle(Counter& counter);
+    bool Unroll(const HlStatement& statement, Counter& counter);
+    bool LoopForReal(const HlStatement& statement);
+    bool TryLoop(const HlStatement& statement, std::vector<uint32_t>& written, uint32_t counter);
     uint32_t StaticCounter(const HlStatement& statement);
-    void RunStep(const HlStatement& statement, const Scope& scope);
     void RunLoopBody(const HlStatement& statement);
     std::vector<std::pair<uint32_t, std::vector<uint32_t>>>
     MakeVariables(const std::vector<uint32_t>& changed);

@@ -41,6 +41,14 @@ HlValue HlRunner::EvaluateCall(const HlExpression& expression)
     return function ? CallFunction(*function, expression, arguments) : ErrorValue();
 }
 
+HlValue HlRunner::RunCall(const HlExpression& call, std::vector<HlValue>& arguments)
+{
+    if (!DeclareGlobals())
+        return ErrorValue();
+    HlFunction* const function = ChooseFunction(call, unit.functionsByName[call.name], arguments);
+    return function ? CallFunction(*function, call, arguments) : ErrorValue();
+}
+
 /// The one whose parameters are nearest to the arguments.
 HlFunction* HlRunner::ChooseFunction(const HlExpression& expression,
                                      const std::vector<HlFunction*>& overloads,

@@ -293,8 +293,8 @@ HlValue HlRunner::Element(const HlValue& value, HlRef index, bool isWhole, FxPla
 HlRefs HlRunner::IndexedConstants(const HlValue& value, HlRef index, uint32_t stride)
 {
     HlRefs result;
-    if (graph.Profile().isPixel || value.type->kind != HlKind::Array ||
-        value.refs.size() < 2 * stride)
+    if (graph.Profile().isPixel || graph.Profile().constants == 0 ||
+        value.type->kind != HlKind::Array || value.refs.size() < 2 * stride)
         return result;
     const auto registerOf = [&](size_t cell) { return graph.Of(value.refs[cell]).extra; };
     for (size_t i = 0; i < value.refs.size(); ++i)

@@ -229,28 +229,62 @@ void HlRunner::BranchForReal(const HlStatement& statement, HlRef condition, cons
 void HlRunner::RunLoop(const HlStatement& statement)
 {
     const Scope scope = OpenScope();
-    if (statement.first)
+    Counter counter;
+    const bool declares = statement.first && statement.first->kind == HlStatementKind::Declare;
+    if (!declares && statement.step)
+        counter = CounterOf(*statement.step);
+    if (counter.end > counter.first && statement.first->kind == HlStatementKind::Expression)
+        Count(*statement.first->condition, counter);
+    else if (statement.first)
         Run(*statement.first);
+    if (declares)
+        counter = {static_cast<uint32_t>(scope.slots), static_cast<uint32_t>(slots.size()), {}};
     const Scope inner = OpenScope();
     const bool wantsFlow = statement.hint == HlHint::Loop && graph.Profile().hasDynamicFlow &&
                            statement.kind != HlStatementKind::Do;
-    if (wantsFlow ? !LoopForReal(statement, scope) : !Unroll(statement, scope))
+    if (wantsFlow)
+        Settle(counter);
+    if (wantsFlow ? !LoopForReal(statement) : !Unroll(statement, counter))
         Fail(statement.place, FxError::Limit,
              "the loop cannot be unrolled: its rounds are not known, or more than 1024");
     CloseScope(inner);
 }
 
-/// The step of what the head of `for` declares needs no mask: behind a loop that a `break` may leave it counts all
-/// rounds.
-void HlRunner::RunStep(const HlStatement& statement, const Scope& scope)
+/// The variable that `i++` or `i += 2` steps; nothing for another expression.
+HlRunner::Counter HlRunner::CounterOf(const HlExpression& step) const
 {
-    if (!statement.step)
-        return;
-    const auto before = freeSlots;
-    if (statement.first && statement.first->kind == HlStatementKind::Declare)
-        freeSlots = {static_cast<uint32_t>(scope.slots), masks[loopMasks.back()]};
-    Evaluate(*statement.step);
+    const bool isStep =
+        step.kind == HlExpressionKind::Step || step.kind == HlExpressionKind::Assign;
+    const Named* const named = isStep && step.parts[0]->kind == HlExpressionKind::Name
+                                   ? FindName(step.parts[0]->name)
+                                   : nullptr;
+    return named ? Counter{named->slot, named->slot + named->type->cells, {}} : Counter();
+}
+
+/// Sets or steps what a loop counts by. In copies of the body it counts on whatever values say, so that its
+/// numbers stay known; `left` is what it holds where the loop has been left.
+void HlRunner::Count(const HlExpression& expression, Counter& counter)
+{
+    const auto cells = [&] {
+        return HlRefs(slots.begin() + counter.first, slots.begin() + counter.end);
+    };
+    const bool counts = counter.end > counter.first;
+    const HlRef live = counts ? Live(heights[counter.first]) : graph.Literal(1.0f);
+    if (!graph.IsValue(live, 1.0f) && counter.left.empty())
+        counter.left = cells();
+    const auto before = std::exchange(freeSlots, {counter.first, counter.end});
+    Evaluate(expression);
     freeSlots = before;
+    if (!counter.left.empty())
+        counter.left = graph.Select({live}, cells(), counter.left);
+}
+
+/// Behind the copies, and before a real loop.
+void HlRunner::Settle(Counter& counter)
+{
+    for (size_t i = 0; i < counter.left.size(); ++i)
+        Set(counter.first + static_cast<uint32_t>(i), counter.left[i]);
+    counter.left.clear();
 }
 
 void HlRunner::RunLoopBody(const HlStatement& statement)
@@ -261,7 +295,7 @@ void HlRunner::RunLoopBody(const HlStatement& statement)
 }
 
 /// False if the rounds do not end. The condition may depend on values, as long as a number ends it.
-bool HlRunner::Unroll(const HlStatement& statement, const Scope& scope)
+bool HlRunner::Unroll(const HlStatement& statement, Counter& counter)
 {
     const bool isDo = statement.kind == HlStatementKind::Do;
     bool isEnded = false;
@@ -286,7 +320,8 @@ bool HlRunner::Unroll(const HlStatement& statement, const Scope& scope)
             if (isFirst && canLoop && statement.hint != HlHint::Unroll) {
                 masks.resize(loopMasks.back());
                 loopMasks.pop_back();
-                return LoopForReal(statement, scope);
+                Settle(counter);
+                return LoopForReal(statement);
             }
             Write(broken, graph.And(slots[broken], condition));
         }
@@ -294,8 +329,10 @@ bool HlRunner::Unroll(const HlStatement& statement, const Scope& scope)
             break;
         RunLoopBody(statement);
         Set(continued, graph.Literal(1.0f));
-        RunStep(statement, scope);
+        if (statement.step)
+            Count(*statement.step, counter);
     }
+    Settle(counter);
     masks.resize(loopMasks.back());
     loopMasks.pop_back();
     return isEnded || HasToStop();
@@ -324,7 +361,7 @@ uint32_t HlRunner::StaticCounter(const HlStatement& statement)
     return uniform && uniform->first == number && uniform->count == 1 ? number : kHlNoRegister;
 }
 
-bool HlRunner::LoopForReal(const HlStatement& statement, const Scope& scope)
+bool HlRunner::LoopForReal(const HlStatement& statement)
 {
     uint32_t counter = kHlNoRegister;
     if (!graph.Profile().hasDynamicFlow) {
@@ -337,14 +374,14 @@ bool HlRunner::LoopForReal(const HlStatement& statement, const Scope& scope)
     std::vector<uint32_t> written;
     bool isDone = false;
     for (int attempt = 0; attempt < 16 && !isDone && !HasToStop(); ++attempt)
-        isDone = TryLoop(statement, scope, written, counter);
+        isDone = TryLoop(statement, written, counter);
     --openLoops;
     return isDone || HasToStop();
 }
 
 /// Runs a loop whose body writes the slots `written`. False if it writes others too, which are added then.
-bool HlRunner::TryLoop(const HlStatement& statement, const Scope& scope,
-                       std::vector<uint32_t>& written, uint32_t counter)
+bool HlRunner::TryLoop(const HlStatement& statement, std::vector<uint32_t>& written,
+                       uint32_t counter)
 {
     const size_t mark = graph.Mark();
     const size_t slotCount = slots.size();
@@ -367,7 +404,8 @@ bool HlRunner::TryLoop(const HlStatement& statement, const Scope& scope,
     }
     RunLoopBody(statement);
     Set(continued, graph.Literal(1.0f));
-    RunStep(statement, scope);
+    if (statement.step)
+        Evaluate(*statement.step);
     const HlRef live = Live(0);
     SetVariables(variables);
     if (!graph.IsValue(live, 1.0f) && counter == kHlNoRegister)
