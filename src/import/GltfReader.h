@@ -43,6 +43,7 @@ private:
     void ReadNode(const nlohmann::json& node, ModelNode& made);
     void ReadMatrix(const nlohmann::json& node, ModelNode& made);
     void LinkNodes(const nlohmann::json& nodes);
+    int RootOf(int number) const;
     void KeepScene();
     void ReadSkins();
     void ReadCameras();

@@ -121,6 +121,18 @@ void GltfReader::LinkNodes(const json& nodes)
     }
 }
 
+int GltfReader::RootOf(int number) const
+{
+    for (size_t steps = 0; model.nodes[static_cast<size_t>(number)].parent >= 0; ++steps) {
+        if (steps > model.nodes.size())
+            throw ModelFault("a node is among its own ancestors");
+        if (steps > kDeepestNode)
+            throw ModelFault("its nodes are nested too deeply");
+        number = model.nodes[static_cast<size_t>(number)].parent;
+    }
+    return number;
+}
+
 /// Keeps the nodes of the scene, parents first. Joints count as well: some files leave them out.
 void GltfReader::KeepScene()
 {
@@ -134,18 +146,7 @@ void GltfReader::KeepScene()
             order.push_back(number);
         isKept[static_cast<size_t>(number)] = true;
     };
-    const auto keepRootOf = [&](int number) {
-        size_t steps = 0;
-        while (model.nodes[static_cast<size_t>(number)].parent >= 0) {
-            number = model.nodes[static_cast<size_t>(number)].parent;
-            ++steps;
-            if (steps > model.nodes.size())
-                throw ModelFault("a node is among its own ancestors");
-            if (steps > kDeepestNode)
-                throw ModelFault("its nodes are nested too deeply");
-        }
-        keep(number);
-    };
+    const auto keepRootOf = [&](int number) { keep(RootOf(number)); };
     if (scene && scene->contains("nodes") && (*scene)["nodes"].is_array()) {
         for (const json& root : (*scene)["nodes"])
             keepRootOf(file.IndexOf("nodes", {{"root", root}}, "root"));
