@@ -55,7 +55,7 @@ ModelTrack TrackOf(Bytes& in)
     track.curve = static_cast<ModelCurve>(in.Below(3));
     double time = in.Small();
     for (int i = in.Below(4); i > 0; --i) {
-        time += 0.01 + std::fabs(in.Small()) / 64; // splines are sampled 30 times a second
+        time += 0.001 + std::fabs(in.Small()) / 1024; // splines are sampled 30 times a second
         track.times.push_back(time);
         for (auto* list : {&track.values, &track.arriving, &track.leaving})
             list->push_back({in.Small(), in.Small(), in.Small(), in.Small()});
