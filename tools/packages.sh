@@ -42,7 +42,7 @@ installed $name
 # Headers only, for both hosts: cmake/HeaderPackages.cmake.
 header_packages='nlohmann-json3-dev libcli11-dev'
 build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libsqlite3-dev libxxhash-dev libassimp-dev libstb-dev $header_packages"
-test_packages='googletest clang-format libbenchmark-dev ccache python3-jsonschema nodejs curl ca-certificates'
+test_packages='googletest clang-format libbenchmark-dev ccache lld python3-jsonschema nodejs curl ca-certificates'
 sanitizer_packages='clang'
 coverage_packages='lcov'
 tidy_packages='clang-tidy'
@@ -55,5 +55,5 @@ zip_packages='unzip'
 bench_packages='assimp-utils gltfpack'
 win32_build_packages="g++-mingw-w64-x86-64-posix cmake ninja-build $header_packages"
 win32_run_packages='wine64 xvfb'
-win32_test_packages='googletest xdotool imagemagick ccache'
+win32_test_packages='googletest xdotool imagemagick ccache lld'
 cross_packages='g++-aarch64-linux-gnu qemu-user-static'

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "tests/qsa/QSATesting.h"
+#include "tests/support/HostCost.h"
 
 namespace {
 
@@ -434,7 +435,7 @@ TEST_F(QSA_MeshImportLinesTest, AnyByteAnywhereGivesWhatNumbersReadOneByOneGive)
 {
     const std::string bytes("\0 \t\r\n09-+.,{}*\"AaE:\x80", 20);
     std::mt19937 random(6);
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < AffordableCases(300); ++i) {
         std::string text = kThreeLines;
         const size_t place = text.find("\t*MESH_VERTEX") + random() % (text.size() - 60);
         const char byte = bytes[random() % bytes.size()];

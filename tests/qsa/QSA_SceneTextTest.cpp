@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/HostCost.h"
 #include "tests/support/RaisedBy.h"
 #include "tests/support/SceneEngine.h"
 
@@ -456,7 +457,7 @@ TEST_F(QSA_SceneTextTest, KeywordsThatCameBeforeAreFoundAsIfTheyNeverHad)
                                  "{"};
     const char* const gaps[] = {" ", "\n\t", "", ",", "{}", "\"\"", "\r\n", "\x80"};
     std::mt19937 random(8);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < AffordableCases(60); ++round) {
         std::string text;
         // The same few words again and again, so that guesses are made, and then others.
         for (int i = 0; i < 60; ++i)

@@ -283,9 +283,10 @@ constexpr int64_t kMostBytes = int64_t{128} << 20;
 std::string Hostile(const std::string& head, const std::string& item, const std::string& tail,
                     const std::string& close = "")
 {
+    const auto most = static_cast<size_t>(AffordableCases(kHostileBytes));
     std::string text = head;
     std::string ends;
-    for (int i = 0; text.size() + ends.size() + item.size() + tail.size() < kHostileBytes; ++i) {
+    for (int i = 0; text.size() + ends.size() + item.size() + tail.size() < most; ++i) {
         size_t from = 0;
         for (size_t mark; (mark = item.find('#', from)) != std::string::npos; from = mark + 1)
             text.append(item, from, mark - from).append(std::to_string(i));

@@ -2,6 +2,7 @@
 // files are compared with those of a run that keeps its frames.
 
 #include "tests/support/FileContent.h"
+#include "tests/support/HostCost.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/support/TreePaths.h"
@@ -281,12 +282,13 @@ void CopyFiles(const fs::path& from, const fs::path& to, const std::vector<const
 
 TEST(UnseenFrames, GeneratedScenesGiveTheSameResults)
 {
-    constexpr unsigned kBatches = 20, kScenes = 25;
+    constexpr unsigned kScenes = 25;
+    const auto batches = static_cast<unsigned>(AffordableCases(20));
     const ScratchDirectory scratch;
     static const std::vector<std::vector<std::string>> kOptions = {
         {}, {"/nl"}, {"/zbuf"}, {"/nospec", "/t:1.3"}, {"/zn:1", "/zf:2"}};
     size_t frames = 0;
-    for (unsigned batch = 0; batch < kBatches; ++batch) {
+    for (unsigned batch = 0; batch < batches; ++batch) {
         SCOPED_TRACE(batch);
         const fs::path directory = scratch.Path() / std::to_string(batch);
         fs::create_directory(directory);
@@ -308,8 +310,8 @@ TEST(UnseenFrames, GeneratedScenesGiveTheSameResults)
         fs::remove_all(directory);
     }
     // No scene but those at the end of three batches of four ends its run, and most of these do.
-    EXPECT_GE(frames, kBatches * kScenes - kBatches * 3 / 4);
-    EXPECT_LE(frames, kBatches * kScenes - kBatches / 2);
+    EXPECT_GE(frames, batches * kScenes - batches * 3 / 4);
+    EXPECT_LE(frames, batches * kScenes - batches / 2);
 }
 
 TEST(UnseenFrames, ExamplesGiveTheSameResults)

@@ -5,6 +5,7 @@
 #include "platform/headless/d3d9/SpanKernel.h"
 #include "platform/headless/d3d9/SpanShader.h"
 #include "tests/platform/headless_d3d9/RandomDraw.h"
+#include "tests/support/HostCost.h"
 
 #include <gtest/gtest.h>
 #include <type_traits>
@@ -55,9 +56,9 @@ std::vector<uint8_t> DrawWith(SpanShader& shader, uint32_t seed)
 
 TEST(SpanForms, GiveTheSameBitsForRandomStates)
 {
-    constexpr uint32_t kDraws = 1500;
+    const auto draws = static_cast<uint32_t>(AffordableCases(1500));
     uint32_t drawn = 0, changed = 0;
-    for (uint32_t seed = 0; seed < kDraws; ++seed) {
+    for (uint32_t seed = 0; seed < draws; ++seed) {
         const std::vector<uint8_t> four = DrawWith(*FourSpanShader(), seed);
         ASSERT_EQ(DrawWith(PlainSpanShader(), seed), four) << "plain, draw " << seed;
         if (EightSpanShader()) {
@@ -66,6 +67,6 @@ TEST(SpanForms, GiveTheSameBitsForRandomStates)
         drawn += !four.empty();
         changed += !four.empty() && four != RandomDraw(seed).Pictures();
     }
-    EXPECT_GT(drawn, kDraws * 8 / 10);
-    EXPECT_GT(changed, kDraws / 3); // depth and alpha tests drop all pixels of many
+    EXPECT_GT(drawn, draws * 8 / 10);
+    EXPECT_GT(changed, draws / 3); // depth and alpha tests drop all pixels of many
 }

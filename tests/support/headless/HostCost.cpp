@@ -5,7 +5,11 @@
 #include <cstring>
 #include <memory>
 
+#ifdef __SANITIZE_ADDRESS__
+const int kHostSlowness = 5;
+#else
 const int kHostSlowness = 1;
+#endif
 
 namespace {
 

@@ -239,12 +239,12 @@ void FxProgram::NoteWritten(const FxProgramPlace& place, UINT count)
 {
     if (!IsOutput(place.table))
         return;
-    std::vector<UINT>& registers = written[static_cast<size_t>(place.table)];
+    std::vector<UINT>& places = written[static_cast<size_t>(place.table)];
     for (UINT i = place.offset / kRegisterNumbers; i * kRegisterNumbers < place.offset + count;
          ++i) {
-        const auto at = std::lower_bound(registers.begin(), registers.end(), i);
-        if (at == registers.end() || *at != i)
-            registers.insert(at, i);
+        const auto at = std::lower_bound(places.begin(), places.end(), i);
+        if (at == places.end() || *at != i)
+            places.insert(at, i);
     }
 }
 
