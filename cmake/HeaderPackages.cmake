@@ -19,3 +19,6 @@ endfunction()
 
 qsa_header_package(json_package nlohmann/json.hpp nlohmann-json3-dev)
 qsa_header_package(arguments_package CLI/CLI.hpp libcli11-dev)
+if(NOT WIN32) # of the importer
+    qsa_header_package(picture_package stb/stb_image.h libstb-dev)
+endif()

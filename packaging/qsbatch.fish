@@ -6,6 +6,8 @@ complete -c qsbatch -l exclude -r -x -d 'leave out files and directories with su
 complete -c qsbatch -l from-file -r -F -d 'read paths from LIST, one a line; - is standard input'
 complete -c qsbatch -s 0 -d 'paths in LIST end in NUL, not in a line end'
 complete -c qsbatch -l out -r -x -a '(__fish_complete_directories)' -d 'write the targets below DIR, in the directories of their sources'
+complete -c qsbatch -l import -d 'take models instead of scenes'
+complete -c qsbatch -l import-options -r -x -d 'options of qsaimport for --import, as one text'
 complete -c qsbatch -l frames -r -x -a '(__fish_complete_directories)' -d 'draw a frame of each scene and keep it below DIR'
 complete -c qsbatch -l draw -d 'draw the frames without keeping them'
 complete -c qsbatch -l frame-size -r -x -d 'size of the frames in pixels (320x240)'

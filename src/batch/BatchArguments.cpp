@@ -8,11 +8,14 @@
 #include <CLI/CLI.hpp>
 
 #include "batch/BatchHelp.h"
+#include "batch/SceneImport.h"
 
 namespace {
 
 constexpr int kMostPixels = 16384; // a side
 constexpr int kMostWorkers = 1024;
+constexpr const char* kModelPatterns[] = {"*.glb", "*.gltf", "*.obj", "*.fbx",     "*.dae",
+                                          "*.3ds", "*.ply",  "*.md3", "*.md5mesh", "*.bvh"};
 
 class BatchFormatter : public CLI::Formatter {
 public:
@@ -134,6 +137,8 @@ void BatchCommandLine::AddSourceOptions()
     Value("--from-file", options.listFile, "LIST");
     Flag("-0", options.listHasNulls);
     Value("--out", options.outDirectory, "DIR");
+    Flag("--import", options.import);
+    Value("--import-options", options.importOptions, "TEXT");
 }
 
 void BatchCommandLine::AddFrameOptions()
@@ -233,8 +238,15 @@ std::string BatchCommandLine::Read(std::vector<std::string> arguments)
         if (!error.empty())
             return error;
     }
-    if (options.includes.empty())
+    if (options.includes.empty() && options.import)
+        options.includes.assign(std::begin(kModelPatterns), std::end(kModelPatterns));
+    else if (options.includes.empty())
         options.includes.push_back("*.qsa");
+    if (!options.importOptions.empty() && !options.import)
+        return "option '--import-options' goes with '--import' only";
+    const std::string importFault = FaultOfImportOptions(options.importOptions);
+    if (!importFault.empty())
+        return "option '--import-options': " + importFault;
     if (!takesPaths && !options.paths.empty())
         return "a path is given, '" + options.paths.front() + "', but none is taken";
     if (takesPaths && options.paths.empty() && options.listFile.empty())

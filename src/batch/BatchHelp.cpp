@@ -45,6 +45,9 @@ const OptionHelp kOptionHelps[] = {
     {"--from-file", "read paths from LIST, one a line; - is standard input"},
     {"-0", "paths in LIST end in NUL, not in a line end"},
     {"--out", "write the targets below DIR, in the directories of their sources"},
+    {"--import", "take models (glTF, OBJ, FBX, ...) instead of scenes; their texts and pictures go\n"
+                 "beside the targets"},
+    {"--import-options", "options of qsaimport for --import, as one text"},
     {"--frames", "draw a frame of each scene and keep it below DIR"},
     {"--draw", "draw the frames without keeping them"},
     {"--frame-size", "size of the frames in pixels (320x240)"},

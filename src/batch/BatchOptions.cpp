@@ -47,6 +47,8 @@ std::string BatchOptions::TargetKey() const
         key += " strict";
     if (check)
         key += " check";
+    if (import)
+        key += " import " + importOptions;
     return key;
 }
 

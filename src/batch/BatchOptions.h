@@ -17,6 +17,8 @@ struct BatchOptions {
     std::vector<std::string> excludes;
     std::string listFile; ///< of `--from-file`; "-" is standard input
     bool listHasNulls = false;
+    bool import = false;       ///< models are imported, scenes are converted as they are
+    std::string importOptions; ///< as on the importer's own command line
 
     // Where it goes.
     std::string outDirectory;    ///< empty: beside the source

@@ -48,7 +48,8 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
                  {"--chunk-mb", "M", "make chunks of about M MiB", &texts.chunkMebibytes},
                  {"-o", "DIR", "write the chunks to DIR, in place of those there", &options.output},
                  root},
-                {"--version", "--journal", "--report", "--dry-run", "--fail-fast"}};
+                {"--version", "--journal", "--report", "--dry-run", "--fail-fast", "--import",
+                 "--import-options"}};
     case FarmCommand::kRun:
         return {kRunUsage,
                 kRunWhat,
@@ -56,7 +57,8 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
                  {"--journal-dir", "DIR", "write the journal to DIR", &options.journalDirectory},
                  root},
                 {"--version", "--include", "--exclude", "--from-file", "-0", "--state", "--force",
-                 "--rehash", "--dry-run", "--journal", "--report", "--fail-fast"},
+                 "--rehash", "--dry-run", "--journal", "--report", "--fail-fast", "--import",
+                 "--import-options"},
                 false};
     case FarmCommand::kMerge:
         break;
@@ -64,11 +66,12 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
     return {kMergeUsage,
             kMergeWhat,
             {{"-o", "FILE", "write the journal of all to FILE", &options.output}, root},
-            {"--version",   "--include",  "--exclude",     "--from-file", "-0",       "--out",
-             "--frames",    "--draw",     "--frame-size",  "--camera",    "--time",   "--loop",
-             "--fit",       "--no-light", "--no-specular", "--z-buffer",  "--jobs",   "--timeout",
-             "--memory",    "--strict",   "--check",       "--force",     "--rehash", "--dry-run",
-             "--fail-fast", "--verbose",  "--quiet",       "--journal"}};
+            {"--version",  "--include", "--exclude", "--from-file",  "-0",
+             "--out",      "--frames",  "--draw",    "--frame-size", "--camera",
+             "--time",     "--loop",    "--fit",     "--no-light",   "--no-specular",
+             "--z-buffer", "--jobs",    "--timeout", "--memory",     "--strict",
+             "--check",    "--force",   "--rehash",  "--dry-run",    "--fail-fast",
+             "--verbose",  "--quiet",   "--journal", "--import",     "--import-options"}};
 }
 
 template <typename Number>

@@ -69,6 +69,13 @@ const std::string& InputRecorder::Directory()
     return directory;
 }
 
+void InputRecorder::NoteFile(const std::string& path)
+{
+    struct stat info;
+    const bool isThere = stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode);
+    Note(path.c_str(), isThere ? &info : nullptr);
+}
+
 void InputRecorder::Note(const char* path, const struct stat* found)
 {
     if (isPaused || !path || !*path || sourceLeaf == path)

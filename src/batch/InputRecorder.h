@@ -22,6 +22,8 @@ public:
     /// What was looked for, each once and in this order, with their contents. False if one of them
     /// has changed since it was opened, or has come or gone.
     bool Finish(std::vector<SceneInput>& inputsOut);
+    /// Notes a file that someone else looked for; the path is absolute.
+    void NoteFile(const std::string& path);
     /// Look-ups in between are not noted.
     void Pause() { isPaused = true; }
 

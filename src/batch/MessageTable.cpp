@@ -300,6 +300,8 @@ const MessageRow kMessageRows[] = {
     {915, MessageLevel::kNote, "an unknown message"},
     {916, MessageLevel::kError, "the file that was written cannot be loaded: %s"},
     {917, MessageLevel::kNote, "UNMODELLED %s"},
+    {918, MessageLevel::kError, "the model cannot be imported: %s"},
+    {919, MessageLevel::kWarning, "of the model: %s"},
 };
 // clang-format on
 

@@ -34,6 +34,8 @@ inline constexpr uint16_t kCodeDirectoryNotRead = 914;
 inline constexpr uint16_t kCodeUnknown = 915;
 inline constexpr uint16_t kCodeTargetNotLoaded = 916;
 inline constexpr uint16_t kCodeUnmodelled = 917;
+inline constexpr uint16_t kCodeNotImported = 918;
+inline constexpr uint16_t kCodeNotCarried = 919;
 
 /// "Q104".
 std::string CodeText(uint16_t code);

@@ -88,12 +88,20 @@ bool SceneConverter::Attempt(const SceneJob& job, SceneResult& resultOut)
             !StampOfFile(sourceDirectory.Get(), source.leaf.c_str(), resultOut.source, &content))
             Refuse(kCodeCannotOpen, std::strerror(errno));
         resultOut.hasSource = true;
-        const WorkingDirectory inSource(sourceDirectory, start);
-        const headless::ServingFile serving(ServedSource(source.leaf, content));
-        InputRecorder recorder(sourceDirectory, source.leaf);
+        const ImportedScene imported = Import(job, source.leaf);
+        const std::string& leaf = imported.leaf.empty() ? source.leaf : imported.leaf;
+        if (imported.leaf.empty())
+            sceneDirectory = OpenDirectory(start.Get(), source.directory);
+        const WorkingDirectory inScene(sceneDirectory, start);
+        const headless::ServingFile serving(imported.leaf.empty()
+                                                ? ServedSource(leaf, content)
+                                                : headless::ServedFile{leaf.c_str(), nullptr, 0});
+        InputRecorder recorder(sceneDirectory, leaf);
+        for (const std::string& input : imported.inputs)
+            recorder.NoteFile(input);
         inputs = &recorder;
         SceneSession session;
-        ConvertLoaded(job, source.leaf, session);
+        ConvertLoaded(job, leaf, session);
         resultOut.status = SceneStatus::kConverted;
         return true;
     } catch (const Refusal&) {
@@ -108,6 +116,24 @@ bool SceneConverter::Attempt(const SceneJob& job, SceneResult& resultOut)
     }
     engine.MarkUsed();
     return !hasChanged && !HasSourceChanged(SplitPath(job.path).leaf);
+}
+
+/// A model becomes a scene in the directory of the target, where its pictures are wanted. A source that is a
+/// scene stays as it is.
+ImportedScene SceneConverter::Import(const SceneJob& job, const std::string& leaf)
+{
+    if (!setup.imports || IsSceneFile(leaf))
+        return {};
+    sceneDirectory = MakeDirectory(start.Get(), SplitPath(job.target).directory);
+    if (!sceneDirectory.IsOpen())
+        Refuse(kCodeTargetDirectory, std::strerror(errno));
+    ImportedScene imported = ImportScene(PathOfDirectory(sourceDirectory) + "/" + leaf,
+                                         PathOfDirectory(sceneDirectory), setup.importOptions);
+    for (const std::string& notice : imported.notices)
+        catcher->Add(OwnMessage(kCodeNotCarried, notice));
+    if (imported.leaf.empty())
+        Refuse(kCodeNotImported, imported.fault);
+    return imported;
 }
 
 /// An error may come from a file that was cut while it was read.
@@ -129,9 +155,9 @@ void SceneConverter::ConvertLoaded(const SceneJob& job, const std::string& leaf,
     if (session.ObjectsInFile() == 0)
         catcher->Add(OwnMessage(kCodeNoObject));
     if (job.writesTarget)
-        Save(job, session, leaf);
+        Save(job, session);
     else
-        CheckNothingChanged(leaf);
+        CheckNothingChanged(SplitPath(job.path).leaf);
     if (job.draws && !(setup.isStrict && job.writesTarget))
         Draw(job, session);
     if (!job.writesTarget)
@@ -141,21 +167,21 @@ void SceneConverter::ConvertLoaded(const SceneJob& job, const std::string& leaf,
 }
 
 /// The frame of a strict run is drawn before the target takes its place, as it may bring warnings.
-void SceneConverter::Save(const SceneJob& job, SceneSession& session, const std::string& leaf)
+void SceneConverter::Save(const SceneJob& job, SceneSession& session)
 {
     const SplitPath target(job.target);
     const Descriptor directory = MakeDirectory(start.Get(), target.directory);
     if (!directory.IsOpen())
         Refuse(kCodeTargetDirectory, std::strerror(errno));
-    const WorkingDirectory inTarget(directory, sourceDirectory);
+    const WorkingDirectory inTarget(directory, sceneDirectory);
     QSB_TargetFile file;
     file.CreateFor(target.leaf.c_str());
     WriteScene(session.Scene(), file);
     if (setup.isStrict && job.draws) {
-        const WorkingDirectory inSource(sourceDirectory, directory);
+        const WorkingDirectory inScene(sceneDirectory, directory);
         Draw(job, session);
     }
-    CheckNothingChanged(leaf);
+    CheckNothingChanged(SplitPath(job.path).leaf);
     CheckStrictly();
     file.Finish();
     result->isTargetWritten = true;
@@ -200,7 +226,7 @@ void SceneConverter::Draw(const SceneJob& job, SceneSession& session)
     const Descriptor directory = MakeDirectory(start.Get(), kept.directory);
     if (!directory.IsOpen())
         Refuse(kCodeFrameNotWritten, std::strerror(errno));
-    const WorkingDirectory inFrames(directory, sourceDirectory);
+    const WorkingDirectory inFrames(directory, sceneDirectory);
     std::string reason;
     if (!KeepFrame(frame, kept.leaf, reason) ||
         !StampOfFile(directory.Get(), kept.leaf.c_str(), result->frame))

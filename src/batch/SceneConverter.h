@@ -4,6 +4,7 @@
 #include <string>
 
 #include "batch/FrameReader.h"
+#include "batch/SceneImport.h"
 #include "batch/SceneJob.h"
 #include "batch/WorkerEngine.h"
 #include "batch/WorkingDirectory.h"
@@ -27,7 +28,8 @@ private:
 
     bool Attempt(const SceneJob& job, SceneResult& result);
     void ConvertLoaded(const SceneJob& job, const std::string& leaf, SceneSession& session);
-    void Save(const SceneJob& job, SceneSession& session, const std::string& leaf);
+    ImportedScene Import(const SceneJob& job, const std::string& leaf);
+    void Save(const SceneJob& job, SceneSession& session);
     void Draw(const SceneJob& job, SceneSession& session);
     void CheckTarget(const SceneJob& job);
     void CheckNothingChanged(const std::string& leaf);
@@ -46,6 +48,7 @@ private:
     MessageCatcher* catcher = nullptr; // not owned
     InputRecorder* inputs = nullptr;   // not owned
     Descriptor sourceDirectory;
-    SmallContent content; ///< of the source
+    Descriptor sceneDirectory; ///< the source's, or that of the scene which was made from it
+    SmallContent content;      ///< of the source
     bool hasChanged = false;
 };

@@ -168,6 +168,8 @@ std::string EncodeSetup(const WorkerSetup& setup)
     wire.U64(setup.memoryBytes);
     wire.U8(setup.isStrict);
     wire.U8(setup.checks);
+    wire.U8(setup.imports);
+    wire.Text(setup.importOptions);
     return wire.Bytes();
 }
 
@@ -178,6 +180,8 @@ bool DecodeSetup(std::string_view message, WorkerSetup& setupOut)
     setupOut.memoryBytes = wire.U64();
     setupOut.isStrict = wire.U8() != 0;
     setupOut.checks = wire.U8() != 0;
+    setupOut.imports = wire.U8() != 0;
+    setupOut.importOptions = wire.Text();
     return wire.IsAtEnd();
 }
 

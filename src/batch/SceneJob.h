@@ -13,6 +13,8 @@ struct WorkerSetup {
     uint64_t memoryBytes = 0;  ///< of address space; 0 for no limit
     bool isStrict = false;     ///< a warning keeps the target as it was
     bool checks = false;       ///< the written file is read again
+    bool imports = false;      ///< sources that are no scenes are models
+    std::string importOptions; ///< as on the importer's own command line
 };
 
 /// One scene to convert. Paths are absolute or relative to where the program was started.

@@ -61,6 +61,8 @@ Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunRepo
     setup.memoryBytes = options.memoryBytes;
     setup.isStrict = options.strict;
     setup.checks = options.check;
+    setup.imports = options.import;
+    setup.importOptions = options.importOptions;
 }
 
 bool Supervisor::Run()

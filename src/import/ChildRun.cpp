@@ -1,0 +1,122 @@
+#include "import/ChildRun.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <cstring>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "gltf/ModelFault.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kWorkDone = 0;
+constexpr int kWorkFailed = 3; // memory ran out
+
+uint64_t AddressSpace()
+{
+    FILE* stream = std::fopen("/proc/self/statm", "r");
+    unsigned long pages = 0;
+    const bool isRead = stream && std::fscanf(stream, "%lu", &pages) == 1;
+    if (stream)
+        std::fclose(stream);
+    return isRead ? uint64_t{pages} * static_cast<uint64_t>(sysconf(_SC_PAGESIZE)) : 0;
+}
+
+void SetLimit(int what, uint64_t value)
+{
+    const rlimit limit = {static_cast<rlim_t>(value), static_cast<rlim_t>(value)};
+    setrlimit(static_cast<__rlimit_resource>(what), &limit);
+}
+
+[[noreturn]] void BeChild(int out, const ChildLimits& limits,
+                          const std::function<std::string()>& work)
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // a parent that is stopped leaves nothing behind
+    SetLimit(RLIMIT_CORE, 0);
+    SetLimit(RLIMIT_AS, AddressSpace() + limits.bytes);
+    SetLimit(RLIMIT_CPU, static_cast<uint64_t>(std::ceil(limits.seconds)) + 1);
+    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL})
+        std::signal(signal, SIG_DFL);
+    // What the library says on the way is of no use to anyone.
+    const int nowhere = open("/dev/null", O_WRONLY);
+    dup2(nowhere, STDOUT_FILENO);
+    dup2(nowhere, STDERR_FILENO);
+    int status = kWorkFailed;
+    try {
+        const std::string text = work();
+        size_t at = 0;
+        while (at < text.size()) {
+            const ssize_t count = write(out, text.data() + at, text.size() - at);
+            if (count < 0 && errno != EINTR)
+                _exit(kWorkFailed);
+            at += count > 0 ? static_cast<size_t>(count) : 0;
+        }
+        status = kWorkDone;
+    } catch (const std::exception&) {}
+    _exit(status); // nothing of the parent's may run or be written twice
+}
+
+/// Reads to the end; false if the time is over first.
+bool ReadUntil(int in, Clock::time_point end, std::string& textOut)
+{
+    for (;;) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        pollfd waiting = {in, POLLIN, 0};
+        if (left <= 0)
+            return false;
+        const int ready = poll(&waiting, 1, static_cast<int>(std::min<int64_t>(left, 1000)));
+        if (ready <= 0)
+            continue;
+        char part[65536];
+        const ssize_t count = read(in, part, sizeof part);
+        if (count == 0)
+            return true;
+        if (count > 0)
+            textOut.append(part, static_cast<size_t>(count));
+        else if (errno != EINTR)
+            return true;
+    }
+}
+
+} // namespace
+
+std::string RunInChild(const ChildLimits& limits, const std::function<std::string()>& work)
+{
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        throw ModelFault(std::string("no child process: ") + std::strerror(errno));
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0)
+        BeChild(ends[1], limits, work);
+    close(ends[1]);
+    std::string text;
+    const auto end =
+        Clock::now() + std::chrono::milliseconds(static_cast<int64_t>(limits.seconds * 1000));
+    const bool isInTime = child > 0 && ReadUntil(ends[0], end, text);
+    close(ends[0]);
+    if (child < 0)
+        throw ModelFault(std::string("no child process: ") + std::strerror(errno));
+    if (!isInTime)
+        kill(child, SIGKILL);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {}
+    if (!isInTime || (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU))
+        throw ModelFault("reading it takes too long");
+    if (WIFSIGNALED(status))
+        throw ModelFault(std::string("its reader crashed: ") + strsignal(WTERMSIG(status)));
+    if (WEXITSTATUS(status) != kWorkDone)
+        throw ModelFault("reading it needs too much memory");
+    return text;
+}

@@ -1,0 +1,69 @@
+#include "import/RunImport.h"
+
+#include <filesystem>
+#include <new>
+
+#include "gltf/ModelFault.h"
+#include "gltf/NoticeList.h"
+#include "import/ImportArguments.h"
+
+namespace {
+
+constexpr int kImportDone = 0;
+constexpr int kImportFailed = 1;
+constexpr int kImportUsageError = 2;
+
+/// A line for people: control characters of names are shown as '?'.
+void Line(FILE* stream, std::string text)
+{
+    for (char& byte : text) {
+        if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7F')
+            byte = '?';
+    }
+    std::fprintf(stream, "qsaimport: %s\n", text.c_str());
+}
+
+bool ImportOne(const std::string& model, const ImportArguments& arguments, FILE* out, FILE* err)
+{
+    NoticeList notices;
+    std::string fault = "not enough memory";
+    try {
+        const ImportResult result = ImportModel(model, arguments.options, notices);
+        for (const std::string& line : notices.Lines()) {
+            if (!arguments.quiet)
+                Line(err, model + ": " + line);
+        }
+        std::fprintf(out, "%s\n", result.scene.c_str());
+        return true;
+    } catch (const ModelFault& error) {
+        fault = error.what();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {}
+    Line(err, model + ": " + fault);
+    return false;
+}
+
+} // namespace
+
+int RunImport(const std::vector<std::string>& arguments, FILE* out, FILE* err)
+{
+    const ImportArguments read = ReadImportArguments(arguments);
+    if (!read.error.empty()) {
+        Line(err, read.error);
+        std::fputs(kImportUsage, err);
+        return kImportUsageError;
+    }
+    if (read.help || read.version) {
+        std::fputs(read.help ? ImportHelp().c_str() : kImportVersion, out);
+        return kImportDone;
+    }
+    std::error_code failure;
+    if (!read.options.folder.empty())
+        std::filesystem::create_directories(read.options.folder, failure);
+    int status = kImportDone;
+    for (const std::string& model : read.models) {
+        if (!ImportOne(model, read, out, err))
+            status = kImportFailed;
+    }
+    return status;
+}
