@@ -40,7 +40,7 @@ protected:
 };
 
 constexpr const char* kDone = "0 converted, 1 up to date, 0";
-constexpr const char* kAgain = "1 converted, 0 up to date, 0";
+constexpr const char* kModelAgain = "1 converted, 0 up to date, 0";
 
 } // namespace
 
@@ -48,7 +48,7 @@ TEST_F(BatchImportTest, ModelsBecomeScenesBesideTheTargets)
 {
     WriteModel();
     fs::copy(SourcePath("examples/crate.png"), "in/deep/wood.png");
-    EXPECT_EQ(Summary(), kAgain);
+    EXPECT_EQ(Summary(), kModelAgain);
     EXPECT_THAT(FilesBelow("o"), testing::ElementsAre(".qsbatch-state", "deep/box.qsa",
                                                       "deep/box.qsb", "deep/wood.png"));
     // The same as the importer and the converter one after the other.
@@ -62,15 +62,15 @@ TEST_F(BatchImportTest, ModelsBecomeScenesBesideTheTargets)
 TEST_F(BatchImportTest, BuffersPicturesAndOptionsCount)
 {
     WriteModel();
-    EXPECT_EQ(Summary(), kAgain);
+    EXPECT_EQ(Summary(), kModelAgain);
     EXPECT_EQ(Summary(), kDone);
     WriteModel(2);
-    EXPECT_EQ(Summary(), kAgain) << "the buffer changed";
+    EXPECT_EQ(Summary(), kModelAgain) << "the buffer changed";
     EXPECT_EQ(Summary(), kDone);
     fs::copy(SourcePath("examples/crate.png"), "in/deep/wood.png");
-    EXPECT_EQ(Summary(), kAgain) << "the picture came";
+    EXPECT_EQ(Summary(), kModelAgain) << "the picture came";
     EXPECT_EQ(Summary(), kDone);
-    EXPECT_EQ(Summary({"--import-options", "--up z"}), kAgain) << "another axis";
+    EXPECT_EQ(Summary({"--import-options", "--up z"}), kModelAgain) << "another axis";
     EXPECT_EQ(Summary({"--import-options", "--up z"}), kDone);
 }
 
@@ -91,7 +91,7 @@ TEST_F(BatchImportTest, FaultsAndLossesAreMessages)
 TEST_F(BatchImportTest, ScenesInTheListAreConvertedAsTheyAre)
 {
     scratch.Write("in/a.qsa", HelperScene("Mast"));
-    EXPECT_EQ(Summary({"--include", "*.qsa"}), kAgain);
+    EXPECT_EQ(Summary({"--include", "*.qsa"}), kModelAgain);
     EXPECT_THAT(FilesBelow("o"), testing::ElementsAre(".qsbatch-state", "a.qsb"));
 }
 
