@@ -87,7 +87,7 @@ std::string PictureStore::KeepOne(const ModelImage& image, bool dropsAlpha)
     if (!taken.png.empty())
         bytes = std::move(taken.png);
     std::string name = StemOf(image.name);
-    if (image.file.empty())
+    if (image.file.empty() || IsOthers(name + taken.extension, image.file, bytes))
         name = HarmlessText(stem, kMostStem / 2) + "-" + name;
     const std::string leaf = FreeLeaf(name + taken.extension, bytes);
     std::error_code ignored;
@@ -95,6 +95,20 @@ std::string PictureStore::KeepOne(const ModelImage& image, bool dropsAlpha)
     if (image.file.empty() || !fs::equivalent(path, image.file, ignored))
         Write(path, bytes);
     return leaf;
+}
+
+/// Whether the folder has another picture of that name, which may belong to another scene.
+bool PictureStore::IsOthers(const std::string& leaf, const std::string& source,
+                            const std::string& bytes) const
+{
+    std::error_code ignored;
+    const std::string path = folder + leaf;
+    const bool isOurs = std::find(written.begin(), written.end(), path) != written.end() ||
+                        fs::equivalent(path, source, ignored);
+    if (isOurs || !fs::exists(path, ignored))
+        return false;
+    std::string there;
+    return fs::file_size(path, ignored) != bytes.size() || !ReadFile(path, there) || there != bytes;
 }
 
 /// The name, numbered if another picture has it. Equal pictures of one name are one file.

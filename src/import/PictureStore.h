@@ -29,6 +29,8 @@ public:
 
 private:
     std::string KeepOne(const ModelImage& image, bool dropsAlpha);
+    bool IsOthers(const std::string& leaf, const std::string& source,
+                  const std::string& bytes) const;
     std::string FreeLeaf(const std::string& wanted, const std::string& bytes);
     void Write(const std::string& path, const std::string& bytes);
 

@@ -268,6 +268,35 @@ TEST_F(ImportModelTest, PicturesLieBesideTheSceneUnderNamesOfTheirOwn)
     EXPECT_THAT(notices.Lines(), ElementsAre("pictures are missing (1)"));
 }
 
+/// Models of several folders may go to one, each with a picture of the same name.
+TEST_F(ImportModelTest, PicturesOfOtherScenesAreNotOverwritten)
+{
+    ImportOptions options;
+    options.folder = "out";
+    fs::create_directories("out");
+    for (const char* folder : {"a", "b"}) {
+        fs::create_directories(folder);
+        fs::copy(SourcePath(*folder == 'a' ? "examples/crate.png" : "examples/planks.png"),
+                 std::string(folder) + "/wood.png");
+        GltfMaker maker;
+        maker.Add("images", {{"uri", "wood.png"}});
+        maker.Add("textures", {{"source", 0}});
+        nlohmann::json material = ColorMaterial("M", 1, 1, 1);
+        material["pbrMetallicRoughness"]["baseColorTexture"] = {{"index", 0}};
+        maker.Add("materials", material);
+        nlohmann::json primitive = BoxPrimitive(maker, 1);
+        primitive["material"] = 0;
+        maker.Root({{"mesh", maker.Add("meshes", {{"primitives", {primitive}}})}});
+        maker.Save(std::string(folder) + "/of_" + folder + ".glb");
+    }
+    for (int round = 0; round < 2; ++round) { // the second time nothing is made anew
+        EXPECT_THAT(ImportFile("a/of_a.glb", options), HasSubstr("*BITMAP\t\"wood.png\"\n"));
+        EXPECT_THAT(ImportFile("b/of_b.glb", options), HasSubstr("*BITMAP\t\"of_b-wood.png\"\n"));
+    }
+    EXPECT_EQ(directory.Read("out/wood.png"), directory.Read("a/wood.png"));
+    EXPECT_EQ(directory.Read("out/of_b-wood.png"), directory.Read("b/wood.png"));
+}
+
 TEST_F(ImportModelTest, DamagedPicturesAreLeftOut)
 {
     GltfMaker maker = BoxFile();
