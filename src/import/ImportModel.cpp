@@ -45,7 +45,7 @@ ImportResult WriteModel(const Model& model, const std::string& path, const Impor
     PictureStore store(folder, stem, notices);
     const std::vector<std::string> pictures = store.Keep(model);
     ImportResult result;
-    result.scene = folder + stem + ".qsa";
+    result.scene = SceneOfModel(path, options);
     errno = 0;
     if (!WriteWholeFile(result.scene, WriteQsa(scene, model, pictures)))
         throw ModelFault("the scene '" + result.scene +
@@ -124,6 +124,11 @@ ImportResult ResultOfChild(const std::string& told, NoticeList& notices)
 }
 
 } // namespace
+
+std::string SceneOfModel(const std::string& path, const ImportOptions& options)
+{
+    return FolderOf(path, options) + fs::path(path).stem().string() + ".qsa";
+}
 
 ImportResult ImportModel(const std::string& path, const ImportOptions& options, NoticeList& notices)
 {

@@ -21,6 +21,8 @@ struct ImportResult {
     std::vector<std::string> inputs;   ///< further files that were looked for, found or not
 };
 
+/// Where the scene of a model goes.
+std::string SceneOfModel(const std::string& path, const ImportOptions& options);
 /// Writes a model as a scene: MODEL.qsa and its pictures, in the folder, which must exist. Nothing is left of
 /// a scene that could not be written whole. Throws ModelFault without the model's name.
 ImportResult ImportModel(const std::string& path, const ImportOptions& options,

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <new>
+#include <set>
 
 #include "gltf/ModelFault.h"
 #include "gltf/NoticeList.h"
@@ -61,8 +62,12 @@ int RunImport(const std::vector<std::string>& arguments, FILE* out, FILE* err)
     if (!read.options.folder.empty())
         std::filesystem::create_directories(read.options.folder, failure);
     int status = kImportDone;
+    std::set<std::string> scenes;
     for (const std::string& model : read.models) {
-        if (!ImportOne(model, read, out, err))
+        const bool isFirst = scenes.insert(SceneOfModel(model, read.options)).second;
+        if (!isFirst)
+            Line(err, model + ": an earlier model has its scene's name");
+        if (!isFirst || !ImportOne(model, read, out, err))
             status = kImportFailed;
     }
     return status;

@@ -1,7 +1,9 @@
 // Models that tests make, as the texts that the importer writes for them.
 
 #include "import/ImportModel.h"
+#include "import/RunImport.h"
 
+#include <cstdio>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -295,6 +297,26 @@ TEST_F(ImportModelTest, PicturesOfOtherScenesAreNotOverwritten)
     }
     EXPECT_EQ(directory.Read("out/wood.png"), directory.Read("a/wood.png"));
     EXPECT_EQ(directory.Read("out/of_b-wood.png"), directory.Read("b/wood.png"));
+}
+
+TEST_F(ImportModelTest, AModelDoesNotReplaceTheSceneOfAnotherOne)
+{
+    for (const char* folder : {"a", "b"}) {
+        fs::create_directories(folder);
+        GltfMaker maker = BoxFile();
+        maker.json["nodes"][0]["name"] = std::string("of ") + folder;
+        maker.Save(std::string(folder) + "/same.glb");
+    }
+    std::FILE* const out = std::tmpfile();
+    std::FILE* const err = std::tmpfile();
+    EXPECT_EQ(RunImport({"a/same.glb", "b/same.glb", "-o", "out"}, out, err), 1);
+    std::rewind(err);
+    char line[200] = {};
+    ASSERT_TRUE(std::fgets(line, sizeof line, err));
+    EXPECT_STREQ(line, "qsaimport: b/same.glb: an earlier model has its scene's name\n");
+    std::fclose(out);
+    std::fclose(err);
+    EXPECT_THAT(directory.Read("out/same.qsa"), HasSubstr("\"of a\""));
 }
 
 TEST_F(ImportModelTest, DamagedPicturesAreLeftOut)
