@@ -58,7 +58,7 @@ void ScenePlanner::AddMesh(QsaNode base, int mesh)
         if (i == 0) {
             made = std::move(base);
         } else {
-            made.name = names.Take(parent + " part " + std::to_string(i + 1), "Mesh");
+            made.name = names.Take(parent + " piece " + std::to_string(i + 1), "Mesh");
             made.parent = parent;
             made.isVisible = !isHidden;
         }
@@ -82,7 +82,7 @@ void ScenePlanner::AddSkinned(const ModelNode& node)
     const std::string base = isTaken ? inner[number] + " skin" : inner[number];
     for (size_t i = 0; i < cut.pieces.size(); ++i) {
         QsaNode made;
-        const std::string name = i == 0 ? base : base + " part " + std::to_string(i + 1);
+        const std::string name = i == 0 ? base : base + " piece " + std::to_string(i + 1);
         made.name = i == 0 && !isTaken ? name : names.Take(name, "Mesh");
         made.kind = QsaKind::kMesh;
         made.piece = &cut.pieces[i];

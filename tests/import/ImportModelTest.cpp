@@ -396,7 +396,7 @@ TEST_F(ImportModelTest, MeshesAreCutWhereTheFormatEnds)
     const std::string text = Import(maker);
     EXPECT_EQ(CountOf(text, "*MESH_FACE\t"), faces);
     EXPECT_EQ(CountOf(text, "*GEOMOBJECT"), 2u);
-    EXPECT_THAT(text, HasSubstr("*NODE_NAME\t\"Field part 2\"\n\t*NODE_PARENT\t\"Field\"\n"));
+    EXPECT_THAT(text, HasSubstr("*NODE_NAME\t\"Field piece 2\"\n\t*NODE_PARENT\t\"Field\"\n"));
     EXPECT_THAT(notices.Lines(), ElementsAre("mesh 'Big' was cut into 2 pieces (1)"));
     for (size_t at = text.find("*MESH_NUMVERTEX\t"); at != std::string::npos;
          at = text.find("*MESH_NUMVERTEX\t", at + 1))
