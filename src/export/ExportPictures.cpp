@@ -1,6 +1,5 @@
 #include "export/ExportPictures.h"
 
-#include <cstdio>
 #include <filesystem>
 
 #include <unistd.h>
@@ -8,6 +7,7 @@
 #include <d3dx9.h>
 
 #include "base/Ascii.h"
+#include "base/ReadWholeFile.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/KRE_Texture.h"
 #include "info/LoadedScene.h"
@@ -40,19 +40,6 @@ public:
     std::string path; ///< empty if there is none
 };
 
-std::string BytesOfFile(const std::string& path)
-{
-    std::string bytes;
-    FILE* stream = std::fopen(path.c_str(), "rb");
-    if (!stream)
-        return bytes;
-    char part[65536];
-    while (const size_t count = std::fread(part, 1, sizeof part, stream))
-        bytes.append(part, count);
-    std::fclose(stream);
-    return bytes;
-}
-
 const char* MimeTypeOf(const std::string& bytes)
 {
     if (bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") == 0)
@@ -68,7 +55,10 @@ std::string PngOf(IDirect3DTexture9* texture)
         return "";
     const HRESULT result =
         D3DXSaveSurfaceToFileA(file.path.c_str(), D3DXIFF_PNG, surface.Get(), nullptr, nullptr);
-    return SUCCEEDED(result) ? BytesOfFile(file.path) : "";
+    std::string bytes;
+    if (SUCCEEDED(result))
+        ReadWholeFile(file.path, bytes);
+    return bytes;
 }
 
 /// The picture in a file in its own size: the one that the engine uses may have been enlarged.
@@ -86,7 +76,8 @@ std::string PictureBytes(const KRE_Texture& texture, int slot, const std::string
 {
     if (texture.sequenceCount > 0)
         return PngOf(texture.frames[0]);
-    const std::string bytes = BytesOfFile(path);
+    std::string bytes;
+    ReadWholeFile(path, bytes); // none has no type
     if (MimeTypeOf(bytes))
         return bytes;
     const std::string converted = PngOfFile(path);

@@ -1,11 +1,11 @@
 #include "gltf/GltfFile.h"
 
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <map>
 
+#include "base/ReadWholeFile.h"
 #include "gltf/DataUri.h"
 #include "gltf/GltfConstants.h"
 #include "gltf/ModelFault.h"
@@ -24,22 +24,6 @@ uint32_t WordAt(std::string_view bytes, size_t offset)
     for (size_t i = 0; i < 4; ++i)
         word |= uint32_t{static_cast<unsigned char>(bytes[offset + i])} << 8 * i;
     return word;
-}
-
-bool ReadWhole(const std::string& path, std::string& bytesOut)
-{
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored))
-        return false;
-    FILE* stream = std::fopen(path.c_str(), "rb");
-    if (!stream)
-        return false;
-    char part[65536];
-    while (const size_t count = std::fread(part, 1, sizeof part, stream))
-        bytesOut.append(part, count);
-    const bool isRead = std::ferror(stream) == 0;
-    std::fclose(stream);
-    return isRead;
 }
 
 bool IsNestedDeeply(std::string_view text)
@@ -71,7 +55,7 @@ void GltfFile::Read(const std::string& path)
 {
     folder = path.substr(0, path.find_last_of('/') + 1);
     std::string bytes;
-    if (!ReadWhole(path, bytes))
+    if (!ReadWholeFile(path, bytes))
         throw ModelFault("it cannot be read");
     totalBytes = bytes.size();
     if (bytes.compare(0, 4, "glTF") == 0)
@@ -158,7 +142,7 @@ bool GltfFile::UriBytes(const std::string& uri, std::string& bytesOut)
     if (uri.compare(0, 5, "data:") == 0)
         return DecodeDataUri(uri, bytesOut);
     lookedFor.push_back(folder + UnescapedUri(uri));
-    return ReadWhole(lookedFor.back(), bytesOut);
+    return ReadWholeFile(lookedFor.back(), bytesOut);
 }
 
 // ---- The document

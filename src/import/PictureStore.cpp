@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
 #include "base/Ascii.h"
+#include "base/ReadWholeFile.h"
 #include "base/WriteWholeFile.h"
 #include "gltf/ModelFault.h"
 #include "gltf/NoticeList.h"
@@ -18,20 +18,6 @@ namespace {
 
 constexpr size_t kMostStem = 80;
 constexpr int64_t kPixelsForByte = 8; // that larger pictures may have decoded
-
-/// False if there is no such file.
-bool ReadFile(const std::string& path, std::string& bytesOut)
-{
-    std::error_code ignored;
-    FILE* stream = fs::is_regular_file(path, ignored) ? std::fopen(path.c_str(), "rb") : nullptr;
-    if (!stream)
-        return false;
-    char part[65536];
-    while (const size_t count = std::fread(part, 1, sizeof part, stream))
-        bytesOut.append(part, count);
-    std::fclose(stream);
-    return true;
-}
 
 std::string StemOf(const std::string& name)
 {
@@ -70,7 +56,7 @@ std::vector<std::string> PictureStore::Keep(const Model& model)
 std::string PictureStore::KeepOne(const ModelImage& image, bool dropsAlpha)
 {
     std::string bytes = image.bytes;
-    if (!image.file.empty() && !ReadFile(image.file, bytes)) {
+    if (!image.file.empty() && !ReadWholeFile(image.file, bytes)) {
         notices.Add("pictures are missing");
         return "";
     }
@@ -108,7 +94,8 @@ bool PictureStore::IsOthers(const std::string& leaf, const std::string& source,
     if (isOurs || !fs::exists(path, ignored))
         return false;
     std::string there;
-    return fs::file_size(path, ignored) != bytes.size() || !ReadFile(path, there) || there != bytes;
+    return fs::file_size(path, ignored) != bytes.size() || !ReadWholeFile(path, there) ||
+           there != bytes;
 }
 
 /// The name, numbered if another picture has it. Equal pictures of one name are one file.
