@@ -17,26 +17,6 @@ protected:
         folder.Write("a.fx", text);
         return CompileEffect("a.fx", compiledOut);
     }
-    /// The effect of the text in compiled form; fails the test if there is none.
-    Com<ID3DXEffect> MakeCompiled(const std::string& text)
-    {
-        std::string bytes;
-        EXPECT_EQ(Compile(text, bytes), "") << text;
-        Com<ID3DXEffect> effect;
-        EXPECT_EQ(D3DXCreateEffect(device.Get(), bytes.data(), static_cast<UINT>(bytes.size()),
-                                   nullptr, nullptr, 0, nullptr, effect.Out(), nullptr),
-                  D3D_OK)
-            << text;
-        return effect;
-    }
-    /// The float that the effect's first pass gives to FogStart.
-    float FogStartOf(ID3DXEffect* effect)
-    {
-        BeginFirstPass(effect);
-        const float value = std::bit_cast<float>(Render(D3DRS_FOGSTART));
-        EndPassAndEffect(effect);
-        return value;
-    }
 
     const ScratchDirectory folder;
 };

@@ -1,5 +1,10 @@
 #include "tests/platform/headless_effect/EffectTest.h"
 
+#include <bit>
+
+#include "platform/EffectCompiler.h"
+#include "tests/support/ScratchDirectory.h"
+
 namespace {
 
 std::string TextOf(ID3DXBuffer* buffer)
@@ -18,6 +23,28 @@ Com<ID3DXEffect> EffectTest::Make(const std::string& text, ID3DXEffectPool* pool
               D3D_OK)
         << TextOf(errors.Get()) << text;
     return effect;
+}
+
+Com<ID3DXEffect> EffectTest::MakeCompiled(const std::string& text)
+{
+    const ScratchDirectory folder;
+    folder.Write("a.fx", text);
+    std::string bytes;
+    EXPECT_EQ(CompileEffect("a.fx", bytes), "") << text;
+    Com<ID3DXEffect> effect;
+    EXPECT_EQ(D3DXCreateEffect(device.Get(), bytes.data(), static_cast<UINT>(bytes.size()), nullptr,
+                               nullptr, 0, nullptr, effect.Out(), nullptr),
+              D3D_OK)
+        << text;
+    return effect;
+}
+
+float EffectTest::FogStartOf(ID3DXEffect* effect)
+{
+    BeginFirstPass(effect);
+    const float value = std::bit_cast<float>(Render(D3DRS_FOGSTART));
+    EndPassAndEffect(effect);
+    return value;
 }
 
 std::string EffectTest::ErrorOf(const std::string& text, const D3DXMACRO* defines,

@@ -11,6 +11,10 @@ class EffectTest : public EffectOnDevice {
 protected:
     /// Fails the test if the text is refused.
     Com<ID3DXEffect> Make(const std::string& text, ID3DXEffectPool* pool = nullptr);
+    /// The effect of a text in compiled form. Fails the test if the text has none.
+    Com<ID3DXEffect> MakeCompiled(const std::string& text);
+    /// The float that the effect's first pass gives to FogStart.
+    float FogStartOf(ID3DXEffect* effect);
     /// The compiler's message for a text; "" if it accepts it.
     std::string ErrorOf(const std::string& text, const D3DXMACRO* defines = nullptr,
                         ID3DXInclude* include = nullptr);

@@ -1,10 +1,6 @@
 // Arrays of several dimensions and of unstated length, structs in structs, samplers in passes.
 
-#include "platform/EffectCompiler.h"
 #include "tests/platform/headless_effect/EffectTest.h"
-#include "tests/support/ScratchDirectory.h"
-
-#include <bit>
 
 #include <gmock/gmock.h>
 
@@ -12,33 +8,13 @@ namespace {
 
 class FxDeclaration : public EffectTest {
 protected:
-    Com<ID3DXEffect> Compiled(const std::string& text)
-    {
-        const ScratchDirectory folder;
-        folder.Write("a.fx", text);
-        std::string bytes;
-        EXPECT_EQ(CompileEffect("a.fx", bytes), "") << text;
-        Com<ID3DXEffect> effect;
-        EXPECT_EQ(D3DXCreateEffect(device.Get(), bytes.data(), static_cast<UINT>(bytes.size()),
-                                   nullptr, nullptr, 0, nullptr, effect.Out(), nullptr),
-                  D3D_OK)
-            << text;
-        return effect;
-    }
-    float FogStartOf(ID3DXEffect* effect)
-    {
-        BeginFirstPass(effect);
-        const float value = std::bit_cast<float>(Render(D3DRS_FOGSTART));
-        EndPassAndEffect(effect);
-        return value;
-    }
     /// What the expression gives behind the declarations, from the text and from its compiled form.
     void ExpectFogStart(const std::string& declarations, const std::string& expression,
                         float wanted)
     {
         const std::string text =
             declarations + " technique t { pass { FogStart = (" + expression + "); } }";
-        const Com<ID3DXEffect> drawn = Make(text), compiled = Compiled(text);
+        const Com<ID3DXEffect> drawn = Make(text), compiled = MakeCompiled(text);
         ASSERT_TRUE(drawn && compiled) << text;
         EXPECT_FLOAT_EQ(FogStartOf(drawn.Get()), wanted) << text;
         EXPECT_FLOAT_EQ(FogStartOf(compiled.Get()), wanted) << text;
@@ -76,7 +52,7 @@ TEST_F(FxDeclaration, ArraysHaveTheElementsOfAllDimensions)
         {"typedef float list[2]; typedef list two[4]; two x;", 8},
     };
     for (const auto& c : cases) {
-        const Com<ID3DXEffect> drawn = Make(c.declaration), compiled = Compiled(c.declaration);
+        const Com<ID3DXEffect> drawn = Make(c.declaration), compiled = MakeCompiled(c.declaration);
         ASSERT_TRUE(drawn && compiled) << c.declaration;
         EXPECT_EQ(ElementsOf(drawn.Get(), "x"), c.elements) << c.declaration;
         EXPECT_EQ(ElementsOf(compiled.Get(), "x"), c.elements) << c.declaration;
@@ -145,7 +121,7 @@ TEST_F(FxDeclaration, ASamplerInAPassSetsItsStates)
         "texture t; int mode = 3; technique a { pass { Sampler[2] = "
         "sampler_state { Texture = <t>; MinFilter = LINEAR; AddressU = <mode>; "
         "}; CullMode = NONE; } }";
-    for (const Com<ID3DXEffect>& effect : {Make(text), Compiled(text)}) {
+    for (const Com<ID3DXEffect>& effect : {Make(text), MakeCompiled(text)}) {
         ASSERT_TRUE(effect);
         const Com<IDirect3DTexture9> texture = Texture(1, 1, 1, D3DPOOL_MANAGED);
         ASSERT_EQ(effect->SetTexture("t", texture.Get()), D3D_OK);

@@ -1,39 +1,14 @@
 // Functions of an effect's text in the values of states, as texts and in compiled form.
 
-#include "platform/EffectCompiler.h"
 #include "tests/platform/headless_effect/EffectTest.h"
 #include "tests/platform/headless_language/FlowCases.h"
-#include "tests/support/ScratchDirectory.h"
 
 #include <bit>
 #include <cmath>
 
 namespace {
 
-class FxFunctionTest : public EffectTest {
-protected:
-    Com<ID3DXEffect> MakeCompiled(const std::string& text)
-    {
-        folder.Write("a.fx", text);
-        std::string bytes;
-        EXPECT_EQ(CompileEffect("a.fx", bytes), "") << text;
-        Com<ID3DXEffect> effect;
-        EXPECT_EQ(D3DXCreateEffect(device.Get(), bytes.data(), static_cast<UINT>(bytes.size()),
-                                   nullptr, nullptr, 0, nullptr, effect.Out(), nullptr),
-                  D3D_OK)
-            << text;
-        return effect;
-    }
-    float FogStartOf(ID3DXEffect* effect)
-    {
-        BeginFirstPass(effect);
-        const float value = std::bit_cast<float>(Render(D3DRS_FOGSTART));
-        EndPassAndEffect(effect);
-        return value;
-    }
-
-    const ScratchDirectory folder;
-};
+using FxFunctionTest = EffectTest;
 
 constexpr const char* kPass = "technique q { pass { FogStart = (";
 constexpr const char* kEnd = "); } }";
