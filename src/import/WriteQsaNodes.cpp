@@ -34,7 +34,6 @@ std::array<ModelVector, 3> RowsOf(const ModelQuaternion& q)
              {2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y)}}};
 }
 
-/// A column of the matrix must not be without any entry, even after rounding.
 constexpr const char* const kRows[] = {"*TM_ROW0", "*TM_ROW1", "*TM_ROW2"};
 
 const char* LightWord(ModelLightKind kind)

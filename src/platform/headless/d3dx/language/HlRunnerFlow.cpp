@@ -279,7 +279,7 @@ void HlRunner::Count(const HlExpression& expression, Counter& counter)
         counter.left = graph.Select({live}, cells(), counter.left);
 }
 
-/// Behind the copies, and before a real loop.
+/// Gives the counter the value that it has where the loop was left.
 void HlRunner::Settle(Counter& counter)
 {
     for (size_t i = 0; i < counter.left.size(); ++i)
