@@ -320,7 +320,8 @@ private:
             skin.binds.push_back(RowMatrix(bone.mOffsetMatrix));
             for (unsigned w = 0; w < bone.mNumWeights; ++w) {
                 const aiVertexWeight& weight = bone.mWeights[w];
-                if (weight.mVertexId < primitive.weights.size() && weight.mWeight > 0)
+                if (weight.mVertexId < primitive.weights.size() && weight.mWeight > 0 &&
+                    std::isfinite(weight.mWeight))
                     primitive.weights[weight.mVertexId].push_back({joint, weight.mWeight});
             }
         }
