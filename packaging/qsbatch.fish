@@ -23,6 +23,8 @@ complete -c qsbatch -l timeout -r -x -d 'seconds for one scene (60); 0 for no li
 complete -c qsbatch -l memory -r -x -d 'memory for one worker, as in 500M (4G); 0 for no limit'
 complete -c qsbatch -l strict -d 'a warning fails the scene; its target stays as it was'
 complete -c qsbatch -l check -d 'read each target again and look for damage'
+complete -c qsbatch -l untrusted -d 'close each scene into a process of its own'
+complete -c qsbatch -l untrusted=best-effort -d 'the same without what the kernel lacks'
 complete -c qsbatch -l fail-fast -d 'start no more scenes after the first failure'
 complete -c qsbatch -l state -r -F -d 'remember in FILE what is up to date'
 complete -c qsbatch -l force -d 'convert what is up to date, too'

@@ -41,7 +41,7 @@ installed $name
 
 # Headers only, for both hosts: cmake/HeaderPackages.cmake.
 header_packages='nlohmann-json3-dev libcli11-dev'
-build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libsqlite3-dev libxxhash-dev libassimp-dev libstb-dev $header_packages"
+build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libsqlite3-dev libxxhash-dev libseccomp-dev libassimp-dev libstb-dev $header_packages"
 test_packages='googletest clang-format libbenchmark-dev ccache lld python3-jsonschema nodejs curl ca-certificates'
 sanitizer_packages='clang'
 coverage_packages='lcov'

@@ -97,10 +97,12 @@ private:
     void AddRunOptions();
     void AddOutputOptions();
     std::string ReadTexts();
+    std::string ReadConfining();
     std::string ReadPaths();
+    std::string FaultOfTogether() const;
 
     CLI::App app{"", "qsbatch"};
-    std::string frameSize, camera, time, jobs, timeout, memory;
+    std::string frameSize, camera, time, jobs, timeout, memory, untrusted;
     bool takesPaths = true;
 };
 
@@ -163,6 +165,7 @@ void BatchCommandLine::AddRunOptions()
     Flag("--strict", options.strict);
     Flag("--check", options.check);
     Flag("--fail-fast", options.failFast);
+    app.add_flag("--untrusted", untrusted, HelpOf("--untrusted"));
     Value("--state", options.stateFile, "FILE");
     Flag("--force", options.force);
     Flag("--rehash", options.rehash);
@@ -201,6 +204,22 @@ std::string BatchCommandLine::ReadTexts()
         return "option '--timeout' needs a number of seconds, 0 for none";
     if (!memory.empty() && !ReadBytes(memory, options.memoryBytes))
         return "option '--memory' needs a size, as in 500M or 4G, 0 for no limit";
+    return ReadConfining();
+}
+
+std::string BatchCommandLine::ReadConfining()
+{
+    if (untrusted.empty())
+        return "";
+    if (untrusted != "true" && untrusted != "best-effort") // the library's word for a bare flag
+        return "option '--untrusted' is given alone or as '--untrusted=best-effort'";
+    options.confining = untrusted == "true" ? Confining::kWhole : Confining::kBestEffort;
+    if (options.import)
+        return "'--untrusted' and '--import' do not go together: importers start processes";
+    if (options.outDirectory.empty())
+        return "'--untrusted' needs '--out', a directory outside of all sources";
+    if (options.timeoutSeconds <= 0 || options.memoryBytes == 0)
+        return "'--untrusted' needs limits: '--timeout' and '--memory' cannot be 0";
     return "";
 }
 
@@ -242,6 +261,12 @@ std::string BatchCommandLine::Read(std::vector<std::string> arguments)
         options.includes.assign(std::begin(kModelPatterns), std::end(kModelPatterns));
     else if (options.includes.empty())
         options.includes.push_back("*.qsa");
+    return FaultOfTogether();
+}
+
+/// What is wrong with options that are right by themselves.
+std::string BatchCommandLine::FaultOfTogether() const
+{
     if (!options.importOptions.empty() && !options.import)
         return "option '--import-options' goes with '--import' only";
     const std::string importFault = FaultOfImportOptions(options.importOptions);

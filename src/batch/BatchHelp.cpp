@@ -63,6 +63,8 @@ const OptionHelp kOptionHelps[] = {
     {"--memory", "memory for one worker, as in 500M (4G); 0 for no limit"},
     {"--strict", "a warning fails the scene; its target stays as it was"},
     {"--check", "read each target again and look for damage"},
+    {"--untrusted", "close each scene into a process of its own that reads sources and writes to\n"
+                    "--out only; =best-effort: without what the kernel lacks"},
     {"--fail-fast", "start no more scenes after the first failure"},
     {"--state", "remember in FILE what is up to date"},
     {"--force", "convert what is up to date, too"},

@@ -47,6 +47,8 @@ std::string BatchOptions::TargetKey() const
         key += " strict";
     if (check)
         key += " check";
+    if (IsConfined())
+        key += " untrusted"; // other pictures are missing
     if (import)
         key += " import " + importOptions;
     return key;

@@ -5,6 +5,13 @@
 #include <string>
 #include <vector>
 
+/// How far workers are closed in, for scenes of strangers.
+enum class Confining : uint8_t {
+    kNo,
+    kWhole,     ///< or nothing is converted
+    kBestEffort ///< without the parts that are missing
+};
+
 /// What the command line requests.
 struct BatchOptions {
     bool help = false;
@@ -43,6 +50,7 @@ struct BatchOptions {
     bool failFast = false;
     bool strict = false;
     bool check = false;
+    Confining confining = Confining::kNo;
 
     // Only what changed.
     std::string stateFile; ///< empty: the default place
@@ -57,6 +65,7 @@ struct BatchOptions {
     bool keepsThumbs = false; ///< small pictures of the frames, for a page that is made later
     std::string reportFile;
 
+    bool IsConfined() const { return confining != Confining::kNo; }
     bool Draws() const { return draw || !framesDirectory.empty(); }
     /// The options as the converter takes them, for the engine of the workers.
     std::string EngineOptions() const;

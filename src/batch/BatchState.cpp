@@ -10,6 +10,7 @@
 
 #include "app/StartGraphics.h"
 #include "batch/BatchArguments.h"
+#include "batch/SourceTrees.h"
 #include "batch/WorkingDirectory.h"
 #include "gfx/DefaultPaths.h"
 #include "platform/headless/win32/HostPath.h"
@@ -74,8 +75,10 @@ enum FoundColumn {
 
 } // namespace
 
-BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn)
+BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn,
+                       const SourceTrees* treesIn)
     : options(optionsIn),
+      trees(treesIn),
       database(path),
       find(database.Handle(),
            "SELECT status,size,time,hash,inputs,target,target_key,target_size,target_time,"
@@ -284,12 +287,18 @@ bool BatchState::IsInputCurrent(int64_t id, std::string& pathOut)
     return isCurrent;
 }
 
+/// Whether a worker finds the file.
+bool BatchState::IsFound(const std::string& path, struct stat& infoOut) const
+{
+    return stat(path.c_str(), &infoOut) == 0 && !S_ISDIR(infoOut.st_mode) &&
+           access(path.c_str(), R_OK) == 0 && (!trees || trees->HaveFile(path));
+}
+
 bool BatchState::CompareInput(int64_t id, const KnownInput& known)
 {
     const std::string path = headless::ResolveHostPath(known.path.c_str());
     struct stat info;
-    const bool isThere =
-        stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode) && access(path.c_str(), R_OK) == 0;
+    const bool isThere = IsFound(path, info);
     if (!isThere || !known.isThere)
         return isThere == known.isThere;
     FileStamp now = StampOf(info);

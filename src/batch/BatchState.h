@@ -14,14 +14,18 @@
 #include "batch/StateDatabase.h"
 #include "batch/StateKeys.h"
 
+class SourceTrees;
+
 /// What was done in earlier runs, and with which inputs, so that only what changed is done again. A
 /// scene is up to date if its source and everything that was looked at have the same content, what was
 /// missing is still missing, program and options are the same, and the target is as it was written.
 /// Every operation may throw StateError.
 class BatchState {
 public:
-    /// Opens or makes the file of the state.
-    BatchState(const std::string& path, const BatchOptions& options);
+    /// Opens or makes the file of the state. `trees` has the files that untrusted scenes find, and lives as long as
+    /// this object; null if scenes are trusted.
+    BatchState(const std::string& path, const BatchOptions& options,
+               const SourceTrees* trees = nullptr);
     ~BatchState();
     BatchState(const BatchState&) = delete;
     BatchState& operator=(const BatchState&) = delete;
@@ -67,6 +71,7 @@ private:
     bool AreInputsCurrent(std::string_view ids, std::string& whyOut);
     bool IsInputCurrent(int64_t id, std::string& pathOut);
     bool CompareInput(int64_t id, const KnownInput& known);
+    bool IsFound(const std::string& path, struct stat& infoOut) const;
     int64_t IdOfInput(const SceneInput& input);
     int64_t StoreInput(const SceneInput& input);
     void KeepFewInputs();
@@ -74,6 +79,7 @@ private:
     void Begin();
 
     const BatchOptions& options; ///< not owned
+    const SourceTrees* trees;    ///< not owned
     StateDatabase database;
     StateKeys keys;
     bool isInTransaction = false;

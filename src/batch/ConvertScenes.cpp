@@ -34,7 +34,7 @@ int StatusOf(bool isDone, const Supervisor& supervisor, const RunReport& report,
 
 ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,
                             const TargetLayout& layout, BatchState* state, double began,
-                            const ChunkRecorder* recorder)
+                            const ChunkRecorder* recorder, const SourceTrees* trees)
 {
     std::unique_ptr<ReportPage> page;
     if (!options.reportFile.empty())
@@ -44,7 +44,7 @@ ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,
     if (!report.CheckPagePlace() || !report.OpenJournal())
         return {BatchTrouble(report.Trouble()), false};
     ScenePlan plan(options, list, layout, state);
-    Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1);
+    Supervisor supervisor(options, plan, report, state ? state->LockHandle() : -1, trees);
     report.Tick(began);
     const bool isDone = supervisor.Run();
     report.Finish(SecondsOfClock());

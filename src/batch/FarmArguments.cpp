@@ -49,7 +49,7 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
                  {"-o", "DIR", "write the chunks to DIR, in place of those there", &options.output},
                  root},
                 {"--version", "--journal", "--report", "--dry-run", "--fail-fast", "--import",
-                 "--import-options"}};
+                 "--import-options", "--untrusted"}};
     case FarmCommand::kRun:
         return {kRunUsage,
                 kRunWhat,
@@ -58,7 +58,7 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
                  root},
                 {"--version", "--include", "--exclude", "--from-file", "-0", "--state", "--force",
                  "--rehash", "--dry-run", "--journal", "--report", "--fail-fast", "--import",
-                 "--import-options"},
+                 "--import-options", "--untrusted"},
                 false};
     case FarmCommand::kMerge:
         break;
@@ -71,7 +71,8 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
              "--time",     "--loop",    "--fit",     "--no-light",   "--no-specular",
              "--z-buffer", "--jobs",    "--timeout", "--memory",     "--strict",
              "--check",    "--force",   "--rehash",  "--dry-run",    "--fail-fast",
-             "--verbose",  "--quiet",   "--journal", "--import",     "--import-options"}};
+             "--verbose",  "--quiet",   "--journal", "--import",     "--import-options",
+             "--untrusted"}};
 }
 
 template <typename Number>

@@ -96,7 +96,7 @@ bool InputRecorder::Describe(const LookedUp& looked, SceneInput& inputOut) const
     struct stat now;
     const bool isThere = stat(path.c_str(), &now) == 0 && !S_ISDIR(now.st_mode);
     if (!looked.isThere)
-        return !isThere || access(path.c_str(), R_OK) != 0;
+        return !isThere || !headless::IsReadableFile(path.c_str());
     if (!S_ISREG(looked.info.st_mode)) // a pipe or a device has no content to compare
         return true;
     if (!isThere || !IsSameFile(looked.info, now) || !ContentOf(path, now, inputOut.stamp))

@@ -302,6 +302,7 @@ const MessageRow kMessageRows[] = {
     {917, MessageLevel::kNote, "UNMODELLED %s"},
     {918, MessageLevel::kError, "the model cannot be imported: %s"},
     {919, MessageLevel::kWarning, "of the model: %s"},
+    {920, MessageLevel::kError, "its worker cannot be closed in: %s"},
 };
 // clang-format on
 

@@ -36,6 +36,7 @@ inline constexpr uint16_t kCodeTargetNotLoaded = 916;
 inline constexpr uint16_t kCodeUnmodelled = 917;
 inline constexpr uint16_t kCodeNotImported = 918;
 inline constexpr uint16_t kCodeNotCarried = 919;
+inline constexpr uint16_t kCodeNotConfined = 920;
 
 /// "Q104".
 std::string CodeText(uint16_t code);

@@ -14,10 +14,12 @@
 #include "batch/BatchArguments.h"
 #include "batch/BatchState.h"
 #include "batch/BatchText.h"
+#include "batch/Confinement.h"
 #include "batch/ConvertScenes.h"
 #include "batch/FarmArguments.h"
 #include "batch/RunFarm.h"
 #include "batch/ScenePlan.h"
+#include "batch/SourceTrees.h"
 #include "batch/SteadyClock.h"
 #include "batch/WorkingDirectory.h"
 
@@ -30,6 +32,8 @@ public:
     int Run();
 
 private:
+    bool FindTrees();
+    std::string StatePath() const;
     bool OpenState();
     int PrintPlan();
 
@@ -37,6 +41,7 @@ private:
     const double began = SecondsOfClock();
     SceneList list;
     TargetLayout layout;
+    std::unique_ptr<SourceTrees> trees; ///< null if scenes are trusted
     std::unique_ptr<BatchState> state;
     std::string error;
 };
@@ -51,11 +56,29 @@ void OpenStandardStreams()
     }
 }
 
+/// False if untrusted scenes could not be closed in.
+bool BatchRun::FindTrees()
+{
+    const std::string missing = MissingConfinement();
+    if (!missing.empty() && options.confining == Confining::kWhole) {
+        error = "'--untrusted' needs " + missing + "; '--untrusted=best-effort' does without";
+        return false;
+    }
+    if (!missing.empty() && !options.quiet)
+        std::fprintf(stderr, "qsbatch: scenes are converted without %s\n", missing.c_str());
+    trees = std::make_unique<SourceTrees>(list);
+    error = trees->FaultOfPlaces(options, StatePath());
+    return error.empty();
+}
+
+std::string BatchRun::StatePath() const
+{
+    return options.stateFile.empty() ? BatchState::DefaultPath(options) : options.stateFile;
+}
+
 bool BatchRun::OpenState()
 {
-    std::string path = options.stateFile;
-    if (path.empty())
-        path = BatchState::DefaultPath(options);
+    const std::string path = StatePath();
     struct stat info;
     if (options.dryRun && stat(path.c_str(), &info) != 0)
         return true; // everything is new, and nothing is made
@@ -67,7 +90,7 @@ bool BatchRun::OpenState()
         return false;
     }
     try {
-        state = std::make_unique<BatchState>(path, options);
+        state = std::make_unique<BatchState>(path, options, trees.get());
     } catch (const StateError& failure) {
         error = failure.text;
         return false;
@@ -107,11 +130,13 @@ int BatchRun::Run()
     if (list.Entries().empty() && !options.quiet)
         std::fprintf(stderr, "qsbatch: no scenes are found, see --include\n");
     layout.FindConflicts(list.Entries());
-    if (!OpenState())
+    if ((options.IsConfined() && !FindTrees()) || !OpenState())
         return BatchTrouble(error);
     try {
-        return options.dryRun ? PrintPlan()
-                              : ConvertScenes(options, list, layout, state.get(), began).status;
+        return options.dryRun
+                   ? PrintPlan()
+                   : ConvertScenes(options, list, layout, state.get(), began, nullptr, trees.get())
+                         .status;
     } catch (const StateError& failure) {
         return BatchTrouble("the state cannot be used: " + failure.text +
                             "; remove it, or choose another one with --state");

@@ -50,7 +50,7 @@ std::string FirstLine(const std::string& text)
 
 SceneConverter::SceneConverter(const WorkerSetup& setupIn)
     : setup(setupIn),
-      start(OpenDirectory(AT_FDCWD, ".")),
+      start(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)),
       engine(setupIn.engineOptions)
 {}
 

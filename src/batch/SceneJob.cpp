@@ -9,6 +9,7 @@ namespace {
 
 constexpr size_t kLeastMessageBytes = 2 + 4 + 4 + 8;
 constexpr size_t kLeastInputBytes = 4 + 1;
+constexpr size_t kLeastTextBytes = 4;
 
 void PutWireStamp(WireWriter& wire, const FileStamp& stamp)
 {
@@ -170,6 +171,11 @@ std::string EncodeSetup(const WorkerSetup& setup)
     wire.U8(setup.checks);
     wire.U8(setup.imports);
     wire.Text(setup.importOptions);
+    wire.U8(setup.isConfined);
+    wire.U64(setup.processorSeconds);
+    wire.U32(static_cast<uint32_t>(setup.readable.size()));
+    for (const std::string& directory : setup.readable)
+        wire.Text(directory);
     return wire.Bytes();
 }
 
@@ -182,6 +188,11 @@ bool DecodeSetup(std::string_view message, WorkerSetup& setupOut)
     setupOut.checks = wire.U8() != 0;
     setupOut.imports = wire.U8() != 0;
     setupOut.importOptions = wire.Text();
+    setupOut.isConfined = wire.U8() != 0;
+    setupOut.processorSeconds = wire.U64();
+    setupOut.readable.resize(wire.Count(kLeastTextBytes));
+    for (std::string& directory : setupOut.readable)
+        directory = wire.Text();
     return wire.IsAtEnd();
 }
 

@@ -9,12 +9,15 @@
 
 /// What a worker is told once, at its start.
 struct WorkerSetup {
-    std::string engineOptions; ///< as on the converter's own command line
-    uint64_t memoryBytes = 0;  ///< of address space; 0 for no limit
-    bool isStrict = false;     ///< a warning keeps the target as it was
-    bool checks = false;       ///< the written file is read again
-    bool imports = false;      ///< sources that are no scenes are models
-    std::string importOptions; ///< as on the importer's own command line
+    std::string engineOptions;         ///< as on the converter's own command line
+    uint64_t memoryBytes = 0;          ///< of address space; 0 for no limit
+    bool isStrict = false;             ///< a warning keeps the target as it was
+    bool checks = false;               ///< the written file is read again
+    bool imports = false;              ///< sources that are no scenes are models
+    std::string importOptions;         ///< as on the importer's own command line
+    bool isConfined = false;           ///< is closed in before it reads its one scene
+    uint64_t processorSeconds = 0;     ///< of a confined worker
+    std::vector<std::string> readable; ///< directories, for a confined worker
 };
 
 /// One scene to convert. Paths are absolute or relative to where the program was started.

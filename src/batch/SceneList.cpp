@@ -87,10 +87,19 @@ void SceneList::AddPath(const std::string& path)
         entries.push_back(std::move(missing));
     } else if (S_ISDIR(info.st_mode)) {
         directories.erase({info.st_dev, info.st_ino}); // named, so it is wanted
+        NoteNamed(path);
         Walk(path);
     } else {
+        NoteNamed(SplitPath(path).directory);
         AddFile(path, MirrorOfFile(path), info);
     }
+}
+
+/// Files of one directory follow each other in most lists.
+void SceneList::NoteNamed(const std::string& directory)
+{
+    if (named.empty() || named.back() != directory)
+        named.push_back(directory);
 }
 
 void SceneList::AddFile(std::string path, size_t mirrorFrom, const struct stat& info)

@@ -37,6 +37,8 @@ public:
 
     const std::vector<SceneEntry>& Entries() const { return entries; }
     const std::vector<UnreadDirectory>& Unread() const { return unread; }
+    /// The directories that were named and those of files that were named, as given; some more than once.
+    const std::vector<std::string>& NamedDirectories() const { return named; }
     /// Names an entry by another path of the same file, all of which is kept below another directory.
     void MoveTo(size_t number, const std::string& path);
     std::string error;
@@ -52,6 +54,7 @@ private:
     };
 
     void AddPath(const std::string& path);
+    void NoteNamed(const std::string& directory);
     void AddFile(std::string path, size_t mirrorFrom, const struct stat& info);
     void Walk(const std::string& root);
     void ReadDirectory(const std::string& path, size_t rootLength,
@@ -65,6 +68,7 @@ private:
     const BatchOptions* options = nullptr; // not owned
     std::vector<SceneEntry> entries;
     std::vector<UnreadDirectory> unread;
+    std::vector<std::string> named;
     std::unordered_set<FileId, FileIdHash> files;
     std::unordered_set<FileId, FileIdHash> directories; ///< walked, or targets of this run
 };

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "batch/BatchState.h"
+#include "batch/SourceTrees.h"
 #include "batch/WorkingDirectory.h"
 
 namespace {
@@ -63,6 +64,9 @@ std::string StateHome()
 
 std::string BatchState::DefaultPath(const BatchOptions& options)
 {
+    if (options.IsConfined()) // untrusted scenes write below the directory
+        return StateHome() + "/qsbatch/" + HashText(HashOf(RealPathOf(options.outDirectory))) +
+               ".state";
     if (!options.outDirectory.empty())
         return options.outDirectory + "/" + kNameInOut;
     return StateHome() + "/qsbatch/" + HashText(HashOf(RootOf(options))) + ".state";

@@ -14,6 +14,7 @@
 #include "batch/MessageTable.h"
 #include "batch/PeakMemory.h"
 #include "batch/RunReport.h"
+#include "batch/SourceTrees.h"
 #include "batch/SteadyClock.h"
 #include "batch/Worker.h"
 #include "platform/headless/win32/AbandonedFiles.h"
@@ -51,7 +52,7 @@ std::string SecondsText(double seconds)
 } // namespace
 
 Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunReport& reportIn,
-                       int heldByWorkersIn)
+                       int heldByWorkersIn, const SourceTrees* trees)
     : options(optionsIn),
       plan(planIn),
       report(reportIn),
@@ -63,6 +64,12 @@ Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunRepo
     setup.checks = options.check;
     setup.imports = options.import;
     setup.importOptions = options.importOptions;
+    setup.isConfined = trees != nullptr;
+    if (!trees)
+        return;
+    setup.readable = trees->Paths();
+    // Beside the supervisor's clock, which is the one that counts.
+    setup.processorSeconds = static_cast<uint64_t>(std::ceil(options.timeoutSeconds)) + 1;
 }
 
 bool Supervisor::Run()
@@ -173,6 +180,10 @@ bool Supervisor::IsTooEarly() const
 /// To a worker without a job, or else to one that can have its next job ahead.
 void Supervisor::Give(NumberedJob job, double now)
 {
+    if (setup.isConfined) { // the worker cannot see which processes have ended
+        ClearBeside(job.job.target);
+        ClearBeside(job.job.frame);
+    }
     WorkerProcess* const worker = BusyCount() < MostBusy() ? IdleWorker() : WorkerForNext();
     if (worker && worker->isBusy)
         worker->StartNext(std::move(job));
@@ -233,7 +244,7 @@ void Supervisor::StartAgain(double now)
 WorkerProcess* Supervisor::IdleWorker()
 {
     for (const auto& worker : workers) {
-        if (!worker->isBusy && worker->IsRunning())
+        if (!worker->isBusy && !worker->isSpent && worker->IsRunning())
             return worker.get();
     }
     workers.push_back(std::make_unique<WorkerProcess>(setup, heldByWorkers));
@@ -335,6 +346,7 @@ void Supervisor::TakeResult(WorkerProcess& worker, const std::string& message)
     }
     NumberedJob job = std::move(worker.inHand);
     worker.EndJob(SecondsOfClock());
+    worker.isSpent = setup.isConfined;
     const bool isMemory = result.status == SceneStatus::kOutOfMemory;
     if (isMemory && !isAlone) {
         again.push_back(std::move(job));
@@ -437,5 +449,6 @@ void Supervisor::ClearBeside(const std::string& file)
 
 void Supervisor::RemoveEnded()
 {
-    std::erase_if(workers, [](const auto& worker) { return !worker->IsRunning(); });
+    std::erase_if(workers,
+                  [](const auto& worker) { return worker->isSpent || !worker->IsRunning(); });
 }

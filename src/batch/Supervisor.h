@@ -13,6 +13,7 @@
 #include "batch/WorkerProcess.h"
 
 class RunReport;
+class SourceTrees;
 
 /// Gives scenes to workers and takes their results, until all is done or a signal ends the run. A worker
 /// that crashes, takes too long or too much memory costs its scene only: another one takes its place, and
@@ -21,8 +22,10 @@ class RunReport;
 /// the others, and a scene that waits while another worker has none goes to that one.
 class Supervisor {
 public:
-    /// `heldByWorkers` is a descriptor that workers keep open as long as they live; -1 for none.
-    Supervisor(const BatchOptions& options, ScenePlan& plan, RunReport& report, int heldByWorkers);
+    /// `heldByWorkers` is a descriptor that workers keep open as long as they live; -1 for none. `trees` is what
+    /// untrusted scenes may read, null if scenes are trusted.
+    Supervisor(const BatchOptions& options, ScenePlan& plan, RunReport& report, int heldByWorkers,
+               const SourceTrees* trees);
 
     /// False if workers cannot be started; `error` says why.
     bool Run();

@@ -1,5 +1,6 @@
 #include "batch/Worker.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <new>
@@ -14,11 +15,17 @@
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
 #include "base/Log.h"
+#include "batch/Confinement.h"
 #include "batch/Descriptor.h"
 #include "batch/JobTicket.h"
 #include "batch/MessageTable.h"
+#include "batch/PeakMemory.h"
 #include "batch/SceneConverter.h"
+#include "batch/SourceTrees.h"
 #include "batch/Wire.h"
+#include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/FileLookups.h"
+#include "platform/headless/win32/TemporaryName.h"
 
 // An address sanitizer takes terabytes of address space for itself.
 #if defined(__SANITIZE_ADDRESS__)
@@ -89,18 +96,73 @@ void AddHostMessages(SceneResult& result)
     }
 }
 
-int ServeJobs(int socket, WireAssembler& arrived, SceneConverter& converter, JobTicket& ticket)
+/// Descriptors that whoever started the program left open are no business of a confined worker; nor is the lock of
+/// the state, through which the state could be written.
+void CloseOtherFiles(int socket)
 {
-    if (!SendWire(socket, ticket.IsOpen() ? kWorkerReadyForTwo : kWorkerReady))
+    close(kWorkerHeld);
+    close_range(static_cast<unsigned>(std::max(socket, kWorkerTicket)) + 1, ~0u, 0);
+}
+
+/// Opens what is kept open, as it cannot be opened later.
+void OpenWhatIsKept()
+{
+    headless::TemporaryOwner::ThisProcess();
+    ResetPeakMemory();
+    PeakMemoryKiB();
+}
+
+/// From here on the scene may decide what the process does. Gives what failed; empty if nothing did.
+std::string CloseIn(const WorkerSetup& setup, const SceneJob& job, int socket)
+{
+    ConfinementRules rules;
+    rules.readable = setup.readable;
+    rules.mostFileBytes = setup.memoryBytes; // a target is made in memory
+    rules.processorSeconds = setup.processorSeconds;
+    rules.socket = socket;
+    for (const std::string& result : {job.target, job.frame}) {
+        const Descriptor directory =
+            result.empty() ? Descriptor() : MakeDirectory(AT_FDCWD, SplitPath(result).directory);
+        if (!directory.IsOpen())
+            continue; // the scene fails when it is opened again
+        rules.writable.push_back(PathOfDirectory(directory));
+        for (const std::string& tree : setup.readable) {
+            if (IsInDirectory(rules.writable.back(), tree))
+                return "'" + rules.writable.back() + "' is among the sources";
+        }
+    }
+    OpenWhatIsKept();
+    headless::gRegularFilesOnly = true;
+    return Confine(rules);
+}
+
+/// The one scene of a confined worker.
+SceneResult ConvertConfined(const WorkerSetup& setup, const SceneJob& job, int socket,
+                            SceneConverter& converter)
+{
+    const std::string failure = CloseIn(setup, job, socket);
+    if (failure.empty())
+        return converter.Convert(job);
+    SceneResult result;
+    result.messages.push_back(OwnMessage(kCodeNotConfined, failure));
+    return result;
+}
+
+int ServeJobs(int socket, WireAssembler& arrived, const WorkerSetup& setup, JobTicket& ticket)
+{
+    SceneConverter converter(setup);
+    const bool takesTwo = ticket.IsOpen() && !setup.isConfined;
+    if (!SendWire(socket, takesTwo ? kWorkerReadyForTwo : kWorkerReady))
         return 0;
     std::string message;
     SceneJob job;
     while (arrived.Await(socket, message) && DecodeJob(message, job)) {
         if (job.ticket != 0 && !ticket.Take(job.ticket))
             continue; // taken back
-        SceneResult result = converter.Convert(job);
+        SceneResult result = setup.isConfined ? ConvertConfined(setup, job, socket, converter)
+                                              : converter.Convert(job);
         AddHostMessages(result);
-        if (!SendWire(socket, EncodeResult(result)))
+        if (!SendWire(socket, EncodeResult(result)) || setup.isConfined)
             break;
     }
     return 0; // the supervisor is gone or has no more work
@@ -122,9 +184,10 @@ int RunWorker(int socket)
     if (!arrived.Await(socket, message) || !DecodeSetup(message, setup))
         return kWorkerNoEngine;
     LimitMemory(setup.memoryBytes);
+    if (setup.isConfined)
+        CloseOtherFiles(socket);
     try {
-        SceneConverter converter(setup);
-        return ServeJobs(socket, arrived, converter, ticket);
+        return ServeJobs(socket, arrived, setup, ticket);
     } catch (const KRE_Error& error) {
         std::fprintf(stderr, "%s\n", error.message);
     } catch (const ErrorMsg& error) {

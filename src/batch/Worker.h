@@ -4,6 +4,8 @@
 inline constexpr int kWorkerOutOfMemory = 77;
 /// Number of the descriptor of the page with its ticket; see JobTicket.h.
 inline constexpr int kWorkerTicket = 5;
+/// Number of a descriptor that workers keep open as long as they live.
+inline constexpr int kWorkerHeld = 4;
 /// What a worker says when its engine has started: whether it can be given its next job ahead.
 inline constexpr const char* kWorkerReady = "";
 inline constexpr const char* kWorkerReadyForTwo = "2";

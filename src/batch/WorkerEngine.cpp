@@ -47,7 +47,11 @@ WorkerEngine::~WorkerEngine()
 void WorkerEngine::StartEngine()
 {
     StartGraphics();
-    ReadDefaultPaths();
+    if (hasPaths) // a confined process cannot read them again
+        UseDefaultPaths();
+    else
+        ReadDefaultPaths();
+    hasPaths = true;
     sharedAtStart = SharedObjects();
     isUsed = false;
 }

@@ -28,5 +28,6 @@ private:
 
     std::string options;
     bool isUsed = false;
+    bool hasPaths = false;     ///< the default ones were read
     int32_t sharedAtStart = 0; ///< objects of all managers
 };

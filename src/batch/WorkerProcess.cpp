@@ -21,8 +21,7 @@
 
 namespace {
 
-constexpr int kWorkerSocket = 3; // numbers in the worker
-constexpr int kWorkerHeld = 4;
+constexpr int kWorkerSocket = 3;  // numbers in the worker
 constexpr int kOtherNumbers = 10; // from here on nothing is in the way of them
 constexpr int kMostEndWaits = 2000;
 constexpr useconds_t kEndWaitMicroseconds = 1000;
@@ -106,7 +105,7 @@ WorkerProcess::~WorkerProcess()
 {
     if (!IsRunning())
         return;
-    if (isBusy) {
+    if (isBusy || isSpent) {
         Kill(WorkerEnd::kItself);
         Bury();
         return;

@@ -69,6 +69,7 @@ public:
     bool isReady = false; ///< its engine has started
     bool isBusy = false;
     bool takesNext = false; ///< it can be given jobs ahead
+    bool isSpent = false;   ///< it was for one job, which is done
     NumberedJob inHand;
     double startedAt = 0; ///< seconds
 

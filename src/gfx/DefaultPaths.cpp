@@ -41,3 +41,11 @@ void ReadDefaultPaths()
     if (ReadRegistryText("DefaultBasePath", gDefaultBasePath))
         gGfx->SetDefaultBasePath(gDefaultBasePath);
 }
+
+void UseDefaultPaths()
+{
+    if (gDefaultTexturePath[0] != '\0')
+        gGfx->SetDefaultTexturePath(gDefaultTexturePath);
+    if (gDefaultBasePath[0] != '\0')
+        gGfx->SetDefaultBasePath(gDefaultBasePath);
+}

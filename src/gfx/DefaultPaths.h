@@ -9,3 +9,6 @@ extern char gDefaultBasePath[1024];
 /// Reads both values and passes those that exist to the engine. If a key or value is missing, or has
 /// more than 1023 bytes, its path stays empty. The value's type is not checked.
 void ReadDefaultPaths();
+
+/// Passes the values that were read to another engine; those that are empty are left out.
+void UseDefaultPaths();

@@ -57,6 +57,24 @@ TEST(WireTest, ResultsComeBackAsTheyWere)
     EXPECT_EQ(read.thumb.size(), 3u);
 }
 
+TEST(WireTest, SetupsComeBackAsTheyWereOrNotAtAll)
+{
+    WorkerSetup setup;
+    setup.memoryBytes = 7;
+    setup.isConfined = true;
+    setup.processorSeconds = 61;
+    setup.readable = {"/a", "/b"};
+    const std::string whole = EncodeSetup(setup);
+    WorkerSetup read;
+    ASSERT_TRUE(DecodeSetup(whole, read));
+    EXPECT_EQ(read.memoryBytes, 7u);
+    EXPECT_TRUE(read.isConfined);
+    EXPECT_EQ(read.processorSeconds, 61u);
+    EXPECT_EQ(read.readable, (std::vector<std::string>{"/a", "/b"}));
+    for (size_t size = 0; size < whole.size(); ++size)
+        EXPECT_FALSE(DecodeSetup(std::string_view(whole).substr(0, size), read)) << size;
+}
+
 TEST(WireTest, EveryCutAndEveryAdditionIsRefused)
 {
     const std::string whole = EncodeResult(SampleResult());

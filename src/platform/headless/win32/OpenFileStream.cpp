@@ -15,23 +15,12 @@
 using namespace headless;
 
 void (*headless::gLookupSink)(const char* path, const struct stat* found) = nullptr;
+bool headless::gRegularFilesOnly = false;
 
 static void TellOfLookup(const char* path, const struct stat* found)
 {
     if (gLookupSink)
         gLookupSink(path, found);
-}
-
-/// Nearly every name is exact, so it is tried before it is looked for.
-static FILE* OpenExisting(const char* path, const char* mode)
-{
-    const std::string exact = WithHostSeparators(path);
-    if (FILE* const stream = std::fopen(exact.c_str(), mode))
-        return stream;
-    const int reason = errno;
-    const std::string found = ResolveHostPath(path);
-    errno = reason;
-    return found == exact ? nullptr : std::fopen(found.c_str(), mode);
 }
 
 /// Leaves `errno` of what failed before.
@@ -40,6 +29,61 @@ static void CloseAfterFailure(int file)
     const int reason = errno;
     close(file);
     errno = reason;
+}
+
+static bool IsRegular(const struct stat& info)
+{
+    if (S_ISREG(info.st_mode))
+        return true;
+    errno = S_ISDIR(info.st_mode) ? EISDIR : EACCES;
+    return false;
+}
+
+/// -1, with `errno`, if it is no regular file. A device may do something as soon as it is opened, so what the name
+/// leads to is looked at before; in between another file may take its place.
+static int OpenRegular(const char* path, int access)
+{
+    struct stat info;
+    if (stat(path, &info) != 0 || !IsRegular(info))
+        return -1;
+    const int file = open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (file < 0 || (fstat(file, &info) == 0 && IsRegular(info)))
+        return file;
+    CloseAfterFailure(file);
+    return -1;
+}
+
+bool headless::IsReadableFile(const char* hostPath)
+{
+    if (!gRegularFilesOnly)
+        return access(hostPath, R_OK) == 0;
+    const int file = OpenRegular(hostPath, O_RDONLY);
+    if (file >= 0)
+        close(file);
+    return file >= 0;
+}
+
+static FILE* OpenToRead(const char* path, const char* mode)
+{
+    if (!gRegularFilesOnly)
+        return std::fopen(path, mode);
+    const int file = OpenRegular(path, std::strchr(mode, '+') ? O_RDWR : O_RDONLY);
+    FILE* const stream = file >= 0 ? fdopen(file, mode) : nullptr;
+    if (file >= 0 && !stream)
+        CloseAfterFailure(file);
+    return stream;
+}
+
+/// Nearly every name is exact, so it is tried before it is looked for.
+static FILE* OpenExisting(const char* path, const char* mode)
+{
+    const std::string exact = WithHostSeparators(path);
+    if (FILE* const stream = OpenToRead(exact.c_str(), mode))
+        return stream;
+    const int reason = errno;
+    const std::string found = ResolveHostPath(path);
+    errno = reason;
+    return found == exact ? nullptr : OpenToRead(found.c_str(), mode);
 }
 
 /// As `fopen` with "wb" or "w+b". A file system may begin to write a file to the disk as soon as one that was
