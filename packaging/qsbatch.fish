@@ -25,6 +25,7 @@ complete -c qsbatch -l strict -d 'a warning fails the scene; its target stays as
 complete -c qsbatch -l check -d 'read each target again and look for damage'
 complete -c qsbatch -l untrusted -d 'close each scene into a process of its own'
 complete -c qsbatch -l untrusted=best-effort -d 'the same without what the kernel lacks'
+complete -c qsbatch -l durable -d 'what is reported as done stays even if the power fails'
 complete -c qsbatch -l fail-fast -d 'start no more scenes after the first failure'
 complete -c qsbatch -l state -r -F -d 'remember in FILE what is up to date'
 complete -c qsbatch -l force -d 'convert what is up to date, too'

@@ -166,6 +166,7 @@ void BatchCommandLine::AddRunOptions()
     Flag("--check", options.check);
     Flag("--fail-fast", options.failFast);
     app.add_flag("--untrusted", untrusted, HelpOf("--untrusted"));
+    Flag("--durable", options.durable);
     Value("--state", options.stateFile, "FILE");
     Flag("--force", options.force);
     Flag("--rehash", options.rehash);

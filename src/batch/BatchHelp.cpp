@@ -65,6 +65,7 @@ const OptionHelp kOptionHelps[] = {
     {"--check", "read each target again and look for damage"},
     {"--untrusted", "close each scene into a process of its own that reads sources and writes to\n"
                     "--out only; =best-effort: without what the kernel lacks"},
+    {"--durable", "what is reported as done stays even if the power fails"},
     {"--fail-fast", "start no more scenes after the first failure"},
     {"--state", "remember in FILE what is up to date"},
     {"--force", "convert what is up to date, too"},

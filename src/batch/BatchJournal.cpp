@@ -7,6 +7,8 @@
 #include "batch/ChunkRecord.h"
 #include "batch/JsonLine.h"
 #include "batch/MessageTable.h"
+#include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/SyncedFiles.h"
 
 namespace {
 
@@ -90,10 +92,11 @@ std::string JournalLine(const std::string& path, const SceneJob& job, const Scen
     return line.End();
 }
 
-bool BatchJournal::Open(const std::string& path)
+bool BatchJournal::Open(const std::string& path, bool isDurableIn)
 {
+    isDurable = isDurableIn;
     file = Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    return file.IsOpen();
+    return file.IsOpen() && (!isDurable || headless::SyncDirectory(SplitPath(path).directory));
 }
 
 void BatchJournal::Add(const std::string& path, const SceneJob& job, const SceneResult& result)
@@ -116,6 +119,8 @@ bool BatchJournal::Flush()
             failure = errno;
     }
     waiting.clear();
+    if (isDurable && failure == 0 && fdatasync(file.Get()) != 0 && errno != EINVAL)
+        failure = errno;
     errno = failure;
     return failure == 0;
 }

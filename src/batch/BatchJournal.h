@@ -11,8 +11,8 @@ class ChunkRecorder;
 /// docs/journal.schema.json describes it. Lines are written whole.
 class BatchJournal {
 public:
-    /// Makes the file anew. False, with `errno` set, if it cannot be made.
-    bool Open(const std::string& path);
+    /// Makes the file anew. What a durable one has flushed is on the disk. False, with `errno` set, if it cannot be made.
+    bool Open(const std::string& path, bool isDurable);
     bool IsOpen() const { return file.IsOpen(); }
 
     /// Lines from now on have a record. Not owned; it has to live as long as lines are added.
@@ -25,6 +25,7 @@ private:
     Descriptor file;
     std::string waiting;
     int failure = 0;
+    bool isDurable = false;
     const ChunkRecorder* recorder = nullptr; // not owned
 };
 

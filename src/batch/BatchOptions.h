@@ -51,6 +51,7 @@ struct BatchOptions {
     bool strict = false;
     bool check = false;
     Confining confining = Confining::kNo;
+    bool durable = false; ///< results are on the disk before they count as done
 
     // Only what changed.
     std::string stateFile; ///< empty: the default place

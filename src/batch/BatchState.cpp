@@ -79,7 +79,7 @@ BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn,
                        const SourceTrees* treesIn)
     : options(optionsIn),
       trees(treesIn),
-      database(path),
+      database(path, options.durable),
       find(database.Handle(),
            "SELECT status,size,time,hash,inputs,target,target_key,target_size,target_time,"
            "target_hash,frame,frame_key,frame_size,frame_time,frame_hash,thumb,facts"

@@ -13,6 +13,7 @@
 #include "batch/ScenePlan.h"
 #include "batch/SteadyClock.h"
 #include "batch/Supervisor.h"
+#include "platform/headless/win32/SyncedFiles.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ ConversionEnd ConvertScenes(const BatchOptions& options, const SceneList& list,
                             const TargetLayout& layout, BatchState* state, double began,
                             const ChunkRecorder* recorder, const SourceTrees* trees)
 {
+    headless::gSyncsReplacements = options.durable;
     std::unique_ptr<ReportPage> page;
     if (!options.reportFile.empty())
         page = std::make_unique<ReportPage>(options.reportFile, list.Entries().size());

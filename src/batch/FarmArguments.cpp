@@ -49,7 +49,7 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
                  {"-o", "DIR", "write the chunks to DIR, in place of those there", &options.output},
                  root},
                 {"--version", "--journal", "--report", "--dry-run", "--fail-fast", "--import",
-                 "--import-options", "--untrusted"}};
+                 "--import-options", "--untrusted", "--durable"}};
     case FarmCommand::kRun:
         return {kRunUsage,
                 kRunWhat,
@@ -66,13 +66,13 @@ CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
     return {kMergeUsage,
             kMergeWhat,
             {{"-o", "FILE", "write the journal of all to FILE", &options.output}, root},
-            {"--version",  "--include", "--exclude", "--from-file",  "-0",
-             "--out",      "--frames",  "--draw",    "--frame-size", "--camera",
-             "--time",     "--loop",    "--fit",     "--no-light",   "--no-specular",
-             "--z-buffer", "--jobs",    "--timeout", "--memory",     "--strict",
-             "--check",    "--force",   "--rehash",  "--dry-run",    "--fail-fast",
-             "--verbose",  "--quiet",   "--journal", "--import",     "--import-options",
-             "--untrusted"}};
+            {"--version",   "--include", "--exclude", "--from-file",  "-0",
+             "--out",       "--frames",  "--draw",    "--frame-size", "--camera",
+             "--time",      "--loop",    "--fit",     "--no-light",   "--no-specular",
+             "--z-buffer",  "--jobs",    "--timeout", "--memory",     "--strict",
+             "--check",     "--force",   "--rehash",  "--dry-run",    "--fail-fast",
+             "--verbose",   "--quiet",   "--journal", "--import",     "--import-options",
+             "--untrusted", "--durable"}};
 }
 
 template <typename Number>

@@ -22,6 +22,7 @@
 #include "batch/SourceTrees.h"
 #include "batch/SteadyClock.h"
 #include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/SyncedFiles.h"
 
 namespace {
 
@@ -83,7 +84,8 @@ bool BatchRun::OpenState()
     if (options.dryRun && stat(path.c_str(), &info) != 0)
         return true; // everything is new, and nothing is made
     const std::string directory = SplitPath(path).directory;
-    if (!MakeDirectory(AT_FDCWD, directory).IsOpen()) {
+    if (!MakeDirectory(AT_FDCWD, directory).IsOpen() ||
+        (options.durable && !headless::SyncNamesAbove(directory))) {
         error = "the directory '" + directory +
                 "' of the state cannot be made: " + std::strerror(errno) +
                 "; choose another place with --state";

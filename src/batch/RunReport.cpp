@@ -72,7 +72,7 @@ RunReport::RunReport(const BatchOptions& optionsIn, const SceneList& listIn, Bat
 
 bool RunReport::OpenJournal()
 {
-    if (options.journalFile.empty() || journal.Open(options.journalFile))
+    if (options.journalFile.empty() || journal.Open(options.journalFile, options.durable))
         return true;
     AddTrouble("the journal '" + options.journalFile + "' cannot be made: " + std::strerror(errno) +
                "; choose another place with --journal");

@@ -19,6 +19,7 @@
 #include "check/CheckScene.h"
 #include "gfx/KRE_Gfx.h"
 #include "platform/headless/win32/ServedFile.h"
+#include "platform/headless/win32/SyncedFiles.h"
 #include "qsa/QSA_LoadOptions.h"
 #include "qsb/QSB_TargetFile.h"
 #include "qsb/SceneDirectory.h"
@@ -171,7 +172,7 @@ void SceneConverter::Save(const SceneJob& job, SceneSession& session)
 {
     const SplitPath target(job.target);
     const Descriptor directory = MakeDirectory(start.Get(), target.directory);
-    if (!directory.IsOpen())
+    if (!directory.IsOpen() || !KeepNamesAbove(directory))
         Refuse(kCodeTargetDirectory, std::strerror(errno));
     const WorkingDirectory inTarget(directory, sceneDirectory);
     QSB_TargetFile file;
@@ -186,6 +187,21 @@ void SceneConverter::Save(const SceneJob& job, SceneSession& session)
     file.Finish();
     result->isTargetWritten = true;
     StampTarget(directory, target.leaf);
+}
+
+/// In a durable run a new directory is on the disk before what is in it counts. Another worker may have made it just
+/// now, so each one sees to it. A confined worker has done so while it could.
+bool SceneConverter::KeepNamesAbove(const Descriptor& directory)
+{
+    if (!setup.isDurable || setup.isConfined)
+        return true;
+    const std::string path = PathOfDirectory(directory);
+    if (kept.contains(path))
+        return true;
+    if (!headless::SyncNamesAbove(path))
+        return false;
+    kept.insert(path);
+    return true;
 }
 
 void SceneConverter::StampTarget(const Descriptor& directory, const std::string& leaf)
@@ -222,14 +238,14 @@ void SceneConverter::Draw(const SceneJob& job, SceneSession& session)
         result->thumb = ThumbOf(frame);
     if (job.frame.empty())
         return;
-    const SplitPath kept(job.frame);
-    const Descriptor directory = MakeDirectory(start.Get(), kept.directory);
-    if (!directory.IsOpen())
+    const SplitPath frameAt(job.frame);
+    const Descriptor directory = MakeDirectory(start.Get(), frameAt.directory);
+    if (!directory.IsOpen() || !KeepNamesAbove(directory))
         Refuse(kCodeFrameNotWritten, std::strerror(errno));
     const WorkingDirectory inFrames(directory, sceneDirectory);
     std::string reason;
-    if (!KeepFrame(frame, kept.leaf, reason) ||
-        !StampOfFile(directory.Get(), kept.leaf.c_str(), result->frame))
+    if (!KeepFrame(frame, frameAt.leaf, reason) ||
+        !StampOfFile(directory.Get(), frameAt.leaf.c_str(), result->frame))
         Refuse(kCodeFrameNotWritten, reason);
     result->isFrameWritten = true;
 }

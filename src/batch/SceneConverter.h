@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -35,6 +36,7 @@ private:
     void CheckNothingChanged(const std::string& leaf);
     bool HasSourceChanged(const std::string& leaf) const;
     void CheckStrictly();
+    bool KeepNamesAbove(const Descriptor& directory);
     void StampTarget(const Descriptor& directory, const std::string& leaf);
     [[noreturn]] void Refuse(uint16_t code, const std::string& what = "");
     void CountObjects(SceneSession& session);
@@ -42,6 +44,7 @@ private:
     WorkerSetup setup;
     Descriptor start; ///< directory where the program was started
     WorkerEngine engine;
+    std::set<std::string> kept; ///< directories whose names are on the disk
 
     // Of the scene in hand.
     SceneResult* result = nullptr;     // not owned

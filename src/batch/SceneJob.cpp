@@ -171,6 +171,7 @@ std::string EncodeSetup(const WorkerSetup& setup)
     wire.U8(setup.checks);
     wire.U8(setup.imports);
     wire.Text(setup.importOptions);
+    wire.U8(setup.isDurable);
     wire.U8(setup.isConfined);
     wire.U64(setup.processorSeconds);
     wire.U32(static_cast<uint32_t>(setup.readable.size()));
@@ -188,6 +189,7 @@ bool DecodeSetup(std::string_view message, WorkerSetup& setupOut)
     setupOut.checks = wire.U8() != 0;
     setupOut.imports = wire.U8() != 0;
     setupOut.importOptions = wire.Text();
+    setupOut.isDurable = wire.U8() != 0;
     setupOut.isConfined = wire.U8() != 0;
     setupOut.processorSeconds = wire.U64();
     setupOut.readable.resize(wire.Count(kLeastTextBytes));

@@ -15,6 +15,7 @@ struct WorkerSetup {
     bool checks = false;               ///< the written file is read again
     bool imports = false;              ///< sources that are no scenes are models
     std::string importOptions;         ///< as on the importer's own command line
+    bool isDurable = false;            ///< results are on the disk before they are told
     bool isConfined = false;           ///< is closed in before it reads its one scene
     uint64_t processorSeconds = 0;     ///< of a confined worker
     std::vector<std::string> readable; ///< directories, for a confined worker

@@ -124,7 +124,7 @@ std::string_view StateStatement::Bytes(int column)
 
 // ---- The file
 
-StateDatabase::StateDatabase(const std::string& path)
+StateDatabase::StateDatabase(const std::string& path, bool isDurable)
 {
     if (IsOnNetwork(path))
         throw StateError{"the state '" + path +
@@ -137,7 +137,7 @@ StateDatabase::StateDatabase(const std::string& path)
         throw StateError{"the state '" + path + "' cannot be opened: " + sqlite3_errstr(code) +
                          kOtherPlace};
     try {
-        CheckContents();
+        CheckContents(isDurable);
     } catch (const StateError& error) {
         close(lock);
         throw StateError{"the state '" + path + "' cannot be used: " + error.text +
@@ -193,7 +193,7 @@ bool StateDatabase::WaitForWorkers() const
     return false;
 }
 
-void StateDatabase::CheckContents()
+void StateDatabase::CheckContents(bool isDurable)
 {
     Execute("PRAGMA locking_mode=EXCLUSIVE");
     // A run that is killed before its first commit leaves a file without tables.
@@ -209,7 +209,7 @@ void StateDatabase::CheckContents()
             throw StateError{"it is damaged"};
     }
     Execute("PRAGMA journal_mode=WAL");
-    Execute("PRAGMA synchronous=NORMAL");
+    Execute(isDurable ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
     // Each time the log is brought into the state the run waits for the disk: not below 32 MB.
     Execute("PRAGMA wal_autocheckpoint=8000"); // pages
     Execute("PRAGMA cache_size=-1000");        // KiB

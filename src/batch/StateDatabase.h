@@ -51,8 +51,9 @@ extern int64_t (*gFileSystemType)(const char* directory);
 class StateDatabase {
 public:
     /// Opens or makes the file. Throws StateError if it is damaged, of a newer program, in use, or on a
-    /// file system without dependable locks. Waits for the workers of a run that was killed, which end soon.
-    explicit StateDatabase(const std::string& path);
+    /// file system without dependable locks. Waits for the workers of a run that was killed, which end soon. What a
+    /// durable one commits is on the disk; otherwise a loss of power may take the last commits, and no others.
+    explicit StateDatabase(const std::string& path, bool isDurable = false);
     ~StateDatabase();
     StateDatabase(const StateDatabase&) = delete;
     StateDatabase& operator=(const StateDatabase&) = delete;
@@ -66,7 +67,7 @@ public:
 private:
     void Lock(const std::string& path);
     bool WaitForWorkers() const;
-    void CheckContents();
+    void CheckContents(bool isDurable);
 
     int lock = -1;
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> database{nullptr, sqlite3_close};

@@ -64,6 +64,7 @@ Supervisor::Supervisor(const BatchOptions& optionsIn, ScenePlan& planIn, RunRepo
     setup.checks = options.check;
     setup.imports = options.import;
     setup.importOptions = options.importOptions;
+    setup.isDurable = options.durable;
     setup.isConfined = trees != nullptr;
     if (!trees)
         return;

@@ -1,8 +1,10 @@
 #include "batch/Worker.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <new>
 #include <string>
 #include <utility>
@@ -25,6 +27,7 @@
 #include "batch/Wire.h"
 #include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/FileLookups.h"
+#include "platform/headless/win32/SyncedFiles.h"
 #include "platform/headless/win32/TemporaryName.h"
 
 // An address sanitizer takes terabytes of address space for itself.
@@ -126,6 +129,8 @@ std::string CloseIn(const WorkerSetup& setup, const SceneJob& job, int socket)
         if (!directory.IsOpen())
             continue; // the scene fails when it is opened again
         rules.writable.push_back(PathOfDirectory(directory));
+        if (setup.isDurable && !headless::SyncNamesAbove(rules.writable.back()))
+            return "'" + rules.writable.back() + "': " + std::strerror(errno);
         for (const std::string& tree : setup.readable) {
             if (IsInDirectory(rules.writable.back(), tree))
                 return "'" + rules.writable.back() + "' is among the sources";
@@ -184,6 +189,7 @@ int RunWorker(int socket)
     if (!arrived.Await(socket, message) || !DecodeSetup(message, setup))
         return kWorkerNoEngine;
     LimitMemory(setup.memoryBytes);
+    headless::gSyncsReplacements = setup.isDurable;
     if (setup.isConfined)
         CloseOtherFiles(socket);
     try {

@@ -61,6 +61,7 @@ TEST(WireTest, SetupsComeBackAsTheyWereOrNotAtAll)
 {
     WorkerSetup setup;
     setup.memoryBytes = 7;
+    setup.isDurable = true;
     setup.isConfined = true;
     setup.processorSeconds = 61;
     setup.readable = {"/a", "/b"};
@@ -68,6 +69,7 @@ TEST(WireTest, SetupsComeBackAsTheyWereOrNotAtAll)
     WorkerSetup read;
     ASSERT_TRUE(DecodeSetup(whole, read));
     EXPECT_EQ(read.memoryBytes, 7u);
+    EXPECT_TRUE(read.isDurable);
     EXPECT_TRUE(read.isConfined);
     EXPECT_EQ(read.processorSeconds, 61u);
     EXPECT_EQ(read.readable, (std::vector<std::string>{"/a", "/b"}));

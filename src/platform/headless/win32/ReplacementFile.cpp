@@ -3,6 +3,7 @@
 #include "platform/headless/win32/AbandonedFiles.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
+#include "platform/headless/win32/SyncedFiles.h"
 #include "platform/headless/win32/TemporaryName.h"
 
 #include <cerrno>
@@ -120,10 +121,13 @@ bool ReplacementFile::MoveOverTarget()
 {
     if (isInPlace)
         return true;
+    // The contents go first: a disk may keep the new name without them.
+    if (gSyncsReplacements && fsync(claim) != 0)
+        return false;
     if (std::rename(path.c_str(), target.c_str()) != 0)
         return false;
     NoteEntryChanged(path);
     NoteEntryChanged(target);
     path.clear();
-    return true;
+    return !gSyncsReplacements || SyncDirectory(DirectoryOf(target));
 }
