@@ -70,6 +70,16 @@ static inline Floats8 operator|(Floats8 a, Floats8 b)
     return {_mm256_or_ps(a.lanes, b.lanes)};
 }
 
+static inline Floats8 operator^(Floats8 a, Floats8 b)
+{
+    return {_mm256_xor_ps(a.lanes, b.lanes)};
+}
+
+static inline Floats8 AndNot(Floats8 mask, Floats8 a)
+{
+    return {_mm256_andnot_ps(mask.lanes, a.lanes)};
+}
+
 static inline Floats8 Select(Floats8 mask, Floats8 a, Floats8 b)
 {
     return {_mm256_blendv_ps(b.lanes, a.lanes, mask.lanes)};
@@ -90,6 +100,11 @@ static inline Floats8 Max(Floats8 a, Floats8 b)
     return {_mm256_max_ps(a.lanes, b.lanes)};
 }
 
+static inline Floats8 SquareRoot(Floats8 a)
+{
+    return {_mm256_sqrt_ps(a.lanes)};
+}
+
 static inline Floats8 IsLess(Floats8 a, Floats8 b)
 {
     return {_mm256_cmp_ps(a.lanes, b.lanes, _CMP_LT_OS)};
@@ -98,6 +113,29 @@ static inline Floats8 IsLess(Floats8 a, Floats8 b)
 static inline Floats8 IsGreater(Floats8 a, Floats8 b)
 {
     return {_mm256_cmp_ps(a.lanes, b.lanes, _CMP_GT_OS)};
+}
+
+static inline Floats8 IsUnequal(Floats8 a, Floats8 b)
+{
+    return {_mm256_cmp_ps(a.lanes, b.lanes, _CMP_NEQ_UQ)};
+}
+
+static inline Floats8 EvenLanes(Floats8 a)
+{
+    return {_mm256_moveldup_ps(a.lanes)};
+}
+
+static inline Floats8 OddLanes(Floats8 a)
+{
+    return {_mm256_movehdup_ps(a.lanes)};
+}
+
+/// The last four lanes less the first four, twice.
+static inline Floats8 HalvesDifference(Floats8 a)
+{
+    const __m256 first = _mm256_permute2f128_ps(a.lanes, a.lanes, 0x00);
+    const __m256 last = _mm256_permute2f128_ps(a.lanes, a.lanes, 0x11);
+    return {_mm256_sub_ps(last, first)};
 }
 
 /// Adding 0 turns the -0 that rounding gives for itself into 0.

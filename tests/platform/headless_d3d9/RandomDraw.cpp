@@ -34,14 +34,41 @@ RandomDraw::RandomDraw(uint32_t seed) : source(seed)
     MakeVertices();
 }
 
-HRESULT RandomDraw::Draw(Rasterizer& rasterizer)
+void RandomDraw::ShadeBy(shader::Program& program)
+{
+    state.pixelProgram = &program;
+    float values[32];
+    for (float& value : values)
+        value = Between(-1.0f, 1.0f);
+    state.pixelConstants.floats.Set(0, values, 8);
+}
+
+HRESULT RandomDraw::DrawSome(Rasterizer& rasterizer, UINT firstVertex, UINT count)
 {
     VertexLayout layout;
     if (!MakeVertexLayout(kFormat, layout))
         return E_FAIL;
-    const VertexStream stream = {reinterpret_cast<const uint8_t*>(vertices.data()), sizeof(Vertex),
-                                 static_cast<UINT>(vertices.size())};
-    return rasterizer.Draw(state, layout, {type, primitives, {}, stream});
+    const VertexStream stream = {reinterpret_cast<const uint8_t*>(vertices.data() + firstVertex),
+                                 sizeof(Vertex), static_cast<UINT>(vertices.size()) - firstVertex};
+    return rasterizer.Draw(state, layout, {type, count, {}, stream});
+}
+
+HRESULT RandomDraw::Draw(Rasterizer& rasterizer)
+{
+    return DrawSome(rasterizer, 0, primitives);
+}
+
+HRESULT RandomDraw::DrawEach(Rasterizer& rasterizer)
+{
+    HRESULT result = D3D_OK;
+    for (UINT i = 0; i < primitives && SUCCEEDED(result); ++i)
+        result = DrawSome(rasterizer, i * static_cast<UINT>(CornerCount(type)), 1);
+    return result;
+}
+
+bool RandomDraw::HasList() const
+{
+    return type == D3DPT_TRIANGLELIST || type == D3DPT_LINELIST || type == D3DPT_POINTLIST;
 }
 
 std::vector<uint8_t> RandomDraw::Pictures() const

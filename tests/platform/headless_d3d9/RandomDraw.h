@@ -11,7 +11,13 @@ class RandomDraw {
 public:
     explicit RandomDraw(uint32_t seed);
 
+    /// Shades the pixels by a shader, with random constants. `program` outlives this.
+    void ShadeBy(headless::shader::Program& program);
+
     HRESULT Draw(headless::Rasterizer& rasterizer);
+    /// The same with a draw for each primitive, which need not be parts of a strip or fan.
+    HRESULT DrawEach(headless::Rasterizer& rasterizer);
+    bool HasList() const;
     /// The bytes of the target and of the depth buffer.
     std::vector<uint8_t> Pictures() const;
 
@@ -25,6 +31,8 @@ private:
         std::vector<headless::SampledPicture> levels;
         headless::TexturePicture picture;
     };
+
+    HRESULT DrawSome(headless::Rasterizer& rasterizer, UINT firstVertex, UINT count);
 
     uint32_t Word() { return static_cast<uint32_t>(source()); }
     /// 0 <= result < count.

@@ -1,6 +1,7 @@
 // Random programs give, bit by bit, what plain C++ computes one number after the other: the operations work
-// on four pixels at a time, with instructions of the processor where it has them.
+// on four or eight pixels at a time, with instructions of the processor where it has them.
 
+#include "platform/headless/shader/Kernels.h"
 #include "tests/platform/headless_shader/ShaderRun.h"
 
 #include <bit>
@@ -209,15 +210,19 @@ TEST(ShaderRandomProgram, GivesTheBitsOfPlainCode)
         ShaderRun run(program.Text());
         for (Word i = 0; i < kRegisters; ++i)
             run.SetInput(5, i, program.inputs[i]);
-        run.Run();
-        for (int lane = 0; lane < 8; ++lane) {
-            const Four expected = program.Result(static_cast<size_t>(lane));
-            const Four actual = run.Colour(lane);
-            for (size_t i = 0; i < 4; ++i)
-                ASSERT_TRUE(AreSame(actual[i], expected[i]))
-                    << "seed " << seed << ", lane " << lane << ", component " << i << ": "
-                    << actual[i] << " instead of " << expected[i] << "\n"
-                    << program.Text();
+        for (const bool isEight : {false, HasEightForms()}) {
+            run.machine.UseEight(isEight);
+            run.Run();
+            for (int lane = 0; lane < 8; ++lane) {
+                const Four expected = program.Result(static_cast<size_t>(lane));
+                const Four actual = run.Colour(lane);
+                for (size_t i = 0; i < 4; ++i)
+                    ASSERT_TRUE(AreSame(actual[i], expected[i]))
+                        << "seed " << seed << ", eight " << isEight << ", lane " << lane
+                        << ", component " << i << ": " << actual[i] << " instead of " << expected[i]
+                        << "\n"
+                        << program.Text();
+            }
         }
     }
 }

@@ -32,6 +32,34 @@ public:
     mutable int lanesAsked = 0;
 };
 
+/// The same for whole runs, with the bias as level.
+class RunEchoTexture final : public TextureUnit {
+public:
+    bool NeedsLevel() const override { return true; }
+    float Bias() const override { return 0.0f; }
+    void SampleSteps(const Lanes (&)[3], const CoordinateSteps&, Lanes, int,
+                     Lanes (&)[4]) const override
+    {
+        ADD_FAILURE() << "a group is sampled on its own";
+    }
+    void Sample(const Lanes (&)[3], Lanes, int, Lanes (&)[4]) const override
+    {
+        ADD_FAILURE() << "a group is sampled on its own";
+    }
+    bool SampleRun(const RunCoordinates& coordinates, int groups,
+                   Lanes* const (&coloursOut)[4]) const override
+    {
+        for (int g = 0; g < groups; ++g) {
+            const Lanes colour[4] = {coordinates.at[0][g], coordinates.at[1][g],
+                                     coordinates.at[2][g],
+                                     coordinates.bias ? coordinates.bias[g] : Splat(0.0f)};
+            for (int c = 0; c < 4; ++c)
+                coloursOut[c][g] = colour[c];
+        }
+        return true;
+    }
+};
+
 Four Sampled(const std::string& text, Four first, Four second = {}, StageValues stage = {})
 {
     static const EchoTexture echo;
@@ -69,6 +97,33 @@ TEST(ShaderTexture, Loads)
               (Four{2, 4, 6, 3 * 2 + 3 * 4}));
     EXPECT_EQ(Sampled(std::string(kThree) + "texld r0, v0.zyx, s0.wzyx\nmov oC0, r0", at),
               (Four{0, 2, 4, 6}));
+}
+
+TEST(ShaderTexture, RunsAreSampledAtOnce)
+{
+    static const RunEchoTexture echo;
+    const struct {
+        const char* code;
+        Four expected;
+    } cases[] = {
+        {"texld r0, v0, s0", {2, 4, 6, 0}},
+        {"texldb r0, v0, s0", {2, 4, 6, 8}},
+        {"texldp r0, v0, s0", {0.25f, 0.5f, 0.75f, 0}},
+        {"texld r0, -v0, s0", {-2, -4, -6, 0}},
+        {"texld r0, c0, s0", {0.5f, 0.25f, 1, 0}},
+        {"texldb r0, v0, s0.yywx", {4, 4, 8, 2}},
+        {"mov r0, v0\ntexldb r0, r0.zxyw, s0.wzyx", {8, 4, 2, 6}},
+        {"mov r0, v0\ntexld r0.yw, v0, s0.zyxw", {2, 4, 6, 0}},
+    };
+    for (const auto& row : cases) {
+        ShaderRun run(std::string(kThree) + row.code + "\nmov oC0, r0");
+        run.machine.units[0] = &echo;
+        run.SetFloats(0, {0.5f, 0.25f, 1, 0});
+        run.SetInput(5, 0, Four{2, 4, 6, 8});
+        run.Run();
+        for (const int lane : {0, 7})
+            EXPECT_EQ(run.Colour(lane), row.expected) << row.code;
+    }
 }
 
 TEST(ShaderTexture, LevelsComeFromTheQuads)

@@ -1,7 +1,5 @@
 #include "platform/headless/d3d9/DepthTest.h"
 
-#include "platform/headless/d3d9/DepthLanes.h"
-
 #include <algorithm>
 #include <cmath>
 
@@ -60,30 +58,6 @@ float DepthTest::BiasOf(const Planes& planes) const
 {
     const float steepest = std::max(std::fabs(planes.depth.dx), std::fabs(planes.depth.dy));
     return bias + slopeBias * steepest;
-}
-
-Lanes BiasedDepth(const DepthTest& test, const Planes& planes, Lanes depth)
-{
-    return Saturate(depth + Splat(test.BiasOf(planes)));
-}
-
-IntLanes DepthSteps(const DepthTest& test, Lanes depth, Lanes w)
-{
-    return StepsOf<FourLanes>(test, depth, w);
-}
-
-int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, int lanes)
-{
-    const PixelWindow<FourLanes> window(test.rows, x, y, {count});
-    return LaneBits(TestSteps<FourLanes>(test, window, steps, MaskOfBits(lanes)));
-}
-
-void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes)
-{
-    const int count = std::min(4, static_cast<int>(test.buffer->width) - x);
-    PixelWindow<FourLanes> window(test.rows, x, y, {count});
-    StoreSteps<FourLanes>(test, window, steps, MaskOfBits(lanes));
-    window.Close();
 }
 
 } // namespace headless

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/headless/d3d9/DrawState.h"
-#include "platform/headless/d3d9/Lanes.h"
 #include "platform/headless/d3d9/Planes.h"
 
 namespace headless {
@@ -36,19 +35,5 @@ struct DepthTest {
 
 /// Disabled without a depth buffer, and when the test would have no effect.
 DepthTest MakeDepthTest(const DrawState& state);
-
-/// Depth plus the constant and the slope-scaled bias, clamped to 0..1. The slope comes from
-/// `planes`.
-Lanes BiasedDepth(const DepthTest& test, const Planes& planes, Lanes depth);
-
-/// The stored value for a Z depth of 0..1, or for w.
-IntLanes DepthSteps(const DepthTest& test, Lanes depth, Lanes w);
-
-/// Tests up to four pixels starting at (x, y), of which `count` exist. Returns those of `lanes`
-/// that pass.
-int TestDepth(const DepthTest& test, int x, int y, int count, IntLanes steps, int lanes);
-
-/// Stores the depth of the pixels that passed.
-void WriteDepth(const DepthTest& test, int x, int y, IntLanes steps, int lanes);
 
 } // namespace headless

@@ -31,12 +31,6 @@ inline Rgba4 SplatColour(float r, float g, float b, float a)
     return {{Splat(r), Splat(g), Splat(b), Splat(a)}};
 }
 
-/// All bits of the lanes whose bit is set: the inverse of LaneBits.
-inline IntLanes MaskOfBits(int lanes)
-{
-    return IsGreater(SplatInt(lanes) & MakeInts(1, 2, 4, 8), SplatInt(0));
-}
-
 /// For values whose integer part fits an `int`.
 inline Lanes FloorSmall(Lanes value)
 {

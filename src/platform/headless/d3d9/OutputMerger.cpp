@@ -2,7 +2,6 @@
 
 #include "platform/headless/d3d9/Blending.h"
 #include "platform/headless/d3d9/CallLog.h"
-#include "platform/headless/d3d9/ColourLanes.h"
 #include "platform/headless/d3d9/ColourParts.h"
 
 namespace headless {
@@ -57,8 +56,6 @@ HRESULT MakeBlending(const DrawState& state, OutputMerger& merger)
         result =
             MakeBlendChoice(state.Render(D3DRS_SRCBLENDALPHA), state.Render(D3DRS_DESTBLENDALPHA),
                             state.Render(D3DRS_BLENDOPALPHA), merger.alpha);
-    if (SUCCEEDED(result))
-        merger.fourLanes = Blender<FourLanes>(merger.colour, merger.alpha, merger.blendConstant);
     return result;
 }
 
@@ -81,20 +78,6 @@ HRESULT MakeOutputMerger(const DrawState& state, OutputMerger& mergerOut)
     mergerOut.alphaReference = static_cast<int>(state.Render(D3DRS_ALPHAREF) & 0xFF);
     mergerOut.blends = state.Render(D3DRS_ALPHABLENDENABLE) != 0;
     return mergerOut.blends ? MakeBlending(state, mergerOut) : D3D_OK;
-}
-
-int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes)
-{
-    return LaneBits(TestAlphaOf<FourLanes>(merger, alpha, MaskOfBits(lanes)));
-}
-
-void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
-                 int lanes)
-{
-    PixelWindow<FourLanes> window(merger.rows, x, y, {count});
-    Rgba4 merged = colour;
-    Merge<FourLanes>(merger, merger.fourLanes, window, merged, MaskOfBits(lanes));
-    window.Close();
 }
 
 } // namespace headless

@@ -18,7 +18,6 @@ struct OutputMerger {
     BlendChoice colour;
     BlendChoice alpha;
     float blendConstant[4] = {};
-    Blender<FourLanes> fourLanes;
 
     TargetLayout layout = TargetLayout::Argb;
     uint32_t unused = 0;           ///< bits of a word without a meaning, which are ones
@@ -31,12 +30,5 @@ struct OutputMerger {
 
 /// Fails for unknown factors, operations or functions, and for targets it cannot write.
 HRESULT MakeOutputMerger(const DrawState& state, OutputMerger& mergerOut);
-
-/// The lanes whose alpha passes, compared in 256 steps.
-int TestAlpha(const OutputMerger& merger, Lanes alpha, int lanes);
-
-/// Blends and writes `lanes` of up to `count` pixels starting at (x, y).
-void WriteColour(const OutputMerger& merger, int x, int y, int count, const Rgba4& colour,
-                 int lanes);
 
 } // namespace headless

@@ -1,6 +1,5 @@
 #include "platform/headless/d3d9/PixelFog.h"
 
-#include "platform/headless/d3d9/ColourLanes.h"
 #include "platform/headless/d3d9/ColourParts.h"
 
 namespace headless {
@@ -31,16 +30,6 @@ PixelFog MakePixelFog(const DrawState& state)
     fog.curve = FogCurve(state, static_cast<D3DFOGMODE>(state.Render(D3DRS_FOGTABLEMODE)));
     UnpackColour(state.Render(D3DRS_FOGCOLOR), fog.colour);
     return fog;
-}
-
-Lanes FogFactors(const PixelFog& fog, Lanes depth, Lanes w)
-{
-    return FogFactorsOf<FourLanes>(fog, depth, w);
-}
-
-void ApplyFog(const PixelFog& fog, Lanes factor, Rgba4& colourInOut)
-{
-    MixFog<FourLanes>(fog, factor, colourInOut);
 }
 
 } // namespace headless

@@ -156,7 +156,7 @@ void PrimitiveDrawer::FetchRows(const Waiting& triangle, int left, int right) co
     }
 }
 
-void PrimitiveDrawer::FillWaiting(Waiting& triangle)
+void PrimitiveDrawer::Fill(Waiting& triangle)
 {
     if (program->shader)
         program->shader->SetFace(triangle.isFront);
@@ -166,11 +166,18 @@ void PrimitiveDrawer::FillWaiting(Waiting& triangle)
     FinishRows(triangle.planes);
 }
 
-void PrimitiveDrawer::Finish()
+void PrimitiveDrawer::FillWaiting()
 {
     if (hasWaiting)
-        FillWaiting(triangles[1 - next]);
+        Fill(triangles[1 - next]);
     hasWaiting = false;
+}
+
+void PrimitiveDrawer::Finish()
+{
+    FillWaiting();
+    if (program->shader)
+        program->shader->Flush();
 }
 
 void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& vb,
@@ -197,11 +204,11 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
     const auto [low, high] = std::minmax({a.x, b.x, c.x});
     FetchRows(triangle, std::max(CeilPixel(low), program->area.left),
               std::min(CeilPixel(high), program->area.right) - 1);
-    Finish();
+    FillWaiting();
     hasWaiting = true;
     next = 1 - next;
-    if (program->shader) // the work of each primitive counts when it ends
-        Finish();
+    if (program->shader && !program->shader->Gathers()) // its work counts when it ends
+        FillWaiting();
 }
 
 void PrimitiveDrawer::FillClipped(const ShadedVertex& a, const ShadedVertex& b,

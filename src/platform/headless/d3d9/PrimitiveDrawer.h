@@ -23,7 +23,7 @@ public:
     void DrawLine(const ShadedVertex& a, const ShadedVertex& b, bool drawsEnd);
     /// Flat shading takes the colours of the first corner.
     void DrawTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
-    /// Ends the draw: a triangle may have been waiting.
+    /// Ends the draw: a triangle and pixels may have been waiting.
     void Finish();
 
 private:
@@ -45,7 +45,8 @@ private:
     void DrawRow(const Planes& of, int y, int left, int right);
     void FinishRows(const Planes& of);
     void FetchRows(const Waiting& triangle, int left, int right) const;
-    void FillWaiting(Waiting& triangle);
+    void Fill(Waiting& triangle);
+    void FillWaiting();
     void FillTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
     void FillClipped(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c,
                      DWORD codes);

@@ -69,10 +69,12 @@ HRESULT LeaveUndrawn(const DrawState& state, const VertexLayout& layout, const D
     return result;
 }
 
-Rasterizer::Rasterizer() : spans(EightSpanShader())
+Rasterizer::Rasterizer() : spans(EightSpanShader()), shaderPixels(EightShaderPixels())
 {
     if (!spans)
         spans = FourSpanShader();
+    if (!shaderPixels)
+        shaderPixels = FourShaderPixels();
 }
 
 HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
@@ -105,11 +107,7 @@ HRESULT Rasterizer::PrepareShaders(const DrawState& state, const VertexLayout& l
     if (!state.pixelProgram)
         spans->Prepare(program);
     if (state.pixelProgram) {
-        if (!shaderPixels)
-            shaderPixels.reset(new (std::nothrow) ShaderPixels());
-        if (!shaderPixels)
-            return E_OUTOFMEMORY;
-        program.shader = shaderPixels.get();
+        program.shader = shaderPixels;
         const HRESULT result = shaderPixels->Prepare(state, program, gShaderBudget);
         if (FAILED(result))
             return result;

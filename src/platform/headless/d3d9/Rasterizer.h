@@ -43,6 +43,8 @@ public:
 
     /// Shades the pixels of stages with another one than the fastest; tests compare them.
     void UseSpans(SpanShader& shader) { spans = &shader; }
+    /// The same for the pixels of shaders.
+    void UseShader(ShaderPixels& shader) { shaderPixels = &shader; }
 
 private:
     void DrawPrimitive(const DrawRequest& request, UINT index, bool drawsLastPixel);
@@ -57,9 +59,9 @@ private:
     PixelProgram program;
     PrimitiveDrawer drawer;
     SpanShader* spans;                              ///< not owned
+    ShaderPixels* shaderPixels;                     ///< not owned
     std::unique_ptr<ShaderVertices> shaderVertices; ///< made by the first draw with one
-    std::unique_ptr<ShaderPixels> shaderPixels;
-    bool shadesVertices = false; ///< this draw has a vertex shader
+    bool shadesVertices = false;                    ///< this draw has a vertex shader
     bool wasCutOff = false;
 };
 

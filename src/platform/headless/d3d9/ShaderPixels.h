@@ -6,61 +6,62 @@
 namespace headless {
 
 /// Shades pixels by a pixel shader, in blocks of two rows of four pixels. Rows come from the top of a
-/// primitive to its bottom, and two rows of one block are shaded together.
+/// primitive to its bottom, and two rows of one block are shaded together. Where nothing forbids it,
+/// blocks of several primitives wait for each other, so that the program runs on many pixels.
 class ShaderPixels {
 public:
     /// `state` and `program` outlive the draw. `budget` is the work left for it.
-    HRESULT Prepare(const DrawState& state, const PixelProgram& program, uint64_t budget);
-
+    virtual HRESULT Prepare(const DrawState& state, const PixelProgram& program,
+                            uint64_t budget) = 0;
     /// The pixels left <= x < right of a row of the current primitive.
-    void AddRow(const Planes& planes, int y, int left, int right);
+    virtual void AddRow(const Planes& planes, int y, int left, int right) = 0;
     /// Ends the primitive.
-    void Finish(const Planes& planes);
+    virtual void Finish(const Planes& planes) = 0;
+    /// Ends the draw.
+    virtual void Flush() = 0;
     /// Which side of the triangle that follows is seen.
     void SetFace(bool isFront) { isFrontFace = isFront; }
 
+    /// Whether blocks of several primitives may wait for each other.
+    bool Gathers() const { return gathers; }
     uint64_t Work() const { return machine.work; }
 
-private:
-    struct Row {
-        int left = 0;
-        int right = 0; ///< none if not above `left`
-    };
-    /// Two rows of four pixels, with what is known of each.
-    struct Block {
-        int x, y;
-        int lanes[2];
-        Lanes w[2];
-        Lanes fromOrigin;
-        Lanes depth[2];
-        IntLanes steps[2];
-    };
-    static constexpr int kMaxBlocks = shader::kMaxGroups / 2;
+protected:
+    ~ShaderPixels() = default;
 
-    void EndRows(const Planes& planes);
-    void ShadeRows(const Planes& planes, int y, const Row (&rows)[2]);
-    bool StartBlock(const Planes& planes, int x, int y, const Row (&rows)[2]);
-    void StartGroup(const Planes& planes, Block& block, int row);
-    void LoadInputs(const Planes& planes, int index);
-    void LoadSpecial(int index);
-    void ShadeBlocks(const Planes& planes);
-    void WriteGroup(const Planes& planes, Block& block, int index, int row);
-    bool PassesTests(Block& block, int group, int row, Rgba4& colour);
+    /// An input component that the program reads.
+    struct Input {
+        int varying;
+        float* at; ///< of the first group
+        bool isHeld;
+    };
+
+    HRESULT PrepareProgram(const DrawState& state, const PixelProgram& program, uint64_t budget,
+                           bool isEight);
 
     const PixelProgram* program = nullptr; ///< not owned
     shader::Program* code = nullptr;       ///< not owned
     shader::Machine machine;
-    ShaderTextures textures;
+    Input inputs[kMaxShaderInputs * 4];
+    int inputCount = 0;
     bool testsEarly = false; ///< no later step can change the depth
     bool writesEarly = false;
+    bool gathers = false;
     bool isFrontFace = true;
-    bool hasColour = false;
-    uint32_t colourPlace = 0;
+    const float* colour = nullptr; ///< red of the first group; null if the program writes no colour
     uint64_t budget = 0;
-    int pendingY = 0;
-    Row pending[2];
-    Block blocks[kMaxBlocks];
-    int blockCount = 0;
+
+private:
+    void FindInputs();
+
+    ShaderTextures textures;
 };
+
+// One of each kind serves the whole process, like those of SpanShader.h. They give the same bits.
+
+/// Shades four pixels at a time.
+ShaderPixels* FourShaderPixels();
+/// Eight at a time; null if this processor or this build cannot.
+ShaderPixels* EightShaderPixels();
 
 } // namespace headless

@@ -30,6 +30,14 @@ void ShaderTexture::Sample(const Lanes (&coordinates)[3], Lanes level, int lanes
         colourOut[c] = colour.c[c];
 }
 
+bool ShaderTexture::SampleRun(const shader::RunCoordinates& coordinates, int groups,
+                              Lanes* const (&coloursOut)[4]) const
+{
+    if (sampleRun)
+        sampleRun(sampler, coordinates, groups, coloursOut);
+    return sampleRun != nullptr;
+}
+
 HRESULT CheckShaderSamplers(const DrawState& state, const shader::Program& program, UINT first)
 {
     for (UINT i = 0; i < kPixelSamplerCount; ++i) {
@@ -64,6 +72,8 @@ HRESULT ShaderTextures::Prepare(const DrawState& state, const shader::Program& p
         if (FAILED(result))
             return result;
         textures[i].sampleFlat = FindFlatSampling(textures[i].sampler);
+        textures[i].sampleRun = machine.IsEight() ? EightRunSampling(textures[i].sampler)
+                                                  : FourRunSampling(textures[i].sampler);
         machine.units[i] = &textures[i];
     }
     return D3D_OK;

@@ -5,6 +5,17 @@
 
 namespace headless {
 
+using RunSampling = void (*)(const Sampler& sampler, const shader::RunCoordinates& coordinates,
+                             int groups, Lanes* const (&coloursOut)[4]);
+
+// How to sample all pixels of a run through a sampler; null if each group is sampled on its own. They give
+// the same bits.
+
+/// Four pixels at a time.
+RunSampling FourRunSampling(const Sampler& sampler);
+/// Eight at a time; only with shader::HasEightForms.
+RunSampling EightRunSampling(const Sampler& sampler);
+
 /// A texture with its sampler, as the programs of shaders read it.
 class ShaderTexture final : public shader::TextureUnit {
 public:
@@ -14,8 +25,11 @@ public:
                      Lanes bias, int lanes, Lanes (&colourOut)[4]) const override;
     void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
                 Lanes (&colourOut)[4]) const override;
+    bool SampleRun(const shader::RunCoordinates& coordinates, int groups,
+                   Lanes* const (&coloursOut)[4]) const override;
 
     Sampler sampler;
+    RunSampling sampleRun = nullptr;
     FlatSampling sampleFlat = nullptr; ///< null for cubes and volumes
 };
 

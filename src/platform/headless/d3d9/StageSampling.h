@@ -29,8 +29,7 @@ Rgba<F> SampleOneLevel(const Sampler& sampler, typename F::Floats u, typename F:
 template <typename F>
 SampleFunction<F> FindSampling(const Sampler& sampler)
 {
-    if (sampler.NeedsLevel() || sampler.isSrgb || sampler.addressU != sampler.addressV ||
-        sampler.addressU == D3DTADDRESS_BORDER)
+    if (!sampler.IsSimple())
         return SampleAny<F>;
     return WithMode(sampler.addressU, [&]<D3DTEXTUREADDRESS Mode>() -> SampleFunction<F> {
         return sampler.minifiesLinear ? SampleOneLevel<F, Mode, true>

@@ -45,6 +45,11 @@ bool Sampler::NeedsLevel() const
            (mipFilter != D3DTEXF_NONE && lastLevel > firstLevel);
 }
 
+bool Sampler::IsSimple() const
+{
+    return !NeedsLevel() && !isSrgb && addressU == addressV && addressU != D3DTADDRESS_BORDER;
+}
+
 HRESULT CheckSamplerStates(const DrawState& state, UINT stage)
 {
     const auto& states = state.sampler[stage];

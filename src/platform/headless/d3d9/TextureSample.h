@@ -31,6 +31,8 @@ struct Sampler {
 
     /// Whether the footprint of a pixel on the texture matters at all.
     bool NeedsLevel() const;
+    /// Whether `SampleOneLevel` (StageSampling.h) gives what it asks for, if the texture is flat.
+    bool IsSimple() const;
     /// Whether a level and two coordinates do not tell what to read.
     bool NeedsFootprint() const { return kind != TextureKind::Flat || maxAnisotropy > 1; }
     /// Whether a pixel reads two levels.

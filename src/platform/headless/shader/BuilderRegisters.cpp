@@ -11,7 +11,7 @@ namespace headless::shader {
 
 namespace {
 
-constexpr uint32_t kConstantPlaces = 4;
+constexpr uint32_t kConstantPlaces = 4 * kConstantCopies;
 
 unsigned Key(const Register& place)
 {

@@ -21,6 +21,11 @@ struct Kernel {
 /// Null for instructions that are no arithmetic.
 const Kernel* FindKernel(Opcode opcode);
 
+/// Whether this processor and this build can compute eight lanes at once.
+bool HasEightForms();
+/// The same code for eight lanes at a time, or `four` itself if it has no such form. With HasEightForms only.
+RunFunction EightFormOf(RunFunction four);
+
 /// What source modifiers of ps 1.x do before an instruction; `control` is the SourceModifier.
 void RunModifier(const Operation& operation, Machine& machine);
 /// Rounds to whole numbers for a0: to the nearest, or down in vs 1.1.
@@ -78,7 +83,9 @@ inline Lanes Plain(const Machine& machine, const Operand& source, int i, int gro
 
 inline Lanes Load(const Machine& machine, const Operand& source, int i, int group)
 {
-    return (Plain(machine, source, i, group) & source.keep) ^ source.flip;
+    const Lanes value = Plain(machine, source, i, group);
+    const Lanes held = source.isAbsolute ? Absolute(value) : value;
+    return source.isNegated ? held ^ Splat(-0.0f) : held;
 }
 
 inline void Finish(const Operation& operation, Machine& machine, int group, const Lanes* results)

@@ -1,5 +1,7 @@
 #include "platform/headless/shader/Machine.h"
 
+#include "platform/headless/shader/Kernels.h"
+
 #include <algorithm>
 
 namespace headless::shader {
@@ -29,10 +31,13 @@ float Held(const Version& version, float value)
 
 } // namespace
 
+Machine::Machine() : isEight(HasEightForms())
+{}
+
 void Machine::Prepare(Program& next_, const Constants& constants)
 {
     program = &next_;
-    file = program->registers.data();
+    file = program->registers.front().lanes;
     values = constants;
     const auto value = [&](size_t number, size_t c) {
         const size_t at = number * 4 + c;
@@ -40,17 +45,22 @@ void Machine::Prepare(Program& next_, const Constants& constants)
     };
     for (const ConstantUse& use : program->constants)
         for (size_t c = 0; c < 4; ++c)
-            file[use.at + c] = Splat(value(use.number, c));
+            SetConstant(use, c, value(use.number, c));
     for (size_t i = 0; i < program->indexed.size(); ++i)
         program->indexed[i] = value(i / 4, i % 4);
     for (const DefinedFloats& row : program->definedFloats)
         for (size_t c = 0; c < 4; ++c) {
             for (const ConstantUse& use : program->constants)
                 if (use.number == row.number)
-                    file[use.at + c] = Splat(row.values[c]);
+                    SetConstant(use, c, row.values[c]);
             if (row.number * 4 + c < program->indexed.size())
                 program->indexed[row.number * 4 + c] = row.values[c];
         }
+}
+
+void Machine::SetConstant(const ConstantUse& use, size_t component, float value)
+{
+    std::fill_n(file + use.at + component * kConstantCopies, kConstantCopies, Splat(value));
 }
 
 bool Machine::Truth(const Operation& operation) const
@@ -76,33 +86,40 @@ void Machine::Run(int groupCount)
     for (int g = 0; program->canKill && g < groups; ++g)
         file[program->kill + static_cast<uint32_t>(g)] = Splat(0.0f);
     if (program->hasFlow)
-        RunFlow();
+        isEight ? RunFlow<&Operation::eight>() : RunFlow<&Operation::run>();
     else
-        RunStraight();
+        isEight ? RunStraight<&Operation::eight>() : RunStraight<&Operation::run>();
 }
 
+template <RunFunction Operation::*Form>
 void Machine::RunStraight()
 {
     for (const Operation& operation : program->operations)
-        operation.run(operation, *this);
+        (operation.*Form)(operation, *this);
     work += program->operations.size() * static_cast<uint64_t>(groups);
 }
 
 /// With flow control a register may be read that no path has written: it is 0.
+template <RunFunction Operation::*Form>
 void Machine::RunFlow()
 {
     const std::vector<Operation>& operations = program->operations;
+    const int used = (groups + 1) / 2 * 2; // code for two groups at once runs the last one, too
+    const auto clear = [&](uint32_t from, uint32_t end) {
+        for (uint32_t at = from; at < end; at += kMaxGroups)
+            std::fill_n(file + at, used, Splat(0.0f));
+    };
     for (const Binding& output : program->outputs)
-        std::fill_n(file + output.at, 4 * kMaxGroups, Splat(0.0f));
-    std::fill_n(file, program->temporaries, Splat(0.0f));
-    for (int g = 0; g < groups; ++g) {
+        clear(output.at, output.at + 4 * kMaxGroups);
+    clear(0, program->temporaries);
+    for (int g = 0; g < used; ++g) {
         active[g] = condition[g] = loopAlive[g] = callAlive[g] = running[g] = AllLanes();
         executed[g] = SplatInt(0);
     }
     blockCount = loopCount = callCount = 0;
     for (next = 0; next < operations.size();) {
         const Operation& operation = operations[next++];
-        operation.run(operation, *this);
+        (operation.*Form)(operation, *this);
         work += static_cast<uint64_t>(groups);
         if (operation.isCounted && program->mayRunLong)
             Count();

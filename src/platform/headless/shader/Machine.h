@@ -16,6 +16,8 @@ struct Constants {
 /// Runs a program on groups of four vertices or pixels.
 class Machine {
 public:
+    Machine();
+
     /// Loads the constants for the runs that follow; `program` outlives them. Reads of constants
     /// beyond `constants` give 0.
     void Prepare(Program& program, const Constants& constants);
@@ -23,6 +25,11 @@ public:
     /// Runs the program once on `groupCount` groups, whose inputs have been written. Results are in
     /// the registers afterwards.
     void Run(int groupCount);
+
+    /// Whether runs take eight lanes at a time where they can, which gives the same bits; only with
+    /// HasEightForms, which is the default.
+    void UseEight(bool isWanted) { isEight = isWanted; }
+    bool IsEight() const { return isEight; }
 
     /// Where component x of group 0 of a register is; the other components follow at
     /// `kMaxGroups` each.
@@ -74,10 +81,15 @@ public:
     CallFrame calls[kMaxOpenCalls];
 
 private:
+    template <RunFunction Operation::*Form>
     void RunStraight();
+    template <RunFunction Operation::*Form>
+
     void RunFlow();
     void Count();
+    void SetConstant(const ConstantUse& use, size_t component, float value);
 
+    bool isEight;
     Constants values;
 };
 

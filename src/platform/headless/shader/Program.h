@@ -11,7 +11,10 @@ namespace headless::shader {
 
 /// Groups of four vertices or pixels that one run of a program computes at most. For pixels, groups
 /// 2i and 2i + 1 are two rows of four pixels, one below the other: two quads.
-constexpr int kMaxGroups = 8;
+constexpr int kMaxGroups = 32;
+
+/// Constants lie twice in the registers, one behind the other, for code that takes two groups at once.
+constexpr uint32_t kConstantCopies = 2;
 
 constexpr unsigned kMaxSamplers = 16;
 constexpr int kMaxExecuted = 65535; ///< instructions of one vertex or pixel
@@ -29,8 +32,8 @@ using RunFunction = void (*)(const Operation& operation, Machine& machine);
 struct Operand {
     uint32_t place[4] = {};
     uint32_t step = 0; ///< from a group to the next: 1, or 0 for a constant
-    Lanes keep;        ///< value & keep ^ flip applies abs and neg
-    Lanes flip;
+    bool isAbsolute = false;
+    bool isNegated = false; ///< behind the absolute value
 };
 
 /// A source or result whose register number depends on a0 or aL.
@@ -45,14 +48,16 @@ struct Indexing {
 
 /// One step of a program.
 struct Operation {
-    RunFunction run = nullptr;
+    RunFunction run = nullptr;   ///< on four lanes at a time
+    RunFunction eight = nullptr; ///< on eight, where the machine can
     Operand sources[3];
     uint32_t out[4] = {};      ///< places of the components that are written, in order
     uint8_t component[4] = {}; ///< which they are
     uint8_t count = 0;         ///< how many
     bool isFinished = false;   ///< no modifier and no predicate: results are stored as they are
     bool saturates = false;
-    bool isCounted = false; ///< the last step of an instruction
+    bool readsItsResult = false; ///< a component reads what an earlier one writes
+    bool isCounted = false;      ///< the last step of an instruction
     float scale = 1.0f;
     uint32_t predicate[4] = {}; ///< places of the masks for each component; 0 if not predicated
     bool isPredicated = false;
@@ -90,13 +95,18 @@ struct DefinedSwitch {
     int values[4]; ///< of defi; defb uses the first
 };
 
+/// Registers lie on cache lines of their own.
+struct alignas(64) RegisterLine {
+    Lanes lanes[4];
+};
+
 /// A shader ready to run: bytecode with all names resolved, and the registers it works on.
 struct Program {
     Version version;
     std::vector<Operation> operations;
-    std::vector<Lanes> registers; ///< all values; sized when the program is made
-    std::vector<Binding> inputs;  ///< those that are read
-    std::vector<Binding> outputs; ///< those that are written
+    std::vector<RegisterLine> registers; ///< all values; sized when the program is made
+    std::vector<Binding> inputs;         ///< those that are read
+    std::vector<Binding> outputs;        ///< those that are written
     std::vector<ConstantUse> constants;
     std::vector<DefinedFloats> definedFloats;
     std::vector<DefinedSwitch> definedInts;

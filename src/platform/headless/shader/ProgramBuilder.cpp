@@ -10,15 +10,15 @@ namespace headless::shader {
 
 namespace {
 
-Lanes SignMask(bool isSet)
+/// Whether a component reads a place that one before it writes.
+bool ReadsItsResult(const Operation& operation)
 {
-    return isSet ? Splat(-0.0f) : Splat(0.0f);
-}
-
-bool HasSigns(const Operand& operand)
-{
-    const Lanes changed = AsFloats(AsInts(operand.flip) | (AsInts(operand.keep) ^ SplatInt(-1)));
-    return LaneBits(changed) != 0;
+    for (int i = 1; i < operation.count; ++i)
+        for (const Operand& source : operation.sources)
+            if (source.step != 0 &&
+                std::find(operation.out, operation.out + i, source.place[i]) != operation.out + i)
+                return true;
+    return false;
 }
 
 } // namespace
@@ -29,10 +29,8 @@ Operand ProgramBuilder::OperandAt(uint32_t base, uint32_t step) const
 {
     Operand operand;
     for (uint32_t i = 0; i < 4; ++i)
-        operand.place[i] = base + i * (step == 0 ? 1 : kMaxGroups);
+        operand.place[i] = base + i * (step == 0 ? kConstantCopies : uint32_t{kMaxGroups});
     operand.step = step;
-    operand.keep = AsFloats(SplatInt(-1));
-    operand.flip = Splat(0.0f);
     return operand;
 }
 
@@ -87,9 +85,8 @@ Operand ProgramBuilder::SourceOf(const Source& source, Shape shape, unsigned mas
     const Operand raw = isSign ? RawSource(source) : OperandAt(Modify(source), 1);
     Operand operand = raw;
     if (isSign) {
-        const Lanes all = AsFloats(SplatInt(-1));
-        operand.keep = IsAbsolute(source.modifier) ? AndNot(Splat(-0.0f), all) : all;
-        operand.flip = SignMask(IsNegated(source.modifier));
+        operand.isAbsolute = IsAbsolute(source.modifier);
+        operand.isNegated = IsNegated(source.modifier);
     }
     int count = 0;
     for (unsigned i = 0; i < 4; ++i) {
@@ -182,7 +179,7 @@ void ProgramBuilder::AddArithmetic(const Instruction& instruction)
         const bool isWritten = kernel.shape == Shape::Each;
         operation.sources[i] = SourceOf(instruction.sources[i], kernel.shape,
                                         isWritten ? instruction.destination.mask : kMaskAll);
-        hasSigns = hasSigns || HasSigns(operation.sources[i]);
+        hasSigns = hasSigns || operation.sources[i].isAbsolute || operation.sources[i].isNegated;
     }
     operation.run = hasSigns ? kernel.modified : kernel.plain;
     Emit(operation);
@@ -341,9 +338,14 @@ void ProgramBuilder::Build()
     if (code.version.isPixel && code.version.major == 1)
         program.outputs.push_back(
             {{RegisterKind::ColorOut, 0}, 0, 0, kMaskAll, PlaceOf({RegisterKind::Temp, 0})});
-    program.registers.assign(registerEnd, Splat(0.0f));
+    for (Operation& operation : program.operations) {
+        operation.readsItsResult = ReadsItsResult(operation);
+        operation.eight = HasEightForms() ? EightFormOf(operation.run) : operation.run;
+    }
+    const Lanes zero = Splat(0.0f);
+    program.registers.assign(registerEnd / 4, {{zero, zero, zero, zero}});
     if (ones != 0)
-        std::fill_n(program.registers.begin() + ones, kRegisterPlaces, Splat(1.0f));
+        std::fill_n(program.registers.front().lanes + ones, kRegisterPlaces, Splat(1.0f));
 }
 
 void BuildProgram(const Bytecode& code, Program& programOut)

@@ -94,10 +94,62 @@ void Divide(Lanes (&coordinates)[3], Lanes divisor)
         coordinate = coordinate / divisor;
 }
 
+/// The values of a component for all groups: where they are, or in `aside` if they have to be computed.
+const Lanes* RunOf(const Operand& source, const Machine& machine, int component, bool isDivided,
+                   Lanes (&aside)[kMaxGroups])
+{
+    if (source.step == 1 && !source.isAbsolute && !source.isNegated && !isDivided)
+        return machine.file + source.place[component];
+    for (int g = 0; g < machine.groups; ++g) {
+        const Lanes value = Load(machine, source, component, g);
+        aside[g] = isDivided ? value / Load(machine, source, 3, g) : value;
+    }
+    return aside;
+}
+
+/// Whether no component of the colour goes to two components of the result.
+bool TakesEachOnce(const Operation& operation)
+{
+    unsigned taken = 0;
+    for (int i = 0; i < operation.count; ++i) {
+        if ((taken >> operation.component[i] & 1) != 0)
+            return false;
+        taken |= 1u << operation.component[i];
+    }
+    return true;
+}
+
+/// Samples all groups at once; false if the texture cannot, or if some pixels do not run.
+bool SampleRun(const Operation& operation, Machine& machine)
+{
+    const TextureUnit* unit = machine.units[operation.sampler];
+    if (!unit || machine.isMasked)
+        return false;
+    Lanes coordinates[4][kMaxGroups], colours[4][kMaxGroups];
+    const Operand& source = operation.sources[0];
+    const bool isProjected = operation.control == kLoadProjected;
+    RunCoordinates run = {};
+    for (int c = 0; c < 3; ++c)
+        run.at[c] = RunOf(source, machine, c, isProjected, coordinates[c]);
+    if (operation.control != 0 && !isProjected)
+        run.bias = RunOf(source, machine, 3, false, coordinates[3]);
+    Lanes* out[4] = {colours[0], colours[1], colours[2], colours[3]};
+    const bool isDirect = operation.isFinished && TakesEachOnce(operation);
+    for (int i = 0; isDirect && i < operation.count; ++i)
+        out[operation.component[i]] = machine.file + operation.out[i];
+    if (!unit->SampleRun(run, machine.groups, out))
+        return false;
+    for (int g = 0; !isDirect && g < machine.groups; ++g)
+        Keep(operation, machine, g, {out[0][g], out[1][g], out[2][g], out[3][g]});
+    return true;
+}
+
 } // namespace
 
 void RunSample(const Operation& operation, Machine& machine)
 {
+    if (SampleRun(operation, machine))
+        return;
     for (int g = 0; g < machine.groups; g += 2) {
         Coordinates coordinates;
         Lanes bias[2] = {Splat(0.0f), Splat(0.0f)};

@@ -10,6 +10,13 @@ struct CoordinateSteps {
     Lanes dy[3];
 };
 
+/// Coordinates of a run of pixels, one array for each with a value for each group of four. Groups 2i and
+/// 2i + 1 are two rows of quads.
+struct RunCoordinates {
+    const Lanes* at[3];
+    const Lanes* bias; ///< of the level; null for none
+};
+
 /// What a texture instruction reads through: a texture with its sampler, and what the oldest pixel
 /// shaders take from the texture stage. The device provides it for each draw.
 class TextureUnit {
@@ -24,6 +31,13 @@ public:
     /// Four colours. Only those with a bit in `lanes` need be right; coordinates may be anything.
     virtual void Sample(const Lanes (&coordinates)[3], Lanes level, int lanes,
                         Lanes (&colourOut)[4]) const = 0;
+    /// Samples all pixels of a run at the levels that their quads need; results may take the place of
+    /// coordinates. False if it cannot, and then does nothing: each group is sampled on its own.
+    virtual bool SampleRun(const RunCoordinates&, int /*groups*/,
+                           Lanes* const (&/*coloursOut*/)[4]) const
+    {
+        return false;
+    }
 
 protected:
     ~TextureUnit() = default;
