@@ -2,6 +2,7 @@
 
 #include "platform/headless/d3d9/LineSetup.h"
 #include "platform/headless/d3d9/PointSetup.h"
+#include "platform/headless/d3d9/Prefetch.h"
 #include "platform/headless/d3d9/ShaderPixels.h"
 #include "platform/headless/d3d9/SpanShader.h"
 
@@ -139,21 +140,15 @@ void PrimitiveDrawer::FinishRows(const Planes& of)
         program->spans->Finish(of);
 }
 
-/// Small triangles take a few pixels from each of many rows, and every row is on another cache line. Of
-/// large ones the rows in front of the current one are prefetched while they are drawn.
+/// Asks for the rows of a small triangle. Those of a large one are asked for while it is drawn.
 void PrimitiveDrawer::FetchRows(const Waiting& triangle, int left, int right) const
 {
     constexpr int kMostRows = 16, kMostPixels = 32;
     if (right - left > kMostPixels)
         return;
     const int last = std::min(triangle.rows.LastRow(), triangle.y + kMostRows - 1);
-    for (int y = triangle.y; y <= last; ++y) {
-        for (const int x : {left, right}) {
-            if (program->depth.isOn)
-                __builtin_prefetch(program->depth.rows.At(x, y));
-            __builtin_prefetch(program->output.rows.At(x, y));
-        }
-    }
+    for (int y = triangle.y; y <= last; ++y)
+        PrefetchRow(*program, y, left, right);
 }
 
 void PrimitiveDrawer::Fill(Waiting& triangle)
@@ -203,7 +198,7 @@ void PrimitiveDrawer::FillTriangle(const ShadedVertex& va, const ShadedVertex& v
     SetUpTriangle(a, b, c, area, program->varyings.count, triangle.planes);
     const auto [low, high] = std::minmax({a.x, b.x, c.x});
     FetchRows(triangle, std::max(CeilPixel(low), program->area.left),
-              std::min(CeilPixel(high), program->area.right) - 1);
+              std::min(CeilPixel(high), program->area.right));
     FillWaiting();
     hasWaiting = true;
     next = 1 - next;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/headless/d3d9/ColourLanes.h"
+#include "platform/headless/d3d9/Prefetch.h"
 #include "platform/headless/d3d9/ShaderPixels.h"
 
 namespace headless {
@@ -22,6 +23,8 @@ public:
 
     void AddRow(const Planes& planes, int y, int left, int right) override
     {
+        if (left < right)
+            PrefetchAhead(*program, y, left, right);
         const int top = y & ~1;
         if (top != topRow || rows[y & 1].left < rows[y & 1].right)
             EndRows(planes);

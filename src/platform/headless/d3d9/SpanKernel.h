@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/headless/d3d9/ColourLanes.h"
+#include "platform/headless/d3d9/Prefetch.h"
 #include "platform/headless/d3d9/SpanShader.h"
 #include "platform/headless/d3d9/SpanStages.h"
 
@@ -22,7 +23,7 @@ public:
 
     void AddRow(const Planes& planes, int y, int left, int right) override
     {
-        FetchAhead(left, y);
+        PrefetchAhead(*program, y, left, right);
         if (waiting > 0 && y != top + waiting)
             Finish(planes);
         if (waiting == 0)
@@ -55,17 +56,6 @@ public:
     }
 
 private:
-    /// Prefetches two rows ahead: small triangles take a few pixels from each of many rows, and every
-    /// row is on another cache line.
-    void FetchAhead(int x, int y) const
-    {
-        if (y + 2 >= program->area.bottom)
-            return;
-        if (program->depth.isOn)
-            __builtin_prefetch(program->depth.rows.At(x, y + 2));
-        __builtin_prefetch(program->output.rows.At(x, y + 2));
-    }
-
     void StartRows(const Planes& planes, RowStart<F>& rows) const
     {
         float downs[F::kRows];
