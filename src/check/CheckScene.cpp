@@ -48,6 +48,12 @@ void CheckList(const char* what, List& list, SceneFaults& faults)
     }
 }
 
+/// A time that is no number is equal to none, itself included.
+bool IsSameTime(float a, float b)
+{
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
 template <class T>
 void CheckTrack(const char* object, const char* track, const KRE_KeyList<T>& keys, int32_t counter,
                 const KRE_KeyIndex<T>& index, SceneFaults& faults)
@@ -59,7 +65,8 @@ void CheckTrack(const char* object, const char* track, const KRE_KeyList<T>& key
             faults.Add(object, "%s key %i is not linked to the one before", track, count);
         const int32_t place = count / index.Step();
         if (index && count % index.Step() == 0 && place < index.EntryCount() &&
-            (index.Entries()[place].key != key || index.Entries()[place].time != key->time))
+            (index.Entries()[place].key != key ||
+             !IsSameTime(index.Entries()[place].time, key->time)))
             faults.Add(object, "%s key %i is not the one of the index", track, count);
     }
     if (keys.Tail() != before)

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <functional>
+#include <limits>
 
 #include <gmock/gmock.h>
 
@@ -137,6 +138,19 @@ TEST_F(CheckSceneTest, FindsDamagedLists)
     scene.lights.count = 1;
     EXPECT_EQ(CheckScene(scene), "lights: 1 elements and no slots\n");
     scene.lights.count = 0;
+}
+
+/// As of a text whose ticks are infinite.
+TEST_F(CheckSceneTest, KeysWithoutATimeAreInTheIndex)
+{
+    KRE_3dScene scene;
+    MakeSoundScene(scene);
+    KRE_3dObject& arm = *scene.objects.Get(0);
+    for (KRE_PosKeyData* key = arm.posKeys.Head(); key; key = key->next)
+        key->time = std::numeric_limits<float>::quiet_NaN();
+    arm.posKeys.TimesChanged();
+    arm.BuildKeyIndex();
+    EXPECT_EQ(CheckScene(scene), "");
 }
 
 TEST_F(CheckSceneTest, FindsDamagedKeys)
