@@ -1,6 +1,7 @@
 #include "import/PictureKinds.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -8,11 +9,15 @@
 #include <png.h>
 
 #include "base/Ascii.h"
+#include "platform/headless/d3d9/PixelFormat.h"
+#include "platform/headless/d3dx/ImageDecoders.h"
 
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_NO_STDIO
 #define STBI_NO_HDR
+#define STBI_NO_JPEG
+#define STBI_NO_PNM
 #define STBI_NO_LINEAR
 #define STBI_MAX_DIMENSIONS 16384
 #pragma GCC diagnostic push
@@ -41,10 +46,27 @@ const stbi_uc* BytesOf(const std::string& bytes)
     return reinterpret_cast<const stbi_uc*>(bytes.data());
 }
 
+/// Kinds that the host decodes. The library below writes behind the end of its memory for some of them that
+/// are damaged, so it is built without them.
+bool IsOfHost(headless::ImageFile file)
+{
+    return headless::IsJpeg(file) || headless::IsPnm(file);
+}
+
+headless::ImageFile FileOf(const std::string& bytes)
+{
+    return {BytesOf(bytes), bytes.size()};
+}
+
 /// As the header announces them; 0 for what is no picture.
 int64_t PixelsOf(const std::string& bytes)
 {
     int width = 0, height = 0, channels = 0;
+    if (IsOfHost(FileOf(bytes))) {
+        D3DXIMAGE_INFO info = {};
+        const bool isRead = SUCCEEDED(headless::ReadImageInfo(FileOf(bytes), info));
+        return isRead ? int64_t{info.Width} * info.Height : 0;
+    }
     if (bytes.size() > INT32_MAX ||
         !stbi_info_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()), &width, &height,
                                &channels))
@@ -52,8 +74,36 @@ int64_t PixelsOf(const std::string& bytes)
     return int64_t{width} * height;
 }
 
+/// Without pixels if the file is damaged.
+Decoded DecodeByHost(const std::string& bytes)
+{
+    Decoded decoded;
+    headless::DecodedImage image;
+    if (FAILED(headless::DecodeImage(FileOf(bytes), image)))
+        return decoded;
+    const headless::PixelFormat* const format = headless::FindPixelFormat(image.format);
+    std::vector<uint32_t> argb(size_t{image.info.Width} * image.info.Height);
+    if (!format ||
+        !headless::UnpackImage(*format, image.info.Width, image.info.Height, image.levels[0].bits,
+                               image.levels[0].pitchBytes, argb.data()))
+        return decoded;
+    decoded.width = static_cast<int>(image.info.Width);
+    decoded.height = static_cast<int>(image.info.Height);
+    decoded.pixels.reset(static_cast<stbi_uc*>(std::malloc(argb.size() * 4)));
+    if (!decoded.pixels)
+        return decoded;
+    stbi_uc* out = decoded.pixels.get();
+    for (const uint32_t pixel : argb) {
+        for (const int shift : {16, 8, 0, 24})
+            *out++ = static_cast<stbi_uc>(pixel >> shift);
+    }
+    return decoded;
+}
+
 Decoded Decode(const std::string& bytes)
 {
+    if (IsOfHost(FileOf(bytes)))
+        return DecodeByHost(bytes);
     Decoded decoded;
     int channels = 0;
     decoded.pixels.reset(stbi_load_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()),

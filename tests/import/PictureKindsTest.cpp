@@ -1,0 +1,37 @@
+#include "import/PictureKinds.h"
+
+#include <gtest/gtest.h>
+
+static TakenPicture::Result ResultOf(const std::string& bytes)
+{
+    PixelBudget budget;
+    return TakePicture(bytes, "a", false, budget).result;
+}
+
+/// 4294967297 is 2^32 + 1, which an int of 32 bits takes for 1.
+TEST(PictureKinds, MapsAreTakenAndDamagedOnesRefused)
+{
+    using Result = TakenPicture::Result;
+    static const struct {
+        const char* what;
+        const char* bytes;
+        Result expected;
+    } cases[] = {
+        {"small numbers", "P6 1 1 255\n123", Result::kTaken},
+        {"comments between them", "P6\n# a\n1 # b\n1\n255\n123", Result::kTaken},
+        {"samples of 16 bits", "P6 2 1 65535\n123456123456", Result::kTaken},
+        {"width", "P6 4294967297 1 255\n123", Result::kDamaged},
+        {"height", "P6 1 4294967297 255\n123", Result::kDamaged},
+        {"largest value of a grey map", "P5 1 1 4294967551\n1", Result::kDamaged},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ResultOf(c.bytes), c.expected) << c.what;
+}
+
+/// A table of codes has at most 256 of them; here each of the 16 lengths announces 255.
+TEST(PictureKinds, PhotographsWithMoreCodesThanThereAreBytesAreDamaged)
+{
+    std::string bytes("\xFF\xD8\xFF\xC0\0\x0B\x08\0\1\0\1\1\1\x11\0\xFF\xC4\x10\x03\0", 20);
+    bytes += std::string(16, '\xFF') + std::string(4080, '\0') + "\xFF\xDA";
+    EXPECT_EQ(ResultOf(bytes), TakenPicture::Result::kDamaged);
+}
