@@ -2,45 +2,14 @@
 // own. What is read becomes a scene.
 
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
-
-#include <unistd.h>
+#include <string>
 
 #include "fuzz/ModelUse.h"
+#include "fuzz/support/MemoryDisk.h"
+#include "fuzz/support/Mutation.h"
 #include "import/ReadGltf.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-/// A directory for the document, so that it finds nothing beside it.
-class Bench {
-public:
-    Bench() : directory(fs::temp_directory_path() / ("qsa2qsb-gltf-" + std::to_string(getpid())))
-    {
-        fs::create_directory(directory);
-    }
-    ~Bench()
-    {
-        std::error_code ignored;
-        fs::remove_all(directory, ignored);
-    }
-    Bench(const Bench&) = delete;
-    Bench& operator=(const Bench&) = delete;
-
-    std::string Save(const std::string& bytes) const
-    {
-        const std::string path = (directory / "fuzz.glb").string();
-        FILE* stream = std::fopen(path.c_str(), "wb");
-        Insist(stream && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size());
-        std::fclose(stream);
-        return path;
-    }
-
-private:
-    fs::path directory;
-};
 
 std::string Word(size_t value)
 {
@@ -64,12 +33,10 @@ std::string DocumentOf(const std::string& input)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static const Bench bench;
-    const std::string path =
-        bench.Save(DocumentOf(std::string(reinterpret_cast<const char*>(data), size)));
+    PutMemoryFile("fuzz.glb", DocumentOf(std::string(TextOf(data, size))));
     try {
         NoticeList notices;
-        UseModel(ReadGltf(path, "", notices));
+        UseModel(ReadGltf("fuzz.glb", "", notices));
     } catch (const ModelFault&) {}
     return 0;
 }

@@ -1,64 +1,35 @@
-// Any frame list, byte for byte: its lines, and the load of all of them in an empty directory.
+// Any frame list, byte for byte: its lines, and the load of all of them beside two pictures.
 
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <string>
 #include <string_view>
-
-#include <unistd.h>
 
 #include "base/ErrorClass.h"
 #include "base/KRE_Base.h"
-#include "base/ResetLogForTests.h"
+#include "base/Log.h"
+#include "fuzz/support/MemoryDisk.h"
 #include "gfx/KRE_FrameList.h"
 #include "gfx/KRE_Gfx.h"
 #include "tests/support/HiddenWindow.h"
 
 namespace {
 
-/// An engine with a device, in its own directory with the list and the log.
+/// An engine with a device, created once.
 class Bench {
 public:
     Bench()
-        : directory(std::filesystem::temp_directory_path() /
-                    ("qsa2qsb-ifl-" + std::to_string(getpid())))
     {
-        std::filesystem::create_directory(directory);
-        engine = std::make_unique<KRE_Gfx>();
-        engine->InitDevice(window.Handle(), 1, nullptr, 16, 0, 0, 0);
-        engine->videoSources[3].width = engine->videoSources[3].height = 2;
+        engine.InitDevice(window.Handle(), 1, nullptr, 16, 0, 0, 0);
+        engine.videoSources[3].width = engine.videoSources[3].height = 2;
+        gLogEntries = kMaxLogEntries; // nothing is written
+        PutMemoryPictures();
     }
-    ~Bench()
-    {
-        engine.reset();
-        std::error_code ignored;
-        std::filesystem::remove_all(directory, ignored);
-    }
-    Bench(const Bench&) = delete;
-    Bench& operator=(const Bench&) = delete;
-
-    std::filesystem::path directory;
-    HiddenWindow window{64, 64};
-    std::unique_ptr<KRE_Gfx> engine;
-};
-
-/// Works in a directory for as long as it lives: the fuzzer's own paths are relative.
-class InDirectory {
-public:
-    explicit InDirectory(const std::filesystem::path& directory)
-        : before(std::filesystem::current_path())
-    {
-        std::filesystem::current_path(directory);
-    }
-    ~InDirectory() { std::filesystem::current_path(before); }
-    InDirectory(const InDirectory&) = delete;
-    InDirectory& operator=(const InDirectory&) = delete;
 
 private:
-    std::filesystem::path before;
+    HiddenWindow window{64, 64};
+
+public:
+    KRE_Gfx engine;
 };
 
 /// Whether a part of `text` is a valid result for a line: within it, trimmed, on one line.
@@ -89,21 +60,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     CheckLines(text);
 
-    static const Bench bench;
-    KRE_Gfx& engine = *bench.engine;
-    const InDirectory inside(bench.directory);
-    ResetLogForTests();
-    std::ofstream("list.ifl", std::ios::binary) << text;
+    static Bench bench;
+    PutMemoryFile("list.ifl", text);
     {
         KRE_Texture texture;
         try {
-            engine.LoadTexture(&texture, "list.ifl", 0, -1, -1, 1);
+            bench.engine.LoadTexture(&texture, "list.ifl", 0, -1, -1, 1);
             if (texture.sequenceCount < 1)
                 std::abort();
         } catch (const KRE_Error&) {
         } catch (const ErrorMsg&) {}
     }
-    if (engine.textureManager.GetCount() != 0)
+    if (bench.engine.textureManager.GetCount() != 0)
         std::abort();
     return 0;
 }

@@ -45,6 +45,7 @@ build_packages="g++ cmake ninja-build libpng-dev libjpeg62-turbo-dev libsqlite3-
 test_packages='googletest clang-format libbenchmark-dev ccache lld python3-jsonschema nodejs curl ca-certificates'
 sanitizer_packages='clang'
 coverage_packages='lcov'
+fuzz_coverage_packages='llvm python3'
 tidy_packages='clang-tidy'
 valgrind_packages='valgrind'
 mutate_packages='python3 git'

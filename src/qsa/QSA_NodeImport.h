@@ -12,6 +12,14 @@ class KRE_Camera;
 class KRE_Light;
 class KRE_RotKeyData;
 
+/// How many keys a rotation key may be split into, and all of a file together. Nothing else that a
+/// small text may ask for costs as much: fuzz targets lower these limits.
+struct QSA_KeyPartLimits {
+    int32_t ofKey = 100000;
+    int64_t ofFile = 1000000;
+};
+extern QSA_KeyPartLimits gKeyPartLimits;
+
 /// Reads bones, helpers, cameras and lights into a scene, and the part of meshes that all nodes
 /// share. Block parsers start after the opening brace and return 0 at the end of the block and 1 if
 /// the file ends inside it.

@@ -14,11 +14,8 @@ constexpr float kBeforeAllTimes = -89999998976.0f; // ticks
 constexpr double kHalfTurn = 3.141592f; // radians
 constexpr double kFullTurn = 6.283184f;
 
-constexpr int32_t kMaxKeyParts = 100000; // of one rotation key
-/// For all keys of a file together, and one more for each few bytes of its text. The line of a
-/// rotation key is longer than that, so turning wheels are never refused and a small file stays
-/// cheap.
-constexpr int64_t kMaxFileKeyParts = 1000000;
+/// A file may have one more part for each few bytes of its text. The line of a rotation key is longer
+/// than that, so turning wheels are never refused and a small file stays cheap.
 constexpr int32_t kBytesPerKeyPart = 8;
 
 bool IsFinite(const KRE_RotKeyData& key)
@@ -64,6 +61,8 @@ void FinishKeysOf(KRE_3dObject* object, const QSA_TimeScale& time)
 }
 
 } // namespace
+
+QSA_KeyPartLimits gKeyPartLimits;
 
 int32_t QSA_NodeImport::ParseAnimation(KRE_3dObject* object)
 {
@@ -197,11 +196,11 @@ void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, KRE_RotKeyData& key)
         return;
     }
     const double turns = std::fabs(static_cast<double>(key.angle)) / kHalfTurn;
-    if (turns >= kMaxKeyParts)
+    if (turns >= gKeyPartLimits.ofKey)
         text.Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
                    static_cast<double>(key.angle));
     keyParts += static_cast<int64_t>(turns);
-    if (keyParts > kMaxFileKeyParts + text.TextSize() / kBytesPerKeyPart)
+    if (keyParts > gKeyPartLimits.ofFile + text.TextSize() / kBytesPerKeyPart)
         text.Error("Object '%s' turns too far: %lli rotation keys in one file",
                    object->name.c_str(), static_cast<long long>(keyParts));
 
