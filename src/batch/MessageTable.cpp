@@ -91,6 +91,7 @@ const MessageRow kMessageRows[] = {
     {261, MessageLevel::kWarning, "Scene without speed: %g frames a second, %g ticks a frame"},
     {262, MessageLevel::kWarning, "Parent object '%s' not found in scene '%s'. Child: '%s'"},
     {263, MessageLevel::kWarning, "Bone '%s' not found in scene '%s'. Child: '%s'"},
+    {264, MessageLevel::kError, "Mesh '%s': more than %lli bytes of materials and bones are copied"},
     {401, MessageLevel::kError, "File '%s': %s"},
     {402, MessageLevel::kError, "Unknown qsb file version: %i (%s)"},
     {403, MessageLevel::kError, "'%s': Obsolete qsb file version: %i"},

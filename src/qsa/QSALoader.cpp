@@ -71,10 +71,10 @@ void QSALoader::ReadScene(KRE_3dScene& scene, const char* path, uint32_t flags)
     const TextClosing closing{*this};
     header = QSA_SceneHeader();
     time = QSA_TimeScale();
-    Import import(*this, scene, flags, path);
     scene.Reset();
 
     Open(path);
+    Import import(*this, scene, flags, path); // needs the size of the text
     if (!ParseTopLevel(import))
         Warning("Encountered unexpected end of file at pos %i", TextPosition());
     Close();

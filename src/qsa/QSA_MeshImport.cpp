@@ -13,7 +13,8 @@ QSA_MeshImport::QSA_MeshImport(QSA_SceneText& sceneText, QSA_MaterialImport& mat
       nodes(nodeImport),
       scene(target),
       options(loadOptions),
-      builder(sceneText)
+      builder(sceneText),
+      copies(sceneText.TextSize())
 {}
 
 int32_t QSA_MeshImport::ParseGeomObject()

@@ -13,6 +13,7 @@
 #include "qsa/QSA_MeshBuilder.h"
 #include "qsa/QSA_NodeImport.h"
 #include "qsa/QSA_SceneText.h"
+#include "scene/CopyBudget.h"
 #include "scene/KRE_ObjectFields.h"
 
 class KRE_3dScene;
@@ -62,7 +63,7 @@ struct QSA_MeshCounts {
 /// block and 1 if the file ends inside it.
 class QSA_MeshImport {
 public:
-    /// All must outlive the import.
+    /// The text is open. All must outlive the import.
     QSA_MeshImport(QSA_SceneText& sceneText, QSA_MaterialImport& materialImport,
                    QSA_NodeImport& nodeImport, KRE_3dScene& target,
                    const QSA_LoadOptions& loadOptions);
@@ -119,6 +120,9 @@ private:
 
     // --- what it is drawn with: QSA_MeshImportMaterials.cpp
     void ApplyMaterials(KRE_Mesh* mesh, QSA_Material* material);
+    void CopyMaterial(KRE_Mesh* mesh, int32_t slot, const QSA_Material* material);
+    void FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own,
+                            const QSA_MeshLoadInfo& source, const QSA_Material* material);
     void FinishCloneMaterials(KRE_Mesh* mesh);
 
     QSA_SceneText& text;           ///< not owned, the current file
@@ -138,4 +142,5 @@ private:
     D3DXMATRIX meshInitTM = IdentityMatrix();
     int64_t announcedFaces = 0; ///< by all meshes of the file so far
     bool hasSkinnedMesh = false;
+    CopyBudget copies; ///< of all meshes of the file
 };

@@ -17,15 +17,32 @@ KRE_MaterialInfo WireMaterial(const D3DCOLORVALUE& color)
     return material;
 }
 
-void CopyMaterial(KRE_Mesh* mesh, int32_t slot, const QSA_Material* material)
+/// Faces of an attribute without a material are not drawn.
+void CheckCloneMaterials(KRE_3dScene& scene, ErrorClass& report)
 {
-    mesh->materials[slot] = material->render;
-    if (material->texture)
-        mesh->textures[slot].CopyFrom(*material->texture);
+    for (KRE_Mesh* mesh : scene.meshes) {
+        const int32_t attributes = mesh->cloneSource.IsEmpty() ? 0 : mesh->AttributeCount();
+        if (mesh->materialCount < attributes)
+            report.Warning("Clone '%s' of '%s' has %i of %i materials", mesh->name.c_str(),
+                           mesh->cloneSource.c_str(), mesh->materialCount, attributes);
+    }
 }
 
-void FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own, const QSA_MeshLoadInfo& source,
-                        const QSA_Material* material)
+} // namespace
+
+void QSA_MeshImport::CopyMaterial(KRE_Mesh* mesh, int32_t slot, const QSA_Material* material)
+{
+    copies.Take(AnimationBytes(material->render), *mesh, text);
+    mesh->materials[slot] = material->render;
+    if (!material->texture)
+        return;
+    copies.Take(AnimationBytes(*material->texture), *mesh, text);
+    mesh->textures[slot].CopyFrom(*material->texture);
+}
+
+void QSA_MeshImport::FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own,
+                                        const QSA_MeshLoadInfo& source,
+                                        const QSA_Material* material)
 {
     if (!material) {
         mesh->materials[0] = WireMaterial(own.wireColor);
@@ -42,19 +59,6 @@ void FillCloneMaterials(KRE_Mesh* mesh, const QSA_MeshLoadInfo& own, const QSA_M
                          material->subMaterials[s % material->subMaterials.size()]);
     }
 }
-
-/// Faces of an attribute without a material are not drawn.
-void CheckCloneMaterials(KRE_3dScene& scene, ErrorClass& report)
-{
-    for (KRE_Mesh* mesh : scene.meshes) {
-        const int32_t attributes = mesh->cloneSource.IsEmpty() ? 0 : mesh->AttributeCount();
-        if (mesh->materialCount < attributes)
-            report.Warning("Clone '%s' of '%s' has %i of %i materials", mesh->name.c_str(),
-                           mesh->cloneSource.c_str(), mesh->materialCount, attributes);
-    }
-}
-
-} // namespace
 
 void QSA_MeshImport::ApplyMaterials(KRE_Mesh* mesh, QSA_Material* material)
 {
@@ -87,6 +91,8 @@ void QSA_MeshImport::FinishCloneMaterials(KRE_Mesh* mesh)
     const int32_t attributes = hasParts ? source->data.attributeCount : 1;
     if (attributes == 0)
         return;
+    if (attributes > 1) // one in each clone is no more than the text of the clone
+        copies.Take(attributes * kMaterialBytes, *mesh, text);
     mesh->AllocateMaterials(attributes);
     FillCloneMaterials(mesh, own->data, source->data, material);
 }
@@ -97,6 +103,6 @@ void QSA_MeshImport::FinishClones()
         if (!mesh->cloneSource.IsEmpty())
             WithMemoryFor(*mesh, text, [&] { FinishCloneMaterials(mesh); });
     }
-    ResolveClones(scene, text);
+    ResolveClones(scene, copies, text);
     CheckCloneMaterials(scene, text);
 }

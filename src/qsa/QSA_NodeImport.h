@@ -16,7 +16,7 @@ class KRE_RotKeyData;
 /// small text may ask for costs as much: fuzz targets lower these limits.
 struct QSA_KeyPartLimits {
     int32_t ofKey = 100000;
-    int64_t ofFile = 1000000;
+    int64_t ofFile = 100000;
 };
 extern QSA_KeyPartLimits gKeyPartLimits;
 

@@ -134,7 +134,8 @@ void KRE_Gfx::LoadQsbScene(KRE_3dScene& scene, QSB_InputFile& file, int32_t vers
     const QSA_SceneHeader header = ReadHeader(file);
     scene.Load(file);
     scene.settings.clearBackground = 0;
-    ResolveClones(scene, file);
+    CopyBudget budget(file.GetSize());
+    ResolveClones(scene, budget, file);
     SceneHeader() = header;
     SetToStartTime(scene, header);
     if (version < kQsbSceneBounds)

@@ -67,7 +67,7 @@ void ResolveClone(KRE_Mesh& clone, KRE_Mesh& source)
 
 } // namespace
 
-void ResolveClones(KRE_3dScene& scene, ErrorClassSimple& reporter)
+void ResolveClones(KRE_3dScene& scene, CopyBudget& budget, ErrorClassSimple& reporter)
 {
     enum class State : uint8_t { kOpen, kWaiting, kDone };
     const CloneLinks links(scene, reporter);
@@ -89,7 +89,10 @@ void ResolveClones(KRE_3dScene& scene, ErrorClassSimple& reporter)
         }
         for (; !waiting.empty(); waiting.pop_back()) {
             const size_t at = waiting.back();
-            ResolveClone(*links.meshes[at], *links.meshes[links.sources[at]]);
+            KRE_Mesh& clone = *links.meshes[at];
+            KRE_Mesh& source = *links.meshes[links.sources[at]];
+            budget.Take(source.bones.Count() * int64_t{sizeof(KRE_BoneInfo)}, clone, reporter);
+            ResolveClone(clone, source);
             states[at] = State::kDone;
         }
     }

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "gfx/KRE_Gfx.h"
+#include "scene/CopyBudget.h"
 #include "tests/qsa/QSATesting.h"
 
 namespace {
@@ -107,6 +108,45 @@ TEST_F(QSALoaderLinkTest, CloneTakesItsOwnSubmaterials)
     ExpectColor(Mesh(3).materials[0].diffuse, 1, 1, 0, 1, "submaterial 1");
     ExpectColor(Mesh(3).materials[1].diffuse, 0, 1, 1, 1, "submaterial 0");
     EXPECT_EQ(Mesh(4).materialCount, 1);
+}
+
+// A hundred faces of a hundred submaterials, and clones that have a hundred materials each.
+TEST_F(QSALoaderLinkTest, MaterialsOfAllClonesTogetherHaveALimit)
+{
+    MeshText mesh = Triangle();
+    std::string parts = "*NUMSUBMTLS 100 ";
+    mesh.faces.clear();
+    for (int i = 0; i < 100; ++i) {
+        parts += "*SUBMATERIAL " + std::to_string(i) + " { } ";
+        mesh.faces.push_back({0, 1, 2, "1", i});
+    }
+    std::string file = MaterialList({parts}) + Named(mesh, "m", "*MATERIAL_REF 0");
+    const int64_t clones = (int64_t{32} << 20) / (100 * kMaterialBytes);
+    for (int64_t i = 0; i < clones; ++i)
+        file += Clone("c", "m", "*MATERIAL_REF 0");
+    EXPECT_EQ(LoadError(file), "no error");
+    EXPECT_EQ(Mesh(static_cast<int32_t>(clones)).materialCount, 100);
+    EXPECT_EQ(LoadError(file + Clone("last", "m", "*MATERIAL_REF 0")),
+              "scene.qsa: Mesh 'last': more than 33554432 bytes of materials and bones are copied");
+}
+
+// A thousand keys of a colour are 52,000 bytes: 645 meshes may have them.
+TEST_F(QSALoaderLinkTest, KeysOfTheMaterialsOfAllMeshesTogetherHaveALimit)
+{
+    std::string keys;
+    for (int i = 0; i < 1000; ++i)
+        keys += "*CONTROL_POINT3_KEY " + std::to_string(i) + " 1 0 0 ";
+    std::string file =
+        MaterialList({"*MATERIAL_ANIMATION { *MATERIAL_ATTRIBUTE \"Diffuse\" *CONTROL_COLOR_LINEAR { " +
+                      keys + "} }"}) +
+        Named(Triangle(), "m", "*MATERIAL_REF 0");
+    for (int i = 1; i < 645; ++i)
+        file += Clone("c", "m", "*MATERIAL_REF 0");
+    EXPECT_EQ(LoadError(file), "no error");
+    EXPECT_EQ(Mesh(644).materials[0].diffuseTrack.GetKeyCount(), 1000);
+    EXPECT_THAT(LoadError(file + Named(Triangle(), "last", "*MATERIAL_REF 0")),
+                testing::HasSubstr("more than 33554432 bytes"))
+        << "a mesh of its own copies keys too";
 }
 
 TEST_F(QSALoaderLinkTest, CloneWithFewerMaterialsThanItsGeometryHasAttributesWarns)

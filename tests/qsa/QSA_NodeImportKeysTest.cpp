@@ -235,33 +235,32 @@ TEST_F(QSA_NodeImportKeysTest, RotationThatWouldBeTooManyKeysIsAnError)
 TEST_F(QSA_NodeImportKeysTest, ManyLongTurnsOfASmallFileAreAnError)
 {
     std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
-    for (int i = 0; i < 11; ++i)
+    for (int i = 0; i < 2; ++i)
         keys += "*CONTROL_ROT_SAMPLE 100 0 0 1 300000 ";
-    // 300000 / 3.141592 are 95,492 complete half turns; eleven times that is more than a million.
+    // 300000 / 3.141592 are 95,492 complete half turns; twice that is more than 100,000.
     EXPECT_EQ(AnimationError(Rotations(keys)),
-              "scene.qsa: Object 'n' turns too far: 1050412 rotation keys in one file");
+              "scene.qsa: Object 'n' turns too far: 190984 rotation keys in one file");
 }
 
-// A million half turns, and one more for each 8 bytes of the text.
+// 100,000 half turns, and one more for each 8 bytes of the text.
 TEST_F(QSA_NodeImportKeysTest, LongTurnsOfAFileMayReachTheirLimitButNotPassIt)
 {
     constexpr double kHalfTurn = 3.141592;
     constexpr int kTurnsOf300000 = 95492; // 300000 / 3.141592 is 95,492.98
     std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
-    for (int i = 1; i <= 10; ++i)
-        keys += "*CONTROL_ROT_SAMPLE " + std::to_string(i * 100000) + " 0 0 1 300000 ";
+    keys += "*CONTROL_ROT_SAMPLE 100000 0 0 1 300000 ";
     const auto endingIn = [&](int turns) {
         const int angle = static_cast<int>((turns + 0.5) * kHalfTurn); // in the middle of a turn
-        return Node(Rotations(keys + "*CONTROL_ROT_SAMPLE 1100000 0 0 1 " + std::to_string(angle)));
+        return Node(Rotations(keys + "*CONTROL_ROT_SAMPLE 200000 0 0 1 " + std::to_string(angle)));
     };
-    const std::string sample = endingIn(46000);
-    const int limit = 1000000 + static_cast<int>(sample.size() / 8);
-    const int lastTurns = limit - 10 * kTurnsOf300000;
+    const std::string sample = endingIn(4600);
+    const int limit = 100000 + static_cast<int>(sample.size() / 8);
+    const int lastTurns = limit - kTurnsOf300000;
 
     const std::string reaching = endingIn(lastTurns);
-    ASSERT_EQ(reaching.size(), sample.size()) << "both angles have six digits";
+    ASSERT_EQ(reaching.size(), sample.size()) << "both angles have five digits";
     EXPECT_EQ(LoadError(reaching), "no error");
-    EXPECT_EQ(Object(0).rotKeyCount, 1 + 11 + limit); // each turn splits its key once more
+    EXPECT_EQ(Object(0).rotKeyCount, 1 + 2 + limit); // each turn splits its key once more
     EXPECT_EQ(LoadError(endingIn(lastTurns + 1)),
               "scene.qsa: Object 'n' turns too far: " + std::to_string(limit + 1) +
                   " rotation keys in one file");

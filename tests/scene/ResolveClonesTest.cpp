@@ -18,7 +18,7 @@ class ResolveClonesTest : public SceneEngineTest {
 protected:
     std::string Resolve()
     {
-        return ErrorText([&] { ResolveClones(scene, reporter); });
+        return ErrorText([&] { ResolveClones(scene, budget, reporter); });
     }
 
     struct Reporter : ErrorClassSimple {
@@ -34,6 +34,7 @@ protected:
         std::vector<std::string> warnings;
     };
     Reporter reporter;
+    CopyBudget budget{0};
     KRE_3dScene scene;
 };
 
@@ -145,6 +146,24 @@ TEST_F(ResolveClonesTest, ACloneOfItselfIsAnError)
 {
     AddClone(scene, "a", "a");
     EXPECT_EQ(Resolve(), "Clone Mesh 'a' not found");
+}
+
+// 32 MiB hold 74,898 bones of 448 bytes: those of 74 clones, but not of 75.
+TEST_F(ResolveClonesTest, BonesOfAllClonesTogetherHaveALimit)
+{
+    static_assert(sizeof(KRE_BoneInfo) == 448);
+    KRE_Mesh& source = AddStrip(scene, "Crew");
+    const KRE_BoneInfo bone("b");
+    for (int i = 0; i < 1000; ++i)
+        source.bones.Add(&bone);
+    source.AllocateBoneObjects();
+    for (int i = 0; i < 74; ++i)
+        AddClone(scene, "c", "Crew");
+    EXPECT_EQ(Resolve(), "");
+    EXPECT_EQ(scene.meshes.Get(74)->bones.Count(), 1000);
+    AddClone(scene, "last", "Crew");
+    budget = CopyBudget(0);
+    EXPECT_EQ(Resolve(), "Mesh 'last': more than 33554432 bytes of materials and bones are copied");
 }
 
 TEST_F(ResolveClonesTest, ASourceWithoutGeometryLeavesTheNameVisibilityAndSource)

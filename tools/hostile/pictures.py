@@ -82,7 +82,7 @@ def picture_cases(root, random, count):
     subs = b''.join(b'*SUBMATERIAL %d{*MAP_DIFFUSE{*BITMAP"a.ifl"}}' % i for i in range(8000))
     faces = b''.join(b'*MESH_FACE %d: A:0 B:1 C:2 *MESH_MTLID %d\n' % (i, i) for i in range(8000))
     many = (HEAD + b'*MATERIAL_LIST{*MATERIAL 0{' + subs + b'}}*GEOMOBJECT{*NODE_NAME"s"*MATERIAL_REF 0 *MESH{'
-            b'*MESH_NUMVERTEX 3 *MESH_NUMFACES 8000 *MESH_VERTEX_LIST{*MESH_VERTEX 0 0 0 0 *MESH_VERTEX 1 1 0 0'
+            b'*MESH_NUMVERTEX 3 *MESH_NUMFACES 8000 *MESH_VERTEX_LIST{*MESH_VERTEX 0 0 0 0 *MESH_VERTEX 1 1 0 0 '
             b'*MESH_VERTEX 2 0 1 0}*MESH_FACE_LIST{' + faces + b'}}}')
     yield Case('frames-of-8000-materials', 'a.qsa', {'a.qsa': many, 'a.ifl': b'p.png 4096\n', 'p.png': small})
     yield Case('picture-of-8000-materials', 'a.qsa', {'a.qsa': many.replace(b'a.ifl', b'p.png'), 'p.png': small})

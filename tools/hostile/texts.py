@@ -7,7 +7,7 @@ from .cases import MEBIBYTE, Case, fill
 
 HEAD = b'*3DSMAX_QSAEXPORT 211\n'
 #: A mesh of one face. What stands for %s comes before its end.
-TRIANGLE = (b'*GEOMOBJECT{*NODE_NAME"%s"*MESH{*MESH_NUMVERTEX 3 *MESH_NUMFACES 1 *MESH_VERTEX_LIST{*MESH_VERTEX 0 0 0 0'
+TRIANGLE = (b'*GEOMOBJECT{*NODE_NAME"%s"*MESH{*MESH_NUMVERTEX 3 *MESH_NUMFACES 1 *MESH_VERTEX_LIST{*MESH_VERTEX 0 0 0 0 '
             b'*MESH_VERTEX 1 1 0 0 *MESH_VERTEX 2 0 1 0}*MESH_FACE_LIST{*MESH_FACE 0: A: 0 B: 1 C: 2}}%s}')
 ONE_MATERIAL = b'*MATERIAL_LIST{*MATERIAL 0{}}'
 
@@ -227,8 +227,8 @@ def many_counts():
         yield Case(f'empty-lists-{vertices}-{faces}', 'a.qsa', {'a.qsa': fill(lambda i: unit % i, HEAD)})
     for weight in (49999, 0):
         unit = (b'*GEOMOBJECT{*NODE_NAME"%%d"*MESH{*MESH_NUMVERTEX 50000 *MESH_NUMFACES 1 *MESH_VERTEX_LIST{*MESH_VERTEX 0 0 '
-                b'0 0}*MESH_FACE_LIST{*MESH_FACE 0:A:49999B:0C:0}*MESH_WEIGHTS{*MESH_INIT_TM{}*BONE_WEIGHT{*BONE_NAME"b"'
-                b'*BONE_INIT_TM{}*INDEX_WEIGHT %d 1}}}}' % weight)
+                b'0 0 *MESH_VERTEX 1 1 0 0 *MESH_VERTEX 2 0 1 0}*MESH_FACE_LIST{*MESH_FACE 0:A:49999 B:1 C:2}*MESH_WEIGHTS{'
+                b'*MESH_INIT_TM{}*BONE_WEIGHT{*BONE_NAME"b"*BONE_INIT_TM{}*INDEX_WEIGHT %d 1}}}}' % weight)
         yield Case(f'far-corners-{weight}', 'a.qsa', {'a.qsa': fill(lambda i: unit % i, HEAD)})
 
 
