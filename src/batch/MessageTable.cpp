@@ -146,6 +146,7 @@ const MessageRow kMessageRows[] = {
     {566, MessageLevel::kError, "Can not end effect: %s"},
     {567, MessageLevel::kError, "Can not SetParameter :%s"},
     {568, MessageLevel::kWarning, "A draw was cut off because its shaders take too long"},
+    {569, MessageLevel::kWarning, "The rest of the frame was not drawn because it takes too many pixels"},
     {601, MessageLevel::kError, "At least DirectX 9.0 required!"},
     {602, MessageLevel::kError, "Your DirectX 9.0 runtime is too old (d3dx9_30.dll not found). Please download and install latest DirectX"},
     {603, MessageLevel::kError, "Direct3DCreate9 failed!"},

@@ -77,6 +77,8 @@ void KRE_Gfx::EndScene()
     inScene = 0;
     if (TakeCutDraw())
         Warning("A draw was cut off because its shaders take too long");
+    if (TakeCutFrame())
+        Warning("The rest of the frame was not drawn because it takes too many pixels");
 }
 
 void KRE_Gfx::SetRenderTarget(IDirect3DSurface9* surface, DWORD index)

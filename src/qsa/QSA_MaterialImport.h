@@ -8,6 +8,7 @@
 #include "qsa/QSA_Material.h"
 #include "qsa/QSA_SceneText.h"
 #include "qsa/QSA_TimeScale.h"
+#include "scene/CopyBudget.h"
 
 /// Reads the materials of a scene text with their maps and animations, and keeps them until the
 /// meshes are built. Block parsers return 0 at the end of the block and 1 if the file ends inside
@@ -25,8 +26,9 @@ public:
     /// The top-level material at `index`, or null for -1. A missing one is null too, with a
     /// `Warning` that names the mesh. Owned by the import.
     QSA_Material* Find(int32_t index, const char* meshName);
-    /// Loads the maps of a material and of all its submaterials, once.
-    void LoadTextures(QSA_Material* material);
+    /// Loads the maps of a material and of all its submaterials, once, for a mesh. Frame lists are taken
+    /// from `budget`: many materials may name the same one.
+    void LoadTextures(QSA_Material* material, const KRE_Mesh& mesh, CopyBudget& budget);
 
 private:
     // --- materials: QSA_MaterialImport.cpp

@@ -41,7 +41,8 @@ void QSA_MaterialImport::AttachMapAnimation(const QSA_Map& map, KRE_Texture* tex
     }
 }
 
-void QSA_MaterialImport::LoadTextures(QSA_Material* material)
+void QSA_MaterialImport::LoadTextures(QSA_Material* material, const KRE_Mesh& mesh,
+                                      CopyBudget& budget)
 {
     std::vector<QSA_Material*> waiting = {material};
     while (!waiting.empty()) {
@@ -51,6 +52,8 @@ void QSA_MaterialImport::LoadTextures(QSA_Material* material)
             continue;
         current->texturesLoaded = true;
         LoadOwnTextures(current);
+        if (current->texture && current->texture->sequenceCount > 0)
+            budget.Take(AnimationBytes(*current->texture), mesh, text);
         // Pushed in reverse so that the first one is popped next: files load in their order.
         waiting.insert(waiting.end(), current->subMaterials.rbegin(), current->subMaterials.rend());
     }

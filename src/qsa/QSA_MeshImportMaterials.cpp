@@ -66,7 +66,7 @@ void QSA_MeshImport::ApplyMaterials(KRE_Mesh* mesh, QSA_Material* material)
         mesh->materials[0] = WireMaterial(geometry.wireColor);
         return;
     }
-    materials.LoadTextures(material);
+    materials.LoadTextures(material, *mesh, copies);
     if (material->subMaterials.empty()) {
         CopyMaterial(mesh, 0, material);
         return;

@@ -5,3 +5,8 @@ bool TakeCutDraw()
 {
     return false;
 }
+
+bool TakeCutFrame()
+{
+    return false;
+}

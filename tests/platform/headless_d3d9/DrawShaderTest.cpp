@@ -537,6 +537,26 @@ TEST_F(DrawShader, ADrawThatTakesTooLongIsCutOff)
     EXPECT_EQ(Pixel(0, 0), 0xFFFFFFFFu);
 }
 
+TEST_F(DrawShader, TheStepsOfItsDrawsCountForTheFrame)
+{
+    // A filling takes 64 pixels and 16 for each of its two triangles, five of them 480; with a shader of 40
+    // instructions one takes 640 steps more, at least, for 16 groups of four pixels.
+    headless::gFrameBudget = 600;
+    TakeCutFrame();
+    for (int i = 0; i < 3; ++i)
+        Filled(0xFF00FF00);
+    EXPECT_FALSE(TakeCutFrame());
+    std::string text = "ps_2_0\n";
+    for (int i = 0; i < 39; ++i)
+        text += "mov r0, c0\n";
+    PixelShader(text + "mov oC0, r0");
+    Filled();
+    EXPECT_FALSE(TakeCutFrame());
+    Filled();
+    EXPECT_TRUE(TakeCutFrame());
+    headless::gFrameBudget = headless::kFrameBudget;
+}
+
 // What is refused does not depend on whether somebody looks.
 TEST_F(DrawShader, WithoutAnAudienceTheSameIsRefused)
 {

@@ -107,6 +107,8 @@ HRESULT HeadlessDevice::Present(const RECT* srcRect, const RECT* dstRect, HWND d
         return D3DERR_INVALIDCALL;
     if (srcRect || dstRect || dirtyRegion)
         return Unmodelled("Present", srcRect, dstRect, dstWindowOverride, dirtyRegion);
+    if (rasterizer)
+        rasterizer->StartFrame();
     const PixelBuffer& picture = backBuffer.Get()->Pixels();
     frontBuffer.isBlank = picture.isBlank;
     if (frontBuffer.isBlank)

@@ -53,7 +53,8 @@ bool FindIndices(const DeviceState& state, UINT first, uint64_t count, IndexSour
     return first + count <= buffer->Data().size / size;
 }
 
-bool gHasCutDraw = false; // a draw was cut off since `TakeCutDraw`
+bool gHasCutDraw = false;  // a draw was cut off since `TakeCutDraw`
+bool gHasCutFrame = false; // a frame was, since `TakeCutFrame`
 
 } // namespace
 
@@ -69,6 +70,8 @@ HRESULT HeadlessDevice::Draw(const DrawRequest& request, const VertexLayout& lay
     const HRESULT result = rasterizer->Draw(state, layout, request);
     if (rasterizer->TakeCutOff())
         gHasCutDraw = true;
+    if (rasterizer->TakeFrameCut())
+        gHasCutFrame = true;
     return result;
 }
 
@@ -168,4 +171,9 @@ HRESULT HeadlessDevice::DrawIndexedPrimitiveUP(D3DPRIMITIVETYPE primitiveType, U
 bool TakeCutDraw()
 {
     return std::exchange(headless::gHasCutDraw, false);
+}
+
+bool TakeCutFrame()
+{
+    return std::exchange(headless::gHasCutFrame, false);
 }

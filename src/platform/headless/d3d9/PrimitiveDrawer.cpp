@@ -125,6 +125,7 @@ bool PrimitiveDrawer::IsClockwise(const ShadedVertex& va, const ShadedVertex& vb
 
 void PrimitiveDrawer::DrawRow(const Planes& of, int y, int left, int right)
 {
+    covered += left < right ? static_cast<uint64_t>(right - left) : 0;
     if (program->shader)
         program->shader->AddRow(of, y, left, right);
     else if (left < right)

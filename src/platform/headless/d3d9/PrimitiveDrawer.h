@@ -3,6 +3,8 @@
 #include "platform/headless/d3d9/Clip.h"
 #include "platform/headless/d3d9/PixelProgram.h"
 
+#include <utility>
+
 namespace headless {
 
 /// From homogeneous space to the target: position = clip / w * scale + offset.
@@ -23,6 +25,9 @@ public:
     void DrawLine(const ShadedVertex& a, const ShadedVertex& b, bool drawsEnd);
     /// Flat shading takes the colours of the first corner.
     void DrawTriangle(const ShadedVertex& a, const ShadedVertex& b, const ShadedVertex& c);
+    /// Pixels that primitives covered since the last call, hidden ones too. A triangle counts when the next
+    /// one is drawn.
+    uint64_t TakeCovered() { return std::exchange(covered, 0); }
     /// Ends the draw: a triangle and pixels may have been waiting.
     void Finish();
 
@@ -67,6 +72,7 @@ private:
     Waiting triangles[2] = {};
     int next = 0;            ///< the one to be prepared
     bool hasWaiting = false; ///< the other one waits
+    uint64_t covered = 0;    ///< pixels
 };
 
 } // namespace headless

@@ -6,6 +6,7 @@
 namespace headless {
 
 uint64_t gShaderBudget = kShaderBudget;
+uint64_t gFrameBudget = kFrameBudget;
 
 namespace {
 
@@ -90,10 +91,11 @@ HRESULT Rasterizer::Draw(const DrawState& state, const VertexLayout& layout,
     const bool drawsLastPixel = state.Render(D3DRS_LASTPIXEL) != 0;
     if (shadesVertices)
         DrawShaded(request, drawsLastPixel);
-    for (UINT i = 0; !shadesVertices && i < request.primitiveCount && !IsOverBudget(); ++i)
+    for (UINT i = 0; !shadesVertices && i < request.primitiveCount && GoesOn(); ++i)
         DrawPrimitive(request, i, drawsLastPixel);
     drawer.Finish();
-    wasCutOff = wasCutOff || IsOverBudget();
+    wasCutOff = wasCutOff || ShaderWork() >= gShaderBudget;
+    frameWork += ShaderWork() + drawer.TakeCovered();
     ++program.output.target->changes;
     return D3D_OK;
 }
@@ -124,18 +126,30 @@ HRESULT Rasterizer::PrepareShaders(const DrawState& state, const VertexLayout& l
                           : E_OUTOFMEMORY;
 }
 
-bool Rasterizer::IsOverBudget() const
+/// Steps of the current draw.
+uint64_t Rasterizer::ShaderWork() const
 {
     const uint64_t ofPixels = program.shader ? program.shader->Work() : 0;
     const uint64_t ofVertices = shadesVertices ? shaderVertices->Work() : 0;
-    return ofPixels + ofVertices >= gShaderBudget;
+    return ofPixels + ofVertices;
+}
+
+/// Asked before each primitive.
+bool Rasterizer::GoesOn()
+{
+    if (frameWork >= gFrameBudget) {
+        wasFrameCut = wasFrameCut || !isFrameOver;
+        isFrameOver = true;
+        return false;
+    }
+    return ShaderWork() < gShaderBudget;
 }
 
 /// Primitives in runs, so that the shader computes many vertices at a time.
 void Rasterizer::DrawShaded(const DrawRequest& request, bool drawsLastPixel)
 {
     const int count = CornerCount(request.type);
-    for (UINT first = 0; first < request.primitiveCount && !IsOverBudget();) {
+    for (UINT first = 0; first < request.primitiveCount && GoesOn();) {
         const UINT run = std::min(ShaderVertices::kRun, request.primitiveCount - first);
         UINT indices[ShaderVertices::kRun * 3];
         int used = 0;
@@ -181,6 +195,7 @@ void Rasterizer::DrawCorners(const DrawRequest& request, UINT index,
         drawer.DrawLine(*shaded[0], *shaded[1], drawsLastPixel && isLast);
     else
         drawer.DrawTriangle(*shaded[0], *shaded[1], *shaded[2]);
+    frameWork += kPrimitiveCost + drawer.TakeCovered();
 }
 
 } // namespace headless

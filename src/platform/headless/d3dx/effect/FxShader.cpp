@@ -12,8 +12,15 @@ namespace headless::fx {
 
 namespace {
 
+/// Columns before the first word of a block, which `TextOf` leaves out of its first line: a file may have
+/// very many blocks in one long line.
+size_t FirstColumns(std::span<const FxToken> block)
+{
+    return block.empty() ? 0 : block[0].place.column - 1;
+}
+
 /// The block as text, each word on its line and, if possible, in its column, so that places in it are
-/// places in the file. `;` begins a comment, but separates instructions in a block on one line.
+/// places in the file, apart from `FirstColumns` in the first line. `;` begins a comment, but separates instructions in a block on one line.
 std::string TextOf(std::span<const FxToken> block)
 {
     const bool isOneLine = std::none_of(block.begin(), block.end(),
@@ -21,6 +28,7 @@ std::string TextOf(std::span<const FxToken> block)
     std::string text;
     uint32_t line = block.empty() ? 1 : block[0].place.line;
     size_t lineStart = 0;
+    size_t leftOut = FirstColumns(block); // of the current line
     bool isComment = false;
     for (const FxToken& word : block) {
         isComment = isComment && !word.startsLine;
@@ -29,10 +37,11 @@ std::string TextOf(std::span<const FxToken> block)
         for (; line < word.place.line; ++line) {
             text += '\n';
             lineStart = text.size();
+            leftOut = 0;
         }
         if (isComment || word.Is(";"))
             continue;
-        while (text.size() - lineStart + 1 < word.place.column)
+        while (text.size() - lineStart + leftOut + 1 < word.place.column)
             text += ' ';
         if (word.spaceBefore && text.size() > lineStart && text.back() != ' ')
             text += ' ';
@@ -225,7 +234,8 @@ void AssembleFxShader(std::span<const FxToken> block, bool isVertex, FxShader& s
         if (isMade || fault.line == 0)
             return;
         shaderOut.place.line += static_cast<uint32_t>(fault.line - 1);
-        shaderOut.place.column = static_cast<uint32_t>(fault.column);
+        shaderOut.place.column = static_cast<uint32_t>(
+            static_cast<size_t>(fault.column) + (fault.line == 1 ? FirstColumns(block) : 0));
     }
 }
 

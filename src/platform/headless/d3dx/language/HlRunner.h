@@ -39,7 +39,7 @@ struct HlBinding {
 
 /// Limits that all shaders of an effect share.
 struct HlBudget {
-    size_t steps = size_t{1} << 21;
+    size_t steps = size_t{1} << 20;
 };
 
 /// Runs a function on values that are not known yet: each step that cannot be computed becomes one of the
