@@ -82,7 +82,7 @@ def functions():
 
 def effect_cases(root, random, count):
     for name, content in (*effect_texts(), *functions()):
-        yield Case(f'effect-{name}', 'a.qsa', {'a.qsa': SCENE, 'e.fx': content[:MEBIBYTE]})
+        yield Case(f'effect-{name}', 'a.qsa', {'a.qsa': SCENE, 'e.fx': content[:MEBIBYTE]}, 'effect')
     good = [path.read_bytes() for path in sorted((root / 'examples/effects').glob('*.fxo'))]
     texts = [path.read_bytes() for path in sorted((root / 'examples/effects').glob('*.fx'))]
     for i in range(count):
@@ -91,6 +91,6 @@ def effect_cases(root, random, count):
             content = damage(content, random)
         tail = random.choice((b'', bytes(64), b'\1\0\0\0' * 16, random.randbytes(64)))
         content += (tail * (MEBIBYTE // 64))[:MEBIBYTE - len(content)]
-        yield Case(f'compiled-{i}', 'a.qsa', {'a.qsa': SCENE, 'e.fx': content})
+        yield Case(f'compiled-{i}', 'a.qsa', {'a.qsa': SCENE, 'e.fx': content}, 'effect')
         content = damage(damage(random.choice(texts), random), random)
-        yield Case(f'damaged-effect-{i}', 'a.qsa', {'a.qsa': SCENE, 'e.fx': content * (MEBIBYTE // (len(content) + 1))})
+        yield Case(f'damaged-effect-{i}', 'a.qsa', {'a.qsa': SCENE, 'e.fx': content * (MEBIBYTE // (len(content) + 1))}, 'effect')

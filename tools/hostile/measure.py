@@ -7,14 +7,13 @@ import resource
 import signal
 import sys
 
-STACK = 128 << 10  # bytes
 MOST_MEMORY = 4 << 30  # bytes: a failing check must not take the machine down
 
 
 def become(program, request):
     os.setsid()
     os.chdir(request['directory'])
-    resource.setrlimit(resource.RLIMIT_STACK, (STACK, STACK))
+    resource.setrlimit(resource.RLIMIT_STACK, (request['stack'], request['stack']))
     resource.setrlimit(resource.RLIMIT_CPU, (request['most_seconds'], request['most_seconds'] + 1))
     resource.setrlimit(resource.RLIMIT_FSIZE, (8 << 30, 8 << 30))
     resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY, MOST_MEMORY))

@@ -183,6 +183,16 @@ def materials_times_meshes():
             lambda i: b'*BONE_WEIGHT{*BONE_NAME"%d"*BONE_INIT_TM{}}' % i, size=MEBIBYTE - 500) + b'}}}')})
 
 
+def everything_at_once():
+    """The memory of each of its parts adds up: turns, copies of keys, and many objects."""
+    keys = b''.join(b'*CONTROL_BEZIER_POINT3_KEY %d 1 1 1 0 0 0 0 0 0' % i for i in range(1000))
+    before = (HEAD + b'*HELPEROBJECT{*TM_ANIMATION{*CONTROL_ROT_TRACK{*CONTROL_ROT_SAMPLE 0 1 0 0 0 *CONTROL_ROT_SAMPLE 9 1 0 0 '
+              b'300000 *CONTROL_ROT_SAMPLE 9 1 0 0 300000}}}*MATERIAL_LIST{*MATERIAL 0{*MATERIAL_ANIMATION{*MATERIAL_ATTRIBUTE '
+              b'"Diffuse"*CONTROL_COLOR_BEZIER{' + keys + b'}}}}' + TRIANGLE % (b's', b'*MATERIAL_REF 0'))
+    before += b''.join(b'*GEOMOBJECT{*NODE_NAME"%d"*MATERIAL_REF 0 *CLONE"s"}' % i for i in range(640))
+    yield Case('everything-at-once', 'a.qsa', {'a.qsa': fill(b'*BONEOBJECT{}', before)})
+
+
 def many_meshes(random):
     yield Case('meshes', 'a.qsa', {'a.qsa': fill(lambda i: TRIANGLE % (b'%d' % i, b''), HEAD)})
     yield Case('meshes-named-alike', 'a.qsa', {'a.qsa': fill(lambda i: TRIANGLE % (b'a', b''), HEAD)})
@@ -271,6 +281,7 @@ def text_cases(root, random, count):
     yield from many_nodes(random)
     yield from many_materials()
     yield from materials_times_meshes()
+    yield from everything_at_once()
     yield from many_meshes(random)
     yield from many_counts()
     yield from many_keys()
