@@ -137,8 +137,9 @@ TEST_F(QSALoaderLinkTest, KeysOfTheMaterialsOfAllMeshesTogetherHaveALimit)
     for (int i = 0; i < 1000; ++i)
         keys += "*CONTROL_POINT3_KEY " + std::to_string(i) + " 1 0 0 ";
     std::string file =
-        MaterialList({"*MATERIAL_ANIMATION { *MATERIAL_ATTRIBUTE \"Diffuse\" *CONTROL_COLOR_LINEAR { " +
-                      keys + "} }"}) +
+        MaterialList(
+            {"*MATERIAL_ANIMATION { *MATERIAL_ATTRIBUTE \"Diffuse\" *CONTROL_COLOR_LINEAR { " +
+             keys + "} }"}) +
         Named(Triangle(), "m", "*MATERIAL_REF 0");
     for (int i = 1; i < 645; ++i)
         file += Clone("c", "m", "*MATERIAL_REF 0");

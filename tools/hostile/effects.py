@@ -43,6 +43,9 @@ def effect_texts():
     yield 'assembler', b'PixelShader p=asm{ps_2_0 ' + fill(b'mov r0,c0\n', size=MEBIBYTE - 200) + b'};' + TECHNIQUE
     yield 'assemblers', fill(lambda i: b'PixelShader p%d=asm{ps_2_0 def c0,0,0,0,0 mov oC0,c0};' % i, b'', TECHNIQUE)
 
+    yield 'assembler-passes', fill(lambda i: b'pass P%d{PixelShader=asm{ps_2_0 def c0,0,0,0,0 mov oC0,c0};}' % i,
+                                   b'technique T{', b'}')
+
 
 def functions():
     """Functions of shaders whose work is far more than their text."""

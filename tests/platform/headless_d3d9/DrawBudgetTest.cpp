@@ -98,7 +98,8 @@ TEST_F(DrawBudget, PrimitivesWithoutPixelsCountToo)
 TEST_F(DrawBudget, LinesAndPointsCount)
 {
     headless::gFrameBudget = 16 + 8 + 16 + 4;
-    const std::vector<ScreenVertex> line = {{0, 0, 0.5f, 1, 0xFF000001}, {8, 0, 0.5f, 1, 0xFF000001}};
+    const std::vector<ScreenVertex> line = {{0, 0, 0.5f, 1, 0xFF000001},
+                                            {8, 0, 0.5f, 1, 0xFF000001}};
     EXPECT_EQ(Draw(D3DPT_LINELIST, 1, line), D3D_OK); // 8 pixels of the target
     State(D3DRS_POINTSIZE, 2.0f);
     const std::vector<ScreenVertex> point = {{3.5f, 3.5f, 0.5f, 1, 0xFF000002}};

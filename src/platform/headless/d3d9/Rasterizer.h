@@ -81,7 +81,7 @@ private:
     std::unique_ptr<ShaderVertices> shaderVertices; ///< made by the first draw with one
     bool shadesVertices = false;                    ///< this draw has a vertex shader
     bool wasCutOff = false;
-    uint64_t frameWork = 0;   ///< of the draws since the last frame, shaders of the current one apart
+    uint64_t frameWork = 0; ///< of the draws since the last frame, shaders of the current one apart
     bool isFrameOver = false; ///< primitives of this frame were left out
     bool wasFrameCut = false; ///< the same, and nobody has asked
 };

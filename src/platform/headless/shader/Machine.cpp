@@ -37,6 +37,7 @@ Machine::Machine() : isEight(HasEightForms())
 void Machine::Prepare(Program& next_, const Constants& constants)
 {
     program = &next_;
+    program->MakeRegisters();
     file = program->registers.front().lanes;
     values = constants;
     const auto value = [&](size_t number, size_t c) {

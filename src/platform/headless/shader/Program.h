@@ -104,7 +104,9 @@ struct alignas(64) RegisterLine {
 struct Program {
     Version version;
     std::vector<Operation> operations;
-    std::vector<RegisterLine> registers; ///< all values; sized when the program is made
+    std::vector<RegisterLine> registers; ///< all values; tens of kilobytes, made by the first run
+    uint32_t registerCount = 0;          ///< in lanes
+    uint32_t ones = 0;                   ///< the place of registers that are 1; 0 for none
     std::vector<Binding> inputs;         ///< those that are read
     std::vector<Binding> outputs;        ///< those that are written
     std::vector<ConstantUse> constants;
@@ -124,6 +126,9 @@ struct Program {
     uint32_t kill = 0;        ///< the lanes that texkill dropped
     bool readsPosition = false;
     bool readsFace = false;
+
+    /// Makes the registers unless there are any. Effects may have very many shaders that never run.
+    void MakeRegisters();
 };
 
 /// Resolves bytecode that `CheckBytecode` has passed.

@@ -342,10 +342,18 @@ void ProgramBuilder::Build()
         operation.readsItsResult = ReadsItsResult(operation);
         operation.eight = HasEightForms() ? EightFormOf(operation.run) : operation.run;
     }
+    program.registerCount = registerEnd;
+    program.ones = ones;
+}
+
+void Program::MakeRegisters()
+{
+    if (!registers.empty())
+        return;
     const Lanes zero = Splat(0.0f);
-    program.registers.assign(registerEnd / 4, {{zero, zero, zero, zero}});
+    registers.assign(registerCount / 4, {{zero, zero, zero, zero}});
     if (ones != 0)
-        std::fill_n(program.registers.front().lanes + ones, kRegisterPlaces, Splat(1.0f));
+        std::fill_n(registers.front().lanes + ones, kRegisterPlaces, Splat(1.0f));
 }
 
 void BuildProgram(const Bytecode& code, Program& programOut)

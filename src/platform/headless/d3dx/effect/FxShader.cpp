@@ -234,8 +234,8 @@ void AssembleFxShader(std::span<const FxToken> block, bool isVertex, FxShader& s
         if (isMade || fault.line == 0)
             return;
         shaderOut.place.line += static_cast<uint32_t>(fault.line - 1);
-        shaderOut.place.column = static_cast<uint32_t>(
-            static_cast<size_t>(fault.column) + (fault.line == 1 ? FirstColumns(block) : 0));
+        shaderOut.place.column = static_cast<uint32_t>(static_cast<size_t>(fault.column) +
+                                                       (fault.line == 1 ? FirstColumns(block) : 0));
     }
 }
 

@@ -9,9 +9,6 @@ namespace headless::hl {
 
 namespace {
 
-/// However short a program is, its object takes some kilobytes.
-constexpr size_t kLeastSteps = 256;
-
 /// "TEXCOORD3" is TEXCOORD and 3.
 std::string_view SplitSemantic(std::string_view semantic, uint32_t& numberOut)
 {
@@ -148,8 +145,7 @@ bool HlRunner::EntryParameter(const HlVariable& parameter,
 
 bool HlRunner::RunEntry(HlFunction& function, const std::vector<HlExpression*>& arguments)
 {
-    if (!Spend(function.place, kLeastSteps) || !DeclareGlobals() ||
-        !parser.ReadBody(function, log))
+    if (!DeclareGlobals() || !parser.ReadBody(function, log))
         return false;
     size_t next = 0;
     for (const HlVariable* parameter : function.parameters)
