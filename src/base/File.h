@@ -7,6 +7,7 @@
 #include "base/ErrorClass.h"
 #include "base/FileStream.h"
 #include "base/String.h"
+#include "platform/LittleEndian.h"
 
 extern int32_t gOpenHandlesCount; ///< files that are open in the process
 
@@ -57,11 +58,11 @@ public:
         position += size;
         return true;
     }
-    bool ReadInt32(int32_t* valueOut) { return Read(valueOut, 4); }
-    bool ReadInt32(uint32_t* valueOut) { return Read(valueOut, 4); }
-    bool ReadFloat32(float* valueOut) { return Read(valueOut, 4); }
-    bool ReadInt16(int16_t* valueOut) { return Read(valueOut, 2); }
-    bool ReadInt16(uint16_t* valueOut) { return Read(valueOut, 2); }
+    bool ReadInt32(int32_t* valueOut) { return ReadNumber(valueOut); }
+    bool ReadInt32(uint32_t* valueOut) { return ReadNumber(valueOut); }
+    bool ReadFloat32(float* valueOut) { return ReadNumber(valueOut); }
+    bool ReadInt16(int16_t* valueOut) { return ReadNumber(valueOut); }
+    bool ReadInt16(uint16_t* valueOut) { return ReadNumber(valueOut); }
     bool ReadInt8(int8_t* valueOut) { return Read(valueOut, 1); }
     bool ReadInt8(uint8_t* valueOut) { return Read(valueOut, 1); }
     /// int32 length and that many bytes. A length below 1 gives the empty string; one above the
@@ -79,9 +80,9 @@ public:
         Advance(size);
         return true;
     }
-    bool WriteInt32(int32_t value) { return Write(&value, 4); }
-    bool WriteFloat32(float value) { return Write(&value, 4); }
-    bool WriteInt16(int16_t value) { return Write(&value, 2); }
+    bool WriteInt32(int32_t value) { return WriteNumber(value); }
+    bool WriteFloat32(float value) { return WriteNumber(value); }
+    bool WriteInt16(int16_t value) { return WriteNumber(value); }
     bool WriteInt8(int8_t value) { return Write(&value, 1); }
     /// int32 length and the `length` bytes of the string, without a terminator.
     bool WriteString(const String& text);
@@ -91,6 +92,20 @@ private:
 
     enum class Transfer { none, read, write };
 
+    template <class Number>
+    bool ReadNumber(Number* valueOut)
+    {
+        if (!Read(valueOut, sizeof *valueOut))
+            return false;
+        ReorderWords(valueOut, sizeof *valueOut, 1);
+        return true;
+    }
+    template <class Number>
+    bool WriteNumber(Number value)
+    {
+        ReorderWords(&value, sizeof value, 1);
+        return Write(&value, sizeof value);
+    }
     bool OpenFailed(const char* format, int errorNumber, const String& name, bool reportFailure);
     int32_t MeasureOpened();
     void LoadIntoMemory();

@@ -13,6 +13,7 @@
 #include "batch/SourceTrees.h"
 #include "batch/WorkingDirectory.h"
 #include "gfx/DefaultPaths.h"
+#include "platform/LittleEndian.h"
 #include "platform/headless/win32/HostPath.h"
 
 namespace {
@@ -250,8 +251,7 @@ bool BatchState::IsFrameCurrent(const SceneJob& job, std::string& whyOut)
 bool BatchState::AreInputsCurrent(std::string_view ids, std::string& whyOut)
 {
     for (; ids.size() >= kIdBytes; ids.remove_prefix(kIdBytes)) {
-        uint32_t id = 0;
-        std::memcpy(&id, ids.data(), sizeof id);
+        const auto id = LoadLittle<uint32_t>(ids.data());
         std::string path;
         if (IsInputCurrent(id, path))
             continue;
@@ -398,8 +398,9 @@ std::string BatchState::PackInputs(const std::vector<SceneInput>& inputs)
 {
     std::string ids;
     for (const SceneInput& input : inputs) {
-        const auto id = static_cast<uint32_t>(IdOfInput(input));
-        ids.append(reinterpret_cast<const char*>(&id), sizeof id);
+        char id[kIdBytes];
+        StoreLittle(id, static_cast<uint32_t>(IdOfInput(input)));
+        ids.append(id, sizeof id);
     }
     return ids;
 }

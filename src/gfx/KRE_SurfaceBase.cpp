@@ -1,9 +1,9 @@
 #include "gfx/KRE_SurfaceBase.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "gfx/KRE_BlockPixel.h"
+#include "platform/LittleEndian.h"
 
 namespace {
 
@@ -74,9 +74,7 @@ bool KRE_SurfaceBase::GetPixel(int32_t x, int32_t y, D3DCOLOR* colorOut) const
 {
     if (!IsReadable(x, y) || IsBlockFormat(format))
         return false;
-    DWORD pixel = 0;
-    std::memcpy(&pixel, PixelBytes(x, y), static_cast<size_t>(bytesPerPixel));
-    *colorOut = decodePixel(pixel);
+    *colorOut = decodePixel(LoadPixelBytes(PixelBytes(x, y), static_cast<size_t>(bytesPerPixel)));
     return true;
 }
 
@@ -84,8 +82,7 @@ bool KRE_SurfaceBase::PutPixel(int32_t x, int32_t y, D3DCOLOR color)
 {
     if (!IsReadable(x, y) || IsBlockFormat(format))
         return false;
-    const DWORD pixel = encodePixel(color);
-    std::memcpy(PixelBytes(x, y), &pixel, static_cast<size_t>(bytesPerPixel));
+    StorePixelBytes(PixelBytes(x, y), encodePixel(color), static_cast<size_t>(bytesPerPixel));
     return true;
 }
 
@@ -117,7 +114,7 @@ void KRE_SurfaceBase::Fill(D3DCOLOR color)
     for (int32_t y = lockRect.top; y < lockRect.bottom; ++y) {
         uint8_t* at = PixelBytes(lockRect.left, y);
         for (int32_t x = lockRect.left; x < lockRect.right; ++x, at += size)
-            std::memcpy(at, &pixel, size);
+            StorePixelBytes(at, pixel, size);
     }
 }
 

@@ -1,8 +1,9 @@
-#include <cstring>
+#include <algorithm>
 
 #include "gltf/GltfConstants.h"
 #include "gltf/GltfFile.h"
 #include "gltf/ModelFault.h"
+#include "platform/LittleEndian.h"
 
 using nlohmann::json;
 
@@ -36,37 +37,29 @@ size_t SizeOf(int component)
     }
 }
 
-template <class T>
-T ValueAt(const char* bytes)
-{
-    T value;
-    std::memcpy(&value, bytes, sizeof value); // files and our hosts have the lowest byte first
-    return value;
-}
-
 float Component(const char* bytes, int component, bool isNormalized)
 {
     switch (component) {
     case kGltfByte: {
-        const float value = ValueAt<int8_t>(bytes);
+        const float value = LoadLittle<int8_t>(bytes);
         return isNormalized ? std::max(value / 127.0f, -1.0f) : value;
     }
     case kGltfUByte: {
-        const float value = ValueAt<uint8_t>(bytes);
+        const float value = LoadLittle<uint8_t>(bytes);
         return isNormalized ? value / 255.0f : value;
     }
     case kGltfShort: {
-        const float value = ValueAt<int16_t>(bytes);
+        const float value = LoadLittle<int16_t>(bytes);
         return isNormalized ? std::max(value / 32767.0f, -1.0f) : value;
     }
     case kGltfUShort: {
-        const float value = ValueAt<uint16_t>(bytes);
+        const float value = LoadLittle<uint16_t>(bytes);
         return isNormalized ? value / 65535.0f : value;
     }
     case kGltfUInt:
-        return static_cast<float>(ValueAt<uint32_t>(bytes));
+        return static_cast<float>(LoadLittle<uint32_t>(bytes));
     default:
-        return ValueAt<float>(bytes);
+        return LoadLittle<float>(bytes);
     }
 }
 
@@ -74,11 +67,11 @@ uint32_t WholeNumber(const char* bytes, int component)
 {
     switch (component) {
     case kGltfUByte:
-        return ValueAt<uint8_t>(bytes);
+        return LoadLittle<uint8_t>(bytes);
     case kGltfUShort:
-        return ValueAt<uint16_t>(bytes);
+        return LoadLittle<uint16_t>(bytes);
     case kGltfUInt:
-        return ValueAt<uint32_t>(bytes);
+        return LoadLittle<uint32_t>(bytes);
     default:
         throw ModelFault("indices have the component type " + std::to_string(component));
     }

@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "base/WriteWholeFile.h"
+#include "platform/LittleEndian.h"
 
 using nlohmann::json;
 
@@ -89,6 +90,14 @@ int GltfWriter::AddView(std::span<const uint8_t> added, GltfTarget target)
     return Append("bufferViews", std::move(view));
 }
 
+template <class T>
+int GltfWriter::AddWords(std::span<const T> values, GltfTarget target)
+{
+    const int view = AddView(BytesOf(values), target);
+    ReorderWords(bytes.data() + bytes.size() - values.size_bytes(), sizeof(T), values.size());
+    return view;
+}
+
 int GltfWriter::AddAccessor(int view, GltfComponent component, size_t count, const char* type)
 {
     return Append("accessors", {{"bufferView", view},
@@ -101,7 +110,7 @@ int GltfWriter::AddFloats(std::span<const float> values, const char* type, int w
                           bool withBounds, GltfTarget target)
 {
     const size_t count = values.size() / static_cast<size_t>(width);
-    const int index = AddAccessor(AddView(BytesOf(values), target), kGltfFloat, count, type);
+    const int index = AddAccessor(AddWords(values, target), kGltfFloat, count, type);
     if (withBounds)
         AddBounds(At("accessors", index), values, static_cast<size_t>(width));
     return index;
@@ -109,7 +118,7 @@ int GltfWriter::AddFloats(std::span<const float> values, const char* type, int w
 
 int GltfWriter::AddShorts(std::span<const uint16_t> values, GltfTarget target)
 {
-    return AddAccessor(AddView(BytesOf(values), target), kGltfUShort, values.size(), "SCALAR");
+    return AddAccessor(AddWords(values, target), kGltfUShort, values.size(), "SCALAR");
 }
 
 int GltfWriter::AddBytes4(std::span<const uint8_t> values, GltfTarget target)

@@ -44,6 +44,9 @@ public:
     nlohmann::json document;
 
 private:
+    /// A view of numbers, in the order of files.
+    template <class T>
+    int AddWords(std::span<const T> values, GltfTarget target);
     int AddAccessor(int view, GltfComponent component, size_t count, const char* type);
     std::string GlbBytes() const;
     std::string WriteBeside(const std::string& path);

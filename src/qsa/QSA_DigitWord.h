@@ -1,8 +1,8 @@
 #pragma once
 
-#include <bit>
 #include <cstdint>
-#include <cstring>
+
+#include "platform/LittleEndian.h"
 
 // Eight bytes of text as one word, the first byte in the lowest bits on every machine.
 
@@ -10,11 +10,7 @@ inline constexpr uint64_t kDigitZeros = 0x3030303030303030;
 
 inline uint64_t LoadTextWord(const uint8_t* at)
 {
-    uint64_t word;
-    std::memcpy(&word, at, sizeof word);
-    if constexpr (std::endian::native == std::endian::big)
-        word = __builtin_bswap64(word);
-    return word;
+    return LoadLittle<uint64_t>(at);
 }
 
 /// Keeps the last `count` bytes of a word, 1 to 8; the others become 0.

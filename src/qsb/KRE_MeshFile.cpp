@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "gfx/KRE_Gfx.h"
+#include "platform/LittleEndian.h"
 #include "qsb/QSB_SceneFields.h"
 #include "qsb/QSB_Vertices.h"
 
@@ -126,11 +127,10 @@ void MeshSaver::SaveGeometry(const KRE_Mesh& mesh)
     const int32_t clamped = PackVertices(mesh.vertexData, mesh, mesh.vertexCount, vertices.Get());
     const size_t indexBytes = static_cast<size_t>(mesh.faceCount) * kFaceBytes;
     std::memcpy(faces.Get(), mesh.indexData, indexBytes);
-    for (int32_t i = 0; i < mesh.faceCount; ++i) {
-        const auto attribute = static_cast<uint16_t>(mesh.attributeData[i]);
-        std::memcpy(faces.Get() + indexBytes + ptrdiff_t{kAttributeBytes} * i, &attribute,
-                    sizeof attribute);
-    }
+    ReorderWords(faces.Get(), sizeof(uint16_t), indexBytes / sizeof(uint16_t));
+    for (int32_t i = 0; i < mesh.faceCount; ++i)
+        StoreLittle(faces.Get() + indexBytes + ptrdiff_t{kAttributeBytes} * i,
+                    static_cast<uint16_t>(mesh.attributeData[i]));
     mesh.UnlockAll();
 
     if (clamped > 0)
@@ -241,7 +241,8 @@ void MeshLoader::LoadVertices(KRE_Mesh& mesh, const VertexInfo& stored)
 void MeshLoader::LoadFaces(KRE_Mesh& mesh)
 {
     const int32_t count = mesh.faceCount;
-    const auto block = ReadBlock(file, int64_t{kFaceBytes + kAttributeBytes} * count);
+    auto block = ReadBlock(file, int64_t{kFaceBytes + kAttributeBytes} * count);
+    ReorderWords(block.Get(), sizeof(uint16_t), size_t{4} * static_cast<size_t>(count));
     const auto* indices = reinterpret_cast<const uint16_t*>(block.Get());
     const uint16_t* attributes = indices + ptrdiff_t{3} * count;
     CheckFaceValues(file, "vertex", indices, 3 * count, 3, mesh.vertexCount);

@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "base/FormatText.h"
+#include "platform/LittleEndian.h"
 #include "qsb/QSB_InputFile.h"
 #include "scene/KRE_ArrayTrack.h"
 #include "scene/KRE_KeyList.h"
@@ -33,7 +34,7 @@ void BaseFields(Archive& archive, Record& record)
 /// Writes the text up to its NUL; memory reserved after it is not part of a file.
 void WriteText(File& file, const String& text);
 
-/// Values stored in files as they are in memory; `Archive::Bytes` transfers them.
+/// Values stored in files as they are in memory, but for the order of bytes; `Archive::Bytes` transfers them.
 template <class Archive>
 class QSB_PlainValues {
 public:
@@ -42,7 +43,7 @@ public:
     void Whole(const char*, T& value)
     {
         static_assert(std::is_integral_v<T> || std::is_enum_v<T>);
-        Transfer<sizeof(T)>(value);
+        Transfer<sizeof(T), sizeof(T)>(value);
     }
     template <class T>
     void Real(const char*, T& value)
@@ -89,15 +90,28 @@ public:
         if constexpr (Archive::kLoads)
             matrix = IdentityMatrix();
         for (auto& row : matrix.m)
-            static_cast<Archive*>(this)->Bytes(row, 3 * sizeof row[0]);
+            TransferWords<3 * sizeof row[0], sizeof row[0]>(row);
     }
 
 private:
-    template <size_t kBytes, class T>
+    /// The value consists of words of `kWordBytes`.
+    template <size_t kBytes, size_t kWordBytes = 4, class T>
     [[gnu::always_inline]] void Transfer(T& value)
     {
         static_assert(std::is_trivially_copyable_v<T> && sizeof(T) == kBytes);
-        static_cast<Archive*>(this)->Bytes(&value, kBytes);
+        TransferWords<kBytes, kWordBytes>(&value);
+    }
+    template <size_t kBytes, size_t kWordBytes, class T>
+    [[gnu::always_inline]] void TransferWords(T* words)
+    {
+        auto& archive = *static_cast<Archive*>(this);
+        if constexpr (Archive::kLoads) {
+            archive.Bytes(words, kBytes);
+            ReorderWords(words, kWordBytes, kBytes / kWordBytes);
+        } else {
+            UseInFileOrder<kBytes, kWordBytes>(
+                words, [&archive](const void* bytes) { archive.Bytes(bytes, kBytes); });
+        }
     }
 };
 

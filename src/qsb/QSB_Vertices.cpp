@@ -3,6 +3,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "platform/LittleEndian.h"
 #include "qsb/QSB_Format.h"
 
 namespace {
@@ -33,8 +34,7 @@ Whole CutTo(double product, int32_t* clampedOut)
 template <class T>
 T Take(const uint8_t*& at)
 {
-    T value;
-    std::memcpy(&value, at, sizeof value);
+    const T value = LoadLittle<T>(at);
     at += sizeof value;
     return value;
 }
@@ -42,17 +42,24 @@ T Take(const uint8_t*& at)
 template <class T>
 void Put(uint8_t*& at, const T& value)
 {
-    std::memcpy(at, &value, sizeof value);
+    StoreLittle(at, value);
     at += sizeof value;
+}
+
+/// Copies floats between a record and a vertex.
+void CopyFloats(uint8_t* to, const uint8_t* from, int32_t sizeBytes)
+{
+    std::memcpy(to, from, static_cast<size_t>(sizeBytes));
+    ReorderWords(to, sizeof(float), static_cast<size_t>(sizeBytes) / sizeof(float));
 }
 
 void UnpackVertex(const uint8_t* at, const QSB_VertexForm& form, const VertexInfo& info,
                   uint8_t* vertex)
 {
-    std::memcpy(vertex, at, kPositionBytes);
+    CopyFloats(vertex, at, kPositionBytes);
     at += kPositionBytes;
     if (form.hasUV)
-        std::memcpy(vertex + info.textureOffset, at, kUVBytes);
+        CopyFloats(vertex + info.textureOffset, at, kUVBytes);
     if (form.hasUV || form.hasRoomForUV)
         at += kUVBytes;
     float normal[3];
@@ -96,6 +103,17 @@ int32_t SharedParts(const VertexInfo& stored, const VertexInfo& info, Part (&par
             partsOut[count++] = part;
     }
     return count;
+}
+
+/// Brings vertices from the order of files to that of memory. All parts are words of four bytes, except that
+/// the bone indices are bytes.
+void ReorderVertices(const VertexInfo& info, int32_t count, uint8_t* vertices)
+{
+    for (int32_t i = 0; i < count; ++i, vertices += info.stride) {
+        ReorderWords(vertices, 4, static_cast<size_t>(info.stride) / 4);
+        if (info.matrixIndexOffset >= 0)
+            ReorderWords(vertices + info.matrixIndexOffset, kBoneBytes, 1); // back again
+    }
 }
 
 void UnpackRaw(const uint8_t* records, const VertexInfo& stored, int32_t count,
@@ -161,10 +179,10 @@ int32_t PackVertices(const uint8_t* vertices, const VertexInfo& info, int32_t co
     int32_t clamped = 0;
     uint8_t* at = recordsOut;
     for (int32_t i = 0; i < count; ++i, vertices += info.stride) {
-        std::memcpy(at, vertices, kPositionBytes);
+        CopyFloats(at, vertices, kPositionBytes);
         at += kPositionBytes;
         if (form.hasUV) {
-            std::memcpy(at, vertices + info.textureOffset, kUVBytes);
+            CopyFloats(at, vertices + info.textureOffset, kUVBytes);
             at += kUVBytes;
         }
         float values[3];
@@ -192,6 +210,7 @@ void UnpackVertices(const uint8_t* records, const QSB_VertexForm& form, const Ve
     std::memset(verticesOut, 0, static_cast<size_t>(count) * static_cast<size_t>(info.stride));
     if (form.isRaw) {
         UnpackRaw(records, stored, count, info, verticesOut);
+        ReorderVertices(info, count, verticesOut);
         return;
     }
     for (int32_t i = 0; i < count; ++i) {

@@ -3,12 +3,15 @@
 #include "platform/headless/d3dx/ImageCodec.h"
 
 #include "platform/headless/d3d9/PixelFormat.h"
+#include "platform/headless/d3dx/ImageDecoders.h"
 #include "platform/headless/d3dx/ImageFileBytes.h"
 #include "tests/platform/d3dx/ImageBytes.h"
 #include "tests/platform/d3dx/SampleImages.h"
 #include "tests/platform/headless_d3dx/DecodedPixels.h"
 #include "tests/support/ScratchDirectory.h"
+#include "tests/support/SolidDds.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -191,4 +194,67 @@ TEST(ImageFileBytes, RefusesWhatIsNotAFileOrTooLarge)
         ImageFileBytes file;
         EXPECT_EQ(file.Read(name), D3DXERR_INVALIDDATA) << name;
     }
+}
+
+// A file has the lowest byte of each pixel first. Where numbers in memory have the highest first, the bytes are
+// reversed, in memory of the picture's own.
+TEST(ImageCodec, PixelsOfAFileAreReorderedForBigEndianMemory)
+{
+    DdsParts parts = ArgbDds(
+        2, 2, Bytes({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24}));
+    parts.levels = 2;
+    const std::string file = DdsFile(parts);
+    for (const std::endian order : {std::endian::little, std::endian::big}) {
+        DecodedImage image;
+        ASSERT_EQ(DecodeDds(AsFile(file), false, image), D3D_OK);
+        ASSERT_EQ(PutInMemoryOrder(order, image), D3D_OK);
+        const bool isBig = order == std::endian::big;
+        const auto expect = [&](const uint8_t* at, std::string stored) {
+            if (isBig)
+                std::reverse(stored.begin(), stored.end());
+            EXPECT_EQ(std::memcmp(at, stored.data(), stored.size()), 0) << isBig;
+        };
+        expect(image.levels[0].bits, Bytes({1, 2, 3, 4}));
+        expect(image.levels[0].bits + 12, Bytes({13, 14, 15, 16}));
+        expect(image.levels[1].bits, Bytes({21, 22, 23, 24}));
+        EXPECT_EQ(image.levels[2].bits, nullptr);
+        EXPECT_EQ(image.memory != nullptr, isBig);
+    }
+}
+
+TEST(ImageCodec, OnlyPixelsOfTwoAndFourBytesHaveAnOrder)
+{
+    const struct {
+        D3DFORMAT format;
+        std::string stored;
+        std::string inBigEndianMemory;
+    } cases[] = {
+        {D3DFMT_R5G6B5, Bytes({1, 2, 3, 4}), Bytes({2, 1, 4, 3})},
+        {D3DFMT_X8R8G8B8, Bytes({1, 2, 3, 4, 5, 6, 7, 8}), Bytes({4, 3, 2, 1, 8, 7, 6, 5})},
+        {D3DFMT_R8G8B8, Bytes({1, 2, 3, 4, 5, 6}), Bytes({1, 2, 3, 4, 5, 6})},
+        {D3DFMT_L8, Bytes({1, 2}), Bytes({1, 2})},
+        {D3DFMT_DXT1, Bytes({1, 2, 3, 4, 5, 6, 7, 8}), Bytes({1, 2, 3, 4, 5, 6, 7, 8})},
+    };
+    for (const auto& c : cases) {
+        DecodedImage image;
+        image.info.Width = 2;
+        image.info.Height = 1;
+        uint8_t* pixels = image.Allocate(c.format);
+        ASSERT_TRUE(pixels);
+        std::memcpy(pixels, c.stored.data(), c.stored.size());
+        ASSERT_EQ(PutInMemoryOrder(std::endian::big, image), D3D_OK);
+        EXPECT_EQ(std::string(reinterpret_cast<char*>(pixels), c.stored.size()),
+                  c.inBigEndianMemory)
+            << c.format;
+    }
+}
+
+TEST(ImageCodec, AllFacesOfACubeAreReordered)
+{
+    const std::string file = CubeDds({1, 2, 3, 4, 5, 0x00000006});
+    DecodedImage image;
+    ASSERT_EQ(DecodeDds(AsFile(file), false, image), D3D_OK);
+    ASSERT_EQ(PutInMemoryOrder(std::endian::big, image), D3D_OK);
+    const uint8_t* last = image.levels[0].bits + 5 * image.faceBytes + image.faceBytes - 4;
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(last), 4), Bytes({0, 0, 0, 6}));
 }

@@ -1,5 +1,6 @@
 #include "platform/headless/d3d9/PixelFormat.h"
 
+#include "platform/LittleEndian.h"
 #include "platform/headless/d3d9/BlockCodec.h"
 
 #include <algorithm>
@@ -195,17 +196,12 @@ size_t ImageBytes(const PixelFormat& format, UINT width, UINT height)
 
 uint32_t LoadPixelWord(const PixelFormat& format, const void* pixel)
 {
-    uint8_t bytes[4] = {};
-    std::memcpy(bytes, pixel, std::min<size_t>(format.unitBytes, sizeof bytes));
-    return bytes[0] | static_cast<uint32_t>(bytes[1]) << 8 | static_cast<uint32_t>(bytes[2]) << 16 |
-           static_cast<uint32_t>(bytes[3]) << 24;
+    return LoadPixelBytes(pixel, std::min<size_t>(format.unitBytes, sizeof(uint32_t)));
 }
 
 void StorePixelWord(const PixelFormat& format, uint32_t word, void* pixelOut)
 {
-    const uint8_t bytes[4] = {static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8),
-                              static_cast<uint8_t>(word >> 16), static_cast<uint8_t>(word >> 24)};
-    std::memcpy(pixelOut, bytes, std::min<size_t>(format.unitBytes, sizeof bytes));
+    StorePixelBytes(pixelOut, word, std::min<size_t>(format.unitBytes, sizeof word));
 }
 
 uint32_t UnpackArgb(const PixelFormat& format, const void* pixel)
@@ -275,8 +271,7 @@ static void UnpackRow(const PixelFormat& format, const uint8_t* pixel, UINT widt
     const bool isPlain = format.format == D3DFMT_X8R8G8B8 || format.format == D3DFMT_R8G8B8;
     for (UINT x = 0; x < width; ++x, pixel += format.unitBytes)
         argbOut[x] =
-            isPlain ? 0xFF000000 | uint32_t{pixel[2]} << 16 | uint32_t{pixel[1]} << 8 | pixel[0]
-                    : UnpackArgb(format, pixel);
+            isPlain ? 0xFF000000 | LoadPixelWord(format, pixel) : UnpackArgb(format, pixel);
 }
 
 bool UnpackImage(const PixelFormat& format, UINT width, UINT height, const void* bits,

@@ -27,7 +27,8 @@ enum class PixelKind : uint8_t {
     Depth,      ///< depth, optional stencil
 };
 
-/// `bits` bits of the little-endian pixel word, starting at bit `shift`; 0 bits: absent.
+/// `bits` bits of the pixel's word, starting at bit `shift`; 0 bits: absent. A word of 1, 2 or 4 bytes has
+/// the order of memory, one of 3 bytes has its lowest first; files have the lowest first in all.
 struct PixelChannel {
     uint8_t shift;
     uint8_t bits;

@@ -30,7 +30,15 @@ const Shape* FindShape(D3DPRIMITIVETYPE type)
     return nullptr;
 }
 
-template <class Index> // little-endian
+template <class Index>
+Index IndexAt(const uint8_t* bytes)
+{
+    Index index;
+    std::memcpy(&index, bytes, sizeof index);
+    return index;
+}
+
+template <class Index>
 void FindRangeOf(const uint8_t* start, UINT count, uint32_t& lowestOut, uint32_t& highestOut)
 {
     // In rows that compilers turn into vector instructions: clones of a large mesh read very many indices.
@@ -65,9 +73,8 @@ int64_t IndexSource::Vertex(UINT i) const
     const uint64_t place = uint64_t{first} + i;
     if (!bytes)
         return static_cast<int64_t>(place);
-    uint32_t index = 0;
-    std::memcpy(&index, bytes + place * sizeBytes, sizeBytes); // little-endian
-    return int64_t{index} + base;
+    const uint8_t* at = bytes + place * sizeBytes;
+    return int64_t{sizeBytes == 2 ? IndexAt<uint16_t>(at) : IndexAt<uint32_t>(at)} + base;
 }
 
 void IndexSource::FindRange(UINT count, uint32_t& lowestOut, uint32_t& highestOut) const

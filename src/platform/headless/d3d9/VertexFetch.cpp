@@ -1,5 +1,6 @@
 #include "platform/headless/d3d9/VertexFetch.h"
 
+#include "platform/LittleEndian.h"
 #include "platform/headless/d3d9/VertexFormat.h"
 
 #include <algorithm>
@@ -91,8 +92,10 @@ void FetchVertex(const VertexLayout& layout, const VertexStream& stream, UINT in
     Load(vertex, 0, vertexOut.position, layout.isTransformed || layout.hasW ? 4 : 3);
     Load(vertex, layout.weights, vertexOut.weights, layout.weightCount);
     Load(vertex, layout.indices, vertexOut.indices, 4);
-    if (layout.indices >= 0 && layout.indicesAreColour) // stored as blue, green, red, alpha
+    if (layout.indices >= 0 && layout.indicesAreColour) { // a number: blue is its lowest byte
+        ReorderWords(vertexOut.indices, 4, 1);
         std::swap(vertexOut.indices[0], vertexOut.indices[2]);
+    }
     Load(vertex, layout.normal, vertexOut.normal, 3);
     Load(vertex, layout.pointSize, &vertexOut.pointSize);
     Load(vertex, layout.diffuse, &vertexOut.diffuse);

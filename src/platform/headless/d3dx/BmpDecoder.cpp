@@ -1,5 +1,6 @@
 #include "platform/headless/d3dx/ImageDecoders.h"
 
+#include "platform/LittleEndian.h"
 #include "platform/headless/d3dx/BmpRuns.h"
 
 #include <bit>
@@ -231,13 +232,13 @@ void ConvertMaskedRow(const BmpHeader& header, const uint8_t* source, uint8_t* r
 {
     const size_t pixelBytes = header.bits / 8;
     for (UINT x = 0; x < header.width; ++x) {
-        uint32_t word = 0;
-        std::memcpy(&word, source + x * pixelBytes, pixelBytes);
+        const uint8_t* at = source + x * pixelBytes;
+        const uint32_t word = pixelBytes == 2 ? LoadLittle<uint16_t>(at) : LoadLittle<uint32_t>(at);
         const uint32_t alpha = header.masks[3] != 0 ? ReadMasked(word, header.masks[3]) : 0xFF;
         const uint32_t pixel = alpha << 24 | ReadMasked(word, header.masks[0]) << 16 |
                                ReadMasked(word, header.masks[1]) << 8 |
                                ReadMasked(word, header.masks[2]);
-        std::memcpy(rowOut + size_t{x} * 4, &pixel, 4);
+        StoreLittle(rowOut + size_t{x} * 4, pixel);
     }
 }
 

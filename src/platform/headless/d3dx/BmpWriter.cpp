@@ -1,5 +1,6 @@
 #include "platform/headless/d3dx/BmpWriter.h"
 
+#include "platform/LittleEndian.h"
 #include "platform/headless/d3dx/TemporaryFile.h"
 
 #include <cstddef>
@@ -47,8 +48,11 @@ bool WriteBmpFile(const char* path, int width, int height, const uint32_t* argb,
         return false;
 
     for (size_t y = rows; y-- > 0;) { // the bottom row comes first
-        for (size_t x = 0; x < columns; ++x)
-            std::memcpy(row.get() + x * pixelBytes, &argb[y * columns + x], pixelBytes);
+        for (size_t x = 0; x < columns; ++x) {
+            uint8_t pixel[4];
+            StoreLittle(pixel, argb[y * columns + x]);
+            std::memcpy(row.get() + x * pixelBytes, pixel, pixelBytes);
+        }
         if (std::fwrite(row.get(), 1, rowBytes, file.Stream()) != rowBytes)
             return false;
     }

@@ -1,8 +1,10 @@
 #include "platform/headless/d3dx/ImageCodec.h"
 
+#include "platform/LittleEndian.h"
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/ImageDecoders.h"
 
+#include <algorithm>
 #include <new>
 
 namespace headless {
@@ -30,6 +32,12 @@ HRESULT Decode(ImageFile file, bool infoOnly, DecodedImage& imageOut)
 }
 
 } // namespace
+
+size_t DecodedImage::StoredBytes() const
+{
+    return faceBytes != 0 ? faceBytes * faceCount
+                          : ImageBytes(*FindPixelFormat(format), info.Width, info.Height);
+}
 
 uint8_t* DecodedImage::Allocate(D3DFORMAT pixelFormat)
 {
@@ -61,7 +69,30 @@ HRESULT ReadImageInfo(ImageFile file, D3DXIMAGE_INFO& infoOut)
 
 HRESULT DecodeImage(ImageFile file, DecodedImage& imageOut)
 {
-    return Decode(file, false, imageOut);
+    const HRESULT result = Decode(file, false, imageOut);
+    return SUCCEEDED(result) ? PutInMemoryOrder(std::endian::native, imageOut) : result;
+}
+
+HRESULT PutInMemoryOrder(std::endian order, DecodedImage& imageInOut)
+{
+    DecodedImage& image = imageInOut;
+    const PixelFormat& format = *FindPixelFormat(image.format);
+    const size_t unit = format.unitBytes;
+    if (order == std::endian::little || format.kind == PixelKind::Compressed ||
+        (unit != 2 && unit != 4))
+        return D3D_OK;
+    const size_t size = image.StoredBytes();
+    if (!image.memory) {
+        const uint8_t* stored = image.levels[0].bits;
+        image.memory.reset(new (std::nothrow) uint8_t[size]);
+        if (!image.memory)
+            return E_OUTOFMEMORY;
+        std::copy_n(stored, size, image.memory.get());
+        for (ImageLevel& level : image.levels)
+            level.bits = level.bits ? image.memory.get() + (level.bits - stored) : nullptr;
+    }
+    ReverseWords(image.memory.get(), unit, size / unit);
+    return D3D_OK;
 }
 
 } // namespace headless

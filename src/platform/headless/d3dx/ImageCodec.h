@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -39,6 +40,8 @@ struct DecodedImage {
     size_t faceBytes = 0;
     std::unique_ptr<uint8_t[]> memory;
 
+    /// Bytes of all pixels, which follow each other.
+    size_t StoredBytes() const;
     /// Allocates one level of the size in `info`, rows of `RowBytes` without padding,
     /// uninitialised. Null if memory runs out.
     uint8_t* Allocate(D3DFORMAT pixelFormat);
@@ -55,5 +58,10 @@ HRESULT ReadImageInfo(ImageFile file, D3DXIMAGE_INFO& infoOut);
 /// Reads header and pixels. A truncated or damaged file is refused with `D3DXERR_INVALIDDATA`,
 /// never shown in part; `E_OUTOFMEMORY` if the pixels do not fit in memory.
 HRESULT DecodeImage(ImageFile file, DecodedImage& imageOut);
+
+/// Brings the pixels of all levels, faces and slices from the order of files to that of memory, which is `order`.
+/// Pixels that lie in the file get memory of their own if they change. Compressed formats, and those of 1 and 3 bytes,
+/// are the same in both orders. `E_OUTOFMEMORY` if the memory cannot be had.
+HRESULT PutInMemoryOrder(std::endian order, DecodedImage& imageInOut);
 
 } // namespace headless

@@ -5,7 +5,7 @@
 namespace headless {
 
 // One pair of functions per kind of file. `Is...` checks only the first bytes. `Decode...` fills
-// the info and, unless `infoOnly`, the pixels.
+// the info and, unless `infoOnly`, the pixels, whose words are in the order of files.
 
 bool IsPng(ImageFile file);
 HRESULT DecodePng(ImageFile file, bool infoOnly, DecodedImage& imageOut);

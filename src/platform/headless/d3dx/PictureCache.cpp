@@ -1,6 +1,5 @@
 #include "platform/headless/d3dx/PictureCache.h"
 
-#include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3d9/ZeroedBytes.h"
 
 #include <new>
@@ -34,12 +33,6 @@ void WatchMemory()
         gNextHandler = std::set_new_handler(DropAllOrFail);
 }
 
-/// What the pixels of an image take in memory of their own.
-size_t PixelBytes(const DecodedImage& image)
-{
-    return ImageBytes(*FindPixelFormat(image.format), image.info.Width, image.info.Height);
-}
-
 } // namespace
 
 unsigned gDecodedPictures = 0;
@@ -68,7 +61,7 @@ KeptPicture* PictureCache::Find(const FileIdentity& identity)
 KeptPicture* PictureCache::Keep(const FileIdentity& identity, ImageFileBytes& file,
                                 DecodedImage& image)
 {
-    const size_t sizeBytes = image.memory ? PixelBytes(image) : file.Bytes().size();
+    const size_t sizeBytes = image.memory ? image.StoredBytes() : file.Bytes().size();
     if (sizeBytes > limitBytes)
         return nullptr;
     Drop(limitBytes - sizeBytes);

@@ -118,8 +118,11 @@ public:
     explicit PackTables(const PixelFormat& format)
     {
         for (uint32_t value = 0; value < 256; ++value) {
-            for (int channel = 0; channel < 4; ++channel)
-                PackArgb(format, value << (8 * channel), &words[channel][value]);
+            for (int channel = 0; channel < 4; ++channel) {
+                uint8_t pixel[4];
+                PackArgb(format, value << (8 * channel), pixel);
+                words[channel][value] = LoadPixelWord(format, pixel);
+            }
         }
     }
 

@@ -1,3 +1,4 @@
+#include "platform/LittleEndian.h"
 #include "platform/headless/d3dx/ImageDecoders.h"
 
 #include <algorithm>
@@ -162,7 +163,7 @@ bool ConvertRow(ImageFile file, const TgaHeader& header, const uint8_t* source, 
             const uint8_t* bgr = source + size_t{x} * 3;
             pixel = 0xFF000000u | bgr[2] * 0x10000u | bgr[1] * 0x100u | bgr[0];
         }
-        std::memcpy(rowOut + size_t{x} * 4, &pixel, 4);
+        StoreLittle(rowOut + size_t{x} * 4, pixel);
     }
     return true;
 }

@@ -1,5 +1,6 @@
 #include "platform/ShaderListing.h"
 
+#include "platform/LittleEndian.h"
 #include "platform/headless/shader/Assembler.h"
 #include "platform/headless/shader/Disassembler.h"
 
@@ -12,15 +13,12 @@ namespace {
 /// The words of a file; false if it does not begin with a version.
 bool TakeWords(std::string_view bytes, std::vector<Word>& wordsOut)
 {
-    Word first = 0;
     Version version;
-    if (bytes.size() < sizeof first)
-        return false;
-    std::memcpy(&first, bytes.data(), sizeof first);
-    if (!ReadVersion(first, version))
+    if (bytes.size() < sizeof(Word) || !ReadVersion(LoadLittle<Word>(bytes.data()), version))
         return false;
     wordsOut.resize(bytes.size() / sizeof(Word));
     std::memcpy(wordsOut.data(), bytes.data(), wordsOut.size() * sizeof(Word));
+    ReorderWords(wordsOut.data(), sizeof(Word), wordsOut.size());
     return true;
 }
 
