@@ -59,4 +59,5 @@ bench_packages='assimp-utils gltfpack'
 win32_build_packages="g++-mingw-w64-x86-64-posix cmake ninja-build $header_packages"
 win32_run_packages='wine64 xvfb'
 win32_test_packages='googletest xdotool imagemagick ccache lld'
-cross_packages='g++-aarch64-linux-gnu qemu-user-static'
+cross_packages='qemu-user-static'
+builds_packages='g++-aarch64-linux-gnu g++-i686-linux-gnu g++-s390x-linux-gnu g++-mingw-w64-i686-posix'
