@@ -268,10 +268,14 @@ void PackFloat4(const PixelFormat& format, const Float4& colour, void* pixelOut)
 static void UnpackRow(const PixelFormat& format, const uint8_t* pixel, UINT width,
                       uint32_t* argbOut)
 {
-    const bool isPlain = format.format == D3DFMT_X8R8G8B8 || format.format == D3DFMT_R8G8B8;
-    for (UINT x = 0; x < width; ++x, pixel += format.unitBytes)
-        argbOut[x] =
-            isPlain ? 0xFF000000 | LoadPixelWord(format, pixel) : UnpackArgb(format, pixel);
+    for (UINT x = 0; x < width; ++x, pixel += format.unitBytes) {
+        if (format.format == D3DFMT_X8R8G8B8)
+            argbOut[x] = 0xFF000000 | LoadPixelBytes(pixel, 4);
+        else if (format.format == D3DFMT_R8G8B8)
+            argbOut[x] = 0xFF000000 | LoadPixelBytes(pixel, 3);
+        else
+            argbOut[x] = UnpackArgb(format, pixel);
+    }
 }
 
 bool UnpackImage(const PixelFormat& format, UINT width, UINT height, const void* bits,
