@@ -22,13 +22,13 @@ void CFileValidator::AddDirectory(const char* path, bool matchLeaf)
     directory.path.Assign(path);
     EnsureTrailingSlash(&directory.path);
     directory.matchLeaf = matchLeaf ? 1 : 0;
-    directories.Add(&directory);
+    directories.Added(directories.Add(&directory));
 }
 
 void CFileValidator::AddExtension(const char* extension)
 {
     const String added(extension);
-    extensions.Add(&added);
+    extensions.Added(extensions.Add(&added));
 }
 
 void CFileValidator::SetBasePath(const char* path)

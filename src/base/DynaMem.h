@@ -64,6 +64,9 @@ public:
     /// The element at a slot, or null for a free slot or a number outside the table.
     T* GetSlot(int32_t slot) { return IsUsedSlot(slot) ? data[slot].get() : nullptr; }
     const T* GetSlot(int32_t slot) const { return IsUsedSlot(slot) ? data[slot].get() : nullptr; }
+    /// The element in the slot that `Add` has just returned. If there was no memory for it, the slot is
+    /// free again and `std::bad_alloc` is thrown.
+    T& Added(int32_t slot);
     int32_t Count() const { return count; }
     int32_t Capacity() const { return capacity; }
 
@@ -145,6 +148,16 @@ int32_t DynaMem<T, N, kFlag>::Place(const T* item, Make make)
     firstFree = slot + 1;
     orderDirty = 1;
     return slot;
+}
+
+template <class T, int32_t N, int32_t kFlag>
+T& DynaMem<T, N, kFlag>::Added(int32_t slot)
+{
+    if (data[slot])
+        return *data[slot];
+    --count;
+    firstFree = slot;
+    throw std::bad_alloc();
 }
 
 template <class T, int32_t N, int32_t kFlag>

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/FormatText.h"
+#include "platform/HostStream.h"
 #include "platform/OpenFileStream.h"
 
 int32_t gOpenHandlesCount = 0;
@@ -100,7 +101,7 @@ bool File::Close()
 {
     bool closed = BringGathered();
     if (FILE* closing = stream.release()) {
-        closed = std::fclose(closing) == 0 && closed;
+        closed = CloseStream(closing) && closed;
         if (!closed)
             Warning("Could not close file: '%s' - %s", fileName.c_str(), std::strerror(errno));
         else if (gOpenHandlesCount > 0)
@@ -135,7 +136,7 @@ void File::LoadIntoMemory()
     inMemory = 1;
     memoryData.reset(new (std::nothrow) uint8_t[static_cast<size_t>(fileSize)]);
     const size_t wanted = static_cast<size_t>(fileSize);
-    if (!memoryData || std::fread(memoryData.get(), 1, wanted, stream.get()) != wanted) {
+    if (!memoryData || ReadStream(stream.get(), memoryData.get(), wanted) != wanted) {
         fileSize = 0;
         Error("Error reading from file");
     }
@@ -201,7 +202,7 @@ bool File::ReadFromStream(void* bufferOut, int32_t size)
     uint8_t* at = static_cast<uint8_t*>(bufferOut);
     size_t left = static_cast<size_t>(size);
     if (canWrite) // reading ahead would get in the way of a write
-        return std::fread(at, left, 1, stream.get()) == 1;
+        return ReadStream(stream.get(), at, left) == left;
 
     const size_t ahead = static_cast<size_t>(aheadEnd - aheadAt);
     if (ahead > 0)
@@ -210,10 +211,10 @@ bool File::ReadFromStream(void* bufferOut, int32_t size)
     left -= ahead;
     aheadAt = aheadEnd = 0;
     if (left >= static_cast<size_t>(kWindowSize))
-        return std::fread(at, left, 1, stream.get()) == 1;
+        return ReadStream(stream.get(), at, left) == left;
     if (!window)
         window.reset(new uint8_t[kWindowSize]);
-    aheadEnd = static_cast<int32_t>(std::fread(window.get(), 1, kWindowSize, stream.get()));
+    aheadEnd = static_cast<int32_t>(ReadStream(stream.get(), window.get(), kWindowSize));
     if (left > static_cast<size_t>(aheadEnd))
         return false;
     std::memcpy(at, window.get(), left);

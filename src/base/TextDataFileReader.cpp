@@ -8,6 +8,7 @@
 
 #include "base/FormatText.h"
 #include "base/ParseNumber.h"
+#include "platform/HostStream.h"
 
 namespace {
 
@@ -110,7 +111,7 @@ int32_t TextDataFileReader::ReadBytes(void* bufferOut, int32_t number)
         std::memcpy(bufferOut, data.get() + position, static_cast<size_t>(wanted));
     } else {
         // A file that became shorter ends where its bytes end.
-        const size_t got = std::fread(bufferOut, 1, static_cast<size_t>(wanted), stream.get());
+        const size_t got = ReadStream(stream.get(), bufferOut, static_cast<size_t>(wanted));
         if (static_cast<int32_t>(got) < wanted) {
             wanted = static_cast<int32_t>(got);
             size = position + wanted;

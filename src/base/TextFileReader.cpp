@@ -6,6 +6,7 @@
 
 #include "base/FileStream.h"
 #include "base/FormatText.h"
+#include "platform/HostStream.h"
 #include "platform/OpenFileStream.h"
 
 static constexpr int32_t kMaxLines = 65535;
@@ -64,7 +65,7 @@ int32_t TextFileReader::ReadFile()
     const int32_t size = MeasureStream(stream.get());
     fileData = HeapArray<char>::Try(size);
     const size_t wanted = static_cast<size_t>(size);
-    if (!fileData || std::fread(fileData.Get(), 1, wanted, stream.get()) != wanted) {
+    if (!fileData || ReadStream(stream.get(), fileData.Get(), wanted) != wanted) {
         SetLastError("Can not read from file %s", fileName);
         fileData.Free();
         return kTextFileCannotRead;

@@ -3,13 +3,14 @@
 #include <cerrno>
 
 #include "base/FileStream.h"
+#include "platform/HostStream.h"
 #include "platform/ReplacementFile.h"
 
 static bool Replace(ReplacementFile& file, const std::string& path, const StreamWriter& write)
 {
     if (!file.Make(path.c_str()))
         return false;
-    FileStream stream(std::fopen(file.Path(), "wb"));
+    FileStream stream(OpenHostStream(file.Path(), "wb"));
     return stream && write(stream.get()) && std::fclose(stream.release()) == 0 &&
            file.MoveOverTarget();
 }

@@ -7,6 +7,7 @@
 #include "batch/ChunkRecord.h"
 #include "batch/JsonLine.h"
 #include "batch/MessageTable.h"
+#include "batch/SteadyCalls.h"
 #include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/SyncedFiles.h"
 
@@ -95,7 +96,7 @@ std::string JournalLine(const std::string& path, const SceneJob& job, const Scen
 bool BatchJournal::Open(const std::string& path, bool isDurableIn)
 {
     isDurable = isDurableIn;
-    file = Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    file = OpenAt(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     return file.IsOpen() && (!isDurable || headless::SyncDirectory(SplitPath(path).directory));
 }
 

@@ -3,12 +3,15 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "app/StartGraphics.h"
+#include "base/KRE_Base.h"
 #include "batch/BatchArguments.h"
 #include "batch/SourceTrees.h"
 #include "batch/WorkingDirectory.h"
@@ -49,7 +52,11 @@ void PutStamp(StateStatement& statement, int place, const FileStamp& stamp)
 /// The default directories of pictures and effects, as workers read them.
 std::string DefaultPathsText()
 {
-    MakeEngine();
+    try {
+        MakeEngine();
+    } catch (const KRE_Error&) { // nothing but memory can be missing here
+        throw std::bad_alloc();
+    }
     ReadDefaultPaths();
     ShutdownGraphics();
     return std::string("\n") + gDefaultTexturePath + "\n" + gDefaultBasePath;
@@ -129,9 +136,9 @@ std::string BatchState::AbsoluteDirectory(const std::string& directory)
     const auto known = absoluteDirectories.find(directory);
     if (known != absoluteDirectories.end())
         return known->second;
-    char* const found = realpath(directory.c_str(), nullptr);
-    std::string absolute = found ? found : directory;
-    std::free(found);
+    const std::unique_ptr<char, void (*)(void*)> found(realpath(directory.c_str(), nullptr),
+                                                       std::free);
+    std::string absolute = found ? found.get() : directory;
     if (absoluteDirectories.size() >= kMostDirectoriesInMemory)
         absoluteDirectories.clear();
     if (found)

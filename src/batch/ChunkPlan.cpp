@@ -17,6 +17,7 @@
 #include "batch/RunBatch.h"
 #include "batch/ScenePlan.h"
 #include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/DirectoryEntries.h"
 
 namespace {
 
@@ -121,14 +122,18 @@ void ChunkPlan::Choose()
 bool ChunkPlan::RemoveOldChunks()
 {
     const Descriptor opened = MakeDirectory(AT_FDCWD, directory);
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(
-        opened.IsOpen() ? opendir(directory.c_str()) : nullptr, closedir);
-    if (!entries)
+    std::vector<std::string> old;
+    const bool isRead =
+        opened.IsOpen() && headless::VisitEntries(directory, [&](const dirent& entry) {
+            if (IsChunkFile(entry.d_name))
+                old.emplace_back(entry.d_name);
+        });
+    if (!isRead)
         return Fail("the directory '" + directory + "' cannot be made: " + std::strerror(errno) +
                     kOtherOutput);
-    while (const dirent* entry = readdir(entries.get())) {
-        if (IsChunkFile(entry->d_name) && unlinkat(opened.Get(), entry->d_name, 0) != 0)
-            return Fail("the old chunk '" + directory + "/" + entry->d_name +
+    for (const std::string& leaf : old) {
+        if (unlinkat(opened.Get(), leaf.c_str(), 0) != 0)
+            return Fail("the old chunk '" + directory + "/" + leaf +
                         "' cannot be removed: " + std::strerror(errno) + kOtherOutput);
     }
     return true;

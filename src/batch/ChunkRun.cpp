@@ -12,9 +12,11 @@
 #include "batch/ConvertScenes.h"
 #include "batch/Descriptor.h"
 #include "batch/RunBatch.h"
+#include "batch/SteadyCalls.h"
 #include "batch/SteadyClock.h"
 #include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/TemporaryName.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 namespace {
 
@@ -31,8 +33,8 @@ std::string AttemptText()
 /// Everything that was written so far stays, whatever happens to the machine.
 bool KeepOnDisk(const std::string& path)
 {
-    const Descriptor opened(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    return opened.IsOpen() && fsync(opened.Get()) == 0;
+    const Descriptor opened = OpenAt(AT_FDCWD, path.c_str(), O_RDONLY | O_CLOEXEC);
+    return opened.IsOpen() && headless::Uninterrupted([&] { return fsync(opened.Get()); }) == 0;
 }
 
 } // namespace
@@ -88,8 +90,8 @@ bool ChunkRun::MakeJournal()
     const std::string first = journalPath;
     for (int i = 2; failure == EEXIST && i <= kMostJournals; ++i) {
         batch.journalFile = journalPath + kPartialJournalExtension;
-        const Descriptor made(
-            open(batch.journalFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        const Descriptor made = OpenAt(AT_FDCWD, batch.journalFile.c_str(),
+                                       O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (made.IsOpen())
             return true;
         failure = errno;

@@ -11,7 +11,7 @@
 #define XXH_INLINE_ALL // NOLINT: the library's own switch
 #include <xxhash.h>
 
-#include "batch/Descriptor.h"
+#include "batch/SteadyCalls.h"
 
 static_assert(sizeof(ContentHash) == sizeof(XXH128_canonical_t));
 
@@ -32,11 +32,7 @@ ContentHash HashOf(std::string_view bytes)
 /// Bytes from a place of the file; -1 for a failure.
 static ssize_t ReadPart(int file, SmallContent& part, off_t at)
 {
-    ssize_t got = 0;
-    do
-        got = pread(file, part.bytes.data(), part.bytes.size(), at);
-    while (got < 0 && errno == EINTR);
-    return got;
+    return ReadAt(file, part.bytes.data(), part.bytes.size(), at);
 }
 
 /// Of so many bytes, or fewer if the file has become shorter. `part` becomes the content if it fits.
@@ -96,7 +92,7 @@ bool StampOfFile(int directory, const char* name, FileStamp& stampOut, SmallCont
     static thread_local SmallContent own;
     SmallContent& part = contentOut ? *contentOut : own;
     part.size = 0;
-    const Descriptor file(openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Descriptor file = OpenAt(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     struct stat info;
     if (!file.IsOpen() || fstat(file.Get(), &info) != 0)
         return false;

@@ -14,8 +14,12 @@
 #include "base/WriteWholeFile.h"
 #include "batch/BatchText.h"
 #include "batch/ConvertScenes.h"
+#include "batch/LineBuffer.h"
 #include "batch/RunBatch.h"
+#include "batch/SteadyCalls.h"
 #include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/DescriptorStream.h"
+#include "platform/headless/win32/DirectoryEntries.h"
 
 namespace {
 
@@ -62,12 +66,11 @@ void JournalMerge::AddJournal(const std::string& directory, const char* name)
 bool JournalMerge::FindJournals()
 {
     const std::string directory = root.Absolute(options.journalDirectory);
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(directory.c_str()), closedir);
-    if (!entries)
+    const bool isRead = headless::VisitEntries(
+        directory, [&](const dirent& entry) { AddJournal(directory, entry.d_name); });
+    if (!isRead)
         return Fail("the directory '" + options.journalDirectory + "' cannot be read: " +
                     std::strerror(errno) + "; name that of 'qsbatch run --journal-dir'");
-    while (const dirent* entry = readdir(entries.get()))
-        AddJournal(directory, entry->d_name);
     if (journals.empty())
         return Fail("there is no journal of a chunk in '" + options.journalDirectory +
                     "': name the directory of 'qsbatch run --journal-dir'");
@@ -88,18 +91,17 @@ void JournalMerge::SayDamaged(const Journal& journal, size_t line, const char* w
 bool JournalMerge::ReadJournal(uint32_t number)
 {
     const Journal& journal = journals[number];
-    const FileStream stream(std::fopen(journal.path.c_str(), "rbe"));
+    const FileStream stream(headless::OpenDescriptorStream(journal.path.c_str(), "rbe"));
     size_t lines = 0, damagedLines = 0;
     uint64_t offset = 0;
     ChunkRecord record;
     std::string plain;
-    char* text = nullptr;
-    size_t room = 0;
+    LineBuffer buffer;
     // A line without its end is damaged: what is left out then is a part of it.
-    for (ssize_t got = stream ? getline(&text, &room, stream.get()) : -1; got > 0;
-         got = getline(&text, &room, stream.get())) {
+    for (ssize_t got = stream ? getline(&buffer.text, &buffer.room, stream.get()) : -1; got > 0;
+         got = getline(&buffer.text, &buffer.room, stream.get())) {
         ++lines;
-        const std::string_view line(text, static_cast<size_t>(got));
+        const std::string_view line(buffer.text, static_cast<size_t>(got));
         if (TakeRecord(line.substr(0, line.size() - 1), plain, record)) {
             const std::string& path = record.job.path;
             places.push_back({paths.size(), static_cast<uint32_t>(path.size()), number, offset,
@@ -111,7 +113,6 @@ bool JournalMerge::ReadJournal(uint32_t number)
         }
         offset += line.size();
     }
-    std::free(text);
     const bool isRead = stream && std::ferror(stream.get()) == 0;
     const bool isWhole = isRead && lines > damagedLines && lines >= record.sceneCount;
     if (!isWhole && damagedLines == 0)
@@ -177,10 +178,10 @@ bool JournalMerge::ReadLine(const Place& place, std::string& lineOut)
         opened.clear();
     Descriptor& file = opened[place.journal];
     if (!file.IsOpen())
-        file = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        file = OpenAt(AT_FDCWD, path.c_str(), O_RDONLY | O_CLOEXEC);
     lineOut.resize(place.lineBytes);
     const ssize_t got =
-        pread(file.Get(), lineOut.data(), lineOut.size(), static_cast<off_t>(place.offset));
+        ReadAt(file.Get(), lineOut.data(), lineOut.size(), static_cast<off_t>(place.offset));
     if (got == static_cast<ssize_t>(lineOut.size()))
         return true;
     return Fail("the journal '" + path +

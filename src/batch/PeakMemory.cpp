@@ -8,28 +8,30 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "batch/Descriptor.h"
+#include "batch/SteadyCalls.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 /// The start of a file of the system, as it is now; `partOut` ends in a NUL.
 template <size_t size>
 static bool ReadPart(const Descriptor& file, char (&partOut)[size])
 {
-    const ssize_t got = file.IsOpen() ? pread(file.Get(), partOut, size - 1, 0) : -1;
+    const ssize_t got = file.IsOpen() ? ReadAt(file.Get(), partOut, size - 1, 0) : -1;
     partOut[got > 0 ? got : 0] = 0;
     return got > 0;
 }
 
 void ResetPeakMemory()
 {
-    static const Descriptor file(open("/proc/self/clear_refs", O_WRONLY | O_CLOEXEC));
+    static const Descriptor file = OpenAt(AT_FDCWD, "/proc/self/clear_refs", O_WRONLY | O_CLOEXEC);
     constexpr char kForgetPeak = '5';
-    if (file.IsOpen() && pwrite(file.Get(), &kForgetPeak, 1, 0) < 0)
+    const auto forget = [&] { return pwrite(file.Get(), &kForgetPeak, 1, 0); };
+    if (file.IsOpen() && headless::Uninterrupted(forget) < 0)
         return; // the peak is then that of the process
 }
 
 uint64_t PeakMemoryKiB()
 {
-    static const Descriptor file(open("/proc/self/status", O_RDONLY | O_CLOEXEC));
+    static const Descriptor file = OpenAt(AT_FDCWD, "/proc/self/status", O_RDONLY | O_CLOEXEC);
     char status[4096];
     if (ReadPart(file, status)) {
         const char* const line = std::strstr(status, "VmHWM:");

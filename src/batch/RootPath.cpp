@@ -54,6 +54,10 @@ bool RootPath::Open(const std::string& directory)
 {
     std::error_code failure;
     started = std::filesystem::current_path(failure).string();
+    if (failure && failure != std::errc::no_such_file_or_directory) {
+        errno = failure.value();
+        return false;
+    }
     const std::unique_ptr<char, void (*)(void*)> found(
         realpath(directory.empty() ? "." : directory.c_str(), nullptr), std::free);
     struct stat info;

@@ -23,6 +23,7 @@
 #include "batch/SteadyClock.h"
 #include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/SyncedFiles.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 namespace {
 
@@ -53,7 +54,8 @@ void OpenStandardStreams()
 {
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(number, F_GETFD) < 0)
-            open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+            headless::Uninterrupted(
+                [&] { return open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY); });
     }
 }
 

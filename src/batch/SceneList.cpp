@@ -11,27 +11,25 @@
 #include <fcntl.h>
 #include <fnmatch.h>
 
+#include "base/FileStream.h"
+#include "batch/LineBuffer.h"
 #include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/DescriptorStream.h"
+#include "platform/headless/win32/DirectoryEntries.h"
 
 namespace {
-
-struct DirectoryCloser {
-    void operator()(DIR* stream) const { closedir(stream); }
-};
 
 /// The names of a directory in byte order. False, with `errno`, if it cannot be read.
 bool ReadNames(const Descriptor& opened, std::vector<std::string>& namesOut)
 {
-    const std::unique_ptr<DIR, DirectoryCloser> stream(fdopendir(dup(opened.Get())));
-    if (!stream)
-        return false;
-    errno = 0;
-    while (const dirent* entry = readdir(stream.get())) {
-        if (entry->d_name[0] != '.')
-            namesOut.emplace_back(entry->d_name);
-    }
+    const bool isRead = headless::VisitEntries(dup(opened.Get()), [&](const dirent& entry) {
+        if (entry.d_name[0] != '.')
+            namesOut.emplace_back(entry.d_name);
+    });
+    const int reason = errno;
     std::sort(namesOut.begin(), namesOut.end());
-    return errno == 0;
+    errno = reason;
+    return isRead;
 }
 
 /// A relative path keeps its directories below another one; of any other only the name is kept.
@@ -187,26 +185,25 @@ void SceneList::SetListError()
 bool SceneList::ReadListFile()
 {
     const bool isStandardInput = options->listFile == "-";
-    FILE* const stream = isStandardInput ? stdin : std::fopen(options->listFile.c_str(), "rbe");
+    const FileStream opened(isStandardInput
+                                ? nullptr
+                                : headless::OpenDescriptorStream(options->listFile.c_str(), "rbe"));
+    FILE* const stream = isStandardInput ? stdin : opened.get();
     if (!stream) {
         SetListError();
         return false;
     }
-    char* line = nullptr;
-    size_t room = 0;
+    LineBuffer line;
     const int end = options->listHasNulls ? '\0' : '\n';
-    for (ssize_t got = getdelim(&line, &room, end, stream); got >= 0;
-         got = getdelim(&line, &room, end, stream)) {
-        std::string path(line, static_cast<size_t>(got));
+    for (ssize_t got = getdelim(&line.text, &line.room, end, stream); got >= 0;
+         got = getdelim(&line.text, &line.room, end, stream)) {
+        std::string path(line.text, static_cast<size_t>(got));
         if (!path.empty() && path.back() == static_cast<char>(end))
             path.pop_back();
         if (!path.empty() && path.find('\0') == std::string::npos)
             AddPath(path);
     }
-    std::free(line);
     const bool isRead = std::ferror(stream) == 0;
-    if (!isStandardInput)
-        std::fclose(stream);
     if (!isRead)
         SetListError();
     return isRead;

@@ -10,6 +10,7 @@
 #include <sys/statfs.h>
 #include <unistd.h>
 
+#include "batch/SteadyCalls.h"
 #include "batch/WorkingDirectory.h"
 
 namespace {
@@ -139,44 +140,37 @@ StateDatabase::StateDatabase(const std::string& path, bool isDurable)
     try {
         CheckContents(isDurable);
     } catch (const StateError& error) {
-        close(lock);
         throw StateError{"the state '" + path + "' cannot be used: " + error.text +
                          "; remove it, or choose another one with --state"};
     }
 }
 
-StateDatabase::~StateDatabase()
-{
-    database.reset();
-    close(lock);
-}
+StateDatabase::~StateDatabase() = default;
 
 /// The lock ends with the process, however it ends.
 void StateDatabase::Lock(const std::string& path)
 {
-    lock = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (lock < 0)
+    lock = OpenAt(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (!lock.IsOpen())
         throw StateError{"the state '" + path + "' cannot be opened: " + std::strerror(errno) +
                          kOtherPlace};
     struct stat info;
-    if (fstat(lock, &info) != 0 ||
+    if (fstat(lock.Get(), &info) != 0 ||
         !S_ISREG(info.st_mode)) { // a device must not be removed as a cure
-        close(lock);
         throw StateError{"the state '" + path + "' cannot be opened: it is no file" + kOtherPlace};
     }
     struct flock wanted = {};
     wanted.l_type = F_WRLCK;
     wanted.l_start = kLockedByte;
     wanted.l_len = 1;
-    const bool isLocked = fcntl(lock, F_SETLK, &wanted) == 0;
+    const bool isLocked = fcntl(lock.Get(), F_SETLK, &wanted) == 0;
     if (isLocked && WaitForWorkers())
         return;
     std::string who;
     if (isLocked)
         who = ": workers of one that was killed have not ended yet";
-    else if (fcntl(lock, F_GETLK, &wanted) == 0 && wanted.l_type != F_UNLCK)
+    else if (fcntl(lock.Get(), F_GETLK, &wanted) == 0 && wanted.l_type != F_UNLCK)
         who = ", process " + std::to_string(wanted.l_pid);
-    close(lock);
     throw StateError{"the state '" + path + "' is in use by another run" + who +
                      "; wait for it, or choose another one with --state"};
 }
@@ -186,7 +180,7 @@ void StateDatabase::Lock(const std::string& path)
 bool StateDatabase::WaitForWorkers() const
 {
     for (int i = 0; i < kMostWaits; ++i) {
-        if (flock(lock, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+        if (flock(lock.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
             return true;
         usleep(kWaitMicroseconds);
     }

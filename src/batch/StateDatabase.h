@@ -7,6 +7,8 @@
 
 #include <sqlite3.h>
 
+#include "batch/Descriptor.h"
+
 /// What is wrong with a state file, for people.
 struct StateError {
     std::string text;
@@ -60,7 +62,7 @@ public:
 
     sqlite3* Handle() const { return database.get(); }
     /// Holds the lock. A process that keeps a copy of it open keeps other runs waiting.
-    int LockHandle() const { return lock; }
+    int LockHandle() const { return lock.Get(); }
     void Execute(const char* sql);
     int64_t Ask(const char* sql);
 
@@ -69,6 +71,6 @@ private:
     bool WaitForWorkers() const;
     void CheckContents(bool isDurable);
 
-    int lock = -1;
+    Descriptor lock; // declared first: the file must be closed before it is released
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> database{nullptr, sqlite3_close};
 };

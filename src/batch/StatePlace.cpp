@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 
 #include <sys/stat.h>
 
@@ -18,9 +19,9 @@ std::string AbsoluteDirectoryOf(const std::string& path)
     struct stat info;
     const bool isDirectory = stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
     const std::string directory = isDirectory ? path : SplitPath(path).directory;
-    char* const found = realpath(directory.c_str(), nullptr);
-    const std::string absolute = found ? found : directory;
-    std::free(found);
+    const std::unique_ptr<char, void (*)(void*)> found(realpath(directory.c_str(), nullptr),
+                                                       std::free);
+    const std::string absolute = found ? found.get() : directory;
     return absolute == "/" ? "" : absolute;
 }
 

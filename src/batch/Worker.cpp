@@ -24,11 +24,13 @@
 #include "batch/PeakMemory.h"
 #include "batch/SceneConverter.h"
 #include "batch/SourceTrees.h"
+#include "batch/SteadyCalls.h"
 #include "batch/Wire.h"
 #include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/FileLookups.h"
 #include "platform/headless/win32/SyncedFiles.h"
 #include "platform/headless/win32/TemporaryName.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 // An address sanitizer takes terabytes of address space for itself.
 #if defined(__SANITIZE_ADDRESS__)
@@ -50,8 +52,9 @@ void PrepareProcess()
         std::signal(number, SIG_IGN);
     const rlimit none = {0, 0};
     setrlimit(RLIMIT_CORE, &none);
-    const Descriptor score(open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
-    if (score.IsOpen() && write(score.Get(), "900", 3) < 0)
+    const Descriptor score = OpenAt(AT_FDCWD, "/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
+    const auto put = [&] { return write(score.Get(), "900", 3); };
+    if (score.IsOpen() && headless::Uninterrupted(put) < 0)
         return; // a hint only
 }
 
@@ -77,7 +80,7 @@ std::string TakeHostText()
     if (size <= 0)
         return "";
     std::string text(static_cast<size_t>(size), '\0');
-    const ssize_t got = pread(STDERR_FILENO, text.data(), text.size(), 0);
+    const ssize_t got = ReadAt(STDERR_FILENO, text.data(), text.size(), 0);
     text.resize(got > 0 ? static_cast<size_t>(got) : 0);
     if (ftruncate(STDERR_FILENO, 0) != 0)
         return "";

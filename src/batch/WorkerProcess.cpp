@@ -15,9 +15,12 @@
 #include <sys/wait.h>
 
 #include "batch/MessageTable.h"
+#include "batch/SteadyCalls.h"
 #include "batch/Worker.h"
 #include "batch/WorkingDirectory.h"
+#include "platform/headless/win32/DirectoryEntries.h"
 #include "platform/headless/win32/TemporaryName.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 namespace {
 
@@ -38,16 +41,13 @@ void RemoveTemporaryFiles(const std::string& path, pid_t process)
     if (path.empty())
         return;
     const std::string directory = SplitPath(path).directory;
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(directory.c_str()), closedir);
-    if (!entries)
-        return;
     headless::TemporaryOwner ended = headless::TemporaryOwner::ThisProcess();
     ended.process = process;
     headless::TemporaryOwner owner;
-    while (const dirent* entry = readdir(entries.get())) {
-        if (owner.Read(entry->d_name) && owner == ended)
-            unlinkat(dirfd(entries.get()), entry->d_name, 0);
-    }
+    headless::VisitEntries(directory, [&](const dirent& entry) {
+        if (owner.Read(entry.d_name) && owner == ended)
+            unlink((directory + "/" + entry.d_name).c_str());
+    });
 }
 
 /// A key that ends the run goes to all processes of the terminal, but what becomes of workers is the
@@ -84,7 +84,7 @@ WorkerProcess::WorkerProcess(const WorkerSetup& setup, int heldByWorkers)
 void WorkerProcess::BecomeWorker(int socketEnd, int ticketFile, int heldByWorkers) const
 {
     LeaveSignalsToSupervisor();
-    const int nothing = open("/dev/null", O_RDWR);
+    const int nothing = headless::Uninterrupted([] { return open("/dev/null", O_RDWR); });
     dup2(nothing, STDIN_FILENO);
     dup2(nothing, STDOUT_FILENO);
     dup2(errors.IsOpen() ? errors.Get() : nothing, STDERR_FILENO);
@@ -170,7 +170,7 @@ void WorkerProcess::Kill(WorkerEnd why)
 std::string WorkerProcess::HostText() const
 {
     char text[512];
-    const ssize_t got = errors.IsOpen() ? pread(errors.Get(), text, sizeof text, 0) : 0;
+    const ssize_t got = errors.IsOpen() ? ReadAt(errors.Get(), text, sizeof text, 0) : 0;
     return got > 0 ? std::string(text, static_cast<size_t>(got)) : std::string();
 }
 

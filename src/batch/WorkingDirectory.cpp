@@ -6,10 +6,11 @@
 #include <limits.h>
 #include <sys/stat.h>
 
+#include "batch/SteadyCalls.h"
+
 Descriptor OpenDirectory(int base, const std::string& path)
 {
-    return Descriptor(
-        openat(base, path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return OpenAt(base, path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
 Descriptor MakeDirectory(int base, const std::string& path)

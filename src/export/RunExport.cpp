@@ -14,7 +14,6 @@
 namespace {
 
 constexpr int kExportDone = 0;
-constexpr int kExportTrouble = 2;
 
 std::string ExportWithEngine(const ExportArguments& arguments, NoticeList& notices)
 {

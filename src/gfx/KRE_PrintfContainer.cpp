@@ -41,7 +41,7 @@ void KRE_PrintfContainer::Free()
 
 void KRE_PrintfContainer::PushOptions(const KRE_PrintfOptions& newOptions)
 {
-    stack.Add(&newOptions);
+    stack.Added(stack.Add(&newOptions));
 }
 
 void KRE_PrintfContainer::PopOptions()
@@ -82,7 +82,7 @@ KRE_Texture* KRE_PrintfContainer::FindImage(const char* name)
 KRE_Texture* KRE_PrintfContainer::LoadImageOf(const char* name)
 {
     const int32_t slot = images.Add();
-    KRE_Texture* image = images.GetSlot(slot);
+    KRE_Texture* image = &images.Added(slot);
     gfx->LoadTexture(image, name, 0, kLoadTextureUnset, -1, kOneMipLevel);
     image->slotNames[0].Assign(name);
     return image;

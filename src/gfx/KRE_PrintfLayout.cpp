@@ -66,7 +66,7 @@ KRE_PrintfLayout::KRE_PrintfLayout(PrintfLines& linesIn, const KRE_PrintfOptions
 
 void KRE_PrintfLayout::BeginLine(float y)
 {
-    line = lines.GetSlot(lines.Add());
+    line = &lines.Added(lines.Add());
     line->y = y;
     line->alignment = options.alignment;
     penX = 0.0f;
@@ -128,7 +128,7 @@ void KRE_PrintfLayout::AddImage(KRE_Texture* image)
 
 PrintfEntity& KRE_PrintfLayout::AddEntity(int32_t kind, float width)
 {
-    PrintfEntity& entity = *line->entities.GetSlot(line->entities.Add());
+    PrintfEntity& entity = line->entities.Added(line->entities.Add());
     entity.kind = kind;
     entity.x = penX;
     entity.width = width;

@@ -14,6 +14,8 @@
 #include <unistd.h>
 
 #include "gltf/ModelFault.h"
+#include "platform/headless/win32/DescriptorStream.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 namespace {
 
@@ -24,7 +26,7 @@ constexpr int kWorkFailed = 3; // memory ran out
 
 uint64_t AddressSpace()
 {
-    FILE* stream = std::fopen("/proc/self/statm", "r");
+    FILE* stream = headless::OpenDescriptorStream("/proc/self/statm", "re");
     unsigned long pages = 0;
     const bool isRead = stream && std::fscanf(stream, "%lu", &pages) == 1;
     if (stream)
@@ -48,7 +50,8 @@ void SetLimit(int what, uint64_t value)
     for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL})
         std::signal(signal, SIG_DFL);
     // What the library says on the way is of no use to anyone.
-    const int nowhere = open("/dev/null", O_WRONLY);
+    const int nowhere =
+        headless::Uninterrupted([] { return open("/dev/null", O_WRONLY | O_CLOEXEC); });
     dup2(nowhere, STDOUT_FILENO);
     dup2(nowhere, STDERR_FILENO);
     int status = kWorkFailed;

@@ -15,6 +15,7 @@
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
+#include "base/ReadWholeFile.h"
 #include "gltf/ModelFault.h"
 #include "gltf/NoticeList.h"
 #include "import/GltfReader.h"
@@ -67,33 +68,34 @@ public:
         Note(file);
         return DefaultIOSystem::Exists(file);
     }
-    Assimp::IOStream* Open(const char* file, const char* mode) override
+    /// Files are read here as a whole, because the library takes a signal that interrupts it for their end.
+    Assimp::IOStream* Open(const char* file, const char*) override
     {
         Note(file);
-        Assimp::IOStream* stream = DefaultIOSystem::Open(file, mode);
-        if (!stream || !std::strstr(file, ".md5"))
-            return stream;
-        std::unique_ptr<Assimp::IOStream, void (*)(Assimp::IOStream*)> plain(
-            stream, [](Assimp::IOStream* open) { delete open; });
-        return WithReturns(*plain);
+        std::string bytes;
+        if (!ReadWholeFile(file, bytes))
+            return nullptr;
+        if (std::strstr(file, ".md5"))
+            bytes = WithReturns(bytes);
+        auto owned = std::make_unique<uint8_t[]>(bytes.size()); // of the stream, which deletes it
+        std::memcpy(owned.get(), bytes.data(), bytes.size());
+        auto* const stream = new Assimp::MemoryIOStream(owned.get(), bytes.size(), true);
+        static_cast<void>(owned.release());
+        return stream;
     }
 
 private:
     /// The library's reader of MD5 texts takes every second line of a header for a part of the one before,
     /// unless lines end as on Windows.
-    static Assimp::IOStream* WithReturns(Assimp::IOStream& stream)
+    static std::string WithReturns(const std::string& text)
     {
-        std::string text(stream.FileSize(), '\0');
-        text.resize(stream.Read(text.data(), 1, text.size()));
         std::string lines;
         for (const char byte : text) {
             if (byte == '\n' && (lines.empty() || lines.back() != '\r'))
                 lines += '\r';
             lines += byte;
         }
-        auto* owned = new uint8_t[lines.size()]; // of the stream, which deletes it
-        std::memcpy(owned, lines.data(), lines.size());
-        return new Assimp::MemoryIOStream(owned, lines.size(), true);
+        return lines;
     }
 
     void Note(const std::string& file) const

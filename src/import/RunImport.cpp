@@ -11,7 +11,6 @@
 namespace {
 
 constexpr int kImportDone = 0;
-constexpr int kImportFailed = 1;
 constexpr int kImportUsageError = 2;
 
 /// A line for people: control characters of names are shown as '?'.

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <memory>
 
+#include "base/FileStream.h"
 #include "info/NameText.h"
 #include "platform/EffectListing.h"
+#include "platform/HostStream.h"
 #include "platform/ShaderListing.h"
 
 namespace {
@@ -16,11 +18,11 @@ constexpr size_t kMostBytes = size_t{16} << 20;
 /// The contents of a file; false if it cannot be read or is larger than any effect.
 bool ReadAll(const std::string& file, std::string& bytesOut)
 {
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(file.c_str(), "rb"), std::fclose);
+    const FileStream stream(OpenHostStream(file.c_str(), "rb"));
     if (!stream)
         return false;
     bytesOut.resize(kMostBytes + 1);
-    const size_t count = std::fread(bytesOut.data(), 1, bytesOut.size(), stream.get());
+    const size_t count = ReadStream(stream.get(), bytesOut.data(), bytesOut.size());
     const bool isRead = std::ferror(stream.get()) == 0 && count <= kMostBytes;
     bytesOut.resize(count);
     return isRead;

@@ -13,6 +13,7 @@
 #include "base/Paths.h"
 #include "gfx/KRE_Gfx.h"
 #include "gfx/TextureSearchSink.h"
+#include "platform/HostStream.h"
 #include "platform/OpenFileStream.h"
 #include "qsa/QSALoader.h"
 
@@ -144,7 +145,7 @@ bool LoadedScene::ReadStart()
     if (!stream)
         return Fail(std::string("cannot be opened: ") + std::strerror(errno));
     char start[kStartBytes] = {};
-    const size_t count = std::fread(start, 1, sizeof start, stream.get());
+    const size_t count = ReadStream(stream.get(), start, sizeof start);
     if (count < kLeastBytes)
         return Fail("too short for a scene file, or not readable");
     const std::string_view text(start, count);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/HeapPages.h"
+#include "platform/HostStream.h"
 #include "platform/OpenFileStream.h"
 #include "qsa/QSA_SceneText.h"
 
@@ -89,7 +90,7 @@ bool QSA_SceneText::Reach(int32_t bytes)
 
     const int32_t wanted = std::min(windowCapacity - left, unread);
     const size_t got =
-        std::fread(data.get() + left, 1, static_cast<size_t>(wanted), textFile.get());
+        ReadStream(textFile.get(), data.get() + left, static_cast<size_t>(wanted));
     size = left + static_cast<int32_t>(got);
     std::memset(data.get() + size, kTextSentinel, kTextPadding);
     if (static_cast<int32_t>(got) < wanted)

@@ -266,6 +266,19 @@ struct Scarce {
     }
 };
 
+TEST_F(DynaMemTest, AddedWithoutMemoryThrowsAndLeavesTheListAsItWas)
+{
+    DynaMem<Scarce, 4> list;
+    list.Added(list.Add()).number = 7;
+    Scarce::exhausted = true;
+    EXPECT_THROW(list.Added(list.Add()), std::bad_alloc);
+    Scarce::exhausted = false;
+    EXPECT_EQ(list.Count(), 1);
+    EXPECT_EQ(list.Get(0)->number, 7);
+    EXPECT_EQ(list.Add(), 1) << "the slot is free again";
+    EXPECT_EQ(list.Count(), 2);
+}
+
 TEST_F(DynaMemTest, WithoutMemoryTheSlotStaysEmptyAndIsCounted)
 {
     DynaMem<Scarce, 4> list;

@@ -1,6 +1,7 @@
 // Files that a scene uses, with each allocation of their load failing once.
 
 #include "tests/gfx/EffectLoad.h"
+#include "tests/gfx/TextTest.h"
 #include "tests/gfx/TextureEngine.h"
 #include "tests/support/MemoryShortage.h"
 
@@ -8,6 +9,7 @@
 
 using FrameListMemory = TextureEngine;
 using EffectMemory = EffectLoad;
+using TextMemory = TextTest;
 
 TEST_F(FrameListMemory, ListThatDoesNotFitIsNamed)
 {
@@ -40,4 +42,19 @@ TEST_F(EffectMemory, EffectThatDoesNotFitIsNamed)
         effect.Free();
     }
     EXPECT_EQ(errors.count("Out of memory for resource 'one.fx'"), 1u);
+}
+
+TEST_F(TextMemory, TextThatDoesNotFitThrows)
+{
+    const auto lay = [this] { Lay("a\nlonger line of text"); };
+    const int64_t needed = AllocationsOf(lay);
+    int64_t failed = 0;
+    for (int64_t before = 0; before < needed; ++before) {
+        try {
+            RunShortOfMemory(before, 1, lay);
+        } catch (const std::bad_alloc&) {
+            ++failed;
+        }
+    }
+    EXPECT_GT(failed, 3) << "options, lines and pieces";
 }

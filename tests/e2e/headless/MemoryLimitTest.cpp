@@ -51,4 +51,28 @@ TEST(MemoryLimit, SceneThatDoesNotFitEndsTheRunWithAMessage)
     EXPECT_TRUE(scratch.Read("large.qsb") == "old");
 }
 
+// From too little for the start of the graphics to enough for the frame.
+TEST(MemoryLimit, WhateverItIsTheRunEndsWellOrNamesItsFile)
+{
+    if (RunsUnderAnEmulator())
+        GTEST_SKIP() << "needs a memory limit";
+    const ScratchDirectory scratch;
+    scratch.Write("small.qsa", ManyMaterials(10));
+    int named = 0;
+    bool isConverted = false;
+    for (int limitKiB = 9000; limitKiB < 80000 && !isConverted; limitKiB += 200) {
+        const ProgramRun run = RunWithin(std::to_string(limitKiB).c_str(), "small.qsa");
+        if (run.status == 127 || run.err.find("loading shared libraries") != std::string::npos)
+            continue; // not even loaded
+        isConverted = run.status == 1;
+        if (isConverted)
+            break;
+        EXPECT_EQ(run.status, 0) << limitKiB;
+        EXPECT_THAT(run.err, testing::HasSubstr("small.qsa")) << limitKiB;
+        ++named;
+    }
+    EXPECT_TRUE(isConverted);
+    EXPECT_GT(named, 0);
+}
+
 #endif

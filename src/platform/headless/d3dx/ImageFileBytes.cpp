@@ -1,5 +1,6 @@
 #include "platform/headless/d3dx/ImageFileBytes.h"
 
+#include "platform/HostStream.h"
 #include "platform/OpenFileStream.h"
 
 #include <cstdio>
@@ -56,7 +57,7 @@ bool ImageFileBytes::Identify(FileIdentity& identityOut) const
 HRESULT ImageFileBytes::ReadAll(FileIdentity& afterOut)
 {
     bytes.reset(new (std::nothrow) uint8_t[size]);
-    const bool isRead = bytes && std::fread(bytes.get(), 1, size, stream.get()) == size;
+    const bool isRead = bytes && ReadStream(stream.get(), bytes.get(), size) == size;
     Identify(afterOut);
     stream.reset();
     if (!bytes)

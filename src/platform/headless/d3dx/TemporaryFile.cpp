@@ -1,9 +1,11 @@
 #include "platform/headless/d3dx/TemporaryFile.h"
 
+#include "platform/HostStream.h"
+
 namespace headless {
 
 TemporaryFile::TemporaryFile(const char* path)
-    : stream(file.Make(path) ? std::fopen(file.Path(), "wbe") : nullptr)
+    : stream(file.Make(path) ? OpenHostStream(file.Path(), "wbe") : nullptr)
 {}
 
 TemporaryFile::~TemporaryFile()

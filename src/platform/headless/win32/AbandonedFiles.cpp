@@ -4,12 +4,13 @@
 
 #include "platform/headless/win32/AbandonedFiles.h"
 
+#include "platform/headless/win32/DirectoryEntries.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/TemporaryName.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -32,37 +33,47 @@ bool MayBeAbandoned(const char* name, const struct stat& info, time_t now)
     return info.st_mtime < now - kSecondsOfOthers;
 }
 
+/// Closes a file whatever comes.
+class Closer {
+public:
+    explicit Closer(int opened) : file(opened) {}
+    ~Closer() { close(file); }
+    Closer(const Closer&) = delete;
+    Closer& operator=(const Closer&) = delete;
+
+private:
+    int file;
+};
+
 void RemoveIfAbandoned(const std::string& directory, const char* name, time_t now)
 {
     const std::string path = directory + name;
-    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    const int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    const int file = Uninterrupted([&] { return open(path.c_str(), flags); });
     if (file < 0)
         return;
+    const Closer closer(file);
     struct stat info;
     if (fstat(file, &info) == 0 && MayBeAbandoned(name, info, now) &&
         flock(file, LOCK_EX | LOCK_NB) == 0 && unlink(path.c_str()) == 0)
         NoteEntryChanged(path);
-    close(file);
 }
 
 } // namespace
 
 void RemoveAbandoned(const std::string& directory, time_t now)
 {
-    struct DirectoryCloser {
-        void operator()(DIR* opened) const { closedir(opened); }
-    };
     const char* name = directory.empty() ? "." : directory.c_str();
     struct stat info;
     if (stat(name, &info) != 0 ||
         (info.st_dev == gClearedDevice && info.st_ino == gClearedDirectory))
         return;
-    const std::unique_ptr<DIR, DirectoryCloser> entries(opendir(name));
-    if (!entries)
+    const bool isRead = VisitEntries(directory, [&](const dirent& entry) {
+        if (IsTemporaryName(entry.d_name))
+            RemoveIfAbandoned(directory, entry.d_name, now);
+    });
+    if (!isRead)
         return;
-    while (const dirent* entry = readdir(entries.get()))
-        if (IsTemporaryName(entry->d_name))
-            RemoveIfAbandoned(directory, entry->d_name, now);
     gClearedDevice = info.st_dev;
     gClearedDirectory = info.st_ino;
 }

@@ -2,8 +2,8 @@
 
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -32,7 +32,7 @@ bool AppendedFile::Open(const char* path, bool startEmpty)
     Close();
     const std::string resolved = ResolveTargetPath(path);
     const int flags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | (startEmpty ? O_TRUNC : 0);
-    descriptor = open(resolved.c_str(), flags, 0666);
+    descriptor = Uninterrupted([&] { return open(resolved.c_str(), flags, 0666); });
     struct stat info;
     if (descriptor < 0 || fstat(descriptor, &info) != 0)
         return false;
@@ -44,9 +44,7 @@ bool AppendedFile::Open(const char* path, bool startEmpty)
 void AppendedFile::Append(const char* text, size_t length)
 {
     while (length > 0) {
-        const ssize_t written = write(descriptor, text, length);
-        if (written < 0 && errno == EINTR)
-            continue;
+        const ssize_t written = Uninterrupted([&] { return write(descriptor, text, length); });
         if (written <= 0)
             break;
         text += written;

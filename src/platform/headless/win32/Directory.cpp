@@ -1,3 +1,4 @@
+#include "platform/headless/win32/DirectoryEntries.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/LastError.h"
@@ -85,14 +86,12 @@ void AddEntry(Search& search, const std::string& directory, const std::string& n
 /// read.
 bool AddMatches(Search& search, const std::string& directory, const std::string& pattern)
 {
-    DIR* stream = opendir(directory.empty() ? "." : directory.c_str());
-    if (stream == nullptr)
+    const bool isRead = VisitEntries(directory, [&](const dirent& entry) {
+        if (MatchesWildcard(entry.d_name, pattern.c_str()))
+            AddEntry(search, directory, entry.d_name);
+    });
+    if (!isRead)
         return false;
-    while (const dirent* entry = readdir(stream)) {
-        if (MatchesWildcard(entry->d_name, pattern.c_str()))
-            AddEntry(search, directory, entry->d_name);
-    }
-    closedir(stream);
     std::sort(search.entries.begin(), search.entries.end(),
               [](const FoundEntry& a, const FoundEntry& b) {
                   const bool aDots = a.name == "." || a.name == "..";

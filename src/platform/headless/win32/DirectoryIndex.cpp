@@ -1,8 +1,9 @@
 #include "platform/headless/win32/DirectoryIndex.h"
 
+#include "platform/headless/win32/DirectoryEntries.h"
+
 #include <algorithm>
 #include <dirent.h>
-#include <memory>
 #include <new>
 #include <sys/stat.h>
 #include <unordered_map>
@@ -59,12 +60,7 @@ std::string LookUp(const std::unordered_map<std::string, std::string>& entries,
 bool ReadEntries(const std::string& directory,
                  std::unordered_map<std::string, std::string>& entriesOut)
 {
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
-    if (!stream)
-        return false;
-    while (const dirent* entry = readdir(stream.get()))
-        Insert(entriesOut, entry->d_name);
-    return true;
+    return VisitEntries(directory, [&](const dirent& entry) { Insert(entriesOut, entry.d_name); });
 }
 
 void UpdateEntry(const std::string& path)

@@ -1,9 +1,12 @@
 #include "platform/OpenFileStream.h"
 
+#include "platform/HostStream.h"
+#include "platform/headless/win32/DescriptorStream.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/FileLookups.h"
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/ServedFile.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 #include <cerrno>
 #include <cstring>
@@ -92,13 +95,15 @@ static FILE* OpenExisting(const char* path, const char* mode)
 static FILE* OpenEmpty(const char* path, const char* mode)
 {
     const bool mayRead = std::strchr(mode, '+') != nullptr;
-    const int file = open(path, (mayRead ? O_RDWR : O_WRONLY) | O_CREAT, 0666);
+    const int flags = (mayRead ? O_RDWR : O_WRONLY) | O_CREAT;
+    const int file = Uninterrupted([&] { return open(path, flags, 0666); });
     if (file < 0)
         return nullptr;
     struct stat info;
     const bool holdsNothing =
         fstat(file, &info) == 0 && (!S_ISREG(info.st_mode) || info.st_size == 0);
-    FILE* const stream = holdsNothing || ftruncate(file, 0) == 0 ? fdopen(file, mode) : nullptr;
+    FILE* const stream =
+        holdsNothing || ftruncate(file, 0) == 0 ? DescriptorStream(file, mode) : nullptr;
     if (!stream)
         CloseAfterFailure(file);
     else if (!mayRead) // what is written comes in large pieces
@@ -111,7 +116,7 @@ static FILE* MakeStream(const char* path, const char* mode)
 {
     const std::string resolved = ResolveTargetPath(path);
     FILE* const stream =
-        mode[0] == 'w' ? OpenEmpty(resolved.c_str(), mode) : std::fopen(resolved.c_str(), mode);
+        mode[0] == 'w' ? OpenEmpty(resolved.c_str(), mode) : OpenHostStream(resolved.c_str(), mode);
     if (stream)
         NoteEntryChanged(resolved);
     return stream;

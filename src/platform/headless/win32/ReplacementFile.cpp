@@ -1,10 +1,12 @@
 #include "platform/ReplacementFile.h"
 
+#include "platform/HostStream.h"
 #include "platform/headless/win32/AbandonedFiles.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/HostPath.h"
 #include "platform/headless/win32/SyncedFiles.h"
 #include "platform/headless/win32/TemporaryName.h"
+#include "platform/headless/win32/Uninterrupted.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -59,7 +61,8 @@ ReplacementFile::~ReplacementFile()
 bool ReplacementFile::IsTargetThere(const char* targetPath)
 {
     const std::string path = ResolveTargetPath(targetPath);
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(OpenHostStream(path.c_str(), "rb"),
+                                                     std::fclose);
     struct stat info;
     return file && fstat(fileno(file.get()), &info) == 0 && !S_ISDIR(info.st_mode);
 }
@@ -94,7 +97,8 @@ bool ReplacementFile::MakeBeside()
     const std::string directory = DirectoryOf(target);
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         std::string made = directory + NewName();
-        claim = open(made.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666);
+        claim = Uninterrupted(
+            [&] { return open(made.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666); });
         if (claim < 0) {
             if (errno != EEXIST)
                 return false;
@@ -122,9 +126,9 @@ bool ReplacementFile::MoveOverTarget()
     if (isInPlace)
         return true;
     // The contents go first: a disk may keep the new name without them.
-    if (gSyncsReplacements && fsync(claim) != 0)
+    if (gSyncsReplacements && Uninterrupted([&] { return fsync(claim); }) != 0)
         return false;
-    if (std::rename(path.c_str(), target.c_str()) != 0)
+    if (Uninterrupted([&] { return std::rename(path.c_str(), target.c_str()); }) != 0)
         return false;
     NoteEntryChanged(path);
     NoteEntryChanged(target);

@@ -1,5 +1,7 @@
 #include "platform/headless/win32/TemporaryName.h"
 
+#include "platform/headless/win32/DescriptorStream.h"
+
 #include <cctype>
 #include <cerrno>
 #include <charconv>
@@ -36,7 +38,7 @@ std::string HostName()
 std::string BootId()
 {
     const std::unique_ptr<FILE, int (*)(FILE*)> file(
-        std::fopen("/proc/sys/kernel/random/boot_id", "re"), std::fclose);
+        OpenDescriptorStream("/proc/sys/kernel/random/boot_id", "re"), std::fclose);
     std::string id;
     for (int letter = file ? std::fgetc(file.get()) : EOF; std::isxdigit(letter) || letter == '-';
          letter = std::fgetc(file.get())) {
@@ -61,7 +63,8 @@ bool TakeLastPart(std::string_view& text, std::string_view& part)
 bool IsZombie(pid_t process)
 {
     const std::string path = "/proc/" + std::to_string(process) + "/stat";
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "re"), std::fclose);
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(OpenDescriptorStream(path.c_str(), "re"),
+                                                     std::fclose);
     char text[256]; // the program's name, in brackets, is short
     const size_t size = file ? std::fread(text, 1, sizeof text, file.get()) : 0;
     const std::string_view stat(text, size);

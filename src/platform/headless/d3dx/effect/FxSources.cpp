@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/HostStream.h"
 #include "platform/OpenFileStream.h"
 #include "platform/headless/d3dx/effect/FxCompiledReader.h"
 #include "platform/headless/d3dx/effect/FxLimits.h"
@@ -67,7 +68,7 @@ HRESULT FxSources::ReadFile(const char* path, std::string& bytesOut)
         return D3DXERR_INVALIDDATA;
     bytesOut.clear();
     char block[16384];
-    while (const size_t count = std::fread(block, 1, sizeof block, stream.get())) {
+    while (const size_t count = ReadStream(stream.get(), block, sizeof block)) {
         bytesOut.append(block, count);
         if (bytesOut.size() > (FxIsCompiled(bytesOut) ? kFxMaxCompiledBytes : kFxMaxFileBytes))
             return D3DXERR_INVALIDDATA;
