@@ -50,6 +50,7 @@ tidy_packages='clang-tidy'
 valgrind_packages='valgrind'
 mutate_packages='python3 git'
 hostile_packages='python3'
+fault_packages='python3'
 power_packages='python3 strace'
 batch_packages="$power_packages chromium zsh fish"
 farm_packages='slurm-wlm munge parallel snakemake python3-yaml python3-jsonschema'
