@@ -5,6 +5,7 @@
 #include <cmath>
 #include <csignal>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -92,29 +93,65 @@ bool ReadUntil(int in, Clock::time_point end, std::string& textOut)
     }
 }
 
+/// A pipe to read from, and the child that writes to it. Whatever comes, both are gone at its end.
+class Child {
+public:
+    Child()
+    {
+        if (pipe2(ends, O_CLOEXEC) != 0)
+            throw ModelFault(std::string("no child process: ") + std::strerror(errno));
+    }
+    ~Child()
+    {
+        for (const int end : ends) {
+            if (end >= 0)
+                close(end);
+        }
+        if (process > 0)
+            Wait(true);
+    }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    void Start(const ChildLimits& limits, const std::function<std::string()>& work)
+    {
+        process = fork();
+        const int reason = errno;
+        if (process == 0)
+            BeChild(ends[1], limits, work);
+        close(std::exchange(ends[1], -1));
+        if (process < 0)
+            throw ModelFault(std::string("no child process: ") + std::strerror(reason));
+    }
+    int ReadEnd() const { return ends[0]; }
+    /// The status of its end.
+    int Wait(bool isUnwanted)
+    {
+        if (isUnwanted)
+            kill(process, SIGKILL);
+        int status = 0;
+        while (waitpid(process, &status, 0) < 0 && errno == EINTR) {}
+        process = -1;
+        return status;
+    }
+
+private:
+    int ends[2] = {-1, -1};
+    pid_t process = -1;
+};
+
 } // namespace
 
 std::string RunInChild(const ChildLimits& limits, const std::function<std::string()>& work)
 {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0)
-        throw ModelFault(std::string("no child process: ") + std::strerror(errno));
     std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0)
-        BeChild(ends[1], limits, work);
-    close(ends[1]);
-    std::string text;
     const auto end =
         Clock::now() + std::chrono::milliseconds(static_cast<int64_t>(limits.seconds * 1000));
-    const bool isInTime = child > 0 && ReadUntil(ends[0], end, text);
-    close(ends[0]);
-    if (child < 0)
-        throw ModelFault(std::string("no child process: ") + std::strerror(errno));
-    if (!isInTime)
-        kill(child, SIGKILL);
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {}
+    Child child;
+    child.Start(limits, work);
+    std::string text;
+    const bool isInTime = ReadUntil(child.ReadEnd(), end, text);
+    const int status = child.Wait(!isInTime);
     if (!isInTime || (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU))
         throw ModelFault("reading it takes too long");
     if (WIFSIGNALED(status))

@@ -73,8 +73,11 @@ std::string OneLine(std::string text)
     try {
         NoticeList notices;
         Model model;
-        if constexpr (QSA_READS_OTHERS)
+        if constexpr (QSA_READS_OTHERS) {
+            if (!KnowsAssimp(path))
+                throw ModelFault("it is of a format that is not read");
             model = ReadAssimp(path, options.animation, notices);
+        }
         const ImportResult result = WriteModel(model, path, options, notices);
         for (const auto& [text, count] : notices.All())
             told += "N " + std::to_string(count) + " " + OneLine(text);
@@ -137,9 +140,7 @@ ImportResult ImportModel(const std::string& path, const ImportOptions& options, 
     std::error_code ignored;
     if (!fs::is_regular_file(path, ignored))
         throw ModelFault("it cannot be read");
-    if constexpr (QSA_READS_OTHERS) {
-        if (KnowsAssimp(path))
-            return ImportOther(path, options, notices);
-    }
+    if constexpr (QSA_READS_OTHERS)
+        return ImportOther(path, options, notices); // the library is asked in the child only
     throw ModelFault("it is of a format that is not read");
 }
