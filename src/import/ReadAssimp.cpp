@@ -66,7 +66,8 @@ public:
     bool Exists(const char* file) const override
     {
         Note(file);
-        return DefaultIOSystem::Exists(file);
+        std::error_code ignored;
+        return fs::exists(file, ignored);
     }
     /// Files are read here as a whole, because the library takes a signal that interrupts it for their end.
     Assimp::IOStream* Open(const char* file, const char*) override

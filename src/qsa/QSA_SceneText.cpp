@@ -89,8 +89,7 @@ bool QSA_SceneText::Reach(int32_t bytes)
         GrowWindow(std::min(std::max(bytes, kTokenReach), left + unread));
 
     const int32_t wanted = std::min(windowCapacity - left, unread);
-    const size_t got =
-        ReadStream(textFile.get(), data.get() + left, static_cast<size_t>(wanted));
+    const size_t got = ReadStream(textFile.get(), data.get() + left, static_cast<size_t>(wanted));
     size = left + static_cast<int32_t>(got);
     std::memset(data.get() + size, kTextSentinel, kTextPadding);
     if (static_cast<int32_t>(got) < wanted)
