@@ -49,7 +49,8 @@ static int OpenRegular(const char* path, int access)
     struct stat info;
     if (stat(path, &info) != 0 || !IsRegular(info))
         return -1;
-    const int file = open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const int flags = access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const int file = Uninterrupted([&] { return open(path, flags); });
     if (file < 0 || (fstat(file, &info) == 0 && IsRegular(info)))
         return file;
     CloseAfterFailure(file);
@@ -69,9 +70,11 @@ bool headless::IsReadableFile(const char* hostPath)
 static FILE* OpenToRead(const char* path, const char* mode)
 {
     if (!gRegularFilesOnly)
-        return std::fopen(path, mode);
+        return OpenHostStream(path, mode);
     const int file = OpenRegular(path, std::strchr(mode, '+') ? O_RDWR : O_RDONLY);
-    FILE* const stream = file >= 0 ? fdopen(file, mode) : nullptr;
+    FILE* const stream =
+        file >= 0 ? (std::strchr(mode, '+') ? DescriptorStream(file, mode) : fdopen(file, mode))
+                  : nullptr;
     if (file >= 0 && !stream)
         CloseAfterFailure(file);
     return stream;
