@@ -125,8 +125,10 @@ void ResolveAllClones(benchmark::State& state)
         mesh->AllocateMaterials(1);
     }
     Reporter reporter;
-    for (auto _ : state)
-        ResolveClones(scene, reporter);
+    for (auto _ : state) {
+        CopyBudget budget(0);
+        ResolveClones(scene, budget, reporter);
+    }
     state.SetItemsProcessed(state.iterations() * kMeshes);
 }
 BENCHMARK(ResolveAllClones)->Unit(benchmark::kMillisecond);

@@ -51,7 +51,8 @@ void MakeSoundScene(KRE_3dScene& scene)
     arm->BuildKeyIndex();
     struct : ErrorClassSimple {
     } reporter;
-    ResolveClones(scene, reporter);
+    CopyBudget budget(0);
+    ResolveClones(scene, budget, reporter);
     scene.PartitionMeshes();
     scene.SetCamera(0);
 }
