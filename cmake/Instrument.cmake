@@ -7,13 +7,14 @@ if(QSA_INSTRUMENT STREQUAL "asan")
     add_compile_definitions(__SANITIZE_ADDRESS__) # as g++ defines it; clang only has a feature test
     # Line numbers are enough for a report, and more optimisation doubles the compile time.
     set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -gline-tables-only")
-elseif(QSA_INSTRUMENT STREQUAL "coverage")
-    add_compile_options(--coverage)
-    add_link_options(--coverage)
-elseif(QSA_INSTRUMENT STREQUAL "branches")
-    # For what the corpora of the scene readers reach; without optimisation, so that each condition is there.
+elseif(QSA_INSTRUMENT MATCHES "^(coverage|branches)$") # "branches": the fuzz targets are built too
+    # Without optimisation, so that each condition is there. Children of the tests leave by _exit, which must write the
+    # counters too; an option, not a library, as it belongs to no floor.
+    set(coverage_exit ${CMAKE_BINARY_DIR}/CoverageExit.o)
+    execute_process(COMMAND_ERROR_IS_FATAL ANY COMMAND ${CMAKE_CXX_COMPILER} -std=c++20
+        -c ${CMAKE_CURRENT_LIST_DIR}/../tools/CoverageExit.cpp -o ${coverage_exit})
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
-    add_link_options(-fprofile-instr-generate)
+    add_link_options(-fprofile-instr-generate ${coverage_exit})
 elseif(QSA_INSTRUMENT)
     message(FATAL_ERROR "QSA_INSTRUMENT is '${QSA_INSTRUMENT}'; asan, coverage, branches or nothing")
 endif()

@@ -38,7 +38,7 @@ ssize_t WriteAll(void* cookie, const char* bytes, size_t size)
     return static_cast<ssize_t>(done);
 }
 
-int SeekTo(void* cookie, off64_t* offset, int whence)
+int SeekDescriptor(void* cookie, off64_t* offset, int whence)
 {
     const off64_t reached = lseek64(DescriptorOf(cookie), *offset, whence);
     if (reached < 0)
@@ -65,7 +65,7 @@ int FlagsOf(const char* mode)
 
 FILE* DescriptorStream(int descriptor, const char* mode)
 {
-    const cookie_io_functions_t calls = {ReadSome, WriteAll, SeekTo, CloseOnce};
+    const cookie_io_functions_t calls = {ReadSome, WriteAll, SeekDescriptor, CloseOnce};
     FILE* const stream =
         fopencookie(reinterpret_cast<void*>(static_cast<intptr_t>(descriptor)), mode, calls);
     if (stream)
