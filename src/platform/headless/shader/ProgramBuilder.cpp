@@ -350,10 +350,11 @@ void Program::MakeRegisters()
 {
     if (!registers.empty())
         return;
-    const Lanes zero = Splat(0.0f);
+    const Lanes zero = Splat(0.0f), one = Splat(1.0f);
     registers.assign(registerCount / 4, {{zero, zero, zero, zero}});
     if (ones != 0)
-        std::fill_n(registers.front().lanes + ones, kRegisterPlaces, Splat(1.0f));
+        std::fill_n(registers.begin() + ones / 4, kRegisterPlaces / 4,
+                    RegisterLine{{one, one, one, one}});
 }
 
 void BuildProgram(const Bytecode& code, Program& programOut)
