@@ -67,7 +67,10 @@ int RunWithEngine(const InfoArguments& arguments, Output& out, Output& err)
 /// refuses a lock, a report that does not fit in memory.
 int RunGuarded(const InfoArguments& arguments, Output& out, Output& err)
 {
-    std::string text = "not enough memory";
+    std::string text = arguments.files.front(); // before memory runs out
+    for (size_t i = 1; i < arguments.files.size(); ++i)
+        text += ", " + arguments.files[i];
+    text += ": not enough memory";
     try {
         return RunWithEngine(arguments, out, err);
     } catch (const KRE_Error& error) {
