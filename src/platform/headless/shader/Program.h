@@ -11,7 +11,7 @@ namespace headless::shader {
 
 /// Groups of four vertices or pixels that one run of a program computes at most. For pixels, groups
 /// 2i and 2i + 1 are two rows of four pixels, one below the other: two quads.
-constexpr int kMaxGroups = 32;
+constexpr int kMaxGroups = 128;
 
 /// Constants lie twice in the registers, one behind the other, for code that takes two groups at once.
 constexpr uint32_t kConstantCopies = 2;
