@@ -70,7 +70,8 @@ int RunGuarded(const InfoArguments& arguments, Output& out, Output& err)
     std::string text = arguments.files.front(); // before memory runs out
     for (size_t i = 1; i < arguments.files.size(); ++i)
         text += ", " + arguments.files[i];
-    text += ": not enough memory";
+    text += ": ";
+    text += "not enough memory";
     try {
         return RunWithEngine(arguments, out, err);
     } catch (const KRE_Error& error) {
