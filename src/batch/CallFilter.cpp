@@ -129,7 +129,7 @@ void AllowSomeArguments(NewFilter& filter, int socket)
     AllowOpening(filter, SCMP_SYS(openat), 2);
     filter.Allow(SCMP_SYS(mmap), {HasBits(2, PROT_EXEC, 0)});
     filter.Allow(SCMP_SYS(mprotect), {HasBits(2, PROT_EXEC, 0)});
-    for (const uint64_t command : {F_GETFD, F_SETFD, F_GETFL})
+    for (const uint64_t command : {uint64_t{F_GETFD}, uint64_t{F_SETFD}, uint64_t{F_GETFL}})
         filter.Allow(SCMP_SYS(fcntl), {Is(1, command)});
     filter.Allow(SCMP_SYS(ftruncate), {Is(0, STDERR_FILENO)}); // a file in memory of its own
     filter.Allow(SCMP_SYS(tgkill), {Is(0, static_cast<uint64_t>(getpid()))}); // for abort
