@@ -8,13 +8,9 @@ if(QSA_INSTRUMENT STREQUAL "asan")
     # Line numbers are enough for a report, and more optimisation doubles the compile time.
     set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -gline-tables-only")
 elseif(QSA_INSTRUMENT MATCHES "^(coverage|branches)$") # "branches": the fuzz targets are built too
-    # Without optimisation, so that each condition is there. Children of the tests leave by _exit, which must write the
-    # counters too; an option, not a library, as it belongs to no floor.
-    set(coverage_exit ${CMAKE_BINARY_DIR}/CoverageExit.o)
-    execute_process(COMMAND_ERROR_IS_FATAL ANY COMMAND ${CMAKE_CXX_COMPILER} -std=c++20
-        -c ${CMAKE_CURRENT_LIST_DIR}/../tools/CoverageExit.cpp -o ${coverage_exit})
+    # Without optimisation, so that each condition is there.
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
-    add_link_options(-fprofile-instr-generate ${coverage_exit})
+    add_link_options(-fprofile-instr-generate)
 elseif(QSA_INSTRUMENT)
     message(FATAL_ERROR "QSA_INSTRUMENT is '${QSA_INSTRUMENT}'; asan, coverage, branches or nothing")
 endif()
