@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// Eight floats or eight integers at once, for processors with AVX2. Each lane gives the same bits as the
+// Eight floats, eight integers or four doubles at once, for processors with AVX2. Each lane gives the same bits as the
 // operation of the same name in SimdPlain.h. Only sources that are compiled for AVX2 may include this; the
 // processor has to be asked before their code runs. Everything here is local to the source that includes
 // it, because the linker keeps one copy of a shared function, and that one must run everywhere.
@@ -320,6 +320,82 @@ static inline Ints8 LoadFourHalvesTwice(const void* low, const void* high)
     const __m128i a = _mm_loadl_epi64(static_cast<const __m128i*>(low));
     const __m128i b = _mm_loadl_epi64(static_cast<const __m128i*>(high));
     return {_mm256_cvtepu16_epi32(_mm_unpacklo_epi64(a, b))};
+}
+
+/// Four doubles. As a mask, all bits of a lane are set or none.
+struct Doubles4 {
+    __m256d lanes;
+};
+
+static inline Doubles4 SplatDouble4(double value)
+{
+    return {_mm256_set1_pd(value)};
+}
+
+/// Four floats, at any alignment.
+static inline Doubles4 LoadAsDoubles(const float* at)
+{
+    return {_mm256_cvtps_pd(_mm_loadu_ps(at))};
+}
+
+static inline void StoreAsFloats(float* at, Doubles4 a)
+{
+    _mm_storeu_ps(at, _mm256_cvtpd_ps(a.lanes));
+}
+
+static inline Doubles4 operator+(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_add_pd(a.lanes, b.lanes)};
+}
+
+static inline Doubles4 operator-(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_sub_pd(a.lanes, b.lanes)};
+}
+
+static inline Doubles4 operator*(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_mul_pd(a.lanes, b.lanes)};
+}
+
+static inline Doubles4 operator/(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_div_pd(a.lanes, b.lanes)};
+}
+
+static inline Doubles4 operator&(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_and_pd(a.lanes, b.lanes)};
+}
+
+static inline Doubles4 operator|(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_or_pd(a.lanes, b.lanes)};
+}
+
+static inline Doubles4 AndNot(Doubles4 mask, Doubles4 a)
+{
+    return {_mm256_andnot_pd(mask.lanes, a.lanes)};
+}
+
+static inline Doubles4 Select(Doubles4 mask, Doubles4 a, Doubles4 b)
+{
+    return (mask & a) | AndNot(mask, b);
+}
+
+static inline Doubles4 SquareRoot(Doubles4 a)
+{
+    return {_mm256_sqrt_pd(a.lanes)};
+}
+
+static inline Doubles4 IsLess(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_cmp_pd(a.lanes, b.lanes, _CMP_LT_OS)};
+}
+
+static inline Doubles4 IsLessOrEqual(Doubles4 a, Doubles4 b)
+{
+    return {_mm256_cmp_pd(a.lanes, b.lanes, _CMP_LE_OS)};
 }
 
 } // namespace simd_avx2

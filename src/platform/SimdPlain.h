@@ -449,6 +449,36 @@ inline uint32_t ByteBits(Ints4 mask)
     return bits;
 }
 
+/// Eight bytes from each of two places.
+inline Ints4 LoadBytes(const void* firstEight, const void* lastEight)
+{
+    Bytes16 bytes;
+    std::memcpy(bytes.data(), firstEight, 8);
+    std::memcpy(bytes.data() + 8, lastEight, 8);
+    return std::bit_cast<Ints4>(bytes);
+}
+
+/// In each half of eight bytes, each byte at the place behind its own, and 0 at the first.
+inline Ints4 NextBytes(Ints4 a)
+{
+    const Bytes16 bytes = std::bit_cast<Bytes16>(a);
+    return ForLanes<Ints4, uint8_t, 16>(
+        [&bytes](size_t i) { return i % 8 != 0 ? bytes[i - 1] : uint8_t{0}; });
+}
+
+/// Four numbers of eight decimal digits, each digit a byte of 0 to 9, the highest digit first.
+inline Ints4 JoinDigits(Ints4 firstTwo, Ints4 lastTwo)
+{
+    const std::array<Bytes16, 2> digits = {std::bit_cast<Bytes16>(firstTwo),
+                                           std::bit_cast<Bytes16>(lastTwo)};
+    return ForLanes<Ints4, int32_t, 4>([&digits](size_t number) {
+        int32_t value = 0;
+        for (size_t i = 0; i < 8; ++i)
+            value = value * 10 + digits[number / 2][number % 2 * 8 + i];
+        return value;
+    });
+}
+
 // Doubles. As a mask, all bits of a lane are set or none.
 
 inline Doubles2 SplatDouble(double value)

@@ -315,6 +315,29 @@ inline uint32_t ByteBits(Ints4 mask)
     return static_cast<uint32_t>(_mm_movemask_epi8(mask.lanes));
 }
 
+inline Ints4 LoadBytes(const void* firstEight, const void* lastEight)
+{
+    const __m128i first = _mm_loadl_epi64(static_cast<const __m128i*>(firstEight));
+    return {_mm_unpacklo_epi64(first, _mm_loadl_epi64(static_cast<const __m128i*>(lastEight)))};
+}
+
+inline Ints4 NextBytes(Ints4 a)
+{
+    return {_mm_slli_epi64(a.lanes, 8)};
+}
+
+inline Ints4 JoinDigits(Ints4 firstTwo, Ints4 lastTwo)
+{
+    const auto joinFours = [](__m128i digits) {
+        const __m128i tens =
+            _mm_mullo_epi16(_mm_and_si128(digits, _mm_set1_epi16(0xFF)), _mm_set1_epi16(10));
+        const __m128i pairs = _mm_add_epi16(tens, _mm_srli_epi16(digits, 8));
+        return _mm_madd_epi16(pairs, _mm_set1_epi32(100 + (1 << 16)));
+    };
+    const __m128i fours = _mm_packs_epi32(joinFours(firstTwo.lanes), joinFours(lastTwo.lanes));
+    return {_mm_madd_epi16(fours, _mm_set1_epi32(10000 + (1 << 16)))};
+}
+
 inline Doubles2 SplatDouble(double value)
 {
     return {_mm_set1_pd(value)};

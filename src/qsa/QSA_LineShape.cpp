@@ -1,14 +1,11 @@
 #include "qsa/QSA_LineShape.h"
 
 #include <algorithm>
-
-#include "qsa/QSA_DigitWord.h"
+#include <cstring>
 
 namespace {
 
-constexpr uint32_t kWordBytes = 8; // of a number that is read as one word
-constexpr uint64_t kBlanks = 0x2020202020202020;
-constexpr uint64_t kDigitBits = 0x1010101010101010; // what digits have and blanks have not
+constexpr char kDigitBit = '0' ^ ' '; // what digits have and blanks have not
 
 bool IsDigit(uint8_t c)
 {
@@ -28,23 +25,31 @@ bool QSA_LineShape::Take(QSA_TextCursor& cursor)
         const simd::Ints4 raised = MaxBytes(bytes, simd::LoadInts(low + i));
         differences = differences | (MinBytes(raised, simd::LoadInts(high + i)) ^ bytes);
     }
-    if (ByteBits(AreBytesEqual(differences, simd::SplatInt(0))) != 0xFFFF)
-        return false;
-
-    uint64_t wrong = 0;
-    for (size_t i = 0; i < count; ++i) {
-        const uint64_t text = LoadTextWord(line + fields[i].end - kWordBytes);
-        const uint64_t halves = (text ^ kBlanks) & fields[i].kept;
-        const uint64_t isDigit = halves & kDigitBits;
-        const uint64_t digits = halves ^ isDigit;
-        // A blank is 0 by now, and none stands behind a digit.
-        wrong |= (digits & ~(isDigit - (isDigit >> 4))) | ((isDigit << 8) & ~isDigit);
-        values[i] = static_cast<int32_t>(JoinDigits(digits));
-    }
-    if (wrong != 0)
+    if (!TakeNumbers(line, differences))
         return false;
     cursor.at = line + size - 1;
     return true;
+}
+
+/// Reads the numbers four at a time, as most lines have about as many. False if one has a blank behind a
+/// digit, or if a bit of `wrong` is set already.
+bool QSA_LineShape::TakeNumbers(const uint8_t* line, simd::Ints4 wrong)
+{
+    const simd::Ints4 zero = simd::SplatInt(0);
+    const auto takeDigits = [&](size_t i) {
+        const simd::Ints4 text = simd::LoadBytes(line + begins[i], line + begins[i + 1]);
+        const simd::Ints4 halves = (text ^ simd::SplatByte(' ')) & simd::LoadInts(kept[i]);
+        const simd::Ints4 isDigit = halves & simd::SplatByte(kDigitBit);
+        const simd::Ints4 digits = halves ^ isDigit;
+        // A blank is 0 by now, and none stands behind a digit.
+        wrong = wrong | (AreBytesEqual(isDigit, zero) & (digits | NextBytes(isDigit)));
+        return digits;
+    };
+    for (size_t i = 0; i < count; i += 4) {
+        const simd::Ints4 firstTwo = takeDigits(i);
+        StoreInts(values + i, JoinDigits(firstTwo, takeDigits(i + 2)));
+    }
+    return ByteBits(AreBytesEqual(wrong, zero)) == 0xFFFF;
 }
 
 void QSA_LineShape::Start(const QSA_TextCursor& cursor)
@@ -58,7 +63,7 @@ bool QSA_LineShape::TakeInt(QSA_TextCursor& cursor)
 {
     if (count == kMostNumbers || !cursor.TakeInt(&values[count]))
         return false;
-    fields[count++] = {static_cast<uint32_t>(cursor.at - start), 0};
+    ends[count++] = static_cast<uint32_t>(cursor.at - start);
     return true;
 }
 
@@ -69,11 +74,13 @@ void QSA_LineShape::Finish(const QSA_TextCursor& cursor)
         return;
     size = length;
     LearnBytes();
+    std::memset(begins, 0, sizeof(begins));
+    std::memset(kept, 0, sizeof(kept));
     uint32_t begin = 0;
     for (size_t i = 0; i < count && size > 0; ++i) {
         if (!LearnField(i, begin))
             size = 0;
-        begin = fields[i].end;
+        begin = ends[i];
     }
 }
 
@@ -97,19 +104,19 @@ void QSA_LineShape::LearnBytes()
 /// end of the number before.
 bool QSA_LineShape::LearnField(size_t i, uint32_t begin)
 {
-    Field& field = fields[i];
-    uint32_t at = field.end;
+    const uint32_t end = ends[i];
+    uint32_t at = end;
     while (at > begin && IsDigit(start[at - 1]))
         --at;
-    const uint32_t digits = field.end - at;
-    if (field.end < kWordBytes || digits == 0 || digits > kWordBytes || start[at - 1] == '-')
+    const uint32_t digits = end - at;
+    if (end < kWordBytes || digits == 0 || digits > kWordBytes || start[at - 1] == '-')
         return false;
-    while (at - 1 > begin && field.end - at < kWordBytes && start[at - 1] == ' ' &&
-           start[at - 2] == ' ')
+    while (at - 1 > begin && end - at < kWordBytes && start[at - 1] == ' ' && start[at - 2] == ' ')
         --at;
-    field.kept = KeepLastBytes(~uint64_t{0}, field.end - at);
-    for (uint32_t k = at; k < field.end; ++k) {
-        low[k] = k + 1 < field.end ? ' ' : '0';
+    begins[i] = end - kWordBytes;
+    std::fill(kept[i] + (at - begins[i]), std::end(kept[i]), uint8_t{255});
+    for (uint32_t k = at; k < end; ++k) {
+        low[k] = k + 1 < end ? ' ' : '0';
         high[k] = '9';
     }
     return true;

@@ -35,11 +35,9 @@ private:
     static constexpr size_t kBlock = sizeof(simd::Ints4);
     static constexpr size_t kMostBytes = 9 * kBlock;
 
-    struct Field {
-        uint32_t end;  ///< of its digits, from the start of the line
-        uint64_t kept; ///< the digits and the blanks before them, in the word that ends there
-    };
+    static constexpr uint32_t kWordBytes = 8; // of a number and the blanks before it
 
+    bool TakeNumbers(const uint8_t* line, simd::Ints4 wrong);
     bool LearnField(size_t i, uint32_t begin);
     void LearnBytes();
 
@@ -49,7 +47,31 @@ private:
     alignas(kBlock) uint8_t high[kMostBytes] = {};
     size_t size = 0; ///< with the byte behind the last number; 0: no layout
     size_t count = 0;
-    Field fields[kMostNumbers] = {};
+    uint32_t ends[kMostNumbers] = {};   ///< of the numbers, from the start of the line
+    uint32_t begins[kMostNumbers] = {}; ///< of the eight bytes that end with a number
+    uint8_t kept[kMostNumbers][kWordBytes] =
+        {}; ///< 255 for a number's digits and the blanks before them, else 0
     int32_t values[kMostNumbers] = {};
+    static_assert(kMostNumbers % 4 == 0);
     const uint8_t* start = nullptr; ///< of the line that is being read
+};
+
+/// The layouts of the last two lines that differed: where numbers become longer, lines with and without the
+/// longer ones take turns.
+class QSA_LineShapes {
+public:
+    /// As the shape's; the line is `Last` then.
+    bool Take(QSA_TextCursor& cursor)
+    {
+        if (shapes[last].Take(cursor))
+            return true;
+        last = 1 - last;
+        return shapes[last].Take(cursor);
+    }
+    /// The layout of the last line. After `Take` gave false, the older one, to be learned anew.
+    QSA_LineShape& Last() { return shapes[last]; }
+
+private:
+    QSA_LineShape shapes[2];
+    size_t last = 0;
 };

@@ -9,6 +9,8 @@ namespace {
 /// The remainder that is never negative.
 int32_t Modulo(int32_t value, int32_t divisor)
 {
+    if (value >= 0 && value < divisor) // most are, and dividing takes longer
+        return value;
     const int32_t rest = value % divisor;
     return rest < 0 ? rest + divisor : rest;
 }
@@ -48,8 +50,18 @@ void QSA_MeshBuilder::Build(const char* meshName, int32_t subMaterials)
     duplicateCount = 0;
     invalidFaceCount = 0;
 
-    for (size_t i = 0; i < faces.size(); ++i)
-        BuildFace(i, meshName, subMaterials);
+    QSA_FaceAngles angles;
+    for (size_t first = 0; first < faces.size(); first += QSA_FaceAngles::kMost) {
+        const size_t number = std::min(faces.size() - first, QSA_FaceAngles::kMost);
+        for (size_t i = 0; i < number; ++i) {
+            const uint16_t(&corner)[3] = faces[first + i].vertex;
+            angles.Measure(i, vertices[corner[0]].position, vertices[corner[1]].position,
+                           vertices[corner[2]].position);
+        }
+        angles.Finish(number);
+        for (size_t i = 0; i < number; ++i)
+            BuildFace(first + i, angles, i, meshName, subMaterials);
+    }
     if (duplicateCount > 0)
         report.Warning("%i vertices duplicated in mesh '%s'", duplicateCount, meshName);
     ShareNormals();
@@ -57,24 +69,23 @@ void QSA_MeshBuilder::Build(const char* meshName, int32_t subMaterials)
         attributeCount = 1;
 }
 
-void QSA_MeshBuilder::BuildFace(size_t index, const char* meshName, int32_t subMaterials)
+/// Face `index` is the one at `place` of the measured ones.
+void QSA_MeshBuilder::BuildFace(size_t index, const QSA_FaceAngles& angles, size_t place,
+                                const char* meshName, int32_t subMaterials)
 {
     QSA_SourceFace& face = faces[index];
     face.material = subMaterials > 0 ? Modulo(face.material, subMaterials) : 0;
 
-    const QSA_FaceAngles angles =
-        MeasureFace(vertices[face.vertex[0]].position, vertices[face.vertex[1]].position,
-                    vertices[face.vertex[2]].position);
-    if (!angles.isFace) {
+    if (!angles.isFace[place]) {
         report.Warning("Invalid face %i in mesh '%s'", static_cast<int32_t>(index), meshName);
         ++invalidFaceCount;
         face.attribute = -1;
         return;
     }
     for (size_t c = 0; c < 3; ++c) {
-        const float cornerNormal[3] = {angles.normal[0] * angles.angle[c],
-                                       angles.normal[1] * angles.angle[c],
-                                       angles.normal[2] * angles.angle[c]};
+        const float(&normal)[3] = angles.normal[place];
+        const float angle = angles.Angle(place, c);
+        const float cornerNormal[3] = {normal[0] * angle, normal[1] * angle, normal[2] * angle};
         const QSA_TextureVertex* tVertex =
             hasTextureFaces ? &tVertices[tFaces[index].vertex[c]] : nullptr;
         const uint32_t vertex =
@@ -104,26 +115,32 @@ uint32_t QSA_MeshBuilder::AddBuiltVertex(uint32_t sourceVertex, const QSA_Smooth
                                          const float (&normal)[3], int32_t material,
                                          const QSA_TextureVertex* tVertex)
 {
-    QSA_SourceVertex& source = vertices[sourceVertex];
-    for (uint32_t copy = source.firstCopy; copy != kNoVertex; copy = built[copy].nextCopy) {
+    for (uint32_t copy = vertices[sourceVertex].firstCopy; copy != kNoVertex;
+         copy = built[copy].nextCopy) {
         QSA_BuiltVertex& vertex = built[copy];
         if (vertex.material != material)
             continue;
         if (tVertex && !(vertex.texCoord[0] == tVertex->u && vertex.texCoord[1] == tVertex->v))
             continue;
-        const QSA_SmoothingSet common = smoothing & vertex.smoothing;
-        if (common.IsEmpty())
+        if (!vertex.smoothing.Meets(smoothing))
             continue;
-        vertex.smoothing = common;
+        vertex.smoothing.Narrow(smoothing);
         AddNormal(&vertex, normal);
         return copy;
     }
+    return AddCopy(sourceVertex, smoothing, normal, material);
+}
 
+/// For a corner that no copy matched.
+uint32_t QSA_MeshBuilder::AddCopy(uint32_t sourceVertex, const QSA_SmoothingSet& smoothing,
+                                  const float (&normal)[3], int32_t material)
+{
+    QSA_SourceVertex& source = vertices[sourceVertex];
     if (source.copyCount >= kMaxVertexCopies) {
         report.Warning("Too many smoothing groups on vertex %i!",
                        static_cast<int32_t>(sourceVertex));
-        // A corner that no copy matched goes to the first copy, whose smoothing groups become
-        // empty: the last intersection tried is empty, or it would have matched.
+        // It goes to the first copy, whose smoothing groups become empty: the last intersection tried is
+        // empty, or it would have matched.
         QSA_BuiltVertex& first = built[source.firstCopy];
         first.smoothing.Clear();
         AddNormal(&first, normal);
@@ -184,7 +201,7 @@ void QSA_MeshBuilder::ShareNormalsOf(const QSA_SourceVertex& vertex)
     };
     for (uint32_t i = 0; i < number; ++i) {
         for (uint32_t j = i + 1; j < number; ++j) {
-            if ((copies[i]->smoothing & copies[j]->smoothing).IsEmpty())
+            if (!copies[i]->smoothing.Meets(copies[j]->smoothing))
                 continue;
             add(sums[i], *copies[j]);
             add(sums[j], *copies[i]);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/ErrorClass.h"
+#include "qsa/QSA_FaceAngles.h"
 #include "qsa/QSA_SmoothingSet.h"
 
 inline constexpr int32_t kMaxSmoothingGroups = 8; ///< of one face
@@ -96,7 +97,10 @@ public:
     int32_t invalidFaceCount = 0;
 
 private:
-    void BuildFace(size_t index, const char* meshName, int32_t subMaterials);
+    void BuildFace(size_t index, const QSA_FaceAngles& angles, size_t place, const char* meshName,
+                   int32_t subMaterials);
+    uint32_t AddCopy(uint32_t sourceVertex, const QSA_SmoothingSet& smoothing,
+                     const float (&normal)[3], int32_t material);
     int32_t AttributeOf(int32_t subMaterial, int32_t subMaterials);
     void ShareNormalsOf(const QSA_SourceVertex& vertex);
 

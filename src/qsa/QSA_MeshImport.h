@@ -86,7 +86,12 @@ private:
     int32_t ParseMesh(KRE_Mesh* mesh);
     int32_t ParseMeshKeyword(QSA_Token token, KRE_Mesh* mesh);
     void ReadCount(QSA_MeshList list, const KRE_Mesh* mesh);
-    void CheckEntry(int32_t index, int32_t expected, QSA_MeshList list, const KRE_Mesh* mesh);
+    void CheckEntry(int32_t index, int32_t expected, QSA_MeshList list, const KRE_Mesh* mesh)
+    {
+        if (index != expected || index >= counts[list].number)
+            RefuseEntry(index, expected, list, mesh);
+    }
+    void RefuseEntry(int32_t index, int32_t expected, QSA_MeshList list, const KRE_Mesh* mesh);
     int32_t ParseVertexList(const KRE_Mesh* mesh);
     int32_t ParseFaceList(const KRE_Mesh* mesh);
     void ParseFace(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
@@ -101,9 +106,10 @@ private:
     bool TakeVertexLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
     bool TakeFaceLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
     bool LearnFaceLine(QSA_TextCursor& cursor);
-    bool LearnSmoothing(QSA_TextCursor& cursor);
+    static bool LearnSmoothing(QSA_TextCursor& cursor, QSA_LineShape* shape);
     bool TakeTVertexLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
     bool TakeTFaceLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh);
+    bool LearnTFaceLine(QSA_TextCursor& cursor);
 
     // --- bone weights: QSA_MeshImportWeights.cpp
     int32_t ParseWeights(KRE_Mesh* mesh);
@@ -133,7 +139,8 @@ private:
 
     SearchTree<QSA_MeshLoadInfo> meshInfos; ///< by node name
     QSA_MeshBuilder builder;
-    QSA_LineShape faceLine;            ///< of the last line with a face
+    QSA_LineShapes faceLines;          ///< of lines with a face
+    QSA_LineShapes tFaceLines;         ///< of lines with a texture face
     QSA_NodeGeometry geometry;         ///< of the current node
     QSA_MeshCounts counts[kMeshLists]; ///< of the current MESH block
     bool smoothingCut = false;         ///< a face of the current mesh had too many groups

@@ -39,71 +39,82 @@ bool QSA_MeshImport::TakeTVertexLine(QSA_TextCursor& cursor, int32_t expected, c
 
 bool QSA_MeshImport::TakeTFaceLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh)
 {
-    QSA_TextCursor line = cursor;
-    if (!line.TakeKeyword("*MESH_TFACE"))
+    if (!tFaceLines.Take(cursor) && !LearnTFaceLine(cursor))
         return false;
-    QSA_NumberRow row(line);
-    int32_t numbers[4] = {};
-    for (int32_t& number : numbers) {
-        if (!row.TakeInt(&number))
-            return false;
-    }
-    CheckEntry(numbers[0], expected, kTFaceList, mesh);
+    const QSA_LineShape& shape = tFaceLines.Last();
+    CheckEntry(shape.Number(0), expected, kTFaceList, mesh);
     QSA_TextureFace& face = EntryAt(builder.tFaces, expected);
     for (size_t c = 0; c < 3; ++c)
-        face.vertex[c] = CutCorner(numbers[c + 1], kTFaceList);
-    cursor.at = row.Place();
+        face.vertex[c] = CutCorner(shape.Number(c + 1), kTFaceList);
+    return true;
+}
+
+bool QSA_MeshImport::LearnTFaceLine(QSA_TextCursor& cursor)
+{
+    QSA_TextCursor line = cursor;
+    QSA_LineShape& shape = tFaceLines.Last();
+    shape.Start(line);
+    if (!line.TakeKeyword("*MESH_TFACE"))
+        return false;
+    for (int number = 0; number < 4; ++number) {
+        if (!shape.TakeInt(line))
+            return false;
+    }
+    shape.Finish(line);
+    cursor = line;
     return true;
 }
 
 /// A face with its smoothing groups and its material.
 bool QSA_MeshImport::TakeFaceLine(QSA_TextCursor& cursor, int32_t expected, const KRE_Mesh* mesh)
 {
-    if (!faceLine.Take(cursor) && !LearnFaceLine(cursor))
+    if (!faceLines.Take(cursor) && !LearnFaceLine(cursor))
         return false;
+    const QSA_LineShape& shape = faceLines.Last();
     constexpr size_t kFirstGroup = 4; // behind the index and the corners
-    const size_t last = faceLine.NumberCount() - 1;
-    CheckEntry(faceLine.Number(0), expected, kFaceList, mesh);
+    const size_t last = shape.NumberCount() - 1;
+    CheckEntry(shape.Number(0), expected, kFaceList, mesh);
     QSA_SourceFace& face = EntryAt(builder.faces, expected);
     for (size_t c = 0; c < 3; ++c)
-        face.vertex[c] = CutCorner(faceLine.Number(c + 1), kFaceList);
+        face.vertex[c] = CutCorner(shape.Number(c + 1), kFaceList);
     face.smoothing.Clear();
     for (size_t i = kFirstGroup; i < last; ++i)
-        face.smoothing.Add(faceLine.Number(i));
-    face.material = faceLine.Number(last);
+        face.smoothing.Add(shape.Number(i));
+    face.material = shape.Number(last);
     return true;
 }
 
 bool QSA_MeshImport::LearnFaceLine(QSA_TextCursor& cursor)
 {
     QSA_TextCursor line = cursor;
-    faceLine.Start(line);
+    QSA_LineShape& shape = faceLines.Last();
+    shape.Start(line);
     line.SkipLineRest();
-    if (!line.TakeKeyword("*MESH_FACE") || !faceLine.TakeInt(line))
+    if (!line.TakeKeyword("*MESH_FACE") || !shape.TakeInt(line))
         return false;
     for (const char corner : {'A', 'B', 'C'}) {
-        if (!line.TakeThrough(corner) || !line.TakeThrough(':') || !faceLine.TakeInt(line))
+        if (!line.TakeThrough(corner) || !line.TakeThrough(':') || !shape.TakeInt(line))
             return false;
     }
     line.SkipLineRest();
-    if (!line.TakeKeyword("*MESH_SMOOTHING") || !LearnSmoothing(line))
+    if (!line.TakeKeyword("*MESH_SMOOTHING") || !LearnSmoothing(line, &shape))
         return false;
     line.SkipLineRest();
-    if (!line.TakeKeyword("*MESH_MTLID") || !faceLine.TakeInt(line))
+    if (!line.TakeKeyword("*MESH_MTLID") || !shape.TakeInt(line))
         return false;
-    faceLine.Finish(line);
+    shape.Finish(line);
     cursor = line;
     return true;
 }
 
 /// Fewer groups than a line may have numbers, so never too many for a face.
-bool QSA_MeshImport::LearnSmoothing(QSA_TextCursor& cursor)
+bool QSA_MeshImport::LearnSmoothing(QSA_TextCursor& cursor, QSA_LineShape* shape)
 {
     static_assert(QSA_LineShape::kMostNumbers - 4 <= kMaxSmoothingGroups);
     cursor.SkipSpace();
     if (*cursor.at == '*')
         return true;
-    while (faceLine.TakeInt(cursor)) {
+    while (shape->TakeInt(cursor)) {
         cursor.SkipSpace();
         if (*cursor.at != ',')
             return true;

@@ -114,12 +114,10 @@ void QSA_MeshImport::ReadCount(QSA_MeshList list, const KRE_Mesh* mesh)
     }
 }
 
-void QSA_MeshImport::CheckEntry(int32_t index, int32_t expected, QSA_MeshList list,
-                                const KRE_Mesh* mesh)
+void QSA_MeshImport::RefuseEntry(int32_t index, int32_t expected, QSA_MeshList list,
+                                 const KRE_Mesh* mesh)
 {
     const ListRules& rules = kListRules[list];
-    if (index == expected && index < counts[list].number)
-        return;
     if (!counts[list].isKnown)
         text.Error("Mesh '%s' has %s ahead of their count: %i", mesh->name.c_str(), rules.what,
                    index);

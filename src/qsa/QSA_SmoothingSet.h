@@ -15,9 +15,15 @@ struct QSA_SmoothingSet {
     }
     bool IsEmpty() const { return (bits[0] | bits[1] | bits[2] | bits[3]) == 0; }
 
-    friend QSA_SmoothingSet operator&(const QSA_SmoothingSet& a, const QSA_SmoothingSet& b)
+    bool Meets(const QSA_SmoothingSet& other) const
     {
-        return {{a.bits[0] & b.bits[0], a.bits[1] & b.bits[1], a.bits[2] & b.bits[2],
-                 a.bits[3] & b.bits[3]}};
+        return ((bits[0] & other.bits[0]) | (bits[1] & other.bits[1]) | (bits[2] & other.bits[2]) |
+                (bits[3] & other.bits[3])) != 0;
+    }
+    /// Keeps only groups that are in `other`, too.
+    void Narrow(const QSA_SmoothingSet& other)
+    {
+        for (int i = 0; i < 4; ++i)
+            bits[i] &= other.bits[i];
     }
 };

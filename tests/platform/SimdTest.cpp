@@ -232,6 +232,7 @@ TEST(Simd, BothFormsCalculateWithHalvesAndBytesAlike)
     HoldInts("equal bytes", [](auto a, auto b) { return AreBytesEqual(a, b); });
     HoldInts("lesser bytes", [](auto a, auto b) { return MinBytes(a, b); });
     HoldInts("greater bytes", [](auto a, auto b) { return MaxBytes(a, b); });
+    HoldInts("next bytes", [](auto a, auto) { return NextBytes(a); });
     HoldInts("byte bits", [](auto a, auto) { return ByteBits(a); });
 }
 
@@ -267,8 +268,28 @@ TEST(Simd, BothFormsMakeAndLoadAlike)
     const char* const bytes =
         "\x01\xFF\x80\x7F\x10\x32\x54\x76\x98\xBA\xDC\xFE\x11\x22\x33\x44\x55";
     EXPECT_EQ(BitsOf(simd::LoadInts(bytes + 1)), BitsOf(simd_plain::LoadInts(bytes + 1)));
+    EXPECT_EQ(BitsOf(simd::LoadBytes(bytes + 1, bytes + 7)),
+              BitsOf(simd_plain::LoadBytes(bytes + 1, bytes + 7)));
     EXPECT_EQ(BitsOf(simd::LoadFourHalves(bytes + 1)),
               BitsOf(simd_plain::LoadFourHalves(bytes + 1)));
+}
+
+TEST(Simd, BothFormsJoinDigitsAlike)
+{
+    const auto bytes = [](const char* text) {
+        std::array<char, 16> digits;
+        for (size_t i = 0; i < digits.size(); ++i)
+            digits[i] = static_cast<char>(text[i] - '0');
+        return digits;
+    };
+    const auto first = bytes("1234567899999999"), last = bytes("0000000000000010");
+    const IntArray numbers = {12345678, 99999999, 0, 10};
+    EXPECT_EQ(std::bit_cast<IntArray>(
+                  JoinDigits(std::bit_cast<simd::Ints4>(first), std::bit_cast<simd::Ints4>(last))),
+              numbers);
+    EXPECT_EQ(std::bit_cast<IntArray>(JoinDigits(std::bit_cast<simd_plain::Ints4>(first),
+                                                 std::bit_cast<simd_plain::Ints4>(last))),
+              numbers);
 }
 
 TEST(Simd, RoundsTiesToEven)

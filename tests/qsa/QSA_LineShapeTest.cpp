@@ -20,8 +20,19 @@ bool Learn(QSA_LineShape* shape, const std::string& line, size_t numbers)
     return true;
 }
 
-/// The numbers of a line that has the shape, else nothing.
-std::vector<int32_t> Taken(QSA_LineShape* shape, const std::string& line)
+const QSA_LineShape& ShapeOf(QSA_LineShape* shape)
+{
+    return *shape;
+}
+
+const QSA_LineShape& ShapeOf(QSA_LineShapes* shapes)
+{
+    return shapes->Last();
+}
+
+/// The numbers of a line that has the shape, or one of them, else nothing.
+template <class Shape>
+std::vector<int32_t> Taken(Shape* shape, const std::string& line)
 {
     const PaddedText text(line);
     QSA_TextCursor cursor = text.Cursor();
@@ -31,8 +42,8 @@ std::vector<int32_t> Taken(QSA_LineShape* shape, const std::string& line)
     }
     EXPECT_EQ(text.PlaceOf(cursor), line.find_last_of("0123456789") + 1) << line;
     std::vector<int32_t> numbers;
-    for (size_t i = 0; i < shape->NumberCount(); ++i)
-        numbers.push_back(shape->Number(i));
+    for (size_t i = 0; i < ShapeOf(shape).NumberCount(); ++i)
+        numbers.push_back(ShapeOf(shape).Number(i));
     return numbers;
 }
 
@@ -157,4 +168,40 @@ TEST(QSA_LineShape, SignedNumberIsNotKept)
     EXPECT_EQ(shape.Number(0), -12);
     shape.Finish(cursor);
     EXPECT_EQ(Taken(&shape, "*A_KEYWORD -12 \n"), Numbers());
+}
+
+TEST(QSA_LineShapes, KeepTheLastTwo)
+{
+    QSA_LineShapes shapes;
+    const std::string kLines[] = {"\n\t*LINE_OF 12:\tA\n", "\n\t*LINE_OF 123:\tA\n",
+                                  "\n\t*LINE_OF 1234:\tA\n"};
+    const Numbers kNumbers[] = {{12}, {123}, {1234}};
+    for (const int line : {0, 1}) {
+        EXPECT_EQ(Taken(&shapes, kLines[line]), Numbers{});
+        ASSERT_TRUE(Learn(&shapes.Last(), kLines[line], 1));
+    }
+    for (const int line : {0, 0, 1, 0, 1, 1})
+        EXPECT_EQ(Taken(&shapes, kLines[line]), kNumbers[line]) << line;
+    EXPECT_EQ(Taken(&shapes, kLines[2]), Numbers{})
+        << "the second was taken last, so the first goes";
+    ASSERT_TRUE(Learn(&shapes.Last(), kLines[2], 1));
+    EXPECT_EQ(Taken(&shapes, kLines[1]), kNumbers[1]);
+    EXPECT_EQ(Taken(&shapes, kLines[2]), kNumbers[2]);
+    EXPECT_EQ(Taken(&shapes, kLines[0]), Numbers{});
+}
+
+TEST(QSA_LineShape, TakesAsManyNumbersAsALineMayHave)
+{
+    for (size_t count = 1; count <= QSA_LineShape::kMostNumbers; ++count) {
+        std::string line = "\n\t*LINE_OF";
+        Numbers numbers;
+        for (size_t i = 0; i < count; ++i) {
+            numbers.push_back(static_cast<int32_t>(98765432 - i));
+            line += " " + std::to_string(numbers.back());
+        }
+        line += "\n";
+        QSA_LineShape shape;
+        ASSERT_TRUE(Learn(&shape, line, count));
+        EXPECT_EQ(Taken(&shape, line), numbers) << count;
+    }
 }

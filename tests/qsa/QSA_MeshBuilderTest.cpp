@@ -84,11 +84,21 @@ protected:
 
 TEST(QSA_SmoothingSet, HoldsGroupsModulo256)
 {
-    EXPECT_TRUE(Groups({}).IsEmpty());
-    EXPECT_FALSE((Groups({1}) & Groups({257})).IsEmpty());
-    EXPECT_FALSE((Groups({-1}) & Groups({255})).IsEmpty());
-    EXPECT_TRUE((Groups({0, 63, 64, 128}) & Groups({1, 62, 65, 129, 192})).IsEmpty());
-    EXPECT_FALSE((Groups({0, 63, 64, 192}) & Groups({192})).IsEmpty());
+    EXPECT_TRUE(Groups({1}).Meets(Groups({257})));
+    EXPECT_TRUE(Groups({-1}).Meets(Groups({255})));
+    EXPECT_FALSE(Groups({0, 63, 64, 128}).Meets(Groups({1, 62, 65, 129, 192})));
+    EXPECT_TRUE(Groups({0, 63, 64, 192}).Meets(Groups({192})));
+    EXPECT_FALSE(Groups({}).Meets(Groups({1})));
+}
+
+TEST(QSA_SmoothingSet, NarrowKeepsCommonGroups)
+{
+    for (const int32_t group : {0, 63, 64, 128, 255}) {
+        QSA_SmoothingSet set = Groups({0, 63, 64, 128, 255});
+        set.Narrow(Groups({group, 7}));
+        for (const int32_t other : {0, 7, 63, 64, 128, 255})
+            EXPECT_EQ(set.Meets(Groups({other})), other == group) << other << " of " << group;
+    }
 }
 
 TEST_F(QSA_MeshBuilderTest, CornersOfOneGroupJoin)
