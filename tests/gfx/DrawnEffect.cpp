@@ -2,17 +2,7 @@
 
 #include "tests/support/TestDevice.h"
 
-namespace {
-
-ComHandle<RecordingDirect3D> WrapRealDirect3D()
-{
-    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-    return RecordingDirect3D::Wrap(real.get());
-}
-
-} // namespace
-
-DrawnEffect::DrawnEffect() : EngineTest(WrapRealDirect3D())
+DrawnEffect::DrawnEffect() : EngineTest(RecordingDirect3D::WrapReal())
 {
     Start();
     gfx.CreateVertexList(&list, 3, 0, false);

@@ -8,15 +8,9 @@ using testing::SizeIs;
 
 namespace {
 
-ComHandle<RecordingDirect3D> WrapRealDirect3D()
-{
-    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-    return RecordingDirect3D::Wrap(real.get());
-}
-
 class KRE_GfxRealDeviceTest : public EngineTest {
 protected:
-    KRE_GfxRealDeviceTest() : EngineTest(WrapRealDirect3D()) {}
+    KRE_GfxRealDeviceTest() : EngineTest(RecordingDirect3D::WrapReal()) {}
 
     std::vector<DWORD> Picture()
     {

@@ -46,8 +46,7 @@ TextureEngine::TextureEngine()
 {
     ResetLogForTests();
     gLastCreation = {};
-    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-    direct3D = RecordingDirect3D::Wrap(real.get());
+    direct3D = RecordingDirect3D::WrapReal();
     gOffered = direct3D.get();
     gfx = std::make_unique<KRE_Gfx>(kRuntime);
     gfx->InitDevice(window.Handle(), 1, nullptr, 16, 0, 0, 0);

@@ -12,6 +12,12 @@ ComHandle<RecordingDirect3D> RecordingDirect3D::Wrap(IDirect3D9* d3d)
     return ComHandle<RecordingDirect3D>(new RecordingDirect3D(Shared(d3d)));
 }
 
+ComHandle<RecordingDirect3D> RecordingDirect3D::WrapReal()
+{
+    return ComHandle<RecordingDirect3D>(
+        new RecordingDirect3D(ComHandle<IDirect3D9>(Direct3DCreate9(D3D_SDK_VERSION))));
+}
+
 ComHandle<RecordingDirect3D> RecordingDirect3D::Standalone()
 {
     return ComHandle<RecordingDirect3D>(

@@ -11,6 +11,9 @@ public:
     /// Holds a reference to `d3d` until its own last reference is released.
     static ComHandle<RecordingDirect3D> Wrap(IDirect3D9* d3d);
 
+    /// Wraps a new one of the host's.
+    static ComHandle<RecordingDirect3D> WrapReal();
+
     /// Wraps a FakeDirect3D, whose devices are FakeDevices.
     static ComHandle<RecordingDirect3D> Standalone();
 

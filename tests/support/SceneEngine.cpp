@@ -57,8 +57,7 @@ SceneEngineTest::~SceneEngineTest()
 RecordingDirect3D& SceneEngineTest::StartRecording(int32_t vertexProcessing)
 {
     engine.reset();
-    const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-    recording = RecordingDirect3D::Wrap(real.get());
+    recording = RecordingDirect3D::WrapReal();
     engine = std::make_unique<SceneEngine>(vertexProcessing, recording.get());
     recording->ClearLines();
     return *recording;

@@ -75,8 +75,7 @@ TEST_F(DeviceLife, FailedStartLeavesNothingAlive)
     ShutdownGraphics();
     for (const char* call :
          {"CreateDevice", "GetBackBuffer", "CreateVertexBuffer", "SetTransform"}) {
-        const ComHandle<IDirect3D9> real(Direct3DCreate9(D3D_SDK_VERSION));
-        const ComHandle<RecordingDirect3D> failing = RecordingDirect3D::Wrap(real.get());
+        const ComHandle<RecordingDirect3D> failing = RecordingDirect3D::WrapReal();
         failing->FailNext(call, D3DERR_INVALIDCALL);
         gFailing = failing.get();
         EXPECT_THROW(StartGraphics(SettingsFromOptions(), kFailingRuntime), KRE_Error) << call;

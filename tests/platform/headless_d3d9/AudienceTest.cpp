@@ -49,9 +49,9 @@ protected:
 
 /// One draw with random states, some of them not modelled or not defined, and places that may not
 /// exist. Returns what the device answers and says.
-class RandomDraw {
+class WatchedDraw {
 public:
-    RandomDraw(IDirect3DDevice9& drawnOn, unsigned seed) : device(drawnOn), random(seed) {}
+    WatchedDraw(IDirect3DDevice9& drawnOn, unsigned seed) : device(drawnOn), random(seed) {}
 
     std::string Answer()
     {
@@ -198,9 +198,9 @@ TEST_F(AudienceTest, EveryCallIsAnsweredAsWithAnAudience)
     int refused = 0, accepted = 0;
     BindTexels(0, 2, 1, {0xFF0000FF, 0xFF00FF00});
     for (unsigned seed = 1; seed <= 3000; ++seed) {
-        const std::string withAudience = RandomDraw(*device.Get(), seed).Answer();
+        const std::string withAudience = WatchedDraw(*device.Get(), seed).Answer();
         DismissAudience();
-        const std::string without = RandomDraw(*device.Get(), seed).Answer();
+        const std::string without = WatchedDraw(*device.Get(), seed).Answer();
         RecallAudience();
         ASSERT_EQ(without, withAudience) << seed;
         (withAudience.back() == ')' ? refused : accepted) += 1;

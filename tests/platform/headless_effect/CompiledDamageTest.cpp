@@ -70,7 +70,7 @@ std::string ReferenceFile()
     return file.Bytes();
 }
 
-const TableConstant kInput = {"v", 2, 0, 1, D3DXPC_VECTOR, D3DXPT_FLOAT, 1, 4, 1, {}};
+const TableConstant kInputConstant = {"v", 2, 0, 1, D3DXPC_VECTOR, D3DXPT_FLOAT, 1, 4, 1, {}};
 
 std::string ComputationFile()
 {
@@ -78,7 +78,7 @@ std::string ComputationFile()
     file.AddParameter(file.Floats("v", {1.0f, 2.0f, 3.0f, 4.0f}));
     file.AddTechnique("t", {{"p", {{0x3C, 0, file.Float("", 0.0f)}}, {}}});
     file.AddResource({0, 0, kNone, 0, EffectFile::kCode},
-                     BytesOfWords(ComputationWords({kInput}, {2.0}, 2,
+                     BytesOfWords(ComputationWords({kInputConstant}, {2.0}, 2,
                                                    {0xA0500004u, 2, 0, 1, 0, 1, 2, 0, 2, 0, 0, 7, 0,
                                                     0x50000004u, 2, 0, 7, 0, 0, 7, 0, 0, 4, 0})));
     return file.Bytes();
@@ -134,7 +134,7 @@ std::string BeforehandFile()
     file.AddParameter(file.Floats("v", {1.0f, 2.0f, 3.0f, 4.0f}));
     file.AddTechnique("t", {{"p", {{0x92, 0, file.Object(D3DXPT_VERTEXSHADER, "")}}, {}}});
     const auto program =
-        ComputationWords({kInput}, {2.0}, 3,
+        ComputationWords({kInputConstant}, {2.0}, 3,
                          {0xA0500004u, 2, 0, 1, 0, 0,           2, 0, 0, 4, 12, 0x10000001u, 1, 0,
                           2,           0, 0, 5, 4, 0x10000001u, 1, 0, 2, 1, 0,  6,           8});
     file.AddResource({0, 0, kNone, 0, EffectFile::kCode},
@@ -155,7 +155,7 @@ std::string SelectorFile()
     std::vector<uint32_t> selector = {8};
     for (const auto& words :
          {WordsOfBytes(std::string("looks\0\0\0", 8)),
-          ComputationWords({kInput}, {}, 1, {0x10000001u, 1, 0, 2, 0, 0, 4, 0})})
+          ComputationWords({kInputConstant}, {}, 1, {0x10000001u, 1, 0, 2, 0, 0, 4, 0})})
         selector.insert(selector.end(), words.begin(), words.end());
     file.AddResource({0, 0, kNone, 0, EffectFile::kSelector}, BytesOfWords(selector));
     return file.Bytes();

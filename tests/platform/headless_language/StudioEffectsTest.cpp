@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr UINT kSide = 32;
+constexpr UINT kTargetSide = 32;
 constexpr const char* kStudioEffects[] = {"bloom", "fur",     "parallax", "shadow",
                                           "skin",  "terrain", "toon",     "water"};
 
@@ -29,8 +29,8 @@ protected:
     void SetUp() override
     {
         EffectTest::SetUp();
-        ASSERT_EQ(device->CreateRenderTarget(kSide, kSide, D3DFMT_A8R8G8B8, D3DMULTISAMPLE_NONE, 0,
-                                             TRUE, target.Out(), nullptr),
+        ASSERT_EQ(device->CreateRenderTarget(kTargetSide, kTargetSide, D3DFMT_A8R8G8B8,
+                                             D3DMULTISAMPLE_NONE, 0, TRUE, target.Out(), nullptr),
                   D3D_OK);
         ASSERT_EQ(device->SetRenderTarget(0, target.Get()), D3D_OK);
         ASSERT_EQ(device->CreateTexture(4, 4, 1, 0, D3DFMT_A8R8G8B8, D3DPOOL_MANAGED, texture.Out(),
@@ -103,10 +103,10 @@ protected:
         std::vector<DWORD> pixels;
         D3DLOCKED_RECT locked = {};
         EXPECT_EQ(target->LockRect(&locked, nullptr, D3DLOCK_READONLY), D3D_OK);
-        for (UINT y = 0; y < kSide; ++y) {
+        for (UINT y = 0; y < kTargetSide; ++y) {
             const auto* line = reinterpret_cast<const DWORD*>(
                 static_cast<const BYTE*>(locked.pBits) + y * static_cast<size_t>(locked.Pitch));
-            pixels.insert(pixels.end(), line, line + kSide);
+            pixels.insert(pixels.end(), line, line + kTargetSide);
         }
         target->UnlockRect();
         return pixels;
@@ -148,7 +148,7 @@ TEST_F(StudioEffects, DrawTheSameInCompiledForm)
             const std::vector<DWORD> picture = Draw(*effect.Get(), technique);
             const auto changed = std::count_if(picture.begin(), picture.end(),
                                                [](DWORD pixel) { return pixel != 0xFF203040; });
-            EXPECT_GT(changed, static_cast<ptrdiff_t>(kSide * kSide / 2))
+            EXPECT_GT(changed, static_cast<ptrdiff_t>(kTargetSide * kTargetSide / 2))
                 << name << " draws nothing";
             EXPECT_EQ(picture, Draw(*compiled.Get(), twin)) << name;
         }
