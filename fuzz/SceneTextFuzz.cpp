@@ -13,7 +13,6 @@
 #include "fuzz/support/SceneTextMutator.h"
 #include "gfx/KRE_Gfx.h"
 #include "qsa/QSALoader.h"
-#include "qsa/QSA_NodeImport.h"
 #include "scene/KRE_3dScene.h"
 #include "tests/qsa/SceneFaultsOf.h"
 #include "tests/support/HiddenWindow.h"
@@ -30,7 +29,6 @@ public:
         gfx.InitDevice(hidden.Handle(), 1, nullptr, 16, 0, 2, 0);
         gGfx = &gfx;
         gLogEntries = kMaxLogEntries; // nothing is written
-        gKeyPartLimits = {300, 1000};
         PutMemoryPictures();
     }
     ~Engine() { gGfx = nullptr; }
@@ -42,6 +40,7 @@ public:
     {
         QSALoader loader;
         loader.SetWindow(window);
+        loader.SetKeyPartLimits({300, 1000});
         KRE_3dScene scene;
         try {
             loader.Load(scene, kFile, flags);

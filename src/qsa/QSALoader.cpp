@@ -30,7 +30,7 @@ struct QSALoader::Import {
         : scene(target),
           options(OptionsOf(flags, path)),
           materials(loader, loader.time, options),
-          nodes(loader, target),
+          nodes(loader, target, loader.keyPartLimits),
           meshes(loader, materials, nodes, target, options)
     {}
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "qsa/QSA_KeyPartLimits.h"
 #include "qsa/QSA_LoadOptions.h"
 #include "qsa/QSA_SceneHeader.h"
 #include "qsa/QSA_SceneText.h"
@@ -21,6 +22,9 @@ public:
     /// no flags. A damaged file is an `Error`; a file that ends early loads up to that point, with
     /// a `Warning`. Always returns 1.
     int32_t Load(KRE_3dScene& scene, const char* path, uint32_t flags);
+
+    /// Limits of the files loaded from now on.
+    void SetKeyPartLimits(const QSA_KeyPartLimits& limits) { keyPartLimits = limits; }
 
     /// The times of the last file loaded.
     const QSA_TimeScale& Time() const { return time; }
@@ -47,4 +51,5 @@ private:
     int32_t ParseStdFog(KRE_3dScene& scene);
 
     QSA_TimeScale time;
+    QSA_KeyPartLimits keyPartLimits;
 };

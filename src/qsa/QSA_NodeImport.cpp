@@ -44,9 +44,11 @@ int32_t ParseObject(QSA_SceneText& text, const KRE_3dObject& object, const Take&
 
 } // namespace
 
-QSA_NodeImport::QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target)
+QSA_NodeImport::QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target,
+                               const QSA_KeyPartLimits& limits)
     : text(sceneText),
-      scene(target)
+      scene(target),
+      keyPartLimits(limits)
 {}
 
 int32_t QSA_NodeImport::ParseNodeKeyword(QSA_Token token, KRE_3dObject* object)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "qsa/QSA_KeyPartLimits.h"
 #include "qsa/QSA_SceneText.h"
 #include "qsa/QSA_TimeScale.h"
 #include "qsa/QSA_Transform.h"
@@ -12,21 +13,14 @@ class KRE_Camera;
 class KRE_Light;
 class KRE_RotKeyData;
 
-/// How many keys a rotation key may be split into, and all of a file together. Nothing else that a
-/// small text may ask for costs as much: fuzz targets lower these limits.
-struct QSA_KeyPartLimits {
-    int32_t ofKey = 100000;
-    int64_t ofFile = 100000;
-};
-extern QSA_KeyPartLimits gKeyPartLimits;
-
 /// Reads bones, helpers, cameras and lights into a scene, and the part of meshes that all nodes
 /// share. Block parsers start after the opening brace and return 0 at the end of the block and 1 if
 /// the file ends inside it.
 class QSA_NodeImport {
 public:
-    /// Both must outlive the import.
-    QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target);
+    /// The text and the scene must outlive the import.
+    QSA_NodeImport(QSA_SceneText& sceneText, KRE_3dScene& target,
+                   const QSA_KeyPartLimits& limits = {});
 
     /// A bone, helper or target.
     int32_t ParseNode(int32_t kind);
@@ -61,7 +55,8 @@ private:
                           float* highestTime);
     void AddSplitRotKey(KRE_3dObject* object, KRE_RotKeyData& key);
 
-    QSA_SceneText& text;  ///< not owned, the current file
-    KRE_3dScene& scene;   ///< not owned, the current scene
+    QSA_SceneText& text; ///< not owned, the current file
+    KRE_3dScene& scene;  ///< not owned, the current scene
+    const QSA_KeyPartLimits keyPartLimits;
     int64_t keyParts = 0; ///< rotation keys that were made by splitting
 };

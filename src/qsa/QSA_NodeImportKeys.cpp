@@ -62,8 +62,6 @@ void FinishKeysOf(KRE_3dObject* object, const QSA_TimeScale& time)
 
 } // namespace
 
-QSA_KeyPartLimits gKeyPartLimits;
-
 int32_t QSA_NodeImport::ParseAnimation(KRE_3dObject* object)
 {
     return text.ParseBlock([&](QSA_Token token) {
@@ -196,11 +194,11 @@ void QSA_NodeImport::AddSplitRotKey(KRE_3dObject* object, KRE_RotKeyData& key)
         return;
     }
     const double turns = std::fabs(static_cast<double>(key.angle)) / kHalfTurn;
-    if (turns >= gKeyPartLimits.ofKey)
+    if (turns >= keyPartLimits.ofKey)
         text.Error("Object '%s' turns too far in one rotation key: %g", object->name.c_str(),
                    static_cast<double>(key.angle));
     keyParts += static_cast<int64_t>(turns);
-    if (keyParts > gKeyPartLimits.ofFile + text.TextSize() / kBytesPerKeyPart)
+    if (keyParts > keyPartLimits.ofFile + text.TextSize() / kBytesPerKeyPart)
         text.Error("Object '%s' turns too far: %lli rotation keys in one file",
                    object->name.c_str(), static_cast<long long>(keyParts));
 

@@ -232,6 +232,22 @@ TEST_F(QSA_NodeImportKeysTest, RotationThatWouldBeTooManyKeysIsAnError)
               "scene.qsa: Object 'n' turns too far in one rotation key: -1e+30");
 }
 
+TEST_F(QSA_NodeImportKeysTest, LimitsOfKeyPartsMayBeLower)
+{
+    const std::string head = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
+    loader.SetKeyPartLimits({10, 1});
+    // 31 / 3.141592 are 9.9 half turns, 32 more than 10.
+    EXPECT_EQ(AnimationError(Rotations(head + "*CONTROL_ROT_SAMPLE 100 0 0 1 31 ")), "no error");
+    EXPECT_EQ(AnimationError(Rotations(head + "*CONTROL_ROT_SAMPLE 100 0 0 1 32 ")),
+              "scene.qsa: Object 'n' turns too far in one rotation key: 32");
+    // The text has 352 to 423 bytes: 1, and one for each 8 bytes, are five turns of 9, not six.
+    std::string turns = head;
+    for (int i = 1; i <= 8; ++i)
+        turns += "*CONTROL_ROT_SAMPLE " + std::to_string(i) + " 0 0 1 31 ";
+    EXPECT_EQ(AnimationError(Rotations(turns)),
+              "scene.qsa: Object 'n' turns too far: 54 rotation keys in one file");
+}
+
 TEST_F(QSA_NodeImportKeysTest, ManyLongTurnsOfASmallFileAreAnError)
 {
     std::string keys = "*CONTROL_ROT_SAMPLE 0 0 0 1 1 ";
