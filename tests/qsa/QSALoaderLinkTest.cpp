@@ -65,6 +65,12 @@ TEST_F(QSALoaderLinkTest, MissingSourceIsAnErrorThatNamesTheClone)
               "scene.qsa: Clone Mesh 'CUBE' not found");
 }
 
+TEST_F(QSALoaderLinkTest, SourceMayHaveALineEndInItsName)
+{
+    Load(Named(Cube({"1"}), "a\nb") + Clone("copy", "a\nb"));
+    EXPECT_EQ(Mesh(0).mesh.Get(), Mesh(1).mesh.Get());
+}
+
 TEST_F(QSALoaderLinkTest, MeshBlockAfterACloneKeywordIsSkipped)
 {
     Load(Cube({"1"}).Text() + Clone("copy", "Cube", Triangle().MeshBlock()));

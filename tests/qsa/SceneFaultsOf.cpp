@@ -16,15 +16,19 @@ static constexpr const char* kFreeOfBadInput[] = {
     " to be a clone of",
 };
 
-/// Replaces line ends in names: names from files may contain any byte, but a fault is one line.
+/// Replaces line ends in a name: names from files may contain any byte, but a fault is one line.
+static void Flatten(const String& text)
+{
+    for (char* c = text.data.get(); c && *c; ++c)
+        *c = *c == '\n' ? ' ' : *c;
+}
+
 template <class List>
 static void FlattenNames(List& list)
 {
-    for (auto* object : list) {
-        for (const String* text : {&object->name, &object->parentName}) {
-            for (char* c = text->data.get(); c && *c; ++c)
-                *c = *c == '\n' ? ' ' : *c;
-        }
+    for (const auto* object : list) {
+        Flatten(object->name);
+        Flatten(object->parentName);
     }
 }
 
@@ -64,6 +68,8 @@ std::string FaultsOf(KRE_3dScene& scene, bool isBadInput)
     FlattenNames(scene.objects);
     FlattenNames(scene.cameras);
     FlattenNames(scene.lights);
+    for (const KRE_Mesh* mesh : scene.meshes)
+        Flatten(mesh->cloneSource);
     bool hasClones = false;
     for (const KRE_Mesh* mesh : scene.meshes)
         hasClones = hasClones || !mesh->cloneSource.IsEmpty();
