@@ -65,15 +65,16 @@ bool ReadBytes(std::string text, uint64_t& bytesOut)
     return true;
 }
 
+} // namespace
+
 /// The options. Paths are whatever is left over: the library would take names in brackets for lists.
-class BatchCommandLine {
+class BatchArguments::Line {
 public:
-    BatchCommandLine();
+    Line();
     /// For a command with options of its own.
-    explicit BatchCommandLine(const CommandForm& form);
-    std::string Read(std::vector<std::string> arguments);
-    std::string Help() const { return app.help(); }
-    BatchOptions options;
+    explicit Line(const CommandForm& form);
+    BatchOptions Read(const std::vector<std::string>& arguments);
+    std::string Help() const { return std::string(usage) + "\n" + app.help(); }
 
 private:
     void Flag(const char* name, bool& valueOut)
@@ -96,17 +97,21 @@ private:
     void AddFrameOptions();
     void AddRunOptions();
     void AddOutputOptions();
+    void Clear();
+    std::string ReadLine(std::vector<std::string> arguments);
     std::string ReadTexts();
     std::string ReadConfining();
     std::string ReadPaths();
     std::string FaultOfTogether() const;
 
     CLI::App app{"", "qsbatch"};
+    const char* usage = kBatchUsage;
+    BatchOptions options; ///< of the last command line
     std::string frameSize, camera, time, jobs, timeout, memory, untrusted;
     bool takesPaths = true;
 };
 
-BatchCommandLine::BatchCommandLine()
+BatchArguments::Line::Line()
 {
     app.description(kBatchWhat);
     app.formatter(std::make_shared<BatchFormatter>());
@@ -121,8 +126,9 @@ BatchCommandLine::BatchCommandLine()
     AddOutputOptions();
 }
 
-BatchCommandLine::BatchCommandLine(const CommandForm& form) : BatchCommandLine()
+BatchArguments::Line::Line(const CommandForm& form) : Line()
 {
+    usage = form.usage;
     app.description(form.what);
     app.footer(kFarmEnd);
     takesPaths = form.takesPaths;
@@ -132,7 +138,7 @@ BatchCommandLine::BatchCommandLine(const CommandForm& form) : BatchCommandLine()
         Value(option.name, *option.valueOut, option.type)->description(option.help);
 }
 
-void BatchCommandLine::AddSourceOptions()
+void BatchArguments::Line::AddSourceOptions()
 {
     Values("--include", options.includes);
     Values("--exclude", options.excludes);
@@ -143,7 +149,7 @@ void BatchCommandLine::AddSourceOptions()
     Value("--import-options", options.importOptions, "TEXT");
 }
 
-void BatchCommandLine::AddFrameOptions()
+void BatchArguments::Line::AddFrameOptions()
 {
     Value("--frames", options.framesDirectory, "DIR");
     Flag("--draw", options.draw);
@@ -157,7 +163,7 @@ void BatchCommandLine::AddFrameOptions()
     Flag("--z-buffer", options.zBuffer);
 }
 
-void BatchCommandLine::AddRunOptions()
+void BatchArguments::Line::AddRunOptions()
 {
     Value("-j,--jobs", jobs, "N");
     Value("--timeout", timeout, "S");
@@ -173,7 +179,7 @@ void BatchCommandLine::AddRunOptions()
     Flag("-n,--dry-run", options.dryRun);
 }
 
-void BatchCommandLine::AddOutputOptions()
+void BatchArguments::Line::AddOutputOptions()
 {
     Flag("-q,--quiet", options.quiet);
     Flag("-v,--verbose", options.verbose);
@@ -181,7 +187,7 @@ void BatchCommandLine::AddOutputOptions()
     Value("--report", options.reportFile, "FILE.html");
 }
 
-std::string BatchCommandLine::ReadTexts()
+std::string BatchArguments::Line::ReadTexts()
 {
     double number = 0;
     int whole = 0;
@@ -208,7 +214,7 @@ std::string BatchCommandLine::ReadTexts()
     return ReadConfining();
 }
 
-std::string BatchCommandLine::ReadConfining()
+std::string BatchArguments::Line::ReadConfining()
 {
     if (untrusted.empty())
         return "";
@@ -224,7 +230,7 @@ std::string BatchCommandLine::ReadConfining()
     return "";
 }
 
-std::string BatchCommandLine::ReadPaths()
+std::string BatchArguments::Line::ReadPaths()
 {
     bool arePaths = false;
     for (const std::string& text : app.remaining()) {
@@ -241,7 +247,7 @@ std::string BatchCommandLine::ReadPaths()
     return "";
 }
 
-std::string BatchCommandLine::Read(std::vector<std::string> arguments)
+std::string BatchArguments::Line::ReadLine(std::vector<std::string> arguments)
 {
     std::reverse(arguments.begin(), arguments.end()); // the library wants them in reverse order
     try {
@@ -266,11 +272,12 @@ std::string BatchCommandLine::Read(std::vector<std::string> arguments)
 }
 
 /// What is wrong with options that are right by themselves.
-std::string BatchCommandLine::FaultOfTogether() const
+std::string BatchArguments::Line::FaultOfTogether() const
 {
     if (!options.importOptions.empty() && !options.import)
         return "option '--import-options' goes with '--import' only";
-    const std::string importFault = FaultOfImportOptions(options.importOptions);
+    const std::string importFault =
+        options.importOptions.empty() ? "" : FaultOfImportOptions(options.importOptions);
     if (!importFault.empty())
         return "option '--import-options': " + importFault;
     if (!takesPaths && !options.paths.empty())
@@ -284,31 +291,37 @@ std::string BatchCommandLine::FaultOfTogether() const
     return "";
 }
 
-} // namespace
-
-BatchOptions ReadBatchArguments(const std::vector<std::string>& arguments)
+/// What the last command line left in the places that options fill.
+void BatchArguments::Line::Clear()
 {
-    BatchCommandLine line;
-    const std::string error = line.Read(arguments);
-    line.options.error = error;
-    return line.options;
+    options = {};
+    for (std::string* text : {&frameSize, &camera, &time, &jobs, &timeout, &memory, &untrusted})
+        text->clear();
 }
 
-BatchOptions ReadCommandArguments(const std::vector<std::string>& arguments,
-                                  const CommandForm& form)
+BatchOptions BatchArguments::Line::Read(const std::vector<std::string>& arguments)
 {
-    BatchCommandLine line(form);
-    const std::string error = line.Read(arguments);
-    line.options.error = error;
-    return line.options;
+    Clear();
+    options.error = ReadLine(arguments);
+    return options;
 }
 
-std::string CommandHelp(const CommandForm& form)
+// ---- The door
+
+BatchArguments::BatchArguments() : line(std::make_unique<Line>())
+{}
+
+BatchArguments::BatchArguments(const CommandForm& form) : line(std::make_unique<Line>(form))
+{}
+
+BatchArguments::~BatchArguments() = default;
+
+BatchOptions BatchArguments::Read(const std::vector<std::string>& arguments)
 {
-    return std::string(form.usage) + "\n" + BatchCommandLine(form).Help();
+    return line->Read(arguments);
 }
 
-std::string BatchHelp()
+std::string BatchArguments::Help() const
 {
-    return std::string(kBatchUsage) + "\n" + BatchCommandLine().Help();
+    return line->Help();
 }

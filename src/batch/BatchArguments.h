@@ -1,13 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "batch/BatchOptions.h"
-
-/// Reads the arguments after the program's name. Options may appear anywhere; after "--" everything is a
-/// path.
-BatchOptions ReadBatchArguments(const std::vector<std::string>& arguments);
 
 /// An option that a command has beside those of the program.
 struct CommandOption {
@@ -26,15 +23,26 @@ struct CommandForm {
     bool takesPaths = true;
 };
 
-/// Reads the arguments after the command's name.
-BatchOptions ReadCommandArguments(const std::vector<std::string>& arguments,
-                                  const CommandForm& form);
+/// All options of the program or of a command of it, for any number of command lines.
+class BatchArguments {
+public:
+    BatchArguments();
+    /// `form` and the texts that its options fill live as long as this object.
+    explicit BatchArguments(const CommandForm& form);
+    ~BatchArguments();
+    BatchArguments(const BatchArguments&) = delete;
+    BatchArguments& operator=(const BatchArguments&) = delete;
 
-/// The usage of a command and all its options.
-std::string CommandHelp(const CommandForm& form);
+    /// Reads the arguments after the name of the program or command. Options may appear anywhere; after "--"
+    /// everything is a path. Texts of a command's own options that are not given stay as they are.
+    BatchOptions Read(const std::vector<std::string>& arguments);
+    /// The usage and all options.
+    std::string Help() const;
 
-/// The usage and all options.
-std::string BatchHelp();
+private:
+    class Line;
+    std::unique_ptr<Line> line; ///< never null
+};
 
 extern const char* const kBatchUsage;   ///< the short form
 extern const char* const kBatchVersion; ///< one line

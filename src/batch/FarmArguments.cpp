@@ -5,7 +5,6 @@
 #include <cmath>
 #include <iterator>
 
-#include "batch/BatchArguments.h"
 #include "batch/ChunkName.h"
 
 namespace {
@@ -31,16 +30,11 @@ constexpr const char* kMergeWhat =
     "Puts the journals of all chunks of a directory together, with the last result of each scene,\n"
     "and names the chunks that have no complete one. With --state, the results go into a state.";
 
-/// Texts of the options until all are read.
-struct FarmTexts {
-    std::string chunks, chunkMebibytes;
-};
-
-CommandForm FormOf(FarmOptions& options, FarmTexts& texts)
+CommandForm FormOf(FarmCommand command, FarmOptions& options, FarmTexts& texts)
 {
     const CommandOption root = {"--root", "DIR", "paths of chunks begin here (current directory)",
                                 &options.root};
-    switch (options.command) {
+    switch (command) {
     case FarmCommand::kPlan:
         return {kPlanUsage,
                 kPlanWhat,
@@ -137,20 +131,30 @@ bool IsFarmCommand(const std::vector<std::string>& arguments)
                                            arguments.front()) != std::end(kCommandNames);
 }
 
+FarmArguments::FarmArguments(FarmCommand commandIn)
+    : command(commandIn),
+      form(FormOf(command, options, texts)),
+      line(form)
+{}
+
+FarmOptions FarmArguments::Read(const std::vector<std::string>& arguments)
+{
+    options = {};
+    options.command = command;
+    options.usage = form.usage;
+    texts = {};
+    options.batch = line.Read(arguments);
+    if (options.batch.help)
+        options.help = line.Help();
+    else
+        options.batch.error = CheckFarmOptions(texts, options);
+    return options;
+}
+
 FarmOptions ReadFarmArguments(const std::vector<std::string>& arguments)
 {
-    FarmOptions options;
     const auto* const name =
         std::find(std::begin(kCommandNames), std::end(kCommandNames), arguments.front());
-    options.command = static_cast<FarmCommand>(name - kCommandNames);
-    FarmTexts texts;
-    const CommandForm form = FormOf(options, texts);
-    options.usage = form.usage;
-    options.batch = ReadCommandArguments({arguments.begin() + 1, arguments.end()}, form);
-    if (options.batch.help) {
-        options.help = CommandHelp(form);
-        return options;
-    }
-    options.batch.error = CheckFarmOptions(texts, options);
-    return options;
+    FarmArguments line(static_cast<FarmCommand>(name - kCommandNames));
+    return line.Read({arguments.begin() + 1, arguments.end()});
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "batch/BatchOptions.h"
+#include "batch/BatchArguments.h"
 
 enum class FarmCommand : uint8_t { kPlan, kRun, kMerge };
 
@@ -24,6 +24,27 @@ struct FarmOptions {
 
 /// Whether the first argument is a command.
 bool IsFarmCommand(const std::vector<std::string>& arguments);
+
+/// Texts of a command's options until all are read.
+struct FarmTexts {
+    std::string chunks, chunkMebibytes;
+};
+
+/// All options of a command, for any number of command lines.
+class FarmArguments {
+public:
+    explicit FarmArguments(FarmCommand commandIn);
+
+    /// Reads the arguments after the command's name.
+    FarmOptions Read(const std::vector<std::string>& arguments);
+
+private:
+    FarmCommand command;
+    FarmOptions options; ///< of the last command line
+    FarmTexts texts;
+    CommandForm form;
+    BatchArguments line;
+};
 
 /// Reads the arguments, the command's name first.
 FarmOptions ReadFarmArguments(const std::vector<std::string>& arguments);

@@ -158,13 +158,14 @@ int RunBatch(const std::vector<std::string>& arguments)
         std::signal(number, SIG_IGN);
     if (IsFarmCommand(arguments))
         return RunFarm(arguments);
-    const BatchOptions options = ReadBatchArguments(arguments);
+    BatchArguments line;
+    const BatchOptions options = line.Read(arguments);
     if (!options.error.empty()) {
         std::fprintf(stderr, "qsbatch: %s\n%s", OneLine(options.error).c_str(), kBatchUsage);
         return kBatchTrouble;
     }
     if (options.help || options.version) {
-        std::fputs(options.help ? BatchHelp().c_str() : kBatchVersion, stdout);
+        std::fputs(options.help ? line.Help().c_str() : kBatchVersion, stdout);
         return std::fflush(stdout) == 0 ? kBatchWell : kBatchTrouble;
     }
     return BatchRun(options).Run();

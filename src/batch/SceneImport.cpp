@@ -18,7 +18,7 @@ ImportArguments ReadImportOptions(const std::string& options, const std::string&
     for (std::string word; text >> word;)
         words.push_back(word);
     words.push_back(model);
-    return ReadImportArguments(std::move(words));
+    return ImportCommandLine().Read(std::move(words));
 }
 
 } // namespace

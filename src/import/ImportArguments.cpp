@@ -10,13 +10,9 @@ const char* const kImportUsage =
     "       qsaimport --help | --version\n";
 const char* const kImportVersion = "qsaimport " QSA_VERSION "\n";
 
-namespace {
-
 /// The options and the places that they fill.
-class ImportCommandLine {
-public:
-    explicit ImportCommandLine(ImportArguments& read)
-        : app("Writes models of other programs as QSA scenes, with their pictures.")
+struct ImportCommandLine::Options {
+    Options()
     {
         app.set_help_flag("-h,--help", "this text");
         app.add_flag("--version", read.version, "the program's version");
@@ -52,30 +48,26 @@ public:
         app.footer("Exit status: 0 success, 1 a model could not be read, 2 wrong usage.");
     }
 
-    void Finish(ImportArguments& read) const
-    {
-        if (!up.empty())
-            read.options.plan.up = up == "y" ? PlanOptions::Up::kY : PlanOptions::Up::kZ;
-        if (megabytes > 0)
-            read.options.mostBytes = static_cast<uint64_t>(megabytes) << 20;
-    }
-
-    CLI::App app;
-
-private:
+    CLI::App app{"Writes models of other programs as QSA scenes, with their pictures."};
+    ImportArguments read; ///< of the last command line
     std::string up;
     double megabytes = 0;
 };
 
-} // namespace
+ImportCommandLine::ImportCommandLine() : options(std::make_unique<Options>())
+{}
 
-ImportArguments ReadImportArguments(std::vector<std::string> arguments)
+ImportCommandLine::~ImportCommandLine() = default;
+
+ImportArguments ImportCommandLine::Read(std::vector<std::string> arguments)
 {
-    ImportArguments read;
-    ImportCommandLine line(read);
+    ImportArguments& read = options->read;
+    read = {};
+    options->up.clear();
+    options->megabytes = 0;
     std::reverse(arguments.begin(), arguments.end()); // the library wants them in reverse order
     try {
-        line.app.parse(std::move(arguments));
+        options->app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {
         read.help = true;
         return read;
@@ -83,15 +75,16 @@ ImportArguments ReadImportArguments(std::vector<std::string> arguments)
         read.error = error.what();
         return read;
     }
-    line.Finish(read);
+    if (!options->up.empty())
+        read.options.plan.up = options->up == "y" ? PlanOptions::Up::kY : PlanOptions::Up::kZ;
+    if (options->megabytes > 0)
+        read.options.mostBytes = static_cast<uint64_t>(options->megabytes) << 20;
     if (!read.version && read.models.empty())
         read.error = "a model is needed";
     return read;
 }
 
-std::string ImportHelp()
+std::string ImportCommandLine::Help() const
 {
-    ImportArguments read;
-    ImportCommandLine line(read);
-    return std::string(kImportUsage) + "\n" + line.app.help("", CLI::AppFormatMode::Sub);
+    return std::string(kImportUsage) + "\n" + options->app.help("", CLI::AppFormatMode::Sub);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,23 @@ struct ImportArguments {
     std::string error; ///< what is wrong with the command line; empty if nothing is
 };
 
-/// Reads the arguments after the program's name.
-ImportArguments ReadImportArguments(std::vector<std::string> arguments);
-std::string ImportHelp();
+/// All options of qsaimport, for any number of command lines.
+class ImportCommandLine {
+public:
+    ImportCommandLine();
+    ~ImportCommandLine();
+    ImportCommandLine(const ImportCommandLine&) = delete;
+    ImportCommandLine& operator=(const ImportCommandLine&) = delete;
+
+    /// Reads the arguments after the program's name.
+    ImportArguments Read(std::vector<std::string> arguments);
+    /// The usage and all options.
+    std::string Help() const;
+
+private:
+    struct Options;
+    std::unique_ptr<Options> options; ///< never null
+};
+
 extern const char* const kImportUsage;   ///< one line per call
 extern const char* const kImportVersion; ///< one line

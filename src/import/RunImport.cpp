@@ -47,14 +47,15 @@ bool ImportOne(const std::string& model, const ImportArguments& arguments, FILE*
 
 int RunImport(const std::vector<std::string>& arguments, FILE* out, FILE* err)
 {
-    const ImportArguments read = ReadImportArguments(arguments);
+    ImportCommandLine line;
+    const ImportArguments read = line.Read(arguments);
     if (!read.error.empty()) {
         Line(err, read.error);
         std::fputs(kImportUsage, err);
         return kImportUsageError;
     }
     if (read.help || read.version) {
-        std::fputs(read.help ? ImportHelp().c_str() : kImportVersion, out);
+        std::fputs(read.help ? line.Help().c_str() : kImportVersion, out);
         return kImportDone;
     }
     std::error_code failure;
