@@ -57,6 +57,7 @@ bool SceneList::Collect(const BatchOptions& wanted)
     const bool isRead = wanted.listFile.empty() || ReadListFile();
     files = {};
     directories = {};
+    roots = {};
     entries.shrink_to_fit();
     return isRead;
 }
@@ -84,8 +85,10 @@ void SceneList::AddPath(const std::string& path)
         missing.errorNumber = errno;
         entries.push_back(std::move(missing));
     } else if (S_ISDIR(info.st_mode)) {
-        directories.erase({info.st_dev, info.st_ino}); // named, so it is wanted
         NoteNamed(path);
+        if (!roots.insert({info.st_dev, info.st_ino}).second)
+            return;                                    // nothing new is below it
+        directories.erase({info.st_dev, info.st_ino}); // named, so it is wanted
         Walk(path);
     } else {
         NoteNamed(SplitPath(path).directory);

@@ -71,4 +71,5 @@ private:
     std::vector<std::string> named;
     std::unordered_set<FileId, FileIdHash> files;
     std::unordered_set<FileId, FileIdHash> directories; ///< walked, or targets of this run
+    std::unordered_set<FileId, FileIdHash> roots;       ///< named and walked
 };
