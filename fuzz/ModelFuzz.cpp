@@ -32,6 +32,7 @@ ModelPrimitive PrimitiveOf(Bytes& in, const Model& model)
     made.material = in.Index(model.materials.size());
     const bool hasNormals = in.Flag(), hasTexCoords = in.Flag(), hasWeights = in.Flag();
     const int vertices = 1 + in.Below(40);
+    made.positions.reserve(static_cast<size_t>(vertices));
     for (int i = 0; i < vertices; ++i) {
         made.positions.push_back({in.Small(), in.Small(), in.Small()});
         if (hasNormals)
@@ -44,7 +45,9 @@ ModelPrimitive PrimitiveOf(Bytes& in, const Model& model)
                 weights.push_back({static_cast<uint32_t>(in.Below(5)), std::fabs(in.Small())});
         }
     }
-    for (int i = 3 * in.Below(60); i > 0; --i)
+    const int corners = 3 * in.Below(60);
+    made.corners.reserve(static_cast<size_t>(corners));
+    for (int i = corners; i > 0; --i)
         made.corners.push_back(static_cast<uint32_t>(in.Below(vertices)));
     return made;
 }
@@ -53,9 +56,9 @@ ModelTrack TrackOf(Bytes& in)
 {
     ModelTrack track;
     track.curve = static_cast<ModelCurve>(in.Below(3));
-    double time = in.Small();
+    double time = in.Small() / 128; // splines are sampled 30 times a second
     for (int i = in.Below(4); i > 0; --i) {
-        time += 0.001 + std::fabs(in.Small()) / 1024; // splines are sampled 30 times a second
+        time += 0.001 + std::fabs(in.Small()) / 1024;
         track.times.push_back(time);
         for (auto* list : {&track.values, &track.arriving, &track.leaving})
             list->push_back({in.Small(), in.Small(), in.Small(), in.Small()});

@@ -44,8 +44,10 @@ inline void UseModel(const Model& model)
 {
     NoticeList notices;
     QsaScene scene;
+    PlanOptions options;
+    options.mostLooks = 300; // nothing else that a small model may ask for costs as much
     try {
-        PlanScene(model, {}, notices, scene);
+        PlanScene(model, options, notices, scene);
     } catch (const ModelFault&) {
         return;
     }

@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <numeric>
-#include <set>
+#include <utility>
 
 #include "import/CutMesh.h"
 #include "import/MeshCorners.h"
@@ -48,7 +48,7 @@ void GroupFaces(MeshCorners& mesh)
         smoothOf[mesh.smoothPoints[i]].push_back(i);
 
     // Which surfaces meet at a point without being one there.
-    std::vector<std::set<uint32_t>> neighbours(mesh.smoothPoints.size());
+    std::vector<std::pair<uint32_t, uint32_t>> neighbours; // of the first, sorted below
     for (const std::vector<uint32_t>& here : smoothOf) {
         std::vector<uint32_t> met;
         for (const uint32_t smooth : here) {
@@ -58,12 +58,15 @@ void GroupFaces(MeshCorners& mesh)
             if (mesh.isDoubled[smooth])
                 continue;
             for (const uint32_t other : met) {
-                neighbours[surface].insert(other);
-                neighbours[other].insert(surface);
+                neighbours.emplace_back(surface, other);
+                neighbours.emplace_back(other, surface);
             }
             met.push_back(surface);
         }
     }
+
+    std::sort(neighbours.begin(), neighbours.end());
+    neighbours.erase(std::unique(neighbours.begin(), neighbours.end()), neighbours.end());
 
     // The lowest free group for each surface; without one its vertices are doubled where it meets others.
     std::vector<int> groups(mesh.smoothPoints.size());
@@ -73,8 +76,10 @@ void GroupFaces(MeshCorners& mesh)
         int& group = groups[surface];
         if (group == 0) {
             std::array<bool, kMostGroups + 2> taken = {};
-            for (const uint32_t other : neighbours[surface])
-                taken[static_cast<size_t>(groups[other])] = true;
+            auto next = std::lower_bound(neighbours.begin(), neighbours.end(),
+                                         std::pair<uint32_t, uint32_t>(surface, 0));
+            for (; next != neighbours.end() && next->first == surface; ++next)
+                taken[static_cast<size_t>(groups[next->second])] = true;
             group = 1;
             while (group <= kMostGroups && taken[static_cast<size_t>(group)])
                 ++group;

@@ -46,23 +46,6 @@ ModelQuaternion Spline(const ModelTrack& track, const Place& place)
     return Mixed(ends, 1, speeds, 1);
 }
 
-ModelQuaternion Unit(const ModelQuaternion& q)
-{
-    const double length = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
-    return length > 1e-12 ? Mixed(q, 1 / length, q, 0) : ModelQuaternion{0, 0, 0, 1};
-}
-
-ModelQuaternion Slerped(const ModelQuaternion& a, const ModelQuaternion& b, double u)
-{
-    const double dot = a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
-    const double sign = dot < 0 ? -1 : 1;
-    const double angle = std::acos(std::min(1.0, std::fabs(dot)));
-    if (angle < 1e-5)
-        return Unit(Mixed(a, 1 - u, b, u * sign));
-    return Unit(Mixed(a, std::sin(angle * (1 - u)) / std::sin(angle), b,
-                      sign * std::sin(angle * u) / std::sin(angle)));
-}
-
 ModelMatrix LocalMatrix(const ModelNode& node, double seconds)
 {
     const ModelVector t =
@@ -86,6 +69,24 @@ ModelMatrix LocalMatrix(const ModelNode& node, double seconds)
 
 } // namespace
 
+ModelQuaternion UnitRotation(const ModelQuaternion& q)
+{
+    const double length = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
+    return length > 1e-12 ? Mixed(q, 1 / length, q, 0) : ModelQuaternion{0, 0, 0, 1};
+}
+
+ModelQuaternion RotationBetween(const ModelQuaternion& from, const ModelQuaternion& to, double u)
+{
+    const ModelQuaternion a = UnitRotation(from), b = UnitRotation(to);
+    const double dot = a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
+    const double sign = dot < 0 ? -1 : 1;
+    const double angle = std::acos(std::min(1.0, std::fabs(dot)));
+    if (angle < 1e-5)
+        return UnitRotation(Mixed(a, 1 - u, b, u * sign));
+    return UnitRotation(Mixed(a, std::sin(angle * (1 - u)) / std::sin(angle), b,
+                              sign * std::sin(angle * u) / std::sin(angle)));
+}
+
 ModelVector VectorAt(const ModelTrack& track, double seconds)
 {
     const Place place = PlaceAt(track, seconds);
@@ -102,10 +103,10 @@ ModelQuaternion RotationAt(const ModelTrack& track, double seconds)
     const Place place = PlaceAt(track, seconds);
     const ModelQuaternion& value = track.values[place.from];
     if (place.from == place.to || track.curve == ModelCurve::kStep)
-        return Unit(value);
+        return UnitRotation(value);
     if (track.curve == ModelCurve::kCubic)
-        return Unit(Spline(track, place));
-    return Slerped(Unit(value), Unit(track.values[place.to]), place.ratio);
+        return UnitRotation(Spline(track, place));
+    return RotationBetween(value, track.values[place.to], place.ratio);
 }
 
 ModelMatrix Product(const ModelMatrix& first, const ModelMatrix& second)

@@ -6,6 +6,12 @@
 ModelVector VectorAt(const ModelTrack& track, double seconds);
 ModelQuaternion RotationAt(const ModelTrack& track, double seconds);
 
+/// Of length 1; no rotation if it is 0.
+ModelQuaternion UnitRotation(const ModelQuaternion& value);
+/// A share of the shortest way from one rotation to another, of any lengths.
+ModelQuaternion RotationBetween(const ModelQuaternion& from, const ModelQuaternion& to,
+                                double ratio);
+
 ModelMatrix Product(const ModelMatrix& first, const ModelMatrix& second);
 ModelVector Moved(const ModelVector& point, const ModelMatrix& matrix);
 double DeterminantOf(const ModelMatrix& matrix);

@@ -94,10 +94,7 @@ std::vector<double> SampleTimes(const std::vector<double>& marks, Sampling& samp
 bool IsNearRotation(const ModelQuaternion& from, const ModelQuaternion& to, double ratio,
                     const ModelQuaternion& real)
 {
-    ModelTrack track;
-    track.times = {0, 1};
-    track.values = {from, to};
-    const ModelQuaternion at = RotationAt(track, ratio);
+    const ModelQuaternion at = RotationBetween(from, to, ratio);
     double dot = 0;
     double way = 0;
     for (size_t i = 0; i < 4; ++i)
@@ -158,12 +155,7 @@ std::vector<QsaRotationKey> RotationKeys(const ModelTrack& track, const SceneSpa
         keys.push_back({time, Product(Product(before, space.Rotation(rotation)), after)});
     };
     if (track.curve != ModelCurve::kCubic) {
-        ForEachKey(track, [&](double time, size_t i) {
-            ModelTrack single;
-            single.times = {0};
-            single.values = {track.values[i]};
-            add(time, RotationAt(single, 0));
-        });
+        ForEachKey(track, [&](double time, size_t i) { add(time, UnitRotation(track.values[i])); });
         return keys;
     }
     const auto isStraight = [&](double from, double to) {

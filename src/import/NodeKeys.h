@@ -13,7 +13,7 @@ inline constexpr double kSampledStretch = 1e-5; ///< of the largest part of a ve
 /// apart.
 struct Sampling {
     double framesPerSecond = 30;
-    size_t left = 1000000; ///< looks at a node, for the whole scene
+    size_t left = 0; ///< looks at a node, for the whole scene
 
     /// Throws ModelFault if less is left.
     void Spend(size_t looks);

@@ -180,5 +180,5 @@ void PlanScene(const Model& model, const PlanOptions& options, NoticeList& notic
                                  model.scene.lastFrame);
     if (last > 0)
         scene.lastFrame = static_cast<int>(std::min(last, 1e8));
-    ScenePlanner(model, space, notices, scene).Plan();
+    ScenePlanner(model, space, notices, scene, options.mostLooks).Plan();
 }

@@ -7,6 +7,7 @@ class NoticeList;
 struct PlanOptions {
     double framesPerSecond = 0; ///< 0: the model's own, or 30
     double unit = 1;            ///< times that of the model
+    size_t mostLooks = 1000000; ///< at nodes, to sample their tracks; more is a ModelFault
     enum class Up { kModel, kY, kZ } up = Up::kModel;
 };
 

@@ -9,6 +9,12 @@ namespace {
 
 constexpr size_t kMostLights = 9;
 
+/// Of a camera, in the scene's space.
+struct CameraPose {
+    ModelVector position;
+    ModelQuaternion rotation;
+};
+
 } // namespace
 
 bool ScenePlanner::IsBare(const ModelNode& node) const
@@ -94,16 +100,16 @@ void ScenePlanner::AddCamera(int number, const std::string& name)
     }
     sampling.Spend(marks.size());
     const auto poseAt = [&](double time) {
-        QsaNode pose;
-        ModelVector scale;
+        ModelVector position, scale;
         bool sheared = false;
         ModelQuaternion rotation;
-        SplitMatrix(WorldMatrix(model, number, time), pose.position, rotation, scale, sheared);
-        pose.position = space.Position(pose.position);
-        pose.rotation = Product(rotation, space.View());
-        return pose;
+        SplitMatrix(WorldMatrix(model, number, time), position, rotation, scale, sheared);
+        return CameraPose{space.Position(position), Product(rotation, space.View())};
     };
-    QsaNode made = poseAt(0);
+    const CameraPose rest = poseAt(0);
+    QsaNode made;
+    made.position = rest.position;
+    made.rotation = rest.rotation;
     made.name = name;
     made.kind = QsaKind::kCamera;
     const ModelNode& node = model.nodes[static_cast<size_t>(number)];
@@ -111,10 +117,10 @@ void ScenePlanner::AddCamera(int number, const std::string& name)
     std::sort(marks.begin(), marks.end());
     marks.erase(std::unique(marks.begin(), marks.end()), marks.end());
     const auto isStraight = [&](double from, double to) {
-        const QsaNode first = poseAt(from);
-        const QsaNode last = poseAt(to);
+        const CameraPose first = poseAt(from);
+        const CameraPose last = poseAt(to);
         for (const double part : {0.25, 0.5, 0.75}) {
-            const QsaNode real = poseAt(from + (to - from) * part);
+            const CameraPose real = poseAt(from + (to - from) * part);
             double way = 0;
             double size = 1;
             for (size_t i = 0; i < 3; ++i) {
@@ -130,7 +136,7 @@ void ScenePlanner::AddCamera(int number, const std::string& name)
         return true;
     };
     for (const double time : SampleTimes(marks, sampling, depth, isStraight)) {
-        const QsaNode pose = poseAt(time);
+        const CameraPose pose = poseAt(time);
         made.positions.keys.push_back({time, pose.position, {}, {}});
         made.rotations.push_back({time, pose.rotation});
     }

@@ -12,13 +12,14 @@
 class ScenePlanner {
 public:
     ScenePlanner(const Model& modelIn, const SceneSpace& spaceIn, NoticeList& noticesIn,
-                 QsaScene& sceneIn)
+                 QsaScene& sceneIn, size_t mostLooks)
         : model(modelIn),
           space(spaceIn),
           notices(noticesIn),
           scene(sceneIn)
     {
         sampling.framesPerSecond = sceneIn.framesPerSecond;
+        sampling.left = mostLooks;
     }
 
     void Plan();
