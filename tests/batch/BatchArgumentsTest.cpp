@@ -7,9 +7,8 @@
 TEST(BatchArguments, KeepNothingOfTheLastCommandLine)
 {
     BatchArguments line;
-    const BatchOptions first =
-        line.Read({"--camera", "3", "--timeout=5", "--loop", "--exclude", "x", "--untrusted",
-                   "--out", "o", "a.qsa"});
+    const BatchOptions first = line.Read({"--camera", "3", "--timeout=5", "--loop", "--exclude",
+                                          "x", "--untrusted", "--out", "o", "a.qsa"});
     EXPECT_EQ(first.error, "");
     EXPECT_EQ(first.camera, 3);
     EXPECT_TRUE(first.loop);
