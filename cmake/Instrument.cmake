@@ -14,6 +14,13 @@ elseif(QSA_INSTRUMENT MATCHES "^(coverage|branches)$") # "branches": the fuzz ta
     # Without optimisation, so that each condition is there.
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
     add_link_options(-fprofile-instr-generate)
+    if(QSA_INSTRUMENT STREQUAL "coverage")
+        # The counters are shared memory of their file, so a process that is killed or leaves by _exit counts too.
+        # Several processes add to them at a time: without atomic additions some would be lost.
+        add_compile_options("SHELL:-mllvm -runtime-counter-relocation" -fprofile-update=atomic)
+        # Otherwise a source that does not call an inline function of a header hides the counters of one that does.
+        add_compile_options("SHELL:-mllvm -limited-coverage-experimental")
+    endif()
 elseif(QSA_INSTRUMENT)
     message(FATAL_ERROR "QSA_INSTRUMENT is '${QSA_INSTRUMENT}'; asan, coverage, branches or nothing")
 endif()
