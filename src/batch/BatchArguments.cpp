@@ -48,12 +48,12 @@ bool ReadFrameSize(const std::string& text, BatchOptions& options)
            std::max(options.frameWidth, options.frameHeight) <= kMostPixels;
 }
 
-/// A number with K, M, G or T for powers of 1024.
+/// A number with K, M, G or T for powers of 1024. The text is not empty.
 bool ReadBytes(std::string text, uint64_t& bytesOut)
 {
     static constexpr std::string_view kUnits = "KMGT";
     double factor = 1;
-    const size_t unit = text.empty() ? std::string::npos : kUnits.find(text.back());
+    const size_t unit = kUnits.find(text.back());
     if (unit != std::string::npos) {
         factor = std::ldexp(1.0, 10 * static_cast<int>(unit + 1));
         text.pop_back();

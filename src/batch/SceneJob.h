@@ -97,7 +97,7 @@ struct SceneResult {
 
     /// The most severe level of the messages; notes if there are none.
     MessageLevel Worst() const;
-    /// The first error, or the first message; empty if there is none.
+    /// The first of the most severe messages; null if there is none.
     const SceneMessage* FirstReason() const;
 };
 

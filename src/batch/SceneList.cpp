@@ -35,10 +35,10 @@ bool ReadNames(const Descriptor& opened, std::vector<std::string>& namesOut)
 /// A relative path keeps its directories below another one; of any other only the name is kept.
 size_t MirrorOfFile(const std::string& path)
 {
-    const bool leadsOut = path[0] == '/' || path == ".." || path.starts_with("../") ||
-                          path.find("/../") != std::string::npos;
+    const bool leadsOut =
+        path[0] == '/' || path.starts_with("../") || path.find("/../") != std::string::npos;
     if (leadsOut)
-        return path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
+        return path.rfind('/') + 1;
     size_t from = 0;
     while (path.compare(from, 2, "./") == 0)
         from += 2;
@@ -201,7 +201,7 @@ bool SceneList::ReadListFile()
     for (ssize_t got = getdelim(&line.text, &line.room, end, stream); got >= 0;
          got = getdelim(&line.text, &line.room, end, stream)) {
         std::string path(line.text, static_cast<size_t>(got));
-        if (!path.empty() && path.back() == static_cast<char>(end))
+        if (path.back() == static_cast<char>(end)) // there is at least one byte
             path.pop_back();
         if (!path.empty() && path.find('\0') == std::string::npos)
             AddPath(path);

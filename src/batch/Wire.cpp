@@ -89,7 +89,7 @@ WireAssembler::Arrival WireAssembler::Receive(int socket, int flags)
         gathered.append(part, static_cast<size_t>(got));
         return Arrival::kSome;
     }
-    if (got < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR))
+    if (got < 0 && (errno == EAGAIN || errno == EINTR))
         return Arrival::kNothing;
     return Arrival::kEnd;
 }

@@ -1,14 +1,11 @@
 // Scenes of strangers: what they name outside of their directories they do not get, and the run goes on.
 
+#include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <filesystem>
 #include <set>
 
 #include <fcntl.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -18,7 +15,7 @@
 #include "platform/headless/win32/TemporaryName.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
-#include "tests/support/FileContent.h"
+#include "tests/batch/FailingRuns.h"
 
 using namespace batch_testing;
 using testing::HasSubstr;
@@ -47,33 +44,9 @@ protected:
 };
 
 /// A run in a kernel that does not know a system call.
-ProgramRun BatchWithout(long call, std::vector<std::string> words)
+ProgramRun BatchWithout(long call, const std::vector<std::string>& words)
 {
-    words.insert(words.begin(), BuildPath("qsbatch"));
-    std::vector<char*> argv;
-    for (std::string& word : words)
-        argv.push_back(word.data());
-    argv.push_back(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        sock_filter steps[] = {
-            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(call), 0, 1),
-            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-        };
-        const sock_fprog filter = {std::size(steps), steps};
-        dup2(open("run.out", O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
-        dup2(open("run.err", O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0)
-            execv(argv[0], argv.data());
-        _exit(127);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileContent("run.out"),
-            FileContent("run.err")};
+    return BatchWith({{call, ENOSYS}}, words);
 }
 
 /// Where the open files of a process are.

@@ -1,5 +1,7 @@
 #include "platform/headless/win32/SyncedFiles.h"
 
+#include "platform/headless/win32/Uninterrupted.h"
+
 #include <cerrno>
 #include <utility>
 
@@ -35,13 +37,17 @@ public:
             close(std::exchange(file, above));
         return isOther;
     }
-    bool Sync() const { return file >= 0 && fsync(file) == 0; }
+    bool Sync() const
+    {
+        return file >= 0 && Uninterrupted([this] { return fsync(file); }) == 0;
+    }
     bool IsOpen() const { return file >= 0; }
 
 private:
     static int open(int base, const char* path)
     {
-        return openat(base, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        return Uninterrupted(
+            [&] { return openat(base, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     }
 
     int file;
