@@ -5,6 +5,7 @@
 #include <commdlg.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <utility>
 #include <windows.h>
 
 using namespace headless;
@@ -62,6 +63,33 @@ TEST(Registry, ReadsTheKeyFile)
     RegCloseKey(key);
 }
 
+TEST(Registry, TypeAndSizeMayBeAskedForAlone)
+{
+    const RegistryValues values({{"Other", "a=b\r"}, {"Plain", "c"}});
+    HKEY key = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\Fenwhistle\\QSAView", 0, KEY_READ, &key),
+              ERROR_SUCCESS);
+    DWORD type = 0;
+    DWORD size = 0;
+    EXPECT_EQ(RegQueryValueExA(key, "Other", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
+    EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
+    EXPECT_EQ(size, 4u) << "the end of a line is no part of the value";
+    RegCloseKey(key);
+}
+
+TEST(Registry, OtherKeysAndRightsAreNotThere)
+{
+    const RegistryValues values({{"Other", "a"}, {"More", "b"}});
+    HKEY key = nullptr;
+    const auto open = [&](HKEY hive, const char* name, DWORD access) {
+        return RegOpenKeyExA(hive, name, 0, access, &key);
+    };
+    EXPECT_EQ(open(nullptr, "Software\\A", KEY_READ), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(open(HKEY_CURRENT_USER, "Software\\A", 0), ERROR_INVALID_PARAMETER);
+    for (const char* const name : {"Hardware\\A", "Software", "Software\\", "Software\\A"})
+        EXPECT_EQ(open(HKEY_CURRENT_USER, name, KEY_READ), ERROR_FILE_NOT_FOUND) << name;
+}
+
 TEST(Registry, MissingFileIsAMissingKey)
 {
     const RegistryValues values({});
@@ -106,6 +134,106 @@ TEST(FindFirstFileA, SearchesOtherDirectories)
     EXPECT_STREQ(entry.cFileName, "Boat.qsa");
     EXPECT_EQ(entry.nFileSizeLow, 5u);
     FindClose(search);
+}
+
+TEST(FindFirstFileA, NamesThatNoFileHasAreNoPath)
+{
+    const ScratchDirectory scratch;
+    WIN32_FIND_DATAA entry;
+    for (const std::string& pattern : {std::string("folder/"), std::string(300, 'a')}) {
+        EXPECT_EQ(FindFirstFileA(pattern.c_str(), &entry), INVALID_HANDLE_VALUE);
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_PATH_NOT_FOUND)) << pattern;
+    }
+    EXPECT_EQ(FindFirstFileA("gone/*.qsa", &entry), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+}
+
+TEST(HandlesOfFiles, ThoseThatAreNoneAreRefused)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("a", "");
+    for (const HANDLE handle : {HANDLE(nullptr), INVALID_HANDLE_VALUE}) {
+        WIN32_FIND_DATAA entry;
+        BY_HANDLE_FILE_INFORMATION info;
+        char path[8];
+        SetLastError(0);
+        EXPECT_FALSE(FindNextFileA(handle, &entry));
+        EXPECT_FALSE(FindClose(handle));
+        EXPECT_FALSE(GetFileInformationByHandle(handle, &info));
+        EXPECT_FALSE(CloseHandle(handle));
+        EXPECT_EQ(GetFinalPathNameByHandleA(handle, path, sizeof path, 0), 0u);
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+    }
+    for (const auto& [access, disposition] :
+         {std::pair<DWORD, DWORD>{1, OPEN_EXISTING}, {0, OPEN_EXISTING + 1}}) {
+        EXPECT_EQ(CreateFileA("a", access, 0, nullptr, disposition, 0, nullptr),
+                  INVALID_HANDLE_VALUE);
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER));
+    }
+}
+
+TEST(GetFileAttributesA, TellsFoldersAndWhatIsReadOnly)
+{
+    const ScratchDirectory scratch;
+    scratch.Write("a", "");
+    scratch.Write(".h/b", "");
+    EXPECT_EQ(GetFileAttributesA("A"), static_cast<DWORD>(FILE_ATTRIBUTE_ARCHIVE));
+    EXPECT_EQ(GetFileAttributesA(".h"),
+              static_cast<DWORD>(FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN));
+    fs::permissions("a", fs::perms::owner_read);
+    EXPECT_EQ(GetFileAttributesA("a"),
+              static_cast<DWORD>(FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_READONLY));
+    EXPECT_EQ(GetFileAttributesA("gone"), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(GetFileAttributesA("a\\b"), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_PATH_NOT_FOUND)) << "a is no folder";
+    EXPECT_FALSE(DeleteFileA("gone"));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_FALSE(MoveFileExA("gone", "b", 0));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_FALSE(SetCurrentDirectoryA("a"));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
+}
+
+TEST(Windows, ThoseThatAreNoneHaveNothing)
+{
+    WNDCLASSEXA windowClass = {};
+    EXPECT_EQ(RegisterClassExA(&windowClass), 0u);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER));
+    windowClass.cbSize = sizeof windowClass;
+    EXPECT_EQ(RegisterClassExA(&windowClass), 0u) << "it has no procedure";
+    SetLastError(0);
+    EXPECT_FALSE(UnregisterClassA("no such class", nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER));
+    EXPECT_EQ(
+        CreateWindowExA(0, "no such class", "t", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr),
+        nullptr);
+    RECT rect;
+    char text[8];
+    PAINTSTRUCT paint;
+    SetLastError(0);
+    EXPECT_FALSE(DestroyWindow(nullptr));
+    EXPECT_FALSE(ShowWindow(nullptr, 1));
+    EXPECT_FALSE(UpdateWindow(nullptr));
+    EXPECT_FALSE(RedrawWindow(nullptr, nullptr, nullptr, 0));
+    EXPECT_FALSE(GetClientRect(nullptr, &rect));
+    EXPECT_FALSE(MoveWindow(nullptr, 0, 0, 1, 1, FALSE));
+    EXPECT_FALSE(SetWindowTextA(nullptr, "t"));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+    EXPECT_EQ(GetWindowTextA(nullptr, text, sizeof text), 0);
+    EXPECT_EQ(GetWindowLongA(nullptr, GWL_STYLE), 0);
+    EXPECT_EQ(GetMenu(nullptr), nullptr);
+    EXPECT_EQ(BeginPaint(nullptr, &paint), nullptr);
+    EXPECT_FALSE(EndPaint(nullptr, &paint));
+}
+
+TEST(LoadStringA, UnknownTextsAreEmpty)
+{
+    char text[8] = "before";
+    EXPECT_EQ(LoadStringA(nullptr, 65535, text, 0), 0);
+    EXPECT_STREQ(text, "before") << "there is no room";
+    EXPECT_EQ(LoadStringA(nullptr, 65535, text, sizeof text), 0);
+    EXPECT_STREQ(text, "");
 }
 
 TEST(GetCurrentDirectoryA, ReportsTheSizeItNeeds)
