@@ -169,20 +169,20 @@ TEST(BatchArgumentsTest, NumbersThatAreNoneAreTold)
     for (const auto& c : cases) {
         const std::string word = c.option;
         const std::string joined = word + (word.starts_with("--") ? "=" : "") + c.value;
-        EXPECT_EQ(ReadBatchArguments({"a", joined}).error, c.error) << joined;
+        EXPECT_EQ(BatchArguments().Read({"a", joined}).error, c.error) << joined;
     }
-    EXPECT_EQ(ReadBatchArguments({"a", "--memory", "2K"}).memoryBytes, 2048u);
-    EXPECT_EQ(ReadBatchArguments({"a", "--memory", "1.5T"}).memoryBytes, 1649267441664u);
+    EXPECT_EQ(BatchArguments().Read({"a", "--memory", "2K"}).memoryBytes, 2048u);
+    EXPECT_EQ(BatchArguments().Read({"a", "--memory", "1.5T"}).memoryBytes, 1649267441664u);
 }
 
 TEST(BatchArgumentsTest, WordsThatBeginLikeOptionsMayBePaths)
 {
-    EXPECT_THAT(ReadBatchArguments({"--", "-q", "--"}).paths, ElementsAre("-q", "--"));
-    EXPECT_THAT(ReadBatchArguments({"-", "-q"}).paths, ElementsAre("-"));
-    EXPECT_EQ(ReadBatchArguments({"a", "--odd"}).error, "unknown option '--odd'");
-    EXPECT_EQ(ReadBatchArguments({"a", ""}).error, "an empty path is given");
+    EXPECT_THAT(BatchArguments().Read({"--", "-q", "--"}).paths, ElementsAre("-q", "--"));
+    EXPECT_THAT(BatchArguments().Read({"-", "-q"}).paths, ElementsAre("-"));
+    EXPECT_EQ(BatchArguments().Read({"a", "--odd"}).error, "unknown option '--odd'");
+    EXPECT_EQ(BatchArguments().Read({"a", ""}).error, "an empty path is given");
     for (const char* const words : {"--help", "--version", "other.glb", "-o o"})
-        EXPECT_EQ(ReadBatchArguments({"a", "--import", "--import-options", words}).error,
+        EXPECT_EQ(BatchArguments().Read({"a", "--import", "--import-options", words}).error,
                   "option '--import-options': only options that change the scene are taken")
             << words;
     EXPECT_TRUE(IsSceneFile("a.QSB"));
