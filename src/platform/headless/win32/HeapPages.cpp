@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int kGrowthBytes = 512 << 10; // more, and there would be many pages that nothing uses
-constexpr int kKeptBytes = 8 << 20;   // at the end of the heap, not given back when they are freed
+constexpr int kKeptBytes = 8 << 20; // at the end of the heap, not given back when they are freed
 
 /// The heap has to grow by many pages at a time, or there is nothing to gain.
 bool LetHeapGrowFaster()
