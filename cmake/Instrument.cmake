@@ -1,15 +1,17 @@
 # Compiler and linker flags of the instrumented presets.
 if(QSA_INSTRUMENT STREQUAL "asan")
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    # One build serves the tests and the fuzz targets, whose driver tracks the coverage of src.
-    set(QSA_SOURCE_INSTRUMENTS -fsanitize=fuzzer-no-link
-        -fsanitize-coverage-ignorelist=../../fuzz/uncovered.txt)
     add_link_options(-fsanitize=address,undefined)
     add_compile_definitions(__SANITIZE_ADDRESS__) # as g++ defines it; clang only has a feature test
     # Line numbers are enough for a report. Tests are compiled more often than they run, so optimising them more
-    # takes longer than it saves; long fuzzing wants it.
-    set(QSA_ASAN_OPTIMISATION "-O1" CACHE STRING "of the programs with sanitizers")
-    set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "${QSA_ASAN_OPTIMISATION} -gline-tables-only")
+    # takes longer than it saves. Long fuzzing wants it, and its driver tracks the coverage of src.
+    if(QSA_FUZZING)
+        set(QSA_SOURCE_INSTRUMENTS -fsanitize=fuzzer-no-link
+            -fsanitize-coverage-ignorelist=../../fuzz/uncovered.txt)
+        set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -gline-tables-only")
+    else()
+        set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -gline-tables-only")
+    endif()
 elseif(QSA_INSTRUMENT MATCHES "^(coverage|branches)$") # "branches": the fuzz targets are built too
     # Without optimisation, so that each condition is there.
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
