@@ -83,9 +83,10 @@ enum FoundColumn {
 
 } // namespace
 
-BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn,
+BatchState::BatchState(const std::string& pathIn, const BatchOptions& optionsIn,
                        const SourceTrees* treesIn)
-    : options(optionsIn),
+    : path(pathIn),
+      options(optionsIn),
       trees(treesIn),
       database(path, options.durable),
       find(database.Handle(),
@@ -119,6 +120,8 @@ BatchState::~BatchState()
         Commit();
     } catch (const StateError&) {
         return; // told by the last commit of the run
+    } catch (const std::bad_alloc&) {
+        return;
     }
 }
 

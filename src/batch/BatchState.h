@@ -19,17 +19,18 @@ class SourceTrees;
 /// What was done in earlier runs, and with which inputs, so that only what changed is done again. A
 /// scene is up to date if its source and everything that was looked at have the same content, what was
 /// missing is still missing, program and options are the same, and the target is as it was written.
-/// Every operation may throw StateError.
+/// Every operation may throw StateError, and std::bad_alloc.
 class BatchState {
 public:
-    /// Opens or makes the file of the state. `trees` has the files that untrusted scenes find, and lives as long as
+    /// Opens or makes the file of the state, `pathIn`. `trees` has the files that untrusted scenes find, and lives as long as
     /// this object; null if scenes are trusted.
-    BatchState(const std::string& path, const BatchOptions& options,
+    BatchState(const std::string& pathIn, const BatchOptions& options,
                const SourceTrees* trees = nullptr);
     ~BatchState();
     BatchState(const BatchState&) = delete;
     BatchState& operator=(const BatchState&) = delete;
 
+    const std::string& Path() const { return path; }
     /// Where the state of a run is kept, unless it is told.
     static std::string DefaultPath(const BatchOptions& options);
     /// The keys of what a run with these options on this machine converts. Starts an engine for it.
@@ -78,6 +79,7 @@ private:
     std::string PackInputs(const std::vector<SceneInput>& inputs);
     void Begin();
 
+    const std::string path;
     const BatchOptions& options; ///< not owned
     const SourceTrees* trees;    ///< not owned
     StateDatabase database;

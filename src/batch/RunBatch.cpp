@@ -142,7 +142,7 @@ int BatchRun::Run()
                    : ConvertScenes(options, list, layout, state.get(), began, nullptr, trees.get())
                          .status;
     } catch (const StateError& failure) {
-        return BatchTrouble("the state cannot be used: " + failure.text +
+        return BatchTrouble("the state '" + state->Path() + "' cannot be used: " + failure.text +
                             "; remove it, or choose another one with --state");
     }
 }

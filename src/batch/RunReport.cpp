@@ -121,7 +121,8 @@ void RunReport::Done(size_t number, const SceneJob& job, const SceneResult& resu
         if (state)
             state->Store(entry, job, result);
     } catch (const StateError& error) {
-        AddTrouble("the state cannot be written: " + error.text + kStateCure);
+        AddTrouble("the state '" + state->Path() + "' cannot be written: " + error.text +
+                   kStateCure);
         state = nullptr;
     }
 }
@@ -192,7 +193,8 @@ void RunReport::Keep()
         if (state)
             state->Commit();
     } catch (const StateError& error) {
-        AddTrouble("the state cannot be written: " + error.text + kStateCure);
+        AddTrouble("the state '" + state->Path() + "' cannot be written: " + error.text +
+                   kStateCure);
         state = nullptr;
     }
 }

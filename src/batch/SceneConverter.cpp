@@ -15,6 +15,7 @@
 #include "batch/MessageCatcher.h"
 #include "batch/MessageTable.h"
 #include "batch/PeakMemory.h"
+#include "batch/SteadyCalls.h"
 #include "batch/SteadyClock.h"
 #include "check/CheckScene.h"
 #include "gfx/KRE_Gfx.h"
@@ -51,7 +52,7 @@ std::string FirstLine(const std::string& text)
 
 SceneConverter::SceneConverter(const WorkerSetup& setupIn)
     : setup(setupIn),
-      start(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)),
+      start(OpenAt(AT_FDCWD, ".", O_PATH | O_DIRECTORY | O_CLOEXEC)),
       engine(setupIn.engineOptions)
 {}
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -68,6 +69,14 @@ int64_t (*gFileSystemType)(const char* directory) = TypeOfFileSystem;
 
 // ---- Statements
 
+/// Throws what the last call failed with.
+[[noreturn]] static void ThrowFailure(sqlite3* database)
+{
+    if (sqlite3_errcode(database) == SQLITE_NOMEM)
+        throw std::bad_alloc();
+    throw StateError{sqlite3_errmsg(database)};
+}
+
 StateStatement::StateStatement(sqlite3* databaseIn, const char* sql) : database(databaseIn)
 {
     sqlite3_stmt* made = nullptr;
@@ -78,7 +87,7 @@ StateStatement::StateStatement(sqlite3* databaseIn, const char* sql) : database(
 void StateStatement::Check(int code)
 {
     if (code != SQLITE_OK)
-        throw StateError{sqlite3_errmsg(database)};
+        ThrowFailure(database);
 }
 
 StateStatement& StateStatement::Put(int place, int64_t number)
@@ -107,7 +116,7 @@ bool StateStatement::Step()
         return true;
     Reset();
     if (code != SQLITE_DONE)
-        throw StateError{sqlite3_errmsg(database)};
+        ThrowFailure(database);
     return false;
 }
 
@@ -134,6 +143,8 @@ StateDatabase::StateDatabase(const std::string& path, bool isDurable)
     sqlite3* opened = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     database.reset(opened);
+    if (code == SQLITE_NOMEM)
+        throw std::bad_alloc();
     if (code != SQLITE_OK)
         throw StateError{"the state '" + path + "' cannot be opened: " + sqlite3_errstr(code) +
                          kOtherPlace};
@@ -219,7 +230,7 @@ void StateDatabase::CheckContents(bool isDurable)
 void StateDatabase::Execute(const char* sql)
 {
     if (sqlite3_exec(database.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw StateError{sqlite3_errmsg(database.get())};
+        ThrowFailure(database.get());
 }
 
 int64_t StateDatabase::Ask(const char* sql)

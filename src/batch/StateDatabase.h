@@ -14,7 +14,8 @@ struct StateError {
     std::string text;
 };
 
-/// A prepared statement. Places count from 1, columns from 0. Failures throw StateError.
+/// A prepared statement. Places count from 1, columns from 0. Failures throw StateError,
+/// or std::bad_alloc for memory.
 class StateStatement {
 public:
     StateStatement(sqlite3* database, const char* sql);

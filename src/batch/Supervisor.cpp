@@ -395,7 +395,7 @@ void Supervisor::TakeFailedStart(WorkerProcess& worker, const SceneResult& resul
     const bool mayHelp = worker.WasKilled() && ++failedStarts < kMostFailedStarts;
     if (!mayHelp) {
         isBroken = true;
-        error = "a worker cannot start: " + WhyEnded(result);
+        error = "a worker cannot start for '" + worker.inHand.job.path + "': " + WhyEnded(result);
     } else if (WorkerProcess* const other = IdleWorker()) {
         other->Start(std::move(worker.inHand), SecondsOfClock());
     }

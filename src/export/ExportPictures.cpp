@@ -1,5 +1,7 @@
 #include "export/ExportPictures.h"
 
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 
 #include <unistd.h>
@@ -22,17 +24,21 @@ class PassingFile {
 public:
     PassingFile()
     {
-        std::string name = (fs::temp_directory_path() / "qsbexport-XXXXXX").string();
-        const int file = mkstemp(name.data());
-        if (file < 0)
-            return;
-        close(file);
-        path = name;
+        const std::string form = (fs::temp_directory_path() / "qsbexport-XXXXXX").string();
+        int file = -1;
+        do {
+            path = form;
+            file = mkstemp(path.data());
+        } while (file < 0 && errno == EINTR);
+        if (file >= 0)
+            close(file);
+        else
+            path.clear();
     }
     ~PassingFile()
     {
-        std::error_code ignored;
-        fs::remove(path, ignored);
+        if (!path.empty())
+            unlink(path.c_str()); // needs no memory
     }
     PassingFile(const PassingFile&) = delete;
     PassingFile& operator=(const PassingFile&) = delete;

@@ -168,14 +168,17 @@ int GltfFile::IndexOf(const char* list, const json& owner, const char* key) cons
     if (!owner.is_object())
         FailAt(list);
     const auto found = owner.find(key);
-    if (found == owner.end())
-        return -1;
+    return found == owner.end() ? -1 : IndexIn(list, *found, key);
+}
+
+int GltfFile::IndexIn(const char* list, const json& number, const char* what) const
+{
     const size_t count = List(list).size();
-    if (!found->is_number_integer() || found->get<int64_t>() < 0 ||
-        static_cast<uint64_t>(found->get<int64_t>()) >= count)
-        throw ModelFault(std::string("its '") + key + "' " + found->dump().substr(0, 30) +
+    if (!number.is_number_integer() || number.get<int64_t>() < 0 ||
+        static_cast<uint64_t>(number.get<int64_t>()) >= count)
+        throw ModelFault(std::string("its '") + what + "' " + number.dump().substr(0, 30) +
                          " is not among the " + std::to_string(count) + " of '" + list + "'");
-    return static_cast<int>(found->get<int64_t>());
+    return static_cast<int>(number.get<int64_t>());
 }
 
 const json* GltfFile::Named(const char* list, const json& owner, const char* key) const

@@ -32,6 +32,8 @@ public:
                                 const char* key) const;
     /// The number `owner[key]`, checked against the length of a list; -1 if there is none.
     int IndexOf(const char* list, const nlohmann::json& owner, const char* key) const;
+    /// A number of an element, checked against the length of a list; `what` is for messages.
+    int IndexIn(const char* list, const nlohmann::json& number, const char* what) const;
 
     /// An accessor's numbers, normalised ones as fractions. `width` is the number of components that
     /// it must have; 0 for any. Kept: asking again costs nothing.

@@ -111,7 +111,7 @@ void GltfReader::LinkNodes(const json& nodes)
         if (!children->is_array())
             throw ModelFault("the children of a node are no list");
         for (const json& child : *children) {
-            const int number = file.IndexOf("nodes", {{"child", child}}, "child");
+            const int number = file.IndexIn("nodes", child, "child");
             ModelNode& node = model.nodes[static_cast<size_t>(number)];
             if (node.parent >= 0)
                 throw ModelFault("a node has two parents");
@@ -149,7 +149,7 @@ void GltfReader::KeepScene()
     const auto keepRootOf = [&](int number) { keep(RootOf(number)); };
     if (scene && scene->contains("nodes") && (*scene)["nodes"].is_array()) {
         for (const json& root : (*scene)["nodes"])
-            keepRootOf(file.IndexOf("nodes", {{"root", root}}, "root"));
+            keepRootOf(file.IndexIn("nodes", root, "root"));
     } else if (!scene) {
         for (size_t i = 0; i < model.nodes.size(); ++i) {
             if (model.nodes[i].parent < 0)
@@ -197,7 +197,7 @@ void GltfReader::ReadSkins()
         if (joints == skin.end() || !joints->is_array() || joints->empty())
             throw ModelFault("a skin has no joints");
         for (const json& joint : *joints) {
-            made.joints.push_back(file.IndexOf("nodes", {{"joint", joint}}, "joint"));
+            made.joints.push_back(file.IndexIn("nodes", joint, "joint"));
             model.nodes[static_cast<size_t>(made.joints.back())].isBone = true;
         }
         made.binds.resize(made.joints.size(), kModelIdentity);

@@ -265,6 +265,11 @@ TEST_F(FailingCallsTest, StatesTakeFilesThatCannotBeReadForChanged)
 {
     scratch.Write("in/a.qsa", WallScene("p.tga"));
     scratch.Write("in/p.tga", ColorPicture(3));
+    const auto touch = [](const char* path) {
+        fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(1));
+    };
+    touch("in/a.qsa"); // the content of a new file is looked at, whatever its time
+    touch("in/p.tga");
     ASSERT_EQ(Batch({"in"}).status, 0);
     const auto plans = [](const FailingCall& call, const std::vector<std::string>& more) {
         std::vector<std::string> words = {"in", "--dry-run"};
@@ -278,9 +283,6 @@ TEST_F(FailingCallsTest, StatesTakeFilesThatCannotBeReadForChanged)
               "in/a.qsa: convert, the scene has changed\n0 up to date\n");
     EXPECT_THAT(plans(access, {}), StartsWith("in/a.qsa: convert, a file that it uses has changed, "
                                               "come or gone: "));
-    const auto touch = [](const char* path) {
-        fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(1));
-    };
     touch("in/a.qsb");
     EXPECT_EQ(plans(openContent, {}),
               "in/a.qsa: convert, the target is gone or was changed\n0 up to date\n");
@@ -618,43 +620,43 @@ TEST_F(FailingCallsTest, RunsThatCannotGoOnAreTwoWithAReason)
         std::vector<FailingCall> calls;
         std::vector<std::string> arguments;
         std::string said;
-    } cases[] = {
-        {"program of the worker",
-         {{SYS_socketpair, EMFILE}},
-         {"in"},
-         "qsbatch: a worker process cannot be started: Too many open files\n"},
+    } cases[] =
+    { {"program of the worker",
+       {{SYS_socketpair, EMFILE}},
+       {"in"},
+       "qsbatch: a worker process cannot be started: Too many open files\n"},
 #if !defined(__SANITIZE_ADDRESS__) // which starts a thread at the end, and has no limit of memory
-        {"worker",
-         {{SYS_clone, EAGAIN}},
-         {"in"},
-         "qsbatch: a worker process cannot be started: Resource temporarily unavailable\n"},
-        {"memory of a worker",
-         {},
-         {"in", "--memory", "3M"},
-         "qsbatch: a worker cannot start: 3 MiB of memory are too few, see --memory\n"},
-        {"odd memory of a worker",
-         {},
-         {"in", "--memory", "1.5K"},
-         "qsbatch: a worker cannot start: 1536 bytes of memory are too few, see --memory\n"},
+      {"worker",
+       {{SYS_clone, EAGAIN}},
+       {"in"},
+       "qsbatch: a worker process cannot be started: Resource temporarily unavailable\n"},
+      {"memory of a worker",
+       {},
+       {"in", "--memory", "3M"},
+       "qsbatch: a worker cannot start for 'in/a.qsa': 3 MiB of memory are too few, see --memory\n"},
+      {"odd memory of a worker",
+       {},
+       {"in", "--memory", "1.5K"},
+       "qsbatch: a worker cannot start for 'in/a.qsa': 1536 bytes of memory are too few, see --memory\n"},
 #endif
-        {"names of a durable state",
-         {{SYS_fsync, EIO}},
-         {"in", "--durable"},
-         "of the state cannot be made: Input/output error; choose another place with --state\n"},
-        {"journal on the disk",
-         {{SYS_fdatasync, EIO}},
-         {"in", "--durable", "--journal", "j.jsonl"},
-         "Input/output error"},
-        {"page that is a directory",
-         {},
-         {"in", "--report", "in"},
-         "qsbatch: the page 'in' cannot be written: Is a directory; choose another place with "
-         "--report\n"},
-        {"page's place",
-         {},
-         {"in", "--report", "gone/page.html"},
-         "qsbatch: the page 'gone/page.html' cannot be written: No such file or directory; choose "
-         "another place with --report\n"},
+      {"names of a durable state",
+       {{SYS_fsync, EIO}},
+       {"in", "--durable"},
+       "of the state cannot be made: Input/output error; choose another place with --state\n"},
+      {"journal on the disk",
+       {{SYS_fdatasync, EIO}},
+       {"in", "--durable", "--journal", "j.jsonl"},
+       "Input/output error"},
+      {"page that is a directory",
+       {},
+       {"in", "--report", "in"},
+       "qsbatch: the page 'in' cannot be written: Is a directory; choose another place with "
+       "--report\n"},
+      {"page's place",
+       {},
+       {"in", "--report", "gone/page.html"},
+       "qsbatch: the page 'gone/page.html' cannot be written: No such file or directory; choose "
+       "another place with --report\n"},
     };
     for (const auto& row : cases) {
         const ProgramRun run = BatchWith(row.calls, row.arguments);

@@ -122,7 +122,9 @@ TEST_F(WorkerTest, WorkersThatDoNotStartEndTheRun)
     }
     const ProgramRun ended = run.Wait();
     EXPECT_EQ(ended.status, 2);
-    EXPECT_THAT(ended.err, HasSubstr("qsbatch: a worker cannot start: the worker crashed: Killed"));
+    EXPECT_THAT(
+        ended.err,
+        HasSubstr("qsbatch: a worker cannot start for 'in/a.qsa': the worker crashed: Killed"));
 }
 
 // The start of a worker does not count for the time limit of its scene; nor does the supervisor run hot until
