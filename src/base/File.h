@@ -88,8 +88,6 @@ public:
     bool WriteString(const String& text);
 
 private:
-    friend class FileTestAccess;
-
     enum class Transfer { none, read, write };
 
     template <class Number>

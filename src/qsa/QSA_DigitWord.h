@@ -13,12 +13,6 @@ inline uint64_t LoadTextWord(const uint8_t* at)
     return LoadLittle<uint64_t>(at);
 }
 
-/// Keeps the last `count` bytes of a word, 1 to 8; the others become 0.
-inline uint64_t KeepLastBytes(uint64_t word, uint32_t count)
-{
-    return word & (~uint64_t{0} << (64 - 8 * count));
-}
-
 /// Not 0 if one of the bytes is above 9.
 inline uint64_t BytesAboveNine(uint64_t word)
 {

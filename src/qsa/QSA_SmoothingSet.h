@@ -13,7 +13,6 @@ struct QSA_SmoothingSet {
         const uint32_t number = static_cast<uint8_t>(group);
         bits[number / 64] |= uint64_t{1} << (number % 64);
     }
-    bool IsEmpty() const { return (bits[0] | bits[1] | bits[2] | bits[3]) == 0; }
 
     bool Meets(const QSA_SmoothingSet& other) const
     {

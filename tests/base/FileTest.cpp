@@ -1,25 +1,49 @@
 #include "base/File.h"
 
 #include <ctime>
+#include <fcntl.h>
 #include <limits>
 #include <unistd.h>
 
 #include "tests/base/LogFixture.h"
 
-/// Reaches into a `File` for states that its operations do not leave it in.
-class FileTestAccess {
-public:
-    static void SetWriteable(File& file) { file.canWrite = 1; }
-    static void CloseBehindItsBack(File& file) { close(fileno(file.stream.get())); }
-    static void SetPosition(File& file, int32_t position) { file.position = position; }
-};
-
 namespace {
+
+constexpr int32_t kTooMuchToKeep = 100000; // bytes that a stream stores at once
+
+/// The descriptor that the next file gets: the lowest free one.
+int NextDescriptor()
+{
+    const int lowest = dup(fileno(stderr));
+    close(lowest);
+    return lowest;
+}
 
 class FileTest : public LogFixture {
 protected:
     FileTest() { gOpenHandlesCount = 0; }
 
+    /// For reading and writing, but the system refuses the writes, and its position is `streamPosition`.
+    void OpenWithoutWrites(const char* name, int32_t streamPosition)
+    {
+        file.Close();
+        const int descriptor = NextDescriptor();
+        ASSERT_TRUE(file.Open(name, false, false, true));
+        const int readOnly = open(name, O_RDONLY);
+        ASSERT_GE(dup2(readOnly, descriptor), 0);
+        close(readOnly);
+        ASSERT_EQ(lseek(descriptor, streamPosition, SEEK_SET), streamPosition);
+    }
+    /// Whose descriptor is closed behind its back when `bytes` are written.
+    void CreateAndLose(const char* name, const std::string& bytes)
+    {
+        const int descriptor = NextDescriptor();
+        ASSERT_TRUE(file.Create(name, true, false));
+        ASSERT_TRUE(file.Write(bytes.data(), static_cast<int32_t>(bytes.size())));
+        ASSERT_EQ(close(descriptor), 0);
+    }
+
+    const std::string manyBytes = std::string(kTooMuchToKeep, 'x');
     File file;
 };
 
@@ -389,9 +413,9 @@ TEST_F(FileTest, CloseWithNoHandleCountedIsAWarning)
 TEST_F(FileTest, FailureToWriteIsAnError)
 {
     scratch.Write("in.bin", "abc");
-    ASSERT_TRUE(file.Open("in.bin", true, false, true));
-    FileTestAccess::SetWriteable(file); // the stream itself is open for reading only
-    EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "in.bin: Error writing to file");
+    OpenWithoutWrites("in.bin", 0);
+    EXPECT_EQ(RaisedBy([&] { file.Write(manyBytes.data(), kTooMuchToKeep); }),
+              "in.bin: Error writing to file");
 }
 
 TEST_F(FileTest, FailedWriteTakesThePositionOfTheStreamAndRaisesTheSizeToIt)
@@ -406,11 +430,10 @@ TEST_F(FileTest, FailedWriteTakesThePositionOfTheStreamAndRaisesTheSizeToIt)
         {"behind its end", 5, 5},
     };
     for (const auto& c : cases) {
-        ASSERT_TRUE(file.Open("in.bin", true, false, true));
-        FileTestAccess::SetWriteable(file); // the stream itself is open for reading only
-        file.Seek(c.streamPosition);
-        FileTestAccess::SetPosition(file, 7);
-        EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "in.bin: Error writing to file") << c.what;
+        OpenWithoutWrites("in.bin", c.streamPosition);
+        EXPECT_EQ(RaisedBy([&] { file.Write(manyBytes.data(), kTooMuchToKeep); }),
+                  "in.bin: Error writing to file")
+            << c.what;
         EXPECT_EQ(file.GetPosition(), c.streamPosition) << c.what;
         EXPECT_EQ(file.GetSize(), c.size) << c.what;
     }
@@ -431,7 +454,7 @@ TEST_F(FileTest, FailuresReturnFalseWithThrowingOff)
         file.Seek(-1);
         EXPECT_FALSE(file.Read(&text, -1));
     }
-    FileTestAccess::SetWriteable(file);
+    ASSERT_TRUE(file.Open("in.bin", false, false, true));
     EXPECT_FALSE(file.Write("x", -1));
     EXPECT_TRUE(file.Write("x", 0));
 }
@@ -439,7 +462,7 @@ TEST_F(FileTest, FailuresReturnFalseWithThrowingOff)
 TEST_F(FileTest, WriteThatLeavesTheRangeOfInt32IsAnError)
 {
     ASSERT_TRUE(file.Create("out.bin", true, true));
-    FileTestAccess::SetPosition(file, std::numeric_limits<int32_t>::max() - 3);
+    file.Seek(std::numeric_limits<int32_t>::max() - 3);
     EXPECT_EQ(RaisedBy([&] { file.WriteInt32(1); }), "out.bin: Error writing to file");
     EXPECT_EQ(RaisedBy([&] { file.Write("x", -1); }), "out.bin: Error writing to file");
 }
@@ -506,26 +529,21 @@ TEST_F(FileTest, FlushOfAFileThatIsNotOpenForWritingIsAnError)
 // As many bytes as a stream does not keep back for later.
 TEST_F(FileTest, SeekAfterBytesThatCanNotBeStoredIsAnError)
 {
-    const std::string bytes(60000, 'x');
-    ASSERT_TRUE(file.Create("out.bin", true, false));
-    ASSERT_TRUE(file.Write(bytes.data(), 60000));
-    FileTestAccess::CloseBehindItsBack(file);
+    CreateAndLose("out.bin", std::string(60000, 'x'));
     EXPECT_EQ(RaisedBy([&] { file.Seek(0); }), "out.bin: Error writing to file");
     EXPECT_EQ(file.GetPosition(), 60000);
 }
 
 TEST_F(FileTest, CloseReportsAFailure)
 {
-    ASSERT_TRUE(file.Create("out.bin", true, false));
-    FileTestAccess::CloseBehindItsBack(file);
+    CreateAndLose("out.bin", "");
     EXPECT_FALSE(file.Close());
     EXPECT_TRUE(file.Close()); // nothing is open any more
 }
 
 TEST_F(FileTest, CloseThatFailsIsAWarning)
 {
-    ASSERT_TRUE(file.Create("out.bin", true, false));
-    FileTestAccess::CloseBehindItsBack(file);
+    CreateAndLose("out.bin", "");
     file.Close();
     EXPECT_EQ(LogText(), Entry("Warning:File: Could not close file: 'out.bin' - "
                                "Bad file descriptor"));
