@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstring>
 #include <iterator>
@@ -17,7 +18,6 @@
 #include "batch/MessageTable.h"
 #include "batch/SteadyCalls.h"
 #include "batch/Worker.h"
-#include "batch/WorkingDirectory.h"
 #include "platform/headless/win32/DirectoryEntries.h"
 #include "platform/headless/win32/TemporaryName.h"
 #include "platform/headless/win32/Uninterrupted.h"
@@ -35,21 +35,6 @@ size_t BytesOf(const SceneJob& job)
     return job.path.size() + job.target.size() + job.frame.size() + 32;
 }
 
-/// Removes what a process that was ended has left of files that it was writing.
-void RemoveTemporaryFiles(const std::string& path, pid_t process)
-{
-    if (path.empty())
-        return;
-    const std::string directory = SplitPath(path).directory;
-    headless::TemporaryOwner ended = headless::TemporaryOwner::ThisProcess();
-    ended.process = process;
-    headless::TemporaryOwner owner;
-    headless::VisitEntries(directory, [&](const dirent& entry) {
-        if (owner.Read(entry.d_name) && owner == ended)
-            unlink((directory + "/" + entry.d_name).c_str());
-    });
-}
-
 /// A key that ends the run goes to all processes of the terminal, but what becomes of workers is the
 /// supervisor's decision; also while they start.
 void LeaveSignalsToSupervisor()
@@ -64,6 +49,7 @@ void LeaveSignalsToSupervisor()
 } // namespace
 
 WorkerProcess::WorkerProcess(const WorkerSetup& setup, int heldByWorkers)
+    : temporaryStart(headless::TemporaryNameStart())
 {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
@@ -106,8 +92,7 @@ WorkerProcess::~WorkerProcess()
     if (!IsRunning())
         return;
     if (isBusy || isSpent) {
-        Kill(WorkerEnd::kItself);
-        Bury();
+        End();
         return;
     }
     socket.Close(); // it ends when there are no more jobs
@@ -174,15 +159,52 @@ std::string WorkerProcess::HostText() const
     return got > 0 ? std::string(text, static_cast<size_t>(got)) : std::string();
 }
 
+/// Removes what the process, which was ended, has left of files that it was writing: also of jobs whose
+/// beginning it could not tell any more. Needs no memory, whose lack may be why it was ended.
 void WorkerProcess::RemoveLitter() const
 {
-    RemoveTemporaryFiles(inHand.job.target, process);
-    RemoveTemporaryFiles(inHand.job.frame, process);
+    std::string_view last;
+    bool isFirst = true;
+    const auto removeBeside = [&](std::string_view path) {
+        const std::string_view directory = path.substr(0, path.find_last_of('/') + 1);
+        if (path.empty() || (!isFirst && directory == last))
+            return;
+        RemoveLitterIn(directory);
+        last = directory;
+        isFirst = false;
+    };
+    for (const std::string SceneJob::*const path : {&SceneJob::target, &SceneJob::frame}) {
+        removeBeside(inHand.job.*path);
+        for (const NumberedJob& job : ahead)
+            removeBeside(job.job.*path);
+    }
 }
 
-SceneResult WorkerProcess::Bury()
+/// In a directory with its separator; empty for the current one.
+void WorkerProcess::RemoveLitterIn(std::string_view directory) const
 {
-    kill(process, SIGKILL); // its socket is closed: it is of no more use, whatever it does
+    char path[PATH_MAX] = "./";
+    if (directory.size() >= sizeof path)
+        return;
+    std::copy(directory.begin(), directory.end(), path);
+    if (!directory.empty())
+        path[directory.size()] = '\0';
+    constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+    const int opened = headless::Uninterrupted([&] { return open(path, kFlags); });
+    const struct {
+        const WorkerProcess& worker;
+        int directory;
+    } in = {*this, opened};
+    headless::VisitEntries(opened, [&in](const dirent& entry) {
+        if (headless::IsTemporaryNameOf(entry.d_name, in.worker.temporaryStart, in.worker.process))
+            unlinkat(in.directory, entry.d_name, 0);
+    });
+}
+
+/// Ends the process and waits for its end; returns its status, as `waitpid` has it.
+int WorkerProcess::End()
+{
+    kill(process, SIGKILL);
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR)
         continue;
@@ -190,6 +212,12 @@ SceneResult WorkerProcess::Bury()
         RemoveLitter();
     process = -1;
     wasKilled = WIFSIGNALED(status);
+    return status;
+}
+
+SceneResult WorkerProcess::Bury()
+{
+    const int status = End(); // its socket is closed: it is of no more use, whatever it does
     SceneResult result;
     const bool isOutOfMemory = WIFEXITED(status) && WEXITSTATUS(status) == kWorkerOutOfMemory;
     if (end == WorkerEnd::kTimeout) {

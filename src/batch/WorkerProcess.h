@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -75,9 +76,12 @@ public:
 
 private:
     [[noreturn]] void BecomeWorker(int socketEnd, int ticketFile, int heldByWorkers) const;
+    int End();
     void RemoveLitter() const;
+    void RemoveLitterIn(std::string_view directory) const;
     std::string HostText() const;
 
+    const std::string temporaryStart; ///< of the names of its temporary files
     pid_t process = -1;
     Descriptor socket;
     Descriptor errors; ///< its standard error, a file in memory

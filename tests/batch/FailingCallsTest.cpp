@@ -144,7 +144,6 @@ TEST_F(FailingCallsTest, DirectoriesThatCannotBeReadAreNamed)
     EXPECT_EQ(SaidWith({}, walks), " 1");
     EXPECT_EQ(SaidWith({kOpenDirectory}, walks), "in: Permission denied 0");
     EXPECT_EQ(SaidWith({{SYS_getdents64, EIO}}, walks), "in: Input/output error 0");
-    EXPECT_EQ(SaidWith({{SYS_newfstatat, EIO, 3, kEmptyPath}}, walks), "in: Input/output error 0");
     EXPECT_EQ(SaidWith({{SYS_read, EIO}}, [&] { return collects("list"); }),
               "the list 'list' cannot be read: Input/output error; name another one with "
               "--from-file 0");

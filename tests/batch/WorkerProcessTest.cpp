@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "batch/Descriptor.h"
+#include "batch/WorkerProcess.h"
 #include "platform/headless/win32/TemporaryName.h"
 #include "tests/batch/BackgroundBatch.h"
 #include "tests/batch/BatchTesting.h"
@@ -51,4 +52,35 @@ TEST_F(WorkerProcessTest, FilesOfAKilledWorkerAreRemovedAndNoOthers)
     EXPECT_TRUE(scratch.Has("o/" + elsewhere));
     EXPECT_TRUE(scratch.Has("o/" + earlier));
     EXPECT_TRUE(scratch.Has("o/" + another));
+}
+
+TEST_F(WorkerProcessTest, LitterGoesFromTheDirectoriesOfAllJobsThatTheWorkerMayHaveBegun)
+{
+    const std::vector<std::string> directories = {"", "1/", "2/", "3/", "4/"};
+    const auto nameOf = [](pid_t process) {
+        return headless::TemporaryNameStart() + std::to_string(process) + "-3.tmp";
+    };
+    std::string its;
+    {
+        WorkerProcess worker({}, -1);
+        kill(worker.Id(), SIGKILL); // before the program of the tests begins
+        its = nameOf(worker.Id());
+        for (const std::string& directory : directories)
+            scratch.Write(directory + its, "");
+        scratch.Write("2/" + nameOf(getpid()), "");
+        NumberedJob job;
+        job.job.target = "1/a.qsb";
+        worker.Start(job, 0);
+        job.job.target = "2/b.qsb";
+        job.job.frame = "3/b.png";
+        worker.StartNext(job);
+        job.job.target = "c.qsb";
+        job.job.frame = "";
+        worker.StartNext(job);
+    }
+    std::string left;
+    for (const std::string& directory : directories)
+        left += scratch.Has(directory + its) ? "in '" + directory + "'" : "";
+    EXPECT_EQ(left, "in '4/'");
+    EXPECT_TRUE(scratch.Has("2/" + nameOf(getpid())));
 }

@@ -20,6 +20,19 @@ TEST(TemporaryName, TellsItsOwner)
     EXPECT_NE(TemporaryName(7), TemporaryName(8));
 }
 
+TEST(TemporaryName, IsKnownByItsStartAndProcess)
+{
+    const TemporaryOwner self = TemporaryOwner::ThisProcess();
+    const std::string start = TemporaryNameStart();
+    const std::string mine = TemporaryName(7);
+    EXPECT_TRUE(IsTemporaryNameOf(mine.c_str(), start, getpid()));
+    EXPECT_FALSE(IsTemporaryNameOf(mine.c_str(), start, getpid() + 1));
+    EXPECT_FALSE(IsTemporaryNameOf((mine + "x").c_str(), start, getpid()));
+    EXPECT_FALSE(IsTemporaryNameOf(mine.c_str(), ".qsa2qsb-other-" + self.boot + "-", getpid()));
+    EXPECT_FALSE(IsTemporaryNameOf((start + ".tmp").c_str(), start, getpid()));
+    EXPECT_FALSE(IsTemporaryNameOf((start + "x1-0.tmp").c_str(), start, 1));
+}
+
 TEST(TemporaryName, HostMayHaveDashes)
 {
     TemporaryOwner owner;

@@ -4,6 +4,7 @@
 
 #include "platform/headless/win32/AbandonedFiles.h"
 
+#include "platform/headless/win32/DescriptorCloser.h"
 #include "platform/headless/win32/DirectoryEntries.h"
 #include "platform/headless/win32/DirectoryIndex.h"
 #include "platform/headless/win32/TemporaryName.h"
@@ -33,18 +34,6 @@ bool MayBeAbandoned(const char* name, const struct stat& info, time_t now)
     return info.st_mtime < now - kSecondsOfOthers;
 }
 
-/// Closes a file whatever comes.
-class Closer {
-public:
-    explicit Closer(int opened) : file(opened) {}
-    ~Closer() { close(file); }
-    Closer(const Closer&) = delete;
-    Closer& operator=(const Closer&) = delete;
-
-private:
-    int file;
-};
-
 void RemoveIfAbandoned(const std::string& directory, const char* name, time_t now)
 {
     const std::string path = directory + name;
@@ -52,7 +41,7 @@ void RemoveIfAbandoned(const std::string& directory, const char* name, time_t no
     const int file = Uninterrupted([&] { return open(path.c_str(), flags); });
     if (file < 0)
         return;
-    const Closer closer(file);
+    const DescriptorCloser closer(file);
     struct stat info;
     if (fstat(file, &info) == 0 && MayBeAbandoned(name, info, now) &&
         flock(file, LOCK_EX | LOCK_NB) == 0 && unlink(path.c_str()) == 0)

@@ -1,9 +1,10 @@
 #include "platform/headless/win32/DirectoryEntries.h"
 
+#include "platform/headless/win32/DescriptorCloser.h"
 #include "platform/headless/win32/Uninterrupted.h"
 
 #include <cerrno>
-#include <memory>
+#include <cstddef>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -13,32 +14,24 @@ namespace headless {
 
 namespace {
 
-struct DirectoryCloser {
-    void operator()(DIR* opened) const { closedir(opened); }
-};
+constexpr size_t kBufferBytes = 8192; // some two hundred entries at a time
 
-using DirectoryStream = std::unique_ptr<DIR, DirectoryCloser>;
-
-DirectoryStream OpenEntries(int descriptor)
+/// Without the C library's stream of entries, which asks for memory.
+bool VisitEach(int descriptor, const std::function<void(const dirent&)>& visit)
 {
-    DirectoryStream opened(descriptor >= 0 ? fdopendir(descriptor) : nullptr);
-    if (!opened && descriptor >= 0) {
-        const int reason = errno;
-        close(descriptor);
-        errno = reason;
+    static_assert(offsetof(dirent, d_name) == 19, "as the kernel has it");
+    alignas(dirent) char buffer[kBufferBytes];
+    for (;;) {
+        const ssize_t got =
+            Uninterrupted([&] { return getdents64(descriptor, buffer, sizeof buffer); });
+        if (got <= 0)
+            return got == 0;
+        for (ssize_t at = 0; at < got;) {
+            const auto& entry = *reinterpret_cast<const dirent*>(buffer + at);
+            at += entry.d_reclen;
+            visit(entry);
+        }
     }
-    return opened;
-}
-
-/// Null with `errno` 0 at the end.
-const dirent* NextEntry(DIR* entries)
-{
-    const dirent* entry = nullptr;
-    do {
-        errno = 0;
-        entry = readdir(entries);
-    } while (!entry && errno == EINTR);
-    return entry;
 }
 
 } // namespace
@@ -52,12 +45,10 @@ bool VisitEntries(const std::string& directory, const std::function<void(const d
 
 bool VisitEntries(int descriptor, const std::function<void(const dirent&)>& visit)
 {
-    const DirectoryStream entries = OpenEntries(descriptor);
-    if (!entries)
+    if (descriptor < 0)
         return false;
-    while (const dirent* entry = NextEntry(entries.get()))
-        visit(*entry);
-    return errno == 0;
+    const DescriptorCloser closer(descriptor);
+    return VisitEach(descriptor, visit);
 }
 
 } // namespace headless

@@ -115,12 +115,26 @@ bool TemporaryOwner::IsGone() const
 
 std::string TemporaryName(uint32_t number)
 {
-    const TemporaryOwner self = TemporaryOwner::ThisProcess();
-    std::string name(kTemporaryPrefix);
-    name += self.host + '-' + self.boot + '-' + std::to_string(self.process) + '-' +
-            std::to_string(number);
+    std::string name = TemporaryNameStart();
+    name += std::to_string(getpid()) + '-' + std::to_string(number);
     name += kTemporarySuffix;
     return name;
+}
+
+std::string TemporaryNameStart()
+{
+    const TemporaryOwner self = TemporaryOwner::ThisProcess();
+    return std::string(kTemporaryPrefix) + self.host + '-' + self.boot + '-';
+}
+
+bool IsTemporaryNameOf(const char* name, std::string_view start, pid_t process)
+{
+    std::string_view rest = name;
+    if (!IsTemporaryName(name) || !rest.starts_with(start))
+        return false;
+    rest.remove_prefix(start.size());
+    pid_t owner = 0;
+    return ReadNumber(rest.substr(0, rest.find('-')), owner) && owner == process;
 }
 
 bool IsTemporaryName(const char* name)

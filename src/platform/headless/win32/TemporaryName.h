@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include <sys/types.h>
 
@@ -24,6 +25,10 @@ struct TemporaryOwner {
 
 /// `.qsa2qsb-HOST-BOOT-PROCESS-NUMBER.tmp`, for this process.
 std::string TemporaryName(uint32_t number);
+/// What the names of all processes of this host begin with, since it was started: up to the process.
+std::string TemporaryNameStart();
+/// Whether a name is one of `process`; needs no memory.
+bool IsTemporaryNameOf(const char* name, std::string_view start, pid_t process);
 /// Whether a name is one of a temporary file, also of one that an older version made.
 bool IsTemporaryName(const char* name);
 
