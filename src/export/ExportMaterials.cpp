@@ -65,7 +65,7 @@ int ExportMaterials::MaterialOf(const KRE_MaterialInfo& material, const KRE_Text
                                 const std::string& name, bool withPictures)
 {
     json made = PlainMaterial(material);
-    made["extras"]["qsb"] = MaterialExtras(material, texture);
+    ObjectAt(made, "extras")["qsb"] = MaterialExtras(material, texture);
     if (withPictures) {
         AddPicture(made, material, texture);
         AddOtherPictures(made, texture);
@@ -168,6 +168,6 @@ void ExportMaterials::AddTransform(json& info, const KRE_Texture& texture, int s
                       {"scale", {ShortNumber(v[2]), ShortNumber(v[3])}}};
     if (v[4] != 0)
         transform["rotation"] = ShortNumber(v[4]);
-    info["extensions"]["KHR_texture_transform"] = std::move(transform);
+    ObjectAt(info, "extensions")["KHR_texture_transform"] = std::move(transform);
     writer.UseExtension("KHR_texture_transform");
 }

@@ -24,7 +24,7 @@ public:
 private:
     /// The accessors of one geometry; -1 for none.
     struct Geometry {
-        nlohmann::json attributes;
+        nlohmann::json attributes = nlohmann::json::object();
         std::vector<std::pair<DWORD, int>> faces; ///< the indices of each attribute's faces
         bool hasTexCoords = false;
     };

@@ -71,7 +71,7 @@ void AddMaps(json& extras, const KRE_Texture& texture)
             map[kTracks[i]] = ShortNumber(moves.constants[i]);
             AddTrack(map, (std::string(kTracks[i]) + "Track").c_str(), moves.tracks[i]);
         }
-        extras["maps"].push_back(std::move(map));
+        ListAt(extras, "maps").push_back(std::move(map));
     }
     if (texture.sequenceCount > 0)
         extras["sequence"] = {{"frames", texture.sequenceCount},

@@ -103,7 +103,7 @@ void SceneNodes::AddNode(KRE_3dObject& object)
     json node = {{"name", Utf8Name(object.name.c_str())}};
     PlaceNode(node, object, AxesOf(object));
     if (object.objectKind == kObjectBone)
-        node["extras"]["qsb"]["kind"] = "bone";
+        ObjectAt(ObjectAt(node, "extras"), "qsb")["kind"] = "bone";
     nodes[&object] = writer.Append("nodes", std::move(node));
 }
 
@@ -130,7 +130,7 @@ void SceneNodes::AddTree()
     for (const KRE_3dObject* object : objects) {
         const auto parent = parents.find(object);
         if (parent != parents.end())
-            writer.At("nodes", nodes[parent->second])["children"].push_back(nodes[object]);
+            ListAt(writer.At("nodes", nodes[parent->second]), "children").push_back(nodes[object]);
     }
 }
 
@@ -144,7 +144,7 @@ void SceneNodes::AddMesh(KRE_Mesh& mesh)
         return;
     json& node = writer.At("nodes", nodes[&mesh]);
     if (!mesh.visible)
-        node["extras"]["qsb"] = {{"visible", false}, {"mesh", added}};
+        ObjectAt(node, "extras")["qsb"] = {{"visible", false}, {"mesh", added}};
     else if (mesh.blendCount > 0)
         AddSkinned(mesh, added);
     else
@@ -180,7 +180,7 @@ int SceneNodes::JointOf(KRE_Mesh& mesh, int32_t bone, std::set<int>& taken)
     if (!taken.insert(node).second) {
         const std::string name = writer.At("nodes", node).value("name", "");
         const int twin = writer.Append("nodes", {{"name", name + " joint"}});
-        writer.At("nodes", node)["children"].push_back(twin);
+        ListAt(writer.At("nodes", node), "children").push_back(twin);
         node = twin;
     }
     return node;
@@ -206,7 +206,7 @@ int SceneNodes::ViewNode(const KRE_Target3dObject& object)
     const float rotation[] = {turn.x, turn.y, turn.z, turn.w};
     const std::string name = Utf8Name(object.name.c_str()) + " view";
     const int view = writer.Append("nodes", {{"name", name}, {"rotation", ShortNumbers(rotation)}});
-    writer.At("nodes", own)["children"].push_back(view);
+    ListAt(writer.At("nodes", own), "children").push_back(view);
     return view;
 }
 
@@ -226,7 +226,8 @@ void SceneNodes::AddCamera(KRE_Camera& camera)
     else if (!camera.target)
         view = ViewNode(camera);
     if (camera.target) {
-        writer.At("nodes", view)["extras"]["qsb"]["target"] = Utf8Name(camera.targetName.c_str());
+        json& extras = ObjectAt(writer.At("nodes", view), "extras");
+        ObjectAt(extras, "qsb")["target"] = Utf8Name(camera.targetName.c_str());
         looking.emplace_back(&camera, view);
     }
     writer.At("nodes", view)["camera"] = index;
@@ -268,11 +269,12 @@ void SceneNodes::AddLight(KRE_Light& light)
         made["spot"] = {{"innerConeAngle", ShortNumber(inner)},
                         {"outerConeAngle", ShortNumber(outer)}};
     }
-    json& lights = writer.document["extensions"]["KHR_lights_punctual"]["lights"];
+    json& extension = ObjectAt(ObjectAt(writer.document, "extensions"), "KHR_lights_punctual");
+    json& lights = ListAt(extension, "lights");
     lights.push_back(std::move(made));
     writer.UseExtension("KHR_lights_punctual");
-    writer.At("nodes", ViewNode(light))["extensions"]["KHR_lights_punctual"]["light"] =
-        lights.size() - 1;
+    json& extensions = ObjectAt(writer.At("nodes", ViewNode(light)), "extensions");
+    ObjectAt(extensions, "KHR_lights_punctual")["light"] = lights.size() - 1;
 }
 
 // ---- Roots

@@ -75,6 +75,16 @@ json ShortNumbers(std::span<const float> values)
     return list;
 }
 
+json& ObjectAt(json& owner, const char* key)
+{
+    return *owner.emplace(key, json::object()).first;
+}
+
+json& ListAt(json& owner, const char* key)
+{
+    return *owner.emplace(key, json::array()).first;
+}
+
 GltfWriter::GltfWriter(const std::string& generator)
 {
     document["asset"] = {{"version", "2.0"}, {"generator", generator}};
@@ -128,7 +138,7 @@ int GltfWriter::AddBytes4(std::span<const uint8_t> values, GltfTarget target)
 
 int GltfWriter::Append(const char* list, json element)
 {
-    json& elements = document[list];
+    json& elements = ListAt(document, list);
     elements.push_back(std::move(element));
     return static_cast<int>(elements.size()) - 1;
 }
@@ -146,7 +156,7 @@ size_t GltfWriter::Count(const char* list) const
 
 void GltfWriter::UseExtension(const std::string& name)
 {
-    json& used = document["extensionsUsed"];
+    json& used = ListAt(document, "extensionsUsed");
     if (std::find(used.begin(), used.end(), name) == used.end())
         used.push_back(name);
 }

@@ -15,6 +15,11 @@
 double ShortNumber(float value);
 nlohmann::json ShortNumbers(std::span<const float> values);
 
+/// The member of an object that is an object or a list itself; empty if it was missing. The library's own way,
+/// to make one of a null value, leaves a broken value if it finds no memory.
+nlohmann::json& ObjectAt(nlohmann::json& owner, const char* key);
+nlohmann::json& ListAt(nlohmann::json& owner, const char* key);
+
 /// A glTF document under construction, and the bytes of its one buffer.
 class GltfWriter {
 public:
@@ -41,7 +46,7 @@ public:
     /// NAME.bin and the added files. Returns what is wrong, or an empty text.
     std::string Write(const std::string& path);
 
-    nlohmann::json document;
+    nlohmann::json document = nlohmann::json::object();
 
 private:
     /// A view of numbers, in the order of files.

@@ -26,7 +26,7 @@ void AddRecord(const Record& record, JsonValue& object)
 
 JsonValue FileOf(const LoadedScene& loaded)
 {
-    JsonValue file;
+    JsonValue file = JsonValue::object();
     file["path"] = JsonName(loaded.path);
     file["format"] = loaded.IsQsb() ? "QSB" : "QSA";
     file["version"] = loaded.IsQsb() ? JsonValue(loaded.version) : JsonValue();
@@ -36,7 +36,7 @@ JsonValue FileOf(const LoadedScene& loaded)
 
 JsonValue HeaderOf(const LoadedScene& loaded)
 {
-    JsonValue header;
+    JsonValue header = JsonValue::object();
     AddRecord(loaded.header, header);
     header["seconds"] = JsonReal(loaded.Seconds());
     return header;
@@ -70,7 +70,7 @@ JsonValue CountsOf(const SceneFacts& facts, const LoadedScene& loaded)
 
 JsonValue TextureOf(const KRE_Texture& texture)
 {
-    JsonValue object;
+    JsonValue object = JsonValue::object();
     AddRecord(texture, object);
     JsonValue& slots = object["slots"] = JsonValue::array();
     for (int32_t slot = 0; slot < KRE_Texture::kSlots; ++slot) {
@@ -78,7 +78,7 @@ JsonValue TextureOf(const KRE_Texture& texture)
             continue;
         FieldList fields;
         AddSlotFields(texture, slot, fields);
-        JsonValue& added = slots.emplace_back();
+        JsonValue& added = slots.emplace_back(JsonValue::object());
         added["slot"] = slot;
         added["kind"] = SlotTypeName(texture.slots[slot].type);
         AddJsonFields(fields, added);
@@ -88,10 +88,10 @@ JsonValue TextureOf(const KRE_Texture& texture)
 
 JsonValue MaterialOf(const KRE_MaterialInfo& material, const KRE_Texture& texture)
 {
-    JsonValue object;
+    JsonValue object = JsonValue::object();
     AddRecord(material, object);
     for (const NamedTrack& named : TracksOf(material))
-        std::visit([&](const auto* track) { AddRecord(*track, object[named.name]); }, named.track);
+        std::visit([&](const auto* track) { AddRecord(*track, object[named.name] = JsonValue::object()); }, named.track);
     object["texture"] = TextureOf(texture);
     return object;
 }
@@ -102,7 +102,7 @@ JsonValue MaterialOf(const KRE_MaterialInfo& material, const KRE_Texture& textur
 template <class Node>
 JsonValue NodeOf(const Node& node)
 {
-    JsonValue object;
+    JsonValue object = JsonValue::object();
     object["name"] = JsonName(node.name.c_str());
     object["kind"] = KindName(node);
     object["hasParent"] = node.parent != nullptr;
@@ -142,9 +142,9 @@ JsonValue ListOf(const List& list, Make make)
 
 JsonValue SceneOf(const KRE_3dScene& scene)
 {
-    JsonValue object;
+    JsonValue object = JsonValue::object();
     AddRecord(scene, object);
-    AddRecord(scene.settings, object["settings"]);
+    AddRecord(scene.settings, object["settings"] = JsonValue::object());
     const KRE_Texture& background = scene.backgroundTexture;
     object["background"] = background.IsValid() ? TextureOf(background) : JsonValue();
     return object;
@@ -156,7 +156,7 @@ JsonValue FilesOf(const std::vector<NamedFile>& files)
 {
     JsonValue values = JsonValue::array();
     for (const NamedFile& file : files) {
-        JsonValue& value = values.emplace_back();
+        JsonValue& value = values.emplace_back(JsonValue::object());
         value["name"] = JsonName(file.name);
         value["found"] = file.IsFound();
         value["path"] = PathOrNull(file.path);
@@ -172,7 +172,7 @@ JsonValue WarningsOf(const WarningList& warnings)
 {
     JsonValue values = JsonValue::array();
     for (const ReaderWarning& warning : warnings.Kept()) {
-        JsonValue& value = values.emplace_back();
+        JsonValue& value = values.emplace_back(JsonValue::object());
         value["source"] = JsonName(warning.source);
         value["text"] = JsonName(warning.text);
         value["count"] = warning.count;
@@ -186,7 +186,7 @@ void PrintJson(LoadedScene& loaded, Output& output)
 {
     const SceneFacts facts = FactsOf(loaded);
     const KRE_3dScene& scene = loaded.scene;
-    JsonValue document;
+    JsonValue document = JsonValue::object();
     document["qsbinfo"] = kDocumentFormat;
     document["file"] = FileOf(loaded);
     document["header"] = HeaderOf(loaded);

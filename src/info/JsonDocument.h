@@ -7,7 +7,8 @@
 #include "info/FieldList.h"
 #include "info/Output.h"
 
-/// A document or a part of it; members keep the order in which they were added.
+/// A document or a part of it; members keep the order in which they were added. An object begins as
+/// `JsonValue::object()`: a null value that the library makes one of is broken if that finds no memory.
 using JsonValue = nlohmann::ordered_json;
 
 /// A name of arbitrary bytes as a text.
@@ -16,7 +17,7 @@ JsonValue JsonName(std::string_view bytes);
 /// reads back as the same float.
 JsonValue JsonReal(double value);
 JsonValue JsonReal(float value);
-/// Adds each field under its name; numbers that belong together as a list.
+/// Adds each field to an object under its name; numbers that belong together as a list.
 void AddJsonFields(const FieldList& fields, JsonValue& objectOut);
 
 /// Prints a document, indented, with lists of numbers on one line. Texts with characters that a

@@ -67,11 +67,10 @@ int RunWithEngine(const InfoArguments& arguments, Output& out, Output& err)
 /// refuses a lock, a report that does not fit in memory.
 int RunGuarded(const InfoArguments& arguments, Output& out, Output& err)
 {
-    std::string text = arguments.files.front(); // before memory runs out
+    std::string files = arguments.files.front(); // before memory runs out
     for (size_t i = 1; i < arguments.files.size(); ++i)
-        text += ", " + arguments.files[i];
-    text += ": ";
-    text += "not enough memory";
+        files += ", " + arguments.files[i];
+    std::string text = "not enough memory";
     try {
         return RunWithEngine(arguments, out, err);
     } catch (const KRE_Error& error) {
@@ -79,7 +78,9 @@ int RunGuarded(const InfoArguments& arguments, Output& out, Output& err)
     } catch (const ErrorMsg& error) {
         text = error.message;
     } catch (const std::bad_alloc&) {}
-    err.Line({"qsbinfo: ", ShownName(text)});
+    while (text.ends_with('\n'))
+        text.pop_back();
+    err.Line({"qsbinfo: ", ShownName(files), ": ", ShownName(text)});
     return kInfoTrouble;
 }
 
