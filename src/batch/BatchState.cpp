@@ -83,12 +83,12 @@ enum FoundColumn {
 
 } // namespace
 
-BatchState::BatchState(const std::string& pathIn, const BatchOptions& optionsIn,
+BatchState::BatchState(const std::string& path, const BatchOptions& optionsIn,
                        const SourceTrees* treesIn)
-    : path(pathIn),
+    : statePath(path),
       options(optionsIn),
       trees(treesIn),
-      database(path, options.durable),
+      database(statePath, options.durable),
       find(database.Handle(),
            "SELECT status,size,time,hash,inputs,target,target_key,target_size,target_time,"
            "target_hash,frame,frame_key,frame_size,frame_time,frame_hash,thumb,facts"

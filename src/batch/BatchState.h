@@ -22,15 +22,15 @@ class SourceTrees;
 /// Every operation may throw StateError, and std::bad_alloc.
 class BatchState {
 public:
-    /// Opens or makes the file of the state, `pathIn`. `trees` has the files that untrusted scenes find, and lives as long as
-    /// this object; null if scenes are trusted.
-    BatchState(const std::string& pathIn, const BatchOptions& options,
+    /// Opens or makes the file of the state. `trees` has the files that untrusted scenes find, and lives as long
+    /// as this object; null if scenes are trusted.
+    BatchState(const std::string& path, const BatchOptions& options,
                const SourceTrees* trees = nullptr);
     ~BatchState();
     BatchState(const BatchState&) = delete;
     BatchState& operator=(const BatchState&) = delete;
 
-    const std::string& Path() const { return path; }
+    const std::string& Path() const { return statePath; }
     /// Where the state of a run is kept, unless it is told.
     static std::string DefaultPath(const BatchOptions& options);
     /// The keys of what a run with these options on this machine converts. Starts an engine for it.
@@ -79,7 +79,7 @@ private:
     std::string PackInputs(const std::vector<SceneInput>& inputs);
     void Begin();
 
-    const std::string path;
+    const std::string statePath;
     const BatchOptions& options; ///< not owned
     const SourceTrees* trees;    ///< not owned
     StateDatabase database;

@@ -9,7 +9,7 @@ from pathlib import Path
 from mutation.changes import Change, changes_of_file
 from mutation.workshop import BuildFailure, Workshop
 
-FOLDERS = ["app", "base", "scene", "qsa", "qsb", "gfx", "render"]
+FOLDERS = ["app", "base", "scene", "qsa", "qsb", "gfx", "render", "batch"]
 
 
 def folder_of(change):

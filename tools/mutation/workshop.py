@@ -52,6 +52,7 @@ class Workshop:
 
     def build_unchanged(self, programs):
         """Builds the test programs from the unchanged copy and records its objects."""
+        self._configure()
         self.make(programs)
         self._find_objects()
         built = [source for source, name in self.objects.items() if (self.build / name).exists()]
@@ -87,6 +88,12 @@ class Workshop:
             return False
         finally:
             self._end_group(process)
+
+    def _configure(self):
+        """Each source has an object of its own: a change then costs one short compilation."""
+        subprocess.run(["cmake", "--preset", "headless", "-DCMAKE_UNITY_BUILD=OFF", "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache",
+                        "-DCMAKE_C_COMPILER_LAUNCHER=ccache"], cwd=self.tree, check=True, capture_output=True)
+        (self.build / "build.ninja").touch()
 
     def _find_objects(self):
         listing = subprocess.run(["ninja", "-C", self.build, "-t", "targets", "all"], text=True,

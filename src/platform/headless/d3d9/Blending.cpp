@@ -1,6 +1,7 @@
 #include "platform/headless/d3d9/Blending.h"
 
 #include "platform/headless/d3d9/CallLog.h"
+#include "platform/headless/d3d9/Lanes.h"
 
 namespace headless {
 
