@@ -221,8 +221,6 @@ std::string BatchArguments::Line::ReadConfining()
     if (untrusted != "true" && untrusted != "best-effort") // the library's word for a bare flag
         return "option '--untrusted' is given alone or as '--untrusted=best-effort'";
     options.confining = untrusted == "true" ? Confining::kWhole : Confining::kBestEffort;
-    if (options.import)
-        return "'--untrusted' and '--import' do not go together: importers start processes";
     if (options.outDirectory.empty())
         return "'--untrusted' needs '--out', a directory outside of all sources";
     if (options.timeoutSeconds <= 0 || options.memoryBytes == 0)

@@ -129,8 +129,9 @@ ImportedScene SceneConverter::Import(const SceneJob& job, const std::string& lea
     sceneDirectory = MakeDirectory(start.Get(), SplitPath(job.target).directory);
     if (!sceneDirectory.IsOpen())
         Refuse(kCodeTargetDirectory, std::strerror(errno));
-    ImportedScene imported = ImportScene(PathOfDirectory(sourceDirectory) + "/" + leaf,
-                                         PathOfDirectory(sceneDirectory), setup.importOptions);
+    ImportedScene imported =
+        ImportScene(PathOfDirectory(sourceDirectory) + "/" + leaf, PathOfDirectory(sceneDirectory),
+                    setup.importOptions, setup.isConfined);
     for (const std::string& notice : imported.notices)
         catcher->Add(OwnMessage(kCodeNotCarried, notice));
     if (imported.leaf.empty())

@@ -32,11 +32,12 @@ bool IsSceneFile(const std::string& leaf)
 }
 
 ImportedScene ImportScene(const std::string& path, const std::string& folder,
-                          const std::string& options)
+                          const std::string& options, bool isAlone)
 {
     ImportedScene imported;
     ImportOptions chosen = ReadImportOptions(options, "model").options;
     chosen.folder = folder;
+    chosen.isAlone = isAlone;
     NoticeList notices;
     try {
         const ImportResult result = ImportModel(path, chosen, notices);

@@ -15,8 +15,9 @@ struct ImportedScene {
 bool IsSceneFile(const std::string& leaf);
 
 /// Imports a model into a folder. Both paths are absolute; `options` are those of the importer's command line.
+/// With `isAlone` the process is for this model alone, and no reader gets a process of its own.
 ImportedScene ImportScene(const std::string& path, const std::string& folder,
-                          const std::string& options);
+                          const std::string& options, bool isAlone);
 
 /// What is wrong with options of the importer; empty if nothing is.
 std::string FaultOfImportOptions(const std::string& options);

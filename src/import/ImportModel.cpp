@@ -115,9 +115,24 @@ ImportResult ResultOfChild(const std::string& told, NoticeList& notices)
     return result;
 }
 
+/// Where a crash of the library ends nothing else. What it throws means that sizes in the model are nonsense, as
+/// in a child.
+std::string WorkAlone(const std::string& path, const ImportOptions& options)
+{
+    try {
+        return WorkOfChild(path, options);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception&) {
+        throw ModelFault("reading it needs too much memory");
+    }
+}
+
 [[maybe_unused]] ImportResult ImportOther(const std::string& path, const ImportOptions& options,
                                           NoticeList& notices)
 {
+    if (options.isAlone)
+        return ResultOfChild(WorkAlone(path, options), notices);
     std::error_code ignored;
     const double size = static_cast<double>(fs::file_size(path, ignored));
     const double seconds = options.mostSeconds > 0 ? options.mostSeconds : 10 + size / (1 << 20);

@@ -13,6 +13,7 @@ struct ImportOptions {
     PlanOptions plan;
     double mostSeconds = 0; ///< for a child process that reads a model; 0: 10, and 1 for each MiB
     uint64_t mostBytes = 2ull << 30; ///< of the child's memory
+    bool isAlone = false; ///< this process is for the one model, so there is no need for a child
 };
 
 struct ImportResult {
