@@ -399,6 +399,18 @@ TEST_F(FileTest, OpenHandlesAreCounted)
     EXPECT_EQ(gOpenHandlesCount, 0);
 }
 
+TEST_F(FileTest, OpeningAndCreatingCloseTheFileBefore)
+{
+    scratch.Write("in.bin", "abc");
+    ASSERT_TRUE(file.Create("out.bin", true, true));
+    file.Write("xy", 2);
+    ASSERT_TRUE(file.Open("in.bin", true, true, true));
+    EXPECT_EQ(gOpenHandlesCount, 1);
+    EXPECT_EQ(scratch.Read("out.bin"), "xy");
+    ASSERT_TRUE(file.Create("new.bin", true, true));
+    EXPECT_EQ(gOpenHandlesCount, 1);
+}
+
 TEST_F(FileTest, CloseWithNoHandleCountedIsAWarning)
 {
     scratch.Write("in.bin", "abc");

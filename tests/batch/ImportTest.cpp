@@ -14,8 +14,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kSquare = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
-                                "usemtl wood\nf 1/1 2/2 3/3 4/4\n";
+constexpr const char* kSquare =
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+    "usemtl wood\nf 1/1 2/2 3/3 4/4\n";
 
 class BatchImportTest : public BatchTest {
 protected:

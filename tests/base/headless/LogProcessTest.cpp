@@ -21,6 +21,15 @@ int OpenDescriptors()
     return count;
 }
 
+TEST_F(LogProcess, ClosingTheLogClosesItsFile)
+{
+    const int before = OpenDescriptors();
+    LogWrite("entry");
+    EXPECT_EQ(OpenDescriptors(), before + 1);
+    CloseLog();
+    EXPECT_EQ(OpenDescriptors(), before);
+}
+
 TEST_F(LogProcess, KilledAfterAnyEntryLeavesAllOfThemWhole)
 {
     for (const int entries : {1, 2, 7}) {
