@@ -59,6 +59,17 @@ QsbTexture TextureOf(const std::string& file, int32_t type = 1)
 
 } // namespace
 
+TEST_F(KRE_TextureFileTest, TexturesWithoutAnAnimationAreSavedWithAStillOne)
+{
+    KRE_Texture& texture = LoadTexture(QsbTexture());
+    texture.matrixAni = KRE_SlotAnimations();
+    ASSERT_FALSE(texture.matrixAni);
+    EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(QsbTexture())).bytes), "");
+    texture.slotNames[0] = "wood.png";
+    texture.slots[0].type = StageDiffuse;
+    EXPECT_EQ(QsbDifference(Saved(scene), MakeQsb(FileWith(TextureOf("wood.png"))).bytes), "");
+}
+
 TEST_F(KRE_TextureFileTest, AllFieldsComeFromTheirPlaces)
 {
     QsbTexture stored;

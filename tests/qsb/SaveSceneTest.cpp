@@ -1,5 +1,6 @@
 #include "base/File.h"
 #include "qsa/QSA_SceneHeader.h"
+#include "qsb/WriteScene.h"
 #include "tests/qsb/SceneFileTest.h"
 
 #include <cstring>
@@ -38,6 +39,17 @@ TEST_F(SaveSceneTest, AnEmptySceneHasFourZeroCountsAndAllFixedRecords)
     // Compared field by field: a new scene and a new header have the defaults of this test's
     // writer.
     EXPECT_EQ(QsbDifference(bytes, MakeQsb(QsbFile()).bytes), "");
+}
+
+TEST_F(SaveSceneTest, WritingToAnOpenFileGivesTheBytesOfASave)
+{
+    KRE_3dScene scene;
+    Load(scene, FullQsb());
+    File file;
+    ASSERT_TRUE(file.Create("written.qsb", true, true));
+    WriteScene(scene, file);
+    ASSERT_TRUE(file.Close());
+    EXPECT_EQ(QsbDifference(directory.Read("written.qsb"), Saved(scene)), "");
 }
 
 TEST_F(SaveSceneTest, AllRecordsComeOutAsTheyWentIn)
