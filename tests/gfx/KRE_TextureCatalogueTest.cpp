@@ -139,16 +139,18 @@ TEST_F(KRE_TextureCatalogueTest, MapsOfCubeFilesStayFlat)
 
 TEST_F(KRE_TextureCatalogueTest, DamagedCubesAndVolumesAreErrors)
 {
-    const std::string cube = CubeDds({1, 2, 3, 4, 5, 6});
-    directory.Write("cut.dds", cube.substr(0, cube.size() - 1));
-    gfx->catalogue.AddTexture("Sky", "cut.dds", 0, true);
-    IDirect3DBaseTexture9* texture = nullptr;
-    for (int i = 0; i < 2; ++i)
-        EXPECT_NE(ErrorText([&] {
-                      gfx->catalogue.GetBaseTexture("Sky", &texture);
-                  }).find("failed: D3DXERR_INVALIDDATA (file:"),
-                  std::string::npos);
-    EXPECT_EQ(texture, nullptr);
+    for (const std::string& whole : {CubeDds({1, 2, 3, 4, 5, 6}), VolumeDds({7, 8, 9})}) {
+        directory.Write("cut.dds", whole.substr(0, whole.size() - 1));
+        gfx->catalogue.AddTexture("Sky", "cut.dds", 0, true);
+        IDirect3DBaseTexture9* texture = nullptr;
+        for (int i = 0; i < 2; ++i)
+            EXPECT_NE(ErrorText([&] {
+                          gfx->catalogue.GetBaseTexture("Sky", &texture);
+                      }).find("failed: D3DXERR_INVALIDDATA (file:"),
+                      std::string::npos);
+        EXPECT_EQ(texture, nullptr);
+        gfx->catalogue.Free();
+    }
 }
 
 TEST_F(KRE_TextureCatalogueTest, CompressionAppliesToCubesToo)
