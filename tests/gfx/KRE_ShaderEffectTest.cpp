@@ -227,10 +227,12 @@ TEST_F(EffectLoad, SelectedEffectGetsTheMaterialsValuesThatAreSet)
         file.AddParameter("vParam" + std::to_string(i));
     }
     Load(effect);
-    effect.fParam[0] = {0.5f, true};
-    effect.fParam[7] = {8.5f, true};
-    effect.fParam[1] = {2.5f, false};
-    effect.vParam[2] = {1.0f, 2.0f, 3.0f, true};
+    KRE_EffectParams params;
+    params.params[0] = {1, 0, 0.5f, {}};
+    params.params[7] = {2, 0, 8.5f, {}};
+    params.params[1] = {0, 0, 2.5f, {4.0f, 5.0f, 6.0f}};
+    params.params[2] = {0, 255, 0.0f, {1.0f, 2.0f, 3.0f}};
+    effect.SetParams(params);
     gfx.SelectEffect(&effect);
     EXPECT_EQ(gfx.materialEffect, &effect);
     EXPECT_EQ(file.floats, (std::map<std::string, float>{{"fParam1", 0.5f}, {"fParam8", 8.5f}}));
