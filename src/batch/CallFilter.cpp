@@ -76,17 +76,6 @@ constexpr int kFreeCalls[] = {
     SCMP_SYS(restart_syscall),
     SCMP_SYS(exit),
     SCMP_SYS(exit_group),
-    // The same on 32-bit processors; others have no such calls.
-    SCMP_SYS(_llseek),
-    SCMP_SYS(fadvise64_64),
-    SCMP_SYS(fstat64),
-    SCMP_SYS(stat64),
-    SCMP_SYS(lstat64),
-    SCMP_SYS(fstatat64),
-    SCMP_SYS(futex_time64),
-    SCMP_SYS(ppoll_time64),
-    SCMP_SYS(clock_gettime64),
-    SCMP_SYS(clock_nanosleep_time64),
 };
 
 /// A new filter in which everything is refused; its owner adds what is not.
@@ -138,14 +127,11 @@ void AllowSomeArguments(NewFilter& filter, int socket)
 {
     AllowOpening(filter, SCMP_SYS(open), 1);
     AllowOpening(filter, SCMP_SYS(openat), 2);
-    for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mmap2), SCMP_SYS(mprotect)})
-        filter.Allow(call, {HasBits(2, PROT_EXEC, 0)});
-    for (const int call : {SCMP_SYS(fcntl), SCMP_SYS(fcntl64)}) {
-        for (const uint64_t command : {uint64_t{F_GETFD}, uint64_t{F_SETFD}, uint64_t{F_GETFL}})
-            filter.Allow(call, {Is(1, command)});
-    }
-    for (const int call : {SCMP_SYS(ftruncate), SCMP_SYS(ftruncate64)})
-        filter.Allow(call, {Is(0, STDERR_FILENO)}); // a file in memory of its own
+    filter.Allow(SCMP_SYS(mmap), {HasBits(2, PROT_EXEC, 0)});
+    filter.Allow(SCMP_SYS(mprotect), {HasBits(2, PROT_EXEC, 0)});
+    for (const uint64_t command : {uint64_t{F_GETFD}, uint64_t{F_SETFD}, uint64_t{F_GETFL}})
+        filter.Allow(SCMP_SYS(fcntl), {Is(1, command)});
+    filter.Allow(SCMP_SYS(ftruncate), {Is(0, STDERR_FILENO)}); // a file in memory of its own
     filter.Allow(SCMP_SYS(tgkill), {Is(0, static_cast<uint64_t>(getpid()))}); // for abort
     if (socket < 0)
         return;

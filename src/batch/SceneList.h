@@ -50,7 +50,10 @@ private:
         bool operator==(const FileId&) const = default;
     };
     struct FileIdHash {
-        size_t operator()(const FileId& id) const { return id.inode * 31 + id.device; }
+        size_t operator()(const FileId& id) const
+        {
+            return static_cast<size_t>(id.inode * 31 + id.device);
+        }
     };
 
     void AddPath(const std::string& path);

@@ -703,7 +703,7 @@ TEST_F(BatchPartsTest, ChangesOfInputsAreFound)
         fs::last_write_time("other", fs::last_write_time("input"));
         fs::rename("other", "input");
     })) << "another file in its place";
-    const auto setTime = [](int64_t seconds, int64_t nanoseconds) {
+    const auto setTime = [](time_t seconds, long nanoseconds) {
         struct stat info = {};
         stat("input", &info);
         const timespec times[] = {
