@@ -17,8 +17,8 @@ def folder_of(change):
 
 
 def programs_of(folder):
-    """The importer has tests that save what it made and load it again in a program of their own."""
-    return ["qsa_tests", "scene_files_tests"] if folder == "qsa" else [folder + "_tests"]
+    """Tests that import, save and load are in a program of their own."""
+    return [folder + "_tests"] + (["scene_files_tests"] if folder in ("qsa", "qsb") else [])
 
 
 def lines_of(root, folders):
