@@ -12,6 +12,12 @@
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/ImageDecoders.h"
 
+/// The library below copies no bytes to no memory at times, which `memcpy` does not allow.
+static void* CopyBytes(void* to, const void* from, size_t count)
+{
+    return count > 0 ? std::memcpy(to, from, count) : to;
+}
+
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_NO_STDIO
@@ -22,7 +28,9 @@
 #define STBI_MAX_DIMENSIONS 16384
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wunused-function"
+#define memcpy CopyBytes
 #include <stb/stb_image.h>
+#undef memcpy
 #pragma GCC diagnostic pop
 
 namespace {
