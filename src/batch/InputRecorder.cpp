@@ -72,8 +72,8 @@ const std::string& InputRecorder::Directory()
 void InputRecorder::NoteFile(const std::string& path)
 {
     struct stat info;
-    const bool isThere = headless::IsReadableFile(path.c_str()) &&
-                         stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode);
+    const bool isThere = headless::IsReadableFile(path.c_str()) && stat(path.c_str(), &info) == 0 &&
+                         !S_ISDIR(info.st_mode);
     Note(path.c_str(), isThere ? &info : nullptr);
 }
 

@@ -91,7 +91,9 @@ JsonValue MaterialOf(const KRE_MaterialInfo& material, const KRE_Texture& textur
     JsonValue object = JsonValue::object();
     AddRecord(material, object);
     for (const NamedTrack& named : TracksOf(material))
-        std::visit([&](const auto* track) { AddRecord(*track, object[named.name] = JsonValue::object()); }, named.track);
+        std::visit(
+            [&](const auto* track) { AddRecord(*track, object[named.name] = JsonValue::object()); },
+            named.track);
     object["texture"] = TextureOf(texture);
     return object;
 }

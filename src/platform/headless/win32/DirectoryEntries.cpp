@@ -19,7 +19,7 @@ constexpr size_t kBufferBytes = 8192; // some two hundred entries at a time
 /// Without the C library's stream of entries, which asks for memory.
 bool VisitEach(int descriptor, const std::function<void(const dirent&)>& visit)
 {
-    static_assert(offsetof(dirent, d_name) == 19, "as the kernel has it");
+    static_assert(offsetof(dirent, d_name) == 19); // as the kernel has it
     alignas(dirent) char buffer[kBufferBytes];
     for (;;) {
         const ssize_t got =
