@@ -6,6 +6,7 @@
 #include "platform/headless/shader/Bytecode.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace headless::fx {
@@ -100,6 +101,12 @@ HRESULT SetNumber(IDirect3DDevice9& device, bool isVertex, const FxNumberBinding
     return first;
 }
 
+/// Truncates and saturates; NaN becomes 0.
+int WholeOf(double value)
+{
+    return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -2147483648.0, 2147483647.0));
+}
+
 /// What was computed beforehand, a register after the other.
 HRESULT SetOutputs(IDirect3DDevice9& device, bool isVertex, const FxProgram& program)
 {
@@ -114,9 +121,7 @@ HRESULT SetOutputs(IDirect3DDevice9& device, bool isVertex, const FxProgram& pro
     for (const UINT place : program.Written(FxProgramTable::WholeOut)) {
         int wholes[4];
         for (UINT c = 0; c < 4; ++c)
-            wholes[c] =
-                static_cast<int>(std::clamp(program.Output(FxProgramTable::WholeOut, place * 4 + c),
-                                            -2147483648.0, 2147483647.0));
+            wholes[c] = WholeOf(program.Output(FxProgramTable::WholeOut, place * 4 + c));
         keep(SetWholes(device, isVertex, place, wholes, 1));
     }
     for (const UINT place : program.Written(FxProgramTable::TruthOut)) {

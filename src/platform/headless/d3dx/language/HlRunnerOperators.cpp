@@ -38,6 +38,8 @@ int32_t ComputeBits(HlOperator op, int32_t a, int32_t b)
 
 int32_t WholeOf(float value)
 {
+    if (std::isnan(value))
+        return 0;
     return static_cast<int32_t>(std::clamp(double{value}, -2147483648.0, 2147483647.0));
 }
 
