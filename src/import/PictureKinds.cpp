@@ -108,20 +108,40 @@ Decoded DecodeByHost(const std::string& bytes)
     return decoded;
 }
 
+bool BeginsWith(const std::string& bytes, const std::string& start)
+{
+    return bytes.compare(0, start.size(), start) == 0;
+}
+
+/// Whether the blocks of a PNG picture are as long as they say: the library below asks for that much memory first.
+bool AreBlocksWhole(const std::string& png)
+{
+    constexpr size_t kSignature = 8, kHead = 8, kCheckSum = 4;
+    size_t at = kSignature;
+    while (at < png.size() && png.size() - at >= kHead) {
+        size_t length = 0;
+        for (size_t i = 0; i < 4; ++i)
+            length = length << 8 | static_cast<uint8_t>(png[at + i]);
+        if (png.compare(at + 4, 4, "IEND") == 0)
+            return true; // what follows is no part of the picture
+        if (length > png.size() - at - kHead)
+            return false;
+        at += kHead + length + kCheckSum;
+    }
+    return true;
+}
+
 Decoded Decode(const std::string& bytes)
 {
     if (IsOfHost(FileOf(bytes)))
         return DecodeByHost(bytes);
     Decoded decoded;
+    if (BeginsWith(bytes, "\x89PNG") && !AreBlocksWhole(bytes))
+        return decoded;
     int channels = 0;
     decoded.pixels.reset(stbi_load_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()),
                                                &decoded.width, &decoded.height, &channels, 4));
     return decoded;
-}
-
-bool BeginsWith(const std::string& bytes, const std::string& start)
-{
-    return bytes.compare(0, start.size(), start) == 0;
 }
 
 bool IsTga(const std::string& bytes, const std::string& name)

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/FileContent.h"
+#include "tests/support/TreePaths.h"
+
 static TakenPicture::Result ResultOf(const std::string& bytes)
 {
     PixelBudget budget;
@@ -34,4 +37,17 @@ TEST(PictureKinds, PhotographsWithMoreCodesThanThereAreBytesAreDamaged)
     std::string bytes("\xFF\xD8\xFF\xC0\0\x0B\x08\0\1\0\1\1\1\x11\0\xFF\xC4\x10\x03\0", 20);
     bytes += std::string(16, '\xFF') + std::string(4080, '\0') + "\xFF\xDA";
     EXPECT_EQ(ResultOf(bytes), TakenPicture::Result::kDamaged);
+}
+
+TEST(PictureKinds, BlocksOfPngPicturesThatAreLongerThanTheFileAreDamaged)
+{
+    const std::string whole = FileContent(SourcePath("examples/crate.png"));
+    const size_t data = whole.find("IDAT");
+    ASSERT_NE(data, std::string::npos);
+    std::string longer = whole;
+    longer[data - 4] = 0x3F; // nearly a gigabyte
+    EXPECT_EQ(ResultOf(whole), TakenPicture::Result::kTaken);
+    EXPECT_EQ(ResultOf(longer), TakenPicture::Result::kDamaged);
+    EXPECT_EQ(ResultOf(whole + "what follows the picture"), TakenPicture::Result::kTaken);
+    EXPECT_EQ(ResultOf(whole.substr(0, data + 50)), TakenPicture::Result::kDamaged);
 }
