@@ -1,14 +1,32 @@
 #include "import/PictureKinds.h"
 
 #include <gtest/gtest.h>
+#include <png.h>
 
 #include "tests/support/FileContent.h"
+#include "tests/support/HostCost.h"
 #include "tests/support/TreePaths.h"
 
 static TakenPicture::Result ResultOf(const std::string& bytes)
 {
     PixelBudget budget;
     return TakePicture(bytes, "a", false, budget).result;
+}
+
+/// A square of black pixels; "" if it cannot be written.
+static std::string GreyPng(uint32_t side)
+{
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = image.height = side;
+    image.format = PNG_FORMAT_GRAY;
+    const std::vector<uint8_t> pixels(size_t{side} * side);
+    std::string file(pixels.size() / 100 + 1000, '\0');
+    png_alloc_size_t size = file.size();
+    if (!png_image_write_to_memory(&image, file.data(), &size, 0, pixels.data(), 0, nullptr))
+        size = 0;
+    file.resize(size);
+    return file;
 }
 
 /// 4294967297 is 2^32 + 1, which an int of 32 bits takes for 1.
@@ -39,15 +57,28 @@ TEST(PictureKinds, PhotographsWithMoreCodesThanThereAreBytesAreDamaged)
     EXPECT_EQ(ResultOf(bytes), TakenPicture::Result::kDamaged);
 }
 
-TEST(PictureKinds, BlocksOfPngPicturesThatAreLongerThanTheFileAreDamaged)
+TEST(PictureKinds, PngPicturesThatAreCutShortAreDamaged)
 {
     const std::string whole = FileContent(SourcePath("examples/crate.png"));
     const size_t data = whole.find("IDAT");
     ASSERT_NE(data, std::string::npos);
     std::string longer = whole;
-    longer[data - 4] = 0x3F; // nearly a gigabyte
+    longer[data - 4] = 0x3F; // the block claims nearly a gigabyte
     EXPECT_EQ(ResultOf(whole), TakenPicture::Result::kTaken);
     EXPECT_EQ(ResultOf(longer), TakenPicture::Result::kDamaged);
-    EXPECT_EQ(ResultOf(whole + "what follows the picture"), TakenPicture::Result::kTaken);
     EXPECT_EQ(ResultOf(whole.substr(0, data + 50)), TakenPicture::Result::kDamaged);
+    EXPECT_EQ(ResultOf(whole + "what follows the picture"), TakenPicture::Result::kTaken);
+}
+
+/// The header and the pixels are those of two pictures.
+TEST(PictureKinds, PngPixelsBeyondTheAnnouncedOnesTakeNoMemory)
+{
+    constexpr size_t kHeaderEnd = 33; // the signature and the block of the header
+    const std::string small = GreyPng(1);
+    const std::string large = GreyPng(8000);
+    ASSERT_GT(large.size(), kHeaderEnd);
+    const std::string file = small.substr(0, kHeaderEnd) + large.substr(kHeaderEnd);
+    ForgetPeakMemory();
+    EXPECT_EQ(ResultOf(file), TakenPicture::Result::kTaken);
+    EXPECT_LT(PeakMemoryGrowth(), 16 << 20); // all pixels are 64 MB
 }
