@@ -9,14 +9,6 @@ namespace headless::fx {
 
 namespace {
 
-int32_t Truncate(float value)
-{
-    constexpr float kEnd = 2147483648.0f;
-    if (!(value > -kEnd)) // NaN too
-        return value <= -kEnd ? std::numeric_limits<int32_t>::min() : 0;
-    return value >= kEnd ? std::numeric_limits<int32_t>::max() : static_cast<int32_t>(value);
-}
-
 DWORD ColorByte(float component)
 {
     const float scaled = component * 255.0f + 0.5f;
@@ -47,13 +39,21 @@ bool ParseWhole(std::string_view text, FxNumber& numberOut)
 
 } // namespace
 
+int32_t FxTruncate(double value)
+{
+    constexpr double kEnd = 2147483648.0;
+    if (!(value > -kEnd)) // NaN too
+        return value <= -kEnd ? std::numeric_limits<int32_t>::min() : 0;
+    return value >= kEnd ? std::numeric_limits<int32_t>::max() : static_cast<int32_t>(value);
+}
+
 FxCell FxCellOfFloat(float value, D3DXPARAMETER_TYPE type)
 {
     switch (type) {
     case D3DXPT_BOOL:
         return value != 0.0f ? 1 : 0;
     case D3DXPT_INT:
-        return static_cast<FxCell>(Truncate(value));
+        return static_cast<FxCell>(FxTruncate(value));
     default:
         return std::bit_cast<FxCell>(value);
     }

@@ -40,7 +40,9 @@ struct FxNumber {
     void SetInt(UINT index, int32_t value) { cells[index] = static_cast<FxCell>(value); }
 };
 
-/// Float to integer truncates and saturates, NaN becomes 0; anything but 0 is true.
+/// Truncates and saturates; NaN becomes 0, on every processor.
+int32_t FxTruncate(double value);
+/// Float to integer truncates as above; as a truth, anything but 0 is true.
 FxCell FxConvert(FxCell cell, D3DXPARAMETER_TYPE from, D3DXPARAMETER_TYPE to);
 /// Converts a value to a cell of the type.
 FxCell FxCellOfFloat(float value, D3DXPARAMETER_TYPE type);

@@ -271,9 +271,7 @@ double FxProgram::Source(const FxProgramOperand& operand, UINT component) const
         (tables[static_cast<size_t>(table)].size() + kRegisterNumbers - 1) / kRegisterNumbers;
     if (operand.index.table != FxProgramTable::None && count > 0) {
         const double index = Number(operand.index.table, operand.index.offset);
-        const double held =
-            std::clamp(std::isnan(index) ? 0.0 : index, -2147483648.0, 2147483647.0);
-        const auto moved = static_cast<uint32_t>(std::llrint(held));
+        const auto moved = static_cast<uint32_t>(FxTruncate(std::nearbyint(index)));
         const uint32_t place = static_cast<uint32_t>(offset / kRegisterNumbers) + moved;
         const size_t wrap = table == FxProgramTable::Input ? std::bit_ceil(count) : count;
         const size_t wrapped = place < count ? place : place % wrap;

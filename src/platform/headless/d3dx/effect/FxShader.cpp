@@ -1,12 +1,12 @@
 #include "platform/headless/d3dx/effect/FxShader.h"
 
 #include "platform/headless/d3dx/effect/FxCompiledWords.h"
+#include "platform/headless/d3dx/effect/FxNumber.h"
 #include "platform/headless/d3dx/language/HlCompiler.h"
 #include "platform/headless/shader/Assembler.h"
 #include "platform/headless/shader/Bytecode.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace headless::fx {
@@ -101,12 +101,6 @@ HRESULT SetNumber(IDirect3DDevice9& device, bool isVertex, const FxNumberBinding
     return first;
 }
 
-/// Truncates and saturates; NaN becomes 0.
-int WholeOf(double value)
-{
-    return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -2147483648.0, 2147483647.0));
-}
-
 /// What was computed beforehand, a register after the other.
 HRESULT SetOutputs(IDirect3DDevice9& device, bool isVertex, const FxProgram& program)
 {
@@ -121,7 +115,7 @@ HRESULT SetOutputs(IDirect3DDevice9& device, bool isVertex, const FxProgram& pro
     for (const UINT place : program.Written(FxProgramTable::WholeOut)) {
         int wholes[4];
         for (UINT c = 0; c < 4; ++c)
-            wholes[c] = WholeOf(program.Output(FxProgramTable::WholeOut, place * 4 + c));
+            wholes[c] = FxTruncate(program.Output(FxProgramTable::WholeOut, place * 4 + c));
         keep(SetWholes(device, isVertex, place, wholes, 1));
     }
     for (const UINT place : program.Written(FxProgramTable::TruthOut)) {

@@ -3,7 +3,8 @@
 #include "platform/headless/d3dx/language/HlRunner.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "platform/headless/d3dx/effect/FxNumber.h"
 
 namespace headless::hl {
 
@@ -34,13 +35,6 @@ int32_t ComputeBits(HlOperator op, int32_t a, int32_t b)
     default:
         return a >> (y & 31);
     }
-}
-
-int32_t WholeOf(float value)
-{
-    if (std::isnan(value))
-        return 0;
-    return static_cast<int32_t>(std::clamp(double{value}, -2147483648.0, 2147483647.0));
 }
 
 } // namespace
@@ -96,7 +90,7 @@ HlValue HlRunner::EvaluateUnary(const HlExpression& expression)
             if (!known || value.type->base == HlBase::Float)
                 return FailValue(expression.place, FxError::TypeMismatch,
                                  "operations on bits need whole numbers that the text tells");
-            ref = graph.Literal(static_cast<float>(~WholeOf(*known)));
+            ref = graph.Literal(static_cast<float>(~fx::FxTruncate(*known)));
         }
         return value;
     default:
@@ -220,8 +214,8 @@ HlValue HlRunner::Bits(HlOperator op, const HlValue& a, const HlValue& b, FxPlac
         if (!x || !y || a.type->base == HlBase::Float)
             return FailValue(place, FxError::TypeMismatch,
                              "operations on bits need whole numbers that the text tells");
-        result.refs.push_back(
-            graph.Literal(static_cast<float>(ComputeBits(op, WholeOf(*x), WholeOf(*y)))));
+        result.refs.push_back(graph.Literal(
+            static_cast<float>(ComputeBits(op, fx::FxTruncate(*x), fx::FxTruncate(*y)))));
     }
     return result;
 }
