@@ -9,6 +9,7 @@ import signal
 import subprocess
 from pathlib import Path
 
+PRESET = "headless-mutate"  # each source has an object of its own: a change then costs one short compilation
 TEST_SECONDS = 60   # of processor time, so that a busy machine does not decide
 IDLE_SECONDS = 300  # for a test that only waits
 TEST_BYTES = 2 << 30
@@ -31,7 +32,7 @@ class Workshop:
         self.root = Path(root)
         self.place = self.root / "build" / "mutate"
         self.tree = self.place / "tree"
-        self.build = self.tree / "build" / "headless"
+        self.build = self.tree / "build" / PRESET
         self.objects = {}    # source: its object file below the build folder
         self.unchanged = {}  # source: fingerprint of the object of the unchanged source
 
@@ -52,7 +53,6 @@ class Workshop:
 
     def build_unchanged(self, programs):
         """Builds the test programs from the unchanged copy and records its objects."""
-        self._configure()
         self.make(programs)
         self._find_objects()
         built = [source for source, name in self.objects.items() if (self.build / name).exists()]
@@ -61,7 +61,7 @@ class Workshop:
     def make(self, targets, keep=True):
         """Builds; with `keep` the compiler cache stores the result."""
         environment = os.environ if keep else {**os.environ, "CCACHE_READONLY": "1"}
-        result = subprocess.run([self.tree / "tools" / "build", "headless", *targets], env=environment,
+        result = subprocess.run([self.tree / "tools" / "build", PRESET, *targets], env=environment,
                                 text=True, capture_output=True)
         if result.returncode != 0:
             raise BuildFailure(result.stderr[-4000:])
@@ -88,13 +88,6 @@ class Workshop:
             return False
         finally:
             self._end_group(process)
-
-    def _configure(self):
-        """Each source has an object of its own: a change then costs one short compilation."""
-        subprocess.run(["cmake", "--preset", "headless", "-DCMAKE_UNITY_BUILD=OFF", "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache",
-                        "-DCMAKE_C_COMPILER_LAUNCHER=ccache"], cwd=self.tree, check=True, capture_output=True)
-        presets = subprocess.run(["cksum"], stdin=open(self.tree / "CMakePresets.json"), capture_output=True).stdout
-        (self.build / ".presets").write_bytes(presets)  # so that tools/build leaves it
 
     def _find_objects(self):
         listing = subprocess.run(["ninja", "-C", self.build, "-t", "targets", "all"], text=True,
