@@ -1,5 +1,6 @@
 #include "app/ProcessFile.h"
 
+#include "app/Banner.h"
 #include "app/MainWindow.h"
 #include "app/Options.h"
 #include "gfx/KRE_Gfx.h"
@@ -9,7 +10,9 @@
 #include "tests/app/WindowFlags.h"
 #include "tests/support/ScratchDirectory.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+
+#include <cstring>
 #include <string>
 
 namespace {
@@ -63,6 +66,17 @@ TEST_F(ProcessFileTest, EachFileHasOneFrame)
     EXPECT_EQ(gGfx->frameCount, 2);
     EXPECT_EQ(gGfx->inScene, 0);
     EXPECT_EQ(Title(), "cleat.qsa");
+}
+
+TEST_F(ProcessFileTest, FrameHasTheBanner)
+{
+    char banner[kBannerSize];
+    ReadBanner(banner);
+    const std::string beforeTheNumber(banner, std::strcspn(banner, "%"));
+    ASSERT_FALSE(beforeTheNumber.empty());
+    ProcessFile("boat.qsa", 1);
+    EXPECT_THAT(gGfx->scratch.Get(), testing::StartsWith(beforeTheNumber))
+        << "the text printed last";
 }
 
 TEST_F(ProcessFileTest, SkippedFileHasNeitherFrameNorTitle)

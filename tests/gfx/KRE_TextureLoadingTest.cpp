@@ -477,6 +477,9 @@ TEST_F(KRE_TextureLoadingTest, ResourceNameIsTheLeafWithTheSize)
     String name;
     gfx->MakeResourceName(&name, "deep\\wood.bmp");
     EXPECT_STREQ(name.c_str(), "wood.bmp_5");
+    directory.Write("deep/empty.bmp", "");
+    gfx->MakeResourceName(&name, "deep\\empty.bmp");
+    EXPECT_STREQ(name.c_str(), "empty.bmp_0");
     gfx->MakeResourceName(&name, "deep\\gone.bmp");
     EXPECT_STREQ(name.c_str(), "gone.bmp");
 }

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "platform/ComPointer.h"
+#include "tests/support/D3DNames.h"
 #include "tests/support/TestDevice.h"
 
 namespace {
@@ -48,6 +51,30 @@ TEST_F(RefusedState, IsNamedWithItsValue)
     device->SetRenderState(D3DRS_STENCILENABLE, TRUE);
     device->SetRenderState(D3DRS_CULLMODE, D3DCULL_CW);
     EXPECT_EQ(Found([&] { return Render(D3DRS_STENCILENABLE) != 0; }), "D3DRS_STENCILENABLE = 1");
+}
+
+/// A state is put back to the value of a new device, whichever refuses the other values.
+TEST_F(RefusedState, MayBeAnyWithAFixedSetOfValues)
+{
+    std::array<DWORD, 256> starts;
+    for (DWORD number = 0; number < starts.size(); ++number)
+        starts[number] = Render(static_cast<D3DRENDERSTATETYPE>(number));
+    int named = 0;
+    for (DWORD number = 0; number < starts.size(); ++number) {
+        const auto state = static_cast<D3DRENDERSTATETYPE>(number);
+        const std::string name = RenderStateName(state);
+        const DWORD start = starts[number];
+        if (!name.starts_with("D3DRS_") || FAILED(device->SetRenderState(state, start + 1)))
+            continue;
+        const std::string found = Found([&] { return Render(state) != start; });
+        if (!found.empty()) { // else it takes any number
+            ++named;
+            EXPECT_EQ(found, name + " = " + std::to_string(start + 1));
+        }
+        device->SetRenderState(state, start);
+    }
+    EXPECT_EQ(named, 70)
+        << "all but D3DRS_ZENABLE, whose first value depends on how the device was made";
 }
 
 TEST_F(RefusedState, IsNotTheOneThatSwitchesItOn)

@@ -75,6 +75,14 @@ TEST_F(KRE_SceneDrawingMarkersTest, PointIsDrawnUnlitAndUntexturedInTheWorld)
     ExpectPoint(1, 2, 3, 0x80112233);
 }
 
+TEST_F(KRE_SceneDrawingMarkersTest, VerticesAreNotMappedWhileTheyAreDrawn)
+{
+    gGfx->DrawPoint({}, 0);
+    EXPECT_EQ(gGfx->pointList.GetVertices(), nullptr);
+    gGfx->DrawLine({}, {}, 0);
+    EXPECT_EQ(gGfx->lineList.GetVertices(), nullptr);
+}
+
 TEST_F(KRE_SceneDrawingMarkersTest, TexturesAreUnbound)
 {
     KRE_Texture texture;
