@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include <dirent.h>
@@ -159,19 +160,17 @@ std::string WorkerProcess::HostText() const
     return got > 0 ? std::string(text, static_cast<size_t>(got)) : std::string();
 }
 
-/// Removes what the process, which was ended, has left of files that it was writing: also of jobs whose
-/// beginning it could not tell any more. Needs no memory, whose lack may be why it was ended.
+/// Removes the unfinished files of a process that was ended. It may have begun any of the jobs that it was given, so
+/// the directories of all of them are searched. Allocates nothing: the process may have ended for lack of memory.
 void WorkerProcess::RemoveLitter() const
 {
-    std::string_view last;
-    bool isFirst = true;
+    std::optional<std::string_view> last; // neighbours are often in one directory
     const auto removeBeside = [&](std::string_view path) {
         const std::string_view directory = path.substr(0, path.find_last_of('/') + 1);
-        if (path.empty() || (!isFirst && directory == last))
+        if (path.empty() || directory == last)
             return;
         RemoveLitterIn(directory);
         last = directory;
-        isFirst = false;
     };
     for (const std::string SceneJob::*const path : {&SceneJob::target, &SceneJob::frame}) {
         removeBeside(inHand.job.*path);

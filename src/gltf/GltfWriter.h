@@ -15,8 +15,8 @@
 double ShortNumber(float value);
 nlohmann::json ShortNumbers(std::span<const float> values);
 
-/// The member of an object that is an object or a list itself; empty if it was missing. The library's own way,
-/// to make one of a null value, leaves a broken value if it finds no memory.
+/// A member of an object, itself an object or a list; it is added, empty, if it is missing. `owner[key][name]` would
+/// do the same, but the library leaves a broken value if memory runs out while it turns null into an object.
 nlohmann::json& ObjectAt(nlohmann::json& owner, const char* key);
 nlohmann::json& ListAt(nlohmann::json& owner, const char* key);
 

@@ -115,8 +115,8 @@ ImportResult ResultOfChild(const std::string& told, NoticeList& notices)
     return result;
 }
 
-/// Where a crash of the library ends nothing else. What it throws means that sizes in the model are nonsense, as
-/// in a child.
+/// Reads the model in this process, for a process that has only this model to lose. As in a child, an exception of
+/// the library means that sizes in the model are nonsense.
 std::string WorkAlone(const std::string& path, const ImportOptions& options)
 {
     try {

@@ -7,8 +7,8 @@
 #include "info/FieldList.h"
 #include "info/Output.h"
 
-/// A document or a part of it; members keep the order in which they were added. An object begins as
-/// `JsonValue::object()`: a null value that the library makes one of is broken if that finds no memory.
+/// A document or a part of it; members keep the order in which they were added. Start an object with
+/// `JsonValue::object()`: the library leaves a broken value if memory runs out while it turns null into an object.
 using JsonValue = nlohmann::ordered_json;
 
 /// A name of arbitrary bytes as a text.

@@ -28,13 +28,13 @@ std::vector<std::string> VisitsOf(const char* pattern, int recurse)
 TEST(FileWalk, ReportsItsDirectory)
 {
     const ScratchDirectory scratch;
-    for (const char* directory : {"deck/bow/locker", "deck/stern", "hold"})
+    for (const char* directory : {"deck/bow/locker", "deck/bow/rail", "deck/stern", "hold"})
         std::filesystem::create_directories(directory);
     using testing::ElementsAre;
     EXPECT_THAT(VisitsOf("*.qsa", 0), ElementsAre("|"));
     EXPECT_THAT(VisitsOf("deck\\*.qsa", 0), ElementsAre("deck\\|"));
-    EXPECT_THAT(VisitsOf("deck/*.qsa", 1),
-                ElementsAre("deck/|", "deck/|bow/", "deck/|bow/locker/", "deck/|stern/"));
+    EXPECT_THAT(VisitsOf("deck/*.qsa", 1), ElementsAre("deck/|", "deck/|bow/", "deck/|bow/locker/",
+                                                       "deck/|bow/rail/", "deck/|stern/"));
     EXPECT_THAT(VisitsOf("deck/../hold/*.qsa", 1), ElementsAre("deck/../hold/|"));
     EXPECT_THAT(VisitsOf("nowhere/*.qsa", 1), ElementsAre());
     EXPECT_EQ(std::filesystem::current_path(), scratch.Path());

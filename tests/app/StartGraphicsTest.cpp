@@ -71,6 +71,14 @@ TEST_F(StartGraphicsTest, EngineIsStartedAndShutDown)
     ShutdownGraphics();
 }
 
+TEST_F(StartGraphicsTest, RandomNumbersBeginWhereTheCounterIs)
+{
+    const ScratchEngine engine("");
+    RandomGenerator fromZero;
+    fromZero.Seed(0);
+    EXPECT_NE(gGfx->random.table[0], fromZero.table[0]);
+}
+
 TEST_F(StartGraphicsTest, FontIsBuiltAndSetUpForText)
 {
     const ScratchEngine engine("");

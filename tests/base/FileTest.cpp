@@ -34,7 +34,7 @@ protected:
         close(readOnly);
         ASSERT_EQ(lseek(descriptor, streamPosition, SEEK_SET), streamPosition);
     }
-    /// Whose descriptor is closed behind its back when `bytes` are written.
+    /// Creates the file, writes `bytes`, and closes the descriptor behind its back.
     void CreateAndLose(const char* name, const std::string& bytes)
     {
         const int descriptor = NextDescriptor();

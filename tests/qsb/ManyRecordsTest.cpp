@@ -1,5 +1,5 @@
-// Files that are nearly all one list of the smallest records there are: the check of a count before memory is asked
-// for may not refuse them.
+// Files that consist almost wholly of one list of the smallest records. A count is checked against the bytes that
+// follow before memory is allocated; that check must accept these files.
 
 #include "tests/qsb/SceneFileTest.h"
 

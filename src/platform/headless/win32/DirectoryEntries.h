@@ -8,8 +8,8 @@ struct dirent;
 namespace headless {
 
 /// Calls `visit` for each entry of a directory; an empty path is the current directory. False, with `errno`
-/// set, if it cannot be opened or read to its end. Asks for no memory itself; `std::function` asks for none for a lambda that has
-/// one reference.
+/// set, if it cannot be opened or read to its end. Allocates nothing; neither does the `std::function` of a lambda
+/// that captures one reference.
 bool VisitEntries(const std::string& directory, const std::function<void(const dirent&)>& visit);
 
 /// The same for a descriptor, which it closes; -1, with `errno`, for one that could not be opened.

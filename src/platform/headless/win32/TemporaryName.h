@@ -25,9 +25,9 @@ struct TemporaryOwner {
 
 /// `.qsa2qsb-HOST-BOOT-PROCESS-NUMBER.tmp`, for this process.
 std::string TemporaryName(uint32_t number);
-/// What the names of all processes of this host begin with, since it was started: up to the process.
+/// `.qsa2qsb-HOST-BOOT-`, which the names of all processes of this host begin with until it is restarted.
 std::string TemporaryNameStart();
-/// Whether a name is one of `process`; needs no memory.
+/// Whether `process` made a temporary file of this name; `start` is from `TemporaryNameStart`. Allocates nothing.
 bool IsTemporaryNameOf(const char* name, std::string_view start, pid_t process);
 /// Whether a name is one of a temporary file, also of one that an older version made.
 bool IsTemporaryName(const char* name);
