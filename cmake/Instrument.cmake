@@ -12,6 +12,9 @@ if(QSA_INSTRUMENT STREQUAL "asan")
         file(SHA1 ${CMAKE_SOURCE_DIR}/${uncovered} content)
         set(QSA_SOURCE_INSTRUMENTS -fsanitize=fuzzer-no-link
             -fsanitize-coverage-ignorelist=../../${uncovered} -DQSA_UNCOVERED=${content})
+        # It compares two addresses wherever a pointer is moved, which the driver would record each time. The tests
+        # under sanitizers, which take all inputs of the corpora, have it.
+        add_compile_options(-fno-sanitize=pointer-overflow)
         set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -gline-tables-only")
     else()
         set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -gline-tables-only")

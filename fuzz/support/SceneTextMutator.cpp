@@ -30,6 +30,11 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
+bool EndsKeyword(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '{';
+}
+
 std::string Filled(const char* text, Dice& dice)
 {
     std::string made;
@@ -87,9 +92,17 @@ public:
 
     static std::string_view KeywordOf(std::string_view part)
     {
-        const size_t end = std::min(part.find_first_of(" \t\r\n{"), part.size());
         const size_t start = part.starts_with('*') ? 1 : 0;
+        size_t end = start;
+        while (end < part.size() && !EndsKeyword(part[end]))
+            ++end;
         return part.substr(start, end - start);
+    }
+    static bool HasKeyword(std::string_view part, std::string_view keyword)
+    {
+        const size_t end = 1 + keyword.size();
+        return part.starts_with('*') && part.substr(1).starts_with(keyword) &&
+               (end == part.size() || EndsKeyword(part[end]));
     }
 
     /// Behind the statement at `place` and, if it opens a block, behind that.
@@ -133,8 +146,9 @@ std::string_view SameBlock(std::string_view block)
 std::string NewStatement(const std::string& block, Dice& dice)
 {
     std::vector<const char*> fitting;
+    const std::string_view same = SameBlock(block);
     for (const SceneStatement& row : kSceneStatements) {
-        if (SameBlock(block) == row.block)
+        if (same == row.block)
             fitting.push_back(row.text);
     }
     const bool takesAny = fitting.empty() || dice.OneIn(12);
@@ -235,7 +249,7 @@ void MendCounts(Statements& text, Dice& dice)
 {
     for (size_t i = 0; i < text.parts.size(); ++i) {
         for (const auto& [counter, entry] : kEntryLists) {
-            if (Statements::KeywordOf(text.parts[i]) != counter)
+            if (!Statements::HasKeyword(text.parts[i], counter))
                 continue;
             size_t count = 0;
             for (size_t j = i; j < text.parts.size(); ++j)
@@ -254,7 +268,7 @@ void MendIndices(Statements& text, Dice&)
     for (std::string& part : text.parts) {
         for (size_t i = 0; i < std::size(kEntryLists); ++i) {
             const auto& [counter, entry] = kEntryLists[i];
-            if (Statements::KeywordOf(part) == counter)
+            if (Statements::HasKeyword(part, counter))
                 next[i] = 0;
             if (!part.starts_with(entry))
                 continue;
