@@ -205,3 +205,16 @@ TEST(QSA_LineShape, TakesAsManyNumbersAsALineMayHave)
         EXPECT_EQ(Taken(&shape, line), numbers) << count;
     }
 }
+
+/// Sanitizers see a read of the places where the longer line had numbers.
+TEST(QSA_LineShape, ReadsNothingBehindAShortLineThatFollowsALongOne)
+{
+    const std::string longLine =
+        "\n\t*LINE" + std::string(40, ' ') + "11" + std::string(70, ' ') + "22\n";
+    const std::string shortLine = "\n\t*LINE    33\n";
+    QSA_LineShape shape;
+    ASSERT_TRUE(Learn(&shape, longLine, 2));
+    EXPECT_EQ(Taken(&shape, longLine), (Numbers{11, 22}));
+    ASSERT_TRUE(Learn(&shape, shortLine, 1));
+    EXPECT_EQ(Taken(&shape, shortLine), Numbers{33});
+}
