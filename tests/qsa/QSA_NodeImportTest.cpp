@@ -64,6 +64,9 @@ TEST_F(QSA_NodeImportTest, TransformBlockLeavesWhatItDoesNotGiveAtTheDefaults)
     EXPECT_EQ(Object(0).rotationAngle, 0.0f);
     EXPECT_EQ(Object(0).initTM._11, 1.0f);
     EXPECT_EQ(Object(0).initTM._44, 1.0f);
+    Load(WithTransform(""));
+    ExpectVec3(Object(0).position, 0, 0, 0);
+    ExpectVec3(Object(0).mirror, 1, 1, 1);
 }
 
 TEST_F(QSA_NodeImportTest, NegatedXAxisIsAMirror)
