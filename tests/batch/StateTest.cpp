@@ -7,6 +7,7 @@
 #include <random>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -335,18 +336,33 @@ TEST_F(StateTest, KilledRunForgetsNothingThatTheJournalHas)
 
 TEST_F(StateTest, NetworkFileSystemsAreRefused)
 {
+    static int64_t type;
     const auto real = gFileSystemType;
-    gFileSystemType = [](const char*) -> int64_t { return 0x6969; }; // NFS
-    std::string refusal;
-    try {
-        const StateDatabase state("state");
-    } catch (const StateError& error) {
-        refusal = error.text;
+    gFileSystemType = [](const char*) { return type; };
+    static constexpr int64_t kNetworks[] = {
+        NFS_SUPER_MAGIC,  SMB_SUPER_MAGIC,  V9FS_MAGIC,      AFS_SUPER_MAGIC,  AFS_FS_MAGIC,
+        CODA_SUPER_MAGIC, CEPH_SUPER_MAGIC, NCP_SUPER_MAGIC, CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC};
+    for (const int64_t network : kNetworks) {
+        type = network;
+        std::string refusal;
+        try {
+            const StateDatabase state("state");
+        } catch (const StateError& error) {
+            refusal = error.text;
+        }
+        EXPECT_EQ(refusal, "the state 'state' is on a network file system: choose another place "
+                           "with --state")
+            << type;
+        EXPECT_FALSE(scratch.Has("state")) << type;
+    }
+    static constexpr int64_t kLocals[] = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC,
+                                          TMPFS_MAGIC};
+    for (const int64_t local : kLocals) {
+        type = local;
+        EXPECT_NO_THROW(StateDatabase("state")) << type;
+        fs::remove("state");
     }
     gFileSystemType = real;
-    EXPECT_EQ(refusal, "the state 'state' is on a network file system: choose another place with "
-                       "--state");
-    EXPECT_FALSE(scratch.Has("state"));
     EXPECT_NO_THROW(StateDatabase("state"));
 }
 
