@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include <png.h>
@@ -79,7 +80,10 @@ Decoded DecodeByHost(const std::string& bytes)
 {
     Decoded decoded;
     headless::DecodedImage image;
-    if (FAILED(headless::DecodeImage(FileOf(bytes), image)))
+    const HRESULT result = headless::DecodeImage(FileOf(bytes), image);
+    if (result == E_OUTOFMEMORY)
+        throw std::bad_alloc();
+    if (FAILED(result))
         return decoded;
     const headless::PixelFormat* const format = headless::FindPixelFormat(image.format);
     std::vector<uint32_t> argb(size_t{image.info.Width} * image.info.Height);
@@ -91,7 +95,7 @@ Decoded DecodeByHost(const std::string& bytes)
     decoded.height = static_cast<int>(image.info.Height);
     decoded.pixels.reset(static_cast<stbi_uc*>(std::malloc(argb.size() * 4)));
     if (!decoded.pixels)
-        return decoded;
+        throw std::bad_alloc();
     stbi_uc* out = decoded.pixels.get();
     for (const uint32_t pixel : argb) {
         for (const int shift : {16, 8, 0, 24})
