@@ -57,6 +57,7 @@ TEST(HlErrors, WhatIsExpectedIsTold)
         {"do { } while (1)", "4,1", "';' is expected, not 'return'"},
         {"do { }", "4,1", "'while' is expected, not 'return'"},
         {"float 3y;", "3,7", "a name is expected, not '3y'"},
+        {"float y : register(c0;", "4,11", "')' is expected, not the end of the file"},
         {"float4 y[;", "3,10", "an expression is expected, not ';'"},
         {"float4 y = a.;", "3,14", "a member is expected, not ';'"},
         {"float4 y = {1, 2 3, 4};", "3,18", "',' or '}' is expected, not '3'"},

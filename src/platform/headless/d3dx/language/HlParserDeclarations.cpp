@@ -287,7 +287,7 @@ bool HlParser::Semantics(HlVariable& variable)
             std::from_chars(text.data() + 1, text.data() + text.size(), variable.registerNumber);
         }
         if (!SkipBrackets("(", ")"))
-            return false;
+            return Unexpected("')'");
     }
     return true;
 }
