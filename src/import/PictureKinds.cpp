@@ -9,6 +9,7 @@
 #include <png.h>
 
 #include "base/Ascii.h"
+#include "import/PsdPicture.h"
 #include "platform/headless/d3d9/PixelFormat.h"
 #include "platform/headless/d3dx/ImageDecoders.h"
 
@@ -19,6 +20,7 @@
 #define STBI_NO_JPEG
 #define STBI_NO_PNG
 #define STBI_NO_PNM
+#define STBI_NO_PSD
 #define STBI_NO_LINEAR
 #define STBI_MAX_DIMENSIONS 16384
 #pragma GCC diagnostic push
@@ -40,6 +42,14 @@ struct Decoded {
     int height = 0;
 
     size_t Count() const { return static_cast<size_t>(width) * static_cast<size_t>(height); }
+    void Allocate(uint32_t newWidth, uint32_t newHeight)
+    {
+        width = static_cast<int>(newWidth);
+        height = static_cast<int>(newHeight);
+        pixels.reset(static_cast<stbi_uc*>(std::malloc(Count() * 4)));
+        if (!pixels)
+            throw std::bad_alloc();
+    }
 };
 
 const stbi_uc* BytesOf(const std::string& bytes)
@@ -68,6 +78,10 @@ int64_t PixelsOf(const std::string& bytes)
         const bool isRead = SUCCEEDED(headless::ReadImageInfo(FileOf(bytes), info));
         return isRead ? int64_t{info.Width} * info.Height : 0;
     }
+    if (IsPsd(bytes)) {
+        PsdPicture psd;
+        return ReadPsdSize(bytes, psd) ? int64_t{psd.width} * psd.height : 0;
+    }
     if (bytes.size() > INT32_MAX ||
         !stbi_info_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()), &width, &height,
                                &channels))
@@ -91,11 +105,7 @@ Decoded DecodeByHost(const std::string& bytes)
         !headless::UnpackImage(*format, image.info.Width, image.info.Height, image.levels[0].bits,
                                image.levels[0].pitchBytes, argb.data()))
         return decoded;
-    decoded.width = static_cast<int>(image.info.Width);
-    decoded.height = static_cast<int>(image.info.Height);
-    decoded.pixels.reset(static_cast<stbi_uc*>(std::malloc(argb.size() * 4)));
-    if (!decoded.pixels)
-        throw std::bad_alloc();
+    decoded.Allocate(image.info.Width, image.info.Height);
     stbi_uc* out = decoded.pixels.get();
     for (const uint32_t pixel : argb) {
         for (const int shift : {16, 8, 0, 24})
@@ -114,6 +124,14 @@ Decoded Decode(const std::string& bytes)
     if (IsOfHost(FileOf(bytes)))
         return DecodeByHost(bytes);
     Decoded decoded;
+    if (IsPsd(bytes)) {
+        PsdPicture psd;
+        if (ReadPsd(bytes, psd)) {
+            decoded.Allocate(psd.width, psd.height);
+            std::copy(psd.rgba.begin(), psd.rgba.end(), decoded.pixels.get());
+        }
+        return decoded;
+    }
     int channels = 0;
     decoded.pixels.reset(stbi_load_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()),
                                                &decoded.width, &decoded.height, &channels, 4));
