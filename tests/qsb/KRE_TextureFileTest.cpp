@@ -153,6 +153,23 @@ TEST_F(KRE_TextureFileTest, AReflectionInSlot1IsSwappedWithSlot0)
     }
 }
 
+TEST_F(KRE_TextureFileTest, QuirkTwoReflectionsChangePlacesWithEachLoad)
+{
+    directory.Write("sky.bmp", Bmp(2));
+    directory.Write("sea.bmp", Bmp(4));
+    QsbTexture stored = TextureOf("sea.bmp");
+    stored.slots[0].type = 3;
+    stored.slots[1].file = "sky.bmp";
+    stored.slots[1].type = 6;
+    const KRE_Texture& once = LoadTexture(stored);
+    EXPECT_STREQ(once.slotNames[0].c_str(), "sky.bmp");
+    EXPECT_EQ(once.slots[0].type, 6);
+    std::swap(stored.slots[0], stored.slots[1]); // as it is saved
+    const KRE_Texture& twice = LoadTexture(stored);
+    EXPECT_STREQ(twice.slotNames[0].c_str(), "sea.bmp");
+    EXPECT_EQ(twice.slots[0].type, 3);
+}
+
 TEST_F(KRE_TextureFileTest, OtherTypesInSlot1StayThere)
 {
     QsbTexture stored;
