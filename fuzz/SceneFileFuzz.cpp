@@ -48,8 +48,8 @@ std::string Load(KRE_3dScene& scene, const char* path, uint32_t flags)
     }
 }
 
-/// Of two reflections the second comes first with each load. A frame list that came behind a map stands before
-/// it then, which is an error.
+/// Two reflections of a texture change places with each load. So a frame list that followed a map may precede it the
+/// next time, which is an error.
 bool HasListBesideReflection(const std::string& error)
 {
     return error.find("No stages with texture sequence allowed") != std::string::npos;

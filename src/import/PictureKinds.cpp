@@ -1,9 +1,9 @@
 #include "import/PictureKinds.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include <png.h>
@@ -30,26 +30,16 @@
 
 namespace {
 
-// A picture that announces more pixels than this for its bytes is not decoded, which takes up to 9 bytes for each.
+// A picture that announces more pixels than this for its bytes is not decoded, which takes up to 12 bytes for each.
 constexpr int64_t kMostPixels = 16 << 20;
 constexpr int64_t kPixelsAtLeast = 4 << 20;
 constexpr int64_t kPixelsPerByte = 8;
 constexpr int64_t kPngPixelsPerByte = 64; // plain ones pack well
 
 struct Decoded {
-    std::unique_ptr<stbi_uc, void (*)(void*)> pixels{nullptr, stbi_image_free};
-    int width = 0;
-    int height = 0;
-
-    size_t Count() const { return static_cast<size_t>(width) * static_cast<size_t>(height); }
-    void Allocate(uint32_t newWidth, uint32_t newHeight)
-    {
-        width = static_cast<int>(newWidth);
-        height = static_cast<int>(newHeight);
-        pixels.reset(static_cast<stbi_uc*>(std::malloc(Count() * 4)));
-        if (!pixels)
-            throw std::bad_alloc();
-    }
+    uint32_t width = 0; ///< pixels
+    uint32_t height = 0;
+    std::vector<uint8_t> rgba; ///< row by row from the top; empty if the file is damaged
 };
 
 const stbi_uc* BytesOf(const std::string& bytes)
@@ -89,27 +79,25 @@ int64_t PixelsOf(const std::string& bytes)
     return int64_t{width} * height;
 }
 
-/// Without pixels if the file is damaged.
 Decoded DecodeByHost(const std::string& bytes)
 {
-    Decoded decoded;
     headless::DecodedImage image;
     const HRESULT result = headless::DecodeImage(FileOf(bytes), image);
     if (result == E_OUTOFMEMORY)
         throw std::bad_alloc();
     if (FAILED(result))
-        return decoded;
+        return {};
     const headless::PixelFormat* const format = headless::FindPixelFormat(image.format);
     std::vector<uint32_t> argb(size_t{image.info.Width} * image.info.Height);
     if (!format ||
         !headless::UnpackImage(*format, image.info.Width, image.info.Height, image.levels[0].bits,
                                image.levels[0].pitchBytes, argb.data()))
-        return decoded;
-    decoded.Allocate(image.info.Width, image.info.Height);
-    stbi_uc* out = decoded.pixels.get();
+        return {};
+    Decoded decoded = {image.info.Width, image.info.Height, {}};
+    decoded.rgba.reserve(argb.size() * 4);
     for (const uint32_t pixel : argb) {
         for (const int shift : {16, 8, 0, 24})
-            *out++ = static_cast<stbi_uc>(pixel >> shift);
+            decoded.rgba.push_back(static_cast<uint8_t>(pixel >> shift));
     }
     return decoded;
 }
@@ -123,19 +111,22 @@ Decoded Decode(const std::string& bytes)
 {
     if (IsOfHost(FileOf(bytes)))
         return DecodeByHost(bytes);
-    Decoded decoded;
     if (IsPsd(bytes)) {
         PsdPicture psd;
-        if (ReadPsd(bytes, psd)) {
-            decoded.Allocate(psd.width, psd.height);
-            std::copy(psd.rgba.begin(), psd.rgba.end(), decoded.pixels.get());
-        }
-        return decoded;
+        return ReadPsd(bytes, psd) ? Decoded{psd.width, psd.height, std::move(psd.rgba)}
+                                   : Decoded();
     }
-    int channels = 0;
-    decoded.pixels.reset(stbi_load_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()),
-                                               &decoded.width, &decoded.height, &channels, 4));
-    return decoded;
+    int width = 0, height = 0, channels = 0;
+    const std::unique_ptr<stbi_uc, void (*)(void*)> pixels(
+        stbi_load_from_memory(BytesOf(bytes), static_cast<int>(bytes.size()), &width, &height,
+                              &channels, 4),
+        stbi_image_free);
+    if (!pixels)
+        return {};
+    const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height) * 4;
+    return {static_cast<uint32_t>(width),
+            static_cast<uint32_t>(height),
+            {pixels.get(), pixels.get() + count}};
 }
 
 bool IsTga(const std::string& bytes, const std::string& name)
@@ -163,9 +154,8 @@ const char* ReadableExtension(const std::string& bytes, const std::string& name)
 
 bool HasAlpha(const Decoded& decoded)
 {
-    const stbi_uc* pixels = decoded.pixels.get();
-    for (size_t i = 0; i < decoded.Count(); ++i) {
-        if (pixels[i * 4 + 3] != 255)
+    for (size_t i = 3; i < decoded.rgba.size(); i += 4) {
+        if (decoded.rgba[i] != 255)
             return true;
     }
     return false;
@@ -174,16 +164,15 @@ bool HasAlpha(const Decoded& decoded)
 /// Empty if it cannot be written.
 std::string PngOf(const Decoded& decoded, bool dropsAlpha)
 {
+    const size_t kept = dropsAlpha ? 3 : 4;
     std::vector<uint8_t> pixels;
-    pixels.reserve(decoded.Count() * (dropsAlpha ? 3 : 4));
-    for (size_t i = 0; i < decoded.Count(); ++i) {
-        const stbi_uc* pixel = decoded.pixels.get() + i * 4;
-        pixels.insert(pixels.end(), pixel, pixel + (dropsAlpha ? 3 : 4));
-    }
+    pixels.reserve(decoded.rgba.size() / 4 * kept);
+    for (size_t i = 0; i < decoded.rgba.size(); i += 4)
+        pixels.insert(pixels.end(), &decoded.rgba[i], &decoded.rgba[i] + kept);
     png_image image = {};
     image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(decoded.width);
-    image.height = static_cast<png_uint_32>(decoded.height);
+    image.width = decoded.width;
+    image.height = decoded.height;
     image.format = dropsAlpha ? PNG_FORMAT_RGB : PNG_FORMAT_RGBA;
     png_alloc_size_t size = 0;
     if (!png_image_write_to_memory(&image, nullptr, &size, 0, pixels.data(), 0, nullptr))
@@ -215,7 +204,7 @@ TakenPicture TakePicture(const std::string& bytes, const std::string& name, bool
                         : TakenPicture{Result::kTooLarge, "", ""};
     budget.left -= pixels;
     const Decoded decoded = Decode(bytes);
-    if (!decoded.pixels)
+    if (decoded.rgba.empty())
         return {Result::kDamaged, "", ""};
     if (readable && !(isPng && dropsAlpha && HasAlpha(decoded)))
         return {Result::kTaken, readable, ""};
